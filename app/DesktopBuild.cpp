@@ -1,0 +1,3 @@
+#include "core/AppModule/AppModule.h"
+
+const bool g_bFilterBuild = false;

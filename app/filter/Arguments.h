@@ -1,0 +1,29 @@
+// What the user asked the filter to do.
+#pragma once
+
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+extern const char USAGE[];
+
+/// The command line cannot be followed; what() says why.
+struct usage_error : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+struct TArguments {
+    std::filesystem::path pathIn;
+    std::filesystem::path pathOut;                ///< the one given, or the one beside pathIn
+    std::vector<std::filesystem::path> vAlphas;   ///< further channels
+    std::vector<std::filesystem::path> vAlphaOut; ///< where they go, one for each
+    std::filesystem::path pathModule;             ///< empty for the one beside the program
+    std::filesystem::path pathScript;             ///< empty for a session with the user
+    bool bWindows = false;                        ///< play the script in real windows
+    bool bHelp = false;
+};
+
+/// Reads the command line without the program's name. Raises usage_error, also when an output would fall on
+/// an input that the user did not give up.
+TArguments ParseArguments(const std::vector<std::string>& vArguments);

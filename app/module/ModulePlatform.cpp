@@ -1,0 +1,54 @@
+#include "app/module/ModulePlatform.h"
+
+#include "app/common/Module.h"
+#include "core/AppModule/MessageQueue.h"
+#include "core/Base/Failure.h"
+#include "core/Base/Text.h"
+#include "session/SessionPlatform.h"
+#include "system/ImageCodecs.h"
+#include "system/Modules.h"
+#include "ui/QtPlatform.h"
+
+#include <optional>
+
+namespace {
+
+// Plays the script in windows that exist only as state, or in real ones that the settings ask for; what went
+// wrong goes into the settings, where whoever wrote the script's name there looks for it.
+void RunScripted(const std::wstring& strScript, CIniConfigData& section, IModules& modules,
+                 IImageCodecs& codecs, const std::function<void(const TPlatform&)>& fn) {
+    CMessageQueue queue;
+    TSessionParts parts{g_Module.GetFiles(), g_Module.GetLocations(), modules, codecs};
+    std::optional<CQtPlatform> windows;
+    if (section.GetInt(L"Windows", 0) != 0) {
+        if (!EnsureApplication()) throw internal_error(L"RunWithPlatform: there is no window system.");
+        windows.emplace(queue, g_Module.GetFiles(), g_Module.GetLocations(), modules, codecs);
+        parts.pWindows = &windows->GetWindows();
+        parts.pPump = &windows->GetPump();
+        parts.pQueue = &queue;
+        parts.fnScreenshot = [&](const std::wstring& strPath) { return windows->SaveScreenshot(strPath); };
+    }
+    std::string strFailure;
+    try {
+        CSessionPlatform session(parts, ReadScript(strScript, g_Module.GetFiles()));
+        fn(session.GetPlatform());
+        strFailure = session.GetFailure();
+    } catch (const script_error& e) {
+        strFailure = e.what();
+    }
+    section.SetString(L"Failure", FromUtf8(strFailure));
+}
+
+} // namespace
+
+void RunWithPlatform(const std::function<void(const TPlatform&)>& fn) {
+    CModules modules;
+    CImageCodecs codecs(g_Module.GetFiles());
+    const auto spSection = g_Module.GetConfig().GetSection(L"Session");
+    if (const std::wstring strScript = spSection->GetString(L"Script", L""); !strScript.empty())
+        return RunScripted(strScript, *spSection, modules, codecs, fn);
+    if (!EnsureApplication()) throw internal_error(L"RunWithPlatform: there is no window system.");
+    CMessageQueue queue;
+    const CQtPlatform platform(queue, g_Module.GetFiles(), g_Module.GetLocations(), modules, codecs);
+    fn(platform.GetPlatform());
+}

@@ -1,0 +1,29 @@
+// The one way a failure reaches the user.
+#pragma once
+
+#include <exception>
+#include <string>
+
+/// Shows a modal box titled "Vellumcraft - Error" with the error icon, owned by the main frame while there is
+/// one. Without a session it does nothing.
+void ShowErrorBox(const std::wstring& strText);
+
+/// Reports a caught exception by its dynamic type. Never throws: when memory runs out even for the text, a
+/// fixed text is shown.
+void ReportException(const std::exception& e) noexcept;
+
+/// Tells of a file that could not be used: the sentence, and the file's name in a line of its own. Without
+/// memory for that the sentence alone.
+void ReportFileFailure(const wchar_t* pszSentence, const std::wstring& strPath) noexcept;
+
+/// Runs a handler's body; an exception is reported and the body's remainder skipped. Returns what the body
+/// returned, false after an exception.
+template <class Body>
+bool Guarded(Body&& body) {
+    try {
+        return body();
+    } catch (const std::exception& e) {
+        ReportException(e);
+        return false;
+    }
+}

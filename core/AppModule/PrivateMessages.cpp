@@ -1,0 +1,8 @@
+#include "core/AppModule/PrivateMessages.h"
+
+#include "core/AppModule/AppModule.h"
+
+void PostToMainFrame(EMessage id, int64_t wParam, const std::wstring& strText) {
+    IWindow* pWindow = g_AppModule.GetMainWindow();
+    if (pWindow) g_AppModule.GetPlatform().queue.Post({pWindow, id, wParam, 0, strText});
+}

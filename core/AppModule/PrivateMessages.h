@@ -1,0 +1,15 @@
+// The main frame's private messages, and how the rest of the shell sends them.
+#pragma once
+
+#include "core/Platform/Message.h"
+
+#include <string>
+
+constexpr EMessage WM_REFRESH_ALL =
+    AppMessage(1); ///< everything that shows the active canvas or tool rereads
+constexpr EMessage WM_REFRESH_SCALE =
+    AppMessage(5); ///< the status pane and the zoom box reread the active frame
+constexpr EMessage WM_ADD_RECENT = AppMessage(9); ///< strText: a path for the recent list
+
+/// Posts a message to the main frame's window; nothing happens while there is none.
+void PostToMainFrame(EMessage id, int64_t wParam = 0, const std::wstring& strText = {});

@@ -1,0 +1,124 @@
+#include "core/CanvasBuffer/CanvasBuffer.h"
+
+#include "core/Base/Failure.h"
+
+#include <boost/make_shared.hpp>
+
+namespace {
+
+constexpr uint32_t TAG_FILE = MakeTag("VLM1");
+constexpr uint32_t TAG_META = MakeTag("META");
+constexpr uint32_t TAG_BODY = MakeTag("CPSB");
+constexpr uint32_t META_VERSION = 1; ///< version 0 had no colour modes
+
+constexpr wchar_t UNTITLED[] = L"名称未設定";
+
+} // namespace
+
+/// The hidden root: it holds all top-level layers, has no paint of its own and clips nothing.
+class CCanvasBuffer::InternalLayerBuffer : public CLayerBuffer {
+public:
+    void Deserialize(CDeserializer& reader, const TCanvasPtr&) override { DeserializeBase(reader); }
+    CSerializer Serialize() const override { return SerializeBase(); }
+    bool canBeMergedWith(const CLayerBuffer&) const override { return false; }
+
+protected:
+    bool ClipsChildren() const override { return false; }
+};
+
+CCanvasBuffer::CCanvasBuffer() : m_spHistory(boost::make_shared<CHistoryStream>()) {}
+
+CCanvasBuffer::~CCanvasBuffer() = default;
+
+void CCanvasBuffer::Create(CSize sz) {
+    SELF_CHECK(invalid_argument, sz.cx > 0 && sz.cy > 0);
+    m_size = sz;
+    auto spRoot = boost::make_shared<InternalLayerBuffer>();
+    spRoot->Create(shared_from_this());
+    m_spCounters = boost::make_shared<UpdateCounterMatrix>(spRoot->GetDrawBuffer()->GetBufferSize());
+    m_spRoot = spRoot;
+    SetTitle(UNTITLED);
+}
+
+void CCanvasBuffer::SetColorMode(bool bColor, bool bColorRaster) {
+    SELF_CHECK(defect_logic, m_spRoot == nullptr);
+    m_bColor = bColor;
+    m_bColorRaster = bColorRaster;
+}
+
+CLayerBuffer& CCanvasBuffer::GetRoot() const {
+    const auto& internalLayer = m_spRoot;
+    SELF_CHECK(illegal_data, internalLayer != nullptr);
+    return *internalLayer;
+}
+
+TLayerPtr CCanvasBuffer::GetActiveLayer() const {
+    TLayerPtr spLayer = GetRoot().GetActiveChild();
+    while (spLayer && spLayer->GetActiveChild()) spLayer = spLayer->GetActiveChild();
+    return spLayer;
+}
+
+void CCanvasBuffer::FlushCanvasUpdates() {
+    GetRoot().UpdateFlags();
+    m_spCounters->Update(GetRoot().GetDrawBuffer()->GetDirty());
+}
+
+CRasterBuffer& CCanvasBuffer::GetComposite() const { return *GetRoot().GetDrawBuffer(); }
+
+void CCanvasBuffer::ComposeAll() {
+    FlushCanvasUpdates();
+    GetComposite().ForEachBlock([&](CPoint pt) { ComposeBlock(*this, pt.x, pt.y); });
+}
+
+const std::wstring& CCanvasBuffer::GetTitle() const { return GetRoot().GetName(); }
+
+void CCanvasBuffer::SetTitle(const std::wstring& strTitle) { GetRoot().setName(strTitle); }
+
+CSerializer CCanvasBuffer::Serialize() const {
+    CSerializer meta;
+    meta.SetTag(TAG_META, META_VERSION);
+    meta.WriteSize(m_size);
+    meta.WriteBool(m_bColorRaster);
+    meta.WriteBool(m_bColor);
+    CSerializer body;
+    body.SetTag(TAG_BODY, 0);
+    body.WriteChunk(GetRoot().Serialize());
+    CSerializer top;
+    top.SetTag(TAG_FILE, 0);
+    top.WriteChunk(meta);
+    top.WriteChunk(body);
+    return top;
+}
+
+void CCanvasBuffer::Deserialize(CDeserializer& top, const std::wstring& strPath) {
+    top.ExpectTag(TAG_FILE);
+    CDeserializer meta;
+    top.ReadChunk(meta);
+    meta.ExpectTag(TAG_META);
+    const CSize sz = meta.ReadSize();
+    if (meta.GetVersion() >= META_VERSION) {
+        m_bColorRaster = meta.ReadBool();
+        m_bColor = meta.ReadBool();
+    }
+    if (sz.cx <= 0 || sz.cy <= 0 || sz.cx > MAX_DOCUMENT_SIDE || sz.cy > MAX_DOCUMENT_SIDE)
+        throw deserialize_error();
+    Create(sz);
+    CDeserializer body;
+    top.ReadChunk(body);
+    CDeserializer root;
+    body.ReadChunk(root);
+    m_spRoot->Deserialize(root, shared_from_this());
+    body.ExpectEnd();
+    meta.ExpectEnd();
+    top.ExpectEnd();
+    m_strPath = strPath;
+}
+
+boost::shared_ptr<CCanvasBuffer> CreateCanvas(CSize sz, bool bColor) {
+    auto spCanvas = boost::make_shared<CCanvasBuffer>();
+    spCanvas->SetColorMode(bColor, bColor);
+    spCanvas->Create(sz);
+    return spCanvas;
+}
+
+void ComposeBlock(CCanvasBuffer& canvas, int32_t x, int32_t y) { canvas.GetRoot().UpdateBlock({x, y}); }

@@ -1,0 +1,261 @@
+#include "core/CanvasFrame/CanvasFrame.h"
+
+#include "core/AppModule/AppModule.h"
+#include "core/AppModule/CommandIds.h"
+#include "core/AppModule/ErrorBox.h"
+#include "core/AppModule/PrivateMessages.h"
+#include "core/AppModule/WindowPlacement.h"
+#include "core/Base/Failure.h"
+#include "core/Base/Text.h"
+#include "core/CanvasFrame/ZoomList.h"
+#include "core/ImageFile/ImageFile.h"
+#include "core/Platform/Bitmap.h"
+#include "core/Platform/Dialogs.h"
+#include "core/Platform/Files.h"
+
+#include <boost/make_shared.hpp>
+
+#include <algorithm>
+
+std::list<boost::shared_ptr<CCanvasFrame>> g_lstCanvasFrame;
+boost::weak_ptr<CCanvasFrame> g_wpActiveFrame;
+
+namespace {
+
+constexpr int TIMER_REFRESH = 16;
+constexpr int TIMER_REFRESH_MS = 500;
+constexpr wchar_t PLACEMENT_SECTION[] = L"Canvas";
+
+// A value for as long as a scope runs.
+struct CScopedFlag : boost::noncopyable {
+    explicit CScopedFlag(bool& b) : bFlag(b) { bFlag = true; }
+    ~CScopedFlag() { bFlag = false; }
+    bool& bFlag;
+};
+
+} // namespace
+
+boost::shared_ptr<CCanvasFrame> CreateCanvasFrame(const boost::shared_ptr<CCanvasBuffer>& spCanvas) {
+    auto spFrame = boost::make_shared<CCanvasFrame>(spCanvas);
+    g_lstCanvasFrame.push_back(spFrame);
+    return spFrame;
+}
+
+CCanvasFrame::CCanvasFrame(const boost::shared_ptr<CCanvasBuffer>& spCanvas) : m_spCanvas(spCanvas) {}
+
+bool CCanvasFrame::CreateWindowIn(IMainWindow& parent, const TCanvasWindowSetup& setup) {
+    m_pWindow = g_AppModule.GetPlatform().windows.CreateCanvasWindow(parent, *this, setup);
+    if (!m_pWindow) return false;
+    OnCreate();
+    m_pWindow->Show();
+    m_pWindow->Activate();
+    return true;
+}
+
+void CCanvasFrame::OnCreate() {
+    m_pWindow->SetTimer(TIMER_REFRESH, TIMER_REFRESH_MS);
+    m_pWindow->SetRect(ReadPlacement(PLACEMENT_SECTION, m_pWindow->GetRect()));
+    m_view.SetCanvasSize(m_spCanvas->GetSize());
+    TViewState view;
+    view.uZoom = FirstZoom(m_spCanvas->GetSize(), m_pWindow->GetClientSize());
+    ApplyView(view);
+    m_view.Center();
+    UpdateScrollBars();
+    UpdateTitle();
+}
+
+void CCanvasFrame::UpdateTitle() {
+    if (m_pWindow) m_pWindow->SetTitle(m_spCanvas->GetTitle());
+}
+
+bool CCanvasFrame::OnMessage(const TMessage& msg) {
+    return Guarded([&] { return HandleMessage(msg); });
+}
+
+bool CCanvasFrame::HandleMessage(const TMessage& msg) {
+    switch (msg.id) {
+    case EMessage::Close:
+        return OnClose();
+    case EMessage::Destroy:
+        m_pWindow->KillTimer(TIMER_REFRESH);
+        return false;
+    case EMessage::Size:
+        // Growing and shrinking keep the point in the middle of the window.
+        if (!(m_view.GetClient() == m_pWindow->GetClientSize())) ApplyView(m_view.GetState());
+        return true;
+    case EMessage::Command:
+        return OnCommand(static_cast<int>(msg.wParam));
+    case EMessage::Timer:
+        OnTimer(static_cast<int>(msg.wParam));
+        return true;
+    case EMessage::Scroll:
+        OnScroll(msg.wParam == 1, static_cast<int32_t>(msg.lParam));
+        return true;
+    case EMessage::MouseWheel:
+        PostToMainFrame(EMessage::Command, msg.wParam > 0 ? ID_ZOOM_IN : ID_ZOOM_OUT);
+        return true;
+    case EMessage::MdiActivate:
+        if (msg.wParam) {
+            g_wpActiveFrame = shared_from_this();
+            m_pWindow->Invalidate();
+        } else if (g_wpActiveFrame.lock().get() == this) {
+            g_wpActiveFrame.reset();
+        }
+        PostToMainFrame(WM_REFRESH_ALL);
+        return true;
+    default:
+        return false;
+    }
+}
+
+void CCanvasFrame::OnPaint(IPaintTarget& target, const CRect& rc) {
+    Guarded([&] {
+        m_screen.Refresh(*m_spCanvas, m_view);
+        if (CGDIBuffer* pBuffer = m_screen.GetBuffer())
+            target.Blit(pBuffer->GetPixelPtr({0, 0}), pBuffer->GetStride(), pBuffer->GetSize(), rc);
+        return true;
+    });
+}
+
+void CCanvasFrame::OnFinalMessage() {
+    m_pWindow = nullptr;
+    const boost::shared_ptr<CCanvasFrame> spSelf = shared_from_this();
+    g_lstCanvasFrame.remove(spSelf);
+    if (g_bFilterBuild && g_lstCanvasFrame.empty()) PostToMainFrame(EMessage::Close);
+}
+
+bool CCanvasFrame::IsOnlyViewOfCanvas() const {
+    return std::count_if(g_lstCanvasFrame.begin(), g_lstCanvasFrame.end(),
+                         [&](const auto& spFrame) { return spFrame->m_spCanvas == m_spCanvas; }) <= 1;
+}
+
+bool CCanvasFrame::OnClose() {
+    WritePlacement(PLACEMENT_SECTION, m_pWindow->GetRect());
+    if (!IsOnlyViewOfCanvas() || !m_spCanvas->GetHistory().IsModified()) return false;
+    const EBoxAnswer answer = g_AppModule.GetPlatform().boxes.Show(
+        m_pWindow, L"更新されています。保存しますか？", L"Vellumcraft", EBoxKind::YesNoCancelWarning);
+    if (answer == EBoxAnswer::Yes) OnCommand(ID_FILE_SAVE);
+    return answer == EBoxAnswer::Cancel;
+}
+
+bool CCanvasFrame::HandlesCommand(int nId) {
+    switch (nId) {
+    case ID_FILE_SAVE:
+    case ID_FILE_SAVE_AS:
+    case ID_EDIT_UNDO:
+    case ID_EDIT_REDO:
+    case ID_VIEW_FLIP_V:
+    case ID_VIEW_FLIP_H:
+    case ID_VIEW_ROTATE_RIGHT:
+    case ID_VIEW_ROTATE_LEFT:
+    case ID_VIEW_INITIAL:
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool CCanvasFrame::OnCommand(int nId) {
+    TViewState view = m_view.GetState();
+    switch (nId) {
+    case ID_FILE_SAVE:
+    case ID_FILE_SAVE_AS:
+        OnFileSave(nId);
+        return true;
+    case ID_EDIT_UNDO:
+    case ID_EDIT_REDO:
+        return Guarded([&] { return OnUndoRedo(nId), true; });
+    case ID_VIEW_FLIP_V:
+        view.bFlipV = !view.bFlipV;
+        break;
+    case ID_VIEW_FLIP_H:
+        view.bFlipH = !view.bFlipH;
+        break;
+    case ID_VIEW_ROTATE_RIGHT:
+        view.uAngle = static_cast<uint16_t>((view.uAngle + 90) % 360);
+        break;
+    case ID_VIEW_ROTATE_LEFT:
+        view.uAngle = static_cast<uint16_t>((view.uAngle + 270) % 360);
+        break;
+    case ID_VIEW_INITIAL:
+        view = {view.uZoom, 0, false, false};
+        break;
+    default:
+        return false;
+    }
+    ApplyView(view);
+    return true;
+}
+
+void CCanvasFrame::OnUndoRedo(int nId) {
+    if (nId == ID_EDIT_UNDO)
+        m_spCanvas->GetHistory().Undo();
+    else
+        m_spCanvas->GetHistory().Redo();
+    RaiseRefresh();
+    m_pWindow->Invalidate();
+}
+
+void CCanvasFrame::OnFileSave(int nId) {
+    const TPlatform& platform = g_AppModule.GetPlatform();
+    try {
+        std::wstring strPath = m_spCanvas->GetPath();
+        // A document that came from a picture is no project yet: saving must not put a project into the
+        // picture.
+        if (nId == ID_FILE_SAVE_AS || !IsProjectFile(strPath)) {
+            TFileDialog dialog{true, strPath.empty() ? m_spCanvas->GetTitle() : strPath, L"vlm",
+                               GetSaveFilters()};
+            strPath = platform.fileDialogs.Ask(m_pWindow, dialog);
+            if (strPath.empty()) return;
+            if (!IsProjectFile(strPath)) {
+                ExportImage(*m_spCanvas, strPath, platform.codecs);
+                return;
+            }
+        }
+        SaveDocument(*m_spCanvas, strPath, platform.files);
+        m_spCanvas->SetPath(strPath);
+        m_spCanvas->SetTitle(std::wstring(FileNameOf(strPath)));
+        for (const auto& spFrame : g_lstCanvasFrame)
+            if (spFrame->m_spCanvas == m_spCanvas) spFrame->UpdateTitle();
+        PostToMainFrame(WM_ADD_RECENT, 0, strPath);
+    } catch (const fileopen_error& e) {
+        ReportFileFailure(L"ファイルを開けませんでした。", e.message);
+    } catch (const std::exception& e) {
+        ReportException(e);
+    }
+}
+
+void CCanvasFrame::ApplyView(const TViewState& view) {
+    if (m_bApplying || !m_pWindow) return;
+    const CScopedFlag applying(m_bApplying);
+    m_view.Apply(view, m_pWindow->GetClientSize());
+    UpdateScrollBars();
+    m_screen.Drop();
+    m_pWindow->Invalidate();
+    PostToMainFrame(WM_REFRESH_SCALE);
+}
+
+void CCanvasFrame::SetZoom(uint16_t uZoom) {
+    if (uZoom == 0) return;
+    TViewState view = m_view.GetState();
+    view.uZoom = uZoom;
+    ApplyView(view);
+}
+
+void CCanvasFrame::UpdateScrollBars() {
+    m_pWindow->SetScroll(m_view.GetExtent(), m_view.GetLine(), m_view.GetPage(), m_view.GetScroll());
+}
+
+void CCanvasFrame::OnScroll(bool bVertical, int32_t nOffset) {
+    const CPoint ptScroll = m_view.GetScroll();
+    m_view.ScrollTo(bVertical ? CPoint{ptScroll.x, nOffset} : CPoint{nOffset, ptScroll.y});
+    m_pWindow->Invalidate();
+}
+
+void CCanvasFrame::OnTimer(int nId) {
+    if (nId != TIMER_REFRESH || !m_bNeedsRefresh) return;
+    // Only the frame that was worked in repaints at once; the canvas's other views follow here.
+    m_bNeedsRefresh = false;
+    for (const auto& spFrame : g_lstCanvasFrame)
+        if (spFrame->m_spCanvas == m_spCanvas && spFrame->m_pWindow) spFrame->m_pWindow->Invalidate();
+}

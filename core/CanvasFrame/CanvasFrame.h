@@ -1,0 +1,73 @@
+// A document window: one view of one canvas, and the commands that work on it.
+#pragma once
+
+#include "core/AppModule/MessageLoop.h"
+#include "core/CanvasBuffer/CanvasBuffer.h"
+#include "core/CanvasFrame/CanvasScreen.h"
+#include "core/CanvasFrame/CanvasView.h"
+#include "core/Platform/Window.h"
+
+#include <boost/enable_shared_from_this.hpp>
+#include <boost/noncopyable.hpp>
+#include <boost/shared_ptr.hpp>
+#include <boost/weak_ptr.hpp>
+
+#include <list>
+#include <string>
+
+class CCanvasFrame : public IWindowClient,
+                     public boost::enable_shared_from_this<CCanvasFrame>,
+                     boost::noncopyable {
+public:
+    explicit CCanvasFrame(const boost::shared_ptr<CCanvasBuffer>& spCanvas);
+
+    /// Makes the frame's window inside the main frame's and shows it. False when the window system refuses.
+    bool CreateWindowIn(IMainWindow& parent, const TCanvasWindowSetup& setup);
+    /// The window, null before CreateWindowIn and after it is gone.
+    ICanvasWindow* GetWindow() const { return m_pWindow; }
+    const boost::shared_ptr<CCanvasBuffer>& GetCanvas() const { return m_spCanvas; }
+    const CCanvasView& GetView() const { return m_view; }
+
+    bool OnMessage(const TMessage& msg) override;
+    void OnPaint(IPaintTarget& target, const CRect& rc) override;
+    void OnFinalMessage() override;
+
+    /// The single way to change a view; a nested call returns at once.
+    void ApplyView(const TViewState& view);
+    /// ApplyView with another zoom; 0 does nothing.
+    void SetZoom(uint16_t uZoom);
+    /// The title from the document's.
+    void UpdateTitle();
+    /// Raises the repaint flag, by which other views of the canvas follow on the timer.
+    void RaiseRefresh() { m_bNeedsRefresh = true; }
+
+    /// True when a frame handles the command.
+    static bool HandlesCommand(int nId);
+
+private:
+    bool HandleMessage(const TMessage& msg);
+    void OnCreate();
+    bool OnClose();
+    bool OnCommand(int nId);
+    void OnTimer(int nId);
+    void OnFileSave(int nId);
+    void OnUndoRedo(int nId);
+    void OnScroll(bool bVertical, int32_t nOffset);
+    void UpdateScrollBars();
+    bool IsOnlyViewOfCanvas() const;
+
+    boost::shared_ptr<CCanvasBuffer> m_spCanvas;
+    ICanvasWindow* m_pWindow = nullptr;
+    CCanvasView m_view;
+    CCanvasScreen m_screen;
+    bool m_bNeedsRefresh = false;
+    bool m_bApplying = false; ///< ApplyView runs
+};
+
+/// All open frames in creation order.
+extern std::list<boost::shared_ptr<CCanvasFrame>> g_lstCanvasFrame;
+/// The frame that has the user's attention.
+extern boost::weak_ptr<CCanvasFrame> g_wpActiveFrame;
+
+/// A new frame on a canvas, appended to the list; its window is made by the main frame.
+boost::shared_ptr<CCanvasFrame> CreateCanvasFrame(const boost::shared_ptr<CCanvasBuffer>& spCanvas);

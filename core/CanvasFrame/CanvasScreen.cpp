@@ -1,0 +1,70 @@
+#include "core/CanvasFrame/CanvasScreen.h"
+
+namespace {
+
+constexpr uint8_t SURROUND_GREY = 0x60;
+constexpr uint8_t EDGE_GREY = 0x20; ///< the canvas's edge, one pixel around it
+
+} // namespace
+
+void CCanvasScreen::DrawSurround(const CScreenMap& map) {
+    const CRect rc = map.GetTargetRect();
+    const CSize sz = m_pBuffer->GetSize();
+    const auto frame = [&](const CRect& rcInner, const CRect& rcOuter, uint8_t uGrey) {
+        m_pBuffer->FillGrey({rcOuter.left, rcOuter.top, rcOuter.right, rcInner.top}, uGrey);
+        m_pBuffer->FillGrey({rcOuter.left, rcInner.bottom, rcOuter.right, rcOuter.bottom}, uGrey);
+        m_pBuffer->FillGrey({rcOuter.left, rcInner.top, rcInner.left, rcInner.bottom}, uGrey);
+        m_pBuffer->FillGrey({rcInner.right, rcInner.top, rcOuter.right, rcInner.bottom}, uGrey);
+    };
+    frame(rc, {0, 0, sz.cx, sz.cy}, SURROUND_GREY);
+    if (!rc.IsEmpty()) frame(rc, {rc.left - 1, rc.top - 1, rc.right + 1, rc.bottom + 1}, EDGE_GREY);
+}
+
+void CCanvasScreen::NoteChanges(const UpdateCounterMatrix& counters) {
+    const CSize szBlocks = counters.GetSize();
+    if (!m_counters || !(m_counters->GetSize() == szBlocks)) {
+        m_spDirty = std::make_unique<CBoolMatrix>(szBlocks);
+        m_spDirty->Fill(true);
+        m_pBuffer.reset();
+    } else {
+        for (int32_t y = 0; y < szBlocks.cy; ++y)
+            for (int32_t x = 0; x < szBlocks.cx; ++x)
+                if (m_counters->At(x, y) != counters.At(x, y)) m_spDirty->At(x, y) = 1;
+    }
+    m_counters = counters;
+}
+
+CRect CCanvasScreen::Refresh(CCanvasBuffer& canvas, const CCanvasView& view) {
+    const CSize szClient = view.GetClient();
+    if (szClient.cx <= 0 || szClient.cy <= 0) {
+        m_pBuffer.reset();
+        return {};
+    }
+    canvas.FlushCanvasUpdates();
+    NoteChanges(canvas.GetCounters());
+    const CScreenMap map(canvas.GetSize(), view.GetOrigin(), view.GetState(), szClient);
+    CRect rcChanged;
+    if (!m_pBuffer || !(m_pBuffer->GetSize() == szClient) || !(m_ptOrigin == view.GetOrigin())) {
+        if (!m_pBuffer || !(m_pBuffer->GetSize() == szClient))
+            m_pBuffer = std::make_unique<CGDIBuffer>(szClient);
+        m_ptOrigin = view.GetOrigin();
+        m_spDirty->Fill(true);
+        DrawSurround(map);
+        rcChanged = CRect({0, 0}, szClient);
+    }
+    CRasterBuffer& composite = canvas.GetComposite();
+    const CSize szBlock = composite.GetBlockSize();
+    const CRect rcVisible = map.ToCanvas(map.GetTargetRect());
+    if (rcVisible.IsEmpty()) return rcChanged;
+    for (int32_t y = rcVisible.top / szBlock.cy; y <= (rcVisible.bottom - 1) / szBlock.cy; ++y) {
+        for (int32_t x = rcVisible.left / szBlock.cx; x <= (rcVisible.right - 1) / szBlock.cx; ++x) {
+            if (!m_spDirty->At(x, y)) continue;
+            const CPoint pt = composite.BlockCorner(x, y);
+            ComposeBlock(canvas, pt.x, pt.y);
+            composite.GetBlock(pt, true)->DrawToScreen(*m_pBuffer, map);
+            m_spDirty->At(x, y) = 0;
+            rcChanged = rcChanged.Union(map.ToTarget(CRect(pt, szBlock)));
+        }
+    }
+    return rcChanged;
+}

@@ -1,0 +1,29 @@
+// A view's screen copy: only blocks that changed and can be seen are composed and drawn.
+#pragma once
+
+#include "core/CanvasBuffer/CanvasBuffer.h"
+#include "core/CanvasFrame/CanvasView.h"
+#include "core/GDIBuffer/GDIBuffer.h"
+
+#include <memory>
+#include <optional>
+
+class CCanvasScreen {
+public:
+    /// Brings the copy up to date with the canvas under the view. Returns the target rectangle that changed.
+    CRect Refresh(CCanvasBuffer& canvas, const CCanvasView& view);
+    /// The copy is of no use any more: the next Refresh draws everything.
+    void Drop() { m_pBuffer.reset(); }
+    /// The copy, null before the first Refresh or when the client area is empty.
+    CGDIBuffer* GetBuffer() const { return m_pBuffer.get(); }
+
+private:
+    void DrawSurround(const CScreenMap& map);
+    /// Takes the canvas's counters over and flags the blocks that moved on.
+    void NoteChanges(const UpdateCounterMatrix& counters);
+
+    std::unique_ptr<CGDIBuffer> m_pBuffer;
+    std::unique_ptr<CBoolMatrix> m_spDirty;        ///< per block: the screen copy is out of date
+    std::optional<UpdateCounterMatrix> m_counters; ///< what this view last saw
+    CPoint m_ptOrigin;                             ///< where the copy has the canvas
+};

@@ -1,0 +1,94 @@
+#include "core/CanvasFrame/CanvasView.h"
+
+#include "core/CanvasFrame/ZoomList.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr int32_t MARGIN_TOTAL = 180; ///< 90 pixels on each side of the scaled canvas
+constexpr double FIT_MARGIN = 200;
+
+// The canvas position of a scaled position, both with `nUnit` steps a canvas pixel.
+CPoint Unmap(int64_t x, int64_t y, const TNormalView& view, CSize szCanvas, int64_t nUnit) {
+    if (view.bSwap) std::swap(x, y);
+    if (view.bFlipV) y = szCanvas.cy * nUnit - y;
+    if (view.bFlipH) x = szCanvas.cx * nUnit - x;
+    return {static_cast<int32_t>(x), static_cast<int32_t>(y)};
+}
+
+} // namespace
+
+CPoint CCanvasView::ToCanvas8(CPoint ptWindow, int32_t nScale) const {
+    const auto scaled = [&](int64_t n, int64_t nScroll, int64_t nMargin) {
+        return (n * 8 / nScale + (nScroll - nMargin) * 8) * 48 / m_view.uZoom;
+    };
+    return Unmap(scaled(ptWindow.x, m_ptScroll.x, m_ptMargin.x),
+                 scaled(ptWindow.y, m_ptScroll.y, m_ptMargin.y), NormalizeView(m_view), m_szCanvas, 8);
+}
+
+CPoint CCanvasView::ToCanvas(CPoint ptWindow) const {
+    const auto scaled = [&](int64_t n, int64_t nScroll, int64_t nMargin) {
+        return (n + nScroll - nMargin) * 48 / m_view.uZoom;
+    };
+    return Unmap(scaled(ptWindow.x, m_ptScroll.x, m_ptMargin.x),
+                 scaled(ptWindow.y, m_ptScroll.y, m_ptMargin.y), NormalizeView(m_view), m_szCanvas, 1);
+}
+
+CPoint CCanvasView::ToWindow(CPoint ptCanvas) const {
+    // The flips here are those of canvas space: the exchange at 90 degrees brings the vertical one's change
+    // of sense with it.
+    const bool bHalfTurn = m_view.uAngle >= 180;
+    int64_t x = ptCanvas.x;
+    int64_t y = ptCanvas.y;
+    if (m_view.bFlipV != bHalfTurn) y = m_szCanvas.cy - y;
+    if (m_view.bFlipH != bHalfTurn) x = m_szCanvas.cx - x;
+    if (m_view.uAngle % 180 != 0) {
+        const int64_t nOldX = x;
+        x = m_szCanvas.cy - y;
+        y = nOldX;
+    }
+    return {static_cast<int32_t>(x * m_view.uZoom / 48 + m_ptMargin.x - m_ptScroll.x),
+            static_cast<int32_t>(y * m_view.uZoom / 48 + m_ptMargin.y - m_ptScroll.y)};
+}
+
+CRect CCanvasView::ToWindow(const CRect& rcCanvas) const {
+    const CPoint pt1 = ToWindow(CPoint{rcCanvas.left, rcCanvas.top});
+    const CPoint pt2 = ToWindow(CPoint{rcCanvas.right, rcCanvas.bottom});
+    return {std::min(pt1.x, pt2.x), std::min(pt1.y, pt2.y), std::max(pt1.x, pt2.x), std::max(pt1.y, pt2.y)};
+}
+
+void CCanvasView::Apply(const TViewState& view, CSize szClient) {
+    const CPoint ptKept = ToCanvas({m_szClient.cx / 2, m_szClient.cy / 2});
+    const CSize szScaled = ScaledSize(m_szCanvas, view);
+    m_view = view;
+    m_szClient = szClient;
+    m_szExtent = {std::max(szScaled.cx + MARGIN_TOTAL, szClient.cx),
+                  std::max(szScaled.cy + MARGIN_TOTAL, szClient.cy)};
+    m_ptMargin = {(m_szExtent.cx - szScaled.cx) / 2, (m_szExtent.cy - szScaled.cy) / 2};
+    m_szLine = {std::min(m_szExtent.cx, 10), std::min(m_szExtent.cy, 10)};
+    m_szPage = {std::min(m_szExtent.cx, 100), std::min(m_szExtent.cy, 100)};
+    m_ptScroll = {};
+    const CPoint ptNow = ToWindow(ptKept);
+    ScrollTo({ptNow.x - szClient.cx / 2, ptNow.y - szClient.cy / 2});
+}
+
+void CCanvasView::ScrollTo(CPoint ptScroll) {
+    m_ptScroll = {std::clamp(ptScroll.x, 0, std::max(0, m_szExtent.cx - m_szClient.cx)),
+                  std::clamp(ptScroll.y, 0, std::max(0, m_szExtent.cy - m_szClient.cy))};
+}
+
+void CCanvasView::Center() {
+    ScrollTo({(m_szExtent.cx - m_szClient.cx) / 2, (m_szExtent.cy - m_szClient.cy) / 2});
+}
+
+uint16_t FirstZoom(CSize szCanvas, CSize szClient) {
+    const auto spare = [](int32_t nCanvas, int32_t nClient) {
+        return (nCanvas - FIT_MARGIN) / std::max(nClient, 1);
+    };
+    const double f = std::max(spare(szCanvas.cx, szClient.cx), spare(szCanvas.cy, szClient.cy));
+    if (f <= 0) return 48;
+    for (const TZoomEntry& entry : GetZoomList())
+        if (entry.uZoom <= 48 / f) return entry.uZoom;
+    return 48;
+}

@@ -1,0 +1,54 @@
+// A view's transform in exact integer arithmetic: zoom, rotation, flips, extent and scroll offset.
+#pragma once
+
+#include "core/Base/Geometry.h"
+#include "core/GDIBuffer/ScreenMap.h"
+
+#include <cstdint>
+
+/// One view of a canvas. Window positions are client pixels.
+class CCanvasView {
+public:
+    /// The canvas's size in pixels; the view itself is kept.
+    void SetCanvasSize(CSize szCanvas) { m_szCanvas = szCanvas; }
+    /// Changes the view and keeps the canvas point under the window's centre there.
+    void Apply(const TViewState& view, CSize szClient);
+    /// Moves to a scroll offset, clamped to 0 and extent minus client on each axis.
+    void ScrollTo(CPoint ptScroll);
+    /// Centres the scroll position: half of extent minus client.
+    void Center();
+
+    /// Canvas position in eighths of a pixel under a window position given in 1 / `nScale` window pixels.
+    CPoint ToCanvas8(CPoint ptWindow, int32_t nScale = 1) const;
+    /// Canvas pixel under a window position.
+    CPoint ToCanvas(CPoint ptWindow) const;
+    /// Window position of a canvas pixel position.
+    CPoint ToWindow(CPoint ptCanvas) const;
+    /// A canvas rectangle in the window, ordered.
+    CRect ToWindow(const CRect& rcCanvas) const;
+
+    const TViewState& GetState() const { return m_view; }
+    /// Whole scrollable extent in window pixels: at least 90 pixels of margin around the scaled canvas.
+    CSize GetExtent() const { return m_szExtent; }
+    /// Scroll line (at most 10) and page (at most 100).
+    CSize GetLine() const { return m_szLine; }
+    CSize GetPage() const { return m_szPage; }
+    CPoint GetScroll() const { return m_ptScroll; }
+    CSize GetClient() const { return m_szClient; }
+    /// Where the scaled canvas's corner lies in the window.
+    CPoint GetOrigin() const { return m_ptMargin - m_ptScroll; }
+
+private:
+    CPoint m_ptScroll;
+    CSize m_szExtent;
+    CSize m_szLine;
+    CSize m_szPage;
+    CSize m_szClient;
+    TViewState m_view;
+    CPoint m_ptMargin;
+    CSize m_szCanvas;
+};
+
+/// The first zoom of a canvas in a window: 48, or for a canvas that does not fit the largest entry of the
+/// zoom list that shows it whole.
+uint16_t FirstZoom(CSize szCanvas, CSize szClient);

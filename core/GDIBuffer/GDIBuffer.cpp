@@ -1,0 +1,22 @@
+#include "core/GDIBuffer/GDIBuffer.h"
+
+#include "core/Base/Failure.h"
+
+#include <cstring>
+#include <new>
+
+CGDIBuffer::CGDIBuffer(CSize sz) : m_size(sz), m_nStride((sz.cx * 3 + 3) & ~3) {
+    if (sz.cx <= 0 || sz.cy <= 0) throw internal_error(L"CGDIBuffer: the size is not positive.");
+    try {
+        m_vPixels.resize(static_cast<size_t>(m_nStride) * static_cast<size_t>(sz.cy));
+    } catch (const std::bad_alloc&) {
+        throw internal_error(L"CGDIBuffer: no memory for the screen copy.");
+    }
+}
+
+void CGDIBuffer::FillGrey(const CRect& rc, uint8_t uGrey) {
+    const CRect rcIn = rc.Intersect(CRect({0, 0}, m_size));
+    if (rcIn.IsEmpty()) return;
+    for (int32_t y = rcIn.top; y < rcIn.bottom; ++y)
+        std::memset(GetPixelPtr({rcIn.left, y}), uGrey, static_cast<size_t>(rcIn.Width()) * 3);
+}

@@ -1,0 +1,33 @@
+// The screen copy: a 24-bit bitmap that a canvas window paints from.
+#pragma once
+
+#include "core/Base/Geometry.h"
+
+#include <boost/noncopyable.hpp>
+
+#include <cstdint>
+#include <vector>
+
+/// 3 bytes a pixel in the order B, G, R; rows from the top, each padded to a multiple of 4 bytes.
+class CGDIBuffer : boost::noncopyable {
+public:
+    /// A black bitmap. Raises internal_error when the size is not positive or there is no memory for it.
+    explicit CGDIBuffer(CSize sz);
+    virtual ~CGDIBuffer() = default;
+
+    CSize GetSize() const { return m_size; }
+    /// Bytes from one row to the next: (width * 3 + 3) & ~3.
+    int GetStride() const { return m_nStride; }
+    /// Address of a pixel's blue byte; unchecked.
+    uint8_t* GetPixelPtr(CPoint pt) {
+        return m_vPixels.data() + static_cast<size_t>(pt.y) * static_cast<size_t>(m_nStride) +
+               static_cast<size_t>(pt.x) * 3;
+    }
+    /// Fills the part of `rc` that lies inside with one colour (grey in all three bytes).
+    void FillGrey(const CRect& rc, uint8_t uGrey);
+
+private:
+    std::vector<uint8_t> m_vPixels;
+    CSize m_size;
+    int m_nStride;
+};

@@ -1,0 +1,60 @@
+// Undoable changes: each an object with a label, kept in two lists.
+#pragma once
+
+#include <boost/function.hpp>
+#include <boost/noncopyable.hpp>
+#include <boost/shared_ptr.hpp>
+
+#include <deque>
+#include <string>
+
+/// One done action. Undo and Redo are called in turn, never twice in a row.
+class CHistory : boost::noncopyable {
+public:
+    explicit CHistory(std::wstring strName) : m_strName(std::move(strName)) {}
+    virtual ~CHistory() = default;
+    virtual void Undo() = 0;
+    virtual void Redo() = 0;
+    /// The label that the user reads.
+    const std::wstring& GetName() const { return m_strName; }
+
+protected:
+    std::wstring m_strName;
+};
+
+/// A document's undo and redo lists, at most g_Switches.m_nMaxHistory undo steps.
+class CHistoryStream : boost::noncopyable {
+public:
+    virtual ~CHistoryStream() = default;
+
+    /// Adds a done action, ends all redoing, drops what exceeds the limit; the first line of the list then
+    /// names the oldest state that can still be reached. Null is ignored.
+    void Register(const boost::shared_ptr<CHistory>& spHistory);
+    /// Takes back the newest action. While a cancel handler is set it is called instead and nothing is
+    /// popped; one that answers false is dropped.
+    void Undo();
+    void Redo();
+    /// Drops both lists.
+    void Clear();
+    /// An unfinished operation's way to be cancelled; an empty function ends it.
+    void SetCancelHandler(const boost::function<bool()>& fnCancel) { m_fnCancel = fnCancel; }
+    bool CanUndo() const { return !m_deqUndo.empty() || m_fnCancel; }
+    bool CanRedo() const { return !m_deqRedo.empty(); }
+    /// True when the document differs from its file.
+    bool IsModified() const { return m_bModified; }
+    void SetModified(bool bModified) { m_bModified = bModified; }
+
+    /// Done actions, newest first.
+    const std::deque<boost::shared_ptr<CHistory>>& GetUndoList() const { return m_deqUndo; }
+    /// Undone actions, the most recently undone first.
+    const std::deque<boost::shared_ptr<CHistory>>& GetRedoList() const { return m_deqRedo; }
+    /// Label of the list's first line.
+    const std::wstring& GetInitialName() const { return m_strInitial; }
+
+private:
+    std::deque<boost::shared_ptr<CHistory>> m_deqUndo;
+    std::deque<boost::shared_ptr<CHistory>> m_deqRedo;
+    std::wstring m_strInitial = L"<< 初期状態 >>";
+    bool m_bModified = false;
+    boost::function<bool()> m_fnCancel;
+};

@@ -1,0 +1,94 @@
+#include "core/ImageFile/ImageFile.h"
+
+#include "core/Base/Failure.h"
+#include "core/Base/Text.h"
+#include "core/LayerBuffer/RasterLayerBuffer.h"
+#include "core/Platform/Bitmap.h"
+#include "core/Platform/Files.h"
+
+#include <boost/make_shared.hpp>
+
+#include <optional>
+#include <string>
+
+namespace {
+
+boost::shared_ptr<CCanvasBuffer> OpenProject(const std::wstring& strPath, IFileStore& files) {
+    boost::shared_ptr<TBytes> spImage;
+    {
+        const std::optional<std::string> strBytes = files.Read(strPath);
+        if (!strBytes) throw fileopen_error(strPath);
+        spImage = boost::make_shared<TBytes>(strBytes->begin(), strBytes->end());
+    }
+    CDeserializer file(spImage);
+    CDeserializer top;
+    file.ReadChunk(top);
+    auto spCanvas = boost::make_shared<CCanvasBuffer>();
+    spCanvas->Deserialize(top, strPath);
+    return spCanvas;
+}
+
+boost::shared_ptr<CCanvasBuffer> OpenPicture(const std::wstring& strPath, IImageCodecs& codecs) {
+    CBitmapSession session{codecs.Load(strPath)};
+    int32_t nWidth = 0;
+    int32_t nHeight = 0;
+    if (!session.spBitmap || !session.spBitmap->GetWidth(nWidth) || !session.spBitmap->GetHeight(nHeight))
+        throw loadimage_error(strPath);
+    const auto spCanvas = CreateCanvas({nWidth, nHeight});
+    const auto spLayer = CreateRasterLayer(spCanvas);
+    spLayer->setName(L"新規ラスタレイヤー");
+    spLayer->GetRaster()->ReadBitmap(session);
+    spCanvas->GetRoot().AddLayer(spLayer, -1, false);
+    spCanvas->GetRoot().SetActiveChild(spLayer);
+    return spCanvas;
+}
+
+} // namespace
+
+bool IsProjectFile(const std::wstring& strPath) { return EqualNoCase(ExtensionOf(strPath), L".vlm"); }
+
+boost::shared_ptr<CCanvasBuffer> OpenDocument(const std::wstring& strPath, IFileStore& files,
+                                              IImageCodecs& codecs) {
+    const auto spCanvas = IsProjectFile(strPath) ? OpenProject(strPath, files) : OpenPicture(strPath, codecs);
+    spCanvas->SetPath(strPath);
+    spCanvas->SetTitle(std::wstring(FileNameOf(strPath)));
+    return spCanvas;
+}
+
+void SaveDocument(CCanvasBuffer& canvas, const std::wstring& strPath, IFileStore& files) {
+    CSerializer file;
+    file.WriteChunk(canvas.Serialize());
+    const TBytes& vBytes = file.GetPayload();
+    if (!files.Replace(strPath, std::string(vBytes.begin(), vBytes.end()))) throw fileopen_error(strPath);
+    canvas.GetHistory().SetModified(false);
+}
+
+void ExportImage(CCanvasBuffer& canvas, const std::wstring& strPath, IImageCodecs& codecs) {
+    if (!codecs.CanSave(strPath)) throw fileopen_error(strPath);
+    CBitmapSession session{codecs.CreateBitmap(canvas.GetSize())};
+    if (!session.spBitmap) throw internal_error(L"Gdiplus::Bitmap() failed.");
+    canvas.ComposeAll();
+    canvas.GetComposite().WriteBitmap(session);
+    if (!session.bOk || !codecs.Save(strPath, *session.spBitmap)) throw fileopen_error(strPath);
+}
+
+std::vector<TFileFilter> GetOpenFilters() {
+    return {
+        {L"対応ファイル (*.vlm;*.bmp;*.png;*.jpeg;*.jpg;*.gif;*.tiff;*.tif)",
+         L"*.vlm;*.bmp;*.png;*.jpeg;*.jpg;*.gif;*.tiff;*.tif"},
+        {L"Vellumcraft File (*.vlm)", L"*.vlm"},
+        {L"ビットマップファイル (*.bmp)", L"*.bmp"},
+        {L"PNG ファイル (*.png)", L"*.png"},
+        {L"JPEG ファイル (*.jpeg;*.jpg)", L"*.jpeg;*.jpg"},
+        {L"GIF ファイル (*.gif)", L"*.gif"},
+        {L"TIFF ファイル (*.tiff;*.tif)", L"*.tiff;*.tif"},
+    };
+}
+
+std::vector<TFileFilter> GetSaveFilters() {
+    return {
+        {L"Vellumcraft File (*.vlm)", L"*.vlm"}, {L"ビットマップファイル (*.bmp)", L"*.bmp"},
+        {L"PNG ファイル (*.png)", L"*.png"},     {L"JPEG ファイル (*.jpg;*.jpeg)", L"*.jpg;*.jpeg"},
+        {L"GIF ファイル (*.gif)", L"*.gif"},     {L"TIFF ファイル (*.tiff;*.tif)", L"*.tiff;*.tif"},
+    };
+}

@@ -1,0 +1,28 @@
+// Documents and pictures in files.
+#pragma once
+
+#include "core/CanvasBuffer/CanvasBuffer.h"
+#include "core/Platform/Dialogs.h"
+
+class IFileStore;
+class IImageCodecs;
+
+/// True when the name has the project file's ending, in any case.
+bool IsProjectFile(const std::wstring& strPath);
+
+/// Opens a project file or a picture, by name alone. A picture becomes one raster layer with its
+/// transparency. Raises fileopen_error, loadimage_error or deserialize_error and leaves no canvas.
+boost::shared_ptr<CCanvasBuffer> OpenDocument(const std::wstring& strPath, IFileStore& files,
+                                              IImageCodecs& codecs);
+
+/// Writes the document as a project file: serialized to memory first, then written beside and renamed over.
+/// Raises fileopen_error with the old file whole; on success the document counts as saved.
+void SaveDocument(CCanvasBuffer& canvas, const std::wstring& strPath, IFileStore& files);
+
+/// Writes the flattened picture in the format of the name: PNG keeps alpha, others lie on white. Raises
+/// fileopen_error when the format is unknown or the file cannot be written.
+void ExportImage(CCanvasBuffer& canvas, const std::wstring& strPath, IImageCodecs& codecs);
+
+/// The type lists of the two file dialogs, in their order.
+std::vector<TFileFilter> GetOpenFilters();
+std::vector<TFileFilter> GetSaveFilters();

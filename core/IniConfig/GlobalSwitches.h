@@ -1,0 +1,23 @@
+// The switches that hold for every document: read when the module is loaded, written when it goes.
+#pragma once
+
+#include <cstdint>
+
+class CIniConfig;
+
+struct TGlobalSwitches {
+    uint8_t m_bShowOutline = 1;
+    uint8_t m_bShowAllCtl = 1;
+    uint8_t m_nPredStroke = 1; ///< predicted stroke: 0 none, 1 weak, 2 medium, 3 strong
+    uint8_t m_bFastScroll = 0;
+    uint8_t m_bEnableSSE2 = 1;
+    int32_t m_nMaxHistory = 10; ///< undo steps kept, at least 1
+
+    /// Reads section "Global"; keys that are not there take their defaults. m_nPredStroke is limited to 0..3,
+    /// m_nMaxHistory to 1 and more.
+    void Load(CIniConfig& config);
+    /// Writes every switch to section "Global".
+    void Save(CIniConfig& config) const;
+};
+
+extern TGlobalSwitches g_Switches;

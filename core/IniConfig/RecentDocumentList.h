@@ -1,0 +1,38 @@
+// The documents that the user opened last, in a store of their own beside the settings.
+#pragma once
+
+#include <boost/noncopyable.hpp>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+class IFileStore;
+class ILocations;
+
+/// At most four paths, newest first. The file is read when the list is first asked for; a change takes up
+/// what another program has written meanwhile and is saved in one update of the file. When the file cannot be
+/// written the change holds in memory.
+class CRecentDocumentList : boost::noncopyable {
+public:
+    /// `files` outlives the list.
+    CRecentDocumentList(IFileStore& files, std::wstring strPath);
+
+    /// Puts a path at the top, from wherever it was; an empty one is ignored.
+    void Add(const std::wstring& strPath);
+    /// Takes a path off the list.
+    void Remove(const std::wstring& strPath);
+    /// Newest first.
+    const std::vector<std::wstring>& GetPaths();
+
+    /// The store's path, in the folder of the settings.
+    static std::wstring FindPath(ILocations& locations);
+
+private:
+    void Change(const std::function<void()>& edit);
+
+    IFileStore& m_files;
+    std::wstring m_strPath;
+    std::vector<std::wstring> m_vPaths;
+    bool m_bRead = false;
+};

@@ -1,0 +1,211 @@
+#include "core/LayerBuffer/LayerBuffer.h"
+
+#include "core/Base/Failure.h"
+#include "core/LayerBuffer/LayerFactory.h"
+#include "core/LayerBuffer/LayerHistory.h"
+#include "core/RasterBuffer/ColorRasterBuffer.h"
+#include "core/RasterBuffer/MonoRasterBuffer.h"
+
+#include <boost/make_shared.hpp>
+
+#include <algorithm>
+#include <iterator>
+
+namespace {
+
+constexpr uint32_t TAG_LAYER_BASE = MakeTag("LAYB");
+constexpr int THUMBNAIL_MINSIDE = 34; ///< thumbnails keep more than this on each side where they can
+
+CSize DividedUp(CSize sz, int n) { return {(sz.cx + n - 1) / n, (sz.cy + n - 1) / n}; }
+
+void ConvertTile(CMonoRasterBlockBuffer& dest, const CColorRasterBlockBuffer& src) {
+    const TConstColorPixels px = src.Pixels();
+    for (size_t i = 0; i < src.GetPlaneBytes(); ++i)
+        dest.GetPlane(0)[i] = GreyOf(px.pR[i], px.pG[i], px.pB[i]);
+    std::copy_n(px.pA, src.GetPlaneBytes(), dest.GetAlpha());
+}
+
+void ConvertTile(CColorRasterBlockBuffer& dest, const CMonoRasterBlockBuffer& src) {
+    for (size_t n = 0; n < 3; ++n) std::copy_n(src.GetPlane(0), src.GetPlaneBytes(), dest.GetPlane(n));
+    std::copy_n(src.GetAlpha(), src.GetPlaneBytes(), dest.GetAlpha());
+}
+
+// Fills `dest` from `src` where that has tiles; both of the same geometry.
+template <class Dest, class Source>
+void ConvertTiles(CRasterBuffer& dest, CRasterBuffer& src) {
+    src.ForEachBlock([&](CPoint pt) {
+        const auto spSource = src.GetBlock(pt, false);
+        if (!spSource) return;
+        ConvertTile(static_cast<Dest&>(*dest.GetBlock(pt, true)), static_cast<const Source&>(*spSource));
+    });
+}
+
+} // namespace
+
+boost::shared_ptr<CRasterBuffer> CreatePlane(bool bColor, CSize sz, CSize szBlock) {
+    boost::shared_ptr<CRasterBuffer> spPlane;
+    if (bColor)
+        spPlane = boost::make_shared<CColorRasterBuffer>();
+    else
+        spPlane = boost::make_shared<CMonoRasterBuffer>();
+    spPlane->Create(sz, szBlock);
+    return spPlane;
+}
+
+boost::shared_ptr<CRasterBuffer> ConvertPlane(const boost::shared_ptr<CRasterBuffer>& spPlane, bool bColor) {
+    const bool bIsColor = dynamic_cast<const CColorRasterBuffer*>(spPlane.get()) != nullptr;
+    if (bIsColor == bColor) return spPlane;
+    const auto spResult = CreatePlane(bColor, spPlane->GetSize(), spPlane->GetBlockSize());
+    if (bColor)
+        ConvertTiles<CColorRasterBlockBuffer, CMonoRasterBlockBuffer>(*spResult, *spPlane);
+    else
+        ConvertTiles<CMonoRasterBlockBuffer, CColorRasterBlockBuffer>(*spResult, *spPlane);
+    spResult->GetDirty().Fill(true);
+    return spResult;
+}
+
+int ThumbnailScale(CSize szCanvas) {
+    for (int n = DEFAULT_BLOCKSIZE.cx; n > 1; --n) {
+        if (DEFAULT_BLOCKSIZE.cx % n != 0) continue;
+        if (szCanvas.cx / n > THUMBNAIL_MINSIDE && szCanvas.cy / n > THUMBNAIL_MINSIDE) return n;
+    }
+    return 1;
+}
+
+void CLayerBuffer::Create(const TCanvasPtr& pCanvas) {
+    SELF_CHECK(illegal_data, pCanvas != nullptr);
+    m_wpCanvas = pCanvas;
+    m_size = pCanvas->GetSize();
+    m_strName = L"NoName";
+    m_pDrawBuffer = CreatePlane(pCanvas->IsColor(), m_size, DEFAULT_BLOCKSIZE);
+    const int thumbScale = ThumbnailScale(m_size);
+    SELF_CHECK(illegal_data, DEFAULT_BLOCKSIZE.cx % thumbScale == 0);
+    m_pThumbnail = CreatePlane(pCanvas->IsColor(), DividedUp(m_size, thumbScale),
+                               DividedUp(DEFAULT_BLOCKSIZE, thumbScale));
+    MarkAllDirty();
+}
+
+TCanvasPtr CLayerBuffer::GetCanvas() const {
+    const TCanvasPtr pCanvas = m_wpCanvas.lock();
+    SELF_CHECK(illegal_data, pCanvas != nullptr);
+    return pCanvas;
+}
+
+void CLayerBuffer::DrawBlock(CRasterBlockBuffer& dest) {
+    UpdateBlock(dest.GetPosition());
+    if (m_bVisible) m_pDrawBuffer->BlendBlockInto(dest, nullptr);
+}
+
+void CLayerBuffer::UpdateBlock(CPoint pt) {
+    const auto spTile = m_pDrawBuffer->GetBlock(pt, true);
+    const CSize szBlock = m_pDrawBuffer->GetBlockSize();
+    uint8_t& uDirty = m_pDrawBuffer->GetDirty().At(pt.x / szBlock.cx, pt.y / szBlock.cy);
+    if (!uDirty) return;
+    spTile->Clear();
+    RenderOwn(*spTile);
+    if (!m_lstChildren.empty()) {
+        // A clipped child adds colour but no coverage: the layer's own alpha is put back afterwards.
+        const auto spOwn = ClipsChildren() ? spTile->Clone() : boost::shared_ptr<CRasterBlockBuffer>();
+        for (const TLayerPtr& spChild : m_lstChildren) spChild->DrawBlock(*spTile);
+        if (spOwn) spTile->RestoreAlpha(*spOwn);
+    }
+    uDirty = 0;
+    const auto spThumbnail = spTile->CreateReduced(m_pThumbnail->GetBlockSize(), ThumbnailScale(m_size));
+    m_pThumbnail->SetBlock(spThumbnail->GetPosition(), spThumbnail);
+}
+
+void CLayerBuffer::UpdateFlags() {
+    CBoolMatrix& dirty = m_pDrawBuffer->GetDirty();
+    for (const TLayerPtr& spChild : m_lstChildren) {
+        spChild->UpdateFlags();
+        if (spChild->PassesFlags() || spChild->m_bJustHidden) dirty.Or(spChild->m_pDrawBuffer->GetDirty());
+        spChild->m_bJustHidden = false;
+    }
+    if (const auto spChanges = GetChangeMatrix()) dirty.Or(*spChanges);
+}
+
+bool CLayerBuffer::HasPendingWork() {
+    return std::any_of(m_lstChildren.begin(), m_lstChildren.end(),
+                       [](const TLayerPtr& spChild) { return spChild->HasPendingWork(); });
+}
+
+bool CLayerBuffer::canBeMergedWith(const CLayerBuffer& other) const {
+    return &other != this && m_lstChildren.empty() && other.m_lstChildren.empty();
+}
+
+void CLayerBuffer::AddLayer(const TLayerPtr& spLayer, int idxLayer, bool bHistory) {
+    const int nCount = static_cast<int>(m_lstChildren.size());
+    const int idx = idxLayer == -1 ? nCount : idxLayer;
+    SELF_CHECK(invalid_argument, spLayer != nullptr && 0 <= idx && idx <= nCount);
+    m_lstChildren.insert(std::next(m_lstChildren.begin(), idx), spLayer);
+    spLayer->MarkAllDirty();
+    MarkAllDirty();
+    if (bHistory)
+        GetCanvas()->GetHistory().Register(
+            boost::make_shared<CAddDelLayerHistory<true>>(shared_from_this(), idx, spLayer));
+}
+
+void CLayerBuffer::RemoveLayer(const TLayerPtr& spLayer, bool bHistory) {
+    const int idx = IndexOf(*spLayer);
+    SELF_CHECK(invalid_argument, 0 <= idx);
+    m_lstChildren.erase(std::next(m_lstChildren.begin(), idx));
+    MarkAllDirty();
+    if (bHistory)
+        GetCanvas()->GetHistory().Register(
+            boost::make_shared<CAddDelLayerHistory<false>>(shared_from_this(), idx, spLayer));
+}
+
+int CLayerBuffer::IndexOf(const CLayerBuffer& layer) const {
+    const auto it = std::find_if(m_lstChildren.begin(), m_lstChildren.end(),
+                                 [&](const TLayerPtr& spChild) { return spChild.get() == &layer; });
+    return it == m_lstChildren.end() ? -1 : static_cast<int>(std::distance(m_lstChildren.begin(), it));
+}
+
+void CLayerBuffer::SetVisible(bool bVisible) {
+    m_bVisible = bVisible;
+    m_bJustHidden = !bVisible;
+    MarkAllDirty();
+}
+
+void CLayerBuffer::SetOpacity(uint8_t uOpacity) {
+    m_pDrawBuffer->SetOpacity(uOpacity);
+    MarkAllDirty();
+}
+
+CSerializer CLayerBuffer::SerializeBase() const {
+    CSerializer writer;
+    writer.SetTag(TAG_LAYER_BASE, 1);
+    const int32_t nCount = static_cast<int32_t>(m_lstChildren.size());
+    const TLayerPtr spActive = m_wpActive.lock();
+    const int idxActive = spActive ? IndexOf(*spActive) : -1;
+    writer.WriteInt32(nCount);
+    writer.WriteString(m_strName);
+    writer.WriteBool(m_bVisible);
+    writer.WriteByte(GetOpacity());
+    writer.WriteInt32(idxActive < 0 ? nCount : idxActive);
+    for (const TLayerPtr& spChild : m_lstChildren) writer.WriteChunk(spChild->Serialize());
+    return writer;
+}
+
+void CLayerBuffer::DeserializeBase(CDeserializer& reader) {
+    reader.ExpectTag(TAG_LAYER_BASE);
+    const uint32_t uCount = static_cast<uint32_t>(reader.ReadInt32());
+    m_strName = reader.ReadString();
+    m_bVisible = reader.ReadBool();
+    m_pDrawBuffer->SetOpacity(reader.ReadByte());
+    // The first version of the chunk knew no active child.
+    const uint32_t uActive = reader.GetVersion() >= 1 ? static_cast<uint32_t>(reader.ReadInt32()) : uCount;
+    if (uActive > uCount) throw deserialize_error();
+    m_lstChildren.clear();
+    m_wpActive.reset();
+    for (uint32_t u = 0; u < uCount; ++u) {
+        CDeserializer chunk;
+        reader.ReadChunk(chunk);
+        const TLayerPtr spChild = CreateLayerByTag(chunk.GetTag());
+        spChild->Deserialize(chunk, GetCanvas());
+        m_lstChildren.push_back(spChild);
+        if (u == uActive) m_wpActive = spChild;
+    }
+    reader.ExpectEnd();
+    MarkAllDirty();
+}

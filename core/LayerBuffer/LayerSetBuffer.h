@@ -1,0 +1,21 @@
+// A folder: its children paint straight onto what lies under it, so its opacity is only stored and shown.
+#pragma once
+
+#include "core/LayerBuffer/LayerBuffer.h"
+
+class CLayerSetBuffer : public CLayerBuffer {
+public:
+    static constexpr uint32_t CHUNK_TAG = MakeTag("LAYS");
+
+    void Deserialize(CDeserializer& reader, const TCanvasPtr& spCanvas) override;
+    void DrawBlock(CRasterBlockBuffer& dest) override;
+    CSerializer Serialize() const override;
+    bool canBeMergedWith(const CLayerBuffer&) const override { return false; }
+
+protected:
+    bool ClipsChildren() const override { return false; }
+    bool PassesFlags() const override { return m_bVisible; }
+};
+
+/// A new empty layer set, in no tree yet.
+boost::shared_ptr<CLayerSetBuffer> CreateLayerSet(const TCanvasPtr& spCanvas);

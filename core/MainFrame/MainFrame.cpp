@@ -1,0 +1,206 @@
+#include "core/MainFrame/MainFrame.h"
+
+#include "core/AppModule/AppModule.h"
+#include "core/AppModule/CommandIds.h"
+#include "core/AppModule/ErrorBox.h"
+#include "core/AppModule/MessageQueue.h"
+#include "core/AppModule/PrivateMessages.h"
+#include "core/AppModule/WindowPlacement.h"
+#include "core/Base/Failure.h"
+#include "core/CanvasFrame/ZoomList.h"
+#include "core/MainFrame/CommandState.h"
+#include "core/MainFrame/MenuTable.h"
+#include "core/Platform/System.h"
+
+#include <boost/make_shared.hpp>
+
+#include <algorithm>
+
+boost::shared_ptr<CMainFrame> g_pMainFrame;
+
+namespace {
+
+constexpr int MENU_MAIN = 100;
+constexpr int MENU_CANVAS = 200;
+constexpr CSize MINIMUM_SIZE{640, 480};
+constexpr wchar_t PLACEMENT_SECTION[] = L"Main";
+constexpr wchar_t NO_SCALE[] = L"Scale: ----%";
+constexpr int PANE_SCALE = 1;
+
+int64_t AreaOf(const CRect& rc) { return rc.IsEmpty() ? 0 : int64_t{rc.Width()} * rc.Height(); }
+
+// Moves a rectangle into the screen that shows most of it, the primary one when none does.
+CRect PlaceOnScreen(const CRect& rc, const std::vector<CRect>& vScreens) {
+    if (vScreens.empty()) return rc;
+    const CRect rcScreen =
+        *std::max_element(vScreens.begin(), vScreens.end(), [&](const CRect& a, const CRect& b) {
+            return AreaOf(rc.Intersect(a)) < AreaOf(rc.Intersect(b));
+        });
+    const CSize sz{std::min(rc.Width(), rcScreen.Width()), std::min(rc.Height(), rcScreen.Height())};
+    const CPoint pt{std::clamp(rc.left, rcScreen.left, rcScreen.right - sz.cx),
+                    std::clamp(rc.top, rcScreen.top, rcScreen.bottom - sz.cy)};
+    return CRect(pt, sz);
+}
+
+} // namespace
+
+void CreateMainFrame() {
+    g_pMainFrame = boost::make_shared<CMainFrame>();
+    g_pMainFrame->CreateFrameWindow();
+}
+
+CMainFrame::CMainFrame() {
+    const TPlatform& platform = g_AppModule.GetPlatform();
+    m_pRecentList = std::make_unique<CRecentDocumentList>(platform.files,
+                                                          CRecentDocumentList::FindPath(platform.locations));
+}
+
+CMainFrame::~CMainFrame() {
+    // A frame that an exception ended still has its window: it must not call into what is gone.
+    if (m_pWindow) m_pWindow->Destroy();
+}
+
+void CMainFrame::CreateFrameWindow() {
+    const TPlatform& platform = g_AppModule.GetPlatform();
+    TMainWindowSetup setup{L"Vellumcraft", LoadMenu(MENU_MAIN), LoadToolBar()};
+    m_vToolBarCommands = setup.vToolBar;
+    m_vMenuCommands = ListCommands(LoadMenu(MENU_CANVAS));
+    m_pWindow = platform.windows.CreateMainWindow(*this, setup);
+    if (!m_pWindow) throw internal_error(L"CreateMainFrame: the window could not be created.");
+    g_AppModule.SetMainWindow(m_pWindow);
+    m_pWindow->SetMinimumSize(MINIMUM_SIZE);
+    m_pWindow->SetRect(
+        PlaceOnScreen(ReadPlacement(PLACEMENT_SECTION, m_pWindow->GetRect()), m_pWindow->GetScreens()));
+    std::vector<std::wstring> vZooms;
+    for (const TZoomEntry& entry : GetZoomList()) vZooms.push_back(entry.pszText);
+    m_pWindow->SetZoomItems(vZooms);
+    m_pWindow->SetStatusText(PANE_SCALE, NO_SCALE);
+    m_pWindow->Show();
+    PostToMainFrame(WM_REFRESH_ALL);
+    if (const auto spLoop = g_AppModule.GetMessageLoop()) {
+        spLoop->AddMessageFilter(this);
+        spLoop->AddIdleHandler(this);
+    }
+}
+
+bool CMainFrame::OnMessage(const TMessage& msg) {
+    return Guarded([&] { return HandleMessage(msg); });
+}
+
+bool CMainFrame::HandleMessage(const TMessage& msg) {
+    switch (msg.id) {
+    case EMessage::Command:
+        return OnCommand(msg);
+    case EMessage::Close:
+        return OnClose();
+    case EMessage::Destroy:
+        OnDestroy();
+        return false;
+    case EMessage::InitMenuPopup:
+        OnInitMenuPopup();
+        return true;
+    case EMessage::DropFiles:
+        OnDropFiles(msg.strText);
+        return true;
+    case EMessage::CopyData:
+        return OnCopyData(msg);
+    default:
+        break;
+    }
+    if (msg.id == WM_REFRESH_ALL || msg.id == WM_REFRESH_SCALE) {
+        OnUpdateScale();
+        return true;
+    }
+    if (msg.id == WM_ADD_RECENT) {
+        m_pRecentList->Add(msg.strText);
+        return true;
+    }
+    return false;
+}
+
+void CMainFrame::OnFinalMessage() {
+    m_pWindow = nullptr;
+    g_AppModule.SetMainWindow(nullptr);
+    g_AppModule.GetPlatform().queue.PostQuit();
+}
+
+void CMainFrame::OnDestroy() {
+    if (const auto spLoop = g_AppModule.GetMessageLoop()) {
+        spLoop->RemoveMessageFilter(this);
+        spLoop->RemoveIdleHandler(this);
+    }
+}
+
+bool CMainFrame::OnClose() {
+    WritePlacement(PLACEMENT_SECTION, m_pWindow->GetRect());
+    while (!g_lstCanvasFrame.empty()) {
+        const size_t nBefore = g_lstCanvasFrame.size();
+        SendMessage({g_lstCanvasFrame.back()->GetWindow(), EMessage::Close});
+        if (g_lstCanvasFrame.size() == nBefore) return true;
+    }
+    return false;
+}
+
+bool CMainFrame::PreTranslateMessage(const TMessage& msg) {
+    IKeyState& keys = g_AppModule.GetPlatform().keys;
+    if (msg.wParam == VK_Tab && keys.IsKeyDown(VK_Control)) return false;
+    const int nCommand = TranslateAccelerator(msg, keys);
+    // A shortcut of a disabled command belongs to whoever has the focus.
+    if (!nCommand || !IsCommandEnabled(nCommand)) return false;
+    SendMessage({m_pWindow, EMessage::Command, nCommand});
+    return true;
+}
+
+bool CMainFrame::OnIdle(int) {
+    if (!m_pWindow) return false;
+    const TSetButtonState setState{m_pWindow->GetToolBarLook()};
+    for (const int nId : m_vToolBarCommands)
+        if (nId) setState(nId, GetCommandState(nId));
+    if (!m_deqOpenFiles.empty()) {
+        const std::wstring strPath = m_deqOpenFiles.front();
+        m_deqOpenFiles.pop_front();
+        OpenFile(strPath);
+    }
+    return !m_deqOpenFiles.empty();
+}
+
+void CMainFrame::OnInitMenuPopup() {
+    std::vector<std::wstring> vTexts;
+    int nNumber = 0;
+    for (const std::wstring& strPath : m_pRecentList->GetPaths())
+        vTexts.push_back(L"&" + std::to_wstring(++nNumber) + L" " + strPath);
+    m_pWindow->SetRecentFiles(ID_FILE_MRU_FIRST, vTexts);
+    const TSetMenuState setState{m_pWindow->GetMenuLook()};
+    for (const int nId : m_vMenuCommands) setState(nId, GetCommandState(nId));
+    for (int n = 0; n < nNumber; ++n) setState(ID_FILE_MRU_FIRST + n, GetCommandState(ID_FILE_MRU_FIRST + n));
+}
+
+bool CMainFrame::IsCommandEnabled(int nId) const { return GetCommandState(nId).bEnabled; }
+bool CMainFrame::IsCommandChecked(int nId) const { return GetCommandState(nId).bChecked; }
+int CMainFrame::GetRecentCount() const { return static_cast<int>(m_pRecentList->GetPaths().size()); }
+
+void CMainFrame::OpenFrame(const boost::shared_ptr<CCanvasFrame>& spFrame) {
+    // The frame gives itself its title; until then it has none.
+    if (!spFrame->CreateWindowIn(*m_pWindow, {L"", LoadMenu(MENU_CANVAS)}))
+        throw internal_error(L"CreateCanvasFrame: the window could not be created.");
+}
+
+void CMainFrame::AbandonFrame(const boost::shared_ptr<CCanvasFrame>& spFrame) {
+    if (!spFrame) return;
+    if (spFrame->GetWindow())
+        g_AppModule.GetPlatform().queue.Post({spFrame->GetWindow(), EMessage::Close});
+    else
+        g_lstCanvasFrame.remove(spFrame);
+}
+
+void CMainFrame::OnUpdateScale() {
+    const auto spFrame = g_wpActiveFrame.lock();
+    const uint16_t uZoom = spFrame ? spFrame->GetView().GetState().uZoom : 0;
+    m_pWindow->SetStatusText(PANE_SCALE, spFrame ? FormatScale(uZoom) : NO_SCALE);
+    m_pWindow->SelectZoomItem(FindZoomLine(uZoom));
+}
+
+void CMainFrame::InvalidateFrames() {
+    for (const auto& spFrame : g_lstCanvasFrame)
+        if (spFrame->GetWindow()) spFrame->GetWindow()->Invalidate();
+}

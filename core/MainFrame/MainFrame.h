@@ -1,0 +1,86 @@
+// The top-level frame of a session: routes commands, keeps their states, opens files, decides the order of
+// closing.
+#pragma once
+
+#include "core/AppModule/MessageLoop.h"
+#include "core/CanvasFrame/CanvasFrame.h"
+#include "core/IniConfig/RecentDocumentList.h"
+#include "core/Platform/Window.h"
+
+#include <boost/noncopyable.hpp>
+#include <boost/shared_ptr.hpp>
+
+#include <deque>
+#include <memory>
+#include <string>
+#include <vector>
+
+class CMainFrame : public IWindowClient, public IMessageFilter, public IIdleHandler, boost::noncopyable {
+public:
+    CMainFrame();
+    ~CMainFrame() override;
+
+    /// Makes and shows the window with its menu, tool bar, zoom box and status line, and enters the frame
+    /// with the thread's message loop. Raises internal_error when the window system refuses.
+    void CreateFrameWindow();
+    /// The window, null before CreateFrameWindow and after it is gone.
+    IMainWindow* GetWindow() const { return m_pWindow; }
+
+    bool OnMessage(const TMessage& msg) override;
+    void OnPaint(IPaintTarget&, const CRect&) override {}
+    void OnFinalMessage() override;
+    bool PreTranslateMessage(const TMessage& msg) override;
+    bool OnIdle(int nCount) override;
+
+    /// Opens a window on a canvas as MDI child. Raises internal_error when the window system refuses.
+    void OpenFrame(const boost::shared_ptr<CCanvasFrame>& spFrame);
+    /// Opens a file in a new frame; a failure is told to the user. True when it opened.
+    bool OpenFile(const std::wstring& strPath);
+    /// Puts a file in line to be opened; one is opened at each idle pass.
+    void QueueFile(const std::wstring& strPath) { m_deqOpenFiles.push_back(strPath); }
+
+    /// Which commands the main frame answers by itself: at any time, or only while a frame is active.
+    static bool HandlesWithoutFrame(int nId);
+    static bool HandlesWithFrame(int nId);
+    /// Lines of the recent list.
+    int GetRecentCount() const;
+
+    /// The state rules' answers for one command.
+    bool IsCommandEnabled(int nId) const;
+    bool IsCommandChecked(int nId) const;
+
+private:
+    bool HandleMessage(const TMessage& msg);
+    bool OnCommand(const TMessage& msg);
+    bool OnArrange(int nId);
+    void OnFileNew();
+    void OnFileOpen();
+    void OnOpenRecent(int nIndex);
+    void OnDropFiles(const std::wstring& strPaths);
+    bool OnCopyData(const TMessage& msg);
+    void OnViewNew();
+    void OnAbout();
+    void OnZoom(int nStep);
+    void OnZoomCombo(int nLine);
+    void OnUpdateScale();
+    bool OnClose();
+    void OnDestroy();
+    void OnInitMenuPopup();
+    void RestorePosition();
+    /// Closes a frame whose opening failed halfway.
+    void AbandonFrame(const boost::shared_ptr<CCanvasFrame>& spFrame);
+    void OnToggle(int nId);
+    void InvalidateFrames();
+
+    IMainWindow* m_pWindow = nullptr;
+    std::deque<std::wstring> m_deqOpenFiles;
+    std::unique_ptr<CRecentDocumentList> m_pRecentList;
+    std::vector<int> m_vMenuCommands;
+    std::vector<int> m_vToolBarCommands;
+};
+
+/// The main frame, non-null exactly while it exists.
+extern boost::shared_ptr<CMainFrame> g_pMainFrame;
+
+/// Makes the main frame and its window. Raises internal_error.
+void CreateMainFrame();

@@ -1,0 +1,102 @@
+#include "core/MainFrame/MenuTable.h"
+
+#include "core/Base/Failure.h"
+#include "core/Base/Resource.h"
+#include "core/Base/Text.h"
+#include "core/Platform/System.h"
+
+#include <boost/algorithm/string/classification.hpp>
+#include <boost/algorithm/string/replace.hpp>
+#include <boost/algorithm/string/split.hpp>
+
+#include <charconv>
+#include <string>
+#include <string_view>
+
+namespace {
+
+using TFields = std::vector<std::string>;
+
+// The rows of a table: fields between tabs; empty lines and comments left out.
+std::vector<TFields> ReadTable(std::string_view strName, size_t nFields) {
+    std::vector<std::string> vLines;
+    boost::split(vLines, FindResource(strName), boost::is_any_of("\n"));
+    std::vector<TFields> vRows;
+    for (const std::string& strLine : vLines) {
+        if (strLine.empty() || strLine[0] == '#') continue;
+        TFields vFields;
+        boost::split(vFields, strLine, boost::is_any_of("\t"));
+        if (vFields.size() != nFields) throw internal_error(L"ReadTable: bad row: " + FromUtf8(strLine));
+        vRows.push_back(vFields);
+    }
+    if (vRows.empty()) throw internal_error(L"ReadTable: no table " + FromUtf8(strName));
+    return vRows;
+}
+
+int ToNumber(const std::string& str, int nBase = 10) {
+    int n = 0;
+    const auto [pEnd, error] = std::from_chars(str.data(), str.data() + str.size(), n, nBase);
+    if (error != std::errc() || pEnd != str.data() + str.size())
+        throw internal_error(L"ReadTable: bad number.");
+    return n;
+}
+
+} // namespace
+
+std::vector<TMenuItem> LoadMenu(int nMenu) {
+    const std::string strMenu = std::to_string(nMenu);
+    TMenuItem root;
+    for (const TFields& vFields : ReadTable("menus.tsv", 4)) {
+        std::vector<std::string> vMenus;
+        boost::split(vMenus, vFields[0], boost::is_any_of(","));
+        if (std::find(vMenus.begin(), vMenus.end(), strMenu) == vMenus.end()) continue;
+        TMenuItem* pParent = &root;
+        for (int nLevel = ToNumber(vFields[1]); nLevel > 0; --nLevel) {
+            if (pParent->vChildren.empty()) throw internal_error(L"LoadMenu: an item without its popup.");
+            pParent = &pParent->vChildren.back();
+        }
+        std::string strText = vFields[3];
+        boost::replace_all(strText, "\\t", "\t");
+        pParent->vChildren.push_back({ToNumber(vFields[2]), FromUtf8(strText), {}});
+    }
+    return root.vChildren;
+}
+
+std::vector<int> LoadToolBar() {
+    std::vector<int> vIds;
+    for (const TFields& vFields : ReadTable("toolbar.tsv", 1)) vIds.push_back(ToNumber(vFields[0]));
+    return vIds;
+}
+
+std::vector<int> ListCommands(const std::vector<TMenuItem>& vMenu) {
+    std::vector<int> vIds;
+    for (const TMenuItem& item : vMenu) {
+        if (item.nId) vIds.push_back(item.nId);
+        const std::vector<int> vBelow = ListCommands(item.vChildren);
+        vIds.insert(vIds.end(), vBelow.begin(), vBelow.end());
+    }
+    return vIds;
+}
+
+const std::vector<TAccelerator>& GetAccelerators() {
+    static const std::vector<TAccelerator> vTable = [] {
+        std::vector<TAccelerator> v;
+        for (const TFields& vFields : ReadTable("accelerators.tsv", 3)) {
+            const std::string& strFlags = vFields[0];
+            v.push_back({ToNumber(vFields[1], 16), strFlags.find('C') != std::string::npos,
+                         strFlags.find('N') != std::string::npos, ToNumber(vFields[2])});
+        }
+        return v;
+    }();
+    return vTable;
+}
+
+int TranslateAccelerator(const TMessage& msg, IKeyState& keys) {
+    if (msg.id != EMessage::KeyDown || keys.IsKeyDown(VK_Alt) || keys.IsKeyDown(VK_Shift)) return 0;
+    const bool bControl = keys.IsKeyDown(VK_Control);
+    for (const TAccelerator& accel : GetAccelerators()) {
+        if (accel.nKey != msg.wParam || accel.bControl != bControl) continue;
+        return accel.bNoRepeat && msg.lParam ? 0 : accel.nCommand;
+    }
+    return 0;
+}

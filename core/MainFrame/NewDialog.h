@@ -1,0 +1,24 @@
+// The new canvas's size and colour mode.
+#pragma once
+
+#include "core/Base/Geometry.h"
+#include "core/Platform/Dialogs.h"
+
+class CNewDialog : public CDialogModel {
+public:
+    explicit CNewDialog(IMessageBoxes& boxes);
+
+    const char* GetName() const override { return "CNewDialog"; }
+    std::wstring GetTitle() const override { return L"新規作成"; }
+    /// Refuses sizes outside 1 to MAX_CANVAS_SIDE: says so, puts 800 or 600 back and stays open.
+    bool OnOk(IWindow* pOwner) override;
+
+    /// The accepted size in pixels.
+    CSize GetSize() const { return m_size; }
+    /// False for a grey canvas.
+    bool IsColor() const { return m_vFields[2].bChecked; }
+
+private:
+    IMessageBoxes& m_boxes;
+    CSize m_size;
+};

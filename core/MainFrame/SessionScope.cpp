@@ -1,0 +1,51 @@
+#include "core/MainFrame/SessionScope.h"
+
+#include "core/AppModule/AppModule.h"
+#include "core/MainFrame/MainFrame.h"
+#include "core/Platform/Bitmap.h"
+
+#include <boost/make_shared.hpp>
+
+namespace {
+
+// Closes for good what an interrupted loop left open. Nothing asks the user: no loop could hear the answer.
+void DestroyWindows() {
+    const auto lstFrames = g_lstCanvasFrame;
+    for (const auto& spFrame : lstFrames)
+        if (spFrame->GetWindow()) spFrame->GetWindow()->Destroy();
+    if (g_pMainFrame && g_pMainFrame->GetWindow()) g_pMainFrame->GetWindow()->Destroy();
+}
+
+// Empties the queue down to the end that the main frame's destruction posted, so that the next session
+// neither meets that end nor a message to a window that is gone.
+void DropMessages(IMessageQueue& queue) {
+    TMessage msg;
+    while (queue.Peek() && queue.Get(msg) == 1) {
+    }
+}
+
+} // namespace
+
+CSessionScope::CSessionScope(const TPlatform& platform)
+    : m_platform(platform), m_uCodecs(0), m_spLoop(boost::make_shared<CMessageLoop>()) {
+    g_AppModule.SetPlatform(&platform);
+    m_uCodecs = platform.codecs.Startup();
+    g_AppModule.AddMessageLoop(m_spLoop);
+}
+
+void CSessionScope::Run() { m_spLoop->Run(m_platform.queue); }
+
+CSessionScope::~CSessionScope() {
+    if (!m_bAbandoned) {
+        const bool bInterrupted = g_pMainFrame && g_pMainFrame->GetWindow();
+        DestroyWindows();
+        if (bInterrupted) DropMessages(m_platform.queue);
+        g_lstCanvasFrame.clear();
+        g_wpActiveFrame.reset();
+        g_pMainFrame.reset();
+        g_AppModule.RemoveMessageLoop();
+        m_platform.codecs.Shutdown(m_uCodecs);
+    }
+    m_spLoop->Clear();
+    g_AppModule.SetPlatform(nullptr);
+}

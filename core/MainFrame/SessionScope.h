@@ -1,0 +1,34 @@
+// What stands around a session, whoever began it: the platform on loan, the codecs, the thread's message
+// loop.
+#pragma once
+
+#include "core/AppModule/MessageLoop.h"
+#include "core/Platform/Platform.h"
+
+#include <boost/noncopyable.hpp>
+#include <boost/shared_ptr.hpp>
+
+#include <cstdint>
+
+/// One session of the calling thread, from the first set-up to the last tear-down. Only one runs at a time.
+class CSessionScope : boost::noncopyable {
+public:
+    /// Lends the platform to the application, starts the codecs, registers a message loop.
+    explicit CSessionScope(const TPlatform& platform);
+    /// Destroys windows that an exception left open, lets go of the frames, removes the loop, shuts the
+    /// codecs down, takes the platform back. Whoever still holds the canvas or a frame may release it after
+    /// this.
+    ~CSessionScope();
+
+    /// Runs the message loop to the session's end.
+    void Run();
+    /// The session never began: the codecs stay started and the table keeps its entry, which the next session
+    /// replaces.
+    void Abandon() { m_bAbandoned = true; }
+
+private:
+    const TPlatform& m_platform;
+    uintptr_t m_uCodecs;
+    boost::shared_ptr<CMessageLoop> m_spLoop;
+    bool m_bAbandoned = false;
+};

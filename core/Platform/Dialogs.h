@@ -1,0 +1,81 @@
+// Modal windows: boxes, file dialogs, and dialogs whose state and rules are classes in core.
+// All of them block until answered; one thread; none throws.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+class IWindow;
+
+/// What a box offers and shows.
+enum class EBoxKind { Plain, Error, YesNoCancelWarning };
+/// Ok also stands for a plain box that was closed.
+enum class EBoxAnswer { Ok, Yes, No, Cancel };
+
+class IMessageBoxes {
+public:
+    virtual ~IMessageBoxes() = default;
+    /// `pOwner` may be null.
+    virtual EBoxAnswer Show(IWindow* pOwner, const std::wstring& strText, const std::wstring& strTitle,
+                            EBoxKind kind) = 0;
+};
+
+/// One line of a file dialog's type list; patterns are separated by ";".
+struct TFileFilter {
+    std::wstring strText;
+    std::wstring strPattern;
+};
+
+struct TFileDialog {
+    bool bSave = false;
+    std::wstring strName;             ///< suggested path or name
+    std::wstring strDefaultExtension; ///< without the dot; added to a name that has none
+    std::vector<TFileFilter> vFilters;
+};
+
+class IFileDialogs {
+public:
+    virtual ~IFileDialogs() = default;
+    /// Returns the chosen path, empty when cancelled. Choosing another type replaces the name's extension; a
+    /// save over an existing file has been confirmed.
+    virtual std::wstring Ask(IWindow* pOwner, const TFileDialog& dialog) = 0;
+};
+
+/// One control of a dialog. The name is how session scripts answer it.
+struct TDialogField {
+    enum class EKind { Integer, Check, Report };
+    EKind kind = EKind::Integer;
+    std::string strName;
+    std::wstring strLabel;
+    std::wstring strText; ///< what an Integer's edit or a Report shows; may be any text the user typed
+    int nMin = 0;         ///< Integer: what the spin buttons stop at
+    int nMax = 0;
+    bool bChecked = false;
+};
+
+/// State and rules of one modal dialog; the window system only shows it.
+class CDialogModel {
+public:
+    virtual ~CDialogModel() = default;
+    /// Class name, by which session scripts answer.
+    virtual const char* GetName() const = 0;
+    virtual std::wstring GetTitle() const = 0;
+    /// Label of the extra button, empty for none; pressing it calls OnExtra.
+    virtual std::wstring GetExtraButton() const { return {}; }
+    virtual void OnExtra() {}
+    /// OK was pressed and the fields hold what the user left. False keeps the dialog open, after the model
+    /// has shown why and put back what it rejected.
+    virtual bool OnOk(IWindow* pOwner) = 0;
+    /// True when there is nothing to cancel (a report).
+    virtual bool HasCancel() const { return true; }
+
+    std::vector<TDialogField> m_vFields;
+};
+
+class IDialogs {
+public:
+    virtual ~IDialogs() = default;
+    /// Runs the dialog until OnOk answers true (returns true) or it is cancelled (returns false).
+    virtual bool Run(IWindow* pOwner, CDialogModel& dialog) = 0;
+};

@@ -1,0 +1,20 @@
+// Menus as data: what the shell hands to the window that shows them.
+#pragma once
+
+#include <string>
+#include <vector>
+
+/// One line of a menu. A popup has children; an entry with id 0 and no children is a separator.
+struct TMenuItem {
+    int nId = 0;
+    std::wstring strText; ///< with "&" before the mnemonic and "\t" before the shortcut's text
+    std::vector<TMenuItem> vChildren;
+};
+
+/// Sets how a command looks in a menu or a tool bar.
+class ICommandLook {
+public:
+    virtual ~ICommandLook() = default;
+    /// Unknown ids are ignored.
+    virtual void SetState(int nId, bool bEnabled, bool bChecked) = 0;
+};

@@ -1,0 +1,74 @@
+// What the windows say to the application and the application to itself: one record, one queue, one order.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+class IWindow;
+
+/// Message kinds. The numbers are the published ones of the window system that the names come from; they are
+/// what session scripts and records show.
+enum class EMessage : uint32_t {
+    Null = 0x0000,
+    Destroy = 0x0002,       ///< the window is about to go
+    Size = 0x0005,          ///< wParam, lParam: client width and height in device pixels
+    Paint = 0x000F,         ///< posted only for accounting; painting itself is IWindowClient::OnPaint
+    Close = 0x0010,         ///< the user asks the window to close; unhandled: it is destroyed
+    Quit = 0x0012,          ///< ends the message loop
+    KeyDown = 0x0100,       ///< wParam: virtual key; lParam: 1 for an auto-repeat
+    KeyUp = 0x0101,         ///< wParam: virtual key
+    SysKeyDown = 0x0104,    ///< as KeyDown, with Alt held
+    SysKeyUp = 0x0105,      ///< as KeyUp, with Alt held
+    Command = 0x0111,       ///< wParam: command id
+    Timer = 0x0113,         ///< wParam: timer id
+    Scroll = 0x0114,        ///< wParam: 0 horizontal, 1 vertical; lParam: new offset in window pixels
+    InitMenuPopup = 0x0117, ///< a menu is about to show: bring its items' states up to date
+    SysTimer = 0x0118,      ///< the window system's caret timer, never a reason for idle work
+    MouseMove = 0x0200,
+    NcMouseMove = 0x00A0,
+    MouseWheel = 0x020A,  ///< wParam: signed wheel delta
+    MdiActivate = 0x0222, ///< wParam: 1 when the receiver becomes the active frame, 0 when it stops being it
+    DropFiles = 0x0233,   ///< strText: paths, one a line
+    CopyData = 0x004A,    ///< wParam: data id; strText: the text handed over by another process
+    App = 0x8000,         ///< first private message; App + n is written AppMessage(n)
+};
+
+/// The private message number n (1 to 0x3FFF).
+constexpr EMessage AppMessage(uint32_t n) { return static_cast<EMessage>(0x8000u + n); }
+
+/// One message. `pWindow` is its receiver, null for the thread's own messages.
+struct TMessage {
+    IWindow* pWindow = nullptr;
+    EMessage id = EMessage::Null;
+    int64_t wParam = 0;
+    int64_t lParam = 0;
+    std::wstring strText = {};
+};
+
+/// The thread's message queue. One thread only. `Forget` keeps a dead window from receiving anything.
+class IMessageQueue {
+public:
+    virtual ~IMessageQueue() = default;
+    /// True when a message (or the end) waits; takes what the window system has ready, never blocks.
+    virtual bool Peek() = 0;
+    /// Takes the next message, waiting for it. Returns 1 with a message, 0 at the end of the session, -1 when
+    /// the window system failed and the caller may ask again.
+    virtual int Get(TMessage& msg) = 0;
+    /// Delivers a message to its window: the client first, the window's default handling if it declines.
+    virtual void Dispatch(const TMessage& msg) = 0;
+    /// Puts a message at the end of the queue. Messages without a window are dropped at dispatch.
+    virtual void Post(const TMessage& msg) = 0;
+    /// Makes Get answer 0 once everything posted before has been taken.
+    virtual void PostQuit() = 0;
+    /// Drops every waiting message of a window that is going away.
+    virtual void Forget(const IWindow* pWindow) = 0;
+};
+
+/// Where messages come from when the queue is empty: the window system's events, a session script.
+class IEventPump {
+public:
+    virtual ~IEventPump() = default;
+    /// Posts what is ready; with `bWait` blocks until there is something. False when nothing can come any
+    /// more (a lost display).
+    virtual bool Pump(bool bWait) = 0;
+};

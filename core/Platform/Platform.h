@@ -1,0 +1,31 @@
+// The whole outside in one record. The executable makes it and gives it to the application when a session
+// starts; whoever is made with it may keep references for as long as the session runs.
+#pragma once
+
+class IMessageQueue;
+class IWindowFactory;
+class IMessageBoxes;
+class IFileDialogs;
+class IDialogs;
+class IFileStore;
+class ILocations;
+class IModules;
+class IImageCodecs;
+class IClock;
+class IKeyState;
+class IClipboard;
+
+struct TPlatform {
+    IMessageQueue& queue;
+    IWindowFactory& windows;
+    IMessageBoxes& boxes;
+    IFileDialogs& fileDialogs;
+    IDialogs& dialogs;
+    IFileStore& files;
+    ILocations& locations;
+    IModules& modules;
+    IImageCodecs& codecs;
+    IClock& clock;
+    IKeyState& keys;
+    IClipboard& clipboard;
+};

@@ -1,0 +1,34 @@
+// Small questions to the outside: time, keys, clipboard.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+class IClock {
+public:
+    virtual ~IClock() = default;
+    /// Milliseconds since some moment; wraps.
+    virtual uint32_t GetTickCount() = 0;
+};
+
+/// Virtual keys that the shell asks for by name.
+enum EVirtualKey : int {
+    VK_Shift = 0x10,
+    VK_Control = 0x11,
+    VK_Alt = 0x12,
+    VK_Tab = 0x09,
+    VK_Home = 0x24,
+};
+
+class IKeyState {
+public:
+    virtual ~IKeyState() = default;
+    /// True while the virtual key (0 to 255) is down.
+    virtual bool IsKeyDown(int nVirtualKey) = 0;
+};
+
+class IClipboard {
+public:
+    virtual ~IClipboard() = default;
+    virtual void SetText(const std::wstring& strText) = 0;
+};

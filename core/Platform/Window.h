@@ -1,0 +1,111 @@
+// Windows as the application sees them. The window system implements these; core never sees a widget.
+// All positions are device pixels; all calls come from the session's thread and none throws.
+#pragma once
+
+#include "core/Base/Geometry.h"
+#include "core/Platform/Menu.h"
+#include "core/Platform/Message.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+/// Receives a paint: rows of 24-bit pixels, B, G, R, go to the glass.
+class IPaintTarget {
+public:
+    virtual ~IPaintTarget() = default;
+    /// Shows `rc` (client pixels) of a bitmap whose top-left pixel is the client's. `nStride` in bytes.
+    virtual void Blit(const uint8_t* pPixels, int nStride, CSize szBitmap, const CRect& rc) = 0;
+};
+
+/// The application's side of a window.
+class IWindowClient {
+public:
+    virtual ~IWindowClient() = default;
+    /// Handles a message; false leaves it to the window's default handling. Never throws.
+    virtual bool OnMessage(const TMessage& msg) = 0;
+    /// Paints the client area, `rc` at least. Never throws.
+    virtual void OnPaint(IPaintTarget& target, const CRect& rc) = 0;
+    /// The window is gone; the last call. The client may release itself.
+    virtual void OnFinalMessage() = 0;
+};
+
+/// What every window can do. A window dies by Destroy (or its parent's), never by delete.
+class IWindow {
+public:
+    virtual ~IWindow() = default;
+    virtual IWindowClient& GetClient() = 0;
+    /// What the window does with a message that its client declined: Close destroys it, a key goes on to the
+    /// widget that it was typed into, all else is dropped.
+    virtual void DefaultMessage(const TMessage& msg) = 0;
+    /// Sends Destroy, then OnFinalMessage; the object is freed when control is back in the message loop.
+    virtual void Destroy() = 0;
+    virtual void SetTitle(const std::wstring& strTitle) = 0;
+    virtual void Show() = 0;
+    /// The window's rectangle, frame included: main frame in screen, canvas frames in MDI client coordinates.
+    virtual CRect GetRect() const = 0;
+    virtual void SetRect(const CRect& rc) = 0;
+    /// Asks for a later OnPaint of `rc` (client pixels); an empty rectangle means the whole client area.
+    virtual void Invalidate(const CRect& rc = {}) = 0;
+};
+
+/// How the MDI children are laid out.
+enum class EArrange { Icons, Cascade, TileHorizontal, TileVertical };
+
+/// A canvas's window: an MDI child with scroll bars.
+class ICanvasWindow : public IWindow {
+public:
+    virtual CSize GetClientSize() const = 0;
+    /// Scroll bars on both axes: offsets run from 0 to extent minus page.
+    virtual void SetScroll(CSize szExtent, CSize szLine, CSize szPage, CPoint ptOffset) = 0;
+    /// Posts Timer with `nId` every `nMilliseconds` until the window goes or KillTimer.
+    virtual void SetTimer(int nId, int nMilliseconds) = 0;
+    virtual void KillTimer(int nId) = 0;
+    /// Makes this the active child, which tells both frames by MdiActivate.
+    virtual void Activate() = 0;
+};
+
+/// The main frame: menu, tool bar, zoom box, status line, MDI client.
+class IMainWindow : public IWindow {
+public:
+    virtual ICommandLook& GetMenuLook() = 0;
+    virtual ICommandLook& GetToolBarLook() = 0;
+    /// Replaces the recent files' lines (ids from `nFirstId`), shown where the menu has that first id.
+    virtual void SetRecentFiles(int nFirstId, const std::vector<std::wstring>& vTexts) = 0;
+    /// Text of a status pane, 0 or 1.
+    virtual void SetStatusText(int nPane, const std::wstring& strText) = 0;
+    /// Fills the zoom box from the first line to the last, without selection. A user's choice posts Command
+    /// 101 with lParam the line.
+    virtual void SetZoomItems(const std::vector<std::wstring>& vItems) = 0;
+    /// Selects a line of the zoom box, -1 for none; posts nothing.
+    virtual void SelectZoomItem(int nItem) = 0;
+    /// The selected line of the zoom box, -1 for none.
+    virtual int GetZoomItem() const = 0;
+    virtual void ArrangeChildren(EArrange arrange) = 0;
+    /// The work areas of all screens, the first one the primary.
+    virtual std::vector<CRect> GetScreens() const = 0;
+    virtual void SetMinimumSize(CSize sz) = 0;
+};
+
+/// What a new main frame shows.
+struct TMainWindowSetup {
+    std::wstring strTitle;
+    std::vector<TMenuItem> vMenu;
+    std::vector<int> vToolBar; ///< command ids in order, 0 for a separator
+};
+
+/// What a new canvas frame shows; its menu replaces the main frame's while it is the active child.
+struct TCanvasWindowSetup {
+    std::wstring strTitle;
+    std::vector<TMenuItem> vMenu;
+};
+
+/// Makes windows. The window belongs to the window system and lives until Destroy.
+class IWindowFactory {
+public:
+    virtual ~IWindowFactory() = default;
+    /// Null when the window system refuses.
+    virtual IMainWindow* CreateMainWindow(IWindowClient& client, const TMainWindowSetup& setup) = 0;
+    virtual ICanvasWindow* CreateCanvasWindow(IMainWindow& parent, IWindowClient& client,
+                                              const TCanvasWindowSetup& setup) = 0;
+};

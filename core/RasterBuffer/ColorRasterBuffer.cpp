@@ -1,0 +1,81 @@
+#include "core/RasterBuffer/ColorRasterBuffer.h"
+
+#include "core/RasterBuffer/MonoRasterBuffer.h"
+#include "core/RasterBuffer/PlanarBlockBufferImpl.h"
+#include "core/RasterBuffer/ScreenDraw.h"
+#include "core/RasterKernel/BlendKernel.h"
+#include "core/RasterKernel/ResolveKernel.h"
+
+template class CPlanarBlockBuffer<CColorRasterBlockBuffer, 4>;
+
+TColorPixels CColorRasterBlockBuffer::Pixels(size_t nOffset) {
+    return {GetPlane(0) + nOffset, GetPlane(1) + nOffset, GetPlane(2) + nOffset, GetPlane(3) + nOffset};
+}
+
+TConstColorPixels CColorRasterBlockBuffer::Pixels(size_t nOffset) const {
+    return {GetPlane(0) + nOffset, GetPlane(1) + nOffset, GetPlane(2) + nOffset, GetPlane(3) + nOffset};
+}
+
+void CColorRasterBlockBuffer::DrawToScreen(CGDIBuffer& target, const CScreenMap& map) const {
+    const TConstColorPixels px = Pixels();
+    DrawSamples(target, map, GetRect(), [&](size_t i, uint8_t* pBgr) {
+        const uint32_t k = CoverageOf(px.pA[i]);
+        pBgr[0] = ResolveOnWhite(px.pB[i], k);
+        pBgr[1] = ResolveOnWhite(px.pG[i], k);
+        pBgr[2] = ResolveOnWhite(px.pR[i], k);
+    });
+}
+
+void CColorRasterBlockBuffer::BlendInto(CRasterBlockBuffer& dest, const CRasterBlockBuffer* pMask) const {
+    const uint8_t uOpacity = m_pOwner ? m_pOwner->GetOpacity() : 255;
+    const uint8_t* pMaskBytes = pMask ? pMask->GetPixelPtr({0, 0}) : nullptr;
+    if (auto* pGrey = dynamic_cast<CMonoRasterBlockBuffer*>(&dest)) {
+        BlendGeneral(pGrey->Pixels(), Pixels(), uOpacity, pMaskBytes, GetPlaneBytes());
+    } else if (auto* pColor = dynamic_cast<CColorRasterBlockBuffer*>(&dest)) {
+        if (uOpacity == 255 && !pMaskBytes)
+            BlendFast(pColor->Pixels(), Pixels(), GetPlaneBytes());
+        else
+            BlendGeneral(pColor->Pixels(), Pixels(), uOpacity, pMaskBytes, GetPlaneBytes());
+    }
+}
+
+TColor CColorRasterBlockBuffer::GetPixelColor(CPoint pt) const {
+    const TConstColorPixels px = Pixels(Offset(pt));
+    return MakeColor(*px.pR, *px.pG, *px.pB);
+}
+
+void CColorRasterBlockBuffer::Fill(TColor color, uint8_t uAlpha) {
+    const uint8_t aBytes[4] = {RedOf(color), GreenOf(color), BlueOf(color), uAlpha};
+    for (size_t n = 0; n < 4; ++n) std::memset(GetPlane(n), aBytes[n], GetPlaneBytes());
+}
+
+void CColorRasterBlockBuffer::SetOwner(CRasterBuffer* pOwner) {
+    m_pOwner = dynamic_cast<CColorRasterBuffer*>(pOwner);
+}
+
+void CColorRasterBlockBuffer::LoadPixel(size_t i, const uint8_t* pBgra) {
+    const TColorPixels px = Pixels(i);
+    *px.pB = pBgra[0];
+    *px.pG = pBgra[1];
+    *px.pR = pBgra[2];
+    *px.pA = pBgra[3];
+}
+
+void CColorRasterBlockBuffer::StorePixel(size_t i, uint8_t* pBgra) const {
+    const TConstColorPixels px = Pixels(i);
+    pBgra[0] = *px.pB;
+    pBgra[1] = *px.pG;
+    pBgra[2] = *px.pR;
+    pBgra[3] = *px.pA;
+}
+
+void CColorRasterBlockBuffer::BlendRow(size_t nOffset, const CColorRasterBlockBuffer& src, size_t nSource,
+                                       size_t nCount) {
+    BlendFast(Pixels(nOffset), src.Pixels(nSource), nCount);
+}
+
+boost::shared_ptr<CRasterBuffer> CColorRasterBuffer::CreateSized(CSize szBuffer, CSize szBlock) const {
+    auto spPlane = boost::make_shared<CColorRasterBuffer>();
+    spPlane->Create(szBuffer, szBlock);
+    return spPlane;
+}

@@ -1,0 +1,42 @@
+// Full-colour tiles and planes: R, G, B, A.
+#pragma once
+
+#include "core/RasterBuffer/PlanarBlockBuffer.h"
+#include "core/RasterBuffer/RasterBufferImpl.h"
+#include "core/RasterKernel/Pixels.h"
+
+class CColorRasterBlockBuffer : public CPlanarBlockBuffer<CColorRasterBlockBuffer, 4> {
+public:
+    static constexpr uint32_t CHUNK_TAG = MakeTag("RABC");
+    static constexpr size_t WIRE_ORDER[4] = {2, 1, 0, 3}; ///< the file's pixels are B, G, R, A
+
+    void DrawToScreen(CGDIBuffer& target, const CScreenMap& map) const override;
+    void BlendInto(CRasterBlockBuffer& dest, const CRasterBlockBuffer* pMask) const override;
+    TColor GetPixelColor(CPoint pt) const override;
+    void Fill(TColor color, uint8_t uAlpha) override;
+    void SetOwner(CRasterBuffer* pOwner) override;
+
+    /// The tile's pixels from index `nOffset` on.
+    TColorPixels Pixels(size_t nOffset = 0);
+    TConstColorPixels Pixels(size_t nOffset = 0) const;
+    /// One pixel from and to B, G, R, A bytes.
+    void LoadPixel(size_t i, const uint8_t* pBgra);
+    void StorePixel(size_t i, uint8_t* pBgra) const;
+    /// Composites `nCount` pixels of a tile over this one by the fast kernel.
+    void BlendRow(size_t nOffset, const CColorRasterBlockBuffer& src, size_t nSource, size_t nCount);
+};
+
+class CColorRasterBuffer : public CRasterBufferImpl<CColorRasterBlockBuffer, CRasterBuffer> {
+public:
+    static constexpr uint32_t CHUNK_TAG = MakeTag("RASC");
+
+    boost::shared_ptr<CRasterBuffer> CreateSized(CSize szBuffer, CSize szBlock) const override;
+    void SetOpacity(uint8_t uOpacity) override { m_uOpacity = uOpacity; }
+    uint8_t GetOpacity() const override { return m_uOpacity; }
+
+protected:
+    uint32_t GetChunkTag() const override { return CHUNK_TAG; }
+
+private:
+    uint8_t m_uOpacity = 255;
+};

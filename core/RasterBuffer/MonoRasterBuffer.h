@@ -1,0 +1,43 @@
+// Grey tiles and planes: grey, A.
+#pragma once
+
+#include "core/RasterBuffer/PlanarBlockBuffer.h"
+#include "core/RasterBuffer/RasterBufferImpl.h"
+#include "core/RasterKernel/Pixels.h"
+
+class CMonoRasterBlockBuffer : public CPlanarBlockBuffer<CMonoRasterBlockBuffer, 2> {
+public:
+    static constexpr uint32_t CHUNK_TAG = MakeTag("RABM");
+    static constexpr size_t WIRE_ORDER[2] = {0, 1};
+
+    void DrawToScreen(CGDIBuffer& target, const CScreenMap& map) const override;
+    void BlendInto(CRasterBlockBuffer& dest, const CRasterBlockBuffer* pMask) const override;
+    TColor GetPixelColor(CPoint pt) const override;
+    /// Does nothing: a grey tile has no colour to be filled with.
+    void Fill(TColor color, uint8_t uAlpha) override;
+    void SetOwner(CRasterBuffer* pOwner) override;
+
+    /// The tile's pixels from index `nOffset` on.
+    TGreyPixels Pixels(size_t nOffset = 0);
+    TConstGreyPixels Pixels(size_t nOffset = 0) const;
+    /// One pixel from B, G, R, A bytes (reduced by GreyOf) and to them.
+    void LoadPixel(size_t i, const uint8_t* pBgra);
+    void StorePixel(size_t i, uint8_t* pBgra) const;
+    /// Composites `nCount` pixels of a tile over this one by the fast kernel.
+    void BlendRow(size_t nOffset, const CMonoRasterBlockBuffer& src, size_t nSource, size_t nCount);
+};
+
+class CMonoRasterBuffer : public CRasterBufferImpl<CMonoRasterBlockBuffer, CRasterBuffer> {
+public:
+    static constexpr uint32_t CHUNK_TAG = MakeTag("RASM");
+
+    boost::shared_ptr<CRasterBuffer> CreateSized(CSize szBuffer, CSize szBlock) const override;
+    void SetOpacity(uint8_t uOpacity) override { m_uOpacity = uOpacity; }
+    uint8_t GetOpacity() const override { return m_uOpacity; }
+
+protected:
+    uint32_t GetChunkTag() const override { return CHUNK_TAG; }
+
+private:
+    uint8_t m_uOpacity = 255;
+};

@@ -1,0 +1,97 @@
+// The abstract tile: a rectangle of pixels in separate byte planes, one a channel.
+#pragma once
+
+#include "core/Base/Color.h"
+#include "core/Base/Geometry.h"
+#include "core/Serializer/Serializer.h"
+
+#include <boost/noncopyable.hpp>
+#include <boost/shared_ptr.hpp>
+
+#include <cstdint>
+#include <memory>
+
+class CGDIBuffer;
+class CRasterBuffer;
+class CScreenMap;
+struct CBitmapSession;
+
+/// Tiles are 96 by 96 pixels; a byte plane of that size is a multiple of 64 bytes, so that every plane of a
+/// tile starts 64-byte aligned.
+constexpr CSize DEFAULT_BLOCKSIZE{96, 96};
+
+/// A tile. Pixel (x, y) of a tile lies at index y * width + x of each plane; tiles are never clipped to their
+/// plane. A writer never changes a tile that may be shared: it replaces it by its Clone first.
+class CRasterBlockBuffer : boost::noncopyable {
+public:
+    virtual ~CRasterBlockBuffer() = default;
+
+    /// Reads the tile's chunk; raises deserialize_error, leaving the tile to be thrown away.
+    virtual void Deserialize(CDeserializer& reader) = 0;
+    /// Sets the geometry and allocates all planes, zeroed. Raises std::bad_alloc and leaves nothing to free.
+    virtual void Create(CSize szBlock, CPoint ptPos) = 0;
+    /// A new tile with the same size, position, owner and pixels.
+    virtual boost::shared_ptr<CRasterBlockBuffer> Clone() const = 0;
+    /// A zeroed tile of size `sz` at this tile's position with the same owner.
+    virtual boost::shared_ptr<CRasterBlockBuffer> CreateBlank(CSize sz) const = 0;
+    /// A tile of size `sz` that holds this one shrunk, at this position divided by `iScale`.
+    virtual boost::shared_ptr<CRasterBlockBuffer> CreateReduced(CSize sz, int iScale) const = 0;
+    /// Draws the target pixels that sample this tile, on white.
+    virtual void DrawToScreen(CGDIBuffer& target, const CScreenMap& map) const = 0;
+    /// Composites this tile onto `dest` (same size and position) with the owner's opacity. `pMask`, if any,
+    /// is a tile of the same size whose first plane is one byte a pixel.
+    virtual void BlendInto(CRasterBlockBuffer& dest, const CRasterBlockBuffer* pMask) const = 0;
+    /// Fills the tile from the bitmap's pixels at the tile's position; pixels outside the bitmap are kept.
+    /// Raises internal_error when the bitmap cannot be locked.
+    virtual void ReadBitmap(CBitmapSession& session) = 0;
+    /// The opposite of ReadBitmap.
+    virtual void WriteBitmap(CBitmapSession& session) const = 0;
+    /// Sets all planes to 0: transparent.
+    virtual void Clear() = 0;
+    /// The colour of one pixel, unchecked; a grey tile answers its level in all three bytes.
+    virtual TColor GetPixelColor(CPoint pt) const = 0;
+    /// Sets every pixel of a colour tile; a grey tile is left alone.
+    virtual void Fill(TColor color, uint8_t uAlpha) = 0;
+    virtual CSerializer Serialize() const = 0;
+    /// The plane whose opacity applies when this tile is blended; one of another kind counts as null. Not a
+    /// reference: the tile must not be blended after the owner has gone.
+    virtual void SetOwner(CRasterBuffer* pOwner) = 0;
+    /// Copies the overlap of this tile into `dest`, a tile of the same kind whose top-left corner is at
+    /// `ptDest` in this tile's plane. With a mask (one byte a pixel, in `dest`'s geometry) the alpha taken is
+    /// min(alpha, mask); with `bCut` what was taken leaves this tile.
+    virtual void ExtractTo(CRasterBlockBuffer& dest, CPoint ptDest, bool bCut,
+                           const CRasterBlockBuffer* pMask) = 0;
+    /// Takes over the alpha plane of a tile of the same kind and size; colours stay.
+    virtual void RestoreAlpha(const CRasterBlockBuffer& src) = 0;
+    /// Composites the overlap of `src`, a tile of the same kind at `ptSrc`, over this tile by the fast
+    /// kernel.
+    virtual void PasteFrom(const CRasterBlockBuffer& src, CPoint ptSrc) = 0;
+
+    CSize GetSize() const { return m_szBlock; }
+    CPoint GetPosition() const { return m_ptPos; }
+    CRect GetRect() const { return CRect(m_ptPos, m_szBlock); }
+    CRasterBuffer* GetOwner() const { return m_pOwner; }
+    /// Address of a pixel in the tile's first plane, unchecked.
+    uint8_t* GetPixelPtr(CPoint pt) { return m_pFirst + Offset(pt); }
+    const uint8_t* GetPixelPtr(CPoint pt) const { return m_pFirst + Offset(pt); }
+    /// Bytes of one byte plane.
+    size_t GetPlaneBytes() const {
+        return static_cast<size_t>(m_szBlock.cx) * static_cast<size_t>(m_szBlock.cy);
+    }
+
+protected:
+    /// Sets geometry and one allocation of `nPlanes` byte planes, the first 64-byte aligned; not zeroed.
+    void Allocate(CSize szBlock, CPoint ptPos, size_t nPlanes);
+    size_t Offset(CPoint pt) const {
+        return static_cast<size_t>(pt.y) * static_cast<size_t>(m_szBlock.cx) + static_cast<size_t>(pt.x);
+    }
+    /// The part of `other`, placed at `pt` in this tile's plane, that lies over this tile, in `other`'s own
+    /// coordinates; and the move from there into this tile's.
+    CRect OverlapWith(const CRasterBlockBuffer& other, CPoint pt, CPoint& ptMove) const;
+
+    CPoint m_ptPos;
+    CSize m_szBlock;
+    CRasterBuffer* m_pOwner = nullptr;
+    std::unique_ptr<uint8_t[]> m_pAlloc; ///< holds all planes
+    uint8_t* m_pFirst = nullptr;         ///< the first plane, inside m_pAlloc
+};

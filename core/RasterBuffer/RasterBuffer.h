@@ -1,0 +1,90 @@
+// The abstract plane: a fixed grid of lazily created tiles.
+#pragma once
+
+#include "core/RasterBuffer/BoolMatrix.h"
+#include "core/RasterBuffer/RasterBlockBuffer.h"
+
+struct TViewState;
+
+/// A plane. Its geometry never changes after Create. Positions must lie inside the block grid: callers that
+/// may be outside clip first. Not locked: one thread, or parallel loops over distinct tiles.
+class CRasterBuffer : boost::noncopyable {
+public:
+    virtual ~CRasterBuffer() = default;
+
+    /// A new empty plane of the same kind.
+    virtual boost::shared_ptr<CRasterBuffer> CreateSized(CSize szBuffer, CSize szBlock) const = 0;
+    /// Reads the plane's chunk; raises deserialize_error. All dirty flags are 0 afterwards.
+    virtual void Deserialize(CDeserializer& reader) = 0;
+    /// Sets the geometry (both sizes positive) and empties the plane.
+    virtual void Create(CSize szBuffer, CSize szBlock) = 0;
+    /// The tile that holds pixel `pt`. A missing one is empty, or made when `bCreate`; making it does not set
+    /// the dirty flag.
+    virtual boost::shared_ptr<CRasterBlockBuffer> GetBlock(CPoint pt, bool bCreate) = 0;
+    /// Drops every tile, last block first; dirty flags stay as they are.
+    virtual void Clear() = 0;
+    /// Exchanges the tiles of two planes of the same kind and geometry; all dirty flags of both become 1.
+    virtual void Swap(CRasterBuffer& plane) = 0;
+    /// A new plane that shares this one's tiles, which keep this plane as their owner. Opacity is the
+    /// default.
+    virtual boost::shared_ptr<CRasterBuffer> ShallowCopy() = 0;
+    /// A new plane with a clone of each tile. Opacity is the default.
+    virtual boost::shared_ptr<CRasterBuffer> DeepCopy() const = 0;
+    /// Stores a tile, which this plane then owns; one of another kind empties the block. Sets the dirty flag.
+    /// Returns the old tile.
+    virtual boost::shared_ptr<CRasterBlockBuffer>
+    SetBlock(CPoint pt, const boost::shared_ptr<CRasterBlockBuffer>& spBlock) = 0;
+    /// Draws all blocks that the target can show and that are not stale. `ptOrigin` is where the canvas's
+    /// corner lies in the target.
+    virtual void DrawToScreen(CGDIBuffer& target, CPoint ptOrigin, const TViewState& view) = 0;
+    /// Composites this plane's tile at `dest`'s position onto `dest`; nothing where there is none.
+    virtual void BlendBlockInto(CRasterBlockBuffer& dest, const CRasterBlockBuffer* pMask) const = 0;
+    /// Fills every block of the grid from a bitmap, creating tiles.
+    virtual void ReadBitmap(CBitmapSession& session) = 0;
+    virtual void WriteBitmap(CBitmapSession& session) = 0;
+    /// Opacity of the whole plane, 0 to 255.
+    virtual void SetOpacity(uint8_t uOpacity) = 0;
+    virtual uint8_t GetOpacity() const = 0;
+    virtual CSerializer Serialize() const = 0;
+    /// One new tile of the size and position of `rc`, filled from the tiles under it. With `bCut` each tile
+    /// touched is first replaced by its clone and flagged dirty.
+    virtual boost::shared_ptr<CRasterBlockBuffer> ExtractBlock(const CRect& rc, bool bCut,
+                                                               const CRasterBlockBuffer* pMask) = 0;
+    /// Pastes a tile of the same kind at `pt`, which may overhang; each tile touched is first replaced by its
+    /// clone and flagged dirty.
+    virtual void PasteBlock(const CRasterBlockBuffer& src, CPoint pt) = 0;
+    /// A new tile of full block size at `pt` (a block's corner), owned by this plane.
+    virtual boost::shared_ptr<CRasterBlockBuffer> CreateBlock(CPoint pt) = 0;
+    /// An empty plane of this plane's kind and geometry; opacity is the default.
+    virtual boost::shared_ptr<CRasterBuffer> CreateLike() const = 0;
+
+    /// Size in pixels.
+    CSize GetSize() const { return m_szSize; }
+    /// Blocks across and down.
+    CSize GetBufferSize() const { return m_szBlocks; }
+    CSize GetBlockSize() const { return m_szBlock; }
+    /// True when both planes can be worked on block by block.
+    bool IsCompatible(const CRasterBuffer& plane) const {
+        return m_szBlocks == plane.m_szBlocks && m_szBlock == plane.m_szBlock;
+    }
+    /// Top-left pixel of a block by column and row.
+    CPoint BlockCorner(int32_t nColumn, int32_t nRow) const {
+        return {nColumn * m_szBlock.cx, nRow * m_szBlock.cy};
+    }
+    /// One flag a block: the tile changed and whatever is derived from it is stale.
+    CBoolMatrix& GetDirty() { return *m_spDirty; }
+    const CBoolMatrix& GetDirty() const { return *m_spDirty; }
+
+    /// Calls `fn(CPoint corner)` for every block of the grid, row by row.
+    template <class Function>
+    void ForEachBlock(Function fn) const {
+        for (int32_t y = 0; y < m_szBlocks.cy; ++y)
+            for (int32_t x = 0; x < m_szBlocks.cx; ++x) fn(BlockCorner(x, y));
+    }
+
+protected:
+    boost::shared_ptr<CBoolMatrix> m_spDirty;
+    CSize m_szBlock;
+    CSize m_szBlocks;
+    CSize m_szSize;
+};

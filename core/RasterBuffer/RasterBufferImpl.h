@@ -1,0 +1,242 @@
+// The block grid and every plane operation that does not depend on what a pixel is.
+#pragma once
+
+#include "core/Base/Failure.h"
+#include "core/GDIBuffer/GDIBuffer.h"
+#include "core/GDIBuffer/ScreenMap.h"
+#include "core/RasterBuffer/RasterBuffer.h"
+
+#include <boost/make_shared.hpp>
+
+#include <algorithm>
+#include <vector>
+
+/// `Block` is the final tile class, `Base` CRasterBuffer or a class derived from it.
+template <class Block, class Base>
+class CRasterBufferImpl : public Base {
+public:
+    using TBlockPtr = boost::shared_ptr<Block>;
+
+    void Create(CSize szBuffer, CSize szBlock) override {
+        SELF_CHECK(invalid_argument, szBuffer.cx > 0 && szBuffer.cy > 0 && szBlock.cx > 0 && szBlock.cy > 0);
+        const auto blocks = [](int64_t n, int64_t nBlock) {
+            return static_cast<int32_t>((n + nBlock - 1) / nBlock);
+        };
+        const CSize szBlocks{blocks(szBuffer.cx, szBlock.cx), blocks(szBuffer.cy, szBlock.cy)};
+        auto spDirty = boost::make_shared<CBoolMatrix>(szBlocks);
+        std::vector<TBlockPtr> vBlocks(spDirty->m_nCount);
+        this->m_szSize = szBuffer;
+        this->m_szBlock = szBlock;
+        this->m_szBlocks = szBlocks;
+        this->m_spDirty = spDirty;
+        m_pBlocks.swap(vBlocks);
+    }
+
+    boost::shared_ptr<CRasterBlockBuffer> GetBlock(CPoint pt, bool bCreate) override {
+        TBlockPtr& spEntry = m_pBlocks[IndexOf(pt)];
+        if (!spEntry && bCreate) spEntry = boost::static_pointer_cast<Block>(CreateBlock(CornerOf(pt)));
+        return spEntry;
+    }
+
+    void Clear() override {
+        for (auto it = m_pBlocks.rbegin(); it != m_pBlocks.rend(); ++it) it->reset();
+    }
+
+    void Swap(CRasterBuffer& plane) override {
+        auto* pOther = dynamic_cast<CRasterBufferImpl*>(&plane);
+        SELF_CHECK(invalid_argument, pOther != nullptr && this->IsCompatible(plane));
+        this->ForEachBlock([&](CPoint pt) {
+            const TBlockPtr spHere = m_pBlocks[IndexOf(pt)];
+            const TBlockPtr spThere = pOther->SetBlockImpl(pt, spHere);
+            SetBlockImpl(pt, spThere);
+        });
+    }
+
+    boost::shared_ptr<CRasterBuffer> ShallowCopy() override {
+        boost::shared_ptr<CRasterBuffer> spCopy = CreateLike();
+        static_cast<CRasterBufferImpl&>(*spCopy).m_pBlocks = m_pBlocks;
+        return spCopy;
+    }
+
+    boost::shared_ptr<CRasterBuffer> DeepCopy() const override {
+        boost::shared_ptr<CRasterBuffer> spCopy = CreateLike();
+        auto& copy = static_cast<CRasterBufferImpl&>(*spCopy);
+        for (size_t i = 0; i < m_pBlocks.size(); ++i) {
+            if (!m_pBlocks[i]) continue;
+            copy.m_pBlocks[i] = boost::static_pointer_cast<Block>(m_pBlocks[i]->Clone());
+            copy.m_pBlocks[i]->SetOwner(&copy);
+        }
+        return spCopy;
+    }
+
+    boost::shared_ptr<CRasterBlockBuffer>
+    SetBlock(CPoint pt, const boost::shared_ptr<CRasterBlockBuffer>& spBlock) override {
+        return SetBlockImpl(pt, boost::dynamic_pointer_cast<Block>(spBlock));
+    }
+
+    /// As SetBlock, for a tile whose kind is known.
+    virtual TBlockPtr SetBlockImpl(CPoint pt, const TBlockPtr& spBlock) {
+        const size_t i = IndexOf(pt);
+        TBlockPtr spOld = m_pBlocks[i];
+        m_pBlocks[i] = spBlock;
+        if (spBlock) spBlock->SetOwner(this);
+        this->m_spDirty->m_pData[i] = 1;
+        return spOld;
+    }
+
+    void DrawToScreen(CGDIBuffer& target, CPoint ptOrigin, const TViewState& view) override {
+        const CScreenMap map(this->m_szSize, ptOrigin, view, target.GetSize());
+        const CRect rcCanvas = map.ToCanvas(map.GetTargetRect());
+        ForEachBlockIn(rcCanvas, [&](CPoint pt) {
+            if (!this->m_spDirty->m_pData[IndexOf(pt)]) GetBlock(pt, true)->DrawToScreen(target, map);
+        });
+    }
+
+    void BlendBlockInto(CRasterBlockBuffer& dest, const CRasterBlockBuffer* pMask) const override {
+        const TBlockPtr& spBlock = m_pBlocks[IndexOf(dest.GetPosition())];
+        if (spBlock) spBlock->BlendInto(dest, pMask);
+    }
+
+    void ReadBitmap(CBitmapSession& session) override {
+        this->ForEachBlock([&](CPoint pt) { GetBlock(pt, true)->ReadBitmap(session); });
+    }
+
+    void WriteBitmap(CBitmapSession& session) override {
+        this->ForEachBlock([&](CPoint pt) { GetBlock(pt, true)->WriteBitmap(session); });
+    }
+
+    boost::shared_ptr<CRasterBlockBuffer> ExtractBlock(const CRect& rc, bool bCut,
+                                                       const CRasterBlockBuffer* pMask) override {
+        auto spResult = boost::make_shared<Block>();
+        spResult->Create(rc.Size(), rc.TopLeft());
+        spResult->SetOwner(this);
+        ForEachBlockIn(rc, [&](CPoint pt) {
+            if (!m_pBlocks[IndexOf(pt)]) return;
+            if (bCut) Unshare(pt);
+            m_pBlocks[IndexOf(pt)]->ExtractTo(*spResult, rc.TopLeft(), bCut, pMask);
+        });
+        return spResult;
+    }
+
+    void PasteBlock(const CRasterBlockBuffer& src, CPoint pt) override {
+        ForEachBlockIn(CRect(pt, src.GetSize()), [&](CPoint ptBlock) {
+            GetBlock(ptBlock, true);
+            Unshare(ptBlock);
+            m_pBlocks[IndexOf(ptBlock)]->PasteFrom(src, pt);
+        });
+    }
+
+    boost::shared_ptr<CRasterBlockBuffer> CreateBlock(CPoint pt) override {
+        auto spBlock = boost::make_shared<Block>();
+        spBlock->Create(this->m_szBlock, pt);
+        spBlock->SetOwner(this);
+        return spBlock;
+    }
+
+    boost::shared_ptr<CRasterBuffer> CreateLike() const override {
+        return this->CreateSized(this->m_szSize, this->m_szBlock);
+    }
+
+    void Deserialize(CDeserializer& reader) override;
+    CSerializer Serialize() const override;
+
+protected:
+    /// The plane chunk's tag.
+    virtual uint32_t GetChunkTag() const = 0;
+
+private:
+    size_t IndexOf(CPoint pt) const {
+        return static_cast<size_t>(pt.y / this->m_szBlock.cy) * static_cast<size_t>(this->m_szBlocks.cx) +
+               static_cast<size_t>(pt.x / this->m_szBlock.cx);
+    }
+    CPoint CornerOf(CPoint pt) const {
+        return {pt.x - pt.x % this->m_szBlock.cx, pt.y - pt.y % this->m_szBlock.cy};
+    }
+    // Copy on write: the tile may belong to an undo snapshot.
+    void Unshare(CPoint pt) { SetBlock(pt, m_pBlocks[IndexOf(pt)]->Clone()); }
+
+    // Blocks that a rectangle touches, clamped to the grid.
+    template <class Function>
+    void ForEachBlockIn(const CRect& rc, Function fn) {
+        const CSize szGrid{this->m_szBlocks.cx * this->m_szBlock.cx,
+                           this->m_szBlocks.cy * this->m_szBlock.cy};
+        const CRect rcIn = rc.Intersect(CRect({0, 0}, szGrid));
+        if (rcIn.IsEmpty()) return;
+        const CPoint ptFirst = CornerOf(rcIn.TopLeft());
+        for (int32_t y = ptFirst.y; y < rcIn.bottom; y += this->m_szBlock.cy)
+            for (int32_t x = ptFirst.x; x < rcIn.right; x += this->m_szBlock.cx) fn(CPoint{x, y});
+    }
+
+    void ReadTiles(CDeserializer& reader);
+    CSerializer WriteTiles() const;
+
+    std::vector<TBlockPtr> m_pBlocks; ///< row by row; an empty entry is a block that was never written
+};
+
+constexpr uint32_t TAG_TILES = MakeTag("RASB");
+
+template <class Block, class Base>
+void CRasterBufferImpl<Block, Base>::Deserialize(CDeserializer& reader) {
+    reader.ExpectTag(GetChunkTag());
+    const CSize szBuffer = reader.ReadSize();
+    const CSize szBlock = reader.ReadSize();
+    CDeserializer tiles;
+    reader.ReadChunk(tiles);
+    reader.ExpectEnd();
+    // A grid costs memory for its empty entries, so its geometry is judged before it is made.
+    const auto valid = [](CSize sz) { return sz.cx > 0 && sz.cy > 0 && sz.cx <= 0xFFFF && sz.cy <= 0xFFFF; };
+    if (!valid(szBuffer) || !valid(szBlock)) throw deserialize_error();
+    Create(szBuffer, szBlock);
+    ReadTiles(tiles);
+    this->m_spDirty->Fill(false);
+}
+
+template <class Block, class Base>
+void CRasterBufferImpl<Block, Base>::ReadTiles(CDeserializer& reader) {
+    reader.ExpectTag(TAG_TILES);
+    if (!(reader.ReadSize() == this->m_szSize)) throw deserialize_error();
+    if (!(reader.ReadSize() == this->m_szBlock)) throw deserialize_error();
+    const uint32_t uCount = static_cast<uint32_t>(reader.ReadInt32());
+    Clear();
+    for (uint32_t n = 0; n < uCount; ++n) {
+        const uint32_t uIndex = static_cast<uint32_t>(reader.ReadInt32());
+        CDeserializer chunk;
+        reader.ReadChunk(chunk);
+        if (uIndex >= m_pBlocks.size()) throw deserialize_error();
+        auto spBlock = boost::make_shared<Block>();
+        spBlock->Deserialize(chunk);
+        const CPoint ptCorner = this->BlockCorner(static_cast<int32_t>(uIndex) % this->m_szBlocks.cx,
+                                                  static_cast<int32_t>(uIndex) / this->m_szBlocks.cx);
+        if (!(spBlock->GetSize() == this->m_szBlock) || !(spBlock->GetPosition() == ptCorner))
+            throw deserialize_error();
+        spBlock->SetOwner(this);
+        m_pBlocks[uIndex] = spBlock;
+    }
+    reader.ExpectEnd();
+}
+
+template <class Block, class Base>
+CSerializer CRasterBufferImpl<Block, Base>::Serialize() const {
+    CSerializer writer;
+    writer.SetTag(GetChunkTag(), 0);
+    writer.WriteSize(this->m_szSize);
+    writer.WriteSize(this->m_szBlock);
+    writer.WriteChunk(WriteTiles());
+    return writer;
+}
+
+template <class Block, class Base>
+CSerializer CRasterBufferImpl<Block, Base>::WriteTiles() const {
+    CSerializer writer;
+    writer.SetTag(TAG_TILES, 0);
+    writer.WriteSize(this->m_szSize);
+    writer.WriteSize(this->m_szBlock);
+    const auto isTile = [](const TBlockPtr& sp) { return sp != nullptr; };
+    writer.WriteInt32(static_cast<int32_t>(std::count_if(m_pBlocks.begin(), m_pBlocks.end(), isTile)));
+    for (size_t i = 0; i < m_pBlocks.size(); ++i) {
+        if (!m_pBlocks[i]) continue;
+        writer.WriteInt32(static_cast<int32_t>(i));
+        writer.WriteChunk(m_pBlocks[i]->Serialize());
+    }
+    return writer;
+}

@@ -1,0 +1,31 @@
+// Layer blending on flat runs of planar straight-alpha pixels. All arithmetic is integer; every division
+// truncates. The results are part of the document's meaning: repainting a block gives the same bytes each
+// time, so neither kernel may be "improved" without the other's users noticing.
+#pragma once
+
+#include "core/RasterKernel/Pixels.h"
+
+#include <cstddef>
+#include <cstdint>
+
+/// x / 255, truncated.
+constexpr uint32_t Div255(uint32_t x) { return x / 255; }
+
+/// Fast kernel: source over destination of the same kind at full opacity without a mask, `nCount` pixels.
+///   dA' = sA + dA - sA * dA / 255,  r = (sA << 10) / max(dA', 1),  dC' = dC + (((sC - dC) * r) >> 10)
+/// Its colours differ from the general kernel's by rounding. Runs do not overlap.
+void BlendFast(const TColorPixels& dest, const TConstColorPixels& src, size_t nCount);
+void BlendFast(const TGreyPixels& dest, const TConstGreyPixels& src, size_t nCount);
+
+/// General kernel: plane opacity `uOpacity` and an optional mask byte a pixel (null: none).
+///   a = sA * opacity / 255, a = a * mask / 255,  d = dA * (255 - a) / 255,  dA' = a + d,
+///   dC' = (sC * a + dC * d) / dA', or 0 where dA' is 0
+/// A colour source on grey is reduced by GreyOf first; a grey source on colour serves all three channels.
+void BlendGeneral(const TColorPixels& dest, const TConstColorPixels& src, uint8_t uOpacity,
+                  const uint8_t* pMask, size_t nCount);
+void BlendGeneral(const TColorPixels& dest, const TConstGreyPixels& src, uint8_t uOpacity,
+                  const uint8_t* pMask, size_t nCount);
+void BlendGeneral(const TGreyPixels& dest, const TConstColorPixels& src, uint8_t uOpacity,
+                  const uint8_t* pMask, size_t nCount);
+void BlendGeneral(const TGreyPixels& dest, const TConstGreyPixels& src, uint8_t uOpacity,
+                  const uint8_t* pMask, size_t nCount);

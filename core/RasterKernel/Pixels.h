@@ -1,0 +1,32 @@
+// Flat runs of planar pixels: one pointer a channel, straight alpha, no padding.
+#pragma once
+
+#include <cstdint>
+
+/// Colour pixels to be written.
+struct TColorPixels {
+    uint8_t* pR;
+    uint8_t* pG;
+    uint8_t* pB;
+    uint8_t* pA;
+};
+
+/// Colour pixels to be read.
+struct TConstColorPixels {
+    const uint8_t* pR;
+    const uint8_t* pG;
+    const uint8_t* pB;
+    const uint8_t* pA;
+};
+
+/// Grey pixels to be written.
+struct TGreyPixels {
+    uint8_t* pGrey;
+    uint8_t* pA;
+};
+
+/// Grey pixels to be read.
+struct TConstGreyPixels {
+    const uint8_t* pGrey;
+    const uint8_t* pA;
+};

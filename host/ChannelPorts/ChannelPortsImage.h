@@ -1,0 +1,27 @@
+// The picture of a host that speaks the published filter interface: all pixels through its ChannelPorts
+// suite.
+#pragma once
+
+#include "host/Abi/FilterRecord.h"
+#include "host/HostImage.h"
+
+#include <boost/noncopyable.hpp>
+
+/// Of the record, filterRect, documentInfo and sSPBasic are read, nothing is written. The suite is acquired
+/// once and never released. A null record, sSPBasic, documentInfo or suite counts as a missing suite.
+class CChannelPortsImage : public IHostImage, boost::noncopyable {
+public:
+    /// `pRecord` may be null and outlives the picture.
+    explicit CChannelPortsImage(const hostabi::FilterRecord* pRecord) : m_pRecord(pRecord) {}
+
+    CRect GetRect() override;
+    std::vector<THostChannel> GetChannels() override;
+    bool Open() override;
+    void Read(const THostChannel& channel, const CRect& rc, const TPixelMemory& memory) override;
+    void Write(const THostChannel& channel, const CRect& rc, const TPixelMemory& memory) override;
+
+private:
+    const hostabi::FilterRecord* m_pRecord;
+    const hostabi::ChannelPortsSuite* m_pSuite = nullptr;
+    std::vector<const hostabi::ReadChannelDesc*> m_vDescs; ///< by THostChannel::uId
+};

@@ -1,0 +1,78 @@
+#include "host/FilterStart.h"
+
+#include "core/AppModule/AppModule.h"
+#include "core/AppModule/ErrorBox.h"
+#include "core/CanvasFrame/CanvasFrame.h"
+#include "core/LayerBuffer/RasterLayerBuffer.h"
+#include "core/MainFrame/MainFrame.h"
+#include "core/MainFrame/SessionScope.h"
+#include "host/Abi/Types.h"
+#include "host/Exchange.h"
+
+namespace {
+
+/// The canvas and what shows it, in the order in which they come to life.
+struct TSession {
+    CPoint ptHost; ///< where the host has the picture's corner
+    std::vector<THostChannel> lstHostChannels;
+    boost::shared_ptr<CCanvasBuffer> spCanvas;
+    boost::shared_ptr<CRasterLayerBuffer> spLayer;
+    boost::shared_ptr<CCanvasFrame> spFrame;
+};
+
+/// Creates the canvas and its layer with the host's pixels. Returns 0 or the result that ends the call.
+int16_t ReadPicture(TSession& session, IHostImage& host) {
+    session.lstHostChannels = host.GetChannels();
+    const CRect rc = host.GetRect();
+    // A host that can do nothing is told so first; one that asks to filter nothing made a mistake of its own.
+    if (rc.IsEmpty()) return host.Open() ? hostabi::paramErr : hostabi::errPlugInHostInsufficient;
+    session.ptHost = rc.TopLeft();
+    session.spCanvas = CreateCanvas(rc.Size());
+    session.spLayer = CreateRasterLayer(session.spCanvas);
+    if (!host.Open()) return hostabi::errPlugInHostInsufficient;
+    ReadHostChannels(*session.spLayer->GetRaster(), session.lstHostChannels, host, session.ptHost.x,
+                     session.ptHost.y);
+    return hostabi::noErr;
+}
+
+void OpenWindows(TSession& session) {
+    CreateMainFrame();
+    session.spCanvas->GetRoot().AddLayer(session.spLayer, -1);
+    session.spCanvas->GetRoot().SetActiveChild(session.spLayer);
+    session.spFrame = CreateCanvasFrame(session.spCanvas);
+    g_pMainFrame->OpenFrame(session.spFrame);
+}
+
+void WritePicture(TSession& session, IHostImage& host) {
+    session.spCanvas->ComposeAll();
+    WriteHostChannels(session.lstHostChannels, session.spCanvas->GetComposite(), host, session.ptHost.x,
+                      session.ptHost.y);
+}
+
+} // namespace
+
+int16_t FilterStart(IHostImage& host, const TPlatform& platform) {
+    // A host whose own windows stay alive could start a second session inside the first; there is one main
+    // frame, and the running session keeps it.
+    if (g_AppModule.HasPlatform()) return hostabi::userCanceledErr;
+
+    TSession session; // the first frame outlives the scope: it is the last to go
+    CSessionScope scope(platform);
+    try {
+        const int16_t nResult = ReadPicture(session, host);
+        // A host that lacks the suite simply never gets further.
+        if (nResult == hostabi::errPlugInHostInsufficient) scope.Abandon();
+        if (nResult != hostabi::noErr) return nResult;
+        OpenWindows(session);
+        scope.Run();
+        WritePicture(session, host);
+        session.spLayer.reset();
+        session.spCanvas.reset();
+        session.lstHostChannels = {};
+    } catch (const std::exception& e) {
+        if (session.spFrame && session.spFrame->GetWindow())
+            platform.queue.Post({session.spFrame->GetWindow(), EMessage::Close});
+        ReportException(e);
+    }
+    return hostabi::noErr;
+}

@@ -1,0 +1,25 @@
+// What a window without a display shows: kept pixels.
+#pragma once
+
+#include "core/Platform/Window.h"
+
+#include <vector>
+
+class IImageCodecs;
+
+/// Rows of 24-bit pixels, B, G, R, without padding; black where nothing was painted.
+class CGlass : public IPaintTarget {
+public:
+    /// A black glass; a negative side counts as 0.
+    void Resize(CSize sz);
+    void Blit(const uint8_t* pPixels, int nStride, CSize szBitmap, const CRect& rc) override;
+    CSize GetSize() const { return m_size; }
+    /// Three bytes of a pixel inside the glass.
+    const uint8_t* GetPixel(CPoint pt) const;
+    /// Writes the pixels as an opaque picture by the path's ending. False when that fails.
+    bool Save(const std::wstring& strPath, IImageCodecs& codecs) const;
+
+private:
+    std::vector<uint8_t> m_vPixels;
+    CSize m_size;
+};

@@ -1,0 +1,68 @@
+#include "session/Player.h"
+
+#include "core/AppModule/MessageQueue.h"
+#include "core/Base/Failure.h"
+#include "core/Base/Text.h"
+#include "core/MainFrame/MainFrame.h"
+#include "session/SessionDialogs.h"
+#include "session/VirtualClock.h"
+
+#include <algorithm>
+
+CPlayer::CPlayer(TScript script, TStage stage) : m_script(std::move(script)), m_stage(std::move(stage)) {}
+
+void CPlayer::Advance() {
+    CSessionLog& log = m_stage.log;
+    if (m_uWait > 0 && !log.HasFailed()) {
+        PassTime();
+        return;
+    }
+    if (IsPlayed() || !m_script.vSteps[m_idxNext].bExpects) log.FailOnError();
+    if (IsPlayed() || log.HasFailed())
+        Close();
+    else
+        PlayStep();
+}
+
+void CPlayer::PassTime() {
+    // Stops at every timer, so that its message is handled at its own time.
+    const uint32_t uStep = std::min(m_uWait, std::max(m_stage.fnUntilTimer(), 1u));
+    m_stage.clock.Advance(uStep);
+    m_uWait -= uStep;
+}
+
+void CPlayer::PlayStep() {
+    const TStep& step = m_script.vSteps[m_idxNext++];
+    m_stage.log.Enter(step.nLine);
+    try {
+        step.fnPlay(*this);
+    } catch (const step_failure& e) {
+        m_stage.log.Fail(e.what());
+    } catch (const std::exception& e) {
+        m_stage.log.Fail(ToUtf8(DescribeException(e)));
+    }
+}
+
+void CPlayer::Close() {
+    IWindow* pMain = m_stage.fnMainWindow();
+    // What the script queued may answer the prompts of the first attempt; a session that was kept open by it
+    // is not asked again.
+    m_stage.log.SetClosing();
+    if (m_stage.log.HasFailed() || m_nCloseAttempts > 0) m_stage.dialogs.Clear();
+    if (pMain && m_nCloseAttempts < 2) {
+        ++m_nCloseAttempts;
+        m_stage.platform.queue.Post({pMain, EMessage::Close});
+        return;
+    }
+    if (pMain) pMain->Destroy();
+    m_stage.platform.queue.PostQuit();
+}
+
+void CPlayer::SendCommand(int nId) {
+    IWindow* pMain = m_stage.fnMainWindow();
+    if (!pMain || !g_pMainFrame) throw step_failure("there is no main window");
+    SendMessage({pMain, EMessage::InitMenuPopup});
+    if (!g_pMainFrame->IsCommandEnabled(nId))
+        throw step_failure("command " + std::to_string(nId) + " is disabled");
+    SendMessage({pMain, EMessage::Command, nId});
+}

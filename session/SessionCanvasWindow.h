@@ -1,0 +1,61 @@
+// A canvas frame's window without a display.
+#pragma once
+
+#include "session/Glass.h"
+#include "session/SessionWindow.h"
+
+#include <map>
+#include <optional>
+
+class CSessionMainWindow;
+class IClock;
+
+/// The whole window is client area. It paints into its glass, and its timers follow the session's clock.
+class CSessionCanvasWindow : public CSessionWindow<ICanvasWindow> {
+public:
+    /// What the scroll bars show.
+    struct TScroll {
+        CSize szExtent, szLine, szPage;
+        CPoint ptOffset;
+    };
+
+    CSessionCanvasWindow(CSessionMainWindow& main, IMessageQueue& queue, IClock& clock, IWindowClient& client,
+                         const TCanvasWindowSetup& setup, const CRect& rc);
+
+    void Destroy() override;
+    void Show() override;
+    /// A changed size is told by Size at once. Sides are at least 1.
+    void SetRect(const CRect& rc) override;
+    void Invalidate(const CRect& rc) override;
+
+    CSize GetClientSize() const override { return m_rc.Size(); }
+    void SetScroll(CSize szExtent, CSize szLine, CSize szPage, CPoint ptOffset) override {
+        m_scroll = {szExtent, szLine, szPage, ptOffset};
+    }
+    void SetTimer(int nId, int nMilliseconds) override;
+    void KillTimer(int nId) override { m_mapTimers.erase(nId); }
+    void Activate() override;
+
+    const TScroll& GetScroll() const { return m_scroll; }
+    const CGlass& GetGlass() const { return m_glass; }
+    /// Has the client paint what was invalidated.
+    void Paint();
+    /// Posts Timer for every timer that is due. Called while no message waits, so that each timer has one
+    /// message at most; periods that passed meanwhile are left out.
+    void PostTimers();
+    /// Milliseconds until the next timer is due, nullopt without timers.
+    std::optional<uint32_t> UntilTimer() const;
+
+private:
+    struct TTimer {
+        uint32_t uPeriod;
+        uint32_t uDue;
+    };
+
+    CSessionMainWindow& m_main;
+    IClock& m_clock;
+    CGlass m_glass;
+    CRect m_rcInvalid;
+    TScroll m_scroll;
+    std::map<int, TTimer> m_mapTimers;
+};

@@ -1,0 +1,55 @@
+// Boxes, file dialogs and dialogs that answer themselves from a queue.
+#pragma once
+
+#include "core/Platform/Dialogs.h"
+#include "session/SessionLog.h"
+
+#include <boost/noncopyable.hpp>
+
+#include <deque>
+#include <map>
+#include <optional>
+#include <string>
+#include <variant>
+
+/// One queued answer to the next modal window.
+struct TAnswer {
+    enum class EKind { Box, File, Dialog, Cancel };
+    using TValue = std::variant<bool, std::wstring>; ///< a check, or the text typed into an edit
+
+    EKind kind = EKind::Cancel;
+    EBoxAnswer box = EBoxAnswer::Cancel;
+    std::wstring strPath = {};
+    std::string strDialog = {}; ///< class name
+    std::map<std::string, TValue> mapFields = {};
+    bool bExtra = false; ///< the dialog's extra button is pressed before OK
+    int nLine = 0;       ///< where the script has it
+};
+
+/// Answers come in the order in which they were queued, whatever opens. What opens without an answer, or with
+/// the answer of something else, is a failure and is cancelled; once the session closes, boxes are answered
+/// No or OK and the rest is cancelled. Error boxes need no answer: the script has to expect them.
+class CSessionDialogs : public IMessageBoxes, public IFileDialogs, public IDialogs, boost::noncopyable {
+public:
+    explicit CSessionDialogs(CSessionLog& log) : m_log(log) {}
+
+    void Push(const TAnswer& answer) { m_deqAnswers.push_back(answer); }
+    /// An answer for what opens next, before those already queued.
+    void PushFirst(const TAnswer& answer) { m_deqAnswers.push_front(answer); }
+    size_t GetCount() const { return m_deqAnswers.size(); }
+    void Clear() { m_deqAnswers.clear(); }
+
+    EBoxAnswer Show(IWindow* pOwner, const std::wstring& strText, const std::wstring& strTitle,
+                    EBoxKind kind) override;
+    std::wstring Ask(IWindow* pOwner, const TFileDialog& dialog) override;
+    /// A model that refuses its answer takes the next one for it; when there is none, it is cancelled.
+    bool Run(IWindow* pOwner, CDialogModel& dialog) override;
+
+private:
+    std::optional<TAnswer> Take(TAnswer::EKind kind, const std::string& strWhat);
+    void Fail(const std::string& strReason);
+    bool Fill(CDialogModel& dialog, const TAnswer& answer);
+
+    CSessionLog& m_log;
+    std::deque<TAnswer> m_deqAnswers;
+};

@@ -1,0 +1,30 @@
+// Keyboard and clipboard of a played session.
+#pragma once
+
+#include "core/Platform/System.h"
+
+#include <bitset>
+#include <string>
+
+/// The keys that the script holds down.
+class CSessionKeys : public IKeyState {
+public:
+    bool IsKeyDown(int nVirtualKey) override {
+        return nVirtualKey >= 0 && nVirtualKey < 256 && m_bits.test(static_cast<size_t>(nVirtualKey));
+    }
+    /// `nVirtualKey` is 0 to 255.
+    void Press(int nVirtualKey, bool bDown) { m_bits.set(static_cast<size_t>(nVirtualKey), bDown); }
+
+private:
+    std::bitset<256> m_bits;
+};
+
+/// A clipboard that nobody else sees.
+class CSessionClipboard : public IClipboard {
+public:
+    void SetText(const std::wstring& strText) override { m_strText = strText; }
+    const std::wstring& GetText() const { return m_strText; }
+
+private:
+    std::wstring m_strText;
+};

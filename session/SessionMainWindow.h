@@ -1,0 +1,80 @@
+// The main frame's window without a display.
+#pragma once
+
+#include "session/SessionWindow.h"
+
+#include <map>
+#include <vector>
+
+class CSessionCanvasWindow;
+
+/// How commands look, as they were last told.
+class CCommandLooks : public ICommandLook {
+public:
+    struct TLook {
+        bool bEnabled = false;
+        bool bChecked = false;
+    };
+
+    void SetState(int nId, bool bEnabled, bool bChecked) override { m_mapLooks[nId] = {bEnabled, bChecked}; }
+    /// The look of a command, null when it was never set.
+    const TLook* Find(int nId) const {
+        const auto it = m_mapLooks.find(nId);
+        return it == m_mapLooks.end() ? nullptr : &it->second;
+    }
+
+private:
+    std::map<int, TLook> m_mapLooks;
+};
+
+class CSessionMainWindow : public CSessionWindow<IMainWindow> {
+public:
+    CSessionMainWindow(IMessageQueue& queue, IWindowClient& client, const TMainWindowSetup& setup);
+
+    void Destroy() override;
+    void Show() override { m_bShown = true; }
+    void SetRect(const CRect& rc) override;
+    void Invalidate(const CRect&) override {}
+
+    ICommandLook& GetMenuLook() override { return m_menuLooks; }
+    ICommandLook& GetToolBarLook() override { return m_toolBarLooks; }
+    void SetRecentFiles(int, const std::vector<std::wstring>& vTexts) override { m_vRecent = vTexts; }
+    void SetStatusText(int nPane, const std::wstring& strText) override;
+    void SetZoomItems(const std::vector<std::wstring>& vItems) override;
+    void SelectZoomItem(int nItem) override;
+    int GetZoomItem() const override { return m_nZoomItem; }
+    void ArrangeChildren(EArrange arrange) override;
+    /// One screen of 1920 by 1080.
+    std::vector<CRect> GetScreens() const override;
+    void SetMinimumSize(CSize sz) override { m_szMinimum = sz; }
+
+    const CCommandLooks& GetMenuLooks() const { return m_menuLooks; }
+    const CCommandLooks& GetToolBarLooks() const { return m_toolBarLooks; }
+    const std::vector<int>& GetToolBar() const { return m_vToolBar; }
+    const std::vector<std::wstring>& GetRecentFiles() const { return m_vRecent; }
+    const std::vector<std::wstring>& GetZoomItems() const { return m_vZoomItems; }
+    /// Text of status pane 0 or 1.
+    const std::wstring& GetStatusText(int nPane) const { return m_astrStatus[nPane]; }
+
+    void AddChild(CSessionCanvasWindow& child) { m_vChildren.push_back(&child); }
+    /// Takes a child that is going away out of the list; the one used before it becomes active.
+    void RemoveChild(CSessionCanvasWindow& child);
+    /// Makes a child, or none, the active one and tells both by MdiActivate.
+    void SetActiveChild(CSessionCanvasWindow* pChild);
+    CSessionCanvasWindow* GetActiveChild() const { return m_pActive; }
+    /// In the order of their making.
+    const std::vector<CSessionCanvasWindow*>& GetChildren() const { return m_vChildren; }
+
+private:
+    CCommandLooks m_menuLooks;
+    CCommandLooks m_toolBarLooks;
+    std::vector<int> m_vToolBar;
+    std::vector<std::wstring> m_vRecent;
+    std::vector<std::wstring> m_vZoomItems;
+    int m_nZoomItem = -1;
+    std::wstring m_astrStatus[2];
+    CSize m_szMinimum;
+    std::vector<CSessionCanvasWindow*> m_vChildren;
+    std::vector<CSessionCanvasWindow*> m_vUsed; ///< activated children, the last one last
+    CSessionCanvasWindow* m_pActive = nullptr;
+};

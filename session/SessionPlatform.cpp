@@ -1,0 +1,72 @@
+#include "session/SessionPlatform.h"
+
+#include "core/AppModule/AppModule.h"
+#include "core/AppModule/MessageQueue.h"
+#include "session/Player.h"
+#include "session/SessionDialogs.h"
+#include "session/SessionKeys.h"
+#include "session/SessionPump.h"
+#include "session/SessionWindows.h"
+#include "session/VirtualClock.h"
+
+#include <cstdint>
+
+struct CSessionPlatform::TParts {
+    TParts(const TSessionParts& parts, TScript script)
+        : m_queue(parts.pQueue ? *parts.pQueue : m_ownQueue), m_log(script.strName), m_dialogs(m_log),
+          m_windows(m_queue, m_clock),
+          m_platform{m_queue,         parts.pWindows ? *parts.pWindows : m_windows,
+                     m_dialogs,       m_dialogs,
+                     m_dialogs,       parts.files,
+                     parts.locations, parts.modules,
+                     parts.codecs,    m_clock,
+                     m_keys,          parts.pClipboard ? *parts.pClipboard : m_clipboard},
+          m_player(std::move(script), MakeStage(parts)), m_pump(m_queue, m_windows, m_player, parts.pPump) {}
+
+    TStage MakeStage(const TSessionParts& parts) {
+        TStage stage{m_platform, m_dialogs, m_keys, m_clock, m_log, {}, {}, parts.fnScreenshot};
+        stage.fnUntilTimer = [this] { return m_windows.UntilTimer().value_or(UINT32_MAX); };
+        if (parts.pWindows) {
+            stage.fnMainWindow = [] { return g_AppModule.GetMainWindow(); };
+            if (!stage.fnScreenshot) stage.fnScreenshot = [](const std::wstring&) { return false; };
+        } else {
+            stage.fnMainWindow = [this]() -> IWindow* { return m_windows.GetMain(); };
+            stage.fnScreenshot = [this](const std::wstring& strPath) {
+                return m_windows.SavePicture(strPath, m_platform.codecs);
+            };
+        }
+        return stage;
+    }
+
+    CMessageQueue m_ownQueue;
+    CMessageQueue& m_queue;
+    CVirtualClock m_clock;
+    CSessionKeys m_keys;
+    CSessionClipboard m_clipboard;
+    CSessionLog m_log;
+    CSessionDialogs m_dialogs;
+    CSessionWindows m_windows;
+    TPlatform m_platform;
+    CPlayer m_player;
+    CSessionPump m_pump;
+};
+
+CSessionPlatform::CSessionPlatform(const TSessionParts& parts, TScript script)
+    : m_pParts(std::make_unique<TParts>(parts, std::move(script))) {
+    m_pParts->m_queue.SetPump(&m_pParts->m_pump);
+}
+
+CSessionPlatform::~CSessionPlatform() { m_pParts->m_queue.SetPump(nullptr); }
+
+const TPlatform& CSessionPlatform::GetPlatform() const { return m_pParts->m_platform; }
+const CSessionLog& CSessionPlatform::GetLog() const { return m_pParts->m_log; }
+CSessionDialogs& CSessionPlatform::GetDialogs() { return m_pParts->m_dialogs; }
+CVirtualClock& CSessionPlatform::GetClock() { return m_pParts->m_clock; }
+CSessionWindows& CSessionPlatform::GetWindows() { return m_pParts->m_windows; }
+
+std::string CSessionPlatform::GetFailure() const {
+    const std::string strFailure = m_pParts->m_log.GetFailure();
+    if (!strFailure.empty() || m_pParts->m_player.IsPlayed()) return strFailure;
+    return m_pParts->m_log.Describe(m_pParts->m_player.GetNextLine(),
+                                    "the session had ended before this line");
+}

@@ -1,0 +1,60 @@
+// The outside of the application for a session that a script plays.
+#pragma once
+
+#include "core/Platform/Platform.h"
+#include "session/Script.h"
+#include "session/SessionLog.h"
+
+#include <boost/function.hpp>
+#include <boost/noncopyable.hpp>
+
+#include <memory>
+#include <string>
+
+class CMessageQueue;
+class CSessionDialogs;
+class CSessionWindows;
+class CVirtualClock;
+class IEventPump;
+
+/// What a session is made from. Everything outlives the session.
+struct TSessionParts {
+    IFileStore& files;
+    ILocations& locations;
+    IModules& modules;
+    IImageCodecs& codecs;
+
+    /// Real windows to play in, with their pump and the queue that they post to; all three or none. Clock,
+    /// keys, boxes and dialogs are the session's own even then; the windows' timers follow their own clock.
+    IWindowFactory* pWindows = nullptr;
+    IEventPump* pPump = nullptr;
+    CMessageQueue* pQueue = nullptr;
+    /// Null for a clipboard that nobody else sees.
+    IClipboard* pClipboard = nullptr;
+    /// Writes a picture of the real main window; false when that fails. Without real windows the active
+    /// canvas window's pixels are saved instead.
+    boost::function<bool(const std::wstring&)> fnScreenshot = {};
+};
+
+/// One session. It becomes the queue's pump for as long as it lives. One thread.
+class CSessionPlatform : boost::noncopyable {
+public:
+    /// Without a script the main window is closed as soon as there is nothing else to do.
+    explicit CSessionPlatform(const TSessionParts& parts, TScript script = {});
+    ~CSessionPlatform();
+
+    const TPlatform& GetPlatform() const;
+    /// What went wrong first, "FILE:LINE: reason", empty when nothing did. Asked after the session: an error
+    /// box that the script did not expect and steps that were not reached are failures too.
+    std::string GetFailure() const;
+
+    const CSessionLog& GetLog() const;
+    CSessionDialogs& GetDialogs();
+    CVirtualClock& GetClock();
+    /// The windows without a display; empty when real ones are used.
+    CSessionWindows& GetWindows();
+
+private:
+    struct TParts;
+    std::unique_ptr<TParts> m_pParts;
+};

@@ -1,0 +1,45 @@
+#include "session/SessionPump.h"
+
+#include "session/Player.h"
+#include "session/SessionWindows.h"
+
+namespace {
+
+// Handling events makes new ones (layouts, repaints); real windows are quiet after a few rounds without any
+// message.
+constexpr int REAL_ROUNDS = 4;
+
+// True for as long as a scope runs.
+class CInside : boost::noncopyable {
+public:
+    explicit CInside(bool& b) : m_b(b) { m_b = true; }
+    ~CInside() { m_b = false; }
+
+private:
+    bool& m_b;
+};
+
+} // namespace
+
+bool CSessionPump::PumpReady() {
+    for (int n = 0; m_pRealPump && n < REAL_ROUNDS; ++n) {
+        m_pRealPump->Pump(false);
+        if (m_queue.Peek()) return true;
+    }
+    m_windows.Paint();
+    if (m_queue.Peek()) return true;
+    m_windows.PostTimers();
+    return m_queue.Peek();
+}
+
+bool CSessionPump::Pump(bool bWait) {
+    if (m_bInside) return true;
+    const CInside inside(m_bInside);
+    m_windows.FreeDead();
+    if (!PumpReady() && bWait) {
+        m_player.Advance();
+        // A message for nobody: idle work follows every step, also one that said nothing.
+        m_queue.Post({});
+    }
+    return true;
+}

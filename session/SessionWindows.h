@@ -1,0 +1,45 @@
+// Windows without a display: the same messages in the same order as real ones, kept pixels instead of a
+// glass.
+#pragma once
+
+#include "session/SessionCanvasWindow.h"
+#include "session/SessionMainWindow.h"
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+/// Makes and keeps the windows of a session: one main window at a time and its canvas windows.
+class CSessionWindows : public IWindowFactory, boost::noncopyable {
+public:
+    CSessionWindows(IMessageQueue& queue, IClock& clock) : m_queue(queue), m_clock(clock) {}
+    ~CSessionWindows() override;
+
+    /// Null while there is a main window.
+    IMainWindow* CreateMainWindow(IWindowClient& client, const TMainWindowSetup& setup) override;
+    /// A client area of 1000 by 700. Null when `parent` has been destroyed or is of another factory.
+    ICanvasWindow* CreateCanvasWindow(IMainWindow& parent, IWindowClient& client,
+                                      const TCanvasWindowSetup& setup) override;
+
+    /// The main window, null while there is none.
+    CSessionMainWindow* GetMain() const;
+    /// The active canvas window, null for none.
+    CSessionCanvasWindow* GetActive() const;
+
+    /// Frees windows that have been destroyed; only while none of them is at work.
+    void FreeDead();
+    /// Has every canvas window paint what was invalidated.
+    void Paint();
+    /// Posts the timers that are due; only while no message waits.
+    void PostTimers();
+    /// Milliseconds until a timer is due, nullopt when there is none.
+    std::optional<uint32_t> UntilTimer() const;
+    /// Saves the active canvas window's glass. False without one or when that fails.
+    bool SavePicture(const std::wstring& strPath, IImageCodecs& codecs) const;
+
+private:
+    IMessageQueue& m_queue;
+    IClock& m_clock;
+    std::vector<std::unique_ptr<CSessionMainWindow>> m_vMain; ///< living ones last
+    std::vector<std::unique_ptr<CSessionCanvasWindow>> m_vCanvas;
+};

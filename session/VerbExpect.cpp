@@ -1,0 +1,156 @@
+// The verb "expect": compares a part of the session's state.
+#include "core/Base/Text.h"
+#include "core/MainFrame/MainFrame.h"
+#include "session/DocumentState.h"
+#include "session/Player.h"
+#include "session/SessionLog.h"
+#include "session/Verbs.h"
+
+#include <nlohmann/json.hpp>
+
+#include <charconv>
+#include <map>
+#include <optional>
+
+using nlohmann::json;
+
+namespace {
+
+using TStates = std::map<int, bool>; ///< by command id
+
+struct TPixel {
+    int32_t x, y;
+    json rgba;
+};
+
+struct TExpectation {
+    json document; ///< a part of DescribeDocument's
+    std::optional<std::string> strBox;
+    TStates mapEnabled;
+    TStates mapChecked;
+    std::optional<TPixel> pixel;
+};
+
+void CheckShape(const CScriptValue& value, const json& shape);
+
+void CheckLeaf(const CScriptValue& value, const std::string& strShape) {
+    const json& j = value.GetJson();
+    if (strShape == "flag") {
+        value.Flag();
+    } else if (strShape == "number") {
+        value.Integer(INT32_MIN, INT32_MAX);
+    } else if (strShape == "text") {
+        if (!j.is_string()) value.Refuse("must be a text");
+    } else {
+        CheckShape(value, json::array({GetLayerShape()}));
+    }
+}
+
+// Refuses what the document's state can never have.
+void CheckShape(const CScriptValue& value, const json& shape) {
+    const json& j = value.GetJson();
+    if (shape.is_string()) {
+        CheckLeaf(value, shape.get<std::string>());
+    } else if (shape.is_array()) {
+        if (!j.is_array()) value.Refuse("must be a list");
+        for (size_t i = 0; i < j.size(); ++i)
+            CheckShape({j[i], value.GetName() + "[" + std::to_string(i) + "]"}, shape.front());
+    } else {
+        if (!j.is_object()) value.Refuse("must be an object");
+        for (const auto& [strKey, member] : j.items()) {
+            if (!shape.contains(strKey)) value.Refuse("unknown key \"" + strKey + "\"");
+            CheckShape({member, value.GetName() + "." + strKey}, shape[strKey]);
+        }
+    }
+}
+
+TStates ReadStates(const CScriptValue& value) {
+    if (!value.GetJson().is_object()) value.Refuse("must be an object of command ids");
+    TStates mapStates;
+    for (const auto& [strKey, member] : value.GetJson().items()) {
+        int nId = 0;
+        const char* pEnd = strKey.data() + strKey.size();
+        const auto result = std::from_chars(strKey.data(), pEnd, nId);
+        if (result.ec != std::errc() || result.ptr != pEnd)
+            value.Refuse("\"" + strKey + "\" is no command id");
+        mapStates[nId] = CScriptValue(member, value.GetName() + "." + strKey).Flag();
+    }
+    return mapStates;
+}
+
+TPixel ReadPixel(const CScriptValue& value) {
+    value.Object({"x", "y", "rgba"});
+    const CScriptValue rgba = value.At("rgba");
+    if (!rgba.GetJson().is_array() || rgba.GetJson().size() != 4)
+        rgba.Refuse("must be a list of four numbers");
+    for (const json& member : rgba.GetJson()) CScriptValue(member, rgba.GetName()).Integer(0, 255);
+    return {static_cast<int32_t>(value.At("x").Integer(0, INT32_MAX)),
+            static_cast<int32_t>(value.At("y").Integer(0, INT32_MAX)), rgba.GetJson()};
+}
+
+std::string Differ(const std::string& strWay, const json& expected, const json& actual) {
+    const auto text = [](const json& j) { return j.dump(-1, ' ', false, json::error_handler_t::replace); };
+    return strWay + ": expected " + text(expected) + ", found " + text(actual);
+}
+
+// Objects are compared by the keys that are expected, all else whole.
+void Compare(const std::string& strWay, const json& expected, const json& actual) {
+    if (expected.is_object() && actual.is_object()) {
+        for (const auto& [strKey, member] : expected.items())
+            Compare(strWay.empty() ? strKey : strWay + "." + strKey, member, actual.value(strKey, json()));
+    } else if (expected.is_array() && actual.is_array() && expected.size() == actual.size()) {
+        for (size_t i = 0; i < expected.size(); ++i)
+            Compare(strWay + "[" + std::to_string(i) + "]", expected[i], actual[i]);
+    } else if (expected != actual) {
+        throw step_failure(Differ(strWay, expected, actual));
+    }
+}
+
+void CompareStates(const std::string& strWay, const TStates& mapStates,
+                   bool (CMainFrame::*pfnGet)(int) const) {
+    if (mapStates.empty()) return;
+    if (!g_pMainFrame) throw step_failure("there is no main window");
+    for (const auto& [nId, bExpected] : mapStates)
+        Compare(strWay + "." + std::to_string(nId), bExpected, ((*g_pMainFrame).*pfnGet)(nId));
+}
+
+void CompareBox(const std::string& strExpected, CSessionLog& log) {
+    const std::wstring* pText = log.GetBoxText();
+    const json actual = pText ? json(ToUtf8(*pText)) : json();
+    // An error box is dealt with either way: another text than its own is the failure of this line.
+    log.AcceptError();
+    Compare("box", strExpected, actual);
+}
+
+void ComparePixel(const TPixel& pixel, IImageCodecs& codecs) {
+    const json actual = DescribePixel(*GetActiveFrame().GetCanvas(), codecs, pixel.x, pixel.y);
+    if (actual == pixel.rgba) return;
+    const std::string strWay = "pixel (" + std::to_string(pixel.x) + ", " + std::to_string(pixel.y) + ")";
+    throw step_failure(Differ(strWay, pixel.rgba, actual));
+}
+
+void Play(const TExpectation& expectation, CPlayer& player) {
+    IImageCodecs& codecs = player.GetStage().platform.codecs;
+    if (expectation.strBox) CompareBox(*expectation.strBox, player.GetStage().log);
+    CompareStates("enabled", expectation.mapEnabled, &CMainFrame::IsCommandEnabled);
+    CompareStates("checked", expectation.mapChecked, &CMainFrame::IsCommandChecked);
+    if (!expectation.document.empty())
+        Compare("", expectation.document, DescribeDocument(codecs, expectation.document.contains("pixels")));
+    if (expectation.pixel) ComparePixel(*expectation.pixel, codecs);
+}
+
+} // namespace
+
+TAction ReadExpect(const CScriptValue& value) {
+    if (!value.GetJson().is_object() || value.GetJson().empty())
+        value.Refuse("must be an object of expectations");
+    TExpectation expectation;
+    expectation.document = value.GetJson();
+    if (value.Has("box")) expectation.strBox = value.At("box").Utf8();
+    if (value.Has("enabled")) expectation.mapEnabled = ReadStates(value.At("enabled"));
+    if (value.Has("checked")) expectation.mapChecked = ReadStates(value.At("checked"));
+    if (value.Has("pixel")) expectation.pixel = ReadPixel(value.At("pixel"));
+    for (const char* pszOwn : {"box", "enabled", "checked", "pixel"}) expectation.document.erase(pszOwn);
+    CheckShape({expectation.document, value.GetName()}, GetDocumentShape());
+    return [expectation](CPlayer& player) { Play(expectation, player); };
+}

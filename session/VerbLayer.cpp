@@ -1,0 +1,75 @@
+// The verb "layer": selects a layer and changes what it is like.
+#include "core/AppModule/PrivateMessages.h"
+#include "core/CanvasFrame/CanvasFrame.h"
+#include "session/DocumentState.h"
+#include "session/Player.h"
+#include "session/Verbs.h"
+
+#include <nlohmann/json.hpp>
+
+#include <iterator>
+#include <optional>
+
+namespace {
+
+constexpr int64_t MAX_CHILD = 65535;
+
+struct TLayerChange {
+    std::vector<size_t> vPath; ///< child indices from the root down, empty to stay with the active layer
+    std::optional<std::wstring> strName;
+    std::optional<bool> bVisible;
+    std::optional<uint8_t> uOpacity;
+};
+
+std::vector<size_t> ReadPath(const CScriptValue& value) {
+    if (!value.GetJson().is_array() || value.GetJson().empty())
+        value.Refuse("must be a list of child indices");
+    std::vector<size_t> vPath;
+    for (const auto& member : value.GetJson())
+        vPath.push_back(static_cast<size_t>(CScriptValue(member, value.GetName()).Integer(0, MAX_CHILD)));
+    return vPath;
+}
+
+TLayerPtr FindChild(const CLayerBuffer& parent, size_t idx) {
+    const TLayerList& lstChildren = parent.GetChildren();
+    if (idx >= lstChildren.size()) throw step_failure("there is no layer at that path");
+    return *std::next(lstChildren.begin(), static_cast<std::ptrdiff_t>(idx));
+}
+
+// Looks the whole path up before it changes anything: a wrong one selects nothing.
+void SelectLayer(CCanvasBuffer& canvas, const std::vector<size_t>& vPath) {
+    std::vector<TLayerPtr> vLayers;
+    for (const size_t idx : vPath)
+        vLayers.push_back(FindChild(vLayers.empty() ? canvas.GetRoot() : *vLayers.back(), idx));
+    canvas.GetRoot().SetActiveChild(vLayers.front());
+    for (size_t i = 0; i < vLayers.size(); ++i)
+        vLayers[i]->SetActiveChild(i + 1 < vLayers.size() ? vLayers[i + 1] : TLayerPtr());
+}
+
+void Play(const TLayerChange& change) {
+    CCanvasFrame& frame = GetActiveFrame();
+    CCanvasBuffer& canvas = *frame.GetCanvas();
+    if (!change.vPath.empty()) SelectLayer(canvas, change.vPath);
+    const TLayerPtr spLayer = canvas.GetActiveLayer();
+    if (!spLayer) throw step_failure("no layer is selected");
+    if (change.strName) spLayer->setName(*change.strName);
+    if (change.bVisible) spLayer->SetVisible(*change.bVisible);
+    if (change.uOpacity) spLayer->SetOpacity(*change.uOpacity);
+    if (change.strName || change.bVisible || change.uOpacity) canvas.GetHistory().SetModified(true);
+    PostToMainFrame(WM_REFRESH_ALL);
+    frame.RaiseRefresh();
+    frame.GetWindow()->Invalidate();
+}
+
+} // namespace
+
+TAction ReadLayer(const CScriptValue& value) {
+    value.Object({"select", "name", "visible", "opacity"});
+    if (value.GetJson().empty()) value.Refuse("must say what to select or change");
+    TLayerChange change;
+    if (value.Has("select")) change.vPath = ReadPath(value.At("select"));
+    if (value.Has("name")) change.strName = value.At("name").Text();
+    if (value.Has("visible")) change.bVisible = value.At("visible").Flag();
+    if (value.Has("opacity")) change.uOpacity = static_cast<uint8_t>(value.At("opacity").Integer(0, 255));
+    return [change](CPlayer&) { Play(change); };
+}

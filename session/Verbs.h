@@ -1,0 +1,35 @@
+// The verbs of session scripts. A new verb is a reading function, which checks its value and returns what the
+// line does, and a line in the table of Verbs.cpp.
+#pragma once
+
+#include "session/Script.h"
+
+#include <span>
+
+struct TVerb {
+    const char* pszName;
+    TAction (*pfnRead)(const CScriptValue& value); ///< raises script_error
+    bool bExpects = false;
+};
+
+/// All verbs.
+std::span<const TVerb> GetVerbs();
+
+/// Commands, windows, keys, time.
+TAction ReadCommand(const CScriptValue& value);
+TAction ReadView(const CScriptValue& value);
+TAction ReadClose(const CScriptValue& value);
+TAction ReadKey(const CScriptValue& value);
+TAction ReadWait(const CScriptValue& value);
+/// Settings and answers.
+TAction ReadSet(const CScriptValue& value);
+TAction ReadAnswer(const CScriptValue& value);
+/// Files.
+TAction ReadOpen(const CScriptValue& value);
+TAction ReadSave(const CScriptValue& value);
+TAction ReadExport(const CScriptValue& value);
+TAction ReadScreenshot(const CScriptValue& value);
+TAction ReadDump(const CScriptValue& value);
+/// The document.
+TAction ReadLayer(const CScriptValue& value);
+TAction ReadExpect(const CScriptValue& value);

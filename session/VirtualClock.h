@@ -1,0 +1,14 @@
+// The clock of a played session: it moves only when it is told to.
+#pragma once
+
+#include "core/Platform/System.h"
+
+class CVirtualClock : public IClock {
+public:
+    uint32_t GetTickCount() override { return m_uNow; }
+    /// Moves on by `uMilliseconds`; wraps.
+    void Advance(uint32_t uMilliseconds) { m_uNow += uMilliseconds; }
+
+private:
+    uint32_t m_uNow = 0;
+};

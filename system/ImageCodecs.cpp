@@ -1,0 +1,192 @@
+#include "system/ImageCodecs.h"
+
+#include "core/Base/Text.h"
+#include "core/Platform/Files.h"
+#include "system/ColorQuantizer.h"
+#include "system/GifWriter.h"
+#include "system/PictureCheck.h"
+#include "system/QtBitmap.h"
+
+#include <QBuffer>
+#include <QImageReader>
+#include <QImageWriter>
+
+#include <boost/make_shared.hpp>
+
+#include <new>
+
+namespace {
+
+constexpr int64_t MAX_DECODED_BYTES = int64_t{2} << 30;
+constexpr int JPEG_QUALITY = 95;
+constexpr int TIFF_LZW = 1;
+constexpr int DOTS_PER_METRE = 3780; // 96 a inch, else Qt would write what the screen has
+
+const char* FormatOf(EPictureKind kind) {
+    switch (kind) {
+    case EPictureKind::Png:
+        return "png";
+    case EPictureKind::Jpeg:
+        return "jpeg";
+    case EPictureKind::Bmp:
+        return "bmp";
+    case EPictureKind::Gif:
+        return "gif";
+    case EPictureKind::Tiff:
+        return "tiff";
+    case EPictureKind::Unknown:
+        break;
+    }
+    return "";
+}
+
+EPictureKind KindOfName(const std::wstring& strPath) {
+    constexpr std::pair<const wchar_t*, EPictureKind> ENDINGS[] = {
+        {L".png", EPictureKind::Png}, {L".jpg", EPictureKind::Jpeg}, {L".jpeg", EPictureKind::Jpeg},
+        {L".bmp", EPictureKind::Bmp}, {L".tif", EPictureKind::Tiff}, {L".tiff", EPictureKind::Tiff},
+        {L".gif", EPictureKind::Gif},
+    };
+    for (const auto& [pszEnding, kind] : ENDINGS)
+        if (EqualNoCase(ExtensionOf(strPath), std::wstring_view(pszEnding))) return kind;
+    return EPictureKind::Unknown;
+}
+
+// Lets Qt take the memory that the largest picture needs while it is still 16 bits a channel. The limit holds
+// for the whole process, so it is put back.
+class CAllocationLimit {
+public:
+    CAllocationLimit() : m_nOld(QImageReader::allocationLimit()) {
+        QImageReader::setAllocationLimit(static_cast<int>(MAX_DECODED_BYTES * 2 >> 20));
+    }
+    ~CAllocationLimit() { QImageReader::setAllocationLimit(m_nOld); }
+
+private:
+    const int m_nOld;
+};
+
+bool IsSizeAllowed(const QSize& size) {
+    return !size.isEmpty() && size.width() <= MAX_IMAGE_SIDE && size.height() <= MAX_IMAGE_SIDE &&
+           int64_t{4} * size.width() * size.height() <= MAX_DECODED_BYTES;
+}
+
+QImage Decode(const std::string& strFile) {
+    const EPictureKind kind = KindOfPicture(strFile);
+    if (!IsWholePicture(strFile, kind)) return {};
+    QByteArray bytes = QByteArray::fromRawData(strFile.data(), static_cast<qsizetype>(strFile.size()));
+    QBuffer buffer(&bytes);
+    QImageReader reader(&buffer, FormatOf(kind));
+    reader.setAutoDetectImageFormat(false);
+    reader.setAutoTransform(true);
+    if (!IsSizeAllowed(reader.size())) return {};
+    const CAllocationLimit limit;
+    QImage image;
+    return reader.read(&image) ? image : QImage();
+}
+
+// The bitmap's pixels, locked for reading.
+class CLockedImage {
+public:
+    explicit CLockedImage(IBitmap& bitmap) : m_bitmap(bitmap) {
+        int32_t nWidth = 0;
+        int32_t nHeight = 0;
+        if (!bitmap.GetWidth(nWidth) || !bitmap.GetHeight(nHeight)) return;
+        TLockedBits bits;
+        m_bLocked = bitmap.LockBits({0, 0, nWidth, nHeight}, ELockMode::Read, bits);
+        if (m_bLocked)
+            m_image = QImage(const_cast<const uint8_t*>(bits.pData), nWidth, nHeight, bits.nStride,
+                             QImage::Format_ARGB32);
+        m_image.setDotsPerMeterX(DOTS_PER_METRE);
+        m_image.setDotsPerMeterY(DOTS_PER_METRE);
+    }
+    ~CLockedImage() {
+        if (m_bLocked) m_bitmap.UnlockBits();
+    }
+    CLockedImage(const CLockedImage&) = delete;
+    CLockedImage& operator=(const CLockedImage&) = delete;
+
+    /// Null when the bitmap could not be locked.
+    const QImage& GetImage() const { return m_image; }
+
+private:
+    IBitmap& m_bitmap;
+    bool m_bLocked = false;
+    QImage m_image;
+};
+
+// An opaque picture on white; null when there is no memory.
+QImage Flatten(const QImage& image) {
+    QImage imageFlat(image.size(), QImage::Format_RGB32);
+    if (imageFlat.isNull()) return {};
+    imageFlat.setDotsPerMeterX(DOTS_PER_METRE);
+    imageFlat.setDotsPerMeterY(DOTS_PER_METRE);
+    for (int y = 0; y < image.height(); ++y) {
+        const auto* pRow = reinterpret_cast<const QRgb*>(image.constScanLine(y));
+        auto* pOut = reinterpret_cast<QRgb*>(imageFlat.scanLine(y));
+        for (int x = 0; x < image.width(); ++x) {
+            const int k = qAlpha(pRow[x]) * 1024 / 255;
+            const auto onWhite = [k](int c) { return 255 - (((255 - c) * k) >> 10); };
+            pOut[x] = qRgb(onWhite(qRed(pRow[x])), onWhite(qGreen(pRow[x])), onWhite(qBlue(pRow[x])));
+        }
+    }
+    return imageFlat;
+}
+
+std::optional<std::string> Encode(const QImage& image, EPictureKind kind) {
+    if (image.isNull()) return std::nullopt;
+    if (kind == EPictureKind::Gif) return EncodeGif(QuantizeColors(image));
+    QBuffer buffer;
+    QImageWriter writer(&buffer, FormatOf(kind));
+    if (kind == EPictureKind::Jpeg) writer.setQuality(JPEG_QUALITY);
+    if (kind == EPictureKind::Tiff) writer.setCompression(TIFF_LZW);
+    if (!writer.write(image)) return std::nullopt;
+    return buffer.data().toStdString();
+}
+
+} // namespace
+
+uintptr_t CImageCodecs::Startup() {
+    const auto lstReaders = QImageReader::supportedImageFormats();
+    const auto lstWriters = QImageWriter::supportedImageFormats();
+    for (const EPictureKind kind :
+         {EPictureKind::Png, EPictureKind::Jpeg, EPictureKind::Bmp, EPictureKind::Gif, EPictureKind::Tiff}) {
+        const bool bWrites = kind == EPictureKind::Gif || lstWriters.contains(FormatOf(kind));
+        if (!bWrites || !lstReaders.contains(FormatOf(kind))) return 0;
+    }
+    return 1;
+}
+
+boost::shared_ptr<IBitmap> CImageCodecs::CreateBitmap(CSize sz) {
+    QImage image = MakeTransparentImage(sz);
+    if (image.isNull()) return {};
+    return boost::make_shared<CQtBitmap>(std::move(image));
+}
+
+boost::shared_ptr<IBitmap> CImageCodecs::Load(const std::wstring& strPath) try {
+    auto strFile = m_files.Read(strPath);
+    if (!strFile) return {};
+    QImage image = Decode(*strFile);
+    strFile.reset();
+    if (image.isNull()) return {};
+    auto spBitmap = boost::make_shared<CQtBitmap>(std::move(image));
+    if (spBitmap->GetImage().isNull()) return {};
+    return spBitmap;
+} catch (const std::bad_alloc&) {
+    return {};
+}
+
+bool CImageCodecs::Save(const std::wstring& strPath, IBitmap& bitmap) try {
+    const EPictureKind kind = KindOfName(strPath);
+    if (kind == EPictureKind::Unknown) return false;
+    std::optional<std::string> strBytes;
+    {
+        const CLockedImage locked(bitmap);
+        strBytes = Encode(kind == EPictureKind::Png ? locked.GetImage() : Flatten(locked.GetImage()), kind);
+    }
+    return strBytes && m_files.Replace(strPath, *strBytes);
+} catch (const std::bad_alloc&) {
+    return false;
+}
+
+bool CImageCodecs::CanSave(const std::wstring& strPath) {
+    return KindOfName(strPath) != EPictureKind::Unknown;
+}

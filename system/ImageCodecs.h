@@ -1,0 +1,30 @@
+// Picture files through Qt's image plug-ins, and GIF writing.
+#pragma once
+
+#include "core/Platform/Bitmap.h"
+
+class IFileStore;
+
+/// Needs no QCoreApplication: the plug-ins are found where Qt was installed, or in $QT_PLUGIN_PATH. No colour
+/// management takes place, on reading or on writing. Nothing throws.
+class CImageCodecs : public IImageCodecs {
+public:
+    /// Files are read and written through `files`, which outlives the codecs.
+    explicit CImageCodecs(IFileStore& files) : m_files(files) {}
+
+    /// Loads the plug-ins; 0 when one of the five kinds is missing.
+    uintptr_t Startup() override;
+    void Shutdown(uintptr_t) override {}
+    /// Null also when a side is over MAX_IMAGE_SIDE.
+    boost::shared_ptr<IBitmap> CreateBitmap(CSize sz) override;
+    /// PNG, JPEG, BMP, GIF (its first picture) and TIFF (its first page), told by their content. The
+    /// orientation that a camera noted is applied. The size is checked before memory is taken.
+    boost::shared_ptr<IBitmap> Load(const std::wstring& strPath) override;
+    /// JPEG of quality 95, BMP of 24 bits, TIFF with LZW, GIF of at most 256 colours. On white every channel
+    /// C under alpha A becomes 255 - (((255 - C) * ((A * 1024) / 255)) >> 10).
+    bool Save(const std::wstring& strPath, IBitmap& bitmap) override;
+    bool CanSave(const std::wstring& strPath) override;
+
+private:
+    IFileStore& m_files;
+};

@@ -1,0 +1,50 @@
+#include "system/QtBitmap.h"
+
+#include <QColorSpace>
+
+#include <bit>
+#include <cstdlib>
+
+static_assert(std::endian::native == std::endian::little, "Format_ARGB32 must lie in memory as B, G, R, A");
+
+CQtBitmap::CQtBitmap(QImage image) : m_image(std::move(image)) {
+    m_image.convertTo(QImage::Format_ARGB32);
+    m_image.setColorSpace({}); // numbers are taken as they stand
+}
+
+bool CQtBitmap::GetWidth(int32_t& nWidth) {
+    nWidth = m_image.width();
+    return !m_image.isNull();
+}
+
+bool CQtBitmap::GetHeight(int32_t& nHeight) {
+    nHeight = m_image.height();
+    return !m_image.isNull();
+}
+
+bool CQtBitmap::LockBits(const CRect& rc, ELockMode mode, TLockedBits& bits) {
+    const CRect rcImage(0, 0, m_image.width(), m_image.height());
+    if (m_bLocked || rc.IsEmpty() || rc.Intersect(rcImage) != rc) return false;
+    // Reading must not make a copy of a picture that is shared; the writer gets one of its own.
+    uint8_t* pBits = mode == ELockMode::Write ? m_image.bits() : const_cast<uint8_t*>(m_image.constBits());
+    if (!pBits) return false;
+    bits.nStride = static_cast<int>(m_image.bytesPerLine());
+    bits.pData = pBits + static_cast<ptrdiff_t>(rc.top) * bits.nStride + static_cast<ptrdiff_t>(rc.left) * 4;
+    m_bLocked = true;
+    return true;
+}
+
+bool CQtBitmap::UnlockBits() {
+    const bool bWasLocked = m_bLocked;
+    m_bLocked = false;
+    return bWasLocked;
+}
+
+QImage MakeTransparentImage(CSize sz) {
+    if (sz.cx <= 0 || sz.cy <= 0 || sz.cx > MAX_IMAGE_SIDE || sz.cy > MAX_IMAGE_SIDE) return {};
+    // Cleared memory comes from the system untouched, so that a large picture costs what is drawn on it.
+    void* pPixels = std::calloc(static_cast<size_t>(sz.cy), static_cast<size_t>(sz.cx) * 4);
+    if (!pPixels) return {};
+    return QImage(static_cast<uchar*>(pPixels), sz.cx, sz.cy, static_cast<qsizetype>(sz.cx) * 4,
+                  QImage::Format_ARGB32, std::free, pPixels);
+}

@@ -1,0 +1,94 @@
+#include "core/CanvasFrame/CanvasView.h"
+#include "core/CanvasFrame/ZoomList.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr CSize CLIENT{640, 480};
+
+CCanvasView MakeView(CSize szCanvas, const TViewState& state = {}) {
+    CCanvasView view;
+    view.SetCanvasSize(szCanvas);
+    view.Apply(state, CLIENT);
+    view.Center();
+    return view;
+}
+
+} // namespace
+
+TEST(CanvasView, ExtentLeavesAMarginAndCentresSmallCanvases) {
+    const CCanvasView small = MakeView({100, 50});
+    EXPECT_EQ(small.GetExtent(), CLIENT);
+    EXPECT_EQ(small.GetOrigin(), (CPoint{270, 215}));
+    EXPECT_EQ(small.GetLine(), (CSize{10, 10}));
+    EXPECT_EQ(small.GetPage(), (CSize{100, 100}));
+    // A canvas of the window's size can still be scrolled.
+    CCanvasView same = MakeView(CLIENT);
+    EXPECT_EQ(same.GetExtent(), (CSize{820, 660}));
+    EXPECT_EQ(same.GetScroll(), (CPoint{90, 90}));
+    same.ScrollTo({1000, -5});
+    EXPECT_EQ(same.GetScroll(), (CPoint{180, 0}));
+    EXPECT_EQ(same.GetOrigin(), (CPoint{-90, 90}));
+}
+
+TEST(CanvasView, TurningExchangesTheExtent) {
+    const CCanvasView view = MakeView({1000, 200}, {96, 90});
+    EXPECT_EQ(view.GetExtent(), (CSize{640, 2180}));
+}
+
+TEST(CanvasView, PositionsGoThereAndBackUnderEveryView) {
+    for (const uint16_t uZoom : {uint16_t{48}, uint16_t{96}, uint16_t{768}}) {
+        for (const uint16_t uAngle : {uint16_t{0}, uint16_t{90}, uint16_t{180}, uint16_t{270}}) {
+            for (const bool bFlipH : {false, true}) {
+                for (const bool bFlipV : {false, true}) {
+                    const CCanvasView view = MakeView({300, 200}, {uZoom, uAngle, bFlipH, bFlipV});
+                    for (const CPoint pt : {CPoint{0, 0}, CPoint{123, 45}, CPoint{300, 200}}) {
+                        EXPECT_EQ(view.ToCanvas(view.ToWindow(pt)), pt) << uZoom << " " << uAngle;
+                        EXPECT_EQ(view.ToCanvas8(view.ToWindow(pt)), (CPoint{pt.x * 8, pt.y * 8}));
+                    }
+                }
+            }
+        }
+    }
+    // Turned to the right, the canvas's top-left corner is the window's top-right one.
+    const CCanvasView right = MakeView({300, 200}, {48, 90});
+    const CRect rc = right.ToWindow(CRect(0, 0, 300, 200));
+    EXPECT_EQ(right.ToWindow(CPoint{0, 0}), (CPoint{rc.right, rc.top}));
+    EXPECT_EQ(rc.Size(), (CSize{200, 300}));
+}
+
+TEST(CanvasView, PenUnitsFinerThanPixels) {
+    const CCanvasView view = MakeView({300, 200}, {96});
+    const CPoint pt = view.ToWindow(CPoint{10, 20});
+    // Half a pixel to the right in tablet units of a quarter: 4 eighths at 100%, 2 at 200%.
+    EXPECT_EQ(view.ToCanvas8({pt.x * 4 + 2, pt.y * 4}, 4), (CPoint{82, 160}));
+}
+
+TEST(CanvasView, ChangingTheViewKeepsTheCentre) {
+    CCanvasView view = MakeView({3000, 2000});
+    view.ScrollTo({700, 900});
+    const CPoint ptCentre = view.ToCanvas({CLIENT.cx / 2, CLIENT.cy / 2});
+    for (const TViewState& state :
+         {TViewState{96}, TViewState{96, 90}, TViewState{192, 90, true, false}, TViewState{48, 180}}) {
+        view.Apply(state, CLIENT);
+        const CPoint ptNow = view.ToCanvas({CLIENT.cx / 2, CLIENT.cy / 2});
+        EXPECT_NEAR(ptNow.x, ptCentre.x, 1);
+        EXPECT_NEAR(ptNow.y, ptCentre.y, 1);
+    }
+    view.Apply({48}, {800, 700}); // a resized window keeps it too
+    EXPECT_NEAR(view.ToCanvas({400, 350}).x, ptCentre.x, 1);
+}
+
+TEST(ZoomList, LinesAndFirstZoom) {
+    ASSERT_EQ(GetZoomList().size(), 19u);
+    for (size_t n = 1; n < GetZoomList().size(); ++n)
+        EXPECT_LT(GetZoomList()[n].uZoom, GetZoomList()[n - 1].uZoom);
+    EXPECT_EQ(FindZoomLine(48), 10);
+    EXPECT_EQ(FindZoomLine(47), -1);
+    EXPECT_EQ(FormatScale(32), L"Scale: 66%");
+    EXPECT_EQ(FirstZoom({200, 200}, CLIENT), 48);
+    EXPECT_EQ(FirstZoom({800, 600}, CLIENT), 48);   // f = 600 / 640 < 1
+    EXPECT_EQ(FirstZoom({4000, 3000}, CLIENT), 8);  // f = 5.94: 48 / f = 8.08
+    EXPECT_EQ(FirstZoom({30000, 100}, CLIENT), 48); // smaller than the list knows
+}

@@ -1,0 +1,100 @@
+#include "core/GDIBuffer/ScreenMap.h"
+#include "core/GDIBuffer/GDIBuffer.h"
+#include "core/RasterBuffer/ColorRasterBuffer.h"
+#include "tests/support/MemoryBitmap.h"
+
+#include <boost/make_shared.hpp>
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace {
+
+constexpr uint16_t ANGLES[] = {0, 90, 180, 270};
+
+// What a view shows of a plane whose pixel (x, y) is the letter 'a' + y * width + x, as lines of text.
+std::string Show(CSize sz, const TViewState& view, CPoint ptOrigin = {0, 0}, CSize szTarget = {0, 0}) {
+    CBitmapSession session{boost::make_shared<CMemoryBitmap>(sz)};
+    for (int y = 0; y < sz.cy; ++y)
+        for (int x = 0; x < sz.cx; ++x)
+            static_cast<CMemoryBitmap&>(*session.spBitmap)
+                .SetPixel(x, y, static_cast<TColor>('a' + y * sz.cx + x) * 0x010101u, 255);
+    CColorRasterBuffer plane;
+    plane.Create(sz, {2, 2}); // small blocks, so that every picture crosses tiles
+    plane.ReadBitmap(session);
+    CGDIBuffer screen(szTarget.cx ? szTarget : ScaledSize(sz, view));
+    screen.FillGrey({0, 0, screen.GetSize().cx, screen.GetSize().cy}, '.');
+    plane.DrawToScreen(screen, ptOrigin, view);
+    std::string str;
+    for (int y = 0; y < screen.GetSize().cy; ++y) {
+        for (int x = 0; x < screen.GetSize().cx; ++x) str += static_cast<char>(*screen.GetPixelPtr({x, y}));
+        str += '\n';
+    }
+    return str;
+}
+
+} // namespace
+
+TEST(DrawToScreen, RotationsAndFlips) {
+    const CSize sz{3, 2}; // abc / def
+    EXPECT_EQ(Show(sz, {}), "abc\ndef\n");
+    EXPECT_EQ(Show(sz, {48, 90}), "da\neb\nfc\n"); // clockwise
+    EXPECT_EQ(Show(sz, {48, 180}), "fed\ncba\n");
+    EXPECT_EQ(Show(sz, {48, 270}), "cf\nbe\nad\n");
+    EXPECT_EQ(Show(sz, {48, 0, true, false}), "cba\nfed\n");
+    EXPECT_EQ(Show(sz, {48, 0, false, true}), "def\nabc\n");
+    EXPECT_EQ(Show(sz, {48, 270, true, true}), Show(sz, {48, 90}));
+    EXPECT_EQ(Show(sz, {48, 180}), Show(sz, {48, 0, true, true}));
+    // Flips are of canvas space: at 90 degrees a horizontal one mirrors the screen from top to bottom.
+    EXPECT_EQ(Show(sz, {48, 90, true, false}), "fc\neb\nda\n");
+}
+
+TEST(DrawToScreen, Zooms) {
+    EXPECT_EQ(Show({2, 1}, {144}), "aaabbb\naaabbb\naaabbb\n");
+    EXPECT_EQ(Show({4, 4}, {24}), "fh\nnp\n");     // half: the second sample of two
+    EXPECT_EQ(Show({6, 3}, {16}), "hk\n");         // a third: the middle one of three
+    EXPECT_EQ(Show({6, 3}, {32}), "abde\nghjk\n"); // two thirds: two of three
+    EXPECT_EQ(Show({2, 2}, {72}), "aab\naab\nccd\n");
+    EXPECT_EQ(Show({1, 1}, {3}), "a\n"); // something is left of everything
+    EXPECT_EQ(Show({6, 3}, {16, 0, true, false}), "kh\n");
+}
+
+TEST(DrawToScreen, EveryViewCoversEveryPixelOnceAndMirrorsExactly) {
+    const CSize sz{5, 4};
+    for (const uint16_t uZoom : {uint16_t{3}, uint16_t{12}, uint16_t{16}, uint16_t{24}, uint16_t{32},
+                                 uint16_t{37}, uint16_t{48}, uint16_t{100}, uint16_t{768}}) {
+        for (const uint16_t uAngle : ANGLES) {
+            const std::string strPlain = Show(sz, {uZoom, uAngle});
+            EXPECT_EQ(strPlain.find('.'), std::string::npos) << uZoom << " at " << uAngle;
+            // A half turn reads the same text backwards.
+            std::string strBack(strPlain.rbegin(), strPlain.rend());
+            strBack.erase(0, 1);
+            EXPECT_EQ(Show(sz, {uZoom, uAngle, true, true}), strBack + '\n') << uZoom << " at " << uAngle;
+        }
+    }
+}
+
+TEST(DrawToScreen, ClipsAtTheTargetAndSkipsStaleBlocks) {
+    EXPECT_EQ(Show({3, 2}, {}, {-1, 1}, {4, 2}), "....\nbc..\n");
+    EXPECT_EQ(Show({3, 2}, {}, {9, 9}, {2, 1}), "..\n");
+    CColorRasterBuffer plane;
+    plane.Create({4, 2}, {2, 2});
+    plane.GetDirty().At(1, 0) = 1;
+    CGDIBuffer screen({4, 2});
+    plane.DrawToScreen(screen, {0, 0}, {});
+    EXPECT_EQ(*screen.GetPixelPtr({1, 0}), 255); // transparent shows white paper
+    EXPECT_EQ(*screen.GetPixelPtr({2, 0}), 0);   // stale: left alone
+}
+
+TEST(ScreenMap, RectanglesGoThereAndBack) {
+    for (const uint16_t uAngle : ANGLES) {
+        for (const bool bFlip : {false, true}) {
+            const TViewState view{96, uAngle, bFlip, !bFlip};
+            const CScreenMap map({100, 50}, {7, 9}, view, {1000, 1000});
+            const CRect rc(10, 20, 30, 31);
+            const CRect rcTarget = map.ToTarget(rc);
+            EXPECT_EQ(map.ToCanvas(rcTarget), rc);
+            EXPECT_EQ(int64_t{rcTarget.Width()} * rcTarget.Height(), int64_t{4} * rc.Width() * rc.Height());
+        }
+    }
+}

@@ -1,0 +1,158 @@
+#include "core/IniConfig/IniConfig.h"
+#include "core/IniConfig/GlobalSwitches.h"
+#include "core/IniConfig/RecentDocumentList.h"
+
+#include "core/Base/Text.h"
+#include "tests/support/MemoryFiles.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+const std::wstring PATH = L"/home/me/Vellumcraft.ini";
+
+struct CTestLocations : ILocations {
+    std::wstring GetAppData() override { return m_strAppData; }
+    void MakeFolder(const std::wstring& strPath) override { m_strMade = strPath; }
+    std::wstring m_strAppData = L"/home/me/.config";
+    std::wstring m_strMade;
+};
+
+using TPaths = std::vector<std::wstring>;
+
+} // namespace
+
+TEST(IniConfig, SectionsNestByBackslashAndKeepNothing) {
+    CMemoryFiles files;
+    CIniConfig config(PATH, files);
+    const auto spWindows = config.GetSection(L"Windows");
+    const auto spMain = spWindows->GetSection(L"Main");
+    EXPECT_EQ(spMain->GetInt(L"Left", 7), 7);
+    EXPECT_EQ(files.m_nWrites, 0) << "reading makes no file";
+    spMain->SetInt(L"Left", INT32_MIN);
+    spWindows->SetString(L"Title", L"筆  ");
+    EXPECT_EQ(files.m_mapFiles[PATH],
+              ToUtf8(L"[Windows\\Main]\nLeft=-2147483648\n\n[Windows]\nTitle=\"筆  \"\n"));
+    EXPECT_EQ(spMain->GetInt(L"Left", 7), INT32_MIN);
+    EXPECT_EQ(spWindows->GetString(L"Title", L""), L"筆  ");
+    files.m_mapFiles[PATH] = "[Windows\\Main]\nLeft=5\n";
+    EXPECT_EQ(spMain->GetInt(L"Left", 7), 5);
+    const int nWrites = files.m_nWrites;
+    spMain->SetInt(L"Left", 5);
+    EXPECT_EQ(files.m_nWrites, nWrites) << "an equal value is no reason to write";
+}
+
+TEST(IniConfig, NumbersAreReadAsProfilesDo) {
+    const std::pair<const char*, int32_t> NUMBERS[] = {
+        {"12", 12},
+        {"+3", 3},
+        {"-1", -1},
+        {"42A9", 42},
+        {"abc", 0},
+        {"0x1F", 31},
+        {"-0xfFg", -255},
+        {"\"8\"", 8},
+        {"4294967297", 1},
+        {"-4294967297", -1},
+        {"", -99},
+        {"2147483648", INT32_MIN},
+        {"16777215", 0xFFFFFF},
+        {"1 2", 1},
+        {"--1", 0},
+    };
+    CMemoryFiles files;
+    CIniConfigData section(PATH, L"S", files);
+    for (const auto& [pszText, nExpected] : NUMBERS) {
+        files.m_mapFiles[PATH] = std::string("[S]\nk=") + pszText;
+        EXPECT_EQ(section.GetInt(L"k", -99), nExpected) << pszText;
+    }
+}
+
+TEST(IniConfig, LongStringsAreCutOnReading) {
+    CMemoryFiles files;
+    CIniConfigData section(PATH, L"S", files);
+    section.SetString(L"k", std::wstring(1022, L'a') + L"筆筆");
+    EXPECT_EQ(section.GetString(L"k", L""), std::wstring(1022, L'a') + L"筆");
+    EXPECT_EQ(section.GetString(L"missing", std::wstring(2000, L'd')).size(), 1023u);
+}
+
+TEST(IniConfig, LivesInItsOwnFolder) {
+    CTestLocations locations;
+    EXPECT_EQ(CIniConfig::FindPath(locations), L"/home/me/.config/Vellumcraft/Vellumcraft.ini");
+    EXPECT_EQ(locations.m_strMade, L"/home/me/.config/Vellumcraft");
+    EXPECT_EQ(CRecentDocumentList::FindPath(locations), L"/home/me/.config/Vellumcraft/RecentDocuments.ini");
+    locations = {};
+    locations.m_strAppData.clear();
+    EXPECT_EQ(CIniConfig::FindPath(locations), L"");
+    EXPECT_EQ(locations.m_strMade, L"");
+}
+
+TEST(GlobalSwitches, DefaultsThenWhatWasSaved) {
+    CMemoryFiles files;
+    CIniConfig config(PATH, files);
+    TGlobalSwitches switches{0, 0, 3, 1, 0, 99};
+    switches.Load(config);
+    EXPECT_EQ(switches.m_bShowOutline, 1);
+    EXPECT_EQ(switches.m_bShowAllCtl, 1);
+    EXPECT_EQ(switches.m_nPredStroke, 1);
+    EXPECT_EQ(switches.m_bFastScroll, 0);
+    EXPECT_EQ(switches.m_bEnableSSE2, 1);
+    EXPECT_EQ(switches.m_nMaxHistory, 10);
+    TGlobalSwitches{0, 1, 3, 1, 0, 25}.Save(config);
+    EXPECT_EQ(files.m_mapFiles[PATH], "[Global]\nShowOutline=0\nShowAllCtl=1\nPredStroke=3\nFastScroll=1\n"
+                                      "EnableSSE2=0\nMaxHistory=25\n");
+    switches.Load(config);
+    EXPECT_EQ(switches.m_bShowOutline, 0);
+    EXPECT_EQ(switches.m_nPredStroke, 3);
+    EXPECT_EQ(switches.m_nMaxHistory, 25);
+}
+
+TEST(GlobalSwitches, ForeignValuesAreLimited) {
+    CMemoryFiles files;
+    CIniConfig config(PATH, files);
+    TGlobalSwitches switches;
+    files.m_mapFiles[PATH] = "[Global]\nShowOutline=256\nPredStroke=9\nMaxHistory=0\n";
+    switches.Load(config);
+    EXPECT_EQ(switches.m_bShowOutline, 1) << "every number but 0 is true";
+    EXPECT_EQ(switches.m_nPredStroke, 3);
+    EXPECT_EQ(switches.m_nMaxHistory, 1);
+    files.m_mapFiles[PATH] = "[Global]\nPredStroke=-1\n";
+    switches.Load(config);
+    EXPECT_EQ(switches.m_nPredStroke, 0);
+}
+
+TEST(RecentDocumentList, NewestFirstAndAtMostFour) {
+    CMemoryFiles files;
+    CRecentDocumentList list(files, PATH);
+    EXPECT_EQ(files.m_nReads, 0) << "read when first asked";
+    for (const wchar_t* pszPath : {L"/a", L"/b", L"/c", L"/筆.vlm", L"/e", L"/c", L""}) list.Add(pszPath);
+    EXPECT_EQ(list.GetPaths(), (TPaths{L"/c", L"/e", L"/筆.vlm", L"/b"}));
+    EXPECT_EQ(files.m_nWrites, 6) << "one a change";
+    EXPECT_EQ(CRecentDocumentList(files, PATH).GetPaths(), list.GetPaths());
+    list.Remove(L"/b");
+    list.Remove(L"/c");
+    EXPECT_EQ(files.m_mapFiles[PATH],
+              ToUtf8(L"[Software\\Vellumcraft\\Recent Document List]\nDocumentCount=2\n"
+                     L"Document1=/e\nDocument2=/筆.vlm\n"));
+}
+
+TEST(RecentDocumentList, TakesUpOthersAndSurvivesBadFiles) {
+    CMemoryFiles files;
+    CRecentDocumentList listMine(files, PATH);
+    CRecentDocumentList listOther(files, PATH);
+    listMine.Add(L"/mine");
+    EXPECT_EQ(listOther.GetPaths(), (TPaths{L"/mine"}));
+    listMine.Add(L"/mine2");
+    listOther.Add(L"/other");
+    EXPECT_EQ(listOther.GetPaths(), (TPaths{L"/other", L"/mine2", L"/mine"}));
+    files.m_bReadOnly = true;
+    listOther.Add(L"/x");
+    listOther.Add(L"/y");
+    EXPECT_EQ(listOther.GetPaths(), (TPaths{L"/y", L"/x", L"/other", L"/mine2"}));
+    files.m_mapFiles[PATH] =
+        "[Software\\Vellumcraft\\Recent Document List]\nDocumentCount=999999999999\nDocument1=\n"
+        "Document3=/c\nDocument5=/e\n";
+    EXPECT_EQ(CRecentDocumentList(files, PATH).GetPaths(), TPaths{});
+    files.m_mapFiles[PATH].replace(files.m_mapFiles[PATH].find("999999999999"), 12, "77");
+    EXPECT_EQ(CRecentDocumentList(files, PATH).GetPaths(), (TPaths{L"/c"}));
+}

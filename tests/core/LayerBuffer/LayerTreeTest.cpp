@@ -1,0 +1,228 @@
+#include "core/Base/Failure.h"
+#include "core/CanvasBuffer/CanvasBuffer.h"
+#include "core/IniConfig/GlobalSwitches.h"
+#include "core/LayerBuffer/LayerSetBuffer.h"
+#include "core/LayerBuffer/RasterLayerBuffer.h"
+#include "core/RasterBuffer/ColorRasterBuffer.h"
+#include "core/RasterBuffer/MonoRasterBuffer.h"
+
+#include <boost/make_shared.hpp>
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr TColor RED = 0x0000FF;
+constexpr TColor GREEN = 0x00FF00;
+constexpr TColor BLUE = 0xFF0000;
+
+// A raster layer whose block at `pt` is one colour.
+TLayerPtr MakeLayer(const boost::shared_ptr<CCanvasBuffer>& spCanvas, TColor color, uint8_t uAlpha,
+                    CPoint pt = {0, 0}) {
+    const auto spLayer = CreateRasterLayer(spCanvas);
+    spLayer->GetRaster()->GetBlock(pt, true)->Fill(color, uAlpha);
+    return spLayer;
+}
+
+// The composite's pixel as 0xAABBGGRR.
+uint32_t Composed(CCanvasBuffer& canvas, CPoint pt) {
+    canvas.ComposeAll();
+    const auto& tile = static_cast<CColorRasterBlockBuffer&>(*canvas.GetComposite().GetBlock(pt, true));
+    const CPoint ptIn = pt - tile.GetPosition();
+    return tile.GetPixelColor(ptIn) | uint32_t{tile.GetAlpha()[ptIn.y * 96 + ptIn.x]} << 24;
+}
+
+class LayerTree : public testing::Test {
+protected:
+    boost::shared_ptr<CCanvasBuffer> m_spCanvas = CreateCanvas({150, 100});
+    CLayerBuffer& m_root = m_spCanvas->GetRoot();
+};
+
+} // namespace
+
+TEST_F(LayerTree, OpacityAppliesOnceAndHiddenLayersShowNothing) {
+    const auto spLow = MakeLayer(m_spCanvas, RED, 255);
+    const auto spHigh = MakeLayer(m_spCanvas, BLUE, 255);
+    m_root.AddLayer(spLow, -1);
+    m_root.AddLayer(spHigh, -1);
+    EXPECT_EQ(Composed(*m_spCanvas, {0, 0}), 0xFF000000u | BLUE);
+    spHigh->SetOpacity(128);
+    EXPECT_EQ(Composed(*m_spCanvas, {0, 0}), 0xFF80007Fu);
+    spHigh->SetVisible(false);
+    EXPECT_EQ(Composed(*m_spCanvas, {0, 0}), 0xFF000000u | RED);
+    EXPECT_EQ(Composed(*m_spCanvas, {120, 0}), 0u); // no tile there
+}
+
+TEST_F(LayerTree, ChildrenOfALayerAreClippedThoseOfASetAreNot) {
+    const auto spParent = MakeLayer(m_spCanvas, RED, 100);
+    spParent->AddLayer(MakeLayer(m_spCanvas, GREEN, 255), -1);
+    m_root.AddLayer(spParent, -1);
+    EXPECT_EQ(Composed(*m_spCanvas, {5, 5}), 100u << 24 | GREEN);
+    EXPECT_TRUE(spParent->IsRasterizable());
+    const auto spSet = CreateLayerSet(m_spCanvas);
+    spSet->SetOpacity(1); // a set's opacity is stored and shown, never drawn
+    spSet->AddLayer(MakeLayer(m_spCanvas, BLUE, 255, {96, 0}), -1);
+    m_root.AddLayer(spSet, -1);
+    EXPECT_EQ(Composed(*m_spCanvas, {100, 5}), 0xFF000000u | BLUE);
+    spSet->SetVisible(false);
+    EXPECT_EQ(Composed(*m_spCanvas, {100, 5}), 0u);
+    EXPECT_TRUE(spSet->GetChildren().front()->IsVisible());
+}
+
+TEST_F(LayerTree, ChangesReachTheCountersOnceAndOnlyWhereTheyAre) {
+    const auto spLayer = CreateRasterLayer(m_spCanvas);
+    const auto spSet = CreateLayerSet(m_spCanvas);
+    spSet->AddLayer(spLayer, -1);
+    m_root.AddLayer(spSet, -1);
+    m_spCanvas->ComposeAll();
+    const UpdateCounterMatrix before = m_spCanvas->GetCounters();
+    m_spCanvas->FlushCanvasUpdates();
+    spLayer->GetRaster()->SetBlock({100, 0}, spLayer->GetRaster()->CreateBlock({96, 0}));
+    m_spCanvas->ComposeAll();
+    m_spCanvas->FlushCanvasUpdates();
+    EXPECT_EQ(m_spCanvas->GetCounters().At(1, 0), before.At(1, 0) + 1);
+    EXPECT_EQ(m_spCanvas->GetCounters().At(0, 0), before.At(0, 0));
+    // A hidden set keeps its flags to itself, or every repaint would find something to do.
+    spSet->SetVisible(false);
+    m_spCanvas->ComposeAll();
+    const UpdateCounterMatrix hidden = m_spCanvas->GetCounters();
+    spLayer->GetRaster()->GetDirty().Fill(true);
+    m_spCanvas->ComposeAll();
+    m_spCanvas->FlushCanvasUpdates();
+    EXPECT_EQ(m_spCanvas->GetCounters().At(0, 0), hidden.At(0, 0));
+    // Showing it brings the change to light.
+    spLayer->GetRaster()->GetBlock({0, 0}, true)->Fill(RED, 255);
+    spSet->SetVisible(true);
+    EXPECT_EQ(Composed(*m_spCanvas, {0, 0}), 0xFF000000u | RED);
+}
+
+TEST_F(LayerTree, AddAndDeleteAreUndone) {
+    const auto spA = MakeLayer(m_spCanvas, RED, 255);
+    const auto spB = MakeLayer(m_spCanvas, BLUE, 255);
+    CHistoryStream& history = m_spCanvas->GetHistory();
+    EXPECT_FALSE(history.IsModified());
+    m_root.AddLayer(spA, -1);
+    m_root.AddLayer(spB, 0);
+    m_root.SetActiveChild(spB);
+    EXPECT_TRUE(history.IsModified());
+    EXPECT_EQ(Composed(*m_spCanvas, {0, 0}), 0xFF000000u | RED); // B went below
+    m_root.RemoveLayer(spB);
+    m_root.SetActiveChild(spA);
+    EXPECT_EQ(history.GetUndoList().front()->GetName(), L"レイヤー削除");
+    history.Undo();
+    EXPECT_EQ(m_root.IndexOf(*spB), 0);
+    EXPECT_EQ(m_root.GetActiveChild(), spB);
+    history.Undo();
+    history.Undo();
+    EXPECT_TRUE(m_root.GetChildren().empty());
+    EXPECT_EQ(Composed(*m_spCanvas, {0, 0}), 0u);
+    EXPECT_FALSE(history.CanUndo());
+    history.Redo();
+    EXPECT_EQ(Composed(*m_spCanvas, {0, 0}), 0xFF000000u | RED);
+    m_root.AddLayer(MakeLayer(m_spCanvas, GREEN, 255), -1);
+    EXPECT_FALSE(history.CanRedo()); // a new action ends all redoing
+    EXPECT_THROW(m_root.AddLayer(spB, 9), constraint_violation_as<invalid_argument>);
+    EXPECT_THROW(m_root.RemoveLayer(spB), constraint_violation_as<invalid_argument>);
+}
+
+TEST_F(LayerTree, TheListIsLimitedAndItsFirstLineIsHonest) {
+    ASSERT_EQ(g_Switches.m_nMaxHistory, 10);
+    CHistoryStream& history = m_spCanvas->GetHistory();
+    EXPECT_EQ(history.GetInitialName(), L"<< 初期状態 >>");
+    for (int n = 0; n < 11; ++n) m_root.AddLayer(CreateLayerSet(m_spCanvas), -1);
+    EXPECT_EQ(history.GetUndoList().size(), 10u);
+    EXPECT_EQ(history.GetInitialName(), L"レイヤー追加");
+    int nCancelled = 0;
+    history.SetCancelHandler([&] { return ++nCancelled < 2; });
+    history.Undo();
+    history.Undo();
+    EXPECT_EQ(nCancelled, 2);
+    EXPECT_EQ(history.GetUndoList().size(), 10u); // cancelling pops nothing
+    history.Undo();
+    EXPECT_EQ(history.GetUndoList().size(), 9u); // the handler was dropped when it answered false
+}
+
+TEST_F(LayerTree, MergeTests) {
+    const auto spA = MakeLayer(m_spCanvas, RED, 255);
+    const auto spB = MakeLayer(m_spCanvas, BLUE, 255);
+    const auto spSet = CreateLayerSet(m_spCanvas);
+    EXPECT_TRUE(spA->canBeMergedWith(*spB));
+    EXPECT_FALSE(spA->canBeMergedWith(*spA));
+    EXPECT_FALSE(spA->canBeMergedWith(*spSet));
+    EXPECT_FALSE(spSet->canBeMergedWith(*spA));
+    spB->AddLayer(CreateRasterLayer(m_spCanvas), -1);
+    EXPECT_FALSE(spA->canBeMergedWith(*spB));
+}
+
+TEST(Thumbnail, ScaleAndPicture) {
+    EXPECT_EQ(ThumbnailScale({30, 30}), 1);
+    EXPECT_EQ(ThumbnailScale({4000, 3000}), 48);
+    EXPECT_EQ(ThumbnailScale({10000, 10000}), 96);
+    EXPECT_EQ(ThumbnailScale({70, 5000}), 2);
+    EXPECT_EQ(ThumbnailScale({69, 5000}), 1);
+    const auto spCanvas = CreateCanvas({400, 400});
+    const auto spLayer = MakeLayer(spCanvas, RED, 255, {96, 96});
+    spCanvas->GetRoot().AddLayer(spLayer, -1);
+    spCanvas->ComposeAll();
+    CRasterBuffer& thumbnail = *spLayer->GetThumbnail();
+    EXPECT_EQ(thumbnail.GetSize(), (CSize{50, 50}));
+    EXPECT_EQ(thumbnail.GetBlock({12, 12}, false)->GetPixelColor({3, 3}), RED);
+    EXPECT_EQ(thumbnail.GetBlock({0, 0}, false)->GetPixelColor({3, 3}), 0u);
+}
+
+TEST(Canvas, SavesAndLoadsItsTree) {
+    const auto spCanvas = CreateCanvas({100, 97});
+    const auto spSet = CreateLayerSet(spCanvas);
+    spSet->setName(L"線画\U0001F58B");
+    const auto spLayer = MakeLayer(spCanvas, GREEN, 90, {96, 96});
+    spLayer->SetOpacity(33);
+    spLayer->SetVisible(false);
+    spSet->AddLayer(spLayer, -1);
+    spSet->SetActiveChild(spLayer);
+    spCanvas->GetRoot().AddLayer(CreateRasterLayer(spCanvas), -1);
+    spCanvas->GetRoot().AddLayer(spSet, -1);
+    spCanvas->GetRoot().SetActiveChild(spSet);
+    CSerializer file;
+    file.WriteChunk(spCanvas->Serialize());
+    const TBytes vBytes = file.GetPayload();
+    const auto load = [](const TBytes& v) {
+        CDeserializer image(boost::make_shared<TBytes>(v));
+        CDeserializer top;
+        image.ReadChunk(top);
+        auto spBack = boost::make_shared<CCanvasBuffer>();
+        spBack->Deserialize(top, L"page.vlm");
+        return spBack;
+    };
+    const auto spBack = load(vBytes);
+    CSerializer again;
+    again.WriteChunk(spBack->Serialize());
+    EXPECT_EQ(again.GetPayload(), vBytes);
+    const TLayerPtr spActive = spBack->GetActiveLayer();
+    EXPECT_EQ(spActive->GetOpacity(), 33);
+    EXPECT_FALSE(spActive->IsVisible());
+    EXPECT_EQ(spBack->GetPath(), L"page.vlm");
+    EXPECT_FALSE(spBack->GetHistory().IsModified());
+    // Every cut is refused, and so is every byte too many inside; what follows the top chunk does not matter.
+    for (size_t n = 0; n < vBytes.size(); n += n < 400 ? 1 : 997)
+        EXPECT_THROW(load(TBytes(vBytes.begin(), vBytes.begin() + static_cast<ptrdiff_t>(n))),
+                     deserialize_error);
+    TBytes vMore = vBytes;
+    vMore.push_back(0);
+    EXPECT_NO_THROW(load(vMore));
+}
+
+TEST(Canvas, GreyDocumentsKeepGreyPlanesAndColourFilesAreConverted) {
+    const auto spGrey = CreateCanvas({10, 10}, false);
+    const auto spLayer = CreateRasterLayer(spGrey);
+    EXPECT_TRUE(dynamic_cast<CMonoRasterBuffer*>(spLayer->GetRaster().get()));
+    const auto spColorPlane = CreatePlane(true, {10, 10}, DEFAULT_BLOCKSIZE);
+    spColorPlane->GetBlock({0, 0}, true)->Fill(RED, 200);
+    spLayer->SetRaster(spColorPlane);
+    EXPECT_EQ(spLayer->GetRaster()->GetBlock({0, 0}, false)->GetPixelColor({1, 1}), 76 * 0x010101u);
+    spGrey->GetRoot().AddLayer(spLayer, -1);
+    spGrey->ComposeAll();
+    EXPECT_EQ(spGrey->GetComposite().GetBlock({0, 0}, false)->GetPixelColor({1, 1}), 76 * 0x010101u);
+    const auto spBack = ConvertPlane(spLayer->GetRaster(), true);
+    EXPECT_EQ(spBack->GetBlock({0, 0}, false)->GetPixelColor({1, 1}), 76 * 0x010101u);
+    EXPECT_THROW(spLayer->SetRaster(CreatePlane(false, {200, 10}, DEFAULT_BLOCKSIZE)),
+                 constraint_violation_as<illegal_data>);
+}

@@ -1,0 +1,231 @@
+#include "core/Base/Failure.h"
+#include "core/GDIBuffer/GDIBuffer.h"
+#include "core/RasterBuffer/ColorRasterBuffer.h"
+#include "core/RasterBuffer/MonoRasterBuffer.h"
+#include "core/RasterBuffer/UpdateCounterMatrix.h"
+#include "tests/support/MemoryBitmap.h"
+
+#include <boost/make_shared.hpp>
+#include <gtest/gtest.h>
+
+namespace {
+
+template <class Plane>
+boost::shared_ptr<CRasterBuffer> MakePlane(CSize sz) {
+    auto spPlane = boost::make_shared<Plane>();
+    spPlane->Create(sz, DEFAULT_BLOCKSIZE);
+    return spPlane;
+}
+
+boost::shared_ptr<CRasterBuffer> MakeColor(CSize sz) { return MakePlane<CColorRasterBuffer>(sz); }
+
+// One pixel of a plane as 0xAABBGGRR, 0 where there is no tile.
+uint32_t PixelAt(CRasterBuffer& plane, CPoint pt) {
+    const auto spTile = plane.GetBlock(pt, false);
+    if (!spTile) return 0;
+    const auto& tile = static_cast<const CColorRasterBlockBuffer&>(*spTile);
+    const CPoint ptIn = pt - tile.GetPosition();
+    return tile.GetPixelColor(ptIn) | uint32_t{tile.GetAlpha()[ptIn.y * tile.GetSize().cx + ptIn.x]} << 24;
+}
+
+void FillBlock(CRasterBuffer& plane, CPoint pt, TColor color, uint8_t uAlpha) {
+    plane.GetBlock(pt, true)->Fill(color, uAlpha);
+}
+
+constexpr TColor RED = 0x0000FF;
+constexpr TColor BLUE = 0xFF0000;
+
+} // namespace
+
+TEST(RasterBuffer, GridAndLazyTiles) {
+    const auto spPlane = MakeColor({100, 97});
+    EXPECT_EQ(spPlane->GetBufferSize(), (CSize{2, 2}));
+    spPlane->ForEachBlock([&](CPoint pt) { EXPECT_FALSE(spPlane->GetBlock(pt, false)); });
+    const auto spTile = spPlane->GetBlock({99, 96}, true);
+    EXPECT_EQ(spTile->GetPosition(), (CPoint{96, 96}));
+    EXPECT_EQ(spTile->GetSize(), DEFAULT_BLOCKSIZE); // tiles are never clipped to the plane
+    EXPECT_EQ(spTile->GetOwner(), spPlane.get());
+    EXPECT_EQ(reinterpret_cast<uintptr_t>(spTile->GetPixelPtr({0, 0})) % 64, 0u);
+    EXPECT_EQ(spPlane->GetBlock({96, 96}, true), spTile);
+    EXPECT_EQ(spPlane->GetDirty().At(1, 1), 0); // making a tile is no change
+    EXPECT_THROW(MakeColor({0, 5}), constraint_violation_as<invalid_argument>);
+    spPlane->Clear();
+    EXPECT_FALSE(spPlane->GetBlock({99, 96}, false));
+}
+
+TEST(RasterBuffer, SnapshotsCostNothingAndSurviveWriters) {
+    const auto spPlane = MakeColor({200, 100});
+    spPlane->SetOpacity(77);
+    FillBlock(*spPlane, {0, 0}, RED, 255);
+    const auto spSnapshot = spPlane->ShallowCopy();
+    EXPECT_EQ(spSnapshot->GetBlock({0, 0}, false), spPlane->GetBlock({0, 0}, false));
+    EXPECT_EQ(spSnapshot->GetBlock({0, 0}, false)->GetOwner(), spPlane.get());
+    EXPECT_EQ(spSnapshot->GetOpacity(), 255);
+    const auto spClone = spPlane->GetBlock({0, 0}, false)->Clone();
+    EXPECT_EQ(spClone->GetOwner(), spPlane.get());
+    const auto spOld = spPlane->SetBlock({0, 0}, spClone);
+    EXPECT_EQ(spOld, spSnapshot->GetBlock({0, 0}, false));
+    EXPECT_EQ(spPlane->GetDirty().At(0, 0), 1);
+    FillBlock(*spPlane, {0, 0}, BLUE, 9);
+    EXPECT_EQ(PixelAt(*spSnapshot, {5, 5}), 0xFF000000u | RED);
+    EXPECT_EQ(PixelAt(*spPlane, {5, 5}), 0x09000000u | BLUE);
+    const auto spDeep = spPlane->DeepCopy();
+    EXPECT_NE(spDeep->GetBlock({0, 0}, false), spPlane->GetBlock({0, 0}, false));
+    EXPECT_EQ(spDeep->GetBlock({0, 0}, false)->GetOwner(), spDeep.get());
+    EXPECT_EQ(PixelAt(*spDeep, {5, 5}), 0x09000000u | BLUE);
+    // A tile of another kind empties the block.
+    spPlane->SetBlock({0, 0}, boost::make_shared<CMonoRasterBlockBuffer>());
+    EXPECT_FALSE(spPlane->GetBlock({0, 0}, false));
+}
+
+TEST(RasterBuffer, SwapExchangesTilesAndOwners) {
+    const auto spA = MakeColor({100, 100});
+    const auto spB = MakeColor({100, 100});
+    FillBlock(*spA, {0, 0}, RED, 255);
+    FillBlock(*spB, {96, 96}, BLUE, 255);
+    spA->Swap(*spB);
+    EXPECT_FALSE(spA->GetBlock({0, 0}, false));
+    EXPECT_EQ(PixelAt(*spB, {0, 0}), 0xFF000000u | RED);
+    EXPECT_EQ(PixelAt(*spA, {96, 96}), 0xFF000000u | BLUE);
+    EXPECT_EQ(spA->GetBlock({96, 96}, false)->GetOwner(), spA.get());
+    EXPECT_EQ(spB->GetBlock({0, 0}, false)->GetOwner(), spB.get());
+    for (size_t i = 0; i < spA->GetDirty().m_nCount; ++i)
+        EXPECT_TRUE(spA->GetDirty().m_pData[i] && spB->GetDirty().m_pData[i]);
+    EXPECT_THROW(spA->Swap(*MakeColor({300, 100})), constraint_violation_as<invalid_argument>);
+}
+
+TEST(RasterBuffer, ExtractAndPasteAcrossTiles) {
+    const auto spPlane = MakeColor({200, 200});
+    FillBlock(*spPlane, {0, 0}, RED, 200);
+    FillBlock(*spPlane, {96, 0}, BLUE, 100);
+    const auto spSnapshot = spPlane->ShallowCopy();
+    const CRect rc(90, 10, 110, 20);
+    const auto spFloat = spPlane->ExtractBlock(rc, true, nullptr);
+    EXPECT_EQ(spFloat->GetRect(), rc);
+    EXPECT_EQ(spFloat->GetPixelColor({5, 0}), RED);
+    EXPECT_EQ(spFloat->GetPixelColor({6, 0}), BLUE);
+    EXPECT_EQ(PixelAt(*spPlane, {95, 10}), RED);                 // cut: alpha 0, the colour stays
+    EXPECT_EQ(PixelAt(*spPlane, {95, 20}), 200u << 24 | RED);    // outside
+    EXPECT_EQ(PixelAt(*spSnapshot, {95, 10}), 200u << 24 | RED); // the snapshot keeps its pixels
+    EXPECT_FALSE(spPlane->GetBlock({96, 96}, false));            // no tile was made by looking
+    spPlane->GetDirty().Fill(false);
+    spPlane->PasteBlock(*spFloat, {-5, 90}); // overhangs at the left
+    EXPECT_EQ(PixelAt(*spPlane, {0, 95}), 0xF4000000u | RED)
+        << "200 over 200: 200 + 200 - 200 * 200 / 255 = 244";
+    EXPECT_EQ(PixelAt(*spPlane, {0, 97}), 200u << 24 | RED);
+    EXPECT_EQ(PixelAt(*spPlane, {1, 97}), 100u << 24 | BLUE);
+    EXPECT_EQ(spPlane->GetDirty().At(0, 1), 1);
+    EXPECT_EQ(spPlane->GetDirty().At(1, 1), 0);
+}
+
+TEST(RasterBuffer, MasksTakeTheSmallerCoverage) {
+    CColorRasterBlockBuffer tile;
+    tile.Create({4, 1}, {10, 20});
+    tile.Fill(RED, 100);
+    CMonoRasterBlockBuffer mask;
+    mask.Create({4, 1}, {0, 0});
+    const uint8_t aMask[4] = {0, 40, 100, 255};
+    std::copy_n(aMask, 4, mask.GetPixelPtr({0, 0}));
+    const auto spTaken = tile.CreateBlank({4, 1});
+    tile.ExtractTo(*spTaken, {10, 20}, true, &mask);
+    const auto* pTaken = static_cast<CColorRasterBlockBuffer&>(*spTaken).GetAlpha();
+    const uint8_t aExpected[4] = {0, 40, 100, 100};
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_EQ(pTaken[i], aExpected[i]);
+        EXPECT_EQ(tile.GetAlpha()[i], 100 - aExpected[i]);
+    }
+}
+
+TEST(RasterBuffer, BlendsByTheOwnersOpacity) {
+    const auto spPlane = MakeColor({10, 10});
+    FillBlock(*spPlane, {0, 0}, RED, 255);
+    CColorRasterBlockBuffer dest;
+    dest.Create(DEFAULT_BLOCKSIZE, {0, 0});
+    spPlane->SetOpacity(128);
+    spPlane->BlendBlockInto(dest, nullptr);
+    EXPECT_EQ(dest.GetAlpha()[0], 128);
+    CMonoRasterBlockBuffer grey;
+    grey.Create(DEFAULT_BLOCKSIZE, {0, 0});
+    spPlane->BlendBlockInto(grey, nullptr);
+    EXPECT_EQ(grey.GetPixelColor({3, 3}), 76 * 0x010101u);
+    grey.Fill(BLUE, 1); // a grey tile has no colour to be filled with
+    EXPECT_EQ(grey.GetAlpha()[0], 128);
+}
+
+TEST(RasterBuffer, BitmapsGoInAndOutAndAFailedLockTells) {
+    CBitmapSession session{boost::make_shared<CMemoryBitmap>(CSize{98, 2})};
+    auto& bitmap = static_cast<CMemoryBitmap&>(*session.spBitmap);
+    for (int x = 0; x < 98; ++x)
+        bitmap.SetPixel(x, 1, MakeColor(static_cast<uint8_t>(x), 2, 3), static_cast<uint8_t>(x + 100));
+    const auto spPlane = MakeColor({98, 2});
+    spPlane->ReadBitmap(session);
+    EXPECT_EQ(PixelAt(*spPlane, {97, 1}), uint32_t{197} << 24 | MakeColor(97, 2, 3));
+    EXPECT_EQ(PixelAt(*spPlane, {97, 0}), 0u);
+    CBitmapSession out{boost::make_shared<CMemoryBitmap>(CSize{98, 2})};
+    spPlane->WriteBitmap(out);
+    EXPECT_EQ(static_cast<CMemoryBitmap&>(*out.spBitmap).m_vBytes, bitmap.m_vBytes);
+    const auto spGrey = MakePlane<CMonoRasterBuffer>({98, 2});
+    spGrey->ReadBitmap(session);
+    EXPECT_EQ(spGrey->GetBlock({97, 1}, false)->GetPixelColor({1, 1}), GreyOf(97, 2, 3) * 0x010101u);
+    bitmap.m_bFailLocks = true;
+    try {
+        spPlane->ReadBitmap(session);
+        FAIL();
+    } catch (const internal_error& e) {
+        EXPECT_EQ(e.message, L"Gdiplus::LockBits() failed.");
+    }
+    EXPECT_FALSE(session.bOk);
+}
+
+TEST(RasterBuffer, PlanesKeepTheirWireForm) {
+    for (const bool bColor : {true, false}) {
+        const auto spPlane = bColor ? MakeColor({200, 97}) : MakePlane<CMonoRasterBuffer>({200, 97});
+        uint8_t u = 0;
+        for (const CPoint pt : {CPoint{192, 0}, CPoint{0, 96}}) {
+            const auto spTile = spPlane->GetBlock(pt, true);
+            const size_t nBytes = spTile->GetPlaneBytes() * (bColor ? 4 : 2);
+            for (size_t i = 0; i < nBytes; ++i)
+                spTile->GetPixelPtr({0, 0})[i] = u = static_cast<uint8_t>(u * 5 + 3);
+        }
+        CSerializer file;
+        file.WriteChunk(spPlane->Serialize());
+        TBytes vBytes = file.GetPayload();
+        const auto load = [&] {
+            CDeserializer image(boost::make_shared<TBytes>(vBytes));
+            CDeserializer chunk;
+            image.ReadChunk(chunk);
+            auto spBack = spPlane->CreateSized({1, 1}, {1, 1});
+            spBack->Deserialize(chunk);
+            return spBack;
+        };
+        const auto spBack = load();
+        CSerializer again;
+        again.WriteChunk(spBack->Serialize());
+        EXPECT_EQ(again.GetPayload(), vBytes);
+        EXPECT_EQ(spBack->GetBlock({192, 0}, false)->GetOwner(), spBack.get());
+        // The first tile's index, size and position are judged before memory is taken.
+        constexpr size_t TILE = 12 + 16 + 12 + 16 + 4;
+        for (const size_t nField : {TILE, TILE + 16, TILE + 20, TILE + 24}) {
+            TBytes vGood = vBytes;
+            vBytes[nField] = 0x7F;
+            EXPECT_THROW(load(), deserialize_error) << nField;
+            vBytes = vGood;
+        }
+    }
+}
+
+TEST(UpdateCounterMatrix, CountsFlaggedBlocksAndRefusesOtherSizes) {
+    UpdateCounterMatrix counters({2, 1});
+    CBoolMatrix dirty({2, 1});
+    dirty.At(1, 0) = 1;
+    counters.Update(dirty);
+    counters.Update(dirty);
+    EXPECT_EQ(counters.At(0, 0), 0u);
+    EXPECT_EQ(counters.At(1, 0), 2u);
+    try {
+        counters.Update(CBoolMatrix({1, 2}));
+        FAIL();
+    } catch (const constraint_violation& e) {
+        EXPECT_EQ(e.expression, L"mat.GetSize() == m_size");
+    }
+}

@@ -1,0 +1,126 @@
+#include "core/Base/Failure.h"
+#include "core/RasterKernel/BlendKernel.h"
+#include "core/RasterKernel/ReduceKernel.h"
+#include "core/RasterKernel/ResolveKernel.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <vector>
+
+namespace {
+
+// One colour pixel with all its planes side by side.
+struct TPixel {
+    uint8_t r, g, b, a;
+    TColorPixels Out() { return {&r, &g, &b, &a}; }
+    TConstColorPixels In() const { return {&r, &g, &b, &a}; }
+    friend bool operator==(const TPixel&, const TPixel&) = default;
+};
+
+TPixel Fast(TPixel dest, const TPixel& src) {
+    BlendFast(dest.Out(), src.In(), 1);
+    return dest;
+}
+
+TPixel General(TPixel dest, const TPixel& src, uint8_t uOpacity, int nMask = -1) {
+    const auto uMask = static_cast<uint8_t>(nMask);
+    BlendGeneral(dest.Out(), src.In(), uOpacity, nMask < 0 ? nullptr : &uMask, 1);
+    return dest;
+}
+
+} // namespace
+
+TEST(BlendKernel, AFreshTileTakesTheSourceExactly) {
+    for (int a = 0; a < 256; ++a) {
+        const TPixel src{200, 100, 7, static_cast<uint8_t>(a)};
+        const TPixel expected = a ? src : TPixel{0, 0, 0, 0};
+        EXPECT_EQ(Fast({0, 0, 0, 0}, src), expected);
+        EXPECT_EQ(General({0, 0, 0, 0}, src, 255), expected);
+    }
+}
+
+TEST(BlendKernel, CoverageIsThatOfOver) {
+    for (int s = 0; s < 256; ++s) {
+        for (int d = 0; d < 256; ++d) {
+            const TPixel src{255, 0, 90, static_cast<uint8_t>(s)};
+            const TPixel dest{10, 250, 90, static_cast<uint8_t>(d)};
+            const double fExact = s + d - s * d / 255.0;
+            const TPixel fast = Fast(dest, src);
+            const TPixel general = General(dest, src, 255);
+            EXPECT_NEAR(fast.a, fExact, 1.0);
+            EXPECT_NEAR(general.a, fExact, 1.0);
+            EXPECT_GE(fast.a, std::max(s, d) - 1);
+            // Equal colours stay as they are up to the kernels' rounding.
+            if (fast.a) {
+                EXPECT_EQ(fast.b, 90);
+                EXPECT_EQ(general.b, 90);
+                EXPECT_NEAR(fast.r, 10 + 245.0 * s / fast.a, 1.25) << s << " on " << d;
+            }
+        }
+    }
+}
+
+TEST(BlendKernel, KnownValues) {
+    // 128 over 128: the two kernels round differently, and both roundings are kept.
+    EXPECT_EQ(Fast({0, 255, 10, 128}, {255, 0, 20, 128}), (TPixel{169, 85, 16, 192}));
+    EXPECT_EQ(General({0, 255, 10, 128}, {255, 0, 20, 128}, 255), (TPixel{170, 84, 16, 191}));
+    // Opacity and mask truncate one after the other: 255 * 128 / 255 = 128, 128 * 100 / 255 = 50.
+    EXPECT_EQ(General({0, 0, 0, 0}, {9, 9, 9, 255}, 128, 100).a, 50);
+    EXPECT_EQ(General({1, 2, 3, 40}, {9, 9, 9, 255}, 255, 0), (TPixel{1, 2, 3, 40}));
+    // Nothing on nothing: the general kernel clears the colour, the fast one keeps it.
+    EXPECT_EQ(General({5, 6, 7, 0}, {9, 9, 9, 0}, 255), (TPixel{0, 0, 0, 0}));
+    EXPECT_EQ(Fast({5, 6, 7, 0}, {9, 9, 9, 0}), (TPixel{5, 6, 7, 0}));
+}
+
+TEST(BlendKernel, AcrossKinds) {
+    TPixel color{10, 20, 30, 255};
+    const uint8_t uGrey = 200;
+    const uint8_t uAlpha = 128;
+    BlendGeneral(color.Out(), TConstGreyPixels{&uGrey, &uAlpha}, 255, nullptr, 1);
+    EXPECT_EQ(color, (TPixel{105, 110, 115, 255}));
+    uint8_t uDest = 0;
+    uint8_t uDestAlpha = 0;
+    const TPixel red{255, 0, 0, 77};
+    BlendGeneral(TGreyPixels{&uDest, &uDestAlpha}, red.In(), 255, nullptr, 1);
+    EXPECT_EQ(uDest, 76);
+    EXPECT_EQ(uDestAlpha, 77);
+}
+
+TEST(ResolveKernel, WhitePaper) {
+    EXPECT_EQ(ResolveOnWhite(0, CoverageOf(0)), 255);
+    for (int c = 0; c < 256; ++c) {
+        EXPECT_EQ(ResolveOnWhite(static_cast<uint8_t>(c), CoverageOf(255)), c);
+        EXPECT_NEAR(ResolveOnWhite(static_cast<uint8_t>(c), CoverageOf(100)), 255 - (255 - c) * 100 / 255.0,
+                    1.15);
+    }
+}
+
+TEST(ReduceKernel, TransparentSamplesDoNotBleed) {
+    const std::vector<uint8_t> vColor = {200, 0, 100, 100, 0, 200, 100, 101};
+    const std::vector<uint8_t> vAlpha = {255, 0, 255, 255, 0, 255, 255, 255};
+    uint8_t aOut[2] = {};
+    ReducePlane(aOut, {2, 1}, vColor.data(), vAlpha.data(), {4, 2});
+    EXPECT_EQ(aOut[0], 200); // the two clear samples do not count
+    EXPECT_EQ(aOut[1], 100);
+    ReducePlane(aOut, {2, 1}, vAlpha.data(), nullptr, {4, 2});
+    EXPECT_EQ(aOut[0], 127);
+    const std::vector<uint8_t> vClear(8, 0);
+    ReducePlane(aOut, {2, 1}, vColor.data(), vClear.data(), {4, 2});
+    EXPECT_EQ(aOut[0], 0);
+}
+
+TEST(ReduceKernel, OddRatiosKeepFlatAreasFlatAndWeighByArea) {
+    for (int n = 0; n < 256; ++n) {
+        const std::vector<uint8_t> vFlat(7 * 5, static_cast<uint8_t>(n));
+        uint8_t aOut[3 * 2] = {};
+        ReducePlane(aOut, {3, 2}, vFlat.data(), nullptr, {7, 5});
+        for (const uint8_t u : aOut) EXPECT_EQ(u, n);
+    }
+    const uint8_t aSource[3] = {0, 100, 200};
+    uint8_t aOut[2] = {};
+    ReducePlane(aOut, {2, 1}, aSource, nullptr, {3, 1});
+    EXPECT_EQ(aOut[0], 33);  // 0 whole, 100 half: 50 / 1.5
+    EXPECT_EQ(aOut[1], 166); // 100 half, 200 whole: 250 / 1.5
+    EXPECT_THROW(ReducePlane(aOut, {2, 1}, aSource, nullptr, {1, 1}), constraint_violation_as<defect_logic>);
+}

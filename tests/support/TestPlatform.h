@@ -1,0 +1,72 @@
+// An outside for tests of a whole session: the played one of session/, with files in memory and a user whose
+// steps are the test's own functions. After the last step the user closes the main frame.
+#pragma once
+
+#include "core/Platform/Window.h"
+#include "session/Player.h"
+#include "session/SessionPlatform.h"
+#include "session/SessionWindows.h"
+#include "tests/support/MemoryBitmap.h"
+#include "tests/support/MemoryFiles.h"
+
+#include <boost/make_shared.hpp>
+
+#include <gtest/gtest.h>
+
+class CTestPlatform : IWindowFactory, ILocations, IModules, IImageCodecs {
+public:
+    /// Plays one session of `fn` and expects that it leaves neither window nor message.
+    void Run(const std::function<void(const TPlatform&)>& fn) {
+        TScript script{"test", {}};
+        script.vSteps.swap(m_vSteps);
+        CSessionPlatform session({m_files, *this, *this, *this, nullptr, nullptr, nullptr, nullptr, {}},
+                                 script);
+        const TPlatform& p = session.GetPlatform();
+        IWindowFactory* const pOuter = std::exchange(m_pWindows, &p.windows);
+        fn({p.queue, *this, p.boxes, p.fileDialogs, p.dialogs, p.files, p.locations, p.modules, p.codecs,
+            p.clock, p.keys, p.clipboard});
+        m_pWindows = pOuter;
+        EXPECT_FALSE(session.GetWindows().GetMain() || session.GetWindows().GetActive());
+        EXPECT_FALSE(p.queue.Peek());
+        for (const TShown& shown : session.GetLog().GetShown())
+            if (shown.kind == TShown::EKind::Dialog || shown.strTitle == L"Vellumcraft - Error")
+                m_vShown.push_back(shown.kind == TShown::EKind::Dialog ? shown.strTitle : shown.strText);
+    }
+    /// What the user of the next session does when nothing else happens.
+    void AddStep(const TAction& fn) { m_vSteps.push_back({1, fn}); }
+
+    CMemoryFiles m_files;
+    std::vector<std::wstring> m_vShown; ///< names of dialogs, texts of error boxes
+    bool m_bRefuseMain = false;
+    bool m_bRefuseCanvas = false;
+    bool m_bNoBitmaps = false;
+    bool m_bFailLocks = false;
+    int m_nCodecs = 0; ///< starts without a shutdown
+
+private:
+    IMainWindow* CreateMainWindow(IWindowClient& client, const TMainWindowSetup& setup) override {
+        return m_bRefuseMain ? nullptr : m_pWindows->CreateMainWindow(client, setup);
+    }
+    ICanvasWindow* CreateCanvasWindow(IMainWindow& parent, IWindowClient& client,
+                                      const TCanvasWindowSetup& setup) override {
+        return m_bRefuseCanvas ? nullptr : m_pWindows->CreateCanvasWindow(parent, client, setup);
+    }
+    std::wstring GetAppData() override { return L"/settings"; }
+    void MakeFolder(const std::wstring&) override {}
+    TModuleInfo GetProgram() override { return {}; }
+    TModuleInfo GetLibrary(const std::wstring&) override { return {}; }
+    uintptr_t Startup() override { return ++m_nCodecs, 1; }
+    void Shutdown(uintptr_t) override { --m_nCodecs; }
+    boost::shared_ptr<IBitmap> CreateBitmap(CSize sz) override {
+        if (m_bNoBitmaps) return {};
+        auto spBitmap = boost::make_shared<CMemoryBitmap>(sz);
+        spBitmap->m_bFailLocks = m_bFailLocks;
+        return spBitmap;
+    }
+    boost::shared_ptr<IBitmap> Load(const std::wstring&) override { return {}; }
+    bool Save(const std::wstring&, IBitmap&) override { return false; }
+    bool CanSave(const std::wstring&) override { return false; }
+
+    std::vector<TStep> m_vSteps;
+    IWindowFactory* m_pWindows = nullptr;
+};

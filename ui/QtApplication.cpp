@@ -1,0 +1,74 @@
+#include "ui/QtApplication.h"
+
+#include "ui/SvgIcon.h"
+
+#include <QApplication>
+#include <QLibraryInfo>
+#include <QStyleFactory>
+#include <QSysInfo>
+#include <QThread>
+#include <QTranslator>
+#include <QWidget>
+
+namespace {
+
+constexpr char JAPANESE_FAMILY[] = "Noto Sans CJK JP";
+
+QApplication* g_pOwn = nullptr;
+
+/// Qt ends the process when it finds no display, which a plug-in must not do to its host: look before.
+bool HasDisplay() {
+    return QSysInfo::kernelType() != "linux" || qEnvironmentVariableIsSet("QT_QPA_PLATFORM") ||
+           !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+}
+
+void MakeOwnApplication() {
+    // Qt keeps references to both for as long as the object lives.
+    static int nArguments = 1;
+    static char szName[] = "vellumcraft";
+    static char* ppszArguments[] = {szName, nullptr};
+
+    QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
+    g_pOwn = new QApplication(nArguments, ppszArguments);
+    g_pOwn->setApplicationName(QStringLiteral("Vellumcraft"));
+    // The message loop's end is a message of the session, not the last window's closing.
+    g_pOwn->setQuitOnLastWindowClosed(false);
+    g_pOwn->setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+
+    QFont font = g_pOwn->font();
+    font.setFamilies({QLatin1String(JAPANESE_FAMILY), font.family()});
+    g_pOwn->setFont(font);
+
+    // Texts that Qt's own widgets bring (the file dialog's columns): Japanese where the file is installed.
+    auto* pTranslator = new QTranslator(g_pOwn);
+    if (pTranslator->load(QStringLiteral("qtbase_ja"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        g_pOwn->installTranslator(pTranslator);
+}
+
+} // namespace
+
+bool EnsureApplication() {
+    if (!QCoreApplication::instance()) {
+        if (!HasDisplay()) return false;
+        MakeOwnApplication();
+    }
+    const auto* pApplication = qobject_cast<QApplication*>(QCoreApplication::instance());
+    return pApplication && pApplication->thread() == QThread::currentThread();
+}
+
+bool OwnsApplication() { return g_pOwn && QCoreApplication::instance() == g_pOwn; }
+
+QFont WithJapanese(const QFont& font) {
+    QStringList lstFamilies = font.families();
+    if (lstFamilies.isEmpty()) lstFamilies.append(font.family());
+    if (lstFamilies.contains(QLatin1String(JAPANESE_FAMILY))) return font;
+    QFont fontBoth = font;
+    fontBoth.setFamilies(lstFamilies << QLatin1String(JAPANESE_FAMILY));
+    return fontBoth;
+}
+
+void PrepareTopLevel(QWidget& widget) {
+    widget.setAttribute(Qt::WA_QuitOnClose, false);
+    widget.setFont(WithJapanese(widget.font()));
+    widget.setWindowIcon(LoadPictureIcon("icons/app.svg"));
+}

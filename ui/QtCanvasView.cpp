@@ -1,0 +1,129 @@
+#include "ui/QtCanvasView.h"
+
+#include "core/Platform/Window.h"
+
+#include <QEvent>
+#include <QPaintEvent>
+#include <QPainter>
+#include <QScopedValueRollback>
+#include <QScrollBar>
+
+#include <cmath>
+#include <cstdlib>
+
+namespace {
+
+constexpr int WHEEL_STEP = 120;
+
+/// Draws rows of pixels one to one on the device's pixels.
+class CViewPainter : public IPaintTarget {
+public:
+    CViewPainter(QWidget& viewport, const QRegion& region) : m_painter(&viewport) {
+        m_dScale = m_painter.device()->devicePixelRatio();
+        m_painter.setClipRegion(region);
+        m_painter.setCompositionMode(QPainter::CompositionMode_Source);
+        // At a broken scale the viewport may end inside a device pixel, which no picture pixel covers.
+        if (m_dScale != std::floor(m_dScale)) m_painter.fillRect(viewport.rect(), viewport.palette().mid());
+    }
+
+    void Blit(const uint8_t* pPixels, int nStride, CSize szBitmap, const CRect& rc) override {
+        const CRect rcShown = rc.Intersect({{0, 0}, szBitmap});
+        if (rcShown.IsEmpty()) return;
+        const uint8_t* pFirst = pPixels + static_cast<ptrdiff_t>(rcShown.top) * nStride + rcShown.left * 3;
+        QImage image(pFirst, rcShown.Width(), rcShown.Height(), nStride, QImage::Format_BGR888);
+        image.setDevicePixelRatio(m_dScale);
+        m_painter.drawImage(QPointF(rcShown.left, rcShown.top) / m_dScale, image);
+    }
+
+private:
+    QPainter m_painter;
+    qreal m_dScale;
+};
+
+} // namespace
+
+CQtCanvasView::CQtCanvasView(TEvents events, QWidget* pParent)
+    : QAbstractScrollArea(pParent), m_events(std::move(events)) {
+    setFrameShape(QFrame::NoFrame);
+    setFocusPolicy(Qt::StrongFocus);
+    // Bars that came and went would change the client size that decides whether they are needed.
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+    viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
+    viewport()->setAttribute(Qt::WA_NoSystemBackground);
+    connect(horizontalScrollBar(), &QScrollBar::valueChanged, this, [this](int nOffset) {
+        if (!m_bSetting) m_events.scroll(false, nOffset);
+    });
+    connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this](int nOffset) {
+        if (!m_bSetting) m_events.scroll(true, nOffset);
+    });
+}
+
+CSize CQtCanvasView::GetClientSize() const {
+    const QSizeF sz = QSizeF(viewport()->size()) * devicePixelRatioF();
+    return {static_cast<int32_t>(std::lround(sz.width())), static_cast<int32_t>(std::lround(sz.height()))};
+}
+
+void CQtCanvasView::Invalidate(const CRect& rc) {
+    if (rc.IsEmpty()) {
+        viewport()->update();
+        return;
+    }
+    const qreal dScale = devicePixelRatioF();
+    viewport()->update(
+        QRectF(rc.left / dScale, rc.top / dScale, rc.Width() / dScale, rc.Height() / dScale).toAlignedRect());
+}
+
+void CQtCanvasView::SetScroll(CSize szExtent, CSize szLine, CSize szPage, CPoint ptOffset) {
+    const QScopedValueRollback guard(m_bSetting, true);
+    const auto set = [](QScrollBar& bar, int nExtent, int nLine, int nPage, int nOffset) {
+        bar.setRange(0, std::max(0, nExtent - nPage));
+        bar.setSingleStep(nLine);
+        bar.setPageStep(nPage);
+        bar.setValue(nOffset);
+    };
+    set(*horizontalScrollBar(), szExtent.cx, szLine.cx, szPage.cx, ptOffset.x);
+    set(*verticalScrollBar(), szExtent.cy, szLine.cy, szPage.cy, ptOffset.y);
+}
+
+void CQtCanvasView::SettleLayout() {
+    // Qt lays out a hidden widget when it is shown; the application wants to know before.
+    QResizeEvent event(size(), size());
+    QCoreApplication::sendEvent(this, &event);
+    QResizeEvent eventViewport(viewport()->size(), viewport()->size());
+    QCoreApplication::sendEvent(viewport(), &eventViewport);
+}
+
+void CQtCanvasView::CheckSize() {
+    const CSize sz = GetClientSize();
+    if (sz == m_szTold) return;
+    m_szTold = sz;
+    m_events.size(sz);
+}
+
+void CQtCanvasView::resizeEvent(QResizeEvent*) { CheckSize(); }
+
+void CQtCanvasView::paintEvent(QPaintEvent* pEvent) {
+    // A move to a screen of another scale changes the size in device pixels alone, and brings a repaint.
+    CheckSize();
+    const qreal dScale = devicePixelRatioF();
+    const QRect rc = pEvent->rect();
+    const CSize szClient = GetClientSize();
+    const CRect rcPaint(static_cast<int>(std::floor(rc.left() * dScale)),
+                        static_cast<int>(std::floor(rc.top() * dScale)),
+                        static_cast<int>(std::ceil((rc.left() + rc.width()) * dScale)),
+                        static_cast<int>(std::ceil((rc.top() + rc.height()) * dScale)));
+    CViewPainter painter(*viewport(), pEvent->region());
+    m_events.paint(painter, rcPaint.Intersect({{0, 0}, szClient}));
+}
+
+void CQtCanvasView::wheelEvent(QWheelEvent* pEvent) {
+    const int nDelta = pEvent->angleDelta().y();
+    // A touch pad turns in small parts; turning back starts anew.
+    if ((nDelta > 0) != (m_nWheel > 0)) m_nWheel = 0;
+    m_nWheel += nDelta;
+    const int nSteps = m_nWheel / WHEEL_STEP;
+    m_nWheel -= nSteps * WHEEL_STEP;
+    if (nSteps != 0) m_events.wheel(nSteps * WHEEL_STEP);
+    pEvent->accept();
+}

@@ -1,0 +1,70 @@
+// A canvas frame's window: an MDI child. Its place in the MDI client is device-independent pixels, its client
+// area device pixels.
+#pragma once
+
+#include "core/Platform/Window.h"
+#include "ui/QtMenu.h"
+
+#include <QMdiSubWindow>
+#include <QTimer>
+
+#include <map>
+#include <memory>
+
+class CQtCanvasView;
+class CQtMainWindow;
+
+class CQtCanvasWindow : public QMdiSubWindow, public ICanvasWindow {
+public:
+    /// Makes the window without showing it; the client hears nothing until SetReady.
+    CQtCanvasWindow(CQtMainWindow& parent, IWindowClient& client, const TCanvasWindowSetup& setup);
+    ~CQtCanvasWindow() override;
+    void SetReady() { m_bReady = true; }
+
+    IWindowClient& GetClient() override { return *m_pClient; }
+    void DefaultMessage(const TMessage& msg) override;
+    void Destroy() override;
+    void SetTitle(const std::wstring& strTitle) override;
+    void Show() override;
+    /// The place while neither minimised nor maximised.
+    CRect GetRect() const override;
+    void SetRect(const CRect& rc) override;
+    void Invalidate(const CRect& rc) override;
+
+    CSize GetClientSize() const override;
+    void SetScroll(CSize szExtent, CSize szLine, CSize szPage, CPoint ptOffset) override;
+    void SetTimer(int nId, int nMilliseconds) override;
+    void KillTimer(int nId) override;
+    void Activate() override;
+
+    CQtMenuSet& GetMenus() { return *m_pMenus; }
+    void FocusView();
+    /// Cuts the window off from its client without telling it: the session has broken off.
+    void Abandon();
+
+protected:
+    void closeEvent(QCloseEvent* pEvent) override;
+    void moveEvent(QMoveEvent* pEvent) override;
+    void resizeEvent(QResizeEvent* pEvent) override;
+
+private:
+    struct TTimer {
+        QTimer timer;
+        uint64_t uPostedRound = 0; ///< the pump's round in which its message was last posted
+    };
+
+    void MakeSystemMenu();
+    void KeepPlace();
+    void SettleLayout();
+    void Post(EMessage id, int64_t wParam, int64_t lParam);
+    bool Hears() const { return m_bReady && !m_bDestroyed; }
+
+    CQtMainWindow& m_main;
+    IWindowClient* m_pClient;
+    std::unique_ptr<CQtMenuSet> m_pMenus;
+    CQtCanvasView* m_pView;
+    std::map<int, std::unique_ptr<TTimer>> m_mapTimers;
+    QRect m_rcPlace; ///< the place to return to from minimised and maximised
+    bool m_bReady = false;
+    bool m_bDestroyed = false;
+};

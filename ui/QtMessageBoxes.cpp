@@ -1,0 +1,47 @@
+#include "ui/QtMessageBoxes.h"
+
+#include "ui/QtApplication.h"
+#include "ui/QtModal.h"
+#include "ui/QtText.h"
+
+#include <QMessageBox>
+#include <QPointer>
+#include <QPushButton>
+
+EBoxAnswer CQtMessageBoxes::Show(IWindow* pOwner, const std::wstring& strText, const std::wstring& strTitle,
+                                 EBoxKind kind) {
+    const bool bQuestion = kind == EBoxKind::YesNoCancelWarning;
+    const EBoxAnswer answerClosed = bQuestion ? EBoxAnswer::Cancel : EBoxAnswer::Ok;
+    if (!EnsureApplication()) return answerClosed;
+
+    // On the heap: the owner may take the box with it.
+    const QPointer<QMessageBox> pBox = new QMessageBox(ModalParent(pOwner));
+    PrepareModal(*pBox);
+    pBox->setWindowTitle(ToQt(strTitle));
+    pBox->setTextFormat(Qt::PlainText);
+    pBox->setText(ToQt(strText));
+    pBox->setIcon(kind == EBoxKind::Error ? QMessageBox::Critical
+                  : bQuestion             ? QMessageBox::Warning
+                                          : QMessageBox::NoIcon);
+    if (bQuestion) {
+        pBox->setStandardButtons(QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
+        pBox->button(QMessageBox::Yes)->setText(ToQt(ModalText::YES));
+        pBox->button(QMessageBox::No)->setText(ToQt(ModalText::NO));
+        pBox->button(QMessageBox::Cancel)->setText(ToQt(ModalText::CANCEL));
+        pBox->setDefaultButton(QMessageBox::Yes);
+        pBox->setEscapeButton(QMessageBox::Cancel);
+    } else {
+        pBox->setStandardButtons(QMessageBox::Ok);
+        pBox->button(QMessageBox::Ok)->setText(ToQt(ModalText::OK));
+    }
+    const int nButton = pBox->exec();
+    delete pBox;
+    switch (nButton) {
+    case QMessageBox::Yes:
+        return EBoxAnswer::Yes;
+    case QMessageBox::No:
+        return EBoxAnswer::No;
+    default:
+        return answerClosed;
+    }
+}

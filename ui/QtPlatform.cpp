@@ -1,0 +1,104 @@
+#include "ui/QtPlatform.h"
+
+#include "core/AppModule/MessageQueue.h"
+#include "core/Platform/Files.h"
+#include "core/Platform/Window.h"
+#include "system/TickClock.h"
+#include "ui/QtCanvasWindow.h"
+#include "ui/QtDialogs.h"
+#include "ui/QtEventPump.h"
+#include "ui/QtFileDialogs.h"
+#include "ui/QtKeyFilter.h"
+#include "ui/QtMainWindow.h"
+#include "ui/QtMessageBoxes.h"
+#include "ui/QtText.h"
+
+#include <QBuffer>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QPixmap>
+#include <QPointer>
+
+namespace {
+
+class CQtClipboard : public IClipboard {
+public:
+    void SetText(const std::wstring& strText) override {
+        if (EnsureApplication()) QGuiApplication::clipboard()->setText(ToQt(strText));
+    }
+};
+
+class CQtWindowFactory : public IWindowFactory {
+public:
+    CQtWindowFactory(CQtEventPump& pump, CQtKeyFilter* pKeys) : m_pump(pump), m_pKeys(pKeys) {}
+    ~CQtWindowFactory() override { delete m_pMain; }
+
+    IMainWindow* CreateMainWindow(IWindowClient& client, const TMainWindowSetup& setup) override {
+        // One main window a session; a destroyed one may still wait to be freed.
+        if (!m_pKeys || (m_pMain && !m_pMain->IsDestroyed())) return nullptr;
+        m_pMain = new CQtMainWindow(client, setup, m_pump, *m_pKeys);
+        return m_pMain;
+    }
+
+    ICanvasWindow* CreateCanvasWindow(IMainWindow& parent, IWindowClient& client,
+                                      const TCanvasWindowSetup& setup) override {
+        auto* pParent = dynamic_cast<CQtMainWindow*>(&parent);
+        if (!pParent || pParent->IsDestroyed()) return nullptr;
+        auto* pWindow = new CQtCanvasWindow(*pParent, client, setup);
+        pWindow->SetReady();
+        return pWindow;
+    }
+
+    CQtMainWindow* GetMain() const { return m_pMain; }
+
+private:
+    CQtEventPump& m_pump;
+    CQtKeyFilter* m_pKeys;
+    QPointer<CQtMainWindow> m_pMain;
+};
+
+} // namespace
+
+struct CQtPlatform::TParts {
+    TParts(CMessageQueue& queue, IFileStore& files, ILocations& locations, IModules& modules,
+           IImageCodecs& codecs)
+        : m_queue(queue), m_pump(queue, m_keyState),
+          m_pKeys(EnsureApplication() ? std::make_unique<CQtKeyFilter>(m_pump, m_keyState) : nullptr),
+          m_windows(m_pump, m_pKeys.get()), m_platform{queue,     m_windows, m_boxes,    m_fileDialogs,
+                                                       m_dialogs, files,     locations,  modules,
+                                                       codecs,    m_clock,   m_keyState, m_clipboard} {}
+
+    CMessageQueue& m_queue;
+    CQtKeyState m_keyState;
+    CQtEventPump m_pump;
+    std::unique_ptr<CQtKeyFilter> m_pKeys; ///< null when no window can be shown
+    CQtWindowFactory m_windows;
+    CQtMessageBoxes m_boxes;
+    CQtFileDialogs m_fileDialogs;
+    CQtDialogs m_dialogs;
+    CQtClipboard m_clipboard;
+    CTickClock m_clock;
+    TPlatform m_platform;
+};
+
+CQtPlatform::CQtPlatform(CMessageQueue& queue, IFileStore& files, ILocations& locations, IModules& modules,
+                         IImageCodecs& codecs)
+    : m_pParts(std::make_unique<TParts>(queue, files, locations, modules, codecs)) {
+    queue.SetPump(&m_pParts->m_pump);
+}
+
+CQtPlatform::~CQtPlatform() { m_pParts->m_queue.SetPump(nullptr); }
+
+const TPlatform& CQtPlatform::GetPlatform() const { return m_pParts->m_platform; }
+IWindowFactory& CQtPlatform::GetWindows() { return m_pParts->m_windows; }
+IEventPump& CQtPlatform::GetPump() { return m_pParts->m_pump; }
+IClipboard& CQtPlatform::GetClipboard() { return m_pParts->m_clipboard; }
+
+bool CQtPlatform::SaveScreenshot(const std::wstring& strPath) {
+    CQtMainWindow* pMain = m_pParts->m_windows.GetMain();
+    if (!pMain || pMain->IsDestroyed()) return false;
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    if (!buffer.open(QIODevice::WriteOnly) || !pMain->grab().save(&buffer, "PNG")) return false;
+    return m_pParts->m_platform.files.Replace(strPath, bytes.toStdString());
+}

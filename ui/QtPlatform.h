@@ -1,0 +1,38 @@
+// The outside of the application on Qt: windows, dialogs, keyboard and clock, joined with the given files and
+// codecs in one platform record.
+#pragma once
+
+#include "core/Platform/Platform.h"
+#include "ui/QtApplication.h"
+
+#include <boost/noncopyable.hpp>
+
+#include <memory>
+#include <string>
+
+class CMessageQueue;
+class CQtMainWindow;
+class IEventPump;
+
+/// Lives as long as a session, longer than every window; the queue and the given parts outlive it. One
+/// thread.
+class CQtPlatform : boost::noncopyable {
+public:
+    /// Becomes the queue's pump. Without a display the platform is there but refuses to make windows.
+    CQtPlatform(CMessageQueue& queue, IFileStore& files, ILocations& locations, IModules& modules,
+                IImageCodecs& codecs);
+    ~CQtPlatform();
+
+    const TPlatform& GetPlatform() const;
+    IWindowFactory& GetWindows();
+    IEventPump& GetPump();
+    IClipboard& GetClipboard();
+
+    /// Writes a picture of the main window in device pixels as PNG. False when there is no main window or the
+    /// file cannot be written.
+    bool SaveScreenshot(const std::wstring& strPath);
+
+private:
+    struct TParts;
+    std::unique_ptr<TParts> m_pParts;
+};

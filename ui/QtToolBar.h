@@ -1,0 +1,31 @@
+// The main frame's tool bar: command buttons and the zoom box.
+#pragma once
+
+#include "core/Platform/Menu.h"
+
+#include <QToolBar>
+
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+class QComboBox;
+
+class CQtToolBar : public QToolBar, public ICommandLook {
+public:
+    /// `command` gets the chosen button's id with 0, or the zoom box's id with the chosen line.
+    CQtToolBar(const std::vector<int>& vIds, std::function<void(int, int)> command, QWidget* pParent);
+
+    void SetState(int nId, bool bEnabled, bool bChecked) override;
+    /// Gives the buttons that have none yet their tool tips from a menu's texts.
+    void TakeToolTips(const std::vector<TMenuItem>& vMenu);
+
+    void SetZoomItems(const std::vector<std::wstring>& vItems);
+    void SelectZoomItem(int nItem);
+    int GetZoomItem() const;
+
+private:
+    std::map<int, QAction*> m_mapActions;
+    QComboBox* m_pZoom;
+};
