@@ -4,6 +4,7 @@
 #include "core/AppModule/MessageQueue.h"
 #include "core/Base/Failure.h"
 #include "core/Base/Text.h"
+#include "core/IniConfig/IniConfig.h"
 #include "session/SessionPlatform.h"
 #include "system/ImageCodecs.h"
 #include "system/Modules.h"

@@ -14,6 +14,10 @@ const std::wstring g_strNoMemory = L"メモリが足りないため、例外処�
 
 } // namespace
 
+const std::wstring g_strFileNotOpened = L"ファイルを開けませんでした。";
+const std::wstring g_strImageNotOpened = L"画像ファイルを開けませんでした。";
+const std::wstring g_strFileDamaged = L"データファイルが破損しています。";
+
 void ShowErrorBox(const std::wstring& strText) {
     if (!g_AppModule.HasPlatform()) return;
     g_AppModule.GetPlatform().boxes.Show(g_AppModule.GetMainWindow(), strText, g_strTitle, EBoxKind::Error);
@@ -31,12 +35,12 @@ void ReportException(const std::exception& e) noexcept {
     }
 }
 
-void ReportFileFailure(const wchar_t* pszSentence, const std::wstring& strPath) noexcept {
+void ReportFileFailure(const std::wstring& strSentence, const std::wstring& strPath) noexcept {
     try {
         try {
-            ShowErrorBox(FormatText((std::wstring(pszSentence) + L"\nFile: '%1%'").c_str(), strPath));
+            ShowErrorBox(FormatText((strSentence + L"\nFile: '%1%'").c_str(), strPath));
         } catch (const std::bad_alloc&) {
-            ShowErrorBox(pszSentence);
+            ShowErrorBox(strSentence);
         }
     } catch (...) {
         // As above: without memory even for the sentence, the session goes on.

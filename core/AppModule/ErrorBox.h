@@ -14,7 +14,12 @@ void ReportException(const std::exception& e) noexcept;
 
 /// Tells of a file that could not be used: the sentence, and the file's name in a line of its own. Without
 /// memory for that the sentence alone.
-void ReportFileFailure(const wchar_t* pszSentence, const std::wstring& strPath) noexcept;
+void ReportFileFailure(const std::wstring& strSentence, const std::wstring& strPath) noexcept;
+
+/// What file commands say. Made when the module loads: there may be no memory for them later.
+extern const std::wstring g_strFileNotOpened;
+extern const std::wstring g_strImageNotOpened;
+extern const std::wstring g_strFileDamaged;
 
 /// Runs a handler's body; an exception is reported and the body's remainder skipped. Returns what the body
 /// returned, false after an exception.

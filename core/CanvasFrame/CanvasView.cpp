@@ -87,7 +87,8 @@ uint16_t FirstZoom(CSize szCanvas, CSize szClient) {
         return (nCanvas - FIT_MARGIN) / std::max(nClient, 1);
     };
     const double f = std::max(spare(szCanvas.cx, szClient.cx), spare(szCanvas.cy, szClient.cy));
-    if (f <= 0) return 48;
+    // Only what does not fit is made smaller; a small canvas opens at its own size.
+    if (f <= 1) return 48;
     for (const TZoomEntry& entry : GetZoomList())
         if (entry.uZoom <= 48 / f) return entry.uZoom;
     return 48;

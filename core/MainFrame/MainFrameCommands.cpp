@@ -186,13 +186,13 @@ bool CMainFrame::OpenFile(const std::wstring& strPath) {
         return true;
     } catch (const loadimage_error& e) {
         AbandonFrame(spFrame);
-        ReportFileFailure(L"画像ファイルを開けませんでした。", e.message);
+        ReportFileFailure(g_strImageNotOpened, e.message);
     } catch (const fileopen_error& e) {
         AbandonFrame(spFrame);
-        ReportFileFailure(L"ファイルを開けませんでした。", e.message);
+        ReportFileFailure(g_strFileNotOpened, e.message);
     } catch (const deserialize_error&) {
         AbandonFrame(spFrame);
-        ShowErrorBox(L"データファイルが破損しています。");
+        ShowErrorBox(g_strFileDamaged);
     } catch (const std::exception& e) {
         AbandonFrame(spFrame);
         ReportException(e);

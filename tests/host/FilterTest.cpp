@@ -1,8 +1,13 @@
 // vellumcraft-filter as its user meets it: what it says, its exit code, and that a failure leaves no file.
 #include "core/Platform/Bitmap.h"
 #include "system/FileStore.h"
+#include "system/GifWriter.h"
 #include "system/ImageCodecs.h"
+#include "system/QtBitmap.h"
 #include "tests/support/TempFolder.h"
+
+#include <QImage>
+#include <QRandomGenerator>
 
 #include <gtest/gtest.h>
 
@@ -90,6 +95,70 @@ TEST_F(CFilter, PicturesThatCannotBeReadLeaveNoFile) {
         EXPECT_TRUE(Said(pszText)) << m_strSaid;
     }
     EXPECT_EQ(ListFiles(), setBefore);
+}
+
+// A picture of many colours; with alpha also soft, and without colour where it is clear.
+QImage MakeNoise(QSize size, QImage::Format format) {
+    QImage image(size, format);
+    QRandomGenerator random(7);
+    for (int y = 0; y < size.height(); ++y)
+        for (int x = 0; x < size.width(); ++x) {
+            const auto u = random.generate();
+            image.setPixelColor(x, y, QColor::fromRgba(image.hasAlphaChannel() && u >> 24 == 0 ? 0 : u));
+        }
+    return image;
+}
+
+TEST_F(CFilter, UntouchedPicturesComeBackBitForBit) {
+    std::ofstream(m_folder.File("script"))
+        << R"({"expect":{"frames":1,"enabled":{"57600":false,"12820":true}}})"
+           "\n"
+        << R"({"answer":{"box":"no"}})"
+           "\n"
+           R"({"close":"main"})";
+    const QImage imagePalette =
+        MakeNoise({50, 40}, QImage::Format_RGB32).convertToFormat(QImage::Format_Indexed8);
+    const std::pair<const char*, QImage> PICTURES[] = {
+        {"one.png", MakeNoise({1, 1}, QImage::Format_RGB32)},
+        {"edge.png", MakeNoise({95, 97}, QImage::Format_RGB32)},
+        {"tile.bmp", MakeNoise({96, 96}, QImage::Format_RGB32)},
+        {"over.tif", MakeNoise({97, 95}, QImage::Format_RGB32)},
+        {"soft.png", MakeNoise({200, 130}, QImage::Format_ARGB32)},
+        {"palette.gif", imagePalette},
+        {"deep.png", MakeNoise({60, 50}, QImage::Format_RGBA64).convertToFormat(QImage::Format_RGBX64)},
+        {"grey.jpg", MakeNoise({60, 50}, QImage::Format_Grayscale8)},
+    };
+    CFileStore files;
+    CImageCodecs codecs(files);
+    const auto load = [&](const std::string& strName) {
+        const auto spBitmap = codecs.Load(m_folder.File(strName).wstring());
+        return spBitmap ? static_cast<CQtBitmap&>(*spBitmap).GetImage() : QImage();
+    };
+    for (const auto& [pszName, image] : PICTURES) {
+        if (std::string(pszName).ends_with(".gif"))
+            files.Replace(m_folder.File(pszName).wstring(), *EncodeGif(image));
+        else
+            ASSERT_TRUE(image.save(QString::fromStdString(m_folder.File(pszName).native())));
+        EXPECT_EQ(Run(std::string(pszName) + " out.png --script script"), 0) << m_strSaid;
+        EXPECT_EQ(load("out.png"), load(pszName)) << pszName;
+    }
+    // A further channel is read over the blue plane, and gets that plane back.
+    EXPECT_EQ(Run("edge.png out.png --alpha edge.png --script script"), 0) << m_strSaid;
+    EXPECT_EQ(qBlue(load("out.png").pixel(5, 5)), qGray(load("edge-vellumcraft-alpha1.png").pixel(5, 5)));
+    EXPECT_EQ(qRed(load("out.png").pixel(5, 5)), qRed(load("edge.png").pixel(5, 5)));
+}
+
+TEST_F(CFilter, AScriptThatFailsIsToldWithItsLine) {
+    std::ofstream(m_folder.File("script")) << "\n"
+                                              R"({"expect":{"frames":2}})"
+                                              "\n";
+    EXPECT_EQ(Run("in.png --script script"), 1);
+    EXPECT_TRUE(Said("script:2: ")) << m_strSaid;
+    std::ofstream(m_folder.File("script")) << R"({"frobnicate":1})"
+                                              "\n";
+    EXPECT_EQ(Run("in.png --script script"), 1);
+    EXPECT_TRUE(Said("script:1: ") && Said("frobnicate")) << m_strSaid;
+    EXPECT_FALSE(ListFiles().count("in-vellumcraft.png"));
 }
 
 TEST_F(CFilter, WithoutADisplayTheUserIsTold) {

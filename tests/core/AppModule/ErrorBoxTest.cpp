@@ -1,0 +1,82 @@
+// Reports when memory has run out: the allocator below fails on demand.
+#include "core/AppModule/ErrorBox.h"
+#include "core/AppModule/AppModule.h"
+#include "core/Base/Failure.h"
+#include "core/Platform/Dialogs.h"
+#include "tests/support/TestPlatform.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <new>
+
+namespace {
+
+bool g_bNoMemory = false;
+const std::wstring g_strPath = L"/絵/page.vlm";
+
+} // namespace
+
+void* operator new(size_t n) {
+    void* p = g_bNoMemory ? nullptr : std::malloc(n ? n : 1);
+    if (!p) throw std::bad_alloc();
+    return p;
+}
+void operator delete(void* p) noexcept { std::free(p); }
+void operator delete(void* p, size_t) noexcept { std::free(p); }
+
+namespace {
+
+// A box that needs no memory to be shown, and gives it back.
+class CBoxes : public IMessageBoxes {
+public:
+    EBoxAnswer Show(IWindow* pOwner, const std::wstring& strText, const std::wstring& strTitle,
+                    EBoxKind kind) override {
+        g_bNoMemory = false;
+        m_strText = strText;
+        EXPECT_EQ(strTitle, L"Vellumcraft - Error");
+        EXPECT_EQ(kind, EBoxKind::Error);
+        EXPECT_EQ(pOwner, nullptr); // there is no main frame here
+        return EBoxAnswer::Ok;
+    }
+    std::wstring m_strText;
+};
+
+class ErrorBox : public testing::Test {
+protected:
+    // Shows a report, with memory or without, in a session that has these boxes.
+    std::wstring TextOf(bool bMemory, const std::function<void()>& fnReport) {
+        CTestPlatform outside;
+        outside.Run([&](const TPlatform& p) {
+            const TPlatform platform{p.queue,     p.windows, m_boxes,  p.fileDialogs, p.dialogs, p.files,
+                                     p.locations, p.modules, p.codecs, p.clock,       p.keys,    p.clipboard};
+            g_AppModule.SetPlatform(&platform);
+            g_bNoMemory = !bMemory;
+            fnReport();
+            g_bNoMemory = false;
+            g_AppModule.SetPlatform(nullptr);
+        });
+        return m_boxes.m_strText;
+    }
+    CBoxes m_boxes;
+};
+
+} // namespace
+
+TEST_F(ErrorBox, SaysWhatItCanWhenMemoryIsGone) {
+    const internal_error e(L"SetState: there is no active window.");
+    const auto report = [&] { ReportException(e); };
+    EXPECT_EQ(TextOf(true, report),
+              L"内部エラー\nexception: internal_error('SetState: there is no active window.')");
+    EXPECT_EQ(TextOf(false, report), L"メモリが足りないため、例外処理中に例外が投げられました。");
+    const auto reportFile = [] { ReportFileFailure(g_strFileNotOpened, g_strPath); };
+    EXPECT_EQ(TextOf(true, reportFile), L"ファイルを開けませんでした。\nFile: '/絵/page.vlm'");
+    EXPECT_EQ(TextOf(false, reportFile), L"ファイルを開けませんでした。");
+}
+
+TEST_F(ErrorBox, GuardsReportAndGoOn) {
+    bool bHandled = true;
+    EXPECT_EQ(TextOf(true, [&] { bHandled = Guarded([]() -> bool { throw std::bad_alloc(); }); }),
+              L"メモリが足りません。\nexception: bad_alloc");
+    EXPECT_FALSE(bHandled); // the window's default handling runs for the message
+}
