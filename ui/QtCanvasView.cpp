@@ -1,6 +1,7 @@
 #include "ui/QtCanvasView.h"
 
 #include "core/Platform/Window.h"
+#include "ui/QtModal.h"
 
 #include <QEvent>
 #include <QPaintEvent>
@@ -51,11 +52,18 @@ CQtCanvasView::CQtCanvasView(TEvents events, QWidget* pParent)
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
     viewport()->setAttribute(Qt::WA_NoSystemBackground);
-    connect(horizontalScrollBar(), &QScrollBar::valueChanged, this, [this](int nOffset) {
-        if (!m_bSetting) m_events.scroll(false, nOffset);
+    for (const bool bVertical : {false, true}) WatchBar(bVertical);
+}
+
+void CQtCanvasView::WatchBar(bool bVertical) {
+    QScrollBar* pBar = bVertical ? verticalScrollBar() : horizontalScrollBar();
+    connect(pBar, &QScrollBar::valueChanged, this, [this, bVertical](int nOffset) {
+        if (!m_bSetting) m_events.scroll(bVertical, nOffset);
     });
-    connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this](int nOffset) {
-        if (!m_bSetting) m_events.scroll(true, nOffset);
+    connect(pBar, &QScrollBar::actionTriggered, this, [this, bVertical, pBar](int nAction) {
+        const int nPage = bVertical ? m_szPage.cy : m_szPage.cx;
+        if (nAction == QAbstractSlider::SliderPageStepAdd) pBar->setSliderPosition(pBar->value() + nPage);
+        if (nAction == QAbstractSlider::SliderPageStepSub) pBar->setSliderPosition(pBar->value() - nPage);
     });
 }
 
@@ -76,14 +84,17 @@ void CQtCanvasView::Invalidate(const CRect& rc) {
 
 void CQtCanvasView::SetScroll(CSize szExtent, CSize szLine, CSize szPage, CPoint ptOffset) {
     const QScopedValueRollback guard(m_bSetting, true);
-    const auto set = [](QScrollBar& bar, int nExtent, int nLine, int nPage, int nOffset) {
-        bar.setRange(0, std::max(0, nExtent - nPage));
+    const CSize szClient = GetClientSize();
+    // Qt's page step is the handle's length; how far a page moves is corrected when it moves.
+    const auto set = [](QScrollBar& bar, int nExtent, int nClient, int nLine, int nOffset) {
+        bar.setRange(0, std::max(0, nExtent - nClient));
         bar.setSingleStep(nLine);
-        bar.setPageStep(nPage);
+        bar.setPageStep(nClient);
         bar.setValue(nOffset);
     };
-    set(*horizontalScrollBar(), szExtent.cx, szLine.cx, szPage.cx, ptOffset.x);
-    set(*verticalScrollBar(), szExtent.cy, szLine.cy, szPage.cy, ptOffset.y);
+    m_szPage = szPage;
+    set(*horizontalScrollBar(), szExtent.cx, szClient.cx, szLine.cx, ptOffset.x);
+    set(*verticalScrollBar(), szExtent.cy, szClient.cy, szLine.cy, ptOffset.y);
 }
 
 void CQtCanvasView::SettleLayout() {
@@ -114,6 +125,7 @@ void CQtCanvasView::paintEvent(QPaintEvent* pEvent) {
                         static_cast<int>(std::ceil((rc.left() + rc.width()) * dScale)),
                         static_cast<int>(std::ceil((rc.top() + rc.height()) * dScale)));
     CViewPainter painter(*viewport(), pEvent->region());
+    const CPaintScope painting;
     m_events.paint(painter, rcPaint.Intersect({{0, 0}, szClient}));
 }
 

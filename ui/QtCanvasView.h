@@ -37,9 +37,11 @@ protected:
 
 private:
     void CheckSize();
+    void WatchBar(bool bVertical);
 
     TEvents m_events;
     CSize m_szTold;
+    CSize m_szPage;          ///< what a click beside a scroll bar's handle moves
     bool m_bSetting = false; ///< the application moves the scroll bars
     int m_nWheel = 0;        ///< part of a wheel step so far
 };

@@ -4,15 +4,35 @@
 #include "ui/QtModal.h"
 #include "ui/QtText.h"
 
+#include <QApplication>
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
+
+void CQtMessageBoxes::ShowLater(const std::wstring& strText, const std::wstring& strTitle, EBoxKind kind) {
+    // One at a time: what paints behind the box fails again.
+    if (m_spWaiting) return;
+    m_spWaiting = std::make_shared<bool>(true);
+    const std::weak_ptr<bool> wpWaiting = m_spWaiting;
+    QMetaObject::invokeMethod(
+        qApp,
+        [this, wpWaiting, strText, strTitle, kind] {
+            if (wpWaiting.expired()) return; // the session is over
+            Show(nullptr, strText, strTitle, kind);
+            if (!wpWaiting.expired()) m_spWaiting.reset();
+        },
+        Qt::QueuedConnection);
+}
 
 EBoxAnswer CQtMessageBoxes::Show(IWindow* pOwner, const std::wstring& strText, const std::wstring& strTitle,
                                  EBoxKind kind) {
     const bool bQuestion = kind == EBoxKind::YesNoCancelWarning;
     const EBoxAnswer answerClosed = bQuestion ? EBoxAnswer::Cancel : EBoxAnswer::Ok;
     if (!EnsureApplication()) return answerClosed;
+    if (CPaintScope::IsOpen()) {
+        ShowLater(strText, strTitle, kind);
+        return answerClosed;
+    }
 
     // On the heap: the owner may take the box with it.
     const QPointer<QMessageBox> pBox = new QMessageBox(ModalParent(pOwner));

@@ -10,6 +10,19 @@ class IWindow;
 QWidget* ModalParent(IWindow* pOwner);
 /// Makes a dialog ready to be run over its parent: modality, font, icon, no say in a host's end.
 void PrepareModal(QDialog& dialog);
+/// Something is being painted: Qt cannot run a modal window then.
+class CPaintScope {
+public:
+    CPaintScope() { ++s_nDepth; }
+    ~CPaintScope() { --s_nDepth; }
+    CPaintScope(const CPaintScope&) = delete;
+    CPaintScope& operator=(const CPaintScope&) = delete;
+    static bool IsOpen() { return s_nDepth > 0; }
+
+private:
+    static inline int s_nDepth = 0;
+};
+
 /// The texts of buttons.
 namespace ModalText {
 inline constexpr wchar_t OK[] = L"OK";

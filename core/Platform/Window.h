@@ -56,7 +56,8 @@ enum class EArrange { Icons, Cascade, TileHorizontal, TileVertical };
 class ICanvasWindow : public IWindow {
 public:
     virtual CSize GetClientSize() const = 0;
-    /// Scroll bars on both axes: offsets run from 0 to extent minus page.
+    /// Scroll bars on both axes: offsets run from 0 to extent minus client size; the arrows move by a line, a
+    /// click beside the handle by a page.
     virtual void SetScroll(CSize szExtent, CSize szLine, CSize szPage, CPoint ptOffset) = 0;
     /// Posts Timer with `nId` every `nMilliseconds` until the window goes or KillTimer.
     virtual void SetTimer(int nId, int nMilliseconds) = 0;
