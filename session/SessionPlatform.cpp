@@ -60,7 +60,6 @@ CSessionPlatform::~CSessionPlatform() { m_pParts->m_queue.SetPump(nullptr); }
 
 const TPlatform& CSessionPlatform::GetPlatform() const { return m_pParts->m_platform; }
 const CSessionLog& CSessionPlatform::GetLog() const { return m_pParts->m_log; }
-CSessionDialogs& CSessionPlatform::GetDialogs() { return m_pParts->m_dialogs; }
 CVirtualClock& CSessionPlatform::GetClock() { return m_pParts->m_clock; }
 CSessionWindows& CSessionPlatform::GetWindows() { return m_pParts->m_windows; }
 

@@ -12,7 +12,6 @@
 #include <string>
 
 class CMessageQueue;
-class CSessionDialogs;
 class CSessionWindows;
 class CVirtualClock;
 class IEventPump;
@@ -49,7 +48,6 @@ public:
     std::string GetFailure() const;
 
     const CSessionLog& GetLog() const;
-    CSessionDialogs& GetDialogs();
     CVirtualClock& GetClock();
     /// The windows without a display; empty when real ones are used.
     CSessionWindows& GetWindows();

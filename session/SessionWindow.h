@@ -27,7 +27,6 @@ public:
 
     const std::wstring& GetTitle() const { return m_strTitle; }
     const std::vector<TMenuItem>& GetMenu() const { return m_vMenu; }
-    bool IsShown() const { return m_bShown; }
     /// True once Destroy has begun; the object is freed when control is back in the message loop.
     bool IsDestroyed() const { return m_bDestroyed; }
 

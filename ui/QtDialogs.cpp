@@ -102,6 +102,10 @@ private:
             m_vWidgets.push_back(new QCheckBox(strLabel));
             form.addRow(m_vWidgets.back());
             break;
+        case TDialogField::EKind::Text:
+            m_vWidgets.push_back(new QLabel(ToQt(field.strText)));
+            form.addRow(m_vWidgets.back());
+            break;
         case TDialogField::EKind::Report: {
             auto* pReport = new QPlainTextEdit;
             pReport->setReadOnly(true);

@@ -24,7 +24,7 @@ CAboutDialog::CAboutDialog(IModules& modules, IClipboard& clipboard) : m_clipboa
     const TDescription program = Describe(modules.GetProgram());
     const TDescription tablet = Describe(modules.GetLibrary(L"wintab32"));
     TDialogField version;
-    version.kind = TDialogField::EKind::Report;
+    version.kind = TDialogField::EKind::Text;
     version.strName = "version";
     version.strText = L"Vellumcraft " VELLUM_VERSION;
     TDialogField report;

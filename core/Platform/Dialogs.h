@@ -44,12 +44,13 @@ public:
 
 /// One control of a dialog. The name is how session scripts answer it.
 struct TDialogField {
-    enum class EKind { Integer, Check, Report };
+    enum class EKind { Integer, Check, Text, Report };
     EKind kind = EKind::Integer;
     std::string strName;
     std::wstring strLabel;
-    std::wstring strText; ///< what an Integer's edit or a Report shows; may be any text the user typed
-    int nMin = 0;         ///< Integer: what the spin buttons stop at
+    std::wstring
+        strText; ///< what an Integer's edit, a line of Text or a Report shows; may be anything the user typed
+    int nMin = 0; ///< Integer: what the spin buttons stop at
     int nMax = 0;
     bool bChecked = false;
 };

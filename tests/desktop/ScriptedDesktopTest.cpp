@@ -3,15 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace {
 
-class ScriptedDesktop : public testing::Test {
-protected:
-    std::string Play(const std::string& strScript) { return m_session.Play(strScript, {}); }
-    bool HasFile(const wchar_t* pszPath) const { return m_session.m_files.m_mapFiles.count(pszPath) != 0; }
-
-    CScriptedSession m_session;
-};
+struct ScriptedDesktop : testing::Test, CScriptedSession {};
 
 TEST_F(ScriptedDesktop, ANewDocumentIsAskedForByItsDialog) {
     EXPECT_EQ(Play(R"(
@@ -25,11 +21,36 @@ TEST_F(ScriptedDesktop, ANewDocumentIsAskedForByItsDialog) {
 {"answer":{"cancel":true}}
 {"command":57600}
 {"expect":{"frames":1}}
-)"),
+)",
+                   false),
               "");
-    EXPECT_EQ(Play("{\"answer\":{\"dialog\":\"CNewDialog\",\"width\":0}}\n{\"answer\":{\"box\":\"ok\"}}\n{"
-                   "\"command\":57600}"),
-              "s:3: CNewDialog refused the answer of line 1 and stays open, but no answer was queued");
+}
+
+TEST_F(ScriptedDesktop, AnAnswerThatDoesNotFitIsAFailure) {
+    const std::pair<const char*, const char*> aCases[] = {
+        {R"({"cancel":true})", ""},
+        {R"({"box":"yes"})", "CNewDialog opened, but the answer of line 1 is for a box"},
+        {R"({"dialog":"CAboutDialog"})", "CNewDialog opened, but the answer of line 1 is for CAboutDialog"},
+        {R"({"dialog":"CNewDialog","color":"1"})",
+         R"(CNewDialog has no such field as "color" in the answer of line 1)"},
+        {R"({"dialog":"CNewDialog","depth":1})",
+         R"(CNewDialog has no such field as "depth" in the answer of line 1)"},
+        {R"({"dialog":"CNewDialog","extra":true})",
+         "CNewDialog has no extra button for the answer of line 1"},
+        {R"({"dialog":"CNewDialog","width":0})",
+         "the box \"ピクセルサイズは 1～12000 に限定されています。\" opened, but no answer was queued"},
+        {R"({"dialog":"CNewDialog","width":0}}
+{"answer":{"box":"yes"})",
+         "the box \"ピクセルサイズは 1～12000 に限定されています。\" does not offer the answer of line 2"},
+        {R"({"dialog":"CNewDialog","width":0}}
+{"answer":{"box":"ok"})",
+         "CNewDialog refused the answer of line 1 and stays open, but no answer was queued"},
+    };
+    for (const auto& [pszAnswer, pszFailure] : aCases) {
+        const std::string strFailure =
+            Play("{\"answer\":" + std::string(pszAnswer) + "}\n{\"command\":57600}", false);
+        EXPECT_EQ(strFailure.substr(std::min(strFailure.size(), size_t{5})), pszFailure);
+    }
 }
 
 TEST_F(ScriptedDesktop, SavedAndExportedDocumentsComeBack) {
@@ -49,9 +70,9 @@ TEST_F(ScriptedDesktop, SavedAndExportedDocumentsComeBack) {
 {"expect":{"frames":2,"layers":[{"name":"線画","opacity":90}],"modified":false}}
 {"open":"none.vlm"}
 {"expect":{"frames":2,"box":"ファイルを開けませんでした。\nFile: 'none.vlm'"}}
-)"),
+)",
+                   false),
               "");
-    EXPECT_TRUE(HasFile(L"page.vlm") && HasFile(L"page.png"));
 }
 
 TEST_F(ScriptedDesktop, TheScriptAnswersThePromptsOnTheWayOut) {
@@ -60,13 +81,13 @@ TEST_F(ScriptedDesktop, TheScriptAnswersThePromptsOnTheWayOut) {
 {"command":57600}
 {"layer":{"opacity":90}}
 )";
-    EXPECT_EQ(Play(strMake), "");
-    ASSERT_EQ(m_session.m_vShown.size(), 2u);
-    EXPECT_FALSE(HasFile(L"kept.vlm"));
-    EXPECT_EQ(Play(strMake + "{\"answer\":{\"box\":\"yes\"}}\n{\"answer\":{\"file\":\"kept\"}}"), "");
-    EXPECT_TRUE(HasFile(L"kept.vlm"));
-    m_session.m_files.m_bReadOnly = true;
-    EXPECT_EQ(Play(strMake + "{\"save\":\"lost.vlm\"}\n{\"wait\":1}").substr(0, 16), "s:5: error box: ");
+    EXPECT_EQ(Play(strMake, false), "");
+    EXPECT_EQ(m_files.m_mapFiles.count(L"kept.vlm"), 0u);
+    EXPECT_EQ(Play(strMake + "{\"answer\":{\"box\":\"yes\"}}\n{\"answer\":{\"file\":\"kept\"}}", false), "");
+    EXPECT_EQ(m_files.m_mapFiles.count(L"kept.vlm"), 1u);
+    m_files.m_bReadOnly = true;
+    EXPECT_EQ(Play(strMake + "{\"save\":\"lost.vlm\"}\n{\"wait\":1}", false).substr(0, 16),
+              "s:5: error box: ");
 }
 
 } // namespace

@@ -6,15 +6,6 @@
 
 namespace {
 
-std::string ErrorOf(const std::string& strScript) {
-    try {
-        ParseScript(strScript, "s");
-        return "none";
-    } catch (const script_error& e) {
-        return e.what();
-    }
-}
-
 TEST(Script, SkipsWhatIsNoStepAndCountsItsLines) {
     const TScript script =
         ParseScript("\xEF\xBB\xBF# begin\r\n\r\n{\"wait\":1}\r\n  \t\n  # more\n{\"wait\":2}", "s");
@@ -25,64 +16,51 @@ TEST(Script, SkipsWhatIsNoStepAndCountsItsLines) {
 }
 
 TEST(Script, RefusesALineWithItsNumberAndReason) {
-    const struct {
-        const char* pszLine;
-        const char* pszReason;
-    } aCases[] = {
-        {"{\"wait\":", "no JSON object: byte 9"},
-        {"{\"wait\":1} {}", "no JSON object: byte 12"},
-        {"[1]", "a line is an object with one verb"},
-        {"{}", "a line is an object with one verb"},
-        {"{\"wait\":1,\"save\":\"a.vlm\"}", "a line is an object with one verb"},
-        {"{\"pen\":{\"x\":1}}", "unknown verb \"pen\""},
-        {"{\"wait\":-1}", "wait: must be a whole number from 0 to 3600000"},
-        {"{\"wait\":1.5}", "wait: must be a whole number from 0 to 3600000"},
-        {"{\"wait\":18446744073709551615}", "wait: must be a whole number from 0 to 3600000"},
-        {"{\"view\":{\"width\":5}}", "view: \"height\" is missing"},
-        {"{\"view\":{\"width\":5,\"height\":5,\"depth\":5}}", "view: unknown key \"depth\""},
-        {"{\"view\":7}", "view: must be an object"},
-        {"{\"close\":\"all\"}", "close: must be \"frame\" or \"main\""},
-        {"{\"key\":{\"down\":17,\"up\":17}}", "key: must have either \"down\" or \"up\""},
-        {"{\"answer\":{\"box\":\"maybe\"}}", "answer.box: must be \"ok\", \"yes\", \"no\" or \"cancel\""},
-        {"{\"answer\":{\"file\":\"a\",\"cancel\":true}}",
-         "answer: must have one of \"dialog\", \"file\", \"box\", \"cancel\""},
-        {"{\"answer\":{\"dialog\":\"CNewDialog\",\"width\":[]}}",
-         "answer.width: must be a text or a whole number"},
-        {"{\"set\":{\"section\":\"\",\"key\":\"k\",\"value\":1}}", "set.section: must not be empty"},
-        {"{\"save\":\"a.png\"}", "save: must be the name of a project file, .vlm"},
-        {"{\"export\":\"a.VLM\"}", "export: must be the name of a picture"},
-        {"{\"screenshot\":\"a.jpg\"}", "screenshot: must be the name of a .png file"},
-        {"{\"layer\":{\"select\":[0,\"a\"]}}", "layer.select: must be a whole number from 0 to 65535"},
-        {"{\"layer\":{\"colour\":1}}", "layer: unknown key \"colour\""},
-        {"{\"expect\":{}}", "expect: must be an object of expectations"},
-        {"{\"expect\":{\"sise\":1}}", "expect: unknown key \"sise\""},
-        {"{\"expect\":{\"view\":{\"zoom\":\"1\"}}}",
-         "expect.view.zoom: must be a whole number from -2147483648 to 2147483647"},
-        {"{\"expect\":{\"layers\":[{\"children\":[{\"nam\":1}]}]}}",
-         "expect.layers[0].children[0]: unknown key \"nam\""},
-        {"{\"expect\":{\"enabled\":{\"x1\":true}}}", "expect.enabled: \"x1\" is no command id"},
-        {"{\"expect\":{\"pixel\":{\"x\":0,\"y\":0,\"rgba\":[1,2,3]}}}",
-         "expect.pixel.rgba: must be a list of four numbers"},
-    };
-    for (const auto& test : aCases)
-        EXPECT_EQ(ErrorOf("{\"wait\":0}\n\n" + std::string(test.pszLine) + "\n"),
-                  std::string("s:3: ") + test.pszReason);
-    EXPECT_EQ(ErrorOf("{\"open\":\"\xFF\"}").substr(0, 21), "s:1: no JSON object: ");
-}
-
-TEST(Script, NamesAFileThatCannotBeRead) {
     CMemoryFiles files;
-    files.m_mapFiles[L"a/b.jsonl"] = "\n{\"now\":1}";
-    const auto errorOf = [&](const std::wstring& strPath) -> std::string {
+    const auto errorOf = [&](const wchar_t* pszPath) -> std::string {
         try {
-            ReadScript(strPath, files);
+            ReadScript(pszPath, files);
             return "none";
         } catch (const script_error& e) {
             return e.what();
         }
     };
-    EXPECT_EQ(errorOf(L"c.jsonl"), "c.jsonl: the script cannot be read");
-    EXPECT_EQ(errorOf(L"a/b.jsonl"), "a/b.jsonl:2: unknown verb \"now\"");
+    const std::pair<const char*, const char*> aCases[] = {
+        {R"({"wait":)", "no JSON object: byte 9"},
+        {"{\"open\":\"\xFF\"}", "no JSON object: byte 10"},
+        {R"([1])", "a line is an object with one verb"},
+        {R"({"wait":1,"save":"a.vlm"})", "a line is an object with one verb"},
+        {R"({"pen":{"x":1}})", R"(unknown verb "pen")"},
+        {R"({"wait":-1})", "wait: must be a whole number from 0 to 3600000"},
+        {R"({"wait":1.5})", "wait: must be a whole number from 0 to 3600000"},
+        {R"({"wait":18446744073709551615})", "wait: must be a whole number from 0 to 3600000"},
+        {R"({"view":{"width":5}})", R"(view: "height" is missing)"},
+        {R"({"view":{"width":5,"depth":5}})", R"(view: unknown key "depth")"},
+        {R"({"view":7})", "view: must be an object"},
+        {R"({"close":"all"})", R"(close: must be "frame" or "main")"},
+        {R"({"key":{"down":17,"up":17}})", R"(key: must have either "down" or "up")"},
+        {R"({"answer":{"box":"maybe"}})", R"(answer.box: must be "ok", "yes", "no" or "cancel")"},
+        {R"({"answer":{"file":"a","cancel":true}})",
+         R"(answer: must have one of "dialog", "file", "box", "cancel")"},
+        {R"({"answer":{"dialog":"C","width":[]}})", "answer.width: must be a text or a whole number"},
+        {R"({"set":{"section":"","key":"k","value":1}})", "set.section: must not be empty"},
+        {R"({"save":"a.png"})", "save: must be the name of a project file, .vlm"},
+        {R"({"export":"a.VLM"})", "export: must be the name of a picture"},
+        {R"({"screenshot":"a.jpg"})", "screenshot: must be the name of a .png file"},
+        {R"({"layer":{"select":[0,"a"]}})", "layer.select: must be a whole number from 0 to 65535"},
+        {R"({"expect":{}})", "expect: must be an object of expectations"},
+        {R"({"expect":{"sise":1}})", R"(expect: unknown key "sise")"},
+        {R"({"expect":{"layers":[{"children":[{"nam":1}]}]}})",
+         R"(expect.layers[0].children[0]: unknown key "nam")"},
+        {R"({"expect":{"enabled":{"x1":true}}})", R"(expect.enabled: "x1" is no command id)"},
+        {R"({"expect":{"pixel":{"x":0,"y":0,"rgba":[1]}}})",
+         "expect.pixel.rgba: must be a list of four numbers"},
+    };
+    for (const auto& [pszLine, pszReason] : aCases) {
+        files.m_mapFiles[L"a/s"] = "{\"wait\":0}\n\n" + std::string(pszLine) + "\n";
+        EXPECT_EQ(errorOf(L"a/s"), std::string("a/s:3: ") + pszReason);
+    }
+    EXPECT_EQ(errorOf(L"c"), "c: the script cannot be read");
 }
 
 } // namespace

@@ -10,8 +10,6 @@
 #include "system/ImageCodecs.h"
 #include "tests/support/MemoryFiles.h"
 
-#include <string>
-
 struct CNoPlaces : ILocations, IModules {
     std::wstring GetAppData() override { return L"/settings"; }
     void MakeFolder(const std::wstring&) override {}
@@ -21,39 +19,34 @@ struct CNoPlaces : ILocations, IModules {
 
 class CScriptedSession {
 public:
-    /// Plays a script named "s" over a canvas whose one layer has a red pixel at (1, 2). Returns the failure.
-    std::string Play(const std::string& strScript, CSize szCanvas = {200, 150}) {
+    /// Plays a script named "s" over a canvas of two layers, the upper one with a red pixel at (1, 2), or
+    /// without one. Returns the failure.
+    std::string Play(const std::string& strScript, bool bCanvas = true) {
         CSessionPlatform session(m_parts, ParseScript(strScript, "s"));
         {
             CSessionScope scope(session.GetPlatform());
             CreateMainFrame();
-            if (szCanvas.cx > 0) OpenCanvas(szCanvas);
+            if (bCanvas) OpenCanvas();
             scope.Run();
         }
-        m_vShown = session.GetLog().GetShown();
         return session.GetFailure();
     }
 
     CMemoryFiles m_files;
     CNoPlaces m_places;
     CImageCodecs m_codecs{m_files};
-    TSessionParts m_parts{m_files, m_places, m_places, m_codecs, nullptr, nullptr, nullptr, nullptr, {}};
-    std::vector<TShown> m_vShown; ///< by the last session
+    TSessionParts m_parts{m_files, m_places, m_places, m_codecs};
 
 private:
-    static void OpenCanvas(CSize sz) {
-        const auto spCanvas = CreateCanvas(sz);
-        for (const wchar_t* pszName : {L"below", L"above"}) {
-            const auto spLayer = CreateRasterLayer(spCanvas);
-            spLayer->setName(pszName);
-            spCanvas->GetRoot().AddLayer(spLayer, -1);
-            spCanvas->GetRoot().SetActiveChild(spLayer);
-            if (pszName[0] != L'a') continue;
-            const uint8_t aRed[] = {0, 0, 255, 255};
-            const auto spBlock = spLayer->GetRaster()->GetBlock({0, 0}, true);
-            dynamic_cast<CColorRasterBlockBuffer&>(*spBlock).LoadPixel(2 * 96 + 1, aRed);
-            spLayer->GetRaster()->GetDirty().Fill(true);
-        }
+    static void OpenCanvas() {
+        const auto spCanvas = CreateCanvas({200, 150});
+        const auto spBelow = CreateRasterLayer(spCanvas), spAbove = CreateRasterLayer(spCanvas);
+        for (const auto& spLayer : {spBelow, spAbove}) spCanvas->GetRoot().AddLayer(spLayer, -1);
+        spCanvas->GetRoot().SetActiveChild(spAbove);
+        const uint8_t aRed[] = {0, 0, 255, 255};
+        const auto spBlock = spAbove->GetRaster()->GetBlock({0, 0}, true);
+        dynamic_cast<CColorRasterBlockBuffer&>(*spBlock).LoadPixel(2 * 96 + 1, aRed);
+        spAbove->GetRaster()->GetDirty().Fill(true);
         g_pMainFrame->OpenFrame(CreateCanvasFrame(spCanvas));
     }
 };

@@ -1,99 +1,48 @@
 #include "session/SessionWindows.h"
 
-#include "core/Platform/System.h"
 #include "session/VirtualClock.h"
+#include "tests/session/LogClient.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
-/// Writes down what its window tells it: "name message".
-class CClient : public IWindowClient {
-public:
-    CClient(std::string strName, std::vector<std::string>& vLog)
-        : m_strName(std::move(strName)), m_vLog(vLog) {}
-
-    bool OnMessage(const TMessage& msg) override {
-        switch (msg.id) {
-        case EMessage::MdiActivate:
-            Note(msg.wParam ? "on" : "off");
-            return true;
-        case EMessage::Destroy:
-            Note("destroy");
-            return false;
-        case EMessage::Size:
-            Note("size " + std::to_string(msg.wParam) + "x" + std::to_string(msg.lParam));
-            return true;
-        case EMessage::Timer:
-            Note("timer " + std::to_string(msg.wParam));
-            return true;
-        default:
-            return false;
-        }
-    }
-    void OnPaint(IPaintTarget& target, const CRect& rc) override {
-        Note("paint " + std::to_string(rc.left) + "," + std::to_string(rc.top) + "," +
-             std::to_string(rc.right) + "," + std::to_string(rc.bottom));
-        const std::vector<uint8_t> vBlue(static_cast<size_t>(rc.right) * 4 * static_cast<size_t>(rc.bottom),
-                                         200);
-        target.Blit(vBlue.data(), rc.right * 4, {rc.right, rc.bottom}, rc);
-    }
-    void OnFinalMessage() override { Note("final"); }
-
-private:
-    void Note(const std::string& str) { m_vLog.push_back(m_strName + " " + str); }
-
-    std::string m_strName;
-    std::vector<std::string>& m_vLog;
-};
-
 class SessionWindows : public testing::Test {
 protected:
-    SessionWindows() { m_pMain = m_windows.CreateMainWindow(m_main, {L"main", {}, {}}); }
+    SessionWindows() { m_pMain = m_windows.CreateMainWindow(m_main, {}); }
 
-    CSessionCanvasWindow& Open(CClient& client) {
+    CSessionCanvasWindow& Open(CLogClient& client) {
         ICanvasWindow* pWindow = m_windows.CreateCanvasWindow(*m_pMain, client, {});
         pWindow->Show();
         return dynamic_cast<CSessionCanvasWindow&>(*pWindow);
     }
-    std::vector<std::string> Take() { return std::exchange(m_vLog, {}); }
-    void Deliver() {
-        TMessage msg;
-        while (m_queue.Peek() && m_queue.Get(msg) == 1) m_queue.Dispatch(msg);
-    }
-
-    using TLog = std::vector<std::string>;
+    TLog Take() { return std::exchange(m_vLog, {}); }
 
     TLog m_vLog;
-    CClient m_main{"main", m_vLog}, m_a{"a", m_vLog}, m_b{"b", m_vLog}, m_c{"c", m_vLog};
+    CLogClient m_main{"main", m_vLog}, m_a{"a", m_vLog}, m_b{"b", m_vLog}, m_c{"c", m_vLog};
     CMessageQueue m_queue;
     CVirtualClock m_clock;
     CSessionWindows m_windows{m_queue, m_clock};
     IMainWindow* m_pMain;
 };
 
-TEST_F(SessionWindows, TheOneUsedBeforeFollowsAClosedOne) {
+TEST_F(SessionWindows, WindowsGoOneAfterTheOther) {
     CSessionCanvasWindow& a = Open(m_a);
     Open(m_b);
-    CSessionCanvasWindow& c = Open(m_c);
+    Open(m_c);
     EXPECT_EQ(Take(), (TLog{"a on", "a off", "b on", "b off", "c on"}));
     a.Activate();
     a.Activate();
     EXPECT_EQ(Take(), (TLog{"c off", "a on"}));
+    // The one used before follows a closed one.
     SendMessage({&a, EMessage::Close});
-    EXPECT_EQ(Take(), (TLog{"a off", "c on", "a destroy", "a final"}));
-    EXPECT_EQ(m_windows.GetActive(), &c);
-}
+    EXPECT_EQ(Take(), (TLog{"a close", "a off", "c on", "a destroy", "a final"}));
 
-TEST_F(SessionWindows, TheMainWindowTakesItsChildrenWithIt) {
-    Open(m_a);
-    Open(m_b);
-    Take();
-    EXPECT_EQ(m_windows.CreateMainWindow(m_c, {}), nullptr);
+    EXPECT_EQ(m_windows.CreateMainWindow(m_a, {}), nullptr);
     m_queue.Post({m_pMain, EMessage::InitMenuPopup});
     SendMessage({m_pMain, EMessage::Close});
-    EXPECT_EQ(Take(),
-              (TLog{"b off", "main destroy", "a destroy", "a final", "b destroy", "b final", "main final"}));
+    EXPECT_EQ(Take(), (TLog{"main close", "c off", "main destroy", "b destroy", "b final", "c destroy",
+                            "c final", "main final"}));
     EXPECT_FALSE(m_queue.Peek());
     EXPECT_EQ(m_windows.CreateCanvasWindow(*m_pMain, m_a, {}), nullptr);
     m_windows.FreeDead();
@@ -102,19 +51,17 @@ TEST_F(SessionWindows, TheMainWindowTakesItsChildrenWithIt) {
 
 TEST_F(SessionWindows, PaintsWhatWasInvalidatedOnce) {
     CSessionCanvasWindow& a = Open(m_a);
-    EXPECT_EQ(a.GetClientSize(), (CSize{1000, 700}));
     m_windows.Paint();
-    a.Invalidate({10, 10, 20, 20});
-    a.Invalidate({15, 5, 40, 12});
-    a.Invalidate({-50, 690, -1, 700});
+    for (const CRect& rc : {CRect(10, 10, 20, 20), CRect(15, 5, 40, 12), CRect(-50, 690, -1, 700)})
+        a.Invalidate(rc);
     m_windows.Paint();
     m_windows.Paint();
-    EXPECT_EQ(Take(), (TLog{"a on", "a paint 0,0,1000,700", "a paint 10,5,40,20"}));
+    EXPECT_EQ(Take(), (TLog{"a on", "a paint 0 0 1000 700", "a paint 10 5 40 20"}));
     a.SetRect({5, 5, 35, 25});
     a.SetRect({7, 7, 37, 27});
     EXPECT_EQ(a.GetGlass().GetPixel({29, 19})[0], 0);
     m_windows.Paint();
-    EXPECT_EQ(Take(), (TLog{"a size 30x20", "a paint 0,0,30,20"}));
+    EXPECT_EQ(Take(), (TLog{"a size 30 20", "a paint 0 0 30 20"}));
     EXPECT_EQ(a.GetGlass().GetPixel({29, 19})[2], 200);
 }
 
@@ -127,14 +74,13 @@ TEST_F(SessionWindows, TimersFollowTheClockWithOneMessageAtATime) {
     const auto pass = [&](uint32_t u) {
         m_clock.Advance(u);
         m_windows.PostTimers();
-        Deliver();
+        for (TMessage msg; m_queue.Peek() && m_queue.Get(msg) == 1;) m_queue.Dispatch(msg);
         return Take();
     };
     EXPECT_EQ(m_windows.UntilTimer(), 100u);
     EXPECT_EQ(pass(99), TLog{});
     EXPECT_EQ(pass(1), TLog{"a timer 1"});
     EXPECT_EQ(pass(450), (TLog{"a timer 1", "a timer 2"})); // four and two periods
-    EXPECT_EQ(m_windows.UntilTimer(), 50u);
     a.KillTimer(1);
     EXPECT_EQ(pass(199), TLog{});
     EXPECT_EQ(pass(1), TLog{"a timer 2"});
@@ -142,27 +88,25 @@ TEST_F(SessionWindows, TimersFollowTheClockWithOneMessageAtATime) {
     m_windows.PostTimers();
     a.Destroy();
     Take();
-    Deliver();
-    EXPECT_EQ(Take(), TLog{});
+    EXPECT_EQ(pass(0), TLog{});
     EXPECT_EQ(m_windows.UntilTimer(), std::nullopt);
 }
 
 TEST_F(SessionWindows, ArrangesChildrenWithoutGapsOrOverlap) {
-    std::vector<CSessionCanvasWindow*> vWindows{&Open(m_a), &Open(m_b), &Open(m_c)};
-    for (const EArrange arrange : {EArrange::TileHorizontal, EArrange::TileVertical}) {
-        m_pMain->ArrangeChildren(arrange);
+    const CSessionCanvasWindow* apWindows[] = {&Open(m_a), &Open(m_b), &Open(m_c)};
+    for (const bool bStacked : {false, true}) {
+        m_pMain->ArrangeChildren(bStacked ? EArrange::TileHorizontal : EArrange::TileVertical);
         int64_t nArea = 0;
-        for (const auto* pOne : vWindows) {
+        for (const auto* pOne : apWindows) {
             nArea += int64_t{pOne->GetRect().Width()} * pOne->GetRect().Height();
-            for (const auto* pOther : vWindows)
+            for (const auto* pOther : apWindows)
                 EXPECT_TRUE(pOne == pOther || pOne->GetRect().Intersect(pOther->GetRect()).IsEmpty());
         }
         EXPECT_EQ(nArea, 1280 * 800);
+        // In one column, or side by side in one row.
+        EXPECT_EQ(bStacked ? apWindows[1]->GetRect().Width() : apWindows[1]->GetRect().Height(),
+                  bStacked ? 1280 : 800);
     }
-    // Stacked in one column, or side by side in one row.
-    EXPECT_EQ(vWindows[1]->GetRect().Height(), 800);
-    m_pMain->ArrangeChildren(EArrange::TileHorizontal);
-    EXPECT_EQ(vWindows[1]->GetRect().Width(), 1280);
 }
 
 } // namespace

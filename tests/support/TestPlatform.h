@@ -39,8 +39,6 @@ public:
     std::vector<std::wstring> m_vShown; ///< names of dialogs, texts of error boxes
     bool m_bRefuseMain = false;
     bool m_bRefuseCanvas = false;
-    bool m_bNoBitmaps = false;
-    bool m_bFailLocks = false;
     int m_nCodecs = 0; ///< starts without a shutdown
 
 private:
@@ -58,10 +56,7 @@ private:
     uintptr_t Startup() override { return ++m_nCodecs, 1; }
     void Shutdown(uintptr_t) override { --m_nCodecs; }
     boost::shared_ptr<IBitmap> CreateBitmap(CSize sz) override {
-        if (m_bNoBitmaps) return {};
-        auto spBitmap = boost::make_shared<CMemoryBitmap>(sz);
-        spBitmap->m_bFailLocks = m_bFailLocks;
-        return spBitmap;
+        return boost::make_shared<CMemoryBitmap>(sz);
     }
     boost::shared_ptr<IBitmap> Load(const std::wstring&) override { return {}; }
     bool Save(const std::wstring&, IBitmap&) override { return false; }

@@ -1,7 +1,6 @@
 #include "system/FileStore.h"
 
 #include "core/Base/Text.h"
-#include "core/IniConfig/IniConfig.h"
 #include "system/FileLock.h"
 #include "tests/support/TempFolder.h"
 
@@ -9,8 +8,6 @@
 
 #include <atomic>
 #include <csignal>
-#include <fstream>
-#include <stdexcept>
 #include <thread>
 
 #include <sys/resource.h>
@@ -21,207 +18,121 @@
 namespace {
 
 namespace fs = std::filesystem;
+using namespace std::chrono_literals;
 
-std::wstring Wide(const fs::path& path) { return FromUtf8(path.native()); }
+class FileStore : public testing::Test {
+protected:
+    std::wstring Path(const char* pszName) const { return FromUtf8(m_folder.File(pszName).native()); }
+    std::string Content(const char* pszName) { return m_files.Read(Path(pszName)).value_or("(none)"); }
+    ptrdiff_t CountFiles() const { return std::ranges::distance(fs::directory_iterator(m_folder.GetPath())); }
 
-void WriteFile(const fs::path& path, std::string_view strBytes) {
-    std::ofstream(path, std::ios::binary) << strBytes;
-}
+    CTempFolder m_folder;
+    CFileStore m_files;
+};
 
-std::string Content(const fs::path& path) { return CFileStore().Read(Wide(path)).value_or("(none)"); }
-
-ptrdiff_t CountFiles(const fs::path& path) {
-    return std::distance(fs::directory_iterator(path), fs::directory_iterator());
-}
-
-// Runs `body` in a process of its own and gives its process id.
+// True when a process of its own ended by itself and `body` was true there.
 template <class Body>
-pid_t Spawn(Body body) {
+bool InProcess(Body body) {
     const pid_t id = fork();
     if (id == 0) _exit(body() ? 0 : 1);
-    return id;
-}
-
-// True when the process ended by itself and its body was true.
-bool Succeeded(pid_t id) {
     int nStatus = 0;
     return waitpid(id, &nStatus, 0) == id && WIFEXITED(nStatus) && WEXITSTATUS(nStatus) == 0;
 }
 
-// As a user whom rights hold back: the superuser writes everywhere.
-template <class Body>
-bool AsPlainUser(Body body) {
-    return Succeeded(Spawn([&] { return (geteuid() != 0 || seteuid(65534) == 0) && body(); }));
-}
-
 } // namespace
 
-TEST(FileStore, ReplacesAndReadsWholeFiles) {
-    CTempFolder folder;
-    CFileStore files;
-    const fs::path path = folder.File("絵 1.bin");
-    EXPECT_FALSE(files.Read(Wide(path)));
-    std::string strBytes(300000, '\0');
-    for (size_t i = 0; i < strBytes.size(); ++i) strBytes[i] = static_cast<char>(i * 7 >> 3);
-    for (const std::string& str : {strBytes, std::string("short"), std::string()}) {
-        EXPECT_TRUE(files.Replace(Wide(path), str));
-        EXPECT_EQ(Content(path), str);
+TEST_F(FileStore, WritesAndReadsPlainFilesWhole) {
+    for (const std::string& str : {std::string(300000, '\0') + "end", std::string("short"), std::string()}) {
+        EXPECT_TRUE(m_files.Replace(Path("絵 1.bin"), str));
+        EXPECT_EQ(Content("絵 1.bin"), str);
     }
-    EXPECT_EQ(CountFiles(folder.GetPath()), 1) << "nothing is left beside";
+    EXPECT_EQ(CountFiles(), 1) << "nothing is left beside";
+    fs::create_directory(m_folder.File("sub"));
+    ASSERT_EQ(mkfifo(m_folder.File("pipe").c_str(), 0600), 0);
+    fs::create_symlink("loop", m_folder.File("loop"));
+    for (const char* psz : {"sub", "pipe", "loop", "missing/file", "sub/"}) {
+        EXPECT_FALSE(m_files.Read(Path(psz)) || m_files.Replace(Path(psz), "x")) << psz;
+        EXPECT_FALSE(m_files.Update(Path(psz), [](std::string& str) { return str = "x", true; })) << psz;
+    }
+    EXPECT_TRUE(fs::is_fifo(m_folder.File("pipe")));
 }
 
-TEST(FileStore, FollowsLinksAndKeepsRights) {
-    CTempFolder folder;
-    CFileStore files;
-    fs::create_directory(folder.File("real"));
-    WriteFile(folder.File("real/doc"), "old");
-    chmod(folder.File("real/doc").c_str(), 0640);
-    fs::create_symlink("real/doc", folder.File("link"));
-    fs::create_symlink("link", folder.File("link2"));
-    fs::create_symlink("real/later", folder.File("dangling"));
-    EXPECT_TRUE(files.Replace(Wide(folder.File("link2")), "new"));
-    EXPECT_TRUE(files.Update(Wide(folder.File("dangling")), [&](std::string& str) {
-        EXPECT_TRUE(fs::exists(folder.File("real/.later.lock"))) << "one file, one lock, by whatever name";
-        str = "made";
-        return true;
+TEST_F(FileStore, FollowsLinksAndKeepsRights) {
+    const fs::path pathDoc = m_folder.File("real/doc");
+    fs::create_directory(m_folder.File("real"));
+    m_files.Replace(Path("real/doc"), "old");
+    chmod(pathDoc.c_str(), 0640);
+    const uid_t uOwner = chown(pathDoc.c_str(), 65534, 65534) == 0 ? 65534u : geteuid(); // where we may
+    fs::create_symlink("real/doc", m_folder.File("link"));
+    fs::create_symlink("link", m_folder.File("link2"));
+    fs::create_symlink("real/later", m_folder.File("dangling"));
+    EXPECT_TRUE(m_files.Replace(Path("link2"), "new"));
+    EXPECT_TRUE(m_files.Update(Path("dangling"), [&](std::string& str) {
+        EXPECT_TRUE(fs::exists(m_folder.File("real/.later.lock"))) << "one file, one lock, by whatever name";
+        return str = "made", true;
     }));
-    EXPECT_EQ(Content(folder.File("real/doc")), "new");
-    EXPECT_EQ(Content(folder.File("real/later")), "made");
-    EXPECT_EQ(fs::status(folder.File("real/doc")).permissions(), fs::perms{0640});
-    for (const char* pszLink : {"link", "link2", "dangling"})
-        EXPECT_TRUE(fs::is_symlink(folder.File(pszLink)));
-    if (geteuid() == 0 && chown(folder.File("real/doc").c_str(), 65534, 65534) == 0) {
-        EXPECT_TRUE(files.Replace(Wide(folder.File("link")), "newer"));
-        struct stat status {};
-        stat(folder.File("real/doc").c_str(), &status);
-        EXPECT_EQ(status.st_uid, 65534u) << "the file stays its owner's";
-        EXPECT_EQ(status.st_mode & 07777, 0640u);
-    }
+    EXPECT_TRUE(Content("real/doc") == "new" && Content("real/later") == "made");
+    for (const char* psz : {"link", "link2", "dangling"}) EXPECT_TRUE(fs::is_symlink(m_folder.File(psz)));
+    struct stat status {};
+    EXPECT_TRUE(stat(pathDoc.c_str(), &status) == 0 && status.st_uid == uOwner);
+    EXPECT_EQ(status.st_mode & 07777, 0640u);
 }
 
-TEST(FileStore, TouchesPlainFilesOnly) {
-    CTempFolder folder;
-    CFileStore files;
-    const auto edit = [](std::string& str) { return str = "x", true; };
-    fs::create_directory(folder.File("sub"));
-    ASSERT_EQ(mkfifo(folder.File("pipe").c_str(), 0600), 0);
-    fs::create_symlink("loop", folder.File("loop"));
-    for (const char* pszName : {"sub", "pipe", "loop", "missing/file", "sub/"}) {
-        const std::wstring strPath = Wide(folder.File(pszName));
-        EXPECT_FALSE(files.Read(strPath)) << pszName;
-        EXPECT_FALSE(files.Replace(strPath, "x")) << pszName;
-        EXPECT_FALSE(files.Update(strPath, edit)) << pszName;
-    }
-    EXPECT_TRUE(fs::is_fifo(folder.File("pipe")));
-    EXPECT_FALSE(files.Read(L"") || files.Replace(L"", "x") || files.Update(L"", edit));
-}
-
-TEST(FileStore, AFailedWriteLeavesTheOldFile) {
-    CTempFolder folder;
-    const fs::path path = folder.File("doc");
-    WriteFile(path, "old");
-    const auto writeFails = [&] { return !CFileStore().Replace(Wide(path), std::string(1 << 20, 'n')); };
-    EXPECT_TRUE(Succeeded(Spawn([&] { // as on a full disk
+TEST_F(FileStore, AFailedWriteLeavesTheOldFile) {
+    const auto replaceFails = [&] { return !m_files.Replace(Path("doc"), std::string(1 << 20, 'n')); };
+    const auto updateFails = [&](bool bWrite) {
+        return !m_files.Update(Path("doc"), [&](std::string& str) { return str = "new", bWrite; });
+    };
+    EXPECT_TRUE(updateFails(false) && CountFiles() == 0);
+    m_files.Replace(Path("doc"), "old");
+    EXPECT_TRUE(updateFails(false));
+    EXPECT_THROW(m_files.Update(Path("doc"), [](auto&) -> bool { throw std::bad_alloc(); }), std::bad_alloc);
+    EXPECT_TRUE(InProcess([&] { // as on a full disk
         signal(SIGXFSZ, SIG_IGN);
         const rlimit limit{65536, 65536};
-        return setrlimit(RLIMIT_FSIZE, &limit) == 0 && writeFails();
-    })));
-    chmod(folder.GetPath().c_str(), 0755); // readable, and not writable for others
-    chmod(path.c_str(), 0666);
-    if (geteuid() == 0) {
-        EXPECT_TRUE(AsPlainUser(writeFails));
-        EXPECT_TRUE(AsPlainUser([&] {
-            const auto timeStart = std::chrono::steady_clock::now();
-            CIniConfigData(Wide(path), L"S", *std::make_unique<CFileStore>()).SetInt(L"k", 1);
-            return std::chrono::steady_clock::now() - timeStart < std::chrono::seconds(1);
-        })) << "no waiting for a lock that cannot be";
+        return setrlimit(RLIMIT_FSIZE, &limit) == 0 && replaceFails();
+    }));
+    // A file that cannot be read is not an empty one; a lock that cannot be made is not waited for.
+    for (const bool bReadable : {false, true}) {
+        chmod(m_folder.GetPath().c_str(), bReadable ? 0555 : 0777);
+        chmod(m_folder.File("doc").c_str(), bReadable ? 0666 : 0222);
+        EXPECT_TRUE(InProcess([&] { // rights do not hold back the superuser
+            const auto timeEnd = std::chrono::steady_clock::now() + 1s;
+            return (geteuid() != 0 || seteuid(65534) == 0) && updateFails(true) &&
+                   (!bReadable || replaceFails()) && std::chrono::steady_clock::now() < timeEnd;
+        })) << bReadable;
     }
-    EXPECT_EQ(Content(path), "old");
-    EXPECT_EQ(CountFiles(folder.GetPath()), 1);
+    chmod(m_folder.GetPath().c_str(), 0755);
+    EXPECT_EQ(Content("doc"), "old");
+    EXPECT_EQ(CountFiles(), 1);
 }
 
-TEST(FileStoreUpdate, WritesOnlyWhenTheEditSaysSo) {
-    CTempFolder folder;
-    CFileStore files;
-    const fs::path path = folder.File("a.ini");
-    EXPECT_FALSE(files.Update(Wide(path), [](std::string& str) { return str = "x", false; }));
-    EXPECT_FALSE(fs::exists(path));
-    EXPECT_THROW(files.Update(Wide(path), [](std::string&) -> bool { throw std::runtime_error("edit"); }),
-                 std::runtime_error);
-    EXPECT_TRUE(files.Update(Wide(path), [](std::string& str) { return str += "1", true; }));
-    EXPECT_TRUE(files.Update(Wide(path), [](std::string& str) { return str += "2", true; }));
-    EXPECT_EQ(Content(path), "12");
-    if (geteuid() == 0) {
-        chmod(folder.GetPath().c_str(), 0777);
-        chmod(path.c_str(), 0222);
-        EXPECT_TRUE(AsPlainUser([&] {
-            return !CFileStore().Update(Wide(path), [](std::string& str) { return str += "3", true; });
-        })) << "a file that cannot be read is not an empty one";
-        EXPECT_EQ(Content(path), "12");
-    }
-    EXPECT_EQ(CountFiles(folder.GetPath()), 1) << "the lock is gone too";
-}
-
-TEST(FileStoreUpdate, ConcurrentWritersLoseNothing) {
-    CTempFolder folder;
-    const std::wstring strPath = Wide(folder.File("a.ini"));
-    constexpr int KEYS = 20;
-    const auto writeKeys = [&](int nWriter) {
-        CFileStore files;
-        CIniConfigData section(strPath, L"Writer" + std::to_wstring(nWriter % 3), files);
-        for (int i = 0; i < KEYS; ++i)
-            section.SetInt(std::to_wstring(nWriter) + L"-" + std::to_wstring(i), i);
-        return true;
-    };
-    std::vector<pid_t> vProcesses;
-    for (int n = 0; n < 3; ++n) vProcesses.push_back(Spawn([&, n] { return writeKeys(n); }));
-    std::vector<std::thread> vThreads;
-    for (int n = 3; n < 6; ++n) vThreads.emplace_back(writeKeys, n);
-    for (auto& thread : vThreads) thread.join();
-    for (const pid_t id : vProcesses) EXPECT_TRUE(Succeeded(id));
-    CFileStore files;
-    for (int n = 0; n < 6; ++n) {
-        CIniConfigData section(strPath, L"Writer" + std::to_wstring(n % 3), files);
-        for (int i = 0; i < KEYS; ++i)
-            EXPECT_EQ(section.GetInt(std::to_wstring(n) + L"-" + std::to_wstring(i), -1), i) << n;
-    }
-    EXPECT_EQ(CountFiles(folder.GetPath()), 1);
-}
-
-TEST(FileLock, IsBoundedAndOutlivedByNobody) {
-    using namespace std::chrono_literals;
-    CTempFolder folder;
-    const std::string strPath = folder.File("a.ini").native();
+TEST_F(FileStore, LocksAreBoundedAndOutlivedByNobody) {
+    const std::string strPath = m_folder.File("a.ini").native();
+    const auto canLock = [&] { return CFileLock(strPath, 20ms).IsLocked(); };
     {
         CFileLock lock(strPath, 0ms);
-        EXPECT_TRUE(lock.IsLocked());
-        EXPECT_FALSE(CFileLock(strPath, 20ms).IsLocked()) << "exclusive inside a process";
-        EXPECT_TRUE(Succeeded(Spawn([&] { return !CFileLock(strPath, 20ms).IsLocked(); })));
+        EXPECT_TRUE(lock.IsLocked() && !canLock() && !InProcess(canLock));
     }
     // A process that dies with the lock in its hand.
-    EXPECT_TRUE(Succeeded(Spawn([&] { return (new CFileLock(strPath, 0ms))->IsLocked(); })));
-    EXPECT_TRUE(fs::exists(folder.File(".a.ini.lock")));
-    EXPECT_TRUE(CFileLock(strPath, 0ms).IsLocked());
+    EXPECT_TRUE(InProcess([&] { return (new CFileLock(strPath, 0ms))->IsLocked(); }));
+    EXPECT_TRUE(canLock());
 }
 
-TEST(FileLock, IsNeverHeldTwiceWhenManyWaitForItsRemoval) {
-    CTempFolder folder;
-    const std::string strPath = folder.File("a.ini").native();
+TEST_F(FileStore, ConcurrentWritersLoseNothingAndNeverMeet) {
     std::atomic<int> nHolders{0};
-    std::atomic<int> nTogether{0};
-    std::atomic<int> nMissed{0};
     std::vector<std::thread> vThreads;
     for (int n = 0; n < 6; ++n)
         vThreads.emplace_back([&] {
-            for (int i = 0; i < 400; ++i) {
-                const CFileLock lock(strPath, std::chrono::seconds(20));
-                nMissed += !lock.IsLocked();
-                nTogether += ++nHolders > 1;
-                std::this_thread::yield();
-                --nHolders;
-            }
+            for (int i = 0; i < 60; ++i) // many waiters see the lock's file removed and made anew
+                CFileStore().Update(Path("a.ini"), [&](std::string& str) {
+                    EXPECT_EQ(++nHolders, 1);
+                    std::this_thread::yield();
+                    --nHolders;
+                    return str += "x", i % 20 == 0;
+                });
         });
     for (auto& thread : vThreads) thread.join();
-    EXPECT_EQ(nTogether, 0);
-    EXPECT_EQ(nMissed, 0);
+    EXPECT_EQ(Content("a.ini"), std::string(6 * 3, 'x'));
+    EXPECT_EQ(CountFiles(), 1);
 }

@@ -2,72 +2,48 @@
 // below.
 #include "UiTest.h"
 
-#include <QPointer>
-#include <QProcess>
-#include <QStyle>
-#include <QTimer>
-
-#include <cstdio>
-
 namespace {
-
-int g_nFailures = 0;
-
-void Check(bool bCondition, const char* pszWhat) {
-    if (bCondition) return;
-    ++g_nFailures;
-    std::fprintf(stderr, "failed: %s\n", pszWhat);
-}
 
 void RunSessionInHandler() {
     // What the host left for later before it called us is still in its hands.
-    auto* pHostObject = new QObject;
-    const QPointer<QObject> pHostGuard = pHostObject;
+    const QPointer<QObject> pHostObject = new QObject;
     pHostObject->deleteLater();
-    QPointer<QWidget> pMainGuard;
     {
         CUiSession session;
-        std::vector<std::string> vLog;
+        TLog vLog;
         CTestClient client("main", vLog), canvas("canvas", vLog);
-        IMainWindow* pMain =
-            session.m_platform.GetWindows().CreateMainWindow(client, {L"Vellumcraft", {}, {}});
-        pMainGuard = dynamic_cast<QWidget*>(pMain);
+        IMainWindow* pMain = session.CreateMain(client);
+        const QPointer<QWidget> pMainGuard = dynamic_cast<QWidget*>(pMain);
         pMain->Show();
-        session.m_platform.GetWindows().CreateCanvasWindow(*pMain, canvas, {L"絵", {}})->Show();
+        session.m_windows.CreateCanvasWindow(*pMain, canvas, {})->Show();
         session.Turn();
-        Check(QApplication::activeModalWidget() == pMainGuard, "the host's windows take no input");
+        EXPECT_EQ(QApplication::activeModalWidget(), pMainGuard) << "the host's windows would take input";
         pMainGuard->close();
         session.Turn();
-        Check(!vLog.empty() && vLog.back() == "main: final", "closing goes through messages");
-        Check(pMainGuard.isNull(), "the windows are freed at the host's level of the loop");
-        Check(!pHostGuard.isNull(), "the host's object is left to the host");
+        EXPECT_EQ(vLog.back(), "main final");
+        EXPECT_TRUE(pMainGuard.isNull()) << "not freed at the host's level of the loop";
+        EXPECT_FALSE(pHostObject.isNull());
     }
-    qApp->exit(g_nFailures);
+    qApp->exit(7);
 }
 
 } // namespace
 
 int RunHosted(int nArguments, char** ppszArguments) {
     QApplication application(nArguments, ppszArguments);
-    const QFont font = application.font();
-    const QPalette palette = application.palette();
-    QString strStyle = application.style()->name();
+    const auto look = [&] {
+        return std::tuple(application.font(), application.palette(), application.style()->name(),
+                          application.styleSheet(), application.quitOnLastWindowClosed());
+    };
+    const auto lookBefore = look();
     QTimer::singleShot(0, RunSessionInHandler);
     // The session's window is the only one and closes: the host must not end by that, but by our exit.
-    const int nResult = application.exec();
-    Check(nResult == 0, "the host's loop ended otherwise");
-    Check(!OwnsApplication(), "the application object is the host's");
-    Check(application.font() == font && application.palette() == palette, "font and palette as before");
-    Check(application.style()->name() == strStyle && application.styleSheet().isEmpty(), "style as before");
-    Check(application.quitOnLastWindowClosed(), "quitOnLastWindowClosed as before");
-    return g_nFailures;
+    EXPECT_EQ(application.exec(), 7);
+    EXPECT_FALSE(OwnsApplication());
+    EXPECT_TRUE(look() == lookBefore);
+    return testing::UnitTest::GetInstance()->Passed() ? 0 : 1;
 }
 
 TEST(Hosted, LeavesTheHostsApplicationAlone) {
-    QProcess process;
-    process.setProcessChannelMode(QProcess::MergedChannels);
-    process.start(QCoreApplication::applicationFilePath(), {"--hosted"});
-    ASSERT_TRUE(process.waitForFinished());
-    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
-    EXPECT_EQ(process.exitCode(), 0) << process.readAll().toStdString();
+    EXPECT_EQ(QProcess::execute(QCoreApplication::applicationFilePath(), {"--hosted"}), 0);
 }

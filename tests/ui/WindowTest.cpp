@@ -2,13 +2,6 @@
 
 #include "ui/QtMdiArrange.h"
 
-#include <QMdiArea>
-#include <QMdiSubWindow>
-#include <QPointer>
-#include <QScrollBar>
-#include <QTimer>
-#include <QWheelEvent>
-
 namespace {
 
 QMdiSubWindow& WidgetOf(ICanvasWindow* pWindow) { return *dynamic_cast<QMdiSubWindow*>(pWindow); }
@@ -16,82 +9,49 @@ QAbstractScrollArea& ViewOf(ICanvasWindow* pWindow) {
     return *qobject_cast<QAbstractScrollArea*>(WidgetOf(pWindow).widget());
 }
 
-/// A bitmap whose every pixel tells its place.
-std::vector<uint8_t> MakePixels(CSize sz) {
-    std::vector<uint8_t> vPixels;
-    for (int y = 0; y < sz.cy; ++y)
-        for (int x = 0; x < sz.cx; ++x)
-            vPixels.insert(vPixels.end(), {static_cast<uint8_t>(x), static_cast<uint8_t>(y), 0x5A});
-    return vPixels;
-}
-
 } // namespace
 
 TEST_F(CUiTest, ClosingGoesThroughMessages) {
-    CTestClient& canvas = MakeClient("canvas");
-    const QPointer<QWidget> pWidget = &WidgetOf(MakeCanvas(canvas, L"絵"));
-    canvas.m_fnHandle = [](const TMessage& msg) { return msg.id == EMessage::Close; };
-    pWidget->close();
-    EXPECT_TRUE(pWidget->isVisible());
-    Turn();
-    EXPECT_TRUE(pWidget && pWidget->isVisible());
-
-    canvas.m_fnHandle = {};
+    const QPointer<QWidget> pWidget = &WidgetOf(Open(m_a));
     m_vLog.clear();
+    m_a.m_fnHandle = [](const TMessage& msg) { return msg.id == EMessage::Close; };
+    pWidget->close();
+    EXPECT_EQ(m_vLog, TLog());
+    Turn();
+    EXPECT_EQ(m_vLog, TLog{"a close"});
+    ASSERT_TRUE(pWidget && pWidget->isVisible());
+
+    m_a.m_fnHandle = {};
     pWidget->close();
     pWidget->close(); // the second one waits for a window that is gone by then
     Turn();
-    EXPECT_EQ(m_vLog, (std::vector<std::string>{"canvas: close 0", "canvas: activate 0", "canvas: destroy 0",
-                                                "canvas: final"}));
+    EXPECT_EQ(m_vLog, (TLog{"a close", "a close", "a off", "a destroy", "a final"}));
     EXPECT_TRUE(pWidget.isNull());
 }
 
-TEST_F(CUiTest, TheOneUsedBeforeFollowsAClosedChild) {
-    CTestClient& a = MakeClient("a");
-    CTestClient& b = MakeClient("b");
-    CTestClient& c = MakeClient("c");
-    ICanvasWindow* pA = MakeCanvas(a, L"A");
-    MakeCanvas(b, L"B");
-    ICanvasWindow* pC = MakeCanvas(c, L"C");
-    pA->Activate();
-    pC->Activate();
-    m_vLog.clear();
-    pC->Destroy();
-    Turn();
-    EXPECT_EQ(m_vLog,
-              (std::vector<std::string>{"c: activate 0", "a: activate 1", "c: destroy 0", "c: final"}));
-}
-
 TEST_F(CUiTest, MainWindowTakesItsChildrenWithIt) {
-    CTestClient& a = MakeClient("a");
-    CTestClient& b = MakeClient("b");
-    const QPointer<QWidget> pA = &WidgetOf(MakeCanvas(a, L"A"));
-    MakeCanvas(b, L"B")->SetTimer(1, 0);
-    const QPointer<QWidget> pMain = &GetWidget();
+    const QPointer<QWidget> pA = &WidgetOf(Open(m_a)), pMain = &GetWidget();
+    Open(m_b)->SetTimer(1, 0);
     m_vLog.clear();
     pMain->close();
     Turn();
-    EXPECT_EQ(m_vLog,
-              (std::vector<std::string>{"main: close 0", "b: activate 0", "main: destroy 0", "a: destroy 0",
-                                        "a: final", "b: destroy 0", "b: final", "main: final"}));
-    EXPECT_TRUE(pMain.isNull());
-    EXPECT_TRUE(pA.isNull());
+    EXPECT_EQ(m_vLog, (TLog{"main close", "b off", "main destroy", "a destroy", "a final", "b destroy",
+                            "b final", "main final"}));
+    EXPECT_TRUE(pMain.isNull() && pA.isNull());
     // One session, one main window after the other.
-    m_pMain = m_platform.GetWindows().CreateMainWindow(m_main, {L"Vellumcraft", {}, {}});
+    m_pMain = CreateMain(m_main);
     ASSERT_TRUE(m_pMain);
-    EXPECT_FALSE(m_platform.GetWindows().CreateMainWindow(m_main, {L"Vellumcraft", {}, {}}));
+    EXPECT_FALSE(CreateMain(m_main));
 }
 
 TEST(QtPlatform, WindowsOfABrokenSessionGoWithoutAWord) {
-    std::vector<std::string> vLog;
+    TLog vLog;
     auto pSession = std::make_unique<CUiSession>();
     {
         CTestClient main("main", vLog), canvas("canvas", vLog);
-        IMainWindow* pMain =
-            pSession->m_platform.GetWindows().CreateMainWindow(main, {L"Vellumcraft", {}, {}});
+        IMainWindow* pMain = pSession->CreateMain(main);
         pMain->Show();
-        ICanvasWindow* pCanvas =
-            pSession->m_platform.GetWindows().CreateCanvasWindow(*pMain, canvas, {L"絵", {}});
+        ICanvasWindow* pCanvas = pSession->m_windows.CreateCanvasWindow(*pMain, canvas, {});
         pCanvas->Show();
         pCanvas->SetTimer(1, 20);
         pSession->Turn();
@@ -99,47 +59,41 @@ TEST(QtPlatform, WindowsOfABrokenSessionGoWithoutAWord) {
     vLog.clear();
     // The session's end takes the windows; a word to their clients, gone by now, would be a word to the dead.
     pSession.reset();
-    EXPECT_TRUE(vLog.empty());
+    EXPECT_EQ(vLog, TLog());
 }
 
 TEST_F(CUiTest, TimersDoNotPileUp) {
-    CTestClient& canvas = MakeClient("canvas");
-    ICanvasWindow* pCanvas = MakeCanvas(canvas, L"絵");
+    ICanvasWindow* pCanvas = Open(m_a);
+    const TParams& vTimers = m_a.Got(EMessage::Timer);
+    m_a.m_fnHandle = [&](const TMessage& msg) {
+        if (msg.id == EMessage::Timer && vTimers.size() != 3)
+            pCanvas->KillTimer(static_cast<int>(msg.wParam));
+        return true;
+    };
     pCanvas->SetTimer(15, 1);
     pCanvas->SetTimer(16, 1);
     QTest::qWait(40); // a modal dialog: events run, messages wait
-    size_t nCounts[2] = {};
-    while (m_queue.Peek() && nCounts[0] + nCounts[1] < 10) {
-        TMessage msg;
-        m_queue.Get(msg);
-        if (msg.id == EMessage::Timer) ++nCounts[msg.wParam - 15];
-        if (nCounts[0] > 1 || nCounts[1] > 1) break;
-        if (nCounts[0] == 1 && nCounts[1] == 1) break;
-    }
-    EXPECT_EQ(nCounts[0], 1u);
-    EXPECT_EQ(nCounts[1], 1u);
-    // Once taken they come again, until they are stopped.
-    QTest::qWait(5);
-    Turn([&](const TMessage&) {
-        pCanvas->KillTimer(15);
-        pCanvas->KillTimer(16);
-        return false;
-    });
-    EXPECT_GE(canvas.Got(EMessage::Timer).size(), 1u);
-    const size_t nTimers = canvas.Got(EMessage::Timer).size();
-    QTest::qWait(10);
     Turn();
-    EXPECT_EQ(canvas.Got(EMessage::Timer).size(), nTimers);
+    EXPECT_THAT(vTimers, testing::UnorderedElementsAre(testing::Pair(15, 0), testing::Pair(16, 0)));
+    // Once taken it comes again, until it is stopped.
+    pCanvas->SetTimer(17, 1);
+    for (int n = 0; n < 10; ++n) QTest::qWait(5), Turn();
+    EXPECT_EQ(vTimers.size(), 4u);
 }
 
 TEST_F(CUiTest, PaintReachesTheGlassPixelForPixel) {
-    CTestClient& canvas = MakeClient("canvas");
-    ICanvasWindow* pCanvas = nullptr;
-    canvas.m_fnPaint = [&](IPaintTarget& target, const CRect& rc) {
-        const CSize sz = pCanvas->GetClientSize();
-        target.Blit(MakePixels(sz).data(), sz.cx * 3, sz, rc);
+    ICanvasWindow* pCanvas = m_windows.CreateCanvasWindow(*m_pMain, m_a, {});
+    QWidget& glass = *ViewOf(pCanvas).viewport();
+    const auto picture = [&] {
+        QImage image(glass.size(), QImage::Format_BGR888);
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x) image.setPixel(x, y, qRgb(0x5A, y & 255, x & 255));
+        return image;
     };
-    pCanvas = m_platform.GetWindows().CreateCanvasWindow(*m_pMain, canvas, {L"絵", {}});
+    m_a.m_fnPaint = [&](IPaintTarget& target, const CRect& rc) {
+        const QImage image = picture();
+        target.Blit(image.constBits(), static_cast<int>(image.bytesPerLine()), pCanvas->GetClientSize(), rc);
+    };
     const CSize szBefore = pCanvas->GetClientSize();
     pCanvas->Show();
     EXPECT_EQ(pCanvas->GetClientSize(), szBefore);
@@ -147,84 +101,62 @@ TEST_F(CUiTest, PaintReachesTheGlassPixelForPixel) {
     EXPECT_EQ(pCanvas->GetRect(), CRect(10, 10, 310, 260));
     Turn();
     const CSize sz = pCanvas->GetClientSize();
-    ASSERT_FALSE(canvas.Got(EMessage::Size).empty());
-    EXPECT_EQ(canvas.Got(EMessage::Size).back().wParam, sz.cx);
-    EXPECT_EQ(canvas.Got(EMessage::Size).back().lParam, sz.cy);
+    EXPECT_THAT(m_a.Got(EMessage::Size), testing::Contains(testing::Pair(sz.cx, sz.cy)));
+    EXPECT_EQ(glass.size(), QSize(sz.cx, sz.cy));
+    EXPECT_EQ(glass.grab().toImage().convertToFormat(QImage::Format_BGR888), picture());
 
-    const QImage image = ViewOf(pCanvas).viewport()->grab().toImage();
-    ASSERT_EQ(image.size(), QSize(sz.cx, sz.cy));
-    for (int y = 0; y < sz.cy; ++y)
-        for (int x = 0; x < sz.cx; ++x)
-            ASSERT_EQ(image.pixel(x, y), qRgb(0x5A, y & 255, x & 255)) << x << ", " << y;
-
-    canvas.m_vPainted.clear();
+    m_a.m_vPainted.clear();
     pCanvas->Invalidate({20, 30, 26, 40});
     Turn();
-    EXPECT_EQ(canvas.m_vPainted, std::vector<CRect>{CRect(20, 30, 26, 40)});
+    EXPECT_EQ(m_a.m_vPainted, std::vector<CRect>{CRect(20, 30, 26, 40)});
 
     ASSERT_TRUE(m_platform.SaveScreenshot(L"/shot.png"));
-    const std::string& strPng = m_files.m_mapFiles[L"/shot.png"];
-    const QImage shot =
-        QImage::fromData(reinterpret_cast<const uchar*>(strPng.data()), static_cast<int>(strPng.size()));
-    const QPoint pt =
-        ViewOf(pCanvas).viewport()->mapTo(&GetWidget(), QPoint()) * GetWidget().devicePixelRatio();
+    const QImage shot = QImage::fromData(QByteArray::fromStdString(m_files.m_mapFiles[L"/shot.png"]));
+    const QPoint pt = glass.mapTo(&GetWidget(), QPoint()) * GetWidget().devicePixelRatio();
     EXPECT_EQ(shot.pixel(pt + QPoint(7, 9)), qRgb(0x5A, 9, 7));
 }
 
 TEST_F(CUiTest, AFailedPaintIsToldAfterIt) {
-    CTestClient& canvas = MakeClient("canvas");
-    int nPaints = 0;
-    canvas.m_fnPaint = [&](IPaintTarget&, const CRect&) {
+    int nPaints = 0, nBoxes = 0;
+    m_a.m_fnPaint = [&](IPaintTarget&, const CRect&) {
         if (++nPaints <= 2)
             m_platform.GetPlatform().boxes.Show(m_pMain, L"壊れた", L"Error", EBoxKind::Error);
     };
-    int nBoxes = 0;
     QTimer timer;
     QObject::connect(&timer, &QTimer::timeout, [&] {
         if (QWidget* pBox = QApplication::activeModalWidget()) ++nBoxes, pBox->close();
     });
     timer.start(5);
-    MakeCanvas(canvas, L"絵")->Invalidate();
+    Open(m_a)->Invalidate();
     for (int n = 0; n < 20; ++n) QTest::qWait(5), Turn();
     EXPECT_GE(nPaints, 2);
-    EXPECT_TRUE(nBoxes == 1 || nBoxes == 2)
-        << nBoxes; // the second paint came behind the first box or after it
+    // The second paint came behind the first box or after it.
+    EXPECT_TRUE(nBoxes == 1 || nBoxes == 2) << nBoxes;
 }
 
 TEST_F(CUiTest, ScrollBarsTellOnlyWhatTheUserDoes) {
-    CTestClient& canvas = MakeClient("canvas");
-    ICanvasWindow* pCanvas = MakeCanvas(canvas, L"絵");
+    ICanvasWindow* pCanvas = Open(m_a);
+    QAbstractScrollArea& view = ViewOf(pCanvas);
     const int nBottom = 2000 - pCanvas->GetClientSize().cy;
     pCanvas->SetScroll({3000, 2000}, {10, 10}, {100, 100}, {50, 9999});
+    EXPECT_EQ(view.verticalScrollBar()->value(), nBottom);
+    view.verticalScrollBar()->triggerAction(QAbstractSlider::SliderSingleStepSub);
+    view.horizontalScrollBar()->triggerAction(QAbstractSlider::SliderPageStepAdd);
     Turn();
-    EXPECT_TRUE(canvas.Got(EMessage::Scroll).empty());
-    QScrollBar* pVertical = ViewOf(pCanvas).verticalScrollBar();
-    EXPECT_EQ(pVertical->value(), nBottom);
-    pVertical->triggerAction(QAbstractSlider::SliderSingleStepSub);
-    ViewOf(pCanvas).horizontalScrollBar()->triggerAction(QAbstractSlider::SliderPageStepAdd);
-    Turn();
-    const std::vector<TMessage> vScroll = canvas.Got(EMessage::Scroll);
-    ASSERT_EQ(vScroll.size(), 2u);
-    EXPECT_EQ(vScroll[0].wParam, 1);
-    EXPECT_EQ(vScroll[0].lParam, nBottom - 10);
-    EXPECT_EQ(vScroll[1].wParam, 0);
-    EXPECT_EQ(vScroll[1].lParam, 150);
+    EXPECT_EQ(m_a.Got(EMessage::Scroll), (TParams{{1, nBottom - 10}, {0, 150}}));
 
-    const auto turn = [&](int nDelta) {
+    // A fine wheel's parts make whole steps.
+    for (const int nDelta : {50, 50, 50, -100, -140, 240}) {
         QWheelEvent event({5, 5}, {5, 5}, {}, {0, nDelta}, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
                           false);
-        QCoreApplication::sendEvent(ViewOf(pCanvas).viewport(), &event);
-    };
-    for (const int nDelta : {50, 50, 50, -100, -140, 240}) turn(nDelta);
+        QCoreApplication::sendEvent(view.viewport(), &event);
+    }
     Turn();
-    std::vector<int64_t> vDeltas;
-    for (const TMessage& msg : canvas.Got(EMessage::MouseWheel)) vDeltas.push_back(msg.wParam);
-    EXPECT_EQ(vDeltas, (std::vector<int64_t>{120, -240, 240}));
+    EXPECT_EQ(m_a.Got(EMessage::MouseWheel), (TParams{{120, 0}, {-240, 0}, {240, 0}}));
 }
 
 TEST_F(CUiTest, AMaximisedChildKeepsItsPlaceForLater) {
-    CTestClient& canvas = MakeClient("canvas");
-    ICanvasWindow* pCanvas = MakeCanvas(canvas, L"絵");
+    ICanvasWindow* pCanvas = Open(m_a);
     pCanvas->SetRect({20, 30, 420, 330});
     WidgetOf(pCanvas).showMaximized();
     Turn();
@@ -235,19 +167,17 @@ TEST_F(CUiTest, AMaximisedChildKeepsItsPlaceForLater) {
 }
 
 TEST(QtMdiArrange, TilesFillTheArea) {
-    EXPECT_EQ(TileRects({300, 90}, 2, true), (std::vector<QRect>{{0, 0, 300, 45}, {0, 45, 300, 45}}));
-    EXPECT_EQ(TileRects({300, 90}, 2, false), (std::vector<QRect>{{0, 0, 150, 90}, {150, 0, 150, 90}}));
-    for (const bool bStacked : {false, true}) {
-        for (int nCount = 1; nCount < 12; ++nCount) {
-            QRegion region;
-            int nPixels = 0;
-            for (const QRect& rc : TileRects({301, 203}, nCount, bStacked)) {
-                region += rc;
-                nPixels += rc.width() * rc.height();
-            }
-            EXPECT_EQ(region, QRegion(0, 0, 301, 203)) << nCount;
-            EXPECT_EQ(nPixels, 301 * 203) << nCount;
+    EXPECT_EQ(TileRects({300, 90}, 2, true)[1], QRect(0, 45, 300, 45));
+    EXPECT_EQ(TileRects({300, 90}, 2, false)[1], QRect(150, 0, 150, 90));
+    for (int n = 2; n < 24; ++n) {
+        QRegion region;
+        int nPixels = 0;
+        for (const QRect& rc : TileRects({301, 203}, n / 2, n % 2 == 0)) {
+            region += rc;
+            nPixels += rc.width() * rc.height();
         }
+        EXPECT_EQ(region, QRegion(0, 0, 301, 203)) << n;
+        EXPECT_EQ(nPixels, 301 * 203) << n;
     }
     for (const QRect& rc : CascadeRects({400, 300}, 30, 24)) EXPECT_TRUE(QRect(0, 0, 400, 300).contains(rc));
 }

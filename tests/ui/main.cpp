@@ -2,14 +2,13 @@
 
 #include <gmock/gmock.h>
 
-#include <cstdlib>
-#include <cstring>
+#include <QByteArray>
 
 int RunHosted(int nArguments, char** ppszArguments);
 
 int main(int nArguments, char** ppszArguments) {
-    setenv("QT_QPA_PLATFORM", "offscreen", 1);
-    if (nArguments > 1 && std::strcmp(ppszArguments[1], "--hosted") == 0)
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (nArguments > 1 && std::string(ppszArguments[1]) == "--hosted")
         return RunHosted(nArguments, ppszArguments);
     testing::InitGoogleMock(&nArguments, ppszArguments);
     return EnsureApplication() ? RUN_ALL_TESTS() : 1;
