@@ -34,6 +34,23 @@ void CCanvasScreen::NoteChanges(const UpdateCounterMatrix& counters) {
     m_counters = counters;
 }
 
+void CCanvasScreen::MarkDirty(const CScreenMap& map, const CRect& rcTarget) {
+    const CRect rc = map.ToCanvas(rcTarget);
+    if (rc.IsEmpty()) return;
+    for (int32_t y = rc.top / DEFAULT_BLOCKSIZE.cy; y <= (rc.bottom - 1) / DEFAULT_BLOCKSIZE.cy; ++y)
+        for (int32_t x = rc.left / DEFAULT_BLOCKSIZE.cx; x <= (rc.right - 1) / DEFAULT_BLOCKSIZE.cx; ++x)
+            m_spDirty->At(x, y) = 1;
+}
+
+void CCanvasScreen::Scroll(const CScreenMap& map, CPoint ptOrigin) {
+    const CPoint ptMove = ptOrigin - m_ptOrigin;
+    const CSize sz = m_pBuffer->GetSize();
+    m_pBuffer->Scroll(ptMove);
+    m_ptOrigin = ptOrigin;
+    MarkDirty(map, ptMove.x > 0 ? CRect(0, 0, ptMove.x, sz.cy) : CRect(sz.cx + ptMove.x, 0, sz.cx, sz.cy));
+    MarkDirty(map, ptMove.y > 0 ? CRect(0, 0, sz.cx, ptMove.y) : CRect(0, sz.cy + ptMove.y, sz.cx, sz.cy));
+}
+
 CRect CCanvasScreen::Refresh(CCanvasBuffer& canvas, const CCanvasView& view) {
     const CSize szClient = view.GetClient();
     if (szClient.cx <= 0 || szClient.cy <= 0) {
@@ -44,14 +61,16 @@ CRect CCanvasScreen::Refresh(CCanvasBuffer& canvas, const CCanvasView& view) {
     NoteChanges(canvas.GetCounters());
     const CScreenMap map(canvas.GetSize(), view.GetOrigin(), view.GetState(), szClient);
     CRect rcChanged;
-    if (!m_pBuffer || !(m_pBuffer->GetSize() == szClient) || !(m_ptOrigin == view.GetOrigin())) {
-        if (!m_pBuffer || !(m_pBuffer->GetSize() == szClient))
-            m_pBuffer = std::make_unique<CGDIBuffer>(szClient);
-        m_ptOrigin = view.GetOrigin();
+    if (!m_pBuffer || !(m_pBuffer->GetSize() == szClient)) {
+        m_pBuffer = std::make_unique<CGDIBuffer>(szClient);
         m_spDirty->Fill(true);
-        DrawSurround(map);
+        m_ptOrigin = view.GetOrigin();
+        rcChanged = CRect({0, 0}, szClient);
+    } else if (!(m_ptOrigin == view.GetOrigin())) {
+        Scroll(map, view.GetOrigin());
         rcChanged = CRect({0, 0}, szClient);
     }
+    if (!rcChanged.IsEmpty()) DrawSurround(map);
     CRasterBuffer& composite = canvas.GetComposite();
     const CSize szBlock = composite.GetBlockSize();
     const CRect rcVisible = map.ToCanvas(map.GetTargetRect());

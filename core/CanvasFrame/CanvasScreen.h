@@ -19,6 +19,10 @@ public:
 
 private:
     void DrawSurround(const CScreenMap& map);
+    /// Moves what the copy holds to where the view now has it, and flags the blocks that come into sight.
+    void Scroll(const CScreenMap& map, CPoint ptOrigin);
+    /// Flags the blocks that a target rectangle shows.
+    void MarkDirty(const CScreenMap& map, const CRect& rcTarget);
     /// Takes the canvas's counters over and flags the blocks that moved on.
     void NoteChanges(const UpdateCounterMatrix& counters);
 

@@ -14,6 +14,17 @@ CGDIBuffer::CGDIBuffer(CSize sz) : m_size(sz), m_nStride((sz.cx * 3 + 3) & ~3) {
     }
 }
 
+void CGDIBuffer::Scroll(CPoint ptMove) {
+    const CRect rcTo = CRect({0, 0}, m_size).Intersect(CRect(ptMove, m_size));
+    if (rcTo.IsEmpty()) return;
+    for (int32_t n = 0; n < rcTo.Height(); ++n) {
+        // Rows that move down are taken from the bottom, so that none is overwritten before it has moved.
+        const int32_t y = ptMove.y > 0 ? rcTo.bottom - 1 - n : rcTo.top + n;
+        std::memmove(GetPixelPtr({rcTo.left, y}), GetPixelPtr(CPoint{rcTo.left, y} - ptMove),
+                     static_cast<size_t>(rcTo.Width()) * 3);
+    }
+}
+
 void CGDIBuffer::FillGrey(const CRect& rc, uint8_t uGrey) {
     const CRect rcIn = rc.Intersect(CRect({0, 0}, m_size));
     if (rcIn.IsEmpty()) return;

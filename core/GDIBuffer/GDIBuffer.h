@@ -23,6 +23,8 @@ public:
         return m_vPixels.data() + static_cast<size_t>(pt.y) * static_cast<size_t>(m_nStride) +
                static_cast<size_t>(pt.x) * 3;
     }
+    /// Moves the whole picture; what moves in from outside is left as it was.
+    void Scroll(CPoint ptMove);
     /// Fills the part of `rc` that lies inside with one colour (grey in all three bytes).
     void FillGrey(const CRect& rc, uint8_t uGrey);
 

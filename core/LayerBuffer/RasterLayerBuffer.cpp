@@ -8,26 +8,32 @@
 
 void CRasterLayerBuffer::Create(const TCanvasPtr& spCanvas) {
     CLayerBuffer::Create(spCanvas);
+    m_pMask = boost::make_shared<CAlphaBufferImpl<uint8_t>>();
+    m_pMask->Create(m_size, DEFAULT_BLOCKSIZE);
     SetRaster(CreatePlane(spCanvas->IsColorRaster(), m_size, DEFAULT_BLOCKSIZE));
 }
 
 void CRasterLayerBuffer::SetRaster(const boost::shared_ptr<CRasterBuffer>& pRaster) {
     SELF_CHECK(illegal_data, pRaster != nullptr);
-    SELF_CHECK(illegal_data, pRaster->GetBufferSize() == m_pDrawBuffer->GetBufferSize());
+    const auto& pMask = m_pMask;
+    SELF_CHECK(illegal_data, pRaster->GetBufferSize() == pMask->GetBufferSize());
     m_pRaster = ConvertPlane(pRaster, GetCanvas()->IsColorRaster());
     m_pRaster->GetDirty().Fill(true);
 }
 
 void CRasterLayerBuffer::RenderOwn(CRasterBlockBuffer& dest) {
-    m_pRaster->BlendBlockInto(dest, nullptr);
     const CPoint pt = dest.GetPosition();
+    const auto spMask = m_pMask->GetBlock(pt, false);
+    m_pRaster->BlendBlockInto(dest, spMask.get());
     const CSize szBlock = m_pRaster->GetBlockSize();
     m_pRaster->GetDirty().At(pt.x / szBlock.cx, pt.y / szBlock.cy) = 0;
+    m_pMask->GetDirty().At(pt.x / szBlock.cx, pt.y / szBlock.cy) = 0;
 }
 
 boost::shared_ptr<CBoolMatrix> CRasterLayerBuffer::GetChangeMatrix() const {
     auto spMatrix = boost::make_shared<CBoolMatrix>(m_pRaster->GetBufferSize());
     spMatrix->Or(m_pRaster->GetDirty());
+    spMatrix->Or(m_pMask->GetDirty());
     return spMatrix;
 }
 

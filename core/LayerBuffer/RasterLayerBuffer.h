@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/LayerBuffer/LayerBuffer.h"
+#include "core/RasterBuffer/AlphaBuffer.h"
 
 class CRasterLayerBuffer : public CLayerBuffer {
 public:
@@ -19,9 +20,12 @@ public:
     const boost::shared_ptr<CRasterBuffer>& GetRaster() const { return m_pRaster; }
     /// Takes a plane of the same geometry as its pixels, converted to the canvas's mode.
     void SetRaster(const boost::shared_ptr<CRasterBuffer>& pRaster);
+    /// Restricts the layer's picture where it has tiles; not stored in files.
+    CAlphaBufferImpl<uint8_t>& GetMask() const { return *m_pMask; }
 
 private:
     boost::shared_ptr<CRasterBuffer> m_pRaster;
+    boost::shared_ptr<CAlphaBufferImpl<uint8_t>> m_pMask;
 };
 
 /// A new raster layer of the canvas's size, in no tree yet.

@@ -17,13 +17,8 @@ TConstColorPixels CColorRasterBlockBuffer::Pixels(size_t nOffset) const {
 }
 
 void CColorRasterBlockBuffer::DrawToScreen(CGDIBuffer& target, const CScreenMap& map) const {
-    const TConstColorPixels px = Pixels();
-    DrawSamples(target, map, GetRect(), [&](size_t i, uint8_t* pBgr) {
-        const uint32_t k = CoverageOf(px.pA[i]);
-        pBgr[0] = ResolveOnWhite(px.pB[i], k);
-        pBgr[1] = ResolveOnWhite(px.pG[i], k);
-        pBgr[2] = ResolveOnWhite(px.pR[i], k);
-    });
+    DrawSamples(target, map, GetRect(),
+                [&](size_t i, size_t nCount, uint8_t* pBgr) { ResolveRow(pBgr, Pixels(i), nCount); });
 }
 
 void CColorRasterBlockBuffer::BlendInto(CRasterBlockBuffer& dest, const CRasterBlockBuffer* pMask) const {
@@ -72,10 +67,4 @@ void CColorRasterBlockBuffer::StorePixel(size_t i, uint8_t* pBgra) const {
 void CColorRasterBlockBuffer::BlendRow(size_t nOffset, const CColorRasterBlockBuffer& src, size_t nSource,
                                        size_t nCount) {
     BlendFast(Pixels(nOffset), src.Pixels(nSource), nCount);
-}
-
-boost::shared_ptr<CRasterBuffer> CColorRasterBuffer::CreateSized(CSize szBuffer, CSize szBlock) const {
-    auto spPlane = boost::make_shared<CColorRasterBuffer>();
-    spPlane->Create(szBuffer, szBlock);
-    return spPlane;
 }

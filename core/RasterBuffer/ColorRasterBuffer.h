@@ -26,17 +26,7 @@ public:
     void BlendRow(size_t nOffset, const CColorRasterBlockBuffer& src, size_t nSource, size_t nCount);
 };
 
-class CColorRasterBuffer : public CRasterBufferImpl<CColorRasterBlockBuffer, CRasterBuffer> {
+class CColorRasterBuffer : public CStraightAlphaBuffer<CColorRasterBuffer, CColorRasterBlockBuffer> {
 public:
     static constexpr uint32_t CHUNK_TAG = MakeTag("RASC");
-
-    boost::shared_ptr<CRasterBuffer> CreateSized(CSize szBuffer, CSize szBlock) const override;
-    void SetOpacity(uint8_t uOpacity) override { m_uOpacity = uOpacity; }
-    uint8_t GetOpacity() const override { return m_uOpacity; }
-
-protected:
-    uint32_t GetChunkTag() const override { return CHUNK_TAG; }
-
-private:
-    uint8_t m_uOpacity = 255;
 };

@@ -17,13 +17,8 @@ TConstGreyPixels CMonoRasterBlockBuffer::Pixels(size_t nOffset) const {
 }
 
 void CMonoRasterBlockBuffer::DrawToScreen(CGDIBuffer& target, const CScreenMap& map) const {
-    const TConstGreyPixels px = Pixels();
-    DrawSamples(target, map, GetRect(), [&](size_t i, uint8_t* pBgr) {
-        const uint8_t u = ResolveOnWhite(px.pGrey[i], CoverageOf(px.pA[i]));
-        pBgr[0] = u;
-        pBgr[1] = u;
-        pBgr[2] = u;
-    });
+    DrawSamples(target, map, GetRect(),
+                [&](size_t i, size_t nCount, uint8_t* pBgr) { ResolveRow(pBgr, Pixels(i), nCount); });
 }
 
 void CMonoRasterBlockBuffer::BlendInto(CRasterBlockBuffer& dest, const CRasterBlockBuffer* pMask) const {
@@ -60,10 +55,4 @@ void CMonoRasterBlockBuffer::StorePixel(size_t i, uint8_t* pBgra) const {
 void CMonoRasterBlockBuffer::BlendRow(size_t nOffset, const CMonoRasterBlockBuffer& src, size_t nSource,
                                       size_t nCount) {
     BlendFast(Pixels(nOffset), src.Pixels(nSource), nCount);
-}
-
-boost::shared_ptr<CRasterBuffer> CMonoRasterBuffer::CreateSized(CSize szBuffer, CSize szBlock) const {
-    auto spPlane = boost::make_shared<CMonoRasterBuffer>();
-    spPlane->Create(szBuffer, szBlock);
-    return spPlane;
 }

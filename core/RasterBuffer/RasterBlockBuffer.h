@@ -80,8 +80,9 @@ public:
     }
 
 protected:
-    /// Sets geometry and one allocation of `nPlanes` byte planes, the first 64-byte aligned; not zeroed.
-    void Allocate(CSize szBlock, CPoint ptPos, size_t nPlanes);
+    /// Sets geometry and one allocation of `nPlanes` planes of `nSample` bytes a pixel, the first 64-byte
+    /// aligned; not zeroed.
+    void Allocate(CSize szBlock, CPoint ptPos, size_t nPlanes, size_t nSample = 1);
     size_t Offset(CPoint pt) const {
         return static_cast<size_t>(pt.y) * static_cast<size_t>(m_szBlock.cx) + static_cast<size_t>(pt.x);
     }
@@ -94,4 +95,5 @@ protected:
     CRasterBuffer* m_pOwner = nullptr;
     std::unique_ptr<uint8_t[]> m_pAlloc; ///< holds all planes
     uint8_t* m_pFirst = nullptr;         ///< the first plane, inside m_pAlloc
+    size_t m_nSample = 1;                ///< bytes a pixel in each plane
 };

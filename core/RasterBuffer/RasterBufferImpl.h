@@ -143,6 +143,12 @@ public:
 protected:
     /// The plane chunk's tag.
     virtual uint32_t GetChunkTag() const = 0;
+    /// The tile that holds a pixel, null where there is none or the pixel lies beyond the grid.
+    const Block* FindBlock(CPoint pt) const {
+        const bool bInside = pt.x >= 0 && pt.y >= 0 && pt.x < this->m_szBlocks.cx * this->m_szBlock.cx &&
+                             pt.y < this->m_szBlocks.cy * this->m_szBlock.cy;
+        return bInside ? m_pBlocks[IndexOf(pt)].get() : nullptr;
+    }
 
 private:
     size_t IndexOf(CPoint pt) const {
@@ -171,6 +177,26 @@ private:
     CSerializer WriteTiles() const;
 
     std::vector<TBlockPtr> m_pBlocks; ///< row by row; an empty entry is a block that was never written
+};
+
+/// A plane of straight-alpha tiles: what colour and grey planes share beyond the grid. `Plane` is the final
+/// class.
+template <class Plane, class Block>
+class CStraightAlphaBuffer : public CRasterBufferImpl<Block, CRasterBuffer> {
+public:
+    boost::shared_ptr<CRasterBuffer> CreateSized(CSize szBuffer, CSize szBlock) const override {
+        auto spPlane = boost::make_shared<Plane>();
+        spPlane->Create(szBuffer, szBlock);
+        return spPlane;
+    }
+    void SetOpacity(uint8_t uOpacity) override { m_uOpacity = uOpacity; }
+    uint8_t GetOpacity() const override { return m_uOpacity; }
+
+protected:
+    uint32_t GetChunkTag() const override { return Plane::CHUNK_TAG; }
+
+private:
+    uint8_t m_uOpacity = 255;
 };
 
 constexpr uint32_t TAG_TILES = MakeTag("RASB");

@@ -1,22 +1,69 @@
-// The one loop that carries a tile's samples to the screen copy.
+// The one way a tile's samples reach the screen copy, under every zoom, rotation and flip.
 #pragma once
 
 #include "core/GDIBuffer/GDIBuffer.h"
 #include "core/GDIBuffer/ScreenMap.h"
 
-/// Calls `resolve(index in the tile, target pixel's B byte)` for every target pixel that samples the tile at
-/// `rcTile`.
+#include <cstring>
+#include <vector>
+
+/// Draws the target pixels that sample the tile at `rcTile`. `resolve(index, count, pBgr)` resolves a run of
+/// the tile's pixels into 3 bytes each. Every source row that is sampled is resolved once; its samples are
+/// picked by the map's table, and target rows that sample the same source are copies of the first.
 template <class Resolve>
 void DrawSamples(CGDIBuffer& target, const CScreenMap& map, const CRect& rcTile, Resolve resolve) {
     const CRect rc = map.ToTarget(rcTile);
-    const int32_t nWidth = rcTile.Width();
-    for (int32_t y = rc.top; y < rc.bottom; ++y) {
-        uint8_t* pBgr = target.GetPixelPtr({rc.left, y});
-        const int32_t nRow = map.AtRow(y);
-        for (int32_t x = rc.left; x < rc.right; ++x, pBgr += 3) {
-            const int32_t u = (map.IsSwapped() ? nRow : map.AtColumn(x)) - rcTile.left;
-            const int32_t v = (map.IsSwapped() ? map.AtColumn(x) : nRow) - rcTile.top;
-            resolve(static_cast<size_t>(v) * static_cast<size_t>(nWidth) + static_cast<size_t>(u), pBgr);
+    if (rc.IsEmpty()) return;
+    const auto index = [&](int32_t u, int32_t v) {
+        return static_cast<size_t>(v - rcTile.top) * static_cast<size_t>(rcTile.Width()) +
+               static_cast<size_t>(u - rcTile.left);
+    };
+    const CRect rcSource = map.ToCanvas(rc);
+    const size_t nSpan = static_cast<size_t>(rcSource.Width());
+    const size_t nRowBytes = static_cast<size_t>(rc.Width()) * 3;
+    const uint8_t* pLast = nullptr; // the target row before, and what it samples
+    int32_t nLast = -1;
+    // Writes the target row y, which samples row or column `nSource`, unless it is a copy of the one before.
+    const auto eachRow = [&](auto write) {
+        for (int32_t y = rc.top; y < rc.bottom; ++y) {
+            uint8_t* pRow = target.GetPixelPtr({rc.left, y});
+            if (pLast && map.AtRow(y) == nLast)
+                std::memcpy(pRow, pLast, nRowBytes);
+            else
+                write(map.AtRow(y), pRow);
+            pLast = pRow;
+            nLast = map.AtRow(y);
         }
+    };
+    const auto pick = [](const uint8_t* p, uint8_t* pOut) {
+        pOut[0] = p[0];
+        pOut[1] = p[1];
+        pOut[2] = p[2];
+    };
+    if (!map.IsSwapped()) {
+        const bool bStraight =
+            map.AtColumn(rc.left) <= map.AtColumn(rc.right - 1) && rcSource.Width() == rc.Width();
+        std::vector<uint8_t> vRow(bStraight ? 0 : nSpan * 3);
+        eachRow([&](int32_t v, uint8_t* pRow) {
+            resolve(index(rcSource.left, v), nSpan, bStraight ? pRow : vRow.data());
+            if (bStraight) return;
+            for (int32_t x = rc.left; x < rc.right; ++x, pRow += 3)
+                pick(vRow.data() + static_cast<size_t>(map.AtColumn(x) - rcSource.left) * 3, pRow);
+        });
+        return;
     }
+    // Target columns run along source rows: the sampled rows are resolved first, each to its own line.
+    std::vector<uint8_t> vRows(nSpan * 3 * static_cast<size_t>(rcSource.Height()));
+    const auto line = [&](int32_t v) {
+        return vRows.data() + static_cast<size_t>(v - rcSource.top) * nSpan * 3;
+    };
+    for (int32_t x = rc.left, nDone = -1; x < rc.right; ++x) {
+        const int32_t v = map.AtColumn(x);
+        if (v != nDone) resolve(index(rcSource.left, v), nSpan, line(v));
+        nDone = v;
+    }
+    eachRow([&](int32_t u, uint8_t* pRow) {
+        for (int32_t x = rc.left; x < rc.right; ++x, pRow += 3)
+            pick(line(map.AtColumn(x)) + static_cast<size_t>(u - rcSource.left) * 3, pRow);
+    });
 }

@@ -1,99 +1,66 @@
 #include "core/RasterKernel/BlendKernel.h"
 
-#include "core/Base/Color.h"
-
-#include <algorithm>
+#include "core/IniConfig/GlobalSwitches.h"
+#include "core/RasterKernel/Kernels.h"
+#include "core/RasterKernel/ResolveKernel.h"
 
 namespace {
 
-// One pixel's coverages, shared by its channels.
-struct TWeights {
-    uint32_t uSource;
-    uint32_t uDest;
-    uint32_t uSum;
-};
-
-TWeights WeighGeneral(uint32_t sA, uint32_t dA, uint32_t uOpacity, const uint8_t* pMask, size_t i) {
-    uint32_t a = Div255(sA * uOpacity);
-    if (pMask) a = Div255(a * pMask[i]);
-    const uint32_t d = Div255(dA * (255 - a));
-    return {a, d, a + d};
-}
-
-uint8_t MixGeneral(uint32_t sC, uint32_t dC, const TWeights& w) {
-    return static_cast<uint8_t>((sC * w.uSource + dC * w.uDest) / w.uSum);
-}
-
-struct TRatio {
-    uint8_t uAlpha;
-    int32_t nRatio;
-};
-
-TRatio RatioFast(uint32_t sA, uint32_t dA) {
-    const uint32_t uAlpha = sA + dA - Div255(sA * dA);
-    return {static_cast<uint8_t>(uAlpha), static_cast<int32_t>((sA << 10) / std::max(uAlpha, 1u))};
-}
-
-uint8_t MixFast(int32_t sC, int32_t dC, int32_t nRatio) {
-    return static_cast<uint8_t>(dC + (((sC - dC) * nRatio) >> 10));
-}
-
-// `source(i)` answers the grey level of source pixel i.
-template <class GreySource>
-void BlendOnGrey(const TGreyPixels& dest, const uint8_t* pAlpha, GreySource source, uint8_t uOpacity,
-                 const uint8_t* pMask, size_t nCount) {
-    for (size_t i = 0; i < nCount; ++i) {
-        const TWeights w = WeighGeneral(pAlpha[i], dest.pA[i], uOpacity, pMask, i);
-        dest.pA[i] = static_cast<uint8_t>(w.uSum);
-        dest.pGrey[i] = w.uSum ? MixGeneral(source(i), dest.pGrey[i], w) : 0;
-    }
-}
+const TBlendKernels& Kernels() { return g_Switches.m_bEnableSSE2 ? VectorKernels() : PlainKernels(); }
 
 } // namespace
 
 void BlendFast(const TColorPixels& dest, const TConstColorPixels& src, size_t nCount) {
-    for (size_t i = 0; i < nCount; ++i) {
-        const TRatio ratio = RatioFast(src.pA[i], dest.pA[i]);
-        dest.pA[i] = ratio.uAlpha;
-        dest.pR[i] = MixFast(src.pR[i], dest.pR[i], ratio.nRatio);
-        dest.pG[i] = MixFast(src.pG[i], dest.pG[i], ratio.nRatio);
-        dest.pB[i] = MixFast(src.pB[i], dest.pB[i], ratio.nRatio);
-    }
+    Kernels().pFastColor(dest, src, nCount);
 }
 
 void BlendFast(const TGreyPixels& dest, const TConstGreyPixels& src, size_t nCount) {
-    for (size_t i = 0; i < nCount; ++i) {
-        const TRatio ratio = RatioFast(src.pA[i], dest.pA[i]);
-        dest.pA[i] = ratio.uAlpha;
-        dest.pGrey[i] = MixFast(src.pGrey[i], dest.pGrey[i], ratio.nRatio);
-    }
+    Kernels().pFastGrey(dest, src, nCount);
 }
 
 void BlendGeneral(const TColorPixels& dest, const TConstColorPixels& src, uint8_t uOpacity,
                   const uint8_t* pMask, size_t nCount) {
-    for (size_t i = 0; i < nCount; ++i) {
-        const TWeights w = WeighGeneral(src.pA[i], dest.pA[i], uOpacity, pMask, i);
-        dest.pA[i] = static_cast<uint8_t>(w.uSum);
-        dest.pR[i] = w.uSum ? MixGeneral(src.pR[i], dest.pR[i], w) : 0;
-        dest.pG[i] = w.uSum ? MixGeneral(src.pG[i], dest.pG[i], w) : 0;
-        dest.pB[i] = w.uSum ? MixGeneral(src.pB[i], dest.pB[i], w) : 0;
-    }
+    Kernels().pGeneralColorOnColor(dest, src, uOpacity, pMask, nCount);
 }
 
 void BlendGeneral(const TColorPixels& dest, const TConstGreyPixels& src, uint8_t uOpacity,
                   const uint8_t* pMask, size_t nCount) {
     const TConstColorPixels asColor{src.pGrey, src.pGrey, src.pGrey, src.pA};
-    BlendGeneral(dest, asColor, uOpacity, pMask, nCount);
+    Kernels().pGeneralColorOnColor(dest, asColor, uOpacity, pMask, nCount);
 }
 
 void BlendGeneral(const TGreyPixels& dest, const TConstColorPixels& src, uint8_t uOpacity,
                   const uint8_t* pMask, size_t nCount) {
-    const auto grey = [&](size_t i) { return GreyOf(src.pR[i], src.pG[i], src.pB[i]); };
-    BlendOnGrey(dest, src.pA, grey, uOpacity, pMask, nCount);
+    Kernels().pGeneralColorOnGrey(dest, src, uOpacity, pMask, nCount);
 }
 
 void BlendGeneral(const TGreyPixels& dest, const TConstGreyPixels& src, uint8_t uOpacity,
                   const uint8_t* pMask, size_t nCount) {
-    BlendOnGrey(
-        dest, src.pA, [&](size_t i) { return src.pGrey[i]; }, uOpacity, pMask, nCount);
+    Kernels().pGeneralGreyOnGrey(dest, src, uOpacity, pMask, nCount);
+}
+
+void BlendInk(const TColorPixels& dest, const TInk& ink, const uint8_t* pCover, const uint8_t* pMask,
+              size_t nCount) {
+    Kernels().pInkOnColor(dest, ink, pCover, pMask, nCount);
+}
+
+void BlendInk(const TGreyPixels& dest, uint8_t uGrey, const uint8_t* pCover, const uint8_t* pMask,
+              size_t nCount) {
+    Kernels().pInkOnGrey(dest, uGrey, pCover, pMask, nCount);
+}
+
+void EraseCoverage(uint8_t* pAlpha, const uint8_t* pCover, const uint8_t* pMask, size_t nCount) {
+    Kernels().pErase(pAlpha, pCover, pMask, nCount);
+}
+
+void AddCoverage(uint8_t* pAlpha, const uint8_t* pCover, const uint8_t* pMask, size_t nCount) {
+    Kernels().pCover(pAlpha, pCover, pMask, nCount);
+}
+
+void ResolveRow(uint8_t* pBgr, const TConstColorPixels& src, size_t nCount) {
+    Kernels().pResolveColor(pBgr, src, nCount);
+}
+
+void ResolveRow(uint8_t* pBgr, const TConstGreyPixels& src, size_t nCount) {
+    Kernels().pResolveGrey(pBgr, src, nCount);
 }

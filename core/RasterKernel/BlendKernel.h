@@ -29,3 +29,15 @@ void BlendGeneral(const TGreyPixels& dest, const TConstColorPixels& src, uint8_t
                   const uint8_t* pMask, size_t nCount);
 void BlendGeneral(const TGreyPixels& dest, const TConstGreyPixels& src, uint8_t uOpacity,
                   const uint8_t* pMask, size_t nCount);
+
+/// Coverage kernels: `pCover` is one byte a pixel, s = cover, with a mask s = s * mask / 255.
+/// Ink on pixels with alpha: d = dA * (255 - s) / 255, dA' = s + d, dC' = (s * ink + d * dC) / dA', or 0
+/// where dA' is 0.
+void BlendInk(const TColorPixels& dest, const TInk& ink, const uint8_t* pCover, const uint8_t* pMask,
+              size_t nCount);
+void BlendInk(const TGreyPixels& dest, uint8_t uGrey, const uint8_t* pCover, const uint8_t* pMask,
+              size_t nCount);
+/// Takes coverage away: dA' = dA * (255 - s) / 255; colours stay.
+void EraseCoverage(uint8_t* pAlpha, const uint8_t* pCover, const uint8_t* pMask, size_t nCount);
+/// Adds coverage: dA' = s + dA * (255 - s) / 255.
+void AddCoverage(uint8_t* pAlpha, const uint8_t* pCover, const uint8_t* pMask, size_t nCount);

@@ -30,3 +30,10 @@ struct TConstGreyPixels {
     const uint8_t* pGrey;
     const uint8_t* pA;
 };
+
+/// The one colour of a coverage plane.
+struct TInk {
+    uint8_t uR;
+    uint8_t uG;
+    uint8_t uB;
+};

@@ -4,14 +4,15 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace {
 
 // A floating mean of equal samples can fall a hair below them; the guard keeps flat areas flat.
 constexpr float TRUNCATION_GUARD = 1.0f / 1024;
 
-void ReduceWhole(uint8_t* pDest, CSize szDest, const uint8_t* pSource, const uint8_t* pAlpha,
-                 CSize szSource) {
+template <class T>
+void ReduceWhole(T* pDest, CSize szDest, const T* pSource, const uint8_t* pAlpha, CSize szSource) {
     const int32_t nX = szSource.cx / szDest.cx;
     const int32_t nY = szSource.cy / szDest.cy;
     for (int32_t y = 0; y < szDest.cy; ++y) {
@@ -27,7 +28,7 @@ void ReduceWhole(uint8_t* pDest, CSize szDest, const uint8_t* pSource, const uin
                     ++uCount;
                 }
             }
-            *pDest++ = static_cast<uint8_t>(uCount ? uSum / uCount : 0);
+            *pDest++ = static_cast<T>(uCount ? uSum / uCount : 0);
         }
     }
 }
@@ -50,8 +51,8 @@ struct TSpan {
     float WeightAt(int32_t n) const { return n == nLow ? fFirst : n == nHigh ? fLast : 1.0f; }
 };
 
-void ReduceFraction(uint8_t* pDest, CSize szDest, const uint8_t* pSource, const uint8_t* pAlpha,
-                    CSize szSource) {
+template <class T>
+void ReduceFraction(T* pDest, CSize szDest, const T* pSource, const uint8_t* pAlpha, CSize szSource) {
     const float fRateX = static_cast<float>(szSource.cx) / static_cast<float>(szDest.cx);
     const float fRateY = static_cast<float>(szSource.cy) / static_cast<float>(szDest.cy);
     for (int32_t y = 0; y < szDest.cy; ++y) {
@@ -70,17 +71,28 @@ void ReduceFraction(uint8_t* pDest, CSize szDest, const uint8_t* pSource, const 
                     fWeights += fWeight;
                 }
             }
-            *pDest++ =
-                fWeights > 0 ? static_cast<uint8_t>(std::min(255.0f, fSum / fWeights + TRUNCATION_GUARD)) : 0;
+            *pDest++ = fWeights > 0 ? static_cast<T>(std::min<float>(std::numeric_limits<T>::max(),
+                                                                     fSum / fWeights + TRUNCATION_GUARD))
+                                    : 0;
         }
     }
 }
 
-} // namespace
-
-void ReducePlane(uint8_t* pDest, CSize szDest, const uint8_t* pSource, const uint8_t* pAlpha, CSize srcSize) {
-    const CSize destSize = szDest;
+template <class T>
+void Reduce(T* pDest, CSize destSize, const T* pSource, const uint8_t* pAlpha, CSize srcSize) {
     SELF_CHECK(defect_logic, srcSize.cx >= destSize.cx && srcSize.cy >= destSize.cy);
     const bool bWhole = srcSize.cx % destSize.cx == 0 && srcSize.cy % destSize.cy == 0;
-    (bWhole ? ReduceWhole : ReduceFraction)(pDest, destSize, pSource, pAlpha, srcSize);
+    (bWhole ? ReduceWhole<T> : ReduceFraction<T>)(pDest, destSize, pSource, pAlpha, srcSize);
+}
+
+} // namespace
+
+void ReducePlane(uint8_t* pDest, CSize szDest, const uint8_t* pSource, const uint8_t* pAlpha,
+                 CSize szSource) {
+    Reduce(pDest, szDest, pSource, pAlpha, szSource);
+}
+
+void ReducePlane(uint16_t* pDest, CSize szDest, const uint16_t* pSource, const uint8_t* pAlpha,
+                 CSize szSource) {
+    Reduce(pDest, szDest, pSource, pAlpha, szSource);
 }

@@ -11,3 +11,6 @@
 /// result is the integer mean, truncated; otherwise each sample weighs by its covered area. Raises
 /// constraint_violation_as<defect_logic> when the target is larger than the source.
 void ReducePlane(uint8_t* pDest, CSize szDest, const uint8_t* pSource, const uint8_t* pAlpha, CSize szSource);
+/// The same for 16-bit samples.
+void ReducePlane(uint16_t* pDest, CSize szDest, const uint16_t* pSource, const uint8_t* pAlpha,
+                 CSize szSource);

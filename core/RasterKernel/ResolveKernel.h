@@ -1,6 +1,9 @@
 // What a straight-alpha pixel looks like on white paper.
 #pragma once
 
+#include "core/RasterKernel/Pixels.h"
+
+#include <cstddef>
 #include <cstdint>
 
 /// The coverage factor of an alpha byte in 1024ths: 0 for 0, 1024 for 255.
@@ -10,3 +13,7 @@ constexpr uint32_t CoverageOf(uint8_t uAlpha) { return uAlpha * 1024u / 255u; }
 constexpr uint8_t ResolveOnWhite(uint8_t uChannel, uint32_t uCoverage) {
     return static_cast<uint8_t>(255u - (((255u - uChannel) * uCoverage) >> 10));
 }
+
+/// Resolves `nCount` pixels into screen pixels, 3 bytes each in the order B, G, R.
+void ResolveRow(uint8_t* pBgr, const TConstColorPixels& src, size_t nCount);
+void ResolveRow(uint8_t* pBgr, const TConstGreyPixels& src, size_t nCount);

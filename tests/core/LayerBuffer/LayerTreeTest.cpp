@@ -52,6 +52,21 @@ TEST_F(LayerTree, OpacityAppliesOnceAndHiddenLayersShowNothing) {
     EXPECT_EQ(Composed(*m_spCanvas, {120, 0}), 0u); // no tile there
 }
 
+TEST_F(LayerTree, AMaskRestrictsWhereItHasTiles) {
+    const auto spLayer = CreateRasterLayer(m_spCanvas);
+    for (const CPoint pt : {CPoint{0, 0}, CPoint{96, 0}})
+        spLayer->GetRaster()->GetBlock(pt, true)->Fill(RED, 200);
+    m_root.AddLayer(spLayer, -1);
+    EXPECT_EQ(Composed(*m_spCanvas, {3, 0}), 200u << 24 | RED);
+    CAlphaBufferImpl<uint8_t>& mask = spLayer->GetMask();
+    const auto spTile = mask.CreateBlock({0, 0});
+    *spTile->GetPixelPtr({3, 0}) = 128;
+    mask.SetBlock({0, 0}, spTile);
+    EXPECT_EQ(Composed(*m_spCanvas, {3, 0}), 100u << 24 | RED);
+    EXPECT_EQ(Composed(*m_spCanvas, {4, 0}), 0u);
+    EXPECT_EQ(Composed(*m_spCanvas, {100, 0}), 200u << 24 | RED);
+}
+
 TEST_F(LayerTree, ChildrenOfALayerAreClippedThoseOfASetAreNot) {
     const auto spParent = MakeLayer(m_spCanvas, RED, 100);
     spParent->AddLayer(MakeLayer(m_spCanvas, GREEN, 255), -1);

@@ -1,0 +1,133 @@
+#include "core/RasterBuffer/AlphaBlockBuffer.h"
+
+#include "core/Base/Failure.h"
+#include "core/RasterBuffer/AlphaBuffer.h"
+#include "core/RasterBuffer/ColorRasterBuffer.h"
+#include "core/RasterBuffer/MonoRasterBuffer.h"
+#include "core/RasterKernel/BlendKernel.h"
+#include "core/RasterKernel/ReduceKernel.h"
+
+#include <boost/make_shared.hpp>
+
+#include <cstring>
+#include <vector>
+
+namespace {
+
+// The coverage as bytes; 16-bit values give their upper ones, kept in `vBytes`.
+const uint8_t* CoverBytes(const uint8_t* pAlpha, size_t, std::vector<uint8_t>&) { return pAlpha; }
+const uint8_t* CoverBytes(const uint16_t* pAlpha, size_t nCount, std::vector<uint8_t>& vBytes) {
+    vBytes.resize(nCount);
+    for (size_t i = 0; i < nCount; ++i) vBytes[i] = static_cast<uint8_t>(pAlpha[i] >> 8);
+    return vBytes.data();
+}
+
+} // namespace
+
+template <class T>
+void CAlphaBlockBufferImpl<T>::Create(CSize szBlock, CPoint ptPos) {
+    Allocate(szBlock, ptPos, 1, sizeof(T));
+    Clear();
+}
+
+template <class T>
+void CAlphaBlockBufferImpl<T>::Clear() {
+    std::memset(m_pFirst, 0, GetPlaneBytes());
+}
+
+template <class T>
+boost::shared_ptr<CRasterBlockBuffer> CAlphaBlockBufferImpl<T>::Clone() const {
+    auto spTile = boost::make_shared<CAlphaBlockBufferImpl>();
+    spTile->Allocate(m_szBlock, m_ptPos, 1, sizeof(T));
+    spTile->m_pOwner = m_pOwner;
+    std::memcpy(spTile->m_pFirst, m_pFirst, GetPlaneBytes());
+    return spTile;
+}
+
+template <class T>
+boost::shared_ptr<CRasterBlockBuffer> CAlphaBlockBufferImpl<T>::CreateReduced(CSize sz, int iScale) const {
+    SELF_CHECK(invalid_argument, iScale > 0);
+    auto spTile = boost::make_shared<CAlphaBlockBufferImpl>();
+    spTile->Create(sz, {m_ptPos.x / iScale, m_ptPos.y / iScale});
+    ReducePlane(spTile->GetAlpha(), sz, GetAlpha(), nullptr, m_szBlock);
+    return spTile;
+}
+
+template <class T>
+void CAlphaBlockBufferImpl<T>::SetOwner(CRasterBuffer* pOwner) {
+    m_pOwner = dynamic_cast<CAlphaBufferBase*>(pOwner);
+}
+
+template <class T>
+void CAlphaBlockBufferImpl<T>::BlendInto(CRasterBlockBuffer& dest, const CRasterBlockBuffer* pMask) const {
+    SELF_CHECK(defect_logic, m_pOwner != nullptr);
+    const auto& ink = static_cast<const CAlphaBufferBase&>(*m_pOwner); // SetOwner takes no other
+    const size_t nCount = static_cast<size_t>(m_szBlock.cx) * static_cast<size_t>(m_szBlock.cy);
+    const uint8_t* pMaskBytes = pMask ? pMask->GetPixelPtr({0, 0}) : nullptr;
+    std::vector<uint8_t> vBytes;
+    if (auto* pAlpha = dynamic_cast<CAlphaBlock8*>(&dest)) {
+        // A stroke of 16 bits never becomes a mask.
+        if constexpr (sizeof(T) == 1) AddCoverage(pAlpha->GetAlpha(), GetAlpha(), pMaskBytes, nCount);
+        return;
+    }
+    const uint8_t* pCover = CoverBytes(GetAlpha(), nCount, vBytes);
+    const TColor color = ink.GetColor();
+    if (auto* pGrey = dynamic_cast<CMonoRasterBlockBuffer*>(&dest)) {
+        if (ink.IsErase())
+            EraseCoverage(pGrey->GetAlpha(), pCover, pMaskBytes, nCount);
+        else
+            BlendInk(pGrey->Pixels(), ink.GetGrey(), pCover, pMaskBytes, nCount);
+    } else if (auto* pColor = dynamic_cast<CColorRasterBlockBuffer*>(&dest)) {
+        if (ink.IsErase())
+            EraseCoverage(pColor->GetAlpha(), pCover, pMaskBytes, nCount);
+        else
+            BlendInk(pColor->Pixels(), {RedOf(color), GreenOf(color), BlueOf(color)}, pCover, pMaskBytes,
+                     nCount);
+    }
+}
+
+template <class T>
+const CAlphaBlockBufferImpl<T>& CAlphaBlockBufferImpl<T>::Cast(const CRasterBlockBuffer& tile) {
+    const auto* pTile = dynamic_cast<const CAlphaBlockBufferImpl*>(&tile);
+    SELF_CHECK(invalid_argument, pTile != nullptr);
+    return *pTile;
+}
+
+template <class T>
+void CAlphaBlockBufferImpl<T>::CopyRows(CAlphaBlockBufferImpl& to, CPoint ptTo,
+                                        const CAlphaBlockBufferImpl& from, CPoint ptFrom, CSize sz) {
+    for (int32_t y = 0; y < sz.cy; ++y)
+        std::memcpy(to.GetAlpha() + to.Offset({ptTo.x, ptTo.y + y}),
+                    from.GetAlpha() + from.Offset({ptFrom.x, ptFrom.y + y}),
+                    static_cast<size_t>(sz.cx) * sizeof(T));
+}
+
+template <class T>
+void CAlphaBlockBufferImpl<T>::ExtractTo(CRasterBlockBuffer& dest, CPoint ptDest, bool bCut,
+                                         const CRasterBlockBuffer*) {
+    auto& tile = const_cast<CAlphaBlockBufferImpl&>(Cast(dest));
+    CPoint ptMove;
+    const CRect rc = OverlapWith(dest, ptDest, ptMove);
+    if (rc.IsEmpty()) return;
+    const CPoint ptHere = rc.TopLeft() + ptMove;
+    CopyRows(tile, rc.TopLeft(), *this, ptHere, rc.Size());
+    for (int32_t y = 0; bCut && y < rc.Height(); ++y)
+        std::memset(GetAlpha() + Offset({ptHere.x, ptHere.y + y}), 0,
+                    static_cast<size_t>(rc.Width()) * sizeof(T));
+}
+
+template <class T>
+void CAlphaBlockBufferImpl<T>::PasteFrom(const CRasterBlockBuffer& src, CPoint ptSrc) {
+    CPoint ptMove;
+    const CRect rc = OverlapWith(src, ptSrc, ptMove);
+    if (!rc.IsEmpty()) CopyRows(*this, rc.TopLeft() + ptMove, Cast(src), rc.TopLeft(), rc.Size());
+}
+
+template <class T>
+void CAlphaBlockBufferImpl<T>::RestoreAlpha(const CRasterBlockBuffer& src) {
+    SELF_CHECK(invalid_argument, src.GetSize() == m_szBlock);
+    std::memcpy(m_pFirst, Cast(src).m_pFirst, GetPlaneBytes());
+}
+
+template class CAlphaBlockBufferImpl<uint8_t>;
+template class CAlphaBlockBufferImpl<uint16_t>;

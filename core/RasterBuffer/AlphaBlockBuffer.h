@@ -1,0 +1,48 @@
+// Coverage tiles: one value a pixel, the ink's colour kept once in the plane.
+#pragma once
+
+#include "core/RasterBuffer/RasterBlockBuffer.h"
+
+/// `T` is uint8_t or uint16_t; a 16-bit value meets 8-bit pixels by its upper byte. Coverage is neither
+/// stored nor exchanged with bitmaps: those operations do nothing.
+template <class T>
+class CAlphaBlockBufferImpl : public CRasterBlockBuffer {
+public:
+    void Deserialize(CDeserializer&) override {}
+    void Create(CSize szBlock, CPoint ptPos) override;
+    boost::shared_ptr<CRasterBlockBuffer> Clone() const override;
+    /// Answers an empty pointer.
+    boost::shared_ptr<CRasterBlockBuffer> CreateBlank(CSize) const override { return {}; }
+    boost::shared_ptr<CRasterBlockBuffer> CreateReduced(CSize sz, int iScale) const override;
+    void DrawToScreen(CGDIBuffer&, const CScreenMap&) const override {}
+    /// Paints the owner's ink on pixels, or takes their coverage away when the owner erases. On an alpha tile
+    /// of 8 bits an 8-bit tile adds coverage either way; a 16-bit one does nothing there.
+    void BlendInto(CRasterBlockBuffer& dest, const CRasterBlockBuffer* pMask) const override;
+    void ReadBitmap(CBitmapSession&) override {}
+    void WriteBitmap(CBitmapSession&) const override {}
+    void Clear() override;
+    TColor GetPixelColor(CPoint) const override { return 0; }
+    void Fill(TColor, uint8_t) override {}
+    /// An empty chunk.
+    CSerializer Serialize() const override { return {}; }
+    void SetOwner(CRasterBuffer* pOwner) override;
+    /// Copies the overlap; the mask is not looked at.
+    void ExtractTo(CRasterBlockBuffer& dest, CPoint ptDest, bool bCut,
+                   const CRasterBlockBuffer* pMask) override;
+    void RestoreAlpha(const CRasterBlockBuffer& src) override;
+    /// Copies the overlap without blending.
+    void PasteFrom(const CRasterBlockBuffer& src, CPoint ptSrc) override;
+
+    /// The tile's values, row by row.
+    T* GetAlpha() { return reinterpret_cast<T*>(m_pFirst); }
+    const T* GetAlpha() const { return reinterpret_cast<const T*>(m_pFirst); }
+
+private:
+    static const CAlphaBlockBufferImpl& Cast(const CRasterBlockBuffer& tile);
+    /// Copies the rows of `from` under `rc` (its coordinates) to the same rows, moved, of `to`.
+    static void CopyRows(CAlphaBlockBufferImpl& to, CPoint ptTo, const CAlphaBlockBufferImpl& from,
+                         CPoint ptFrom, CSize sz);
+};
+
+using CAlphaBlock8 = CAlphaBlockBufferImpl<uint8_t>;
+using CAlphaBlock16 = CAlphaBlockBufferImpl<uint16_t>;

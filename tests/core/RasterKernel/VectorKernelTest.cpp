@@ -1,0 +1,170 @@
+// The vector forms against the definitions, on every instruction set that this machine has: exhaustive where
+// two bytes decide, seeded random where more do, at lengths that leave every remainder.
+#include "core/RasterKernel/Kernels.h"
+
+#include <hwy/targets.h>
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <vector>
+
+namespace {
+
+constexpr size_t ALL_PAIRS = 65536;
+
+// Six byte planes: source R, G, B, A, mask, and four more of the destination.
+struct TPlanes {
+    std::vector<uint8_t> av[9];
+
+    explicit TPlanes(size_t n, uint32_t uSeed) {
+        std::mt19937 random(uSeed);
+        for (auto& v : av) {
+            v.resize(n);
+            // Half of the bytes are the edges, where roundings go wrong.
+            for (uint8_t& u : v)
+                u = random() % 2 ? static_cast<uint8_t>(random()) : static_cast<uint8_t>(random() % 2 * 255);
+        }
+    }
+    TConstColorPixels Source() const { return {av[0].data(), av[1].data(), av[2].data(), av[3].data()}; }
+    TConstGreyPixels GreySource() const { return {av[0].data(), av[3].data()}; }
+    const uint8_t* Mask() const { return av[4].data(); }
+    TColorPixels Dest() { return {av[5].data(), av[6].data(), av[7].data(), av[8].data()}; }
+    TGreyPixels GreyDest() { return {av[5].data(), av[8].data()}; }
+    // Every pair of source and destination alpha.
+    void SetAllAlphas() {
+        for (size_t i = 0; i < av[3].size(); ++i) {
+            av[3][i] = static_cast<uint8_t>(i);
+            av[8][i] = static_cast<uint8_t>(i >> 8);
+        }
+    }
+};
+
+// Runs one kernel in both forms and compares every plane; names the kernel and the first pixel that differs.
+template <class Run>
+void Compare(const char* pszKernel, const TPlanes& planes, Run run) {
+    TPlanes plain = planes;
+    TPlanes vector = planes;
+    run(PlainKernels(), plain);
+    run(VectorKernels(), vector);
+    for (size_t nPlane = 5; nPlane < 9; ++nPlane)
+        for (size_t i = 0; i < plain.av[nPlane].size(); ++i)
+            ASSERT_EQ(int{vector.av[nPlane][i]}, int{plain.av[nPlane][i]})
+                << pszKernel << " plane " << nPlane << " pixel " << i << ": source "
+                << int{planes.av[nPlane - 5][i]} << " alpha " << int{planes.av[3][i]} << " on "
+                << int{planes.av[nPlane][i]} << " alpha " << int{planes.av[8][i]};
+}
+
+void CompareAll(const TPlanes& planes, size_t nCount, uint8_t uOpacity, bool bMask) {
+    const auto mask = [&](const TPlanes& p) { return bMask ? p.Mask() : nullptr; };
+    Compare("fast colour", planes,
+            [&](const TBlendKernels& k, TPlanes& p) { k.pFastColor(p.Dest(), p.Source(), nCount); });
+    Compare("fast grey", planes,
+            [&](const TBlendKernels& k, TPlanes& p) { k.pFastGrey(p.GreyDest(), p.GreySource(), nCount); });
+    Compare("colour on colour", planes, [&](const TBlendKernels& k, TPlanes& p) {
+        k.pGeneralColorOnColor(p.Dest(), p.Source(), uOpacity, mask(p), nCount);
+    });
+    Compare("colour on grey", planes, [&](const TBlendKernels& k, TPlanes& p) {
+        k.pGeneralColorOnGrey(p.GreyDest(), p.Source(), uOpacity, mask(p), nCount);
+    });
+    Compare("grey on grey", planes, [&](const TBlendKernels& k, TPlanes& p) {
+        k.pGeneralGreyOnGrey(p.GreyDest(), p.GreySource(), uOpacity, mask(p), nCount);
+    });
+}
+
+void CompareCoverage(const TPlanes& planes, size_t nCount, bool bMask) {
+    const auto mask = [&](const TPlanes& p) { return bMask ? p.Mask() : nullptr; };
+    Compare("ink on colour", planes, [&](const TBlendKernels& k, TPlanes& p) {
+        k.pInkOnColor(p.Dest(), {7, 255, 130}, p.av[3].data(), mask(p), nCount);
+    });
+    Compare("ink on grey", planes, [&](const TBlendKernels& k, TPlanes& p) {
+        k.pInkOnGrey(p.GreyDest(), 201, p.av[3].data(), mask(p), nCount);
+    });
+    Compare("erase", planes, [&](const TBlendKernels& k, TPlanes& p) {
+        k.pErase(p.av[8].data(), p.av[3].data(), mask(p), nCount);
+    });
+    Compare("cover", planes, [&](const TBlendKernels& k, TPlanes& p) {
+        k.pCover(p.av[8].data(), p.av[3].data(), mask(p), nCount);
+    });
+}
+
+class VectorKernels_ : public testing::TestWithParam<int64_t> {
+protected:
+    VectorKernels_() { hwy::SetSupportedTargetsForTest(GetParam()), hwy::GetChosenTarget().DeInit(); }
+    ~VectorKernels_() override { hwy::SetSupportedTargetsForTest(0), hwy::GetChosenTarget().DeInit(); }
+};
+
+} // namespace
+
+TEST_P(VectorKernels_, AllAlphasUnderAllOpacitiesAndMasks) {
+    TPlanes planes(ALL_PAIRS, 1);
+    planes.SetAllAlphas();
+    for (const int nOpacity : {0, 1, 2, 127, 128, 254, 255}) {
+        CompareAll(planes, ALL_PAIRS, static_cast<uint8_t>(nOpacity), false);
+        CompareAll(planes, ALL_PAIRS, static_cast<uint8_t>(nOpacity), true);
+        CompareCoverage(planes, ALL_PAIRS, nOpacity % 2);
+        if (HasFatalFailure()) return;
+    }
+}
+
+TEST_P(VectorKernels_, AllColoursOnAllColours) {
+    TPlanes planes(ALL_PAIRS, 2);
+    for (size_t i = 0; i < ALL_PAIRS; ++i) {
+        planes.av[0][i] = planes.av[1][i] = static_cast<uint8_t>(i);
+        planes.av[5][i] = planes.av[6][i] = static_cast<uint8_t>(i >> 8);
+    }
+    for (uint32_t uSeed = 3; uSeed < 19; ++uSeed) {
+        const TPlanes random(ALL_PAIRS, uSeed);
+        for (const size_t n : {2, 3, 4, 7, 8}) planes.av[n] = random.av[n];
+        CompareAll(planes, ALL_PAIRS, static_cast<uint8_t>(uSeed * 37), uSeed % 2);
+        if (HasFatalFailure()) return;
+    }
+}
+
+TEST_P(VectorKernels_, EveryPixelOnWhite) {
+    TPlanes planes(ALL_PAIRS, 9);
+    planes.SetAllAlphas();
+    // Every channel byte under every alpha.
+    for (size_t i = 0; i < ALL_PAIRS; ++i) planes.av[0][i] = planes.av[2][i] = static_cast<uint8_t>(i >> 8);
+    for (const size_t n : {ALL_PAIRS, size_t{0}, size_t{1}, size_t{7}, size_t{33}, size_t{95}}) {
+        std::vector<uint8_t> av[2][2];
+        for (int k = 0; k < 2; ++k) {
+            const TBlendKernels& kernels = k ? PlainKernels() : VectorKernels();
+            for (auto& v : av[k]) v.assign(ALL_PAIRS * 3, 77);
+            kernels.pResolveColor(av[k][0].data(), planes.Source(), n);
+            kernels.pResolveGrey(av[k][1].data(), planes.GreySource(), n);
+        }
+        ASSERT_EQ(av[0][0], av[1][0]) << n;
+        ASSERT_EQ(av[0][1], av[1][1]) << n;
+    }
+}
+
+TEST_P(VectorKernels_, EveryColourHasItsGrey) {
+    // Opaque colours on nothing: what comes out is the grey level itself.
+    std::vector<uint8_t> vR(ALL_PAIRS), vG(ALL_PAIRS), vB(ALL_PAIRS), vA(ALL_PAIRS, 255);
+    for (size_t i = 0; i < ALL_PAIRS; ++i)
+        vR[i] = static_cast<uint8_t>(i), vG[i] = static_cast<uint8_t>(i >> 8);
+    for (int b = 0; b < 256; ++b) {
+        std::fill(vB.begin(), vB.end(), static_cast<uint8_t>(b));
+        std::vector<uint8_t> avGrey[2], vAlpha[2];
+        for (int n = 0; n < 2; ++n) {
+            avGrey[n].resize(ALL_PAIRS), vAlpha[n].resize(ALL_PAIRS);
+            (n ? PlainKernels() : VectorKernels())
+                .pGeneralColorOnGrey({avGrey[n].data(), vAlpha[n].data()},
+                                     {vR.data(), vG.data(), vB.data(), vA.data()}, 255, nullptr, ALL_PAIRS);
+        }
+        ASSERT_EQ(avGrey[0], avGrey[1]) << b;
+    }
+}
+
+TEST_P(VectorKernels_, EveryLengthAndNothingBeyond) {
+    const TPlanes planes(200, 5);
+    for (size_t n = 0; n <= 130; ++n) {
+        CompareAll(planes, n, 200, n % 2);
+        CompareCoverage(planes, n, n % 2);
+        if (HasFatalFailure()) return;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Targets, VectorKernels_, testing::ValuesIn(hwy::SupportedAndGeneratedTargets()),
+                         [](const auto& info) { return std::string(hwy::TargetName(info.param)); });
