@@ -103,8 +103,7 @@ TEST_F(FileStore, AFailedWriteLeavesTheOldFile) {
         })) << bReadable;
     }
     chmod(m_folder.GetPath().c_str(), 0755);
-    EXPECT_EQ(Content("doc"), "old");
-    EXPECT_EQ(CountFiles(), 1);
+    EXPECT_TRUE(Content("doc") == "old" && CountFiles() == 1);
 }
 
 TEST_F(FileStore, LocksAreBoundedAndOutlivedByNobody) {
@@ -115,24 +114,26 @@ TEST_F(FileStore, LocksAreBoundedAndOutlivedByNobody) {
         EXPECT_TRUE(lock.IsLocked() && !canLock() && !InProcess(canLock));
     }
     // A process that dies with the lock in its hand.
-    EXPECT_TRUE(InProcess([&] { return (new CFileLock(strPath, 0ms))->IsLocked(); }));
-    EXPECT_TRUE(canLock());
+    EXPECT_TRUE(InProcess([&] { return (new CFileLock(strPath, 0ms))->IsLocked(); }) && canLock());
 }
 
 TEST_F(FileStore, ConcurrentWritersLoseNothingAndNeverMeet) {
+    const auto runThreads = [](int nRounds, const auto& fn) {
+        std::vector<std::thread> vThreads(6);
+        for (auto& thread : vThreads)
+            thread = std::thread([&] {
+                for (int i = 0; i < nRounds; ++i) fn();
+            });
+        for (auto& thread : vThreads) thread.join();
+    };
+    runThreads(10, [&] { CFileStore().Update(Path("a.ini"), [](auto& str) { return str += "x", true; }); });
+    EXPECT_EQ(Content("a.ini"), std::string(6 * 10, 'x'));
     std::atomic<int> nHolders{0};
-    std::vector<std::thread> vThreads;
-    for (int n = 0; n < 6; ++n)
-        vThreads.emplace_back([&] {
-            for (int i = 0; i < 60; ++i) // many waiters see the lock's file removed and made anew
-                CFileStore().Update(Path("a.ini"), [&](std::string& str) {
-                    EXPECT_EQ(++nHolders, 1);
-                    std::this_thread::yield();
-                    --nHolders;
-                    return str += "x", i % 20 == 0;
-                });
-        });
-    for (auto& thread : vThreads) thread.join();
-    EXPECT_EQ(Content("a.ini"), std::string(6 * 3, 'x'));
+    runThreads(400, [&] { // many waiters see the lock's file removed and made anew
+        const CFileLock lock(m_folder.File("a.ini").native(), 20s);
+        EXPECT_TRUE(lock.IsLocked() && ++nHolders == 1);
+        std::this_thread::yield();
+        --nHolders;
+    });
     EXPECT_EQ(CountFiles(), 1);
 }
