@@ -52,10 +52,10 @@ void Play(const TLayerChange& change) {
     if (!change.vPath.empty()) SelectLayer(canvas, change.vPath);
     const TLayerPtr spLayer = canvas.GetActiveLayer();
     if (!spLayer) throw step_failure("no layer is selected");
-    if (change.strName) spLayer->setName(*change.strName);
+    if (change.strName) spLayer->setName(*change.strName, true);
     if (change.bVisible) spLayer->SetVisible(*change.bVisible);
-    if (change.uOpacity) spLayer->SetOpacity(*change.uOpacity);
-    if (change.strName || change.bVisible || change.uOpacity) canvas.GetHistory().SetModified(true);
+    if (change.uOpacity) spLayer->SetOpacity(*change.uOpacity, true);
+    if (change.bVisible) canvas.GetHistory().SetModified(true);
     PostToMainFrame(WM_REFRESH_ALL);
     frame.RaiseRefresh();
     frame.GetWindow()->Invalidate();

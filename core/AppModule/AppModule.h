@@ -1,4 +1,4 @@
-// The application module: which thread runs it, the outside that it was given, the message loop of each
+// The application module: the outside that it was given, the message loop of each
 // thread. It lives as long as the program or plug-in module that holds it.
 #pragma once
 
@@ -21,9 +21,6 @@ public:
     CAppModule();
     ~CAppModule();
 
-    /// The thread that made the module (its static constructors).
-    std::thread::id GetMainThreadId() const { return m_idMainThread; }
-
     /// Gives the application its outside for a session, null at its end. The record outlives the session.
     void SetPlatform(const TPlatform* pPlatform);
     /// The outside; a self-check fails when no session runs.
@@ -45,7 +42,6 @@ public:
     IWindow* GetMainWindow() const { return m_pMainWindow; }
 
 private:
-    const std::thread::id m_idMainThread = std::this_thread::get_id();
     const TPlatform* m_pPlatform = nullptr;
     std::unique_ptr<CIniConfig> m_pSettings;
     IWindow* m_pMainWindow = nullptr;

@@ -18,10 +18,6 @@ std::wstring FormatText(const wchar_t* pszFormat, const std::wstring& str1) {
     return (boost::wformat(pszFormat) % str1).str();
 }
 
-std::wstring FormatText(const wchar_t* pszFormat, const std::wstring& str1, const std::wstring& str2) {
-    return (boost::wformat(pszFormat) % str1 % str2).str();
-}
-
 std::wstring DescribeException(const std::exception& e) {
     if (dynamic_cast<const std::bad_alloc*>(&e)) return L"メモリが足りません。\nexception: bad_alloc";
     if (const auto* pViolation = dynamic_cast<const constraint_violation*>(&e)) {

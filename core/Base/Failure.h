@@ -78,6 +78,5 @@ extern template void ThrowViolation<invalid_argument>(const char*);
 /// The text of the report for a caught exception, chosen by its dynamic type. May throw std::bad_alloc.
 std::wstring DescribeException(const std::exception& e);
 
-/// `strFormat` with each %1%, %2%, ... replaced by the argument of that number (boost format placeholders).
+/// The format with %1% replaced by the argument (boost format placeholder).
 std::wstring FormatText(const wchar_t* pszFormat, const std::wstring& str1);
-std::wstring FormatText(const wchar_t* pszFormat, const std::wstring& str1, const std::wstring& str2);

@@ -167,7 +167,26 @@ void CLayerBuffer::SetVisible(bool bVisible) {
     MarkAllDirty();
 }
 
-void CLayerBuffer::SetOpacity(uint8_t uOpacity) {
+void CLayerBuffer::setName(const std::wstring& strName, bool bHistory) {
+    if (bHistory && strName != m_strName)
+        GetCanvas()->GetHistory().Register(boost::make_shared<LayerRenameHistory>(
+            L"レイヤー名変更", shared_from_this(), m_strName, strName));
+    m_strName = strName;
+}
+
+void CLayerBuffer::SetOpacity(uint8_t uOpacity, bool bHistory) {
+    if (bHistory && uOpacity != GetOpacity()) {
+        CHistoryStream& history = GetCanvas()->GetHistory();
+        // A slider's way is one step: the newest entry takes the new value over if it is this layer's.
+        auto* pNewest = history.CanRedo() || history.GetUndoList().empty()
+                            ? nullptr
+                            : dynamic_cast<LayerAlphaHistory*>(history.GetUndoList().front().get());
+        if (pNewest && pNewest->IsOf(*this))
+            pNewest->SetNewOpacity(uOpacity);
+        else
+            history.Register(
+                boost::make_shared<LayerAlphaHistory>(shared_from_this(), GetOpacity(), uOpacity));
+    }
     m_pDrawBuffer->SetOpacity(uOpacity);
     MarkAllDirty();
 }

@@ -75,13 +75,16 @@ public:
     TCanvasPtr GetCanvas() const;
     CSize GetSize() const { return m_size; }
     const std::wstring& GetName() const { return m_strName; }
-    void setName(const std::wstring& strName) { m_strName = strName; }
+    /// Renames the layer; an undoable action with `bHistory`.
+    void setName(const std::wstring& strName, bool bHistory = false);
     bool IsVisible() const { return m_bVisible; }
     /// Shows or hides the layer and flags its picture.
     void SetVisible(bool bVisible);
     /// Opacity 0 to 255, kept by the draw buffer alone.
     uint8_t GetOpacity() const { return m_pDrawBuffer->GetOpacity(); }
-    void SetOpacity(uint8_t uOpacity);
+    /// Sets it and flags the picture. With `bHistory` an undoable action; changes that follow each other on
+    /// one layer are one.
+    void SetOpacity(uint8_t uOpacity, bool bHistory = false);
 
 protected:
     /// True when children paint only where this layer has paint.

@@ -35,3 +35,46 @@ private:
     int m_idxLayer;
     TLayerPtr m_spLayer;
 };
+
+/// A layer's opacity was changed.
+class LayerAlphaHistory : public CHistory {
+public:
+    LayerAlphaHistory(const TLayerPtr& spLayer, uint8_t uOld, uint8_t uNew)
+        : CHistory(L"不透明度変更"), m_wpLayer(spLayer), m_uOld(uOld), m_uNew(uNew) {}
+
+    void Undo() override { Apply(m_uOld); }
+    void Redo() override { Apply(m_uNew); }
+    bool IsOf(const CLayerBuffer& layer) const { return m_wpLayer.lock().get() == &layer; }
+    /// A further change of the same layer.
+    void SetNewOpacity(uint8_t uNew) { m_uNew = uNew; }
+
+private:
+    void Apply(uint8_t uOpacity) {
+        if (const TLayerPtr spLayer = m_wpLayer.lock()) spLayer->SetOpacity(uOpacity);
+    }
+
+    boost::weak_ptr<CLayerBuffer> m_wpLayer;
+    uint8_t m_uOld;
+    uint8_t m_uNew;
+};
+
+/// A layer was renamed; the label is the caller's.
+class LayerRenameHistory : public CHistory {
+public:
+    LayerRenameHistory(std::wstring strLabel, const TLayerPtr& spLayer, std::wstring strOld,
+                       std::wstring strNew)
+        : CHistory(std::move(strLabel)), m_wpLayer(spLayer), m_strOld(std::move(strOld)),
+          m_strNew(std::move(strNew)) {}
+
+    void Undo() override { Apply(m_strOld); }
+    void Redo() override { Apply(m_strNew); }
+
+private:
+    void Apply(const std::wstring& strName) {
+        if (const TLayerPtr spLayer = m_wpLayer.lock()) spLayer->setName(strName);
+    }
+
+    boost::weak_ptr<CLayerBuffer> m_wpLayer;
+    std::wstring m_strOld;
+    std::wstring m_strNew;
+};

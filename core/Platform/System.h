@@ -13,10 +13,10 @@ public:
 
 /// Virtual keys that the shell asks for by name.
 enum EVirtualKey : int {
+    VK_Tab = 0x09,
     VK_Shift = 0x10,
     VK_Control = 0x11,
     VK_Alt = 0x12,
-    VK_Tab = 0x09,
     VK_Home = 0x24,
 };
 

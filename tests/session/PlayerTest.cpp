@@ -41,9 +41,11 @@ TEST_F(Player, StepsActAndTheirTracesAreSeen) {
 {"expect":{"pixel":{"x":1,"y":2,"rgba":[0,0,0,0]},"modified":true}}
 {"command":57643}
 {"command":57643}
-{"expect":{"layers":[],"history":{"undo":[],"redo":["レイヤー追加","レイヤー追加"],"first":"<< 初期状態 >>"}}}
+{"command":57643}
+{"command":57643}
+{"expect":{"layers":[],"history":{"undo":[],"redo":["レイヤー追加","レイヤー追加","不透明度変更","レイヤー名変更"],"first":"<< 初期状態 >>"}}}
 {"command":57644}
-{"expect":{"layers":[{"name":"紙","kind":"raster","opacity":255,"children":[]}],"history":{"undo":["レイヤー追加"]}}}
+{"expect":{"layers":[{"kind":"raster","opacity":255,"children":[]}],"history":{"undo":["レイヤー追加"]}}}
 )"),
               "");
 }

@@ -156,6 +156,33 @@ TEST_F(LayerTree, TheListIsLimitedAndItsFirstLineIsHonest) {
     EXPECT_EQ(history.GetUndoList().size(), 9u); // the handler was dropped when it answered false
 }
 
+TEST_F(LayerTree, ASlidersWayIsOneStep) {
+    const auto spA = MakeLayer(m_spCanvas, RED, 255);
+    const auto spB = MakeLayer(m_spCanvas, BLUE, 255);
+    m_root.AddLayer(spA, -1, false);
+    m_root.AddLayer(spB, -1, false);
+    CHistoryStream& history = m_spCanvas->GetHistory();
+    for (const int n : {200, 150, 100}) spB->SetOpacity(static_cast<uint8_t>(n), true);
+    spB->SetOpacity(100, true); // no change, no step
+    EXPECT_EQ(history.GetUndoList().size(), 1u);
+    EXPECT_EQ(history.GetUndoList().front()->GetName(), L"不透明度変更");
+    spA->SetOpacity(9, true);
+    spB->SetOpacity(50, true); // another layer came between
+    EXPECT_EQ(history.GetUndoList().size(), 3u);
+    for (int n = 0; n < 3; ++n) history.Undo();
+    EXPECT_EQ(spB->GetOpacity(), 255);
+    EXPECT_EQ(Composed(*m_spCanvas, {0, 0}), 0xFF000000u | BLUE);
+    history.Redo();
+    EXPECT_EQ(spB->GetOpacity(), 100);
+    spB->SetOpacity(60, true); // not into an entry that lies before something undone
+    EXPECT_EQ(history.GetUndoList().size(), 2u);
+    spB->setName(L"線", true);
+    history.Undo();
+    EXPECT_EQ(spB->GetName(), L"NoName");
+    history.Redo();
+    EXPECT_EQ(spB->GetName(), L"線");
+}
+
 TEST_F(LayerTree, MergeTests) {
     const auto spA = MakeLayer(m_spCanvas, RED, 255);
     const auto spB = MakeLayer(m_spCanvas, BLUE, 255);
