@@ -20,8 +20,11 @@ void ShowAbout(const TPlatform& platform) {
 
 int16_t Start(void* pRecord, const TWithPlatform& withPlatform) {
     int16_t nResult = errPlugInHostInsufficient;
+    const auto* pFilterRecord = static_cast<const FilterRecord*>(pRecord);
+    // A host that cannot be served gets no window system either.
+    if (!CChannelPortsImage::CanOpen(pFilterRecord)) return nResult;
     withPlatform([&](const TPlatform& platform) {
-        CChannelPortsImage image(static_cast<const FilterRecord*>(pRecord));
+        CChannelPortsImage image(pFilterRecord);
         nResult = FilterStart(image, platform);
     });
     return nResult;

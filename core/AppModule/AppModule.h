@@ -1,5 +1,5 @@
-// The application module: the outside that it was given, the message loop of each
-// thread. It lives as long as the program or plug-in module that holds it.
+// The application module: the outside that it was given, the message loop of each thread. It lives as long as
+// the program or plug-in module that holds it.
 #pragma once
 
 #include "core/AppModule/MessageLoop.h"

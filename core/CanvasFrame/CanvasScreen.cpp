@@ -5,6 +5,15 @@ namespace {
 constexpr uint8_t SURROUND_GREY = 0x60;
 constexpr uint8_t EDGE_GREY = 0x20; ///< the canvas's edge, one pixel around it
 
+// Calls `fn(column, row)` for every block that a canvas rectangle touches.
+template <class Function>
+void ForEachBlockUnder(const CRect& rc, Function fn) {
+    if (rc.IsEmpty()) return;
+    for (int32_t y = rc.top / DEFAULT_BLOCKSIZE.cy; y <= (rc.bottom - 1) / DEFAULT_BLOCKSIZE.cy; ++y)
+        for (int32_t x = rc.left / DEFAULT_BLOCKSIZE.cx; x <= (rc.right - 1) / DEFAULT_BLOCKSIZE.cx; ++x)
+            fn(x, y);
+}
+
 } // namespace
 
 void CCanvasScreen::DrawSurround(const CScreenMap& map) {
@@ -35,11 +44,7 @@ void CCanvasScreen::NoteChanges(const UpdateCounterMatrix& counters) {
 }
 
 void CCanvasScreen::MarkDirty(const CScreenMap& map, const CRect& rcTarget) {
-    const CRect rc = map.ToCanvas(rcTarget);
-    if (rc.IsEmpty()) return;
-    for (int32_t y = rc.top / DEFAULT_BLOCKSIZE.cy; y <= (rc.bottom - 1) / DEFAULT_BLOCKSIZE.cy; ++y)
-        for (int32_t x = rc.left / DEFAULT_BLOCKSIZE.cx; x <= (rc.right - 1) / DEFAULT_BLOCKSIZE.cx; ++x)
-            m_spDirty->At(x, y) = 1;
+    ForEachBlockUnder(map.ToCanvas(rcTarget), [&](int32_t x, int32_t y) { m_spDirty->At(x, y) = 1; });
 }
 
 void CCanvasScreen::Scroll(const CScreenMap& map, CPoint ptOrigin) {
@@ -72,18 +77,13 @@ CRect CCanvasScreen::Refresh(CCanvasBuffer& canvas, const CCanvasView& view) {
     }
     if (!rcChanged.IsEmpty()) DrawSurround(map);
     CRasterBuffer& composite = canvas.GetComposite();
-    const CSize szBlock = composite.GetBlockSize();
-    const CRect rcVisible = map.ToCanvas(map.GetTargetRect());
-    if (rcVisible.IsEmpty()) return rcChanged;
-    for (int32_t y = rcVisible.top / szBlock.cy; y <= (rcVisible.bottom - 1) / szBlock.cy; ++y) {
-        for (int32_t x = rcVisible.left / szBlock.cx; x <= (rcVisible.right - 1) / szBlock.cx; ++x) {
-            if (!m_spDirty->At(x, y)) continue;
-            const CPoint pt = composite.BlockCorner(x, y);
-            ComposeBlock(canvas, pt.x, pt.y);
-            composite.GetBlock(pt, true)->DrawToScreen(*m_pBuffer, map);
-            m_spDirty->At(x, y) = 0;
-            rcChanged = rcChanged.Union(map.ToTarget(CRect(pt, szBlock)));
-        }
-    }
+    ForEachBlockUnder(map.ToCanvas(map.GetTargetRect()), [&](int32_t x, int32_t y) {
+        if (!m_spDirty->At(x, y)) return;
+        const CPoint pt = composite.BlockCorner(x, y);
+        ComposeBlock(canvas, pt.x, pt.y);
+        composite.GetBlock(pt, true)->DrawToScreen(*m_pBuffer, map);
+        m_spDirty->At(x, y) = 0;
+        rcChanged = rcChanged.Union(map.ToTarget(CRect(pt, DEFAULT_BLOCKSIZE)));
+    });
     return rcChanged;
 }

@@ -48,9 +48,8 @@ struct TDialogField {
     EKind kind = EKind::Integer;
     std::string strName;
     std::wstring strLabel;
-    std::wstring
-        strText; ///< what an Integer's edit, a line of Text or a Report shows; may be anything the user typed
-    int nMin = 0; ///< Integer: what the spin buttons stop at
+    std::wstring strText; ///< what is shown; an Integer's may be anything the user typed
+    int nMin = 0;         ///< Integer: what the spin buttons stop at
     int nMax = 0;
     bool bChecked = false;
 };

@@ -12,6 +12,10 @@ PixelMemoryDesc MakeDesc(const TPixelMemory& memory) {
 
 } // namespace
 
+bool CChannelPortsImage::CanOpen(const FilterRecord* pRecord) {
+    return pRecord && pRecord->sSPBasic && pRecord->documentInfo;
+}
+
 CRect CChannelPortsImage::GetRect() {
     if (!m_pRecord) return {};
     const Rect& rc = m_pRecord->filterRect;
@@ -36,7 +40,7 @@ std::vector<THostChannel> CChannelPortsImage::GetChannels() {
 }
 
 bool CChannelPortsImage::Open() {
-    if (!m_pRecord || !m_pRecord->sSPBasic || !m_pRecord->documentInfo) return false;
+    if (!CanOpen(m_pRecord)) return false;
     const void* pSuite = nullptr;
     if (m_pRecord->sSPBasic->AcquireSuite(CHANNEL_PORTS_SUITE, CHANNEL_PORTS_VERSION, &pSuite) != noErr)
         return false;

@@ -11,6 +11,8 @@
 /// once and never released. A null record, sSPBasic, documentInfo or suite counts as a missing suite.
 class CChannelPortsImage : public IHostImage, boost::noncopyable {
 public:
+    /// True when the record has what leads to the suite; told before anything else is made for the call.
+    static bool CanOpen(const hostabi::FilterRecord* pRecord);
     /// `pRecord` may be null and outlives the picture.
     explicit CChannelPortsImage(const hostabi::FilterRecord* pRecord) : m_pRecord(pRecord) {}
 

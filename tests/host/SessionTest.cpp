@@ -41,17 +41,22 @@ protected:
 };
 
 TEST_F(CSession, EachSelectorHasItsAnswer) {
-    const auto answer = [](int nSelector, const TWithPlatform& withPlatform) {
+    const auto answer = [](int nSelector, const TWithPlatform& withPlatform, void* pRecord = nullptr) {
         int16_t nResult = 77;
-        RunSelector(static_cast<int16_t>(nSelector), nullptr, nullptr, withPlatform);
-        RunSelector(static_cast<int16_t>(nSelector), nullptr, &nResult, withPlatform);
+        RunSelector(static_cast<int16_t>(nSelector), pRecord, nullptr, withPlatform);
+        RunSelector(static_cast<int16_t>(nSelector), pRecord, &nResult, withPlatform);
         return nResult;
     };
     const TWithPlatform unneeded = [](const auto&) { ADD_FAILURE(); };
     for (const int nSelector : {-32768, -1, 6, 32767}) EXPECT_EQ(answer(nSelector, unneeded), -30100);
     for (const int nSelector : {1, 2, 4, 5}) EXPECT_EQ(answer(nSelector, unneeded), 77);
-    EXPECT_EQ(answer(3, [](const auto&) { throw std::runtime_error("no display"); }), -30900);
-    EXPECT_EQ(answer(3, [](const auto&) { throw std::bad_alloc(); }), memFullErr);
+    EXPECT_EQ(answer(3, unneeded), -30900) << "without a record nothing is made";
+    CTestHost host(MakePicture({0, 0, 1, 1}, false));
+    const auto noDisplay = [](const auto&) { throw std::runtime_error("no display"); };
+    EXPECT_EQ(answer(3, noDisplay, &host.m_record), -30900);
+    EXPECT_EQ(answer(
+                  3, [](const auto&) { throw std::bad_alloc(); }, &host.m_record),
+              memFullErr);
     EXPECT_EQ(answer(0, [&](const auto& fn) { m_platform.Run(fn); }), 77);
     EXPECT_EQ(m_platform.m_vShown, (std::vector<std::wstring>{L"CAboutDialog", L"CAboutDialog"}));
     EXPECT_EQ(m_platform.m_nCodecs, 0) << "the dialog alone";
