@@ -138,7 +138,7 @@ void WriteHostChannels(const std::vector<THostChannel>& lstHostChannels, CRaster
     if (dynamic_cast<CColorRasterBuffer*>(&plane)) {
         plane.ForEachBlock([&](CPoint ptBlock) {
             const auto spBlock =
-                boost::static_pointer_cast<CColorRasterBlockBuffer>(plane.GetBlock(ptBlock, true));
+                boost::static_pointer_cast<CColorRasterBlockBuffer>(plane.GetBlockOrBlank(ptBlock));
             const CRect rc = Offset(PlaneRectOf(plane, ptBlock), nLeft, nTop);
             ForEachTileChannel(lstHostChannels, *spBlock,
                                [&](const THostChannel& channel, const TPixelMemory& memory) {

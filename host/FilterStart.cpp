@@ -44,8 +44,7 @@ void OpenWindows(TSession& session) {
 }
 
 void WritePicture(TSession& session, IHostImage& host) {
-    session.spCanvas->ComposeAll();
-    WriteHostChannels(session.lstHostChannels, session.spCanvas->GetComposite(), host, session.ptHost.x,
+    WriteHostChannels(session.lstHostChannels, *session.spCanvas->Flatten(), host, session.ptHost.x,
                       session.ptHost.y);
 }
 

@@ -28,8 +28,7 @@ public:
     CCompositeBits(CCanvasBuffer& canvas, IImageCodecs& codecs)
         : m_session{codecs.CreateBitmap(canvas.GetSize())} {
         if (!m_session.spBitmap) throw step_failure("no memory for the document's pixels");
-        canvas.ComposeAll();
-        canvas.GetComposite().WriteBitmap(m_session);
+        canvas.Flatten()->WriteBitmap(m_session);
         if (!m_session.bOk ||
             !m_session.spBitmap->LockBits({{0, 0}, canvas.GetSize()}, ELockMode::Read, m_bits))
             throw step_failure("the document's pixels cannot be read");

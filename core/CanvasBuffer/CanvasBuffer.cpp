@@ -70,6 +70,60 @@ void CCanvasBuffer::ComposeAll() {
     GetComposite().ForEachBlock([&](CPoint pt) { ComposeBlock(*this, pt.x, pt.y); });
 }
 
+boost::shared_ptr<CRasterBuffer> CCanvasBuffer::Flatten() {
+    if (m_bColor == m_bColorRaster) {
+        ComposeAll();
+        return GetRoot().GetDrawBuffer();
+    }
+    FlushCanvasUpdates();
+    const auto spPicture = CreatePlane(m_bColorRaster, m_size, DEFAULT_BLOCKSIZE);
+    spPicture->ForEachBlock([&](CPoint pt) {
+        if (GetRoot().HasPicture(pt)) GetRoot().PaintPicture(*spPicture->GetBlock(pt, true));
+    });
+    return spPicture;
+}
+
+void CCanvasBuffer::ConvertColorMode(bool bColor, bool bColorRaster) {
+    m_bColor = bColor;
+    m_bColorRaster = bColorRaster;
+    GetRoot().FollowColorMode();
+}
+
+CCanvasBuffer::FullBackup CCanvasBuffer::CreateFullBackup() {
+    const auto& internalLayer = m_spRoot;
+    SELF_CHECK(illegal_data, internalLayer);
+    const TCanvasPtr pCanvas = internalLayer->GetCanvas();
+    SELF_CHECK(illegal_data, pCanvas);
+    auto spCopy = boost::make_shared<InternalLayerBuffer>();
+    try {
+        CSerializer image;
+        image.WriteChunk(internalLayer->Serialize());
+        CDeserializer file(boost::make_shared<TBytes>(image.GetPayload()));
+        CDeserializer chunk;
+        file.ReadChunk(chunk);
+        spCopy->Create(pCanvas);
+        spCopy->Deserialize(chunk, pCanvas);
+    } catch (const deserialize_error&) {
+        throw internal_error(L"CreateFullBackup: deserialize_error in Deserialize()");
+    }
+    return {spCopy, *m_spCounters, m_spSelect, m_bColor, m_bColorRaster};
+}
+
+void CCanvasBuffer::SwapFullBackup(const boost::shared_ptr<CCanvasBuffer>& spCanvas, FullBackup* pBackup) {
+    if (!spCanvas) return;
+    FullBackup& stor = *pBackup;
+    SELF_CHECK(illegal_data, stor.internalLayer);
+    stor.internalLayer->setName(spCanvas->GetTitle());
+    spCanvas->m_spRoot.swap(stor.internalLayer);
+    if (!(spCanvas->m_spCounters->GetSize() == stor.spCounters.GetSize()))
+        std::swap(*spCanvas->m_spCounters, stor.spCounters);
+    spCanvas->m_spSelect.swap(stor.spSelect);
+    std::swap(spCanvas->m_bColor, stor.m_bColor);
+    std::swap(spCanvas->m_bColorRaster, stor.m_bColorRaster);
+    spCanvas->m_size = spCanvas->m_spRoot->GetSize();
+    spCanvas->m_spRoot->MarkAllDirty();
+}
+
 const std::wstring& CCanvasBuffer::GetTitle() const { return GetRoot().GetName(); }
 
 void CCanvasBuffer::SetTitle(const std::wstring& strTitle) { GetRoot().setName(strTitle); }

@@ -3,6 +3,7 @@
 
 #include "core/History/History.h"
 #include "core/LayerBuffer/LayerBuffer.h"
+#include "core/RasterBuffer/SelectBuffer.h"
 #include "core/RasterBuffer/UpdateCounterMatrix.h"
 
 #include <boost/enable_shared_from_this.hpp>
@@ -19,6 +20,15 @@ class CCanvasBuffer : public ILayerCanvas,
                       boost::noncopyable {
 public:
     class InternalLayerBuffer;
+
+    /// All that an operation on the whole document can change.
+    struct FullBackup {
+        boost::shared_ptr<InternalLayerBuffer> internalLayer; ///< the tree
+        UpdateCounterMatrix spCounters;
+        boost::shared_ptr<CSelectBuffer> spSelect;
+        bool m_bColor;
+        bool m_bColorRaster;
+    };
 
     CCanvasBuffer();
     ~CCanvasBuffer() override;
@@ -44,13 +54,28 @@ public:
     TLayerPtr GetActiveLayer() const;
 
     /// Gathers the flags of the tree into the root's and counts them.
-    void FlushCanvasUpdates();
+    void FlushCanvasUpdates() override;
     /// The running counters; observers keep copies.
     const UpdateCounterMatrix& GetCounters() const { return *m_spCounters; }
     /// The composite: the root's picture, current in every block that ComposeBlock was called for.
     CRasterBuffer& GetComposite() const;
     /// Brings the whole composite up to date.
     void ComposeAll();
+    /// The whole picture for use outside: in colour also while the screen shows it in grey. Brings what is
+    /// stale up to date; where nothing paints it has no tile.
+    boost::shared_ptr<CRasterBuffer> Flatten();
+
+    const CSelectBuffer* GetSelect() const override { return m_spSelect.get(); }
+    /// Replaces the selection; null selects nothing.
+    void SetSelect(const boost::shared_ptr<CSelectBuffer>& spSelect) { m_spSelect = spSelect; }
+
+    /// Gives the tree as it is, draw buffers and pixels, new kinds. Not undoable by itself.
+    void ConvertColorMode(bool bColor, bool bColorRaster);
+    /// A backup with a copy of the tree. Raises internal_error when it cannot be made.
+    FullBackup CreateFullBackup();
+    /// Exchanges a backup with the canvas's state and flags everything. The title stays with the canvas, and
+    /// counters of one size go on, since views tell changes by them. Null does nothing.
+    static void SwapFullBackup(const boost::shared_ptr<CCanvasBuffer>& spCanvas, FullBackup* pBackup);
 
     const std::wstring& GetPath() const { return m_strPath; }
     void SetPath(const std::wstring& strPath) { m_strPath = strPath; }
@@ -63,6 +88,7 @@ private:
     bool m_bColor = true;
     bool m_bColorRaster = true;
     boost::shared_ptr<CHistoryStream> m_spHistory;
+    boost::shared_ptr<CSelectBuffer> m_spSelect;
     std::wstring m_strPath;
     boost::shared_ptr<UpdateCounterMatrix> m_spCounters;
     boost::shared_ptr<InternalLayerBuffer> m_spRoot;

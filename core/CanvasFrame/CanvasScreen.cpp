@@ -76,12 +76,11 @@ CRect CCanvasScreen::Refresh(CCanvasBuffer& canvas, const CCanvasView& view) {
         rcChanged = CRect({0, 0}, szClient);
     }
     if (!rcChanged.IsEmpty()) DrawSurround(map);
-    CRasterBuffer& composite = canvas.GetComposite();
     ForEachBlockUnder(map.ToCanvas(map.GetTargetRect()), [&](int32_t x, int32_t y) {
         if (!m_spDirty->At(x, y)) return;
-        const CPoint pt = composite.BlockCorner(x, y);
+        const CPoint pt = canvas.GetComposite().BlockCorner(x, y);
         ComposeBlock(canvas, pt.x, pt.y);
-        composite.GetBlock(pt, true)->DrawToScreen(*m_pBuffer, map);
+        canvas.GetComposite().DrawBlockToScreen(*m_pBuffer, map, pt);
         m_spDirty->At(x, y) = 0;
         rcChanged = rcChanged.Union(map.ToTarget(CRect(pt, DEFAULT_BLOCKSIZE)));
     });

@@ -67,8 +67,7 @@ void ExportImage(CCanvasBuffer& canvas, const std::wstring& strPath, IImageCodec
     if (!codecs.CanSave(strPath)) throw fileopen_error(strPath);
     CBitmapSession session{codecs.CreateBitmap(canvas.GetSize())};
     if (!session.spBitmap) throw internal_error(L"Gdiplus::Bitmap() failed.");
-    canvas.ComposeAll();
-    canvas.GetComposite().WriteBitmap(session);
+    canvas.Flatten()->WriteBitmap(session);
     if (!session.bOk || !codecs.Save(strPath, *session.spBitmap)) throw fileopen_error(strPath);
 }
 

@@ -77,12 +77,23 @@ void CLayerBuffer::Create(const TCanvasPtr& pCanvas) {
     m_wpCanvas = pCanvas;
     m_size = pCanvas->GetSize();
     m_strName = L"NoName";
-    m_pDrawBuffer = CreatePlane(pCanvas->IsColor(), m_size, DEFAULT_BLOCKSIZE);
+    CreateCaches(pCanvas->IsColor());
+}
+
+void CLayerBuffer::CreateCaches(bool bColor) {
     const int thumbScale = ThumbnailScale(m_size);
     SELF_CHECK(illegal_data, DEFAULT_BLOCKSIZE.cx % thumbScale == 0);
-    m_pThumbnail = CreatePlane(pCanvas->IsColor(), DividedUp(m_size, thumbScale),
-                               DividedUp(DEFAULT_BLOCKSIZE, thumbScale));
+    m_pDrawBuffer = CreatePlane(bColor, m_size, DEFAULT_BLOCKSIZE);
+    m_pThumbnail =
+        CreatePlane(bColor, DividedUp(m_size, thumbScale), DividedUp(DEFAULT_BLOCKSIZE, thumbScale));
     MarkAllDirty();
+}
+
+void CLayerBuffer::FollowColorMode() {
+    const uint8_t uOpacity = GetOpacity();
+    CreateCaches(GetCanvas()->IsColor());
+    m_pDrawBuffer->SetOpacity(uOpacity);
+    for (const TLayerPtr& spChild : m_lstChildren) spChild->FollowColorMode();
 }
 
 TCanvasPtr CLayerBuffer::GetCanvas() const {
@@ -96,22 +107,64 @@ void CLayerBuffer::DrawBlock(CRasterBlockBuffer& dest) {
     if (m_bVisible) m_pDrawBuffer->BlendBlockInto(dest, nullptr);
 }
 
+template <class Paint>
+void CLayerBuffer::PaintChildren(CRasterBlockBuffer& dest, Paint paint) const {
+    if (m_lstChildren.empty()) return;
+    // A clipped child adds colour but no coverage: the layer's own alpha is put back afterwards.
+    const auto spOwn = ClipsChildren() ? dest.Clone() : boost::shared_ptr<CRasterBlockBuffer>();
+    for (const TLayerPtr& spChild : m_lstChildren) paint(*spChild);
+    if (spOwn) dest.RestoreAlpha(*spOwn);
+}
+
 void CLayerBuffer::UpdateBlock(CPoint pt) {
-    const auto spTile = m_pDrawBuffer->GetBlock(pt, true);
-    const CSize szBlock = m_pDrawBuffer->GetBlockSize();
-    uint8_t& uDirty = m_pDrawBuffer->GetDirty().At(pt.x / szBlock.cx, pt.y / szBlock.cy);
+    uint8_t& uDirty = m_pDrawBuffer->DirtyAt(pt);
     if (!uDirty) return;
-    spTile->Clear();
-    RenderOwn(*spTile);
-    if (!m_lstChildren.empty()) {
-        // A clipped child adds colour but no coverage: the layer's own alpha is put back afterwards.
-        const auto spOwn = ClipsChildren() ? spTile->Clone() : boost::shared_ptr<CRasterBlockBuffer>();
-        for (const TLayerPtr& spChild : m_lstChildren) spChild->DrawBlock(*spTile);
-        if (spOwn) spTile->RestoreAlpha(*spOwn);
+    bool bPaints = PrepareOwn(pt);
+    for (const TLayerPtr& spChild : m_lstChildren) {
+        spChild->RefreshBlock(pt);
+        bPaints = bPaints || (!ClipsChildren() && spChild->ShowsAt(pt));
+    }
+    const int thumbScale = ThumbnailScale(m_size);
+    if (bPaints) {
+        const auto spTile = m_pDrawBuffer->GetBlock(pt, true);
+        spTile->Clear();
+        RenderOwn(*spTile);
+        PaintChildren(*spTile, [&](CLayerBuffer& child) { child.DrawBlock(*spTile); });
+        const auto spThumbnail = spTile->CreateReduced(m_pThumbnail->GetBlockSize(), thumbScale);
+        m_pThumbnail->SetBlock(spThumbnail->GetPosition(), spThumbnail);
+    } else if (m_pDrawBuffer->GetBlock(pt, false)) {
+        m_pDrawBuffer->SetBlock(pt, {});
+        m_pThumbnail->SetBlock({pt.x / thumbScale, pt.y / thumbScale}, {});
     }
     uDirty = 0;
-    const auto spThumbnail = spTile->CreateReduced(m_pThumbnail->GetBlockSize(), ThumbnailScale(m_size));
-    m_pThumbnail->SetBlock(spThumbnail->GetPosition(), spThumbnail);
+}
+
+void CLayerBuffer::PaintPicture(CRasterBlockBuffer& dest) {
+    const CPoint pt = dest.GetPosition();
+    if (IsPictureCached()) {
+        UpdateBlock(pt);
+        if (const auto spTile = m_pDrawBuffer->GetBlock(pt, false)) spTile->BlendWith(dest, 255, nullptr);
+        return;
+    }
+    if (PrepareOwn(pt)) RenderContent(dest);
+    PaintChildren(dest, [&](CLayerBuffer& child) { child.PaintOnto(dest); });
+}
+
+void CLayerBuffer::PaintOnto(CRasterBlockBuffer& dest) {
+    if (m_bVisible && HasPicture(dest.GetPosition())) PaintWithOpacity(dest);
+}
+
+void CLayerBuffer::PaintWithOpacity(CRasterBlockBuffer& dest) {
+    const auto spTile = dest.CreateBlank(dest.GetSize());
+    PaintPicture(*spTile);
+    spTile->BlendWith(dest, GetOpacity(), nullptr);
+}
+
+bool CLayerBuffer::HasPicture(CPoint pt) {
+    if (PrepareOwn(pt)) return true;
+    return !ClipsChildren() &&
+           std::any_of(m_lstChildren.begin(), m_lstChildren.end(),
+                       [&](const auto& spChild) { return spChild->IsVisible() && spChild->HasPicture(pt); });
 }
 
 void CLayerBuffer::UpdateFlags() {
@@ -145,7 +198,7 @@ void CLayerBuffer::AddLayer(const TLayerPtr& spLayer, int idxLayer, bool bHistor
             boost::make_shared<CAddDelLayerHistory<true>>(shared_from_this(), idx, spLayer));
 }
 
-void CLayerBuffer::RemoveLayer(const TLayerPtr& spLayer, bool bHistory) {
+void CLayerBuffer::RemoveLayer(TLayerPtr spLayer, bool bHistory) {
     const int idx = IndexOf(*spLayer);
     SELF_CHECK(invalid_argument, 0 <= idx);
     m_lstChildren.erase(std::next(m_lstChildren.begin(), idx));
@@ -153,6 +206,44 @@ void CLayerBuffer::RemoveLayer(const TLayerPtr& spLayer, bool bHistory) {
     if (bHistory)
         GetCanvas()->GetHistory().Register(
             boost::make_shared<CAddDelLayerHistory<false>>(shared_from_this(), idx, spLayer));
+}
+
+void CLayerBuffer::MoveLayer(TLayerPtr spLayer, const TLayerPtr& spParent, int idxLayer, bool bHistory) {
+    const int idxOld = IndexOf(*spLayer);
+    const bool bBelow = spParent == spLayer || spLayer->FindParentOf(*spParent);
+    const int nCount = static_cast<int>(spParent->m_lstChildren.size()) - (spParent.get() == this ? 1 : 0);
+    const int idxNew = idxLayer == -1 ? nCount : idxLayer;
+    SELF_CHECK(invalid_argument, 0 <= idxOld && !bBelow && 0 <= idxNew && idxNew <= nCount);
+    const bool bActive = GetActiveChild() == spLayer;
+    RemoveLayer(spLayer, false);
+    spParent->AddLayer(spLayer, idxNew, false);
+    if (bActive) {
+        SetActiveChild({});
+        spParent->SetActiveChild(spLayer);
+    }
+    if (bHistory)
+        GetCanvas()->GetHistory().Register(
+            boost::make_shared<CMoveLayerHistory>(shared_from_this(), idxOld, spParent, idxNew, spLayer));
+}
+
+void CLayerBuffer::SwapChildren(const TLayerPtr& spLayer, TLayerList* pList) {
+    if (!spLayer) return;
+    TLayerList& lstNow = spLayer->m_lstChildren;
+    const TLayerPtr spActive = spLayer->GetActiveChild();
+    lstNow.swap(*pList);
+    if (spActive && spLayer->IndexOf(*spActive) < 0) {
+        // What follows the first difference, up to where both lists end alike, took the lost child's place.
+        const auto last = std::mismatch(lstNow.rbegin(), lstNow.rend(), pList->rbegin(), pList->rend()).first;
+        spLayer->SetActiveChild(last == lstNow.rend() ? TLayerPtr() : *last);
+    }
+    spLayer->MarkAllDirty();
+}
+
+TLayerPtr CLayerBuffer::FindParentOf(const CLayerBuffer& layer) {
+    if (IndexOf(layer) >= 0) return shared_from_this();
+    for (const TLayerPtr& spChild : m_lstChildren)
+        if (const TLayerPtr spFound = spChild->FindParentOf(layer)) return spFound;
+    return {};
 }
 
 int CLayerBuffer::IndexOf(const CLayerBuffer& layer) const {

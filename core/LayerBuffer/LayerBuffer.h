@@ -39,29 +39,64 @@ public:
     virtual void Create(const TCanvasPtr& spCanvas);
     /// Brings the tile at `dest`'s position up to date and, if the layer is visible, blends it into `dest`.
     virtual void DrawBlock(CRasterBlockBuffer& dest);
-    /// Paints the layer's own content into a cleared tile.
-    virtual void RenderOwn(CRasterBlockBuffer&) {}
+    /// Brings what RenderOwn paints from up to date at the block of `pt` and clears its flags. True when
+    /// there is something to paint.
+    virtual bool PrepareOwn(CPoint) { return false; }
+    /// Paints the layer's own content, prepared before, into a cleared tile of either kind.
+    virtual void RenderOwn(CRasterBlockBuffer&) const {}
+    /// RenderOwn for those who take a layer's content also while it is hidden.
+    virtual void RenderContent(CRasterBlockBuffer& dest) const { RenderOwn(dest); }
     /// The layer's extra dirty flags, null when it has none.
     virtual boost::shared_ptr<CBoolMatrix> GetChangeMatrix() const { return {}; }
     virtual CSerializer Serialize() const = 0;
     /// True if the layer or a child has a stroke or commit pending.
     virtual bool HasPendingWork();
+    /// A new layer, in no tree yet, that holds this layer's picture under the other's, both with their
+    /// opacities; null when the two cannot be merged.
+    virtual boost::shared_ptr<CLayerBuffer> MergeWith(CLayerBuffer&) { return {}; }
     /// True when `other`, directly above, may be merged onto this layer.
     virtual bool canBeMergedWith(const CLayerBuffer& other) const;
     virtual bool IsRasterizable() const { return false; }
 
-    /// Rebuilds the draw buffer's tile at `pt` (any pixel of the block) if it is stale.
+    /// Rebuilds the draw buffer's tile at `pt` (any pixel of the block) if it is stale; where nothing paints
+    /// there is no tile.
     void UpdateBlock(CPoint pt);
+    /// The picture in the layers' own colours, also while draw buffers are grey: paints content and children,
+    /// without this layer's opacity and also while it is hidden, into a cleared tile of the kind that raster
+    /// layers have. The canvas's flags must have been gathered.
+    void PaintPicture(CRasterBlockBuffer& dest);
+    /// Paints the same with the layer's opacity onto a tile, if the layer is visible.
+    virtual void PaintOnto(CRasterBlockBuffer& dest);
+    /// True when PaintPicture may paint something at the block of `pt`.
+    bool HasPicture(CPoint pt);
+    /// Paints what PaintPicture paints, with the layer's opacity, onto a tile.
+    void PaintWithOpacity(CRasterBlockBuffer& dest);
+    /// UpdateBlock for a layer whose parent is being updated.
+    virtual void RefreshBlock(CPoint pt) { UpdateBlock(pt); }
+    /// True when DrawBlock would paint something at the block of `pt`, which is up to date.
+    virtual bool ShowsAt(CPoint pt) const { return m_bVisible && m_pDrawBuffer->GetBlock(pt, false); }
     /// ORs the flags of all layers below into this layer's own, children first.
     void UpdateFlags();
+    /// New draw buffers and thumbnails, and pixels converted, in the kinds that the canvas now has; opacities
+    /// stay. Children too.
+    virtual void FollowColorMode();
     /// Flags every block of this layer's picture as stale.
     void MarkAllDirty() { m_pDrawBuffer->GetDirty().Fill(true); }
 
     /// Inserts a layer among the children, at the end for -1; an undoable action unless `bHistory` is false.
     /// An index outside the list is a defect.
     void AddLayer(const TLayerPtr& spLayer, int idxLayer, bool bHistory = true);
-    /// Takes a child out; an undoable action unless `bHistory` is false. One that is no child is a defect.
-    void RemoveLayer(const TLayerPtr& spLayer, bool bHistory = true);
+    /// Takes a child (by value: it may be named by the list that it leaves) out; an undoable action unless
+    /// `bHistory` is false. One that is no child is a defect.
+    void RemoveLayer(TLayerPtr spLayer, bool bHistory = true);
+    /// Takes a child out and puts it into `spParent` (this layer or another, not below the child), where it
+    /// has index `idxLayer` afterwards, -1 for the end; an undoable action unless `bHistory` is false.
+    void MoveLayer(TLayerPtr spLayer, const TLayerPtr& spParent, int idxLayer, bool bHistory = true);
+    /// Exchanges the child list with `lst`. A child that was active and left is followed by the last of those
+    /// that took its place. Null does nothing.
+    static void SwapChildren(const TLayerPtr& spLayer, TLayerList* pList);
+    /// The layer, this one or below, that has `layer` as its child; null when none has.
+    TLayerPtr FindParentOf(const CLayerBuffer& layer);
     const TLayerList& GetChildren() const { return m_lstChildren; }
     /// Index of a child, -1 when it is none.
     int IndexOf(const CLayerBuffer& layer) const;
@@ -87,6 +122,8 @@ public:
     void SetOpacity(uint8_t uOpacity, bool bHistory = false);
 
 protected:
+    /// True when the draw buffer holds what PaintPicture is to paint.
+    virtual bool IsPictureCached() const { return GetCanvas()->IsColor() == GetCanvas()->IsColorRaster(); }
     /// True when children paint only where this layer has paint.
     virtual bool ClipsChildren() const { return true; }
     /// False while nothing of this layer can show, so that its flags stay with it.
@@ -104,5 +141,12 @@ protected:
     std::wstring m_strName = L"NoName";
     CSize m_size;
     bool m_bVisible = true;
+
+private:
+    void CreateCaches(bool bColor);
+    // Lets children paint over the layer's own content in `dest`, clipped to it where this layer clips.
+    template <class Paint>
+    void PaintChildren(CRasterBlockBuffer& dest, Paint paint) const;
+
     bool m_bJustHidden = false; ///< what lies above has not yet been told that this layer is gone
 };

@@ -3,6 +3,7 @@
 
 #include "core/History/History.h"
 #include "core/LayerBuffer/LayerBuffer.h"
+#include "core/LayerBuffer/VectorLayerBuffer.h"
 
 /// A layer was added to (true) or deleted from (false) its parent. The layer itself is kept alive here, since
 /// it may be in no tree; the parent is held weakly.
@@ -33,6 +34,31 @@ private:
     boost::weak_ptr<CLayerBuffer> m_wpParent;
     bool m_bActive; ///< the layer was its parent's active child when it was last in the tree
     int m_idxLayer;
+    TLayerPtr m_spLayer;
+};
+
+/// A layer went to another place in the tree. The layer is kept alive here: on its way it is in no tree.
+class CMoveLayerHistory : public CHistory {
+public:
+    CMoveLayerHistory(const TLayerPtr& spOldParent, int idxOld, const TLayerPtr& spNewParent, int idxNew,
+                      const TLayerPtr& spLayer)
+        : CHistory(L"レイヤー移動"), m_wpOldParent(spOldParent), m_wpNewParent(spNewParent), m_idxOld(idxOld),
+          m_idxNew(idxNew), m_spLayer(spLayer) {}
+
+    void Undo() override { Apply(false); }
+    void Redo() override { Apply(true); }
+
+private:
+    void Apply(bool bForward) {
+        const TLayerPtr spFrom = (bForward ? m_wpOldParent : m_wpNewParent).lock();
+        const TLayerPtr spTo = (bForward ? m_wpNewParent : m_wpOldParent).lock();
+        if (spFrom && spTo) spFrom->MoveLayer(m_spLayer, spTo, bForward ? m_idxNew : m_idxOld, false);
+    }
+
+    boost::weak_ptr<CLayerBuffer> m_wpOldParent;
+    boost::weak_ptr<CLayerBuffer> m_wpNewParent;
+    int m_idxOld;
+    int m_idxNew;
     TLayerPtr m_spLayer;
 };
 
@@ -77,4 +103,24 @@ private:
     boost::weak_ptr<CLayerBuffer> m_wpLayer;
     std::wstring m_strOld;
     std::wstring m_strNew;
+};
+
+/// A vector layer's colour was changed; the label is the caller's.
+class SetLayerColorHistory : public CHistory {
+public:
+    SetLayerColorHistory(std::wstring strLabel, const boost::shared_ptr<CVectorLayerBuffer>& spLayer,
+                         TColor colorOld, TColor colorNew)
+        : CHistory(std::move(strLabel)), m_wpLayer(spLayer), m_colorOld(colorOld), m_colorNew(colorNew) {}
+
+    void Undo() override { Apply(m_colorOld); }
+    void Redo() override { Apply(m_colorNew); }
+
+private:
+    void Apply(TColor color) {
+        if (const auto spLayer = m_wpLayer.lock()) spLayer->SetLayerColor(color);
+    }
+
+    boost::weak_ptr<CVectorLayerBuffer> m_wpLayer;
+    TColor m_colorOld;
+    TColor m_colorNew;
 };

@@ -2,12 +2,28 @@
 
 #include <boost/make_shared.hpp>
 
+#include <algorithm>
+
 void CLayerSetBuffer::DrawBlock(CRasterBlockBuffer& dest) {
     if (!m_bVisible) return;
     for (const TLayerPtr& spChild : m_lstChildren) spChild->DrawBlock(dest);
-    const CPoint pt = dest.GetPosition();
-    const CSize szBlock = m_pDrawBuffer->GetBlockSize();
-    m_pDrawBuffer->GetDirty().At(pt.x / szBlock.cx, pt.y / szBlock.cy) = 0;
+    m_pDrawBuffer->DirtyAt(dest.GetPosition()) = 0;
+}
+
+void CLayerSetBuffer::PaintOnto(CRasterBlockBuffer& dest) {
+    if (!m_bVisible) return;
+    for (const TLayerPtr& spChild : m_lstChildren) spChild->PaintOnto(dest);
+}
+
+void CLayerSetBuffer::RefreshBlock(CPoint pt) {
+    if (!m_bVisible) return;
+    for (const TLayerPtr& spChild : m_lstChildren) spChild->RefreshBlock(pt);
+    m_pDrawBuffer->DirtyAt(pt) = 0;
+}
+
+bool CLayerSetBuffer::ShowsAt(CPoint pt) const {
+    return m_bVisible && std::any_of(m_lstChildren.begin(), m_lstChildren.end(),
+                                     [&](const TLayerPtr& spChild) { return spChild->ShowsAt(pt); });
 }
 
 CSerializer CLayerSetBuffer::Serialize() const {

@@ -9,10 +9,15 @@ public:
 
     void Deserialize(CDeserializer& reader, const TCanvasPtr& spCanvas) override;
     void DrawBlock(CRasterBlockBuffer& dest) override;
+    void PaintOnto(CRasterBlockBuffer& dest) override;
+    void RefreshBlock(CPoint pt) override;
+    bool ShowsAt(CPoint pt) const override;
     CSerializer Serialize() const override;
     bool canBeMergedWith(const CLayerBuffer&) const override { return false; }
 
 protected:
+    /// Its draw buffer is never used.
+    bool IsPictureCached() const override { return false; }
     bool ClipsChildren() const override { return false; }
     bool PassesFlags() const override { return m_bVisible; }
 };

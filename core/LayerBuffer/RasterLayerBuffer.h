@@ -10,9 +10,12 @@ public:
 
     void Deserialize(CDeserializer& reader, const TCanvasPtr& spCanvas) override;
     void Create(const TCanvasPtr& spCanvas) override;
-    void RenderOwn(CRasterBlockBuffer& dest) override;
+    bool PrepareOwn(CPoint pt) override;
+    void RenderOwn(CRasterBlockBuffer& dest) const override;
     boost::shared_ptr<CBoolMatrix> GetChangeMatrix() const override;
+    void FollowColorMode() override;
     CSerializer Serialize() const override;
+    boost::shared_ptr<CLayerBuffer> MergeWith(CLayerBuffer& other) override;
     bool canBeMergedWith(const CLayerBuffer& other) const override;
     bool IsRasterizable() const override { return !m_lstChildren.empty(); }
 
@@ -22,11 +25,19 @@ public:
     void SetRaster(const boost::shared_ptr<CRasterBuffer>& pRaster);
     /// Restricts the layer's picture where it has tiles; not stored in files.
     CAlphaBufferImpl<uint8_t>& GetMask() const { return *m_pMask; }
+    /// The plane of a stroke in progress, shown over the pixels and inside the canvas's selection; null when
+    /// there is none. It must live until it is taken back.
+    void SetStroke(CAlphaBufferBase* pStroke) { m_pStroke = pStroke; }
 
 private:
     boost::shared_ptr<CRasterBuffer> m_pRaster;
     boost::shared_ptr<CAlphaBufferImpl<uint8_t>> m_pMask;
+    CAlphaBufferBase* m_pStroke = nullptr;
 };
 
 /// A new raster layer of the canvas's size, in no tree yet.
 boost::shared_ptr<CRasterLayerBuffer> CreateRasterLayer(const TCanvasPtr& spCanvas);
+
+/// A new raster layer, in no tree yet, with a layer's picture and, if given, a second one's above it, their
+/// opacities baked in; it has the first one's name and visibility.
+boost::shared_ptr<CRasterLayerBuffer> BakeLayers(CLayerBuffer& layer, CLayerBuffer* pUpper = nullptr);

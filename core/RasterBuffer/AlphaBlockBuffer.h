@@ -18,6 +18,9 @@ public:
     /// Paints the owner's ink on pixels, or takes their coverage away when the owner erases. On an alpha tile
     /// of 8 bits an 8-bit tile adds coverage either way; a 16-bit one does nothing there.
     void BlendInto(CRasterBlockBuffer& dest, const CRasterBlockBuffer* pMask) const override;
+    void BlendWith(CRasterBlockBuffer& dest, uint8_t, const CRasterBlockBuffer* pMask) const override {
+        BlendInto(dest, pMask);
+    }
     void ReadBitmap(CBitmapSession&) override {}
     void WriteBitmap(CBitmapSession&) const override {}
     void Clear() override;

@@ -21,8 +21,8 @@ void CColorRasterBlockBuffer::DrawToScreen(CGDIBuffer& target, const CScreenMap&
                 [&](size_t i, size_t nCount, uint8_t* pBgr) { ResolveRow(pBgr, Pixels(i), nCount); });
 }
 
-void CColorRasterBlockBuffer::BlendInto(CRasterBlockBuffer& dest, const CRasterBlockBuffer* pMask) const {
-    const uint8_t uOpacity = m_pOwner ? m_pOwner->GetOpacity() : 255;
+void CColorRasterBlockBuffer::BlendWith(CRasterBlockBuffer& dest, uint8_t uOpacity,
+                                        const CRasterBlockBuffer* pMask) const {
     const uint8_t* pMaskBytes = pMask ? pMask->GetPixelPtr({0, 0}) : nullptr;
     if (auto* pGrey = dynamic_cast<CMonoRasterBlockBuffer*>(&dest)) {
         BlendGeneral(pGrey->Pixels(), Pixels(), uOpacity, pMaskBytes, GetPlaneBytes());

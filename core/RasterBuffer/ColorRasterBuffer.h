@@ -11,7 +11,8 @@ public:
     static constexpr size_t WIRE_ORDER[4] = {2, 1, 0, 3}; ///< the file's pixels are B, G, R, A
 
     void DrawToScreen(CGDIBuffer& target, const CScreenMap& map) const override;
-    void BlendInto(CRasterBlockBuffer& dest, const CRasterBlockBuffer* pMask) const override;
+    void BlendWith(CRasterBlockBuffer& dest, uint8_t uOpacity,
+                   const CRasterBlockBuffer* pMask) const override;
     TColor GetPixelColor(CPoint pt) const override;
     void Fill(TColor color, uint8_t uAlpha) override;
     void SetOwner(CRasterBuffer* pOwner) override;

@@ -11,7 +11,8 @@ public:
     static constexpr size_t WIRE_ORDER[2] = {0, 1};
 
     void DrawToScreen(CGDIBuffer& target, const CScreenMap& map) const override;
-    void BlendInto(CRasterBlockBuffer& dest, const CRasterBlockBuffer* pMask) const override;
+    void BlendWith(CRasterBlockBuffer& dest, uint8_t uOpacity,
+                   const CRasterBlockBuffer* pMask) const override;
     TColor GetPixelColor(CPoint pt) const override;
     /// Does nothing: a grey tile has no colour to be filled with.
     void Fill(TColor color, uint8_t uAlpha) override;

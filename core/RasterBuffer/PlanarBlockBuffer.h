@@ -15,6 +15,7 @@ public:
     boost::shared_ptr<CRasterBlockBuffer> Clone() const override;
     boost::shared_ptr<CRasterBlockBuffer> CreateBlank(CSize sz) const override;
     boost::shared_ptr<CRasterBlockBuffer> CreateReduced(CSize sz, int iScale) const override;
+    void BlendInto(CRasterBlockBuffer& dest, const CRasterBlockBuffer* pMask) const override;
     void ReadBitmap(CBitmapSession& session) override;
     void WriteBitmap(CBitmapSession& session) const override;
     void Clear() override { std::memset(m_pFirst, 0, GetPlaneBytes() * PLANES); }

@@ -4,6 +4,7 @@
 #include "core/Base/Failure.h"
 #include "core/Platform/Bitmap.h"
 #include "core/RasterBuffer/PlanarBlockBuffer.h"
+#include "core/RasterBuffer/RasterBuffer.h"
 #include "core/RasterKernel/ReduceKernel.h"
 
 #include <boost/make_shared.hpp>
@@ -43,6 +44,12 @@ boost::shared_ptr<CRasterBlockBuffer> CPlanarBlockBuffer<Tile, PLANES>::CreateRe
         ReducePlane(spTile->GetPlane(n), sz, GetPlane(n), GetAlpha(), m_szBlock);
     ReducePlane(spTile->GetAlpha(), sz, GetAlpha(), nullptr, m_szBlock);
     return spTile;
+}
+
+template <class Tile, size_t PLANES>
+void CPlanarBlockBuffer<Tile, PLANES>::BlendInto(CRasterBlockBuffer& dest,
+                                                 const CRasterBlockBuffer* pMask) const {
+    BlendWith(dest, m_pOwner ? m_pOwner->GetOpacity() : 255, pMask);
 }
 
 template <class Tile, size_t PLANES>

@@ -41,6 +41,9 @@ public:
     /// Composites this tile onto `dest` (same size and position) with the owner's opacity. `pMask`, if any,
     /// is a tile of the same size whose first plane is one byte a pixel.
     virtual void BlendInto(CRasterBlockBuffer& dest, const CRasterBlockBuffer* pMask) const = 0;
+    /// The same with an opacity of the caller's; coverage, which has none, ignores it.
+    virtual void BlendWith(CRasterBlockBuffer& dest, uint8_t uOpacity,
+                           const CRasterBlockBuffer* pMask) const = 0;
     /// Fills the tile from the bitmap's pixels at the tile's position; pixels outside the bitmap are kept.
     /// Raises internal_error when the bitmap cannot be locked.
     virtual void ReadBitmap(CBitmapSession& session) = 0;

@@ -37,10 +37,13 @@ public:
     /// Draws all blocks that the target can show and that are not stale. `ptOrigin` is where the canvas's
     /// corner lies in the target.
     virtual void DrawToScreen(CGDIBuffer& target, CPoint ptOrigin, const TViewState& view) = 0;
+    /// Draws the block that holds pixel `pt`, a missing tile as white paper.
+    virtual void DrawBlockToScreen(CGDIBuffer& target, const CScreenMap& map, CPoint pt) const = 0;
     /// Composites this plane's tile at `dest`'s position onto `dest`; nothing where there is none.
     virtual void BlendBlockInto(CRasterBlockBuffer& dest, const CRasterBlockBuffer* pMask) const = 0;
     /// Fills every block of the grid from a bitmap, creating tiles.
     virtual void ReadBitmap(CBitmapSession& session) = 0;
+    /// Writes every block of the grid, missing ones as transparent.
     virtual void WriteBitmap(CBitmapSession& session) = 0;
     /// Opacity of the whole plane, 0 to 255.
     virtual void SetOpacity(uint8_t uOpacity) = 0;
@@ -74,12 +77,29 @@ public:
     /// One flag a block: the tile changed and whatever is derived from it is stale.
     CBoolMatrix& GetDirty() { return *m_spDirty; }
     const CBoolMatrix& GetDirty() const { return *m_spDirty; }
+    const boost::shared_ptr<CBoolMatrix>& GetDirtyMatrix() const { return m_spDirty; }
+    /// The flag of the block that holds pixel `pt`; unchecked.
+    uint8_t& DirtyAt(CPoint pt) { return m_spDirty->At(pt.x / m_szBlock.cx, pt.y / m_szBlock.cy); }
+    /// The tile that holds pixel `pt`, or a zeroed one in its place that the plane does not keep.
+    boost::shared_ptr<CRasterBlockBuffer> GetBlockOrBlank(CPoint pt) {
+        const auto spTile = GetBlock(pt, false);
+        return spTile ? spTile : CreateBlock({pt.x - pt.x % m_szBlock.cx, pt.y - pt.y % m_szBlock.cy});
+    }
 
     /// Calls `fn(CPoint corner)` for every block of the grid, row by row.
     template <class Function>
     void ForEachBlock(Function fn) const {
         for (int32_t y = 0; y < m_szBlocks.cy; ++y)
             for (int32_t x = 0; x < m_szBlocks.cx; ++x) fn(BlockCorner(x, y));
+    }
+    /// The same for the blocks that a rectangle touches, clamped to the grid.
+    template <class Function>
+    void ForEachBlockIn(const CRect& rc, Function fn) const {
+        const CRect rcIn = rc.Intersect({0, 0, m_szBlocks.cx * m_szBlock.cx, m_szBlocks.cy * m_szBlock.cy});
+        if (rcIn.IsEmpty()) return;
+        for (int32_t y = rcIn.top / m_szBlock.cy; y <= (rcIn.bottom - 1) / m_szBlock.cy; ++y)
+            for (int32_t x = rcIn.left / m_szBlock.cx; x <= (rcIn.right - 1) / m_szBlock.cx; ++x)
+                fn(BlockCorner(x, y));
     }
 
 protected:

@@ -86,10 +86,16 @@ public:
 
     void DrawToScreen(CGDIBuffer& target, CPoint ptOrigin, const TViewState& view) override {
         const CScreenMap map(this->m_szSize, ptOrigin, view, target.GetSize());
-        const CRect rcCanvas = map.ToCanvas(map.GetTargetRect());
-        ForEachBlockIn(rcCanvas, [&](CPoint pt) {
-            if (!this->m_spDirty->m_pData[IndexOf(pt)]) GetBlock(pt, true)->DrawToScreen(target, map);
+        this->ForEachBlockIn(map.ToCanvas(map.GetTargetRect()), [&](CPoint pt) {
+            if (!this->m_spDirty->m_pData[IndexOf(pt)]) DrawBlockToScreen(target, map, pt);
         });
+    }
+
+    void DrawBlockToScreen(CGDIBuffer& target, const CScreenMap& map, CPoint pt) const override {
+        if (const TBlockPtr& spBlock = m_pBlocks[IndexOf(pt)])
+            spBlock->DrawToScreen(target, map);
+        else
+            target.FillGrey(map.ToTarget(CRect(CornerOf(pt), this->m_szBlock)), 255);
     }
 
     void BlendBlockInto(CRasterBlockBuffer& dest, const CRasterBlockBuffer* pMask) const override {
@@ -102,7 +108,7 @@ public:
     }
 
     void WriteBitmap(CBitmapSession& session) override {
-        this->ForEachBlock([&](CPoint pt) { GetBlock(pt, true)->WriteBitmap(session); });
+        this->ForEachBlock([&](CPoint pt) { this->GetBlockOrBlank(pt)->WriteBitmap(session); });
     }
 
     boost::shared_ptr<CRasterBlockBuffer> ExtractBlock(const CRect& rc, bool bCut,
@@ -110,7 +116,7 @@ public:
         auto spResult = boost::make_shared<Block>();
         spResult->Create(rc.Size(), rc.TopLeft());
         spResult->SetOwner(this);
-        ForEachBlockIn(rc, [&](CPoint pt) {
+        this->ForEachBlockIn(rc, [&](CPoint pt) {
             if (!m_pBlocks[IndexOf(pt)]) return;
             if (bCut) Unshare(pt);
             m_pBlocks[IndexOf(pt)]->ExtractTo(*spResult, rc.TopLeft(), bCut, pMask);
@@ -119,7 +125,7 @@ public:
     }
 
     void PasteBlock(const CRasterBlockBuffer& src, CPoint pt) override {
-        ForEachBlockIn(CRect(pt, src.GetSize()), [&](CPoint ptBlock) {
+        this->ForEachBlockIn(CRect(pt, src.GetSize()), [&](CPoint ptBlock) {
             GetBlock(ptBlock, true);
             Unshare(ptBlock);
             m_pBlocks[IndexOf(ptBlock)]->PasteFrom(src, pt);
@@ -140,15 +146,16 @@ public:
     void Deserialize(CDeserializer& reader) override;
     CSerializer Serialize() const override;
 
-protected:
-    /// The plane chunk's tag.
-    virtual uint32_t GetChunkTag() const = 0;
     /// The tile that holds a pixel, null where there is none or the pixel lies beyond the grid.
     const Block* FindBlock(CPoint pt) const {
         const bool bInside = pt.x >= 0 && pt.y >= 0 && pt.x < this->m_szBlocks.cx * this->m_szBlock.cx &&
                              pt.y < this->m_szBlocks.cy * this->m_szBlock.cy;
         return bInside ? m_pBlocks[IndexOf(pt)].get() : nullptr;
     }
+
+protected:
+    /// The plane chunk's tag.
+    virtual uint32_t GetChunkTag() const = 0;
 
 private:
     size_t IndexOf(CPoint pt) const {
@@ -160,18 +167,6 @@ private:
     }
     // Copy on write: the tile may belong to an undo snapshot.
     void Unshare(CPoint pt) { SetBlock(pt, m_pBlocks[IndexOf(pt)]->Clone()); }
-
-    // Blocks that a rectangle touches, clamped to the grid.
-    template <class Function>
-    void ForEachBlockIn(const CRect& rc, Function fn) {
-        const CSize szGrid{this->m_szBlocks.cx * this->m_szBlock.cx,
-                           this->m_szBlocks.cy * this->m_szBlock.cy};
-        const CRect rcIn = rc.Intersect(CRect({0, 0}, szGrid));
-        if (rcIn.IsEmpty()) return;
-        const CPoint ptFirst = CornerOf(rcIn.TopLeft());
-        for (int32_t y = ptFirst.y; y < rcIn.bottom; y += this->m_szBlock.cy)
-            for (int32_t x = ptFirst.x; x < rcIn.right; x += this->m_szBlock.cx) fn(CPoint{x, y});
-    }
 
     void ReadTiles(CDeserializer& reader);
     CSerializer WriteTiles() const;

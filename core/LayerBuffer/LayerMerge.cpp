@@ -1,0 +1,38 @@
+#include "core/LayerBuffer/LayerMerge.h"
+
+#include "core/Base/Failure.h"
+#include "core/History/SymmetricHistory.h"
+#include "core/LayerBuffer/RasterLayerBuffer.h"
+
+#include <algorithm>
+
+namespace {
+
+// Replaces a run of children, from `pLayer` to `pLast`, by one layer; one undo step.
+void ReplaceChildren(const TLayerPtr& spParent, const TLayerPtr& pLayer, const TLayerPtr& pLast,
+                     const TLayerPtr& pMerged, const wchar_t* pszLabel) {
+    TLayerList lstMerged = spParent->GetChildren();
+    auto iter = std::find(lstMerged.begin(), lstMerged.end(), pLayer);
+    SELF_CHECK(defect_logic, iter != lstMerged.end());
+    SELF_CHECK(defect_logic, *iter == pLayer);
+    *iter = pMerged;
+    if (pLast != pLayer) lstMerged.remove(pLast);
+    CLayerBuffer::SwapChildren(spParent, &lstMerged);
+    CSymmetricHistoryHelper<CLayerBuffer, TLayerList> helper(spParent, std::move(lstMerged),
+                                                             CLayerBuffer::SwapChildren);
+    spParent->GetCanvas()->GetHistory().Register(helper.Commit(pszLabel));
+}
+
+} // namespace
+
+void MergeLayers(const TLayerPtr& spParent, const TLayerPtr& pBaseLayer, const TLayerPtr& pSuperimposeLayer) {
+    SELF_CHECK(illegal_data, pBaseLayer->canBeMergedWith(*pSuperimposeLayer));
+    const TLayerPtr pMerged = pBaseLayer->MergeWith(*pSuperimposeLayer);
+    SELF_CHECK(illegal_data, pMerged);
+    ReplaceChildren(spParent, pBaseLayer, pSuperimposeLayer, pMerged, L"レイヤ結合");
+}
+
+void RasterizeLayer(const TLayerPtr& spParent, const TLayerPtr& pLayer) {
+    SELF_CHECK(illegal_data, pLayer->IsRasterizable());
+    ReplaceChildren(spParent, pLayer, pLayer, BakeLayers(*pLayer), L"ラスタライズ");
+}

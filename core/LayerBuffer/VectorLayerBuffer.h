@@ -1,0 +1,45 @@
+// A layer of paths, all in one colour.
+#pragma once
+
+#include "core/LayerBuffer/LayerBuffer.h"
+#include "core/PathObject/PathObject.h"
+#include "core/RasterBuffer/AlphaBuffer.h"
+
+class CVectorLayerBuffer : public CLayerBuffer {
+public:
+    static constexpr uint32_t CHUNK_TAG = MakeTag("LAYV");
+    using TPathList = std::list<boost::shared_ptr<CPathObject>>;
+
+    void Deserialize(CDeserializer& reader, const TCanvasPtr& spCanvas) override;
+    void Create(const TCanvasPtr& spCanvas) override;
+    bool PrepareOwn(CPoint pt) override;
+    /// A hidden vector layer paints nothing.
+    void RenderOwn(CRasterBlockBuffer& dest) const override;
+    void RenderContent(CRasterBlockBuffer& dest) const override;
+    boost::shared_ptr<CBoolMatrix> GetChangeMatrix() const override;
+    CSerializer Serialize() const override;
+    bool canBeMergedWith(const CLayerBuffer&) const override { return false; }
+    bool IsRasterizable() const override { return true; }
+
+    /// The paths, the lowest first.
+    const TPathList& GetPaths() const { return m_lstPaths; }
+    /// Puts a path on top of the others and flags the blocks that it can touch.
+    void AppendPath(const boost::shared_ptr<CPathObject>& spPath);
+    /// Flags the blocks that a canvas rectangle touches, to be rasterized anew.
+    void InvalidateRect(const CRect& rc);
+
+    /// The one colour of all paths, white for a new layer.
+    TColor GetLayerColor() const { return m_pCoverage->GetColor(); }
+    /// Sets it and flags the picture; an undoable action with `bHistory`.
+    void SetLayerColor(TColor color, bool bHistory = false);
+
+protected:
+    bool IsPictureCached() const override { return m_bVisible && CLayerBuffer::IsPictureCached(); }
+
+private:
+    TPathList m_lstPaths;
+    boost::shared_ptr<CAlphaBufferImpl<uint8_t>> m_pCoverage; ///< all paths, its ink the layer's colour
+};
+
+/// A new vector layer of the canvas's size, in no tree yet.
+boost::shared_ptr<CVectorLayerBuffer> CreateVectorLayer(const TCanvasPtr& spCanvas);

@@ -1,0 +1,254 @@
+// What a tree looks like, whichever way it is composed.
+#include "core/CanvasBuffer/CanvasHistory.h"
+#include "core/LayerBuffer/LayerMerge.h"
+#include "core/RasterBuffer/ColorRasterBuffer.h"
+#include "core/RasterKernel/ResolveKernel.h"
+#include "tests/support/LayerPictures.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr CSize SIZE{250, 120};
+constexpr size_t TILE = 96 * 96;
+
+// Flattens a copy of the tree that has no caches.
+std::vector<uint8_t> FreshPixels(const boost::shared_ptr<CCanvasBuffer>& spCanvas) {
+    spCanvas->GetRoot().FollowColorMode();
+    return PixelsOf(*spCanvas->Flatten());
+}
+
+class LayerPicture : public testing::TestWithParam<unsigned> {
+protected:
+    void SetUp() override { FillRandomTree(m_spCanvas, 12, m_random, true); }
+
+    std::mt19937 m_random{GetParam()};
+    boost::shared_ptr<CCanvasBuffer> m_spCanvas = CreateCanvas(SIZE);
+    CLayerBuffer& m_root = m_spCanvas->GetRoot();
+};
+
+} // namespace
+
+TEST_P(LayerPicture, LightDisplayLosesNoColour) {
+    const std::vector<uint8_t> vColor = PixelsOf(*m_spCanvas->Flatten());
+    m_spCanvas->ConvertColorMode(false, true);
+    m_spCanvas->ComposeAll();
+    EXPECT_TRUE(dynamic_cast<CMonoRasterBuffer*>(&m_spCanvas->GetComposite()));
+    EXPECT_EQ(PixelsOf(*m_spCanvas->Flatten()), vColor);
+    // Flattening takes nothing from what the screen still has to draw.
+    for (const TLayerPtr& spLayer : m_root.GetChildren()) spLayer->SetOpacity(77);
+    m_spCanvas->Flatten();
+    m_spCanvas->ComposeAll();
+    const std::vector<uint8_t> vGrey = PixelsOf(m_spCanvas->GetComposite());
+    m_root.FollowColorMode();
+    m_spCanvas->ComposeAll();
+    EXPECT_EQ(PixelsOf(m_spCanvas->GetComposite()), vGrey);
+}
+
+TEST_P(LayerPicture, CachesFollowEveryChange) {
+    m_spCanvas->ComposeAll();
+    for (int n = 0; n < 40; ++n) {
+        TLayerPtr spLayer = m_root.GetChildren().front();
+        while (!spLayer->GetChildren().empty() && m_random() % 3) spLayer = spLayer->GetChildren().back();
+        const auto pRaster = dynamic_cast<CRasterLayerBuffer*>(spLayer.get());
+        switch (m_random() % 4) {
+        case 0:
+            spLayer->SetVisible(!spLayer->IsVisible());
+            break;
+        case 1:
+            spLayer->SetOpacity(static_cast<uint8_t>(m_random()));
+            break;
+        case 2:
+            m_root.MoveLayer(m_root.GetChildren().back(), m_root.shared_from_this(), 0);
+            break;
+        default:
+            if (pRaster) pRaster->GetRaster()->SetBlock({100, 0}, {});
+        }
+        if (m_random() % 3) m_spCanvas->ComposeAll();
+    }
+    const std::vector<uint8_t> vCached = PixelsOf(*m_spCanvas->Flatten());
+    EXPECT_EQ(vCached, FreshPixels(m_spCanvas));
+    // Nothing is left to do, and nothing holds a tile without need.
+    const auto vCounters = m_spCanvas->GetCounters();
+    m_spCanvas->FlushCanvasUpdates();
+    EXPECT_EQ(vCounters.At(1, 0), m_spCanvas->GetCounters().At(1, 0));
+    for (const TLayerPtr& spLayer : m_root.GetChildren()) spLayer->SetVisible(false);
+    m_spCanvas->ComposeAll();
+    EXPECT_FALSE(m_spCanvas->GetComposite().GetBlock({100, 0}, false));
+}
+
+TEST_P(LayerPicture, RasterizingAndMergingAreUndoneAndKeepThePicture) {
+    const std::vector<uint8_t> vBefore = PixelsOf(*m_spCanvas->Flatten());
+    const TLayerList lstBefore = m_root.GetChildren();
+    size_t nSteps = 0;
+    for (const TLayerPtr& spLayer : lstBefore) {
+        if (!spLayer->IsRasterizable()) continue;
+        m_root.SetActiveChild(spLayer);
+        RasterizeLayer(m_root.shared_from_this(), spLayer);
+        EXPECT_EQ(m_root.GetActiveChild()->GetName(), spLayer->GetName());
+        EXPECT_EQ(m_root.GetActiveChild()->IsVisible(), spLayer->IsVisible());
+        ++nSteps;
+    }
+    // A baked opacity rounds once more: on paper nothing moves by more than a few levels.
+    const std::vector<uint8_t> vFlat = PixelsOf(*m_spCanvas->Flatten());
+    int nWorst = 0;
+    for (size_t i = 0; i < vFlat.size(); ++i) {
+        const size_t nAlpha = i - i % TILE + TILE * (3 - i / TILE % 4) + i % TILE;
+        nWorst = std::max(nWorst, std::abs(ResolveOnWhite(vFlat[i], CoverageOf(vFlat[nAlpha])) -
+                                           ResolveOnWhite(vBefore[i], CoverageOf(vBefore[nAlpha]))));
+    }
+    EXPECT_LE(nWorst, 4);
+    while (m_spCanvas->GetHistory().CanUndo()) m_spCanvas->GetHistory().Undo();
+    EXPECT_EQ(m_root.GetChildren(), lstBefore);
+    EXPECT_EQ(PixelsOf(*m_spCanvas->Flatten()), vBefore);
+    for (size_t n = 0; n < nSteps; ++n) m_spCanvas->GetHistory().Redo();
+    EXPECT_EQ(PixelsOf(*m_spCanvas->Flatten()), vFlat);
+}
+
+INSTANTIATE_TEST_SUITE_P(Seeds, LayerPicture, testing::Range(1u, 9u));
+
+TEST(LayerMerge, BakesOpacitiesUnderTheLowerName) {
+    const auto spCanvas = CreateCanvas(SIZE);
+    CLayerBuffer& root = spCanvas->GetRoot();
+    const auto add = [&](TColor color, uint8_t uOpacity, const wchar_t* pszName) {
+        const auto spLayer = CreateRasterLayer(spCanvas);
+        spLayer->GetRaster()->GetBlock({0, 0}, true)->Fill(color, 255);
+        spLayer->SetOpacity(uOpacity);
+        spLayer->setName(pszName);
+        root.AddLayer(spLayer, -1, false);
+        return spLayer;
+    };
+    const auto spLow = add(0x0000FF, 128, L"low");
+    const auto spHigh = add(0xFF0000, 128, L"high");
+    root.SetActiveChild(spHigh);
+    const auto spBefore = spCanvas->Flatten()->GetBlock({0, 0}, false)->Clone();
+    spHigh->SetVisible(false); // merged all the same
+    MergeLayers(root.shared_from_this(), spLow, spHigh);
+    ASSERT_EQ(root.GetChildren().size(), 1u);
+    const TLayerPtr spMerged = root.GetChildren().front();
+    EXPECT_EQ(root.GetActiveChild(), spMerged);
+    EXPECT_EQ(spMerged->GetName(), L"low");
+    EXPECT_EQ(spMerged->GetOpacity(), 255);
+    const auto& tile = static_cast<CColorRasterBlockBuffer&>(*spCanvas->Flatten()->GetBlock({0, 0}, false));
+    EXPECT_EQ(tile.GetPixelColor({0, 0}), spBefore->GetPixelColor({0, 0}));
+    EXPECT_EQ(tile.GetAlpha()[0], static_cast<CColorRasterBlockBuffer&>(*spBefore).GetAlpha()[0]);
+    EXPECT_EQ(spCanvas->GetHistory().GetUndoList().front()->GetName(), L"レイヤ結合");
+    spCanvas->GetHistory().Undo();
+    EXPECT_EQ(root.GetActiveChild(), spHigh);
+    EXPECT_THROW(MergeLayers(root.shared_from_this(), spLow, spLow), constraint_violation_as<illegal_data>);
+}
+
+TEST(VectorLayer, PaintsItsCoverageInItsColourOnlyWhereItChanged) {
+    const auto spCanvas = CreateCanvas(SIZE);
+    const auto spLayer = CreateVectorLayer(spCanvas);
+    spCanvas->GetRoot().AddLayer(spLayer, -1, false);
+    EXPECT_EQ(spLayer->GetLayerColor(), 0xFFFFFFu);
+    spCanvas->ComposeAll();
+    EXPECT_FALSE(spCanvas->GetComposite().GetBlock({0, 0}, false));
+    const UpdateCounterMatrix before = spCanvas->GetCounters();
+    spLayer->AppendPath(boost::make_shared<CRectPath>(CRect(90, 10, 100, 20)));
+    spCanvas->ComposeAll();
+    EXPECT_EQ(spCanvas->GetCounters().At(1, 0), before.At(1, 0) + 1);
+    EXPECT_EQ(spCanvas->GetCounters().At(2, 0), before.At(2, 0));
+    spLayer->SetLayerColor(0x0000FF, true);
+    spCanvas->ComposeAll();
+    EXPECT_EQ(spCanvas->GetComposite().GetBlock({96, 0}, false)->GetPixelColor({3, 10}), 0x0000FFu);
+    // Hidden it paints nothing, but what takes its content gets it.
+    spLayer->SetVisible(false);
+    spCanvas->ComposeAll();
+    EXPECT_FALSE(spCanvas->GetComposite().GetBlock({96, 0}, false));
+    EXPECT_EQ(BakeLayers(*spLayer)->GetRaster()->GetBlock({96, 0}, false)->GetPixelColor({3, 10}), 0x0000FFu);
+    spCanvas->GetHistory().Undo();
+    EXPECT_EQ(spLayer->GetLayerColor(), 0xFFFFFFu);
+}
+
+TEST(StrokeInProgress, ShowsInsideTheSelectionAndUnderTheMask) {
+    const auto spCanvas = CreateCanvas(SIZE);
+    const auto spLayer = CreateRasterLayer(spCanvas);
+    spCanvas->GetRoot().AddLayer(spLayer, -1, false);
+    CDoubleAlphaBuffer stroke;
+    stroke.Create(SIZE, DEFAULT_BLOCKSIZE);
+    stroke.SetColor(0x0000FF);
+    const auto alpha = [&](CPoint pt) {
+        spCanvas->ComposeAll();
+        const auto spTile = spCanvas->GetComposite().GetBlockOrBlank(pt);
+        const CPoint ptIn = pt - spTile->GetPosition();
+        return int{static_cast<CColorRasterBlockBuffer&>(*spTile).GetAlpha()[ptIn.y * 96 + ptIn.x]};
+    };
+    EXPECT_EQ(alpha({0, 0}), 0);
+    spLayer->SetStroke(&stroke);
+    const auto spTile = boost::static_pointer_cast<CAlphaBlock16>(stroke.CreateBlock({192, 0}));
+    std::fill_n(spTile->GetAlpha(), 192 * 192, uint16_t{0xFFFF});
+    stroke.SetBlock({192, 0}, spTile);
+    EXPECT_EQ(alpha({96, 0}), 255);
+    EXPECT_EQ(alpha({95, 1}), 63); // the window reaches into the next block, which alone has changed
+    const auto spSelect = boost::make_shared<CSelectBuffer>(SIZE);
+    *spSelect->GetMask().GetBlock({96, 0}, true)->GetPixelPtr({4, 0}) = 128;
+    spCanvas->SetSelect(spSelect);
+    spLayer->MarkAllDirty();
+    EXPECT_EQ(alpha({100, 0}), 128);
+    EXPECT_EQ(alpha({96, 0}), 0);
+    EXPECT_EQ(alpha({95, 1}), 0); // no mask tile: nothing selected
+    spLayer->SetStroke(nullptr);
+    spLayer->MarkAllDirty();
+    EXPECT_EQ(alpha({100, 0}), 0);
+}
+
+TEST(LayerMove, GoesBetweenParentsAndBack) {
+    const auto spCanvas = CreateCanvas(SIZE);
+    const TLayerPtr spRoot = spCanvas->GetRoot().shared_from_this();
+    const auto spSet = CreateLayerSet(spCanvas);
+    const auto spA = CreateRasterLayer(spCanvas);
+    const auto spB = CreateRasterLayer(spCanvas);
+    for (const TLayerPtr& spLayer : {TLayerPtr(spA), TLayerPtr(spB), TLayerPtr(spSet)})
+        spRoot->AddLayer(spLayer, -1, false);
+    spRoot->SetActiveChild(spA);
+    spRoot->MoveLayer(spA, spSet, -1);
+    spRoot->MoveLayer(spB, spRoot, -1);
+    EXPECT_EQ(spRoot->GetChildren(), (TLayerList{spSet, spB}));
+    EXPECT_EQ(spSet->GetActiveChild(), spA);
+    EXPECT_EQ(spRoot->FindParentOf(*spA), spSet);
+    EXPECT_THROW(spRoot->MoveLayer(spSet, spSet, 0), constraint_violation_as<invalid_argument>);
+    EXPECT_THROW(spRoot->MoveLayer(spSet, spA, 0), constraint_violation_as<invalid_argument>);
+    spCanvas->GetHistory().Undo();
+    spCanvas->GetHistory().Undo();
+    EXPECT_EQ(spRoot->GetChildren(), (TLayerList{spA, spB, spSet}));
+    EXPECT_EQ(spRoot->GetActiveChild(), spA);
+    spCanvas->GetHistory().Redo();
+    EXPECT_EQ(spSet->GetChildren(), TLayerList{spA});
+}
+
+TEST(ColorMode, IsOneUndoStepThatKeepsOlderStepsValid) {
+    const auto spCanvas = CreateCanvas(SIZE);
+    std::mt19937 random(5);
+    FillRandomTree(spCanvas, 8, random, false);
+    const TLayerPtr spFirst = spCanvas->GetRoot().GetChildren().front();
+    spFirst->SetOpacity(99, true);
+    spCanvas->SetTitle(L"page");
+    const std::vector<uint8_t> vColor = PixelsOf(*spCanvas->Flatten());
+    const UpdateCounterMatrix before = spCanvas->GetCounters();
+    EXPECT_FALSE(ChangeColorMode(spCanvas, true, true));
+    EXPECT_TRUE(ChangeColorMode(spCanvas, false, false));
+    EXPECT_EQ(spCanvas->GetHistory().GetUndoList().front()->GetName(), L"カラーモード変更");
+    const std::vector<uint8_t> vGrey = PixelsOf(*spCanvas->Flatten());
+    EXPECT_EQ(vGrey.size() * 2, vColor.size());
+    spCanvas->SetTitle(L"saved");
+    spCanvas->GetHistory().Undo();
+    EXPECT_EQ(PixelsOf(*spCanvas->Flatten()), vColor);
+    EXPECT_EQ(spCanvas->GetTitle(), L"saved");
+    EXPECT_GT(spCanvas->GetCounters().At(0, 0), before.At(0, 0)); // a view sees it in any case
+    spCanvas->GetHistory().Undo();
+    EXPECT_EQ(spCanvas->GetRoot().GetChildren().front()->GetOpacity(), spFirst->GetOpacity());
+    EXPECT_NE(spFirst->GetOpacity(), 99);
+    spCanvas->GetHistory().Redo();
+    spCanvas->GetHistory().Redo();
+    EXPECT_EQ(PixelsOf(*spCanvas->Flatten()), vGrey);
+    // An operation that fails leaves the document as it was.
+    try {
+        CanvasBufferHistoryHelper helper(L"", spCanvas);
+        spCanvas->GetRoot().RemoveLayer(spCanvas->GetRoot().GetChildren().front(), false);
+        throw internal_error(L"");
+    } catch (const internal_error&) {
+    }
+    EXPECT_EQ(PixelsOf(*spCanvas->Flatten()), vGrey);
+}

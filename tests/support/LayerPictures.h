@@ -1,0 +1,84 @@
+// Layers with seeded random content, and what a canvas looks like.
+#pragma once
+
+#include "core/CanvasBuffer/CanvasBuffer.h"
+#include "core/LayerBuffer/LayerSetBuffer.h"
+#include "core/LayerBuffer/RasterLayerBuffer.h"
+#include "core/LayerBuffer/VectorLayerBuffer.h"
+#include "core/RasterBuffer/MonoRasterBuffer.h"
+
+#include <boost/make_shared.hpp>
+
+#include <random>
+
+/// A rectangle of full coverage, the simplest path there is.
+class CRectPath : public CPathObject {
+public:
+    explicit CRectPath(const CRect& rc) : m_rc(rc) {}
+    CRect RectIncludingPath() const override { return m_rc; }
+    void RasterizePath(CAlphaBlock8& tile) const override {
+        const CRect rc = m_rc.Intersect(tile.GetRect());
+        for (int32_t y = rc.top; y < rc.bottom; ++y)
+            for (int32_t x = rc.left; x < rc.right; ++x)
+                *tile.GetPixelPtr(CPoint{x, y} - tile.GetPosition()) = 255;
+    }
+    CSerializer Serialize() const override { return {}; }
+    void Deserialize(CDeserializer&) override {}
+
+private:
+    CRect m_rc;
+};
+
+/// A raster layer of which about half the tiles exist, with random pixels in every channel.
+inline boost::shared_ptr<CRasterLayerBuffer> MakeRandomLayer(const boost::shared_ptr<CCanvasBuffer>& spCanvas,
+                                                             std::mt19937& random) {
+    const auto spLayer = CreateRasterLayer(spCanvas);
+    CRasterBuffer& raster = *spLayer->GetRaster();
+    const size_t nPlanes = spCanvas->IsColorRaster() ? 4 : 2;
+    raster.ForEachBlock([&](CPoint pt) {
+        if (random() % 2) return;
+        const auto spTile = raster.GetBlock(pt, true);
+        for (size_t i = 0; i < spTile->GetPlaneBytes() * nPlanes; ++i)
+            spTile->GetPixelPtr({0, 0})[i] = static_cast<uint8_t>(random());
+    });
+    return spLayer;
+}
+
+/// Puts `nCount` random layers of all kinds (vector layers without paths unless `bPaths`) anywhere into the
+/// tree, some hidden, some not opaque.
+inline void FillRandomTree(const boost::shared_ptr<CCanvasBuffer>& spCanvas, int nCount, std::mt19937& random,
+                           bool bPaths) {
+    std::vector<TLayerPtr> vParents{spCanvas->GetRoot().shared_from_this()};
+    for (int n = 0; n < nCount; ++n) {
+        TLayerPtr spLayer;
+        if (random() % 4 == 0) {
+            spLayer = CreateLayerSet(spCanvas);
+        } else if (random() % 3 == 0) {
+            const auto spVector = CreateVectorLayer(spCanvas);
+            spVector->SetLayerColor(random() & 0xFFFFFF);
+            if (bPaths)
+                spVector->AppendPath(boost::make_shared<CRectPath>(CRect(
+                    {static_cast<int32_t>(random() % 99), 5}, {static_cast<int32_t>(random() % 99), 90})));
+            spLayer = spVector;
+        } else {
+            spLayer = MakeRandomLayer(spCanvas, random);
+        }
+        if (random() % 4 == 0) spLayer->SetVisible(false);
+        if (random() % 2 == 0) spLayer->SetOpacity(static_cast<uint8_t>(random()));
+        spLayer->setName(L"layer " + std::to_wstring(n));
+        vParents[random() % vParents.size()]->AddLayer(spLayer, -1, false);
+        vParents.push_back(spLayer);
+    }
+}
+
+/// All pixels of a plane in the grid's order, missing tiles as zeros.
+inline std::vector<uint8_t> PixelsOf(CRasterBuffer& plane) {
+    std::vector<uint8_t> v;
+    const size_t nPlanes = dynamic_cast<CMonoRasterBuffer*>(&plane) ? 2 : 4;
+    plane.ForEachBlock([&](CPoint pt) {
+        const auto spTile = plane.GetBlockOrBlank(pt);
+        const uint8_t* p = spTile->GetPixelPtr({0, 0});
+        v.insert(v.end(), p, p + spTile->GetPlaneBytes() * nPlanes);
+    });
+    return v;
+}
