@@ -9,7 +9,9 @@
 #include <pixman.h>
 
 #include <cstring>
+#include <functional>
 #include <random>
+#include <string>
 #include <vector>
 
 namespace {
@@ -19,7 +21,7 @@ constexpr size_t PIXELS = SIDE * SIDE;
 
 // Source, destination and mask of one tile, as planes and as packed pixels.
 struct TTile {
-    std::vector<uint8_t> avSource[4], avDest[4], vMask;
+    std::vector<uint8_t> avSource[4], avDest[4], vMask, vScreen = std::vector<uint8_t>(PIXELS * 3);
     std::vector<uint32_t> vPackedSource, vPackedDest;
 
     TTile() {
@@ -46,39 +48,78 @@ struct TTile {
     TColorPixels Dest() { return {avDest[0].data(), avDest[1].data(), avDest[2].data(), avDest[3].data()}; }
 };
 
-// Times one blend of a tile and tells it a pixel.
+// Times one blend of a tile; tells it a pixel, and how many of the tile's bytes it reads and writes.
 template <class Blend>
-void Time(benchmark::State& state, Blend blend) {
+void Time(benchmark::State& state, size_t nBytes, Blend blend) {
     for (auto _ : state) {
         blend();
         benchmark::ClobberMemory();
     }
     state.counters["time/pixel"] = benchmark::Counter(PIXELS, benchmark::Counter::kIsIterationInvariantRate |
                                                                   benchmark::Counter::kInvert);
+    state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * PIXELS * nBytes));
 }
 
-void Fast(benchmark::State& state, const TBlendKernels& kernels) {
+using TKernelCall = std::function<void(const TBlendKernels&, TTile&)>;
+
+struct TKernelCase {
+    const char* pszName;
+    size_t nBytes; ///< read and written a pixel
+    TKernelCall call;
+};
+
+TGreyPixels GreyDest(TTile& tile) { return {tile.avDest[0].data(), tile.avDest[3].data()}; }
+TConstGreyPixels GreySource(TTile& tile) { return {tile.avSource[0].data(), tile.avSource[3].data()}; }
+
+const TKernelCase g_aCases[] = {
+    {"fast colour", 12, [](auto& k, TTile& t) { k.pFastColor(t.Dest(), t.Source(), PIXELS); }},
+    {"fast grey", 6, [](auto& k, TTile& t) { k.pFastGrey(GreyDest(t), GreySource(t), PIXELS); }},
+    {"general colour on colour", 13,
+     [](auto& k, TTile& t) { k.pGeneralColorOnColor(t.Dest(), t.Source(), 200, t.vMask.data(), PIXELS); }},
+    {"general colour on grey", 9,
+     [](auto& k, TTile& t) { k.pGeneralColorOnGrey(GreyDest(t), t.Source(), 200, t.vMask.data(), PIXELS); }},
+    {"general grey on grey", 7,
+     [](auto& k, TTile& t) {
+         k.pGeneralGreyOnGrey(GreyDest(t), GreySource(t), 200, t.vMask.data(), PIXELS);
+     }},
+    {"ink on colour", 9,
+     [](auto& k, TTile& t) {
+         k.pInkOnColor(t.Dest(), {9, 99, 199}, t.vMask.data(), nullptr, PIXELS);
+     }},
+    {"ink on grey", 5,
+     [](auto& k, TTile& t) { k.pInkOnGrey(GreyDest(t), 99, t.vMask.data(), nullptr, PIXELS); }},
+    {"erase", 3, [](auto& k, TTile& t) { k.pErase(t.avDest[3].data(), t.vMask.data(), nullptr, PIXELS); }},
+    {"cover", 3, [](auto& k, TTile& t) { k.pCover(t.avDest[3].data(), t.vMask.data(), nullptr, PIXELS); }},
+    {"resolve colour", 7, [](auto& k, TTile& t) { k.pResolveColor(t.vScreen.data(), t.Source(), PIXELS); }},
+    {"resolve grey", 5, [](auto& k, TTile& t) { k.pResolveGrey(t.vScreen.data(), GreySource(t), PIXELS); }},
+};
+
+void Kernel(benchmark::State& state, const TKernelCase& kernelCase, const TBlendKernels& kernels) {
     TTile tile;
-    Time(state, [&] { kernels.pFastColor(tile.Dest(), tile.Source(), PIXELS); });
+    Time(state, kernelCase.nBytes, [&] { kernelCase.call(kernels, tile); });
 }
 
-void General(benchmark::State& state, const TBlendKernels& kernels) {
-    TTile tile;
-    Time(state,
-         [&] { kernels.pGeneralColorOnColor(tile.Dest(), tile.Source(), 200, tile.vMask.data(), PIXELS); });
-}
+// The same work on premultiplied pixels: a tile, a tile through a mask, or one colour through a mask.
+enum class EPeer { Over, OverMasked, Ink };
 
-void Pixman(benchmark::State& state, bool bMask) {
+void Pixman(benchmark::State& state, EPeer peer) {
     TTile tile;
     const auto image = [](pixman_format_code_t format, void* p, int nStride) {
         return pixman_image_create_bits(format, SIDE, SIDE, static_cast<uint32_t*>(p), nStride);
     };
-    pixman_image_t* pSource = image(PIXMAN_a8r8g8b8, tile.vPackedSource.data(), SIDE * 4);
+    const pixman_color_t ink{0x0909, 0x6363, 0xC7C7, 0xFFFF};
+    pixman_image_t* pSource = peer == EPeer::Ink
+                                  ? pixman_image_create_solid_fill(&ink)
+                                  : image(PIXMAN_a8r8g8b8, tile.vPackedSource.data(), SIDE * 4);
     pixman_image_t* pDest = image(PIXMAN_a8r8g8b8, tile.vPackedDest.data(), SIDE * 4);
-    pixman_image_t* pMask = bMask ? image(PIXMAN_a8, tile.vMask.data(), SIDE) : nullptr;
-    Time(state, [&] {
-        pixman_image_composite32(PIXMAN_OP_OVER, pSource, pMask, pDest, 0, 0, 0, 0, 0, 0, SIDE, SIDE);
-    });
+    pixman_image_t* pMask = peer == EPeer::Over ? nullptr : image(PIXMAN_a8, tile.vMask.data(), SIDE);
+    Time(state,
+         peer == EPeer::Over         ? 12
+         : peer == EPeer::OverMasked ? 13
+                                     : 9,
+         [&] {
+             pixman_image_composite32(PIXMAN_OP_OVER, pSource, pMask, pDest, 0, 0, 0, 0, 0, 0, SIDE, SIDE);
+         });
     for (pixman_image_t* p : {pSource, pDest, pMask})
         if (p) pixman_image_unref(p);
 }
@@ -91,24 +132,27 @@ void StraightPainter(benchmark::State& state) {
     const QImage source = image(tile.vPackedSource);
     QImage dest = image(tile.vPackedDest);
     QPainter painter(&dest);
-    Time(state, [&] { painter.drawImage(0, 0, source); });
+    Time(state, 12, [&] { painter.drawImage(0, 0, source); });
 }
 
 void Copy(benchmark::State& state) {
     TTile tile;
-    Time(state, [&] { std::memcpy(tile.vPackedDest.data(), tile.vPackedSource.data(), PIXELS * 4); });
+    Time(state, 8, [&] { std::memcpy(tile.vPackedDest.data(), tile.vPackedSource.data(), PIXELS * 4); });
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-    benchmark::RegisterBenchmark("fast/plain", Fast, PlainKernels());
-    benchmark::RegisterBenchmark("fast/vector", Fast, VectorKernels());
-    benchmark::RegisterBenchmark("fast/pixman OVER", Pixman, false);
-    benchmark::RegisterBenchmark("fast/QPainter straight", StraightPainter);
-    benchmark::RegisterBenchmark("general/plain", General, PlainKernels());
-    benchmark::RegisterBenchmark("general/vector", General, VectorKernels());
-    benchmark::RegisterBenchmark("general/pixman OVER masked", Pixman, true);
+    for (const TKernelCase& kernelCase : g_aCases) {
+        const std::string strName = kernelCase.pszName;
+        benchmark::RegisterBenchmark((strName + "/plain").c_str(), Kernel, kernelCase, PlainKernels());
+        benchmark::RegisterBenchmark((strName + "/vector").c_str(), Kernel, kernelCase, VectorKernels());
+    }
+    benchmark::RegisterBenchmark("peer/pixman OVER", Pixman, EPeer::Over);
+    benchmark::RegisterBenchmark("peer/pixman OVER masked", Pixman, EPeer::OverMasked);
+    benchmark::RegisterBenchmark("peer/pixman solid OVER masked", Pixman, EPeer::Ink);
+    // QPainter shares its work with other threads, whose time counts too.
+    benchmark::RegisterBenchmark("peer/QPainter straight", StraightPainter)->MeasureProcessCPUTime();
     benchmark::RegisterBenchmark("memcpy of 4 bytes", Copy);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();

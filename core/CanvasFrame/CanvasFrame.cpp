@@ -7,11 +7,13 @@
 #include "core/AppModule/WindowPlacement.h"
 #include "core/Base/Failure.h"
 #include "core/Base/Text.h"
+#include "core/CanvasFrame/SelectionOutline.h"
 #include "core/CanvasFrame/ZoomList.h"
 #include "core/ImageFile/ImageFile.h"
 #include "core/Platform/Bitmap.h"
 #include "core/Platform/Dialogs.h"
 #include "core/Platform/Files.h"
+#include "core/Platform/System.h"
 
 #include <boost/make_shared.hpp>
 
@@ -22,6 +24,8 @@ boost::weak_ptr<CCanvasFrame> g_wpActiveFrame;
 
 namespace {
 
+constexpr int TIMER_SELECTION = 15;
+constexpr int TIMER_SELECTION_MS = 100;
 constexpr int TIMER_REFRESH = 16;
 constexpr int TIMER_REFRESH_MS = 500;
 constexpr wchar_t PLACEMENT_SECTION[] = L"Canvas";
@@ -53,6 +57,7 @@ bool CCanvasFrame::CreateWindowIn(IMainWindow& parent, const TCanvasWindowSetup&
 }
 
 void CCanvasFrame::OnCreate() {
+    m_pWindow->SetTimer(TIMER_SELECTION, TIMER_SELECTION_MS);
     m_pWindow->SetTimer(TIMER_REFRESH, TIMER_REFRESH_MS);
     m_pWindow->SetRect(ReadPlacement(PLACEMENT_SECTION, m_pWindow->GetRect()));
     m_view.SetCanvasSize(m_spCanvas->GetSize());
@@ -77,6 +82,7 @@ bool CCanvasFrame::HandleMessage(const TMessage& msg) {
     case EMessage::Close:
         return OnClose();
     case EMessage::Destroy:
+        m_pWindow->KillTimer(TIMER_SELECTION);
         m_pWindow->KillTimer(TIMER_REFRESH);
         return false;
     case EMessage::Size:
@@ -98,7 +104,7 @@ bool CCanvasFrame::HandleMessage(const TMessage& msg) {
         if (msg.wParam) {
             g_wpActiveFrame = shared_from_this();
             m_pWindow->Invalidate();
-        } else if (g_wpActiveFrame.lock().get() == this) {
+        } else if (IsActive()) {
             g_wpActiveFrame.reset();
         }
         PostToMainFrame(WM_REFRESH_ALL);
@@ -111,11 +117,25 @@ bool CCanvasFrame::HandleMessage(const TMessage& msg) {
 void CCanvasFrame::OnPaint(IPaintTarget& target, const CRect& rc) {
     Guarded([&] {
         m_screen.Refresh(*m_spCanvas, m_view);
-        if (CGDIBuffer* pBuffer = m_screen.GetBuffer())
-            target.Blit(pBuffer->GetPixelPtr({0, 0}), pBuffer->GetStride(), pBuffer->GetSize(), rc);
+        CGDIBuffer* pBuffer = m_screen.GetBuffer();
+        if (!pBuffer) return true;
+        const CSelectBuffer* pSelect = m_spCanvas->GetSelect();
+        const CRect rcSelection = pSelect && IsActive() ? SelectionRect(*pSelect, m_view) : CRect();
+        if (!rcSelection.Intersect(rc).IsEmpty()) {
+            if (!m_pOverlaid || !(m_pOverlaid->GetSize() == pBuffer->GetSize()))
+                m_pOverlaid = std::make_unique<CGDIBuffer>(pBuffer->GetSize());
+            m_pOverlaid->CopyFrom(*pBuffer, rc);
+            const uint32_t uTick = g_AppModule.GetPlatform().clock.GetTickCount();
+            DrawSelectionOutline(*m_pOverlaid, rc, *pSelect, m_view, uTick);
+            m_rcSelectionDirty = m_rcSelectionDirty.Union(rcSelection);
+            pBuffer = m_pOverlaid.get();
+        }
+        target.Blit(pBuffer->GetPixelPtr({0, 0}), pBuffer->GetStride(), pBuffer->GetSize(), rc);
         return true;
     });
 }
+
+bool CCanvasFrame::IsActive() const { return g_wpActiveFrame.lock().get() == this; }
 
 void CCanvasFrame::OnFinalMessage() {
     m_pWindow = nullptr;
@@ -252,7 +272,17 @@ void CCanvasFrame::OnScroll(bool bVertical, int32_t nOffset) {
     m_pWindow->Invalidate();
 }
 
+void CCanvasFrame::OnSelectionTimer() {
+    // What was painted goes first: the selection may have gone or be another one.
+    CRect rc = m_rcSelectionDirty;
+    m_rcSelectionDirty = {};
+    const CSelectBuffer* pSelect = m_spCanvas->GetSelect();
+    if (pSelect && IsActive()) rc = rc.Union(SelectionRect(*pSelect, m_view));
+    if (!rc.IsEmpty()) m_pWindow->Invalidate(rc);
+}
+
 void CCanvasFrame::OnTimer(int nId) {
+    if (nId == TIMER_SELECTION) OnSelectionTimer();
     if (nId != TIMER_REFRESH || !m_bNeedsRefresh) return;
     // Only the frame that was worked in repaints at once; the canvas's other views follow here.
     m_bNeedsRefresh = false;

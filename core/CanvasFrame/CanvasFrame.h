@@ -50,6 +50,8 @@ private:
     bool OnClose();
     bool OnCommand(int nId);
     void OnTimer(int nId);
+    void OnSelectionTimer();
+    bool IsActive() const;
     void OnFileSave(int nId);
     void OnUndoRedo(int nId);
     void OnScroll(bool bVertical, int32_t nOffset);
@@ -60,6 +62,8 @@ private:
     ICanvasWindow* m_pWindow = nullptr;
     CCanvasView m_view;
     CCanvasScreen m_screen;
+    std::unique_ptr<CGDIBuffer> m_pOverlaid; ///< the screen copy with what lies over it, where it was painted
+    CRect m_rcSelectionDirty;                ///< where dashes were painted that the next timer must take away
     bool m_bNeedsRefresh = false;
     bool m_bApplying = false; ///< ApplyView runs
 };

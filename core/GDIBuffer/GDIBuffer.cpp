@@ -25,6 +25,14 @@ void CGDIBuffer::Scroll(CPoint ptMove) {
     }
 }
 
+void CGDIBuffer::CopyFrom(const CGDIBuffer& src, const CRect& rc) {
+    const CRect rcIn = rc.Intersect(CRect({0, 0}, m_size));
+    if (rcIn.IsEmpty()) return;
+    for (int32_t y = rcIn.top; y < rcIn.bottom; ++y)
+        std::memcpy(GetPixelPtr({rcIn.left, y}), src.GetPixelPtr({rcIn.left, y}),
+                    static_cast<size_t>(rcIn.Width()) * 3);
+}
+
 void CGDIBuffer::FillGrey(const CRect& rc, uint8_t uGrey) {
     const CRect rcIn = rc.Intersect(CRect({0, 0}, m_size));
     if (rcIn.IsEmpty()) return;

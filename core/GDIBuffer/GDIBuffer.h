@@ -6,6 +6,7 @@
 #include <boost/noncopyable.hpp>
 
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 /// 3 bytes a pixel in the order B, G, R; rows from the top, each padded to a multiple of 4 bytes.
@@ -19,12 +20,15 @@ public:
     /// Bytes from one row to the next: (width * 3 + 3) & ~3.
     int GetStride() const { return m_nStride; }
     /// Address of a pixel's blue byte; unchecked.
-    uint8_t* GetPixelPtr(CPoint pt) {
+    uint8_t* GetPixelPtr(CPoint pt) { return const_cast<uint8_t*>(std::as_const(*this).GetPixelPtr(pt)); }
+    const uint8_t* GetPixelPtr(CPoint pt) const {
         return m_vPixels.data() + static_cast<size_t>(pt.y) * static_cast<size_t>(m_nStride) +
                static_cast<size_t>(pt.x) * 3;
     }
     /// Moves the whole picture; what moves in from outside is left as it was.
     void Scroll(CPoint ptMove);
+    /// Takes over the pixels of `rc`, clipped, from a bitmap of the same size.
+    void CopyFrom(const CGDIBuffer& src, const CRect& rc);
     /// Fills the part of `rc` that lies inside with one colour (grey in all three bytes).
     void FillGrey(const CRect& rc, uint8_t uGrey);
 

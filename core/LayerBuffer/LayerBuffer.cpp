@@ -83,6 +83,7 @@ void CLayerBuffer::Create(const TCanvasPtr& pCanvas) {
 void CLayerBuffer::CreateCaches(bool bColor) {
     const int thumbScale = ThumbnailScale(m_size);
     SELF_CHECK(illegal_data, DEFAULT_BLOCKSIZE.cx % thumbScale == 0);
+    m_nThumbScale = thumbScale;
     m_pDrawBuffer = CreatePlane(bColor, m_size, DEFAULT_BLOCKSIZE);
     m_pThumbnail =
         CreatePlane(bColor, DividedUp(m_size, thumbScale), DividedUp(DEFAULT_BLOCKSIZE, thumbScale));
@@ -124,19 +125,28 @@ void CLayerBuffer::UpdateBlock(CPoint pt) {
         spChild->RefreshBlock(pt);
         bPaints = bPaints || (!ClipsChildren() && spChild->ShowsAt(pt));
     }
-    const int thumbScale = ThumbnailScale(m_size);
-    if (bPaints) {
-        const auto spTile = m_pDrawBuffer->GetBlock(pt, true);
-        spTile->Clear();
+    // A layer's own tile serves as its picture when nothing comes to it: most tiles exist once.
+    const auto spOwn = m_lstChildren.empty() ? GetOwnTile(pt) : boost::shared_ptr<CRasterBlockBuffer>();
+    if (!bPaints || spOwn) {
+        m_pDrawBuffer->ShareBlock(pt, spOwn);
+    } else {
+        const auto spTile = m_pDrawBuffer->RenewBlock(pt);
         RenderOwn(*spTile);
         PaintChildren(*spTile, [&](CLayerBuffer& child) { child.DrawBlock(*spTile); });
-        const auto spThumbnail = spTile->CreateReduced(m_pThumbnail->GetBlockSize(), thumbScale);
-        m_pThumbnail->SetBlock(spThumbnail->GetPosition(), spThumbnail);
-    } else if (m_pDrawBuffer->GetBlock(pt, false)) {
-        m_pDrawBuffer->SetBlock(pt, {});
-        m_pThumbnail->SetBlock({pt.x / thumbScale, pt.y / thumbScale}, {});
     }
+    m_pThumbnail->DirtyAt({pt.x / m_nThumbScale, pt.y / m_nThumbScale}) = 1;
     uDirty = 0;
+}
+
+const boost::shared_ptr<CRasterBuffer>& CLayerBuffer::GetThumbnail() {
+    m_pThumbnail->ForEachBlock([&](CPoint pt) {
+        if (!m_pThumbnail->DirtyAt(pt)) return;
+        const auto spTile = m_pDrawBuffer->GetBlock({pt.x * m_nThumbScale, pt.y * m_nThumbScale}, false);
+        m_pThumbnail->SetBlock(pt, spTile ? spTile->CreateReduced(m_pThumbnail->GetBlockSize(), m_nThumbScale)
+                                          : boost::shared_ptr<CRasterBlockBuffer>());
+        m_pThumbnail->DirtyAt(pt) = 0;
+    });
+    return m_pThumbnail;
 }
 
 void CLayerBuffer::PaintPicture(CRasterBlockBuffer& dest) {

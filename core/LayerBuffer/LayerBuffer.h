@@ -44,6 +44,9 @@ public:
     virtual bool PrepareOwn(CPoint) { return false; }
     /// Paints the layer's own content, prepared before, into a cleared tile of either kind.
     virtual void RenderOwn(CRasterBlockBuffer&) const {}
+    /// The tile that is exactly what RenderOwn would paint at the block of `pt`, prepared before; null when
+    /// there is no such tile.
+    virtual boost::shared_ptr<CRasterBlockBuffer> GetOwnTile(CPoint) const { return {}; }
     /// RenderOwn for those who take a layer's content also while it is hidden.
     virtual void RenderContent(CRasterBlockBuffer& dest) const { RenderOwn(dest); }
     /// The layer's extra dirty flags, null when it has none.
@@ -105,7 +108,8 @@ public:
     void SetActiveChild(const TLayerPtr& spLayer) { m_wpActive = spLayer; }
 
     const boost::shared_ptr<CRasterBuffer>& GetDrawBuffer() const { return m_pDrawBuffer; }
-    const boost::shared_ptr<CRasterBuffer>& GetThumbnail() const { return m_pThumbnail; }
+    /// The picture reduced by ThumbnailScale, as far as the draw buffer is up to date.
+    const boost::shared_ptr<CRasterBuffer>& GetThumbnail();
     /// The document; a self-check fails when it is gone.
     TCanvasPtr GetCanvas() const;
     CSize GetSize() const { return m_size; }
@@ -134,7 +138,7 @@ protected:
     void DeserializeBase(CDeserializer& reader);
 
     boost::shared_ptr<CRasterBuffer> m_pDrawBuffer;
-    boost::shared_ptr<CRasterBuffer> m_pThumbnail;
+    boost::shared_ptr<CRasterBuffer> m_pThumbnail; ///< a flagged block is still to be reduced
     TLayerList m_lstChildren;
     boost::weak_ptr<CLayerBuffer> m_wpActive;
     boost::weak_ptr<ILayerCanvas> m_wpCanvas;
@@ -148,5 +152,6 @@ private:
     template <class Paint>
     void PaintChildren(CRasterBlockBuffer& dest, Paint paint) const;
 
+    int m_nThumbScale = 1;
     bool m_bJustHidden = false; ///< what lies above has not yet been told that this layer is gone
 };

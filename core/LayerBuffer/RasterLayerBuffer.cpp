@@ -47,6 +47,11 @@ void CRasterLayerBuffer::RenderOwn(CRasterBlockBuffer& dest) const {
     spWork->BlendInto(dest, spMask.get());
 }
 
+boost::shared_ptr<CRasterBlockBuffer> CRasterLayerBuffer::GetOwnTile(CPoint pt) const {
+    const bool bPlain = IsPictureCached() && !m_pStroke && !m_pMask->GetBlock(pt, false);
+    return bPlain ? m_pRaster->GetBlock(pt, false) : boost::shared_ptr<CRasterBlockBuffer>();
+}
+
 boost::shared_ptr<CBoolMatrix> CRasterLayerBuffer::GetChangeMatrix() const {
     auto spMatrix = boost::make_shared<CBoolMatrix>(m_pRaster->GetBufferSize());
     spMatrix->Or(m_pRaster->GetDirty());

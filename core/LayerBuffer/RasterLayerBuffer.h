@@ -12,6 +12,7 @@ public:
     void Create(const TCanvasPtr& spCanvas) override;
     bool PrepareOwn(CPoint pt) override;
     void RenderOwn(CRasterBlockBuffer& dest) const override;
+    boost::shared_ptr<CRasterBlockBuffer> GetOwnTile(CPoint pt) const override;
     boost::shared_ptr<CBoolMatrix> GetChangeMatrix() const override;
     void FollowColorMode() override;
     CSerializer Serialize() const override;

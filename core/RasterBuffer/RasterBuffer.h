@@ -34,6 +34,11 @@ public:
     /// Returns the old tile.
     virtual boost::shared_ptr<CRasterBlockBuffer>
     SetBlock(CPoint pt, const boost::shared_ptr<CRasterBlockBuffer>& spBlock) = 0;
+    /// Stores a tile of this plane's kind that another plane goes on to own and use; whoever writes either
+    /// replaces it first. Flags stay as they are.
+    virtual void ShareBlock(CPoint pt, const boost::shared_ptr<CRasterBlockBuffer>& spBlock) = 0;
+    /// A zeroed tile at the block of `pt`, to be painted: the old one when nobody shares it, else a new one.
+    virtual boost::shared_ptr<CRasterBlockBuffer> RenewBlock(CPoint pt) = 0;
     /// Draws all blocks that the target can show and that are not stale. `ptOrigin` is where the canvas's
     /// corner lies in the target.
     virtual void DrawToScreen(CGDIBuffer& target, CPoint ptOrigin, const TViewState& view) = 0;

@@ -84,6 +84,19 @@ public:
         return spOld;
     }
 
+    void ShareBlock(CPoint pt, const boost::shared_ptr<CRasterBlockBuffer>& spBlock) override {
+        m_pBlocks[IndexOf(pt)] = boost::dynamic_pointer_cast<Block>(spBlock);
+    }
+
+    boost::shared_ptr<CRasterBlockBuffer> RenewBlock(CPoint pt) override {
+        TBlockPtr& spEntry = m_pBlocks[IndexOf(pt)];
+        if (spEntry && spEntry.use_count() == 1)
+            spEntry->Clear();
+        else
+            spEntry = boost::static_pointer_cast<Block>(CreateBlock(CornerOf(pt)));
+        return spEntry;
+    }
+
     void DrawToScreen(CGDIBuffer& target, CPoint ptOrigin, const TViewState& view) override {
         const CScreenMap map(this->m_szSize, ptOrigin, view, target.GetSize());
         this->ForEachBlockIn(map.ToCanvas(map.GetTargetRect()), [&](CPoint pt) {
@@ -186,6 +199,11 @@ public:
     }
     void SetOpacity(uint8_t uOpacity) override { m_uOpacity = uOpacity; }
     uint8_t GetOpacity() const override { return m_uOpacity; }
+    /// With this plane's opacity, whoever owns the tile.
+    void BlendBlockInto(CRasterBlockBuffer& dest, const CRasterBlockBuffer* pMask) const override {
+        if (const Block* pBlock = this->FindBlock(dest.GetPosition()))
+            pBlock->BlendWith(dest, m_uOpacity, pMask);
+    }
 
 protected:
     uint32_t GetChunkTag() const override { return Plane::CHUNK_TAG; }

@@ -211,7 +211,7 @@ TEST(Thumbnail, ScaleAndPicture) {
     EXPECT_FALSE(thumbnail.GetBlock({0, 0}, false));
     static_cast<CRasterLayerBuffer&>(*spLayer).GetRaster()->SetBlock({96, 96}, {});
     spCanvas->ComposeAll();
-    EXPECT_FALSE(thumbnail.GetBlock({12, 12}, false));
+    EXPECT_FALSE(spLayer->GetThumbnail()->GetBlock({12, 12}, false));
 }
 
 TEST(Canvas, SavesAndLoadsItsTree) {

@@ -124,3 +124,30 @@ TEST(ReduceKernel, OddRatiosKeepFlatAreasFlatAndWeighByArea) {
     EXPECT_EQ(aOut[1], 166); // 100 half, 200 whole: 250 / 1.5
     EXPECT_THROW(ReducePlane(aOut, {2, 1}, aSource, nullptr, {1, 1}), constraint_violation_as<defect_logic>);
 }
+
+namespace {
+
+// FNV-1a over what shrinking noise of one kind gives, 64 bits.
+template <class T>
+uint64_t DigestOfReduced(CSize szSource, CSize szDest, bool bAlpha) {
+    uint32_t uSeed = 1;
+    const auto noise = [&] { return uSeed = uSeed * 1664525 + 1013904223, uSeed >> 16; };
+    std::vector<T> vSource(static_cast<size_t>(szSource.cx) * static_cast<size_t>(szSource.cy));
+    std::vector<uint8_t> vAlpha(vSource.size());
+    for (T& u : vSource) u = static_cast<T>(noise());
+    for (uint8_t& u : vAlpha) u = noise() % 3 ? static_cast<uint8_t>(noise()) : 0;
+    std::vector<T> vDest(static_cast<size_t>(szDest.cx) * static_cast<size_t>(szDest.cy));
+    ReducePlane(vDest.data(), szDest, vSource.data(), bAlpha ? vAlpha.data() : nullptr, szSource);
+    uint64_t uDigest = 0xCBF29CE484222325u;
+    for (const T u : vDest) uDigest = (uDigest ^ u) * 0x100000001B3u;
+    return uDigest;
+}
+
+} // namespace
+
+TEST(ReduceKernel, GivesTheSameOnEveryMachineWithAnyNumberOfThreads) {
+    EXPECT_EQ(DigestOfReduced<uint8_t>({500, 300}, {123, 77}, true), 5151783663399571901u);
+    EXPECT_EQ(DigestOfReduced<uint16_t>({500, 300}, {123, 77}, false), 17444129487736707663u);
+    EXPECT_EQ(DigestOfReduced<uint8_t>({600, 1200}, {2, 4}, true), 6768066700468035827u);
+    EXPECT_EQ(DigestOfReduced<uint16_t>({96, 96}, {3, 2}, true), 10537434630671383967u);
+}
