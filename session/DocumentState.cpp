@@ -4,6 +4,7 @@
 #include "core/CanvasFrame/CanvasFrame.h"
 #include "core/LayerBuffer/LayerSetBuffer.h"
 #include "core/LayerBuffer/RasterLayerBuffer.h"
+#include "core/LayerBuffer/VectorLayerBuffer.h"
 #include "core/Platform/Bitmap.h"
 #include "session/Script.h"
 
@@ -61,6 +62,7 @@ std::string DigestPixels(CCanvasBuffer& canvas, IImageCodecs& codecs) {
 
 const char* KindOf(const CLayerBuffer& layer) {
     if (dynamic_cast<const CRasterLayerBuffer*>(&layer)) return "raster";
+    if (dynamic_cast<const CVectorLayerBuffer*>(&layer)) return "vector";
     if (dynamic_cast<const CLayerSetBuffer*>(&layer)) return "set";
     return "other";
 }

@@ -37,19 +37,16 @@ TLayerPtr FindChild(const CLayerBuffer& parent, size_t idx) {
 }
 
 // Looks the whole path up before it changes anything: a wrong one selects nothing.
-void SelectLayer(CCanvasBuffer& canvas, const std::vector<size_t>& vPath) {
-    std::vector<TLayerPtr> vLayers;
-    for (const size_t idx : vPath)
-        vLayers.push_back(FindChild(vLayers.empty() ? canvas.GetRoot() : *vLayers.back(), idx));
-    canvas.GetRoot().SetActiveChild(vLayers.front());
-    for (size_t i = 0; i < vLayers.size(); ++i)
-        vLayers[i]->SetActiveChild(i + 1 < vLayers.size() ? vLayers[i + 1] : TLayerPtr());
+void SelectPath(CCanvasBuffer& canvas, const std::vector<size_t>& vPath) {
+    TLayerPtr spLayer;
+    for (const size_t idx : vPath) spLayer = FindChild(spLayer ? *spLayer : canvas.GetRoot(), idx);
+    canvas.SelectLayer(spLayer);
 }
 
 void Play(const TLayerChange& change) {
     CCanvasFrame& frame = GetActiveFrame();
     CCanvasBuffer& canvas = *frame.GetCanvas();
-    if (!change.vPath.empty()) SelectLayer(canvas, change.vPath);
+    if (!change.vPath.empty()) SelectPath(canvas, change.vPath);
     const TLayerPtr spLayer = canvas.GetActiveLayer();
     if (!spLayer) throw step_failure("no layer is selected");
     if (change.strName) spLayer->setName(*change.strName, true);

@@ -30,5 +30,15 @@ enum ECommand : int {
     ID_PREDICTION_LAST = 12819,
     ID_ZOOM_IN = 12820,
     ID_ZOOM_OUT = 12821,
+    ID_LAYER_NEW_RASTER = 12900,
+    ID_LAYER_NEW_VECTOR = 12901,
+    ID_LAYER_NEW_SET = 12902,
+    ID_LAYER_DELETE = 12903,
+    ID_LAYER_CLIPPING = 12904,
+    ID_LAYER_MERGE_DOWN = 12905,
+    ID_LAYER_RASTERIZE = 12906,
+    ID_MODE_GREY = 13100,
+    ID_MODE_RGB = 13101,
+    ID_MODE_LIGHT = 13102,
     IDC_ZOOM_COMBO = 101, ///< a line of the zoom box was chosen: lParam is the line
 };

@@ -7,6 +7,7 @@
 
 constexpr EMessage WM_REFRESH_ALL =
     AppMessage(1); ///< everything that shows the active canvas or tool rereads
+constexpr EMessage WM_REFRESH_LAYERS = AppMessage(2); ///< the active canvas's tree has changed
 constexpr EMessage WM_REFRESH_SCALE =
     AppMessage(5); ///< the status pane and the zoom box reread the active frame
 constexpr EMessage WM_ADD_RECENT = AppMessage(9); ///< strText: a path for the recent list

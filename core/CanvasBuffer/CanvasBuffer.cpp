@@ -23,7 +23,7 @@ public:
     bool canBeMergedWith(const CLayerBuffer&) const override { return false; }
 
 protected:
-    bool ClipsChildren() const override { return false; }
+    bool IsClipping() const override { return false; }
 };
 
 CCanvasBuffer::CCanvasBuffer() : m_spHistory(boost::make_shared<CHistoryStream>()) {}
@@ -56,6 +56,15 @@ TLayerPtr CCanvasBuffer::GetActiveLayer() const {
     TLayerPtr spLayer = GetRoot().GetActiveChild();
     while (spLayer && spLayer->GetActiveChild()) spLayer = spLayer->GetActiveChild();
     return spLayer;
+}
+
+void CCanvasBuffer::SelectLayer(const TLayerPtr& spLayer) {
+    TLayerPtr spChild;
+    for (TLayerPtr sp = spLayer; sp && sp != m_spRoot; sp = m_spRoot->FindParentOf(*sp)) {
+        sp->SetActiveChild(spChild);
+        spChild = sp;
+    }
+    m_spRoot->SetActiveChild(spChild);
 }
 
 void CCanvasBuffer::FlushCanvasUpdates() {

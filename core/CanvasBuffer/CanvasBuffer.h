@@ -50,8 +50,8 @@ public:
 
     /// The hidden root of the layer tree.
     CLayerBuffer& GetRoot() const;
-    /// The selected layer: the current child of the current child, from the root down. Null for none.
-    TLayerPtr GetActiveLayer() const;
+    TLayerPtr GetActiveLayer() const override;
+    void SelectLayer(const TLayerPtr& spLayer) override;
 
     /// Gathers the flags of the tree into the root's and counts them.
     void FlushCanvasUpdates() override;

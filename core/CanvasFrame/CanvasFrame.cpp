@@ -7,6 +7,7 @@
 #include "core/AppModule/WindowPlacement.h"
 #include "core/Base/Failure.h"
 #include "core/Base/Text.h"
+#include "core/CanvasFrame/LayerCommands.h"
 #include "core/CanvasFrame/SelectionOutline.h"
 #include "core/CanvasFrame/ZoomList.h"
 #include "core/ImageFile/ImageFile.h"
@@ -159,6 +160,7 @@ bool CCanvasFrame::OnClose() {
 }
 
 bool CCanvasFrame::HandlesCommand(int nId) {
+    if (IsLayerCommand(nId)) return true;
     switch (nId) {
     case ID_FILE_SAVE:
     case ID_FILE_SAVE_AS:
@@ -177,6 +179,7 @@ bool CCanvasFrame::HandlesCommand(int nId) {
 
 bool CCanvasFrame::OnCommand(int nId) {
     TViewState view = m_view.GetState();
+    if (IsLayerCommand(nId)) return Guarded([&] { return OnTreeCommand(nId), true; });
     switch (nId) {
     case ID_FILE_SAVE:
     case ID_FILE_SAVE_AS:
@@ -212,6 +215,13 @@ void CCanvasFrame::OnUndoRedo(int nId) {
         m_spCanvas->GetHistory().Undo();
     else
         m_spCanvas->GetHistory().Redo();
+    RaiseRefresh();
+    m_pWindow->Invalidate();
+}
+
+void CCanvasFrame::OnTreeCommand(int nId) {
+    if (!DoLayerCommand(m_spCanvas, nId)) return;
+    PostToMainFrame(WM_REFRESH_LAYERS);
     RaiseRefresh();
     m_pWindow->Invalidate();
 }

@@ -54,6 +54,7 @@ private:
     bool IsActive() const;
     void OnFileSave(int nId);
     void OnUndoRedo(int nId);
+    void OnTreeCommand(int nId);
     void OnScroll(bool bVertical, int32_t nOffset);
     void UpdateScrollBars();
     bool IsOnlyViewOfCanvas() const;

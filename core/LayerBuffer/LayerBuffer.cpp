@@ -112,7 +112,7 @@ template <class Paint>
 void CLayerBuffer::PaintChildren(CRasterBlockBuffer& dest, Paint paint) const {
     if (m_lstChildren.empty()) return;
     // A clipped child adds colour but no coverage: the layer's own alpha is put back afterwards.
-    const auto spOwn = ClipsChildren() ? dest.Clone() : boost::shared_ptr<CRasterBlockBuffer>();
+    const auto spOwn = IsClipping() ? dest.Clone() : boost::shared_ptr<CRasterBlockBuffer>();
     for (const TLayerPtr& spChild : m_lstChildren) paint(*spChild);
     if (spOwn) dest.RestoreAlpha(*spOwn);
 }
@@ -123,7 +123,7 @@ void CLayerBuffer::UpdateBlock(CPoint pt) {
     bool bPaints = PrepareOwn(pt);
     for (const TLayerPtr& spChild : m_lstChildren) {
         spChild->RefreshBlock(pt);
-        bPaints = bPaints || (!ClipsChildren() && spChild->ShowsAt(pt));
+        bPaints = bPaints || (!IsClipping() && spChild->ShowsAt(pt));
     }
     // A layer's own tile serves as its picture when nothing comes to it: most tiles exist once.
     const auto spOwn = m_lstChildren.empty() ? GetOwnTile(pt) : boost::shared_ptr<CRasterBlockBuffer>();
@@ -172,9 +172,9 @@ void CLayerBuffer::PaintWithOpacity(CRasterBlockBuffer& dest) {
 
 bool CLayerBuffer::HasPicture(CPoint pt) {
     if (PrepareOwn(pt)) return true;
-    return !ClipsChildren() &&
-           std::any_of(m_lstChildren.begin(), m_lstChildren.end(),
-                       [&](const auto& spChild) { return spChild->IsVisible() && spChild->HasPicture(pt); });
+    return !IsClipping() && std::any_of(m_lstChildren.begin(), m_lstChildren.end(), [&](const auto& spChild) {
+        return spChild->IsVisible() && spChild->HasPicture(pt);
+    });
 }
 
 void CLayerBuffer::UpdateFlags() {
@@ -211,11 +211,17 @@ void CLayerBuffer::AddLayer(const TLayerPtr& spLayer, int idxLayer, bool bHistor
 void CLayerBuffer::RemoveLayer(TLayerPtr spLayer, bool bHistory) {
     const int idx = IndexOf(*spLayer);
     SELF_CHECK(invalid_argument, 0 <= idx);
-    m_lstChildren.erase(std::next(m_lstChildren.begin(), idx));
+    const auto spHistory =
+        bHistory ? boost::make_shared<CAddDelLayerHistory<false>>(shared_from_this(), idx, spLayer)
+                 : boost::shared_ptr<CAddDelLayerHistory<false>>();
+    const auto iter = m_lstChildren.erase(std::next(m_lstChildren.begin(), idx));
+    // The next one below is active then, as in the list that the user sees.
+    if (m_wpActive.lock() == spLayer)
+        m_wpActive = iter != m_lstChildren.begin() ? *std::prev(iter)
+                     : iter != m_lstChildren.end() ? *iter
+                                                   : TLayerPtr();
     MarkAllDirty();
-    if (bHistory)
-        GetCanvas()->GetHistory().Register(
-            boost::make_shared<CAddDelLayerHistory<false>>(shared_from_this(), idx, spLayer));
+    GetCanvas()->GetHistory().Register(spHistory);
 }
 
 void CLayerBuffer::MoveLayer(TLayerPtr spLayer, const TLayerPtr& spParent, int idxLayer, bool bHistory) {
@@ -224,15 +230,14 @@ void CLayerBuffer::MoveLayer(TLayerPtr spLayer, const TLayerPtr& spParent, int i
     const int nCount = static_cast<int>(spParent->m_lstChildren.size()) - (spParent.get() == this ? 1 : 0);
     const int idxNew = idxLayer == -1 ? nCount : idxLayer;
     SELF_CHECK(invalid_argument, 0 <= idxOld && !bBelow && 0 <= idxNew && idxNew <= nCount);
-    const bool bActive = GetActiveChild() == spLayer;
+    const TCanvasPtr spCanvas = GetCanvas();
+    const TLayerPtr spActive = spCanvas->GetActiveLayer();
+    const bool bActive = spActive && (spActive == spLayer || spLayer->FindParentOf(*spActive));
     RemoveLayer(spLayer, false);
     spParent->AddLayer(spLayer, idxNew, false);
-    if (bActive) {
-        SetActiveChild({});
-        spParent->SetActiveChild(spLayer);
-    }
+    if (bActive) spCanvas->SelectLayer(spActive);
     if (bHistory)
-        GetCanvas()->GetHistory().Register(
+        spCanvas->GetHistory().Register(
             boost::make_shared<CMoveLayerHistory>(shared_from_this(), idxOld, spParent, idxNew, spLayer));
 }
 

@@ -60,6 +60,8 @@ public:
     /// True when `other`, directly above, may be merged onto this layer.
     virtual bool canBeMergedWith(const CLayerBuffer& other) const;
     virtual bool IsRasterizable() const { return false; }
+    /// True when children paint only where this layer has paint.
+    virtual bool IsClipping() const { return true; }
 
     /// Rebuilds the draw buffer's tile at `pt` (any pixel of the block) if it is stale; where nothing paints
     /// there is no tile.
@@ -128,8 +130,6 @@ public:
 protected:
     /// True when the draw buffer holds what PaintPicture is to paint.
     virtual bool IsPictureCached() const { return GetCanvas()->IsColor() == GetCanvas()->IsColorRaster(); }
-    /// True when children paint only where this layer has paint.
-    virtual bool ClipsChildren() const { return true; }
     /// False while nothing of this layer can show, so that its flags stay with it.
     virtual bool PassesFlags() const { return true; }
 

@@ -3,7 +3,10 @@
 
 #include "core/Base/Geometry.h"
 
+#include <boost/shared_ptr.hpp>
+
 class CHistoryStream;
+class CLayerBuffer;
 class CSelectBuffer;
 
 class ILayerCanvas {
@@ -20,4 +23,9 @@ public:
     virtual const CSelectBuffer* GetSelect() const = 0;
     /// Gathers the flags of the whole tree, so that every layer can be brought up to date on its own.
     virtual void FlushCanvasUpdates() = 0;
+    /// The layer that commands and tools work on: the current child of the current child, from the root down;
+    /// null for none.
+    virtual boost::shared_ptr<CLayerBuffer> GetActiveLayer() const = 0;
+    /// Makes a layer of the tree the active one; null leaves none active.
+    virtual void SelectLayer(const boost::shared_ptr<CLayerBuffer>& spLayer) = 0;
 };

@@ -27,7 +27,6 @@ private:
         } else {
             m_bActive = spParent->GetActiveChild() == m_spLayer;
             spParent->RemoveLayer(m_spLayer, false);
-            if (m_bActive) spParent->SetActiveChild({});
         }
     }
 

@@ -2,6 +2,7 @@
 
 #include "core/AppModule/AppModule.h"
 #include "core/AppModule/CommandIds.h"
+#include "core/CanvasFrame/LayerCommands.h"
 #include "core/CanvasFrame/ZoomList.h"
 #include "core/IniConfig/GlobalSwitches.h"
 #include "core/MainFrame/MainFrame.h"
@@ -15,6 +16,7 @@ bool IsFileCommandOfHost(int nId) {
 TCommandState StateWithFrame(int nId, const CCanvasFrame& frame) {
     const TViewState& view = frame.GetView().GetState();
     const int nLine = g_pMainFrame->GetWindow() ? g_pMainFrame->GetWindow()->GetZoomItem() : -1;
+    if (IsLayerCommand(nId)) return GetLayerCommandState(*frame.GetCanvas(), nId);
     switch (nId) {
     case ID_EDIT_UNDO:
         return {frame.GetCanvas()->GetHistory().CanUndo(), false};

@@ -1,12 +1,9 @@
 // The state rules: one place that says which commands are enabled and checked, for menu and tool bar alike.
 #pragma once
 
-class ICommandLook;
+#include "core/AppModule/CommandState.h"
 
-struct TCommandState {
-    bool bEnabled = false;
-    bool bChecked = false;
-};
+class ICommandLook;
 
 /// The state of a command as things stand. A command that nothing handles is disabled.
 TCommandState GetCommandState(int nId);

@@ -53,7 +53,7 @@ TEST_F(MainFrame, CommandStatesFollowTheViewAndTheHost) {
     Step([] {
         for (const int nId : {ID_FILE_NEW, ID_FILE_OPEN, ID_FILE_SAVE, ID_FILE_SAVE_AS})
             EXPECT_FALSE(g_pMainFrame->IsCommandEnabled(nId));
-        EXPECT_FALSE(g_pMainFrame->IsCommandEnabled(12901)); // nothing handles it
+        EXPECT_FALSE(g_pMainFrame->IsCommandEnabled(13105)); // nothing handles it
         EXPECT_FALSE(g_pMainFrame->IsCommandEnabled(ID_EDIT_UNDO));
         EXPECT_FALSE(g_pMainFrame->IsCommandChecked(ID_VIEW_FLIP_H));
         EXPECT_TRUE(g_pMainFrame->IsCommandChecked(ID_PREDICTION_FIRST + 1));

@@ -1,0 +1,108 @@
+#include "core/AppModule/CommandIds.h"
+#include "core/CanvasFrame/LayerCommands.h"
+#include "tests/support/LayerPictures.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+// The tree from the bottom up, children in brackets, the active layer with a star.
+std::wstring Describe(const CLayerBuffer& layer, const TLayerPtr& spActive) {
+    std::wstring str;
+    for (const TLayerPtr& spChild : layer.GetChildren()) {
+        if (!str.empty()) str += L" ";
+        str += spChild->GetName() + (spChild == spActive ? L"*" : L"");
+        if (!spChild->GetChildren().empty()) str += L"[" + Describe(*spChild, spActive) + L"]";
+    }
+    return str;
+}
+
+class LayerCommands : public testing::Test {
+protected:
+    void Add(const wchar_t* pszName) {
+        DoLayerCommand(m_spCanvas, ID_LAYER_NEW_RASTER);
+        m_spCanvas->GetActiveLayer()->setName(pszName);
+    }
+    std::wstring Tree() { return Describe(m_spCanvas->GetRoot(), m_spCanvas->GetActiveLayer()); }
+    void Select(int idx) {
+        m_spCanvas->SelectLayer(*std::next(m_spCanvas->GetRoot().GetChildren().begin(), idx));
+    }
+    bool IsEnabled(int nId) { return GetLayerCommandState(*m_spCanvas, nId).bEnabled; }
+    bool IsChecked(int nId) { return GetLayerCommandState(*m_spCanvas, nId).bChecked; }
+    bool Do(int nId) { return DoLayerCommand(m_spCanvas, nId); }
+
+    boost::shared_ptr<CCanvasBuffer> m_spCanvas = CreateCanvas({50, 40});
+    CHistoryStream& m_history = m_spCanvas->GetHistory();
+};
+
+} // namespace
+
+TEST_F(LayerCommands, NewLayersGoAboveTheActiveOneUnderFreeNames) {
+    EXPECT_FALSE(IsEnabled(ID_LAYER_DELETE) || IsEnabled(ID_LAYER_RASTERIZE) || Do(ID_LAYER_DELETE));
+    Do(ID_LAYER_NEW_RASTER);
+    Do(ID_LAYER_NEW_RASTER);
+    Select(0);
+    Do(ID_LAYER_NEW_RASTER);
+    EXPECT_EQ(Tree(), L"新規ラスタレイヤー 新規ラスタレイヤー (3)* 新規ラスタレイヤー (2)");
+    Do(ID_LAYER_NEW_SET);
+    Do(ID_LAYER_NEW_RASTER); // into the set, whose names are its own
+    Do(ID_LAYER_NEW_VECTOR);
+    EXPECT_EQ(Tree(), L"新規ラスタレイヤー 新規ラスタレイヤー (3) "
+                      L"新規レイヤーセット[新規ラスタレイヤー 新規ベクタレイヤー*] 新規ラスタレイヤー (2)");
+    m_history.Undo();
+    EXPECT_EQ(m_spCanvas->GetActiveLayer()->GetName(), L"新規ラスタレイヤー"); // the one below
+}
+
+TEST_F(LayerCommands, ClippingMovesOntoTheLayerBelowAndBack) {
+    Add(L"a"), Add(L"b"), Add(L"c");
+    Select(0);
+    EXPECT_FALSE(IsEnabled(ID_LAYER_CLIPPING)); // nothing below
+    Select(1);
+    Do(ID_LAYER_CLIPPING);
+    EXPECT_EQ(Tree(), L"a[b*] c");
+    EXPECT_TRUE(IsChecked(ID_LAYER_CLIPPING));
+    Select(1);
+    Do(ID_LAYER_CLIPPING);
+    EXPECT_EQ(Tree(), L"a[b c*]");
+    m_history.Undo();
+    EXPECT_EQ(Tree(), L"a[b] c*");
+    m_history.Redo();
+    Do(ID_LAYER_CLIPPING);
+    EXPECT_EQ(Tree(), L"a[b] c*");
+    EXPECT_EQ(m_history.GetUndoList().front()->GetName(), L"レイヤー移動");
+    m_spCanvas->SelectLayer(m_spCanvas->GetRoot().GetChildren().front()->GetChildren().front());
+    EXPECT_FALSE(IsEnabled(ID_LAYER_MERGE_DOWN)); // nothing below among its siblings
+    Do(ID_LAYER_DELETE);
+    EXPECT_EQ(Tree(), L"a* c");
+    m_history.Undo();
+    EXPECT_EQ(Tree(), L"a[b*] c");
+    Select(0);
+    EXPECT_TRUE(IsEnabled(ID_LAYER_RASTERIZE));
+    Do(ID_LAYER_RASTERIZE);
+    EXPECT_EQ(Tree(), L"a* c");
+    Select(1);
+    Do(ID_LAYER_NEW_SET);
+    EXPECT_FALSE(IsEnabled(ID_LAYER_MERGE_DOWN)); // a set merges with nothing
+    Select(1);
+    Do(ID_LAYER_MERGE_DOWN);
+    EXPECT_EQ(Tree(), L"a* 新規レイヤーセット");
+    for (int n = 0; n < 3; ++n) m_history.Undo();
+    EXPECT_EQ(Tree(), L"a[b] c*");
+}
+
+TEST_F(LayerCommands, ColourModesAreStatesOfTheCanvas) {
+    Add(L"a");
+    EXPECT_TRUE(IsChecked(ID_MODE_RGB) && !IsChecked(ID_MODE_GREY) && !IsChecked(ID_MODE_LIGHT));
+    EXPECT_FALSE(Do(ID_MODE_RGB));
+    EXPECT_EQ(m_history.GetUndoList().size(), 1u);
+    EXPECT_TRUE(Do(ID_MODE_LIGHT));
+    EXPECT_TRUE(IsChecked(ID_MODE_RGB) && IsChecked(ID_MODE_LIGHT));
+    EXPECT_TRUE(m_spCanvas->IsColorRaster() && !m_spCanvas->IsColor());
+    EXPECT_TRUE(Do(ID_MODE_GREY));
+    EXPECT_TRUE(IsChecked(ID_MODE_GREY));
+    EXPECT_FALSE(IsEnabled(ID_MODE_LIGHT));
+    EXPECT_EQ(Tree(), L"a*"); // the copy has the same layer active
+    m_history.Undo();
+    EXPECT_TRUE(Do(ID_MODE_LIGHT));
+    EXPECT_TRUE(IsChecked(ID_MODE_RGB) && !IsChecked(ID_MODE_LIGHT));
+}
