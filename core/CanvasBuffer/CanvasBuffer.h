@@ -66,6 +66,7 @@ public:
     boost::shared_ptr<CRasterBuffer> Flatten();
 
     const CSelectBuffer* GetSelect() const override { return m_spSelect.get(); }
+    const boost::shared_ptr<CSelectBuffer>& GetSelectShared() const { return m_spSelect; }
     /// Replaces the selection; null selects nothing.
     void SetSelect(const boost::shared_ptr<CSelectBuffer>& spSelect) { m_spSelect = spSelect; }
 

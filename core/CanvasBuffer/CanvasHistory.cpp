@@ -8,6 +8,13 @@ CCanvasBuffer::FullBackup TakeOriginal(const boost::shared_ptr<CCanvasBuffer>& s
     return backup;
 }
 
+void SwapSelect(const boost::shared_ptr<CCanvasBuffer>& spCanvas, boost::shared_ptr<CSelectBuffer>* pState) {
+    if (!spCanvas) return;
+    const boost::shared_ptr<CSelectBuffer> spNow = spCanvas->GetSelectShared();
+    spCanvas->SetSelect(*pState);
+    *pState = spNow;
+}
+
 } // namespace
 
 CanvasBufferHistoryHelper::CanvasBufferHistoryHelper(std::wstring strName,
@@ -16,6 +23,14 @@ CanvasBufferHistoryHelper::CanvasBufferHistoryHelper(std::wstring strName,
       m_helper(spCanvas, TakeOriginal(spCanvas), CCanvasBuffer::SwapFullBackup) {}
 
 void CanvasBufferHistoryHelper::Commit() { m_spCanvas->GetHistory().Register(m_helper.Commit(m_strName)); }
+
+void ChangeSelection(const boost::shared_ptr<CCanvasBuffer>& spCanvas,
+                     const boost::shared_ptr<CSelectBuffer>& spSelect, std::wstring strName) {
+    CSymmetricHistoryHelper<CCanvasBuffer, boost::shared_ptr<CSelectBuffer>> helper(
+        spCanvas, spCanvas->GetSelectShared(), SwapSelect);
+    spCanvas->SetSelect(spSelect);
+    spCanvas->GetHistory().Register(helper.Commit(std::move(strName)));
+}
 
 bool ChangeColorMode(const boost::shared_ptr<CCanvasBuffer>& spCanvas, bool bColor, bool bColorRaster) {
     if (spCanvas->IsColor() == bColor && spCanvas->IsColorRaster() == bColorRaster) return false;

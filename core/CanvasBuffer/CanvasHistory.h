@@ -19,6 +19,10 @@ private:
     CSymmetricHistoryHelper<CCanvasBuffer, CCanvasBuffer::FullBackup> m_helper;
 };
 
+/// Replaces the selection (null: nothing selected) by an undoable action of that label.
+void ChangeSelection(const boost::shared_ptr<CCanvasBuffer>& spCanvas,
+                     const boost::shared_ptr<CSelectBuffer>& spSelect, std::wstring strName);
+
 /// Changes the kinds of draw buffers and of raster layers' pixels; an undoable action. False when the canvas
 /// has them already.
 bool ChangeColorMode(const boost::shared_ptr<CCanvasBuffer>& spCanvas, bool bColor, bool bColorRaster);

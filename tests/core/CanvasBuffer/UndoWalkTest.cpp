@@ -1,0 +1,140 @@
+// Every undoable action, in random order, taken back and done again in random walks.
+#include "core/AppModule/CommandIds.h"
+#include "core/Base/Text.h"
+#include "core/CanvasBuffer/CanvasHistory.h"
+#include "core/CanvasFrame/LayerCommands.h"
+#include "core/IniConfig/GlobalSwitches.h"
+#include "core/LayerBuffer/StrokeHistory.h"
+#include "tests/support/LayerPictures.h"
+
+#include <gtest/gtest.h>
+
+#include <string_view>
+
+namespace {
+
+constexpr CSize SIZE{130, 50};
+constexpr size_t OPERATIONS = 500;
+constexpr size_t MAX_LAYERS = 9;
+
+void Collect(const CLayerBuffer& layer, std::vector<TLayerPtr>& vLayers) {
+    for (const TLayerPtr& spChild : layer.GetChildren()) {
+        vLayers.push_back(spChild);
+        spChild->SetActiveChild({}); // which layer is active is no part of what is undone
+        Collect(*spChild, vLayers);
+    }
+}
+
+// Replaces a tile or two, as a stroke does.
+void PaintStroke(CCanvasBuffer& canvas, CRasterLayerBuffer& layer, std::mt19937& random) {
+    const auto spRaster = layer.GetRaster();
+    const auto spBefore = spRaster->ShallowCopy();
+    spRaster->ForEachBlock([&](CPoint pt) {
+        if (random() % 2) return;
+        const auto spTile = spRaster->GetBlockOrBlank(pt)->Clone();
+        for (int n = 0; n < 300; ++n) spTile->GetPixelPtr({0, 0})[random() % (96 * 96 * 2)] ^= random() & 255;
+        spRaster->SetBlock(pt, random() % 8 ? spTile : boost::shared_ptr<CRasterBlockBuffer>());
+    });
+    canvas.GetHistory().Register(
+        boost::make_shared<CCommitStrokeBufferHistory>(L"ブラシ", *spBefore, spRaster));
+}
+
+class UndoWalk : public testing::TestWithParam<unsigned> {
+protected:
+    UndoWalk() {
+        g_Switches.m_nMaxHistory = OPERATIONS;
+        FillRandomTree(m_spCanvas, 4, m_random, false);
+    }
+    ~UndoWalk() override { g_Switches.m_nMaxHistory = m_nMaxHistory; }
+
+    // What a document is: its file, its pixels, its selection.
+    size_t State() {
+        std::vector<TLayerPtr> vLayers;
+        m_spCanvas->GetRoot().SetActiveChild({});
+        Collect(m_spCanvas->GetRoot(), vLayers);
+        const auto hash = [](const std::vector<uint8_t>& v) {
+            return std::hash<std::string_view>()({reinterpret_cast<const char*>(v.data()), v.size()});
+        };
+        CSerializer file;
+        file.WriteChunk(m_spCanvas->Serialize());
+        const TBytes vFile(file.GetPayload());
+        return hash({vFile.begin(), vFile.end()}) ^ hash(PixelsOf(*m_spCanvas->Flatten())) * 3 ^
+               reinterpret_cast<size_t>(m_spCanvas->GetSelect());
+    }
+
+    // One random action; false when it did nothing.
+    bool Act() {
+        const size_t nBefore = m_spCanvas->GetHistory().GetUndoList().size();
+        std::vector<TLayerPtr> vLayers;
+        Collect(m_spCanvas->GetRoot(), vLayers);
+        const auto any = [&] { return vLayers.empty() ? TLayerPtr() : vLayers[m_random() % vLayers.size()]; };
+        const TLayerPtr spLayer = any();
+        m_spCanvas->SelectLayer(spLayer);
+        if (!spLayer || (vLayers.size() < MAX_LAYERS && m_random() % 3 == 0))
+            return DoLayerCommand(m_spCanvas, ID_LAYER_NEW_RASTER + static_cast<int>(m_random() % 3));
+        const auto pVector = dynamic_cast<CVectorLayerBuffer*>(spLayer.get());
+        const auto pRaster = dynamic_cast<CRasterLayerBuffer*>(spLayer.get());
+        switch (m_random() % 10) {
+        case 0:
+            return DoLayerCommand(m_spCanvas, ID_LAYER_DELETE);
+        case 1:
+            return DoLayerCommand(m_spCanvas, ID_LAYER_CLIPPING);
+        case 2:
+            return DoLayerCommand(m_spCanvas, ID_LAYER_MERGE_DOWN);
+        case 3:
+            return DoLayerCommand(m_spCanvas, ID_LAYER_RASTERIZE);
+        case 4:
+            return m_random() % 4 == 0 &&
+                   DoLayerCommand(m_spCanvas, ID_MODE_GREY + static_cast<int>(m_random() % 3));
+        case 5:
+            spLayer->SetOpacity(static_cast<uint8_t>(m_random()), true);
+            break;
+        case 6:
+            spLayer->setName(std::to_wstring(m_random()), true);
+            break;
+        case 7:
+            if (const TLayerPtr spParent = any(); spParent != spLayer && !spLayer->FindParentOf(*spParent))
+                m_spCanvas->GetRoot().FindParentOf(*spLayer)->MoveLayer(spLayer, spParent, -1);
+            break;
+        case 8:
+            ChangeSelection(m_spCanvas, boost::make_shared<CSelectBuffer>(SIZE), L"選択ツール");
+            break;
+        default:
+            if (pVector) pVector->SetLayerColor(m_random() & 0xFFFFFF, true);
+            if (pRaster) PaintStroke(*m_spCanvas, *pRaster, m_random);
+        }
+        return m_spCanvas->GetHistory().GetUndoList().size() > nBefore;
+    }
+
+    const int m_nMaxHistory = g_Switches.m_nMaxHistory;
+    std::mt19937 m_random{GetParam()};
+    boost::shared_ptr<CCanvasBuffer> m_spCanvas = CreateCanvas(SIZE);
+};
+
+} // namespace
+
+TEST_P(UndoWalk, EveryStateComesBackWholly) {
+    std::vector<size_t> vStates{State()};
+    while (vStates.size() <= OPERATIONS)
+        if (Act())
+            vStates.push_back(State());
+        else
+            vStates.back() = State(); // one opacity after the other is one step
+    size_t nAt = OPERATIONS;
+    CHistoryStream& history = m_spCanvas->GetHistory();
+    ASSERT_EQ(history.GetUndoList().size(), OPERATIONS);
+    while (nAt > 0 && !HasFailure()) {
+        // Mostly back, sometimes forward again.
+        const bool bBack = nAt == OPERATIONS || m_random() % 4;
+        const std::wstring strLabel =
+            (bBack ? history.GetUndoList() : history.GetRedoList()).front()->GetName();
+        bBack ? history.Undo() : history.Redo();
+        nAt += bBack ? size_t(-1) : 1;
+        if (m_random() % 3 == 0) m_spCanvas->ComposeAll();
+        EXPECT_EQ(State(), vStates[nAt]) << nAt << (bBack ? " undo " : " redo ") << ToUtf8(strLabel);
+    }
+    while (history.CanRedo()) history.Redo();
+    EXPECT_EQ(State(), vStates.back());
+}
+
+INSTANTIATE_TEST_SUITE_P(Seeds, UndoWalk, testing::Range(1u, 4u));
