@@ -7,6 +7,7 @@
 #include "core/MainFrame/SessionScope.h"
 #include "system/ImageCodecs.h"
 #include "system/Modules.h"
+#include "system/SnapshotStore.h"
 #include "ui/QtPlatform.h"
 
 #include <cstdio>
@@ -20,12 +21,15 @@ int main(int argc, char** argv) {
     CMessageQueue queue;
     CModules modules;
     CImageCodecs codecs(g_Module.GetFiles());
-    const CQtPlatform platform(queue, g_Module.GetFiles(), g_Module.GetLocations(), modules, codecs);
+    CSnapshotStore snapshots(g_Module.GetLocations());
+    const CQtPlatform platform(queue, g_Module.GetFiles(), g_Module.GetLocations(), modules, codecs,
+                               snapshots);
     CSessionScope session(platform.GetPlatform());
     try {
         CreateMainFrame();
         for (int n = 1; n < argc; ++n)
             g_pMainFrame->QueueFile(FromUtf8(std::filesystem::absolute(argv[n]).native()));
+        g_pMainFrame->QueueRecovery();
         session.Run();
         return 0;
     } catch (const std::exception& e) {

@@ -38,6 +38,8 @@ public:
     void SetZoom(uint16_t uZoom);
     /// The title from the document's.
     void UpdateTitle();
+    /// The title's mark from the document's state.
+    void UpdateModified();
     /// Raises the repaint flag, by which other views of the canvas follow on the timer.
     void RaiseRefresh() { m_bNeedsRefresh = true; }
 
@@ -61,7 +63,8 @@ private:
     CCanvasView m_view;
     CCanvasScreen m_screen;
     bool m_bNeedsRefresh = false;
-    bool m_bApplying = false; ///< ApplyView runs
+    bool m_bShownModified = false; ///< the title's mark
+    bool m_bApplying = false;      ///< ApplyView runs
 };
 
 /// All open frames in creation order.
