@@ -51,10 +51,9 @@ protected:
     }
     void Drop(const QStringList& lstPaths) {
         QMimeData data;
-        QList<QUrl> lstUrls;
+        QList<QUrl> lstUrls{QUrl("http://example.org/x.png")};
         for (const QString& str : lstPaths) lstUrls << QUrl::fromLocalFile(str);
         data.setUrls(lstUrls);
-        // As Qt delivers it: to the widget under the pointer, from there to who takes drops.
         QDragEnterEvent enter({9, 9}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
         QCoreApplication::sendEvent(&Main(), &enter);
         QDropEvent event({9, 9}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
@@ -73,12 +72,7 @@ protected:
     }
     std::map<std::wstring, std::string>& Files() { return m_pSession->m_files.m_mapFiles; }
     QMainWindow& Main() { return *dynamic_cast<QMainWindow*>(g_pMainFrame->GetWindow()); }
-    QMdiSubWindow& Child() { return *dynamic_cast<QMdiSubWindow*>(Active().GetWindow()); }
     static CCanvasFrame& Active() { return *g_wpActiveFrame.lock(); }
-    void Command(int nId) {
-        PostToMainFrame(EMessage::Command, nId);
-        Settle();
-    }
 
     CTempFolder m_folder;
     CMemoryFiles m_disk;
@@ -118,23 +112,23 @@ TEST_F(DocumentWindows, TheRecentListFollowsAndSurvives) {
 
 TEST_F(DocumentWindows, ChangedDocumentsAreMarked) {
     Drop({"/1.vlm", "/絵\n [*] &5.vlm"});
-    const auto marks = [&] { return std::pair(Child().isWindowModified(), Main().isWindowModified()); };
     const auto spCanvas = Active().GetCanvas();
-    EXPECT_EQ(marks(), std::pair(false, false));
+    // The active child's mark and the frame's.
+    const auto marks = [&] {
+        Settle();
+        const auto& child = *dynamic_cast<QWidget*>(Active().GetWindow());
+        return std::pair(child.isWindowModified(), Main().isWindowModified());
+    };
     spCanvas->GetRoot().AddLayer(CreateRasterLayer(spCanvas), -1);
-    Settle();
     EXPECT_EQ(marks(), std::pair(true, false));
-    Child().showMaximized();
-    Settle();
+    dynamic_cast<QMdiSubWindow*>(Active().GetWindow())->showMaximized();
     EXPECT_EQ(marks(), std::pair(true, true));
-    EXPECT_TRUE(Main().windowTitle().contains("[*]"));
+    EXPECT_TRUE(Main().windowTitle().contains("[*][*] &5.vlm[*]"));
     g_lstCanvasFrame.front()->GetWindow()->Activate();
-    Settle();
     EXPECT_EQ(marks(), std::pair(false, false));
-    dynamic_cast<CCanvasFrame&>(*g_lstCanvasFrame.back()).GetWindow()->Activate();
+    g_lstCanvasFrame.back()->GetWindow()->Activate();
     spCanvas->GetHistory().SetModified(false); // saved
-    Settle();
     EXPECT_EQ(marks(), std::pair(false, false));
-    Command(ID_EDIT_UNDO);
+    PostToMainFrame(EMessage::Command, ID_EDIT_UNDO);
     EXPECT_EQ(marks(), std::pair(true, true));
 }
