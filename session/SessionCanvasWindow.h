@@ -28,6 +28,7 @@ public:
     void SetRect(const CRect& rc) override;
     void Invalidate(const CRect& rc) override;
 
+    void SetModified(bool bModified) override { m_bModified = bModified; }
     CSize GetClientSize() const override { return m_rc.Size(); }
     void SetScroll(CSize szExtent, CSize szLine, CSize szPage, CPoint ptOffset) override {
         m_scroll = {szExtent, szLine, szPage, ptOffset};
@@ -36,6 +37,8 @@ public:
     void KillTimer(int nId) override { m_mapTimers.erase(nId); }
     void Activate() override;
 
+    /// True while the title is marked.
+    bool IsModified() const { return m_bModified; }
     const TScroll& GetScroll() const { return m_scroll; }
     const CGlass& GetGlass() const { return m_glass; }
     /// Has the client paint what was invalidated.
@@ -56,6 +59,7 @@ private:
     IClock& m_clock;
     CGlass m_glass;
     CRect m_rcInvalid;
+    bool m_bModified = false;
     TScroll m_scroll;
     std::map<int, TTimer> m_mapTimers;
 };

@@ -6,6 +6,7 @@
 #include "session/SessionDialogs.h"
 #include "session/SessionKeys.h"
 #include "session/SessionPump.h"
+#include "session/SessionSnapshots.h"
 #include "session/SessionWindows.h"
 #include "session/VirtualClock.h"
 
@@ -14,13 +15,19 @@
 struct CSessionPlatform::TParts {
     TParts(const TSessionParts& parts, TScript script)
         : m_queue(parts.pQueue ? *parts.pQueue : m_ownQueue), m_log(script.strName), m_dialogs(m_log),
-          m_windows(m_queue, m_clock),
-          m_platform{m_queue,         parts.pWindows ? *parts.pWindows : m_windows,
-                     m_dialogs,       m_dialogs,
-                     m_dialogs,       parts.files,
-                     parts.locations, parts.modules,
-                     parts.codecs,    m_clock,
-                     m_keys,          parts.pClipboard ? *parts.pClipboard : m_clipboard},
+          m_windows(m_queue, m_clock), m_platform{m_queue,
+                                                  parts.pWindows ? *parts.pWindows : m_windows,
+                                                  m_dialogs,
+                                                  m_dialogs,
+                                                  m_dialogs,
+                                                  parts.files,
+                                                  parts.locations,
+                                                  parts.modules,
+                                                  parts.codecs,
+                                                  m_clock,
+                                                  m_keys,
+                                                  parts.pClipboard ? *parts.pClipboard : m_clipboard,
+                                                  parts.pSnapshots ? *parts.pSnapshots : m_snapshots},
           m_player(std::move(script), MakeStage(parts)), m_pump(m_queue, m_windows, m_player, parts.pPump) {}
 
     TStage MakeStage(const TSessionParts& parts) {
@@ -43,6 +50,7 @@ struct CSessionPlatform::TParts {
     CVirtualClock m_clock;
     CSessionKeys m_keys;
     CSessionClipboard m_clipboard;
+    CSessionSnapshots m_snapshots;
     CSessionLog m_log;
     CSessionDialogs m_dialogs;
     CSessionWindows m_windows;
@@ -62,6 +70,7 @@ const TPlatform& CSessionPlatform::GetPlatform() const { return m_pParts->m_plat
 const CSessionLog& CSessionPlatform::GetLog() const { return m_pParts->m_log; }
 CVirtualClock& CSessionPlatform::GetClock() { return m_pParts->m_clock; }
 CSessionWindows& CSessionPlatform::GetWindows() { return m_pParts->m_windows; }
+const CSessionSnapshots& CSessionPlatform::GetSnapshots() const { return m_pParts->m_snapshots; }
 
 std::string CSessionPlatform::GetFailure() const {
     const std::string strFailure = m_pParts->m_log.GetFailure();

@@ -12,9 +12,11 @@
 #include <string>
 
 class CMessageQueue;
+class CSessionSnapshots;
 class CSessionWindows;
 class CVirtualClock;
 class IEventPump;
+class ISnapshotStore;
 
 /// What a session is made from. Everything outlives the session.
 struct TSessionParts {
@@ -30,6 +32,8 @@ struct TSessionParts {
     CMessageQueue* pQueue = nullptr;
     /// Null for a clipboard that nobody else sees.
     IClipboard* pClipboard = nullptr;
+    /// Null for snapshots in memory.
+    ISnapshotStore* pSnapshots = nullptr;
     /// Writes a picture of the real main window; false when that fails. Without real windows the active
     /// canvas window's pixels are saved instead.
     boost::function<bool(const std::wstring&)> fnScreenshot = {};
@@ -51,6 +55,8 @@ public:
     CVirtualClock& GetClock();
     /// The windows without a display; empty when real ones are used.
     CSessionWindows& GetWindows();
+    /// The snapshots in memory; empty when the session was given a store.
+    const CSessionSnapshots& GetSnapshots() const;
 
 private:
     struct TParts;

@@ -106,7 +106,15 @@ void CQtCanvasWindow::Abandon() {
     m_main.GetPump().Forget(this);
 }
 
-void CQtCanvasWindow::SetTitle(const std::wstring& strTitle) { setWindowTitle(ToQt(strTitle)); }
+void CQtCanvasWindow::SetTitle(const std::wstring& strTitle) {
+    m_strTitle = strTitle;
+    setWindowTitle(MarkableTitle(strTitle));
+}
+
+void CQtCanvasWindow::SetModified(bool bModified) {
+    setWindowModified(bModified);
+    m_main.UpdateMark();
+}
 
 void CQtCanvasWindow::Show() {
     if (m_bDestroyed) return;
@@ -134,6 +142,11 @@ void CQtCanvasWindow::SetRect(const CRect& rc) {
 
 void CQtCanvasWindow::KeepPlace() {
     if (!isMaximized() && !isMinimized()) m_rcPlace = geometry();
+}
+
+QString CQtCanvasWindow::GetMarkedTitle() const {
+    QString strTitle = ToQt(m_strTitle);
+    return isWindowModified() ? strTitle + QLatin1Char('*') : strTitle;
 }
 
 void CQtCanvasWindow::moveEvent(QMoveEvent* pEvent) {

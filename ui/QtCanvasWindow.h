@@ -32,11 +32,14 @@ public:
     void Invalidate(const CRect& rc) override;
 
     CSize GetClientSize() const override;
+    void SetModified(bool bModified) override;
     void SetScroll(CSize szExtent, CSize szLine, CSize szPage, CPoint ptOffset) override;
     void SetTimer(int nId, int nMilliseconds) override;
     void KillTimer(int nId) override;
     void Activate() override;
 
+    /// The title as lists show it, with its mark.
+    QString GetMarkedTitle() const;
     CQtMenuSet& GetMenus() { return *m_pMenus; }
     void FocusView();
     /// Cuts the window off from its client without telling it: the session has broken off.
@@ -64,6 +67,7 @@ private:
     std::unique_ptr<CQtMenuSet> m_pMenus;
     CQtCanvasView* m_pView;
     std::map<int, std::unique_ptr<TTimer>> m_mapTimers;
+    std::wstring m_strTitle;
     QRect m_rcPlace; ///< the place to return to from minimised and maximised
     bool m_bReady = false;
     bool m_bDestroyed = false;

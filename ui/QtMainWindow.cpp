@@ -9,9 +9,9 @@
 #include "ui/QtText.h"
 #include "ui/QtToolBar.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QDragEnterEvent>
-#include <QGuiApplication>
 #include <QLabel>
 #include <QMdiArea>
 #include <QMenuBar>
@@ -136,7 +136,7 @@ void CQtMainWindow::ListWindows(QMenu& menu) {
     m_vWindowActions.push_back(menu.addSeparator());
     int nNumber = 0;
     for (CQtCanvasWindow* pChild : m_vChildren) {
-        QString strTitle = pChild->windowTitle();
+        QString strTitle = pChild->GetMarkedTitle();
         strTitle.replace(QLatin1Char('&'), QLatin1String("&&"));
         ++nNumber;
         QAction* pAction = menu.addAction((nNumber < 10 ? QStringLiteral("&%1 %2") : QStringLiteral("%1 %2"))
@@ -178,9 +178,12 @@ void CQtMainWindow::Destroy() {
 void CQtMainWindow::SetTitle(const std::wstring& strTitle) { setWindowTitle(ToQt(strTitle)); }
 
 void CQtMainWindow::Show() {
+    setWindowState(windowState() & ~Qt::WindowMinimized);
     show();
     raise();
-    activateWindow();
+    // The keyboard goes to whoever may have it: an open dialog keeps it.
+    QWidget* pModal = QApplication::activeModalWidget();
+    (pModal ? pModal : this)->activateWindow();
 }
 
 CRect CQtMainWindow::GetRect() const {
@@ -278,8 +281,20 @@ void CQtMainWindow::SetActiveChild(CQtCanvasWindow* pChild) {
     const CQtMenuSet* pShown = &GetShownMenus();
     CQtCanvasWindow* pOld = std::exchange(m_pActive, pChild);
     if (const CQtMenuSet* pMenus = &GetShownMenus(); pMenus != pShown) pMenus->ShowIn(*menuBar());
+    UpdateMark();
     if (pOld) SendMessage({pOld, EMessage::MdiActivate, 0, 0, {}});
     if (pChild && m_pActive == pChild) SendMessage({pChild, EMessage::MdiActivate, 1, 0, {}});
+}
+
+void CQtMainWindow::UpdateMark() {
+    // Qt puts a maximised child's title into the frame's, with its place for the mark.
+    const bool bShowsChild = m_pActive && m_pActive->isMaximized() && windowTitle().contains(TITLE_MARK);
+    setWindowModified(bShowsChild && m_pActive->isWindowModified());
+}
+
+void CQtMainWindow::changeEvent(QEvent* pEvent) {
+    QMainWindow::changeEvent(pEvent);
+    if (pEvent->type() == QEvent::WindowTitleChange) UpdateMark();
 }
 
 void CQtMainWindow::closeEvent(QCloseEvent* pEvent) {
@@ -294,15 +309,10 @@ void CQtMainWindow::dragEnterEvent(QDragEnterEvent* pEvent) {
 }
 
 void CQtMainWindow::dropEvent(QDropEvent* pEvent) {
-    std::wstring strPaths;
+    if (m_bDestroyed) return;
     for (const QUrl& url : pEvent->mimeData()->urls()) {
-        const std::wstring strPath = FromQt(url.toLocalFile());
-        // One a line: a name that holds a line's end cannot be told.
-        if (strPath.empty() || strPath.find(L'\n') != std::wstring::npos) continue;
-        if (!strPaths.empty()) strPaths += L'\n';
-        strPaths += strPath;
+        if (!url.isLocalFile()) continue;
+        m_pump.Post({this, EMessage::DropFiles, 0, 0, FromQt(url.toLocalFile())});
+        pEvent->acceptProposedAction();
     }
-    if (strPaths.empty() || m_bDestroyed) return;
-    m_pump.Post({this, EMessage::DropFiles, 0, 0, strPaths});
-    pEvent->acceptProposedAction();
 }

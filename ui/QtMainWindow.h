@@ -58,11 +58,14 @@ public:
     void RemoveChild(CQtCanvasWindow* pChild);
     /// Makes a child, or none, the active one: menus, and MdiActivate to both.
     void SetActiveChild(CQtCanvasWindow* pChild);
+    /// Marks the frame's title when it shows that of a maximised child that is marked.
+    void UpdateMark();
 
     /// No menu to hide the tool bar by.
     QMenu* createPopupMenu() override { return nullptr; }
 
 protected:
+    void changeEvent(QEvent* pEvent) override;
     void closeEvent(QCloseEvent* pEvent) override;
     void dragEnterEvent(QDragEnterEvent* pEvent) override;
     void dropEvent(QDropEvent* pEvent) override;

@@ -61,12 +61,13 @@ private:
 
 struct CQtPlatform::TParts {
     TParts(CMessageQueue& queue, IFileStore& files, ILocations& locations, IModules& modules,
-           IImageCodecs& codecs)
+           IImageCodecs& codecs, ISnapshotStore& snapshots)
         : m_queue(queue), m_pump(queue, m_keyState),
           m_pKeys(EnsureApplication() ? std::make_unique<CQtKeyFilter>(m_pump, m_keyState) : nullptr),
           m_windows(m_pump, m_pKeys.get()), m_platform{queue,     m_windows, m_boxes,    m_fileDialogs,
                                                        m_dialogs, files,     locations,  modules,
-                                                       codecs,    m_clock,   m_keyState, m_clipboard} {}
+                                                       codecs,    m_clock,   m_keyState, m_clipboard,
+                                                       snapshots} {}
 
     CMessageQueue& m_queue;
     CQtKeyState m_keyState;
@@ -82,8 +83,8 @@ struct CQtPlatform::TParts {
 };
 
 CQtPlatform::CQtPlatform(CMessageQueue& queue, IFileStore& files, ILocations& locations, IModules& modules,
-                         IImageCodecs& codecs)
-    : m_pParts(std::make_unique<TParts>(queue, files, locations, modules, codecs)) {
+                         IImageCodecs& codecs, ISnapshotStore& snapshots)
+    : m_pParts(std::make_unique<TParts>(queue, files, locations, modules, codecs, snapshots)) {
     queue.SetPump(&m_pParts->m_pump);
 }
 

@@ -13,6 +13,7 @@
 class CMessageQueue;
 class CQtMainWindow;
 class IEventPump;
+class ISnapshotStore;
 
 /// Lives as long as a session, longer than every window; the queue and the given parts outlive it. One
 /// thread.
@@ -20,7 +21,7 @@ class CQtPlatform : boost::noncopyable {
 public:
     /// Becomes the queue's pump. Without a display the platform is there but refuses to make windows.
     CQtPlatform(CMessageQueue& queue, IFileStore& files, ILocations& locations, IModules& modules,
-                IImageCodecs& codecs);
+                IImageCodecs& codecs, ISnapshotStore& snapshots);
     ~CQtPlatform();
 
     const TPlatform& GetPlatform() const;

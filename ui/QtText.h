@@ -11,6 +11,15 @@
 inline QString ToQt(const std::wstring& str) { return QString::fromStdWString(str); }
 inline std::wstring FromQt(const QString& str) { return str.toStdWString(); }
 
+/// Where a title shows that its window is modified.
+inline const QString TITLE_MARK = QStringLiteral("[*]");
+
+/// A window's title with the place where Qt marks it as modified; what looks like that place in the text is
+/// shown as it is.
+inline QString MarkableTitle(const std::wstring& strTitle) {
+    return ToQt(strTitle).replace(TITLE_MARK, TITLE_MARK + TITLE_MARK) + TITLE_MARK;
+}
+
 inline QRect ToQt(const CRect& rc) { return {rc.left, rc.top, rc.Width(), rc.Height()}; }
 inline CRect FromQt(const QRect& rc) {
     return {rc.left(), rc.top(), rc.left() + rc.width(), rc.top() + rc.height()};

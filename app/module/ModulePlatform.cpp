@@ -8,6 +8,7 @@
 #include "session/SessionPlatform.h"
 #include "system/ImageCodecs.h"
 #include "system/Modules.h"
+#include "system/SnapshotStore.h"
 #include "ui/QtPlatform.h"
 
 #include <optional>
@@ -19,11 +20,13 @@ namespace {
 void RunScripted(const std::wstring& strScript, CIniConfigData& section, IModules& modules,
                  IImageCodecs& codecs, const std::function<void(const TPlatform&)>& fn) {
     CMessageQueue queue;
+    CSnapshotStore snapshots(g_Module.GetLocations());
     TSessionParts parts{g_Module.GetFiles(), g_Module.GetLocations(), modules, codecs};
+    parts.pSnapshots = &snapshots;
     std::optional<CQtPlatform> windows;
     if (section.GetInt(L"Windows", 0) != 0) {
         if (!EnsureApplication()) throw internal_error(L"RunWithPlatform: there is no window system.");
-        windows.emplace(queue, g_Module.GetFiles(), g_Module.GetLocations(), modules, codecs);
+        windows.emplace(queue, g_Module.GetFiles(), g_Module.GetLocations(), modules, codecs, snapshots);
         parts.pWindows = &windows->GetWindows();
         parts.pPump = &windows->GetPump();
         parts.pQueue = &queue;
@@ -50,6 +53,8 @@ void RunWithPlatform(const std::function<void(const TPlatform&)>& fn) {
         return RunScripted(strScript, *spSection, modules, codecs, fn);
     if (!EnsureApplication()) throw internal_error(L"RunWithPlatform: there is no window system.");
     CMessageQueue queue;
-    const CQtPlatform platform(queue, g_Module.GetFiles(), g_Module.GetLocations(), modules, codecs);
+    CSnapshotStore snapshots(g_Module.GetLocations());
+    const CQtPlatform platform(queue, g_Module.GetFiles(), g_Module.GetLocations(), modules, codecs,
+                               snapshots);
     fn(platform.GetPlatform());
 }

@@ -2,6 +2,7 @@
 
 #include "core/Base/Failure.h"
 #include "core/IniConfig/IniConfig.h"
+#include "core/Recovery/Recovery.h"
 
 #include <new>
 
@@ -11,11 +12,12 @@ CAppModule::CAppModule() = default;
 CAppModule::~CAppModule() = default;
 
 void CAppModule::SetPlatform(const TPlatform* pPlatform) {
+    m_pRecovery.reset();
     m_pSettings.reset();
     m_pPlatform = pPlatform;
-    if (pPlatform)
-        m_pSettings =
-            std::make_unique<CIniConfig>(CIniConfig::FindPath(pPlatform->locations), pPlatform->files);
+    if (!pPlatform) return;
+    m_pSettings = std::make_unique<CIniConfig>(CIniConfig::FindPath(pPlatform->locations), pPlatform->files);
+    m_pRecovery = std::make_unique<CRecovery>(pPlatform->snapshots, pPlatform->clock);
 }
 
 const TPlatform& CAppModule::GetPlatform() const {
@@ -26,6 +28,11 @@ const TPlatform& CAppModule::GetPlatform() const {
 CIniConfig& CAppModule::GetSettings() const {
     SELF_CHECK(defect_logic, m_pSettings != nullptr);
     return *m_pSettings;
+}
+
+CRecovery& CAppModule::GetRecovery() const {
+    SELF_CHECK(defect_logic, m_pRecovery != nullptr);
+    return *m_pRecovery;
 }
 
 bool CAppModule::AddMessageLoop(const boost::shared_ptr<CMessageLoop>& spLoop) {

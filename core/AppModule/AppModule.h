@@ -14,6 +14,7 @@
 #include <thread>
 
 class CIniConfig;
+class CRecovery;
 class IWindow;
 
 class CAppModule : boost::noncopyable {
@@ -29,6 +30,8 @@ public:
 
     /// The settings store of the platform; a self-check fails when no session runs.
     CIniConfig& GetSettings() const;
+    /// The session's keeper of snapshots; a self-check fails when no session runs.
+    CRecovery& GetRecovery() const;
 
     /// Enters the calling thread's loop in the table, replacing an earlier one. False when the table cannot
     /// grow, which leaves the loop unregistered.
@@ -44,6 +47,7 @@ public:
 private:
     const TPlatform* m_pPlatform = nullptr;
     std::unique_ptr<CIniConfig> m_pSettings;
+    std::unique_ptr<CRecovery> m_pRecovery;
     IWindow* m_pMainWindow = nullptr;
     mutable std::mutex m_mtxLoops; ///< the only lock of the session around its table
     std::map<std::thread::id, boost::shared_ptr<CMessageLoop>> m_mapLoops;

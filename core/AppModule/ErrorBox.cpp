@@ -17,6 +17,7 @@ const std::wstring g_strNoMemory = L"メモリが足りないため、例外処�
 const std::wstring g_strFileNotOpened = L"ファイルを開けませんでした。";
 const std::wstring g_strImageNotOpened = L"画像ファイルを開けませんでした。";
 const std::wstring g_strFileDamaged = L"データファイルが破損しています。";
+const std::wstring g_strSnapshotNotWritten = L"復元用のデータを保存できませんでした。";
 
 void ShowErrorBox(const std::wstring& strText) {
     if (!g_AppModule.HasPlatform()) return;

@@ -20,6 +20,7 @@ void ReportFileFailure(const std::wstring& strSentence, const std::wstring& strP
 extern const std::wstring g_strFileNotOpened;
 extern const std::wstring g_strImageNotOpened;
 extern const std::wstring g_strFileDamaged;
+extern const std::wstring g_strSnapshotNotWritten;
 
 /// Runs a handler's body; an exception is reported and the body's remainder skipped. Returns what the body
 /// returned, false after an exception.

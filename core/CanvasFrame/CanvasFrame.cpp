@@ -15,6 +15,7 @@
 #include "core/Platform/Dialogs.h"
 #include "core/Platform/Files.h"
 #include "core/Platform/System.h"
+#include "core/Recovery/Recovery.h"
 
 #include <boost/make_shared.hpp>
 
@@ -72,6 +73,13 @@ void CCanvasFrame::OnCreate() {
 
 void CCanvasFrame::UpdateTitle() {
     if (m_pWindow) m_pWindow->SetTitle(m_spCanvas->GetTitle());
+}
+
+void CCanvasFrame::UpdateModified() {
+    const bool bModified = m_spCanvas->GetHistory().IsModified();
+    if (!m_pWindow || bModified == m_bShownModified) return;
+    m_bShownModified = bModified;
+    m_pWindow->SetModified(bModified);
 }
 
 bool CCanvasFrame::OnMessage(const TMessage& msg) {
@@ -152,10 +160,14 @@ bool CCanvasFrame::IsOnlyViewOfCanvas() const {
 
 bool CCanvasFrame::OnClose() {
     WritePlacement(PLACEMENT_SECTION, m_pWindow->GetRect());
-    if (!IsOnlyViewOfCanvas() || !m_spCanvas->GetHistory().IsModified()) return false;
+    if (!IsOnlyViewOfCanvas()) return false;
+    CRecovery& recovery = g_AppModule.GetRecovery();
+    if (!m_spCanvas->GetHistory().IsModified()) return recovery.Forget(*m_spCanvas), false;
     const EBoxAnswer answer = g_AppModule.GetPlatform().boxes.Show(
         m_pWindow, L"更新されています。保存しますか？", L"Vellumcraft", EBoxKind::YesNoCancelWarning);
     if (answer == EBoxAnswer::Yes) OnCommand(ID_FILE_SAVE);
+    // What could not be saved keeps its snapshot.
+    if (answer == EBoxAnswer::No || !m_spCanvas->GetHistory().IsModified()) recovery.Forget(*m_spCanvas);
     return answer == EBoxAnswer::Cancel;
 }
 

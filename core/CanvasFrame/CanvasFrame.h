@@ -38,6 +38,8 @@ public:
     void SetZoom(uint16_t uZoom);
     /// The title from the document's.
     void UpdateTitle();
+    /// The title's mark from the document's state.
+    void UpdateModified();
     /// Raises the repaint flag, by which other views of the canvas follow on the timer.
     void RaiseRefresh() { m_bNeedsRefresh = true; }
 
@@ -66,7 +68,8 @@ private:
     std::unique_ptr<CGDIBuffer> m_pOverlaid; ///< the screen copy with what lies over it, where it was painted
     CRect m_rcSelectionDirty;                ///< where dashes were painted that the next timer must take away
     bool m_bNeedsRefresh = false;
-    bool m_bApplying = false; ///< ApplyView runs
+    bool m_bShownModified = false; ///< the title's mark
+    bool m_bApplying = false;      ///< ApplyView runs
 };
 
 /// All open frames in creation order.

@@ -10,7 +10,7 @@ void CHistoryStream::Register(const boost::shared_ptr<CHistory>& spHistory) {
         m_strInitial = m_deqUndo.back()->GetName();
         m_deqUndo.pop_back();
     }
-    m_bModified = true;
+    SetModified(true);
 }
 
 void CHistoryStream::Undo() {
@@ -26,7 +26,7 @@ void CHistoryStream::Undo() {
     spHistory->Undo();
     m_deqUndo.pop_front();
     m_deqRedo.push_front(spHistory);
-    m_bModified = true;
+    SetModified(true);
 }
 
 void CHistoryStream::Redo() {
@@ -35,7 +35,7 @@ void CHistoryStream::Redo() {
     spHistory->Redo();
     m_deqRedo.pop_front();
     m_deqUndo.push_front(spHistory);
-    m_bModified = true;
+    SetModified(true);
 }
 
 void CHistoryStream::Clear() {

@@ -5,6 +5,7 @@
 #include <boost/noncopyable.hpp>
 #include <boost/shared_ptr.hpp>
 
+#include <cstdint>
 #include <deque>
 #include <string>
 
@@ -42,7 +43,14 @@ public:
     bool CanRedo() const { return !m_deqRedo.empty(); }
     /// True when the document differs from its file.
     bool IsModified() const { return m_bModified; }
-    void SetModified(bool bModified) { m_bModified = bModified; }
+    void SetModified(bool bModified) {
+        m_bModified = bModified;
+        if (bModified) ++m_uChanges;
+    }
+    /// Counts the changes: equal numbers mean an equal document.
+    uint32_t GetChangeCount() const { return m_uChanges; }
+    /// True while an operation that can be cancelled is unfinished.
+    bool IsUnfinished() const { return !m_fnCancel.empty(); }
 
     /// Done actions, newest first.
     const std::deque<boost::shared_ptr<CHistory>>& GetUndoList() const { return m_deqUndo; }
@@ -56,5 +64,6 @@ private:
     std::deque<boost::shared_ptr<CHistory>> m_deqRedo;
     std::wstring m_strInitial = L"<< 初期状態 >>";
     bool m_bModified = false;
+    uint32_t m_uChanges = 0;
     boost::function<bool()> m_fnCancel;
 };

@@ -9,6 +9,7 @@ TGlobalSwitches g_Switches;
 namespace {
 
 constexpr wchar_t SECTION[] = L"Global";
+constexpr int32_t SECONDS_A_DAY = 86400;
 
 } // namespace
 
@@ -25,6 +26,7 @@ void TGlobalSwitches::Load(CIniConfig& config) {
     m_bFastScroll = readFlag(L"FastScroll", defaults.m_bFastScroll);
     m_bEnableSSE2 = readFlag(L"EnableSSE2", defaults.m_bEnableSSE2);
     m_nMaxHistory = std::max(spSection->GetInt(L"MaxHistory", defaults.m_nMaxHistory), 1);
+    m_nAutoSave = std::clamp(spSection->GetInt(L"AutoSaveSeconds", defaults.m_nAutoSave), 0, SECONDS_A_DAY);
 }
 
 void TGlobalSwitches::Save(CIniConfig& config) const {
@@ -35,4 +37,5 @@ void TGlobalSwitches::Save(CIniConfig& config) const {
     spSection->SetInt(L"FastScroll", m_bFastScroll);
     spSection->SetInt(L"EnableSSE2", m_bEnableSSE2);
     spSection->SetInt(L"MaxHistory", m_nMaxHistory);
+    spSection->SetInt(L"AutoSaveSeconds", m_nAutoSave);
 }

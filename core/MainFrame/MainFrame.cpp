@@ -11,10 +11,12 @@
 #include "core/MainFrame/CommandState.h"
 #include "core/MainFrame/MenuTable.h"
 #include "core/Platform/System.h"
+#include "core/Recovery/Recovery.h"
 
 #include <boost/make_shared.hpp>
 
 #include <algorithm>
+#include <utility>
 
 boost::shared_ptr<CMainFrame> g_pMainFrame;
 
@@ -100,7 +102,7 @@ bool CMainFrame::HandleMessage(const TMessage& msg) {
         OnInitMenuPopup();
         return true;
     case EMessage::DropFiles:
-        OnDropFiles(msg.strText);
+        OnDropFile(msg.strText);
         return true;
     case EMessage::CopyData:
         return OnCopyData(msg);
@@ -156,12 +158,25 @@ bool CMainFrame::OnIdle(int) {
     const TSetButtonState setState{m_pWindow->GetToolBarLook()};
     for (const int nId : m_vToolBarCommands)
         if (nId) setState(nId, GetCommandState(nId));
+    WatchDocuments();
+    if (std::exchange(m_bOfferRecovery, false)) Guarded([&] { return OfferRecovery(), true; });
     if (!m_deqOpenFiles.empty()) {
         const std::wstring strPath = m_deqOpenFiles.front();
         m_deqOpenFiles.pop_front();
         OpenFile(strPath);
     }
     return !m_deqOpenFiles.empty();
+}
+
+void CMainFrame::WatchDocuments() {
+    CRecovery& recovery = g_AppModule.GetRecovery();
+    for (const auto& spFrame : g_lstCanvasFrame) {
+        spFrame->UpdateModified();
+        Guarded([&] { return recovery.Watch(spFrame->GetCanvas()), true; });
+    }
+    if (!recovery.TakeFailure() || m_bToldSnapshots) return;
+    m_bToldSnapshots = true;
+    ShowErrorBox(g_strSnapshotNotWritten);
 }
 
 void CMainFrame::OnInitMenuPopup() {

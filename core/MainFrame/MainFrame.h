@@ -15,6 +15,8 @@
 #include <string>
 #include <vector>
 
+struct TLeftSnapshot;
+
 class CMainFrame : public IWindowClient, public IMessageFilter, public IIdleHandler, boost::noncopyable {
 public:
     CMainFrame();
@@ -39,6 +41,10 @@ public:
     /// Puts a file in line to be opened; one is opened at each idle pass.
     void QueueFile(const std::wstring& strPath) { m_deqOpenFiles.push_back(strPath); }
 
+    /// Has the user asked, when idle, what becomes of documents that broken sessions left: they are opened as
+    /// unsaved ones, deleted, or kept for the next start.
+    void QueueRecovery() { m_bOfferRecovery = true; }
+
     /// Which commands the main frame answers by itself: at any time, or only while a frame is active.
     static bool HandlesWithoutFrame(int nId);
     static bool HandlesWithFrame(int nId);
@@ -56,8 +62,10 @@ private:
     void OnFileNew();
     void OnFileOpen();
     void OnOpenRecent(int nIndex);
-    void OnDropFiles(const std::wstring& strPaths);
+    void OnDropFile(const std::wstring& strPath);
     bool OnCopyData(const TMessage& msg);
+    void OfferRecovery();
+    void RestoreDocument(const TLeftSnapshot& left);
     void OnViewNew();
     void OnAbout();
     void OnZoom(int nStep);
@@ -66,6 +74,8 @@ private:
     bool OnClose();
     void OnDestroy();
     void OnInitMenuPopup();
+    /// Marks the titles of changed documents and has their snapshots taken.
+    void WatchDocuments();
     void RestorePosition();
     /// Closes a frame whose opening failed halfway.
     void AbandonFrame(const boost::shared_ptr<CCanvasFrame>& spFrame);
@@ -77,6 +87,8 @@ private:
     std::unique_ptr<CRecentDocumentList> m_pRecentList;
     std::vector<int> m_vMenuCommands;
     std::vector<int> m_vToolBarCommands;
+    bool m_bOfferRecovery = false;
+    bool m_bToldSnapshots = false; ///< the user knows that snapshots cannot be written
 };
 
 /// The main frame, non-null exactly while it exists.

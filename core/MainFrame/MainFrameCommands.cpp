@@ -13,9 +13,6 @@
 #include "core/MainFrame/MainFrame.h"
 #include "core/MainFrame/NewDialog.h"
 
-#include <boost/algorithm/string/classification.hpp>
-#include <boost/algorithm/string/split.hpp>
-
 namespace {
 
 bool IsRecent(int nId) { return nId >= ID_FILE_MRU_FIRST && nId <= ID_FILE_MRU_LAST; }
@@ -163,11 +160,8 @@ void CMainFrame::OnOpenRecent(int nIndex) {
         m_pRecentList->Remove(strPath);
 }
 
-void CMainFrame::OnDropFiles(const std::wstring& strPaths) {
-    std::vector<std::wstring> vPaths;
-    boost::split(vPaths, strPaths, boost::is_any_of(L"\n"));
-    for (const std::wstring& strPath : vPaths)
-        if (!strPath.empty() && OpenFile(strPath)) m_pRecentList->Add(strPath);
+void CMainFrame::OnDropFile(const std::wstring& strPath) {
+    if (OpenFile(strPath)) m_pRecentList->Add(strPath);
 }
 
 bool CMainFrame::OnCopyData(const TMessage& msg) {

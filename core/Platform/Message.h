@@ -28,7 +28,7 @@ enum class EMessage : uint32_t {
     NcMouseMove = 0x00A0,
     MouseWheel = 0x020A,  ///< wParam: signed wheel delta
     MdiActivate = 0x0222, ///< wParam: 1 when the receiver becomes the active frame, 0 when it stops being it
-    DropFiles = 0x0233,   ///< strText: paths, one a line
+    DropFiles = 0x0233,   ///< strText: a path; one message for each file
     CopyData = 0x004A,    ///< wParam: data id; strText: the text handed over by another process
     App = 0x8000,         ///< first private message; App + n is written AppMessage(n)
 };

@@ -14,6 +14,7 @@ class IImageCodecs;
 class IClock;
 class IKeyState;
 class IClipboard;
+class ISnapshotStore;
 
 struct TPlatform {
     IMessageQueue& queue;
@@ -28,4 +29,5 @@ struct TPlatform {
     IClock& clock;
     IKeyState& keys;
     IClipboard& clipboard;
+    ISnapshotStore& snapshots;
 };

@@ -56,6 +56,8 @@ enum class EArrange { Icons, Cascade, TileHorizontal, TileVertical };
 class ICanvasWindow : public IWindow {
 public:
     virtual CSize GetClientSize() const = 0;
+    /// Marks the title as that of a document that differs from its file.
+    virtual void SetModified(bool bModified) = 0;
     /// Scroll bars on both axes: offsets run from 0 to extent minus client size; the arrows move by a line, a
     /// click beside the handle by a page.
     virtual void SetScroll(CSize szExtent, CSize szLine, CSize szPage, CPoint ptOffset) = 0;

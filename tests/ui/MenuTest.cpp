@@ -88,19 +88,3 @@ TEST_F(CUiTest, JapaneseTextsHaveGlyphs) {
         EXPECT_EQ(strMissing, "");
     }
 }
-
-TEST_F(CUiTest, DroppedFilesComeOneALine) {
-    std::wstring strDropped;
-    m_main.m_fnHandle = [&](const TMessage& msg) {
-        if (msg.id == EMessage::DropFiles) strDropped += msg.strText;
-        return false;
-    };
-    QMimeData data;
-    data.setUrls({QUrl("file:///a/絵.vlm"), QUrl("http://example.org/x.png"), QUrl("file:///b.png")});
-    QDragEnterEvent enter({}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    EXPECT_TRUE(QCoreApplication::sendEvent(&GetWidget(), &enter) && enter.isAccepted());
-    QDropEvent event({}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(&GetWidget(), &event);
-    Turn();
-    EXPECT_EQ(strDropped, L"/a/絵.vlm\n/b.png");
-}

@@ -9,6 +9,7 @@
 #include "system/ImageCodecs.h"
 #include "system/Locations.h"
 #include "system/Modules.h"
+#include "system/SnapshotStore.h"
 #include "tests/support/MemoryFiles.h"
 #include "ui/QtPlatform.h"
 
@@ -69,7 +70,8 @@ public:
     CLocations m_locations;
     CModules m_modules;
     CImageCodecs m_codecs{m_files};
-    CQtPlatform m_platform{m_queue, m_files, m_locations, m_modules, m_codecs};
+    CSnapshotStore m_snapshots{m_locations};
+    CQtPlatform m_platform{m_queue, m_files, m_locations, m_modules, m_codecs, m_snapshots};
     IWindowFactory& m_windows = m_platform.GetWindows();
 };
 

@@ -1,0 +1,30 @@
+#include "app/desktop/Arguments.h"
+
+#include <filesystem>
+
+const char DESKTOP_USAGE[] = R"(usage: vellumcraft [OPTION]... [FILE]...
+
+Opens project files and pictures. When Vellumcraft is running already, it opens them and comes to the front.
+
+  --new-window    start an instance of its own
+  --help          show this
+)";
+
+TDesktopArguments ParseDesktopArguments(const std::vector<std::string>& vArguments) {
+    TDesktopArguments arguments;
+    bool bOptions = true;
+    for (const std::string& str : vArguments) {
+        if (!bOptions || !str.starts_with("--"))
+            // The instance that opens it may run in another folder.
+            arguments.vFiles.push_back(std::filesystem::absolute(str).native());
+        else if (str == "--")
+            bOptions = false;
+        else if (str == "--new-window")
+            arguments.bNewWindow = true;
+        else if (str == "--help")
+            arguments.bHelp = true;
+        else
+            throw std::runtime_error("unknown option " + str);
+    }
+    return arguments;
+}

@@ -1,0 +1,17 @@
+// What the user asked the desktop program to do.
+#pragma once
+
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+extern const char DESKTOP_USAGE[];
+
+struct TDesktopArguments {
+    std::vector<std::string> vFiles; ///< absolute paths, in the bytes of the file system
+    bool bNewWindow = false;         ///< an instance of its own
+    bool bHelp = false;
+};
+
+/// Reads the command line without the program's name. Raises std::runtime_error for an unknown option.
+TDesktopArguments ParseDesktopArguments(const std::vector<std::string>& vArguments);

@@ -1,0 +1,49 @@
+#include "app/desktop/Handover.h"
+
+#include <charconv>
+#include <cstdio>
+
+namespace {
+
+constexpr size_t LENGTH_DIGITS = 8;
+
+// The length of the part behind the length, nullopt when that is no length.
+std::optional<size_t> ReadLength(std::string_view strBytes) {
+    const std::string_view strDigits = strBytes.substr(0, LENGTH_DIGITS);
+    size_t nLength = 0;
+    const auto [pEnd, error] =
+        std::from_chars(strDigits.data(), strDigits.data() + strDigits.size(), nLength, 16);
+    const bool bNumber = error == std::errc() && pEnd == strDigits.data() + LENGTH_DIGITS;
+    return bNumber && nLength <= MAX_HANDOVER ? std::optional(nLength) : std::nullopt;
+}
+
+} // namespace
+
+std::string PackPaths(const std::vector<std::string>& vPaths) {
+    std::string strPaths;
+    for (const std::string& strPath : vPaths) strPaths += strPath + '\0';
+    char szLength[LENGTH_DIGITS + 1];
+    std::snprintf(szLength, sizeof szLength, "%08zx", strPaths.size());
+    return szLength + strPaths;
+}
+
+bool IsHandoverWhole(std::string_view strBytes) {
+    if (strBytes.size() < LENGTH_DIGITS) return false;
+    const auto nLength = ReadLength(strBytes);
+    return !nLength || strBytes.size() >= LENGTH_DIGITS + *nLength;
+}
+
+std::optional<std::vector<std::string>> UnpackPaths(std::string_view strBytes) {
+    if (strBytes.size() < LENGTH_DIGITS) return std::nullopt;
+    const auto nLength = ReadLength(strBytes);
+    strBytes.remove_prefix(LENGTH_DIGITS);
+    if (!nLength || strBytes.size() != *nLength) return std::nullopt;
+    std::vector<std::string> vPaths;
+    while (!strBytes.empty()) {
+        const size_t nEnd = strBytes.find('\0');
+        if (nEnd == std::string_view::npos || strBytes.front() != '/') return std::nullopt;
+        vPaths.emplace_back(strBytes.substr(0, nEnd));
+        strBytes.remove_prefix(nEnd + 1);
+    }
+    return vPaths;
+}

@@ -1,0 +1,88 @@
+#include "core/Recovery/Recovery.h"
+
+#include "core/Base/Failure.h"
+#include "core/IniConfig/GlobalSwitches.h"
+#include "core/Platform/System.h"
+
+#include <boost/make_shared.hpp>
+
+#include <utility>
+
+namespace {
+
+/// How long nothing must have changed: the pen is likely to be off the canvas then.
+constexpr uint32_t PAUSE_MS = 1000;
+constexpr uint32_t MS_A_SECOND = 1000;
+
+std::string SerializeDocument(const CCanvasBuffer& canvas) {
+    CSerializer file;
+    file.WriteChunk(canvas.Serialize());
+    return {file.GetPayload().begin(), file.GetPayload().end()};
+}
+
+boost::shared_ptr<CCanvasBuffer> DeserializeDocument(const std::string& strBytes,
+                                                     const std::wstring& strPath) {
+    CDeserializer file(boost::make_shared<TBytes>(strBytes.begin(), strBytes.end()));
+    CDeserializer top;
+    file.ReadChunk(top);
+    const auto spCanvas = boost::make_shared<CCanvasBuffer>();
+    spCanvas->Deserialize(top, strPath);
+    return spCanvas;
+}
+
+} // namespace
+
+CRecovery::TEntry& CRecovery::FindEntry(const boost::shared_ptr<CCanvasBuffer>& spCanvas) {
+    TEntry& entry = m_mapEntries[spCanvas.get()];
+    // Another document may have lived at this address; what it left stays.
+    if (entry.wpCanvas.lock() != spCanvas) entry = {.wpCanvas = spCanvas, .uKey = m_uNextKey++};
+    return entry;
+}
+
+void CRecovery::NoteChanges(TEntry& entry, uint32_t uChanges) {
+    if (entry.uChanges == uChanges) return;
+    entry.uChanges = uChanges;
+    entry.uLastChange = m_clock.GetTickCount();
+    if (!entry.bPending) entry.uFirstChange = entry.uLastChange;
+    entry.bPending = true;
+}
+
+bool CRecovery::IsDue(const TEntry& entry) const {
+    if (!entry.bPending || entry.bGivenUp || g_Switches.m_nAutoSave <= 0) return false;
+    const uint32_t uNow = m_clock.GetTickCount();
+    const uint32_t uInterval = static_cast<uint32_t>(g_Switches.m_nAutoSave) * MS_A_SECOND;
+    const uint32_t uWaiting = uNow - entry.uFirstChange;
+    // Work without any pause is not waited for without end.
+    return uWaiting >= uInterval && (uNow - entry.uLastChange >= PAUSE_MS || uWaiting / 2 >= uInterval);
+}
+
+void CRecovery::Watch(const boost::shared_ptr<CCanvasBuffer>& spCanvas) {
+    const CHistoryStream& history = spCanvas->GetHistory();
+    if (!history.IsModified()) return Forget(*spCanvas);
+    TEntry& entry = FindEntry(spCanvas);
+    NoteChanges(entry, history.GetChangeCount());
+    if (history.IsUnfinished() || !IsDue(entry) || m_store.IsBusy()) return;
+    entry.bPending = false;
+    entry.bGivenUp = true;
+    m_store.Write(entry.uKey, SerializeDocument(*spCanvas), {spCanvas->GetPath(), spCanvas->GetTitle(), {}});
+    entry.bGivenUp = false;
+}
+
+void CRecovery::Forget(const CCanvasBuffer& canvas) {
+    const auto it = m_mapEntries.find(&canvas);
+    if (it == m_mapEntries.end()) return;
+    if (it->second.wpCanvas.lock().get() == &canvas) m_store.Remove(it->second.uKey);
+    m_mapEntries.erase(it);
+}
+
+boost::shared_ptr<CCanvasBuffer> CRecovery::Restore(const TLeftSnapshot& left) {
+    const auto strBytes = m_store.Read(left.strName);
+    if (!strBytes) throw fileopen_error(left.note.strTitle);
+    const auto spCanvas = DeserializeDocument(*strBytes, left.bHasFile ? left.note.strPath : std::wstring());
+    if (!left.note.strTitle.empty()) spCanvas->SetTitle(left.note.strTitle);
+    spCanvas->GetHistory().SetModified(true);
+    TEntry& entry = FindEntry(spCanvas);
+    entry.uChanges = spCanvas->GetHistory().GetChangeCount();
+    m_store.Adopt(left.strName, entry.uKey);
+    return spCanvas;
+}

@@ -1,0 +1,211 @@
+#include "system/SnapshotStore.h"
+
+#include "core/Base/Text.h"
+#include "core/IniConfig/IniConfig.h"
+#include "core/IniConfig/IniText.h"
+
+#include <algorithm>
+#include <ctime>
+#include <random>
+
+#include <sys/stat.h>
+
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+
+constexpr char SECTION[] = "Snapshot";
+constexpr char DOCUMENT[] = ".vlm";
+constexpr char NOTE[] = ".ini";
+constexpr char DAMAGED[] = ".damaged";
+constexpr size_t SESSION_DIGITS = 16;
+
+std::string NewSessionName() {
+    std::random_device random;
+    std::string strName;
+    while (strName.size() < SESSION_DIGITS) strName += "0123456789abcdef"[random() % 16];
+    return strName;
+}
+
+// The session that a file of the folder belongs to, its lock included; empty for other files.
+std::string SessionOf(std::string_view strFile) {
+    if (strFile.starts_with('.')) strFile.remove_prefix(1);
+    const std::string_view strName = strFile.substr(0, SESSION_DIGITS);
+    const bool bName = strName.size() == SESSION_DIGITS &&
+                       strName.find_first_not_of("0123456789abcdef") == std::string_view::npos;
+    const std::string_view strRest = bName ? strFile.substr(SESSION_DIGITS) : "";
+    return strRest.starts_with('-') || strRest == ".lock" ? std::string(strName) : std::string();
+}
+
+// A profile file holds no line breaks, a path may: they and the sign that marks them become %XX.
+std::string Escaped(const std::wstring& strText) {
+    std::string strEscaped;
+    for (const char ch : ToUtf8(strText)) {
+        if (ch == '\n')
+            strEscaped += "%0A";
+        else if (ch == '\r')
+            strEscaped += "%0D";
+        else if (ch == '%')
+            strEscaped += "%25";
+        else
+            strEscaped += ch;
+    }
+    return strEscaped;
+}
+
+std::wstring Unescaped(std::string strText) {
+    for (size_t n = strText.find('%'); n != std::string::npos; n = strText.find('%', n + 1)) {
+        const std::string strCode = strText.substr(n + 1, 2);
+        const char ch = strCode == "0A" ? '\n' : strCode == "0D" ? '\r' : '%';
+        strText.replace(n, 1 + strCode.size(), 1, ch);
+    }
+    return FromUtf8(strText);
+}
+
+std::string PresentTime() {
+    const std::time_t time = std::time(nullptr);
+    std::tm parts{};
+    char szTime[32];
+    localtime_r(&time, &parts);
+    return {szTime, std::strftime(szTime, sizeof szTime, "%Y-%m-%d %H:%M", &parts)};
+}
+
+std::string NoteText(const TSnapshotNote& note) {
+    std::string strText;
+    SetIniValue(strText, SECTION, "Path", Escaped(note.strPath));
+    SetIniValue(strText, SECTION, "Title", Escaped(note.strTitle));
+    SetIniValue(strText, SECTION, "Time", PresentTime());
+    return strText;
+}
+
+void Rename(const fs::path& pathOld, const fs::path& pathNew) {
+    std::error_code error;
+    fs::rename(pathOld, pathNew, error);
+}
+
+void Delete(const fs::path& path) {
+    std::error_code error;
+    fs::remove(path, error);
+}
+
+std::vector<std::string> ListFolder(const fs::path& path) {
+    std::vector<std::string> vNames;
+    std::error_code error;
+    for (fs::directory_iterator it(path, error), itEnd; !error && it != itEnd; it.increment(error))
+        vNames.push_back(it->path().filename().native());
+    std::ranges::sort(vNames);
+    return vNames;
+}
+
+} // namespace
+
+CSnapshotStore::CSnapshotStore(ILocations& locations) : m_locations(locations) {}
+
+bool CSnapshotStore::MakeFolder() {
+    if (!m_pathFolder.empty()) return true;
+    const std::wstring strFolder = FindProfilePath(m_locations, L"Recovery");
+    if (strFolder.empty()) return false;
+    m_locations.MakeFolder(strFolder);
+    m_pathFolder = ToUtf8(strFolder);
+    // Also one that was made by hand or came from a backup.
+    chmod(m_pathFolder.c_str(), S_IRWXU);
+    return true;
+}
+
+bool CSnapshotStore::BeginSession() {
+    if (!MakeFolder()) return false;
+    if (m_pLock) return true;
+    m_strSession = NewSessionName();
+    m_pLock = std::make_unique<CFileLock>((m_pathFolder / m_strSession).native(), 0ms);
+    // Without the lock others would take the snapshots for left ones.
+    if (!m_pLock->IsLocked()) m_pLock.reset();
+    if (!m_pLock) m_bFailed = true;
+    return m_pLock != nullptr;
+}
+
+std::string CSnapshotStore::NameOf(uint32_t uKey) const { return m_strSession + '-' + std::to_string(uKey); }
+
+fs::path CSnapshotStore::FileOf(const std::string& strName, const char* pszEnding) const {
+    return m_pathFolder / (strName + pszEnding);
+}
+
+void CSnapshotStore::Write(uint32_t uKey, std::string strBytes, const TSnapshotNote& note) {
+    if (!BeginSession()) return;
+    m_setKeys.insert(uKey);
+    const std::string strName = NameOf(uKey);
+    m_worker.Add([this, pathDocument = FileOf(strName, DOCUMENT), pathNote = FileOf(strName, NOTE),
+                  strBytes = std::move(strBytes), strNote = NoteText(note)] {
+        if (!m_files.Replace(FromUtf8(pathNote.native()), strNote) ||
+            !m_files.Replace(FromUtf8(pathDocument.native()), strBytes))
+            m_bFailed = true;
+    });
+}
+
+void CSnapshotStore::Remove(uint32_t uKey) {
+    if (m_setKeys.erase(uKey) == 0) return;
+    m_worker.Add([pathDocument = FileOf(NameOf(uKey), DOCUMENT), pathNote = FileOf(NameOf(uKey), NOTE)] {
+        Delete(pathDocument);
+        Delete(pathNote);
+    });
+}
+
+TLeftSnapshot CSnapshotStore::Describe(const std::string& strName) {
+    const std::string strNote =
+        m_files.Read(FromUtf8(FileOf(strName, NOTE).native())).value_or(std::string());
+    const auto read = [&](const char* pszKey) {
+        return Unescaped(FindIniValue(strNote, SECTION, pszKey).value_or(std::string()));
+    };
+    TLeftSnapshot left{FromUtf8(strName), {read("Path"), read("Title"), read("Time")}};
+    std::error_code error;
+    left.bHasFile = fs::is_regular_file(ToUtf8(left.note.strPath), error);
+    return left;
+}
+
+std::vector<TLeftSnapshot> CSnapshotStore::FindLeft() {
+    std::vector<TLeftSnapshot> vLeft;
+    if (!MakeFolder()) return vLeft;
+    const std::vector<std::string> vFiles = ListFolder(m_pathFolder);
+    std::set<std::string> setSessions;
+    for (const std::string& strFile : vFiles) setSessions.insert(SessionOf(strFile));
+    setSessions.erase("");
+    for (const std::string& strSession : setSessions) {
+        auto pLock = std::make_unique<CFileLock>((m_pathFolder / strSession).native(), 0ms);
+        if (!pLock->IsLocked()) continue;
+        m_vReserved.push_back(std::move(pLock));
+        // Listed anew: until it was locked another program may have taken some.
+        for (const std::string& strFile : ListFolder(m_pathFolder)) {
+            if (!strFile.starts_with(strSession + '-') || strFile.ends_with(DAMAGED)) continue;
+            const fs::path pathFile = strFile;
+            if (pathFile.extension() == DOCUMENT)
+                vLeft.push_back(Describe(pathFile.stem().native()));
+            else if (pathFile.extension() != NOTE || !fs::exists(FileOf(pathFile.stem().native(), DOCUMENT)))
+                Delete(m_pathFolder / pathFile);
+        }
+    }
+    return vLeft;
+}
+
+std::optional<std::string> CSnapshotStore::Read(const std::wstring& strName) {
+    return m_files.Read(FromUtf8(FileOf(ToUtf8(strName), DOCUMENT).native()));
+}
+
+void CSnapshotStore::Adopt(const std::wstring& strName, uint32_t uKey) {
+    if (!BeginSession()) return;
+    m_setKeys.insert(uKey);
+    // The note first: a document without one can still be restored.
+    for (const char* pszEnding : {NOTE, DOCUMENT})
+        Rename(FileOf(ToUtf8(strName), pszEnding), FileOf(NameOf(uKey), pszEnding));
+}
+
+std::wstring CSnapshotStore::SetAside(const std::wstring& strName) {
+    for (const char* pszEnding : {NOTE, DOCUMENT}) {
+        const fs::path path = FileOf(ToUtf8(strName), pszEnding);
+        Rename(path, path.native() + DAMAGED);
+    }
+    return FromUtf8(FileOf(ToUtf8(strName), DOCUMENT).native() + DAMAGED);
+}
+
+void CSnapshotStore::Drop(const std::wstring& strName) {
+    for (const char* pszEnding : {DOCUMENT, NOTE}) Delete(FileOf(ToUtf8(strName), pszEnding));
+}

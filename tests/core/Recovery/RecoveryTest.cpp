@@ -1,0 +1,63 @@
+// When snapshots are taken and when they go, on a clock that moves when it is told to.
+#include "core/Recovery/Recovery.h"
+#include "core/IniConfig/GlobalSwitches.h"
+#include "session/SessionSnapshots.h"
+#include "session/VirtualClock.h"
+#include "tests/support/LayerPictures.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+class Recovery : public testing::Test {
+protected:
+    void Change() { m_spCanvas->GetHistory().SetModified(true); }
+    // Idle work every 100 ms; returns how many snapshots there are then.
+    size_t Wait(uint32_t uMilliseconds, bool bWorking = false) {
+        for (uint32_t u = 0; u < uMilliseconds; u += 100) {
+            m_clock.Advance(100);
+            if (bWorking) Change();
+            m_recovery.Watch(m_spCanvas);
+        }
+        return m_store.GetKept().size();
+    }
+
+    CSessionSnapshots m_store;
+    CVirtualClock m_clock;
+    CRecovery m_recovery{m_store, m_clock};
+    boost::shared_ptr<CCanvasBuffer> m_spCanvas = CreateCanvas({100, 100});
+};
+
+} // namespace
+
+TEST_F(Recovery, AChangeIsKeptAfterAMinuteUntilItIsSaved) {
+    EXPECT_EQ(Wait(200000), 0u);
+    Change();
+    EXPECT_EQ(Wait(60000), 0u);
+    EXPECT_EQ(Wait(200), 1u);
+    const auto countBytes = [&] { return m_store.GetKept().begin()->second.strBytes.size(); };
+    const size_t nBytes = countBytes();
+    m_spCanvas->GetRoot().AddLayer(CreateRasterLayer(m_spCanvas), -1);
+    EXPECT_EQ((Wait(59000), countBytes()), nBytes) << "at most one a minute";
+    EXPECT_GT((Wait(2000), countBytes()), nBytes);
+    m_spCanvas->GetHistory().SetModified(false);
+    EXPECT_EQ(Wait(100), 0u);
+    const int32_t nBefore = std::exchange(g_Switches.m_nAutoSave, 0);
+    Change();
+    EXPECT_EQ(Wait(300000), 0u) << "turned off";
+    g_Switches.m_nAutoSave = nBefore;
+}
+
+TEST_F(Recovery, WorkIsNotInterruptedButNotWaitedForWithoutEnd) {
+    EXPECT_EQ(Wait(110000, true), 0u);
+    EXPECT_EQ(Wait(1100), 1u) << "a pause";
+    m_recovery.Forget(*m_spCanvas);
+    EXPECT_EQ(Wait(119000, true), 0u);
+    EXPECT_EQ(Wait(2000, true), 1u);
+    m_spCanvas = CreateCanvas({50, 50}); // an exception ended the other: it stays
+    Change();
+    m_spCanvas->GetHistory().SetCancelHandler([] { return true; });
+    EXPECT_EQ(Wait(300000), 1u) << "half an operation";
+    m_spCanvas->GetHistory().SetCancelHandler({});
+    EXPECT_EQ(Wait(100), 2u);
+}

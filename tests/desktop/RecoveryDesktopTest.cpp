@@ -1,0 +1,128 @@
+// A session that is killed, and the next one.
+#include "core/Base/Text.h"
+#include "session/Player.h"
+#include "session/SessionDialogs.h"
+#include "system/Locations.h"
+#include "system/SnapshotStore.h"
+#include "tests/session/ScriptedSession.h"
+#include "tests/support/LayerPictures.h"
+#include "tests/support/TempFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <fstream>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+class RecoveryDesktop : public testing::Test {
+protected:
+    RecoveryDesktop() { setenv("XDG_CONFIG_HOME", m_folder.GetPath().c_str(), 1); }
+    ~RecoveryDesktop() override { unsetenv("XDG_CONFIG_HOME"); }
+
+    // One session of the desktop program, played by functions. Returns the failure.
+    std::string Play(const std::vector<TAction>& vSteps) {
+        TScript script{"s", {}};
+        for (const TAction& fn : vSteps) script.vSteps.push_back({1, fn});
+        CSnapshotStore snapshots(m_locations);
+        TSessionParts parts{m_store, m_locations, m_places, m_codecs};
+        parts.pSnapshots = &snapshots;
+        CSessionPlatform session(parts, script);
+        {
+            CSessionScope scope(session.GetPlatform());
+            CreateMainFrame();
+            scope.Run();
+        }
+        const auto& vShown = session.GetLog().GetShown();
+        m_strFirstBox = vShown.empty() ? L"" : vShown[0].strText;
+        return session.GetFailure();
+    }
+    // Works on three documents until the process is killed.
+    void PlayAndDie() {
+        const pid_t id = fork();
+        if (id == 0) {
+            // The clock runs faster than the disk: each document's snapshot is waited for.
+            const auto settle = [](CPlayer& player) {
+                while (player.GetStage().platform.snapshots.IsBusy()) usleep(1000);
+                player.Wait(1000);
+            };
+            Play({[this](CPlayer&) {
+                      for (int n = 0; n < 3; ++n) g_pMainFrame->OpenFrame(CreateCanvasFrame(MakeDocument(n)));
+                  },
+                  [](CPlayer& player) { player.Wait(62000); }, settle, settle, settle,
+                  [](CPlayer&) { raise(SIGKILL); }});
+            _exit(1);
+        }
+        int nStatus = 0;
+        ASSERT_TRUE(waitpid(id, &nStatus, 0) == id && WIFSIGNALED(nStatus));
+    }
+    std::wstring FileOf(int n) const { return FromUtf8(m_folder.File(std::to_string(n) + ".vlm").native()); }
+    boost::shared_ptr<CCanvasBuffer> MakeDocument(int n) const {
+        std::mt19937 random(static_cast<uint32_t>(n));
+        const auto spCanvas = CreateCanvas({250 + n, 130}, n != 1);
+        FillRandomTree(spCanvas, 6, random, false);
+        spCanvas->SetTitle(L"絵" + std::to_wstring(n));
+        spCanvas->SetPath(FileOf(n));
+        spCanvas->GetHistory().SetModified(true);
+        return spCanvas;
+    }
+    static TAction Offer(EBoxAnswer answer) {
+        return [answer](CPlayer& player) {
+            player.GetStage().dialogs.Push({.kind = TAnswer::EKind::Box, .box = answer});
+            g_pMainFrame->QueueRecovery();
+        };
+    }
+    ptrdiff_t CountFiles() const {
+        return std::ranges::distance(
+            std::filesystem::directory_iterator(m_folder.File("Vellumcraft/Recovery")));
+    }
+
+    CTempFolder m_folder;
+    CFileStore m_store;
+    CLocations m_locations;
+    CNoPlaces m_places;
+    CImageCodecs m_codecs{m_store};
+    std::wstring m_strFirstBox;
+};
+
+} // namespace
+
+TEST_F(RecoveryDesktop, AKilledSessionComesBackToThePixel) {
+    PlayAndDie();
+    std::ofstream(m_folder.File("2.vlm")) << "the user's own file";
+    const auto compare = [this](CPlayer&) {
+        ASSERT_EQ(g_lstCanvasFrame.size(), 3u);
+        int n = 0;
+        for (const auto& spFrame : g_lstCanvasFrame) {
+            CCanvasBuffer& canvas = *spFrame->GetCanvas();
+            EXPECT_EQ(canvas.Serialize().GetPayload(), MakeDocument(n)->Serialize().GetPayload()) << n;
+            EXPECT_TRUE(canvas.GetHistory().IsModified());
+            EXPECT_EQ(canvas.GetPath(), n == 2 ? FileOf(n) : L"") << "no file: saving asks for a name";
+            ++n;
+        }
+        // Another program that starts now has nothing to offer.
+        EXPECT_TRUE(CSnapshotStore(m_locations).FindLeft().empty());
+    };
+    EXPECT_EQ(Play({Offer(EBoxAnswer::Cancel)}), "") << "kept for later";
+    EXPECT_TRUE(m_strFirstBox.starts_with(L"前回の作業が保存されずに終了しました。復元しますか？\n\n絵0"));
+    EXPECT_EQ(Play({Offer(EBoxAnswer::Yes), compare}), ""); // closed with No at each prompt
+    EXPECT_EQ(m_store.Read(FileOf(2)), "the user's own file");
+    EXPECT_EQ(CountFiles(), 0);
+}
+
+TEST_F(RecoveryDesktop, ADamagedOneIsToldAndDoesNotStandInTheWay) {
+    PlayAndDie();
+    for (const auto& entry : std::filesystem::directory_iterator(m_folder.File("Vellumcraft/Recovery")))
+        if (entry.path().native().ends_with("-2.vlm")) std::filesystem::resize_file(entry.path(), 1000);
+    const std::string strFailure =
+        Play({Offer(EBoxAnswer::Yes), [](CPlayer&) { EXPECT_EQ(g_lstCanvasFrame.size(), 2u); }});
+    EXPECT_NE(strFailure.find("破損しています。"), std::string::npos) << strFailure;
+    EXPECT_NE(strFailure.find("-2.vlm.damaged"), std::string::npos) << strFailure;
+    EXPECT_EQ(CountFiles(), 2);
+    PlayAndDie();
+    EXPECT_EQ(Play({Offer(EBoxAnswer::No), [](CPlayer&) { EXPECT_TRUE(g_lstCanvasFrame.empty()); }}), "");
+    EXPECT_EQ(CountFiles(), 2);
+}

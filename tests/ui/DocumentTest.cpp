@@ -1,0 +1,134 @@
+// Documents in the real main frame: dropped, listed, marked.
+#include "UiTest.h"
+
+#include "core/AppModule/AppModule.h"
+#include "core/AppModule/CommandIds.h"
+#include "core/AppModule/PrivateMessages.h"
+#include "core/ImageFile/ImageFile.h"
+#include "core/LayerBuffer/RasterLayerBuffer.h"
+#include "core/MainFrame/MainFrame.h"
+#include "core/MainFrame/SessionScope.h"
+#include "tests/support/TempFolder.h"
+
+namespace {
+
+/// The desktop program's session, on files in memory, turned by hand.
+class DocumentWindows : public testing::Test {
+protected:
+    struct TSession : CUiSession {
+        explicit TSession(CMemoryFiles& files) : m_scope(m_platform.GetPlatform()) {
+            m_files.m_mapFiles.swap(files.m_mapFiles);
+            CreateMainFrame();
+        }
+        CSessionScope m_scope;
+    };
+
+    DocumentWindows() {
+        qputenv("XDG_CONFIG_HOME", m_folder.GetPath().c_str());
+        for (const wchar_t* psz : {L"/1.vlm", L"/2.vlm", L"/3.vlm", L"/4.vlm", L"/絵\n [*] &5.vlm"})
+            SaveDocument(*CreateCanvas({60, 40}), psz, m_disk);
+        m_pSession = std::make_unique<TSession>(m_disk);
+        QObject::connect(&m_timer, &QTimer::timeout, [this] {
+            auto* pBox = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            if (pBox) m_lstBoxes << pBox->text(), pBox->close();
+        });
+        m_timer.start(2);
+        Settle();
+    }
+    ~DocumentWindows() override { qunsetenv("XDG_CONFIG_HOME"); }
+    void Restart() {
+        CMemoryFiles files;
+        files.m_mapFiles = Files();
+        m_pSession.reset();
+        m_pSession = std::make_unique<TSession>(files);
+        Settle();
+    }
+    void Settle() {
+        for (int n = 0; n < 3; ++n) {
+            m_pSession->Turn();
+            while (g_AppModule.GetMessageLoop()->OnIdle(0)) m_pSession->Turn();
+        }
+    }
+    void Drop(const QStringList& lstPaths) {
+        QMimeData data;
+        QList<QUrl> lstUrls{QUrl("http://example.org/x.png")};
+        for (const QString& str : lstPaths) lstUrls << QUrl::fromLocalFile(str);
+        data.setUrls(lstUrls);
+        QDragEnterEvent enter({9, 9}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(&Main(), &enter);
+        QDropEvent event({9, 9}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(&Main(), &event);
+        EXPECT_TRUE(enter.isAccepted() && event.isAccepted());
+        Settle();
+    }
+    QStringList Recent() {
+        QStringList lst;
+        m_lstRecent.clear();
+        emit Main().menuBar()->actions().at(0)->menu()->aboutToShow();
+        for (QMenu* pMenu : Main().menuBar()->actions().at(0)->menu()->findChildren<QMenu*>())
+            for (QAction* pAction : pMenu->actions())
+                if (pAction->isVisible()) m_lstRecent << pAction, lst << pAction->text();
+        return lst;
+    }
+    std::map<std::wstring, std::string>& Files() { return m_pSession->m_files.m_mapFiles; }
+    QMainWindow& Main() { return *dynamic_cast<QMainWindow*>(g_pMainFrame->GetWindow()); }
+    static CCanvasFrame& Active() { return *g_wpActiveFrame.lock(); }
+
+    CTempFolder m_folder;
+    CMemoryFiles m_disk;
+    std::unique_ptr<TSession> m_pSession;
+    QTimer m_timer;
+    QStringList m_lstBoxes;
+    QList<QAction*> m_lstRecent;
+};
+
+} // namespace
+
+TEST_F(DocumentWindows, DroppedFilesOpenAndFailuresAreTold) {
+    Drop({"/1.vlm", m_folder.GetPath().c_str(), "/none.vlm", "/絵\n [*] &5.vlm"});
+    ASSERT_EQ(g_lstCanvasFrame.size(), 2u);
+    EXPECT_EQ(g_lstCanvasFrame.front()->GetCanvas()->GetPath(), L"/1.vlm");
+    EXPECT_EQ(Active().GetCanvas()->GetPath(), L"/絵\n [*] &5.vlm");
+    EXPECT_EQ(m_lstBoxes, (QStringList{"画像ファイルを開けませんでした。\nFile: '" +
+                                           QString(m_folder.GetPath().c_str()) + "'",
+                                       "ファイルを開けませんでした。\nFile: '/none.vlm'"}));
+}
+
+TEST_F(DocumentWindows, TheRecentListFollowsAndSurvives) {
+    EXPECT_EQ(Recent(), QStringList{"(なし)"});
+    for (const char* psz : {"/1.vlm", "/2.vlm", "/3.vlm", "/1.vlm", "/4.vlm"}) Drop({psz});
+    EXPECT_EQ(Recent(), (QStringList{"&1 /4.vlm", "&2 /1.vlm", "&3 /3.vlm", "&4 /2.vlm"}));
+    Files().erase(L"/3.vlm");
+    m_lstRecent[2]->trigger();
+    Settle();
+    EXPECT_EQ(m_lstBoxes, QStringList{"ファイルを開けませんでした。\nFile: '/3.vlm'"});
+    Restart();
+    EXPECT_EQ(Recent(), (QStringList{"&1 /4.vlm", "&2 /1.vlm", "&3 /2.vlm"}));
+    m_lstRecent[2]->trigger();
+    Settle();
+    EXPECT_EQ(Active().GetCanvas()->GetPath(), L"/2.vlm");
+    EXPECT_EQ(Recent().at(0), "&1 /2.vlm");
+}
+
+TEST_F(DocumentWindows, ChangedDocumentsAreMarked) {
+    Drop({"/1.vlm", "/絵\n [*] &5.vlm"});
+    const auto spCanvas = Active().GetCanvas();
+    // The active child's mark and the frame's.
+    const auto marks = [&] {
+        Settle();
+        const auto& child = *dynamic_cast<QWidget*>(Active().GetWindow());
+        return std::pair(child.isWindowModified(), Main().isWindowModified());
+    };
+    spCanvas->GetRoot().AddLayer(CreateRasterLayer(spCanvas), -1);
+    EXPECT_EQ(marks(), std::pair(true, false));
+    dynamic_cast<QMdiSubWindow*>(Active().GetWindow())->showMaximized();
+    EXPECT_EQ(marks(), std::pair(true, true));
+    EXPECT_TRUE(Main().windowTitle().contains("[*][*] &5.vlm[*]"));
+    g_lstCanvasFrame.front()->GetWindow()->Activate();
+    EXPECT_EQ(marks(), std::pair(false, false));
+    g_lstCanvasFrame.back()->GetWindow()->Activate();
+    spCanvas->GetHistory().SetModified(false); // saved
+    EXPECT_EQ(marks(), std::pair(false, false));
+    PostToMainFrame(EMessage::Command, ID_EDIT_UNDO);
+    EXPECT_EQ(marks(), std::pair(true, true));
+}

@@ -1,0 +1,113 @@
+// Second starts and the instance that runs.
+#include "UiTest.h"
+
+#include "app/desktop/Handover.h"
+#include "app/desktop/Instance.h"
+#include "tests/support/TempFolder.h"
+
+#include <QLocalSocket>
+
+#include <future>
+#include <thread>
+
+namespace {
+
+using TPaths = CInstance::TPaths;
+using EStart = CInstance::EStart;
+
+class Instance : public testing::Test {
+protected:
+    void Listen() {
+        ASSERT_EQ(m_first.Begin({}), EStart::First);
+        ASSERT_TRUE(m_first.Listen([this](const TPaths& vPaths) { m_vTaken.push_back(vPaths); }));
+    }
+    // What another start makes of it while this one's events are handled.
+    EStart StartAnother(const TPaths& vPaths) {
+        auto result = std::async(std::launch::async, [&] { return CInstance(m_strFolder).Begin(vPaths); });
+        while (result.wait_for(std::chrono::milliseconds(0)) != std::future_status::ready) QTest::qWait(1);
+        return result.get();
+    }
+
+    CTempFolder m_folder;
+    const std::string m_strFolder = m_folder.GetPath().native();
+    const QString m_strSocket = QString::fromStdString(m_strFolder + "/vellumcraft.socket");
+    CInstance m_first{m_strFolder};
+    std::vector<TPaths> m_vTaken;
+};
+
+} // namespace
+
+TEST_F(Instance, PathsArriveByteByByteAndNonsenseDoesNot) {
+    Listen();
+    const TPaths vPaths{"/絵/a b\n1.vlm", "/\xFF.png"};
+    const std::string strGood = PackPaths({"/a"});
+    for (const std::string& strBad :
+         {std::string("00000003a\0b", 11), std::string("zzzzzzzz/a"), std::string("ffffffff"),
+          std::string("00000003/ab"), PackPaths({"relative"}), strGood + "x", PackPaths({""})}) {
+        QLocalSocket socket;
+        socket.connectToServer(m_strSocket);
+        ASSERT_TRUE(socket.waitForConnected(1000));
+        socket.write(QByteArray::fromStdString(strBad));
+        EXPECT_TRUE(QTest::qWaitFor([&] { return socket.state() == QLocalSocket::UnconnectedState; }, 1000))
+            << strBad;
+    }
+    EXPECT_EQ(StartAnother(vPaths), EStart::HandedOver);
+    EXPECT_EQ(StartAnother({}), EStart::HandedOver);
+    EXPECT_EQ(StartAnother(TPaths(20000, "/a")), EStart::HandedOver);
+    EXPECT_EQ(m_vTaken, (std::vector<TPaths>{vPaths, {}, TPaths(20000, "/a")}));
+}
+
+TEST_F(Instance, WhoDoesNotAnswerGetsNothing) {
+    Listen();
+    QElapsedTimer timer;
+    timer.start();
+    EXPECT_EQ(CInstance(m_strFolder).Begin({"/a"}), EStart::Alone); // nobody handles events meanwhile
+    EXPECT_TRUE(timer.elapsed() >= 1900 && timer.elapsed() < 4000) << timer.elapsed();
+    QTest::qWait(50);
+    EXPECT_TRUE(m_vTaken.empty()) << "the other one has opened the files itself";
+}
+
+TEST_F(Instance, OfManyStartsAtOneMomentOneIsTheFirst) {
+    std::vector<std::thread> vThreads;
+    std::atomic<int> nFirst = 0, nHanded = 0;
+    for (int n = 0; n < 6; ++n)
+        vThreads.emplace_back([&] {
+            CInstance instance(m_strFolder);
+            const EStart start = instance.Begin({"/a"});
+            if (start == EStart::HandedOver) ++nHanded;
+            if (start != EStart::First) return;
+            ++nFirst;
+            QEventLoop loop;
+            instance.Listen([](const TPaths&) {});
+            for (QDeadlineTimer end(10000); nHanded < 5 && !end.hasExpired();)
+                loop.processEvents(QEventLoop::AllEvents, 10);
+        });
+    for (std::thread& thread : vThreads) thread.join();
+    EXPECT_TRUE(nFirst == 1 && nHanded == 5) << nFirst << " " << nHanded;
+}
+
+TEST_F(Instance, TheRealProgramFollowsAKilledOne) {
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const char* psz : {"XDG_RUNTIME_DIR", "XDG_CONFIG_HOME"})
+        environment.insert(psz, QString::fromStdString(m_strFolder));
+    const auto start = [&](QProcess& process, const QStringList& lstArguments) {
+        process.setProcessEnvironment(environment);
+        process.start(VELLUM_DESKTOP, lstArguments);
+    };
+    const auto isListening = [&] {
+        QLocalSocket socket;
+        socket.connectToServer(m_strSocket);
+        return socket.waitForConnected(1000) && socket.waitForReadyRead(2000);
+    };
+    for (int nRound = 0; nRound < 2; ++nRound) {
+        QProcess first, second, own; // the first one's end is a kill
+        start(first, {});
+        ASSERT_TRUE(QTest::qWaitFor(isListening, 20000)) << nRound;
+        start(second, {"none.vlm"});
+        EXPECT_TRUE(second.waitForFinished(20000) && second.exitStatus() == QProcess::NormalExit);
+        EXPECT_EQ(second.exitCode(), 0);
+        start(own, {"--new-window"});
+        EXPECT_FALSE(own.waitForFinished(500)) << "works on its own";
+        for (QProcess* pProcess : {&first, &own}) pProcess->kill(), pProcess->waitForFinished();
+    }
+}
