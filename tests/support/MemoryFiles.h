@@ -14,7 +14,7 @@ public:
     }
     std::unique_ptr<IFileReader> Open(const std::wstring& strPath) override {
         const auto strBytes = Read(strPath);
-        return strBytes ? std::make_unique<CReader>(*strBytes) : nullptr;
+        return strBytes ? std::make_unique<CReader>(*strBytes, m_nReadable) : nullptr;
     }
     bool ReplaceBy(const std::wstring& strPath,
                    const std::function<bool(const TWriteBytes&)>& fnFill) override {
@@ -35,14 +35,17 @@ public:
     bool m_bReadOnly = false;
     int m_nReads = 0;
     int m_nWrites = 0;
+    size_t m_nReadable = SIZE_MAX; ///< what an opened file gives of its bytes
 
 private:
     struct CReader : IFileReader {
-        explicit CReader(std::string strBytes) : m_strBytes(std::move(strBytes)) {}
+        CReader(std::string strBytes, size_t n) : m_strBytes(std::move(strBytes)), m_nReadable(n) {}
         uint64_t GetSize() const override { return m_strBytes.size(); }
         bool Read(uint64_t uFrom, uint8_t* pTo, size_t nLength) override {
-            return m_strBytes.copy(reinterpret_cast<char*>(pTo), nLength, uFrom) == nLength;
+            return uFrom + nLength <= m_nReadable &&
+                   m_strBytes.copy(reinterpret_cast<char*>(pTo), nLength, uFrom) == nLength;
         }
         std::string m_strBytes;
+        size_t m_nReadable;
     };
 };
