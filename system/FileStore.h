@@ -8,8 +8,10 @@
 class CFileStore : public IFileStore {
 public:
     std::optional<std::string> Read(const std::wstring& strPath) override;
+    std::unique_ptr<IFileReader> Open(const std::wstring& strPath) override;
     /// The folder must be writable too. A new file's rights follow the process's mask.
-    bool Replace(const std::wstring& strPath, const std::string& strBytes) override;
+    bool ReplaceBy(const std::wstring& strPath,
+                   const std::function<bool(const TWriteBytes&)>& fnFill) override;
     /// Waits up to five seconds for another program or thread, and not at all where no lock can be made (a
     /// read-only folder, a missing one). The lock ends with the process that holds it, however that ends.
     /// An exception of `edit` passes through and nothing is written.

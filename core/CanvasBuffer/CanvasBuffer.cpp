@@ -105,11 +105,7 @@ CCanvasBuffer::FullBackup CCanvasBuffer::CreateFullBackup() {
     SELF_CHECK(illegal_data, pCanvas);
     auto spCopy = boost::make_shared<InternalLayerBuffer>();
     try {
-        CSerializer image;
-        image.WriteChunk(internalLayer->Serialize());
-        CDeserializer file(boost::make_shared<TBytes>(image.GetPayload()));
-        CDeserializer chunk;
-        file.ReadChunk(chunk);
+        CDeserializer chunk(internalLayer->Serialize());
         spCopy->Create(pCanvas);
         spCopy->Deserialize(chunk, pCanvas);
     } catch (const deserialize_error&) {
@@ -148,8 +144,8 @@ CSerializer CCanvasBuffer::Serialize() const {
     body.WriteChunk(GetRoot().Serialize());
     CSerializer top;
     top.SetTag(TAG_FILE, 0);
-    top.WriteChunk(meta);
-    top.WriteChunk(body);
+    top.WriteChunk(std::move(meta));
+    top.WriteChunk(std::move(body));
     return top;
 }
 

@@ -8,19 +8,40 @@
 
 #include <boost/make_shared.hpp>
 
-#include <optional>
+#include <algorithm>
+#include <memory>
 #include <string>
 
 namespace {
 
-boost::shared_ptr<CCanvasBuffer> OpenProject(const std::wstring& strPath, IFileStore& files) {
-    boost::shared_ptr<TBytes> spImage;
-    {
-        const std::optional<std::string> strBytes = files.Read(strPath);
-        if (!strBytes) throw fileopen_error(strPath);
-        spImage = boost::make_shared<TBytes>(strBytes->begin(), strBytes->end());
+constexpr size_t READ_PIECE = 1 << 18; ///< bytes of a file in memory at a time; they stay in the cache
+
+// A file under its readers, never whole in memory beside the tiles that are made of it. A mapping would do
+// the same, but a file that becomes shorter under a mapping ends the process.
+class CFileImage : public CWireImage {
+public:
+    CFileImage(std::wstring strPath, std::unique_ptr<IFileReader> upReader)
+        : CWireImage(upReader->GetSize(), ForeignClaim(upReader->GetSize())), m_strPath(std::move(strPath)),
+          m_upReader(std::move(upReader)) {}
+
+protected:
+    void MoveWindow(uint64_t uPos, size_t nLength) override {
+        const uint64_t uPiece = std::min<uint64_t>(READ_PIECE, GetSize() - uPos);
+        m_vWindow.resize(std::max(nLength, static_cast<size_t>(uPiece)));
+        if (!m_upReader->Read(uPos, m_vWindow.data(), m_vWindow.size())) throw fileopen_error(m_strPath);
+        SetWindow(uPos, m_vWindow.data(), m_vWindow.size());
     }
-    CDeserializer file(spImage);
+
+private:
+    const std::wstring m_strPath;
+    const std::unique_ptr<IFileReader> m_upReader;
+    TBytes m_vWindow;
+};
+
+boost::shared_ptr<CCanvasBuffer> OpenProject(const std::wstring& strPath, IFileStore& files) {
+    auto upReader = files.Open(strPath);
+    if (!upReader) throw fileopen_error(strPath);
+    CDeserializer file(boost::shared_ptr<CWireImage>(new CFileImage(strPath, std::move(upReader))));
     CDeserializer top;
     file.ReadChunk(top);
     auto spCanvas = boost::make_shared<CCanvasBuffer>();
@@ -56,10 +77,13 @@ boost::shared_ptr<CCanvasBuffer> OpenDocument(const std::wstring& strPath, IFile
 }
 
 void SaveDocument(CCanvasBuffer& canvas, const std::wstring& strPath, IFileStore& files) {
+    // A deeper tree could never be opened again.
+    if (canvas.GetRoot().GetNesting() > MAX_LAYER_NESTING)
+        throw internal_error(L"SaveDocument: the layers lie too deep in each other.");
     CSerializer file;
     file.WriteChunk(canvas.Serialize());
-    const TBytes& vBytes = file.GetPayload();
-    if (!files.Replace(strPath, std::string(vBytes.begin(), vBytes.end()))) throw fileopen_error(strPath);
+    if (!files.ReplaceBy(strPath, [&](const TWriteBytes& fnWrite) { return file.WriteOut(fnWrite); }))
+        throw fileopen_error(strPath);
     canvas.GetHistory().SetModified(false);
 }
 

@@ -15,7 +15,7 @@ bool IsProjectFile(const std::wstring& strPath);
 boost::shared_ptr<CCanvasBuffer> OpenDocument(const std::wstring& strPath, IFileStore& files,
                                               IImageCodecs& codecs);
 
-/// Writes the document as a project file: serialized to memory first, then written beside and renamed over.
+/// Writes the document as a project file beside the old one and renames it over that.
 /// Raises fileopen_error with the old file whole; on success the document counts as saved.
 void SaveDocument(CCanvasBuffer& canvas, const std::wstring& strPath, IFileStore& files);
 

@@ -16,6 +16,9 @@ namespace {
 constexpr uint32_t TAG_LAYER_BASE = MakeTag("LAYB");
 constexpr int THUMBNAIL_MINSIDE = 34; ///< thumbnails keep more than this on each side where they can
 
+// What an empty layer takes on a canvas of `nBlocks` blocks: itself, and a flag a block for each plane.
+uint64_t EmptyLayerBytes(size_t nBlocks) { return 4096 + uint64_t{5} * nBlocks; }
+
 CSize DividedUp(CSize sz, int n) { return {(sz.cx + n - 1) / n, (sz.cy + n - 1) / n}; }
 
 void ConvertTile(CMonoRasterBlockBuffer& dest, const CColorRasterBlockBuffer& src) {
@@ -261,6 +264,12 @@ TLayerPtr CLayerBuffer::FindParentOf(const CLayerBuffer& layer) {
     return {};
 }
 
+int CLayerBuffer::GetNesting() const {
+    int nNesting = 0;
+    for (const TLayerPtr& spChild : m_lstChildren) nNesting = std::max(nNesting, spChild->GetNesting() + 1);
+    return nNesting;
+}
+
 int CLayerBuffer::IndexOf(const CLayerBuffer& layer) const {
     const auto it = std::find_if(m_lstChildren.begin(), m_lstChildren.end(),
                                  [&](const TLayerPtr& spChild) { return spChild.get() == &layer; });
@@ -314,6 +323,8 @@ CSerializer CLayerBuffer::SerializeBase() const {
 
 void CLayerBuffer::DeserializeBase(CDeserializer& reader) {
     reader.ExpectTag(TAG_LAYER_BASE);
+    // The root's chunk lies in two others and in the file; a layer's chunk and this one in it add two each.
+    if (reader.GetDepth() > 3 + 2 * MAX_LAYER_NESTING) throw deserialize_error();
     const uint32_t uCount = static_cast<uint32_t>(reader.ReadInt32());
     m_strName = reader.ReadString();
     m_bVisible = reader.ReadBool();
@@ -326,6 +337,8 @@ void CLayerBuffer::DeserializeBase(CDeserializer& reader) {
     for (uint32_t u = 0; u < uCount; ++u) {
         CDeserializer chunk;
         reader.ReadChunk(chunk);
+        // A few dozen bytes make a layer, so what layers take by themselves is limited.
+        chunk.Claim(EmptyLayerBytes(m_pDrawBuffer->GetDirty().m_nCount));
         const TLayerPtr spChild = CreateLayerByTag(chunk.GetTag());
         spChild->Deserialize(chunk, GetCanvas());
         m_lstChildren.push_back(spChild);

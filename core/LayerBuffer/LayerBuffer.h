@@ -24,6 +24,9 @@ boost::shared_ptr<CRasterBuffer> CreatePlane(bool bColor, CSize sz, CSize szBloc
 /// all three channels. A plane of the wanted kind is returned itself.
 boost::shared_ptr<CRasterBuffer> ConvertPlane(const boost::shared_ptr<CRasterBuffer>& spPlane, bool bColor);
 
+/// How deep layers may lie in each other in a file.
+constexpr int MAX_LAYER_NESTING = 256;
+
 /// By how much thumbnails shrink a canvas: the largest divisor of 96 that keeps both sides over 34, else 1.
 int ThumbnailScale(CSize szCanvas);
 
@@ -103,6 +106,8 @@ public:
     /// The layer, this one or below, that has `layer` as its child; null when none has.
     TLayerPtr FindParentOf(const CLayerBuffer& layer);
     const TLayerList& GetChildren() const { return m_lstChildren; }
+    /// How many layers lie in each other below this one, at most; 0 without children.
+    int GetNesting() const;
     /// Index of a child, -1 when it is none.
     int IndexOf(const CLayerBuffer& layer) const;
     /// The child that is current in this layer, null for none.

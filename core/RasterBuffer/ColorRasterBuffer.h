@@ -8,7 +8,6 @@
 class CColorRasterBlockBuffer : public CPlanarBlockBuffer<CColorRasterBlockBuffer, 4> {
 public:
     static constexpr uint32_t CHUNK_TAG = MakeTag("RABC");
-    static constexpr size_t WIRE_ORDER[4] = {2, 1, 0, 3}; ///< the file's pixels are B, G, R, A
 
     void DrawToScreen(CGDIBuffer& target, const CScreenMap& map) const override;
     void BlendWith(CRasterBlockBuffer& dest, uint8_t uOpacity,

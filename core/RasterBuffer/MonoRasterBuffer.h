@@ -8,7 +8,6 @@
 class CMonoRasterBlockBuffer : public CPlanarBlockBuffer<CMonoRasterBlockBuffer, 2> {
 public:
     static constexpr uint32_t CHUNK_TAG = MakeTag("RABM");
-    static constexpr size_t WIRE_ORDER[2] = {0, 1};
 
     void DrawToScreen(CGDIBuffer& target, const CScreenMap& map) const override;
     void BlendWith(CRasterBlockBuffer& dest, uint8_t uOpacity,

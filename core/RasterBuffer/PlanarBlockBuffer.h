@@ -3,12 +3,16 @@
 
 #include "core/RasterBuffer/RasterBlockBuffer.h"
 
+#include <boost/enable_shared_from_this.hpp>
+
 #include <cstring>
 
 /// A straight-alpha tile. Everything here works plane by plane and does not know what the channels mean.
 /// `Tile` is the final class.
 template <class Tile, size_t PLANES>
-class CPlanarBlockBuffer : public CRasterBlockBuffer {
+class CPlanarBlockBuffer : public CRasterBlockBuffer,
+                           public IWirePart,
+                           public boost::enable_shared_from_this<CPlanarBlockBuffer<Tile, PLANES>> {
 public:
     void Deserialize(CDeserializer& reader) override;
     void Create(CSize szBlock, CPoint ptPos) override;
@@ -20,6 +24,9 @@ public:
     void WriteBitmap(CBitmapSession& session) const override;
     void Clear() override { std::memset(m_pFirst, 0, GetPlaneBytes() * PLANES); }
     CSerializer Serialize() const override;
+    /// The pixels as files hold them, one after the other.
+    size_t GetWireSize() const override { return GetPlaneBytes() * PLANES; }
+    void WriteWire(uint8_t* pTo) const override;
     void ExtractTo(CRasterBlockBuffer& dest, CPoint ptDest, bool bCut,
                    const CRasterBlockBuffer* pMask) override;
     void RestoreAlpha(const CRasterBlockBuffer& src) override;

@@ -6,6 +6,7 @@
 #include "core/RasterBuffer/PlanarBlockBuffer.h"
 #include "core/RasterBuffer/RasterBuffer.h"
 #include "core/RasterKernel/ReduceKernel.h"
+#include "core/RasterKernel/WireKernel.h"
 
 #include <boost/make_shared.hpp>
 
@@ -62,10 +63,15 @@ void CPlanarBlockBuffer<Tile, PLANES>::Deserialize(CDeserializer& reader) {
     const uint64_t uPixels = static_cast<uint64_t>(szBlock.cx) * static_cast<uint64_t>(szBlock.cy);
     if (uPixels > reader.GetRest() / PLANES || uPixels * PLANES != reader.GetRest())
         throw deserialize_error();
-    const uint8_t* pWire = reader.ReadBytes(static_cast<size_t>(uPixels) * PLANES);
+    const size_t nBytes = static_cast<size_t>(uPixels) * PLANES;
+    // A chunk that never left memory still has its tile; the tag told the kind.
+    const auto* pTile = static_cast<const Tile*>(reader.ReadPart(nBytes));
+    const uint8_t* pWire = pTile ? nullptr : reader.ReadBytes(nBytes);
     Allocate(szBlock, ptPos, PLANES);
-    for (size_t i = 0; i < GetPlaneBytes(); ++i)
-        for (size_t n = 0; n < PLANES; ++n) GetPlane(Tile::WIRE_ORDER[n])[i] = *pWire++;
+    if (pTile)
+        std::memcpy(m_pFirst, pTile->m_pFirst, nBytes);
+    else
+        Deinterleave(static_cast<Tile*>(this)->Pixels(), pWire, GetPlaneBytes());
     reader.ExpectEnd();
 }
 
@@ -75,10 +81,13 @@ CSerializer CPlanarBlockBuffer<Tile, PLANES>::Serialize() const {
     writer.SetTag(Tile::CHUNK_TAG, 0);
     writer.WriteSize(m_szBlock);
     writer.WritePoint(m_ptPos);
-    uint8_t* pWire = writer.Extend(GetPlaneBytes() * PLANES);
-    for (size_t i = 0; i < GetPlaneBytes(); ++i)
-        for (size_t n = 0; n < PLANES; ++n) *pWire++ = GetPlane(Tile::WIRE_ORDER[n])[i];
+    writer.WritePart(this->shared_from_this());
     return writer;
+}
+
+template <class Tile, size_t PLANES>
+void CPlanarBlockBuffer<Tile, PLANES>::WriteWire(uint8_t* pTo) const {
+    Interleave(pTo, static_cast<const Tile*>(this)->Pixels(), GetPlaneBytes());
 }
 
 /// Locks the part of a bitmap that lies under `rc` and hands it row by row to `fn(row, pixels, width)`.

@@ -55,6 +55,8 @@ public:
     virtual TColor GetPixelColor(CPoint pt) const = 0;
     /// Sets every pixel of a colour tile; a grey tile is left alone.
     virtual void Fill(TColor color, uint8_t uAlpha) = 0;
+    /// The tile's chunk, which refers to the tile, so a shared_ptr must own that; copy-on-write keeps the
+    /// chunk as it is.
     virtual CSerializer Serialize() const = 0;
     /// The plane whose opacity applies when this tile is blended; one of another kind counts as null. Not a
     /// reference: the tile must not be blended after the owner has gone.
@@ -72,6 +74,8 @@ public:
 
     CSize GetSize() const { return m_szBlock; }
     CPoint GetPosition() const { return m_ptPos; }
+    /// Moves a tile that no plane holds yet.
+    void SetPosition(CPoint ptPos) { m_ptPos = ptPos; }
     CRect GetRect() const { return CRect(m_ptPos, m_szBlock); }
     CRasterBuffer* GetOwner() const { return m_pOwner; }
     /// Address of a pixel in the tile's first plane, unchecked.

@@ -5,11 +5,11 @@
 #include "core/GDIBuffer/GDIBuffer.h"
 #include "core/GDIBuffer/ScreenMap.h"
 #include "core/RasterBuffer/RasterBuffer.h"
+#include "core/RasterBuffer/TileGrid.h"
 
 #include <boost/make_shared.hpp>
 
-#include <algorithm>
-#include <vector>
+#include <utility>
 
 /// `Block` is the final tile class, `Base` CRasterBuffer or a class derived from it.
 template <class Block, class Base>
@@ -24,48 +24,51 @@ public:
         };
         const CSize szBlocks{blocks(szBuffer.cx, szBlock.cx), blocks(szBuffer.cy, szBlock.cy)};
         auto spDirty = boost::make_shared<CBoolMatrix>(szBlocks);
-        std::vector<TBlockPtr> vBlocks(spDirty->m_nCount);
+        m_grid.Create(spDirty->m_nCount);
         this->m_szSize = szBuffer;
         this->m_szBlock = szBlock;
         this->m_szBlocks = szBlocks;
         this->m_spDirty = spDirty;
-        m_pBlocks.swap(vBlocks);
     }
 
     boost::shared_ptr<CRasterBlockBuffer> GetBlock(CPoint pt, bool bCreate) override {
-        TBlockPtr& spEntry = m_pBlocks[IndexOf(pt)];
-        if (!spEntry && bCreate) spEntry = boost::static_pointer_cast<Block>(CreateBlock(CornerOf(pt)));
-        return spEntry;
+        const size_t i = IndexOf(pt);
+        if (m_grid[i] || !bCreate) return m_grid[i];
+        return m_grid.Entry(i) = boost::static_pointer_cast<Block>(CreateBlock(CornerOf(pt)));
     }
 
-    void Clear() override {
-        for (auto it = m_pBlocks.rbegin(); it != m_pBlocks.rend(); ++it) it->reset();
-    }
+    void Clear() override { m_grid.DropPages(); }
 
     void Swap(CRasterBuffer& plane) override {
         auto* pOther = dynamic_cast<CRasterBufferImpl*>(&plane);
         SELF_CHECK(invalid_argument, pOther != nullptr && this->IsCompatible(plane));
-        this->ForEachBlock([&](CPoint pt) {
-            const TBlockPtr spHere = m_pBlocks[IndexOf(pt)];
-            const TBlockPtr spThere = pOther->SetBlockImpl(pt, spHere);
-            SetBlockImpl(pt, spThere);
-        });
+        for (size_t i = 0; i < m_grid.GetCount(); ++i) {
+            if (!m_grid[i] && !pOther->m_grid[i]) continue;
+            TBlockPtr& spHere = m_grid.Entry(i);
+            TBlockPtr& spThere = pOther->m_grid.Entry(i);
+            spHere.swap(spThere);
+            if (spHere) spHere->SetOwner(this);
+            if (spThere) spThere->SetOwner(pOther);
+        }
+        this->m_spDirty->Fill(true);
+        pOther->m_spDirty->Fill(true);
     }
 
     boost::shared_ptr<CRasterBuffer> ShallowCopy() override {
         boost::shared_ptr<CRasterBuffer> spCopy = CreateLike();
-        static_cast<CRasterBufferImpl&>(*spCopy).m_pBlocks = m_pBlocks;
+        auto& copy = static_cast<CRasterBufferImpl&>(*spCopy);
+        m_grid.ForEachTile([&](size_t i, const TBlockPtr& spBlock) { copy.m_grid.Entry(i) = spBlock; });
         return spCopy;
     }
 
     boost::shared_ptr<CRasterBuffer> DeepCopy() const override {
         boost::shared_ptr<CRasterBuffer> spCopy = CreateLike();
         auto& copy = static_cast<CRasterBufferImpl&>(*spCopy);
-        for (size_t i = 0; i < m_pBlocks.size(); ++i) {
-            if (!m_pBlocks[i]) continue;
-            copy.m_pBlocks[i] = boost::static_pointer_cast<Block>(m_pBlocks[i]->Clone());
-            copy.m_pBlocks[i]->SetOwner(&copy);
-        }
+        m_grid.ForEachTile([&](size_t i, const TBlockPtr& spBlock) {
+            TBlockPtr& spEntry = copy.m_grid.Entry(i);
+            spEntry = boost::static_pointer_cast<Block>(spBlock->Clone());
+            spEntry->SetOwner(&copy);
+        });
         return spCopy;
     }
 
@@ -77,8 +80,8 @@ public:
     /// As SetBlock, for a tile whose kind is known.
     virtual TBlockPtr SetBlockImpl(CPoint pt, const TBlockPtr& spBlock) {
         const size_t i = IndexOf(pt);
-        TBlockPtr spOld = m_pBlocks[i];
-        m_pBlocks[i] = spBlock;
+        TBlockPtr spOld = m_grid[i];
+        if (spOld || spBlock) m_grid.Entry(i) = spBlock;
         if (spBlock) spBlock->SetOwner(this);
         this->m_spDirty->m_pData[i] = 1;
         return spOld;
@@ -105,14 +108,14 @@ public:
     }
 
     void DrawBlockToScreen(CGDIBuffer& target, const CScreenMap& map, CPoint pt) const override {
-        if (const TBlockPtr& spBlock = m_pBlocks[IndexOf(pt)])
+        if (const TBlockPtr& spBlock = m_grid[IndexOf(pt)])
             spBlock->DrawToScreen(target, map);
         else
             target.FillGrey(map.ToTarget(CRect(CornerOf(pt), this->m_szBlock)), 255);
     }
 
     void BlendBlockInto(CRasterBlockBuffer& dest, const CRasterBlockBuffer* pMask) const override {
-        const TBlockPtr& spBlock = m_pBlocks[IndexOf(dest.GetPosition())];
+        const TBlockPtr& spBlock = m_grid[IndexOf(dest.GetPosition())];
         if (spBlock) spBlock->BlendInto(dest, pMask);
     }
 
@@ -130,9 +133,9 @@ public:
         spResult->Create(rc.Size(), rc.TopLeft());
         spResult->SetOwner(this);
         this->ForEachBlockIn(rc, [&](CPoint pt) {
-            if (!m_pBlocks[IndexOf(pt)]) return;
+            if (!m_grid[IndexOf(pt)]) return;
             if (bCut) Unshare(pt);
-            m_pBlocks[IndexOf(pt)]->ExtractTo(*spResult, rc.TopLeft(), bCut, pMask);
+            m_grid[IndexOf(pt)]->ExtractTo(*spResult, rc.TopLeft(), bCut, pMask);
         });
         return spResult;
     }
@@ -141,7 +144,7 @@ public:
         this->ForEachBlockIn(CRect(pt, src.GetSize()), [&](CPoint ptBlock) {
             GetBlock(ptBlock, true);
             Unshare(ptBlock);
-            m_pBlocks[IndexOf(ptBlock)]->PasteFrom(src, pt);
+            m_grid[IndexOf(ptBlock)]->PasteFrom(src, pt);
         });
     }
 
@@ -163,7 +166,7 @@ public:
     const Block* FindBlock(CPoint pt) const {
         const bool bInside = pt.x >= 0 && pt.y >= 0 && pt.x < this->m_szBlocks.cx * this->m_szBlock.cx &&
                              pt.y < this->m_szBlocks.cy * this->m_szBlock.cy;
-        return bInside ? m_pBlocks[IndexOf(pt)].get() : nullptr;
+        return bInside ? m_grid[IndexOf(pt)].get() : nullptr;
     }
 
 protected:
@@ -179,12 +182,12 @@ private:
         return {pt.x - pt.x % this->m_szBlock.cx, pt.y - pt.y % this->m_szBlock.cy};
     }
     // Copy on write: the tile may belong to an undo snapshot.
-    void Unshare(CPoint pt) { SetBlock(pt, m_pBlocks[IndexOf(pt)]->Clone()); }
+    void Unshare(CPoint pt) { SetBlock(pt, m_grid[IndexOf(pt)]->Clone()); }
 
     void ReadTiles(CDeserializer& reader);
     CSerializer WriteTiles() const;
 
-    std::vector<TBlockPtr> m_pBlocks; ///< row by row; an empty entry is a block that was never written
+    CTileGrid<Block> m_grid; ///< row by row
 };
 
 /// A plane of straight-alpha tiles: what colour and grey planes share beyond the grid. `Plane` is the final
@@ -222,9 +225,11 @@ void CRasterBufferImpl<Block, Base>::Deserialize(CDeserializer& reader) {
     CDeserializer tiles;
     reader.ReadChunk(tiles);
     reader.ExpectEnd();
-    // A grid costs memory for its empty entries, so its geometry is judged before it is made.
+    // A grid costs memory where it is empty too, so its geometry is judged before it is made.
     const auto valid = [](CSize sz) { return sz.cx > 0 && sz.cy > 0 && sz.cx <= 0xFFFF && sz.cy <= 0xFFFF; };
     if (!valid(szBuffer) || !valid(szBlock)) throw deserialize_error();
+    const auto blocks = [](int32_t n, int32_t nBlock) { return static_cast<uint64_t>(n / nBlock) + 1; };
+    reader.Claim(blocks(szBuffer.cx, szBlock.cx) * blocks(szBuffer.cy, szBlock.cy));
     Create(szBuffer, szBlock);
     ReadTiles(tiles);
     this->m_spDirty->Fill(false);
@@ -241,15 +246,15 @@ void CRasterBufferImpl<Block, Base>::ReadTiles(CDeserializer& reader) {
         const uint32_t uIndex = static_cast<uint32_t>(reader.ReadInt32());
         CDeserializer chunk;
         reader.ReadChunk(chunk);
-        if (uIndex >= m_pBlocks.size()) throw deserialize_error();
+        if (uIndex >= m_grid.GetCount() || m_grid[uIndex]) throw deserialize_error();
         auto spBlock = boost::make_shared<Block>();
         spBlock->Deserialize(chunk);
-        const CPoint ptCorner = this->BlockCorner(static_cast<int32_t>(uIndex) % this->m_szBlocks.cx,
-                                                  static_cast<int32_t>(uIndex) / this->m_szBlocks.cx);
-        if (!(spBlock->GetSize() == this->m_szBlock) || !(spBlock->GetPosition() == ptCorner))
-            throw deserialize_error();
+        if (!(spBlock->GetSize() == this->m_szBlock)) throw deserialize_error();
+        // The index says where the tile is; a position that disagrees is put right.
+        spBlock->SetPosition(this->BlockCorner(static_cast<int32_t>(uIndex) % this->m_szBlocks.cx,
+                                               static_cast<int32_t>(uIndex) / this->m_szBlocks.cx));
         spBlock->SetOwner(this);
-        m_pBlocks[uIndex] = spBlock;
+        m_grid.Entry(uIndex) = spBlock;
     }
     reader.ExpectEnd();
 }
@@ -270,12 +275,12 @@ CSerializer CRasterBufferImpl<Block, Base>::WriteTiles() const {
     writer.SetTag(TAG_TILES, 0);
     writer.WriteSize(this->m_szSize);
     writer.WriteSize(this->m_szBlock);
-    const auto isTile = [](const TBlockPtr& sp) { return sp != nullptr; };
-    writer.WriteInt32(static_cast<int32_t>(std::count_if(m_pBlocks.begin(), m_pBlocks.end(), isTile)));
-    for (size_t i = 0; i < m_pBlocks.size(); ++i) {
-        if (!m_pBlocks[i]) continue;
+    int32_t nCount = 0;
+    m_grid.ForEachTile([&](size_t, const TBlockPtr&) { ++nCount; });
+    writer.WriteInt32(nCount);
+    m_grid.ForEachTile([&](size_t i, const TBlockPtr& spBlock) {
         writer.WriteInt32(static_cast<int32_t>(i));
-        writer.WriteChunk(m_pBlocks[i]->Serialize());
-    }
+        writer.WriteChunk(spBlock->Serialize());
+    });
     return writer;
 }

@@ -2,22 +2,19 @@
 
 #include "core/Base/Failure.h"
 
+#include <algorithm>
 #include <limits>
 
 namespace {
 
-constexpr uint32_t HEADER_SIZE = 12;
+constexpr size_t SMALL_RUN = 4096;      ///< bytes that are cheaper copied into a parent than kept apart
+constexpr size_t WRITE_PIECE = 1 << 18; ///< bytes that WriteOut gathers; they stay in the cache
 
 void StoreBig32(uint8_t* p, uint32_t u) {
     p[0] = static_cast<uint8_t>(u >> 24);
     p[1] = static_cast<uint8_t>(u >> 16);
     p[2] = static_cast<uint8_t>(u >> 8);
     p[3] = static_cast<uint8_t>(u);
-}
-
-uint32_t LoadBig32(const uint8_t* p) {
-    return static_cast<uint32_t>(p[0]) << 24 | static_cast<uint32_t>(p[1]) << 16 |
-           static_cast<uint32_t>(p[2]) << 8 | p[3];
 }
 
 } // namespace
@@ -27,9 +24,14 @@ void CSerializer::SetTag(uint32_t uTag, uint32_t uVersion) {
     m_uVersion = uVersion;
 }
 
-uint8_t* CSerializer::Extend(size_t nLength) {
-    if (nLength > std::numeric_limits<uint32_t>::max() - HEADER_SIZE - m_vBytes.size())
+void CSerializer::Grow(uint64_t nLength) {
+    if (nLength > std::numeric_limits<uint32_t>::max() - CHUNK_HEADER - m_nLength)
         throw internal_error(L"CSerializer: the document exceeds 4 GiB.");
+    m_nLength += nLength;
+}
+
+uint8_t* CSerializer::Extend(size_t nLength) {
+    Grow(nLength);
     const size_t nOld = m_vBytes.size();
     m_vBytes.resize(nOld + nLength);
     return m_vBytes.data() + nOld;
@@ -59,9 +61,10 @@ void CSerializer::WriteString(const std::wstring& str) {
         }
     }
     WriteInt32(static_cast<int32_t>(strUnits.size()));
+    uint8_t* p = Extend(strUnits.size() * 2);
     for (const char16_t u : strUnits) {
-        WriteByte(static_cast<uint8_t>(u >> 8));
-        WriteByte(static_cast<uint8_t>(u));
+        *p++ = static_cast<uint8_t>(u >> 8);
+        *p++ = static_cast<uint8_t>(u);
     }
 }
 
@@ -69,75 +72,77 @@ void CSerializer::WriteBytes(const uint8_t* pBytes, size_t nLength) {
     std::copy(pBytes, pBytes + nLength, Extend(nLength));
 }
 
-void CSerializer::WriteChunk(const CSerializer& child) {
-    uint8_t* p = Extend(HEADER_SIZE + child.m_vBytes.size());
+void CSerializer::Close(const boost::shared_ptr<const IWirePart>& spPart) {
+    m_vPieces.push_back({std::move(m_vBytes), spPart});
+    m_vBytes = {};
+}
+
+void CSerializer::WritePart(const boost::shared_ptr<const IWirePart>& spPart) {
+    Grow(spPart->GetWireSize());
+    Close(spPart);
+}
+
+void CSerializer::Join(TBytes vBytes) {
+    if (vBytes.size() <= SMALL_RUN) {
+        m_vBytes.insert(m_vBytes.end(), vBytes.begin(), vBytes.end());
+        return;
+    }
+    Close({});
+    m_vPieces.push_back({std::move(vBytes), {}});
+}
+
+void CSerializer::WriteChunk(CSerializer child) {
+    uint8_t* p = Extend(CHUNK_HEADER);
     StoreBig32(p, child.m_uTag);
     StoreBig32(p + 4, child.m_uVersion);
-    StoreBig32(p + 8, static_cast<uint32_t>(child.m_vBytes.size()));
-    std::copy(child.m_vBytes.begin(), child.m_vBytes.end(), p + HEADER_SIZE);
-}
-
-CDeserializer::CDeserializer(boost::shared_ptr<const TBytes> spImage) : m_spOwner(std::move(spImage)) {
-    if (m_spOwner->size() > std::numeric_limits<uint32_t>::max()) throw deserialize_error();
-    m_pData = m_spOwner->data();
-    m_uEnd = static_cast<uint32_t>(m_spOwner->size());
-}
-
-void CDeserializer::ReadChunk(CDeserializer& child) {
-    if (GetRest() < HEADER_SIZE) throw deserialize_error();
-    const uint8_t* p = m_pData + m_uPos;
-    const uint32_t uLength = LoadBig32(p + 8);
-    if (uLength > GetRest() - HEADER_SIZE) throw deserialize_error();
-    child.m_pData = m_pData;
-    child.m_spOwner = m_spOwner;
-    child.m_uTag = LoadBig32(p);
-    child.m_uVersion = LoadBig32(p + 4);
-    child.m_uPos = m_uPos + HEADER_SIZE;
-    child.m_uEnd = child.m_uPos + uLength;
-    m_uPos = child.m_uEnd;
-}
-
-const uint8_t* CDeserializer::ReadBytes(size_t nLength) {
-    if (nLength > GetRest()) throw deserialize_error();
-    const uint8_t* p = m_pData + m_uPos;
-    m_uPos += static_cast<uint32_t>(nLength);
-    return p;
-}
-
-int32_t CDeserializer::ReadInt32() { return static_cast<int32_t>(LoadBig32(ReadBytes(4))); }
-
-uint8_t CDeserializer::ReadByte() { return *ReadBytes(1); }
-
-CSize CDeserializer::ReadSize() {
-    const int32_t cx = ReadInt32();
-    return {cx, ReadInt32()};
-}
-
-CPoint CDeserializer::ReadPoint() {
-    const int32_t x = ReadInt32();
-    return {x, ReadInt32()};
-}
-
-std::wstring CDeserializer::ReadString() {
-    const uint32_t uCount = static_cast<uint32_t>(ReadInt32());
-    if (uCount > GetRest() / 2) throw deserialize_error();
-    const uint8_t* p = ReadBytes(size_t{uCount} * 2);
-    const auto unit = [&](uint32_t i) { return static_cast<uint32_t>(p[i * 2]) << 8 | p[i * 2 + 1]; };
-    std::wstring str;
-    str.reserve(uCount);
-    for (uint32_t i = 0; i < uCount; ++i) {
-        uint32_t u = unit(i);
-        if (u >= 0xD800 && u < 0xDC00 && i + 1 < uCount && unit(i + 1) >= 0xDC00 && unit(i + 1) < 0xE000)
-            u = 0x10000 + ((u - 0xD800) << 10) + (unit(++i) - 0xDC00);
-        str += static_cast<wchar_t>(u);
+    StoreBig32(p + 8, child.GetLength());
+    Grow(child.m_nLength);
+    for (TPiece& piece : child.m_vPieces) {
+        Join(std::move(piece.vBytes));
+        if (piece.spPart) Close(piece.spPart);
     }
-    return str;
+    Join(std::move(child.m_vBytes));
 }
 
-void CDeserializer::ExpectTag(uint32_t uTag) const {
-    if (m_uTag != uTag) throw deserialize_error();
+TBytes CSerializer::GetPayload() const {
+    TBytes vPayload;
+    vPayload.reserve(m_nLength);
+    for (const TPiece& piece : m_vPieces) {
+        vPayload.insert(vPayload.end(), piece.vBytes.begin(), piece.vBytes.end());
+        if (!piece.spPart) continue;
+        vPayload.resize(vPayload.size() + piece.spPart->GetWireSize());
+        piece.spPart->WriteWire(vPayload.data() + vPayload.size() - piece.spPart->GetWireSize());
+    }
+    vPayload.insert(vPayload.end(), m_vBytes.begin(), m_vBytes.end());
+    return vPayload;
 }
 
-void CDeserializer::ExpectEnd() const {
-    if (m_uPos != m_uEnd) throw deserialize_error();
+bool CSerializer::WriteOut(const std::function<bool(std::string_view)>& fnWrite) const {
+    TBytes vGathered(WRITE_PIECE);
+    size_t nUsed = 0;
+    const auto flush = [&] {
+        const bool bOk = !nUsed || fnWrite({reinterpret_cast<const char*>(vGathered.data()), nUsed});
+        nUsed = 0;
+        return bOk;
+    };
+    // Calls `fill(room)` for `nLength` bytes.
+    const auto add = [&](size_t nLength, const auto& fill) {
+        if (nLength > vGathered.size() - nUsed && !flush()) return false;
+        if (nLength > vGathered.size()) vGathered.resize(nLength);
+        fill(vGathered.data() + nUsed);
+        nUsed += nLength;
+        return true;
+    };
+    const auto addBytes = [&](const TBytes& v) {
+        if (v.size() > WRITE_PIECE)
+            return flush() && fnWrite({reinterpret_cast<const char*>(v.data()), v.size()});
+        return add(v.size(), [&](uint8_t* p) { std::copy(v.begin(), v.end(), p); });
+    };
+    for (const TPiece& piece : m_vPieces) {
+        if (!addBytes(piece.vBytes)) return false;
+        if (piece.spPart &&
+            !add(piece.spPart->GetWireSize(), [&](uint8_t* p) { piece.spPart->WriteWire(p); }))
+            return false;
+    }
+    return addBytes(m_vBytes) && flush();
 }

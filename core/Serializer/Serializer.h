@@ -2,11 +2,14 @@
 #pragma once
 
 #include "core/Base/Geometry.h"
+#include "core/Serializer/WireImage.h"
 
 #include <boost/shared_ptr.hpp>
 
 #include <cstdint>
+#include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 using TBytes = std::vector<uint8_t>;
@@ -22,17 +25,24 @@ constexpr uint32_t MakeTag(const char (&psz)[5]) {
 /// Tag of a chunk that says nothing: four blanks.
 constexpr uint32_t TAG_EMPTY = MakeTag("    ");
 
-/// Builds one chunk in memory. Movable; lengths over 32 bits cannot be represented and raise internal_error.
+/// Bytes of tag, version and length before a chunk's payload.
+constexpr uint32_t CHUNK_HEADER = 12;
+
+/// Builds one chunk. Bytes written to it are kept, parts are only referred to, and a chunk appended to
+/// another hands both on, so that a whole document's chunk takes little more than its tree. Lengths over 32
+/// bits cannot be represented and raise internal_error.
 class CSerializer {
 public:
-    CSerializer() = default;
-    CSerializer(CSerializer&&) = default;
-    CSerializer& operator=(CSerializer&&) = default;
     virtual ~CSerializer() = default;
+    CSerializer() = default;
+    CSerializer(const CSerializer&) = default;
+    CSerializer(CSerializer&&) = default;
+    CSerializer& operator=(const CSerializer&) = default;
+    CSerializer& operator=(CSerializer&&) = default;
 
     void SetTag(uint32_t uTag, uint32_t uVersion);
     void WriteInt32(int32_t n);
-    void WriteByte(uint8_t u) { m_vBytes.push_back(u); }
+    void WriteByte(uint8_t u) { *Extend(1) = u; }
     void WriteBool(bool b) { WriteByte(b ? 1 : 0); }
     void WriteSize(CSize sz);
     void WritePoint(CPoint pt);
@@ -41,42 +51,77 @@ public:
     void WriteBytes(const uint8_t* pBytes, size_t nLength);
     /// Room for `nLength` bytes at the end, to be filled by the caller before the next write.
     uint8_t* Extend(size_t nLength);
+    /// The part's bytes, which are asked for when the chunk is written out or read.
+    void WritePart(const boost::shared_ptr<const IWirePart>& spPart);
     /// Appends the child's tag, version, payload length and payload.
-    void WriteChunk(const CSerializer& child);
+    void WriteChunk(CSerializer child);
 
     uint32_t GetTag() const { return m_uTag; }
     uint32_t GetVersion() const { return m_uVersion; }
-    const TBytes& GetPayload() const { return m_vBytes; }
+    /// Bytes of the payload.
+    uint32_t GetLength() const { return static_cast<uint32_t>(m_nLength); }
+    /// The whole payload in one piece.
+    TBytes GetPayload() const;
+    /// Hands the payload to `fnWrite` piece by piece, until that answers false, which is then the result.
+    bool WriteOut(const std::function<bool(std::string_view)>& fnWrite) const;
 
 private:
-    TBytes m_vBytes;
+    friend class CChunkImage;
+
+    // A run of bytes and, if any, the part that follows it.
+    struct TPiece {
+        TBytes vBytes;
+        boost::shared_ptr<const IWirePart> spPart;
+    };
+
+    void Grow(uint64_t nLength);
+    void Join(TBytes vBytes);
+    void Close(const boost::shared_ptr<const IWirePart>& spPart);
+
+    std::vector<TPiece> m_vPieces;
+    TBytes m_vBytes; ///< what follows the last piece
+    uint64_t m_nLength = 0;
     uint32_t m_uTag = TAG_EMPTY;
     uint32_t m_uVersion = 0;
 };
 
-/// Reads one chunk out of a shared buffer; nested readers only move indices. Every operation that would pass
+/// Reads one chunk out of a shared image; nested readers only move indices. Every operation that would pass
 /// the chunk's end raises deserialize_error and reads nothing.
 class CDeserializer {
 public:
     /// A reader of nothing, to be pointed at a chunk by ReadChunk.
     CDeserializer() = default;
-    /// Over a whole file image.
-    explicit CDeserializer(boost::shared_ptr<const TBytes> spImage);
+    /// Over a whole image, such as a file's; its size must fit into 32 bits.
+    explicit CDeserializer(boost::shared_ptr<CWireImage> spImage);
+    /// The same over foreign bytes in memory.
+    explicit CDeserializer(boost::shared_ptr<const TBytes> spBytes);
+    /// Over a chunk just made, standing inside it. It is known to be sound, so nothing that it asks for is
+    /// refused, and its parts are read without being written.
+    explicit CDeserializer(CSerializer chunk);
     virtual ~CDeserializer() = default;
 
-    /// Points `child` at the chunk here and moves past it. The child shares the buffer.
+    /// Points `child` at the chunk here and moves past it. The child shares the image.
     void ReadChunk(CDeserializer& child);
     int32_t ReadInt32();
     uint8_t ReadByte();
     bool ReadBool() { return ReadByte() != 0; }
     CSize ReadSize();
     CPoint ReadPoint();
+    /// A surrogate without its other half is kept as it is.
     std::wstring ReadString();
-    /// `nLength` bytes of the buffer, not copied; valid as long as any reader of it.
+    /// `nLength` bytes, valid until the next read from the image.
     const uint8_t* ReadBytes(size_t nLength);
+    /// The part that makes up the next `nLength` bytes; null, and nothing is read, where there are only
+    /// bytes.
+    const IWirePart* ReadPart(size_t nLength);
+    /// Counts memory that this chunk asks for without bringing its bytes along; raises deserialize_error when
+    /// the image has asked for too much.
+    void Claim(uint64_t uBytes) { m_spImage->Claim(uBytes); }
 
     uint32_t GetTag() const { return m_uTag; }
     uint32_t GetVersion() const { return m_uVersion; }
+    /// How many chunks lie around this one.
+    uint32_t GetDepth() const { return m_uDepth; }
     /// Bytes left in this chunk.
     uint32_t GetRest() const { return m_uEnd - m_uPos; }
     /// Raises deserialize_error unless the tag is `uTag`.
@@ -85,10 +130,10 @@ public:
     void ExpectEnd() const;
 
 private:
-    const uint8_t* m_pData = nullptr;
-    boost::shared_ptr<const TBytes> m_spOwner;
+    boost::shared_ptr<CWireImage> m_spImage;
     uint32_t m_uEnd = 0;
     uint32_t m_uPos = 0;
     uint32_t m_uTag = TAG_EMPTY;
     uint32_t m_uVersion = 0;
+    uint32_t m_uDepth = 0;
 };

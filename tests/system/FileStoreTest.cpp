@@ -57,6 +57,28 @@ TEST_F(FileStore, WritesAndReadsPlainFilesWhole) {
     EXPECT_TRUE(fs::is_fifo(m_folder.File("pipe")));
 }
 
+TEST_F(FileStore, ReadsAndWritesInPieces) {
+    const auto writeTwo = [](bool bAll) {
+        return [bAll](const TWriteBytes& fnWrite) { return fnWrite("01234") && fnWrite("56789") && bAll; };
+    };
+    EXPECT_TRUE(m_files.ReplaceBy(Path("doc"), writeTwo(true)));
+    const auto upReader = m_files.Open(Path("doc"));
+    ASSERT_TRUE(upReader && upReader->GetSize() == 10);
+    EXPECT_FALSE(m_files.ReplaceBy(Path("doc"), writeTwo(false))) << "given up half-way";
+    EXPECT_THROW(m_files.ReplaceBy(Path("doc"), [](const auto&) -> bool { throw std::bad_alloc(); }),
+                 std::bad_alloc);
+    EXPECT_TRUE(Content("doc") == "0123456789" && CountFiles() == 1);
+    EXPECT_TRUE(m_files.Replace(Path("doc"), "new"));
+    std::string str(4, ' ');
+    const auto read = [&](uint64_t u) {
+        return upReader->Read(u, reinterpret_cast<uint8_t*>(str.data()), 4);
+    };
+    EXPECT_TRUE(read(6) && str == "6789") << "the file that was opened, not the one that replaced it";
+    EXPECT_FALSE(read(7)) << "beyond the end";
+    fs::create_directory(m_folder.File("sub"));
+    for (const char* psz : {"sub", "missing", "doc/below"}) EXPECT_FALSE(m_files.Open(Path(psz))) << psz;
+}
+
 TEST_F(FileStore, FollowsLinksAndKeepsRights) {
     const fs::path pathDoc = m_folder.File("real/doc");
     fs::create_directory(m_folder.File("real"));

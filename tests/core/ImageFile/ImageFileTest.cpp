@@ -84,5 +84,27 @@ TEST_F(ImageFile, AFailedSaveLeavesTheDocumentUnsaved) {
     } catch (const fileopen_error& e) {
         EXPECT_EQ(e.message, L"page.vlm");
     }
-    EXPECT_TRUE(spCanvas->GetHistory().IsModified());
+    m_files.m_bReadOnly = false;
+    TLayerPtr spParent = spCanvas->GetRoot().GetChildren().front();
+    for (int n = 0; n < MAX_LAYER_NESTING; ++n) {
+        const TLayerPtr spChild = CreateRasterLayer(spCanvas);
+        spParent->AddLayer(spChild, -1, false);
+        spParent = spChild;
+    }
+    EXPECT_THROW(SaveDocument(*spCanvas, L"page.vlm", m_files), internal_error)
+        << "could not be opened again";
+    EXPECT_TRUE(spCanvas->GetHistory().IsModified() && m_files.m_mapFiles.empty());
+}
+
+TEST_F(ImageFile, AFileThatCannotBeReadToItsEndIsNoCorruptOne) {
+    const auto spCanvas = CreateCanvas({400, 400});
+    const auto spLayer = CreateRasterLayer(spCanvas);
+    spLayer->GetRaster()->ForEachBlock([&](CPoint pt) { spLayer->GetRaster()->GetBlock(pt, true); });
+    spCanvas->GetRoot().AddLayer(spLayer, -1);
+    SaveDocument(*spCanvas, L"page.vlm", m_files); // more than is read at a time
+    for (const wchar_t* psz : {L"page.vlm", L"again.vlm"})
+        SaveDocument(*OpenDocument(L"page.vlm", m_files, m_codecs), psz, m_files);
+    EXPECT_TRUE(m_files.m_mapFiles[L"again.vlm"] == m_files.m_mapFiles[L"page.vlm"]);
+    m_files.m_nReadable = 300000;
+    EXPECT_THROW(OpenDocument(L"page.vlm", m_files, m_codecs), fileopen_error);
 }

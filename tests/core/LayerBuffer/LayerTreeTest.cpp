@@ -5,6 +5,7 @@
 #include "core/LayerBuffer/RasterLayerBuffer.h"
 #include "core/RasterBuffer/ColorRasterBuffer.h"
 #include "core/RasterBuffer/MonoRasterBuffer.h"
+#include "tests/support/ProjectBytes.h"
 
 #include <boost/make_shared.hpp>
 #include <gtest/gtest.h>
@@ -226,33 +227,21 @@ TEST(Canvas, SavesAndLoadsItsTree) {
     spCanvas->GetRoot().AddLayer(CreateRasterLayer(spCanvas), -1);
     spCanvas->GetRoot().AddLayer(spSet, -1);
     spCanvas->GetRoot().SetActiveChild(spSet);
-    CSerializer file;
-    file.WriteChunk(spCanvas->Serialize());
-    const TBytes vBytes = file.GetPayload();
-    const auto load = [](const TBytes& v) {
-        CDeserializer image(boost::make_shared<TBytes>(v));
-        CDeserializer top;
-        image.ReadChunk(top);
-        auto spBack = boost::make_shared<CCanvasBuffer>();
-        spBack->Deserialize(top, L"page.vlm");
-        return spBack;
-    };
-    const auto spBack = load(vBytes);
-    CSerializer again;
-    again.WriteChunk(spBack->Serialize());
-    EXPECT_EQ(again.GetPayload(), vBytes);
+    const TBytes vBytes = SaveToBytes(*spCanvas);
+    const auto spBack = LoadFromBytes(vBytes);
+    EXPECT_EQ(SaveToBytes(*spBack), vBytes);
     const TLayerPtr spActive = spBack->GetActiveLayer();
     EXPECT_EQ(spActive->GetOpacity(), 33);
     EXPECT_FALSE(spActive->IsVisible());
     EXPECT_EQ(spBack->GetPath(), L"page.vlm");
     EXPECT_FALSE(spBack->GetHistory().IsModified());
-    // Every cut is refused, and so is every byte too many inside; what follows the top chunk does not matter.
+    // Every cut is refused; what follows the top chunk does not matter.
     for (size_t n = 0; n < vBytes.size(); n += n < 400 ? 1 : 997)
-        EXPECT_THROW(load(TBytes(vBytes.begin(), vBytes.begin() + static_cast<ptrdiff_t>(n))),
+        EXPECT_THROW(LoadFromBytes(TBytes(vBytes.begin(), vBytes.begin() + static_cast<ptrdiff_t>(n))),
                      deserialize_error);
     TBytes vMore = vBytes;
     vMore.push_back(0);
-    EXPECT_NO_THROW(load(vMore));
+    EXPECT_NO_THROW(LoadFromBytes(vMore));
 }
 
 TEST(Canvas, GreyDocumentsKeepGreyPlanesAndColourFilesAreConverted) {

@@ -189,7 +189,8 @@ TEST(RasterBuffer, PlanesKeepTheirWireForm) {
         }
         CSerializer file;
         file.WriteChunk(spPlane->Serialize());
-        TBytes vBytes = file.GetPayload();
+        const TBytes vWhole = file.GetPayload();
+        TBytes vBytes = vWhole;
         const auto load = [&] {
             CDeserializer image(boost::make_shared<TBytes>(vBytes));
             CDeserializer chunk;
@@ -201,16 +202,31 @@ TEST(RasterBuffer, PlanesKeepTheirWireForm) {
         const auto spBack = load();
         CSerializer again;
         again.WriteChunk(spBack->Serialize());
-        EXPECT_EQ(again.GetPayload(), vBytes);
+        EXPECT_EQ(again.GetPayload(), vWhole);
         EXPECT_EQ(spBack->GetBlock({192, 0}, false)->GetOwner(), spBack.get());
-        // The first tile's index, size and position are judged before memory is taken.
+        // The same from a chunk that never became bytes.
+        CDeserializer chunk(spPlane->Serialize());
+        const auto spCopy = spPlane->CreateSized({1, 1}, {1, 1});
+        spCopy->Deserialize(chunk);
+        EXPECT_NE(spCopy->GetBlock({192, 0}, false), spPlane->GetBlock({192, 0}, false));
+        EXPECT_EQ(spCopy->Serialize().GetPayload(), spPlane->Serialize().GetPayload());
+        // The first tile's index and size are judged before memory is taken, the grid's size before that, and
+        // no index comes twice: the second tile's is 3.
         constexpr size_t TILE = 12 + 16 + 12 + 16 + 4;
-        for (const size_t nField : {TILE, TILE + 16, TILE + 20, TILE + 24}) {
-            TBytes vGood = vBytes;
-            vBytes[nField] = 0x7F;
-            EXPECT_THROW(load(), deserialize_error) << nField;
-            vBytes = vGood;
+        constexpr size_t INDEX = TILE + 3;
+        for (const auto& [nField, uByte] : std::vector<std::pair<size_t, int>>{
+                 {TILE, 0x7F}, {INDEX, 6}, {INDEX, 3}, {TILE + 16, 0x7F}, {12, 0x7F}}) {
+            vBytes = vWhole;
+            vBytes[nField] = static_cast<uint8_t>(uByte);
+            EXPECT_THROW(load(), deserialize_error) << nField << " " << uByte;
         }
+        vBytes = vWhole;
+        vBytes[TILE + 19] = 48, vBytes[TILE + 23] = 192; // as many pixels, but no block of this plane
+        EXPECT_THROW(load(), deserialize_error);
+        // A position that disagrees with the index is put right.
+        vBytes = vWhole;
+        vBytes[TILE + 27] = 9;
+        EXPECT_EQ(load()->GetBlock({192, 0}, false)->GetPosition(), (CPoint{192, 0}));
     }
 }
 

@@ -5,7 +5,17 @@
 #include <boost/make_shared.hpp>
 #include <gtest/gtest.h>
 
+#include <numeric>
+
 namespace {
+
+// A part of `n` bytes that count up from 1.
+struct CCountingPart : IWirePart {
+    explicit CCountingPart(size_t n) : m_n(n) {}
+    size_t GetWireSize() const override { return m_n; }
+    void WriteWire(uint8_t* pTo) const override { std::iota(pTo, pTo + m_n, uint8_t{1}); }
+    size_t m_n;
+};
 
 // A file image of one chunk with an inner one.
 CSerializer MakeChunk() {
@@ -87,4 +97,67 @@ TEST(Serializer, EveryCutAndEveryWrongLengthIsRefused) {
             EXPECT_THROW(readAll(vBytes), deserialize_error) << nLengthField;
         }
     }
+}
+
+TEST(Serializer, PartsStandWhereTheyWereWrittenHoweverTheChunkIsRead) {
+    // Runs and parts on both sides of what is copied, gathered or handed on.
+    for (const size_t n : {size_t{1}, size_t{5000}, size_t{300000}}) {
+        CSerializer inner;
+        inner.SetTag(MakeTag("INNR"), 7);
+        inner.WriteByte(0xAA);
+        inner.WritePart(boost::make_shared<CCountingPart>(n));
+        inner.WriteBytes(TBytes(n, 0xBB).data(), n);
+        CSerializer outer;
+        outer.WriteInt32(1);
+        outer.WriteChunk(inner);
+        outer.WriteChunk(inner);
+        outer.WriteByte(0xCC);
+        TBytes vPart(n);
+        CCountingPart(n).WriteWire(vPart.data());
+        const TBytes vWhole = outer.GetPayload();
+        ASSERT_EQ(outer.GetLength(), vWhole.size());
+        std::string strOut;
+        EXPECT_TRUE(outer.WriteOut([&](std::string_view str) { return strOut += str, true; }));
+        EXPECT_TRUE(std::equal(strOut.begin(), strOut.end(), vWhole.begin(), vWhole.end(),
+                               [](char ch, uint8_t u) { return static_cast<uint8_t>(ch) == u; }));
+        int nCalls = 0;
+        EXPECT_FALSE(outer.WriteOut([&](std::string_view) { return ++nCalls, false; }));
+        EXPECT_EQ(nCalls, 1);
+        for (const bool bBytes : {false, true}) {
+            CDeserializer top =
+                bBytes ? CDeserializer(boost::make_shared<TBytes>(vWhole)) : CDeserializer(outer);
+            EXPECT_EQ(top.ReadInt32(), 1);
+            for (const bool bAsPart : {true, false}) {
+                CDeserializer chunk;
+                top.ReadChunk(chunk);
+                EXPECT_EQ(chunk.GetDepth(), 1u);
+                EXPECT_EQ(chunk.ReadByte(), 0xAA);
+                const bool bFound = bAsPart && chunk.ReadPart(n);
+                EXPECT_EQ(bFound, bAsPart && !bBytes);
+                if (!bFound) {
+                    const uint8_t* p = chunk.ReadBytes(n);
+                    EXPECT_TRUE(std::equal(vPart.begin(), vPart.end(), p));
+                }
+                EXPECT_EQ(chunk.ReadBytes(n)[n - 1], 0xBB);
+                chunk.ExpectEnd();
+            }
+            EXPECT_EQ(top.ReadByte(), 0xCC);
+        }
+    }
+}
+
+TEST(Serializer, LoneSurrogatesSurvive) {
+    const std::wstring str{L'a', static_cast<wchar_t>(0xDC00), static_cast<wchar_t>(0xD800), L'b',
+                           static_cast<wchar_t>(0xDBFF)};
+    CSerializer chunk;
+    chunk.WriteString(str);
+    EXPECT_EQ(CDeserializer(chunk).ReadString(), str);
+}
+
+TEST(Serializer, ForeignBytesClaimOnlyWhatFitsThem) {
+    CDeserializer foreign(boost::make_shared<TBytes>(1 << 20));
+    foreign.Claim(uint64_t{256} << 20);
+    foreign.Claim(15 << 20);
+    EXPECT_THROW(foreign.Claim(2 << 20), deserialize_error);
+    EXPECT_NO_THROW(CDeserializer(MakeChunk()).Claim(uint64_t{1} << 40));
 }

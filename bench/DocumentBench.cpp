@@ -1,0 +1,234 @@
+// Saving, loading, full backup and undo of a document of ten layers of 2000 by 2000 pixels. The floors are
+// what the machine needs to copy, write or read as many bytes. "peak" is the most memory that was taken
+// during an operation beyond what was held before it, as a part of the document's pixel bytes.
+#include "bench/PeakMemory.h"
+#include "core/ImageFile/ImageFile.h"
+#include "core/LayerBuffer/RasterLayerBuffer.h"
+#include "system/FileStore.h"
+#include "system/ImageCodecs.h"
+
+#include <QImage>
+
+#include <benchmark/benchmark.h>
+
+#include <boost/make_shared.hpp>
+
+#include <cstring>
+#include <filesystem>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int LAYERS = 10;
+constexpr CSize SIDES{2000, 2000};
+
+// Line art: rings of ink with soft edges, their own on each layer; no two rows are alike.
+uint32_t InkAt(int nLayer, int x, int y) {
+    const int nRing = ((x - 1000) * (x - 1000) + (y - 900 - nLayer * 20) * (y - 900)) / (40 + nLayer);
+    const uint32_t uAlpha = nRing % 1000 < 120 ? 255u : nRing % 1000 < 160 ? 100u : 0u;
+    return uAlpha << 24 | (uAlpha ? 0x203040u + static_cast<uint32_t>(nLayer) * 0x030201u : 0u);
+}
+
+struct TDocument {
+    boost::shared_ptr<CCanvasBuffer> spCanvas = CreateCanvas(SIDES);
+    size_t nBytes = 0; ///< of all tiles' planes
+
+    TDocument() {
+        for (int n = 0; n < LAYERS; ++n) {
+            const auto spLayer = CreateRasterLayer(spCanvas);
+            CRasterBuffer& plane = *spLayer->GetRaster();
+            plane.ForEachBlock([&](CPoint pt) {
+                const auto spTile = plane.GetBlock(pt, true);
+                const size_t nPlane = spTile->GetPlaneBytes();
+                uint8_t* p = spTile->GetPixelPtr({0, 0});
+                for (int y = 0; y < spTile->GetSize().cy; ++y)
+                    for (int x = 0; x < spTile->GetSize().cx; ++x, ++p) {
+                        const uint32_t u = InkAt(n, pt.x + x, pt.y + y);
+                        for (size_t k = 0; k < 4; ++k) p[k * nPlane] = static_cast<uint8_t>(u >> (8 * k));
+                    }
+                nBytes += nPlane * 4;
+            });
+            spCanvas->GetRoot().AddLayer(spLayer, -1, false);
+        }
+    }
+};
+
+TDocument& Document() {
+    static TDocument s_document;
+    return s_document;
+}
+
+const std::string& Folder() {
+    static const std::string s_strFolder = [] {
+        std::string str = (fs::temp_directory_path() / "vellum-bench-XXXXXX").native();
+        return std::string(mkdtemp(str.data()));
+    }();
+    return s_strFolder;
+}
+
+std::wstring ProjectPath() { return fs::path(Folder() + "/page.vlm").wstring(); }
+
+// Times one operation, its peak memory and how fast it goes through the document's pixels.
+template <class Operation>
+void Time(benchmark::State& state, Operation operation) {
+    const double nBytes = static_cast<double>(Document().nBytes);
+    size_t nPeak = 0;
+    for (auto _ : state) {
+        const CPeakMemory peak;
+        operation();
+        nPeak = std::max(nPeak, peak.Get());
+    }
+    state.counters["peak"] = static_cast<double>(nPeak) / nBytes;
+    state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) * static_cast<int64_t>(nBytes));
+}
+
+TBytes SavedBytes() {
+    CSerializer file;
+    file.WriteChunk(Document().spCanvas->Serialize());
+    return file.GetPayload();
+}
+
+void SaveToMemory(benchmark::State& state) {
+    Time(state, [] { benchmark::DoNotOptimize(SavedBytes().data()); });
+}
+
+void LoadFromMemory(benchmark::State& state) {
+    const auto spBytes = boost::make_shared<TBytes>(SavedBytes());
+    Time(state, [&] {
+        CDeserializer file(spBytes);
+        CDeserializer top;
+        file.ReadChunk(top);
+        const auto spCanvas = boost::make_shared<CCanvasBuffer>();
+        spCanvas->Deserialize(top, L"page.vlm");
+    });
+}
+
+void SaveToFile(benchmark::State& state) {
+    CFileStore files;
+    Time(state, [&] { SaveDocument(*Document().spCanvas, ProjectPath(), files); });
+}
+
+void LoadFromFile(benchmark::State& state) {
+    CFileStore files;
+    CImageCodecs codecs(files);
+    SaveDocument(*Document().spCanvas, ProjectPath(), files);
+    Time(state, [&] { OpenDocument(ProjectPath(), files, codecs); });
+}
+
+// The floor of a save: the same bytes, at hand, written at once and flushed.
+void WriteRaw(benchmark::State& state) {
+    const std::vector<char> vBytes(Document().nBytes, 7);
+    const std::string strPath = Folder() + "/raw";
+    Time(state, [&] {
+        const int fd = open(strPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+        if (write(fd, vBytes.data(), vBytes.size()) != static_cast<ssize_t>(vBytes.size()) || fsync(fd) != 0)
+            state.SkipWithError("the disk is full");
+        close(fd);
+    });
+}
+
+void ReadRaw(benchmark::State& state) {
+    const std::string strPath = Folder() + "/raw";
+    Time(state, [&] {
+        const std::unique_ptr<char[]> pBytes(new char[Document().nBytes]);
+        const int fd = open(strPath.c_str(), O_RDONLY);
+        benchmark::DoNotOptimize(read(fd, pBytes.get(), Document().nBytes));
+        close(fd);
+    });
+}
+
+// The same pixels as one PNG file a layer: what lossless layered formats with compression take.
+void SavePngs(benchmark::State& state) {
+    std::vector<QImage> vLayers;
+    for (int n = 0; n < LAYERS; ++n) {
+        QImage& image = vLayers.emplace_back(SIDES.cx, SIDES.cy, QImage::Format_ARGB32);
+        for (int y = 0; y < SIDES.cy; ++y)
+            for (int x = 0; x < SIDES.cx; ++x)
+                reinterpret_cast<uint32_t*>(image.scanLine(y))[x] = InkAt(n, x, y);
+    }
+    Time(state, [&] {
+        for (int n = 0; n < LAYERS; ++n)
+            vLayers[static_cast<size_t>(n)].save(
+                QString::fromStdString(Folder() + "/layer") + QString::number(n) + ".png", "PNG");
+    });
+}
+
+void LoadPngs(benchmark::State& state) {
+    Time(state, [] {
+        std::vector<QImage> vLayers;
+        for (int n = 0; n < LAYERS; ++n)
+            vLayers.emplace_back(QString::fromStdString(Folder() + "/layer") + QString::number(n) + ".png");
+    });
+}
+
+void Backup(benchmark::State& state) {
+    Time(state, [] { Document().spCanvas->CreateFullBackup(); });
+}
+
+// The floor of a backup: every tile's bytes copied into memory just taken, freed in the end like a backup.
+void CopyTiles(benchmark::State& state) {
+    std::vector<const uint8_t*> vTiles;
+    size_t nTile = 0;
+    for (const TLayerPtr& spLayer : Document().spCanvas->GetRoot().GetChildren()) {
+        CRasterBuffer& plane = *static_cast<CRasterLayerBuffer&>(*spLayer).GetRaster();
+        plane.ForEachBlock([&](CPoint pt) {
+            vTiles.push_back(plane.GetBlock(pt, true)->GetPixelPtr({0, 0}));
+            nTile = plane.GetBlock(pt, true)->GetPlaneBytes() * 4;
+        });
+    }
+    Time(state, [&] {
+        std::vector<std::unique_ptr<uint8_t[]>> vCopies;
+        for (const uint8_t* p : vTiles) {
+            vCopies.emplace_back(new uint8_t[nTile]);
+            std::memcpy(vCopies.back().get(), p, nTile);
+        }
+        benchmark::DoNotOptimize(vCopies.data());
+    });
+}
+
+// The same into memory that is there already.
+void CopyBlock(benchmark::State& state) {
+    const std::vector<uint8_t> vFrom(Document().nBytes, 7);
+    std::vector<uint8_t> vTo(Document().nBytes);
+    Time(state, [&] {
+        std::memcpy(vTo.data(), vFrom.data(), vTo.size());
+        benchmark::ClobberMemory();
+    });
+}
+
+// Undo or redo of a stroke over a hundred tiles: the plane's tiles against those of its snapshot.
+void SwapStroke(benchmark::State& state) {
+    const auto spLayer = CreateRasterLayer(Document().spCanvas);
+    CRasterBuffer& plane = *spLayer->GetRaster();
+    plane.ForEachBlockIn({0, 0, 960, 960}, [&](CPoint pt) { plane.GetBlock(pt, true)->Fill(7, 255); });
+    const auto spBefore = plane.DeepCopy();
+    for (auto _ : state) plane.Swap(*spBefore);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const auto add = [](const char* pszName, void (*fn)(benchmark::State&)) {
+        benchmark::RegisterBenchmark(pszName, fn)->Unit(benchmark::kMillisecond)->UseRealTime();
+    };
+    add("save/memory", SaveToMemory);
+    add("save/file", SaveToFile);
+    add("save/raw bytes, floor", WriteRaw);
+    add("save/PNG a layer", SavePngs);
+    add("load/memory", LoadFromMemory);
+    add("load/file", LoadFromFile);
+    add("load/raw bytes, floor", ReadRaw);
+    add("load/PNG a layer", LoadPngs);
+    add("backup/full", Backup);
+    add("backup/memcpy of tiles, floor", CopyTiles);
+    add("backup/memcpy in place", CopyBlock);
+    add("undo/stroke over 100 tiles", SwapStroke);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    fs::remove_all(Folder());
+    return 0;
+}

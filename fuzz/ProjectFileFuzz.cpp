@@ -1,0 +1,42 @@
+// The project file reader over any bytes: what it accepts can be composed and saved, and a saved file loads
+// and saves as itself.
+#include "core/Base/Failure.h"
+#include "core/CanvasBuffer/CanvasBuffer.h"
+
+#include <boost/make_shared.hpp>
+
+#include <cstdlib>
+
+namespace {
+
+boost::shared_ptr<CCanvasBuffer> Load(TBytes vBytes) {
+    CDeserializer file(boost::make_shared<TBytes>(std::move(vBytes)));
+    CDeserializer top;
+    file.ReadChunk(top);
+    auto spCanvas = boost::make_shared<CCanvasBuffer>();
+    spCanvas->Deserialize(top, L"page.vlm");
+    return spCanvas;
+}
+
+TBytes Save(const CCanvasBuffer& canvas) {
+    CSerializer file;
+    file.WriteChunk(canvas.Serialize());
+    return file.GetPayload();
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize) {
+    TBytes vSaved;
+    try {
+        const auto spCanvas = Load(TBytes(pData, pData + nSize));
+        spCanvas->FlushCanvasUpdates();
+        ComposeBlock(*spCanvas, 0, 0);
+        vSaved = Save(*spCanvas);
+    } catch (const deserialize_error&) {
+        return 0;
+    }
+    // Outside the guard: the reader must not refuse what the writer made.
+    if (Save(*Load(vSaved)) != vSaved) std::abort();
+    return 0;
+}
