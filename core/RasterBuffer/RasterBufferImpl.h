@@ -88,11 +88,12 @@ public:
     }
 
     void ShareBlock(CPoint pt, const boost::shared_ptr<CRasterBlockBuffer>& spBlock) override {
-        m_pBlocks[IndexOf(pt)] = boost::dynamic_pointer_cast<Block>(spBlock);
+        const size_t i = IndexOf(pt);
+        if (m_grid[i] || spBlock) m_grid.Entry(i) = boost::dynamic_pointer_cast<Block>(spBlock);
     }
 
     boost::shared_ptr<CRasterBlockBuffer> RenewBlock(CPoint pt) override {
-        TBlockPtr& spEntry = m_pBlocks[IndexOf(pt)];
+        TBlockPtr& spEntry = m_grid.Entry(IndexOf(pt));
         if (spEntry && spEntry.use_count() == 1)
             spEntry->Clear();
         else

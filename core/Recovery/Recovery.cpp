@@ -17,7 +17,10 @@ constexpr uint32_t MS_A_SECOND = 1000;
 std::string SerializeDocument(const CCanvasBuffer& canvas) {
     CSerializer file;
     file.WriteChunk(canvas.Serialize());
-    return {file.GetPayload().begin(), file.GetPayload().end()};
+    std::string strBytes;
+    strBytes.reserve(file.GetLength());
+    file.WriteOut([&](std::string_view strPiece) { return strBytes.append(strPiece), true; });
+    return strBytes;
 }
 
 boost::shared_ptr<CCanvasBuffer> DeserializeDocument(const std::string& strBytes,
