@@ -2,6 +2,7 @@
 
 #include "core/Base/Text.h"
 #include "core/Platform/Files.h"
+#include "system/CodePage932.h"
 #include "system/ColorQuantizer.h"
 #include "system/GifWriter.h"
 #include "system/PictureCheck.h"
@@ -189,4 +190,8 @@ bool CImageCodecs::Save(const std::wstring& strPath, IBitmap& bitmap) try {
 
 bool CImageCodecs::CanSave(const std::wstring& strPath) {
     return KindOfName(strPath) != EPictureKind::Unknown;
+}
+
+std::string CImageCodecs::EncodeCodePage932(std::wstring_view strText, size_t nLimit) {
+    return ::EncodeCodePage932(strText, nLimit);
 }

@@ -24,6 +24,7 @@ public:
     /// C under alpha A becomes 255 - (((255 - C) * ((A * 1024) / 255)) >> 10).
     bool Save(const std::wstring& strPath, IBitmap& bitmap) override;
     bool CanSave(const std::wstring& strPath) override;
+    std::string EncodeCodePage932(std::wstring_view strText, size_t nLimit) override;
 
 private:
     IFileStore& m_files;

@@ -250,7 +250,7 @@ void CCanvasFrame::OnFileSave(int nId) {
             strPath = platform.fileDialogs.Ask(m_pWindow, dialog);
             if (strPath.empty()) return;
             if (!IsProjectFile(strPath)) {
-                ExportImage(*m_spCanvas, strPath, platform.codecs);
+                ExportImage(*m_spCanvas, strPath, platform.files, platform.codecs);
                 return;
             }
         }

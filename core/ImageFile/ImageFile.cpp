@@ -2,6 +2,7 @@
 
 #include "core/Base/Failure.h"
 #include "core/Base/Text.h"
+#include "core/ImageFile/PsdFile.h"
 #include "core/LayerBuffer/RasterLayerBuffer.h"
 #include "core/Platform/Bitmap.h"
 #include "core/Platform/Files.h"
@@ -87,7 +88,9 @@ void SaveDocument(CCanvasBuffer& canvas, const std::wstring& strPath, IFileStore
     canvas.GetHistory().SetModified(false);
 }
 
-void ExportImage(CCanvasBuffer& canvas, const std::wstring& strPath, IImageCodecs& codecs) {
+void ExportImage(CCanvasBuffer& canvas, const std::wstring& strPath, IFileStore& files,
+                 IImageCodecs& codecs) {
+    if (IsPsdFile(strPath)) return ExportPsd(canvas, strPath, files, codecs);
     if (!codecs.CanSave(strPath)) throw fileopen_error(strPath);
     CBitmapSession session{codecs.CreateBitmap(canvas.GetSize())};
     if (!session.spBitmap) throw internal_error(L"Gdiplus::Bitmap() failed.");
@@ -113,5 +116,6 @@ std::vector<TFileFilter> GetSaveFilters() {
         {L"Vellumcraft File (*.vlm)", L"*.vlm"}, {L"ビットマップファイル (*.bmp)", L"*.bmp"},
         {L"PNG ファイル (*.png)", L"*.png"},     {L"JPEG ファイル (*.jpg;*.jpeg)", L"*.jpg;*.jpeg"},
         {L"GIF ファイル (*.gif)", L"*.gif"},     {L"TIFF ファイル (*.tiff;*.tif)", L"*.tiff;*.tif"},
+        {L"PSD ファイル (*.psd)", L"*.psd"},
     };
 }

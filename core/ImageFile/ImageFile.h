@@ -19,9 +19,10 @@ boost::shared_ptr<CCanvasBuffer> OpenDocument(const std::wstring& strPath, IFile
 /// Raises fileopen_error with the old file whole; on success the document counts as saved.
 void SaveDocument(CCanvasBuffer& canvas, const std::wstring& strPath, IFileStore& files);
 
-/// Writes the flattened picture in the format of the name: PNG keeps alpha, others lie on white. Raises
-/// fileopen_error when the format is unknown or the file cannot be written.
-void ExportImage(CCanvasBuffer& canvas, const std::wstring& strPath, IImageCodecs& codecs);
+/// Writes the picture in the format of the name: PSD with its layers, else flattened; PNG keeps alpha, others
+/// lie on white. Raises fileopen_error when the format is unknown or the file cannot be written, and what
+/// ExportPsd does.
+void ExportImage(CCanvasBuffer& canvas, const std::wstring& strPath, IFileStore& files, IImageCodecs& codecs);
 
 /// The type lists of the two file dialogs, in their order.
 std::vector<TFileFilter> GetOpenFilters();

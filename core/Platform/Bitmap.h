@@ -6,8 +6,10 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 enum class ELockMode { Read, Write };
 
@@ -54,4 +56,7 @@ public:
     virtual bool Save(const std::wstring& strPath, IBitmap& bitmap) = 0;
     /// True when Save knows the path's ending.
     virtual bool CanSave(const std::wstring& strPath) = 0;
+    /// Text as picture files name their parts, in code page 932 (Shift_JIS): '?' for each character that it
+    /// lacks; what would pass `nLimit` bytes is cut off in front of a character.
+    virtual std::string EncodeCodePage932(std::wstring_view strText, size_t nLimit) = 0;
 };

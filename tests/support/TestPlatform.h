@@ -61,6 +61,7 @@ private:
     boost::shared_ptr<IBitmap> Load(const std::wstring&) override { return {}; }
     bool Save(const std::wstring&, IBitmap&) override { return false; }
     bool CanSave(const std::wstring&) override { return false; }
+    std::string EncodeCodePage932(std::wstring_view, size_t) override { return {}; }
 
     std::vector<TStep> m_vSteps;
     IWindowFactory* m_pWindows = nullptr;

@@ -25,6 +25,7 @@ public:
         return !m_bDiskFull;
     }
     bool CanSave(const std::wstring& strPath) override { return strPath.ends_with(L".png"); }
+    std::string EncodeCodePage932(std::wstring_view, size_t) override { return {}; }
 
     boost::shared_ptr<CMemoryBitmap> m_spIn = boost::make_shared<CMemoryBitmap>(CSize{97, 3});
     std::vector<uint8_t> m_vSaved;
@@ -51,11 +52,11 @@ TEST_F(ImageFile, APictureComesInWithItsTransparencyAndGoesOutTheSame) {
     EXPECT_EQ(spCanvas->GetPath(), L"in.png");
     EXPECT_FALSE(spCanvas->GetHistory().CanUndo()); // the file's content is nothing to be undone
     EXPECT_EQ(spCanvas->GetActiveLayer()->GetName(), L"新規ラスタレイヤー");
-    ExportImage(*spCanvas, L"out.png", m_codecs);
+    ExportImage(*spCanvas, L"out.png", m_files, m_codecs);
     EXPECT_EQ(m_codecs.m_vSaved, m_codecs.m_spIn->m_vBytes);
-    EXPECT_THROW(ExportImage(*spCanvas, L"out.xyz", m_codecs), fileopen_error);
+    EXPECT_THROW(ExportImage(*spCanvas, L"out.xyz", m_files, m_codecs), fileopen_error);
     m_codecs.m_bDiskFull = true;
-    EXPECT_THROW(ExportImage(*spCanvas, L"out.png", m_codecs), fileopen_error);
+    EXPECT_THROW(ExportImage(*spCanvas, L"out.png", m_files, m_codecs), fileopen_error);
     EXPECT_EQ(spCanvas->GetPath(), L"in.png");
 }
 

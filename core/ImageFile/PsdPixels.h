@@ -1,0 +1,17 @@
+// The pixels of a layered PSD file: planes of the whole canvas.
+#pragma once
+
+#include "core/CanvasBuffer/CanvasBuffer.h"
+#include "core/ImageFile/PsdRecords.h"
+
+#include <array>
+#include <string>
+
+/// The channels of a record with pixels in the order A, R, G, B: a compression word, the byte count of each
+/// row in 16 bits, the packed rows. Straight alpha, without the layer's opacity; a grey layer is grey in all
+/// colours. The canvas's flags must have been gathered.
+std::array<std::string, 4> PackPsdChannels(const TPsdRecord& record);
+
+/// Fills three planes of the canvas's size, R, G and B one after the other, white before, with the flattened
+/// picture as it looks on white.
+void ResolvePsdPicture(CCanvasBuffer& canvas, uint8_t* pPlanes);
