@@ -13,8 +13,10 @@
 
 #include <boost/make_shared.hpp>
 
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <fstream>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -141,8 +143,13 @@ void ReadRaw(benchmark::State& state) {
     });
 }
 
-// The same pixels as one PNG file a layer: what lossless layered formats with compression take.
-void SavePngs(benchmark::State& state) {
+// The same pixels as one PNG file a layer: what lossless compression takes.
+void WritePngs(const std::vector<QImage>& vLayers) {
+    for (size_t n = 0; n < vLayers.size(); ++n)
+        vLayers[n].save(QString::fromStdString(Folder() + "/layer" + std::to_string(n) + ".png"), "PNG");
+}
+
+std::vector<QImage> MakeImages() {
     std::vector<QImage> vLayers;
     for (int n = 0; n < LAYERS; ++n) {
         QImage& image = vLayers.emplace_back(SIDES.cx, SIDES.cy, QImage::Format_ARGB32);
@@ -150,19 +157,47 @@ void SavePngs(benchmark::State& state) {
             for (int x = 0; x < SIDES.cx; ++x)
                 reinterpret_cast<uint32_t*>(image.scanLine(y))[x] = InkAt(n, x, y);
     }
-    Time(state, [&] {
-        for (int n = 0; n < LAYERS; ++n)
-            vLayers[static_cast<size_t>(n)].save(
-                QString::fromStdString(Folder() + "/layer") + QString::number(n) + ".png", "PNG");
-    });
+    return vLayers;
+}
+
+void SavePngs(benchmark::State& state) {
+    const std::vector<QImage> vLayers = MakeImages();
+    Time(state, [&] { WritePngs(vLayers); });
 }
 
 void LoadPngs(benchmark::State& state) {
     Time(state, [] {
         std::vector<QImage> vLayers;
         for (int n = 0; n < LAYERS; ++n)
-            vLayers.emplace_back(QString::fromStdString(Folder() + "/layer") + QString::number(n) + ".png");
+            vLayers.emplace_back(QString::fromStdString(Folder() + "/layer" + std::to_string(n) + ".png"));
     });
+}
+
+// The same pixels as an XCF file with its layers, by GIMP's own measure in one run without windows.
+struct TXcfTimes {
+    double dSave = 0;
+    double dLoad = 0;
+
+    TXcfTimes() {
+        WritePngs(MakeImages());
+        // A script that fails must not leave the program waiting for more.
+        const std::string strCommand = "timeout 120 gimp-console -i -d -f -b '(begin (load \"" VELLUM_SOURCE
+                                       "/bench/xcf-peer.scm\") (measure \"" +
+                                       Folder() + "\"))' -b '(gimp-quit 1)' >/dev/null 2>&1";
+        if (std::system(strCommand.c_str()) == 0) std::ifstream(Folder() + "/xcf-times") >> dSave >> dLoad;
+    }
+};
+
+const TXcfTimes& XcfTimes() {
+    static const TXcfTimes s_times;
+    return s_times;
+}
+
+template <double TXcfTimes::*MEMBER>
+void Xcf(benchmark::State& state) {
+    const TXcfTimes& times = XcfTimes();
+    if (times.*MEMBER <= 0) state.SkipWithError("no GIMP");
+    for (auto _ : state) state.SetIterationTime(times.*MEMBER / 1000);
 }
 
 void Backup(benchmark::State& state) {
@@ -219,10 +254,18 @@ int main(int argc, char** argv) {
     add("save/file", SaveToFile);
     add("save/raw bytes, floor", WriteRaw);
     add("save/PNG a layer", SavePngs);
+    const auto addXcf = [](const char* pszName, void (*fn)(benchmark::State&)) {
+        benchmark::RegisterBenchmark(pszName, fn)
+            ->Unit(benchmark::kMillisecond)
+            ->UseManualTime()
+            ->Iterations(1);
+    };
+    addXcf("save/XCF by GIMP", Xcf<&TXcfTimes::dSave>);
     add("load/memory", LoadFromMemory);
     add("load/file", LoadFromFile);
     add("load/raw bytes, floor", ReadRaw);
     add("load/PNG a layer", LoadPngs);
+    addXcf("load/XCF by GIMP", Xcf<&TXcfTimes::dLoad>);
     add("backup/full", Backup);
     add("backup/memcpy of tiles, floor", CopyTiles);
     add("backup/memcpy in place", CopyBlock);

@@ -9,8 +9,6 @@
 
 #include <boost/make_shared.hpp>
 
-#include <utility>
-
 /// `Block` is the final tile class, `Base` CRasterBuffer or a class derived from it.
 template <class Block, class Base>
 class CRasterBufferImpl : public Base {
