@@ -39,7 +39,7 @@ std::string EncodeCodePage932(std::wstring_view strText, size_t nLimit) {
     std::string strBytes;
     for (const wchar_t ch : strText) {
         std::string strChar = converter.Encode(ch);
-        if (strChar.empty()) strChar = "?";
+        if (strChar.empty()) strChar.push_back('?');
         if (strBytes.size() + strChar.size() > nLimit) break;
         strBytes += strChar;
     }
