@@ -81,9 +81,9 @@ public:
     /// Address of a pixel in the tile's first plane, unchecked.
     uint8_t* GetPixelPtr(CPoint pt) { return m_pFirst + Offset(pt); }
     const uint8_t* GetPixelPtr(CPoint pt) const { return m_pFirst + Offset(pt); }
-    /// Bytes of one byte plane.
+    /// Bytes of one plane.
     size_t GetPlaneBytes() const {
-        return static_cast<size_t>(m_szBlock.cx) * static_cast<size_t>(m_szBlock.cy);
+        return static_cast<size_t>(m_szBlock.cx) * static_cast<size_t>(m_szBlock.cy) * m_nSample;
     }
 
 protected:

@@ -1,0 +1,30 @@
+// Functions that a mathematical library may round differently from one machine to the next, made here of
+// operations that IEEE 754 rounds exactly (add, subtract, multiply), always in the same order.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+/// The parts of StableExp, for its vector form: exp(x) = 2^k * p(x - k * ln 2).
+struct TExpTerms {
+    static constexpr double LOG2_E = 0x1.71547652b82fep+0;
+    static constexpr double LN2_HIGH = 0x1.62e42feep-1; ///< times k without rounding
+    static constexpr double LN2_LOW = 0x1.a39ef35793c76p-33;
+    /// Added and taken away again rounds to an integer, whose low bits stand in the sum's own.
+    static constexpr double ROUND = 0x1.8p52;
+    /// 1 / n!, the highest power first.
+    static constexpr std::array<double, 13> SERIES{
+        1.0 / 479001600, 1.0 / 39916800, 1.0 / 3628800, 1.0 / 362880, 1.0 / 40320, 1.0 / 5040, 1.0 / 720,
+        1.0 / 120,       1.0 / 24,       1.0 / 6,       1.0 / 2,      1.0,         1.0};
+};
+
+/// exp(x) for x of -700 to 0, good to about one unit in the last place.
+double StableExp(double x);
+
+struct TSinCos {
+    double dSin;
+    double dCos;
+};
+
+/// Sine and cosine of an angle of -7 to 7 radians, good to little more than half a unit in the last place.
+TSinCos StableSinCos(double dAngle);

@@ -1,0 +1,32 @@
+// How a pen's pressure becomes a radius and an opacity.
+#pragma once
+
+#include <cstdint>
+
+struct TBrushParam;
+
+/// Full pressure of a pen.
+constexpr uint32_t FULL_PRESSURE = 1024;
+
+/// What the evaluation depends on; see TBrushParam.
+struct TPressureParam {
+    uint32_t uCurve1x = 0, uCurve1y = 100, uCurve2x = 100, uCurve2y = 0; ///< percent, y from the top
+    uint8_t uAvailInput = 100;
+    uint8_t uMinRadiusRate = 0;
+    uint8_t uAvailAlpha = 100;
+    uint8_t uMinAlphaRate = 0;
+    bool bPressRadius = true;
+    bool bPressAlpha = false;
+    uint32_t uBrushRadius = 4; ///< half pixels
+    uint8_t uBrushAlpha = 255;
+};
+
+TPressureParam PressureParamOf(const TBrushParam& param);
+
+/// The curve's output for a pressure (more than FULL_PRESSURE counts as that): the height of the cubic
+/// Bezier curve from the lower left corner to the upper right one, 0 to 1024.
+uint32_t EvaluateCurve(const TPressureParam& param, uint32_t uPressure);
+
+/// The radius in 8192ths of a plane pixel, `nScale` plane pixels to a canvas pixel, and the opacity.
+void EvaluatePressure(const TPressureParam& param, uint32_t& uRadius, uint8_t& byAlpha, uint32_t uPressure,
+                      int nScale);

@@ -1,0 +1,197 @@
+#include "core/RasterStroke/RasterStroke.h"
+
+#include "core/Base/StableMath.h"
+#include "core/Platform/System.h"
+#include "core/RasterStroke/SegmentWalk.h"
+#include "core/RasterStroke/StrokePrediction.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr uint32_t UPDATE_BUDGET = 1; // milliseconds
+constexpr uint32_t PREDICT_BUDGET = 5;
+
+boost::shared_ptr<CStrokePlane> MakePlane(const TStrokeSetup& setup) {
+    boost::shared_ptr<CStrokePlane> spPlane;
+    if (setup.bDouble)
+        spPlane = boost::make_shared<CDoubleAlphaBuffer>();
+    else
+        spPlane = boost::make_shared<CStrokePlane>();
+    spPlane->Create(setup.szCanvas, DEFAULT_BLOCKSIZE);
+    spPlane->SetErase(setup.bErase);
+    if (!setup.bErase) spPlane->SetColor(setup.color);
+    return spPlane;
+}
+
+// A line grows in over the first points: a quarter of the pressure, then up to all of it.
+uint32_t FadeIn(uint32_t uPressure, uint32_t n, uint32_t uWindow) {
+    if (uPressure == FINAL_PRESSURE || n >= 3 * uWindow) return uPressure;
+    if (n < uWindow) return uPressure / 4;
+    return ((uPressure * 3 * n) / uWindow >> 3) - (uPressure >> 3);
+}
+
+} // namespace
+
+CRasterStroke::CRasterStroke(const TStrokeSetup& setup)
+    : m_strName(setup.strName), m_param(setup.param), m_pressure(PressureParamOf(setup.param)),
+      m_clock(setup.clock), m_randomWobble(setup.random.Twister()()),
+      m_randomStamps(setup.random.Twister()()), m_nPredict(setup.nPredict), m_spMain(MakePlane(setup)),
+      m_target(*m_spMain), m_nScale(m_spMain->GetResolutionScale()), m_window(setup.param.CurveStrength),
+      m_windowWave(setup.param.WaveSmooth), m_vPressures(FULL_PRESSURE + 1) {
+    SELF_CHECK(invalid_argument, m_param.BrushRadius <= MAX_BRUSH_RADIUS);
+}
+
+CRasterStroke::~CRasterStroke() = default;
+
+void CRasterStroke::EvaluatePressure(uint32_t& uRadius, uint8_t& byAlpha, uint32_t pressure,
+                                     int nScale) const {
+    if (nScale != m_nScale) {
+        ::EvaluatePressure(m_pressure, uRadius, byAlpha, pressure, nScale);
+        return;
+    }
+    TPressure& known = m_vPressures[std::min(pressure, FULL_PRESSURE)];
+    if (!known.bKnown) {
+        ::EvaluatePressure(m_pressure, known.uRadius, known.byAlpha, pressure, nScale);
+        known.bKnown = true;
+    }
+    uRadius = known.uRadius;
+    byAlpha = known.byAlpha;
+}
+
+void CRasterStroke::AddCtlPoint(CPoint pt, uint32_t pressure, uint32_t altitude) {
+    pressure = FadeIn(pressure, static_cast<uint32_t>(m_vCtl.size()), m_param.CurveStrength);
+    m_vCtl.push_back({pt.x, pt.y, pressure, altitude});
+    uint32_t uRadius = 0;
+    uint8_t byAlpha = 0;
+    EvaluatePressure(uRadius, byAlpha, pressure, 1);
+    m_wobble.Append(m_param, pressure, uRadius, m_randomWobble);
+}
+
+// A window is never wider than there are points.
+const CResampleWindow& CRasterStroke::WindowFor(CResampleWindow& window, uint32_t uWindow, size_t nCount) {
+    const auto uWidth = static_cast<uint32_t>(std::clamp<size_t>(uWindow, 1, nCount));
+    if (window.GetWindow() != uWidth) window = CResampleWindow(uWidth);
+    return window;
+}
+
+bool CRasterStroke::Update() {
+    const bool bFinished = IsFinished();
+    const size_t nCount = m_vCtl.size() - (bFinished ? 1 : 0);
+    if (nCount == 0) return true;
+    if (!m_spContext) {
+        m_spContext = std::make_unique<TRasterContext>();
+        std::fill_n(m_spContext->aptPrev, CWobble::PASSES, m_vCtl.front());
+    }
+    const uint32_t uStart = m_clock.GetTickCount();
+    const size_t nReach = WindowFor(m_window, m_param.CurveStrength, nCount).GetReach();
+    const size_t nLast = bFinished ? nCount : nCount > nReach ? nCount - nReach : 0;
+    while (m_spContext->uStep <= nLast * STEPS_PER_POINT) {
+        DrawStep(nCount);
+        ++m_spContext->uStep;
+        if (m_clock.GetTickCount() - uStart > UPDATE_BUDGET) return false;
+    }
+    return m_nPredict == 0 || bFinished || Predict();
+}
+
+void CRasterStroke::DrawStep(size_t nCount) {
+    const uint32_t uStep = m_spContext->uStep;
+    const TCtlPoint pt = m_window.PointAt(m_vCtl.data(), nCount, uStep);
+    // A step sees no wobble beyond the points that it needs itself: how many more there are depends on when
+    // it is drawn.
+    const size_t nSeen = (uStep + STEPS_PER_POINT - 1) / STEPS_PER_POINT + m_window.GetReach();
+    for (size_t nPass = 0; nPass < CWobble::PASSES; ++nPass) {
+        const CWobble::TList& lst = m_wobble.GetLists()[nPass];
+        if (lst.empty()) continue;
+        const size_t nWave = std::min(lst.size(), nSeen);
+        const TCtlPoint offset =
+            WindowFor(m_windowWave, m_param.WaveSmooth, nWave).PointAt(lst.data(), nWave, uStep);
+        // A strongly wobbling line must not grow thinner than its offset.
+        const double dSquare =
+            static_cast<double>(offset.x) * offset.x + static_cast<double>(offset.y) * offset.y;
+        m_uMinRadius =
+            static_cast<uint32_t>(std::sqrt(dSquare) * 1024 / ((m_param.BlurLevel / 100 + 1) * 0.5));
+        DrawPass(nPass, {pt.x + offset.x, pt.y + offset.y, pt.pressure, pt.altitude});
+        m_uMinRadius = 0;
+    }
+}
+
+void CRasterStroke::DrawPass(size_t nPass, const TCtlPoint& pt) {
+    TCtlPoint& ptPrev = m_spContext->aptPrev[nPass];
+    uint32_t& uRest = m_spContext->auRest[nPass];
+    if (m_spContext->uStep == 1 && ptPrev.pressure != 0)
+        uRest +=
+            Stamp(m_target, {ptPrev.x * m_nScale, ptPrev.y * m_nScale}, ptPrev.pressure, ptPrev.altitude);
+    uRest = DrawSegment(m_target, ptPrev, pt, uRest);
+    ptPrev = pt;
+}
+
+uint32_t CRasterStroke::DrawSegment(CStampTarget& target, const TCtlPoint& ptFrom, const TCtlPoint& ptTo,
+                                    uint32_t uRest) {
+    const CSegmentWalk walk(ptFrom, ptTo, m_nScale);
+    if (walk.GetLength() == 0) return uRest;
+    uint32_t uAt = uRest;
+    while (uAt < walk.GetLength()) {
+        const TCtlPoint pt = walk.PointAt(uAt);
+        uAt += Stamp(target, CPoint{pt.x, pt.y} + Scatter(pt.pressure), pt.pressure, pt.altitude);
+    }
+    return uAt - walk.GetLength();
+}
+
+// The spray of a stamp. The angle covers half a turn only: rough lines lean downwards. The numbers are drawn
+// without a spray too.
+CPoint CRasterStroke::Scatter(uint32_t pressure) {
+    constexpr double PI = 3.14159265358979323846;
+    constexpr double LARGEST = CStrokeRandom::RAND_LARGEST;
+    const int nDistance = m_randomStamps.Rand();
+    const int nAngle = m_randomStamps.Rand();
+    if (m_param.Spray == 0) return {};
+    uint32_t uRadius = 0;
+    uint8_t byAlpha = 0;
+    EvaluatePressure(uRadius, byAlpha, pressure, m_nScale);
+    const double d = std::min(
+        static_cast<double>(uRadius / 1024) * m_param.Spray * (nDistance / LARGEST) / 100.0, m_nScale * 32.0);
+    const TSinCos direction = StableSinCos(nAngle / LARGEST * PI);
+    return {static_cast<int32_t>(d * direction.dCos), static_cast<int32_t>(d * direction.dSin)};
+}
+
+uint32_t CRasterStroke::Stamp(CStampTarget& target, CPoint pt, uint32_t pressure, uint32_t altitude) {
+    const CPoint ptPixel{pt.x >> 3, pt.y >> 3};
+    TBrushData brush;
+    GetBrush(brush, pt.x & 7, pt.y & 7, pressure, altitude, m_nScale, ptPixel.x, ptPixel.y);
+    if (brush.byAlpha != 0) target.Draw(brush.pBuffer, brush.uBufferSize, ptPixel, brush.byAlpha);
+    return brush.uStep;
+}
+
+bool CRasterStroke::Predict() {
+    const auto spOld = m_spPredict;
+    m_spPredict = MakePredictPlane(*m_spMain, spOld.get());
+    m_target.ForgetTiles();
+    CStampTarget target(*m_spPredict);
+    // The line itself must not notice that it was predicted.
+    const CStrokeRandom random = m_randomStamps;
+    m_bPredicting = true;
+    const bool bDone = DrawPrediction(target);
+    m_bPredicting = false;
+    m_randomStamps = random;
+    if (!bDone) m_spPredict = spOld;
+    return bDone;
+}
+
+bool CRasterStroke::DrawPrediction(CStampTarget& target) {
+    const uint32_t uStart = m_clock.GetTickCount();
+    const auto vPoints = PredictPoints(m_vCtl, m_nPredict, m_param.CurveStrength);
+    const CResampleWindow& window = WindowFor(m_window, m_param.CurveStrength, vPoints.size());
+    const size_t nLast = vPoints.size() > window.GetReach() ? vPoints.size() - window.GetReach() : 0;
+    uint32_t uRest = m_spContext->auRest[0];
+    TCtlPoint ptPrev = m_spContext->aptPrev[0];
+    for (uint32_t uStep = m_spContext->uStep; uStep <= nLast * STEPS_PER_POINT; uStep += STEPS_PER_POINT) {
+        const TCtlPoint pt = window.PointAt(vPoints.data(), vPoints.size(), uStep);
+        uRest = DrawSegment(target, ptPrev, pt, uRest);
+        ptPrev = pt;
+        if (m_clock.GetTickCount() - uStart > PREDICT_BUDGET) return false;
+    }
+    if (m_nPredict == 1) DrawSegment(target, ptPrev, vPoints.back(), uRest);
+    return true;
+}

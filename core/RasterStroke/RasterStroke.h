@@ -1,0 +1,119 @@
+// A stroke in progress: control points go in, coverage comes out, on planes of its own until it is merged.
+#pragma once
+
+#include "core/Base/Color.h"
+#include "core/RasterStroke/BrushParam.h"
+#include "core/RasterStroke/CtlPoint.h"
+#include "core/RasterStroke/PressureCurve.h"
+#include "core/RasterStroke/ResampleWindow.h"
+#include "core/RasterStroke/StampTarget.h"
+#include "core/RasterStroke/StrokeRandom.h"
+#include "core/RasterStroke/Wobble.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+class IClock;
+class IImageCodecs;
+
+/// What a stroke is made with. Clock and codecs outlive it; of the random numbers it takes two, as seeds.
+struct TStrokeSetup {
+    CSize szCanvas{};
+    TColor color = 0;
+    bool bErase = false;
+    bool bDouble = false;   ///< a plane of twice the resolution
+    std::wstring strName{}; ///< of the undo record
+    TBrushParam param{};
+    IClock& clock;
+    CStrokeRandom& random;
+    int nPredict = 0;                ///< 0 (off) to 3
+    IImageCodecs* pCodecs = nullptr; ///< for the paper textures of pencils; others need none
+};
+
+/// The picture depends on the control points, the parameters and the random numbers alone: never on the clock
+/// or on how many calls of Update it took, and not on whether the prediction is shown. One thread.
+class CRasterStroke : boost::noncopyable {
+public:
+    explicit CRasterStroke(const TStrokeSetup& setup);
+    virtual ~CRasterStroke();
+
+    /// Adds a point (canvas eighths; pressure 0 to 1024, FINAL_PRESSURE once, at the end; altitude in
+    /// degrees). The first points are faded in.
+    void AddCtlPoint(CPoint pt, uint32_t pressure, uint32_t altitude);
+    /// Draws what the points at hand allow. True when no work is left; false after somewhat more than 1 ms
+    /// (5 ms for the prediction), to be called again.
+    bool Update();
+
+    /// The plane that will be merged.
+    CAlphaBufferBase& GetMain() { return *m_spMain; }
+    /// The plane to be shown meanwhile; another one after each Update when there is a prediction.
+    CAlphaBufferBase& GetDisplay() { return m_spPredict ? *m_spPredict : *m_spMain; }
+    const std::wstring& GetName() const { return m_strName; }
+    const TBrushParam& GetParam() const { return m_param; }
+    /// As the free function, with this stroke's parameters.
+    void EvaluatePressure(uint32_t& uRadius, uint8_t& byAlpha, uint32_t pressure, int nScale) const;
+
+protected:
+    /// One stamp as the renderer needs it.
+    struct TBrushData {
+        const uint16_t* pBuffer = nullptr; ///< stored as StampShape.h says; valid until the next GetBrush
+        uint32_t uBufferSize = 0;          ///< half the stamp's side in plane pixels
+        uint32_t uStep = 0;                ///< to the next stamp, in eighths of a plane pixel
+        uint8_t byAlpha = 0;
+    };
+    /// The stamp for plane pixel (`ix`, `iy`) and the position `fx`, `fy` (0 to 7 eighths) within it.
+    virtual void GetBrush(TBrushData& brush, int fx, int fy, uint32_t pressure, uint32_t altitude, int nScale,
+                          int ix, int iy) = 0;
+
+    /// The lower limit of the radius (8192ths of a canvas pixel) in the present step, 0 without a wobble.
+    uint32_t GetMinRadius() const { return m_uMinRadius; }
+    CStrokeRandom& GetRandom() { return m_randomStamps; }
+    /// True while what is drawn is shown only.
+    bool IsPredicting() const { return m_bPredicting; }
+
+private:
+    // Where the walk along the points stands.
+    struct TRasterContext {
+        uint32_t uStep = 1;
+        uint32_t auRest[CWobble::PASSES] = {};
+        TCtlPoint aptPrev[CWobble::PASSES] = {};
+    };
+    struct TPressure {
+        uint32_t uRadius;
+        uint8_t byAlpha;
+        bool bKnown;
+    };
+
+    bool IsFinished() const { return !m_vCtl.empty() && m_vCtl.back().pressure == FINAL_PRESSURE; }
+    static const CResampleWindow& WindowFor(CResampleWindow& window, uint32_t uWindow, size_t nCount);
+    void DrawStep(size_t nCount);
+    void DrawPass(size_t nPass, const TCtlPoint& pt);
+    uint32_t DrawSegment(CStampTarget& target, const TCtlPoint& ptFrom, const TCtlPoint& ptTo,
+                         uint32_t uRest);
+    uint32_t Stamp(CStampTarget& target, CPoint pt, uint32_t pressure, uint32_t altitude);
+    CPoint Scatter(uint32_t pressure);
+    bool Predict();
+    bool DrawPrediction(CStampTarget& target);
+
+    const std::wstring m_strName;
+    const TBrushParam m_param;
+    const TPressureParam m_pressure;
+    IClock& m_clock;
+    // Points come and stamps are drawn in an order that the clock decides, so each has numbers of its own.
+    CStrokeRandom m_randomWobble;
+    CStrokeRandom m_randomStamps;
+    const int m_nPredict;
+    boost::shared_ptr<CStrokePlane> m_spMain;
+    boost::shared_ptr<CStrokePlane> m_spPredict;
+    CStampTarget m_target;
+    int m_nScale;
+    std::vector<TCtlPoint> m_vCtl;
+    CWobble m_wobble;
+    CResampleWindow m_window;
+    CResampleWindow m_windowWave;
+    std::unique_ptr<TRasterContext> m_spContext;
+    uint32_t m_uMinRadius = 0;
+    bool m_bPredicting = false;
+    mutable std::vector<TPressure> m_vPressures; ///< by pressure, for m_nScale
+};

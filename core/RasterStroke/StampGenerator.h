@@ -1,0 +1,35 @@
+// The generator of round stamps: a disc with a soft edge at eight times the plane's resolution.
+#pragma once
+
+#include "core/RasterKernel/StampKernel.h"
+#include "core/RasterStroke/StampShape.h"
+
+#include <cstddef>
+#include <cstdint>
+
+/// A quarter of the disc, row by row from the centre outwards: the rest is its mirror image. Cells up to
+/// GetSolid() are full, those from GetEnd() on are empty.
+class CStampGenerator {
+public:
+    explicit CStampGenerator(const TStampShape& shape);
+
+    /// Goes to the cells of row `nRow` (rows are asked for in rising order).
+    void SetRow(size_t nRow);
+    size_t GetSolid() const { return m_nSolid; }
+    size_t GetEnd() const { return m_nEnd; }
+    /// Writes the cells from `nFirst` up to, without, `nEnd` (not beyond GetEnd()) to `pCells` on.
+    void Fill(uint16_t* pCells, size_t nFirst, size_t nEnd) const;
+
+private:
+    uint16_t FineCell(size_t nCell) const;
+    double Profile(uint64_t uSquare) const;
+
+    bool m_bFine;      ///< four samples a cell instead of one
+    uint32_t m_uHalf;  ///< sample units to half a cell
+    uint64_t m_uInner; ///< squared radius of the core, in sample units
+    uint64_t m_uOuter; ///< squared radius of the disc
+    TFalloff m_falloff;
+    size_t m_nRow = 0;
+    size_t m_nSolid;
+    size_t m_nEnd;
+};

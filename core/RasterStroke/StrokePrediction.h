@@ -1,0 +1,16 @@
+// The part of a stroke that the pen has not drawn yet: shown, never kept.
+#pragma once
+
+#include "core/RasterStroke/StampTarget.h"
+
+#include <vector>
+
+struct TCtlPoint;
+
+/// The points with the expected ones behind them: none at `nPredict` 1, eight at 2, twelve at 3, each 9/10 of
+/// the last distance on, and then the last one `uWindow` + 2 more times, so that the smoothing reaches it.
+std::vector<TCtlPoint> PredictPoints(const std::vector<TCtlPoint>& vPoints, int nPredict, uint32_t uWindow);
+
+/// A plane that shares the tiles of `main` and takes the place of `pOld` (if any) on the screen: tiles that
+/// only the old one has are there, empty and dirty, and everything that is dirty in either is dirty in it.
+boost::shared_ptr<CStrokePlane> MakePredictPlane(CStrokePlane& main, CStrokePlane* pOld);

@@ -1,0 +1,78 @@
+// The stamp kernels' vector forms against the definitions, on every instruction set that this machine has.
+#include "core/RasterKernel/StampKernel.h"
+
+#include "core/Base/StableMath.h"
+
+#include <hwy/targets.h>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+#include <vector>
+
+namespace {
+
+class StampKernels_ : public testing::TestWithParam<int64_t> {
+protected:
+    StampKernels_() { hwy::SetSupportedTargetsForTest(GetParam()), hwy::GetChosenTarget().DeInit(); }
+    ~StampKernels_() override { hwy::SetSupportedTargetsForTest(0), hwy::GetChosenTarget().DeInit(); }
+};
+
+} // namespace
+
+// By hand: 200 * 30000 / 255 + 20000 - 20000 * 30000 / 65535 = 23529 + 20000 - 9155.
+TEST(StampKernel, OverlappingStampsStopAtTheirOpacity) {
+    std::vector<uint16_t> vDest{20000, 0, 51399, 51400, 60000, 65535, 50000};
+    const std::vector<uint16_t> vSrc{30000, 65535, 1, 65535, 65535, 0, 65535};
+    PlainStampKernels().pAccumulate({vDest.data(), 0, vSrc.data(), 0, vDest.size(), 1}, 200);
+    EXPECT_EQ(vDest, (std::vector<uint16_t>{34374, 51400, 51399, 51400, 60000, 65535, 51400}));
+}
+
+TEST_P(StampKernels_, AccumulationIsExactForAllValues) {
+    constexpr size_t WIDTH = 8192;
+    std::mt19937 random(1);
+    std::vector<uint16_t> vSrc(WIDTH);
+    std::vector<uint16_t> avDest[2];
+    for (int nRun = 0; nRun < 512; ++nRun) {
+        // Edges, where roundings go wrong, among random values; every opacity.
+        const auto draw = [&] {
+            const uint32_t u = random();
+            return static_cast<uint16_t>(u % 4 == 0 ? (u >> 16) % 5 - 2 : u >> 16);
+        };
+        for (uint16_t& u : vSrc) u = draw();
+        avDest[0].resize(WIDTH);
+        for (uint16_t& u : avDest[0]) u = draw();
+        avDest[1] = avDest[0];
+        const size_t nWidth = nRun % 2 ? WIDTH : static_cast<size_t>(nRun / 2);
+        for (int n = 0; n < 2; ++n)
+            (n ? VectorStampKernels() : PlainStampKernels())
+                .pAccumulate({avDest[n].data(), 300, vSrc.data(), 301, nWidth, nWidth < 300 ? 5u : 1u},
+                             static_cast<uint8_t>(nRun % 256));
+        ASSERT_EQ(avDest[0], avDest[1]) << nRun;
+    }
+}
+
+TEST_P(StampKernels_, SoftEdgesAreTheSameToTheBit) {
+    std::vector<uint16_t> avCells[2];
+    for (size_t nRow = 0; nRow < 900; nRow += 7) {
+        const size_t nCount = 1000 + nRow % 13;
+        const TFalloff falloff{static_cast<double>(nRow % 3), -6.48 / (1500.0 * 1500.0)};
+        for (int n = 0; n < 2; ++n) {
+            avCells[n].assign(nCount + 1, 7);
+            (n ? VectorStampKernels() : PlainStampKernels())
+                .pFalloff(avCells[n].data(), nRow % 5, nCount, nRow, falloff);
+        }
+        ASSERT_EQ(avCells[0], avCells[1]) << nRow;
+        ASSERT_EQ(avCells[0].back(), 7);
+        for (size_t n = 0; n < nCount; n += 17) {
+            const double d = std::sqrt(std::pow(2.0 * static_cast<double>(n + nRow % 5) + 1, 2) +
+                                       std::pow(2.0 * nRow + 1, 2)) -
+                             falloff.dInner;
+            ASSERT_EQ(avCells[0][n], static_cast<int>(std::exp(falloff.dFactor * d * d) * 65535 + 0.5));
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Targets, StampKernels_, testing::ValuesIn(hwy::SupportedAndGeneratedTargets()),
+                         [](const auto& info) { return std::string(hwy::TargetName(info.param)); });

@@ -1,0 +1,165 @@
+#include "core/RasterStroke/RasterBrushStroke.h"
+
+#include "core/Platform/System.h"
+#include "core/RasterStroke/StrokePrediction.h"
+#include "session/VirtualClock.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <functional>
+
+namespace {
+
+// Moves on by so many milliseconds each time it is asked.
+class CRunningClock : public IClock {
+public:
+    explicit CRunningClock(uint32_t uPace) : m_uPace(uPace) {}
+    uint32_t GetTickCount() override { return m_uNow += m_uPace; }
+
+private:
+    uint32_t m_uPace;
+    uint32_t m_uNow = 0;
+};
+
+// Every value of a plane, row by row; absent tiles are zeros.
+std::vector<uint16_t> ValuesOf(CAlphaBufferBase& base) {
+    auto& plane = static_cast<CStrokePlane&>(base);
+    const CSize sz = plane.GetSize();
+    std::vector<uint16_t> v(static_cast<size_t>(sz.cx) * static_cast<size_t>(sz.cy));
+    plane.ForEachBlock([&](CPoint pt) {
+        const auto* pTile = plane.FindBlock(pt);
+        const CRect rc = CRect(pt, plane.GetBlockSize()).Intersect(CRect({0, 0}, sz));
+        for (int y = rc.top; pTile && y < rc.bottom; ++y)
+            std::copy_n(pTile->GetAlpha() + (y - pt.y) * plane.GetBlockSize().cx, rc.Width(),
+                        v.data() + y * sz.cx + pt.x);
+    });
+    return v;
+}
+
+TBrushParam RoughParam() {
+    TBrushParam param;
+    param.BrushRadius = 8;
+    param.BlurLevel = 60;
+    param.PressAlpha = true;
+    param.Spray = 30;
+    param.WaveEnable = true;
+    param.WaveSmooth = 4;
+    param.WaveDistMin = 4;
+    param.WaveDistMax = 3;
+    return param;
+}
+
+struct TRun {
+    uint32_t uPace = 0; ///< of the clock
+    int nPredict = 0;
+    bool bDouble = false;
+    int nUpdateEvery = 1; ///< points
+    bool bDrainEach = true;
+};
+
+// Draws an arc of 26 points.
+std::vector<uint16_t> DrawLoop(const TBrushParam& param, const TRun& run) {
+    CRunningClock clock(run.uPace);
+    CStrokeRandom random(5);
+    CRasterBrushStroke stroke({.szCanvas = {230, 200},
+                               .color = 0x112233,
+                               .bDouble = run.bDouble,
+                               .strName = L"ラスタブラシ",
+                               .param = param,
+                               .clock = clock,
+                               .random = random,
+                               .nPredict = run.nPredict});
+    const auto update = [&] {
+        for (int n = 0; n < 10000 && !stroke.Update() && run.bDrainEach; ++n) {
+        }
+    };
+    for (int n = 0; n < 26; ++n) {
+        const int x = 920 + static_cast<int>(700 * std::cos(n / 9.0));
+        const int y = 800 + static_cast<int>(900 * std::sin(n / 7.0));
+        stroke.AddCtlPoint({x, y}, static_cast<uint32_t>(n * 39), 60);
+        if (n % run.nUpdateEvery == 0) update();
+    }
+    stroke.AddCtlPoint({0, 0}, FINAL_PRESSURE, 90);
+    for (int n = 0; n < 100000; ++n)
+        if (stroke.Update()) return ValuesOf(stroke.GetMain());
+    ADD_FAILURE() << "the stroke never ends";
+    return {};
+}
+
+} // namespace
+
+TEST(RasterStroke, ThePictureKnowsNoClock) {
+    for (const bool bDouble : {false, true}) {
+        const auto vWhole = DrawLoop(RoughParam(), {.bDouble = bDouble, .nUpdateEvery = 1000});
+        EXPECT_GT(std::count_if(vWhole.begin(), vWhole.end(), [](uint16_t u) { return u > 20000; }), 200);
+        EXPECT_EQ(vWhole, DrawLoop(RoughParam(), {.bDouble = bDouble}));
+        EXPECT_EQ(vWhole, DrawLoop(RoughParam(), {.uPace = 2, .bDouble = bDouble})) << "one step a call";
+        EXPECT_EQ(vWhole, DrawLoop(RoughParam(), {.uPace = 2, .bDouble = bDouble, .bDrainEach = false}));
+        for (const int nPredict : {1, 2, 3})
+            EXPECT_EQ(vWhole, DrawLoop(RoughParam(), {.nPredict = nPredict, .bDouble = bDouble}));
+    }
+}
+
+TEST(RasterStroke, OpacityIsALimitAndTinyStrokesAreDrawn) {
+    TBrushParam param;
+    param.BrushRadius = 20;
+    param.BrushAlpha = 128;
+    param.PressRadius = false;
+    const auto vLoop = DrawLoop(param, {});
+    EXPECT_EQ(*std::max_element(vLoop.begin(), vLoop.end()), 128 * 257);
+    CVirtualClock clock;
+    CStrokeRandom random;
+    for (const int nPoints : {0, 1, 2}) {
+        param.CurveStrength = static_cast<uint8_t>(nPoints * 2);
+        CRasterBrushStroke stroke(
+            {.szCanvas = {96, 96}, .bErase = true, .param = param, .clock = clock, .random = random});
+        for (int n = 0; n < nPoints; ++n) stroke.AddCtlPoint({300 + 80 * n, 300}, 1024, 90);
+        stroke.AddCtlPoint({0, 0}, FINAL_PRESSURE, 90);
+        EXPECT_TRUE(stroke.Update());
+        const auto v = ValuesOf(stroke.GetMain());
+        EXPECT_EQ(v[37 * 96 + 37] > 10000, nPoints > 0) << nPoints;
+        EXPECT_EQ(v[0], 0) << "the end is no place";
+        EXPECT_TRUE(stroke.GetMain().IsErase());
+    }
+}
+
+TEST(RasterStroke, ThePredictionIsShownAndWipedAndNeverKept) {
+    TBrushParam param;
+    param.BrushRadius = 8;
+    CVirtualClock clock;
+    CStrokeRandom random;
+    CRasterBrushStroke stroke({.szCanvas = {600, 600},
+                               .bErase = true,
+                               .param = param,
+                               .clock = clock,
+                               .random = random,
+                               .nPredict = 3});
+    for (int n = 0; n < 8; ++n) stroke.AddCtlPoint({400 + 160 * n, 400}, 1024, 90);
+    ASSERT_TRUE(stroke.Update());
+    ASSERT_NE(&stroke.GetDisplay(), &stroke.GetMain());
+    EXPECT_TRUE(stroke.GetDisplay().IsErase());
+    const auto at = [&](CAlphaBufferBase& plane, CPoint pt) {
+        return ValuesOf(plane)[static_cast<size_t>(pt.y * 600 + pt.x)];
+    };
+    const CPoint ptAhead{370, 50}; // behind the last point, where ten more would be
+    EXPECT_GT(at(stroke.GetDisplay(), ptAhead), 20000);
+    EXPECT_EQ(at(stroke.GetMain(), ptAhead), 0);
+    stroke.GetDisplay().GetDirty().Fill(false);
+    for (int n = 0; n < 8; ++n) stroke.AddCtlPoint({1520, 400 + 160 * n}, 1024, 90);
+    ASSERT_TRUE(stroke.Update());
+    EXPECT_EQ(at(stroke.GetDisplay(), ptAhead), 0);
+    EXPECT_TRUE(stroke.GetDisplay().DirtyAt(ptAhead));
+    EXPECT_TRUE(stroke.GetDisplay().GetBlock(ptAhead, false));
+}
+
+TEST(StrokePrediction, GoesOnByNineTenthsOfTheLastStep) {
+    const std::vector<TCtlPoint> v{{0, 0, 100, 50}, {100, -7, 200, 60}};
+    EXPECT_EQ(PredictPoints(v, 1, 2).size(), 6u);
+    EXPECT_EQ(PredictPoints(v, 2, 2).size(), 14u);
+    const auto vMost = PredictPoints(v, 3, 0);
+    ASSERT_EQ(vMost.size(), 16u);
+    EXPECT_EQ(vMost[2], (TCtlPoint{190, -13, 200, 60}));
+    EXPECT_EQ(vMost[13], (TCtlPoint{1180, -82, 200, 60}));
+    EXPECT_EQ(vMost[15], vMost[13]);
+}
