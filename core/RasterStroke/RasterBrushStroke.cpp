@@ -4,12 +4,24 @@
 
 namespace {
 
+constexpr int POSITION_BITS = 3;
+constexpr size_t DISC_CAPACITY = size_t{4} << 20; // sums
+
 // How many bits of the position within a pixel a large stamp may lose unseen.
 int LostBits(uint32_t uRadius) {
-    return uRadius >= 0x80000 ? 3 : uRadius >= 0x40000 ? 2 : uRadius >= 0x10000;
+    return uRadius >= 0x80000 ? POSITION_BITS : uRadius >= 0x40000 ? 2 : uRadius >= 0x10000;
 }
 
 } // namespace
+
+const CStampDisc& CRasterBrushStroke::DiscOf(const TStampShape& shape, int nLostBits) {
+    const auto it = m_mapDiscs.find(shape.uOuter);
+    if (it != m_mapDiscs.end()) return it->second;
+    if (m_nDiscValues > DISC_CAPACITY) m_mapDiscs.clear(), m_nDiscValues = 0;
+    const CStampDisc& disc = m_mapDiscs.try_emplace(shape.uOuter, shape, nLostBits).first->second;
+    m_nDiscValues += disc.GetLength();
+    return disc;
+}
 
 void CRasterBrushStroke::GetBrush(TBrushData& brush, int fx, int fy, uint32_t pressure, uint32_t, int nScale,
                                   int, int) {
@@ -28,6 +40,9 @@ void CRasterBrushStroke::GetBrush(TBrushData& brush, int fx, int fy, uint32_t pr
     brush.pBuffer = m_cache.Find(nKey);
     if (brush.pBuffer) return;
     uint16_t* pStamp = m_cache.Insert(nKey, StampLength(brush.uBufferSize));
-    m_maker.Make(pStamp, shape, fx, fy);
+    if (nLost == POSITION_BITS)
+        CStampDisc(shape, nLost).Cut(pStamp, fx, fy);
+    else
+        DiscOf(shape, nLost).Cut(pStamp, fx, fy);
     brush.pBuffer = pStamp;
 }

@@ -3,7 +3,7 @@
 
 #include "core/RasterStroke/RasterStroke.h"
 #include "core/RasterStroke/StampCache.h"
-#include "core/RasterStroke/StampMaker.h"
+#include "core/RasterStroke/StampDisc.h"
 
 class CRasterBrushStroke final : public CRasterStroke {
 public:
@@ -13,6 +13,10 @@ private:
     void GetBrush(TBrushData& brush, int fx, int fy, uint32_t pressure, uint32_t altitude, int nScale, int ix,
                   int iy) override;
 
+    const CStampDisc& DiscOf(const TStampShape& shape, int nLostBits);
+
     CStampCache m_cache; ///< by outer radius and position within a pixel
-    CStampMaker m_maker;
+    // The discs of small stamps, by outer radius: each is cut at up to 64 places.
+    std::unordered_map<uint32_t, CStampDisc> m_mapDiscs;
+    size_t m_nDiscValues = 0;
 };

@@ -1,0 +1,196 @@
+// Strokes beside libmypaint: dabs a second along the same path at the same places, the first stamp of a size,
+// and a whole recorded stroke. One thread.
+#include "core/Platform/System.h"
+#include "core/RasterStroke/RasterBrushStroke.h"
+
+#include <benchmark/benchmark.h>
+#include <mypaint-brush.h>
+#include <mypaint-fixed-tiled-surface.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <memory>
+
+namespace {
+
+constexpr int SIDE = 2000;
+constexpr double STEP = 40; // pixels from event to event
+constexpr uint8_t BLUR_LEVEL = 75;
+constexpr float HARDNESS = 0.75f;
+
+// Time stands still, so that nothing stops for its budget.
+class CStillClock : public IClock {
+public:
+    uint32_t GetTickCount() override { return 0; }
+};
+
+CStillClock g_clock;
+
+TBrushParam ParamOf(int64_t nRadius) {
+    TBrushParam param;
+    param.BrushRadius = static_cast<uint32_t>(nRadius) * 2;
+    param.BlurLevel = BLUR_LEVEL;
+    param.PressRadius = false;
+    return param;
+}
+
+// Pixels between two stamps.
+double SpacingAt(int64_t nRadius) {
+    const auto uRadius = static_cast<uint32_t>(nRadius) << 13;
+    return SpacingOf(MakeStampShape(uRadius, BLUR_LEVEL, 1), BLUR_LEVEL, 1) / 8.0;
+}
+
+// A point that runs over the canvas and bounces from its edges.
+struct TRunner {
+    double x = SIDE / 2.0, y = SIDE / 2.0, dx = 0.83, dy = 0.5578;
+
+    void Go(double d) {
+        x += dx * d;
+        y += dy * d;
+        if (x < 100 || x > SIDE - 100) dx = x < 100 ? std::abs(dx) : -std::abs(dx);
+        if (y < 100 || y > SIDE - 100) dy = y < 100 ? std::abs(dy) : -std::abs(dy);
+    }
+    CPoint Eighths() const { return {static_cast<int32_t>(x * 8), static_cast<int32_t>(y * 8)}; }
+};
+
+template <class Stroke>
+void Dabs(benchmark::State& state, TBrushParam param, double dSpacing) {
+    CStrokeRandom random;
+    Stroke stroke({.szCanvas = {SIDE, SIDE}, .param = param, .clock = g_clock, .random = random});
+    TRunner runner;
+    for (int n = 0; n < 100; ++n) stroke.AddCtlPoint(runner.Eighths(), 1024, 90), runner.Go(STEP);
+    stroke.Update();
+    for (auto _ : state) {
+        runner.Go(STEP);
+        stroke.AddCtlPoint(runner.Eighths(), 1024, 90);
+        stroke.Update();
+    }
+    state.SetItemsProcessed(static_cast<int64_t>(static_cast<double>(state.iterations()) * STEP / dSpacing));
+}
+
+void OurDabs(benchmark::State& state) {
+    Dabs<CRasterBrushStroke>(state, ParamOf(state.range(0)), SpacingAt(state.range(0)));
+}
+
+using TSurface = std::unique_ptr<MyPaintSurface, decltype(&mypaint_surface_unref)>;
+
+TSurface MakeSurface(int nSide) {
+    return {mypaint_fixed_tiled_surface_interface(mypaint_fixed_tiled_surface_new(nSide, nSide)),
+            mypaint_surface_unref};
+}
+
+void MyPaintDabs(benchmark::State& state) {
+    const TSurface spSurface = MakeSurface(SIDE);
+    const double dSpacing = SpacingAt(state.range(0));
+    const auto fRadius = static_cast<float>(state.range(0));
+    TRunner runner;
+    int64_t nDabs = 0;
+    double dRest = 0;
+    for (auto _ : state) {
+        mypaint_surface_begin_atomic(spSurface.get());
+        for (; dRest < STEP; dRest += dSpacing, ++nDabs) {
+            runner.Go(dSpacing);
+            mypaint_surface_draw_dab(spSurface.get(), static_cast<float>(runner.x),
+                                     static_cast<float>(runner.y), fRadius, 0, 0, 0, 1, HARDNESS, 1, 1, 0, 0,
+                                     0);
+        }
+        dRest -= STEP;
+        MyPaintRectangle rc;
+        mypaint_surface_end_atomic(spSurface.get(), &rc);
+    }
+    state.SetItemsProcessed(nDabs);
+}
+
+void FirstStamp(benchmark::State& state) {
+    const auto uRadius = static_cast<uint32_t>(state.range(0)) << 13;
+    const TStampShape shape = MakeStampShape(uRadius, static_cast<uint32_t>(state.range(1)), 1);
+    std::vector<uint16_t> vStamp(StampLength(shape.GetHalfSize()));
+    const int nLostBits = state.range(0) < 64 ? 2 : 3;
+    for (auto _ : state) CStampDisc(shape, nLostBits).Cut(vStamp.data(), 0, 0);
+}
+
+// A recorded stroke: 2,000 events of a hand that draws loops across the canvas with changing pressure.
+constexpr int EVENTS = 2000;
+constexpr int CANVAS = 4000;
+
+struct TEvent {
+    double x, y, dPressure;
+};
+
+TEvent EventAt(int n) {
+    const double t = n / 100.0;
+    return {300 + n * 1.6 + 250 * std::cos(t * 2.1),
+            2000 + 900 * std::sin(t * 0.37) + 300 * std::sin(t * 2.3), 0.55 + 0.45 * std::sin(t * 1.7)};
+}
+
+void OurStroke(benchmark::State& state) {
+    TBrushParam param = ParamOf(16);
+    param.PressRadius = state.range(0) != 0;
+    CStrokeRandom random;
+    for (auto _ : state) {
+        CRasterBrushStroke stroke(
+            {.szCanvas = {CANVAS, CANVAS}, .param = param, .clock = g_clock, .random = random});
+        for (int n = 0; n < EVENTS; ++n) {
+            const TEvent event = EventAt(n);
+            stroke.AddCtlPoint({static_cast<int32_t>(event.x * 8), static_cast<int32_t>(event.y * 8)},
+                               static_cast<uint32_t>(event.dPressure * 1024), 90);
+            stroke.Update();
+        }
+        stroke.AddCtlPoint({0, 0}, FINAL_PRESSURE, 90);
+        stroke.Update();
+    }
+}
+
+void MyPaintStroke(benchmark::State& state) {
+    MyPaintBrush* pBrush = mypaint_brush_new();
+    mypaint_brush_from_defaults(pBrush);
+    mypaint_brush_set_base_value(pBrush, MYPAINT_BRUSH_SETTING_RADIUS_LOGARITHMIC, std::log(16.0f));
+    mypaint_brush_set_base_value(pBrush, MYPAINT_BRUSH_SETTING_HARDNESS, HARDNESS);
+    // Dabs as dense as ours, or as the library would have them.
+    if (state.range(0)) {
+        const auto fDabs = static_cast<float>(16 / SpacingAt(16));
+        mypaint_brush_set_base_value(pBrush, MYPAINT_BRUSH_SETTING_DABS_PER_ACTUAL_RADIUS, fDabs);
+    }
+    const TSurface spSurface = MakeSurface(CANVAS);
+    for (auto _ : state) {
+        mypaint_brush_reset(pBrush);
+        mypaint_brush_new_stroke(pBrush);
+        for (int n = 0; n < EVENTS; ++n) {
+            const TEvent event = EventAt(n);
+            mypaint_surface_begin_atomic(spSurface.get());
+            mypaint_brush_stroke_to(pBrush, spSurface.get(), static_cast<float>(event.x),
+                                    static_cast<float>(event.y), static_cast<float>(event.dPressure), 0, 0,
+                                    n ? 0.005 : 10);
+            MyPaintRectangle rc;
+            mypaint_surface_end_atomic(spSurface.get(), &rc);
+        }
+    }
+    mypaint_brush_unref(pBrush);
+}
+
+} // namespace
+
+BENCHMARK(OurDabs)->Name("dabs/ours/radius")->Arg(2)->Arg(8)->Arg(32)->Arg(128);
+BENCHMARK(MyPaintDabs)->Name("dabs/libmypaint/radius")->Arg(2)->Arg(8)->Arg(32)->Arg(128);
+BENCHMARK(FirstStamp)
+    ->Name("first stamp/radius,hardness")
+    ->ArgsProduct({{32, 128, 256}, {0, 75, 100}})
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK(OurStroke)
+    ->Name("2000 events/ours/pressure on radius")
+    ->Arg(0)
+    ->Arg(1)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(MyPaintStroke)
+    ->Name("2000 events/libmypaint/dense as ours")
+    ->Arg(0)
+    ->Arg(1)
+    ->Unit(benchmark::kMillisecond);
+
+int main(int argc, char** argv) {
+    // The peer would share its tiles among threads.
+    setenv("OMP_NUM_THREADS", "1", 1);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}
