@@ -12,6 +12,7 @@
 class CSessionDialogs;
 class CSessionKeys;
 class CSessionLog;
+class CSessionPen;
 class CVirtualClock;
 class IWindow;
 
@@ -20,6 +21,7 @@ struct TStage {
     const TPlatform& platform;
     CSessionDialogs& dialogs;
     CSessionKeys& keys;
+    CSessionPen& pen;
     CVirtualClock& clock;
     CSessionLog& log;
     boost::function<IWindow*()> fnMainWindow; ///< null when there is none

@@ -36,6 +36,16 @@ public:
     void SetTimer(int nId, int nMilliseconds) override;
     void KillTimer(int nId) override { m_mapTimers.erase(nId); }
     void Activate() override;
+    void SetFocus() override {}
+    void SetCapture(bool bCapture) override { m_bCapture = bCapture; }
+    bool HasCapture() const override { return m_bCapture; }
+    void SetCursor(ECursor cursor) override { m_cursor = cursor; }
+    /// The MDI client counts as the screen.
+    CPoint GetClientOrigin() const override { return m_rc.TopLeft(); }
+    bool IsAt(CPoint ptScreen) const override {
+        return !m_rc.Intersect(CRect(ptScreen, CSize{1, 1})).IsEmpty();
+    }
+    ECursor GetCursor() const { return m_cursor; }
 
     /// True while the title is marked.
     bool IsModified() const { return m_bModified; }
@@ -59,6 +69,8 @@ private:
     IClock& m_clock;
     CGlass m_glass;
     CRect m_rcInvalid;
+    bool m_bCapture = false;
+    ECursor m_cursor = ECursor::Arrow;
     bool m_bModified = false;
     TScroll m_scroll;
     std::map<int, TTimer> m_mapTimers;

@@ -5,6 +5,7 @@
 #include "session/Player.h"
 #include "session/SessionDialogs.h"
 #include "session/SessionKeys.h"
+#include "session/SessionPen.h"
 #include "session/SessionPump.h"
 #include "session/SessionSnapshots.h"
 #include "session/SessionWindows.h"
@@ -27,11 +28,12 @@ struct CSessionPlatform::TParts {
                                                   m_clock,
                                                   m_keys,
                                                   parts.pClipboard ? *parts.pClipboard : m_clipboard,
-                                                  parts.pSnapshots ? *parts.pSnapshots : m_snapshots},
+                                                  parts.pSnapshots ? *parts.pSnapshots : m_snapshots,
+                                                  m_pen},
           m_player(std::move(script), MakeStage(parts)), m_pump(m_queue, m_windows, m_player, parts.pPump) {}
 
     TStage MakeStage(const TSessionParts& parts) {
-        TStage stage{m_platform, m_dialogs, m_keys, m_clock, m_log, {}, {}, parts.fnScreenshot};
+        TStage stage{m_platform, m_dialogs, m_keys, m_pen, m_clock, m_log, {}, {}, parts.fnScreenshot};
         stage.fnUntilTimer = [this] { return m_windows.UntilTimer().value_or(UINT32_MAX); };
         if (parts.pWindows) {
             stage.fnMainWindow = [] { return g_AppModule.GetMainWindow(); };
@@ -51,6 +53,7 @@ struct CSessionPlatform::TParts {
     CSessionKeys m_keys;
     CSessionClipboard m_clipboard;
     CSessionSnapshots m_snapshots;
+    CSessionPen m_pen;
     CSessionLog m_log;
     CSessionDialogs m_dialogs;
     CSessionWindows m_windows;

@@ -21,6 +21,13 @@ TAction ReadView(const CScriptValue& value);
 TAction ReadClose(const CScriptValue& value);
 TAction ReadKey(const CScriptValue& value);
 TAction ReadWait(const CScriptValue& value);
+/// Tools, pen, mouse.
+TAction ReadTool(const CScriptValue& value);
+TAction ReadPen(const CScriptValue& value);
+TAction ReadMouse(const CScriptValue& value);
+TAction ReadPacket(const CScriptValue& value);
+TAction ReadPointer(const CScriptValue& value);
+TAction ReadProximity(const CScriptValue& value);
 /// Settings and answers.
 TAction ReadSet(const CScriptValue& value);
 TAction ReadAnswer(const CScriptValue& value);

@@ -3,11 +3,14 @@
 #include "core/Platform/Window.h"
 #include "ui/QtModal.h"
 
+#include <QApplication>
 #include <QEvent>
+#include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QScopedValueRollback>
 #include <QScrollBar>
+#include <QTabletEvent>
 
 #include <cmath>
 #include <cstdlib>
@@ -52,6 +55,10 @@ CQtCanvasView::CQtCanvasView(TEvents events, QWidget* pParent)
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
     viewport()->setAttribute(Qt::WA_NoSystemBackground);
+    // The pointer is followed without a button too, and a pen that rests stays a pen: no menu by holding.
+    viewport()->setMouseTracking(true);
+    viewport()->setTabletTracking(true);
+    viewport()->setContextMenuPolicy(Qt::PreventContextMenu);
     for (const bool bVertical : {false, true}) WatchBar(bVertical);
 }
 
@@ -138,4 +145,82 @@ void CQtCanvasView::wheelEvent(QWheelEvent* pEvent) {
     m_nWheel -= nSteps * WHEEL_STEP;
     if (nSteps != 0) m_events.wheel(nSteps * WHEEL_STEP);
     pEvent->accept();
+}
+
+void CQtCanvasView::TellPointer(EMessage id, const QMouseEvent& event) {
+    const qreal dScale = devicePixelRatioF();
+    const int64_t nKeys = (event.buttons().testFlag(Qt::LeftButton) ? MOUSE_LEFT : 0) |
+                          (event.buttons().testFlag(Qt::RightButton) ? MOUSE_RIGHT : 0) |
+                          (event.modifiers().testFlag(Qt::ShiftModifier) ? MOUSE_SHIFT : 0) |
+                          (event.modifiers().testFlag(Qt::ControlModifier) ? MOUSE_CONTROL : 0);
+    m_events.pointer(id, nKeys,
+                     {static_cast<int32_t>(std::floor(event.position().x() * dScale)),
+                      static_cast<int32_t>(std::floor(event.position().y() * dScale))});
+}
+
+bool CQtCanvasView::viewportEvent(QEvent* pEvent) {
+    const auto press = [&](EMessage idLeft, EMessage idRight) {
+        const auto& event = static_cast<QMouseEvent&>(*pEvent);
+        if (event.button() == Qt::LeftButton) TellPointer(idLeft, event);
+        if (event.button() == Qt::RightButton) TellPointer(idRight, event);
+    };
+    switch (pEvent->type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
+        press(EMessage::LButtonDown, EMessage::RButtonDown);
+        return true;
+    case QEvent::MouseButtonRelease:
+        press(EMessage::LButtonUp, EMessage::RButtonUp);
+        return true;
+    case QEvent::MouseMove:
+        TellPointer(EMessage::MouseMove, static_cast<QMouseEvent&>(*pEvent));
+        return true;
+    case QEvent::Leave:
+        m_events.pointer(EMessage::MouseLeave, 0, {});
+        break;
+    case QEvent::TabletPress:
+    case QEvent::TabletMove:
+    case QEvent::TabletRelease:
+        m_events.tablet(static_cast<QTabletEvent&>(*pEvent));
+        pEvent->accept();
+        return true;
+    default:
+        break;
+    }
+    return QAbstractScrollArea::viewportEvent(pEvent);
+}
+
+CPoint CQtCanvasView::GetClientOrigin() const {
+    const QPointF pt = viewport()->mapToGlobal(QPointF(0, 0)) * devicePixelRatioF();
+    return {static_cast<int32_t>(std::lround(pt.x())), static_cast<int32_t>(std::lround(pt.y()))};
+}
+
+bool CQtCanvasView::IsAt(CPoint ptScreen) const {
+    const CPoint pt = ptScreen - GetClientOrigin();
+    const CSize sz = GetClientSize();
+    if (pt.x < 0 || pt.y < 0 || pt.x >= sz.cx || pt.y >= sz.cy) return false;
+    const QPoint ptGlobal = (QPointF(ptScreen.x, ptScreen.y) / devicePixelRatioF()).toPoint();
+    return QApplication::widgetAt(ptGlobal) == viewport();
+}
+
+void CQtCanvasView::ShowCursor(ECursor cursor) {
+    if (cursor == m_cursor) return;
+    m_cursor = cursor;
+    const auto shape = [&] {
+        switch (cursor) {
+        case ECursor::Forbidden:
+            return Qt::ForbiddenCursor;
+        case ECursor::Cross:
+            return Qt::CrossCursor;
+        case ECursor::Pick:
+            return Qt::PointingHandCursor;
+        case ECursor::Hand:
+            return Qt::OpenHandCursor;
+        case ECursor::HandGrip:
+            return Qt::ClosedHandCursor;
+        default:
+            return Qt::ArrowCursor;
+        }
+    };
+    viewport()->setCursor(shape());
 }

@@ -2,12 +2,15 @@
 #pragma once
 
 #include "core/Base/Geometry.h"
+#include "core/Platform/Cursor.h"
+#include "core/Platform/Message.h"
 
 #include <QAbstractScrollArea>
 
 #include <functional>
 
 class IPaintTarget;
+class QTabletEvent;
 
 /// Sizes and rectangles are device pixels; the viewport's top-left pixel is (0, 0).
 class CQtCanvasView : public QAbstractScrollArea {
@@ -17,12 +20,20 @@ public:
         std::function<void(IPaintTarget&, const CRect&)> paint;  ///< the rectangle is out of date
         std::function<void(bool bVertical, int nOffset)> scroll; ///< the user moved a scroll bar
         std::function<void(int nDelta)> wheel;                   ///< whole steps of 120
+        /// The pointer's messages: keys are MOUSE_ bits, the position a client pixel.
+        std::function<void(EMessage id, int64_t nKeys, CPoint pt)> pointer;
+        std::function<void(const QTabletEvent&)> tablet; ///< every event of the pen, none left out
     };
 
     CQtCanvasView(TEvents events, QWidget* pParent);
 
     CSize GetClientSize() const;
     void Invalidate(const CRect& rc);
+    /// The viewport's top-left pixel on the screen.
+    CPoint GetClientOrigin() const;
+    /// True when the viewport is what lies at a device pixel of the screen.
+    bool IsAt(CPoint ptScreen) const;
+    void ShowCursor(ECursor cursor);
     /// Sets both scroll bars without telling anybody.
     void SetScroll(CSize szExtent, CSize szLine, CSize szPage, CPoint ptOffset);
     /// Brings the viewport to the size that the view has, for a view that has not been shown yet.
@@ -32,15 +43,18 @@ protected:
     void paintEvent(QPaintEvent* pEvent) override;
     void resizeEvent(QResizeEvent* pEvent) override;
     void wheelEvent(QWheelEvent* pEvent) override;
+    bool viewportEvent(QEvent* pEvent) override;
     /// Nothing moves by itself: the application paints what it scrolled to.
     void scrollContentsBy(int, int) override {}
 
 private:
     void CheckSize();
+    void TellPointer(EMessage id, const QMouseEvent& event);
     void WatchBar(bool bVertical);
 
     TEvents m_events;
     CSize m_szTold;
+    ECursor m_cursor = ECursor::Arrow;
     CSize m_szPage;          ///< what a click beside a scroll bar's handle moves
     bool m_bSetting = false; ///< the application moves the scroll bars
     int m_nWheel = 0;        ///< part of a wheel step so far

@@ -8,6 +8,7 @@
 #include "ui/QtKeyFilter.h"
 #include "ui/QtMainWindow.h"
 #include "ui/QtMdiArrange.h"
+#include "ui/QtPen.h"
 #include "ui/QtText.h"
 #include "ui/SvgIcon.h"
 
@@ -29,7 +30,12 @@ CQtCanvasWindow::CQtCanvasWindow(CQtMainWindow& parent, IWindowClient& client,
                if (Hears()) m_pClient->OnPaint(target, rc);
            },
            [this](bool bVertical, int nOffset) { Post(EMessage::Scroll, bVertical ? 1 : 0, nOffset); },
-           [this](int nDelta) { Post(EMessage::MouseWheel, nDelta, 0); }},
+           [this](int nDelta) { Post(EMessage::MouseWheel, nDelta, 0); },
+           [this](EMessage id, int64_t nKeys, CPoint pt) { Post(id, nKeys, PackPoint(pt.x, pt.y)); },
+           [this](const QTabletEvent& event) {
+               m_main.GetPen().Push(event, m_pView->devicePixelRatioF());
+               Post(EMessage::PenPacket, 0, 0);
+           }},
           this)) {
     setWindowIcon(LoadPictureIcon("icons/app.svg"));
     setWidget(m_pView);
@@ -186,6 +192,20 @@ void CQtCanvasWindow::SetTimer(int nId, int nMilliseconds) {
     timer.timer.start(nMilliseconds);
     m_mapTimers[nId] = std::move(pTimer);
 }
+
+void CQtCanvasWindow::SetFocus() {
+    if (!m_pView->hasFocus() && !m_bDestroyed) FocusView();
+}
+
+// Qt itself keeps giving the pointer to the window in which a button went down; what is kept here is that the
+// application wants it.
+void CQtCanvasWindow::SetCapture(bool bCapture) { m_bCapture = bCapture; }
+
+void CQtCanvasWindow::SetCursor(ECursor cursor) { m_pView->ShowCursor(cursor); }
+
+CPoint CQtCanvasWindow::GetClientOrigin() const { return m_pView->GetClientOrigin(); }
+
+bool CQtCanvasWindow::IsAt(CPoint ptScreen) const { return m_pView->IsAt(ptScreen); }
 
 void CQtCanvasWindow::KillTimer(int nId) { m_mapTimers.erase(nId); }
 

@@ -37,6 +37,12 @@ public:
     void SetTimer(int nId, int nMilliseconds) override;
     void KillTimer(int nId) override;
     void Activate() override;
+    void SetFocus() override;
+    void SetCapture(bool bCapture) override;
+    bool HasCapture() const override { return m_bCapture; }
+    void SetCursor(ECursor cursor) override;
+    CPoint GetClientOrigin() const override;
+    bool IsAt(CPoint ptScreen) const override;
 
     /// The title as lists show it, with its mark.
     QString GetMarkedTitle() const;
@@ -69,6 +75,7 @@ private:
     std::map<int, std::unique_ptr<TTimer>> m_mapTimers;
     std::wstring m_strTitle;
     QRect m_rcPlace; ///< the place to return to from minimised and maximised
+    bool m_bCapture = false;
     bool m_bReady = false;
     bool m_bDestroyed = false;
 };

@@ -6,6 +6,7 @@
 #include "ui/QtEventPump.h"
 #include "ui/QtKeyFilter.h"
 #include "ui/QtMdiArrange.h"
+#include "ui/QtPen.h"
 #include "ui/QtText.h"
 #include "ui/QtToolBar.h"
 
@@ -32,8 +33,8 @@ constexpr QColor MDI_BACKGROUND(0x4a, 0x4a, 0x4a);
 } // namespace
 
 CQtMainWindow::CQtMainWindow(IWindowClient& client, const TMainWindowSetup& setup, CQtEventPump& pump,
-                             CQtKeyFilter& keys)
-    : m_pClient(&client), m_pump(pump), m_keys(keys), m_pMdiArea(new QMdiArea(this)) {
+                             CQtKeyFilter& keys, CQtPen& pen)
+    : m_pClient(&client), m_pump(pump), m_keys(keys), m_pen(pen), m_pMdiArea(new QMdiArea(this)) {
     PrepareTopLevel(*this);
     // A host that is a Qt program waits for us with its own windows open: they take no input meanwhile.
     if (!OwnsApplication()) setWindowModality(Qt::ApplicationModal);
@@ -73,6 +74,7 @@ CQtMainWindow::CQtMainWindow(IWindowClient& client, const TMainWindowSetup& setu
         if (m_pActive) return m_pActive;
         return m_bDestroyed ? nullptr : this;
     });
+    m_pen.SetReceiver([this]() -> IWindow* { return m_pActive; });
 }
 
 CQtMainWindow::~CQtMainWindow() {

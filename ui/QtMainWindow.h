@@ -12,6 +12,7 @@
 class CQtCanvasWindow;
 class CQtEventPump;
 class CQtKeyFilter;
+class CQtPen;
 class CQtToolBar;
 class QLabel;
 class QMdiArea;
@@ -19,7 +20,7 @@ class QMdiArea;
 class CQtMainWindow : public QMainWindow, public IMainWindow {
 public:
     CQtMainWindow(IWindowClient& client, const TMainWindowSetup& setup, CQtEventPump& pump,
-                  CQtKeyFilter& keys);
+                  CQtKeyFilter& keys, CQtPen& pen);
     ~CQtMainWindow() override;
 
     IWindowClient& GetClient() override { return *m_pClient; }
@@ -47,6 +48,7 @@ public:
     QMdiArea& GetMdiArea() { return *m_pMdiArea; }
     CQtEventPump& GetPump() { return m_pump; }
     CQtKeyFilter& GetKeys() { return m_keys; }
+    CQtPen& GetPen() { return m_pen; }
     CQtCanvasWindow* GetActiveChild() const { return m_pActive; }
     /// True once Destroy has begun: nothing may be made in the window any more.
     bool IsDestroyed() const { return m_bDestroyed; }
@@ -87,6 +89,7 @@ private:
     IWindowClient* m_pClient;
     CQtEventPump& m_pump;
     CQtKeyFilter& m_keys;
+    CQtPen& m_pen;
     CMenuLook m_menuLook{*this};
     std::unique_ptr<CQtMenuSet> m_pMenus;
     CQtToolBar* m_pToolBar;

@@ -11,6 +11,7 @@
 #include "ui/QtKeyFilter.h"
 #include "ui/QtMainWindow.h"
 #include "ui/QtMessageBoxes.h"
+#include "ui/QtPen.h"
 #include "ui/QtText.h"
 
 #include <QBuffer>
@@ -30,13 +31,14 @@ public:
 
 class CQtWindowFactory : public IWindowFactory {
 public:
-    CQtWindowFactory(CQtEventPump& pump, CQtKeyFilter* pKeys) : m_pump(pump), m_pKeys(pKeys) {}
+    CQtWindowFactory(CQtEventPump& pump, CQtKeyFilter* pKeys, CQtPen& pen)
+        : m_pump(pump), m_pKeys(pKeys), m_pen(pen) {}
     ~CQtWindowFactory() override { delete m_pMain; }
 
     IMainWindow* CreateMainWindow(IWindowClient& client, const TMainWindowSetup& setup) override {
         // One main window a session; a destroyed one may still wait to be freed.
         if (!m_pKeys || (m_pMain && !m_pMain->IsDestroyed())) return nullptr;
-        m_pMain = new CQtMainWindow(client, setup, m_pump, *m_pKeys);
+        m_pMain = new CQtMainWindow(client, setup, m_pump, *m_pKeys, m_pen);
         return m_pMain;
     }
 
@@ -54,6 +56,7 @@ public:
 private:
     CQtEventPump& m_pump;
     CQtKeyFilter* m_pKeys;
+    CQtPen& m_pen;
     QPointer<CQtMainWindow> m_pMain;
 };
 
@@ -64,15 +67,16 @@ struct CQtPlatform::TParts {
            IImageCodecs& codecs, ISnapshotStore& snapshots)
         : m_queue(queue), m_pump(queue, m_keyState),
           m_pKeys(EnsureApplication() ? std::make_unique<CQtKeyFilter>(m_pump, m_keyState) : nullptr),
-          m_windows(m_pump, m_pKeys.get()), m_platform{queue,     m_windows, m_boxes,    m_fileDialogs,
-                                                       m_dialogs, files,     locations,  modules,
-                                                       codecs,    m_clock,   m_keyState, m_clipboard,
-                                                       snapshots} {}
+          m_windows(m_pump, m_pKeys.get(), m_pen), m_platform{queue,     m_windows, m_boxes,    m_fileDialogs,
+                                                              m_dialogs, files,     locations,  modules,
+                                                              codecs,    m_clock,   m_keyState, m_clipboard,
+                                                              snapshots, m_pen} {}
 
     CMessageQueue& m_queue;
     CQtKeyState m_keyState;
     CQtEventPump m_pump;
     std::unique_ptr<CQtKeyFilter> m_pKeys; ///< null when no window can be shown
+    CQtPen m_pen{m_pump};
     CQtWindowFactory m_windows;
     CQtMessageBoxes m_boxes;
     CQtFileDialogs m_fileDialogs;

@@ -79,6 +79,10 @@ void CCanvasBuffer::ComposeAll() {
     GetComposite().ForEachBlock([&](CPoint pt) { ComposeBlock(*this, pt.x, pt.y); });
 }
 
+void CCanvasBuffer::CompleteWork() {
+    while (HasPendingWork()) Update();
+}
+
 boost::shared_ptr<CRasterBuffer> CCanvasBuffer::Flatten() {
     if (m_bColor == m_bColorRaster) {
         ComposeAll();

@@ -59,6 +59,13 @@ public:
     const UpdateCounterMatrix& GetCounters() const { return *m_spCounters; }
     /// The composite: the root's picture, current in every block that ComposeBlock was called for.
     CRasterBuffer& GetComposite() const;
+    /// Takes strokes in progress one slice of time further; true when a redraw is due.
+    bool Update() { return GetRoot().UpdateStrokes(); }
+    /// True while complete strokes wait to be merged.
+    bool HasPendingWork() const { return GetRoot().HasPendingWork(); }
+    /// Merges every complete stroke, however long it takes: whoever saves, undoes or changes the tree does so
+    /// first.
+    void CompleteWork();
     /// Brings the whole composite up to date.
     void ComposeAll();
     /// The whole picture for use outside: in colour also while the screen shows it in grey. Brings what is

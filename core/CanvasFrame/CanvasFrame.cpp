@@ -62,6 +62,7 @@ void CCanvasFrame::OnCreate() {
     m_pWindow->SetTimer(TIMER_SELECTION, TIMER_SELECTION_MS);
     m_pWindow->SetTimer(TIMER_REFRESH, TIMER_REFRESH_MS);
     m_pWindow->SetRect(ReadPlacement(PLACEMENT_SECTION, m_pWindow->GetRect()));
+    m_input.Open();
     m_view.SetCanvasSize(m_spCanvas->GetSize());
     TViewState view;
     view.uZoom = FirstZoom(m_spCanvas->GetSize(), m_pWindow->GetClientSize());
@@ -87,6 +88,7 @@ bool CCanvasFrame::OnMessage(const TMessage& msg) {
 }
 
 bool CCanvasFrame::HandleMessage(const TMessage& msg) {
+    if (const auto bUsedUp = m_input.OnMessage(msg)) return *bUsedUp;
     switch (msg.id) {
     case EMessage::Close:
         return OnClose();
@@ -112,10 +114,13 @@ bool CCanvasFrame::HandleMessage(const TMessage& msg) {
     case EMessage::MdiActivate:
         if (msg.wParam) {
             g_wpActiveFrame = shared_from_this();
+            g_wpActiveView = boost::shared_ptr<IActiveView>(shared_from_this());
             m_pWindow->Invalidate();
         } else if (IsActive()) {
             g_wpActiveFrame.reset();
+            g_wpActiveView.reset();
         }
+        m_input.OnActivate();
         PostToMainFrame(WM_REFRESH_ALL);
         return true;
     default:
@@ -125,23 +130,34 @@ bool CCanvasFrame::HandleMessage(const TMessage& msg) {
 
 void CCanvasFrame::OnPaint(IPaintTarget& target, const CRect& rc) {
     Guarded([&] {
-        m_screen.Refresh(*m_spCanvas, m_view);
+        const CRect rcChanged = m_screen.Refresh(*m_spCanvas, m_view);
         CGDIBuffer* pBuffer = m_screen.GetBuffer();
         if (!pBuffer) return true;
-        const CSelectBuffer* pSelect = m_spCanvas->GetSelect();
-        const CRect rcSelection = pSelect && IsActive() ? SelectionRect(*pSelect, m_view) : CRect();
-        if (!rcSelection.Intersect(rc).IsEmpty()) {
-            if (!m_pOverlaid || !(m_pOverlaid->GetSize() == pBuffer->GetSize()))
-                m_pOverlaid = std::make_unique<CGDIBuffer>(pBuffer->GetSize());
-            m_pOverlaid->CopyFrom(*pBuffer, rc);
-            const uint32_t uTick = g_AppModule.GetPlatform().clock.GetTickCount();
-            DrawSelectionOutline(*m_pOverlaid, rc, *pSelect, m_view, uTick);
-            m_rcSelectionDirty = m_rcSelectionDirty.Union(rcSelection);
-            pBuffer = m_pOverlaid.get();
-        }
+        pBuffer = PaintOverlays(*pBuffer, rc);
         target.Blit(pBuffer->GetPixelPtr({0, 0}), pBuffer->GetStride(), pBuffer->GetSize(), rc);
+        // What has changed beyond this paint comes with the next.
+        if (!(rcChanged.Union(rc) == rc)) m_pWindow->Invalidate(rcChanged);
         return true;
     });
+}
+
+// Only the active frame shows more than its canvas: what the tool draws over it, and the selection.
+CGDIBuffer* CCanvasFrame::PaintOverlays(CGDIBuffer& screen, const CRect& rc) {
+    if (!IsActive()) return &screen;
+    const CSelectBuffer* pSelect = m_spCanvas->GetSelect();
+    const CRect rcSelection = pSelect ? SelectionRect(*pSelect, m_view) : CRect();
+    if (rcSelection.Intersect(rc).IsEmpty() && m_input.GetOverlayRect().Intersect(rc).IsEmpty())
+        return &screen;
+    if (!m_pOverlaid || !(m_pOverlaid->GetSize() == screen.GetSize()))
+        m_pOverlaid = std::make_unique<CGDIBuffer>(screen.GetSize());
+    m_pOverlaid->CopyFrom(screen, rc);
+    m_input.DrawOverlay(*m_pOverlaid, rc);
+    if (!rcSelection.IsEmpty()) {
+        const uint32_t uTick = g_AppModule.GetPlatform().clock.GetTickCount();
+        DrawSelectionOutline(*m_pOverlaid, rc, *pSelect, m_view, uTick);
+        m_rcSelectionDirty = m_rcSelectionDirty.Union(rcSelection);
+    }
+    return m_pOverlaid.get();
 }
 
 bool CCanvasFrame::IsActive() const { return g_wpActiveFrame.lock().get() == this; }
@@ -158,7 +174,20 @@ bool CCanvasFrame::IsOnlyViewOfCanvas() const {
                          [&](const auto& spFrame) { return spFrame->m_spCanvas == m_spCanvas; }) <= 1;
 }
 
+void CCanvasFrame::RequestRedraw() {
+    RaiseRefresh();
+    const CRect rc = m_screen.Refresh(*m_spCanvas, m_view);
+    if (!rc.IsEmpty()) m_pWindow->Invalidate(rc);
+}
+
+void CCanvasFrame::ScrollTo(CPoint ptScroll) {
+    m_view.ScrollTo(ptScroll);
+    UpdateScrollBars();
+    m_pWindow->Invalidate();
+}
+
 bool CCanvasFrame::OnClose() {
+    m_spCanvas->CompleteWork();
     WritePlacement(PLACEMENT_SECTION, m_pWindow->GetRect());
     if (!IsOnlyViewOfCanvas()) return false;
     CRecovery& recovery = g_AppModule.GetRecovery();
@@ -223,6 +252,7 @@ bool CCanvasFrame::OnCommand(int nId) {
 }
 
 void CCanvasFrame::OnUndoRedo(int nId) {
+    m_spCanvas->CompleteWork();
     if (nId == ID_EDIT_UNDO)
         m_spCanvas->GetHistory().Undo();
     else
@@ -232,6 +262,7 @@ void CCanvasFrame::OnUndoRedo(int nId) {
 }
 
 void CCanvasFrame::OnTreeCommand(int nId) {
+    m_spCanvas->CompleteWork();
     if (!DoLayerCommand(m_spCanvas, nId)) return;
     PostToMainFrame(WM_REFRESH_LAYERS);
     RaiseRefresh();
@@ -241,6 +272,7 @@ void CCanvasFrame::OnTreeCommand(int nId) {
 void CCanvasFrame::OnFileSave(int nId) {
     const TPlatform& platform = g_AppModule.GetPlatform();
     try {
+        m_spCanvas->CompleteWork();
         std::wstring strPath = m_spCanvas->GetPath();
         // A document that came from a picture is no project yet: saving must not put a project into the
         // picture.

@@ -5,6 +5,7 @@
 #include "core/CanvasBuffer/CanvasBuffer.h"
 #include "core/CanvasFrame/CanvasScreen.h"
 #include "core/CanvasFrame/CanvasView.h"
+#include "core/CanvasFrame/FrameInput.h"
 #include "core/Platform/Window.h"
 
 #include <boost/enable_shared_from_this.hpp>
@@ -16,6 +17,8 @@
 #include <string>
 
 class CCanvasFrame : public IWindowClient,
+                     public IActiveView,
+                     public IInputFrame,
                      public boost::enable_shared_from_this<CCanvasFrame>,
                      boost::noncopyable {
 public:
@@ -25,8 +28,10 @@ public:
     bool CreateWindowIn(IMainWindow& parent, const TCanvasWindowSetup& setup);
     /// The window, null before CreateWindowIn and after it is gone.
     ICanvasWindow* GetWindow() const { return m_pWindow; }
-    const boost::shared_ptr<CCanvasBuffer>& GetCanvas() const { return m_spCanvas; }
+    const boost::shared_ptr<CCanvasBuffer>& GetCanvas() const override { return m_spCanvas; }
     const CCanvasView& GetView() const { return m_view; }
+    uint16_t GetZoom() const override { return m_view.GetState().uZoom; }
+    CFrameInput& GetInput() { return m_input; }
 
     bool OnMessage(const TMessage& msg) override;
     void OnPaint(IPaintTarget& target, const CRect& rc) override;
@@ -43,6 +48,12 @@ public:
     /// Raises the repaint flag, by which other views of the canvas follow on the timer.
     void RaiseRefresh() { m_bNeedsRefresh = true; }
 
+    ICanvasWindow& GetInputWindow() override { return *m_pWindow; }
+    CCanvasView& GetInputView() override { return m_view; }
+    bool IsActive() const override;
+    void RequestRedraw() override;
+    void ScrollTo(CPoint ptScroll) override;
+
     /// True when a frame handles the command.
     static bool HandlesCommand(int nId);
 
@@ -53,7 +64,7 @@ private:
     bool OnCommand(int nId);
     void OnTimer(int nId);
     void OnSelectionTimer();
-    bool IsActive() const;
+    CGDIBuffer* PaintOverlays(CGDIBuffer& screen, const CRect& rc);
     void OnFileSave(int nId);
     void OnUndoRedo(int nId);
     void OnTreeCommand(int nId);
@@ -65,6 +76,7 @@ private:
     ICanvasWindow* m_pWindow = nullptr;
     CCanvasView m_view;
     CCanvasScreen m_screen;
+    CFrameInput m_input{*this};
     std::unique_ptr<CGDIBuffer> m_pOverlaid; ///< the screen copy with what lies over it, where it was painted
     CRect m_rcSelectionDirty;                ///< where dashes were painted that the next timer must take away
     bool m_bNeedsRefresh = false;

@@ -35,22 +35,26 @@ CPoint CCanvasView::ToCanvas(CPoint ptWindow) const {
                  scaled(ptWindow.y, m_ptScroll.y, m_ptMargin.y), NormalizeView(m_view), m_szCanvas, 1);
 }
 
-CPoint CCanvasView::ToWindow(CPoint ptCanvas) const {
+CPoint CCanvasView::Map(CPoint ptCanvas, int64_t nUnit, int64_t nRound) const {
     // The flips here are those of canvas space: the exchange at 90 degrees brings the vertical one's change
     // of sense with it.
     const bool bHalfTurn = m_view.uAngle >= 180;
     int64_t x = ptCanvas.x;
     int64_t y = ptCanvas.y;
-    if (m_view.bFlipV != bHalfTurn) y = m_szCanvas.cy - y;
-    if (m_view.bFlipH != bHalfTurn) x = m_szCanvas.cx - x;
+    if (m_view.bFlipV != bHalfTurn) y = m_szCanvas.cy * nUnit - y;
+    if (m_view.bFlipH != bHalfTurn) x = m_szCanvas.cx * nUnit - x;
     if (m_view.uAngle % 180 != 0) {
         const int64_t nOldX = x;
-        x = m_szCanvas.cy - y;
+        x = m_szCanvas.cy * nUnit - y;
         y = nOldX;
     }
-    return {static_cast<int32_t>(x * m_view.uZoom / 48 + m_ptMargin.x - m_ptScroll.x),
-            static_cast<int32_t>(y * m_view.uZoom / 48 + m_ptMargin.y - m_ptScroll.y)};
+    const auto scaled = [&](int64_t n) { return (n * m_view.uZoom + nRound) / (48 * nUnit); };
+    return {static_cast<int32_t>(scaled(x) + m_ptMargin.x - m_ptScroll.x),
+            static_cast<int32_t>(scaled(y) + m_ptMargin.y - m_ptScroll.y)};
 }
+
+CPoint CCanvasView::ToWindow(CPoint ptCanvas) const { return Map(ptCanvas, 1, 0); }
+CPoint CCanvasView::ToWindow8(CPoint ptCanvas) const { return Map(ptCanvas, 8, 48 * 8 / 2); }
 
 CRect CCanvasView::ToWindow(const CRect& rcCanvas) const {
     const CPoint pt1 = ToWindow(CPoint{rcCanvas.left, rcCanvas.top});

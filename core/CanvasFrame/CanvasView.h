@@ -24,6 +24,8 @@ public:
     CPoint ToCanvas(CPoint ptWindow) const;
     /// Window position of a canvas pixel position.
     CPoint ToWindow(CPoint ptCanvas) const;
+    /// Window position of a canvas position in eighths of a pixel, to the nearest pixel.
+    CPoint ToWindow8(CPoint ptCanvas) const;
     /// A canvas rectangle in the window, ordered.
     CRect ToWindow(const CRect& rcCanvas) const;
 
@@ -39,6 +41,9 @@ public:
     CPoint GetOrigin() const { return m_ptMargin - m_ptScroll; }
 
 private:
+    // A position with `nUnit` steps a canvas pixel; `nRound` is added before the division.
+    CPoint Map(CPoint ptCanvas, int64_t nUnit, int64_t nRound) const;
+
     CPoint m_ptScroll;
     CSize m_szExtent;
     CSize m_szLine;

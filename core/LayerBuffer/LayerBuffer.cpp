@@ -190,7 +190,13 @@ void CLayerBuffer::UpdateFlags() {
     if (const auto spChanges = GetChangeMatrix()) dirty.Or(*spChanges);
 }
 
-bool CLayerBuffer::HasPendingWork() {
+bool CLayerBuffer::UpdateStrokes() {
+    bool bChanged = false;
+    for (const TLayerPtr& spChild : m_lstChildren) bChanged |= spChild->UpdateStrokes();
+    return bChanged;
+}
+
+bool CLayerBuffer::HasPendingWork() const {
     return std::any_of(m_lstChildren.begin(), m_lstChildren.end(),
                        [](const TLayerPtr& spChild) { return spChild->HasPendingWork(); });
 }

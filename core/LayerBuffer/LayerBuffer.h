@@ -55,8 +55,10 @@ public:
     /// The layer's extra dirty flags, null when it has none.
     virtual boost::shared_ptr<CBoolMatrix> GetChangeMatrix() const { return {}; }
     virtual CSerializer Serialize() const = 0;
-    /// True if the layer or a child has a stroke or commit pending.
-    virtual bool HasPendingWork();
+    /// Takes strokes in this layer and below one slice of time further; true when a redraw is due.
+    virtual bool UpdateStrokes();
+    /// True while complete strokes in this layer or below wait to be merged.
+    virtual bool HasPendingWork() const;
     /// A new layer, in no tree yet, that holds this layer's picture under the other's, both with their
     /// opacities; null when the two cannot be merged.
     virtual boost::shared_ptr<CLayerBuffer> MergeWith(CLayerBuffer&) { return {}; }

@@ -1,11 +1,45 @@
 #include "core/LayerBuffer/RasterLayerBuffer.h"
 
 #include "core/Base/Failure.h"
+#include "core/LayerBuffer/StrokeHistory.h"
 #include "core/RasterBuffer/ColorRasterBuffer.h"
 #include "core/RasterBuffer/MonoRasterBuffer.h"
 #include "core/RasterBuffer/SelectBuffer.h"
+#include "core/RasterStroke/RasterStroke.h"
 
 #include <boost/make_shared.hpp>
+
+#include <algorithm>
+
+namespace {
+
+// The blocks of a layer that a block of a stroke's plane shows in: a finer plane is reduced by a window that
+// reaches into the blocks on the right and below, so each shows on the left and above too.
+template <class Function>
+void ForEachReached(const CAlphaBufferBase& plane, CPoint ptBlock, Function fn) {
+    const int nReach = plane.GetResolutionScale() == 1 ? 0 : 1;
+    for (int32_t y = std::max(0, ptBlock.y - nReach); y <= ptBlock.y; ++y)
+        for (int32_t x = std::max(0, ptBlock.x - nReach); x <= ptBlock.x; ++x) fn(x, y);
+}
+
+void AddReach(CBoolMatrix& matrix, const CBoolMatrix& changes, const CAlphaBufferBase& plane) {
+    for (int32_t y = 0; y < changes.GetSize().cy; ++y)
+        for (int32_t x = 0; x < changes.GetSize().cx; ++x)
+            if (changes.At(x, y))
+                ForEachReached(plane, {x, y}, [&](int32_t nX, int32_t nY) { matrix.At(nX, nY) = 1; });
+}
+
+// True when the plane may have coverage in the layer's block at `pt`.
+bool CoversBlock(const CAlphaBufferBase& plane, CPoint pt) {
+    const int nScale = plane.GetResolutionScale();
+    const CSize szBlock = plane.GetBlockSize();
+    for (int n = 0; n < (nScale == 1 ? 1 : 4); ++n)
+        if (plane.HasBlock({pt.x * nScale + n % 2 * szBlock.cx, pt.y * nScale + n / 2 * szBlock.cy}))
+            return true;
+    return false;
+}
+
+} // namespace
 
 void CRasterLayerBuffer::Create(const TCanvasPtr& spCanvas) {
     CLayerBuffer::Create(spCanvas);
@@ -25,30 +59,39 @@ void CRasterLayerBuffer::SetRaster(const boost::shared_ptr<CRasterBuffer>& pRast
 bool CRasterLayerBuffer::PrepareOwn(CPoint pt) {
     m_pRaster->DirtyAt(pt) = 0;
     m_pMask->DirtyAt(pt) = 0;
-    if (!m_pStroke) return m_pRaster->GetBlock(pt, false) != nullptr;
-    const CPoint ptStroke{pt.x * m_pStroke->GetResolutionScale(), pt.y * m_pStroke->GetResolutionScale()};
-    m_pStroke->DirtyAt(ptStroke) = 0;
-    return true;
+    bool bAny = m_pRaster->GetBlock(pt, false) != nullptr;
+    ForEachStroke([&](const CAlphaBufferBase& plane) {
+        const int n = plane.GetResolutionScale();
+        const_cast<CAlphaBufferBase&>(plane).DirtyAt({pt.x * n, pt.y * n}) = 0;
+        bAny = bAny || CoversBlock(plane, pt);
+    });
+    return bAny;
 }
 
 void CRasterLayerBuffer::RenderOwn(CRasterBlockBuffer& dest) const {
     const CPoint pt = dest.GetPosition();
     const auto spMask = m_pMask->GetBlock(pt, false);
-    if (!m_pStroke) {
-        m_pRaster->BlendBlockInto(dest, spMask.get());
-        return;
-    }
-    const auto spWork = m_pRaster->CreateBlock(pt);
-    m_pRaster->BlendBlockInto(*spWork, nullptr);
+    boost::shared_ptr<CRasterBlockBuffer> spWork;
     // Paint in progress stays inside the selection: where that has no tile nothing is painted.
     const CSelectBuffer* pSelect = GetCanvas()->GetSelect();
     const CRasterBlockBuffer* pSelected = pSelect ? pSelect->GetMaskTile(pt) : nullptr;
-    if (!pSelect || pSelected) m_pStroke->BlendBlockInto(*spWork, pSelected);
-    spWork->BlendInto(dest, spMask.get());
+    ForEachStroke([&](const CAlphaBufferBase& plane) {
+        if ((pSelect && !pSelected) || !CoversBlock(plane, pt)) return;
+        if (!spWork) {
+            spWork = m_pRaster->CreateBlock(pt);
+            m_pRaster->BlendBlockInto(*spWork, nullptr);
+        }
+        plane.BlendBlockInto(*spWork, pSelected);
+    });
+    if (spWork)
+        spWork->BlendInto(dest, spMask.get());
+    else
+        m_pRaster->BlendBlockInto(dest, spMask.get());
 }
 
 boost::shared_ptr<CRasterBlockBuffer> CRasterLayerBuffer::GetOwnTile(CPoint pt) const {
-    const bool bPlain = IsPictureCached() && !m_pStroke && !m_pMask->GetBlock(pt, false);
+    bool bPlain = IsPictureCached() && !m_pMask->GetBlock(pt, false);
+    ForEachStroke([&](const CAlphaBufferBase& plane) { bPlain = bPlain && !CoversBlock(plane, pt); });
     return bPlain ? m_pRaster->GetBlock(pt, false) : boost::shared_ptr<CRasterBlockBuffer>();
 }
 
@@ -56,17 +99,68 @@ boost::shared_ptr<CBoolMatrix> CRasterLayerBuffer::GetChangeMatrix() const {
     auto spMatrix = boost::make_shared<CBoolMatrix>(m_pRaster->GetBufferSize());
     spMatrix->Or(m_pRaster->GetDirty());
     spMatrix->Or(m_pMask->GetDirty());
-    if (!m_pStroke) return spMatrix;
-    const CBoolMatrix& stroke = m_pStroke->GetDirty();
-    spMatrix->Or(stroke);
-    if (m_pStroke->GetResolutionScale() == 1) return spMatrix;
-    // A finer plane is reduced by a window that reaches into the blocks on the right and below.
-    for (int32_t y = 0; y < stroke.GetSize().cy; ++y)
-        for (int32_t x = 0; x < stroke.GetSize().cx; ++x)
-            if (stroke.At(x, y))
-                for (int32_t n = 1; n < 4; ++n)
-                    if (x >= n % 2 && y >= n / 2) spMatrix->At(x - n % 2, y - n / 2) = 1;
+    ForEachStroke([&](const CAlphaBufferBase& plane) { AddReach(*spMatrix, plane.GetDirty(), plane); });
     return spMatrix;
+}
+
+template <class Function>
+void CRasterLayerBuffer::ForEachStroke(Function fn) const {
+    for (const auto& spStroke : m_deqQueue) fn(spStroke->GetDisplay());
+    if (m_spStroke) fn(m_spStroke->GetDisplay());
+}
+
+// Everything that the stroke shows is to be drawn again.
+void CRasterLayerBuffer::FlagStroke(CRasterStroke& stroke) {
+    const CAlphaBufferBase& plane = stroke.GetDisplay();
+    m_pRaster->ForEachBlock([&](CPoint pt) {
+        if (CoversBlock(plane, pt)) m_pRaster->DirtyAt(pt) = 1;
+    });
+}
+
+void CRasterLayerBuffer::SetStroke(const boost::shared_ptr<CRasterStroke>& spStroke) {
+    if (m_spStroke) FlagStroke(*m_spStroke);
+    m_spStroke = spStroke;
+}
+
+void CRasterLayerBuffer::QueueStroke() {
+    if (m_spStroke) m_deqQueue.push_back(m_spStroke);
+    m_spStroke.reset();
+}
+
+bool CRasterLayerBuffer::UpdateStrokes() {
+    const bool bChildren = CLayerBuffer::UpdateStrokes();
+    const auto spStroke = m_deqQueue.empty() ? m_spStroke : m_deqQueue.front();
+    if (!spStroke) return bChildren;
+    if (spStroke->Update() && !m_deqQueue.empty()) {
+        MergeStroke(*spStroke);
+        m_deqQueue.pop_front();
+    }
+    return true;
+}
+
+bool CRasterLayerBuffer::HasPendingWork() const {
+    return !m_deqQueue.empty() || CLayerBuffer::HasPendingWork();
+}
+
+void CRasterLayerBuffer::MergeStroke(CRasterStroke& stroke) {
+    const auto spBefore = m_pRaster->ShallowCopy();
+    const CAlphaBufferBase& plane = stroke.GetMain();
+    const CSelectBuffer* pSelect = GetCanvas()->GetSelect();
+    FlagStroke(stroke);
+    bool bAny = false;
+    m_pRaster->ForEachBlock([&](CPoint pt) {
+        const CRasterBlockBuffer* pSelected = pSelect ? pSelect->GetMaskTile(pt) : nullptr;
+        if (!CoversBlock(plane, pt) || (pSelect && !pSelected)) return;
+        const auto spOld = m_pRaster->GetBlock(pt, false);
+        if (!spOld && plane.IsErase()) return;
+        const auto spNew = spOld ? spOld->Clone() : m_pRaster->CreateBlock(pt);
+        plane.BlendBlockInto(*spNew, pSelected);
+        m_pRaster->SetBlock(pt, spNew);
+        bAny = true;
+    });
+    if (bAny)
+        GetCanvas()->GetHistory().Register(
+            boost::make_shared<CCommitStrokeBufferHistory>(stroke.GetName(), *spBefore, m_pRaster));
 }
 
 TLayerPtr CRasterLayerBuffer::MergeWith(CLayerBuffer& other) {

@@ -4,6 +4,10 @@
 #include "core/LayerBuffer/LayerBuffer.h"
 #include "core/RasterBuffer/AlphaBuffer.h"
 
+#include <deque>
+
+class CRasterStroke;
+
 class CRasterLayerBuffer : public CLayerBuffer {
 public:
     static constexpr uint32_t CHUNK_TAG = MakeTag("LAYR");
@@ -26,14 +30,26 @@ public:
     void SetRaster(const boost::shared_ptr<CRasterBuffer>& pRaster);
     /// Restricts the layer's picture where it has tiles; not stored in files.
     CAlphaBufferImpl<uint8_t>& GetMask() const { return *m_pMask; }
-    /// The plane of a stroke in progress, shown over the pixels and inside the canvas's selection; null when
-    /// there is none. It must live until it is taken back.
-    void SetStroke(CAlphaBufferBase* pStroke) { m_pStroke = pStroke; }
+    /// The stroke in progress, shown over the pixels and inside the canvas's selection; null takes it away
+    /// without a trace.
+    void SetStroke(const boost::shared_ptr<CRasterStroke>& spStroke);
+    /// The stroke in progress is complete: it is rendered to its end and merged into the pixels in its turn,
+    /// one undo step. Another one can begin at once.
+    void QueueStroke();
+    bool UpdateStrokes() override;
+    bool HasPendingWork() const override;
 
 private:
+    // Calls `fn(stroke)` for every stroke that shows, the lowest first.
+    template <class Function>
+    void ForEachStroke(Function fn) const;
+    void FlagStroke(CRasterStroke& stroke);
+    void MergeStroke(CRasterStroke& stroke);
+
     boost::shared_ptr<CRasterBuffer> m_pRaster;
     boost::shared_ptr<CAlphaBufferImpl<uint8_t>> m_pMask;
-    CAlphaBufferBase* m_pStroke = nullptr;
+    std::deque<boost::shared_ptr<CRasterStroke>> m_deqQueue; ///< complete strokes, the oldest first
+    boost::shared_ptr<CRasterStroke> m_spStroke;             ///< the one that is being drawn
 };
 
 /// A new raster layer of the canvas's size, in no tree yet.

@@ -16,6 +16,10 @@ bool IsFileCommandOfHost(int nId) {
 TCommandState StateWithFrame(int nId, const CCanvasFrame& frame) {
     const TViewState& view = frame.GetView().GetState();
     const int nLine = g_pMainFrame->GetWindow() ? g_pMainFrame->GetWindow()->GetZoomItem() : -1;
+    // An operation in progress works on the layers as they are.
+    const auto spTool = g_wpActiveTool.lock();
+    const bool bBusy = spTool && spTool->GetState() != STATE_IDLE;
+    if (bBusy && (IsLayerCommand(nId) || nId == ID_EDIT_UNDO || nId == ID_EDIT_REDO)) return {};
     if (IsLayerCommand(nId)) return GetLayerCommandState(*frame.GetCanvas(), nId);
     switch (nId) {
     case ID_EDIT_UNDO:

@@ -11,6 +11,7 @@
 #include "core/MainFrame/CommandState.h"
 #include "core/MainFrame/MenuTable.h"
 #include "core/Platform/System.h"
+#include "core/RasterBrush/FreehandTools.h"
 #include "core/Recovery/Recovery.h"
 
 #include <boost/make_shared.hpp>
@@ -51,7 +52,14 @@ void CreateMainFrame() {
     g_pMainFrame->CreateFrameWindow();
 }
 
-CMainFrame::CMainFrame() {
+CMainFrame::CMainFrame()
+    : m_outside{g_AppModule.GetPlatform().clock,
+                g_AppModule.GetPlatform().keys,
+                m_random,
+                g_AppModule.GetSettings(),
+                g_AppModule.GetPlatform().codecs,
+                [](int nId) { PostToMainFrame(EMessage::Command, nId); },
+                [this](EToolNotice notice) { OnToolNotice(notice); }} {
     const TPlatform& platform = g_AppModule.GetPlatform();
     m_pRecentList = std::make_unique<CRecentDocumentList>(platform.files,
                                                           CRecentDocumentList::FindPath(platform.locations));
@@ -77,6 +85,7 @@ void CMainFrame::CreateFrameWindow() {
     for (const TZoomEntry& entry : GetZoomList()) vZooms.push_back(entry.pszText);
     m_pWindow->SetZoomItems(vZooms);
     m_pWindow->SetStatusText(PANE_SCALE, NO_SCALE);
+    SwitchTool(TOOL_BRUSH);
     m_pWindow->Show();
     PostToMainFrame(WM_REFRESH_ALL);
     if (const auto spLoop = g_AppModule.GetMessageLoop()) {
@@ -113,6 +122,8 @@ bool CMainFrame::HandleMessage(const TMessage& msg) {
         OnUpdateScale();
         return true;
     }
+    if (msg.id == WM_PEN_END) return OnPenEnd(msg.wParam != 0), true;
+    if (msg.id == WM_SWITCH_TOOL) return SwitchTool(static_cast<int>(msg.wParam));
     if (msg.id == WM_ADD_RECENT) {
         m_pRecentList->Add(msg.strText);
         return true;
@@ -159,14 +170,53 @@ bool CMainFrame::OnIdle(int) {
     for (const int nId : m_vToolBarCommands)
         if (nId) setState(nId, GetCommandState(nId));
     WatchDocuments();
+    const bool bStrokes = Guarded([&] { return ContinueStrokes(); });
     if (std::exchange(m_bOfferRecovery, false)) Guarded([&] { return OfferRecovery(), true; });
     if (!m_deqOpenFiles.empty()) {
         const std::wstring strPath = m_deqOpenFiles.front();
         m_deqOpenFiles.pop_front();
         OpenFile(strPath);
     }
-    return !m_deqOpenFiles.empty();
+    return bStrokes || !m_deqOpenFiles.empty();
 }
+
+// Strokes that the pen left behind are rendered while nothing else is to be done.
+bool CMainFrame::ContinueStrokes() {
+    bool bMore = false;
+    for (const auto& spFrame : g_lstCanvasFrame) {
+        if (!spFrame->GetCanvas()->HasPendingWork()) continue;
+        spFrame->GetCanvas()->Update();
+        if (spFrame->GetWindow()) spFrame->RequestRedraw();
+        bMore = bMore || spFrame->GetCanvas()->HasPendingWork();
+    }
+    return bMore;
+}
+
+bool CMainFrame::SwitchTool(int nId) {
+    const auto spTool = CreateFreehandTool(nId, m_outside);
+    if (!spTool) return false;
+    if (m_spActiveTool && m_spActiveTool->GetState() != STATE_IDLE) m_spActiveTool->Cancel();
+    m_spActiveTool = spTool;
+    g_wpActiveTool = spTool;
+    PostToMainFrame(WM_REFRESH_TOOL);
+    const auto spFrame = g_wpActiveFrame.lock();
+    if (spFrame && spFrame->GetWindow()) spFrame->GetWindow()->Invalidate();
+    return true;
+}
+
+void CMainFrame::OnPenEnd(bool bEraser) {
+    const int nNow = m_spActiveTool ? m_spActiveTool->GetToolId() : 0;
+    if (bEraser && nNow != TOOL_ERASER) {
+        m_nToolBeforeEraser = nNow;
+        SwitchTool(TOOL_ERASER);
+    } else if (!bEraser && m_nToolBeforeEraser != 0) {
+        // Who chose another tool meanwhile meant it.
+        const int nBefore = std::exchange(m_nToolBeforeEraser, 0);
+        if (nNow == TOOL_ERASER) SwitchTool(nBefore);
+    }
+}
+
+void CMainFrame::OnToolNotice(EToolNotice) { PostToMainFrame(WM_REFRESH_TOOL); }
 
 void CMainFrame::WatchDocuments() {
     CRecovery& recovery = g_AppModule.GetRecovery();

@@ -6,6 +6,8 @@
 #include "core/CanvasFrame/CanvasFrame.h"
 #include "core/IniConfig/RecentDocumentList.h"
 #include "core/Platform/Window.h"
+#include "core/RasterStroke/StrokeRandom.h"
+#include "core/Tools/Tools.h"
 
 #include <boost/noncopyable.hpp>
 #include <boost/shared_ptr.hpp>
@@ -45,6 +47,9 @@ public:
     /// unsaved ones, deleted, or kept for the next start.
     void QueueRecovery() { m_bOfferRecovery = true; }
 
+    /// Makes the tool of a number the active one; the old one's operation is cancelled. A number without a
+    /// tool leaves things as they are and answers false.
+    bool SwitchTool(int nId);
     /// Which commands the main frame answers by itself: at any time, or only while a frame is active.
     static bool HandlesWithoutFrame(int nId);
     static bool HandlesWithFrame(int nId);
@@ -81,8 +86,15 @@ private:
     void AbandonFrame(const boost::shared_ptr<CCanvasFrame>& spFrame);
     void OnToggle(int nId);
     void InvalidateFrames();
+    void OnToolNotice(EToolNotice notice);
+    bool ContinueStrokes();
+    void OnPenEnd(bool bEraser);
 
     IMainWindow* m_pWindow = nullptr;
+    CStrokeRandom m_random; ///< one sequence for all strokes of a session
+    TToolOutside m_outside;
+    boost::shared_ptr<CTools> m_spActiveTool;
+    int m_nToolBeforeEraser = 0; ///< what the pen's tip draws with while its other end erases
     std::deque<std::wstring> m_deqOpenFiles;
     std::unique_ptr<CRecentDocumentList> m_pRecentList;
     std::vector<int> m_vMenuCommands;

@@ -24,14 +24,38 @@ enum class EMessage : uint32_t {
     Scroll = 0x0114,        ///< wParam: 0 horizontal, 1 vertical; lParam: new offset in window pixels
     InitMenuPopup = 0x0117, ///< a menu is about to show: bring its items' states up to date
     SysTimer = 0x0118,      ///< the window system's caret timer, never a reason for idle work
-    MouseMove = 0x0200,
+    MouseMove =
+        0x0200, ///< the pointer's messages: wParam: MOUSE_ bits, lParam: PackPoint of the client pixel
+    LButtonDown = 0x0201,
+    LButtonUp = 0x0202,
+    RButtonDown = 0x0204,
+    RButtonUp = 0x0205,
     NcMouseMove = 0x00A0,
-    MouseWheel = 0x020A,  ///< wParam: signed wheel delta
+    MouseWheel = 0x020A,     ///< wParam: signed wheel delta
+    CaptureChanged = 0x0215, ///< the window has lost the capture
     MdiActivate = 0x0222, ///< wParam: 1 when the receiver becomes the active frame, 0 when it stops being it
     DropFiles = 0x0233,   ///< strText: a path; one message for each file
-    CopyData = 0x004A,    ///< wParam: data id; strText: the text handed over by another process
-    App = 0x8000,         ///< first private message; App + n is written AppMessage(n)
+    MouseLeave = 0x02A3,  ///< the pointer has left the client area
+    PenPacket = 0x7FF0,   ///< packets wait at the pen
+    PenProximity =
+        0x7FF5,        ///< wParam: 1 when the pen comes near, 0 when it goes; lParam: 2 for its eraser end
+    CopyData = 0x004A, ///< wParam: data id; strText: the text handed over by another process
+    App = 0x8000,      ///< first private message; App + n is written AppMessage(n)
 };
+
+/// Bits of a pointer message's wParam.
+constexpr int64_t MOUSE_LEFT = 0x01;
+constexpr int64_t MOUSE_RIGHT = 0x02;
+constexpr int64_t MOUSE_SHIFT = 0x04;
+constexpr int64_t MOUSE_CONTROL = 0x08;
+
+/// A client position in a message's lParam.
+constexpr int64_t PackPoint(int32_t x, int32_t y) {
+    return static_cast<int64_t>(static_cast<uint64_t>(static_cast<uint32_t>(y)) << 32 |
+                                static_cast<uint32_t>(x));
+}
+constexpr int32_t PackedX(int64_t lParam) { return static_cast<int32_t>(lParam & 0xFFFFFFFF); }
+constexpr int32_t PackedY(int64_t lParam) { return static_cast<int32_t>(lParam >> 32); }
 
 /// The private message number n (1 to 0x3FFF).
 constexpr EMessage AppMessage(uint32_t n) { return static_cast<EMessage>(0x8000u + n); }

@@ -14,6 +14,7 @@ class IImageCodecs;
 class IClock;
 class IKeyState;
 class IClipboard;
+class IPen;
 class ISnapshotStore;
 
 struct TPlatform {
@@ -30,4 +31,5 @@ struct TPlatform {
     IKeyState& keys;
     IClipboard& clipboard;
     ISnapshotStore& snapshots;
+    IPen& pen;
 };

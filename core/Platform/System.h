@@ -17,7 +17,10 @@ enum EVirtualKey : int {
     VK_Shift = 0x10,
     VK_Control = 0x11,
     VK_Alt = 0x12,
+    VK_Escape = 0x1B,
+    VK_Space = 0x20,
     VK_Home = 0x24,
+    VK_Delete = 0x2E,
 };
 
 class IKeyState {

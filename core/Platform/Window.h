@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/Base/Geometry.h"
+#include "core/Platform/Cursor.h"
 #include "core/Platform/Menu.h"
 #include "core/Platform/Message.h"
 
@@ -66,6 +67,17 @@ public:
     virtual void KillTimer(int nId) = 0;
     /// Makes this the active child, which tells both frames by MdiActivate.
     virtual void Activate() = 0;
+    /// Gives the window the keyboard.
+    virtual void SetFocus() = 0;
+    /// While it has the capture, the window gets all pointer events; losing it is told by CaptureChanged.
+    virtual void SetCapture(bool bCapture) = 0;
+    virtual bool HasCapture() const = 0;
+    /// The pointer's shape over the client area.
+    virtual void SetCursor(ECursor cursor) = 0;
+    /// The client area's top-left pixel on the screen, in device pixels.
+    virtual CPoint GetClientOrigin() const = 0;
+    /// True when the window's client area is what lies at a device pixel of the screen.
+    virtual bool IsAt(CPoint ptScreen) const = 0;
 };
 
 /// The main frame: menu, tool bar, zoom box, status line, MDI client.

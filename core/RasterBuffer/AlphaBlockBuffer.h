@@ -25,6 +25,9 @@ public:
     void WriteBitmap(CBitmapSession&) const override {}
     void Clear() override;
     TColor GetPixelColor(CPoint) const override { return 0; }
+    uint8_t GetPixelAlpha(CPoint pt) const override {
+        return static_cast<uint8_t>(GetAlpha()[Offset(pt)] >> (8 * (sizeof(T) - 1)));
+    }
     void Fill(TColor, uint8_t) override {}
     /// An empty chunk.
     CSerializer Serialize() const override { return {}; }

@@ -29,6 +29,7 @@ public:
     void WriteWire(uint8_t* pTo) const override;
     void ExtractTo(CRasterBlockBuffer& dest, CPoint ptDest, bool bCut,
                    const CRasterBlockBuffer* pMask) override;
+    uint8_t GetPixelAlpha(CPoint pt) const override { return GetAlpha()[Offset(pt)]; }
     void RestoreAlpha(const CRasterBlockBuffer& src) override;
     void PasteFrom(const CRasterBlockBuffer& src, CPoint ptSrc) override;
 

@@ -53,6 +53,8 @@ public:
     virtual void Clear() = 0;
     /// The colour of one pixel, unchecked; a grey tile answers its level in all three bytes.
     virtual TColor GetPixelColor(CPoint pt) const = 0;
+    /// The alpha of one pixel, unchecked; of a 16-bit coverage tile its upper byte.
+    virtual uint8_t GetPixelAlpha(CPoint pt) const = 0;
     /// Sets every pixel of a colour tile; a grey tile is left alone.
     virtual void Fill(TColor color, uint8_t uAlpha) = 0;
     /// The tile's chunk, which refers to the tile, so a shared_ptr must own that; copy-on-write keeps the

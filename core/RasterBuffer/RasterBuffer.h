@@ -83,6 +83,8 @@ public:
     CBoolMatrix& GetDirty() { return *m_spDirty; }
     const CBoolMatrix& GetDirty() const { return *m_spDirty; }
     const boost::shared_ptr<CBoolMatrix>& GetDirtyMatrix() const { return m_spDirty; }
+    /// True when there is a tile at pixel `pt`; false beyond the grid too.
+    virtual bool HasBlock(CPoint pt) const = 0;
     /// The flag of the block that holds pixel `pt`; unchecked.
     uint8_t& DirtyAt(CPoint pt) { return m_spDirty->At(pt.x / m_szBlock.cx, pt.y / m_szBlock.cy); }
     /// The tile that holds pixel `pt`, or a zeroed one in its place that the plane does not keep.

@@ -85,6 +85,8 @@ public:
         return spOld;
     }
 
+    bool HasBlock(CPoint pt) const override { return FindBlock(pt) != nullptr; }
+
     void ShareBlock(CPoint pt, const boost::shared_ptr<CRasterBlockBuffer>& spBlock) override {
         const size_t i = IndexOf(pt);
         if (m_grid[i] || spBlock) m_grid.Entry(i) = boost::dynamic_pointer_cast<Block>(spBlock);

@@ -30,7 +30,7 @@ TEST(Script, RefusesALineWithItsNumberAndReason) {
         {"{\"open\":\"\xFF\"}", "no JSON object: byte 10"},
         {R"([1])", "a line is an object with one verb"},
         {R"({"wait":1,"save":"a.vlm"})", "a line is an object with one verb"},
-        {R"({"pen":{"x":1}})", R"(unknown verb "pen")"},
+        {R"({"quill":{"x":1}})", R"(unknown verb "quill")"},
         {R"({"wait":-1})", "wait: must be a whole number from 0 to 3600000"},
         {R"({"wait":1.5})", "wait: must be a whole number from 0 to 3600000"},
         {R"({"wait":18446744073709551615})", "wait: must be a whole number from 0 to 3600000"},

@@ -24,7 +24,7 @@ public:
         const TPlatform& p = session.GetPlatform();
         IWindowFactory* const pOuter = std::exchange(m_pWindows, &p.windows);
         fn({p.queue, *this, p.boxes, p.fileDialogs, p.dialogs, p.files, p.locations, p.modules, p.codecs,
-            p.clock, p.keys, p.clipboard, p.snapshots});
+            p.clock, p.keys, p.clipboard, p.snapshots, p.pen});
         m_pWindows = pOuter;
         EXPECT_FALSE(session.GetWindows().GetMain() || session.GetWindows().GetActive());
         EXPECT_FALSE(p.queue.Peek());

@@ -48,9 +48,9 @@ protected:
     std::wstring TextOf(bool bMemory, const std::function<void()>& fnReport) {
         CTestPlatform outside;
         outside.Run([&](const TPlatform& p) {
-            const TPlatform platform{p.queue, p.windows,   m_boxes,    p.fileDialogs, p.dialogs,
-                                     p.files, p.locations, p.modules,  p.codecs,      p.clock,
-                                     p.keys,  p.clipboard, p.snapshots};
+            const TPlatform platform{p.queue, p.windows,   m_boxes,     p.fileDialogs, p.dialogs,
+                                     p.files, p.locations, p.modules,   p.codecs,      p.clock,
+                                     p.keys,  p.clipboard, p.snapshots, p.pen};
             g_AppModule.SetPlatform(&platform);
             g_bNoMemory = !bMemory;
             fnReport();

@@ -1,8 +1,10 @@
 // What a tree looks like, whichever way it is composed.
 #include "core/CanvasBuffer/CanvasHistory.h"
 #include "core/LayerBuffer/LayerMerge.h"
+#include "core/Platform/System.h"
 #include "core/RasterBuffer/ColorRasterBuffer.h"
 #include "core/RasterKernel/ResolveKernel.h"
+#include "core/RasterStroke/RasterBrushStroke.h"
 #include "tests/support/LayerPictures.h"
 
 #include <gtest/gtest.h>
@@ -162,36 +164,68 @@ TEST(VectorLayer, PaintsItsCoverageInItsColourOnlyWhereItChanged) {
     EXPECT_EQ(spLayer->GetLayerColor(), 0xFFFFFFu);
 }
 
-TEST(StrokeInProgress, ShowsInsideTheSelectionAndUnderTheMask) {
+namespace {
+
+struct CStoppedClock : IClock {
+    uint32_t GetTickCount() override { return 0; }
+};
+
+// A level line of full pressure, from canvas pixel `x0` to `x1` at height `y`.
+boost::shared_ptr<CRasterStroke> MakeLine(CSize sz, int x0, int x1, int y, bool bErase = false) {
+    static CStoppedClock clock;
+    static CStrokeRandom random;
+    TBrushParam param;
+    param.BrushRadius = 20;
+    const auto spStroke = boost::make_shared<CRasterBrushStroke>(
+        TStrokeSetup{sz, 0x0000FF, bErase, true, L"ブラシ", param, clock, random});
+    for (int x = x0; x <= x1; x += 4) spStroke->AddCtlPoint({x * 8, y * 8}, 1024, 90);
+    return spStroke;
+}
+
+} // namespace
+
+TEST(StrokeInProgress, ShowsInsideTheSelectionAndIsMergedAsItWasShown) {
     const auto spCanvas = CreateCanvas(SIZE);
     const auto spLayer = CreateRasterLayer(spCanvas);
     spCanvas->GetRoot().AddLayer(spLayer, -1, false);
-    CDoubleAlphaBuffer stroke;
-    stroke.Create(SIZE, DEFAULT_BLOCKSIZE);
-    stroke.SetColor(0x0000FF);
     const auto alpha = [&](CPoint pt) {
         spCanvas->ComposeAll();
         const auto spTile = spCanvas->GetComposite().GetBlockOrBlank(pt);
-        const CPoint ptIn = pt - spTile->GetPosition();
-        return int{static_cast<CColorRasterBlockBuffer&>(*spTile).GetAlpha()[ptIn.y * 96 + ptIn.x]};
+        return int{spTile->GetPixelAlpha(pt - spTile->GetPosition())};
     };
-    EXPECT_EQ(alpha({0, 0}), 0);
-    spLayer->SetStroke(&stroke);
-    const auto spTile = boost::static_pointer_cast<CAlphaBlock16>(stroke.CreateBlock({192, 0}));
-    std::fill_n(spTile->GetAlpha(), 192 * 192, uint16_t{0xFFFF});
-    stroke.SetBlock({192, 0}, spTile);
-    EXPECT_EQ(alpha({96, 0}), 255);
-    EXPECT_EQ(alpha({95, 1}), 63); // the window reaches into the next block, which alone has changed
+    spLayer->SetStroke(MakeLine(SIZE, 20, 160, 50));
+    spCanvas->Update();
+    EXPECT_EQ(alpha({100, 50}), 255);
     const auto spSelect = boost::make_shared<CSelectBuffer>(SIZE);
-    *spSelect->GetMask().GetBlock({96, 0}, true)->GetPixelPtr({4, 0}) = 128;
+    *spSelect->GetMask().GetBlock({96, 0}, true)->GetPixelPtr({4, 50}) = 128;
     spCanvas->SetSelect(spSelect);
     spLayer->MarkAllDirty();
-    EXPECT_EQ(alpha({100, 0}), 128);
-    EXPECT_EQ(alpha({96, 0}), 0);
-    EXPECT_EQ(alpha({95, 1}), 0); // no mask tile: nothing selected
-    spLayer->SetStroke(nullptr);
-    spLayer->MarkAllDirty();
-    EXPECT_EQ(alpha({100, 0}), 0);
+    EXPECT_EQ(alpha({100, 50}), 128);
+    EXPECT_EQ(alpha({101, 50}), 0);
+    EXPECT_EQ(alpha({50, 50}), 0); // no mask tile: nothing selected
+    spLayer->SetStroke({});        // taken away without a trace
+    EXPECT_EQ(alpha({100, 50}), 0);
+    EXPECT_FALSE(spCanvas->GetHistory().CanUndo());
+    // Two strokes wait in line and are merged in their order, one step each.
+    spCanvas->SetSelect({});
+    for (const bool bErase : {false, true}) {
+        const auto spStroke = MakeLine(SIZE, bErase ? 100 : 20, 160, 50, bErase);
+        spLayer->SetStroke(spStroke);
+        spStroke->AddCtlPoint({0, 0}, FINAL_PRESSURE, 90);
+        spLayer->QueueStroke();
+    }
+    EXPECT_TRUE(spCanvas->HasPendingWork());
+    spCanvas->CompleteWork();
+    const std::vector<uint8_t> vDone = PixelsOf(*spCanvas->Flatten());
+    EXPECT_EQ(alpha({60, 50}), 255);
+    EXPECT_EQ(alpha({130, 50}), 0);
+    EXPECT_EQ(spCanvas->GetHistory().GetUndoList().size(), 2u);
+    spCanvas->GetHistory().Undo();
+    EXPECT_EQ(alpha({130, 50}), 255);
+    spCanvas->GetHistory().Undo();
+    EXPECT_EQ(alpha({60, 50}), 0);
+    while (spCanvas->GetHistory().CanRedo()) spCanvas->GetHistory().Redo();
+    EXPECT_EQ(PixelsOf(*spCanvas->Flatten()), vDone);
 }
 
 TEST(LayerMove, GoesBetweenParentsAndBack) {

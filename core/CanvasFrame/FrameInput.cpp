@@ -1,0 +1,248 @@
+#include "core/CanvasFrame/FrameInput.h"
+
+#include "core/AppModule/AppModule.h"
+#include "core/AppModule/CommandIds.h"
+#include "core/AppModule/PrivateMessages.h"
+#include "core/IniConfig/GlobalSwitches.h"
+#include "core/IniConfig/IniConfig.h"
+#include "core/Platform/System.h"
+
+#include <array>
+
+namespace {
+
+constexpr uint32_t FULL_PRESSURE = 1024;
+constexpr uint32_t UPRIGHT = 90;
+constexpr int32_t HALF_PIXEL = 4;
+constexpr int32_t COARSE = 96; ///< zoom times scale below which a position means a pixel's centre
+
+bool IsKeyDown(int nKey) { return g_AppModule.GetPlatform().keys.IsKeyDown(nKey); }
+
+bool IsDrawing(const boost::shared_ptr<CTools>& spTool) { return spTool && spTool->GetState() != STATE_IDLE; }
+
+} // namespace
+
+void CFrameInput::Open() {
+    IPen& pen = g_AppModule.GetPlatform().pen;
+    if (!pen.IsPresent()) return;
+    const bool bMouseCoord = g_AppModule.GetSettings().GetSection(L"Tablet")->GetInt(L"MouseCoord", 1) != 0;
+    m_pTablet = std::make_unique<CTablet>(pen, bMouseCoord);
+}
+
+std::optional<bool> CFrameInput::OnMessage(const TMessage& msg) {
+    switch (msg.id) {
+    case EMessage::MouseMove:
+    case EMessage::LButtonDown:
+    case EMessage::LButtonUp:
+    case EMessage::RButtonDown:
+    case EMessage::RButtonUp:
+        OnMouse(msg);
+        return true;
+    case EMessage::PenPacket:
+        OnPackets();
+        return true;
+    case EMessage::PenProximity:
+        OnProximity(msg.wParam != 0, msg.lParam == 2);
+        return true;
+    case EMessage::MouseLeave:
+        OnMouseLeave();
+        return true;
+    case EMessage::CaptureChanged:
+        OnCaptureChanged();
+        return true;
+    case EMessage::KeyDown:
+    case EMessage::SysKeyDown:
+        return OnKey(msg, true);
+    case EMessage::KeyUp:
+    case EMessage::SysKeyUp:
+        return OnKey(msg, false);
+    default:
+        return std::nullopt;
+    }
+}
+
+void CFrameInput::OnMouse(const TMessage& msg) {
+    OnPointer({.message = msg.id,
+               .nKeys = msg.wParam,
+               .pt = {PackedX(msg.lParam), PackedY(msg.lParam)},
+               .uPress = msg.wParam & MOUSE_LEFT ? 1u : 0u});
+}
+
+void CFrameInput::OnPackets() {
+    const auto spTool = g_wpActiveTool.lock();
+    if (!m_pTablet || !m_frame.IsActive() || (spTool && spTool->GetState() == STATE_MOUSE) ||
+        (m_bScrolling && !m_bScrollByTablet))
+        return;
+    const int64_t nKeys =
+        (IsKeyDown(VK_Control) ? MOUSE_CONTROL : 0) | (IsKeyDown(VK_Shift) ? MOUSE_SHIFT : 0);
+    std::array<TPenPacket, IPen::QUEUE_SIZE> aPackets;
+    const size_t nPackets = m_pTablet->Read(aPackets.data());
+    bool bTaken = true;
+    for (size_t n = 0; n < nPackets; ++n) {
+        ICanvasWindow& window = m_frame.GetInputWindow();
+        const auto event = m_pTablet->Decode(aPackets[n], window, window.HasCapture());
+        bTaken = event.has_value();
+        if (event)
+            OnPointer({.message = event->message,
+                       .nKeys = nKeys,
+                       .pt = event->pt,
+                       .nScale = m_pTablet->GetCoordScale(),
+                       .uPress = event->uPressure,
+                       .uPressMax = m_pTablet->GetPressRange(),
+                       .uTilt = event->uAltitude,
+                       .uTiltMax = m_pTablet->GetAltitudeMax(),
+                       .bTablet = true,
+                       .bLowPress = event->bLow});
+    }
+    // The pen has left the window: others may have its packets until the pointer is back.
+    if (!bTaken) m_pTablet->Enable(false);
+}
+
+void CFrameInput::OnProximity(bool bEnter, bool bEraser) {
+    const auto spTool = g_wpActiveTool.lock();
+    if (!m_pTablet || !m_frame.IsActive() || !spTool || spTool->GetState() == STATE_MOUSE) return;
+    if (bEnter ? spTool->OnProximityEnter() : spTool->OnProximityLeave()) m_frame.RequestRedraw();
+    // The pen's other end is the eraser for as long as it is near.
+    PostToMainFrame(WM_PEN_END, bEnter && bEraser);
+}
+
+void CFrameInput::OnPointer(const TPointerInput& input) {
+    if (!m_frame.IsActive()) return;
+    ICanvasWindow& window = m_frame.GetInputWindow();
+    window.SetFocus();
+    m_ptPointer = {input.pt.x / input.nScale, input.pt.y / input.nScale};
+    if (input.message == EMessage::MouseMove && m_pTablet) m_pTablet->Enable(true);
+    const auto spTool = g_wpActiveTool.lock();
+    if (m_bScrolling || m_bSpaceDown)
+        DragHand(input);
+    else if (spTool)
+        GiveToTool(*spTool, input);
+    window.SetCapture(IsDrawing(spTool) || m_bScrolling);
+    UpdateCursor();
+}
+
+void CFrameInput::GiveToTool(CTools& tool, const TPointerInput& input) {
+    if (tool.GetState() == (input.bTablet ? STATE_MOUSE : STATE_TABLET)) return;
+    CPoint pt = m_frame.GetInputView().ToCanvas8(input.pt, input.nScale);
+    if (m_frame.GetInputView().GetState().uZoom * input.nScale < COARSE)
+        pt = pt + CPoint{HALF_PIXEL, HALF_PIXEL};
+    const uint32_t flags = (input.nKeys & MOUSE_CONTROL ? POINTER_CONTROL : 0u) |
+                           (input.nKeys & MOUSE_SHIFT ? POINTER_SHIFT : 0u) |
+                           (IsKeyDown(VK_Alt) ? POINTER_ALT : 0u) | (input.bTablet ? POINTER_TABLET : 0u) |
+                           (input.bLowPress ? POINTER_LOW : 0u);
+    const auto scaled = [](uint32_t u, uint32_t uTo, uint32_t uMax) {
+        return static_cast<uint32_t>(uint64_t{u} * uTo / uMax);
+    };
+    Dispatch(tool, input.message, pt, scaled(input.uPress, FULL_PRESSURE, input.uPressMax),
+             scaled(input.uTilt, UPRIGHT, input.uTiltMax), flags);
+}
+
+void CFrameInput::Dispatch(CTools& tool, EMessage message, CPoint pt, uint32_t pressure, uint32_t altitude,
+                           uint32_t flags) {
+    const bool bCancel = message == EMessage::RButtonDown && tool.GetState() != STATE_IDLE;
+    const bool bRedraw =
+        bCancel ? tool.Cancel() : tool.Dispatch(message, pt.x, pt.y, pressure, altitude, flags);
+    if (m_frame.GetCanvas()->Update() || bRedraw) m_frame.RequestRedraw();
+    InvalidateOverlay();
+}
+
+CPoint CFrameInput::HandPosition(const TPointerInput& input) const {
+    const auto step = [&](int32_t n) {
+        n /= input.nScale;
+        return g_Switches.m_bFastScroll ? n * 3 / 2 : n;
+    };
+    return {step(input.pt.x), step(input.pt.y)};
+}
+
+void CFrameInput::DragHand(const TPointerInput& input) {
+    if (!m_bScrolling) {
+        if (input.message != EMessage::LButtonDown) return;
+        m_bScrolling = true;
+        m_bScrollByTablet = input.bTablet;
+        m_ptAnchor = HandPosition(input) + m_frame.GetInputView().GetScroll();
+        return;
+    }
+    if (input.bTablet != m_bScrollByTablet) return;
+    if (input.message == EMessage::MouseMove) m_frame.ScrollTo(m_ptAnchor - HandPosition(input));
+    if (input.message == EMessage::LButtonUp) m_bScrolling = false;
+}
+
+bool CFrameInput::OnKey(const TMessage& msg, bool bDown) {
+    if (bDown && msg.lParam == 1) return false; // a held key repeats
+    const int nKey = static_cast<int>(msg.wParam);
+    const auto spTool = g_wpActiveTool.lock();
+    bool bHandled = false;
+    if (nKey == VK_Space) {
+        bHandled = m_frame.IsActive() && !IsDrawing(spTool);
+        if (bDown ? bHandled : true) m_bSpaceDown = bDown;
+    } else if (nKey == VK_Escape) {
+        if (bDown && IsDrawing(spTool)) CancelStroke(), bHandled = true;
+    } else if (spTool && spTool->IsEnabled()) {
+        bHandled = spTool->ChangeKey(nKey, bDown);
+        if (bHandled) m_frame.RequestRedraw();
+        InvalidateOverlay();
+    }
+    UpdateCursor();
+    return bHandled;
+}
+
+void CFrameInput::OnMouseLeave() {
+    const auto spTool = g_wpActiveTool.lock();
+    if (!m_frame.IsActive() || m_bSpaceDown || m_bScrolling || !spTool) return;
+    if (spTool->OnMouseLeave()) m_frame.RequestRedraw();
+    InvalidateOverlay();
+}
+
+void CFrameInput::OnCaptureChanged() {
+    if (!m_bScrolling) CancelStroke();
+    m_bScrolling = false;
+    UpdateCursor();
+}
+
+void CFrameInput::OnActivate() {
+    CancelStroke();
+    m_bScrolling = m_bSpaceDown = false;
+    UpdateCursor();
+}
+
+void CFrameInput::CancelStroke() {
+    const auto spTool = g_wpActiveTool.lock();
+    if (IsDrawing(spTool) && spTool->Cancel()) m_frame.RequestRedraw();
+    InvalidateOverlay();
+}
+
+TOverlayMapper CFrameInput::GetMapper() const {
+    return [pView = &m_frame.GetInputView()](CPoint pt) { return pView->ToWindow8(pt); };
+}
+
+CRect CFrameInput::GetOverlayRect() const {
+    const auto spTool = g_wpActiveTool.lock();
+    return spTool && m_frame.IsActive() ? spTool->GetOverlayRect(GetMapper()) : CRect();
+}
+
+void CFrameInput::InvalidateOverlay() {
+    const CRect rcClient({0, 0}, m_frame.GetInputWindow().GetClientSize());
+    for (const CRect& rc : {m_rcOverlayPrev, GetOverlayRect()})
+        if (!rc.Intersect(rcClient).IsEmpty()) m_frame.GetInputWindow().Invalidate(rc.Intersect(rcClient));
+}
+
+void CFrameInput::DrawOverlay(CGDIBuffer& target, const CRect& rcClip) {
+    const auto spTool = g_wpActiveTool.lock();
+    m_rcOverlayPrev = GetOverlayRect();
+    if (m_rcOverlayPrev.IsEmpty()) return;
+    COverlay overlay(target, rcClip);
+    spTool->DrawOverlay(overlay, GetMapper());
+}
+
+void CFrameInput::UpdateCursor() {
+    const auto spTool = g_wpActiveTool.lock();
+    ECursor cursor = ECursor::Arrow;
+    if (m_bScrolling)
+        cursor = ECursor::HandGrip;
+    else if (m_bSpaceDown)
+        cursor = ECursor::Hand;
+    else if (spTool)
+        cursor = spTool->IsEnabled() ? spTool->GetCursor(m_frame.GetInputView().ToCanvas8(m_ptPointer))
+                                     : ECursor::Forbidden;
+    m_frame.GetInputWindow().SetCursor(cursor);
+}

@@ -1,0 +1,57 @@
+#include "core/CanvasFrame/Tablet.h"
+
+#include "core/Platform/Window.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace {
+
+constexpr uint32_t THRESHOLD_PERCENT = 2;
+
+// The screen pixel of a position; rounds down also left of the primary screen.
+int32_t PixelOf(int32_t n, int32_t nScale) { return n >= 0 ? n / nScale : -((-n + nScale - 1) / nScale); }
+
+EMessage MessageOf(uint32_t uButtons) {
+    const uint32_t uButton = uButtons & 0xFFFF;
+    const uint32_t uState = uButtons >> 16;
+    if (uButton == 0 && uState == 2) return EMessage::LButtonDown;
+    if (uButton == 0 && uState == 1) return EMessage::LButtonUp;
+    if (uButton == 1 && uState == 2) return EMessage::RButtonDown;
+    if (uButton == 1 && uState == 1) return EMessage::RButtonUp;
+    return EMessage::MouseMove;
+}
+
+} // namespace
+
+CTablet::CTablet(IPen& pen, bool bMouseCoord)
+    : m_pen(pen), m_axisPressure(pen.GetPressureAxis()), m_bMouseCoord(bMouseCoord) {
+    const uint32_t uRange = static_cast<uint32_t>(m_axisPressure.nMax - m_axisPressure.nMin);
+    m_nPressThreshold = uRange * THRESHOLD_PERCENT / 100;
+    m_nPressRange = std::max(1u, uRange - m_nPressThreshold);
+    m_nAltitudeMax = static_cast<uint32_t>(std::max(1, pen.GetAltitudeAxis().nMax));
+    m_nUnits = std::max(1, pen.GetUnitsPerPixel());
+    if (!bMouseCoord) m_nCoordScale = m_nUnits;
+}
+
+void CTablet::Enable(bool bEnable) {
+    if (m_bEnabled != bEnable) m_pen.Enable(bEnable);
+    m_bEnabled = bEnable;
+}
+
+std::optional<TPenEvent> CTablet::Decode(const TPenPacket& packet, const ICanvasWindow& window,
+                                         bool bCaptured) {
+    // The system cursor follows the pen: its pixel is where it was for this packet.
+    const CPoint ptPixel{PixelOf(packet.x, m_nUnits), PixelOf(packet.y, m_nUnits)};
+    const CPoint pt = m_bMouseCoord ? ptPixel : CPoint{packet.x, packet.y};
+    if (!bCaptured && !window.IsAt(ptPixel)) return std::nullopt;
+    const CPoint ptOrigin = window.GetClientOrigin();
+    const uint32_t p = packet.uPressure - static_cast<uint32_t>(m_axisPressure.nMin);
+    TPenEvent event;
+    event.message = MessageOf(packet.uButtons);
+    event.pt = {pt.x - ptOrigin.x * m_nCoordScale, pt.y - ptOrigin.y * m_nCoordScale};
+    event.bLow = p != 0 && p <= m_nPressThreshold;
+    event.uPressure = p > m_nPressThreshold ? p - m_nPressThreshold : 0;
+    event.uAltitude = static_cast<uint32_t>(std::abs(packet.nAltitude));
+    return event;
+}

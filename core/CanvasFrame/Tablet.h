@@ -1,0 +1,49 @@
+// From pen packets to pointer events in window units.
+#pragma once
+
+#include "core/Platform/Message.h"
+#include "core/Platform/Pen.h"
+
+#include <optional>
+
+class ICanvasWindow;
+
+/// A decoded packet.
+struct TPenEvent {
+    EMessage message = EMessage::MouseMove;
+    CPoint pt;              ///< client position in 1 / scale of a pixel
+    uint32_t uPressure = 0; ///< above the threshold, 0 to the range
+    uint32_t uAltitude = 0;
+    bool bLow = false; ///< the pen touches, but below the threshold
+};
+
+/// One frame's hold on the tablet.
+class CTablet {
+public:
+    /// `bMouseCoord`: positions count in whole pixels, as the system cursor's do.
+    CTablet(IPen& pen, bool bMouseCoord);
+
+    /// The event of a packet; nothing when the packet belongs to another window. `bCaptured` takes all.
+    std::optional<TPenEvent> Decode(const TPenPacket& packet, const ICanvasWindow& window, bool bCaptured);
+    /// Reads all waiting packets, at most IPen::QUEUE_SIZE; returns how many.
+    size_t Read(TPenPacket* pPackets) { return m_pen.GetPackets(pPackets, IPen::QUEUE_SIZE); }
+    /// Switches the packets on or off if they are not so already.
+    void Enable(bool bEnable);
+
+    /// Units of a position to a pixel.
+    int32_t GetCoordScale() const { return m_nCoordScale; }
+    /// Pressure above the threshold of 2 percent, and the altitude's maximum.
+    uint32_t GetPressRange() const { return m_nPressRange; }
+    uint32_t GetAltitudeMax() const { return m_nAltitudeMax; }
+
+private:
+    IPen& m_pen;
+    TPenAxis m_axisPressure;
+    int32_t m_nUnits = 1; ///< of a packet's position to a pixel
+    int32_t m_nCoordScale = 1;
+    uint32_t m_nPressThreshold = 0;
+    uint32_t m_nPressRange = 1;
+    uint32_t m_nAltitudeMax = 1;
+    bool m_bEnabled = true;
+    bool m_bMouseCoord;
+};

@@ -1,0 +1,39 @@
+#include "core/RasterBrush/FreehandTools.h"
+
+#include "core/RasterStroke/RasterBrushStroke.h"
+
+#include <boost/make_shared.hpp>
+
+#include <utility>
+
+bool CRasterBrush::OnKeyDown(int nKey) {
+    if (nKey != 'X') return CRasterBrushImpl::OnKeyDown(nKey);
+    std::swap(m_freehand.m_clrBrush, m_freehand.m_clrBack);
+    GetOutside().fnNotify(EToolNotice::ColorChanged);
+    return false;
+}
+
+boost::shared_ptr<CRasterStroke> CRasterBrush::CreateStroke(const CCanvasBuffer& canvas) {
+    TStrokeSetup setup = MakeSetup(canvas);
+    setup.bDouble = WantsDoublePlane();
+    return boost::make_shared<CRasterBrushStroke>(setup);
+}
+
+boost::shared_ptr<CRasterStroke> CRasterEraser::CreateStroke(const CCanvasBuffer& canvas) {
+    TStrokeSetup setup = MakeSetup(canvas);
+    setup.color = 0;
+    setup.bErase = true;
+    setup.bDouble = WantsDoublePlane();
+    return boost::make_shared<CRasterBrushStroke>(setup);
+}
+
+boost::shared_ptr<CTools> CreateFreehandTool(int nId, const TToolOutside& outside) {
+    switch (nId) {
+    case TOOL_BRUSH:
+        return boost::make_shared<CRasterBrush>(outside);
+    case TOOL_ERASER:
+        return boost::make_shared<CRasterEraser>(outside);
+    default:
+        return {};
+    }
+}

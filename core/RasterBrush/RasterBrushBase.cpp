@@ -1,0 +1,199 @@
+#include "core/RasterBrush/RasterBrushBase.h"
+
+#include "core/Base/Failure.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr size_t MAX_HISTORY = 30;
+constexpr uint32_t UPRIGHT = 90;
+constexpr uint64_t SCREEN_PIXEL = 384 * 384; ///< (8 units times 48 of the zoom) squared
+constexpr uint64_t CANVAS_PIXEL = 64;
+
+// Smoothing window plus what pins the curve's start.
+int WindowOf(const TBrushParam& param) { return param.CurveStrength + 2; }
+
+} // namespace
+
+bool CRasterBrushBase::IsFarEnough(CPoint pt) const {
+    if (!m_bHasLast) return true;
+    const int64_t dx = int64_t{pt.x} - m_ptLast.x;
+    const int64_t dy = int64_t{pt.y} - m_ptLast.y;
+    uint64_t uDistance = static_cast<uint64_t>(dx * dx + dy * dy);
+    uint64_t uThreshold = CANVAS_PIXEL;
+    if (!m_freehand.m_bSlowScale) {
+        const auto spView = g_wpActiveView.lock();
+        const uint64_t uZoom = spView ? spView->GetZoom() : 0;
+        if (uZoom == 0) return false;
+        uDistance *= uZoom * uZoom;
+        uThreshold = SCREEN_PIXEL;
+    }
+    if (m_freehand.m_uSlowSmooth) uThreshold *= uint64_t{m_freehand.m_uSlowSmooth} * m_freehand.m_uSlowSmooth;
+    return uDistance > uThreshold;
+}
+
+bool CRasterBrushBase::ChangesContact(uint32_t pressure) const {
+    const bool bTouched = !m_lstHistory.empty() && m_lstHistory.back().pressure != 0;
+    return bTouched != (pressure != 0);
+}
+
+bool CRasterBrushBase::OnMouseMove(int32_t x, int32_t y, uint32_t pressure, uint32_t altitude,
+                                   uint32_t flags) {
+    const CPoint pt{x, y};
+    const bool bTablet = flags & POINTER_TABLET;
+    const uint32_t p = m_bPick ? 0 : pressure;
+    m_ptCursor = pt;
+    m_bCursorValid = true;
+    const bool bTap = bTablet && m_bTapDot && ChangesContact(p);
+    if (!bTap && !IsFarEnough(pt)) return false;
+    m_ptLast = pt;
+    m_bHasLast = true;
+    if (!bTablet) {
+        if (m_state != STATE_MOUSE || !m_spStroke) return false;
+        m_spStroke->AddCtlPoint(pt, FULL_PRESSURE, UPRIGHT);
+        return true;
+    }
+    if (m_state == STATE_IDLE && p != 0) BeginTabletStroke(p, altitude);
+    m_lstHistory.push_back({pt, p, (flags & POINTER_LOW) != 0});
+    while (m_lstHistory.size() > MAX_HISTORY) m_lstHistory.pop_front();
+    if (m_state != STATE_TABLET || !m_spStroke) return false;
+    for (int n = TakeRepeat(); n > 0; --n) m_spStroke->AddCtlPoint(pt, p, altitude);
+    if (!IsPenUp()) return true;
+    // What the smoothing window still holds back is flushed out.
+    for (int n = 0; n < 2 * m_param.CurveStrength; ++n) m_spStroke->AddCtlPoint(pt, 0, altitude);
+    CommitStroke();
+    SetState(STATE_IDLE);
+    return true;
+}
+
+// The pen's way above the tablet becomes the tapered entry of the line. Where there is too little of it the
+// first points count several times until the smoothing window is full.
+void CRasterBrushBase::BeginTabletStroke(uint32_t pressure, uint32_t altitude) {
+    const int nWindow = WindowOf(m_param);
+    const size_t nWanted = static_cast<size_t>(nWindow) * m_freehand.m_uStrokeIn / 2;
+    const size_t n = std::min(nWanted, m_lstHistory.size());
+    const std::vector<TSample> vEntry(m_lstHistory.end() - static_cast<ptrdiff_t>(n), m_lstHistory.end());
+    m_lstRepeat.clear();
+    const int nFirst = n == 0 ? nWindow : nWindow + 1 - static_cast<int>(n);
+    if (n < static_cast<size_t>(nWindow))
+        for (int r = nFirst; r >= 1; --r) m_lstRepeat.push_back(r);
+    SetState(STATE_TABLET);
+    BeginStroke();
+    for (uint32_t k = 0; k < n; ++k) {
+        const uint32_t p = ((k + 1) * pressure / (static_cast<uint32_t>(n) + 1) + pressure) >> 1;
+        for (int r = TakeRepeat(); r > 0; --r) m_spStroke->AddCtlPoint(vEntry[k].pt, p, altitude);
+    }
+}
+
+int CRasterBrushBase::TakeRepeat() {
+    if (m_lstRepeat.empty()) return 1;
+    const int n = m_lstRepeat.front();
+    m_lstRepeat.pop_front();
+    return n;
+}
+
+bool CRasterBrushBase::IsPenUp() const {
+    const size_t nTest =
+        std::max<size_t>(1, static_cast<size_t>(WindowOf(m_param)) * m_freehand.m_uStrokeOut / 2);
+    const size_t n = std::min(nTest, m_lstHistory.size());
+    return std::all_of(m_lstHistory.end() - static_cast<ptrdiff_t>(n), m_lstHistory.end(),
+                       [](const TSample& sample) { return sample.pressure == 0; });
+}
+
+bool CRasterBrushBase::OnLButtonDown(int32_t x, int32_t y, uint32_t flags) {
+    if (flags & POINTER_CONTROL) return CRasterMove::OnLButtonDown(x, y, flags);
+    if (m_state != STATE_IDLE) return false;
+    if (m_bPick) return PickColor({x / 8, y / 8});
+    if (flags & POINTER_TABLET) return false;
+    SetState(STATE_MOUSE);
+    BeginStroke();
+    for (int n = 0; n < WindowOf(m_param); ++n) m_spStroke->AddCtlPoint({x, y}, FULL_PRESSURE, UPRIGHT);
+    return true;
+}
+
+bool CRasterBrushBase::OnLButtonUp(int32_t, int32_t, uint32_t flags) {
+    if ((flags & POINTER_TABLET) || m_state != STATE_MOUSE) return false;
+    CommitStroke();
+    SetState(STATE_IDLE);
+    return true;
+}
+
+bool CRasterBrushBase::PickColor(CPoint pt) {
+    SetState(STATE_MOUSE);
+    const auto spLayer = GetRasterLayer();
+    SetState(STATE_IDLE);
+    const CSize sz = spLayer ? spLayer->GetSize() : CSize();
+    if (pt.x >= 0 && pt.y >= 0 && pt.x < sz.cx && pt.y < sz.cy) {
+        const auto spTile = spLayer->GetRaster()->GetBlock(pt, false);
+        if (spTile && spTile->GetPixelAlpha(pt - spTile->GetPosition()) != 0)
+            m_freehand.m_clrBrush = spTile->GetPixelColor(pt - spTile->GetPosition());
+    }
+    GetOutside().fnNotify(EToolNotice::ColorChanged);
+    return false;
+}
+
+bool CRasterBrushBase::OnProximityLeave() {
+    if (m_state == STATE_IDLE) m_lstHistory.clear();
+    if (m_state != STATE_TABLET) return false;
+    if (!m_lstHistory.empty()) m_spStroke->AddCtlPoint(m_lstHistory.back().pt, 0, UPRIGHT);
+    CommitStroke();
+    SetState(STATE_IDLE);
+    return true;
+}
+
+bool CRasterBrushBase::OnProximityEnter() {
+    if (m_state == STATE_IDLE) m_lstHistory.clear();
+    return false;
+}
+
+bool CRasterBrushBase::OnMouseLeave() {
+    m_bCursorValid = false;
+    return false;
+}
+
+bool CRasterBrushBase::Cancel() {
+    if (m_state == STATE_IDLE) return false;
+    const bool bLifted =
+        m_state == STATE_TABLET && !m_lstHistory.empty() && m_lstHistory.back().pressure == 0;
+    if (bLifted && m_spStroke) {
+        m_spStroke->AddCtlPoint(m_lstHistory.back().pt, 0, UPRIGHT);
+        CommitStroke();
+    } else {
+        CancelStroke();
+    }
+    SetState(STATE_IDLE);
+    return true;
+}
+
+boost::shared_ptr<CRasterLayerBuffer> CRasterBrushBase::GetStrokeLayer(const wchar_t* pszFailure) const {
+    const auto spLayer = GetRasterLayer();
+    if (!spLayer) throw internal_error(pszFailure);
+    return spLayer;
+}
+
+void CRasterBrushBase::BeginStroke() {
+    try {
+        const auto spLayer = GetStrokeLayer(L"BeginStroke: RasterBuffer not found");
+        m_spStroke = CreateStroke(*GetCanvas());
+        spLayer->SetStroke(m_spStroke);
+    } catch (...) {
+        // The tool is left as it was.
+        m_spStroke.reset();
+        SetState(STATE_IDLE);
+        throw;
+    }
+}
+
+void CRasterBrushBase::CommitStroke() {
+    const auto spLayer = GetStrokeLayer(L"CommitStroke: RasterBuffer not found");
+    if (!m_spStroke) return;
+    m_spStroke->AddCtlPoint({0, 0}, FINAL_PRESSURE, UPRIGHT);
+    spLayer->QueueStroke();
+    m_spStroke.reset();
+}
+
+void CRasterBrushBase::CancelStroke() {
+    if (const auto spLayer = GetRasterLayer()) spLayer->SetStroke({});
+    m_spStroke.reset();
+}

@@ -1,0 +1,77 @@
+#include "core/RasterBrush/RasterBrushImpl.h"
+
+#include "core/IniConfig/GlobalSwitches.h"
+#include "core/IniConfig/IniConfig.h"
+#include "core/Platform/System.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr int32_t SMALLEST_CIRCLE = 4; ///< screen pixels across; smaller ones hide what is drawn
+
+} // namespace
+
+CRasterBrushImpl::CRasterBrushImpl(const TToolOutside& outside, const std::wstring& strSection)
+    : CRasterBrushBase(outside), m_strSection(strSection) {
+    const auto spSection = outside.config.GetSection(L"BrushParam")->GetSection(strSection);
+    m_param = ReadBrushParam(outside.config, strSection);
+    m_freehand.m_uStrokeIn = static_cast<uint32_t>(std::clamp(spSection->GetInt(L"StrokeIn", 1), 0, 2));
+    m_freehand.m_uStrokeOut = static_cast<uint32_t>(std::clamp(spSection->GetInt(L"StrokeOut", 1), 0, 2));
+    m_freehand.m_clrBrush = static_cast<TColor>(spSection->GetInt(L"BrushColor", 0)) & 0xFFFFFF;
+    m_freehand.m_clrBack = static_cast<TColor>(spSection->GetInt(L"BackColor", 0xFFFFFF)) & 0xFFFFFF;
+    m_freehand.m_uSlowSmooth = static_cast<uint32_t>(std::clamp(spSection->GetInt(L"SlowSmooth", 0), 0, 255));
+    m_freehand.m_bSlowScale = spSection->GetInt(L"SlowScale", 0) != 0;
+    m_paramRead = m_param;
+    m_freehandRead = m_freehand;
+    m_bTapDot = outside.config.GetSection(L"Tablet")->GetInt(L"TapDot", 0) != 0;
+}
+
+CRasterBrushImpl::~CRasterBrushImpl() {
+    if (m_param == m_paramRead && m_freehand == m_freehandRead) return;
+    const auto spSection = GetOutside().config.GetSection(L"BrushParam")->GetSection(m_strSection);
+    WriteBrushParam(GetOutside().config, m_strSection, m_param);
+    spSection->SetInt(L"StrokeIn", static_cast<int32_t>(m_freehand.m_uStrokeIn));
+    spSection->SetInt(L"StrokeOut", static_cast<int32_t>(m_freehand.m_uStrokeOut));
+    spSection->SetInt(L"BrushColor", static_cast<int32_t>(m_freehand.m_clrBrush));
+    spSection->SetInt(L"BackColor", static_cast<int32_t>(m_freehand.m_clrBack));
+    spSection->SetInt(L"SlowSmooth", static_cast<int32_t>(m_freehand.m_uSlowSmooth));
+    spSection->SetInt(L"SlowScale", m_freehand.m_bSlowScale);
+}
+
+bool CRasterBrushImpl::OnKeyDown(int nKey) {
+    if (nKey != VK_Alt) return CRasterBrushBase::OnKeyDown(nKey);
+    SetPicking(true);
+    return true;
+}
+
+bool CRasterBrushImpl::OnKeyUp(int nKey) {
+    if (nKey != VK_Alt) return CRasterBrushBase::OnKeyUp(nKey);
+    SetPicking(false);
+    return true;
+}
+
+void CRasterBrushImpl::DrawOverlay(COverlay& overlay, const TOverlayMapper& mapper) const {
+    if (!m_bCursorValid || IsPicking()) return;
+    const int32_t nRadius = static_cast<int32_t>(m_param.BrushRadius) * 4;
+    CRect rc(mapper(m_ptCursor), CSize());
+    for (const CPoint ptReach : {CPoint{nRadius, 0}, {-nRadius, 0}, {0, nRadius}, {0, -nRadius}}) {
+        const CPoint pt = mapper(m_ptCursor + ptReach);
+        rc = {std::min(rc.left, pt.x), std::min(rc.top, pt.y), std::max(rc.right, pt.x),
+              std::max(rc.bottom, pt.y)};
+    }
+    if (rc.Width() >= SMALLEST_CIRCLE && rc.Height() >= SMALLEST_CIRCLE) overlay.InvertEllipse(rc);
+}
+
+TStrokeSetup CRasterBrushImpl::MakeSetup(const CCanvasBuffer& canvas) const {
+    return {.szCanvas = canvas.GetSize(),
+            .color = m_freehand.m_clrBrush,
+            .bErase = false,
+            .bDouble = false,
+            .strName = GetName(),
+            .param = m_param,
+            .clock = GetOutside().clock,
+            .random = GetOutside().random,
+            .nPredict = g_Switches.m_nPredStroke,
+            .pCodecs = &GetOutside().codecs};
+}

@@ -1,0 +1,99 @@
+#include "core/Tools/Tools.h"
+
+#include "core/Base/Failure.h"
+#include "core/Platform/System.h"
+
+boost::weak_ptr<IActiveView> g_wpActiveView;
+boost::weak_ptr<CTools> g_wpActiveTool;
+
+namespace {
+
+constexpr int KEYS = 128; ///< keys that tools hear of
+constexpr uint32_t MOUSE_ECHO_MS = 1000;
+
+} // namespace
+
+CTools::CTools(const TToolOutside& outside) : m_outside(outside) {
+    for (int nKey = 0; nKey < KEYS; ++nKey)
+        if (outside.keys.IsKeyDown(nKey)) m_setKeys.insert(nKey);
+}
+
+bool CTools::OnMouseMove(int32_t x, int32_t y, uint32_t pressure, uint32_t, uint32_t flags) {
+    return OnMouseMove(x, y, pressure, flags);
+}
+
+CRect CTools::GetOverlayRect(const TOverlayMapper& mapper) const {
+    COverlay overlay;
+    DrawOverlay(overlay, mapper);
+    return overlay.GetBounds();
+}
+
+void CTools::SetState(int state) {
+    if (state == STATE_IDLE) {
+        m_state = STATE_IDLE;
+        m_spCanvas.reset();
+        m_spLayer.reset();
+        return;
+    }
+    const auto spView = g_wpActiveView.lock();
+    if (!spView) throw internal_error(L"SetState: there is no active window.");
+    const auto spCanvas = spView->GetCanvas();
+    const TLayerPtr spLayer = spCanvas->GetActiveLayer();
+    if (!spLayer) throw internal_error(L"SetState: there is no active layer.");
+    m_state = state;
+    m_spCanvas = spCanvas;
+    m_spLayer = spLayer;
+}
+
+boost::shared_ptr<CCanvasBuffer> CTools::GetCanvas() const {
+    if (m_spCanvas) return m_spCanvas;
+    const auto spView = g_wpActiveView.lock();
+    return spView ? spView->GetCanvas() : boost::shared_ptr<CCanvasBuffer>();
+}
+
+TLayerPtr CTools::GetLayer() const {
+    if (m_spLayer) return m_spLayer;
+    const auto spCanvas = GetCanvas();
+    return spCanvas ? spCanvas->GetActiveLayer() : TLayerPtr();
+}
+
+bool CTools::ChangeKey(int nKey, bool bDown) {
+    const bool bChanged = bDown ? m_setKeys.insert(nKey).second : m_setKeys.erase(nKey) > 0;
+    if (!bChanged || !IsEnabled()) return false;
+    return bDown ? OnKeyDown(nKey) : OnKeyUp(nKey);
+}
+
+bool CTools::SynthesizeKeys() {
+    bool bRedraw = false;
+    for (int nKey = 0; nKey < KEYS; ++nKey) bRedraw |= ChangeKey(nKey, m_outside.keys.IsKeyDown(nKey));
+    return bRedraw;
+}
+
+bool CTools::Dispatch(EMessage message, int32_t x, int32_t y, uint32_t pressure, uint32_t altitude,
+                      uint32_t flags) {
+    if (!IsEnabled()) return false;
+    const bool bTablet = flags & POINTER_TABLET;
+    if (m_state == (bTablet ? STATE_MOUSE : STATE_TABLET)) return false;
+    const uint32_t uNow = m_outside.clock.GetTickCount();
+    if (bTablet) {
+        m_uLastPenTick = uNow;
+        m_bPenSeen = true;
+    } else if (m_bPenSeen && uNow - m_uLastPenTick < MOUSE_ECHO_MS) {
+        return false;
+    }
+    bool bRedraw = SynthesizeKeys();
+    switch (message) {
+    case EMessage::MouseMove:
+        return OnMouseMove(x, y, pressure, altitude, flags) || bRedraw;
+    case EMessage::LButtonDown:
+        return OnLButtonDown(x, y, flags) || bRedraw;
+    case EMessage::LButtonUp:
+        return OnLButtonUp(x, y, flags) || bRedraw;
+    case EMessage::RButtonDown:
+        return OnRButtonDown(x, y, flags) || bRedraw;
+    case EMessage::RButtonUp:
+        return OnRButtonUp(x, y, flags) || bRedraw;
+    default:
+        return bRedraw;
+    }
+}

@@ -1,0 +1,117 @@
+// The base of every canvas tool: what the view tells it, and the filter before it.
+#pragma once
+
+#include "core/LayerBuffer/LayerBuffer.h"
+#include "core/Platform/Cursor.h"
+#include "core/Platform/Message.h"
+#include "core/Tools/ActiveView.h"
+#include "core/Tools/Overlay.h"
+#include "core/Tools/ToolOutside.h"
+
+#include <boost/enable_shared_from_this.hpp>
+#include <boost/noncopyable.hpp>
+
+#include <set>
+#include <string>
+
+/// Flags of a pointer event.
+enum EPointerFlag : uint32_t {
+    POINTER_CONTROL = 0x01,
+    POINTER_SHIFT = 0x02,
+    POINTER_ALT = 0x04,
+    POINTER_TABLET = 0x10, ///< the event came from the tablet
+    POINTER_LOW = 0x20,    ///< the pen touches below the pressure threshold
+};
+
+/// The tools' numbers.
+enum EToolId : int {
+    TOOL_BRUSH = 2,
+    TOOL_ERASER = 3,
+    TOOL_PENCIL = 8,
+};
+
+/// States that tools share: 0 is idle; what others mean is up to the tool family.
+enum EToolState : int {
+    STATE_IDLE = 0,
+    STATE_MOUSE = 1,  ///< an operation of the mouse
+    STATE_TABLET = 2, ///< an operation of the pen
+};
+
+/// A tool. Positions are canvas positions in eighths of a pixel, pressure 0 to 1024, altitude 0 to 90
+/// degrees, 90 upright; results are true when a redraw is due. While the state is not idle the tool holds the
+/// canvas and the layer that it began on, whatever the user activates meanwhile.
+class CTools : public boost::enable_shared_from_this<CTools>, boost::noncopyable {
+public:
+    explicit CTools(const TToolOutside& outside);
+    virtual ~CTools() = default;
+
+    virtual bool OnMouseMove(int32_t, int32_t, uint32_t, uint32_t) { return false; }
+    virtual bool OnMouseMove(int32_t x, int32_t y, uint32_t pressure, uint32_t altitude, uint32_t flags);
+    virtual bool OnLButtonDown(int32_t, int32_t, uint32_t) { return false; }
+    virtual bool OnLButtonUp(int32_t, int32_t, uint32_t) { return false; }
+    virtual bool OnRButtonDown(int32_t, int32_t, uint32_t) { return false; }
+    virtual bool OnRButtonUp(int32_t, int32_t, uint32_t) { return false; }
+    /// The pen left the sensing range, or entered it.
+    virtual bool OnProximityLeave() { return false; }
+    virtual bool OnProximityEnter() { return false; }
+    /// The view lost the pointer.
+    virtual bool OnMouseLeave() { return false; }
+    /// Ends an operation without its result.
+    virtual bool Cancel() { return false; }
+    /// Virtual keys.
+    virtual bool OnKeyDown(int) { return false; }
+    virtual bool OnKeyUp(int) { return false; }
+    /// A menu command that the tool answers for, and whether it is enabled.
+    virtual bool OnCommand(int) { return false; }
+    virtual bool CanCommand(int) const { return false; }
+    virtual bool Copy() { return false; }
+    virtual bool Cut() { return false; }
+    virtual bool Paste() { return false; }
+    virtual bool CanCopy() const { return false; }
+    virtual bool CanCut() const { return false; }
+    virtual bool CanPaste() const { return false; }
+    /// Draws over the canvas.
+    virtual void DrawOverlay(COverlay& overlay, const TOverlayMapper& mapper) const = 0;
+    /// The client rectangle that DrawOverlay touches.
+    virtual CRect GetOverlayRect(const TOverlayMapper& mapper) const;
+    virtual int GetToolId() const = 0;
+    /// True when the tool can work on the active layer.
+    virtual bool IsEnabled() const = 0;
+    /// The tool's name, also the text of its undo steps.
+    virtual const wchar_t* GetName() const = 0;
+    virtual ECursor GetCursor(CPoint) const { return ECursor::Arrow; }
+    /// Idle lets canvas and layer go; anything else takes those of the active view. Raises internal_error
+    /// when there are none.
+    virtual void SetState(int state);
+
+    /// The view's one entry for pointer events: `message` is a move, or a button down or up. Refuses a device
+    /// while the other draws, and the mouse for a second after the pen: its echo must not draw. Key changes
+    /// since the last event are told first.
+    bool Dispatch(EMessage message, int32_t x, int32_t y, uint32_t pressure, uint32_t altitude,
+                  uint32_t flags);
+    int GetState() const { return m_state; }
+    /// Brings the tool's keys in line with one that the view was told of; true when the tool did something.
+    bool ChangeKey(int nKey, bool bDown);
+
+protected:
+    const TToolOutside& GetOutside() const { return m_outside; }
+    /// The layer of the running operation, else the active view's; null when there is none.
+    TLayerPtr GetLayer() const;
+    /// The canvas of the running operation, else the active view's; null when there is none.
+    boost::shared_ptr<CCanvasBuffer> GetCanvas() const;
+
+    int m_state = STATE_IDLE;
+    boost::shared_ptr<CCanvasBuffer> m_spCanvas;
+    TLayerPtr m_spLayer;
+    std::set<int> m_setKeys; ///< virtual keys that the tool believes to be down
+
+private:
+    bool SynthesizeKeys();
+
+    const TToolOutside& m_outside;
+    uint32_t m_uLastPenTick = 0;
+    bool m_bPenSeen = false; ///< m_uLastPenTick means something
+};
+
+/// The tool that draws, held by the main frame; expired while there is none.
+extern boost::weak_ptr<CTools> g_wpActiveTool;

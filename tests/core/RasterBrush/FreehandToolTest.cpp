@@ -1,0 +1,116 @@
+// From pointer events to control points and pixels, through a running session.
+#include "core/AppModule/CommandIds.h"
+#include "core/Base/Text.h"
+#include "core/RasterBuffer/ColorRasterBuffer.h"
+#include "tests/session/ScriptedSession.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+// A pen line from left to right, `nPoints` steps of 4 pixels, and its lift.
+std::string PenLine(int x, int y, int nPoints, int nPressure) {
+    std::string str;
+    const auto pen = [&](int nX, int nP) {
+        str += "{\"pen\":{\"x\":" + std::to_string(nX * 8) + ",\"y\":" + std::to_string(y * 8) +
+               ",\"pressure\":" + std::to_string(nP) + "}}\n";
+    };
+    for (int n = 0; n < nPoints; ++n) pen(x + n * 4, nPressure);
+    for (int n = 0; n < 4; ++n) pen(x + (nPoints + n) * 4, 0);
+    return str;
+}
+
+constexpr char BRUSH[] = R"({"set":{"section":"BrushParam\\RasterBrush","key":"BrushRadius","value":12}}
+{"tool":2}
+)";
+
+class FreehandTools : public testing::Test {
+protected:
+    // Plays a script; the state of the document at its end.
+    std::string Digest(const std::string& strScript) {
+        CScriptedSession session;
+        EXPECT_EQ(
+            session.Play(strScript + "{\"wait\":10}\n{\"dump\":\"/d\"}\n{\"answer\":{\"box\":\"no\"}}\n"),
+            "");
+        const std::string strState = session.m_files.m_mapFiles[L"/d"];
+        const size_t n = strState.find("\"pixels\"");
+        return n == std::string::npos ? strState : strState.substr(n, 60);
+    }
+    void Expect(const std::string& strScript, const std::string& strState) {
+        CScriptedSession session;
+        EXPECT_EQ(session.Play(strScript + "{\"wait\":10}\n{\"expect\":" + strState +
+                               "}\n{\"answer\":{\"box\":\"no\"}}\n"),
+                  "");
+    }
+};
+
+} // namespace
+
+TEST_F(FreehandTools, APenLineIsOneUndoStepAndUndoTakesItBack) {
+    const std::string strLine = BRUSH + PenLine(20, 50, 20, 700);
+    Expect(
+        strLine,
+        R"({"history":{"undo":["レイヤー追加","レイヤー追加","ラスタブラシ"],"redo":[]},"modified":true})");
+    const std::string strBlank = Digest(BRUSH), strDrawn = Digest(strLine);
+    EXPECT_NE(strDrawn, strBlank);
+    EXPECT_EQ(Digest(strLine), strDrawn); // the same each time
+    EXPECT_EQ(Digest(strLine + "{\"command\":57643}\n"), strBlank);
+    EXPECT_EQ(Digest(strLine + "{\"command\":57643}\n{\"command\":57644}\n"), strDrawn);
+}
+
+TEST_F(FreehandTools, RightButtonEscapeAndFullHistoryEndOrCancel) {
+    const std::string strBlank = Digest(BRUSH);
+    std::string strHalf = BRUSH + PenLine(20, 50, 20, 700);
+    strHalf.resize(strHalf.find("\"pressure\":0}"));
+    strHalf.resize(strHalf.rfind("{\"pen\""));
+    EXPECT_EQ(
+        Digest(strHalf + "{\"pointer\":{\"message\":\"move\",\"x\":9,\"y\":9}}\n{\"key\":{\"down\":27}}\n"),
+        strBlank);
+    // The pen leaving commits what it drew.
+    Expect(strHalf + "{\"proximity\":\"leave\"}\n",
+           R"({"history":{"undo":["レイヤー追加","レイヤー追加","ラスタブラシ"]}})");
+    // While a stroke runs there is nothing to undo.
+    CScriptedSession session;
+    EXPECT_NE(session.Play(strHalf + "{\"command\":57643}\n").find("is disabled"), std::string::npos);
+}
+
+TEST_F(FreehandTools, MouseDrawsAtFullPressureAndNotBesideThePen) {
+    const auto mouse = [](const char* psz, int x, int y) {
+        return std::string("{\"mouse\":{\"message\":\"") + psz + "\",\"x\":" + std::to_string(x * 8) +
+               ",\"y\":" + std::to_string(y * 8) + "}}\n";
+    };
+    const std::string strStroke = mouse("move", 20, 20) + mouse("ldown", 20, 20) + mouse("move", 60, 20) +
+                                  mouse("move", 100, 30) + mouse("lup", 100, 30);
+    const std::string strBlank = Digest(BRUSH);
+    EXPECT_NE(Digest(BRUSH + strStroke), strBlank);
+    // Within a second of the pen it is the pen's own echo.
+    const std::string strPen = "{\"pen\":{\"x\":8,\"y\":8,\"pressure\":0}}\n";
+    EXPECT_EQ(Digest(BRUSH + strPen + strStroke), strBlank);
+    EXPECT_NE(Digest(BRUSH + strPen + "{\"wait\":1000}\n" + strStroke), strBlank);
+    // The eraser takes paint away and leaves an empty layer alone.
+    EXPECT_EQ(Digest("{\"tool\":3}\n" + strStroke), strBlank);
+    EXPECT_NE(Digest(BRUSH + strStroke + "{\"tool\":3}\n" + strStroke), Digest(BRUSH + strStroke));
+    // A hidden layer cannot be drawn on.
+    EXPECT_EQ(Digest("{\"layer\":{\"visible\":false}}\n" + std::string(BRUSH) + strStroke),
+              Digest("{\"layer\":{\"visible\":false}}\n" + std::string(BRUSH)));
+}
+
+TEST_F(FreehandTools, PacketsReachTheToolThroughThresholdScaleAndWindow) {
+    const auto packets = [](const char* pszPressures, int nX) {
+        std::string str;
+        int x = nX;
+        for (const char* p = pszPressures; *p; ++p, x += 32)
+            str += "{\"packet\":{\"x\":" + std::to_string(x) + ",\"y\":" + std::to_string(1920) +
+                   ",\"pressure\":" +
+                   (*p == '0'   ? "0"
+                    : *p == '1' ? "20"
+                                : "900") +
+                   "}}\n";
+        return str;
+    };
+    const std::string strSet = std::string("{\"view\":{\"width\":640,\"height\":480}}\n") + BRUSH;
+    const std::string strBlank = Digest(strSet);
+    EXPECT_EQ(Digest(strSet + packets("01111110000", 2000)), strBlank); // 20 of 1023 only rests
+    EXPECT_NE(Digest(strSet + packets("09999990000", 2000)), strBlank);
+    EXPECT_EQ(Digest(strSet + packets("09999990000", 90000)), strBlank); // outside the window
+}
