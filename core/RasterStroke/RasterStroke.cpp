@@ -12,6 +12,8 @@ namespace {
 
 constexpr uint32_t UPDATE_BUDGET = 1; // milliseconds
 constexpr uint32_t PREDICT_BUDGET = 5;
+// No wobble widens a line beyond the largest brush.
+constexpr double WIDEST = MAX_BRUSH_RADIUS << 12;
 
 boost::shared_ptr<CStrokePlane> MakePlane(const TStrokeSetup& setup) {
     boost::shared_ptr<CStrokePlane> spPlane;
@@ -110,8 +112,8 @@ void CRasterStroke::DrawStep(size_t nCount) {
         // A strongly wobbling line must not grow thinner than its offset.
         const double dSquare =
             static_cast<double>(offset.x) * offset.x + static_cast<double>(offset.y) * offset.y;
-        m_uMinRadius =
-            static_cast<uint32_t>(std::sqrt(dSquare) * 1024 / ((m_param.BlurLevel / 100 + 1) * 0.5));
+        const double dRadius = std::sqrt(dSquare) * 1024 / ((m_param.BlurLevel / 100 + 1) * 0.5);
+        m_uMinRadius = static_cast<uint32_t>(std::min(dRadius, WIDEST));
         DrawPass(nPass, {pt.x + offset.x, pt.y + offset.y, pt.pressure, pt.altitude});
         m_uMinRadius = 0;
     }
