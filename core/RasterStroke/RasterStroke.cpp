@@ -27,13 +27,6 @@ boost::shared_ptr<CStrokePlane> MakePlane(const TStrokeSetup& setup) {
     return spPlane;
 }
 
-// A line grows in over the first points: a quarter of the pressure, then up to all of it.
-uint32_t FadeIn(uint32_t uPressure, uint32_t n, uint32_t uWindow) {
-    if (uPressure == FINAL_PRESSURE || n >= 3 * uWindow) return uPressure;
-    if (n < uWindow) return uPressure / 4;
-    return ((uPressure * 3 * n) / uWindow >> 3) - (uPressure >> 3);
-}
-
 } // namespace
 
 CRasterStroke::CRasterStroke(const TStrokeSetup& setup)
@@ -63,7 +56,7 @@ void CRasterStroke::EvaluatePressure(uint32_t& uRadius, uint8_t& byAlpha, uint32
 }
 
 void CRasterStroke::AddCtlPoint(CPoint pt, uint32_t pressure, uint32_t altitude) {
-    pressure = FadeIn(pressure, static_cast<uint32_t>(m_vCtl.size()), m_param.CurveStrength);
+    pressure = FadeInPressure(pressure, static_cast<uint32_t>(m_vCtl.size()), m_param.CurveStrength);
     m_vCtl.push_back({pt.x, pt.y, pressure, altitude});
     uint32_t uRadius = 0;
     uint8_t byAlpha = 0;
