@@ -59,6 +59,7 @@ private:
         return boost::make_shared<CMemoryBitmap>(sz);
     }
     boost::shared_ptr<IBitmap> Load(const std::wstring&) override { return {}; }
+    boost::shared_ptr<IBitmap> LoadResource(std::string_view) override { return {}; }
     bool Save(const std::wstring&, IBitmap&) override { return false; }
     bool CanSave(const std::wstring&) override { return false; }
     std::string EncodeCodePage932(std::wstring_view, size_t) override { return {}; }

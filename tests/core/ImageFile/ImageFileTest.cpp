@@ -20,6 +20,7 @@ public:
     boost::shared_ptr<IBitmap> Load(const std::wstring& strPath) override {
         return strPath == L"in.png" ? m_spIn : boost::shared_ptr<IBitmap>();
     }
+    boost::shared_ptr<IBitmap> LoadResource(std::string_view) override { return {}; }
     bool Save(const std::wstring&, IBitmap& bitmap) override {
         m_vSaved = static_cast<CMemoryBitmap&>(bitmap).m_vBytes;
         return !m_bDiskFull;

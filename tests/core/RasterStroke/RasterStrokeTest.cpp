@@ -1,5 +1,6 @@
 #include "core/RasterStroke/RasterBrushStroke.h"
 
+#include "core/IniConfig/GlobalSwitches.h"
 #include "core/Platform/System.h"
 #include "core/RasterStroke/StrokePrediction.h"
 #include "session/VirtualClock.h"
@@ -7,7 +8,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <functional>
 
 namespace {
 
@@ -95,6 +95,9 @@ TEST(RasterStroke, ThePictureKnowsNoClock) {
         const auto vWhole = DrawLoop(RoughParam(), {.bDouble = bDouble, .nUpdateEvery = 1000});
         EXPECT_GT(std::count_if(vWhole.begin(), vWhole.end(), [](uint16_t u) { return u > 20000; }), 200);
         EXPECT_EQ(vWhole, DrawLoop(RoughParam(), {.bDouble = bDouble}));
+        g_Switches.m_bEnableSSE2 = 0;
+        EXPECT_EQ(vWhole, DrawLoop(RoughParam(), {.bDouble = bDouble})) << "nor which kernels run";
+        g_Switches.m_bEnableSSE2 = 1;
         EXPECT_EQ(vWhole, DrawLoop(RoughParam(), {.uPace = 2, .bDouble = bDouble})) << "one step a call";
         EXPECT_EQ(vWhole, DrawLoop(RoughParam(), {.uPace = 2, .bDouble = bDouble, .bDrainEach = false}));
         for (const int nPredict : {1, 3})

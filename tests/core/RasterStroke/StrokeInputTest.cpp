@@ -66,6 +66,14 @@ TEST(PressureCurve, DefaultsAreALineAndFloorsAndLevelsHold) {
     EXPECT_EQ(uRadius, 12288u);
 }
 
+TEST(PressureCurve, LinesGrowInOverThreeWindows) {
+    const uint32_t auFaded[] = {256, 256, 256, 448, 640, 832, 1024, 1024};
+    for (uint32_t n = 0; n < 8; ++n) EXPECT_EQ(FadeInPressure(1024, n, 2), auFaded[n]) << n;
+    EXPECT_EQ(FadeInPressure(101, 4, 3), 38u); // 404 >> 3 less 12
+    EXPECT_EQ(FadeInPressure(1000, 0, 0), 1000u);
+    EXPECT_EQ(FadeInPressure(1025, 0, 2), 1025u) << "the end is never faded";
+}
+
 TEST(ResampleWindow, IsACubicBSplineThatLagsAndKeepsLines) {
     std::vector<TCtlPoint> v;
     for (int n = 0; n < 64; ++n) v.push_back({n * 800 - 9000, 5000 - n * 80, 1000, 45});
