@@ -170,7 +170,10 @@ bool CRasterStroke::Predict() {
     const bool bDone = DrawPrediction(target);
     m_bPredicting = false;
     m_randomStamps = random;
-    if (!bDone) m_spPredict = spOld;
+    if (!bDone)
+        m_spPredict = spOld;
+    else
+        m_spMain->GetDirty().Fill(false); // the display plane has taken its flags over
     return bDone;
 }
 

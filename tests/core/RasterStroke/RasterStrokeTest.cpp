@@ -155,6 +155,8 @@ TEST(RasterStroke, ThePredictionIsShownAndWipedAndNeverKept) {
     EXPECT_EQ(at(stroke.GetDisplay(), ptAhead), 0);
     EXPECT_TRUE(stroke.GetDisplay().DirtyAt(ptAhead));
     EXPECT_TRUE(stroke.GetDisplay().GetBlock(ptAhead, false));
+    EXPECT_GT(at(stroke.GetDisplay(), {60, 50}), 20000);
+    EXPECT_FALSE(stroke.GetDisplay().DirtyAt({60, 50})) << "what stays is not painted again";
 }
 
 TEST(StrokePrediction, GoesOnByNineTenthsOfTheLastStep) {
