@@ -73,8 +73,8 @@ class Sheet:
 
 def draw():
     brush = dict(BrushRadius=12, BlurLevel=75, BrushAlpha=255, PressRadius=1, PressAlpha=0, CurveStrength=4,
-                 StrokeIn=1, StrokeOut=1, WaveEnable=0, Spray=0, WaveDistMin=0, WaveDistMax=0, BrushColor=0)
-    pencil = dict(BrushRadius=16, BlurLevel=50, BrushAlpha=255, PressRadius=0, PressAlpha=1, CurveStrength=4,
+                 StrokeIn=1, StrokeOut=1, SlowScale=1, WaveEnable=0, Spray=0, WaveDistMin=0, WaveDistMax=0, BrushColor=0)
+    pencil = dict(BrushRadius=16, SlowScale=1, BlurLevel=50, BrushAlpha=255, PressRadius=0, PressAlpha=1, CurveStrength=4,
                   PencilHardness=1, PaperRoughness=3, PencilTexture=0, AltitParam=0, AntiSplit=0, BrushColor=0x332B2B)
     sheet = Sheet()
     rows = [
