@@ -201,6 +201,11 @@ bool CLayerBuffer::HasPendingWork() const {
                        [](const TLayerPtr& spChild) { return spChild->HasPendingWork(); });
 }
 
+bool CLayerBuffer::IsBehind() const {
+    return std::any_of(m_lstChildren.begin(), m_lstChildren.end(),
+                       [](const TLayerPtr& spChild) { return spChild->IsBehind(); });
+}
+
 bool CLayerBuffer::canBeMergedWith(const CLayerBuffer& other) const {
     return &other != this && m_lstChildren.empty() && other.m_lstChildren.empty();
 }
