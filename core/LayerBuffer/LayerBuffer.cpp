@@ -308,7 +308,7 @@ void CLayerBuffer::SetOpacity(uint8_t uOpacity, bool bHistory) {
                             ? nullptr
                             : dynamic_cast<LayerAlphaHistory*>(history.GetUndoList().front().get());
         if (pNewest && pNewest->IsOf(*this))
-            pNewest->SetNewOpacity(uOpacity);
+            pNewest->SetNew(uOpacity);
         else
             history.Register(
                 boost::make_shared<LayerAlphaHistory>(shared_from_this(), GetOpacity(), uOpacity));
