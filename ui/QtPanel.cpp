@@ -22,6 +22,7 @@ namespace {
 
 constexpr int MARGIN = 6;
 constexpr int SPACING = 4;
+constexpr int TITLE_BUTTONS = 52;
 
 /// Scrolls what does not fit, so that no panel makes the main window larger.
 class CContentArea : public QScrollArea {
@@ -56,6 +57,8 @@ CQtPanel::CQtPanel(CQtMainWindow& main, IWindowClient& client, const TPanelSetup
     pArea->setWidget(pContent);
     setWidget(pArea);
     SetControls(setup.vControls);
+    // The title is readable beside its two buttons.
+    setMinimumWidth(fontMetrics().horizontalAdvance(windowTitle()) + TITLE_BUTTONS);
     hide();
 }
 

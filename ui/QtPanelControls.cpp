@@ -20,6 +20,7 @@
 namespace {
 
 constexpr int TOGGLE_ICON = 22;
+constexpr int NUMBER_WIDTH = 68; ///< the same for all, so that sliders end at one line
 
 /// Buttons of every kind.
 class CButtonControl : public CQtPanelControl {
@@ -135,6 +136,7 @@ public:
         m_pNumber->setRange(control.nMin, control.nMax);
         m_pNumber->setSuffix(ToQt(control.strUnit));
         m_pNumber->setKeyboardTracking(false);
+        m_pNumber->setMinimumWidth(NUMBER_WIDTH);
         m_pNumber->setFocusPolicy(Qt::StrongFocus);
         m_pNumber->setAlignment(Qt::AlignRight);
         m_pBoth->setFocusProxy(m_pSlider);

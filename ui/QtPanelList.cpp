@@ -92,7 +92,10 @@ public:
             for (const std::wstring& strRow : m_vRows) {
                 auto* pItem = new QListWidgetItem(ToQt(strRow), m_pList);
                 if (m_bEditable) pItem->setFlags(pItem->flags() | Qt::ItemIsEditable);
-                if (!m_bEditable) pItem->setTextAlignment(Qt::AlignCenter);
+                if (m_pList->isWrapping()) {
+                    pItem->setTextAlignment(Qt::AlignCenter);
+                    pItem->setSizeHint(m_pList->gridSize());
+                }
             }
         }
         if (m_pList->currentRow() != control.nValue) m_pList->setCurrentRow(control.nValue);

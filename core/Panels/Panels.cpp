@@ -2,6 +2,10 @@
 
 #include "core/AppModule/CommandIds.h"
 #include "core/AppModule/ErrorBox.h"
+#include "core/Panels/BrushWnd.h"
+#include "core/Panels/ColorWnd.h"
+#include "core/Panels/PressWnd.h"
+#include "core/Panels/ToolOptWnd.h"
 #include "core/Panels/ToolWnd.h"
 
 #include <algorithm>
@@ -29,7 +33,13 @@ TPanelPlace FirstPlace(int nCommand) {
 
 } // namespace
 
-CPanels::CPanels() { m_mapPanels[ID_PANEL_TOOL] = std::make_unique<CToolWnd>(); }
+CPanels::CPanels() {
+    m_mapPanels[ID_PANEL_TOOL] = std::make_unique<CToolWnd>();
+    m_mapPanels[ID_PANEL_TOOL_OPTION] = std::make_unique<CToolOptWnd>();
+    m_mapPanels[ID_PANEL_PRESS] = std::make_unique<CPressWnd>();
+    m_mapPanels[ID_PANEL_COLOR] = std::make_unique<CColorWnd>();
+    m_mapPanels[ID_PANEL_BRUSH] = std::make_unique<CBrushWnd>();
+}
 
 CPanels::~CPanels() { Close(); }
 
