@@ -184,7 +184,10 @@ void CQtMainWindow::SetTitle(const std::wstring& strTitle) { setWindowTitle(ToQt
 
 void CQtMainWindow::Show() {
     setWindowState(windowState() & ~Qt::WindowMinimized);
+    const bool bFirst = !m_bShown;
+    m_bShown = true;
     show();
+    if (bFirst) SizePanels();
     raise();
     // The keyboard goes to whoever may have it: an open dialog keeps it.
     QWidget* pModal = QApplication::activeModalWidget();
@@ -261,6 +264,20 @@ std::vector<CRect> CQtMainWindow::GetScreens() const {
 void CQtMainWindow::SetMinimumSize(CSize sz) { setMinimumSize(sz.cx, sz.cy); }
 
 void CQtMainWindow::AddChild(CQtCanvasWindow* pChild) { m_vChildren.push_back(pChild); }
+
+// Only a window that shows divides its sides as it is told.
+void CQtMainWindow::SizePanels() {
+    QList<QDockWidget*> lstDocks;
+    QList<int> lstWidths, lstHeights;
+    for (CQtPanel* pPanel : m_vPanels) {
+        if (pPanel->isFloating() || pPanel->isHidden()) continue;
+        lstDocks.append(pPanel);
+        lstWidths.append(pPanel->sizeHint().width());
+        lstHeights.append(pPanel->sizeHint().height());
+    }
+    resizeDocks(lstDocks, lstWidths, Qt::Horizontal);
+    resizeDocks(lstDocks, lstHeights, Qt::Vertical);
+}
 
 CQtPanel* CQtMainWindow::FindPanelAt(const TPanelPlace& place, const CQtPanel* pExcept) const {
     const auto it = std::find_if(m_vPanels.begin(), m_vPanels.end(), [&](const CQtPanel* pPanel) {

@@ -69,6 +69,9 @@ public:
     /// A docked panel other than `pExcept` that was given the same place, null when there is none.
     CQtPanel* FindPanelAt(const TPanelPlace& place, const CQtPanel* pExcept) const;
 
+    /// Gives the keyboard to the next widget in the order of Tab, or the one before.
+    bool MoveFocus(bool bNext) { return focusNextPrevChild(bNext); }
+
     /// No menu to hide the tool bar by.
     QMenu* createPopupMenu() override { return nullptr; }
 
@@ -88,6 +91,7 @@ private:
 
     void MakeStatusBar();
     void PlaceAtFirst();
+    void SizePanels();
     void ListWindows(QMenu& menu);
     CQtMenuSet& GetShownMenus();
     void PostCommand(int nId, int nParameter);
@@ -107,5 +111,6 @@ private:
     std::vector<CQtPanel*> m_vPanels;
     int m_nFirstRecentId = 0;
     std::vector<std::wstring> m_vRecent;
+    bool m_bShown = false; ///< Show has been called
     bool m_bDestroyed = false;
 };

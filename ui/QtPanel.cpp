@@ -216,6 +216,11 @@ void CQtPanel::ShowPanel(bool bShow) {
 }
 
 bool CQtPanel::eventFilter(QObject* pWatched, QEvent* pEvent) {
+    // The wheel scrolls the panel; what it happens to pass over keeps its value.
+    if (pEvent->type() == QEvent::Wheel && !static_cast<QWidget*>(pWatched)->hasFocus()) {
+        pEvent->ignore();
+        return true;
+    }
     // A window of its own becomes the active one by a click; the keyboard goes back to the picture, except to
     // type into the panel.
     if (pEvent->type() == QEvent::MouseButtonRelease && isFloating() && !EditsText(pWatched) &&

@@ -1,6 +1,7 @@
 // The parts of the colour panel that paint themselves.
 #pragma once
 
+#include "core/GDIBuffer/GDIBuffer.h"
 #include "core/Panels/HsvColor.h"
 #include "core/Platform/Panel.h"
 
@@ -8,8 +9,6 @@
 
 #include <memory>
 #include <vector>
-
-class CGDIBuffer;
 
 /// A view whose picture is made anew at each paint.
 class CPaintedView : public IPanelView, boost::noncopyable {

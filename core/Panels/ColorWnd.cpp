@@ -60,7 +60,7 @@ CColorWnd::CColorWnd() : CPanel(L"Color") {
             .kind = EKind::Slider, .nId = nId, .strLabel = pszLabel, .strUnit = pszUnit, .nMax = nMax};
     };
     m_vControls = {
-        {.kind = EKind::View, .nId = COLOR_CIRCLE, .szView = {200, 156}, .pView = &m_circle},
+        {.kind = EKind::View, .nId = COLOR_CIRCLE, .szView = {200, 140}, .pView = &m_circle},
         {.kind = EKind::View, .nId = COLOR_BOXES, .szView = {36, 36}, .pView = &m_boxes},
         {.kind = EKind::Button, .nId = COLOR_SWAP, .strText = L"入れ替え", .bSameLine = true},
         {.kind = EKind::Text, .nId = COLOR_HEX, .bSameLine = true},

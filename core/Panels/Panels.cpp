@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr int32_t COLUMN = 236; ///< width of the panels at the right side
+constexpr int32_t COLUMN = 262; ///< width of the panels at the right side
 
 // Where panels stand at first. What is docked keeps the order of the rectangles; those with the same one lie
 // over each other behind tabs.
@@ -23,11 +23,11 @@ TPanelPlace FirstPlace(int nCommand) {
     };
     switch (nCommand) {
     case ID_PANEL_COLOR:
-        return right(100, 390);
+        return right(100, 424);
     case ID_PANEL_TOOL:
         return {EPanelDock::Left, CRect(CPoint{0, 100}, {84, 200}), true};
     default:
-        return right(500, 400);
+        return right(600, 340);
     }
 }
 
@@ -49,8 +49,10 @@ void CPanels::Create(IMainWindow& parent) {
         TPanelPlace place;
     };
     std::vector<TPlaced> vPlaced;
-    for (const auto& [nCommand, pPanel] : m_mapPanels)
-        vPlaced.push_back({nCommand, pPanel->ReadPlace(FirstPlace(nCommand))});
+    // Of panels behind tabs the first one shows.
+    for (const int nCommand :
+         {ID_PANEL_BRUSH, ID_PANEL_TOOL_OPTION, ID_PANEL_PRESS, ID_PANEL_TOOL, ID_PANEL_COLOR})
+        vPlaced.push_back({nCommand, m_mapPanels[nCommand]->ReadPlace(FirstPlace(nCommand))});
     std::stable_sort(vPlaced.begin(), vPlaced.end(),
                      [](const TPlaced& a, const TPlaced& b) { return a.place.rc.top < b.place.rc.top; });
     for (const TPlaced& placed : vPlaced)
