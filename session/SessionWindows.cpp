@@ -12,6 +12,7 @@ constexpr int32_t PLACE_COUNT = 8;
 
 CSessionWindows::~CSessionWindows() {
     for (const auto& pWindow : m_vCanvas) m_queue.Forget(pWindow.get());
+    for (const auto& pWindow : m_vPanels) m_queue.Forget(pWindow.get());
     for (const auto& pWindow : m_vMain) m_queue.Forget(pWindow.get());
 }
 
@@ -39,7 +40,15 @@ ICanvasWindow* CSessionWindows::CreateCanvasWindow(IMainWindow& parent, IWindowC
     return m_vCanvas.back().get();
 }
 
+IPanelWindow* CSessionWindows::CreatePanelWindow(IMainWindow& parent, IWindowClient& client,
+                                                 const TPanelSetup& setup) {
+    if (!GetMain() || &parent != GetMain()) return nullptr;
+    m_vPanels.push_back(std::make_unique<CSessionPanelWindow>(m_queue, client, setup));
+    return m_vPanels.back().get();
+}
+
 void CSessionWindows::FreeDead() {
+    std::erase_if(m_vPanels, [](const auto& pWindow) { return pWindow->IsDestroyed(); });
     std::erase_if(m_vCanvas, [](const auto& pWindow) { return pWindow->IsDestroyed(); });
     std::erase_if(m_vMain, [](const auto& pWindow) { return pWindow->IsDestroyed(); });
 }

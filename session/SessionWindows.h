@@ -4,6 +4,7 @@
 
 #include "session/SessionCanvasWindow.h"
 #include "session/SessionMainWindow.h"
+#include "session/SessionPanelWindow.h"
 
 #include <memory>
 #include <optional>
@@ -20,6 +21,8 @@ public:
     /// A client area of 1000 by 700. Null when `parent` has been destroyed or is of another factory.
     ICanvasWindow* CreateCanvasWindow(IMainWindow& parent, IWindowClient& client,
                                       const TCanvasWindowSetup& setup) override;
+    IPanelWindow* CreatePanelWindow(IMainWindow& parent, IWindowClient& client,
+                                    const TPanelSetup& setup) override;
 
     /// The main window, null while there is none.
     CSessionMainWindow* GetMain() const;
@@ -42,4 +45,5 @@ private:
     IClock& m_clock;
     std::vector<std::unique_ptr<CSessionMainWindow>> m_vMain; ///< living ones last
     std::vector<std::unique_ptr<CSessionCanvasWindow>> m_vCanvas;
+    std::vector<std::unique_ptr<CSessionPanelWindow>> m_vPanels;
 };

@@ -213,6 +213,8 @@ void CQtCanvasWindow::Post(EMessage id, int64_t wParam, int64_t lParam) {
     if (Hears()) m_main.GetPump().Post({this, id, wParam, lParam, {}});
 }
 
+bool CQtCanvasWindow::focusNextPrevChild(bool bNext) { return m_main.MoveFocus(bNext); }
+
 void CQtCanvasWindow::closeEvent(QCloseEvent* pEvent) {
     pEvent->ignore();
     Post(EMessage::Close, 0, 0);

@@ -52,6 +52,8 @@ public:
     void Abandon();
 
 protected:
+    /// Tab leaves the child for the panels; Qt would keep it inside.
+    bool focusNextPrevChild(bool bNext) override;
     void closeEvent(QCloseEvent* pEvent) override;
     void moveEvent(QMoveEvent* pEvent) override;
     void resizeEvent(QResizeEvent* pEvent) override;

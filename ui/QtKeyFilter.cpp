@@ -3,8 +3,11 @@
 #include "core/Platform/System.h"
 #include "ui/QtEventPump.h"
 #include "ui/QtKeys.h"
+#include "ui/QtPanel.h"
 
+#include <QAbstractSpinBox>
 #include <QApplication>
+#include <QLineEdit>
 #include <QMenuBar>
 #include <QScopedValueRollback>
 
@@ -25,10 +28,25 @@ void CQtKeyFilter::SetWindow(QWidget* pWindow, std::function<IWindow*()> receive
 
 bool CQtKeyFilter::IsKeyDown(int nVirtualKey) const { return m_keys.IsKeyDown(nVirtualKey); }
 
+namespace {
+
+// In a panel a control comes first, text with every key and the others with those that no shortcut has; what
+// it declines goes up to the panel and from there to the application.
+bool IsForControl(const QWidget& widget, const QKeyEvent& event) {
+    const CQtPanel* pPanel = CQtPanel::Of(widget);
+    if (!pPanel || pPanel == &widget) return false;
+    return qobject_cast<const QLineEdit*>(&widget) || qobject_cast<const QAbstractSpinBox*>(&widget) ||
+           !(event.modifiers() & (Qt::ControlModifier | Qt::AltModifier));
+}
+
+} // namespace
+
 bool CQtKeyFilter::Takes(const QWidget& widget) const {
     // An open menu, a list that has dropped down and a dialog keep their keys.
     const QWidget* pModal = QApplication::activeModalWidget();
-    return m_pWindow && widget.window() == m_pWindow && !QApplication::activePopupWidget() &&
+    const CQtPanel* pPanel = CQtPanel::Of(widget);
+    const QWidget* pWindow = pPanel ? pPanel->parentWidget() : widget.window();
+    return m_pWindow && pWindow == m_pWindow && !QApplication::activePopupWidget() &&
            (!pModal || pModal == m_pWindow) && !qobject_cast<const QMenuBar*>(&widget);
 }
 
@@ -43,7 +61,7 @@ bool CQtKeyFilter::eventFilter(QObject* pWatched, QEvent* pEvent) {
     auto& event = static_cast<QKeyEvent&>(*pEvent);
     if (!event.isAutoRepeat()) m_keys.Press(VirtualKeyOf(event), type == QEvent::KeyPress);
     auto* pWidget = qobject_cast<QWidget*>(pWatched);
-    if (!pWidget || m_pResent || !Takes(*pWidget)) return false;
+    if (!pWidget || m_pResent || !Takes(*pWidget) || IsForControl(*pWidget, event)) return false;
     OnKey(*pWidget, event);
     event.accept();
     return true;

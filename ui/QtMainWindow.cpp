@@ -6,6 +6,7 @@
 #include "ui/QtEventPump.h"
 #include "ui/QtKeyFilter.h"
 #include "ui/QtMdiArrange.h"
+#include "ui/QtPanel.h"
 #include "ui/QtPen.h"
 #include "ui/QtText.h"
 #include "ui/QtToolBar.h"
@@ -83,6 +84,7 @@ CQtMainWindow::~CQtMainWindow() {
     m_bDestroyed = true;
     disconnect(m_pMdiArea, nullptr, this, nullptr);
     for (CQtCanvasWindow* pChild : m_vChildren) pChild->Abandon();
+    for (CQtPanel* pPanel : m_vPanels) pPanel->Abandon();
     m_pump.Forget(this);
     m_keys.SetWindow(nullptr, {});
 }
@@ -172,6 +174,7 @@ void CQtMainWindow::Destroy() {
     SendMessage({this, EMessage::Destroy, 0, 0, {}});
     hide();
     while (!m_vChildren.empty()) m_vChildren.front()->Destroy();
+    while (!m_vPanels.empty()) m_vPanels.front()->Destroy();
     std::exchange(m_pClient, nullptr)->OnFinalMessage();
     m_pump.Forget(this);
     m_pump.FreeLater(this);
@@ -181,7 +184,10 @@ void CQtMainWindow::SetTitle(const std::wstring& strTitle) { setWindowTitle(ToQt
 
 void CQtMainWindow::Show() {
     setWindowState(windowState() & ~Qt::WindowMinimized);
+    const bool bFirst = !m_bShown;
+    m_bShown = true;
     show();
+    if (bFirst) SizePanels();
     raise();
     // The keyboard goes to whoever may have it: an open dialog keeps it.
     QWidget* pModal = QApplication::activeModalWidget();
@@ -258,6 +264,27 @@ std::vector<CRect> CQtMainWindow::GetScreens() const {
 void CQtMainWindow::SetMinimumSize(CSize sz) { setMinimumSize(sz.cx, sz.cy); }
 
 void CQtMainWindow::AddChild(CQtCanvasWindow* pChild) { m_vChildren.push_back(pChild); }
+
+// Only a window that shows divides its sides as it is told.
+void CQtMainWindow::SizePanels() {
+    QList<QDockWidget*> lstDocks;
+    QList<int> lstWidths, lstHeights;
+    for (CQtPanel* pPanel : m_vPanels) {
+        if (pPanel->isFloating() || pPanel->isHidden()) continue;
+        lstDocks.append(pPanel);
+        lstWidths.append(pPanel->sizeHint().width());
+        lstHeights.append(pPanel->sizeHint().height());
+    }
+    resizeDocks(lstDocks, lstWidths, Qt::Horizontal);
+    resizeDocks(lstDocks, lstHeights, Qt::Vertical);
+}
+
+CQtPanel* CQtMainWindow::FindPanelAt(const TPanelPlace& place, const CQtPanel* pExcept) const {
+    const auto it = std::find_if(m_vPanels.begin(), m_vPanels.end(), [&](const CQtPanel* pPanel) {
+        return pPanel != pExcept && !pPanel->isFloating() && pPanel->HasPlace(place);
+    });
+    return it == m_vPanels.end() ? nullptr : *it;
+}
 
 void CQtMainWindow::RemoveChild(CQtCanvasWindow* pChild) {
     std::erase(m_vChildren, pChild);

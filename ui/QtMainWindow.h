@@ -1,7 +1,7 @@
 // The main frame's window. Positions on the screen are device-independent pixels, as Qt places windows.
 #pragma once
 
-#include "core/Platform/Window.h"
+#include "core/Platform/Panel.h"
 #include "ui/QtMenu.h"
 
 #include <QMainWindow>
@@ -12,6 +12,7 @@
 class CQtCanvasWindow;
 class CQtEventPump;
 class CQtKeyFilter;
+class CQtPanel;
 class CQtPen;
 class CQtToolBar;
 class QLabel;
@@ -63,6 +64,14 @@ public:
     /// Marks the frame's title when it shows that of a maximised child that is marked.
     void UpdateMark();
 
+    void AddPanel(CQtPanel* pPanel) { m_vPanels.push_back(pPanel); }
+    void RemovePanel(CQtPanel* pPanel) { std::erase(m_vPanels, pPanel); }
+    /// A docked panel other than `pExcept` that was given the same place, null when there is none.
+    CQtPanel* FindPanelAt(const TPanelPlace& place, const CQtPanel* pExcept) const;
+
+    /// Gives the keyboard to the next widget in the order of Tab, or the one before.
+    bool MoveFocus(bool bNext) { return focusNextPrevChild(bNext); }
+
     /// No menu to hide the tool bar by.
     QMenu* createPopupMenu() override { return nullptr; }
 
@@ -82,6 +91,7 @@ private:
 
     void MakeStatusBar();
     void PlaceAtFirst();
+    void SizePanels();
     void ListWindows(QMenu& menu);
     CQtMenuSet& GetShownMenus();
     void PostCommand(int nId, int nParameter);
@@ -98,7 +108,9 @@ private:
     std::vector<QAction*> m_vWindowActions;
     std::vector<CQtCanvasWindow*> m_vChildren; ///< in the order of their making
     CQtCanvasWindow* m_pActive = nullptr;
+    std::vector<CQtPanel*> m_vPanels;
     int m_nFirstRecentId = 0;
     std::vector<std::wstring> m_vRecent;
+    bool m_bShown = false; ///< Show has been called
     bool m_bDestroyed = false;
 };

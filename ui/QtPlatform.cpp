@@ -11,6 +11,7 @@
 #include "ui/QtKeyFilter.h"
 #include "ui/QtMainWindow.h"
 #include "ui/QtMessageBoxes.h"
+#include "ui/QtPanel.h"
 #include "ui/QtPen.h"
 #include "ui/QtText.h"
 
@@ -49,6 +50,15 @@ public:
         auto* pWindow = new CQtCanvasWindow(*pParent, client, setup);
         pWindow->SetReady();
         return pWindow;
+    }
+
+    IPanelWindow* CreatePanelWindow(IMainWindow& parent, IWindowClient& client,
+                                    const TPanelSetup& setup) override {
+        auto* pParent = dynamic_cast<CQtMainWindow*>(&parent);
+        if (!pParent || pParent->IsDestroyed()) return nullptr;
+        auto* pPanel = new CQtPanel(*pParent, client, setup);
+        pParent->AddPanel(pPanel);
+        return pPanel;
     }
 
     CQtMainWindow* GetMain() const { return m_pMain; }

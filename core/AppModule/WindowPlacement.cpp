@@ -3,11 +3,15 @@
 #include "core/AppModule/AppModule.h"
 #include "core/IniConfig/IniConfig.h"
 
+#include <algorithm>
+
 namespace {
 
 boost::shared_ptr<CIniConfigData> OpenSection(const std::wstring& strWindow) {
     return g_AppModule.GetSettings().GetSection(L"Windows")->GetSection(strWindow);
 }
+
+int64_t AreaOf(const CRect& rc) { return rc.IsEmpty() ? 0 : int64_t{rc.Width()} * rc.Height(); }
 
 } // namespace
 
@@ -25,4 +29,16 @@ void WritePlacement(const std::wstring& strWindow, const CRect& rc) {
     spSection->SetInt(L"Top", rc.top);
     spSection->SetInt(L"Width", rc.Width());
     spSection->SetInt(L"Height", rc.Height());
+}
+
+CRect PlaceOnScreen(const CRect& rc, const std::vector<CRect>& vScreens) {
+    if (vScreens.empty()) return rc;
+    const CRect rcScreen =
+        *std::max_element(vScreens.begin(), vScreens.end(), [&](const CRect& a, const CRect& b) {
+            return AreaOf(rc.Intersect(a)) < AreaOf(rc.Intersect(b));
+        });
+    const CSize sz{std::min(rc.Width(), rcScreen.Width()), std::min(rc.Height(), rcScreen.Height())};
+    const CPoint pt{std::clamp(rc.left, rcScreen.left, rcScreen.right - sz.cx),
+                    std::clamp(rc.top, rcScreen.top, rcScreen.bottom - sz.cy)};
+    return CRect(pt, sz);
 }

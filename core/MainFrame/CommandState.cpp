@@ -55,6 +55,8 @@ TCommandState GetCommandState(int nId) {
     default:
         break;
     }
+    if (g_pMainFrame && g_pMainFrame->GetPanels().Find(nId))
+        return {true, g_pMainFrame->GetPanels().IsShown(nId)};
     if (CMainFrame::HandlesWithoutFrame(nId)) return {true, false};
     const auto spFrame = g_wpActiveFrame.lock();
     if (!spFrame || !(CMainFrame::HandlesWithFrame(nId) || CCanvasFrame::HandlesCommand(nId))) return {};

@@ -16,7 +16,6 @@
 
 #include <boost/make_shared.hpp>
 
-#include <algorithm>
 #include <utility>
 
 boost::shared_ptr<CMainFrame> g_pMainFrame;
@@ -29,21 +28,6 @@ constexpr CSize MINIMUM_SIZE{640, 480};
 constexpr wchar_t PLACEMENT_SECTION[] = L"Main";
 constexpr wchar_t NO_SCALE[] = L"Scale: ----%";
 constexpr int PANE_SCALE = 1;
-
-int64_t AreaOf(const CRect& rc) { return rc.IsEmpty() ? 0 : int64_t{rc.Width()} * rc.Height(); }
-
-// Moves a rectangle into the screen that shows most of it, the primary one when none does.
-CRect PlaceOnScreen(const CRect& rc, const std::vector<CRect>& vScreens) {
-    if (vScreens.empty()) return rc;
-    const CRect rcScreen =
-        *std::max_element(vScreens.begin(), vScreens.end(), [&](const CRect& a, const CRect& b) {
-            return AreaOf(rc.Intersect(a)) < AreaOf(rc.Intersect(b));
-        });
-    const CSize sz{std::min(rc.Width(), rcScreen.Width()), std::min(rc.Height(), rcScreen.Height())};
-    const CPoint pt{std::clamp(rc.left, rcScreen.left, rcScreen.right - sz.cx),
-                    std::clamp(rc.top, rcScreen.top, rcScreen.bottom - sz.cy)};
-    return CRect(pt, sz);
-}
 
 } // namespace
 
@@ -85,6 +69,7 @@ void CMainFrame::CreateFrameWindow() {
     for (const TZoomEntry& entry : GetZoomList()) vZooms.push_back(entry.pszText);
     m_pWindow->SetZoomItems(vZooms);
     m_pWindow->SetStatusText(PANE_SCALE, NO_SCALE);
+    m_panels.Create(*m_pWindow);
     SwitchTool(TOOL_BRUSH);
     m_pWindow->Show();
     PostToMainFrame(WM_REFRESH_ALL);
@@ -122,6 +107,7 @@ bool CMainFrame::HandleMessage(const TMessage& msg) {
         OnUpdateScale();
         return true;
     }
+    if (msg.id == WM_REFRESH_TOOL) return m_panels.Refresh(), true;
     if (msg.id == WM_PEN_END) return OnPenEnd(msg.wParam != 0), true;
     if (msg.id == WM_SWITCH_TOOL) return SwitchTool(static_cast<int>(msg.wParam));
     if (msg.id == WM_ADD_RECENT) {
@@ -142,6 +128,7 @@ void CMainFrame::OnDestroy() {
         spLoop->RemoveMessageFilter(this);
         spLoop->RemoveIdleHandler(this);
     }
+    m_panels.Close();
 }
 
 bool CMainFrame::OnClose() {
@@ -170,6 +157,7 @@ bool CMainFrame::OnIdle(int) {
     for (const int nId : m_vToolBarCommands)
         if (nId) setState(nId, GetCommandState(nId));
     WatchDocuments();
+    m_panels.OnIdle();
     const bool bStrokes = Guarded([&] { return ContinueStrokes(); });
     if (std::exchange(m_bOfferRecovery, false)) Guarded([&] { return OfferRecovery(), true; });
     if (!m_deqOpenFiles.empty()) {

@@ -5,6 +5,7 @@
 #include "core/AppModule/MessageLoop.h"
 #include "core/CanvasFrame/CanvasFrame.h"
 #include "core/IniConfig/RecentDocumentList.h"
+#include "core/Panels/Panels.h"
 #include "core/Platform/Window.h"
 #include "core/RasterStroke/StrokeRandom.h"
 #include "core/Tools/Tools.h"
@@ -53,6 +54,7 @@ public:
     /// Which commands the main frame answers by itself: at any time, or only while a frame is active.
     static bool HandlesWithoutFrame(int nId);
     static bool HandlesWithFrame(int nId);
+    CPanels& GetPanels() { return m_panels; }
     /// Lines of the recent list.
     int GetRecentCount() const;
 
@@ -96,6 +98,7 @@ private:
     TToolOutside m_outside;
     boost::shared_ptr<CTools> m_spActiveTool;
     int m_nToolBeforeEraser = 0; ///< what the pen's tip draws with while its other end erases
+    CPanels m_panels;
     std::deque<std::wstring> m_deqOpenFiles;
     std::unique_ptr<CRecentDocumentList> m_pRecentList;
     std::vector<int> m_vMenuCommands;

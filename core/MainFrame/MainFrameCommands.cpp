@@ -57,6 +57,7 @@ bool CMainFrame::OnCommand(const TMessage& msg) {
     if (IsRecent(nId)) return OnOpenRecent(nId - ID_FILE_MRU_FIRST), true;
     if (IsPrediction(nId))
         return g_Switches.m_nPredStroke = static_cast<uint8_t>(nId - ID_PREDICTION_FIRST), true;
+    if (m_panels.Toggle(nId)) return true;
     switch (nId) {
     case ID_FILE_NEW:
         OnFileNew();

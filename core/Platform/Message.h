@@ -36,7 +36,11 @@ enum class EMessage : uint32_t {
     MdiActivate = 0x0222, ///< wParam: 1 when the receiver becomes the active frame, 0 when it stops being it
     DropFiles = 0x0233,   ///< strText: a path; one message for each file
     MouseLeave = 0x02A3,  ///< the pointer has left the client area
-    PenPacket = 0x7FF0,   ///< packets wait at the pen
+    PanelChange = 0x7FE0, ///< a panel's: wParam: control id; lParam: its new value; strText: of a Text
+    PanelActivate = 0x7FE1, ///< a List's row was double-clicked: wParam: control id; lParam: row
+    PanelRename = 0x7FE2,   ///< the user renamed a row: wParam: control id; lParam: row; strText: name
+    PanelMove = 0x7FE3,     ///< the user dragged a row: wParam: control id; lParam: PackPoint(from, to)
+    PenPacket = 0x7FF0,     ///< packets wait at the pen
     PenProximity =
         0x7FF5,        ///< wParam: 1 when the pen comes near, 0 when it goes; lParam: 2 for its eraser end
     CopyData = 0x004A, ///< wParam: data id; strText: the text handed over by another process
@@ -48,6 +52,10 @@ constexpr int64_t MOUSE_LEFT = 0x01;
 constexpr int64_t MOUSE_RIGHT = 0x02;
 constexpr int64_t MOUSE_SHIFT = 0x04;
 constexpr int64_t MOUSE_CONTROL = 0x08;
+
+/// In a panel the pointer's and the keyboard's messages are those of a view: wParam's upper half is its id.
+constexpr int64_t PackView(int64_t wParam, int nId) { return wParam | static_cast<int64_t>(nId) << 32; }
+constexpr int PackedView(int64_t wParam) { return static_cast<int>(wParam >> 32); }
 
 /// A client position in a message's lParam.
 constexpr int64_t PackPoint(int32_t x, int32_t y) {

@@ -20,6 +20,10 @@ enum EVirtualKey : int {
     VK_Escape = 0x1B,
     VK_Space = 0x20,
     VK_Home = 0x24,
+    VK_Left = 0x25,
+    VK_Up = 0x26,
+    VK_Right = 0x27,
+    VK_Down = 0x28,
     VK_Delete = 0x2E,
 };
 

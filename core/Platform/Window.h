@@ -115,6 +115,9 @@ struct TCanvasWindowSetup {
     std::vector<TMenuItem> vMenu;
 };
 
+class IPanelWindow;
+struct TPanelSetup;
+
 /// Makes windows. The window belongs to the window system and lives until Destroy.
 class IWindowFactory {
 public:
@@ -123,4 +126,7 @@ public:
     virtual IMainWindow* CreateMainWindow(IWindowClient& client, const TMainWindowSetup& setup) = 0;
     virtual ICanvasWindow* CreateCanvasWindow(IMainWindow& parent, IWindowClient& client,
                                               const TCanvasWindowSetup& setup) = 0;
+    /// Not shown yet.
+    virtual IPanelWindow* CreatePanelWindow(IMainWindow& parent, IWindowClient& client,
+                                            const TPanelSetup& setup) = 0;
 };

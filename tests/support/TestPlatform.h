@@ -49,6 +49,10 @@ private:
                                       const TCanvasWindowSetup& setup) override {
         return m_bRefuseCanvas ? nullptr : m_pWindows->CreateCanvasWindow(parent, client, setup);
     }
+    IPanelWindow* CreatePanelWindow(IMainWindow& parent, IWindowClient& client,
+                                    const TPanelSetup& setup) override {
+        return m_pWindows->CreatePanelWindow(parent, client, setup);
+    }
     std::wstring GetAppData() override { return L"/settings"; }
     void MakeFolder(const std::wstring&) override {}
     TModuleInfo GetProgram() override { return {}; }

@@ -1,0 +1,93 @@
+#include "core/Panels/BrushView.h"
+
+#include "core/AppModule/AppModule.h"
+#include "core/AppModule/ErrorBox.h"
+#include "core/Base/StableMath.h"
+#include "core/Panels/PanelDraw.h"
+#include "core/RasterBuffer/ColorRasterBuffer.h"
+#include "core/RasterStroke/RasterBrushStroke.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr double PI = 3.14159265358979323846;
+constexpr int POINTS = 48;
+constexpr int32_t MARGIN = 6;
+constexpr uint32_t UPRIGHT = 90;
+/// What an eraser takes away.
+constexpr TColor PAINTED = MakeColor(0x50, 0x50, 0x50);
+
+// A wave from side to side under a pressure that rises and falls. The larger the brush, the flatter.
+void AddPoints(CRasterStroke& stroke, CSize sz) {
+    const int32_t nRadius = static_cast<int32_t>(stroke.GetParam().BrushRadius) / 2;
+    const int32_t nLeft = MARGIN + nRadius;
+    const int32_t nWidth = std::max(1, sz.cx - 2 * nLeft);
+    const int32_t nHeight = std::max(0, sz.cy / 2 - MARGIN - nRadius);
+    for (int n = 0; n <= POINTS; ++n) {
+        const double t = static_cast<double>(n) / POINTS;
+        const double dWave = StableSinCos(2 * PI * t).dSin;
+        const CPoint pt{static_cast<int32_t>((nLeft + nWidth * t) * 8),
+                        static_cast<int32_t>((sz.cy / 2.0 - dWave * nHeight) * 8)};
+        stroke.AddCtlPoint(pt, static_cast<uint32_t>(FULL_PRESSURE * StableSinCos(PI * t).dSin), UPRIGHT);
+    }
+    stroke.AddCtlPoint({0, 0}, FINAL_PRESSURE, UPRIGHT);
+}
+
+} // namespace
+
+void CBrushView::SetTool(CRasterBrushBase* pTool) {
+    m_bTool = pTool != nullptr;
+    if (!pTool) return;
+    const bool bErase = pTool->GetToolId() == TOOL_ERASER;
+    m_shown = {pTool->GetParam(), bErase ? 0 : pTool->GetFreehand().m_clrBrush, bErase};
+}
+
+std::unique_ptr<CGDIBuffer> CBrushView::Draw(CSize sz) const {
+    // Numbers of its own: what is drawn on the canvas must not depend on what panels show.
+    CStrokeRandom random;
+    TStrokeSetup setup{.szCanvas = sz,
+                       .color = m_shown.color,
+                       .bErase = m_shown.bErase,
+                       .param = m_shown.param,
+                       .clock = g_AppModule.GetPlatform().clock,
+                       .random = random};
+    // A brush that is larger than the view shows its edge, not a filled view.
+    setup.param.BrushRadius =
+        std::min(setup.param.BrushRadius, static_cast<uint32_t>(std::max(1, sz.cy - 2 * MARGIN)));
+    setup.bDouble = setup.param.BlurLevel >= 51 && setup.param.BrushRadius < 32;
+    CRasterBrushStroke stroke(setup);
+    AddPoints(stroke, sz);
+    while (!stroke.Update()) {
+    }
+
+    CColorRasterBuffer plane;
+    plane.Create(sz, DEFAULT_BLOCKSIZE);
+    auto pBuffer = std::make_unique<CGDIBuffer>(sz);
+    const CScreenMap map(sz, {0, 0}, {}, sz);
+    plane.ForEachBlock([&](CPoint pt) {
+        const auto spBlock = plane.GetBlock(pt, true);
+        if (m_shown.bErase) spBlock->Fill(PAINTED, 255);
+        stroke.GetMain().BlendBlockInto(*spBlock, nullptr);
+        plane.DrawBlockToScreen(*pBuffer, map, pt);
+    });
+    return pBuffer;
+}
+
+void CBrushView::OnPaint(IPaintTarget& target, const TPanelPaint& paint) {
+    Guarded([&] {
+        if (!m_bTool) {
+            CGDIBuffer buffer(paint.sz);
+            FillColor(buffer, CRect({0, 0}, paint.sz), paint.clrBack);
+            target.Blit(buffer.GetPixelPtr({0, 0}), buffer.GetStride(), paint.sz, CRect({0, 0}, paint.sz));
+            return true;
+        }
+        if (!m_pBuffer || !(m_pBuffer->GetSize() == paint.sz) || !(m_drawn == m_shown)) {
+            m_pBuffer = Draw(paint.sz);
+            m_drawn = m_shown;
+        }
+        target.Blit(m_pBuffer->GetPixelPtr({0, 0}), m_pBuffer->GetStride(), paint.sz,
+                    CRect({0, 0}, paint.sz));
+        return true;
+    });
+}

@@ -1,0 +1,22 @@
+// The brush: its sizes at hand, size, edge and opacity, and how it draws.
+#pragma once
+
+#include "core/Panels/BrushList.h"
+#include "core/Panels/BrushView.h"
+#include "core/Panels/Panel.h"
+
+class CBrushWnd : public CPanel {
+public:
+    CBrushWnd();
+    std::wstring GetTitle() const override { return L"ブラシ"; }
+
+protected:
+    void OnOpen() override;
+    void OnClose() override;
+    void OnRefresh() override;
+    void OnControl(TPanelControl& control) override;
+
+private:
+    CBrushList m_list;
+    CBrushView m_view;
+};

@@ -1,0 +1,37 @@
+// The colours that tools draw with.
+#pragma once
+
+#include "core/Panels/ColorViews.h"
+#include "core/Panels/Panel.h"
+
+#include <optional>
+#include <string_view>
+
+/// The colour of six hexadecimal digits, "#" in front or not; nullopt for another text.
+std::optional<TColor> ReadHexColor(std::wstring_view strText);
+
+class CColorWnd : public CPanel {
+public:
+    CColorWnd();
+    std::wstring GetTitle() const override { return L"カラーピッカー"; }
+    /// Remembers the colour that a stroke draws with.
+    void OnIdle() override;
+
+protected:
+    void OnOpen() override;
+    void OnClose() override;
+    void OnRefresh() override;
+    void OnControl(TPanelControl& control) override;
+    void OnPointer(int nId, EMessage id, CPoint pt) override;
+    void OnKey(int nId, int nKey) override;
+
+private:
+    void SetColor(TColor color);
+    void SetHsv(const THsv& hsv);
+    void Swap();
+
+    CColorCircleView m_circle;
+    CTwoColorBoxView m_boxes;
+    CColorListView m_recent;
+    std::vector<TColor> m_vRead;
+};

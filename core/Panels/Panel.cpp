@@ -1,0 +1,117 @@
+#include "core/Panels/Panel.h"
+
+#include "core/AppModule/AppModule.h"
+#include "core/AppModule/ErrorBox.h"
+#include "core/AppModule/PrivateMessages.h"
+#include "core/AppModule/WindowPlacement.h"
+#include "core/Base/Failure.h"
+#include "core/IniConfig/IniConfig.h"
+
+#include <algorithm>
+
+namespace {
+
+boost::shared_ptr<CIniConfigData> OpenSection(const std::wstring& strName) {
+    return g_AppModule.GetSettings().GetSection(L"Windows")->GetSection(strName);
+}
+
+bool operator==(const TPanelPlace& a, const TPanelPlace& b) {
+    return a.dock == b.dock && a.rc == b.rc && a.bShow == b.bShow;
+}
+
+} // namespace
+
+TPanelPlace CPanel::ReadPlace(const TPanelPlace& placeFirst) const {
+    const auto spSection = OpenSection(m_strName);
+    const int nDock = std::clamp(spSection->GetInt(L"Dock", static_cast<int>(placeFirst.dock)), 0, 2);
+    return {static_cast<EPanelDock>(nDock), ReadPlacement(m_strName, placeFirst.rc),
+            spSection->GetInt(L"IsShow", placeFirst.bShow) != 0};
+}
+
+void CPanel::Create(IMainWindow& parent, const TPanelPlace& placeFirst) {
+    OnOpen();
+    m_pWindow = g_AppModule.GetPlatform().windows.CreatePanelWindow(parent, *this,
+                                                                    {m_strName, GetTitle(), m_vControls});
+    if (!m_pWindow) throw internal_error(L"CreatePanel: the window could not be created.");
+    TPanelPlace place = ReadPlace(placeFirst);
+    if (place.dock == EPanelDock::Float) place.rc = PlaceOnScreen(place.rc, parent.GetScreens());
+    m_pWindow->SetPlace(place);
+    m_pWindow->ShowPanel(place.bShow);
+    m_placeRead = m_pWindow->GetPlace();
+}
+
+void CPanel::Close() {
+    if (!m_pWindow) return;
+    const TPanelPlace place = m_pWindow->GetPlace();
+    if (!(place == m_placeRead)) {
+        WritePlacement(m_strName, place.rc);
+        OpenSection(m_strName)->SetInt(L"IsShow", place.bShow);
+        OpenSection(m_strName)->SetInt(L"Dock", static_cast<int>(place.dock));
+    }
+    OnClose();
+    m_pWindow->Destroy();
+}
+
+void CPanel::Refresh() {
+    if (!m_pWindow) return;
+    Guarded([&] { return OnRefresh(), true; });
+    m_pWindow->SetControls(m_vControls);
+}
+
+bool CPanel::OnMessage(const TMessage& msg) {
+    return Guarded([&] {
+        Dispatch(msg);
+        return false;
+    });
+}
+
+void CPanel::Dispatch(const TMessage& msg) {
+    const int nId = static_cast<int>(msg.wParam);
+    const int nView = PackedView(msg.wParam);
+    const int nRow = static_cast<int>(msg.lParam);
+    switch (msg.id) {
+    case EMessage::PanelChange: {
+        TPanelControl& control = Find(nId);
+        control.nValue = nRow;
+        if (control.kind == TPanelControl::EKind::Text) control.strText = msg.strText;
+        OnControl(control);
+        // What the panel would not take is put back.
+        Refresh();
+        break;
+    }
+    case EMessage::PanelActivate:
+        OnActivateRow(nId, nRow);
+        break;
+    case EMessage::PanelRename:
+        OnRenameRow(nId, nRow, msg.strText);
+        Refresh();
+        break;
+    case EMessage::PanelMove:
+        OnMoveRow(nId, PackedX(msg.lParam), PackedY(msg.lParam));
+        Refresh();
+        break;
+    case EMessage::LButtonDown:
+    case EMessage::MouseMove:
+    case EMessage::LButtonUp:
+        OnPointer(nView, msg.id, {PackedX(msg.lParam), PackedY(msg.lParam)});
+        break;
+    case EMessage::KeyDown:
+        if (nView) OnKey(nView, static_cast<int>(msg.wParam & 0xFF));
+        break;
+    default:
+        break;
+    }
+}
+
+TPanelControl& CPanel::Find(int nId) {
+    const auto it = std::find_if(m_vControls.begin(), m_vControls.end(),
+                                 [&](const TPanelControl& control) { return control.nId == nId; });
+    SELF_CHECK(invalid_argument, it != m_vControls.end());
+    return *it;
+}
+
+void CPanel::EnableAll(bool bEnable) {
+    for (TPanelControl& control : m_vControls) control.bEnabled = bEnable;
+}
+
+void CPanel::NotifyTool() { PostToMainFrame(WM_REFRESH_TOOL); }

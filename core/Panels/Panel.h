@@ -1,0 +1,68 @@
+// What all panels share: the window, its place in the settings, the way from the window's messages to the
+// controls.
+#pragma once
+
+#include "core/Platform/Panel.h"
+
+#include <boost/noncopyable.hpp>
+
+#include <string>
+#include <vector>
+
+class CPanel : public IWindowClient, boost::noncopyable {
+public:
+    /// `strName` is the panel's section below "Windows".
+    explicit CPanel(std::wstring strName) : m_strName(std::move(strName)) {}
+
+    /// Makes the window where it was when it closed, at `placeFirst` when there is no such place. A docked
+    /// panel's place among the others is that in which they are made. Raises internal_error when the window
+    /// system refuses.
+    void Create(IMainWindow& parent, const TPanelPlace& placeFirst);
+    /// The place that the settings keep.
+    TPanelPlace ReadPlace(const TPanelPlace& placeFirst) const;
+    /// Keeps the place and destroys the window.
+    void Close();
+    IPanelWindow* GetWindow() const { return m_pWindow; }
+    const std::vector<TPanelControl>& GetControls() const { return m_vControls; }
+
+    virtual std::wstring GetTitle() const = 0;
+    /// Rereads what the panel shows.
+    void Refresh();
+    /// Nothing else is to be done.
+    virtual void OnIdle() {}
+
+    bool OnMessage(const TMessage& msg) override;
+    void OnPaint(IPaintTarget&, const CRect&) override {}
+    void OnFinalMessage() override { m_pWindow = nullptr; }
+
+protected:
+    /// Writes the controls' values.
+    virtual void OnRefresh() = 0;
+    /// The user changed a control, whose value or text is the new one.
+    virtual void OnControl(TPanelControl& control) = 0;
+    virtual void OnActivateRow(int, int) {}
+    virtual void OnRenameRow(int, int, const std::wstring&) {}
+    virtual void OnMoveRow(int, int, int) {}
+    /// The left button or the pointer under it in a view; the client position in device pixels.
+    virtual void OnPointer(int, EMessage, CPoint) {}
+    /// A virtual key in a view that has the keyboard.
+    virtual void OnKey(int, int) {}
+    /// The panel reads its own settings, and writes them.
+    virtual void OnOpen() {}
+    virtual void OnClose() {}
+
+    /// The control of an id; a self-check fails when there is none.
+    TPanelControl& Find(int nId);
+    void EnableAll(bool bEnable);
+    /// Tells everyone that a tool's value has changed.
+    static void NotifyTool();
+
+    std::vector<TPanelControl> m_vControls;
+
+private:
+    void Dispatch(const TMessage& msg);
+
+    const std::wstring m_strName;
+    IPanelWindow* m_pWindow = nullptr;
+    TPanelPlace m_placeRead;
+};

@@ -1,0 +1,30 @@
+// All panels of a main frame, by the command that shows and hides them.
+#pragma once
+
+#include "core/Panels/Panel.h"
+
+#include <map>
+#include <memory>
+
+class CPanels : boost::noncopyable {
+public:
+    CPanels();
+    ~CPanels();
+
+    /// Makes the windows. Raises internal_error when the window system refuses.
+    void Create(IMainWindow& parent);
+    /// Keeps the places and destroys the windows.
+    void Close();
+    /// The tool or a value of it has changed.
+    void Refresh();
+    void OnIdle();
+
+    /// The panel of a command, null for other commands.
+    CPanel* Find(int nCommand) const;
+    bool IsShown(int nCommand) const;
+    /// Shows or hides the panel of a command; false for other commands.
+    bool Toggle(int nCommand);
+
+private:
+    std::map<int, std::unique_ptr<CPanel>> m_mapPanels;
+};

@@ -1,0 +1,30 @@
+// How pressure becomes width and opacity: the curve, its limits and floors, and memos of them.
+#pragma once
+
+#include "core/Panels/Panel.h"
+#include "core/Panels/PressCurveView.h"
+#include "core/Panels/PressMemo.h"
+
+class CPressWnd : public CPanel {
+public:
+    CPressWnd();
+    std::wstring GetTitle() const override { return L"　筆圧"; }
+
+protected:
+    void OnOpen() override;
+    void OnClose() override;
+    void OnRefresh() override;
+    void OnControl(TPanelControl& control) override;
+    void OnActivateRow(int nId, int nRow) override;
+    void OnRenameRow(int nId, int nRow, const std::wstring& strName) override;
+    void OnMoveRow(int nId, int nFrom, int nTo) override;
+    void OnPointer(int nId, EMessage id, CPoint pt) override;
+    void OnKey(int nId, int nKey) override;
+
+private:
+    void TakeHandles();
+
+    CPressCurveView m_curve;
+    CPressMemoView m_memo;
+    int m_idxSel = -1; ///< the selected memo
+};

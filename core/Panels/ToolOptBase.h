@@ -1,0 +1,40 @@
+// A pane of the tool options: the controls of one kind of tool.
+#pragma once
+
+#include "core/Platform/Panel.h"
+#include "core/RasterBrush/RasterBrushBase.h"
+
+#include <boost/noncopyable.hpp>
+#include <boost/shared_ptr.hpp>
+#include <boost/weak_ptr.hpp>
+
+#include <vector>
+
+/// One row of a combo and the value that it stands for.
+struct TOptRow {
+    const wchar_t* pszText;
+    int nValue;
+};
+
+/// The row of a value, searched from the last one upwards; 0 when none has it.
+int FindOptRow(const std::vector<TOptRow>& vRows, int nValue);
+
+class CToolOptBase : boost::noncopyable {
+public:
+    virtual ~CToolOptBase() = default;
+    virtual bool IsForTool(int nId) const = 0;
+    /// Takes the tool's values over into the controls, and the tool for later changes. Raises internal_error
+    /// for a tool of another class.
+    virtual void RefreshView(const boost::shared_ptr<CTools>& spTool) = 0;
+    /// The user changed a control of the pane: its value goes to the tool, if that is still there.
+    virtual void OnControl(const TPanelControl& control) = 0;
+
+    std::vector<TPanelControl>& GetControls() { return m_vControls; }
+    /// True when the control is one of the pane's.
+    bool Has(int nId) const;
+
+protected:
+    TPanelControl& Find(int nId);
+
+    std::vector<TPanelControl> m_vControls;
+};

@@ -1,0 +1,59 @@
+// The options of the freehand tools: those of brush and eraser, and those of the pencil.
+#pragma once
+
+#include "core/Panels/ToolOptBase.h"
+
+/// What both panes are made from: combos and checks, each bound to a field of the tool.
+class CToolOptFreehand : public CToolOptBase {
+public:
+    void RefreshView(const boost::shared_ptr<CTools>& spTool) override;
+    void OnControl(const TPanelControl& control) override;
+
+protected:
+    /// A value of the tool, read and written.
+    struct TBinding {
+        int nId;
+        std::vector<TOptRow> vRows; ///< a combo's; empty for a check
+        int (*fnGet)(CRasterBrushBase& tool);
+        void (*fnSet)(CRasterBrushBase& tool, int nValue);
+    };
+
+    /// `nFirstId` is the pane's own number, on which those of its controls stand.
+    CToolOptFreehand(int nFirstId, const wchar_t* pszFailure)
+        : m_nFirstId(nFirstId), m_pszFailure(pszFailure) {}
+
+    void AddCombo(const wchar_t* pszLabel, const TBinding& binding);
+    void AddCheck(const wchar_t* pszLabel, const wchar_t* pszText, const TBinding& binding,
+                  bool bSameLine = false);
+    void AddWobble();
+    void AddLine();
+    void AddPressure();
+    void AddSlow();
+
+    const int m_nFirstId;
+
+private:
+    virtual bool Serves(const CRasterBrushBase& tool) const = 0;
+
+    const wchar_t* m_pszFailure;
+    std::vector<TBinding> m_vBindings;
+    boost::weak_ptr<CRasterBrushBase> m_wpTool;
+};
+
+class CToolOptRasterBrush : public CToolOptFreehand {
+public:
+    CToolOptRasterBrush();
+    bool IsForTool(int nId) const override { return nId == TOOL_BRUSH || nId == TOOL_ERASER; }
+
+private:
+    bool Serves(const CRasterBrushBase&) const override { return true; }
+};
+
+class CToolOptRasterPencil : public CToolOptFreehand {
+public:
+    CToolOptRasterPencil();
+    bool IsForTool(int nId) const override { return nId == TOOL_PENCIL; }
+
+private:
+    bool Serves(const CRasterBrushBase& tool) const override { return IsForTool(tool.GetToolId()); }
+};

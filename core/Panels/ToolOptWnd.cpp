@@ -1,0 +1,33 @@
+#include "core/Panels/ToolOptWnd.h"
+
+#include "core/Panels/ToolOptRasterBrush.h"
+
+CToolOptWnd::CToolOptWnd() : CPanel(L"ToolOption") {
+    m_vPanes.push_back(std::make_unique<CToolOptRasterBrush>());
+    m_vPanes.push_back(std::make_unique<CToolOptRasterPencil>());
+    for (const auto& pPane : m_vPanes)
+        m_vControls.insert(m_vControls.end(), pPane->GetControls().begin(), pPane->GetControls().end());
+}
+
+void CToolOptWnd::OnRefresh() {
+    const auto spTool = g_wpActiveTool.lock();
+    m_vControls.clear();
+    CToolOptBase* pShown = nullptr;
+    for (const auto& pPane : m_vPanes) {
+        const bool bShow = spTool && pPane->IsForTool(spTool->GetToolId());
+        if (bShow) pShown = pPane.get();
+        for (TPanelControl& control : pPane->GetControls()) {
+            control.bVisible = bShow;
+            m_vControls.push_back(control);
+        }
+    }
+    if (!pShown) return;
+    pShown->RefreshView(spTool);
+    for (const TPanelControl& control : pShown->GetControls()) Find(control.nId) = control;
+}
+
+void CToolOptWnd::OnControl(TPanelControl& control) {
+    for (const auto& pPane : m_vPanes)
+        if (pPane->Has(control.nId)) pPane->OnControl(control);
+    NotifyTool();
+}

@@ -1,0 +1,20 @@
+// The options of the active tool: one pane for each kind of tools, of which one shows.
+#pragma once
+
+#include "core/Panels/Panel.h"
+#include "core/Panels/ToolOptBase.h"
+
+#include <memory>
+
+class CToolOptWnd : public CPanel {
+public:
+    CToolOptWnd();
+    std::wstring GetTitle() const override { return L"ツールオプション"; }
+
+protected:
+    void OnRefresh() override;
+    void OnControl(TPanelControl& control) override;
+
+private:
+    std::vector<std::unique_ptr<CToolOptBase>> m_vPanes;
+};

@@ -1,0 +1,14 @@
+// The choice of the tool.
+#pragma once
+
+#include "core/Panels/Panel.h"
+
+class CToolWnd : public CPanel {
+public:
+    CToolWnd();
+    std::wstring GetTitle() const override { return L"ツール"; }
+
+protected:
+    void OnRefresh() override;
+    void OnControl(TPanelControl& control) override;
+};

@@ -1,0 +1,29 @@
+// A panel without a display.
+#pragma once
+
+#include "core/Platform/Panel.h"
+#include "session/SessionWindow.h"
+
+class CSessionPanelWindow : public CSessionWindow<IPanelWindow> {
+public:
+    CSessionPanelWindow(IMessageQueue& queue, IWindowClient& client, const TPanelSetup& setup)
+        : CSessionWindow(queue, client, setup.strTitle, {}, {}), m_vControls(setup.vControls) {}
+
+    void Destroy() override;
+    void Show() override { ShowPanel(true); }
+    void SetRect(const CRect& rc) override { m_place.rc = rc; }
+    CRect GetRect() const override { return m_place.rc; }
+    void Invalidate(const CRect&) override {}
+    TPanelPlace GetPlace() const override { return m_place; }
+    void SetPlace(const TPanelPlace& place) override { m_place = place; }
+    bool IsShown() const override { return m_place.bShow; }
+    void ShowPanel(bool bShow) override { m_place.bShow = bShow; }
+    void SetControls(const std::vector<TPanelControl>& vControls) override { m_vControls = vControls; }
+
+    /// The controls as they would be seen.
+    const std::vector<TPanelControl>& GetControls() const { return m_vControls; }
+
+private:
+    TPanelPlace m_place;
+    std::vector<TPanelControl> m_vControls;
+};

@@ -1,0 +1,64 @@
+// Colours: arithmetic, the circle, and what the panel does with the tool's.
+#include "core/Base/Text.h"
+#include "core/Panels/ColorWnd.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+struct CNowhere : IPaintTarget {
+    void Blit(const uint8_t*, int, CSize, const CRect&) override {}
+};
+
+} // namespace
+
+TEST(HsvColor, GoesToColoursAndBack) {
+    EXPECT_EQ(ColorOfHsv({0, 255, 255}), MakeColor(255, 0, 0));
+    EXPECT_EQ(ColorOfHsv({90, 255, 255}), MakeColor(128, 255, 0));
+    EXPECT_EQ(ColorOfHsv({240, 255, 128}), MakeColor(0, 0, 128));
+    EXPECT_EQ(ColorOfHsv({359, 0, 77}), MakeColor(77, 77, 77));
+    for (int nHue = 0; nHue < 360; ++nHue) {
+        const THsv hsv{nHue, 255, 255};
+        EXPECT_EQ(HsvOfColor(ColorOfHsv(hsv), {}), hsv);
+    }
+    // No channel strays by more than the coarseness of whole degrees allows.
+    for (int r = 0; r < 256; r += 15)
+        for (int g = 0; g < 256; g += 15)
+            for (int b = 0; b < 256; b += 15) {
+                const auto by = [](int n) { return static_cast<uint8_t>(n); };
+                const TColor color = ColorOfHsv(HsvOfColor(MakeColor(by(r), by(g), by(b)), {}));
+                EXPECT_LE(std::abs(RedOf(color) - r), 3);
+                EXPECT_LE(std::abs(GreenOf(color) - g), 3);
+                EXPECT_LE(std::abs(BlueOf(color) - b), 3);
+            }
+    // A grey has no hue and black no saturation of its own.
+    EXPECT_EQ(HsvOfColor(MakeColor(9, 9, 9), {200, 50, 50}), (THsv{200, 0, 9}));
+    EXPECT_EQ(HsvOfColor(0, {200, 50, 50}), (THsv{200, 50, 0}));
+}
+
+TEST(ReadHexColor, TakesSixDigitsOnly) {
+    EXPECT_EQ(ReadHexColor(L"#12aBcD"), MakeColor(0x12, 0xAB, 0xCD));
+    EXPECT_EQ(ReadHexColor(L"0000ff"), MakeColor(0, 0, 255));
+    for (const wchar_t* psz : {L"", L"#", L"12345", L"1234567", L"12345g", L"##12345", L"１２３４５６"})
+        EXPECT_FALSE(ReadHexColor(psz)) << ToUtf8(psz);
+}
+
+TEST(ColorCircleView, ThePartThatTheButtonWentDownInKeepsThePointer) {
+    CColorCircleView view;
+    EXPECT_FALSE(view.OnPointer(EMessage::LButtonDown, {100, 5})); // never painted
+    CNowhere target;
+    view.OnPaint(target, {{200, 200}, 0, 0, true, false});
+    EXPECT_TRUE(view.OnPointer(EMessage::LButtonDown, {100, 8})); // the ring's top
+    EXPECT_EQ(view.m_hsv.nHue, 90);
+    EXPECT_TRUE(view.OnPointer(EMessage::MouseMove, {8, 100}));
+    EXPECT_EQ(view.m_hsv.nHue, 180);
+    EXPECT_EQ(view.m_hsv.nValue, 0);
+    view.OnPointer(EMessage::LButtonUp, {8, 100});
+    EXPECT_FALSE(view.OnPointer(EMessage::MouseMove, {100, 100})); // nothing is held
+    EXPECT_TRUE(view.OnPointer(EMessage::LButtonDown, {100, 100}));
+    EXPECT_NEAR(view.m_hsv.nSaturation, 128, 2);
+    view.OnPointer(EMessage::MouseMove, {900, -900}); // beyond the square is its corner
+    EXPECT_EQ(view.m_hsv, (THsv{180, 255, 255}));
+    view.OnPointer(EMessage::LButtonUp, {900, -900});
+    EXPECT_FALSE(view.OnPointer(EMessage::LButtonDown, {1, 1})); // beside the ring
+}

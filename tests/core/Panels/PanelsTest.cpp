@@ -1,0 +1,259 @@
+// The panels' rules in a running session, over windows that exist only as state.
+#include "core/Panels/Panels.h"
+#include "core/AppModule/AppModule.h"
+#include "core/AppModule/CommandIds.h"
+#include "core/AppModule/MessageQueue.h"
+#include "core/Base/Failure.h"
+#include "core/IniConfig/IniConfig.h"
+#include "core/MainFrame/MainFrame.h"
+#include "core/MainFrame/SessionScope.h"
+#include "core/Panels/ToolOptRasterBrush.h"
+#include "core/RasterBrush/FreehandTools.h"
+#include "tests/support/TestPlatform.h"
+
+#include <algorithm>
+
+namespace {
+
+/// Keeps what a view paints.
+struct CPixels : IPaintTarget {
+    void Blit(const uint8_t* pPixels, int nStride, CSize sz, const CRect&) override {
+        m_strPixels.assign(reinterpret_cast<const char*>(pPixels), static_cast<size_t>(nStride * sz.cy));
+    }
+    std::string m_strPixels;
+};
+
+class Panels : public testing::Test {
+protected:
+    // One session; each step finds everything before it handled.
+    void Play(const std::vector<std::function<void()>>& vSteps) {
+        for (const auto& fn : vSteps) m_outside.AddStep([fn](CPlayer&) { fn(); });
+        m_outside.Run([&](const TPlatform& platform) {
+            CSessionScope scope(platform);
+            CreateMainFrame();
+            const auto spCanvas = CreateCanvas({100, 80});
+            const auto spLayer = CreateRasterLayer(spCanvas);
+            spCanvas->GetRoot().AddLayer(spLayer, -1);
+            spCanvas->GetRoot().SetActiveChild(spLayer);
+            spCanvas->GetHistory().SetModified(false);
+            g_pMainFrame->OpenFrame(CreateCanvasFrame(spCanvas));
+            scope.Run();
+        });
+    }
+    static CSessionPanelWindow& Window(int nPanel) {
+        return dynamic_cast<CSessionPanelWindow&>(*g_pMainFrame->GetPanels().Find(nPanel)->GetWindow());
+    }
+    /// The visible control with a label or a text.
+    static const TPanelControl& Control(int nPanel, const std::wstring& strName) {
+        for (const TPanelControl& control : Window(nPanel).GetControls())
+            if (control.bVisible && (control.strLabel == strName || control.strText == strName))
+                return control;
+        throw std::runtime_error("no such control");
+    }
+    static const TPanelControl& Control(int nPanel, TPanelControl::EKind kind) {
+        return *std::find_if(Window(nPanel).GetControls().begin(), Window(nPanel).GetControls().end(),
+                             [&](const TPanelControl& control) { return control.kind == kind; });
+    }
+    static void Send(int nPanel, EMessage id, int64_t wParam, int64_t lParam, const std::wstring& str = {}) {
+        SendMessage({&Window(nPanel), id, wParam, lParam, str});
+    }
+    /// The user gives a control a value, a combo the row of a text.
+    static void Change(int nPanel, const std::wstring& strName, int nValue) {
+        Send(nPanel, EMessage::PanelChange, Control(nPanel, strName).nId, nValue);
+    }
+    static void Choose(int nPanel, const std::wstring& strName, const std::wstring& strRow) {
+        const auto& vRows = Control(nPanel, strName).vRows;
+        const auto it = std::find(vRows.begin(), vRows.end(), strRow);
+        ASSERT_NE(it, vRows.end());
+        Change(nPanel, strName, static_cast<int>(it - vRows.begin()));
+    }
+    static CRasterBrushBase& Tool() { return dynamic_cast<CRasterBrushBase&>(*g_wpActiveTool.lock()); }
+    static std::string Paint(const TPanelControl& view, CSize sz = {200, 64}) {
+        CPixels pixels;
+        view.pView->OnPaint(pixels, {sz, 0xEFEFEF, 0, true, false});
+        return pixels.m_strPixels;
+    }
+    std::wstring Setting(const wchar_t* pszSection, const wchar_t* pszKey) {
+        return CIniConfig(L"/settings/Vellumcraft/Vellumcraft.ini", m_outside.m_files)
+            .GetSection(pszSection)
+            ->GetString(pszKey, L"-");
+    }
+
+    CTestPlatform m_outside;
+};
+
+} // namespace
+
+TEST_F(Panels, CommandsShowAndHideAndPlacesAreKept) {
+    const CRect rc(50, 60, 350, 460);
+    Play({[&] {
+        for (const int nId : {12803, 12804, 12805, 12809, 12815}) {
+            EXPECT_TRUE(g_pMainFrame->IsCommandEnabled(nId) && g_pMainFrame->IsCommandChecked(nId)) << nId;
+        }
+        EXPECT_FALSE(g_pMainFrame->IsCommandEnabled(12801) || g_pMainFrame->IsCommandEnabled(12802));
+        SendMessage({g_pMainFrame->GetWindow(), EMessage::Command, ID_PANEL_BRUSH});
+        EXPECT_FALSE(g_pMainFrame->IsCommandChecked(ID_PANEL_BRUSH));
+        Window(ID_PANEL_PRESS).SetPlace({EPanelDock::Float, rc, true});
+        Window(ID_PANEL_COLOR).SetPlace({EPanelDock::Float, CRect({90000, 0}, {300, 200}), true});
+    }});
+    EXPECT_EQ(Setting(L"Windows\\Brush", L"IsShow"), L"0");
+    EXPECT_EQ(Setting(L"Windows\\Press", L"Width"), L"300");
+    EXPECT_EQ(Setting(L"Windows\\Tool", L"Left"), L"-"); // nothing changed
+    Play({[&] {
+        EXPECT_FALSE(Window(ID_PANEL_BRUSH).IsShown());
+        EXPECT_TRUE(Window(ID_PANEL_PRESS).GetPlace().dock == EPanelDock::Float);
+        EXPECT_EQ(Window(ID_PANEL_PRESS).GetPlace().rc, rc);
+        EXPECT_EQ(Window(ID_PANEL_COLOR).GetPlace().rc.right, 1920); // back onto the screen
+    }});
+}
+
+TEST_F(Panels, ToolButtonsFollowTheToolAndOptionsShowItsPane) {
+    Play({[] {
+              EXPECT_EQ(Control(ID_PANEL_TOOL, L"ラスタブラシ").nValue, 1);
+              Change(ID_PANEL_TOOL, L"消しゴム", 1);
+              EXPECT_EQ(Control(ID_PANEL_TOOL, L"消しゴム").nValue, 0); // not before the tool is there
+          },
+          [] {
+              EXPECT_EQ(Tool().GetToolId(), TOOL_ERASER);
+              EXPECT_EQ(Control(ID_PANEL_TOOL, L"消しゴム").nValue, 1);
+              EXPECT_EQ(Control(ID_PANEL_TOOL, L"ラスタブラシ").nValue, 0);
+              EXPECT_NO_THROW(Control(ID_PANEL_TOOL_OPTION, L"線の荒さ"));
+              EXPECT_ANY_THROW(Control(ID_PANEL_TOOL_OPTION, L"紙の粗さ"));
+              EXPECT_FALSE(Control(ID_PANEL_COLOR, L"R").bEnabled); // an eraser has no colour
+          }});
+}
+
+TEST_F(Panels, OptionsGoStraightToTheToolAndComeBack) {
+    constexpr int P = ID_PANEL_TOOL_OPTION;
+    Play({[] {
+              EXPECT_FALSE(Control(P, L"ブレ細かさ").bEnabled);
+              Change(P, L"ぶれ", 1);
+              EXPECT_TRUE(Control(P, L"ブレ細かさ").bEnabled);
+              Choose(P, L"ブレ細かさ", L"8");
+              Choose(P, L"ブレ(細線)", L"2");
+              Choose(P, L"ブレ(太線)", L"3");
+              Choose(P, L"補完強度", L"12");
+              Choose(P, L"線の荒さ", L"50%");
+              Choose(P, L"入りの長さ", L"短");
+              Choose(P, L"抜きの長さ", L"長");
+              Change(P, L"不透明度", 50);
+              Change(P, L"太さ", 0);
+              Change(P, L"α", 1);
+              Change(P, L"倍率に合わせて補間", 1);
+              TBrushParam param;
+              param.WaveEnable = param.PressAlpha = true;
+              param.PressRadius = false;
+              param.WaveSmooth = 8;
+              param.WaveDistMin = 2;
+              param.WaveDistMax = 3;
+              param.CurveStrength = 12;
+              param.Spray = 50;
+              param.BrushAlpha = 128;
+              EXPECT_EQ(Tool().GetParam(), param);
+              EXPECT_EQ(Tool().GetFreehand(), (TFreehandParam{0, 2, 0, true}));
+          },
+          [] {
+              EXPECT_EQ(Control(P, L"不透明度").nValue, 50);
+              EXPECT_FALSE(Control(P, L"中").bEnabled);
+              Change(P, L"ゆっくり描いても補間", 1);
+              EXPECT_EQ(Tool().GetFreehand().m_uSlowSmooth, 4u);
+              Change(P, L"強", 1);
+              EXPECT_EQ(Tool().GetFreehand().m_uSlowSmooth, 12u);
+              EXPECT_TRUE(Control(P, L"強").nValue && !Control(P, L"弱").nValue);
+              Change(P, L"ゆっくり描いても補間", 0);
+              EXPECT_EQ(Tool().GetFreehand().m_uSlowSmooth, 0u);
+              // A value that no row has shows the first one and stays as it is.
+              Tool().GetParam().CurveStrength = 5;
+              g_pMainFrame->GetPanels().Refresh();
+              EXPECT_EQ(Control(P, L"補完強度").nValue, 0);
+              EXPECT_EQ(Tool().GetParam().CurveStrength, 5);
+              Change(P, L"補完強度", 99); // no such row
+              EXPECT_EQ(Tool().GetParam().CurveStrength, 5);
+          }});
+    EXPECT_EQ(FindOptRow({{L"a", 1}, {L"b", 2}, {L"c", 1}}, 1), 2); // from the last row on
+}
+
+TEST_F(Panels, PanesRefuseToolsOfOthersAndOutliveTheirs) {
+    Play({[] {
+        const auto failure = [](CToolOptBase& pane, const boost::shared_ptr<CTools>& spTool) {
+            try {
+                pane.RefreshView(spTool);
+            } catch (const internal_error& e) {
+                return e.message;
+            }
+            return std::wstring();
+        };
+        CToolOptRasterBrush brush;
+        CToolOptRasterPencil pencil;
+        EXPECT_EQ(failure(brush, {}), L"RefreshView: CRasterBrushBase not found");
+        EXPECT_EQ(failure(pencil, g_wpActiveTool.lock()), L"RefreshView: CRasterPencil not found");
+        EXPECT_EQ(failure(brush, g_wpActiveTool.lock()), L"");
+        TPanelControl check;
+        for (const TPanelControl& control : brush.GetControls())
+            if (control.strText == L"ぶれ") check = control;
+        g_pMainFrame->SwitchTool(TOOL_ERASER);
+        check.nValue = 1;
+        brush.OnControl(check); // its tool is gone
+        EXPECT_FALSE(Tool().GetParam().WaveEnable);
+    }});
+}
+
+TEST_F(Panels, BrushSizesAreAListAndASlider) {
+    constexpr int P = ID_PANEL_BRUSH;
+    const auto rows = [] { return Control(P, TPanelControl::EKind::List).vRows; };
+    Play({[&] {
+        const int nList = Control(P, TPanelControl::EKind::List).nId;
+        EXPECT_EQ(rows(), (std::vector<std::wstring>{L"1", L"2", L"4", L"8", L"16"}));
+        Send(P, EMessage::PanelChange, nList, 4);
+        EXPECT_EQ(Tool().GetParam().BrushRadius, 16u);
+        Change(P, L"サイズ", 5);
+        EXPECT_EQ(Control(P, TPanelControl::EKind::List).nValue, -1);
+        Change(P, L"追加", 0);
+        EXPECT_EQ(rows(), (std::vector<std::wstring>{L"1", L"2", L"4", L"5", L"8", L"16"}));
+        Send(P, EMessage::PanelChange, nList, 0);
+        Change(P, L"削除", 0);
+        Choose(P, L"硬さ", L"75%");
+        EXPECT_EQ(Tool().GetParam().BlurLevel, 75);
+        // Every step of the slider changes the size, and both ends can be reached.
+        const auto& vStops = Control(P, L"サイズ").vStops;
+        EXPECT_TRUE(std::adjacent_find(vStops.begin(), vStops.end(), std::greater_equal<>()) == vStops.end());
+        EXPECT_TRUE(vStops.front() == 1 && vStops.back() == static_cast<int>(MAX_BRUSH_RADIUS));
+    }});
+    EXPECT_EQ(Setting(L"BrushList", L"BrushCount"), L"5");
+    EXPECT_EQ(Setting(L"BrushList", L"3"), L"5");
+    Play({[&] {
+        EXPECT_EQ(rows(), (std::vector<std::wstring>{L"2", L"4", L"5", L"8", L"16"}));
+        g_wpActiveTool.reset();
+        g_pMainFrame->GetPanels().Refresh();
+        EXPECT_NO_THROW(Control(P, L"ツールが選択されていないか無効なツールです。"));
+        EXPECT_FALSE(Control(P, TPanelControl::EKind::List).bVisible);
+    }});
+}
+
+TEST_F(Panels, ThePreviewIsWhatTheBrushDraws) {
+    Play({[] {
+        const TPanelControl view = Control(ID_PANEL_BRUSH, TPanelControl::EKind::View);
+        const auto paint = [&] {
+            g_pMainFrame->GetPanels().Refresh();
+            return Paint(view);
+        };
+        const std::string strThin = paint();
+        EXPECT_NE(strThin, std::string(strThin.size(), '\xFF')); // there is a line, on white
+        EXPECT_EQ(strThin.substr(0, 90), std::string(90, '\xFF'));
+        std::vector<std::string> vSeen{strThin};
+        const auto differs = [&](auto fnChange) {
+            fnChange(Tool());
+            vSeen.push_back(paint());
+            return std::count(vSeen.begin(), vSeen.end(), vSeen.back()) == 1;
+        };
+        EXPECT_TRUE(differs([](auto& tool) { tool.GetParam().BrushRadius = 24; }));
+        EXPECT_TRUE(differs([](auto& tool) { tool.GetParam().BlurLevel = 100; }));
+        EXPECT_TRUE(differs([](auto& tool) { tool.GetParam().MinRadiusRate = 60; }));
+        EXPECT_TRUE(differs([](auto& tool) { tool.GetFreehand().m_clrBrush = 0xFF; }));
+        EXPECT_TRUE(differs([](auto& tool) { tool.GetParam().BrushAlpha = 90; }));
+        Tool().GetParam().BrushRadius = MAX_BRUSH_RADIUS;
+        EXPECT_EQ(paint().substr(0, 90), std::string(90, '\xFF')); // the largest leaves a margin too
+        g_pMainFrame->SwitchTool(TOOL_ERASER);
+        EXPECT_EQ(paint().substr(0, 90), std::string(90, '\x50'));
+    }});
+}

@@ -1,0 +1,226 @@
+// Panels as real widgets: what they tell, what they show, and whose the keyboard is.
+#include "core/Platform/Panel.h"
+#include "UiTest.h"
+
+namespace {
+
+using EKind = TPanelControl::EKind;
+
+/// A view that shows one colour.
+struct CPlainView : IPanelView {
+    void OnPaint(IPaintTarget& target, const TPanelPaint& paint) override {
+        const int nStride = (paint.sz.cx * 3 + 3) & ~3;
+        const std::string strPixels(static_cast<size_t>(nStride * paint.sz.cy), '\x40');
+        target.Blit(reinterpret_cast<const uint8_t*>(strPixels.data()), nStride, paint.sz,
+                    CRect({0, 0}, paint.sz));
+    }
+};
+
+/// A panel of each kind of control, its changes written down as "change 3 1".
+class CPanelTest : public CUiTest {
+protected:
+    CPanelTest() {
+        m_client.m_fnHandle = [this](const TMessage& msg) {
+            const char* const pszWhat = msg.id == EMessage::PanelChange     ? "change "
+                                        : msg.id == EMessage::PanelActivate ? "activate "
+                                        : msg.id == EMessage::PanelRename   ? "rename "
+                                        : msg.id == EMessage::PanelMove     ? "move "
+                                        : msg.id == EMessage::LButtonDown   ? "down "
+                                        : msg.id == EMessage::KeyDown       ? "key "
+                                                                            : nullptr;
+            if (!pszWhat) return false;
+            const bool bView = PackedView(msg.wParam) != 0;
+            m_vTold.push_back(pszWhat + std::to_string(bView ? PackedView(msg.wParam) : msg.wParam) + " " +
+                              std::to_string(msg.lParam) + ToQtText(msg.strText));
+            return true;
+        };
+        m_pPanel = Make(L"Test");
+        m_pPanel->SetPlace({EPanelDock::Right, CRect({900, 100}, {260, 500}), true});
+        m_pPanel->ShowPanel(true);
+        Open(m_a);
+        Turn();
+    }
+    ~CPanelTest() override {
+        // Their client goes before the main window does.
+        for (IPanelWindow* pPanel : m_vPanels) pPanel->Destroy();
+    }
+    IPanelWindow* Make(const std::wstring& strName) {
+        m_vPanels.push_back(
+            m_windows.CreatePanelWindow(*m_pMain, m_client, {strName, L"パネル", m_vControls}));
+        return m_vPanels.back();
+    }
+    static std::string ToQtText(const std::wstring& str) {
+        return str.empty() ? "" : " " + QString::fromStdWString(str).toStdString();
+    }
+    template <class Widget>
+    Widget& Get(int nId) {
+        auto* pWidget = GetWidget().findChild<QWidget*>("Test")->findChild<QWidget*>(QString::number(nId));
+        if (auto* p = dynamic_cast<Widget*>(pWidget)) return *p;
+        return *pWidget->findChild<Widget*>();
+    }
+    TLog Told() {
+        Turn();
+        return std::exchange(m_vTold, {});
+    }
+    QWidget* Focus() { return GetWidget().focusWidget(); }
+
+    CPlainView m_view;
+    std::vector<TPanelControl> m_vControls{
+        {.kind = EKind::Check, .nId = 1, .strText = L"太さ"},
+        {.kind = EKind::Combo, .nId = 2, .strLabel = L"硬さ", .vRows = {L"a", L"b", L"c"}},
+        {.kind = EKind::Slider,
+         .nId = 3,
+         .strLabel = L"値",
+         .vStops = {1, 2, 4, 8, 100},
+         .nMin = 1,
+         .nMax = 100,
+         .nValue = 2},
+        {.kind = EKind::Text, .nId = 4, .strText = L"#000000"},
+        {.kind = EKind::List,
+         .nId = 5,
+         .vRows = {L"x", L"y", L"z"},
+         .nValue = -1,
+         .bEditable = true,
+         .szView = {100, 60}},
+        {.kind = EKind::View, .nId = 6, .szView = {100, 50}, .pView = &m_view},
+        {.kind = EKind::Toggle, .nId = 7, .strText = L"筆", .strIcon = "icons/tool-brush.svg"},
+    };
+    CTestClient m_client{"panel", m_vLog};
+    TLog m_vTold;
+    std::vector<IPanelWindow*> m_vPanels;
+    IPanelWindow* m_pPanel = nullptr;
+};
+
+} // namespace
+
+TEST_F(CPanelTest, ControlsTellTheUsersChangesOnly) {
+    QTest::mouseClick(&Get<QCheckBox>(1), Qt::LeftButton, {}, {8, Get<QCheckBox>(1).height() / 2});
+    QTest::mouseClick(&Get<QToolButton>(7), Qt::LeftButton);
+    EXPECT_EQ(Told(), (TLog{"change 1 1", "change 7 1"}));
+    QTest::keyClick(&Get<QComboBox>(2), Qt::Key_Down);
+    QTest::keyClick(&Get<QSlider>(3), Qt::Key_Right); // to the next stop
+    Get<QSpinBox>(3).setValue(50);
+    EXPECT_EQ(Told(), (TLog{"change 2 1", "change 3 4", "change 3 50"}));
+    m_vControls[0].nValue = 0;
+    m_vControls[2].nValue = 8;
+    m_vControls[4].vRows = {L"y", L"x"};
+    m_vControls[4].nValue = 1;
+    m_vControls[1].bVisible = false;
+    m_pPanel->SetControls(m_vControls);
+    EXPECT_EQ(Told(), TLog{});
+    EXPECT_FALSE(Get<QCheckBox>(1).isChecked() || Get<QToolButton>(7).isChecked());
+    EXPECT_TRUE(Get<QSlider>(3).value() == 3 && Get<QSpinBox>(3).value() == 8);
+    EXPECT_EQ(Get<QListWidget>(5).currentItem()->text(), "x");
+    EXPECT_FALSE(Get<QComboBox>(2).isVisible());
+}
+
+TEST_F(CPanelTest, ListsAreRenamedDraggedAndChosen) {
+    auto& list = Get<QListWidget>(5);
+    list.item(1)->setText("名");
+    EXPECT_EQ(Told(), TLog{"rename 5 1 名"});
+    m_pPanel->SetControls(m_vControls); // the panel would not take it
+    EXPECT_EQ(list.item(1)->text(), "y");
+    list.setCurrentRow(0);
+    QTest::keyClick(&list, Qt::Key_Down, Qt::ShiftModifier);
+    QTest::keyClick(&list, Qt::Key_Return);
+    EXPECT_EQ(Told(), (TLog{"change 5 0", "move 5 " + std::to_string(PackPoint(0, 1)), "activate 5 0"}));
+}
+
+TEST_F(CPanelTest, OnlyTextTakesTheKeyboardByAClick) {
+    m_pMain->Show();
+    QWidget* const pView = Focus();
+    ASSERT_NE(pView, nullptr);
+    for (QWidget* pWidget :
+         std::initializer_list<QWidget*>{&Get<QCheckBox>(1), &Get<QSlider>(3), Get<QListWidget>(5).viewport(),
+                                         &Get<QWidget>(6), &Get<QToolButton>(7)}) {
+        QTest::mouseClick(pWidget, Qt::LeftButton);
+        EXPECT_EQ(Focus(), pView) << pWidget->metaObject()->className();
+    }
+    QTest::mouseClick(&Get<QLineEdit>(4), Qt::LeftButton);
+    EXPECT_EQ(Focus(), &Get<QLineEdit>(4));
+    // What is typed into it is text and no shortcut; Return gives the keyboard back.
+    Get<QLineEdit>(4).selectAll();
+    QTest::keyClicks(&Get<QLineEdit>(4), "x1");
+    Told();
+    EXPECT_TRUE(m_a.Got(EMessage::KeyDown).empty());
+    QTest::keyClick(&Get<QLineEdit>(4), Qt::Key_Return);
+    EXPECT_EQ(Told(), TLog{"change 4 0 x1"});
+    EXPECT_EQ(Focus(), pView);
+}
+
+TEST_F(CPanelTest, TheKeyboardAloneReachesEveryControlAndShortcutsStillWork) {
+    QSet<QWidget*> vReached;
+    for (int n = 0; n < 40; ++n) {
+        QTest::keyClick(Focus(), Qt::Key_Tab);
+        m_a.m_fnHandle = nullptr;
+        Turn();
+        vReached.insert(Focus());
+    }
+    for (QWidget* pWidget : std::initializer_list<QWidget*>{
+             &Get<QCheckBox>(1), &Get<QComboBox>(2), &Get<QSlider>(3), &Get<QSpinBox>(3), &Get<QLineEdit>(4),
+             &Get<QListWidget>(5), &Get<QWidget>(6), &Get<QToolButton>(7)})
+        EXPECT_TRUE(vReached.contains(pWidget)) << pWidget->metaObject()->className();
+    Get<QCheckBox>(1).setFocus();
+    Told();
+    QTest::keyClick(&Get<QCheckBox>(1), Qt::Key_Space);
+    QTest::keyClick(&Get<QWidget>(6), Qt::Key_Left);
+    EXPECT_EQ(Told(), (TLog{"change 1 1", "key 6 0"}));
+    // A control has no use for these: they are the application's.
+    const size_t nBefore = m_a.Got(EMessage::KeyDown).size();
+    QTest::keyClick(&Get<QCheckBox>(1), Qt::Key_X);
+    QTest::keyClick(&Get<QSlider>(3), Qt::Key_Z, Qt::ControlModifier);
+    Turn();
+    const TParams& vKeys = m_a.Got(EMessage::KeyDown);
+    ASSERT_GE(vKeys.size(), nBefore + 2);
+    EXPECT_EQ(vKeys[nBefore].first, 'X');
+    EXPECT_EQ(vKeys.back().first, 'Z');
+}
+
+TEST_F(CPanelTest, PlacesComeBackAndAPanelGoesWithItsWindow) {
+    EXPECT_TRUE(m_pPanel->IsShown());
+    TPanelPlace place = m_pPanel->GetPlace();
+    EXPECT_TRUE(place.dock == EPanelDock::Right && place.bShow && place.rc.Width() >= 200);
+    IPanelWindow* pOther = Make(L"Other");
+    pOther->SetPlace({EPanelDock::Right, CRect({900, 100}, {260, 500}), true});
+    pOther->ShowPanel(true);
+    Turn();
+    QDockWidget* pDock = GetWidget().findChild<QDockWidget*>("Test");
+    EXPECT_EQ(GetWidget().tabifiedDockWidgets(pDock).size(), 1); // one place is shared behind tabs
+    EXPECT_EQ(m_pPanel->GetPlace().rc, pOther->GetPlace().rc);
+    const CRect rcFloat({40, 60}, {300, 320});
+    pOther->SetPlace({EPanelDock::Float, rcFloat, true});
+    pOther->ShowPanel(true);
+    Turn();
+    EXPECT_TRUE(pOther->GetPlace().dock == EPanelDock::Float);
+    EXPECT_EQ(pOther->GetPlace().rc, rcFloat);
+    pOther->ShowPanel(false);
+    EXPECT_EQ(pOther->GetPlace().rc, rcFloat);
+    EXPECT_FALSE(pOther->IsShown() || pOther->GetPlace().bShow);
+    m_vLog.clear();
+    m_vPanels.clear();
+    m_pMain->Destroy();
+    EXPECT_THAT(m_vLog, testing::Contains("panel final").Times(2));
+    m_pMain = CreateMain(m_main);
+}
+
+TEST_F(CPanelTest, APenStrokeThatBeganOnTheCanvasStaysThere) {
+    QWidget* const pView = Focus();
+    QWidget* const pViewport = qobject_cast<QAbstractScrollArea*>(pView)->viewport();
+    const auto move = [&](QEvent::Type type, QWidget& over, Qt::MouseButtons buttons) {
+        const QPointF ptGlobal = over.mapToGlobal(QPointF(10, 10));
+        const QPointF ptLocal = pViewport->mapFromGlobal(ptGlobal);
+        QTabletEvent event(type, QPointingDevice::primaryPointingDevice(), ptLocal, ptGlobal, 0.5, 0, 0, 0, 0,
+                           0, {}, type == QEvent::TabletMove ? Qt::NoButton : Qt::LeftButton, buttons);
+        QCoreApplication::sendEvent(pViewport, &event);
+    };
+    move(QEvent::TabletPress, *pViewport, Qt::LeftButton);
+    move(QEvent::TabletMove, Get<QCheckBox>(1), Qt::LeftButton);
+    m_pPanel->SetControls(m_vControls);
+    m_pPanel->ShowPanel(false);
+    m_pPanel->ShowPanel(true);
+    move(QEvent::TabletMove, *pViewport, Qt::LeftButton);
+    move(QEvent::TabletRelease, *pViewport, {});
+    EXPECT_EQ(Told(), TLog{});
+    EXPECT_EQ(m_a.Got(EMessage::PenPacket).size(), 4u);
+    EXPECT_EQ(Focus(), pView);
+}

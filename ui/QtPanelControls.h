@@ -1,0 +1,35 @@
+// The controls of a panel as widgets.
+#pragma once
+
+#include "core/Platform/Panel.h"
+
+#include <functional>
+#include <memory>
+
+class QWidget;
+
+/// What the widgets tell; every one is the user's doing.
+struct TPanelEvents {
+    std::function<void(int nId, int nValue, const std::wstring& strText)> change;
+    std::function<void(int nId, int nRow)> activate;
+    std::function<void(int nId, int nRow, const std::wstring& strName)> rename;
+    std::function<void(int nId, int nFrom, int nTo)> move;
+    std::function<void(int nId, EMessage id, int64_t wParam, int64_t lParam)> view;
+};
+
+/// One control's widget, owned by its parent. Only what edits text takes the keyboard by a click.
+class CQtPanelControl {
+public:
+    virtual ~CQtPanelControl() = default;
+    virtual QWidget* GetWidget() = 0;
+    /// Shows the values; writes only what differs and tells nothing.
+    virtual void Write(const TPanelControl& control) = 0;
+};
+
+std::unique_ptr<CQtPanelControl> MakePanelControl(const TPanelControl& control, const TPanelEvents& events,
+                                                  QWidget* pParent);
+/// The same for the kinds List and View.
+std::unique_ptr<CQtPanelControl> MakePanelList(const TPanelControl& control, const TPanelEvents& events,
+                                               QWidget* pParent);
+std::unique_ptr<CQtPanelControl> MakePanelView(const TPanelControl& control, const TPanelEvents& events,
+                                               QWidget* pParent);
