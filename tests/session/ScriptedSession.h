@@ -9,13 +9,7 @@
 #include "session/SessionPlatform.h"
 #include "system/ImageCodecs.h"
 #include "tests/support/MemoryFiles.h"
-
-struct CNoPlaces : ILocations, IModules {
-    std::wstring GetAppData() override { return L"/settings"; }
-    void MakeFolder(const std::wstring&) override {}
-    TModuleInfo GetProgram() override { return {}; }
-    TModuleInfo GetLibrary(const std::wstring&) override { return {}; }
-};
+#include "tests/support/NoPlaces.h"
 
 class CScriptedSession {
 public:
