@@ -17,6 +17,9 @@ public:
     /// without one. Returns the failure.
     std::string Play(const std::string& strScript, bool bCanvas = true) {
         CSessionPlatform session(m_parts, ParseScript(strScript, "s"));
+        return Play(session, bCanvas);
+    }
+    static std::string Play(CSessionPlatform& session, bool bCanvas) {
         {
             CSessionScope scope(session.GetPlatform());
             CreateMainFrame();

@@ -39,6 +39,22 @@ public:
     IWindowFactory& m_windows = m_platform.GetWindows();
 };
 
+/// Closes every message box as soon as it opens.
+class CBoxCloser {
+public:
+    CBoxCloser() {
+        QObject::connect(&m_timer, &QTimer::timeout, [this] {
+            auto* pBox = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            if (pBox) m_lstTexts << pBox->text(), pBox->close();
+        });
+        m_timer.start(2);
+    }
+    QStringList m_lstTexts;
+
+private:
+    QTimer m_timer;
+};
+
 /// A session with a main window that shows.
 class CUiTest : public testing::Test, public CUiSession {
 protected:

@@ -44,12 +44,11 @@ TEST(RasterBuffer, SnapshotsCostNothingAndSurviveWriters) {
     FillBlock(*spPlane, {0, 0}, RED, 255);
     const auto spSnapshot = spPlane->ShallowCopy();
     EXPECT_EQ(spSnapshot->GetBlock({0, 0}, false), spPlane->GetBlock({0, 0}, false));
-    EXPECT_EQ(spSnapshot->GetBlock({0, 0}, false)->GetOwner(), spPlane.get());
     EXPECT_EQ(spSnapshot->GetOpacity(), 255);
     const auto spClone = spPlane->GetBlock({0, 0}, false)->Clone();
-    EXPECT_EQ(spClone->GetOwner(), spPlane.get());
     const auto spOld = spPlane->SetBlock({0, 0}, spClone);
     EXPECT_EQ(spOld, spSnapshot->GetBlock({0, 0}, false));
+    for (const auto& spTile : {spOld, spClone}) EXPECT_EQ(spTile->GetOwner(), spPlane.get());
     EXPECT_EQ(spPlane->GetDirty().At(0, 0), 1);
     FillBlock(*spPlane, {0, 0}, BLUE, 9);
     EXPECT_EQ(PixelAt(*spSnapshot, {5, 5}), 0xFF000000u | RED);
