@@ -1,20 +1,14 @@
 // The stamp kernels' vector forms against the definitions, on every instruction set that this machine has.
 #include "core/RasterKernel/StampKernel.h"
 
-#include <hwy/targets.h>
-
-#include <gtest/gtest.h>
+#include "tests/support/TargetTest.h"
 
 #include <random>
 #include <vector>
 
 namespace {
 
-class StampKernels_ : public testing::TestWithParam<int64_t> {
-protected:
-    StampKernels_() { hwy::SetSupportedTargetsForTest(GetParam()), hwy::GetChosenTarget().DeInit(); }
-    ~StampKernels_() override { hwy::SetSupportedTargetsForTest(0), hwy::GetChosenTarget().DeInit(); }
-};
+using StampKernels_ = CTargetTest;
 
 } // namespace
 
@@ -65,5 +59,4 @@ TEST_P(StampKernels_, SoftEdgesAreTheSameToTheBit) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Targets, StampKernels_, testing::ValuesIn(hwy::SupportedAndGeneratedTargets()),
-                         [](const auto& info) { return std::string(hwy::TargetName(info.param)); });
+ON_EVERY_TARGET(StampKernels_);
