@@ -79,8 +79,8 @@ TEST(RecentDocumentList, NewestFirstAndAtMostFour) {
     CMemoryFiles files;
     CRecentDocumentList list(files, PATH);
     EXPECT_EQ(files.m_nReads, 0) << "read when first asked";
-    for (const wchar_t* pszPath : {L"/a", L"/b", L"/c", L"/筆.vlm", L"/e", L"/c", L""}) list.Add(pszPath);
-    EXPECT_EQ(list.GetPaths(), (TPaths{L"/c", L"/e", L"/筆.vlm", L"/b"}));
+    for (const wchar_t* pszPath : {L"/a", L"/b", L"/c", L"/筆.vlm", L"/c", L"", L"/e"}) list.Add(pszPath);
+    EXPECT_EQ(list.GetPaths(), (TPaths{L"/e", L"/c", L"/筆.vlm", L"/b"}));
     EXPECT_EQ(files.m_nWrites, 6) << "one a change";
     for (const wchar_t* pszPath : {L"/b", L"/c"}) list.Remove(pszPath);
     EXPECT_EQ(files.m_mapFiles[PATH],
