@@ -50,6 +50,7 @@ CQtPanel::CQtPanel(CQtMainWindow& main, IWindowClient& client, const TPanelSetup
     setObjectName(ToQt(setup.strName));
     setFont(WithJapanese(font()));
     SetTitle(setup.strTitle);
+    setAttribute(Qt::WA_ShowWithoutActivating);
     setAllowedAreas(Qt::LeftDockWidgetArea | Qt::RightDockWidgetArea);
     auto* pArea = new CContentArea(this);
     auto* pContent = new QWidget(pArea);
@@ -176,7 +177,7 @@ QRect CQtPanel::GetScreenRect() const {
     const QWidget* pFront = this;
     if (!isFloating() && visibleRegion().isEmpty())
         for (const QDockWidget* pDock : m_main.tabifiedDockWidgets(const_cast<CQtPanel*>(this)))
-            if (!pDock->visibleRegion().isEmpty()) pFront = pDock;
+            if (!pDock->isFloating() && !pDock->visibleRegion().isEmpty()) pFront = pDock;
     return isFloating() ? QRect(pos(), size()) : QRect(pFront->mapToGlobal(QPoint(0, 0)), pFront->size());
 }
 
@@ -215,18 +216,30 @@ void CQtPanel::ShowPanel(bool bShow) {
     if (bShow) raise();
 }
 
+// A window of its own becomes the active one by a click; the keyboard is for the picture all the same, except
+// to type into the panel.
+void CQtPanel::GiveKeyboardBack() {
+    if (isFloating() && !m_main.IsDestroyed()) m_main.activateWindow();
+}
+
 bool CQtPanel::eventFilter(QObject* pWatched, QEvent* pEvent) {
     // The wheel scrolls the panel; what it happens to pass over keeps its value.
     if (pEvent->type() == QEvent::Wheel && !static_cast<QWidget*>(pWatched)->hasFocus()) {
         pEvent->ignore();
         return true;
     }
-    // A window of its own becomes the active one by a click; the keyboard goes back to the picture, except to
-    // type into the panel.
-    if (pEvent->type() == QEvent::MouseButtonRelease && isFloating() && !EditsText(pWatched) &&
+    if (pEvent->type() == QEvent::MouseButtonRelease && !EditsText(pWatched) &&
         !EditsText(pWatched->parent()))
-        m_main.activateWindow();
+        GiveKeyboardBack();
     return QDockWidget::eventFilter(pWatched, pEvent);
+}
+
+bool CQtPanel::event(QEvent* pEvent) {
+    const bool bHandled = QDockWidget::event(pEvent);
+    const QEvent::Type type = pEvent->type();
+    if (type == QEvent::MouseButtonRelease || type == QEvent::NonClientAreaMouseButtonRelease)
+        GiveKeyboardBack();
+    return bHandled;
 }
 
 void CQtPanel::keyPressEvent(QKeyEvent* pEvent) {

@@ -44,6 +44,7 @@ public:
     bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
 
 protected:
+    bool event(QEvent* pEvent) override;
     void keyPressEvent(QKeyEvent* pEvent) override;
 
 private:
@@ -57,6 +58,7 @@ private:
     void Post(EMessage id, int64_t wParam, int64_t lParam, const std::wstring& strText = {});
     void Fill(QWidget& content, const std::vector<TPanelControl>& vControls);
     QRect GetScreenRect() const;
+    void GiveKeyboardBack();
 
     CQtMainWindow& m_main;
     IWindowClient* m_pClient;

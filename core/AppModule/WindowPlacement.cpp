@@ -24,11 +24,8 @@ CRect ReadPlacement(const std::wstring& strWindow, const CRect& rcDefault) {
 }
 
 void WritePlacement(const std::wstring& strWindow, const CRect& rc) {
-    const auto spSection = OpenSection(strWindow);
-    spSection->SetInt(L"Left", rc.left);
-    spSection->SetInt(L"Top", rc.top);
-    spSection->SetInt(L"Width", rc.Width());
-    spSection->SetInt(L"Height", rc.Height());
+    OpenSection(strWindow)->SetInts(
+        {{L"Left", rc.left}, {L"Top", rc.top}, {L"Width", rc.Width()}, {L"Height", rc.Height()}});
 }
 
 CRect PlaceOnScreen(const CRect& rc, const std::vector<CRect>& vScreens) {

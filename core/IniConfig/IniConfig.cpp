@@ -60,9 +60,22 @@ int32_t CIniConfigData::GetInt(const std::wstring& strKey, int32_t nDefault) {
 }
 
 void CIniConfigData::SetString(const std::wstring& strKey, const std::wstring& strValue) {
+    SetStrings({{strKey, strValue}});
+}
+
+void CIniConfigData::SetStrings(const std::vector<std::pair<std::wstring, std::wstring>>& vValues) {
     m_files.Update(m_strPath, [&](std::string& strFile) {
-        return SetIniValue(strFile, ToUtf8(m_strSection), ToUtf8(strKey), ToUtf8(strValue));
+        bool bChanged = false;
+        for (const auto& [strKey, strValue] : vValues)
+            bChanged |= SetIniValue(strFile, ToUtf8(m_strSection), ToUtf8(strKey), ToUtf8(strValue));
+        return bChanged;
     });
+}
+
+void CIniConfigData::SetInts(const std::vector<std::pair<std::wstring, int32_t>>& vValues) {
+    std::vector<std::pair<std::wstring, std::wstring>> vTexts;
+    for (const auto& [strKey, nValue] : vValues) vTexts.emplace_back(strKey, std::to_wstring(nValue));
+    SetStrings(vTexts);
 }
 
 void CIniConfigData::SetInt(const std::wstring& strKey, int32_t nValue) {

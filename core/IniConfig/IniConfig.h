@@ -7,6 +7,8 @@
 
 #include <cstdint>
 #include <string>
+#include <utility>
+#include <vector>
 
 class IFileStore;
 class ILocations;
@@ -27,6 +29,9 @@ public:
     virtual void SetString(const std::wstring& strKey, const std::wstring& strValue);
     /// Written as decimal text.
     virtual void SetInt(const std::wstring& strKey, int32_t nValue);
+    /// Several keys at once, by one write of the file.
+    virtual void SetStrings(const std::vector<std::pair<std::wstring, std::wstring>>& vValues);
+    void SetInts(const std::vector<std::pair<std::wstring, int32_t>>& vValues);
     virtual ~CIniConfigData() = default;
 
 private:

@@ -26,10 +26,11 @@ void CBrushList::Read(CIniConfig& config) {
 
 void CBrushList::Write(CIniConfig& config) {
     if (m_vSizes == m_vRead) return;
-    const auto spSection = config.GetSection(L"BrushList");
-    spSection->SetInt(L"BrushCount", static_cast<int32_t>(m_vSizes.size()));
-    for (size_t idx = 0; idx < m_vSizes.size(); ++idx)
-        spSection->SetInt(std::to_wstring(idx + 1), static_cast<int32_t>(m_vSizes[idx]));
+    std::vector<std::pair<std::wstring, int32_t>> vValues{
+        {L"BrushCount", static_cast<int32_t>(m_vSizes.size())}};
+    for (const uint32_t uSize : m_vSizes)
+        vValues.emplace_back(std::to_wstring(vValues.size()), static_cast<int32_t>(uSize));
+    config.GetSection(L"BrushList")->SetInts(vValues);
     m_vRead = m_vSizes;
 }
 

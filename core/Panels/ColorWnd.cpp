@@ -85,10 +85,11 @@ void CColorWnd::OnOpen() {
 
 void CColorWnd::OnClose() {
     if (m_recent.m_vColors == m_vRead) return;
-    const auto spSection = g_AppModule.GetSettings().GetSection(SECTION);
-    spSection->SetInt(L"ColorCount", static_cast<int32_t>(m_recent.m_vColors.size()));
-    for (size_t idx = 0; idx < m_recent.m_vColors.size(); ++idx)
-        spSection->SetInt(std::to_wstring(idx + 1), static_cast<int32_t>(m_recent.m_vColors[idx]));
+    std::vector<std::pair<std::wstring, int32_t>> vValues{
+        {L"ColorCount", static_cast<int32_t>(m_recent.m_vColors.size())}};
+    for (const TColor color : m_recent.m_vColors)
+        vValues.emplace_back(std::to_wstring(vValues.size()), static_cast<int32_t>(color));
+    g_AppModule.GetSettings().GetSection(SECTION)->SetInts(vValues);
 }
 
 void CColorWnd::OnIdle() {

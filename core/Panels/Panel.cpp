@@ -45,8 +45,7 @@ void CPanel::Close() {
     const TPanelPlace place = m_pWindow->GetPlace();
     if (!(place == m_placeRead)) {
         WritePlacement(m_strName, place.rc);
-        OpenSection(m_strName)->SetInt(L"IsShow", place.bShow);
-        OpenSection(m_strName)->SetInt(L"Dock", static_cast<int>(place.dock));
+        OpenSection(m_strName)->SetInts({{L"IsShow", place.bShow}, {L"Dock", static_cast<int>(place.dock)}});
     }
     OnClose();
     m_pWindow->Destroy();

@@ -58,11 +58,11 @@ void CPressMemoView::Write(CIniConfig& config) {
     const auto spSection = config.GetSection(L"PressParam");
     spSection->SetInt(L"nMemo", static_cast<int32_t>(vParamsMemo.size()));
     for (size_t idx = 0; idx < vParamsMemo.size(); ++idx) {
-        const auto spMemo = MemoSection(*spSection, idx + 1);
-        spMemo->SetString(L"Name", vParamsMemo[idx].strName);
+        std::vector<std::pair<std::wstring, std::wstring>> vValues{{L"Name", vParamsMemo[idx].strName}};
         ForEachValue([&](const wchar_t* pszKey,
-                         const auto& field) { spMemo->SetInt(pszKey, static_cast<int32_t>(field)); },
+                         const auto& field) { vValues.emplace_back(pszKey, std::to_wstring(field)); },
                      vParamsMemo[idx].param);
+        MemoSection(*spSection, idx + 1)->SetStrings(vValues);
     }
     m_vRead = vParamsMemo;
 }

@@ -67,6 +67,7 @@ protected:
         ASSERT_NE(it, vRows.end());
         Change(nPanel, strName, static_cast<int>(it - vRows.begin()));
     }
+    static CCanvasFrame& Active() { return *g_wpActiveFrame.lock(); }
     static CRasterBrushBase& Tool() { return dynamic_cast<CRasterBrushBase&>(*g_wpActiveTool.lock()); }
     static std::string Paint(const TPanelControl& view, CSize sz = {200, 64}) {
         CPixels pixels;
@@ -256,4 +257,36 @@ TEST_F(Panels, ThePreviewIsWhatTheBrushDraws) {
         g_pMainFrame->SwitchTool(TOOL_ERASER);
         EXPECT_EQ(paint().substr(0, 90), std::string(90, '\x50'));
     }});
+}
+
+TEST_F(Panels, ColoursAreChosenExchangedAndRemembered) {
+    constexpr int P = ID_PANEL_COLOR;
+    const auto hex = [] { return Control(P, TPanelControl::EKind::Text); };
+    const auto color = [] { return Tool().GetFreehand().m_clrBrush; };
+    Play({[&] {
+              Send(P, EMessage::PanelChange, hex().nId, 0, L"#ff8000");
+              EXPECT_EQ(color(), MakeColor(255, 128, 0));
+              EXPECT_EQ(Control(P, L"H").nValue, 30);
+              Send(P, EMessage::PanelChange, hex().nId, 0, L"orange");
+              EXPECT_EQ(hex().strText, L"#FF8000"); // put back
+              // The hue outlives black, where every hue is the same.
+              Change(P, L"V", 0);
+              EXPECT_EQ(color(), 0u);
+              Change(P, L"V", 100);
+              EXPECT_EQ(color(), MakeColor(255, 128, 0));
+              Change(P, L"B", 255);
+              EXPECT_EQ(color(), MakeColor(255, 128, 255));
+              Change(P, L"入れ替え", 0);
+              EXPECT_EQ(color(), 0xFFFFFFu);
+              // What the tool does by itself shows at the next message.
+              Tool().OnKeyDown('X');
+          },
+          [&] {
+              EXPECT_EQ(hex().strText, L"#FF80FF");
+              Tool().OnLButtonDown(80, 80, 0); // it is drawn with
+          },
+          [] { Tool().OnLButtonUp(80, 80, 0); },
+          [] { Active().GetCanvas()->GetHistory().SetModified(false); }});
+    EXPECT_EQ(Setting(L"ColorList", L"ColorCount"), L"1");
+    EXPECT_EQ(Setting(L"ColorList", L"1"), std::to_wstring(MakeColor(255, 128, 255)));
 }
