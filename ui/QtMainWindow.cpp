@@ -265,12 +265,17 @@ void CQtMainWindow::SetMinimumSize(CSize sz) { setMinimumSize(sz.cx, sz.cy); }
 
 void CQtMainWindow::AddChild(CQtCanvasWindow* pChild) { m_vChildren.push_back(pChild); }
 
-// Only a window that shows divides its sides as it is told.
+// Only a window that shows divides its sides as it is told, and carries panels of their own over it.
 void CQtMainWindow::SizePanels() {
     QList<QDockWidget*> lstDocks;
     QList<int> lstWidths, lstHeights;
     for (CQtPanel* pPanel : m_vPanels) {
-        if (pPanel->isFloating() || pPanel->isHidden()) continue;
+        if (pPanel->isHidden()) continue;
+        if (pPanel->isFloating()) {
+            pPanel->hide();
+            pPanel->ShowPanel(true);
+            continue;
+        }
         lstDocks.append(pPanel);
         lstWidths.append(pPanel->sizeHint().width());
         lstHeights.append(pPanel->sizeHint().height());

@@ -82,7 +82,8 @@ TPanelEvents CQtPanel::MakeEvents() {
             [this](int nId, int nFrom, int nTo) { Post(EMessage::PanelMove, nId, PackPoint(nFrom, nTo)); },
             [this](int nId, EMessage id, int64_t wParam, int64_t lParam) {
                 Post(id, PackView(wParam, nId), lParam);
-            }};
+            },
+            [this] { FocusPicture(); }};
 }
 
 void CQtPanel::Fill(QWidget& content, const std::vector<TPanelControl>& vControls) {
@@ -246,6 +247,10 @@ void CQtPanel::keyPressEvent(QKeyEvent* pEvent) {
     const int nKey = pEvent->key();
     if (nKey != Qt::Key_Escape && nKey != Qt::Key_Return && nKey != Qt::Key_Enter)
         return QDockWidget::keyPressEvent(pEvent);
-    m_main.activateWindow();
+    FocusPicture();
+}
+
+void CQtPanel::FocusPicture() {
+    GiveKeyboardBack();
     if (m_main.GetActiveChild()) m_main.GetActiveChild()->FocusView();
 }

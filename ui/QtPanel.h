@@ -59,6 +59,7 @@ private:
     void Fill(QWidget& content, const std::vector<TPanelControl>& vControls);
     QRect GetScreenRect() const;
     void GiveKeyboardBack();
+    void FocusPicture();
 
     CQtMainWindow& m_main;
     IWindowClient* m_pClient;

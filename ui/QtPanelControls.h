@@ -15,6 +15,7 @@ struct TPanelEvents {
     std::function<void(int nId, int nRow, const std::wstring& strName)> rename;
     std::function<void(int nId, int nFrom, int nTo)> move;
     std::function<void(int nId, EMessage id, int64_t wParam, int64_t lParam)> view;
+    std::function<void()> done; ///< text was edited: the keyboard may go back to the picture
 };
 
 /// One control's widget, owned by its parent. Only what edits text takes the keyboard by a click.

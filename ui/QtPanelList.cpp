@@ -15,8 +15,19 @@ class CListWidget : public QListWidget {
 public:
     using QListWidget::QListWidget;
     std::function<void(int, int)> m_fnMove;
+    std::function<void()> m_fnDone;
 
 protected:
+    bool edit(const QModelIndex& index, EditTrigger trigger, QEvent* pEvent) override {
+        const bool bEdits = QListWidget::edit(index, trigger, pEvent);
+        // The keyboard was given back when the button came up.
+        if (bEdits) window()->activateWindow();
+        return bEdits;
+    }
+    void closeEditor(QWidget* pEditor, QAbstractItemDelegate::EndEditHint hint) override {
+        QListWidget::closeEditor(pEditor, hint);
+        m_fnDone();
+    }
     // The panel moves the row; the widget only says where from and where to.
     void dropEvent(QDropEvent* pEvent) override {
         const int nFrom = currentRow();
@@ -66,6 +77,7 @@ public:
         if (m_bEditable) m_pList->setDragDropMode(QAbstractItemView::InternalMove);
         const int nId = control.nId;
         m_pList->m_fnMove = [nId, fnMove = events.move](int nFrom, int nTo) { fnMove(nId, nFrom, nTo); };
+        m_pList->m_fnDone = events.done;
         QObject::connect(m_pList, &QListWidget::currentRowChanged, m_pList,
                          [nId, fnChange = events.change](int nRow) { fnChange(nId, nRow, {}); });
         // A click on the selected row chooses it again.

@@ -40,13 +40,16 @@ void CPanel::Create(IMainWindow& parent, const TPanelPlace& placeFirst) {
     m_placeRead = m_pWindow->GetPlace();
 }
 
-void CPanel::Close() {
+void CPanel::KeepPlace() {
     if (!m_pWindow) return;
     const TPanelPlace place = m_pWindow->GetPlace();
-    if (!(place == m_placeRead)) {
-        WritePlacement(m_strName, place.rc);
-        OpenSection(m_strName)->SetInts({{L"IsShow", place.bShow}, {L"Dock", static_cast<int>(place.dock)}});
-    }
+    if (place == m_placeRead) return;
+    WritePlacement(m_strName, place.rc);
+    OpenSection(m_strName)->SetInts({{L"IsShow", place.bShow}, {L"Dock", static_cast<int>(place.dock)}});
+}
+
+void CPanel::Close() {
+    if (!m_pWindow) return;
     OnClose();
     m_pWindow->Destroy();
 }

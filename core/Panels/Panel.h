@@ -20,7 +20,9 @@ public:
     void Create(IMainWindow& parent, const TPanelPlace& placeFirst);
     /// The place that the settings keep.
     TPanelPlace ReadPlace(const TPanelPlace& placeFirst) const;
-    /// Keeps the place and destroys the window.
+    /// Writes the place to the settings, if it has changed.
+    void KeepPlace();
+    /// Writes the panel's own settings and destroys the window.
     void Close();
     IPanelWindow* GetWindow() const { return m_pWindow; }
     const std::vector<TPanelControl>& GetControls() const { return m_vControls; }

@@ -120,6 +120,18 @@ TEST_F(CPanelTest, ListsAreRenamedDraggedAndChosen) {
     EXPECT_EQ(Told(), TLog{"rename 5 1 名"});
     m_pPanel->SetControls(m_vControls); // the panel would not take it
     EXPECT_EQ(list.item(1)->text(), "y");
+    // In place, by a name typed over the old one; the keyboard comes back after it.
+    m_pMain->Show();
+    QWidget* const pView = Focus();
+    list.setCurrentRow(2);
+    list.editItem(list.item(2));
+    auto* pEditor = list.findChild<QLineEdit*>();
+    ASSERT_NE(pEditor, nullptr);
+    pEditor->setText("Gペン");
+    QTest::keyClick(pEditor, Qt::Key_Return);
+    EXPECT_EQ(Told(), (TLog{"change 5 2", "rename 5 2 Gペン"}));
+    EXPECT_EQ(Focus(), pView);
+    m_pPanel->SetControls(m_vControls);
     list.setCurrentRow(0);
     QTest::keyClick(&list, Qt::Key_Down, Qt::ShiftModifier);
     QTest::keyClick(&list, Qt::Key_Return);
