@@ -2,6 +2,7 @@
 // and a whole recorded stroke. One thread.
 #include "core/Platform/System.h"
 #include "core/RasterStroke/RasterBrushStroke.h"
+#include "core/RasterStroke/RasterPencilStroke.h"
 
 #include <benchmark/benchmark.h>
 #include <mypaint-brush.h>
@@ -70,6 +71,12 @@ void Dabs(benchmark::State& state, TBrushParam param, double dSpacing) {
 
 void OurDabs(benchmark::State& state) {
     Dabs<CRasterBrushStroke>(state, ParamOf(state.range(0)), SpacingAt(state.range(0)));
+}
+
+void PencilDabs(benchmark::State& state) {
+    TBrushParam param = ParamOf(state.range(0));
+    const auto uRadius = static_cast<uint32_t>(state.range(0)) << 13;
+    Dabs<CRasterPencilStroke>(state, param, std::clamp(uRadius >> 12, 8u, 16u) / 8.0);
 }
 
 using TSurface = std::unique_ptr<MyPaintSurface, decltype(&mypaint_surface_unref)>;
@@ -172,6 +179,7 @@ void MyPaintStroke(benchmark::State& state) {
 
 BENCHMARK(OurDabs)->Name("dabs/ours/radius")->Arg(2)->Arg(8)->Arg(32)->Arg(128);
 BENCHMARK(MyPaintDabs)->Name("dabs/libmypaint/radius")->Arg(2)->Arg(8)->Arg(32)->Arg(128);
+BENCHMARK(PencilDabs)->Name("dabs/pencil/radius")->Arg(2)->Arg(8);
 BENCHMARK(FirstStamp)
     ->Name("first stamp/radius,hardness")
     ->ArgsProduct({{32, 128, 256}, {0, 75, 100}})

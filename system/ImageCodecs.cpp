@@ -143,6 +143,14 @@ std::optional<std::string> Encode(const QImage& image, EPictureKind kind) {
     return buffer.data().toStdString();
 }
 
+// Null for a null image, or when there is no memory for its pixels in the bitmap's form.
+boost::shared_ptr<IBitmap> MakeBitmap(QImage image) {
+    if (image.isNull()) return {};
+    auto spBitmap = boost::make_shared<CQtBitmap>(std::move(image));
+    if (spBitmap->GetImage().isNull()) return {};
+    return spBitmap;
+}
+
 } // namespace
 
 uintptr_t CImageCodecs::Startup() {
@@ -167,10 +175,13 @@ boost::shared_ptr<IBitmap> CImageCodecs::Load(const std::wstring& strPath) try {
     if (!strFile) return {};
     QImage image = Decode(*strFile);
     strFile.reset();
-    if (image.isNull()) return {};
-    auto spBitmap = boost::make_shared<CQtBitmap>(std::move(image));
-    if (spBitmap->GetImage().isNull()) return {};
-    return spBitmap;
+    return MakeBitmap(std::move(image));
+} catch (const std::bad_alloc&) {
+    return {};
+}
+
+boost::shared_ptr<IBitmap> CImageCodecs::LoadResource(std::string_view strBytes) try {
+    return MakeBitmap(Decode(std::string(strBytes)));
 } catch (const std::bad_alloc&) {
     return {};
 }

@@ -1,14 +1,19 @@
 #!/usr/bin/env python3
 """Write a C++ source that holds resource files as byte arrays.
 
-usage: embed.py OUT ROOT FILE...   (each FILE is named in the program by its path under ROOT)
+usage: embed.py OUT ROOTS FILE...   (each FILE is named in the program by its path under its root; ROOTS are
+folders separated by commas)
 """
 import pathlib
 import sys
 
 
+def name_of(path, roots):
+    return next(path.relative_to(root).as_posix() for root in roots if path.is_relative_to(root))
+
+
 def main():
-    out, root, files = pathlib.Path(sys.argv[1]), pathlib.Path(sys.argv[2]), sorted(sys.argv[3:])
+    out, roots, files = pathlib.Path(sys.argv[1]), sys.argv[2].split(","), sorted(sys.argv[3:])
     lines = ['#include "core/Base/Resource.h"', "#include <algorithm>", "#include <iterator>", "", "namespace {", ""]
     table = []
     for i, name in enumerate(files):
@@ -17,7 +22,7 @@ def main():
         for at in range(0, len(data), 20):
             lines.append("    " + "".join(f"{b}," for b in data[at:at + 20]))
         lines.append("    0};")
-        table.append(f'    {{"{pathlib.Path(name).relative_to(root).as_posix()}", g_aData{i}, {len(data)}}},')
+        table.append(f'    {{"{name_of(pathlib.Path(name), roots)}", g_aData{i}, {len(data)}}},')
     lines += ["", "struct TEntry {", "    std::string_view strName;", "    const unsigned char* pData;",
               "    size_t nSize;", "};", "", "const TEntry g_aEntries[] = {"] + table
     lines += ["};", "", "} // namespace", "",

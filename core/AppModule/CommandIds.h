@@ -45,5 +45,6 @@ enum ECommand : int {
     ID_MODE_GREY = 13100,
     ID_MODE_RGB = 13101,
     ID_MODE_LIGHT = 13102,
+    ID_APP_CONFIG = 13300,
     IDC_ZOOM_COMBO = 101, ///< a line of the zoom box was chosen: lParam is the line
 };

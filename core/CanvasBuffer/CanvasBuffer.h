@@ -61,6 +61,8 @@ public:
     CRasterBuffer& GetComposite() const;
     /// Takes strokes in progress one slice of time further; true when a redraw is due.
     bool Update() { return GetRoot().UpdateStrokes(); }
+    /// True while Update has something to do without any new point.
+    bool IsBehind() const { return GetRoot().IsBehind(); }
     /// True while complete strokes wait to be merged.
     bool HasPendingWork() const { return GetRoot().HasPendingWork(); }
     /// Merges every complete stroke, however long it takes: whoever saves, undoes or changes the tree does so

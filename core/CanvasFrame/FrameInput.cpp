@@ -1,7 +1,7 @@
 #include "core/CanvasFrame/FrameInput.h"
 
 #include "core/AppModule/AppModule.h"
-#include "core/AppModule/CommandIds.h"
+#include "core/AppModule/MessageQueue.h"
 #include "core/AppModule/PrivateMessages.h"
 #include "core/IniConfig/GlobalSwitches.h"
 #include "core/IniConfig/IniConfig.h"
@@ -14,7 +14,8 @@ namespace {
 constexpr uint32_t FULL_PRESSURE = 1024;
 constexpr uint32_t UPRIGHT = 90;
 constexpr int32_t HALF_PIXEL = 4;
-constexpr int32_t COARSE = 96; ///< zoom times scale below which a position means a pixel's centre
+constexpr uint32_t CURSOR_ERASER = 2; ///< a packet's cursor number
+constexpr int32_t COARSE = 96;        ///< zoom times scale below which a position means a pixel's centre
 
 bool IsKeyDown(int nKey) { return g_AppModule.GetPlatform().keys.IsKeyDown(nKey); }
 
@@ -82,28 +83,35 @@ void CFrameInput::OnPackets() {
         ICanvasWindow& window = m_frame.GetInputWindow();
         const auto event = m_pTablet->Decode(aPackets[n], window, window.HasCapture());
         bTaken = event.has_value();
-        if (event)
-            OnPointer({.message = event->message,
-                       .nKeys = nKeys,
-                       .pt = event->pt,
-                       .nScale = m_pTablet->GetCoordScale(),
-                       .uPress = event->uPressure,
-                       .uPressMax = m_pTablet->GetPressRange(),
-                       .uTilt = event->uAltitude,
-                       .uTiltMax = m_pTablet->GetAltitudeMax(),
-                       .bTablet = true,
-                       .bLowPress = event->bLow});
+        if (!event) continue;
+        TurnPen(aPackets[n].uCursor == CURSOR_ERASER);
+        OnPointer({.message = event->message,
+                   .nKeys = nKeys,
+                   .pt = event->pt,
+                   .nScale = m_pTablet->GetCoordScale(),
+                   .uPress = event->uPressure,
+                   .uPressMax = m_pTablet->GetPressRange(),
+                   .uTilt = event->uAltitude,
+                   .uTiltMax = m_pTablet->GetAltitudeMax(),
+                   .bTablet = true,
+                   .bLowPress = event->bLow});
     }
     // The pen has left the window: others may have its packets until the pointer is back.
     if (!bTaken) m_pTablet->Enable(false);
+}
+
+// The pen's other end is the eraser for as long as it is near.
+void CFrameInput::TurnPen(bool bEraser) {
+    if (bEraser == m_bEraserEnd) return;
+    m_bEraserEnd = bEraser;
+    SendMessage({g_AppModule.GetMainWindow(), WM_PEN_END, bEraser});
 }
 
 void CFrameInput::OnProximity(bool bEnter, bool bEraser) {
     const auto spTool = g_wpActiveTool.lock();
     if (!m_pTablet || !m_frame.IsActive() || !spTool || spTool->GetState() == STATE_MOUSE) return;
     if (bEnter ? spTool->OnProximityEnter() : spTool->OnProximityLeave()) m_frame.RequestRedraw();
-    // The pen's other end is the eraser for as long as it is near.
-    PostToMainFrame(WM_PEN_END, bEnter && bEraser);
+    TurnPen(bEnter && bEraser);
 }
 
 void CFrameInput::OnPointer(const TPointerInput& input) {

@@ -64,6 +64,7 @@ private:
     void OnMouse(const TMessage& msg);
     void OnPackets();
     void OnProximity(bool bEnter, bool bEraser);
+    void TurnPen(bool bEraser);
     bool OnKey(const TMessage& msg, bool bDown);
     void OnMouseLeave();
     void OnCaptureChanged();
@@ -83,4 +84,5 @@ private:
     bool m_bSpaceDown = false; ///< the hand is armed
     bool m_bScrolling = false; ///< the hand drags
     bool m_bScrollByTablet = false;
+    bool m_bEraserEnd = false; ///< which end of the pen is near
 };

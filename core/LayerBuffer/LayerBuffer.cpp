@@ -201,6 +201,11 @@ bool CLayerBuffer::HasPendingWork() const {
                        [](const TLayerPtr& spChild) { return spChild->HasPendingWork(); });
 }
 
+bool CLayerBuffer::IsBehind() const {
+    return std::any_of(m_lstChildren.begin(), m_lstChildren.end(),
+                       [](const TLayerPtr& spChild) { return spChild->IsBehind(); });
+}
+
 bool CLayerBuffer::canBeMergedWith(const CLayerBuffer& other) const {
     return &other != this && m_lstChildren.empty() && other.m_lstChildren.empty();
 }
@@ -303,7 +308,7 @@ void CLayerBuffer::SetOpacity(uint8_t uOpacity, bool bHistory) {
                             ? nullptr
                             : dynamic_cast<LayerAlphaHistory*>(history.GetUndoList().front().get());
         if (pNewest && pNewest->IsOf(*this))
-            pNewest->SetNewOpacity(uOpacity);
+            pNewest->SetNew(uOpacity);
         else
             history.Register(
                 boost::make_shared<LayerAlphaHistory>(shared_from_this(), GetOpacity(), uOpacity));

@@ -59,6 +59,8 @@ public:
     virtual bool UpdateStrokes();
     /// True while complete strokes in this layer or below wait to be merged.
     virtual bool HasPendingWork() const;
+    /// True while UpdateStrokes has something to do in this layer or below without any new point.
+    virtual bool IsBehind() const;
     /// A new layer, in no tree yet, that holds this layer's picture under the other's, both with their
     /// opacities; null when the two cannot be merged.
     virtual boost::shared_ptr<CLayerBuffer> MergeWith(CLayerBuffer&) { return {}; }

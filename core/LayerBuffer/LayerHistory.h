@@ -61,65 +61,58 @@ private:
     TLayerPtr m_spLayer;
 };
 
-/// A layer's opacity was changed.
-class LayerAlphaHistory : public CHistory {
+/// A value of a layer was changed: what the changes of single values share.
+template <class Layer, class Value>
+class CLayerValueHistory : public CHistory {
 public:
-    LayerAlphaHistory(const TLayerPtr& spLayer, uint8_t uOld, uint8_t uNew)
-        : CHistory(L"不透明度変更"), m_wpLayer(spLayer), m_uOld(uOld), m_uNew(uNew) {}
+    CLayerValueHistory(std::wstring strLabel, const boost::shared_ptr<Layer>& spLayer, Value valueOld,
+                       Value valueNew)
+        : CHistory(std::move(strLabel)), m_wpLayer(spLayer), m_valueOld(std::move(valueOld)),
+          m_valueNew(std::move(valueNew)) {}
 
-    void Undo() override { Apply(m_uOld); }
-    void Redo() override { Apply(m_uNew); }
-    bool IsOf(const CLayerBuffer& layer) const { return m_wpLayer.lock().get() == &layer; }
+    void Undo() override { ApplyIfThere(m_valueOld); }
+    void Redo() override { ApplyIfThere(m_valueNew); }
+    bool IsOf(const Layer& layer) const { return m_wpLayer.lock().get() == &layer; }
     /// A further change of the same layer.
-    void SetNewOpacity(uint8_t uNew) { m_uNew = uNew; }
+    void SetNew(Value value) { m_valueNew = std::move(value); }
+
+protected:
+    virtual void Apply(Layer& layer, const Value& value) const = 0;
 
 private:
-    void Apply(uint8_t uOpacity) {
-        if (const TLayerPtr spLayer = m_wpLayer.lock()) spLayer->SetOpacity(uOpacity);
+    void ApplyIfThere(const Value& value) {
+        if (const auto spLayer = m_wpLayer.lock()) Apply(*spLayer, value);
     }
 
-    boost::weak_ptr<CLayerBuffer> m_wpLayer;
-    uint8_t m_uOld;
-    uint8_t m_uNew;
+    boost::weak_ptr<Layer> m_wpLayer;
+    Value m_valueOld;
+    Value m_valueNew;
+};
+
+/// A layer's opacity was changed.
+class LayerAlphaHistory : public CLayerValueHistory<CLayerBuffer, uint8_t> {
+public:
+    LayerAlphaHistory(const TLayerPtr& spLayer, uint8_t uOld, uint8_t uNew)
+        : CLayerValueHistory(L"不透明度変更", spLayer, uOld, uNew) {}
+
+protected:
+    void Apply(CLayerBuffer& layer, const uint8_t& uOpacity) const override { layer.SetOpacity(uOpacity); }
 };
 
 /// A layer was renamed; the label is the caller's.
-class LayerRenameHistory : public CHistory {
+class LayerRenameHistory : public CLayerValueHistory<CLayerBuffer, std::wstring> {
 public:
-    LayerRenameHistory(std::wstring strLabel, const TLayerPtr& spLayer, std::wstring strOld,
-                       std::wstring strNew)
-        : CHistory(std::move(strLabel)), m_wpLayer(spLayer), m_strOld(std::move(strOld)),
-          m_strNew(std::move(strNew)) {}
+    using CLayerValueHistory::CLayerValueHistory;
 
-    void Undo() override { Apply(m_strOld); }
-    void Redo() override { Apply(m_strNew); }
-
-private:
-    void Apply(const std::wstring& strName) {
-        if (const TLayerPtr spLayer = m_wpLayer.lock()) spLayer->setName(strName);
-    }
-
-    boost::weak_ptr<CLayerBuffer> m_wpLayer;
-    std::wstring m_strOld;
-    std::wstring m_strNew;
+protected:
+    void Apply(CLayerBuffer& layer, const std::wstring& strName) const override { layer.setName(strName); }
 };
 
 /// A vector layer's colour was changed; the label is the caller's.
-class SetLayerColorHistory : public CHistory {
+class SetLayerColorHistory : public CLayerValueHistory<CVectorLayerBuffer, TColor> {
 public:
-    SetLayerColorHistory(std::wstring strLabel, const boost::shared_ptr<CVectorLayerBuffer>& spLayer,
-                         TColor colorOld, TColor colorNew)
-        : CHistory(std::move(strLabel)), m_wpLayer(spLayer), m_colorOld(colorOld), m_colorNew(colorNew) {}
+    using CLayerValueHistory::CLayerValueHistory;
 
-    void Undo() override { Apply(m_colorOld); }
-    void Redo() override { Apply(m_colorNew); }
-
-private:
-    void Apply(TColor color) {
-        if (const auto spLayer = m_wpLayer.lock()) spLayer->SetLayerColor(color);
-    }
-
-    boost::weak_ptr<CVectorLayerBuffer> m_wpLayer;
-    TColor m_colorOld;
-    TColor m_colorNew;
+protected:
+    void Apply(CVectorLayerBuffer& layer, const TColor& color) const override { layer.SetLayerColor(color); }
 };

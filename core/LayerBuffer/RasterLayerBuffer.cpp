@@ -131,7 +131,8 @@ bool CRasterLayerBuffer::UpdateStrokes() {
     const bool bChildren = CLayerBuffer::UpdateStrokes();
     const auto spStroke = m_deqQueue.empty() ? m_spStroke : m_deqQueue.front();
     if (!spStroke) return bChildren;
-    if (spStroke->Update() && !m_deqQueue.empty()) {
+    m_bBehind = !spStroke->Update();
+    if (!m_bBehind && !m_deqQueue.empty()) {
         MergeStroke(*spStroke);
         m_deqQueue.pop_front();
     }
@@ -140,6 +141,10 @@ bool CRasterLayerBuffer::UpdateStrokes() {
 
 bool CRasterLayerBuffer::HasPendingWork() const {
     return !m_deqQueue.empty() || CLayerBuffer::HasPendingWork();
+}
+
+bool CRasterLayerBuffer::IsBehind() const {
+    return !m_deqQueue.empty() || (m_spStroke && m_bBehind) || CLayerBuffer::IsBehind();
 }
 
 void CRasterLayerBuffer::MergeStroke(CRasterStroke& stroke) {

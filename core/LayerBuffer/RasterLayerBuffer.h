@@ -38,6 +38,7 @@ public:
     void QueueStroke();
     bool UpdateStrokes() override;
     bool HasPendingWork() const override;
+    bool IsBehind() const override;
 
 private:
     // Calls `fn(stroke)` for every stroke that shows, the lowest first.
@@ -50,6 +51,7 @@ private:
     boost::shared_ptr<CAlphaBufferImpl<uint8_t>> m_pMask;
     std::deque<boost::shared_ptr<CRasterStroke>> m_deqQueue; ///< complete strokes, the oldest first
     boost::shared_ptr<CRasterStroke> m_spStroke;             ///< the one that is being drawn
+    bool m_bBehind = false; ///< the stroke's last slice of time did not suffice
 };
 
 /// A new raster layer of the canvas's size, in no tree yet.

@@ -172,10 +172,10 @@ bool CMainFrame::OnIdle(int) {
 bool CMainFrame::ContinueStrokes() {
     bool bMore = false;
     for (const auto& spFrame : g_lstCanvasFrame) {
-        if (!spFrame->GetCanvas()->HasPendingWork()) continue;
+        if (!spFrame->GetCanvas()->IsBehind()) continue;
         spFrame->GetCanvas()->Update();
         if (spFrame->GetWindow()) spFrame->RequestRedraw();
-        bMore = bMore || spFrame->GetCanvas()->HasPendingWork();
+        bMore = bMore || spFrame->GetCanvas()->IsBehind();
     }
     return bMore;
 }

@@ -75,6 +75,7 @@ private:
     void RestoreDocument(const TLeftSnapshot& left);
     void OnViewNew();
     void OnAbout();
+    void OnConfig();
     void OnZoom(int nStep);
     void OnZoomCombo(int nLine);
     void OnUpdateScale();

@@ -6,6 +6,7 @@
 #include "core/AppModule/PrivateMessages.h"
 #include "core/Base/Failure.h"
 #include "core/CanvasFrame/ZoomList.h"
+#include "core/ConfigDialog/ConfigDialog.h"
 #include "core/ImageFile/ImageFile.h"
 #include "core/IniConfig/GlobalSwitches.h"
 #include "core/LayerBuffer/RasterLayerBuffer.h"
@@ -27,6 +28,7 @@ bool CMainFrame::HandlesWithoutFrame(int nId) {
     case ID_FILE_OPEN:
     case ID_APP_EXIT:
     case ID_APP_ABOUT:
+    case ID_APP_CONFIG:
         return true;
     default:
         return false;
@@ -71,6 +73,9 @@ bool CMainFrame::OnCommand(const TMessage& msg) {
         return true;
     case ID_APP_ABOUT:
         OnAbout();
+        return true;
+    case ID_APP_CONFIG:
+        OnConfig();
         return true;
     case ID_VIEW_NEW:
         OnViewNew();
@@ -212,6 +217,13 @@ void CMainFrame::OnAbout() {
     const TPlatform& platform = g_AppModule.GetPlatform();
     CAboutDialog dialog(platform.modules, platform.clipboard);
     platform.dialogs.Run(m_pWindow, dialog);
+}
+
+void CMainFrame::OnConfig() {
+    CConfigDialog dialog(g_AppModule.GetSettings());
+    if (!g_AppModule.GetPlatform().dialogs.Run(m_pWindow, dialog)) return;
+    // A tool reads its settings when it is made.
+    if (m_spActiveTool) SwitchTool(m_spActiveTool->GetToolId());
 }
 
 void CMainFrame::OnZoom(int nStep) {

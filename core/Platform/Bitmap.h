@@ -50,6 +50,8 @@ public:
     /// Decodes a picture file, converted to 8 bits a channel with straight alpha; null when it is damaged,
     /// cut short, of no known kind, or larger than MAX_IMAGE_SIDE or 2 GiB decoded.
     virtual boost::shared_ptr<IBitmap> Load(const std::wstring& strPath) = 0;
+    /// Decodes a picture that the program carries, as Load does.
+    virtual boost::shared_ptr<IBitmap> LoadResource(std::string_view strBytes) = 0;
     /// Encodes by the path's ending (.png, .jpg, .jpeg, .bmp, .tif, .tiff, .gif in any case) and replaces the
     /// file atomically. PNG keeps alpha, the others are flattened on white. False for other endings and on
     /// failure, with the old file untouched.

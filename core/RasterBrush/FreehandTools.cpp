@@ -1,6 +1,7 @@
 #include "core/RasterBrush/FreehandTools.h"
 
 #include "core/RasterStroke/RasterBrushStroke.h"
+#include "core/RasterStroke/RasterPencilStroke.h"
 
 #include <boost/make_shared.hpp>
 
@@ -27,12 +28,23 @@ boost::shared_ptr<CRasterStroke> CRasterEraser::CreateStroke(const CCanvasBuffer
     return boost::make_shared<CRasterBrushStroke>(setup);
 }
 
+CRasterPencil::CRasterPencil(const TToolOutside& outside) : CRasterBrushImpl(outside, L"RasterPencil") {
+    m_param.WaveEnable = true;
+    m_param.Spray = 0;
+}
+
+boost::shared_ptr<CRasterStroke> CRasterPencil::CreateStroke(const CCanvasBuffer& canvas) {
+    return boost::make_shared<CRasterPencilStroke>(MakeSetup(canvas));
+}
+
 boost::shared_ptr<CTools> CreateFreehandTool(int nId, const TToolOutside& outside) {
     switch (nId) {
     case TOOL_BRUSH:
         return boost::make_shared<CRasterBrush>(outside);
     case TOOL_ERASER:
         return boost::make_shared<CRasterEraser>(outside);
+    case TOOL_PENCIL:
+        return boost::make_shared<CRasterPencil>(outside);
     default:
         return {};
     }

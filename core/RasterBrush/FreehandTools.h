@@ -27,5 +27,16 @@ protected:
     boost::shared_ptr<CRasterStroke> CreateStroke(const CCanvasBuffer& canvas) override;
 };
 
+/// Draws with graphite; its line always wobbles and never sprays.
+class CRasterPencil : public CRasterBrushImpl {
+public:
+    explicit CRasterPencil(const TToolOutside& outside);
+    int GetToolId() const override { return TOOL_PENCIL; }
+    const wchar_t* GetName() const override { return L"鉛筆"; }
+
+protected:
+    boost::shared_ptr<CRasterStroke> CreateStroke(const CCanvasBuffer& canvas) override;
+};
+
 /// The tool of a number, null for a number that no tool has.
 boost::shared_ptr<CTools> CreateFreehandTool(int nId, const TToolOutside& outside);

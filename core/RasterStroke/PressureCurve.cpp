@@ -1,6 +1,7 @@
 #include "core/RasterStroke/PressureCurve.h"
 
 #include "core/RasterStroke/BrushParam.h"
+#include "core/RasterStroke/CtlPoint.h"
 
 #include <algorithm>
 
@@ -28,6 +29,12 @@ uint32_t QuantizeRadius(uint32_t uRadius) {
 TPressureParam PressureParamOf(const TBrushParam& p) {
     return {p.PressCurve1x, p.PressCurve1y, p.PressCurve2x, p.PressCurve2y, p.AvailInput,  p.MinRadiusRate,
             p.AvailAlpha,   p.MinAlphaRate, p.PressRadius,  p.PressAlpha,   p.BrushRadius, p.BrushAlpha};
+}
+
+uint32_t FadeInPressure(uint32_t uPressure, uint32_t n, uint32_t uWindow) {
+    if (uPressure == FINAL_PRESSURE || n >= 3 * uWindow) return uPressure;
+    if (n < uWindow) return uPressure / 4;
+    return ((uPressure * 3 * n) / uWindow >> 3) - (uPressure >> 3);
 }
 
 uint32_t EvaluateCurve(const TPressureParam& param, uint32_t uPressure) {

@@ -23,6 +23,10 @@ struct TPressureParam {
 
 TPressureParam PressureParamOf(const TBrushParam& param);
 
+/// The pressure of a stroke's point `n` (0 first) under a smoothing window: the first `uWindow` points have a
+/// quarter, then it rises to the full value at 3 * uWindow. FINAL_PRESSURE stays.
+uint32_t FadeInPressure(uint32_t uPressure, uint32_t n, uint32_t uWindow);
+
 /// The curve's output for a pressure (more than FULL_PRESSURE counts as that): the height of the cubic
 /// Bezier curve from the lower left corner to the upper right one, 0 to 1024.
 uint32_t EvaluateCurve(const TPressureParam& param, uint32_t uPressure);

@@ -27,9 +27,7 @@ void CRasterBrushStroke::GetBrush(TBrushData& brush, int fx, int fy, uint32_t pr
                                   int, int) {
     uint32_t uRadius = 0;
     EvaluatePressure(uRadius, brush.byAlpha, pressure, nScale);
-    // No wobble widens a line beyond the largest brush.
-    const uint32_t uWidest = MAX_BRUSH_RADIUS << 12;
-    uRadius = std::max(uRadius, std::min(GetMinRadius(), uWidest) * static_cast<uint32_t>(nScale));
+    uRadius = std::max(uRadius, GetMinRadius() * static_cast<uint32_t>(nScale));
     const int nLost = LostBits(uRadius);
     fx = fx >> nLost << nLost;
     fy = fy >> nLost << nLost;
@@ -37,9 +35,9 @@ void CRasterBrushStroke::GetBrush(TBrushData& brush, int fx, int fy, uint32_t pr
     brush.uStep = SpacingOf(shape, GetParam().BlurLevel, nScale);
     brush.uBufferSize = shape.GetHalfSize();
     const int64_t nKey = fx + fy * 8 + int64_t{shape.uOuter} * 64;
-    brush.pBuffer = m_cache.Find(nKey);
+    brush.pBuffer = m_cache.Find(nKey, brush.uBufferSize);
     if (brush.pBuffer) return;
-    uint16_t* pStamp = m_cache.Insert(nKey, StampLength(brush.uBufferSize));
+    uint16_t* pStamp = m_cache.Insert(nKey, brush.uBufferSize, StampLength(brush.uBufferSize));
     if (nLost == POSITION_BITS)
         CStampDisc(shape, nLost).Cut(pStamp, fx, fy);
     else

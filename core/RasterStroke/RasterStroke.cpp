@@ -12,6 +12,8 @@ namespace {
 
 constexpr uint32_t UPDATE_BUDGET = 1; // milliseconds
 constexpr uint32_t PREDICT_BUDGET = 5;
+// No wobble widens a line beyond the largest brush.
+constexpr double WIDEST = MAX_BRUSH_RADIUS << 12;
 
 boost::shared_ptr<CStrokePlane> MakePlane(const TStrokeSetup& setup) {
     boost::shared_ptr<CStrokePlane> spPlane;
@@ -23,13 +25,6 @@ boost::shared_ptr<CStrokePlane> MakePlane(const TStrokeSetup& setup) {
     spPlane->SetErase(setup.bErase);
     if (!setup.bErase) spPlane->SetColor(setup.color);
     return spPlane;
-}
-
-// A line grows in over the first points: a quarter of the pressure, then up to all of it.
-uint32_t FadeIn(uint32_t uPressure, uint32_t n, uint32_t uWindow) {
-    if (uPressure == FINAL_PRESSURE || n >= 3 * uWindow) return uPressure;
-    if (n < uWindow) return uPressure / 4;
-    return ((uPressure * 3 * n) / uWindow >> 3) - (uPressure >> 3);
 }
 
 } // namespace
@@ -61,7 +56,7 @@ void CRasterStroke::EvaluatePressure(uint32_t& uRadius, uint8_t& byAlpha, uint32
 }
 
 void CRasterStroke::AddCtlPoint(CPoint pt, uint32_t pressure, uint32_t altitude) {
-    pressure = FadeIn(pressure, static_cast<uint32_t>(m_vCtl.size()), m_param.CurveStrength);
+    pressure = FadeInPressure(pressure, static_cast<uint32_t>(m_vCtl.size()), m_param.CurveStrength);
     m_vCtl.push_back({pt.x, pt.y, pressure, altitude});
     uint32_t uRadius = 0;
     uint8_t byAlpha = 0;
@@ -110,8 +105,8 @@ void CRasterStroke::DrawStep(size_t nCount) {
         // A strongly wobbling line must not grow thinner than its offset.
         const double dSquare =
             static_cast<double>(offset.x) * offset.x + static_cast<double>(offset.y) * offset.y;
-        m_uMinRadius =
-            static_cast<uint32_t>(std::sqrt(dSquare) * 1024 / ((m_param.BlurLevel / 100 + 1) * 0.5));
+        const double dRadius = std::sqrt(dSquare) * 1024 / ((m_param.BlurLevel / 100 + 1) * 0.5);
+        m_uMinRadius = static_cast<uint32_t>(std::min(dRadius, WIDEST));
         DrawPass(nPass, {pt.x + offset.x, pt.y + offset.y, pt.pressure, pt.altitude});
         m_uMinRadius = 0;
     }
@@ -175,7 +170,10 @@ bool CRasterStroke::Predict() {
     const bool bDone = DrawPrediction(target);
     m_bPredicting = false;
     m_randomStamps = random;
-    if (!bDone) m_spPredict = spOld;
+    if (!bDone)
+        m_spPredict = spOld;
+    else
+        m_spMain->GetDirty().Fill(false); // the display plane has taken its flags over
     return bDone;
 }
 

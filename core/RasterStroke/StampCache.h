@@ -1,4 +1,4 @@
-// Finished stamps by their key.
+// Finished stamps by their key; stamps of different size never meet.
 #pragma once
 
 #include <boost/noncopyable.hpp>
@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <memory>
 #include <unordered_map>
+#include <utility>
 
 /// Forgets everything when it would grow beyond its capacity: a stroke of changing pressure at a large radius
 /// would fill the memory, and a stamp made anew is the same.
@@ -15,14 +16,14 @@ public:
     static constexpr size_t CAPACITY = size_t{48} << 20; ///< values
 
     /// The stamp, null when there is none. Valid until the next Insert.
-    const uint16_t* Find(int64_t nKey) const {
-        const auto it = m_mapStamps.find(nKey);
+    const uint16_t* Find(int64_t nKey, uint32_t uHalfSize) const {
+        const auto it = m_mapStamps.find({nKey, uHalfSize});
         return it == m_mapStamps.end() ? nullptr : it->second.get();
     }
     /// Memory for a new stamp of `nLength` values, not set.
-    uint16_t* Insert(int64_t nKey, size_t nLength) {
+    uint16_t* Insert(int64_t nKey, uint32_t uHalfSize, size_t nLength) {
         if (m_nValues + nLength > CAPACITY) Clear();
-        auto& spStamp = m_mapStamps[nKey];
+        auto& spStamp = m_mapStamps[{nKey, uHalfSize}];
         spStamp.reset(new uint16_t[nLength]);
         m_nValues += nLength;
         return spStamp.get();
@@ -33,6 +34,13 @@ public:
     }
 
 private:
-    std::unordered_map<int64_t, std::unique_ptr<uint16_t[]>> m_mapStamps;
+    using TKey = std::pair<int64_t, uint32_t>;
+    struct THash {
+        size_t operator()(const TKey& key) const {
+            return static_cast<size_t>(static_cast<uint64_t>(key.first) * 0x9E3779B97F4A7C15u) + key.second;
+        }
+    };
+
+    std::unordered_map<TKey, std::unique_ptr<uint16_t[]>, THash> m_mapStamps;
     size_t m_nValues = 0;
 };

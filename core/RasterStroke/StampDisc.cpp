@@ -45,13 +45,12 @@ void CStampDisc::MakeSums() {
         if (nRow >= nCells) continue;
         generator.SetRow(nRow);
         const size_t nEnd = std::max(generator.GetEnd(), nRow);
-        const size_t nBegin = std::min(nRow, nEnd);
         uint32_t uSum = vColumns[nRow];
-        if (generator.GetEnd() > nRow) generator.Fill(vCells.data() + nBegin, nBegin, nEnd);
-        for (size_t n = nBegin; n < nEnd; ++n) vColumns[n] += vCells[n];
+        generator.Fill(vCells.data() + nRow, nRow, nEnd);
+        for (size_t n = nRow; n < nEnd; ++n) vColumns[n] += vCells[n];
         // Corners before the diagonal are those of earlier rows.
         size_t k = nRow < nFirst ? 0 : (nRow - nFirst + nStep - 1) / nStep;
-        for (size_t n = nBegin; k < m_nSide; ++k) {
+        for (size_t n = nRow; k < m_nSide; ++k) {
             const size_t nTo = std::min(k * nStep + nFirst, nEnd);
             for (; n < nTo; ++n) uSum += vCells[n];
             vCorners[k] += uSum;

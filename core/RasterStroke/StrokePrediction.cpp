@@ -26,8 +26,9 @@ boost::shared_ptr<CStrokePlane> MakePredictPlane(CStrokePlane& main, CStrokePlan
     dirty.Or(main.GetDirty());
     if (!pOld) return spPlane;
     dirty.Or(pOld->GetDirty());
+    // Tiles that both planes share look the same; every other one has changed.
     spPlane->ForEachBlock([&](CPoint pt) {
-        if (spPlane->FindBlock(pt) || !pOld->FindBlock(pt)) return;
+        if (spPlane->FindBlock(pt) == pOld->FindBlock(pt)) return;
         spPlane->GetBlock(pt, true);
         spPlane->DirtyAt(pt) = 1;
     });

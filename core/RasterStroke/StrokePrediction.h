@@ -12,5 +12,5 @@ struct TCtlPoint;
 std::vector<TCtlPoint> PredictPoints(const std::vector<TCtlPoint>& vPoints, int nPredict, uint32_t uWindow);
 
 /// A plane that shares the tiles of `main` and takes the place of `pOld` (if any) on the screen: tiles that
-/// only the old one has are there, empty and dirty, and everything that is dirty in either is dirty in it.
+/// only the old one has are there, empty; dirty is what is dirty in either, or differs from the old one.
 boost::shared_ptr<CStrokePlane> MakePredictPlane(CStrokePlane& main, CStrokePlane* pOld);

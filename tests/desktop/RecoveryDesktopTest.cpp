@@ -31,14 +31,10 @@ protected:
         TSessionParts parts{m_store, m_locations, m_places, m_codecs};
         parts.pSnapshots = &snapshots;
         CSessionPlatform session(parts, script);
-        {
-            CSessionScope scope(session.GetPlatform());
-            CreateMainFrame();
-            scope.Run();
-        }
+        const std::string strFailure = CScriptedSession::Play(session, false);
         const auto& vShown = session.GetLog().GetShown();
         m_strFirstBox = vShown.empty() ? L"" : vShown[0].strText;
-        return session.GetFailure();
+        return strFailure;
     }
     // Works on three documents until the process is killed.
     void PlayAndDie() {

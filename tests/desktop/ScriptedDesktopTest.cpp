@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
 namespace {
 
 struct ScriptedDesktop : testing::Test, CScriptedSession {};
@@ -29,27 +27,20 @@ TEST_F(ScriptedDesktop, ANewDocumentIsAskedForByItsDialog) {
 TEST_F(ScriptedDesktop, AnAnswerThatDoesNotFitIsAFailure) {
     const std::pair<const char*, const char*> aCases[] = {
         {R"({"cancel":true})", ""},
-        {R"({"box":"yes"})", "CNewDialog opened, but the answer of line 1 is for a box"},
-        {R"({"dialog":"CAboutDialog"})", "CNewDialog opened, but the answer of line 1 is for CAboutDialog"},
-        {R"({"dialog":"CNewDialog","color":"1"})",
-         R"(CNewDialog has no such field as "color" in the answer of line 1)"},
-        {R"({"dialog":"CNewDialog","depth":1})",
-         R"(CNewDialog has no such field as "depth" in the answer of line 1)"},
-        {R"({"dialog":"CNewDialog","extra":true})",
-         "CNewDialog has no extra button for the answer of line 1"},
-        {R"({"dialog":"CNewDialog","width":0})",
-         "the box \"ピクセルサイズは 1～12000 に限定されています。\" opened, but no answer was queued"},
-        {R"({"dialog":"CNewDialog","width":0}}
-{"answer":{"box":"yes"})",
-         "the box \"ピクセルサイズは 1～12000 に限定されています。\" does not offer the answer of line 2"},
-        {R"({"dialog":"CNewDialog","width":0}}
-{"answer":{"box":"ok"})",
-         "CNewDialog refused the answer of line 1 and stays open, but no answer was queued"},
+        {R"({"box":"yes"})", "the answer of line 1 is for a box"},
+        {R"({"dialog":"CAboutDialog"})", "the answer of line 1 is for CAboutDialog"},
+        {R"({"dialog":"CNewDialog","color":"1"})", R"(no such field as "color")"},
+        {R"({"dialog":"CNewDialog","depth":1})", R"(no such field as "depth")"},
+        {R"({"dialog":"CNewDialog","extra":true})", "no extra button"},
+        {R"({"dialog":"CNewDialog","width":0})", "限定されています。\" opened, but no answer was queued"},
+        {"{\"dialog\":\"CNewDialog\",\"width\":0}}\n{\"answer\":{\"box\":\"yes\"}", "not offer the answer"},
+        {"{\"dialog\":\"CNewDialog\",\"width\":0}}\n{\"answer\":{\"box\":\"ok\"}", "refused the answer"},
     };
     for (const auto& [pszAnswer, pszFailure] : aCases) {
         const std::string strFailure =
             Play("{\"answer\":" + std::string(pszAnswer) + "}\n{\"command\":57600}", false);
-        EXPECT_EQ(strFailure.substr(std::min(strFailure.size(), size_t{5})), pszFailure);
+        EXPECT_NE(strFailure.find(pszFailure), std::string::npos) << strFailure;
+        EXPECT_EQ(strFailure.empty(), !*pszFailure) << strFailure;
     }
 }
 

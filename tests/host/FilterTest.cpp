@@ -97,9 +97,8 @@ TEST_F(CFilter, UntouchedPicturesComeBackBitForBit) {
                                        {"answer":{"box":"no"}}
                                        {"close":"main"})");
     m_files.Replace(Path("palette.gif"), *EncodeGif(MakeNoise({50, 40}, QImage::Format_Indexed8)));
-    SavePicture("one.png", MakeNoise({1, 1}, QImage::Format_RGB32));
     SavePicture("edge.png", MakeNoise({95, 97}, QImage::Format_RGB32));
-    SavePicture("tile.bmp", MakeNoise({96, 96}, QImage::Format_RGB32));
+    SavePicture("one.bmp", MakeNoise({1, 1}, QImage::Format_RGB32));
     SavePicture("over.tif", MakeNoise({97, 95}, QImage::Format_RGB32));
     SavePicture("soft.png", MakeNoise({200, 130}, QImage::Format_ARGB32));
     SavePicture("deep.png", MakeNoise({60, 50}, QImage::Format_RGBX64));

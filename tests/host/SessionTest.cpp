@@ -54,9 +54,8 @@ TEST_F(CSession, EachSelectorHasItsAnswer) {
     CTestHost host(MakePicture({0, 0, 1, 1}, false));
     const auto noDisplay = [](const auto&) { throw std::runtime_error("no display"); };
     EXPECT_EQ(answer(3, noDisplay, &host.m_record), -30900);
-    EXPECT_EQ(answer(
-                  3, [](const auto&) { throw std::bad_alloc(); }, &host.m_record),
-              memFullErr);
+    const auto noMemory = [](const auto&) { throw std::bad_alloc(); };
+    EXPECT_EQ(answer(3, noMemory, &host.m_record), memFullErr);
     EXPECT_EQ(answer(0, [&](const auto& fn) { m_platform.Run(fn); }), 77);
     EXPECT_EQ(m_platform.m_vShown, (std::vector<std::wstring>{L"CAboutDialog", L"CAboutDialog"}));
     EXPECT_EQ(m_platform.m_nCodecs, 0) << "the dialog alone";
@@ -170,7 +169,8 @@ TEST_F(CSession, AnExceptionEndsTheSessionWithoutWriting) {
         ASSERT_EQ(m_platform.m_vShown.size(), 1u);
         EXPECT_NE(m_platform.m_vShown[0].find(nCase == 2 ? L"bad_alloc" : L"internal_error"),
                   std::wstring::npos);
-        m_platform = {};
+        m_platform.m_bRefuseMain = m_platform.m_bRefuseCanvas = false;
+        m_platform.m_vShown.clear();
         ExpectRoundTrip({0, 0, 8, 8}, true);
     }
 }

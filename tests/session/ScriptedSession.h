@@ -9,13 +9,7 @@
 #include "session/SessionPlatform.h"
 #include "system/ImageCodecs.h"
 #include "tests/support/MemoryFiles.h"
-
-struct CNoPlaces : ILocations, IModules {
-    std::wstring GetAppData() override { return L"/settings"; }
-    void MakeFolder(const std::wstring&) override {}
-    TModuleInfo GetProgram() override { return {}; }
-    TModuleInfo GetLibrary(const std::wstring&) override { return {}; }
-};
+#include "tests/support/NoPlaces.h"
 
 class CScriptedSession {
 public:
@@ -23,6 +17,9 @@ public:
     /// without one. Returns the failure.
     std::string Play(const std::string& strScript, bool bCanvas = true) {
         CSessionPlatform session(m_parts, ParseScript(strScript, "s"));
+        return Play(session, bCanvas);
+    }
+    static std::string Play(CSessionPlatform& session, bool bCanvas) {
         {
             CSessionScope scope(session.GetPlatform());
             CreateMainFrame();

@@ -1,7 +1,7 @@
 #include "session/SessionWindows.h"
 
 #include "session/VirtualClock.h"
-#include "tests/session/LogClient.h"
+#include "tests/support/TestClient.h"
 
 #include <gtest/gtest.h>
 
@@ -11,7 +11,7 @@ class SessionWindows : public testing::Test {
 protected:
     SessionWindows() { m_pMain = m_windows.CreateMainWindow(m_main, {}); }
 
-    CSessionCanvasWindow& Open(CLogClient& client) {
+    CSessionCanvasWindow& Open(CTestClient& client) {
         ICanvasWindow* pWindow = m_windows.CreateCanvasWindow(*m_pMain, client, {});
         pWindow->Show();
         return dynamic_cast<CSessionCanvasWindow&>(*pWindow);
@@ -19,7 +19,7 @@ protected:
     TLog Take() { return std::exchange(m_vLog, {}); }
 
     TLog m_vLog;
-    CLogClient m_main{"main", m_vLog}, m_a{"a", m_vLog}, m_b{"b", m_vLog}, m_c{"c", m_vLog};
+    CTestClient m_main{"main", m_vLog}, m_a{"a", m_vLog}, m_b{"b", m_vLog}, m_c{"c", m_vLog};
     CMessageQueue m_queue;
     CVirtualClock m_clock;
     CSessionWindows m_windows{m_queue, m_clock};
@@ -50,18 +50,23 @@ TEST_F(SessionWindows, WindowsGoOneAfterTheOther) {
 }
 
 TEST_F(SessionWindows, PaintsWhatWasInvalidatedOnce) {
+    m_a.m_fnPaint = [](IPaintTarget& target, const CRect& rc) {
+        const std::vector<uint8_t> vPixels(static_cast<size_t>(rc.right) * 4 * static_cast<size_t>(rc.bottom),
+                                           200);
+        target.Blit(vPixels.data(), rc.right * 4, {rc.right, rc.bottom}, rc);
+    };
     CSessionCanvasWindow& a = Open(m_a);
     m_windows.Paint();
     for (const CRect& rc : {CRect(10, 10, 20, 20), CRect(15, 5, 40, 12), CRect(-50, 690, -1, 700)})
         a.Invalidate(rc);
     m_windows.Paint();
     m_windows.Paint();
-    EXPECT_EQ(Take(), (TLog{"a on", "a paint 0 0 1000 700", "a paint 10 5 40 20"}));
     a.SetRect({5, 5, 35, 25});
     a.SetRect({7, 7, 37, 27});
     EXPECT_EQ(a.GetGlass().GetPixel({29, 19})[0], 0);
     m_windows.Paint();
-    EXPECT_EQ(Take(), (TLog{"a size 30 20", "a paint 0 0 30 20"}));
+    EXPECT_EQ(m_a.m_vPainted, (std::vector<CRect>{{0, 0, 1000, 700}, {10, 5, 40, 20}, {0, 0, 30, 20}}));
+    EXPECT_EQ(m_a.Got(EMessage::Size), (TParams{{30, 20}}));
     EXPECT_EQ(a.GetGlass().GetPixel({29, 19})[2], 200);
 }
 
@@ -70,25 +75,26 @@ TEST_F(SessionWindows, TimersFollowTheClockWithOneMessageAtATime) {
     m_clock.Advance(UINT32_MAX - 50); // the clock wraps on the way
     a.SetTimer(1, 100);
     a.SetTimer(2, 250);
-    Take();
+    std::string strTimers;
+    m_a.m_fnHandle = [&](const TMessage& msg) { return strTimers += std::to_string(msg.wParam), true; };
     const auto pass = [&](uint32_t u) {
         m_clock.Advance(u);
         m_windows.PostTimers();
         for (TMessage msg; m_queue.Peek() && m_queue.Get(msg) == 1;) m_queue.Dispatch(msg);
-        return Take();
+        return std::exchange(strTimers, {});
     };
     EXPECT_EQ(m_windows.UntilTimer(), 100u);
-    EXPECT_EQ(pass(99), TLog{});
-    EXPECT_EQ(pass(1), TLog{"a timer 1"});
-    EXPECT_EQ(pass(450), (TLog{"a timer 1", "a timer 2"})); // four and two periods
+    EXPECT_EQ(pass(99), "");
+    EXPECT_EQ(pass(1), "1");
+    EXPECT_EQ(pass(450), "12"); // four and two periods
     a.KillTimer(1);
-    EXPECT_EQ(pass(199), TLog{});
-    EXPECT_EQ(pass(1), TLog{"a timer 2"});
+    EXPECT_EQ(pass(199), "");
+    EXPECT_EQ(pass(1), "2");
     m_clock.Advance(250);
     m_windows.PostTimers();
     a.Destroy();
-    Take();
-    EXPECT_EQ(pass(0), TLog{});
+    strTimers.clear();
+    EXPECT_EQ(pass(0), "");
     EXPECT_EQ(m_windows.UntilTimer(), std::nullopt);
 }
 

@@ -1,20 +1,28 @@
-// Documents to and from the bytes of a project file.
+// Chunks and documents to and from the bytes of a file.
 #pragma once
 
 #include "core/CanvasBuffer/CanvasBuffer.h"
 
 #include <boost/make_shared.hpp>
 
-inline TBytes SaveToBytes(const CCanvasBuffer& canvas) {
+/// A file that holds one chunk.
+inline TBytes FileOf(const CSerializer& chunk) {
     CSerializer file;
-    file.WriteChunk(canvas.Serialize());
+    file.WriteChunk(chunk);
     return file.GetPayload();
 }
 
-inline boost::shared_ptr<CCanvasBuffer> LoadFromBytes(const TBytes& vBytes) {
-    CDeserializer file(boost::make_shared<TBytes>(vBytes));
+inline CDeserializer OpenChunk(const TBytes& vFile) {
+    CDeserializer file(boost::make_shared<TBytes>(vFile));
     CDeserializer top;
     file.ReadChunk(top);
+    return top;
+}
+
+inline TBytes SaveToBytes(const CCanvasBuffer& canvas) { return FileOf(canvas.Serialize()); }
+
+inline boost::shared_ptr<CCanvasBuffer> LoadFromBytes(const TBytes& vBytes) {
+    CDeserializer top = OpenChunk(vBytes);
     auto spCanvas = boost::make_shared<CCanvasBuffer>();
     spCanvas->Deserialize(top, L"page.vlm");
     return spCanvas;

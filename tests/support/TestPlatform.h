@@ -6,21 +6,19 @@
 #include "session/Player.h"
 #include "session/SessionPlatform.h"
 #include "session/SessionWindows.h"
-#include "tests/support/MemoryBitmap.h"
+#include "system/ImageCodecs.h"
 #include "tests/support/MemoryFiles.h"
-
-#include <boost/make_shared.hpp>
+#include "tests/support/NoPlaces.h"
 
 #include <gtest/gtest.h>
 
-class CTestPlatform : IWindowFactory, ILocations, IModules, IImageCodecs {
+class CTestPlatform : IWindowFactory {
 public:
     /// Plays one session of `fn` and expects that it leaves neither window nor message.
     void Run(const std::function<void(const TPlatform&)>& fn) {
         TScript script{"test", {}};
         script.vSteps.swap(m_vSteps);
-        CSessionPlatform session({m_files, *this, *this, *this, nullptr, nullptr, nullptr, nullptr, {}},
-                                 script);
+        CSessionPlatform session({m_files, m_places, m_places, m_codecs}, script);
         const TPlatform& p = session.GetPlatform();
         IWindowFactory* const pOuter = std::exchange(m_pWindows, &p.windows);
         fn({p.queue, *this, p.boxes, p.fileDialogs, p.dialogs, p.files, p.locations, p.modules, p.codecs,
@@ -42,6 +40,12 @@ public:
     int m_nCodecs = 0; ///< starts without a shutdown
 
 private:
+    struct CCountedCodecs : CImageCodecs {
+        explicit CCountedCodecs(CTestPlatform& owner) : CImageCodecs(owner.m_files), m_owner(owner) {}
+        uintptr_t Startup() override { return ++m_owner.m_nCodecs, CImageCodecs::Startup(); }
+        void Shutdown(uintptr_t) override { --m_owner.m_nCodecs; }
+        CTestPlatform& m_owner;
+    };
     IMainWindow* CreateMainWindow(IWindowClient& client, const TMainWindowSetup& setup) override {
         return m_bRefuseMain ? nullptr : m_pWindows->CreateMainWindow(client, setup);
     }
@@ -53,20 +57,9 @@ private:
                                     const TPanelSetup& setup) override {
         return m_pWindows->CreatePanelWindow(parent, client, setup);
     }
-    std::wstring GetAppData() override { return L"/settings"; }
-    void MakeFolder(const std::wstring&) override {}
-    TModuleInfo GetProgram() override { return {}; }
-    TModuleInfo GetLibrary(const std::wstring&) override { return {}; }
-    uintptr_t Startup() override { return ++m_nCodecs, 1; }
-    void Shutdown(uintptr_t) override { --m_nCodecs; }
-    boost::shared_ptr<IBitmap> CreateBitmap(CSize sz) override {
-        return boost::make_shared<CMemoryBitmap>(sz);
-    }
-    boost::shared_ptr<IBitmap> Load(const std::wstring&) override { return {}; }
-    bool Save(const std::wstring&, IBitmap&) override { return false; }
-    bool CanSave(const std::wstring&) override { return false; }
-    std::string EncodeCodePage932(std::wstring_view, size_t) override { return {}; }
 
+    CNoPlaces m_places;
+    CCountedCodecs m_codecs{*this};
     std::vector<TStep> m_vSteps;
     IWindowFactory* m_pWindows = nullptr;
 };

@@ -28,11 +28,6 @@ protected:
         for (const wchar_t* psz : {L"/1.vlm", L"/2.vlm", L"/3.vlm", L"/4.vlm", L"/絵\n [*] &5.vlm"})
             SaveDocument(*CreateCanvas({60, 40}), psz, m_disk);
         m_pSession = std::make_unique<TSession>(m_disk);
-        QObject::connect(&m_timer, &QTimer::timeout, [this] {
-            auto* pBox = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-            if (pBox) m_lstBoxes << pBox->text(), pBox->close();
-        });
-        m_timer.start(2);
         Settle();
     }
     ~DocumentWindows() override { qunsetenv("XDG_CONFIG_HOME"); }
@@ -55,10 +50,11 @@ protected:
         for (const QString& str : lstPaths) lstUrls << QUrl::fromLocalFile(str);
         data.setUrls(lstUrls);
         QDragEnterEvent enter({9, 9}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        QCoreApplication::sendEvent(&Main(), &enter);
-        QDropEvent event({9, 9}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        QCoreApplication::sendEvent(&Main(), &event);
-        EXPECT_TRUE(enter.isAccepted() && event.isAccepted());
+        QDropEvent drop({9, 9}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        for (QDropEvent* pEvent : {static_cast<QDropEvent*>(&enter), &drop}) {
+            QCoreApplication::sendEvent(&Main(), pEvent);
+            EXPECT_TRUE(pEvent->isAccepted());
+        }
         Settle();
     }
     QStringList Recent() {
@@ -77,8 +73,7 @@ protected:
     CTempFolder m_folder;
     CMemoryFiles m_disk;
     std::unique_ptr<TSession> m_pSession;
-    QTimer m_timer;
-    QStringList m_lstBoxes;
+    CBoxCloser m_closer;
     QList<QAction*> m_lstRecent;
 };
 
@@ -87,11 +82,10 @@ protected:
 TEST_F(DocumentWindows, DroppedFilesOpenAndFailuresAreTold) {
     Drop({"/1.vlm", m_folder.GetPath().c_str(), "/none.vlm", "/絵\n [*] &5.vlm"});
     ASSERT_EQ(g_lstCanvasFrame.size(), 2u);
-    EXPECT_EQ(g_lstCanvasFrame.front()->GetCanvas()->GetPath(), L"/1.vlm");
     EXPECT_EQ(Active().GetCanvas()->GetPath(), L"/絵\n [*] &5.vlm");
-    EXPECT_EQ(m_lstBoxes, (QStringList{"画像ファイルを開けませんでした。\nFile: '" +
-                                           QString(m_folder.GetPath().c_str()) + "'",
-                                       "ファイルを開けませんでした。\nFile: '/none.vlm'"}));
+    EXPECT_EQ(m_closer.m_lstTexts, (QStringList{"画像ファイルを開けませんでした。\nFile: '" +
+                                                    QString(m_folder.GetPath().c_str()) + "'",
+                                                "ファイルを開けませんでした。\nFile: '/none.vlm'"}));
 }
 
 TEST_F(DocumentWindows, TheRecentListFollowsAndSurvives) {
@@ -101,7 +95,7 @@ TEST_F(DocumentWindows, TheRecentListFollowsAndSurvives) {
     Files().erase(L"/3.vlm");
     m_lstRecent[2]->trigger();
     Settle();
-    EXPECT_EQ(m_lstBoxes, QStringList{"ファイルを開けませんでした。\nFile: '/3.vlm'"});
+    EXPECT_EQ(m_closer.m_lstTexts, QStringList{"ファイルを開けませんでした。\nFile: '/3.vlm'"});
     Restart();
     EXPECT_EQ(Recent(), (QStringList{"&1 /4.vlm", "&2 /1.vlm", "&3 /2.vlm"}));
     m_lstRecent[2]->trigger();

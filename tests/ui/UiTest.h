@@ -5,53 +5,17 @@
 #include "core/Platform/Dialogs.h"
 #include "core/Platform/Platform.h"
 #include "core/Platform/System.h"
-#include "core/Platform/Window.h"
 #include "system/ImageCodecs.h"
 #include "system/Locations.h"
 #include "system/Modules.h"
 #include "system/SnapshotStore.h"
 #include "tests/support/MemoryFiles.h"
+#include "tests/support/TestClient.h"
 #include "ui/QtPlatform.h"
 
 #include <QtTest>
 #include <QtWidgets>
 #include <gmock/gmock.h>
-
-using TLog = std::vector<std::string>;
-using TParams = std::vector<std::pair<int64_t, int64_t>>; ///< wParam and lParam
-
-/// Writes down its window's life, "name close", in a log that windows share.
-class CTestClient : public IWindowClient {
-public:
-    CTestClient(std::string strName, TLog& vLog) : m_strName(std::move(strName)), m_vLog(vLog) {}
-
-    bool OnMessage(const TMessage& msg) override {
-        m_mapParams[msg.id].emplace_back(msg.wParam, msg.lParam);
-        if (msg.id == EMessage::MdiActivate) Note(msg.wParam ? "on" : "off");
-        if (msg.id == EMessage::Close) Note("close");
-        if (msg.id == EMessage::Destroy) Note("destroy");
-        return m_fnHandle && m_fnHandle(msg);
-    }
-    void OnPaint(IPaintTarget& target, const CRect& rc) override {
-        m_vPainted.push_back(rc);
-        if (m_fnPaint) m_fnPaint(target, rc);
-    }
-    void OnFinalMessage() override { Note("final"); }
-
-    /// The messages of one kind.
-    const TParams& Got(EMessage id) { return m_mapParams[id]; }
-
-    std::function<bool(const TMessage&)> m_fnHandle;
-    std::function<void(IPaintTarget&, const CRect&)> m_fnPaint;
-    std::vector<CRect> m_vPainted;
-
-private:
-    void Note(const std::string& strWhat) { m_vLog.push_back(m_strName + " " + strWhat); }
-
-    std::string m_strName;
-    TLog& m_vLog;
-    std::map<EMessage, TParams> m_mapParams;
-};
 
 /// The outside and the loop, without a window yet.
 class CUiSession {
@@ -73,6 +37,22 @@ public:
     CSnapshotStore m_snapshots{m_locations};
     CQtPlatform m_platform{m_queue, m_files, m_locations, m_modules, m_codecs, m_snapshots};
     IWindowFactory& m_windows = m_platform.GetWindows();
+};
+
+/// Closes every message box as soon as it opens.
+class CBoxCloser {
+public:
+    CBoxCloser() {
+        QObject::connect(&m_timer, &QTimer::timeout, [this] {
+            auto* pBox = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            if (pBox) m_lstTexts << pBox->text(), pBox->close();
+        });
+        m_timer.start(2);
+    }
+    QStringList m_lstTexts;
+
+private:
+    QTimer m_timer;
 };
 
 /// A session with a main window that shows.

@@ -65,10 +65,9 @@ protected:
 } // namespace
 
 TEST_F(ErrorBox, SaysWhatItCanWhenMemoryIsGone) {
-    const internal_error e(L"SetState: there is no active window.");
+    const internal_error e(L"x");
     const auto report = [&] { ReportException(e); };
-    EXPECT_EQ(TextOf(true, report),
-              L"内部エラー\nexception: internal_error('SetState: there is no active window.')");
+    EXPECT_EQ(TextOf(true, report), L"内部エラー\nexception: internal_error('x')");
     EXPECT_EQ(TextOf(false, report), L"メモリが足りないため、例外処理中に例外が投げられました。");
     const auto reportFile = [] { ReportFileFailure(g_strFileNotOpened, g_strPath); };
     EXPECT_EQ(TextOf(true, reportFile), L"ファイルを開けませんでした。\nFile: '/絵/page.vlm'");

@@ -11,99 +11,69 @@
 
 namespace {
 
-// Writes what it sees into a common diary.
-struct TDiary {
-    std::string str;
-};
+// A loop whose events, idle work and filters write into one diary.
+class MessageLoop : public testing::Test, protected IEventPump, protected IIdleHandler {
+protected:
+    // Of the filters B consumes, and L leaves when it is called.
+    struct CFilter : IMessageFilter {
+        CFilter(MessageLoop& test, char ch) : m_test(test), m_ch(ch) { test.m_loop.AddMessageFilter(this); }
+        bool PreTranslateMessage(const TMessage&) override {
+            m_test.m_strDiary += m_ch;
+            if (m_ch == 'L') m_test.m_loop.RemoveMessageFilter(this);
+            return m_ch == 'B';
+        }
+        MessageLoop& m_test;
+        char m_ch;
+    };
 
-class CFilter : public IMessageFilter {
-public:
-    CFilter(TDiary& diary, char ch, bool bConsume = false) : m_diary(diary), m_ch(ch), m_bConsume(bConsume) {}
-    bool PreTranslateMessage(const TMessage&) override {
-        m_diary.str += m_ch;
-        if (m_pLoop) m_pLoop->RemoveMessageFilter(this);
-        return m_bConsume;
+    // Plays a text: each letter is an event when the queue runs dry, '!' ends the session. Idle work asks for
+    // so many more passes.
+    std::string Play(const std::string& strScript, int nIdleWanted) {
+        m_strScript = strScript;
+        m_nIdleWanted = nIdleWanted;
+        m_strDiary.clear();
+        m_queue.SetPump(this);
+        m_loop.AddIdleHandler(this);
+        m_loop.Run(m_queue);
+        m_loop.Clear();
+        return m_strDiary;
     }
-    CMessageLoop* m_pLoop = nullptr; ///< leave it when called
-
-private:
-    TDiary& m_diary;
-    char m_ch;
-    bool m_bConsume;
-};
-
-class CIdle : public IIdleHandler {
-public:
-    CIdle(TDiary& diary, int nWanted) : m_diary(diary), m_nWanted(nWanted) {}
-    bool OnIdle(int nCount) override {
-        m_diary.str += std::to_string(nCount);
-        return nCount < m_nWanted;
-    }
-
-private:
-    TDiary& m_diary;
-    int m_nWanted;
-};
-
-// Plays a text: each letter is posted when the queue runs dry, '!' ends the session.
-class CScriptPump : public IEventPump {
-public:
-    CScriptPump(CMessageQueue& queue, std::string str, TDiary& diary)
-        : m_queue(queue), m_str(std::move(str)), m_diary(diary) {}
     bool Pump(bool bWait) override {
         if (!bWait) return true;
-        const char ch = m_str.front();
-        m_str.erase(0, 1);
-        m_diary.str += ch;
+        const char ch = m_strScript.front();
+        m_strScript.erase(0, 1);
+        m_strDiary += ch;
         if (ch == '!') m_queue.PostQuit();
-        if (ch == '?') return false;
         if (ch == 'm') m_queue.Post({nullptr, EMessage::MouseMove});
         if (ch == 'k') m_queue.Post({nullptr, EMessage::KeyDown});
-        return true;
+        return ch != '?';
+    }
+    bool OnIdle(int nCount) override {
+        m_strDiary += std::to_string(nCount);
+        return nCount < m_nIdleWanted;
     }
 
-private:
-    CMessageQueue& m_queue;
-    std::string m_str;
-    TDiary& m_diary;
+    CMessageLoop m_loop;
+    CMessageQueue m_queue;
+    std::string m_strScript, m_strDiary;
+    int m_nIdleWanted = 0;
 };
-
-std::string Play(const std::string& strScript, int nIdleWanted, CMessageLoop& loop, TDiary& diary) {
-    CMessageQueue queue;
-    CScriptPump pump(queue, strScript, diary);
-    queue.SetPump(&pump);
-    CIdle idle(diary, nIdleWanted);
-    loop.AddIdleHandler(&idle);
-    loop.Run(queue);
-    loop.Clear();
-    return diary.str;
-}
 
 } // namespace
 
-TEST(MessageLoop, IdleRunsWhenNothingWaitsAndAgainAfterWhatMatters) {
-    TDiary diary;
-    CMessageLoop loop;
+TEST_F(MessageLoop, IdleRunsWhenNothingWaitsAndAgainAfterWhatMatters) {
     // Idle passes 0 1 2 at first; a mouse move wakes nothing; a key starts over; a failing wait is asked
     // again.
-    EXPECT_EQ(Play("mk?!", 2, loop, diary), "012mk012?!");
+    EXPECT_EQ(Play("mk?!", 2), "012mk012?!");
 }
 
-TEST(MessageLoop, FiltersComeFromTheLastToTheFirst) {
-    TDiary diary;
-    CMessageLoop loop;
-    CFilter first(diary, 'A');
-    CFilter second(diary, 'B', true);
-    CFilter third(diary, 'C');
-    for (CFilter* p : {&first, &second, &third}) loop.AddMessageFilter(p);
-    EXPECT_EQ(Play("k!", 0, loop, diary), "0kCB0!"); // B consumes, A never sees it
-    // A filter may leave while it is called.
-    diary.str.clear();
-    CFilter leaver(diary, 'L');
-    leaver.m_pLoop = &loop;
-    loop.AddMessageFilter(&first);
-    loop.AddMessageFilter(&leaver);
-    EXPECT_EQ(Play("kk!", 0, loop, diary), "0kLA0kA0!");
+TEST_F(MessageLoop, FiltersComeFromTheLastToTheFirst) {
+    {
+        CFilter first(*this, 'A'), second(*this, 'B'), third(*this, 'C');
+        EXPECT_EQ(Play("k!", 0), "0kCB0!");
+    }
+    CFilter first(*this, 'A'), leaver(*this, 'L');
+    EXPECT_EQ(Play("kk!", 0), "0kLA0kA0!");
 }
 
 TEST(MessageQueue, KeepsOrderEndsOnceAndForgetsTheDead) {
@@ -115,11 +85,10 @@ TEST(MessageQueue, KeepsOrderEndsOnceAndForgetsTheDead) {
     queue.Post({nullptr, EMessage::Command, 2});
     queue.Forget(pDead);
     TMessage msg;
-    EXPECT_TRUE(queue.Peek());
-    EXPECT_EQ(queue.Get(msg), 1);
-    EXPECT_EQ(msg.wParam, 1);
-    EXPECT_EQ(queue.Get(msg), 1); // the end comes after everything that was posted
-    EXPECT_EQ(msg.wParam, 2);
+    for (const int n : {1, 2}) { // the end comes after everything that was posted
+        EXPECT_EQ(queue.Get(msg), 1);
+        EXPECT_EQ(msg.wParam, n);
+    }
     EXPECT_TRUE(queue.Peek());
     EXPECT_EQ(queue.Get(msg), 0);
     EXPECT_FALSE(queue.Peek()); // the next session starts clean
@@ -128,10 +97,9 @@ TEST(MessageQueue, KeepsOrderEndsOnceAndForgetsTheDead) {
 
 TEST(AppModule, EachThreadHasItsLoop) {
     CAppModule module;
-    EXPECT_TRUE(module.AddMessageLoop(boost::make_shared<CMessageLoop>()));
+    module.AddMessageLoop(boost::make_shared<CMessageLoop>());
     const auto spSecond = boost::make_shared<CMessageLoop>();
     module.AddMessageLoop(spSecond); // replaces what an abandoned session left
-    EXPECT_EQ(module.GetMessageLoop(), spSecond);
     std::thread([&] {
         EXPECT_FALSE(module.GetMessageLoop());
         module.RemoveMessageLoop();

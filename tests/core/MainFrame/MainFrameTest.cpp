@@ -2,9 +2,7 @@
 #include "core/MainFrame/MainFrame.h"
 #include "core/AppModule/AppModule.h"
 #include "core/AppModule/CommandIds.h"
-#include "core/AppModule/MessageQueue.h"
 #include "core/IniConfig/IniConfig.h"
-#include "core/LayerBuffer/RasterLayerBuffer.h"
 #include "core/MainFrame/AboutDialog.h"
 #include "core/MainFrame/MenuTable.h"
 #include "core/MainFrame/NewDialog.h"
@@ -14,31 +12,22 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <set>
 
 namespace {
 
 class MainFrame : public testing::Test {
 protected:
-    // A session with one canvas of the given size; the steps that were added are played in it.
-    void Play(CSize szCanvas = {300, 200}) {
+    // A session with one canvas, in which the steps that were added are played.
+    void Play() {
         m_outside.Run([&](const TPlatform& platform) {
             CSessionScope scope(platform);
             CreateMainFrame();
-            Open(CreateCanvas(szCanvas));
+            g_pMainFrame->OpenFrame(CreateCanvasFrame(CreateCanvas({300, 200})));
             scope.Run();
         });
     }
-    static boost::shared_ptr<CCanvasFrame> Open(const boost::shared_ptr<CCanvasBuffer>& spCanvas) {
-        const auto spFrame = CreateCanvasFrame(spCanvas);
-        g_pMainFrame->OpenFrame(spFrame);
-        return spFrame;
-    }
     static void Command(int nId) { SendMessage({g_pMainFrame->GetWindow(), EMessage::Command, nId}); }
-    static void Key(int nKey) {
-        g_AppModule.GetPlatform().queue.Post({g_pMainFrame->GetWindow(), EMessage::KeyDown, nKey});
-    }
     static CCanvasFrame& Active() { return *g_wpActiveFrame.lock(); }
     void Step(const std::function<void()>& fn) {
         m_outside.AddStep([fn](CPlayer&) { fn(); });
@@ -49,39 +38,24 @@ protected:
 
 } // namespace
 
-TEST_F(MainFrame, CommandStatesFollowTheViewAndTheHost) {
+TEST_F(MainFrame, ZoomingStepsThroughTheListAndCommandsWithoutEffectAreDisabled) {
     Step([] {
-        for (const int nId : {ID_FILE_NEW, ID_FILE_OPEN, ID_FILE_SAVE, ID_FILE_SAVE_AS})
-            EXPECT_FALSE(g_pMainFrame->IsCommandEnabled(nId));
-        EXPECT_FALSE(g_pMainFrame->IsCommandEnabled(13105)); // nothing handles it
-        EXPECT_FALSE(g_pMainFrame->IsCommandEnabled(ID_EDIT_UNDO));
-        EXPECT_FALSE(g_pMainFrame->IsCommandChecked(ID_VIEW_FLIP_H));
+        for (const int nId : std::initializer_list<int>{ID_FILE_NEW, ID_FILE_OPEN, ID_FILE_SAVE,
+                                                        ID_FILE_SAVE_AS, ID_FILE_MRU_FIRST, ID_EDIT_UNDO,
+                                                        ID_EDIT_REDO, 13105}) // nothing handles the last one
+            EXPECT_FALSE(g_pMainFrame->IsCommandEnabled(nId)) << nId;
         EXPECT_TRUE(g_pMainFrame->IsCommandChecked(ID_PREDICTION_FIRST + 1));
-        EXPECT_FALSE(g_pMainFrame->IsCommandEnabled(ID_FILE_MRU_FIRST));
-        Active().GetCanvas()->GetRoot().AddLayer(CreateRasterLayer(Active().GetCanvas()), -1);
-        EXPECT_TRUE(g_pMainFrame->IsCommandEnabled(ID_EDIT_UNDO));
-        Command(ID_EDIT_UNDO);
-        EXPECT_TRUE(g_pMainFrame->IsCommandEnabled(ID_EDIT_REDO));
-        Active().GetCanvas()->GetHistory().SetModified(false);
-        Command(ID_VIEW_FLIP_H);
-        EXPECT_TRUE(g_pMainFrame->IsCommandChecked(ID_VIEW_FLIP_H));
     });
-    Play();
-}
-
-TEST_F(MainFrame, ZoomingStepsThroughTheListAndStopsAtItsEnds) {
-    Step([] {
-        EXPECT_EQ(Active().GetView().GetState().uZoom, 48);
-        Command(ID_ZOOM_IN);
-        EXPECT_EQ(Active().GetView().GetState().uZoom, 96);
-        Active().SetZoom(40); // between 100% and 2/3
-        Command(ID_ZOOM_IN);
-        EXPECT_EQ(Active().GetView().GetState().uZoom, 48);
-        Active().SetZoom(40);
-        Command(ID_ZOOM_OUT);
-        EXPECT_EQ(Active().GetView().GetState().uZoom, 32);
-        for (int n = 0; n < 30; ++n) Command(ID_ZOOM_IN);
-        EXPECT_EQ(Active().GetView().GetState().uZoom, 768);
+    const auto zoomed = [](int nFrom, int nCommand) {
+        Active().SetZoom(nFrom);
+        Command(nCommand);
+        return Active().GetView().GetState().uZoom;
+    };
+    Step([&] {
+        EXPECT_EQ(zoomed(48, ID_ZOOM_IN), 96);
+        EXPECT_EQ(zoomed(40, ID_ZOOM_IN), 48); // between 100% and 2/3
+        EXPECT_EQ(zoomed(40, ID_ZOOM_OUT), 32);
+        EXPECT_EQ(zoomed(768, ID_ZOOM_IN), 768);
         Active().SetZoom(0);
         EXPECT_EQ(Active().GetView().GetState().uZoom, 768);
     });
@@ -89,37 +63,14 @@ TEST_F(MainFrame, ZoomingStepsThroughTheListAndStopsAtItsEnds) {
         EXPECT_EQ(g_pMainFrame->GetWindow()->GetZoomItem(), 0);
         EXPECT_FALSE(g_pMainFrame->IsCommandEnabled(ID_ZOOM_IN));
         EXPECT_TRUE(g_pMainFrame->IsCommandEnabled(ID_ZOOM_OUT));
-        for (int n = 0; n < 4; ++n) Command(ID_VIEW_ROTATE_RIGHT);
         Command(ID_VIEW_ROTATE_LEFT);
         EXPECT_EQ(Active().GetView().GetState().uAngle, 270);
         Command(ID_VIEW_INITIAL);
         EXPECT_EQ(Active().GetView().GetState(), (TViewState{768}));
-        Key(0x71); // F2
+        g_AppModule.GetPlatform().queue.Post({g_pMainFrame->GetWindow(), EMessage::KeyDown, 0x71}); // F2
     });
     Step([] { EXPECT_EQ(Active().GetView().GetState().uZoom, 576); });
     Play();
-}
-
-TEST_F(MainFrame, TwoViewsOfOneCanvasAndAStrokeOfChange) {
-    Step([] {
-        Command(ID_VIEW_NEW);
-        ASSERT_EQ(g_lstCanvasFrame.size(), 2u);
-        EXPECT_EQ(&Active(), g_lstCanvasFrame.back().get());
-        EXPECT_EQ(Active().GetCanvas(), g_lstCanvasFrame.front()->GetCanvas());
-        Command(ID_VIEW_ROTATE_RIGHT);
-        EXPECT_EQ(g_lstCanvasFrame.front()->GetView().GetState().uAngle, 0);
-        // The first of two views closes without a word, though the canvas is changed.
-        Active().GetCanvas()->GetHistory().SetModified(true);
-        Command(ID_FILE_CLOSE);
-    });
-    Step([] {
-        ASSERT_EQ(g_lstCanvasFrame.size(), 1u);
-        EXPECT_EQ(&Active(), g_lstCanvasFrame.front().get());
-        Active().GetCanvas()->GetHistory().SetModified(false);
-        Command(ID_FILE_CLOSE); // the last one ends a host's session
-    });
-    Play();
-    EXPECT_TRUE(m_outside.m_vShown.empty());
 }
 
 TEST_F(MainFrame, WindowsComeBackWhereTheyWereButOntoAScreen) {
@@ -142,21 +93,6 @@ TEST_F(MainFrame, WindowsComeBackWhereTheyWereButOntoAScreen) {
     Play();
     EXPECT_EQ(section(L"Main")->GetInt(L"Left", -1), rcMain.left);
     EXPECT_EQ(section(L"Canvas")->GetInt(L"Width", -1), 333);
-}
-
-TEST_F(MainFrame, FilesThatFailAreToldAndLeaveNoFrame) {
-    m_outside.m_files.m_mapFiles[L"bad.vlm"] = "garbage";
-    Step([] {
-        EXPECT_FALSE(g_pMainFrame->OpenFile(L"bad.vlm"));
-        EXPECT_FALSE(g_pMainFrame->OpenFile(L"none.vlm"));
-        EXPECT_FALSE(g_pMainFrame->OpenFile(L"none.png"));
-        EXPECT_EQ(g_lstCanvasFrame.size(), 1u);
-    });
-    Play();
-    EXPECT_EQ(m_outside.m_vShown,
-              (std::vector<std::wstring>{L"データファイルが破損しています。",
-                                         L"ファイルを開けませんでした。\nFile: 'none.vlm'",
-                                         L"画像ファイルを開けませんでした。\nFile: 'none.png'"}));
 }
 
 TEST(MenuTable, EveryShortcutAndButtonHasItsMenuLine) {

@@ -1,6 +1,6 @@
 // From pointer events to control points and pixels, through a running session.
 #include "core/AppModule/CommandIds.h"
-#include "core/Base/Text.h"
+#include "core/IniConfig/GlobalSwitches.h"
 #include "core/RasterBuffer/ColorRasterBuffer.h"
 #include "tests/session/ScriptedSession.h"
 
@@ -93,6 +93,48 @@ TEST_F(FreehandTools, MouseDrawsAtFullPressureAndNotBesideThePen) {
     // A hidden layer cannot be drawn on.
     EXPECT_EQ(Digest("{\"layer\":{\"visible\":false}}\n" + std::string(BRUSH) + strStroke),
               Digest("{\"layer\":{\"visible\":false}}\n" + std::string(BRUSH)));
+}
+
+TEST_F(FreehandTools, ATapDrawsADotWhereTheUserWantsIt) {
+    std::string strTap;
+    for (const int nPressure : {0, 800, 0, 0, 0, 0})
+        strTap += "{\"pen\":{\"x\":400,\"y\":400,\"pressure\":" + std::to_string(nPressure) + "}}\n";
+    // The last lifts lie away: a hand never holds quite still.
+    strTap +=
+        "{\"pen\":{\"x\":480,\"y\":400,\"pressure\":0}}\n{\"pen\":{\"x\":560,\"y\":400,\"pressure\":0}}\n";
+    const std::string strOn =
+        "{\"answer\":{\"dialog\":\"CConfigDialog\",\"tapDot\":true}}\n{\"command\":13300}\n";
+    const std::string strBlank = Digest(BRUSH);
+    EXPECT_EQ(Digest(BRUSH + strTap), strBlank);
+    EXPECT_NE(Digest(BRUSH + strOn + strTap), strBlank);
+}
+
+TEST_F(FreehandTools, AHundredStrokesAreTheSameInEveryFormOfTheKernels) {
+    std::string strScript;
+    for (int n = 0; n < 100; ++n) {
+        const char* pszTool = n % 3 == 0 ? "RasterBrush" : n % 3 == 1 ? "RasterPencil" : "RasterEraser";
+        const auto set = [&](const char* pszKey, int nValue) {
+            strScript += std::string("{\"set\":{\"section\":\"BrushParam\\\\") + pszTool + "\",\"key\":\"" +
+                         pszKey + "\",\"value\":" + std::to_string(nValue) + "}}\n";
+        };
+        set("BrushRadius", 1 + n * 7 % 60);
+        set("BlurLevel", n * 25 % 125);
+        set("BrushAlpha", 255 - n * 2);
+        set("Spray", n % 4 * 20);
+        set("WaveEnable", n % 2);
+        set("WaveDistMax", 3);
+        strScript += std::string("{\"tool\":") +
+                     (n % 3 == 0   ? "2"
+                      : n % 3 == 1 ? "8"
+                                   : "3") +
+                     "}\n" + PenLine(n % 50, 5 + n, 12 + n % 10, 300 + n * 7);
+    }
+    const std::string strVector = Digest(strScript);
+    g_Switches.m_bEnableSSE2 = 0;
+    const std::string strPlain = Digest(strScript);
+    g_Switches.m_bEnableSSE2 = 1;
+    EXPECT_EQ(strVector, strPlain);
+    EXPECT_NE(strVector, Digest(""));
 }
 
 TEST_F(FreehandTools, PacketsReachTheToolThroughThresholdScaleAndWindow) {

@@ -1,7 +1,6 @@
-#include "core/RasterBuffer/AlphaBuffer.h"
 #include "core/Base/Failure.h"
-#include "core/RasterBuffer/ColorRasterBuffer.h"
 #include "core/RasterBuffer/MonoRasterBuffer.h"
+#include "tests/support/Planes.h"
 
 #include <gtest/gtest.h>
 
@@ -12,10 +11,9 @@ namespace {
 constexpr CSize BLOCK{4, 4};
 constexpr TColor RED = 0x0000FF;
 
-template <class Plane>
-boost::shared_ptr<Plane> MakePlane(CSize sz, TColor color = RED) {
-    auto spPlane = boost::make_shared<Plane>();
-    spPlane->Create(sz, BLOCK);
+template <class T>
+boost::shared_ptr<CAlphaBufferImpl<T>> MakeInk(CSize sz, TColor color = RED) {
+    const auto spPlane = MakePlane<CAlphaBufferImpl<T>>(sz, BLOCK);
     spPlane->SetColor(color);
     return spPlane;
 }
@@ -28,7 +26,7 @@ CAlphaBlockBufferImpl<T>& TileAt(CRasterBuffer& plane, CPoint pt) {
 } // namespace
 
 TEST(AlphaBuffer, InkPaintsAndErases) {
-    const auto spPlane = MakePlane<CAlphaBufferImpl<uint8_t>>({4, 4});
+    const auto spPlane = MakeInk<uint8_t>({4, 4});
     EXPECT_EQ(spPlane->GetGrey(), 76);
     auto& tile = TileAt<uint8_t>(*spPlane, {0, 0});
     tile.GetAlpha()[0] = 255;
@@ -51,7 +49,7 @@ TEST(AlphaBuffer, InkPaintsAndErases) {
 }
 
 TEST(AlphaBuffer, SixteenBitsMeetPixelsByTheirUpperByteAndNoMask) {
-    const auto spPlane = MakePlane<CAlphaBufferImpl<uint16_t>>({4, 4});
+    const auto spPlane = MakeInk<uint16_t>({4, 4});
     auto& tile = TileAt<uint16_t>(*spPlane, {0, 0});
     tile.GetAlpha()[0] = 0x80FF;
     CMonoRasterBlockBuffer grey;
@@ -59,20 +57,21 @@ TEST(AlphaBuffer, SixteenBitsMeetPixelsByTheirUpperByteAndNoMask) {
     spPlane->BlendBlockInto(grey, nullptr);
     EXPECT_EQ(grey.GetAlpha()[0], 0x80);
     EXPECT_EQ(grey.GetPixelColor({0, 0}), 76 * 0x010101u);
-    const auto spMask = MakePlane<CAlphaBufferImpl<uint8_t>>({4, 4});
+    const auto spMask = MakeInk<uint8_t>({4, 4});
     auto& mask = TileAt<uint8_t>(*spMask, {0, 0});
     spPlane->BlendBlockInto(mask, nullptr);
     EXPECT_EQ(mask.GetAlpha()[0], 0);
-    const auto spCover = MakePlane<CAlphaBufferImpl<uint8_t>>({4, 4});
-    TileAt<uint8_t>(*spCover, {0, 0}).GetAlpha()[0] = 90;
-    spCover->SetErase(true); // on coverage it adds all the same
-    mask.GetAlpha()[0] = 100;
-    spCover->BlendBlockInto(mask, nullptr);
-    EXPECT_EQ(mask.GetAlpha()[0], 154); // 90 + 100 * 165 / 255
+    // Bytes meet a mask; an eraser's too are added.
+    spMask->SetErase(true);
+    const auto spSum = spMask->CreateBlock({0, 0});
+    mask.GetAlpha()[0] = 90;
+    spSum->GetPixelPtr({0, 0})[0] = 100;
+    spMask->BlendBlockInto(*spSum, nullptr);
+    EXPECT_EQ(spSum->GetPixelPtr({0, 0})[0], 154); // 90 + 100 * 165 / 255
 }
 
 TEST(AlphaBuffer, CopiesKeepTheInkAndRowsMoveWhole) {
-    const auto spPlane = MakePlane<CAlphaBufferImpl<uint16_t>>({8, 4}, 0x00FF00);
+    const auto spPlane = MakeInk<uint16_t>({8, 4}, 0x00FF00);
     spPlane->SetErase(true);
     for (int i = 0; i < 16; ++i)
         TileAt<uint16_t>(*spPlane, {0, 0}).GetAlpha()[i] = static_cast<uint16_t>(1000 + i);
@@ -90,22 +89,14 @@ TEST(AlphaBuffer, CopiesKeepTheInkAndRowsMoveWhole) {
     EXPECT_EQ(TileAt<uint16_t>(*spPlane, {0, 0}).GetAlpha()[5], 1005);
     spPlane->PasteBlock(*spFloat, {3, 0});
     EXPECT_EQ(TileAt<uint16_t>(*spPlane, {4, 0}).GetAlpha()[0], 1007);
-    EXPECT_EQ(spPlane->Serialize().GetTag(), TAG_EMPTY);
     EXPECT_TRUE(spPlane->Serialize().GetPayload().empty());
-    try {
-        spPlane->GetOpacity();
-        FAIL();
-    } catch (const constraint_violation_as<defect_logic>& e) {
-        EXPECT_EQ(e.expression, L"not implemented");
-    }
+    EXPECT_THROW(spPlane->GetOpacity(), constraint_violation_as<defect_logic>);
 }
 
 TEST(DoubleAlphaBuffer, ReducesByTheBinomialWindowAcrossTiles) {
     CDoubleAlphaBuffer plane;
     plane.Create({8, 8}, BLOCK);
     plane.SetColor(RED);
-    EXPECT_EQ(plane.GetSize(), (CSize{16, 16}));
-    EXPECT_EQ(plane.GetResolutionScale(), 2);
     EXPECT_EQ(plane.CreateLike()->GetSize(), plane.GetSize());
     std::mt19937 random(1);
     uint16_t aaFine[18][18] = {}; // with the zeros beyond the grid

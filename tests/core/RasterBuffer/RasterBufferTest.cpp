@@ -1,32 +1,16 @@
 #include "core/Base/Failure.h"
 #include "core/GDIBuffer/GDIBuffer.h"
-#include "core/RasterBuffer/ColorRasterBuffer.h"
 #include "core/RasterBuffer/MonoRasterBuffer.h"
 #include "core/RasterBuffer/UpdateCounterMatrix.h"
 #include "tests/support/MemoryBitmap.h"
+#include "tests/support/Planes.h"
+#include "tests/support/ProjectBytes.h"
 
-#include <boost/make_shared.hpp>
 #include <gtest/gtest.h>
 
 namespace {
 
-template <class Plane>
-boost::shared_ptr<CRasterBuffer> MakePlane(CSize sz) {
-    auto spPlane = boost::make_shared<Plane>();
-    spPlane->Create(sz, DEFAULT_BLOCKSIZE);
-    return spPlane;
-}
-
 boost::shared_ptr<CRasterBuffer> MakeColor(CSize sz) { return MakePlane<CColorRasterBuffer>(sz); }
-
-// One pixel of a plane as 0xAABBGGRR, 0 where there is no tile.
-uint32_t PixelAt(CRasterBuffer& plane, CPoint pt) {
-    const auto spTile = plane.GetBlock(pt, false);
-    if (!spTile) return 0;
-    const auto& tile = static_cast<const CColorRasterBlockBuffer&>(*spTile);
-    const CPoint ptIn = pt - tile.GetPosition();
-    return tile.GetPixelColor(ptIn) | uint32_t{tile.GetAlpha()[ptIn.y * tile.GetSize().cx + ptIn.x]} << 24;
-}
 
 void FillBlock(CRasterBuffer& plane, CPoint pt, TColor color, uint8_t uAlpha) {
     plane.GetBlock(pt, true)->Fill(color, uAlpha);
@@ -49,6 +33,7 @@ TEST(RasterBuffer, GridAndLazyTiles) {
     EXPECT_EQ(spPlane->GetBlock({96, 96}, true), spTile);
     EXPECT_EQ(spPlane->GetDirty().At(1, 1), 0); // making a tile is no change
     EXPECT_THROW(MakeColor({0, 5}), constraint_violation_as<invalid_argument>);
+    EXPECT_THROW(UpdateCounterMatrix({2, 1}).Update(CBoolMatrix({1, 2})), constraint_violation);
     spPlane->Clear();
     EXPECT_FALSE(spPlane->GetBlock({99, 96}, false));
 }
@@ -59,12 +44,11 @@ TEST(RasterBuffer, SnapshotsCostNothingAndSurviveWriters) {
     FillBlock(*spPlane, {0, 0}, RED, 255);
     const auto spSnapshot = spPlane->ShallowCopy();
     EXPECT_EQ(spSnapshot->GetBlock({0, 0}, false), spPlane->GetBlock({0, 0}, false));
-    EXPECT_EQ(spSnapshot->GetBlock({0, 0}, false)->GetOwner(), spPlane.get());
     EXPECT_EQ(spSnapshot->GetOpacity(), 255);
     const auto spClone = spPlane->GetBlock({0, 0}, false)->Clone();
-    EXPECT_EQ(spClone->GetOwner(), spPlane.get());
     const auto spOld = spPlane->SetBlock({0, 0}, spClone);
     EXPECT_EQ(spOld, spSnapshot->GetBlock({0, 0}, false));
+    for (const auto& spTile : {spOld, spClone}) EXPECT_EQ(spTile->GetOwner(), spPlane.get());
     EXPECT_EQ(spPlane->GetDirty().At(0, 0), 1);
     FillBlock(*spPlane, {0, 0}, BLUE, 9);
     EXPECT_EQ(PixelAt(*spSnapshot, {5, 5}), 0xFF000000u | RED);
@@ -136,14 +120,10 @@ TEST(RasterBuffer, MasksTakeTheSmallerCoverage) {
     }
 }
 
-TEST(RasterBuffer, BlendsByTheOwnersOpacity) {
+TEST(RasterBuffer, BlendsIntoGreyByTheOwnersOpacity) {
     const auto spPlane = MakeColor({10, 10});
     FillBlock(*spPlane, {0, 0}, RED, 255);
-    CColorRasterBlockBuffer dest;
-    dest.Create(DEFAULT_BLOCKSIZE, {0, 0});
     spPlane->SetOpacity(128);
-    spPlane->BlendBlockInto(dest, nullptr);
-    EXPECT_EQ(dest.GetAlpha()[0], 128);
     CMonoRasterBlockBuffer grey;
     grey.Create(DEFAULT_BLOCKSIZE, {0, 0});
     spPlane->BlendBlockInto(grey, nullptr);
@@ -168,18 +148,14 @@ TEST(RasterBuffer, BitmapsGoInAndOutAndAFailedLockTells) {
     spGrey->ReadBitmap(session);
     EXPECT_EQ(spGrey->GetBlock({97, 1}, false)->GetPixelColor({1, 1}), GreyOf(97, 2, 3) * 0x010101u);
     bitmap.m_bFailLocks = true;
-    try {
-        spPlane->ReadBitmap(session);
-        FAIL();
-    } catch (const internal_error& e) {
-        EXPECT_EQ(e.message, L"Gdiplus::LockBits() failed.");
-    }
+    EXPECT_THROW(spPlane->ReadBitmap(session), internal_error);
     EXPECT_FALSE(session.bOk);
 }
 
 TEST(RasterBuffer, PlanesKeepTheirWireForm) {
     for (const bool bColor : {true, false}) {
-        const auto spPlane = bColor ? MakeColor({200, 97}) : MakePlane<CMonoRasterBuffer>({200, 97});
+        boost::shared_ptr<CRasterBuffer> spPlane = MakePlane<CMonoRasterBuffer>({200, 97});
+        if (bColor) spPlane = MakeColor({200, 97});
         uint8_t u = 0;
         for (const CPoint pt : {CPoint{192, 0}, CPoint{0, 96}}) {
             const auto spTile = spPlane->GetBlock(pt, true);
@@ -187,29 +163,20 @@ TEST(RasterBuffer, PlanesKeepTheirWireForm) {
             for (size_t i = 0; i < nBytes; ++i)
                 spTile->GetPixelPtr({0, 0})[i] = u = static_cast<uint8_t>(u * 5 + 3);
         }
-        CSerializer file;
-        file.WriteChunk(spPlane->Serialize());
-        const TBytes vWhole = file.GetPayload();
+        const TBytes vWhole = FileOf(spPlane->Serialize());
         TBytes vBytes = vWhole;
-        const auto load = [&] {
-            CDeserializer image(boost::make_shared<TBytes>(vBytes));
-            CDeserializer chunk;
-            image.ReadChunk(chunk);
+        const auto load = [&](CDeserializer chunk) {
             auto spBack = spPlane->CreateSized({1, 1}, {1, 1});
             spBack->Deserialize(chunk);
             return spBack;
         };
-        const auto spBack = load();
-        CSerializer again;
-        again.WriteChunk(spBack->Serialize());
-        EXPECT_EQ(again.GetPayload(), vWhole);
-        EXPECT_EQ(spBack->GetBlock({192, 0}, false)->GetOwner(), spBack.get());
-        // The same from a chunk that never became bytes.
-        CDeserializer chunk(spPlane->Serialize());
-        const auto spCopy = spPlane->CreateSized({1, 1}, {1, 1});
-        spCopy->Deserialize(chunk);
-        EXPECT_NE(spCopy->GetBlock({192, 0}, false), spPlane->GetBlock({192, 0}, false));
-        EXPECT_EQ(spCopy->Serialize().GetPayload(), spPlane->Serialize().GetPayload());
+        const auto loadBytes = [&] { return load(OpenChunk(vBytes)); };
+        // From bytes, and from a chunk that never became bytes.
+        for (const auto& spBack : {loadBytes(), load(CDeserializer(spPlane->Serialize()))}) {
+            EXPECT_EQ(FileOf(spBack->Serialize()), vWhole);
+            EXPECT_EQ(spBack->GetBlock({192, 0}, false)->GetOwner(), spBack.get());
+            EXPECT_NE(spBack->GetBlock({192, 0}, false), spPlane->GetBlock({192, 0}, false));
+        }
         // The first tile's index and size are judged before memory is taken, the grid's size before that, and
         // no index comes twice: the second tile's is 3.
         constexpr size_t TILE = 12 + 16 + 12 + 16 + 4;
@@ -218,30 +185,14 @@ TEST(RasterBuffer, PlanesKeepTheirWireForm) {
                  {TILE, 0x7F}, {INDEX, 6}, {INDEX, 3}, {TILE + 16, 0x7F}, {12, 0x7F}}) {
             vBytes = vWhole;
             vBytes[nField] = static_cast<uint8_t>(uByte);
-            EXPECT_THROW(load(), deserialize_error) << nField << " " << uByte;
+            EXPECT_THROW(loadBytes(), deserialize_error) << nField << " " << uByte;
         }
         vBytes = vWhole;
         vBytes[TILE + 19] = 48, vBytes[TILE + 23] = 192; // as many pixels, but no block of this plane
-        EXPECT_THROW(load(), deserialize_error);
+        EXPECT_THROW(loadBytes(), deserialize_error);
         // A position that disagrees with the index is put right.
         vBytes = vWhole;
         vBytes[TILE + 27] = 9;
-        EXPECT_EQ(load()->GetBlock({192, 0}, false)->GetPosition(), (CPoint{192, 0}));
-    }
-}
-
-TEST(UpdateCounterMatrix, CountsFlaggedBlocksAndRefusesOtherSizes) {
-    UpdateCounterMatrix counters({2, 1});
-    CBoolMatrix dirty({2, 1});
-    dirty.At(1, 0) = 1;
-    counters.Update(dirty);
-    counters.Update(dirty);
-    EXPECT_EQ(counters.At(0, 0), 0u);
-    EXPECT_EQ(counters.At(1, 0), 2u);
-    try {
-        counters.Update(CBoolMatrix({1, 2}));
-        FAIL();
-    } catch (const constraint_violation& e) {
-        EXPECT_EQ(e.expression, L"mat.GetSize() == m_size");
+        EXPECT_EQ(loadBytes()->GetBlock({192, 0}, false)->GetPosition(), (CPoint{192, 0}));
     }
 }

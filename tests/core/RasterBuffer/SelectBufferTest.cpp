@@ -49,8 +49,7 @@ TEST(SelectBuffer, OutlineSurroundsExactlyTheSelectedPixels) {
     EXPECT_EQ(setFound, setExpected);
     EXPECT_EQ(nLength, setExpected.size()); // no piece twice
     CSelectBuffer square({200, 200});
-    for (int y = 90; y < 110; ++y)
-        for (int x = 90; x < 110; ++x) Put(square, {x, y}, 255);
+    for (int n = 0; n < 400; ++n) Put(square, {90 + n % 20, 90 + n / 20}, 255);
     Put(square, {5, 199}, 1); // below half: inside the bounds, not the outline
     square.UpdateOutline();
     EXPECT_EQ(square.GetOutline().size(), 4u);

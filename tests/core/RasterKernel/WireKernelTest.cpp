@@ -1,16 +1,9 @@
 #include "core/RasterKernel/WireKernel.h"
-
-#include <hwy/targets.h>
-
-#include <gtest/gtest.h>
+#include "tests/support/TargetTest.h"
 
 #include <vector>
 
-class WireKernel : public testing::TestWithParam<int64_t> {
-protected:
-    WireKernel() { hwy::SetSupportedTargetsForTest(GetParam()), hwy::GetChosenTarget().DeInit(); }
-    ~WireKernel() override { hwy::SetSupportedTargetsForTest(0), hwy::GetChosenTarget().DeInit(); }
-};
+using WireKernel = CTargetTest;
 
 TEST_P(WireKernel, EveryLengthThereAndBackAndNothingBeyond) {
     constexpr size_t MOST = 200;
@@ -40,5 +33,4 @@ TEST_P(WireKernel, EveryLengthThereAndBackAndNothingBeyond) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Targets, WireKernel, testing::ValuesIn(hwy::SupportedAndGeneratedTargets()),
-                         [](const auto& info) { return std::string(hwy::TargetName(info.param)); });
+ON_EVERY_TARGET(WireKernel);

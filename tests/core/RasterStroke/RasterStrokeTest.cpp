@@ -1,13 +1,14 @@
 #include "core/RasterStroke/RasterBrushStroke.h"
 
+#include "core/IniConfig/GlobalSwitches.h"
 #include "core/Platform/System.h"
 #include "core/RasterStroke/StrokePrediction.h"
 #include "session/VirtualClock.h"
+#include "tests/support/Planes.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <functional>
 
 namespace {
 
@@ -21,34 +22,6 @@ private:
     uint32_t m_uPace;
     uint32_t m_uNow = 0;
 };
-
-// Every value of a plane, row by row; absent tiles are zeros.
-std::vector<uint16_t> ValuesOf(CAlphaBufferBase& base) {
-    auto& plane = static_cast<CStrokePlane&>(base);
-    const CSize sz = plane.GetSize();
-    std::vector<uint16_t> v(static_cast<size_t>(sz.cx) * static_cast<size_t>(sz.cy));
-    plane.ForEachBlock([&](CPoint pt) {
-        const auto* pTile = plane.FindBlock(pt);
-        const CRect rc = CRect(pt, plane.GetBlockSize()).Intersect(CRect({0, 0}, sz));
-        for (int y = rc.top; pTile && y < rc.bottom; ++y)
-            std::copy_n(pTile->GetAlpha() + (y - pt.y) * plane.GetBlockSize().cx, rc.Width(),
-                        v.data() + y * sz.cx + pt.x);
-    });
-    return v;
-}
-
-TBrushParam RoughParam() {
-    TBrushParam param;
-    param.BrushRadius = 8;
-    param.BlurLevel = 60;
-    param.PressAlpha = true;
-    param.Spray = 30;
-    param.WaveEnable = true;
-    param.WaveSmooth = 4;
-    param.WaveDistMin = 4;
-    param.WaveDistMax = 3;
-    return param;
-}
 
 struct TRun {
     uint32_t uPace = 0; ///< of the clock
@@ -91,22 +64,31 @@ std::vector<uint16_t> DrawLoop(const TBrushParam& param, const TRun& run) {
 } // namespace
 
 TEST(RasterStroke, ThePictureKnowsNoClock) {
+    const TBrushParam rough{.WaveSmooth = 4,
+                            .WaveDistMin = 4,
+                            .WaveDistMax = 3,
+                            .WaveEnable = true,
+                            .BrushRadius = 8,
+                            .BlurLevel = 60,
+                            .PressAlpha = true,
+                            .Spray = 30};
     for (const bool bDouble : {false, true}) {
-        const auto vWhole = DrawLoop(RoughParam(), {.bDouble = bDouble, .nUpdateEvery = 1000});
+        const auto vWhole = DrawLoop(rough, {.bDouble = bDouble, .nUpdateEvery = 1000});
         EXPECT_GT(std::count_if(vWhole.begin(), vWhole.end(), [](uint16_t u) { return u > 20000; }), 200);
-        EXPECT_EQ(vWhole, DrawLoop(RoughParam(), {.bDouble = bDouble}));
-        EXPECT_EQ(vWhole, DrawLoop(RoughParam(), {.uPace = 2, .bDouble = bDouble})) << "one step a call";
-        EXPECT_EQ(vWhole, DrawLoop(RoughParam(), {.uPace = 2, .bDouble = bDouble, .bDrainEach = false}));
-        for (const int nPredict : {1, 3})
-            EXPECT_EQ(vWhole, DrawLoop(RoughParam(), {.nPredict = nPredict, .bDouble = bDouble}));
+        g_Switches.m_bEnableSSE2 = 0;
+        EXPECT_EQ(vWhole, DrawLoop(rough, {.bDouble = bDouble})) << "nor which kernels run";
+        g_Switches.m_bEnableSSE2 = 1;
+        // With a pace of 2 one step a call.
+        for (TRun run :
+             {TRun{}, {.uPace = 2}, {.uPace = 2, .bDrainEach = false}, {.nPredict = 1}, {.nPredict = 3}}) {
+            run.bDouble = bDouble;
+            EXPECT_EQ(vWhole, DrawLoop(rough, run)) << run.uPace << run.nPredict;
+        }
     }
 }
 
 TEST(RasterStroke, OpacityIsALimitAndTinyStrokesAreDrawn) {
-    TBrushParam param;
-    param.BrushRadius = 20;
-    param.BrushAlpha = 128;
-    param.PressRadius = false;
+    TBrushParam param{.BrushRadius = 20, .BrushAlpha = 128, .PressRadius = false};
     const auto vLoop = DrawLoop(param, {.nPoints = 60});
     EXPECT_EQ(*std::max_element(vLoop.begin(), vLoop.end()), 128 * 257);
     CVirtualClock clock;
@@ -126,13 +108,11 @@ TEST(RasterStroke, OpacityIsALimitAndTinyStrokesAreDrawn) {
 }
 
 TEST(RasterStroke, ThePredictionIsShownAndWipedAndNeverKept) {
-    TBrushParam param;
-    param.BrushRadius = 8;
     CVirtualClock clock;
     CStrokeRandom random;
     CRasterBrushStroke stroke({.szCanvas = {600, 600},
                                .bErase = true,
-                               .param = param,
+                               .param = {.BrushRadius = 8},
                                .clock = clock,
                                .random = random,
                                .nPredict = 3});
@@ -152,6 +132,8 @@ TEST(RasterStroke, ThePredictionIsShownAndWipedAndNeverKept) {
     EXPECT_EQ(at(stroke.GetDisplay(), ptAhead), 0);
     EXPECT_TRUE(stroke.GetDisplay().DirtyAt(ptAhead));
     EXPECT_TRUE(stroke.GetDisplay().GetBlock(ptAhead, false));
+    EXPECT_GT(at(stroke.GetDisplay(), {60, 50}), 20000);
+    EXPECT_FALSE(stroke.GetDisplay().DirtyAt({60, 50})) << "what stays is not painted again";
 }
 
 TEST(StrokePrediction, GoesOnByNineTenthsOfTheLastStep) {

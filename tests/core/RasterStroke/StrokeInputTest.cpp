@@ -21,24 +21,16 @@ TEST(BrushParam, SettingsKeepEveryFieldWithinItsRange) {
     WriteBrushParam(config, L"RasterPencil", param);
     EXPECT_EQ(ReadBrushParam(config, L"RasterPencil"), param);
     EXPECT_EQ(ReadBrushParam(config, L"RasterEraser"), TBrushParam());
-    const auto spSection = config.GetSection(L"BrushParam\\RasterBrush");
-    spSection->SetInt(L"BlurLevel", 300);
-    spSection->SetInt(L"BrushRadius", -5);
-    spSection->SetInt(L"PencilHardness", 9);
-    spSection->SetInt(L"Preset", 3);
-    const TBrushParam mended = ReadBrushParam(config, L"RasterBrush");
-    EXPECT_EQ(mended.BlurLevel, 100);
-    EXPECT_EQ(mended.BrushRadius, 0u);
-    EXPECT_EQ(mended.PencilHardness, 4);
-    EXPECT_EQ(mended.Preset, 0);
+    files.m_mapFiles[L"/v.ini"] =
+        "[BrushParam\\RasterBrush]\nBlurLevel=300\nBrushRadius=-5\nPencilHardness=9\nPreset=3\n";
+    EXPECT_EQ(ReadBrushParam(config, L"RasterBrush"),
+              (TBrushParam{.BrushRadius = 0, .BlurLevel = 100, .PencilHardness = 4}));
 }
 
 TEST(PressureCurve, DefaultsAreALineAndFloorsAndLevelsHold) {
     TPressureParam param;
-    EXPECT_EQ(EvaluateCurve(param, 0), 0u);
-    EXPECT_EQ(EvaluateCurve(param, 1024), 1024u);
-    EXPECT_EQ(EvaluateCurve(param, 1025), 1024u);
-    for (uint32_t p = 0; p <= 1024; ++p) EXPECT_NEAR(EvaluateCurve(param, p), p, 1) << p;
+    for (const uint32_t p : {0, 1024}) EXPECT_EQ(EvaluateCurve(param, p), p);
+    for (uint32_t p = 0; p <= 1025; ++p) EXPECT_NEAR(EvaluateCurve(param, p), p, 1) << p;
     param.uCurve1y = 0; // rises early
     EXPECT_GT(EvaluateCurve(param, 256), 400u);
     uint32_t uRadius = 0;
@@ -55,7 +47,7 @@ TEST(PressureCurve, DefaultsAreALineAndFloorsAndLevelsHold) {
     EXPECT_EQ(byAlpha, 255) << "a level of 0 is reached at once";
     EXPECT_EQ(uRadius & 0x3FF, 0u);
     param.uMinRadiusRate = 0;
-    for (const auto& [uPressure, uStep] : {std::pair{100u, 0x200u}, {600u, 0x400u}, {1000u, 0x400u}}) {
+    for (const auto& [uPressure, uStep] : {std::pair{100u, 0x200u}, {600u, 0x400u}}) {
         evaluate(uPressure, 1);
         EXPECT_EQ(uRadius % uStep, 0u) << uPressure;
         EXPECT_NEAR(uRadius, uPressure * 160, 0x400) << uPressure;
@@ -64,6 +56,14 @@ TEST(PressureCurve, DefaultsAreALineAndFloorsAndLevelsHold) {
     param.uBrushRadius = 3;
     evaluate(1, 1);
     EXPECT_EQ(uRadius, 12288u);
+}
+
+TEST(PressureCurve, LinesGrowInOverThreeWindows) {
+    const uint32_t auFaded[] = {256, 256, 256, 448, 640, 832, 1024, 1024};
+    for (uint32_t n = 0; n < 8; ++n) EXPECT_EQ(FadeInPressure(1024, n, 2), auFaded[n]) << n;
+    EXPECT_EQ(FadeInPressure(101, 4, 3), 38u); // 404 >> 3 less 12
+    EXPECT_EQ(FadeInPressure(1000, 0, 0), 1000u);
+    EXPECT_EQ(FadeInPressure(1025, 0, 2), 1025u) << "the end is never faded";
 }
 
 TEST(ResampleWindow, IsACubicBSplineThatLagsAndKeepsLines) {
@@ -97,10 +97,7 @@ TEST(SegmentWalk, MixesTheEndsByExactProducts) {
 }
 
 TEST(Wobble, DistanceGrowsWithTheRadius) {
-    TBrushParam param;
-    param.BrushRadius = 20; // 80 eighths
-    param.WaveDistMin = 6;
-    param.WaveDistMax = 2;
+    TBrushParam param{.WaveDistMin = 6, .WaveDistMax = 2, .BrushRadius = 20}; // 80 eighths
     const auto distance = [&](double dRate) {
         return WobbleDistance(param, static_cast<uint32_t>(dRate * 80 * 1024));
     };
@@ -122,9 +119,7 @@ TEST(Wobble, OffsetsApproachTheirTargetsAndLiftsEndThem) {
     quiet.Append(param, 1024, 1 << 14, random);
     EXPECT_EQ(quiet.GetLists()[0].size(), 1u);
     EXPECT_TRUE(quiet.GetLists()[1].empty());
-    param.WaveEnable = true;
-    param.WaveSmooth = 3;
-    param.WaveDistMax = 50;
+    param = {.WaveSmooth = 3, .WaveDistMax = 50, .WaveEnable = true};
     const uint32_t uFull = param.BrushRadius << 12;
     CStrokeRandom same = random;
     CWobble wobble;
@@ -133,9 +128,11 @@ TEST(Wobble, OffsetsApproachTheirTargetsAndLiftsEndThem) {
     for (const auto& lst : wobble.GetLists()) {
         const CPoint target = ChooseWobbleTarget(200, same);
         EXPECT_LE(std::hypot(target.x, target.y), 200.5);
-        EXPECT_EQ((CPoint{lst[0].x, lst[0].y}), (CPoint{target.x / 2, target.y / 2}));
-        EXPECT_EQ((CPoint{lst[1].x, lst[1].y}),
-                  (CPoint{(lst[0].x + target.x) / 2, (lst[0].y + target.y) / 2}));
+        CPoint pt;
+        for (const int n : {0, 1}) {
+            pt = {(pt.x + target.x) / 2, (pt.y + target.y) / 2};
+            EXPECT_EQ((CPoint{lst[n].x, lst[n].y}), pt);
+        }
         EXPECT_EQ(lst[2], lst[1]);
         EXPECT_EQ(lst[3], lst[2]);
         EXPECT_NE(lst[4], lst[3]);

@@ -1,0 +1,37 @@
+// Small planes and what they hold.
+#pragma once
+
+#include "core/RasterBuffer/AlphaBuffer.h"
+#include "core/RasterBuffer/ColorRasterBuffer.h"
+
+#include <boost/make_shared.hpp>
+
+template <class Plane>
+boost::shared_ptr<Plane> MakePlane(CSize sz, CSize szBlock = DEFAULT_BLOCKSIZE) {
+    auto spPlane = boost::make_shared<Plane>();
+    spPlane->Create(sz, szBlock);
+    return spPlane;
+}
+
+/// One pixel of a colour plane as 0xAABBGGRR, 0 where there is no tile.
+inline uint32_t PixelAt(CRasterBuffer& plane, CPoint pt) {
+    const auto spTile = plane.GetBlock(pt, false);
+    if (!spTile) return 0;
+    const CPoint ptIn = pt - spTile->GetPosition();
+    return spTile->GetPixelColor(ptIn) | uint32_t{spTile->GetPixelAlpha(ptIn)} << 24;
+}
+
+/// Every value of a stroke's plane, row by row; absent tiles are zeros.
+inline std::vector<uint16_t> ValuesOf(CAlphaBufferBase& base) {
+    auto& plane = static_cast<CAlphaBufferImpl<uint16_t>&>(base);
+    const CSize sz = plane.GetSize();
+    std::vector<uint16_t> v(static_cast<size_t>(sz.cx) * static_cast<size_t>(sz.cy));
+    plane.ForEachBlock([&](CPoint pt) {
+        const auto* pTile = plane.FindBlock(pt);
+        const CRect rc = CRect(pt, plane.GetBlockSize()).Intersect(CRect({0, 0}, sz));
+        for (int y = rc.top; pTile && y < rc.bottom; ++y)
+            std::copy_n(pTile->GetAlpha() + (y - pt.y) * plane.GetBlockSize().cx, rc.Width(),
+                        v.data() + y * sz.cx + pt.x);
+    });
+    return v;
+}
