@@ -3,6 +3,7 @@
 
 #include <QDropEvent>
 #include <QListWidget>
+#include <QMouseEvent>
 #include <QSignalBlocker>
 
 #include <utility>
@@ -38,6 +39,10 @@ protected:
         pEvent->setDropAction(Qt::IgnoreAction);
         pEvent->accept();
         if (nFrom >= 0 && nTo != nFrom) m_fnMove(nFrom, nTo);
+    }
+    // A click beside the rows would take the selection away.
+    void mousePressEvent(QMouseEvent* pEvent) override {
+        if (indexAt(pEvent->position().toPoint()).isValid()) QListWidget::mousePressEvent(pEvent);
     }
     void keyPressEvent(QKeyEvent* pEvent) override {
         // Drag and drop for the keyboard.

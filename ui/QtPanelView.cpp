@@ -1,4 +1,5 @@
 #include "ui/QtKeys.h"
+#include "ui/QtModal.h"
 #include "ui/QtPanelControls.h"
 
 #include <QKeyEvent>
@@ -57,6 +58,7 @@ protected:
         paint.bFocus = hasFocus();
         if (paint.sz.cx <= 0 || paint.sz.cy <= 0 || !m_pView) return;
         CViewTarget target(*this);
+        const CPaintScope painting;
         m_pView->OnPaint(target, paint);
     }
     void mousePressEvent(QMouseEvent* pEvent) override {

@@ -6,6 +6,7 @@
 #include "core/Panels/PanelDraw.h"
 #include "core/RasterBuffer/ColorRasterBuffer.h"
 #include "core/RasterStroke/RasterBrushStroke.h"
+#include "core/RasterStroke/RasterPencilStroke.h"
 
 #include <algorithm>
 
@@ -39,27 +40,31 @@ void AddPoints(CRasterStroke& stroke, CSize sz) {
 void CBrushView::SetTool(CRasterBrushBase* pTool) {
     m_bTool = pTool != nullptr;
     if (!pTool) return;
-    const bool bErase = pTool->GetToolId() == TOOL_ERASER;
-    m_shown = {pTool->GetParam(), bErase ? 0 : pTool->GetFreehand().m_clrBrush, bErase};
+    m_shown = {pTool->GetParam(), pTool->GetFreehand().m_clrBrush, pTool->GetToolId()};
 }
 
 std::unique_ptr<CGDIBuffer> CBrushView::Draw(CSize sz) const {
+    const bool bErase = m_shown.nTool == TOOL_ERASER, bPencil = m_shown.nTool == TOOL_PENCIL;
     // Numbers of its own: what is drawn on the canvas must not depend on what panels show.
     CStrokeRandom random;
     TStrokeSetup setup{.szCanvas = sz,
                        .color = m_shown.color,
-                       .bErase = m_shown.bErase,
+                       .bErase = bErase,
                        .param = m_shown.param,
                        .clock = g_AppModule.GetPlatform().clock,
-                       .random = random};
+                       .random = random,
+                       .pCodecs = &g_AppModule.GetPlatform().codecs};
     // A brush that is larger than the view shows its edge, not a filled view.
     setup.param.BrushRadius =
         std::min(setup.param.BrushRadius, static_cast<uint32_t>(std::max(1, sz.cy - 2 * MARGIN)));
-    setup.bDouble = setup.param.BlurLevel >= 51 && setup.param.BrushRadius < 32;
-    CRasterBrushStroke stroke(setup);
-    AddPoints(stroke, sz);
-    while (!stroke.Update()) {
-    }
+    setup.bDouble = !bPencil && setup.param.BlurLevel >= 51 && setup.param.BrushRadius < 32;
+    std::unique_ptr<CRasterStroke> pStroke;
+    if (bPencil)
+        pStroke = std::make_unique<CRasterPencilStroke>(setup);
+    else
+        pStroke = std::make_unique<CRasterBrushStroke>(setup);
+    AddPoints(*pStroke, sz);
+    for (bool bDone = false; !bDone;) bDone = pStroke->Update();
 
     CColorRasterBuffer plane;
     plane.Create(sz, DEFAULT_BLOCKSIZE);
@@ -67,8 +72,8 @@ std::unique_ptr<CGDIBuffer> CBrushView::Draw(CSize sz) const {
     const CScreenMap map(sz, {0, 0}, {}, sz);
     plane.ForEachBlock([&](CPoint pt) {
         const auto spBlock = plane.GetBlock(pt, true);
-        if (m_shown.bErase) spBlock->Fill(PAINTED, 255);
-        stroke.GetMain().BlendBlockInto(*spBlock, nullptr);
+        if (bErase) spBlock->Fill(PAINTED, 255);
+        pStroke->GetMain().BlendBlockInto(*spBlock, nullptr);
         plane.DrawBlockToScreen(*pBuffer, map, pt);
     });
     return pBuffer;
@@ -83,8 +88,11 @@ void CBrushView::OnPaint(IPaintTarget& target, const TPanelPaint& paint) {
             return true;
         }
         if (!m_pBuffer || !(m_pBuffer->GetSize() == paint.sz) || !(m_drawn == m_shown)) {
-            m_pBuffer = Draw(paint.sz);
+            // What cannot be drawn is told once and leaves the view empty, not at every paint.
             m_drawn = m_shown;
+            m_pBuffer = std::make_unique<CGDIBuffer>(paint.sz);
+            FillColor(*m_pBuffer, CRect({0, 0}, paint.sz), paint.clrBack);
+            m_pBuffer = Draw(paint.sz);
         }
         target.Blit(m_pBuffer->GetPixelPtr({0, 0}), m_pBuffer->GetStride(), paint.sz,
                     CRect({0, 0}, paint.sz));

@@ -18,7 +18,7 @@ private:
     struct TShown {
         TBrushParam param{};
         TColor color = 0;
-        bool bErase = false;
+        int nTool = 0;
 
         friend bool operator==(const TShown&, const TShown&) = default;
     };

@@ -2,6 +2,7 @@
 
 #include "core/Base/Failure.h"
 #include "core/Panels/Percent.h"
+#include "core/RasterBrush/FreehandTools.h"
 
 #include <boost/pointer_cast.hpp>
 
@@ -254,4 +255,8 @@ CToolOptRasterPencil::CToolOptRasterPencil()
     AddWobble();
     AddCheck(L"", L"ブレ効果強調",
              {OPT_ANTI_SPLIT, {}, Get<&TBrushParam::AntiSplit>, Set<&TBrushParam::AntiSplit>});
+}
+
+bool CToolOptRasterPencil::Serves(const CRasterBrushBase& tool) const {
+    return dynamic_cast<const CRasterPencil*>(&tool) != nullptr;
 }

@@ -55,5 +55,5 @@ public:
     bool IsForTool(int nId) const override { return nId == TOOL_PENCIL; }
 
 private:
-    bool Serves(const CRasterBrushBase& tool) const override { return IsForTool(tool.GetToolId()); }
+    bool Serves(const CRasterBrushBase& tool) const override;
 };

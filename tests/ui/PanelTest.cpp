@@ -136,6 +136,8 @@ TEST_F(CPanelTest, ListsAreRenamedDraggedAndChosen) {
     QTest::keyClick(&list, Qt::Key_Down, Qt::ShiftModifier);
     QTest::keyClick(&list, Qt::Key_Return);
     EXPECT_EQ(Told(), (TLog{"change 5 0", "move 5 " + std::to_string(PackPoint(0, 1)), "activate 5 0"}));
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, {20, list.viewport()->height() - 2});
+    EXPECT_EQ(list.selectedItems().size(), 1); // beside the rows nothing is chosen
 }
 
 TEST_F(CPanelTest, OnlyTextTakesTheKeyboardByAClick) {

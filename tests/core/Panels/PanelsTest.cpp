@@ -121,6 +121,18 @@ TEST_F(Panels, ToolButtonsFollowTheToolAndOptionsShowItsPane) {
               EXPECT_NO_THROW(Control(ID_PANEL_TOOL_OPTION, L"線の荒さ"));
               EXPECT_ANY_THROW(Control(ID_PANEL_TOOL_OPTION, L"紙の粗さ"));
               EXPECT_FALSE(Control(ID_PANEL_COLOR, L"R").bEnabled); // an eraser has no colour
+              Change(ID_PANEL_TOOL, L"鉛筆", 1);
+          },
+          [] {
+              EXPECT_ANY_THROW(Control(ID_PANEL_TOOL_OPTION, L"線の荒さ"));
+              EXPECT_EQ(Control(ID_PANEL_TOOL_OPTION, L"傾き感度").nValue, 5); // off, the last row
+              Choose(ID_PANEL_TOOL_OPTION, L"紙の粗さ", L"8");
+              Choose(ID_PANEL_TOOL_OPTION, L"芯の硬さ", L"5 硬");
+              Choose(ID_PANEL_TOOL_OPTION, L"テクスチャ", L"荒い");
+              Change(ID_PANEL_TOOL_OPTION, L"ブレ効果強調", 1);
+              const TBrushParam& param = Tool().GetParam();
+              EXPECT_TRUE(param.PaperRoughness == 7 && param.PencilHardness == 4);
+              EXPECT_TRUE(param.PencilTexture == 2 && param.AntiSplit);
           }});
 }
 
@@ -254,6 +266,10 @@ TEST_F(Panels, ThePreviewIsWhatTheBrushDraws) {
         EXPECT_TRUE(differs([](auto& tool) { tool.GetParam().BrushAlpha = 90; }));
         Tool().GetParam().BrushRadius = MAX_BRUSH_RADIUS;
         EXPECT_EQ(paint().substr(0, 90), std::string(90, '\xFF')); // the largest leaves a margin too
+        g_pMainFrame->SwitchTool(TOOL_PENCIL);
+        Tool().GetParam().BrushRadius = 24;
+        EXPECT_TRUE(differs([](auto& tool) { tool.GetParam().PencilHardness = 4; })); // grains
+        EXPECT_TRUE(differs([](auto& tool) { tool.GetParam().PaperRoughness = 5; }));
         g_pMainFrame->SwitchTool(TOOL_ERASER);
         EXPECT_EQ(paint().substr(0, 90), std::string(90, '\x50'));
     }});
