@@ -22,6 +22,10 @@ void* operator new(size_t n) {
     if (!p) throw std::bad_alloc();
     return p;
 }
+// The library's temporary buffers ask this way and give back by the delete below.
+void* operator new(size_t n, const std::nothrow_t&) noexcept {
+    return g_bNoMemory ? nullptr : std::malloc(n ? n : 1);
+}
 void operator delete(void* p) noexcept { std::free(p); }
 void operator delete(void* p, size_t) noexcept { std::free(p); }
 
