@@ -48,7 +48,6 @@ void CQtPen::Push(const QTabletEvent& event, qreal dScale) {
         return static_cast<int32_t>(std::lround(d * dScale * UNITS_PER_PIXEL));
     };
     const QPointF pt = event.globalPosition();
-    if (!m_bEnabled) return;
     const bool bEraser = IsEraser(event);
     const auto nAltitude =
         static_cast<int32_t>(std::lround(AltitudeOf(event.xTilt(), event.yTilt()) * TENTHS));

@@ -29,7 +29,8 @@ public:
     TPenAxis GetAltitudeAxis() override { return {0, ALTITUDE_MAX}; }
     int32_t GetUnitsPerPixel() override { return UNITS_PER_PIXEL; }
     size_t GetPackets(TPenPacket* pPackets, size_t nMax) override;
-    void Enable(bool bEnable) override { m_bEnabled = bEnable; }
+    /// Nothing to switch: Qt gives the events of the pen to the window that it is over.
+    void Enable(bool) override {}
 
 protected:
     bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
@@ -42,5 +43,4 @@ private:
     CQtEventPump& m_pump;
     std::function<IWindow*()> m_fnReceiver;
     std::deque<TPenPacket> m_deqPackets;
-    bool m_bEnabled = true;
 };
