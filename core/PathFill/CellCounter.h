@@ -1,0 +1,64 @@
+// Counts the set cells of pixels, one row of pixels after the other.
+//
+// A chain crosses each of the 16 rows of cells at most once, and where the winding number leaves or reaches 0
+// there, a span of set cells begins or ends. Its 16 - f cells in its own pixel and the 16 in each one behind
+// are kept as differences from pixel to pixel, so a pixel costs an addition, however many spans lie over it.
+// Spans are never sorted where a chain has the neighbourhood for itself, which is nearly everywhere: its
+// crossings lie apart from all others', so the winding numbers before it are known.
+#pragma once
+
+#include "core/PathFill/CountRow.h"
+#include "core/PathFill/MonotoneChains.h"
+
+#include <boost/noncopyable.hpp>
+
+#include <array>
+#include <cstdint>
+#include <vector>
+
+class CCellCounter : boost::noncopyable {
+public:
+    /// Takes the chains over and counts pixels from `nFirst` (0 or -1) to before `nEnd`.
+    void Begin(CMonotoneChains& chains, int32_t nFirst, int32_t nEnd);
+    /// The first row of pixels that is not empty of chains, from `y` on; INT32_MAX when there is none.
+    int32_t NextRow(int32_t y) const;
+    /// Counts a row into an empty `row`. Rows are asked for from the top down; those left out have no chains.
+    void Count(int32_t y, CCountRow& row);
+
+private:
+    static constexpr int32_t ROWS = FILL_CELLS; ///< rows of cells to a row of pixels
+
+    // What a chain crosses in one row of pixels: rows of cells from nTop to before nEnd.
+    struct TCrossings {
+        std::array<int32_t, ROWS> anCell;
+        int32_t nTop, nEnd;
+        int32_t nMin, nMax;
+        int32_t nDirection;
+    };
+
+    bool Cross(TChain& chain, int32_t y, TCrossings& crossings);
+    void CountAlone(const TCrossings& crossings);
+    void CountWhole(const TCrossings& crossings, int32_t nSign);
+    void CountGroup(size_t nFrom, size_t nTo);
+    void AddCrossing(int32_t nCell, int32_t nSign);
+    void Reach(int32_t nPixel, CCountRow& row);
+    void Spread();
+    void Gather();
+
+    CMonotoneChains* m_pChains = nullptr;
+    std::vector<uint32_t> m_vOrder; ///< chains by their top
+    size_t m_nWaiting = 0;          ///< the first of m_vOrder that has not begun
+    std::vector<uint32_t> m_vActive;
+    std::vector<TCrossings> m_vCrossings;
+    std::vector<uint32_t> m_vSorted; ///< crossings by their left side
+    std::vector<int32_t> m_vKeys;    ///< of one row of cells: 4 * cell + direction + 1
+
+    int32_t m_nFirst = 0; ///< pixels counted
+    int32_t m_nEnd = 0;
+    std::vector<int16_t> m_vDifference; ///< from pixel -1 on
+    std::array<int32_t, ROWS> m_anWinding{};
+    bool m_bEven = true;    ///< all rows have the first one's winding number
+    int32_t m_nCount = 0;   ///< of the pixel before m_nNext
+    int32_t m_nNext = 0;    ///< the pixel to be written next
+    int32_t m_nChanged = 0; ///< from here on no differences
+};

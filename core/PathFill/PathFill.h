@@ -1,0 +1,65 @@
+// Closed Bezier outlines as 8-bit coverage: the one road from paths to pixels.
+//
+// A pixel has 16 by 16 cells; a cell is set where the outline winds around its centre a number of times that
+// is not 0. Centres on a line belong to its right and lower side, so outlines that share an edge neither
+// leave cells out between them nor share any. A pixel's coverage is the number of its set cells, up to 255,
+// softened by a filter that weighs the pixel 8 and its four neighbours 1 each, of 12, rounded. Beyond the
+// left and right side of the plane neighbours count 0; above its top and below its bottom, as the pixel
+// itself. The plane takes the maximum of what it holds and the coverage.
+//
+// No mask is made. The outline becomes lines (FlattenOutline.h), these become chains that run down or up
+// (MonotoneChains.h), whose crossings with the rows of cells are counted in a row of pixels at once
+// (CellCounter.h); what lies between edges is filled. Three such rows are softened to one, again only around
+// edges. All is exact: the lines of an outline decide every cell, and any part of a plane comes out as it
+// does in the fill of the whole.
+//
+// Outlines may lie anywhere in 32 bits; what lies beyond the pixels asked for costs a few comparisons a
+// segment. Planes are up to 65,536 pixels wide and high.
+#pragma once
+
+#include "core/PathFill/CellCounter.h"
+#include "core/RasterBuffer/AlphaBuffer.h"
+#include "core/RasterKernel/SoftenKernel.h"
+
+#include <array>
+#include <span>
+#include <vector>
+
+/// A coverage plane on the canvas: its top left pixel there, and its size before it is rounded up to whole
+/// tiles.
+struct TFillPlane {
+    CPoint ptOrigin;
+    CSize szPlane;
+};
+
+/// Fills outlines; keeps memory from one to the next, so whoever fills many keeps one of these. Not to be
+/// used by two threads at once.
+///
+/// `points` are 3n + 1 points in PolyBezier order, eighths of a canvas pixel, the last equal to the first;
+/// other lists raise an invalid_argument violation before anything is written. Fewer than 4 fill nothing.
+class CPathFill : boost::noncopyable {
+public:
+    /// Raises `tile`, which stands at its position in the plane, to the outline's coverage there.
+    void FillTile(std::span<const CPoint> points, const TFillPlane& plane, CAlphaBlock8& tile);
+    /// Raises a whole plane whose top left pixel is `ptOrigin` on the canvas. Makes the tiles that the
+    /// outline can reach, and replaces those that are shared by clones.
+    void FillPlane(std::span<const CPoint> points, CPoint ptOrigin, CAlphaBufferImpl<uint8_t>& plane);
+
+private:
+    // Pixels to be raised, in tiles of one size.
+    struct TTarget {
+        CRect rc; ///< in the plane
+        CSize szTile;
+        std::vector<uint8_t*> vTiles; ///< row by row
+    };
+
+    void Fill(std::span<const CPoint> points, CPoint ptOrigin, CSize szPlane);
+    void SoftenRow(int32_t y, const CCountRow& above, const CCountRow& row, const CCountRow& below);
+    void RaiseRow(int32_t y, int32_t x, int32_t xTo, bool bChanges, const TSoftenRows& rows);
+
+    TTarget m_target;
+    CMonotoneChains m_chains;
+    CCellCounter m_counter;
+    std::array<CCountRow, 3> m_aRows;
+    const TSoftenKernels& m_kernels = SoftenKernels();
+};

@@ -1,0 +1,221 @@
+// Filled outlines against their definition: a cell for a cell, and the filter a pixel for a pixel.
+#include "core/PathFill/PathFill.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+
+namespace {
+
+using TOutline = std::vector<CPoint>;
+using TPixels = std::vector<uint8_t>;
+using TPlane = CAlphaBufferImpl<uint8_t>;
+
+struct TLines {
+    struct TLine {
+        int64_t x0, y0, x1, y1;
+    };
+    std::vector<TLine> vLines;
+    void AddLine(int32_t x0, int32_t y0, int32_t x1, int32_t y1) { vLines.push_back({x0, y0, x1, y1}); }
+};
+
+// The lines that cross the row of cells' centres left of each cell's centre, at or beside it.
+void WindRow(const TLines& lines, int32_t nRow, std::vector<int>& vWinding) {
+    const int64_t y = nRow * 16 + 8;
+    for (auto [x0, y0, x1, y1] : lines.vLines) {
+        const int nDirection = y0 < y1 ? 1 : -1;
+        if (y0 > y1) std::swap(x0, x1), std::swap(y0, y1);
+        if (y < y0 || y >= y1) continue;
+        for (size_t n = 0; n < vWinding.size(); ++n)
+            if ((static_cast<int64_t>(n) * 16 + 8 - x0) * (y1 - y0) >= (x1 - x0) * (y - y0))
+                vWinding[n] += nDirection;
+    }
+}
+
+// The whole plane by the definition.
+TPixels Define(const TOutline& outline, CPoint ptOrigin, CSize sz) {
+    const CRect rcCells(CPoint{0, 0}, CSize{sz.cx * 16, sz.cy * 16});
+    TLines lines;
+    CFlattener<TLines>(rcCells, lines).Flatten(outline, ptOrigin.x, ptOrigin.y);
+    std::vector<int> vCounts(static_cast<size_t>(sz.cx * sz.cy));
+    for (int32_t nRow = 0; nRow < rcCells.bottom; ++nRow) {
+        std::vector<int> vWinding(static_cast<size_t>(rcCells.right));
+        WindRow(lines, nRow, vWinding);
+        for (size_t n = 0; n < vWinding.size(); ++n)
+            vCounts[static_cast<size_t>(nRow / 16 * sz.cx) + n / 16] += vWinding[n] != 0;
+    }
+    const auto count = [&](int32_t x, int32_t y) {
+        return std::min(255, vCounts[static_cast<size_t>(std::clamp(y, 0, sz.cy - 1) * sz.cx + x)]);
+    };
+    TPixels pixels;
+    for (int32_t y = 0; y < sz.cy; ++y)
+        for (int32_t x = 0; x < sz.cx; ++x) {
+            int v = count(x, y - 1) + count(x, y + 1) + 8 * count(x, y);
+            if (x > 0) v += count(x - 1, y);
+            if (x < sz.cx - 1) v += count(x + 1, y);
+            pixels.push_back(static_cast<uint8_t>((v + 6) / 12));
+        }
+    return pixels;
+}
+
+TPixels PixelsOf(TPlane& plane, CSize sz) {
+    TPixels pixels;
+    for (int32_t y = 0; y < sz.cy; ++y)
+        for (int32_t x = 0; x < sz.cx; ++x) {
+            const auto* pTile = plane.FindBlock({x, y});
+            pixels.push_back(pTile ? pTile->GetPixelAlpha({x % 96, y % 96}) : 0);
+        }
+    return pixels;
+}
+
+void Create(TPlane& plane, CSize sz) { plane.Create(sz, DEFAULT_BLOCKSIZE); }
+
+TPixels Fill(const TOutline& outline, CPoint ptOrigin, CSize sz) {
+    TPlane plane;
+    Create(plane, sz);
+    CPathFill().FillPlane(outline, ptOrigin, plane);
+    return PixelsOf(plane, sz);
+}
+
+TPixels FillByTiles(const TOutline& outline, CPoint ptOrigin, CSize sz) {
+    TPlane plane;
+    Create(plane, sz);
+    CPathFill fill;
+    plane.ForEachBlock([&](CPoint pt) {
+        fill.FillTile(outline, {ptOrigin, sz}, static_cast<CAlphaBlock8&>(*plane.GetBlock(pt, true)));
+    });
+    return PixelsOf(plane, sz);
+}
+
+TOutline Polygon(const std::vector<CPoint>& vPixels) {
+    TOutline outline{{vPixels[0].x * 8, vPixels[0].y * 8}};
+    for (size_t n = 1; n <= vPixels.size(); ++n) {
+        const CPoint to = vPixels[n % vPixels.size()];
+        outline.insert(outline.end(), {outline.back(), {to.x * 8, to.y * 8}, {to.x * 8, to.y * 8}});
+    }
+    return outline;
+}
+
+class CRandomOutlines {
+public:
+    explicit CRandomOutlines(uint32_t uSeed) : m_random(uSeed) {}
+    // Points between `nFrom` and `nTo` eighths, now and then on whole pixels or where the last one was.
+    TOutline Make(int32_t nFrom, int32_t nTo) {
+        TOutline outline(1 + 3 * (1 + m_random() % 8));
+        for (CPoint& pt : outline) {
+            const auto draw = [&] { return std::uniform_int_distribution<int32_t>(nFrom, nTo)(m_random); };
+            pt = {draw(), draw()};
+            if (m_random() % 4 == 0) pt.x &= ~7;
+            if (m_random() % 4 == 0) pt.y &= ~7;
+            if (m_random() % 8 == 0 && &pt != outline.data()) pt = (&pt)[-1];
+        }
+        outline.back() = outline.front();
+        return outline;
+    }
+
+private:
+    std::mt19937 m_random;
+};
+
+constexpr CSize TWO_TILES{192, 96};
+
+} // namespace
+
+TEST(PathFill, EveryPixelIsAsDefined) {
+    CRandomOutlines random(1);
+    const std::pair<int32_t, int32_t> aRanges[] = {{100, 600}, {-300, 1800},          {-20000, 20000},
+                                                   {60, 90},   {-(1 << 28), 1 << 28}, {INT32_MIN, INT32_MAX}};
+    for (int n = 0; n < 60; ++n) {
+        const auto [nFrom, nTo] = aRanges[n % 6];
+        const TOutline outline = random.Make(nFrom, nTo);
+        const CPoint ptOrigin{n % 5 * 7 - 14, n % 3 * 5 - 5};
+        const TPixels pixels = Define(outline, ptOrigin, TWO_TILES);
+        ASSERT_EQ(Fill(outline, ptOrigin, TWO_TILES), pixels) << n;
+        ASSERT_EQ(FillByTiles(outline, ptOrigin, TWO_TILES), pixels) << n;
+    }
+}
+
+TEST(PathFill, TilesMeetWithoutSeams) {
+    CRandomOutlines random(2);
+    constexpr CSize SIZE{480, 384};
+    for (int n = 0; n < 40; ++n) {
+        const TOutline outline = random.Make(n % 2 ? -500 : -30000, n % 2 ? 4500 : 30000);
+        ASSERT_EQ(FillByTiles(outline, {3, -4}, SIZE), Fill(outline, {3, -4}, SIZE)) << n;
+    }
+}
+
+TEST(PathFill, NamedValues) {
+    // One pixel; then a square whose sides lie on the plane's own.
+    TPixels pixels = Fill(Polygon({{50, 20}, {51, 20}, {51, 21}, {50, 21}}), {0, 0}, TWO_TILES);
+    const auto at = [&](int32_t x, int32_t y) {
+        return int{pixels[static_cast<size_t>(y * TWO_TILES.cx + x)]};
+    };
+    EXPECT_EQ(at(50, 20), 170);
+    for (const CPoint pt : {CPoint{49, 20}, {51, 20}, {50, 19}, {50, 21}}) EXPECT_EQ(at(pt.x, pt.y), 21);
+    for (const CPoint pt : {CPoint{49, 19}, {51, 21}, {48, 20}, {50, 22}}) EXPECT_EQ(at(pt.x, pt.y), 0);
+    pixels = Fill(Polygon({{0, 0}, {200, 0}, {200, 96}, {0, 96}}), {0, 0}, TWO_TILES);
+    EXPECT_EQ(at(90, 0), 255);
+    EXPECT_EQ(at(90, 95), 255);
+    EXPECT_EQ(at(0, 0), (255 * 11 + 6) / 12);
+    EXPECT_EQ(at(191, 50), (255 * 11 + 6) / 12);
+}
+
+TEST(PathFill, MovedByPixelsAndTurnedRoundItIsTheSame) {
+    CRandomOutlines random(3);
+    for (int n = 0; n < 40; ++n) {
+        TOutline outline = random.Make(n % 4 == 0 ? -60000 : 100, n % 4 == 0 ? 60000 : 700);
+        const TPixels pixels = Fill(outline, {0, 0}, TWO_TILES);
+        for (CPoint& pt : outline) pt = {pt.x + 8 * 12345, pt.y - 8 * 777};
+        ASSERT_EQ(Fill(outline, {12345, -777}, TWO_TILES), pixels) << n;
+        std::reverse(outline.begin(), outline.end());
+        ASSERT_EQ(Fill(outline, {12345, -777}, TWO_TILES), pixels) << n;
+    }
+}
+
+TEST(PathFill, CoverageNeverFallsAndOnlyThePlaneIsWritten) {
+    TPlane plane;
+    Create(plane, TWO_TILES);
+    const auto spOld = boost::static_pointer_cast<CAlphaBlock8>(plane.GetBlock({0, 0}, true));
+    std::fill_n(spOld->GetAlpha(), 96 * 96, uint8_t{100});
+    CPathFill fill;
+    const TOutline outline = Polygon({{10, 10}, {60, 12}, {30, 70}});
+    fill.FillPlane(outline, {0, 0}, plane);
+    EXPECT_EQ(spOld->GetPixelAlpha({30, 30}), 100); // somebody else's
+    TPixels expected = Define(outline, {0, 0}, TWO_TILES);
+    for (size_t n = 0; n < expected.size(); ++n)
+        if (n % 192 < 96) expected[n] = std::max<uint8_t>(expected[n], 100);
+    EXPECT_EQ(PixelsOf(plane, TWO_TILES), expected);
+    fill.FillPlane(outline, {0, 0}, plane);
+    fill.FillPlane(Polygon({{300, 10}, {400, 10}, {350, 90}}), {0, 0}, plane);
+    fill.FillPlane(TOutline{{5, 5}}, {0, 0}, plane);
+    EXPECT_EQ(PixelsOf(plane, TWO_TILES), expected);
+    EXPECT_THROW(fill.FillPlane(TOutline{{0, 0}, {1, 1}}, {0, 0}, plane), constraint_violation);
+    EXPECT_THROW(fill.FillPlane(TOutline{{0, 0}, {1, 1}, {2, 2}, {8, 8}}, {0, 0}, plane),
+                 constraint_violation);
+}
+
+// Every point of the curve has a line within a quarter of a cell.
+TEST(PathFill, LinesStayNearTheCurve) {
+    CRandomOutlines random(4);
+    for (int n = 0; n < 60; ++n) {
+        TOutline outline = random.Make(n % 2 ? 0 : -8000, n % 2 ? 400 : 8000);
+        outline.resize(4);
+        TLines lines;
+        CFlattener<TLines>({-20000, -20000, 20000, 20000}, lines).Flatten(outline, 0, 0);
+        for (int i = 0; i <= 500; ++i) {
+            const double t = i / 500.0, s = 1 - t;
+            const double a[] = {s * s * s, 3 * s * s * t, 3 * s * t * t, t * t * t};
+            double x = 0, y = 0, dNearest = 1e9;
+            for (size_t k = 0; k < 4; ++k) x += a[k] * outline[k].x * 2, y += a[k] * outline[k].y * 2;
+            for (const auto& line : lines.vLines) {
+                const double dx = (line.x1 - line.x0) / 16.0, dy = (line.y1 - line.y0) / 16.0;
+                const double px = x - line.x0 / 16.0, py = y - line.y0 / 16.0;
+                const double dLength2 = std::max(dx * dx + dy * dy, 1e-9);
+                const double u = std::clamp((px * dx + py * dy) / dLength2, 0.0, 1.0);
+                dNearest = std::min(dNearest, std::hypot(px - u * dx, py - u * dy));
+            }
+            ASSERT_LT(dNearest, 0.25) << n << ' ' << i;
+        }
+    }
+}
