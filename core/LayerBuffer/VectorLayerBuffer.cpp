@@ -7,6 +7,20 @@
 
 #include <algorithm>
 
+namespace {
+
+// Path units to a pixel, as a power of two.
+constexpr int PATH_UNIT_BITS = 3;
+
+// The canvas pixels that coverage inside a box of path units reaches: the filter spreads it by one.
+CRect PixelsOf(const CRect& rc) {
+    if (rc.IsEmpty()) return {};
+    return {(rc.left >> PATH_UNIT_BITS) - 1, (rc.top >> PATH_UNIT_BITS) - 1,
+            ((rc.right - 1) >> PATH_UNIT_BITS) + 2, ((rc.bottom - 1) >> PATH_UNIT_BITS) + 2};
+}
+
+} // namespace
+
 void CVectorLayerBuffer::Create(const TCanvasPtr& spCanvas) {
     CLayerBuffer::Create(spCanvas);
     m_pCoverage = boost::make_shared<CAlphaBufferImpl<uint8_t>>();
@@ -21,8 +35,8 @@ bool CVectorLayerBuffer::PrepareOwn(CPoint pt) {
         const auto spTile = boost::static_pointer_cast<CAlphaBlock8>(m_pCoverage->CreateBlock(pt));
         bool bAny = false;
         for (const auto& spPath : m_lstPaths) {
-            if (spPath->RectIncludingPath().Intersect(spTile->GetRect()).IsEmpty()) continue;
-            spPath->RasterizePath(*spTile);
+            if (PixelsOf(spPath->RectIncludingPath()).Intersect(spTile->GetRect()).IsEmpty()) continue;
+            spPath->RasterizePath(m_fill, m_pCoverage->GetSize(), *spTile);
             bAny = true;
         }
         m_pCoverage->SetBlock(pt, bAny ? spTile : boost::shared_ptr<CAlphaBlock8>());
@@ -43,13 +57,26 @@ boost::shared_ptr<CBoolMatrix> CVectorLayerBuffer::GetChangeMatrix() const {
     return m_pCoverage->GetDirtyMatrix();
 }
 
-void CVectorLayerBuffer::AppendPath(const boost::shared_ptr<CPathObject>& spPath) {
-    m_lstPaths.push_back(spPath);
-    InvalidateRect(spPath->RectIncludingPath());
+void CVectorLayerBuffer::InsertPath(const boost::shared_ptr<CPathObject>& spPath, int idx) {
+    const bool bInside = idx >= 0 && static_cast<size_t>(idx) < m_lstPaths.size();
+    m_lstPaths.insert(bInside ? std::next(m_lstPaths.begin(), idx) : m_lstPaths.end(), spPath);
+    spPath->SetLayer(boost::static_pointer_cast<CVectorLayerBuffer>(shared_from_this()));
+    InvalidatePath(spPath->RectIncludingPath());
 }
 
-void CVectorLayerBuffer::InvalidateRect(const CRect& rc) {
-    m_pCoverage->ForEachBlockIn(rc, [&](CPoint pt) { m_pCoverage->DirtyAt(pt) = 1; });
+int CVectorLayerBuffer::RemovePath(const CPathObject& path) {
+    const auto it = std::find_if(m_lstPaths.begin(), m_lstPaths.end(),
+                                 [&](const auto& spPath) { return spPath.get() == &path; });
+    if (it == m_lstPaths.end()) return -1;
+    const auto idx = static_cast<int>(std::distance(m_lstPaths.begin(), it));
+    (*it)->SetLayer({});
+    InvalidatePath(path.RectIncludingPath());
+    m_lstPaths.erase(it);
+    return idx;
+}
+
+void CVectorLayerBuffer::InvalidatePath(const CRect& rc) {
+    m_pCoverage->ForEachBlockIn(PixelsOf(rc), [&](CPoint pt) { m_pCoverage->DirtyAt(pt) = 1; });
 }
 
 void CVectorLayerBuffer::SetLayerColor(TColor color, bool bHistory) {
@@ -85,7 +112,7 @@ void CVectorLayerBuffer::Deserialize(CDeserializer& reader, const TCanvasPtr& sp
         reader.ReadChunk(chunk);
         const auto spPath = CreatePathObjectByTag(chunk.GetTag());
         spPath->Deserialize(chunk);
-        AppendPath(spPath);
+        InsertPath(spPath);
     }
     reader.ExpectEnd();
 }

@@ -5,7 +5,7 @@
 #include "core/PathObject/PathObject.h"
 #include "core/RasterBuffer/AlphaBuffer.h"
 
-class CVectorLayerBuffer : public CLayerBuffer {
+class CVectorLayerBuffer : public CLayerBuffer, public IVectorLayer {
 public:
     static constexpr uint32_t CHUNK_TAG = MakeTag("LAYV");
     using TPathList = std::list<boost::shared_ptr<CPathObject>>;
@@ -23,10 +23,13 @@ public:
 
     /// The paths, the lowest first.
     const TPathList& GetPaths() const { return m_lstPaths; }
-    /// Puts a path on top of the others and flags the blocks that it can touch.
-    void AppendPath(const boost::shared_ptr<CPathObject>& spPath);
-    /// Flags the blocks that a canvas rectangle touches, to be rasterized anew.
-    void InvalidateRect(const CRect& rc);
+    /// Puts a path among the others, at the place `idx` from the bottom or on top for -1, and flags the
+    /// blocks that it can touch.
+    void InsertPath(const boost::shared_ptr<CPathObject>& spPath, int idx = -1);
+    /// Takes a path off; answers its place, -1 when it is not here.
+    int RemovePath(const CPathObject& path);
+    /// Flags the blocks that a path's coverage reaches, to be rasterized anew.
+    void InvalidatePath(const CRect& rc) override;
 
     /// The one colour of all paths, white for a new layer.
     TColor GetLayerColor() const { return m_pCoverage->GetColor(); }
@@ -38,6 +41,7 @@ protected:
 
 private:
     TPathList m_lstPaths;
+    CPathFill m_fill;
     boost::shared_ptr<CAlphaBufferImpl<uint8_t>> m_pCoverage; ///< all paths, its ink the layer's colour
 };
 

@@ -1,19 +1,84 @@
-// What a vector layer knows of the paths that it holds.
+// Paths as layers and tools see them.
 #pragma once
 
-#include "core/RasterBuffer/AlphaBlockBuffer.h"
+#include "core/PathObject/PathStream.h"
 
-#include <boost/noncopyable.hpp>
-#include <boost/shared_ptr.hpp>
+#include <boost/make_shared.hpp>
 
-class CPathObject : boost::noncopyable {
+/// What a path asks of the layer that it is on.
+class IVectorLayer {
 public:
-    virtual ~CPathObject() = default;
-    /// The canvas pixels that the path can touch.
-    virtual CRect RectIncludingPath() const = 0;
-    /// Adds the path's coverage to a tile of a canvas-sized plane; coverage is never lowered.
-    virtual void RasterizePath(CAlphaBlock8& tile) const = 0;
-    virtual CSerializer Serialize() const = 0;
-    /// Reads the path's chunk; raises deserialize_error.
-    virtual void Deserialize(CDeserializer& reader) = 0;
+    virtual ~IVectorLayer() = default;
+    /// The path's picture inside a rectangle of path units changed.
+    virtual void InvalidatePath(const CRect& rc) = 0;
+};
+
+/// A thing on a vector layer.
+class CVectorObject : boost::noncopyable {
+public:
+    virtual ~CVectorObject() = default;
+    /// The layer that the object is on; null takes it off.
+    void SetLayer(const boost::weak_ptr<IVectorLayer>& wpLayer) { m_wpLayer = wpLayer; }
+
+protected:
+    void Invalidate(const CRect& rc) const {
+        if (const auto spLayer = m_wpLayer.lock()) spLayer->InvalidatePath(rc);
+    }
+
+private:
+    boost::weak_ptr<IVectorLayer> m_wpLayer;
+};
+
+/// A path of any kind. What changes it rebuilds it and tells the layer where it was and where it is.
+/// Positions are path units.
+class CPathObject : public CVectorObject {
+public:
+    CPathStream& GetStream() { return *m_spStream; }
+    const CPathStream& GetStream() const { return *m_spStream; }
+
+    /// The box of the committed shape, empty without anchors.
+    const CRect& RectIncludingPath() const { return m_rcBounds; }
+    /// Adds the path's coverage to a tile of a plane of that size, which begins at the canvas's corner;
+    /// coverage is never lowered.
+    void RasterizePath(CPathFill& fill, CSize szPlane, CAlphaBlock8& tile) const;
+    /// The live line with its points.
+    void DrawOutline(IPathDevice& device, const TPathMapper& mapper, const TPathSelection& selection,
+                     TColor color, bool bOutline) const;
+    CSerializer Serialize() const { return GetStream().Serialize(); }
+    /// Raises deserialize_error, also for a path whose outline cannot be built.
+    void Deserialize(CDeserializer& reader);
+    /// What lies under the pointer, of the kinds that are asked for.
+    TPathHit HitTest(const TPathPick& pick) const { return HitTestEx(pick, true, true, true, true); }
+    TPathHit HitTestEx(const TPathPick& pick, bool bAnchor, bool bHandle, bool bPath, bool bTerm) const;
+
+    void Transform(const boost::function<CPoint(CPoint)>& fnMap);
+    /// After a change of committed values.
+    void Update();
+    /// After a change of live values.
+    void UpdateDrag() { GetStream().UpdateDrag(); }
+    boost::shared_ptr<CPathControlPoint> AppendControlPoint(CPoint pt);
+    boost::shared_ptr<CPathControlPoint> InsertControlPoint(const CPathControlPoint& before, CPoint pt);
+    void RemoveControlPoint(const CPathControlPoint& point);
+    void Divide(uint32_t t);
+    boost::shared_ptr<TPathSnapshot> CreateSnapshot() const { return GetStream().CreateSnapshot(); }
+    void ApplySnapshot(const TPathSnapshot& snapshot);
+    /// Becomes a copy of another path of the same kind.
+    void Assign(const CPathObject& from);
+
+protected:
+    explicit CPathObject(boost::shared_ptr<CPathStream> spStream) : m_spStream(std::move(spStream)) {}
+
+private:
+    boost::shared_ptr<CPathStream> m_spStream; ///< never null
+    CRect m_rcBounds;
+};
+
+/// A path of the stream class `TStream`. The stream is a part of its own, so that nothing changes it behind
+/// the path's back but on purpose.
+template <class TStream>
+class CPathObjectImpl : public CPathObject {
+public:
+    CPathObjectImpl() : CPathObject(boost::make_shared<TStream>()) {}
+    TStream& GetStream() { return static_cast<TStream&>(CPathObject::GetStream()); }
+    const TStream& GetStream() const { return static_cast<const TStream&>(CPathObject::GetStream()); }
 };

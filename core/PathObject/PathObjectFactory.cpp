@@ -1,8 +1,12 @@
 #include "core/PathObject/PathObjectFactory.h"
 
 #include "core/Base/Failure.h"
+#include "core/PathObject/PathObjects.h"
 
-boost::shared_ptr<CPathObject> CreatePathObjectByTag(uint32_t) {
-    // No kind of path exists yet, so a file that holds one is not readable here.
+#include <boost/make_shared.hpp>
+
+boost::shared_ptr<CPathObject> CreatePathObjectByTag(uint32_t uTag) {
+    if (uTag == COpenPathStream::CHUNK_TAG) return boost::make_shared<COpenPathObject>();
+    if (uTag == CClosedPathStream::CHUNK_TAG) return boost::make_shared<CClosedPathObject>();
     throw deserialize_error();
 }

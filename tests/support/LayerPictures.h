@@ -5,29 +5,21 @@
 #include "core/LayerBuffer/LayerSetBuffer.h"
 #include "core/LayerBuffer/RasterLayerBuffer.h"
 #include "core/LayerBuffer/VectorLayerBuffer.h"
+#include "core/PathObject/PathObjects.h"
 #include "core/RasterBuffer/MonoRasterBuffer.h"
 
 #include <boost/make_shared.hpp>
 
 #include <random>
 
-/// A rectangle of full coverage, the simplest path there is.
-class CRectPath : public CPathObject {
-public:
-    explicit CRectPath(const CRect& rc) : m_rc(rc) {}
-    CRect RectIncludingPath() const override { return m_rc; }
-    void RasterizePath(CAlphaBlock8& tile) const override {
-        const CRect rc = m_rc.Intersect(tile.GetRect());
-        for (int32_t y = rc.top; y < rc.bottom; ++y)
-            for (int32_t x = rc.left; x < rc.right; ++x)
-                *tile.GetPixelPtr(CPoint{x, y} - tile.GetPosition()) = 255;
-    }
-    CSerializer Serialize() const override { return {}; }
-    void Deserialize(CDeserializer&) override {}
-
-private:
-    CRect m_rc;
-};
+/// A filled rectangle of canvas pixels.
+inline boost::shared_ptr<CPathObject> MakeRectPath(const CRect& rc) {
+    const auto spPath = boost::make_shared<CClosedPathObject>();
+    for (const CPoint pt :
+         {CPoint{rc.left, rc.top}, {rc.right, rc.top}, {rc.right, rc.bottom}, {rc.left, rc.bottom}})
+        spPath->AppendControlPoint({pt.x * 8, pt.y * 8});
+    return spPath;
+}
 
 /// A raster layer of which about half the tiles exist, with random pixels in every channel.
 inline boost::shared_ptr<CRasterLayerBuffer> MakeRandomLayer(const boost::shared_ptr<CCanvasBuffer>& spCanvas,
@@ -57,8 +49,8 @@ inline void FillRandomTree(const boost::shared_ptr<CCanvasBuffer>& spCanvas, int
             const auto spVector = CreateVectorLayer(spCanvas);
             spVector->SetLayerColor(random() & 0xFFFFFF);
             if (bPaths)
-                spVector->AppendPath(boost::make_shared<CRectPath>(CRect(
-                    {static_cast<int32_t>(random() % 99), 5}, {static_cast<int32_t>(random() % 99), 90})));
+                spVector->InsertPath(MakeRectPath(CRect({static_cast<int32_t>(random() % 99), 5},
+                                                        {static_cast<int32_t>(random() % 99), 90})));
             spLayer = spVector;
         } else {
             spLayer = MakeRandomLayer(spCanvas, random);

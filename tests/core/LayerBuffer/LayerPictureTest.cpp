@@ -148,7 +148,7 @@ TEST(VectorLayer, PaintsItsCoverageInItsColourOnlyWhereItChanged) {
     spCanvas->ComposeAll();
     EXPECT_FALSE(spCanvas->GetComposite().GetBlock({0, 0}, false));
     const UpdateCounterMatrix before = spCanvas->GetCounters();
-    spLayer->AppendPath(boost::make_shared<CRectPath>(CRect(90, 10, 100, 20)));
+    spLayer->InsertPath(MakeRectPath(CRect(90, 10, 100, 20)));
     spCanvas->ComposeAll();
     EXPECT_EQ(spCanvas->GetCounters().At(1, 0), before.At(1, 0) + 1);
     EXPECT_EQ(spCanvas->GetCounters().At(2, 0), before.At(2, 0));

@@ -1,0 +1,112 @@
+#include "core/Bezier/Bezier.h"
+
+#include <boost/numeric/conversion/cast.hpp>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr int64_t ONE = BEZIER_T_RESOLUTION;
+
+CPoint Checked(int64_t x, int64_t y) {
+    return {boost::numeric_cast<int32_t>(x), boost::numeric_cast<int32_t>(y)};
+}
+
+// (1 - f) * a + f * b
+CPoint Mix(CPoint a, CPoint b, int64_t f) {
+    const int64_t u = ONE - f;
+    return Checked(ShiftFixed(u * a.x + f * b.x), ShiftFixed(u * a.y + f * b.y));
+}
+
+// (1 - f)^2 * a + 2 (1 - f) f * b + f^2 * c
+CPoint Mix(CPoint a, CPoint b, CPoint c, int64_t f) {
+    const int64_t u = ONE - f;
+    const int64_t b0 = u * u;
+    const int64_t b1 = 2 * u * f;
+    const int64_t b2 = f * f;
+    return Checked(ShiftFixed(ShiftFixed(b0 * a.x + b1 * b.x + b2 * c.x)),
+                   ShiftFixed(ShiftFixed(b0 * a.y + b1 * b.y + b2 * c.y)));
+}
+
+CPoint FirstNonZero(CPoint a, CPoint b, CPoint c) { return !IsZero(a) ? a : !IsZero(b) ? b : c; }
+
+} // namespace
+
+CPoint CBezier::PointAt(uint32_t uFraction) const {
+    if (uFraction == 0) return p0;
+    if (uFraction == BEZIER_T_RESOLUTION) return p3;
+    if (uFraction == BEZIER_T_RESOLUTION / 2)
+        return Checked((int64_t{p0.x} + p3.x + 3 * (int64_t{p1.x} + p2.x)) / 8,
+                       (int64_t{p0.y} + p3.y + 3 * (int64_t{p1.y} + p2.y)) / 8);
+    const int64_t f = uFraction;
+    const int64_t u = ONE - f;
+    const int64_t b0 = ShiftFixed(u * u * u);
+    const int64_t b1 = ShiftFixed(u * (3 * ONE - 3 * f) * f);
+    const int64_t b2 = ShiftFixed(f * (3 * ONE - 3 * f) * f);
+    const int64_t b3 = ShiftFixed(f * f * f);
+    return Checked(ShiftFixed(ShiftFixed(p0.x * b0 + p1.x * b1 + p2.x * b2 + p3.x * b3)),
+                   ShiftFixed(ShiftFixed(p0.y * b0 + p1.y * b1 + p2.y * b2 + p3.y * b3)));
+}
+
+CPoint CBezier::TangentAt(uint32_t uFraction) const {
+    if (uFraction == 0) return FirstNonZero(p1 - p0, p2 - p0, p3 - p0);
+    if (uFraction == BEZIER_T_RESOLUTION) return FirstNonZero(p3 - p2, p3 - p1, p3 - p0);
+    const int64_t f = uFraction;
+    const int64_t u = ONE - f;
+    const int64_t c0 = ShiftFixed(-3 * u * u);
+    const int64_t c1 = ShiftFixed(3 * u * (ONE - 3 * f));
+    const int64_t c2 = ShiftFixed(3 * f * (2 * ONE - 3 * f));
+    const int64_t c3 = ShiftFixed(3 * f * f);
+    return {MulDiv(p0.x, c0, ONE) + MulDiv(p1.x, c1, ONE) + MulDiv(p2.x, c2, ONE) + MulDiv(p3.x, c3, ONE),
+            MulDiv(p0.y, c0, ONE) + MulDiv(p1.y, c1, ONE) + MulDiv(p2.y, c2, ONE) + MulDiv(p3.y, c3, ONE)};
+}
+
+std::pair<CBezier, CBezier> CBezier::Split(uint32_t f) const {
+    if (f == 0) return {{p0, p0, p0, p0}, *this};
+    if (f == BEZIER_T_RESOLUTION) return {*this, {p3, p3, p3, p3}};
+    const CPoint ptCut = PointAt(f);
+    return {{p0, Mix(p0, p1, f), Mix(p0, p1, p2, f), ptCut}, {ptCut, Mix(p1, p2, p3, f), Mix(p2, p3, f), p3}};
+}
+
+uint32_t CBezier::ArcLength(uint32_t uFraction) const {
+    constexpr int STEPS = 4096;
+    constexpr int RUN = 256; // points at a time: the roots become vector code, the sum keeps its order
+    if (IsDegenerate()) return 0;
+    const int nSteps = static_cast<int>((uint64_t{uFraction} * STEPS + ONE - 1) / ONE);
+    const double dEnd = uFraction / 65536.0;
+    double adX[RUN + 1];
+    double adY[RUN + 1];
+    double adLength[RUN];
+    double dSum = 0;
+    for (int nFrom = 0; nFrom < nSteps; nFrom += RUN) {
+        const int nRun = std::min(RUN, nSteps - nFrom);
+        for (int n = 0; n <= nRun; ++n) {
+            const double t =
+                std::min((nFrom + n) * (1.0 / STEPS), dEnd); // the last step may be a part of one
+            const double u = 1 - t;
+            const double b0 = u * u * u;
+            const double b1 = 3 * u * u * t;
+            const double b2 = 3 * u * t * t;
+            const double b3 = t * t * t;
+            adX[n] = p0.x * b0 + p1.x * b1 + p2.x * b2 + p3.x * b3;
+            adY[n] = p0.y * b0 + p1.y * b1 + p2.y * b2 + p3.y * b3;
+        }
+        for (int n = 0; n < nRun; ++n) {
+            const double dx = adX[n + 1] - adX[n];
+            const double dy = adY[n + 1] - adY[n];
+            adLength[n] = std::sqrt(dx * dx + dy * dy);
+        }
+        for (int n = 0; n < nRun; ++n) dSum += adLength[n];
+    }
+    return static_cast<uint32_t>(dSum);
+}
+
+CRect BezierBounds(const TPolyBezier& vPoints) {
+    if (vPoints.empty()) return {};
+    const auto [itLeft, itRight] =
+        std::minmax_element(vPoints.begin(), vPoints.end(), [](CPoint a, CPoint b) { return a.x < b.x; });
+    const auto [itTop, itBottom] =
+        std::minmax_element(vPoints.begin(), vPoints.end(), [](CPoint a, CPoint b) { return a.y < b.y; });
+    return {itLeft->x, itTop->y, itRight->x + 1, itBottom->y + 1};
+}

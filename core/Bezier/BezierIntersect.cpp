@@ -1,0 +1,110 @@
+// Where two curves cross. Each is cut into sixteen pieces and each piece into fifty chords; pairs are visited
+// from the junction on, and the first chords that cross decide. Boxes only leave out what cannot cross, so
+// they change no result.
+#include "core/Bezier/Bezier.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr uint32_t PIECES = 16;
+constexpr uint32_t CHORDS = 50;
+constexpr uint32_t PIECE_RANGE = BEZIER_T_RESOLUTION / PIECES;
+constexpr uint32_t HALF_CHORD = 40;
+
+// A piece, the box of its control points, and its chords once they are asked for.
+struct TPiece {
+    CBezier bez;
+    CRect rc;                                ///< right and bottom plus 1
+    std::array<CPoint, CHORDS + 1> aptChord; ///< valid once bSampled
+    CRect rcChord;                           ///< of the chords' ends, right and bottom inclusive
+    bool bSampled = false;
+};
+
+CRect BoxOf(const CPoint* ptBegin, const CPoint* ptEnd) {
+    CRect rc{ptBegin->x, ptBegin->y, ptBegin->x, ptBegin->y};
+    for (const CPoint* p = ptBegin; p != ptEnd; ++p) {
+        rc.left = std::min(rc.left, p->x);
+        rc.top = std::min(rc.top, p->y);
+        rc.right = std::max(rc.right, p->x);
+        rc.bottom = std::max(rc.bottom, p->y);
+    }
+    return rc;
+}
+
+// Inclusive boxes that have a point in common.
+bool Touch(const CRect& a, const CRect& b) {
+    return a.left <= b.right && b.left <= a.right && a.top <= b.bottom && b.top <= a.bottom;
+}
+
+std::array<TPiece, PIECES> Cut(CBezier bez) {
+    std::array<TPiece, PIECES> aPieces;
+    for (uint32_t i = 0; i < PIECES; ++i) {
+        const auto [head, tail] =
+            i + 1 < PIECES ? bez.Split(BEZIER_T_RESOLUTION / (PIECES - i)) : std::pair{bez, bez};
+        aPieces[i].bez = head;
+        aPieces[i].rc = BoxOf(&head.p0, &head.p3 + 1);
+        ++aPieces[i].rc.right;
+        ++aPieces[i].rc.bottom;
+        bez = tail;
+    }
+    return aPieces;
+}
+
+void Sample(TPiece& piece) {
+    if (piece.bSampled) return;
+    for (uint32_t k = 0; k <= CHORDS; ++k)
+        piece.aptChord[k] = piece.bez.PointAt(k * BEZIER_T_RESOLUTION / CHORDS);
+    piece.rcChord = BoxOf(piece.aptChord.data(), piece.aptChord.data() + piece.aptChord.size());
+    piece.bSampled = true;
+}
+
+// True when n lies between 0 and `nEnd`, both inclusive.
+bool IsWithin(int64_t n, int64_t nEnd) { return nEnd > 0 ? n >= 0 && n <= nEnd : n <= 0 && n >= nEnd; }
+
+bool DoChordsCross(CPoint a0, CPoint a1, CPoint b0, CPoint b1) {
+    const CPoint d1 = a1 - a0;
+    const CPoint d2 = b1 - b0;
+    const CPoint r = b0 - a0;
+    const int64_t den = -Cross(d1, d2);
+    return den != 0 && IsWithin(Cross(d2, r), den) && IsWithin(Cross(d1, r), den);
+}
+
+// The first crossing of two pieces, from the end of `a` and the start of `b`: the chords' numbers.
+std::optional<std::pair<uint32_t, uint32_t>> FindChords(TPiece& a, TPiece& b) {
+    Sample(a);
+    Sample(b);
+    if (!Touch(a.rcChord, b.rcChord)) return {};
+    for (uint32_t j = CHORDS; j-- > 0;) {
+        const CRect rcA = BoxOf(&a.aptChord[j], &a.aptChord[j] + 2);
+        if (!Touch(rcA, b.rcChord)) continue;
+        for (uint32_t n = 0; n < CHORDS; ++n)
+            if (DoChordsCross(a.aptChord[j], a.aptChord[j + 1], b.aptChord[n], b.aptChord[n + 1]))
+                return std::pair{j, n};
+    }
+    return {};
+}
+
+} // namespace
+
+std::optional<TCrossing> FindCrossing(const CBezier& a, const CBezier& b) {
+    auto aPiecesA = Cut(a);
+    auto aPiecesB = Cut(b);
+    const auto fractionOf = [](uint32_t uPiece, uint32_t uChord) {
+        return uPiece * PIECE_RANGE + uChord * PIECE_RANGE / CHORDS + HALF_CHORD;
+    };
+    for (uint32_t i = PIECES; i-- > 0;) {
+        for (uint32_t m = 0; m < PIECES; ++m) {
+            if (aPiecesA[i].rc.Intersect(aPiecesB[m].rc).IsEmpty()) continue;
+            if (const auto chords = FindChords(aPiecesA[i], aPiecesB[m]))
+                return TCrossing{fractionOf(i, chords->first), fractionOf(m, chords->second)};
+        }
+    }
+    return {};
+}
+
+std::optional<std::pair<CBezier, CBezier>> Intersect(const CBezier& a, const CBezier& b) {
+    const auto crossing = FindCrossing(a, b);
+    if (!crossing) return {};
+    return std::pair{a.Split(crossing->uFirst).first, b.Split(crossing->uSecond).second};
+}

@@ -1,0 +1,351 @@
+#include "core/PathObject/OpenPathStream.h"
+
+#include "core/Base/Failure.h"
+#include "core/PathOutline/Wave.h"
+
+#include <boost/make_shared.hpp>
+
+#include <algorithm>
+#include <map>
+
+namespace {
+
+constexpr uint32_t VERSION = 1; ///< 0 had no wave
+constexpr uint32_t WAVE_STEP = 32;
+constexpr uint32_t WAVE_WIDTH = 4;
+/// Outline points that a width point brings, three on each side, each with two handles.
+constexpr uint64_t OUTLINE_BYTES = 2 * 3 * 3 * sizeof(CPoint);
+
+uint32_t ReadWidth(CDeserializer& reader) {
+    const auto uWidth = static_cast<uint32_t>(reader.ReadInt32());
+    if (uWidth > PATH_WIDTH_LIMIT) throw deserialize_error();
+    return uWidth;
+}
+
+// Reads the counted marks; those that are there already are filled again.
+template <class TPoints, class Make>
+void ReadMarks(CDeserializer& reader, uint32_t uCount, TPoints& vKnown, Make make) {
+    TPoints vPoints;
+    for (uint32_t u = 0; u < uCount; ++u) {
+        CDeserializer chunk;
+        reader.ReadChunk(chunk);
+        vPoints.push_back(u < vKnown.size() ? vKnown[u] : make());
+        vPoints.back()->Deserialize(chunk);
+    }
+    vKnown = std::move(vPoints);
+}
+
+void ReadTerm(CDeserializer& reader, uint32_t uType, boost::shared_ptr<COpenPathTermBase>& spTerm) {
+    const auto spNew = spTerm->GetType() == uType ? spTerm : CreateOpenPathTerm(uType, spTerm->IsBegin());
+    CDeserializer chunk;
+    reader.ReadChunk(chunk);
+    spNew->Deserialize(chunk);
+    spTerm = spNew;
+}
+
+// The marks in the order of the path.
+template <class TPoints>
+TPoints SortedByParameter(TPoints vPoints, size_t state) {
+    std::stable_sort(vPoints.begin(), vPoints.end(), [&](const auto& spA, const auto& spB) {
+        return spA->GetParameter()[state] < spB->GetParameter()[state];
+    });
+    return vPoints;
+}
+
+// Where a parameter comes to lie when the segment before the anchor `idx` was divided at the fraction `f`.
+uint32_t AfterInsertion(uint32_t t, size_t idx, uint32_t f) {
+    const uint32_t tDivided = static_cast<uint32_t>(idx == 0 ? 0 : idx - 1) * BEZIER_T_RESOLUTION;
+    if (t < tDivided || (idx > 0 && t == tDivided)) return t;
+    if (idx == 0 || t - tDivided >= BEZIER_T_RESOLUTION) return t + BEZIER_T_RESOLUTION;
+    const uint32_t uFraction = t - tDivided;
+    if (uFraction < f) return tDivided + static_cast<uint32_t>(MulDiv(uFraction, BEZIER_T_RESOLUTION, f));
+    const uint32_t uRest = BEZIER_T_RESOLUTION - f;
+    return tDivided + BEZIER_T_RESOLUTION +
+           (uRest == 0 ? 0 : static_cast<uint32_t>(MulDiv(uFraction - f, BEZIER_T_RESOLUTION, uRest)));
+}
+
+// What becomes of parameters when an anchor goes: the segments beside it become one, whose marks are dropped.
+struct TRemoval {
+    uint32_t tBegin; ///< marks from here to tEnd go; the anchors at both ends stay with theirs
+    uint32_t tEnd;
+    bool bFirst; ///< the path's first or last anchor goes, and with it its place
+    bool bLast;
+
+    bool Drops(uint32_t t) const {
+        return (t > tBegin || bFirst) && (t < tEnd || bLast) && t >= tBegin && t <= tEnd;
+    }
+    uint32_t Moved(uint32_t t) const { return t >= tEnd ? t - BEZIER_T_RESOLUTION : t; }
+};
+
+} // namespace
+
+COpenPathStream::COpenPathStream()
+    : m_spBegin(CreateOpenPathTerm(TERM_SHARP, true)),
+      m_spEnd(CreateOpenPathTerm(TERM_SHARP, false)), m_wave{WAVE_STEP, WAVE_WIDTH} {}
+
+std::vector<TOutlineWidth> COpenPathStream::GetWidths(size_t state, uint32_t tLast) const {
+    std::map<uint32_t, TOutlineWidth> mapWidthOrig;
+    for (const auto& spPoint : m_vWidth) {
+        const uint32_t t = std::min(spPoint->GetParameter()[state], tLast);
+        mapWidthOrig[t] = {t, {spPoint->GetWidth(SIDE_LEFT, state), spPoint->GetWidth(SIDE_RIGHT, state)}};
+    }
+    std::vector<TOutlineWidth> vWidths;
+    for (const auto& [t, width] : mapWidthOrig) vWidths.push_back(width);
+    return vWidths;
+}
+
+void COpenPathStream::RefreshCaches(size_t state) {
+    if (m_lstControlPoint.empty()) return;
+    const auto vSegments = GetSegments(state);
+    const auto tLast = static_cast<uint32_t>(vSegments.size()) * BEZIER_T_RESOLUTION;
+    for (const auto& spPoint : m_vWidth) {
+        spPoint->SetBaseWidth(m_uWidth);
+        const uint32_t t = spPoint->GetParameter()[state];
+        spPoint->SetPlace(state, PointAt(t, state), TangentAt(t, state));
+    }
+    const auto vWidths = GetWidths(state, tLast);
+    for (const auto& spPoint : m_vTrans) {
+        const uint32_t t = std::min(spPoint->GetParameter()[state], tLast);
+        spPoint->SetPlace(state, PointAt(t, state), TangentAt(t, state));
+        spPoint->SetWidths(state, WidthAt(vSegments, vWidths, m_uWidth, t, SIDE_LEFT),
+                           WidthAt(vSegments, vWidths, m_uWidth, t, SIDE_RIGHT));
+    }
+    const auto placeTerm = [&](COpenPathTermBase& term, uint32_t t) {
+        const CPoint tangent = TangentAt(t, state);
+        term.SetPlace(state, PointAt(t, state), term.IsBegin() ? CPoint{-tangent.x, -tangent.y} : tangent,
+                      WidthAt(vSegments, vWidths, m_uWidth, t, SIDE_LEFT),
+                      WidthAt(vSegments, vWidths, m_uWidth, t, SIDE_RIGHT));
+    };
+    placeTerm(*m_spBegin, 0);
+    placeTerm(*m_spEnd, tLast);
+}
+
+TOutlineSource COpenPathStream::GetSource(size_t state) const {
+    TOutlineSource source;
+    for (const TOutlinePoint& anchor : GetAnchors(state))
+        source.vAnchors.push_back({ToOutline(anchor.anchor), ToOutline(anchor.back), ToOutline(anchor.fore)});
+    const auto toOutline = [](std::array<uint32_t, 2>& auWidth) {
+        for (uint32_t& uWidth : auWidth) uWidth = ToOutline(uWidth);
+    };
+    source.vWidths = GetWidths(state, LastParameter(source.vAnchors));
+    for (TOutlineWidth& width : source.vWidths) toOutline(width.auWidth);
+    for (const auto& spPoint : SortedByParameter(m_vTrans, state)) {
+        source.vCuts.push_back(spPoint->At(state));
+        source.vCuts.back().position = ToOutline(source.vCuts.back().position);
+        toOutline(source.vCuts.back().auWidth);
+    }
+    source.uWidth = ToOutline(m_uWidth);
+    if (m_bWave)
+        source.wave = {ToOutline(std::min(m_wave.uStep, PATH_WIDTH_LIMIT)), ToOutline(m_wave.uWidth)};
+    return source;
+}
+
+void COpenPathStream::Rebuild(size_t state) {
+    TOutlineSource source = GetSource(state);
+    const CTermAtState begin(*m_spBegin, state);
+    const CTermAtState end(*m_spEnd, state);
+    source.pBegin = &begin;
+    source.pEnd = &end;
+    m_avOutline[state] = BuildOutline(source);
+}
+
+bool COpenPathStream::AreStatesEqual() const {
+    const auto isSettled = [](const auto& spPoint) { return spPoint->IsSettled(); };
+    return std::all_of(m_lstControlPoint.begin(), m_lstControlPoint.end(), isSettled) &&
+           std::all_of(m_vWidth.begin(), m_vWidth.end(), isSettled) &&
+           std::all_of(m_vTrans.begin(), m_vTrans.end(), isSettled) && m_spBegin->IsSettled() &&
+           m_spEnd->IsSettled();
+}
+
+void COpenPathStream::Update() {
+    RefreshCaches(STATE_COMMITTED);
+    RefreshCaches(STATE_LIVE);
+    Rebuild(STATE_COMMITTED);
+    if (AreStatesEqual()) {
+        m_avOutline[STATE_LIVE] = m_avOutline[STATE_COMMITTED];
+        return;
+    }
+    Rebuild(STATE_LIVE);
+}
+
+void COpenPathStream::UpdateDrag() {
+    RefreshCaches(STATE_LIVE);
+    Rebuild(STATE_LIVE);
+}
+
+CRect COpenPathStream::RectIncludingPath() const {
+    if (m_lstControlPoint.empty()) throw internal_error(L"RectIncludingPath: zero anchor");
+    CRect rc;
+    for (const TPolyBezier& vCurve : m_avOutline[STATE_COMMITTED]) rc = rc.Union(BezierBounds(vCurve));
+    return rc;
+}
+
+void COpenPathStream::RasterizePath(CPathFill& fill, CSize szPlane, CAlphaBlock8& tile) const {
+    if (m_lstControlPoint.empty()) throw internal_error(L"RasterizePath: zero anchor");
+    for (const TPolyBezier& vCurve : m_avOutline[STATE_COMMITTED]) fill.FillTile(vCurve, {{}, szPlane}, tile);
+}
+
+void COpenPathStream::DrawOutline(IPathDevice& device, const TPathMapper& mapper,
+                                  const TPathSelection& selection, TColor color, bool bOutline) const {
+    const auto drawCurve = [&](TPolyBezier vCurve) {
+        for (CPoint& pt : vCurve) pt = mapper(pt);
+        device.PolyBezier(vCurve, color);
+    };
+    drawCurve(BezierPoints(STATE_LIVE));
+    if (bOutline)
+        for (const TPolyBezier& vCurve : m_avOutline[STATE_LIVE]) drawCurve(vCurve);
+    for (const auto& spPoint : m_vTrans) spPoint->Draw(device, mapper, selection);
+    for (const auto& spPoint : m_vWidth) spPoint->Draw(device, mapper, selection);
+    m_spBegin->Draw(device, mapper, selection);
+    m_spEnd->Draw(device, mapper, selection);
+    for (const auto& spPoint : m_lstControlPoint) spPoint->Draw(device, mapper, selection);
+}
+
+TPathHit COpenPathStream::HitControlPoints(const TPathPick& pick, bool bAnchor, bool bHandle,
+                                           bool bTerm) const {
+    TPathHit hit = HitAnchors(pick, bAnchor, bHandle);
+    const auto ask = [&](const auto& spPoint) {
+        if (!hit) hit = spPoint->HitHandle(pick);
+    };
+    if (bHandle) std::for_each(m_vWidth.begin(), m_vWidth.end(), ask);
+    if (bHandle) std::for_each(m_vTrans.begin(), m_vTrans.end(), ask);
+    if (bTerm) {
+        ask(m_spBegin);
+        ask(m_spEnd);
+    }
+    return hit;
+}
+
+CSerializer COpenPathStream::Serialize() const {
+    CSerializer writer;
+    writer.SetTag(CHUNK_TAG, VERSION);
+    for (const size_t n : {size_t{m_uWidth}, m_vWidth.size(), m_vTrans.size(), size_t{m_spBegin->GetType()},
+                           size_t{m_spEnd->GetType()}})
+        writer.WriteInt32(static_cast<int32_t>(n));
+    writer.WriteBool(m_bWave);
+    writer.WriteInt32(static_cast<int32_t>(m_wave.uStep));
+    writer.WriteInt32(static_cast<int32_t>(m_wave.uWidth));
+    writer.WriteChunk(SerializePoints());
+    for (const auto& spPoint : m_vWidth) writer.WriteChunk(spPoint->Serialize());
+    for (const auto& spPoint : m_vTrans) writer.WriteChunk(spPoint->Serialize());
+    writer.WriteChunk(m_spBegin->Serialize());
+    writer.WriteChunk(m_spEnd->Serialize());
+    return writer;
+}
+
+void COpenPathStream::Deserialize(CDeserializer& reader) {
+    reader.ExpectTag(CHUNK_TAG);
+    m_uWidth = ReadWidth(reader);
+    const auto uWidths = static_cast<uint32_t>(reader.ReadInt32());
+    const auto uTrans = static_cast<uint32_t>(reader.ReadInt32());
+    const auto uBegin = static_cast<uint32_t>(reader.ReadInt32());
+    const auto uEnd = static_cast<uint32_t>(reader.ReadInt32());
+    m_bWave = false;
+    m_wave = {WAVE_STEP, WAVE_WIDTH};
+    if (reader.GetVersion() >= 1) {
+        m_bWave = reader.ReadBool();
+        m_wave.uStep = static_cast<uint32_t>(reader.ReadInt32());
+        m_wave.uWidth = ReadWidth(reader);
+    }
+    DeserializePoints(reader);
+    ReadMarks(reader, uWidths, m_vWidth, [&] { return MakeWidthPoint(0); });
+    ReadMarks(reader, uTrans, m_vTrans, [&] { return MakeTransPoint(0); });
+    ReadTerm(reader, uBegin, m_spBegin);
+    ReadTerm(reader, uEnd, m_spEnd);
+    reader.ExpectEnd();
+    // A few bytes can ask for an outline of millions of points.
+    if (m_bWave && m_wave.uWidth != 0)
+        reader.Claim(CountWaveWidths(GetSource(STATE_COMMITTED)) * OUTLINE_BYTES);
+}
+
+boost::shared_ptr<TPathSnapshot> COpenPathStream::CreateSnapshot() const {
+    const auto spSnapshot = boost::make_shared<TOpenPathSnapshot>();
+    spSnapshot->chunk = Serialize();
+    spSnapshot->lstControlPoint = m_lstControlPoint;
+    spSnapshot->vWidth = m_vWidth;
+    spSnapshot->vTrans = m_vTrans;
+    return spSnapshot;
+}
+
+void COpenPathStream::ApplySnapshot(const TPathSnapshot& snapshot) {
+    const auto& open = dynamic_cast<const TOpenPathSnapshot&>(snapshot);
+    m_lstControlPoint = open.lstControlPoint;
+    m_vWidth = open.vWidth;
+    m_vTrans = open.vTrans;
+    CDeserializer reader(open.chunk);
+    Deserialize(reader);
+}
+
+std::pair<uint32_t, uint32_t> COpenPathStream::GetWidthNeighbours(uint32_t t, size_t state) const {
+    std::pair<uint32_t, uint32_t> around{0, LastParameter(GetAnchors(state))};
+    for (const auto& spPoint : m_vWidth) {
+        const uint32_t tPoint = spPoint->GetParameter()[state];
+        if (tPoint < t) around.first = std::max(around.first, tPoint);
+        if (tPoint > t) around.second = std::min(around.second, tPoint);
+    }
+    return around;
+}
+
+void COpenPathStream::SetWave(bool bEnable, const TOutlineWave& wave) {
+    m_bWave = bEnable;
+    m_wave = wave;
+}
+
+boost::shared_ptr<CPathWidthControlPoint> COpenPathStream::MakeWidthPoint(uint32_t t) const {
+    return boost::make_shared<CPathWidthControlPoint>(weak_from_this(), CDualValue<uint32_t>(t), m_uWidth);
+}
+
+boost::shared_ptr<CPathTransControlPoint> COpenPathStream::MakeTransPoint(uint32_t t) const {
+    return boost::make_shared<CPathTransControlPoint>(weak_from_this(), CDualValue<uint32_t>(t));
+}
+
+boost::shared_ptr<CPathWidthControlPoint> COpenPathStream::AddWidthPoint(uint32_t t) {
+    m_vWidth.push_back(MakeWidthPoint(t));
+    return m_vWidth.back();
+}
+
+boost::shared_ptr<CPathTransControlPoint> COpenPathStream::AddTransPoint(uint32_t t) {
+    m_vTrans.push_back(MakeTransPoint(t));
+    return m_vTrans.back();
+}
+
+void COpenPathStream::SetTerm(const boost::shared_ptr<COpenPathTermBase>& spTerm) {
+    (spTerm->IsBegin() ? m_spBegin : m_spEnd) = spTerm;
+}
+
+void COpenPathStream::OnInserted(size_t idx, uint32_t f) {
+    const auto move = [&](const auto& spMark) {
+        CDualValue<uint32_t> t = spMark->GetParameter();
+        for (const size_t state : {STATE_COMMITTED, STATE_LIVE}) t[state] = AfterInsertion(t[state], idx, f);
+        spMark->SetParameter(t);
+    };
+    std::for_each(m_vWidth.begin(), m_vWidth.end(), move);
+    std::for_each(m_vTrans.begin(), m_vTrans.end(), move);
+}
+
+void COpenPathStream::OnRemoving(size_t idx) {
+    const size_t nCount = m_lstControlPoint.size();
+    if (nCount == 1) throw internal_error(L"RemoveControlPoint: zero anchor");
+    const bool bFirst = idx == 0;
+    const bool bLast = idx + 1 == nCount;
+    const TRemoval removal{static_cast<uint32_t>(bFirst ? 0 : idx - 1) * BEZIER_T_RESOLUTION,
+                           static_cast<uint32_t>(bLast ? idx : idx + 1) * BEZIER_T_RESOLUTION, bFirst, bLast};
+    const auto drops = [&](const auto& spMark) {
+        return removal.Drops(spMark->GetParameter()[STATE_COMMITTED]);
+    };
+    std::erase_if(m_vWidth, drops);
+    // Cuts go in pairs: half of one would hide the rest of the stroke.
+    const TTransPoints vSorted = SortedByParameter(m_vTrans, STATE_COMMITTED);
+    TTransPoints lst;
+    for (size_t i = 0; i + 1 < vSorted.size(); i += 2)
+        if (!drops(vSorted[i]) && !drops(vSorted[i + 1])) lst.insert(lst.end(), {vSorted[i], vSorted[i + 1]});
+    SELF_CHECK(defect_logic, lst.size() % 2 == 0);
+    m_vTrans = std::move(lst);
+    const auto move = [&](const auto& spMark) {
+        CDualValue<uint32_t> t = spMark->GetParameter();
+        for (const size_t state : {STATE_COMMITTED, STATE_LIVE}) t[state] = removal.Moved(t[state]);
+        spMark->SetParameter(t);
+    };
+    std::for_each(m_vWidth.begin(), m_vWidth.end(), move);
+    std::for_each(m_vTrans.begin(), m_vTrans.end(), move);
+}

@@ -1,0 +1,74 @@
+// Stroked lines of varying width.
+#pragma once
+
+#include "core/PathObject/OpenPathTerm.h"
+#include "core/PathObject/PathStream.h"
+
+/// A line whose width is fixed by points on it, with an end at each side, cuts across it and, wanted, a
+/// random unsteadiness. Update is the only producer of its outlines.
+class COpenPathStream : public CPathStreamImpl<COpenPathControlPoint> {
+public:
+    static constexpr uint32_t CHUNK_TAG = MakeTag("POOP");
+    using TWidthPoints = std::vector<boost::shared_ptr<CPathWidthControlPoint>>;
+    using TTransPoints = std::vector<boost::shared_ptr<CPathTransControlPoint>>;
+
+    /// Both ends sharp.
+    COpenPathStream();
+
+    void Update() override;
+    void UpdateDrag() override;
+    CRect RectIncludingPath() const override;
+    void RasterizePath(CPathFill& fill, CSize szPlane, CAlphaBlock8& tile) const override;
+    void DrawOutline(IPathDevice& device, const TPathMapper& mapper, const TPathSelection& selection,
+                     TColor color, bool bOutline) const override;
+    TPathHit HitControlPoints(const TPathPick& pick, bool bAnchor, bool bHandle, bool bTerm) const override;
+    CSerializer Serialize() const override;
+    void Deserialize(CDeserializer& reader) override;
+    boost::shared_ptr<TPathSnapshot> CreateSnapshot() const override;
+    void ApplySnapshot(const TPathSnapshot& snapshot) override;
+    std::pair<uint32_t, uint32_t> GetWidthNeighbours(uint32_t t, size_t state) const override;
+
+    /// The outlines of a state, one a visible stretch.
+    const std::vector<TPolyBezier>& GetOutline(size_t state) const { return m_avOutline[state]; }
+    /// Base half-width.
+    uint32_t GetWidth() const { return m_uWidth; }
+    void SetWidth(uint32_t uWidth) { m_uWidth = uWidth; }
+    const TOutlineWave& GetWave() const { return m_wave; }
+    bool IsWaveEnabled() const { return m_bWave; }
+    void SetWave(bool bEnable, const TOutlineWave& wave);
+    /// In the order in which they were made.
+    const TWidthPoints& GetWidthPoints() const { return m_vWidth; }
+    void SetWidthPoints(TWidthPoints vWidth) { m_vWidth = std::move(vWidth); }
+    const TTransPoints& GetTransPoints() const { return m_vTrans; }
+    void SetTransPoints(TTransPoints vTrans) { m_vTrans = std::move(vTrans); }
+    /// A new point with multiples 1.0, or a new square cut, at `t`.
+    boost::shared_ptr<CPathWidthControlPoint> AddWidthPoint(uint32_t t);
+    boost::shared_ptr<CPathTransControlPoint> AddTransPoint(uint32_t t);
+    const boost::shared_ptr<COpenPathTermBase>& GetTerm(bool bBegin) const {
+        return bBegin ? m_spBegin : m_spEnd;
+    }
+    void SetTerm(const boost::shared_ptr<COpenPathTermBase>& spTerm);
+
+protected:
+    bool IsClosed() const override { return false; }
+    void OnInserted(size_t idx, uint32_t f) override;
+    void OnRemoving(size_t idx) override;
+
+private:
+    std::vector<TOutlineWidth> GetWidths(size_t state, uint32_t tLast) const;
+    void RefreshCaches(size_t state);
+    TOutlineSource GetSource(size_t state) const;
+    void Rebuild(size_t state);
+    bool AreStatesEqual() const;
+    boost::shared_ptr<CPathWidthControlPoint> MakeWidthPoint(uint32_t t) const;
+    boost::shared_ptr<CPathTransControlPoint> MakeTransPoint(uint32_t t) const;
+
+    std::array<std::vector<TPolyBezier>, 2> m_avOutline;
+    TWidthPoints m_vWidth;
+    uint32_t m_uWidth = 8;
+    TTransPoints m_vTrans;
+    boost::shared_ptr<COpenPathTermBase> m_spBegin;
+    boost::shared_ptr<COpenPathTermBase> m_spEnd;
+    TOutlineWave m_wave{32, 4};
+    bool m_bWave = false;
+};

@@ -1,0 +1,103 @@
+// What all points of a path have in common: they are drawn, dragged and stored.
+#pragma once
+
+#include "core/Base/Color.h"
+#include "core/Base/FixedMath.h"
+#include "core/PathObject/DualValue.h"
+#include "core/Serializer/Serializer.h"
+
+#include <boost/enable_shared_from_this.hpp>
+#include <boost/function.hpp>
+#include <boost/noncopyable.hpp>
+
+#include <set>
+
+class CPathControlPointBase;
+
+/// From path units to pixels of the view's window.
+using TPathMapper = boost::function<CPoint(CPoint)>;
+
+/// What paths are shown with, in pixels of the window.
+class IPathDevice {
+public:
+    virtual ~IPathDevice() = default;
+    virtual void Line(CPoint from, CPoint to, TColor color, bool bDashed) = 0;
+    /// A square of 2 * `nHalf` + 1 pixels with a border in `color`, filled with `fill`.
+    virtual void Square(CPoint center, int nHalf, TColor color, TColor fill) = 0;
+    /// Curves one pixel wide.
+    virtual void PolyBezier(const std::vector<CPoint>& vPoints, TColor color) = 0;
+};
+
+/// Which points are shown in a colour of their own.
+struct TPathSelection {
+    const CPathControlPointBase* pHover = nullptr;
+    std::set<const CPathControlPointBase*> setSelected;
+    bool bAllHandles = false; ///< handles of all anchors, not only of selected ones
+};
+
+/// What a place of a path is.
+enum EPathHit : int {
+    HIT_NONE = -1,
+    HIT_ANCHOR, ///< an anchor, or a width or cut mark's place on the path
+    HIT_BACK,
+    HIT_FORE,
+    HIT_LEFT,
+    HIT_RIGHT,
+    HIT_ANGLE,
+    HIT_GROW,
+    HIT_PATH, ///< the line itself
+};
+
+/// What lies under the pointer.
+struct TPathHit {
+    EPathHit kind = HIT_NONE;
+    boost::shared_ptr<CPathControlPointBase> spPoint; ///< null for the line
+    uint32_t t = 0;                                   ///< place on the line
+
+    explicit operator bool() const { return kind != HIT_NONE; }
+};
+
+/// A pointer that picks: compared in the window, where marks have their size.
+struct TPathPick {
+    TPathMapper mapper;
+    CPoint ptWindow; ///< pixels
+    CPoint ptPath;   ///< the same place in path units
+
+    /// True when a path position lies within a mark's square around the pointer.
+    bool IsNear(CPoint pt) const;
+};
+
+/// Half the side of a mark's square in pixels; one more under the pointer.
+constexpr int MARK_HALF = 3;
+
+class CPathControlPointBase : boost::noncopyable {
+public:
+    virtual ~CPathControlPointBase() = default;
+    /// Draws the live state.
+    virtual void Draw(IPathDevice& device, const TPathMapper& mapper,
+                      const TPathSelection& selection) const = 0;
+    /// The committed state.
+    virtual CSerializer Serialize() const = 0;
+    /// Reads both states; raises deserialize_error.
+    virtual void Deserialize(CDeserializer& reader) = 0;
+    /// Which of the point's live places the pointer is on.
+    virtual TPathHit HitHandle(const TPathPick& pick) = 0;
+    /// True when the live values are the committed ones.
+    virtual bool IsSettled() const = 0;
+
+protected:
+    TColor GetColor(const TPathSelection& selection) const;
+    /// A mark's square, larger under the pointer, filled when selected.
+    void DrawMark(IPathDevice& device, CPoint ptWindow, const TPathSelection& selection) const;
+    /// A handle's end and the line that leads to it, solid under the pointer.
+    void DrawHandle(IPathDevice& device, CPoint ptFrom, CPoint ptTo, const TPathSelection& selection) const;
+};
+
+/// The largest coordinate that a stored path may have, in both directions: over a million pixels.
+constexpr int32_t PATH_COORDINATE_LIMIT = 1 << 23;
+
+/// The largest half-width that a stroke gets from its points.
+constexpr uint32_t PATH_WIDTH_LIMIT = 1 << 20;
+
+/// Raises deserialize_error for a point beyond PATH_COORDINATE_LIMIT.
+CPoint CheckedCoordinates(CPoint pt);

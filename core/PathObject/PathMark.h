@@ -1,0 +1,49 @@
+// Points that stand on an open path at a parameter.
+#pragma once
+
+#include "core/PathObject/PathControlPointBase.h"
+#include "core/PathObject/PathLine.h"
+
+#include <boost/weak_ptr.hpp>
+
+/// What width points and cuts have in common: where they stand. Their position is a cache, refreshed before
+/// every rebuild and never stored.
+class CPathMark : public CPathControlPointBase, public boost::enable_shared_from_this<CPathMark> {
+public:
+    CPathMark(const boost::weak_ptr<const IPathLine>& wpLine, const CDualValue<uint32_t>& t)
+        : m_wpLine(wpLine), m_t(t) {}
+
+    /// Path parameter, 16.16.
+    const CDualValue<uint32_t>& GetParameter() const { return m_t; }
+    void SetParameter(const CDualValue<uint32_t>& t) { m_t = t; }
+    CPoint GetPosition(size_t state) const { return m_position[state]; }
+    CPoint GetTangent(size_t state) const { return m_tangent[state]; }
+    void SetPlace(size_t state, CPoint position, CPoint tangent) {
+        m_position[state] = position;
+        m_tangent[state] = tangent;
+    }
+    /// A copy of the position for a drag: when it goes the mark takes the place of the path nearest to it.
+    boost::shared_ptr<CDualValue<CPoint>> DragAnchorPoint(bool bSymmetric);
+
+protected:
+    /// Keeps a dragged parameter where the mark may be.
+    virtual uint32_t Bounded(const IPathLine&, uint32_t t, size_t) const { return t; }
+    boost::shared_ptr<const IPathLine> GetLine() const { return m_wpLine.lock(); }
+
+    boost::weak_ptr<const IPathLine> m_wpLine;
+    CDualValue<uint32_t> m_t;
+
+private:
+    CDualValue<CPoint> m_position;
+    CDualValue<CPoint> m_tangent;
+};
+
+/// The distance of a point from `from` along a direction, 0 behind it or without direction.
+uint32_t DistanceAlong(CPoint from, CPoint direction, CPoint pt);
+/// A point `nDistance` from `from` along a direction.
+CPoint PointAlong(CPoint from, CPoint direction, int64_t nDistance);
+/// The direction turned by whole degrees, clockwise on the screen.
+CPoint Turned(CPoint direction, int nDegrees);
+/// How many degrees, 1 to 179, `toward` stands counterclockwise of `from`, or which of these it is nearest
+/// to.
+uint32_t AngleBetween(CPoint from, CPoint toward);

@@ -1,0 +1,71 @@
+#include "core/PathObject/PathTransControlPoint.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr int64_t SHOWN_TIMES = 10;
+constexpr int64_t SHOWN_LEAST = 80; ///< path units from the path to the mark, so that the two stay apart
+
+int DegreesOf(uint32_t uAngle) { return static_cast<int16_t>(uAngle); }
+
+} // namespace
+
+void CPathTransControlPoint::Draw(IPathDevice& device, const TPathMapper& mapper,
+                                  const TPathSelection& selection) const {
+    const CPoint ptWindow = mapper(GetPosition(STATE_LIVE));
+    DrawHandle(device, ptWindow, mapper(GetMarkPosition(STATE_LIVE)), selection);
+    DrawMark(device, ptWindow, selection);
+}
+
+CSerializer CPathTransControlPoint::Serialize() const {
+    CSerializer writer;
+    writer.SetTag(CHUNK_TAG, 0);
+    writer.WriteInt32(static_cast<int32_t>(m_t[STATE_COMMITTED]));
+    writer.WriteInt32(static_cast<int32_t>(m_angle[STATE_COMMITTED]));
+    return writer;
+}
+
+void CPathTransControlPoint::Deserialize(CDeserializer& reader) {
+    reader.ExpectTag(CHUNK_TAG);
+    m_t.Set(static_cast<uint32_t>(reader.ReadInt32()));
+    m_angle.Set(static_cast<uint32_t>(reader.ReadInt32()));
+    reader.ExpectEnd();
+}
+
+TPathHit CPathTransControlPoint::HitHandle(const TPathPick& pick) {
+    if (pick.IsNear(GetPosition(STATE_LIVE))) return {HIT_ANCHOR, shared_from_this(), m_t[STATE_LIVE]};
+    if (pick.IsNear(GetMarkPosition(STATE_LIVE))) return {HIT_ANGLE, shared_from_this(), m_t[STATE_LIVE]};
+    return {};
+}
+
+void CPathTransControlPoint::SetWidths(size_t state, uint32_t uLeft, uint32_t uRight) {
+    m_aWidth[SIDE_LEFT][state] = uLeft;
+    m_aWidth[SIDE_RIGHT][state] = uRight;
+}
+
+TOutlineCut CPathTransControlPoint::At(size_t state) const {
+    return {m_t[state],
+            GetPosition(state),
+            GetTangent(state),
+            DegreesOf(m_angle[state]),
+            {m_aWidth[SIDE_LEFT][state], m_aWidth[SIDE_RIGHT][state]}};
+}
+
+CPoint CPathTransControlPoint::GetMarkPosition(size_t state) const {
+    const CPoint direction = Turned(GetTangent(state), -DegreesOf(m_angle[state]));
+    return PointAlong(GetPosition(state), direction,
+                      std::max(SHOWN_LEAST, SHOWN_TIMES * m_aWidth[SIDE_LEFT][state]));
+}
+
+boost::shared_ptr<CDualValue<CPoint>> CPathTransControlPoint::DragHandleImpl() {
+    CDualValue<CPoint> mark;
+    for (const size_t state : {STATE_COMMITTED, STATE_LIVE}) mark[state] = GetMarkPosition(state);
+    const auto spThis = boost::static_pointer_cast<CPathTransControlPoint>(shared_from_this());
+    return MakeDragCopy<CPoint>(mark, [spThis, mark](const CDualValue<CPoint>& copy) {
+        for (const size_t state : {STATE_COMMITTED, STATE_LIVE})
+            if (copy[state] != mark[state])
+                spThis->m_angle[state] =
+                    AngleBetween(spThis->GetTangent(state), copy[state] - spThis->GetPosition(state));
+    });
+}

@@ -1,0 +1,109 @@
+#include "core/PathObject/PathWidthControlPoint.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace {
+
+constexpr uint32_t ABSENT = 0xFFFFFFFF;
+
+} // namespace
+
+uint32_t MultipleOf(uint32_t uWidth, uint32_t uBaseWidth) {
+    const uint64_t u = ((uint64_t{uWidth} << 16) + uBaseWidth / 2) / uBaseWidth;
+    return static_cast<uint32_t>(std::min<uint64_t>(u, ABSENT - 1));
+}
+
+uint32_t WidthOf(uint32_t uMultiple, uint32_t uBaseWidth) {
+    return static_cast<uint32_t>(
+        std::min<uint64_t>((uint64_t{uMultiple} * uBaseWidth + 0x8000) >> 16, PATH_WIDTH_LIMIT));
+}
+
+void CPathWidthControlPoint::Draw(IPathDevice& device, const TPathMapper& mapper,
+                                  const TPathSelection& selection) const {
+    const CPoint ptWindow = mapper(GetPosition(STATE_LIVE));
+    for (const EPathSide side : {SIDE_LEFT, SIDE_RIGHT})
+        if (HasSide(side)) DrawHandle(device, ptWindow, mapper(GetMarkPosition(side, STATE_LIVE)), selection);
+    DrawMark(device, ptWindow, selection);
+}
+
+CSerializer CPathWidthControlPoint::Serialize() const {
+    CSerializer writer;
+    writer.SetTag(CHUNK_TAG, 0);
+    writer.WriteInt32(static_cast<int32_t>(m_t[STATE_COMMITTED]));
+    for (const TSide& side : m_aSides)
+        writer.WriteInt32(static_cast<int32_t>(side.bHas ? side.value[STATE_COMMITTED] : ABSENT));
+    return writer;
+}
+
+void CPathWidthControlPoint::Deserialize(CDeserializer& reader) {
+    reader.ExpectTag(CHUNK_TAG);
+    m_t.Set(static_cast<uint32_t>(reader.ReadInt32()));
+    for (TSide& side : m_aSides) {
+        const auto uMultiple = static_cast<uint32_t>(reader.ReadInt32());
+        side.bHas = uMultiple != ABSENT;
+        side.value.Set(side.bHas ? uMultiple : 0);
+    }
+    reader.ExpectEnd();
+}
+
+TPathHit CPathWidthControlPoint::HitHandle(const TPathPick& pick) {
+    if (pick.IsNear(GetPosition(STATE_LIVE))) return {HIT_ANCHOR, shared_from_this(), m_t[STATE_LIVE]};
+    for (const EPathSide side : {SIDE_LEFT, SIDE_RIGHT})
+        if (HasSide(side) && pick.IsNear(GetMarkPosition(side, STATE_LIVE)))
+            return {side == SIDE_LEFT ? HIT_LEFT : HIT_RIGHT, shared_from_this(), m_t[STATE_LIVE]};
+    return {};
+}
+
+CDualValue<uint32_t> CPathWidthControlPoint::GetMultiple(EPathSide side) const {
+    return HasSide(side) ? m_aSides[side].value : CDualValue<uint32_t>(0);
+}
+
+uint32_t CPathWidthControlPoint::GetWidth(EPathSide side, size_t state) const {
+    return WidthOf(GetMultiple(side)[state], m_uBaseWidth);
+}
+
+boost::shared_ptr<CDualValue<uint32_t>> CPathWidthControlPoint::WidthHandle(EPathSide side) {
+    TSide& own = m_aSides[side];
+    if (!own.bHas) own = {true, CDualValue<uint32_t>(0)};
+    CDualValue<uint32_t> width;
+    for (const size_t state : {STATE_COMMITTED, STATE_LIVE}) width[state] = GetWidth(side, state);
+    const auto spThis = boost::static_pointer_cast<CPathWidthControlPoint>(shared_from_this());
+    return MakeDragCopy<uint32_t>(width, [spThis, side](const CDualValue<uint32_t>& copy) {
+        if (spThis->m_uBaseWidth == 0) return;
+        for (const size_t state : {STATE_COMMITTED, STATE_LIVE})
+            spThis->m_aSides[side].value[state] = MultipleOf(copy[state], spThis->m_uBaseWidth);
+    });
+}
+
+CPoint CPathWidthControlPoint::GetDirection(EPathSide side, size_t state) const {
+    const CPoint normal = Rot90(GetTangent(state));
+    return side == SIDE_LEFT ? normal : CPoint{-normal.x, -normal.y};
+}
+
+CPoint CPathWidthControlPoint::GetMarkPosition(EPathSide side, size_t state) const {
+    return PointAlong(GetPosition(state), GetDirection(side, state), SHOWN_TIMES * GetWidth(side, state));
+}
+
+boost::shared_ptr<CDualValue<CPoint>> CPathWidthControlPoint::DragHandleImpl(bool bLeft, bool bBoth) {
+    const EPathSide side = bLeft ? SIDE_LEFT : SIDE_RIGHT;
+    CDualValue<CPoint> mark;
+    for (const size_t state : {STATE_COMMITTED, STATE_LIVE}) mark[state] = GetMarkPosition(side, state);
+    const auto spThis = boost::static_pointer_cast<CPathWidthControlPoint>(shared_from_this());
+    return MakeDragCopy<CPoint>(mark, [spThis, side, bBoth, mark](const CDualValue<CPoint>& copy) {
+        for (const size_t state : {STATE_COMMITTED, STATE_LIVE}) {
+            if (copy[state] == mark[state]) continue;
+            const uint32_t uWidth =
+                DistanceAlong(spThis->GetPosition(state), spThis->GetDirection(side, state), copy[state]) /
+                SHOWN_TIMES;
+            (*spThis->WidthHandle(side))[state] = uWidth;
+            if (bBoth) (*spThis->WidthHandle(side == SIDE_LEFT ? SIDE_RIGHT : SIDE_LEFT))[state] = uWidth;
+        }
+    });
+}
+
+uint32_t CPathWidthControlPoint::Bounded(const IPathLine& line, uint32_t t, size_t state) const {
+    // Marks keep their order along the path.
+    const auto [tBelow, tAbove] = line.GetWidthNeighbours(m_t[state], state);
+    return std::clamp(t, tBelow, tAbove);
+}

@@ -1,0 +1,149 @@
+#include "core/PathOutline/OutlineFit.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr uint32_t SHORTEST_TANGENT = 4 * OUTLINE_UNIT;
+constexpr uint32_t SHORTEST_HANDLE = 2 * OUTLINE_UNIT;
+constexpr int32_t MITRE_REACH = 400 * OUTLINE_UNIT;
+
+// What the side's point beside a fraction of the centre line is made of.
+struct TOffset {
+    CPoint center;
+    CPoint tangent;      ///< of the centre line
+    CPoint widthTangent; ///< of the width over the arc length
+    int32_t nWidth;
+};
+
+TOffset OffsetAt(const CBezier& piece, const CBezier& width, uint32_t f) {
+    return {piece.PointAt(f), piece.TangentAt(f), width.TangentAt(f), width.PointAt(f).y};
+}
+
+// A point that moves along the centre line while the width grows leaves that line by the width curve's angle.
+CPoint SideDirection(const TOffset& at) {
+    const int64_t nLength = LengthRound(at.widthTangent);
+    return {static_cast<int32_t>(Dot(at.tangent, at.widthTangent) / nLength),
+            static_cast<int32_t>(Cross(at.widthTangent, at.tangent) / nLength)};
+}
+
+// The direction with the length `nLength` by its truncated length, which is not zero.
+CPoint ScaleDown(CPoint pt, int32_t nLength) {
+    const uint32_t uLength = LengthDown(pt);
+    return {MulDiv(pt.x, nLength, uLength), MulDiv(pt.y, nLength, uLength)};
+}
+
+CPoint Negated(CPoint pt) { return {-pt.x, -pt.y}; }
+
+// The cross product, 0 when rounding alone can have made it: a straight side's handles would get any length.
+int64_t SafeCross(CPoint a, CPoint b) {
+    const int64_t n = Cross(a, b);
+    const int64_t nRounding = int64_t{LengthRound(a)} + LengthRound(b);
+    return n > nRounding || n < -nRounding ? n : 0;
+}
+
+// The vector times numerator / divisor, which must agree in sign for the curve to lead forward.
+uint32_t WantedLength(CPoint direction, int64_t nNumerator, int64_t nDivisor) {
+    return LengthRound(
+        {MulDiv(direction.x, nNumerator, nDivisor), MulDiv(direction.y, nNumerator, nDivisor)});
+}
+
+// `uHandle` is the centre's own handle there, `uWidth` the half-width.
+CPoint FitHandle(CPoint direction, int64_t nNumerator, int64_t nDivisor, uint32_t uHandle, uint32_t uWidth) {
+    if (nDivisor == 0) return {};
+    if ((0 < nNumerator) != (0 < nDivisor)) nNumerator = 0;
+    const uint64_t h = uHandle;
+    const uint64_t w = uWidth;
+    uint64_t uLength = std::min<uint64_t>(WantedLength(direction, nNumerator, nDivisor), h * 6 / 5 + w);
+    if (2 * w / 3 + uLength < 4 * h / 5) uLength = 4 * h / 5 - 2 * w / 3;
+    if (uLength < SHORTEST_HANDLE) uLength = 0;
+    return Scale(direction, static_cast<int64_t>(uLength));
+}
+
+// Components of a vector in 64 bits: sums of several points times small factors.
+struct TWide {
+    int64_t x;
+    int64_t y;
+};
+int64_t Cross(TWide a, CPoint b) { return a.x * b.y - a.y * b.x; }
+
+} // namespace
+
+std::optional<TOutlinePoint> OffsetPoint(const CBezier& piece, const CBezier& width, uint32_t f) {
+    const TOffset at = OffsetAt(piece, width, f);
+    if (LengthDown(at.tangent) < SHORTEST_TANGENT || LengthDown(at.widthTangent) < SHORTEST_TANGENT)
+        return {};
+    const CPoint direction = SideDirection(at);
+    return TOutlinePoint{CheckedAdd(at.center, ScaleDown(Rot90(at.tangent), at.nWidth)), Negated(direction),
+                         direction};
+}
+
+void FitHandles(TOutlinePoint& a, TOutlinePoint& b, const CBezier& centre, const CBezier& width) {
+    const CPoint F = a.fore;
+    const CPoint K = b.back;
+    if (IsZero(F) || IsZero(K)) return;
+    std::array<CPoint, 3> aptSide;
+    std::array<CPoint, 3> aptDirection;
+    constexpr std::array<uint32_t, 3> FRACTIONS{0x5555, 0x8000, 0xAAAA};
+    for (size_t n = 0; n < FRACTIONS.size(); ++n) {
+        const TOffset at = OffsetAt(centre, width, FRACTIONS[n]);
+        if (IsZero(at.tangent) || IsZero(at.widthTangent)) {
+            a.fore = b.back = {};
+            return;
+        }
+        aptSide[n] = CheckedAdd(at.center, Scale(Rot90(at.tangent), at.nWidth));
+        aptDirection[n] = SideDirection(at);
+    }
+    const auto [O1, O2, O3] = aptSide;
+    const CPoint T2 = aptDirection[1];
+    int64_t nForeNumerator = 0, nForeDivisor = 0, nBackNumerator = 0, nBackDivisor = 0;
+    // K points backwards: without an inflection both ends see the middle direction turned the same way.
+    if ((0 < Cross(F, T2)) == (0 < Cross(K, T2))) {
+        // One cubic through the side's middle: (A + B) / 2 + 3/8 (fore + back) = O2.
+        const TWide V{(8 * int64_t{O2.x} - 4 * (int64_t{a.anchor.x} + b.anchor.x)) / 3,
+                      (8 * int64_t{O2.y} - 4 * (int64_t{a.anchor.y} + b.anchor.y)) / 3};
+        nForeDivisor = nBackDivisor = SafeCross(F, K);
+        nForeNumerator = Cross(V, K);
+        nBackNumerator = -Cross(V, F);
+    } else {
+        // Each end by the third of the side that lies nearer to it.
+        const TWide X{(27 * int64_t{O1.x} - 7 * int64_t{a.anchor.x} - 20 * int64_t{O2.x}) / 6,
+                      (27 * int64_t{O1.y} - 7 * int64_t{a.anchor.y} - 20 * int64_t{O2.y}) / 6};
+        const TWide Y{(27 * int64_t{O3.x} - 7 * int64_t{b.anchor.x} - 20 * int64_t{O2.x}) / 6,
+                      (27 * int64_t{O3.y} - 7 * int64_t{b.anchor.y} - 20 * int64_t{O2.y}) / 6};
+        nForeNumerator = 2 * Cross(X, T2);
+        nBackNumerator = -2 * Cross(Y, T2);
+        nForeDivisor = SafeCross(F, T2);
+        nBackDivisor = SafeCross(T2, K);
+    }
+    a.fore = FitHandle(F, nForeNumerator, nForeDivisor, LengthRound(centre.p1 - centre.p0),
+                       static_cast<uint32_t>(width.p0.y));
+    b.back = FitHandle(K, nBackNumerator, nBackDivisor, LengthRound(centre.p2 - centre.p3),
+                       static_cast<uint32_t>(width.p3.y));
+}
+
+TOutlinePoints JoinCorner(TOutlinePoint& p1, const TOutlinePoint& p2, const TOutlinePoint& a,
+                          TOutlinePoint& m) {
+    const CBezier before = SegmentOf(p1, p2);
+    const CBezier behind = SegmentOf(a, m);
+    if (const auto inner = Intersect(before, behind)) {
+        const auto& [head, tail] = *inner;
+        p1.fore = head.p1 - head.p0;
+        m.back = tail.p2 - tail.p3;
+        return {{head.p3, head.p2 - head.p3, tail.p1 - tail.p0}};
+    }
+    const TOutlinePoint from{p2.anchor, p2.back, {}};
+    const TOutlinePoint to{a.anchor, {}, a.fore};
+    const CPoint D1 = before.TangentAt(BEZIER_T_RESOLUTION);
+    const CPoint D2 = behind.TangentAt(0);
+    if (!IsZero(D1) && !IsZero(D2)) {
+        const auto mitre =
+            Intersect(CBezier::Line(p2.anchor, CheckedAdd(p2.anchor, Scale(D1, MITRE_REACH))),
+                      CBezier::Line(CheckedAdd(a.anchor, Negated(Scale(D2, MITRE_REACH))), a.anchor));
+        if (mitre) {
+            const CPoint ptSum = CheckedAdd(mitre->first.p3, mitre->second.p0);
+            return {from, {{ptSum.x / 2, ptSum.y / 2}, {}, {}}, to};
+        }
+    }
+    return {from, to};
+}
