@@ -3,7 +3,6 @@
 #include <boost/numeric/conversion/cast.hpp>
 
 #include <algorithm>
-#include <cmath>
 
 namespace {
 
@@ -67,39 +66,6 @@ std::pair<CBezier, CBezier> CBezier::Split(uint32_t f) const {
     if (f == BEZIER_T_RESOLUTION) return {*this, {p3, p3, p3, p3}};
     const CPoint ptCut = PointAt(f);
     return {{p0, Mix(p0, p1, f), Mix(p0, p1, p2, f), ptCut}, {ptCut, Mix(p1, p2, p3, f), Mix(p2, p3, f), p3}};
-}
-
-uint32_t CBezier::ArcLength(uint32_t uFraction) const {
-    constexpr int STEPS = 4096;
-    constexpr int RUN = 256; // points at a time: the roots become vector code, the sum keeps its order
-    if (IsDegenerate()) return 0;
-    const int nSteps = static_cast<int>((uint64_t{uFraction} * STEPS + ONE - 1) / ONE);
-    const double dEnd = uFraction / 65536.0;
-    double adX[RUN + 1];
-    double adY[RUN + 1];
-    double adLength[RUN];
-    double dSum = 0;
-    for (int nFrom = 0; nFrom < nSteps; nFrom += RUN) {
-        const int nRun = std::min(RUN, nSteps - nFrom);
-        for (int n = 0; n <= nRun; ++n) {
-            const double t =
-                std::min((nFrom + n) * (1.0 / STEPS), dEnd); // the last step may be a part of one
-            const double u = 1 - t;
-            const double b0 = u * u * u;
-            const double b1 = 3 * u * u * t;
-            const double b2 = 3 * u * t * t;
-            const double b3 = t * t * t;
-            adX[n] = p0.x * b0 + p1.x * b1 + p2.x * b2 + p3.x * b3;
-            adY[n] = p0.y * b0 + p1.y * b1 + p2.y * b2 + p3.y * b3;
-        }
-        for (int n = 0; n < nRun; ++n) {
-            const double dx = adX[n + 1] - adX[n];
-            const double dy = adY[n + 1] - adY[n];
-            adLength[n] = std::sqrt(dx * dx + dy * dy);
-        }
-        for (int n = 0; n < nRun; ++n) dSum += adLength[n];
-    }
-    return static_cast<uint32_t>(dSum);
 }
 
 CRect BezierBounds(const TPolyBezier& vPoints) {

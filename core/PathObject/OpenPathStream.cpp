@@ -124,16 +124,10 @@ TOutlineSource COpenPathStream::GetSource(size_t state) const {
     TOutlineSource source;
     for (const TOutlinePoint& anchor : GetAnchors(state))
         source.vAnchors.push_back({ToOutline(anchor.anchor), ToOutline(anchor.back), ToOutline(anchor.fore)});
-    const auto toOutline = [](std::array<uint32_t, 2>& auWidth) {
-        for (uint32_t& uWidth : auWidth) uWidth = ToOutline(uWidth);
-    };
     source.vWidths = GetWidths(state, LastParameter(source.vAnchors));
-    for (TOutlineWidth& width : source.vWidths) toOutline(width.auWidth);
-    for (const auto& spPoint : SortedByParameter(m_vTrans, state)) {
-        source.vCuts.push_back(spPoint->At(state));
-        source.vCuts.back().position = ToOutline(source.vCuts.back().position);
-        toOutline(source.vCuts.back().auWidth);
-    }
+    for (TOutlineWidth& width : source.vWidths)
+        for (uint32_t& uWidth : width.auWidth) uWidth = ToOutline(uWidth);
+    for (const auto& spPoint : SortedByParameter(m_vTrans, state)) source.vCuts.push_back(spPoint->At(state));
     source.uWidth = ToOutline(m_uWidth);
     if (m_bWave)
         source.wave = {ToOutline(std::min(m_wave.uStep, PATH_WIDTH_LIMIT)), ToOutline(m_wave.uWidth)};

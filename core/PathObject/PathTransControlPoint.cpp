@@ -44,13 +44,7 @@ void CPathTransControlPoint::SetWidths(size_t state, uint32_t uLeft, uint32_t uR
     m_aWidth[SIDE_RIGHT][state] = uRight;
 }
 
-TOutlineCut CPathTransControlPoint::At(size_t state) const {
-    return {m_t[state],
-            GetPosition(state),
-            GetTangent(state),
-            DegreesOf(m_angle[state]),
-            {m_aWidth[SIDE_LEFT][state], m_aWidth[SIDE_RIGHT][state]}};
-}
+TOutlineCut CPathTransControlPoint::At(size_t state) const { return {m_t[state], DegreesOf(m_angle[state])}; }
 
 CPoint CPathTransControlPoint::GetMarkPosition(size_t state) const {
     const CPoint direction = Turned(GetTangent(state), -DegreesOf(m_angle[state]));

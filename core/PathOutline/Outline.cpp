@@ -86,13 +86,18 @@ void AppendFolds(const TSide& left, const TSide& right, const std::vector<TOutli
 
 std::vector<TPolyBezier> BuildOutline(const TOutlineSource& given) {
     if (given.vAnchors.empty()) return {};
+    const CPoint ptOrigin = given.vAnchors.front().anchor;
+    // Curves round toward zero: seen from its own start a path has the same outline wherever it lies.
     TOutlineSource source = given;
+    for (TOutlinePoint& anchor : source.vAnchors)
+        anchor.anchor = CheckedAdd(anchor.anchor, {-ptOrigin.x, -ptOrigin.y});
+    const auto vCuts = PlaceCuts(source);
     if (source.vWidths.empty())
         source.vWidths.push_back({LastParameter(source.vAnchors) / 2, {source.uWidth, source.uWidth}});
     if (source.wave.uWidth != 0 && source.vAnchors.size() > 1) source.vWidths = WaveWidths(source);
     const TSide left = BuildSide(SideOf(source, SIDE_LEFT));
     const TSide right = BuildSide(SideOf(source, SIDE_RIGHT));
-    const auto vStretches = CutSides(left.vPoints, right.vPoints, source.vCuts);
+    const auto vStretches = CutSides(left.vPoints, right.vPoints, vCuts);
     std::vector<TPolyBezier> vOutlines;
     for (size_t i = 0; i < vStretches.size(); i += 2) {
         const TOutlinePoints vPoints = JoinSides(vStretches[i], i == 0 ? source.pBegin : nullptr,
@@ -101,7 +106,7 @@ std::vector<TPolyBezier> BuildOutline(const TOutlineSource& given) {
     }
     AppendFolds(left, right, source.vCuts, vOutlines);
     for (TPolyBezier& vCurve : vOutlines)
-        for (CPoint& pt : vCurve) pt = ToPath(pt);
+        for (CPoint& pt : vCurve) pt = ToPath(CheckedAdd(pt, ptOrigin));
     return vOutlines;
 }
 

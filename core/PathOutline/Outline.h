@@ -39,10 +39,7 @@ struct TOutlineWidth {
 /// A cut across the stroke.
 struct TOutlineCut {
     uint32_t t;
-    CPoint position;
-    CPoint tangent;                  ///< of the centre line
-    int nAngle;                      ///< degrees between centre line and cut, 90 square
-    std::array<uint32_t, 2> auWidth; ///< the stroke's half-widths there
+    int nAngle; ///< degrees between centre line and cut, 90 square
 };
 
 /// The irregular hand: random widths added along the stroke.

@@ -1,6 +1,9 @@
 #include "core/PathOutline/OutlineCut.h"
 
 #include "core/Base/StableMath.h"
+#include "core/PathOutline/WidthProfile.h"
+
+#include <algorithm>
 
 #include <numbers>
 
@@ -38,7 +41,7 @@ std::pair<TOutlinePoints, TOutlinePoints> CutByLine(const TOutlinePoints& vSide,
 }
 
 // The cut's direction toward the left side.
-CPoint DirectionOf(const TOutlineCut& cut) {
+CPoint DirectionOf(const TPlacedCut& cut) {
     const TSinCos turn = StableSinCos(-cut.nAngle * (std::numbers::pi / 180));
     return {static_cast<int32_t>(turn.dCos * cut.tangent.x - turn.dSin * cut.tangent.y),
             static_cast<int32_t>(turn.dSin * cut.tangent.x + turn.dCos * cut.tangent.y)};
@@ -46,10 +49,29 @@ CPoint DirectionOf(const TOutlineCut& cut) {
 
 } // namespace
 
+std::vector<TPlacedCut> PlaceCuts(const TOutlineSource& source) {
+    const auto vSegments = SegmentsOf(source.vAnchors);
+    if (vSegments.empty()) return {};
+    std::vector<TPlacedCut> vCuts;
+    for (const TOutlineCut& cut : source.vCuts) {
+        const uint32_t t = std::min(cut.t, LastParameter(source.vAnchors));
+        const size_t idx = std::min<size_t>(t / BEZIER_T_RESOLUTION, vSegments.size() - 1);
+        const uint32_t f = t - static_cast<uint32_t>(idx) * BEZIER_T_RESOLUTION;
+        const auto widthOf = [&](EPathSide side) {
+            return WidthAt(vSegments, source.vWidths, source.uWidth, t, side);
+        };
+        vCuts.push_back({vSegments[idx].PointAt(f),
+                         vSegments[idx].TangentAt(f),
+                         cut.nAngle % 360,
+                         {widthOf(SIDE_LEFT), widthOf(SIDE_RIGHT)}});
+    }
+    return vCuts;
+}
+
 std::vector<TStretch> CutSides(TOutlinePoints vLeft, TOutlinePoints vRight,
-                               const std::vector<TOutlineCut>& vCuts) {
+                               const std::vector<TPlacedCut>& vCuts) {
     std::vector<TStretch> vStretches;
-    for (const TOutlineCut& cut : vCuts) {
+    for (const TPlacedCut& cut : vCuts) {
         if (vLeft.size() < 2 || vRight.size() < 2) break;
         const CPoint direction = DirectionOf(cut);
         const CPoint toLeft = Scale(direction, REACH * cut.auWidth[SIDE_LEFT]);

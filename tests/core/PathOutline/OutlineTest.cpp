@@ -1,0 +1,265 @@
+#include "core/PathFill/PathFill.h"
+#include "core/PathObject/PathObjects.h"
+#include "tests/support/LayerPictures.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <numbers>
+
+namespace {
+
+constexpr CSize PLANE{288, 288};
+constexpr std::array TERMS{TERM_SHARP, TERM_ROUND, TERM_FLAT};
+
+boost::shared_ptr<COpenPathTermBase> MakeTerm(uint32_t uType, bool bBegin, std::mt19937& random) {
+    const auto spTerm = CreateOpenPathTerm(uType, bBegin);
+    if (const auto spFlat = boost::dynamic_pointer_cast<COpenPathFlatTerm>(spTerm))
+        spFlat->SetAngle(CDualValue<uint32_t>(60 + random() % 60));
+    return spTerm;
+}
+
+struct TKnot {
+    CPoint anchor;
+    CPoint handle; ///< forward; the one backward is its opposite
+};
+
+// A hand's line inside the plane: anchors around a way, handles along it, as fitting a pen's trace gives
+// them.
+std::vector<TKnot> HandKnots(std::mt19937& random, int nAnchors) {
+    std::vector<TKnot> vKnots;
+    const double dTurn = random() % 100 / 60.0;
+    for (int n = 0; n < nAnchors; ++n)
+        vKnots.push_back(
+            {{320 + 1600 * n / nAnchors + static_cast<int32_t>(random() % 40),
+              1100 + static_cast<int32_t>(500 * std::sin(n * dTurn)) + static_cast<int32_t>(random() % 40)},
+             {}});
+    for (size_t n = 0; n < vKnots.size(); ++n) {
+        const CPoint before = vKnots[n == 0 ? 0 : n - 1].anchor;
+        const CPoint behind = vKnots[std::min(n + 1, vKnots.size() - 1)].anchor;
+        vKnots[n].handle = {(behind.x - before.x) / 6, (behind.y - before.y) / 6};
+    }
+    return vKnots;
+}
+
+boost::shared_ptr<COpenPathObject> MakePath(const std::vector<TKnot>& vKnots, uint32_t uWidth) {
+    const auto spPath = boost::make_shared<COpenPathObject>();
+    spPath->GetStream().SetWidth(uWidth);
+    for (size_t n = 0; n < vKnots.size(); ++n) {
+        const auto spPoint = spPath->GetStream().AppendControlPoint(vKnots[n].anchor);
+        const CPoint h = vKnots[n].handle;
+        if (n > 0) spPoint->SetBack(CDualValue<CPoint>({-h.x, -h.y}));
+        if (n + 1 < vKnots.size()) spPoint->SetFore(CDualValue<CPoint>(h));
+    }
+    return spPath;
+}
+
+void AddWidth(COpenPathStream& stream, uint32_t t, uint32_t uLeft, uint32_t uRight) {
+    const auto spPoint = stream.AddWidthPoint(t);
+    spPoint->SetMultiple(SIDE_LEFT, CDualValue<uint32_t>(uLeft));
+    spPoint->SetMultiple(SIDE_RIGHT, CDualValue<uint32_t>(uRight));
+}
+
+// A path with a bit of everything.
+boost::shared_ptr<COpenPathObject> RandomPath(std::mt19937& random) {
+    const int nAnchors = 1 + static_cast<int>(random() % 7);
+    const auto spPath = MakePath(HandKnots(random, nAnchors), 4 + random() % 100);
+    COpenPathStream& stream = spPath->GetStream();
+    const uint32_t uRange = static_cast<uint32_t>(nAnchors - 1) * BEZIER_T_RESOLUTION + 1;
+    for (uint32_t n = random() % 4; n > 0; --n)
+        AddWidth(stream, random() % uRange, random() % (3 * FIXED_ONE), random() % (3 * FIXED_ONE));
+    for (uint32_t n = random() % 4; n > 0; --n) stream.AddTransPoint(random() % uRange);
+    stream.SetTerm(MakeTerm(TERMS[random() % 3], true, random));
+    stream.SetTerm(MakeTerm(TERMS[random() % 3], false, random));
+    stream.SetWave(random() % 3 == 0,
+                   {static_cast<uint32_t>(random() % 80), static_cast<uint32_t>(random() % 20)});
+    spPath->Update();
+    return spPath;
+}
+
+std::vector<uint8_t> CoverageOf(const CPathObject& path) {
+    CAlphaBufferImpl<uint8_t> plane;
+    plane.Create(PLANE, DEFAULT_BLOCKSIZE);
+    CPathFill fill;
+    std::vector<uint8_t> v(static_cast<size_t>(PLANE.cx * PLANE.cy));
+    plane.ForEachBlock([&](CPoint pt) {
+        const auto spTile = plane.GetBlock(pt, true);
+        path.RasterizePath(fill, PLANE, static_cast<CAlphaBlock8&>(*spTile));
+        for (int y = 0; y < 96; ++y)
+            std::copy_n(spTile->GetPixelPtr({0, y}), 96,
+                        &v[static_cast<size_t>((pt.y + y) * PLANE.cx + pt.x)]);
+    });
+    return v;
+}
+
+int At(const std::vector<uint8_t>& v, int x, int y) { return v[static_cast<size_t>(y * PLANE.cx + x)]; }
+
+} // namespace
+
+TEST(Outline, PiecesAreClosedAndMoveWithThePath) {
+    std::mt19937 random(3);
+    for (int n = 0; n < 300; ++n) {
+        const auto spPath = RandomPath(random);
+        const auto vBefore = spPath->GetStream().GetOutline(STATE_COMMITTED);
+        const CPoint ptWay{static_cast<int32_t>(random() % 9999) - 5000,
+                           static_cast<int32_t>(random() % 9999) - 5000};
+        spPath->Transform([&](CPoint pt) { return pt + ptWay; });
+        const auto& vBehind = spPath->GetStream().GetOutline(STATE_COMMITTED);
+        ASSERT_EQ(vBehind.size(), vBefore.size());
+        for (size_t i = 0; i < vBefore.size(); ++i) {
+            ASSERT_EQ(vBefore[i].size() % 3, 1u);
+            ASSERT_EQ(vBefore[i].front(), vBefore[i].back());
+            ASSERT_EQ(vBehind[i].size(), vBefore[i].size());
+            for (size_t k = 0; k < vBefore[i].size(); ++k) ASSERT_EQ(vBehind[i][k], vBefore[i][k] + ptWay);
+        }
+    }
+}
+
+TEST(Outline, ReversedPathsLookAlike) {
+    std::mt19937 random(4);
+    for (int n = 0; n < 40; ++n) {
+        const auto vKnots = HandKnots(random, 5);
+        const auto spPath = MakePath(vKnots, 30);
+        std::vector<TKnot> vBack(vKnots.rbegin(), vKnots.rend());
+        for (TKnot& knot : vBack) knot.handle = {-knot.handle.x, -knot.handle.y};
+        const auto spBack = MakePath(vBack, 30);
+        for (const uint32_t t : {40000u, 150000u}) {
+            AddWidth(spPath->GetStream(), t, FIXED_ONE / 2 + t / 4, FIXED_ONE);
+            AddWidth(spBack->GetStream(), 4 * BEZIER_T_RESOLUTION - t, FIXED_ONE, FIXED_ONE / 2 + t / 4);
+        }
+        spPath->GetStream().SetTerm(CreateOpenPathTerm(TERM_ROUND, true));
+        spBack->GetStream().SetTerm(CreateOpenPathTerm(TERM_ROUND, false));
+        spPath->Update();
+        spBack->Update();
+        const auto vPath = CoverageOf(*spPath), vReverse = CoverageOf(*spBack);
+        // Outlines differ by about a path unit, which is an eighth of a pixel, on either side.
+        int nWorst = 0;
+        for (size_t i = 0; i < vPath.size(); ++i) nWorst = std::max(nWorst, std::abs(vPath[i] - vReverse[i]));
+        EXPECT_LE(nWorst, 2 * 255 / 8) << n;
+    }
+}
+
+TEST(Outline, StrokeIsAsWideAsItsProfileSays) {
+    // A level line along y = 100 whose half-width eases from 4 to 20 pixels and back, flat ends.
+    const auto spPath = MakePath({{{200, 800}, {600, 0}}, {{2000, 800}, {600, 0}}}, 32);
+    COpenPathStream& stream = spPath->GetStream();
+    for (const bool bBegin : {true, false}) stream.SetTerm(CreateOpenPathTerm(TERM_FLAT, bBegin));
+    AddWidth(stream, 0, FIXED_ONE, FIXED_ONE);
+    AddWidth(stream, BEZIER_T_RESOLUTION / 2, 5 * FIXED_ONE, FIXED_ONE);
+    AddWidth(stream, BEZIER_T_RESOLUTION, FIXED_ONE, FIXED_ONE);
+    spPath->Update();
+    const auto v = CoverageOf(*spPath);
+    for (int x = 27; x < 248; ++x) {
+        int nAbove = 0, nBelow = 0;
+        for (int y = 0; y < 100; ++y) nAbove += At(v, x, y);
+        for (int y = 100; y < 200; ++y) nBelow += At(v, x, y);
+        const double dAlong = std::abs(x + 0.5 - 137.5) / 112.5;
+        const double dWidth = 4 + 16 * (1 - dAlong * dAlong * (3 - 2 * dAlong));
+        EXPECT_NEAR(nAbove / 255.0, dWidth, 0.35) << x;
+        EXPECT_NEAR(nBelow / 255.0, 4, 0.1) << x;
+    }
+    EXPECT_EQ(At(v, 23, 100), 0);
+    EXPECT_EQ(At(v, 27, 100), 255);
+}
+
+TEST(Outline, EndsReachAsFarAsTheyShould) {
+    const auto reach = [](EPathTerm type, uint32_t uAngle, int y) {
+        const auto spPath = MakePath({{{400, 800}, {100, 0}}, {{1200, 800}, {100, 0}}}, 80);
+        const auto spEnd = CreateOpenPathTerm(type, false);
+        if (type == TERM_FLAT) static_cast<COpenPathFlatTerm&>(*spEnd).SetAngle(CDualValue<uint32_t>(uAngle));
+        spPath->GetStream().SetTerm(spEnd);
+        spPath->Update();
+        const auto v = CoverageOf(*spPath);
+        int x = 100;
+        while (At(v, x, y) > 127) ++x;
+        return x;
+    };
+    EXPECT_EQ(reach(TERM_ROUND, 90, 100), 160);
+    EXPECT_EQ(reach(TERM_FLAT, 90, 91), 150);
+    EXPECT_EQ(reach(TERM_FLAT, 90, 108), 150);
+    // At 45 degrees the left side, above, is longer by its width and the right one shorter.
+    EXPECT_NEAR(reach(TERM_FLAT, 45, 93), 157, 1);
+    EXPECT_NEAR(reach(TERM_FLAT, 45, 106), 143, 1);
+    EXPECT_NEAR(reach(TERM_SHARP, 90, 100), 149, 2);
+}
+
+TEST(Outline, CutsHideWhatLiesBetweenTheTwoOfAPair) {
+    const auto spPath = MakePath({{{200, 800}, {600, 0}}, {{2000, 800}, {600, 0}}}, 40);
+    COpenPathStream& stream = spPath->GetStream();
+    for (const uint32_t t : {0x6000u, 0x4000u, 0xC000u}) stream.AddTransPoint(t);
+    spPath->Update();
+    EXPECT_EQ(stream.GetOutline(STATE_COMMITTED).size(), 2u);
+    const auto v = CoverageOf(*spPath);
+    // The odd one hides all that follows.
+    for (const auto& [x, n] :
+         {std::pair{70, 255}, {78, 255}, {85, 0}, {105, 0}, {113, 255}, {190, 255}, {197, 0}, {230, 0}})
+        EXPECT_EQ(At(v, x, 100), n) << x;
+}
+
+TEST(Outline, WaveIsTheSameEachTimeAndLeavesTheWidthPointsAlone) {
+    std::mt19937 random(5);
+    const auto spPath = MakePath(HandKnots(random, 5), 40);
+    COpenPathStream& stream = spPath->GetStream();
+    spPath->Update();
+    const auto vCalm = stream.GetOutline(STATE_COMMITTED);
+    stream.SetWave(true, {32, 0});
+    spPath->Update();
+    EXPECT_EQ(stream.GetOutline(STATE_COMMITTED), vCalm);
+    stream.SetWave(true, {32, 12});
+    spPath->Update();
+    const auto vWave = stream.GetOutline(STATE_COMMITTED);
+    EXPECT_GT(vWave[0].size(), 2 * vCalm[0].size());
+    spPath->Update();
+    EXPECT_EQ(stream.GetOutline(STATE_COMMITTED), vWave);
+    EXPECT_TRUE(stream.GetWidthPoints().empty());
+}
+
+TEST(Outline, ThickStrokesInTightBendsHaveNoHoles) {
+    // A hairpin whose half-width is several times its radius: everything along the centre line is covered.
+    for (const int nRadius : {2, 4, 8, 16, 40}) {
+        const int k = nRadius * 8 * 4 / 3;
+        const auto spPath = MakePath({{{480, 800}, {240, 0}},
+                                      {{1280, 800}, {k, 0}},
+                                      {{1280, 800 + 16 * nRadius}, {-k, 0}},
+                                      {{480, 800 + 16 * nRadius}, {-240, 0}}},
+                                     112);
+        for (const bool bBegin : {true, false})
+            spPath->GetStream().SetTerm(CreateOpenPathTerm(TERM_ROUND, bBegin));
+        spPath->Update();
+        const auto v = CoverageOf(*spPath);
+        for (uint32_t t = 0; t <= 3 * BEZIER_T_RESOLUTION; t += 0x200) {
+            const CPoint pt = spPath->GetStream().PointAt(t, STATE_COMMITTED);
+            EXPECT_EQ(At(v, pt.x / 8, pt.y / 8), 255) << nRadius << " " << t;
+        }
+    }
+}
+
+TEST(Outline, SmoothLinesHaveSmoothSides) {
+    // No corner of the outline turns sharply where the centre line does not, away from the ends.
+    std::mt19937 random(6);
+    for (int n = 0; n < 60; ++n) {
+        std::vector<TKnot> vKnots;
+        for (int i = 0; i < 7; ++i) {
+            const double a = i * 0.6 + n;
+            vKnots.push_back(
+                {{1100 + static_cast<int32_t>(800 * std::cos(a)),
+                  1100 + static_cast<int32_t>(800 * std::sin(a))},
+                 {static_cast<int32_t>(-160 * std::sin(a)), static_cast<int32_t>(160 * std::cos(a))}});
+        }
+        const auto spPath = MakePath(vKnots, 10 + random() % 60);
+        for (uint32_t t = 0x8000; t < 6 * BEZIER_T_RESOLUTION; t += BEZIER_T_RESOLUTION)
+            AddWidth(spPath->GetStream(), t, FIXED_ONE / 2 + random() % FIXED_ONE,
+                     FIXED_ONE / 2 + random() % FIXED_ONE);
+        spPath->Update();
+        const TPolyBezier& v = spPath->GetStream().GetOutline(STATE_COMMITTED).front();
+        int nSharp = 0;
+        for (size_t i = 3; i + 3 < v.size(); i += 3) {
+            // Corners of less than half a pixel come from rounding to path units and are not seen.
+            const CPoint a = v[i] - v[i - 1], b = v[i + 1] - v[i];
+            if (LengthDown(a) < 8 || LengthDown(b) < 8) continue;
+            const double dTurn = std::atan2(static_cast<double>(Cross(a, b)), static_cast<double>(Dot(a, b)));
+            nSharp += std::abs(dTurn) > 10 * std::numbers::pi / 180;
+        }
+        EXPECT_LE(nSharp, 2) << n; // the two sharp ends
+    }
+}
