@@ -326,6 +326,14 @@ void CQtMainWindow::UpdateMark() {
     setWindowModified(bShowsChild && m_pActive->isWindowModified());
 }
 
+bool CQtMainWindow::event(QEvent* pEvent) {
+    // A modal window has opened: from now on it takes the pointer, whose button may be down over a canvas. No
+    // other event takes it: Qt gives a drag to its end to the window that it began in.
+    if (pEvent->type() == QEvent::WindowBlocked)
+        for (CQtCanvasWindow* pChild : m_vChildren) pChild->LoseCapture();
+    return QMainWindow::event(pEvent);
+}
+
 void CQtMainWindow::changeEvent(QEvent* pEvent) {
     QMainWindow::changeEvent(pEvent);
     if (pEvent->type() == QEvent::WindowTitleChange) UpdateMark();
