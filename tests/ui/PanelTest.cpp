@@ -201,6 +201,10 @@ TEST_F(CPanelTest, PlacesComeBackAndAPanelGoesWithItsWindow) {
     QDockWidget* pDock = GetWidget().findChild<QDockWidget*>("Test");
     EXPECT_EQ(GetWidget().tabifiedDockWidgets(pDock).size(), 1); // one place is shared behind tabs
     EXPECT_EQ(m_pPanel->GetPlace().rc, pOther->GetPlace().rc);
+    EXPECT_TRUE(pOther->GetPlace().bFront && !m_pPanel->GetPlace().bFront);
+    m_pPanel->ShowPanel(true);
+    Turn();
+    EXPECT_TRUE(m_pPanel->GetPlace().bFront && !pOther->GetPlace().bFront);
     const CRect rcFloat({40, 60}, {300, 320});
     pOther->SetPlace({EPanelDock::Float, rcFloat, true});
     pOther->ShowPanel(true);
