@@ -282,6 +282,13 @@ void CQtMainWindow::SizePanels() {
     }
     resizeDocks(lstDocks, lstWidths, Qt::Horizontal);
     resizeDocks(lstDocks, lstHeights, Qt::Vertical);
+    // The tabs may hold the last one to be the chosen one while they show the first: choosing it would do
+    // nothing, so another is chosen before.
+    for (CQtPanel* pPanel : m_vPanels) {
+        if (!pPanel->WasInFront()) continue;
+        for (QDockWidget* pDock : tabifiedDockWidgets(pPanel)) pDock->raise();
+        pPanel->raise();
+    }
 }
 
 CQtPanel* CQtMainWindow::FindPanelAt(const TPanelPlace& place, const CQtPanel* pExcept) const {

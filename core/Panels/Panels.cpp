@@ -57,8 +57,6 @@ void CPanels::Create(IMainWindow& parent) {
                      [](const TPlaced& a, const TPlaced& b) { return a.place.rc.top < b.place.rc.top; });
     for (const TPlaced& placed : vPlaced)
         m_mapPanels[placed.nCommand]->Create(parent, FirstPlace(placed.nCommand));
-    for (const TPlaced& placed : vPlaced)
-        if (placed.place.bShow && placed.place.bFront) Find(placed.nCommand)->GetWindow()->ShowPanel(true);
 }
 
 void CPanels::Close() {
