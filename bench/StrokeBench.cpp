@@ -1,11 +1,11 @@
 // Strokes beside libmypaint: dabs a second along the same path at the same places, the first stamp of a size,
 // and a whole recorded stroke. One thread.
+#include "bench/RecordedStroke.h"
 #include "core/Platform/System.h"
 #include "core/RasterStroke/RasterBrushStroke.h"
 #include "core/RasterStroke/RasterPencilStroke.h"
 
 #include <benchmark/benchmark.h>
-#include <mypaint-brush.h>
 #include <mypaint-fixed-tiled-surface.h>
 
 #include <cmath>
@@ -16,8 +16,6 @@ namespace {
 
 constexpr int SIDE = 2000;
 constexpr double STEP = 40; // pixels from event to event
-constexpr uint8_t BLUR_LEVEL = 75;
-constexpr float HARDNESS = 0.75f;
 
 // Time stands still, so that nothing stops for its budget.
 class CStillClock : public IClock {
@@ -30,15 +28,9 @@ CStillClock g_clock;
 TBrushParam ParamOf(int64_t nRadius) {
     TBrushParam param;
     param.BrushRadius = static_cast<uint32_t>(nRadius) * 2;
-    param.BlurLevel = BLUR_LEVEL;
+    param.BlurLevel = Recorded::BLUR_LEVEL;
     param.PressRadius = false;
     return param;
-}
-
-// Pixels between two stamps.
-double SpacingAt(int64_t nRadius) {
-    const auto uRadius = static_cast<uint32_t>(nRadius) << 13;
-    return SpacingOf(MakeStampShape(uRadius, BLUR_LEVEL, 1), BLUR_LEVEL, 1) / 8.0;
 }
 
 // A point that runs over the canvas and bounces from its edges.
@@ -70,7 +62,8 @@ void Dabs(benchmark::State& state, TBrushParam param, double dSpacing) {
 }
 
 void OurDabs(benchmark::State& state) {
-    Dabs<CRasterBrushStroke>(state, ParamOf(state.range(0)), SpacingAt(state.range(0)));
+    Dabs<CRasterBrushStroke>(state, ParamOf(state.range(0)),
+                             Recorded::SpacingAt(static_cast<uint32_t>(state.range(0))));
 }
 
 void PencilDabs(benchmark::State& state) {
@@ -88,7 +81,7 @@ TSurface MakeSurface(int nSide) {
 
 void MyPaintDabs(benchmark::State& state) {
     const TSurface spSurface = MakeSurface(SIDE);
-    const double dSpacing = SpacingAt(state.range(0));
+    const double dSpacing = Recorded::SpacingAt(static_cast<uint32_t>(state.range(0)));
     const auto fRadius = static_cast<float>(state.range(0));
     TRunner runner;
     int64_t nDabs = 0;
@@ -98,8 +91,8 @@ void MyPaintDabs(benchmark::State& state) {
         for (; dRest < STEP; dRest += dSpacing, ++nDabs) {
             runner.Go(dSpacing);
             mypaint_surface_draw_dab(spSurface.get(), static_cast<float>(runner.x),
-                                     static_cast<float>(runner.y), fRadius, 0, 0, 0, 1, HARDNESS, 1, 1, 0, 0,
-                                     0);
+                                     static_cast<float>(runner.y), fRadius, 0, 0, 0, 1, Recorded::HARDNESS, 1,
+                                     1, 0, 0, 0);
         }
         dRest -= STEP;
         MyPaintRectangle rc;
@@ -116,29 +109,17 @@ void FirstStamp(benchmark::State& state) {
     for (auto _ : state) CStampDisc(shape, nLostBits).Cut(vStamp.data(), 0, 0);
 }
 
-// A recorded stroke: 2,000 events of a hand that draws loops across the canvas with changing pressure.
-constexpr int EVENTS = 2000;
-constexpr int CANVAS = 4000;
-
-struct TEvent {
-    double x, y, dPressure;
-};
-
-TEvent EventAt(int n) {
-    const double t = n / 100.0;
-    return {300 + n * 1.6 + 250 * std::cos(t * 2.1),
-            2000 + 900 * std::sin(t * 0.37) + 300 * std::sin(t * 2.3), 0.55 + 0.45 * std::sin(t * 1.7)};
-}
-
 void OurStroke(benchmark::State& state) {
-    TBrushParam param = ParamOf(16);
+    TBrushParam param = ParamOf(Recorded::RADIUS);
     param.PressRadius = state.range(0) != 0;
     CStrokeRandom random;
     for (auto _ : state) {
-        CRasterBrushStroke stroke(
-            {.szCanvas = {CANVAS, CANVAS}, .param = param, .clock = g_clock, .random = random});
-        for (int n = 0; n < EVENTS; ++n) {
-            const TEvent event = EventAt(n);
+        CRasterBrushStroke stroke({.szCanvas = {Recorded::CANVAS, Recorded::CANVAS},
+                                   .param = param,
+                                   .clock = g_clock,
+                                   .random = random});
+        for (int n = 0; n < Recorded::EVENTS; ++n) {
+            const Recorded::TEvent event = Recorded::EventAt(n);
             stroke.AddCtlPoint({static_cast<int32_t>(event.x * 8), static_cast<int32_t>(event.y * 8)},
                                static_cast<uint32_t>(event.dPressure * 1024), 90);
             stroke.Update();
@@ -146,33 +127,6 @@ void OurStroke(benchmark::State& state) {
         stroke.AddCtlPoint({0, 0}, FINAL_PRESSURE, 90);
         stroke.Update();
     }
-}
-
-void MyPaintStroke(benchmark::State& state) {
-    MyPaintBrush* pBrush = mypaint_brush_new();
-    mypaint_brush_from_defaults(pBrush);
-    mypaint_brush_set_base_value(pBrush, MYPAINT_BRUSH_SETTING_RADIUS_LOGARITHMIC, std::log(16.0f));
-    mypaint_brush_set_base_value(pBrush, MYPAINT_BRUSH_SETTING_HARDNESS, HARDNESS);
-    // Dabs as dense as ours, or as the library would have them.
-    if (state.range(0)) {
-        const auto fDabs = static_cast<float>(16 / SpacingAt(16));
-        mypaint_brush_set_base_value(pBrush, MYPAINT_BRUSH_SETTING_DABS_PER_ACTUAL_RADIUS, fDabs);
-    }
-    const TSurface spSurface = MakeSurface(CANVAS);
-    for (auto _ : state) {
-        mypaint_brush_reset(pBrush);
-        mypaint_brush_new_stroke(pBrush);
-        for (int n = 0; n < EVENTS; ++n) {
-            const TEvent event = EventAt(n);
-            mypaint_surface_begin_atomic(spSurface.get());
-            mypaint_brush_stroke_to(pBrush, spSurface.get(), static_cast<float>(event.x),
-                                    static_cast<float>(event.y), static_cast<float>(event.dPressure), 0, 0,
-                                    n ? 0.005 : 10);
-            MyPaintRectangle rc;
-            mypaint_surface_end_atomic(spSurface.get(), &rc);
-        }
-    }
-    mypaint_brush_unref(pBrush);
 }
 
 } // namespace
@@ -189,7 +143,7 @@ BENCHMARK(OurStroke)
     ->Arg(0)
     ->Arg(1)
     ->Unit(benchmark::kMillisecond);
-BENCHMARK(MyPaintStroke)
+BENCHMARK(Recorded::MyPaintStroke)
     ->Name("2000 events/libmypaint/dense as ours")
     ->Arg(0)
     ->Arg(1)

@@ -201,6 +201,10 @@ void CQtCanvasWindow::SetFocus() {
 // application wants it.
 void CQtCanvasWindow::SetCapture(bool bCapture) { m_bCapture = bCapture; }
 
+void CQtCanvasWindow::LoseCapture() {
+    if (std::exchange(m_bCapture, false)) Post(EMessage::CaptureChanged, 0, 0);
+}
+
 void CQtCanvasWindow::SetCursor(ECursor cursor) { m_pView->ShowCursor(cursor); }
 
 CPoint CQtCanvasWindow::GetClientOrigin() const { return m_pView->GetClientOrigin(); }

@@ -48,6 +48,8 @@ public:
     QString GetMarkedTitle() const;
     CQtMenuSet& GetMenus() { return *m_pMenus; }
     void FocusView();
+    /// The pointer is another window's now.
+    void LoseCapture();
     /// Cuts the window off from its client without telling it: the session has broken off.
     void Abandon();
 

@@ -282,6 +282,13 @@ void CQtMainWindow::SizePanels() {
     }
     resizeDocks(lstDocks, lstWidths, Qt::Horizontal);
     resizeDocks(lstDocks, lstHeights, Qt::Vertical);
+    // The tabs may hold the last one to be the chosen one while they show the first: choosing it would do
+    // nothing, so another is chosen before.
+    for (CQtPanel* pPanel : m_vPanels) {
+        if (!pPanel->WasInFront()) continue;
+        for (QDockWidget* pDock : tabifiedDockWidgets(pPanel)) pDock->raise();
+        pPanel->raise();
+    }
 }
 
 CQtPanel* CQtMainWindow::FindPanelAt(const TPanelPlace& place, const CQtPanel* pExcept) const {
@@ -324,6 +331,14 @@ void CQtMainWindow::UpdateMark() {
     // Qt puts a maximised child's title into the frame's, with its place for the mark.
     const bool bShowsChild = m_pActive && m_pActive->isMaximized() && windowTitle().contains(TITLE_MARK);
     setWindowModified(bShowsChild && m_pActive->isWindowModified());
+}
+
+bool CQtMainWindow::event(QEvent* pEvent) {
+    // A modal window has opened: from now on it takes the pointer, whose button may be down over a canvas. No
+    // other event takes it: Qt gives a drag to its end to the window that it began in.
+    if (pEvent->type() == QEvent::WindowBlocked)
+        for (CQtCanvasWindow* pChild : m_vChildren) pChild->LoseCapture();
+    return QMainWindow::event(pEvent);
 }
 
 void CQtMainWindow::changeEvent(QEvent* pEvent) {

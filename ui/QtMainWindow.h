@@ -76,6 +76,7 @@ public:
     QMenu* createPopupMenu() override { return nullptr; }
 
 protected:
+    bool event(QEvent* pEvent) override;
     void changeEvent(QEvent* pEvent) override;
     void closeEvent(QCloseEvent* pEvent) override;
     void dragEnterEvent(QDragEnterEvent* pEvent) override;

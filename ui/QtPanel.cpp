@@ -192,6 +192,8 @@ TPanelPlace CQtPanel::GetPlace() const {
                      ? EPanelDock::Left
                      : EPanelDock::Right;
     place.rc = FromQt(GetScreenRect());
+    place.bFront =
+        !m_main.tabifiedDockWidgets(const_cast<CQtPanel*>(this)).isEmpty() && !visibleRegion().isEmpty();
     return place;
 }
 

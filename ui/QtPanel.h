@@ -40,6 +40,9 @@ public:
         return m_place.dock == place.dock && m_place.rc == place.rc;
     }
 
+    /// True when it was last put in front of its tabs.
+    bool WasInFront() const { return m_place.bShow && m_place.bFront; }
+
     QSize sizeHint() const override;
     bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
 

@@ -115,7 +115,7 @@ bool CCanvasFrame::HandleMessage(const TMessage& msg) {
         if (msg.wParam) {
             g_wpActiveFrame = shared_from_this();
             g_wpActiveView = boost::shared_ptr<IActiveView>(shared_from_this());
-            m_pWindow->Invalidate();
+            InvalidateAll();
         } else if (IsActive()) {
             g_wpActiveFrame.reset();
             g_wpActiveView.reset();
@@ -130,7 +130,8 @@ bool CCanvasFrame::HandleMessage(const TMessage& msg) {
 
 void CCanvasFrame::OnPaint(IPaintTarget& target, const CRect& rc) {
     Guarded([&] {
-        const CRect rcChanged = m_screen.Refresh(*m_spCanvas, m_view);
+        // The pen's events have brought the copy up to date already.
+        const CRect rcChanged = m_bScreenOld ? RefreshScreen() : CRect();
         CGDIBuffer* pBuffer = m_screen.GetBuffer();
         if (!pBuffer) return true;
         pBuffer = PaintOverlays(*pBuffer, rc);
@@ -174,16 +175,27 @@ bool CCanvasFrame::IsOnlyViewOfCanvas() const {
                          [&](const auto& spFrame) { return spFrame->m_spCanvas == m_spCanvas; }) <= 1;
 }
 
+CRect CCanvasFrame::RefreshScreen() {
+    const CRect rc = m_screen.Refresh(*m_spCanvas, m_view);
+    m_bScreenOld = false;
+    return rc;
+}
+
+void CCanvasFrame::InvalidateAll() {
+    m_bScreenOld = true;
+    if (m_pWindow) m_pWindow->Invalidate();
+}
+
 void CCanvasFrame::RequestRedraw() {
     RaiseRefresh();
-    const CRect rc = m_screen.Refresh(*m_spCanvas, m_view);
+    const CRect rc = RefreshScreen();
     if (!rc.IsEmpty()) m_pWindow->Invalidate(rc);
 }
 
 void CCanvasFrame::ScrollTo(CPoint ptScroll) {
     m_view.ScrollTo(ptScroll);
     UpdateScrollBars();
-    m_pWindow->Invalidate();
+    InvalidateAll();
 }
 
 bool CCanvasFrame::OnClose() {
@@ -258,7 +270,7 @@ void CCanvasFrame::OnUndoRedo(int nId) {
     else
         m_spCanvas->GetHistory().Redo();
     RaiseRefresh();
-    m_pWindow->Invalidate();
+    InvalidateAll();
 }
 
 void CCanvasFrame::OnTreeCommand(int nId) {
@@ -266,7 +278,7 @@ void CCanvasFrame::OnTreeCommand(int nId) {
     if (!DoLayerCommand(m_spCanvas, nId)) return;
     PostToMainFrame(WM_REFRESH_LAYERS);
     RaiseRefresh();
-    m_pWindow->Invalidate();
+    InvalidateAll();
 }
 
 void CCanvasFrame::OnFileSave(int nId) {
@@ -305,7 +317,7 @@ void CCanvasFrame::ApplyView(const TViewState& view) {
     m_view.Apply(view, m_pWindow->GetClientSize());
     UpdateScrollBars();
     m_screen.Drop();
-    m_pWindow->Invalidate();
+    InvalidateAll();
     PostToMainFrame(WM_REFRESH_SCALE);
 }
 
@@ -323,7 +335,7 @@ void CCanvasFrame::UpdateScrollBars() {
 void CCanvasFrame::OnScroll(bool bVertical, int32_t nOffset) {
     const CPoint ptScroll = m_view.GetScroll();
     m_view.ScrollTo(bVertical ? CPoint{ptScroll.x, nOffset} : CPoint{nOffset, ptScroll.y});
-    m_pWindow->Invalidate();
+    InvalidateAll();
 }
 
 void CCanvasFrame::OnSelectionTimer() {
@@ -341,5 +353,5 @@ void CCanvasFrame::OnTimer(int nId) {
     // Only the frame that was worked in repaints at once; the canvas's other views follow here.
     m_bNeedsRefresh = false;
     for (const auto& spFrame : g_lstCanvasFrame)
-        if (spFrame->m_spCanvas == m_spCanvas && spFrame->m_pWindow) spFrame->m_pWindow->Invalidate();
+        if (spFrame->m_spCanvas == m_spCanvas) spFrame->InvalidateAll();
 }

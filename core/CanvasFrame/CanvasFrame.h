@@ -45,8 +45,10 @@ public:
     void UpdateTitle();
     /// The title's mark from the document's state.
     void UpdateModified();
-    /// Raises the repaint flag, by which other views of the canvas follow on the timer.
-    void RaiseRefresh() { m_bNeedsRefresh = true; }
+    /// The canvas has changed: what is shown of it is old, and its other views follow on the timer.
+    void RaiseRefresh() { m_bNeedsRefresh = m_bScreenOld = true; }
+    /// Paints everything anew, whatever has changed.
+    void InvalidateAll();
 
     ICanvasWindow& GetInputWindow() override { return *m_pWindow; }
     CCanvasView& GetInputView() override { return m_view; }
@@ -69,6 +71,7 @@ private:
     void OnUndoRedo(int nId);
     void OnTreeCommand(int nId);
     void OnScroll(bool bVertical, int32_t nOffset);
+    CRect RefreshScreen();
     void UpdateScrollBars();
     bool IsOnlyViewOfCanvas() const;
 
@@ -80,6 +83,7 @@ private:
     std::unique_ptr<CGDIBuffer> m_pOverlaid; ///< the screen copy with what lies over it, where it was painted
     CRect m_rcSelectionDirty;                ///< where dashes were painted that the next timer must take away
     bool m_bNeedsRefresh = false;
+    bool m_bScreenOld = true;      ///< canvas or view may have changed since the copy was refreshed
     bool m_bShownModified = false; ///< the title's mark
     bool m_bApplying = false;      ///< ApplyView runs
 };

@@ -188,7 +188,7 @@ bool CMainFrame::SwitchTool(int nId) {
     g_wpActiveTool = spTool;
     PostToMainFrame(WM_REFRESH_TOOL);
     const auto spFrame = g_wpActiveFrame.lock();
-    if (spFrame && spFrame->GetWindow()) spFrame->GetWindow()->Invalidate();
+    if (spFrame) spFrame->InvalidateAll();
     return true;
 }
 
@@ -254,6 +254,5 @@ void CMainFrame::OnUpdateScale() {
 }
 
 void CMainFrame::InvalidateFrames() {
-    for (const auto& spFrame : g_lstCanvasFrame)
-        if (spFrame->GetWindow()) spFrame->GetWindow()->Invalidate();
+    for (const auto& spFrame : g_lstCanvasFrame) spFrame->InvalidateAll();
 }

@@ -16,7 +16,7 @@ boost::shared_ptr<CIniConfigData> OpenSection(const std::wstring& strName) {
 }
 
 bool operator==(const TPanelPlace& a, const TPanelPlace& b) {
-    return a.dock == b.dock && a.rc == b.rc && a.bShow == b.bShow;
+    return a.dock == b.dock && a.rc == b.rc && a.bShow == b.bShow && a.bFront == b.bFront;
 }
 
 } // namespace
@@ -25,7 +25,8 @@ TPanelPlace CPanel::ReadPlace(const TPanelPlace& placeFirst) const {
     const auto spSection = OpenSection(m_strName);
     const int nDock = std::clamp(spSection->GetInt(L"Dock", static_cast<int>(placeFirst.dock)), 0, 2);
     return {static_cast<EPanelDock>(nDock), ReadPlacement(m_strName, placeFirst.rc),
-            spSection->GetInt(L"IsShow", placeFirst.bShow) != 0};
+            spSection->GetInt(L"IsShow", placeFirst.bShow) != 0,
+            spSection->GetInt(L"Front", placeFirst.bFront) != 0};
 }
 
 void CPanel::Create(IMainWindow& parent, const TPanelPlace& placeFirst) {
@@ -45,7 +46,8 @@ void CPanel::KeepPlace() {
     const TPanelPlace place = m_pWindow->GetPlace();
     if (place == m_placeRead) return;
     WritePlacement(m_strName, place.rc);
-    OpenSection(m_strName)->SetInts({{L"IsShow", place.bShow}, {L"Dock", static_cast<int>(place.dock)}});
+    OpenSection(m_strName)->SetInts(
+        {{L"IsShow", place.bShow}, {L"Dock", static_cast<int>(place.dock)}, {L"Front", place.bFront}});
 }
 
 void CPanel::Close() {

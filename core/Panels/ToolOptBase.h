@@ -8,11 +8,12 @@
 #include <boost/shared_ptr.hpp>
 #include <boost/weak_ptr.hpp>
 
+#include <string>
 #include <vector>
 
 /// One row of a combo and the value that it stands for.
 struct TOptRow {
-    const wchar_t* pszText;
+    std::wstring strText;
     int nValue;
 };
 

@@ -7,6 +7,7 @@
 #include <boost/pointer_cast.hpp>
 
 #include <algorithm>
+#include <initializer_list>
 #include <utility>
 
 namespace {
@@ -57,19 +58,69 @@ void Set(CRasterBrushBase& tool, int nValue) {
         set(tool.GetFreehand().*Field);
 }
 
-const std::vector<TOptRow>& LengthRows() {
-    static const std::vector<TOptRow> s_vRows{{L"短", 0}, {L"中", 1}, {L"長", 2}};
-    return s_vRows;
+// Rows that show their values, 0 as none.
+std::vector<TOptRow> Numbers(std::initializer_list<int> lstValues, const wchar_t* pszUnit = L"") {
+    std::vector<TOptRow> vRows;
+    for (const int n : lstValues) vRows.push_back({n ? std::to_wstring(n) + pszUnit : L"なし", n});
+    return vRows;
+}
+
+// Rows whose values are their numbers from 0 on.
+std::vector<TOptRow> Texts(std::initializer_list<const wchar_t*> lstTexts) {
+    std::vector<TOptRow> vRows;
+    for (const wchar_t* pszText : lstTexts) vRows.push_back({pszText, static_cast<int>(vRows.size())});
+    return vRows;
+}
+
+struct TCombo {
+    int nId;
+    const wchar_t* pszLabel;
+    std::vector<TOptRow> vRows;
+    int (*fnGet)(CRasterBrushBase& tool);
+    void (*fnSet)(CRasterBrushBase& tool, int nValue);
+};
+
+template <auto Field>
+TCombo Combo(int nId, const wchar_t* pszLabel, std::vector<TOptRow> vRows) {
+    return {nId, pszLabel, std::move(vRows), Get<Field>, Set<Field>};
+}
+
+// Every combo of the panes.
+const TCombo& ComboOf(int nId) {
+    using P = TBrushParam;
+    using F = TFreehandParam;
+    static const std::vector<TCombo> s_vCombos{
+        Combo<&P::WaveSmooth>(OPT_WAVE_SMOOTH, L"ブレ細かさ", Numbers({1, 2, 3, 4, 6, 8, 12, 16})),
+        Combo<&P::WaveDistMin>(OPT_WAVE_MIN, L"ブレ(細線)", Numbers({0, 1, 2, 3, 4, 6, 8, 12, 16, 24, 32})),
+        Combo<&P::WaveDistMax>(OPT_WAVE_MAX, L"ブレ(太線)", Numbers({0, 1, 2, 3, 4, 5, 6, 8, 12})),
+        Combo<&P::CurveStrength>(OPT_CURVE, L"補完強度", Numbers({0, 1, 2, 3, 4, 6, 8, 12, 16, 24})),
+        Combo<&F::m_uStrokeIn>(OPT_STROKE_IN, L"入りの長さ", Texts({L"短", L"中", L"長"})),
+        Combo<&F::m_uStrokeOut>(OPT_STROKE_OUT, L"抜きの長さ", Texts({L"短", L"中", L"長"})),
+        Combo<&P::Spray>(OPT_SPRAY, L"線の荒さ", Numbers({0, 10, 20, 30, 50, 75, 100, 150, 200}, L"%")),
+        Combo<&P::AltitParam>(OPT_ALTITUDE, L"傾き感度",
+                              {{L"1", 1}, {L"2", 2}, {L"3", 3}, {L"4", 4}, {L"5", 5}, {L"無効", 0}}),
+        Combo<&P::PaperRoughness>(OPT_PAPER, L"紙の粗さ",
+                                  Texts({L"1", L"2", L"3", L"4", L"5", L"6", L"7", L"8"})),
+        Combo<&P::PencilHardness>(OPT_HARDNESS, L"芯の硬さ", Texts({L"1 軟", L"2", L"3", L"4", L"5 硬"})),
+        Combo<&P::PencilTexture>(OPT_TEXTURE, L"テクスチャ",
+                                 Texts({L"なし", L"細かい", L"荒い", L"さらに荒い"})),
+    };
+    const auto it = std::ranges::find(s_vCombos, nId, &TCombo::nId);
+    SELF_CHECK(defect_logic, it != s_vCombos.end());
+    return *it;
 }
 
 } // namespace
 
-void CToolOptFreehand::AddCombo(const wchar_t* pszLabel, const TBinding& binding) {
-    TPanelControl control{
-        .kind = TPanelControl::EKind::Combo, .nId = m_nFirstId + binding.nId, .strLabel = pszLabel};
-    for (const TOptRow& row : binding.vRows) control.vRows.push_back(row.pszText);
-    m_vControls.push_back(std::move(control));
-    m_vBindings.push_back(binding);
+void CToolOptFreehand::AddCombos(std::initializer_list<int> lstIds) {
+    for (const int nId : lstIds) {
+        const TCombo& combo = ComboOf(nId);
+        TPanelControl control{
+            .kind = TPanelControl::EKind::Combo, .nId = m_nFirstId + nId, .strLabel = combo.pszLabel};
+        for (const TOptRow& row : combo.vRows) control.vRows.push_back(row.strText);
+        m_vControls.push_back(std::move(control));
+        m_vBindings.push_back({nId, combo.vRows, combo.fnGet, combo.fnSet});
+    }
 }
 
 void CToolOptFreehand::AddCheck(const wchar_t* pszLabel, const wchar_t* pszText, const TBinding& binding,
@@ -80,60 +131,6 @@ void CToolOptFreehand::AddCheck(const wchar_t* pszLabel, const wchar_t* pszText,
                            .strText = pszText,
                            .bSameLine = bSameLine});
     m_vBindings.push_back(binding);
-}
-
-void CToolOptFreehand::AddWobble() {
-    AddCombo(L"ブレ細かさ",
-             {OPT_WAVE_SMOOTH,
-              {{L"1", 1}, {L"2", 2}, {L"3", 3}, {L"4", 4}, {L"6", 6}, {L"8", 8}, {L"12", 12}, {L"16", 16}},
-              Get<&TBrushParam::WaveSmooth>,
-              Set<&TBrushParam::WaveSmooth>});
-    AddCombo(L"ブレ(細線)", {OPT_WAVE_MIN,
-                             {{L"なし", 0},
-                              {L"1", 1},
-                              {L"2", 2},
-                              {L"3", 3},
-                              {L"4", 4},
-                              {L"6", 6},
-                              {L"8", 8},
-                              {L"12", 12},
-                              {L"16", 16},
-                              {L"24", 24},
-                              {L"32", 32}},
-                             Get<&TBrushParam::WaveDistMin>,
-                             Set<&TBrushParam::WaveDistMin>});
-    AddCombo(L"ブレ(太線)", {OPT_WAVE_MAX,
-                             {{L"なし", 0},
-                              {L"1", 1},
-                              {L"2", 2},
-                              {L"3", 3},
-                              {L"4", 4},
-                              {L"5", 5},
-                              {L"6", 6},
-                              {L"8", 8},
-                              {L"12", 12}},
-                             Get<&TBrushParam::WaveDistMax>,
-                             Set<&TBrushParam::WaveDistMax>});
-}
-
-void CToolOptFreehand::AddLine() {
-    AddCombo(L"補完強度", {OPT_CURVE,
-                           {{L"なし", 0},
-                            {L"1", 1},
-                            {L"2", 2},
-                            {L"3", 3},
-                            {L"4", 4},
-                            {L"6", 6},
-                            {L"8", 8},
-                            {L"12", 12},
-                            {L"16", 16},
-                            {L"24", 24}},
-                           Get<&TBrushParam::CurveStrength>,
-                           Set<&TBrushParam::CurveStrength>});
-    AddCombo(L"入りの長さ", {OPT_STROKE_IN, LengthRows(), Get<&TFreehandParam::m_uStrokeIn>,
-                             Set<&TFreehandParam::m_uStrokeIn>});
-    AddCombo(L"抜きの長さ", {OPT_STROKE_OUT, LengthRows(), Get<&TFreehandParam::m_uStrokeOut>,
-                             Set<&TFreehandParam::m_uStrokeOut>});
 }
 
 void CToolOptFreehand::AddPressure() {
@@ -211,48 +208,20 @@ void CToolOptFreehand::OnControl(const TPanelControl& control) {
 CToolOptRasterBrush::CToolOptRasterBrush()
     : CToolOptFreehand(1100, L"RefreshView: CRasterBrushBase not found") {
     AddPressure();
-    AddLine();
+    AddCombos({OPT_CURVE, OPT_STROKE_IN, OPT_STROKE_OUT});
     AddSlow();
-    AddCombo(L"線の荒さ", {OPT_SPRAY,
-                           {{L"なし", 0},
-                            {L"10%", 10},
-                            {L"20%", 20},
-                            {L"30%", 30},
-                            {L"50%", 50},
-                            {L"75%", 75},
-                            {L"100%", 100},
-                            {L"150%", 150},
-                            {L"200%", 200}},
-                           Get<&TBrushParam::Spray>,
-                           Set<&TBrushParam::Spray>});
+    AddCombos({OPT_SPRAY});
     AddCheck(L"", L"ぶれ",
              {OPT_WAVE_ENABLE, {}, Get<&TBrushParam::WaveEnable>, Set<&TBrushParam::WaveEnable>});
-    AddWobble();
+    AddCombos({OPT_WAVE_SMOOTH, OPT_WAVE_MIN, OPT_WAVE_MAX});
 }
 
 CToolOptRasterPencil::CToolOptRasterPencil()
     : CToolOptFreehand(1140, L"RefreshView: CRasterPencil not found") {
     AddPressure();
-    AddCombo(L"傾き感度", {OPT_ALTITUDE,
-                           {{L"1", 1}, {L"2", 2}, {L"3", 3}, {L"4", 4}, {L"5", 5}, {L"無効", 0}},
-                           Get<&TBrushParam::AltitParam>,
-                           Set<&TBrushParam::AltitParam>});
-    AddCombo(L"紙の粗さ",
-             {OPT_PAPER,
-              {{L"1", 0}, {L"2", 1}, {L"3", 2}, {L"4", 3}, {L"5", 4}, {L"6", 5}, {L"7", 6}, {L"8", 7}},
-              Get<&TBrushParam::PaperRoughness>,
-              Set<&TBrushParam::PaperRoughness>});
-    AddCombo(L"芯の硬さ", {OPT_HARDNESS,
-                           {{L"1 軟", 0}, {L"2", 1}, {L"3", 2}, {L"4", 3}, {L"5 硬", 4}},
-                           Get<&TBrushParam::PencilHardness>,
-                           Set<&TBrushParam::PencilHardness>});
-    AddCombo(L"テクスチャ", {OPT_TEXTURE,
-                             {{L"なし", 0}, {L"細かい", 1}, {L"荒い", 2}, {L"さらに荒い", 3}},
-                             Get<&TBrushParam::PencilTexture>,
-                             Set<&TBrushParam::PencilTexture>});
-    AddLine();
+    AddCombos({OPT_ALTITUDE, OPT_PAPER, OPT_HARDNESS, OPT_TEXTURE, OPT_CURVE, OPT_STROKE_IN, OPT_STROKE_OUT});
     AddSlow();
-    AddWobble();
+    AddCombos({OPT_WAVE_SMOOTH, OPT_WAVE_MIN, OPT_WAVE_MAX});
     AddCheck(L"", L"ブレ効果強調",
              {OPT_ANTI_SPLIT, {}, Get<&TBrushParam::AntiSplit>, Set<&TBrushParam::AntiSplit>});
 }

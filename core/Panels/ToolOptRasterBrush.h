@@ -3,6 +3,8 @@
 
 #include "core/Panels/ToolOptBase.h"
 
+#include <initializer_list>
+
 /// What both panes are made from: combos and checks, each bound to a field of the tool.
 class CToolOptFreehand : public CToolOptBase {
 public:
@@ -22,11 +24,10 @@ protected:
     CToolOptFreehand(int nFirstId, const wchar_t* pszFailure)
         : m_nFirstId(nFirstId), m_pszFailure(pszFailure) {}
 
-    void AddCombo(const wchar_t* pszLabel, const TBinding& binding);
+    /// Adds the combos of these numbers within a pane.
+    void AddCombos(std::initializer_list<int> lstIds);
     void AddCheck(const wchar_t* pszLabel, const wchar_t* pszText, const TBinding& binding,
                   bool bSameLine = false);
-    void AddWobble();
-    void AddLine();
     void AddPressure();
     void AddSlow();
 

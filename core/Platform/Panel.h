@@ -66,6 +66,7 @@ struct TPanelPlace {
     EPanelDock dock = EPanelDock::Float;
     CRect rc; ///< on the screen, frame included
     bool bShow = true;
+    bool bFront = false; ///< of those behind tabs it is the one that is seen
 };
 
 /// What a new panel shows. Views outlive the window.
@@ -83,6 +84,7 @@ public:
     /// Panels that are docked at one side are placed in their order from the top.
     virtual void SetPlace(const TPanelPlace& place) = 0;
     virtual bool IsShown() const = 0;
+    /// A panel that is shown comes to the front of its tabs.
     virtual void ShowPanel(bool bShow) = 0;
     /// Brings the controls up to date, in the setup's order; posts nothing. Views are painted again.
     virtual void SetControls(const std::vector<TPanelControl>& vControls) = 0;

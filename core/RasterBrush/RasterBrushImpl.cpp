@@ -20,7 +20,7 @@ CRasterBrushImpl::CRasterBrushImpl(const TToolOutside& outside, const std::wstri
     m_freehand.m_uStrokeOut = static_cast<uint32_t>(std::clamp(spSection->GetInt(L"StrokeOut", 1), 0, 2));
     m_freehand.m_clrBrush = static_cast<TColor>(spSection->GetInt(L"BrushColor", 0)) & 0xFFFFFF;
     m_freehand.m_clrBack = static_cast<TColor>(spSection->GetInt(L"BackColor", 0xFFFFFF)) & 0xFFFFFF;
-    m_freehand.m_uSlowSmooth = static_cast<uint32_t>(std::clamp(spSection->GetInt(L"SlowSmooth", 0), 0, 255));
+    m_freehand.m_uSlowSmooth = static_cast<uint32_t>(std::clamp(spSection->GetInt(L"SlowSmooth", 0), 0, 12));
     m_freehand.m_bSlowScale = spSection->GetInt(L"SlowScale", 0) != 0;
     m_paramRead = m_param;
     m_freehandRead = m_freehand;

@@ -33,10 +33,19 @@ void Falloff(uint16_t* pCells, size_t nFirst, size_t nCount, size_t nRow, const 
     }
 }
 
+void FalloffPiece(uint16_t* pCells, size_t nFirst, size_t nCount, size_t nRow, const TFalloff& falloff,
+                  const TFalloffPiece&) {
+    Falloff(pCells, nFirst, nCount, nRow, falloff);
+}
+
+void AddCells(uint32_t* pSums, const uint16_t* pCells, size_t nCount) {
+    for (size_t n = 0; n < nCount; ++n) pSums[n] += pCells[n];
+}
+
 } // namespace
 
 const TStampKernels& PlainStampKernels() {
-    static constexpr TStampKernels kernels{Accumulate, Falloff};
+    static constexpr TStampKernels kernels{Accumulate, Falloff, FalloffPiece, AddCells};
     return kernels;
 }
 

@@ -2,6 +2,7 @@
 // value; all forms give the same values.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 
@@ -21,6 +22,21 @@ struct TFalloff {
     double dFactor; ///< negative
 };
 
+/// A stretch of a bell curve by the squared distance s, in squares of half cells: with t = (s - nCentre) *
+/// fScale, of -1 to 1, the cells are nBase plus the terms' sum (term k times t^k), good to MAX_PIECE_ERROR
+/// while the terms sum up to MAX_PIECE_SPAN at most.
+struct TFalloffPiece {
+    static constexpr size_t TERMS = 5;
+    int32_t nCentre;
+    float fScale;
+    int32_t nBase;
+    std::array<float, TERMS> afTerms;
+};
+constexpr double MAX_PIECE_SPAN = 1024;
+constexpr float MAX_PIECE_ERROR = 0x1p-10f;
+/// Cells beyond the last that pFalloffPiece may write to.
+constexpr size_t CELL_MARGIN = 16;
+
 struct TStampKernels {
     /// With lim = uAlpha * 257, where dst is below lim:
     ///   dst = min(lim, uAlpha * src / 255 + dst - dst * src / 65535), every division truncating
@@ -29,6 +45,12 @@ struct TStampKernels {
     /// Cells `nFirst` to `nFirst + nCount - 1` of the row `nRow` cells below the centre, taken at the cells'
     /// middles and written to `pCells` on: 0 to 65535, rounded. All distances are at least dInner.
     void (*pFalloff)(uint16_t* pCells, size_t nFirst, size_t nCount, size_t nRow, const TFalloff& falloff);
+    /// The same cells where `piece` describes the bell curve, as far as it is good for their rounding. Up to
+    /// CELL_MARGIN cells behind them take any value.
+    void (*pFalloffPiece)(uint16_t* pCells, size_t nFirst, size_t nCount, size_t nRow,
+                          const TFalloff& falloff, const TFalloffPiece& piece);
+    /// Adds cells to sums.
+    void (*pAddCells)(uint32_t* pSums, const uint16_t* pCells, size_t nCount);
 };
 
 /// The definitions.

@@ -3,7 +3,9 @@
 // Accumulation stays within 16-bit lanes: x * y / 65535 is the high half of the product, and one more where
 // the low half does not lie below the high one's complement; and uAlpha * src / 255 is src * lim / 65535. The
 // test for a destination at its limit becomes a maximum, because below the limit the sum never falls.
-// The profile is the definition's arithmetic in the definition's order, without fused operations.
+// The profile is the definition's arithmetic in the definition's order, without fused operations. Its pieces
+// are evaluated in single precision, fused or not: a vector in which some value lies so near the middle
+// between two integers that the error could round it to the wrong one is done again by the definition.
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "core/RasterKernel/VectorStampKernels.cpp"
 #include <hwy/foreach_target.h>
@@ -108,8 +110,51 @@ void Falloff(uint16_t* pCells, size_t nFirst, size_t nCount, size_t nRow, const 
     PlainStampKernels().pFalloff(pCells + n, nFirst + n, nCount - n, nRow, falloff);
 }
 
+void FalloffPiece(uint16_t* pCells, size_t nFirst, size_t nCount, size_t nRow, const TFalloff& falloff,
+                  const TFalloffPiece& piece) {
+    const hn::CappedTag<float, CELL_MARGIN> d;
+    const hn::RebindToSigned<decltype(d)> dInt;
+    const hn::Rebind<uint16_t, decltype(d)> dCell;
+    const size_t nStep = hn::Lanes(d);
+    const auto scale = hn::Set(d, piece.fScale);
+    const auto base = hn::Set(dInt, piece.nBase);
+    const auto safe = hn::Set(d, 0.5f - MAX_PIECE_ERROR);
+    const auto y = static_cast<int32_t>(2 * nRow + 1);
+    const auto x = hn::Add(hn::ShiftLeft<1>(hn::Iota(dInt, static_cast<int32_t>(nFirst))), hn::Set(dInt, 1));
+    // Squares by their differences: (x + 2m)^2 - x^2 is 4m(x + m).
+    const auto m = static_cast<int32_t>(nStep);
+    auto u = hn::Add(hn::Mul(x, x), hn::Set(dInt, y * y - piece.nCentre));
+    auto du = hn::Mul(hn::Add(x, hn::Set(dInt, m)), hn::Set(dInt, 4 * m));
+    const auto ddu = hn::Set(dInt, 8 * m * m);
+    for (size_t n = 0; n < nCount; n += nStep) {
+        const auto t = hn::Mul(hn::ConvertTo(d, u), scale);
+        auto v = hn::Set(d, piece.afTerms[TFalloffPiece::TERMS - 1]);
+        for (size_t k = TFalloffPiece::TERMS - 1; k-- > 0;)
+            v = hn::MulAdd(v, t, hn::Set(d, piece.afTerms[k]));
+        const auto whole = hn::NearestInt(v);
+        const auto off = hn::Abs(hn::Sub(v, hn::ConvertTo(d, whole)));
+        if (HWY_LIKELY(hn::AllTrue(d, hn::Lt(off, safe))))
+            hn::StoreU(hn::DemoteTo(dCell, hn::Add(whole, base)), dCell, pCells + n);
+        else
+            Falloff(pCells + n, nFirst + n, nStep, nRow, falloff);
+        u = hn::Add(u, du);
+        du = hn::Add(du, ddu);
+    }
+}
+
+void AddCells(uint32_t* pSums, const uint16_t* pCells, size_t nCount) {
+    const hn::ScalableTag<uint32_t> d;
+    const hn::Rebind<uint16_t, decltype(d)> dCell;
+    const size_t nStep = hn::Lanes(d);
+    size_t n = 0;
+    for (; n + nStep <= nCount; n += nStep)
+        hn::StoreU(hn::Add(hn::LoadU(d, pSums + n), hn::PromoteTo(d, hn::LoadU(dCell, pCells + n))), d,
+                   pSums + n);
+    PlainStampKernels().pAddCells(pSums + n, pCells + n, nCount - n);
+}
+
 const TStampKernels* GetStampKernels() {
-    static constexpr TStampKernels kernels{Accumulate, Falloff};
+    static constexpr TStampKernels kernels{Accumulate, Falloff, FalloffPiece, AddCells};
     return &kernels;
 }
 

@@ -8,36 +8,35 @@ namespace {
 
 constexpr int32_t ANY_BYTE = 255;
 constexpr int32_t PERCENT = 100;
-constexpr int32_t MAX_SCATTER = 1000;
 
-// Calls `fn(key, field, largest value)` for every field.
+// Calls `fn(key, field, smallest value, largest value)` for every field, with the limits of its control.
 template <class Param, class Function>
 void ForEachField(Param& p, Function fn) {
-    fn(L"WaveSmooth", p.WaveSmooth, ANY_BYTE);
-    fn(L"WaveDistMin", p.WaveDistMin, MAX_SCATTER);
-    fn(L"WaveDistMax", p.WaveDistMax, MAX_SCATTER);
-    fn(L"WaveEnable", p.WaveEnable, 1);
-    fn(L"CurveStrength", p.CurveStrength, ANY_BYTE);
-    fn(L"BrushRadius", p.BrushRadius, static_cast<int32_t>(MAX_BRUSH_RADIUS));
-    fn(L"BrushAlpha", p.BrushAlpha, ANY_BYTE);
-    fn(L"BlurLevel", p.BlurLevel, PERCENT);
-    fn(L"PressRadius", p.PressRadius, 1);
-    fn(L"PressAlpha", p.PressAlpha, 1);
-    fn(L"AvailInput", p.AvailInput, PERCENT);
-    fn(L"AvailAlpha", p.AvailAlpha, PERCENT);
-    fn(L"MinRadiusRate", p.MinRadiusRate, PERCENT);
-    fn(L"MinAlphaRate", p.MinAlphaRate, PERCENT);
-    fn(L"PressCurve1x", p.PressCurve1x, PERCENT);
-    fn(L"PressCurve1y", p.PressCurve1y, PERCENT);
-    fn(L"PressCurve2x", p.PressCurve2x, PERCENT);
-    fn(L"PressCurve2y", p.PressCurve2y, PERCENT);
-    fn(L"Spray", p.Spray, MAX_SCATTER);
-    fn(L"AltitParam", p.AltitParam, 5);
-    fn(L"PaperRoughness", p.PaperRoughness, 7);
-    fn(L"PencilHardness", p.PencilHardness, 4);
-    fn(L"PencilTexture", p.PencilTexture, 3);
-    fn(L"Preset", p.Preset, ANY_BYTE);
-    fn(L"AntiSplit", p.AntiSplit, 1);
+    fn(L"WaveSmooth", p.WaveSmooth, 1, 16);
+    fn(L"WaveDistMin", p.WaveDistMin, 0, 32);
+    fn(L"WaveDistMax", p.WaveDistMax, 0, 12);
+    fn(L"WaveEnable", p.WaveEnable, 0, 1);
+    fn(L"CurveStrength", p.CurveStrength, 0, 24);
+    fn(L"BrushRadius", p.BrushRadius, 1, static_cast<int32_t>(MAX_BRUSH_RADIUS));
+    fn(L"BrushAlpha", p.BrushAlpha, 0, ANY_BYTE);
+    fn(L"BlurLevel", p.BlurLevel, 0, PERCENT);
+    fn(L"PressRadius", p.PressRadius, 0, 1);
+    fn(L"PressAlpha", p.PressAlpha, 0, 1);
+    fn(L"AvailInput", p.AvailInput, 0, PERCENT);
+    fn(L"AvailAlpha", p.AvailAlpha, 0, PERCENT);
+    fn(L"MinRadiusRate", p.MinRadiusRate, 0, PERCENT);
+    fn(L"MinAlphaRate", p.MinAlphaRate, 0, PERCENT);
+    fn(L"PressCurve1x", p.PressCurve1x, 0, PERCENT);
+    fn(L"PressCurve1y", p.PressCurve1y, 0, PERCENT);
+    fn(L"PressCurve2x", p.PressCurve2x, 0, PERCENT);
+    fn(L"PressCurve2y", p.PressCurve2y, 0, PERCENT);
+    fn(L"Spray", p.Spray, 0, 200);
+    fn(L"AltitParam", p.AltitParam, 0, 5);
+    fn(L"PaperRoughness", p.PaperRoughness, 0, 7);
+    fn(L"PencilHardness", p.PencilHardness, 0, 4);
+    fn(L"PencilTexture", p.PencilTexture, 0, 3);
+    fn(L"Preset", p.Preset, 0, ANY_BYTE);
+    fn(L"AntiSplit", p.AntiSplit, 0, 1);
 }
 
 boost::shared_ptr<CIniConfigData> SectionOf(CIniConfig& config, const std::wstring& strTool) {
@@ -49,9 +48,9 @@ boost::shared_ptr<CIniConfigData> SectionOf(CIniConfig& config, const std::wstri
 TBrushParam ReadBrushParam(CIniConfig& config, const std::wstring& strTool) {
     const auto spSection = SectionOf(config, strTool);
     TBrushParam param;
-    ForEachField(param, [&](const wchar_t* pszKey, auto& field, int32_t nMax) {
+    ForEachField(param, [&](const wchar_t* pszKey, auto& field, int32_t nMin, int32_t nMax) {
         const int32_t n = spSection->GetInt(pszKey, static_cast<int32_t>(field));
-        field = static_cast<std::remove_reference_t<decltype(field)>>(std::clamp(n, 0, nMax));
+        field = static_cast<std::remove_reference_t<decltype(field)>>(std::clamp(n, nMin, nMax));
     });
     param.Preset = 0;
     return param;
@@ -59,7 +58,7 @@ TBrushParam ReadBrushParam(CIniConfig& config, const std::wstring& strTool) {
 
 void WriteBrushParam(CIniConfig& config, const std::wstring& strTool, const TBrushParam& param) {
     const auto spSection = SectionOf(config, strTool);
-    ForEachField(param, [&](const wchar_t* pszKey, const auto& field, int32_t) {
+    ForEachField(param, [&](const wchar_t* pszKey, const auto& field, int32_t, int32_t) {
         spSection->SetInt(pszKey, static_cast<int32_t>(field));
     });
 }

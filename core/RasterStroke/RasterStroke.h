@@ -51,6 +51,8 @@ public:
     CAlphaBufferBase& GetDisplay() { return m_spPredict ? *m_spPredict : *m_spMain; }
     const std::wstring& GetName() const { return m_strName; }
     const TBrushParam& GetParam() const { return m_param; }
+    /// The points added, faded in.
+    const std::vector<TCtlPoint>& GetPoints() const { return m_vCtl; }
     /// As the free function, with this stroke's parameters.
     void EvaluatePressure(uint32_t& uRadius, uint8_t& byAlpha, uint32_t pressure, int nScale) const;
 

@@ -3,10 +3,12 @@
 // boxes can have, modulo 2^32: a box's own sum fits.
 //
 // A disc is symmetric in eight directions. A sum with a corner in another quarter is the first quarter's with
-// another sign; and a row of the quarter needs only the cells from the diagonal on, because those before it
-// have been met as a column.
+// another sign; and of the quarter's rows only the cells from the diagonal on are needed. They are summed
+// column by column: right of the diagonal such a sum has all the cells above a row of corners, and what lies
+// left of it is a square, which grows by twice a column and a cell on the diagonal.
 #include "core/RasterStroke/StampDisc.h"
 
+#include "core/RasterKernel/StampKernel.h"
 #include "core/RasterStroke/StampGenerator.h"
 
 #include <algorithm>
@@ -33,30 +35,26 @@ void CStampDisc::MakeSums() {
     // The last corner has the whole disc before it.
     m_nSide = (nCells + nStep - 1) / nStep + 1;
     m_vSums.assign(m_nSide * m_nSide, 0);
-    std::vector<uint16_t> vCells(nCells);
-    std::vector<uint32_t> vColumns(nCells);  // the cells above the diagonal, column by column
-    std::vector<uint32_t> vCorners(m_nSide); // the sums up to the present row
+    std::vector<uint16_t> vCells(nCells + CELL_MARGIN);
+    std::vector<uint32_t> vColumns(nCells); // the cells above the diagonal, column by column
+    uint32_t uSquare = 0;                   // the cells before the row and before its diagonal
     for (size_t nRow = 0, nCorner = 0; nCorner < m_nSide; ++nRow) {
         if (nRow == nCorner * nStep + nFirst) {
-            for (size_t k = nCorner; k < m_nSide; ++k)
-                m_vSums[nCorner * m_nSide + k] = m_vSums[k * m_nSide + nCorner] = vCorners[k];
+            uint32_t uSum = uSquare;
+            for (size_t k = nCorner, n = nRow; k < m_nSide; ++k) {
+                for (const size_t nTo = std::min(k * nStep + nFirst, nCells); n < nTo; ++n)
+                    uSum += vColumns[n];
+                m_vSums[nCorner * m_nSide + k] = m_vSums[k * m_nSide + nCorner] = uSum;
+            }
             ++nCorner;
         }
         if (nRow >= nCells) continue;
         generator.SetRow(nRow);
-        const size_t nEnd = std::max(generator.GetEnd(), nRow);
-        uint32_t uSum = vColumns[nRow];
-        generator.Fill(vCells.data() + nRow, nRow, nEnd);
-        for (size_t n = nRow; n < nEnd; ++n) vColumns[n] += vCells[n];
-        // Corners before the diagonal are those of earlier rows.
-        size_t k = nRow < nFirst ? 0 : (nRow - nFirst + nStep - 1) / nStep;
-        for (size_t n = nRow; k < m_nSide; ++k) {
-            const size_t nTo = std::min(k * nStep + nFirst, nEnd);
-            for (; n < nTo; ++n) uSum += vCells[n];
-            vCorners[k] += uSum;
-            if (n == nEnd) break;
-        }
-        for (++k; k < m_nSide; ++k) vCorners[k] += uSum;
+        uSquare += 2 * vColumns[nRow];
+        if (generator.GetEnd() <= nRow) continue;
+        generator.Fill(vCells.data(), nRow, generator.GetEnd());
+        uSquare += vCells[0];
+        StampKernels().pAddCells(vColumns.data() + nRow, vCells.data(), generator.GetEnd() - nRow);
     }
 }
 
@@ -75,7 +73,7 @@ void CStampDisc::Cut(uint16_t* pStamp, int fx, int fy) const {
     // The boxes from the centre to a row of corners, and those to the row before.
     std::vector<uint32_t> vBoxes(nSide);
     std::vector<uint32_t> vBefore(nSide);
-    std::fill_n(pStamp, StampLength(m_shape.GetHalfSize()), uint16_t{0});
+    std::fill_n(pStamp, STAMP_MARGIN, uint16_t{0});
     for (int32_t i = -nHalf; i <= nHalf; ++i) {
         const TCorner row = CornerAt(i * CELLS - fy - 4);
         const uint32_t* pSums = m_vSums.data() + row.nAt * m_nSide;
@@ -92,6 +90,7 @@ void CStampDisc::Cut(uint16_t* pStamp, int fx, int fy) const {
             uint16_t* pOut = pStamp + STAMP_MARGIN + static_cast<size_t>(i - 1 + nHalf) * nStride;
             for (size_t j = 0; j < nSide; ++j)
                 pOut[j] = static_cast<uint16_t>((vBoxes[j] - vBefore[j]) / (CELLS * CELLS));
+            std::fill_n(pOut + nSide, nStride - nSide, uint16_t{0});
         }
         vBefore.swap(vBoxes);
     }

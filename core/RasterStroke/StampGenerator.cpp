@@ -1,7 +1,7 @@
 // Two sampling grids. The coarse one takes each cell's middle, on a grid of half cells; thin discs take four
 // points of each cell, on a grid of quarter cells. With odd coordinates a squared distance is an integer, so
 // the limits of the core and of the disc are exact; the radii only shrink from row to row, which finds them
-// without a search. The middle of the edge goes through the kernel.
+// without a search. The middle of the edge goes through the kernels.
 #include "core/RasterStroke/StampGenerator.h"
 
 #include "core/Base/StableMath.h"
@@ -12,6 +12,7 @@
 namespace {
 
 constexpr uint32_t FINE_LIMIT = 0x4000; // two pixels
+constexpr uint32_t WIDE_EDGE = 640;     // half cells from which on pieces are worth their making
 
 constexpr uint64_t Square(uint64_t u) { return u * u; }
 
@@ -28,6 +29,7 @@ CStampGenerator::CStampGenerator(const TStampShape& shape)
     // The outer edge lies 3.6 standard deviations out. A disc without an edge has no cell between.
     const double dRate = uWidth ? 3.6f / static_cast<float>(uWidth) : 0.0f;
     m_falloff = {static_cast<double>(uInner), -0.5 * (dRate * dRate)};
+    if (!m_bFine && uWidth >= WIDE_EDGE) m_pieces = CFalloffPieces(m_falloff, m_uInner, m_uOuter);
 }
 
 void CStampGenerator::SetRow(size_t nRow) {
@@ -40,6 +42,7 @@ void CStampGenerator::SetRow(size_t nRow) {
     };
     while (m_nSolid > 0 && square(m_nSolid - 1, uFar) > m_uInner) --m_nSolid;
     while (m_nEnd > 0 && square(m_nEnd - 1, 1) > m_uOuter) --m_nEnd;
+    m_pieces.SetRow(nRow);
 }
 
 double CStampGenerator::Profile(uint64_t uSquare) const {
@@ -61,7 +64,7 @@ void CStampGenerator::Fill(uint16_t* pCells, size_t nFirst, size_t nEnd) const {
     std::fill_n(pCells, nBand - nFirst, uint16_t{0xFFFF});
     uint16_t* pBand = pCells + (nBand - nFirst);
     if (!m_bFine) {
-        StampKernels().pFalloff(pBand, nBand, nEnd - nBand, m_nRow, m_falloff);
+        m_pieces.Fill(pBand, nBand, nEnd, m_falloff);
         return;
     }
     for (size_t n = nBand; n < nEnd; ++n) *pBand++ = FineCell(n);

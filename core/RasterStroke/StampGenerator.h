@@ -1,7 +1,7 @@
 // The generator of round stamps: a disc with a soft edge at eight times the plane's resolution.
 #pragma once
 
-#include "core/RasterKernel/StampKernel.h"
+#include "core/RasterStroke/FalloffPieces.h"
 #include "core/RasterStroke/StampShape.h"
 
 #include <cstddef>
@@ -17,7 +17,8 @@ public:
     void SetRow(size_t nRow);
     size_t GetSolid() const { return m_nSolid; }
     size_t GetEnd() const { return m_nEnd; }
-    /// Writes the cells from `nFirst` up to, without, `nEnd` (not beyond GetEnd()) to `pCells` on.
+    /// Writes the cells from `nFirst` (not before the row's number) up to, without, `nEnd` (not beyond
+    /// GetEnd()) to `pCells` on, and anything to CELL_MARGIN places more.
     void Fill(uint16_t* pCells, size_t nFirst, size_t nEnd) const;
 
 private:
@@ -29,6 +30,7 @@ private:
     uint64_t m_uInner; ///< squared radius of the core, in sample units
     uint64_t m_uOuter; ///< squared radius of the disc
     TFalloff m_falloff;
+    CFalloffPieces m_pieces;
     size_t m_nRow = 0;
     size_t m_nSolid;
     size_t m_nEnd;

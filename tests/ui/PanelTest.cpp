@@ -190,6 +190,24 @@ TEST_F(CPanelTest, TheKeyboardAloneReachesEveryControlAndShortcutsStillWork) {
     EXPECT_EQ(vKeys.back().first, 'Z');
 }
 
+TEST_F(CPanelTest, TheOneThatWasInFrontIsThereWhenTheWindowShows) {
+    for (const size_t nFront : {2u, 1u, 0u}) {
+        for (IPanelWindow* pPanel : std::exchange(m_vPanels, {})) pPanel->Destroy();
+        m_pMain->Destroy();
+        Turn();
+        m_pMain = CreateMain(m_main);
+        for (const wchar_t* pszName : {L"A", L"B", L"C"}) {
+            IPanelWindow* pPanel = Make(pszName);
+            const bool bFront = m_vPanels.size() == nFront + 1;
+            pPanel->SetPlace({EPanelDock::Right, CRect({900, 100}, {260, 500}), true, bFront});
+            pPanel->ShowPanel(true);
+        }
+        m_pMain->Show();
+        Turn();
+        for (size_t n = 0; n < 3; ++n) EXPECT_EQ(m_vPanels[n]->GetPlace().bFront, n == nFront) << nFront << n;
+    }
+}
+
 TEST_F(CPanelTest, PlacesComeBackAndAPanelGoesWithItsWindow) {
     EXPECT_TRUE(m_pPanel->IsShown());
     TPanelPlace place = m_pPanel->GetPlace();
@@ -201,6 +219,10 @@ TEST_F(CPanelTest, PlacesComeBackAndAPanelGoesWithItsWindow) {
     QDockWidget* pDock = GetWidget().findChild<QDockWidget*>("Test");
     EXPECT_EQ(GetWidget().tabifiedDockWidgets(pDock).size(), 1); // one place is shared behind tabs
     EXPECT_EQ(m_pPanel->GetPlace().rc, pOther->GetPlace().rc);
+    EXPECT_TRUE(pOther->GetPlace().bFront && !m_pPanel->GetPlace().bFront);
+    m_pPanel->ShowPanel(true);
+    Turn();
+    EXPECT_TRUE(m_pPanel->GetPlace().bFront && !pOther->GetPlace().bFront);
     const CRect rcFloat({40, 60}, {300, 320});
     pOther->SetPlace({EPanelDock::Float, rcFloat, true});
     pOther->ShowPanel(true);

@@ -96,6 +96,9 @@ TEST_F(Panels, CommandsShowAndHideAndPlacesAreKept) {
         EXPECT_FALSE(g_pMainFrame->IsCommandChecked(ID_PANEL_BRUSH));
         Window(ID_PANEL_PRESS).SetPlace({EPanelDock::Float, rc, true});
         Window(ID_PANEL_COLOR).SetPlace({EPanelDock::Float, CRect({90000, 0}, {300, 200}), true});
+        TPanelPlace place = Window(ID_PANEL_TOOL_OPTION).GetPlace();
+        place.bFront = true;
+        Window(ID_PANEL_TOOL_OPTION).SetPlace(place);
     }});
     EXPECT_EQ(Setting(L"Windows\\Brush", L"IsShow"), L"0");
     EXPECT_EQ(Setting(L"Windows\\Press", L"Width"), L"300");
@@ -104,6 +107,7 @@ TEST_F(Panels, CommandsShowAndHideAndPlacesAreKept) {
         EXPECT_FALSE(Window(ID_PANEL_BRUSH).IsShown());
         EXPECT_TRUE(Window(ID_PANEL_PRESS).GetPlace().dock == EPanelDock::Float);
         EXPECT_EQ(Window(ID_PANEL_PRESS).GetPlace().rc, rc);
+        EXPECT_TRUE(Window(ID_PANEL_TOOL_OPTION).GetPlace().bFront);
         EXPECT_EQ(Window(ID_PANEL_COLOR).GetPlace().rc.right, 1920); // back onto the screen
     }});
 }

@@ -22,9 +22,18 @@ TEST(BrushParam, SettingsKeepEveryFieldWithinItsRange) {
     EXPECT_EQ(ReadBrushParam(config, L"RasterPencil"), param);
     EXPECT_EQ(ReadBrushParam(config, L"RasterEraser"), TBrushParam());
     files.m_mapFiles[L"/v.ini"] =
-        "[BrushParam\\RasterBrush]\nBlurLevel=300\nBrushRadius=-5\nPencilHardness=9\nPreset=3\n";
+        "[BrushParam\\RasterBrush]\nBlurLevel=300\nBrushRadius=-5\nPencilHardness=9\nPreset=3\nSpray=-1\n"
+        "[BrushParam\\RasterPencil]\nBrushRadius=1000000000\nWaveSmooth=0\nCurveStrength=255\nBrushAlpha="
+        "256\n"
+        "WaveDistMin=1000000000\nWaveDistMax=1000000000\nSpray=100000\nPaperRoughness=-3\nAvailInput=-1\n";
     EXPECT_EQ(ReadBrushParam(config, L"RasterBrush"),
-              (TBrushParam{.BrushRadius = 0, .BlurLevel = 100, .PencilHardness = 4}));
+              (TBrushParam{.BrushRadius = 1, .BlurLevel = 100, .PencilHardness = 4}));
+    EXPECT_EQ(ReadBrushParam(config, L"RasterPencil"), (TBrushParam{.WaveDistMin = 32,
+                                                                    .WaveDistMax = 12,
+                                                                    .CurveStrength = 24,
+                                                                    .BrushRadius = 2000,
+                                                                    .AvailInput = 0,
+                                                                    .Spray = 200}));
 }
 
 TEST(PressureCurve, DefaultsAreALineAndFloorsAndLevelsHold) {

@@ -1,0 +1,102 @@
+// What a freehand tool makes of a pen's events: the control points that its stroke gets.
+#include "core/IniConfig/IniConfig.h"
+#include "core/LayerBuffer/RasterLayerBuffer.h"
+#include "core/RasterBrush/FreehandTools.h"
+#include "session/SessionPlatform.h"
+#include "system/ImageCodecs.h"
+#include "tests/support/MemoryFiles.h"
+#include "tests/support/NoPlaces.h"
+
+#include <boost/make_shared.hpp>
+#include <gmock/gmock.h>
+
+namespace {
+
+/// Keeps the stroke that it draws.
+class CProbe : public CRasterBrush {
+public:
+    using CRasterBrush::CRasterBrush;
+    boost::shared_ptr<CRasterStroke> m_spStroke;
+
+protected:
+    boost::shared_ptr<CRasterStroke> CreateStroke(const CCanvasBuffer& canvas) override {
+        return m_spStroke = CRasterBrush::CreateStroke(canvas);
+    }
+};
+
+class CView : public IActiveView {
+public:
+    CView() {
+        const auto spLayer = CreateRasterLayer(m_spCanvas);
+        m_spCanvas->GetRoot().AddLayer(spLayer, -1, false);
+        m_spCanvas->GetRoot().SetActiveChild(spLayer);
+    }
+    const boost::shared_ptr<CCanvasBuffer>& GetCanvas() const override { return m_spCanvas; }
+    uint16_t GetZoom() const override { return 48; }
+
+private:
+    boost::shared_ptr<CCanvasBuffer> m_spCanvas = CreateCanvas({200, 100});
+};
+
+class Conditioning : public testing::Test {
+protected:
+    Conditioning() {
+        g_wpActiveView = m_spView;
+        m_spTool->GetParam().CurveStrength = 4; // a window of 6
+    }
+    ~Conditioning() override { g_wpActiveView.reset(); }
+
+    void Pen(uint32_t uPressure) { m_spTool->OnMouseMove(m_x += 80, 160, uPressure, 60, POINTER_TABLET); }
+    struct TExpected {
+        int nEvent;
+        uint32_t uPressure;
+        int nTimes;
+    };
+    // What the fade-in does to the pressures has tests of its own.
+    void Expect(const std::vector<TExpected>& vPoints) {
+        std::vector<TCtlPoint> vExpected;
+        for (const TExpected& pt : vPoints)
+            for (int n = 0; n < pt.nTimes; ++n) {
+                const auto uCount = static_cast<uint32_t>(vExpected.size());
+                vExpected.push_back({pt.nEvent * 80, 160, FadeInPressure(pt.uPressure, uCount, 4), 60});
+            }
+        vExpected.push_back({0, 0, FINAL_PRESSURE, 90});
+        EXPECT_EQ(m_spTool->m_spStroke->GetPoints(), vExpected);
+        EXPECT_EQ(m_spTool->GetState(), STATE_IDLE);
+    }
+
+    boost::shared_ptr<CView> m_spView = boost::make_shared<CView>();
+    CMemoryFiles m_files;
+    CNoPlaces m_places;
+    CImageCodecs m_codecs{m_files};
+    CSessionPlatform m_session{{m_files, m_places, m_places, m_codecs}, {"s", {}}};
+    CIniConfig m_config{L"/v.ini", m_files};
+    CStrokeRandom m_random;
+    TToolOutside m_outside{
+        m_session.GetPlatform().clock, m_session.GetPlatform().keys, m_random, m_config, m_codecs, {}, {}};
+    boost::shared_ptr<CProbe> m_spTool = boost::make_shared<CProbe>(m_outside);
+    int32_t m_x = 0;
+};
+
+} // namespace
+
+TEST_F(Conditioning, TheWayAboveTheTabletBecomesTheEntryAndTheLiftsTheExit) {
+    for (const uint32_t uPressure : {0, 0, 0, 0, 0, 800, 900, 0, 0, 0}) Pen(uPressure);
+    // Half a window of the way, rising and counted 4, 3 and 2 times. The third lift ends the line; what the
+    // smoothing still holds back is flushed out.
+    Expect(
+        {{3, 500, 4}, {4, 600, 3}, {5, 700, 2}, {6, 800, 1}, {7, 900, 1}, {8, 0, 1}, {9, 0, 1}, {10, 0, 9}});
+}
+
+TEST_F(Conditioning, WithoutAWayTheFirstPointsCountUntilTheWindowIsFull) {
+    m_spTool->GetFreehand().m_uStrokeOut = 0;
+    for (const uint32_t uPressure : {800, 820, 840, 860, 880, 900, 920, 0}) Pen(uPressure);
+    Expect({{1, 800, 6},
+            {2, 820, 5},
+            {3, 840, 4},
+            {4, 860, 3},
+            {5, 880, 2},
+            {6, 900, 1},
+            {7, 920, 1},
+            {8, 0, 9}});
+}
