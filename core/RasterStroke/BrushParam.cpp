@@ -8,15 +8,17 @@ namespace {
 
 constexpr int32_t ANY_BYTE = 255;
 constexpr int32_t PERCENT = 100;
+constexpr int32_t MAX_SPRAY = 1000;
 
-// Calls `fn(key, field, smallest value, largest value)` for every field, with the limits of its control.
+// Calls `fn(key, field, smallest value, largest value)` for every field. The limits keep a damaged file from
+// starting strokes without end; what the panels offer lies well inside.
 template <class Param, class Function>
 void ForEachField(Param& p, Function fn) {
-    fn(L"WaveSmooth", p.WaveSmooth, 1, 16);
-    fn(L"WaveDistMin", p.WaveDistMin, 0, 32);
-    fn(L"WaveDistMax", p.WaveDistMax, 0, 12);
+    fn(L"WaveSmooth", p.WaveSmooth, 1, ANY_BYTE);
+    fn(L"WaveDistMin", p.WaveDistMin, 0, ANY_BYTE);
+    fn(L"WaveDistMax", p.WaveDistMax, 0, ANY_BYTE);
     fn(L"WaveEnable", p.WaveEnable, 0, 1);
-    fn(L"CurveStrength", p.CurveStrength, 0, 24);
+    fn(L"CurveStrength", p.CurveStrength, 0, ANY_BYTE);
     fn(L"BrushRadius", p.BrushRadius, 1, static_cast<int32_t>(MAX_BRUSH_RADIUS));
     fn(L"BrushAlpha", p.BrushAlpha, 0, ANY_BYTE);
     fn(L"BlurLevel", p.BlurLevel, 0, PERCENT);
@@ -30,7 +32,7 @@ void ForEachField(Param& p, Function fn) {
     fn(L"PressCurve1y", p.PressCurve1y, 0, PERCENT);
     fn(L"PressCurve2x", p.PressCurve2x, 0, PERCENT);
     fn(L"PressCurve2y", p.PressCurve2y, 0, PERCENT);
-    fn(L"Spray", p.Spray, 0, 200);
+    fn(L"Spray", p.Spray, 0, MAX_SPRAY);
     fn(L"AltitParam", p.AltitParam, 0, 5);
     fn(L"PaperRoughness", p.PaperRoughness, 0, 7);
     fn(L"PencilHardness", p.PencilHardness, 0, 4);

@@ -28,12 +28,12 @@ TEST(BrushParam, SettingsKeepEveryFieldWithinItsRange) {
         "WaveDistMin=1000000000\nWaveDistMax=1000000000\nSpray=100000\nPaperRoughness=-3\nAvailInput=-1\n";
     EXPECT_EQ(ReadBrushParam(config, L"RasterBrush"),
               (TBrushParam{.BrushRadius = 1, .BlurLevel = 100, .PencilHardness = 4}));
-    EXPECT_EQ(ReadBrushParam(config, L"RasterPencil"), (TBrushParam{.WaveDistMin = 32,
-                                                                    .WaveDistMax = 12,
-                                                                    .CurveStrength = 24,
+    EXPECT_EQ(ReadBrushParam(config, L"RasterPencil"), (TBrushParam{.WaveDistMin = 255,
+                                                                    .WaveDistMax = 255,
+                                                                    .CurveStrength = 255,
                                                                     .BrushRadius = 2000,
                                                                     .AvailInput = 0,
-                                                                    .Spray = 200}));
+                                                                    .Spray = 1000}));
 }
 
 TEST(PressureCurve, DefaultsAreALineAndFloorsAndLevelsHold) {
