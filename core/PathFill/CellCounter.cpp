@@ -1,124 +1,141 @@
 #include "core/PathFill/CellCounter.h"
 
 #include <climits>
-#include <cstring>
-#include <numeric>
+
+namespace {
+
+// Crossings that lie within so many pixels are summed in one number.
+constexpr int32_t STEEP = 4;
+constexpr int SUM_BITS = 16;
+
+// For a crossing at each cell of these pixels, the cells set behind it in each of them.
+constexpr auto SPANS = [] {
+    std::array<uint64_t, STEEP * FILL_CELLS> spans{};
+    for (int32_t n = 0; n < STEEP * FILL_CELLS; ++n)
+        for (int32_t k = 0; k < STEEP; ++k)
+            spans[static_cast<size_t>(n)] |=
+                static_cast<uint64_t>(std::clamp((k + 1) * FILL_CELLS - n, 0, FILL_CELLS)) << (k * SUM_BITS);
+    return spans;
+}();
+
+int32_t SignOf(int32_t nBefore, int32_t nAfter) { return (nAfter != 0) - (nBefore != 0); }
+
+} // namespace
 
 void CCellCounter::Begin(CMonotoneChains& chains, int32_t nFirst, int32_t nEnd) {
     m_pChains = &chains;
     m_nFirst = nFirst;
     m_nEnd = nEnd;
-    const auto& vChains = chains.GetChains();
-    m_vOrder.resize(vChains.size());
-    std::iota(m_vOrder.begin(), m_vOrder.end(), 0u);
+    m_vOrder.clear();
+    for (TChain& chain : chains.GetChains()) m_vOrder.push_back(&chain);
     std::sort(m_vOrder.begin(), m_vOrder.end(),
-              [&](uint32_t a, uint32_t b) { return vChains[a].yTop < vChains[b].yTop; });
+              [](const TChain* pA, const TChain* pB) { return pA->yTop < pB->yTop; });
     m_nWaiting = 0;
     m_vActive.clear();
-    // A crossing at the right end still has a pixel of its own and one behind.
-    m_vDifference.resize(std::max(m_vDifference.size(), static_cast<size_t>(nEnd) + 4));
+    // A crossing at the right end still has its pixel and those behind.
+    m_vDifference.resize(std::max(m_vDifference.size(), static_cast<size_t>(nEnd) + STEEP + 2));
 }
 
 int32_t CCellCounter::NextRow(int32_t y) const {
     if (!m_vActive.empty()) return y;
     if (m_nWaiting == m_vOrder.size()) return INT32_MAX;
-    // Divided towards the top.
-    return std::max(y, m_pChains->GetChains()[m_vOrder[m_nWaiting]].yTop >> 4);
+    return std::max(y, m_vOrder[m_nWaiting]->yTop >> 4);
 }
 
-bool CCellCounter::Cross(TChain& chain, int32_t y, TCrossings& crossings) {
-    const int32_t yBase = y * ROWS;
-    const int32_t yEnd = std::min(chain.yEnd, yBase + ROWS);
-    int32_t yCell = std::max(chain.yTop, yBase);
-    crossings.nTop = yCell - yBase;
-    crossings.nEnd = yEnd - yBase;
-    crossings.nDirection = chain.nDirection;
-    crossings.nMin = INT32_MAX;
-    crossings.nMax = INT32_MIN;
-    int32_t* pCell = crossings.anCell.data() + crossings.nTop;
-    for (;;) {
-        TChainLine& line = m_pChains->GetLine(chain.nCurrent);
+// Where a chain is in row `y`: lines are monotone, so their ends tell.
+void CCellCounter::Measure(TActive& active, int32_t y) {
+    const TChain& chain = *active.pChain;
+    int32_t yCell = std::max(chain.yTop, y * ROWS);
+    const int32_t yEnd = std::min(chain.yEnd, (y + 1) * ROWS);
+    active.nTop = yCell - y * ROWS;
+    active.nEnd = yEnd - y * ROWS;
+    active.nMin = INT32_MAX;
+    active.nMax = INT32_MIN;
+    for (size_t n = chain.nCurrent;; n += static_cast<size_t>(chain.nDirection)) {
+        const TChainLine& line = m_pChains->GetLine(n);
         const int32_t yStop = std::min(line.yEnd, yEnd);
-        const int32_t* pFirst = pCell;
+        const int64_t nLastX = line.nX + line.nStep * (yStop - yCell - 1);
+        const auto nA = static_cast<int32_t>(line.nX >> CMonotoneChains::CROSSING_BITS);
+        const auto nB = static_cast<int32_t>(nLastX >> CMonotoneChains::CROSSING_BITS);
+        active.nMin = std::min({active.nMin, nA, nB});
+        active.nMax = std::max({active.nMax, nA, nB});
+        if (yStop == yEnd) break;
+        yCell = yStop;
+    }
+    // What lies beyond the ends is counted at them.
+    active.nMin = std::clamp(active.nMin, m_nFirst * FILL_CELLS - 1, m_nEnd * FILL_CELLS);
+    active.nMax = std::clamp(active.nMax, m_nFirst * FILL_CELLS, m_nEnd * FILL_CELLS + 1);
+}
+
+bool CCellCounter::IsInside(const TActive& active) const {
+    return active.nMin >= m_nFirst * FILL_CELLS && active.nMax <= m_nEnd * FILL_CELLS;
+}
+
+// Gives nX of every crossing, from the top down, and takes the chain on to the next row.
+template <class Function>
+void CCellCounter::ForEachCrossing(const TActive& active, Function fn) {
+    TChain& chain = *active.pChain;
+    for (int32_t nRows = active.nEnd - active.nTop; nRows > 0;) {
+        TChainLine& line = m_pChains->GetLine(chain.nCurrent);
+        const int32_t nHere = std::min(line.yEnd - line.yTop, nRows);
         int64_t nX = line.nX;
-        for (; yCell < yStop; ++yCell, nX += line.nStep)
-            *pCell++ = static_cast<int32_t>(nX >> CMonotoneChains::CROSSING_BITS);
+        for (int32_t n = 0; n < nHere; ++n, nX += line.nStep) fn(nX);
         line.nX = nX;
-        crossings.nMin = std::min({crossings.nMin, *pFirst, pCell[-1]});
-        crossings.nMax = std::max({crossings.nMax, *pFirst, pCell[-1]});
-        if (line.yEnd == yStop) chain.nCurrent += static_cast<size_t>(chain.nDirection);
-        if (yCell == yEnd) break;
+        line.yTop += nHere;
+        if (line.yTop == line.yEnd) chain.nCurrent += static_cast<size_t>(chain.nDirection);
+        nRows -= nHere;
     }
-    const int32_t nLeft = m_nFirst * FILL_CELLS;
-    const int32_t nRight = m_nEnd * FILL_CELLS;
-    if (crossings.nMin < nLeft || crossings.nMax > nRight) {
-        for (int32_t n = crossings.nTop; n < crossings.nEnd; ++n)
-            crossings.anCell[n] = std::clamp(crossings.anCell[n], nLeft, nRight);
-        crossings.nMin = std::clamp(crossings.nMin, nLeft, nRight);
-        crossings.nMax = std::clamp(crossings.nMax, nLeft, nRight);
-    }
-    return yEnd == chain.yEnd;
 }
 
 void CCellCounter::Count(int32_t y, CCountRow& row) {
-    auto& vChains = m_pChains->GetChains();
-    while (m_nWaiting < m_vOrder.size() && vChains[m_vOrder[m_nWaiting]].yTop < (y + 1) * ROWS)
-        m_vActive.push_back(m_vOrder[m_nWaiting++]);
-    if (m_vCrossings.size() < m_vActive.size()) m_vCrossings.resize(m_vActive.size() * 2);
-    size_t nKept = 0;
-    const size_t nCrossings = m_vActive.size();
-    m_vSorted.resize(nCrossings);
-    for (size_t n = 0; n < nCrossings; ++n) {
-        m_vSorted[n] = static_cast<uint32_t>(n);
-        const uint32_t nChain = m_vActive[n];
-        if (!Cross(vChains[nChain], y, m_vCrossings[n])) m_vActive[nKept++] = nChain;
-    }
-    m_vActive.resize(nKept);
-    std::sort(m_vSorted.begin(), m_vSorted.end(),
-              [&](uint32_t a, uint32_t b) { return m_vCrossings[a].nMin < m_vCrossings[b].nMin; });
+    for (; m_nWaiting < m_vOrder.size() && m_vOrder[m_nWaiting]->yTop < (y + 1) * ROWS; ++m_nWaiting)
+        m_vActive.push_back({m_vOrder[m_nWaiting], 0, 0, 0, 0});
+    for (TActive& active : m_vActive) Measure(active, y);
+    const auto lefter = [](const TActive& a, const TActive& b) { return a.nMin < b.nMin; };
+    if (!std::is_sorted(m_vActive.begin(), m_vActive.end(), lefter))
+        std::sort(m_vActive.begin(), m_vActive.end(), lefter);
 
-    m_anWinding.fill(0);
+    m_anWinding[0] = 0;
     m_bEven = true;
     m_nCount = 0;
-    m_nNext = m_nChanged = nCrossings ? m_vCrossings[m_vSorted[0]].nMin >> 4 : m_nEnd;
-    const int32_t nFirst = m_nNext;
-    for (size_t n = 0; n < nCrossings;) {
-        const TCrossings& first = m_vCrossings[m_vSorted[n]];
+    m_nNext = m_nChanged = m_nFirst;
+    for (size_t n = 0; n < m_vActive.size();) {
+        const TActive& first = m_vActive[n];
         int32_t nMax = first.nMax;
         size_t nTo = n + 1;
-        for (; nTo < nCrossings && m_vCrossings[m_vSorted[nTo]].nMin <= nMax; ++nTo)
-            nMax = std::max(nMax, m_vCrossings[m_vSorted[nTo]].nMax);
-        const int32_t nPixel = first.nMin >> 4;
+        for (; nTo < m_vActive.size() && m_vActive[nTo].nMin <= nMax; ++nTo)
+            nMax = std::max(nMax, m_vActive[nTo].nMax);
+        const int32_t nPixel = std::max(first.nMin >> 4, m_nFirst);
         Reach(nPixel, row);
-        // The crossing's pixel, one behind, and the filter's neighbours of both.
+        // The crossings' pixels, one behind, and the filter's neighbours of both.
         m_nChanged = std::max(m_nChanged, (nMax >> 4) + 2);
         row.Mark(std::max(nPixel - 1, 0), m_nChanged);
-        if (nTo == n + 1)
+        if (nTo == n + 1 && m_bEven && IsInside(first))
             CountAlone(first);
         else
             CountGroup(n, nTo);
         n = nTo;
     }
     // A shape that goes on beyond the end has its last value beside what lies there.
-    const int32_t nEnd = m_nChanged;
     Reach(std::max(m_nEnd, m_nChanged), row);
     if (m_nCount != 0) row.Mark(m_nEnd - 1, m_nEnd - 1);
-    row.SetExtent(nFirst, m_nCount != 0 ? m_nEnd : std::min(nEnd, m_nEnd));
-    for (int32_t n = m_nEnd; n < m_nNext; ++n) row.GetValues()[n] = 0;
+    for (int32_t n = m_nEnd; n < m_nNext; ++n) row.Set(n, 0);
+
+    const int32_t yNext = (y + 1) * ROWS;
+    std::erase_if(m_vActive, [&](const TActive& active) { return active.pChain->yEnd <= yNext; });
 }
 
 // Writes the pixels before `nPixel`, unless crossings before it still reach behind it.
 void CCellCounter::Reach(int32_t nPixel, CCountRow& row) {
     if (nPixel < m_nChanged) return;
-    uint8_t* pValues = row.GetValues();
     int16_t* pDifference = m_vDifference.data() + 1;
     for (; m_nNext < m_nChanged; ++m_nNext) {
         m_nCount += pDifference[m_nNext];
         pDifference[m_nNext] = 0;
-        pValues[m_nNext] = static_cast<uint8_t>(std::min(m_nCount, 255));
+        row.Set(m_nNext, static_cast<uint8_t>(std::min(m_nCount, 255)));
     }
-    if (m_nCount != 0)
-        std::memset(pValues + m_nNext, std::min(m_nCount, 255), static_cast<size_t>(nPixel - m_nNext));
+    if (m_nCount != 0 && m_nNext < nPixel)
+        row.SetEven(m_nNext, nPixel, static_cast<uint8_t>(std::min(m_nCount, 255)));
     m_nNext = m_nChanged = nPixel;
 }
 
@@ -129,82 +146,71 @@ void CCellCounter::AddCrossing(int32_t nCell, int32_t nSign) {
     pDifference[1] = static_cast<int16_t>(pDifference[1] + nSign * nBehind);
 }
 
-void CCellCounter::CountAlone(const TCrossings& crossings) {
-    const auto sign = [](int32_t nBefore, int32_t nAfter) { return (nAfter != 0) - (nBefore != 0); };
-    if (m_bEven && crossings.nEnd - crossings.nTop == ROWS) {
-        const int32_t nBefore = m_anWinding[0];
-        m_anWinding[0] += crossings.nDirection;
-        if (const int32_t nSign = sign(nBefore, m_anWinding[0])) CountWhole(crossings, nSign);
-        return;
+// A chain whose crossings all have the same winding number before them.
+void CCellCounter::CountAlone(const TActive& active) {
+    const int32_t nBefore = m_anWinding[0];
+    const int32_t nAfter = nBefore + active.pChain->nDirection;
+    AddSpans(active, SignOf(nBefore, nAfter));
+    if (active.nEnd - active.nTop < ROWS) {
+        m_anWinding.fill(nBefore);
+        m_bEven = false;
+        std::fill(m_anWinding.begin() + active.nTop, m_anWinding.begin() + active.nEnd, nAfter);
+    } else {
+        m_anWinding[0] = nAfter;
     }
-    Spread();
-    for (int32_t n = crossings.nTop; n < crossings.nEnd; ++n) {
-        int32_t& nWinding = m_anWinding[n];
-        const int32_t nBefore = nWinding;
-        nWinding += crossings.nDirection;
-        if (const int32_t nSign = sign(nBefore, nWinding)) AddCrossing(crossings.anCell[n], nSign);
-    }
-    Gather();
 }
 
-// Sixteen crossings of one sign. Steep ones lie in few pixels: then the cells behind all of them are counted
-// a pixel at a time.
-void CCellCounter::CountWhole(const TCrossings& crossings, int32_t nSign) {
-    constexpr int32_t STEEP = 4;
-    const int32_t nFirst = crossings.nMin >> 4;
-    const int32_t nLast = crossings.nMax >> 4;
-    if (nLast - nFirst >= STEEP) {
-        for (const int32_t nCell : crossings.anCell) AddCrossing(nCell, nSign);
+void CCellCounter::AddSpans(const TActive& active, int32_t nSign) {
+    const int32_t nFirst = active.nMin >> 4;
+    if ((active.nMax >> 4) - nFirst >= STEEP) {
+        ForEachCrossing(active, [&](int64_t nX) {
+            AddCrossing(static_cast<int32_t>(nX >> CMonotoneChains::CROSSING_BITS), nSign);
+        });
         return;
     }
-    std::array<int16_t, ROWS> anRest; // cells from the crossing to the pixel's right side
-    for (int32_t n = 0; n < ROWS; ++n)
-        anRest[n] = static_cast<int16_t>((nFirst + 1) * FILL_CELLS - crossings.anCell[n]);
+    uint64_t uSums = 0;
+    const int64_t nLeft = int64_t{nFirst * FILL_CELLS} * (int64_t{1} << CMonotoneChains::CROSSING_BITS);
+    ForEachCrossing(active, [&](int64_t nX) {
+        uSums += SPANS[static_cast<size_t>((nX - nLeft) >> CMonotoneChains::CROSSING_BITS)];
+    });
     int16_t* pDifference = m_vDifference.data() + 1 + nFirst;
-    int32_t nBefore = 0;
-    for (int32_t nPixel = nFirst; nPixel <= nLast; ++nPixel) {
-        int16_t nSet = 0;
-        for (int16_t& nRest : anRest) {
-            nSet = static_cast<int16_t>(nSet + std::clamp<int16_t>(nRest, 0, FILL_CELLS));
-            nRest = static_cast<int16_t>(nRest + FILL_CELLS);
-        }
-        *pDifference = static_cast<int16_t>(*pDifference + nSign * (nSet - nBefore));
-        ++pDifference;
-        nBefore = nSet;
+    int32_t nSum = 0;
+    for (int32_t k = 0; k <= STEEP; ++k, uSums >>= SUM_BITS) {
+        const int32_t nNext =
+            k < STEEP ? static_cast<int32_t>(uSums & 0xFFFF) : (active.nEnd - active.nTop) * FILL_CELLS;
+        pDifference[k] = static_cast<int16_t>(pDifference[k] + nSign * (nNext - nSum));
+        nSum = nNext;
     }
-    *pDifference = static_cast<int16_t>(*pDifference + nSign * (ROWS * FILL_CELLS - nBefore));
 }
 
 // Chains that may cross one another: row by row of cells, in the order of the crossings there.
 void CCellCounter::CountGroup(size_t nFrom, size_t nTo) {
-    Spread();
+    if (m_bEven) m_anWinding.fill(m_anWinding[0]);
+    if (m_vCrossings.size() < nTo - nFrom) m_vCrossings.resize((nTo - nFrom) * 2);
+    for (size_t n = nFrom; n < nTo; ++n) {
+        int32_t* pCell = m_vCrossings[n - nFrom].data() + m_vActive[n].nTop;
+        ForEachCrossing(m_vActive[n], [&](int64_t nX) {
+            const auto nCell = static_cast<int32_t>(nX >> CMonotoneChains::CROSSING_BITS);
+            *pCell++ = std::clamp(nCell, m_nFirst * FILL_CELLS, m_nEnd * FILL_CELLS);
+        });
+    }
     for (int32_t nRow = 0; nRow < ROWS; ++nRow) {
         m_vKeys.clear();
         for (size_t n = nFrom; n < nTo; ++n) {
-            const TCrossings& crossings = m_vCrossings[m_vSorted[n]];
-            if (crossings.nTop <= nRow && nRow < crossings.nEnd)
-                m_vKeys.push_back(crossings.anCell[nRow] * 4 + crossings.nDirection + 1);
+            const TActive& active = m_vActive[n];
+            if (active.nTop <= nRow && nRow < active.nEnd)
+                m_vKeys.push_back(m_vCrossings[n - nFrom][static_cast<size_t>(nRow)] * 4 +
+                                  active.pChain->nDirection + 1);
         }
         // At one cell the order does not matter: what begins there and ends there is no cell wide.
-        std::sort(m_vKeys.begin(), m_vKeys.end());
-        int32_t nWinding = m_anWinding[nRow];
+        if (m_vKeys.size() > 1) std::sort(m_vKeys.begin(), m_vKeys.end());
+        int32_t& nWinding = m_anWinding[static_cast<size_t>(nRow)];
         for (const int32_t nKey : m_vKeys) {
-            const bool bBefore = nWinding != 0;
+            const int32_t nBefore = nWinding;
             nWinding += (nKey & 3) - 1;
-            if (const int32_t nSign = (nWinding != 0) - bBefore) AddCrossing(nKey >> 2, nSign);
+            if (const int32_t nSign = SignOf(nBefore, nWinding)) AddCrossing(nKey >> 2, nSign);
         }
-        m_anWinding[nRow] = nWinding;
     }
-    Gather();
-}
-
-// While the winding number is even, only the first row's is kept.
-void CCellCounter::Spread() {
-    if (m_bEven) m_anWinding.fill(m_anWinding[0]);
-    m_bEven = false;
-}
-
-void CCellCounter::Gather() {
     m_bEven = std::all_of(m_anWinding.begin(), m_anWinding.end(),
                           [&](int32_t nWinding) { return nWinding == m_anWinding[0]; });
 }

@@ -28,37 +28,37 @@ public:
 private:
     static constexpr int32_t ROWS = FILL_CELLS; ///< rows of cells to a row of pixels
 
-    // What a chain crosses in one row of pixels: rows of cells from nTop to before nEnd.
-    struct TCrossings {
-        std::array<int32_t, ROWS> anCell;
+    // A chain in one row of pixels: rows of cells from nTop to before nEnd, cells from nMin to nMax.
+    struct TActive {
+        TChain* pChain;
         int32_t nTop, nEnd;
         int32_t nMin, nMax;
-        int32_t nDirection;
     };
+    using TCrossings = std::array<int32_t, ROWS>;
 
-    bool Cross(TChain& chain, int32_t y, TCrossings& crossings);
-    void CountAlone(const TCrossings& crossings);
-    void CountWhole(const TCrossings& crossings, int32_t nSign);
+    void Measure(TActive& active, int32_t y);
+    bool IsInside(const TActive& active) const;
+    template <class Function>
+    void ForEachCrossing(const TActive& active, Function fn);
+    void CountAlone(const TActive& active);
+    void AddSpans(const TActive& active, int32_t nSign);
     void CountGroup(size_t nFrom, size_t nTo);
     void AddCrossing(int32_t nCell, int32_t nSign);
     void Reach(int32_t nPixel, CCountRow& row);
-    void Spread();
-    void Gather();
 
     CMonotoneChains* m_pChains = nullptr;
-    std::vector<uint32_t> m_vOrder; ///< chains by their top
+    std::vector<TChain*> m_vOrder;  ///< by their top
     size_t m_nWaiting = 0;          ///< the first of m_vOrder that has not begun
-    std::vector<uint32_t> m_vActive;
+    std::vector<TActive> m_vActive; ///< by their left side
     std::vector<TCrossings> m_vCrossings;
-    std::vector<uint32_t> m_vSorted; ///< crossings by their left side
-    std::vector<int32_t> m_vKeys;    ///< of one row of cells: 4 * cell + direction + 1
+    std::vector<int32_t> m_vKeys; ///< of one row of cells: 4 * cell + direction + 1
 
     int32_t m_nFirst = 0; ///< pixels counted
     int32_t m_nEnd = 0;
     std::vector<int16_t> m_vDifference; ///< from pixel -1 on
-    std::array<int32_t, ROWS> m_anWinding{};
-    bool m_bEven = true;    ///< all rows have the first one's winding number
-    int32_t m_nCount = 0;   ///< of the pixel before m_nNext
-    int32_t m_nNext = 0;    ///< the pixel to be written next
-    int32_t m_nChanged = 0; ///< from here on no differences
+    TCrossings m_anWinding{};           ///< before the place that was reached; only the first while m_bEven
+    bool m_bEven = true;                ///< all rows of cells have the same
+    int32_t m_nCount = 0;               ///< of the pixel before m_nNext
+    int32_t m_nNext = 0;                ///< the pixel to be written next
+    int32_t m_nChanged = 0;             ///< from here on no differences
 };

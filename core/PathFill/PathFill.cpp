@@ -36,6 +36,20 @@ void RaiseTo(uint8_t* pDest, uint8_t uValue, size_t nCount) {
 
 } // namespace
 
+// Rows of a tile lie behind one another, so a block of them is filled at once.
+void CPathFill::TTargetTile::FillRow(int32_t y, int32_t nWidth) {
+    if (nFullEnd != y) {
+        Flush(nWidth);
+        nFullTop = y;
+    }
+    nFullEnd = y + 1;
+}
+
+void CPathFill::TTargetTile::Flush(int32_t nWidth) {
+    std::memset(pPixels + nFullTop * nWidth, 255, static_cast<size_t>((nFullEnd - nFullTop) * nWidth));
+    nFullTop = nFullEnd = 0;
+}
+
 void CPathFill::FillTile(std::span<const CPoint> points, const TFillPlane& plane, CAlphaBlock8& tile) {
     CheckOutline(points);
     const CSize sz = tile.GetSize();
@@ -44,7 +58,8 @@ void CPathFill::FillTile(std::span<const CPoint> points, const TFillPlane& plane
     if (points.size() < 4 || rcReach.Intersect(tile.GetRect()).IsEmpty()) return;
     m_target.rc = tile.GetRect();
     m_target.szTile = sz;
-    m_target.vTiles.assign(1, tile.GetAlpha());
+    m_target.nColumns = 1;
+    m_target.vTiles.assign(1, {tile.GetAlpha()});
     Fill(points, plane.ptOrigin, szPlane);
 }
 
@@ -57,12 +72,13 @@ void CPathFill::FillPlane(std::span<const CPoint> points, CPoint ptOrigin, CAlph
     m_target.rc = {rcReach.left / sz.cx * sz.cx, rcReach.top / sz.cy * sz.cy, RoundUp(rcReach.right, sz.cx),
                    RoundUp(rcReach.bottom, sz.cy)};
     m_target.szTile = sz;
+    m_target.nColumns = m_target.rc.Width() / sz.cx;
     m_target.vTiles.clear();
     plane.ForEachBlockIn(m_target.rc, [&](CPoint pt) {
         auto spTile = plane.GetBlock(pt, true);
         // The plane's reference and this one are two.
         if (spTile.use_count() > 2) plane.ShareBlock(pt, spTile = spTile->Clone());
-        m_target.vTiles.push_back(static_cast<CAlphaBlock8&>(*spTile).GetAlpha());
+        m_target.vTiles.push_back({static_cast<CAlphaBlock8&>(*spTile).GetAlpha()});
     });
     Fill(points, ptOrigin, szPlane);
 }
@@ -100,52 +116,70 @@ void CPathFill::Fill(std::span<const CPoint> points, CPoint ptOrigin, CSize szPl
             y = yNext - 1;
         }
     }
+    for (TTargetTile& tile : m_target.vTiles) tile.Flush(m_target.szTile.cx);
 }
 
 void CPathFill::SoftenRow(int32_t y, const CCountRow& above, const CCountRow& row, const CCountRow& below) {
-    int32_t nFirst = INT32_MAX, nEnd = INT32_MIN;
-    for (const CCountRow* pRow : {&above, &row, &below})
+    const std::array<const CCountRow*, 3> apRows{&above, &row, &below};
+    int32_t nRun = INT32_MAX, nEnd = 0;
+    for (const CCountRow* pRow : apRows)
         if (!pRow->IsEmpty()) {
-            nFirst = std::min(nFirst, pRow->GetFirst() - 1);
-            nEnd = std::max(nEnd, pRow->GetEnd() + 1);
+            nRun = std::min(nRun, pRow->GetFirstRun());
+            nEnd = std::max(nEnd, pRow->GetEndRun());
         }
-    nFirst = std::max(nFirst, 0);
-    nEnd = std::min(nEnd, m_target.rc.Width());
-    const auto marks = [&](int32_t nWord) {
-        const auto n = static_cast<size_t>(nWord);
-        return above.GetMarks(n) | row.GetMarks(n) | below.GetMarks(n);
+    nEnd = std::min(nEnd, (m_target.rc.Width() + CCountRow::RUN - 1) / CCountRow::RUN);
+    const auto marks = [&](int32_t nAt) {
+        const auto nWord = static_cast<size_t>(nAt) / 64;
+        return (above.GetMarks(nWord) | row.GetMarks(nWord) | below.GetMarks(nWord)) >> (nAt % 64);
     };
-    for (int32_t x = nFirst; x < nEnd;) {
-        // Runs that are marked, or not, up to the next that are not, or are.
-        int32_t nRun = x / CCountRow::RUN;
-        const bool bChanges = marks(nRun / 64) >> (nRun % 64) & 1;
-        for (;;) {
-            const uint64_t uOther = (bChanges ? ~marks(nRun / 64) : marks(nRun / 64)) >> (nRun % 64);
-            nRun += uOther ? std::countr_zero(uOther) : 64 - nRun % 64;
-            if (uOther || nRun * CCountRow::RUN >= nEnd) break;
+    while (nRun < nEnd) {
+        uint64_t uMarks = marks(nRun);
+        for (; uMarks & 1 && nRun < nEnd; uMarks >>= 1, ++nRun) SoftenRun(y, nRun, apRows);
+        const int32_t nFirst = nRun;
+        while (nRun < nEnd) {
+            uMarks = marks(nRun);
+            nRun += uMarks ? std::countr_zero(uMarks) : 64 - nRun % 64;
+            if (uMarks) break;
         }
-        const int32_t xTo = std::min(nRun * CCountRow::RUN, nEnd);
-        RaiseRow(y, x, xTo, bChanges, {above.GetValues(), row.GetValues(), below.GetValues(), 0});
-        x = xTo;
+        nRun = std::min(nRun, nEnd);
+        if (nFirst == nRun) continue;
+        const uint32_t uValue = row.GetEven(nFirst);
+        const uint32_t uNeighbours = 2 * uValue + above.GetEven(nFirst) + below.GetEven(nFirst);
+        RaiseEven(y, nFirst * CCountRow::RUN, nRun * CCountRow::RUN, SoftenedValue(uValue, uNeighbours));
     }
 }
 
-// Raises the pixels of a row from `x` to before `xTo`; without `bChanges` all are the first one's equals.
-void CPathFill::RaiseRow(int32_t y, int32_t x, int32_t xTo, bool bChanges, const TSoftenRows& rows) {
-    const uint32_t uValue = rows.pRow[x];
-    const uint8_t uSoftened = SoftenedValue(uValue, 2 * uValue + rows.pAbove[x] + rows.pBelow[x]);
-    if (!bChanges && uSoftened == 0) return;
+uint8_t* CPathFill::PixelAt(int32_t x, int32_t y) {
     const CSize sz = m_target.szTile;
-    uint8_t* const* pTiles = m_target.vTiles.data() + y / sz.cy * (m_target.rc.Width() / sz.cx);
-    while (x < xTo) {
-        const int32_t xInTile = x % sz.cx;
-        const int32_t nCount = std::min(xTo - x, sz.cx - xInTile);
-        uint8_t* pDest = pTiles[x / sz.cx] + y % sz.cy * sz.cx + xInTile;
-        if (bChanges)
-            m_kernels.pSoften(pDest,
-                              {rows.pAbove + x, rows.pRow + x, rows.pBelow + x, static_cast<size_t>(nCount)});
+    const auto nTile = static_cast<size_t>(y / sz.cy * m_target.nColumns + x / sz.cx);
+    return m_target.vTiles[nTile].pPixels + y % sz.cy * sz.cx + x % sz.cx;
+}
+
+void CPathFill::SoftenRun(int32_t y, int32_t nRun, const std::array<const CCountRow*, 3>& apRows) {
+    TSoftenRows rows{apRows[0]->GetRun(nRun), apRows[1]->GetRun(nRun), apRows[2]->GetRun(nRun), 0};
+    int32_t x = nRun * CCountRow::RUN;
+    const int32_t nEnd = std::min(x + CCountRow::RUN, m_target.rc.Width());
+    while (x < nEnd) {
+        const int32_t nCount = std::min(nEnd - x, m_target.szTile.cx - x % m_target.szTile.cx);
+        rows.nCount = static_cast<size_t>(nCount);
+        m_kernels.pSoften(PixelAt(x, y), rows);
+        x += nCount;
+        rows = {rows.pAbove + nCount, rows.pRow + nCount, rows.pBelow + nCount, 0};
+    }
+}
+
+// Raises the pixels of a row from `x` to before `xEnd`.
+void CPathFill::RaiseEven(int32_t y, int32_t x, int32_t xEnd, uint8_t uValue) {
+    if (uValue == 0) return;
+    const CSize sz = m_target.szTile;
+    xEnd = std::min(xEnd, m_target.rc.Width());
+    while (x < xEnd) {
+        const int32_t nCount = std::min(xEnd - x, sz.cx - x % sz.cx);
+        if (uValue == 255 && nCount == sz.cx)
+            m_target.vTiles[static_cast<size_t>(y / sz.cy * m_target.nColumns + x / sz.cx)].FillRow(y % sz.cy,
+                                                                                                    sz.cx);
         else
-            RaiseTo(pDest, uSoftened, static_cast<size_t>(nCount));
+            RaiseTo(PixelAt(x, y), uValue, static_cast<size_t>(nCount));
         x += nCount;
     }
 }

@@ -46,16 +46,26 @@ public:
     void FillPlane(std::span<const CPoint> points, CPoint ptOrigin, CAlphaBufferImpl<uint8_t>& plane);
 
 private:
+    struct TTargetTile {
+        uint8_t* pPixels;
+        int32_t nFullTop = 0, nFullEnd = 0; ///< rows that are to be filled whole
+
+        void FillRow(int32_t y, int32_t nWidth);
+        void Flush(int32_t nWidth);
+    };
     // Pixels to be raised, in tiles of one size.
     struct TTarget {
         CRect rc; ///< in the plane
         CSize szTile;
-        std::vector<uint8_t*> vTiles; ///< row by row
+        int32_t nColumns;
+        std::vector<TTargetTile> vTiles; ///< row by row
     };
 
     void Fill(std::span<const CPoint> points, CPoint ptOrigin, CSize szPlane);
     void SoftenRow(int32_t y, const CCountRow& above, const CCountRow& row, const CCountRow& below);
-    void RaiseRow(int32_t y, int32_t x, int32_t xTo, bool bChanges, const TSoftenRows& rows);
+    void SoftenRun(int32_t y, int32_t nRun, const std::array<const CCountRow*, 3>& apRows);
+    void RaiseEven(int32_t y, int32_t x, int32_t xEnd, uint8_t uValue);
+    uint8_t* PixelAt(int32_t x, int32_t y);
 
     TTarget m_target;
     CMonotoneChains m_chains;
