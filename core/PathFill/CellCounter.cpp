@@ -22,12 +22,12 @@ int32_t SignOf(int32_t nBefore, int32_t nAfter) { return (nAfter != 0) - (nBefor
 
 } // namespace
 
-void CCellCounter::Begin(CMonotoneChains& chains, int32_t nFirst, int32_t nEnd) {
+void CCellCounter::Begin(const CMonotoneChains& chains, int32_t nFirst, int32_t nEnd) {
     m_pChains = &chains;
     m_nFirst = nFirst;
     m_nEnd = nEnd;
     m_vOrder.clear();
-    for (TChain& chain : chains.GetChains()) m_vOrder.push_back(&chain);
+    for (const TChain& chain : chains.GetChains()) m_vOrder.push_back(&chain);
     std::sort(m_vOrder.begin(), m_vOrder.end(),
               [](const TChain* pA, const TChain* pB) { return pA->yTop < pB->yTop; });
     m_nWaiting = 0;
@@ -42,54 +42,34 @@ int32_t CCellCounter::NextRow(int32_t y) const {
     return std::max(y, m_vOrder[m_nWaiting]->yTop >> 4);
 }
 
-// Where a chain is in row `y`: lines are monotone, so their ends tell.
+// Where a chain is in row `y`.
 void CCellCounter::Measure(TActive& active, int32_t y) {
     const TChain& chain = *active.pChain;
-    int32_t yCell = std::max(chain.yTop, y * ROWS);
+    const int32_t yTop = std::max(chain.yTop, y * ROWS);
     const int32_t yEnd = std::min(chain.yEnd, (y + 1) * ROWS);
-    active.nTop = yCell - y * ROWS;
+    active.nTop = yTop - y * ROWS;
     active.nEnd = yEnd - y * ROWS;
-    active.nMin = INT32_MAX;
-    active.nMax = INT32_MIN;
-    for (size_t n = chain.nCurrent;; n += static_cast<size_t>(chain.nDirection)) {
-        const TChainLine& line = m_pChains->GetLine(n);
-        const int32_t yStop = std::min(line.yEnd, yEnd);
-        const int64_t nLastX = line.nX + line.nStep * (yStop - yCell - 1);
-        const auto nA = static_cast<int32_t>(line.nX >> CMonotoneChains::CROSSING_BITS);
-        const auto nB = static_cast<int32_t>(nLastX >> CMonotoneChains::CROSSING_BITS);
-        active.nMin = std::min({active.nMin, nA, nB});
-        active.nMax = std::max({active.nMax, nA, nB});
-        if (yStop == yEnd) break;
-        yCell = yStop;
-    }
-    // What lies beyond the ends is counted at them.
-    active.nMin = std::clamp(active.nMin, m_nFirst * FILL_CELLS - 1, m_nEnd * FILL_CELLS);
-    active.nMax = std::clamp(active.nMax, m_nFirst * FILL_CELLS, m_nEnd * FILL_CELLS + 1);
-}
-
-bool CCellCounter::IsInside(const TActive& active) const {
-    return active.nMin >= m_nFirst * FILL_CELLS && active.nMax <= m_nEnd * FILL_CELLS;
-}
-
-// Gives nX of every crossing, from the top down, and takes the chain on to the next row.
-template <class Function>
-void CCellCounter::ForEachCrossing(const TActive& active, Function fn) {
-    TChain& chain = *active.pChain;
-    for (int32_t nRows = active.nEnd - active.nTop; nRows > 0;) {
-        TChainLine& line = m_pChains->GetLine(chain.nCurrent);
-        const int32_t nHere = std::min(line.yEnd - line.yTop, nRows);
-        int64_t nX = line.nX;
-        for (int32_t n = 0; n < nHere; ++n, nX += line.nStep) fn(nX);
-        line.nX = nX;
-        line.yTop += nHere;
-        if (line.yTop == line.yEnd) chain.nCurrent += static_cast<size_t>(chain.nDirection);
-        nRows -= nHere;
-    }
+    active.pCells = m_pChains->GetCells(chain, yTop, yEnd);
+    int32_t nMin = active.pCells[0];
+    int32_t nMax = nMin;
+    const auto take = [&](int32_t nCount) {
+        for (int32_t n = 0; n < nCount; ++n) {
+            nMin = std::min(nMin, active.pCells[n]);
+            nMax = std::max(nMax, active.pCells[n]);
+        }
+    };
+    // A count that is known lets it become vector code.
+    if (yEnd - yTop == ROWS)
+        take(ROWS);
+    else
+        take(yEnd - yTop);
+    active.nMin = nMin;
+    active.nMax = nMax;
 }
 
 void CCellCounter::Count(int32_t y, CCountRow& row) {
     for (; m_nWaiting < m_vOrder.size() && m_vOrder[m_nWaiting]->yTop < (y + 1) * ROWS; ++m_nWaiting)
-        m_vActive.push_back({m_vOrder[m_nWaiting], 0, 0, 0, 0});
+        m_vActive.push_back({m_vOrder[m_nWaiting], nullptr, 0, 0, 0, 0});
     for (TActive& active : m_vActive) Measure(active, y);
     const auto lefter = [](const TActive& a, const TActive& b) { return a.nMin < b.nMin; };
     if (!std::is_sorted(m_vActive.begin(), m_vActive.end(), lefter))
@@ -105,12 +85,12 @@ void CCellCounter::Count(int32_t y, CCountRow& row) {
         size_t nTo = n + 1;
         for (; nTo < m_vActive.size() && m_vActive[nTo].nMin <= nMax; ++nTo)
             nMax = std::max(nMax, m_vActive[nTo].nMax);
-        const int32_t nPixel = std::max(first.nMin >> 4, m_nFirst);
+        const int32_t nPixel = first.nMin >> 4;
         Reach(nPixel, row);
         // The crossings' pixels, one behind, and the filter's neighbours of both.
         m_nChanged = std::max(m_nChanged, (nMax >> 4) + 2);
         row.Mark(std::max(nPixel - 1, 0), m_nChanged);
-        if (nTo == n + 1 && m_bEven && IsInside(first))
+        if (nTo == n + 1 && m_bEven)
             CountAlone(first);
         else
             CountGroup(n, nTo);
@@ -161,23 +141,25 @@ void CCellCounter::CountAlone(const TActive& active) {
 }
 
 void CCellCounter::AddSpans(const TActive& active, int32_t nSign) {
+    const int32_t nRows = active.nEnd - active.nTop;
     const int32_t nFirst = active.nMin >> 4;
     if ((active.nMax >> 4) - nFirst >= STEEP) {
-        ForEachCrossing(active, [&](int64_t nX) {
-            AddCrossing(static_cast<int32_t>(nX >> CMonotoneChains::CROSSING_BITS), nSign);
-        });
+        for (int32_t n = 0; n < nRows; ++n) AddCrossing(active.pCells[n], nSign);
         return;
     }
     uint64_t uSums = 0;
-    const int64_t nLeft = int64_t{nFirst * FILL_CELLS} * (int64_t{1} << CMonotoneChains::CROSSING_BITS);
-    ForEachCrossing(active, [&](int64_t nX) {
-        uSums += SPANS[static_cast<size_t>((nX - nLeft) >> CMonotoneChains::CROSSING_BITS)];
-    });
+    const auto sum = [&](int32_t nCount) {
+        for (int32_t n = 0; n < nCount; ++n)
+            uSums += SPANS[static_cast<size_t>(active.pCells[n] - nFirst * FILL_CELLS)];
+    };
+    if (nRows == ROWS)
+        sum(ROWS);
+    else
+        sum(nRows);
     int16_t* pDifference = m_vDifference.data() + 1 + nFirst;
     int32_t nSum = 0;
     for (int32_t k = 0; k <= STEEP; ++k, uSums >>= SUM_BITS) {
-        const int32_t nNext =
-            k < STEEP ? static_cast<int32_t>(uSums & 0xFFFF) : (active.nEnd - active.nTop) * FILL_CELLS;
+        const int32_t nNext = k < STEEP ? static_cast<int32_t>(uSums & 0xFFFF) : nRows * FILL_CELLS;
         pDifference[k] = static_cast<int16_t>(pDifference[k] + nSign * (nNext - nSum));
         nSum = nNext;
     }
@@ -186,21 +168,14 @@ void CCellCounter::AddSpans(const TActive& active, int32_t nSign) {
 // Chains that may cross one another: row by row of cells, in the order of the crossings there.
 void CCellCounter::CountGroup(size_t nFrom, size_t nTo) {
     if (m_bEven) m_anWinding.fill(m_anWinding[0]);
-    if (m_vCrossings.size() < nTo - nFrom) m_vCrossings.resize((nTo - nFrom) * 2);
-    for (size_t n = nFrom; n < nTo; ++n) {
-        int32_t* pCell = m_vCrossings[n - nFrom].data() + m_vActive[n].nTop;
-        ForEachCrossing(m_vActive[n], [&](int64_t nX) {
-            const auto nCell = static_cast<int32_t>(nX >> CMonotoneChains::CROSSING_BITS);
-            *pCell++ = std::clamp(nCell, m_nFirst * FILL_CELLS, m_nEnd * FILL_CELLS);
-        });
-    }
     for (int32_t nRow = 0; nRow < ROWS; ++nRow) {
         m_vKeys.clear();
         for (size_t n = nFrom; n < nTo; ++n) {
             const TActive& active = m_vActive[n];
-            if (active.nTop <= nRow && nRow < active.nEnd)
-                m_vKeys.push_back(m_vCrossings[n - nFrom][static_cast<size_t>(nRow)] * 4 +
-                                  active.pChain->nDirection + 1);
+            if (nRow < active.nTop || nRow >= active.nEnd) continue;
+            const int32_t nDirection = active.pChain->nDirection;
+            const int32_t nCell = active.pCells[nDirection > 0 ? nRow - active.nTop : active.nEnd - 1 - nRow];
+            m_vKeys.push_back(nCell * 4 + nDirection + 1);
         }
         // At one cell the order does not matter: what begins there and ends there is no cell wide.
         if (m_vKeys.size() > 1) std::sort(m_vKeys.begin(), m_vKeys.end());

@@ -18,8 +18,9 @@
 
 class CCellCounter : boost::noncopyable {
 public:
-    /// Takes the chains over and counts pixels from `nFirst` (0 or -1) to before `nEnd`.
-    void Begin(CMonotoneChains& chains, int32_t nFirst, int32_t nEnd);
+    /// Counts the cells between `chains`, which must stay as they are: pixels from `nFirst` (0 or -1) to
+    /// before `nEnd`.
+    void Begin(const CMonotoneChains& chains, int32_t nFirst, int32_t nEnd);
     /// The first row of pixels that is not empty of chains, from `y` on; INT32_MAX when there is none.
     int32_t NextRow(int32_t y) const;
     /// Counts a row into an empty `row`. Rows are asked for from the top down; those left out have no chains.
@@ -30,35 +31,32 @@ private:
 
     // A chain in one row of pixels: rows of cells from nTop to before nEnd, cells from nMin to nMax.
     struct TActive {
-        TChain* pChain;
+        const TChain* pChain;
+        const int32_t* pCells; ///< of those rows
         int32_t nTop, nEnd;
         int32_t nMin, nMax;
     };
-    using TCrossings = std::array<int32_t, ROWS>;
 
     void Measure(TActive& active, int32_t y);
-    bool IsInside(const TActive& active) const;
-    template <class Function>
-    void ForEachCrossing(const TActive& active, Function fn);
     void CountAlone(const TActive& active);
     void AddSpans(const TActive& active, int32_t nSign);
     void CountGroup(size_t nFrom, size_t nTo);
     void AddCrossing(int32_t nCell, int32_t nSign);
     void Reach(int32_t nPixel, CCountRow& row);
 
-    CMonotoneChains* m_pChains = nullptr;
-    std::vector<TChain*> m_vOrder;  ///< by their top
-    size_t m_nWaiting = 0;          ///< the first of m_vOrder that has not begun
-    std::vector<TActive> m_vActive; ///< by their left side
-    std::vector<TCrossings> m_vCrossings;
-    std::vector<int32_t> m_vKeys; ///< of one row of cells: 4 * cell + direction + 1
+    const CMonotoneChains* m_pChains = nullptr;
+    std::vector<const TChain*> m_vOrder; ///< by their top
+    size_t m_nWaiting = 0;               ///< the first of m_vOrder that has not begun
+    std::vector<TActive> m_vActive;      ///< by their left side
+    std::vector<int32_t> m_vKeys;        ///< of one row of cells: 4 * cell + direction + 1
 
     int32_t m_nFirst = 0; ///< pixels counted
     int32_t m_nEnd = 0;
     std::vector<int16_t> m_vDifference; ///< from pixel -1 on
-    TCrossings m_anWinding{};           ///< before the place that was reached; only the first while m_bEven
-    bool m_bEven = true;                ///< all rows of cells have the same
-    int32_t m_nCount = 0;               ///< of the pixel before m_nNext
-    int32_t m_nNext = 0;                ///< the pixel to be written next
-    int32_t m_nChanged = 0;             ///< from here on no differences
+    std::array<int32_t, ROWS>
+        m_anWinding{};      ///< before the place that was reached; only the first while m_bEven
+    bool m_bEven = true;    ///< all rows of cells have the same
+    int32_t m_nCount = 0;   ///< of the pixel before m_nNext
+    int32_t m_nNext = 0;    ///< the pixel to be written next
+    int32_t m_nChanged = 0; ///< from here on no differences
 };

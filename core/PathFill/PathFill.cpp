@@ -66,6 +66,7 @@ void CPathFill::FillTile(std::span<const CPoint> points, const TFillPlane& plane
 void CPathFill::FillPlane(std::span<const CPoint> points, CPoint ptOrigin, CAlphaBufferImpl<uint8_t>& plane) {
     CheckOutline(points);
     const CSize sz = plane.GetBlockSize();
+    SELF_CHECK(invalid_argument, sz.cx % CCountRow::RUN == 0);
     const CSize szPlane{plane.GetBufferSize().cx * sz.cx, plane.GetBufferSize().cy * sz.cy};
     const CRect rcReach = ReachOf(points, ptOrigin, szPlane);
     if (points.size() < 4 || rcReach.IsEmpty()) return;
@@ -83,22 +84,41 @@ void CPathFill::FillPlane(std::span<const CPoint> points, CPoint ptOrigin, CAlph
     Fill(points, ptOrigin, szPlane);
 }
 
-// Everything is counted from the target's corner; around the target lies a pixel for the filter to see,
-// except where the plane ends.
+// What is counted at once takes memory for each crossing: tall outlines of many segments are cut into bands.
 void CPathFill::Fill(std::span<const CPoint> points, CPoint ptOrigin, CSize szPlane) {
+    constexpr int64_t MAX_CROSSINGS = 1 << 22;
+    const int32_t nHeight = m_target.rc.Height();
+    m_vRuns.resize(static_cast<size_t>((m_target.rc.Width() + CCountRow::RUN - 1) / CCountRow::RUN));
+    // A segment turns up or down twice at most.
+    int64_t nCrossings = 0;
+    for (size_t i = 0; i + 3 < points.size(); i += 3) {
+        const CRect rc = ReachOf(points.subspan(i, 4), ptOrigin, szPlane).Intersect(m_target.rc);
+        nCrossings += std::max(rc.Height(), 0) * int64_t{3 * FILL_CELLS};
+    }
+    const auto nBands = static_cast<int32_t>(std::min<int64_t>(nCrossings / MAX_CROSSINGS + 1, nHeight));
+    const int32_t nStep = (nHeight + nBands - 1) / nBands;
+    for (int32_t y = 0; y < nHeight; y += nStep)
+        FillBand(points, ptOrigin, szPlane, y, std::min(y + nStep, nHeight));
+    for (TTargetTile& tile : m_target.vTiles) tile.Flush(m_target.szTile.cx);
+}
+
+// Everything is counted from the target's corner; around the band lies a pixel for the filter to see, except
+// where the plane ends.
+void CPathFill::FillBand(std::span<const CPoint> points, CPoint ptOrigin, CSize szPlane, int32_t yTop,
+                         int32_t yEnd) {
     const CRect& rc = m_target.rc;
     const int32_t nWidth = rc.Width();
-    const int32_t nHeight = rc.Height();
-    const CRect rcCount{rc.left == 0 ? 0 : -1, rc.top == 0 ? 0 : -1,
+    const CRect rcCount{rc.left == 0 ? 0 : -1, rc.top + yTop == 0 ? 0 : yTop - 1,
                         rc.right == szPlane.cx ? nWidth : nWidth + 1,
-                        rc.bottom == szPlane.cy ? nHeight : nHeight + 1};
+                        rc.top + yEnd == szPlane.cy ? yEnd : yEnd + 1};
     const CRect rcCells{rcCount.left * FILL_CELLS, rcCount.top * FILL_CELLS, rcCount.right * FILL_CELLS,
                         rcCount.bottom * FILL_CELLS};
-    m_chains.Clear(rcCells.top, rcCells.bottom);
+    m_chains.Clear(rcCells);
     CFlattener<CMonotoneChains>(rcCells, m_chains)
         .Flatten(points, int64_t{ptOrigin.x} + rc.left, int64_t{ptOrigin.y} + rc.top);
     m_counter.Begin(m_chains, rcCount.left, rcCount.right);
     for (CCountRow& row : m_aRows) row.Create(nWidth);
+    m_pTiles = nullptr;
 
     // Row y stands at (y + 3) % 3. A row that no chain touches is empty.
     const auto rowAt = [&](int32_t y) -> CCountRow& { return m_aRows[static_cast<size_t>(y + 3) % 3]; };
@@ -107,7 +127,7 @@ void CPathFill::Fill(std::span<const CPoint> points, CPoint ptOrigin, CSize szPl
         below.Clear();
         if (m_counter.NextRow(y) == y && y < rcCount.bottom) m_counter.Count(y, below);
         const CCountRow& row = rowAt(y - 1);
-        if (y > 0 && y <= nHeight)
+        if (y > yTop && y <= yEnd)
             SoftenRow(y - 1, y - 1 == rcCount.top ? row : rowAt(y - 2), row,
                       y == rcCount.bottom ? row : below);
         if (std::all_of(m_aRows.begin(), m_aRows.end(), [](const CCountRow& r) { return r.IsEmpty(); })) {
@@ -116,25 +136,41 @@ void CPathFill::Fill(std::span<const CPoint> points, CPoint ptOrigin, CSize szPl
             y = yNext - 1;
         }
     }
-    for (TTargetTile& tile : m_target.vTiles) tile.Flush(m_target.szTile.cx);
+}
+
+// Where the pixels of the tiles at row `y` are.
+void CPathFill::EnterTiles(int32_t y) {
+    const CSize sz = m_target.szTile;
+    m_yTiles = y / sz.cy * sz.cy;
+    m_pTiles = m_target.vTiles.data() + y / sz.cy * m_target.nColumns;
+    size_t nRun = 0;
+    for (int32_t n = 0; n < m_target.nColumns; ++n)
+        for (int32_t x = 0; x < sz.cx; x += CCountRow::RUN) m_vRuns[nRun++] = m_pTiles[n].pPixels + x;
 }
 
 void CPathFill::SoftenRow(int32_t y, const CCountRow& above, const CCountRow& row, const CCountRow& below) {
-    const std::array<const CCountRow*, 3> apRows{&above, &row, &below};
+    constexpr int32_t RUN = CCountRow::RUN;
+    if (!m_pTiles || y - m_yTiles >= m_target.szTile.cy) EnterTiles(y);
+    const int32_t nWidth = m_target.rc.Width();
     int32_t nRun = INT32_MAX, nEnd = 0;
-    for (const CCountRow* pRow : apRows)
+    for (const CCountRow* pRow : {&above, &row, &below})
         if (!pRow->IsEmpty()) {
             nRun = std::min(nRun, pRow->GetFirstRun());
             nEnd = std::max(nEnd, pRow->GetEndRun());
         }
-    nEnd = std::min(nEnd, (m_target.rc.Width() + CCountRow::RUN - 1) / CCountRow::RUN);
+    nEnd = std::min(nEnd, static_cast<int32_t>(m_vRuns.size()));
     const auto marks = [&](int32_t nAt) {
         const auto nWord = static_cast<size_t>(nAt) / 64;
         return (above.GetMarks(nWord) | row.GetMarks(nWord) | below.GetMarks(nWord)) >> (nAt % 64);
     };
+    const int32_t nOffset = (y - m_yTiles) * m_target.szTile.cx;
     while (nRun < nEnd) {
         uint64_t uMarks = marks(nRun);
-        for (; uMarks & 1 && nRun < nEnd; uMarks >>= 1, ++nRun) SoftenRun(y, nRun, apRows);
+        for (; uMarks & 1 && nRun < nEnd; uMarks >>= 1, ++nRun) {
+            const auto nCount = static_cast<size_t>(std::min(RUN, nWidth - nRun * RUN));
+            m_kernels.pSoften(m_vRuns[static_cast<size_t>(nRun)] + nOffset,
+                              {above.GetRun(nRun), row.GetRun(nRun), below.GetRun(nRun), nCount});
+        }
         const int32_t nFirst = nRun;
         while (nRun < nEnd) {
             uMarks = marks(nRun);
@@ -145,41 +181,23 @@ void CPathFill::SoftenRow(int32_t y, const CCountRow& above, const CCountRow& ro
         if (nFirst == nRun) continue;
         const uint32_t uValue = row.GetEven(nFirst);
         const uint32_t uNeighbours = 2 * uValue + above.GetEven(nFirst) + below.GetEven(nFirst);
-        RaiseEven(y, nFirst * CCountRow::RUN, nRun * CCountRow::RUN, SoftenedValue(uValue, uNeighbours));
-    }
-}
-
-uint8_t* CPathFill::PixelAt(int32_t x, int32_t y) {
-    const CSize sz = m_target.szTile;
-    const auto nTile = static_cast<size_t>(y / sz.cy * m_target.nColumns + x / sz.cx);
-    return m_target.vTiles[nTile].pPixels + y % sz.cy * sz.cx + x % sz.cx;
-}
-
-void CPathFill::SoftenRun(int32_t y, int32_t nRun, const std::array<const CCountRow*, 3>& apRows) {
-    TSoftenRows rows{apRows[0]->GetRun(nRun), apRows[1]->GetRun(nRun), apRows[2]->GetRun(nRun), 0};
-    int32_t x = nRun * CCountRow::RUN;
-    const int32_t nEnd = std::min(x + CCountRow::RUN, m_target.rc.Width());
-    while (x < nEnd) {
-        const int32_t nCount = std::min(nEnd - x, m_target.szTile.cx - x % m_target.szTile.cx);
-        rows.nCount = static_cast<size_t>(nCount);
-        m_kernels.pSoften(PixelAt(x, y), rows);
-        x += nCount;
-        rows = {rows.pAbove + nCount, rows.pRow + nCount, rows.pBelow + nCount, 0};
+        RaiseEven(y, nFirst * RUN, std::min(nRun * RUN, nWidth), SoftenedValue(uValue, uNeighbours));
     }
 }
 
 // Raises the pixels of a row from `x` to before `xEnd`.
 void CPathFill::RaiseEven(int32_t y, int32_t x, int32_t xEnd, uint8_t uValue) {
     if (uValue == 0) return;
-    const CSize sz = m_target.szTile;
-    xEnd = std::min(xEnd, m_target.rc.Width());
-    while (x < xEnd) {
-        const int32_t nCount = std::min(xEnd - x, sz.cx - x % sz.cx);
-        if (uValue == 255 && nCount == sz.cx)
-            m_target.vTiles[static_cast<size_t>(y / sz.cy * m_target.nColumns + x / sz.cx)].FillRow(y % sz.cy,
-                                                                                                    sz.cx);
+    const int32_t nWidth = m_target.szTile.cx;
+    const int32_t yInTile = y - m_yTiles;
+    int32_t nTile = x / nWidth;
+    for (int32_t xTile = nTile * nWidth; x < xEnd; xTile += nWidth, ++nTile) {
+        const int32_t nCount = std::min(xEnd, xTile + nWidth) - x;
+        if (uValue == 255 && nCount == nWidth)
+            m_pTiles[nTile].FillRow(yInTile, nWidth);
         else
-            RaiseTo(PixelAt(x, y), uValue, static_cast<size_t>(nCount));
+            RaiseTo(m_pTiles[nTile].pPixels + yInTile * nWidth + x - xTile, uValue,
+                    static_cast<size_t>(nCount));
         x += nCount;
     }
 }

@@ -53,7 +53,7 @@ private:
         void FillRow(int32_t y, int32_t nWidth);
         void Flush(int32_t nWidth);
     };
-    // Pixels to be raised, in tiles of one size.
+    // Pixels to be raised, in tiles of one size, whose width is a multiple of a run's if there are several.
     struct TTarget {
         CRect rc; ///< in the plane
         CSize szTile;
@@ -62,12 +62,15 @@ private:
     };
 
     void Fill(std::span<const CPoint> points, CPoint ptOrigin, CSize szPlane);
+    void FillBand(std::span<const CPoint> points, CPoint ptOrigin, CSize szPlane, int32_t yTop, int32_t yEnd);
+    void EnterTiles(int32_t y);
     void SoftenRow(int32_t y, const CCountRow& above, const CCountRow& row, const CCountRow& below);
-    void SoftenRun(int32_t y, int32_t nRun, const std::array<const CCountRow*, 3>& apRows);
     void RaiseEven(int32_t y, int32_t x, int32_t xEnd, uint8_t uValue);
-    uint8_t* PixelAt(int32_t x, int32_t y);
 
     TTarget m_target;
+    TTargetTile* m_pTiles = nullptr; ///< the row of tiles that is written,
+    int32_t m_yTiles = 0;            ///< its first row of pixels
+    std::vector<uint8_t*> m_vRuns;   ///< and its pixels there, a run of a row each
     CMonotoneChains m_chains;
     CCellCounter m_counter;
     std::array<CCountRow, 3> m_aRows;
