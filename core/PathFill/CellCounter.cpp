@@ -4,20 +4,6 @@
 
 namespace {
 
-// Crossings that lie within so many pixels are summed in one number.
-constexpr int32_t STEEP = 4;
-constexpr int SUM_BITS = 16;
-
-// For a crossing at each cell of these pixels, the cells set behind it in each of them.
-constexpr auto SPANS = [] {
-    std::array<uint64_t, STEEP * FILL_CELLS> spans{};
-    for (int32_t n = 0; n < STEEP * FILL_CELLS; ++n)
-        for (int32_t k = 0; k < STEEP; ++k)
-            spans[static_cast<size_t>(n)] |=
-                static_cast<uint64_t>(std::clamp((k + 1) * FILL_CELLS - n, 0, FILL_CELLS)) << (k * SUM_BITS);
-    return spans;
-}();
-
 int32_t SignOf(int32_t nBefore, int32_t nAfter) { return (nAfter != 0) - (nBefore != 0); }
 
 } // namespace
@@ -33,7 +19,7 @@ void CCellCounter::Begin(const CMonotoneChains& chains, int32_t nFirst, int32_t 
     m_nWaiting = 0;
     m_vActive.clear();
     // A crossing at the right end still has its pixel and those behind.
-    m_vDifference.resize(std::max(m_vDifference.size(), static_cast<size_t>(nEnd) + STEEP + 2));
+    m_vDifference.resize(std::max(m_vDifference.size(), static_cast<size_t>(nEnd) + CROSSING_PIXELS + 2));
 }
 
 int32_t CCellCounter::NextRow(int32_t y) const {
@@ -50,28 +36,14 @@ void CCellCounter::Measure(TActive& active, int32_t y) {
     active.nTop = yTop - y * ROWS;
     active.nEnd = yEnd - y * ROWS;
     active.pCells = m_pChains->GetCells(chain, yTop, yEnd);
-    int32_t nMin = active.pCells[0];
-    int32_t nMax = nMin;
-    const auto take = [&](int32_t nCount) {
-        for (int32_t n = 0; n < nCount; ++n) {
-            nMin = std::min(nMin, active.pCells[n]);
-            nMax = std::max(nMax, active.pCells[n]);
-        }
-    };
-    // A count that is known lets it become vector code.
-    if (yEnd - yTop == ROWS)
-        take(ROWS);
-    else
-        take(yEnd - yTop);
-    active.nMin = nMin;
-    active.nMax = nMax;
+    active.sums = m_kernels.pSum(active.pCells, static_cast<size_t>(yEnd - yTop));
 }
 
 void CCellCounter::Count(int32_t y, CCountRow& row) {
     for (; m_nWaiting < m_vOrder.size() && m_vOrder[m_nWaiting]->yTop < (y + 1) * ROWS; ++m_nWaiting)
-        m_vActive.push_back({m_vOrder[m_nWaiting], nullptr, 0, 0, 0, 0});
+        m_vActive.push_back({m_vOrder[m_nWaiting], nullptr, 0, 0, {}});
     for (TActive& active : m_vActive) Measure(active, y);
-    const auto lefter = [](const TActive& a, const TActive& b) { return a.nMin < b.nMin; };
+    const auto lefter = [](const TActive& a, const TActive& b) { return a.sums.nMin < b.sums.nMin; };
     if (!std::is_sorted(m_vActive.begin(), m_vActive.end(), lefter))
         std::sort(m_vActive.begin(), m_vActive.end(), lefter);
 
@@ -81,11 +53,11 @@ void CCellCounter::Count(int32_t y, CCountRow& row) {
     m_nNext = m_nChanged = m_nFirst;
     for (size_t n = 0; n < m_vActive.size();) {
         const TActive& first = m_vActive[n];
-        int32_t nMax = first.nMax;
+        int32_t nMax = first.sums.nMax;
         size_t nTo = n + 1;
-        for (; nTo < m_vActive.size() && m_vActive[nTo].nMin <= nMax; ++nTo)
-            nMax = std::max(nMax, m_vActive[nTo].nMax);
-        const int32_t nPixel = first.nMin >> 4;
+        for (; nTo < m_vActive.size() && m_vActive[nTo].sums.nMin <= nMax; ++nTo)
+            nMax = std::max(nMax, m_vActive[nTo].sums.nMax);
+        const int32_t nPixel = first.sums.nMin >> 4;
         Reach(nPixel, row);
         // The crossings' pixels, one behind, and the filter's neighbours of both.
         m_nChanged = std::max(m_nChanged, (nMax >> 4) + 2);
@@ -142,27 +114,20 @@ void CCellCounter::CountAlone(const TActive& active) {
 
 void CCellCounter::AddSpans(const TActive& active, int32_t nSign) {
     const int32_t nRows = active.nEnd - active.nTop;
-    const int32_t nFirst = active.nMin >> 4;
-    if ((active.nMax >> 4) - nFirst >= STEEP) {
+    const int32_t nFirst = active.sums.nMin >> 4;
+    if ((active.sums.nMax >> 4) - nFirst >= CROSSING_PIXELS) {
         for (int32_t n = 0; n < nRows; ++n) AddCrossing(active.pCells[n], nSign);
         return;
     }
-    uint64_t uSums = 0;
-    const auto sum = [&](int32_t nCount) {
-        for (int32_t n = 0; n < nCount; ++n)
-            uSums += SPANS[static_cast<size_t>(active.pCells[n] - nFirst * FILL_CELLS)];
-    };
-    if (nRows == ROWS)
-        sum(ROWS);
-    else
-        sum(nRows);
     int16_t* pDifference = m_vDifference.data() + 1 + nFirst;
-    int32_t nSum = 0;
-    for (int32_t k = 0; k <= STEEP; ++k, uSums >>= SUM_BITS) {
-        const int32_t nNext = k < STEEP ? static_cast<int32_t>(uSums & 0xFFFF) : nRows * FILL_CELLS;
-        pDifference[k] = static_cast<int16_t>(pDifference[k] + nSign * (nNext - nSum));
-        nSum = nNext;
+    int32_t nBefore = 0;
+    for (int32_t k = 0; k < CROSSING_PIXELS; ++k) {
+        const auto nSet = static_cast<int32_t>(active.sums.uSums >> (16 * k) & 0xFFFF);
+        pDifference[k] = static_cast<int16_t>(pDifference[k] + nSign * (nSet - nBefore));
+        nBefore = nSet;
     }
+    pDifference[CROSSING_PIXELS] =
+        static_cast<int16_t>(pDifference[CROSSING_PIXELS] + nSign * (nRows * FILL_CELLS - nBefore));
 }
 
 // Chains that may cross one another: row by row of cells, in the order of the crossings there.

@@ -9,6 +9,7 @@
 
 #include "core/PathFill/CountRow.h"
 #include "core/PathFill/MonotoneChains.h"
+#include "core/RasterKernel/CrossingKernel.h"
 
 #include <boost/noncopyable.hpp>
 
@@ -29,12 +30,12 @@ public:
 private:
     static constexpr int32_t ROWS = FILL_CELLS; ///< rows of cells to a row of pixels
 
-    // A chain in one row of pixels: rows of cells from nTop to before nEnd, cells from nMin to nMax.
+    // A chain in one row of pixels: rows of cells from nTop to before nEnd.
     struct TActive {
         const TChain* pChain;
         const int32_t* pCells; ///< of those rows
         int32_t nTop, nEnd;
-        int32_t nMin, nMax;
+        TCrossingSums sums;
     };
 
     void Measure(TActive& active, int32_t y);
@@ -44,6 +45,7 @@ private:
     void AddCrossing(int32_t nCell, int32_t nSign);
     void Reach(int32_t nPixel, CCountRow& row);
 
+    const TCrossingKernels& m_kernels = CrossingKernels();
     const CMonotoneChains* m_pChains = nullptr;
     std::vector<const TChain*> m_vOrder; ///< by their top
     size_t m_nWaiting = 0;               ///< the first of m_vOrder that has not begun

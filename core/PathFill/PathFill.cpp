@@ -36,20 +36,6 @@ void RaiseTo(uint8_t* pDest, uint8_t uValue, size_t nCount) {
 
 } // namespace
 
-// Rows of a tile lie behind one another, so a block of them is filled at once.
-void CPathFill::TTargetTile::FillRow(int32_t y, int32_t nWidth) {
-    if (nFullEnd != y) {
-        Flush(nWidth);
-        nFullTop = y;
-    }
-    nFullEnd = y + 1;
-}
-
-void CPathFill::TTargetTile::Flush(int32_t nWidth) {
-    std::memset(pPixels + nFullTop * nWidth, 255, static_cast<size_t>((nFullEnd - nFullTop) * nWidth));
-    nFullTop = nFullEnd = 0;
-}
-
 void CPathFill::FillTile(std::span<const CPoint> points, const TFillPlane& plane, CAlphaBlock8& tile) {
     CheckOutline(points);
     const CSize sz = tile.GetSize();
@@ -59,7 +45,7 @@ void CPathFill::FillTile(std::span<const CPoint> points, const TFillPlane& plane
     m_target.rc = tile.GetRect();
     m_target.szTile = sz;
     m_target.nColumns = 1;
-    m_target.vTiles.assign(1, {tile.GetAlpha()});
+    m_target.vTiles.assign(1, tile.GetAlpha());
     Fill(points, plane.ptOrigin, szPlane);
 }
 
@@ -79,7 +65,7 @@ void CPathFill::FillPlane(std::span<const CPoint> points, CPoint ptOrigin, CAlph
         auto spTile = plane.GetBlock(pt, true);
         // The plane's reference and this one are two.
         if (spTile.use_count() > 2) plane.ShareBlock(pt, spTile = spTile->Clone());
-        m_target.vTiles.push_back({static_cast<CAlphaBlock8&>(*spTile).GetAlpha()});
+        m_target.vTiles.push_back(static_cast<CAlphaBlock8&>(*spTile).GetAlpha());
     });
     Fill(points, ptOrigin, szPlane);
 }
@@ -99,7 +85,6 @@ void CPathFill::Fill(std::span<const CPoint> points, CPoint ptOrigin, CSize szPl
     const int32_t nStep = (nHeight + nBands - 1) / nBands;
     for (int32_t y = 0; y < nHeight; y += nStep)
         FillBand(points, ptOrigin, szPlane, y, std::min(y + nStep, nHeight));
-    for (TTargetTile& tile : m_target.vTiles) tile.Flush(m_target.szTile.cx);
 }
 
 // Everything is counted from the target's corner; around the band lies a pixel for the filter to see, except
@@ -136,16 +121,18 @@ void CPathFill::FillBand(std::span<const CPoint> points, CPoint ptOrigin, CSize 
             y = yNext - 1;
         }
     }
+    FlushTiles();
 }
 
 // Where the pixels of the tiles at row `y` are.
 void CPathFill::EnterTiles(int32_t y) {
+    FlushTiles();
     const CSize sz = m_target.szTile;
     m_yTiles = y / sz.cy * sz.cy;
     m_pTiles = m_target.vTiles.data() + y / sz.cy * m_target.nColumns;
     size_t nRun = 0;
     for (int32_t n = 0; n < m_target.nColumns; ++n)
-        for (int32_t x = 0; x < sz.cx; x += CCountRow::RUN) m_vRuns[nRun++] = m_pTiles[n].pPixels + x;
+        for (int32_t x = 0; x < sz.cx; x += CCountRow::RUN) m_vRuns[nRun++] = m_pTiles[n] + x;
 }
 
 void CPathFill::SoftenRow(int32_t y, const CCountRow& above, const CCountRow& row, const CCountRow& below) {
@@ -189,15 +176,41 @@ void CPathFill::SoftenRow(int32_t y, const CCountRow& above, const CCountRow& ro
 void CPathFill::RaiseEven(int32_t y, int32_t x, int32_t xEnd, uint8_t uValue) {
     if (uValue == 0) return;
     const int32_t nWidth = m_target.szTile.cx;
-    const int32_t yInTile = y - m_yTiles;
-    int32_t nTile = x / nWidth;
-    for (int32_t xTile = nTile * nWidth; x < xEnd; xTile += nWidth, ++nTile) {
-        const int32_t nCount = std::min(xEnd, xTile + nWidth) - x;
-        if (uValue == 255 && nCount == nWidth)
-            m_pTiles[nTile].FillRow(yInTile, nWidth);
-        else
-            RaiseTo(m_pTiles[nTile].pPixels + yInTile * nWidth + x - xTile, uValue,
-                    static_cast<size_t>(nCount));
-        x += nCount;
+    const int32_t nRow = (y - m_yTiles) * nWidth;
+    const auto raise = [&](int32_t nTile, int32_t nFrom, int32_t nTo) {
+        RaiseTo(m_pTiles[nTile] + nRow + nFrom, uValue, static_cast<size_t>(nTo - nFrom));
+    };
+    const int32_t nFirst = x / nWidth;
+    const int32_t nLast = xEnd / nWidth;
+    const int32_t nFrom = x - nFirst * nWidth;
+    const int32_t nTo = xEnd - nLast * nWidth;
+    if (nFirst == nLast) {
+        raise(nFirst, nFrom, nTo);
+        return;
     }
+    const int32_t nWhole = nFrom ? nFirst + 1 : nFirst;
+    if (nFrom) raise(nFirst, nFrom, nWidth);
+    if (nTo) raise(nLast, 0, nTo);
+    if (uValue == 255)
+        FillTiles(y, nWhole, nLast);
+    else
+        for (int32_t n = nWhole; n < nLast; ++n) raise(n, 0, nWidth);
+}
+
+// Rows of a tile lie behind one another, so they are gathered to be filled as one block.
+void CPathFill::FillTiles(int32_t y, int32_t nFirst, int32_t nEnd) {
+    if (nFirst >= nEnd) return;
+    if (m_full.nFirst != nFirst || m_full.nEnd != nEnd || m_full.yEnd != y) {
+        FlushTiles();
+        m_full = {nFirst, nEnd, y, y};
+    }
+    m_full.yEnd = y + 1;
+}
+
+void CPathFill::FlushTiles() {
+    const int32_t nWidth = m_target.szTile.cx;
+    const auto nBytes = static_cast<size_t>((m_full.yEnd - m_full.yTop) * nWidth);
+    for (int32_t n = m_full.nFirst; n < m_full.nEnd; ++n)
+        std::memset(m_pTiles[n] + (m_full.yTop - m_yTiles) * nWidth, 255, nBytes);
+    m_full = {};
 }

@@ -46,19 +46,18 @@ public:
     void FillPlane(std::span<const CPoint> points, CPoint ptOrigin, CAlphaBufferImpl<uint8_t>& plane);
 
 private:
-    struct TTargetTile {
-        uint8_t* pPixels;
-        int32_t nFullTop = 0, nFullEnd = 0; ///< rows that are to be filled whole
-
-        void FillRow(int32_t y, int32_t nWidth);
-        void Flush(int32_t nWidth);
-    };
     // Pixels to be raised, in tiles of one size, whose width is a multiple of a run's if there are several.
     struct TTarget {
         CRect rc; ///< in the plane
         CSize szTile;
         int32_t nColumns;
-        std::vector<TTargetTile> vTiles; ///< row by row
+        std::vector<uint8_t*> vTiles; ///< row by row
+    };
+
+    // Rows of tiles that are full from side to side, from tile nFirst to before nEnd.
+    struct TFull {
+        int32_t nFirst, nEnd;
+        int32_t yTop, yEnd;
     };
 
     void Fill(std::span<const CPoint> points, CPoint ptOrigin, CSize szPlane);
@@ -66,11 +65,14 @@ private:
     void EnterTiles(int32_t y);
     void SoftenRow(int32_t y, const CCountRow& above, const CCountRow& row, const CCountRow& below);
     void RaiseEven(int32_t y, int32_t x, int32_t xEnd, uint8_t uValue);
+    void FillTiles(int32_t y, int32_t nTile, int32_t nEnd);
+    void FlushTiles();
 
     TTarget m_target;
-    TTargetTile* m_pTiles = nullptr; ///< the row of tiles that is written,
-    int32_t m_yTiles = 0;            ///< its first row of pixels
-    std::vector<uint8_t*> m_vRuns;   ///< and its pixels there, a run of a row each
+    uint8_t* const* m_pTiles = nullptr; ///< the row of tiles that is written,
+    int32_t m_yTiles = 0;               ///< its first row of pixels
+    std::vector<uint8_t*> m_vRuns;      ///< and its pixels there, a run of a row each
+    TFull m_full{};
     CMonotoneChains m_chains;
     CCellCounter m_counter;
     std::array<CCountRow, 3> m_aRows;

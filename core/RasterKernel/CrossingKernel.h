@@ -1,0 +1,30 @@
+// Sums over the places where an edge crosses the rows of cells of one row of pixels; all forms give the same.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+/// Cells to a pixel, in each direction.
+constexpr int32_t CROSSING_CELLS = 16;
+/// Pixels that are summed at once.
+constexpr int32_t CROSSING_PIXELS = 4;
+
+struct TCrossingSums {
+    int32_t nMin; ///< the crossings' smallest
+    int32_t nMax; ///< and largest
+    /// In the k-th 16 bits, the cells from the crossings on in the k-th pixel from that of nMin:
+    /// the sum of clamp(16 * (k + 1) - (cell - 16 * (nMin >> 4)), 0, 16).
+    uint64_t uSums;
+};
+
+struct TCrossingKernels {
+    /// `nCount` is 1 to 16; cells lie within 2^30 from 0.
+    TCrossingSums (*pSum)(const int32_t* pCells, size_t nCount);
+};
+
+/// The definition.
+const TCrossingKernels& PlainCrossingKernels();
+/// The vector form, compiled for several instruction sets and chosen when the program runs.
+const TCrossingKernels& VectorCrossingKernels();
+/// The one in use.
+const TCrossingKernels& CrossingKernels();

@@ -1,0 +1,77 @@
+// The vector form of the crossing sums, one source for every instruction set that Highway knows here.
+//
+// Sixteen crossings, the rule, are one vector of bytes once they are counted from their first pixel: what
+// saturates lies behind the pixels that are summed. The sum of a pixel is a sum of bytes.
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "core/RasterKernel/VectorCrossingKernels.cpp"
+#include <hwy/foreach_target.h>
+
+#include <hwy/highway.h>
+
+#include "core/RasterKernel/CrossingKernel.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace HWY_NAMESPACE {
+
+#if HWY_TARGET == HWY_SCALAR
+
+const TCrossingKernels* GetCrossingKernels() { return &PlainCrossingKernels(); }
+
+#else
+
+namespace hn = hwy::HWY_NAMESPACE;
+
+using D32 = hn::Full128<int32_t>;
+using D16 = hn::Full128<int16_t>;
+using D8 = hn::Full128<uint8_t>;
+using D64 = hn::Full128<uint64_t>;
+
+// Adds the cells from the crossings on in pixel `k`.
+template <int k>
+HWY_INLINE hn::Vec<D64> AddPixel(hn::Vec<D64> sums, hn::Vec<D8> cells) {
+    const D8 d8;
+    const auto before = hn::Set(d8, static_cast<uint8_t>((k + 1) * CROSSING_CELLS));
+    const auto set = hn::Min(hn::SaturatedSub(before, cells), hn::Set(d8, uint8_t{CROSSING_CELLS}));
+    return hn::Add(sums, hn::ShiftLeft<16 * k>(hn::SumsOf8(set)));
+}
+
+TCrossingSums Sum(const int32_t* pCells, size_t nCount) {
+    if (nCount != 16) return PlainCrossingKernels().pSum(pCells, nCount);
+    const D32 d;
+    const D16 d16;
+    const D8 d8;
+    const D64 d64;
+    const hn::Half<D8> d8Half;
+    const auto a = hn::LoadU(d, pCells), b = hn::LoadU(d, pCells + 4);
+    const auto e = hn::LoadU(d, pCells + 8), f = hn::LoadU(d, pCells + 12);
+    TCrossingSums sums;
+    sums.nMin = hn::GetLane(hn::MinOfLanes(d, hn::Min(hn::Min(a, b), hn::Min(e, f))));
+    sums.nMax = hn::GetLane(hn::MaxOfLanes(d, hn::Max(hn::Max(a, b), hn::Max(e, f))));
+    const auto left = hn::Set(d, sums.nMin & -CROSSING_CELLS);
+    // The order of lanes does not matter to a sum.
+    const auto low = hn::ReorderDemote2To(d16, hn::Sub(a, left), hn::Sub(b, left));
+    const auto high = hn::ReorderDemote2To(d16, hn::Sub(e, left), hn::Sub(f, left));
+    const auto cells = hn::Combine(d8, hn::DemoteTo(d8Half, high), hn::DemoteTo(d8Half, low));
+    auto pixels = AddPixel<0>(hn::Zero(d64), cells);
+    pixels = AddPixel<1>(pixels, cells);
+    pixels = AddPixel<2>(pixels, cells);
+    pixels = AddPixel<3>(pixels, cells);
+    sums.uSums = hn::GetLane(hn::SumOfLanes(d64, pixels));
+    return sums;
+}
+
+const TCrossingKernels* GetCrossingKernels() {
+    static constexpr TCrossingKernels kernels{Sum};
+    return &kernels;
+}
+
+#endif
+
+} // namespace HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+HWY_EXPORT(GetCrossingKernels);
+
+const TCrossingKernels& VectorCrossingKernels() { return *HWY_DYNAMIC_DISPATCH(GetCrossingKernels)(); }
+#endif
