@@ -57,15 +57,28 @@ void CCellCounter::Count(int32_t y, CCountRow& row) {
         size_t nTo = n + 1;
         for (; nTo < m_vActive.size() && m_vActive[nTo].sums.nMin <= nMax; ++nTo)
             nMax = std::max(nMax, m_vActive[nTo].sums.nMax);
+        const bool bWhole = nTo == n + 1 && m_bEven && first.nEnd - first.nTop == ROWS;
+        const int32_t nAfter = m_anWinding[0] + first.pChain->nDirection;
+        if (bWhole && SignOf(m_anWinding[0], nAfter) == 0) {
+            m_anWinding[0] = nAfter;
+            n = nTo;
+            continue;
+        }
         const int32_t nPixel = first.sums.nMin >> 4;
         Reach(nPixel, row);
-        // The crossings' pixels, one behind, and the filter's neighbours of both.
-        m_nChanged = std::max(m_nChanged, (nMax >> 4) + 2);
-        row.Mark(std::max(nPixel - 1, 0), m_nChanged);
-        if (nTo == n + 1 && m_bEven)
-            CountAlone(first);
-        else
-            CountGroup(n, nTo);
+        const int32_t nNext = nTo < m_vActive.size() ? m_vActive[nTo].sums.nMin >> 4 : INT32_MAX;
+        if (bWhole && m_nChanged == nPixel && nNext > (nMax >> 4) + 1 &&
+            (nMax >> 4) - nPixel < CROSSING_PIXELS) {
+            WriteEdge(first, row);
+        } else {
+            // The crossings' pixels, one behind, and the filter's neighbours of both.
+            m_nChanged = std::max(m_nChanged, (nMax >> 4) + 2);
+            row.Mark(std::max(nPixel - 1, 0), m_nChanged);
+            if (nTo == n + 1 && m_bEven)
+                CountAlone(first);
+            else
+                CountGroup(n, nTo);
+        }
         n = nTo;
     }
     // A shape that goes on beyond the end has its last value beside what lies there.
@@ -89,6 +102,22 @@ void CCellCounter::Reach(int32_t nPixel, CCountRow& row) {
     if (m_nCount != 0 && m_nNext < nPixel)
         row.SetEven(m_nNext, nPixel, static_cast<uint8_t>(std::min(m_nCount, 255)));
     m_nNext = m_nChanged = nPixel;
+}
+
+// Crossings that touch no pixel that others touch: their pixels are known at once.
+void CCellCounter::WriteEdge(const TActive& active, CCountRow& row) {
+    constexpr int32_t FULL = ROWS * FILL_CELLS;
+    const int32_t nBefore = m_anWinding[0];
+    m_anWinding[0] += active.pChain->nDirection;
+    const int32_t nSign = SignOf(nBefore, m_anWinding[0]);
+    const int32_t nLast = active.sums.nMax >> 4;
+    row.Mark(std::max(m_nNext - 1, 0), nLast + 1);
+    for (uint64_t uSums = active.sums.uSums; m_nNext <= nLast; uSums >>= 16, ++m_nNext) {
+        const auto nSet = static_cast<int32_t>(uSums & 0xFFFF);
+        row.Set(m_nNext, static_cast<uint8_t>(std::min(nSign > 0 ? nSet : FULL - nSet, 255)));
+    }
+    m_nChanged = m_nNext;
+    m_nCount = nSign > 0 ? FULL : 0;
 }
 
 void CCellCounter::AddCrossing(int32_t nCell, int32_t nSign) {

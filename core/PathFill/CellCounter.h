@@ -39,6 +39,7 @@ private:
     };
 
     void Measure(TActive& active, int32_t y);
+    void WriteEdge(const TActive& active, CCountRow& row);
     void CountAlone(const TActive& active);
     void AddSpans(const TActive& active, int32_t nSign);
     void CountGroup(size_t nFrom, size_t nTo);

@@ -34,7 +34,7 @@ public:
         const int32_t nFrom = nFirst / RUN;
         const int32_t nTo = nLast / RUN;
         if (m_nFirstRun == m_nEndRun) m_nFirstRun = nFrom;
-        m_nEndRun = nTo + 1;
+        m_nEndRun = std::max(m_nEndRun, nTo + 1);
         for (int32_t n = nFrom; n <= nTo; ++n)
             m_vMarks[static_cast<size_t>(n) / 64] |= uint64_t{1} << (n % 64);
     }

@@ -68,14 +68,18 @@ private:
         int64_t nX = x * (int64_t{1} << SLOPE_BITS) + nSlope * (yFirst * UNIT + UNIT / 2 - y);
         nX += (int64_t{UNIT / 2} << SLOPE_BITS) - 1; // to the first centre at it or right of it
         const int64_t nStep = nSlope * UNIT * chain.nDirection;
+        // Whole blocks are written: most lines are one, and what is beyond the last row is overwritten.
+        constexpr int32_t BLOCK = 8;
         chain.nFirst = m_nCells;
         m_nCells += static_cast<size_t>(nRows);
-        if (m_nCells > m_vCells.size()) m_vCells.resize(m_nCells * 2);
+        if (m_nCells + BLOCK > m_vCells.size()) m_vCells.resize((m_nCells + BLOCK) * 2);
         int32_t* pCells = m_vCells.data() + chain.nFirst;
-        const bool bClamp = columns.first < m_rcCells.left * UNIT || columns.second > m_rcCells.right * UNIT;
-        for (int32_t n = 0; n < nRows; ++n, nX += nStep) pCells[n] = static_cast<int32_t>(nX >> CELL_BITS);
-        for (int32_t n = 0; bClamp && n < nRows; ++n)
-            pCells[n] = std::clamp(pCells[n], m_rcCells.left, m_rcCells.right);
+        for (int32_t n = 0; n < nRows; n += BLOCK)
+            for (int32_t k = 0; k < BLOCK; ++k, nX += nStep)
+                pCells[n + k] = static_cast<int32_t>(nX >> CELL_BITS);
+        if (columns.first < m_rcCells.left * UNIT || columns.second > m_rcCells.right * UNIT)
+            for (int32_t n = 0; n < nRows; ++n)
+                pCells[n] = std::clamp(pCells[n], m_rcCells.left, m_rcCells.right);
         Append(chain);
     }
     // The last line becomes the end of the last chain or the beginning of a new one.
