@@ -52,7 +52,7 @@ void CPathFill::FillTile(std::span<const CPoint> points, const TFillPlane& plane
 void CPathFill::FillPlane(std::span<const CPoint> points, CPoint ptOrigin, CAlphaBufferImpl<uint8_t>& plane) {
     CheckOutline(points);
     const CSize sz = plane.GetBlockSize();
-    SELF_CHECK(invalid_argument, sz.cx % CCountRow::RUN == 0);
+    SELF_CHECK(invalid_argument, sz.cx % CCountRow::RUN == 0 && sz.cy % ROWS == 0);
     const CSize szPlane{plane.GetBufferSize().cx * sz.cx, plane.GetBufferSize().cy * sz.cy};
     const CRect rcReach = ReachOf(points, ptOrigin, szPlane);
     if (points.size() < 4 || rcReach.IsEmpty()) return;
@@ -82,7 +82,7 @@ void CPathFill::Fill(std::span<const CPoint> points, CPoint ptOrigin, CSize szPl
         nCrossings += std::max(rc.Height(), 0) * int64_t{3 * FILL_CELLS};
     }
     const auto nBands = static_cast<int32_t>(std::min<int64_t>(nCrossings / MAX_CROSSINGS + 1, nHeight));
-    const int32_t nStep = (nHeight + nBands - 1) / nBands;
+    const int32_t nStep = RoundUp((nHeight + nBands - 1) / nBands, ROWS);
     for (int32_t y = 0; y < nHeight; y += nStep)
         FillBand(points, ptOrigin, szPlane, y, std::min(y + nStep, nHeight));
 }
@@ -105,23 +105,29 @@ void CPathFill::FillBand(std::span<const CPoint> points, CPoint ptOrigin, CSize 
     for (CCountRow& row : m_aRows) row.Create(nWidth);
     m_pTiles = nullptr;
 
-    // Row y stands at (y + 3) % 3. A row that no chain touches is empty.
-    const auto rowAt = [&](int32_t y) -> CCountRow& { return m_aRows[static_cast<size_t>(y + 3) % 3]; };
-    for (int32_t y = m_counter.NextRow(rcCount.top); y <= rcCount.bottom; ++y) {
-        CCountRow& below = rowAt(y);
-        below.Clear();
-        if (m_counter.NextRow(y) == y && y < rcCount.bottom) m_counter.Count(y, below);
-        const CCountRow& row = rowAt(y - 1);
-        if (y > yTop && y <= yEnd)
-            SoftenRow(y - 1, y - 1 == rcCount.top ? row : rowAt(y - 2), row,
-                      y == rcCount.bottom ? row : below);
-        if (std::all_of(m_aRows.begin(), m_aRows.end(), [](const CCountRow& r) { return r.IsEmpty(); })) {
-            const int32_t yNext = m_counter.NextRow(y + 1);
-            if (yNext == INT32_MAX) break;
-            y = yNext - 1;
+    for (int32_t y = yTop, yCounted = yTop - 1; y < yEnd;) {
+        const int32_t nRows = std::min(ROWS, yEnd - y);
+        bool bEmpty = true;
+        for (; yCounted <= y + nRows; ++yCounted) CountRow(yCounted);
+        for (int32_t n = -1; n <= nRows; ++n) bEmpty = bEmpty && RowAt(y + n).IsEmpty();
+        if (!bEmpty) SoftenRows(y, nRows, rcCount);
+        y += nRows;
+        // The next row that has something may lie far below.
+        const int32_t yNext = m_counter.NextRow(yCounted);
+        if (bEmpty && yNext == INT32_MAX) break;
+        if (bEmpty && yNext - 1 > y + ROWS) {
+            y += (yNext - 1 - y) / ROWS * ROWS;
+            yCounted = y - 1;
         }
     }
     FlushTiles();
+}
+
+// A row that no chain touches is empty.
+void CPathFill::CountRow(int32_t y) {
+    CCountRow& row = RowAt(y);
+    row.Clear();
+    if (m_counter.NextRow(y) == y) m_counter.Count(y, row);
 }
 
 // Where the pixels of the tiles at row `y` are.
@@ -135,28 +141,36 @@ void CPathFill::EnterTiles(int32_t y) {
         for (int32_t x = 0; x < sz.cx; x += CCountRow::RUN) m_vRuns[nRun++] = m_pTiles[n] + x;
 }
 
-void CPathFill::SoftenRow(int32_t y, const CCountRow& above, const CCountRow& row, const CCountRow& below) {
+void CPathFill::SoftenRows(int32_t y, int32_t nRows, const CRect& rcCount) {
     constexpr int32_t RUN = CCountRow::RUN;
     if (!m_pTiles || y - m_yTiles >= m_target.szTile.cy) EnterTiles(y);
-    const int32_t nWidth = m_target.rc.Width();
+    std::array<const CCountRow*, ROWS + 2> apRows;
+    for (int32_t n = 0; n < nRows + 2; ++n)
+        apRows[n] = &RowAt(std::clamp(y - 1 + n, rcCount.top, rcCount.bottom - 1));
+    const std::span rows(apRows.data(), static_cast<size_t>(nRows + 2));
     int32_t nRun = INT32_MAX, nEnd = 0;
-    for (const CCountRow* pRow : {&above, &row, &below})
+    for (const CCountRow* pRow : rows)
         if (!pRow->IsEmpty()) {
             nRun = std::min(nRun, pRow->GetFirstRun());
             nEnd = std::max(nEnd, pRow->GetEndRun());
         }
     nEnd = std::min(nEnd, static_cast<int32_t>(m_vRuns.size()));
     const auto marks = [&](int32_t nAt) {
-        const auto nWord = static_cast<size_t>(nAt) / 64;
-        return (above.GetMarks(nWord) | row.GetMarks(nWord) | below.GetMarks(nWord)) >> (nAt % 64);
+        uint64_t uMarks = 0;
+        for (const CCountRow* pRow : rows) uMarks |= pRow->GetMarks(static_cast<size_t>(nAt) / 64);
+        return uMarks >> (nAt % 64);
     };
-    const int32_t nOffset = (y - m_yTiles) * m_target.szTile.cx;
+    const int32_t nWidth = m_target.rc.Width();
+    const auto nStride = static_cast<size_t>(m_target.szTile.cx);
+    const size_t nOffset = static_cast<size_t>(y - m_yTiles) * nStride;
     while (nRun < nEnd) {
         uint64_t uMarks = marks(nRun);
         for (; uMarks & 1 && nRun < nEnd; uMarks >>= 1, ++nRun) {
-            const auto nCount = static_cast<size_t>(std::min(RUN, nWidth - nRun * RUN));
-            m_kernels.pSoften(m_vRuns[static_cast<size_t>(nRun)] + nOffset,
-                              {above.GetRun(nRun), row.GetRun(nRun), below.GetRun(nRun), nCount});
+            std::array<const uint8_t*, ROWS + 2> apValues;
+            for (size_t n = 0; n < rows.size(); ++n) apValues[n] = rows[n]->GetRun(nRun);
+            m_kernels.pSoften({m_vRuns[static_cast<size_t>(nRun)] + nOffset, nStride, apValues.data(),
+                               static_cast<size_t>(nRows),
+                               static_cast<size_t>(std::min(RUN, nWidth - nRun * RUN))});
         }
         const int32_t nFirst = nRun;
         while (nRun < nEnd) {
@@ -166,15 +180,17 @@ void CPathFill::SoftenRow(int32_t y, const CCountRow& above, const CCountRow& ro
         }
         nRun = std::min(nRun, nEnd);
         if (nFirst == nRun) continue;
-        const uint32_t uValue = row.GetEven(nFirst);
-        const uint32_t uNeighbours = 2 * uValue + above.GetEven(nFirst) + below.GetEven(nFirst);
-        RaiseEven(y, nFirst * RUN, std::min(nRun * RUN, nWidth), SoftenedValue(uValue, uNeighbours));
+        for (int32_t n = 0; n < nRows; ++n) {
+            const uint32_t uValue = rows[n + 1]->GetEven(nFirst);
+            const uint32_t uNeighbours = 2 * uValue + rows[n]->GetEven(nFirst) + rows[n + 2]->GetEven(nFirst);
+            const uint8_t uSoftened = SoftenedValue(uValue, uNeighbours);
+            if (uSoftened) RaiseEven(y + n, nFirst * RUN, std::min(nRun * RUN, nWidth), uSoftened);
+        }
     }
 }
 
 // Raises the pixels of a row from `x` to before `xEnd`.
 void CPathFill::RaiseEven(int32_t y, int32_t x, int32_t xEnd, uint8_t uValue) {
-    if (uValue == 0) return;
     const int32_t nWidth = m_target.szTile.cx;
     const int32_t nRow = (y - m_yTiles) * nWidth;
     const auto raise = [&](int32_t nTile, int32_t nFrom, int32_t nTo) {

@@ -46,7 +46,8 @@ public:
     void FillPlane(std::span<const CPoint> points, CPoint ptOrigin, CAlphaBufferImpl<uint8_t>& plane);
 
 private:
-    // Pixels to be raised, in tiles of one size, whose width is a multiple of a run's if there are several.
+    // Pixels to be raised, in tiles of one size; if there are several, it is a multiple of a block's
+    // that is softened at once.
     struct TTarget {
         CRect rc; ///< in the plane
         CSize szTile;
@@ -54,6 +55,7 @@ private:
         std::vector<uint8_t*> vTiles; ///< row by row
     };
 
+    static constexpr int32_t ROWS = 4; ///< of pixels, softened at once
     // Rows of tiles that are full from side to side, from tile nFirst to before nEnd.
     struct TFull {
         int32_t nFirst, nEnd;
@@ -63,7 +65,9 @@ private:
     void Fill(std::span<const CPoint> points, CPoint ptOrigin, CSize szPlane);
     void FillBand(std::span<const CPoint> points, CPoint ptOrigin, CSize szPlane, int32_t yTop, int32_t yEnd);
     void EnterTiles(int32_t y);
-    void SoftenRow(int32_t y, const CCountRow& above, const CCountRow& row, const CCountRow& below);
+    void CountRow(int32_t y);
+    void SoftenRows(int32_t y, int32_t nRows, const CRect& rcCount);
+    CCountRow& RowAt(int32_t y) { return m_aRows[static_cast<size_t>(y) % m_aRows.size()]; }
     void RaiseEven(int32_t y, int32_t x, int32_t xEnd, uint8_t uValue);
     void FillTiles(int32_t y, int32_t nTile, int32_t nEnd);
     void FlushTiles();
@@ -75,6 +79,6 @@ private:
     TFull m_full{};
     CMonotoneChains m_chains;
     CCellCounter m_counter;
-    std::array<CCountRow, 3> m_aRows;
+    std::array<CCountRow, 8> m_aRows; ///< row y at y modulo 8
     const TSoftenKernels& m_kernels = SoftenKernels();
 };

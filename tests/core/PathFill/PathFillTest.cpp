@@ -138,10 +138,11 @@ TEST(PathFill, EveryPixelIsAsDefined) {
 
 TEST(PathFill, TilesMeetWithoutSeams) {
     CRandomOutlines random(2);
-    constexpr CSize SIZE{480, 384};
-    for (int n = 0; n < 40; ++n) {
-        const TOutline outline = random.Make(n % 2 ? -500 : -30000, n % 2 ? 4500 : 30000);
-        ASSERT_EQ(FillByTiles(outline, {3, -4}, SIZE), Fill(outline, {3, -4}, SIZE)) << n;
+    for (int n = 0; n < 60; ++n) {
+        const CSize sz = n % 3 == 0 ? CSize{2400, 96} : CSize{480, 384};
+        const int32_t nReach = n % 2 ? 20000 : 4500;
+        const TOutline outline = random.Make(n % 2 ? -nReach : 0, nReach);
+        ASSERT_EQ(FillByTiles(outline, {3, -4}, sz), Fill(outline, {3, -4}, sz)) << n;
     }
 }
 
