@@ -13,9 +13,23 @@ void CCellCounter::Begin(const CMonotoneChains& chains, int32_t nFirst, int32_t 
     m_nFirst = nFirst;
     m_nEnd = nEnd;
     m_vOrder.clear();
-    for (const TChain& chain : chains.GetChains()) m_vOrder.push_back(&chain);
+    size_t nSums = 0;
+    for (const TChain& chain : chains.GetChains()) {
+        const int32_t yWhole = (chain.yTop + ROWS - 1) >> 4;
+        const int32_t yWholeEnd = std::max(chain.yEnd >> 4, yWhole);
+        m_vOrder.push_back({&chain, yWhole, yWholeEnd, nSums});
+        nSums += static_cast<size_t>(yWholeEnd - yWhole);
+    }
+    if (m_vSums.size() < nSums) m_vSums.resize(nSums);
+    for (const TOrdered& ordered : m_vOrder) {
+        if (ordered.yWhole == ordered.yWholeEnd) continue;
+        const TChain& chain = *ordered.pChain;
+        const int32_t* pCells = chains.GetCells(chain, ordered.yWhole * ROWS, (ordered.yWhole + 1) * ROWS);
+        m_kernels.pSumBlocks(m_vSums.data() + ordered.nSums, pCells, chain.nDirection * ROWS,
+                             static_cast<size_t>(ordered.yWholeEnd - ordered.yWhole));
+    }
     std::sort(m_vOrder.begin(), m_vOrder.end(),
-              [](const TChain* pA, const TChain* pB) { return pA->yTop < pB->yTop; });
+              [](const TOrdered& a, const TOrdered& b) { return a.pChain->yTop < b.pChain->yTop; });
     m_nWaiting = 0;
     m_vActive.clear();
     // A crossing at the right end still has its pixel and those behind.
@@ -25,23 +39,28 @@ void CCellCounter::Begin(const CMonotoneChains& chains, int32_t nFirst, int32_t 
 int32_t CCellCounter::NextRow(int32_t y) const {
     if (!m_vActive.empty()) return y;
     if (m_nWaiting == m_vOrder.size()) return INT32_MAX;
-    return std::max(y, m_vOrder[m_nWaiting]->yTop >> 4);
+    return std::max(y, m_vOrder[m_nWaiting].pChain->yTop >> 4);
 }
 
 // Where a chain is in row `y`.
 void CCellCounter::Measure(TActive& active, int32_t y) {
-    const TChain& chain = *active.pChain;
+    const TOrdered& ordered = *active.pOrdered;
+    const TChain& chain = *ordered.pChain;
     const int32_t yTop = std::max(chain.yTop, y * ROWS);
     const int32_t yEnd = std::min(chain.yEnd, (y + 1) * ROWS);
     active.nTop = yTop - y * ROWS;
     active.nEnd = yEnd - y * ROWS;
     active.pCells = m_pChains->GetCells(chain, yTop, yEnd);
-    active.sums = m_kernels.pSum(active.pCells, static_cast<size_t>(yEnd - yTop));
+    if (yEnd - yTop == ROWS)
+        active.sums = m_vSums[ordered.nSums + static_cast<size_t>(y - ordered.yWhole)];
+    else
+        active.sums = m_kernels.pSum(active.pCells, static_cast<size_t>(yEnd - yTop));
 }
 
 void CCellCounter::Count(int32_t y, CCountRow& row) {
-    for (; m_nWaiting < m_vOrder.size() && m_vOrder[m_nWaiting]->yTop < (y + 1) * ROWS; ++m_nWaiting)
-        m_vActive.push_back({m_vOrder[m_nWaiting], nullptr, 0, 0, {}});
+    for (; m_nWaiting < m_vOrder.size() && m_vOrder[m_nWaiting].pChain->yTop < (y + 1) * ROWS; ++m_nWaiting)
+        m_vActive.push_back(
+            {&m_vOrder[m_nWaiting], nullptr, 0, 0, m_vOrder[m_nWaiting].pChain->nDirection, {}});
     for (TActive& active : m_vActive) Measure(active, y);
     const auto lefter = [](const TActive& a, const TActive& b) { return a.sums.nMin < b.sums.nMin; };
     if (!std::is_sorted(m_vActive.begin(), m_vActive.end(), lefter))
@@ -58,7 +77,7 @@ void CCellCounter::Count(int32_t y, CCountRow& row) {
         for (; nTo < m_vActive.size() && m_vActive[nTo].sums.nMin <= nMax; ++nTo)
             nMax = std::max(nMax, m_vActive[nTo].sums.nMax);
         const bool bWhole = nTo == n + 1 && m_bEven && first.nEnd - first.nTop == ROWS;
-        const int32_t nAfter = m_anWinding[0] + first.pChain->nDirection;
+        const int32_t nAfter = m_anWinding[0] + first.nDirection;
         if (bWhole && SignOf(m_anWinding[0], nAfter) == 0) {
             m_anWinding[0] = nAfter;
             n = nTo;
@@ -87,7 +106,7 @@ void CCellCounter::Count(int32_t y, CCountRow& row) {
     for (int32_t n = m_nEnd; n < m_nNext; ++n) row.Set(n, 0);
 
     const int32_t yNext = (y + 1) * ROWS;
-    std::erase_if(m_vActive, [&](const TActive& active) { return active.pChain->yEnd <= yNext; });
+    std::erase_if(m_vActive, [&](const TActive& active) { return active.pOrdered->pChain->yEnd <= yNext; });
 }
 
 // Writes the pixels before `nPixel`, unless crossings before it still reach behind it.
@@ -108,7 +127,7 @@ void CCellCounter::Reach(int32_t nPixel, CCountRow& row) {
 void CCellCounter::WriteEdge(const TActive& active, CCountRow& row) {
     constexpr int32_t FULL = ROWS * FILL_CELLS;
     const int32_t nBefore = m_anWinding[0];
-    m_anWinding[0] += active.pChain->nDirection;
+    m_anWinding[0] += active.nDirection;
     const int32_t nSign = SignOf(nBefore, m_anWinding[0]);
     const int32_t nLast = active.sums.nMax >> 4;
     row.Mark(std::max(m_nNext - 1, 0), nLast + 1);
@@ -130,7 +149,7 @@ void CCellCounter::AddCrossing(int32_t nCell, int32_t nSign) {
 // A chain whose crossings all have the same winding number before them.
 void CCellCounter::CountAlone(const TActive& active) {
     const int32_t nBefore = m_anWinding[0];
-    const int32_t nAfter = nBefore + active.pChain->nDirection;
+    const int32_t nAfter = nBefore + active.nDirection;
     AddSpans(active, SignOf(nBefore, nAfter));
     if (active.nEnd - active.nTop < ROWS) {
         m_anWinding.fill(nBefore);
@@ -167,7 +186,7 @@ void CCellCounter::CountGroup(size_t nFrom, size_t nTo) {
         for (size_t n = nFrom; n < nTo; ++n) {
             const TActive& active = m_vActive[n];
             if (nRow < active.nTop || nRow >= active.nEnd) continue;
-            const int32_t nDirection = active.pChain->nDirection;
+            const int32_t nDirection = active.nDirection;
             const int32_t nCell = active.pCells[nDirection > 0 ? nRow - active.nTop : active.nEnd - 1 - nRow];
             m_vKeys.push_back(nCell * 4 + nDirection + 1);
         }

@@ -30,11 +30,19 @@ public:
 private:
     static constexpr int32_t ROWS = FILL_CELLS; ///< rows of cells to a row of pixels
 
+    // A chain that has begun. Those of its rows of pixels that it crosses from top to bottom are summed.
+    struct TOrdered {
+        const TChain* pChain;
+        int32_t yWhole;    ///< the first of them
+        int32_t yWholeEnd; ///< behind the last
+        size_t nSums;      ///< the first one's in m_vSums
+    };
     // A chain in one row of pixels: rows of cells from nTop to before nEnd.
     struct TActive {
-        const TChain* pChain;
+        const TOrdered* pOrdered;
         const int32_t* pCells; ///< of those rows
         int32_t nTop, nEnd;
+        int32_t nDirection;
         TCrossingSums sums;
     };
 
@@ -48,10 +56,11 @@ private:
 
     const TCrossingKernels& m_kernels = CrossingKernels();
     const CMonotoneChains* m_pChains = nullptr;
-    std::vector<const TChain*> m_vOrder; ///< by their top
-    size_t m_nWaiting = 0;               ///< the first of m_vOrder that has not begun
-    std::vector<TActive> m_vActive;      ///< by their left side
-    std::vector<int32_t> m_vKeys;        ///< of one row of cells: 4 * cell + direction + 1
+    std::vector<TOrdered> m_vOrder; ///< by their top
+    std::vector<TCrossingSums> m_vSums;
+    size_t m_nWaiting = 0;          ///< the first of m_vOrder that has not begun
+    std::vector<TActive> m_vActive; ///< by their left side
+    std::vector<int32_t> m_vKeys;   ///< of one row of cells: 4 * cell + direction + 1
 
     int32_t m_nFirst = 0; ///< pixels counted
     int32_t m_nEnd = 0;

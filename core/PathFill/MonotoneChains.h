@@ -48,7 +48,6 @@ public:
 
 private:
     static constexpr int SLOPE_BITS = 32;
-    static constexpr int CELL_BITS = SLOPE_BITS + LINE_BITS;
     static constexpr int32_t UNIT = 1 << LINE_BITS;
 
     // The first row whose centre lies at y or below.
@@ -76,7 +75,7 @@ private:
         int32_t* pCells = m_vCells.data() + chain.nFirst;
         for (int32_t n = 0; n < nRows; n += BLOCK)
             for (int32_t k = 0; k < BLOCK; ++k, nX += nStep)
-                pCells[n + k] = static_cast<int32_t>(nX >> CELL_BITS);
+                pCells[n + k] = static_cast<int32_t>(nX >> SLOPE_BITS) >> LINE_BITS;
         if (columns.first < m_rcCells.left * UNIT || columns.second > m_rcCells.right * UNIT)
             for (int32_t n = 0; n < nRows; ++n)
                 pCells[n] = std::clamp(pCells[n], m_rcCells.left, m_rcCells.right);

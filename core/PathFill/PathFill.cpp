@@ -75,11 +75,14 @@ void CPathFill::Fill(std::span<const CPoint> points, CPoint ptOrigin, CSize szPl
     constexpr int64_t MAX_CROSSINGS = 1 << 22;
     const int32_t nHeight = m_target.rc.Height();
     m_vRuns.resize(static_cast<size_t>((m_target.rc.Width() + CCountRow::RUN - 1) / CCountRow::RUN));
-    // A segment turns up or down twice at most.
-    int64_t nCrossings = 0;
-    for (size_t i = 0; i + 3 < points.size(); i += 3) {
-        const CRect rc = ReachOf(points.subspan(i, 4), ptOrigin, szPlane).Intersect(m_target.rc);
-        nCrossings += std::max(rc.Height(), 0) * int64_t{3 * FILL_CELLS};
+    // A segment turns up or down twice at most. Hulls are looked at only where that may be too many.
+    int64_t nCrossings = static_cast<int64_t>(points.size()) * nHeight * FILL_CELLS;
+    if (nCrossings > MAX_CROSSINGS) {
+        nCrossings = 0;
+        for (size_t i = 0; i + 3 < points.size(); i += 3) {
+            const CRect rc = ReachOf(points.subspan(i, 4), ptOrigin, szPlane).Intersect(m_target.rc);
+            nCrossings += std::max(rc.Height(), 0) * int64_t{3 * FILL_CELLS};
+        }
     }
     const auto nBands = static_cast<int32_t>(std::min<int64_t>(nCrossings / MAX_CROSSINGS + 1, nHeight));
     const int32_t nStep = RoundUp((nHeight + nBands - 1) / nBands, ROWS);

@@ -18,10 +18,14 @@ TCrossingSums Sum(const int32_t* pCells, size_t nCount) {
     return sums;
 }
 
+void SumBlocks(TCrossingSums* pSums, const int32_t* pCells, ptrdiff_t nStep, size_t nBlocks) {
+    for (size_t n = 0; n < nBlocks; ++n) pSums[n] = Sum(pCells + static_cast<ptrdiff_t>(n) * nStep, 16);
+}
+
 } // namespace
 
 const TCrossingKernels& PlainCrossingKernels() {
-    static constexpr TCrossingKernels kernels{Sum};
+    static constexpr TCrossingKernels kernels{Sum, SumBlocks};
     return kernels;
 }
 

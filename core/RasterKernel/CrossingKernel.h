@@ -18,8 +18,10 @@ struct TCrossingSums {
 };
 
 struct TCrossingKernels {
-    /// `nCount` is 1 to 16; cells lie within 2^30 from 0.
+    /// Of `nCount` crossings, 1 to 16, whose cells lie within 2^30 from 0.
     TCrossingSums (*pSum)(const int32_t* pCells, size_t nCount);
+    /// Of `nBlocks` times 16 crossings, each block `nStep` cells after the last.
+    void (*pSumBlocks)(TCrossingSums* pSums, const int32_t* pCells, ptrdiff_t nStep, size_t nBlocks);
 };
 
 /// The definition.

@@ -35,8 +35,7 @@ HWY_INLINE hn::Vec<D64> AddPixel(hn::Vec<D64> sums, hn::Vec<D8> cells) {
     return hn::Add(sums, hn::ShiftLeft<16 * k>(hn::SumsOf8(set)));
 }
 
-TCrossingSums Sum(const int32_t* pCells, size_t nCount) {
-    if (nCount != 16) return PlainCrossingKernels().pSum(pCells, nCount);
+HWY_INLINE TCrossingSums SumSixteen(const int32_t* pCells) {
     const D32 d;
     const D16 d16;
     const D8 d8;
@@ -60,8 +59,16 @@ TCrossingSums Sum(const int32_t* pCells, size_t nCount) {
     return sums;
 }
 
+TCrossingSums Sum(const int32_t* pCells, size_t nCount) {
+    return nCount == 16 ? SumSixteen(pCells) : PlainCrossingKernels().pSum(pCells, nCount);
+}
+
+void SumBlocks(TCrossingSums* pSums, const int32_t* pCells, ptrdiff_t nStep, size_t nBlocks) {
+    for (size_t n = 0; n < nBlocks; ++n) pSums[n] = SumSixteen(pCells + static_cast<ptrdiff_t>(n) * nStep);
+}
+
 const TCrossingKernels* GetCrossingKernels() {
-    static constexpr TCrossingKernels kernels{Sum};
+    static constexpr TCrossingKernels kernels{Sum, SumBlocks};
     return &kernels;
 }
 
