@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/PathFill/FlattenOutline.h"
+#include "core/RasterKernel/CrossingKernel.h"
 
 #include <cstdint>
 #include <vector>
@@ -47,7 +48,7 @@ public:
     }
 
 private:
-    static constexpr int SLOPE_BITS = 32;
+    static constexpr int SLOPE_BITS = CROSSING_BITS - LINE_BITS;
     static constexpr int32_t UNIT = 1 << LINE_BITS;
 
     // The first row whose centre lies at y or below.
@@ -67,15 +68,13 @@ private:
         int64_t nX = x * (int64_t{1} << SLOPE_BITS) + nSlope * (yFirst * UNIT + UNIT / 2 - y);
         nX += (int64_t{UNIT / 2} << SLOPE_BITS) - 1; // to the first centre at it or right of it
         const int64_t nStep = nSlope * UNIT * chain.nDirection;
-        // Whole blocks are written: most lines are one, and what is beyond the last row is overwritten.
-        constexpr int32_t BLOCK = 8;
+        // What is written beyond the last row is overwritten by the next line.
+        constexpr size_t BLOCK = 16;
         chain.nFirst = m_nCells;
         m_nCells += static_cast<size_t>(nRows);
         if (m_nCells + BLOCK > m_vCells.size()) m_vCells.resize((m_nCells + BLOCK) * 2);
         int32_t* pCells = m_vCells.data() + chain.nFirst;
-        for (int32_t n = 0; n < nRows; n += BLOCK)
-            for (int32_t k = 0; k < BLOCK; ++k, nX += nStep)
-                pCells[n + k] = static_cast<int32_t>(nX >> SLOPE_BITS) >> LINE_BITS;
+        m_kernels.pCross(pCells, nX, nStep, static_cast<size_t>(nRows));
         if (columns.first < m_rcCells.left * UNIT || columns.second > m_rcCells.right * UNIT)
             for (int32_t n = 0; n < nRows; ++n)
                 pCells[n] = std::clamp(pCells[n], m_rcCells.left, m_rcCells.right);
@@ -97,6 +96,7 @@ private:
         m_vChains.push_back(line);
     }
 
+    const TCrossingKernels& m_kernels = CrossingKernels();
     CRect m_rcCells;
     size_t m_nCells = 0;
     std::vector<int32_t> m_vCells; ///< m_nCells crossings in the order of the outline, and room

@@ -6,6 +6,10 @@
 
 namespace {
 
+void Cross(int32_t* pCells, int64_t nX, int64_t nStep, size_t nCount) {
+    for (size_t n = 0; n < nCount; ++n, nX += nStep) pCells[n] = static_cast<int32_t>(nX >> CROSSING_BITS);
+}
+
 TCrossingSums Sum(const int32_t* pCells, size_t nCount) {
     const auto [itMin, itMax] = std::minmax_element(pCells, pCells + nCount);
     TCrossingSums sums{*itMin, *itMax, 0};
@@ -25,7 +29,7 @@ void SumBlocks(TCrossingSums* pSums, const int32_t* pCells, ptrdiff_t nStep, siz
 } // namespace
 
 const TCrossingKernels& PlainCrossingKernels() {
-    static constexpr TCrossingKernels kernels{Sum, SumBlocks};
+    static constexpr TCrossingKernels kernels{Cross, Sum, SumBlocks};
     return kernels;
 }
 

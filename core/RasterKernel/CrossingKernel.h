@@ -1,4 +1,4 @@
-// Sums over the places where an edge crosses the rows of cells of one row of pixels; all forms give the same.
+// Where edges cross rows of cells, and sums over the crossings in one row of pixels; all forms give the same.
 #pragma once
 
 #include <cstddef>
@@ -9,6 +9,9 @@ constexpr int32_t CROSSING_CELLS = 16;
 /// Pixels that are summed at once.
 constexpr int32_t CROSSING_PIXELS = 4;
 
+/// Bits of a crossing's fraction.
+constexpr int CROSSING_BITS = 36;
+
 struct TCrossingSums {
     int32_t nMin; ///< the crossings' smallest
     int32_t nMax; ///< and largest
@@ -18,6 +21,9 @@ struct TCrossingSums {
 };
 
 struct TCrossingKernels {
+    /// Writes the cells (nX + n * nStep) >> CROSSING_BITS, n from 0 to before `nCount`, which lie within 2^27
+    /// from 0, and may write anything up to the next whole sixteen.
+    void (*pCross)(int32_t* pCells, int64_t nX, int64_t nStep, size_t nCount);
     /// Of `nCount` crossings, 1 to 16, whose cells lie within 2^30 from 0.
     TCrossingSums (*pSum)(const int32_t* pCells, size_t nCount);
     /// Of `nBlocks` times 16 crossings, each block `nStep` cells after the last.

@@ -26,6 +26,28 @@ using D16 = hn::Full128<int16_t>;
 using D8 = hn::Full128<uint8_t>;
 using D64 = hn::Full128<uint64_t>;
 
+// A crossing's whole cells lie in the upper halves of its 64 bits.
+void Cross(int32_t* pCells, int64_t nX, int64_t nStep, size_t nCount) {
+    const hn::CappedTag<int64_t, 8> d;
+    const hn::Repartition<int32_t, decltype(d)> d32;
+    const size_t nLanes = hn::Lanes(d);
+    const auto iota = hn::Iota(d, 0);
+    auto first = hn::Set(d, nX);
+    // The lane's number times the step, bit for bit: 64-bit products are slow.
+    for (size_t nBit = 1; nBit < nLanes; nBit *= 2) {
+        const auto bit = hn::Set(d, static_cast<int64_t>(nBit));
+        const auto step = hn::Set(d, static_cast<int64_t>(nBit) * nStep);
+        first = hn::Add(first, hn::IfThenElseZero(hn::Eq(hn::And(iota, bit), bit), step));
+    }
+    const auto next = hn::Set(d, static_cast<int64_t>(nLanes) * nStep);
+    for (size_t n = 0; n < nCount; n += 2 * nLanes) {
+        const auto second = hn::Add(first, next);
+        const auto cells = hn::ConcatOdd(d32, hn::BitCast(d32, second), hn::BitCast(d32, first));
+        hn::StoreU(hn::ShiftRight<CROSSING_BITS - 32>(cells), d32, pCells + n);
+        first = hn::Add(second, next);
+    }
+}
+
 // Adds the cells from the crossings on in pixel `k`.
 template <int k>
 HWY_INLINE hn::Vec<D64> AddPixel(hn::Vec<D64> sums, hn::Vec<D8> cells) {
@@ -68,7 +90,7 @@ void SumBlocks(TCrossingSums* pSums, const int32_t* pCells, ptrdiff_t nStep, siz
 }
 
 const TCrossingKernels* GetCrossingKernels() {
-    static constexpr TCrossingKernels kernels{Sum, SumBlocks};
+    static constexpr TCrossingKernels kernels{Cross, Sum, SumBlocks};
     return &kernels;
 }
 

@@ -1,4 +1,4 @@
-// The crossing sums' vector form against the definition, on every instruction set that this machine has.
+// The crossing kernels' vector forms against the definition, on every instruction set that this machine has.
 #include "core/RasterKernel/CrossingKernel.h"
 
 #include "tests/support/TargetTest.h"
@@ -26,6 +26,18 @@ TEST_P(CrossingKernels_, SumsAreExactHoweverFarCrossingsLieApart) {
         ASSERT_EQ(sums.nMin, plain.nMin) << nRun;
         ASSERT_EQ(sums.nMax, plain.nMax) << nRun;
         ASSERT_EQ(sums.uSums, plain.uSums) << nRun;
+    }
+}
+
+TEST_P(CrossingKernels_, CrossingsAreExact) {
+    std::mt19937_64 random(2);
+    std::array<int32_t, 96> anPlain{}, anCells{};
+    for (size_t nCount = 1; nCount <= 80; ++nCount) {
+        const auto nX = static_cast<int64_t>(random()) >> 4;
+        const auto nStep = static_cast<int64_t>(random()) >> (10 + nCount % 40);
+        PlainCrossingKernels().pCross(anPlain.data(), nX, nStep, nCount);
+        VectorCrossingKernels().pCross(anCells.data(), nX, nStep, nCount);
+        for (size_t n = 0; n < nCount; ++n) ASSERT_EQ(anCells[n], anPlain[n]) << nCount << ' ' << n;
     }
 }
 
