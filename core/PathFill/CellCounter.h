@@ -30,7 +30,7 @@ public:
 private:
     static constexpr int32_t ROWS = FILL_CELLS; ///< rows of cells to a row of pixels
 
-    // A chain that has begun. Those of its rows of pixels that it crosses from top to bottom are summed.
+    // A chain. Those of its rows of pixels that it crosses from top to bottom are summed beforehand.
     struct TOrdered {
         const TChain* pChain;
         int32_t yWhole;    ///< the first of them
@@ -65,8 +65,8 @@ private:
     int32_t m_nFirst = 0; ///< pixels counted
     int32_t m_nEnd = 0;
     std::vector<int16_t> m_vDifference; ///< from pixel -1 on
-    std::array<int32_t, ROWS>
-        m_anWinding{};      ///< before the place that was reached; only the first while m_bEven
+    /// Before the place that was reached; only the first while m_bEven.
+    std::array<int32_t, ROWS> m_anWinding{};
     bool m_bEven = true;    ///< all rows of cells have the same
     int32_t m_nCount = 0;   ///< of the pixel before m_nNext
     int32_t m_nNext = 0;    ///< the pixel to be written next

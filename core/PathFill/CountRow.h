@@ -35,8 +35,11 @@ public:
         const int32_t nTo = nLast / RUN;
         if (m_nFirstRun == m_nEndRun) m_nFirstRun = nFrom;
         m_nEndRun = std::max(m_nEndRun, nTo + 1);
-        for (int32_t n = nFrom; n <= nTo; ++n)
-            m_vMarks[static_cast<size_t>(n) / 64] |= uint64_t{1} << (n % 64);
+        auto nWord = static_cast<size_t>(nFrom) / 64;
+        const auto nLastWord = static_cast<size_t>(nTo) / 64;
+        uint64_t uMarks = ~uint64_t{0} << (nFrom % 64);
+        for (; nWord < nLastWord; ++nWord, uMarks = ~uint64_t{0}) m_vMarks[nWord] |= uMarks;
+        m_vMarks[nWord] |= uMarks & (~uint64_t{0} >> (63 - nTo % 64));
     }
     /// Writes a pixel of a marked run, or one beside it.
     void Set(int32_t nPixel, uint8_t uValue) { m_vValues[static_cast<size_t>(nPixel + RUN)] = uValue; }

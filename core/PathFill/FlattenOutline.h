@@ -11,6 +11,7 @@
 #pragma once
 
 #include "core/Base/Geometry.h"
+#include "core/RasterKernel/CrossingKernel.h"
 
 #include <algorithm>
 #include <bit>
@@ -18,7 +19,7 @@
 #include <span>
 
 /// Mask cells to a pixel, in each direction.
-constexpr int32_t FILL_CELLS = 16;
+constexpr int32_t FILL_CELLS = CROSSING_CELLS;
 /// The unit of lines: sixteenths of a cell.
 constexpr int LINE_BITS = 4;
 /// Bits of the unit in which segments are halved: 1/1024 of a cell.

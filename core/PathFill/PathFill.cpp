@@ -107,6 +107,7 @@ void CPathFill::FillBand(std::span<const CPoint> points, CPoint ptOrigin, CSize 
     m_counter.Begin(m_chains, rcCount.left, rcCount.right);
     for (CCountRow& row : m_aRows) row.Create(nWidth);
     m_pTiles = nullptr;
+    m_full = {}; // a fill that failed may have left some
 
     for (int32_t y = yTop, yCounted = yTop - 1; y < yEnd;) {
         const int32_t nRows = std::min(ROWS, yEnd - y);

@@ -9,7 +9,7 @@
 //
 // No mask is made. The outline becomes lines (FlattenOutline.h), these become chains that run down or up
 // (MonotoneChains.h), whose crossings with the rows of cells are counted in a row of pixels at once
-// (CellCounter.h); what lies between edges is filled. Three such rows are softened to one, again only around
+// (CellCounter.h); what lies between edges is filled. Four such rows are softened at once, again only around
 // edges. All is exact: the lines of an outline decide every cell, and any part of a plane comes out as it
 // does in the fill of the whole.
 //
@@ -46,8 +46,9 @@ public:
     void FillPlane(std::span<const CPoint> points, CPoint ptOrigin, CAlphaBufferImpl<uint8_t>& plane);
 
 private:
-    // Pixels to be raised, in tiles of one size; if there are several, it is a multiple of a block's
-    // that is softened at once.
+    static constexpr int32_t ROWS = 4; ///< of pixels, softened at once
+
+    // Pixels to be raised, in tiles of one size; several are whole runs wide and a multiple of ROWS high.
     struct TTarget {
         CRect rc; ///< in the plane
         CSize szTile;
@@ -55,7 +56,6 @@ private:
         std::vector<uint8_t*> vTiles; ///< row by row
     };
 
-    static constexpr int32_t ROWS = 4; ///< of pixels, softened at once
     // Rows of tiles that are full from side to side, from tile nFirst to before nEnd.
     struct TFull {
         int32_t nFirst, nEnd;
@@ -69,7 +69,7 @@ private:
     void SoftenRows(int32_t y, int32_t nRows, const CRect& rcCount);
     CCountRow& RowAt(int32_t y) { return m_aRows[static_cast<size_t>(y) % m_aRows.size()]; }
     void RaiseEven(int32_t y, int32_t x, int32_t xEnd, uint8_t uValue);
-    void FillTiles(int32_t y, int32_t nTile, int32_t nEnd);
+    void FillTiles(int32_t y, int32_t nFirst, int32_t nEnd);
     void FlushTiles();
 
     TTarget m_target;

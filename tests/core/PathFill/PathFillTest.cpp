@@ -126,7 +126,7 @@ TEST(PathFill, EveryPixelIsAsDefined) {
     CRandomOutlines random(1);
     const std::pair<int32_t, int32_t> aRanges[] = {{100, 600}, {-300, 1800},          {-20000, 20000},
                                                    {60, 90},   {-(1 << 28), 1 << 28}, {INT32_MIN, INT32_MAX}};
-    for (int n = 0; n < 60; ++n) {
+    for (int n = 0; n < 36; ++n) {
         const auto [nFrom, nTo] = aRanges[n % 6];
         const TOutline outline = random.Make(nFrom, nTo);
         const CPoint ptOrigin{n % 5 * 7 - 14, n % 3 * 5 - 5};
