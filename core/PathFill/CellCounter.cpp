@@ -61,7 +61,12 @@ void CCellCounter::Count(int32_t y, CCountRow& row) {
     for (; m_nWaiting < m_vOrder.size() && m_vOrder[m_nWaiting].pChain->yTop < (y + 1) * ROWS; ++m_nWaiting)
         m_vActive.push_back(
             {&m_vOrder[m_nWaiting], nullptr, 0, 0, m_vOrder[m_nWaiting].pChain->nDirection, {}});
-    for (TActive& active : m_vActive) Measure(active, y);
+    const int32_t yNext = (y + 1) * ROWS;
+    bool bEnds = false;
+    for (TActive& active : m_vActive) {
+        Measure(active, y);
+        bEnds = bEnds || active.pOrdered->pChain->yEnd <= yNext;
+    }
     const auto lefter = [](const TActive& a, const TActive& b) { return a.sums.nMin < b.sums.nMin; };
     if (!std::is_sorted(m_vActive.begin(), m_vActive.end(), lefter))
         std::sort(m_vActive.begin(), m_vActive.end(), lefter);
@@ -105,8 +110,9 @@ void CCellCounter::Count(int32_t y, CCountRow& row) {
     if (m_nCount != 0) row.Mark(m_nEnd - 1, m_nEnd - 1);
     for (int32_t n = m_nEnd; n < m_nNext; ++n) row.Set(n, 0);
 
-    const int32_t yNext = (y + 1) * ROWS;
-    std::erase_if(m_vActive, [&](const TActive& active) { return active.pOrdered->pChain->yEnd <= yNext; });
+    if (bEnds)
+        std::erase_if(m_vActive,
+                      [&](const TActive& active) { return active.pOrdered->pChain->yEnd <= yNext; });
 }
 
 // Writes the pixels before `nPixel`, unless crossings before it still reach behind it.
