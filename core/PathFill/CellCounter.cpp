@@ -1,125 +1,148 @@
 #include "core/PathFill/CellCounter.h"
 
 #include <climits>
-#include <cstring>
-#include <numeric>
 
-void CCellCounter::Begin(CMonotoneChains& chains, int32_t nFirst, int32_t nEnd) {
+namespace {
+
+int32_t SignOf(int32_t nBefore, int32_t nAfter) { return (nAfter != 0) - (nBefore != 0); }
+
+} // namespace
+
+void CCellCounter::Begin(const CMonotoneChains& chains, int32_t nFirst, int32_t nEnd) {
     m_pChains = &chains;
     m_nFirst = nFirst;
     m_nEnd = nEnd;
-    const auto& vChains = chains.GetChains();
-    m_vOrder.resize(vChains.size());
-    std::iota(m_vOrder.begin(), m_vOrder.end(), 0u);
+    m_vOrder.clear();
+    size_t nSums = 0;
+    for (const TChain& chain : chains.GetChains()) {
+        const int32_t yWhole = (chain.yTop + ROWS - 1) >> 4;
+        const int32_t yWholeEnd = std::max(chain.yEnd >> 4, yWhole);
+        m_vOrder.push_back({&chain, yWhole, yWholeEnd, nSums});
+        nSums += static_cast<size_t>(yWholeEnd - yWhole);
+    }
+    if (m_vSums.size() < nSums) m_vSums.resize(nSums);
+    for (const TOrdered& ordered : m_vOrder) {
+        if (ordered.yWhole == ordered.yWholeEnd) continue;
+        const TChain& chain = *ordered.pChain;
+        const int32_t* pCells = chains.GetCells(chain, ordered.yWhole * ROWS, (ordered.yWhole + 1) * ROWS);
+        m_kernels.pSumBlocks(m_vSums.data() + ordered.nSums, pCells, chain.nDirection * ROWS,
+                             static_cast<size_t>(ordered.yWholeEnd - ordered.yWhole));
+    }
     std::sort(m_vOrder.begin(), m_vOrder.end(),
-              [&](uint32_t a, uint32_t b) { return vChains[a].yTop < vChains[b].yTop; });
+              [](const TOrdered& a, const TOrdered& b) { return a.pChain->yTop < b.pChain->yTop; });
     m_nWaiting = 0;
     m_vActive.clear();
-    // A crossing at the right end still has a pixel of its own and one behind.
-    m_vDifference.resize(std::max(m_vDifference.size(), static_cast<size_t>(nEnd) + 4));
+    // A crossing at the right end still has its pixel and those behind.
+    m_vDifference.resize(std::max(m_vDifference.size(), static_cast<size_t>(nEnd) + CROSSING_PIXELS + 2));
 }
 
 int32_t CCellCounter::NextRow(int32_t y) const {
     if (!m_vActive.empty()) return y;
     if (m_nWaiting == m_vOrder.size()) return INT32_MAX;
-    // Divided towards the top.
-    return std::max(y, m_pChains->GetChains()[m_vOrder[m_nWaiting]].yTop >> 4);
+    return std::max(y, m_vOrder[m_nWaiting].pChain->yTop >> 4);
 }
 
-bool CCellCounter::Cross(TChain& chain, int32_t y, TCrossings& crossings) {
-    const int32_t yBase = y * ROWS;
-    const int32_t yEnd = std::min(chain.yEnd, yBase + ROWS);
-    int32_t yCell = std::max(chain.yTop, yBase);
-    crossings.nTop = yCell - yBase;
-    crossings.nEnd = yEnd - yBase;
-    crossings.nDirection = chain.nDirection;
-    crossings.nMin = INT32_MAX;
-    crossings.nMax = INT32_MIN;
-    int32_t* pCell = crossings.anCell.data() + crossings.nTop;
-    for (;;) {
-        TChainLine& line = m_pChains->GetLine(chain.nCurrent);
-        const int32_t yStop = std::min(line.yEnd, yEnd);
-        const int32_t* pFirst = pCell;
-        int64_t nX = line.nX;
-        for (; yCell < yStop; ++yCell, nX += line.nStep)
-            *pCell++ = static_cast<int32_t>(nX >> CMonotoneChains::CROSSING_BITS);
-        line.nX = nX;
-        crossings.nMin = std::min({crossings.nMin, *pFirst, pCell[-1]});
-        crossings.nMax = std::max({crossings.nMax, *pFirst, pCell[-1]});
-        if (line.yEnd == yStop) chain.nCurrent += static_cast<size_t>(chain.nDirection);
-        if (yCell == yEnd) break;
-    }
-    const int32_t nLeft = m_nFirst * FILL_CELLS;
-    const int32_t nRight = m_nEnd * FILL_CELLS;
-    if (crossings.nMin < nLeft || crossings.nMax > nRight) {
-        for (int32_t n = crossings.nTop; n < crossings.nEnd; ++n)
-            crossings.anCell[n] = std::clamp(crossings.anCell[n], nLeft, nRight);
-        crossings.nMin = std::clamp(crossings.nMin, nLeft, nRight);
-        crossings.nMax = std::clamp(crossings.nMax, nLeft, nRight);
-    }
-    return yEnd == chain.yEnd;
+// Where a chain is in row `y`.
+void CCellCounter::Measure(TActive& active, int32_t y) {
+    const TOrdered& ordered = *active.pOrdered;
+    const TChain& chain = *ordered.pChain;
+    const int32_t yTop = std::max(chain.yTop, y * ROWS);
+    const int32_t yEnd = std::min(chain.yEnd, (y + 1) * ROWS);
+    active.nTop = yTop - y * ROWS;
+    active.nEnd = yEnd - y * ROWS;
+    active.pCells = m_pChains->GetCells(chain, yTop, yEnd);
+    if (yEnd - yTop == ROWS)
+        active.sums = m_vSums[ordered.nSums + static_cast<size_t>(y - ordered.yWhole)];
+    else
+        active.sums = m_kernels.pSum(active.pCells, static_cast<size_t>(yEnd - yTop));
 }
 
 void CCellCounter::Count(int32_t y, CCountRow& row) {
-    auto& vChains = m_pChains->GetChains();
-    while (m_nWaiting < m_vOrder.size() && vChains[m_vOrder[m_nWaiting]].yTop < (y + 1) * ROWS)
-        m_vActive.push_back(m_vOrder[m_nWaiting++]);
-    if (m_vCrossings.size() < m_vActive.size()) m_vCrossings.resize(m_vActive.size() * 2);
-    size_t nKept = 0;
-    const size_t nCrossings = m_vActive.size();
-    m_vSorted.resize(nCrossings);
-    for (size_t n = 0; n < nCrossings; ++n) {
-        m_vSorted[n] = static_cast<uint32_t>(n);
-        const uint32_t nChain = m_vActive[n];
-        if (!Cross(vChains[nChain], y, m_vCrossings[n])) m_vActive[nKept++] = nChain;
+    for (; m_nWaiting < m_vOrder.size() && m_vOrder[m_nWaiting].pChain->yTop < (y + 1) * ROWS; ++m_nWaiting)
+        m_vActive.push_back(
+            {&m_vOrder[m_nWaiting], nullptr, 0, 0, m_vOrder[m_nWaiting].pChain->nDirection, {}});
+    const int32_t yNext = (y + 1) * ROWS;
+    bool bEnds = false;
+    for (TActive& active : m_vActive) {
+        Measure(active, y);
+        bEnds = bEnds || active.pOrdered->pChain->yEnd <= yNext;
     }
-    m_vActive.resize(nKept);
-    std::sort(m_vSorted.begin(), m_vSorted.end(),
-              [&](uint32_t a, uint32_t b) { return m_vCrossings[a].nMin < m_vCrossings[b].nMin; });
+    const auto lefter = [](const TActive& a, const TActive& b) { return a.sums.nMin < b.sums.nMin; };
+    if (!std::is_sorted(m_vActive.begin(), m_vActive.end(), lefter))
+        std::sort(m_vActive.begin(), m_vActive.end(), lefter);
 
-    m_anWinding.fill(0);
+    m_anWinding[0] = 0;
     m_bEven = true;
     m_nCount = 0;
-    m_nNext = m_nChanged = nCrossings ? m_vCrossings[m_vSorted[0]].nMin >> 4 : m_nEnd;
-    const int32_t nFirst = m_nNext;
-    for (size_t n = 0; n < nCrossings;) {
-        const TCrossings& first = m_vCrossings[m_vSorted[n]];
-        int32_t nMax = first.nMax;
+    m_nNext = m_nChanged = m_nFirst;
+    for (size_t n = 0; n < m_vActive.size();) {
+        const TActive& first = m_vActive[n];
+        int32_t nMax = first.sums.nMax;
         size_t nTo = n + 1;
-        for (; nTo < nCrossings && m_vCrossings[m_vSorted[nTo]].nMin <= nMax; ++nTo)
-            nMax = std::max(nMax, m_vCrossings[m_vSorted[nTo]].nMax);
-        const int32_t nPixel = first.nMin >> 4;
+        for (; nTo < m_vActive.size() && m_vActive[nTo].sums.nMin <= nMax; ++nTo)
+            nMax = std::max(nMax, m_vActive[nTo].sums.nMax);
+        const bool bWhole = nTo == n + 1 && m_bEven && first.nEnd - first.nTop == ROWS;
+        const int32_t nAfter = m_anWinding[0] + first.nDirection;
+        if (bWhole && SignOf(m_anWinding[0], nAfter) == 0) {
+            m_anWinding[0] = nAfter;
+            n = nTo;
+            continue;
+        }
+        const int32_t nPixel = first.sums.nMin >> 4;
         Reach(nPixel, row);
-        // The crossing's pixel, one behind, and the filter's neighbours of both.
-        m_nChanged = std::max(m_nChanged, (nMax >> 4) + 2);
-        row.Mark(std::max(nPixel - 1, 0), m_nChanged);
-        if (nTo == n + 1)
-            CountAlone(first);
-        else
-            CountGroup(n, nTo);
+        const int32_t nNext = nTo < m_vActive.size() ? m_vActive[nTo].sums.nMin >> 4 : INT32_MAX;
+        if (bWhole && m_nChanged == nPixel && nNext > (nMax >> 4) + 1 &&
+            (nMax >> 4) - nPixel < CROSSING_PIXELS) {
+            WriteEdge(first, row);
+        } else {
+            // The crossings' pixels, one behind, and the filter's neighbours of both.
+            m_nChanged = std::max(m_nChanged, (nMax >> 4) + 2);
+            row.Mark(std::max(nPixel - 1, 0), m_nChanged);
+            if (nTo == n + 1 && m_bEven)
+                CountAlone(first);
+            else
+                CountGroup(n, nTo);
+        }
         n = nTo;
     }
     // A shape that goes on beyond the end has its last value beside what lies there.
-    const int32_t nEnd = m_nChanged;
     Reach(std::max(m_nEnd, m_nChanged), row);
     if (m_nCount != 0) row.Mark(m_nEnd - 1, m_nEnd - 1);
-    row.SetExtent(nFirst, m_nCount != 0 ? m_nEnd : std::min(nEnd, m_nEnd));
-    for (int32_t n = m_nEnd; n < m_nNext; ++n) row.GetValues()[n] = 0;
+    for (int32_t n = m_nEnd; n < m_nNext; ++n) row.Set(n, 0);
+
+    if (bEnds)
+        std::erase_if(m_vActive,
+                      [&](const TActive& active) { return active.pOrdered->pChain->yEnd <= yNext; });
 }
 
 // Writes the pixels before `nPixel`, unless crossings before it still reach behind it.
 void CCellCounter::Reach(int32_t nPixel, CCountRow& row) {
     if (nPixel < m_nChanged) return;
-    uint8_t* pValues = row.GetValues();
     int16_t* pDifference = m_vDifference.data() + 1;
     for (; m_nNext < m_nChanged; ++m_nNext) {
         m_nCount += pDifference[m_nNext];
         pDifference[m_nNext] = 0;
-        pValues[m_nNext] = static_cast<uint8_t>(std::min(m_nCount, 255));
+        row.Set(m_nNext, static_cast<uint8_t>(std::min(m_nCount, 255)));
     }
-    if (m_nCount != 0)
-        std::memset(pValues + m_nNext, std::min(m_nCount, 255), static_cast<size_t>(nPixel - m_nNext));
+    if (m_nCount != 0 && m_nNext < nPixel)
+        row.SetEven(m_nNext, nPixel, static_cast<uint8_t>(std::min(m_nCount, 255)));
     m_nNext = m_nChanged = nPixel;
+}
+
+// Crossings that touch no pixel that others touch: their pixels are known at once.
+void CCellCounter::WriteEdge(const TActive& active, CCountRow& row) {
+    constexpr int32_t FULL = ROWS * FILL_CELLS;
+    const int32_t nBefore = m_anWinding[0];
+    m_anWinding[0] += active.nDirection;
+    const int32_t nSign = SignOf(nBefore, m_anWinding[0]);
+    const int32_t nLast = active.sums.nMax >> 4;
+    row.Mark(std::max(m_nNext - 1, 0), nLast + 1);
+    for (uint64_t uSums = active.sums.uSums; m_nNext <= nLast; uSums >>= 16, ++m_nNext) {
+        const auto nSet = static_cast<int32_t>(uSums & 0xFFFF);
+        row.Set(m_nNext, static_cast<uint8_t>(std::min(nSign > 0 ? nSet : FULL - nSet, 255)));
+    }
+    m_nChanged = m_nNext;
+    m_nCount = nSign > 0 ? FULL : 0;
 }
 
 void CCellCounter::AddCrossing(int32_t nCell, int32_t nSign) {
@@ -129,82 +152,59 @@ void CCellCounter::AddCrossing(int32_t nCell, int32_t nSign) {
     pDifference[1] = static_cast<int16_t>(pDifference[1] + nSign * nBehind);
 }
 
-void CCellCounter::CountAlone(const TCrossings& crossings) {
-    const auto sign = [](int32_t nBefore, int32_t nAfter) { return (nAfter != 0) - (nBefore != 0); };
-    if (m_bEven && crossings.nEnd - crossings.nTop == ROWS) {
-        const int32_t nBefore = m_anWinding[0];
-        m_anWinding[0] += crossings.nDirection;
-        if (const int32_t nSign = sign(nBefore, m_anWinding[0])) CountWhole(crossings, nSign);
-        return;
+// A chain whose crossings all have the same winding number before them.
+void CCellCounter::CountAlone(const TActive& active) {
+    const int32_t nBefore = m_anWinding[0];
+    const int32_t nAfter = nBefore + active.nDirection;
+    AddSpans(active, SignOf(nBefore, nAfter));
+    if (active.nEnd - active.nTop < ROWS) {
+        m_anWinding.fill(nBefore);
+        m_bEven = false;
+        std::fill(m_anWinding.begin() + active.nTop, m_anWinding.begin() + active.nEnd, nAfter);
+    } else {
+        m_anWinding[0] = nAfter;
     }
-    Spread();
-    for (int32_t n = crossings.nTop; n < crossings.nEnd; ++n) {
-        int32_t& nWinding = m_anWinding[n];
-        const int32_t nBefore = nWinding;
-        nWinding += crossings.nDirection;
-        if (const int32_t nSign = sign(nBefore, nWinding)) AddCrossing(crossings.anCell[n], nSign);
-    }
-    Gather();
 }
 
-// Sixteen crossings of one sign. Steep ones lie in few pixels: then the cells behind all of them are counted
-// a pixel at a time.
-void CCellCounter::CountWhole(const TCrossings& crossings, int32_t nSign) {
-    constexpr int32_t STEEP = 4;
-    const int32_t nFirst = crossings.nMin >> 4;
-    const int32_t nLast = crossings.nMax >> 4;
-    if (nLast - nFirst >= STEEP) {
-        for (const int32_t nCell : crossings.anCell) AddCrossing(nCell, nSign);
+void CCellCounter::AddSpans(const TActive& active, int32_t nSign) {
+    const int32_t nRows = active.nEnd - active.nTop;
+    const int32_t nFirst = active.sums.nMin >> 4;
+    if ((active.sums.nMax >> 4) - nFirst >= CROSSING_PIXELS) {
+        for (int32_t n = 0; n < nRows; ++n) AddCrossing(active.pCells[n], nSign);
         return;
     }
-    std::array<int16_t, ROWS> anRest; // cells from the crossing to the pixel's right side
-    for (int32_t n = 0; n < ROWS; ++n)
-        anRest[n] = static_cast<int16_t>((nFirst + 1) * FILL_CELLS - crossings.anCell[n]);
     int16_t* pDifference = m_vDifference.data() + 1 + nFirst;
     int32_t nBefore = 0;
-    for (int32_t nPixel = nFirst; nPixel <= nLast; ++nPixel) {
-        int16_t nSet = 0;
-        for (int16_t& nRest : anRest) {
-            nSet = static_cast<int16_t>(nSet + std::clamp<int16_t>(nRest, 0, FILL_CELLS));
-            nRest = static_cast<int16_t>(nRest + FILL_CELLS);
-        }
-        *pDifference = static_cast<int16_t>(*pDifference + nSign * (nSet - nBefore));
-        ++pDifference;
+    for (int32_t k = 0; k < CROSSING_PIXELS; ++k) {
+        const auto nSet = static_cast<int32_t>(active.sums.uSums >> (16 * k) & 0xFFFF);
+        pDifference[k] = static_cast<int16_t>(pDifference[k] + nSign * (nSet - nBefore));
         nBefore = nSet;
     }
-    *pDifference = static_cast<int16_t>(*pDifference + nSign * (ROWS * FILL_CELLS - nBefore));
+    pDifference[CROSSING_PIXELS] =
+        static_cast<int16_t>(pDifference[CROSSING_PIXELS] + nSign * (nRows * FILL_CELLS - nBefore));
 }
 
 // Chains that may cross one another: row by row of cells, in the order of the crossings there.
 void CCellCounter::CountGroup(size_t nFrom, size_t nTo) {
-    Spread();
+    if (m_bEven) m_anWinding.fill(m_anWinding[0]);
     for (int32_t nRow = 0; nRow < ROWS; ++nRow) {
         m_vKeys.clear();
         for (size_t n = nFrom; n < nTo; ++n) {
-            const TCrossings& crossings = m_vCrossings[m_vSorted[n]];
-            if (crossings.nTop <= nRow && nRow < crossings.nEnd)
-                m_vKeys.push_back(crossings.anCell[nRow] * 4 + crossings.nDirection + 1);
+            const TActive& active = m_vActive[n];
+            if (nRow < active.nTop || nRow >= active.nEnd) continue;
+            const int32_t nDirection = active.nDirection;
+            const int32_t nCell = active.pCells[nDirection > 0 ? nRow - active.nTop : active.nEnd - 1 - nRow];
+            m_vKeys.push_back(nCell * 4 + nDirection + 1);
         }
         // At one cell the order does not matter: what begins there and ends there is no cell wide.
-        std::sort(m_vKeys.begin(), m_vKeys.end());
-        int32_t nWinding = m_anWinding[nRow];
+        if (m_vKeys.size() > 1) std::sort(m_vKeys.begin(), m_vKeys.end());
+        int32_t& nWinding = m_anWinding[static_cast<size_t>(nRow)];
         for (const int32_t nKey : m_vKeys) {
-            const bool bBefore = nWinding != 0;
+            const int32_t nBefore = nWinding;
             nWinding += (nKey & 3) - 1;
-            if (const int32_t nSign = (nWinding != 0) - bBefore) AddCrossing(nKey >> 2, nSign);
+            if (const int32_t nSign = SignOf(nBefore, nWinding)) AddCrossing(nKey >> 2, nSign);
         }
-        m_anWinding[nRow] = nWinding;
     }
-    Gather();
-}
-
-// While the winding number is even, only the first row's is kept.
-void CCellCounter::Spread() {
-    if (m_bEven) m_anWinding.fill(m_anWinding[0]);
-    m_bEven = false;
-}
-
-void CCellCounter::Gather() {
     m_bEven = std::all_of(m_anWinding.begin(), m_anWinding.end(),
                           [&](int32_t nWinding) { return nWinding == m_anWinding[0]; });
 }

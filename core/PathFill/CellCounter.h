@@ -9,6 +9,7 @@
 
 #include "core/PathFill/CountRow.h"
 #include "core/PathFill/MonotoneChains.h"
+#include "core/RasterKernel/CrossingKernel.h"
 
 #include <boost/noncopyable.hpp>
 
@@ -18,8 +19,9 @@
 
 class CCellCounter : boost::noncopyable {
 public:
-    /// Takes the chains over and counts pixels from `nFirst` (0 or -1) to before `nEnd`.
-    void Begin(CMonotoneChains& chains, int32_t nFirst, int32_t nEnd);
+    /// Counts the cells between `chains`, which must stay as they are: pixels from `nFirst` (0 or -1) to
+    /// before `nEnd`.
+    void Begin(const CMonotoneChains& chains, int32_t nFirst, int32_t nEnd);
     /// The first row of pixels that is not empty of chains, from `y` on; INT32_MAX when there is none.
     int32_t NextRow(int32_t y) const;
     /// Counts a row into an empty `row`. Rows are asked for from the top down; those left out have no chains.
@@ -28,36 +30,44 @@ public:
 private:
     static constexpr int32_t ROWS = FILL_CELLS; ///< rows of cells to a row of pixels
 
-    // What a chain crosses in one row of pixels: rows of cells from nTop to before nEnd.
-    struct TCrossings {
-        std::array<int32_t, ROWS> anCell;
+    // A chain. Those of its rows of pixels that it crosses from top to bottom are summed beforehand.
+    struct TOrdered {
+        const TChain* pChain;
+        int32_t yWhole;    ///< the first of them
+        int32_t yWholeEnd; ///< behind the last
+        size_t nSums;      ///< the first one's in m_vSums
+    };
+    // A chain in one row of pixels: rows of cells from nTop to before nEnd.
+    struct TActive {
+        const TOrdered* pOrdered;
+        const int32_t* pCells; ///< of those rows
         int32_t nTop, nEnd;
-        int32_t nMin, nMax;
         int32_t nDirection;
+        TCrossingSums sums;
     };
 
-    bool Cross(TChain& chain, int32_t y, TCrossings& crossings);
-    void CountAlone(const TCrossings& crossings);
-    void CountWhole(const TCrossings& crossings, int32_t nSign);
+    void Measure(TActive& active, int32_t y);
+    void WriteEdge(const TActive& active, CCountRow& row);
+    void CountAlone(const TActive& active);
+    void AddSpans(const TActive& active, int32_t nSign);
     void CountGroup(size_t nFrom, size_t nTo);
     void AddCrossing(int32_t nCell, int32_t nSign);
     void Reach(int32_t nPixel, CCountRow& row);
-    void Spread();
-    void Gather();
 
-    CMonotoneChains* m_pChains = nullptr;
-    std::vector<uint32_t> m_vOrder; ///< chains by their top
+    const TCrossingKernels& m_kernels = CrossingKernels();
+    const CMonotoneChains* m_pChains = nullptr;
+    std::vector<TOrdered> m_vOrder; ///< by their top
+    std::vector<TCrossingSums> m_vSums;
     size_t m_nWaiting = 0;          ///< the first of m_vOrder that has not begun
-    std::vector<uint32_t> m_vActive;
-    std::vector<TCrossings> m_vCrossings;
-    std::vector<uint32_t> m_vSorted; ///< crossings by their left side
-    std::vector<int32_t> m_vKeys;    ///< of one row of cells: 4 * cell + direction + 1
+    std::vector<TActive> m_vActive; ///< by their left side
+    std::vector<int32_t> m_vKeys;   ///< of one row of cells: 4 * cell + direction + 1
 
     int32_t m_nFirst = 0; ///< pixels counted
     int32_t m_nEnd = 0;
     std::vector<int16_t> m_vDifference; ///< from pixel -1 on
+    /// Before the place that was reached; only the first while m_bEven.
     std::array<int32_t, ROWS> m_anWinding{};
-    bool m_bEven = true;    ///< all rows have the first one's winding number
+    bool m_bEven = true;    ///< all rows of cells have the same
     int32_t m_nCount = 0;   ///< of the pixel before m_nNext
     int32_t m_nNext = 0;    ///< the pixel to be written next
     int32_t m_nChanged = 0; ///< from here on no differences

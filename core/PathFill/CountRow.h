@@ -2,12 +2,14 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cstdint>
+#include <cstring>
 #include <vector>
 
-/// Values outside what was written are 0. Beside the values, the row knows where they change: in runs of 16
-/// pixels that are not marked, every value is the same as its neighbours'.
+/// Values come in runs of 16 pixels. In a run that is not marked all are one value, which its neighbours in
+/// the row have too; a marked one has its values and the two beside it. What was never written is 0.
 class CCountRow {
 public:
     static constexpr int32_t RUN = 16;
@@ -15,41 +17,53 @@ public:
     /// An empty row of `nWidth` pixels and one more on either side.
     void Create(int32_t nWidth) {
         const auto nRuns = static_cast<size_t>(nWidth / RUN + 3);
-        m_vValues.assign(nRuns * RUN, 0);
+        m_vValues.assign((nRuns + 2) * RUN, 0);
+        m_vEven.assign(nRuns, 0);
         m_vMarks.assign(nRuns / 64 + 1, 0);
-        m_nFirst = m_nEnd = 0;
         m_nFirstRun = m_nEndRun = 0;
     }
-    void Clear() {
-        if (m_nFirst < m_nEnd)
-            std::fill(m_vValues.begin() + m_nFirst + RUN, m_vValues.begin() + m_nEnd + RUN, uint8_t{0});
-        if (m_nFirstRun < m_nEndRun)
-            std::fill(m_vMarks.begin() + m_nFirstRun / 64, m_vMarks.begin() + (m_nEndRun - 1) / 64 + 1, 0);
-        m_nFirst = m_nEnd = 0;
-        m_nFirstRun = m_nEndRun = 0;
-    }
-    bool IsEmpty() const { return m_nFirst == m_nEnd; }
-    /// Pixel 0; from -1 to the width they may be read.
-    uint8_t* GetValues() { return m_vValues.data() + RUN; }
-    const uint8_t* GetValues() const { return m_vValues.data() + RUN; }
-    /// All that was written lies from pixel `nFirst` to before `nEnd`.
-    void SetExtent(int32_t nFirst, int32_t nEnd) { m_nFirst = nFirst, m_nEnd = nEnd; }
-    int32_t GetFirst() const { return m_nFirst; }
-    int32_t GetEnd() const { return m_nEnd; }
-    /// Values change between pixels from `nFirst` to `nLast`; marks are made from left to right.
+    void Clear();
+    bool IsEmpty() const { return m_nFirstRun == m_nEndRun; }
+    /// Runs that are not all 0 and unmarked lie from the first to before the end.
+    int32_t GetFirstRun() const { return m_nFirstRun; }
+    int32_t GetEndRun() const { return m_nEndRun; }
+
+    /// Values change somewhere between pixels `nFirst` and `nLast`, from 0 to the width + 2. The row is
+    /// written from left to right.
     void Mark(int32_t nFirst, int32_t nLast) {
         const int32_t nFrom = nFirst / RUN;
         const int32_t nTo = nLast / RUN;
         if (m_nFirstRun == m_nEndRun) m_nFirstRun = nFrom;
-        m_nEndRun = nTo + 1;
-        for (int32_t n = nFrom; n <= nTo; ++n)
-            m_vMarks[static_cast<size_t>(n) / 64] |= uint64_t{1} << (n % 64);
+        m_nEndRun = std::max(m_nEndRun, nTo + 1);
+        auto nWord = static_cast<size_t>(nFrom) / 64;
+        const auto nLastWord = static_cast<size_t>(nTo) / 64;
+        uint64_t uMarks = ~uint64_t{0} << (nFrom % 64);
+        for (; nWord < nLastWord; ++nWord, uMarks = ~uint64_t{0}) m_vMarks[nWord] |= uMarks;
+        m_vMarks[nWord] |= uMarks & (~uint64_t{0} >> (63 - nTo % 64));
     }
+    /// Writes a pixel of a marked run, or one beside it.
+    void Set(int32_t nPixel, uint8_t uValue) { m_vValues[static_cast<size_t>(nPixel + RUN)] = uValue; }
+    /// Writes pixels from `nFirst` to before `nEnd`; the runs of `nFirst` and `nEnd - 1` are marked, or will
+    /// be, those between are not.
+    void SetEven(int32_t nFirst, int32_t nEnd, uint8_t uValue);
+
+    /// 64 runs' marks, the first run's the lowest bit.
     uint64_t GetMarks(size_t nWord) const { return m_vMarks[nWord]; }
+    /// The values of a run, between those of its neighbours.
+    const uint8_t* GetRun(int32_t nRun) const {
+        const auto n = static_cast<size_t>(nRun);
+        if (m_vMarks[n / 64] >> (n % 64) & 1) return m_vValues.data() + (n + 1) * RUN;
+        return EVEN_RUNS[m_vEven[n]].data() + 1;
+    }
+    /// The value of a run that is not marked.
+    uint8_t GetEven(int32_t nRun) const { return m_vEven[static_cast<size_t>(nRun)]; }
 
 private:
-    std::vector<uint8_t> m_vValues; ///< a run, the width, and at least a run
+    using TEvenRuns = std::array<std::array<uint8_t, RUN + 2>, 256>;
+    static const TEvenRuns EVEN_RUNS;
+
+    std::vector<uint8_t> m_vValues; ///< after a run that is none
+    std::vector<uint8_t> m_vEven;   ///< a value a run
     std::vector<uint64_t> m_vMarks; ///< a bit a run
-    int32_t m_nFirst = 0, m_nEnd = 0;
     int32_t m_nFirstRun = 0, m_nEndRun = 0;
 };

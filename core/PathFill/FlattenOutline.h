@@ -4,13 +4,14 @@
 // k from its second differences. All of this is integer arithmetic: halving rounds to 1/1024 of a cell, the
 // lines' ends to 1/16. Moving an outline by whole cells moves the lines by as much, and turning it round
 // turns the lines round. The lines stay within a quarter of a cell of the curve: 1/6 by the steps, 1/23 by
-// the rounding of their ends, the rest by the halving (1/724 a level).
+// the rounding of their ends, the rest by the halving (1/1448 a level).
 //
 // Only where lines are wanted is a segment followed. A part beyond the right side, the top or the bottom
 // changes no winding number there and is left out; one beyond the left side becomes a vertical line.
 #pragma once
 
 #include "core/Base/Geometry.h"
+#include "core/RasterKernel/CrossingKernel.h"
 
 #include <algorithm>
 #include <bit>
@@ -18,7 +19,7 @@
 #include <span>
 
 /// Mask cells to a pixel, in each direction.
-constexpr int32_t FILL_CELLS = 16;
+constexpr int32_t FILL_CELLS = CROSSING_CELLS;
 /// The unit of lines: sixteenths of a cell.
 constexpr int LINE_BITS = 4;
 /// Bits of the unit in which segments are halved: 1/1024 of a cell.
@@ -118,50 +119,80 @@ private:
         Follow(second);
     }
 
-    // The k of 2^k steps: their error is at most 3/4 of the longer second difference / 4^k.
-    static int StepBits(const TCurve& curve) {
-        const auto length2 = [&](int i) {
-            const int64_t x = curve.x[i] - 2 * curve.x[i + 1] + curve.x[i + 2];
-            const int64_t y = curve.y[i] - 2 * curve.y[i + 1] + curve.y[i + 2];
-            return static_cast<uint64_t>(x * x + y * y);
-        };
-        // 3/4 * d <= 2^10 / 6 * 4^k, squared: 81 * d^2 <= 2^22 * 16^k.
-        const int nWidth = std::bit_width(81 * std::max(length2(0), length2(1)));
-        return nWidth <= 22 ? 0 : (nWidth - 22 + 3) / 4;
-    }
+    // So many steps, 2^k or three times as many, that their error, at most 3/4 of the longer second
+    // difference / steps^2, is at most 3/16 of a cell.
+    struct TStepCount {
+        int64_t n;
+        int k;
 
-    // A coordinate at equal steps, by differences; exact in the numerator.
+        explicit TStepCount(const TCurve& curve) {
+            const auto length2 = [&](int i) {
+                const int64_t x = curve.x[i] - 2 * curve.x[i + 1] + curve.x[i + 2];
+                const int64_t y = curve.y[i] - 2 * curve.y[i + 1] + curve.y[i + 2];
+                return x * x + y * y;
+            };
+            // d <= 2^CURVE_BITS / 4 * n^2, squared.
+            constexpr int BITS = 2 * CURVE_BITS - 4;
+            const int64_t nLength2 = std::max(length2(0), length2(1));
+            const int nWidth = std::bit_width(static_cast<uint64_t>(nLength2));
+            k = nWidth <= BITS ? 0 : (nWidth - BITS + 3) / 4;
+            n = int64_t{1} << k;
+            if (k >= 2 && nLength2 <= int64_t{81} << (BITS + 4 * (k - 2))) {
+                k -= 2;
+                n = int64_t{3} << k;
+            }
+        }
+        bool IsThree() const { return n >> k == 3; }
+    };
+
+    // A coordinate at equal steps, by differences: exact, times steps^3, and never negative.
     struct TSteps {
-        int64_t n, n1, n2, n3;
+        static constexpr int BIAS_BITS = 34;
+        int64_t nAt, n1, n2, n3;
 
-        TSteps(const int64_t* p, int k, int nShift) {
+        TSteps(const int64_t* p, int64_t n) {
             const int64_t a = p[3] - 3 * (p[2] - p[1]) - p[0];
-            const int64_t b = 3 * (p[0] - 2 * p[1] + p[2]) * (int64_t{1} << k);
-            const int64_t c = 3 * (p[1] - p[0]) * (int64_t{1} << (2 * k));
-            n = p[0] * (int64_t{1} << (3 * k)) + (int64_t{1} << (nShift - 1));
+            const int64_t b = 3 * (p[0] - 2 * p[1] + p[2]) * n;
+            const int64_t c = 3 * (p[1] - p[0]) * n * n;
+            constexpr int64_t HALF = 1 << (CURVE_BITS - LINE_BITS - 1);
+            nAt = (p[0] + (int64_t{1} << BIAS_BITS) + HALF) * n * n * n;
             n1 = a + b + c;
             n2 = 6 * a + 2 * b;
             n3 = 6 * a;
         }
         void Next() {
-            n += n1;
+            nAt += n1;
             n1 += n2;
             n2 += n3;
+        }
+        template <bool bThree>
+        int32_t Get(int nShift) const {
+            const uint64_t u = static_cast<uint64_t>(nAt) >> nShift;
+            return static_cast<int32_t>(static_cast<int64_t>(bThree ? u / 27 : u) -
+                                        (int64_t{1} << (BIAS_BITS - CURVE_BITS + LINE_BITS)));
         }
     };
 
     void Step(const TCurve& curve) {
-        const int k = StepBits(curve);
-        const int nShift = 3 * k + CURVE_BITS - LINE_BITS;
-        TSteps x(curve.x, k, nShift);
-        TSteps y(curve.y, k, nShift);
-        auto x0 = static_cast<int32_t>(x.n >> nShift);
-        auto y0 = static_cast<int32_t>(y.n >> nShift);
-        for (int i = 0; i < 1 << k; ++i) {
+        const TStepCount count(curve);
+        if (count.IsThree())
+            Step<true>(curve, count);
+        else
+            Step<false>(curve, count);
+    }
+
+    template <bool bThree>
+    void Step(const TCurve& curve, const TStepCount& count) {
+        const int nShift = 3 * count.k + CURVE_BITS - LINE_BITS;
+        TSteps x(curve.x, count.n);
+        TSteps y(curve.y, count.n);
+        int32_t x0 = x.template Get<bThree>(nShift);
+        int32_t y0 = y.template Get<bThree>(nShift);
+        for (int64_t i = 0; i < count.n; ++i) {
             x.Next();
             y.Next();
-            const auto x1 = static_cast<int32_t>(x.n >> nShift);
-            const auto y1 = static_cast<int32_t>(y.n >> nShift);
+            const int32_t x1 = x.template Get<bThree>(nShift);
+            const int32_t y1 = y.template Get<bThree>(nShift);
             m_sink.AddLine(x0, y0, x1, y1);
             x0 = x1, y0 = y1;
         }

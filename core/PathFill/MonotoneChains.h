@@ -2,91 +2,105 @@
 #pragma once
 
 #include "core/PathFill/FlattenOutline.h"
+#include "core/RasterKernel/CrossingKernel.h"
 
 #include <cstdint>
 #include <vector>
 
-/// The rows of cells, from yTop to before yEnd, whose centres a line passes, and where. A crossing is the
-/// first cell whose centre lies at the line or right of it: nX >> CROSSING_BITS.
-struct TChainLine {
-    int32_t yTop;
-    int32_t yEnd;
-    int64_t nX;    ///< at the next row
-    int64_t nStep; ///< from row to row
-};
-
-/// Lines that follow on one another.
+/// Lines that follow on one another: one crossing for each row of cells from yTop to before yEnd.
 struct TChain {
     int32_t yTop;
     int32_t yEnd;
     int32_t nDirection; ///< 1 downwards, -1 upwards
-    size_t nFirst;      ///< the chain's first line as it was drawn,
-    size_t nLast;       ///< and its last
-    size_t nCurrent;    ///< the line at the next row to be counted
+    size_t nFirst;      ///< the crossing that was drawn first: of the first row or, upwards, of the last
 };
 
-/// A sink of CFlattener. Crossings are exact: a line is at most 2^15 sixteenths high, so a crossing that is
-/// not at a centre lies at least 2^-15 of a sixteenth from it, and the slope's 32 bits of fraction, rounded
-/// down, add up to an error below 2^-16. One at a centre errs downwards, to the same cell.
+/// A sink of CFlattener. A crossing is the first cell whose centre lies at the line or right of it.
+///
+/// Crossings are exact: a line is at most 2^15 + 1 sixteenths high, so a crossing that is not at a centre
+/// lies at least 1 / (2^15 + 1) of a sixteenth from it, and the slope, which has 32 bits of fraction and is
+/// less than 3 units too small, adds up to a smaller error. One at a centre errs downwards, to the same cell.
 class CMonotoneChains {
 public:
-    static constexpr int SLOPE_BITS = 32;
-    static constexpr int CROSSING_BITS = SLOPE_BITS + LINE_BITS;
-
-    /// Forgets all lines. Those added later are clipped to the rows of cells from `yTop` to before `yEnd`.
-    void Clear(int32_t yTop, int32_t yEnd) {
-        m_yTop = yTop, m_yEnd = yEnd;
-        m_vLines.clear();
+    /// Forgets all lines. Those added later are clipped to the rows of `rcCells`; crossings beyond its
+    /// columns are put at their ends.
+    void Clear(const CRect& rcCells) {
+        m_rcCells = rcCells;
+        m_nCells = 0;
         m_vChains.clear();
     }
     void AddLine(int32_t x0, int32_t y0, int32_t x1, int32_t y1) {
-        if (y0 < y1)
-            Add(x0, y0, x1, y1, 1);
+        const int32_t yA = RowFrom(y0);
+        const int32_t yB = RowFrom(y1);
+        if (yA == yB) return;
+        const bool bBeyond =
+            std::min(x0, x1) < m_rcCells.left * UNIT || std::max(x0, x1) > m_rcCells.right * UNIT;
+        if (yA < yB)
+            Add(x0, y0, SlopeOf(x1 - x0, y1 - y0), yA, yB, 1);
         else
-            Add(x1, y1, x0, y0, -1);
+            Add(x1, y1, SlopeOf(x0 - x1, y0 - y1), yB, yA, -1);
+        if (bBeyond) ClampLast();
     }
-    std::vector<TChain>& GetChains() { return m_vChains; }
-    TChainLine& GetLine(size_t i) { return m_vLines[i]; }
+    const std::vector<TChain>& GetChains() const { return m_vChains; }
+    /// The crossings of a chain from row `yTop` to before `yEnd`; those of one that runs up from the last to
+    /// the first.
+    const int32_t* GetCells(const TChain& chain, int32_t yTop, int32_t yEnd) const {
+        const int32_t nBefore = chain.nDirection > 0 ? yTop - chain.yTop : chain.yEnd - yEnd;
+        return m_vCells.data() + chain.nFirst + nBefore;
+    }
 
 private:
+    static constexpr int SLOPE_BITS = CROSSING_BITS - LINE_BITS;
     static constexpr int32_t UNIT = 1 << LINE_BITS;
 
     // The first row whose centre lies at y or below.
     static int32_t RowFrom(int32_t y) { return (y + UNIT / 2 - 1) >> LINE_BITS; }
-
-    void Add(int32_t x0, int32_t y0, int32_t x1, int32_t y1, int32_t nDirection) {
-        const int32_t yTop = std::max(RowFrom(y0), m_yTop);
-        const int32_t yEnd = std::min(RowFrom(y1), m_yEnd);
-        if (yTop >= yEnd) return;
-        const int64_t nSlope = SlopeOf(x1 - x0, y1 - y0);
-        const int64_t nX = x0 * (int64_t{1} << SLOPE_BITS) + nSlope * (yTop * UNIT + UNIT / 2 - y0);
-        // From a place to the first centre at it or right of it.
-        constexpr int64_t TO_CELL = (int64_t{UNIT / 2} << SLOPE_BITS) - 1;
-        m_vLines.push_back({yTop, yEnd, nX + TO_CELL, nSlope * UNIT});
-        Append(yTop, yEnd, nDirection);
-    }
+    // At most the slope, and less than 3 units below it: the quotient, of 47 bits, is rounded by less than
+    // one.
     static int64_t SlopeOf(int32_t dx, int32_t dy) {
-        if (dx == 0) return 0;
-        const int64_t n = dx * (int64_t{1} << SLOPE_BITS);
-        return n / dy - (n % dy < 0);
+        return static_cast<int64_t>(dx * static_cast<double>(int64_t{1} << SLOPE_BITS) / dy) - 2;
+    }
+
+    // A line whose upper end is (x, y).
+    void Add(int32_t x, int32_t y, int64_t nSlope, int32_t yTop, int32_t yEnd, int32_t nDirection) {
+        m_nLast = m_nCells;
+        yTop = std::max(yTop, m_rcCells.top);
+        yEnd = std::min(yEnd, m_rcCells.bottom);
+        if (yTop >= yEnd) return;
+        const int32_t yFirst = nDirection > 0 ? yTop : yEnd - 1;
+        int64_t nX = x * (int64_t{1} << SLOPE_BITS) + nSlope * (yFirst * UNIT + UNIT / 2 - y);
+        nX += (int64_t{UNIT / 2} << SLOPE_BITS) - 1; // to the first centre at it or right of it
+        // What is written beyond the last row is overwritten by the next line.
+        constexpr size_t BLOCK = 16;
+        m_nCells += static_cast<size_t>(yEnd - yTop);
+        if (m_nCells + BLOCK > m_vCells.size()) m_vCells.resize((m_nCells + BLOCK) * 2);
+        m_kernels.pCross(m_vCells.data() + m_nLast, nX, nSlope * UNIT * nDirection, m_nCells - m_nLast);
+        Append(yTop, yEnd, nDirection);
     }
     // The last line becomes the end of the last chain or the beginning of a new one.
     void Append(int32_t yTop, int32_t yEnd, int32_t nDirection) {
-        const size_t nLine = m_vLines.size() - 1;
         if (!m_vChains.empty() && m_vChains.back().nDirection == nDirection) {
             TChain& chain = m_vChains.back();
-            if (nDirection > 0 ? chain.yEnd == yTop : chain.yTop == yEnd) {
-                (nDirection > 0 ? chain.yEnd : chain.yTop) = nDirection > 0 ? yEnd : yTop;
-                chain.nLast = nLine;
-                chain.nCurrent = nDirection > 0 ? chain.nFirst : nLine;
+            if (nDirection > 0 && chain.yEnd == yTop) {
+                chain.yEnd = yEnd;
+                return;
+            }
+            if (nDirection < 0 && chain.yTop == yEnd) {
+                chain.yTop = yTop;
                 return;
             }
         }
-        m_vChains.push_back({yTop, yEnd, nDirection, nLine, nLine, nLine});
+        m_vChains.push_back({yTop, yEnd, nDirection, m_nLast});
+    }
+    void ClampLast() {
+        for (size_t n = m_nLast; n < m_nCells; ++n)
+            m_vCells[n] = std::clamp(m_vCells[n], m_rcCells.left, m_rcCells.right);
     }
 
-    int32_t m_yTop = 0;
-    int32_t m_yEnd = 0;
-    std::vector<TChainLine> m_vLines;
+    const TCrossingKernels& m_kernels = CrossingKernels();
+    CRect m_rcCells;
+    size_t m_nCells = 0;
+    size_t m_nLast = 0;            ///< the last line's first crossing
+    std::vector<int32_t> m_vCells; ///< m_nCells crossings in the order of the outline, and room
     std::vector<TChain> m_vChains;
 };

@@ -44,6 +44,7 @@ void CPathFill::FillTile(std::span<const CPoint> points, const TFillPlane& plane
     if (points.size() < 4 || rcReach.Intersect(tile.GetRect()).IsEmpty()) return;
     m_target.rc = tile.GetRect();
     m_target.szTile = sz;
+    m_target.nColumns = 1;
     m_target.vTiles.assign(1, tile.GetAlpha());
     Fill(points, plane.ptOrigin, szPlane);
 }
@@ -51,12 +52,14 @@ void CPathFill::FillTile(std::span<const CPoint> points, const TFillPlane& plane
 void CPathFill::FillPlane(std::span<const CPoint> points, CPoint ptOrigin, CAlphaBufferImpl<uint8_t>& plane) {
     CheckOutline(points);
     const CSize sz = plane.GetBlockSize();
+    SELF_CHECK(invalid_argument, sz.cx % CCountRow::RUN == 0 && sz.cy % ROWS == 0);
     const CSize szPlane{plane.GetBufferSize().cx * sz.cx, plane.GetBufferSize().cy * sz.cy};
     const CRect rcReach = ReachOf(points, ptOrigin, szPlane);
     if (points.size() < 4 || rcReach.IsEmpty()) return;
     m_target.rc = {rcReach.left / sz.cx * sz.cx, rcReach.top / sz.cy * sz.cy, RoundUp(rcReach.right, sz.cx),
                    RoundUp(rcReach.bottom, sz.cy)};
     m_target.szTile = sz;
+    m_target.nColumns = m_target.rc.Width() / sz.cx;
     m_target.vTiles.clear();
     plane.ForEachBlockIn(m_target.rc, [&](CPoint pt) {
         auto spTile = plane.GetBlock(pt, true);
@@ -67,85 +70,167 @@ void CPathFill::FillPlane(std::span<const CPoint> points, CPoint ptOrigin, CAlph
     Fill(points, ptOrigin, szPlane);
 }
 
-// Everything is counted from the target's corner; around the target lies a pixel for the filter to see,
-// except where the plane ends.
+// What is counted at once takes memory for each crossing: tall outlines of many segments are cut into bands.
 void CPathFill::Fill(std::span<const CPoint> points, CPoint ptOrigin, CSize szPlane) {
+    constexpr int64_t MAX_CROSSINGS = 1 << 22;
+    const int32_t nHeight = m_target.rc.Height();
+    m_vRuns.resize(static_cast<size_t>((m_target.rc.Width() + CCountRow::RUN - 1) / CCountRow::RUN));
+    // A segment turns up or down twice at most. Hulls are looked at only where that may be too many.
+    int64_t nCrossings = static_cast<int64_t>(points.size()) * nHeight * FILL_CELLS;
+    if (nCrossings > MAX_CROSSINGS) {
+        nCrossings = 0;
+        for (size_t i = 0; i + 3 < points.size(); i += 3) {
+            const CRect rc = ReachOf(points.subspan(i, 4), ptOrigin, szPlane).Intersect(m_target.rc);
+            nCrossings += std::max(rc.Height(), 0) * int64_t{3 * FILL_CELLS};
+        }
+    }
+    const auto nBands = static_cast<int32_t>(std::min<int64_t>(nCrossings / MAX_CROSSINGS + 1, nHeight));
+    const int32_t nStep = RoundUp((nHeight + nBands - 1) / nBands, ROWS);
+    for (int32_t y = 0; y < nHeight; y += nStep)
+        FillBand(points, ptOrigin, szPlane, y, std::min(y + nStep, nHeight));
+}
+
+// Everything is counted from the target's corner; around the band lies a pixel for the filter to see, except
+// where the plane ends.
+void CPathFill::FillBand(std::span<const CPoint> points, CPoint ptOrigin, CSize szPlane, int32_t yTop,
+                         int32_t yEnd) {
     const CRect& rc = m_target.rc;
     const int32_t nWidth = rc.Width();
-    const int32_t nHeight = rc.Height();
-    const CRect rcCount{rc.left == 0 ? 0 : -1, rc.top == 0 ? 0 : -1,
+    const CRect rcCount{rc.left == 0 ? 0 : -1, rc.top + yTop == 0 ? 0 : yTop - 1,
                         rc.right == szPlane.cx ? nWidth : nWidth + 1,
-                        rc.bottom == szPlane.cy ? nHeight : nHeight + 1};
+                        rc.top + yEnd == szPlane.cy ? yEnd : yEnd + 1};
     const CRect rcCells{rcCount.left * FILL_CELLS, rcCount.top * FILL_CELLS, rcCount.right * FILL_CELLS,
                         rcCount.bottom * FILL_CELLS};
-    m_chains.Clear(rcCells.top, rcCells.bottom);
+    m_chains.Clear(rcCells);
     CFlattener<CMonotoneChains>(rcCells, m_chains)
         .Flatten(points, int64_t{ptOrigin.x} + rc.left, int64_t{ptOrigin.y} + rc.top);
     m_counter.Begin(m_chains, rcCount.left, rcCount.right);
     for (CCountRow& row : m_aRows) row.Create(nWidth);
+    m_pTiles = nullptr;
+    m_full = {}; // a fill that failed may have left some
 
-    // Row y stands at (y + 3) % 3. A row that no chain touches is empty.
-    const auto rowAt = [&](int32_t y) -> CCountRow& { return m_aRows[static_cast<size_t>(y + 3) % 3]; };
-    for (int32_t y = m_counter.NextRow(rcCount.top); y <= rcCount.bottom; ++y) {
-        CCountRow& below = rowAt(y);
-        below.Clear();
-        if (m_counter.NextRow(y) == y && y < rcCount.bottom) m_counter.Count(y, below);
-        const CCountRow& row = rowAt(y - 1);
-        if (y > 0 && y <= nHeight)
-            SoftenRow(y - 1, y - 1 == rcCount.top ? row : rowAt(y - 2), row,
-                      y == rcCount.bottom ? row : below);
-        if (std::all_of(m_aRows.begin(), m_aRows.end(), [](const CCountRow& r) { return r.IsEmpty(); })) {
-            const int32_t yNext = m_counter.NextRow(y + 1);
-            if (yNext == INT32_MAX) break;
-            y = yNext - 1;
+    for (int32_t y = yTop, yCounted = yTop - 1; y < yEnd;) {
+        const int32_t nRows = std::min(ROWS, yEnd - y);
+        bool bEmpty = true;
+        for (; yCounted <= y + nRows; ++yCounted) CountRow(yCounted);
+        for (int32_t n = -1; n <= nRows; ++n) bEmpty = bEmpty && RowAt(y + n).IsEmpty();
+        if (!bEmpty) SoftenRows(y, nRows, rcCount);
+        y += nRows;
+        // The next row that has something may lie far below.
+        const int32_t yNext = m_counter.NextRow(yCounted);
+        if (bEmpty && yNext == INT32_MAX) break;
+        if (bEmpty && yNext - 1 > y + ROWS) {
+            y += (yNext - 1 - y) / ROWS * ROWS;
+            yCounted = y - 1;
         }
     }
+    FlushTiles();
 }
 
-void CPathFill::SoftenRow(int32_t y, const CCountRow& above, const CCountRow& row, const CCountRow& below) {
-    int32_t nFirst = INT32_MAX, nEnd = INT32_MIN;
-    for (const CCountRow* pRow : {&above, &row, &below})
-        if (!pRow->IsEmpty()) {
-            nFirst = std::min(nFirst, pRow->GetFirst() - 1);
-            nEnd = std::max(nEnd, pRow->GetEnd() + 1);
-        }
-    nFirst = std::max(nFirst, 0);
-    nEnd = std::min(nEnd, m_target.rc.Width());
-    const auto marks = [&](int32_t nWord) {
-        const auto n = static_cast<size_t>(nWord);
-        return above.GetMarks(n) | row.GetMarks(n) | below.GetMarks(n);
-    };
-    for (int32_t x = nFirst; x < nEnd;) {
-        // Runs that are marked, or not, up to the next that are not, or are.
-        int32_t nRun = x / CCountRow::RUN;
-        const bool bChanges = marks(nRun / 64) >> (nRun % 64) & 1;
-        for (;;) {
-            const uint64_t uOther = (bChanges ? ~marks(nRun / 64) : marks(nRun / 64)) >> (nRun % 64);
-            nRun += uOther ? std::countr_zero(uOther) : 64 - nRun % 64;
-            if (uOther || nRun * CCountRow::RUN >= nEnd) break;
-        }
-        const int32_t xTo = std::min(nRun * CCountRow::RUN, nEnd);
-        RaiseRow(y, x, xTo, bChanges, {above.GetValues(), row.GetValues(), below.GetValues(), 0});
-        x = xTo;
-    }
+// A row that no chain touches is empty.
+void CPathFill::CountRow(int32_t y) {
+    CCountRow& row = RowAt(y);
+    row.Clear();
+    if (m_counter.NextRow(y) == y) m_counter.Count(y, row);
 }
 
-// Raises the pixels of a row from `x` to before `xTo`; without `bChanges` all are the first one's equals.
-void CPathFill::RaiseRow(int32_t y, int32_t x, int32_t xTo, bool bChanges, const TSoftenRows& rows) {
-    const uint32_t uValue = rows.pRow[x];
-    const uint8_t uSoftened = SoftenedValue(uValue, 2 * uValue + rows.pAbove[x] + rows.pBelow[x]);
-    if (!bChanges && uSoftened == 0) return;
+// Where the pixels of the tiles at row `y` are.
+void CPathFill::EnterTiles(int32_t y) {
+    FlushTiles();
     const CSize sz = m_target.szTile;
-    uint8_t* const* pTiles = m_target.vTiles.data() + y / sz.cy * (m_target.rc.Width() / sz.cx);
-    while (x < xTo) {
-        const int32_t xInTile = x % sz.cx;
-        const int32_t nCount = std::min(xTo - x, sz.cx - xInTile);
-        uint8_t* pDest = pTiles[x / sz.cx] + y % sz.cy * sz.cx + xInTile;
-        if (bChanges)
-            m_kernels.pSoften(pDest,
-                              {rows.pAbove + x, rows.pRow + x, rows.pBelow + x, static_cast<size_t>(nCount)});
-        else
-            RaiseTo(pDest, uSoftened, static_cast<size_t>(nCount));
-        x += nCount;
+    m_yTiles = y / sz.cy * sz.cy;
+    m_pTiles = m_target.vTiles.data() + y / sz.cy * m_target.nColumns;
+    size_t nRun = 0;
+    for (int32_t n = 0; n < m_target.nColumns; ++n)
+        for (int32_t x = 0; x < sz.cx; x += CCountRow::RUN) m_vRuns[nRun++] = m_pTiles[n] + x;
+}
+
+void CPathFill::SoftenRows(int32_t y, int32_t nRows, const CRect& rcCount) {
+    constexpr int32_t RUN = CCountRow::RUN;
+    if (!m_pTiles || y - m_yTiles >= m_target.szTile.cy) EnterTiles(y);
+    std::array<const CCountRow*, ROWS + 2> apRows;
+    for (int32_t n = 0; n < nRows + 2; ++n)
+        apRows[n] = &RowAt(std::clamp(y - 1 + n, rcCount.top, rcCount.bottom - 1));
+    const std::span rows(apRows.data(), static_cast<size_t>(nRows + 2));
+    int32_t nRun = INT32_MAX, nEnd = 0;
+    for (const CCountRow* pRow : rows)
+        if (!pRow->IsEmpty()) {
+            nRun = std::min(nRun, pRow->GetFirstRun());
+            nEnd = std::max(nEnd, pRow->GetEndRun());
+        }
+    nEnd = std::min(nEnd, static_cast<int32_t>(m_vRuns.size()));
+    const auto marks = [&](int32_t nAt) {
+        uint64_t uMarks = 0;
+        for (const CCountRow* pRow : rows) uMarks |= pRow->GetMarks(static_cast<size_t>(nAt) / 64);
+        return uMarks >> (nAt % 64);
+    };
+    const int32_t nWidth = m_target.rc.Width();
+    const auto nStride = static_cast<size_t>(m_target.szTile.cx);
+    const size_t nOffset = static_cast<size_t>(y - m_yTiles) * nStride;
+    while (nRun < nEnd) {
+        uint64_t uMarks = marks(nRun);
+        for (; uMarks & 1 && nRun < nEnd; uMarks >>= 1, ++nRun) {
+            std::array<const uint8_t*, ROWS + 2> apValues;
+            for (size_t n = 0; n < rows.size(); ++n) apValues[n] = rows[n]->GetRun(nRun);
+            m_kernels.pSoften({m_vRuns[static_cast<size_t>(nRun)] + nOffset, nStride, apValues.data(),
+                               static_cast<size_t>(nRows),
+                               static_cast<size_t>(std::min(RUN, nWidth - nRun * RUN))});
+        }
+        const int32_t nFirst = nRun;
+        while (nRun < nEnd) {
+            uMarks = marks(nRun);
+            nRun += uMarks ? std::countr_zero(uMarks) : 64 - nRun % 64;
+            if (uMarks) break;
+        }
+        nRun = std::min(nRun, nEnd);
+        if (nFirst == nRun) continue;
+        for (int32_t n = 0; n < nRows; ++n) {
+            const uint32_t uValue = rows[n + 1]->GetEven(nFirst);
+            const uint32_t uNeighbours = 2 * uValue + rows[n]->GetEven(nFirst) + rows[n + 2]->GetEven(nFirst);
+            const uint8_t uSoftened = SoftenedValue(uValue, uNeighbours);
+            if (uSoftened) RaiseEven(y + n, nFirst * RUN, std::min(nRun * RUN, nWidth), uSoftened);
+        }
     }
+}
+
+// Raises the pixels of a row from `x` to before `xEnd`.
+void CPathFill::RaiseEven(int32_t y, int32_t x, int32_t xEnd, uint8_t uValue) {
+    const int32_t nWidth = m_target.szTile.cx;
+    const int32_t nRow = (y - m_yTiles) * nWidth;
+    const auto raise = [&](int32_t nTile, int32_t nFrom, int32_t nTo) {
+        RaiseTo(m_pTiles[nTile] + nRow + nFrom, uValue, static_cast<size_t>(nTo - nFrom));
+    };
+    const int32_t nFirst = x / nWidth;
+    const int32_t nLast = xEnd / nWidth;
+    const int32_t nFrom = x - nFirst * nWidth;
+    const int32_t nTo = xEnd - nLast * nWidth;
+    if (nFirst == nLast) {
+        raise(nFirst, nFrom, nTo);
+        return;
+    }
+    const int32_t nWhole = nFrom ? nFirst + 1 : nFirst;
+    if (nFrom) raise(nFirst, nFrom, nWidth);
+    if (nTo) raise(nLast, 0, nTo);
+    if (uValue == 255)
+        FillTiles(y, nWhole, nLast);
+    else
+        for (int32_t n = nWhole; n < nLast; ++n) raise(n, 0, nWidth);
+}
+
+// Rows of a tile lie behind one another, so they are gathered to be filled as one block.
+void CPathFill::FillTiles(int32_t y, int32_t nFirst, int32_t nEnd) {
+    if (nFirst >= nEnd) return;
+    if (m_full.nFirst != nFirst || m_full.nEnd != nEnd || m_full.yEnd != y) {
+        FlushTiles();
+        m_full = {nFirst, nEnd, y, y};
+    }
+    m_full.yEnd = y + 1;
+}
+
+void CPathFill::FlushTiles() {
+    const int32_t nWidth = m_target.szTile.cx;
+    const auto nBytes = static_cast<size_t>((m_full.yEnd - m_full.yTop) * nWidth);
+    for (int32_t n = m_full.nFirst; n < m_full.nEnd; ++n)
+        std::memset(m_pTiles[n] + (m_full.yTop - m_yTiles) * nWidth, 255, nBytes);
+    m_full = {};
 }

@@ -9,7 +9,7 @@
 //
 // No mask is made. The outline becomes lines (FlattenOutline.h), these become chains that run down or up
 // (MonotoneChains.h), whose crossings with the rows of cells are counted in a row of pixels at once
-// (CellCounter.h); what lies between edges is filled. Three such rows are softened to one, again only around
+// (CellCounter.h); what lies between edges is filled. Four such rows are softened at once, again only around
 // edges. All is exact: the lines of an outline decide every cell, and any part of a plane comes out as it
 // does in the fill of the whole.
 //
@@ -46,20 +46,39 @@ public:
     void FillPlane(std::span<const CPoint> points, CPoint ptOrigin, CAlphaBufferImpl<uint8_t>& plane);
 
 private:
-    // Pixels to be raised, in tiles of one size.
+    static constexpr int32_t ROWS = 4; ///< of pixels, softened at once
+
+    // Pixels to be raised, in tiles of one size; several are whole runs wide and a multiple of ROWS high.
     struct TTarget {
         CRect rc; ///< in the plane
         CSize szTile;
+        int32_t nColumns;
         std::vector<uint8_t*> vTiles; ///< row by row
     };
 
+    // Rows of tiles that are full from side to side, from tile nFirst to before nEnd.
+    struct TFull {
+        int32_t nFirst, nEnd;
+        int32_t yTop, yEnd;
+    };
+
     void Fill(std::span<const CPoint> points, CPoint ptOrigin, CSize szPlane);
-    void SoftenRow(int32_t y, const CCountRow& above, const CCountRow& row, const CCountRow& below);
-    void RaiseRow(int32_t y, int32_t x, int32_t xTo, bool bChanges, const TSoftenRows& rows);
+    void FillBand(std::span<const CPoint> points, CPoint ptOrigin, CSize szPlane, int32_t yTop, int32_t yEnd);
+    void EnterTiles(int32_t y);
+    void CountRow(int32_t y);
+    void SoftenRows(int32_t y, int32_t nRows, const CRect& rcCount);
+    CCountRow& RowAt(int32_t y) { return m_aRows[static_cast<size_t>(y) % m_aRows.size()]; }
+    void RaiseEven(int32_t y, int32_t x, int32_t xEnd, uint8_t uValue);
+    void FillTiles(int32_t y, int32_t nFirst, int32_t nEnd);
+    void FlushTiles();
 
     TTarget m_target;
+    uint8_t* const* m_pTiles = nullptr; ///< the row of tiles that is written,
+    int32_t m_yTiles = 0;               ///< its first row of pixels
+    std::vector<uint8_t*> m_vRuns;      ///< and its pixels there, a run of a row each
+    TFull m_full{};
     CMonotoneChains m_chains;
     CCellCounter m_counter;
-    std::array<CCountRow, 3> m_aRows;
+    std::array<CCountRow, 8> m_aRows; ///< row y at y modulo 8
     const TSoftenKernels& m_kernels = SoftenKernels();
 };

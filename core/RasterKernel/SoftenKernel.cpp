@@ -6,11 +6,15 @@
 
 namespace {
 
-void Soften(uint8_t* pDest, const TSoftenRows& rows) {
-    for (size_t x = 0; x < rows.nCount; ++x) {
-        const uint8_t* pRow = rows.pRow + x;
-        const auto uNeighbours = static_cast<uint32_t>(pRow[-1] + pRow[1] + rows.pAbove[x] + rows.pBelow[x]);
-        pDest[x] = std::max(pDest[x], SoftenedValue(pRow[0], uNeighbours));
+void Soften(const TSoftenBlock& block) {
+    for (size_t y = 0; y < block.nRows; ++y) {
+        uint8_t* pDest = block.pDest + y * block.nStride;
+        const uint8_t* const* apRows = block.apRows + y;
+        for (size_t x = 0; x < block.nCount; ++x) {
+            const uint8_t* pRow = apRows[1] + x;
+            const auto uNeighbours = static_cast<uint32_t>(pRow[-1] + pRow[1] + apRows[0][x] + apRows[2][x]);
+            pDest[x] = std::max(pDest[x], SoftenedValue(pRow[0], uNeighbours));
+        }
     }
 }
 

@@ -4,17 +4,19 @@
 #include <cstddef>
 #include <cstdint>
 
-/// `nCount` values of a row, the rows above and below it. `pRow` is read one value beyond either end.
-struct TSoftenRows {
-    const uint8_t* pAbove;
-    const uint8_t* pRow;
-    const uint8_t* pBelow;
+/// A block of `nRows` rows of `nCount` values. `apRows[0]` lies above the first row, apRows[1] is the first,
+/// and apRows[nRows + 1] lies below the last; rows are read one value beyond either end.
+struct TSoftenBlock {
+    uint8_t* pDest;
+    size_t nStride; ///< from row to row of `pDest`
+    const uint8_t* const* apRows;
+    size_t nRows;
     size_t nCount;
 };
 
 struct TSoftenKernels {
     /// dest[x] = max(dest[x], (8 * row[x] + row[x - 1] + row[x + 1] + above[x] + below[x] + 6) / 12)
-    void (*pSoften)(uint8_t* pDest, const TSoftenRows& rows);
+    void (*pSoften)(const TSoftenBlock& block);
 };
 
 /// The definition.

@@ -1,7 +1,7 @@
 // The vector form of the softening filter, one source for every instruction set that Highway knows here.
 //
 // The sum, at most 3066, stays in 16-bit lanes; its twelfth is the high half of the product with 2^19 / 12,
-// rounded up, shifted by 3.
+// rounded up, shifted by 3. Blocks that are no whole vectors wide are rare.
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "core/RasterKernel/VectorSoftenKernels.cpp"
 #include <hwy/foreach_target.h>
@@ -21,34 +21,34 @@ const TSoftenKernels* GetSoftenKernels() { return &PlainSoftenKernels(); }
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-// As many whole vectors as fit from the value `x` on. Returns the values done.
-template <class D>
-HWY_INLINE size_t SoftenFrom(D d, size_t x, uint8_t* pDest, const TSoftenRows& rows) {
-    const hn::Rebind<uint8_t, D> d8;
-    const hn::RebindToSigned<D> dSigned;
+void Soften(const TSoftenBlock& block) {
+    const hn::CappedTag<uint16_t, 16> d;
+    const hn::Rebind<uint8_t, decltype(d)> d8;
+    const hn::RebindToSigned<decltype(d)> dSigned;
     const auto load = [&](const uint8_t* p) { return hn::PromoteTo(d, hn::LoadU(d8, p)); };
     const auto half = hn::Set(d, 6);
     const auto twelfth = hn::Set(d, 43691);
-    for (; x + hn::Lanes(d) <= rows.nCount; x += hn::Lanes(d)) {
-        const uint8_t* pRow = rows.pRow + x;
-        const auto beside = hn::Add(load(pRow - 1), load(pRow + 1));
-        const auto over = hn::Add(load(rows.pAbove + x), load(rows.pBelow + x));
-        const auto centre = hn::Add(hn::ShiftLeft<3>(load(pRow)), half);
-        const auto sum = hn::Add(hn::Add(beside, over), centre);
-        const auto value = hn::ShiftRight<3>(hn::MulHigh(sum, twelfth));
-        const auto value8 = hn::DemoteTo(d8, hn::BitCast(dSigned, value));
-        hn::StoreU(hn::Max(hn::LoadU(d8, pDest + x), value8), d8, pDest + x);
+    if (block.nCount % hn::Lanes(d) != 0) {
+        PlainSoftenKernels().pSoften(block);
+        return;
     }
-    return x;
-}
-
-void Soften(uint8_t* pDest, const TSoftenRows& rows) {
-    // Sixteen values are the rule: what lies around one edge.
-    size_t x = rows.nCount >= 32 ? SoftenFrom(hn::ScalableTag<uint16_t>(), 0, pDest, rows) : 0;
-    x = SoftenFrom(hn::CappedTag<uint16_t, 16>(), x, pDest, rows);
-    if (x < rows.nCount)
-        PlainSoftenKernels().pSoften(pDest + x,
-                                     {rows.pAbove + x, rows.pRow + x, rows.pBelow + x, rows.nCount - x});
+    for (size_t x = 0; x < block.nCount; x += hn::Lanes(d)) {
+        uint8_t* pDest = block.pDest + x;
+        auto above = load(block.apRows[0] + x);
+        auto row = load(block.apRows[1] + x);
+        for (size_t y = 1; y <= block.nRows; ++y, pDest += block.nStride) {
+            const uint8_t* pRow = block.apRows[y] + x;
+            const auto below = load(block.apRows[y + 1] + x);
+            const auto beside = hn::Add(load(pRow - 1), load(pRow + 1));
+            const auto centre = hn::Add(hn::ShiftLeft<3>(row), half);
+            const auto sum = hn::Add(hn::Add(beside, hn::Add(above, below)), centre);
+            const auto value = hn::ShiftRight<3>(hn::MulHigh(sum, twelfth));
+            const auto value8 = hn::DemoteTo(d8, hn::BitCast(dSigned, value));
+            hn::StoreU(hn::Max(hn::LoadU(d8, pDest), value8), d8, pDest);
+            above = row;
+            row = below;
+        }
+    }
 }
 
 const TSoftenKernels* GetSoftenKernels() {

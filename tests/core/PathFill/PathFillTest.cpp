@@ -126,7 +126,7 @@ TEST(PathFill, EveryPixelIsAsDefined) {
     CRandomOutlines random(1);
     const std::pair<int32_t, int32_t> aRanges[] = {{100, 600}, {-300, 1800},          {-20000, 20000},
                                                    {60, 90},   {-(1 << 28), 1 << 28}, {INT32_MIN, INT32_MAX}};
-    for (int n = 0; n < 60; ++n) {
+    for (int n = 0; n < 36; ++n) {
         const auto [nFrom, nTo] = aRanges[n % 6];
         const TOutline outline = random.Make(nFrom, nTo);
         const CPoint ptOrigin{n % 5 * 7 - 14, n % 3 * 5 - 5};
@@ -138,10 +138,11 @@ TEST(PathFill, EveryPixelIsAsDefined) {
 
 TEST(PathFill, TilesMeetWithoutSeams) {
     CRandomOutlines random(2);
-    constexpr CSize SIZE{480, 384};
-    for (int n = 0; n < 40; ++n) {
-        const TOutline outline = random.Make(n % 2 ? -500 : -30000, n % 2 ? 4500 : 30000);
-        ASSERT_EQ(FillByTiles(outline, {3, -4}, SIZE), Fill(outline, {3, -4}, SIZE)) << n;
+    for (int n = 0; n < 60; ++n) {
+        const CSize sz = n % 3 == 0 ? CSize{2400, 96} : CSize{480, 384};
+        const int32_t nReach = n % 2 ? 20000 : 4500;
+        const TOutline outline = random.Make(n % 2 ? -nReach : 0, nReach);
+        ASSERT_EQ(FillByTiles(outline, {3, -4}, sz), Fill(outline, {3, -4}, sz)) << n;
     }
 }
 

@@ -1,0 +1,106 @@
+// The vector form of the crossing sums, one source for every instruction set that Highway knows here.
+//
+// Sixteen crossings, the rule, are one vector of bytes once they are counted from their first pixel: what
+// saturates lies behind the pixels that are summed. The sum of a pixel is a sum of bytes.
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "core/RasterKernel/VectorCrossingKernels.cpp"
+#include <hwy/foreach_target.h>
+
+#include <hwy/highway.h>
+
+#include "core/RasterKernel/CrossingKernel.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace HWY_NAMESPACE {
+
+#if HWY_TARGET == HWY_SCALAR
+
+const TCrossingKernels* GetCrossingKernels() { return &PlainCrossingKernels(); }
+
+#else
+
+namespace hn = hwy::HWY_NAMESPACE;
+
+using D32 = hn::Full128<int32_t>;
+using D16 = hn::Full128<int16_t>;
+using D8 = hn::Full128<uint8_t>;
+using D64 = hn::Full128<uint64_t>;
+
+// A crossing's whole cells lie in the upper halves of its 64 bits.
+void Cross(int32_t* pCells, int64_t nX, int64_t nStep, size_t nCount) {
+    const hn::CappedTag<int64_t, 8> d;
+    const hn::Repartition<int32_t, decltype(d)> d32;
+    const size_t nLanes = hn::Lanes(d);
+    const auto iota = hn::Iota(d, 0);
+    auto first = hn::Set(d, nX);
+    // The lane's number times the step, bit for bit: 64-bit products are slow.
+    for (size_t nBit = 1; nBit < nLanes; nBit *= 2) {
+        const auto bit = hn::Set(d, static_cast<int64_t>(nBit));
+        const auto step = hn::Set(d, static_cast<int64_t>(nBit) * nStep);
+        first = hn::Add(first, hn::IfThenElseZero(hn::Eq(hn::And(iota, bit), bit), step));
+    }
+    const auto next = hn::Set(d, static_cast<int64_t>(nLanes) * nStep);
+    for (size_t n = 0; n < nCount; n += 2 * nLanes) {
+        const auto second = hn::Add(first, next);
+        const auto cells = hn::ConcatOdd(d32, hn::BitCast(d32, second), hn::BitCast(d32, first));
+        hn::StoreU(hn::ShiftRight<CROSSING_BITS - 32>(cells), d32, pCells + n);
+        first = hn::Add(second, next);
+    }
+}
+
+// Adds the cells from the crossings on in pixel `k`.
+template <int k>
+HWY_INLINE hn::Vec<D64> AddPixel(hn::Vec<D64> sums, hn::Vec<D8> cells) {
+    const D8 d8;
+    const auto before = hn::Set(d8, static_cast<uint8_t>((k + 1) * CROSSING_CELLS));
+    const auto set = hn::Min(hn::SaturatedSub(before, cells), hn::Set(d8, uint8_t{CROSSING_CELLS}));
+    return hn::Add(sums, hn::ShiftLeft<16 * k>(hn::SumsOf8(set)));
+}
+
+HWY_INLINE TCrossingSums SumSixteen(const int32_t* pCells) {
+    const D32 d;
+    const D16 d16;
+    const D8 d8;
+    const D64 d64;
+    const hn::Half<D8> d8Half;
+    const auto a = hn::LoadU(d, pCells), b = hn::LoadU(d, pCells + 4);
+    const auto e = hn::LoadU(d, pCells + 8), f = hn::LoadU(d, pCells + 12);
+    TCrossingSums sums;
+    sums.nMin = hn::GetLane(hn::MinOfLanes(d, hn::Min(hn::Min(a, b), hn::Min(e, f))));
+    sums.nMax = hn::GetLane(hn::MaxOfLanes(d, hn::Max(hn::Max(a, b), hn::Max(e, f))));
+    const auto left = hn::Set(d, sums.nMin & -CROSSING_CELLS);
+    // The order of lanes does not matter to a sum.
+    const auto low = hn::ReorderDemote2To(d16, hn::Sub(a, left), hn::Sub(b, left));
+    const auto high = hn::ReorderDemote2To(d16, hn::Sub(e, left), hn::Sub(f, left));
+    const auto cells = hn::Combine(d8, hn::DemoteTo(d8Half, high), hn::DemoteTo(d8Half, low));
+    auto pixels = AddPixel<0>(hn::Zero(d64), cells);
+    pixels = AddPixel<1>(pixels, cells);
+    pixels = AddPixel<2>(pixels, cells);
+    pixels = AddPixel<3>(pixels, cells);
+    sums.uSums = hn::GetLane(hn::SumOfLanes(d64, pixels));
+    return sums;
+}
+
+TCrossingSums Sum(const int32_t* pCells, size_t nCount) {
+    return nCount == 16 ? SumSixteen(pCells) : PlainCrossingKernels().pSum(pCells, nCount);
+}
+
+void SumBlocks(TCrossingSums* pSums, const int32_t* pCells, ptrdiff_t nStep, size_t nBlocks) {
+    for (size_t n = 0; n < nBlocks; ++n) pSums[n] = SumSixteen(pCells + static_cast<ptrdiff_t>(n) * nStep);
+}
+
+const TCrossingKernels* GetCrossingKernels() {
+    static constexpr TCrossingKernels kernels{Cross, Sum, SumBlocks};
+    return &kernels;
+}
+
+#endif
+
+} // namespace HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+HWY_EXPORT(GetCrossingKernels);
+
+const TCrossingKernels& VectorCrossingKernels() { return *HWY_DYNAMIC_DISPATCH(GetCrossingKernels)(); }
+#endif
