@@ -32,8 +32,9 @@ private:
     CSize m_size;
 };
 
-CRecordWindows::CRecordWindows(IWindowFactory& windows, std::function<void(const TMessage&)> fnHear)
-    : m_windows(windows), m_fnHear(std::move(fnHear)) {}
+CRecordWindows::CRecordWindows(IWindowFactory& windows, std::function<void()> fnBegin,
+                               std::function<void(const TMessage&)> fnHear)
+    : m_windows(windows), m_fnBegin(std::move(fnBegin)), m_fnHear(std::move(fnHear)) {}
 CRecordWindows::~CRecordWindows() = default;
 
 IWindowClient& CRecordWindows::Listen(IWindowClient& client) {
@@ -43,6 +44,7 @@ IWindowClient& CRecordWindows::Listen(IWindowClient& client) {
 }
 
 IMainWindow* CRecordWindows::CreateMainWindow(IWindowClient& client, const TMainWindowSetup& setup) {
+    m_fnBegin();
     return m_windows.CreateMainWindow(Listen(client), setup);
 }
 

@@ -13,8 +13,10 @@
 
 class CRecordWindows : public IWindowFactory, boost::noncopyable {
 public:
-    /// `fnHear` hears every message of a main or canvas window before its client does.
-    CRecordWindows(IWindowFactory& windows, std::function<void(const TMessage&)> fnHear);
+    /// `fnBegin` is called before the main window is made, `fnHear` hears every message of a main or canvas
+    /// window before its client does.
+    CRecordWindows(IWindowFactory& windows, std::function<void()> fnBegin,
+                   std::function<void(const TMessage&)> fnHear);
     ~CRecordWindows() override;
 
     IMainWindow* CreateMainWindow(IWindowClient& client, const TMainWindowSetup& setup) override;
@@ -33,6 +35,7 @@ private:
     IWindowClient& Listen(IWindowClient& client);
 
     IWindowFactory& m_windows;
+    std::function<void()> m_fnBegin;
     std::function<void(const TMessage&)> m_fnHear;
     std::vector<std::unique_ptr<CClient>> m_vClients;
     std::map<std::pair<const IWindow*, int>, std::unique_ptr<CView>> m_mapViews;

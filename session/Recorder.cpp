@@ -97,7 +97,9 @@ struct CRecorder::TParts {
                                                   return m_windows.GetViewSize(pPanel, nView);
                                               }},
           m_queue(platform.queue, [this](const TMessage& msg) { RecordMessage(m_to, msg); }),
-          m_windows(platform.windows, [this](const TMessage& msg) { OnHeard(msg); }),
+          m_windows(
+              platform.windows, [this] { m_record.WriteHead(); },
+              [this](const TMessage& msg) { OnHeard(msg); }),
           m_pen(platform.pen, [this](const TPenPacket& packet) { RecordPacket(m_to, packet); }),
           m_platform{m_queue,
                      m_windows,
@@ -112,9 +114,7 @@ struct CRecorder::TParts {
                      platform.keys,
                      platform.clipboard,
                      platform.snapshots,
-                     m_pen} {
-        m_record.WriteHead();
-    }
+                     m_pen} {}
 
     // Past the queue come the windows' own notices, and a player's commands.
     void OnHeard(const TMessage& msg) {

@@ -14,7 +14,7 @@
 /// session that breaks off has recorded the cause.
 class CRecorder : boost::noncopyable {
 public:
-    /// Writes the head of the record; the session has not begun. `platform` outlives the recorder.
+    /// The session has not begun; its main window will begin the record. `platform` outlives the recorder.
     CRecorder(const TPlatform& platform, TWriteLine fnWrite);
     ~CRecorder();
 

@@ -1,9 +1,11 @@
 #include "app/common/ModuleCall.h"
 
+#include "app/common/Recording.h"
 #include "app/common/ScriptSettings.h"
 #include "core/Base/Text.h"
 #include "system/Modules.h"
 
+#include <cstdlib>
 #include <memory>
 #include <stdexcept>
 
@@ -35,6 +37,7 @@ void CallModule(CPictureHost& host, const TModuleCall& call, IFileStore& files) 
     std::unique_ptr<CScriptSettings> pSettings;
     if (!call.pathScript.empty())
         pSettings = std::make_unique<CScriptSettings>(call.pathScript, call.bWindows, files);
+    if (!call.pathRecord.empty()) setenv(RECORD_VARIABLE, fs::absolute(call.pathRecord).c_str(), 1);
     const int16_t nResult = host.Run(LoadModule(call.pathModule));
     if (pSettings && !pSettings->GetFailure().empty()) throw std::runtime_error(pSettings->GetFailure());
     if (nResult != hostabi::noErr)

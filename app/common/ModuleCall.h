@@ -11,6 +11,7 @@ struct TModuleCall {
     std::filesystem::path pathModule; ///< empty for the one beside the program
     std::filesystem::path pathScript; ///< empty for a session with the user
     bool bWindows = false;            ///< play the script in real windows
+    std::filesystem::path pathRecord; ///< empty for no record
 };
 
 /// Runs one session over the host's picture. Raises std::runtime_error when the module cannot be loaded, when

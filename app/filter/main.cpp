@@ -21,7 +21,8 @@ void RunFilter(const TArguments& arguments) {
     CheckSave(arguments.pathOut, codecs);
 
     CPictureHost host(std::move(picture));
-    CallModule(host, {arguments.pathModule, arguments.pathScript, arguments.bWindows}, files);
+    CallModule(host, {arguments.pathModule, arguments.pathScript, arguments.bWindows, arguments.pathRecord},
+               files);
 
     SavePicture(arguments.pathOut, host.GetPicture(), codecs);
     for (size_t i = 0; i < arguments.vAlphaOut.size(); ++i)

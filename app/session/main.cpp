@@ -16,7 +16,7 @@ namespace {
 
 void PlayOver(const TArguments& arguments, IFileStore& files, IImageCodecs& codecs) {
     CPictureHost host(LoadPicture(arguments.pathIn, codecs));
-    CallModule(host, {arguments.pathModule, arguments.pathScript, false}, files);
+    CallModule(host, {arguments.pathModule, arguments.pathScript, false, {}}, files);
     if (!arguments.pathOut.empty()) SavePicture(arguments.pathOut, host.GetPicture(), codecs);
 }
 

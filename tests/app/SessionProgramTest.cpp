@@ -29,12 +29,12 @@ protected:
     QImage Load(const std::string& strName) {
         return QImage(QString::fromStdString(m_folder.File(strName).native()));
     }
-    /// Runs the player inside the folder, without a display.
-    int Run(const std::string& strArguments) {
+    /// Runs the player, or another program, inside the folder, without a display.
+    int Run(const std::string& strArguments, const std::string& strProgram = VELLUM_SESSION) {
         const std::string strCommand =
             "cd " + m_folder.GetPath().native() +
-            " && mkdir -p .tmp && TMPDIR=$PWD/.tmp env -u DISPLAY -u WAYLAND_DISPLAY '" +
-            VELLUM_SESSION "' " + strArguments + " >.said 2>&1";
+            " && mkdir -p .tmp && TMPDIR=$PWD/.tmp env -u DISPLAY -u WAYLAND_DISPLAY '" + strProgram + "' " +
+            strArguments + " >.said 2>&1";
         const int nStatus = std::system(strCommand.c_str());
         m_strSaid = m_files.Read(FromUtf8(m_folder.File(".said").native())).value_or("");
         EXPECT_TRUE(std::filesystem::is_empty(m_folder.File(".tmp"))) << "something is left behind";
@@ -97,6 +97,27 @@ TEST_F(CSessionProgram, PlaysInBothDeliveries) {
          {"", "a b", "--in red.png --out ./red.png none", "--each '*.png' none", "--jobs 2 none",
           "--each '*.png' --out-dir d --jobs 0 none", "--each '*.txt' --out-dir d none"})
         expect(2, psz, "usage: vellumcraft-session");
+}
+
+TEST_F(CSessionProgram, PlaysWhatTheFilterRecorded) {
+    Write("script", R"({"set":{"section":"BrushParam\\RasterBrush","key":"BrushRadius","value":4}}
+{"layer":{"opacity":128}}
+{"answer":{"box":"no"}}
+{"close":"frame"})");
+    Write("record", "of yesterday");
+    Write("folder/record", "");
+    SavePage("page.png", 25, Qt::red);
+    const auto filter = [&](const std::string& strMore) {
+        return Run("page.png out.png --script script " + strMore, VELLUM_FILTER);
+    };
+    EXPECT_EQ(filter("--record record"), 0) << m_strSaid;
+    EXPECT_EQ(m_files.Read(FromUtf8(m_folder.File("record~").native())), "of yesterday");
+    Write("script", "");
+    EXPECT_EQ(Run("record --in page.png --out again.png"), 0) << m_strSaid;
+    EXPECT_EQ(Load("again.png"), Load("out.png"));
+    EXPECT_EQ(qAlpha(Load("out.png").pixel(3, 3)), 127);
+    EXPECT_EQ(filter("--record folder"), 1);
+    EXPECT_TRUE(Says("error box: ファイルを開けませんでした。")) << m_strSaid;
 }
 
 TEST_F(CSessionProgram, ABatchDoesWhatItCan) {
