@@ -84,7 +84,8 @@ void CRecord::FollowView() {
     if (m_view.pFrame != spFrame.get() && g_lstCanvasFrame.size() > 1) Activate(*spFrame);
     const CCanvasView& view = spFrame->GetView();
     const TView shown{spFrame.get(), view.GetClient(), view.GetState(), view.GetScroll()};
-    if (shown == m_view) return;
+    // A window that is an icon shows nothing, and nothing is done in it.
+    if (shown == m_view || shown.szClient.cx < 1 || shown.szClient.cy < 1) return;
     m_view = shown;
     Write("view", {{"width", shown.szClient.cx},
                    {"height", shown.szClient.cy},

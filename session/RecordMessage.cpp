@@ -124,6 +124,15 @@ void RecordPanel(const TRecordTo& to, int nPanel, const TMessage& msg) {
     to.record.Write("panel", line);
 }
 
+// True when something else lies over the window there, as only a real window can tell. The position is in
+// 1 / `nUnits` of a client pixel.
+bool IsCovered(const ICanvasWindow& window, CPoint pt, int32_t nUnits) {
+    const CSize sz = window.GetClientSize();
+    const CPoint ptPixel{pt.x / nUnits, pt.y / nUnits};
+    const bool bInside = pt.x >= 0 && pt.y >= 0 && ptPixel.x < sz.cx && ptPixel.y < sz.cy;
+    return bInside && !window.IsAt(ptPixel + window.GetClientOrigin());
+}
+
 void RecordClose(const TRecordTo& to, const TMessage& msg) {
     to.record.FollowTime();
     if (msg.pWindow == g_AppModule.GetMainWindow()) return to.record.Write("close", "main");
@@ -176,8 +185,9 @@ void RecordPacket(const TRecordTo& to, const TPenPacket& packet) {
     IPen& pen = to.platform.pen;
     const int32_t nUnits = std::max(1, pen.GetUnitsPerPixel());
     const CPoint ptOrigin = pWindow->GetClientOrigin();
-    json line{{"x", packet.x - ptOrigin.x * nUnits},
-              {"y", packet.y - ptOrigin.y * nUnits},
+    const CPoint pt{packet.x - ptOrigin.x * nUnits, packet.y - ptOrigin.y * nUnits};
+    json line{{"x", pt.x},
+              {"y", pt.y},
               {"pressure", packet.uPressure - static_cast<uint32_t>(pen.GetPressureAxis().nMin)}};
     const TInputName& name = NameOfButtons(packet.uButtons);
     if (name.id != EMessage::MouseMove) line["message"] = name.pszName;
@@ -186,5 +196,6 @@ void RecordPacket(const TRecordTo& to, const TPenPacket& packet) {
     if (packet.nTwist != 0) line["twist"] = packet.nTwist;
     if (packet.uCursor == CURSOR_ERASER) line["eraser"] = true;
     if (packet.uStatus != 0) line["status"] = packet.uStatus;
+    if (IsCovered(*pWindow, pt, nUnits)) line["covered"] = true;
     to.record.Write("packet", line);
 }

@@ -5,6 +5,7 @@
 #include "session/DocumentState.h"
 #include "session/InputNames.h"
 #include "session/Player.h"
+#include "session/SessionCanvasWindow.h"
 #include "session/SessionPen.h"
 #include "session/Verbs.h"
 
@@ -28,7 +29,8 @@ void PostToActive(CPlayer& player, EMessage id, int64_t wParam = 0, int64_t lPar
 } // namespace
 
 TAction ReadPacket(const CScriptValue& value) {
-    value.Object({"message", "x", "y", "pressure", "altitude", "azimuth", "twist", "eraser", "status"});
+    value.Object(
+        {"message", "x", "y", "pressure", "altitude", "azimuth", "twist", "eraser", "status", "covered"});
     TPenPacket packet;
     packet.uButtons = ReadInputName(value, true).uButtons;
     const CPoint pt = ReadPosition(value);
@@ -38,12 +40,16 @@ TAction ReadPacket(const CScriptValue& value) {
     packet.nTwist = ReadNumber(value, "twist", 0, -MAX_TENTHS, MAX_TENTHS);
     packet.uCursor = value.Has("eraser") && value.At("eraser").Flag() ? CURSOR_ERASER : CURSOR_TIP;
     packet.uStatus = static_cast<uint32_t>(ReadNumber(value, "status", 0, 0, INT32_MAX));
+    const bool bCovered = value.Has("covered") && value.At("covered").Flag();
     return [=](CPlayer& player) mutable {
         CSessionPen& pen = player.GetStage().pen;
         if (packet.uPressure > static_cast<uint32_t>(pen.GetPressureAxis().nMax) ||
             std::abs(packet.nAltitude) > pen.GetAltitudeAxis().nMax)
             throw step_failure("the tablet's axes end before this pressure or altitude");
-        const CPoint ptOrigin = GetActiveFrame().GetWindow()->GetClientOrigin();
+        ICanvasWindow* pWindow = GetActiveFrame().GetWindow();
+        // Real windows know what lies over them.
+        if (auto* pSession = dynamic_cast<CSessionCanvasWindow*>(pWindow)) pSession->SetCovered(bCovered);
+        const CPoint ptOrigin = pWindow->GetClientOrigin();
         packet.x = pt.x + ptOrigin.x * pen.GetUnitsPerPixel();
         packet.y = pt.y + ptOrigin.y * pen.GetUnitsPerPixel();
         pen.Push(packet);

@@ -141,4 +141,28 @@ TEST(Record, OfTheRealWindowGivesTheSameDocumentWithoutOne) {
     EXPECT_TRUE(BytesOf(*spCanvas) == strDocument) << strRecord;
 }
 
+TEST(Record, OfAKilledProgramIsWhole) {
+    CTempFolder folder;
+    QImage(20, 10, QImage::Format_RGB32).save(QString::fromStdString(folder.File("page.png").native()));
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const char* psz : {"XDG_CONFIG_HOME", "XDG_RUNTIME_DIR"})
+        environment.insert(psz, QString::fromStdString(folder.GetPath().native()));
+    QFile record(QString::fromStdString(folder.File("record").native()));
+    QProcess program;
+    program.setProcessEnvironment(environment);
+    program.setWorkingDirectory(QString::fromStdString(folder.GetPath().native()));
+    program.start(VELLUM_DESKTOP, {"--record", "record", "page.png"});
+    const auto isOpen = [&] {
+        record.close();
+        return record.open(QIODevice::ReadOnly) && record.readAll().contains("\"open\"");
+    };
+    EXPECT_TRUE(QTest::qWaitFor(isOpen, 20000));
+    program.kill();
+    program.waitForFinished();
+    record.seek(0);
+    const std::string strRecord = record.readAll().toStdString();
+    EXPECT_TRUE(strRecord.ends_with("page.png\"}\n"));
+    EXPECT_NO_THROW(ParseScript(strRecord, "record"));
+}
+
 } // namespace
