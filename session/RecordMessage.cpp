@@ -58,6 +58,8 @@ void RecordOpen(const TRecordTo& to, const std::wstring& strPath) {
 }
 
 void RecordCommand(const TRecordTo& to, int nId) {
+    // The zoom box's line is known by what the view becomes.
+    if (nId == IDC_ZOOM_COMBO) return;
     if (!g_pMainFrame || !g_pMainFrame->IsCommandEnabled(nId)) return;
     if (nId >= ID_FILE_MRU_FIRST && nId <= ID_FILE_MRU_LAST) {
         // The list is the user's, the file is what he meant.

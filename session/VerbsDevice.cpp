@@ -64,7 +64,7 @@ TAction ReadTablet(const CScriptValue& value) {
                                       static_cast<int32_t>(value.At("units").Integer(1, 1024))};
     return [device](CPlayer& player) {
         // A window asks for the device when it opens.
-        if (!player.IsPreparing()) throw step_failure("only the lines before it may be \"set\" lines");
+        if (!player.IsPreparing()) throw step_failure("a tablet stands at the script's head");
         player.GetStage().pen.SetDevice(device);
     };
 }
