@@ -8,6 +8,7 @@
 #include <boost/noncopyable.hpp>
 
 #include <algorithm>
+#include <csignal>
 #include <cstdlib>
 #include <map>
 #include <optional>
@@ -57,6 +58,16 @@ private:
     fs::path m_path;
 };
 
+volatile std::sig_atomic_t g_bInterrupted = 0;
+
+// The workers get the terminal's signal too and end by it; the batch then only counts them and tidies up.
+void StopOnInterrupt() {
+    struct sigaction action {};
+    action.sa_handler = [](int) { g_bInterrupted = 1; };
+    sigaction(SIGINT, &action, nullptr);
+    sigaction(SIGTERM, &action, nullptr);
+}
+
 std::vector<std::string> MakeCommand(const TArguments& arguments, const TPage& page) {
     std::vector<std::string> vCommand{ToUtf8(CModules().GetProgram().strPath), "--in", page.pathIn.native(),
                                       "--out", page.pathOut.native()};
@@ -100,9 +111,11 @@ bool RunBatch(const TArguments& arguments) {
     const CWorkFolder folder;
     CBatchReport report(vPages.size());
     std::map<pid_t, size_t> mapRunning;
-    for (size_t idxNext = 0; idxNext < vPages.size() || !mapRunning.empty();) {
+    StopOnInterrupt();
+    const auto begins = [&](size_t idx) { return idx < vPages.size() && !g_bInterrupted; };
+    for (size_t idxNext = 0; begins(idxNext) || !mapRunning.empty();) {
         const auto fileOf = [&](size_t idx) { return folder.GetPath() / std::to_string(idx); };
-        if (idxNext < vPages.size() && mapRunning.size() < nJobs) {
+        if (begins(idxNext) && mapRunning.size() < nJobs) {
             mapRunning[StartWorker(MakeCommand(arguments, vPages[idxNext]), fileOf(idxNext))] = idxNext;
             ++idxNext;
             continue;

@@ -14,6 +14,7 @@ struct TPage {
 std::vector<TPage> FindPages(const std::string& strPattern, const std::filesystem::path& pathOutDir);
 
 /// Plays the script over every page, several at a time; a page that fails does not keep the others from being
-/// done. Tells on standard output how it goes. True when all pages are done. Raises usage_error, before
-/// anything is played, and std::runtime_error when no process can be started.
+/// done. Tells on standard output how it goes. An interrupt ends the workers and begins no further page. True
+/// when all pages are done. Raises usage_error, before anything is played, and std::runtime_error when no
+/// process can be started.
 bool RunBatch(const TArguments& arguments);

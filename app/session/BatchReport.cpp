@@ -38,8 +38,9 @@ void CBatchReport::Tell(const std::string& strPage, const std::string& strReason
 
 bool CBatchReport::Finish() {
     const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - m_start;
-    std::printf("%s%zu done, %zu failed, %.1f seconds\n", m_bTerminal ? "\n" : "", m_nDone, m_nFailed,
-                elapsed.count());
+    std::printf("%s%zu done, %zu failed, ", m_bTerminal ? "\n" : "", m_nDone, m_nFailed);
+    if (const size_t nLeft = m_nPages - m_nDone - m_nFailed; nLeft > 0) std::printf("%zu not begun, ", nLeft);
+    std::printf("%.1f seconds\n", elapsed.count());
     std::fflush(stdout);
-    return m_nFailed == 0;
+    return m_nDone == m_nPages;
 }

@@ -13,7 +13,7 @@ public:
 
     /// A page has ended; `strReason` says why it failed, empty when it is done.
     void Tell(const std::string& strPage, const std::string& strReason);
-    /// Tells the sum. True when no page failed.
+    /// Tells the sum. True when all pages are done.
     bool Finish();
 
 private:

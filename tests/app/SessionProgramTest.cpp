@@ -137,6 +137,12 @@ TEST_F(CSessionProgram, ABatchDoesWhatItCan) {
     SavePage("pages/d.png", 7, Qt::blue);
     EXPECT_EQ(Run("--each 'pages/[cd].png' --out-dir safe half --module '" VELLUM_CRASHING_MODULE "'"), 1);
     EXPECT_TRUE(Says("pages/d.png: failed: ended by signal 11") && Says("pages/c.png: done")) << m_strSaid;
+    // Who interrupts it gets the sum of what is done.
+    std::string strLong;
+    for (int n = 0; n < 1000; ++n) strLong += "{\"wait\":3600000}\n";
+    Write("long", strLong);
+    Run("1 '" VELLUM_SESSION "' --each 'pages/[abc].png' --out-dir t --jobs 2 long", "timeout' -s 'INT");
+    EXPECT_TRUE(Says("failed: ended by signal 2") && Says("\n0 done, 2 failed, 1 not begun, ")) << m_strSaid;
     // On a terminal there is a bar, and a line only for what failed.
     EXPECT_EQ(RunOnTerminal("'" VELLUM_SESSION "' --each 'pages/[ef].png' --out-dir t half"), 1);
     EXPECT_TRUE(Says("] 2 of 2, 2 failed") && Says("f.png: failed: ")) << m_strSaid;
