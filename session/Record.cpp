@@ -18,6 +18,7 @@ constexpr int KEYS = 254; ///< the last key that a script can hold
 } // namespace
 
 void CRecord::WriteHead() {
+    m_bBegun = true;
     WriteSettings(*this, m_platform);
     IPen& pen = m_platform.pen;
     if (pen.IsPresent())
@@ -102,7 +103,8 @@ void CRecord::Write(const char* pszVerb, const json& value) {
 }
 
 void CRecord::WriteLine(std::string strLine) {
-    if (m_bFailed) return;
+    // A box without a session is no reason to begin a file.
+    if (!m_bBegun || m_bFailed) return;
     strLine += '\n';
     m_bFailed = !m_fnWrite(strLine);
 }

@@ -25,7 +25,8 @@ public:
     CRecord(const TPlatform& platform, TWriteLine fnWrite)
         : m_platform(platform), m_fnWrite(std::move(fnWrite)) {}
 
-    /// What stands before the session: settings that differ from the defaults, the tablet.
+    /// What stands before the session: settings that differ from the defaults, the tablet. Nothing is written
+    /// before that.
     void WriteHead();
 
     /// Writes the time that has passed.
@@ -60,6 +61,7 @@ private:
 
     const TPlatform& m_platform;
     TWriteLine m_fnWrite;
+    bool m_bBegun = false;
     bool m_bFailed = false;
     uint32_t m_uTime = 0;
     TKeys m_keys;

@@ -134,6 +134,10 @@ TEST_F(Recorder, AnswersStandBehindTheLineThatAsks) {
     EXPECT_EQ(Play(m_strRecord), "");
     EXPECT_EQ(Play("{\"close\":\"frame\"}\n{\"wait\":1}\n{\"reply\":{\"box\":\"no\"}}").substr(0, 4), "s:1:");
     EXPECT_EQ(Play("{\"reply\":{\"box\":\"no\"}}"), "s:1: nothing has asked for this reply");
+    // Without a session nothing begins.
+    CSessionPlatform none(m_parts);
+    CRecorder recorder(none.GetPlatform(), [](std::string_view str) { return ADD_FAILURE() << str, true; });
+    recorder.GetPlatform().boxes.Show(nullptr, L"版", L"", EBoxKind::Plain);
 }
 
 TEST_F(Recorder, ARecordThatCannotBeWrittenEndsWithAWholeLine) {
