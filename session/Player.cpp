@@ -11,17 +11,35 @@
 
 CPlayer::CPlayer(TScript script, TStage stage) : m_script(std::move(script)), m_stage(std::move(stage)) {}
 
+void CPlayer::Prepare() {
+    m_bPreparing = true;
+    while (!IsPlayed() && m_script.vSteps[m_idxNext].kind == EStepKind::Prepares && !m_stage.log.HasFailed())
+        PlayStep(m_script.vSteps[m_idxNext++]);
+    m_bPreparing = false;
+}
+
+bool CPlayer::TakeReply() {
+    // A dialog that stays open may have shown an error box meanwhile.
+    while (!IsPlayed() && m_script.vSteps[m_idxNext].kind == EStepKind::Expects && m_stage.log.HasErrors())
+        PlayStep(m_script.vSteps[m_idxNext++]);
+    if (IsPlayed() || m_script.vSteps[m_idxNext].kind != EStepKind::Replies) return false;
+    const TStep& step = m_script.vSteps[m_idxNext++];
+    m_stage.log.Enter(step.nLine);
+    step.fnPlay(*this);
+    return true;
+}
+
 void CPlayer::Advance() {
     CSessionLog& log = m_stage.log;
     if (m_uWait > 0 && !log.HasFailed()) {
         PassTime();
         return;
     }
-    if (IsPlayed() || !m_script.vSteps[m_idxNext].bExpects) log.FailOnError();
+    if (IsPlayed() || m_script.vSteps[m_idxNext].kind != EStepKind::Expects) log.FailOnError();
     if (IsPlayed() || log.HasFailed())
         Close();
     else
-        PlayStep();
+        PlayStep(m_script.vSteps[m_idxNext++]);
 }
 
 void CPlayer::PassTime() {
@@ -31,10 +49,11 @@ void CPlayer::PassTime() {
     m_uWait -= uStep;
 }
 
-void CPlayer::PlayStep() {
-    const TStep& step = m_script.vSteps[m_idxNext++];
+void CPlayer::PlayStep(const TStep& step) {
     m_stage.log.Enter(step.nLine);
     try {
+        if (step.kind == EStepKind::Replies) throw step_failure("nothing has asked for this reply");
+        if (m_fnWatch && !step.strPast.empty()) m_fnWatch(step.strPast);
         step.fnPlay(*this);
     } catch (const step_failure& e) {
         m_stage.log.Fail(e.what());

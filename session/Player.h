@@ -37,6 +37,14 @@ public:
 
     CPlayer(TScript script, TStage stage);
 
+    /// Plays the lines at the script's head that prepare the session. Once, before it begins.
+    void Prepare();
+    bool IsPreparing() const { return m_bPreparing; }
+    /// Takes the answer that stands right behind the line being played; false when there is none.
+    bool TakeReply();
+    /// Hears every line that acts past the platform's seam, before it is played.
+    void SetWatch(boost::function<void(const std::string&)> fnWatch) { m_fnWatch = std::move(fnWatch); }
+
     /// Plays what comes next: a part of a wait, a step, or, after the last step or a failure, the session's
     /// end: the main window is asked to close, in the end destroyed, and the message loop ended. Never
     /// blocks.
@@ -54,13 +62,16 @@ public:
     void SendCommand(int nId);
 
 private:
-    void PlayStep();
     void PassTime();
     void Close();
+
+    void PlayStep(const TStep& step);
 
     TScript m_script;
     TStage m_stage;
     size_t m_idxNext = 0;
     uint32_t m_uWait = 0; ///< milliseconds that are still to pass
     int m_nCloseAttempts = 0;
+    bool m_bPreparing = false;
+    boost::function<void(const std::string&)> m_fnWatch;
 };

@@ -43,7 +43,7 @@ TStep ReadStep(std::string_view strLine) {
     const auto it =
         std::find_if(verbs.begin(), verbs.end(), [&](const TVerb& verb) { return strVerb == verb.pszName; });
     if (it == verbs.end()) throw script_error("unknown verb \"" + strVerb + "\"");
-    return {0, it->pfnRead({line.front(), strVerb}), it->bExpects};
+    return {0, it->pfnRead({line.front(), strVerb}), it->kind, it->bPast ? line.dump() : std::string()};
 }
 
 } // namespace

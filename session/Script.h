@@ -20,10 +20,19 @@ struct step_failure : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+/// How a verb's lines stand among the others.
+enum class EStepKind {
+    Plain,
+    Expects,  ///< may be about an error box of the line before
+    Prepares, ///< at the head of a script: played before the session begins
+    Replies,  ///< answers what the line before it opens
+};
+
 struct TStep {
     int nLine = 0; ///< from 1
     TAction fnPlay;
-    bool bExpects = false; ///< an expectation: it may be about an error box of the line before
+    EStepKind kind = EStepKind::Plain;
+    std::string strPast = {}; ///< the line itself when it acts past the platform's seam, else empty
 };
 
 struct TScript {

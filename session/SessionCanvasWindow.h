@@ -43,9 +43,11 @@ public:
     /// The MDI client counts as the screen.
     CPoint GetClientOrigin() const override { return m_rc.TopLeft(); }
     bool IsAt(CPoint ptScreen) const override {
-        return !m_rc.Intersect(CRect(ptScreen, CSize{1, 1})).IsEmpty();
+        return !m_bCovered && !m_rc.Intersect(CRect(ptScreen, CSize{1, 1})).IsEmpty();
     }
     ECursor GetCursor() const { return m_cursor; }
+    /// Another window lies over this one, wherever it is asked.
+    void SetCovered(bool bCovered) { m_bCovered = bCovered; }
 
     /// True while the title is marked.
     bool IsModified() const { return m_bModified; }
@@ -70,6 +72,7 @@ private:
     CGlass m_glass;
     CRect m_rcInvalid;
     bool m_bCapture = false;
+    bool m_bCovered = false;
     ECursor m_cursor = ECursor::Arrow;
     bool m_bModified = false;
     TScroll m_scroll;

@@ -31,6 +31,7 @@ void CSessionDialogs::Fail(const std::string& strReason) {
 }
 
 std::optional<TAnswer> CSessionDialogs::Take(TAnswer::EKind kind, const std::string& strWhat) {
+    if (m_deqAnswers.empty() && m_fnReply && !m_log.IsClosing()) m_fnReply();
     const bool bFits = !m_deqAnswers.empty() && (m_deqAnswers.front().kind == kind ||
                                                  m_deqAnswers.front().kind == TAnswer::EKind::Cancel);
     if (bFits) {

@@ -4,6 +4,7 @@
 #include "core/Platform/Dialogs.h"
 #include "session/SessionLog.h"
 
+#include <boost/function.hpp>
 #include <boost/noncopyable.hpp>
 
 #include <deque>
@@ -26,13 +27,16 @@ struct TAnswer {
     int nLine = 0;       ///< where the script has it
 };
 
-/// Answers come in the order in which they were queued, whatever opens. What opens without an answer, or with
-/// the answer of something else, is a failure and is cancelled; once the session closes, boxes are answered
-/// No or OK and the rest is cancelled. Error boxes need no answer: the script has to expect them.
+/// Answers come in the order in which they were queued, whatever opens; when there is none, a reply is asked
+/// for. What opens without an answer, or with the answer of something else, is a failure and is cancelled;
+/// once the session closes, boxes are answered No or OK and the rest is cancelled. Error boxes need no
+/// answer: the script has to expect them.
 class CSessionDialogs : public IMessageBoxes, public IFileDialogs, public IDialogs, boost::noncopyable {
 public:
     explicit CSessionDialogs(CSessionLog& log) : m_log(log) {}
 
+    /// `fnReply` queues the answer that stands behind the line being played; false when there is none.
+    void SetReply(boost::function<bool()> fnReply) { m_fnReply = std::move(fnReply); }
     void Push(const TAnswer& answer) { m_deqAnswers.push_back(answer); }
     /// An answer for what opens next, before those already queued.
     void PushFirst(const TAnswer& answer) { m_deqAnswers.push_front(answer); }
@@ -52,4 +56,5 @@ private:
 
     CSessionLog& m_log;
     std::deque<TAnswer> m_deqAnswers;
+    boost::function<bool()> m_fnReply;
 };

@@ -37,6 +37,8 @@ public:
 
     /// An error box was shown; the script has to expect it.
     void ShowError(const std::wstring& strText) { m_deqErrors.push_back({m_nLine, strText}); }
+    /// True while an error box is not expected yet.
+    bool HasErrors() const { return !m_deqErrors.empty(); }
     /// Turns an error box that the script should have expected by now into the failure.
     void FailOnError();
     /// The text that an expectation of a box is about: the oldest error box not yet expected, else the last

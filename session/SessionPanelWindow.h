@@ -7,7 +7,8 @@
 class CSessionPanelWindow : public CSessionWindow<IPanelWindow> {
 public:
     CSessionPanelWindow(IMessageQueue& queue, IWindowClient& client, const TPanelSetup& setup)
-        : CSessionWindow(queue, client, setup.strTitle, {}, {}), m_vControls(setup.vControls) {}
+        : CSessionWindow(queue, client, setup.strTitle, {}, {}), m_vViews(setup.vControls),
+          m_vControls(setup.vControls) {}
 
     void Destroy() override;
     void Show() override { ShowPanel(true); }
@@ -20,10 +21,13 @@ public:
     void ShowPanel(bool bShow) override { m_place.bShow = bShow; }
     void SetControls(const std::vector<TPanelControl>& vControls) override { m_vControls = vControls; }
 
+    /// Has a view paint itself in that size, as it would on a glass; nothing for an id without a view.
+    void PaintView(int nId, CSize sz);
     /// The controls as they would be seen.
     const std::vector<TPanelControl>& GetControls() const { return m_vControls; }
 
 private:
     TPanelPlace m_place;
+    const std::vector<TPanelControl> m_vViews; ///< as the window was made
     std::vector<TPanelControl> m_vControls;
 };

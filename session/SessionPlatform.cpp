@@ -65,12 +65,18 @@ struct CSessionPlatform::TParts {
 CSessionPlatform::CSessionPlatform(const TSessionParts& parts, TScript script)
     : m_pParts(std::make_unique<TParts>(parts, std::move(script))) {
     m_pParts->m_queue.SetPump(&m_pParts->m_pump);
+    m_pParts->m_dialogs.SetReply([pPlayer = &m_pParts->m_player] { return pPlayer->TakeReply(); });
+    m_pParts->m_player.Prepare();
 }
 
 CSessionPlatform::~CSessionPlatform() { m_pParts->m_queue.SetPump(nullptr); }
 
 const TPlatform& CSessionPlatform::GetPlatform() const { return m_pParts->m_platform; }
 const CSessionLog& CSessionPlatform::GetLog() const { return m_pParts->m_log; }
+void CSessionPlatform::SetWatch(boost::function<void(const std::string&)> fnWatch) {
+    m_pParts->m_player.SetWatch(std::move(fnWatch));
+}
+
 CVirtualClock& CSessionPlatform::GetClock() { return m_pParts->m_clock; }
 CSessionWindows& CSessionPlatform::GetWindows() { return m_pParts->m_windows; }
 const CSessionSnapshots& CSessionPlatform::GetSnapshots() const { return m_pParts->m_snapshots; }

@@ -42,7 +42,8 @@ struct TSessionParts {
 /// One session. It becomes the queue's pump for as long as it lives. One thread.
 class CSessionPlatform : boost::noncopyable {
 public:
-    /// Without a script the main window is closed as soon as there is nothing else to do.
+    /// Plays the lines at the script's head that prepare the session. Without a script the main window is
+    /// closed as soon as there is nothing else to do.
     explicit CSessionPlatform(const TSessionParts& parts, TScript script = {});
     ~CSessionPlatform();
 
@@ -50,6 +51,9 @@ public:
     /// What went wrong first, "FILE:LINE: reason", empty when nothing did. Asked after the session: an error
     /// box that the script did not expect and steps that were not reached are failures too.
     std::string GetFailure() const;
+
+    /// Hears every line of the script that acts past the platform's seam, before it is played.
+    void SetWatch(boost::function<void(const std::string&)> fnWatch);
 
     const CSessionLog& GetLog() const;
     CVirtualClock& GetClock();

@@ -9,7 +9,8 @@
 struct TVerb {
     const char* pszName;
     TAction (*pfnRead)(const CScriptValue& value); ///< raises script_error
-    bool bExpects = false;
+    EStepKind kind = EStepKind::Plain;
+    bool bPast = false; ///< acts past the platform's seam, so that a recorder cannot see it there
 };
 
 /// All verbs.
@@ -18,8 +19,10 @@ std::span<const TVerb> GetVerbs();
 /// Commands, windows, keys, time.
 TAction ReadCommand(const CScriptValue& value);
 TAction ReadView(const CScriptValue& value);
+TAction ReadActivate(const CScriptValue& value);
 TAction ReadClose(const CScriptValue& value);
 TAction ReadKey(const CScriptValue& value);
+TAction ReadKeys(const CScriptValue& value);
 TAction ReadWait(const CScriptValue& value);
 /// Tools, pen, mouse.
 TAction ReadTool(const CScriptValue& value);
@@ -27,7 +30,10 @@ TAction ReadPen(const CScriptValue& value);
 TAction ReadMouse(const CScriptValue& value);
 TAction ReadPacket(const CScriptValue& value);
 TAction ReadPointer(const CScriptValue& value);
+TAction ReadWheel(const CScriptValue& value);
 TAction ReadProximity(const CScriptValue& value);
+TAction ReadTablet(const CScriptValue& value);
+TAction ReadPanel(const CScriptValue& value);
 /// Settings and answers.
 TAction ReadSet(const CScriptValue& value);
 TAction ReadAnswer(const CScriptValue& value);

@@ -1,6 +1,6 @@
 // The verbs that prepare what comes later: settings and answers.
-#include "core/AppModule/AppModule.h"
 #include "core/Base/Text.h"
+#include "core/IniConfig/GlobalSwitches.h"
 #include "core/IniConfig/IniConfig.h"
 #include "session/Player.h"
 #include "session/SessionDialogs.h"
@@ -68,12 +68,16 @@ TAction ReadSet(const CScriptValue& value) {
     const std::wstring strSection = value.At("section").Text();
     const std::wstring strKey = value.At("key").Text();
     const std::wstring strValue = ReadSetting(value.At("value"));
-    return [=](CPlayer&) {
-        const auto spSection = g_AppModule.GetSettings().GetSection(strSection);
+    return [=](CPlayer& player) {
+        // The store itself: before the session there is no application to ask for it.
+        const TPlatform& platform = player.GetStage().platform;
+        CIniConfig config(CIniConfig::FindPath(platform.locations), platform.files);
+        const auto spSection = config.GetSection(strSection);
         spSection->SetString(strKey, strValue);
         // The store is silent about failures, and a script that plays with other settings is another script.
         if (spSection->GetString(strKey, {}) != strValue)
             throw step_failure("the setting " + ToUtf8(strSection) + ", " + ToUtf8(strKey) +
                                " cannot be written");
+        if (player.IsPreparing() && EqualNoCase(strSection, L"Global")) g_Switches.Load(config);
     };
 }

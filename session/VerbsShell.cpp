@@ -3,14 +3,21 @@
 #include "core/Base/Failure.h"
 #include "core/CanvasFrame/CanvasFrame.h"
 #include "session/DocumentState.h"
+#include "session/InputNames.h"
 #include "session/Player.h"
 #include "session/SessionKeys.h"
 #include "session/Verbs.h"
+
+#include <nlohmann/json.hpp>
+
+#include <iterator>
+#include <vector>
 
 namespace {
 
 constexpr int64_t MAX_VIEW_SIDE = 16384;
 constexpr int64_t MAX_KEY = 254;
+constexpr int64_t MAX_FRAMES = 65535;
 
 // Gives the active canvas window this client size. The frame around it is known only from the two sizes.
 void ResizeView(CSize sz) {
@@ -46,10 +53,33 @@ TAction ReadCommand(const CScriptValue& value) {
 }
 
 TAction ReadView(const CScriptValue& value) {
-    value.Object({"width", "height"});
+    value.Object({"width", "height", "zoom", "angle", "flipH", "flipV", "scroll"});
     const CSize sz{static_cast<int32_t>(value.At("width").Integer(1, MAX_VIEW_SIDE)),
                    static_cast<int32_t>(value.At("height").Integer(1, MAX_VIEW_SIDE))};
-    return [sz](CPlayer&) { ResizeView(sz); };
+    if (!value.Has("zoom")) {
+        value.Object({"width", "height"});
+        return [sz](CPlayer&) { ResizeView(sz); };
+    }
+    const CScriptValue angle = value.At("angle");
+    if (angle.Integer(0, 270) % 90 != 0) angle.Refuse("must be 0, 90, 180 or 270");
+    const TViewState view{static_cast<uint16_t>(value.At("zoom").Integer(1, UINT16_MAX)),
+                          static_cast<uint16_t>(angle.Integer(0, 270)), value.At("flipH").Flag(),
+                          value.At("flipV").Flag()};
+    const CPoint ptScroll = ReadPosition(value.At("scroll").Object({"x", "y"}));
+    return [=](CPlayer&) {
+        ResizeView(sz);
+        GetActiveFrame().ApplyView(view);
+        GetActiveFrame().ScrollTo(ptScroll);
+    };
+}
+
+TAction ReadActivate(const CScriptValue& value) {
+    const auto nFrame = static_cast<size_t>(value.Integer(0, MAX_FRAMES));
+    return [nFrame](CPlayer&) {
+        if (nFrame >= g_lstCanvasFrame.size()) throw step_failure("there is no such canvas window");
+        const auto it = std::next(g_lstCanvasFrame.begin(), static_cast<std::ptrdiff_t>(nFrame));
+        if ((*it)->GetWindow()) (*it)->GetWindow()->Activate();
+    };
 }
 
 TAction ReadClose(const CScriptValue& value) {
@@ -69,6 +99,18 @@ TAction ReadKey(const CScriptValue& value) {
     const bool bDown = value.Has("down");
     const int nKey = static_cast<int>(value.At(bDown ? "down" : "up").Integer(1, MAX_KEY));
     return [nKey, bDown](CPlayer& player) { PressKey(player, nKey, bDown); };
+}
+
+TAction ReadKeys(const CScriptValue& value) {
+    if (!value.GetJson().is_array()) value.Refuse("must be a list of virtual key codes");
+    std::vector<int> vKeys;
+    for (const auto& member : value.GetJson())
+        vKeys.push_back(static_cast<int>(CScriptValue(member, value.GetName()).Integer(1, MAX_KEY)));
+    return [vKeys](CPlayer& player) {
+        CSessionKeys& keys = player.GetStage().keys;
+        for (int nKey = 1; nKey <= MAX_KEY; ++nKey) keys.Press(nKey, false);
+        for (const int nKey : vKeys) keys.Press(nKey, true);
+    };
 }
 
 TAction ReadWait(const CScriptValue& value) {

@@ -1,14 +1,15 @@
 // vellumcraft FILE...: the desktop application.
 #include "app/common/Module.h"
+#include "app/common/Recording.h"
 #include "app/desktop/Arguments.h"
 #include "app/desktop/Instance.h"
 #include "core/AppModule/AppModule.h"
 #include "core/AppModule/ErrorBox.h"
 #include "core/AppModule/MessageQueue.h"
-#include "core/AppModule/PrivateMessages.h"
 #include "core/Base/Text.h"
 #include "core/MainFrame/MainFrame.h"
 #include "core/MainFrame/SessionScope.h"
+#include "core/Platform/Window.h"
 #include "system/ImageCodecs.h"
 #include "system/Modules.h"
 #include "system/SnapshotStore.h"
@@ -20,10 +21,14 @@
 
 namespace {
 
-// Through the message queue: while a dialog is open the files wait.
-void TakeFiles(const std::vector<std::string>& vFiles) {
-    if (IWindow* pWindow = g_AppModule.GetMainWindow()) pWindow->Show();
-    for (const std::string& strFile : vFiles) PostToMainFrame(EMessage::CopyData, 0, FromUtf8(strFile));
+// Through the message queue: while a dialog is open the files wait. They come from outside, for a recorder
+// too.
+void TakeFiles(const std::vector<std::string>& vFiles, IMessageQueue& queue) {
+    IWindow* pWindow = g_AppModule.GetMainWindow();
+    if (!pWindow) return;
+    pWindow->Show();
+    for (const std::string& strFile : vFiles)
+        queue.Post({pWindow, EMessage::CopyData, 0, 0, FromUtf8(strFile)});
 }
 
 int Run(const TDesktopArguments& arguments, CInstance& instance, bool bFirst) {
@@ -33,12 +38,16 @@ int Run(const TDesktopArguments& arguments, CInstance& instance, bool bFirst) {
     CSnapshotStore snapshots(g_Module.GetLocations());
     const CQtPlatform platform(queue, g_Module.GetFiles(), g_Module.GetLocations(), modules, codecs,
                                snapshots);
-    CSessionScope session(platform.GetPlatform());
+    const std::wstring strRecord =
+        arguments.strRecord.empty() ? FindRecordPath(g_Module.GetConfig()) : FromUtf8(arguments.strRecord);
+    const CRecording recording(platform.GetPlatform(), strRecord);
+    CSessionScope session(recording.GetPlatform());
     try {
         CreateMainFrame();
-        if (bFirst) instance.Listen(TakeFiles);
-        for (const std::string& strFile : arguments.vFiles) g_pMainFrame->QueueFile(FromUtf8(strFile));
-        g_pMainFrame->QueueRecovery();
+        if (bFirst) instance.Listen([&](const CInstance::TPaths& vFiles) { TakeFiles(vFiles, queue); });
+        TakeFiles(arguments.vFiles, queue);
+        // What a record does not have, whoever plays it would not find.
+        if (!recording.IsOn()) g_pMainFrame->QueueRecovery();
         session.Run();
         return 0;
     } catch (const std::exception& e) {

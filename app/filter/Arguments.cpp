@@ -15,6 +15,7 @@ goes to OUT in the format of its name; without OUT it goes beside IN as NAME-vel
   --module FILE   the filter module; default: vellumcraft.8bf beside this program
   --script FILE   let a session script take the user's place, without a display and with its own settings
   --windows       with --script: play it in real windows
+  --record FILE   record the session as a script
   --help          show this
 
 Exit code: 0 done, 1 the picture or the session failed (nothing is written), 2 the command line is wrong.
@@ -72,6 +73,8 @@ TArguments ParseArguments(const std::vector<std::string>& vArguments) {
             arguments.pathModule = takeFile();
         else if (str == "--script")
             arguments.pathScript = takeFile();
+        else if (str == "--record")
+            arguments.pathRecord = takeFile();
         else if (str == "--windows")
             arguments.bWindows = true;
         else if (str == "--help")

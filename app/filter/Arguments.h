@@ -20,6 +20,7 @@ struct TArguments {
     std::vector<std::filesystem::path> vAlphaOut; ///< where they go, one for each
     std::filesystem::path pathModule;             ///< empty for the one beside the program
     std::filesystem::path pathScript;             ///< empty for a session with the user
+    std::filesystem::path pathRecord;             ///< empty for no record
     bool bWindows = false;                        ///< play the script in real windows
     bool bHelp = false;
 };

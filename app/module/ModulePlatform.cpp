@@ -1,6 +1,7 @@
 #include "app/module/ModulePlatform.h"
 
 #include "app/common/Module.h"
+#include "app/common/Recording.h"
 #include "core/AppModule/MessageQueue.h"
 #include "core/Base/Failure.h"
 #include "core/Base/Text.h"
@@ -35,7 +36,9 @@ void RunScripted(const std::wstring& strScript, CIniConfigData& section, IModule
     std::string strFailure;
     try {
         CSessionPlatform session(parts, ReadScript(strScript, g_Module.GetFiles()));
-        fn(session.GetPlatform());
+        CRecording recording(session.GetPlatform(), FindRecordPath(g_Module.GetConfig()));
+        session.SetWatch([&](const std::string& strLine) { recording.NoteLine(strLine); });
+        fn(recording.GetPlatform());
         strFailure = session.GetFailure();
     } catch (const script_error& e) {
         strFailure = e.what();
@@ -56,5 +59,6 @@ void RunWithPlatform(const std::function<void(const TPlatform&)>& fn) {
     CSnapshotStore snapshots(g_Module.GetLocations());
     const CQtPlatform platform(queue, g_Module.GetFiles(), g_Module.GetLocations(), modules, codecs,
                                snapshots);
-    fn(platform.GetPlatform());
+    const CRecording recording(platform.GetPlatform(), FindRecordPath(g_Module.GetConfig()));
+    fn(recording.GetPlatform());
 }

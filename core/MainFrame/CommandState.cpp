@@ -21,11 +21,14 @@ TCommandState StateWithFrame(int nId, const CCanvasFrame& frame) {
     const bool bBusy = spTool && spTool->GetState() != STATE_IDLE;
     if (bBusy && (IsLayerCommand(nId) || nId == ID_EDIT_UNDO || nId == ID_EDIT_REDO)) return {};
     if (IsLayerCommand(nId)) return GetLayerCommandState(*frame.GetCanvas(), nId);
+    // A drawn stroke counts from its end on, however long the machine takes to render it.
+    const CHistoryStream& history = frame.GetCanvas()->GetHistory();
+    const bool bPending = frame.GetCanvas()->HasPendingWork();
     switch (nId) {
     case ID_EDIT_UNDO:
-        return {frame.GetCanvas()->GetHistory().CanUndo(), false};
+        return {history.CanUndo() || bPending, false};
     case ID_EDIT_REDO:
-        return {frame.GetCanvas()->GetHistory().CanRedo(), false};
+        return {history.CanRedo() && !bPending, false};
     case ID_VIEW_FLIP_V:
         return {true, view.bFlipV};
     case ID_VIEW_FLIP_H:

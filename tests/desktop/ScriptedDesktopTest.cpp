@@ -81,4 +81,36 @@ TEST_F(ScriptedDesktop, TheScriptAnswersThePromptsOnTheWayOut) {
               "s:5: error box: ");
 }
 
+TEST_F(ScriptedDesktop, ARecordMakesAndSavesTheSameDocuments) {
+    const std::string strScript = R"(
+{"answer":{"dialog":"CNewDialog","width":"12001"}}
+{"answer":{"box":"ok"}}
+{"answer":{"dialog":"CNewDialog","width":300,"height":200,"color":false}}
+{"command":57600}
+{"expect":{"box":"ピクセルサイズは 1～12000 に限定されています。"}}
+{"layer":{"name":"線画","opacity":90}}
+{"save":"page.vlm"}
+{"export":"page.png"}
+{"command":12800}
+{"close":"frame"}
+{"close":"frame"}
+{"open":"page.png"}
+{"command":12900}
+{"answer":{"cancel":true}}
+{"command":57604}
+{"command":57616}
+{"answer":{"box":"yes"}}
+{"answer":{"file":"other"}}
+{"activate":0}
+{"close":"frame"}
+)";
+    EXPECT_EQ(Record(strScript, false), "");
+    CScriptedSession player;
+    EXPECT_EQ(player.Play(m_strRecord, false), "") << m_strRecord;
+    for (const wchar_t* psz : {L"page.vlm", L"page.png", L"other.vlm"}) {
+        EXPECT_TRUE(player.m_files.m_mapFiles[psz] == m_files.m_mapFiles[psz]) << m_strRecord;
+        EXPECT_FALSE(m_files.m_mapFiles[psz].empty());
+    }
+}
+
 } // namespace

@@ -2,10 +2,12 @@
 #pragma once
 
 #include "core/CanvasFrame/CanvasFrame.h"
+#include "core/ImageFile/ImageFile.h"
 #include "core/LayerBuffer/RasterLayerBuffer.h"
 #include "core/MainFrame/MainFrame.h"
 #include "core/MainFrame/SessionScope.h"
 #include "core/RasterBuffer/ColorRasterBuffer.h"
+#include "session/Recorder.h"
 #include "session/SessionPlatform.h"
 #include "system/ImageCodecs.h"
 #include "tests/support/MemoryFiles.h"
@@ -17,18 +19,41 @@ public:
     /// without one. Returns the failure.
     std::string Play(const std::string& strScript, bool bCanvas = true) {
         CSessionPlatform session(m_parts, ParseScript(strScript, "s"));
-        return Play(session, bCanvas);
-    }
-    static std::string Play(CSessionPlatform& session, bool bCanvas) {
-        {
-            CSessionScope scope(session.GetPlatform());
-            CreateMainFrame();
-            if (bCanvas) OpenCanvas();
-            scope.Run();
-        }
+        m_spCanvas = PlayOn(session.GetPlatform(), bCanvas);
         return session.GetFailure();
     }
+    static std::string Play(CSessionPlatform& session, bool bCanvas) {
+        PlayOn(session.GetPlatform(), bCanvas);
+        return session.GetFailure();
+    }
+    /// Returns the canvas.
+    static boost::shared_ptr<CCanvasBuffer> PlayOn(const TPlatform& platform, bool bCanvas) {
+        CSessionScope scope(platform);
+        CreateMainFrame();
+        if (bCanvas) OpenCanvas();
+        const auto spCanvas = bCanvas ? g_lstCanvasFrame.front()->GetCanvas() : nullptr;
+        scope.Run();
+        return spCanvas;
+    }
+    /// Plays a script and records that. The record goes to `m_strRecord`.
+    std::string Record(const std::string& strScript, bool bCanvas = true) {
+        CSessionPlatform session(m_parts, ParseScript(strScript, "s"));
+        m_strRecord.clear();
+        CRecorder recorder(session.GetPlatform(),
+                           [&](std::string_view str) { return m_strRecord += str, true; });
+        session.SetWatch([&](const std::string& strLine) { recorder.NoteLine(strLine); });
+        m_spCanvas = PlayOn(recorder.GetPlatform(), bCanvas);
+        return session.GetFailure();
+    }
+    /// The bytes of the canvas's document.
+    std::string GetDocument() {
+        CMemoryFiles files;
+        SaveDocument(*m_spCanvas, L"d.vlm", files);
+        return files.m_mapFiles[L"d.vlm"];
+    }
 
+    boost::shared_ptr<CCanvasBuffer> m_spCanvas; ///< the last session's
+    std::string m_strRecord;
     CMemoryFiles m_files;
     CNoPlaces m_places;
     CImageCodecs m_codecs{m_files};

@@ -3,13 +3,16 @@
 #include "core/AppModule/AppModule.h"
 #include "core/AppModule/CommandIds.h"
 #include "core/IniConfig/IniConfig.h"
+#include "core/LayerBuffer/RasterLayerBuffer.h"
 #include "core/MainFrame/AboutDialog.h"
 #include "core/MainFrame/MenuTable.h"
 #include "core/MainFrame/NewDialog.h"
 #include "core/MainFrame/SessionScope.h"
+#include "core/RasterStroke/RasterBrushStroke.h"
 #include "session/SessionDialogs.h"
 #include "tests/support/TestPlatform.h"
 
+#include <boost/make_shared.hpp>
 #include <gtest/gtest.h>
 
 #include <set>
@@ -70,6 +73,32 @@ TEST_F(MainFrame, ZoomingStepsThroughTheListAndCommandsWithoutEffectAreDisabled)
         g_AppModule.GetPlatform().queue.Post({g_pMainFrame->GetWindow(), EMessage::KeyDown, 0x71}); // F2
     });
     Step([] { EXPECT_EQ(Active().GetView().GetState().uZoom, 576); });
+    Play();
+}
+
+TEST_F(MainFrame, AStrokeThatIsNotRenderedYetIsAStepToUndo) {
+    Step([] {
+        const auto spCanvas = Active().GetCanvas();
+        const auto spLayer = CreateRasterLayer(spCanvas);
+        spCanvas->GetRoot().AddLayer(spLayer, -1, false);
+        const auto draw = [&] {
+            CStrokeRandom random;
+            const auto spStroke = boost::make_shared<CRasterBrushStroke>(TStrokeSetup{
+                spCanvas->GetSize(), 0, false, true, L"線", {}, g_AppModule.GetPlatform().clock, random});
+            for (const int x : {80, 400, 800}) spStroke->AddCtlPoint({x, 80}, 1024, 90);
+            spStroke->AddCtlPoint({0, 0}, FINAL_PRESSURE, 90);
+            spLayer->SetStroke(spStroke);
+            spLayer->QueueStroke();
+        };
+        EXPECT_FALSE(g_pMainFrame->IsCommandEnabled(ID_EDIT_UNDO));
+        draw();
+        EXPECT_TRUE(g_pMainFrame->IsCommandEnabled(ID_EDIT_UNDO));
+        Command(ID_EDIT_UNDO);
+        EXPECT_FALSE(g_pMainFrame->IsCommandEnabled(ID_EDIT_UNDO));
+        EXPECT_TRUE(g_pMainFrame->IsCommandEnabled(ID_EDIT_REDO));
+        draw();
+        EXPECT_FALSE(g_pMainFrame->IsCommandEnabled(ID_EDIT_REDO)) << "it ends what could be redone";
+    });
     Play();
 }
 

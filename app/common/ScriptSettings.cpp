@@ -1,10 +1,9 @@
-#include "app/filter/ScriptSettings.h"
+#include "app/common/ScriptSettings.h"
 
 #include "core/Base/Text.h"
 #include "core/IniConfig/IniConfig.h"
 #include "system/Locations.h"
 
-#include <cstdlib>
 #include <stdexcept>
 
 namespace fs = std::filesystem;
@@ -16,15 +15,9 @@ constexpr wchar_t SECTION[] = L"Session";
 } // namespace
 
 CScriptSettings::CScriptSettings(const fs::path& pathScript, bool bWindows, IFileStore& files)
-    : m_files(files) {
+    : m_pathScript(pathScript), m_files(files) {
     if (!fs::is_regular_file(pathScript))
         throw std::runtime_error(pathScript.native() + ": there is no such script");
-    std::string strFolder = (fs::temp_directory_path() / "vellumcraft-XXXXXX").native();
-    if (!mkdtemp(strFolder.data()))
-        throw std::runtime_error(strFolder + ": no folder for the script's settings");
-    m_pathFolder = strFolder;
-    setenv("XDG_CONFIG_HOME", strFolder.c_str(), 1);
-
     CLocations locations;
     m_strStore = CIniConfig::FindPath(locations);
     const auto spSection = CIniConfig(m_strStore, m_files).GetSection(SECTION);
@@ -35,11 +28,11 @@ CScriptSettings::CScriptSettings(const fs::path& pathScript, bool bWindows, IFil
         throw std::runtime_error(pathScript.native() + ": the script's path is too long");
 }
 
-CScriptSettings::~CScriptSettings() {
-    std::error_code error;
-    fs::remove_all(m_pathFolder, error);
-}
-
 std::string CScriptSettings::GetFailure() const {
-    return ToUtf8(CIniConfig(m_strStore, m_files).GetSection(SECTION)->GetString(L"Failure", L""));
+    const std::string strFailure =
+        ToUtf8(CIniConfig(m_strStore, m_files).GetSection(SECTION)->GetString(L"Failure", L""));
+    // The module knows the script by its absolute path.
+    const std::string strPath = fs::absolute(m_pathScript).native();
+    return strFailure.starts_with(strPath) ? m_pathScript.native() + strFailure.substr(strPath.size())
+                                           : strFailure;
 }

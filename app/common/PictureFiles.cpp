@@ -1,4 +1,4 @@
-#include "app/filter/PictureFiles.h"
+#include "app/common/PictureFiles.h"
 
 #include "core/Base/Color.h"
 #include "core/Base/Text.h"

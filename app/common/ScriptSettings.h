@@ -1,26 +1,24 @@
-// Settings of its own for a session that a script plays, so that it neither finds nor changes the user's.
+// How a program names a script for the filter module: in settings of the session's own.
 #pragma once
 
+#include "app/common/SettingsFolder.h"
 #include "core/Platform/Files.h"
 
-#include <boost/noncopyable.hpp>
-
-#include <filesystem>
 #include <string>
 
-/// A temporary settings folder that this process uses from now on. It goes with the object.
 class CScriptSettings : boost::noncopyable {
 public:
     /// Names the script for the module, which must be loaded after this. Raises std::runtime_error when there
     /// is no such script or no folder can be made.
     CScriptSettings(const std::filesystem::path& pathScript, bool bWindows, IFileStore& files);
-    ~CScriptSettings();
 
-    /// What the module says went wrong with the script, empty when nothing did.
+    /// What the module says went wrong with the script, which is named as it was here; empty when nothing
+    /// did.
     std::string GetFailure() const;
 
 private:
+    const std::filesystem::path m_pathScript;
+    CSettingsFolder m_folder;
     IFileStore& m_files;
-    std::filesystem::path m_pathFolder;
     std::wstring m_strStore;
 };

@@ -1,0 +1,39 @@
+#include "app/common/Recording.h"
+
+#include "core/AppModule/ErrorBox.h"
+#include "core/Base/Text.h"
+#include "core/IniConfig/IniConfig.h"
+#include "core/Platform/Dialogs.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+std::wstring FindRecordPath(CIniConfig& config) {
+    if (const char* pszPath = std::getenv(RECORD_VARIABLE); pszPath && *pszPath) return FromUtf8(pszPath);
+    return config.GetSection(L"Session")->GetString(L"Record", L"");
+}
+
+CRecording::CRecording(const TPlatform& platform, std::wstring strPath)
+    : m_platform(platform), m_strPath(std::move(strPath)) {
+    if (!m_strPath.empty())
+        m_recorder.emplace(platform, [this](std::string_view strLine) { return Write(strLine); });
+}
+
+CRecording::~CRecording() {
+    if (m_file && m_file->IsOpen() && m_recorder->HasFailed())
+        std::fprintf(stderr, "vellumcraft: %s: the end of the session could not be recorded\n",
+                     ToUtf8(m_strPath).c_str());
+}
+
+void CRecording::NoteLine(const std::string& strLine) {
+    if (m_recorder) m_recorder->NoteLine(strLine);
+}
+
+bool CRecording::Write(std::string_view strLine) {
+    if (m_file) return m_file->Write(strLine);
+    m_file.emplace(ToUtf8(m_strPath));
+    if (m_file->IsOpen()) return m_file->Write(strLine);
+    m_platform.boxes.Show(nullptr, g_strFileNotOpened + L"\nFile: '" + m_strPath + L"'",
+                          L"Vellumcraft - Error", EBoxKind::Error);
+    return false;
+}

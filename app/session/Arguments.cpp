@@ -1,0 +1,91 @@
+#include "app/session/Arguments.h"
+
+#include <charconv>
+#include <deque>
+
+namespace fs = std::filesystem;
+
+const char USAGE[] = R"(usage: vellumcraft-session [OPTION]... SCRIPT
+
+Plays a session script without a display, in the desktop application or, with --in, in the filter over a
+picture. Its settings are its own.
+
+  --in PICTURE      play it over this picture (PNG, JPEG, BMP, TIFF, GIF), as a host would
+  --out FILE        write the result in the format of its name: the picture, or without --in the flattened
+                    picture of the last active document
+  --each PATTERN    play it over every picture that the pattern names, as in --each 'pages/*.png'
+  --out-dir FOLDER  with --each: where the results go, under their pages' names
+  --jobs N          with --each: N pages at a time; default: one a processor
+  --module FILE     the filter module; default: vellumcraft.8bf beside this program
+  --help            show this
+
+Exit code: 0 done, 1 the session or a page failed, 2 the script or the command line is wrong.
+)";
+
+namespace {
+
+unsigned ReadJobs(const std::string& str) {
+    constexpr unsigned MAX_JOBS = 1024;
+    unsigned uJobs = 0;
+    const auto [pEnd, error] = std::from_chars(str.data(), str.data() + str.size(), uJobs);
+    if (error != std::errc() || pEnd != str.data() + str.size() || uJobs < 1 || uJobs > MAX_JOBS)
+        throw usage_error("--jobs needs a number from 1 to " + std::to_string(MAX_JOBS));
+    return uJobs;
+}
+
+void Check(const TArguments& arguments) {
+    const bool bBatch = !arguments.strEach.empty();
+    if (bBatch == arguments.pathOutDir.empty()) throw usage_error("--each and --out-dir go together");
+    if (bBatch && !(arguments.pathIn.empty() && arguments.pathOut.empty()))
+        throw usage_error("--each excludes --in and --out");
+    if (!bBatch && arguments.uJobs != 0) throw usage_error("--jobs goes with --each");
+    std::error_code error;
+    if (fs::equivalent(arguments.pathIn, arguments.pathOut, error))
+        throw usage_error("the result would overwrite " + arguments.pathIn.native());
+}
+
+} // namespace
+
+TArguments ParseArguments(const std::vector<std::string>& vArguments) {
+    TArguments arguments;
+    std::vector<fs::path> vNames;
+    bool bOptions = true;
+    std::deque<std::string> deqRest(vArguments.begin(), vArguments.end());
+    const auto take = [&] {
+        std::string str = deqRest.front();
+        deqRest.pop_front();
+        return str;
+    };
+    while (!deqRest.empty()) {
+        const std::string str = take();
+        const auto takeValue = [&] {
+            if (deqRest.empty() || deqRest.front().empty()) throw usage_error(str + " needs a value");
+            return take();
+        };
+        if (!bOptions || str.size() < 2 || str[0] != '-')
+            vNames.push_back(str);
+        else if (str == "--")
+            bOptions = false;
+        else if (str == "--in")
+            arguments.pathIn = takeValue();
+        else if (str == "--out")
+            arguments.pathOut = takeValue();
+        else if (str == "--each")
+            arguments.strEach = takeValue();
+        else if (str == "--out-dir")
+            arguments.pathOutDir = takeValue();
+        else if (str == "--jobs")
+            arguments.uJobs = ReadJobs(takeValue());
+        else if (str == "--module")
+            arguments.pathModule = takeValue();
+        else if (str == "--help")
+            arguments.bHelp = true;
+        else
+            throw usage_error("unknown option " + str);
+    }
+    if (arguments.bHelp) return arguments;
+    if (vNames.size() != 1 || vNames.front().empty()) throw usage_error("one script is to be named");
+    arguments.pathScript = vNames.front();
+    Check(arguments);
+    return arguments;
+}

@@ -1,0 +1,58 @@
+#include "app/session/DesktopSession.h"
+
+#include "app/common/SettingsFolder.h"
+#include "core/AppModule/AppModule.h"
+#include "core/Base/Failure.h"
+#include "core/Base/Text.h"
+#include "core/ImageFile/ImageFile.h"
+#include "core/MainFrame/MainFrame.h"
+#include "core/MainFrame/SessionScope.h"
+#include "session/SessionPlatform.h"
+#include "system/Locations.h"
+#include "system/Modules.h"
+
+#include <stdexcept>
+
+namespace {
+
+/// Keeps the document that was active last. Idle work follows every step of a script, so that none is missed.
+class CLastDocument : public IIdleHandler, boost::noncopyable {
+public:
+    CLastDocument() { g_AppModule.GetMessageLoop()->AddIdleHandler(this); }
+    ~CLastDocument() override { g_AppModule.GetMessageLoop()->RemoveIdleHandler(this); }
+    bool OnIdle(int) override {
+        if (const auto spFrame = g_wpActiveFrame.lock()) m_spCanvas = spFrame->GetCanvas();
+        return false;
+    }
+    const boost::shared_ptr<CCanvasBuffer>& Get() const { return m_spCanvas; }
+
+private:
+    boost::shared_ptr<CCanvasBuffer> m_spCanvas;
+};
+
+void Export(const boost::shared_ptr<CCanvasBuffer>& spCanvas, const std::filesystem::path& path,
+            IFileStore& files, IImageCodecs& codecs) {
+    if (!spCanvas) throw std::runtime_error(path.native() + ": no document was open");
+    try {
+        ExportImage(*spCanvas, FromUtf8(path.native()), files, codecs);
+    } catch (const std::exception& e) {
+        throw std::runtime_error(path.native() + ": " + ToUtf8(DescribeException(e)));
+    }
+}
+
+} // namespace
+
+void PlayDesktop(const TScript& script, const std::filesystem::path& pathOut, IFileStore& files,
+                 IImageCodecs& codecs) {
+    const CSettingsFolder folder;
+    CLocations locations;
+    CModules modules;
+    CSessionPlatform session({files, locations, modules, codecs}, script);
+    CSessionScope scope(session.GetPlatform());
+    CreateMainFrame();
+    const CLastDocument last;
+    scope.Run();
+    if (const std::string strFailure = session.GetFailure(); !strFailure.empty())
+        throw std::runtime_error(strFailure);
+    if (!pathOut.empty()) Export(last.Get(), pathOut, files, codecs);
+}

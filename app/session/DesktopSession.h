@@ -1,0 +1,14 @@
+// A script plays in the desktop delivery, without a display.
+#pragma once
+
+#include "session/Script.h"
+
+#include <filesystem>
+
+class IFileStore;
+class IImageCodecs;
+
+/// Plays the script and writes the flattened picture of the last active document to `pathOut` unless that is
+/// empty. Raises std::runtime_error: the script's failure, "FILE:LINE: reason", or why there is no picture.
+void PlayDesktop(const TScript& script, const std::filesystem::path& pathOut, IFileStore& files,
+                 IImageCodecs& codecs);

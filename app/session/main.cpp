@@ -1,0 +1,62 @@
+// vellumcraft-session SCRIPT: plays session scripts without a display.
+#include "app/common/ModuleCall.h"
+#include "app/common/PictureFiles.h"
+#include "app/session/Arguments.h"
+#include "app/session/Batch.h"
+#include "app/session/DesktopSession.h"
+#include "core/Base/Failure.h"
+#include "core/Base/Text.h"
+#include "system/FileStore.h"
+#include "system/ImageCodecs.h"
+
+#include <iostream>
+#include <new>
+
+namespace {
+
+void PlayOver(const TArguments& arguments, IFileStore& files, IImageCodecs& codecs) {
+    CPictureHost host(LoadPicture(arguments.pathIn, codecs));
+    CallModule(host, {arguments.pathModule, arguments.pathScript, false, {}}, files);
+    if (!arguments.pathOut.empty()) SavePicture(arguments.pathOut, host.GetPicture(), codecs);
+}
+
+int Run(const TArguments& arguments) {
+    CFileStore files;
+    CImageCodecs codecs(files);
+    codecs.Startup();
+    // The module reads it once more; what is wrong with it is told before anything is played.
+    const TScript script = ReadScript(FromUtf8(arguments.pathScript.native()), files);
+    if (!arguments.strEach.empty()) return RunBatch(arguments) ? 0 : 1;
+    if (!arguments.pathOut.empty()) CheckSave(arguments.pathOut, codecs);
+    if (arguments.pathIn.empty())
+        PlayDesktop(script, arguments.pathOut, files, codecs);
+    else
+        PlayOver(arguments, files, codecs);
+    return 0;
+}
+
+int Fail(int nCode, const std::string& strReason) {
+    std::cerr << "vellumcraft-session: " << strReason << '\n';
+    return nCode;
+}
+
+} // namespace
+
+int main(int nArguments, char** ppszArguments) {
+    try {
+        const TArguments arguments = ParseArguments({ppszArguments + 1, ppszArguments + nArguments});
+        if (!arguments.bHelp) return Run(arguments);
+        std::cout << USAGE;
+        return 0;
+    } catch (const usage_error& e) {
+        return Fail(2, std::string(e.what()) + "\n\n" + USAGE);
+    } catch (const script_error& e) {
+        return Fail(2, e.what());
+    } catch (const std::bad_alloc&) {
+        return Fail(1, "out of memory");
+    } catch (const std::runtime_error& e) {
+        return Fail(1, e.what());
+    } catch (const std::exception& e) {
+        return Fail(1, ToUtf8(DescribeException(e)));
+    }
+}

@@ -1,0 +1,27 @@
+// How scripts name what pointer and pen tell; the verbs read these names and the recorder writes them.
+#pragma once
+
+#include "core/Base/Geometry.h"
+#include "core/Platform/Message.h"
+#include "session/ScriptValue.h"
+
+#include <span>
+
+struct TInputName {
+    const char* pszName;
+    EMessage id;
+    uint32_t uButtons; ///< as a packet tells it; 0 for what no packet tells
+};
+
+/// A packet without a change of buttons.
+constexpr uint32_t NO_BUTTON = 0xFFFF;
+
+/// All names; the first is that of a mere move.
+std::span<const TInputName> GetInputNames();
+
+/// The member "message" of a line's object, the first name when there is none. `bPacket` leaves out what no
+/// packet tells. Raises script_error.
+const TInputName& ReadInputName(const CScriptValue& value, bool bPacket);
+
+/// The members "x" and "y". Raises script_error.
+CPoint ReadPosition(const CScriptValue& value);

@@ -1,0 +1,167 @@
+// vellumcraft-session as its user meets it: what it writes and says, its exit code, its worker processes.
+#include "core/Base/Text.h"
+#include "system/FileStore.h"
+#include "tests/support/TempFolder.h"
+
+#include <QImage>
+
+#include <gtest/gtest.h>
+
+#include <pty.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+class CSessionProgram : public testing::Test {
+protected:
+    void Write(const std::string& strName, const std::string& strBytes) {
+        std::filesystem::create_directories(m_folder.File(strName).parent_path());
+        m_files.Replace(FromUtf8(m_folder.File(strName).native()), strBytes);
+    }
+    void SavePage(const std::string& strName, int nWidth, QColor color) {
+        std::filesystem::create_directories(m_folder.File(strName).parent_path());
+        QImage image(nWidth, 20, QImage::Format_ARGB32);
+        color.setAlpha(254); // an opaque picture would come back opaque
+        image.fill(color);
+        image.save(QString::fromStdString(m_folder.File(strName).native()));
+    }
+    QImage Load(const std::string& strName) {
+        return QImage(QString::fromStdString(m_folder.File(strName).native()));
+    }
+    /// Runs the player, or another program, inside the folder, without a display.
+    int Run(const std::string& strArguments, const std::string& strProgram = VELLUM_SESSION) {
+        const std::string strCommand =
+            "cd " + m_folder.GetPath().native() +
+            " && mkdir -p .tmp && TMPDIR=$PWD/.tmp env -u DISPLAY -u WAYLAND_DISPLAY '" + strProgram + "' " +
+            strArguments + " >.said 2>&1";
+        const int nStatus = std::system(strCommand.c_str());
+        m_strSaid = m_files.Read(FromUtf8(m_folder.File(".said").native())).value_or("");
+        EXPECT_TRUE(std::filesystem::is_empty(m_folder.File(".tmp"))) << "something is left behind";
+        return WIFEXITED(nStatus) ? WEXITSTATUS(nStatus) : -1;
+    }
+    /// The same with a terminal to write to.
+    int RunOnTerminal(const std::string& strCommand) {
+        int nTerminal = -1;
+        const pid_t pid = forkpty(&nTerminal, nullptr, nullptr, nullptr);
+        if (pid == 0) {
+            std::filesystem::current_path(m_folder.GetPath());
+            execl("/bin/sh", "sh", "-c", strCommand.c_str(), nullptr);
+            _exit(127);
+        }
+        m_strSaid.clear();
+        char ach[4096];
+        for (ssize_t n = 0; (n = read(nTerminal, ach, sizeof ach)) > 0;)
+            m_strSaid.append(ach, static_cast<size_t>(n));
+        close(nTerminal);
+        int nStatus = 0;
+        waitpid(pid, &nStatus, 0);
+        return WEXITSTATUS(nStatus);
+    }
+    bool Says(const std::string& str) const { return m_strSaid.find(str) != std::string::npos; }
+
+    CTempFolder m_folder;
+    CFileStore m_files;
+    std::string m_strSaid;
+};
+
+TEST_F(CSessionProgram, PlaysInBothDeliveries) {
+    Write("new", R"({"answer":{"dialog":"CNewDialog","width":30,"height":20}}
+{"command":57600}
+{"expect":{"frames":1}}
+{"close":"frame"})");
+    Write("half", R"({"expect":{"enabled":{"57600":false}}}
+{"layer":{"opacity":128}})");
+    SavePage("red.png", 25, Qt::red);
+    EXPECT_EQ(Run("new --out new.png"), 0) << m_strSaid;
+    EXPECT_EQ(Load("new.png").size(), QSize(30, 20)) << "the last document, though it was closed";
+    EXPECT_EQ(Run("half --in red.png --out half.png"), 0) << m_strSaid;
+    EXPECT_EQ(qAlpha(Load("half.png").pixel(3, 3)), 127);
+    const auto expect = [&](int nCode, const std::string& strArguments, const std::string& strText) {
+        EXPECT_EQ(Run(strArguments), nCode) << strArguments;
+        EXPECT_TRUE(Says(strText)) << m_strSaid;
+        EXPECT_FALSE(std::filesystem::exists(m_folder.File("out.png")));
+    };
+    Write("bad", "\n{\"wait\":-1}");
+    Write("damaged.vlm", "no project");
+    Write("box", "{\"open\":\"damaged.vlm\"}");
+    Write("none", "{\"wait\":1}");
+    expect(2, "bad --out out.png", "bad:2: wait: must be");
+    expect(2, "missing --in red.png --out out.png", "missing: the script cannot be read");
+    expect(1, "box --out out.png", "box:1: error box: データファイルが破損しています。");
+    expect(1, "half --out out.png", "half:1: ");
+    expect(1, "new --in red.png --out out.png", "new:2: command 57600 is disabled");
+    expect(1, "none --out out.png", "out.png: no document was open");
+    expect(1, "none --in damaged.vlm --out out.png", "damaged.vlm: not a picture");
+    for (const char* psz :
+         {"", "a b", "--in red.png --out ./red.png none", "--each '*.png' none", "--jobs 2 none",
+          "--each '*.png' --out-dir d --jobs 0 none", "--each '*.txt' --out-dir d none"})
+        expect(2, psz, "usage: vellumcraft-session");
+}
+
+TEST_F(CSessionProgram, PlaysWhatTheFilterRecorded) {
+    Write("script", R"({"set":{"section":"BrushParam\\RasterBrush","key":"BrushRadius","value":4}}
+{"layer":{"opacity":128}}
+{"answer":{"box":"no"}}
+{"close":"frame"})");
+    Write("record", "of yesterday");
+    Write("folder/record", "");
+    SavePage("page.png", 25, Qt::red);
+    const auto filter = [&](const std::string& strMore) {
+        return Run("page.png out.png --script script " + strMore, VELLUM_FILTER);
+    };
+    EXPECT_EQ(filter("--record record"), 0) << m_strSaid;
+    EXPECT_EQ(m_files.Read(FromUtf8(m_folder.File("record~").native())), "of yesterday");
+    Write("script", "");
+    EXPECT_EQ(Run("record --in page.png --out again.png"), 0) << m_strSaid;
+    EXPECT_EQ(Load("again.png"), Load("out.png"));
+    EXPECT_EQ(qAlpha(Load("out.png").pixel(3, 3)), 127);
+    EXPECT_EQ(filter("--record folder"), 1);
+    EXPECT_TRUE(Says("error box: ファイルを開けませんでした。")) << m_strSaid;
+}
+
+TEST_F(CSessionProgram, ABatchDoesWhatItCan) {
+    for (const char* psz : {"a", "b", "c", "d"}) SavePage(std::string("pages/") + psz + ".png", 25, Qt::blue);
+    SavePage("pages/e.png", 26, Qt::blue);
+    Write("pages/f.png", "cut short");
+    Write("half", "{\"expect\":{\"size\":{\"width\":25,\"height\":20}}}\n{\"layer\":{\"opacity\":128}}");
+    EXPECT_EQ(Run("--each 'pages/*.png' --out-dir done/deep half --jobs 3"), 1);
+    for (const char* psz : {"a", "b", "c", "d"})
+        EXPECT_EQ(qAlpha(Load(std::string("done/deep/") + psz + ".png").pixel(1, 1)), 127) << m_strSaid;
+    EXPECT_TRUE(Says("pages/b.png: done\n") && Says("pages/e.png: failed: half:1: size.width: ") &&
+                Says("pages/f.png: failed: pages/f.png: not a picture") && Says("\n4 done, 2 failed, "))
+        << m_strSaid;
+    EXPECT_FALSE(std::filesystem::exists(m_folder.File("done/deep/e.png")));
+    EXPECT_EQ(Run("--each 'pages/[ab].png' --out-dir done half"), 0) << m_strSaid;
+    // One that crashes does not take the others with it.
+    SavePage("pages/d.png", 7, Qt::blue);
+    EXPECT_EQ(Run("--each 'pages/[cd].png' --out-dir safe half --module '" VELLUM_CRASHING_MODULE "'"), 1);
+    EXPECT_TRUE(Says("pages/d.png: failed: ended by signal 11") && Says("pages/c.png: done")) << m_strSaid;
+    // Who interrupts it gets the sum of what is done.
+    std::string strLong;
+    for (int n = 0; n < 1000; ++n) strLong += "{\"wait\":3600000}\n";
+    Write("long", strLong);
+    Run("1 '" VELLUM_SESSION "' --each 'pages/[abc].png' --out-dir t --jobs 2 long", "timeout' -s 'INT");
+    EXPECT_TRUE(Says("failed: ended by signal 2") && Says("\n0 done, 2 failed, 1 not begun, ")) << m_strSaid;
+    // On a terminal there is a bar, and a line only for what failed.
+    EXPECT_EQ(RunOnTerminal("'" VELLUM_SESSION "' --each 'pages/[ef].png' --out-dir t half"), 1);
+    EXPECT_TRUE(Says("] 2 of 2, 2 failed") && Says("f.png: failed: ")) << m_strSaid;
+}
+
+TEST_F(CSessionProgram, ABatchThatWouldLoseAPageDoesNotBegin) {
+    for (const char* psz : {"pages/a.png", "more/a.png", "more/b.png"}) SavePage(psz, 25, Qt::green);
+    std::filesystem::create_symlink(m_folder.File("pages"), m_folder.File("link"));
+    Write("none", "{\"wait\":1}");
+    Write("bad", "{\"wait\":-1}");
+    const auto expect = [&](const std::string& strArguments, const std::string& strText) {
+        EXPECT_EQ(Run(strArguments), 2) << strArguments;
+        EXPECT_TRUE(Says(strText)) << m_strSaid;
+        EXPECT_FALSE(std::filesystem::exists(m_folder.File("done")));
+    };
+    expect("--each '*/a.png' --out-dir done none", "two pages have the name a.png");
+    expect("--each 'pages/*.png' --out-dir link none", "a result would overwrite pages/a.png");
+    expect("--each 'pages/*.png' --out-dir done bad", "bad:1: ");
+    EXPECT_EQ(Load("pages/a.png").pixelColor(1, 1), QColor(0, 255, 0, 254));
+}
+
+} // namespace

@@ -1,0 +1,173 @@
+// Recorded sessions: the record is a script that leaves the same document.
+#include "core/IniConfig/GlobalSwitches.h"
+#include "core/IniConfig/IniConfig.h"
+#include "core/Platform/System.h"
+#include "tests/session/ScriptedSession.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+// A line of the pen: down, along, and up again.
+std::string Stroke(int x, int y, int nPressure = 700, const std::string& strMore = "") {
+    std::string strLines;
+    for (int n = 0; n < 30; ++n) {
+        const int p = n == 0 || n > 26 ? 0 : nPressure + n;
+        strLines += "{\"packet\":{\"x\":" + std::to_string(x + n * 61) +
+                    ",\"y\":" + std::to_string(y + n * n) + ",\"pressure\":" + std::to_string(p) + strMore +
+                    "}}\n{\"wait\":7}\n";
+    }
+    return strLines;
+}
+
+const std::string VIEW = "{\"view\":{\"width\":640,\"height\":480}}\n";
+
+class Recorder : public testing::Test, protected CScriptedSession {
+protected:
+    /// Records a script, plays the record on another outside, and compares the documents.
+    void ExpectSame(const std::string& strScript) {
+        EXPECT_EQ(Record(strScript), "");
+        EXPECT_TRUE(m_spCanvas->GetHistory().CanUndo());
+        CScriptedSession player;
+        EXPECT_EQ(player.Play(m_strRecord), "");
+        EXPECT_TRUE(player.GetDocument() == GetDocument()) << m_strRecord;
+    }
+    size_t Count(const std::string& strPart) const {
+        size_t n = 0;
+        for (size_t i = 0; (i = m_strRecord.find(strPart, i)) != std::string::npos; ++i) ++n;
+        return n;
+    }
+};
+
+TEST_F(Recorder, StrokesOfEveryDevice) {
+    ExpectSame(VIEW + Stroke(1200, 1000) + "{\"command\":12820}\n" + Stroke(900, 1200) +
+               "{\"command\":57643}\n{\"command\":12812}\n" +
+               Stroke(800, 1100, 400, ",\"altitude\":600,\"eraser\":true"));
+    EXPECT_EQ(Count("\"packet\""), 90u);
+    EXPECT_EQ(m_spCanvas->GetHistory().GetUndoList().size(), 4u) << "two layers and two strokes";
+    ExpectSame("{\"set\":{\"section\":\"Tablet\",\"key\":\"MouseCoord\",\"value\":0}}\n"
+               "{\"tablet\":{\"units\":32,\"pressure\":65535,\"altitude\":900}}\n" +
+               VIEW + Stroke(5000, 4000, 50000, ",\"azimuth\":77,\"twist\":-9"));
+    EXPECT_EQ(m_strRecord.find("{\"set\":"), 0u);
+    // The mouse waits until the pen has been away for a second.
+    const std::string strMouse = "{\"pointer\":{\"message\":\"ldown\",\"x\":250,\"y\":180}}\n"
+                                 "{\"pointer\":{\"x\":300,\"y\":230,\"left\":true}}\n"
+                                 "{\"pointer\":{\"message\":\"lup\",\"x\":300,\"y\":230}}\n";
+    ExpectSame(VIEW + Stroke(1300, 1000) + strMouse + "{\"wait\":1001}\n" + strMouse +
+               "{\"wheel\":120}\n{\"keys\":[16]}\n{\"pointer\":{\"message\":\"leave\"}}\n" + strMouse);
+    EXPECT_EQ(Count("ldown"), 3u);
+    EXPECT_EQ(Count("{\"keys\":[16]}"), 1u);
+}
+
+TEST_F(Recorder, ASlowMachineDrawsTheSame) {
+    struct CSlowClock : IClock {
+        uint32_t GetTickCount() override { return m_uNow += 20; }
+        uint32_t m_uNow = 0;
+    } clock;
+    const TGlobalSwitches before = g_Switches;
+    g_Switches.m_nPredStroke = 0; // it would never be in time
+    CSessionPlatform session(m_parts, ParseScript(VIEW + Stroke(1200, 1000) + Stroke(1300, 900), "s"));
+    const TPlatform& p = session.GetPlatform();
+    const TPlatform slow{p.queue,   p.windows, p.boxes, p.fileDialogs, p.dialogs,   p.files,     p.locations,
+                         p.modules, p.codecs,  clock,   p.keys,        p.clipboard, p.snapshots, p.pen};
+    CRecorder recorder(slow, [&](std::string_view str) { return m_strRecord += str, true; });
+    m_spCanvas = PlayOn(recorder.GetPlatform(), true);
+    CScriptedSession player;
+    EXPECT_EQ(player.Play(m_strRecord), "");
+    EXPECT_TRUE(player.GetDocument() == GetDocument());
+    EXPECT_EQ(m_spCanvas->GetHistory().GetUndoList().size(), 4u);
+    g_Switches = before;
+}
+
+TEST_F(Recorder, PanelsKeysLayersAndWhatActsPastTheSeam) {
+    const std::string strScript = VIEW + R"({"panel":{"id":12805,"control":8,"value":1}}
+{"panel":{"id":12815,"view":1,"message":"ldown","x":70,"y":70,"width":140,"height":140}}
+{"panel":{"id":12815,"view":1,"message":"lup","x":70,"y":70,"width":140,"height":140}}
+)" + Stroke(1300, 1000) + R"({"tool":2}
+{"layer":{"select":[0],"name":"下","opacity":90}}
+{"pen":{"x":80,"y":160,"pressure":0}}
+{"pen":{"x":80,"y":160,"pressure":512}}
+{"pen":{"x":480,"y":360,"pressure":700}}
+{"pen":{"x":500,"y":360,"pressure":0}}
+{"pen":{"x":520,"y":360,"pressure":0}}
+{"pen":{"x":540,"y":360,"pressure":0}}
+{"expect":{"enabled":{"57643":true}}}
+{"key":{"down":17}}
+{"key":{"down":90}}
+{"key":{"up":90}}
+{"key":{"up":17}}
+{"command":57644}
+{"command":12800}
+{"activate":0}
+{"key":{"down":32}}
+{"pointer":{"message":"ldown","x":200,"y":150}}
+{"pointer":{"x":170,"y":130,"left":true}}
+{"pointer":{"message":"lup","x":170,"y":130}}
+{"key":{"up":32}}
+)" + Stroke(1200, 900);
+    ExpectSame(strScript);
+    EXPECT_EQ(Count("{\"activate\":0}"), 1u);
+}
+
+TEST_F(Recorder, AnswersStandBehindTheLineThatAsks) {
+    m_files.m_mapFiles[L"bad.vlm"] = "no project";
+    EXPECT_EQ(Record(R"({"open":"bad.vlm"}
+{"expect":{"box":"データファイルが破損しています。"}}
+{"answer":{"box":"cancel"}}
+{"close":"frame"}
+{"answer":{"dialog":"CAboutDialog","extra":true}}
+{"command":57664}
+{"wait":3600000}
+{"wait":1})"),
+              "");
+    EXPECT_EQ(m_strRecord.substr(m_strRecord.find("{\"open\"")), R"({"open":"bad.vlm"}
+{"expect":{"box":"データファイルが破損しています。"}}
+{"close":"frame"}
+{"reply":{"box":"cancel"}}
+{"command":57664}
+{"reply":{"dialog":"CAboutDialog","extra":true}}
+{"wait":3600000}
+{"wait":1}
+{"close":"main"}
+{"reply":{"box":"no"}}
+)");
+    EXPECT_EQ(Play(m_strRecord), "");
+    EXPECT_EQ(Play("{\"close\":\"frame\"}\n{\"wait\":1}\n{\"reply\":{\"box\":\"no\"}}").substr(0, 4), "s:1:");
+    EXPECT_EQ(Play("{\"reply\":{\"box\":\"no\"}}"), "s:1: nothing has asked for this reply");
+    // Without a session nothing begins.
+    CSessionPlatform none(m_parts);
+    CRecorder recorder(none.GetPlatform(), [](std::string_view str) { return ADD_FAILURE() << str, true; });
+    recorder.GetPlatform().boxes.Show(nullptr, L"版", L"", EBoxKind::Plain);
+}
+
+TEST_F(Recorder, ARecordThatCannotBeWrittenEndsWithAWholeLine) {
+    CSessionPlatform session(m_parts, ParseScript(VIEW + Stroke(1200, 1000), "s"));
+    int nLines = 0;
+    CRecorder recorder(session.GetPlatform(), [&](std::string_view strLine) {
+        EXPECT_TRUE(strLine.ends_with("}\n"));
+        return ++nLines < 5;
+    });
+    m_spCanvas = PlayOn(recorder.GetPlatform(), true);
+    EXPECT_TRUE(recorder.HasFailed());
+    EXPECT_EQ(nLines, 5) << "nothing is written behind the gap";
+    EXPECT_EQ(session.GetFailure(), "");
+    EXPECT_EQ(m_spCanvas->GetHistory().GetUndoList().size(), 3u);
+}
+
+TEST_F(Recorder, BeginsWithWhatTheUserHasSet) {
+    CIniConfig config(CIniConfig::FindPath(m_places), m_files);
+    config.GetSection(L"BrushParam")->GetSection(L"RasterBrush")->SetInt(L"BrushRadius", 40);
+    config.GetSection(L"Windows")->GetSection(L"Main")->SetInt(L"Left", 7);
+    config.GetSection(L"Global")->SetInt(L"MaxHistory", 5);
+    const TGlobalSwitches before = g_Switches;
+    g_Switches.m_nMaxHistory = 1; // as the program came to have it since
+    ExpectSame(VIEW + Stroke(1200, 1000) + Stroke(1200, 1100));
+    EXPECT_EQ(g_Switches.m_nMaxHistory, 1) << "by the record, whatever the store said";
+    g_Switches = before;
+    EXPECT_EQ(m_strRecord.substr(0, m_strRecord.find("{\"tablet\"")),
+              R"({"set":{"key":"MaxHistory","section":"Global","value":"1"}}
+{"set":{"key":"BrushRadius","section":"BrushParam\\RasterBrush","value":"40"}}
+)");
+}
+
+} // namespace

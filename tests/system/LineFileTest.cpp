@@ -1,0 +1,40 @@
+#include "system/LineFile.h"
+
+#include "core/Base/Text.h"
+#include "system/FileStore.h"
+#include "tests/support/TempFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+
+#include <sys/resource.h>
+
+namespace {
+
+TEST(LineFile, HoldsWholeLinesAlsoOnAFullDisk) {
+    CTempFolder folder;
+    const auto path = folder.File("lines");
+    const auto bytes = [&](const std::string& strName) {
+        return CFileStore().Read(FromUtf8(folder.File(strName).native())).value_or("none");
+    };
+    {
+        CLineFile file(path);
+        EXPECT_TRUE(file.Write("one\n"));
+        EXPECT_EQ(bytes("lines"), "one\n") << "at once";
+    }
+    CLineFile file(path);
+    EXPECT_EQ(bytes("lines~"), "one\n");
+    rlimit before;
+    getrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit small{10, before.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &small);
+    EXPECT_TRUE(file.Write("1234567\n"));
+    EXPECT_FALSE(file.Write("1234567\n"));
+    setrlimit(RLIMIT_FSIZE, &before);
+    EXPECT_EQ(bytes("lines"), "1234567\n");
+    EXPECT_FALSE(CLineFile(folder.GetPath()).Write("x\n"));
+}
+
+} // namespace

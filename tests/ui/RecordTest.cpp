@@ -1,0 +1,168 @@
+// A session in the real window, recorded, and its record played without one.
+#include "UiTest.h"
+
+#include "core/AppModule/AppModule.h"
+#include "core/ImageFile/ImageFile.h"
+#include "core/IniConfig/IniConfig.h"
+#include "core/LayerBuffer/RasterLayerBuffer.h"
+#include "core/MainFrame/MainFrame.h"
+#include "core/MainFrame/SessionScope.h"
+#include "session/Recorder.h"
+#include "session/SessionPlatform.h"
+#include "tests/support/NoPlaces.h"
+#include "tests/support/TempFolder.h"
+
+namespace {
+
+boost::shared_ptr<CCanvasBuffer> OpenCanvas() {
+    CreateMainFrame();
+    const auto spCanvas = CreateCanvas({300, 200});
+    const auto spLayer = CreateRasterLayer(spCanvas);
+    spCanvas->GetRoot().AddLayer(spLayer, -1, false);
+    spCanvas->GetRoot().SetActiveChild(spLayer);
+    g_pMainFrame->OpenFrame(CreateCanvasFrame(spCanvas));
+    return spCanvas;
+}
+
+std::string BytesOf(CCanvasBuffer& canvas) {
+    CMemoryFiles files;
+    SaveDocument(canvas, L"d.vlm", files);
+    return files.m_mapFiles[L"d.vlm"];
+}
+
+class CRecordedWindow : CUiSession {
+public:
+    explicit CRecordedWindow(TWriteLine fnWrite)
+        : m_recorder(m_platform.GetPlatform(), std::move(fnWrite)), m_scope(m_recorder.GetPlatform()) {
+        g_AppModule.GetSettings().GetSection(L"Tablet")->SetInt(L"MouseCoord", 0);
+        m_spCanvas = OpenCanvas();
+        Settle();
+    }
+    // What the loop does until nothing is to be done.
+    void Settle() {
+        CMessageLoop& loop = *g_AppModule.GetMessageLoop();
+        IMessageQueue& queue = m_recorder.GetPlatform().queue;
+        for (int n = 0; n < 3; ++n) do {
+                for (TMessage msg; queue.Peek() && queue.Get(msg) == 1;)
+                    if (!loop.PreTranslateMessage(msg)) queue.Dispatch(msg);
+            } while (loop.OnIdle(0));
+    }
+    QWidget& GetViewport() const {
+        auto* pWindow = dynamic_cast<QWidget*>(g_wpActiveFrame.lock()->GetWindow());
+        return *pWindow->findChild<QAbstractScrollArea*>()->viewport();
+    }
+    void Tablet(QPointF pt, qreal dPressure, int nTilt = 0) {
+        QTabletEvent event(QEvent::TabletMove, &m_pen, pt, GetViewport().mapToGlobal(pt), dPressure, nTilt,
+                           -7, 0, 3, 0, Qt::NoModifier, Qt::NoButton, Qt::NoButton);
+        QCoreApplication::sendEvent(&GetViewport(), &event);
+    }
+    // Events come in bursts, as from a program that is busy drawing.
+    void Stroke(QPointF ptFrom, QPointF ptStep) {
+        const QPointF ptMiddle(GetViewport().rect().center());
+        for (int n = 0; n < 40; ++n) {
+            Tablet(ptMiddle + ptFrom + ptStep * n, n == 0 || n > 35 ? 0 : 0.3 + n * 0.015, n);
+            if (n % 7 == 0) Settle();
+        }
+        Settle();
+    }
+    void Wheel(int nDelta) {
+        const QPointF pt(GetViewport().rect().center());
+        QWheelEvent event(pt, GetViewport().mapToGlobal(pt), {}, {0, nDelta}, Qt::NoButton, Qt::NoModifier,
+                          Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(&GetViewport(), &event);
+        Settle();
+    }
+    void Type(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QTest::keyClick(&GetViewport(), key, modifiers);
+        Settle();
+    }
+    void Scroll(int nOffset) {
+        auto& area = dynamic_cast<QAbstractScrollArea&>(*GetViewport().parentWidget());
+        area.verticalScrollBar()->setValue(nOffset);
+        Settle();
+    }
+    void PickTool(int nTool) {
+        auto* pPanel = dynamic_cast<QWidget*>(g_pMainFrame->GetPanels().Find(12805)->GetWindow());
+        QTest::mouseClick(pPanel->findChild<QWidget*>(QString::number(nTool)), Qt::LeftButton);
+        Settle();
+    }
+    IMainWindow& GetMain() { return *g_pMainFrame->GetWindow(); }
+
+    QPointingDevice m_pen{"pen",
+                          1,
+                          QInputDevice::DeviceType::Stylus,
+                          QPointingDevice::PointerType::Pen,
+                          QInputDevice::Capability::Pressure,
+                          1,
+                          3};
+    boost::shared_ptr<CCanvasBuffer> m_spCanvas;
+
+private:
+    CRecorder m_recorder;
+    CSessionScope m_scope;
+};
+
+TEST(Record, OfTheRealWindowGivesTheSameDocumentWithoutOne) {
+    CTempFolder folder;
+    qputenv("XDG_CONFIG_HOME", folder.GetPath().c_str());
+    std::string strRecord, strDocument;
+    size_t nUndo = 0;
+    {
+        CRecordedWindow window([&](std::string_view str) { return strRecord += str, true; });
+        window.Stroke({-60.25, -20.5}, {2.125, 1.5});
+        window.Wheel(120);
+        window.Stroke({-80, 30}, {3, -1.75});
+        window.Type(Qt::Key_Z, Qt::ControlModifier);
+        window.PickTool(8);
+        window.GetMain().SetRect({0, 0, 900, 700});
+        window.Settle();
+        window.GetMain().ArrangeChildren(EArrange::TileHorizontal);
+        window.Type(Qt::Key_Right, Qt::ControlModifier);
+        window.Stroke({-50, 10}, {1.3, -0.8});
+        window.Scroll(90);
+        window.Stroke({-30, 40}, {1.7, -2});
+        strDocument = BytesOf(*window.m_spCanvas);
+        nUndo = window.m_spCanvas->GetHistory().GetUndoList().size();
+    }
+    qunsetenv("XDG_CONFIG_HOME");
+    EXPECT_EQ(nUndo, 3u) << "one of four strokes was undone";
+
+    CMemoryFiles files;
+    CNoPlaces places;
+    CImageCodecs codecs(files);
+    CSessionPlatform session({files, places, places, codecs}, ParseScript(strRecord, "record"));
+    boost::shared_ptr<CCanvasBuffer> spCanvas;
+    {
+        CSessionScope scope(session.GetPlatform());
+        spCanvas = OpenCanvas();
+        scope.Run();
+    }
+    EXPECT_EQ(session.GetFailure(), "");
+    EXPECT_TRUE(BytesOf(*spCanvas) == strDocument) << strRecord;
+}
+
+TEST(Record, OfAKilledProgramIsWhole) {
+    CTempFolder folder;
+    QImage(20, 10, QImage::Format_RGB32).save(QString::fromStdString(folder.File("page.png").native()));
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const char* psz : {"XDG_CONFIG_HOME", "XDG_RUNTIME_DIR"})
+        environment.insert(psz, QString::fromStdString(folder.GetPath().native()));
+    QFile record(QString::fromStdString(folder.File("record").native()));
+    QProcess program;
+    program.setProcessEnvironment(environment);
+    program.setWorkingDirectory(QString::fromStdString(folder.GetPath().native()));
+    program.start(VELLUM_DESKTOP, {"--record", "record", "page.png"});
+    const auto isOpen = [&] {
+        record.close();
+        return record.open(QIODevice::ReadOnly) && record.readAll().contains("\"open\"");
+    };
+    EXPECT_TRUE(QTest::qWaitFor(isOpen, 20000));
+    program.kill();
+    program.waitForFinished();
+    record.seek(0);
+    const std::string strRecord = record.readAll().toStdString();
+    EXPECT_TRUE(strRecord.ends_with("page.png\"}\n"));
+    EXPECT_NO_THROW(ParseScript(strRecord, "record"));
+}
+
+} // namespace
