@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """Makes a project file with every kind of vector stroke: make_path_sheet.py FILE
 
-Ends, widths, corners, loops, cuts, waves and hands, each row under a heading that it explains itself. The bytes are
-those of docs/project-file.md; everything random is seeded.
+From the top: ends, widths, corners, loops and bends, cuts, waves, hands, filled shapes, dots. The bytes are those of
+docs/project-file.md; everything random is seeded.
 """
 import math
 import random
@@ -121,7 +121,7 @@ def rows():
     y = 330
     for i, angle in enumerate((150, 120, 90, 60, 40, 25, 12)):
         for j, width in enumerate((3, 8)):
-            x, top = 60 + 160 * i, y + 95 * j
+            x, top = 90 + 160 * i, y + 95 * j
             half = math.radians(angle / 2)
             leg = 70
             paths.append(stroke(corner([(x - math.sin(half) * leg, top + math.cos(half) * leg), (x, top),
@@ -129,7 +129,7 @@ def rows():
                                 (FLAT,), (FLAT,), [(1, 1, 1)]))
     zigzag = [(30 + 20 * k, 525 + (k % 2) * 28) for k in range(28)]
     paths.append(stroke(corner(zigzag), 3, (ROUND,), (ROUND,)))
-    staircase = [(620 + 20 * ((k + 1) // 2), 560 - 6 * (k // 2)) for k in range(30)]
+    staircase = [(620 + 20 * ((k + 1) // 2), 588 - 6 * (k // 2)) for k in range(30)]
     paths.append(stroke(corner(staircase), 2.5, (FLAT,), (FLAT,)))
     mixed = [((950, 560), None, (20, -60)), ((1010, 530), (-40, 0), (0, 40)), ((1060, 560), (-10, 20), (30, -50)),
              ((1150, 530), (-20, 30), None)]
@@ -168,20 +168,20 @@ def rows():
     # A hand: lines as they come from fitting noisy pen traces.
     hand = random.Random(7)
     for k in range(9):
-        x, top = 30 + 130 * k, 1110
+        x, top = 30 + 130 * k, 1140
         steps = 5 + k
         at = [(x + 100 * s / steps + hand.gauss(0, 2 + k), top + 60 * math.sin(s / steps * 6 + k) + hand.gauss(0, 3))
               for s in range(steps + 1)]
         pressure = [(t + 0.5, 0.5 + hand.random(), 0.5 + hand.random()) for t in range(1, steps - 1)]
         paths.append(stroke(smooth(at), 3 + k % 3 * 1.5, (SHARP,), (SHARP,), pressure))
     for k in range(40):
-        x, top = 30 + 12 * k, 1230
+        x, top = 30 + 12 * k, 1250
         paths.append(stroke([((x, top + hand.gauss(0, 3)), None, (8, 30)),
                              ((x + 30 + hand.gauss(0, 2), top + 80 + hand.gauss(0, 6)), (-2, -25), None)], 1.8,
                             (ROUND,), (SHARP,), [(0.25, 1, 1)]))
     hair = random.Random(11)
     for k in range(26):
-        a = [(560 + 8 * k, 1230 + hair.gauss(0, 2))]
+        a = [(560 + 8 * k, 1250 + hair.gauss(0, 2))]
         for s in range(1, 5):
             a.append((a[0][0] + 14 * math.sin(s + k * 0.2) + hair.gauss(0, 1), a[0][1] + 24 * s))
         paths.append(stroke(smooth(a), 1.6, (SHARP,), (SHARP,), [(1.2, 1.6, 1.6)]))
@@ -216,12 +216,25 @@ def base(name, children=()):
                  b"".join(children))
 
 
+def paper():
+    """A raster layer of white tiles."""
+    side = 96
+    columns, lines = -(-WIDTH // side), -(-HEIGHT // side)
+    sizes = ints(WIDTH, HEIGHT, side, side)
+    tiles = b""
+    for index in range(columns * lines):
+        corner = ints(index % columns * side, index // columns * side)
+        tiles += ints(index) + chunk("RABC", 0, ints(side, side) + corner + b"\xff" * (4 * side * side))
+    blocks = chunk("RASB", 0, sizes + ints(columns * lines) + tiles)
+    return chunk("LAYR", 0, base("paper") + chunk("RASC", 0, sizes + blocks))
+
+
 def main():
     paths = rows()
     vector = chunk("LAYV", 0, ints(len(paths), 0x00201008) + base("strokes") + b"".join(paths))
     meta = chunk("META", 1, ints(WIDTH, HEIGHT) + b"\1\1")
     with open(sys.argv[1], "wb") as file:
-        file.write(chunk("VLM1", 0, meta + chunk("CPSB", 0, base("paths", [vector]))))
+        file.write(chunk("VLM1", 0, meta + chunk("CPSB", 0, base("paths", [paper(), vector]))))
 
 
 main()
