@@ -16,16 +16,16 @@ LEFT, TOP, ROW = 40, 60, 105
 POINTS = 70
 
 
-def blank_page():
+def blank_page(width=WIDTH, height=HEIGHT):
     def chunk(kind, data):
         body = kind + data
         return struct.pack(">I", len(data)) + body + struct.pack(">I", zlib.crc32(body))
 
-    row = b"\0" + b"\xff" * (3 * WIDTH)
+    row = b"\0" + b"\xff" * (3 * width)
     return (
         b"\x89PNG\r\n\x1a\n"
-        + chunk(b"IHDR", struct.pack(">IIBBBBB", WIDTH, HEIGHT, 8, 2, 0, 0, 0))
-        + chunk(b"IDAT", zlib.compress(row * HEIGHT, 9))
+        + chunk(b"IHDR", struct.pack(">IIBBBBB", width, height, 8, 2, 0, 0, 0))
+        + chunk(b"IDAT", zlib.compress(row * height, 9))
         + chunk(b"IEND", b"")
     )
 
