@@ -1,5 +1,7 @@
 #include "app/desktop/Arguments.h"
 
+#include "app/common/CommandLine.h"
+
 #include <filesystem>
 
 const char DESKTOP_USAGE[] = R"(usage: vellumcraft [OPTION]... [FILE]...
@@ -13,24 +15,15 @@ Opens project files and pictures. When Vellumcraft is running already, it opens 
 
 TDesktopArguments ParseDesktopArguments(const std::vector<std::string>& vArguments) {
     TDesktopArguments arguments;
-    bool bOptions = true;
-    for (auto it = vArguments.begin(); it != vArguments.end(); ++it) {
-        const std::string& str = *it;
-        if (!bOptions || !str.starts_with("--"))
-            // The instance that opens it may run in another folder.
-            arguments.vFiles.push_back(std::filesystem::absolute(str).native());
-        else if (str == "--")
-            bOptions = false;
-        else if (str == "--new-window")
-            arguments.bNewWindow = true;
-        else if (str == "--record") {
-            if (++it == vArguments.end() || it->empty()) throw std::runtime_error("--record needs a file");
-            arguments.strRecord = std::filesystem::absolute(*it).native();
-            arguments.bNewWindow = true;
-        } else if (str == "--help")
-            arguments.bHelp = true;
-        else
-            throw std::runtime_error("unknown option " + str);
+    // The instance that opens a file may run in another folder.
+    const auto absolute = [](const std::string& str) { return std::filesystem::absolute(str).native(); };
+    const auto vNames = ReadCommandLine(vArguments, {Flag("--new-window", arguments.bNewWindow),
+                                                     Value("--record", arguments.strRecord),
+                                                     Flag("--help", arguments.bHelp)});
+    if (!arguments.strRecord.empty()) {
+        arguments.strRecord = absolute(arguments.strRecord);
+        arguments.bNewWindow = true;
     }
+    for (const std::string& str : vNames) arguments.vFiles.push_back(absolute(str));
     return arguments;
 }

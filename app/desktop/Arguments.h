@@ -1,7 +1,6 @@
 // What the user asked the desktop program to do.
 #pragma once
 
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -14,6 +13,6 @@ struct TDesktopArguments {
     bool bHelp = false;
 };
 
-/// Reads the command line without the program's name. Raises std::runtime_error for an unknown option and one
+/// Reads the command line without the program's name. Raises usage_error for an unknown option and one
 /// without its file.
 TDesktopArguments ParseDesktopArguments(const std::vector<std::string>& vArguments);

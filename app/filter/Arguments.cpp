@@ -1,7 +1,5 @@
 #include "app/filter/Arguments.h"
 
-#include <deque>
-
 namespace fs = std::filesystem;
 
 const char USAGE[] = R"(usage: vellumcraft-filter [OPTION]... IN [OUT]
@@ -46,42 +44,15 @@ void CheckOutputs(const TArguments& arguments, bool bInPlace) {
 
 TArguments ParseArguments(const std::vector<std::string>& vArguments) {
     TArguments arguments;
-    std::vector<fs::path> vNames;
     bool bInPlace = false;
-    bool bOptions = true;
-    std::deque<std::string> deqRest(vArguments.begin(), vArguments.end());
-    const auto take = [&] {
-        std::string str = deqRest.front();
-        deqRest.pop_front();
-        return str;
-    };
-    while (!deqRest.empty()) {
-        const std::string str = take();
-        const auto takeFile = [&] {
-            if (deqRest.empty() || deqRest.front().empty()) throw usage_error(str + " needs a file");
-            return fs::path(take());
-        };
-        if (!bOptions || str.size() < 2 || str[0] != '-')
-            vNames.push_back(str);
-        else if (str == "--")
-            bOptions = false;
-        else if (str == "--alpha")
-            arguments.vAlphas.push_back(takeFile());
-        else if (str == "--in-place")
-            bInPlace = true;
-        else if (str == "--module")
-            arguments.pathModule = takeFile();
-        else if (str == "--script")
-            arguments.pathScript = takeFile();
-        else if (str == "--record")
-            arguments.pathRecord = takeFile();
-        else if (str == "--windows")
-            arguments.bWindows = true;
-        else if (str == "--help")
-            arguments.bHelp = true;
-        else
-            throw usage_error("unknown option " + str);
-    }
+    const auto vNames = ReadCommandLine(
+        vArguments, {{"--alpha", {}, [&](const std::string& str) { arguments.vAlphas.push_back(str); }},
+                     Flag("--in-place", bInPlace),
+                     Value("--module", arguments.pathModule),
+                     Value("--script", arguments.pathScript),
+                     Value("--record", arguments.pathRecord),
+                     Flag("--windows", arguments.bWindows),
+                     Flag("--help", arguments.bHelp)});
     if (arguments.bHelp) return arguments;
     if (vNames.empty() || vNames.front().empty()) throw usage_error("no picture is named");
     if (vNames.size() > 2) throw usage_error("too many names");

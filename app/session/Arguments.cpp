@@ -1,7 +1,6 @@
 #include "app/session/Arguments.h"
 
 #include <charconv>
-#include <deque>
 
 namespace fs = std::filesystem;
 
@@ -48,41 +47,14 @@ void Check(const TArguments& arguments) {
 
 TArguments ParseArguments(const std::vector<std::string>& vArguments) {
     TArguments arguments;
-    std::vector<fs::path> vNames;
-    bool bOptions = true;
-    std::deque<std::string> deqRest(vArguments.begin(), vArguments.end());
-    const auto take = [&] {
-        std::string str = deqRest.front();
-        deqRest.pop_front();
-        return str;
-    };
-    while (!deqRest.empty()) {
-        const std::string str = take();
-        const auto takeValue = [&] {
-            if (deqRest.empty() || deqRest.front().empty()) throw usage_error(str + " needs a value");
-            return take();
-        };
-        if (!bOptions || str.size() < 2 || str[0] != '-')
-            vNames.push_back(str);
-        else if (str == "--")
-            bOptions = false;
-        else if (str == "--in")
-            arguments.pathIn = takeValue();
-        else if (str == "--out")
-            arguments.pathOut = takeValue();
-        else if (str == "--each")
-            arguments.strEach = takeValue();
-        else if (str == "--out-dir")
-            arguments.pathOutDir = takeValue();
-        else if (str == "--jobs")
-            arguments.uJobs = ReadJobs(takeValue());
-        else if (str == "--module")
-            arguments.pathModule = takeValue();
-        else if (str == "--help")
-            arguments.bHelp = true;
-        else
-            throw usage_error("unknown option " + str);
-    }
+    const auto vNames = ReadCommandLine(
+        vArguments, {Value("--in", arguments.pathIn),
+                     Value("--out", arguments.pathOut),
+                     Value("--each", arguments.strEach),
+                     Value("--out-dir", arguments.pathOutDir),
+                     {"--jobs", {}, [&](const std::string& str) { arguments.uJobs = ReadJobs(str); }},
+                     Value("--module", arguments.pathModule),
+                     Flag("--help", arguments.bHelp)});
     if (arguments.bHelp) return arguments;
     if (vNames.size() != 1 || vNames.front().empty()) throw usage_error("one script is to be named");
     arguments.pathScript = vNames.front();

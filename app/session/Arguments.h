@@ -1,17 +1,13 @@
 // What the user asked the player of session scripts to do.
 #pragma once
 
+#include "app/common/CommandLine.h"
+
 #include <filesystem>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 extern const char USAGE[];
-
-/// The command line cannot be followed; what() says why.
-struct usage_error : std::runtime_error {
-    using std::runtime_error::runtime_error;
-};
 
 struct TArguments {
     std::filesystem::path pathScript;

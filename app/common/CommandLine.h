@@ -1,0 +1,31 @@
+// Command lines of the programs: options with or without a value, then names.
+#pragma once
+
+#include <functional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+/// The command line cannot be followed; what() says why.
+struct usage_error : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+/// An option by its whole name, "--help". One of the two functions is set.
+struct TOption {
+    std::string strName;
+    std::function<void()> fnFlag;
+    std::function<void(const std::string&)> fnValue; ///< gets what follows, never empty
+};
+
+/// Obeys the options in their order and answers the other arguments; all that follow a "--" are such. Raises
+/// usage_error for an unknown option and for a value that is missing.
+std::vector<std::string> ReadCommandLine(const std::vector<std::string>& vArguments,
+                                         const std::vector<TOption>& vOptions);
+
+/// An option that sets a flag, or a text or path.
+TOption Flag(const char* pszName, bool& bFlag);
+template <class T>
+TOption Value(const char* pszName, T& value) {
+    return {pszName, {}, [&value](const std::string& str) { value = str; }};
+}
