@@ -1,23 +1,18 @@
 // vellumcraft-session as its user meets it: what it writes and says, its exit code, its worker processes.
-#include "core/Base/Text.h"
-#include "system/FileStore.h"
-#include "tests/support/TempFolder.h"
+#include "tests/support/ProgramTest.h"
 
 #include <QImage>
 
-#include <gtest/gtest.h>
-
 #include <pty.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace {
 
-class CSessionProgram : public testing::Test {
+class CSessionProgram : public CProgramTest {
 protected:
     void Write(const std::string& strName, const std::string& strBytes) {
         std::filesystem::create_directories(m_folder.File(strName).parent_path());
-        m_files.Replace(FromUtf8(m_folder.File(strName).native()), strBytes);
+        m_files.Replace(Path(strName), strBytes);
     }
     void SavePage(const std::string& strName, int nWidth, QColor color) {
         std::filesystem::create_directories(m_folder.File(strName).parent_path());
@@ -29,16 +24,9 @@ protected:
     QImage Load(const std::string& strName) {
         return QImage(QString::fromStdString(m_folder.File(strName).native()));
     }
-    /// Runs the player, or another program, inside the folder, without a display.
+    /// Runs the player, or another program.
     int Run(const std::string& strArguments, const std::string& strProgram = VELLUM_SESSION) {
-        const std::string strCommand =
-            "cd " + m_folder.GetPath().native() +
-            " && mkdir -p .tmp && TMPDIR=$PWD/.tmp env -u DISPLAY -u WAYLAND_DISPLAY '" + strProgram + "' " +
-            strArguments + " >.said 2>&1";
-        const int nStatus = std::system(strCommand.c_str());
-        m_strSaid = m_files.Read(FromUtf8(m_folder.File(".said").native())).value_or("");
-        EXPECT_TRUE(std::filesystem::is_empty(m_folder.File(".tmp"))) << "something is left behind";
-        return WIFEXITED(nStatus) ? WEXITSTATUS(nStatus) : -1;
+        return RunProgram(strProgram, strArguments);
     }
     /// The same with a terminal to write to.
     int RunOnTerminal(const std::string& strCommand) {
@@ -58,11 +46,6 @@ protected:
         waitpid(pid, &nStatus, 0);
         return WEXITSTATUS(nStatus);
     }
-    bool Says(const std::string& str) const { return m_strSaid.find(str) != std::string::npos; }
-
-    CTempFolder m_folder;
-    CFileStore m_files;
-    std::string m_strSaid;
 };
 
 TEST_F(CSessionProgram, PlaysInBothDeliveries) {

@@ -1,0 +1,32 @@
+// Programs as their users start them: in a folder of their own, without a display.
+#pragma once
+
+#include "core/Base/Text.h"
+#include "system/FileStore.h"
+#include "tests/support/TempFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/wait.h>
+
+class CProgramTest : public testing::Test {
+protected:
+    std::wstring Path(const std::string& strName) { return FromUtf8(m_folder.File(strName).native()); }
+    /// Runs a program inside the folder; answers its exit code, -1 for a signal.
+    int RunProgram(const std::string& strProgram, const std::string& strArguments) {
+        const std::string strCommand = "cd " + m_folder.GetPath().native() +
+                                       " && mkdir -p .tmp && TMPDIR=$PWD/.tmp XDG_CONFIG_HOME=$PWD/.config "
+                                       "env -u DISPLAY -u WAYLAND_DISPLAY "
+                                       "-u QT_QPA_PLATFORM '" +
+                                       strProgram + "' " + strArguments + " >.said 2>&1";
+        const int nStatus = std::system(strCommand.c_str());
+        m_strSaid = m_files.Read(Path(".said")).value_or("");
+        EXPECT_TRUE(std::filesystem::is_empty(m_folder.File(".tmp"))) << "something is left behind";
+        return WIFEXITED(nStatus) ? WEXITSTATUS(nStatus) : -1;
+    }
+    bool Says(const std::string& str) const { return m_strSaid.find(str) != std::string::npos; }
+
+    CTempFolder m_folder;
+    CFileStore m_files;
+    std::string m_strSaid; ///< by the last run
+};
