@@ -24,9 +24,9 @@ inline boost::shared_ptr<COpenPathObject> MakeStroke() {
     const auto spPath = boost::make_shared<COpenPathObject>();
     COpenPathStream& stream = spPath->GetStream();
     stream.SetWidth(40);
-    AddAnchor(stream, {80, 80}, {}, {160, 0});
+    AddAnchor(stream, {80, 72}, {}, {160, 0});
     AddAnchor(stream, {480, 240}, {-80, -60}, {80, 60});
-    AddAnchor(stream, {800, 400}, {0, -160});
+    AddAnchor(stream, {800, 400});
     stream.AddWidthPoint(0x8000)->SetMultiple(SIDE_LEFT, CDualValue<uint32_t>(0x12345));
     stream.AddWidthPoint(0x14000)->SetMultiple(SIDE_RIGHT, CDualValue<uint32_t>(0x8000));
     stream.AddTransPoint(0x18000);
@@ -55,9 +55,11 @@ inline boost::shared_ptr<COpenPathObject> MakeLevelStroke(int nAnchors) {
 inline boost::shared_ptr<CPathObject> MakeRandomPath(CSize sz, std::mt19937& random) {
     const auto below = [&](int32_t n) { return static_cast<int32_t>(random() % static_cast<uint32_t>(n)); };
     const auto addAnchors = [&](CPathStream& stream) {
-        for (int n = 2 + below(4); n >= 0; --n)
-            AddAnchor(stream, {below(sz.cx * 8), below(sz.cy * 8)}, {below(200) - 100, below(200) - 100},
-                      random() % 2 ? CPoint{below(200) - 100, below(200) - 100} : CPoint{});
+        for (int n = 2 + below(4); n >= 0; --n) {
+            const CPoint pt{below(sz.cx * 8), below(sz.cy * 8)};
+            const CPoint back{below(200) - 100, below(200) - 100};
+            AddAnchor(stream, pt, back, random() % 2 ? CPoint{-back.x, -back.y} : CPoint{});
+        }
     };
     if (random() % 2) {
         const auto spShape = boost::make_shared<CClosedPathObject>();

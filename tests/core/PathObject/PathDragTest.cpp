@@ -83,7 +83,7 @@ TEST(PathDrag, WhatIsCommittedStaysWhileLiveValuesAreDragged) {
               }},
              {"new handle",
               [&](auto& s) {
-                  DragBy(anchor(s, 2)->DragForeHandle(true), {0, 99});
+                  DragBy(anchor(s, 2)->DragBackHandle(true), {0, -99});
               }},
              {"width mark",
               [&](auto& s) {

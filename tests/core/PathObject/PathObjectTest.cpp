@@ -52,7 +52,7 @@ TEST(PathObject, MarksStayWhereTheyAreWhenAnchorsComeAndGo) {
     };
     for (const TCase& c : {TCase{0, {0, 0x8000, 0x18000}, {0x4000, 0x14000}},
                            {1, {0x18000}, {}},
-                           {2, {0x8000}, {0x4000, 0xC000}},
+                           {2, {0x8000, 0x10000}, {0x4000, 0xC000}},
                            {3, {0x8000, 0x10000, 0x18000}, {0x4000, 0xC000}}}) {
         const auto spPath = MakeMarkedStroke();
         spPath->RemoveControlPoint(AnchorOf(*spPath, c.idx));
