@@ -3,6 +3,7 @@
 #include "core/LayerBuffer/LayerSetBuffer.h"
 #include "core/LayerBuffer/RasterLayerBuffer.h"
 #include "core/LayerBuffer/VectorLayerBuffer.h"
+#include "tests/support/Paths.h"
 
 #include <filesystem>
 #include <fstream>
@@ -25,6 +26,9 @@ boost::shared_ptr<CCanvasBuffer> MakeTree(bool bColor, bool bTiles) {
     spSet->setName(L"線\U0001F58B" + std::wstring(1, static_cast<wchar_t>(0xD800)));
     const auto spVector = CreateVectorLayer(spCanvas);
     spVector->SetLayerColor(0x0000FF);
+    std::mt19937 random(bColor);
+    spVector->InsertPath(MakeStroke());
+    for (int n = 0; n < 6; ++n) spVector->InsertPath(MakeRandomPath({150, 97}, random));
     spSet->AddLayer(spVector, -1, false);
     spSet->SetActiveChild(spVector);
     const TLayerPtr spRaster = bTiles ? MakeRaster(spCanvas, {96, 0}) : CreateRasterLayer(spCanvas);

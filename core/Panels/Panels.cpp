@@ -61,8 +61,8 @@ void CPanels::Create(IMainWindow& parent) {
 
 void CPanels::Close() {
     // Where one goes the others move up.
-    for (const auto& [nCommand, pPanel] : m_mapPanels) Guarded([&] { return pPanel->KeepPlace(), true; });
-    for (const auto& [nCommand, pPanel] : m_mapPanels) Guarded([&] { return pPanel->Close(), true; });
+    for (const auto& entry : m_mapPanels) Guarded([&] { return entry.second->KeepPlace(), true; });
+    for (const auto& entry : m_mapPanels) Guarded([&] { return entry.second->Close(), true; });
 }
 
 void CPanels::Refresh() {

@@ -35,6 +35,14 @@ void ReadMarks(CDeserializer& reader, uint32_t uCount, TPoints& vKnown, Make mak
     vKnown = std::move(vPoints);
 }
 
+// Marks stand on the path, also those that a file has behind its end.
+template <class TPoints>
+void HoldOnPath(const TPoints& vPoints, uint32_t tLast) {
+    for (const auto& spPoint : vPoints)
+        spPoint->SetParameter(
+            CDualValue<uint32_t>(std::min(spPoint->GetParameter()[STATE_COMMITTED], tLast)));
+}
+
 void ReadTerm(CDeserializer& reader, uint32_t uType, boost::shared_ptr<COpenPathTermBase>& spTerm) {
     const auto spNew = spTerm->GetType() == uType ? spTerm : CreateOpenPathTerm(uType, spTerm->IsBegin());
     CDeserializer chunk;
@@ -244,6 +252,9 @@ void COpenPathStream::Deserialize(CDeserializer& reader) {
     DeserializePoints(reader);
     ReadMarks(reader, uWidths, m_vWidth, [&] { return MakeWidthPoint(0); });
     ReadMarks(reader, uTrans, m_vTrans, [&] { return MakeTransPoint(0); });
+    const uint32_t tLast = LastParameter(GetAnchors(STATE_COMMITTED));
+    HoldOnPath(m_vWidth, tLast);
+    HoldOnPath(m_vTrans, tLast);
     ReadTerm(reader, uBegin, m_spBegin);
     ReadTerm(reader, uEnd, m_spEnd);
     reader.ExpectEnd();

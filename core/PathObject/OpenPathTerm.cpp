@@ -118,10 +118,12 @@ boost::shared_ptr<CDualValue<uint32_t>> COpenPathRoundTerm::GrowHandle() {
     CDualValue<uint32_t> reach;
     for (const size_t state : {STATE_COMMITTED, STATE_LIVE}) reach[state] = GetReach(state);
     const auto spThis = boost::static_pointer_cast<COpenPathRoundTerm>(shared_from_this());
-    return MakeDragCopy<uint32_t>(reach, [spThis](const CDualValue<uint32_t>& copy) {
-        for (const size_t state : {STATE_COMMITTED, STATE_LIVE})
-            if (const uint32_t uBase = spThis->GetBase(state))
+    return MakeDragCopy<uint32_t>(reach, [spThis, reach](const CDualValue<uint32_t>& copy) {
+        for (const size_t state : {STATE_COMMITTED, STATE_LIVE}) {
+            const uint32_t uBase = spThis->GetBase(state);
+            if (uBase != 0 && copy[state] != reach[state])
                 spThis->m_grow[state] = MultipleOf(copy[state], uBase);
+        }
     });
 }
 
@@ -211,11 +213,13 @@ CPoint COpenPathFlatTerm::GetMarkPosition(EPathSide side, size_t state) const {
 
 boost::shared_ptr<CDualValue<uint32_t>> COpenPathFlatTerm::WidthHandle(EPathSide side) {
     const auto spThis = boost::static_pointer_cast<COpenPathFlatTerm>(shared_from_this());
-    return MakeDragCopy<uint32_t>(WidthPair(side), [spThis, side](const CDualValue<uint32_t>& copy) {
+    const CDualValue<uint32_t> width = WidthPair(side);
+    return MakeDragCopy<uint32_t>(width, [spThis, side, width](const CDualValue<uint32_t>& copy) {
         CDualValue<uint32_t> multiple = spThis->m_aMultiple[side];
-        for (const size_t state : {STATE_COMMITTED, STATE_LIVE})
-            if (const uint32_t uBase = spThis->GetCachedWidth(side, state))
-                multiple[state] = MultipleOf(copy[state], uBase);
+        for (const size_t state : {STATE_COMMITTED, STATE_LIVE}) {
+            const uint32_t uBase = spThis->GetCachedWidth(side, state);
+            if (uBase != 0 && copy[state] != width[state]) multiple[state] = MultipleOf(copy[state], uBase);
+        }
         spThis->SetMultiple(side, multiple);
     });
 }

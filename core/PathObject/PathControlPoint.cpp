@@ -16,8 +16,11 @@ CPoint Opposite(CPoint handle, uint32_t uLength) {
 }
 
 // A handle as it is stored: a component of -1 would be read as no handle, so it moves by an eighth of a
-// pixel.
-CPoint Storable(CPoint handle) { return {handle.x == -1 ? 0 : handle.x, handle.y == -1 ? 0 : handle.y}; }
+// pixel. A handle that so far only a drag has is none yet.
+CPoint Storable(CPoint handle) {
+    const CPoint pt{handle.x == -1 ? 0 : handle.x, handle.y == -1 ? 0 : handle.y};
+    return IsZero(pt) ? ABSENT : pt;
+}
 
 // A stored handle; -1 in either component stands for none.
 void ReadHandle(CDeserializer& reader, bool& bHas, CDualValue<CPoint>& value) {
@@ -43,8 +46,8 @@ CSerializer CPathControlPoint::Serialize() const {
     CSerializer writer;
     writer.SetTag(CHUNK_TAG, 0);
     writer.WritePoint(m_anchor[STATE_COMMITTED]);
-    writer.WritePoint(m_bBack ? Storable(m_back[STATE_COMMITTED]) : ABSENT);
-    writer.WritePoint(m_bFore ? Storable(m_fore[STATE_COMMITTED]) : ABSENT);
+    writer.WritePoint(Storable(GetBack(STATE_COMMITTED)));
+    writer.WritePoint(Storable(GetFore(STATE_COMMITTED)));
     return writer;
 }
 

@@ -9,6 +9,12 @@
 namespace {
 
 constexpr uint32_t TAG_ANCHORS = MakeTag("PSTM");
+/// As many as parameters can number, with a segment back to the first.
+constexpr size_t MAX_ANCHORS = 0xFFFF;
+
+void ExpectRoom(size_t nAnchors, const wchar_t* pszWhere) {
+    if (nAnchors >= MAX_ANCHORS) throw internal_error(std::wstring(pszWhere) + L": too many anchors");
+}
 
 // A segment's place: its number and a fraction, the last anchor being the end of the last segment.
 std::pair<size_t, uint32_t> PlaceOf(size_t nSegments, uint32_t t) {
@@ -47,21 +53,35 @@ TPathPlace CPathStream::SearchNearPointOnPath(CPoint pt, size_t state) const {
         const CPoint away = BezierPoints(state).front() - pt;
         return {0, Dot(away, away)};
     }
-    int64_t tBest = 0;
-    int64_t nBest = distanceAt(0);
-    const auto offer = [&](int64_t t) {
+    int64_t tFirst = 0;
+    int64_t tAlike = 0; // the last sample as near as the first: anchors may share a place
+    int64_t nNearest = distanceAt(0);
+    for (int64_t t = SAMPLE; t <= tLast; t += SAMPLE) {
         const int64_t nDistance = distanceAt(t);
-        if (nDistance >= nBest) return;
-        nBest = nDistance;
-        tBest = t;
-    };
-    for (int64_t t = SAMPLE; t <= tLast; t += SAMPLE) offer(t);
-    for (int64_t nStep = SAMPLE; nStep > 0; nStep /= 2) {
-        const int64_t tCenter = tBest;
-        offer(std::max<int64_t>(tCenter - nStep, 0));
-        offer(std::min(tCenter + nStep, tLast));
+        if (nDistance > nNearest) continue;
+        if (nDistance < nNearest) tFirst = t;
+        tAlike = t;
+        nNearest = nDistance;
     }
-    return {static_cast<uint32_t>(tBest), nBest};
+    const auto searchFrom = [&](int64_t tBest) {
+        int64_t nBest = nNearest;
+        const auto offer = [&](int64_t t) {
+            const int64_t nDistance = distanceAt(t);
+            if (nDistance >= nBest) return;
+            nBest = nDistance;
+            tBest = t;
+        };
+        for (int64_t nStep = SAMPLE; nStep > 0; nStep /= 2) {
+            const int64_t tCenter = tBest;
+            offer(std::max<int64_t>(tCenter - nStep, 0));
+            offer(std::min(tCenter + nStep, tLast));
+        }
+        return TPathPlace{static_cast<uint32_t>(tBest), nBest};
+    };
+    const TPathPlace first = searchFrom(tFirst);
+    if (tAlike == tFirst) return first;
+    const TPathPlace other = searchFrom(tAlike);
+    return other.nDistanceSquared < first.nDistanceSquared ? other : first;
 }
 
 template <class T>
@@ -69,6 +89,7 @@ void CPathStreamImpl<T>::Divide(uint32_t t) {
     const size_t idx = t / BEZIER_T_RESOLUTION;
     const uint32_t f = t % BEZIER_T_RESOLUTION;
     if (f == 0 || idx >= GetSegments(STATE_COMMITTED).size()) return;
+    ExpectRoom(m_lstControlPoint.size(), L"Divide");
     const auto itFrom = std::next(m_lstControlPoint.begin(), static_cast<std::ptrdiff_t>(idx));
     const auto itTo =
         std::next(itFrom) == m_lstControlPoint.end() ? m_lstControlPoint.begin() : std::next(itFrom);
@@ -93,6 +114,7 @@ void CPathStreamImpl<T>::Divide(uint32_t t) {
 
 template <class T>
 boost::shared_ptr<CPathControlPoint> CPathStreamImpl<T>::AppendControlPoint(CPoint pt) {
+    ExpectRoom(m_lstControlPoint.size(), L"AppendControlPoint");
     m_lstControlPoint.push_back(boost::make_shared<T>(pt));
     return m_lstControlPoint.back();
 }
@@ -102,6 +124,7 @@ boost::shared_ptr<CPathControlPoint> CPathStreamImpl<T>::InsertControlPoint(cons
                                                                             CPoint pt) {
     const size_t idx = IndexOf(before);
     if (idx == m_lstControlPoint.size()) throw internal_error(L"InsertControlPoint: not anchor point");
+    ExpectRoom(m_lstControlPoint.size(), L"InsertControlPoint");
     const auto it = m_lstControlPoint.insert(
         std::next(m_lstControlPoint.begin(), static_cast<std::ptrdiff_t>(idx)), boost::make_shared<T>(pt));
     OnInserted(idx, BEZIER_T_RESOLUTION);
@@ -168,6 +191,7 @@ void CPathStreamImpl<T>::DeserializePoints(CDeserializer& reader) {
     reader.ReadChunk(points);
     points.ExpectTag(TAG_ANCHORS);
     const auto uCount = static_cast<uint32_t>(points.ReadInt32());
+    if (uCount > MAX_ANCHORS) throw deserialize_error();
     // Points that are there already keep who they are: a snapshot's are filled again.
     TPointList lstPoint;
     auto itKnown = m_lstControlPoint.begin();

@@ -10,7 +10,8 @@
 
 #include <vector>
 
-/// A path of any kind. Operations on a path without anchors raise internal_error where they need one.
+/// A path of any kind. Operations on a path without anchors raise internal_error where they need one, and so
+/// does one anchor above 65535.
 class CPathStream : public IPathLine, public boost::enable_shared_from_this<CPathStream>, boost::noncopyable {
 public:
     /// Refreshes and rebuilds what depends on the points, in both states.

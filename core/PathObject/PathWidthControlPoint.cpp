@@ -69,10 +69,12 @@ boost::shared_ptr<CDualValue<uint32_t>> CPathWidthControlPoint::WidthHandle(EPat
     CDualValue<uint32_t> width;
     for (const size_t state : {STATE_COMMITTED, STATE_LIVE}) width[state] = GetWidth(side, state);
     const auto spThis = boost::static_pointer_cast<CPathWidthControlPoint>(shared_from_this());
-    return MakeDragCopy<uint32_t>(width, [spThis, side](const CDualValue<uint32_t>& copy) {
+    return MakeDragCopy<uint32_t>(width, [spThis, side, width](const CDualValue<uint32_t>& copy) {
         if (spThis->m_uBaseWidth == 0) return;
+        // A state that was not dragged keeps its multiple, which the width may only come near to.
         for (const size_t state : {STATE_COMMITTED, STATE_LIVE})
-            spThis->m_aSides[side].value[state] = MultipleOf(copy[state], spThis->m_uBaseWidth);
+            if (copy[state] != width[state])
+                spThis->m_aSides[side].value[state] = MultipleOf(copy[state], spThis->m_uBaseWidth);
     });
 }
 

@@ -34,7 +34,7 @@ public:
     void SetBaseWidth(uint32_t uBaseWidth) { m_uBaseWidth = uBaseWidth; }
 
     /// The half-width of a side for a drag, in path units; a missing side is made as zeros. When the copy
-    /// goes the multiple takes its value; a base width of 0 leaves it as it is.
+    /// goes the multiple takes its value, where that changed; a base width of 0 leaves it as it is.
     boost::shared_ptr<CDualValue<uint32_t>> WidthHandle(EPathSide side);
     boost::shared_ptr<CDualValue<uint32_t>> LeftHandle() { return WidthHandle(SIDE_LEFT); }
     boost::shared_ptr<CDualValue<uint32_t>> RightHandle() { return WidthHandle(SIDE_RIGHT); }

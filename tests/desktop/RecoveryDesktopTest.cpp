@@ -59,7 +59,7 @@ protected:
     boost::shared_ptr<CCanvasBuffer> MakeDocument(int n) const {
         std::mt19937 random(static_cast<uint32_t>(n));
         const auto spCanvas = CreateCanvas({250 + n, 130}, n != 1);
-        FillRandomTree(spCanvas, 6, random, false);
+        FillRandomTree(spCanvas, 6, random);
         spCanvas->SetTitle(L"絵" + std::to_wstring(n));
         spCanvas->SetPath(FileOf(n));
         spCanvas->GetHistory().SetModified(true);

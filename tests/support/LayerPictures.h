@@ -5,8 +5,8 @@
 #include "core/LayerBuffer/LayerSetBuffer.h"
 #include "core/LayerBuffer/RasterLayerBuffer.h"
 #include "core/LayerBuffer/VectorLayerBuffer.h"
-#include "core/PathObject/PathObjects.h"
 #include "core/RasterBuffer/MonoRasterBuffer.h"
+#include "tests/support/Paths.h"
 
 #include <boost/make_shared.hpp>
 
@@ -36,10 +36,10 @@ inline boost::shared_ptr<CRasterLayerBuffer> MakeRandomLayer(const boost::shared
     return spLayer;
 }
 
-/// Puts `nCount` random layers of all kinds (vector layers without paths unless `bPaths`) anywhere into the
+/// Puts `nCount` random layers of all kinds, with strokes and shapes on vector layers, anywhere into the
 /// tree, some hidden, some not opaque.
-inline void FillRandomTree(const boost::shared_ptr<CCanvasBuffer>& spCanvas, int nCount, std::mt19937& random,
-                           bool bPaths) {
+inline void FillRandomTree(const boost::shared_ptr<CCanvasBuffer>& spCanvas, int nCount,
+                           std::mt19937& random) {
     std::vector<TLayerPtr> vParents{spCanvas->GetRoot().shared_from_this()};
     for (int n = 0; n < nCount; ++n) {
         TLayerPtr spLayer;
@@ -48,9 +48,8 @@ inline void FillRandomTree(const boost::shared_ptr<CCanvasBuffer>& spCanvas, int
         } else if (random() % 3 == 0) {
             const auto spVector = CreateVectorLayer(spCanvas);
             spVector->SetLayerColor(random() & 0xFFFFFF);
-            if (bPaths)
-                spVector->InsertPath(MakeRectPath(CRect({static_cast<int32_t>(random() % 99), 5},
-                                                        {static_cast<int32_t>(random() % 99), 90})));
+            for (auto nPaths = random() % 4; nPaths > 0; --nPaths)
+                spVector->InsertPath(MakeRandomPath(spCanvas->GetSize(), random));
             spLayer = spVector;
         } else {
             spLayer = MakeRandomLayer(spCanvas, random);

@@ -26,7 +26,7 @@ TEST(SaveSafety, AKilledProcessLeavesOneWholeDocument) {
     std::vector<uint8_t> avPixels[2];
     for (size_t n = 0; n < 2; ++n) {
         aspCanvas[n] = CreateCanvas({190, 96});
-        FillRandomTree(aspCanvas[n], n ? 12 : 2, random, false);
+        FillRandomTree(aspCanvas[n], n ? 12 : 2, random);
         avPixels[n] = PixelsOf(*aspCanvas[n]->Flatten());
     }
     SaveDocument(*aspCanvas[0], strPath, files);

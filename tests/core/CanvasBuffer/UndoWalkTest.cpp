@@ -43,7 +43,7 @@ class UndoWalk : public testing::TestWithParam<unsigned> {
 protected:
     UndoWalk() {
         g_Switches.m_nMaxHistory = OPERATIONS;
-        FillRandomTree(m_spCanvas, 4, m_random, false);
+        FillRandomTree(m_spCanvas, 4, m_random);
     }
     ~UndoWalk() override { g_Switches.m_nMaxHistory = m_nMaxHistory; }
 

@@ -192,7 +192,7 @@ TEST_F(PsdFile, RecordsFollowTheTree) {
 TEST_F(PsdFile, ReadersSeeOurPicture) {
     for (const bool bColor : {true, false, true}) {
         m_spCanvas = CreateCanvas({263, 101}, bColor); // rows of more than one packet
-        FillRandomTree(m_spCanvas, 20, m_random, true);
+        FillRandomTree(m_spCanvas, 20, m_random);
         EXPECT_LT(DifferenceIn(Export()), 5);
         const std::string strFile = m_files.m_mapFiles[L"page.PSD"];
         m_spCanvas->ConvertColorMode(!bColor, bColor);

@@ -22,7 +22,7 @@ std::vector<uint8_t> FreshPixels(const boost::shared_ptr<CCanvasBuffer>& spCanva
 
 class LayerPicture : public testing::TestWithParam<unsigned> {
 protected:
-    void SetUp() override { FillRandomTree(m_spCanvas, 12, m_random, true); }
+    void SetUp() override { FillRandomTree(m_spCanvas, 12, m_random); }
 
     std::mt19937 m_random{GetParam()};
     boost::shared_ptr<CCanvasBuffer> m_spCanvas = CreateCanvas(SIZE);
@@ -255,7 +255,7 @@ TEST(LayerMove, GoesBetweenParentsAndBack) {
 TEST(ColorMode, IsOneUndoStepThatKeepsOlderStepsValid) {
     const auto spCanvas = CreateCanvas(SIZE);
     std::mt19937 random(5);
-    FillRandomTree(spCanvas, 8, random, false);
+    FillRandomTree(spCanvas, 8, random);
     const TLayerPtr spFirst = spCanvas->GetRoot().GetChildren().front();
     spFirst->SetOpacity(99, true);
     spCanvas->SetTitle(L"page");

@@ -1,0 +1,240 @@
+// Drags of a path's points, and what the pointer finds.
+#include "tests/support/Paths.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+namespace {
+
+using TLivePoint = boost::shared_ptr<CDualValue<CPoint>>;
+
+// Moves the live state of a drag copy and lets go.
+void Drag(const TLivePoint& spCopy, CPoint pt) { (*spCopy)[STATE_LIVE] = pt; }
+void DragBy(const TLivePoint& spCopy, CPoint pt) { (*spCopy)[STATE_LIVE] = (*spCopy)[STATE_LIVE] + pt; }
+
+TPathPick PickAt(CPoint pt) {
+    return {[](CPoint p) { return p; }, pt, pt};
+}
+
+struct TCapture : IPathDevice {
+    void Line(CPoint, CPoint, TColor, bool) override {}
+    void Square(CPoint center, int, TColor, TColor) override { vSquares.push_back(center); }
+    void PolyBezier(const std::vector<CPoint>& vPoints, TColor) override { vCurves.push_back(vPoints); }
+    std::vector<CPoint> vSquares;
+    std::vector<std::vector<CPoint>> vCurves;
+};
+
+} // namespace
+
+TEST(PathDrag, ASymmetricHandleTurnsTheOther) {
+    auto spPoint = boost::make_shared<CPathControlPoint>(CPoint{100, 100});
+    spPoint->SetBack(CDualValue<CPoint>({-30, -40}));
+    spPoint->SetFore(CDualValue<CPoint>({59, 11})); // a little more than 60 long
+    Drag(spPoint->DragBackHandle(true), {0, -100});
+    EXPECT_EQ(spPoint->GetFore(STATE_LIVE), (CPoint{0, 60}));
+    EXPECT_EQ(spPoint->GetBack(STATE_LIVE), (CPoint{0, -100}));
+    EXPECT_EQ(spPoint->GetFore(STATE_COMMITTED), (CPoint{59, 11}));
+    EXPECT_EQ(spPoint->GetBack(STATE_COMMITTED), (CPoint{-30, -40}));
+    (*spPoint->DragBackHandle(true))[STATE_COMMITTED] = {-80, 60};
+    for (const size_t state : {STATE_COMMITTED, STATE_LIVE})
+        EXPECT_EQ(spPoint->GetFore(state), (CPoint{48, -36}));
+    Drag(spPoint->DragForeHandle(false), {7, 7});
+    EXPECT_EQ(spPoint->GetBack(STATE_COMMITTED), (CPoint{-80, 60}));
+    spPoint->DragForeHandle(true)->Set({});
+    EXPECT_FALSE(spPoint->HasFore());
+    EXPECT_EQ(spPoint->GetBack(STATE_COMMITTED), (CPoint{-80, 60}));
+    // A missing handle is made, and goes again when nothing comes of it.
+    TLivePoint spCopy = spPoint->DragForeHandle(true);
+    EXPECT_TRUE(spPoint->HasFore() && *spCopy == CDualValue<CPoint>());
+    spCopy.reset();
+    EXPECT_FALSE(spPoint->HasFore());
+    // A drag keeps its point alive; handles travel with the anchor.
+    Drag(spPoint->DragAnchorPoint(false), {5, 6});
+    EXPECT_EQ(spPoint->At(STATE_LIVE).anchor + spPoint->At(STATE_LIVE).back, (CPoint{5, -94}));
+    spCopy = spPoint->DragAnchorPoint(false);
+    const boost::weak_ptr<CPathControlPoint> wpPoint = spPoint;
+    spPoint.reset();
+    EXPECT_FALSE(wpPoint.expired());
+    spCopy.reset();
+    EXPECT_TRUE(wpPoint.expired());
+}
+
+TEST(PathDrag, WhatIsCommittedStaysWhileLiveValuesAreDragged) {
+    struct TDrag {
+        const char* pszWhat;
+        std::function<void(COpenPathStream&)> fnDo;
+    };
+    const auto anchor = [](COpenPathStream& s, int n) { return *std::next(s.GetControlPoints().begin(), n); };
+    const auto begin = [](COpenPathStream& s) {
+        return boost::dynamic_pointer_cast<COpenPathRoundTerm>(s.GetTerm(true));
+    };
+    const auto end = [](COpenPathStream& s) {
+        return boost::dynamic_pointer_cast<COpenPathFlatTerm>(s.GetTerm(false));
+    };
+    for (const auto& [pszWhat, fnDo] : {
+             TDrag{"anchor",
+                   [&](auto& s) {
+                       DragBy(anchor(s, 1)->DragAnchorPoint(false), {30, 9});
+                   }},
+             {"handle",
+              [&](auto& s) {
+                  DragBy(anchor(s, 1)->DragBackHandle(true), {30, 90});
+              }},
+             {"new handle",
+              [&](auto& s) {
+                  DragBy(anchor(s, 2)->DragBackHandle(true), {0, -99});
+              }},
+             {"width mark",
+              [&](auto& s) {
+                  Drag(s.GetWidthPoints()[0]->DragAnchorPoint(false), {90, 80});
+              }},
+             {"both widths",
+              [&](auto& s) {
+                  DragBy(s.GetWidthPoints()[0]->DragHandleImpl(true, true), {200, -300});
+              }},
+             {"left width", [&](auto& s) { (*s.GetWidthPoints()[0]->LeftHandle())[STATE_LIVE] = 9; }},
+             {"right width", [&](auto& s) { (*s.GetWidthPoints()[1]->RightHandle())[STATE_LIVE] = 70; }},
+             {"cut",
+              [&](auto& s) {
+                  Drag(s.GetTransPoints()[1]->DragAnchorPoint(false), {790, 380});
+              }},
+             {"cut's angle",
+              [&](auto& s) {
+                  DragBy(s.GetTransPoints()[1]->DragHandleImpl(), {0, 500});
+              }},
+             {"round end",
+              [&](auto& s) {
+                  DragBy(begin(s)->DragGrowHandle(false), {-90, 0});
+              }},
+             {"round end's reach", [&](auto& s) { (*begin(s)->GrowHandle())[STATE_LIVE] = 5; }},
+             {"flat end",
+              [&](auto& s) {
+                  DragBy(end(s)->DragHandleImpl(true, true), {90, 200});
+              }},
+             {"flat end's width", [&](auto& s) { (*end(s)->LeftHandle())[STATE_LIVE] = 60; }},
+         }) {
+        const auto spPath = MakeStroke();
+        COpenPathStream& stream = spPath->GetStream();
+        const TBytes vBytes = BytesOf(*spPath);
+        const CRect rc = spPath->RectIncludingPath();
+        const auto vOutline = stream.GetOutline(STATE_COMMITTED);
+        fnDo(stream);
+        spPath->UpdateDrag();
+        EXPECT_NE(stream.GetOutline(STATE_LIVE), vOutline) << pszWhat;
+        EXPECT_EQ(stream.GetOutline(STATE_COMMITTED), vOutline) << pszWhat;
+        spPath->Update();
+        EXPECT_NE(stream.GetOutline(STATE_LIVE), vOutline) << pszWhat;
+        EXPECT_EQ(stream.GetOutline(STATE_COMMITTED), vOutline) << pszWhat;
+        EXPECT_EQ(spPath->RectIncludingPath(), rc) << pszWhat;
+        EXPECT_EQ(BytesOf(*spPath), vBytes) << pszWhat;
+    }
+}
+
+TEST(PathDrag, WidthsAreMultiplesInsideAndDistancesOutside) {
+    const auto spPath = MakeLevelStroke(3);
+    COpenPathStream& stream = spPath->GetStream();
+    const auto spMark = stream.AddWidthPoint(0x8000);
+    const auto spOther = stream.AddWidthPoint(0x14000);
+    spPath->Update();
+    spMark->LeftHandle()->Set(50);
+    EXPECT_EQ(spMark->GetMultiple(SIDE_LEFT)[STATE_COMMITTED], 0x14000u);
+    spMark->RightHandle()->Set(1);
+    EXPECT_EQ(spMark->GetMultiple(SIDE_RIGHT)[STATE_COMMITTED], 1638u); // 1638.4
+    spMark->SetMultiple(SIDE_LEFT, CDualValue<uint32_t>(0xCCD));
+    EXPECT_EQ((*spMark->LeftHandle())[STATE_LIVE], 2u); // 2.0005
+    // Marks stand at ten times the width: above the path on the left.
+    Drag(spMark->DragHandleImpl(true, false), {123, -250});
+    EXPECT_EQ(spMark->GetWidth(SIDE_LEFT, STATE_LIVE), 25u);
+    EXPECT_EQ(spMark->GetWidth(SIDE_RIGHT, STATE_LIVE), 1u);
+    Drag(spMark->DragHandleImpl(false, true), {400, 300});
+    EXPECT_EQ(spMark->GetWidth(SIDE_LEFT, STATE_LIVE), 30u);
+    EXPECT_EQ(spMark->GetWidth(SIDE_RIGHT, STATE_LIVE), 30u);
+    Drag(spMark->DragHandleImpl(false, false), {400, -300});
+    EXPECT_EQ(spMark->GetWidth(SIDE_RIGHT, STATE_LIVE), 0u);
+    // Marks do not pass each other; cuts go anywhere on the path.
+    Drag(spMark->DragAnchorPoint(false), {1600, 50});
+    EXPECT_EQ(spMark->GetParameter()[STATE_LIVE], 0x14000u);
+    EXPECT_EQ(spMark->GetParameter()[STATE_COMMITTED], 0x8000u);
+    (*spOther->DragAnchorPoint(false))[STATE_COMMITTED] = {100, 0};
+    EXPECT_EQ(spOther->GetParameter()[STATE_COMMITTED], 0x8000u);
+    const auto spCut = stream.AddTransPoint(0x8000);
+    spPath->Update();
+    Drag(spCut->DragAnchorPoint(false), {1700, 50});
+    EXPECT_EQ(spCut->GetParameter()[STATE_LIVE], 0x20000u);
+    spCut->SetParameter(CDualValue<uint32_t>(0x8000));
+    spPath->Update();
+    Drag(spCut->DragHandleImpl(), {500, -100});
+    EXPECT_EQ(spCut->GetAngle()[STATE_LIVE], 45u);
+    (*spCut->DragHandleImpl())[STATE_COMMITTED] = {300, -100};
+    EXPECT_EQ(spCut->GetAngle()[STATE_COMMITTED], 135u);
+}
+
+TEST(PathDrag, EndsFollowTheirMarks) {
+    const auto spPath = MakeLevelStroke(2);
+    const auto spRound = boost::make_shared<COpenPathRoundTerm>(true);
+    const auto spFlat = boost::make_shared<COpenPathFlatTerm>(false);
+    spPath->GetStream().SetTerm(spRound);
+    spPath->GetStream().SetTerm(spFlat);
+    spPath->Update();
+    Drag(spRound->DragGrowHandle(false), {-300, 80});
+    EXPECT_EQ(spRound->GetGrow()[STATE_LIVE], 0x18000u);
+    EXPECT_EQ(spRound->GetGrow()[STATE_COMMITTED], FIXED_ONE);
+    spRound->GrowHandle()->Set(20);
+    EXPECT_EQ(spRound->GetGrow()[STATE_COMMITTED], 0x8000u);
+    Drag(spFlat->DragHandleImpl(true, false), {1100, -300}); // 424 away
+    EXPECT_EQ(spFlat->GetAngle()[STATE_LIVE], 45u);
+    EXPECT_EQ(spFlat->LeftPair()[STATE_LIVE], 42u);
+    EXPECT_EQ(spFlat->RightPair()[STATE_LIVE], 40u);
+    Drag(spFlat->DragHandleImpl(false, true), {800, 600});
+    EXPECT_EQ(spFlat->GetAngle()[STATE_LIVE], 90u);
+    EXPECT_EQ(spFlat->LeftPair()[STATE_LIVE], 60u);
+    EXPECT_EQ(spFlat->RightPair()[STATE_LIVE], 60u);
+    spFlat->LeftHandle()->Set(0);
+    EXPECT_EQ(spFlat->GetMultiple(SIDE_LEFT)[STATE_COMMITTED], 10u);
+}
+
+TEST(PathDrag, ThePointerFindsTheTopmostPlace) {
+    const auto spPath = MakeLevelStroke(3);
+    COpenPathStream& stream = spPath->GetStream();
+    const auto spMiddle = *std::next(stream.GetControlPoints().begin());
+    spMiddle->SetFore(CDualValue<CPoint>({200, 0}));
+    const auto spMark = stream.AddWidthPoint(0x10000);
+    const auto spCut = stream.AddTransPoint(0x8000);
+    stream.SetTerm(CreateOpenPathTerm(TERM_ROUND, true));
+    stream.SetTerm(CreateOpenPathTerm(TERM_FLAT, false));
+    spPath->Update();
+    const auto expectHit = [&](CPoint pt, EPathHit kind,
+                               const boost::shared_ptr<CPathControlPointBase>& spPoint) {
+        const TPathHit hit = spPath->HitTest(PickAt(pt));
+        EXPECT_EQ(hit.kind, kind) << pt.x << ' ' << pt.y;
+        EXPECT_EQ(hit.spPoint, spPoint) << pt.x << ' ' << pt.y;
+    };
+    expectHit({804, -4}, HIT_ANCHOR, spMiddle);
+    expectHit({805, -405}, HIT_NONE, {});
+    expectHit({1000, 0}, HIT_FORE, spMiddle);
+    expectHit({800, -400}, HIT_LEFT, spMark);
+    expectHit({800, 400}, HIT_RIGHT, spMark);
+    expectHit({400, 0}, HIT_ANCHOR, spCut);
+    expectHit({400, -400}, HIT_ANGLE, spCut);
+    expectHit({-200, 0}, HIT_GROW, stream.GetTerm(true));
+    expectHit({1600, -400}, HIT_LEFT, stream.GetTerm(false));
+    expectHit({1600, 400}, HIT_RIGHT, stream.GetTerm(false));
+    expectHit({600, 4}, HIT_PATH, {});
+    expectHit({600, 5}, HIT_NONE, {});
+    // Only what is asked for; under the anchor lies the width mark.
+    EXPECT_EQ(spPath->HitTestEx(PickAt({800, 0}), false, true, false, false).spPoint, spMark);
+    EXPECT_FALSE(spPath->HitTestEx(PickAt({-200, 0}), true, true, true, false));
+    EXPECT_FALSE(spPath->HitTestEx(PickAt({600, 0}), true, true, false, true));
+    EXPECT_EQ(spPath->HitTestEx(PickAt({1000, 0}), true, false, true, true).kind, HIT_PATH);
+    // All of these are drawn where they are found.
+    TCapture device;
+    TPathSelection selection;
+    selection.bAllHandles = true;
+    spPath->DrawOutline(
+        device, [](CPoint pt) { return pt; }, selection, 0, true);
+    EXPECT_EQ(device.vCurves.size(), 1 + stream.GetOutline(STATE_LIVE).size());
+    EXPECT_EQ(device.vSquares.size(), 12u);
+    for (const CPoint pt : device.vSquares)
+        EXPECT_TRUE(spPath->HitTestEx(PickAt(pt), true, true, false, true));
+}

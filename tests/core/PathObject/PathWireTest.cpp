@@ -1,0 +1,136 @@
+// Paths as bytes: as their page shows them, in every version, and broken ones.
+#include "core/Base/Failure.h"
+#include "core/PathObject/PathObjectFactory.h"
+#include "tests/support/Paths.h"
+#include "tests/support/ProjectBytes.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+// Where the values of MakeStroke's payload stand.
+enum : size_t {
+    AT_WIDTH = 0,
+    AT_BEGIN = 12,
+    AT_WAVE = 20,
+    AT_WAVE_WIDTH = 25,
+    AT_ANCHORS = 41,
+    AT_ANCHOR = 57,
+    AT_HANDLE = 73,
+    AT_MARK = 165,
+    AT_LEFT = 169,
+    AT_FLAT = 269,
+};
+
+boost::shared_ptr<CPathObject> Read(uint32_t uTag, uint32_t uVersion, const TBytes& vPayload) {
+    CSerializer chunk;
+    chunk.SetTag(uTag, uVersion);
+    chunk.WriteBytes(vPayload.data(), vPayload.size());
+    CDeserializer reader = OpenChunk(FileOf(chunk));
+    const auto spPath = CreatePathObjectByTag(uTag);
+    spPath->Deserialize(reader);
+    return spPath;
+}
+
+boost::shared_ptr<COpenPathObject> ReadStroke(const TBytes& vPayload, uint32_t uVersion = 1) {
+    return boost::dynamic_pointer_cast<COpenPathObject>(Read(COpenPathStream::CHUNK_TAG, uVersion, vPayload));
+}
+
+// MakeStroke's payload with one value replaced.
+TBytes With(size_t nAt, uint32_t u) {
+    TBytes vBytes = BytesOf(*MakeStroke());
+    for (size_t n = 0; n < 4; ++n) vBytes[nAt + n] = static_cast<uint8_t>(u >> (24 - 8 * n));
+    return vBytes;
+}
+
+} // namespace
+
+TEST(PathWire, PathsAreAsTheirPageShowsThem) {
+    const auto spStroke = MakeStroke();
+    CClosedPathObject shape;
+    AddAnchor(shape.GetStream(), {8, 16});
+    AddAnchor(shape.GetStream(), {808, 16}, {-240, 0}, {-1, 240});
+    EXPECT_EQ(FileOf(spStroke->Serialize()), ListedBytes("A stroke"));
+    EXPECT_EQ(FileOf(shape.Serialize()), ListedBytes("A filled shape"));
+    const auto spRead = ReadStroke(BytesOf(*spStroke));
+    EXPECT_EQ(BytesOf(*spRead), BytesOf(*spStroke));
+    for (const size_t state : {STATE_COMMITTED, STATE_LIVE})
+        EXPECT_EQ(spRead->GetStream().GetOutline(state), spStroke->GetStream().GetOutline(state));
+}
+
+TEST(PathWire, OtherVersionsAreRead) {
+    const auto spStroke = MakeStroke();
+    spStroke->GetStream().SetWave(true, {16, 7});
+    const TBytes vBytes = BytesOf(*spStroke);
+    EXPECT_EQ(BytesOf(*ReadStroke(vBytes, 9)), vBytes);
+    TBytes vOld = vBytes;
+    vOld.erase(vOld.begin() + AT_WAVE, vOld.begin() + AT_WAVE + 9);
+    const auto spOld = ReadStroke(vOld, 0);
+    EXPECT_EQ(BytesOf(*spOld), BytesOf(*MakeStroke())); // off, 32, 4
+}
+
+TEST(PathWire, AbsentAndOddValuesAreRead) {
+    const auto hasFore = [](const TBytes& v) {
+        return ReadStroke(v)->GetStream().GetControlPoints().front()->HasFore();
+    };
+    EXPECT_TRUE(hasFore(With(AT_HANDLE, 1)));
+    EXPECT_FALSE(hasFore(With(AT_HANDLE, 0)));
+    EXPECT_FALSE(hasFore(With(AT_HANDLE, 0xFFFFFFFF)));
+    const auto spNone = ReadStroke(With(AT_LEFT, 0xFFFFFFFF));
+    const auto spMark = spNone->GetStream().GetWidthPoints().front();
+    EXPECT_FALSE(spMark->HasSide(SIDE_LEFT));
+    EXPECT_EQ(spMark->GetWidth(SIDE_LEFT, STATE_COMMITTED), 0u);
+    EXPECT_EQ(BytesOf(*spNone), With(AT_LEFT, 0xFFFFFFFF));
+    EXPECT_EQ(*spMark->LeftHandle(), CDualValue<uint32_t>(0));
+    EXPECT_TRUE(spMark->HasSide(SIDE_LEFT));
+    EXPECT_EQ(BytesOf(*ReadStroke(With(AT_MARK, 0xFFFFFFFF))), With(AT_MARK, 0x20000)); // the path's end
+    EXPECT_EQ(BytesOf(*ReadStroke(With(AT_FLAT, 3))), With(AT_FLAT, 10));
+    // As far out as a path may be.
+    TBytes vFar = With(AT_ANCHOR, 0xFF800000);
+    EXPECT_EQ(BytesOf(*ReadStroke(vFar)), vFar);
+}
+
+TEST(PathWire, BrokenPathsAreRefused) {
+    const TBytes vWhole = BytesOf(*MakeStroke());
+    for (const auto& [nAt, u] : std::vector<std::pair<size_t, uint32_t>>{{AT_WIDTH, 0x100001},
+                                                                         {4, 0x7FFFFFFF},
+                                                                         {4, 1},
+                                                                         {8, 0xFFFFFFFF},
+                                                                         {8, 3},
+                                                                         {AT_BEGIN, 0},
+                                                                         {AT_BEGIN, 4},
+                                                                         {AT_BEGIN, TERM_FLAT},
+                                                                         {AT_WAVE_WIDTH, 0x100001},
+                                                                         {AT_ANCHORS, 2},
+                                                                         {AT_ANCHORS, 0xFFFFFFFF},
+                                                                         {AT_ANCHOR, 0x800001},
+                                                                         {AT_ANCHOR, 0xFF7FFFFF},
+                                                                         {AT_HANDLE, 0x800001}})
+        EXPECT_THROW(ReadStroke(With(nAt, u)), deserialize_error) << nAt << ' ' << u;
+    for (size_t n = 0; n < vWhole.size(); n += 3)
+        EXPECT_THROW(ReadStroke(TBytes(vWhole.begin(), vWhole.begin() + static_cast<ptrdiff_t>(n))),
+                     deserialize_error)
+            << n;
+    EXPECT_THROW(Read(CPathControlPoint::CHUNK_TAG, 0, {}), deserialize_error);
+    EXPECT_THROW(Read(CClosedPathStream::CHUNK_TAG, 0, vWhole), deserialize_error);
+}
+
+TEST(PathWire, SmallPathsCannotTakeGigabytes) {
+    COpenPathObject wave;
+    for (int32_t n = 0; n < 40; ++n) AddAnchor(wave.GetStream(), {n % 2 ? 0x20000 : 0, n});
+    wave.GetStream().SetWave(true, {1, 1});
+    EXPECT_THROW(ReadStroke(BytesOf(wave)), deserialize_error);
+    wave.GetStream().SetWave(false, {1, 1});
+    EXPECT_EQ(BytesOf(*ReadStroke(BytesOf(wave))), BytesOf(wave));
+    // Parameters number no more anchors.
+    CClosedPathStream shape;
+    for (int n = 0; n < 0xFFFF; ++n) shape.AppendControlPoint({n, n});
+    EXPECT_THROW(shape.AppendControlPoint({}), internal_error);
+    TBytes vBytes = shape.Serialize().GetPayload();
+    EXPECT_EQ(Read(CClosedPathStream::CHUNK_TAG, 0, vBytes)->GetStream().ControlPointCount(), 0xFFFFu);
+    vBytes.insert(vBytes.end(), vBytes.end() - 36, vBytes.end());
+    vBytes[13] = 1, vBytes[14] = vBytes[15] = 0; // one more
+    const uint32_t uLength = static_cast<uint32_t>(vBytes.size()) - 12;
+    for (size_t n = 0; n < 4; ++n) vBytes[8 + n] = static_cast<uint8_t>(uLength >> (24 - 8 * n));
+    EXPECT_THROW(Read(CClosedPathStream::CHUNK_TAG, 0, vBytes), deserialize_error);
+}
