@@ -37,6 +37,17 @@ bool Touch(const CRect& a, const CRect& b) {
     return a.left <= b.right && b.left <= a.right && a.top <= b.bottom && b.top <= a.bottom;
 }
 
+// True when the curves' control points lie so far apart that no pieces of them can touch. Pieces stay inside
+// their curve's points but for what each split rounds, less than two units.
+bool AreApart(const CBezier& a, const CBezier& b) {
+    constexpr int64_t ROUNDING = 4 * PIECES;
+    const CRect rcA = BoxOf(&a.p0, &a.p3 + 1);
+    const CRect rcB = BoxOf(&b.p0, &b.p3 + 1);
+    const auto apart = [](int32_t nEnd, int32_t nBegin) { return int64_t{nBegin} - nEnd > ROUNDING; };
+    return apart(rcA.right, rcB.left) || apart(rcB.right, rcA.left) || apart(rcA.bottom, rcB.top) ||
+           apart(rcB.bottom, rcA.top);
+}
+
 std::array<TPiece, PIECES> Cut(CBezier bez) {
     std::array<TPiece, PIECES> aPieces;
     for (uint32_t i = 0; i < PIECES; ++i) {
@@ -88,6 +99,7 @@ std::optional<std::pair<uint32_t, uint32_t>> FindChords(TPiece& a, TPiece& b) {
 } // namespace
 
 std::optional<TCrossing> FindCrossing(const CBezier& a, const CBezier& b) {
+    if (AreApart(a, b)) return {};
     auto aPiecesA = Cut(a);
     auto aPiecesB = Cut(b);
     const auto fractionOf = [](uint32_t uPiece, uint32_t uChord) {

@@ -7,14 +7,16 @@
 
 #include <algorithm>
 #include <map>
+#include <optional>
 
 namespace {
 
 constexpr uint32_t VERSION = 1; ///< 0 had no wave
 constexpr uint32_t WAVE_STEP = 32;
 constexpr uint32_t WAVE_WIDTH = 4;
-/// Outline points that a width point brings, three on each side, each with two handles.
-constexpr uint64_t OUTLINE_BYTES = 2 * 3 * 3 * sizeof(CPoint);
+/// Bytes counted for a wave's width point, a third of what it takes: a hand's stroke brings so much in the
+/// file that no honest document comes near the limit.
+constexpr uint64_t WAVE_POINT_BYTES = 2 * 3 * sizeof(CPoint);
 
 uint32_t ReadWidth(CDeserializer& reader) {
     const auto uWidth = static_cast<uint32_t>(reader.ReadInt32());
@@ -88,7 +90,8 @@ struct TRemoval {
 } // namespace
 
 COpenPathStream::COpenPathStream()
-    : m_spBegin(CreateOpenPathTerm(TERM_SHARP, true)),
+    : m_aspOutline{boost::make_shared<const TOutlines>(), boost::make_shared<const TOutlines>()},
+      m_spBegin(CreateOpenPathTerm(TERM_SHARP, true)),
       m_spEnd(CreateOpenPathTerm(TERM_SHARP, false)), m_wave{WAVE_STEP, WAVE_WIDTH} {}
 
 std::vector<TOutlineWidth> COpenPathStream::GetWidths(size_t state, uint32_t tLast) const {
@@ -106,26 +109,33 @@ void COpenPathStream::RefreshCaches(size_t state) {
     if (m_lstControlPoint.empty()) return;
     const auto vSegments = GetSegments(state);
     const auto tLast = static_cast<uint32_t>(vSegments.size()) * BEZIER_T_RESOLUTION;
+    const auto placeAt = [&](uint32_t t) {
+        return vSegments.empty() ? TLinePlace{m_lstControlPoint.front()->GetAnchor()[state], {}}
+                                 : PlaceOnLine(vSegments, t);
+    };
     for (const auto& spPoint : m_vWidth) {
         spPoint->SetBaseWidth(m_uWidth);
-        const uint32_t t = spPoint->GetParameter()[state];
-        spPoint->SetPlace(state, PointAt(t, state), TangentAt(t, state));
+        const auto [point, tangent] = placeAt(spPoint->GetParameter()[state]);
+        spPoint->SetPlace(state, point, tangent);
     }
     const auto vWidths = GetWidths(state, tLast);
+    std::optional<CPathLengths> lengths;
+    if (!m_vTrans.empty()) lengths.emplace(vSegments);
     for (const auto& spPoint : m_vTrans) {
         const uint32_t t = std::min(spPoint->GetParameter()[state], tLast);
-        spPoint->SetPlace(state, PointAt(t, state), TangentAt(t, state));
-        spPoint->SetWidths(state, WidthAt(vSegments, vWidths, m_uWidth, t, SIDE_LEFT),
-                           WidthAt(vSegments, vWidths, m_uWidth, t, SIDE_RIGHT));
+        const auto [point, tangent] = placeAt(t);
+        spPoint->SetPlace(state, point, tangent);
+        spPoint->SetWidths(state, WidthAt(*lengths, vWidths, m_uWidth, t, SIDE_LEFT),
+                           WidthAt(*lengths, vWidths, m_uWidth, t, SIDE_RIGHT));
     }
-    const auto placeTerm = [&](COpenPathTermBase& term, uint32_t t) {
-        const CPoint tangent = TangentAt(t, state);
-        term.SetPlace(state, PointAt(t, state), term.IsBegin() ? CPoint{-tangent.x, -tangent.y} : tangent,
-                      WidthAt(vSegments, vWidths, m_uWidth, t, SIDE_LEFT),
-                      WidthAt(vSegments, vWidths, m_uWidth, t, SIDE_RIGHT));
+    const TOutlineWidth plain{0, {m_uWidth, m_uWidth}};
+    const auto placeTerm = [&](COpenPathTermBase& term, uint32_t t, const TOutlineWidth& nearest) {
+        const auto [point, tangent] = placeAt(t);
+        term.SetPlace(state, point, term.IsBegin() ? CPoint{-tangent.x, -tangent.y} : tangent,
+                      nearest.auWidth[SIDE_LEFT], nearest.auWidth[SIDE_RIGHT]);
     };
-    placeTerm(*m_spBegin, 0);
-    placeTerm(*m_spEnd, tLast);
+    placeTerm(*m_spBegin, 0, vWidths.empty() ? plain : vWidths.front());
+    placeTerm(*m_spEnd, tLast, vWidths.empty() ? plain : vWidths.back());
 }
 
 TOutlineSource COpenPathStream::GetSource(size_t state) const {
@@ -148,7 +158,7 @@ void COpenPathStream::Rebuild(size_t state) {
     const CTermAtState end(*m_spEnd, state);
     source.pBegin = &begin;
     source.pEnd = &end;
-    m_avOutline[state] = BuildOutline(source);
+    m_aspOutline[state] = boost::make_shared<const TOutlines>(BuildOutline(source));
 }
 
 bool COpenPathStream::AreStatesEqual() const {
@@ -164,7 +174,7 @@ void COpenPathStream::Update() {
     RefreshCaches(STATE_LIVE);
     Rebuild(STATE_COMMITTED);
     if (AreStatesEqual()) {
-        m_avOutline[STATE_LIVE] = m_avOutline[STATE_COMMITTED];
+        m_aspOutline[STATE_LIVE] = m_aspOutline[STATE_COMMITTED];
         return;
     }
     Rebuild(STATE_LIVE);
@@ -178,13 +188,13 @@ void COpenPathStream::UpdateDrag() {
 CRect COpenPathStream::RectIncludingPath() const {
     if (m_lstControlPoint.empty()) throw internal_error(L"RectIncludingPath: zero anchor");
     CRect rc;
-    for (const TPolyBezier& vCurve : m_avOutline[STATE_COMMITTED]) rc = rc.Union(BezierBounds(vCurve));
+    for (const TPolyBezier& vCurve : GetOutline(STATE_COMMITTED)) rc = rc.Union(BezierBounds(vCurve));
     return rc;
 }
 
 void COpenPathStream::RasterizePath(CPathFill& fill, CSize szPlane, CAlphaBlock8& tile) const {
     if (m_lstControlPoint.empty()) throw internal_error(L"RasterizePath: zero anchor");
-    for (const TPolyBezier& vCurve : m_avOutline[STATE_COMMITTED]) fill.FillTile(vCurve, {{}, szPlane}, tile);
+    for (const TPolyBezier& vCurve : GetOutline(STATE_COMMITTED)) fill.FillTile(vCurve, {{}, szPlane}, tile);
 }
 
 void COpenPathStream::DrawOutline(IPathDevice& device, const TPathMapper& mapper,
@@ -195,7 +205,7 @@ void COpenPathStream::DrawOutline(IPathDevice& device, const TPathMapper& mapper
     };
     drawCurve(BezierPoints(STATE_LIVE));
     if (bOutline)
-        for (const TPolyBezier& vCurve : m_avOutline[STATE_LIVE]) drawCurve(vCurve);
+        for (const TPolyBezier& vCurve : GetOutline(STATE_LIVE)) drawCurve(vCurve);
     for (const auto& spPoint : m_vTrans) spPoint->Draw(device, mapper, selection);
     for (const auto& spPoint : m_vWidth) spPoint->Draw(device, mapper, selection);
     m_spBegin->Draw(device, mapper, selection);
@@ -260,7 +270,7 @@ void COpenPathStream::Deserialize(CDeserializer& reader) {
     reader.ExpectEnd();
     // A few bytes can ask for an outline of millions of points.
     if (m_bWave && m_wave.uWidth != 0)
-        reader.Claim(CountWaveWidths(GetSource(STATE_COMMITTED)) * OUTLINE_BYTES);
+        reader.Claim(CountWaveWidths(GetSource(STATE_COMMITTED)) * WAVE_POINT_BYTES);
 }
 
 boost::shared_ptr<TPathSnapshot> COpenPathStream::CreateSnapshot() const {

@@ -9,6 +9,7 @@
 class COpenPathStream : public CPathStreamImpl<COpenPathControlPoint> {
 public:
     static constexpr uint32_t CHUNK_TAG = MakeTag("POOP");
+    using TOutlines = std::vector<TPolyBezier>;
     using TWidthPoints = std::vector<boost::shared_ptr<CPathWidthControlPoint>>;
     using TTransPoints = std::vector<boost::shared_ptr<CPathTransControlPoint>>;
 
@@ -29,7 +30,7 @@ public:
     std::pair<uint32_t, uint32_t> GetWidthNeighbours(uint32_t t, size_t state) const override;
 
     /// The outlines of a state, one a visible stretch.
-    const std::vector<TPolyBezier>& GetOutline(size_t state) const { return m_avOutline[state]; }
+    const TOutlines& GetOutline(size_t state) const { return *m_aspOutline[state]; }
     /// Base half-width.
     uint32_t GetWidth() const { return m_uWidth; }
     void SetWidth(uint32_t uWidth) { m_uWidth = uWidth; }
@@ -63,7 +64,7 @@ private:
     boost::shared_ptr<CPathWidthControlPoint> MakeWidthPoint(uint32_t t) const;
     boost::shared_ptr<CPathTransControlPoint> MakeTransPoint(uint32_t t) const;
 
-    std::array<std::vector<TPolyBezier>, 2> m_avOutline;
+    std::array<boost::shared_ptr<const TOutlines>, 2> m_aspOutline; ///< one object while the states are alike
     TWidthPoints m_vWidth;
     uint32_t m_uWidth = 8;
     TTransPoints m_vTrans;

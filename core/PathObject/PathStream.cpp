@@ -25,18 +25,19 @@ std::pair<size_t, uint32_t> PlaceOf(size_t nSegments, uint32_t t) {
 
 } // namespace
 
+TLinePlace PlaceOnLine(const std::vector<CBezier>& vSegments, uint32_t t) {
+    const auto [idx, f] = PlaceOf(vSegments.size(), t);
+    return {vSegments[idx].PointAt(f), vSegments[idx].TangentAt(f)};
+}
+
 CPoint CPathStream::PointAt(uint32_t t, size_t state) const {
     const auto vSegments = GetSegments(state);
-    if (vSegments.empty()) return BezierPoints(state).front();
-    const auto [idx, f] = PlaceOf(vSegments.size(), t);
-    return vSegments[idx].PointAt(f);
+    return vSegments.empty() ? BezierPoints(state).front() : PlaceOnLine(vSegments, t).point;
 }
 
 CPoint CPathStream::TangentAt(uint32_t t, size_t state) const {
     const auto vSegments = GetSegments(state);
-    if (vSegments.empty()) return {};
-    const auto [idx, f] = PlaceOf(vSegments.size(), t);
-    return vSegments[idx].TangentAt(f);
+    return vSegments.empty() ? CPoint{} : PlaceOnLine(vSegments, t).tangent;
 }
 
 TPathPlace CPathStream::SearchNearPointOnPath(CPoint pt, size_t state) const {

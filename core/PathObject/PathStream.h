@@ -60,6 +60,13 @@ public:
     }
 };
 
+/// The place at a parameter and the direction there, of a line held as its segments, at least one.
+struct TLinePlace {
+    CPoint point;
+    CPoint tangent;
+};
+TLinePlace PlaceOnLine(const std::vector<CBezier>& vSegments, uint32_t t);
+
 /// What paths of anchors of the class `T` have in common.
 template <class T>
 class CPathStreamImpl : public CPathStream {

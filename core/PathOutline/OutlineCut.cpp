@@ -51,14 +51,15 @@ CPoint DirectionOf(const TPlacedCut& cut) {
 
 std::vector<TPlacedCut> PlaceCuts(const TOutlineSource& source) {
     const auto vSegments = SegmentsOf(source.vAnchors);
-    if (vSegments.empty()) return {};
+    if (vSegments.empty() || source.vCuts.empty()) return {};
+    const CPathLengths lengths(vSegments);
     std::vector<TPlacedCut> vCuts;
     for (const TOutlineCut& cut : source.vCuts) {
         const uint32_t t = std::min(cut.t, LastParameter(source.vAnchors));
         const size_t idx = std::min<size_t>(t / BEZIER_T_RESOLUTION, vSegments.size() - 1);
         const uint32_t f = t - static_cast<uint32_t>(idx) * BEZIER_T_RESOLUTION;
         const auto widthOf = [&](EPathSide side) {
-            return WidthAt(vSegments, source.vWidths, source.uWidth, t, side);
+            return WidthAt(lengths, source.vWidths, source.uWidth, t, side);
         };
         vCuts.push_back({vSegments[idx].PointAt(f),
                          vSegments[idx].TangentAt(f),

@@ -23,11 +23,12 @@ struct TPiece {
 class CPieceWalk {
 public:
     explicit CPieceWalk(const TSideSource& source)
-        : m_source(source), m_vSegments(SegmentsOf(source.vAnchors)), m_tLast(LastParameter(source.vAnchors)),
-          m_tNextWidthAt(source.vWidths.front().first), m_bezRest(m_vSegments.front()),
-          m_widthCurve(
-              source.pStart->WidthCurve(static_cast<int32_t>(PathLength(m_vSegments, 0, m_tNextWidthAt)),
-                                        static_cast<int32_t>(source.vWidths.front().second), source.side)) {}
+        : m_source(source), m_vSegments(SegmentsOf(source.vAnchors)), m_lengths(m_vSegments),
+          m_tLast(LastParameter(source.vAnchors)), m_tNextWidthAt(source.vWidths.front().first),
+          m_bezRest(m_vSegments.front()),
+          m_widthCurve(source.pStart->WidthCurve(static_cast<int32_t>(m_lengths.Between(0, m_tNextWidthAt)),
+                                                 static_cast<int32_t>(source.vWidths.front().second),
+                                                 source.side)) {}
 
     bool IsDone() const { return m_idxSegment == m_vSegments.size(); }
     uint32_t GetLast() const { return m_tLast; }
@@ -39,9 +40,8 @@ public:
         if (m_tNextWidthAt > tNextCtlAt) {
             // At the piece's own length: dividing by parameters would give segments of uneven length wrong
             // slopes.
-            const CPoint ptEnd =
-                CheckedAdd(m_widthCurve.p0,
-                           {static_cast<int32_t>(PathLength(m_vSegments, m_tNowBeginAt, piece.tEnd)), 0});
+            const CPoint ptEnd = CheckedAdd(
+                m_widthCurve.p0, {static_cast<int32_t>(m_lengths.Between(m_tNowBeginAt, piece.tEnd)), 0});
             const auto [head, tail] = m_widthCurve.Split(FractionAt(m_widthCurve, ptEnd.x));
             piece.width = head;
             m_widthCurve = tail;
@@ -92,11 +92,11 @@ private:
         const CPoint ptFrom = m_widthCurve.p3;
         if (m_idxWidth < vWidths.size()) {
             m_tNextWidthAt = vWidths[m_idxWidth].first;
-            m_widthCurve = EaseWidth(ptFrom, PathLength(m_vSegments, tFrom, m_tNextWidthAt),
+            m_widthCurve = EaseWidth(ptFrom, m_lengths.Between(tFrom, m_tNextWidthAt),
                                      static_cast<int32_t>(vWidths[m_idxWidth].second));
             return;
         }
-        const auto nLength = static_cast<int32_t>(PathLength(m_vSegments, tFrom, m_tLast));
+        const auto nLength = static_cast<int32_t>(m_lengths.Between(tFrom, m_tLast));
         const CBezier end = m_source.pEnd->WidthCurve(nLength, ptFrom.y, m_source.side);
         const int32_t nEnd = CheckedAdd(ptFrom, {nLength, 0}).x;
         const auto mirrored = [&](CPoint pt) { return CPoint{nEnd - pt.x, pt.y}; };
@@ -106,6 +106,7 @@ private:
 
     const TSideSource& m_source;
     std::vector<CBezier> m_vSegments;
+    CPathLengths m_lengths;
     uint32_t m_tLast;
     size_t m_idxSegment = 0;
     size_t m_idxWidth = 0; ///< the first width point that may lie ahead

@@ -31,32 +31,44 @@ uint32_t FractionAt(const CBezier& width, int32_t nLength) {
     return width.p0.x < nLength ? fAbove : 0;
 }
 
-uint32_t PathLength(const std::vector<CBezier>& vSegments, uint32_t tFirst, uint32_t tLast) {
-    uint64_t uSum = 0;
-    for (uint32_t t = tFirst; t < tLast;) {
-        const size_t idx = t / BEZIER_T_RESOLUTION;
-        if (idx >= vSegments.size()) break;
-        const uint32_t tBegin = static_cast<uint32_t>(idx) * BEZIER_T_RESOLUTION;
-        const uint32_t tEnd = std::min(tLast, tBegin + BEZIER_T_RESOLUTION);
-        const CBezier rest = vSegments[idx].Split(t - tBegin).second;
-        const uint32_t uWhole = tBegin + BEZIER_T_RESOLUTION - t;
-        uSum += rest.ArcLength(static_cast<uint32_t>(MulDiv(tEnd - t, BEZIER_T_RESOLUTION, uWhole)));
-        t = tEnd;
+CPathLengths::CPathLengths(const std::vector<CBezier>& vSegments) : m_vSegments(vSegments), m_vStarts{0} {
+    for (const CBezier& segment : vSegments) m_vStarts.push_back(m_vStarts.back() + segment.ArcLength());
+}
+
+uint32_t CPathLengths::Part(size_t idx, uint32_t fFirst, uint32_t fLast) const {
+    const CBezier rest = m_vSegments[idx].Split(fFirst).second;
+    return rest.ArcLength(
+        static_cast<uint32_t>(MulDiv(fLast - fFirst, BEZIER_T_RESOLUTION, BEZIER_T_RESOLUTION - fFirst)));
+}
+
+uint32_t CPathLengths::Between(uint32_t tFirst, uint32_t tLast) const {
+    const size_t nSegments = m_vSegments.size();
+    const size_t idxFirst = std::min<size_t>(tFirst / BEZIER_T_RESOLUTION, nSegments);
+    const size_t idxLast = std::min<size_t>(tLast / BEZIER_T_RESOLUTION, nSegments);
+    const uint32_t fFirst = idxFirst < nSegments ? tFirst % BEZIER_T_RESOLUTION : 0;
+    const uint32_t fLast = idxLast < nSegments ? tLast % BEZIER_T_RESOLUTION : 0;
+    if (idxFirst > idxLast || (idxFirst == idxLast && fFirst >= fLast)) return 0;
+    if (idxFirst == idxLast) return Part(idxFirst, fFirst, fLast);
+    uint64_t uSum = m_vStarts[idxLast] - m_vStarts[idxFirst];
+    if (fFirst != 0) {
+        uSum -= m_vStarts[idxFirst + 1] - m_vStarts[idxFirst];
+        uSum += Part(idxFirst, fFirst, BEZIER_T_RESOLUTION);
     }
+    if (fLast != 0) uSum += Part(idxLast, 0, fLast);
     return boost::numeric_cast<uint32_t>(uSum);
 }
 
-uint32_t WidthAt(const std::vector<CBezier>& vSegments, const std::vector<TOutlineWidth>& vWidths,
-                 uint32_t uWidth, uint32_t t, EPathSide side) {
+uint32_t WidthAt(const CPathLengths& lengths, const std::vector<TOutlineWidth>& vWidths, uint32_t uWidth,
+                 uint32_t t, EPathSide side) {
     if (vWidths.empty()) return uWidth;
     const auto itUpper =
         std::find_if(vWidths.begin(), vWidths.end(), [&](const auto& w) { return w.t >= t; });
     if (itUpper == vWidths.end()) return vWidths.back().auWidth[side];
     if (itUpper == vWidths.begin() || itUpper->t == t) return itUpper->auWidth[side];
     const auto itLower = itUpper - 1;
-    const uint32_t uAll = PathLength(vSegments, itLower->t, itUpper->t);
+    const uint32_t uAll = lengths.Between(itLower->t, itUpper->t);
     if (uAll == 0) return itUpper->auWidth[side];
-    const uint32_t uPart = std::min(PathLength(vSegments, itLower->t, t), uAll);
+    const uint32_t uPart = std::min(lengths.Between(itLower->t, t), uAll);
     const CBezier curve = EaseWidth({0, static_cast<int32_t>(itLower->auWidth[side])}, uAll,
                                     static_cast<int32_t>(itUpper->auWidth[side]));
     return static_cast<uint32_t>(

@@ -11,14 +11,26 @@ CBezier EaseWidth(CPoint from, uint32_t uLength, int32_t nWidth);
 /// The fraction at which a width curve reaches the arc length `nLength`, held at its ends.
 uint32_t FractionAt(const CBezier& width, int32_t nLength);
 
-/// The arc length from `tFirst` to `tLast`: of whole segments the truncated length of each, of begun ones the
-/// truncated part. `vSegments` are the path's.
-uint32_t PathLength(const std::vector<CBezier>& vSegments, uint32_t tFirst, uint32_t tLast);
+/// The curves between anchors.
+std::vector<CBezier> SegmentsOf(const TOutlinePoints& vAnchors);
+
+/// The lengths along a path, whose segments are kept by the caller.
+class CPathLengths {
+public:
+    explicit CPathLengths(const std::vector<CBezier>& vSegments);
+    /// The arc length from `tFirst` to `tLast`: of whole segments the truncated length of each, of begun ones
+    /// the truncated part. Raises boost::numeric::bad_numeric_cast when it leaves 32 bits.
+    uint32_t Between(uint32_t tFirst, uint32_t tLast) const;
+
+private:
+    // Within one segment, from the fraction fFirst to fLast.
+    uint32_t Part(size_t idx, uint32_t fFirst, uint32_t fLast) const;
+
+    const std::vector<CBezier>& m_vSegments;
+    std::vector<uint64_t> m_vStarts; ///< sum of the whole segments before each, and of all
+};
 
 /// The half-width at `t` of a stroke with these width points (sorted): eased between the two around, the
 /// nearest one's before the first and behind the last, `uWidth` where there is none.
-uint32_t WidthAt(const std::vector<CBezier>& vSegments, const std::vector<TOutlineWidth>& vWidths,
-                 uint32_t uWidth, uint32_t t, EPathSide side);
-
-/// The curves between anchors.
-std::vector<CBezier> SegmentsOf(const TOutlinePoints& vAnchors);
+uint32_t WidthAt(const CPathLengths& lengths, const std::vector<TOutlineWidth>& vWidths, uint32_t uWidth,
+                 uint32_t t, EPathSide side);

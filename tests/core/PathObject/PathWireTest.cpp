@@ -117,7 +117,7 @@ TEST(PathWire, BrokenPathsAreRefused) {
 
 TEST(PathWire, SmallPathsCannotTakeGigabytes) {
     COpenPathObject wave;
-    for (int32_t n = 0; n < 40; ++n) AddAnchor(wave.GetStream(), {n % 2 ? 0x20000 : 0, n});
+    for (int32_t n = 0; n < 120; ++n) AddAnchor(wave.GetStream(), {n % 2 ? 0x20000 : 0, n});
     wave.GetStream().SetWave(true, {1, 1});
     EXPECT_THROW(ReadStroke(BytesOf(wave)), deserialize_error);
     wave.GetStream().SetWave(false, {1, 1});
