@@ -148,10 +148,28 @@ TEST(VectorLayer, PaintsItsCoverageInItsColourOnlyWhereItChanged) {
     spCanvas->ComposeAll();
     EXPECT_FALSE(spCanvas->GetComposite().GetBlock({0, 0}, false));
     const UpdateCounterMatrix before = spCanvas->GetCounters();
-    spLayer->InsertPath(MakeRectPath(CRect(90, 10, 100, 20)));
+    const auto spPath = MakeRectPath(CRect(90, 10, 100, 20));
+    spLayer->InsertPath(spPath);
     spCanvas->ComposeAll();
     EXPECT_EQ(spCanvas->GetCounters().At(1, 0), before.At(1, 0) + 1);
     EXPECT_EQ(spCanvas->GetCounters().At(2, 0), before.At(2, 0));
+    // A path that moves repaints where it was and where it is.
+    const auto move = [&](int32_t n) {
+        spPath->Transform([&](CPoint pt) { return CPoint{pt.x + n * 8, pt.y}; });
+    };
+    move(130);
+    spCanvas->ComposeAll();
+    EXPECT_EQ(spCanvas->GetCounters().At(0, 0), before.At(0, 0) + 2);
+    EXPECT_EQ(spCanvas->GetCounters().At(2, 0), before.At(2, 0) + 1);
+    EXPECT_EQ(spCanvas->GetCounters().At(0, 1), before.At(0, 1));
+    EXPECT_FALSE(spCanvas->GetComposite().GetBlock({0, 0}, false));
+    move(-130);
+    // Taken off it leaves nothing, and what it does elsewhere is not the layer's.
+    EXPECT_EQ(spLayer->RemovePath(*spPath), 0);
+    EXPECT_EQ(spLayer->RemovePath(*spPath), -1);
+    spCanvas->ComposeAll();
+    EXPECT_FALSE(spCanvas->GetComposite().GetBlock({96, 0}, false));
+    spLayer->InsertPath(spPath);
     spLayer->SetLayerColor(0x0000FF, true);
     spCanvas->ComposeAll();
     EXPECT_EQ(spCanvas->GetComposite().GetBlock({96, 0}, false)->GetPixelColor({3, 10}), 0x0000FFu);
