@@ -26,7 +26,7 @@ public:
         : m_source(source), m_vSegments(SegmentsOf(source.vAnchors)), m_lengths(m_vSegments),
           m_tLast(LastParameter(source.vAnchors)), m_tNextWidthAt(source.vWidths.front().first),
           m_bezRest(m_vSegments.front()),
-          m_widthCurve(source.pStart->WidthCurve(static_cast<int32_t>(m_lengths.Between(0, m_tNextWidthAt)),
+          m_widthCurve(source.pStart->WidthCurve(m_lengths.Between(0, m_tNextWidthAt),
                                                  static_cast<int32_t>(source.vWidths.front().second),
                                                  source.side)) {}
 
@@ -40,8 +40,8 @@ public:
         if (m_tNextWidthAt > tNextCtlAt) {
             // At the piece's own length: dividing by parameters would give segments of uneven length wrong
             // slopes.
-            const CPoint ptEnd = CheckedAdd(
-                m_widthCurve.p0, {static_cast<int32_t>(m_lengths.Between(m_tNowBeginAt, piece.tEnd)), 0});
+            const CPoint ptEnd =
+                CheckedAdd(m_widthCurve.p0, {m_lengths.Between(m_tNowBeginAt, piece.tEnd), 0});
             const auto [head, tail] = m_widthCurve.Split(FractionAt(m_widthCurve, ptEnd.x));
             piece.width = head;
             m_widthCurve = tail;
@@ -96,7 +96,7 @@ private:
                                      static_cast<int32_t>(vWidths[m_idxWidth].second));
             return;
         }
-        const auto nLength = static_cast<int32_t>(m_lengths.Between(tFrom, m_tLast));
+        const auto nLength = m_lengths.Between(tFrom, m_tLast);
         const CBezier end = m_source.pEnd->WidthCurve(nLength, ptFrom.y, m_source.side);
         const int32_t nEnd = CheckedAdd(ptFrom, {nLength, 0}).x;
         const auto mirrored = [&](CPoint pt) { return CPoint{nEnd - pt.x, pt.y}; };

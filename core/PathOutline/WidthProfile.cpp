@@ -14,11 +14,9 @@ std::vector<CBezier> SegmentsOf(const TOutlinePoints& vAnchors) {
     return vSegments;
 }
 
-CBezier EaseWidth(CPoint from, uint32_t uLength, int32_t nWidth) {
-    const auto at = [&](uint64_t u) {
-        return boost::numeric_cast<int32_t>(int64_t{from.x} + static_cast<int64_t>(u));
-    };
-    return {from, {at(uLength / 3), from.y}, {at(uint64_t{uLength} * 2 / 3), nWidth}, {at(uLength), nWidth}};
+CBezier EaseWidth(CPoint from, int32_t nLength, int32_t nWidth) {
+    const auto at = [&](int64_t n) { return CheckedAdd(from, {static_cast<int32_t>(n), 0}).x; };
+    return {from, {at(nLength / 3), from.y}, {at(int64_t{nLength} * 2 / 3), nWidth}, {at(nLength), nWidth}};
 }
 
 uint32_t FractionAt(const CBezier& width, int32_t nLength) {
@@ -41,21 +39,21 @@ uint32_t CPathLengths::Part(size_t idx, uint32_t fFirst, uint32_t fLast) const {
         static_cast<uint32_t>(MulDiv(fLast - fFirst, BEZIER_T_RESOLUTION, BEZIER_T_RESOLUTION - fFirst)));
 }
 
-uint32_t CPathLengths::Between(uint32_t tFirst, uint32_t tLast) const {
+int32_t CPathLengths::Between(uint32_t tFirst, uint32_t tLast) const {
     const size_t nSegments = m_vSegments.size();
     const size_t idxFirst = std::min<size_t>(tFirst / BEZIER_T_RESOLUTION, nSegments);
     const size_t idxLast = std::min<size_t>(tLast / BEZIER_T_RESOLUTION, nSegments);
     const uint32_t fFirst = idxFirst < nSegments ? tFirst % BEZIER_T_RESOLUTION : 0;
     const uint32_t fLast = idxLast < nSegments ? tLast % BEZIER_T_RESOLUTION : 0;
     if (idxFirst > idxLast || (idxFirst == idxLast && fFirst >= fLast)) return 0;
-    if (idxFirst == idxLast) return Part(idxFirst, fFirst, fLast);
+    if (idxFirst == idxLast) return boost::numeric_cast<int32_t>(Part(idxFirst, fFirst, fLast));
     uint64_t uSum = m_vStarts[idxLast] - m_vStarts[idxFirst];
     if (fFirst != 0) {
         uSum -= m_vStarts[idxFirst + 1] - m_vStarts[idxFirst];
         uSum += Part(idxFirst, fFirst, BEZIER_T_RESOLUTION);
     }
     if (fLast != 0) uSum += Part(idxLast, 0, fLast);
-    return boost::numeric_cast<uint32_t>(uSum);
+    return boost::numeric_cast<int32_t>(uSum);
 }
 
 uint32_t WidthAt(const CPathLengths& lengths, const std::vector<TOutlineWidth>& vWidths, uint32_t uWidth,
@@ -66,11 +64,11 @@ uint32_t WidthAt(const CPathLengths& lengths, const std::vector<TOutlineWidth>& 
     if (itUpper == vWidths.end()) return vWidths.back().auWidth[side];
     if (itUpper == vWidths.begin() || itUpper->t == t) return itUpper->auWidth[side];
     const auto itLower = itUpper - 1;
-    const uint32_t uAll = lengths.Between(itLower->t, itUpper->t);
-    if (uAll == 0) return itUpper->auWidth[side];
-    const uint32_t uPart = std::min(lengths.Between(itLower->t, t), uAll);
-    const CBezier curve = EaseWidth({0, static_cast<int32_t>(itLower->auWidth[side])}, uAll,
+    const int32_t nAll = lengths.Between(itLower->t, itUpper->t);
+    if (nAll == 0) return itUpper->auWidth[side];
+    const int32_t nPart = std::min(lengths.Between(itLower->t, t), nAll);
+    const CBezier curve = EaseWidth({0, static_cast<int32_t>(itLower->auWidth[side])}, nAll,
                                     static_cast<int32_t>(itUpper->auWidth[side]));
     return static_cast<uint32_t>(
-        curve.PointAt(static_cast<uint32_t>(MulDiv(uPart, BEZIER_T_RESOLUTION, uAll))).y);
+        curve.PointAt(static_cast<uint32_t>(MulDiv(nPart, BEZIER_T_RESOLUTION, nAll))).y);
 }

@@ -4,9 +4,9 @@
 #include "core/PathOutline/Outline.h"
 
 /// Between two width points the width follows an S with level tangents at both: from `from` (x arc length, y
-/// half-width) over `uLength` to `nWidth`. Raises boost::numeric::bad_numeric_cast when the arc length leaves
+/// half-width) over `nLength` to `nWidth`. Raises boost::numeric::bad_numeric_cast when the arc length leaves
 /// 32 bits.
-CBezier EaseWidth(CPoint from, uint32_t uLength, int32_t nWidth);
+CBezier EaseWidth(CPoint from, int32_t nLength, int32_t nWidth);
 
 /// The fraction at which a width curve reaches the arc length `nLength`, held at its ends.
 uint32_t FractionAt(const CBezier& width, int32_t nLength);
@@ -19,8 +19,8 @@ class CPathLengths {
 public:
     explicit CPathLengths(const std::vector<CBezier>& vSegments);
     /// The arc length from `tFirst` to `tLast`: of whole segments the truncated length of each, of begun ones
-    /// the truncated part. Raises boost::numeric::bad_numeric_cast when it leaves 32 bits.
-    uint32_t Between(uint32_t tFirst, uint32_t tLast) const;
+    /// the truncated part. Raises boost::numeric::bad_numeric_cast when it leaves 31 bits.
+    int32_t Between(uint32_t tFirst, uint32_t tLast) const;
 
 private:
     // Within one segment, from the fraction fFirst to fLast.
