@@ -10,6 +10,7 @@
 #include <cmath>
 #include <functional>
 #include <numbers>
+#include <random>
 
 namespace {
 
@@ -77,6 +78,16 @@ std::vector<TOutline> SmallShapes() {
     for (int n = 0; n < 1000; ++n)
         vOutlines.push_back(Through(Blob(40 + n % 40 * 50.3, 40 + n / 40 * 80.7, 15, 8, n * 0.37)));
     return vOutlines;
+}
+
+// Segments this way and that: about a thousand cross each row of a strip.
+std::vector<TOutline> Crowd() {
+    std::mt19937 random(1);
+    TOutline outline(3 * 3000 + 1);
+    for (CPoint& pt : outline)
+        pt = {static_cast<int32_t>(random() % (96 * 8)), static_cast<int32_t>(random() % (SIDE * 8))};
+    outline.back() = outline.front();
+    return {outline};
 }
 
 using TMake = std::vector<TOutline> (*)();
@@ -181,7 +192,8 @@ void Cairo(benchmark::State& state, TMake pMake) {
 int main(int argc, char** argv) {
     const std::pair<const char*, TMake> aScenes[] = {{"stroke of 2000 pixels", Stroke},
                                                      {"shape of 1500 by 1500", Shape},
-                                                     {"1000 small shapes", SmallShapes}};
+                                                     {"1000 small shapes", SmallShapes},
+                                                     {"3000 segments in a strip", Crowd}};
     const std::pair<const char*, void (*)(benchmark::State&, TMake)> aFillers[] = {
         {"ours", Ours},
         {"ours on one tile", OursFlat},

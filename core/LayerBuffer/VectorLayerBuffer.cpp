@@ -6,8 +6,12 @@
 #include <boost/make_shared.hpp>
 
 #include <algorithm>
+#include <cstring>
 
 namespace {
+
+// Blocks are rasterized so many at once, across and down, so that a path is not taken up for each.
+constexpr int32_t MAX_BLOCKS = 8;
 
 // Path units to a pixel, as a power of two.
 constexpr int PATH_UNIT_BITS = 3;
@@ -17,6 +21,11 @@ CRect PixelsOf(const CRect& rc) {
     if (rc.IsEmpty()) return {};
     return {(rc.left >> PATH_UNIT_BITS) - 1, (rc.top >> PATH_UNIT_BITS) - 1,
             ((rc.right - 1) >> PATH_UNIT_BITS) + 2, ((rc.bottom - 1) >> PATH_UNIT_BITS) + 2};
+}
+
+bool IsBlank(const CAlphaBlock8& tile) {
+    const uint8_t* pAlpha = tile.GetAlpha();
+    return *pAlpha == 0 && std::memcmp(pAlpha, pAlpha + 1, tile.GetPlaneBytes() - 1) == 0;
 }
 
 } // namespace
@@ -29,20 +38,45 @@ void CVectorLayerBuffer::Create(const TCanvasPtr& spCanvas) {
 }
 
 bool CVectorLayerBuffer::PrepareOwn(CPoint pt) {
-    uint8_t& uDirty = m_pCoverage->DirtyAt(pt);
-    if (uDirty) {
-        // A tile of its own takes the paths, so that one that fails leaves the old coverage and the flag.
-        const auto spTile = boost::static_pointer_cast<CAlphaBlock8>(m_pCoverage->CreateBlock(pt));
-        bool bAny = false;
-        for (const auto& spPath : m_lstPaths) {
-            if (PixelsOf(spPath->RectIncludingPath()).Intersect(spTile->GetRect()).IsEmpty()) continue;
-            spPath->RasterizePath(m_fill, m_pCoverage->GetSize(), *spTile);
-            bAny = true;
-        }
-        m_pCoverage->SetBlock(pt, bAny ? spTile : boost::shared_ptr<CAlphaBlock8>());
-        uDirty = 0;
-    }
+    if (m_pCoverage->DirtyAt(pt)) Rasterize(DirtyFrom(pt));
     return m_pCoverage->GetBlock(pt, false) != nullptr;
+}
+
+// The block of `pt` and more on its right and below it, none of which is up to date.
+CRect CVectorLayerBuffer::DirtyFrom(CPoint pt) const {
+    const CBoolMatrix& dirty = m_pCoverage->GetDirty();
+    const CSize sz = m_pCoverage->GetBlockSize();
+    const CPoint ptBlock{pt.x / sz.cx, pt.y / sz.cy};
+    const CPoint ptLimit{std::min(dirty.GetSize().cx, ptBlock.x + MAX_BLOCKS),
+                         std::min(dirty.GetSize().cy, ptBlock.y + MAX_BLOCKS)};
+    const auto firstClean = [&](int32_t y, int32_t xEnd) {
+        int32_t x = ptBlock.x;
+        while (x < xEnd && dirty.At(x, y)) ++x;
+        return x;
+    };
+    const int32_t xEnd = firstClean(ptBlock.y, ptLimit.x);
+    int32_t yEnd = ptBlock.y + 1;
+    while (yEnd < ptLimit.y && firstClean(yEnd, xEnd) == xEnd) ++yEnd;
+    return {ptBlock.x * sz.cx, ptBlock.y * sz.cy, xEnd * sz.cx, yEnd * sz.cy};
+}
+
+// Rasterizes whole blocks anew.
+void CVectorLayerBuffer::Rasterize(const CRect& rc) {
+    // A tile of its own takes the paths, so that one that fails leaves the old coverage and the flags.
+    CAlphaBlock8 all;
+    all.Create(rc.Size(), rc.TopLeft());
+    for (const auto& spPath : m_lstPaths)
+        if (!PixelsOf(spPath->RectIncludingPath()).Intersect(rc).IsEmpty())
+            spPath->RasterizePath(m_fill, m_pCoverage->GetSize(), all);
+    m_pCoverage->ForEachBlockIn(rc, [&](CPoint pt) {
+        auto spTile = boost::static_pointer_cast<CAlphaBlock8>(m_pCoverage->CreateBlock(pt));
+        spTile->PasteFrom(all, all.GetPosition());
+        if (IsBlank(*spTile)) spTile.reset();
+        m_pCoverage->SetBlock(pt, spTile);
+        m_pCoverage->DirtyAt(pt) = 0;
+        // The flags of a block that nobody asked for yet may not have been gathered.
+        m_pDrawBuffer->DirtyAt(pt) = 1;
+    });
 }
 
 void CVectorLayerBuffer::RenderOwn(CRasterBlockBuffer& dest) const {

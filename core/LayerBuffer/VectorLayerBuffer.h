@@ -40,6 +40,9 @@ protected:
     bool IsPictureCached() const override { return m_bVisible && CLayerBuffer::IsPictureCached(); }
 
 private:
+    CRect DirtyFrom(CPoint pt) const;
+    void Rasterize(const CRect& rc);
+
     TPathList m_lstPaths;
     CPathFill m_fill;
     boost::shared_ptr<CAlphaBufferImpl<uint8_t>> m_pCoverage; ///< all paths, its ink the layer's colour

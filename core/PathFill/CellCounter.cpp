@@ -31,6 +31,7 @@ void CCellCounter::Begin(const CMonotoneChains& chains, int32_t nFirst, int32_t 
     std::sort(m_vOrder.begin(), m_vOrder.end(),
               [](const TOrdered& a, const TOrdered& b) { return a.pChain->yTop < b.pChain->yTop; });
     m_nWaiting = 0;
+    m_yChanged = INT32_MIN;
     m_vActive.clear();
     // A crossing at the right end still has its pixel and those behind.
     m_vDifference.resize(std::max(m_vDifference.size(), static_cast<size_t>(nEnd) + CROSSING_PIXELS + 2));
@@ -58,9 +59,11 @@ void CCellCounter::Measure(TActive& active, int32_t y) {
 }
 
 void CCellCounter::Count(int32_t y, CCountRow& row) {
-    for (; m_nWaiting < m_vOrder.size() && m_vOrder[m_nWaiting].pChain->yTop < (y + 1) * ROWS; ++m_nWaiting)
+    for (; m_nWaiting < m_vOrder.size() && m_vOrder[m_nWaiting].pChain->yTop < (y + 1) * ROWS; ++m_nWaiting) {
         m_vActive.push_back(
             {&m_vOrder[m_nWaiting], nullptr, 0, 0, m_vOrder[m_nWaiting].pChain->nDirection, {}});
+        m_yChanged = y;
+    }
     const int32_t yNext = (y + 1) * ROWS;
     bool bEnds = false;
     for (TActive& active : m_vActive) {
@@ -101,7 +104,7 @@ void CCellCounter::Count(int32_t y, CCountRow& row) {
             if (nTo == n + 1 && m_bEven)
                 CountAlone(first);
             else
-                CountGroup(n, nTo);
+                CountGroup(n, nTo, nMax);
         }
         n = nTo;
     }
@@ -110,9 +113,40 @@ void CCellCounter::Count(int32_t y, CCountRow& row) {
     if (m_nCount != 0) row.Mark(m_nEnd - 1, m_nEnd - 1);
     for (int32_t n = m_nEnd; n < m_nNext; ++n) row.Set(n, 0);
 
-    if (bEnds)
+    if (bEnds) {
         std::erase_if(m_vActive,
                       [&](const TActive& active) { return active.pOrdered->pChain->yEnd <= yNext; });
+        m_yChanged = y;
+    }
+}
+
+bool CCellCounter::GetEdges(int32_t y, int32_t nRows, std::vector<TFillEdge>& vEdges) const {
+    vEdges.clear();
+    if (m_vActive.empty() || m_yChanged >= y) return false;
+    if (m_nWaiting < m_vOrder.size() && m_vOrder[m_nWaiting].pChain->yTop < (y + nRows) * ROWS) return false;
+    int32_t nWinding = 0;
+    int32_t nReached = 0;
+    for (const TActive& active : m_vActive) {
+        const TOrdered& ordered = *active.pOrdered;
+        if (y < ordered.yWhole || y + nRows > ordered.yWholeEnd) return false;
+        const TCrossingSums* pSums = m_vSums.data() + ordered.nSums + (y - ordered.yWhole);
+        int32_t nMin = INT32_MAX, nMax = INT32_MIN;
+        for (int32_t n = 0; n < nRows; ++n) {
+            if ((pSums[n].nMax >> 4) - (pSums[n].nMin >> 4) >= CROSSING_PIXELS) return false;
+            nMin = std::min(nMin, pSums[n].nMin);
+            nMax = std::max(nMax, pSums[n].nMax);
+        }
+        const int32_t nFirst = nMin >> 4, nLast = nMax >> 4;
+        if (nFirst < 0 || nLast >= m_nEnd - 1) return false;
+        const TFillEdge edge{std::max(nFirst - 1, 0) / CCountRow::RUN, (nLast + 1) / CCountRow::RUN + 1,
+                             nWinding == 0, pSums};
+        if (edge.nFirstRun < nReached || edge.nEndRun - edge.nFirstRun > TFillEdge::MAX_RUNS) return false;
+        nReached = edge.nEndRun;
+        const int32_t nBefore = nWinding;
+        nWinding += active.nDirection;
+        if (SignOf(nBefore, nWinding)) vEdges.push_back(edge);
+    }
+    return nWinding == 0;
 }
 
 // Writes the pixels before `nPixel`, unless crossings before it still reach behind it.
@@ -185,26 +219,57 @@ void CCellCounter::AddSpans(const TActive& active, int32_t nSign) {
 }
 
 // Chains that may cross one another: row by row of cells, in the order of the crossings there.
-void CCellCounter::CountGroup(size_t nFrom, size_t nTo) {
+void CCellCounter::CountGroup(size_t nFrom, size_t nTo, int32_t nMax) {
+    // Sorting takes as long for a crossing as looking at so many cells, and less for a few.
+    constexpr size_t CELLS = 8, CROWD = 16;
     if (m_bEven) m_anWinding.fill(m_anWinding[0]);
+    const size_t nChains = nTo - nFrom;
+    if (nChains >= CROWD && static_cast<size_t>(nMax - m_vActive[nFrom].sums.nMin) < nChains * CELLS)
+        CountCrowd(nFrom, nTo, nMax);
+    else
+        CountSorted(nFrom, nTo);
+    m_bEven = std::all_of(m_anWinding.begin(), m_anWinding.end(),
+                          [&](int32_t nWinding) { return nWinding == m_anWinding[0]; });
+}
+
+void CCellCounter::Pass(int32_t nCell, int32_t nStep, int32_t& nWinding) {
+    const int32_t nBefore = nWinding;
+    nWinding += nStep;
+    if (const int32_t nSign = SignOf(nBefore, nWinding)) AddCrossing(nCell, nSign);
+}
+
+void CCellCounter::CountSorted(size_t nFrom, size_t nTo) {
     for (int32_t nRow = 0; nRow < ROWS; ++nRow) {
         m_vKeys.clear();
         for (size_t n = nFrom; n < nTo; ++n) {
             const TActive& active = m_vActive[n];
             if (nRow < active.nTop || nRow >= active.nEnd) continue;
-            const int32_t nDirection = active.nDirection;
-            const int32_t nCell = active.pCells[nDirection > 0 ? nRow - active.nTop : active.nEnd - 1 - nRow];
-            m_vKeys.push_back(nCell * 4 + nDirection + 1);
+            m_vKeys.push_back(active.GetCell(nRow) * 4 + active.nDirection + 1);
         }
         // At one cell the order does not matter: what begins there and ends there is no cell wide.
         if (m_vKeys.size() > 1) std::sort(m_vKeys.begin(), m_vKeys.end());
         int32_t& nWinding = m_anWinding[static_cast<size_t>(nRow)];
-        for (const int32_t nKey : m_vKeys) {
-            const int32_t nBefore = nWinding;
-            nWinding += (nKey & 3) - 1;
-            if (const int32_t nSign = SignOf(nBefore, nWinding)) AddCrossing(nKey >> 2, nSign);
-        }
+        for (const int32_t nKey : m_vKeys) Pass(nKey >> 2, (nKey & 3) - 1, nWinding);
     }
-    m_bEven = std::all_of(m_anWinding.begin(), m_anWinding.end(),
-                          [&](int32_t nWinding) { return nWinding == m_anWinding[0]; });
+}
+
+// Where crossings are many, each cell is looked at instead.
+void CCellCounter::CountCrowd(size_t nFrom, size_t nTo, int32_t nMax) {
+    const int32_t nMin = m_vActive[nFrom].sums.nMin;
+    const auto nCells = static_cast<size_t>(nMax - nMin + 1);
+    if (m_vSteps.size() < ROWS * nCells) m_vSteps.resize(ROWS * nCells);
+    // A chain's crossings lie side by side, those of a row far apart.
+    for (size_t n = nFrom; n < nTo; ++n) {
+        const TActive& active = m_vActive[n];
+        for (int32_t nRow = active.nTop; nRow < active.nEnd; ++nRow)
+            m_vSteps[static_cast<size_t>(nRow) * nCells + static_cast<size_t>(active.GetCell(nRow) - nMin)] +=
+                active.nDirection;
+    }
+    int32_t* pSteps = m_vSteps.data();
+    for (int32_t& nWinding : m_anWinding)
+        for (int32_t nCell = nMin; nCell <= nMax; ++nCell, ++pSteps) {
+            if (*pSteps == 0) continue;
+            Pass(nCell, *pSteps, nWinding);
+            *pSteps = 0;
+        }
 }

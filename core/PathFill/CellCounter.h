@@ -8,6 +8,7 @@
 #pragma once
 
 #include "core/PathFill/CountRow.h"
+#include "core/PathFill/FillEdge.h"
 #include "core/PathFill/MonotoneChains.h"
 #include "core/RasterKernel/CrossingKernel.h"
 
@@ -26,6 +27,9 @@ public:
     int32_t NextRow(int32_t y) const;
     /// Counts a row into an empty `row`. Rows are asked for from the top down; those left out have no chains.
     void Count(int32_t y, CCountRow& row);
+    /// Rows of which nothing but their edges, from left to right, need be known. False when they are no such
+    /// rows: then they must be counted. Otherwise Count goes on with the last two of them, or behind.
+    bool GetEdges(int32_t y, int32_t nRows, std::vector<TFillEdge>& vEdges) const;
 
 private:
     static constexpr int32_t ROWS = FILL_CELLS; ///< rows of cells to a row of pixels
@@ -44,13 +48,18 @@ private:
         int32_t nTop, nEnd;
         int32_t nDirection;
         TCrossingSums sums;
+
+        int32_t GetCell(int32_t nRow) const { return pCells[nDirection > 0 ? nRow - nTop : nEnd - 1 - nRow]; }
     };
 
     void Measure(TActive& active, int32_t y);
     void WriteEdge(const TActive& active, CCountRow& row);
     void CountAlone(const TActive& active);
     void AddSpans(const TActive& active, int32_t nSign);
-    void CountGroup(size_t nFrom, size_t nTo);
+    void CountGroup(size_t nFrom, size_t nTo, int32_t nMax);
+    void CountSorted(size_t nFrom, size_t nTo);
+    void CountCrowd(size_t nFrom, size_t nTo, int32_t nMax);
+    void Pass(int32_t nCell, int32_t nStep, int32_t& nWinding);
     void AddCrossing(int32_t nCell, int32_t nSign);
     void Reach(int32_t nPixel, CCountRow& row);
 
@@ -61,6 +70,8 @@ private:
     size_t m_nWaiting = 0;          ///< the first of m_vOrder that has not begun
     std::vector<TActive> m_vActive; ///< by their left side
     std::vector<int32_t> m_vKeys;   ///< of one row of cells: 4 * cell + direction + 1
+    std::vector<int32_t> m_vSteps;  ///< by how much winding numbers change at a crowd's cells; else 0
+    int32_t m_yChanged = 0;         ///< the last row in which a chain began or ended
 
     int32_t m_nFirst = 0; ///< pixels counted
     int32_t m_nEnd = 0;

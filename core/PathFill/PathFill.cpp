@@ -38,14 +38,19 @@ void RaiseTo(uint8_t* pDest, uint8_t uValue, size_t nCount) {
 
 void CPathFill::FillTile(std::span<const CPoint> points, const TFillPlane& plane, CAlphaBlock8& tile) {
     CheckOutline(points);
-    const CSize sz = tile.GetSize();
-    const CSize szPlane{RoundUp(plane.szPlane.cx, sz.cx), RoundUp(plane.szPlane.cy, sz.cy)};
-    const CRect rcReach = ReachOf(points, plane.ptOrigin, szPlane);
-    if (points.size() < 4 || rcReach.Intersect(tile.GetRect()).IsEmpty()) return;
-    m_target.rc = tile.GetRect();
-    m_target.szTile = sz;
+    const CSize szPlane{RoundUp(plane.szPlane.cx, DEFAULT_BLOCKSIZE.cx),
+                        RoundUp(plane.szPlane.cy, DEFAULT_BLOCKSIZE.cy)};
+    const CRect rcTile = tile.GetRect();
+    CRect rc = ReachOf(points, plane.ptOrigin, szPlane).Intersect(rcTile);
+    if (points.size() < 4 || rc.IsEmpty()) return;
+    // Whole runs: the kernel is made for them.
+    rc.left -= (rc.left - rcTile.left) % CCountRow::RUN;
+    rc.right = std::min(rc.left + RoundUp(rc.Width(), CCountRow::RUN), rcTile.right);
+    m_target.rc = rc;
+    m_target.szTile = tile.GetSize();
     m_target.nColumns = 1;
-    m_target.vTiles.assign(1, tile.GetAlpha());
+    const auto nOffset = ptrdiff_t{rc.top - rcTile.top} * m_target.szTile.cx + rc.left - rcTile.left;
+    m_target.vTiles.assign(1, tile.GetAlpha() + nOffset);
     Fill(points, plane.ptOrigin, szPlane);
 }
 
@@ -110,6 +115,11 @@ void CPathFill::FillBand(std::span<const CPoint> points, CPoint ptOrigin, CSize 
     m_full = {}; // a fill that failed may have left some
 
     for (int32_t y = yTop, yCounted = yTop - 1; y < yEnd;) {
+        if (SoftenEdges(y, rcCount)) {
+            y += ROWS;
+            yCounted = y - 1;
+            continue;
+        }
         const int32_t nRows = std::min(ROWS, yEnd - y);
         bool bEmpty = true;
         for (; yCounted <= y + nRows; ++yCounted) CountRow(yCounted);
@@ -140,9 +150,65 @@ void CPathFill::EnterTiles(int32_t y) {
     const CSize sz = m_target.szTile;
     m_yTiles = y / sz.cy * sz.cy;
     m_pTiles = m_target.vTiles.data() + y / sz.cy * m_target.nColumns;
-    size_t nRun = 0;
-    for (int32_t n = 0; n < m_target.nColumns; ++n)
-        for (int32_t x = 0; x < sz.cx; x += CCountRow::RUN) m_vRuns[nRun++] = m_pTiles[n] + x;
+    int32_t x = 0;
+    for (uint8_t*& pRun : m_vRuns) {
+        pRun = m_pTiles[x / sz.cx] + x % sz.cx;
+        x += CCountRow::RUN;
+    }
+}
+
+// Rows from `y` on, when nothing is in them but edges that lie apart from one another.
+bool CPathFill::SoftenEdges(int32_t y, const CRect& rcCount) {
+    if (y <= rcCount.top || y + ROWS >= rcCount.bottom) return false;
+    if (!m_counter.GetEdges(y - 1, ROWS + 2, m_vEdges)) return false;
+    if (!m_pTiles || y - m_yTiles >= m_target.szTile.cy) EnterTiles(y);
+    int32_t nFirst = 0;
+    for (const TFillEdge& edge : m_vEdges) {
+        if (!edge.bBegins) FillRuns(y, nFirst, edge.nFirstRun);
+        SoftenEdge(edge, y);
+        nFirst = edge.nEndRun;
+    }
+    return true;
+}
+
+void CPathFill::SoftenEdge(const TFillEdge& edge, int32_t y) {
+    constexpr int32_t RUN = CCountRow::RUN;
+    std::array<TEdgeRow, ROWS + 2> aRows;
+    for (size_t n = 0; n < aRows.size(); ++n)
+        WriteEdgeRow(aRows[n], edge.pSums[n], edge.nFirstRun * RUN - 1, edge.bBegins);
+    const auto nStride = static_cast<size_t>(m_target.szTile.cx);
+    const size_t nOffset = static_cast<size_t>(y - m_yTiles) * nStride;
+    const int32_t nEndRun = std::min(edge.nEndRun, static_cast<int32_t>(m_vRuns.size()));
+    for (int32_t nRun = edge.nFirstRun; nRun < nEndRun; ++nRun) {
+        std::array<const uint8_t*, ROWS + 2> apRows;
+        for (size_t n = 0; n < apRows.size(); ++n)
+            apRows[n] = aRows[n].data() + 1 + (nRun - edge.nFirstRun) * RUN;
+        m_kernels.pSoften({m_vRuns[static_cast<size_t>(nRun)] + nOffset, nStride, apRows.data(), size_t{ROWS},
+                           static_cast<size_t>(std::min(RUN, m_target.rc.Width() - nRun * RUN))});
+    }
+}
+
+// Fills whole runs of ROWS rows.
+void CPathFill::FillRuns(int32_t y, int32_t nFirst, int32_t nEnd) {
+    constexpr int32_t RUN = CCountRow::RUN;
+    const int32_t nWidth = m_target.szTile.cx;
+    const int32_t nTileRuns = m_target.nColumns > 1 ? nWidth / RUN : static_cast<int32_t>(m_vRuns.size()) + 1;
+    const ptrdiff_t nOffset = ptrdiff_t{y - m_yTiles} * nWidth;
+    const int32_t nTile = (nFirst + nTileRuns - 1) / nTileRuns;
+    const int32_t nTileEnd = nEnd / nTileRuns;
+    const auto fill = [&](int32_t nFrom, int32_t nTo) {
+        for (int32_t nRun = nFrom; nRun < nTo; ++nRun) {
+            uint8_t* pRun = m_vRuns[static_cast<size_t>(nRun)] + nOffset;
+            for (int32_t n = 0; n < ROWS; ++n, pRun += nWidth) std::memset(pRun, 255, RUN);
+        }
+    };
+    if (nTile >= nTileEnd) {
+        fill(nFirst, nEnd);
+        return;
+    }
+    fill(nFirst, nTile * nTileRuns);
+    FillTiles(y, y + ROWS, nTile, nTileEnd);
+    fill(nTileEnd * nTileRuns, nEnd);
 }
 
 void CPathFill::SoftenRows(int32_t y, int32_t nRows, const CRect& rcCount) {
@@ -212,19 +278,19 @@ void CPathFill::RaiseEven(int32_t y, int32_t x, int32_t xEnd, uint8_t uValue) {
     if (nFrom) raise(nFirst, nFrom, nWidth);
     if (nTo) raise(nLast, 0, nTo);
     if (uValue == 255)
-        FillTiles(y, nWhole, nLast);
+        FillTiles(y, y + 1, nWhole, nLast);
     else
         for (int32_t n = nWhole; n < nLast; ++n) raise(n, 0, nWidth);
 }
 
 // Rows of a tile lie behind one another, so they are gathered to be filled as one block.
-void CPathFill::FillTiles(int32_t y, int32_t nFirst, int32_t nEnd) {
+void CPathFill::FillTiles(int32_t y, int32_t yEnd, int32_t nFirst, int32_t nEnd) {
     if (nFirst >= nEnd) return;
     if (m_full.nFirst != nFirst || m_full.nEnd != nEnd || m_full.yEnd != y) {
         FlushTiles();
         m_full = {nFirst, nEnd, y, y};
     }
-    m_full.yEnd = y + 1;
+    m_full.yEnd = yEnd;
 }
 
 void CPathFill::FlushTiles() {

@@ -10,8 +10,8 @@
 // No mask is made. The outline becomes lines (FlattenOutline.h), these become chains that run down or up
 // (MonotoneChains.h), whose crossings with the rows of cells are counted in a row of pixels at once
 // (CellCounter.h); what lies between edges is filled. Four such rows are softened at once, again only around
-// edges. All is exact: the lines of an outline decide every cell, and any part of a plane comes out as it
-// does in the fill of the whole.
+// edges; where these lie apart, as they do in most rows, they alone are looked at. All is exact: the lines
+// of an outline decide every cell, and any part of a plane comes out as it does in the fill of the whole.
 //
 // Outlines may lie anywhere in 32 bits; what lies beyond the pixels asked for costs a few comparisons a
 // segment. Planes are up to 65,536 pixels wide and high.
@@ -26,7 +26,7 @@
 #include <vector>
 
 /// A coverage plane on the canvas: its top left pixel there, and its size before it is rounded up to whole
-/// tiles.
+/// tiles of DEFAULT_BLOCKSIZE.
 struct TFillPlane {
     CPoint ptOrigin;
     CSize szPlane;
@@ -39,7 +39,8 @@ struct TFillPlane {
 /// other lists raise an invalid_argument violation before anything is written. Fewer than 4 fill nothing.
 class CPathFill : boost::noncopyable {
 public:
-    /// Raises `tile`, which stands at its position in the plane, to the outline's coverage there.
+    /// Raises `tile`, which has any size and stands at its position in the plane, to the outline's coverage
+    /// there. What the outline does not reach costs nothing.
     void FillTile(std::span<const CPoint> points, const TFillPlane& plane, CAlphaBlock8& tile);
     /// Raises a whole plane whose top left pixel is `ptOrigin` on the canvas. Makes the tiles that the
     /// outline can reach, and replaces those that are shared by clones.
@@ -68,8 +69,11 @@ private:
     void CountRow(int32_t y);
     void SoftenRows(int32_t y, int32_t nRows, const CRect& rcCount);
     CCountRow& RowAt(int32_t y) { return m_aRows[static_cast<size_t>(y) % m_aRows.size()]; }
+    bool SoftenEdges(int32_t y, const CRect& rcCount);
+    void SoftenEdge(const TFillEdge& edge, int32_t y);
+    void FillRuns(int32_t y, int32_t nFirst, int32_t nEnd);
     void RaiseEven(int32_t y, int32_t x, int32_t xEnd, uint8_t uValue);
-    void FillTiles(int32_t y, int32_t nFirst, int32_t nEnd);
+    void FillTiles(int32_t y, int32_t yEnd, int32_t nFirst, int32_t nEnd);
     void FlushTiles();
 
     TTarget m_target;
@@ -79,6 +83,7 @@ private:
     TFull m_full{};
     CMonotoneChains m_chains;
     CCellCounter m_counter;
+    std::vector<TFillEdge> m_vEdges;
     std::array<CCountRow, 8> m_aRows; ///< row y at y modulo 8
     const TSoftenKernels& m_kernels = SoftenKernels();
 };

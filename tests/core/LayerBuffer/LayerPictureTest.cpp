@@ -182,6 +182,44 @@ TEST(VectorLayer, PaintsItsCoverageInItsColourOnlyWhereItChanged) {
     EXPECT_EQ(spLayer->GetLayerColor(), 0xFFFFFFu);
 }
 
+TEST(VectorLayer, BlocksRasterizedTogetherAreAsEachAlone) {
+    constexpr CSize PAGE{1100, 300};
+    struct TPage {
+        boost::shared_ptr<CCanvasBuffer> spCanvas = CreateCanvas(PAGE);
+        boost::shared_ptr<CVectorLayerBuffer> spLayer = CreateVectorLayer(spCanvas);
+        TPage() {
+            spCanvas->GetRoot().AddLayer(spLayer, -1, false);
+            for (const CRect& rc : {CRect(5, 20, 180, 60), {150, 30, 1050, 280}, {900, 2, 2000, 90}}) {
+                spLayer->InsertPath(MakeRectPath(rc));
+                Move(-1, 0);
+            }
+        }
+        // The path `n` from the bottom, -1 the uppermost.
+        void Move(int n, int32_t nAway) {
+            const auto& lst = spLayer->GetPaths();
+            (*std::next(n < 0 ? lst.end() : lst.begin(), n))->Transform([&](CPoint pt) {
+                return CPoint{pt.x + nAway + pt.y / 7, pt.y + pt.x / 40};
+            });
+        }
+        // From the last block to the first none has a neighbour to go with.
+        void ComposeBackwards() {
+            spCanvas->FlushCanvasUpdates();
+            for (int32_t y = 3; y >= 0; --y)
+                for (int32_t x = 11; x >= 0; --x) ComposeBlock(*spCanvas, x * 96, y * 96);
+        }
+    };
+    TPage page, expected;
+    for (int n = 0; n < 3; ++n) {
+        // One that is prepared out of turn takes others with it, which must be painted all the same.
+        page.spLayer->PrepareOwn({0, 96});
+        page.spCanvas->ComposeAll();
+        expected.ComposeBackwards();
+        ASSERT_EQ(PixelsOf(page.spCanvas->GetComposite()), PixelsOf(expected.spCanvas->GetComposite())) << n;
+        for (TPage* p : {&page, &expected}) p->Move(n, n == 1 ? -700 : 150);
+    }
+    EXPECT_FALSE(page.spLayer->PrepareOwn({0, 288}));
+}
+
 namespace {
 
 struct CStoppedClock : IClock {

@@ -101,8 +101,8 @@ class CRandomOutlines {
 public:
     explicit CRandomOutlines(uint32_t uSeed) : m_random(uSeed) {}
     // Points between `nFrom` and `nTo` eighths, now and then on whole pixels or where the last one was.
-    TOutline Make(int32_t nFrom, int32_t nTo) {
-        TOutline outline(1 + 3 * (1 + m_random() % 8));
+    TOutline Make(int32_t nFrom, int32_t nTo, size_t nSegments = 8) {
+        TOutline outline(1 + 3 * (1 + m_random() % nSegments));
         for (CPoint& pt : outline) {
             const auto draw = [&] { return std::uniform_int_distribution<int32_t>(nFrom, nTo)(m_random); };
             pt = {draw(), draw()};
@@ -133,6 +133,21 @@ TEST(PathFill, EveryPixelIsAsDefined) {
         const TPixels pixels = Define(outline, ptOrigin, TWO_TILES);
         ASSERT_EQ(Fill(outline, ptOrigin, TWO_TILES), pixels) << n;
         ASSERT_EQ(FillByTiles(outline, ptOrigin, TWO_TILES), pixels) << n;
+    }
+}
+
+TEST(PathFill, CrowdsAndLongEdgesAreAsDefined) {
+    CRandomOutlines random(5);
+    for (int n = 0; n < 6; ++n) {
+        const TOutline outline = random.Make(n % 2 ? -300 : 300, n % 2 ? 1800 : 500, 400);
+        ASSERT_EQ(Fill(outline, {}, TWO_TILES), Define(outline, {}, TWO_TILES)) << n;
+    }
+    // Bands whose sides lean by up to four pixels a row and come near to one another and to the plane's.
+    for (int32_t n = 0; n < 40; ++n) {
+        const int32_t x = n * 5 % 190, nLean = n * 20 % 420 - 210, nWide = 1 + n * n % 60;
+        const TOutline outline =
+            Polygon({{x, -3}, {x + nWide, -3}, {x + nWide + nLean, 99}, {x + nLean, 99}});
+        ASSERT_EQ(Fill(outline, {}, TWO_TILES), Define(outline, {}, TWO_TILES)) << n;
     }
 }
 
