@@ -30,6 +30,14 @@ private:
     std::array<T, 2> m_aValue{};
 };
 
+/// What a function of the state says for both.
+template <class Function>
+auto DualOf(Function fn) {
+    CDualValue<decltype(fn(size_t{}))> value;
+    for (const size_t state : {STATE_COMMITTED, STATE_LIVE}) value[state] = fn(state);
+    return value;
+}
+
 /// A private copy of a value for a drag; when its last reference goes, `fnApply` gets it. That function keeps
 /// alive what it writes to and must not throw.
 template <class T>

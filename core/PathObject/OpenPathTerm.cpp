@@ -82,9 +82,7 @@ TPathHit COpenPathRoundTerm::HitHandle(const TPathPick& pick) {
 }
 
 CDualValue<uint32_t> COpenPathRoundTerm::WidthPair(EPathSide side) const {
-    CDualValue<uint32_t> pair;
-    for (const size_t state : {STATE_COMMITTED, STATE_LIVE}) pair[state] = GetCachedWidth(side, state);
-    return pair;
+    return DualOf([&](size_t state) { return GetCachedWidth(side, state); });
 }
 
 CBezier COpenPathRoundTerm::WidthCurve(int32_t nLength, int32_t nWidth, EPathSide, size_t) const {
@@ -115,8 +113,7 @@ CPoint COpenPathRoundTerm::GetMarkPosition(size_t state) const {
 }
 
 boost::shared_ptr<CDualValue<uint32_t>> COpenPathRoundTerm::GrowHandle() {
-    CDualValue<uint32_t> reach;
-    for (const size_t state : {STATE_COMMITTED, STATE_LIVE}) reach[state] = GetReach(state);
+    const auto reach = DualOf([&](size_t state) { return GetReach(state); });
     const auto spThis = boost::static_pointer_cast<COpenPathRoundTerm>(shared_from_this());
     return MakeDragCopy<uint32_t>(reach, [spThis, reach](const CDualValue<uint32_t>& copy) {
         for (const size_t state : {STATE_COMMITTED, STATE_LIVE}) {
@@ -128,8 +125,7 @@ boost::shared_ptr<CDualValue<uint32_t>> COpenPathRoundTerm::GrowHandle() {
 }
 
 boost::shared_ptr<CDualValue<CPoint>> COpenPathRoundTerm::DragGrowHandle(bool) {
-    CDualValue<CPoint> mark;
-    for (const size_t state : {STATE_COMMITTED, STATE_LIVE}) mark[state] = GetMarkPosition(state);
+    const auto mark = DualOf([&](size_t state) { return GetMarkPosition(state); });
     const auto spThis = boost::static_pointer_cast<COpenPathRoundTerm>(shared_from_this());
     return MakeDragCopy<CPoint>(mark, [spThis, mark](const CDualValue<CPoint>& copy) {
         for (const size_t state : {STATE_COMMITTED, STATE_LIVE})
@@ -180,9 +176,7 @@ uint32_t COpenPathFlatTerm::GetWidth(EPathSide side, size_t state) const {
 }
 
 CDualValue<uint32_t> COpenPathFlatTerm::WidthPair(EPathSide side) const {
-    CDualValue<uint32_t> pair;
-    for (const size_t state : {STATE_COMMITTED, STATE_LIVE}) pair[state] = GetWidth(side, state);
-    return pair;
+    return DualOf([&](size_t state) { return GetWidth(side, state); });
 }
 
 CBezier COpenPathFlatTerm::WidthCurve(int32_t nLength, int32_t nWidth, EPathSide side, size_t state) const {
@@ -226,8 +220,7 @@ boost::shared_ptr<CDualValue<uint32_t>> COpenPathFlatTerm::WidthHandle(EPathSide
 
 boost::shared_ptr<CDualValue<CPoint>> COpenPathFlatTerm::DragHandleImpl(bool bLeft, bool bBoth) {
     const EPathSide side = bLeft ? SIDE_LEFT : SIDE_RIGHT;
-    CDualValue<CPoint> mark;
-    for (const size_t state : {STATE_COMMITTED, STATE_LIVE}) mark[state] = GetMarkPosition(side, state);
+    const auto mark = DualOf([&](size_t state) { return GetMarkPosition(side, state); });
     const auto spThis = boost::static_pointer_cast<COpenPathFlatTerm>(shared_from_this());
     return MakeDragCopy<CPoint>(mark, [spThis, side, bBoth, mark](const CDualValue<CPoint>& copy) {
         for (const size_t state : {STATE_COMMITTED, STATE_LIVE}) {

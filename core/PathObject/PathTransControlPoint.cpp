@@ -53,8 +53,7 @@ CPoint CPathTransControlPoint::GetMarkPosition(size_t state) const {
 }
 
 boost::shared_ptr<CDualValue<CPoint>> CPathTransControlPoint::DragHandleImpl() {
-    CDualValue<CPoint> mark;
-    for (const size_t state : {STATE_COMMITTED, STATE_LIVE}) mark[state] = GetMarkPosition(state);
+    const auto mark = DualOf([&](size_t state) { return GetMarkPosition(state); });
     const auto spThis = boost::static_pointer_cast<CPathTransControlPoint>(shared_from_this());
     return MakeDragCopy<CPoint>(mark, [spThis, mark](const CDualValue<CPoint>& copy) {
         for (const size_t state : {STATE_COMMITTED, STATE_LIVE})

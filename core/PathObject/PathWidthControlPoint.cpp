@@ -66,8 +66,7 @@ uint32_t CPathWidthControlPoint::GetWidth(EPathSide side, size_t state) const {
 boost::shared_ptr<CDualValue<uint32_t>> CPathWidthControlPoint::WidthHandle(EPathSide side) {
     TSide& own = m_aSides[side];
     if (!own.bHas) own = {true, CDualValue<uint32_t>(0)};
-    CDualValue<uint32_t> width;
-    for (const size_t state : {STATE_COMMITTED, STATE_LIVE}) width[state] = GetWidth(side, state);
+    const auto width = DualOf([&](size_t state) { return GetWidth(side, state); });
     const auto spThis = boost::static_pointer_cast<CPathWidthControlPoint>(shared_from_this());
     return MakeDragCopy<uint32_t>(width, [spThis, side, width](const CDualValue<uint32_t>& copy) {
         if (spThis->m_uBaseWidth == 0) return;
@@ -89,8 +88,7 @@ CPoint CPathWidthControlPoint::GetMarkPosition(EPathSide side, size_t state) con
 
 boost::shared_ptr<CDualValue<CPoint>> CPathWidthControlPoint::DragHandleImpl(bool bLeft, bool bBoth) {
     const EPathSide side = bLeft ? SIDE_LEFT : SIDE_RIGHT;
-    CDualValue<CPoint> mark;
-    for (const size_t state : {STATE_COMMITTED, STATE_LIVE}) mark[state] = GetMarkPosition(side, state);
+    const auto mark = DualOf([&](size_t state) { return GetMarkPosition(side, state); });
     const auto spThis = boost::static_pointer_cast<CPathWidthControlPoint>(shared_from_this());
     return MakeDragCopy<CPoint>(mark, [spThis, side, bBoth, mark](const CDualValue<CPoint>& copy) {
         for (const size_t state : {STATE_COMMITTED, STATE_LIVE}) {
