@@ -20,9 +20,6 @@ namespace {
 
 class RecoveryDesktop : public testing::Test {
 protected:
-    RecoveryDesktop() { setenv("XDG_CONFIG_HOME", m_folder.GetPath().c_str(), 1); }
-    ~RecoveryDesktop() override { unsetenv("XDG_CONFIG_HOME"); }
-
     // One session of the desktop program, played by functions. Returns the failure.
     std::string Play(const std::vector<TAction>& vSteps) {
         TScript script{"s", {}};
@@ -31,10 +28,10 @@ protected:
         TSessionParts parts{m_store, m_locations, m_places, m_codecs};
         parts.pSnapshots = &snapshots;
         CSessionPlatform session(parts, script);
-        const std::string strFailure = CScriptedSession::Play(session, false);
+        CScriptedSession::PlayOn(session.GetPlatform(), false);
         const auto& vShown = session.GetLog().GetShown();
         m_strFirstBox = vShown.empty() ? L"" : vShown[0].strText;
-        return strFailure;
+        return session.GetFailure();
     }
     // Works on three documents until the process is killed.
     void PlayAndDie() {
@@ -76,7 +73,7 @@ protected:
             std::filesystem::directory_iterator(m_folder.File("Vellumcraft/Recovery")));
     }
 
-    CTempFolder m_folder;
+    CSettingsFolder m_folder;
     CFileStore m_store;
     CLocations m_locations;
     CNoPlaces m_places;

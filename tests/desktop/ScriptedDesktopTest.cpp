@@ -7,23 +7,6 @@ namespace {
 
 struct ScriptedDesktop : testing::Test, CScriptedSession {};
 
-TEST_F(ScriptedDesktop, ANewDocumentIsAskedForByItsDialog) {
-    EXPECT_EQ(Play(R"(
-{"expect":{"frames":0,"enabled":{"57600":true,"57604":false}}}
-{"answer":{"dialog":"CNewDialog","width":"12001"}}
-{"answer":{"box":"ok"}}
-{"answer":{"dialog":"CNewDialog","width":300,"height":20,"color":false}}
-{"command":57600}
-{"expect":{"box":"ピクセルサイズは 1～12000 に限定されています。"}}
-{"expect":{"frames":1,"size":{"width":300,"height":20},"color":false,"modified":false,"path":""}}
-{"answer":{"cancel":true}}
-{"command":57600}
-{"expect":{"frames":1}}
-)",
-                   false),
-              "");
-}
-
 TEST_F(ScriptedDesktop, AnAnswerThatDoesNotFitIsAFailure) {
     const std::pair<const char*, const char*> aCases[] = {
         {R"({"cancel":true})", ""},
@@ -44,28 +27,6 @@ TEST_F(ScriptedDesktop, AnAnswerThatDoesNotFitIsAFailure) {
     }
 }
 
-TEST_F(ScriptedDesktop, SavedAndExportedDocumentsComeBack) {
-    EXPECT_EQ(Play(R"(
-{"answer":{"dialog":"CNewDialog","width":100,"height":97}}
-{"command":57600}
-{"layer":{"name":"線画","opacity":90}}
-{"export":"page.png"}
-{"expect":{"modified":true,"title":"名称未設定"}}
-{"save":"page.vlm"}
-{"expect":{"modified":false,"title":"page.vlm","path":"page.vlm"}}
-{"close":"frame"}
-{"expect":{"frames":0}}
-{"open":"page.png"}
-{"expect":{"size":{"width":100,"height":97},"title":"page.png","layers":[{"opacity":255}]}}
-{"open":"page.vlm"}
-{"expect":{"frames":2,"layers":[{"name":"線画","opacity":90}],"modified":false}}
-{"open":"none.vlm"}
-{"expect":{"frames":2,"box":"ファイルを開けませんでした。\nFile: 'none.vlm'"}}
-)",
-                   false),
-              "");
-}
-
 TEST_F(ScriptedDesktop, TheScriptAnswersThePromptsOnTheWayOut) {
     const std::string strMake = R"(
 {"answer":{"dialog":"CNewDialog","width":10,"height":10}}
@@ -83,18 +44,29 @@ TEST_F(ScriptedDesktop, TheScriptAnswersThePromptsOnTheWayOut) {
 
 TEST_F(ScriptedDesktop, ARecordMakesAndSavesTheSameDocuments) {
     const std::string strScript = R"(
+{"expect":{"frames":0,"enabled":{"57600":true,"57604":false}}}
 {"answer":{"dialog":"CNewDialog","width":"12001"}}
 {"answer":{"box":"ok"}}
 {"answer":{"dialog":"CNewDialog","width":300,"height":200,"color":false}}
 {"command":57600}
 {"expect":{"box":"ピクセルサイズは 1～12000 に限定されています。"}}
+{"expect":{"frames":1,"size":{"width":300,"height":200},"color":false,"modified":false,"path":""}}
 {"layer":{"name":"線画","opacity":90}}
-{"save":"page.vlm"}
 {"export":"page.png"}
+{"expect":{"modified":true,"title":"名称未設定"}}
+{"save":"page.vlm"}
+{"expect":{"modified":false,"title":"page.vlm","path":"page.vlm"}}
 {"command":12800}
 {"close":"frame"}
 {"close":"frame"}
+{"expect":{"frames":0}}
 {"open":"page.png"}
+{"expect":{"size":{"width":300,"height":200},"title":"page.png","layers":[{"opacity":255}]}}
+{"open":"page.vlm"}
+{"expect":{"frames":2,"layers":[{"name":"線画","opacity":90}],"modified":false}}
+{"open":"none.vlm"}
+{"expect":{"frames":2,"box":"ファイルを開けませんでした。\nFile: 'none.vlm'"}}
+{"close":"frame"}
 {"command":12900}
 {"answer":{"cancel":true}}
 {"command":57604}

@@ -57,8 +57,7 @@ TEST_F(CExchange, GreyPlanesGoThroughABitmap) {
     const auto spTile = boost::static_pointer_cast<CMonoRasterBlockBuffer>(plane.GetBlock({96, 96}, false));
     EXPECT_EQ(spTile->GetPlane(0)[2], GreyOf(108, 118, 128));
     EXPECT_EQ(spTile->GetAlpha()[2], 138);
-    const int nGrey0 = GreyOf(10, 20, 30);
-    const int nGrey96 = GreyOf(106, 116, 126);
+    const int nGrey0 = GreyOf(10, 20, 30), nGrey96 = GreyOf(106, 116, 126);
     for (const size_t uId : {3, 5})
         EXPECT_EQ(m_mapWritten[uId], (std::vector<int>{nGrey0, nGrey96, nGrey0, nGrey96}));
     EXPECT_EQ(m_mapWritten[4], (std::vector<int>{40, 136, 40, 136}));

@@ -17,8 +17,7 @@ void InterleavedMain(int16_t nSelector, void* pRecord, intptr_t*, int16_t*) {
     const ReadChannelDesc* pRed = record.documentInfo->targetCompositeChannels;
     const ReadChannelDesc* pGreen = pRed->next;
     std::vector<uint8_t> vPixels(8 * 6 * 4, 200);
-    const PixelMemoryDesc asGreen{vPixels.data(), 8 * 32, 32, 8, 8};
-    const PixelMemoryDesc asRed{vPixels.data(), 8 * 32, 32, 16, 8};
+    const PixelMemoryDesc asGreen{vPixels.data(), 8 * 32, 32, 8, 8}, asRed{vPixels.data(), 8 * 32, 32, 16, 8};
     VRect arc[4];
     std::fill_n(arc, 4, VRect{9, 19, 15, 27}); // the picture is (20, 10) to (25, 13)
     EXPECT_EQ(suite.ReadPixelsFromLevel(pRed->port, 0, &arc[0], &asGreen), 0);

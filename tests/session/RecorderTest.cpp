@@ -1,7 +1,6 @@
 // Recorded sessions: the record is a script that leaves the same document.
 #include "core/IniConfig/GlobalSwitches.h"
 #include "core/IniConfig/IniConfig.h"
-#include "core/Platform/System.h"
 #include "tests/session/ScriptedSession.h"
 
 #include <gtest/gtest.h>
@@ -57,26 +56,6 @@ TEST_F(Recorder, StrokesOfEveryDevice) {
                "{\"wheel\":120}\n{\"keys\":[16]}\n{\"pointer\":{\"message\":\"leave\"}}\n" + strMouse);
     EXPECT_EQ(Count("ldown"), 3u);
     EXPECT_EQ(Count("{\"keys\":[16]}"), 1u);
-}
-
-TEST_F(Recorder, ASlowMachineDrawsTheSame) {
-    struct CSlowClock : IClock {
-        uint32_t GetTickCount() override { return m_uNow += 20; }
-        uint32_t m_uNow = 0;
-    } clock;
-    const TGlobalSwitches before = g_Switches;
-    g_Switches.m_nPredStroke = 0; // it would never be in time
-    CSessionPlatform session(m_parts, ParseScript(VIEW + Stroke(1200, 1000) + Stroke(1300, 900), "s"));
-    const TPlatform& p = session.GetPlatform();
-    const TPlatform slow{p.queue,   p.windows, p.boxes, p.fileDialogs, p.dialogs,   p.files,     p.locations,
-                         p.modules, p.codecs,  clock,   p.keys,        p.clipboard, p.snapshots, p.pen};
-    CRecorder recorder(slow, [&](std::string_view str) { return m_strRecord += str, true; });
-    m_spCanvas = PlayOn(recorder.GetPlatform(), true);
-    CScriptedSession player;
-    EXPECT_EQ(player.Play(m_strRecord), "");
-    EXPECT_TRUE(player.GetDocument() == GetDocument());
-    EXPECT_EQ(m_spCanvas->GetHistory().GetUndoList().size(), 4u);
-    g_Switches = before;
 }
 
 TEST_F(Recorder, PanelsKeysLayersAndWhatActsPastTheSeam) {

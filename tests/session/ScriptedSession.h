@@ -22,10 +22,6 @@ public:
         m_spCanvas = PlayOn(session.GetPlatform(), bCanvas);
         return session.GetFailure();
     }
-    static std::string Play(CSessionPlatform& session, bool bCanvas) {
-        PlayOn(session.GetPlatform(), bCanvas);
-        return session.GetFailure();
-    }
     /// Returns the canvas.
     static boost::shared_ptr<CCanvasBuffer> PlayOn(const TPlatform& platform, bool bCanvas) {
         CSessionScope scope(platform);

@@ -8,9 +8,14 @@
 #include "core/RasterBuffer/MonoRasterBuffer.h"
 #include "tests/support/Paths.h"
 
-#include <boost/make_shared.hpp>
-
-#include <random>
+/// A canvas whose one raster layer is the active one.
+inline boost::shared_ptr<CCanvasBuffer> MakePage(CSize sz) {
+    const auto spCanvas = CreateCanvas(sz);
+    const auto spLayer = CreateRasterLayer(spCanvas);
+    spCanvas->GetRoot().AddLayer(spLayer, -1, false);
+    spCanvas->GetRoot().SetActiveChild(spLayer);
+    return spCanvas;
+}
 
 /// A filled rectangle of canvas pixels.
 inline boost::shared_ptr<CPathObject> MakeRectPath(const CRect& rc) {
@@ -36,8 +41,7 @@ inline boost::shared_ptr<CRasterLayerBuffer> MakeRandomLayer(const boost::shared
     return spLayer;
 }
 
-/// Puts `nCount` random layers of all kinds, with strokes and shapes on vector layers, anywhere into the
-/// tree, some hidden, some not opaque.
+/// Puts `nCount` random layers of all kinds anywhere into the tree, some hidden, some not opaque.
 inline void FillRandomTree(const boost::shared_ptr<CCanvasBuffer>& spCanvas, int nCount,
                            std::mt19937& random) {
     std::vector<TLayerPtr> vParents{spCanvas->GetRoot().shared_from_this()};

@@ -33,8 +33,7 @@ public:
 
     std::map<std::wstring, std::string> m_mapFiles;
     bool m_bReadOnly = false;
-    int m_nReads = 0;
-    int m_nWrites = 0;
+    int m_nReads = 0, m_nWrites = 0;
     size_t m_nReadable = SIZE_MAX; ///< what an opened file gives of its bytes
 
 private:

@@ -18,8 +18,7 @@ inline boost::shared_ptr<CPathControlPoint> AddAnchor(CPathStream& stream, CPoin
     return spPoint;
 }
 
-/// A bent stroke of half-width 40 with three anchors, two width points, a pair of cuts, a round and a flat
-/// end.
+/// A bent stroke of half-width 40: three anchors, two width points, a pair of cuts, a round and a flat end.
 inline boost::shared_ptr<COpenPathObject> MakeStroke() {
     const auto spPath = boost::make_shared<COpenPathObject>();
     COpenPathStream& stream = spPath->GetStream();
@@ -56,8 +55,7 @@ inline boost::shared_ptr<CPathObject> MakeRandomPath(CSize sz, std::mt19937& ran
     const auto below = [&](int32_t n) { return static_cast<int32_t>(random() % static_cast<uint32_t>(n)); };
     const auto addAnchors = [&](CPathStream& stream) {
         for (int n = 2 + below(4); n >= 0; --n) {
-            const CPoint pt{below(sz.cx * 8), below(sz.cy * 8)};
-            const CPoint back{below(200) - 100, below(200) - 100};
+            const CPoint pt{below(sz.cx * 8), below(sz.cy * 8)}, back{below(200) - 100, below(200) - 100};
             AddAnchor(stream, pt, back, random() % 2 ? CPoint{-back.x, -back.y} : CPoint{});
         }
     };

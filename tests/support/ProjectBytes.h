@@ -16,8 +16,7 @@ inline TBytes FileOf(const CSerializer& chunk) {
 }
 
 inline CDeserializer OpenChunk(const TBytes& vFile) {
-    CDeserializer file(boost::make_shared<TBytes>(vFile));
-    CDeserializer top;
+    CDeserializer file(boost::make_shared<TBytes>(vFile)), top;
     file.ReadChunk(top);
     return top;
 }

@@ -24,3 +24,9 @@ public:
 private:
     std::filesystem::path m_path;
 };
+
+/// The same as the place of the program's settings.
+struct CSettingsFolder : CTempFolder {
+    CSettingsFolder() { setenv("XDG_CONFIG_HOME", GetPath().c_str(), 1); }
+    ~CSettingsFolder() { unsetenv("XDG_CONFIG_HOME"); }
+};

@@ -8,6 +8,8 @@
 
 #include <atomic>
 #include <csignal>
+#include <random>
+#include <set>
 #include <thread>
 
 #include <sys/resource.h>
@@ -67,8 +69,7 @@ TEST_F(FileStore, ReadsAndWritesInPieces) {
     EXPECT_FALSE(m_files.ReplaceBy(Path("doc"), writeTwo(false))) << "given up half-way";
     EXPECT_THROW(m_files.ReplaceBy(Path("doc"), [](const auto&) -> bool { throw std::bad_alloc(); }),
                  std::bad_alloc);
-    EXPECT_TRUE(Content("doc") == "0123456789" && CountFiles() == 1);
-    EXPECT_TRUE(m_files.Replace(Path("doc"), "new"));
+    EXPECT_TRUE(Content("doc") == "0123456789" && CountFiles() == 1 && m_files.Replace(Path("doc"), "new"));
     std::string str(4, ' ');
     const auto read = [&](uint64_t u) {
         return upReader->Read(u, reinterpret_cast<uint8_t*>(str.data()), 4);
@@ -125,6 +126,29 @@ TEST_F(FileStore, AFailedWriteLeavesTheOldFile) {
     }
     chmod(m_folder.GetPath().c_str(), 0755);
     EXPECT_TRUE(Content("doc") == "old" && CountFiles() == 1);
+}
+
+TEST_F(FileStore, AKilledWriterLeavesOneWholeFile) {
+    const std::string astrHalves[] = {std::string(20000, 'a'), std::string(2000000, 'b')};
+    const auto write = [&](size_t n) {
+        return m_files.ReplaceBy(Path("doc"), [&](const TWriteBytes& fnWrite) {
+            return fnWrite(astrHalves[n]) && fnWrite(astrHalves[n]);
+        });
+    };
+    write(0);
+    std::set<std::string> setSeen;
+    std::mt19937 random(7);
+    for (int nKill = 0; nKill < 50; ++nKill) {
+        const pid_t id = fork();
+        if (id == 0)
+            for (size_t n = 1;; n = 1 - n) write(n);
+        usleep(1000 + random() % 40000);
+        kill(id, SIGKILL);
+        waitpid(id, nullptr, 0);
+        setSeen.insert(Content("doc"));
+    }
+    // The kills fell between the renames too.
+    EXPECT_TRUE((setSeen == std::set{astrHalves[0] + astrHalves[0], astrHalves[1] + astrHalves[1]}));
 }
 
 TEST_F(FileStore, LocksAreBoundedAndOutlivedByNobody) {

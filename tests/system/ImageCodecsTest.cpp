@@ -154,8 +154,7 @@ TEST_F(ImageCodecs, SoftAlphaAndColoursStayBitForBit) {
 }
 
 TEST_F(ImageCodecs, OtherDepthsBecomeEightBitsAChannel) {
-    QImage imageDeep(256, 1, QImage::Format_RGBA64);
-    QImage imageGrey(256, 1, QImage::Format_Grayscale8);
+    QImage imageDeep(256, 1, QImage::Format_RGBA64), imageGrey(256, 1, QImage::Format_Grayscale8);
     for (int i = 0, u = 0; i < 256; ++i, u += 257) {
         imageDeep.setPixelColor(i, 0, qRgba64(u, 65535 - u, 0x1234, u));
         imageGrey.setPixel(i, 0, qRgb(i, i, i));
@@ -227,8 +226,7 @@ TEST_F(ImageCodecs, BitmapsStartTransparentAndLockOneRectangle) {
 TEST_F(ImageCodecs, OtherEndingsAndFailuresWriteNothing) {
     for (const wchar_t* pszPath : {L"a.psd", L"a.webp", L"a", L"png", L"a.png.txt", L"a.png/b"})
         EXPECT_FALSE(m_codecs.CanSave(pszPath) || !SaveAndLoad(pszPath, Soft(3, 3)).isNull());
-    EXPECT_TRUE(m_codecs.CanSave(L"/x/絵.JPEG"));
-    EXPECT_TRUE(m_files.m_mapFiles.empty());
+    EXPECT_TRUE(m_codecs.CanSave(L"/x/絵.JPEG") && m_files.m_mapFiles.empty());
     m_files.m_bReadOnly = true;
     CQtBitmap bitmap(Soft(3, 3));
     EXPECT_FALSE(m_codecs.Save(L"a.png", bitmap));

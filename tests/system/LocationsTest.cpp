@@ -13,8 +13,7 @@
 
 TEST(Locations, FollowTheEnvironmentAtEachCall) {
     CLocations locations;
-    const QByteArray bytesOldXdg = qgetenv("XDG_CONFIG_HOME");
-    const QByteArray bytesOldHome = qgetenv("HOME");
+    const QByteArray bytesOldXdg = qgetenv("XDG_CONFIG_HOME"), bytesOldHome = qgetenv("HOME");
     qputenv("HOME", "/home/me");
     for (const char* pszXdg : {"/x/設定//", "", "relative/path"}) {
         qputenv("XDG_CONFIG_HOME", pszXdg);

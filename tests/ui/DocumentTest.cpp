@@ -1,7 +1,6 @@
 // Documents in the real main frame: dropped, listed, marked.
 #include "UiTest.h"
 
-#include "core/AppModule/AppModule.h"
 #include "core/AppModule/CommandIds.h"
 #include "core/AppModule/PrivateMessages.h"
 #include "core/ImageFile/ImageFile.h"
@@ -24,13 +23,11 @@ protected:
     };
 
     DocumentWindows() {
-        qputenv("XDG_CONFIG_HOME", m_folder.GetPath().c_str());
         for (const wchar_t* psz : {L"/1.vlm", L"/2.vlm", L"/3.vlm", L"/4.vlm", L"/絵\n [*] &5.vlm"})
             SaveDocument(*CreateCanvas({60, 40}), psz, m_disk);
         m_pSession = std::make_unique<TSession>(m_disk);
         Settle();
     }
-    ~DocumentWindows() override { qunsetenv("XDG_CONFIG_HOME"); }
     void Restart() {
         CMemoryFiles files;
         files.m_mapFiles = Files();
@@ -38,12 +35,7 @@ protected:
         m_pSession = std::make_unique<TSession>(files);
         Settle();
     }
-    void Settle() {
-        for (int n = 0; n < 3; ++n) {
-            m_pSession->Turn();
-            while (g_AppModule.GetMessageLoop()->OnIdle(0)) m_pSession->Turn();
-        }
-    }
+    void Settle() { m_pSession->Settle(); }
     void Drop(const QStringList& lstPaths) {
         QMimeData data;
         QList<QUrl> lstUrls{QUrl("http://example.org/x.png")};
@@ -70,7 +62,7 @@ protected:
     QMainWindow& Main() { return *dynamic_cast<QMainWindow*>(g_pMainFrame->GetWindow()); }
     static CCanvasFrame& Active() { return *g_wpActiveFrame.lock(); }
 
-    CTempFolder m_folder;
+    CSettingsFolder m_folder;
     CMemoryFiles m_disk;
     std::unique_ptr<TSession> m_pSession;
     CBoxCloser m_closer;

@@ -1,5 +1,4 @@
-// A session inside a host that is a Qt program itself: run in a process of its own, started by the test
-// below.
+// A session inside a host that is a Qt program itself, in a process of its own.
 #include "UiTest.h"
 
 namespace {

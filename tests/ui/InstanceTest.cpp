@@ -3,6 +3,9 @@
 
 #include "app/desktop/Handover.h"
 #include "app/desktop/Instance.h"
+#include "core/Base/Text.h"
+#include "session/Script.h"
+#include "system/FileStore.h"
 #include "tests/support/TempFolder.h"
 
 #include <QLocalSocket>
@@ -86,12 +89,14 @@ TEST_F(Instance, OfManyStartsAtOneMomentOneIsTheFirst) {
     EXPECT_TRUE(nFirst == 1 && nHanded == 5) << nFirst << " " << nHanded;
 }
 
-TEST_F(Instance, TheRealProgramFollowsAKilledOne) {
+TEST_F(Instance, TheRealProgramFollowsAKilledOneWhoseRecordIsWhole) {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     for (const char* psz : {"XDG_RUNTIME_DIR", "XDG_CONFIG_HOME"})
         environment.insert(psz, QString::fromStdString(m_strFolder));
+    QImage(20, 10, QImage::Format_RGB32).save(QString::fromStdString(m_folder.File("page.png").native()));
     const auto start = [&](QProcess& process, const QStringList& lstArguments) {
         process.setProcessEnvironment(environment);
+        process.setWorkingDirectory(QString::fromStdString(m_strFolder));
         process.start(VELLUM_DESKTOP, lstArguments);
     };
     const auto isListening = [&] {
@@ -99,8 +104,12 @@ TEST_F(Instance, TheRealProgramFollowsAKilledOne) {
         socket.connectToServer(m_strSocket);
         return socket.waitForConnected(1000) && socket.waitForReadyRead(2000);
     };
+    const auto readRecord = [&] {
+        return CFileStore().Read(FromUtf8(m_folder.File("record").native())).value_or("");
+    };
+    const auto hasOpened = [&] { return readRecord().find("\"open\"") != std::string::npos; };
     for (int nRound = 0; nRound < 2; ++nRound) {
-        QProcess first, second, own; // the first one's end is a kill
+        QProcess first, second, own, recorded; // the first one's end is a kill
         start(first, {});
         ASSERT_TRUE(QTest::qWaitFor(isListening, 20000)) << nRound;
         start(second, {"none.vlm"});
@@ -108,6 +117,11 @@ TEST_F(Instance, TheRealProgramFollowsAKilledOne) {
         EXPECT_EQ(second.exitCode(), 0);
         start(own, {"--new-window"});
         EXPECT_FALSE(own.waitForFinished(500)) << "works on its own";
-        for (QProcess* pProcess : {&first, &own}) pProcess->kill(), pProcess->waitForFinished();
+        start(recorded, {"--record", "record", "page.png"});
+        EXPECT_TRUE(QTest::qWaitFor(hasOpened, 20000));
+        for (QProcess* pProcess : {&first, &own, &recorded}) pProcess->kill(), pProcess->waitForFinished();
+        EXPECT_TRUE(readRecord().ends_with("page.png\"}\n")) << readRecord();
+        EXPECT_NO_THROW(ParseScript(readRecord(), "record"));
+        std::filesystem::remove(m_folder.File("record"));
     }
 }

@@ -4,7 +4,9 @@
 
 namespace {
 
-using EKind = TPanelControl::EKind;
+using enum TPanelControl::EKind;
+
+const TPanelPlace DOCKED{EPanelDock::Right, CRect({900, 100}, {260, 500}), true};
 
 /// A view that shows one colour.
 struct CPlainView : IPanelView {
@@ -21,28 +23,29 @@ class CPanelTest : public CUiTest {
 protected:
     CPanelTest() {
         m_client.m_fnHandle = [this](const TMessage& msg) {
-            const char* const pszWhat = msg.id == EMessage::PanelChange     ? "change "
-                                        : msg.id == EMessage::PanelActivate ? "activate "
-                                        : msg.id == EMessage::PanelRename   ? "rename "
-                                        : msg.id == EMessage::PanelMove     ? "move "
-                                        : msg.id == EMessage::LButtonDown   ? "down "
-                                        : msg.id == EMessage::KeyDown       ? "key "
-                                                                            : nullptr;
-            if (!pszWhat) return false;
+            static const std::map<EMessage, const char*> TOLD{
+                {EMessage::PanelChange, "change "}, {EMessage::PanelActivate, "activate "},
+                {EMessage::PanelRename, "rename "}, {EMessage::PanelMove, "move "},
+                {EMessage::LButtonDown, "down "},   {EMessage::KeyDown, "key "}};
+            if (!TOLD.count(msg.id)) return false;
             const bool bView = PackedView(msg.wParam) != 0;
-            m_vTold.push_back(pszWhat + std::to_string(bView ? PackedView(msg.wParam) : msg.wParam) + " " +
-                              std::to_string(msg.lParam) + ToQtText(msg.strText));
+            m_vTold.push_back(TOLD.at(msg.id) + std::to_string(bView ? PackedView(msg.wParam) : msg.wParam) +
+                              " " + std::to_string(msg.lParam) + ToQtText(msg.strText));
             return true;
         };
+        m_vControls[4].szView = {100, 60};
         m_pPanel = Make(L"Test");
-        m_pPanel->SetPlace({EPanelDock::Right, CRect({900, 100}, {260, 500}), true});
-        m_pPanel->ShowPanel(true);
+        Show(*m_pPanel, DOCKED);
         Open(m_a);
         Turn();
     }
     ~CPanelTest() override {
         // Their client goes before the main window does.
         for (IPanelWindow* pPanel : m_vPanels) pPanel->Destroy();
+    }
+    static void Show(IPanelWindow& panel, const TPanelPlace& place) {
+        panel.SetPlace(place);
+        panel.ShowPanel(true);
     }
     IPanelWindow* Make(const std::wstring& strName) {
         m_vPanels.push_back(
@@ -66,24 +69,13 @@ protected:
 
     CPlainView m_view;
     std::vector<TPanelControl> m_vControls{
-        {.kind = EKind::Check, .nId = 1, .strText = L"太さ"},
-        {.kind = EKind::Combo, .nId = 2, .strLabel = L"硬さ", .vRows = {L"a", L"b", L"c"}},
-        {.kind = EKind::Slider,
-         .nId = 3,
-         .strLabel = L"値",
-         .vStops = {1, 2, 4, 8, 100},
-         .nMin = 1,
-         .nMax = 100,
-         .nValue = 2},
-        {.kind = EKind::Text, .nId = 4, .strText = L"#000000"},
-        {.kind = EKind::List,
-         .nId = 5,
-         .vRows = {L"x", L"y", L"z"},
-         .nValue = -1,
-         .bEditable = true,
-         .szView = {100, 60}},
-        {.kind = EKind::View, .nId = 6, .szView = {100, 50}, .pView = &m_view},
-        {.kind = EKind::Toggle, .nId = 7, .strText = L"筆", .strIcon = "icons/tool-brush.svg"},
+        {.kind = Check, .nId = 1, .strText = L"太さ"},
+        {.kind = Combo, .nId = 2, .strLabel = L"硬さ", .vRows = {L"a", L"b", L"c"}},
+        {.kind = Slider, .nId = 3, .vStops = {1, 2, 4, 8, 100}, .nMin = 1, .nMax = 100, .nValue = 2},
+        {.kind = Text, .nId = 4, .strText = L"#000000"},
+        {.kind = List, .nId = 5, .vRows = {L"x", L"y", L"z"}, .nValue = -1, .bEditable = true},
+        {.kind = View, .nId = 6, .szView = {100, 50}, .pView = &m_view},
+        {.kind = Toggle, .nId = 7, .strText = L"筆", .strIcon = "icons/tool-brush.svg"},
     };
     CTestClient m_client{"panel", m_vLog};
     TLog m_vTold;
@@ -197,10 +189,9 @@ TEST_F(CPanelTest, TheOneThatWasInFrontIsThereWhenTheWindowShows) {
         Turn();
         m_pMain = CreateMain(m_main);
         for (const wchar_t* pszName : {L"A", L"B", L"C"}) {
-            IPanelWindow* pPanel = Make(pszName);
-            const bool bFront = m_vPanels.size() == nFront + 1;
-            pPanel->SetPlace({EPanelDock::Right, CRect({900, 100}, {260, 500}), true, bFront});
-            pPanel->ShowPanel(true);
+            TPanelPlace place = DOCKED;
+            place.bFront = m_vPanels.size() == nFront;
+            Show(*Make(pszName), place);
         }
         m_pMain->Show();
         Turn();
@@ -213,8 +204,7 @@ TEST_F(CPanelTest, PlacesComeBackAndAPanelGoesWithItsWindow) {
     TPanelPlace place = m_pPanel->GetPlace();
     EXPECT_TRUE(place.dock == EPanelDock::Right && place.bShow && place.rc.Width() >= 200);
     IPanelWindow* pOther = Make(L"Other");
-    pOther->SetPlace({EPanelDock::Right, CRect({900, 100}, {260, 500}), true});
-    pOther->ShowPanel(true);
+    Show(*pOther, DOCKED);
     Turn();
     QDockWidget* pDock = GetWidget().findChild<QDockWidget*>("Test");
     EXPECT_EQ(GetWidget().tabifiedDockWidgets(pDock).size(), 1); // one place is shared behind tabs
@@ -224,8 +214,7 @@ TEST_F(CPanelTest, PlacesComeBackAndAPanelGoesWithItsWindow) {
     Turn();
     EXPECT_TRUE(m_pPanel->GetPlace().bFront && !pOther->GetPlace().bFront);
     const CRect rcFloat({40, 60}, {300, 320});
-    pOther->SetPlace({EPanelDock::Float, rcFloat, true});
-    pOther->ShowPanel(true);
+    Show(*pOther, {EPanelDock::Float, rcFloat, true});
     Turn();
     EXPECT_TRUE(pOther->GetPlace().dock == EPanelDock::Float);
     EXPECT_EQ(pOther->GetPlace().rc, rcFloat);

@@ -1,14 +1,13 @@
 // A session in the real window, recorded, and its record played without one.
 #include "UiTest.h"
 
-#include "core/AppModule/AppModule.h"
 #include "core/ImageFile/ImageFile.h"
 #include "core/IniConfig/IniConfig.h"
-#include "core/LayerBuffer/RasterLayerBuffer.h"
 #include "core/MainFrame/MainFrame.h"
 #include "core/MainFrame/SessionScope.h"
 #include "session/Recorder.h"
 #include "session/SessionPlatform.h"
+#include "tests/support/LayerPictures.h"
 #include "tests/support/NoPlaces.h"
 #include "tests/support/TempFolder.h"
 
@@ -16,10 +15,7 @@ namespace {
 
 boost::shared_ptr<CCanvasBuffer> OpenCanvas() {
     CreateMainFrame();
-    const auto spCanvas = CreateCanvas({300, 200});
-    const auto spLayer = CreateRasterLayer(spCanvas);
-    spCanvas->GetRoot().AddLayer(spLayer, -1, false);
-    spCanvas->GetRoot().SetActiveChild(spLayer);
+    const auto spCanvas = MakePage({300, 200});
     g_pMainFrame->OpenFrame(CreateCanvasFrame(spCanvas));
     return spCanvas;
 }
@@ -38,29 +34,14 @@ public:
         m_spCanvas = OpenCanvas();
         Settle();
     }
-    // What the loop does until nothing is to be done.
-    void Settle() {
-        CMessageLoop& loop = *g_AppModule.GetMessageLoop();
-        IMessageQueue& queue = m_recorder.GetPlatform().queue;
-        for (int n = 0; n < 3; ++n) do {
-                for (TMessage msg; queue.Peek() && queue.Get(msg) == 1;)
-                    if (!loop.PreTranslateMessage(msg)) queue.Dispatch(msg);
-            } while (loop.OnIdle(0));
-    }
-    QWidget& GetViewport() const {
-        auto* pWindow = dynamic_cast<QWidget*>(g_wpActiveFrame.lock()->GetWindow());
-        return *pWindow->findChild<QAbstractScrollArea*>()->viewport();
-    }
-    void Tablet(QPointF pt, qreal dPressure, int nTilt = 0) {
-        QTabletEvent event(QEvent::TabletMove, &m_pen, pt, GetViewport().mapToGlobal(pt), dPressure, nTilt,
-                           -7, 0, 3, 0, Qt::NoModifier, Qt::NoButton, Qt::NoButton);
-        QCoreApplication::sendEvent(&GetViewport(), &event);
-    }
+    void Settle() { CUiSession::Settle(m_recorder.GetPlatform().queue); }
+    QWidget& GetViewport() const { return *ViewOf(g_wpActiveFrame.lock()->GetWindow()).viewport(); }
     // Events come in bursts, as from a program that is busy drawing.
     void Stroke(QPointF ptFrom, QPointF ptStep) {
         const QPointF ptMiddle(GetViewport().rect().center());
         for (int n = 0; n < 40; ++n) {
-            Tablet(ptMiddle + ptFrom + ptStep * n, n == 0 || n > 35 ? 0 : 0.3 + n * 0.015, n);
+            const double dPressure = n == 0 || n > 35 ? 0 : 0.3 + n * 0.015;
+            SendPen(GetViewport(), m_pen, ptMiddle + ptFrom + ptStep * n, dPressure, n, -7);
             if (n % 7 == 0) Settle();
         }
         Settle();
@@ -77,8 +58,7 @@ public:
         Settle();
     }
     void Scroll(int nOffset) {
-        auto& area = dynamic_cast<QAbstractScrollArea&>(*GetViewport().parentWidget());
-        area.verticalScrollBar()->setValue(nOffset);
+        ViewOf(g_wpActiveFrame.lock()->GetWindow()).verticalScrollBar()->setValue(nOffset);
         Settle();
     }
     void PickTool(int nTool) {
@@ -88,13 +68,7 @@ public:
     }
     IMainWindow& GetMain() { return *g_pMainFrame->GetWindow(); }
 
-    QPointingDevice m_pen{"pen",
-                          1,
-                          QInputDevice::DeviceType::Stylus,
-                          QPointingDevice::PointerType::Pen,
-                          QInputDevice::Capability::Pressure,
-                          1,
-                          3};
+    QPointingDevice m_pen = MakePen();
     boost::shared_ptr<CCanvasBuffer> m_spCanvas;
 
 private:
@@ -103,8 +77,7 @@ private:
 };
 
 TEST(Record, OfTheRealWindowGivesTheSameDocumentWithoutOne) {
-    CTempFolder folder;
-    qputenv("XDG_CONFIG_HOME", folder.GetPath().c_str());
+    CSettingsFolder folder;
     std::string strRecord, strDocument;
     size_t nUndo = 0;
     {
@@ -124,7 +97,6 @@ TEST(Record, OfTheRealWindowGivesTheSameDocumentWithoutOne) {
         strDocument = BytesOf(*window.m_spCanvas);
         nUndo = window.m_spCanvas->GetHistory().GetUndoList().size();
     }
-    qunsetenv("XDG_CONFIG_HOME");
     EXPECT_EQ(nUndo, 3u) << "one of four strokes was undone";
 
     CMemoryFiles files;
@@ -139,30 +111,6 @@ TEST(Record, OfTheRealWindowGivesTheSameDocumentWithoutOne) {
     }
     EXPECT_EQ(session.GetFailure(), "");
     EXPECT_TRUE(BytesOf(*spCanvas) == strDocument) << strRecord;
-}
-
-TEST(Record, OfAKilledProgramIsWhole) {
-    CTempFolder folder;
-    QImage(20, 10, QImage::Format_RGB32).save(QString::fromStdString(folder.File("page.png").native()));
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    for (const char* psz : {"XDG_CONFIG_HOME", "XDG_RUNTIME_DIR"})
-        environment.insert(psz, QString::fromStdString(folder.GetPath().native()));
-    QFile record(QString::fromStdString(folder.File("record").native()));
-    QProcess program;
-    program.setProcessEnvironment(environment);
-    program.setWorkingDirectory(QString::fromStdString(folder.GetPath().native()));
-    program.start(VELLUM_DESKTOP, {"--record", "record", "page.png"});
-    const auto isOpen = [&] {
-        record.close();
-        return record.open(QIODevice::ReadOnly) && record.readAll().contains("\"open\"");
-    };
-    EXPECT_TRUE(QTest::qWaitFor(isOpen, 20000));
-    program.kill();
-    program.waitForFinished();
-    record.seek(0);
-    const std::string strRecord = record.readAll().toStdString();
-    EXPECT_TRUE(strRecord.ends_with("page.png\"}\n"));
-    EXPECT_NO_THROW(ParseScript(strRecord, "record"));
 }
 
 } // namespace

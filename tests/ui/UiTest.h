@@ -1,6 +1,7 @@
 // A session's message loop on real windows without a display, and clients that write down what they hear.
 #pragma once
 
+#include "core/AppModule/AppModule.h"
 #include "core/AppModule/MessageQueue.h"
 #include "core/Platform/Dialogs.h"
 #include "core/Platform/Platform.h"
@@ -25,6 +26,15 @@ public:
         for (int i = 0; i < 3; ++i)
             for (TMessage msg; m_queue.Peek() && m_queue.Get(msg) == 1;) m_queue.Dispatch(msg);
     }
+    /// Does what the session's loop does until nothing is to be done.
+    static void Settle(IMessageQueue& queue) {
+        CMessageLoop& loop = *g_AppModule.GetMessageLoop();
+        for (int n = 0; n < 3; ++n) do {
+                for (TMessage msg; queue.Peek() && queue.Get(msg) == 1;)
+                    if (!loop.PreTranslateMessage(msg)) queue.Dispatch(msg);
+            } while (loop.OnIdle(0));
+    }
+    void Settle() { Settle(m_queue); }
     IMainWindow* CreateMain(CTestClient& client, const TMainWindowSetup& setup = {}) {
         return m_windows.CreateMainWindow(client, setup);
     }
@@ -38,6 +48,22 @@ public:
     CQtPlatform m_platform{m_queue, m_files, m_locations, m_modules, m_codecs, m_snapshots};
     IWindowFactory& m_windows = m_platform.GetWindows();
 };
+
+inline QAbstractScrollArea& ViewOf(ICanvasWindow* pWindow) {
+    return *dynamic_cast<QMdiSubWindow&>(*pWindow).findChild<QAbstractScrollArea*>();
+}
+
+using EPenEnd = QPointingDevice::PointerType;
+inline QPointingDevice MakePen(EPenEnd end = EPenEnd::Pen) {
+    return {"pen", 1, QInputDevice::DeviceType::Stylus, end, QInputDevice::Capability::Pressure, 1, 3};
+}
+
+/// What a pen does over a view, or above the tablet.
+inline void SendPen(QWidget& view, const QPointingDevice& pen, QPointF pt, qreal dPressure, int nTiltX = 0,
+                    int nTiltY = 0, QEvent::Type type = QEvent::TabletMove) {
+    QTabletEvent event(type, &pen, pt, view.mapToGlobal(pt), dPressure, nTiltX, nTiltY, 0, 3, 0, {}, {}, {});
+    QCoreApplication::sendEvent(type == QEvent::TabletMove ? static_cast<QObject*>(&view) : qApp, &event);
+}
 
 /// Closes every message box as soon as it opens.
 class CBoxCloser {

@@ -5,9 +5,6 @@
 namespace {
 
 QMdiSubWindow& WidgetOf(ICanvasWindow* pWindow) { return *dynamic_cast<QMdiSubWindow*>(pWindow); }
-QAbstractScrollArea& ViewOf(ICanvasWindow* pWindow) {
-    return *qobject_cast<QAbstractScrollArea*>(WidgetOf(pWindow).widget());
-}
 
 } // namespace
 

@@ -5,8 +5,6 @@
 #include "core/Platform/Dialogs.h"
 #include "tests/support/TestPlatform.h"
 
-#include <gtest/gtest.h>
-
 #include <cstdlib>
 #include <new>
 
@@ -51,10 +49,8 @@ protected:
     // Shows a report, with memory or without, in a session that has these boxes.
     std::wstring TextOf(bool bMemory, const std::function<void()>& fnReport) {
         CTestPlatform outside;
-        outside.Run([&](const TPlatform& p) {
-            const TPlatform platform{p.queue, p.windows,   m_boxes,     p.fileDialogs, p.dialogs,
-                                     p.files, p.locations, p.modules,   p.codecs,      p.clock,
-                                     p.keys,  p.clipboard, p.snapshots, p.pen};
+        outside.m_pBoxes = &m_boxes;
+        outside.Run([&](const TPlatform& platform) {
             g_AppModule.SetPlatform(&platform);
             g_bNoMemory = !bMemory;
             fnReport();

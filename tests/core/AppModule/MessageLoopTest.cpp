@@ -26,8 +26,7 @@ protected:
         char m_ch;
     };
 
-    // Plays a text: each letter is an event when the queue runs dry, '!' ends the session. Idle work asks for
-    // so many more passes.
+    // Each letter of the text is an event when the queue runs dry; idle work asks for so many more passes.
     std::string Play(const std::string& strScript, int nIdleWanted) {
         m_strScript = strScript;
         m_nIdleWanted = nIdleWanted;
@@ -62,8 +61,7 @@ protected:
 } // namespace
 
 TEST_F(MessageLoop, IdleRunsWhenNothingWaitsAndAgainAfterWhatMatters) {
-    // Idle passes 0 1 2 at first; a mouse move wakes nothing; a key starts over; a failing wait is asked
-    // again.
+    // Passes 0 1 2 at first; a mouse move wakes nothing; a key starts over; a failing wait is asked again.
     EXPECT_EQ(Play("mk?!", 2), "012mk012?!");
 }
 

@@ -1,7 +1,4 @@
 #include "core/Base/Failure.h"
-#include "core/LayerBuffer/LayerSetBuffer.h"
-#include "core/LayerBuffer/RasterLayerBuffer.h"
-#include "core/LayerBuffer/VectorLayerBuffer.h"
 #include "tests/support/LayerPictures.h"
 #include "tests/support/ProjectBytes.h"
 
@@ -73,7 +70,18 @@ TEST(ProjectFile, IsAsItsPageShowsIt) {
     root.AddLayer(spSet, -1);
     root.AddLayer(spRaster, -1);
     root.SetActiveChild(spRaster);
-    EXPECT_EQ(SaveToBytes(*spCanvas), ListedBytes("A whole file"));
+    const TBytes vFile = SaveToBytes(*spCanvas);
+    EXPECT_EQ(vFile, ListedBytes("A whole file"));
+    const auto spBack = LoadFromBytes(vFile);
+    EXPECT_EQ(SaveToBytes(*spBack), vFile);
+    EXPECT_TRUE(spBack->GetPath() == L"page.vlm" && !spBack->GetHistory().IsModified());
+    EXPECT_TRUE(spBack->GetActiveLayer()->GetOpacity() == 128 && spBack->GetActiveLayer()->IsVisible());
+    // Every cut is refused; what follows the top chunk does not matter.
+    for (size_t n = 0; n < vFile.size(); ++n)
+        EXPECT_THROW(LoadFromBytes({vFile.data(), vFile.data() + n}), deserialize_error);
+    TBytes vMore = vFile;
+    vMore.push_back(0);
+    EXPECT_NO_THROW(LoadFromBytes(vMore));
     const auto spTile = spRaster->GetRaster()->GetBlock({96, 0}, true);
     spTile->Fill(MakeColor(0x11, 0x22, 0x33), 0x44);
     const TBytes vListed = ListedBytes("A tile");
@@ -121,8 +129,8 @@ TEST(ProjectFile, OneByteTooManyInAnyChunkIsRefused) {
         vBytes.insert(vBytes.begin() + static_cast<ptrdiff_t>(end(i)), 0);
         for (const size_t n : vAround) {
             const uint32_t uLength = at(n + 10) + 1;
-            vBytes[n + 10] = static_cast<uint8_t>(uLength >> 8),
-                       vBytes[n + 11] = static_cast<uint8_t>(uLength);
+            vBytes[n + 10] = static_cast<uint8_t>(uLength >> 8);
+            vBytes[n + 11] = static_cast<uint8_t>(uLength);
         }
         EXPECT_THROW(LoadFromBytes(vBytes), deserialize_error) << "chunk at " << i;
         ++nChunks;
@@ -135,29 +143,29 @@ TEST(ProjectFile, SmallFilesCannotTakeGigabytes) {
     EXPECT_THROW(LoadFromBytes(Nested(257)), deserialize_error);
     EXPECT_THROW(LoadFromBytes(Nested(5000)), deserialize_error);
     const auto wide = [](CSize sz, int nLayers) {
-        return LoadFromBytes(File(sz, Base(nLayers, 0, [&](CSerializer& root) {
-                                      for (int n = 0; n < nLayers; ++n)
-                                          root.WriteChunk(Set(Base(0, -1, NOTHING)));
-                                  })));
+        const auto children = [&](CSerializer& root) {
+            for (int n = 0; n < nLayers; ++n) root.WriteChunk(Set(Base(0, -1, NOTHING)));
+        };
+        return LoadFromBytes(File(sz, Base(nLayers, 0, children)));
     };
     EXPECT_EQ(wide({12000, 12000}, 1000)->GetRoot().GetChildren().size(), 1000u);
     EXPECT_THROW(wide({32767, 32767}, 1000), deserialize_error);
     EXPECT_THROW(wide({32768, 1}, 0), deserialize_error);
     EXPECT_THROW(LoadFromBytes(File({10, 10}, Base(0x7FFFFFFF, 0, NOTHING))), deserialize_error);
     // A plane of its own size in a small canvas.
+    const auto refuse = [](const CSerializer& layer) {
+        const auto child = [&](CSerializer& root) { root.WriteChunk(layer); };
+        EXPECT_THROW(LoadFromBytes(File({10, 10}, Base(1, 0, child))), deserialize_error);
+    };
     const auto plane = Chunk("RASC", 0, [](CSerializer& chunk) {
         for (int n = 0; n < 2; ++n) chunk.WriteSize(n ? CSize{1, 1} : CSize{60000, 60000});
         chunk.WriteChunk(Chunk("RASB", 0, NOTHING));
     });
-    const auto layer = Chunk("LAYR", 0, [&](CSerializer& chunk) {
+    refuse(Chunk("LAYR", 0, [&](CSerializer& chunk) {
         chunk.WriteChunk(Base(0, 0, NOTHING));
         chunk.WriteChunk(plane);
-    });
-    EXPECT_THROW(LoadFromBytes(File({10, 10}, Base(1, 0, [&](CSerializer& c) { c.WriteChunk(layer); }))),
-                 deserialize_error);
-    const auto other = Chunk("LAYX", 0, NOTHING);
-    EXPECT_THROW(LoadFromBytes(File({10, 10}, Base(1, 0, [&](CSerializer& c) { c.WriteChunk(other); }))),
-                 deserialize_error);
+    }));
+    refuse(Chunk("LAYX", 0, NOTHING));
 }
 
 TEST(ProjectFile, ABackupIsASnapshot) {

@@ -6,6 +6,7 @@
 #include "core/IniConfig/GlobalSwitches.h"
 #include "core/LayerBuffer/StrokeHistory.h"
 #include "tests/support/LayerPictures.h"
+#include "tests/support/ProjectBytes.h"
 
 #include <gtest/gtest.h>
 
@@ -52,13 +53,10 @@ protected:
         std::vector<TLayerPtr> vLayers;
         m_spCanvas->GetRoot().SetActiveChild({});
         Collect(m_spCanvas->GetRoot(), vLayers);
-        const auto hash = [](const std::vector<uint8_t>& v) {
+        const auto hash = [](const auto& v) {
             return std::hash<std::string_view>()({reinterpret_cast<const char*>(v.data()), v.size()});
         };
-        CSerializer file;
-        file.WriteChunk(m_spCanvas->Serialize());
-        const TBytes vFile(file.GetPayload());
-        return hash({vFile.begin(), vFile.end()}) ^ hash(PixelsOf(*m_spCanvas->Flatten())) * 3 ^
+        return hash(SaveToBytes(*m_spCanvas)) ^ hash(PixelsOf(*m_spCanvas->Flatten())) * 3 ^
                reinterpret_cast<size_t>(m_spCanvas->GetSelect());
     }
 
@@ -74,35 +72,20 @@ protected:
             return DoLayerCommand(m_spCanvas, ID_LAYER_NEW_RASTER + static_cast<int>(m_random() % 3));
         const auto pVector = dynamic_cast<CVectorLayerBuffer*>(spLayer.get());
         const auto pRaster = dynamic_cast<CRasterLayerBuffer*>(spLayer.get());
-        switch (m_random() % 10) {
-        case 0:
-            return DoLayerCommand(m_spCanvas, ID_LAYER_DELETE);
-        case 1:
-            return DoLayerCommand(m_spCanvas, ID_LAYER_CLIPPING);
-        case 2:
-            return DoLayerCommand(m_spCanvas, ID_LAYER_MERGE_DOWN);
-        case 3:
-            return DoLayerCommand(m_spCanvas, ID_LAYER_RASTERIZE);
-        case 4:
-            return m_random() % 4 == 0 &&
-                   DoLayerCommand(m_spCanvas, ID_MODE_GREY + static_cast<int>(m_random() % 3));
-        case 5:
-            spLayer->SetOpacity(static_cast<uint8_t>(m_random()), true);
-            break;
-        case 6:
-            spLayer->setName(std::to_wstring(m_random()), true);
-            break;
-        case 7:
-            if (const TLayerPtr spParent = any(); spParent != spLayer && !spLayer->FindParentOf(*spParent))
-                m_spCanvas->GetRoot().FindParentOf(*spLayer)->MoveLayer(spLayer, spParent, -1);
-            break;
-        case 8:
-            ChangeSelection(m_spCanvas, boost::make_shared<CSelectBuffer>(SIZE), L"選択ツール");
-            break;
-        default:
-            if (pVector) pVector->SetLayerColor(m_random() & 0xFFFFFF, true);
-            if (pRaster) PaintStroke(*m_spCanvas, *pRaster, m_random);
-        }
+        constexpr int COMMANDS[] = {ID_LAYER_DELETE, ID_LAYER_CLIPPING, ID_LAYER_MERGE_DOWN,
+                                    ID_LAYER_RASTERIZE};
+        const auto nAction = m_random() % 10;
+        if (nAction < 4) return DoLayerCommand(m_spCanvas, COMMANDS[nAction]);
+        if (nAction == 4 && m_random() % 4 == 0)
+            return DoLayerCommand(m_spCanvas, ID_MODE_GREY + static_cast<int>(m_random() % 3));
+        if (nAction == 5) spLayer->SetOpacity(static_cast<uint8_t>(m_random()), true);
+        if (nAction == 6) spLayer->setName(std::to_wstring(m_random()), true);
+        const TLayerPtr spParent = any();
+        if (nAction == 7 && spParent != spLayer && !spLayer->FindParentOf(*spParent))
+            m_spCanvas->GetRoot().FindParentOf(*spLayer)->MoveLayer(spLayer, spParent, -1);
+        if (nAction == 8) ChangeSelection(m_spCanvas, boost::make_shared<CSelectBuffer>(SIZE), L"選択ツール");
+        if (nAction == 9 && pVector) pVector->SetLayerColor(m_random() & 0xFFFFFF, true);
+        if (nAction == 9 && pRaster) PaintStroke(*m_spCanvas, *pRaster, m_random);
         return m_spCanvas->GetHistory().GetUndoList().size() > nBefore;
     }
 
@@ -115,11 +98,10 @@ protected:
 
 TEST_P(UndoWalk, EveryStateComesBackWholly) {
     std::vector<size_t> vStates{State()};
-    while (vStates.size() <= OPERATIONS)
-        if (Act())
-            vStates.push_back(State());
-        else
-            vStates.back() = State(); // one opacity after the other is one step
+    while (vStates.size() <= OPERATIONS) {
+        vStates.resize(vStates.size() + Act()); // one opacity after the other is one step
+        vStates.back() = State();
+    }
     size_t nAt = OPERATIONS;
     CHistoryStream& history = m_spCanvas->GetHistory();
     ASSERT_EQ(history.GetUndoList().size(), OPERATIONS);

@@ -69,8 +69,7 @@ TEST_F(CanvasScreen, OnlyWhatChangedIsDrawnAndEveryViewSeesItOnce) {
     CCanvasView view;
     view.SetCanvasSize(m_spCanvas->GetSize());
     view.Apply({24}, {600, 500});
-    CCanvasScreen first;
-    CCanvasScreen second;
+    CCanvasScreen first, second;
     first.Refresh(*m_spCanvas, view);
     second.Refresh(*m_spCanvas, view);
     EXPECT_TRUE(first.Refresh(*m_spCanvas, view).IsEmpty());

@@ -76,6 +76,8 @@ TEST_F(LayerCommands, ClippingMovesOntoTheLayerBelowAndBack) {
     EXPECT_EQ(Tree(), L"a* c");
     m_history.Undo();
     EXPECT_EQ(Tree(), L"a[b*] c");
+    Select(1);
+    EXPECT_FALSE(IsEnabled(ID_LAYER_MERGE_DOWN)); // the one below has children
     Select(0);
     EXPECT_TRUE(IsEnabled(ID_LAYER_RASTERIZE));
     Do(ID_LAYER_RASTERIZE);
@@ -84,10 +86,15 @@ TEST_F(LayerCommands, ClippingMovesOntoTheLayerBelowAndBack) {
     Do(ID_LAYER_NEW_SET);
     EXPECT_FALSE(IsEnabled(ID_LAYER_MERGE_DOWN)); // a set merges with nothing
     Select(1);
+    EXPECT_TRUE(IsEnabled(ID_LAYER_MERGE_DOWN));
     Do(ID_LAYER_MERGE_DOWN);
     EXPECT_EQ(Tree(), L"a* 新規レイヤーセット");
     for (int n = 0; n < 3; ++n) m_history.Undo();
     EXPECT_EQ(Tree(), L"a[b] c*");
+    Do(ID_LAYER_NEW_SET);
+    m_spCanvas->GetRoot().AddLayer(CreateRasterLayer(m_spCanvas), -1);
+    Select(3);
+    EXPECT_FALSE(IsEnabled(ID_LAYER_MERGE_DOWN)); // nor is anything merged into one
 }
 
 TEST_F(LayerCommands, ColourModesAreStatesOfTheCanvas) {
@@ -95,14 +102,11 @@ TEST_F(LayerCommands, ColourModesAreStatesOfTheCanvas) {
     EXPECT_TRUE(IsChecked(ID_MODE_RGB) && !IsChecked(ID_MODE_GREY) && !IsChecked(ID_MODE_LIGHT));
     EXPECT_FALSE(Do(ID_MODE_RGB));
     EXPECT_EQ(m_history.GetUndoList().size(), 1u);
-    EXPECT_TRUE(Do(ID_MODE_LIGHT));
-    EXPECT_TRUE(IsChecked(ID_MODE_RGB) && IsChecked(ID_MODE_LIGHT));
-    EXPECT_TRUE(m_spCanvas->IsColorRaster() && !m_spCanvas->IsColor());
-    EXPECT_TRUE(Do(ID_MODE_GREY));
+    EXPECT_TRUE(Do(ID_MODE_LIGHT) && IsChecked(ID_MODE_RGB) && IsChecked(ID_MODE_LIGHT));
+    EXPECT_TRUE(m_spCanvas->IsColorRaster() && !m_spCanvas->IsColor() && Do(ID_MODE_GREY));
     EXPECT_TRUE(IsChecked(ID_MODE_GREY));
     EXPECT_FALSE(IsEnabled(ID_MODE_LIGHT));
     EXPECT_EQ(Tree(), L"a*"); // the copy has the same layer active
     m_history.Undo();
-    EXPECT_TRUE(Do(ID_MODE_LIGHT));
-    EXPECT_TRUE(IsChecked(ID_MODE_RGB) && !IsChecked(ID_MODE_LIGHT));
+    EXPECT_TRUE(Do(ID_MODE_LIGHT) && IsChecked(ID_MODE_RGB) && !IsChecked(ID_MODE_LIGHT));
 }

@@ -1,7 +1,6 @@
-#include "core/GDIBuffer/ScreenMap.h"
 #include "core/GDIBuffer/GDIBuffer.h"
 #include "core/RasterBuffer/ColorRasterBuffer.h"
-#include "tests/support/MemoryBitmap.h"
+#include "system/QtBitmap.h"
 
 #include <boost/make_shared.hpp>
 #include <gtest/gtest.h>
@@ -10,15 +9,12 @@
 
 namespace {
 
-constexpr uint16_t ANGLES[] = {0, 90, 180, 270};
-
 // What a view shows of a plane whose pixel (x, y) is the letter 'a' + y * width + x, as lines of text.
 std::string Show(CSize sz, const TViewState& view, CPoint ptOrigin = {0, 0}, CSize szTarget = {0, 0}) {
-    CBitmapSession session{boost::make_shared<CMemoryBitmap>(sz)};
-    for (int y = 0; y < sz.cy; ++y)
-        for (int x = 0; x < sz.cx; ++x)
-            static_cast<CMemoryBitmap&>(*session.spBitmap)
-                .SetPixel(x, y, static_cast<TColor>('a' + y * sz.cx + x) * 0x010101u, 255);
+    QImage image = MakeTransparentImage(sz);
+    for (int n = 0; n < sz.cx * sz.cy; ++n)
+        image.setPixel(n % sz.cx, n / sz.cx, qRgb('a' + n, 'a' + n, 'a' + n));
+    CBitmapSession session{boost::make_shared<CQtBitmap>(image)};
     CColorRasterBuffer plane;
     plane.Create(sz, {2, 2}); // small blocks, so that every picture crosses tiles
     plane.ReadBitmap(session);
@@ -60,7 +56,7 @@ TEST(DrawToScreen, Zooms) {
 TEST(DrawToScreen, EveryViewCoversEveryPixelOnceAndMirrorsExactly) {
     const CSize sz{5, 4};
     for (const uint16_t uZoom : {3, 12, 16, 24, 32, 37, 48, 100, 768}) {
-        for (const uint16_t uAngle : ANGLES) {
+        for (const uint16_t uAngle : {0, 90, 180, 270}) {
             const std::string strPlain = Show(sz, {uZoom, uAngle});
             EXPECT_EQ(strPlain.find('.'), std::string::npos) << uZoom << " at " << uAngle;
             // A half turn reads the same text backwards.
@@ -81,17 +77,4 @@ TEST(DrawToScreen, ClipsAtTheTargetAndSkipsStaleBlocks) {
     plane.DrawToScreen(screen, {0, 0}, {});
     EXPECT_EQ(*screen.GetPixelPtr({1, 0}), 255); // transparent shows white paper
     EXPECT_EQ(*screen.GetPixelPtr({2, 0}), 0);   // stale: left alone
-}
-
-TEST(ScreenMap, RectanglesGoThereAndBack) {
-    for (const uint16_t uAngle : ANGLES) {
-        for (const bool bFlip : {false, true}) {
-            const TViewState view{96, uAngle, bFlip, !bFlip};
-            const CScreenMap map({100, 50}, {7, 9}, view, {1000, 1000});
-            const CRect rc(10, 20, 30, 31);
-            const CRect rcTarget = map.ToTarget(rc);
-            EXPECT_EQ(map.ToCanvas(rcTarget), rc);
-            EXPECT_EQ(int64_t{rcTarget.Width()} * rcTarget.Height(), int64_t{4} * rc.Width() * rc.Height());
-        }
-    }
 }

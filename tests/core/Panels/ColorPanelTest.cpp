@@ -22,15 +22,13 @@ TEST(HsvColor, GoesToColoursAndBack) {
         EXPECT_EQ(HsvOfColor(ColorOfHsv(hsv), {}), hsv);
     }
     // No channel strays by more than the coarseness of whole degrees allows.
-    for (int r = 0; r < 256; r += 15)
-        for (int g = 0; g < 256; g += 15)
-            for (int b = 0; b < 256; b += 15) {
-                const auto by = [](int n) { return static_cast<uint8_t>(n); };
-                const TColor color = ColorOfHsv(HsvOfColor(MakeColor(by(r), by(g), by(b)), {}));
-                EXPECT_LE(std::abs(RedOf(color) - r), 3);
-                EXPECT_LE(std::abs(GreenOf(color) - g), 3);
-                EXPECT_LE(std::abs(BlueOf(color) - b), 3);
-            }
+    for (int n = 0; n < 18 * 18 * 18; ++n) {
+        const int r = n % 18 * 15, g = n / 18 % 18 * 15, b = n / 18 / 18 * 15;
+        const auto by = [](int nLevel) { return static_cast<uint8_t>(nLevel); };
+        const TColor color = ColorOfHsv(HsvOfColor(MakeColor(by(r), by(g), by(b)), {}));
+        EXPECT_TRUE(std::abs(RedOf(color) - r) <= 3 && std::abs(GreenOf(color) - g) <= 3) << n;
+        EXPECT_LE(std::abs(BlueOf(color) - b), 3) << n;
+    }
     // A grey has no hue and black no saturation of its own.
     EXPECT_EQ(HsvOfColor(MakeColor(9, 9, 9), {200, 50, 50}), (THsv{200, 0, 9}));
     EXPECT_EQ(HsvOfColor(0, {200, 50, 50}), (THsv{200, 50, 0}));

@@ -9,6 +9,7 @@
 #include "core/MainFrame/SessionScope.h"
 #include "core/Panels/ToolOptRasterBrush.h"
 #include "core/RasterBrush/FreehandTools.h"
+#include "tests/support/LayerPictures.h"
 #include "tests/support/TestPlatform.h"
 
 #include <algorithm>
@@ -31,12 +32,7 @@ protected:
         m_outside.Run([&](const TPlatform& platform) {
             CSessionScope scope(platform);
             CreateMainFrame();
-            const auto spCanvas = CreateCanvas({100, 80});
-            const auto spLayer = CreateRasterLayer(spCanvas);
-            spCanvas->GetRoot().AddLayer(spLayer, -1);
-            spCanvas->GetRoot().SetActiveChild(spLayer);
-            spCanvas->GetHistory().SetModified(false);
-            g_pMainFrame->OpenFrame(CreateCanvasFrame(spCanvas));
+            g_pMainFrame->OpenFrame(CreateCanvasFrame(MakePage({100, 80})));
             scope.Run();
         });
     }
@@ -75,9 +71,8 @@ protected:
         return pixels.m_strPixels;
     }
     std::wstring Setting(const wchar_t* pszSection, const wchar_t* pszKey) {
-        return CIniConfig(L"/settings/Vellumcraft/Vellumcraft.ini", m_outside.m_files)
-            .GetSection(pszSection)
-            ->GetString(pszKey, L"-");
+        CIniConfig config(L"/settings/Vellumcraft/Vellumcraft.ini", m_outside.m_files);
+        return config.GetSection(pszSection)->GetString(pszKey, L"-");
     }
 
     CTestPlatform m_outside;
@@ -88,9 +83,8 @@ protected:
 TEST_F(Panels, CommandsShowAndHideAndPlacesAreKept) {
     const CRect rc(50, 60, 350, 460);
     Play({[&] {
-        for (const int nId : {12803, 12804, 12805, 12809, 12815}) {
+        for (const int nId : {12803, 12804, 12805, 12809, 12815})
             EXPECT_TRUE(g_pMainFrame->IsCommandEnabled(nId) && g_pMainFrame->IsCommandChecked(nId)) << nId;
-        }
         EXPECT_FALSE(g_pMainFrame->IsCommandEnabled(12801) || g_pMainFrame->IsCommandEnabled(12802));
         SendMessage({g_pMainFrame->GetWindow(), EMessage::Command, ID_PANEL_BRUSH});
         EXPECT_FALSE(g_pMainFrame->IsCommandChecked(ID_PANEL_BRUSH));
@@ -157,15 +151,9 @@ TEST_F(Panels, OptionsGoStraightToTheToolAndComeBack) {
               Change(P, L"太さ", 0);
               Change(P, L"α", 1);
               Change(P, L"倍率に合わせて補間", 1);
-              TBrushParam param;
-              param.WaveEnable = param.PressAlpha = true;
-              param.PressRadius = false;
-              param.WaveSmooth = 8;
-              param.WaveDistMin = 2;
-              param.WaveDistMax = 3;
-              param.CurveStrength = 12;
-              param.Spray = 50;
-              param.BrushAlpha = 128;
+              TBrushParam param{8, 2, 3, true, 12};
+              param.BrushAlpha = 128, param.Spray = 50;
+              param.PressRadius = false, param.PressAlpha = true;
               EXPECT_EQ(Tool().GetParam(), param);
               EXPECT_EQ(Tool().GetFreehand(), (TFreehandParam{0, 2, 0, true}));
           },
@@ -192,19 +180,11 @@ TEST_F(Panels, OptionsGoStraightToTheToolAndComeBack) {
 
 TEST_F(Panels, PanesRefuseToolsOfOthersAndOutliveTheirs) {
     Play({[] {
-        const auto failure = [](CToolOptBase& pane, const boost::shared_ptr<CTools>& spTool) {
-            try {
-                pane.RefreshView(spTool);
-            } catch (const internal_error& e) {
-                return e.message;
-            }
-            return std::wstring();
-        };
         CToolOptRasterBrush brush;
         CToolOptRasterPencil pencil;
-        EXPECT_EQ(failure(brush, {}), L"RefreshView: CRasterBrushBase not found");
-        EXPECT_EQ(failure(pencil, g_wpActiveTool.lock()), L"RefreshView: CRasterPencil not found");
-        EXPECT_EQ(failure(brush, g_wpActiveTool.lock()), L"");
+        EXPECT_THROW(brush.RefreshView({}), internal_error);
+        EXPECT_THROW(pencil.RefreshView(g_wpActiveTool.lock()), internal_error);
+        brush.RefreshView(g_wpActiveTool.lock());
         TPanelControl check;
         for (const TPanelControl& control : brush.GetControls())
             if (control.strText == L"ぶれ") check = control;

@@ -3,11 +3,10 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
-
 namespace {
 
 using TLivePoint = boost::shared_ptr<CDualValue<CPoint>>;
+using TAnyPoint = boost::shared_ptr<CPathControlPointBase>;
 
 // Moves the live state of a drag copy and lets go.
 void Drag(const TLivePoint& spCopy, CPoint pt) { (*spCopy)[STATE_LIVE] = pt; }
@@ -61,81 +60,49 @@ TEST(PathDrag, ASymmetricHandleTurnsTheOther) {
 }
 
 TEST(PathDrag, WhatIsCommittedStaysWhileLiveValuesAreDragged) {
-    struct TDrag {
-        const char* pszWhat;
-        std::function<void(COpenPathStream&)> fnDo;
-    };
-    const auto anchor = [](COpenPathStream& s, int n) { return *std::next(s.GetControlPoints().begin(), n); };
-    const auto begin = [](COpenPathStream& s) {
-        return boost::dynamic_pointer_cast<COpenPathRoundTerm>(s.GetTerm(true));
-    };
-    const auto end = [](COpenPathStream& s) {
-        return boost::dynamic_pointer_cast<COpenPathFlatTerm>(s.GetTerm(false));
-    };
-    for (const auto& [pszWhat, fnDo] : {
-             TDrag{"anchor",
-                   [&](auto& s) {
-                       DragBy(anchor(s, 1)->DragAnchorPoint(false), {30, 9});
-                   }},
-             {"handle",
-              [&](auto& s) {
-                  DragBy(anchor(s, 1)->DragBackHandle(true), {30, 90});
-              }},
-             {"new handle",
-              [&](auto& s) {
-                  DragBy(anchor(s, 2)->DragBackHandle(true), {0, -99});
-              }},
-             {"width mark",
-              [&](auto& s) {
-                  Drag(s.GetWidthPoints()[0]->DragAnchorPoint(false), {90, 80});
-              }},
-             {"both widths",
-              [&](auto& s) {
-                  DragBy(s.GetWidthPoints()[0]->DragHandleImpl(true, true), {200, -300});
-              }},
-             {"left width", [&](auto& s) { (*s.GetWidthPoints()[0]->LeftHandle())[STATE_LIVE] = 9; }},
-             {"right width", [&](auto& s) { (*s.GetWidthPoints()[1]->RightHandle())[STATE_LIVE] = 70; }},
-             {"cut",
-              [&](auto& s) {
-                  Drag(s.GetTransPoints()[1]->DragAnchorPoint(false), {790, 380});
-              }},
-             {"cut's angle",
-              [&](auto& s) {
-                  DragBy(s.GetTransPoints()[1]->DragHandleImpl(), {0, 500});
-              }},
-             {"round end",
-              [&](auto& s) {
-                  DragBy(begin(s)->DragGrowHandle(false), {-90, 0});
-              }},
-             {"round end's reach", [&](auto& s) { (*begin(s)->GrowHandle())[STATE_LIVE] = 5; }},
-             {"flat end",
-              [&](auto& s) {
-                  DragBy(end(s)->DragHandleImpl(true, true), {90, 200});
-              }},
-             {"flat end's width", [&](auto& s) { (*end(s)->LeftHandle())[STATE_LIVE] = 60; }},
-         }) {
+    int nDrag = 0;
+    const auto check = [&](const auto& fnDo) {
         const auto spPath = MakeStroke();
         COpenPathStream& stream = spPath->GetStream();
         const TBytes vBytes = BytesOf(*spPath);
         const CRect rc = spPath->RectIncludingPath();
         const auto vOutline = stream.GetOutline(STATE_COMMITTED);
         fnDo(stream);
-        spPath->UpdateDrag();
-        EXPECT_NE(stream.GetOutline(STATE_LIVE), vOutline) << pszWhat;
-        EXPECT_EQ(stream.GetOutline(STATE_COMMITTED), vOutline) << pszWhat;
-        spPath->Update();
-        EXPECT_NE(stream.GetOutline(STATE_LIVE), vOutline) << pszWhat;
-        EXPECT_EQ(stream.GetOutline(STATE_COMMITTED), vOutline) << pszWhat;
-        EXPECT_EQ(spPath->RectIncludingPath(), rc) << pszWhat;
-        EXPECT_EQ(BytesOf(*spPath), vBytes) << pszWhat;
-    }
+        SCOPED_TRACE(++nDrag);
+        for (const bool bDrag : {true, false}) {
+            bDrag ? spPath->UpdateDrag() : spPath->Update();
+            EXPECT_NE(stream.GetOutline(STATE_LIVE), vOutline);
+            EXPECT_EQ(stream.GetOutline(STATE_COMMITTED), vOutline);
+        }
+        EXPECT_EQ(spPath->RectIncludingPath(), rc);
+        EXPECT_EQ(BytesOf(*spPath), vBytes);
+    };
+    const auto anchor = [](auto& s, int n) { return *std::next(s.GetControlPoints().begin(), n); };
+    const auto width = [](auto& s, int n) { return s.GetWidthPoints()[n]; };
+    const auto cut = [](auto& s) { return s.GetTransPoints()[1]; };
+    const auto begin = [](auto& s) {
+        return boost::static_pointer_cast<COpenPathRoundTerm>(s.GetTerm(true));
+    };
+    const auto end = [](auto& s) { return boost::static_pointer_cast<COpenPathFlatTerm>(s.GetTerm(false)); };
+    check([&](auto& s) { DragBy(anchor(s, 1)->DragAnchorPoint(false), {30, 9}); });
+    check([&](auto& s) { DragBy(anchor(s, 1)->DragBackHandle(true), {30, 90}); });
+    check([&](auto& s) { DragBy(anchor(s, 2)->DragBackHandle(true), {0, -99}); }); // a new one
+    check([&](auto& s) { Drag(width(s, 0)->DragAnchorPoint(false), {90, 80}); });
+    check([&](auto& s) { DragBy(width(s, 0)->DragHandleImpl(true, true), {200, -300}); });
+    check([&](auto& s) { (*width(s, 0)->LeftHandle())[STATE_LIVE] = 9; });
+    check([&](auto& s) { (*width(s, 1)->RightHandle())[STATE_LIVE] = 70; });
+    check([&](auto& s) { Drag(cut(s)->DragAnchorPoint(false), {790, 380}); });
+    check([&](auto& s) { DragBy(cut(s)->DragHandleImpl(), {0, 500}); });
+    check([&](auto& s) { DragBy(begin(s)->DragGrowHandle(false), {-90, 0}); });
+    check([&](auto& s) { (*begin(s)->GrowHandle())[STATE_LIVE] = 5; });
+    check([&](auto& s) { DragBy(end(s)->DragHandleImpl(true, true), {90, 200}); });
+    check([&](auto& s) { (*end(s)->LeftHandle())[STATE_LIVE] = 60; });
 }
 
 TEST(PathDrag, WidthsAreMultiplesInsideAndDistancesOutside) {
     const auto spPath = MakeLevelStroke(3);
     COpenPathStream& stream = spPath->GetStream();
-    const auto spMark = stream.AddWidthPoint(0x8000);
-    const auto spOther = stream.AddWidthPoint(0x14000);
+    const auto spMark = stream.AddWidthPoint(0x8000), spOther = stream.AddWidthPoint(0x14000);
     spPath->Update();
     spMark->LeftHandle()->Set(50);
     EXPECT_EQ(spMark->GetMultiple(SIDE_LEFT)[STATE_COMMITTED], 0x14000u);
@@ -204,8 +171,7 @@ TEST(PathDrag, ThePointerFindsTheTopmostPlace) {
     stream.SetTerm(CreateOpenPathTerm(TERM_ROUND, true));
     stream.SetTerm(CreateOpenPathTerm(TERM_FLAT, false));
     spPath->Update();
-    const auto expectHit = [&](CPoint pt, EPathHit kind,
-                               const boost::shared_ptr<CPathControlPointBase>& spPoint) {
+    const auto expectHit = [&](CPoint pt, EPathHit kind, const TAnyPoint& spPoint) {
         const TPathHit hit = spPath->HitTest(PickAt(pt));
         EXPECT_EQ(hit.kind, kind) << pt.x << ' ' << pt.y;
         EXPECT_EQ(hit.spPoint, spPoint) << pt.x << ' ' << pt.y;
@@ -231,8 +197,7 @@ TEST(PathDrag, ThePointerFindsTheTopmostPlace) {
     TCapture device;
     TPathSelection selection;
     selection.bAllHandles = true;
-    spPath->DrawOutline(
-        device, [](CPoint pt) { return pt; }, selection, 0, true);
+    spPath->DrawOutline(device, PickAt({}).mapper, selection, 0, true);
     EXPECT_EQ(device.vCurves.size(), 1 + stream.GetOutline(STATE_LIVE).size());
     EXPECT_EQ(device.vSquares.size(), 12u);
     for (const CPoint pt : device.vSquares)

@@ -1,41 +1,29 @@
 // What a freehand tool makes of a pen's events: the control points that its stroke gets.
 #include "core/IniConfig/IniConfig.h"
-#include "core/LayerBuffer/RasterLayerBuffer.h"
 #include "core/RasterBrush/FreehandTools.h"
 #include "session/SessionPlatform.h"
 #include "system/ImageCodecs.h"
+#include "tests/support/LayerPictures.h"
 #include "tests/support/MemoryFiles.h"
 #include "tests/support/NoPlaces.h"
 
-#include <boost/make_shared.hpp>
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 namespace {
 
 /// Keeps the stroke that it draws.
-class CProbe : public CRasterBrush {
-public:
+struct CProbe : CRasterBrush {
     using CRasterBrush::CRasterBrush;
-    boost::shared_ptr<CRasterStroke> m_spStroke;
-
-protected:
     boost::shared_ptr<CRasterStroke> CreateStroke(const CCanvasBuffer& canvas) override {
         return m_spStroke = CRasterBrush::CreateStroke(canvas);
     }
+    boost::shared_ptr<CRasterStroke> m_spStroke;
 };
 
-class CView : public IActiveView {
-public:
-    CView() {
-        const auto spLayer = CreateRasterLayer(m_spCanvas);
-        m_spCanvas->GetRoot().AddLayer(spLayer, -1, false);
-        m_spCanvas->GetRoot().SetActiveChild(spLayer);
-    }
+struct CView : IActiveView {
     const boost::shared_ptr<CCanvasBuffer>& GetCanvas() const override { return m_spCanvas; }
     uint16_t GetZoom() const override { return 48; }
-
-private:
-    boost::shared_ptr<CCanvasBuffer> m_spCanvas = CreateCanvas({200, 100});
+    boost::shared_ptr<CCanvasBuffer> m_spCanvas = MakePage({200, 100});
 };
 
 class Conditioning : public testing::Test {
@@ -47,18 +35,14 @@ protected:
     ~Conditioning() override { g_wpActiveView.reset(); }
 
     void Pen(uint32_t uPressure) { m_spTool->OnMouseMove(m_x += 80, 160, uPressure, 60, POINTER_TABLET); }
-    struct TExpected {
-        int nEvent;
-        uint32_t uPressure;
-        int nTimes;
-    };
-    // What the fade-in does to the pressures has tests of its own.
-    void Expect(const std::vector<TExpected>& vPoints) {
+    // Rows of an event, its pressure and how often it counts; the fade-in has tests of its own.
+    void Expect(const std::vector<std::array<int, 3>>& vPoints) {
         std::vector<TCtlPoint> vExpected;
-        for (const TExpected& pt : vPoints)
-            for (int n = 0; n < pt.nTimes; ++n) {
+        for (const auto& [nEvent, nPressure, nTimes] : vPoints)
+            for (int n = 0; n < nTimes; ++n) {
                 const auto uCount = static_cast<uint32_t>(vExpected.size());
-                vExpected.push_back({pt.nEvent * 80, 160, FadeInPressure(pt.uPressure, uCount, 4), 60});
+                const auto uPressure = FadeInPressure(static_cast<uint32_t>(nPressure), uCount, 4);
+                vExpected.push_back({nEvent * 80, 160, uPressure, 60});
             }
         vExpected.push_back({0, 0, FINAL_PRESSURE, 90});
         EXPECT_EQ(m_spTool->m_spStroke->GetPoints(), vExpected);
@@ -91,12 +75,8 @@ TEST_F(Conditioning, TheWayAboveTheTabletBecomesTheEntryAndTheLiftsTheExit) {
 TEST_F(Conditioning, WithoutAWayTheFirstPointsCountUntilTheWindowIsFull) {
     m_spTool->GetFreehand().m_uStrokeOut = 0;
     for (const uint32_t uPressure : {800, 820, 840, 860, 880, 900, 920, 0}) Pen(uPressure);
-    Expect({{1, 800, 6},
-            {2, 820, 5},
-            {3, 840, 4},
-            {4, 860, 3},
-            {5, 880, 2},
-            {6, 900, 1},
-            {7, 920, 1},
-            {8, 0, 9}});
+    std::vector<std::array<int, 3>> vPoints;
+    for (int n = 1; n < 8; ++n) vPoints.push_back({n, 780 + 20 * n, std::max(7 - n, 1)});
+    vPoints.push_back({8, 0, 9});
+    Expect(vPoints);
 }

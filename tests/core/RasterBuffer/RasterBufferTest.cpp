@@ -2,7 +2,7 @@
 #include "core/GDIBuffer/GDIBuffer.h"
 #include "core/RasterBuffer/MonoRasterBuffer.h"
 #include "core/RasterBuffer/UpdateCounterMatrix.h"
-#include "tests/support/MemoryBitmap.h"
+#include "system/QtBitmap.h"
 #include "tests/support/Planes.h"
 #include "tests/support/ProjectBytes.h"
 
@@ -63,8 +63,7 @@ TEST(RasterBuffer, SnapshotsCostNothingAndSurviveWriters) {
 }
 
 TEST(RasterBuffer, SwapExchangesTilesAndOwners) {
-    const auto spA = MakeColor({100, 100});
-    const auto spB = MakeColor({100, 100});
+    const auto spA = MakeColor({100, 100}), spB = MakeColor({100, 100});
     FillBlock(*spA, {0, 0}, RED, 255);
     FillBlock(*spB, {96, 96}, BLUE, 255);
     spA->Swap(*spB);
@@ -133,21 +132,21 @@ TEST(RasterBuffer, BlendsIntoGreyByTheOwnersOpacity) {
 }
 
 TEST(RasterBuffer, BitmapsGoInAndOutAndAFailedLockTells) {
-    CBitmapSession session{boost::make_shared<CMemoryBitmap>(CSize{98, 2})};
-    auto& bitmap = static_cast<CMemoryBitmap&>(*session.spBitmap);
-    for (int x = 0; x < 98; ++x)
-        bitmap.SetPixel(x, 1, MakeColor(static_cast<uint8_t>(x), 2, 3), static_cast<uint8_t>(x + 100));
+    QImage image = MakeTransparentImage({98, 2});
+    image.setPixel(97, 1, qRgba(97, 2, 3, 197));
+    CBitmapSession session{boost::make_shared<CQtBitmap>(image)};
     const auto spPlane = MakeColor({98, 2});
+    const auto spGrey = MakePlane<CMonoRasterBuffer>({98, 2});
     spPlane->ReadBitmap(session);
     EXPECT_EQ(PixelAt(*spPlane, {97, 1}), uint32_t{197} << 24 | MakeColor(97, 2, 3));
-    EXPECT_EQ(PixelAt(*spPlane, {97, 0}), 0u);
-    CBitmapSession out{boost::make_shared<CMemoryBitmap>(CSize{98, 2})};
+    CBitmapSession out{boost::make_shared<CQtBitmap>(MakeTransparentImage({98, 2}))};
     spPlane->WriteBitmap(out);
-    EXPECT_EQ(static_cast<CMemoryBitmap&>(*out.spBitmap).m_vBytes, bitmap.m_vBytes);
-    const auto spGrey = MakePlane<CMonoRasterBuffer>({98, 2});
+    EXPECT_EQ(static_cast<CQtBitmap&>(*out.spBitmap).GetImage(), image);
     spGrey->ReadBitmap(session);
-    EXPECT_EQ(spGrey->GetBlock({97, 1}, false)->GetPixelColor({1, 1}), GreyOf(97, 2, 3) * 0x010101u);
-    bitmap.m_bFailLocks = true;
+    EXPECT_EQ(PixelAt(*spGrey, {97, 1}), uint32_t{197} << 24 | GreyOf(97, 2, 3) * 0x010101u);
+    TLockedBits bits;
+    EXPECT_TRUE(
+        session.spBitmap->LockBits({0, 0, 1, 1}, ELockMode::Read, bits)); // who holds it keeps others out
     EXPECT_THROW(spPlane->ReadBitmap(session), internal_error);
     EXPECT_FALSE(session.bOk);
 }
@@ -177,8 +176,7 @@ TEST(RasterBuffer, PlanesKeepTheirWireForm) {
             EXPECT_EQ(spBack->GetBlock({192, 0}, false)->GetOwner(), spBack.get());
             EXPECT_NE(spBack->GetBlock({192, 0}, false), spPlane->GetBlock({192, 0}, false));
         }
-        // The first tile's index and size are judged before memory is taken, the grid's size before that, and
-        // no index comes twice: the second tile's is 3.
+        // Index and size are judged before memory is taken; no index comes twice: the second tile's is 3.
         constexpr size_t TILE = 12 + 16 + 12 + 16 + 4;
         constexpr size_t INDEX = TILE + 3;
         for (const auto& [nField, uByte] : std::vector<std::pair<size_t, int>>{

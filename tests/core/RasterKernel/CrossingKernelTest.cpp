@@ -6,11 +6,7 @@
 #include <array>
 #include <random>
 
-namespace {
-
 using CrossingKernels_ = CTargetTest;
-
-} // namespace
 
 TEST_P(CrossingKernels_, SumsAreExactHoweverFarCrossingsLieApart) {
     std::mt19937 random(1);

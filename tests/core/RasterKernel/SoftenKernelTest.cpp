@@ -6,11 +6,7 @@
 #include <random>
 #include <vector>
 
-namespace {
-
 using SoftenKernels_ = CTargetTest;
-
-} // namespace
 
 TEST_P(SoftenKernels_, AllSumsAndSizesAreExact) {
     std::mt19937 random(1);
@@ -19,8 +15,7 @@ TEST_P(SoftenKernels_, AllSumsAndSizesAreExact) {
     };
     std::vector<uint8_t> avDest[2];
     for (size_t nRun = 0; nRun < 400; ++nRun) {
-        const size_t nCount = nRun % 4 ? nRun % 4 * 16 : nRun / 4;
-        const size_t nRows = 1 + nRun % 5;
+        const size_t nCount = nRun % 4 ? nRun % 4 * 16 : nRun / 4, nRows = 1 + nRun % 5;
         std::vector<std::vector<uint8_t>> vRows(nRows + 2);
         std::vector<const uint8_t*> vpRows;
         for (auto& vRow : vRows) {

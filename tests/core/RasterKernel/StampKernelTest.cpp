@@ -6,11 +6,7 @@
 #include <random>
 #include <vector>
 
-namespace {
-
 using StampKernels_ = CTargetTest;
-
-} // namespace
 
 // By hand: 200 * 30000 / 255 + 20000 - 20000 * 30000 / 65535 = 23529 + 20000 - 9155.
 TEST(StampKernel, OverlappingStampsStopAtTheirOpacity) {

@@ -3,7 +3,6 @@
 #include "core/RasterKernel/Kernels.h"
 #include "tests/support/TargetTest.h"
 
-#include <functional>
 #include <random>
 #include <vector>
 
@@ -37,32 +36,14 @@ struct TPlanes {
     }
 };
 
-// Runs every kernel in both forms and compares every plane; names the kernel and the first pixel that
-// differs.
+// Compares every plane behind both forms of every kernel; names the kernel and the first pixel that differs.
 void CompareAll(const TPlanes& planes, size_t n, uint8_t uOpacity, bool bMask) {
     const TConstColorPixels color = planes.Source();
     const TConstGreyPixels grey = planes.GreySource();
     const uint8_t* pCover = planes.av[3].data();
     const uint8_t* pMask = bMask ? planes.av[4].data() : nullptr;
-    using TRun = std::function<void(const TBlendKernels&, TPlanes&)>;
-    const std::pair<const char*, TRun> RUNS[] = {
-        {"fast colour", [&](auto& k, auto& p) { k.pFastColor(p.Dest(), color, n); }},
-        {"fast grey", [&](auto& k, auto& p) { k.pFastGrey(p.GreyDest(), grey, n); }},
-        {"colour", [&](auto& k, auto& p) { k.pGeneralColorOnColor(p.Dest(), color, uOpacity, pMask, n); }},
-        {"on grey",
-         [&](auto& k, auto& p) { k.pGeneralColorOnGrey(p.GreyDest(), color, uOpacity, pMask, n); }},
-        {"grey", [&](auto& k, auto& p) { k.pGeneralGreyOnGrey(p.GreyDest(), grey, uOpacity, pMask, n); }},
-        {"ink",
-         [&](auto& k, auto& p) {
-             k.pInkOnColor(p.Dest(), {7, 255, 130}, pCover, pMask, n);
-         }},
-        {"grey ink", [&](auto& k, auto& p) { k.pInkOnGrey(p.GreyDest(), 201, pCover, pMask, n); }},
-        {"erase", [&](auto& k, auto& p) { k.pErase(p.av[8].data(), pCover, pMask, n); }},
-        {"cover", [&](auto& k, auto& p) { k.pCover(p.av[8].data(), pCover, pMask, n); }},
-    };
-    for (const auto& [pszKernel, fnRun] : RUNS) {
-        TPlanes plain = planes;
-        TPlanes vector = planes;
+    const auto compare = [&](const char* pszKernel, const auto& fnRun) {
+        TPlanes plain = planes, vector = planes;
         fnRun(PlainKernels(), plain);
         fnRun(VectorKernels(), vector);
         for (size_t nPlane = 5; nPlane < 9; ++nPlane)
@@ -71,7 +52,18 @@ void CompareAll(const TPlanes& planes, size_t n, uint8_t uOpacity, bool bMask) {
                     << pszKernel << " plane " << nPlane << " pixel " << i << ": source "
                     << int{planes.av[nPlane - 5][i]} << " alpha " << int{planes.av[3][i]} << " on "
                     << int{planes.av[nPlane][i]} << " alpha " << int{planes.av[8][i]};
-    }
+    };
+    compare("fast colour", [&](auto& k, auto& p) { k.pFastColor(p.Dest(), color, n); });
+    compare("fast grey", [&](auto& k, auto& p) { k.pFastGrey(p.GreyDest(), grey, n); });
+    compare("colour", [&](auto& k, auto& p) { k.pGeneralColorOnColor(p.Dest(), color, uOpacity, pMask, n); });
+    compare("on grey",
+            [&](auto& k, auto& p) { k.pGeneralColorOnGrey(p.GreyDest(), color, uOpacity, pMask, n); });
+    compare("grey", [&](auto& k, auto& p) { k.pGeneralGreyOnGrey(p.GreyDest(), grey, uOpacity, pMask, n); });
+    const TInk ink{7, 255, 130};
+    compare("ink", [&](auto& k, auto& p) { k.pInkOnColor(p.Dest(), ink, pCover, pMask, n); });
+    compare("grey ink", [&](auto& k, auto& p) { k.pInkOnGrey(p.GreyDest(), 201, pCover, pMask, n); });
+    compare("erase", [&](auto& k, auto& p) { k.pErase(p.av[8].data(), pCover, pMask, n); });
+    compare("cover", [&](auto& k, auto& p) { k.pCover(p.av[8].data(), pCover, pMask, n); });
 }
 
 using VectorKernels_ = CTargetTest;

@@ -5,11 +5,7 @@
 
 #include <cmath>
 
-namespace {
-
 using FalloffPieces = CTargetTest;
-
-} // namespace
 
 TEST_P(FalloffPieces, AreTheSameToTheBit) {
     struct TEdge {

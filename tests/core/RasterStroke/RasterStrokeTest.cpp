@@ -13,14 +13,10 @@
 namespace {
 
 // Moves on by so many milliseconds each time it is asked.
-class CRunningClock : public IClock {
-public:
-    explicit CRunningClock(uint32_t uPace) : m_uPace(uPace) {}
-    uint32_t GetTickCount() override { return m_uNow += m_uPace; }
-
-private:
-    uint32_t m_uPace;
-    uint32_t m_uNow = 0;
+struct CRunningClock : IClock {
+    explicit CRunningClock(uint32_t u) : uPace(u) {}
+    uint32_t GetTickCount() override { return uNow += uPace; }
+    uint32_t uPace, uNow = 0;
 };
 
 struct TRun {
@@ -36,14 +32,10 @@ struct TRun {
 std::vector<uint16_t> DrawLoop(const TBrushParam& param, const TRun& run) {
     CRunningClock clock(run.uPace);
     CStrokeRandom random(5);
-    CRasterBrushStroke stroke({.szCanvas = {230, 200},
-                               .color = 0x112233,
-                               .bDouble = run.bDouble,
-                               .strName = L"ラスタブラシ",
-                               .param = param,
-                               .clock = clock,
-                               .random = random,
-                               .nPredict = run.nPredict});
+    TStrokeSetup setup{.szCanvas = {230, 200}, .param = param, .clock = clock, .random = random};
+    setup.bDouble = run.bDouble;
+    setup.nPredict = run.nPredict;
+    CRasterBrushStroke stroke(setup);
     const auto update = [&] {
         for (int n = 0; n < 10000 && !stroke.Update() && run.bDrainEach; ++n) {
         }
@@ -64,14 +56,8 @@ std::vector<uint16_t> DrawLoop(const TBrushParam& param, const TRun& run) {
 } // namespace
 
 TEST(RasterStroke, ThePictureKnowsNoClock) {
-    const TBrushParam rough{.WaveSmooth = 4,
-                            .WaveDistMin = 4,
-                            .WaveDistMax = 3,
-                            .WaveEnable = true,
-                            .BrushRadius = 8,
-                            .BlurLevel = 60,
-                            .PressAlpha = true,
-                            .Spray = 30};
+    TBrushParam rough{.WaveSmooth = 4, .WaveDistMin = 4, .WaveDistMax = 3, .WaveEnable = true};
+    rough.BrushRadius = 8, rough.BlurLevel = 60, rough.PressAlpha = true, rough.Spray = 30;
     for (const bool bDouble : {false, true}) {
         const auto vWhole = DrawLoop(rough, {.bDouble = bDouble, .nUpdateEvery = 1000});
         EXPECT_GT(std::count_if(vWhole.begin(), vWhole.end(), [](uint16_t u) { return u > 20000; }), 200);
@@ -110,12 +96,10 @@ TEST(RasterStroke, OpacityIsALimitAndTinyStrokesAreDrawn) {
 TEST(RasterStroke, ThePredictionIsShownAndWipedAndNeverKept) {
     CVirtualClock clock;
     CStrokeRandom random;
-    CRasterBrushStroke stroke({.szCanvas = {600, 600},
-                               .bErase = true,
-                               .param = {.BrushRadius = 8},
-                               .clock = clock,
-                               .random = random,
-                               .nPredict = 3});
+    TStrokeSetup setup{.szCanvas = {600, 600}, .bErase = true, .clock = clock, .random = random};
+    setup.param.BrushRadius = 8;
+    setup.nPredict = 3;
+    CRasterBrushStroke stroke(setup);
     for (int n = 0; n < 8; ++n) stroke.AddCtlPoint({400 + 160 * n, 400}, 1024, 90);
     ASSERT_TRUE(stroke.Update());
     ASSERT_NE(&stroke.GetDisplay(), &stroke.GetMain());
@@ -130,8 +114,7 @@ TEST(RasterStroke, ThePredictionIsShownAndWipedAndNeverKept) {
     for (int n = 0; n < 8; ++n) stroke.AddCtlPoint({1520, 400 + 160 * n}, 1024, 90);
     ASSERT_TRUE(stroke.Update());
     EXPECT_EQ(at(stroke.GetDisplay(), ptAhead), 0);
-    EXPECT_TRUE(stroke.GetDisplay().DirtyAt(ptAhead));
-    EXPECT_TRUE(stroke.GetDisplay().GetBlock(ptAhead, false));
+    EXPECT_TRUE(stroke.GetDisplay().DirtyAt(ptAhead) && stroke.GetDisplay().GetBlock(ptAhead, false));
     EXPECT_GT(at(stroke.GetDisplay(), {60, 50}), 20000);
     EXPECT_FALSE(stroke.GetDisplay().DirtyAt({60, 50})) << "what stays is not painted again";
 }

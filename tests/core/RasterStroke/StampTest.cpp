@@ -35,8 +35,7 @@ uint16_t PixelAt(const TStampShape& shape, int fx, int fy, int i, int j) {
     uint32_t uSum = 0;
     for (int64_t v = 0; v < 8; ++v)
         for (int64_t u = 0; u < 8; ++u) {
-            const int64_t y = 8 * (i - nHalf) - fy - 4 + v;
-            const int64_t x = 8 * (j - nHalf) - fx - 4 + u;
+            const int64_t y = 8 * (i - nHalf) - fy - 4 + v, x = 8 * (j - nHalf) - fx - 4 + u;
             uSum += CellAt(shape, x < 0 ? -1 - x : x, y < 0 ? -1 - y : y);
         }
     return static_cast<uint16_t>(uSum >> 6);
@@ -52,10 +51,9 @@ void ExpectStamp(const TStampShape& shape, int fx, int fy) {
     for (int i = 0; i < nSide; ++i)
         for (int j = -8; j < static_cast<int>(nStride) - 8; ++j) {
             const uint16_t uPixel = j >= 0 && j < nSide ? PixelAt(shape, fx, fy, i, j) : uint16_t{0};
-            ASSERT_EQ(vStamp[STAMP_MARGIN + static_cast<size_t>(i) * nStride + static_cast<size_t>(j)],
-                      uPixel)
-                << "core " << shape.uCore << " outer " << shape.uOuter << " at " << fx << "," << fy
-                << " pixel " << j << "," << i;
+            const uint16_t uStamp =
+                vStamp[STAMP_MARGIN + static_cast<size_t>(i) * nStride + static_cast<size_t>(j)];
+            ASSERT_EQ(uStamp, uPixel) << shape.uCore << ' ' << shape.uOuter << ": " << j << "," << i;
         }
 }
 
@@ -104,11 +102,9 @@ TEST(StampTarget, CutsAtTheEdgesAndCrossesTiles) {
         target.Draw(vStamp.data(), uHalf, ptCentre, 255);
         const auto vValues = ValuesOf(*spPlane);
         for (int n = 0; n < 200 * 100; ++n) {
-            const int i = n / 200 - ptCentre.y + 11;
-            const int j = n % 200 - ptCentre.x + 11;
-            ASSERT_EQ(vValues[static_cast<size_t>(n)],
-                      i >= 0 && i < 22 && j >= 0 && j < 22 ? stampAt(i, j) : 0)
-                << n % 200 << "," << n / 200 << " around " << ptCentre.x << "," << ptCentre.y;
+            const int i = n / 200 - ptCentre.y + 11, j = n % 200 - ptCentre.x + 11;
+            const bool bIn = i >= 0 && i < 22 && j >= 0 && j < 22;
+            ASSERT_EQ(vValues[static_cast<size_t>(n)], bIn ? stampAt(i, j) : 0) << ptCentre.x << ": " << n;
         }
     }
     target.Draw(vStamp.data(), uHalf, {-300, 50}, 255);
@@ -123,8 +119,7 @@ TEST(StampTarget, FlagsOnePixelMoreAndLeavesSharedTilesAlone) {
     target.Draw(vStamp.data(), 4, {100, 150}, 255); // columns 96 to 103: the flag reaches back to 95
     const CBoolMatrix& dirty = spPlane->GetDirty();
     EXPECT_TRUE(dirty.At(0, 1) && dirty.At(1, 1));
-    EXPECT_FALSE(dirty.At(1, 0) || dirty.At(2, 1) || dirty.At(1, 2));
-    EXPECT_FALSE(spPlane->FindBlock({0, 96}));
+    EXPECT_FALSE(dirty.At(1, 0) || dirty.At(2, 1) || dirty.At(1, 2) || spPlane->FindBlock({0, 96}));
     const auto spShared = boost::static_pointer_cast<CStrokePlane>(spPlane->ShallowCopy());
     target.ForgetTiles();
     target.Draw(vStamp.data(), 4, {150, 150}, 100);
