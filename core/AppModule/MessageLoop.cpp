@@ -1,5 +1,7 @@
 #include "core/AppModule/MessageLoop.h"
 
+#include "core/AppModule/ErrorBox.h"
+
 #include <algorithm>
 
 void CMessageLoop::AddMessageFilter(IMessageFilter* pFilter) { m_vFilters.push_back(pFilter); }
@@ -36,19 +38,24 @@ bool CMessageLoop::IsIdleMessage(EMessage id) {
 void CMessageLoop::Run(IMessageQueue& queue) {
     bool bDoIdle = true;
     int nIdleCount = 0;
-    for (;;) {
+    const auto turn = [&] {
         while (bDoIdle && !queue.Peek()) {
-            if (!OnIdle(nIdleCount++)) bDoIdle = false;
+            bDoIdle = false; // idle work that fails waits for the next message
+            bDoIdle = OnIdle(nIdleCount++);
         }
         TMessage msg;
         const int nGot = queue.Get(msg);
-        if (nGot == -1) continue;
-        if (nGot == 0) return;
-        if (!PreTranslateMessage(msg)) queue.Dispatch(msg);
+        if (nGot == 0) return true;
+        if (nGot == -1) return false;
         if (IsIdleMessage(msg.id)) {
             bDoIdle = true;
             nIdleCount = 0;
         }
+        if (!PreTranslateMessage(msg)) queue.Dispatch(msg);
+        return false;
+    };
+    // Nothing that fails once ends the session: there may be unsaved work in it.
+    while (!Guarded(turn)) {
     }
 }
 

@@ -80,7 +80,9 @@ void CMainFrame::CreateFrameWindow() {
 }
 
 bool CMainFrame::OnMessage(const TMessage& msg) {
-    return Guarded([&] { return HandleMessage(msg); });
+    bool bHandled = msg.id == EMessage::Close; // as of the canvas frames
+    Guarded([&] { return bHandled = HandleMessage(msg); });
+    return bHandled;
 }
 
 bool CMainFrame::HandleMessage(const TMessage& msg) {
@@ -132,7 +134,7 @@ void CMainFrame::OnDestroy() {
 }
 
 bool CMainFrame::OnClose() {
-    WritePlacement(PLACEMENT_SECTION, m_pWindow->GetRect());
+    Guarded([&] { return WritePlacement(PLACEMENT_SECTION, m_pWindow->GetRect()), true; });
     while (!g_lstCanvasFrame.empty()) {
         const size_t nBefore = g_lstCanvasFrame.size();
         SendMessage({g_lstCanvasFrame.back()->GetWindow(), EMessage::Close});
