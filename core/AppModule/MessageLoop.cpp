@@ -1,8 +1,16 @@
 #include "core/AppModule/MessageLoop.h"
 
-#include "core/AppModule/ErrorBox.h"
+#include <boost/container/small_vector.hpp>
 
 #include <algorithm>
+
+namespace {
+
+// The loop itself needs no memory: what fails here would end the session.
+template <class Handler>
+using TCopy = boost::container::small_vector<Handler*, 16>;
+
+} // namespace
 
 void CMessageLoop::AddMessageFilter(IMessageFilter* pFilter) { m_vFilters.push_back(pFilter); }
 void CMessageLoop::RemoveMessageFilter(IMessageFilter* pFilter) { std::erase(m_vFilters, pFilter); }
@@ -11,7 +19,7 @@ void CMessageLoop::RemoveIdleHandler(IIdleHandler* pHandler) { std::erase(m_vIdl
 
 bool CMessageLoop::PreTranslateMessage(const TMessage& msg) {
     // A filter may remove itself (or others) while it is called: walk a copy, skip who has left.
-    const std::vector<IMessageFilter*> vFilters = m_vFilters;
+    const TCopy<IMessageFilter> vFilters(m_vFilters.begin(), m_vFilters.end());
     for (auto it = vFilters.rbegin(); it != vFilters.rend(); ++it) {
         const bool bPresent = std::find(m_vFilters.begin(), m_vFilters.end(), *it) != m_vFilters.end();
         if (bPresent && (*it)->PreTranslateMessage(msg)) return true;
@@ -21,7 +29,7 @@ bool CMessageLoop::PreTranslateMessage(const TMessage& msg) {
 
 bool CMessageLoop::OnIdle(int nCount) {
     bool bMore = false;
-    const std::vector<IIdleHandler*> vHandlers = m_vIdleHandlers;
+    const TCopy<IIdleHandler> vHandlers(m_vIdleHandlers.begin(), m_vIdleHandlers.end());
     for (IIdleHandler* pHandler : vHandlers) {
         if (std::find(m_vIdleHandlers.begin(), m_vIdleHandlers.end(), pHandler) == m_vIdleHandlers.end())
             continue;
@@ -38,24 +46,19 @@ bool CMessageLoop::IsIdleMessage(EMessage id) {
 void CMessageLoop::Run(IMessageQueue& queue) {
     bool bDoIdle = true;
     int nIdleCount = 0;
-    const auto turn = [&] {
+    for (;;) {
         while (bDoIdle && !queue.Peek()) {
-            bDoIdle = false; // idle work that fails waits for the next message
-            bDoIdle = OnIdle(nIdleCount++);
+            if (!OnIdle(nIdleCount++)) bDoIdle = false;
         }
         TMessage msg;
         const int nGot = queue.Get(msg);
-        if (nGot == 0) return true;
-        if (nGot == -1) return false;
+        if (nGot == -1) continue;
+        if (nGot == 0) return;
+        if (!PreTranslateMessage(msg)) queue.Dispatch(msg);
         if (IsIdleMessage(msg.id)) {
             bDoIdle = true;
             nIdleCount = 0;
         }
-        if (!PreTranslateMessage(msg)) queue.Dispatch(msg);
-        return false;
-    };
-    // Nothing that fails once ends the session: there may be unsaved work in it.
-    while (!Guarded(turn)) {
     }
 }
 

@@ -144,6 +144,10 @@ bool CMainFrame::OnClose() {
 }
 
 bool CMainFrame::PreTranslateMessage(const TMessage& msg) {
+    return Guarded([&] { return TranslateKey(msg); });
+}
+
+bool CMainFrame::TranslateKey(const TMessage& msg) {
     IKeyState& keys = g_AppModule.GetPlatform().keys;
     if (msg.wParam == VK_Tab && keys.IsKeyDown(VK_Control)) return false;
     const int nCommand = TranslateAccelerator(msg, keys);
@@ -153,7 +157,12 @@ bool CMainFrame::PreTranslateMessage(const TMessage& msg) {
     return true;
 }
 
+// A failure that left an idle handler or a filter would end the session.
 bool CMainFrame::OnIdle(int) {
+    return Guarded([&] { return DoIdleWork(); });
+}
+
+bool CMainFrame::DoIdleWork() {
     if (!m_pWindow) return false;
     const TSetButtonState setState{m_pWindow->GetToolBarLook()};
     for (const int nId : m_vToolBarCommands)
