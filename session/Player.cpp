@@ -78,10 +78,14 @@ void CPlayer::Close() {
 }
 
 void CPlayer::SendCommand(int nId) {
+    if (!TryCommand(nId)) throw step_failure("command " + std::to_string(nId) + " is disabled");
+}
+
+bool CPlayer::TryCommand(int nId) {
     IWindow* pMain = m_stage.fnMainWindow();
     if (!pMain || !g_pMainFrame) throw step_failure("there is no main window");
     SendMessage({pMain, EMessage::InitMenuPopup});
-    if (!g_pMainFrame->IsCommandEnabled(nId))
-        throw step_failure("command " + std::to_string(nId) + " is disabled");
+    if (!g_pMainFrame->IsCommandEnabled(nId)) return false;
     SendMessage({pMain, EMessage::Command, nId});
+    return true;
 }

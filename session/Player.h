@@ -7,6 +7,7 @@
 #include <boost/function.hpp>
 #include <boost/noncopyable.hpp>
 
+#include <map>
 #include <string>
 
 class CSessionDialogs;
@@ -60,6 +61,10 @@ public:
     void Wait(uint32_t uMilliseconds) { m_uWait = uMilliseconds; }
     /// For verbs: gives a command the way a menu does. Raises step_failure when it is disabled.
     void SendCommand(int nId);
+    /// For verbs: the same, but a disabled command is left alone; false then.
+    bool TryCommand(int nId);
+    /// For verbs: states of documents by the names that the script gives them, as JSON.
+    std::map<std::string, std::string> m_mapMarks;
 
 private:
     void PassTime();

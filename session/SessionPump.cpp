@@ -3,6 +3,8 @@
 #include "session/Player.h"
 #include "session/SessionWindows.h"
 
+#include <new>
+
 namespace {
 
 // Handling events makes new ones (layouts, repaints); real windows are quiet after a few rounds without any
@@ -35,11 +37,15 @@ bool CSessionPump::PumpReady() {
 bool CSessionPump::Pump(bool bWait) {
     if (m_bInside) return true;
     const CInside inside(m_bInside);
-    m_windows.FreeDead();
-    if (!PumpReady() && bWait) {
-        m_player.Advance();
-        // A message for nobody: idle work follows every step, also one that said nothing.
-        m_queue.Post({});
+    try {
+        m_windows.FreeDead();
+        if (!PumpReady() && bWait) {
+            m_player.Advance();
+            // A message for nobody: idle work follows every step, also one that said nothing.
+            m_queue.Post({});
+        }
+    } catch (const std::bad_alloc&) {
+        // What could not be posted comes with the next call.
     }
     return true;
 }

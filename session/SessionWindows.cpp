@@ -35,6 +35,8 @@ ICanvasWindow* CSessionWindows::CreateCanvasWindow(IMainWindow& parent, IWindowC
     CSessionMainWindow* pMain = GetMain();
     if (!pMain || &parent != pMain) return nullptr;
     const int32_t nPlace = static_cast<int32_t>(pMain->GetChildren().size()) % PLACE_COUNT * PLACE_STEP;
+    // A window enters itself among its parent's children: it must not go because it finds no place here.
+    m_vCanvas.reserve(m_vCanvas.size() + 1);
     m_vCanvas.push_back(std::make_unique<CSessionCanvasWindow>(*pMain, m_queue, m_clock, client, setup,
                                                                CRect({nPlace, nPlace}, CANVAS_CLIENT)));
     return m_vCanvas.back().get();

@@ -1,4 +1,4 @@
-// The verb "expect": compares a part of the session's state.
+// The verbs "mark" and "expect": keep the document's state, compare a part of the session's.
 #include "core/Base/Text.h"
 #include "core/MainFrame/MainFrame.h"
 #include "session/DocumentState.h"
@@ -29,6 +29,7 @@ struct TExpectation {
     TStates mapEnabled;
     TStates mapChecked;
     std::optional<TPixel> pixel;
+    std::optional<std::string> strMark;
 };
 
 void CheckShape(const CScriptValue& value, const json& shape);
@@ -129,6 +130,28 @@ void ComparePixel(const TPixel& pixel, IImageCodecs& codecs) {
     throw step_failure(Differ(strWay, pixel.rgba, actual));
 }
 
+// What a document is, whatever it is called and however it came about. Which layer is selected is not part of
+// it: undo selects others.
+json DescribeContent(IImageCodecs& codecs) {
+    GetActiveFrame();
+    json state = DescribeDocument(codecs, true);
+    for (const char* psz : {"frames", "title", "path", "modified", "history", "view"}) state.erase(psz);
+    const auto forget = [](const auto& self, json& layers) -> void {
+        for (json& layer : layers) {
+            layer.erase("active");
+            self(self, layer["children"]);
+        }
+    };
+    forget(forget, state["layers"]);
+    return state;
+}
+
+void CompareMark(const std::string& strMark, CPlayer& player) {
+    const auto it = player.m_mapMarks.find(strMark);
+    if (it == player.m_mapMarks.end()) throw step_failure("nothing was marked as \"" + strMark + "\"");
+    Compare("mark", json::parse(it->second), DescribeContent(player.GetStage().platform.codecs));
+}
+
 void Play(const TExpectation& expectation, CPlayer& player) {
     IImageCodecs& codecs = player.GetStage().platform.codecs;
     if (expectation.strBox) CompareBox(*expectation.strBox, player.GetStage().log);
@@ -137,9 +160,18 @@ void Play(const TExpectation& expectation, CPlayer& player) {
     if (!expectation.document.empty())
         Compare("", expectation.document, DescribeDocument(codecs, expectation.document.contains("pixels")));
     if (expectation.pixel) ComparePixel(*expectation.pixel, codecs);
+    if (expectation.strMark) CompareMark(*expectation.strMark, player);
 }
 
 } // namespace
+
+TAction ReadMark(const CScriptValue& value) {
+    const std::string strMark = value.Utf8();
+    return [strMark](CPlayer& player) {
+        player.m_mapMarks[strMark] = DescribeContent(player.GetStage().platform.codecs)
+                                         .dump(-1, ' ', false, json::error_handler_t::replace);
+    };
+}
 
 TAction ReadExpect(const CScriptValue& value) {
     if (!value.GetJson().is_object() || value.GetJson().empty())
@@ -147,10 +179,12 @@ TAction ReadExpect(const CScriptValue& value) {
     TExpectation expectation;
     expectation.document = value.GetJson();
     if (value.Has("box")) expectation.strBox = value.At("box").Utf8();
+    if (value.Has("mark")) expectation.strMark = value.At("mark").Utf8();
     if (value.Has("enabled")) expectation.mapEnabled = ReadStates(value.At("enabled"));
     if (value.Has("checked")) expectation.mapChecked = ReadStates(value.At("checked"));
     if (value.Has("pixel")) expectation.pixel = ReadPixel(value.At("pixel"));
-    for (const char* pszOwn : {"box", "enabled", "checked", "pixel"}) expectation.document.erase(pszOwn);
+    for (const char* pszOwn : {"box", "enabled", "checked", "mark", "pixel"})
+        expectation.document.erase(pszOwn);
     CheckShape({expectation.document, value.GetName()}, GetDocumentShape());
     return [expectation](CPlayer& player) { Play(expectation, player); };
 }

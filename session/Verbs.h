@@ -18,6 +18,7 @@ std::span<const TVerb> GetVerbs();
 
 /// Commands, windows, keys, time.
 TAction ReadCommand(const CScriptValue& value);
+TAction ReadTry(const CScriptValue& value);
 TAction ReadView(const CScriptValue& value);
 TAction ReadActivate(const CScriptValue& value);
 TAction ReadClose(const CScriptValue& value);
@@ -45,4 +46,5 @@ TAction ReadScreenshot(const CScriptValue& value);
 TAction ReadDump(const CScriptValue& value);
 /// The document.
 TAction ReadLayer(const CScriptValue& value);
+TAction ReadMark(const CScriptValue& value);
 TAction ReadExpect(const CScriptValue& value);

@@ -52,6 +52,11 @@ TAction ReadCommand(const CScriptValue& value) {
     return [nId](CPlayer& player) { player.SendCommand(nId); };
 }
 
+TAction ReadTry(const CScriptValue& value) {
+    const int nId = static_cast<int>(value.Integer(1, 65535));
+    return [nId](CPlayer& player) { player.TryCommand(nId); };
+}
+
 TAction ReadView(const CScriptValue& value) {
     value.Object({"width", "height", "zoom", "angle", "flipH", "flipV", "scroll"});
     const CSize sz{static_cast<int32_t>(value.At("width").Integer(1, MAX_VIEW_SIDE)),

@@ -1,6 +1,16 @@
 #include "core/AppModule/MessageLoop.h"
 
+#include <boost/container/small_vector.hpp>
+
 #include <algorithm>
+
+namespace {
+
+// The loop itself needs no memory: what fails here would end the session.
+template <class Handler>
+using TCopy = boost::container::small_vector<Handler*, 16>;
+
+} // namespace
 
 void CMessageLoop::AddMessageFilter(IMessageFilter* pFilter) { m_vFilters.push_back(pFilter); }
 void CMessageLoop::RemoveMessageFilter(IMessageFilter* pFilter) { std::erase(m_vFilters, pFilter); }
@@ -9,7 +19,7 @@ void CMessageLoop::RemoveIdleHandler(IIdleHandler* pHandler) { std::erase(m_vIdl
 
 bool CMessageLoop::PreTranslateMessage(const TMessage& msg) {
     // A filter may remove itself (or others) while it is called: walk a copy, skip who has left.
-    const std::vector<IMessageFilter*> vFilters = m_vFilters;
+    const TCopy<IMessageFilter> vFilters(m_vFilters.begin(), m_vFilters.end());
     for (auto it = vFilters.rbegin(); it != vFilters.rend(); ++it) {
         const bool bPresent = std::find(m_vFilters.begin(), m_vFilters.end(), *it) != m_vFilters.end();
         if (bPresent && (*it)->PreTranslateMessage(msg)) return true;
@@ -19,7 +29,7 @@ bool CMessageLoop::PreTranslateMessage(const TMessage& msg) {
 
 bool CMessageLoop::OnIdle(int nCount) {
     bool bMore = false;
-    const std::vector<IIdleHandler*> vHandlers = m_vIdleHandlers;
+    const TCopy<IIdleHandler> vHandlers(m_vIdleHandlers.begin(), m_vIdleHandlers.end());
     for (IIdleHandler* pHandler : vHandlers) {
         if (std::find(m_vIdleHandlers.begin(), m_vIdleHandlers.end(), pHandler) == m_vIdleHandlers.end())
             continue;

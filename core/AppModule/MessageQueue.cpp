@@ -2,6 +2,8 @@
 
 #include "core/Platform/Window.h"
 
+#include <utility>
+
 bool CMessageQueue::Peek() {
     if (m_deqMessages.empty() && !m_bQuit && m_pPump) m_pPump->Pump(false);
     return !m_deqMessages.empty() || m_bQuit;
@@ -16,7 +18,7 @@ int CMessageQueue::Get(TMessage& msg) {
         }
         if (!m_pPump || !m_pPump->Pump(true)) return -1;
     }
-    msg = m_deqMessages.front();
+    msg = std::move(m_deqMessages.front());
     m_deqMessages.pop_front();
     return 1;
 }

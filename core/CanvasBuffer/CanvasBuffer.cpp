@@ -122,7 +122,7 @@ void CCanvasBuffer::SwapFullBackup(const boost::shared_ptr<CCanvasBuffer>& spCan
     if (!spCanvas) return;
     FullBackup& stor = *pBackup;
     SELF_CHECK(illegal_data, stor.internalLayer);
-    stor.internalLayer->setName(spCanvas->GetTitle());
+    stor.internalLayer->SwapName(*spCanvas->m_spRoot); // the title stays
     spCanvas->m_spRoot.swap(stor.internalLayer);
     if (!(spCanvas->m_spCounters->GetSize() == stor.spCounters.GetSize()))
         std::swap(*spCanvas->m_spCounters, stor.spCounters);

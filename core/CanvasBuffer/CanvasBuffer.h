@@ -88,7 +88,7 @@ public:
     static void SwapFullBackup(const boost::shared_ptr<CCanvasBuffer>& spCanvas, FullBackup* pBackup);
 
     const std::wstring& GetPath() const { return m_strPath; }
-    void SetPath(const std::wstring& strPath) { m_strPath = strPath; }
+    void SetPath(std::wstring strPath) { m_strPath.swap(strPath); }
     /// The document's title: the root layer's name.
     const std::wstring& GetTitle() const;
     void SetTitle(const std::wstring& strTitle);

@@ -22,14 +22,14 @@ CanvasBufferHistoryHelper::CanvasBufferHistoryHelper(std::wstring strName,
     : m_strName(std::move(strName)), m_spCanvas(spCanvas),
       m_helper(spCanvas, TakeOriginal(spCanvas), CCanvasBuffer::SwapFullBackup) {}
 
-void CanvasBufferHistoryHelper::Commit() { m_spCanvas->GetHistory().Register(m_helper.Commit(m_strName)); }
+void CanvasBufferHistoryHelper::Commit() { m_helper.Commit(m_strName, m_spCanvas->GetHistory()); }
 
 void ChangeSelection(const boost::shared_ptr<CCanvasBuffer>& spCanvas,
                      const boost::shared_ptr<CSelectBuffer>& spSelect, std::wstring strName) {
     CSymmetricHistoryHelper<CCanvasBuffer, boost::shared_ptr<CSelectBuffer>> helper(
         spCanvas, spCanvas->GetSelectShared(), SwapSelect);
     spCanvas->SetSelect(spSelect);
-    spCanvas->GetHistory().Register(helper.Commit(std::move(strName)));
+    helper.Commit(std::move(strName), spCanvas->GetHistory());
 }
 
 bool ChangeColorMode(const boost::shared_ptr<CCanvasBuffer>& spCanvas, bool bColor, bool bColorRaster) {

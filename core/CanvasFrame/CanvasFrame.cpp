@@ -84,7 +84,10 @@ void CCanvasFrame::UpdateModified() {
 }
 
 bool CCanvasFrame::OnMessage(const TMessage& msg) {
-    return Guarded([&] { return HandleMessage(msg); });
+    // A window whose closing failed stays: nobody was asked about what it shows.
+    bool bHandled = msg.id == EMessage::Close;
+    Guarded([&] { return bHandled = HandleMessage(msg); });
+    return bHandled;
 }
 
 bool CCanvasFrame::HandleMessage(const TMessage& msg) {
@@ -167,7 +170,8 @@ void CCanvasFrame::OnFinalMessage() {
     m_pWindow = nullptr;
     const boost::shared_ptr<CCanvasFrame> spSelf = shared_from_this();
     g_lstCanvasFrame.remove(spSelf);
-    if (g_bFilterBuild && g_lstCanvasFrame.empty()) PostToMainFrame(EMessage::Close);
+    if (g_bFilterBuild && g_lstCanvasFrame.empty())
+        Guarded([] { return PostToMainFrame(EMessage::Close), true; });
 }
 
 bool CCanvasFrame::IsOnlyViewOfCanvas() const {
@@ -200,7 +204,7 @@ void CCanvasFrame::ScrollTo(CPoint ptScroll) {
 
 bool CCanvasFrame::OnClose() {
     m_spCanvas->CompleteWork();
-    WritePlacement(PLACEMENT_SECTION, m_pWindow->GetRect());
+    Guarded([&] { return WritePlacement(PLACEMENT_SECTION, m_pWindow->GetRect()), true; });
     if (!IsOnlyViewOfCanvas()) return false;
     CRecovery& recovery = g_AppModule.GetRecovery();
     if (!m_spCanvas->GetHistory().IsModified()) return recovery.Forget(*m_spCanvas), false;
@@ -298,8 +302,10 @@ void CCanvasFrame::OnFileSave(int nId) {
                 return;
             }
         }
+        std::wstring strSavedPath = strPath;
         SaveDocument(*m_spCanvas, strPath, platform.files);
-        m_spCanvas->SetPath(strPath);
+        // It counts as saved now, so nothing may fail until it is known where.
+        m_spCanvas->SetPath(std::move(strSavedPath));
         m_spCanvas->SetTitle(std::wstring(FileNameOf(strPath)));
         for (const auto& spFrame : g_lstCanvasFrame)
             if (spFrame->m_spCanvas == m_spCanvas) spFrame->UpdateTitle();

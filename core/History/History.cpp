@@ -4,12 +4,15 @@
 
 void CHistoryStream::Register(const boost::shared_ptr<CHistory>& spHistory) {
     if (!spHistory) return;
-    m_deqRedo.clear();
+    // What needs memory comes first.
+    const auto nMost = static_cast<size_t>(g_Switches.m_nMaxHistory);
+    std::wstring strInitial;
+    const bool bDrops = m_deqUndo.size() + 1 > nMost;
+    if (bDrops) strInitial = (nMost == 0 ? spHistory : m_deqUndo[nMost - 1])->GetName();
     m_deqUndo.push_front(spHistory);
-    while (m_deqUndo.size() > static_cast<size_t>(g_Switches.m_nMaxHistory)) {
-        m_strInitial = m_deqUndo.back()->GetName();
-        m_deqUndo.pop_back();
-    }
+    m_deqRedo.clear();
+    if (bDrops) m_strInitial.swap(strInitial);
+    while (m_deqUndo.size() > nMost) m_deqUndo.pop_back();
     SetModified(true);
 }
 
@@ -23,18 +26,28 @@ void CHistoryStream::Undo() {
     }
     if (m_deqUndo.empty()) return;
     const boost::shared_ptr<CHistory> spHistory = m_deqUndo.front();
-    spHistory->Undo();
-    m_deqUndo.pop_front();
     m_deqRedo.push_front(spHistory);
+    try {
+        spHistory->Undo();
+    } catch (...) {
+        m_deqRedo.pop_front();
+        throw;
+    }
+    m_deqUndo.pop_front();
     SetModified(true);
 }
 
 void CHistoryStream::Redo() {
     if (m_deqRedo.empty()) return;
     const boost::shared_ptr<CHistory> spHistory = m_deqRedo.front();
-    spHistory->Redo();
-    m_deqRedo.pop_front();
     m_deqUndo.push_front(spHistory);
+    try {
+        spHistory->Redo();
+    } catch (...) {
+        m_deqUndo.pop_front();
+        throw;
+    }
+    m_deqRedo.pop_front();
     SetModified(true);
 }
 

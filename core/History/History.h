@@ -29,7 +29,8 @@ public:
     virtual ~CHistoryStream() = default;
 
     /// Adds a done action, ends all redoing, drops what exceeds the limit; the first line of the list then
-    /// names the oldest state that can still be reached. Null is ignored.
+    /// names the oldest state that can still be reached. Null is ignored. When it throws, nothing has
+    /// changed: whoever registers first and then changes without a failure is never half done.
     void Register(const boost::shared_ptr<CHistory>& spHistory);
     /// Takes back the newest action. While a cancel handler is set it is called instead and nothing is
     /// popped; one that answers false is dropped.

@@ -12,7 +12,7 @@
 template <class T, class S>
 class CSymmetricHistory : public CHistory {
 public:
-    /// Exchanges the state with the target's; must do nothing for a null target.
+    /// Exchanges the state with the target's; must do nothing for a null target. Never throws.
     using TSwap = void (*)(const boost::shared_ptr<T>& spTarget, S* pState);
 
     CSymmetricHistory(std::wstring strName, const boost::shared_ptr<T>& spTarget, S state, TSwap fnSwap)
@@ -38,12 +38,17 @@ public:
     virtual ~CSymmetricHistoryHelper() {
         if (m_bArmed) m_fnSwap(m_spTarget, &m_state);
     }
-    /// The operation is done: the action to be registered.
-    boost::shared_ptr<CHistory> Commit(std::wstring strName) {
-        auto spHistory = boost::make_shared<CSymmetricHistory<T, S>>(std::move(strName), m_spTarget,
-                                                                     std::move(m_state), m_fnSwap);
+    /// The operation is done: registers its action. One that cannot be registered is taken back.
+    void Commit(std::wstring strName, CHistoryStream& history) {
+        const auto spHistory = boost::make_shared<CSymmetricHistory<T, S>>(std::move(strName), m_spTarget,
+                                                                           std::move(m_state), m_fnSwap);
         m_bArmed = false;
-        return spHistory;
+        try {
+            history.Register(spHistory);
+        } catch (...) {
+            spHistory->Undo();
+            throw;
+        }
     }
 
 private:

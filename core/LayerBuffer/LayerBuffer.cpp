@@ -214,28 +214,40 @@ void CLayerBuffer::AddLayer(const TLayerPtr& spLayer, int idxLayer, bool bHistor
     const int nCount = static_cast<int>(m_lstChildren.size());
     const int idx = idxLayer == -1 ? nCount : idxLayer;
     SELF_CHECK(invalid_argument, spLayer != nullptr && 0 <= idx && idx <= nCount);
-    m_lstChildren.insert(std::next(m_lstChildren.begin(), idx), spLayer);
-    spLayer->MarkAllDirty();
-    MarkAllDirty();
+    TLayerList lstLayer{spLayer};
     if (bHistory)
         GetCanvas()->GetHistory().Register(
             boost::make_shared<CAddDelLayerHistory<true>>(shared_from_this(), idx, spLayer));
+    Attach(lstLayer, idx);
+}
+
+void CLayerBuffer::Attach(TLayerList& lstLayer, int idxLayer) {
+    lstLayer.front()->MarkAllDirty();
+    m_lstChildren.splice(std::next(m_lstChildren.begin(), idxLayer), lstLayer);
+    MarkAllDirty();
+}
+
+TLayerList CLayerBuffer::Detach(int idxLayer) {
+    TLayerList lstLayer;
+    const auto iterLayer = std::next(m_lstChildren.begin(), idxLayer);
+    const auto iter = std::next(iterLayer);
+    lstLayer.splice(lstLayer.begin(), m_lstChildren, iterLayer);
+    // The next one below is active then, as in the list that the user sees.
+    if (m_wpActive.lock() == lstLayer.front())
+        m_wpActive = iter != m_lstChildren.begin() ? *std::prev(iter)
+                     : iter != m_lstChildren.end() ? *iter
+                                                   : TLayerPtr();
+    MarkAllDirty();
+    return lstLayer;
 }
 
 void CLayerBuffer::RemoveLayer(TLayerPtr spLayer, bool bHistory) {
     const int idx = IndexOf(*spLayer);
     SELF_CHECK(invalid_argument, 0 <= idx);
-    const auto spHistory =
-        bHistory ? boost::make_shared<CAddDelLayerHistory<false>>(shared_from_this(), idx, spLayer)
-                 : boost::shared_ptr<CAddDelLayerHistory<false>>();
-    const auto iter = m_lstChildren.erase(std::next(m_lstChildren.begin(), idx));
-    // The next one below is active then, as in the list that the user sees.
-    if (m_wpActive.lock() == spLayer)
-        m_wpActive = iter != m_lstChildren.begin() ? *std::prev(iter)
-                     : iter != m_lstChildren.end() ? *iter
-                                                   : TLayerPtr();
-    MarkAllDirty();
-    GetCanvas()->GetHistory().Register(spHistory);
+    if (bHistory)
+        GetCanvas()->GetHistory().Register(
+            boost::make_shared<CAddDelLayerHistory<false>>(shared_from_this(), idx, spLayer));
+    Detach(idx);
 }
 
 void CLayerBuffer::MoveLayer(TLayerPtr spLayer, const TLayerPtr& spParent, int idxLayer, bool bHistory) {
@@ -247,12 +259,12 @@ void CLayerBuffer::MoveLayer(TLayerPtr spLayer, const TLayerPtr& spParent, int i
     const TCanvasPtr spCanvas = GetCanvas();
     const TLayerPtr spActive = spCanvas->GetActiveLayer();
     const bool bActive = spActive && (spActive == spLayer || spLayer->FindParentOf(*spActive));
-    RemoveLayer(spLayer, false);
-    spParent->AddLayer(spLayer, idxNew, false);
-    if (bActive) spCanvas->SelectLayer(spActive);
     if (bHistory)
         spCanvas->GetHistory().Register(
             boost::make_shared<CMoveLayerHistory>(shared_from_this(), idxOld, spParent, idxNew, spLayer));
+    TLayerList lstLayer = Detach(idxOld);
+    spParent->Attach(lstLayer, idxNew);
+    if (bActive) spCanvas->SelectLayer(spActive);
 }
 
 void CLayerBuffer::SwapChildren(const TLayerPtr& spLayer, TLayerList* pList) {
@@ -294,10 +306,11 @@ void CLayerBuffer::SetVisible(bool bVisible) {
 }
 
 void CLayerBuffer::setName(const std::wstring& strName, bool bHistory) {
+    std::wstring strNew = strName;
     if (bHistory && strName != m_strName)
         GetCanvas()->GetHistory().Register(boost::make_shared<LayerRenameHistory>(
             L"レイヤー名変更", shared_from_this(), m_strName, strName));
-    m_strName = strName;
+    m_strName.swap(strNew);
 }
 
 void CLayerBuffer::SetOpacity(uint8_t uOpacity, bool bHistory) {

@@ -127,6 +127,8 @@ public:
     const std::wstring& GetName() const { return m_strName; }
     /// Renames the layer; an undoable action with `bHistory`.
     void setName(const std::wstring& strName, bool bHistory = false);
+    /// Exchanges the names. Never throws.
+    void SwapName(CLayerBuffer& other) { m_strName.swap(other.m_strName); }
     bool IsVisible() const { return m_bVisible; }
     /// Shows or hides the layer and flags its picture.
     void SetVisible(bool bVisible);
@@ -148,6 +150,10 @@ protected:
 
     boost::shared_ptr<CRasterBuffer> m_pDrawBuffer;
     boost::shared_ptr<CRasterBuffer> m_pThumbnail; ///< a flagged block is still to be reduced
+    // One layer comes into the list or leaves it; neither throws.
+    void Attach(TLayerList& lstLayer, int idxLayer);
+    TLayerList Detach(int idxLayer);
+
     TLayerList m_lstChildren;
     boost::weak_ptr<CLayerBuffer> m_wpActive;
     boost::weak_ptr<ILayerCanvas> m_wpCanvas;

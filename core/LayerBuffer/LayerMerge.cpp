@@ -20,7 +20,7 @@ void ReplaceChildren(const TLayerPtr& spParent, const TLayerPtr& pLayer, const T
     CLayerBuffer::SwapChildren(spParent, &lstMerged);
     CSymmetricHistoryHelper<CLayerBuffer, TLayerList> helper(spParent, std::move(lstMerged),
                                                              CLayerBuffer::SwapChildren);
-    spParent->GetCanvas()->GetHistory().Register(helper.Commit(pszLabel));
+    helper.Commit(pszLabel, spParent->GetCanvas()->GetHistory());
 }
 
 } // namespace

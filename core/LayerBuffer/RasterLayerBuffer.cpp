@@ -153,7 +153,7 @@ void CRasterLayerBuffer::MergeStroke(CRasterStroke& stroke) {
     const CSelectBuffer* pSelect = GetCanvas()->GetSelect();
     FlagStroke(stroke);
     bool bAny = false;
-    m_pRaster->ForEachBlock([&](CPoint pt) {
+    const auto paint = [&](CPoint pt) {
         const CRasterBlockBuffer* pSelected = pSelect ? pSelect->GetMaskTile(pt) : nullptr;
         if (!CoversBlock(plane, pt) || (pSelect && !pSelected)) return;
         const auto spOld = m_pRaster->GetBlock(pt, false);
@@ -162,10 +162,17 @@ void CRasterLayerBuffer::MergeStroke(CRasterStroke& stroke) {
         plane.BlendBlockInto(*spNew, pSelected);
         m_pRaster->SetBlock(pt, spNew);
         bAny = true;
-    });
-    if (bAny)
-        GetCanvas()->GetHistory().Register(
-            boost::make_shared<CCommitStrokeBufferHistory>(stroke.GetName(), *spBefore, m_pRaster));
+    };
+    try {
+        m_pRaster->ForEachBlock(paint);
+        if (bAny)
+            GetCanvas()->GetHistory().Register(
+                boost::make_shared<CCommitStrokeBufferHistory>(stroke.GetName(), *spBefore, m_pRaster));
+    } catch (...) {
+        // The stroke stays in the queue and is merged later: nothing of it may be there twice.
+        m_pRaster->ForEachBlock([&](CPoint pt) { m_pRaster->SetBlock(pt, spBefore->GetBlock(pt, false)); });
+        throw;
+    }
 }
 
 TLayerPtr CRasterLayerBuffer::MergeWith(CLayerBuffer& other) {

@@ -80,7 +80,9 @@ void CMainFrame::CreateFrameWindow() {
 }
 
 bool CMainFrame::OnMessage(const TMessage& msg) {
-    return Guarded([&] { return HandleMessage(msg); });
+    bool bHandled = msg.id == EMessage::Close; // as of the canvas frames
+    Guarded([&] { return bHandled = HandleMessage(msg); });
+    return bHandled;
 }
 
 bool CMainFrame::HandleMessage(const TMessage& msg) {
@@ -132,7 +134,7 @@ void CMainFrame::OnDestroy() {
 }
 
 bool CMainFrame::OnClose() {
-    WritePlacement(PLACEMENT_SECTION, m_pWindow->GetRect());
+    Guarded([&] { return WritePlacement(PLACEMENT_SECTION, m_pWindow->GetRect()), true; });
     while (!g_lstCanvasFrame.empty()) {
         const size_t nBefore = g_lstCanvasFrame.size();
         SendMessage({g_lstCanvasFrame.back()->GetWindow(), EMessage::Close});
@@ -142,6 +144,10 @@ bool CMainFrame::OnClose() {
 }
 
 bool CMainFrame::PreTranslateMessage(const TMessage& msg) {
+    return Guarded([&] { return TranslateKey(msg); });
+}
+
+bool CMainFrame::TranslateKey(const TMessage& msg) {
     IKeyState& keys = g_AppModule.GetPlatform().keys;
     if (msg.wParam == VK_Tab && keys.IsKeyDown(VK_Control)) return false;
     const int nCommand = TranslateAccelerator(msg, keys);
@@ -151,7 +157,12 @@ bool CMainFrame::PreTranslateMessage(const TMessage& msg) {
     return true;
 }
 
+// A failure that left an idle handler or a filter would end the session.
 bool CMainFrame::OnIdle(int) {
+    return Guarded([&] { return DoIdleWork(); });
+}
+
+bool CMainFrame::DoIdleWork() {
     if (!m_pWindow) return false;
     const TSetButtonState setState{m_pWindow->GetToolBarLook()};
     for (const int nId : m_vToolBarCommands)

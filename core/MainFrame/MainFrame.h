@@ -90,6 +90,8 @@ private:
     void OnToggle(int nId);
     void InvalidateFrames();
     void OnToolNotice(EToolNotice notice);
+    bool DoIdleWork();
+    bool TranslateKey(const TMessage& msg);
     bool ContinueStrokes();
     void OnPenEnd(bool bEraser);
 

@@ -10,9 +10,11 @@ namespace {
 
 // Closes for good what an interrupted loop left open. Nothing asks the user: no loop could hear the answer.
 void DestroyWindows() {
-    const auto lstFrames = g_lstCanvasFrame;
-    for (const auto& spFrame : lstFrames)
+    while (!g_lstCanvasFrame.empty()) {
+        const auto spFrame = g_lstCanvasFrame.front();
         if (spFrame->GetWindow()) spFrame->GetWindow()->Destroy();
+        g_lstCanvasFrame.remove(spFrame);
+    }
     if (g_pMainFrame && g_pMainFrame->GetWindow()) g_pMainFrame->GetWindow()->Destroy();
 }
 

@@ -5,6 +5,7 @@
 #include "core/Platform/System.h"
 
 #include <algorithm>
+#include <exception>
 
 namespace {
 
@@ -28,6 +29,14 @@ CRasterBrushImpl::CRasterBrushImpl(const TToolOutside& outside, const std::wstri
 }
 
 CRasterBrushImpl::~CRasterBrushImpl() {
+    try {
+        WriteSettings();
+    } catch (const std::exception&) {
+        // Without memory even for that the next tool has the settings of the last time.
+    }
+}
+
+void CRasterBrushImpl::WriteSettings() const {
     if (m_param == m_paramRead && m_freehand == m_freehandRead) return;
     const auto spSection = GetOutside().config.GetSection(L"BrushParam")->GetSection(m_strSection);
     WriteBrushParam(GetOutside().config, m_strSection, m_param);

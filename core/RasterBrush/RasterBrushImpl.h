@@ -27,6 +27,8 @@ protected:
     bool WantsDoublePlane() const { return m_param.BlurLevel >= 51 && m_param.BrushRadius < 32; }
 
 private:
+    void WriteSettings() const;
+
     std::wstring m_strSection;
     TBrushParam m_paramRead; ///< what the settings hold
     TFreehandParam m_freehandRead;

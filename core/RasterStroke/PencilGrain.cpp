@@ -7,6 +7,7 @@
 #include "core/Base/StableMath.h"
 
 #include <cmath>
+#include <utility>
 
 namespace {
 
@@ -23,8 +24,9 @@ CPencilGrain::CPencilGrain(int nRoughness, uint32_t uOpacity)
 
 const std::vector<uint16_t>& CPencilGrain::CellsOf(int nVariant) {
     constexpr double PI = 3.14159265358979323846;
-    auto& vCells = m_aCells[static_cast<size_t>(nVariant)];
-    if (!vCells.empty()) return vCells;
+    auto& vKnown = m_aCells[static_cast<size_t>(nVariant)];
+    if (!vKnown.empty()) return vKnown;
+    std::vector<uint16_t> vCells; // without memory for all of them none is known
     const auto strImage = FindResource("textures/grain.bin");
     SELF_CHECK(defect_logic, strImage.size() == size_t{IMAGE_SIDE} * IMAGE_SIDE);
     const TSinCos turn = StableSinCos(nVariant * 2 * PI / VARIANTS);
@@ -37,12 +39,14 @@ const std::vector<uint16_t>& CPencilGrain::CellsOf(int nVariant) {
                 bIn ? static_cast<uint8_t>(strImage[static_cast<size_t>(q * IMAGE_SIDE + p)]) : uint8_t{255};
             vCells.push_back(static_cast<uint16_t>((255 - uLight) * 65535 / 255));
         }
-    return vCells;
+    vKnown.swap(vCells);
+    return vKnown;
 }
 
 const TGrainMark& CPencilGrain::MarkAt(int nVariant, int fx, int fy) {
-    TGrainMark& mark = m_aMarks[static_cast<size_t>((nVariant * CELLS + fy) * CELLS + fx)];
-    if (mark.nWidth != 0) return mark;
+    TGrainMark& known = m_aMarks[static_cast<size_t>((nVariant * CELLS + fy) * CELLS + fx)];
+    if (known.nWidth != 0) return known;
+    TGrainMark mark;
     const auto& vCells = CellsOf(nVariant);
     mark.x = (fx - m_nHalf) >> 3;
     mark.y = (fy - m_nHalf) >> 3;
@@ -58,5 +62,6 @@ const TGrainMark& CPencilGrain::MarkAt(int nVariant, int fx, int fy) {
         }
     for (const uint32_t uSum : vSums)
         mark.vCover.push_back(static_cast<uint16_t>((uSum >> 6) * m_uOpacity / 100));
-    return mark;
+    known = std::move(mark);
+    return known;
 }

@@ -37,10 +37,11 @@ void CRasterBrushStroke::GetBrush(TBrushData& brush, int fx, int fy, uint32_t pr
     const int64_t nKey = fx + fy * 8 + int64_t{shape.uOuter} * 64;
     brush.pBuffer = m_cache.Find(nKey, brush.uBufferSize);
     if (brush.pBuffer) return;
-    uint16_t* pStamp = m_cache.Insert(nKey, brush.uBufferSize, StampLength(brush.uBufferSize));
-    if (nLost == POSITION_BITS)
-        CStampDisc(shape, nLost).Cut(pStamp, fx, fy);
-    else
-        DiscOf(shape, nLost).Cut(pStamp, fx, fy);
-    brush.pBuffer = pStamp;
+    const auto cut = [&](uint16_t* pStamp) {
+        if (nLost == POSITION_BITS)
+            CStampDisc(shape, nLost).Cut(pStamp, fx, fy);
+        else
+            DiscOf(shape, nLost).Cut(pStamp, fx, fy);
+    };
+    brush.pBuffer = m_cache.Make(nKey, brush.uBufferSize, StampLength(brush.uBufferSize), cut);
 }

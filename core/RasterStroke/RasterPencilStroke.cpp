@@ -96,19 +96,19 @@ void CRasterPencilStroke::GetBrush(TBrushData& brush, int fx, int fy, uint32_t p
     const size_t nLength = StampLength(uHalfSize);
     const int64_t nMeasure = 90 * (uRadius + int64_t{uGrains} * 8192) + altitude;
     const int64_t nKey = (nMeasure * 64 + fx + fy * 8) * 4 + GetRandom().Rand() % 4;
-    uint16_t* pStamp = nullptr;
+    const auto make = [&](uint16_t* pStamp) {
+        std::fill_n(pStamp, nLength, uint16_t{0});
+        ThrowGrains(pStamp, params);
+    };
     if (m_spTexture) {
         m_vStamp.resize(nLength);
-        pStamp = m_vStamp.data();
-    } else {
-        CStampCache& cache = IsPredicting() ? m_cachePredict : m_cache;
-        brush.pBuffer = cache.Find(nKey, uHalfSize);
-        if (brush.pBuffer) return;
-        pStamp = cache.Insert(nKey, uHalfSize, nLength);
+        make(m_vStamp.data());
+        brush.pBuffer = m_vStamp.data();
+        return;
     }
-    std::fill_n(pStamp, nLength, uint16_t{0});
-    ThrowGrains(pStamp, params);
-    brush.pBuffer = pStamp;
+    CStampCache& cache = IsPredicting() ? m_cachePredict : m_cache;
+    brush.pBuffer = cache.Find(nKey, uHalfSize);
+    if (!brush.pBuffer) brush.pBuffer = cache.Make(nKey, uHalfSize, nLength, make);
 }
 
 void CRasterPencilStroke::ThrowGrains(uint16_t* pStamp, const TThrow& params) {
@@ -144,9 +144,9 @@ void CRasterPencilStroke::AddGrain(uint16_t* pStamp, const TThrow& params, CPoin
     const size_t nStride = StampStride(params.uHalfSize);
     for (int32_t y = rc.top; y < rc.bottom; ++y) {
         uint16_t* pRow = pStamp + STAMP_MARGIN + static_cast<size_t>(y) * nStride;
-        const uint16_t* pCover = mark.vCover.data() + (y - ptFirst.y) * mark.nWidth - ptFirst.x;
+        const uint16_t* pCover = mark.vCover.data() + (y - ptFirst.y) * mark.nWidth;
         for (int32_t x = rc.left; x < rc.right; ++x) {
-            const uint32_t v = pCover[x];
+            const uint32_t v = pCover[x - ptFirst.x];
             pRow[x] = static_cast<uint16_t>(v + pRow[x] - v * pRow[x] / 65535);
         }
     }

@@ -40,6 +40,35 @@ CRasterStroke::CRasterStroke(const TStrokeSetup& setup)
 
 CRasterStroke::~CRasterStroke() = default;
 
+// A prediction being drawn, on a plane of its own.
+struct CRasterStroke::TPrediction {
+    explicit TPrediction(const boost::shared_ptr<CStrokePlane>& sp) : spPlane(sp), target(*sp) {}
+    boost::shared_ptr<CStrokePlane> spPlane;
+    CStampTarget target;
+    std::vector<TCtlPoint> vPoints;
+    CStrokeRandom random;
+    uint32_t uStep = 0;
+    uint32_t uRest = 0;
+    TCtlPoint ptPrev{};
+};
+
+// The line itself must not notice that it is predicted: meanwhile the prediction's random numbers are drawn.
+class CRasterStroke::CPredicting : boost::noncopyable {
+public:
+    CPredicting(CRasterStroke& stroke, TPrediction& prediction) : m_stroke(stroke), m_prediction(prediction) {
+        Turn(true);
+    }
+    ~CPredicting() { Turn(false); }
+
+private:
+    void Turn(bool bPredicting) {
+        std::swap(m_stroke.m_randomStamps, m_prediction.random);
+        m_stroke.m_bPredicting = bPredicting;
+    }
+    CRasterStroke& m_stroke;
+    TPrediction& m_prediction;
+};
+
 void CRasterStroke::EvaluatePressure(uint32_t& uRadius, uint8_t& byAlpha, uint32_t pressure,
                                      int nScale) const {
     if (nScale != m_nScale) {
@@ -56,6 +85,8 @@ void CRasterStroke::EvaluatePressure(uint32_t& uRadius, uint8_t& byAlpha, uint32
 }
 
 void CRasterStroke::AddCtlPoint(CPoint pt, uint32_t pressure, uint32_t altitude) {
+    if (IsFinished()) return;
+    m_pPrediction.reset();
     pressure = FadeInPressure(pressure, static_cast<uint32_t>(m_vCtl.size()), m_param.CurveStrength);
     m_vCtl.push_back({pt.x, pt.y, pressure, altitude});
     uint32_t uRadius = 0;
@@ -83,6 +114,7 @@ bool CRasterStroke::Update() {
     const size_t nReach = WindowFor(m_window, m_param.CurveStrength, nCount).GetReach();
     const size_t nLast = bFinished ? nCount : nCount > nReach ? nCount - nReach : 0;
     while (m_spContext->uStep <= nLast * STEPS_PER_POINT) {
+        m_pPrediction.reset();
         DrawStep(nCount);
         ++m_spContext->uStep;
         if (m_clock.GetTickCount() - uStart > UPDATE_BUDGET) return false;
@@ -159,37 +191,38 @@ uint32_t CRasterStroke::Stamp(CStampTarget& target, CPoint pt, uint32_t pressure
     return brush.uStep;
 }
 
+// What did not fit into the budget goes on with the next call, unless the line has moved on.
 bool CRasterStroke::Predict() {
-    const auto spOld = m_spPredict;
-    m_spPredict = MakePredictPlane(*m_spMain, spOld.get());
-    m_target.ForgetTiles();
-    CStampTarget target(*m_spPredict);
-    // The line itself must not notice that it was predicted.
-    const CStrokeRandom random = m_randomStamps;
-    m_bPredicting = true;
-    const bool bDone = DrawPrediction(target);
-    m_bPredicting = false;
-    m_randomStamps = random;
-    if (!bDone)
-        m_spPredict = spOld;
-    else
-        m_spMain->GetDirty().Fill(false); // the display plane has taken its flags over
-    return bDone;
+    if (!m_pPrediction) {
+        auto pPrediction = std::make_unique<TPrediction>(MakePredictPlane(*m_spMain, m_spPredict.get()));
+        m_target.ForgetTiles();
+        pPrediction->vPoints = PredictPoints(m_vCtl, m_nPredict, m_param.CurveStrength);
+        pPrediction->random = m_randomStamps;
+        pPrediction->uStep = m_spContext->uStep;
+        pPrediction->uRest = m_spContext->auRest[0];
+        pPrediction->ptPrev = m_spContext->aptPrev[0];
+        m_pPrediction = std::move(pPrediction);
+    }
+    if (!DrawPrediction(*m_pPrediction)) return false;
+    m_spPredict = m_pPrediction->spPlane;
+    m_pPrediction.reset();
+    m_spMain->GetDirty().Fill(false); // the display plane has taken its flags over
+    return true;
 }
 
-bool CRasterStroke::DrawPrediction(CStampTarget& target) {
+bool CRasterStroke::DrawPrediction(TPrediction& prediction) {
+    const CPredicting predicting(*this, prediction);
     const uint32_t uStart = m_clock.GetTickCount();
-    const auto vPoints = PredictPoints(m_vCtl, m_nPredict, m_param.CurveStrength);
+    const std::vector<TCtlPoint>& vPoints = prediction.vPoints;
     const CResampleWindow& window = WindowFor(m_window, m_param.CurveStrength, vPoints.size());
     const size_t nLast = vPoints.size() > window.GetReach() ? vPoints.size() - window.GetReach() : 0;
-    uint32_t uRest = m_spContext->auRest[0];
-    TCtlPoint ptPrev = m_spContext->aptPrev[0];
-    for (uint32_t uStep = m_spContext->uStep; uStep <= nLast * STEPS_PER_POINT; uStep += STEPS_PER_POINT) {
-        const TCtlPoint pt = window.PointAt(vPoints.data(), vPoints.size(), uStep);
-        uRest = DrawSegment(target, ptPrev, pt, uRest);
-        ptPrev = pt;
+    while (prediction.uStep <= nLast * STEPS_PER_POINT) {
+        const TCtlPoint pt = window.PointAt(vPoints.data(), vPoints.size(), prediction.uStep);
+        prediction.uRest = DrawSegment(prediction.target, prediction.ptPrev, pt, prediction.uRest);
+        prediction.ptPrev = pt;
+        prediction.uStep += STEPS_PER_POINT;
         if (m_clock.GetTickCount() - uStart > PREDICT_BUDGET) return false;
     }
-    if (m_nPredict == 1) DrawSegment(target, ptPrev, vPoints.back(), uRest);
+    if (m_nPredict == 1) DrawSegment(prediction.target, prediction.ptPrev, vPoints.back(), prediction.uRest);
     return true;
 }

@@ -38,11 +38,11 @@ public:
     explicit CRasterStroke(const TStrokeSetup& setup);
     virtual ~CRasterStroke();
 
-    /// Adds a point (canvas eighths; pressure 0 to 1024, FINAL_PRESSURE once, at the end; altitude in
-    /// degrees). The first points are faded in.
+    /// Adds a point (canvas eighths; pressure 0 to 1024, FINAL_PRESSURE ends the stroke; altitude in
+    /// degrees). The first points are faded in, those behind the end ignored.
     void AddCtlPoint(CPoint pt, uint32_t pressure, uint32_t altitude);
-    /// Draws what the points at hand allow. True when no work is left; false after somewhat more than 1 ms
-    /// (5 ms for the prediction), to be called again.
+    /// Draws what the points at hand allow, at least one step. True when no work is left; false after
+    /// somewhat more than 1 ms (5 ms for the prediction), to be called again.
     bool Update();
 
     /// The plane that will be merged.
@@ -81,6 +81,8 @@ private:
         uint32_t auRest[CWobble::PASSES] = {};
         TCtlPoint aptPrev[CWobble::PASSES] = {};
     };
+    struct TPrediction;
+    class CPredicting;
     struct TPressure {
         uint32_t uRadius;
         uint8_t byAlpha;
@@ -96,7 +98,7 @@ private:
     uint32_t Stamp(CStampTarget& target, CPoint pt, uint32_t pressure, uint32_t altitude);
     CPoint Scatter(uint32_t pressure);
     bool Predict();
-    bool DrawPrediction(CStampTarget& target);
+    bool DrawPrediction(TPrediction& prediction);
 
     const std::wstring m_strName;
     const TBrushParam m_param;
@@ -115,6 +117,7 @@ private:
     CResampleWindow m_window;
     CResampleWindow m_windowWave;
     std::unique_ptr<TRasterContext> m_spContext;
+    std::unique_ptr<TPrediction> m_pPrediction; ///< what the last Update has begun and not finished
     uint32_t m_uMinRadius = 0;
     bool m_bPredicting = false;
     mutable std::vector<TPressure> m_vPressures; ///< by pressure, for m_nScale

@@ -15,18 +15,22 @@ class CStampCache : boost::noncopyable {
 public:
     static constexpr size_t CAPACITY = size_t{48} << 20; ///< values
 
-    /// The stamp, null when there is none. Valid until the next Insert.
+    /// The stamp, null when there is none. Valid until the next Make.
     const uint16_t* Find(int64_t nKey, uint32_t uHalfSize) const {
         const auto it = m_mapStamps.find({nKey, uHalfSize});
         return it == m_mapStamps.end() ? nullptr : it->second.get();
     }
-    /// Memory for a new stamp of `nLength` values, not set.
-    uint16_t* Insert(int64_t nKey, uint32_t uHalfSize, size_t nLength) {
+    /// Makes a stamp of `nLength` values by `fn(values)`, which finds them not set. A stamp whose making
+    /// throws is not kept.
+    template <class Function>
+    const uint16_t* Make(int64_t nKey, uint32_t uHalfSize, size_t nLength, Function fn) {
+        std::unique_ptr<uint16_t[]> upStamp(new uint16_t[nLength]);
+        fn(upStamp.get());
         if (m_nValues + nLength > CAPACITY) Clear();
-        auto& spStamp = m_mapStamps[{nKey, uHalfSize}];
-        spStamp.reset(new uint16_t[nLength]);
+        auto& upKept = m_mapStamps[{nKey, uHalfSize}];
+        upKept.swap(upStamp);
         m_nValues += nLength;
-        return spStamp.get();
+        return upKept.get();
     }
     void Clear() {
         m_mapStamps.clear();

@@ -55,6 +55,12 @@ TEST_F(Player, WhatCannotBeDoneOrIsNotAsExpectedFails) {
     const std::string strBad = "{\"open\":\"bad.vlm\"}\n";
     const std::pair<std::string, const char*> aCases[] = {
         {R"({"expect":{"size":{"width":200,"height":151}}})", "1: size.height: expected 151, found 150"},
+        {"{\"mark\":\"a\"}\n{\"layer\":{\"opacity\":9}}\n{\"try\":57643}\n{\"try\":57644}\n{\"try\":57644}\n"
+         "{\"try\":57643}\n{\"expect\":{\"mark\":\"a\"}}",
+         ""},
+        {"{\"mark\":\"a\"}\n{\"command\":13100}\n{\"expect\":{\"mark\":\"a\"}}",
+         "3: mark.color: expected true, found false"},
+        {R"({"expect":{"mark":"b"}})", R"(1: nothing was marked as "b")"},
         {R"({"expect":{"title":"x"}})", R"(1: title: expected "x", found "名称未設定")"},
         {R"({"expect":{"layers":[{},{"active":false}]}})", "1: layers[1].active: expected false, found true"},
         {R"({"expect":{"history":{"redo":["x"]}}})", R"(1: history.redo: expected ["x"], found [])"},

@@ -14,7 +14,9 @@
 
 #include <boost/make_shared.hpp>
 
+#include <new>
 #include <set>
+#include <utility>
 
 namespace {
 
@@ -73,6 +75,30 @@ TEST_F(MainFrame, ZoomingStepsThroughTheListAndCommandsWithoutEffectAreDisabled)
     });
     Step([] { EXPECT_EQ(Active().GetView().GetState().uZoom, 576); });
     Play();
+}
+
+TEST_F(MainFrame, AWindowWhoseClosingFailsStays) {
+    // Memory runs out when the work that is left is looked at.
+    struct CFailingLayer : CRasterLayerBuffer {
+        bool HasPendingWork() const override {
+            if (std::exchange(m_bFails, false)) throw std::bad_alloc();
+            return false;
+        }
+        mutable bool m_bFails = false;
+    };
+    Step([] {
+        const auto spLayer = boost::make_shared<CFailingLayer>();
+        spLayer->Create(Active().GetCanvas());
+        Active().GetCanvas()->GetRoot().AddLayer(spLayer, -1);
+        for (IWindow* pWindow : {static_cast<IWindow*>(Active().GetWindow()),
+                                 static_cast<IWindow*>(g_pMainFrame->GetWindow())}) {
+            spLayer->m_bFails = true;
+            SendMessage({pWindow, EMessage::Close});
+            EXPECT_EQ(g_lstCanvasFrame.size(), 1u) << "nobody was asked";
+        }
+    });
+    Play();
+    EXPECT_EQ(m_outside.m_vShown.size(), 2u);
 }
 
 TEST_F(MainFrame, AStrokeThatIsNotRenderedYetIsAStepToUndo) {

@@ -119,6 +119,31 @@ TEST(RasterStroke, ThePredictionIsShownAndWipedAndNeverKept) {
     EXPECT_FALSE(stroke.GetDisplay().DirtyAt({60, 50})) << "what stays is not painted again";
 }
 
+TEST(RasterStroke, APredictionThatNeverFitsItsTimeIsShownInTheEnd) {
+    std::vector<uint16_t> avShown[2];
+    for (const uint32_t uPace : {0u, 9u}) {
+        CRunningClock clock(uPace);
+        CStrokeRandom random;
+        CRasterBrushStroke stroke({.szCanvas = {400, 200},
+                                   .param = {.BrushRadius = 8, .Spray = 40},
+                                   .clock = clock,
+                                   .random = random,
+                                   .nPredict = 3});
+        for (int n = 0; n < 16; ++n) {
+            stroke.AddCtlPoint({400 + 80 * n, 400 + 20 * n}, 1024, 90);
+            // A point that comes while a prediction is being drawn makes it begin anew.
+            if (n == 7) stroke.Update();
+        }
+        int nCalls = 0;
+        while (!stroke.Update() && nCalls < 1000) ++nCalls;
+        EXPECT_EQ(nCalls > 100, uPace > 0) << nCalls;
+        EXPECT_LT(nCalls, 1000);
+        ASSERT_NE(&stroke.GetDisplay(), &stroke.GetMain());
+        avShown[uPace ? 1 : 0] = ValuesOf(stroke.GetDisplay());
+    }
+    EXPECT_EQ(avShown[0], avShown[1]);
+}
+
 TEST(StrokePrediction, GoesOnByNineTenthsOfTheLastStep) {
     const std::vector<TCtlPoint> v{{0, 0, 100, 50}, {100, -7, 200, 60}};
     EXPECT_EQ(PredictPoints(v, 1, 2).size(), 6u);

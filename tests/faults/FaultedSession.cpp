@@ -1,0 +1,320 @@
+#include "tests/faults/FaultedSession.h"
+
+#include "core/AppModule/AppModule.h"
+#include "core/AppModule/ErrorBox.h"
+#include "core/Base/Failure.h"
+#include "core/Base/Text.h"
+#include "core/ImageFile/ImageFile.h"
+#include "core/IniConfig/GlobalSwitches.h"
+#include "core/MainFrame/MainFrame.h"
+#include "core/MainFrame/SessionScope.h"
+#include "session/Player.h"
+#include "session/SessionDialogs.h"
+#include "session/SessionPlatform.h"
+#include "system/ImageCodecs.h"
+#include "tests/faults/FailingFiles.h"
+#include "tests/faults/FailingMemory.h"
+#include "tests/support/LayerPictures.h"
+#include "tests/support/NoPlaces.h"
+#include "tests/support/ProjectBytes.h"
+
+#include <sstream>
+
+namespace {
+
+// The first two lines make the document.
+constexpr char SCRIPT[] = R"({"answer":{"dialog":"CNewDialog","width":130,"height":100,"color":true}}
+{"command":57600}
+{"view":{"width":240,"height":180}}
+{"set":{"section":"BrushParam\\RasterBrush","key":"BrushRadius","value":5}}
+{"command":12818}
+{"tool":2}
+{"pen":{"x":80,"y":80,"pressure":300}}
+{"pen":{"x":400,"y":300,"pressure":1000}}
+{"pen":{"x":900,"y":500,"pressure":700}}
+{"proximity":"leave"}
+{"layer":{"name":"線","opacity":200}}
+{"command":57643}
+{"command":57644}
+{"command":12900}
+{"tool":8}
+{"pen":{"x":900,"y":80,"pressure":800}}
+{"pen":{"x":600,"y":400,"pressure":900}}
+{"pen":{"x":100,"y":700,"pressure":0}}
+{"pen":{"x":90,"y":720,"pressure":0}}
+{"pen":{"x":60,"y":740,"pressure":0}}
+{"pen":{"x":30,"y":760,"pressure":0}}
+{"proximity":"leave"}
+{"tool":3}
+{"wait":1200}
+{"mouse":{"message":"ldown","x":500,"y":100}}
+{"mouse":{"x":500,"y":600}}
+{"mouse":{"message":"lup","x":500,"y":600}}
+{"save":"a.vlm"}
+{"command":12904}
+{"command":57643}
+{"command":57644}
+{"command":12904}
+{"command":12905}
+{"command":12901}
+{"command":12902}
+{"command":12900}
+{"command":12903}
+{"layer":{"select":[1]}}
+{"command":12906}
+{"command":13100}
+{"command":57643}
+{"command":57644}
+{"command":13101}
+{"command":13102}
+{"command":57643}
+{"command":57643}
+{"command":57643}
+{"command":57643}
+{"command":57643}
+{"command":57644}
+{"command":12815}
+{"command":12803}
+{"panel":{"id":12815,"control":6,"value":200}}
+{"command":12812}
+{"command":12820}
+{"command":12800}
+{"tool":2}
+{"pen":{"x":80,"y":600,"pressure":300}}
+{"pen":{"x":700,"y":300,"pressure":1000}}
+{"mouse":{"message":"rdown","x":0,"y":0}}
+{"wait":700}
+{"command":57602}
+{"export":"a.png"}
+{"export":"a.psd"}
+{"save":"a.vlm"}
+{"open":"a.png"}
+{"close":"frame"}
+{"open":"paths.vlm"}
+{"layer":{"select":[0]}}
+{"command":12906}
+{"command":57643}
+{"close":"frame"}
+{"command":57643}
+{"layer":{"opacity":77}}
+{"save":"b.vlm"}
+)";
+constexpr size_t MAKING_LINES = 2;
+
+// Codecs are the outside: they tell what fails by their results.
+class CUnfailingCodecs : public IImageCodecs {
+    template <class Function>
+    static auto Call(Function fn) {
+        const CUnfailingMemory unfailing;
+        return fn();
+    }
+
+public:
+    explicit CUnfailingCodecs(IFileStore& files) : m_codecs(files) {}
+    uintptr_t Startup() override { return m_codecs.Startup(); }
+    void Shutdown(uintptr_t uToken) override { m_codecs.Shutdown(uToken); }
+    boost::shared_ptr<IBitmap> CreateBitmap(CSize sz) override {
+        return Call([&] { return m_codecs.CreateBitmap(sz); });
+    }
+    boost::shared_ptr<IBitmap> Load(const std::wstring& strPath) override {
+        return Call([&] { return m_codecs.Load(strPath); });
+    }
+    boost::shared_ptr<IBitmap> LoadResource(std::string_view strBytes) override {
+        return Call([&] { return m_codecs.LoadResource(strBytes); });
+    }
+    bool Save(const std::wstring& strPath, IBitmap& bitmap) override {
+        return Call([&] { return m_codecs.Save(strPath, bitmap); });
+    }
+    bool CanSave(const std::wstring& strPath) override {
+        return Call([&] { return m_codecs.CanSave(strPath); });
+    }
+    std::string EncodeCodePage932(std::wstring_view strText, size_t nLimit) override {
+        return Call([&] { return m_codecs.EncodeCodePage932(strText, nLimit); });
+    }
+
+private:
+    CImageCodecs m_codecs;
+};
+
+// Boxes and file dialogs are the outside too. Nothing is saved when a window closes.
+class CUnfailingDialogs : public IMessageBoxes, public IFileDialogs {
+public:
+    explicit CUnfailingDialogs(const TPlatform& platform) : m_platform(platform) {}
+    EBoxAnswer Show(IWindow*, const std::wstring& strText, const std::wstring&, EBoxKind kind) override {
+        const CUnfailingMemory unfailing;
+        if (kind == EBoxKind::Error) m_vErrors.push_back(strText);
+        return kind == EBoxKind::YesNoCancelWarning ? EBoxAnswer::No : EBoxAnswer::Ok;
+    }
+    std::wstring Ask(IWindow* pOwner, const TFileDialog& dialog) override {
+        const CUnfailingMemory unfailing;
+        return m_platform.fileDialogs.Ask(pOwner, dialog);
+    }
+    std::vector<std::wstring> m_vErrors;
+
+private:
+    const TPlatform& m_platform;
+};
+
+class CFaultedSession {
+public:
+    explicit CFaultedSession(const TFault& fault) : m_files(m_memoryFiles), m_fault(fault) {
+        const auto spPaths = CreateCanvas({60, 50});
+        const auto spLayer = CreateVectorLayer(spPaths);
+        spLayer->InsertPath(MakeRectPath({{5, 5}, {40, 30}}));
+        spPaths->GetRoot().AddLayer(spLayer, -1, false);
+        spPaths->GetRoot().SetActiveChild(spLayer);
+        SaveDocument(*spPaths, L"paths.vlm", m_memoryFiles);
+    }
+
+    TPlayed Play() {
+        CSessionPlatform session({m_files, m_places, m_places, m_codecs}, MakeScript());
+        const TPlatform& p = session.GetPlatform();
+        CUnfailingDialogs dialogs(p);
+        const TPlatform platform{p.queue, p.windows,   dialogs,     dialogs,  p.dialogs,
+                                 p.files, p.locations, p.modules,   p.codecs, p.clock,
+                                 p.keys,  p.clipboard, p.snapshots, p.pen};
+        m_pErrors = &dialogs.m_vErrors;
+        PlayOn(platform);
+        if (!session.GetFailure().empty()) Complain(session.GetFailure());
+        CheckBoxes();
+        return m_played;
+    }
+
+private:
+    void PlayOn(const TPlatform& platform) {
+        CSessionScope scope(platform);
+        CreateMainFrame();
+        g_Switches.m_nMaxHistory = 200; // undo is to lead back to the beginning
+        m_files.m_uFail = m_fault.uFileOperation ? m_files.GetCount() + m_fault.uFileOperation : 0;
+        const uint64_t uBefore = m_files.GetCount();
+        const CFailingMemory memory(m_fault.uAllocation);
+        try {
+            scope.Run();
+        } catch (const std::exception& e) {
+            const CUnfailingMemory unfailing;
+            Complain("the session breaks off: " + ToUtf8(DescribeException(e)));
+        }
+        m_played.uAllocations = CFailingMemory::GetCount();
+        m_played.uFileOperations = m_files.GetCount() - uBefore;
+    }
+
+    TScript MakeScript() {
+        TScript script = ParseScript(SCRIPT, "session");
+        std::istringstream lines(SCRIPT);
+        std::string strLine;
+        for (TStep& step : script.vSteps) {
+            std::getline(lines, strLine);
+            const bool bAnswer = strLine.starts_with("{\"answer\"");
+            step.fnPlay = [this, bAnswer, fnPlay = step.fnPlay](CPlayer& player) {
+                if (bAnswer)
+                    Unfailing([&] { fnPlay(player); });
+                else
+                    PlayStep(fnPlay, player);
+            };
+        }
+        const auto look = [this](auto fn) { return [this, fn](CPlayer&) { Unfailing(fn); }; };
+        script.vSteps.insert(script.vSteps.begin() + MAKING_LINES, {2, look([this] { Begin(); })});
+        script.vSteps.push_back({99, look([this] { End(); })});
+        return script;
+    }
+
+    template <class Function>
+    static void Unfailing(const Function& fn) {
+        const CUnfailingMemory unfailing;
+        fn();
+    }
+
+    // What a step throws it would have told in a box, had it come as a message.
+    void PlayStep(const TAction& fnPlay, CPlayer& player) {
+        try {
+            fnPlay(player);
+        } catch (const std::exception& e) {
+            const CUnfailingMemory unfailing;
+            m_bTold = true;
+            player.GetStage().dialogs.Clear();
+            if (!m_fault.uAllocation && !m_fault.uFileOperation) Complain(e.what());
+        }
+    }
+
+    void Begin() {
+        const auto spFrame = g_wpActiveFrame.lock();
+        if (!spFrame) return;
+        m_spCanvas = spFrame->GetCanvas();
+        m_strBegin = Describe(*m_spCanvas);
+    }
+
+    // The document that was drawn in goes through all that a user could still do with it.
+    void End() {
+        if (!m_spCanvas) return;
+        CCanvasBuffer& canvas = *m_spCanvas;
+        canvas.CompleteWork();
+        m_played.strEnd = Describe(canvas);
+        CheckFile(canvas);
+        CHistoryStream& history = canvas.GetHistory();
+        const size_t nUndo = history.GetUndoList().size();
+        while (history.CanUndo()) history.Undo();
+        if (Describe(canvas) != m_strBegin)
+            Complain("undo leads to " + Describe(canvas) + " from " + m_played.strEnd + " instead of " +
+                     m_strBegin);
+        while (history.GetUndoList().size() < nUndo && history.CanRedo()) history.Redo();
+        if (Describe(canvas) != m_played.strEnd)
+            Complain("redo leads to " + Describe(canvas) + " instead of " + m_played.strEnd);
+    }
+
+    void CheckFile(CCanvasBuffer& canvas) {
+        const std::wstring strPath = canvas.GetPath();
+        if (!strPath.empty() && !canvas.GetHistory().IsModified()) {
+            const auto spFile = OpenDocument(strPath, m_memoryFiles, m_codecs);
+            if (Describe(*spFile) != m_played.strEnd) Complain("a document that differs counts as saved");
+        }
+        for (const auto& [strName, strBytes] : m_memoryFiles.m_mapFiles)
+            if (IsProjectFile(strName)) OpenDocument(strName, m_memoryFiles, m_codecs);
+        SaveDocument(canvas, L"end.vlm", m_memoryFiles);
+        if (Describe(*OpenDocument(L"end.vlm", m_memoryFiles, m_codecs)) != m_played.strEnd)
+            Complain("a document changes when it is saved and opened");
+    }
+
+    void CheckBoxes() {
+        for (const std::wstring& strText : *m_pErrors) {
+            const bool bMemory = strText == L"メモリが足りません。\nexception: bad_alloc" ||
+                                 strText == L"メモリが足りないため、例外処理中に例外が投げられました。" ||
+                                 strText ==
+                                     L"内部エラー\nexception: internal_error('CGDIBuffer: no memory for the "
+                                     L"screen copy.')";
+            const bool bFile = strText.starts_with(g_strFileNotOpened + L"\nFile: '") ||
+                               strText.starts_with(g_strImageNotOpened + L"\nFile: '") ||
+                               strText == g_strFileNotOpened || strText == g_strImageNotOpened;
+            if (m_fault.uAllocation ? !bMemory && !bFile : !bFile) Complain("box: " + ToUtf8(strText));
+        }
+        m_played.bTold = m_bTold || !m_pErrors->empty();
+    }
+
+    // The layers' names, and a digest of all that a file would hold of them.
+    static std::string Describe(CCanvasBuffer& canvas) {
+        std::string str = canvas.IsColor() ? "color" : "grey";
+        std::string strBytes;
+        for (const TLayerPtr& spLayer : canvas.GetRoot().GetChildren()) {
+            const TBytes vBytes = FileOf(spLayer->Serialize());
+            strBytes.append(vBytes.begin(), vBytes.end());
+            str += " " + ToUtf8(spLayer->GetName()) + std::to_string(spLayer->GetOpacity());
+        }
+        return str + " " + std::to_string(std::hash<std::string>()(strBytes));
+    }
+
+    void Complain(const std::string& str) { m_played.strWrong += str + "\n"; }
+
+    CMemoryFiles m_memoryFiles;
+    CFailingFiles m_files;
+    CUnfailingCodecs m_codecs{m_files};
+    CNoPlaces m_places;
+    const TFault m_fault;
+    TPlayed m_played;
+    std::vector<std::wstring>* m_pErrors = nullptr;
+    boost::shared_ptr<CCanvasBuffer> m_spCanvas;
+    std::string m_strBegin;
+    bool m_bTold = false;
+};
+
+} // namespace
+
+TPlayed PlayFaulted(const TFault& fault) { return CFaultedSession(fault).Play(); }
