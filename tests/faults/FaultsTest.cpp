@@ -58,7 +58,7 @@ struct TSteps {
 TEST(Faults, ASessionSurvivesEveryFailedAllocation) {
     const TPlayed whole = PlayFaulted({});
     ASSERT_EQ(whole.strWrong, "");
-    const TSteps steps(whole.uAllocations, 200);
+    const TSteps steps(whole.uAllocations, 80);
     for (uint64_t u = steps.uFirst; u <= steps.uLast; u += steps.uStride)
         EXPECT_EQ(PlayApart({.uAllocation = u}, whole), "")
             << "allocation " << u << " of " << whole.uAllocations;
