@@ -28,7 +28,12 @@ CPoint Mix(CPoint a, CPoint b, CPoint c, int64_t f) {
                    ShiftFixed(ShiftFixed(b0 * a.y + b1 * b.y + b2 * c.y)));
 }
 
-CPoint FirstNonZero(CPoint a, CPoint b, CPoint c) { return !IsZero(a) ? a : !IsZero(b) ? b : c; }
+// The way between a point and the first of three that lies elsewhere, forward or (nSign -1) backward; to the
+// last when none does.
+CPoint FirstWay(CPoint from, const std::array<CPoint, 3>& aptTo, int nSign) {
+    const CPoint to = aptTo[0] != from ? aptTo[0] : aptTo[1] != from ? aptTo[1] : aptTo[2];
+    return Checked(nSign * (int64_t{to.x} - from.x), nSign * (int64_t{to.y} - from.y));
+}
 
 } // namespace
 
@@ -49,16 +54,18 @@ CPoint CBezier::PointAt(uint32_t uFraction) const {
 }
 
 CPoint CBezier::TangentAt(uint32_t uFraction) const {
-    if (uFraction == 0) return FirstNonZero(p1 - p0, p2 - p0, p3 - p0);
-    if (uFraction == BEZIER_T_RESOLUTION) return FirstNonZero(p3 - p2, p3 - p1, p3 - p0);
+    if (uFraction == 0) return FirstWay(p0, {p1, p2, p3}, 1);
+    if (uFraction == BEZIER_T_RESOLUTION) return FirstWay(p3, {p2, p1, p0}, -1);
     const int64_t f = uFraction;
     const int64_t u = ONE - f;
     const int64_t c0 = ShiftFixed(-3 * u * u);
     const int64_t c1 = ShiftFixed(3 * u * (ONE - 3 * f));
     const int64_t c2 = ShiftFixed(3 * f * (2 * ONE - 3 * f));
     const int64_t c3 = ShiftFixed(3 * f * f);
-    return {MulDiv(p0.x, c0, ONE) + MulDiv(p1.x, c1, ONE) + MulDiv(p2.x, c2, ONE) + MulDiv(p3.x, c3, ONE),
-            MulDiv(p0.y, c0, ONE) + MulDiv(p1.y, c1, ONE) + MulDiv(p2.y, c2, ONE) + MulDiv(p3.y, c3, ONE)};
+    const auto sum = [&](int32_t n0, int32_t n1, int32_t n2, int32_t n3) {
+        return int64_t{MulDiv(n0, c0, ONE)} + MulDiv(n1, c1, ONE) + MulDiv(n2, c2, ONE) + MulDiv(n3, c3, ONE);
+    };
+    return Checked(sum(p0.x, p1.x, p2.x, p3.x), sum(p0.y, p1.y, p2.y, p3.y));
 }
 
 std::pair<CBezier, CBezier> CBezier::Split(uint32_t f) const {

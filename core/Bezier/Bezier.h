@@ -28,7 +28,7 @@ struct CBezier {
     /// ends a coordinate may come out one unit too small.
     CPoint PointAt(uint32_t f) const;
     /// The derivative at a fraction, not normalised; at the ends the direction to the next point that
-    /// differs.
+    /// differs. Raises boost::numeric::bad_numeric_cast when it leaves 32 bits.
     CPoint TangentAt(uint32_t f) const;
     /// The parts before and behind a fraction; one of them is a mere point at either end. Raises
     /// boost::numeric::bad_numeric_cast when a point leaves 32 bits.

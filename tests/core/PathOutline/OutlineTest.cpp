@@ -111,6 +111,27 @@ TEST(Outline, PiecesAreClosedAndMoveWithThePath) {
     }
 }
 
+TEST(Outline, ReversedPathsLookAlike) {
+    std::mt19937 random(4);
+    for (int n = 0; n < 40; ++n) {
+        const auto vKnots = HandKnots(random, 5);
+        std::vector<TKnot> vBack(vKnots.rbegin(), vKnots.rend());
+        for (TKnot& knot : vBack) knot.handle = {-knot.handle.x, -knot.handle.y};
+        const auto spPath = MakePath(vKnots, 30), spBack = MakePath(vBack, 30);
+        for (const uint32_t t : {40000u, 150000u}) {
+            AddWidth(spPath->GetStream(), t, FIXED_ONE / 2 + t / 4, FIXED_ONE);
+            AddWidth(spBack->GetStream(), 4 * BEZIER_T_RESOLUTION - t, FIXED_ONE, FIXED_ONE / 2 + t / 4);
+        }
+        spPath->GetStream().SetTerm(CreateOpenPathTerm(TERM_ROUND, true));
+        spBack->GetStream().SetTerm(CreateOpenPathTerm(TERM_ROUND, false));
+        spPath->Update();
+        spBack->Update();
+        // Outlines differ by up to a path unit, an eighth of a pixel, on either side.
+        const auto vPath = CoverageOf(*spPath), vReverse = CoverageOf(*spBack);
+        for (size_t i = 0; i < vPath.size(); ++i) ASSERT_NEAR(vPath[i], vReverse[i], 2 * 255 / 8) << n;
+    }
+}
+
 TEST(Outline, StrokeIsAsWideAsItsProfileSays) {
     // A level line along y = 100 whose half-width eases from 4 to 20 pixels and back, flat ends.
     const auto spPath = MakePath({{{200, 800}, {600, 0}}, {{2000, 800}, {600, 0}}}, 32);

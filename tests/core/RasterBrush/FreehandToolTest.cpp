@@ -1,5 +1,6 @@
 // From pointer events to control points and pixels, through a running session.
 #include "core/AppModule/CommandIds.h"
+#include "core/IniConfig/GlobalSwitches.h"
 #include "tests/session/ScriptedSession.h"
 
 #include <gtest/gtest.h>
@@ -101,4 +102,25 @@ TEST_F(FreehandTools, ATapDrawsADotWhereTheUserWantsIt) {
     const std::string strBlank = Digest(BRUSH);
     EXPECT_EQ(Digest(BRUSH + strTap), strBlank);
     EXPECT_NE(Digest(BRUSH + strOn + strTap), strBlank);
+}
+
+TEST_F(FreehandTools, AHundredStrokesAreTheSameInEveryFormOfTheKernels) {
+    std::string strScript;
+    for (int n = 0; n < 100; ++n) {
+        constexpr const char* TOOLS[]{"RasterBrush", "RasterPencil", "RasterEraser"};
+        const std::string strHead =
+            std::string(R"({"set":{"section":"BrushParam\\)") + TOOLS[n % 3] + R"(","key":")";
+        const std::pair<const char*, int> aValues[]{
+            {"BrushRadius", 1 + n * 7 % 60}, {"BlurLevel", n * 25 % 125}, {"BrushAlpha", 255 - n * 2},
+            {"Spray", n % 4 * 20},           {"WaveEnable", n % 2},       {"WaveDistMax", 3}};
+        for (const auto& [pszKey, nValue] : aValues)
+            strScript += strHead + pszKey + R"(","value":)" + std::to_string(nValue) + "}}\n";
+        strScript += std::string("{\"tool\":") + "283"[n % 3] + "}\n" +
+                     PenLine(n % 50, 5 + n, 12 + n % 10, 300 + n * 7);
+    }
+    const std::string strVector = Digest(strScript);
+    g_Switches.m_bEnableSSE2 = 0;
+    EXPECT_EQ(Digest(strScript), strVector);
+    g_Switches.m_bEnableSSE2 = 1;
+    EXPECT_NE(strVector, Digest(""));
 }
