@@ -109,7 +109,7 @@ def main():
         kept = arguments[at + 1]
         del arguments[at:at + 2]
     folder, options = pathlib.Path(arguments[0]).resolve(), arguments[1:]
-    pairs, lines, measured, context = read_pairs(), [], {}, {}
+    pairs, lines, unknown, measured, context = read_pairs(), [], [], {}, {}
     rows = [["program", "ours", "peer", "ours", "peer", "ratio", "goal"]]
     for program in sorted(folder.glob("bench-*")):
         name = program.name.removeprefix("bench-")
@@ -117,7 +117,8 @@ def main():
         results, context = run(program, options)
         measured[name] = results
         own = [line_of(pair, results) for pair in pairs if pair["program"] == name]
-        # Names without a result have been left out by a filter.
+        unknown += [f"{name}: {line[side]}" for line in own for side in ("ours", "peer")
+                    if line[side] and line[side] not in results]
         own = [line for line in own if line["ours"] in results and (not line["peer"] or line["peer"] in results)]
         lines += own
         for line in own:
@@ -136,6 +137,9 @@ def main():
     if kept:
         with open(kept, "w") as file:
             json.dump({"machine": about, "ratios": lines, "measured": measured}, file, indent=1)
+    # A filter leaves names out; without one each of them was to be there.
+    if unknown and not any(option.startswith("--benchmark_filter") for option in options):
+        sys.exit("bench/pairs.tsv names what was not measured:\n  " + "\n  ".join(sorted(set(unknown))))
 
 
 main()
