@@ -1,5 +1,6 @@
 #include "ui/QtCanvasWindow.h"
 
+#include "core/AppModule/ErrorBox.h"
 #include "core/AppModule/MessageQueue.h"
 #include "core/Platform/System.h"
 #include "ui/QtApplication.h"
@@ -33,7 +34,7 @@ CQtCanvasWindow::CQtCanvasWindow(CQtMainWindow& parent, IWindowClient& client,
            [this](int nDelta) { Post(EMessage::MouseWheel, nDelta, 0); },
            [this](EMessage id, int64_t nKeys, CPoint pt) { Post(id, nKeys, PackPoint(pt.x, pt.y)); },
            [this](const QTabletEvent& event) {
-               m_main.GetPen().Push(event, m_pView->devicePixelRatioF());
+               Guarded([&] { return m_main.GetPen().Push(event, m_pView->devicePixelRatioF()), true; });
                Post(EMessage::PenPacket, 0, 0);
            }},
           this)) {

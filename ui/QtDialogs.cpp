@@ -11,7 +11,6 @@
 #include <QFormLayout>
 #include <QLineEdit>
 #include <QPlainTextEdit>
-#include <QPointer>
 #include <QPushButton>
 
 #include <algorithm>
@@ -144,8 +143,7 @@ private:
 
 bool CQtDialogs::Run(IWindow* pOwner, CDialogModel& dialog) {
     if (!EnsureApplication()) return false;
-    const QPointer<CModelDialog> pDialog = new CModelDialog(ModalParent(pOwner), dialog);
-    bool bAccepted = false;
+    const CModalOwner pDialog(new CModelDialog(ModalParent(pOwner), dialog));
     while (pDialog) {
         pDialog->Write(dialog);
         const CModelDialog::EOutcome outcome = pDialog->Wait();
@@ -154,10 +152,8 @@ bool CQtDialogs::Run(IWindow* pOwner, CDialogModel& dialog) {
         if (outcome == CModelDialog::Extra) {
             dialog.OnExtra();
         } else if (dialog.OnOk(pOwner)) {
-            bAccepted = true;
-            break;
+            return true;
         }
     }
-    delete pDialog;
-    return bAccepted;
+    return false;
 }

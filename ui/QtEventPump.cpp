@@ -1,9 +1,12 @@
 #include "ui/QtEventPump.h"
 
+#include "core/AppModule/ErrorBox.h"
 #include "ui/QtApplication.h"
 
 #include <QCoreApplication>
 #include <QEvent>
+
+#include <new>
 
 CQtEventPump::~CQtEventPump() {
     for (const QPointer<QObject>& pObject : m_vDead) delete pObject.data();
@@ -18,11 +21,14 @@ bool CQtEventPump::Pump(bool bWait) {
         QCoreApplication::processEvents(flags);
         Free();
     }
-    Release();
+    // What could not be handed over stays for the next time.
+    Guarded([&] { return Release(), true; });
     return true;
 }
 
-void CQtEventPump::Post(const TMessage& msg) { m_deqHeld.push_back({msg, m_keys.GetPresent()}); }
+void CQtEventPump::Post(const TMessage& msg) {
+    Guarded([&] { return m_deqHeld.push_back({msg, m_keys.GetPresent()}), true; });
+}
 
 void CQtEventPump::Release() {
     m_keys.Follow(m_deqHeld.empty() ? m_keys.GetPresent() : m_deqHeld.front().keys);
@@ -38,9 +44,13 @@ void CQtEventPump::Forget(const IWindow* pWindow) {
     m_queue.Forget(pWindow);
 }
 
-void CQtEventPump::FreeLater(QObject* pObject) {
+void CQtEventPump::FreeLater(QObject* pObject) noexcept {
     pObject->deleteLater();
-    m_vDead.emplace_back(pObject);
+    try {
+        m_vDead.emplace_back(pObject);
+    } catch (const std::bad_alloc&) {
+        // Then it goes whenever Qt frees what is left to it.
+    }
 }
 
 void CQtEventPump::Free() {
@@ -50,9 +60,9 @@ void CQtEventPump::Free() {
     if (OwnsApplication()) {
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     } else {
-        const std::vector<QPointer<QObject>> vDead = m_vDead;
-        for (const QPointer<QObject>& pObject : vDead)
-            if (pObject) QCoreApplication::sendPostedEvents(pObject.data(), QEvent::DeferredDelete);
+        for (size_t idx = 0; idx < m_vDead.size(); ++idx)
+            if (QObject* pObject = m_vDead[idx].data())
+                QCoreApplication::sendPostedEvents(pObject, QEvent::DeferredDelete);
     }
     std::erase_if(m_vDead, [](const QPointer<QObject>& pObject) { return pObject.isNull(); });
 }

@@ -23,7 +23,8 @@ public:
 
     bool Pump(bool bWait) override;
 
-    /// Posts a message that comes from Qt, behind those before it.
+    /// Posts a message that comes from Qt, behind those before it. Qt's calls let no exception through:
+    /// without memory the message is lost, and the user is told.
     void Post(const TMessage& msg);
     /// Drops every waiting message of a window, here and in the queue.
     void Forget(const IWindow* pWindow);
@@ -31,8 +32,8 @@ public:
     /// handled.
     uint64_t GetRound() const { return m_uRound; }
 
-    /// Frees an object when control is back in the message loop.
-    void FreeLater(QObject* pObject);
+    /// Frees an object when control is back in the message loop. Never throws.
+    void FreeLater(QObject* pObject) noexcept;
 
 private:
     struct THeld {

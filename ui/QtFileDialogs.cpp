@@ -9,7 +9,6 @@
 #include <QFileInfo>
 #include <QLineEdit>
 #include <QMessageBox>
-#include <QPointer>
 #include <QPushButton>
 #include <QRegularExpression>
 
@@ -63,29 +62,27 @@ bool ConfirmOverwrite(QWidget* pParent, const QString& strPath) {
     return box.exec() == QMessageBox::Yes;
 }
 
-/// The dialog with its types and Japanese texts.
-QFileDialog* MakeDialog(QWidget* pParent, const TFileDialog& dialog, const QStringList& lstFilters) {
-    auto* pDialog = new QFileDialog(pParent);
-    PrepareModal(*pDialog);
-    pDialog->setOption(QFileDialog::DontUseNativeDialog);
+/// Gives the dialog its types and Japanese texts.
+void PrepareDialog(QFileDialog& fileDialog, const TFileDialog& dialog, const QStringList& lstFilters) {
+    PrepareModal(fileDialog);
+    fileDialog.setOption(QFileDialog::DontUseNativeDialog);
     // Asked by us, once, when the name has got its ending.
-    pDialog->setOption(QFileDialog::DontConfirmOverwrite);
-    pDialog->setAcceptMode(dialog.bSave ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
-    pDialog->setFileMode(dialog.bSave ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
-    pDialog->setNameFilters(lstFilters);
+    fileDialog.setOption(QFileDialog::DontConfirmOverwrite);
+    fileDialog.setAcceptMode(dialog.bSave ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+    fileDialog.setFileMode(dialog.bSave ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+    fileDialog.setNameFilters(lstFilters);
     const QString strAction = ToQt(dialog.bSave ? L"保存(&S)" : L"開く(&O)");
-    pDialog->setWindowTitle(ToQt(dialog.bSave ? L"名前を付けて保存" : L"開く"));
-    pDialog->setLabelText(QFileDialog::Accept, strAction);
-    pDialog->setLabelText(QFileDialog::Reject, ToQt(ModalText::CANCEL));
-    pDialog->setLabelText(QFileDialog::LookIn, ToQt(L"場所:"));
-    pDialog->setLabelText(QFileDialog::FileName, ToQt(L"ファイル名(&N):"));
-    pDialog->setLabelText(QFileDialog::FileType, ToQt(L"ファイルの種類:"));
+    fileDialog.setWindowTitle(ToQt(dialog.bSave ? L"名前を付けて保存" : L"開く"));
+    fileDialog.setLabelText(QFileDialog::Accept, strAction);
+    fileDialog.setLabelText(QFileDialog::Reject, ToQt(ModalText::CANCEL));
+    fileDialog.setLabelText(QFileDialog::LookIn, ToQt(L"場所:"));
+    fileDialog.setLabelText(QFileDialog::FileName, ToQt(L"ファイル名(&N):"));
+    fileDialog.setLabelText(QFileDialog::FileType, ToQt(L"ファイルの種類:"));
     // Wide enough for the columns.
-    pDialog->resize(820, 520);
+    fileDialog.resize(820, 520);
     const QFileInfo info(ToQt(dialog.strName));
-    if (info.isAbsolute()) pDialog->setDirectory(info.absolutePath());
-    if (!info.fileName().isEmpty()) pDialog->selectFile(info.fileName());
-    return pDialog;
+    if (info.isAbsolute()) fileDialog.setDirectory(info.absolutePath());
+    if (!info.fileName().isEmpty()) fileDialog.selectFile(info.fileName());
 }
 
 } // namespace
@@ -112,7 +109,8 @@ std::wstring CQtFileDialogs::Ask(IWindow* pOwner, const TFileDialog& dialog) {
     if (!EnsureApplication()) return {};
     QStringList lstFilters;
     for (const TFileFilter& filter : dialog.vFilters) lstFilters << NameFilterOf(filter);
-    const QPointer<QFileDialog> pDialog = MakeDialog(ModalParent(pOwner), dialog, lstFilters);
+    const CModalOwner pDialog(new QFileDialog(ModalParent(pOwner)));
+    PrepareDialog(*pDialog, dialog, lstFilters);
     const auto getFilter = [&] {
         return static_cast<int>(lstFilters.indexOf(pDialog->selectedNameFilter()));
     };
@@ -120,22 +118,19 @@ std::wstring CQtFileDialogs::Ask(IWindow* pOwner, const TFileDialog& dialog) {
         const int nFilter = FilterOf(QFileInfo(ToQt(dialog.strName)).suffix(), dialog);
         if (nFilter >= 0) pDialog->selectNameFilter(lstFilters[nFilter]);
         auto* pName = pDialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
-        QObject::connect(pDialog, &QFileDialog::filterSelected, pDialog, [&dialog, pName, getFilter] {
-            if (pName) pName->setText(ReplaceExtension(pName->text(), dialog, getFilter()));
-        });
+        QObject::connect(pDialog.get(), &QFileDialog::filterSelected, pDialog.get(),
+                         [&dialog, pName, getFilter] {
+                             if (pName) pName->setText(ReplaceExtension(pName->text(), dialog, getFilter()));
+                         });
     }
-    QString strPath;
     while (pDialog && pDialog->exec() == QDialog::Accepted && pDialog) {
         const QStringList lstFiles = pDialog->selectedFiles();
         if (lstFiles.isEmpty()) break;
         const QString strChosen =
             dialog.bSave ? CompleteName(lstFiles.front(), dialog, getFilter()) : lstFiles.front();
         if (!dialog.bSave || !QFileInfo::exists(strChosen) ||
-            ConfirmOverwrite(pDialog->parentWidget(), strChosen)) {
-            strPath = strChosen;
-            break;
-        }
+            ConfirmOverwrite(pDialog->parentWidget(), strChosen))
+            return FromQt(strChosen);
     }
-    delete pDialog;
-    return FromQt(strPath);
+    return {};
 }

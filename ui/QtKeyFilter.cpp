@@ -1,5 +1,6 @@
 #include "ui/QtKeyFilter.h"
 
+#include "core/AppModule/ErrorBox.h"
 #include "core/Platform/System.h"
 #include "ui/QtEventPump.h"
 #include "ui/QtKeys.h"
@@ -62,7 +63,7 @@ bool CQtKeyFilter::eventFilter(QObject* pWatched, QEvent* pEvent) {
     if (!event.isAutoRepeat()) m_keys.Press(VirtualKeyOf(event), type == QEvent::KeyPress);
     auto* pWidget = qobject_cast<QWidget*>(pWatched);
     if (!pWidget || m_pResent || !Takes(*pWidget) || IsForControl(*pWidget, event)) return false;
-    OnKey(*pWidget, event);
+    Guarded([&] { return OnKey(*pWidget, event), true; });
     event.accept();
     return true;
 }

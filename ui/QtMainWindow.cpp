@@ -1,5 +1,6 @@
 #include "ui/QtMainWindow.h"
 
+#include "core/AppModule/ErrorBox.h"
 #include "core/AppModule/MessageQueue.h"
 #include "ui/QtApplication.h"
 #include "ui/QtCanvasWindow.h"
@@ -111,12 +112,12 @@ void CQtMainWindow::PlaceAtFirst() {
 
 std::unique_ptr<CQtMenuSet> CQtMainWindow::MakeMenus(const std::vector<TMenuItem>& vMenu) {
     auto pMenus = std::make_unique<CQtMenuSet>(
-        vMenu, CQtMenuSet::TEvents{[this](int nId) { PostCommand(nId, 0); },
-                                   [this] {
-                                       if (!m_bDestroyed)
-                                           SendMessage({this, EMessage::InitMenuPopup, 0, 0, {}});
-                                   },
-                                   [this](QMenu& menu) { ListWindows(menu); }});
+        vMenu,
+        CQtMenuSet::TEvents{[this](int nId) { PostCommand(nId, 0); },
+                            [this] {
+                                if (!m_bDestroyed) SendMessage({this, EMessage::InitMenuPopup, 0, 0, {}});
+                            },
+                            [this](QMenu& menu) { Guarded([&] { return ListWindows(menu), true; }); }});
     m_pToolBar->TakeToolTips(vMenu);
     if (m_nFirstRecentId != 0) pMenus->SetRecentFiles(m_nFirstRecentId, m_vRecent);
     return pMenus;
@@ -137,6 +138,7 @@ void CQtMainWindow::PostCommand(int nId, int nParameter) {
 void CQtMainWindow::ListWindows(QMenu& menu) {
     for (QAction* pAction : std::exchange(m_vWindowActions, {})) delete pAction;
     if (m_vChildren.empty()) return;
+    m_vWindowActions.reserve(1 + m_vChildren.size());
     m_vWindowActions.push_back(menu.addSeparator());
     int nNumber = 0;
     for (CQtCanvasWindow* pChild : m_vChildren) {
@@ -361,7 +363,10 @@ void CQtMainWindow::dropEvent(QDropEvent* pEvent) {
     if (m_bDestroyed) return;
     for (const QUrl& url : pEvent->mimeData()->urls()) {
         if (!url.isLocalFile()) continue;
-        m_pump.Post({this, EMessage::DropFiles, 0, 0, FromQt(url.toLocalFile())});
-        pEvent->acceptProposedAction();
+        Guarded([&] {
+            m_pump.Post({this, EMessage::DropFiles, 0, 0, FromQt(url.toLocalFile())});
+            pEvent->acceptProposedAction();
+            return true;
+        });
     }
 }

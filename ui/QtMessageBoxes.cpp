@@ -6,7 +6,6 @@
 
 #include <QApplication>
 #include <QMessageBox>
-#include <QPointer>
 #include <QPushButton>
 
 void CQtMessageBoxes::ShowLater(const std::wstring& strText, const std::wstring& strTitle, EBoxKind kind) {
@@ -34,8 +33,7 @@ EBoxAnswer CQtMessageBoxes::Show(IWindow* pOwner, const std::wstring& strText, c
         return answerClosed;
     }
 
-    // On the heap: the owner may take the box with it.
-    const QPointer<QMessageBox> pBox = new QMessageBox(ModalParent(pOwner));
+    const CModalOwner pBox(new QMessageBox(ModalParent(pOwner)));
     PrepareModal(*pBox);
     pBox->setWindowTitle(ToQt(strTitle));
     pBox->setTextFormat(Qt::PlainText);
@@ -54,9 +52,7 @@ EBoxAnswer CQtMessageBoxes::Show(IWindow* pOwner, const std::wstring& strText, c
         pBox->setStandardButtons(QMessageBox::Ok);
         pBox->button(QMessageBox::Ok)->setText(ToQt(ModalText::OK));
     }
-    const int nButton = pBox->exec();
-    delete pBox;
-    switch (nButton) {
+    switch (pBox->exec()) {
     case QMessageBox::Yes:
         return EBoxAnswer::Yes;
     case QMessageBox::No:

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QDialog>
+#include <QPointer>
 
 class IWindow;
 
@@ -10,6 +11,27 @@ class IWindow;
 QWidget* ModalParent(IWindow* pOwner);
 /// Makes a dialog ready to be run over its parent: modality, font, icon, no say in a host's end.
 void PrepareModal(QDialog& dialog);
+
+/// Owns a modal window on the heap: what it stands over may take it along, and it must not stay when its
+/// call ends by an exception.
+template <class Dialog>
+class CModalOwner {
+public:
+    explicit CModalOwner(Dialog* pDialog) : m_pDialog(pDialog) {}
+    ~CModalOwner() { delete m_pDialog; }
+    CModalOwner(const CModalOwner&) = delete;
+    CModalOwner& operator=(const CModalOwner&) = delete;
+
+    /// False when the window is gone.
+    explicit operator bool() const { return !m_pDialog.isNull(); }
+    Dialog* get() const { return m_pDialog.data(); }
+    Dialog* operator->() const { return get(); }
+    Dialog& operator*() const { return *get(); }
+
+private:
+    const QPointer<Dialog> m_pDialog;
+};
+
 /// Something is being painted: Qt cannot run a modal window then.
 class CPaintScope {
 public:

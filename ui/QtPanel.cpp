@@ -1,5 +1,6 @@
 #include "ui/QtPanel.h"
 
+#include "core/AppModule/ErrorBox.h"
 #include "core/AppModule/MessageQueue.h"
 #include "ui/QtApplication.h"
 #include "ui/QtCanvasWindow.h"
@@ -72,11 +73,11 @@ const CQtPanel* CQtPanel::Of(const QWidget& widget) {
 }
 
 TPanelEvents CQtPanel::MakeEvents() {
-    return {[this](int nId, int nValue, const std::wstring& strText) {
+    return {[this](int nId, int nValue, const QString& strText) {
                 Post(EMessage::PanelChange, nId, nValue, strText);
             },
             [this](int nId, int nRow) { Post(EMessage::PanelActivate, nId, nRow); },
-            [this](int nId, int nRow, const std::wstring& strName) {
+            [this](int nId, int nRow, const QString& strName) {
                 Post(EMessage::PanelRename, nId, nRow, strName);
             },
             [this](int nId, int nFrom, int nTo) { Post(EMessage::PanelMove, nId, PackPoint(nFrom, nTo)); },
@@ -140,8 +141,9 @@ void CQtPanel::SetControls(const std::vector<TPanelControl>& vControls) {
     }
 }
 
-void CQtPanel::Post(EMessage id, int64_t wParam, int64_t lParam, const std::wstring& strText) {
-    if (m_pClient) m_main.GetPump().Post({this, id, wParam, lParam, strText});
+void CQtPanel::Post(EMessage id, int64_t wParam, int64_t lParam, const QString& strText) {
+    if (m_pClient)
+        Guarded([&] { return m_main.GetPump().Post({this, id, wParam, lParam, FromQt(strText)}), true; });
 }
 
 void CQtPanel::DefaultMessage(const TMessage&) {}

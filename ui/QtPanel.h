@@ -58,7 +58,7 @@ private:
     };
 
     TPanelEvents MakeEvents();
-    void Post(EMessage id, int64_t wParam, int64_t lParam, const std::wstring& strText = {});
+    void Post(EMessage id, int64_t wParam, int64_t lParam, const QString& strText = {});
     void Fill(QWidget& content, const std::vector<TPanelControl>& vControls);
     QRect GetScreenRect() const;
     void GiveKeyboardBack();

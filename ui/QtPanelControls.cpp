@@ -101,7 +101,7 @@ public:
         m_pEdit->setMaxLength(64);
         QObject::connect(m_pEdit, &QLineEdit::editingFinished, m_pEdit,
                          [this, nId = control.nId, fnChange = events.change] {
-                             if (m_pEdit->isModified()) fnChange(nId, 0, FromQt(m_pEdit->text()));
+                             if (m_pEdit->isModified()) fnChange(nId, 0, m_pEdit->text());
                          });
     }
     QWidget* GetWidget() override { return m_pEdit; }

@@ -3,6 +3,8 @@
 
 #include "core/Platform/Panel.h"
 
+#include <QString>
+
 #include <functional>
 #include <memory>
 
@@ -10,9 +12,9 @@ class QWidget;
 
 /// What the widgets tell; every one is the user's doing.
 struct TPanelEvents {
-    std::function<void(int nId, int nValue, const std::wstring& strText)> change;
+    std::function<void(int nId, int nValue, const QString& strText)> change;
     std::function<void(int nId, int nRow)> activate;
-    std::function<void(int nId, int nRow, const std::wstring& strName)> rename;
+    std::function<void(int nId, int nRow, const QString& strName)> rename;
     std::function<void(int nId, int nFrom, int nTo)> move;
     std::function<void(int nId, EMessage id, int64_t wParam, int64_t lParam)> view;
     std::function<void()> done; ///< text was edited: the keyboard may go back to the picture

@@ -96,7 +96,7 @@ public:
                          });
         QObject::connect(m_pList, &QListWidget::itemChanged, m_pList,
                          [this, nId, fnRename = events.rename](QListWidgetItem* pItem) {
-                             fnRename(nId, m_pList->row(pItem), FromQt(pItem->text()));
+                             fnRename(nId, m_pList->row(pItem), pItem->text());
                          });
     }
     QWidget* GetWidget() override { return m_pList; }

@@ -56,9 +56,9 @@ public:
                                     const TPanelSetup& setup) override {
         auto* pParent = dynamic_cast<CQtMainWindow*>(&parent);
         if (!pParent || pParent->IsDestroyed()) return nullptr;
-        auto* pPanel = new CQtPanel(*pParent, client, setup);
-        pParent->AddPanel(pPanel);
-        return pPanel;
+        auto pPanel = std::make_unique<CQtPanel>(*pParent, client, setup);
+        pParent->AddPanel(pPanel.get());
+        return pPanel.release();
     }
 
     CQtMainWindow* GetMain() const { return m_pMain; }

@@ -2,6 +2,8 @@
 
 #include "core/Panels/ToolOptRasterBrush.h"
 
+#include <utility>
+
 CToolOptWnd::CToolOptWnd() : CPanel(L"ToolOption") {
     m_vPanes.push_back(std::make_unique<CToolOptRasterBrush>());
     m_vPanes.push_back(std::make_unique<CToolOptRasterPencil>());
@@ -11,16 +13,18 @@ CToolOptWnd::CToolOptWnd() : CPanel(L"ToolOption") {
 
 void CToolOptWnd::OnRefresh() {
     const auto spTool = g_wpActiveTool.lock();
-    m_vControls.clear();
+    // All of them or none: the window counts on it.
+    std::vector<TPanelControl> vControls;
     CToolOptBase* pShown = nullptr;
     for (const auto& pPane : m_vPanes) {
         const bool bShow = spTool && pPane->IsForTool(spTool->GetToolId());
         if (bShow) pShown = pPane.get();
         for (TPanelControl& control : pPane->GetControls()) {
             control.bVisible = bShow;
-            m_vControls.push_back(control);
+            vControls.push_back(control);
         }
     }
+    m_vControls = std::move(vControls);
     if (!pShown) return;
     pShown->RefreshView(spTool);
     for (const TPanelControl& control : pShown->GetControls()) Find(control.nId) = control;

@@ -2,30 +2,74 @@
 
 #include <cstddef>
 #include <cstdlib>
+#include <cstring>
+#include <iterator>
 #include <new>
+
+#include <link.h>
 
 namespace {
 
+// Where the code of the program and of the standard library, which allocates for it, lies.
+struct TOwnCode {
+    struct TRange {
+        uintptr_t uFrom = 0, uTo = 0;
+    };
+    TRange aRanges[16];
+    size_t nRanges = 0;
+
+    TOwnCode() { dl_iterate_phdr(AddModule, this); }
+    bool Has(const void* pCaller) const {
+        const auto u = reinterpret_cast<uintptr_t>(pCaller);
+        for (size_t idx = 0; idx < nRanges; ++idx)
+            if (u >= aRanges[idx].uFrom && u < aRanges[idx].uTo) return true;
+        return false;
+    }
+
+private:
+    static int AddModule(dl_phdr_info* pInfo, size_t, void* pThis) {
+        TOwnCode& code = *static_cast<TOwnCode*>(pThis);
+        if (*pInfo->dlpi_name && !std::strstr(pInfo->dlpi_name, "libstdc++")) return 0;
+        for (int n = 0; n < pInfo->dlpi_phnum && code.nRanges < std::size(code.aRanges); ++n) {
+            const auto& header = pInfo->dlpi_phdr[n];
+            if (header.p_type != PT_LOAD || !(header.p_flags & PF_X)) continue;
+            const uintptr_t uFrom = pInfo->dlpi_addr + header.p_vaddr;
+            code.aRanges[code.nRanges++] = {uFrom, uFrom + header.p_memsz};
+        }
+        return 0;
+    }
+};
+
+const TOwnCode g_ownCode;
+
 thread_local bool t_bCounts = false;
+thread_local TFailing t_failing;
 thread_local int t_nPaused = 0;
 thread_local uint64_t t_uCount = 0;
 thread_local uint64_t t_uFail = 0;
 
-void* Take(size_t n, size_t nAlignment) {
-    if (t_bCounts && t_nPaused == 0 && ++t_uCount == t_uFail) return nullptr;
+bool Fails(const void* pCaller) {
+    if (!t_bCounts || t_nPaused != 0 || (t_failing.bOwn && !g_ownCode.Has(pCaller))) return false;
+    ++t_uCount;
+    return t_uCount == t_uFail || (t_failing.bOn && t_uFail != 0 && t_uCount > t_uFail);
+}
+
+void* Take(size_t n, size_t nAlignment, const void* pCaller) {
+    if (Fails(pCaller)) return nullptr;
     if (nAlignment <= alignof(std::max_align_t)) return std::malloc(n ? n : 1);
     return std::aligned_alloc(nAlignment, (n + nAlignment - 1) / nAlignment * nAlignment);
 }
 
-void* TakeOrThrow(size_t n, size_t nAlignment) {
-    if (void* p = Take(n, nAlignment)) return p;
+void* TakeOrThrow(size_t n, size_t nAlignment, const void* pCaller) {
+    if (void* p = Take(n, nAlignment, pCaller)) return p;
     throw std::bad_alloc();
 }
 
 } // namespace
 
-CFailingMemory::CFailingMemory(uint64_t uFail) {
+CFailingMemory::CFailingMemory(uint64_t uFail, TFailing failing) {
     t_uCount = 0;
+    t_failing = failing;
     t_uFail = uFail;
     t_bCounts = true;
 }
@@ -35,16 +79,20 @@ uint64_t CFailingMemory::GetCount() { return t_uCount; }
 CUnfailingMemory::CUnfailingMemory() { ++t_nPaused; }
 CUnfailingMemory::~CUnfailingMemory() { --t_nPaused; }
 
-void* operator new(size_t n) { return TakeOrThrow(n, 1); }
-void* operator new[](size_t n) { return TakeOrThrow(n, 1); }
+void* operator new(size_t n) { return TakeOrThrow(n, 1, __builtin_return_address(0)); }
+void* operator new[](size_t n) { return TakeOrThrow(n, 1, __builtin_return_address(0)); }
 void* operator new(size_t n, std::align_val_t nAlignment) {
-    return TakeOrThrow(n, static_cast<size_t>(nAlignment));
+    return TakeOrThrow(n, static_cast<size_t>(nAlignment), __builtin_return_address(0));
 }
 void* operator new[](size_t n, std::align_val_t nAlignment) {
-    return TakeOrThrow(n, static_cast<size_t>(nAlignment));
+    return TakeOrThrow(n, static_cast<size_t>(nAlignment), __builtin_return_address(0));
 }
-void* operator new(size_t n, const std::nothrow_t&) noexcept { return Take(n, 1); }
-void* operator new[](size_t n, const std::nothrow_t&) noexcept { return Take(n, 1); }
+void* operator new(size_t n, const std::nothrow_t&) noexcept {
+    return Take(n, 1, __builtin_return_address(0));
+}
+void* operator new[](size_t n, const std::nothrow_t&) noexcept {
+    return Take(n, 1, __builtin_return_address(0));
+}
 void operator delete(void* p) noexcept { std::free(p); }
 void operator delete[](void* p) noexcept { std::free(p); }
 void operator delete(void* p, size_t) noexcept { std::free(p); }

@@ -3,11 +3,16 @@
 
 #include <cstdint>
 
+struct TFailing {
+    bool bOwn = false; ///< only the program's own code fails, not Qt's, which does not survive all of it
+    bool bOn = false;  ///< all that follow fail too
+};
+
 /// Counts the allocations of one thread and lets one of them fail. One at a time.
 class CFailingMemory {
 public:
     /// Allocation number `uFail` from now on fails, counted from 1; 0 lets none fail.
-    explicit CFailingMemory(uint64_t uFail);
+    explicit CFailingMemory(uint64_t uFail, TFailing failing = {});
     ~CFailingMemory();
     CFailingMemory(const CFailingMemory&) = delete;
     CFailingMemory& operator=(const CFailingMemory&) = delete;

@@ -1,7 +1,5 @@
 #include "tests/faults/FaultedSession.h"
 
-#include "core/AppModule/AppModule.h"
-#include "core/AppModule/ErrorBox.h"
 #include "core/Base/Failure.h"
 #include "core/Base/Text.h"
 #include "core/ImageFile/ImageFile.h"
@@ -11,12 +9,12 @@
 #include "session/Player.h"
 #include "session/SessionDialogs.h"
 #include "session/SessionPlatform.h"
-#include "system/ImageCodecs.h"
+#include "tests/faults/DocumentCheck.h"
 #include "tests/faults/FailingFiles.h"
 #include "tests/faults/FailingMemory.h"
+#include "tests/faults/UnfailingCodecs.h"
 #include "tests/support/LayerPictures.h"
 #include "tests/support/NoPlaces.h"
-#include "tests/support/ProjectBytes.h"
 
 #include <sstream>
 
@@ -101,42 +99,7 @@ constexpr char SCRIPT[] = R"({"answer":{"dialog":"CNewDialog","width":130,"heigh
 )";
 constexpr size_t MAKING_LINES = 2;
 
-// Codecs are the outside: they tell what fails by their results.
-class CUnfailingCodecs : public IImageCodecs {
-    template <class Function>
-    static auto Call(Function fn) {
-        const CUnfailingMemory unfailing;
-        return fn();
-    }
-
-public:
-    explicit CUnfailingCodecs(IFileStore& files) : m_codecs(files) {}
-    uintptr_t Startup() override { return m_codecs.Startup(); }
-    void Shutdown(uintptr_t uToken) override { m_codecs.Shutdown(uToken); }
-    boost::shared_ptr<IBitmap> CreateBitmap(CSize sz) override {
-        return Call([&] { return m_codecs.CreateBitmap(sz); });
-    }
-    boost::shared_ptr<IBitmap> Load(const std::wstring& strPath) override {
-        return Call([&] { return m_codecs.Load(strPath); });
-    }
-    boost::shared_ptr<IBitmap> LoadResource(std::string_view strBytes) override {
-        return Call([&] { return m_codecs.LoadResource(strBytes); });
-    }
-    bool Save(const std::wstring& strPath, IBitmap& bitmap) override {
-        return Call([&] { return m_codecs.Save(strPath, bitmap); });
-    }
-    bool CanSave(const std::wstring& strPath) override {
-        return Call([&] { return m_codecs.CanSave(strPath); });
-    }
-    std::string EncodeCodePage932(std::wstring_view strText, size_t nLimit) override {
-        return Call([&] { return m_codecs.EncodeCodePage932(strText, nLimit); });
-    }
-
-private:
-    CImageCodecs m_codecs;
-};
-
-// Boxes and file dialogs are the outside too. Nothing is saved when a window closes.
+// Boxes and file dialogs are the outside. Nothing is saved when a window closes.
 class CUnfailingDialogs : public IMessageBoxes, public IFileDialogs {
 public:
     explicit CUnfailingDialogs(const TPlatform& platform) : m_platform(platform) {}
@@ -173,11 +136,10 @@ public:
         const TPlatform platform{p.queue, p.windows,   dialogs,     dialogs,  p.dialogs,
                                  p.files, p.locations, p.modules,   p.codecs, p.clock,
                                  p.keys,  p.clipboard, p.snapshots, p.pen};
-        m_pErrors = &dialogs.m_vErrors;
         PlayOn(platform);
-        if (!session.GetFailure().empty()) Complain(session.GetFailure());
-        CheckBoxes();
-        return m_played;
+        if (!session.GetFailure().empty()) m_check.Complain(session.GetFailure());
+        m_check.CheckBoxes(dialogs.m_vErrors, m_fault.uAllocation != 0);
+        return m_check.m_played;
     }
 
 private:
@@ -192,10 +154,10 @@ private:
             scope.Run();
         } catch (const std::exception& e) {
             const CUnfailingMemory unfailing;
-            Complain("the session breaks off: " + ToUtf8(DescribeException(e)));
+            m_check.Complain("the session breaks off: " + ToUtf8(DescribeException(e)));
         }
-        m_played.uAllocations = CFailingMemory::GetCount();
-        m_played.uFileOperations = m_files.GetCount() - uBefore;
+        m_check.m_played.uAllocations = CFailingMemory::GetCount();
+        m_check.m_played.uFileOperations = m_files.GetCount() - uBefore;
     }
 
     TScript MakeScript() {
@@ -213,8 +175,8 @@ private:
             };
         }
         const auto look = [this](auto fn) { return [this, fn](CPlayer&) { Unfailing(fn); }; };
-        script.vSteps.insert(script.vSteps.begin() + MAKING_LINES, {2, look([this] { Begin(); })});
-        script.vSteps.push_back({99, look([this] { End(); })});
+        script.vSteps.insert(script.vSteps.begin() + MAKING_LINES, {2, look([this] { m_check.Begin(); })});
+        script.vSteps.push_back({99, look([this] { m_check.End(); })});
         return script;
     }
 
@@ -230,89 +192,18 @@ private:
             fnPlay(player);
         } catch (const std::exception& e) {
             const CUnfailingMemory unfailing;
-            m_bTold = true;
+            m_check.m_played.bTold = true;
             player.GetStage().dialogs.Clear();
-            if (!m_fault.uAllocation && !m_fault.uFileOperation) Complain(e.what());
+            if (!m_fault.uAllocation && !m_fault.uFileOperation) m_check.Complain(e.what());
         }
     }
-
-    void Begin() {
-        const auto spFrame = g_wpActiveFrame.lock();
-        if (!spFrame) return;
-        m_spCanvas = spFrame->GetCanvas();
-        m_strBegin = Describe(*m_spCanvas);
-    }
-
-    // The document that was drawn in goes through all that a user could still do with it.
-    void End() {
-        if (!m_spCanvas) return;
-        CCanvasBuffer& canvas = *m_spCanvas;
-        canvas.CompleteWork();
-        m_played.strEnd = Describe(canvas);
-        CheckFile(canvas);
-        CHistoryStream& history = canvas.GetHistory();
-        const size_t nUndo = history.GetUndoList().size();
-        while (history.CanUndo()) history.Undo();
-        if (Describe(canvas) != m_strBegin)
-            Complain("undo leads to " + Describe(canvas) + " from " + m_played.strEnd + " instead of " +
-                     m_strBegin);
-        while (history.GetUndoList().size() < nUndo && history.CanRedo()) history.Redo();
-        if (Describe(canvas) != m_played.strEnd)
-            Complain("redo leads to " + Describe(canvas) + " instead of " + m_played.strEnd);
-    }
-
-    void CheckFile(CCanvasBuffer& canvas) {
-        const std::wstring strPath = canvas.GetPath();
-        if (!strPath.empty() && !canvas.GetHistory().IsModified()) {
-            const auto spFile = OpenDocument(strPath, m_memoryFiles, m_codecs);
-            if (Describe(*spFile) != m_played.strEnd) Complain("a document that differs counts as saved");
-        }
-        for (const auto& [strName, strBytes] : m_memoryFiles.m_mapFiles)
-            if (IsProjectFile(strName)) OpenDocument(strName, m_memoryFiles, m_codecs);
-        SaveDocument(canvas, L"end.vlm", m_memoryFiles);
-        if (Describe(*OpenDocument(L"end.vlm", m_memoryFiles, m_codecs)) != m_played.strEnd)
-            Complain("a document changes when it is saved and opened");
-    }
-
-    void CheckBoxes() {
-        for (const std::wstring& strText : *m_pErrors) {
-            const bool bMemory = strText == L"メモリが足りません。\nexception: bad_alloc" ||
-                                 strText == L"メモリが足りないため、例外処理中に例外が投げられました。" ||
-                                 strText ==
-                                     L"内部エラー\nexception: internal_error('CGDIBuffer: no memory for the "
-                                     L"screen copy.')";
-            const bool bFile = strText.starts_with(g_strFileNotOpened + L"\nFile: '") ||
-                               strText.starts_with(g_strImageNotOpened + L"\nFile: '") ||
-                               strText == g_strFileNotOpened || strText == g_strImageNotOpened;
-            if (m_fault.uAllocation ? !bMemory && !bFile : !bFile) Complain("box: " + ToUtf8(strText));
-        }
-        m_played.bTold = m_bTold || !m_pErrors->empty();
-    }
-
-    // The layers' names, and a digest of all that a file would hold of them.
-    static std::string Describe(CCanvasBuffer& canvas) {
-        std::string str = canvas.IsColor() ? "color" : "grey";
-        std::string strBytes;
-        for (const TLayerPtr& spLayer : canvas.GetRoot().GetChildren()) {
-            const TBytes vBytes = FileOf(spLayer->Serialize());
-            strBytes.append(vBytes.begin(), vBytes.end());
-            str += " " + ToUtf8(spLayer->GetName()) + std::to_string(spLayer->GetOpacity());
-        }
-        return str + " " + std::to_string(std::hash<std::string>()(strBytes));
-    }
-
-    void Complain(const std::string& str) { m_played.strWrong += str + "\n"; }
 
     CMemoryFiles m_memoryFiles;
     CFailingFiles m_files;
     CUnfailingCodecs m_codecs{m_files};
     CNoPlaces m_places;
     const TFault m_fault;
-    TPlayed m_played;
-    std::vector<std::wstring>* m_pErrors = nullptr;
-    boost::shared_ptr<CCanvasBuffer> m_spCanvas;
-    std::string m_strBegin;
-    bool m_bTold = false;
+    CDocumentCheck m_check{m_memoryFiles, m_codecs};
 };
 
 } // namespace

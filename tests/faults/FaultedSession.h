@@ -1,24 +1,12 @@
-// A scripted session in which one thing fails, and what must hold afterwards.
+// A scripted session in which one thing fails.
 #pragma once
 
-#include <cstdint>
-#include <string>
+#include "tests/faults/Played.h"
 
 /// What fails: one allocation or one operation on files, counted from 1 from the first line on; 0 for none.
 struct TFault {
     uint64_t uAllocation = 0;
     uint64_t uFileOperation = 0;
-};
-
-struct TPlayed {
-    /// What should not be: a session that broke off, a box of another text, a document that undo does not
-    /// lead back to its beginning, that differs from its file, or that does not survive saving. Empty when
-    /// all is well.
-    std::string strWrong;
-    std::string strEnd; ///< the document that was drawn in, in the end
-    bool bTold = false; ///< an error box was shown, or a step of the script raised what a box would tell
-    uint64_t uAllocations = 0;
-    uint64_t uFileOperations = 0;
 };
 
 /// Plays strokes of all tools, layer commands, undo and redo, views, panels and files.

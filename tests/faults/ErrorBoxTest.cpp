@@ -1,40 +1,21 @@
-// Reports when memory has run out: the allocator below fails on demand.
+// Reports when memory has run out.
 #include "core/AppModule/ErrorBox.h"
 #include "core/AppModule/AppModule.h"
 #include "core/Base/Failure.h"
 #include "core/Platform/Dialogs.h"
+#include "tests/faults/FailingMemory.h"
 #include "tests/support/TestPlatform.h"
 
-#include <cstdlib>
-#include <new>
-
 namespace {
 
-bool g_bNoMemory = false;
 const std::wstring g_strPath = L"/絵/page.vlm";
-
-} // namespace
-
-void* operator new(size_t n) {
-    void* p = g_bNoMemory ? nullptr : std::malloc(n ? n : 1);
-    if (!p) throw std::bad_alloc();
-    return p;
-}
-// The library's temporary buffers ask this way and give back by the delete below.
-void* operator new(size_t n, const std::nothrow_t&) noexcept {
-    return g_bNoMemory ? nullptr : std::malloc(n ? n : 1);
-}
-void operator delete(void* p) noexcept { std::free(p); }
-void operator delete(void* p, size_t) noexcept { std::free(p); }
-
-namespace {
 
 // A box that needs no memory to be shown, and gives it back.
 class CBoxes : public IMessageBoxes {
 public:
     EBoxAnswer Show(IWindow* pOwner, const std::wstring& strText, const std::wstring& strTitle,
                     EBoxKind kind) override {
-        g_bNoMemory = false;
+        const CUnfailingMemory unfailing;
         m_strText = strText;
         EXPECT_EQ(strTitle, L"Vellumcraft - Error");
         EXPECT_EQ(kind, EBoxKind::Error);
@@ -52,9 +33,10 @@ protected:
         outside.m_pBoxes = &m_boxes;
         outside.Run([&](const TPlatform& platform) {
             g_AppModule.SetPlatform(&platform);
-            g_bNoMemory = !bMemory;
-            fnReport();
-            g_bNoMemory = false;
+            {
+                const CFailingMemory memory(bMemory ? 0 : 1, {.bOn = true});
+                fnReport();
+            }
             g_AppModule.SetPlatform(nullptr);
         });
         return m_boxes.m_strText;

@@ -1,0 +1,40 @@
+// The codecs of a session in which memory fails: theirs does not.
+#pragma once
+
+#include "system/ImageCodecs.h"
+#include "tests/faults/FailingMemory.h"
+
+/// Codecs are the outside: they tell what fails by their results.
+class CUnfailingCodecs : public IImageCodecs {
+    template <class Function>
+    static auto Call(Function fn) {
+        const CUnfailingMemory unfailing;
+        return fn();
+    }
+
+public:
+    explicit CUnfailingCodecs(IFileStore& files) : m_codecs(files) {}
+    uintptr_t Startup() override { return m_codecs.Startup(); }
+    void Shutdown(uintptr_t uToken) override { m_codecs.Shutdown(uToken); }
+    boost::shared_ptr<IBitmap> CreateBitmap(CSize sz) override {
+        return Call([&] { return m_codecs.CreateBitmap(sz); });
+    }
+    boost::shared_ptr<IBitmap> Load(const std::wstring& strPath) override {
+        return Call([&] { return m_codecs.Load(strPath); });
+    }
+    boost::shared_ptr<IBitmap> LoadResource(std::string_view strBytes) override {
+        return Call([&] { return m_codecs.LoadResource(strBytes); });
+    }
+    bool Save(const std::wstring& strPath, IBitmap& bitmap) override {
+        return Call([&] { return m_codecs.Save(strPath, bitmap); });
+    }
+    bool CanSave(const std::wstring& strPath) override {
+        return Call([&] { return m_codecs.CanSave(strPath); });
+    }
+    std::string EncodeCodePage932(std::wstring_view strText, size_t nLimit) override {
+        return Call([&] { return m_codecs.EncodeCodePage932(strText, nLimit); });
+    }
+
+private:
+    CImageCodecs m_codecs;
+};
