@@ -4,7 +4,14 @@
 
 #include <boost/format.hpp>
 
+#include <cwchar>
 #include <new>
+
+namespace {
+
+constexpr size_t PLACEHOLDER = 3; ///< characters of "%1%"
+
+} // namespace
 
 template <class Kind>
 void ThrowViolation(const char* pszExpression) {
@@ -14,8 +21,17 @@ template void ThrowViolation<defect_logic>(const char*);
 template void ThrowViolation<illegal_data>(const char*);
 template void ThrowViolation<invalid_argument>(const char*);
 
-std::wstring FormatText(const wchar_t* pszFormat, const std::wstring& str1) {
-    return (boost::wformat(pszFormat) % str1).str();
+std::wstring FormatText(const wchar_t* pszFormat, std::initializer_list<std::wstring_view> vArguments) {
+    boost::wformat format(pszFormat);
+    size_t nLength = std::wcslen(pszFormat);
+    for (const std::wstring_view str : vArguments) {
+        format % str;
+        nLength = nLength - PLACEHOLDER + str.size();
+    }
+    std::wstring strText = format.str();
+    // The streams inside keep quiet when they run out of memory.
+    if (strText.size() != nLength) throw std::bad_alloc();
+    return strText;
 }
 
 std::wstring DescribeException(const std::exception& e) {

@@ -3,8 +3,10 @@
 #pragma once
 
 #include <exception>
+#include <initializer_list>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <typeindex>
 #include <typeinfo>
 
@@ -78,5 +80,9 @@ extern template void ThrowViolation<invalid_argument>(const char*);
 /// The text of the report for a caught exception, chosen by its dynamic type. May throw std::bad_alloc.
 std::wstring DescribeException(const std::exception& e);
 
-/// The format with %1% replaced by the argument (boost format placeholder).
-std::wstring FormatText(const wchar_t* pszFormat, const std::wstring& str1);
+/// The format with %1%, %2% and so on (boost format placeholders, each once, up to nine) replaced by the
+/// arguments. Throws std::bad_alloc rather than to answer a part of it.
+std::wstring FormatText(const wchar_t* pszFormat, std::initializer_list<std::wstring_view> vArguments);
+inline std::wstring FormatText(const wchar_t* pszFormat, std::wstring_view str1) {
+    return FormatText(pszFormat, {str1});
+}

@@ -1,13 +1,12 @@
 #include "core/CanvasFrame/LayerCommands.h"
 
 #include "core/AppModule/CommandIds.h"
+#include "core/Base/Failure.h"
 #include "core/CanvasBuffer/CanvasHistory.h"
 #include "core/LayerBuffer/LayerMerge.h"
 #include "core/LayerBuffer/LayerSetBuffer.h"
 #include "core/LayerBuffer/RasterLayerBuffer.h"
 #include "core/LayerBuffer/VectorLayerBuffer.h"
-
-#include <boost/format.hpp>
 
 #include <algorithm>
 #include <iterator>
@@ -45,7 +44,7 @@ std::wstring UniqueName(const CLayerBuffer& parent, const std::wstring& strBase)
                            [&](const TLayerPtr& spChild) { return spChild->GetName() == strName; });
     };
     std::wstring strName = strBase;
-    for (int n = 2; isTaken(strName); ++n) strName = (boost::wformat(L"%1% (%2%)") % strBase % n).str();
+    for (int n = 2; isTaken(strName); ++n) strName = FormatText(L"%1% (%2%)", {strBase, std::to_wstring(n)});
     return strName;
 }
 

@@ -1,9 +1,8 @@
 #include "core/MainFrame/AboutDialog.h"
 
+#include "core/Base/Failure.h"
 #include "core/Platform/Files.h"
 #include "core/Platform/System.h"
-
-#include <boost/format.hpp>
 
 namespace {
 
@@ -30,10 +29,9 @@ CAboutDialog::CAboutDialog(IModules& modules, IClipboard& clipboard) : m_clipboa
     TDialogField report;
     report.kind = TDialogField::EKind::Report;
     report.strName = "report";
-    report.strText = (boost::wformat(L"exe file:\r\n Path: %1%\r\n Version: %2%\r\n"
-                                     L"WinTab32:\r\n Path: %3%\r\n Version: %4%\r\n") %
-                      program.strPath % program.strVersion % tablet.strPath % tablet.strVersion)
-                         .str();
+    report.strText = FormatText(L"exe file:\r\n Path: %1%\r\n Version: %2%\r\n"
+                                L"WinTab32:\r\n Path: %3%\r\n Version: %4%\r\n",
+                                {program.strPath, program.strVersion, tablet.strPath, tablet.strVersion});
     m_vFields = {version, report};
 }
 

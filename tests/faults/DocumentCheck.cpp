@@ -4,7 +4,6 @@
 #include "core/Base/Text.h"
 #include "core/CanvasFrame/CanvasFrame.h"
 #include "core/ImageFile/ImageFile.h"
-#include "tests/support/MemoryFiles.h"
 #include "tests/support/ProjectBytes.h"
 
 namespace {
@@ -30,12 +29,12 @@ void CDocumentCheck::Begin() {
     m_strBegin = Describe(*m_spCanvas);
 }
 
-void CDocumentCheck::End() {
+void CDocumentCheck::End(const std::vector<std::wstring>& vNames) {
     if (!m_spCanvas) return;
     CCanvasBuffer& canvas = *m_spCanvas;
     canvas.CompleteWork();
     m_played.strEnd = Describe(canvas);
-    CheckFile(canvas);
+    CheckFiles(canvas, vNames);
     CHistoryStream& history = canvas.GetHistory();
     const size_t nUndo = history.GetUndoList().size();
     while (history.CanUndo()) history.Undo();
@@ -47,13 +46,13 @@ void CDocumentCheck::End() {
         Complain("redo leads to " + Describe(canvas) + " instead of " + m_played.strEnd);
 }
 
-void CDocumentCheck::CheckFile(CCanvasBuffer& canvas) {
+void CDocumentCheck::CheckFiles(CCanvasBuffer& canvas, const std::vector<std::wstring>& vNames) {
     const std::wstring strPath = canvas.GetPath();
     if (!strPath.empty() && !canvas.GetHistory().IsModified()) {
         const auto spFile = OpenDocument(strPath, m_files, m_codecs);
         if (Describe(*spFile) != m_played.strEnd) Complain("a document that differs counts as saved");
     }
-    for (const auto& [strName, strBytes] : m_files.m_mapFiles)
+    for (const std::wstring& strName : vNames)
         if (IsProjectFile(strName)) OpenDocument(strName, m_files, m_codecs);
     SaveDocument(canvas, L"end.vlm", m_files);
     if (Describe(*OpenDocument(L"end.vlm", m_files, m_codecs)) != m_played.strEnd)

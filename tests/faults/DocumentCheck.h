@@ -8,18 +8,18 @@
 #include <vector>
 
 class CCanvasBuffer;
-struct CMemoryFiles;
+class IFileStore;
 class IImageCodecs;
 
 class CDocumentCheck {
 public:
-    CDocumentCheck(CMemoryFiles& files, IImageCodecs& codecs) : m_files(files), m_codecs(codecs) {}
+    CDocumentCheck(IFileStore& files, IImageCodecs& codecs) : m_files(files), m_codecs(codecs) {}
 
     /// Takes the document of the active frame.
     void Begin();
     /// The document goes through all that a user could still do with it: undo to the beginning, redo, the
-    /// file that it was saved to, another save.
-    void End();
+    /// file that it was saved to, another save. All of `vNames` that are project files can be opened.
+    void End(const std::vector<std::wstring>& vNames);
     /// Error boxes say that there is no memory, or that a file cannot be used; only the latter unless
     /// `bMemory`.
     void CheckBoxes(const std::vector<std::wstring>& vErrors, bool bMemory);
@@ -28,9 +28,9 @@ public:
     TPlayed m_played;
 
 private:
-    void CheckFile(CCanvasBuffer& canvas);
+    void CheckFiles(CCanvasBuffer& canvas, const std::vector<std::wstring>& vNames);
 
-    CMemoryFiles& m_files;
+    IFileStore& m_files;
     IImageCodecs& m_codecs;
     boost::shared_ptr<CCanvasBuffer> m_spCanvas;
     std::string m_strBegin;

@@ -9,12 +9,15 @@
 #include "session/Player.h"
 #include "session/SessionDialogs.h"
 #include "session/SessionPlatform.h"
+#include "system/FileStore.h"
 #include "tests/faults/DocumentCheck.h"
-#include "tests/faults/FailingFiles.h"
+#include "tests/faults/FailingDisk.h"
 #include "tests/faults/FailingMemory.h"
 #include "tests/faults/UnfailingCodecs.h"
 #include "tests/support/LayerPictures.h"
+#include "tests/support/MemoryFiles.h"
 #include "tests/support/NoPlaces.h"
+#include "tests/support/TempFolder.h"
 
 #include <sstream>
 
@@ -99,17 +102,22 @@ constexpr char SCRIPT[] = R"({"answer":{"dialog":"CNewDialog","width":130,"heigh
 )";
 constexpr size_t MAKING_LINES = 2;
 
+struct CUnfailing {
+    CUnfailingMemory memory;
+    CUnfailingDisk disk;
+};
+
 // Boxes and file dialogs are the outside. Nothing is saved when a window closes.
 class CUnfailingDialogs : public IMessageBoxes, public IFileDialogs {
 public:
     explicit CUnfailingDialogs(const TPlatform& platform) : m_platform(platform) {}
     EBoxAnswer Show(IWindow*, const std::wstring& strText, const std::wstring&, EBoxKind kind) override {
-        const CUnfailingMemory unfailing;
+        const CUnfailing unfailing;
         if (kind == EBoxKind::Error) m_vErrors.push_back(strText);
         return kind == EBoxKind::YesNoCancelWarning ? EBoxAnswer::No : EBoxAnswer::Ok;
     }
     std::wstring Ask(IWindow* pOwner, const TFileDialog& dialog) override {
-        const CUnfailingMemory unfailing;
+        const CUnfailing unfailing;
         return m_platform.fileDialogs.Ask(pOwner, dialog);
     }
     std::vector<std::wstring> m_vErrors;
@@ -118,19 +126,41 @@ private:
     const TPlatform& m_platform;
 };
 
+// Settings are below the current folder.
+struct CHere : CNoPlaces {
+    CHere() { m_strAppData = L"."; }
+    void MakeFolder(const std::wstring& strPath) override { std::filesystem::create_directories(strPath); }
+};
+
+// Settings that cannot be read are the default ones, and nobody is told.
+struct CFiles : CFileStore {
+    std::optional<std::string> Read(const std::wstring& strPath) override {
+        std::optional<CUnfailingDisk> unfailing;
+        if (strPath.ends_with(L".ini")) unfailing.emplace();
+        return CFileStore::Read(strPath);
+    }
+};
+
+/// `Fault` is what counts, and lets one fail.
+template <class Fault>
 class CFaultedSession {
 public:
-    explicit CFaultedSession(const TFault& fault) : m_files(m_memoryFiles), m_fault(fault) {
+    using TNames = std::vector<std::wstring>;
+
+    CFaultedSession(IFileStore& files, std::function<TNames()> fnList)
+        : m_files(files), m_fnList(std::move(fnList)) {
         const auto spPaths = CreateCanvas({60, 50});
         const auto spLayer = CreateVectorLayer(spPaths);
         spLayer->InsertPath(MakeRectPath({{5, 5}, {40, 30}}));
         spPaths->GetRoot().AddLayer(spLayer, -1, false);
         spPaths->GetRoot().SetActiveChild(spLayer);
-        SaveDocument(*spPaths, L"paths.vlm", m_memoryFiles);
+        SaveDocument(*spPaths, L"paths.vlm", m_files);
     }
 
-    TPlayed Play() {
-        CSessionPlatform session({m_files, m_places, m_places, m_codecs}, MakeScript());
+    TPlayed Play(uint64_t uFail) {
+        m_uFail = uFail;
+        CHere places;
+        CSessionPlatform session({m_files, places, places, m_codecs}, MakeScript());
         const TPlatform& p = session.GetPlatform();
         CUnfailingDialogs dialogs(p);
         const TPlatform platform{p.queue, p.windows,   dialogs,     dialogs,  p.dialogs,
@@ -138,7 +168,7 @@ public:
                                  p.keys,  p.clipboard, p.snapshots, p.pen};
         PlayOn(platform);
         if (!session.GetFailure().empty()) m_check.Complain(session.GetFailure());
-        m_check.CheckBoxes(dialogs.m_vErrors, m_fault.uAllocation != 0);
+        m_check.CheckBoxes(dialogs.m_vErrors, std::is_same_v<Fault, CFailingMemory>);
         return m_check.m_played;
     }
 
@@ -147,17 +177,14 @@ private:
         CSessionScope scope(platform);
         CreateMainFrame();
         g_Switches.m_nMaxHistory = 200; // undo is to lead back to the beginning
-        m_files.m_uFail = m_fault.uFileOperation ? m_files.GetCount() + m_fault.uFileOperation : 0;
-        const uint64_t uBefore = m_files.GetCount();
-        const CFailingMemory memory(m_fault.uAllocation);
+        const Fault fault(m_uFail);
         try {
             scope.Run();
         } catch (const std::exception& e) {
-            const CUnfailingMemory unfailing;
+            const CUnfailing unfailing;
             m_check.Complain("the session breaks off: " + ToUtf8(DescribeException(e)));
         }
-        m_check.m_played.uAllocations = CFailingMemory::GetCount();
-        m_check.m_played.uFileOperations = m_files.GetCount() - uBefore;
+        m_check.m_played.uCount = Fault::GetCount();
     }
 
     TScript MakeScript() {
@@ -176,13 +203,13 @@ private:
         }
         const auto look = [this](auto fn) { return [this, fn](CPlayer&) { Unfailing(fn); }; };
         script.vSteps.insert(script.vSteps.begin() + MAKING_LINES, {2, look([this] { m_check.Begin(); })});
-        script.vSteps.push_back({99, look([this] { m_check.End(); })});
+        script.vSteps.push_back({99, look([this] { m_check.End(m_fnList()); })});
         return script;
     }
 
     template <class Function>
     static void Unfailing(const Function& fn) {
-        const CUnfailingMemory unfailing;
+        const CUnfailing unfailing;
         fn();
     }
 
@@ -191,21 +218,41 @@ private:
         try {
             fnPlay(player);
         } catch (const std::exception& e) {
-            const CUnfailingMemory unfailing;
+            const CUnfailing unfailing;
             m_check.m_played.bTold = true;
             player.GetStage().dialogs.Clear();
-            if (!m_fault.uAllocation && !m_fault.uFileOperation) m_check.Complain(e.what());
+            if (m_uFail == 0) m_check.Complain(e.what());
         }
     }
 
-    CMemoryFiles m_memoryFiles;
-    CFailingFiles m_files;
+    IFileStore& m_files;
+    const std::function<TNames()> m_fnList;
     CUnfailingCodecs m_codecs{m_files};
-    CNoPlaces m_places;
-    const TFault m_fault;
-    CDocumentCheck m_check{m_memoryFiles, m_codecs};
+    uint64_t m_uFail = 0;
+    CDocumentCheck m_check{m_files, m_codecs};
 };
 
 } // namespace
 
-TPlayed PlayFaulted(const TFault& fault) { return CFaultedSession(fault).Play(); }
+TPlayed PlayWithFailingMemory(uint64_t uFail) {
+    CMemoryFiles files;
+    const auto list = [&] {
+        std::vector<std::wstring> vNames;
+        for (const auto& [strName, strBytes] : files.m_mapFiles) vNames.push_back(strName);
+        return vNames;
+    };
+    return CFaultedSession<CFailingMemory>(files, list).Play(uFail);
+}
+
+TPlayed PlayOnFailingDisk(uint64_t uFail) {
+    const CTempFolder folder;
+    std::filesystem::current_path(folder.GetPath());
+    CFiles files;
+    const auto list = [&] {
+        std::vector<std::wstring> vNames;
+        for (const auto& entry : std::filesystem::directory_iterator(folder.GetPath()))
+            vNames.push_back(entry.path().filename().wstring());
+        return vNames;
+    };
+    return CFaultedSession<CFailingDisk>(files, list).Play(uFail);
+}

@@ -1,13 +1,11 @@
-// A scripted session in which one thing fails.
+// A scripted session in which one thing fails: strokes of all tools, layer commands, undo and redo, views,
+// panels and files.
 #pragma once
 
 #include "tests/faults/Played.h"
 
-/// What fails: one allocation or one operation on files, counted from 1 from the first line on; 0 for none.
-struct TFault {
-    uint64_t uAllocation = 0;
-    uint64_t uFileOperation = 0;
-};
-
-/// Plays strokes of all tools, layer commands, undo and redo, views, panels and files.
-TPlayed PlayFaulted(const TFault& fault);
+/// Allocation number `uFail` fails, counted from 1 from the first line on; 0 lets none fail. Files are in
+/// memory.
+TPlayed PlayWithFailingMemory(uint64_t uFail);
+/// Call number `uFail` for a file fails. The current folder becomes one that goes with the session.
+TPlayed PlayOnFailingDisk(uint64_t uFail);

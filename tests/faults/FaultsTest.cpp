@@ -4,14 +4,6 @@
 
 #include <gtest/gtest.h>
 
-TEST(Faults, ASessionSurvivesEveryFailedAllocation) {
-    const TPlayed whole = PlayFaulted({});
-    ExpectSurvival(whole.uAllocations, 80, whole,
-                   [](uint64_t uFault) { return PlayFaulted({.uAllocation = uFault}); });
-}
+TEST(Faults, ASessionSurvivesEveryFailedAllocation) { ExpectSurvival(80, PlayWithFailingMemory); }
 
-TEST(Faults, ASessionSurvivesEveryFailedFileOperation) {
-    const TPlayed whole = PlayFaulted({});
-    ExpectSurvival(whole.uFileOperations, 100, whole,
-                   [](uint64_t uFault) { return PlayFaulted({.uFileOperation = uFault}); });
-}
+TEST(Faults, ASessionSurvivesEveryFailureOfTheDisk) { ExpectSurvival(80, PlayOnFailingDisk); }

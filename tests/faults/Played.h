@@ -9,8 +9,7 @@ struct TPlayed {
     /// lead back to its beginning, that differs from its file, or that does not survive saving. Empty when
     /// all is well.
     std::string strWrong;
-    std::string strEnd; ///< the document that was drawn in, in the end
-    bool bTold = false; ///< an error box was shown, or a step of the script raised what a box would tell
-    uint64_t uAllocations = 0;
-    uint64_t uFileOperations = 0;
+    std::string strEnd;  ///< the document that was drawn in, in the end
+    bool bTold = false;  ///< an error box was shown, or a step of the script raised what a box would tell
+    uint64_t uCount = 0; ///< how much could have failed
 };

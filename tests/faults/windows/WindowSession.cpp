@@ -91,7 +91,7 @@ private:
             const CUnfailingMemory unfailing;
             m_check.Complain("the session breaks off: " + ToUtf8(DescribeException(e)));
         }
-        m_check.m_played.uAllocations = CFailingMemory::GetCount();
+        m_check.m_played.uCount = CFailingMemory::GetCount();
     }
 
     // What the user does next. At the end the main window is closed until it is gone.
@@ -139,7 +139,7 @@ private:
     }
     void End() {
         const CUnfailingMemory unfailing;
-        m_check.End();
+        m_check.End({});
     }
     void OpenMenus() {
         for (const QAction* pAction : Main()->menuBar()->actions()) emit pAction->menu()->aboutToShow();

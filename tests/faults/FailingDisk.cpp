@@ -1,0 +1,83 @@
+#include "tests/faults/FailingDisk.h"
+
+#include <cerrno>
+#include <cstdarg>
+#include <cstdio>
+
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+thread_local bool t_bCounts = false;
+thread_local int t_nPaused = 0;
+thread_local uint64_t t_uCount = 0;
+thread_local uint64_t t_uFail = 0;
+
+bool Fails(int nError) {
+    if (!t_bCounts || t_nPaused != 0 || ++t_uCount != t_uFail) return false;
+    errno = nError;
+    return true;
+}
+
+/// The function that this one stands before.
+template <class Function>
+Function* Real(Function*, const char* pszName) {
+    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, pszName));
+}
+
+} // namespace
+
+CFailingDisk::CFailingDisk(uint64_t uFail) {
+    t_uCount = 0;
+    t_uFail = uFail;
+    t_bCounts = true;
+}
+CFailingDisk::~CFailingDisk() { t_bCounts = false; }
+uint64_t CFailingDisk::GetCount() { return t_uCount; }
+
+CUnfailingDisk::CUnfailingDisk() { ++t_nPaused; }
+CUnfailingDisk::~CUnfailingDisk() { --t_nPaused; }
+
+#define REAL(fn) Real(fn, #fn)
+#define OURS extern "C" __attribute__((visibility("default")))
+
+OURS int open(const char* psz, int nFlags, ...) {
+    va_list arguments;
+    va_start(arguments, nFlags);
+    const mode_t mode = va_arg(arguments, mode_t);
+    va_end(arguments);
+    return Fails(EMFILE) ? -1 : REAL(open)(psz, nFlags, mode);
+}
+OURS int open64(const char* psz, int nFlags, ...) {
+    va_list arguments;
+    va_start(arguments, nFlags);
+    const mode_t mode = va_arg(arguments, mode_t);
+    va_end(arguments);
+    return Fails(EMFILE) ? -1 : REAL(open64)(psz, nFlags, mode);
+}
+OURS ssize_t read(int fd, void* p, size_t n) { return Fails(EIO) ? -1 : REAL(read)(fd, p, n); }
+OURS ssize_t pread(int fd, void* p, size_t n, off_t at) {
+    return Fails(EIO) ? -1 : REAL(pread)(fd, p, n, at);
+}
+OURS ssize_t write(int fd, const void* p, size_t n) {
+    if (!Fails(ENOSPC)) return REAL(write)(fd, p, n);
+    // What still had room is there.
+    (void)!REAL(write)(fd, p, n / 2);
+    errno = ENOSPC;
+    return -1;
+}
+OURS int fsync(int fd) { return Fails(EIO) ? -1 : REAL(fsync)(fd); }
+OURS int fdatasync(int fd) { return Fails(EIO) ? -1 : REAL(fdatasync)(fd); }
+OURS int fchmod(int fd, mode_t mode) noexcept { return Fails(EPERM) ? -1 : REAL(fchmod)(fd, mode); }
+OURS int rename(const char* pszFrom, const char* pszTo) noexcept {
+    return Fails(EACCES) ? -1 : REAL(rename)(pszFrom, pszTo);
+}
+OURS int renameat2(int fdFrom, const char* pszFrom, int fdTo, const char* pszTo, unsigned uFlags) noexcept {
+    return Fails(EACCES) ? -1 : REAL(renameat2)(fdFrom, pszFrom, fdTo, pszTo, uFlags);
+}
+OURS int linkat(int fdFrom, const char* pszFrom, int fdTo, const char* pszTo, int nFlags) noexcept {
+    return Fails(EACCES) ? -1 : REAL(linkat)(fdFrom, pszFrom, fdTo, pszTo, nFlags);
+}
