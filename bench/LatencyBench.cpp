@@ -1,7 +1,7 @@
 // From a tablet event to its pixels: events are delivered to the real window (on Qt's offscreen platform),
 // the session's own loop handles them, and the time ends when the changed part stands in the window's backing
-// image. Tells the median, the 99th of a hundred and the worst in milliseconds: for several brush sizes, and
-// for the recorded stroke, whose total stands beside libmypaint's without a window.
+// image. Tells the median, the 99th of a hundred and the worst in milliseconds: for several brush sizes, and for
+// the recorded stroke.
 #include "bench/RecordedStroke.h"
 #include "core/AppModule/AppModule.h"
 #include "core/AppModule/MessageQueue.h"
@@ -165,10 +165,6 @@ int main(int argc, char** argv) {
     benchmark::RegisterBenchmark("2000 events/ours in a window/zoom in 48ths,pressure on radius",
                                  StrokeInWindow, std::ref(window))
         ->ArgsProduct({{12, 48}, {0, 1}})
-        ->Unit(benchmark::kMillisecond);
-    benchmark::RegisterBenchmark("2000 events/libmypaint/dense as ours", Recorded::MyPaintStroke)
-        ->Arg(0)
-        ->Arg(1)
         ->Unit(benchmark::kMillisecond);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
