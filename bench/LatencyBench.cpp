@@ -1,7 +1,7 @@
 // From a tablet event to its pixels: events are delivered to the real window (on Qt's offscreen platform),
 // the session's own loop handles them, and the time ends when the changed part stands in the window's backing
-// image. Tells the median, the 99th of a hundred and the worst in milliseconds: for several brush sizes, and for
-// the recorded stroke.
+// image. Tells the median, the 99th of a hundred and the worst in milliseconds: for several brush sizes, and
+// for the recorded stroke.
 #include "bench/RecordedStroke.h"
 #include "core/AppModule/AppModule.h"
 #include "core/AppModule/MessageQueue.h"

@@ -136,10 +136,10 @@ void CQtMainWindow::PostCommand(int nId, int nParameter) {
 }
 
 void CQtMainWindow::ListWindows(QMenu& menu) {
-    for (QAction* pAction : std::exchange(m_vWindowActions, {})) delete pAction;
+    for (const QPointer<QAction>& pAction : std::exchange(m_vWindowActions, {})) delete pAction;
     if (m_vChildren.empty()) return;
     m_vWindowActions.reserve(1 + m_vChildren.size());
-    m_vWindowActions.push_back(menu.addSeparator());
+    m_vWindowActions.emplace_back(menu.addSeparator());
     int nNumber = 0;
     for (CQtCanvasWindow* pChild : m_vChildren) {
         QString strTitle = pChild->GetMarkedTitle();
@@ -149,7 +149,7 @@ void CQtMainWindow::ListWindows(QMenu& menu) {
                                               .arg(QString::number(nNumber), strTitle));
         SetActionState(*pAction, true, pChild == m_pActive);
         connect(pAction, &QAction::triggered, pChild, [pChild] { pChild->Activate(); });
-        m_vWindowActions.push_back(pAction);
+        m_vWindowActions.emplace_back(pAction);
     }
 }
 

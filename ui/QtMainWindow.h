@@ -5,6 +5,7 @@
 #include "ui/QtMenu.h"
 
 #include <QMainWindow>
+#include <QPointer>
 
 #include <memory>
 #include <vector>
@@ -106,8 +107,8 @@ private:
     CQtToolBar* m_pToolBar;
     QMdiArea* m_pMdiArea;
     QLabel* m_apStatus[2];
-    std::vector<QAction*> m_vWindowActions;
-    std::vector<CQtCanvasWindow*> m_vChildren; ///< in the order of their making
+    std::vector<QPointer<QAction>> m_vWindowActions; ///< in the menu listed last, which goes with its child
+    std::vector<CQtCanvasWindow*> m_vChildren;       ///< in the order of their making
     CQtCanvasWindow* m_pActive = nullptr;
     std::vector<CQtPanel*> m_vPanels;
     int m_nFirstRecentId = 0;

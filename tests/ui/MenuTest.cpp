@@ -39,7 +39,7 @@ TEST_F(CUiTest, MenusFollowTheActiveChildAndItsStatesThePopup) {
 TEST_F(CUiTest, RecentFilesAndChildrenAreListedInEveryMenu) {
     m_pMain->SetRecentFiles(57616, {L"&1 /絵.vlm", L"&2 /線.png"});
     Open(m_a, L"A & B");
-    Open(m_b);
+    ICanvasWindow* pOther = Open(m_b);
     EXPECT_EQ(TextsOf(GetMenu(0)).mid(1), (QStringList{"&1 /絵.vlm", "&2 /線.png"}));
     GetMenu(0).actions()[2]->trigger();
     Turn();
@@ -55,6 +55,12 @@ TEST_F(CUiTest, RecentFilesAndChildrenAreListedInEveryMenu) {
     m_vLog.clear();
     GetMenu(2).actions()[2]->trigger();
     EXPECT_EQ(m_vLog, (TLog{"b off", "a on"}));
+    // The menu that listed them last goes with its window.
+    pOther->Destroy();
+    Turn();
+    GetMenu(2).popup({});
+    GetMenu(2).close();
+    EXPECT_EQ(TextsOf(GetMenu(2)).mid(1), (QStringList{"-", "&1 A && B"}));
 }
 
 TEST_F(CUiTest, ToolBarShowsStatesAndPostsOnlyTheUsersChoice) {
