@@ -35,6 +35,8 @@ public:
     void Follow();
     /// Writes that the user changed to another window, also when he changes back at once.
     void Activate(const CCanvasFrame& frame);
+    /// What was handled may change a player's view in another way: it is written again.
+    void DoubtView() { m_view = {m_view.pFrame, {}, {}, {}}; }
     /// A window goes; another may come to have its place in memory.
     void ForgetView() { m_view = {}; }
     /// Follow before a key's own line, which will bring that key to its state.

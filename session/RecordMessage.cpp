@@ -70,6 +70,8 @@ void RecordCommand(const TRecordTo& to, int nId) {
     }
     to.record.Follow();
     to.record.Write("command", nId);
+    // Where windows are arranged side by side each outside has its own idea of their size.
+    to.record.DoubtView();
 }
 
 void RecordKey(const TRecordTo& to, const TMessage& msg) {

@@ -246,4 +246,6 @@ void CMainFrame::OnZoomCombo(int nLine) {
     const auto vZooms = GetZoomList();
     if (spFrame && nLine >= 0 && nLine < static_cast<int>(vZooms.size()))
         spFrame->SetZoom(vZooms[static_cast<size_t>(nLine)].uZoom);
+    else
+        OnUpdateScale(); // the box shows no line that is not in effect
 }

@@ -80,6 +80,14 @@ TEST_F(DocumentWindows, DroppedFilesOpenAndFailuresAreTold) {
                                                 "ファイルを開けませんでした。\nFile: '/none.vlm'"}));
 }
 
+TEST_F(DocumentWindows, WithoutOneThereIsNoZoom) {
+    auto* pZoom = Main().findChild<QToolBar*>()->findChild<QComboBox*>();
+    pZoom->setCurrentIndex(3);
+    emit pZoom->activated(3);
+    Settle();
+    EXPECT_EQ(pZoom->currentIndex(), -1);
+}
+
 TEST_F(DocumentWindows, TheRecentListFollowsAndSurvives) {
     EXPECT_EQ(Recent(), QStringList{"(なし)"});
     for (const char* psz : {"/1.vlm", "/2.vlm", "/3.vlm", "/1.vlm", "/4.vlm"}) Drop({psz});

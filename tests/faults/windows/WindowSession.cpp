@@ -193,7 +193,7 @@ private:
     void Resize() { Main()->resize(700, 500); }
     void Configure() { Pick("環境設定"); }
     void Arrange() {
-        Pick("並べて表示");
+        Pick("上下に並べて表示");
         if (auto* pArea = Main()->findChild<QMdiArea*>()) {
             for (QMdiSubWindow* pWindow : pArea->subWindowList()) pWindow->showMaximized();
             pArea->activateNextSubWindow();
