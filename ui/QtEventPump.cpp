@@ -32,11 +32,9 @@ void CQtEventPump::Post(const TMessage& msg) {
 
 void CQtEventPump::Release() {
     m_keys.Follow(m_deqHeld.empty() ? m_keys.GetPresent() : m_deqHeld.front().keys);
-    const CQtKeyState::TKeys keys = m_deqHeld.empty() ? CQtKeyState::TKeys() : m_deqHeld.front().keys;
-    while (!m_deqHeld.empty() && m_deqHeld.front().keys == keys) {
-        m_queue.Post(m_deqHeld.front().msg);
-        m_deqHeld.pop_front();
-    }
+    if (m_deqHeld.empty()) return;
+    m_queue.Post(m_deqHeld.front().msg);
+    m_deqHeld.pop_front();
 }
 
 void CQtEventPump::Forget(const IWindow* pWindow) {

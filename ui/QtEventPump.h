@@ -12,9 +12,10 @@
 #include <deque>
 #include <vector>
 
-/// What Qt tells is held here and handed to the queue in runs that share one state of the keyboard, so that
-/// IKeyState answers for the message being handled. The queue asks only when it is empty: a run is handed
-/// over after the one before has been handled.
+/// What Qt tells is held here and handed to the queue one by one. The queue asks only when it is empty: a
+/// message is handed over after the one before has been handled, and all that the application then posted to
+/// itself. So IKeyState answers for the message being handled, and a burst of events is the same as events
+/// at leisure.
 class CQtEventPump : public IEventPump, boost::noncopyable {
 public:
     CQtEventPump(IMessageQueue& queue, CQtKeyState& keys) : m_queue(queue), m_keys(keys) {}

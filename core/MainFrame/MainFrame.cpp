@@ -168,7 +168,6 @@ bool CMainFrame::DoIdleWork() {
     for (const int nId : m_vToolBarCommands)
         if (nId) setState(nId, GetCommandState(nId));
     WatchDocuments();
-    m_panels.OnIdle();
     const bool bStrokes = Guarded([&] { return ContinueStrokes(); });
     if (std::exchange(m_bOfferRecovery, false)) Guarded([&] { return OfferRecovery(), true; });
     if (!m_deqOpenFiles.empty()) {
@@ -215,7 +214,13 @@ void CMainFrame::OnPenEnd(bool bEraser) {
     }
 }
 
-void CMainFrame::OnToolNotice(EToolNotice) { PostToMainFrame(WM_REFRESH_TOOL); }
+void CMainFrame::OnToolNotice(EToolNotice notice) {
+    // At once, so that what the user does next finds it done.
+    if (notice == EToolNotice::StrokeBegun)
+        Guarded([&] { return m_panels.OnStroke(), true; });
+    else
+        PostToMainFrame(WM_REFRESH_TOOL);
+}
 
 void CMainFrame::WatchDocuments() {
     CRecovery& recovery = g_AppModule.GetRecovery();

@@ -92,9 +92,9 @@ void CColorWnd::OnClose() {
     g_AppModule.GetSettings().GetSection(SECTION)->SetInts(vValues);
 }
 
-void CColorWnd::OnIdle() {
+void CColorWnd::OnStroke() {
     const auto spTool = GetBrush();
-    if (!spTool || spTool->GetState() == STATE_IDLE) return;
+    if (!spTool) return;
     const TColor color = spTool->GetFreehand().m_clrBrush;
     std::vector<TColor>& v = m_recent.m_vColors;
     if (!v.empty() && v.front() == color) return;

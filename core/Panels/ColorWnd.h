@@ -15,7 +15,7 @@ public:
     CColorWnd();
     std::wstring GetTitle() const override { return L"カラーピッカー"; }
     /// Remembers the colour that a stroke draws with.
-    void OnIdle() override;
+    void OnStroke() override;
 
 protected:
     void OnOpen() override;

@@ -30,8 +30,8 @@ public:
     virtual std::wstring GetTitle() const = 0;
     /// Rereads what the panel shows.
     void Refresh();
-    /// Nothing else is to be done.
-    virtual void OnIdle() {}
+    /// The active tool begins a stroke.
+    virtual void OnStroke() {}
 
     bool OnMessage(const TMessage& msg) override;
     void OnPaint(IPaintTarget&, const CRect&) override {}

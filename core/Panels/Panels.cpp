@@ -69,8 +69,8 @@ void CPanels::Refresh() {
     for (const auto& [nCommand, pPanel] : m_mapPanels) pPanel->Refresh();
 }
 
-void CPanels::OnIdle() {
-    for (const auto& [nCommand, pPanel] : m_mapPanels) pPanel->OnIdle();
+void CPanels::OnStroke() {
+    for (const auto& [nCommand, pPanel] : m_mapPanels) pPanel->OnStroke();
 }
 
 CPanel* CPanels::Find(int nCommand) const {

@@ -17,7 +17,8 @@ public:
     void Close();
     /// The tool or a value of it has changed.
     void Refresh();
-    void OnIdle();
+    /// The active tool begins a stroke.
+    void OnStroke();
 
     /// The panel of a command, null for other commands.
     CPanel* Find(int nCommand) const;

@@ -183,6 +183,7 @@ void CRasterBrushBase::BeginStroke() {
         SetState(STATE_IDLE);
         throw;
     }
+    GetOutside().fnNotify(EToolNotice::StrokeBegun);
 }
 
 void CRasterBrushBase::CommitStroke() {

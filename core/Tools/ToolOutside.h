@@ -13,6 +13,7 @@ class IKeyState;
 enum class EToolNotice {
     ToolChanged,  ///< the tool or a value that a panel shows has changed
     ColorChanged, ///< the tool's colours have changed
+    StrokeBegun,  ///< a stroke is drawn from now on, in the tool's colour
 };
 
 /// One record for all tools of a session; what it refers to outlives them.

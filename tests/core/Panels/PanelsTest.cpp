@@ -283,9 +283,9 @@ TEST_F(Panels, ColoursAreChosenExchangedAndRemembered) {
           },
           [&] {
               EXPECT_EQ(hex().strText, L"#FF80FF");
-              Tool().OnLButtonDown(80, 80, 0); // it is drawn with
+              Tool().OnLButtonDown(80, 80, 0); // it is drawn with, however shortly
+              Tool().OnLButtonUp(80, 80, 0);
           },
-          [] { Tool().OnLButtonUp(80, 80, 0); },
           [] { Active().GetCanvas()->GetHistory().SetModified(false); }});
     EXPECT_EQ(Setting(L"ColorList", L"ColorCount"), L"1");
     EXPECT_EQ(Setting(L"ColorList", L"1"), std::to_wstring(MakeColor(255, 128, 255)));

@@ -56,8 +56,13 @@ protected:
     CSessionPlatform m_session{{m_files, m_places, m_places, m_codecs}, {"s", {}}};
     CIniConfig m_config{L"/v.ini", m_files};
     CStrokeRandom m_random;
-    TToolOutside m_outside{
-        m_session.GetPlatform().clock, m_session.GetPlatform().keys, m_random, m_config, m_codecs, {}, {}};
+    TToolOutside m_outside{m_session.GetPlatform().clock,
+                           m_session.GetPlatform().keys,
+                           m_random,
+                           m_config,
+                           m_codecs,
+                           {},
+                           [](EToolNotice) {}};
     boost::shared_ptr<CProbe> m_spTool = boost::make_shared<CProbe>(m_outside);
     int32_t m_x = 0;
 };
