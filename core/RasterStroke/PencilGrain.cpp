@@ -60,8 +60,12 @@ const TGrainMark& CPencilGrain::MarkAt(int nVariant, int fx, int fy) {
             vSums[static_cast<size_t>(nPixelY * mark.nWidth + nPixelX)] +=
                 vCells[static_cast<size_t>(i * 2 * m_nHalf + j)];
         }
-    for (const uint32_t uSum : vSums)
-        mark.vCover.push_back(static_cast<uint16_t>((uSum >> 6) * m_uOpacity / 100));
+    const auto nWidth = static_cast<size_t>(mark.nWidth);
+    mark.nStride = (nWidth + LANES - 1) / LANES * LANES;
+    mark.vCover.resize(mark.nStride * static_cast<size_t>(mark.nHeight));
+    for (size_t idx = 0; idx < vSums.size(); ++idx)
+        mark.vCover[idx / nWidth * mark.nStride + idx % nWidth] =
+            static_cast<uint16_t>((vSums[idx] >> 6) * m_uOpacity / 100);
     known = std::move(mark);
     return known;
 }

@@ -12,11 +12,13 @@ struct TGrainMark {
     int32_t y = 0;
     int32_t nWidth = 0; ///< 0 until it is made
     int32_t nHeight = 0;
+    size_t nStride = 0; ///< from row to row: the width in whole vectors, nothing behind the pixels
     std::vector<uint16_t> vCover;
 };
 
 class CPencilGrain {
 public:
+    static constexpr size_t LANES = 8; ///< pixels of a vector
     static constexpr int VARIANTS = 5; ///< turned by a fifth of a circle each
 
     /// `nRoughness` is 0 to 7: the grain's size; `uOpacity` is what it covers, in percent.

@@ -26,6 +26,26 @@ boost::random::piecewise_linear_distribution<double> MakeDistance(uint8_t uBlurL
     return {vPoints, vWeights};
 }
 
+// a + b - a * b / 65535, the quotient without its fraction, for each pixel. The rows are told apart, or the
+// compiler would take the pixels one by one.
+inline void AddCover(uint16_t* __restrict pRow, const uint16_t* __restrict pCover, size_t nLength) {
+    for (size_t i = 0; i < nLength; ++i) {
+        const uint32_t uProduct = uint32_t{pCover[i]} * pRow[i];
+        pRow[i] = static_cast<uint16_t>(pCover[i] + pRow[i] - ((uProduct + 1 + (uProduct >> 16)) >> 16));
+    }
+}
+
+// A turn by each number of Rand: grains are many.
+const TSinCos& DirectionOf(int nRandom) {
+    constexpr double TURN = 6.283185307179586;
+    static const std::vector<TSinCos> vDirections = [] {
+        std::vector<TSinCos> v(CStrokeRandom::RAND_LARGEST + 1);
+        for (size_t n = 0; n < v.size(); ++n) v[n] = StableSinCos(static_cast<double>(n) / LARGEST * TURN);
+        return v;
+    }();
+    return vDirections[static_cast<size_t>(nRandom)];
+}
+
 const TBrushParam& Checked(const TBrushParam& param) {
     SELF_CHECK(invalid_argument, param.PaperRoughness < std::size(GRAINS_BY_ROUGHNESS));
     SELF_CHECK(invalid_argument, param.PencilHardness < std::size(GRAINS_BY_HARDNESS));
@@ -121,10 +141,9 @@ void CRasterPencilStroke::ThrowGrains(uint16_t* pStamp, const TThrow& params) {
 // Where the next grain stays, in cells from the stamp's centre.
 CPoint CRasterPencilStroke::ChoosePlace(const TThrow& params) {
     constexpr int MOST_TRIES = 100000; // no paper is that white
-    constexpr double TURN = 6.283185307179586;
     for (int nTry = 0; nTry < MOST_TRIES; ++nTry) {
         const double dDistance = (params.uRadius / 1024) * params.dSpread * m_distance(GetRandom().Twister());
-        const TSinCos direction = StableSinCos(GetRandom().Rand() / LARGEST * TURN);
+        const TSinCos& direction = DirectionOf(GetRandom().Rand());
         const CPoint pt{static_cast<int32_t>(dDistance * direction.dCos),
                         static_cast<int32_t>(dDistance * direction.dSin)};
         if (!m_spTexture) return pt;
@@ -142,12 +161,15 @@ void CRasterPencilStroke::AddGrain(uint16_t* pStamp, const TThrow& params, CPoin
     const CPoint ptFirst{(ptCell.x >> 3) + mark.x + nHalf, (ptCell.y >> 3) + mark.y + nHalf};
     const CRect rc = CRect(ptFirst, CSize{mark.nWidth, mark.nHeight}).Intersect({0, 0, 2 * nHalf, 2 * nHalf});
     const size_t nStride = StampStride(params.uHalfSize);
+    const bool bCut = rc.Width() < mark.nWidth;
     for (int32_t y = rc.top; y < rc.bottom; ++y) {
-        uint16_t* pRow = pStamp + STAMP_MARGIN + static_cast<size_t>(y) * nStride;
-        const uint16_t* pCover = mark.vCover.data() + (y - ptFirst.y) * mark.nWidth;
-        for (int32_t x = rc.left; x < rc.right; ++x) {
-            const uint32_t v = pCover[x - ptFirst.x];
-            pRow[x] = static_cast<uint16_t>(v + pRow[x] - v * pRow[x] / 65535);
-        }
+        uint16_t* pRow = pStamp + STAMP_MARGIN + static_cast<size_t>(y) * nStride + rc.left;
+        const uint16_t* pCover =
+            mark.vCover.data() + static_cast<size_t>(y - ptFirst.y) * mark.nStride + (rc.left - ptFirst.x);
+        if (bCut)
+            AddCover(pRow, pCover, static_cast<size_t>(rc.Width()));
+        else // whole vectors: what lies behind the row stays as it is
+            for (size_t x = 0; x < mark.nStride; x += CPencilGrain::LANES)
+                AddCover(pRow + x, pCover + x, CPencilGrain::LANES);
     }
 }

@@ -136,8 +136,9 @@ TEST(PencilGrain, MarksAreTheMeansOfTheCellsUnderEachPixel) {
                             uSum += vCells[static_cast<size_t>(i * 2 * nHalf + j)];
                     }
                     const int i = y - mark.y, j = x - mark.x;
-                    const bool bIn = i >= 0 && i < mark.nHeight && j >= 0 && j < mark.nWidth;
-                    EXPECT_EQ(bIn ? mark.vCover[static_cast<size_t>(i * mark.nWidth + j)] : 0u,
+                    const auto nStride = static_cast<int>(mark.nStride);
+                    const bool bIn = i >= 0 && i < mark.nHeight && j >= 0 && j < nStride;
+                    EXPECT_EQ(bIn ? mark.vCover[static_cast<size_t>(i * nStride + j)] : 0u,
                               (uSum >> 6) * 30 / 100)
                         << x << "," << y;
                 }
