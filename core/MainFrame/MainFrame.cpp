@@ -151,6 +151,10 @@ bool CMainFrame::TranslateKey(const TMessage& msg) {
     IKeyState& keys = g_AppModule.GetPlatform().keys;
     if (msg.wParam == VK_Tab && keys.IsKeyDown(VK_Control)) return false;
     const int nCommand = TranslateAccelerator(msg, keys);
+    const auto spFrame = g_wpActiveFrame.lock();
+    // What these find to do must not hang on how much of a stroke has been rendered: it may leave nothing.
+    if (spFrame && (nCommand == ID_EDIT_UNDO || nCommand == ID_EDIT_REDO))
+        spFrame->GetCanvas()->CompleteWork();
     // A shortcut of a disabled command belongs to whoever has the focus.
     if (!nCommand || !IsCommandEnabled(nCommand)) return false;
     SendMessage({m_pWindow, EMessage::Command, nCommand});

@@ -106,11 +106,11 @@ TEST_F(MainFrame, AStrokeThatIsNotRenderedYetIsAStepToUndo) {
         const auto spCanvas = Active().GetCanvas();
         const auto spLayer = CreateRasterLayer(spCanvas);
         spCanvas->GetRoot().AddLayer(spLayer, -1, false);
-        const auto draw = [&] {
+        const auto draw = [&](int32_t y = 80) {
             CStrokeRandom random;
             const auto spStroke = boost::make_shared<CRasterBrushStroke>(TStrokeSetup{
                 spCanvas->GetSize(), 0, false, true, L"線", {}, g_AppModule.GetPlatform().clock, random});
-            for (const int x : {80, 400, 800}) spStroke->AddCtlPoint({x, 80}, 1024, 90);
+            for (const int x : {80, 400, 800}) spStroke->AddCtlPoint({x, y}, 1024, 90);
             spStroke->AddCtlPoint({0, 0}, FINAL_PRESSURE, 90);
             spLayer->SetStroke(spStroke);
             spLayer->QueueStroke();
@@ -121,6 +121,10 @@ TEST_F(MainFrame, AStrokeThatIsNotRenderedYetIsAStepToUndo) {
         Command(ID_EDIT_UNDO);
         EXPECT_FALSE(g_pMainFrame->IsCommandEnabled(ID_EDIT_UNDO));
         EXPECT_TRUE(g_pMainFrame->IsCommandEnabled(ID_EDIT_REDO));
+        draw(-9000); // beside the canvas: it leaves nothing
+        g_AppModule.GetMessageLoop()->PreTranslateMessage({nullptr, EMessage::KeyDown, 0x73}); // F4
+        EXPECT_FALSE(spCanvas->GetHistory().CanRedo()) << "as it would have been, rendered in time";
+        Command(ID_EDIT_UNDO);
         draw();
         EXPECT_FALSE(g_pMainFrame->IsCommandEnabled(ID_EDIT_REDO)) << "it ends what could be redone";
     });
