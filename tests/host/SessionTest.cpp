@@ -1,5 +1,7 @@
 // Whole sessions: a host's record goes in, the application runs without a display, the picture comes back.
 #include "core/AppModule/AppModule.h"
+#include "core/AppModule/CommandIds.h"
+#include "core/Base/Color.h"
 #include "core/CanvasFrame/CanvasFrame.h"
 #include "core/LayerBuffer/RasterLayerBuffer.h"
 #include "core/MainFrame/MainFrame.h"
@@ -88,6 +90,26 @@ TEST_F(CSession, WhatTheUserPaintsGoesBack) {
     EXPECT_TRUE(host.GetPicture() == expected);
 }
 
+TEST_F(CSession, AGreyCanvasGoesBackAsItsGreyAndItsColoursAreGone) {
+    THostPicture expected = MakePicture({3, 7, 103, 104}, true, 1);
+    CPictureHost host(expected), hostColored(expected);
+    const auto addStep = [&](int nMode) {
+        m_platform.AddStep([=](CPlayer&) {
+            SendMessage({g_pMainFrame->GetWindow(), EMessage::Command, nMode});
+        });
+    };
+    addStep(ID_MODE_GREY);
+    EXPECT_EQ(host.Run(TestMain), 0);
+    addStep(ID_MODE_GREY);
+    addStep(ID_MODE_RGB);
+    EXPECT_EQ(hostColored.Run(TestMain), 0);
+    expected.vBlue = expected.vAlphas[0]; // read over the blue plane, as below
+    for (size_t i = 0; i < expected.vRed.size(); ++i)
+        expected.vRed[i] = GreyOf(expected.vRed[i], expected.vGreen[i], expected.vBlue[i]);
+    expected.vGreen = expected.vBlue = expected.vAlphas[0] = expected.vRed;
+    EXPECT_TRUE(host.GetPicture() == expected && hostColored.GetPicture() == expected);
+}
+
 TEST_F(CSession, FurtherChannelsLiveInTheBluePlane) {
     THostPicture expected = MakePicture({0, 0, 97, 3}, true, 2);
     CTestHost host(expected);
@@ -98,7 +120,7 @@ TEST_F(CSession, FurtherChannelsLiveInTheBluePlane) {
     EXPECT_TRUE(host.GetPicture() == expected);
 }
 
-TEST_F(CSession, ChannelsWithoutAPortAreSkipped) {
+TEST_F(CSession, ChannelsWithoutAPortOrAPlaceAreSkipped) {
     CTestHost host(MakePicture({0, 0, 20, 20}, true));
     host.m_deqChannels[0].desc.maxVersion = 0; // its write port is no part of the record then
     host.m_deqChannels[1].desc.writePort = nullptr;
@@ -106,6 +128,10 @@ TEST_F(CSession, ChannelsWithoutAPortAreSkipped) {
     EXPECT_EQ(host.Run(TestMain), 0);
     EXPECT_EQ(host.m_vReads, (std::vector<int>{1, 2, 16}));
     EXPECT_EQ(host.m_vWrites, (std::vector<int>{3, 16}));
+    CTestHost strange(MakePicture({0, 0, 20, 20}, true));
+    strange.m_deqChannels[0].desc.channelType = 20; // of an unknown type, before any plane is chosen
+    EXPECT_EQ(strange.Run(TestMain), 0);
+    EXPECT_EQ(strange.m_vReads, (std::vector<int>{2, 3, 16}));
 }
 
 TEST_F(CSession, HostsThatCannotServeAreToldAtOnce) {

@@ -21,11 +21,12 @@ inline uint32_t PixelAt(CRasterBuffer& plane, CPoint pt) {
     return spTile->GetPixelColor(ptIn) | uint32_t{spTile->GetPixelAlpha(ptIn)} << 24;
 }
 
-/// Every value of a stroke's plane, row by row; absent tiles are zeros.
-inline std::vector<uint16_t> ValuesOf(CAlphaBufferBase& base) {
-    auto& plane = static_cast<CAlphaBufferImpl<uint16_t>&>(base);
+/// Every value of a plane, by default a stroke's, row by row; absent tiles are zeros.
+template <class T = uint16_t>
+std::vector<T> ValuesOf(CAlphaBufferBase& base) {
+    auto& plane = static_cast<CAlphaBufferImpl<T>&>(base);
     const CSize sz = plane.GetSize();
-    std::vector<uint16_t> v(static_cast<size_t>(sz.cx) * static_cast<size_t>(sz.cy));
+    std::vector<T> v(static_cast<size_t>(sz.cx) * static_cast<size_t>(sz.cy));
     plane.ForEachBlock([&](CPoint pt) {
         const auto* pTile = plane.FindBlock(pt);
         const CRect rc = CRect(pt, plane.GetBlockSize()).Intersect(CRect({0, 0}, sz));

@@ -3,6 +3,8 @@
 
 #include "core/Base/Text.h"
 #include "system/FileStore.h"
+#include "system/ImageCodecs.h"
+#include "system/QtBitmap.h"
 #include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
@@ -12,6 +14,19 @@
 class CProgramTest : public testing::Test {
 protected:
     std::wstring Path(const std::string& strName) { return FromUtf8(m_folder.File(strName).native()); }
+    /// Puts a file into the folder, below others where its name says so.
+    void Write(const std::string& strName, const std::string& strBytes) {
+        std::filesystem::create_directories(m_folder.File(strName).parent_path());
+        m_files.Replace(Path(strName), strBytes);
+    }
+    void SavePicture(const std::string& strName, const QImage& image) {
+        Write(strName, "");
+        ASSERT_TRUE(image.save(QString::fromStdWString(Path(strName))));
+    }
+    QImage LoadPicture(const std::string& strName) {
+        const auto spBitmap = CImageCodecs(m_files).Load(Path(strName));
+        return spBitmap ? static_cast<CQtBitmap&>(*spBitmap).GetImage() : QImage();
+    }
     /// Runs a program inside the folder; answers its exit code, -1 for a signal.
     int RunProgram(const std::string& strProgram, const std::string& strArguments) {
         const std::string strCommand = "cd " + m_folder.GetPath().native() +

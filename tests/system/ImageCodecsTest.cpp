@@ -223,11 +223,8 @@ TEST_F(ImageCodecs, BitmapsStartTransparentAndLockOneRectangle) {
     EXPECT_TRUE(spBitmap->LockBits({0, 0, 1, 1}, ELockMode::Read, bits)) << "the codecs let go of it";
 }
 
-TEST_F(ImageCodecs, OtherEndingsAndFailuresWriteNothing) {
+TEST_F(ImageCodecs, OtherEndingsWriteNothing) {
     for (const wchar_t* pszPath : {L"a.psd", L"a.webp", L"a", L"png", L"a.png.txt", L"a.png/b"})
         EXPECT_FALSE(m_codecs.CanSave(pszPath) || !SaveAndLoad(pszPath, Soft(3, 3)).isNull());
     EXPECT_TRUE(m_codecs.CanSave(L"/x/絵.JPEG") && m_files.m_mapFiles.empty());
-    m_files.m_bReadOnly = true;
-    CQtBitmap bitmap(Soft(3, 3));
-    EXPECT_FALSE(m_codecs.Save(L"a.png", bitmap));
 }

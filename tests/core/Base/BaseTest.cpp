@@ -25,7 +25,6 @@ TEST(Failure, EveryClassHasItsText) {
     const std::wstring strCheck = L"自己診断違反が発生しました。\nType: ",
                        strFalse = L"\nExpression: false\nFile: :0\n";
     EXPECT_EQ(TextOf([] { SELF_CHECK(defect_logic, false); }), strCheck + L"DEFECT_LOGIC" + strFalse);
-    EXPECT_EQ(TextOf([] { SELF_CHECK(illegal_data, false); }), strCheck + L"ILLEGAL_DATA" + strFalse);
     EXPECT_EQ(TextOf([] { SELF_CHECK(invalid_argument, false); }),
               strCheck + strFalse); // has no word of its own
     EXPECT_EQ(TextOf([] { throw internal_error(L"100%1% ある"); }),

@@ -167,17 +167,3 @@ TEST(ProjectFile, SmallFilesCannotTakeGigabytes) {
     }));
     refuse(Chunk("LAYX", 0, NOTHING));
 }
-
-TEST(ProjectFile, ABackupIsASnapshot) {
-    const auto spCanvas = CreateCanvas({100, 100});
-    const auto spLayer = CreateRasterLayer(spCanvas);
-    const auto spTile = spLayer->GetRaster()->GetBlock({96, 0}, true);
-    spTile->Fill(7, 255);
-    spCanvas->GetRoot().AddLayer(spLayer, -1);
-    const TBytes vBefore = SaveToBytes(*spCanvas);
-    CCanvasBuffer::FullBackup backup = spCanvas->CreateFullBackup();
-    spTile->Fill(9, 1);
-    spLayer->setName(L"other");
-    CCanvasBuffer::SwapFullBackup(spCanvas, &backup);
-    EXPECT_EQ(SaveToBytes(*spCanvas), vBefore);
-}

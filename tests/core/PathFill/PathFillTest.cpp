@@ -1,7 +1,8 @@
-// Filled outlines against their definition: a cell for a cell, and the filter a pixel for a pixel.
+// Filled outlines against their definition, a cell for a cell and the filter a pixel for a pixel, on every
+// instruction set that this machine has.
 #include "core/PathFill/PathFill.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/Planes.h"
+#include "tests/support/TargetTest.h"
 
 #include <cmath>
 #include <random>
@@ -56,31 +57,19 @@ TPixels Define(const TOutline& outline, CPoint ptOrigin, CSize sz) {
     return pixels;
 }
 
-TPixels PixelsOf(TPlane& plane, CSize sz) {
-    TPixels pixels;
-    for (int32_t y = 0; y < sz.cy; ++y)
-        for (int32_t x = 0; x < sz.cx; ++x) {
-            const auto* pTile = plane.FindBlock({x, y});
-            pixels.push_back(pTile ? pTile->GetPixelAlpha({x % 96, y % 96}) : 0);
-        }
-    return pixels;
-}
-
 TPixels Fill(const TOutline& outline, CPoint ptOrigin, CSize sz) {
-    TPlane plane;
-    plane.Create(sz, DEFAULT_BLOCKSIZE);
-    CPathFill().FillPlane(outline, ptOrigin, plane);
-    return PixelsOf(plane, sz);
+    const auto spPlane = MakePlane<TPlane>(sz);
+    CPathFill().FillPlane(outline, ptOrigin, *spPlane);
+    return ValuesOf<uint8_t>(*spPlane);
 }
 
 TPixels FillByTiles(const TOutline& outline, CPoint ptOrigin, CSize sz) {
-    TPlane plane;
-    plane.Create(sz, DEFAULT_BLOCKSIZE);
+    const auto spPlane = MakePlane<TPlane>(sz);
     CPathFill fill;
-    plane.ForEachBlock([&](CPoint pt) {
-        fill.FillTile(outline, {ptOrigin, sz}, static_cast<CAlphaBlock8&>(*plane.GetBlock(pt, true)));
+    spPlane->ForEachBlock([&](CPoint pt) {
+        fill.FillTile(outline, {ptOrigin, sz}, static_cast<CAlphaBlock8&>(*spPlane->GetBlock(pt, true)));
     });
-    return PixelsOf(plane, sz);
+    return ValuesOf<uint8_t>(*spPlane);
 }
 
 TOutline Polygon(const std::vector<CPoint>& vPixels) {
@@ -108,9 +97,11 @@ TOutline RandomOutline(std::mt19937& random, int32_t nFrom, int32_t nTo, size_t 
 
 constexpr CSize TWO_TILES{192, 96};
 
+using PathFillForms = CTargetTest;
+
 } // namespace
 
-TEST(PathFill, EveryPixelIsAsDefined) {
+TEST_P(PathFillForms, EveryPixelIsAsDefined) {
     std::mt19937 random(1);
     const std::pair<int32_t, int32_t> aRanges[] = {{100, 600}, {-300, 1800},          {-20000, 20000},
                                                    {60, 90},   {-(1 << 28), 1 << 28}, {INT32_MIN, INT32_MAX}};
@@ -129,7 +120,7 @@ TEST(PathFill, EveryPixelIsAsDefined) {
     }
 }
 
-TEST(PathFill, CrowdsAndLongEdgesAreAsDefined) {
+TEST_P(PathFillForms, CrowdsAndLongEdgesAreAsDefined) {
     std::mt19937 random(5);
     for (int n = 0; n < 3; ++n) {
         const TOutline outline = RandomOutline(random, n % 2 ? -300 : 300, n % 2 ? 1800 : 500, 250);
@@ -144,6 +135,8 @@ TEST(PathFill, CrowdsAndLongEdgesAreAsDefined) {
     }
 }
 
+ON_EVERY_TARGET(PathFillForms);
+
 TEST(PathFill, TilesMeetWithoutSeams) {
     std::mt19937 random(2);
     for (int n = 0; n < 60; ++n) {
@@ -152,17 +145,6 @@ TEST(PathFill, TilesMeetWithoutSeams) {
         const TOutline outline = RandomOutline(random, n % 2 ? -nReach : 0, nReach);
         ASSERT_EQ(FillByTiles(outline, {3, -4}, sz), Fill(outline, {3, -4}, sz)) << n;
     }
-}
-
-TEST(PathFill, NamedValues) {
-    // One pixel; then a square whose sides lie on the plane's own.
-    const auto at = [](const TPixels& pixels, int32_t x, int32_t y) { return int{pixels[y * 192u + x]}; };
-    TPixels pixels = Fill(Polygon({{50, 20}, {51, 20}, {51, 21}, {50, 21}}), {0, 0}, TWO_TILES);
-    constexpr int EXPECTED[] = {0, 21, 0, 21, 170, 21, 0, 21, 0};
-    for (int n = 0; n < 9; ++n) EXPECT_EQ(at(pixels, 49 + n % 3, 19 + n / 3), EXPECTED[n]) << n;
-    pixels = Fill(Polygon({{0, 0}, {200, 0}, {200, 96}, {0, 96}}), {0, 0}, TWO_TILES);
-    for (const int y : {0, 95}) EXPECT_EQ(at(pixels, 90, y), 255);
-    for (const int x : {0, 191}) EXPECT_EQ(at(pixels, x, 50), (255 * 11 + 6) / 12);
 }
 
 TEST(PathFill, CoverageNeverFallsAndOnlyThePlaneIsWritten) {
@@ -177,11 +159,11 @@ TEST(PathFill, CoverageNeverFallsAndOnlyThePlaneIsWritten) {
     TPixels expected = Define(outline, {0, 0}, TWO_TILES);
     for (size_t n = 0; n < expected.size(); ++n)
         if (n % 192 < 96) expected[n] = std::max<uint8_t>(expected[n], 100);
-    EXPECT_EQ(PixelsOf(plane, TWO_TILES), expected);
+    EXPECT_EQ(ValuesOf<uint8_t>(plane), expected);
     fill.FillPlane(outline, {0, 0}, plane);
     fill.FillPlane(Polygon({{300, 10}, {400, 10}, {350, 90}}), {0, 0}, plane);
     fill.FillPlane(TOutline{{5, 5}}, {0, 0}, plane);
-    EXPECT_EQ(PixelsOf(plane, TWO_TILES), expected);
+    EXPECT_EQ(ValuesOf<uint8_t>(plane), expected);
     for (const TOutline& open : {TOutline{{0, 0}, {1, 1}}, TOutline{{0, 0}, {1, 1}, {2, 2}, {8, 8}}})
         EXPECT_THROW(fill.FillPlane(open, {0, 0}, plane), constraint_violation);
 }

@@ -1,4 +1,4 @@
-// Paths as they are edited: anchors, snapshots, copies, what the layer hears.
+// Paths as they are edited: anchors, snapshots, copies.
 #include "core/Base/Failure.h"
 #include "tests/support/Paths.h"
 
@@ -25,21 +25,6 @@ boost::shared_ptr<COpenPathObject> MakeMarkedStroke() {
 const CPathControlPoint& AnchorOf(const COpenPathObject& path, int n) {
     return **std::next(path.GetStream().GetControlPoints().begin(), n);
 }
-
-std::wstring FaultOf(const std::function<void()>& fnDo) {
-    try {
-        fnDo();
-    } catch (const internal_error& e) {
-        return e.message;
-    }
-    return L"none";
-}
-
-// Notes what it is told.
-struct TListener : IVectorLayer {
-    void InvalidatePath(const CRect& rc) override { rcAll = rcAll.Union(rc); }
-    CRect rcAll;
-};
 
 using TParameters = std::vector<uint32_t>;
 
@@ -93,28 +78,6 @@ TEST(PathObject, ADivisionChangesNoShape) {
     EXPECT_EQ(shape.GetStream().GetControlPoints().back()->GetAnchor()[STATE_COMMITTED], (CPoint{0, 400}));
 }
 
-TEST(PathObject, DefectsAreNamed) {
-    COpenPathObject empty;
-    COpenPathStream& stream = empty.GetStream();
-    CPathFill fill;
-    CAlphaBlock8 tile;
-    CClosedPathObject shape;
-    const CPathControlPoint foreign;
-    const auto rasterize = [&](auto& path) { path.GetStream().RasterizePath(fill, {9, 9}, tile); };
-    const auto check = [](const auto& fnDo, const wchar_t* pszFault) { EXPECT_EQ(FaultOf(fnDo), pszFault); };
-    check([&] { stream.RectIncludingPath(); }, L"RectIncludingPath: zero anchor");
-    check([&] { shape.GetStream().RectIncludingPath(); }, L"RectIncludingPath: zero anchor");
-    check([&] { rasterize(empty); }, L"RasterizePath: zero anchor");
-    check([&] { rasterize(shape); }, L"RasterizePath: zero anchor");
-    check([&] { stream.DistanceSquared({}); }, L"SearchNearPointOnPath: zero anchor");
-    check([&] { stream.InsertControlPoint(foreign, {}); }, L"InsertControlPoint: not anchor point");
-    check([&] { stream.RemoveControlPoint(foreign); }, L"RemoveControlPoint: not in stream");
-    const auto spOnly = empty.AppendControlPoint({8, 8});
-    check([&] { empty.RemoveControlPoint(*spOnly); }, L"RemoveControlPoint: zero anchor");
-    EXPECT_TRUE(stream.Contains(*spOnly) && !stream.Contains(foreign));
-    EXPECT_EQ(stream.SearchNearPointOnPath({11, 12}, STATE_LIVE).nDistanceSquared, 25);
-}
-
 TEST(PathObject, ASnapshotBringsBackTheSameObjects) {
     const auto spPath = MakeStroke();
     COpenPathStream& stream = spPath->GetStream();
@@ -154,26 +117,7 @@ TEST(PathObject, ASnapshotBringsBackTheSameObjects) {
     shape.ApplySnapshot(*spShape);
     EXPECT_TRUE(shape.GetStream().Contains(*spFirst));
     EXPECT_EQ(shape.RectIncludingPath(), CRect(8, 8, 9, 9));
-    EXPECT_EQ(FaultOf([&] { copy.Assign(shape); }), L"Assign: deserialize_error in Deserialize()");
-}
-
-TEST(PathObject, ATransformMovesBothStatesAndTheLayerHearsOfBothPlaces) {
-    const auto spPath = MakeStroke();
-    const auto spListener = boost::make_shared<TListener>();
-    spPath->SetLayer(spListener);
-    const CRect rcBefore = spPath->RectIncludingPath();
-    TPolyBezier av[2];
-    for (const size_t state : {STATE_COMMITTED, STATE_LIVE})
-        av[state] = spPath->GetStream().BezierPoints(state);
-    const auto move = [](CPoint pt) { return pt + CPoint{4000, -80}; };
-    spPath->Transform(move);
-    for (const size_t state : {STATE_COMMITTED, STATE_LIVE}) {
-        for (CPoint& pt : av[state]) pt = move(pt);
-        EXPECT_EQ(spPath->GetStream().BezierPoints(state), av[state]);
-    }
-    const CRect rcAfter = spPath->RectIncludingPath();
-    EXPECT_GE(rcAfter.left, rcBefore.right);
-    EXPECT_EQ(spListener->rcAll, rcBefore.Union(rcAfter));
+    EXPECT_THROW(copy.Assign(shape), internal_error);
 }
 
 TEST(PathObject, TheNearestPlaceIsThatOfADenseScan) {

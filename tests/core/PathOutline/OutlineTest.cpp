@@ -1,5 +1,6 @@
 #include "core/PathFill/PathFill.h"
-#include "tests/support/LayerPictures.h"
+#include "tests/support/Paths.h"
+#include "tests/support/Planes.h"
 
 #include <gtest/gtest.h>
 
@@ -9,14 +10,6 @@
 namespace {
 
 constexpr CSize PLANE{288, 288};
-constexpr std::array TERMS{TERM_SHARP, TERM_ROUND, TERM_FLAT};
-
-boost::shared_ptr<COpenPathTermBase> MakeTerm(uint32_t uType, bool bBegin, std::mt19937& random) {
-    const auto spTerm = CreateOpenPathTerm(uType, bBegin);
-    if (const auto spFlat = boost::dynamic_pointer_cast<COpenPathFlatTerm>(spTerm))
-        spFlat->SetAngle(CDualValue<uint32_t>(60 + random() % 60));
-    return spTerm;
-}
 
 struct TKnot {
     CPoint anchor;
@@ -56,36 +49,13 @@ void AddWidth(COpenPathStream& stream, uint32_t t, uint32_t uLeft, uint32_t uRig
     spPoint->SetMultiple(SIDE_RIGHT, CDualValue<uint32_t>(uRight));
 }
 
-// A path with a bit of everything.
-boost::shared_ptr<COpenPathObject> RandomPath(std::mt19937& random) {
-    const int nAnchors = 1 + static_cast<int>(random() % 7);
-    const auto spPath = MakePath(HandKnots(random, nAnchors), 4 + random() % 100);
-    COpenPathStream& stream = spPath->GetStream();
-    const uint32_t uRange = static_cast<uint32_t>(nAnchors - 1) * BEZIER_T_RESOLUTION + 1;
-    for (uint32_t n = random() % 4; n > 0; --n)
-        AddWidth(stream, random() % uRange, random() % (3 * FIXED_ONE), random() % (3 * FIXED_ONE));
-    for (uint32_t n = random() % 4; n > 0; --n) stream.AddTransPoint(random() % uRange);
-    stream.SetTerm(MakeTerm(TERMS[random() % 3], true, random));
-    stream.SetTerm(MakeTerm(TERMS[random() % 3], false, random));
-    stream.SetWave(random() % 3 == 0,
-                   {static_cast<uint32_t>(random() % 80), static_cast<uint32_t>(random() % 20)});
-    spPath->Update();
-    return spPath;
-}
-
 std::vector<uint8_t> CoverageOf(const CPathObject& path) {
-    CAlphaBufferImpl<uint8_t> plane;
-    plane.Create(PLANE, DEFAULT_BLOCKSIZE);
+    const auto spPlane = MakePlane<CAlphaBufferImpl<uint8_t>>(PLANE);
     CPathFill fill;
-    std::vector<uint8_t> v(static_cast<size_t>(PLANE.cx * PLANE.cy));
-    plane.ForEachBlock([&](CPoint pt) {
-        const auto spTile = plane.GetBlock(pt, true);
-        path.RasterizePath(fill, PLANE, static_cast<CAlphaBlock8&>(*spTile));
-        for (int y = 0; y < 96; ++y)
-            std::copy_n(spTile->GetPixelPtr({0, y}), 96,
-                        &v[static_cast<size_t>((pt.y + y) * PLANE.cx + pt.x)]);
+    spPlane->ForEachBlock([&](CPoint pt) {
+        path.RasterizePath(fill, PLANE, static_cast<CAlphaBlock8&>(*spPlane->GetBlock(pt, true)));
     });
-    return v;
+    return ValuesOf<uint8_t>(*spPlane);
 }
 
 int At(const std::vector<uint8_t>& v, int x, int y) { return v[static_cast<size_t>(y * PLANE.cx + x)]; }
@@ -94,13 +64,15 @@ int At(const std::vector<uint8_t>& v, int x, int y) { return v[static_cast<size_
 
 TEST(Outline, PiecesAreClosedAndMoveWithThePath) {
     std::mt19937 random(3);
-    for (int n = 0; n < 300; ++n) {
-        const auto spPath = RandomPath(random);
+    for (int n = 0; n < 600; ++n) {
+        const auto spPath = boost::dynamic_pointer_cast<COpenPathObject>(MakeRandomPath(PLANE, random));
+        if (!spPath) continue;
         const auto vBefore = spPath->GetStream().GetOutline(STATE_COMMITTED);
         const CPoint ptWay{static_cast<int32_t>(random() % 9999) - 5000,
                            static_cast<int32_t>(random() % 9999) - 5000};
         spPath->Transform([&](CPoint pt) { return pt + ptWay; });
         const auto& vBehind = spPath->GetStream().GetOutline(STATE_COMMITTED);
+        ASSERT_EQ(spPath->GetStream().GetOutline(STATE_LIVE), vBehind);
         ASSERT_EQ(vBehind.size(), vBefore.size());
         for (size_t i = 0; i < vBefore.size(); ++i) {
             ASSERT_EQ(vBefore[i].size() % 3, 1u);

@@ -1,11 +1,8 @@
 // What a freehand tool makes of a pen's events: the control points that its stroke gets.
 #include "core/IniConfig/IniConfig.h"
 #include "core/RasterBrush/FreehandTools.h"
-#include "session/SessionPlatform.h"
-#include "system/ImageCodecs.h"
+#include "tests/session/ScriptedSession.h"
 #include "tests/support/LayerPictures.h"
-#include "tests/support/MemoryFiles.h"
-#include "tests/support/NoPlaces.h"
 
 #include <gtest/gtest.h>
 
@@ -26,7 +23,7 @@ struct CView : IActiveView {
     boost::shared_ptr<CCanvasBuffer> m_spCanvas = MakePage({200, 100});
 };
 
-class Conditioning : public testing::Test {
+class Conditioning : public testing::Test, CScriptedSession {
 protected:
     Conditioning() {
         g_wpActiveView = m_spView;
@@ -50,10 +47,7 @@ protected:
     }
 
     boost::shared_ptr<CView> m_spView = boost::make_shared<CView>();
-    CMemoryFiles m_files;
-    CNoPlaces m_places;
-    CImageCodecs m_codecs{m_files};
-    CSessionPlatform m_session{{m_files, m_places, m_places, m_codecs}, {"s", {}}};
+    CSessionPlatform m_session{m_parts, {"s", {}}};
     CIniConfig m_config{L"/v.ini", m_files};
     CStrokeRandom m_random;
     TToolOutside m_outside{m_session.GetPlatform().clock,

@@ -1,10 +1,8 @@
 #include "core/Base/Failure.h"
-#include "core/GDIBuffer/GDIBuffer.h"
 #include "core/RasterBuffer/MonoRasterBuffer.h"
-#include "core/RasterBuffer/UpdateCounterMatrix.h"
-#include "system/QtBitmap.h"
 #include "tests/support/Planes.h"
 #include "tests/support/ProjectBytes.h"
+#include "tests/support/TargetTest.h"
 
 #include <gtest/gtest.h>
 
@@ -20,23 +18,6 @@ constexpr TColor RED = 0x0000FF;
 constexpr TColor BLUE = 0xFF0000;
 
 } // namespace
-
-TEST(RasterBuffer, GridAndLazyTiles) {
-    const auto spPlane = MakeColor({100, 97});
-    EXPECT_EQ(spPlane->GetBufferSize(), (CSize{2, 2}));
-    spPlane->ForEachBlock([&](CPoint pt) { EXPECT_FALSE(spPlane->GetBlock(pt, false)); });
-    const auto spTile = spPlane->GetBlock({99, 96}, true);
-    EXPECT_EQ(spTile->GetPosition(), (CPoint{96, 96}));
-    EXPECT_EQ(spTile->GetSize(), DEFAULT_BLOCKSIZE); // tiles are never clipped to the plane
-    EXPECT_EQ(spTile->GetOwner(), spPlane.get());
-    EXPECT_EQ(reinterpret_cast<uintptr_t>(spTile->GetPixelPtr({0, 0})) % 64, 0u);
-    EXPECT_EQ(spPlane->GetBlock({96, 96}, true), spTile);
-    EXPECT_EQ(spPlane->GetDirty().At(1, 1), 0); // making a tile is no change
-    EXPECT_THROW(MakeColor({0, 5}), constraint_violation_as<invalid_argument>);
-    EXPECT_THROW(UpdateCounterMatrix({2, 1}).Update(CBoolMatrix({1, 2})), constraint_violation);
-    spPlane->Clear();
-    EXPECT_FALSE(spPlane->GetBlock({99, 96}, false));
-}
 
 TEST(RasterBuffer, SnapshotsCostNothingAndSurviveWriters) {
     const auto spPlane = MakeColor({200, 100});
@@ -60,21 +41,6 @@ TEST(RasterBuffer, SnapshotsCostNothingAndSurviveWriters) {
     // A tile of another kind empties the block.
     spPlane->SetBlock({0, 0}, boost::make_shared<CMonoRasterBlockBuffer>());
     EXPECT_FALSE(spPlane->GetBlock({0, 0}, false));
-}
-
-TEST(RasterBuffer, SwapExchangesTilesAndOwners) {
-    const auto spA = MakeColor({100, 100}), spB = MakeColor({100, 100});
-    FillBlock(*spA, {0, 0}, RED, 255);
-    FillBlock(*spB, {96, 96}, BLUE, 255);
-    spA->Swap(*spB);
-    EXPECT_FALSE(spA->GetBlock({0, 0}, false));
-    EXPECT_EQ(PixelAt(*spB, {0, 0}), 0xFF000000u | RED);
-    EXPECT_EQ(PixelAt(*spA, {96, 96}), 0xFF000000u | BLUE);
-    EXPECT_EQ(spA->GetBlock({96, 96}, false)->GetOwner(), spA.get());
-    EXPECT_EQ(spB->GetBlock({0, 0}, false)->GetOwner(), spB.get());
-    for (size_t i = 0; i < spA->GetDirty().m_nCount; ++i)
-        EXPECT_TRUE(spA->GetDirty().m_pData[i] && spB->GetDirty().m_pData[i]);
-    EXPECT_THROW(spA->Swap(*MakeColor({300, 100})), constraint_violation_as<invalid_argument>);
 }
 
 TEST(RasterBuffer, ExtractAndPasteAcrossTiles) {
@@ -131,38 +97,27 @@ TEST(RasterBuffer, BlendsIntoGreyByTheOwnersOpacity) {
     EXPECT_EQ(grey.GetAlpha()[0], 128);
 }
 
-TEST(RasterBuffer, BitmapsGoInAndOutAndAFailedLockTells) {
-    QImage image = MakeTransparentImage({98, 2});
-    image.setPixel(97, 1, qRgba(97, 2, 3, 197));
-    CBitmapSession session{boost::make_shared<CQtBitmap>(image)};
-    const auto spPlane = MakeColor({98, 2});
-    const auto spGrey = MakePlane<CMonoRasterBuffer>({98, 2});
-    spPlane->ReadBitmap(session);
-    EXPECT_EQ(PixelAt(*spPlane, {97, 1}), uint32_t{197} << 24 | MakeColor(97, 2, 3));
-    CBitmapSession out{boost::make_shared<CQtBitmap>(MakeTransparentImage({98, 2}))};
-    spPlane->WriteBitmap(out);
-    EXPECT_EQ(static_cast<CQtBitmap&>(*out.spBitmap).GetImage(), image);
-    spGrey->ReadBitmap(session);
-    EXPECT_EQ(PixelAt(*spGrey, {97, 1}), uint32_t{197} << 24 | GreyOf(97, 2, 3) * 0x010101u);
-    TLockedBits bits;
-    EXPECT_TRUE(
-        session.spBitmap->LockBits({0, 0, 1, 1}, ELockMode::Read, bits)); // who holds it keeps others out
-    EXPECT_THROW(spPlane->ReadBitmap(session), internal_error);
-    EXPECT_FALSE(session.bOk);
-}
+using PlaneWire = CTargetTest;
 
-TEST(RasterBuffer, PlanesKeepTheirWireForm) {
+TEST_P(PlaneWire, PixelsStandWholeAndComeBackAndDamageIsRefused) {
     for (const bool bColor : {true, false}) {
         boost::shared_ptr<CRasterBuffer> spPlane = MakePlane<CMonoRasterBuffer>({200, 97});
         if (bColor) spPlane = MakeColor({200, 97});
+        const size_t nPlanes = bColor ? 4 : 2;
         uint8_t u = 0;
         for (const CPoint pt : {CPoint{192, 0}, CPoint{0, 96}}) {
             const auto spTile = spPlane->GetBlock(pt, true);
-            const size_t nBytes = spTile->GetPlaneBytes() * (bColor ? 4 : 2);
-            for (size_t i = 0; i < nBytes; ++i)
-                spTile->GetPixelPtr({0, 0})[i] = u = static_cast<uint8_t>(u * 5 + 3);
+            for (size_t i = 0; i < spTile->GetPlaneBytes() * nPlanes; ++i)
+                spTile->GetPixelPtr({0, 0})[i] = u = static_cast<uint8_t>(u * 5 + 3 + i / 256);
         }
         const TBytes vWhole = FileOf(spPlane->Serialize());
+        constexpr size_t TILE = 12 + 16 + 12 + 16 + 4;
+        const auto spFirst = spPlane->GetBlock({192, 0}, false);
+        for (size_t i = 0; i < spFirst->GetPlaneBytes() * nPlanes; ++i) { // B, G, R, A or level, alpha
+            const size_t nPlane = bColor && i % 4 < 3 ? 2 - i % 4 : i % nPlanes;
+            ASSERT_EQ(vWhole[TILE + 32 + i],
+                      spFirst->GetPixelPtr({0, 0})[nPlane * spFirst->GetPlaneBytes() + i / nPlanes]);
+        }
         TBytes vBytes = vWhole;
         const auto load = [&](CDeserializer chunk) {
             auto spBack = spPlane->CreateSized({1, 1}, {1, 1});
@@ -177,7 +132,6 @@ TEST(RasterBuffer, PlanesKeepTheirWireForm) {
             EXPECT_NE(spBack->GetBlock({192, 0}, false), spPlane->GetBlock({192, 0}, false));
         }
         // Index and size are judged before memory is taken; no index comes twice: the second tile's is 3.
-        constexpr size_t TILE = 12 + 16 + 12 + 16 + 4;
         constexpr size_t INDEX = TILE + 3;
         for (const auto& [nField, uByte] : std::vector<std::pair<size_t, int>>{
                  {TILE, 0x7F}, {INDEX, 6}, {INDEX, 3}, {TILE + 16, 0x7F}, {12, 0x7F}}) {
@@ -194,3 +148,5 @@ TEST(RasterBuffer, PlanesKeepTheirWireForm) {
         EXPECT_EQ(loadBytes()->GetBlock({192, 0}, false)->GetPosition(), (CPoint{192, 0}));
     }
 }
+
+ON_EVERY_TARGET(PlaneWire);

@@ -40,19 +40,4 @@ TEST_P(StampKernels_, AccumulationIsExactForAllValues) {
     }
 }
 
-TEST_P(StampKernels_, SoftEdgesAreTheSameToTheBit) {
-    std::vector<uint16_t> avCells[2];
-    for (size_t nRow = 0; nRow < 900; nRow += 7) {
-        const size_t nCount = 1000 + nRow % 13;
-        const TFalloff falloff{static_cast<double>(nRow % 3), -6.48 / (1500.0 * 1500.0)};
-        for (int n = 0; n < 2; ++n) {
-            avCells[n].assign(nCount + 1, 7);
-            (n ? VectorStampKernels() : PlainStampKernels())
-                .pFalloff(avCells[n].data(), nRow % 5, nCount, nRow, falloff);
-        }
-        ASSERT_EQ(avCells[0], avCells[1]) << nRow;
-        ASSERT_EQ(avCells[0].back(), 7);
-    }
-}
-
 ON_EVERY_TARGET(StampKernels_);

@@ -112,24 +112,6 @@ TEST_P(VectorKernels_, EveryPixelOnWhite) {
     }
 }
 
-TEST_P(VectorKernels_, EveryColourHasItsGrey) {
-    // Opaque colours on nothing: what comes out is the grey level itself.
-    std::vector<uint8_t> vR(ALL_PAIRS), vG(ALL_PAIRS), vB(ALL_PAIRS), vA(ALL_PAIRS, 255);
-    for (size_t i = 0; i < ALL_PAIRS; ++i)
-        vR[i] = static_cast<uint8_t>(i), vG[i] = static_cast<uint8_t>(i >> 8);
-    for (int b = 0; b < 256; ++b) {
-        std::fill(vB.begin(), vB.end(), static_cast<uint8_t>(b));
-        std::vector<uint8_t> avGrey[2], vAlpha[2];
-        for (int n = 0; n < 2; ++n) {
-            avGrey[n].resize(ALL_PAIRS), vAlpha[n].resize(ALL_PAIRS);
-            (n ? PlainKernels() : VectorKernels())
-                .pGeneralColorOnGrey({avGrey[n].data(), vAlpha[n].data()},
-                                     {vR.data(), vG.data(), vB.data(), vA.data()}, 255, nullptr, ALL_PAIRS);
-        }
-        ASSERT_EQ(avGrey[0], avGrey[1]) << b;
-    }
-}
-
 TEST_P(VectorKernels_, EveryLengthAndNothingBeyond) {
     const TPlanes planes(200, 5);
     for (size_t n = 0; n <= 130; ++n) {

@@ -1,6 +1,5 @@
 #include "core/RasterStroke/RasterPencilStroke.h"
 
-#include "core/IniConfig/GlobalSwitches.h"
 #include "session/VirtualClock.h"
 #include "system/ImageCodecs.h"
 #include "tests/support/MemoryFiles.h"
@@ -22,11 +21,11 @@ protected:
         return std::accumulate(m_v.begin(), m_v.end(), 0.0) / 65535;
     }
     std::vector<uint16_t> Values(const TBrushParam& param, int nPredict, uint32_t uPressure = 1024,
-                                 uint32_t uAltitude = 90, bool bCodecs = true) {
+                                 uint32_t uAltitude = 90) {
         CStrokeRandom random(9);
         TStrokeSetup setup{.szCanvas = {96, 96}, .param = param, .clock = m_clock, .random = random};
         setup.nPredict = nPredict;
-        setup.pCodecs = bCodecs ? &m_codecs : nullptr;
+        setup.pCodecs = &m_codecs;
         CRasterPencilStroke stroke(setup);
         for (int n = 0; n < 12; ++n) {
             stroke.AddCtlPoint({80 + 50 * n, 384}, uPressure, uAltitude);
@@ -64,8 +63,6 @@ TEST_F(Pencil, PressureIsTheNumberOfGrainsAndTiltSpreadsThem) {
     param.AltitParam = 3;
     Draw(param, 600, 35);
     EXPECT_GT(HalfWidth(), 30);
-    param.AltitParam = 6;
-    EXPECT_THROW(Draw(param), constraint_violation_as<invalid_argument>);
 }
 
 TEST_F(Pencil, LinesRepeatAndThePredictionLeavesNoMark) {
@@ -74,9 +71,6 @@ TEST_F(Pencil, LinesRepeatAndThePredictionLeavesNoMark) {
         param.PencilTexture = uTexture;
         const auto v = Values(param, 0);
         for (const int nPredict : {0, 3}) EXPECT_EQ(v, Values(param, nPredict));
-        g_Switches.m_bEnableSSE2 = 0;
-        EXPECT_EQ(v, Values(param, 0)) << "nor does it matter which kernels run";
-        g_Switches.m_bEnableSSE2 = 1;
     }
 }
 
@@ -105,10 +99,6 @@ TEST_F(Pencil, PaperKeepsGraphiteInItsHollows) {
         for (int n = 0; n < 512; ++n) EXPECT_LT(std::abs(texture.At(512 + n, 0) - texture.At(n, 511)), 100);
     }
     EXPECT_EQ(setPictures.size(), 3u);
-    param.PencilTexture = 4;
-    EXPECT_THROW(Draw(param), constraint_violation_as<defect_logic>);
-    param.PencilTexture = 1;
-    EXPECT_THROW(Values(param, 0, 1024, 90, false), constraint_violation_as<defect_logic>);
 }
 
 TEST(PencilSpread, BendsAtItsAngleAndStopsAtBothEnds) {

@@ -1,6 +1,5 @@
 #include "core/RasterStroke/RasterBrushStroke.h"
 
-#include "core/IniConfig/GlobalSwitches.h"
 #include "core/Platform/System.h"
 #include "core/RasterStroke/StrokePrediction.h"
 #include "session/VirtualClock.h"
@@ -61,9 +60,6 @@ TEST(RasterStroke, ThePictureKnowsNoClock) {
     for (const bool bDouble : {false, true}) {
         const auto vWhole = DrawLoop(rough, {.bDouble = bDouble, .nUpdateEvery = 1000});
         EXPECT_GT(std::count_if(vWhole.begin(), vWhole.end(), [](uint16_t u) { return u > 20000; }), 200);
-        g_Switches.m_bEnableSSE2 = 0;
-        EXPECT_EQ(vWhole, DrawLoop(rough, {.bDouble = bDouble})) << "nor which kernels run";
-        g_Switches.m_bEnableSSE2 = 1;
         // With a pace of 2 one step a call.
         for (TRun run :
              {TRun{}, {.uPace = 2}, {.uPace = 2, .bDrainEach = false}, {.nPredict = 1}, {.nPredict = 3}}) {
