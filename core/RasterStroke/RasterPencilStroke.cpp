@@ -161,6 +161,7 @@ void CRasterPencilStroke::AddGrain(uint16_t* pStamp, const TThrow& params, CPoin
     const CPoint ptFirst{(ptCell.x >> 3) + mark.x + nHalf, (ptCell.y >> 3) + mark.y + nHalf};
     const CRect rc = CRect(ptFirst, CSize{mark.nWidth, mark.nHeight}).Intersect({0, 0, 2 * nHalf, 2 * nHalf});
     const size_t nStride = StampStride(params.uHalfSize);
+    if (rc.IsEmpty()) return;
     const bool bCut = rc.Width() < mark.nWidth;
     for (int32_t y = rc.top; y < rc.bottom; ++y) {
         uint16_t* pRow = pStamp + STAMP_MARGIN + static_cast<size_t>(y) * nStride + rc.left;
