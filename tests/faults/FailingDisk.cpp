@@ -11,13 +11,8 @@
 
 namespace {
 
-thread_local bool t_bCounts = false;
-thread_local int t_nPaused = 0;
-thread_local uint64_t t_uCount = 0;
-thread_local uint64_t t_uFail = 0;
-
 bool Fails(int nError) {
-    if (!t_bCounts || t_nPaused != 0 || ++t_uCount != t_uFail) return false;
+    if (!CFailingDisk::CountOne()) return false;
     errno = nError;
     return true;
 }
@@ -29,17 +24,6 @@ Function* Real(Function*, const char* pszName) {
 }
 
 } // namespace
-
-CFailingDisk::CFailingDisk(uint64_t uFail) {
-    t_uCount = 0;
-    t_uFail = uFail;
-    t_bCounts = true;
-}
-CFailingDisk::~CFailingDisk() { t_bCounts = false; }
-uint64_t CFailingDisk::GetCount() { return t_uCount; }
-
-CUnfailingDisk::CUnfailingDisk() { ++t_nPaused; }
-CUnfailingDisk::~CUnfailingDisk() { --t_nPaused; }
 
 #define REAL(fn) Real(fn, #fn)
 #define OURS extern "C" __attribute__((visibility("default")))

@@ -42,16 +42,10 @@ private:
 
 const TOwnCode g_ownCode;
 
-thread_local bool t_bCounts = false;
-thread_local TFailing t_failing;
-thread_local int t_nPaused = 0;
-thread_local uint64_t t_uCount = 0;
-thread_local uint64_t t_uFail = 0;
-
 bool Fails(const void* pCaller) {
-    if (!t_bCounts || t_nPaused != 0 || (t_failing.bOwn && !g_ownCode.Has(pCaller))) return false;
-    ++t_uCount;
-    return t_uCount == t_uFail || (t_failing.bOn && t_uFail != 0 && t_uCount > t_uFail);
+    if (!CFailingMemory::IsCounting()) return false;
+    if (CFailingMemory::GetFailing().bOwn && !g_ownCode.Has(pCaller)) return false;
+    return CFailingMemory::CountOne();
 }
 
 void* Take(size_t n, size_t nAlignment, const void* pCaller) {
@@ -66,18 +60,6 @@ void* TakeOrThrow(size_t n, size_t nAlignment, const void* pCaller) {
 }
 
 } // namespace
-
-CFailingMemory::CFailingMemory(uint64_t uFail, TFailing failing) {
-    t_uCount = 0;
-    t_failing = failing;
-    t_uFail = uFail;
-    t_bCounts = true;
-}
-CFailingMemory::~CFailingMemory() { t_bCounts = false; }
-uint64_t CFailingMemory::GetCount() { return t_uCount; }
-
-CUnfailingMemory::CUnfailingMemory() { ++t_nPaused; }
-CUnfailingMemory::~CUnfailingMemory() { --t_nPaused; }
 
 void* operator new(size_t n) { return TakeOrThrow(n, 1, __builtin_return_address(0)); }
 void* operator new[](size_t n) { return TakeOrThrow(n, 1, __builtin_return_address(0)); }
