@@ -1,6 +1,8 @@
 // vellumcraft-session as its user meets it: what it writes and says, its exit code, its worker processes.
 #include "tests/support/ProgramTest.h"
 
+#include "TestPaths.h"
+
 #include <pty.h>
 #include <unistd.h>
 

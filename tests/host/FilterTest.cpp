@@ -2,6 +2,8 @@
 #include "system/GifWriter.h"
 #include "tests/support/ProgramTest.h"
 
+#include "TestPaths.h"
+
 #include <QRandomGenerator>
 
 #include <map>

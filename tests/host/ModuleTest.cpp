@@ -4,6 +4,8 @@
 #include "system/FileStore.h"
 #include "tests/support/TempFolder.h"
 
+#include "TestPaths.h"
+
 #include <gtest/gtest.h>
 
 namespace {

@@ -5,6 +5,8 @@
 #include "tests/session/ScriptedSession.h"
 #include "tests/support/TestClient.h"
 
+#include "TestPaths.h"
+
 #include <gtest/gtest.h>
 
 #include <fstream>

@@ -3,6 +3,8 @@
 
 #include "core/CanvasBuffer/CanvasBuffer.h"
 
+#include "TestPaths.h"
+
 #include <boost/make_shared.hpp>
 
 #include <fstream>

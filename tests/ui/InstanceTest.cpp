@@ -8,6 +8,8 @@
 #include "system/FileStore.h"
 #include "tests/support/TempFolder.h"
 
+#include "TestPaths.h"
+
 #include <QLocalSocket>
 
 #include <future>
