@@ -43,11 +43,10 @@ TOutlinePoints JoinSides(const TStretch& stretch, const IOutlineTerm* pBegin, co
 
 // True when no cut and no hidden stretch touches the piece.
 bool IsVisible(const TSidePiece& piece, const std::vector<TOutlineCut>& vCuts) {
-    const auto nBefore =
-        std::count_if(vCuts.begin(), vCuts.end(), [&](const auto& cut) { return cut.t <= piece.tBegin; });
-    const auto nTouching =
-        std::count_if(vCuts.begin(), vCuts.end(), [&](const auto& cut) { return cut.t < piece.tEnd; });
-    return nBefore == nTouching && nBefore % 2 == 0;
+    const auto itTouching = std::upper_bound(vCuts.begin(), vCuts.end(), piece.tBegin,
+                                             [](uint32_t t, const auto& cut) { return t < cut.t; });
+    return (itTouching == vCuts.end() || itTouching->t >= piece.tEnd) &&
+           (itTouching - vCuts.begin()) % 2 == 0;
 }
 
 // The ground that half a piece covers from side to side.
@@ -91,13 +90,14 @@ std::vector<TPolyBezier> BuildOutline(const TOutlineSource& given) {
     TOutlineSource source = given;
     for (TOutlinePoint& anchor : source.vAnchors)
         anchor.anchor = CheckedAdd(anchor.anchor, {-ptOrigin.x, -ptOrigin.y});
+    source.vCuts = EffectiveCuts(source);
     const auto vCuts = PlaceCuts(source);
     if (source.vWidths.empty())
         source.vWidths.push_back({LastParameter(source.vAnchors) / 2, {source.uWidth, source.uWidth}});
     if (source.wave.uWidth != 0 && source.vAnchors.size() > 1) source.vWidths = WaveWidths(source);
     const TSide left = BuildSide(SideOf(source, SIDE_LEFT));
     const TSide right = BuildSide(SideOf(source, SIDE_RIGHT));
-    const auto vStretches = CutSides(left.vPoints, right.vPoints, vCuts);
+    const auto vStretches = CutSides(left, right, vCuts);
     std::vector<TPolyBezier> vOutlines;
     for (size_t i = 0; i < vStretches.size(); i += 2) {
         const TOutlinePoints vPoints = JoinSides(vStretches[i], i == 0 ? source.pBegin : nullptr,

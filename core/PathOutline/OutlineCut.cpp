@@ -4,41 +4,89 @@
 #include "core/PathOutline/WidthProfile.h"
 
 #include <algorithm>
-
 #include <numbers>
 
 namespace {
 
 constexpr int64_t REACH = 3; ///< times the half-width
+/// How exact a crossing's fraction is: a chord of FindCrossing.
+constexpr uint32_t CHORD = BEZIER_T_RESOLUTION / (16 * 50) + 1;
 
-// The parts before and behind the place where the line meets the side nearest to the line's start; both empty
-// when it does not.
-std::pair<TOutlinePoints, TOutlinePoints> CutByLine(const TOutlinePoints& vSide, const CBezier& line) {
-    size_t idxBest = 0;
-    uint32_t fBest = 0;
-    int64_t nBest = -1;
-    for (size_t i = 0; i + 1 < vSide.size(); ++i) {
-        const CBezier segment = SegmentOf(vSide[i], vSide[i + 1]);
-        const auto crossing = FindCrossing(segment, line);
-        if (!crossing) continue;
-        const CPoint ptAway = segment.PointAt(crossing->uFirst) - line.p0;
-        const int64_t nDistance = Dot(ptAway, ptAway);
-        if (nBest >= 0 && nDistance >= nBest) continue;
-        nBest = nDistance;
-        idxBest = i;
-        fBest = crossing->uFirst;
-    }
-    if (nBest < 0) return {};
-    const auto [head, tail] = SegmentOf(vSide[idxBest], vSide[idxBest + 1]).Split(fBest);
-    const auto itCut = vSide.begin() + static_cast<std::ptrdiff_t>(idxBest) + 1;
-    TOutlinePoints vFirst(vSide.begin(), itCut);
-    vFirst.back().fore = head.p1 - head.p0;
-    vFirst.push_back({head.p3, head.p2 - head.p3, {}});
-    TOutlinePoints vSecond{{tail.p0, {}, tail.p1 - tail.p0}};
-    vSecond.insert(vSecond.end(), itCut, vSide.end());
-    vSecond[1].back = tail.p2 - tail.p3;
-    return {vFirst, vSecond};
+// A place along a side, 16.16 as path parameters are: its point `i` lies at i * BEZIER_T_RESOLUTION.
+using TSidePlace = uint64_t;
+
+TSidePlace LastPlace(const TOutlinePoints& vSide) {
+    return (vSide.size() - 1) * TSidePlace{BEZIER_T_RESOLUTION};
 }
+
+// The first piece in the path's direction that ends behind `t`; null at the path's end.
+const TSidePiece* PieceAt(const std::vector<TSidePiece>& vPieces, EPathSide side, uint32_t t) {
+    const auto endsBehind = [](uint32_t tAt, const TSidePiece& piece) { return tAt < piece.tEnd; };
+    if (side == SIDE_LEFT) {
+        const auto it = std::upper_bound(vPieces.begin(), vPieces.end(), t, endsBehind);
+        return it == vPieces.end() ? nullptr : &*it;
+    }
+    const auto it = std::upper_bound(vPieces.rbegin(), vPieces.rend(), t, endsBehind);
+    return it == vPieces.rend() ? nullptr : &*it;
+}
+
+// The side's own point at `t`: at the same fraction of its half piece, where a piece is missing the start of
+// the next one.
+TSidePlace OwnPlace(const TSide& source, EPathSide side, uint32_t t) {
+    const TSidePiece* pPiece = PieceAt(source.vPieces, side, t);
+    if (!pPiece) return side == SIDE_LEFT ? LastPlace(source.vPoints) : 0;
+    const uint32_t tIn = std::max(t, pPiece->tBegin) - pPiece->tBegin;
+    auto f = static_cast<uint32_t>(MulDiv(tIn, BEZIER_T_RESOLUTION, pPiece->tEnd - pPiece->tBegin));
+    if (side == SIDE_RIGHT) f = BEZIER_T_RESOLUTION - f;
+    // The piece's three points are two of the side's steps.
+    return (pPiece->idxMiddle - 1) * TSidePlace{BEZIER_T_RESOLUTION} + 2 * f;
+}
+
+// Looks for the place where a line from a cut's position meets a side nearest to that position.
+class CLineSearch {
+public:
+    CLineSearch(const TOutlinePoints& vSide, const CBezier& line) : m_vSide(vSide), m_line(line) {}
+
+    void Offer(size_t idx) {
+        const CBezier segment = SegmentOf(m_vSide[idx], m_vSide[idx + 1]);
+        const auto last = FindCrossing(segment, m_line);
+        if (!last) return;
+        Take(idx, segment, last->uFirst);
+        if (CountSides(segment) <= 2) return;
+        const auto first = FindCrossing(segment.Reverse(), m_line);
+        if (first && BEZIER_T_RESOLUTION - first->uFirst + 2 * CHORD < last->uFirst)
+            Take(idx, segment, BEZIER_T_RESOLUTION - first->uFirst);
+    }
+    bool HasMet() const { return m_nBest >= 0; }
+    TSidePlace GetPlace() const { return m_place; }
+
+private:
+    // How often the control points change sides of the line, and one: the curve meets it no more often than
+    // they do.
+    int CountSides(const CBezier& segment) const {
+        int nCount = 0;
+        bool bAbove = false;
+        for (const CPoint pt : {segment.p0, segment.p1, segment.p2, segment.p3}) {
+            const int64_t nAside = Cross(m_line.p3 - m_line.p0, pt - m_line.p0);
+            if (nAside == 0 || (nCount > 0 && bAbove == (nAside > 0))) continue;
+            bAbove = nAside > 0;
+            ++nCount;
+        }
+        return nCount;
+    }
+    void Take(size_t idx, const CBezier& segment, uint32_t f) {
+        const CPoint ptAway = segment.PointAt(f) - m_line.p0;
+        const int64_t nDistance = Dot(ptAway, ptAway);
+        if (HasMet() && nDistance >= m_nBest) return;
+        m_nBest = nDistance;
+        m_place = idx * TSidePlace{BEZIER_T_RESOLUTION} + f;
+    }
+
+    const TOutlinePoints& m_vSide;
+    const CBezier& m_line;
+    int64_t m_nBest = -1;
+    TSidePlace m_place = 0;
+};
 
 // The cut's direction toward the left side.
 CPoint DirectionOf(const TPlacedCut& cut) {
@@ -47,42 +95,107 @@ CPoint DirectionOf(const TPlacedCut& cut) {
             static_cast<int32_t>(turn.dSin * cut.tangent.x + turn.dCos * cut.tangent.y)};
 }
 
+// The place where a cut divides a side. The line is followed only along the stretch of the side that stays
+// within its reach: another part of the stroke that comes near is not what is cut.
+TSidePlace FindPlace(const TSide& source, EPathSide side, const TPlacedCut& cut) {
+    const TOutlinePoints& vSide = source.vPoints;
+    const TSidePlace own = OwnPlace(source, side, cut.t);
+    const int64_t nReach = REACH * cut.auWidth[side];
+    const CPoint way = Scale(DirectionOf(cut), side == SIDE_LEFT ? nReach : -nReach);
+    if (IsZero(way)) return own;
+    const auto isWithin = [&](const TOutlinePoint& point) {
+        const CPoint away = point.anchor - cut.position;
+        return Dot(away, away) <= nReach * nReach;
+    };
+    const CBezier line = CBezier::Line(cut.position, CheckedAdd(cut.position, way));
+    CLineSearch search(vSide, line);
+    const size_t idxOwn = std::min<size_t>(own / BEZIER_T_RESOLUTION, vSide.size() - 2);
+    search.Offer(idxOwn);
+    for (size_t i = idxOwn; i > 0 && isWithin(vSide[i]); --i) search.Offer(i - 1);
+    for (size_t i = idxOwn + 1; i + 1 < vSide.size() && isWithin(vSide[i]); ++i) search.Offer(i);
+    if (!search.HasMet()) return own;
+    // Nothing thinner than a crossing is exact may be left at the side's ends.
+    if (search.GetPlace() < CHORD) return 0;
+    return LastPlace(vSide) - search.GetPlace() < CHORD ? LastPlace(vSide) : search.GetPlace();
+}
+
+// The part of a side from one place to another.
+TOutlinePoints PartOf(const TOutlinePoints& vSide, TSidePlace from, TSidePlace to) {
+    const auto split = [&](TSidePlace at, size_t idx) {
+        return SegmentOf(vSide[idx], vSide[idx + 1])
+            .Split(static_cast<uint32_t>(at - idx * BEZIER_T_RESOLUTION));
+    };
+    const size_t idxFrom = std::min<size_t>(from / BEZIER_T_RESOLUTION, vSide.size() - 2);
+    if (from == to) {
+        const TOutlinePoint point{split(from, idxFrom).first.p3, {}, {}};
+        return {point, point};
+    }
+    const size_t idxTo = (to - 1) / BEZIER_T_RESOLUTION;
+    CBezier first = split(from, idxFrom).second;
+    CBezier last = split(to, idxTo).first;
+    if (idxFrom == idxTo) {
+        const auto uFrom = static_cast<int64_t>(from - idxFrom * BEZIER_T_RESOLUTION);
+        const auto uTo = static_cast<int64_t>(to - idxTo * BEZIER_T_RESOLUTION);
+        first = last = last.Split(static_cast<uint32_t>(MulDiv(uFrom, BEZIER_T_RESOLUTION, uTo))).second;
+    }
+    TOutlinePoints vPart{{first.p0, {}, first.p1 - first.p0}};
+    vPart.insert(vPart.end(), vSide.begin() + static_cast<std::ptrdiff_t>(idxFrom) + 1,
+                 vSide.begin() + static_cast<std::ptrdiff_t>(idxTo) + 1);
+    vPart.push_back({last.p3, last.p2 - last.p3, {}});
+    vPart[1].back = first.p2 - first.p3;
+    vPart[vPart.size() - 2].fore = last.p1 - last.p0;
+    return vPart;
+}
+
 } // namespace
+
+std::vector<TOutlineCut> EffectiveCuts(const TOutlineSource& source) {
+    std::vector<TOutlineCut> vCuts;
+    for (TOutlineCut cut : source.vCuts) {
+        cut.t = std::min(cut.t, LastParameter(source.vAnchors));
+        if (!vCuts.empty() && vCuts.back().t == cut.t)
+            vCuts.pop_back();
+        else
+            vCuts.push_back(cut);
+    }
+    return vCuts;
+}
 
 std::vector<TPlacedCut> PlaceCuts(const TOutlineSource& source) {
     const auto vSegments = SegmentsOf(source.vAnchors);
     if (vSegments.empty() || source.vCuts.empty()) return {};
     const CPathLengths lengths(vSegments);
     std::vector<TPlacedCut> vCuts;
-    for (const TOutlineCut& cut : source.vCuts) {
-        const uint32_t t = std::min(cut.t, LastParameter(source.vAnchors));
+    for (const auto& [t, nAngle] : source.vCuts) {
         const size_t idx = std::min<size_t>(t / BEZIER_T_RESOLUTION, vSegments.size() - 1);
         const uint32_t f = t - static_cast<uint32_t>(idx) * BEZIER_T_RESOLUTION;
         const auto widthOf = [&](EPathSide side) {
             return WidthAt(lengths, source.vWidths, source.uWidth, t, side);
         };
-        vCuts.push_back({vSegments[idx].PointAt(f),
+        vCuts.push_back({t,
+                         vSegments[idx].PointAt(f),
                          vSegments[idx].TangentAt(f),
-                         cut.nAngle % 360,
+                         nAngle % 360,
                          {widthOf(SIDE_LEFT), widthOf(SIDE_RIGHT)}});
     }
     return vCuts;
 }
 
-std::vector<TStretch> CutSides(TOutlinePoints vLeft, TOutlinePoints vRight,
-                               const std::vector<TPlacedCut>& vCuts) {
+std::vector<TStretch> CutSides(const TSide& left, const TSide& right, const std::vector<TPlacedCut>& vCuts) {
+    if (left.vPoints.size() < 2 || right.vPoints.size() < 2) return {{left.vPoints, right.vPoints}};
     std::vector<TStretch> vStretches;
-    for (const TPlacedCut& cut : vCuts) {
-        if (vLeft.size() < 2 || vRight.size() < 2) break;
-        const CPoint direction = DirectionOf(cut);
-        const CPoint toLeft = Scale(direction, REACH * cut.auWidth[SIDE_LEFT]);
-        const CPoint toRight = Scale(direction, -REACH * cut.auWidth[SIDE_RIGHT]);
-        auto left = CutByLine(vLeft, CBezier::Line(cut.position, CheckedAdd(cut.position, toLeft)));
-        auto right = CutByLine(vRight, CBezier::Line(cut.position, CheckedAdd(cut.position, toRight)));
-        vStretches.push_back({std::move(left.first), std::move(right.second)});
-        vLeft = std::move(left.second);
-        vRight = std::move(right.first);
-    }
-    vStretches.push_back({std::move(vLeft), std::move(vRight)});
+    TSidePlace fromLeft = 0;
+    TSidePlace toRight = LastPlace(right.vPoints);
+    const auto append = [&](TSidePlace toLeft, TSidePlace fromRight) {
+        vStretches.push_back(
+            {PartOf(left.vPoints, fromLeft, toLeft), PartOf(right.vPoints, fromRight, toRight)});
+        fromLeft = toLeft;
+        toRight = fromRight;
+    };
+    // A slanted cut may reach over the next one: what is cut off already stays so.
+    for (const TPlacedCut& cut : vCuts)
+        append(std::max(fromLeft, FindPlace(left, SIDE_LEFT, cut)),
+               std::min(toRight, FindPlace(right, SIDE_RIGHT, cut)));
+    append(LastPlace(left.vPoints), 0);
     return vStretches;
 }

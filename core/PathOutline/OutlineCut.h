@@ -1,9 +1,10 @@
 // Cutting a stroke's sides across.
 #pragma once
 
-#include "core/PathOutline/Outline.h"
+#include "core/PathOutline/OutlineSide.h"
 
-/// A stretch of a stroke: the left side's part in the path's direction, the right side's against it.
+/// A stretch of a stroke: the left side's part in the path's direction, the right side's against it. A part
+/// of length 0 is its point twice, so that an end there keeps its tip.
 struct TStretch {
     TOutlinePoints vLeft;
     TOutlinePoints vRight;
@@ -11,16 +12,19 @@ struct TStretch {
 
 /// A cut where it lies, in outline units.
 struct TPlacedCut {
+    uint32_t t;
     CPoint position;
     CPoint tangent;                  ///< of the centre line
     int nAngle;                      ///< degrees
     std::array<uint32_t, 2> auWidth; ///< the stroke's half-widths there, without a wave
 };
 
+/// The cuts that have an effect: held on the path, sorted; two at one `t` cancel each other.
+std::vector<TOutlineCut> EffectiveCuts(const TOutlineSource& source);
+
 /// The cuts of a stroke with an anchor; the widths are eased between the width points around.
 std::vector<TPlacedCut> PlaceCuts(const TOutlineSource& source);
 
-/// The stretches from one cut to the next, from the path's start on. A side that a cut misses is empty from
-/// there on, and with it the cuts end.
-std::vector<TStretch> CutSides(TOutlinePoints vLeft, TOutlinePoints vRight,
-                               const std::vector<TPlacedCut>& vCuts);
+/// The stretches from one cut to the next, from the path's start on. A cut that misses a side takes that
+/// side's own point at its `t`. A side of one point is not cut.
+std::vector<TStretch> CutSides(const TSide& left, const TSide& right, const std::vector<TPlacedCut>& vCuts);

@@ -190,7 +190,8 @@ TSide BuildSide(const TSideSource& source) {
         a->back = b->fore = {};
         Append(side.vPoints, *a, *m, *b, piece.tBegin % BEZIER_T_RESOLUTION == 0);
         const uint32_t tFrom = source.side == SIDE_LEFT ? piece.tBegin : walk.GetLast() - piece.tEnd;
-        side.vPieces.push_back({tFrom, tFrom + (piece.tEnd - piece.tBegin), {*a, *m, *b}, abFolded});
+        side.vPieces.push_back(
+            {tFrom, tFrom + (piece.tEnd - piece.tBegin), {*a, *m, *b}, side.vPoints.size() - 2, abFolded});
     }
     if (side.vPoints.empty()) side.vPoints = BuildDot(source);
     return side;

@@ -21,6 +21,7 @@ struct TSidePiece {
     uint32_t tBegin; ///< in the path's direction, as tEnd
     uint32_t tEnd;
     std::array<TOutlinePoint, 3> aPoints; ///< in the side's direction
+    size_t idxMiddle;                     ///< of its middle among the side's points
     /// Halves that run against the centre line, because the stroke is wider than its bend.
     std::array<bool, 2> abFolded;
 };

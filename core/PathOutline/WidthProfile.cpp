@@ -59,8 +59,8 @@ int32_t CPathLengths::Between(uint32_t tFirst, uint32_t tLast) const {
 uint32_t WidthAt(const CPathLengths& lengths, const std::vector<TOutlineWidth>& vWidths, uint32_t uWidth,
                  uint32_t t, EPathSide side) {
     if (vWidths.empty()) return uWidth;
-    const auto itUpper =
-        std::find_if(vWidths.begin(), vWidths.end(), [&](const auto& w) { return w.t >= t; });
+    const auto itUpper = std::lower_bound(vWidths.begin(), vWidths.end(), t,
+                                          [](const auto& w, uint32_t tAt) { return w.t < tAt; });
     if (itUpper == vWidths.end()) return vWidths.back().auWidth[side];
     if (itUpper == vWidths.begin() || itUpper->t == t) return itUpper->auWidth[side];
     const auto itLower = itUpper - 1;
