@@ -7,6 +7,7 @@
 #include "core/Platform/Bitmap.h"
 #include "core/RasterBuffer/ColorRasterBuffer.h"
 
+#include <algorithm>
 #include <cstring>
 #include <optional>
 
@@ -135,10 +136,20 @@ void ReadHostChannels(CRasterBuffer& plane, const std::vector<THostChannel>& lst
 
 void WriteHostChannels(const std::vector<THostChannel>& lstHostChannels, CRasterBuffer& plane,
                        IHostImage& host, int32_t nLeft, int32_t nTop) {
+    // A host that takes no transparency gets the paper under it too: colours alone would bring back what was
+    // erased.
+    const bool bTransparency =
+        std::ranges::any_of(lstHostChannels, [](auto& channel) { return channel.nType == ctTransparency; });
+    const auto shownAt = [&](CPoint ptBlock) {
+        const auto spBlock = plane.GetBlockOrBlank(ptBlock);
+        if (bTransparency) return spBlock;
+        const auto spLaid = spBlock->Clone();
+        spLaid->LayOnWhite();
+        return spLaid;
+    };
     if (dynamic_cast<CColorRasterBuffer*>(&plane)) {
         plane.ForEachBlock([&](CPoint ptBlock) {
-            const auto spBlock =
-                boost::static_pointer_cast<CColorRasterBlockBuffer>(plane.GetBlockOrBlank(ptBlock));
+            const auto spBlock = boost::static_pointer_cast<CColorRasterBlockBuffer>(shownAt(ptBlock));
             const CRect rc = Offset(PlaneRectOf(plane, ptBlock), nLeft, nTop);
             ForEachTileChannel(lstHostChannels, *spBlock,
                                [&](const THostChannel& channel, const TPixelMemory& memory) {
@@ -148,7 +159,7 @@ void WriteHostChannels(const std::vector<THostChannel>& lstHostChannels, CRaster
         return;
     }
     CBitmapSession session{MakeBitmap(plane.GetSize())};
-    plane.WriteBitmap(session);
+    plane.ForEachBlock([&](CPoint ptBlock) { shownAt(ptBlock)->WriteBitmap(session); });
     plane.ForEachBlock([&](CPoint ptBlock) {
         const CRect rcPlane = PlaneRectOf(plane, ptBlock);
         const TLockedBits bits = Lock(*session.spBitmap, rcPlane, ELockMode::Read);

@@ -12,7 +12,8 @@ class CRasterBuffer;
 void ReadHostChannels(CRasterBuffer& plane, const std::vector<THostChannel>& lstHostChannels,
                       IHostImage& host, int32_t nLeft, int32_t nTop);
 
-/// The opposite: writes the plane's whole present extent. Nothing is composed here. Channels of unknown type
-/// receive what the channel before them in the list received.
+/// The opposite: writes the plane's whole present extent. Nothing is composed here. Without a transparency
+/// channel the pixels are laid on white first, by the screen's formula. Channels of unknown type receive what
+/// the channel before them in the list received.
 void WriteHostChannels(const std::vector<THostChannel>& lstHostChannels, CRasterBuffer& plane,
                        IHostImage& host, int32_t nLeft, int32_t nTop);

@@ -41,9 +41,12 @@ void OpenWindows(TSession& session) {
     session.spCanvas->GetRoot().SetActiveChild(session.spLayer);
     session.spFrame = CreateCanvasFrame(session.spCanvas);
     g_pMainFrame->OpenFrame(session.spFrame);
+    g_pMainFrame->QueueRecovery();
 }
 
 void WritePicture(TSession& session, IHostImage& host) {
+    // One undo too many takes the host's own picture out of the tree: no reason to erase it there.
+    if (session.spCanvas->GetRoot().GetChildren().empty()) return;
     WriteHostChannels(session.lstHostChannels, *session.spCanvas->Flatten(), host, session.ptHost.x,
                       session.ptHost.y);
 }
@@ -70,7 +73,9 @@ int16_t FilterStart(IHostImage& host, const TPlatform& platform) {
         session.lstHostChannels = {};
     } catch (const std::exception& e) {
         if (session.spFrame && session.spFrame->GetWindow())
-            platform.queue.Post({session.spFrame->GetWindow(), EMessage::Close});
+            Guarded([&] {
+                return platform.queue.Post({session.spFrame->GetWindow(), EMessage::Close}), true;
+            });
         ReportException(e);
     }
     return hostabi::noErr;

@@ -13,14 +13,17 @@ public:
         TSnapshotNote note;
     };
 
-    void Write(uint32_t uKey, std::string strBytes, const TSnapshotNote& note) override {
-        m_mapKept[uKey] = {std::move(strBytes), note};
+    void Write(uint32_t uKey, TFillBytes fnFill, const TSnapshotNote& note) override {
+        TKept kept{{}, note};
+        fnFill([&](std::string_view str) { return kept.strBytes += str, true; });
+        m_mapKept[uKey] = std::move(kept);
     }
+    bool Finish(uint32_t uKey) override { return m_mapKept.contains(uKey); }
     void Remove(uint32_t uKey) override { m_mapKept.erase(uKey); }
     bool IsBusy() override { return false; }
     bool TakeFailure() override { return false; }
     std::vector<TLeftSnapshot> FindLeft() override { return {}; }
-    std::optional<std::string> Read(const std::wstring&) override { return std::nullopt; }
+    std::unique_ptr<IFileReader> Open(const std::wstring&) override { return nullptr; }
     void Adopt(const std::wstring&, uint32_t) override {}
     std::wstring SetAside(const std::wstring&) override { return {}; }
     void Drop(const std::wstring&) override {}

@@ -3,10 +3,12 @@
 #include "core/Base/Text.h"
 #include "core/IniConfig/IniConfig.h"
 #include "core/IniConfig/IniText.h"
+#include "system/PackedFile.h"
 
 #include <algorithm>
 #include <ctime>
 #include <random>
+#include <set>
 
 #include <sys/stat.h>
 
@@ -100,7 +102,8 @@ std::vector<std::string> ListFolder(const fs::path& path) {
 
 } // namespace
 
-CSnapshotStore::CSnapshotStore(ILocations& locations) : m_locations(locations) {}
+CSnapshotStore::CSnapshotStore(ILocations& locations, bool bFindsLeft)
+    : m_locations(locations), m_bFindsLeft(bFindsLeft) {}
 
 bool CSnapshotStore::MakeFolder() {
     if (!m_pathFolder.empty()) return true;
@@ -130,20 +133,35 @@ fs::path CSnapshotStore::FileOf(const std::string& strName, const char* pszEndin
     return m_pathFolder / (strName + pszEnding);
 }
 
-void CSnapshotStore::Write(uint32_t uKey, std::string strBytes, const TSnapshotNote& note) {
+void CSnapshotStore::Write(uint32_t uKey, TFillBytes fnFill, const TSnapshotNote& note) {
     if (!BeginSession()) return;
-    m_setKeys.insert(uKey);
+    std::shared_future<bool>& whole = m_mapKeys[uKey];
     const std::string strName = NameOf(uKey);
-    m_worker.Add([this, pathDocument = FileOf(strName, DOCUMENT), pathNote = FileOf(strName, NOTE),
-                  strBytes = std::move(strBytes), strNote = NoteText(note)] {
-        if (!m_files.Replace(FromUtf8(pathNote.native()), strNote) ||
-            !m_files.Replace(FromUtf8(pathDocument.native()), strBytes))
-            m_bFailed = true;
+    const auto spDone = std::make_shared<std::promise<bool>>();
+    std::shared_future<bool> done = spDone->get_future().share();
+    m_worker.Add([this, spDone, pathDocument = FileOf(strName, DOCUMENT), pathNote = FileOf(strName, NOTE),
+                  fnFill = std::move(fnFill), strNote = NoteText(note)] {
+        bool bWhole = false;
+        try {
+            const auto pack = [&](const TWriteBytes& fnWrite) { return WritePacked(fnFill, fnWrite); };
+            bWhole = m_files.Replace(FromUtf8(pathNote.native()), strNote) &&
+                     m_files.ReplaceBy(FromUtf8(pathDocument.native()), pack);
+        } catch (const std::exception&) {
+            // No thread but the session's can tell the user; it asks for failures.
+        }
+        if (!bWhole) m_bFailed = true;
+        spDone->set_value(bWhole);
     });
+    whole = std::move(done);
+}
+
+bool CSnapshotStore::Finish(uint32_t uKey) {
+    const auto it = m_mapKeys.find(uKey);
+    return it != m_mapKeys.end() && it->second.valid() && it->second.get();
 }
 
 void CSnapshotStore::Remove(uint32_t uKey) {
-    if (m_setKeys.erase(uKey) == 0) return;
+    if (m_mapKeys.erase(uKey) == 0) return;
     m_worker.Add([pathDocument = FileOf(NameOf(uKey), DOCUMENT), pathNote = FileOf(NameOf(uKey), NOTE)] {
         Delete(pathDocument);
         Delete(pathNote);
@@ -164,7 +182,7 @@ TLeftSnapshot CSnapshotStore::Describe(const std::string& strName) {
 
 std::vector<TLeftSnapshot> CSnapshotStore::FindLeft() {
     std::vector<TLeftSnapshot> vLeft;
-    if (!MakeFolder()) return vLeft;
+    if (!m_bFindsLeft || !MakeFolder()) return vLeft;
     const std::vector<std::string> vFiles = ListFolder(m_pathFolder);
     std::set<std::string> setSessions;
     for (const std::string& strFile : vFiles) setSessions.insert(SessionOf(strFile));
@@ -186,13 +204,15 @@ std::vector<TLeftSnapshot> CSnapshotStore::FindLeft() {
     return vLeft;
 }
 
-std::optional<std::string> CSnapshotStore::Read(const std::wstring& strName) {
-    return m_files.Read(FromUtf8(FileOf(ToUtf8(strName), DOCUMENT).native()));
+std::unique_ptr<IFileReader> CSnapshotStore::Open(const std::wstring& strName) {
+    return OpenPacked(m_files.Open(FromUtf8(FileOf(ToUtf8(strName), DOCUMENT).native())));
 }
 
 void CSnapshotStore::Adopt(const std::wstring& strName, uint32_t uKey) {
     if (!BeginSession()) return;
-    m_setKeys.insert(uKey);
+    std::promise<bool> whole;
+    whole.set_value(true);
+    m_mapKeys[uKey] = whole.get_future().share();
     // The note first: a document without one can still be restored.
     for (const char* pszEnding : {NOTE, DOCUMENT})
         Rename(FileOf(ToUtf8(strName), pszEnding), FileOf(NameOf(uKey), pszEnding));

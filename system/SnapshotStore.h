@@ -8,28 +8,32 @@
 
 #include <atomic>
 #include <filesystem>
+#include <future>
 #include <map>
 #include <memory>
-#include <set>
 
 class ILocations;
 
-/// A snapshot is two files, SESSION-KEY.vlm and SESSION-KEY.ini with its note. A session holds a lock from
+/// A snapshot is two files, SESSION-KEY.vlm, packed (PackedFile.h), and SESSION-KEY.ini with its note; one of
+/// an earlier version is a plain project file. A session holds a lock from
 /// its first snapshot on, which ends with its process: what lies under a name whose lock is free has been
 /// left. Nothing is touched before the first snapshot; without a folder for application data nothing is kept.
-/// Files are written by a thread of its own, in the order of the calls.
+/// Files are packed and written by a thread of its own, in the order of the calls.
 class CSnapshotStore : public ISnapshotStore, boost::noncopyable {
 public:
-    explicit CSnapshotStore(ILocations& locations);
+    /// With `bFindsLeft` false FindLeft finds nothing: what a session that is played or recorded meets must
+    /// not depend on others.
+    explicit CSnapshotStore(ILocations& locations, bool bFindsLeft = true);
 
-    void Write(uint32_t uKey, std::string strBytes, const TSnapshotNote& note) override;
+    void Write(uint32_t uKey, TFillBytes fnFill, const TSnapshotNote& note) override;
+    bool Finish(uint32_t uKey) override;
     void Remove(uint32_t uKey) override;
     bool IsBusy() override { return m_worker.IsBusy(); }
     bool TakeFailure() override { return m_bFailed.exchange(false); }
 
     /// Also clears away what no document can be made from: notes and unfinished writes.
     std::vector<TLeftSnapshot> FindLeft() override;
-    std::optional<std::string> Read(const std::wstring& strName) override;
+    std::unique_ptr<IFileReader> Open(const std::wstring& strName) override;
     void Adopt(const std::wstring& strName, uint32_t uKey) override;
     /// The files get ".damaged" behind their names.
     std::wstring SetAside(const std::wstring& strName) override;
@@ -44,12 +48,13 @@ private:
     TLeftSnapshot Describe(const std::string& strName);
 
     ILocations& m_locations;
+    const bool m_bFindsLeft;
     CFileStore m_files;
     std::filesystem::path m_pathFolder; ///< empty while it is not known
     std::string m_strSession;
     std::unique_ptr<CFileLock> m_pLock; ///< this session's
     std::vector<std::unique_ptr<CFileLock>> m_vReserved;
-    std::set<uint32_t> m_setKeys; ///< that may have files
+    std::map<uint32_t, std::shared_future<bool>> m_mapKeys; ///< that may have files; true: they are whole
     std::atomic<bool> m_bFailed = false;
     CWorker m_worker; ///< the last member: its jobs use the others
 };

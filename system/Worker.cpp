@@ -47,6 +47,7 @@ void CWorker::Run() {
         std::function<void()>& fnJob = m_deqJobs.front();
         lock.unlock();
         fnJob();
+        fnJob = nullptr; // what it held may be much to free
         lock.lock();
         m_deqJobs.pop_front();
     }

@@ -13,6 +13,7 @@
 #include "ui/QtMessageBoxes.h"
 #include "ui/QtPanel.h"
 #include "ui/QtPen.h"
+#include "ui/QtSessionEnd.h"
 #include "ui/QtText.h"
 
 #include <QBuffer>
@@ -94,6 +95,10 @@ struct CQtPlatform::TParts {
     CQtClipboard m_clipboard;
     CTickClock m_clock;
     TPlatform m_platform;
+    CQtSessionEnd m_end{[this] {
+        CQtMainWindow* pMain = m_windows.GetMain();
+        if (pMain && !pMain->IsDestroyed()) SendMessage({pMain, EMessage::EndSession});
+    }};
 };
 
 CQtPlatform::CQtPlatform(CMessageQueue& queue, IFileStore& files, ILocations& locations, IModules& modules,

@@ -6,6 +6,7 @@
 #include "core/AppModule/AppModule.h"
 #include "core/AppModule/ErrorBox.h"
 #include "core/AppModule/MessageQueue.h"
+#include "core/Base/Failure.h"
 #include "core/Base/Text.h"
 #include "core/MainFrame/MainFrame.h"
 #include "core/MainFrame/SessionScope.h"
@@ -35,19 +36,18 @@ int Run(const TDesktopArguments& arguments, CInstance& instance, bool bFirst) {
     CMessageQueue queue;
     CModules modules;
     CImageCodecs codecs(g_Module.GetFiles());
-    CSnapshotStore snapshots(g_Module.GetLocations());
-    const CQtPlatform platform(queue, g_Module.GetFiles(), g_Module.GetLocations(), modules, codecs,
-                               snapshots);
     const std::wstring strRecord =
         arguments.strRecord.empty() ? FindRecordPath(g_Module.GetConfig()) : FromUtf8(arguments.strRecord);
+    CSnapshotStore snapshots(g_Module.GetLocations(), strRecord.empty());
+    const CQtPlatform platform(queue, g_Module.GetFiles(), g_Module.GetLocations(), modules, codecs,
+                               snapshots);
     const CRecording recording(platform.GetPlatform(), strRecord);
     CSessionScope session(recording.GetPlatform());
     try {
         CreateMainFrame();
         if (bFirst) instance.Listen([&](const CInstance::TPaths& vFiles) { TakeFiles(vFiles, queue); });
         TakeFiles(arguments.vFiles, queue);
-        // What a record does not have, whoever plays it would not find.
-        if (!recording.IsOn()) g_pMainFrame->QueueRecovery();
+        g_pMainFrame->QueueRecovery();
         session.Run();
         return 0;
     } catch (const std::exception& e) {
@@ -74,8 +74,14 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "vellumcraft: there is no display\n");
         return 1;
     }
-    CInstance instance(QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation).toStdString());
-    const auto start = arguments.bNewWindow ? CInstance::EStart::Alone : instance.Begin(arguments.vFiles);
-    if (start == CInstance::EStart::HandedOver) return 0;
-    return Run(arguments, instance, start == CInstance::EStart::First);
+    try {
+        CInstance instance(QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation).toStdString());
+        const auto start = arguments.bNewWindow ? CInstance::EStart::Alone : instance.Begin(arguments.vFiles);
+        if (start == CInstance::EStart::HandedOver) return 0;
+        return Run(arguments, instance, start == CInstance::EStart::First);
+    } catch (const std::exception& e) {
+        // Before there was a session that could show a box.
+        std::fprintf(stderr, "vellumcraft: %s\n", ToUtf8(DescribeException(e)).c_str());
+        return 1;
+    }
 }

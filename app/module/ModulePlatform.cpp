@@ -21,7 +21,7 @@ namespace {
 void RunScripted(const std::wstring& strScript, CIniConfigData& section, IModules& modules,
                  IImageCodecs& codecs, const std::function<void(const TPlatform&)>& fn) {
     CMessageQueue queue;
-    CSnapshotStore snapshots(g_Module.GetLocations());
+    CSnapshotStore snapshots(g_Module.GetLocations(), false);
     TSessionParts parts{g_Module.GetFiles(), g_Module.GetLocations(), modules, codecs};
     parts.pSnapshots = &snapshots;
     std::optional<CQtPlatform> windows;
@@ -56,9 +56,10 @@ void RunWithPlatform(const std::function<void(const TPlatform&)>& fn) {
         return RunScripted(strScript, *spSection, modules, codecs, fn);
     if (!EnsureApplication()) throw internal_error(L"RunWithPlatform: there is no window system.");
     CMessageQueue queue;
-    CSnapshotStore snapshots(g_Module.GetLocations());
+    const std::wstring strRecord = FindRecordPath(g_Module.GetConfig());
+    CSnapshotStore snapshots(g_Module.GetLocations(), strRecord.empty());
     const CQtPlatform platform(queue, g_Module.GetFiles(), g_Module.GetLocations(), modules, codecs,
                                snapshots);
-    const CRecording recording(platform.GetPlatform(), FindRecordPath(g_Module.GetConfig()));
+    const CRecording recording(platform.GetPlatform(), strRecord);
     fn(recording.GetPlatform());
 }

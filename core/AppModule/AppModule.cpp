@@ -5,6 +5,7 @@
 #include "core/Recovery/Recovery.h"
 
 #include <new>
+#include <utility>
 
 CAppModule g_AppModule;
 
@@ -12,12 +13,17 @@ CAppModule::CAppModule() = default;
 CAppModule::~CAppModule() = default;
 
 void CAppModule::SetPlatform(const TPlatform* pPlatform) {
-    m_pRecovery.reset();
-    m_pSettings.reset();
+    std::unique_ptr<CIniConfig> pSettings;
+    std::unique_ptr<CRecovery> pRecovery;
+    if (pPlatform) {
+        pSettings =
+            std::make_unique<CIniConfig>(CIniConfig::FindPath(pPlatform->locations), pPlatform->files);
+        pRecovery = std::make_unique<CRecovery>(pPlatform->snapshots, pPlatform->clock);
+    }
+    // A half-made session would look like a running one, and no other could begin.
+    m_pRecovery = std::move(pRecovery);
+    m_pSettings = std::move(pSettings);
     m_pPlatform = pPlatform;
-    if (!pPlatform) return;
-    m_pSettings = std::make_unique<CIniConfig>(CIniConfig::FindPath(pPlatform->locations), pPlatform->files);
-    m_pRecovery = std::make_unique<CRecovery>(pPlatform->snapshots, pPlatform->clock);
 }
 
 const TPlatform& CAppModule::GetPlatform() const {

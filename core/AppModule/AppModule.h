@@ -5,10 +5,11 @@
 #include "core/AppModule/MessageLoop.h"
 #include "core/Platform/Platform.h"
 
+#include <boost/container/flat_map.hpp>
+#include <boost/container/small_vector.hpp>
 #include <boost/noncopyable.hpp>
 #include <boost/shared_ptr.hpp>
 
-#include <map>
 #include <memory>
 #include <mutex>
 #include <thread>
@@ -23,6 +24,7 @@ public:
     ~CAppModule();
 
     /// Gives the application its outside for a session, null at its end. The record outlives the session.
+    /// Raises bad_alloc and leaves all as it was.
     void SetPlatform(const TPlatform* pPlatform);
     /// The outside; a self-check fails when no session runs.
     const TPlatform& GetPlatform() const;
@@ -50,7 +52,8 @@ private:
     std::unique_ptr<CRecovery> m_pRecovery;
     IWindow* m_pMainWindow = nullptr;
     mutable std::mutex m_mtxLoops; ///< the only lock of the session around its table
-    std::map<std::thread::id, boost::shared_ptr<CMessageLoop>> m_mapLoops;
+    /// With room for every session that there is as a rule: one whose loop is missing here does no idle work.
+    boost::container::small_flat_map<std::thread::id, boost::shared_ptr<CMessageLoop>, 4> m_mapLoops;
 };
 
 extern CAppModule g_AppModule;

@@ -30,6 +30,7 @@ constexpr int TIMER_SELECTION = 15;
 constexpr int TIMER_SELECTION_MS = 100;
 constexpr int TIMER_REFRESH = 16;
 constexpr int TIMER_REFRESH_MS = 500;
+constexpr int MOST_FAILED_CLOSINGS = 3;
 constexpr wchar_t PLACEMENT_SECTION[] = L"Canvas";
 
 // A value for as long as a scope runs.
@@ -84,10 +85,23 @@ void CCanvasFrame::UpdateModified() {
 }
 
 bool CCanvasFrame::OnMessage(const TMessage& msg) {
-    // A window whose closing failed stays: nobody was asked about what it shows.
-    bool bHandled = msg.id == EMessage::Close;
-    Guarded([&] { return bHandled = HandleMessage(msg); });
-    return bHandled;
+    bool bHandled = false;
+    bool bFailed = true;
+    Guarded([&] {
+        bHandled = HandleMessage(msg);
+        bFailed = false;
+        return true;
+    });
+    if (msg.id != EMessage::Close) return bHandled;
+    m_nFailedClosings = bFailed ? m_nFailedClosings + 1 : 0;
+    return bFailed ? !MayCloseUnasked() : bHandled;
+}
+
+// A window whose closing failed stays, since nobody was asked about what it shows; but not for good. Then its
+// document goes where the next start finds it.
+bool CCanvasFrame::MayCloseUnasked() {
+    if (m_nFailedClosings < MOST_FAILED_CLOSINGS) return false;
+    return !IsOnlyViewOfCanvas() || Guarded([&] { return g_AppModule.GetRecovery().Keep(m_spCanvas); });
 }
 
 bool CCanvasFrame::HandleMessage(const TMessage& msg) {
@@ -123,7 +137,7 @@ bool CCanvasFrame::HandleMessage(const TMessage& msg) {
             g_wpActiveFrame.reset();
             g_wpActiveView.reset();
         }
-        m_input.OnActivate();
+        Guarded([&] { return m_input.OnActivate(), true; });
         PostToMainFrame(WM_REFRESH_ALL);
         return true;
     default:
@@ -210,10 +224,15 @@ bool CCanvasFrame::OnClose() {
     if (!m_spCanvas->GetHistory().IsModified()) return recovery.Forget(*m_spCanvas), false;
     const EBoxAnswer answer = g_AppModule.GetPlatform().boxes.Show(
         m_pWindow, L"更新されています。保存しますか？", L"Vellumcraft", EBoxKind::YesNoCancelWarning);
+    if (answer == EBoxAnswer::Cancel) return true;
     if (answer == EBoxAnswer::Yes) OnCommand(ID_FILE_SAVE);
-    // What could not be saved keeps its snapshot.
-    if (answer == EBoxAnswer::No || !m_spCanvas->GetHistory().IsModified()) recovery.Forget(*m_spCanvas);
-    return answer == EBoxAnswer::Cancel;
+    if (answer == EBoxAnswer::No || !m_spCanvas->GetHistory().IsModified())
+        return recovery.Forget(*m_spCanvas), false;
+    // It was not to be lost, and no file has it.
+    if (recovery.Keep(m_spCanvas)) return false;
+    recovery.TakeFailure();
+    ShowErrorBox(g_strSnapshotNotWritten);
+    return true;
 }
 
 bool CCanvasFrame::HandlesCommand(int nId) {
@@ -236,7 +255,7 @@ bool CCanvasFrame::HandlesCommand(int nId) {
 
 bool CCanvasFrame::OnCommand(int nId) {
     TViewState view = m_view.GetState();
-    if (IsLayerCommand(nId)) return Guarded([&] { return OnTreeCommand(nId), true; });
+    if (IsLayerCommand(nId)) return OnTreeCommand(nId), true;
     switch (nId) {
     case ID_FILE_SAVE:
     case ID_FILE_SAVE_AS:
@@ -244,7 +263,8 @@ bool CCanvasFrame::OnCommand(int nId) {
         return true;
     case ID_EDIT_UNDO:
     case ID_EDIT_REDO:
-        return Guarded([&] { return OnUndoRedo(nId), true; });
+        OnUndoRedo(nId);
+        return true;
     case ID_VIEW_FLIP_V:
         view.bFlipV = !view.bFlipV;
         break;
@@ -268,18 +288,26 @@ bool CCanvasFrame::OnCommand(int nId) {
 }
 
 void CCanvasFrame::OnUndoRedo(int nId) {
-    m_spCanvas->CompleteWork();
-    if (nId == ID_EDIT_UNDO)
-        m_spCanvas->GetHistory().Undo();
-    else
-        m_spCanvas->GetHistory().Redo();
+    Guarded([&] {
+        m_spCanvas->CompleteWork();
+        if (nId == ID_EDIT_UNDO)
+            m_spCanvas->GetHistory().Undo();
+        else
+            m_spCanvas->GetHistory().Redo();
+        return true;
+    });
     RaiseRefresh();
     InvalidateAll();
 }
 
 void CCanvasFrame::OnTreeCommand(int nId) {
-    m_spCanvas->CompleteWork();
-    if (!DoLayerCommand(m_spCanvas, nId)) return;
+    // A command that failed halfway has changed what is shown all the same.
+    bool bChanged = true;
+    Guarded([&] {
+        m_spCanvas->CompleteWork();
+        return bChanged = DoLayerCommand(m_spCanvas, nId);
+    });
+    if (!bChanged) return;
     PostToMainFrame(WM_REFRESH_LAYERS);
     RaiseRefresh();
     InvalidateAll();

@@ -63,6 +63,7 @@ private:
     bool HandleMessage(const TMessage& msg);
     void OnCreate();
     bool OnClose();
+    bool MayCloseUnasked();
     bool OnCommand(int nId);
     void OnTimer(int nId);
     void OnSelectionTimer();
@@ -86,6 +87,7 @@ private:
     bool m_bScreenOld = true;      ///< canvas or view may have changed since the copy was refreshed
     bool m_bShownModified = false; ///< the title's mark
     bool m_bApplying = false;      ///< ApplyView runs
+    int m_nFailedClosings = 0;     ///< in a row
 };
 
 /// All open frames in creation order.

@@ -1,6 +1,7 @@
 #include "core/CanvasFrame/FrameInput.h"
 
 #include "core/AppModule/AppModule.h"
+#include "core/AppModule/ErrorBox.h"
 #include "core/AppModule/MessageQueue.h"
 #include "core/AppModule/PrivateMessages.h"
 #include "core/IniConfig/GlobalSwitches.h"
@@ -110,7 +111,10 @@ void CFrameInput::TurnPen(bool bEraser) {
 void CFrameInput::OnProximity(bool bEnter, bool bEraser) {
     const auto spTool = g_wpActiveTool.lock();
     if (!m_pTablet || !m_frame.IsActive() || !spTool || spTool->GetState() == STATE_MOUSE) return;
-    if (bEnter ? spTool->OnProximityEnter() : spTool->OnProximityLeave()) m_frame.RequestRedraw();
+    Guarded([&] {
+        if (bEnter ? spTool->OnProximityEnter() : spTool->OnProximityLeave()) m_frame.RequestRedraw();
+        return true;
+    });
     TurnPen(bEnter && bEraser);
 }
 
@@ -124,7 +128,7 @@ void CFrameInput::OnPointer(const TPointerInput& input) {
     if (m_bScrolling || m_bSpaceDown)
         DragHand(input);
     else if (spTool)
-        GiveToTool(*spTool, input);
+        Guarded([&] { return GiveToTool(*spTool, input), true; });
     window.SetCapture(IsDrawing(spTool) || m_bScrolling);
     UpdateCursor();
 }
@@ -186,8 +190,11 @@ bool CFrameInput::OnKey(const TMessage& msg, bool bDown) {
     } else if (nKey == VK_Escape) {
         if (bDown && IsDrawing(spTool)) CancelStroke(), bHandled = true;
     } else if (spTool && spTool->IsEnabled()) {
-        bHandled = spTool->ChangeKey(nKey, bDown);
-        if (bHandled) m_frame.RequestRedraw();
+        Guarded([&] {
+            bHandled = spTool->ChangeKey(nKey, bDown);
+            if (bHandled) m_frame.RequestRedraw();
+            return true;
+        });
         InvalidateOverlay();
     }
     UpdateCursor();
@@ -197,7 +204,10 @@ bool CFrameInput::OnKey(const TMessage& msg, bool bDown) {
 void CFrameInput::OnMouseLeave() {
     const auto spTool = g_wpActiveTool.lock();
     if (!m_frame.IsActive() || m_bSpaceDown || m_bScrolling || !spTool) return;
-    if (spTool->OnMouseLeave()) m_frame.RequestRedraw();
+    Guarded([&] {
+        if (spTool->OnMouseLeave()) m_frame.RequestRedraw();
+        return true;
+    });
     InvalidateOverlay();
 }
 
@@ -215,7 +225,10 @@ void CFrameInput::OnActivate() {
 
 void CFrameInput::CancelStroke() {
     const auto spTool = g_wpActiveTool.lock();
-    if (IsDrawing(spTool) && spTool->Cancel()) m_frame.RequestRedraw();
+    Guarded([&] {
+        if (IsDrawing(spTool) && spTool->Cancel()) m_frame.RequestRedraw();
+        return true;
+    });
     InvalidateOverlay();
 }
 

@@ -39,17 +39,6 @@ private:
     TBytes m_vWindow;
 };
 
-boost::shared_ptr<CCanvasBuffer> OpenProject(const std::wstring& strPath, IFileStore& files) {
-    auto upReader = files.Open(strPath);
-    if (!upReader) throw fileopen_error(strPath);
-    CDeserializer file(boost::shared_ptr<CWireImage>(new CFileImage(strPath, std::move(upReader))));
-    CDeserializer top;
-    file.ReadChunk(top);
-    auto spCanvas = boost::make_shared<CCanvasBuffer>();
-    spCanvas->Deserialize(top, strPath);
-    return spCanvas;
-}
-
 boost::shared_ptr<CCanvasBuffer> OpenPicture(const std::wstring& strPath, IImageCodecs& codecs) {
     CBitmapSession session{codecs.Load(strPath)};
     int32_t nWidth = 0;
@@ -67,11 +56,23 @@ boost::shared_ptr<CCanvasBuffer> OpenPicture(const std::wstring& strPath, IImage
 
 } // namespace
 
+boost::shared_ptr<CCanvasBuffer> ReadProject(std::unique_ptr<IFileReader> upReader,
+                                             const std::wstring& strName) {
+    if (!upReader) throw fileopen_error(strName);
+    CDeserializer file(boost::shared_ptr<CWireImage>(new CFileImage(strName, std::move(upReader))));
+    CDeserializer top;
+    file.ReadChunk(top);
+    auto spCanvas = boost::make_shared<CCanvasBuffer>();
+    spCanvas->Deserialize(top, {});
+    return spCanvas;
+}
+
 bool IsProjectFile(const std::wstring& strPath) { return EqualNoCase(ExtensionOf(strPath), L".vlm"); }
 
 boost::shared_ptr<CCanvasBuffer> OpenDocument(const std::wstring& strPath, IFileStore& files,
                                               IImageCodecs& codecs) {
-    const auto spCanvas = IsProjectFile(strPath) ? OpenProject(strPath, files) : OpenPicture(strPath, codecs);
+    const auto spCanvas =
+        IsProjectFile(strPath) ? ReadProject(files.Open(strPath), strPath) : OpenPicture(strPath, codecs);
     spCanvas->SetPath(strPath);
     spCanvas->SetTitle(std::wstring(FileNameOf(strPath)));
     return spCanvas;

@@ -4,6 +4,9 @@
 #include "core/CanvasBuffer/CanvasBuffer.h"
 #include "core/Platform/Dialogs.h"
 
+#include <memory>
+
+class IFileReader;
 class IFileStore;
 class IImageCodecs;
 
@@ -14,6 +17,11 @@ bool IsProjectFile(const std::wstring& strPath);
 /// transparency. Raises fileopen_error, loadimage_error or deserialize_error and leaves no canvas.
 boost::shared_ptr<CCanvasBuffer> OpenDocument(const std::wstring& strPath, IFileStore& files,
                                               IImageCodecs& codecs);
+
+/// The document of a project file's bytes, without a file of its own. Raises deserialize_error, or
+/// fileopen_error with `strName` when there is no reader or it fails.
+boost::shared_ptr<CCanvasBuffer> ReadProject(std::unique_ptr<IFileReader> upReader,
+                                             const std::wstring& strName);
 
 /// Writes the document as a project file beside the old one and renames it over that.
 /// Raises fileopen_error with the old file whole; on success the document counts as saved.

@@ -94,6 +94,9 @@ bool CMainFrame::HandleMessage(const TMessage& msg) {
     case EMessage::Destroy:
         OnDestroy();
         return false;
+    case EMessage::EndSession:
+        KeepDocuments();
+        return true;
     case EMessage::InitMenuPopup:
         OnInitMenuPopup();
         return true;
@@ -202,7 +205,7 @@ bool CMainFrame::SwitchTool(int nId) {
     g_wpActiveTool = spTool;
     PostToMainFrame(WM_REFRESH_TOOL);
     const auto spFrame = g_wpActiveFrame.lock();
-    if (spFrame) spFrame->InvalidateAll();
+    if (spFrame) Guarded([&] { return spFrame->InvalidateAll(), true; });
     return true;
 }
 
@@ -235,6 +238,22 @@ void CMainFrame::WatchDocuments() {
     if (!recovery.TakeFailure() || m_bToldSnapshots) return;
     m_bToldSnapshots = true;
     ShowErrorBox(g_strSnapshotNotWritten);
+}
+
+void CMainFrame::KeepDocuments() {
+    // A box would keep the process from ending until somebody answers it.
+    const auto unasked = [](const auto& fn) {
+        try {
+            fn();
+        } catch (const std::exception&) {
+            // What else can be kept is.
+        }
+    };
+    for (const auto& spFrame : g_lstCanvasFrame) {
+        const auto& spCanvas = spFrame->GetCanvas();
+        unasked([&] { spCanvas->CompleteWork(); });
+        if (spCanvas->GetHistory().IsModified()) unasked([&] { g_AppModule.GetRecovery().Keep(spCanvas); });
+    }
 }
 
 void CMainFrame::OnInitMenuPopup() {

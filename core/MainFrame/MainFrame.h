@@ -84,7 +84,8 @@ private:
     void OnInitMenuPopup();
     /// Marks the titles of changed documents and has their snapshots taken.
     void WatchDocuments();
-    void RestorePosition();
+    /// Leaves what is unsaved for the next start to offer.
+    void KeepDocuments();
     /// Closes a frame whose opening failed halfway.
     void AbandonFrame(const boost::shared_ptr<CCanvasFrame>& spFrame);
     void OnToggle(int nId);

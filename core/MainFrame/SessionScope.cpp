@@ -28,10 +28,12 @@ void DropMessages(IMessageQueue& queue) {
 
 } // namespace
 
+CSessionScope::CLoan::CLoan(const TPlatform& platform) { g_AppModule.SetPlatform(&platform); }
+CSessionScope::CLoan::~CLoan() { g_AppModule.SetPlatform(nullptr); }
+
 CSessionScope::CSessionScope(const TPlatform& platform)
-    : m_platform(platform), m_uCodecs(0), m_spLoop(boost::make_shared<CMessageLoop>()) {
-    g_AppModule.SetPlatform(&platform);
-    m_uCodecs = platform.codecs.Startup();
+    : m_platform(platform), m_spLoop(boost::make_shared<CMessageLoop>()), m_loan(platform),
+      m_uCodecs(platform.codecs.Startup()) {
     g_AppModule.AddMessageLoop(m_spLoop);
 }
 
@@ -49,5 +51,4 @@ CSessionScope::~CSessionScope() {
         m_platform.codecs.Shutdown(m_uCodecs);
     }
     m_spLoop->Clear();
-    g_AppModule.SetPlatform(nullptr);
 }

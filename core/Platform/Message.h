@@ -15,6 +15,7 @@ enum class EMessage : uint32_t {
     Paint = 0x000F,         ///< posted only for accounting; painting itself is IWindowClient::OnPaint
     Close = 0x0010,         ///< the user asks the window to close; unhandled: it is destroyed
     Quit = 0x0012,          ///< ends the message loop
+    EndSession = 0x0016,    ///< the process is being ended: keep what is unsaved, now and without a question
     KeyDown = 0x0100,       ///< wParam: virtual key; lParam: 1 for an auto-repeat
     KeyUp = 0x0101,         ///< wParam: virtual key
     SysKeyDown = 0x0104,    ///< as KeyDown, with Alt held

@@ -1,8 +1,11 @@
 // Where snapshots of unsaved documents are kept, so that a session that breaks off loses little.
 #pragma once
 
+#include "core/Platform/Files.h"
+
 #include <cstdint>
-#include <optional>
+#include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -20,14 +23,19 @@ struct TLeftSnapshot {
     bool bHasFile = false; ///< the document's own file is there
 };
 
+/// Hands a document's bytes on piece by piece; false when one of them was not taken.
+using TFillBytes = std::function<bool(const TWriteBytes&)>;
+
 /// A session's snapshots are named by keys of its own choice. What it neither removes nor adopts away stays
 /// when it ends. All calls come from the session's thread; none throws but for want of memory.
 class ISnapshotStore {
 public:
     virtual ~ISnapshotStore() = default;
-    /// Begins to keep `strBytes` under a key, in place of what is there; the old one stays until the new one
-    /// is whole.
-    virtual void Write(uint32_t uKey, std::string strBytes, const TSnapshotNote& note) = 0;
+    /// Begins to keep what `fnFill` hands on under a key, in place of what is there; the old one stays until
+    /// the new one is whole. `fnFill` is called once, as a rule later and on another thread, and then let go.
+    virtual void Write(uint32_t uKey, TFillBytes fnFill, const TSnapshotNote& note) = 0;
+    /// Waits until the key's snapshot has been written; true when it is whole.
+    virtual bool Finish(uint32_t uKey) = 0;
     /// Removes a key's snapshot, also one whose writing has begun.
     virtual void Remove(uint32_t uKey) = 0;
     /// True while something is being written.
@@ -37,8 +45,9 @@ public:
 
     /// What sessions have left that are gone, each of them reserved for this session until ReleaseLeft.
     virtual std::vector<TLeftSnapshot> FindLeft() = 0;
-    /// The bytes of a reserved snapshot, nullopt when they cannot be read.
-    virtual std::optional<std::string> Read(const std::wstring& strName) = 0;
+    /// The bytes of a reserved snapshot, null when they cannot be read. This and reading them raise
+    /// deserialize_error when they are damaged.
+    virtual std::unique_ptr<IFileReader> Open(const std::wstring& strName) = 0;
     /// Makes a reserved snapshot this session's own.
     virtual void Adopt(const std::wstring& strName, uint32_t uKey) = 0;
     /// Takes a reserved snapshot out of what FindLeft lists; returns where its file is now.

@@ -23,6 +23,7 @@ public:
     void ReadBitmap(CBitmapSession& session) override;
     void WriteBitmap(CBitmapSession& session) const override;
     void Clear() override { std::memset(m_pFirst, 0, GetPlaneBytes() * PLANES); }
+    void LayOnWhite() override;
     CSerializer Serialize() const override;
     /// The pixels as files hold them, one after the other.
     size_t GetWireSize() const override { return GetPlaneBytes() * PLANES; }

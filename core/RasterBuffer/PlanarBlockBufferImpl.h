@@ -6,6 +6,7 @@
 #include "core/RasterBuffer/PlanarBlockBuffer.h"
 #include "core/RasterBuffer/RasterBuffer.h"
 #include "core/RasterKernel/ReduceKernel.h"
+#include "core/RasterKernel/ResolveKernel.h"
 #include "core/RasterKernel/WireKernel.h"
 
 #include <boost/make_shared.hpp>
@@ -73,6 +74,17 @@ void CPlanarBlockBuffer<Tile, PLANES>::Deserialize(CDeserializer& reader) {
     else
         Deinterleave(static_cast<Tile*>(this)->Pixels(), pWire, GetPlaneBytes());
     reader.ExpectEnd();
+}
+
+template <class Tile, size_t PLANES>
+void CPlanarBlockBuffer<Tile, PLANES>::LayOnWhite() {
+    const uint8_t* pAlpha = GetAlpha();
+    for (size_t n = 0; n + 1 < PLANES; ++n) {
+        uint8_t* pPlane = GetPlane(n);
+        for (size_t i = 0; i < GetPlaneBytes(); ++i)
+            pPlane[i] = ResolveOnWhite(pPlane[i], CoverageOf(pAlpha[i]));
+    }
+    std::memset(GetAlpha(), 255, GetPlaneBytes());
 }
 
 template <class Tile, size_t PLANES>

@@ -57,6 +57,8 @@ public:
     virtual uint8_t GetPixelAlpha(CPoint pt) const = 0;
     /// Sets every pixel of a colour tile; a grey tile is left alone.
     virtual void Fill(TColor color, uint8_t uAlpha) = 0;
+    /// Makes every pixel opaque, as the screen shows it on white paper; coverage, which is no colour, stays.
+    virtual void LayOnWhite() {}
     /// The tile's chunk, which refers to the tile, so a shared_ptr must own that; copy-on-write keeps the
     /// chunk as it is.
     virtual CSerializer Serialize() const = 0;

@@ -1,6 +1,6 @@
 #include "core/Recovery/Recovery.h"
 
-#include "core/Base/Failure.h"
+#include "core/ImageFile/ImageFile.h"
 #include "core/IniConfig/GlobalSwitches.h"
 #include "core/Platform/System.h"
 
@@ -14,23 +14,11 @@ namespace {
 constexpr uint32_t PAUSE_MS = 1000;
 constexpr uint32_t MS_A_SECOND = 1000;
 
-std::string SerializeDocument(const CCanvasBuffer& canvas) {
-    CSerializer file;
-    file.WriteChunk(canvas.Serialize());
-    std::string strBytes;
-    strBytes.reserve(file.GetLength());
-    file.WriteOut([&](std::string_view strPiece) { return strBytes.append(strPiece), true; });
-    return strBytes;
-}
-
-boost::shared_ptr<CCanvasBuffer> DeserializeDocument(const std::string& strBytes,
-                                                     const std::wstring& strPath) {
-    CDeserializer file(boost::make_shared<TBytes>(strBytes.begin(), strBytes.end()));
-    CDeserializer top;
-    file.ReadChunk(top);
-    const auto spCanvas = boost::make_shared<CCanvasBuffer>();
-    spCanvas->Deserialize(top, strPath);
-    return spCanvas;
+// Holds the document's tiles, not their bytes: whoever draws on replaces a tile by its clone.
+TFillBytes SerializeDocument(const CCanvasBuffer& canvas) {
+    const auto spFile = boost::make_shared<CSerializer>();
+    spFile->WriteChunk(canvas.Serialize());
+    return [spFile](const TWriteBytes& fnWrite) { return spFile->WriteOut(fnWrite); };
 }
 
 } // namespace
@@ -65,10 +53,22 @@ void CRecovery::Watch(const boost::shared_ptr<CCanvasBuffer>& spCanvas) {
     TEntry& entry = FindEntry(spCanvas);
     NoteChanges(entry, history.GetChangeCount());
     if (history.IsUnfinished() || !IsDue(entry) || m_store.IsBusy()) return;
+    Write(entry, *spCanvas);
+}
+
+void CRecovery::Write(TEntry& entry, const CCanvasBuffer& canvas) {
     entry.bPending = false;
     entry.bGivenUp = true;
-    m_store.Write(entry.uKey, SerializeDocument(*spCanvas), {spCanvas->GetPath(), spCanvas->GetTitle(), {}});
+    m_store.Write(entry.uKey, SerializeDocument(canvas), {canvas.GetPath(), canvas.GetTitle(), {}});
     entry.bGivenUp = false;
+}
+
+bool CRecovery::Keep(const boost::shared_ptr<CCanvasBuffer>& spCanvas) {
+    TEntry& entry = FindEntry(spCanvas);
+    NoteChanges(entry, spCanvas->GetHistory().GetChangeCount());
+    if (!entry.bPending && m_store.Finish(entry.uKey)) return true;
+    Write(entry, *spCanvas);
+    return m_store.Finish(entry.uKey);
 }
 
 void CRecovery::Forget(const CCanvasBuffer& canvas) {
@@ -79,9 +79,8 @@ void CRecovery::Forget(const CCanvasBuffer& canvas) {
 }
 
 boost::shared_ptr<CCanvasBuffer> CRecovery::Restore(const TLeftSnapshot& left) {
-    const auto strBytes = m_store.Read(left.strName);
-    if (!strBytes) throw fileopen_error(left.note.strTitle);
-    const auto spCanvas = DeserializeDocument(*strBytes, left.bHasFile ? left.note.strPath : std::wstring());
+    const auto spCanvas = ReadProject(m_store.Open(left.strName), left.note.strTitle);
+    if (left.bHasFile) spCanvas->SetPath(left.note.strPath);
     if (!left.note.strTitle.empty()) spCanvas->SetTitle(left.note.strTitle);
     spCanvas->GetHistory().SetModified(true);
     TEntry& entry = FindEntry(spCanvas);

@@ -25,6 +25,9 @@ public:
     /// Idle work for one document: follows its changes, takes a snapshot that is due. Raises what Serialize
     /// raises; that document is then left alone until it has been saved.
     void Watch(const boost::shared_ptr<CCanvasBuffer>& spCanvas);
+    /// Takes a snapshot now of what none has yet, also when AutoSaveSeconds is 0, and waits until it is on
+    /// the disk. False when it cannot be there; raises what Serialize raises.
+    bool Keep(const boost::shared_ptr<CCanvasBuffer>& spCanvas);
     /// The document is closed and nothing of it is to be kept.
     void Forget(const CCanvasBuffer& canvas);
     /// True once after a snapshot could not be written.
@@ -54,6 +57,7 @@ private:
     TEntry& FindEntry(const boost::shared_ptr<CCanvasBuffer>& spCanvas);
     void NoteChanges(TEntry& entry, uint32_t uChanges);
     bool IsDue(const TEntry& entry) const;
+    void Write(TEntry& entry, const CCanvasBuffer& canvas);
 
     ISnapshotStore& m_store;
     IClock& m_clock;

@@ -1,4 +1,5 @@
 // A session that is killed, and the next one.
+#include "core/AppModule/MessageQueue.h"
 #include "core/Base/Text.h"
 #include "session/Player.h"
 #include "session/SessionDialogs.h"
@@ -104,6 +105,39 @@ TEST_F(RecoveryDesktop, AKilledSessionComesBackToThePixel) {
     EXPECT_EQ(Play({Offer(EBoxAnswer::Yes), compare}), ""); // closed with No at each prompt
     EXPECT_EQ(m_store.Read(FileOf(2)), "the user's own file");
     EXPECT_EQ(CountFiles(), 0);
+}
+
+TEST_F(RecoveryDesktop, YesAtTheEndIsNoLoss) {
+    // The user closes a new document with Yes, and then no file gets it. Returns what the session says.
+    const auto leave = [this](const TAnswer& answer, size_t nOpen) {
+        return Play({[&](CPlayer& player) {
+            g_pMainFrame->OpenFrame(CreateCanvasFrame(MakeDocument(0)));
+            g_lstCanvasFrame.back()->GetCanvas()->SetPath({});
+            player.GetStage().dialogs.Push({.kind = TAnswer::EKind::Box, .box = EBoxAnswer::Yes});
+            player.GetStage().dialogs.Push(answer);
+            SendMessage({g_lstCanvasFrame.back()->GetWindow(), EMessage::Close});
+            EXPECT_EQ(g_lstCanvasFrame.size(), nOpen);
+        }});
+    };
+    const auto file = [this](const char* pszName) {
+        return TAnswer{.kind = TAnswer::EKind::File, .strPath = FromUtf8(m_folder.File(pszName).native())};
+    };
+    const auto compare = [this](CPlayer&) {
+        ASSERT_EQ(g_lstCanvasFrame.size(), 1u);
+        EXPECT_EQ(g_lstCanvasFrame.front()->GetCanvas()->Serialize().GetPayload(),
+                  MakeDocument(0)->Serialize().GetPayload());
+    };
+    for (const TAnswer& answer : {TAnswer{}, file("picture.png"), file("none/0.vlm")}) {
+        const bool bFails = answer.strPath.ends_with(L"0.vlm");
+        EXPECT_EQ(leave(answer, 0).empty(), !bFails) << "a save that fails is told";
+        EXPECT_EQ(Play({Offer(EBoxAnswer::Yes), compare}), "");
+        EXPECT_EQ(CountFiles(), 0);
+    }
+    EXPECT_TRUE(std::filesystem::exists(m_folder.File("picture.png")));
+    // Not even Recovery takes it: then the window stays.
+    std::filesystem::remove(m_folder.File("Vellumcraft/Recovery"));
+    std::ofstream(m_folder.File("Vellumcraft/Recovery")) << "in the way";
+    EXPECT_NE(leave({}, 1).find("復元用のデータを保存できませんでした。"), std::string::npos);
 }
 
 TEST_F(RecoveryDesktop, ADamagedOneIsToldAndDoesNotStandInTheWay) {

@@ -7,7 +7,10 @@
 #include "core/MainFrame/MainFrame.h"
 #include "host/PluginEntry.h"
 #include "session/SessionDialogs.h"
+#include "system/Locations.h"
+#include "system/SnapshotStore.h"
 #include "tests/host/TestHost.h"
+#include "tests/support/TempFolder.h"
 #include "tests/support/TestPlatform.h"
 
 using namespace hostabi;
@@ -88,6 +91,86 @@ TEST_F(CSession, WhatTheUserPaintsGoesBack) {
     for (size_t i = 0; i < 1000; ++i)
         if (i % 100 >= 96) expected.vRed[i] = 1, expected.vGreen[i] = 2, expected.vBlue[i] = 3;
     EXPECT_TRUE(host.GetPicture() == expected);
+}
+
+TEST_F(CSession, WhatIsErasedGoesBackOnWhiteWhereThereIsNoTransparency) {
+    const auto layer = [] {
+        return boost::dynamic_pointer_cast<CRasterLayerBuffer>(
+            g_lstCanvasFrame.front()->GetCanvas()->GetActiveLayer());
+    };
+    // 96 pixels half erased, 96 wholly, then the picture.
+    const auto erase = [&](CPlayer&) {
+        for (const auto& [pt, uAlpha] : {std::pair{CPoint{0, 0}, 128}, {CPoint{96, 0}, 0}}) {
+            const auto spTile = layer()->GetRaster()->GetBlock(pt, true)->Clone();
+            spTile->Fill(MakeColor(10, 20, 30), static_cast<uint8_t>(uAlpha));
+            layer()->GetRaster()->SetBlock(pt, spTile);
+        }
+    };
+    const auto play = [&](bool bTransparency, const TAction& fnThen) {
+        CPictureHost host(MakePicture({5, 5, 205, 6}, bTransparency, 1));
+        m_platform.AddStep(erase);
+        m_platform.AddStep(fnThen);
+        EXPECT_EQ(host.Run(TestMain), 0);
+        return host.GetPicture();
+    };
+    const auto at = [](const THostPicture& picture, size_t i) {
+        return std::vector<int>{picture.vRed[i], picture.vGreen[i], picture.vBlue[i], picture.vAlphas[0][i]};
+    };
+    const THostPicture flat = play(false, [](CPlayer&) {});
+    EXPECT_EQ(at(flat, 95), (std::vector{133, 138, 143, 143})) << "the further channel gets what blue gets";
+    EXPECT_EQ(at(flat, 191), (std::vector{255, 255, 255, 255}));
+    EXPECT_EQ(flat.vRed[192], MakePicture({5, 5, 205, 6}, false).vRed[192]);
+    const THostPicture clear = play(true, [](CPlayer&) {});
+    EXPECT_EQ(at(clear, 95), (std::vector{10, 20, 30, 30}));
+    EXPECT_TRUE(clear.vTransparency[95] == 128 && clear.vTransparency[191] == 0);
+    const THostPicture grey = play(false, [](CPlayer&) {
+        SendMessage({g_pMainFrame->GetWindow(), EMessage::Command, ID_MODE_GREY});
+    });
+    EXPECT_EQ(at(grey, 95), (std::vector{137, 137, 137, 137})); // of the level 18
+    EXPECT_EQ(at(grey, 191), (std::vector{255, 255, 255, 255}));
+    EXPECT_EQ(at(play(false, [&](CPlayer&) { layer()->SetVisible(false); }), 199), std::vector(4, 255));
+}
+
+TEST_F(CSession, WithoutALayerTheHostKeepsItsPicture) {
+    const THostPicture before = MakePicture({0, 0, 100, 100}, true);
+    CTestHost host(before);
+    m_platform.AddStep([](CPlayer&) {
+        SendMessage({g_pMainFrame->GetWindow(), EMessage::Command, ID_EDIT_UNDO});
+        EXPECT_TRUE(g_lstCanvasFrame.front()->GetCanvas()->GetRoot().GetChildren().empty());
+    });
+    EXPECT_EQ(host.Run(TestMain), 0);
+    EXPECT_TRUE(host.m_vWrites.empty() && host.GetPicture() == before);
+}
+
+TEST_F(CSession, WhatAnotherSessionLeftIsOffered) {
+    const CSettingsFolder folder;
+    CLocations locations;
+    const auto answer = [](EBoxAnswer box) {
+        return [box](CPlayer& player) {
+            player.GetStage().dialogs.Push({.kind = TAnswer::EKind::Box, .box = box});
+        };
+    };
+    const auto play = [&](const THostPicture& picture, size_t nFrames) {
+        CSnapshotStore snapshots(locations);
+        m_platform.m_pSnapshots = &snapshots;
+        m_platform.AddStep([=](CPlayer&) { EXPECT_EQ(g_lstCanvasFrame.size(), nFrames); });
+        CTestHost host(picture);
+        EXPECT_EQ(host.Run(TestMain), 0);
+        EXPECT_TRUE(host.GetPicture() == picture) << "the host's own, not the restored one";
+    };
+    // Yes at the first prompt, and no name for the file.
+    m_platform.AddStep([&](CPlayer& player) {
+        answer(EBoxAnswer::Yes)(player);
+        player.GetStage().dialogs.Push({});
+        SendMessage({g_pMainFrame->GetWindow(), EMessage::Close});
+    });
+    play(MakePicture({0, 0, 60, 50}, true), 0);
+    m_platform.AddPreparation(answer(EBoxAnswer::Yes));
+    m_platform.AddStep([](CPlayer&) {
+        EXPECT_EQ(g_lstCanvasFrame.back()->GetCanvas()->GetSize(), (CSize{60, 50}));
+    });
+    play(MakePicture({0, 0, 30, 20}, true), 2);
+    play(MakePicture({0, 0, 30, 20}, true), 1);
 }
 
 TEST_F(CSession, AGreyCanvasGoesBackAsItsGreyAndItsColoursAreGone) {

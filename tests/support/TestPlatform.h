@@ -18,7 +18,9 @@ public:
     void Run(const std::function<void(const TPlatform&)>& fn) {
         TScript script{"test", {}};
         script.vSteps.swap(m_vSteps);
-        CSessionPlatform session({m_files, m_places, m_places, m_codecs}, script);
+        TSessionParts parts{m_files, m_places, m_places, m_codecs};
+        parts.pSnapshots = m_pSnapshots;
+        CSessionPlatform session(parts, script);
         const TPlatform& p = session.GetPlatform();
         IWindowFactory* const pOuter = std::exchange(m_pWindows, &p.windows);
         fn({p.queue, *this, m_pBoxes ? *m_pBoxes : p.boxes, p.fileDialogs, p.dialogs, p.files, p.locations,
@@ -31,10 +33,13 @@ public:
     }
     /// What the user of the next session does when nothing else happens.
     void AddStep(const TAction& fn) { m_vSteps.push_back({1, fn}); }
+    /// The same before the session begins; only as the first steps.
+    void AddPreparation(const TAction& fn) { m_vSteps.push_back({1, fn, EStepKind::Prepares}); }
 
     CMemoryFiles m_files;
-    std::vector<std::wstring> m_vShown; ///< names of dialogs, texts of error boxes
-    IMessageBoxes* m_pBoxes = nullptr;  ///< instead of those that the player answers
+    std::vector<std::wstring> m_vShown;     ///< names of dialogs, texts of error boxes
+    IMessageBoxes* m_pBoxes = nullptr;      ///< instead of those that the player answers
+    ISnapshotStore* m_pSnapshots = nullptr; ///< instead of those in memory
     bool m_bRefuseMain = false, m_bRefuseCanvas = false;
     int m_nCodecs = 0; ///< starts without a shutdown
 

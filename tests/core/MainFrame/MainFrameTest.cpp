@@ -10,6 +10,7 @@
 #include "core/MainFrame/SessionScope.h"
 #include "core/RasterStroke/RasterBrushStroke.h"
 #include "session/SessionDialogs.h"
+#include "session/SessionSnapshots.h"
 #include "tests/support/TestPlatform.h"
 
 #include <boost/make_shared.hpp>
@@ -34,9 +35,10 @@ protected:
     static void Command(int nId) { SendMessage({g_pMainFrame->GetWindow(), EMessage::Command, nId}); }
     static CCanvasFrame& Active() { return *g_wpActiveFrame.lock(); }
     void Step(const std::function<void()>& fn) {
-        m_outside.AddStep([fn](CPlayer&) { fn(); });
+        m_outside.AddStep([this, fn](CPlayer& player) { m_pStage = &player.GetStage(), fn(); });
     }
 
+    const TStage* m_pStage = nullptr; ///< of the step that is being played
     CTestPlatform m_outside;
 };
 
@@ -81,24 +83,56 @@ TEST_F(MainFrame, AWindowWhoseClosingFailsStays) {
     // Memory runs out when the work that is left is looked at.
     struct CFailingLayer : CRasterLayerBuffer {
         bool HasPendingWork() const override {
-            if (std::exchange(m_bFails, false)) throw std::bad_alloc();
+            if (m_bFails) throw std::bad_alloc();
             return false;
         }
-        mutable bool m_bFails = false;
+        bool m_bFails = true;
     };
-    Step([] {
+    CSessionSnapshots snapshots;
+    m_outside.m_pSnapshots = &snapshots;
+    Step([&] {
         const auto spLayer = boost::make_shared<CFailingLayer>();
         spLayer->Create(Active().GetCanvas());
         Active().GetCanvas()->GetRoot().AddLayer(spLayer, -1);
-        for (IWindow* pWindow : {static_cast<IWindow*>(Active().GetWindow()),
-                                 static_cast<IWindow*>(g_pMainFrame->GetWindow())}) {
-            spLayer->m_bFails = true;
-            SendMessage({pWindow, EMessage::Close});
+        const auto closeMain = [&] {
+            SendMessage({g_pMainFrame->GetWindow(), EMessage::Close});
             EXPECT_EQ(g_lstCanvasFrame.size(), 1u) << "nobody was asked";
-        }
+        };
+        SendMessage({Active().GetWindow(), EMessage::Close});
+        closeMain();
+        // The user is asked at last, and thinks better of it: now it may fail twice again.
+        spLayer->m_bFails = false;
+        m_pStage->dialogs.Push({.kind = TAnswer::EKind::Box, .box = EBoxAnswer::Cancel});
+        closeMain();
+        spLayer->m_bFails = true;
+        closeMain();
+        closeMain();
+        EXPECT_TRUE(snapshots.GetKept().empty());
+        SendMessage({g_pMainFrame->GetWindow(), EMessage::Close});
+        EXPECT_TRUE(g_lstCanvasFrame.empty());
     });
     Play();
-    EXPECT_EQ(m_outside.m_vShown.size(), 2u);
+    EXPECT_EQ(m_outside.m_vShown.size(), 5u);
+    EXPECT_EQ(snapshots.GetKept().size(), 1u);
+}
+
+TEST_F(MainFrame, TheEndOfTheProcessKeepsWhatIsUnsavedWithoutAQuestion) {
+    CSessionSnapshots snapshots;
+    m_outside.m_pSnapshots = &snapshots;
+    Step([&] {
+        const auto endSession = [] { SendMessage({g_pMainFrame->GetWindow(), EMessage::EndSession}); };
+        endSession();
+        EXPECT_TRUE(snapshots.GetKept().empty()) << "nothing is unsaved";
+        for (const int32_t cx : {50, 60}) {
+            const auto spCanvas = CreateCanvas({cx, 40});
+            spCanvas->GetRoot().AddLayer(CreateRasterLayer(spCanvas), -1);
+            g_pMainFrame->OpenFrame(CreateCanvasFrame(spCanvas));
+        }
+        endSession();
+        EXPECT_EQ(snapshots.GetKept().size(), 2u);
+        EXPECT_EQ(g_lstCanvasFrame.size(), 3u) << "the session may go on";
+    });
+    Play();
 }
 
 TEST_F(MainFrame, AStrokeThatIsNotRenderedYetIsAStepToUndo) {

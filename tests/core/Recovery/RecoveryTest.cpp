@@ -48,6 +48,23 @@ TEST_F(Recovery, AChangeIsKeptAfterAMinuteUntilItIsSaved) {
     g_Switches.m_nAutoSave = nBefore;
 }
 
+TEST_F(Recovery, WhatIsToBeKeptNowIsKeptNow) {
+    const int32_t nBefore = std::exchange(g_Switches.m_nAutoSave, 0);
+    Change();
+    EXPECT_TRUE(m_recovery.Keep(m_spCanvas));
+    ASSERT_EQ(m_store.GetKept().size(), 1u);
+    const auto bytes = [&] { return m_store.GetKept().begin()->second.strBytes; };
+    const std::string strFirst = bytes();
+    m_spCanvas->GetRoot().AddLayer(CreateRasterLayer(m_spCanvas), -1);
+    EXPECT_TRUE(m_recovery.Keep(m_spCanvas));
+    EXPECT_TRUE(m_store.GetKept().size() == 1 && bytes().size() > strFirst.size())
+        << "in place of the older one";
+    m_recovery.Forget(*m_spCanvas);
+    EXPECT_TRUE(m_store.GetKept().empty());
+    EXPECT_TRUE(m_recovery.Keep(m_spCanvas) && m_store.GetKept().size() == 1);
+    g_Switches.m_nAutoSave = nBefore;
+}
+
 TEST_F(Recovery, WorkIsNotInterruptedButNotWaitedForWithoutEnd) {
     EXPECT_EQ(Wait(110000, true), 0u);
     EXPECT_EQ(Wait(1100), 1u) << "a pause";

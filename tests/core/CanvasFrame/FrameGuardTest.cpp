@@ -1,0 +1,127 @@
+// One part of a frame's handler fails: it is told, and the handler's other parts are done all the same.
+#include "core/AppModule/AppModule.h"
+#include "core/AppModule/CommandIds.h"
+#include "core/AppModule/MessageQueue.h"
+#include "core/CanvasFrame/CanvasFrame.h"
+#include "core/LayerBuffer/RasterLayerBuffer.h"
+#include "core/MainFrame/MainFrame.h"
+#include "core/MainFrame/SessionScope.h"
+#include "session/SessionPen.h"
+#include "tests/support/TestPlatform.h"
+
+#include <boost/make_shared.hpp>
+
+#include <new>
+
+namespace {
+
+// A tool at work that has no memory for anything but its cursor.
+struct CFailingTool : CTools {
+    explicit CFailingTool(const TToolOutside& outside) : CTools(outside) { m_state = STATE_TABLET; }
+    static bool Fail() { throw std::bad_alloc(); }
+    using CTools::OnMouseMove;
+    bool OnMouseMove(int32_t, int32_t, uint32_t, uint32_t) override { return Fail(); }
+    bool OnProximityLeave() override { return Fail(); }
+    bool OnProximityEnter() override { return Fail(); }
+    bool OnMouseLeave() override { return Fail(); }
+    bool OnKeyDown(int) override { return Fail(); }
+    bool OnKeyUp(int) override { return Fail(); }
+    bool Cancel() override { return Fail(); }
+    void DrawOverlay(COverlay&, const TOverlayMapper&) const override {}
+    int GetToolId() const override { return 0; }
+    bool IsEnabled() const override { return true; }
+    const wchar_t* GetName() const override { return L""; }
+    ECursor GetCursor(CPoint) const override { return m_cursor; }
+    ECursor m_cursor = ECursor::Arrow;
+};
+
+class FrameGuard : public testing::Test {
+protected:
+    // Plays `fn` in a session with one canvas, and `fnAfter` when it has been painted again.
+    void Play(
+        const std::function<void(CPlayer&)>& fn, const std::function<void()>& fnAfter = [] {}) {
+        m_outside.AddStep(fn);
+        m_outside.AddStep([&](CPlayer&) { fnAfter(); });
+        m_outside.Run([&](const TPlatform& platform) {
+            CSessionScope scope(platform);
+            CreateMainFrame();
+            m_spCanvas = CreateCanvas({100, 100});
+            const auto spLayer = CreateRasterLayer(m_spCanvas);
+            m_spCanvas->GetRoot().AddLayer(spLayer, -1, false);
+            const auto spTile = spLayer->GetRaster()->CreateBlock({0, 0});
+            spTile->Fill(MakeColor(9, 8, 7), 255);
+            spLayer->GetRaster()->SetBlock({0, 0}, spTile);
+            g_pMainFrame->OpenFrame(CreateCanvasFrame(m_spCanvas));
+            scope.Run();
+        });
+        m_spCanvas.reset();
+    }
+    static CSessionCanvasWindow& Window() {
+        return dynamic_cast<CSessionCanvasWindow&>(*g_wpActiveFrame.lock()->GetWindow());
+    }
+    static void Send(EMessage id, int64_t wParam = 0, int64_t lParam = 0) {
+        SendMessage({&Window(), id, wParam, lParam});
+    }
+
+    CTestPlatform m_outside;
+    boost::shared_ptr<CCanvasBuffer> m_spCanvas;
+};
+
+} // namespace
+
+TEST_F(FrameGuard, InputGoesOnBehindAToolThatFails) {
+    Play([&](CPlayer& player) {
+        const TPlatform& platform = g_AppModule.GetPlatform();
+        CStrokeRandom random;
+        const TToolOutside outside{
+            platform.clock, platform.keys,     random, g_AppModule.GetSettings(), platform.codecs,
+            [](int) {},     [](EToolNotice) {}};
+        const auto spTool = boost::make_shared<CFailingTool>(outside);
+        g_wpActiveTool = spTool;
+        const auto packets = [&](int32_t x) {
+            const CPoint pt = Window().GetClientOrigin();
+            player.GetStage().pen.Push({.uCursor = 1, .x = (pt.x + x) * 8, .y = pt.y * 8, .nAltitude = 900});
+        };
+        packets(1);
+        packets(2);
+        const std::function<void()> CASES[] = {
+            [] { Send(EMessage::PenPacket); }, [] { Send(EMessage::KeyDown, 'A'); },
+            [] { Send(EMessage::CaptureChanged); }, [] { Send(EMessage::MdiActivate, 1); }};
+        for (size_t i = 0; i < std::size(CASES); ++i) {
+            spTool->m_cursor = i % 2 ? ECursor::Cross : ECursor::Pick;
+            Window().SetCursor(ECursor::Arrow);
+            CASES[i]();
+            EXPECT_EQ(Window().GetCursor(), spTool->m_cursor) << i;
+        }
+        EXPECT_TRUE(Window().HasCapture()) << "the tool is at work";
+        Send(EMessage::MouseLeave);
+        Send(EMessage::PenProximity, 1, 2);
+        EXPECT_EQ(g_wpActiveTool.lock()->GetToolId(), TOOL_ERASER);
+    });
+    EXPECT_EQ(m_outside.m_vShown.size(), 7u) << "one of the packets each";
+}
+
+TEST_F(FrameGuard, WhatACommandChangedBeforeItFailedIsShown) {
+    struct CHalfDone : CHistory {
+        explicit CHalfDone(TLayerPtr spLayer) : CHistory(L""), m_spLayer(std::move(spLayer)) {}
+        void Undo() override {
+            m_spLayer->SetVisible(false);
+            throw std::bad_alloc();
+        }
+        void Redo() override {}
+        const TLayerPtr m_spLayer;
+    };
+    const auto shown = [] {
+        const CPoint pt = g_wpActiveFrame.lock()->GetView().ToWindow({40, 40});
+        return int{*Window().GetGlass().GetPixel(pt)}; // blue
+    };
+    Play(
+        [&](CPlayer&) {
+            EXPECT_EQ(shown(), 7);
+            const auto spLayer = m_spCanvas->GetRoot().GetChildren().front();
+            m_spCanvas->GetHistory().Register(boost::make_shared<CHalfDone>(spLayer));
+            SendMessage({g_pMainFrame->GetWindow(), EMessage::Command, ID_EDIT_UNDO});
+        },
+        [&] { EXPECT_EQ(shown(), 255); });
+    EXPECT_EQ(m_outside.m_vShown.size(), 1u);
+}
