@@ -19,11 +19,9 @@ constexpr std::string_view BLANKS = " \t\r";
 /// A store that is one file in memory.
 class COneFile : public IFileStore {
 public:
-    std::optional<std::string> Read(const std::wstring&) override { return m_strBytes; }
-    std::unique_ptr<IFileReader> Open(const std::wstring&) override { return nullptr; }
-    bool ReplaceBy(const std::wstring&, const std::function<bool(const TWriteBytes&)>&) override {
-        return false;
-    }
+    TFileBytes Read(const std::wstring&) override { return m_strBytes; }
+    TOpenedFile Open(const std::wstring&) override { return EFileFailure::Unknown; }
+    CFileOutcome ReplaceBy(const std::wstring&, const TFillBytes&) override { return EFileFailure::Unknown; }
     bool Update(const std::wstring&, const std::function<bool(std::string&)>& edit) override {
         return edit(m_strBytes);
     }

@@ -1,13 +1,15 @@
 #include "system/FileStore.h"
 
 #include "core/Base/Text.h"
+#include "system/Descriptor.h"
+#include "system/FileErrors.h"
 #include "system/FileLock.h"
+#include "system/FileRights.h"
+#include "system/NewFile.h"
+#include "system/SafetyCopy.h"
 
-#include <QSaveFile>
-#include <QString>
-
+#include <cerrno>
 #include <filesystem>
-#include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -20,19 +22,6 @@ namespace fs = std::filesystem;
 constexpr std::chrono::milliseconds LOCK_WAIT{5000};
 constexpr int MAX_LINKS = 40;
 
-class CDescriptor : boost::noncopyable {
-public:
-    explicit CDescriptor(int fd) : m_fd(fd) {}
-    ~CDescriptor() {
-        if (m_fd >= 0) close(m_fd);
-    }
-    CDescriptor(CDescriptor&& other) : m_fd(std::exchange(other.m_fd, -1)) {}
-    operator int() const { return m_fd; }
-
-private:
-    int m_fd;
-};
-
 // The file that a path means: links are followed to their end, which need not exist.
 fs::path ResolveLinks(fs::path path) {
     std::error_code error;
@@ -44,16 +33,14 @@ fs::path ResolveLinks(fs::path path) {
     return path;
 }
 
-enum class ERead { Whole, Missing, Failed };
-
 // A plain file and what is known of it; negative when it cannot be opened.
 CDescriptor OpenPlain(const fs::path& path, struct stat& status) {
     // Opening a pipe would wait for its other end.
     CDescriptor fd(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (fd < 0) return fd;
     if (fstat(fd, &status) == 0 && S_ISREG(status.st_mode)) return fd;
-    errno = EINVAL;
-    return CDescriptor(-1);
+    errno = ENXIO;
+    return CDescriptor();
 }
 
 class CFileReader : public IFileReader {
@@ -77,79 +64,73 @@ private:
     const uint64_t m_uSize;
 };
 
-ERead ReadWhole(const fs::path& path, std::string& strBytes) {
+// 0, or the error number.
+int ReadWhole(const fs::path& path, std::string& strBytes) {
     strBytes.clear();
     struct stat status {};
     const CDescriptor fd = OpenPlain(path, status);
-    if (fd < 0) return errno == ENOENT ? ERead::Missing : ERead::Failed;
+    if (fd < 0) return errno;
     // The size is a hint only, the file may be growing; one byte more shows its end.
     size_t nDone = 0;
     strBytes.resize(static_cast<size_t>(status.st_size) + 1);
     for (;;) {
         const ssize_t n = read(fd, strBytes.data() + nDone, strBytes.size() - nDone);
         if (n < 0 && errno == EINTR) continue;
-        if (n < 0) return ERead::Failed;
+        if (n < 0) return errno;
         if (n == 0) break;
         nDone += static_cast<size_t>(n);
         if (nDone == strBytes.size()) strBytes.resize(strBytes.size() * 2);
     }
     strBytes.resize(nDone);
-    return ERead::Whole;
+    return 0;
 }
 
-// Makes a rename last through a power failure.
-void SyncFolder(const fs::path& path) {
-    const CDescriptor fd(open(path.empty() ? "." : path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (fd >= 0) fsync(fd);
+// The folder takes no new file, or gives no file's name to another.
+bool IsFolderClosed(int nError) {
+    return nError == EACCES || nError == EPERM || nError == EROFS || nError == EBUSY;
 }
 
-// A file that another user or group owns stays theirs where the process may say so.
-void KeepOwner(const fs::path& path, int fdNew) {
-    struct stat statOld {};
-    struct stat statNew {};
-    if (stat(path.c_str(), &statOld) != 0 || fstat(fdNew, &statNew) != 0) return;
-    if (statOld.st_uid == statNew.st_uid && statOld.st_gid == statNew.st_gid) return;
-    // Changing the owner takes rights away for safety, so they are set again.
-    if (fchown(fdNew, statOld.st_uid, statOld.st_gid) == 0) fchmod(fdNew, statOld.st_mode & 07777);
-}
-
-// `path` is no link.
-bool ReplaceFile(const fs::path& path, const std::function<bool(const TWriteBytes&)>& fnFill) {
-    std::error_code error;
-    const fs::file_type type = fs::status(path, error).type();
-    if (type != fs::file_type::regular && type != fs::file_type::not_found) return false;
-    QSaveFile file(QString::fromStdString(path.native()));
-    file.setDirectWriteFallback(false);
-    const auto write = [&](std::string_view strBytes) {
-        const auto cbBytes = static_cast<qint64>(strBytes.size());
-        return file.write(strBytes.data(), cbBytes) == cbBytes;
-    };
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) || !fnFill(write)) return false;
-    KeepOwner(path, file.handle());
-    // commit() flushes too, but does not tell when the disk refused.
-    if (fsync(file.handle()) != 0 || !file.commit()) return false;
-    SyncFolder(path.parent_path());
-    return true;
+// `path` is no link. Without `pSafety` nothing is written in place.
+CFileOutcome ReplaceFile(const fs::path& path, const TFillBytes& fnFill, CSafetyCopy* pSafety = nullptr) {
+    struct stat status {};
+    const bool bOld = stat(path.c_str(), &status) == 0;
+    if (!bOld && errno != ENOENT) return WriteFailure(errno);
+    if (bOld ? !S_ISREG(status.st_mode) : path.filename().empty()) return EFileFailure::NotPlain;
+    if (bOld && faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) != 0)
+        return errno == EROFS ? EFileFailure::ReadOnlyDisk : EFileFailure::NoWriteRight;
+    CNewFile file(path, bOld ? S_IRUSR | S_IWUSR : 0666);
+    if (file.IsOpen()) {
+        if (!fnFill([&](std::string_view strBytes) { return file.Write(strBytes); }))
+            return file.GetError() != 0 ? WriteFailure(file.GetError()) : EFileFailure::Unknown;
+        if (bOld && !KeepRights(path, status, file.GetHandle())) return WriteFailure(errno);
+        if (file.TakePlace()) return {};
+    }
+    if (bOld && pSafety && IsFolderClosed(file.GetError())) return pSafety->WriteOver(fnFill);
+    return WriteFailure(file.GetError());
 }
 
 } // namespace
 
-std::optional<std::string> CFileStore::Read(const std::wstring& strPath) {
+TFileBytes CFileStore::Read(const std::wstring& strPath) {
     std::string strBytes;
-    if (ReadWhole(ToUtf8(strPath), strBytes) != ERead::Whole) return std::nullopt;
+    if (const int nError = ReadWhole(ToUtf8(strPath), strBytes)) return ReadFailure(nError);
     return strBytes;
 }
 
-std::unique_ptr<IFileReader> CFileStore::Open(const std::wstring& strPath) {
+TOpenedFile CFileStore::Open(const std::wstring& strPath) {
     struct stat status {};
     CDescriptor fd = OpenPlain(ToUtf8(strPath), status);
-    if (fd < 0) return nullptr;
+    if (fd < 0) return ReadFailure(errno);
     return std::make_unique<CFileReader>(std::move(fd), static_cast<uint64_t>(status.st_size));
 }
 
-bool CFileStore::ReplaceBy(const std::wstring& strPath,
-                           const std::function<bool(const TWriteBytes&)>& fnFill) {
-    return ReplaceFile(ResolveLinks(ToUtf8(strPath)), fnFill);
+CFileOutcome CFileStore::ReplaceBy(const std::wstring& strPath, const TFillBytes& fnFill) {
+    const fs::path path = ResolveLinks(ToUtf8(strPath));
+    if (!m_pLocations) return ReplaceFile(path, fnFill);
+    CSafetyCopy safety(path, *m_pLocations);
+    const CFileOutcome outcome = ReplaceFile(path, fnFill, &safety);
+    if (outcome) safety.Drop();
+    return outcome;
 }
 
 bool CFileStore::Update(const std::wstring& strPath, const std::function<bool(std::string&)>& edit) {
@@ -159,6 +140,8 @@ bool CFileStore::Update(const std::wstring& strPath, const std::function<bool(st
     const CFileLock lock(path.native(), LOCK_WAIT);
     if (!lock.IsLocked()) return false;
     std::string strBytes;
-    return ReadWhole(path, strBytes) != ERead::Failed && edit(strBytes) &&
-           ReplaceFile(path, [&](const TWriteBytes& fnWrite) { return fnWrite(strBytes); });
+    const int nError = ReadWhole(path, strBytes);
+    if ((nError != 0 && nError != ENOENT) || !edit(strBytes)) return false;
+    return static_cast<bool>(
+        ReplaceFile(path, [&](const TWriteBytes& fnWrite) { return fnWrite(strBytes); }));
 }

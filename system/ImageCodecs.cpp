@@ -66,22 +66,37 @@ private:
 };
 
 bool IsSizeAllowed(const QSize& size) {
-    return !size.isEmpty() && size.width() <= MAX_IMAGE_SIDE && size.height() <= MAX_IMAGE_SIDE &&
+    return size.width() <= MAX_IMAGE_SIDE && size.height() <= MAX_IMAGE_SIDE &&
            int64_t{4} * size.width() * size.height() <= MAX_DECODED_BYTES;
 }
 
-QImage Decode(const std::string& strFile) {
+bool CanRead(EPictureKind kind) { return QImageReader::supportedImageFormats().contains(FormatOf(kind)); }
+
+bool CanWrite(EPictureKind kind) {
+    return kind == EPictureKind::Gif || QImageWriter::supportedImageFormats().contains(FormatOf(kind));
+}
+
+struct TDecoded {
+    QImage image;         ///< null when it could not be decoded
+    EFileFailure failure; ///< means nothing for a picture
+};
+
+TDecoded Decode(const std::string& strFile) {
     const EPictureKind kind = KindOfPicture(strFile);
-    if (!IsWholePicture(strFile, kind)) return {};
+    if (kind == EPictureKind::Unknown) return {{}, EFileFailure::UnknownPicture};
+    if (!CanRead(kind)) return {{}, EFileFailure::NoCodec};
+    if (!IsWholePicture(strFile, kind)) return {{}, EFileFailure::DamagedPicture};
     QByteArray bytes = QByteArray::fromRawData(strFile.data(), static_cast<qsizetype>(strFile.size()));
     QBuffer buffer(&bytes);
     QImageReader reader(&buffer, FormatOf(kind));
     reader.setAutoDetectImageFormat(false);
     reader.setAutoTransform(true);
-    if (!IsSizeAllowed(reader.size())) return {};
+    const QSize size = reader.size();
+    if (size.isEmpty()) return {{}, EFileFailure::DamagedPicture};
+    if (!IsSizeAllowed(size)) return {{}, EFileFailure::PictureTooLarge};
     const CAllocationLimit limit;
     QImage image;
-    return reader.read(&image) ? image : QImage();
+    return {reader.read(&image) ? image : QImage(), EFileFailure::DamagedPicture};
 }
 
 // The bitmap's pixels, locked for reading.
@@ -143,24 +158,20 @@ std::optional<std::string> Encode(const QImage& image, EPictureKind kind) {
     return buffer.data().toStdString();
 }
 
-// Null for a null image, or when there is no memory for its pixels in the bitmap's form.
-boost::shared_ptr<IBitmap> MakeBitmap(QImage image) {
-    if (image.isNull()) return {};
-    auto spBitmap = boost::make_shared<CQtBitmap>(std::move(image));
-    if (spBitmap->GetImage().isNull()) return {};
-    return spBitmap;
+TLoadedPicture MakeBitmap(TDecoded decoded) {
+    if (decoded.image.isNull()) return decoded.failure;
+    auto spBitmap = boost::make_shared<CQtBitmap>(std::move(decoded.image));
+    // It has taken the picture into its own form, if there was memory for that.
+    if (spBitmap->GetImage().isNull()) return EFileFailure::NoMemory;
+    return boost::shared_ptr<IBitmap>(spBitmap);
 }
 
 } // namespace
 
 uintptr_t CImageCodecs::Startup() {
-    const auto lstReaders = QImageReader::supportedImageFormats();
-    const auto lstWriters = QImageWriter::supportedImageFormats();
     for (const EPictureKind kind :
-         {EPictureKind::Png, EPictureKind::Jpeg, EPictureKind::Bmp, EPictureKind::Gif, EPictureKind::Tiff}) {
-        const bool bWrites = kind == EPictureKind::Gif || lstWriters.contains(FormatOf(kind));
-        if (!bWrites || !lstReaders.contains(FormatOf(kind))) return 0;
-    }
+         {EPictureKind::Png, EPictureKind::Jpeg, EPictureKind::Bmp, EPictureKind::Gif, EPictureKind::Tiff})
+        if (!CanRead(kind) || !CanWrite(kind)) return 0;
     return 1;
 }
 
@@ -170,33 +181,34 @@ boost::shared_ptr<IBitmap> CImageCodecs::CreateBitmap(CSize sz) {
     return boost::make_shared<CQtBitmap>(std::move(image));
 }
 
-boost::shared_ptr<IBitmap> CImageCodecs::Load(const std::wstring& strPath) try {
+TLoadedPicture CImageCodecs::Load(const std::wstring& strPath) try {
     auto strFile = m_files.Read(strPath);
-    if (!strFile) return {};
-    QImage image = Decode(*strFile);
+    if (!strFile) return strFile.failure;
+    TDecoded decoded = Decode(*strFile);
     strFile.reset();
-    return MakeBitmap(std::move(image));
+    return MakeBitmap(std::move(decoded));
 } catch (const std::bad_alloc&) {
-    return {};
+    return EFileFailure::NoMemory;
 }
 
-boost::shared_ptr<IBitmap> CImageCodecs::LoadResource(std::string_view strBytes) try {
+TLoadedPicture CImageCodecs::LoadResource(std::string_view strBytes) try {
     return MakeBitmap(Decode(std::string(strBytes)));
 } catch (const std::bad_alloc&) {
-    return {};
+    return EFileFailure::NoMemory;
 }
 
-bool CImageCodecs::Save(const std::wstring& strPath, IBitmap& bitmap) try {
+CFileOutcome CImageCodecs::Save(const std::wstring& strPath, IBitmap& bitmap) try {
     const EPictureKind kind = KindOfName(strPath);
-    if (kind == EPictureKind::Unknown) return false;
+    if (kind == EPictureKind::Unknown) return EFileFailure::UnknownEnding;
+    if (!CanWrite(kind)) return EFileFailure::NoCodec;
     std::optional<std::string> strBytes;
     {
         const CLockedImage locked(bitmap);
         strBytes = Encode(kind == EPictureKind::Png ? locked.GetImage() : Flatten(locked.GetImage()), kind);
     }
-    return strBytes && m_files.Replace(strPath, *strBytes);
+    return strBytes ? m_files.Replace(strPath, *strBytes) : CFileOutcome(EFileFailure::NoMemory);
 } catch (const std::bad_alloc&) {
-    return false;
+    return EFileFailure::NoMemory;
 }
 
 bool CImageCodecs::CanSave(const std::wstring& strPath) {

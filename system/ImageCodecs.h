@@ -19,11 +19,11 @@ public:
     boost::shared_ptr<IBitmap> CreateBitmap(CSize sz) override;
     /// PNG, JPEG, BMP, GIF (its first picture) and TIFF (its first page), told by their content. The
     /// orientation that a camera noted is applied. The size is checked before memory is taken.
-    boost::shared_ptr<IBitmap> Load(const std::wstring& strPath) override;
-    boost::shared_ptr<IBitmap> LoadResource(std::string_view strBytes) override;
+    TLoadedPicture Load(const std::wstring& strPath) override;
+    TLoadedPicture LoadResource(std::string_view strBytes) override;
     /// JPEG of quality 95, BMP of 24 bits, TIFF with LZW, GIF of at most 256 colours. On white every channel
     /// C under alpha A becomes 255 - (((255 - C) * ((A * 1024) / 255)) >> 10).
-    bool Save(const std::wstring& strPath, IBitmap& bitmap) override;
+    CFileOutcome Save(const std::wstring& strPath, IBitmap& bitmap) override;
     bool CanSave(const std::wstring& strPath) override;
     std::string EncodeCodePage932(std::wstring_view strText, size_t nLimit) override;
 

@@ -1,5 +1,7 @@
 #include "system/LineFile.h"
 
+#include "system/FileErrors.h"
+
 #include <cerrno>
 
 #include <fcntl.h>
@@ -10,6 +12,7 @@ CLineFile::CLineFile(const std::filesystem::path& path) {
     if (std::filesystem::is_regular_file(path, error))
         std::filesystem::rename(path, path.native() + '~', error);
     m_nFile = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_APPEND | O_CLOEXEC, 0666);
+    if (!IsOpen()) m_failure = WriteFailure(errno);
 }
 
 CLineFile::~CLineFile() {

@@ -1,6 +1,8 @@
 // A text file that grows line by line.
 #pragma once
 
+#include "core/Base/FileFailure.h"
+
 #include <boost/noncopyable.hpp>
 
 #include <filesystem>
@@ -14,9 +16,12 @@ public:
     ~CLineFile();
 
     bool IsOpen() const { return m_nFile >= 0; }
+    /// Why it is not open; means nothing for an open file.
+    EFileFailure GetFailure() const { return m_failure; }
     /// Adds a line with its line end. False when it cannot be written, then it is not there in part either.
     bool Write(std::string_view strLine);
 
 private:
     int m_nFile = -1;
+    EFileFailure m_failure = EFileFailure::Unknown;
 };

@@ -1,33 +1,25 @@
 #include "system/SnapshotStore.h"
 
 #include "core/Base/Text.h"
-#include "core/IniConfig/IniConfig.h"
 #include "core/IniConfig/IniText.h"
 #include "system/PackedFile.h"
+#include "system/SnapshotFiles.h"
 
 #include <algorithm>
-#include <ctime>
 #include <random>
 #include <set>
-
-#include <sys/stat.h>
 
 namespace {
 
 namespace fs = std::filesystem;
 using namespace std::chrono_literals;
+using namespace SnapshotFiles;
 
-constexpr char SECTION[] = "Snapshot";
-constexpr char DOCUMENT[] = ".vlm";
-constexpr char NOTE[] = ".ini";
 constexpr char DAMAGED[] = ".damaged";
-constexpr size_t SESSION_DIGITS = 16;
 
 std::string NewSessionName() {
     std::random_device random;
-    std::string strName;
-    while (strName.size() < SESSION_DIGITS) strName += "0123456789abcdef"[random() % 16];
-    return strName;
+    return SessionName(uint64_t{random()} << 32 | random());
 }
 
 // The session that a file of the folder belongs to, its lock included; empty for other files.
@@ -40,22 +32,6 @@ std::string SessionOf(std::string_view strFile) {
     return strRest.starts_with('-') || strRest == ".lock" ? std::string(strName) : std::string();
 }
 
-// A profile file holds no line breaks, a path may: they and the sign that marks them become %XX.
-std::string Escaped(const std::wstring& strText) {
-    std::string strEscaped;
-    for (const char ch : ToUtf8(strText)) {
-        if (ch == '\n')
-            strEscaped += "%0A";
-        else if (ch == '\r')
-            strEscaped += "%0D";
-        else if (ch == '%')
-            strEscaped += "%25";
-        else
-            strEscaped += ch;
-    }
-    return strEscaped;
-}
-
 std::wstring Unescaped(std::string strText) {
     for (size_t n = strText.find('%'); n != std::string::npos; n = strText.find('%', n + 1)) {
         const std::string strCode = strText.substr(n + 1, 2);
@@ -65,30 +41,9 @@ std::wstring Unescaped(std::string strText) {
     return FromUtf8(strText);
 }
 
-std::string PresentTime() {
-    const std::time_t time = std::time(nullptr);
-    std::tm parts{};
-    char szTime[32];
-    localtime_r(&time, &parts);
-    return {szTime, std::strftime(szTime, sizeof szTime, "%Y-%m-%d %H:%M", &parts)};
-}
-
-std::string NoteText(const TSnapshotNote& note) {
-    std::string strText;
-    SetIniValue(strText, SECTION, "Path", Escaped(note.strPath));
-    SetIniValue(strText, SECTION, "Title", Escaped(note.strTitle));
-    SetIniValue(strText, SECTION, "Time", PresentTime());
-    return strText;
-}
-
 void Rename(const fs::path& pathOld, const fs::path& pathNew) {
     std::error_code error;
     fs::rename(pathOld, pathNew, error);
-}
-
-void Delete(const fs::path& path) {
-    std::error_code error;
-    fs::remove(path, error);
 }
 
 std::vector<std::string> ListFolder(const fs::path& path) {
@@ -106,14 +61,8 @@ CSnapshotStore::CSnapshotStore(ILocations& locations, bool bFindsLeft)
     : m_locations(locations), m_bFindsLeft(bFindsLeft) {}
 
 bool CSnapshotStore::MakeFolder() {
-    if (!m_pathFolder.empty()) return true;
-    const std::wstring strFolder = FindProfilePath(m_locations, L"Recovery");
-    if (strFolder.empty()) return false;
-    m_locations.MakeFolder(strFolder);
-    m_pathFolder = ToUtf8(strFolder);
-    // Also one that was made by hand or came from a backup.
-    chmod(m_pathFolder.c_str(), S_IRWXU);
-    return true;
+    if (m_pathFolder.empty()) m_pathFolder = MakeRecoveryFolder(m_locations);
+    return !m_pathFolder.empty();
 }
 
 bool CSnapshotStore::BeginSession() {
@@ -177,6 +126,7 @@ TLeftSnapshot CSnapshotStore::Describe(const std::string& strName) {
     TLeftSnapshot left{FromUtf8(strName), {read("Path"), read("Title"), read("Time")}};
     std::error_code error;
     left.bHasFile = fs::is_regular_file(ToUtf8(left.note.strPath), error);
+    left.bFileCopy = !read("Copy").empty();
     return left;
 }
 

@@ -120,5 +120,5 @@ bool CQtPlatform::SaveScreenshot(const std::wstring& strPath) {
     QByteArray bytes;
     QBuffer buffer(&bytes);
     if (!buffer.open(QIODevice::WriteOnly) || !pMain->grab().save(&buffer, "PNG")) return false;
-    return m_pParts->m_platform.files.Replace(strPath, bytes.toStdString());
+    return static_cast<bool>(m_pParts->m_platform.files.Replace(strPath, bytes.toStdString()));
 }

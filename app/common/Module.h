@@ -20,8 +20,8 @@ public:
     CIniConfig& GetConfig() { return m_config; }
 
 private:
-    CFileStore m_files;
     CLocations m_locations;
+    CFileStore m_files{&m_locations};
     CIniConfig m_config{CIniConfig::FindPath(m_locations), m_files};
 };
 

@@ -33,7 +33,7 @@ bool CRecording::Write(std::string_view strLine) {
     if (m_file) return m_file->Write(strLine);
     m_file.emplace(ToUtf8(m_strPath));
     if (m_file->IsOpen()) return m_file->Write(strLine);
-    m_platform.boxes.Show(nullptr, g_strFileNotOpened + L"\nFile: '" + m_strPath + L"'",
+    m_platform.boxes.Show(nullptr, DescribeFileFailure(g_strFileNotOpened, m_strPath, m_file->GetFailure()),
                           L"Vellumcraft - Error", EBoxKind::Error);
     return false;
 }

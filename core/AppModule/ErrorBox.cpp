@@ -17,7 +17,8 @@ const std::wstring g_strNoMemory = L"メモリが足りないため、例外処�
 const std::wstring g_strFileNotOpened = L"ファイルを開けませんでした。";
 const std::wstring g_strImageNotOpened = L"画像ファイルを開けませんでした。";
 const std::wstring g_strFileDamaged = L"データファイルが破損しています。";
-const std::wstring g_strSnapshotNotWritten = L"復元用のデータを保存できませんでした。";
+const std::wstring g_strSnapshotNotWritten =
+    L"復元用のデータを保存できませんでした。\n\nディスクの空きを確かめ、書類を保存してください。";
 
 void ShowErrorBox(const std::wstring& strText) {
     if (!g_AppModule.HasPlatform()) return;
@@ -36,10 +37,17 @@ void ReportException(const std::exception& e) noexcept {
     }
 }
 
-void ReportFileFailure(const std::wstring& strSentence, const std::wstring& strPath) noexcept {
+std::wstring DescribeFileFailure(const std::wstring& strSentence, const std::wstring& strPath,
+                                 EFileFailure failure) {
+    const std::wstring strFormat = strSentence + (strPath.empty() ? L"%1%" : L"\nFile: '%1%'") + L"\n\n%2%";
+    return FormatText(strFormat.c_str(), {strPath, AdviceFor(failure)});
+}
+
+void ReportFileFailure(const std::wstring& strSentence, const std::wstring& strPath,
+                       EFileFailure failure) noexcept {
     try {
         try {
-            ShowErrorBox(FormatText((strSentence + L"\nFile: '%1%'").c_str(), strPath));
+            ShowErrorBox(DescribeFileFailure(strSentence, strPath, failure));
         } catch (const std::bad_alloc&) {
             ShowErrorBox(strSentence);
         }

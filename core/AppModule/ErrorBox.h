@@ -1,6 +1,8 @@
 // The one way a failure reaches the user.
 #pragma once
 
+#include "core/Base/FileFailure.h"
+
 #include <exception>
 #include <string>
 
@@ -12,9 +14,13 @@ void ShowErrorBox(const std::wstring& strText);
 /// fixed text is shown.
 void ReportException(const std::exception& e) noexcept;
 
-/// Tells of a file that could not be used: the sentence, and the file's name in a line of its own. Without
-/// memory for that the sentence alone.
-void ReportFileFailure(const std::wstring& strSentence, const std::wstring& strPath) noexcept;
+/// What ReportFileFailure shows: the sentence, the file's name, if there is one, in a line of its own, and
+/// below what happened to it and what to do. May throw std::bad_alloc.
+std::wstring DescribeFileFailure(const std::wstring& strSentence, const std::wstring& strPath,
+                                 EFileFailure failure);
+/// Tells of a file that could not be used. Without memory for the text the sentence alone.
+void ReportFileFailure(const std::wstring& strSentence, const std::wstring& strPath,
+                       EFileFailure failure) noexcept;
 
 /// What file commands say. Made when the module loads: there may be no memory for them later.
 extern const std::wstring g_strFileNotOpened;

@@ -45,6 +45,7 @@ std::wstring DescribeException(const std::exception& e) {
         strText += L"File: " + pViolation->file + L":" + std::to_wstring(pViolation->line) + L"\n";
         return strText;
     }
+    if (const auto* pRefused = dynamic_cast<const refused_error*>(&e)) return pRefused->message;
     if (const auto* pInternal = dynamic_cast<const internal_error*>(&e))
         return FormatText(L"内部エラー\nexception: internal_error('%1%')", pInternal->message);
     return FormatText(L"予期せぬエラーが発生しました。\nexception: exception('%1%')", FromUtf8(e.what()));

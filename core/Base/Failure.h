@@ -2,6 +2,8 @@
 // that report it and go on. There are no error codes between the application's own classes.
 #pragma once
 
+#include "core/Base/FileFailure.h"
+
 #include <exception>
 #include <initializer_list>
 #include <stdexcept>
@@ -45,6 +47,14 @@ struct internal_error : std::runtime_error {
         : std::runtime_error("INTERNAL_ERROR"), message(std::move(strMessage)) {}
 };
 
+/// The user asked for something that a document cannot hold. Nothing has changed; `message` says so in the
+/// user's language, with what to do instead.
+struct refused_error : std::runtime_error {
+    std::wstring message;
+    explicit refused_error(std::wstring strMessage)
+        : std::runtime_error("REFUSED_ERROR"), message(std::move(strMessage)) {}
+};
+
 /// Bytes that are no document. `message` may say what was wrong with them.
 struct deserialize_error : std::runtime_error {
     std::wstring message;
@@ -55,15 +65,17 @@ struct deserialize_error : std::runtime_error {
 /// A file could not be opened or written; `message` is its name.
 struct fileopen_error : std::runtime_error {
     std::wstring message;
-    explicit fileopen_error(std::wstring strPath)
-        : std::runtime_error("FILEOPEN_ERROR"), message(std::move(strPath)) {}
+    EFileFailure failure;
+    explicit fileopen_error(std::wstring strPath, EFileFailure why = EFileFailure::Unknown)
+        : std::runtime_error("FILEOPEN_ERROR"), message(std::move(strPath)), failure(why) {}
 };
 
 /// A file is no picture that can be read; `message` is its name.
 struct loadimage_error : std::runtime_error {
     std::wstring message;
-    explicit loadimage_error(std::wstring strPath)
-        : std::runtime_error("LOADIMAGE_ERROR"), message(std::move(strPath)) {}
+    EFileFailure failure;
+    explicit loadimage_error(std::wstring strPath, EFileFailure why = EFileFailure::Unknown)
+        : std::runtime_error("LOADIMAGE_ERROR"), message(std::move(strPath)), failure(why) {}
 };
 
 /// Throws constraint_violation_as<Kind> with the given expression text. Out of line, so that a check costs

@@ -339,7 +339,7 @@ void CCanvasFrame::OnFileSave(int nId) {
             if (spFrame->m_spCanvas == m_spCanvas) spFrame->UpdateTitle();
         PostToMainFrame(WM_ADD_RECENT, 0, strPath);
     } catch (const fileopen_error& e) {
-        ReportFileFailure(g_strFileNotOpened, e.message);
+        ReportFileFailure(g_strFileNotOpened, e.message, e.failure);
     } catch (const std::exception& e) {
         ReportException(e);
     }

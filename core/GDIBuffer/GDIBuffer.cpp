@@ -3,15 +3,10 @@
 #include "core/Base/Failure.h"
 
 #include <cstring>
-#include <new>
 
 CGDIBuffer::CGDIBuffer(CSize sz) : m_size(sz), m_nStride((sz.cx * 3 + 3) & ~3) {
     if (sz.cx <= 0 || sz.cy <= 0) throw internal_error(L"CGDIBuffer: the size is not positive.");
-    try {
-        m_vPixels.resize(static_cast<size_t>(m_nStride) * static_cast<size_t>(sz.cy));
-    } catch (const std::bad_alloc&) {
-        throw internal_error(L"CGDIBuffer: no memory for the screen copy.");
-    }
+    m_vPixels.resize(static_cast<size_t>(m_nStride) * static_cast<size_t>(sz.cy));
 }
 
 void CGDIBuffer::Scroll(CPoint ptMove) {

@@ -12,7 +12,7 @@
 /// 3 bytes a pixel in the order B, G, R; rows from the top, each padded to a multiple of 4 bytes.
 class CGDIBuffer : boost::noncopyable {
 public:
-    /// A black bitmap. Raises internal_error when the size is not positive or there is no memory for it.
+    /// A black bitmap. Raises internal_error when the size is not positive.
     explicit CGDIBuffer(CSize sz);
     virtual ~CGDIBuffer() = default;
 

@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <new>
 #include <string>
 
 namespace {
@@ -29,7 +30,8 @@ protected:
     void MoveWindow(uint64_t uPos, size_t nLength) override {
         const uint64_t uPiece = std::min<uint64_t>(READ_PIECE, GetSize() - uPos);
         m_vWindow.resize(std::max(nLength, static_cast<size_t>(uPiece)));
-        if (!m_upReader->Read(uPos, m_vWindow.data(), m_vWindow.size())) throw fileopen_error(m_strPath);
+        if (!m_upReader->Read(uPos, m_vWindow.data(), m_vWindow.size()))
+            throw fileopen_error(m_strPath, EFileFailure::DiskError);
         SetWindow(uPos, m_vWindow.data(), m_vWindow.size());
     }
 
@@ -40,11 +42,12 @@ private:
 };
 
 boost::shared_ptr<CCanvasBuffer> OpenPicture(const std::wstring& strPath, IImageCodecs& codecs) {
-    CBitmapSession session{codecs.Load(strPath)};
+    const TLoadedPicture picture = codecs.Load(strPath);
     int32_t nWidth = 0;
     int32_t nHeight = 0;
-    if (!session.spBitmap || !session.spBitmap->GetWidth(nWidth) || !session.spBitmap->GetHeight(nHeight))
-        throw loadimage_error(strPath);
+    if (!picture || !picture->GetWidth(nWidth) || !picture->GetHeight(nHeight))
+        throw loadimage_error(strPath, picture.failure);
+    CBitmapSession session{picture};
     const auto spCanvas = CreateCanvas({nWidth, nHeight});
     const auto spLayer = CreateRasterLayer(spCanvas);
     spLayer->setName(L"新規ラスタレイヤー");
@@ -56,9 +59,8 @@ boost::shared_ptr<CCanvasBuffer> OpenPicture(const std::wstring& strPath, IImage
 
 } // namespace
 
-boost::shared_ptr<CCanvasBuffer> ReadProject(std::unique_ptr<IFileReader> upReader,
-                                             const std::wstring& strName) {
-    if (!upReader) throw fileopen_error(strName);
+boost::shared_ptr<CCanvasBuffer> ReadProject(TOpenedFile upReader, const std::wstring& strName) {
+    if (!upReader) throw fileopen_error(strName, upReader.failure);
     CDeserializer file(boost::shared_ptr<CWireImage>(new CFileImage(strName, std::move(upReader))));
     CDeserializer top;
     file.ReadChunk(top);
@@ -84,19 +86,24 @@ void SaveDocument(CCanvasBuffer& canvas, const std::wstring& strPath, IFileStore
         throw internal_error(L"SaveDocument: the layers lie too deep in each other.");
     CSerializer file;
     file.WriteChunk(canvas.Serialize());
-    if (!files.ReplaceBy(strPath, [&](const TWriteBytes& fnWrite) { return file.WriteOut(fnWrite); }))
-        throw fileopen_error(strPath);
+    const CFileOutcome outcome =
+        files.ReplaceBy(strPath, [&](const TWriteBytes& fnWrite) { return file.WriteOut(fnWrite); });
+    if (!outcome) throw fileopen_error(strPath, outcome.GetFailure());
     canvas.GetHistory().SetModified(false);
 }
 
 void ExportImage(CCanvasBuffer& canvas, const std::wstring& strPath, IFileStore& files,
                  IImageCodecs& codecs) {
     if (IsPsdFile(strPath)) return ExportPsd(canvas, strPath, files, codecs);
-    if (!codecs.CanSave(strPath)) throw fileopen_error(strPath);
-    CBitmapSession session{codecs.CreateBitmap(canvas.GetSize())};
-    if (!session.spBitmap) throw internal_error(L"Gdiplus::Bitmap() failed.");
+    if (!codecs.CanSave(strPath)) throw fileopen_error(strPath, EFileFailure::UnknownEnding);
+    const CSize sz = canvas.GetSize();
+    if (std::max(sz.cx, sz.cy) > MAX_IMAGE_SIDE) throw fileopen_error(strPath, EFileFailure::PictureTooLarge);
+    CBitmapSession session{codecs.CreateBitmap(sz)};
+    if (!session.spBitmap) throw std::bad_alloc();
     canvas.Flatten()->WriteBitmap(session);
-    if (!session.bOk || !codecs.Save(strPath, *session.spBitmap)) throw fileopen_error(strPath);
+    const CFileOutcome outcome =
+        session.bOk ? codecs.Save(strPath, *session.spBitmap) : CFileOutcome(EFileFailure::NoMemory);
+    if (!outcome) throw fileopen_error(strPath, outcome.GetFailure());
 }
 
 std::vector<TFileFilter> GetOpenFilters() {

@@ -3,11 +3,8 @@
 
 #include "core/CanvasBuffer/CanvasBuffer.h"
 #include "core/Platform/Dialogs.h"
+#include "core/Platform/Files.h"
 
-#include <memory>
-
-class IFileReader;
-class IFileStore;
 class IImageCodecs;
 
 /// True when the name has the project file's ending, in any case.
@@ -20,8 +17,7 @@ boost::shared_ptr<CCanvasBuffer> OpenDocument(const std::wstring& strPath, IFile
 
 /// The document of a project file's bytes, without a file of its own. Raises deserialize_error, or
 /// fileopen_error with `strName` when there is no reader or it fails.
-boost::shared_ptr<CCanvasBuffer> ReadProject(std::unique_ptr<IFileReader> upReader,
-                                             const std::wstring& strName);
+boost::shared_ptr<CCanvasBuffer> ReadProject(TOpenedFile upReader, const std::wstring& strName);
 
 /// Writes the document as a project file beside the old one and renames it over that.
 /// Raises fileopen_error with the old file whole; on success the document counts as saved.

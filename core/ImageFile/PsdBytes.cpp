@@ -24,7 +24,8 @@ void CPsdBytes::WritePascal(std::string_view str) {
 uint8_t* CPsdBytes::Extend(size_t nCount, uint8_t uFill) {
     const size_t nOld = m_strBytes.size();
     if (nCount > std::numeric_limits<uint32_t>::max() - nOld)
-        throw internal_error(L"ExportPsd: the file exceeds 4 GiB.");
+        throw refused_error(L"PSD ファイルは 4 GiB までです。\n\n"
+                            L"レイヤーを結合するか、別の形式で保存してください。");
     m_strBytes.append(nCount, static_cast<char>(uFill));
     return reinterpret_cast<uint8_t*>(m_strBytes.data() + nOld);
 }

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-/// Grows at its end. A file over 32 bits raises internal_error.
+/// Grows at its end. A file over 32 bits raises refused_error.
 class CPsdBytes {
 public:
     void WriteByte(uint8_t u) { *Extend(1, 0) = u; }

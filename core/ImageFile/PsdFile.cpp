@@ -125,13 +125,17 @@ bool IsPsdFile(const std::wstring& strPath) { return EqualNoCase(ExtensionOf(str
 void ExportPsd(CCanvasBuffer& canvas, const std::wstring& strPath, IFileStore& files, IImageCodecs& codecs) {
     const CSize sz = canvas.GetSize();
     if (std::max(sz.cx, sz.cy) > MAX_PSD_SIDE)
-        throw internal_error(L"ExportPsd: a side exceeds 30000 pixels.");
+        throw refused_error(L"PSD ファイルは縦も横も30000ピクセルまでです。\n\n"
+                            L"画像を縮めるか、別の形式で保存してください。");
     const std::vector<TPsdRecord> vRecords = ListPsdRecords(canvas.GetRoot());
-    if (vRecords.size() > MAX_PSD_RECORDS) throw internal_error(L"ExportPsd: there are too many layers.");
+    if (vRecords.size() > MAX_PSD_RECORDS)
+        throw refused_error(L"PSD ファイルに入るレイヤーは32767枚までです（レイヤーセットは2枚分）。\n\n"
+                            L"レイヤーを結合するか、別の形式で保存してください。");
     canvas.FlushCanvasUpdates();
     CPsdBytes file;
     WriteHeader(file, sz);
     WriteLayers(file, vRecords, codecs);
     WritePicture(file, canvas);
-    if (!files.Replace(strPath, file.GetBytes())) throw fileopen_error(strPath);
+    const CFileOutcome outcome = files.Replace(strPath, file.GetBytes());
+    if (!outcome) throw fileopen_error(strPath, outcome.GetFailure());
 }

@@ -73,6 +73,7 @@ private:
     bool OnCopyData(const TMessage& msg);
     void OfferRecovery();
     void RestoreDocument(const TLeftSnapshot& left);
+    void FinishFile(const TLeftSnapshot& left);
     void OnViewNew();
     void OnAbout();
     void OnConfig();

@@ -186,13 +186,13 @@ bool CMainFrame::OpenFile(const std::wstring& strPath) {
         return true;
     } catch (const loadimage_error& e) {
         AbandonFrame(spFrame);
-        ReportFileFailure(g_strImageNotOpened, e.message);
+        ReportFileFailure(g_strImageNotOpened, e.message, e.failure);
     } catch (const fileopen_error& e) {
         AbandonFrame(spFrame);
-        ReportFileFailure(g_strFileNotOpened, e.message);
+        ReportFileFailure(g_strFileNotOpened, e.message, e.failure);
     } catch (const deserialize_error&) {
         AbandonFrame(spFrame);
-        ShowErrorBox(g_strFileDamaged);
+        ReportFileFailure(g_strFileDamaged, {}, EFileFailure::DamagedDocument);
     } catch (const std::exception& e) {
         AbandonFrame(spFrame);
         ReportException(e);

@@ -3,8 +3,10 @@
 #include "core/AppModule/ErrorBox.h"
 #include "core/AppModule/PrivateMessages.h"
 #include "core/Base/Failure.h"
+#include "core/ImageFile/ImageFile.h"
 #include "core/MainFrame/MainFrame.h"
 #include "core/Platform/Dialogs.h"
+#include "core/Platform/Files.h"
 #include "core/Recovery/Recovery.h"
 
 #include <algorithm>
@@ -15,6 +17,7 @@ constexpr wchar_t QUESTION[] = L"前回の作業が保存されずに終了し�
 constexpr wchar_t LOST_TITLE[] = L"名称未設定";
 /// So many are named; a box must fit on the screen.
 constexpr size_t MAX_NAMED = 10;
+constexpr size_t PIECE = 1 << 18; ///< bytes of a file in memory at a time
 
 std::wstring DescribeLeft(const std::vector<TLeftSnapshot>& vLeft) {
     std::wstring strText = std::wstring(QUESTION) + L"\n";
@@ -24,6 +27,17 @@ std::wstring DescribeLeft(const std::vector<TLeftSnapshot>& vLeft) {
         if (!note.strTime.empty()) strText += L"  (" + note.strTime + L")";
     }
     return vLeft.size() > MAX_NAMED ? strText + L"\n..." : strText;
+}
+
+bool HandOn(IFileReader& reader, const TWriteBytes& fnWrite) {
+    std::string strPiece;
+    for (uint64_t uAt = 0; uAt < reader.GetSize(); uAt += strPiece.size()) {
+        strPiece.resize(static_cast<size_t>(std::min<uint64_t>(PIECE, reader.GetSize() - uAt)));
+        if (!reader.Read(uAt, reinterpret_cast<uint8_t*>(strPiece.data()), strPiece.size()) ||
+            !fnWrite(strPiece))
+            return false;
+    }
+    return true;
 }
 
 // Gives back what is still reserved, also when restoring breaks off.
@@ -37,15 +51,37 @@ struct CReservation : boost::noncopyable {
 
 void CMainFrame::OfferRecovery() {
     CRecovery& recovery = g_AppModule.GetRecovery();
-    const CReservation reservation(recovery);
-    const std::vector<TLeftSnapshot> vLeft = recovery.FindLeft();
-    if (vLeft.empty()) return;
-    const EBoxAnswer answer = g_AppModule.GetPlatform().boxes.Show(
-        m_pWindow, DescribeLeft(vLeft), L"Vellumcraft", EBoxKind::YesNoCancelWarning);
-    for (const TLeftSnapshot& left : vLeft) {
-        if (answer == EBoxAnswer::Yes) RestoreDocument(left);
-        if (answer == EBoxAnswer::No) recovery.Drop(left);
+    std::vector<TLeftSnapshot> vUnfinished;
+    {
+        const CReservation reservation(recovery);
+        const std::vector<TLeftSnapshot> vLeft = recovery.FindLeft();
+        if (vLeft.empty()) return;
+        const EBoxAnswer answer = g_AppModule.GetPlatform().boxes.Show(
+            m_pWindow, DescribeLeft(vLeft), L"Vellumcraft", EBoxKind::YesNoCancelWarning);
+        for (const TLeftSnapshot& left : vLeft) {
+            if (answer == EBoxAnswer::No) recovery.Drop(left);
+            if (answer != EBoxAnswer::Yes) continue;
+            if (left.bFileCopy && !IsProjectFile(left.note.strPath))
+                vUnfinished.push_back(left);
+            else
+                RestoreDocument(left);
+        }
     }
+    // Writing a file reserves its copy itself.
+    for (const TLeftSnapshot& left : vUnfinished) FinishFile(left);
+}
+
+void CMainFrame::FinishFile(const TLeftSnapshot& left) {
+    CRecovery& recovery = g_AppModule.GetRecovery();
+    IFileStore& files = g_AppModule.GetPlatform().files;
+    const auto upCopy = recovery.Open(left);
+    const auto fill = [&](const TWriteBytes& fnWrite) { return HandOn(*upCopy, fnWrite); };
+    const CFileOutcome outcome =
+        upCopy ? files.ReplaceBy(left.note.strPath, fill) : CFileOutcome(EFileFailure::Missing);
+    if (outcome)
+        recovery.Drop(left);
+    else
+        ReportFileFailure(g_strFileNotOpened, left.note.strPath, outcome.GetFailure());
 }
 
 void CMainFrame::RestoreDocument(const TLeftSnapshot& left) {
@@ -57,9 +93,9 @@ void CMainFrame::RestoreDocument(const TLeftSnapshot& left) {
         PostToMainFrame(WM_REFRESH_ALL);
     } catch (const deserialize_error&) {
         // Out of the way, or it would be offered at every start.
-        ReportFileFailure(g_strFileDamaged, recovery.SetAside(left));
+        ReportFileFailure(g_strFileDamaged, recovery.SetAside(left), EFileFailure::DamagedDocument);
     } catch (const fileopen_error& e) {
-        ReportFileFailure(g_strFileNotOpened, e.message);
+        ReportFileFailure(g_strFileNotOpened, e.message, e.failure);
     } catch (const std::exception& e) {
         AbandonFrame(spFrame);
         ReportException(e);

@@ -2,6 +2,7 @@
 // read and write them.
 #pragma once
 
+#include "core/Base/FileFailure.h"
 #include "core/Base/Geometry.h"
 
 #include <boost/shared_ptr.hpp>
@@ -39,6 +40,8 @@ struct CBitmapSession {
 /// Largest picture that is decoded, in pixels a side.
 constexpr int32_t MAX_IMAGE_SIDE = 30000;
 
+using TLoadedPicture = TOrFailure<boost::shared_ptr<IBitmap>>;
+
 class IImageCodecs {
 public:
     virtual ~IImageCodecs() = default;
@@ -47,15 +50,15 @@ public:
     virtual void Shutdown(uintptr_t uToken) = 0;
     /// A transparent bitmap, null when there is no memory or the size is not positive.
     virtual boost::shared_ptr<IBitmap> CreateBitmap(CSize sz) = 0;
-    /// Decodes a picture file, converted to 8 bits a channel with straight alpha; null when it is damaged,
-    /// cut short, of no known kind, or larger than MAX_IMAGE_SIDE or 2 GiB decoded.
-    virtual boost::shared_ptr<IBitmap> Load(const std::wstring& strPath) = 0;
+    /// Decodes a picture file, converted to 8 bits a channel with straight alpha; none when it cannot be
+    /// read, is damaged, cut short, of no known kind, or larger than MAX_IMAGE_SIDE or 2 GiB decoded.
+    virtual TLoadedPicture Load(const std::wstring& strPath) = 0;
     /// Decodes a picture that the program carries, as Load does.
-    virtual boost::shared_ptr<IBitmap> LoadResource(std::string_view strBytes) = 0;
+    virtual TLoadedPicture LoadResource(std::string_view strBytes) = 0;
     /// Encodes by the path's ending (.png, .jpg, .jpeg, .bmp, .tif, .tiff, .gif in any case) and replaces the
-    /// file atomically. PNG keeps alpha, the others are flattened on white. False for other endings and on
-    /// failure, with the old file untouched.
-    virtual bool Save(const std::wstring& strPath, IBitmap& bitmap) = 0;
+    /// file atomically. PNG keeps alpha, the others are flattened on white. Other endings fail, and
+    /// any failure leaves the file as IFileStore::ReplaceBy does.
+    virtual CFileOutcome Save(const std::wstring& strPath, IBitmap& bitmap) = 0;
     /// True when Save knows the path's ending.
     virtual bool CanSave(const std::wstring& strPath) = 0;
     /// Text as picture files name their parts, in code page 932 (Shift_JIS): '?' for each character that it

@@ -1,6 +1,8 @@
 // Files as whole strings of bytes or piece by piece, and where the application keeps its own.
 #pragma once
 
+#include "core/Base/FileFailure.h"
+
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -22,22 +24,28 @@ public:
 /// Takes the next bytes of a file being written; false when they cannot be.
 using TWriteBytes = std::function<bool(std::string_view)>;
 
+/// Hands bytes on piece by piece in their order; false when one of them was not taken, or to give up.
+using TFillBytes = std::function<bool(const TWriteBytes&)>;
+
+using TFileBytes = TOrFailure<std::optional<std::string>>;
+using TOpenedFile = TOrFailure<std::unique_ptr<IFileReader>>;
+
 class IFileStore {
 public:
     virtual ~IFileStore() = default;
-    /// The whole file, nullopt when it cannot be opened or read.
-    virtual std::optional<std::string> Read(const std::wstring& strPath) = 0;
-    /// Opens a file to be read in pieces, for files too big to be held beside what is made of them. Null when
-    /// it cannot be opened.
-    virtual std::unique_ptr<IFileReader> Open(const std::wstring& strPath) = 0;
+    /// The whole file.
+    virtual TFileBytes Read(const std::wstring& strPath) = 0;
+    /// Opens a file to be read in pieces, for files too big to be held beside what is made of them.
+    virtual TOpenedFile Open(const std::wstring& strPath) = 0;
     /// Replaces the file by what `fnFill` hands on: written beside it, flushed to the disk, then renamed over
-    /// it, so that at any moment the path holds the old file or the new one whole. False, and the old file
-    /// untouched, on any failure or when `fnFill` answers false; its exceptions pass through. A link is
-    /// followed; the old file's rights are kept.
-    virtual bool ReplaceBy(const std::wstring& strPath,
-                           const std::function<bool(const TWriteBytes&)>& fnFill) = 0;
+    /// it, so that at any moment the path holds the old file or the new one whole. Not so in a folder that
+    /// refuses this: there a store may write over the file while it keeps a whole copy elsewhere, and may
+    /// call `fnFill` a second time. On any failure but HalfWritten, or when `fnFill` answers false, the old
+    /// file is untouched; its exceptions pass through. A link is followed; the old file's owner, group,
+    /// rights and attributes are kept as far as the user may.
+    virtual CFileOutcome ReplaceBy(const std::wstring& strPath, const TFillBytes& fnFill) = 0;
     /// The same for bytes at hand.
-    bool Replace(const std::wstring& strPath, std::string_view strBytes) {
+    CFileOutcome Replace(const std::wstring& strPath, std::string_view strBytes) {
         return ReplaceBy(strPath, [&](const TWriteBytes& fnWrite) { return fnWrite(strBytes); });
     }
     /// Reads, edits and replaces under a lock that other processes and threads respect. `edit` gets the

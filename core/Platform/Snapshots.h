@@ -21,10 +21,9 @@ struct TLeftSnapshot {
     std::wstring strName; ///< how the store knows it
     TSnapshotNote note;
     bool bHasFile = false; ///< the document's own file is there
+    /// The bytes of the file of that path, whole: writing them there broke off. A project or any other file.
+    bool bFileCopy = false;
 };
-
-/// Hands a document's bytes on piece by piece; false when one of them was not taken.
-using TFillBytes = std::function<bool(const TWriteBytes&)>;
 
 /// A session's snapshots are named by keys of its own choice. What it neither removes nor adopts away stays
 /// when it ends. All calls come from the session's thread; none throws but for want of memory.

@@ -38,6 +38,8 @@ public:
     /// The document of a left snapshot, unsaved, with its old title and, if its file is still there, path.
     /// The snapshot is the document's own from now on. Raises fileopen_error or deserialize_error.
     boost::shared_ptr<CCanvasBuffer> Restore(const TLeftSnapshot& left);
+    /// The bytes of a left snapshot, null when they cannot be read.
+    std::unique_ptr<IFileReader> Open(const TLeftSnapshot& left) { return m_store.Open(left.strName); }
     /// Puts one that cannot be restored out of the way; returns where it is.
     std::wstring SetAside(const TLeftSnapshot& left) { return m_store.SetAside(left.strName); }
     void Drop(const TLeftSnapshot& left) { m_store.Drop(left.strName); }

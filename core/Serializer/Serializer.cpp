@@ -26,7 +26,8 @@ void CSerializer::SetTag(uint32_t uTag, uint32_t uVersion) {
 
 void CSerializer::Grow(uint64_t nLength) {
     if (nLength > std::numeric_limits<uint32_t>::max() - CHUNK_HEADER - m_nLength)
-        throw internal_error(L"CSerializer: the document exceeds 4 GiB.");
+        throw refused_error(L"書類が 4 GiB を超えるので保存できません。\n\n"
+                            L"レイヤーを結合するか、画像を縮めてから保存してください。");
     m_nLength += nLength;
 }
 

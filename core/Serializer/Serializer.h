@@ -30,7 +30,7 @@ constexpr uint32_t CHUNK_HEADER = 12;
 
 /// Builds one chunk. Bytes written to it are kept, parts are only referred to, and a chunk appended to
 /// another hands both on, so that a whole document's chunk takes little more than its tree. Lengths over 32
-/// bits cannot be represented and raise internal_error.
+/// bits cannot be represented and raise refused_error.
 class CSerializer {
 public:
     virtual ~CSerializer() = default;

@@ -4,6 +4,7 @@
 #include "session/Player.h"
 #include "session/SessionDialogs.h"
 #include "system/Locations.h"
+#include "system/SnapshotFiles.h"
 #include "system/SnapshotStore.h"
 #include "tests/session/ScriptedSession.h"
 #include "tests/support/LayerPictures.h"
@@ -138,6 +139,21 @@ TEST_F(RecoveryDesktop, YesAtTheEndIsNoLoss) {
     std::filesystem::remove(m_folder.File("Vellumcraft/Recovery"));
     std::ofstream(m_folder.File("Vellumcraft/Recovery")) << "in the way";
     EXPECT_NE(leave({}, 1).find("復元用のデータを保存できませんでした。"), std::string::npos);
+}
+
+TEST_F(RecoveryDesktop, APictureWhoseWritingBrokeOffIsFinishedOnRequest) {
+    const std::wstring strPath = FromUtf8(m_folder.File("絵.png").native());
+    for (const EBoxAnswer answer : {EBoxAnswer::Cancel, EBoxAnswer::Yes}) {
+        m_store.Replace(strPath, "half");
+        const std::string strName = m_folder.File("Vellumcraft/Recovery/0123456789abcdef-1").native();
+        std::filesystem::create_directories(m_folder.File("Vellumcraft/Recovery"));
+        m_store.Replace(FromUtf8(strName + ".ini"), SnapshotFiles::NoteText({strPath, L"絵.png", {}}, true));
+        m_store.Replace(FromUtf8(strName + ".vlm"), "whole");
+        EXPECT_EQ(Play({Offer(answer), [](CPlayer&) { EXPECT_TRUE(g_lstCanvasFrame.empty()); }}), "");
+        EXPECT_NE(m_strFirstBox.find(L"絵.png"), std::wstring::npos);
+        EXPECT_EQ(m_store.Read(strPath), answer == EBoxAnswer::Yes ? "whole" : "half");
+        EXPECT_EQ(CountFiles(), answer == EBoxAnswer::Yes ? 0 : 2);
+    }
 }
 
 TEST_F(RecoveryDesktop, ADamagedOneIsToldAndDoesNotStandInTheWay) {

@@ -65,7 +65,7 @@ TEST_F(ScriptedDesktop, ARecordMakesAndSavesTheSameDocuments) {
 {"open":"page.vlm"}
 {"expect":{"frames":2,"layers":[{"name":"線画","opacity":90}],"modified":false}}
 {"open":"none.vlm"}
-{"expect":{"frames":2,"box":"ファイルを開けませんでした。\nFile: 'none.vlm'"}}
+{"expect":{"frames":2,"box":"ファイルを開けませんでした。\nFile: 'none.vlm'\n\nファイルがありません。名前を変えたり、移したり、消したりしていないか確かめてください。"}}
 {"close":"frame"}
 {"command":12900}
 {"answer":{"cancel":true}}

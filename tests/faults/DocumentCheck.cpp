@@ -61,10 +61,8 @@ void CDocumentCheck::CheckFiles(CCanvasBuffer& canvas, const std::vector<std::ws
 
 void CDocumentCheck::CheckBoxes(const std::vector<std::wstring>& vErrors, bool bMemory) {
     for (const std::wstring& strText : vErrors) {
-        const bool bNoMemory =
-            strText == L"メモリが足りません。\nexception: bad_alloc" ||
-            strText == L"メモリが足りないため、例外処理中に例外が投げられました。" ||
-            strText == L"内部エラー\nexception: internal_error('CGDIBuffer: no memory for the screen copy.')";
+        const bool bNoMemory = strText == L"メモリが足りません。\nexception: bad_alloc" ||
+                               strText == L"メモリが足りないため、例外処理中に例外が投げられました。";
         const bool bFile = strText.starts_with(g_strFileNotOpened + L"\nFile: '") ||
                            strText.starts_with(g_strImageNotOpened + L"\nFile: '") ||
                            strText == g_strFileNotOpened || strText == g_strImageNotOpened;

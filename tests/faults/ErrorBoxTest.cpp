@@ -51,8 +51,11 @@ TEST_F(ErrorBox, SaysWhatItCanWhenMemoryIsGone) {
     const auto report = [&] { ReportException(e); };
     EXPECT_EQ(TextOf(true, report), L"内部エラー\nexception: internal_error('x')");
     EXPECT_EQ(TextOf(false, report), L"メモリが足りないため、例外処理中に例外が投げられました。");
-    const auto reportFile = [] { ReportFileFailure(g_strFileNotOpened, g_strPath); };
-    EXPECT_EQ(TextOf(true, reportFile), L"ファイルを開けませんでした。\nFile: '/絵/page.vlm'");
+    const auto reportFile = [] {
+        ReportFileFailure(g_strFileNotOpened, g_strPath, EFileFailure::ReadOnlyDisk);
+    };
+    EXPECT_EQ(TextOf(true, reportFile), L"ファイルを開けませんでした。\nFile: '/絵/page.vlm'\n\n"
+                                        L"ディスクが読み取り専用です。別の場所に保存してください。");
     EXPECT_EQ(TextOf(false, reportFile), L"ファイルを開けませんでした。");
 }
 

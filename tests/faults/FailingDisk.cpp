@@ -53,6 +53,10 @@ OURS ssize_t write(int fd, const void* p, size_t n) {
     errno = ENOSPC;
     return -1;
 }
+OURS ssize_t pwrite(int fd, const void* p, size_t n, off_t at) {
+    return Fails(ENOSPC) ? -1 : REAL(pwrite)(fd, p, n, at);
+}
+OURS int ftruncate(int fd, off_t n) noexcept { return Fails(EIO) ? -1 : REAL(ftruncate)(fd, n); }
 OURS int fsync(int fd) { return Fails(EIO) ? -1 : REAL(fsync)(fd); }
 OURS int fdatasync(int fd) { return Fails(EIO) ? -1 : REAL(fdatasync)(fd); }
 OURS int fchmod(int fd, mode_t mode) noexcept { return Fails(EPERM) ? -1 : REAL(fchmod)(fd, mode); }

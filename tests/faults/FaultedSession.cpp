@@ -134,7 +134,8 @@ struct CHere : CNoPlaces {
 
 // Settings that cannot be read are the default ones, and nobody is told.
 struct CFiles : CFileStore {
-    std::optional<std::string> Read(const std::wstring& strPath) override {
+    using CFileStore::CFileStore;
+    TFileBytes Read(const std::wstring& strPath) override {
         std::optional<CUnfailingDisk> unfailing;
         if (strPath.ends_with(L".ini")) unfailing.emplace();
         return CFileStore::Read(strPath);
@@ -247,7 +248,8 @@ TPlayed PlayWithFailingMemory(uint64_t uFail) {
 TPlayed PlayOnFailingDisk(uint64_t uFail) {
     const CTempFolder folder;
     std::filesystem::current_path(folder.GetPath());
-    CFiles files;
+    CHere places;
+    CFiles files(&places); // also in place
     const auto list = [&] {
         std::vector<std::wstring> vNames;
         for (const auto& entry : std::filesystem::directory_iterator(folder.GetPath()))

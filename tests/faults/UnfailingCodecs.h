@@ -19,13 +19,13 @@ public:
     boost::shared_ptr<IBitmap> CreateBitmap(CSize sz) override {
         return Call([&] { return m_codecs.CreateBitmap(sz); });
     }
-    boost::shared_ptr<IBitmap> Load(const std::wstring& strPath) override {
+    TLoadedPicture Load(const std::wstring& strPath) override {
         return Call([&] { return m_codecs.Load(strPath); });
     }
-    boost::shared_ptr<IBitmap> LoadResource(std::string_view strBytes) override {
+    TLoadedPicture LoadResource(std::string_view strBytes) override {
         return Call([&] { return m_codecs.LoadResource(strBytes); });
     }
-    bool Save(const std::wstring& strPath, IBitmap& bitmap) override {
+    CFileOutcome Save(const std::wstring& strPath, IBitmap& bitmap) override {
         return Call([&] { return m_codecs.Save(strPath, bitmap); });
     }
     bool CanSave(const std::wstring& strPath) override {

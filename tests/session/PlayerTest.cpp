@@ -83,10 +83,13 @@ TEST_F(Player, WhatCannotBeDoneOrIsNotAsExpectedFails) {
         {R"({"answer":{"cancel":true}})", ""},
         {"{\"answer\":{\"cancel\":true}}\n{\"close\":\"frame\"}\n{\"expect\":{\"frames\":1}}", ""},
         // An error box has to be expected at once.
-        {strBad + R"({"expect":{"box":"データファイルが破損しています。"}})", ""},
-        {strBad, "1: error box: データファイルが破損しています。"},
+        {strBad +
+             R"({"expect":{"box":"データファイルが破損しています。\n\nバックアップがあれば、そちらを開いてください。"}})",
+         ""},
+        {strBad,
+         "1: error box: データファイルが破損しています。\n\nバックアップがあれば、そちらを開いてください。"},
         {strBad + R"({"expect":{"box":"x"}})",
-         R"(2: box: expected "x", found "データファイルが破損しています。")"},
+         R"(2: box: expected "x", found "データファイルが破損しています。\n\nバックアップがあれば、そちらを開いてください。")"},
     };
     for (const auto& [strScript, pszFailure] : aCases)
         EXPECT_EQ(Play(strScript), *pszFailure ? std::string("s:") + pszFailure : "") << strScript;

@@ -91,7 +91,7 @@ TEST_F(Recorder, PanelsKeysLayersAndWhatActsPastTheSeam) {
 TEST_F(Recorder, AnswersStandBehindTheLineThatAsks) {
     m_files.m_mapFiles[L"bad.vlm"] = "no project";
     EXPECT_EQ(Record(R"({"open":"bad.vlm"}
-{"expect":{"box":"データファイルが破損しています。"}}
+{"expect":{"box":"データファイルが破損しています。\n\nバックアップがあれば、そちらを開いてください。"}}
 {"answer":{"box":"cancel"}}
 {"close":"frame"}
 {"answer":{"dialog":"CAboutDialog","extra":true}}
@@ -100,7 +100,7 @@ TEST_F(Recorder, AnswersStandBehindTheLineThatAsks) {
 {"wait":1})"),
               "");
     EXPECT_EQ(m_strRecord.substr(m_strRecord.find("{\"open\"")), R"({"open":"bad.vlm"}
-{"expect":{"box":"データファイルが破損しています。"}}
+{"expect":{"box":"データファイルが破損しています。\n\nバックアップがあれば、そちらを開いてください。"}}
 {"close":"frame"}
 {"reply":{"box":"cancel"}}
 {"command":57664}

@@ -7,32 +7,35 @@
 
 class CMemoryFiles : public IFileStore {
 public:
-    std::optional<std::string> Read(const std::wstring& strPath) override {
+    TFileBytes Read(const std::wstring& strPath) override {
         ++m_nReads;
         const auto it = m_mapFiles.find(strPath);
-        return it == m_mapFiles.end() ? std::nullopt : std::optional(it->second);
+        if (it == m_mapFiles.end()) return EFileFailure::Missing;
+        return it->second;
     }
-    std::unique_ptr<IFileReader> Open(const std::wstring& strPath) override {
+    TOpenedFile Open(const std::wstring& strPath) override {
         const auto strBytes = Read(strPath);
-        return strBytes ? std::make_unique<CReader>(*strBytes, m_nReadable) : nullptr;
+        if (!strBytes) return strBytes.failure;
+        return std::make_unique<CReader>(*strBytes, m_nReadable);
     }
-    bool ReplaceBy(const std::wstring& strPath,
-                   const std::function<bool(const TWriteBytes&)>& fnFill) override {
+    CFileOutcome ReplaceBy(const std::wstring& strPath, const TFillBytes& fnFill) override {
         std::string strFile;
         const auto write = [&](std::string_view str) { return strFile += str, true; };
-        if (m_bReadOnly || !fnFill(write)) return false;
+        if (m_bReadOnly) return m_failure;
+        if (!fnFill(write)) return EFileFailure::Unknown;
         ++m_nWrites;
         m_mapFiles[strPath] = std::move(strFile);
-        return true;
+        return {};
     }
     bool Update(const std::wstring& strPath, const std::function<bool(std::string&)>& edit) override {
         if (m_bReadOnly) return false;
         std::string strBytes = m_mapFiles[strPath];
-        return edit(strBytes) && Replace(strPath, strBytes);
+        return edit(strBytes) && !!Replace(strPath, strBytes);
     }
 
     std::map<std::wstring, std::string> m_mapFiles;
     bool m_bReadOnly = false;
+    EFileFailure m_failure = EFileFailure::ReadOnlyDisk; ///< what writing then fails of
     int m_nReads = 0, m_nWrites = 0;
     size_t m_nReadable = SIZE_MAX; ///< what an opened file gives of its bytes
 

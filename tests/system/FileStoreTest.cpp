@@ -1,7 +1,9 @@
 #include "system/FileStore.h"
 
 #include "core/Base/Text.h"
+#include "system/FileErrors.h"
 #include "system/FileLock.h"
+#include "tests/support/InProcess.h"
 #include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
@@ -14,8 +16,6 @@
 
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace {
 
@@ -31,15 +31,6 @@ protected:
     CTempFolder m_folder;
     CFileStore m_files;
 };
-
-// True when a process of its own ended by itself and `body` was true there.
-template <class Body>
-bool InProcess(Body body) {
-    const pid_t id = fork();
-    if (id == 0) _exit(body() ? 0 : 1);
-    int nStatus = 0;
-    return waitpid(id, &nStatus, 0) == id && WIFEXITED(nStatus) && WEXITSTATUS(nStatus) == 0;
-}
 
 } // namespace
 
@@ -98,6 +89,51 @@ TEST_F(FileStore, FollowsLinksAndKeepsRights) {
     struct stat status {};
     EXPECT_TRUE(stat(pathDoc.c_str(), &status) == 0 && status.st_uid == uOwner);
     EXPECT_EQ(status.st_mode & 07777, 0640u);
+}
+
+TEST_F(FileStore, SaysWhyAFileCannotBeUsed) {
+    const auto read = [&](const char* psz) { return m_files.Read(Path(psz)).failure; };
+    const auto open = [&](const char* psz) { return m_files.Open(Path(psz)).failure; };
+    const auto write = [&](const char* psz) { return m_files.Replace(Path(psz), "x").GetFailure(); };
+    fs::create_directory(m_folder.File("sub"));
+    m_files.Replace(Path("doc"), "old");
+    const std::string strLong(256, 'n');
+    for (const auto& fn : {std::function(read), std::function(open)}) {
+        EXPECT_EQ(fn("none"), EFileFailure::Missing);
+        EXPECT_EQ(fn("doc/below"), EFileFailure::Missing);
+        EXPECT_EQ(fn("sub"), EFileFailure::NotPlain);
+        EXPECT_EQ(fn(strLong.c_str()), EFileFailure::NameTooLong);
+    }
+    EXPECT_EQ(write("none/file"), EFileFailure::NoFolder);
+    EXPECT_EQ(write("sub"), EFileFailure::NotPlain);
+    EXPECT_EQ(write(strLong.c_str()), EFileFailure::NameTooLong);
+    EXPECT_EQ(WriteFailure(ENOSPC), EFileFailure::DiskFull);
+    EXPECT_EQ(WriteFailure(EROFS), EFileFailure::ReadOnlyDisk);
+    EXPECT_EQ(WriteFailure(EIO), EFileFailure::DiskError);
+    chmod(m_folder.File("doc").c_str(), 0);
+    chmod(m_folder.GetPath().c_str(), 0555);
+    EXPECT_TRUE(AsPlainUser(0, [&] {
+        return read("doc") == EFileFailure::NoReadRight && write("doc") == EFileFailure::NoWriteRight &&
+               write("new") == EFileFailure::FolderClosed;
+    }));
+    chmod(m_folder.GetPath().c_str(), 0755);
+    EXPECT_TRUE(InProcess([&] {
+        signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit{65536, 65536};
+        return setrlimit(RLIMIT_FSIZE, &limit) == 0 &&
+               m_files.Replace(Path("big"), std::string(1 << 20, 'n')).GetFailure() ==
+                   EFileFailure::TooBigForDisk;
+    }));
+}
+
+TEST_F(FileStore, TheLongestNamesCanBeSavedOverAndOver) {
+    std::string strName;
+    while (strName.size() < 255) strName += "絵"; // three bytes
+    for (const char* psz : {"one", "two", "three"}) {
+        EXPECT_TRUE(m_files.Replace(Path(strName.c_str()), psz));
+        EXPECT_EQ(Content(strName.c_str()), psz);
+    }
+    EXPECT_EQ(CountFiles(), 1);
 }
 
 TEST_F(FileStore, AFailedWriteLeavesTheOldFile) {

@@ -35,6 +35,7 @@ TEST(LineFile, HoldsWholeLinesAlsoOnAFullDisk) {
     setrlimit(RLIMIT_FSIZE, &before);
     EXPECT_EQ(bytes("lines"), "1234567\n");
     EXPECT_FALSE(CLineFile(folder.GetPath()).Write("x\n"));
+    EXPECT_EQ(CLineFile(folder.GetPath()).GetFailure(), EFileFailure::NotPlain);
 }
 
 } // namespace

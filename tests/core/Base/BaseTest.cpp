@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <new>
+#include <set>
 
 namespace {
 
@@ -29,8 +30,19 @@ TEST(Failure, EveryClassHasItsText) {
               strCheck + strFalse); // has no word of its own
     EXPECT_EQ(TextOf([] { throw internal_error(L"100%1% ある"); }),
               L"内部エラー\nexception: internal_error('100%1% ある')");
+    EXPECT_EQ(TextOf([] { throw refused_error(L"大きすぎます。"); }), L"大きすぎます。");
     EXPECT_EQ(TextOf([] { throw std::runtime_error("\xE3\x81\x82 disk"); }),
               L"予期せぬエラーが発生しました。\nexception: exception('あ disk')");
+}
+
+TEST(Failure, EveryFileFailureSaysWhatToDo) {
+    std::set<std::wstring> setTexts;
+    const int nLast = static_cast<int>(EFileFailure::NoCodec);
+    for (int n = 0; n <= nLast; ++n) {
+        const std::wstring strText = AdviceFor(static_cast<EFileFailure>(n));
+        EXPECT_TRUE(strText.ends_with(L"ください。")) << n;
+        EXPECT_TRUE(setTexts.insert(strText).second) << n << " has no row of its own";
+    }
 }
 
 TEST(Text, RoundTripsAndSurvivesIllFormedBytes) {

@@ -1,5 +1,6 @@
 #include "core/Base/Failure.h"
 #include "core/ImageFile/ImageFile.h"
+#include "core/ImageFile/PsdBytes.h"
 #include "system/ImageCodecs.h"
 #include "tests/support/LayerPictures.h"
 #include "tests/support/MemoryFiles.h"
@@ -218,6 +219,9 @@ TEST_F(PsdFile, FailuresWriteNothing) {
     EXPECT_THROW(Export(), fileopen_error);
     m_files.m_bReadOnly = false;
     for (const CSize sz : {CSize{30001, 1}, CSize{1, 30001}})
-        EXPECT_THROW((m_spCanvas = CreateCanvas(sz), Export()), internal_error);
+        EXPECT_THROW((m_spCanvas = CreateCanvas(sz), Export()), refused_error);
     EXPECT_TRUE(m_files.m_mapFiles.empty());
+    CPsdBytes bytes;
+    bytes.WriteByte(1);
+    EXPECT_THROW(bytes.Extend(UINT32_MAX, 0), refused_error); // a byte over 4 GiB
 }

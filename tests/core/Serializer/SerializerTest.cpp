@@ -63,6 +63,12 @@ TEST(Serializer, ChunksAreBigEndianAndComeBackButNotCutNorWithAWrongLength) {
         }
 }
 
+TEST(Serializer, MoreThanLengthsCanTellIsRefused) {
+    CSerializer chunk = MakeChunk("MANY", 1);
+    const uint64_t uRoom = uint64_t{UINT32_MAX} - CHUNK_HEADER;
+    EXPECT_THROW(chunk.WritePart(boost::make_shared<CCountingPart>(uRoom + 1)), refused_error);
+}
+
 TEST(Serializer, PartsStandWhereTheyWereWrittenHoweverTheChunkIsRead) {
     // Runs and parts on both sides of what is copied, gathered or handed on.
     for (const size_t n : {size_t{1}, size_t{5000}, size_t{300000}}) {

@@ -1,0 +1,10 @@
+// What the system's error numbers mean to the user of a file.
+#pragma once
+
+#include "core/Base/FileFailure.h"
+
+/// `nError` is an errno value of an operation that reads a file.
+EFileFailure ReadFailure(int nError);
+
+/// The same for one that writes, in a folder that has room for no new file when a right is missing.
+EFileFailure WriteFailure(int nError);

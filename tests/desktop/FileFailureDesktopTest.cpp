@@ -1,0 +1,61 @@
+// A file that cannot be used: the user reads in Japanese what happened and what to do.
+#include "core/Base/Text.h"
+#include "tests/session/ScriptedSession.h"
+
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+namespace {
+
+class FileFailureDesktop : public testing::Test, protected CScriptedSession {
+protected:
+    // Plays one line; the box that it leads to has to be this.
+    void ExpectBox(const char* pszVerb, const char* pszPath, const std::wstring& strText) {
+        const std::string strScript = nlohmann::json{{pszVerb, pszPath}}.dump() + "\n" +
+                                      nlohmann::json{{"expect", {{"box", ToUtf8(strText)}}}}.dump() +
+                                      "\n{\"answer\":{\"box\":\"no\"}}\n{\"close\":\"main\"}";
+        EXPECT_EQ(Play(strScript), "") << pszPath;
+    }
+    static std::wstring NotOpened(const char* pszPath, EFileFailure failure) {
+        return L"ファイルを開けませんでした。\nFile: '" + FromUtf8(pszPath) + L"'\n\n" + AdviceFor(failure);
+    }
+};
+
+} // namespace
+
+TEST_F(FileFailureDesktop, SavingTellsWhatTheDiskRefused) {
+    m_files.m_bReadOnly = true;
+    const std::pair<const char*, const char*> aNames[] = {
+        {"save", "絵.vlm"}, {"export", "絵.png"}, {"export", "絵.gif"}, {"export", "絵.psd"}};
+    for (const EFileFailure failure : {EFileFailure::DiskFull, EFileFailure::NoWriteRight})
+        for (const auto& [pszVerb, pszPath] : aNames) {
+            m_files.m_failure = failure;
+            ExpectBox(pszVerb, pszPath, NotOpened(pszPath, failure));
+        }
+    ExpectBox("export", "絵.xyz", NotOpened("絵.xyz", EFileFailure::UnknownEnding));
+}
+
+TEST_F(FileFailureDesktop, OpeningTellsWhatIsWrongWithTheFile) {
+    const auto spBitmap = m_codecs.CreateBitmap({20, 20});
+    m_codecs.Save(L"cut.png", *spBitmap);
+    m_files.m_mapFiles[L"cut.png"].resize(60);
+    m_files.m_mapFiles[L"text.png"] = "no picture";
+    m_files.m_mapFiles[L"bad.vlm"] = "no project";
+    m_files.m_mapFiles[L"short.vlm"] = "";
+    m_codecs.Save(L"wide.bmp", *spBitmap);
+    m_files.m_mapFiles[L"wide.bmp"].replace(18, 4, "\x31\x75\0\0", 4); // 30001 columns
+    m_files.m_mapFiles[L"wide.bmp"].resize(2 << 20);
+    const std::pair<const char*, EFileFailure> aPictures[] = {
+        {"cut.png", EFileFailure::DamagedPicture},
+        {"text.png", EFileFailure::UnknownPicture},
+        {"none.png", EFileFailure::Missing},
+        {"wide.bmp", EFileFailure::PictureTooLarge},
+    };
+    for (const auto& [pszPath, failure] : aPictures)
+        ExpectBox("open", pszPath, L"画像" + NotOpened(pszPath, failure));
+    ExpectBox("open", "none.vlm", NotOpened("none.vlm", EFileFailure::Missing));
+    for (const char* psz : {"bad.vlm", "short.vlm"})
+        ExpectBox("open", psz,
+                  L"データファイルが破損しています。\n\nバックアップがあれば、そちらを開いてください。");
+}
