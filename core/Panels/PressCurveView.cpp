@@ -68,15 +68,8 @@ CPoint CPressCurveView::ToPercent(CPoint pt) const {
 }
 
 void CPressCurveView::MoveHandle(CPoint pt) {
-    if (m_nSelected == 1) {
-        m_handles.x1 = pt.x;
-        m_handles.y1 = pt.y;
-        LimitHandle1(m_handles);
-    } else {
-        m_handles.x2 = pt.x;
-        m_handles.y2 = pt.y;
-        LimitHandle2(m_handles);
-    }
+    (m_nSelected == 1 ? m_handles.x1 : m_handles.x2) = pt.x;
+    (m_nSelected == 1 ? m_handles.y1 : m_handles.y2) = pt.y;
 }
 
 bool CPressCurveView::OnPointer(EMessage id, CPoint pt) {
@@ -88,8 +81,12 @@ bool CPressCurveView::OnPointer(EMessage id, CPoint pt) {
         const double d1 = distance(m_handles.x1, m_handles.y1), d2 = distance(m_handles.x2, m_handles.y2);
         m_nDragged = std::min(d1, d2) > nReach ? 0 : d1 <= d2 ? 1 : 2;
         if (m_nDragged) m_nSelected = m_nDragged;
-    } else if (m_nDragged) {
+        m_ptPressed = pt;
+        m_bMoved = false;
+    } else if (m_nDragged && (m_bMoved || !(pt == m_ptPressed))) {
+        m_bMoved = true; // a click is no drag: it leaves the handle where it is
         MoveHandle(ptAt);
+        m_nDragged == 1 ? LimitHandle1(m_handles) : LimitHandle2(m_handles);
     }
     if (id == EMessage::LButtonUp) m_nDragged = 0;
     return !(m_handles == handlesOld);

@@ -41,7 +41,9 @@ private:
     CPoint ToPercent(CPoint pt) const;
     void MoveHandle(CPoint ptPercent);
 
-    CSize m_size;        ///< of the last paint
-    int m_nDragged = 0;  ///< 1 or 2 while a handle is dragged, else 0
-    int m_nSelected = 1; ///< what the keyboard moves
+    CSize m_size; ///< of the last paint
+    CPoint m_ptPressed;
+    bool m_bMoved = false; ///< the pointer, since it took a handle
+    int m_nDragged = 0;    ///< 1 or 2 while a handle is dragged, else 0
+    int m_nSelected = 1;   ///< what the keyboard moves
 };

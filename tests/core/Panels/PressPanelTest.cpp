@@ -56,11 +56,16 @@ TEST(PressCurveView, TheNearestHandleIsDraggedInPercentOfTheBox) {
     EXPECT_EQ(view.m_handles, (TPressHandles{40, 60, 100, 0}));
     view.OnPointer(EMessage::LButtonUp, {90, 62});
     EXPECT_FALSE(view.OnPointer(EMessage::MouseMove, {60, 62}));
-    // The keyboard goes on with that handle, Space takes the other one.
+    // The keyboard goes on with that handle, Space takes the other one. Only a drag keeps handles away from
+    // their corners.
     EXPECT_TRUE(view.OnKey(VK_Up));
     EXPECT_EQ(view.m_handles.y1, 59);
     EXPECT_TRUE(view.OnKey(VK_Space) && view.OnKey(VK_Left));
-    EXPECT_EQ(view.m_handles, (TPressHandles{40, 59, 98, 2}));
+    EXPECT_EQ(view.m_handles, (TPressHandles{40, 59, 99, 0}));
+    view.m_handles = {};
+    view.OnPointer(EMessage::LButtonDown, {52, 104});
+    EXPECT_FALSE(view.OnPointer(EMessage::LButtonUp, {52, 104}));
+    EXPECT_EQ(view.m_handles, TPressHandles());
 }
 
 TEST(PressMemoView, MemosKeepTheirOrderNamesAndValues) {
