@@ -8,7 +8,8 @@ constexpr TInputName NAMES[] = {
     {"move", EMessage::MouseMove, NO_BUTTON}, {"ldown", EMessage::LButtonDown, 0x20000},
     {"lup", EMessage::LButtonUp, 0x10000},    {"rdown", EMessage::RButtonDown, 0x20001},
     {"rup", EMessage::RButtonUp, 0x10001},    {"leave", EMessage::MouseLeave, 0},
-    {"lost", EMessage::CaptureChanged, 0},
+    {"lost", EMessage::CaptureChanged, 0},    {"activate", EMessage::MouseActivate, 0},
+    {"touch", EMessage::PenActivate, 0},
 };
 
 } // namespace

@@ -30,6 +30,7 @@ struct TExpectation {
     TStates mapChecked;
     std::optional<TPixel> pixel;
     std::optional<std::string> strMark;
+    std::optional<std::string> strStatus;
 };
 
 void CheckShape(const CScriptValue& value, const json& shape);
@@ -161,6 +162,8 @@ void Play(const TExpectation& expectation, CPlayer& player) {
         Compare("", expectation.document, DescribeDocument(codecs, expectation.document.contains("pixels")));
     if (expectation.pixel) ComparePixel(*expectation.pixel, codecs);
     if (expectation.strMark) CompareMark(*expectation.strMark, player);
+    if (expectation.strStatus && g_pMainFrame)
+        Compare("status", *expectation.strStatus, ToUtf8(g_pMainFrame->GetTold()));
 }
 
 } // namespace
@@ -180,10 +183,11 @@ TAction ReadExpect(const CScriptValue& value) {
     expectation.document = value.GetJson();
     if (value.Has("box")) expectation.strBox = value.At("box").Utf8();
     if (value.Has("mark")) expectation.strMark = value.At("mark").Utf8();
+    if (value.Has("status")) expectation.strStatus = value.At("status").Utf8();
     if (value.Has("enabled")) expectation.mapEnabled = ReadStates(value.At("enabled"));
     if (value.Has("checked")) expectation.mapChecked = ReadStates(value.At("checked"));
     if (value.Has("pixel")) expectation.pixel = ReadPixel(value.At("pixel"));
-    for (const char* pszOwn : {"box", "enabled", "checked", "mark", "pixel"})
+    for (const char* pszOwn : {"box", "enabled", "checked", "mark", "pixel", "status"})
         expectation.document.erase(pszOwn);
     CheckShape({expectation.document, value.GetName()}, GetDocumentShape());
     return [expectation](CPlayer& player) { Play(expectation, player); };

@@ -14,6 +14,7 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <utility>
 
 namespace {
 
@@ -158,6 +159,12 @@ void CQtCanvasView::TellPointer(EMessage id, const QMouseEvent& event) {
                       static_cast<int32_t>(std::floor(event.position().y() * dScale))});
 }
 
+// A press gives the focus first, upon which Qt makes the window active, and only then comes here.
+void CQtCanvasView::focusInEvent(QFocusEvent* pEvent) {
+    m_bActivated = pEvent->reason() == Qt::MouseFocusReason && !m_events.isActive();
+    QAbstractScrollArea::focusInEvent(pEvent);
+}
+
 bool CQtCanvasView::viewportEvent(QEvent* pEvent) {
     const auto press = [&](EMessage idLeft, EMessage idRight) {
         const auto& event = static_cast<QMouseEvent&>(*pEvent);
@@ -167,18 +174,22 @@ bool CQtCanvasView::viewportEvent(QEvent* pEvent) {
     switch (pEvent->type()) {
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
+        if (std::exchange(m_bActivated, false)) m_events.activate(false);
         press(EMessage::LButtonDown, EMessage::RButtonDown);
         return true;
     case QEvent::MouseButtonRelease:
         press(EMessage::LButtonUp, EMessage::RButtonUp);
         return true;
     case QEvent::MouseMove:
+        m_bActivated = false; // by a scroll bar
         TellPointer(EMessage::MouseMove, static_cast<QMouseEvent&>(*pEvent));
         return true;
     case QEvent::Leave:
         m_events.pointer(EMessage::MouseLeave, 0, {});
         break;
     case QEvent::TabletPress:
+        if (!m_events.isActive()) m_events.activate(true);
+        [[fallthrough]];
     case QEvent::TabletMove:
     case QEvent::TabletRelease:
         m_events.tablet(static_cast<QTabletEvent&>(*pEvent));

@@ -23,6 +23,8 @@ public:
         /// The pointer's messages: keys are MOUSE_ bits, the position a client pixel.
         std::function<void(EMessage id, int64_t nKeys, CPoint pt)> pointer;
         std::function<void(const QTabletEvent&)> tablet; ///< every event of the pen, none left out
+        std::function<bool()> isActive;                  ///< the view is the active window's
+        std::function<void(bool bPen)> activate; ///< the press that comes next found the view inactive
     };
 
     CQtCanvasView(TEvents events, QWidget* pParent);
@@ -44,6 +46,7 @@ protected:
     void resizeEvent(QResizeEvent* pEvent) override;
     void wheelEvent(QWheelEvent* pEvent) override;
     bool viewportEvent(QEvent* pEvent) override;
+    void focusInEvent(QFocusEvent* pEvent) override;
     /// Nothing moves by itself: the application paints what it scrolled to.
     void scrollContentsBy(int, int) override {}
 
@@ -55,7 +58,8 @@ private:
     TEvents m_events;
     CSize m_szTold;
     ECursor m_cursor = ECursor::Arrow;
-    CSize m_szPage;          ///< what a click beside a scroll bar's handle moves
-    bool m_bSetting = false; ///< the application moves the scroll bars
-    int m_nWheel = 0;        ///< part of a wheel step so far
+    CSize m_szPage;            ///< what a click beside a scroll bar's handle moves
+    bool m_bActivated = false; ///< the press that is on its way made the view active
+    bool m_bSetting = false;   ///< the application moves the scroll bars
+    int m_nWheel = 0;          ///< part of a wheel step so far
 };

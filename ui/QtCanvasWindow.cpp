@@ -36,6 +36,11 @@ CQtCanvasWindow::CQtCanvasWindow(CQtMainWindow& parent, IWindowClient& client,
            [this](const QTabletEvent& event) {
                Guarded([&] { return m_main.GetPen().Push(event, m_pView->devicePixelRatioF()), true; });
                Post(EMessage::PenPacket, 0, 0);
+           },
+           [this] { return m_main.GetActiveChild() == this; },
+           [this](bool bPen) {
+               if (bPen) Activate(); // for the mouse Qt does so
+               Post(bPen ? EMessage::PenActivate : EMessage::MouseActivate, 0, 0);
            }},
           this)) {
     setWindowIcon(LoadPictureIcon("icons/app.svg"));

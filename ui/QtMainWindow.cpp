@@ -76,7 +76,10 @@ CQtMainWindow::CQtMainWindow(IWindowClient& client, const TMainWindowSetup& setu
         if (m_pActive) return m_pActive;
         return m_bDestroyed ? nullptr : this;
     });
-    m_pen.SetReceiver([this]() -> IWindow* { return m_pActive; });
+    m_pen.SetReceiver([this]() -> IWindow* {
+        if (m_pActive) return m_pActive;
+        return m_bDestroyed ? nullptr : this;
+    });
 }
 
 CQtMainWindow::~CQtMainWindow() {

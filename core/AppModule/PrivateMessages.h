@@ -13,6 +13,7 @@ constexpr EMessage WM_REFRESH_SCALE =
     AppMessage(5); ///< the status pane and the zoom box reread the active frame
 constexpr EMessage WM_SWITCH_TOOL = AppMessage(6); ///< wParam: the new tool's number
 constexpr EMessage WM_PEN_END = AppMessage(16);    ///< wParam: 1 while the pen's eraser end is near, else 0
+constexpr EMessage WM_TELL = AppMessage(17);       ///< strText: why a press does nothing, for the status line
 constexpr EMessage WM_ADD_RECENT = AppMessage(9);  ///< strText: a path for the recent list
 
 /// Posts a message to the main frame's window; nothing happens while there is none.

@@ -7,8 +7,11 @@
 #include "core/IniConfig/GlobalSwitches.h"
 #include "core/IniConfig/IniConfig.h"
 #include "core/Platform/System.h"
+#include "core/Tools/PenContact.h"
 
+#include <algorithm>
 #include <array>
+#include <utility>
 
 namespace {
 
@@ -16,7 +19,8 @@ constexpr uint32_t FULL_PRESSURE = 1024;
 constexpr uint32_t UPRIGHT = 90;
 constexpr int32_t HALF_PIXEL = 4;
 constexpr uint32_t CURSOR_ERASER = 2; ///< a packet's cursor number
-constexpr int32_t COARSE = 96;        ///< zoom times scale below which a position means a pixel's centre
+constexpr int TIMER_SILENCE = 17;
+constexpr int32_t COARSE = 96; ///< zoom times scale below which a position means a pixel's centre
 
 bool IsKeyDown(int nKey) { return g_AppModule.GetPlatform().keys.IsKeyDown(nKey); }
 
@@ -46,6 +50,12 @@ std::optional<bool> CFrameInput::OnMessage(const TMessage& msg) {
     case EMessage::PenProximity:
         OnProximity(msg.wParam != 0, msg.lParam == 2);
         return true;
+    case EMessage::MouseActivate:
+        m_bDropPress = true;
+        return true;
+    case EMessage::PenActivate:
+        if (const auto spTool = g_wpActiveTool.lock()) spTool->GetContact().DropNext();
+        return true;
     case EMessage::MouseLeave:
         OnMouseLeave();
         return true;
@@ -58,6 +68,10 @@ std::optional<bool> CFrameInput::OnMessage(const TMessage& msg) {
     case EMessage::KeyUp:
     case EMessage::SysKeyUp:
         return OnKey(msg, false);
+    case EMessage::Timer:
+        if (msg.wParam != TIMER_SILENCE) return std::nullopt;
+        OnSilence();
+        return true;
     default:
         return std::nullopt;
     }
@@ -70,15 +84,19 @@ void CFrameInput::OnMouse(const TMessage& msg) {
                .uPress = msg.wParam & MOUSE_LEFT ? 1u : 0u});
 }
 
-void CFrameInput::OnPackets() {
+// What the mouse does is not disturbed by the pen.
+bool CFrameInput::IsMouseAtWork() const {
     const auto spTool = g_wpActiveTool.lock();
-    if (!m_pTablet || !m_frame.IsActive() || (spTool && spTool->GetState() == STATE_MOUSE) ||
-        (m_bScrolling && !m_bScrollByTablet))
-        return;
+    return (spTool && spTool->GetState() == STATE_MOUSE) || (m_bScrolling && !m_bScrollByTablet);
+}
+
+void CFrameInput::OnPackets() {
+    if (!m_pTablet || !m_frame.IsActive()) return;
     const int64_t nKeys =
         (IsKeyDown(VK_Control) ? MOUSE_CONTROL : 0) | (IsKeyDown(VK_Shift) ? MOUSE_SHIFT : 0);
     std::array<TPenPacket, IPen::QUEUE_SIZE> aPackets;
     const size_t nPackets = m_pTablet->Read(aPackets.data());
+    if (IsMouseAtWork()) return; // what is left in the queue would be drawn later
     bool bTaken = true;
     for (size_t n = 0; n < nPackets; ++n) {
         ICanvasWindow& window = m_frame.GetInputWindow();
@@ -102,20 +120,38 @@ void CFrameInput::OnPackets() {
 }
 
 // The pen's other end is the eraser for as long as it is near.
-void CFrameInput::TurnPen(bool bEraser) {
-    if (bEraser == m_bEraserEnd) return;
-    m_bEraserEnd = bEraser;
-    SendMessage({g_AppModule.GetMainWindow(), WM_PEN_END, bEraser});
-}
+void CFrameInput::TurnPen(bool bEraser) { SendMessage({g_AppModule.GetMainWindow(), WM_PEN_END, bEraser}); }
 
 void CFrameInput::OnProximity(bool bEnter, bool bEraser) {
     const auto spTool = g_wpActiveTool.lock();
-    if (!m_pTablet || !m_frame.IsActive() || !spTool || spTool->GetState() == STATE_MOUSE) return;
+    if (!m_pTablet || !m_frame.IsActive() || !spTool) return;
+    if (spTool->GetState() == STATE_MOUSE) {
+        m_bTurnedEnd = bEnter && bEraser;
+        return;
+    }
     Guarded([&] {
-        if (bEnter ? spTool->OnProximityEnter() : spTool->OnProximityLeave()) m_frame.RequestRedraw();
+        if (spTool->TellProximity(bEnter)) m_frame.RequestRedraw();
         return true;
     });
     TurnPen(bEnter && bEraser);
+    Settle();
+}
+
+void CFrameInput::OnSilence() {
+    const auto spTool = g_wpActiveTool.lock();
+    if (m_frame.IsActive() && spTool && spTool->EndAfterSilence()) m_frame.RequestRedraw();
+    Settle();
+}
+
+// A timer may come early or late; the tool goes by the clock.
+void CFrameInput::WatchSilence() {
+    const auto spTool = g_wpActiveTool.lock();
+    const auto uLeft = spTool && m_frame.IsActive() ? spTool->UntilSilence() : std::nullopt;
+    if (uLeft)
+        m_frame.GetInputWindow().SetTimer(TIMER_SILENCE, static_cast<int>(std::max(*uLeft, 1u)));
+    else if (m_bWatchesSilence)
+        m_frame.GetInputWindow().KillTimer(TIMER_SILENCE);
+    m_bWatchesSilence = uLeft.has_value();
 }
 
 void CFrameInput::OnPointer(const TPointerInput& input) {
@@ -125,13 +161,32 @@ void CFrameInput::OnPointer(const TPointerInput& input) {
     m_ptPointer = {input.pt.x / input.nScale, input.pt.y / input.nScale};
     if (input.message == EMessage::MouseMove && m_pTablet) m_pTablet->Enable(true);
     const auto spTool = g_wpActiveTool.lock();
+    const bool bPress =
+        !input.bTablet && (input.message == EMessage::LButtonDown || input.message == EMessage::RButtonDown);
+    if (bPress && std::exchange(m_bDropPress, false)) return;
     if (m_bScrolling || m_bSpaceDown)
         DragHand(input);
     else if (spTool)
         Guarded([&] { return GiveToTool(*spTool, input), true; });
-    window.SetCapture(IsDrawing(spTool) || m_bScrolling);
-    UpdateCursor();
+    else if (bPress)
+        TellRefusal(L"ツールが選択されていません。");
+    Settle();
 }
+
+// What follows from every event, and from everything else that may end an operation.
+void CFrameInput::Settle() {
+    const auto spTool = g_wpActiveTool.lock();
+    m_frame.GetInputWindow().SetCapture(m_frame.IsActive() && (IsDrawing(spTool) || m_bScrolling));
+    WatchSilence();
+    UpdateCursor();
+    if (m_bTurnedEnd && !IsMouseAtWork()) {
+        const bool bEraser = *m_bTurnedEnd;
+        m_bTurnedEnd.reset();
+        TurnPen(bEraser);
+    }
+}
+
+void CFrameInput::TellRefusal(const wchar_t* pszText) { PostToMainFrame(WM_TELL, 0, pszText); }
 
 void CFrameInput::GiveToTool(CTools& tool, const TPointerInput& input) {
     if (tool.GetState() == (input.bTablet ? STATE_MOUSE : STATE_TABLET)) return;
@@ -151,11 +206,15 @@ void CFrameInput::GiveToTool(CTools& tool, const TPointerInput& input) {
 
 void CFrameInput::Dispatch(CTools& tool, EMessage message, CPoint pt, uint32_t pressure, uint32_t altitude,
                            uint32_t flags) {
+    const bool bPress = flags & POINTER_TABLET ? pressure != 0 && !tool.GetContact().IsDown()
+                                               : message == EMessage::LButtonDown;
+    if (const wchar_t* pszRefusal = bPress ? tool.GetRefusal() : nullptr) TellRefusal(pszRefusal);
     const bool bCancel = message == EMessage::RButtonDown && tool.GetState() != STATE_IDLE;
     const bool bRedraw =
-        bCancel ? tool.Cancel() : tool.Dispatch(message, pt.x, pt.y, pressure, altitude, flags);
+        bCancel ? tool.CancelOperation() : tool.Dispatch(message, pt.x, pt.y, pressure, altitude, flags);
     if (m_frame.GetCanvas()->Update() || bRedraw) m_frame.RequestRedraw();
     InvalidateOverlay();
+    WatchSilence();
 }
 
 CPoint CFrameInput::HandPosition(const TPointerInput& input) const {
@@ -197,7 +256,7 @@ bool CFrameInput::OnKey(const TMessage& msg, bool bDown) {
         });
         InvalidateOverlay();
     }
-    UpdateCursor();
+    Settle();
     return bHandled;
 }
 
@@ -214,19 +273,23 @@ void CFrameInput::OnMouseLeave() {
 void CFrameInput::OnCaptureChanged() {
     if (!m_bScrolling) CancelStroke();
     m_bScrolling = false;
-    UpdateCursor();
+    Settle();
 }
 
 void CFrameInput::OnActivate() {
     CancelStroke();
-    m_bScrolling = m_bSpaceDown = false;
-    UpdateCursor();
+    m_bScrolling = m_bSpaceDown = m_bDropPress = false;
+    if (const auto spTool = g_wpActiveTool.lock()) {
+        spTool->GetContact().Drop();
+        spTool->OnProximityLeave();
+    }
+    Settle();
 }
 
 void CFrameInput::CancelStroke() {
     const auto spTool = g_wpActiveTool.lock();
     Guarded([&] {
-        if (IsDrawing(spTool) && spTool->Cancel()) m_frame.RequestRedraw();
+        if (IsDrawing(spTool) && spTool->CancelOperation()) m_frame.RequestRedraw();
         return true;
     });
     InvalidateOverlay();

@@ -49,8 +49,11 @@ public:
     std::optional<bool> OnMessage(const TMessage& msg);
     /// The one entry for every pointer event.
     void OnPointer(const TPointerInput& input);
-    /// The frame gained or lost the user's attention: a stroke in progress is cancelled.
+    /// The frame gained or lost the user's attention: a stroke in progress is cancelled, and nothing leads
+    /// from the pen's place in one frame to that in another.
     void OnActivate();
+    /// Another tool is the active one.
+    void OnToolSwitched() { Settle(); }
     /// Gives the tool an event in canvas units (eighths of a pixel, pressure to 1024, altitude to 90) and
     /// lets canvas and window follow.
     void Dispatch(CTools& tool, EMessage message, CPoint pt, uint32_t pressure, uint32_t altitude,
@@ -62,9 +65,13 @@ public:
 
 private:
     void OnMouse(const TMessage& msg);
+    bool IsMouseAtWork() const;
     void OnPackets();
     void OnProximity(bool bEnter, bool bEraser);
     void TurnPen(bool bEraser);
+    void OnSilence();
+    void WatchSilence();
+    void TellRefusal(const wchar_t* pszText);
     bool OnKey(const TMessage& msg, bool bDown);
     void OnMouseLeave();
     void OnCaptureChanged();
@@ -72,6 +79,7 @@ private:
     void DragHand(const TPointerInput& input);
     void CancelStroke();
     void InvalidateOverlay();
+    void Settle();
     void UpdateCursor();
     CPoint HandPosition(const TPointerInput& input) const;
     TOverlayMapper GetMapper() const;
@@ -84,5 +92,7 @@ private:
     bool m_bSpaceDown = false; ///< the hand is armed
     bool m_bScrolling = false; ///< the hand drags
     bool m_bScrollByTablet = false;
-    bool m_bEraserEnd = false; ///< which end of the pen is near
+    bool m_bWatchesSilence = false;
+    bool m_bDropPress = false;        ///< the mouse's next press belongs to the activation of the frame
+    std::optional<bool> m_bTurnedEnd; ///< the pen's end that came while the mouse drew
 };

@@ -8,9 +8,12 @@
 namespace {
 
 constexpr uint32_t THRESHOLD_PERCENT = 2;
+constexpr int32_t CURSOR_UNITS = 8; ///< of the system cursor's position to a pixel
 
 // The screen pixel of a position; rounds down also left of the primary screen.
-int32_t PixelOf(int32_t n, int32_t nScale) { return n >= 0 ? n / nScale : -((-n + nScale - 1) / nScale); }
+int32_t PixelOf(int64_t n, int32_t nScale) {
+    return static_cast<int32_t>(n >= 0 ? n / nScale : -((-n + nScale - 1) / nScale));
+}
 
 EMessage MessageOf(uint32_t uButtons) {
     const uint32_t uButton = uButtons & 0xFFFF;
@@ -24,14 +27,13 @@ EMessage MessageOf(uint32_t uButtons) {
 
 } // namespace
 
-CTablet::CTablet(IPen& pen, bool bMouseCoord)
-    : m_pen(pen), m_axisPressure(pen.GetPressureAxis()), m_bMouseCoord(bMouseCoord) {
+CTablet::CTablet(IPen& pen, bool bMouseCoord) : m_pen(pen), m_axisPressure(pen.GetPressureAxis()) {
     const uint32_t uRange = static_cast<uint32_t>(m_axisPressure.nMax - m_axisPressure.nMin);
     m_nPressThreshold = uRange * THRESHOLD_PERCENT / 100;
     m_nPressRange = std::max(1u, uRange - m_nPressThreshold);
     m_nAltitudeMax = static_cast<uint32_t>(std::max(1, pen.GetAltitudeAxis().nMax));
     m_nUnits = std::max(1, pen.GetUnitsPerPixel());
-    if (!bMouseCoord) m_nCoordScale = m_nUnits;
+    m_nCoordScale = bMouseCoord ? std::min(m_nUnits, CURSOR_UNITS) : m_nUnits;
 }
 
 void CTablet::Enable(bool bEnable) {
@@ -43,7 +45,8 @@ std::optional<TPenEvent> CTablet::Decode(const TPenPacket& packet, const ICanvas
                                          bool bCaptured) {
     // The system cursor follows the pen: its pixel is where it was for this packet.
     const CPoint ptPixel{PixelOf(packet.x, m_nUnits), PixelOf(packet.y, m_nUnits)};
-    const CPoint pt = m_bMouseCoord ? ptPixel : CPoint{packet.x, packet.y};
+    const CPoint pt{PixelOf(int64_t{packet.x} * m_nCoordScale, m_nUnits),
+                    PixelOf(int64_t{packet.y} * m_nCoordScale, m_nUnits)};
     if (!bCaptured && !window.IsAt(ptPixel)) return std::nullopt;
     const CPoint ptOrigin = window.GetClientOrigin();
     const uint32_t p = packet.uPressure - static_cast<uint32_t>(m_axisPressure.nMin);

@@ -20,7 +20,7 @@ struct TPenEvent {
 /// One frame's hold on the tablet.
 class CTablet {
 public:
-    /// `bMouseCoord`: positions count in whole pixels, as the system cursor's do.
+    /// `bMouseCoord`: positions are the system cursor's, which follows the pen in eighths of a pixel.
     CTablet(IPen& pen, bool bMouseCoord);
 
     /// The event of a packet; nothing when the packet belongs to another window. `bCaptured` takes all.
@@ -45,5 +45,4 @@ private:
     uint32_t m_nPressRange = 1;
     uint32_t m_nAltitudeMax = 1;
     bool m_bEnabled = true;
-    bool m_bMouseCoord;
 };

@@ -27,7 +27,7 @@ CConfigDialog::CConfigDialog(CIniConfig& config) : m_config(config) {
     // Shown the other way round: what is kept says that the mouse's coordinates are used.
     add(Check, "tabletCoord", L"タブレット座標を利用する", spSection->GetInt(L"MouseCoord", 1) == 0);
     add(Text, "note", L"※この設定は再起動するまで有効になりません", false);
-    add(Check, "tapDot", L"その場のペン入力で点を打つ", spSection->GetInt(L"TapDot", 0) != 0);
+    add(Check, "tapDot", L"動かさずに押したとき点を打つ", spSection->GetInt(L"TapDot", 1) != 0);
 }
 
 bool CConfigDialog::OnOk(IWindow*) {

@@ -27,6 +27,7 @@ constexpr int MENU_CANVAS = 200;
 constexpr CSize MINIMUM_SIZE{640, 480};
 constexpr wchar_t PLACEMENT_SECTION[] = L"Main";
 constexpr wchar_t NO_SCALE[] = L"Scale: ----%";
+constexpr int PANE_TEXT = 0;
 constexpr int PANE_SCALE = 1;
 
 } // namespace
@@ -42,6 +43,7 @@ CMainFrame::CMainFrame()
                 m_random,
                 g_AppModule.GetSettings(),
                 g_AppModule.GetPlatform().codecs,
+                m_contact,
                 [](int nId) { PostToMainFrame(EMessage::Command, nId); },
                 [this](EToolNotice notice) { OnToolNotice(notice); }} {
     const TPlatform& platform = g_AppModule.GetPlatform();
@@ -105,6 +107,8 @@ bool CMainFrame::HandleMessage(const TMessage& msg) {
         return true;
     case EMessage::CopyData:
         return OnCopyData(msg);
+    case EMessage::PenProximity: // while no frame is there to hear of it
+        return OnPenEnd(msg.wParam != 0 && msg.lParam == 2), true;
     default:
         break;
     }
@@ -114,6 +118,7 @@ bool CMainFrame::HandleMessage(const TMessage& msg) {
     }
     if (msg.id == WM_REFRESH_TOOL) return m_panels.Refresh(), true;
     if (msg.id == WM_PEN_END) return OnPenEnd(msg.wParam != 0), true;
+    if (msg.id == WM_TELL) return Tell(msg.strText), true;
     if (msg.id == WM_SWITCH_TOOL) return SwitchTool(static_cast<int>(msg.wParam));
     if (msg.id == WM_ADD_RECENT) {
         m_pRecentList->Add(msg.strText);
@@ -175,6 +180,7 @@ bool CMainFrame::DoIdleWork() {
     for (const int nId : m_vToolBarCommands)
         if (nId) setState(nId, GetCommandState(nId));
     WatchDocuments();
+    ForgetTold();
     const bool bStrokes = Guarded([&] { return ContinueStrokes(); });
     if (std::exchange(m_bOfferRecovery, false)) Guarded([&] { return OfferRecovery(), true; });
     if (!m_deqOpenFiles.empty()) {
@@ -200,25 +206,44 @@ bool CMainFrame::ContinueStrokes() {
 bool CMainFrame::SwitchTool(int nId) {
     const auto spTool = CreateFreehandTool(nId, m_outside);
     if (!spTool) return false;
+    m_contact.Drop(); // the new tool draws from the next contact on
     if (m_spActiveTool && m_spActiveTool->GetState() != STATE_IDLE) m_spActiveTool->Cancel();
     m_spActiveTool = spTool;
     g_wpActiveTool = spTool;
     PostToMainFrame(WM_REFRESH_TOOL);
     const auto spFrame = g_wpActiveFrame.lock();
-    if (spFrame) Guarded([&] { return spFrame->InvalidateAll(), true; });
+    if (!spFrame) return true;
+    Guarded([&] {
+        spFrame->InvalidateAll();
+        if (spFrame->GetWindow()) spFrame->GetInput().OnToolSwitched();
+        return true;
+    });
     return true;
 }
 
+// The end that was near has left, whether that was told or not.
 void CMainFrame::OnPenEnd(bool bEraser) {
-    const int nNow = m_spActiveTool ? m_spActiveTool->GetToolId() : 0;
-    if (bEraser && nNow != TOOL_ERASER) {
-        m_nToolBeforeEraser = nNow;
-        SwitchTool(TOOL_ERASER);
-    } else if (!bEraser && m_nToolBeforeEraser != 0) {
-        // Who chose another tool meanwhile meant it.
-        const int nBefore = std::exchange(m_nToolBeforeEraser, 0);
-        if (nNow == TOOL_ERASER) SwitchTool(nBefore);
-    }
+    if (bEraser == m_bEraserEnd || !m_spActiveTool) return;
+    const auto spFrame = g_wpActiveFrame.lock();
+    if (m_spActiveTool->TellProximity(false) && spFrame) spFrame->RequestRedraw();
+    const int nNow = m_spActiveTool->GetToolId();
+    // Who chose another tool while the eraser was near meant it.
+    if (bEraser != (nNow == TOOL_ERASER) && (bEraser || m_nToolBeforeEraser != 0))
+        SwitchTool(bEraser ? TOOL_ERASER : m_nToolBeforeEraser);
+    m_nToolBeforeEraser = bEraser && nNow != TOOL_ERASER ? nNow : 0;
+    m_bEraserEnd = bEraser;
+}
+
+void CMainFrame::Tell(const std::wstring& strText) {
+    m_strTold = strText;
+    m_pWindow->SetStatusText(PANE_TEXT, strText);
+}
+
+// What was told holds until the tool can work, or cannot for another reason.
+void CMainFrame::ForgetTold() {
+    if (m_strTold.empty()) return;
+    const wchar_t* pszNow = m_spActiveTool && g_wpActiveFrame.lock() ? m_spActiveTool->GetRefusal() : nullptr;
+    if (!pszNow || m_strTold != pszNow) Tell({});
 }
 
 void CMainFrame::OnToolNotice(EToolNotice notice) {

@@ -8,6 +8,7 @@
 #include "core/Panels/Panels.h"
 #include "core/Platform/Window.h"
 #include "core/RasterStroke/StrokeRandom.h"
+#include "core/Tools/PenContact.h"
 #include "core/Tools/Tools.h"
 
 #include <boost/noncopyable.hpp>
@@ -55,6 +56,8 @@ public:
     static bool HandlesWithoutFrame(int nId);
     static bool HandlesWithFrame(int nId);
     CPanels& GetPanels() { return m_panels; }
+    /// What the status line says beside the scale.
+    const std::wstring& GetTold() const { return m_strTold; }
     /// Lines of the recent list.
     int GetRecentCount() const;
 
@@ -96,12 +99,17 @@ private:
     bool TranslateKey(const TMessage& msg);
     bool ContinueStrokes();
     void OnPenEnd(bool bEraser);
+    void Tell(const std::wstring& strText);
+    void ForgetTold();
 
     IMainWindow* m_pWindow = nullptr;
     CStrokeRandom m_random; ///< one sequence for all strokes of a session
+    CPenContact m_contact;
     TToolOutside m_outside;
     boost::shared_ptr<CTools> m_spActiveTool;
+    bool m_bEraserEnd = false;   ///< which end of the pen is near
     int m_nToolBeforeEraser = 0; ///< what the pen's tip draws with while its other end erases
+    std::wstring m_strTold;      ///< why a press did nothing, while that is so
     CPanels m_panels;
     std::deque<std::wstring> m_deqOpenFiles;
     std::unique_ptr<CRecentDocumentList> m_pRecentList;

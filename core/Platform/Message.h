@@ -32,6 +32,7 @@ enum class EMessage : uint32_t {
     RButtonDown = 0x0204,
     RButtonUp = 0x0205,
     NcMouseMove = 0x00A0,
+    MouseActivate = 0x0021,  ///< the mouse's press that comes next made the window the active one
     MouseWheel = 0x020A,     ///< wParam: signed wheel delta
     CaptureChanged = 0x0215, ///< the window has lost the capture
     MdiActivate = 0x0222, ///< wParam: 1 when the receiver becomes the active frame, 0 when it stops being it
@@ -43,9 +44,10 @@ enum class EMessage : uint32_t {
     PanelMove = 0x7FE3,     ///< the user dragged a row: wParam: control id; lParam: PackPoint(from, to)
     PenPacket = 0x7FF0,     ///< packets wait at the pen
     PenProximity =
-        0x7FF5,        ///< wParam: 1 when the pen comes near, 0 when it goes; lParam: 2 for its eraser end
-    CopyData = 0x004A, ///< wParam: data id; strText: the text handed over by another process
-    App = 0x8000,      ///< first private message; App + n is written AppMessage(n)
+        0x7FF5,           ///< wParam: 1 when the pen comes near, 0 when it goes; lParam: 2 for its eraser end
+    PenActivate = 0x7FF6, ///< the pen touched the tablet, which made the window the active one
+    CopyData = 0x004A,    ///< wParam: data id; strText: the text handed over by another process
+    App = 0x8000,         ///< first private message; App + n is written AppMessage(n)
 };
 
 /// Bits of a pointer message's wParam.

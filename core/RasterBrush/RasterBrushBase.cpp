@@ -16,10 +16,10 @@ int WindowOf(const TBrushParam& param) { return param.CurveStrength + 2; }
 
 } // namespace
 
-bool CRasterBrushBase::IsFarEnough(CPoint pt) const {
-    if (!m_bHasLast) return true;
-    const int64_t dx = int64_t{pt.x} - m_ptLast.x;
-    const int64_t dy = int64_t{pt.y} - m_ptLast.y;
+// The distance that makes two places: a screen or canvas pixel, or more where a slow hand is smoothed.
+bool CRasterBrushBase::IsAway(CPoint ptFrom, CPoint pt) const {
+    const int64_t dx = int64_t{pt.x} - ptFrom.x;
+    const int64_t dy = int64_t{pt.y} - ptFrom.y;
     uint64_t uDistance = static_cast<uint64_t>(dx * dx + dy * dy);
     uint64_t uThreshold = CANVAS_PIXEL;
     if (!m_freehand.m_bSlowScale) {
@@ -33,35 +33,44 @@ bool CRasterBrushBase::IsFarEnough(CPoint pt) const {
     return uDistance > uThreshold;
 }
 
-bool CRasterBrushBase::ChangesContact(uint32_t pressure) const {
-    const bool bTouched = !m_lstHistory.empty() && m_lstHistory.back().pressure != 0;
-    return bTouched != (pressure != 0);
+// The distance filter: false when the event is no point.
+bool CRasterBrushBase::TakePosition(CPoint pt, bool bAlways) {
+    if (!bAlways && m_bHasLast && !IsAway(m_ptLast, pt)) return false;
+    m_ptLast = pt;
+    m_bHasLast = true;
+    return true;
 }
 
 bool CRasterBrushBase::OnMouseMove(int32_t x, int32_t y, uint32_t pressure, uint32_t altitude,
                                    uint32_t flags) {
     const CPoint pt{x, y};
-    const bool bTablet = flags & POINTER_TABLET;
-    const uint32_t p = m_bPick ? 0 : pressure;
     m_ptCursor = pt;
     m_bCursorValid = true;
-    const bool bTap = bTablet && m_bTapDot && ChangesContact(p);
-    if (!bTap && !IsFarEnough(pt)) return false;
-    m_ptLast = pt;
-    m_bHasLast = true;
-    if (!bTablet) {
-        if (m_state != STATE_MOUSE || !m_spStroke) return false;
-        m_spStroke->AddCtlPoint(pt, FULL_PRESSURE, UPRIGHT);
-        return true;
-    }
-    if (m_state == STATE_IDLE && p != 0) BeginTabletStroke(p, altitude);
-    m_lstHistory.push_back({pt, p, (flags & POINTER_LOW) != 0});
+    if (flags & POINTER_TABLET) return MovePen(pt, m_bPick ? 0 : pressure, altitude, flags & POINTER_LOW);
+    if (!TakePosition(pt, false) || m_state != STATE_MOUSE || !m_spStroke) return false;
+    NotePlace(pt);
+    AddPoint(pt, FULL_PRESSURE, UPRIGHT);
+    return true;
+}
+
+bool CRasterBrushBase::MovePen(CPoint pt, uint32_t pressure, uint32_t altitude, bool bLow) {
+    const bool bTurns = m_bTapDot && m_bContact != (pressure != 0); // into contact or out of it
+    m_bContact = pressure != 0;
+    // A tap's pressure is the highest of all events, also of those that are no points.
+    if (m_state == STATE_TABLET && pressure > m_tap.pressure)
+        m_tap.pressure = pressure, m_tap.altitude = altitude;
+    const bool bInPlace = m_bHasLast && !IsAway(m_ptLast, pt);
+    if (!TakePosition(pt, bTurns)) return false;
+    if (m_state == STATE_IDLE && pressure != 0) BeginTabletStroke(pt, pressure, altitude);
+    m_lstHistory.push_back({pt, pressure, bLow});
     while (m_lstHistory.size() > MAX_HISTORY) m_lstHistory.pop_front();
     if (m_state != STATE_TABLET || !m_spStroke) return false;
-    for (int n = TakeRepeat(); n > 0; --n) m_spStroke->AddCtlPoint(pt, p, altitude);
-    if (!IsPenUp()) return true;
+    if (pressure != 0) NotePlace(pt);
+    for (int n = TakeRepeat(); n > 0; --n) AddPoint(pt, pressure, altitude);
+    const bool bLiftedInPlace = bTurns && bInPlace && pressure == 0;
+    if (!bLiftedInPlace && !IsPenUp()) return true;
     // What the smoothing window still holds back is flushed out.
-    for (int n = 0; n < 2 * m_param.CurveStrength; ++n) m_spStroke->AddCtlPoint(pt, 0, altitude);
+    for (int n = 0; n < 2 * m_param.CurveStrength; ++n) AddPoint(pt, 0, altitude);
     CommitStroke();
     SetState(STATE_IDLE);
     return true;
@@ -69,7 +78,7 @@ bool CRasterBrushBase::OnMouseMove(int32_t x, int32_t y, uint32_t pressure, uint
 
 // The pen's way above the tablet becomes the tapered entry of the line. Where there is too little of it the
 // first points count several times until the smoothing window is full.
-void CRasterBrushBase::BeginTabletStroke(uint32_t pressure, uint32_t altitude) {
+void CRasterBrushBase::BeginTabletStroke(CPoint pt, uint32_t pressure, uint32_t altitude) {
     const int nWindow = WindowOf(m_param);
     const size_t nWanted = static_cast<size_t>(nWindow) * m_freehand.m_uStrokeIn / 2;
     const size_t n = std::min(nWanted, m_lstHistory.size());
@@ -79,11 +88,28 @@ void CRasterBrushBase::BeginTabletStroke(uint32_t pressure, uint32_t altitude) {
     if (n < static_cast<size_t>(nWindow))
         for (int r = nFirst; r >= 1; --r) m_lstRepeat.push_back(r);
     SetState(STATE_TABLET);
-    BeginStroke();
+    BeginStroke({pt.x, pt.y, pressure, altitude});
     for (uint32_t k = 0; k < n; ++k) {
         const uint32_t p = ((k + 1) * pressure / (static_cast<uint32_t>(n) + 1) + pressure) >> 1;
-        for (int r = TakeRepeat(); r > 0; --r) m_spStroke->AddCtlPoint(vEntry[k].pt, p, altitude);
+        for (int r = TakeRepeat(); r > 0; --r) AddPoint(vEntry[k].pt, p, altitude);
     }
+}
+
+// A contact away from the first one makes a line of what may have been a tap.
+void CRasterBrushBase::NotePlace(CPoint pt) {
+    if (m_bLine || !IsAway({m_tap.x, m_tap.y}, pt)) return;
+    for (; !m_deqHeld.empty(); m_deqHeld.pop_front()) {
+        const TCtlPoint& held = m_deqHeld.front();
+        m_spStroke->AddCtlPoint({held.x, held.y}, held.pressure, held.altitude);
+    }
+    m_bLine = true;
+}
+
+void CRasterBrushBase::AddPoint(CPoint pt, uint32_t pressure, uint32_t altitude) {
+    if (m_bTapDot && !m_bLine)
+        m_deqHeld.push_back({pt.x, pt.y, pressure, altitude});
+    else
+        m_spStroke->AddCtlPoint(pt, pressure, altitude);
 }
 
 int CRasterBrushBase::TakeRepeat() {
@@ -107,13 +133,18 @@ bool CRasterBrushBase::OnLButtonDown(int32_t x, int32_t y, uint32_t flags) {
     if (m_bPick) return PickColor({x / 8, y / 8});
     if (flags & POINTER_TABLET) return false;
     SetState(STATE_MOUSE);
-    BeginStroke();
-    for (int n = 0; n < WindowOf(m_param); ++n) m_spStroke->AddCtlPoint({x, y}, FULL_PRESSURE, UPRIGHT);
+    BeginStroke({x, y, FULL_PRESSURE, UPRIGHT});
+    for (int n = 0; n < WindowOf(m_param); ++n) AddPoint({x, y}, FULL_PRESSURE, UPRIGHT);
     return true;
 }
 
-bool CRasterBrushBase::OnLButtonUp(int32_t, int32_t, uint32_t flags) {
+bool CRasterBrushBase::OnLButtonUp(int32_t x, int32_t y, uint32_t flags) {
     if ((flags & POINTER_TABLET) || m_state != STATE_MOUSE) return false;
+    if (m_spStroke) {
+        NotePlace({x, y});
+        const CPoint pt = m_bLine ? CPoint{x, y} : CPoint{m_tap.x, m_tap.y};
+        for (int n = 0; n < WindowOf(m_param); ++n) AddPoint(pt, FULL_PRESSURE, UPRIGHT);
+    }
     CommitStroke();
     SetState(STATE_IDLE);
     return true;
@@ -134,17 +165,21 @@ bool CRasterBrushBase::PickColor(CPoint pt) {
 }
 
 bool CRasterBrushBase::OnProximityLeave() {
-    if (m_state == STATE_IDLE) m_lstHistory.clear();
-    if (m_state != STATE_TABLET) return false;
-    if (!m_lstHistory.empty()) m_spStroke->AddCtlPoint(m_lstHistory.back().pt, 0, UPRIGHT);
-    CommitStroke();
-    SetState(STATE_IDLE);
-    return true;
+    if (m_state == STATE_MOUSE) return false;
+    const bool bStroke = m_state == STATE_TABLET;
+    if (bStroke) {
+        if (!m_lstHistory.empty()) AddPoint(m_lstHistory.back().pt, 0, UPRIGHT);
+        CommitStroke();
+        SetState(STATE_IDLE);
+    }
+    ForgetWay();
+    return bStroke;
 }
 
-bool CRasterBrushBase::OnProximityEnter() {
-    if (m_state == STATE_IDLE) m_lstHistory.clear();
-    return false;
+// Nothing leads from a place before to the next contact.
+void CRasterBrushBase::ForgetWay() {
+    m_lstHistory.clear();
+    m_bContact = false;
 }
 
 bool CRasterBrushBase::OnMouseLeave() {
@@ -157,10 +192,12 @@ bool CRasterBrushBase::Cancel() {
     const bool bLifted =
         m_state == STATE_TABLET && !m_lstHistory.empty() && m_lstHistory.back().pressure == 0;
     if (bLifted && m_spStroke) {
-        m_spStroke->AddCtlPoint(m_lstHistory.back().pt, 0, UPRIGHT);
+        AddPoint(m_lstHistory.back().pt, 0, UPRIGHT);
         CommitStroke();
+        m_bContact = false;
     } else {
         CancelStroke();
+        ForgetWay();
     }
     SetState(STATE_IDLE);
     return true;
@@ -172,7 +209,10 @@ boost::shared_ptr<CRasterLayerBuffer> CRasterBrushBase::GetStrokeLayer(const wch
     return spLayer;
 }
 
-void CRasterBrushBase::BeginStroke() {
+void CRasterBrushBase::BeginStroke(const TCtlPoint& first) {
+    m_tap = first;
+    m_deqHeld.clear();
+    m_bLine = false;
     try {
         const auto spLayer = GetStrokeLayer(L"BeginStroke: RasterBuffer not found");
         m_spStroke = CreateStroke(*GetCanvas());
@@ -189,6 +229,7 @@ void CRasterBrushBase::BeginStroke() {
 void CRasterBrushBase::CommitStroke() {
     const auto spLayer = GetStrokeLayer(L"CommitStroke: RasterBuffer not found");
     if (!m_spStroke) return;
+    if (m_bTapDot && !m_bLine) m_spStroke->AddTap({m_tap.x, m_tap.y}, m_tap.pressure, m_tap.altitude);
     m_spStroke->AddCtlPoint({0, 0}, FINAL_PRESSURE, UPRIGHT);
     spLayer->QueueStroke();
     m_spStroke.reset();

@@ -28,9 +28,10 @@ public:
     bool OnMouseMove(int32_t x, int32_t y, uint32_t pressure, uint32_t altitude, uint32_t flags) override;
     bool OnLButtonDown(int32_t x, int32_t y, uint32_t flags) override;
     bool OnLButtonUp(int32_t x, int32_t y, uint32_t flags) override;
-    /// A pen that leaves in a stroke ends it; one that comes or goes otherwise has no way behind it.
+    /// A pen that leaves in a stroke ends it, and one that comes in a stroke had left unnoticed. Either has
+    /// no way behind it.
     bool OnProximityLeave() override;
-    bool OnProximityEnter() override;
+    bool OnProximityEnter() override { return OnProximityLeave(); }
     bool OnMouseLeave() override;
     /// Drops the stroke, or ends it when the pen had already been lifted.
     bool Cancel() override;
@@ -49,8 +50,8 @@ protected:
 
     TBrushParam m_param;
     TFreehandParam m_freehand;
-    bool m_bTapDot = false; ///< a press or a lift in place is a point too
-    CPoint m_ptCursor;      ///< where the round cursor is drawn
+    bool m_bTapDot = true; ///< a press in place is a dot, and a lift in place ends a line
+    CPoint m_ptCursor;     ///< where the round cursor is drawn
     bool m_bCursorValid = false;
 
 private:
@@ -60,19 +61,27 @@ private:
         bool bLow; ///< the pen touched below the threshold
     };
 
-    bool IsFarEnough(CPoint pt) const;
-    bool ChangesContact(uint32_t pressure) const;
-    void BeginTabletStroke(uint32_t pressure, uint32_t altitude);
+    bool IsAway(CPoint ptFrom, CPoint pt) const;
+    bool TakePosition(CPoint pt, bool bAlways);
+    bool MovePen(CPoint pt, uint32_t pressure, uint32_t altitude, bool bLow);
+    void BeginTabletStroke(CPoint pt, uint32_t pressure, uint32_t altitude);
     bool IsPenUp() const;
     int TakeRepeat();
+    void NotePlace(CPoint pt);
+    void AddPoint(CPoint pt, uint32_t pressure, uint32_t altitude);
     bool PickColor(CPoint pt);
-    void BeginStroke();
+    void ForgetWay();
+    void BeginStroke(const TCtlPoint& first);
     void CommitStroke();
     void CancelStroke();
     boost::shared_ptr<CRasterLayerBuffer> GetStrokeLayer(const wchar_t* pszFailure) const;
 
     std::deque<TSample> m_lstHistory; ///< the newest tablet samples, in strokes and between them
     std::deque<int> m_lstRepeat;      ///< how often each of a stroke's first points counts
+    TCtlPoint m_tap{};                ///< the first place of contact, with its highest pressure
+    std::deque<TCtlPoint> m_deqHeld;  ///< what the stroke gets once it is no tap
+    bool m_bLine = false;             ///< the stroke has been elsewhere
+    bool m_bContact = false;          ///< the pen's last event had pressure
     CPoint m_ptLast;
     bool m_bHasLast = false;
     bool m_bPick = false;

@@ -25,7 +25,7 @@ CRasterBrushImpl::CRasterBrushImpl(const TToolOutside& outside, const std::wstri
     m_freehand.m_bSlowScale = spSection->GetInt(L"SlowScale", 0) != 0;
     m_paramRead = m_param;
     m_freehandRead = m_freehand;
-    m_bTapDot = outside.config.GetSection(L"Tablet")->GetInt(L"TapDot", 0) != 0;
+    m_bTapDot = outside.config.GetSection(L"Tablet")->GetInt(L"TapDot", 1) != 0;
 }
 
 CRasterBrushImpl::~CRasterBrushImpl() {

@@ -95,6 +95,19 @@ void CRasterStroke::AddCtlPoint(CPoint pt, uint32_t pressure, uint32_t altitude)
     m_wobble.Append(m_param, pressure, uRadius, m_randomWobble);
 }
 
+void CRasterStroke::AddTap(CPoint pt, uint32_t pressure, uint32_t altitude) {
+    m_vCtl.assign(1, {pt.x, pt.y, pressure, altitude});
+    m_nTapPasses = m_param.WaveEnable ? CWobble::PASSES : 1;
+    m_bTap = true;
+}
+
+bool CRasterStroke::DrawTap() {
+    const TCtlPoint& pt = m_vCtl.front();
+    for (; m_nTapPasses > 0; --m_nTapPasses)
+        Stamp(m_target, {pt.x * m_nScale, pt.y * m_nScale}, pt.pressure, pt.altitude);
+    return true;
+}
+
 // A window is never wider than there are points.
 const CResampleWindow& CRasterStroke::WindowFor(CResampleWindow& window, uint32_t uWindow, size_t nCount) {
     const auto uWidth = static_cast<uint32_t>(std::clamp<size_t>(uWindow, 1, nCount));
@@ -103,6 +116,7 @@ const CResampleWindow& CRasterStroke::WindowFor(CResampleWindow& window, uint32_
 }
 
 bool CRasterStroke::Update() {
+    if (m_bTap) return DrawTap();
     const bool bFinished = IsFinished();
     const size_t nCount = m_vCtl.size() - (bFinished ? 1 : 0);
     if (nCount == 0) return true;

@@ -41,6 +41,9 @@ public:
     /// Adds a point (canvas eighths; pressure 0 to 1024, FINAL_PRESSURE ends the stroke; altitude in
     /// degrees). The first points are faded in, those behind the end ignored.
     void AddCtlPoint(CPoint pt, uint32_t pressure, uint32_t altitude);
+    /// Makes the stroke a dot: one stamp in each pass at a place, without wobble, spray and fade-in. Only for
+    /// a stroke that has no points yet; the point that ends it follows.
+    void AddTap(CPoint pt, uint32_t pressure, uint32_t altitude);
     /// Draws what the points at hand allow, at least one step. True when no work is left; false after
     /// somewhat more than 1 ms (5 ms for the prediction), to be called again.
     bool Update();
@@ -91,6 +94,7 @@ private:
 
     bool IsFinished() const { return !m_vCtl.empty() && m_vCtl.back().pressure == FINAL_PRESSURE; }
     static const CResampleWindow& WindowFor(CResampleWindow& window, uint32_t uWindow, size_t nCount);
+    bool DrawTap();
     void DrawStep(size_t nCount);
     void DrawPass(size_t nPass, const TCtlPoint& pt);
     uint32_t DrawSegment(CStampTarget& target, const TCtlPoint& ptFrom, const TCtlPoint& ptTo,
@@ -113,6 +117,8 @@ private:
     CStampTarget m_target;
     int m_nScale;
     std::vector<TCtlPoint> m_vCtl;
+    bool m_bTap = false;     ///< the first point is a dot
+    size_t m_nTapPasses = 0; ///< of the dot, still to be drawn
     CWobble m_wobble;
     CResampleWindow m_window;
     CResampleWindow m_windowWave;

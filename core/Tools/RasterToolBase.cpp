@@ -1,5 +1,6 @@
 #include "core/Tools/RasterToolBase.h"
 
+#include "core/LayerBuffer/VectorLayerBuffer.h"
 #include "core/Platform/System.h"
 
 namespace {
@@ -10,12 +11,14 @@ constexpr int COMMAND_CLEAR = 57632;
 
 } // namespace
 
-bool CRasterToolBase::IsEnabled() const {
-    const auto spView = g_wpActiveView.lock();
-    const TLayerPtr spLayer = m_spLayer ? m_spLayer
-                              : spView  ? spView->GetCanvas()->GetActiveLayer()
-                                        : TLayerPtr();
-    return dynamic_cast<CRasterLayerBuffer*>(spLayer.get()) && spLayer->IsVisible();
+const wchar_t* CRasterToolBase::GetRefusal() const {
+    const TLayerPtr spLayer = GetLayer();
+    if (!spLayer) return L"レイヤーが選択されていません。描くラスタレイヤーを選んでください。";
+    if (dynamic_cast<CVectorLayerBuffer*>(spLayer.get()))
+        return L"ベクタレイヤーにはこのツールで描けません。ラスタレイヤーを選んでください。";
+    if (!dynamic_cast<CRasterLayerBuffer*>(spLayer.get()))
+        return L"レイヤーセットには描けません。中のラスタレイヤーを選んでください。";
+    return spLayer->IsVisible() ? nullptr : L"非表示のレイヤーには描けません。レイヤーを表示してください。";
 }
 
 bool CRasterToolBase::OnKeyDown(int nKey) {

@@ -12,7 +12,8 @@ public:
     bool OnKeyDown(int nKey) override;
     bool OnKeyUp(int) override { return false; }
     /// True with a visible raster layer active.
-    bool IsEnabled() const override;
+    bool IsEnabled() const override { return !GetRefusal(); }
+    const wchar_t* GetRefusal() const override;
 
 protected:
     /// The raster layer of the running operation; null when the layer is none.

@@ -5,6 +5,7 @@
 
 class CStrokeRandom;
 class CIniConfig;
+class CPenContact;
 class IClock;
 class IImageCodecs;
 class IKeyState;
@@ -23,6 +24,7 @@ struct TToolOutside {
     CStrokeRandom& random;
     CIniConfig& config; ///< where tools keep their settings
     IImageCodecs& codecs;
+    CPenContact& contact;
     boost::function<void(int nId)> fnCommand; ///< gives the main frame a menu command
     boost::function<void(EToolNotice)> fnNotify;
 };

@@ -2,6 +2,7 @@
 
 #include "core/Base/Failure.h"
 #include "core/Platform/System.h"
+#include "core/Tools/PenContact.h"
 
 boost::weak_ptr<IActiveView> g_wpActiveView;
 boost::weak_ptr<CTools> g_wpActiveTool;
@@ -10,6 +11,7 @@ namespace {
 
 constexpr int KEYS = 128; ///< keys that tools hear of
 constexpr uint32_t MOUSE_ECHO_MS = 1000;
+constexpr uint32_t SILENCE_MS = 300;
 
 } // namespace
 
@@ -69,11 +71,32 @@ bool CTools::SynthesizeKeys() {
     return bRedraw;
 }
 
+bool CTools::TellProximity(bool bEnter) {
+    GetContact().End();
+    return bEnter ? OnProximityEnter() : OnProximityLeave();
+}
+
+bool CTools::CancelOperation() {
+    GetContact().Drop();
+    return Cancel();
+}
+
+std::optional<uint32_t> CTools::UntilSilence() const {
+    if (m_state != STATE_TABLET || GetContact().IsDown()) return std::nullopt;
+    const uint32_t uSilent = m_outside.clock.GetTickCount() - m_uLastPenTick;
+    return uSilent < SILENCE_MS ? SILENCE_MS - uSilent : 0;
+}
+
+bool CTools::EndAfterSilence() { return UntilSilence() == 0u && TellProximity(false); }
+
 bool CTools::Dispatch(EMessage message, int32_t x, int32_t y, uint32_t pressure, uint32_t altitude,
                       uint32_t flags) {
-    if (!IsEnabled()) return false;
     const bool bTablet = flags & POINTER_TABLET;
     if (m_state == (bTablet ? STATE_MOUSE : STATE_TABLET)) return false;
+    // The end of a silence must not hang on whether its timer or the next event is sooner.
+    bool bRedraw = bTablet && EndAfterSilence();
+    const bool bTaken = !bTablet || GetContact().Take(pressure, message == EMessage::LButtonUp);
+    if (!IsEnabled()) return bRedraw;
     const uint32_t uNow = m_outside.clock.GetTickCount();
     if (bTablet) {
         m_uLastPenTick = uNow;
@@ -81,7 +104,8 @@ bool CTools::Dispatch(EMessage message, int32_t x, int32_t y, uint32_t pressure,
     } else if (m_bPenSeen && uNow - m_uLastPenTick < MOUSE_ECHO_MS) {
         return false;
     }
-    bool bRedraw = SynthesizeKeys();
+    if (!bTaken) return bRedraw;
+    bRedraw |= SynthesizeKeys();
     switch (message) {
     case EMessage::MouseMove:
         return OnMouseMove(x, y, pressure, altitude, flags) || bRedraw;

@@ -11,6 +11,7 @@
 #include <boost/enable_shared_from_this.hpp>
 #include <boost/noncopyable.hpp>
 
+#include <optional>
 #include <set>
 #include <string>
 
@@ -77,6 +78,8 @@ public:
     virtual int GetToolId() const = 0;
     /// True when the tool can work on the active layer.
     virtual bool IsEnabled() const = 0;
+    /// What the user is told when he presses where the tool cannot work; null where it can.
+    virtual const wchar_t* GetRefusal() const { return nullptr; }
     /// The tool's name, also the text of its undo steps.
     virtual const wchar_t* GetName() const = 0;
     virtual ECursor GetCursor(CPoint) const { return ECursor::Arrow; }
@@ -89,6 +92,16 @@ public:
     /// since the last event are told first.
     bool Dispatch(EMessage message, int32_t x, int32_t y, uint32_t pressure, uint32_t altitude,
                   uint32_t flags);
+    /// The pen left the sensing range or entered it: its contact is over.
+    bool TellProximity(bool bEnter);
+    /// Cancel, and what is left of the pen's contact is dropped.
+    bool CancelOperation();
+    /// Milliseconds until an operation of a lifted pen ends by itself, since nothing more comes from it;
+    /// nothing while that cannot be.
+    std::optional<uint32_t> UntilSilence() const;
+    /// Ends that operation, as a leave does, when its time has come.
+    bool EndAfterSilence();
+    CPenContact& GetContact() const { return m_outside.contact; }
     int GetState() const { return m_state; }
     /// Brings the tool's keys in line with one that the view was told of; true when the tool did something.
     bool ChangeKey(int nKey, bool bDown);

@@ -9,7 +9,9 @@
 #include "core/MainFrame/NewDialog.h"
 #include "core/MainFrame/SessionScope.h"
 #include "core/RasterStroke/RasterBrushStroke.h"
+#include "session/SessionCanvasWindow.h"
 #include "session/SessionDialogs.h"
+#include "session/SessionMainWindow.h"
 #include "session/SessionSnapshots.h"
 #include "tests/support/TestPlatform.h"
 
@@ -217,4 +219,42 @@ TEST_F(MainFrame, DialogsJudgeAndReport) {
                   L"exe file:\r\n Path: unknown module\r\n Version: not found\r\n"
                   L"WinTab32:\r\n Path: unknown module\r\n Version: not found\r\n");
     });
+}
+
+TEST_F(MainFrame, APressThatCannotDrawSaysWhyOnTheStatusLineAndByTheCursor) {
+    const auto shown = [](const wchar_t* pszWhy, bool bForbidden) {
+        const auto& main = dynamic_cast<CSessionMainWindow&>(*g_pMainFrame->GetWindow());
+        const auto& window = dynamic_cast<CSessionCanvasWindow&>(*Active().GetWindow());
+        EXPECT_EQ(main.GetStatusText(0), pszWhy);
+        EXPECT_EQ(window.GetCursor(), bForbidden ? ECursor::Forbidden : ECursor::Cross);
+    };
+    const auto press = [&](EMessage id) {
+        Step([id] { g_AppModule.GetPlatform().queue.Post({Active().GetWindow(), id, MOUSE_LEFT}); });
+    };
+    const std::pair<int, const wchar_t*> aLayers[]{
+        {0, L"レイヤーが選択されていません。描くラスタレイヤーを選んでください。"},
+        {+ID_LAYER_NEW_VECTOR, L"ベクタレイヤーにはこのツールで描けません。ラスタレイヤーを選んでください。"},
+        {+ID_LAYER_NEW_SET, L"レイヤーセットには描けません。中のラスタレイヤーを選んでください。"}};
+    for (const auto& [nCommand, pszWhy] : aLayers) {
+        Step([nCommand] {
+            if (nCommand) Command(nCommand);
+        });
+        press(EMessage::MouseMove);
+        // What was told of another layer is over, and pointing alone tells nothing.
+        Step([=] { shown(L"", true); });
+        press(EMessage::LButtonDown);
+        Step([=] { shown(pszWhy, true); });
+    }
+    Step([] {
+        Command(ID_LAYER_NEW_RASTER);
+        Active().GetCanvas()->GetActiveLayer()->SetVisible(false);
+    });
+    press(EMessage::LButtonDown);
+    Step([=] {
+        shown(L"非表示のレイヤーには描けません。レイヤーを表示してください。", true);
+        Active().GetCanvas()->GetActiveLayer()->SetVisible(true);
+    });
+    press(EMessage::MouseMove);
+    Step([=] { shown(L"", false); });
+    Play();
 }

@@ -1,6 +1,7 @@
 // What a freehand tool makes of a pen's events: the control points that its stroke gets.
 #include "core/IniConfig/IniConfig.h"
 #include "core/RasterBrush/FreehandTools.h"
+#include "core/Tools/PenContact.h"
 #include "tests/session/ScriptedSession.h"
 #include "tests/support/LayerPictures.h"
 
@@ -50,11 +51,13 @@ protected:
     CSessionPlatform m_session{m_parts, {"s", {}}};
     CIniConfig m_config{L"/v.ini", m_files};
     CStrokeRandom m_random;
+    CPenContact m_contact;
     TToolOutside m_outside{m_session.GetPlatform().clock,
                            m_session.GetPlatform().keys,
                            m_random,
                            m_config,
                            m_codecs,
+                           m_contact,
                            {},
                            [](EToolNotice) {}};
     boost::shared_ptr<CProbe> m_spTool = boost::make_shared<CProbe>(m_outside);

@@ -77,20 +77,6 @@ TEST_F(FreehandTools, MouseDrawsAtFullPressureAndNotBesideThePen) {
     EXPECT_EQ(Digest(strHidden + BRUSH + strStroke), Digest(strHidden + BRUSH));
 }
 
-TEST_F(FreehandTools, ATapDrawsADotWhereTheUserWantsIt) {
-    std::string strTap;
-    for (const int nPressure : {0, 800, 0, 0, 0, 0})
-        strTap += "{\"pen\":{\"x\":400,\"y\":400,\"pressure\":" + std::to_string(nPressure) + "}}\n";
-    // The last lifts lie away: a hand never holds quite still.
-    for (const char* psz : {"480", "560"})
-        strTap += std::string("{\"pen\":{\"x\":") + psz + ",\"y\":400,\"pressure\":0}}\n";
-    const std::string strOn =
-        "{\"answer\":{\"dialog\":\"CConfigDialog\",\"tapDot\":true}}\n{\"command\":13300}\n";
-    const std::string strBlank = Digest(BRUSH);
-    EXPECT_EQ(Digest(BRUSH + strTap), strBlank);
-    EXPECT_NE(Digest(BRUSH + strOn + strTap), strBlank);
-}
-
 TEST_F(FreehandTools, AHundredStrokesAreTheSameInEveryFormOfTheKernels) {
     std::string strScript;
     for (int n = 0; n < 100; ++n) {

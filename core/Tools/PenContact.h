@@ -1,0 +1,33 @@
+// What the pen's last event said, whichever window and tool it went to.
+#pragma once
+
+#include <boost/noncopyable.hpp>
+
+#include <cstdint>
+
+/// One a session. A contact that was cancelled, or whose window or tool changed under it, is dropped: its
+/// events reach no tool until the pen is lifted.
+class CPenContact : boost::noncopyable {
+public:
+    /// Takes an event's pressure; `bReleased` with the report that the tip is up. False when the event is
+    /// part of a dropped contact.
+    bool Take(uint32_t uPressure, bool bReleased) {
+        m_bDown = uPressure != 0;
+        if (m_bDown || bReleased) m_bAwaited = false;
+        if (!m_bDown && !m_bAwaited) m_bDropped = false;
+        return !m_bDown || !m_bDropped;
+    }
+    /// True while the last event had pressure.
+    bool IsDown() const { return m_bDown; }
+    /// Drops what is left of a contact.
+    void Drop() { m_bDropped = m_bDropped || m_bDown; }
+    /// Drops the contact of a tip that has just touched, whose events are still to come.
+    void DropNext() { m_bDropped = m_bAwaited = true; }
+    /// The pen went, came or turned: its next contact is a new one.
+    void End() { m_bDown = m_bDropped = m_bAwaited = false; }
+
+private:
+    bool m_bDown = false;
+    bool m_bDropped = false;
+    bool m_bAwaited = false; ///< the dropped contact has not reached the threshold yet
+};
