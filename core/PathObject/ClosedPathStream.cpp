@@ -23,7 +23,7 @@ void CClosedPathStream::DrawOutline(IPathDevice& device, const TPathMapper& mapp
 }
 
 TPathHit CClosedPathStream::HitControlPoints(const TPathPick& pick, bool bAnchor, bool bHandle, bool) const {
-    return HitAnchors(pick, bAnchor, bHandle);
+    return HitPoints(m_lstControlPoint, pick, bAnchor, bHandle);
 }
 
 CSerializer CClosedPathStream::Serialize() const {

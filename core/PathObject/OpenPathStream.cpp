@@ -215,16 +215,10 @@ void COpenPathStream::DrawOutline(IPathDevice& device, const TPathMapper& mapper
 
 TPathHit COpenPathStream::HitControlPoints(const TPathPick& pick, bool bAnchor, bool bHandle,
                                            bool bTerm) const {
-    TPathHit hit = HitAnchors(pick, bAnchor, bHandle);
-    const auto ask = [&](const auto& spPoint) {
-        if (!hit) hit = spPoint->HitHandle(pick);
-    };
-    if (bHandle) std::for_each(m_vWidth.begin(), m_vWidth.end(), ask);
-    if (bHandle) std::for_each(m_vTrans.begin(), m_vTrans.end(), ask);
-    if (bTerm) {
-        ask(m_spBegin);
-        ask(m_spEnd);
-    }
+    TPathHit hit = HitPoints(m_lstControlPoint, pick, bAnchor, bHandle);
+    if (!hit) hit = HitPoints(m_vWidth, pick, bHandle, bHandle);
+    if (!hit) hit = HitPoints(m_vTrans, pick, bHandle, bHandle);
+    if (!hit) hit = HitPoints(std::array{m_spBegin, m_spEnd}, pick, false, bTerm);
     return hit;
 }
 
@@ -291,14 +285,15 @@ void COpenPathStream::ApplySnapshot(const TPathSnapshot& snapshot) {
     Deserialize(reader);
 }
 
-std::pair<uint32_t, uint32_t> COpenPathStream::GetWidthNeighbours(uint32_t t, size_t state) const {
-    std::pair<uint32_t, uint32_t> around{0, LastParameter(GetAnchors(state))};
+std::pair<uint32_t, uint32_t> COpenPathStream::GetWidthRange(uint32_t t, size_t state) const {
+    std::pair<uint32_t, uint32_t> range{0, std::max(t, LastParameter(GetAnchors(state)))};
     for (const auto& spPoint : m_vWidth) {
+        // Points at one parameter would become one.
         const uint32_t tPoint = spPoint->GetParameter()[state];
-        if (tPoint < t) around.first = std::max(around.first, tPoint);
-        if (tPoint > t) around.second = std::min(around.second, tPoint);
+        if (tPoint < t) range.first = std::max(range.first, tPoint + 1);
+        if (tPoint > t) range.second = std::min(range.second, tPoint - 1);
     }
-    return around;
+    return range;
 }
 
 void COpenPathStream::SetWave(bool bEnable, const TOutlineWave& wave) {

@@ -27,7 +27,7 @@ public:
     void Deserialize(CDeserializer& reader) override;
     boost::shared_ptr<TPathSnapshot> CreateSnapshot() const override;
     void ApplySnapshot(const TPathSnapshot& snapshot) override;
-    std::pair<uint32_t, uint32_t> GetWidthNeighbours(uint32_t t, size_t state) const override;
+    std::pair<uint32_t, uint32_t> GetWidthRange(uint32_t t, size_t state) const override;
 
     /// The outlines of a state, one a visible stretch.
     const TOutlines& GetOutline(size_t state) const { return *m_aspOutline[state]; }

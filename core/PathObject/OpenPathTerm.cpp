@@ -112,15 +112,16 @@ CPoint COpenPathRoundTerm::GetMarkPosition(size_t state) const {
     return PointAlong(GetPosition(state), GetTangent(state), GROW_SHOWN_TIMES * GetReach(state));
 }
 
+void COpenPathRoundTerm::SetReach(size_t state, uint32_t uReach) {
+    const uint32_t uBase = GetBase(state);
+    if (uBase != 0 && uReach != GetReach(state)) m_grow[state] = MultipleOf(uReach, uBase);
+}
+
 boost::shared_ptr<CDualValue<uint32_t>> COpenPathRoundTerm::GrowHandle() {
     const auto reach = DualOf([&](size_t state) { return GetReach(state); });
     const auto spThis = boost::static_pointer_cast<COpenPathRoundTerm>(shared_from_this());
-    return MakeDragCopy<uint32_t>(reach, [spThis, reach](const CDualValue<uint32_t>& copy) {
-        for (const size_t state : {STATE_COMMITTED, STATE_LIVE}) {
-            const uint32_t uBase = spThis->GetBase(state);
-            if (uBase != 0 && copy[state] != reach[state])
-                spThis->m_grow[state] = MultipleOf(copy[state], uBase);
-        }
+    return MakeDragCopy<uint32_t>(reach, [spThis](const CDualValue<uint32_t>& copy) {
+        for (const size_t state : {STATE_COMMITTED, STATE_LIVE}) spThis->SetReach(state, copy[state]);
     });
 }
 
@@ -130,9 +131,10 @@ boost::shared_ptr<CDualValue<CPoint>> COpenPathRoundTerm::DragGrowHandle(bool) {
     return MakeDragCopy<CPoint>(mark, [spThis, mark](const CDualValue<CPoint>& copy) {
         for (const size_t state : {STATE_COMMITTED, STATE_LIVE})
             if (copy[state] != mark[state])
-                (*spThis->GrowHandle())[state] =
-                    DistanceAlong(spThis->GetPosition(state), spThis->GetTangent(state), copy[state]) /
-                    GROW_SHOWN_TIMES;
+                spThis->SetReach(state,
+                                 static_cast<uint32_t>(DistanceAlong(spThis->GetPosition(state),
+                                                                     spThis->GetTangent(state), copy[state]) /
+                                                       GROW_SHOWN_TIMES));
     });
 }
 
@@ -205,16 +207,16 @@ CPoint COpenPathFlatTerm::GetMarkPosition(EPathSide side, size_t state) const {
                       CPathWidthControlPoint::SHOWN_TIMES * GetWidth(side, state));
 }
 
+void COpenPathFlatTerm::SetWidth(EPathSide side, size_t state, uint32_t uWidth) {
+    const uint32_t uBase = GetCachedWidth(side, state);
+    if (uBase != 0 && uWidth != GetWidth(side, state))
+        m_aMultiple[side][state] = std::max(MultipleOf(uWidth, uBase), LEAST_MULTIPLE);
+}
+
 boost::shared_ptr<CDualValue<uint32_t>> COpenPathFlatTerm::WidthHandle(EPathSide side) {
     const auto spThis = boost::static_pointer_cast<COpenPathFlatTerm>(shared_from_this());
-    const CDualValue<uint32_t> width = WidthPair(side);
-    return MakeDragCopy<uint32_t>(width, [spThis, side, width](const CDualValue<uint32_t>& copy) {
-        CDualValue<uint32_t> multiple = spThis->m_aMultiple[side];
-        for (const size_t state : {STATE_COMMITTED, STATE_LIVE}) {
-            const uint32_t uBase = spThis->GetCachedWidth(side, state);
-            if (uBase != 0 && copy[state] != width[state]) multiple[state] = MultipleOf(copy[state], uBase);
-        }
-        spThis->SetMultiple(side, multiple);
+    return MakeDragCopy<uint32_t>(WidthPair(side), [spThis, side](const CDualValue<uint32_t>& copy) {
+        for (const size_t state : {STATE_COMMITTED, STATE_LIVE}) spThis->SetWidth(side, state, copy[state]);
     });
 }
 
@@ -233,8 +235,8 @@ boost::shared_ptr<CDualValue<CPoint>> COpenPathFlatTerm::DragHandleImpl(bool bLe
             const CPoint toLeft = side == SIDE_LEFT ? away : CPoint{-away.x, -away.y};
             const CPoint along = Turned(spThis->GetNormal(SIDE_LEFT, state), 90);
             spThis->m_angle[state] = AngleBetween(along, toLeft);
-            (*spThis->WidthHandle(side))[state] = uWidth;
-            if (bBoth) (*spThis->WidthHandle(side == SIDE_LEFT ? SIDE_RIGHT : SIDE_LEFT))[state] = uWidth;
+            spThis->SetWidth(side, state, uWidth);
+            if (bBoth) spThis->SetWidth(side == SIDE_LEFT ? SIDE_RIGHT : SIDE_LEFT, state, uWidth);
         }
     });
 }

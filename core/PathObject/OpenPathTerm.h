@@ -85,6 +85,8 @@ public:
 private:
     uint32_t GetBase(size_t state) const;
     uint32_t GetReach(size_t state) const;
+    // Keeps the multiple for the reach that the cap has already, and without a width.
+    void SetReach(size_t state, uint32_t uReach);
     CPoint GetMarkPosition(size_t state) const;
 
     CDualValue<uint32_t> m_grow{FIXED_ONE};
@@ -126,6 +128,8 @@ public:
 
 private:
     uint32_t GetWidth(EPathSide side, size_t state) const;
+    // Keeps the multiple for the width that the side has already, and where the path has none.
+    void SetWidth(EPathSide side, size_t state, uint32_t uWidth);
     CPoint GetMarkPosition(EPathSide side, size_t state) const;
 
     std::array<CDualValue<uint32_t>, 2> m_aMultiple{CDualValue<uint32_t>(FIXED_ONE),

@@ -8,19 +8,22 @@ constexpr CPoint ABSENT{-1, -1};
 
 bool IsAllZero(const CDualValue<CPoint>& value) { return IsZero(value[0]) && IsZero(value[1]); }
 
+// A handle that can be stored: a component of -1 would be read as no handle, so it moves by an eighth of a
+// pixel, at once, so that an undo by the stored form gives the same curve.
+CPoint Storable(CPoint handle) { return {handle.x == -1 ? 0 : handle.x, handle.y == -1 ? 0 : handle.y}; }
+CDualValue<CPoint> Storable(const CDualValue<CPoint>& value) {
+    return DualOf([&](size_t state) { return Storable(value[state]); });
+}
+
 // The opposite of a handle, with the length `uLength`.
 CPoint Opposite(CPoint handle, uint32_t uLength) {
     const uint32_t uOwn = LengthDown(handle);
     if (uOwn == 0) return {};
-    return {MulDiv(-handle.x, uLength, uOwn), MulDiv(-handle.y, uLength, uOwn)};
+    return Storable(CPoint{MulDiv(-handle.x, uLength, uOwn), MulDiv(-handle.y, uLength, uOwn)});
 }
 
-// A handle as it is stored: a component of -1 would be read as no handle, so it moves by an eighth of a
-// pixel. A handle that so far only a drag has is none yet.
-CPoint Storable(CPoint handle) {
-    const CPoint pt{handle.x == -1 ? 0 : handle.x, handle.y == -1 ? 0 : handle.y};
-    return IsZero(pt) ? ABSENT : pt;
-}
+// A handle that so far only a drag has is none yet.
+void WriteHandle(CSerializer& writer, CPoint handle) { writer.WritePoint(IsZero(handle) ? ABSENT : handle); }
 
 // A stored handle; -1 in either component stands for none.
 void ReadHandle(CDeserializer& reader, bool& bHas, CDualValue<CPoint>& value) {
@@ -35,7 +38,7 @@ void CPathControlPoint::Draw(IPathDevice& device, const TPathMapper& mapper,
                              const TPathSelection& selection) const {
     const CPoint pt = m_anchor[STATE_LIVE];
     const CPoint ptWindow = mapper(pt);
-    if (selection.bAllHandles || selection.setSelected.contains(this)) {
+    if (selection.ShowsHandlesOf(*this)) {
         if (m_bBack) DrawHandle(device, ptWindow, mapper(pt + m_back[STATE_LIVE]), selection);
         if (m_bFore) DrawHandle(device, ptWindow, mapper(pt + m_fore[STATE_LIVE]), selection);
     }
@@ -46,8 +49,8 @@ CSerializer CPathControlPoint::Serialize() const {
     CSerializer writer;
     writer.SetTag(CHUNK_TAG, 0);
     writer.WritePoint(m_anchor[STATE_COMMITTED]);
-    writer.WritePoint(Storable(GetBack(STATE_COMMITTED)));
-    writer.WritePoint(Storable(GetFore(STATE_COMMITTED)));
+    WriteHandle(writer, GetBack(STATE_COMMITTED));
+    WriteHandle(writer, GetFore(STATE_COMMITTED));
     return writer;
 }
 
@@ -59,10 +62,14 @@ void CPathControlPoint::Deserialize(CDeserializer& reader) {
     reader.ExpectEnd();
 }
 
+TPathHit CPathControlPoint::HitMark(const TPathPick& pick) {
+    if (pick.IsNear(m_anchor[STATE_LIVE])) return {HIT_ANCHOR, shared_from_this()};
+    return {};
+}
+
 TPathHit CPathControlPoint::HitHandle(const TPathPick& pick) {
+    if (!pick.selection.ShowsHandlesOf(*this)) return {};
     const CPoint pt = m_anchor[STATE_LIVE];
-    // The anchor first: a short handle must not cover it.
-    if (pick.IsNear(pt)) return {HIT_ANCHOR, shared_from_this()};
     if (m_bFore && pick.IsNear(pt + m_fore[STATE_LIVE])) return {HIT_FORE, shared_from_this()};
     if (m_bBack && pick.IsNear(pt + m_back[STATE_LIVE])) return {HIT_BACK, shared_from_this()};
     return {};
@@ -73,13 +80,13 @@ bool CPathControlPoint::IsSettled() const {
 }
 
 void CPathControlPoint::SetBack(const CDualValue<CPoint>& value) {
-    m_back = value;
-    m_bBack = !IsAllZero(value);
+    m_back = Storable(value);
+    m_bBack = !IsAllZero(m_back);
 }
 
 void CPathControlPoint::SetFore(const CDualValue<CPoint>& value) {
-    m_fore = value;
-    m_bFore = !IsAllZero(value);
+    m_fore = Storable(value);
+    m_bFore = !IsAllZero(m_fore);
 }
 
 boost::shared_ptr<CDualValue<CPoint>> CPathControlPoint::DragHandle(THandle (CPathControlPoint::*fnOwn)(),
@@ -87,23 +94,26 @@ boost::shared_ptr<CDualValue<CPoint>> CPathControlPoint::DragHandle(THandle (CPa
                                                                     bool bSymmetric) {
     const THandle own = (this->*fnOwn)();
     if (!own.bHas) own.value = {};
+    auto spCopy =
+        MakeDragCopy<CPoint>(own.value, [=, spThis = shared_from_this()](const CDualValue<CPoint>& copy) {
+            const THandle handle = (spThis.get()->*fnOwn)();
+            const THandle other = (spThis.get()->*fnOther)();
+            const CDualValue<CPoint> value = Storable(copy);
+            if (IsAllZero(value)) {
+                handle.bHas = false;
+                return;
+            }
+            if (bSymmetric && other.bHas) {
+                const uint32_t uLength = LengthDown(other.value[STATE_COMMITTED]);
+                if (value[STATE_COMMITTED] != handle.value[STATE_COMMITTED])
+                    other.value.Set(Opposite(value[STATE_COMMITTED], uLength));
+                if (value[STATE_LIVE] != handle.value[STATE_LIVE])
+                    other.value[STATE_LIVE] = Opposite(value[STATE_LIVE], uLength);
+            }
+            handle.value = value;
+        });
     own.bHas = true;
-    return MakeDragCopy<CPoint>(own.value, [=, spThis = shared_from_this()](const CDualValue<CPoint>& copy) {
-        const THandle handle = (spThis.get()->*fnOwn)();
-        const THandle other = (spThis.get()->*fnOther)();
-        if (IsAllZero(copy)) {
-            handle.bHas = false;
-            return;
-        }
-        if (bSymmetric && other.bHas) {
-            const uint32_t uLength = LengthDown(other.value[STATE_COMMITTED]);
-            if (copy[STATE_COMMITTED] != handle.value[STATE_COMMITTED])
-                other.value.Set(Opposite(copy[STATE_COMMITTED], uLength));
-            if (copy[STATE_LIVE] != handle.value[STATE_LIVE])
-                other.value[STATE_LIVE] = Opposite(copy[STATE_LIVE], uLength);
-        }
-        handle.value = copy;
-    });
+    return spCopy;
 }
 
 boost::shared_ptr<CDualValue<CPoint>> CPathControlPoint::DragBackHandle(bool bSymmetric) {
@@ -121,7 +131,7 @@ boost::shared_ptr<CDualValue<CPoint>> CPathControlPoint::DragAnchorPoint(bool) {
 
 void CPathControlPoint::Transform(const boost::function<CPoint(CPoint)>& fnMap) {
     const auto mapHandle = [&](CDualValue<CPoint>& handle, size_t state, CPoint ptAnchor) {
-        handle[state] = fnMap(m_anchor[state] + handle[state]) - ptAnchor;
+        handle[state] = Storable(fnMap(m_anchor[state] + handle[state]) - ptAnchor);
     };
     for (const size_t state : {STATE_COMMITTED, STATE_LIVE}) {
         const CPoint ptAnchor = fnMap(m_anchor[state]);

@@ -5,7 +5,8 @@
 #include "core/PathOutline/Outline.h"
 
 /// An anchor with handles relative to it, towards the anchor before (back) and behind (fore). A missing
-/// handle behaves as zero. Path units.
+/// handle behaves as zero. A handle's component of -1, which cannot be stored, becomes 0 where it is set.
+/// Path units.
 class CPathControlPoint : public CPathControlPointBase,
                           public boost::enable_shared_from_this<CPathControlPoint> {
 public:
@@ -17,6 +18,7 @@ public:
     void Draw(IPathDevice& device, const TPathMapper& mapper, const TPathSelection& selection) const override;
     CSerializer Serialize() const override;
     void Deserialize(CDeserializer& reader) override;
+    TPathHit HitMark(const TPathPick& pick) override;
     TPathHit HitHandle(const TPathPick& pick) override;
     bool IsSettled() const override;
 

@@ -33,6 +33,10 @@ struct TPathSelection {
     const CPathControlPointBase* pHover = nullptr;
     std::set<const CPathControlPointBase*> setSelected;
     bool bAllHandles = false; ///< handles of all anchors, not only of selected ones
+
+    bool ShowsHandlesOf(const CPathControlPointBase& point) const {
+        return bAllHandles || setSelected.contains(&point);
+    }
 };
 
 /// What a place of a path is.
@@ -60,8 +64,9 @@ struct TPathHit {
 /// A pointer that picks: compared in the window, where marks have their size.
 struct TPathPick {
     TPathMapper mapper;
-    CPoint ptWindow; ///< pixels
-    CPoint ptPath;   ///< the same place in path units
+    CPoint ptWindow;            ///< pixels
+    CPoint ptPath;              ///< the same place in path units
+    TPathSelection selection{}; ///< as the path is drawn
 
     /// True when a path position lies within a mark's square around the pointer.
     bool IsNear(CPoint pt) const;
@@ -80,7 +85,9 @@ public:
     virtual CSerializer Serialize() const = 0;
     /// Reads both states; raises deserialize_error.
     virtual void Deserialize(CDeserializer& reader) = 0;
-    /// Which of the point's live places the pointer is on.
+    /// The point itself when the pointer is on its live place.
+    virtual TPathHit HitMark(const TPathPick&) { return {}; }
+    /// Which of the point's live handles, as they are drawn, the pointer is on.
     virtual TPathHit HitHandle(const TPathPick& pick) = 0;
     /// True when the live values are the committed ones.
     virtual bool IsSettled() const = 0;

@@ -2,19 +2,40 @@
 
 #include "core/Base/StableMath.h"
 
+#include <boost/make_shared.hpp>
+
 #include <algorithm>
 #include <numbers>
 
+namespace {
+
+// The part of a line on which a mark is dragged; without segments the mark stays.
+struct TTrack {
+    std::vector<CBezier> vSegments;
+    std::pair<uint32_t, uint32_t> range;
+};
+
+} // namespace
+
+TPathHit CPathMark::HitMark(const TPathPick& pick) {
+    if (pick.IsNear(m_position[STATE_LIVE])) return {HIT_ANCHOR, shared_from_this(), m_t[STATE_LIVE]};
+    return {};
+}
+
 boost::shared_ptr<CDualValue<CPoint>> CPathMark::DragAnchorPoint(bool) {
     const CDualValue<CPoint> before = m_position;
+    // Asked for now: letting go of the copy must not fail.
+    const auto spTracks = boost::make_shared<std::array<TTrack, 2>>();
+    if (const auto spLine = m_wpLine.lock())
+        for (const size_t state : {STATE_COMMITTED, STATE_LIVE})
+            (*spTracks)[state] = {spLine->GetSegments(state), GetRange(*spLine, state)};
     return MakeDragCopy<CPoint>(
-        before, [before, spThis = shared_from_this()](const CDualValue<CPoint>& copy) {
-            const auto spLine = spThis->GetLine();
-            if (!spLine) return;
+        before, [before, spTracks, spThis = shared_from_this()](const CDualValue<CPoint>& copy) {
             for (const size_t state : {STATE_COMMITTED, STATE_LIVE}) {
-                if (copy[state] == before[state]) continue;
-                const uint32_t t = spLine->SearchNearPointOnPath(copy[state], state).t;
-                spThis->m_t[state] = spThis->Bounded(*spLine, t, state);
+                const auto& [vSegments, range] = (*spTracks)[state];
+                if (copy[state] == before[state] || vSegments.empty()) continue;
+                spThis->m_t[state] =
+                    std::clamp(SearchNearOnLine(vSegments, copy[state]).t, range.first, range.second);
             }
         });
 }

@@ -22,13 +22,13 @@ public:
         m_position[state] = position;
         m_tangent[state] = tangent;
     }
+    TPathHit HitMark(const TPathPick& pick) override;
     /// A copy of the position for a drag: when it goes the mark takes the place of the path nearest to it.
     boost::shared_ptr<CDualValue<CPoint>> DragAnchorPoint(bool bSymmetric);
 
 protected:
-    /// Keeps a dragged parameter where the mark may be.
-    virtual uint32_t Bounded(const IPathLine&, uint32_t t, size_t) const { return t; }
-    boost::shared_ptr<const IPathLine> GetLine() const { return m_wpLine.lock(); }
+    /// The first and the last parameter that the mark can be dragged to.
+    virtual std::pair<uint32_t, uint32_t> GetRange(const IPathLine&, size_t) const { return {0, UINT32_MAX}; }
 
     boost::weak_ptr<const IPathLine> m_wpLine;
     CDualValue<uint32_t> m_t;

@@ -41,19 +41,21 @@ CPoint CPathStream::TangentAt(uint32_t t, size_t state) const {
 }
 
 TPathPlace CPathStream::SearchNearPointOnPath(CPoint pt, size_t state) const {
-    constexpr uint32_t SAMPLE = BEZIER_T_RESOLUTION / 4;
     if (ControlPointCount() == 0) throw internal_error(L"SearchNearPointOnPath: zero anchor");
     const auto vSegments = GetSegments(state);
+    if (!vSegments.empty()) return SearchNearOnLine(vSegments, pt);
+    const CPoint away = BezierPoints(state).front() - pt;
+    return {0, Dot(away, away)};
+}
+
+TPathPlace SearchNearOnLine(const std::vector<CBezier>& vSegments, CPoint pt) {
+    constexpr uint32_t SAMPLE = BEZIER_T_RESOLUTION / 4;
     const auto tLast = static_cast<int64_t>(vSegments.size()) * BEZIER_T_RESOLUTION;
     const auto distanceAt = [&](int64_t t) {
         const auto [idx, f] = PlaceOf(vSegments.size(), static_cast<uint32_t>(t));
         const CPoint away = vSegments[idx].PointAt(f) - pt;
         return Dot(away, away);
     };
-    if (vSegments.empty()) {
-        const CPoint away = BezierPoints(state).front() - pt;
-        return {0, Dot(away, away)};
-    }
     int64_t tFirst = 0;
     int64_t tAlike = 0; // the last sample as near as the first: anchors may share a place
     int64_t nNearest = distanceAt(0);
@@ -148,7 +150,8 @@ void CPathStreamImpl<T>::Transform(const boost::function<CPoint(CPoint)>& fnMap)
 template <class T>
 std::vector<CBezier> CPathStreamImpl<T>::GetSegments(size_t state) const {
     TOutlinePoints vAnchors = GetAnchors(state);
-    if (IsClosed() && vAnchors.size() > 1) vAnchors.push_back(vAnchors.front());
+    if (IsClosed() && !vAnchors.empty() && vAnchors.back().anchor != vAnchors.front().anchor)
+        vAnchors.push_back(vAnchors.front());
     return SegmentsOf(vAnchors);
 }
 
@@ -204,16 +207,6 @@ void CPathStreamImpl<T>::DeserializePoints(CDeserializer& reader) {
     }
     points.ExpectEnd();
     m_lstControlPoint = std::move(lstPoint);
-}
-
-template <class T>
-TPathHit CPathStreamImpl<T>::HitAnchors(const TPathPick& pick, bool bAnchor, bool bHandle) const {
-    // The last drawn lies on top.
-    for (auto it = m_lstControlPoint.rbegin(); it != m_lstControlPoint.rend(); ++it) {
-        const TPathHit hit = (*it)->HitHandle(pick);
-        if (hit && (hit.kind == HIT_ANCHOR ? bAnchor : bHandle)) return hit;
-    }
-    return {};
 }
 
 template class CPathStreamImpl<CPathControlPoint>;

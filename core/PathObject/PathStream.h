@@ -25,7 +25,8 @@ public:
     /// Draws the live state: the line (with `bOutline` its outline too), its points and ends.
     virtual void DrawOutline(IPathDevice& device, const TPathMapper& mapper, const TPathSelection& selection,
                              TColor color, bool bOutline) const = 0;
-    /// What lies under the pointer: anchors, then width points, cuts, ends.
+    /// What lies under the pointer: anchors, their handles, then width points, cuts, ends. Of each kind marks
+    /// come before handles, and handles count only where they are drawn.
     virtual TPathHit HitControlPoints(const TPathPick& pick, bool bAnchor, bool bHandle,
                                       bool bTerm) const = 0;
     virtual CSerializer Serialize() const = 0;
@@ -45,15 +46,14 @@ public:
     virtual size_t ControlPointCount() const = 0;
     /// Passes all positions of both states through a function.
     virtual void Transform(const boost::function<CPoint(CPoint)>& fnMap) = 0;
-    /// The curves between anchors; a closed path has one more, back to its first anchor.
-    virtual std::vector<CBezier> GetSegments(size_t state) const = 0;
     /// The whole line, closed paths back to their first anchor.
     virtual TPolyBezier BezierPoints(size_t state) const = 0;
 
     /// The place and the direction of the line at `t`, held at its ends.
     CPoint PointAt(uint32_t t, size_t state) const;
     CPoint TangentAt(uint32_t t, size_t state) const;
-    TPathPlace SearchNearPointOnPath(CPoint pt, size_t state) const override;
+    /// The place nearest to a point; raises internal_error for a path without anchors.
+    TPathPlace SearchNearPointOnPath(CPoint pt, size_t state) const;
     /// Of the committed line.
     int64_t DistanceSquared(CPoint pt) const {
         return SearchNearPointOnPath(pt, STATE_COMMITTED).nDistanceSquared;
@@ -66,6 +66,20 @@ struct TLinePlace {
     CPoint tangent;
 };
 TLinePlace PlaceOnLine(const std::vector<CBezier>& vSegments, uint32_t t);
+
+/// The mark, or else the handle, of one of the points that the pointer is on; the last drawn lies on top.
+template <class TPoints>
+TPathHit HitPoints(const TPoints& points, const TPathPick& pick, bool bMark, bool bHandle) {
+    const auto search = [&](TPathHit (CPathControlPointBase::*fnHit)(const TPathPick&)) {
+        TPathHit hit;
+        for (auto it = points.rbegin(); it != points.rend() && !hit; ++it) hit = ((**it).*fnHit)(pick);
+        return hit;
+    };
+    TPathHit hit;
+    if (bMark) hit = search(&CPathControlPointBase::HitMark);
+    if (bHandle && !hit) hit = search(&CPathControlPointBase::HitHandle);
+    return hit;
+}
 
 /// What paths of anchors of the class `T` have in common.
 template <class T>
@@ -99,7 +113,6 @@ protected:
     TOutlinePoints GetAnchors(size_t state) const;
     CSerializer SerializePoints() const;
     void DeserializePoints(CDeserializer& reader);
-    TPathHit HitAnchors(const TPathPick& pick, bool bAnchor, bool bHandle) const;
 
     TPointList m_lstControlPoint;
 };

@@ -34,7 +34,6 @@ void CPathTransControlPoint::Deserialize(CDeserializer& reader) {
 }
 
 TPathHit CPathTransControlPoint::HitHandle(const TPathPick& pick) {
-    if (pick.IsNear(GetPosition(STATE_LIVE))) return {HIT_ANCHOR, shared_from_this(), m_t[STATE_LIVE]};
     if (pick.IsNear(GetMarkPosition(STATE_LIVE))) return {HIT_ANGLE, shared_from_this(), m_t[STATE_LIVE]};
     return {};
 }

@@ -48,7 +48,6 @@ void CPathWidthControlPoint::Deserialize(CDeserializer& reader) {
 }
 
 TPathHit CPathWidthControlPoint::HitHandle(const TPathPick& pick) {
-    if (pick.IsNear(GetPosition(STATE_LIVE))) return {HIT_ANCHOR, shared_from_this(), m_t[STATE_LIVE]};
     for (const EPathSide side : {SIDE_LEFT, SIDE_RIGHT})
         if (HasSide(side) && pick.IsNear(GetMarkPosition(side, STATE_LIVE)))
             return {side == SIDE_LEFT ? HIT_LEFT : HIT_RIGHT, shared_from_this(), m_t[STATE_LIVE]};
@@ -63,18 +62,24 @@ uint32_t CPathWidthControlPoint::GetWidth(EPathSide side, size_t state) const {
     return WidthOf(GetMultiple(side)[state], m_uBaseWidth);
 }
 
+void CPathWidthControlPoint::SetWidth(EPathSide side, size_t state, uint32_t uWidth) {
+    MakeSide(side);
+    if (m_uBaseWidth != 0 && uWidth != GetWidth(side, state))
+        m_aSides[side].value[state] = MultipleOf(uWidth, m_uBaseWidth);
+}
+
+void CPathWidthControlPoint::MakeSide(EPathSide side) {
+    if (!HasSide(side)) m_aSides[side] = {true, CDualValue<uint32_t>(0)};
+}
+
 boost::shared_ptr<CDualValue<uint32_t>> CPathWidthControlPoint::WidthHandle(EPathSide side) {
-    TSide& own = m_aSides[side];
-    if (!own.bHas) own = {true, CDualValue<uint32_t>(0)};
     const auto width = DualOf([&](size_t state) { return GetWidth(side, state); });
     const auto spThis = boost::static_pointer_cast<CPathWidthControlPoint>(shared_from_this());
-    return MakeDragCopy<uint32_t>(width, [spThis, side, width](const CDualValue<uint32_t>& copy) {
-        if (spThis->m_uBaseWidth == 0) return;
-        // A state that was not dragged keeps its multiple, which the width may only come near to.
-        for (const size_t state : {STATE_COMMITTED, STATE_LIVE})
-            if (copy[state] != width[state])
-                spThis->m_aSides[side].value[state] = MultipleOf(copy[state], spThis->m_uBaseWidth);
+    auto spCopy = MakeDragCopy<uint32_t>(width, [spThis, side](const CDualValue<uint32_t>& copy) {
+        for (const size_t state : {STATE_COMMITTED, STATE_LIVE}) spThis->SetWidth(side, state, copy[state]);
     });
+    MakeSide(side);
+    return spCopy;
 }
 
 CPoint CPathWidthControlPoint::GetDirection(EPathSide side, size_t state) const {
@@ -96,14 +101,12 @@ boost::shared_ptr<CDualValue<CPoint>> CPathWidthControlPoint::DragHandleImpl(boo
             const uint32_t uWidth =
                 DistanceAlong(spThis->GetPosition(state), spThis->GetDirection(side, state), copy[state]) /
                 SHOWN_TIMES;
-            (*spThis->WidthHandle(side))[state] = uWidth;
-            if (bBoth) (*spThis->WidthHandle(side == SIDE_LEFT ? SIDE_RIGHT : SIDE_LEFT))[state] = uWidth;
+            spThis->SetWidth(side, state, uWidth);
+            if (bBoth) spThis->SetWidth(side == SIDE_LEFT ? SIDE_RIGHT : SIDE_LEFT, state, uWidth);
         }
     });
 }
 
-uint32_t CPathWidthControlPoint::Bounded(const IPathLine& line, uint32_t t, size_t state) const {
-    // Marks keep their order along the path.
-    const auto [tBelow, tAbove] = line.GetWidthNeighbours(m_t[state], state);
-    return std::clamp(t, tBelow, tAbove);
+std::pair<uint32_t, uint32_t> CPathWidthControlPoint::GetRange(const IPathLine& line, size_t state) const {
+    return line.GetWidthRange(m_t[state], state);
 }

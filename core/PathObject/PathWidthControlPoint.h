@@ -42,13 +42,18 @@ public:
     boost::shared_ptr<CDualValue<CPoint>> DragHandleImpl(bool bLeft, bool bBoth);
 
 protected:
-    uint32_t Bounded(const IPathLine& line, uint32_t t, size_t state) const override;
+    std::pair<uint32_t, uint32_t> GetRange(const IPathLine& line, size_t state) const override;
 
 private:
     struct TSide {
         bool bHas = true;
         CDualValue<uint32_t> value{FIXED_ONE};
     };
+    // A missing one, of zeros.
+    void MakeSide(EPathSide side);
+    // Makes a missing side. With a base width of 0, and for the width that it has already, a side keeps its
+    // multiple, which the width may only come near to.
+    void SetWidth(EPathSide side, size_t state, uint32_t uWidth);
     CPoint GetDirection(EPathSide side, size_t state) const;
     CPoint GetMarkPosition(EPathSide side, size_t state) const;
 

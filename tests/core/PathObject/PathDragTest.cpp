@@ -12,8 +12,11 @@ using TAnyPoint = boost::shared_ptr<CPathControlPointBase>;
 void Drag(const TLivePoint& spCopy, CPoint pt) { (*spCopy)[STATE_LIVE] = pt; }
 void DragBy(const TLivePoint& spCopy, CPoint pt) { (*spCopy)[STATE_LIVE] = (*spCopy)[STATE_LIVE] + pt; }
 
-TPathPick PickAt(CPoint pt) {
-    return {[](CPoint p) { return p; }, pt, pt};
+// In a window that shows path units as pixels, with the handles of all anchors or of none.
+TPathPick PickAt(CPoint pt, bool bAllHandles = true) {
+    TPathPick pick{[](CPoint p) { return p; }, pt, pt};
+    pick.selection.bAllHandles = bAllHandles;
+    return pick;
 }
 
 struct TCapture : IPathDevice {
@@ -107,6 +110,7 @@ TEST(PathDrag, WidthsAreMultiplesInsideAndDistancesOutside) {
     EXPECT_EQ(spMark->GetMultiple(SIDE_RIGHT)[STATE_COMMITTED], 1638u); // 1638.4
     spMark->SetMultiple(SIDE_LEFT, CDualValue<uint32_t>(0xCCD));
     EXPECT_EQ((*spMark->LeftHandle())[STATE_LIVE], 2u); // 2.0005
+    EXPECT_EQ(spMark->GetMultiple(SIDE_LEFT)[STATE_LIVE], 0xCCDu);
     // Marks stand at ten times the width: above the path on the left.
     Drag(spMark->DragHandleImpl(true, false), {123, -250});
     EXPECT_EQ(spMark->GetWidth(SIDE_LEFT, STATE_LIVE), 25u);
@@ -116,12 +120,29 @@ TEST(PathDrag, WidthsAreMultiplesInsideAndDistancesOutside) {
     EXPECT_EQ(spMark->GetWidth(SIDE_RIGHT, STATE_LIVE), 30u);
     Drag(spMark->DragHandleImpl(false, false), {400, -300});
     EXPECT_EQ(spMark->GetWidth(SIDE_RIGHT, STATE_LIVE), 0u);
-    // Marks do not pass each other; cuts go anywhere on the path.
-    Drag(spMark->DragAnchorPoint(false), {1600, 50});
-    EXPECT_EQ(spMark->GetParameter()[STATE_LIVE], 0x14000u);
-    EXPECT_EQ(spMark->GetParameter()[STATE_COMMITTED], 0x8000u);
-    (*spOther->DragAnchorPoint(false))[STATE_COMMITTED] = {100, 0};
-    EXPECT_EQ(spOther->GetParameter()[STATE_COMMITTED], 0x8000u);
+    // A side that is missing is made.
+    CSerializer chunk;
+    chunk.SetTag(CPathWidthControlPoint::CHUNK_TAG, 0);
+    for (const int n : {0x8000, -1, 0x10000}) chunk.WriteInt32(n);
+    CDeserializer reader(chunk);
+    spMark->Deserialize(reader);
+    EXPECT_FALSE(spMark->HasSide(SIDE_LEFT));
+    const auto spWidth = spMark->LeftHandle();
+    EXPECT_TRUE(spMark->HasSide(SIDE_LEFT) && *spWidth == CDualValue<uint32_t>(0));
+    // Marks neither pass nor meet each other, however often they try; cuts go anywhere on the path.
+    for (int n = 0; n < 3; ++n) {
+        Drag(spMark->DragAnchorPoint(false), {1600, 50 + n});
+        EXPECT_EQ(spMark->GetParameter()[STATE_LIVE], 0x13FFFu);
+        EXPECT_EQ(spMark->GetParameter()[STATE_COMMITTED], 0x8000u);
+        spPath->UpdateDrag();
+    }
+    for (int n = 0; n < 3; ++n) {
+        (*spOther->DragAnchorPoint(false))[STATE_COMMITTED] = {100, n};
+        EXPECT_EQ(spOther->GetParameter()[STATE_COMMITTED], 0x8001u);
+        spPath->Update();
+    }
+    Drag(spOther->DragAnchorPoint(false), {1700, 0});
+    EXPECT_EQ(spOther->GetParameter()[STATE_LIVE], 0x20000u);
     const auto spCut = stream.AddTransPoint(0x8000);
     spPath->Update();
     Drag(spCut->DragAnchorPoint(false), {1700, 50});
@@ -187,6 +208,7 @@ TEST(PathDrag, ThePointerFindsTheTopmostPlace) {
     expectHit({600, 5}, HIT_NONE, {});
     // Only what is asked for; under the anchor lies the width mark.
     EXPECT_EQ(spPath->HitTestEx(PickAt({800, 0}), false, true, false, false).spPoint, spMark);
+    EXPECT_EQ(spPath->HitTest(PickAt({1000, 0}, false)).kind, HIT_PATH); // handles that are not shown
     EXPECT_FALSE(spPath->HitTestEx(PickAt({-200, 0}), true, true, true, false));
     EXPECT_FALSE(spPath->HitTestEx(PickAt({600, 0}), true, true, false, true));
     EXPECT_EQ(spPath->HitTestEx(PickAt({1000, 0}), true, false, true, true).kind, HIT_PATH);
@@ -199,4 +221,89 @@ TEST(PathDrag, ThePointerFindsTheTopmostPlace) {
     EXPECT_EQ(device.vSquares.size(), 12u);
     for (const CPoint pt : device.vSquares)
         EXPECT_TRUE(spPath->HitTestEx(PickAt(pt), true, true, false, true));
+}
+
+TEST(PathDrag, MarksComeBeforeHandlesAndSelectedAnchorsShowTheirs) {
+    const auto spPath = MakeLevelStroke(3);
+    COpenPathStream& stream = spPath->GetStream();
+    const auto spFirst = stream.GetControlPoints().front(), spLast = stream.GetControlPoints().back();
+    spLast->SetBack(CDualValue<CPoint>({-1600, 0})); // over the first anchor
+    spFirst->SetFore(CDualValue<CPoint>({400, 0}));
+    stream.AddWidthPoint(0x4000)->SetMultiple(SIDE_LEFT, CDualValue<uint32_t>(0));
+    const auto spUnder = stream.AddWidthPoint(0x8000);
+    spPath->Update();
+    EXPECT_EQ(spPath->HitTest(PickAt({0, 0})).spPoint, spFirst);
+    EXPECT_EQ(spPath->HitTestEx(PickAt({0, 0}), false, true, false, false).kind, HIT_BACK);
+    // A handle of one width point lies on another one's place.
+    const CPoint ptUnder = spUnder->GetPosition(STATE_LIVE);
+    const auto spOver = stream.AddWidthPoint(0x10000);
+    spOver->SetPlace(STATE_LIVE, ptUnder + CPoint{0, 400}, {100, 0});
+    EXPECT_EQ(spPath->HitTest(PickAt(ptUnder)).spPoint, spUnder);
+    EXPECT_EQ(spPath->HitTest(PickAt(ptUnder + CPoint{0, 800})).kind, HIT_RIGHT);
+    TPathPick pick = PickAt({400, 0}, false);
+    EXPECT_EQ(spPath->HitTest(pick).kind, HIT_PATH);
+    pick.selection.setSelected = {spLast.get()};
+    EXPECT_EQ(spPath->HitTest(pick).kind, HIT_PATH);
+    pick.selection.setSelected = {spFirst.get()};
+    EXPECT_EQ(spPath->HitTest(pick).kind, HIT_FORE);
+}
+
+TEST(PathDrag, ACopyIsLetGoOfAlsoWhenItsPathHasNothingLeft) {
+    const auto spPath = MakeLevelStroke(2);
+    const auto spMark = spPath->GetStream().AddWidthPoint(0x8000);
+    spPath->Update();
+    TLivePoint spCopy = spMark->DragAnchorPoint(false);
+    spCopy->Set({200, 7});
+    CDeserializer reader(COpenPathObject().Serialize());
+    spPath->Deserialize(reader);
+    spCopy.reset();
+    EXPECT_LT(spMark->GetParameter()[STATE_LIVE], 0x8000u);
+    spCopy = spMark->DragAnchorPoint(false);
+    spCopy->Set({300, 7});
+    spCopy.reset();
+    EXPECT_LT(spMark->GetParameter()[STATE_LIVE], 0x8000u);
+}
+
+TEST(PathDrag, AHandleIsStoredAsItWasSet) {
+    // Every way to a component of -1, which the file cannot hold.
+    const auto check = [](const auto& fnSet) {
+        const auto spPath = MakeStroke();
+        COpenPathStream& stream = spPath->GetStream();
+        const auto spPoint = *std::next(stream.GetControlPoints().begin());
+        fnSet(*spPath, *spPoint);
+        spPath->Update();
+        const auto vOutline = stream.GetOutline(STATE_COMMITTED);
+        const CPoint fore = spPoint->GetFore(STATE_COMMITTED), back = spPoint->GetBack(STATE_COMMITTED);
+        EXPECT_TRUE(fore.x != -1 && fore.y != -1 && back.x != -1 && back.y != -1);
+        const auto spSnapshot = spPath->CreateSnapshot();
+        spPoint->SetFore(CDualValue<CPoint>({9, 9}));
+        spPath->Update();
+        spPath->ApplySnapshot(*spSnapshot);
+        EXPECT_EQ(stream.GetOutline(STATE_COMMITTED), vOutline);
+        EXPECT_EQ(spPoint->GetFore(STATE_COMMITTED), fore);
+        EXPECT_EQ(spPoint->GetBack(STATE_COMMITTED), back);
+    };
+    check([](auto&, auto& point) { point.SetFore(CDualValue<CPoint>({-1, 90})); });
+    check([](auto&, auto& point) { point.SetBack(CDualValue<CPoint>({-90, -1})); });
+    check([](auto&, auto& point) { point.DragForeHandle(false)->Set({100, -1}); });
+    check([](auto&, auto& point) { point.DragForeHandle(true)->Set({100, 1}); }); // turns the other
+    check([](auto& path, auto&) { path.Transform([](CPoint pt) { return CPoint{pt.x, pt.y / 60}; }); });
+    const auto spPoint = boost::make_shared<CPathControlPoint>();
+    spPoint->SetFore(CDualValue<CPoint>({-1, -1}));
+    EXPECT_FALSE(spPoint->HasFore());
+}
+
+TEST(PathDrag, AClosedPathIsHitWhereItIsFilled) {
+    // The last anchor lies on the first; handles there would make a loop that is not filled.
+    CClosedPathObject path;
+    for (const CPoint pt : {CPoint{0, 0}, {800, 0}, {800, 800}, {0, 0}}) AddAnchor(path.GetStream(), pt);
+    path.GetStream().GetControlPoints().back()->SetFore(CDualValue<CPoint>({-400, 0}));
+    path.GetStream().GetControlPoints().front()->SetBack(CDualValue<CPoint>({0, -400}));
+    path.Update();
+    EXPECT_EQ(path.HitTest(PickAt({-150, -150}, false)).kind, HIT_NONE);
+    EXPECT_EQ(path.HitTest(PickAt({400, 400}, false)).kind, HIT_PATH);
+    // The closing curve is one where the two lie apart.
+    path.GetStream().GetControlPoints().back()->SetAnchor(CDualValue<CPoint>({0, 8}));
+    path.Update();
+    EXPECT_EQ(path.HitTest(PickAt({-150, -147}, false)).kind, HIT_PATH);
 }

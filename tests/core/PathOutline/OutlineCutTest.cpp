@@ -185,6 +185,7 @@ TEST(OutlineCut, ManyCutsCostInProportion) {
             const std::clock_t spent = std::clock() - begin;
             best = n == 0 ? spent : std::min(best, spent);
         }
+        EXPECT_EQ(spPath->GetStream().GetOutline(STATE_LIVE).size(), static_cast<size_t>(nCount / 2));
         return static_cast<double>(best) / CLOCKS_PER_SEC;
     };
     EXPECT_LT(secondsFor(6000), 9 * secondsFor(1500));
