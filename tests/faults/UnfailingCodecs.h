@@ -14,7 +14,9 @@ class CUnfailingCodecs : public IImageCodecs {
 
 public:
     explicit CUnfailingCodecs(IFileStore& files) : m_codecs(files) {}
-    uintptr_t Startup() override { return m_codecs.Startup(); }
+    uintptr_t Startup() override {
+        return Call([&] { return m_codecs.Startup(); });
+    }
     void Shutdown(uintptr_t uToken) override { m_codecs.Shutdown(uToken); }
     boost::shared_ptr<IBitmap> CreateBitmap(CSize sz) override {
         return Call([&] { return m_codecs.CreateBitmap(sz); });

@@ -9,6 +9,10 @@
 #include "core/MainFrame/SessionScope.h"
 #include "tests/support/TempFolder.h"
 
+#include <QSessionManager>
+
+#include <csignal>
+
 namespace {
 
 /// The desktop program's session, on files in memory, turned by hand.
@@ -105,6 +109,47 @@ TEST_F(DocumentWindows, TheRecentListFollowsAndSurvives) {
     Settle();
     EXPECT_EQ(Active().GetCanvas()->GetPath(), L"/2.vlm");
     EXPECT_EQ(Recent().at(0), "&1 /2.vlm");
+}
+
+TEST_F(DocumentWindows, TheEndOfTheDesktopOrOfTheProcessKeepsWhatIsUnsaved) {
+    static int s_nKept = -1; // what was on the disk when the signal came to who had it before
+    static std::filesystem::path s_path;
+    s_path = m_folder.File("Vellumcraft/Recovery");
+    const auto countKept = [] {
+        std::error_code error;
+        return static_cast<int>(
+            std::ranges::count_if(std::filesystem::directory_iterator(s_path, error),
+                                  [](const auto& entry) { return entry.path().extension() == ".vlm"; }));
+    };
+    static const auto s_fnCount = countKept;
+    m_disk.m_mapFiles = Files();
+    m_pSession.reset();
+    const auto before = std::signal(SIGTERM, [](int) { s_nKept = s_fnCount(); });
+    m_pSession = std::make_unique<TSession>(m_disk);
+    Settle();
+    const auto change = [&](const char* pszFile) {
+        Drop({pszFile});
+        const auto spCanvas = Active().GetCanvas();
+        spCanvas->GetRoot().AddLayer(CreateRasterLayer(spCanvas), -1);
+    };
+    change("/1.vlm");
+    alignas(void*) static std::byte aManager[64]; // nobody asks it
+    emit qGuiApp->commitDataRequest(reinterpret_cast<QSessionManager&>(aManager));
+    EXPECT_EQ(countKept(), 1);
+    // With a dialog open, whose own loop hears of it.
+    change("/2.vlm");
+    QTimer::singleShot(0, [] { raise(SIGTERM); });
+    m_pSession->m_platform.GetPlatform().boxes.Show(Active().GetWindow(), L"?", L"", EBoxKind::Plain);
+    QTest::qWait(20);
+    EXPECT_EQ(s_nKept, 2);
+    change("/3.vlm");
+    raise(SIGTERM);
+    Settle();
+    EXPECT_EQ(s_nKept, 3) << "as often as it comes";
+    m_pSession.reset();
+    raise(SIGTERM);
+    EXPECT_EQ(s_nKept, 3) << "given back with the session";
+    std::signal(SIGTERM, before);
 }
 
 TEST_F(DocumentWindows, ChangedDocumentsAreMarked) {
