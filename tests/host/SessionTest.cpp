@@ -165,7 +165,7 @@ TEST_F(CSession, WhatAnotherSessionLeftIsOffered) {
         SendMessage({g_pMainFrame->GetWindow(), EMessage::Close});
     });
     play(MakePicture({0, 0, 60, 50}, true), 0);
-    m_platform.AddPreparation(answer(EBoxAnswer::Yes));
+    m_platform.AddStep(answer(EBoxAnswer::Yes), EStepKind::Prepares);
     m_platform.AddStep([](CPlayer&) {
         EXPECT_EQ(g_lstCanvasFrame.back()->GetCanvas()->GetSize(), (CSize{60, 50}));
     });

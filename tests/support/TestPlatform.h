@@ -31,10 +31,9 @@ public:
             if (shown.kind == TShown::EKind::Dialog || shown.strTitle == L"Vellumcraft - Error")
                 m_vShown.push_back(shown.kind == TShown::EKind::Dialog ? shown.strTitle : shown.strText);
     }
-    /// What the user of the next session does when nothing else happens.
-    void AddStep(const TAction& fn) { m_vSteps.push_back({1, fn}); }
-    /// The same before the session begins; only as the first steps.
-    void AddPreparation(const TAction& fn) { m_vSteps.push_back({1, fn, EStepKind::Prepares}); }
+    /// What the user of the next session does when nothing else happens. Behind an error box only a step that
+    /// expects is played.
+    void AddStep(const TAction& fn, EStepKind kind = EStepKind::Plain) { m_vSteps.push_back({1, fn, kind}); }
 
     CMemoryFiles m_files;
     std::vector<std::wstring> m_vShown;     ///< names of dialogs, texts of error boxes

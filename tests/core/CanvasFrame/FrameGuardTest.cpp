@@ -41,7 +41,7 @@ protected:
     void Play(
         const std::function<void(CPlayer&)>& fn, const std::function<void()>& fnAfter = [] {}) {
         m_outside.AddStep(fn);
-        m_outside.AddStep([&](CPlayer&) { fnAfter(); });
+        m_outside.AddStep([&](CPlayer&) { fnAfter(); }, EStepKind::Expects);
         m_outside.Run([&](const TPlatform& platform) {
             CSessionScope scope(platform);
             CreateMainFrame();
@@ -111,6 +111,7 @@ TEST_F(FrameGuard, WhatACommandChangedBeforeItFailedIsShown) {
         void Redo() override {}
         const TLayerPtr m_spLayer;
     };
+    int nAfter = 0;
     const auto shown = [] {
         const CPoint pt = g_wpActiveFrame.lock()->GetView().ToWindow({40, 40});
         return int{*Window().GetGlass().GetPixel(pt)}; // blue
@@ -122,6 +123,7 @@ TEST_F(FrameGuard, WhatACommandChangedBeforeItFailedIsShown) {
             m_spCanvas->GetHistory().Register(boost::make_shared<CHalfDone>(spLayer));
             SendMessage({g_pMainFrame->GetWindow(), EMessage::Command, ID_EDIT_UNDO});
         },
-        [&] { EXPECT_EQ(shown(), 255); });
+        [&] { nAfter = shown(); });
+    EXPECT_EQ(nAfter, 255);
     EXPECT_EQ(m_outside.m_vShown.size(), 1u);
 }
