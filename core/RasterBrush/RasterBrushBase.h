@@ -28,6 +28,10 @@ public:
     bool OnMouseMove(int32_t x, int32_t y, uint32_t pressure, uint32_t altitude, uint32_t flags) override;
     bool OnLButtonDown(int32_t x, int32_t y, uint32_t flags) override;
     bool OnLButtonUp(int32_t x, int32_t y, uint32_t flags) override;
+    /// An event of its contact like any other, where a press in place is a dot.
+    bool OnPenTip(int32_t x, int32_t y, uint32_t pressure, uint32_t altitude, uint32_t flags) override {
+        return m_bTapDot && OnMouseMove(x, y, pressure, altitude, flags);
+    }
     /// A pen that leaves in a stroke ends it, and one that comes in a stroke had left unnoticed. Either has
     /// no way behind it.
     bool OnProximityLeave() override;

@@ -110,9 +110,11 @@ bool CTools::Dispatch(EMessage message, int32_t x, int32_t y, uint32_t pressure,
     case EMessage::MouseMove:
         return OnMouseMove(x, y, pressure, altitude, flags) || bRedraw;
     case EMessage::LButtonDown:
-        return OnLButtonDown(x, y, flags) || bRedraw;
+        bRedraw |= OnLButtonDown(x, y, flags);
+        return (bTablet && OnPenTip(x, y, pressure, altitude, flags)) || bRedraw;
     case EMessage::LButtonUp:
-        return OnLButtonUp(x, y, flags) || bRedraw;
+        bRedraw |= OnLButtonUp(x, y, flags);
+        return (bTablet && OnPenTip(x, y, pressure, altitude, flags)) || bRedraw;
     case EMessage::RButtonDown:
         return OnRButtonDown(x, y, flags) || bRedraw;
     case EMessage::RButtonUp:

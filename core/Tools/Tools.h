@@ -50,6 +50,8 @@ public:
     virtual bool OnMouseMove(int32_t x, int32_t y, uint32_t pressure, uint32_t altitude, uint32_t flags);
     virtual bool OnLButtonDown(int32_t, int32_t, uint32_t) { return false; }
     virtual bool OnLButtonUp(int32_t, int32_t, uint32_t) { return false; }
+    /// The pen's tip touched or lifted; comes behind the button's own event, which has no pressure.
+    virtual bool OnPenTip(int32_t, int32_t, uint32_t, uint32_t, uint32_t) { return false; }
     virtual bool OnRButtonDown(int32_t, int32_t, uint32_t) { return false; }
     virtual bool OnRButtonUp(int32_t, int32_t, uint32_t) { return false; }
     /// The pen left the sensing range, or entered it.

@@ -135,6 +135,22 @@ TEST_F(PenContact, SilenceAfterALiftEndsAStrokeAndSilenceInContactDoesNot) {
               "b");
 }
 
+TEST_F(PenContact, ATipThatReportsItsTouchAndItsLiftAloneDrawsADot) {
+    const std::string strDown = Packet(60, 900, ",\"message\":\"ldown\"");
+    const std::string strUp = Packet(60, 0, ",\"message\":\"lup\"");
+    EXPECT_EQ(Draw(Packet(30, 0) + strDown + strUp), "b");
+    EXPECT_EQ(Ink(60), 255);
+    EXPECT_EQ(Ink(45), 0);
+    // The touch that made the window active draws nothing, however light it begins.
+    const std::string strTouch = "{\"pointer\":{\"message\":\"touch\"}}\n";
+    const std::string strLight = Packet(60, 2, ",\"message\":\"ldown\"");
+    EXPECT_EQ(Draw(strTouch + strLight + Line(64, 100, 900) + strUp + Packet(60, 0)), "");
+    EXPECT_EQ(Draw(strTouch + strLight + Line(64, 100, 900) + strUp + strDown + strUp), "b");
+    const std::string strClick = Mouse("ldown", 30) + Mouse("lup", 30);
+    EXPECT_EQ(Draw("{\"pointer\":{\"message\":\"activate\"}}\n" + strClick), "");
+    EXPECT_EQ(Draw("{\"pointer\":{\"message\":\"activate\"}}\n" + strClick + strClick), "b");
+}
+
 TEST_F(PenContact, TheOtherEndsToolGoesBackWhicheverWindowHearsIt) {
     const std::string strSecond = "{\"command\":12800}\n";
     EXPECT_EQ(Draw(strSecond + "{\"activate\":0}\n" + Proximity("eraser") + "{\"activate\":1}\n" +

@@ -114,7 +114,8 @@ private:
         std::vector<TEvent> vSpoilt;
         for (const TEvent& event : v) {
             const int n = Draw(10);
-            if (n == 0) continue;
+            const bool bMouse = event.kind >= EKind::MouseDown; // no button is lost
+            if (n == 0 && !bMouse) continue;
             vSpoilt.push_back(event);
             if (n == 1) vSpoilt.push_back(event);
             if (n == 2 && vSpoilt.size() > 1) std::swap(vSpoilt.back(), vSpoilt[vSpoilt.size() - 2]);

@@ -74,6 +74,20 @@ TEST_F(Conditioning, TheWayAboveTheTabletBecomesTheEntryAndTheLiftsTheExit) {
         {{3, 500, 4}, {4, 600, 3}, {5, 700, 2}, {6, 800, 1}, {7, 900, 1}, {8, 0, 1}, {9, 0, 1}, {10, 0, 9}});
 }
 
+TEST_F(Conditioning, ATapIsItsHighestPressureWithTheAltitudeThatCameFirst) {
+    Pen(0);
+    const auto inPlace = [&](int32_t x, uint32_t uPressure, uint32_t uAltitude) {
+        m_spTool->OnMouseMove(x, 160, uPressure, uAltitude, POINTER_TABLET);
+    };
+    inPlace(200, 300, 60);
+    for (const uint32_t uAltitude : {50, 40}) inPlace(203, 700, uAltitude); // too near to be a point
+    inPlace(201, 500, 30);
+    inPlace(201, 0, 20);
+    const std::vector<TCtlPoint> vExpected{{200, 160, 700, 50}, {0, 0, FINAL_PRESSURE, 90}};
+    EXPECT_EQ(m_spTool->m_spStroke->GetPoints(), vExpected);
+    EXPECT_EQ(m_spTool->GetState(), STATE_IDLE);
+}
+
 TEST_F(Conditioning, WithoutAWayTheFirstPointsCountUntilTheWindowIsFull) {
     m_spTool->GetFreehand().m_uStrokeOut = 0;
     for (const uint32_t uPressure : {800, 820, 840, 860, 880, 900, 920, 0}) Pen(uPressure);
