@@ -20,7 +20,7 @@ constexpr uint64_t WAVE_POINT_BYTES = 2 * 3 * sizeof(CPoint);
 
 uint32_t ReadWidth(CDeserializer& reader) {
     const auto uWidth = static_cast<uint32_t>(reader.ReadInt32());
-    if (uWidth > PATH_WIDTH_LIMIT) throw deserialize_error();
+    if (!IsStorableWidth(uWidth)) throw deserialize_error();
     return uWidth;
 }
 

@@ -18,6 +18,9 @@ public:
 
     void Update() override;
     void UpdateDrag() override;
+    bool IsStorable() const override {
+        return IsStorableWidth(m_uWidth) && IsStorableWidth(m_wave.uWidth) && CPathStreamImpl::IsStorable();
+    }
     CRect RectIncludingPath() const override;
     void RasterizePath(CPathFill& fill, CSize szPlane, CAlphaBlock8& tile) const override;
     void DrawOutline(IPathDevice& device, const TPathMapper& mapper, const TPathSelection& selection,

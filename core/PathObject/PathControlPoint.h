@@ -32,6 +32,11 @@ public:
     /// A value of zeros in both states removes the handle.
     void SetBack(const CDualValue<CPoint>& value);
     void SetFore(const CDualValue<CPoint>& value);
+    /// True when a stored path may have the committed values.
+    bool IsStorable() const {
+        return IsStorablePoint(m_anchor[STATE_COMMITTED]) && IsStorablePoint(GetBack(STATE_COMMITTED)) &&
+               IsStorablePoint(GetFore(STATE_COMMITTED));
+    }
     /// All values of one state.
     TOutlinePoint At(size_t state) const { return {m_anchor[state], GetBack(state), GetFore(state)}; }
 

@@ -11,8 +11,6 @@ constexpr TColor COLOR_HOVER = 0x0000FF;
 constexpr TColor COLOR_SELECTED = 0xFF00A0;
 constexpr TColor COLOR_EMPTY = 0xFFFFFF;
 
-bool IsInside(int32_t n) { return n >= -PATH_COORDINATE_LIMIT && n <= PATH_COORDINATE_LIMIT; }
-
 } // namespace
 
 bool TPathPick::IsNear(CPoint pt) const {
@@ -40,6 +38,6 @@ void CPathControlPointBase::DrawHandle(IPathDevice& device, CPoint ptFrom, CPoin
 }
 
 CPoint CheckedCoordinates(CPoint pt) {
-    if (!IsInside(pt.x) || !IsInside(pt.y)) throw deserialize_error();
+    if (!IsStorablePoint(pt)) throw deserialize_error();
     return pt;
 }

@@ -106,5 +106,12 @@ constexpr int32_t PATH_COORDINATE_LIMIT = 1 << 23;
 /// The largest half-width that a stroke gets from its points.
 constexpr uint32_t PATH_WIDTH_LIMIT = 1 << 20;
 
+/// True for what a stored path may have.
+constexpr bool IsStorableWidth(uint32_t uWidth) { return uWidth <= PATH_WIDTH_LIMIT; }
+constexpr bool IsStorablePoint(CPoint pt) {
+    const auto isInside = [](int32_t n) { return n >= -PATH_COORDINATE_LIMIT && n <= PATH_COORDINATE_LIMIT; };
+    return isInside(pt.x) && isInside(pt.y);
+}
+
 /// Raises deserialize_error for a point beyond PATH_COORDINATE_LIMIT.
 CPoint CheckedCoordinates(CPoint pt);

@@ -4,6 +4,27 @@
 
 #include <boost/numeric/conversion/cast.hpp>
 
+namespace {
+
+[[noreturn]] void Refuse() {
+    throw refused_error(L"パスが大きすぎます。\n\n範囲を狭くするか、線を細くしてから操作してください。");
+}
+
+// Rebuilds what depends on a path's points.
+template <class Build>
+void RefuseOverflow(Build build) {
+    try {
+        build();
+    } catch (const boost::numeric::bad_numeric_cast&) {
+        Refuse();
+    }
+}
+
+} // namespace
+
+CPathObject::CPathObject(boost::shared_ptr<CPathStream> spStream)
+    : m_spStream(std::move(spStream)), m_spLastGood(m_spStream->CreateSnapshot()) {}
+
 void CPathObject::RasterizePath(CPathFill& fill, CSize szPlane, CAlphaBlock8& tile) const {
     GetStream().RasterizePath(fill, szPlane, tile);
 }
@@ -15,17 +36,29 @@ void CPathObject::DrawOutline(IPathDevice& device, const TPathMapper& mapper, co
 
 void CPathObject::Update() {
     const CRect rcBefore = m_rcBounds;
-    GetStream().Update();
+    try {
+        if (!GetStream().IsStorable()) Refuse();
+        RefuseOverflow([&] { GetStream().Update(); });
+        m_spLastGood = CreateSnapshot();
+    } catch (const refused_error&) {
+        GetStream().ApplySnapshot(*m_spLastGood);
+        GetStream().Update();
+        throw;
+    }
     m_rcBounds = GetStream().ControlPointCount() == 0 ? CRect() : GetStream().RectIncludingPath();
     Invalidate(rcBefore);
     Invalidate(m_rcBounds);
+}
+
+void CPathObject::UpdateDrag() {
+    RefuseOverflow([&] { GetStream().UpdateDrag(); });
 }
 
 void CPathObject::Deserialize(CDeserializer& reader) {
     GetStream().Deserialize(reader);
     try {
         Update();
-    } catch (const boost::numeric::bad_numeric_cast&) {
+    } catch (const refused_error&) {
         throw deserialize_error();
     }
 }

@@ -29,8 +29,9 @@ private:
     boost::weak_ptr<IVectorLayer> m_wpLayer;
 };
 
-/// A path of any kind. What changes it rebuilds it and tells the layer where it was and where it is.
-/// Positions are path units.
+/// A path of any kind. What changes it rebuilds it and tells the layer where it was and where it is. A change
+/// to what no file could hold (a coordinate, a half-width, an outline whose arithmetic leaves 32 bits) is
+/// taken back and raises refused_error. Positions are path units.
 class CPathObject : public CVectorObject {
 public:
     CPathStream& GetStream() { return *m_spStream; }
@@ -52,10 +53,10 @@ public:
     TPathHit HitTestEx(const TPathPick& pick, bool bAnchor, bool bHandle, bool bPath, bool bTerm) const;
 
     void Transform(const boost::function<CPoint(CPoint)>& fnMap);
-    /// After a change of committed values.
+    /// After a change of committed values. Refused, they are again what they were after the last Update.
     void Update();
-    /// After a change of live values.
-    void UpdateDrag() { GetStream().UpdateDrag(); }
+    /// After a change of live values; raises refused_error too, but takes nothing back.
+    void UpdateDrag();
     boost::shared_ptr<CPathControlPoint> AppendControlPoint(CPoint pt);
     boost::shared_ptr<CPathControlPoint> InsertControlPoint(const CPathControlPoint& before, CPoint pt);
     void RemoveControlPoint(const CPathControlPoint& point);
@@ -66,10 +67,11 @@ public:
     void Assign(const CPathObject& from);
 
 protected:
-    explicit CPathObject(boost::shared_ptr<CPathStream> spStream) : m_spStream(std::move(spStream)) {}
+    explicit CPathObject(boost::shared_ptr<CPathStream> spStream);
 
 private:
-    boost::shared_ptr<CPathStream> m_spStream; ///< never null
+    boost::shared_ptr<CPathStream> m_spStream;     ///< never null
+    boost::shared_ptr<TPathSnapshot> m_spLastGood; ///< the path after the last Update
     CRect m_rcBounds;
 };
 

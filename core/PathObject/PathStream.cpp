@@ -12,8 +12,9 @@ constexpr uint32_t TAG_ANCHORS = MakeTag("PSTM");
 /// As many as parameters can number, with a segment back to the first.
 constexpr size_t MAX_ANCHORS = 0xFFFF;
 
-void ExpectRoom(size_t nAnchors, const wchar_t* pszWhere) {
-    if (nAnchors >= MAX_ANCHORS) throw internal_error(std::wstring(pszWhere) + L": too many anchors");
+void ExpectRoom(size_t nAnchors) {
+    if (nAnchors >= MAX_ANCHORS)
+        throw refused_error(L"パスの制御点が多すぎます。\n\n新しいパスに分けて描いてください。");
 }
 
 // A segment's place: its number and a fraction, the last anchor being the end of the last segment.
@@ -92,7 +93,7 @@ void CPathStreamImpl<T>::Divide(uint32_t t) {
     const size_t idx = t / BEZIER_T_RESOLUTION;
     const uint32_t f = t % BEZIER_T_RESOLUTION;
     if (f == 0 || idx >= GetSegments(STATE_COMMITTED).size()) return;
-    ExpectRoom(m_lstControlPoint.size(), L"Divide");
+    ExpectRoom(m_lstControlPoint.size());
     const auto itFrom = std::next(m_lstControlPoint.begin(), static_cast<std::ptrdiff_t>(idx));
     const auto itTo =
         std::next(itFrom) == m_lstControlPoint.end() ? m_lstControlPoint.begin() : std::next(itFrom);
@@ -117,7 +118,7 @@ void CPathStreamImpl<T>::Divide(uint32_t t) {
 
 template <class T>
 boost::shared_ptr<CPathControlPoint> CPathStreamImpl<T>::AppendControlPoint(CPoint pt) {
-    ExpectRoom(m_lstControlPoint.size(), L"AppendControlPoint");
+    ExpectRoom(m_lstControlPoint.size());
     m_lstControlPoint.push_back(boost::make_shared<T>(pt));
     return m_lstControlPoint.back();
 }
@@ -127,7 +128,7 @@ boost::shared_ptr<CPathControlPoint> CPathStreamImpl<T>::InsertControlPoint(cons
                                                                             CPoint pt) {
     const size_t idx = IndexOf(before);
     if (idx == m_lstControlPoint.size()) throw internal_error(L"InsertControlPoint: not anchor point");
-    ExpectRoom(m_lstControlPoint.size(), L"InsertControlPoint");
+    ExpectRoom(m_lstControlPoint.size());
     const auto it = m_lstControlPoint.insert(
         std::next(m_lstControlPoint.begin(), static_cast<std::ptrdiff_t>(idx)), boost::make_shared<T>(pt));
     OnInserted(idx, BEZIER_T_RESOLUTION);
@@ -145,6 +146,12 @@ void CPathStreamImpl<T>::RemoveControlPoint(const CPathControlPoint& point) {
 template <class T>
 void CPathStreamImpl<T>::Transform(const boost::function<CPoint(CPoint)>& fnMap) {
     for (const auto& spPoint : m_lstControlPoint) spPoint->Transform(fnMap);
+}
+
+template <class T>
+bool CPathStreamImpl<T>::IsStorable() const {
+    return std::all_of(m_lstControlPoint.begin(), m_lstControlPoint.end(),
+                       [](const auto& spPoint) { return spPoint->IsStorable(); });
 }
 
 template <class T>

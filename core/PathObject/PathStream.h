@@ -10,14 +10,16 @@
 
 #include <vector>
 
-/// A path of any kind. Operations on a path without anchors raise internal_error where they need one, and so
-/// does one anchor above 65535.
+/// A path of any kind. Operations on a path without anchors raise internal_error where they need one; one
+/// anchor above 65535 raises refused_error.
 class CPathStream : public IPathLine, public boost::enable_shared_from_this<CPathStream>, boost::noncopyable {
 public:
     /// Refreshes and rebuilds what depends on the points, in both states.
     virtual void Update() = 0;
     /// The same for the live state; nothing committed changes.
     virtual void UpdateDrag() = 0;
+    /// False for committed values that a file's reader would refuse.
+    virtual bool IsStorable() const = 0;
     /// The box of the committed shape.
     virtual CRect RectIncludingPath() const = 0;
     /// Adds the committed shape's coverage to a tile of a plane that begins at the canvas's corner.
@@ -96,6 +98,7 @@ public:
         return IndexOf(point) < m_lstControlPoint.size();
     }
     size_t ControlPointCount() const override { return m_lstControlPoint.size(); }
+    bool IsStorable() const override;
     void Transform(const boost::function<CPoint(CPoint)>& fnMap) override;
     std::vector<CBezier> GetSegments(size_t state) const override;
     TPolyBezier BezierPoints(size_t state) const override;

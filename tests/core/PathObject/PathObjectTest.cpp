@@ -120,6 +120,35 @@ TEST(PathObject, ASnapshotBringsBackTheSameObjects) {
     EXPECT_THROW(copy.Assign(shape), internal_error);
 }
 
+TEST(PathObject, WhatNoFileCouldHoldIsTakenBack) {
+    const auto spPath = MakeStroke();
+    COpenPathStream& stream = spPath->GetStream();
+    const TBytes vBefore = BytesOf(*spPath);
+    const auto vOutline = stream.GetOutline(STATE_COMMITTED);
+    const auto lstPoints = stream.GetControlPoints();
+    const auto refuse = [&](const char* pszWhat, const auto& change) {
+        EXPECT_THROW((change(), spPath->Update()), refused_error) << pszWhat;
+        EXPECT_EQ(BytesOf(*spPath), vBefore) << pszWhat;
+        EXPECT_EQ(stream.GetOutline(STATE_COMMITTED), vOutline) << pszWhat;
+        EXPECT_EQ(stream.GetControlPoints(), lstPoints) << pszWhat;
+    };
+    constexpr int32_t FAR = PATH_COORDINATE_LIMIT + 1;
+    refuse("anchor", [&] { spPath->AppendControlPoint({0, -FAR}); });
+    refuse("move", [&] { spPath->Transform([](CPoint pt) { return CPoint{pt.x + FAR, pt.y}; }); });
+    refuse("back", [&] { (*lstPoints.back()->DragBackHandle(false))[STATE_COMMITTED] = {FAR, 5}; });
+    refuse("fore", [&] { (*lstPoints.front()->DragForeHandle(true))[STATE_COMMITTED] = {5, FAR}; });
+    refuse("half-width", [&] { stream.SetWidth(PATH_WIDTH_LIMIT + 1); });
+    refuse("wave", [&] { stream.SetWave(true, {32, PATH_WIDTH_LIMIT + 1}); });
+    refuse("length", [&] {
+        for (int n = 0; n < 20; ++n) AddAnchor(stream, {n % 2 ? FAR - 1 : 1 - FAR, 0});
+    });
+    spPath->AppendControlPoint({FAR - 1, 1 - FAR});
+    stream.SetWidth(PATH_WIDTH_LIMIT);
+    spPath->Update();
+    CDeserializer reader(spPath->Serialize());
+    EXPECT_NO_THROW(COpenPathObject().Deserialize(reader)) << "the limits themselves";
+}
+
 TEST(PathObject, TheNearestPlaceIsThatOfADenseScan) {
     const auto spPath = MakeStroke();
     const COpenPathStream& stream = spPath->GetStream();

@@ -109,7 +109,7 @@ TEST(PathWire, SmallPathsCannotTakeGigabytes) {
     // Parameters number no more anchors.
     CClosedPathStream shape;
     for (int n = 0; n < 0xFFFF; ++n) shape.AppendControlPoint({n, n});
-    EXPECT_THROW(shape.AppendControlPoint({}), internal_error);
+    EXPECT_THROW(shape.AppendControlPoint({}), refused_error);
     TBytes vBytes = shape.Serialize().GetPayload();
     EXPECT_EQ(Read(CClosedPathStream::CHUNK_TAG, 0, vBytes)->GetStream().ControlPointCount(), 0xFFFFu);
     vBytes.insert(vBytes.end(), vBytes.end() - 36, vBytes.end());
