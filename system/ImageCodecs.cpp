@@ -14,6 +14,7 @@
 
 #include <boost/make_shared.hpp>
 
+#include <algorithm>
 #include <new>
 
 namespace {
@@ -147,6 +148,20 @@ QImage Flatten(const QImage& image) {
     return imageFlat;
 }
 
+// Alpha that says nothing is left out: a picture that came without goes back without. Shares the pixels.
+QImage WithoutIdleAlpha(const QImage& image) {
+    const auto isOpaque = [](QRgb pixel) { return qAlpha(pixel) == 255; };
+    for (int y = 0; y < image.height(); ++y) {
+        const auto* pRow = reinterpret_cast<const QRgb*>(image.constScanLine(y));
+        if (!std::all_of(pRow, pRow + image.width(), isOpaque)) return image;
+    }
+    QImage imageOpaque(image.constBits(), image.width(), image.height(), image.bytesPerLine(),
+                       QImage::Format_RGB32);
+    imageOpaque.setDotsPerMeterX(DOTS_PER_METRE);
+    imageOpaque.setDotsPerMeterY(DOTS_PER_METRE);
+    return imageOpaque;
+}
+
 std::optional<std::string> Encode(const QImage& image, EPictureKind kind) {
     if (image.isNull()) return std::nullopt;
     if (kind == EPictureKind::Gif) return EncodeGif(QuantizeColors(image));
@@ -204,7 +219,9 @@ CFileOutcome CImageCodecs::Save(const std::wstring& strPath, IBitmap& bitmap) tr
     std::optional<std::string> strBytes;
     {
         const CLockedImage locked(bitmap);
-        strBytes = Encode(kind == EPictureKind::Png ? locked.GetImage() : Flatten(locked.GetImage()), kind);
+        strBytes = Encode(kind == EPictureKind::Png ? WithoutIdleAlpha(locked.GetImage())
+                                                    : Flatten(locked.GetImage()),
+                          kind);
     }
     return strBytes ? m_files.Replace(strPath, *strBytes) : CFileOutcome(EFileFailure::NoMemory);
 } catch (const std::bad_alloc&) {

@@ -21,8 +21,9 @@ public:
     /// orientation that a camera noted is applied. The size is checked before memory is taken.
     TLoadedPicture Load(const std::wstring& strPath) override;
     TLoadedPicture LoadResource(std::string_view strBytes) override;
-    /// JPEG of quality 95, BMP of 24 bits, TIFF with LZW, GIF of at most 256 colours. On white every channel
-    /// C under alpha A becomes 255 - (((255 - C) * ((A * 1024) / 255)) >> 10).
+    /// PNG of 32 bits, of 24 when nothing is transparent; JPEG of quality 95, BMP of 24 bits, TIFF with LZW,
+    /// GIF of at most 256 colours. On white every channel C under alpha A becomes
+    /// 255 - (((255 - C) * ((A * 1024) / 255)) >> 10).
     CFileOutcome Save(const std::wstring& strPath, IBitmap& bitmap) override;
     bool CanSave(const std::wstring& strPath) override;
     std::string EncodeCodePage932(std::wstring_view strText, size_t nLimit) override;

@@ -56,8 +56,9 @@ public:
     /// Decodes a picture that the program carries, as Load does.
     virtual TLoadedPicture LoadResource(std::string_view strBytes) = 0;
     /// Encodes by the path's ending (.png, .jpg, .jpeg, .bmp, .tif, .tiff, .gif in any case) and replaces the
-    /// file atomically. PNG keeps alpha, the others are flattened on white. Other endings fail, and
-    /// any failure leaves the file as IFileStore::ReplaceBy does.
+    /// file atomically. PNG keeps alpha, but a picture that is opaque everywhere is written without; the
+    /// others are flattened on white. Other endings fail, and any failure leaves the file as
+    /// IFileStore::ReplaceBy does.
     virtual CFileOutcome Save(const std::wstring& strPath, IBitmap& bitmap) = 0;
     /// True when Save knows the path's ending.
     virtual bool CanSave(const std::wstring& strPath) = 0;

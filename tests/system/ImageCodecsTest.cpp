@@ -185,6 +185,16 @@ TEST_F(ImageCodecs, KindsWithoutAlphaLieOnWhite) {
     EXPECT_LT(m_files.m_mapFiles[L"a.tif"].size(), 256u * 64 * 3 / 2) << "compressed";
 }
 
+TEST_F(ImageCodecs, PicturesWithoutTransparencyAreWrittenWithoutAlpha) {
+    QImage image = Opaque(20, 10).convertToFormat(QImage::Format_ARGB32);
+    const auto colorType = [&] { return m_files.m_mapFiles[L"a.png"].at(25); };
+    EXPECT_EQ(SaveAndLoad(L"a.png", image), image);
+    EXPECT_EQ(colorType(), 2) << "R, G, B";
+    image.setPixel(19, 9, qRgba(7, 8, 9, 254));
+    EXPECT_EQ(SaveAndLoad(L"a.png", image), image);
+    EXPECT_EQ(colorType(), 6) << "and alpha";
+}
+
 TEST_F(ImageCodecs, GifKeepsUpTo256ColoursAndReducesMore) {
     for (const int nColors : {1, 2, 3, 255, 256}) {
         QImage image(31, 40, QImage::Format_ARGB32);
