@@ -50,9 +50,8 @@ void Play(const TLayerChange& change) {
     const TLayerPtr spLayer = canvas.GetActiveLayer();
     if (!spLayer) throw step_failure("no layer is selected");
     if (change.strName) spLayer->setName(*change.strName, true);
-    if (change.bVisible) spLayer->SetVisible(*change.bVisible);
+    if (change.bVisible) spLayer->SetVisible(*change.bVisible, true);
     if (change.uOpacity) spLayer->SetOpacity(*change.uOpacity, true);
-    if (change.bVisible) canvas.GetHistory().SetModified(true);
     PostToMainFrame(WM_REFRESH_ALL);
     frame.RaiseRefresh();
     frame.GetWindow()->Invalidate();

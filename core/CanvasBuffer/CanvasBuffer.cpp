@@ -84,12 +84,12 @@ void CCanvasBuffer::CompleteWork() {
 }
 
 boost::shared_ptr<CRasterBuffer> CCanvasBuffer::Flatten() {
-    if (m_bColor == m_bColorRaster) {
+    if (m_bColor == IsColorPicture()) {
         ComposeAll();
         return GetRoot().GetDrawBuffer();
     }
     FlushCanvasUpdates();
-    const auto spPicture = CreatePlane(m_bColorRaster, m_size, DEFAULT_BLOCKSIZE);
+    const auto spPicture = CreatePlane(IsColorPicture(), m_size, DEFAULT_BLOCKSIZE);
     spPicture->ForEachBlock([&](CPoint pt) {
         if (GetRoot().HasPicture(pt)) GetRoot().PaintPicture(*spPicture->GetBlock(pt, true));
     });
@@ -122,7 +122,8 @@ void CCanvasBuffer::SwapFullBackup(const boost::shared_ptr<CCanvasBuffer>& spCan
     if (!spCanvas) return;
     FullBackup& stor = *pBackup;
     SELF_CHECK(illegal_data, stor.internalLayer);
-    stor.internalLayer->SwapName(*spCanvas->m_spRoot); // the title stays
+    stor.internalLayer->SwapName(*spCanvas->m_spRoot);
+    stor.internalLayer->FollowVisibility(*spCanvas->m_spRoot);
     spCanvas->m_spRoot.swap(stor.internalLayer);
     if (!(spCanvas->m_spCounters->GetSize() == stor.spCounters.GetSize()))
         std::swap(*spCanvas->m_spCounters, stor.spCounters);
@@ -136,6 +137,11 @@ void CCanvasBuffer::SwapFullBackup(const boost::shared_ptr<CCanvasBuffer>& spCan
 const std::wstring& CCanvasBuffer::GetTitle() const { return GetRoot().GetName(); }
 
 void CCanvasBuffer::SetTitle(const std::wstring& strTitle) { GetRoot().setName(strTitle); }
+
+void CCanvasBuffer::SwapPathAndTitle(std::wstring& strPath, std::wstring& strTitle) {
+    m_strPath.swap(strPath);
+    GetRoot().SwapName(strTitle);
+}
 
 CSerializer CCanvasBuffer::Serialize() const {
     CSerializer meta;

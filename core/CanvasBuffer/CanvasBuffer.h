@@ -48,8 +48,7 @@ public:
     /// Chooses the planes' kinds; only before Create.
     void SetColorMode(bool bColor, bool bColorRaster);
 
-    /// The hidden root of the layer tree.
-    CLayerBuffer& GetRoot() const;
+    CLayerBuffer& GetRoot() const override;
     TLayerPtr GetActiveLayer() const override;
     void SelectLayer(const TLayerPtr& spLayer) override;
 
@@ -70,8 +69,9 @@ public:
     void CompleteWork();
     /// Brings the whole composite up to date.
     void ComposeAll();
-    /// The whole picture for use outside: in colour also while the screen shows it in grey. Brings what is
-    /// stale up to date; where nothing paints it has no tile.
+    /// The whole picture for use outside: in colour also while the screen shows it in grey, and in the
+    /// colours that the screen shows where raster layers are grey. Brings what is stale up to date; where
+    /// nothing paints it has no tile.
     boost::shared_ptr<CRasterBuffer> Flatten();
 
     const CSelectBuffer* GetSelect() const override { return m_spSelect.get(); }
@@ -83,8 +83,9 @@ public:
     void ConvertColorMode(bool bColor, bool bColorRaster);
     /// A backup with a copy of the tree. Raises internal_error when it cannot be made.
     FullBackup CreateFullBackup();
-    /// Exchanges a backup with the canvas's state and flags everything. The title stays with the canvas, and
-    /// counters of one size go on, since views tell changes by them. Null does nothing.
+    /// Exchanges a backup with the canvas's state and flags everything. What no undo step has stays with the
+    /// canvas: the title and which layers are shown. Counters of one size go on, since views tell changes by
+    /// them. Null does nothing.
     static void SwapFullBackup(const boost::shared_ptr<CCanvasBuffer>& spCanvas, FullBackup* pBackup);
 
     const std::wstring& GetPath() const { return m_strPath; }
@@ -92,6 +93,8 @@ public:
     /// The document's title: the root layer's name.
     const std::wstring& GetTitle() const;
     void SetTitle(const std::wstring& strTitle);
+    /// Exchanges path and title. Never throws.
+    void SwapPathAndTitle(std::wstring& strPath, std::wstring& strTitle);
 
 private:
     CSize m_size;

@@ -51,6 +51,20 @@ void CHistoryStream::Redo() {
     SetModified(true);
 }
 
+void CHistoryStream::SetModified(bool bModified) {
+    m_bModified = bModified;
+    if (bModified)
+        ++m_uChanges;
+    else
+        m_wpSaved = m_deqUndo.empty() ? boost::shared_ptr<CHistory>() : m_deqUndo.front();
+}
+
+boost::shared_ptr<CHistory> CHistoryStream::GetFoldable() const {
+    if (m_deqUndo.empty() || CanRedo()) return {};
+    const boost::shared_ptr<CHistory>& spNewest = m_deqUndo.front();
+    return spNewest == m_wpSaved.lock() ? boost::shared_ptr<CHistory>() : spNewest;
+}
+
 void CHistoryStream::Clear() {
     m_deqUndo.clear();
     m_deqRedo.clear();

@@ -4,6 +4,7 @@
 #include <boost/function.hpp>
 #include <boost/noncopyable.hpp>
 #include <boost/shared_ptr.hpp>
+#include <boost/weak_ptr.hpp>
 
 #include <cstdint>
 #include <deque>
@@ -44,10 +45,11 @@ public:
     bool CanRedo() const { return !m_deqRedo.empty(); }
     /// True when the document differs from its file.
     bool IsModified() const { return m_bModified; }
-    void SetModified(bool bModified) {
-        m_bModified = bModified;
-        if (bModified) ++m_uChanges;
-    }
+    /// A change, or (false) a save of the document as it is.
+    void SetModified(bool bModified);
+    /// The newest action while a further change may be folded into it, which then calls SetModified: nothing
+    /// is undone, and the action did not make the saved document, which must stay within reach. Null else.
+    boost::shared_ptr<CHistory> GetFoldable() const;
     /// Counts the changes: equal numbers mean an equal document.
     uint32_t GetChangeCount() const { return m_uChanges; }
     /// True while an operation that can be cancelled is unfinished.
@@ -65,6 +67,7 @@ private:
     std::deque<boost::shared_ptr<CHistory>> m_deqRedo;
     std::wstring m_strInitial = L"<< 初期状態 >>";
     bool m_bModified = false;
+    boost::weak_ptr<CHistory> m_wpSaved; ///< the newest action when the document was saved
     uint32_t m_uChanges = 0;
     boost::function<bool()> m_fnCancel;
 };

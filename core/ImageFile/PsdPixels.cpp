@@ -89,7 +89,7 @@ std::array<std::string, 4> PackPsdChannels(const TPsdRecord& record) {
         strChannel[1] = 1; // rows are packed
     }
     // It stays empty: it makes tiles of the right kind.
-    const auto spPlane = CreatePlane(record.pLayer->GetCanvas()->IsColorRaster(), sz, DEFAULT_BLOCKSIZE);
+    const auto spPlane = CreatePlane(record.pLayer->GetCanvas()->IsColorPicture(), sz, DEFAULT_BLOCKSIZE);
     CBand band(sz);
     for (CPoint pt; pt.y < sz.cy; pt.y += DEFAULT_BLOCKSIZE.cy) {
         band.Clear();

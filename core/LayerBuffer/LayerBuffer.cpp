@@ -9,7 +9,6 @@
 #include <boost/make_shared.hpp>
 
 #include <algorithm>
-#include <iterator>
 
 namespace {
 
@@ -154,7 +153,7 @@ const boost::shared_ptr<CRasterBuffer>& CLayerBuffer::GetThumbnail() {
 
 void CLayerBuffer::PaintPicture(CRasterBlockBuffer& dest) {
     const CPoint pt = dest.GetPosition();
-    if (IsPictureCached()) {
+    if (IsPictureCached(dynamic_cast<const CColorRasterBlockBuffer*>(&dest) != nullptr)) {
         UpdateBlock(pt);
         if (const auto spTile = m_pDrawBuffer->GetBlock(pt, false)) spTile->BlendWith(dest, 255, nullptr);
         return;
@@ -210,96 +209,8 @@ bool CLayerBuffer::canBeMergedWith(const CLayerBuffer& other) const {
     return &other != this && m_lstChildren.empty() && other.m_lstChildren.empty();
 }
 
-void CLayerBuffer::AddLayer(const TLayerPtr& spLayer, int idxLayer, bool bHistory) {
-    const int nCount = static_cast<int>(m_lstChildren.size());
-    const int idx = idxLayer == -1 ? nCount : idxLayer;
-    SELF_CHECK(invalid_argument, spLayer != nullptr && 0 <= idx && idx <= nCount);
-    TLayerList lstLayer{spLayer};
-    if (bHistory)
-        GetCanvas()->GetHistory().Register(
-            boost::make_shared<CAddDelLayerHistory<true>>(shared_from_this(), idx, spLayer));
-    Attach(lstLayer, idx);
-}
-
-void CLayerBuffer::Attach(TLayerList& lstLayer, int idxLayer) {
-    lstLayer.front()->MarkAllDirty();
-    m_lstChildren.splice(std::next(m_lstChildren.begin(), idxLayer), lstLayer);
-    MarkAllDirty();
-}
-
-TLayerList CLayerBuffer::Detach(int idxLayer) {
-    TLayerList lstLayer;
-    const auto iterLayer = std::next(m_lstChildren.begin(), idxLayer);
-    const auto iter = std::next(iterLayer);
-    lstLayer.splice(lstLayer.begin(), m_lstChildren, iterLayer);
-    // The next one below is active then, as in the list that the user sees.
-    if (m_wpActive.lock() == lstLayer.front())
-        m_wpActive = iter != m_lstChildren.begin() ? *std::prev(iter)
-                     : iter != m_lstChildren.end() ? *iter
-                                                   : TLayerPtr();
-    MarkAllDirty();
-    return lstLayer;
-}
-
-void CLayerBuffer::RemoveLayer(TLayerPtr spLayer, bool bHistory) {
-    const int idx = IndexOf(*spLayer);
-    SELF_CHECK(invalid_argument, 0 <= idx);
-    if (bHistory)
-        GetCanvas()->GetHistory().Register(
-            boost::make_shared<CAddDelLayerHistory<false>>(shared_from_this(), idx, spLayer));
-    Detach(idx);
-}
-
-void CLayerBuffer::MoveLayer(TLayerPtr spLayer, const TLayerPtr& spParent, int idxLayer, bool bHistory) {
-    const int idxOld = IndexOf(*spLayer);
-    const bool bBelow = spParent == spLayer || spLayer->FindParentOf(*spParent);
-    const int nCount = static_cast<int>(spParent->m_lstChildren.size()) - (spParent.get() == this ? 1 : 0);
-    const int idxNew = idxLayer == -1 ? nCount : idxLayer;
-    SELF_CHECK(invalid_argument, 0 <= idxOld && !bBelow && 0 <= idxNew && idxNew <= nCount);
-    const TCanvasPtr spCanvas = GetCanvas();
-    const TLayerPtr spActive = spCanvas->GetActiveLayer();
-    const bool bActive = spActive && (spActive == spLayer || spLayer->FindParentOf(*spActive));
-    if (bHistory)
-        spCanvas->GetHistory().Register(
-            boost::make_shared<CMoveLayerHistory>(shared_from_this(), idxOld, spParent, idxNew, spLayer));
-    TLayerList lstLayer = Detach(idxOld);
-    spParent->Attach(lstLayer, idxNew);
-    if (bActive) spCanvas->SelectLayer(spActive);
-}
-
-void CLayerBuffer::SwapChildren(const TLayerPtr& spLayer, TLayerList* pList) {
-    if (!spLayer) return;
-    TLayerList& lstNow = spLayer->m_lstChildren;
-    const TLayerPtr spActive = spLayer->GetActiveChild();
-    lstNow.swap(*pList);
-    if (spActive && spLayer->IndexOf(*spActive) < 0) {
-        // What follows the first difference, up to where both lists end alike, took the lost child's place.
-        const auto last = std::mismatch(lstNow.rbegin(), lstNow.rend(), pList->rbegin(), pList->rend()).first;
-        spLayer->SetActiveChild(last == lstNow.rend() ? TLayerPtr() : *last);
-    }
-    spLayer->MarkAllDirty();
-}
-
-TLayerPtr CLayerBuffer::FindParentOf(const CLayerBuffer& layer) {
-    if (IndexOf(layer) >= 0) return shared_from_this();
-    for (const TLayerPtr& spChild : m_lstChildren)
-        if (const TLayerPtr spFound = spChild->FindParentOf(layer)) return spFound;
-    return {};
-}
-
-int CLayerBuffer::GetNesting() const {
-    int nNesting = 0;
-    for (const TLayerPtr& spChild : m_lstChildren) nNesting = std::max(nNesting, spChild->GetNesting() + 1);
-    return nNesting;
-}
-
-int CLayerBuffer::IndexOf(const CLayerBuffer& layer) const {
-    const auto it = std::find_if(m_lstChildren.begin(), m_lstChildren.end(),
-                                 [&](const TLayerPtr& spChild) { return spChild.get() == &layer; });
-    return it == m_lstChildren.end() ? -1 : static_cast<int>(std::distance(m_lstChildren.begin(), it));
-}
-
-void CLayerBuffer::SetVisible(bool bVisible) {
+void CLayerBuffer::SetVisible(bool bVisible, bool bModifies) {
+    if (bModifies && bVisible != m_bVisible) GetCanvas()->GetHistory().SetModified(true);
     m_bVisible = bVisible;
     m_bJustHidden = !bVisible;
     MarkAllDirty();
@@ -317,14 +228,14 @@ void CLayerBuffer::SetOpacity(uint8_t uOpacity, bool bHistory) {
     if (bHistory && uOpacity != GetOpacity()) {
         CHistoryStream& history = GetCanvas()->GetHistory();
         // A slider's way is one step: the newest entry takes the new value over if it is this layer's.
-        auto* pNewest = history.CanRedo() || history.GetUndoList().empty()
-                            ? nullptr
-                            : dynamic_cast<LayerAlphaHistory*>(history.GetUndoList().front().get());
-        if (pNewest && pNewest->IsOf(*this))
+        auto* pNewest = dynamic_cast<LayerAlphaHistory*>(history.GetFoldable().get());
+        if (pNewest && pNewest->IsOf(*this)) {
             pNewest->SetNew(uOpacity);
-        else
+            history.SetModified(true);
+        } else {
             history.Register(
                 boost::make_shared<LayerAlphaHistory>(shared_from_this(), GetOpacity(), uOpacity));
+        }
     }
     m_pDrawBuffer->SetOpacity(uOpacity);
     MarkAllDirty();

@@ -24,7 +24,7 @@ boost::shared_ptr<CRasterBuffer> CreatePlane(bool bColor, CSize sz, CSize szBloc
 /// all three channels. A plane of the wanted kind is returned itself.
 boost::shared_ptr<CRasterBuffer> ConvertPlane(const boost::shared_ptr<CRasterBuffer>& spPlane, bool bColor);
 
-/// How deep layers may lie in each other in a file.
+/// How deep layers may lie in each other, in a document and in its file.
 constexpr int MAX_LAYER_NESTING = 256;
 
 /// By how much thumbnails shrink a canvas: the largest divisor of 96 that keeps both sides over 34, else 1.
@@ -73,9 +73,9 @@ public:
     /// Rebuilds the draw buffer's tile at `pt` (any pixel of the block) if it is stale; where nothing paints
     /// there is no tile.
     void UpdateBlock(CPoint pt);
-    /// The picture in the layers' own colours, also while draw buffers are grey: paints content and children,
-    /// without this layer's opacity and also while it is hidden, into a cleared tile of the kind that raster
-    /// layers have. The canvas's flags must have been gathered.
+    /// The picture in the kind of `dest`, a cleared tile, whatever kind draw buffers have: paints content and
+    /// children, without this layer's opacity and also while it is hidden. The canvas's flags must have been
+    /// gathered.
     void PaintPicture(CRasterBlockBuffer& dest);
     /// Paints the same with the layer's opacity onto a tile, if the layer is visible.
     virtual void PaintOnto(CRasterBlockBuffer& dest);
@@ -96,7 +96,8 @@ public:
     void MarkAllDirty() { m_pDrawBuffer->GetDirty().Fill(true); }
 
     /// Inserts a layer among the children, at the end for -1; an undoable action unless `bHistory` is false.
-    /// An index outside the list is a defect.
+    /// An index outside the list is a defect. Raises refused_error, as MoveLayer does, when layers would lie
+    /// deeper than MAX_LAYER_NESTING in each other.
     void AddLayer(const TLayerPtr& spLayer, int idxLayer, bool bHistory = true);
     /// Takes a child (by value: it may be named by the list that it leaves) out; an undoable action unless
     /// `bHistory` is false. One that is no child is a defect.
@@ -112,6 +113,8 @@ public:
     const TLayerList& GetChildren() const { return m_lstChildren; }
     /// How many layers lie in each other below this one, at most; 0 without children.
     int GetNesting() const;
+    /// How far below this layer another one lies: 0 for itself, -1 when it does not.
+    int GetDepthOf(const CLayerBuffer& layer) const;
     /// Index of a child, -1 when it is none.
     int IndexOf(const CLayerBuffer& layer) const;
     /// The child that is current in this layer, null for none.
@@ -127,11 +130,16 @@ public:
     const std::wstring& GetName() const { return m_strName; }
     /// Renames the layer; an undoable action with `bHistory`.
     void setName(const std::wstring& strName, bool bHistory = false);
-    /// Exchanges the names. Never throws.
-    void SwapName(CLayerBuffer& other) { m_strName.swap(other.m_strName); }
+    /// Exchanges the name. Never throws.
+    void SwapName(std::wstring& strName) { m_strName.swap(strName); }
+    void SwapName(CLayerBuffer& other) { SwapName(other.m_strName); }
     bool IsVisible() const { return m_bVisible; }
-    /// Shows or hides the layer and flags its picture.
-    void SetVisible(bool bVisible);
+    /// Shows or hides the layer and flags its picture. With `bModifies` the document counts as changed,
+    /// though there is nothing to be undone.
+    void SetVisible(bool bVisible, bool bModifies = false);
+    /// Shows and hides the layers below as those of a tree of the same shape are; of another shape, nothing.
+    /// Never throws.
+    void FollowVisibility(const CLayerBuffer& other);
     /// Opacity 0 to 255, kept by the draw buffer alone.
     uint8_t GetOpacity() const { return m_pDrawBuffer->GetOpacity(); }
     /// Sets it and flags the picture. With `bHistory` an undoable action; changes that follow each other on
@@ -139,8 +147,8 @@ public:
     void SetOpacity(uint8_t uOpacity, bool bHistory = false);
 
 protected:
-    /// True when the draw buffer holds what PaintPicture is to paint.
-    virtual bool IsPictureCached() const { return GetCanvas()->IsColor() == GetCanvas()->IsColorRaster(); }
+    /// True when the draw buffer holds what PaintPicture is to paint into a tile of that kind.
+    virtual bool IsPictureCached(bool bColor) const { return GetCanvas()->IsColor() == bColor; }
     /// False while nothing of this layer can show, so that its flags stay with it.
     virtual bool PassesFlags() const { return true; }
 
@@ -163,6 +171,7 @@ protected:
 
 private:
     void CreateCaches(bool bColor);
+    void ExpectRoomFor(const CLayerBuffer& layer) const;
     // Lets children paint over the layer's own content in `dest`, clipped to it where this layer clips.
     template <class Paint>
     void PaintChildren(CRasterBlockBuffer& dest, Paint paint) const;

@@ -18,7 +18,11 @@ public:
     virtual bool IsColor() const = 0;
     /// True when raster layers' pixels are colour planes, false for grey ones.
     virtual bool IsColorRaster() const = 0;
+    /// True when the picture for use outside is in colour, whatever the screen shows.
+    bool IsColorPicture() const { return IsColor() || IsColorRaster(); }
     virtual CHistoryStream& GetHistory() = 0;
+    /// The hidden root of the layer tree.
+    virtual CLayerBuffer& GetRoot() const = 0;
     /// The selection, null when nothing is selected.
     virtual const CSelectBuffer* GetSelect() const = 0;
     /// Gathers the flags of the whole tree, so that every layer can be brought up to date on its own.

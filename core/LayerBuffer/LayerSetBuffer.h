@@ -17,7 +17,7 @@ public:
 
 protected:
     /// Its draw buffer is never used.
-    bool IsPictureCached() const override { return false; }
+    bool IsPictureCached(bool) const override { return false; }
     bool IsClipping() const override { return false; }
     bool PassesFlags() const override { return m_bVisible; }
 };

@@ -90,7 +90,7 @@ void CRasterLayerBuffer::RenderOwn(CRasterBlockBuffer& dest) const {
 }
 
 boost::shared_ptr<CRasterBlockBuffer> CRasterLayerBuffer::GetOwnTile(CPoint pt) const {
-    bool bPlain = IsPictureCached() && !m_pMask->GetBlock(pt, false);
+    bool bPlain = IsPictureCached(GetCanvas()->IsColorRaster()) && !m_pMask->GetBlock(pt, false);
     ForEachStroke([&](const CAlphaBufferBase& plane) { bPlain = bPlain && !CoversBlock(plane, pt); });
     return bPlain ? m_pRaster->GetBlock(pt, false) : boost::shared_ptr<CRasterBlockBuffer>();
 }

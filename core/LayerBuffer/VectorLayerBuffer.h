@@ -37,7 +37,9 @@ public:
     void SetLayerColor(TColor color, bool bHistory = false);
 
 protected:
-    bool IsPictureCached() const override { return m_bVisible && CLayerBuffer::IsPictureCached(); }
+    bool IsPictureCached(bool bColor) const override {
+        return m_bVisible && CLayerBuffer::IsPictureCached(bColor);
+    }
 
 private:
     CRect DirtyFrom(CPoint pt) const;

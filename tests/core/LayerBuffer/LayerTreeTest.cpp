@@ -1,8 +1,10 @@
 #include "core/Base/Failure.h"
-#include "core/CanvasBuffer/CanvasBuffer.h"
+#include "core/CanvasBuffer/CanvasHistory.h"
+#include "core/ImageFile/ImageFile.h"
 #include "core/IniConfig/GlobalSwitches.h"
 #include "core/LayerBuffer/LayerSetBuffer.h"
 #include "core/LayerBuffer/RasterLayerBuffer.h"
+#include "tests/support/MemoryFiles.h"
 #include "tests/support/Planes.h"
 
 #include <gtest/gtest.h>
@@ -131,6 +133,84 @@ TEST_F(LayerTree, ASlidersWayIsOneStep) {
     EXPECT_EQ(spB->GetOpacity(), 100);
     spB->SetOpacity(60, true); // not into an entry that lies before something undone
     EXPECT_EQ(m_history.GetUndoList().size(), 2u);
+}
+
+TEST_F(LayerTree, ASaveStaysWithinReachOfUndo) {
+    const auto spLayer = MakeLayer(m_spCanvas, RED, 255);
+    m_root.AddLayer(spLayer, -1, false);
+    spLayer->SetOpacity(200, true);
+    const uint32_t uBefore = m_history.GetChangeCount();
+    spLayer->SetOpacity(190, true);
+    EXPECT_GT(m_history.GetChangeCount(), uBefore) << "a fold is a change";
+    m_history.SetModified(false);
+    spLayer->SetOpacity(100, true);
+    EXPECT_TRUE(m_history.IsModified());
+    spLayer->SetOpacity(90, true); // into the step after the save
+    EXPECT_EQ(m_history.GetUndoList().size(), 2u);
+    m_history.Undo();
+    EXPECT_EQ(spLayer->GetOpacity(), 190) << "as it was saved";
+    m_history.SetModified(false);
+    m_history.Redo();
+    spLayer->SetOpacity(80, true); // the step leads away from the saved state, not to it
+    EXPECT_EQ(m_history.GetUndoList().size(), 2u);
+    m_history.Undo();
+    m_history.Undo();
+    m_history.Redo();
+    m_history.Redo();
+    m_history.Undo();
+    EXPECT_EQ(spLayer->GetOpacity(), 190);
+}
+
+TEST_F(LayerTree, ShowingAndHidingChangesTheDocumentWithoutAStep) {
+    const auto spSet = CreateLayerSet(m_spCanvas);
+    const TLayerPtr spInside = MakeLayer(m_spCanvas, RED, 255);
+    spSet->AddLayer(spInside, -1, false);
+    m_root.AddLayer(spSet, -1, false);
+    m_root.AddLayer(MakeLayer(m_spCanvas, BLUE, 255, {96, 0}), -1, false);
+    spInside->SetVisible(true, true);
+    EXPECT_FALSE(m_history.IsModified()) << "it was shown";
+    ChangeColorMode(m_spCanvas, false, false);
+    m_history.SetModified(false);
+    const TLayerPtr spCopy = m_spCanvas->GetRoot().GetChildren().front()->GetChildren().front();
+    spCopy->SetVisible(false, true);
+    EXPECT_TRUE(m_history.IsModified());
+    EXPECT_EQ(m_history.GetUndoList().size(), 1u);
+    m_history.Undo();
+    EXPECT_FALSE(spInside->IsVisible()) << "the layer from before";
+    EXPECT_EQ(Composed(*m_spCanvas, {0, 0}), 0u);
+    EXPECT_EQ(Composed(*m_spCanvas, {96, 0}), 0xFF000000u | BLUE);
+    spInside->SetVisible(true, true);
+    m_history.Redo();
+    EXPECT_EQ(Composed(*m_spCanvas, {0, 0}), 0xFF000000u | GreyOf(255, 0, 0) * 0x010101u);
+}
+
+TEST_F(LayerTree, LayersLieNoDeeperThanAFileHoldsThem) {
+    TLayerPtr spDeepest = m_root.shared_from_this();
+    const auto add = [&](const TLayerPtr& spLayer) { spDeepest->AddLayer(spLayer, -1); };
+    for (int n = 1; n < MAX_LAYER_NESTING; ++n) {
+        const TLayerPtr spSet = CreateLayerSet(m_spCanvas);
+        add(spSet);
+        spDeepest = spSet;
+    }
+    // One more layer fits, two in each other do not, whichever way they come.
+    const TLayerPtr spOuter = CreateLayerSet(m_spCanvas);
+    spOuter->AddLayer(CreateLayerSet(m_spCanvas), -1);
+    m_root.AddLayer(spOuter, -1);
+    m_history.SetModified(false);
+    EXPECT_THROW(m_root.MoveLayer(spOuter, spDeepest, -1), refused_error);
+    m_root.RemoveLayer(spOuter, false);
+    EXPECT_THROW(add(spOuter), refused_error);
+    EXPECT_FALSE(m_history.IsModified());
+    add(spOuter->GetChildren().front());
+    EXPECT_EQ(m_root.GetNesting(), MAX_LAYER_NESTING);
+    try {
+        spDeepest->GetChildren().front()->AddLayer(CreateRasterLayer(m_spCanvas), -1);
+        ADD_FAILURE() << "too deep";
+    } catch (const refused_error& e) {
+        EXPECT_EQ(DescribeException(e), e.message); // no box for programmers
+    }
+    CMemoryFiles files;
+    EXPECT_NO_THROW(SaveDocument(*m_spCanvas, L"deep.vlm", files));
 }
 
 TEST(Thumbnail, ScaleAndPicture) {

@@ -65,6 +65,22 @@ TEST_F(Recovery, WhatIsToBeKeptNowIsKeptNow) {
     g_Switches.m_nAutoSave = nBefore;
 }
 
+TEST_F(Recovery, WhatAddsNoUndoStepIsKeptToo) {
+    const auto spLayer = CreateRasterLayer(m_spCanvas);
+    m_spCanvas->GetRoot().AddLayer(spLayer, -1, false);
+    spLayer->SetOpacity(200, true);
+    const auto save = [&] {
+        m_spCanvas->GetHistory().SetModified(false);
+        return Wait(100);
+    };
+    EXPECT_EQ((Wait(61000), save()), 0u);
+    spLayer->SetOpacity(100, true);
+    EXPECT_EQ(Wait(61000), 1u);
+    EXPECT_EQ(save(), 0u);
+    spLayer->SetVisible(false, true);
+    EXPECT_EQ(Wait(61000), 1u);
+}
+
 TEST_F(Recovery, WorkIsNotInterruptedButNotWaitedForWithoutEnd) {
     EXPECT_EQ(Wait(110000, true), 0u);
     EXPECT_EQ(Wait(1100), 1u) << "a pause";

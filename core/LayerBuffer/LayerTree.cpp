@@ -1,0 +1,128 @@
+// The tree that layers make up: children come, go and move.
+#include "core/LayerBuffer/LayerBuffer.h"
+
+#include "core/Base/Failure.h"
+#include "core/LayerBuffer/LayerHistory.h"
+
+#include <boost/make_shared.hpp>
+
+#include <algorithm>
+#include <iterator>
+
+void CLayerBuffer::AddLayer(const TLayerPtr& spLayer, int idxLayer, bool bHistory) {
+    const int nCount = static_cast<int>(m_lstChildren.size());
+    const int idx = idxLayer == -1 ? nCount : idxLayer;
+    SELF_CHECK(invalid_argument, spLayer != nullptr && 0 <= idx && idx <= nCount);
+    ExpectRoomFor(*spLayer);
+    TLayerList lstLayer{spLayer};
+    if (bHistory)
+        GetCanvas()->GetHistory().Register(
+            boost::make_shared<CAddDelLayerHistory<true>>(shared_from_this(), idx, spLayer));
+    Attach(lstLayer, idx);
+}
+
+void CLayerBuffer::Attach(TLayerList& lstLayer, int idxLayer) {
+    lstLayer.front()->MarkAllDirty();
+    m_lstChildren.splice(std::next(m_lstChildren.begin(), idxLayer), lstLayer);
+    MarkAllDirty();
+}
+
+TLayerList CLayerBuffer::Detach(int idxLayer) {
+    TLayerList lstLayer;
+    const auto iterLayer = std::next(m_lstChildren.begin(), idxLayer);
+    const auto iter = std::next(iterLayer);
+    lstLayer.splice(lstLayer.begin(), m_lstChildren, iterLayer);
+    // The next one below is active then, as in the list that the user sees.
+    if (m_wpActive.lock() == lstLayer.front())
+        m_wpActive = iter != m_lstChildren.begin() ? *std::prev(iter)
+                     : iter != m_lstChildren.end() ? *iter
+                                                   : TLayerPtr();
+    MarkAllDirty();
+    return lstLayer;
+}
+
+void CLayerBuffer::RemoveLayer(TLayerPtr spLayer, bool bHistory) {
+    const int idx = IndexOf(*spLayer);
+    SELF_CHECK(invalid_argument, 0 <= idx);
+    if (bHistory)
+        GetCanvas()->GetHistory().Register(
+            boost::make_shared<CAddDelLayerHistory<false>>(shared_from_this(), idx, spLayer));
+    Detach(idx);
+}
+
+void CLayerBuffer::MoveLayer(TLayerPtr spLayer, const TLayerPtr& spParent, int idxLayer, bool bHistory) {
+    const int idxOld = IndexOf(*spLayer);
+    const bool bBelow = spParent == spLayer || spLayer->FindParentOf(*spParent);
+    const int nCount = static_cast<int>(spParent->m_lstChildren.size()) - (spParent.get() == this ? 1 : 0);
+    const int idxNew = idxLayer == -1 ? nCount : idxLayer;
+    SELF_CHECK(invalid_argument, 0 <= idxOld && !bBelow && 0 <= idxNew && idxNew <= nCount);
+    spParent->ExpectRoomFor(*spLayer);
+    const TCanvasPtr spCanvas = GetCanvas();
+    const TLayerPtr spActive = spCanvas->GetActiveLayer();
+    const bool bActive = spActive && (spActive == spLayer || spLayer->FindParentOf(*spActive));
+    if (bHistory)
+        spCanvas->GetHistory().Register(
+            boost::make_shared<CMoveLayerHistory>(shared_from_this(), idxOld, spParent, idxNew, spLayer));
+    TLayerList lstLayer = Detach(idxOld);
+    spParent->Attach(lstLayer, idxNew);
+    if (bActive) spCanvas->SelectLayer(spActive);
+}
+
+void CLayerBuffer::SwapChildren(const TLayerPtr& spLayer, TLayerList* pList) {
+    if (!spLayer) return;
+    TLayerList& lstNow = spLayer->m_lstChildren;
+    const TLayerPtr spActive = spLayer->GetActiveChild();
+    lstNow.swap(*pList);
+    if (spActive && spLayer->IndexOf(*spActive) < 0) {
+        // What follows the first difference, up to where both lists end alike, took the lost child's place.
+        const auto last = std::mismatch(lstNow.rbegin(), lstNow.rend(), pList->rbegin(), pList->rend()).first;
+        spLayer->SetActiveChild(last == lstNow.rend() ? TLayerPtr() : *last);
+    }
+    spLayer->MarkAllDirty();
+}
+
+TLayerPtr CLayerBuffer::FindParentOf(const CLayerBuffer& layer) {
+    if (IndexOf(layer) >= 0) return shared_from_this();
+    for (const TLayerPtr& spChild : m_lstChildren)
+        if (const TLayerPtr spFound = spChild->FindParentOf(layer)) return spFound;
+    return {};
+}
+
+int CLayerBuffer::GetNesting() const {
+    int nNesting = 0;
+    for (const TLayerPtr& spChild : m_lstChildren) nNesting = std::max(nNesting, spChild->GetNesting() + 1);
+    return nNesting;
+}
+
+int CLayerBuffer::GetDepthOf(const CLayerBuffer& layer) const {
+    if (&layer == this) return 0;
+    for (const TLayerPtr& spChild : m_lstChildren)
+        if (const int nDepth = spChild->GetDepthOf(layer); nDepth >= 0) return nDepth + 1;
+    return -1;
+}
+
+// A file with deeper layers could never be opened again.
+void CLayerBuffer::ExpectRoomFor(const CLayerBuffer& layer) const {
+    // What lies around a parent that is in no tree yet counts when that comes into one.
+    const int nDepth = std::max(GetCanvas()->GetRoot().GetDepthOf(*this), 0);
+    if (nDepth + 1 + layer.GetNesting() > MAX_LAYER_NESTING)
+        throw refused_error(
+            L"レイヤーの階層が深すぎます。\n\n浅い階層のレイヤーを選択してから操作してください。");
+}
+
+int CLayerBuffer::IndexOf(const CLayerBuffer& layer) const {
+    const auto it = std::find_if(m_lstChildren.begin(), m_lstChildren.end(),
+                                 [&](const TLayerPtr& spChild) { return spChild.get() == &layer; });
+    return it == m_lstChildren.end() ? -1 : static_cast<int>(std::distance(m_lstChildren.begin(), it));
+}
+
+void CLayerBuffer::FollowVisibility(const CLayerBuffer& other) {
+    // An operation that failed halfway may have left another shape, and is taken back.
+    if (m_lstChildren.size() != other.m_lstChildren.size()) return;
+    auto itOther = other.m_lstChildren.begin();
+    for (const TLayerPtr& spChild : m_lstChildren) {
+        const CLayerBuffer& twin = **itOther++;
+        if (spChild->m_bVisible != twin.m_bVisible) spChild->SetVisible(twin.m_bVisible);
+        spChild->FollowVisibility(twin);
+    }
+}
