@@ -330,11 +330,7 @@ void CCanvasFrame::OnFileSave(int nId) {
                 return;
             }
         }
-        std::wstring strSavedPath = strPath;
         SaveDocument(*m_spCanvas, strPath, platform.files);
-        // It counts as saved now, so nothing may fail until it is known where.
-        m_spCanvas->SetPath(std::move(strSavedPath));
-        m_spCanvas->SetTitle(std::wstring(FileNameOf(strPath)));
         for (const auto& spFrame : g_lstCanvasFrame)
             if (spFrame->m_spCanvas == m_spCanvas) spFrame->UpdateTitle();
         PostToMainFrame(WM_ADD_RECENT, 0, strPath);

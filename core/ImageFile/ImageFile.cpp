@@ -81,14 +81,20 @@ boost::shared_ptr<CCanvasBuffer> OpenDocument(const std::wstring& strPath, IFile
 }
 
 void SaveDocument(CCanvasBuffer& canvas, const std::wstring& strPath, IFileStore& files) {
-    // A deeper tree could never be opened again.
-    if (canvas.GetRoot().GetNesting() > MAX_LAYER_NESTING)
-        throw internal_error(L"SaveDocument: the layers lie too deep in each other.");
-    CSerializer file;
-    file.WriteChunk(canvas.Serialize());
-    const CFileOutcome outcome =
-        files.ReplaceBy(strPath, [&](const TWriteBytes& fnWrite) { return file.WriteOut(fnWrite); });
-    if (!outcome) throw fileopen_error(strPath, outcome.GetFailure());
+    // The file holds the title that it gets by this save.
+    std::wstring strOldPath = strPath;
+    std::wstring strOldTitle(FileNameOf(strPath));
+    canvas.SwapPathAndTitle(strOldPath, strOldTitle);
+    try {
+        CSerializer file;
+        file.WriteChunk(canvas.Serialize());
+        const CFileOutcome outcome =
+            files.ReplaceBy(strPath, [&](const TWriteBytes& fnWrite) { return file.WriteOut(fnWrite); });
+        if (!outcome) throw fileopen_error(strPath, outcome.GetFailure());
+    } catch (...) {
+        canvas.SwapPathAndTitle(strOldPath, strOldTitle);
+        throw;
+    }
     canvas.GetHistory().SetModified(false);
 }
 

@@ -19,13 +19,14 @@ boost::shared_ptr<CCanvasBuffer> OpenDocument(const std::wstring& strPath, IFile
 /// fileopen_error with `strName` when there is no reader or it fails.
 boost::shared_ptr<CCanvasBuffer> ReadProject(TOpenedFile upReader, const std::wstring& strName);
 
-/// Writes the document as a project file beside the old one and renames it over that.
-/// Raises fileopen_error with the old file whole; on success the document counts as saved.
+/// Writes the document as a project file beside the old one and renames it over that. The document takes path
+/// and title from it and counts as saved. Raises fileopen_error with the old file whole and the document as
+/// it was.
 void SaveDocument(CCanvasBuffer& canvas, const std::wstring& strPath, IFileStore& files);
 
-/// Writes the picture in the format of the name: PSD with its layers, else flattened; PNG keeps alpha, others
-/// lie on white. Raises fileopen_error when the format is unknown or the file cannot be written, and what
-/// ExportPsd does.
+/// Writes the picture in the format of the name: PSD with its layers, else flattened; PNG keeps alpha where
+/// there is any, others lie on white. Raises fileopen_error when the format is unknown or the file cannot be
+/// written, and what ExportPsd does.
 void ExportImage(CCanvasBuffer& canvas, const std::wstring& strPath, IFileStore& files, IImageCodecs& codecs);
 
 /// The type lists of the two file dialogs, in their order.
