@@ -24,6 +24,10 @@ void CGlass::Blit(const uint8_t* pPixels, int nStride, CSize szBitmap, const CRe
     }
 }
 
+void CGlass::CopyTo(IPaintTarget& target, const CRect& rc) const {
+    if (!m_vPixels.empty()) target.Blit(m_vPixels.data(), m_size.cx * 3, m_size, rc);
+}
+
 bool CGlass::Save(const std::wstring& strPath, IImageCodecs& codecs) const {
     const auto spBitmap = codecs.CreateBitmap(m_size);
     TLockedBits bits;

@@ -13,6 +13,8 @@ public:
     /// A black glass; a negative side counts as 0.
     void Resize(CSize sz);
     void Blit(const uint8_t* pPixels, int nStride, CSize szBitmap, const CRect& rc) override;
+    /// Puts `rc` of the pixels on another glass.
+    void CopyTo(IPaintTarget& target, const CRect& rc) const;
     CSize GetSize() const { return m_size; }
     /// Three bytes of a pixel inside the glass.
     const uint8_t* GetPixel(CPoint pt) const;

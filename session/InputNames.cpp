@@ -35,3 +35,7 @@ CPoint ReadPosition(const CScriptValue& value) {
     };
     return {read("x"), read("y")};
 }
+
+bool ReadFlag(const CScriptValue& value, const char* pszKey) {
+    return value.Has(pszKey) && value.At(pszKey).Flag();
+}

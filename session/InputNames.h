@@ -23,5 +23,8 @@ std::span<const TInputName> GetInputNames();
 /// packet tells. Raises script_error.
 const TInputName& ReadInputName(const CScriptValue& value, bool bPacket);
 
+/// A member that is true or false, false when there is none. Raises script_error.
+bool ReadFlag(const CScriptValue& value, const char* pszKey);
+
 /// The members "x" and "y". Raises script_error.
 CPoint ReadPosition(const CScriptValue& value);

@@ -9,6 +9,7 @@
 #include "core/Platform/Pen.h"
 #include "session/InputNames.h"
 #include "session/Record.h"
+#include "session/Taken.h"
 
 #include <nlohmann/json.hpp>
 
@@ -91,6 +92,7 @@ void RecordPointer(const TRecordTo& to, const TInputName& name, const TMessage& 
         line["y"] = PackedY(msg.lParam);
         const bool bLeft = msg.wParam & MOUSE_LEFT;
         if (bLeft != (name.id == EMessage::LButtonDown)) line["left"] = bLeft;
+        if (IsRefused(false)) line["idle"] = true;
     }
     to.record.Write("pointer", line);
 }
@@ -201,5 +203,6 @@ void RecordPacket(const TRecordTo& to, const TPenPacket& packet) {
     if (packet.uCursor == CURSOR_ERASER) line["eraser"] = true;
     if (packet.uStatus != 0) line["status"] = packet.uStatus;
     if (IsCovered(*pWindow, pt, nUnits)) line["covered"] = true;
+    if (IsBeside(*pWindow, pt, nUnits) || IsRefused(true)) line["idle"] = true;
     to.record.Write("packet", line);
 }

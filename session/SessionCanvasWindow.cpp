@@ -29,6 +29,7 @@ void CSessionCanvasWindow::Destroy() {
     m_main.RemoveChild(*this);
     SendMessage({this, EMessage::Destroy});
     m_mapTimers.clear();
+    DestroyShown();
     m_client.OnFinalMessage();
     m_queue.Forget(this);
 }
@@ -36,18 +37,52 @@ void CSessionCanvasWindow::Destroy() {
 void CSessionCanvasWindow::Show() {
     if (m_bDestroyed) return;
     m_bShown = true;
+    m_shown.Do([](ICanvasWindow& window) { window.Show(); });
     Invalidate({});
     Activate();
 }
 
 void CSessionCanvasWindow::Activate() {
-    if (!m_bDestroyed) m_main.SetActiveChild(this);
+    if (m_bDestroyed) return;
+    m_main.SetActiveChild(this);
+    m_shown.Do([](ICanvasWindow& window) { window.Activate(); });
+}
+
+void CSessionCanvasWindow::ShowIn(const std::function<ICanvasWindow*(IWindowClient&)>& fnCreate) {
+    m_shown.m_fnPaint = [this](IPaintTarget& target, const CRect& rc) { m_glass.CopyTo(target, rc); };
+    m_shown.m_fnClose = [this] { m_queue.Post({this, EMessage::Close}); };
+    m_shown.Open(fnCreate);
+    SizeShown();
+}
+
+void CSessionCanvasWindow::SizeShown() {
+    m_shown.Do([&](ICanvasWindow& window) {
+        window.SetRect(m_rc);
+        const CSize szFrame = m_rc.Size(), szClient = window.GetClientSize();
+        window.SetRect(CRect(m_rc.TopLeft(), {2 * szFrame.cx - szClient.cx, 2 * szFrame.cy - szClient.cy}));
+    });
+}
+
+void CSessionCanvasWindow::SetModified(bool bModified) {
+    m_bModified = bModified;
+    m_shown.Do([&](ICanvasWindow& window) { window.SetModified(bModified); });
+}
+
+void CSessionCanvasWindow::SetScroll(CSize szExtent, CSize szLine, CSize szPage, CPoint ptOffset) {
+    m_scroll = {szExtent, szLine, szPage, ptOffset};
+    m_shown.Do([&](ICanvasWindow& window) { window.SetScroll(szExtent, szLine, szPage, ptOffset); });
+}
+
+void CSessionCanvasWindow::SetCursor(ECursor cursor) {
+    m_cursor = cursor;
+    m_shown.Do([&](ICanvasWindow& window) { window.SetCursor(cursor); });
 }
 
 void CSessionCanvasWindow::SetRect(const CRect& rc) {
     const CSize szOld = m_rc.Size();
     const CSize szNew{std::max(rc.Width(), 1), std::max(rc.Height(), 1)};
     m_rc = CRect(rc.TopLeft(), szNew);
+    SizeShown();
     if (szNew == szOld || m_bDestroyed) return;
     m_glass.Resize(szNew);
     Invalidate({});
@@ -64,7 +99,9 @@ void CSessionCanvasWindow::Paint() {
     if (!m_bShown || m_bDestroyed) return;
     const CRect rc = m_rcInvalid.Intersect({{0, 0}, GetClientSize()});
     m_rcInvalid = {};
-    if (!rc.IsEmpty()) m_client.OnPaint(m_glass, rc);
+    if (rc.IsEmpty()) return;
+    m_client.OnPaint(m_glass, rc);
+    m_shown.Do([&](ICanvasWindow& window) { window.Invalidate(rc); });
 }
 
 void CSessionCanvasWindow::SetTimer(int nId, int nMilliseconds) {

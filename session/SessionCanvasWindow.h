@@ -1,4 +1,4 @@
-// A canvas frame's window without a display.
+// A canvas frame's window in a session that a script plays.
 #pragma once
 
 #include "session/Glass.h"
@@ -28,18 +28,16 @@ public:
     void SetRect(const CRect& rc) override;
     void Invalidate(const CRect& rc) override;
 
-    void SetModified(bool bModified) override { m_bModified = bModified; }
+    void SetModified(bool bModified) override;
     CSize GetClientSize() const override { return m_rc.Size(); }
-    void SetScroll(CSize szExtent, CSize szLine, CSize szPage, CPoint ptOffset) override {
-        m_scroll = {szExtent, szLine, szPage, ptOffset};
-    }
+    void SetScroll(CSize szExtent, CSize szLine, CSize szPage, CPoint ptOffset) override;
     void SetTimer(int nId, int nMilliseconds) override;
     void KillTimer(int nId) override { m_mapTimers.erase(nId); }
     void Activate() override;
     void SetFocus() override {}
     void SetCapture(bool bCapture) override { m_bCapture = bCapture; }
     bool HasCapture() const override { return m_bCapture; }
-    void SetCursor(ECursor cursor) override { m_cursor = cursor; }
+    void SetCursor(ECursor cursor) override;
     /// The MDI client counts as the screen.
     CPoint GetClientOrigin() const override { return m_rc.TopLeft(); }
     bool IsAt(CPoint ptScreen) const override {
@@ -53,6 +51,8 @@ public:
     bool IsModified() const { return m_bModified; }
     const TScroll& GetScroll() const { return m_scroll; }
     const CGlass& GetGlass() const { return m_glass; }
+    /// Has a real window show this one.
+    void ShowIn(const std::function<ICanvasWindow*(IWindowClient&)>& fnCreate);
     /// Has the client paint what was invalidated.
     void Paint();
     /// Posts Timer for every timer that is due. Called while no message waits, so that each timer has one
@@ -66,6 +66,9 @@ private:
         uint32_t uPeriod;
         uint32_t uDue;
     };
+
+    /// Gives the real window a client area of this size.
+    void SizeShown();
 
     CSessionMainWindow& m_main;
     IClock& m_clock;

@@ -39,8 +39,24 @@ void CSessionMainWindow::Destroy() {
     SetActiveChild(nullptr);
     SendMessage({this, EMessage::Destroy});
     while (!m_vChildren.empty()) m_vChildren.front()->Destroy();
+    DestroyShown();
     m_client.OnFinalMessage();
     m_queue.Forget(this);
+}
+
+void CSessionMainWindow::Show() {
+    m_bShown = true;
+    m_shown.Do([](IMainWindow& window) { window.Show(); });
+}
+
+void CSessionMainWindow::ShowIn(const std::function<IMainWindow*(IWindowClient&)>& fnCreate) {
+    m_shown.m_fnClose = [this] { m_queue.Post({this, EMessage::Close}); };
+    m_shown.Open(fnCreate);
+}
+
+void CSessionMainWindow::SetRecentFiles(int nFirstId, const std::vector<std::wstring>& vTexts) {
+    m_vRecent = vTexts;
+    m_shown.Do([&](IMainWindow& window) { window.SetRecentFiles(nFirstId, vTexts); });
 }
 
 void CSessionMainWindow::SetRect(const CRect& rc) {
@@ -49,15 +65,18 @@ void CSessionMainWindow::SetRect(const CRect& rc) {
 
 void CSessionMainWindow::SetStatusText(int nPane, const std::wstring& strText) {
     if (nPane == 0 || nPane == 1) m_astrStatus[nPane] = strText;
+    m_shown.Do([&](IMainWindow& window) { window.SetStatusText(nPane, strText); });
 }
 
 void CSessionMainWindow::SetZoomItems(const std::vector<std::wstring>& vItems) {
     m_vZoomItems = vItems;
     m_nZoomItem = -1;
+    m_shown.Do([&](IMainWindow& window) { window.SetZoomItems(vItems); });
 }
 
 void CSessionMainWindow::SelectZoomItem(int nItem) {
     m_nZoomItem = nItem >= 0 && nItem < static_cast<int>(m_vZoomItems.size()) ? nItem : -1;
+    m_shown.Do([&](IMainWindow& window) { window.SelectZoomItem(m_nZoomItem); });
 }
 
 void CSessionMainWindow::ArrangeChildren(EArrange arrange) {

@@ -1,22 +1,30 @@
-// The main frame's window without a display.
+// The main frame's window in a session that a script plays.
 #pragma once
 
 #include "session/SessionWindow.h"
 
+#include <functional>
 #include <map>
+#include <utility>
 #include <vector>
 
 class CSessionCanvasWindow;
 
-/// How commands look, as they were last told.
+/// How commands look, as they were last told; a real window's may follow.
 class CCommandLooks : public ICommandLook {
 public:
+    using TGetShown = std::function<ICommandLook*()>; ///< null from it for none
+    explicit CCommandLooks(TGetShown fnGetShown) : m_fnGetShown(std::move(fnGetShown)) {}
+
     struct TLook {
         bool bEnabled = false;
         bool bChecked = false;
     };
 
-    void SetState(int nId, bool bEnabled, bool bChecked) override { m_mapLooks[nId] = {bEnabled, bChecked}; }
+    void SetState(int nId, bool bEnabled, bool bChecked) override {
+        m_mapLooks[nId] = {bEnabled, bChecked};
+        if (ICommandLook* pShown = m_fnGetShown()) pShown->SetState(nId, bEnabled, bChecked);
+    }
     /// The look of a command, null when it was never set.
     const TLook* Find(int nId) const {
         const auto it = m_mapLooks.find(nId);
@@ -25,6 +33,7 @@ public:
 
 private:
     std::map<int, TLook> m_mapLooks;
+    const TGetShown m_fnGetShown;
 };
 
 class CSessionMainWindow : public CSessionWindow<IMainWindow> {
@@ -32,13 +41,13 @@ public:
     CSessionMainWindow(IMessageQueue& queue, IWindowClient& client, const TMainWindowSetup& setup);
 
     void Destroy() override;
-    void Show() override { m_bShown = true; }
+    void Show() override;
     void SetRect(const CRect& rc) override;
     void Invalidate(const CRect&) override {}
 
     ICommandLook& GetMenuLook() override { return m_menuLooks; }
     ICommandLook& GetToolBarLook() override { return m_toolBarLooks; }
-    void SetRecentFiles(int, const std::vector<std::wstring>& vTexts) override { m_vRecent = vTexts; }
+    void SetRecentFiles(int nFirstId, const std::vector<std::wstring>& vTexts) override;
     void SetStatusText(int nPane, const std::wstring& strText) override;
     void SetZoomItems(const std::vector<std::wstring>& vItems) override;
     void SelectZoomItem(int nItem) override;
@@ -47,6 +56,9 @@ public:
     /// One screen of 1920 by 1080.
     std::vector<CRect> GetScreens() const override;
     void SetMinimumSize(CSize sz) override { m_szMinimum = sz; }
+
+    /// Has a real window show this one.
+    void ShowIn(const std::function<IMainWindow*(IWindowClient&)>& fnCreate);
 
     const CCommandLooks& GetMenuLooks() const { return m_menuLooks; }
     const CCommandLooks& GetToolBarLooks() const { return m_toolBarLooks; }
@@ -66,8 +78,9 @@ public:
     const std::vector<CSessionCanvasWindow*>& GetChildren() const { return m_vChildren; }
 
 private:
-    CCommandLooks m_menuLooks;
-    CCommandLooks m_toolBarLooks;
+    CCommandLooks m_menuLooks{[this] { return m_shown.Get() ? &m_shown.Get()->GetMenuLook() : nullptr; }};
+    CCommandLooks m_toolBarLooks{
+        [this] { return m_shown.Get() ? &m_shown.Get()->GetToolBarLook() : nullptr; }};
     std::vector<int> m_vToolBar;
     std::vector<std::wstring> m_vRecent;
     std::vector<std::wstring> m_vZoomItems;

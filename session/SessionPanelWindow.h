@@ -1,4 +1,4 @@
-// A panel without a display.
+// A panel in a session that a script plays.
 #pragma once
 
 #include "core/Platform/Panel.h"
@@ -16,10 +16,10 @@ public:
     CRect GetRect() const override { return m_place.rc; }
     void Invalidate(const CRect&) override {}
     TPanelPlace GetPlace() const override { return m_place; }
-    void SetPlace(const TPanelPlace& place) override { m_place = place; }
+    void SetPlace(const TPanelPlace& place) override;
     bool IsShown() const override { return m_place.bShow; }
-    void ShowPanel(bool bShow) override { m_place.bShow = bShow; }
-    void SetControls(const std::vector<TPanelControl>& vControls) override { m_vControls = vControls; }
+    void ShowPanel(bool bShow) override;
+    void SetControls(const std::vector<TPanelControl>& vControls) override;
 
     /// Has a view paint itself in that size, as it would on a glass; nothing for an id without a view.
     void PaintView(int nId, CSize sz);

@@ -1,6 +1,5 @@
 #include "session/SessionPlatform.h"
 
-#include "core/AppModule/AppModule.h"
 #include "core/AppModule/MessageQueue.h"
 #include "session/Player.h"
 #include "session/SessionDialogs.h"
@@ -15,40 +14,37 @@
 
 struct CSessionPlatform::TParts {
     TParts(const TSessionParts& parts, TScript script)
-        : m_queue(parts.pQueue ? *parts.pQueue : m_ownQueue), m_log(script.strName), m_dialogs(m_log),
-          m_windows(m_queue, m_clock), m_platform{m_queue,
-                                                  parts.pWindows ? *parts.pWindows : m_windows,
-                                                  m_dialogs,
-                                                  m_dialogs,
-                                                  m_dialogs,
-                                                  parts.files,
-                                                  parts.locations,
-                                                  parts.modules,
-                                                  parts.codecs,
-                                                  m_clock,
-                                                  m_keys,
-                                                  parts.pClipboard ? *parts.pClipboard : m_clipboard,
-                                                  parts.pSnapshots ? *parts.pSnapshots : m_snapshots,
-                                                  m_pen},
-          m_player(std::move(script), MakeStage(parts)), m_pump(m_queue, m_windows, m_player, parts.pPump) {}
+        : m_log(script.strName), m_dialogs(m_log),
+          m_windows(m_queue, m_clock, parts.pWindows), m_platform{m_queue,
+                                                                  m_windows,
+                                                                  m_dialogs,
+                                                                  m_dialogs,
+                                                                  m_dialogs,
+                                                                  parts.files,
+                                                                  parts.locations,
+                                                                  parts.modules,
+                                                                  parts.codecs,
+                                                                  m_clock,
+                                                                  m_keys,
+                                                                  parts.pClipboard ? *parts.pClipboard
+                                                                                   : m_clipboard,
+                                                                  parts.pSnapshots ? *parts.pSnapshots
+                                                                                   : m_snapshots,
+                                                                  m_pen},
+          m_player(std::move(script), MakeStage(parts)), m_pump(m_queue, m_windows, m_player, parts.pQueue) {}
 
     TStage MakeStage(const TSessionParts& parts) {
         TStage stage{m_platform, m_dialogs, m_keys, m_pen, m_clock, m_log, {}, {}, parts.fnScreenshot};
         stage.fnUntilTimer = [this] { return m_windows.UntilTimer().value_or(UINT32_MAX); };
-        if (parts.pWindows) {
-            stage.fnMainWindow = [] { return g_AppModule.GetMainWindow(); };
-            if (!stage.fnScreenshot) stage.fnScreenshot = [](const std::wstring&) { return false; };
-        } else {
-            stage.fnMainWindow = [this]() -> IWindow* { return m_windows.GetMain(); };
+        stage.fnMainWindow = [this]() -> IWindow* { return m_windows.GetMain(); };
+        if (!stage.fnScreenshot)
             stage.fnScreenshot = [this](const std::wstring& strPath) {
                 return m_windows.SavePicture(strPath, m_platform.codecs);
             };
-        }
         return stage;
     }
 
-    CMessageQueue m_ownQueue;
-    CMessageQueue& m_queue;
+    CMessageQueue m_queue;
     CVirtualClock m_clock;
     CSessionKeys m_keys;
     CSessionClipboard m_clipboard;

@@ -11,11 +11,10 @@
 #include <memory>
 #include <string>
 
-class CMessageQueue;
 class CSessionSnapshots;
 class CSessionWindows;
 class CVirtualClock;
-class IEventPump;
+class IMessageQueue;
 class ISnapshotStore;
 
 /// What a session is made from. Everything outlives the session.
@@ -25,11 +24,9 @@ struct TSessionParts {
     IModules& modules;
     IImageCodecs& codecs;
 
-    /// Real windows to play in, with their pump and the queue that they post to; all three or none. Clock,
-    /// keys, boxes and dialogs are the session's own even then; the windows' timers follow their own clock.
+    /// Real windows that show the session's own, and the queue that they post to; both or none.
     IWindowFactory* pWindows = nullptr;
-    IEventPump* pPump = nullptr;
-    CMessageQueue* pQueue = nullptr;
+    IMessageQueue* pQueue = nullptr;
     /// Null for a clipboard that nobody else sees.
     IClipboard* pClipboard = nullptr;
     /// Null for snapshots in memory.
@@ -57,7 +54,7 @@ public:
 
     const CSessionLog& GetLog() const;
     CVirtualClock& GetClock();
-    /// The windows without a display; empty when real ones are used.
+    /// The session's own windows.
     CSessionWindows& GetWindows();
     /// The snapshots in memory; empty when the session was given a store.
     const CSessionSnapshots& GetSnapshots() const;

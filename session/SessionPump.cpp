@@ -7,8 +7,7 @@
 
 namespace {
 
-// Handling events makes new ones (layouts, repaints); real windows are quiet after a few rounds without any
-// message.
+// Handling events makes new ones: layouts, repaints.
 constexpr int REAL_ROUNDS = 4;
 
 // True for as long as a scope runs.
@@ -23,11 +22,15 @@ private:
 
 } // namespace
 
+// Real windows have a queue of their own: what is done to them is no message of the session.
+void CSessionPump::TurnShown() {
+    for (int n = 0; m_pShown && n < REAL_ROUNDS; ++n)
+        for (TMessage msg; m_pShown->Peek() && m_pShown->Get(msg) == 1;) m_pShown->Dispatch(msg);
+}
+
 bool CSessionPump::PumpReady() {
-    for (int n = 0; m_pRealPump && n < REAL_ROUNDS; ++n) {
-        m_pRealPump->Pump(false);
-        if (m_queue.Peek()) return true;
-    }
+    TurnShown();
+    if (m_queue.Peek()) return true;
     m_windows.Paint();
     if (m_queue.Peek()) return true;
     m_windows.PostTimers();

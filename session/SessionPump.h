@@ -9,23 +9,24 @@
 class CPlayer;
 class CSessionWindows;
 
-/// Never blocks. Without waiting it brings what is already there: a real window system's events, paints,
-/// timers that are due. A step of the script is played only when the session would wait, so that the steps
-/// before it, idle work included, have had their whole effect.
+/// Never blocks. Without waiting it brings what is already there: paints, timers that are due; and real
+/// windows get their events. A step of the script is played only when the session would wait, so that the
+/// steps before it, idle work included, have had their whole effect.
 class CSessionPump : public IEventPump, boost::noncopyable {
 public:
-    /// `pRealPump` may be null.
-    CSessionPump(IMessageQueue& queue, CSessionWindows& windows, CPlayer& player, IEventPump* pRealPump)
-        : m_queue(queue), m_windows(windows), m_player(player), m_pRealPump(pRealPump) {}
+    /// `pShown` is the queue of real windows that show the session's; null without any.
+    CSessionPump(IMessageQueue& queue, CSessionWindows& windows, CPlayer& player, IMessageQueue* pShown)
+        : m_queue(queue), m_windows(windows), m_player(player), m_pShown(pShown) {}
 
     bool Pump(bool bWait) override;
 
 private:
+    void TurnShown();
     bool PumpReady();
 
     IMessageQueue& m_queue;
     CSessionWindows& m_windows;
     CPlayer& m_player;
-    IEventPump* m_pRealPump;
+    IMessageQueue* m_pShown;
     bool m_bInside = false; ///< the queue asks back while it is looked at
 };

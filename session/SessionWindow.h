@@ -1,15 +1,16 @@
-// What both kinds of windows without a display have in common.
+// What all windows of a session have in common.
 #pragma once
 
 #include "core/AppModule/MessageQueue.h"
 #include "core/Platform/Window.h"
+#include "session/ShownWindow.h"
 
 #include <boost/noncopyable.hpp>
 
 #include <string>
 #include <vector>
 
-/// `Interface` is IMainWindow or ICanvasWindow.
+/// `Interface` is that of a kind of window. A window is state alone; a real one may show it.
 template <class Interface>
 class CSessionWindow : public Interface, boost::noncopyable {
 public:
@@ -22,15 +23,25 @@ public:
     void DefaultMessage(const TMessage& msg) override {
         if (msg.id == EMessage::Close) this->Destroy();
     }
-    void SetTitle(const std::wstring& strTitle) override { m_strTitle = strTitle; }
+    void SetTitle(const std::wstring& strTitle) override {
+        m_strTitle = strTitle;
+        m_shown.Do([&](Interface& window) { window.SetTitle(strTitle); });
+    }
     CRect GetRect() const override { return m_rc; }
 
     const std::wstring& GetTitle() const { return m_strTitle; }
     const std::vector<TMenuItem>& GetMenu() const { return m_vMenu; }
+    /// The real window that shows this one.
+    CShownWindow<Interface>& GetShown() { return m_shown; }
     /// True once Destroy has begun; the object is freed when control is back in the message loop.
     bool IsDestroyed() const { return m_bDestroyed; }
 
 protected:
+    /// The real window goes with this one.
+    void DestroyShown() {
+        m_shown.Do([](Interface& window) { window.Destroy(); });
+    }
+
     IMessageQueue& m_queue;
     IWindowClient& m_client;
     std::wstring m_strTitle;
@@ -38,4 +49,5 @@ protected:
     CRect m_rc;
     bool m_bShown = false;
     bool m_bDestroyed = false;
+    CShownWindow<Interface> m_shown;
 };

@@ -27,7 +27,12 @@ CSessionCanvasWindow* CSessionWindows::GetActive() const {
 IMainWindow* CSessionWindows::CreateMainWindow(IWindowClient& client, const TMainWindowSetup& setup) {
     if (GetMain()) return nullptr;
     m_vMain.push_back(std::make_unique<CSessionMainWindow>(m_queue, client, setup));
-    return m_vMain.back().get();
+    CSessionMainWindow& main = *m_vMain.back();
+    if (!m_pShown) return &main;
+    main.ShowIn([&](IWindowClient& shown) { return m_pShown->CreateMainWindow(shown, setup); });
+    if (main.GetShown().Get()) return &main;
+    m_vMain.pop_back();
+    return nullptr;
 }
 
 ICanvasWindow* CSessionWindows::CreateCanvasWindow(IMainWindow& parent, IWindowClient& client,
@@ -39,6 +44,9 @@ ICanvasWindow* CSessionWindows::CreateCanvasWindow(IMainWindow& parent, IWindowC
     m_vCanvas.reserve(m_vCanvas.size() + 1);
     m_vCanvas.push_back(std::make_unique<CSessionCanvasWindow>(*pMain, m_queue, m_clock, client, setup,
                                                                CRect({nPlace, nPlace}, CANVAS_CLIENT)));
+    if (IMainWindow* pShown = pMain->GetShown().Get())
+        m_vCanvas.back()->ShowIn(
+            [&](IWindowClient& shown) { return m_pShown->CreateCanvasWindow(*pShown, shown, setup); });
     return m_vCanvas.back().get();
 }
 
@@ -46,6 +54,9 @@ IPanelWindow* CSessionWindows::CreatePanelWindow(IMainWindow& parent, IWindowCli
                                                  const TPanelSetup& setup) {
     if (!GetMain() || &parent != GetMain()) return nullptr;
     m_vPanels.push_back(std::make_unique<CSessionPanelWindow>(m_queue, client, setup));
+    if (IMainWindow* pShown = GetMain()->GetShown().Get())
+        m_vPanels.back()->GetShown().Open(
+            [&](IWindowClient& shown) { return m_pShown->CreatePanelWindow(*pShown, shown, setup); });
     return m_vPanels.back().get();
 }
 

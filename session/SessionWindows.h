@@ -1,5 +1,5 @@
-// Windows without a display: the same messages in the same order as real ones, kept pixels instead of a
-// glass.
+// The windows of a session that a script plays: the same messages in the same order as from real ones, kept
+// pixels instead of a glass.
 #pragma once
 
 #include "session/SessionCanvasWindow.h"
@@ -10,13 +10,16 @@
 #include <optional>
 #include <vector>
 
-/// Makes and keeps the windows of a session: one main window at a time and its canvas windows.
+/// Makes and keeps the windows of a session: one main window at a time and its canvas windows. Real windows
+/// may show them; what the application is told does not depend on that.
 class CSessionWindows : public IWindowFactory, boost::noncopyable {
 public:
-    CSessionWindows(IMessageQueue& queue, IClock& clock) : m_queue(queue), m_clock(clock) {}
+    /// `pShown` makes the real windows; null for none.
+    CSessionWindows(IMessageQueue& queue, IClock& clock, IWindowFactory* pShown = nullptr)
+        : m_queue(queue), m_clock(clock), m_pShown(pShown) {}
     ~CSessionWindows() override;
 
-    /// Null while there is a main window.
+    /// Null while there is a main window, and when the real window system refuses.
     IMainWindow* CreateMainWindow(IWindowClient& client, const TMainWindowSetup& setup) override;
     /// A client area of 1000 by 700. Null when `parent` has been destroyed or is of another factory.
     ICanvasWindow* CreateCanvasWindow(IMainWindow& parent, IWindowClient& client,
@@ -43,6 +46,7 @@ public:
 private:
     IMessageQueue& m_queue;
     IClock& m_clock;
+    IWindowFactory* m_pShown;
     std::vector<std::unique_ptr<CSessionMainWindow>> m_vMain; ///< living ones last
     std::vector<std::unique_ptr<CSessionCanvasWindow>> m_vCanvas;
     std::vector<std::unique_ptr<CSessionPanelWindow>> m_vPanels;

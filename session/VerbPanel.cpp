@@ -71,7 +71,6 @@ TPanelAct ReadControl(const CScriptValue& value, TPanelAct act) {
 void Play(const TPanelAct& act, CPlayer& player) {
     const CPanel* pPanel = g_pMainFrame ? g_pMainFrame->GetPanels().Find(act.nPanel) : nullptr;
     if (!pPanel || !pPanel->GetWindow()) throw step_failure("there is no such panel");
-    // Real windows paint their views themselves.
     auto* pWindow = dynamic_cast<CSessionPanelWindow*>(pPanel->GetWindow());
     if (pWindow && act.szView.cx > 0) pWindow->PaintView(PackedView(act.wParam), act.szView);
     player.GetStage().platform.queue.Post({pPanel->GetWindow(), act.id, act.wParam, act.lParam, act.strText});

@@ -7,6 +7,7 @@
 #include "session/Player.h"
 #include "session/SessionCanvasWindow.h"
 #include "session/SessionPen.h"
+#include "session/Taken.h"
 #include "session/Verbs.h"
 
 #include <nlohmann/json.hpp>
@@ -29,8 +30,8 @@ void PostToActive(CPlayer& player, EMessage id, int64_t wParam = 0, int64_t lPar
 } // namespace
 
 TAction ReadPacket(const CScriptValue& value) {
-    value.Object(
-        {"message", "x", "y", "pressure", "altitude", "azimuth", "twist", "eraser", "status", "covered"});
+    value.Object({"message", "x", "y", "pressure", "altitude", "azimuth", "twist", "eraser", "status",
+                  "covered", "idle"});
     TPenPacket packet;
     packet.uButtons = ReadInputName(value, true).uButtons;
     const CPoint pt = ReadPosition(value);
@@ -38,20 +39,22 @@ TAction ReadPacket(const CScriptValue& value) {
     packet.nAltitude = ReadNumber(value, "altitude", 900, -MAX_AXIS, MAX_AXIS);
     packet.nAzimuth = ReadNumber(value, "azimuth", 0, 0, MAX_TENTHS);
     packet.nTwist = ReadNumber(value, "twist", 0, -MAX_TENTHS, MAX_TENTHS);
-    packet.uCursor = value.Has("eraser") && value.At("eraser").Flag() ? CURSOR_ERASER : CURSOR_TIP;
+    packet.uCursor = ReadFlag(value, "eraser") ? CURSOR_ERASER : CURSOR_TIP;
     packet.uStatus = static_cast<uint32_t>(ReadNumber(value, "status", 0, 0, INT32_MAX));
-    const bool bCovered = value.Has("covered") && value.At("covered").Flag();
+    const bool bCovered = ReadFlag(value, "covered");
+    const bool bIdle = ReadFlag(value, "idle");
     return [=](CPlayer& player) mutable {
         CSessionPen& pen = player.GetStage().pen;
         if (packet.uPressure > static_cast<uint32_t>(pen.GetPressureAxis().nMax) ||
             std::abs(packet.nAltitude) > pen.GetAltitudeAxis().nMax)
             throw step_failure("the tablet's axes end before this pressure or altitude");
         ICanvasWindow* pWindow = GetActiveFrame().GetWindow();
-        // Real windows know what lies over them.
         if (auto* pSession = dynamic_cast<CSessionCanvasWindow*>(pWindow)) pSession->SetCovered(bCovered);
+        const int32_t nUnits = pen.GetUnitsPerPixel();
+        if (!bIdle && !bCovered) RequireTaken(*pWindow, pt, nUnits);
         const CPoint ptOrigin = pWindow->GetClientOrigin();
-        packet.x = pt.x + ptOrigin.x * pen.GetUnitsPerPixel();
-        packet.y = pt.y + ptOrigin.y * pen.GetUnitsPerPixel();
+        packet.x = pt.x + ptOrigin.x * nUnits;
+        packet.y = pt.y + ptOrigin.y * nUnits;
         pen.Push(packet);
         PostToActive(player, EMessage::PenPacket);
     };
@@ -70,12 +73,14 @@ TAction ReadTablet(const CScriptValue& value) {
 }
 
 TAction ReadPointer(const CScriptValue& value) {
-    value.Object({"message", "x", "y", "left"});
+    value.Object({"message", "x", "y", "left", "idle"});
     const TInputName& name = ReadInputName(value, false);
     const bool bPlace = name.uButtons != 0;
     const CPoint pt = bPlace ? ReadPosition(value) : CPoint{};
     const bool bLeft = value.Has("left") ? value.At("left").Flag() : name.id == EMessage::LButtonDown;
+    const bool bIdle = !bPlace || ReadFlag(value, "idle");
     return [=, id = name.id](CPlayer& player) {
+        if (!bIdle) RequireTaken(false);
         IKeyState& keys = player.GetStage().platform.keys;
         const int64_t nKeys = (bLeft ? MOUSE_LEFT : 0) | (keys.IsKeyDown(VK_Shift) ? MOUSE_SHIFT : 0) |
                               (keys.IsKeyDown(VK_Control) ? MOUSE_CONTROL : 0);

@@ -5,6 +5,7 @@
 #include "session/DocumentState.h"
 #include "session/InputNames.h"
 #include "session/Player.h"
+#include "session/Taken.h"
 #include "session/Verbs.h"
 
 #include <nlohmann/json.hpp>
@@ -34,13 +35,15 @@ TAction ReadTool(const CScriptValue& value) {
 }
 
 TAction ReadPen(const CScriptValue& value) {
-    value.Object({"x", "y", "pressure", "altitude", "low"});
+    value.Object({"x", "y", "pressure", "altitude", "low", "idle"});
     const CPoint pt = ReadPosition(value);
     const auto uPressure = static_cast<uint32_t>(value.At("pressure").Integer(0, 1024));
     const auto uAltitude =
         static_cast<uint32_t>(value.Has("altitude") ? value.At("altitude").Integer(0, 90) : 90);
-    const bool bLow = value.Has("low") && value.At("low").Flag();
+    const bool bLow = ReadFlag(value, "low");
+    const bool bIdle = ReadFlag(value, "idle");
     return [=](CPlayer& player) {
+        if (!bIdle) RequireTaken(true);
         const uint32_t flags = HeldFlags(player) | POINTER_TABLET | (bLow ? POINTER_LOW : 0u);
         GetActiveFrame().GetInput().Dispatch(GetActiveTool(), EMessage::MouseMove, pt, uPressure, uAltitude,
                                              flags);
@@ -48,10 +51,13 @@ TAction ReadPen(const CScriptValue& value) {
 }
 
 TAction ReadMouse(const CScriptValue& value) {
-    value.Object({"message", "x", "y"});
+    value.Object({"message", "x", "y", "idle"});
     const EMessage id = ReadInputName(value, true).id;
+    const bool bIdle = ReadFlag(value, "idle");
     const CPoint pt = ReadPosition(value);
     return [=](CPlayer& player) {
+        // The right button also cancels what the pen draws.
+        if (!bIdle && id != EMessage::RButtonDown) RequireTaken(false);
         GetActiveFrame().GetInput().Dispatch(GetActiveTool(), id, pt, 0, 90, HeldFlags(player));
     };
 }

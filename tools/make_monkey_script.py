@@ -38,6 +38,8 @@ class Monkey:
         self.left = 0  # lines until the next document
 
     def say(self, verb, value):
+        if verb in ("pen", "mouse", "packet", "pointer"):
+            value = dict(value, idle=True)  # nothing need take it
         self.lines.append(json.dumps({verb: value}, ensure_ascii=False, separators=(",", ":")))
 
     def chance(self, n):

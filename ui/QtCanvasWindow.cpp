@@ -173,6 +173,8 @@ void CQtCanvasWindow::resizeEvent(QResizeEvent* pEvent) {
 
 void CQtCanvasWindow::SettleLayout() {
     ensurePolished();
+    // A layout that has been activated once does not follow a hidden window's size.
+    layout()->invalidate();
     layout()->activate();
     m_pView->SettleLayout();
 }

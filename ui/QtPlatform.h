@@ -12,7 +12,6 @@
 
 class CMessageQueue;
 class CQtMainWindow;
-class IEventPump;
 class ISnapshotStore;
 
 /// Lives as long as a session, longer than every window; the queue and the given parts outlive it. One
@@ -26,7 +25,6 @@ public:
 
     const TPlatform& GetPlatform() const;
     IWindowFactory& GetWindows();
-    IEventPump& GetPump();
     IClipboard& GetClipboard();
 
     /// Writes a picture of the main window in device pixels as PNG. False when there is no main window or the

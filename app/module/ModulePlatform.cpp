@@ -16,8 +16,8 @@
 
 namespace {
 
-// Plays the script in windows that exist only as state, or in real ones that the settings ask for; what went
-// wrong goes into the settings, where whoever wrote the script's name there looks for it.
+// Plays the script in windows that exist only as state, shown by real ones if the settings ask for them; what
+// went wrong goes into the settings, where whoever wrote the script's name there looks for it.
 void RunScripted(const std::wstring& strScript, CIniConfigData& section, IModules& modules,
                  IImageCodecs& codecs, const std::function<void(const TPlatform&)>& fn) {
     CMessageQueue queue;
@@ -29,7 +29,6 @@ void RunScripted(const std::wstring& strScript, CIniConfigData& section, IModule
         if (!EnsureApplication()) throw internal_error(L"RunWithPlatform: there is no window system.");
         windows.emplace(queue, g_Module.GetFiles(), g_Module.GetLocations(), modules, codecs, snapshots);
         parts.pWindows = &windows->GetWindows();
-        parts.pPump = &windows->GetPump();
         parts.pQueue = &queue;
         parts.fnScreenshot = [&](const std::wstring& strPath) { return windows->SaveScreenshot(strPath); };
     }

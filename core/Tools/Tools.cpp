@@ -89,20 +89,22 @@ std::optional<uint32_t> CTools::UntilSilence() const {
 
 bool CTools::EndAfterSilence() { return UntilSilence() == 0u && TellProximity(false); }
 
+bool CTools::Refuses(bool bTablet) const {
+    if (m_state == (bTablet ? STATE_MOUSE : STATE_TABLET)) return true;
+    return !bTablet && m_bPenSeen && m_outside.clock.GetTickCount() - m_uLastPenTick < MOUSE_ECHO_MS;
+}
+
 bool CTools::Dispatch(EMessage message, int32_t x, int32_t y, uint32_t pressure, uint32_t altitude,
                       uint32_t flags) {
     const bool bTablet = flags & POINTER_TABLET;
-    if (m_state == (bTablet ? STATE_MOUSE : STATE_TABLET)) return false;
+    if (Refuses(bTablet)) return false;
     // The end of a silence must not hang on whether its timer or the next event is sooner.
     bool bRedraw = bTablet && EndAfterSilence();
     const bool bTaken = !bTablet || GetContact().Take(pressure, message == EMessage::LButtonUp);
     if (!IsEnabled()) return bRedraw;
-    const uint32_t uNow = m_outside.clock.GetTickCount();
     if (bTablet) {
-        m_uLastPenTick = uNow;
+        m_uLastPenTick = m_outside.clock.GetTickCount();
         m_bPenSeen = true;
-    } else if (m_bPenSeen && uNow - m_uLastPenTick < MOUSE_ECHO_MS) {
-        return false;
     }
     if (!bTaken) return bRedraw;
     bRedraw |= SynthesizeKeys();

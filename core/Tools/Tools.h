@@ -104,6 +104,8 @@ public:
     /// Ends that operation, as a leave does, when its time has come.
     bool EndAfterSilence();
     CPenContact& GetContact() const { return m_outside.contact; }
+    /// True for a device whose events Dispatch refuses now though the tool could work.
+    bool Refuses(bool bTablet) const;
     int GetState() const { return m_state; }
     /// Brings the tool's keys in line with one that the view was told of; true when the tool did something.
     bool ChangeKey(int nKey, bool bDown);

@@ -149,6 +149,77 @@ TEST_F(Player, AWaitStopsAtEveryTimerAndNoWindowKeepsTheSessionOpen) {
     EXPECT_EQ(session.GetFailure() + empty.GetFailure(), "");
 }
 
+// Real windows of a small screen, over which a hand moves about while the script plays.
+struct CBusyWindows : CSessionWindows, IEventPump {
+    CBusyWindows() : CSessionWindows(m_queue, m_clock) { m_queue.SetPump(this); }
+    bool Pump(bool bWait) override {
+        EXPECT_FALSE(bWait);
+        Paint();
+        if (CSessionCanvasWindow* pActive = GetActive(); pActive && ++m_nEvents % 8 == 0) {
+            for (const EMessage id : {EMessage::MouseMove, EMessage::LButtonDown, EMessage::CaptureChanged,
+                                      EMessage::MouseLeave, EMessage::LButtonUp, EMessage::PenPacket})
+                m_queue.Post({pActive, id, MOUSE_LEFT, PackPoint(m_nEvents, 60)});
+            m_queue.Post({pActive, EMessage::KeyDown, VK_Escape});
+            m_queue.Post({GetMain(), EMessage::Command, 12812});
+            pActive->SetRect({m_nEvents, 90, m_nEvents + 200, 160});
+            pActive->SetCovered(true);
+            m_queue.Post({pActive, EMessage::MdiActivate, 0});
+        }
+        return true;
+    }
+    CMessageQueue m_queue;
+    CVirtualClock m_clock;
+    int m_nEvents = 0;
+};
+
+TEST_F(Player, RealWindowsOnlyShowWhatIsPlayed) {
+    std::string strScript = "{\"tool\":2}\n";
+    const auto packet = [&](int n, int nPressure) {
+        strScript += "{\"packet\":{\"x\":" + std::to_string(3000 + n * 30) +
+                     ",\"y\":" + std::to_string(2000 + n * n * 3) +
+                     ",\"pressure\":" + std::to_string(nPressure) + "}}\n";
+    };
+    for (int n = 0; n < 30; ++n) packet(n, n < 20 ? 700 : 0);
+    strScript += R"({"wait":1200}
+{"pointer":{"message":"ldown","x":400,"y":300}}
+{"pointer":{"x":560,"y":380,"left":true}}
+{"pointer":{"message":"lup","x":560,"y":380}}
+{"wait":700}
+{"dump":"state.json"}
+)";
+    EXPECT_EQ(Play(strScript), "");
+    const std::string strAlone = m_files.m_mapFiles[L"state.json"];
+    EXPECT_NE(strAlone.find("\"undo\""), std::string::npos);
+    CBusyWindows windows;
+    m_parts.pWindows = &windows;
+    m_parts.pQueue = &windows.m_queue;
+    EXPECT_EQ(Play(strScript), "");
+    EXPECT_EQ(m_files.m_mapFiles[L"state.json"], strAlone);
+    EXPECT_GT(windows.m_nEvents, 100);
+}
+
+TEST_F(Player, ALineThatNothingTakesFails) {
+    const std::string strPen = "{\"pen\":{\"x\":80,\"y\":80,\"pressure\":0}}\n";
+    const std::pair<std::string, const char*> aCases[] = {
+        {R"({"packet":{"x":8000,"y":80,"pressure":9}})",
+         "s:1: nothing takes the pen beside the view of 1000 by 700 pixels"},
+        {R"({"packet":{"x":8000,"y":80,"pressure":9,"idle":true}})", ""},
+        {R"({"packet":{"x":7992,"y":80,"pressure":9,"covered":true}})", ""},
+        {strPen + R"({"pointer":{"x":80,"y":80}})",
+         "s:2: nothing takes the mouse while the pen draws and within a second of it"},
+        {strPen + R"({"mouse":{"x":80,"y":80}})",
+         "s:2: nothing takes the mouse while the pen draws and within a second of it"},
+        {strPen + R"({"pointer":{"x":80,"y":80,"idle":true}})", ""},
+        {strPen + "{\"wait\":1000}\n" + R"({"mouse":{"message":"ldown","x":80,"y":80}})" + "\n" + strPen,
+         "s:4: nothing takes the pen while the mouse draws"},
+        // Without a tool that could draw there is nothing to miss.
+        {R"({"layer":{"visible":false}})"
+         "\n"
+         R"({"packet":{"x":8000,"y":80,"pressure":9}})",
+         ""}};
+    for (const auto& [strScript, pszFailure] : aCases) EXPECT_EQ(Play(strScript), pszFailure) << strScript;
+}
+
 TEST_F(Player, PlaysInWindowsOfAnotherWindowSystem) {
     CMessageQueue queue;
     CVirtualClock wallClock;
@@ -160,8 +231,8 @@ TEST_F(Player, PlaysInWindowsOfAnotherWindowSystem) {
             return true;
         }
     } windows(queue, wallClock);
+    queue.SetPump(&windows);
     m_parts.pWindows = &windows;
-    m_parts.pPump = &windows;
     m_parts.pQueue = &queue;
     m_parts.fnScreenshot = [&](const std::wstring& strPath) {
         EXPECT_EQ(strPath, L"real.png");

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <regex>
+
 namespace {
 
 // A line of the pen: down, along, and up again.
@@ -52,9 +54,11 @@ TEST_F(Recorder, StrokesOfEveryDevice) {
     const std::string strMouse = "{\"pointer\":{\"message\":\"ldown\",\"x\":250,\"y\":180}}\n"
                                  "{\"pointer\":{\"x\":300,\"y\":230,\"left\":true}}\n"
                                  "{\"pointer\":{\"message\":\"lup\",\"x\":300,\"y\":230}}\n";
-    ExpectSame(VIEW + Stroke(1300, 1000) + strMouse + "{\"wait\":1001}\n" + strMouse +
+    const std::string strEcho = std::regex_replace(strMouse, std::regex("}}"), ",\"idle\":true}}");
+    ExpectSame(VIEW + Stroke(1300, 1000) + strEcho + "{\"wait\":1001}\n" + strMouse +
                "{\"wheel\":120}\n{\"keys\":[16]}\n{\"pointer\":{\"message\":\"leave\"}}\n" + strMouse);
     EXPECT_EQ(Count("ldown"), 3u);
+    EXPECT_EQ(Count("\"idle\""), 3u) << "the record says that nothing took them";
     EXPECT_EQ(Count("{\"keys\":[16]}"), 1u);
 }
 
