@@ -29,6 +29,7 @@ constexpr wchar_t PLACEMENT_SECTION[] = L"Main";
 constexpr wchar_t NO_SCALE[] = L"Scale: ----%";
 constexpr int PANE_TEXT = 0;
 constexpr int PANE_SCALE = 1;
+constexpr uint32_t SETTINGS_MS = 500;
 
 } // namespace
 
@@ -181,6 +182,7 @@ bool CMainFrame::DoIdleWork() {
         if (nId) setState(nId, GetCommandState(nId));
     WatchDocuments();
     ForgetTold();
+    Guarded([&] { return WatchSettings(), true; });
     const bool bStrokes = Guarded([&] { return ContinueStrokes(); });
     if (std::exchange(m_bOfferRecovery, false)) Guarded([&] { return OfferRecovery(), true; });
     if (!m_deqOpenFiles.empty()) {
@@ -204,6 +206,8 @@ bool CMainFrame::ContinueStrokes() {
 }
 
 bool CMainFrame::SwitchTool(int nId) {
+    // The new tool may be of the same kind: it reads what the old one writes.
+    if (m_spActiveTool) m_spActiveTool->KeepSettings();
     const auto spTool = CreateFreehandTool(nId, m_outside);
     if (!spTool) return false;
     m_contact.Drop(); // the new tool draws from the next contact on
@@ -279,6 +283,16 @@ void CMainFrame::KeepDocuments() {
         unasked([&] { spCanvas->CompleteWork(); });
         if (spCanvas->GetHistory().IsModified()) unasked([&] { g_AppModule.GetRecovery().Keep(spCanvas); });
     }
+}
+
+void CMainFrame::WatchSettings() {
+    const uint32_t uNow = g_AppModule.GetPlatform().clock.GetTickCount();
+    // A dragged slider must not write at its every step. The timers of a canvas's window bring the next pass;
+    // without one nothing would, and there is no stroke to disturb either.
+    if (!g_lstCanvasFrame.empty() && uNow - m_uSettingsTick < SETTINGS_MS) return;
+    m_uSettingsTick = uNow;
+    if (m_spActiveTool) m_spActiveTool->KeepSettings();
+    m_panels.KeepSettings();
 }
 
 void CMainFrame::OnInitMenuPopup() {

@@ -90,6 +90,8 @@ private:
     void WatchDocuments();
     /// Leaves what is unsaved for the next start to offer.
     void KeepDocuments();
+    /// Writes what has been changed of the tool's and the panels' settings, at most twice a second.
+    void WatchSettings();
     /// Closes a frame whose opening failed halfway.
     void AbandonFrame(const boost::shared_ptr<CCanvasFrame>& spFrame);
     void OnToggle(int nId);
@@ -115,6 +117,7 @@ private:
     std::unique_ptr<CRecentDocumentList> m_pRecentList;
     std::vector<int> m_vMenuCommands;
     std::vector<int> m_vToolBarCommands;
+    uint32_t m_uSettingsTick = 0; ///< when settings were last kept
     bool m_bOfferRecovery = false;
     bool m_bToldSnapshots = false; ///< the user knows that snapshots cannot be written
 };

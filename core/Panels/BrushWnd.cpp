@@ -63,7 +63,7 @@ CBrushWnd::CBrushWnd() : CPanel(L"Brush") {
 
 void CBrushWnd::OnOpen() { m_list.Read(g_AppModule.GetSettings()); }
 
-void CBrushWnd::OnClose() { m_list.Write(g_AppModule.GetSettings()); }
+void CBrushWnd::OnKeep() { m_list.Write(g_AppModule.GetSettings()); }
 
 void CBrushWnd::OnRefresh() {
     const auto spTool = GetBrush();

@@ -12,7 +12,7 @@ public:
 
 protected:
     void OnOpen() override;
-    void OnClose() override;
+    void OnKeep() override;
     void OnRefresh() override;
     void OnControl(TPanelControl& control) override;
 

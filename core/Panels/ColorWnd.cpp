@@ -83,13 +83,14 @@ void CColorWnd::OnOpen() {
     m_vRead = m_recent.m_vColors;
 }
 
-void CColorWnd::OnClose() {
+void CColorWnd::OnKeep() {
     if (m_recent.m_vColors == m_vRead) return;
     std::vector<std::pair<std::wstring, int32_t>> vValues{
         {L"ColorCount", static_cast<int32_t>(m_recent.m_vColors.size())}};
     for (const TColor color : m_recent.m_vColors)
         vValues.emplace_back(std::to_wstring(vValues.size()), static_cast<int32_t>(color));
     g_AppModule.GetSettings().GetSection(SECTION)->SetInts(vValues);
+    m_vRead = m_recent.m_vColors;
 }
 
 void CColorWnd::OnStroke() {

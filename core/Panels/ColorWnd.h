@@ -19,7 +19,7 @@ public:
 
 protected:
     void OnOpen() override;
-    void OnClose() override;
+    void OnKeep() override;
     void OnRefresh() override;
     void OnControl(TPanelControl& control) override;
     void OnPointer(int nId, EMessage id, CPoint pt) override;

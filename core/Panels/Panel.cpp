@@ -50,9 +50,13 @@ void CPanel::KeepPlace() {
         {{L"IsShow", place.bShow}, {L"Dock", static_cast<int>(place.dock)}, {L"Front", place.bFront}});
 }
 
+void CPanel::KeepSettings() {
+    if (m_pWindow) OnKeep();
+}
+
 void CPanel::Close() {
     if (!m_pWindow) return;
-    OnClose();
+    OnKeep();
     m_pWindow->Destroy();
 }
 

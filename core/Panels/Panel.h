@@ -22,7 +22,9 @@ public:
     TPanelPlace ReadPlace(const TPanelPlace& placeFirst) const;
     /// Writes the place to the settings, if it has changed.
     void KeepPlace();
-    /// Writes the panel's own settings and destroys the window.
+    /// Writes the panel's own settings, if they have changed.
+    void KeepSettings();
+    /// Keeps the settings and destroys the window.
     void Close();
     IPanelWindow* GetWindow() const { return m_pWindow; }
     const std::vector<TPanelControl>& GetControls() const { return m_vControls; }
@@ -49,9 +51,10 @@ protected:
     virtual void OnPointer(int, EMessage, CPoint) {}
     /// A virtual key in a view that has the keyboard.
     virtual void OnKey(int, int) {}
-    /// The panel reads its own settings, and writes them.
+    /// The panel reads its own settings.
     virtual void OnOpen() {}
-    virtual void OnClose() {}
+    /// The panel writes those of its own settings that have changed since it read or wrote them.
+    virtual void OnKeep() {}
 
     /// The control of an id; a self-check fails when there is none.
     TPanelControl& Find(int nId);

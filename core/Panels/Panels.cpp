@@ -59,6 +59,10 @@ void CPanels::Create(IMainWindow& parent) {
         m_mapPanels[placed.nCommand]->Create(parent, FirstPlace(placed.nCommand));
 }
 
+void CPanels::KeepSettings() {
+    for (const auto& entry : m_mapPanels) Guarded([&] { return entry.second->KeepSettings(), true; });
+}
+
 void CPanels::Close() {
     // Where one goes the others move up.
     for (const auto& entry : m_mapPanels) Guarded([&] { return entry.second->KeepPlace(), true; });

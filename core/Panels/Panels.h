@@ -13,6 +13,8 @@ public:
 
     /// Makes the windows. Raises internal_error when the window system refuses.
     void Create(IMainWindow& parent);
+    /// Writes what has changed of the panels' own settings.
+    void KeepSettings();
     /// Keeps the places and destroys the windows.
     void Close();
     /// The tool or a value of it has changed.

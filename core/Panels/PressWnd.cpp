@@ -62,7 +62,7 @@ CPressWnd::CPressWnd() : CPanel(L"Press") {
 
 void CPressWnd::OnOpen() { m_memo.Read(g_AppModule.GetSettings()); }
 
-void CPressWnd::OnClose() { m_memo.Write(g_AppModule.GetSettings()); }
+void CPressWnd::OnKeep() { m_memo.Write(g_AppModule.GetSettings()); }
 
 void CPressWnd::OnRefresh() {
     const auto spTool = GetBrush();

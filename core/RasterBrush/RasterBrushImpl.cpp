@@ -11,6 +11,18 @@ namespace {
 
 constexpr int32_t SMALLEST_CIRCLE = 4; ///< screen pixels across; smaller ones hide what is drawn
 
+std::vector<std::pair<std::wstring, int32_t>> ListSettings(const TBrushParam& param,
+                                                           const TFreehandParam& freehand) {
+    auto vValues = ListBrushParam(param);
+    vValues.insert(vValues.end(), {{L"StrokeIn", static_cast<int32_t>(freehand.m_uStrokeIn)},
+                                   {L"StrokeOut", static_cast<int32_t>(freehand.m_uStrokeOut)},
+                                   {L"BrushColor", static_cast<int32_t>(freehand.m_clrBrush)},
+                                   {L"BackColor", static_cast<int32_t>(freehand.m_clrBack)},
+                                   {L"SlowSmooth", static_cast<int32_t>(freehand.m_uSlowSmooth)},
+                                   {L"SlowScale", freehand.m_bSlowScale}});
+    return vValues;
+}
+
 } // namespace
 
 CRasterBrushImpl::CRasterBrushImpl(const TToolOutside& outside, const std::wstring& strSection)
@@ -30,22 +42,21 @@ CRasterBrushImpl::CRasterBrushImpl(const TToolOutside& outside, const std::wstri
 
 CRasterBrushImpl::~CRasterBrushImpl() {
     try {
-        WriteSettings();
+        CRasterBrushImpl::KeepSettings();
     } catch (const std::exception&) {
         // Without memory even for that the next tool has the settings of the last time.
     }
 }
 
-void CRasterBrushImpl::WriteSettings() const {
+void CRasterBrushImpl::KeepSettings() {
     if (m_param == m_paramRead && m_freehand == m_freehandRead) return;
-    const auto spSection = GetOutside().config.GetSection(L"BrushParam")->GetSection(m_strSection);
-    WriteBrushParam(GetOutside().config, m_strSection, m_param);
-    spSection->SetInt(L"StrokeIn", static_cast<int32_t>(m_freehand.m_uStrokeIn));
-    spSection->SetInt(L"StrokeOut", static_cast<int32_t>(m_freehand.m_uStrokeOut));
-    spSection->SetInt(L"BrushColor", static_cast<int32_t>(m_freehand.m_clrBrush));
-    spSection->SetInt(L"BackColor", static_cast<int32_t>(m_freehand.m_clrBack));
-    spSection->SetInt(L"SlowSmooth", static_cast<int32_t>(m_freehand.m_uSlowSmooth));
-    spSection->SetInt(L"SlowScale", m_freehand.m_bSlowScale);
+    // Others may share the store: what this tool left alone stays theirs.
+    const auto vRead = ListSettings(m_paramRead, m_freehandRead);
+    auto vChanged = ListSettings(m_param, m_freehand);
+    std::erase_if(vChanged, [&](const auto& value) { return std::ranges::count(vRead, value) != 0; });
+    GetOutside().config.GetSection(L"BrushParam")->GetSection(m_strSection)->SetInts(vChanged);
+    m_paramRead = m_param;
+    m_freehandRead = m_freehand;
 }
 
 bool CRasterBrushImpl::OnKeyDown(int nKey) {

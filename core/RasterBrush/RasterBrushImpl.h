@@ -5,8 +5,8 @@
 
 #include <string>
 
-/// Settings are read from the tool's own section when it is made and, if they have changed, written back when
-/// it goes.
+/// Settings are read from the tool's own section when it is made; what has changed is written by KeepSettings
+/// and when it goes.
 class CRasterBrushImpl : public CRasterBrushBase {
 public:
     /// `strSection` is the tool's name below "BrushParam".
@@ -18,6 +18,7 @@ public:
     bool OnKeyUp(int nKey) override;
     /// A circle of the brush's size that inverts what lies under it, where it is large enough to be seen.
     void DrawOverlay(COverlay& overlay, const TOverlayMapper& mapper) const override;
+    void KeepSettings() override;
     ECursor GetCursor(CPoint) const override { return IsPicking() ? ECursor::Pick : ECursor::Cross; }
 
 protected:
@@ -27,8 +28,6 @@ protected:
     bool WantsDoublePlane() const { return m_param.BlurLevel >= 51 && m_param.BrushRadius < 32; }
 
 private:
-    void WriteSettings() const;
-
     std::wstring m_strSection;
     TBrushParam m_paramRead; ///< what the settings hold
     TFreehandParam m_freehandRead;

@@ -41,14 +41,10 @@ void ForEachField(Param& p, Function fn) {
     fn(L"AntiSplit", p.AntiSplit, 0, 1);
 }
 
-boost::shared_ptr<CIniConfigData> SectionOf(CIniConfig& config, const std::wstring& strTool) {
-    return config.GetSection(L"BrushParam")->GetSection(strTool);
-}
-
 } // namespace
 
 TBrushParam ReadBrushParam(CIniConfig& config, const std::wstring& strTool) {
-    const auto spSection = SectionOf(config, strTool);
+    const auto spSection = config.GetSection(L"BrushParam")->GetSection(strTool);
     TBrushParam param;
     ForEachField(param, [&](const wchar_t* pszKey, auto& field, int32_t nMin, int32_t nMax) {
         const int32_t n = spSection->GetInt(pszKey, static_cast<int32_t>(field));
@@ -58,9 +54,10 @@ TBrushParam ReadBrushParam(CIniConfig& config, const std::wstring& strTool) {
     return param;
 }
 
-void WriteBrushParam(CIniConfig& config, const std::wstring& strTool, const TBrushParam& param) {
-    const auto spSection = SectionOf(config, strTool);
+std::vector<std::pair<std::wstring, int32_t>> ListBrushParam(const TBrushParam& param) {
+    std::vector<std::pair<std::wstring, int32_t>> vValues;
     ForEachField(param, [&](const wchar_t* pszKey, const auto& field, int32_t, int32_t) {
-        spSection->SetInt(pszKey, static_cast<int32_t>(field));
+        vValues.emplace_back(pszKey, static_cast<int32_t>(field));
     });
+    return vValues;
 }

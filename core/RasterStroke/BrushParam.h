@@ -3,6 +3,8 @@
 
 #include <cstdint>
 #include <string>
+#include <utility>
+#include <vector>
 
 class CIniConfig;
 
@@ -43,4 +45,5 @@ struct TBrushParam {
 /// Reads section "BrushParam\<tool>", tool being "RasterBrush", "RasterEraser" or "RasterPencil". What is
 /// missing takes its default, what is out of range the nearest value in it.
 TBrushParam ReadBrushParam(CIniConfig& config, const std::wstring& strTool);
-void WriteBrushParam(CIniConfig& config, const std::wstring& strTool, const TBrushParam& param);
+/// Every field with its key in that section.
+std::vector<std::pair<std::wstring, int32_t>> ListBrushParam(const TBrushParam& param);

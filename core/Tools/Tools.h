@@ -85,6 +85,9 @@ public:
     /// The tool's name, also the text of its undo steps.
     virtual const wchar_t* GetName() const = 0;
     virtual ECursor GetCursor(CPoint) const { return ECursor::Arrow; }
+    /// Writes those settings that have changed since the tool read or wrote them, at once; nothing when none
+    /// has.
+    virtual void KeepSettings() {}
     /// Idle lets canvas and layer go; anything else takes those of the active view. Raises internal_error
     /// when there are none.
     virtual void SetState(int state);

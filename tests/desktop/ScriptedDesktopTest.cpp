@@ -1,7 +1,12 @@
 // Whole sessions in the desktop delivery, where documents are made, opened and saved.
+#include "core/AppModule/CommandIds.h"
+#include "core/IniConfig/IniConfig.h"
 #include "tests/session/ScriptedSession.h"
+#include "tests/support/TestPlatform.h"
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
 
 namespace {
 
@@ -83,6 +88,27 @@ TEST_F(ScriptedDesktop, ARecordMakesAndSavesTheSameDocuments) {
         EXPECT_TRUE(player.m_files.m_mapFiles[psz] == m_files.m_mapFiles[psz]) << m_strRecord;
         EXPECT_FALSE(m_files.m_mapFiles[psz].empty());
     }
+}
+
+TEST(DesktopSettings, WithoutADocumentAChangeIsInTheStoreAtOnce) {
+    CTestPlatform outside;
+    outside.AddStep([](CPlayer&) {
+        // No canvas's timer would bring a later moment.
+        CPanel& panel = *g_pMainFrame->GetPanels().Find(ID_PANEL_TOOL_OPTION);
+        const auto& vControls = panel.GetControls();
+        const auto it = std::ranges::find(vControls, L"不透明度", &TPanelControl::strLabel);
+        panel.OnMessage({panel.GetWindow(), EMessage::PanelChange, it->nId, 40});
+    });
+    outside.AddStep([&](CPlayer&) {
+        CIniConfig config(L"/settings/Vellumcraft/Vellumcraft.ini", outside.m_files);
+        EXPECT_EQ(config.GetSection(L"BrushParam")->GetSection(L"RasterBrush")->GetInt(L"BrushAlpha", 0),
+                  102);
+    });
+    outside.Run([](const TPlatform& platform) {
+        CSessionScope scope(platform);
+        CreateMainFrame();
+        scope.Run();
+    });
 }
 
 } // namespace

@@ -106,6 +106,42 @@ TEST_F(Panels, CommandsShowAndHideAndPlacesAreKept) {
     }});
 }
 
+TEST_F(Panels, AChangedToolIsInTheStoreBeforeItIsMadeAgain) {
+    Play({[&] {
+              Choose(ID_PANEL_TOOL_OPTION, L"補完強度", L"12");
+              Tool().GetFreehand().m_clrBrush = 0x123456;
+              m_outside.m_files.m_nWrites = 0;
+              g_pMainFrame->SwitchTool(TOOL_BRUSH);
+              EXPECT_EQ(m_outside.m_files.m_nWrites, 1) << "one file for all of the tool's settings";
+              EXPECT_EQ(Tool().GetParam().CurveStrength, 12);
+              EXPECT_EQ(Tool().GetFreehand().m_clrBrush, 0x123456u);
+              EXPECT_EQ(Setting(L"BrushParam\\RasterBrush", L"BrushRadius"), L"-") << "left alone";
+              // Another program's value is not taken back by a tool that does not know it.
+              CIniConfig config(L"/settings/Vellumcraft/Vellumcraft.ini", m_outside.m_files);
+              config.GetSection(L"BrushParam")->GetSection(L"RasterBrush")->SetInt(L"BrushRadius", 30);
+          },
+          [&] {
+              Choose(ID_PANEL_TOOL_OPTION, L"補完強度", L"3");
+              g_pMainFrame->SwitchTool(TOOL_BRUSH);
+              EXPECT_EQ(Tool().GetParam().BrushRadius, 30u);
+              EXPECT_EQ(Tool().GetParam().CurveStrength, 3);
+          }});
+}
+
+TEST_F(Panels, AKilledProgramKeepsWhatWasChangedASecondBefore) {
+    m_outside.AddStep([&](CPlayer& player) {
+        Choose(ID_PANEL_TOOL_OPTION, L"補完強度", L"16");
+        g_pMainFrame->GetPanels().OnStroke();
+        m_outside.m_files.m_nWrites = 0;
+        player.Wait(1000);
+    });
+    Play({[&] {
+        EXPECT_EQ(Setting(L"BrushParam\\RasterBrush", L"CurveStrength"), L"16");
+        EXPECT_EQ(Setting(L"ColorList", L"ColorCount"), L"1");
+        EXPECT_EQ(m_outside.m_files.m_nWrites, 2);
+    }});
+}
+
 TEST_F(Panels, ToolButtonsFollowTheToolAndOptionsShowItsPane) {
     Play({[] {
               EXPECT_EQ(Control(ID_PANEL_TOOL, L"ラスタブラシ").nValue, 1);

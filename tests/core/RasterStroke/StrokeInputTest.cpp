@@ -18,7 +18,7 @@ TEST(BrushParam, SettingsKeepEveryFieldWithinItsRange) {
     EXPECT_EQ(ReadBrushParam(config, L"RasterBrush"), TBrushParam());
     const TBrushParam param{1,  2,  3,  true, 4,  5,  6, 7, false, true, 8, 9,   10,
                             11, 12, 13, 14,   15, 16, 5, 7, 4,     3,    0, true};
-    WriteBrushParam(config, L"RasterPencil", param);
+    config.GetSection(L"BrushParam")->GetSection(L"RasterPencil")->SetInts(ListBrushParam(param));
     EXPECT_EQ(ReadBrushParam(config, L"RasterPencil"), param);
     EXPECT_EQ(ReadBrushParam(config, L"RasterEraser"), TBrushParam());
     files.m_mapFiles[L"/v.ini"] =
