@@ -14,6 +14,7 @@
 #include "core/RasterBrush/FreehandTools.h"
 #include "core/Recovery/Recovery.h"
 
+#include <boost/algorithm/string/replace.hpp>
 #include <boost/make_shared.hpp>
 
 #include <utility>
@@ -298,8 +299,10 @@ void CMainFrame::WatchSettings() {
 void CMainFrame::OnInitMenuPopup() {
     std::vector<std::wstring> vTexts;
     int nNumber = 0;
+    // A menu text's "&" marks a letter; two of them are one of the path.
     for (const std::wstring& strPath : m_pRecentList->GetPaths())
-        vTexts.push_back(L"&" + std::to_wstring(++nNumber) + L" " + strPath);
+        vTexts.push_back(L"&" + std::to_wstring(++nNumber) + L" " +
+                         boost::algorithm::replace_all_copy(strPath, L"&", L"&&"));
     m_pWindow->SetRecentFiles(ID_FILE_MRU_FIRST, vTexts);
     const TSetMenuState setState{m_pWindow->GetMenuLook()};
     for (const int nId : m_vMenuCommands) setState(nId, GetCommandState(nId));

@@ -2,6 +2,7 @@
 #include "core/MainFrame/MainFrame.h"
 #include "core/AppModule/AppModule.h"
 #include "core/AppModule/CommandIds.h"
+#include "core/AppModule/PrivateMessages.h"
 #include "core/IniConfig/IniConfig.h"
 #include "core/LayerBuffer/RasterLayerBuffer.h"
 #include "core/MainFrame/AboutDialog.h"
@@ -256,5 +257,15 @@ TEST_F(MainFrame, APressThatCannotDrawSaysWhyOnTheStatusLineAndByTheCursor) {
     });
     press(EMessage::MouseMove);
     Step([=] { shown(L"", false); });
+    Play();
+}
+
+TEST_F(MainFrame, RecentPathsAreListedWithEveryLetter) {
+    Step([] {
+        SendMessage({g_pMainFrame->GetWindow(), WM_ADD_RECENT, 0, 0, L"/a && b&c.vlm"});
+        SendMessage({g_pMainFrame->GetWindow(), EMessage::InitMenuPopup});
+        const auto& window = dynamic_cast<CSessionMainWindow&>(*g_pMainFrame->GetWindow());
+        EXPECT_EQ(window.GetRecentFiles(), std::vector<std::wstring>{L"&1 /a &&&& b&&c.vlm"});
+    });
     Play();
 }
