@@ -17,7 +17,7 @@
 CQtKeyFilter::CQtKeyFilter(CQtEventPump& pump, CQtKeyState& keys) : m_pump(pump), m_keys(keys) {
     qApp->installEventFilter(this);
     connect(qApp, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
-        if (state != Qt::ApplicationActive) m_keys.Clear();
+        if (state != Qt::ApplicationActive) OnInactive();
     });
 }
 
@@ -25,19 +25,53 @@ void CQtKeyFilter::SetWindow(QWidget* pWindow, std::function<IWindow*()> receive
     m_pWindow = pWindow;
     m_fnReceiver = std::move(receiver);
     m_deqTyped.clear();
+    m_setTold.clear();
+}
+
+// What happens to the keys while another program has the keyboard is not told: they count as released.
+void CQtKeyFilter::OnInactive() {
+    m_keys.Clear();
+    for (const int nVirtualKey : std::set<int>(m_setTold)) PostRelease(nVirtualKey);
 }
 
 bool CQtKeyFilter::IsKeyDown(int nVirtualKey) const { return m_keys.IsKeyDown(nVirtualKey); }
 
 namespace {
 
-// In a panel a control comes first, text with every key and the others with those that no shortcut has; what
-// it declines goes up to the panel and from there to the application.
+// In a panel a control comes first with those keys that no shortcut has; what it declines goes up to the
+// panel and from there to the application.
 bool IsForControl(const QWidget& widget, const QKeyEvent& event) {
     const CQtPanel* pPanel = CQtPanel::Of(widget);
-    if (!pPanel || pPanel == &widget) return false;
-    return qobject_cast<const QLineEdit*>(&widget) || qobject_cast<const QAbstractSpinBox*>(&widget) ||
-           !(event.modifiers() & (Qt::ControlModifier | Qt::AltModifier));
+    return pPanel && pPanel != &widget && !(event.modifiers() & (Qt::ControlModifier | Qt::AltModifier));
+}
+
+bool IsPanelText(const QWidget* pWidget) {
+    return (qobject_cast<const QLineEdit*>(pWidget) || qobject_cast<const QAbstractSpinBox*>(pWidget)) &&
+           CQtPanel::Of(*pWidget);
+}
+
+// The text of a panel that a key on its way to `pWidget` is typed into; null for none. A key that the text
+// declines goes on to the widgets around it. `pWidget` is null while Qt's window has the key.
+const QWidget* TextOf(const QWidget* pWidget) {
+    if (IsPanelText(pWidget)) return pWidget;
+    const QWidget* pFocus = QApplication::focusWidget();
+    return IsPanelText(pFocus) && (!pWidget || pWidget->isAncestorOf(pFocus)) ? pFocus : nullptr;
+}
+
+bool IsModifier(int nVirtualKey) {
+    return nVirtualKey == VK_Shift || nVirtualKey == VK_Control || nVirtualKey == VK_Alt;
+}
+
+EMessage KeyMessage(bool bDown, bool bAlt) {
+    return bDown ? (bAlt ? EMessage::SysKeyDown : EMessage::KeyDown)
+                 : (bAlt ? EMessage::SysKeyUp : EMessage::KeyUp);
+}
+
+// Keys that no text has a use for.
+bool IsShortcut(const QKeyEvent& event) {
+    const int nKey = event.key();
+    return (nKey >= Qt::Key_F1 && nKey <= Qt::Key_F35) ||
+           (event.modifiers() == Qt::ControlModifier && nKey >= Qt::Key_A && nKey <= Qt::Key_Z);
 }
 
 } // namespace
@@ -58,14 +92,46 @@ bool CQtKeyFilter::eventFilter(QObject* pWatched, QEvent* pEvent) {
         return false;
     }
     if (pEvent == m_pResent) return false;
-    // Wherever a key goes to, that it is down is known to all.
     auto& event = static_cast<QKeyEvent&>(*pEvent);
-    if (!event.isAutoRepeat()) m_keys.Press(VirtualKeyOf(event), type == QEvent::KeyPress);
+    const int nVirtualKey = VirtualKeyOf(event);
+    const bool bDown = type == QEvent::KeyPress;
     auto* pWidget = qobject_cast<QWidget*>(pWatched);
-    if (!pWidget || m_pResent || !Takes(*pWidget) || IsForControl(*pWidget, event)) return false;
-    Guarded([&] { return OnKey(*pWidget, event), true; });
+    const QWidget* pText = TextOf(pWidget);
+    // Wherever a key goes to, that it is down is known to all; but what is typed is no key that a tool finds
+    // down at the pointer's next event.
+    if (!event.isAutoRepeat() && (!bDown || !pText || IsModifier(nVirtualKey)))
+        m_keys.Press(nVirtualKey, bDown);
+    if (!pWidget || m_pResent) return false;
+    const bool bTaken = !pText && Takes(*pWidget) && !IsForControl(*pWidget, event);
+    // The release of a key that the application has seen go down may come up elsewhere.
+    if (!bTaken && !bDown && !event.isAutoRepeat()) PostRelease(nVirtualKey);
+    if (!bTaken && !(pText && OnText(*pWidget, *pText, event))) return false;
+    if (bTaken) Guarded([&] { return OnKey(*pWidget, event), true; });
     event.accept();
     return true;
+}
+
+// True for a key that the text has declined and that goes no further up. The panel knows what ends typing; a
+// shortcut goes to the main window, past the picture.
+bool CQtKeyFilter::OnText(const QWidget& widget, const QWidget& text, const QKeyEvent& event) {
+    const int nKey = event.key();
+    const bool bEnds = nKey == Qt::Key_Escape || nKey == Qt::Key_Return || nKey == Qt::Key_Enter;
+    if (&widget == &text || (bEnds && CQtPanel::Of(widget))) return false;
+    auto* pMain = dynamic_cast<IWindow*>(m_pWindow.data());
+    if (event.type() == QEvent::KeyPress && !event.isAutoRepeat() && IsShortcut(event) && pMain &&
+        Takes(text))
+        PostKey(pMain, VirtualKeyOf(event), true, false);
+    return true;
+}
+
+void CQtKeyFilter::PostKey(IWindow* pReceiver, int nVirtualKey, bool bDown, bool bAlt) {
+    m_pump.Post({pReceiver, KeyMessage(bDown, bAlt), nVirtualKey, 0, {}});
+}
+
+void CQtKeyFilter::PostRelease(int nVirtualKey) {
+    if (m_setTold.erase(nVirtualKey) == 0) return;
+    if (IWindow* pReceiver = m_fnReceiver ? m_fnReceiver() : nullptr)
+        PostKey(pReceiver, nVirtualKey, false, nVirtualKey == VK_Alt);
 }
 
 void CQtKeyFilter::OnKey(QWidget& widget, const QKeyEvent& event) {
@@ -75,10 +141,12 @@ void CQtKeyFilter::OnKey(QWidget& widget, const QKeyEvent& event) {
     if (!bDown && event.isAutoRepeat()) return;
     IWindow* pReceiver = m_fnReceiver ? m_fnReceiver() : nullptr;
     if (!pReceiver) return;
+    if (bDown)
+        m_setTold.insert(nVirtualKey);
+    else
+        m_setTold.erase(nVirtualKey);
     const bool bAlt = event.modifiers().testFlag(Qt::AltModifier) || nVirtualKey == VK_Alt;
-    const EMessage id = bDown ? (bAlt ? EMessage::SysKeyDown : EMessage::KeyDown)
-                              : (bAlt ? EMessage::SysKeyUp : EMessage::KeyUp);
-    TTyped typed{{pReceiver, id, nVirtualKey, event.isAutoRepeat() ? 1 : 0, {}},
+    TTyped typed{{pReceiver, KeyMessage(bDown, bAlt), nVirtualKey, event.isAutoRepeat() ? 1 : 0, {}},
                  m_pump.GetRound(),
                  &widget,
                  std::unique_ptr<QKeyEvent>(static_cast<QKeyEvent*>(event.clone()))};

@@ -1,5 +1,5 @@
 // The keyboard's road: every key goes to the application first, as a message, and back to the widget that it
-// was typed into when the application has no use for it.
+// was typed into when the application has no use for it. What is typed into a panel's text stays there.
 #pragma once
 
 #include "core/Platform/Message.h"
@@ -12,6 +12,7 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <set>
 
 class CQtEventPump;
 class CQtKeyState;
@@ -40,11 +41,16 @@ private:
 
     bool Takes(const QWidget& widget) const;
     void OnKey(QWidget& widget, const QKeyEvent& event);
+    bool OnText(const QWidget& widget, const QWidget& text, const QKeyEvent& event);
+    void PostKey(IWindow* pReceiver, int nVirtualKey, bool bDown, bool bAlt);
+    void PostRelease(int nVirtualKey);
+    void OnInactive();
 
     CQtEventPump& m_pump;
     CQtKeyState& m_keys;
     QPointer<QWidget> m_pWindow;
     std::function<IWindow*()> m_fnReceiver;
+    std::set<int> m_setTold;           ///< keys whose press the application was told of, but no release yet
     std::deque<TTyped> m_deqTyped;     ///< events whose messages may still be declined
     const QEvent* m_pResent = nullptr; ///< the event on its way back, null when none is
 };

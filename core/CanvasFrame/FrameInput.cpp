@@ -157,7 +157,8 @@ void CFrameInput::WatchSilence() {
 void CFrameInput::OnPointer(const TPointerInput& input) {
     if (!m_frame.IsActive()) return;
     ICanvasWindow& window = m_frame.GetInputWindow();
-    window.SetFocus();
+    // A pointer that only passes takes the keyboard from nobody who is typing.
+    if (input.message != EMessage::MouseMove || input.uPress != 0) window.SetFocus();
     m_ptPointer = {input.pt.x / input.nScale, input.pt.y / input.nScale};
     if (input.message == EMessage::MouseMove && m_pTablet) m_pTablet->Enable(true);
     const auto spTool = g_wpActiveTool.lock();

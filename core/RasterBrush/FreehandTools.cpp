@@ -1,5 +1,6 @@
 #include "core/RasterBrush/FreehandTools.h"
 
+#include "core/Platform/System.h"
 #include "core/RasterStroke/RasterBrushStroke.h"
 #include "core/RasterStroke/RasterPencilStroke.h"
 
@@ -8,7 +9,9 @@
 #include <utility>
 
 bool CRasterBrush::OnKeyDown(int nKey) {
-    if (nKey != 'X') return CRasterBrushImpl::OnKeyDown(nKey);
+    IKeyState& keys = GetOutside().keys;
+    if (nKey != 'X' || keys.IsKeyDown(VK_Control) || keys.IsKeyDown(VK_Alt))
+        return CRasterBrushImpl::OnKeyDown(nKey);
     std::swap(m_freehand.m_clrBrush, m_freehand.m_clrBack);
     GetOutside().fnNotify(EToolNotice::ColorChanged);
     return false;

@@ -9,7 +9,7 @@ public:
     explicit CRasterBrush(const TToolOutside& outside) : CRasterBrushImpl(outside, L"RasterBrush") {}
     int GetToolId() const override { return TOOL_BRUSH; }
     const wchar_t* GetName() const override { return L"ラスタブラシ"; }
-    /// X exchanges the two colours.
+    /// X exchanges the two colours; with Ctrl or Alt it is another key.
     bool OnKeyDown(int nKey) override;
 
 protected:

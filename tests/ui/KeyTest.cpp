@@ -77,6 +77,27 @@ TEST_F(CUiTest, KeyStateIsThatOfTheMessageInHand) {
     EXPECT_FALSE(keys.IsKeyDown('Z') || keys.IsKeyDown(-1) || keys.IsKeyDown(256));
 }
 
+TEST_F(CUiTest, WhereverAKeyComesUpThePictureHearsOfIt) {
+    Open(m_a);
+    QWidget* pView = GetWidget().focusWidget();
+    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Alt}) QTest::keyPress(pView, key);
+    Turn();
+    emit qApp->applicationStateChanged(Qt::ApplicationInactive);
+    Turn();
+    EXPECT_EQ(m_a.Got(EMessage::KeyUp), (TParams{{VK_Space, 0}})) << "the hand lets go";
+    EXPECT_EQ(m_a.Got(EMessage::SysKeyUp), (TParams{{VK_Alt, 0}}));
+    QTest::keyPress(pView, Qt::Key_Space);
+    Turn();
+    QDialog dialog(&GetWidget());
+    dialog.setModal(true);
+    dialog.show();
+    QTest::keyRelease(&dialog, Qt::Key_Space);
+    QTest::keyClick(&dialog, Qt::Key_B);
+    dialog.close();
+    Turn();
+    EXPECT_EQ(m_a.Got(EMessage::KeyUp), (TParams{{VK_Space, 0}, {VK_Space, 0}})) << "once, and nothing of B";
+}
+
 TEST_F(CUiTest, ChildrensOwnShortcutsFollowTheirUse) {
     ICanvasWindow* pFirst = Open(m_a);
     Open(m_b);

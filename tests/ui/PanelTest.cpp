@@ -154,6 +154,45 @@ TEST_F(CPanelTest, OnlyTextTakesTheKeyboardByAClick) {
     EXPECT_EQ(Focus(), pView);
 }
 
+TEST_F(CPanelTest, WhatATextDeclinesNeverReachesThePicture) {
+    m_pMain->Show();
+    QWidget* const pView = Focus();
+    IKeyState& keys = m_platform.GetPlatform().keys;
+    Get<QSpinBox>(3).setFocus();
+    for (QWidget* pText : std::initializer_list<QWidget*>{&Get<QSpinBox>(3), &Get<QLineEdit>(4)}) {
+        pText->setFocus();
+        for (const auto& [nKey, modifier] : {std::pair{Qt::Key_X, Qt::NoModifier},
+                                             {Qt::Key_Delete, Qt::NoModifier},
+                                             {Qt::Key_Space, Qt::NoModifier},
+                                             {Qt::Key_Up, Qt::ControlModifier},
+                                             {Qt::Key_A, Qt::ControlModifier},
+                                             {Qt::Key_D, Qt::ControlModifier}}) {
+            QTest::keyPress(pText, nKey, modifier);
+            Turn();
+            // A tool would find it down at the pointer's next event.
+            EXPECT_FALSE(keys.IsKeyDown('X') || keys.IsKeyDown(VK_Space) || keys.IsKeyDown(VK_Delete));
+            QTest::keyRelease(pText, nKey, modifier);
+            Turn();
+        }
+        EXPECT_EQ(Focus(), pText);
+    }
+    EXPECT_EQ(m_a.Got(EMessage::KeyDown), TParams());
+    // A shortcut works all the same, past the picture; what ends typing is the panel's.
+    EXPECT_THAT(m_main.Got(EMessage::KeyDown), testing::Contains(std::pair<int64_t, int64_t>{'D', 0}));
+    QTest::keyClick(&Get<QLineEdit>(4), Qt::Key_S, Qt::ControlModifier);
+    QTest::keyClick(&Get<QLineEdit>(4), Qt::Key_F1);
+    Turn();
+    const TParams vMain = m_main.Got(EMessage::KeyDown);
+    ASSERT_GE(vMain.size(), 2u);
+    EXPECT_EQ(vMain[vMain.size() - 2].first, 'S');
+    EXPECT_EQ(vMain.back().first, 0x70);
+    EXPECT_EQ(Focus(), &Get<QLineEdit>(4));
+    QTest::keyClick(&Get<QLineEdit>(4), Qt::Key_Escape);
+    Turn();
+    EXPECT_EQ(Focus(), pView);
+    EXPECT_EQ(m_a.Got(EMessage::KeyDown), TParams());
+}
+
 TEST_F(CPanelTest, TheKeyboardAloneReachesEveryControlAndShortcutsStillWork) {
     QSet<QWidget*> vReached;
     for (int n = 0; n < 40; ++n) {

@@ -83,6 +83,31 @@ private:
     CSessionScope m_scope;
 };
 
+TEST(Typing, LastsWhileThePointerOnlyPassesOverThePicture) {
+    CSettingsFolder folder;
+    CRecordedWindow window([](std::string_view) { return true; });
+    window.GetMain().Show();
+    auto& main = dynamic_cast<QMainWindow&>(window.GetMain());
+    auto* pPanel = dynamic_cast<QWidget*>(g_pMainFrame->GetPanels().Find(12815)->GetWindow());
+    auto* pText = pPanel->findChild<QLineEdit*>("4");
+    ASSERT_NE(pText, nullptr);
+    QWidget& view = window.GetViewport();
+    const QPointF pt(view.rect().center());
+    const auto mouse = [&](QEvent::Type type, Qt::MouseButton button) {
+        QMouseEvent event(type, pt, view.mapToGlobal(pt), button, button, Qt::NoModifier);
+        QCoreApplication::sendEvent(&view, &event);
+        window.Settle();
+    };
+    pText->setFocus();
+    mouse(QEvent::MouseMove, Qt::NoButton);
+    SendPen(view, window.m_pen, pt, 0);
+    window.Settle();
+    EXPECT_EQ(main.focusWidget(), pText);
+    SendPen(view, window.m_pen, pt, 0.5);
+    window.Settle();
+    EXPECT_EQ(main.focusWidget(), view.parentWidget()) << "a pen that draws takes the keyboard";
+}
+
 TEST(Record, OfTheRealWindowGivesTheSameDocumentWithoutOne) {
     CSettingsFolder folder;
     std::string strRecord, strDocument;

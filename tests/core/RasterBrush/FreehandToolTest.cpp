@@ -1,6 +1,8 @@
 // From pointer events to control points and pixels, through a running session.
 #include "core/AppModule/CommandIds.h"
 #include "core/IniConfig/GlobalSwitches.h"
+#include "core/IniConfig/IniConfig.h"
+#include "core/Platform/System.h"
 #include "tests/session/ScriptedSession.h"
 
 #include <gtest/gtest.h>
@@ -56,6 +58,24 @@ TEST_F(FreehandTools, EscapeCancelsAndALeavingPenCommits) {
               "");
     // While a stroke runs there is nothing to undo.
     EXPECT_NE(session.Play(strHalf + "{\"command\":57643}\n").find("is disabled"), std::string::npos);
+}
+
+TEST_F(FreehandTools, XAloneSwapsTheColours) {
+    for (const auto& [nHeld, nBrush] : {std::pair{VK_Shift, 255}, {VK_Control, 0}, {VK_Alt, 0}}) {
+        const std::string strHeld = std::to_string(nHeld);
+        CScriptedSession session;
+        EXPECT_EQ(session.Play(R"({"set":{"section":"BrushParam\\RasterBrush","key":"BackColor","value":255}}
+{"tool":2}
+{"key":{"down":)" + strHeld +
+                               "}}\n{\"key\":{\"down\":88}}\n{\"key\":{\"up\":" + strHeld + R"(}}
+{"pointer":{"x":9,"y":9}}
+)" + END),
+                  "");
+        CIniConfig config(L"/settings/Vellumcraft/Vellumcraft.ini", session.m_files);
+        EXPECT_EQ(config.GetSection(L"BrushParam")->GetSection(L"RasterBrush")->GetInt(L"BrushColor", 0),
+                  nBrush)
+            << nHeld;
+    }
 }
 
 TEST_F(FreehandTools, MouseDrawsAtFullPressureAndNotBesideThePen) {
