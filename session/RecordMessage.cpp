@@ -203,6 +203,7 @@ void RecordPacket(const TRecordTo& to, const TPenPacket& packet) {
     if (packet.uCursor == CURSOR_ERASER) line["eraser"] = true;
     if (packet.uStatus != 0) line["status"] = packet.uStatus;
     if (IsCovered(*pWindow, pt, nUnits)) line["covered"] = true;
+    // Whether the window has the capture is not asked: a packet before it, read in one go, may let it go.
     if (IsBeside(*pWindow, pt, nUnits) || IsRefused(true)) line["idle"] = true;
     to.record.Write("packet", line);
 }

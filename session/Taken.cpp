@@ -28,7 +28,6 @@ bool IsRefused(bool bTablet) {
 }
 
 bool IsBeside(const ICanvasWindow& window, CPoint pt, int32_t nUnits) {
-    if (window.HasCapture()) return false;
     const CSize sz = window.GetClientSize();
     return pt.x < 0 || pt.y < 0 || pt.x / nUnits >= sz.cx || pt.y / nUnits >= sz.cy;
 }
@@ -41,7 +40,7 @@ void RequireTaken(bool bTablet) {
 
 void RequireTaken(const ICanvasWindow& window, CPoint pt, int32_t nUnits) {
     RequireTaken(true);
-    if (!GetReadyTool() || !IsBeside(window, pt, nUnits)) return;
+    if (!GetReadyTool() || window.HasCapture() || !IsBeside(window, pt, nUnits)) return;
     const CSize sz = window.GetClientSize();
     throw step_failure("nothing takes the pen beside the view of " + std::to_string(sz.cx) + " by " +
                        std::to_string(sz.cy) + " pixels");

@@ -8,10 +8,9 @@ class ICanvasWindow;
 /// True when the active tool could work, but takes nothing from this device now, since the other one draws or
 /// the mouse echoes the pen, and no hand drags the view.
 bool IsRefused(bool bTablet);
-/// True when a pen at a position in 1 / `nUnits` of a client pixel is not over the window, which has not got
-/// the capture either.
+/// True for a position outside the client area, in 1 / `nUnits` of a client pixel.
 bool IsBeside(const ICanvasWindow& window, CPoint pt, int32_t nUnits);
 /// Raises step_failure for IsRefused.
 void RequireTaken(bool bTablet);
-/// For a pen over a window of a tool that could work: also for IsBeside.
+/// For a pen over a window of a tool that could work: also for IsBeside, unless the window has the capture.
 void RequireTaken(const ICanvasWindow& window, CPoint pt, int32_t nUnits);

@@ -31,7 +31,7 @@ void CQtKeyFilter::SetWindow(QWidget* pWindow, std::function<IWindow*()> receive
 // What happens to the keys while another program has the keyboard is not told: they count as released.
 void CQtKeyFilter::OnInactive() {
     m_keys.Clear();
-    for (const int nVirtualKey : std::set<int>(m_setTold)) PostRelease(nVirtualKey);
+    while (!m_setTold.empty()) PostRelease(*m_setTold.begin());
 }
 
 bool CQtKeyFilter::IsKeyDown(int nVirtualKey) const { return m_keys.IsKeyDown(nVirtualKey); }

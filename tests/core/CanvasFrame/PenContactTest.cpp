@@ -104,7 +104,7 @@ TEST_F(PenContact, AfterACancelTheRestOfTheContactDrawsNothing) {
 }
 
 TEST_F(PenContact, WhileTheMouseDrawsPacketsAreReadAndDropped) {
-    const std::string strPackets = Line(120, 180, 900);
+    const std::string strPackets = Line(120, 180, 900, ",\"idle\":true");
     EXPECT_EQ(Draw(Mouse("ldown", 20) + strPackets + Mouse("move", 60) + Mouse("lup", 60) +
                    "{\"expect\":{\"history\":{\"undo\":[\"レイヤー追加\",\"レイヤー追加\",\"ラスタブラシ\"],"
                    "\"redo\":[]}}}\n" +
