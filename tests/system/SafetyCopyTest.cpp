@@ -35,7 +35,7 @@ protected:
     // `bDies`.
     bool SaveFails(const std::string& str, rlim_t uLimit, EFileFailure failure, bool bDies = false) {
         return AsPlainUser(0, [&] {
-            if (!bDies) signal(SIGXFSZ, SIG_IGN);
+            signal(SIGXFSZ, bDies ? SIG_DFL : SIG_IGN);
             const auto fill = [&](const TWriteBytes& fnWrite) {
                 const rlimit limit{uLimit, uLimit};
                 return fnWrite(str) && setrlimit(RLIMIT_FSIZE, &limit) == 0;

@@ -6,6 +6,7 @@
 #include "core/LayerBuffer/RasterLayerBuffer.h"
 #include "core/MainFrame/MainFrame.h"
 #include "core/MainFrame/SessionScope.h"
+#include "core/Tools/PenContact.h"
 #include "session/SessionPen.h"
 #include "tests/support/TestPlatform.h"
 
@@ -73,9 +74,9 @@ TEST_F(FrameGuard, InputGoesOnBehindAToolThatFails) {
     Play([&](CPlayer& player) {
         const TPlatform& platform = g_AppModule.GetPlatform();
         CStrokeRandom random;
-        const TToolOutside outside{
-            platform.clock, platform.keys,     random, g_AppModule.GetSettings(), platform.codecs,
-            [](int) {},     [](EToolNotice) {}};
+        CPenContact contact;
+        const TToolOutside outside{platform.clock,  platform.keys, random,     g_AppModule.GetSettings(),
+                                   platform.codecs, contact,       [](int) {}, [](EToolNotice) {}};
         const auto spTool = boost::make_shared<CFailingTool>(outside);
         g_wpActiveTool = spTool;
         const auto packets = [&](int32_t x) {
