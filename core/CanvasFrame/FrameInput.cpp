@@ -127,6 +127,7 @@ void CFrameInput::OnProximity(bool bEnter, bool bEraser) {
     if (!m_pTablet || !m_frame.IsActive() || !spTool) return;
     if (spTool->GetState() == STATE_MOUSE) {
         m_bTurnedEnd = bEnter && bEraser;
+        spTool->GetContact().End();
         return;
     }
     Guarded([&] {

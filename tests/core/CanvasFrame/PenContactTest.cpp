@@ -151,6 +151,22 @@ TEST_F(PenContact, ATipThatReportsItsTouchAndItsLiftAloneDrawsADot) {
     EXPECT_EQ(Draw("{\"pointer\":{\"message\":\"activate\"}}\n" + strClick + strClick), "b");
 }
 
+TEST_F(PenContact, ThePenIsKnownToAnEighthOfAPixelAlsoWhereTheCursorCounts) {
+    for (const int nMouseCoord : {0, 1})
+        for (const int nEighths : {0, 4}) {
+            const std::string strCoord =
+                "{\"set\":{\"section\":\"Tablet\",\"key\":\"MouseCoord\",\"value\":" +
+                std::to_string(nMouseCoord) + "}}\n";
+            const std::string strAt =
+                "{\"packet\":{\"x\":" + std::to_string(160 * 8 + nEighths) + ",\"y\":1600,\"pressure\":";
+            EXPECT_EQ(Play(strCoord + BRUSH + strAt + "900}}\n" + strAt + "0}}\n" + END), "");
+            // A dot on a pixel's edge and one on its centre are symmetric about it.
+            for (int n = 0; n < 7; ++n)
+                EXPECT_EQ(Ink(60 + n), Ink((nEighths ? 60 : 59) - n)) << nMouseCoord << nEighths << n;
+            EXPECT_EQ(Ink(60), 255);
+        }
+}
+
 TEST_F(PenContact, TheOtherEndsToolGoesBackWhicheverWindowHearsIt) {
     const std::string strSecond = "{\"command\":12800}\n";
     EXPECT_EQ(Draw(strSecond + "{\"activate\":0}\n" + Proximity("eraser") + "{\"activate\":1}\n" +
