@@ -38,8 +38,9 @@ void CPathObject::Update() {
     const CRect rcBefore = m_rcBounds;
     try {
         if (!GetStream().IsStorable()) Refuse();
+        const auto spGood = CreateSnapshot();
         RefuseOverflow([&] { GetStream().Update(); });
-        m_spLastGood = CreateSnapshot();
+        m_spLastGood = spGood;
     } catch (const refused_error&) {
         GetStream().ApplySnapshot(*m_spLastGood);
         GetStream().Update();
