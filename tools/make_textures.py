@@ -7,6 +7,7 @@ The papers are 512 by 512 and tile. Eight texels make a canvas pixel; graphite s
 are noise of three coarsenesses: a fine tooth, a rough one and a rougher one. The first is stored with a palette,
 the others as 8-bit grey. The grain is 40 by 40 bytes, 255 where no graphite lies: a dark irregular speck.
 """
+import itertools
 import math
 import pathlib
 import random
@@ -16,6 +17,9 @@ import zlib
 
 SIDE = 512
 GRAIN = 40
+LIGHT = 0.5  # how far papers are lighter than grey, in deviations of their noise
+LIGHTEST = 220  # the hills take graphite too, or the highest ones stay white in dark shading and show the period
+CONTRAST = 2.3  # how hard hills and hollows part
 
 
 def blur_rows(plane, radius):
@@ -23,36 +27,52 @@ def blur_rows(plane, radius):
     width = 2 * radius + 1
     out = []
     for row in plane:
-        total = sum(row[-radius:]) + sum(row[:radius + 1])
-        line = []
-        for x in range(SIDE):
-            line.append(total / width)
-            total += row[(x + radius + 1) % SIDE] - row[x - radius]
-        out.append(line)
+        sums = list(itertools.accumulate(row[-radius:] + row + row[:radius], initial=0))
+        out.append([(end - start) / width for start, end in zip(sums, sums[width:])])
     return [list(column) for column in zip(*out)]
 
 
-def noise(rng, radius):
-    """Tiling noise with features about as wide as the blur, of mean 0 and deviation 1."""
-    plane = [[rng.random() for _ in range(SIDE)] for _ in range(SIDE)]
+def blur(plane, radius):
+    """Three boxes in each direction, nearly a bell; the plane tiles."""
     for _ in range(3):
         plane = blur_rows(blur_rows(plane, radius), radius)
+    return plane
+
+
+def combine(function, *planes):
+    return [list(map(function, *rows)) for rows in zip(*planes)]
+
+
+def normal(plane):
+    """The plane with mean 0 and deviation 1."""
     values = [v for row in plane for v in row]
     mean = sum(values) / len(values)
     deviation = math.sqrt(sum((v - mean) ** 2 for v in values) / len(values))
-    return [[(v - mean) / deviation for v in row] for row in plane]
+    return combine(lambda v: (v - mean) / deviation, plane)
 
 
-def paper(seed, layers, bias, contrast):
-    """Sums weighted layers of noise and bends them to 0..255: `bias` lightens, `contrast` hardens the hollows."""
+def noise(rng, radius):
+    """Tiling band-passed noise of mean 0 and deviation 1: features about as wide as the blur, and nothing much
+    wider, since that is what would show where the tile comes again."""
+    fine = blur([[rng.random() for _ in range(SIDE)] for _ in range(SIDE)], radius)
+    return normal(combine(lambda v, wide: v - wide, fine, blur(fine, 2 * radius)))
+
+
+def paper(seed, layers):
+    """Sums weighted layers of noise, the coarsest first, and bends them to 0..LIGHTEST. Every neighbourhood takes as
+    much graphite as every other, with as much contrast."""
     rng = random.Random(seed)
-    planes = [(weight, noise(rng, radius)) for radius, weight in layers]
-    scale = math.sqrt(sum(weight ** 2 for weight, _ in planes))
-    texels = []
-    for y in range(SIDE):
-        height = [sum(weight * plane[y][x] for weight, plane in planes) / scale for x in range(SIDE)]
-        texels.append(bytes(int(255 / (1 + math.exp(-contrast * (h + bias)))) for h in height))
-    return texels
+    coarse = layers[0][0]
+    height = normal(combine(lambda *v: sum(v), *(combine(lambda v, w=weight: v * w, noise(rng, radius))
+                                                  for radius, weight in layers)))
+    power = blur(combine(lambda v: v * v, height), coarse * 3 // 2)
+    height = normal(combine(lambda v, p: v / math.sqrt(p), height, power))
+    texels = combine(lambda v: LIGHTEST / (1 + math.exp(-CONTRAST * (v + LIGHT))), height)
+    mean = sum(map(sum, texels)) / SIDE ** 2
+    for _ in range(2):  # what is cut off at both ends tilts the level again
+        level = blur(texels, 2 * coarse)
+        texels = combine(lambda v, around: min(max(v - around + mean, 0), LIGHTEST), texels, level)
+    return [bytes(map(int, row)) for row in texels]
 
 
 def write_png(path, rows, palette):
@@ -89,9 +109,9 @@ def grain():
 def main():
     folder = pathlib.Path(sys.argv[1]) / "textures"
     folder.mkdir(parents=True, exist_ok=True)
-    write_png(folder / "65500.png", paper(1, [(2, 1.0), (1, 0.6)], 0.2, 1.5), True)
-    write_png(folder / "65501.png", paper(2, [(5, 1.0), (2, 0.6)], 0.2, 1.45), False)
-    write_png(folder / "65502.png", paper(3, [(9, 1.0), (4, 0.7), (2, 0.4)], 0.2, 1.5), False)
+    write_png(folder / "65500.png", paper(1, [(3, 1.0), (1, 0.6)]), True)
+    write_png(folder / "65501.png", paper(2, [(5, 1.0), (2, 0.6)]), False)
+    write_png(folder / "65502.png", paper(3, [(7, 1.0), (3, 0.7)]), False)
     (folder / "grain.bin").write_bytes(grain())
 
 

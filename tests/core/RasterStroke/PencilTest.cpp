@@ -101,6 +101,48 @@ TEST_F(Pencil, PaperKeepsGraphiteInItsHollows) {
     EXPECT_EQ(setPictures.size(), 3u);
 }
 
+TEST_F(Pencil, NoPeriodOfThePaperShowsInAShadedArea) {
+    constexpr int SIDE = 208, WINDOW = 8, PERIOD = 64 / WINDOW, WINDOWS = 3 * PERIOD;
+    for (const uint8_t uTexture : {1, 2, 3}) {
+        CStrokeRandom random(4);
+        const TBrushParam param{.BrushRadius = 60,
+                                .BlurLevel = 50,
+                                .PressRadius = false,
+                                .PressAlpha = true,
+                                .PaperRoughness = 3,
+                                .PencilHardness = 1,
+                                .PencilTexture = uTexture};
+        CRasterPencilStroke stroke({.szCanvas = {SIDE, SIDE},
+                                    .param = param,
+                                    .clock = m_clock,
+                                    .random = random,
+                                    .pCodecs = &m_codecs});
+        for (int n = 0; n < 12; ++n) // lines up and down beside each other
+            for (int k = 0; k <= 8; ++k)
+                stroke.AddCtlPoint({n * 160, (n % 2 == 0 ? k : 8 - k) * SIDE}, 260, 90);
+        stroke.AddCtlPoint({0, 0}, FINAL_PRESSURE, 90);
+        ASSERT_TRUE(stroke.Update());
+        const auto v = ValuesOf(stroke.GetMain());
+        // Tones of an eye that sees 8 pixels at once, the same place of each period added up: what random
+        // grains leave of that is paper. A line's own tone is taken out.
+        double adTone[WINDOWS][WINDOWS] = {}, adLine[WINDOWS] = {}, adPlace[PERIOD][PERIOD] = {};
+        for (int y = 0; y < WINDOWS * WINDOW; ++y)
+            for (int x = 0; x < WINDOWS * WINDOW; ++x)
+                adTone[y / WINDOW][x / WINDOW] +=
+                    v[static_cast<size_t>((y + 8) * SIDE + x + 8)] / 257.0 / (WINDOW * WINDOW);
+        for (int y = 0; y < WINDOWS; ++y)
+            for (int x = 0; x < WINDOWS; ++x) adLine[x] += adTone[y][x] / WINDOWS;
+        double dSquares = 0;
+        for (int y = 0; y < WINDOWS; ++y)
+            for (int x = 0; x < WINDOWS; ++x)
+                adPlace[y % PERIOD][x % PERIOD] += (adTone[y][x] - adLine[x]) / 9;
+        for (const auto& adRow : adPlace)
+            for (const double d : adRow) dSquares += d * d;
+        EXPECT_GT(adLine[WINDOWS / 2], 60);
+        EXPECT_LT(std::sqrt(dSquares) / PERIOD, 4.0) << int{uTexture} << " of 255 levels";
+    }
+}
+
 TEST(PencilSpread, BendsAtItsAngleAndStopsAtBothEnds) {
     EXPECT_EQ(PencilSpread(0, 40), 1.0);
     EXPECT_NEAR(PencilSpread(1, 40), 1.0, 1e-9);
