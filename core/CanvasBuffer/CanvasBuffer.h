@@ -45,6 +45,7 @@ public:
     bool IsColor() const override { return m_bColor; }
     bool IsColorRaster() const override { return m_bColorRaster; }
     CHistoryStream& GetHistory() override { return *m_spHistory; }
+    uint64_t TakeStrokeNumber() override { return m_uStrokes++; }
     /// Chooses the planes' kinds; only before Create.
     void SetColorMode(bool bColor, bool bColorRaster);
 
@@ -59,7 +60,7 @@ public:
     /// The composite: the root's picture, current in every block that ComposeBlock was called for.
     CRasterBuffer& GetComposite() const;
     /// Takes strokes in progress one slice of time further; true when a redraw is due.
-    bool Update() { return GetRoot().UpdateStrokes(); }
+    bool Update() { return GetRoot().UpdateStrokes(GetRoot().GetNextStroke()); }
     /// True while Update has something to do without any new point.
     bool IsBehind() const { return GetRoot().IsBehind(); }
     /// True while complete strokes wait to be merged.
@@ -74,8 +75,7 @@ public:
     /// nothing paints it has no tile.
     boost::shared_ptr<CRasterBuffer> Flatten();
 
-    const CSelectBuffer* GetSelect() const override { return m_spSelect.get(); }
-    const boost::shared_ptr<CSelectBuffer>& GetSelectShared() const { return m_spSelect; }
+    const boost::shared_ptr<CSelectBuffer>& GetSelect() const override { return m_spSelect; }
     /// Replaces the selection; null selects nothing.
     void SetSelect(const boost::shared_ptr<CSelectBuffer>& spSelect) { m_spSelect = spSelect; }
 
@@ -102,6 +102,7 @@ private:
     bool m_bColorRaster = true;
     boost::shared_ptr<CHistoryStream> m_spHistory;
     boost::shared_ptr<CSelectBuffer> m_spSelect;
+    uint64_t m_uStrokes = 0; ///< numbers given to complete strokes
     std::wstring m_strPath;
     boost::shared_ptr<UpdateCounterMatrix> m_spCounters;
     boost::shared_ptr<InternalLayerBuffer> m_spRoot;

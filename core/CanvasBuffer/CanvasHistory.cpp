@@ -10,7 +10,7 @@ CCanvasBuffer::FullBackup TakeOriginal(const boost::shared_ptr<CCanvasBuffer>& s
 
 void SwapSelect(const boost::shared_ptr<CCanvasBuffer>& spCanvas, boost::shared_ptr<CSelectBuffer>* pState) {
     if (!spCanvas) return;
-    const boost::shared_ptr<CSelectBuffer> spNow = spCanvas->GetSelectShared();
+    const boost::shared_ptr<CSelectBuffer> spNow = spCanvas->GetSelect();
     spCanvas->SetSelect(*pState);
     *pState = spNow;
 }
@@ -27,7 +27,7 @@ void CanvasBufferHistoryHelper::Commit() { m_helper.Commit(m_strName, m_spCanvas
 void ChangeSelection(const boost::shared_ptr<CCanvasBuffer>& spCanvas,
                      const boost::shared_ptr<CSelectBuffer>& spSelect, std::wstring strName) {
     CSymmetricHistoryHelper<CCanvasBuffer, boost::shared_ptr<CSelectBuffer>> helper(
-        spCanvas, spCanvas->GetSelectShared(), SwapSelect);
+        spCanvas, spCanvas->GetSelect(), SwapSelect);
     spCanvas->SetSelect(spSelect);
     helper.Commit(std::move(strName), spCanvas->GetHistory());
 }

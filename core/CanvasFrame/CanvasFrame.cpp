@@ -162,7 +162,7 @@ void CCanvasFrame::OnPaint(IPaintTarget& target, const CRect& rc) {
 // Only the active frame shows more than its canvas: what the tool draws over it, and the selection.
 CGDIBuffer* CCanvasFrame::PaintOverlays(CGDIBuffer& screen, const CRect& rc) {
     if (!IsActive()) return &screen;
-    const CSelectBuffer* pSelect = m_spCanvas->GetSelect();
+    const CSelectBuffer* pSelect = m_spCanvas->GetSelect().get();
     const CRect rcSelection = pSelect ? SelectionRect(*pSelect, m_view) : CRect();
     if (rcSelection.Intersect(rc).IsEmpty() && m_input.GetOverlayRect().Intersect(rc).IsEmpty())
         return &screen;
@@ -372,7 +372,7 @@ void CCanvasFrame::OnSelectionTimer() {
     // What was painted goes first: the selection may have gone or be another one.
     CRect rc = m_rcSelectionDirty;
     m_rcSelectionDirty = {};
-    const CSelectBuffer* pSelect = m_spCanvas->GetSelect();
+    const CSelectBuffer* pSelect = m_spCanvas->GetSelect().get();
     if (pSelect && IsActive()) rc = rc.Union(SelectionRect(*pSelect, m_view));
     if (!rc.IsEmpty()) m_pWindow->Invalidate(rc);
 }

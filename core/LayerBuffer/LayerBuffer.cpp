@@ -189,15 +189,16 @@ void CLayerBuffer::UpdateFlags() {
     if (const auto spChanges = GetChangeMatrix()) dirty.Or(*spChanges);
 }
 
-bool CLayerBuffer::UpdateStrokes() {
+bool CLayerBuffer::UpdateStrokes(uint64_t uNumber) {
     bool bChanged = false;
-    for (const TLayerPtr& spChild : m_lstChildren) bChanged |= spChild->UpdateStrokes();
+    for (const TLayerPtr& spChild : m_lstChildren) bChanged |= spChild->UpdateStrokes(uNumber);
     return bChanged;
 }
 
-bool CLayerBuffer::HasPendingWork() const {
-    return std::any_of(m_lstChildren.begin(), m_lstChildren.end(),
-                       [](const TLayerPtr& spChild) { return spChild->HasPendingWork(); });
+uint64_t CLayerBuffer::GetNextStroke() const {
+    uint64_t uNext = NO_STROKE;
+    for (const TLayerPtr& spChild : m_lstChildren) uNext = std::min(uNext, spChild->GetNextStroke());
+    return uNext;
 }
 
 bool CLayerBuffer::IsBehind() const {

@@ -30,6 +30,9 @@ constexpr int MAX_LAYER_NESTING = 256;
 /// By how much thumbnails shrink a canvas: the largest divisor of 96 that keeps both sides over 34, else 1.
 int ThumbnailScale(CSize szCanvas);
 
+/// More than the number of any stroke.
+constexpr uint64_t NO_STROKE = UINT64_MAX;
+
 /// A layer. Useless without its canvas, which it holds weakly. Children are painted from the first to the
 /// last; children of anything but a set or the root are clipped to their parent's coverage.
 class CLayerBuffer : public boost::enable_shared_from_this<CLayerBuffer>, boost::noncopyable {
@@ -55,10 +58,14 @@ public:
     /// The layer's extra dirty flags, null when it has none.
     virtual boost::shared_ptr<CBoolMatrix> GetChangeMatrix() const { return {}; }
     virtual CSerializer Serialize() const = 0;
-    /// Takes strokes in this layer and below one slice of time further; true when a redraw is due.
-    virtual bool UpdateStrokes();
+    /// Takes strokes in this layer and below one slice of time further and merges the complete stroke of that
+    /// number once it is rendered; true when a redraw is due.
+    virtual bool UpdateStrokes(uint64_t uNumber);
+    /// The lowest number of the complete strokes in this layer and below that wait to be merged, NO_STROKE
+    /// when none does.
+    virtual uint64_t GetNextStroke() const;
     /// True while complete strokes in this layer or below wait to be merged.
-    virtual bool HasPendingWork() const;
+    bool HasPendingWork() const { return GetNextStroke() != NO_STROKE; }
     /// True while UpdateStrokes has something to do in this layer or below without any new point.
     virtual bool IsBehind() const;
     /// A new layer, in no tree yet, that holds this layer's picture under the other's, both with their

@@ -5,6 +5,8 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include <cstdint>
+
 class CHistoryStream;
 class CLayerBuffer;
 class CSelectBuffer;
@@ -23,8 +25,12 @@ public:
     virtual CHistoryStream& GetHistory() = 0;
     /// The hidden root of the layer tree.
     virtual CLayerBuffer& GetRoot() const = 0;
-    /// The selection, null when nothing is selected.
-    virtual const CSelectBuffer* GetSelect() const = 0;
+    /// The selection, null when nothing is selected; replaced, never edited, so whoever keeps it keeps what
+    /// was selected.
+    virtual const boost::shared_ptr<CSelectBuffer>& GetSelect() const = 0;
+    /// A number for a stroke that is complete: strokes are merged in the order of their numbers, on whatever
+    /// layers they are.
+    virtual uint64_t TakeStrokeNumber() = 0;
     /// Gathers the flags of the whole tree, so that every layer can be brought up to date on its own.
     virtual void FlushCanvasUpdates() = 0;
     /// The layer that commands and tools work on: the current child of the current child, from the root down;

@@ -60,7 +60,7 @@ bool CRasterLayerBuffer::PrepareOwn(CPoint pt) {
     m_pRaster->DirtyAt(pt) = 0;
     m_pMask->DirtyAt(pt) = 0;
     bool bAny = m_pRaster->GetBlock(pt, false) != nullptr;
-    ForEachStroke([&](const CAlphaBufferBase& plane) {
+    ForEachStroke([&](const CAlphaBufferBase& plane, const CSelectBuffer*) {
         const int n = plane.GetResolutionScale();
         const_cast<CAlphaBufferBase&>(plane).DirtyAt({pt.x * n, pt.y * n}) = 0;
         bAny = bAny || CoversBlock(plane, pt);
@@ -72,10 +72,9 @@ void CRasterLayerBuffer::RenderOwn(CRasterBlockBuffer& dest) const {
     const CPoint pt = dest.GetPosition();
     const auto spMask = m_pMask->GetBlock(pt, false);
     boost::shared_ptr<CRasterBlockBuffer> spWork;
-    // Paint in progress stays inside the selection: where that has no tile nothing is painted.
-    const CSelectBuffer* pSelect = GetCanvas()->GetSelect();
-    const CRasterBlockBuffer* pSelected = pSelect ? pSelect->GetMaskTile(pt) : nullptr;
-    ForEachStroke([&](const CAlphaBufferBase& plane) {
+    // Paint in progress stays inside its selection: where that has no tile nothing is painted.
+    ForEachStroke([&](const CAlphaBufferBase& plane, const CSelectBuffer* pSelect) {
+        const CRasterBlockBuffer* pSelected = pSelect ? pSelect->GetMaskTile(pt) : nullptr;
         if ((pSelect && !pSelected) || !CoversBlock(plane, pt)) return;
         if (!spWork) {
             spWork = m_pRaster->CreateBlock(pt);
@@ -91,7 +90,9 @@ void CRasterLayerBuffer::RenderOwn(CRasterBlockBuffer& dest) const {
 
 boost::shared_ptr<CRasterBlockBuffer> CRasterLayerBuffer::GetOwnTile(CPoint pt) const {
     bool bPlain = IsPictureCached(GetCanvas()->IsColorRaster()) && !m_pMask->GetBlock(pt, false);
-    ForEachStroke([&](const CAlphaBufferBase& plane) { bPlain = bPlain && !CoversBlock(plane, pt); });
+    ForEachStroke([&](const CAlphaBufferBase& plane, const CSelectBuffer*) {
+        bPlain = bPlain && !CoversBlock(plane, pt);
+    });
     return bPlain ? m_pRaster->GetBlock(pt, false) : boost::shared_ptr<CRasterBlockBuffer>();
 }
 
@@ -99,22 +100,25 @@ boost::shared_ptr<CBoolMatrix> CRasterLayerBuffer::GetChangeMatrix() const {
     auto spMatrix = boost::make_shared<CBoolMatrix>(m_pRaster->GetBufferSize());
     spMatrix->Or(m_pRaster->GetDirty());
     spMatrix->Or(m_pMask->GetDirty());
-    ForEachStroke([&](const CAlphaBufferBase& plane) { AddReach(*spMatrix, plane.GetDirty(), plane); });
+    ForEachStroke([&](const CAlphaBufferBase& plane, const CSelectBuffer*) {
+        AddReach(*spMatrix, plane.GetDirty(), plane);
+    });
     return spMatrix;
 }
 
 template <class Function>
 void CRasterLayerBuffer::ForEachStroke(Function fn) const {
-    for (const auto& spStroke : m_deqQueue) fn(spStroke->GetDisplay());
-    if (m_spStroke) fn(m_spStroke->GetDisplay());
+    for (const TQueuedStroke& queued : m_deqQueue) fn(queued.spStroke->GetDisplay(), queued.spSelect.get());
+    if (m_spStroke) fn(m_spStroke->GetDisplay(), GetCanvas()->GetSelect().get());
 }
 
-// Everything that the stroke shows is to be drawn again.
+// Flags what the stroke shows, and what it has stopped showing since the last redraw.
 void CRasterLayerBuffer::FlagStroke(CRasterStroke& stroke) {
     const CAlphaBufferBase& plane = stroke.GetDisplay();
     m_pRaster->ForEachBlock([&](CPoint pt) {
         if (CoversBlock(plane, pt)) m_pRaster->DirtyAt(pt) = 1;
     });
+    AddReach(m_pRaster->GetDirty(), plane.GetDirty(), plane);
 }
 
 void CRasterLayerBuffer::SetStroke(const boost::shared_ptr<CRasterStroke>& spStroke) {
@@ -123,34 +127,38 @@ void CRasterLayerBuffer::SetStroke(const boost::shared_ptr<CRasterStroke>& spStr
 }
 
 void CRasterLayerBuffer::QueueStroke() {
-    if (m_spStroke) m_deqQueue.push_back(m_spStroke);
+    if (!m_spStroke) return;
+    const TCanvasPtr spCanvas = GetCanvas();
+    m_deqQueue.push_back({m_spStroke, spCanvas->GetSelect(), spCanvas->TakeStrokeNumber()});
     m_spStroke.reset();
 }
 
-bool CRasterLayerBuffer::UpdateStrokes() {
-    const bool bChildren = CLayerBuffer::UpdateStrokes();
-    const auto spStroke = m_deqQueue.empty() ? m_spStroke : m_deqQueue.front();
+bool CRasterLayerBuffer::UpdateStrokes(uint64_t uNumber) {
+    const bool bChildren = CLayerBuffer::UpdateStrokes(uNumber);
+    const auto spStroke = m_deqQueue.empty() ? m_spStroke : m_deqQueue.front().spStroke;
     if (!spStroke) return bChildren;
     m_bBehind = !spStroke->Update();
-    if (!m_bBehind && !m_deqQueue.empty()) {
-        MergeStroke(*spStroke);
+    if (!m_bBehind && !m_deqQueue.empty() && m_deqQueue.front().uNumber == uNumber) {
+        MergeStroke(m_deqQueue.front());
         m_deqQueue.pop_front();
     }
     return true;
 }
 
-bool CRasterLayerBuffer::HasPendingWork() const {
-    return !m_deqQueue.empty() || CLayerBuffer::HasPendingWork();
+uint64_t CRasterLayerBuffer::GetNextStroke() const {
+    const uint64_t uOwn = m_deqQueue.empty() ? NO_STROKE : m_deqQueue.front().uNumber;
+    return std::min(uOwn, CLayerBuffer::GetNextStroke());
 }
 
 bool CRasterLayerBuffer::IsBehind() const {
     return !m_deqQueue.empty() || (m_spStroke && m_bBehind) || CLayerBuffer::IsBehind();
 }
 
-void CRasterLayerBuffer::MergeStroke(CRasterStroke& stroke) {
+void CRasterLayerBuffer::MergeStroke(const TQueuedStroke& queued) {
+    CRasterStroke& stroke = *queued.spStroke;
     const auto spBefore = m_pRaster->ShallowCopy();
     const CAlphaBufferBase& plane = stroke.GetMain();
-    const CSelectBuffer* pSelect = GetCanvas()->GetSelect();
+    const CSelectBuffer* pSelect = queued.spSelect.get();
     FlagStroke(stroke);
     bool bAny = false;
     const auto paint = [&](CPoint pt) {

@@ -35,25 +35,34 @@ public:
     void SetStroke(const boost::shared_ptr<CRasterStroke>& spStroke);
     /// True from SetStroke until the stroke is complete or taken away.
     bool HasStroke() const { return m_spStroke != nullptr; }
-    /// The stroke in progress is complete: it is rendered to its end and merged into the pixels in its turn,
-    /// one undo step. Another one can begin at once.
+    /// The stroke in progress is complete: it is rendered to its end and merged into the pixels in its turn
+    /// among the strokes of the whole canvas, inside what is selected now, one undo step. Another one can
+    /// begin at once.
     void QueueStroke();
-    bool UpdateStrokes() override;
-    bool HasPendingWork() const override;
+    bool UpdateStrokes(uint64_t uNumber) override;
+    uint64_t GetNextStroke() const override;
     bool IsBehind() const override;
 
 private:
-    // Calls `fn(stroke)` for every stroke that shows, the lowest first.
+    // A complete stroke.
+    struct TQueuedStroke {
+        boost::shared_ptr<CRasterStroke> spStroke;
+        boost::shared_ptr<CSelectBuffer> spSelect; ///< what it was drawn under
+        uint64_t uNumber;
+    };
+
+    // Calls `fn(plane, selection)` for every stroke that shows, the lowest first; without one the selection
+    // is null.
     template <class Function>
     void ForEachStroke(Function fn) const;
     void FlagStroke(CRasterStroke& stroke);
-    void MergeStroke(CRasterStroke& stroke);
+    void MergeStroke(const TQueuedStroke& queued);
 
     boost::shared_ptr<CRasterBuffer> m_pRaster;
     boost::shared_ptr<CAlphaBufferImpl<uint8_t>> m_pMask;
-    std::deque<boost::shared_ptr<CRasterStroke>> m_deqQueue; ///< complete strokes, the oldest first
-    boost::shared_ptr<CRasterStroke> m_spStroke;             ///< the one that is being drawn
-    bool m_bBehind = false; ///< the stroke's last slice of time did not suffice
+    std::deque<TQueuedStroke> m_deqQueue;        ///< the oldest first
+    boost::shared_ptr<CRasterStroke> m_spStroke; ///< the one that is being drawn
+    bool m_bBehind = false;                      ///< the stroke's last slice of time did not suffice
 };
 
 /// A new raster layer of the canvas's size, in no tree yet.

@@ -57,7 +57,7 @@ protected:
             return std::hash<std::string_view>()({reinterpret_cast<const char*>(v.data()), v.size()});
         };
         return hash(SaveToBytes(*m_spCanvas)) ^ hash(PixelsOf(*m_spCanvas->Flatten())) * 3 ^
-               reinterpret_cast<size_t>(m_spCanvas->GetSelect());
+               reinterpret_cast<size_t>(m_spCanvas->GetSelect().get());
     }
 
     // One random action; false when it did nothing.

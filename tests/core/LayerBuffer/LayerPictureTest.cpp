@@ -6,6 +6,7 @@
 #include "session/VirtualClock.h"
 #include "tests/support/LayerPictures.h"
 #include "tests/support/Planes.h"
+#include "tests/support/RunningClock.h"
 
 #include <gtest/gtest.h>
 
@@ -208,16 +209,96 @@ TEST(VectorLayer, BlocksRasterizedTogetherAreAsEachAlone) {
 namespace {
 
 // A level line of full pressure, from canvas pixel `x0` to `x1` at height `y`.
-boost::shared_ptr<CRasterStroke> MakeLine(CSize sz, int x0, int x1, int y, bool bErase = false) {
-    static CVirtualClock clock;
+boost::shared_ptr<CRasterStroke> MakeLine(CSize sz, int x0, int x1, int y, bool bErase = false,
+                                          const wchar_t* pszName = L"ブラシ", int nPredict = 0) {
+    static CRunningClock clock(1); // a slow one: each update draws a step or two
     static CStrokeRandom random;
     const auto spStroke = boost::make_shared<CRasterBrushStroke>(
-        TStrokeSetup{sz, 0x0000FF, bErase, true, L"ブラシ", {.BrushRadius = 20}, clock, random});
+        TStrokeSetup{sz, 0x0000FF, bErase, true, pszName, {.BrushRadius = 20}, clock, random, nPredict});
     for (int x = x0; x <= x1; x += 4) spStroke->AddCtlPoint({x * 8, y * 8}, 1024, 90);
     return spStroke;
 }
 
+// A line is drawn on a layer from its first point to its last; it is rendered and merged later.
+void DrawLine(CRasterLayerBuffer& layer, const boost::shared_ptr<CRasterStroke>& spStroke) {
+    layer.SetStroke(spStroke);
+    spStroke->AddCtlPoint({0, 0}, FINAL_PRESSURE, 90);
+    layer.QueueStroke();
+}
+
+boost::shared_ptr<CSelectBuffer> SelectColumns(int32_t nLeft, int32_t nRight) {
+    const auto spSelect = boost::make_shared<CSelectBuffer>(SIZE);
+    for (int32_t y = 0; y < SIZE.cy; ++y)
+        for (int32_t x = nLeft; x < nRight; ++x)
+            *spSelect->GetMask().GetBlock({x, y}, true)->GetPixelPtr({x % 96, y % 96}) = 255;
+    return spSelect;
+}
+
 } // namespace
+
+TEST(StrokeInProgress, IsCutByTheSelectionItWasDrawnUnder) {
+    const auto spCanvas = MakePage(SIZE);
+    const auto spLayer = boost::static_pointer_cast<CRasterLayerBuffer>(spCanvas->GetActiveLayer());
+    const auto alphas = [&](int y) {
+        spCanvas->ComposeAll();
+        std::array<uint32_t, 2> a;
+        for (int n : {0, 1}) a[n] = PixelAt(spCanvas->GetComposite(), {n ? 140 : 60, y}) >> 24;
+        return a;
+    };
+    spCanvas->SetSelect(SelectColumns(20, 100));
+    DrawLine(*spLayer, MakeLine(SIZE, 20, 160, 30));
+    spCanvas->SetSelect({});
+    DrawLine(*spLayer, MakeLine(SIZE, 20, 160, 90));
+    spCanvas->SetSelect(SelectColumns(120, 200));
+    while (spCanvas->GetHistory().GetUndoList().empty()) {
+        ASSERT_EQ(alphas(30)[1], 0u) << "nor does it show there before";
+        ASSERT_TRUE(spCanvas->Update());
+    }
+    spCanvas->CompleteWork();
+    EXPECT_EQ(alphas(30), (std::array{255u, 0u}));
+    EXPECT_EQ(alphas(90), (std::array{255u, 255u}));
+}
+
+TEST(StrokeInProgress, EntersTheHistoryInTheOrderOfDrawingOnAllLayers) {
+    const auto spCanvas = MakePage(SIZE);
+    const auto spLow = boost::static_pointer_cast<CRasterLayerBuffer>(spCanvas->GetActiveLayer());
+    const auto spHigh = CreateRasterLayer(spCanvas);
+    spLow->AddLayer(spHigh, -1, false);
+    DrawLine(*spLow, MakeLine(SIZE, 10, 240, 30, false, L"1"));
+    DrawLine(*spHigh, MakeLine(SIZE, 10, 20, 30, false, L"2"));
+    DrawLine(*spHigh, MakeLine(SIZE, 10, 200, 60, false, L"3"));
+    DrawLine(*spLow, MakeLine(SIZE, 10, 20, 60, false, L"4"));
+    spCanvas->CompleteWork();
+    std::wstring strNames;
+    for (const auto& spHistory : spCanvas->GetHistory().GetUndoList()) strNames += spHistory->GetName();
+    EXPECT_EQ(strNames, L"4321");
+    // Strokes of a layer that was taken out of the tree hold no others up.
+    DrawLine(*spHigh, MakeLine(SIZE, 10, 200, 60, false, L"5"));
+    DrawLine(*spLow, MakeLine(SIZE, 10, 20, 60, false, L"6"));
+    spLow->RemoveLayer(spHigh, false);
+    spCanvas->CompleteWork();
+    EXPECT_EQ(spCanvas->GetHistory().GetUndoList().front()->GetName(), L"6");
+}
+
+TEST(StrokeInProgress, LeavesNothingOfItsPredictionOnTheScreen) {
+    for (const bool bCommit : {false, true}) {
+        const auto spCanvas = MakePage(SIZE);
+        const auto spLayer = boost::static_pointer_cast<CRasterLayerBuffer>(spCanvas->GetActiveLayer());
+        const auto tail = [&] {
+            spCanvas->ComposeAll();
+            return PixelAt(spCanvas->GetComposite(), {110, 50}) >> 24;
+        };
+        const auto spStroke = MakeLine(SIZE, 20, 80, 50, false, L"線", 3);
+        spLayer->SetStroke(spStroke);
+        for (int n = 0; n < 1000 && tail() == 0; ++n) spCanvas->Update();
+        EXPECT_EQ(tail(), 255u);
+        spStroke->AddCtlPoint({0, 0}, FINAL_PRESSURE, 90);
+        if (!bCommit) spLayer->SetStroke({});
+        if (bCommit) spLayer->QueueStroke();
+        if (bCommit) spCanvas->CompleteWork();
+        EXPECT_EQ(tail(), 0u) << bCommit;
+    }
+}
 
 TEST(StrokeInProgress, ShowsInsideTheSelectionAndIsMergedAsItWasShown) {
     const auto spCanvas = CreateCanvas(SIZE);
@@ -228,7 +309,7 @@ TEST(StrokeInProgress, ShowsInsideTheSelectionAndIsMergedAsItWasShown) {
         return PixelAt(spCanvas->GetComposite(), pt) >> 24;
     };
     spLayer->SetStroke(MakeLine(SIZE, 20, 160, 50));
-    spCanvas->Update();
+    for (int n = 0; n < 1000 && alpha({100, 50}) < 255; ++n) spCanvas->Update();
     EXPECT_EQ(alpha({100, 50}), 255u);
     const auto spSelect = boost::make_shared<CSelectBuffer>(SIZE);
     *spSelect->GetMask().GetBlock({96, 0}, true)->GetPixelPtr({4, 50}) = 128;

@@ -85,9 +85,9 @@ TEST_F(MainFrame, ZoomingStepsThroughTheListAndCommandsWithoutEffectAreDisabled)
 TEST_F(MainFrame, AWindowWhoseClosingFailsStays) {
     // Memory runs out when the work that is left is looked at.
     struct CFailingLayer : CRasterLayerBuffer {
-        bool HasPendingWork() const override {
+        uint64_t GetNextStroke() const override {
             if (m_bFails) throw std::bad_alloc();
-            return false;
+            return NO_STROKE;
         }
         bool m_bFails = true;
     };

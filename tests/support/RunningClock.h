@@ -1,0 +1,11 @@
+// A clock of a slow machine.
+#pragma once
+
+#include "core/Platform/System.h"
+
+/// Moves on by so many milliseconds each time it is asked.
+struct CRunningClock : IClock {
+    explicit CRunningClock(uint32_t u) : uPace(u) {}
+    uint32_t GetTickCount() override { return uNow += uPace; }
+    uint32_t uPace, uNow = 0;
+};
