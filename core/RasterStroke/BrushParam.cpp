@@ -3,6 +3,7 @@
 #include "core/IniConfig/IniConfig.h"
 
 #include <algorithm>
+#include <type_traits>
 
 namespace {
 
@@ -14,7 +15,7 @@ constexpr int32_t MAX_SPRAY = 1000;
 // starting strokes without end; what the panels offer lies well inside.
 template <class Param, class Function>
 void ForEachField(Param& p, Function fn) {
-    fn(L"WaveSmooth", p.WaveSmooth, 1, ANY_BYTE);
+    fn(L"WaveSmooth", p.WaveSmooth, 0, ANY_BYTE);
     fn(L"WaveDistMin", p.WaveDistMin, 0, ANY_BYTE);
     fn(L"WaveDistMax", p.WaveDistMax, 0, ANY_BYTE);
     fn(L"WaveEnable", p.WaveEnable, 0, 1);
@@ -47,8 +48,12 @@ TBrushParam ReadBrushParam(CIniConfig& config, const std::wstring& strTool) {
     const auto spSection = config.GetSection(L"BrushParam")->GetSection(strTool);
     TBrushParam param;
     ForEachField(param, [&](const wchar_t* pszKey, auto& field, int32_t nMin, int32_t nMax) {
+        using T = std::remove_reference_t<decltype(field)>;
         const int32_t n = spSection->GetInt(pszKey, static_cast<int32_t>(field));
-        field = static_cast<std::remove_reference_t<decltype(field)>>(std::clamp(n, nMin, nMax));
+        if constexpr (std::is_same_v<T, bool>)
+            field = n != 0;
+        else
+            field = static_cast<T>(std::clamp(n, nMin, nMax));
     });
     param.Preset = 0;
     return param;

@@ -13,11 +13,11 @@ constexpr uint32_t MAX_BRUSH_RADIUS = 2000;
 
 /// What a stroke copies from its tool when it begins. Fields are named as the settings' keys.
 struct TBrushParam {
-    uint8_t WaveSmooth = 1;   ///< control points between two wobble targets, minus one
+    uint8_t WaveSmooth = 1;   ///< control points between two wobble targets, minus one; smooths the wobble
     uint32_t WaveDistMin = 0; ///< wobble of thin lines
     uint32_t WaveDistMax = 0; ///< wobble of thick lines
     bool WaveEnable = false;
-    uint8_t CurveStrength = 2; ///< smoothing window in control points
+    uint8_t CurveStrength = 2; ///< smoothing window in control points, 0 for none
     uint32_t BrushRadius = 4;  ///< in half pixels, 0 to MAX_BRUSH_RADIUS
     uint8_t BrushAlpha = 255;
     uint8_t BlurLevel = 0; ///< percent of the radius that may be solid core
@@ -43,7 +43,8 @@ struct TBrushParam {
 };
 
 /// Reads section "BrushParam\<tool>", tool being "RasterBrush", "RasterEraser" or "RasterPencil". What is
-/// missing takes its default, what is out of range the nearest value in it.
+/// missing takes its default, a number out of range the nearest value in it; a switch is on for everything
+/// but 0.
 TBrushParam ReadBrushParam(CIniConfig& config, const std::wstring& strTool);
 /// Every field with its key in that section.
 std::vector<std::pair<std::wstring, int32_t>> ListBrushParam(const TBrushParam& param);

@@ -89,6 +89,12 @@ void CRasterStroke::AddCtlPoint(CPoint pt, uint32_t pressure, uint32_t altitude)
     m_pPrediction.reset();
     pressure = FadeInPressure(pressure, static_cast<uint32_t>(m_vCtl.size()), m_param.CurveStrength);
     m_vCtl.push_back({pt.x, pt.y, pressure, altitude});
+    if (IsFinished()) {
+        // Nothing more is expected: the line is shown as it will be.
+        if (m_spPredict) FlagDifferences(*m_spMain, *m_spPredict);
+        m_spPredict.reset();
+        return;
+    }
     uint32_t uRadius = 0;
     uint8_t byAlpha = 0;
     EvaluatePressure(uRadius, byAlpha, pressure, 1);
@@ -110,7 +116,7 @@ bool CRasterStroke::DrawTap() {
 
 // A window is never wider than there are points.
 const CResampleWindow& CRasterStroke::WindowFor(CResampleWindow& window, uint32_t uWindow, size_t nCount) {
-    const auto uWidth = static_cast<uint32_t>(std::clamp<size_t>(uWindow, 1, nCount));
+    const auto uWidth = static_cast<uint32_t>(std::min<size_t>(uWindow, nCount));
     if (window.GetWindow() != uWidth) window = CResampleWindow(uWidth);
     return window;
 }

@@ -50,12 +50,15 @@ public:
 
     /// The plane that will be merged.
     CAlphaBufferBase& GetMain() { return *m_spMain; }
-    /// The plane to be shown meanwhile; another one after each Update when there is a prediction.
+    /// The plane to be shown meanwhile; another one after each Update when there is a prediction, the main
+    /// one from the last point on.
     CAlphaBufferBase& GetDisplay() { return m_spPredict ? *m_spPredict : *m_spMain; }
     const std::wstring& GetName() const { return m_strName; }
     const TBrushParam& GetParam() const { return m_param; }
     /// The points added, faded in.
     const std::vector<TCtlPoint>& GetPoints() const { return m_vCtl; }
+    /// The offsets of the unsteady hand: an entry a point, none for the end.
+    const CWobble& GetWobble() const { return m_wobble; }
     /// As the free function, with this stroke's parameters.
     void EvaluatePressure(uint32_t& uRadius, uint8_t& byAlpha, uint32_t pressure, int nScale) const;
 

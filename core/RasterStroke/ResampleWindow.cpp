@@ -17,18 +17,22 @@ uint32_t WeightAt(int64_t u, int64_t nWindow) {
     return 0;
 }
 
+// What a tap weighs at a fraction of the way from one point to the next.
+uint32_t WeightOf(int64_t nTap, int64_t nFraction, int64_t nWindow) {
+    if (nWindow == 0) return static_cast<uint32_t>(nTap == 0 ? ONE - nFraction : nFraction);
+    return WeightAt(std::abs((2 * ONE * nTap - 2 * nFraction + 2 * ONE) / nWindow - 2 * ONE), nWindow);
+}
+
 } // namespace
 
 CResampleWindow::CResampleWindow(uint32_t uWindow)
-    : m_uWindow(std::max(uWindow, 1u)), m_nTaps(size_t{4} * ((m_uWindow + 1) / 2)) {
+    : m_uWindow(uWindow), m_nTaps(uWindow == 0 ? 2 : size_t{4} * ((uWindow + 1) / 2)),
+      m_nBefore(uWindow == 0 ? 0 : GetReach()) {
     m_vWeights.reserve(m_nTaps * STEPS_PER_POINT);
     for (uint32_t uPhase = 0; uPhase < STEPS_PER_POINT; ++uPhase) {
         const int64_t nFraction = int64_t{uPhase} * ONE / STEPS_PER_POINT;
         for (size_t nTap = 0; nTap < m_nTaps; ++nTap) {
-            const int64_t nDistance = (2 * ONE * static_cast<int64_t>(nTap) - 2 * nFraction + 2 * ONE) /
-                                          static_cast<int64_t>(m_uWindow) -
-                                      2 * ONE;
-            m_vWeights.push_back(WeightAt(std::abs(nDistance), m_uWindow));
+            m_vWeights.push_back(WeightOf(static_cast<int64_t>(nTap), nFraction, m_uWindow));
             m_auSums[uPhase] += m_vWeights.back();
         }
     }
@@ -38,7 +42,7 @@ TCtlPoint CResampleWindow::PointAt(const TCtlPoint* pPoints, size_t nCount, uint
     const uint32_t uPosition = uStep & 0xFFFF;
     const uint32_t uPhase = uPosition % STEPS_PER_POINT;
     const auto nFirst =
-        static_cast<ptrdiff_t>(uPosition / STEPS_PER_POINT) - static_cast<ptrdiff_t>(GetReach());
+        static_cast<ptrdiff_t>(uPosition / STEPS_PER_POINT) - static_cast<ptrdiff_t>(m_nBefore);
     const uint32_t* pWeight = m_vWeights.data() + uPhase * m_nTaps;
     int64_t x = 0;
     int64_t y = 0;

@@ -19,18 +19,21 @@ std::vector<TCtlPoint> PredictPoints(const std::vector<TCtlPoint>& vPoints, int 
     return v;
 }
 
+void FlagDifferences(CStrokePlane& plane, const CStrokePlane& shown) {
+    plane.GetDirty().Or(shown.GetDirty());
+    plane.ForEachBlock([&](CPoint pt) {
+        if (plane.FindBlock(pt) != shown.FindBlock(pt)) plane.DirtyAt(pt) = 1;
+    });
+}
+
 boost::shared_ptr<CStrokePlane> MakePredictPlane(CStrokePlane& main, CStrokePlane* pOld) {
     auto spPlane = boost::static_pointer_cast<CStrokePlane>(main.ShallowCopy());
     spPlane->SetErase(main.IsErase());
-    CBoolMatrix& dirty = spPlane->GetDirty();
-    dirty.Or(main.GetDirty());
+    spPlane->GetDirty().Or(main.GetDirty());
     if (!pOld) return spPlane;
-    dirty.Or(pOld->GetDirty());
-    // Tiles that both planes share look the same; every other one has changed.
+    FlagDifferences(*spPlane, *pOld);
     spPlane->ForEachBlock([&](CPoint pt) {
-        if (spPlane->FindBlock(pt) == pOld->FindBlock(pt)) return;
-        spPlane->GetBlock(pt, true);
-        spPlane->DirtyAt(pt) = 1;
+        if (pOld->FindBlock(pt)) spPlane->GetBlock(pt, true);
     });
     return spPlane;
 }

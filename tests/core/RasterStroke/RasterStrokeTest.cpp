@@ -1,22 +1,15 @@
 #include "core/RasterStroke/RasterBrushStroke.h"
 
-#include "core/Platform/System.h"
 #include "core/RasterStroke/StrokePrediction.h"
 #include "session/VirtualClock.h"
 #include "tests/support/Planes.h"
+#include "tests/support/RunningClock.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 
 namespace {
-
-// Moves on by so many milliseconds each time it is asked.
-struct CRunningClock : IClock {
-    explicit CRunningClock(uint32_t u) : uPace(u) {}
-    uint32_t GetTickCount() override { return uNow += uPace; }
-    uint32_t uPace, uNow = 0;
-};
 
 struct TRun {
     uint32_t uPace = 0; ///< of the clock
@@ -138,6 +131,57 @@ TEST(RasterStroke, APredictionThatNeverFitsItsTimeIsShownInTheEnd) {
         avShown[uPace ? 1 : 0] = ValuesOf(stroke.GetDisplay());
     }
     EXPECT_EQ(avShown[0], avShown[1]);
+}
+
+TEST(RasterStroke, TheEndIsNoPointOfTheWobble) {
+    CVirtualClock clock;
+    CStrokeRandom random;
+    const TBrushParam param{.WaveDistMax = 9, .WaveEnable = true};
+    CRasterBrushStroke stroke({.szCanvas = {96, 96}, .param = param, .clock = clock, .random = random});
+    for (const int x : {80, 160, 240}) stroke.AddCtlPoint({x, 80}, 1024, 90);
+    stroke.AddCtlPoint({0, 0}, FINAL_PRESSURE, 90);
+    for (const auto& lst : stroke.GetWobble().GetLists()) EXPECT_EQ(lst.size(), 3u);
+}
+
+TEST(RasterStroke, ThePredictionGoesWithTheLastPoint) {
+    CRunningClock clock(0);
+    CStrokeRandom random;
+    CRasterBrushStroke stroke({.szCanvas = {600, 200},
+                               .param = {.BrushRadius = 8},
+                               .clock = clock,
+                               .random = random,
+                               .nPredict = 3});
+    for (int n = 0; n < 8; ++n) stroke.AddCtlPoint({400 + 160 * n, 400}, 1024, 90);
+    ASSERT_TRUE(stroke.Update());
+    const auto shown = [&](CPoint pt) {
+        return ValuesOf(stroke.GetDisplay())[static_cast<size_t>(pt.y * 600 + pt.x)];
+    };
+    const CPoint ptAhead{370, 50};
+    ASSERT_GT(shown(ptAhead), 20000);
+    stroke.GetDisplay().GetDirty().Fill(false);
+    clock.uPace = 9; // the stroke's end is drawn only after many updates
+    stroke.AddCtlPoint({0, 0}, FINAL_PRESSURE, 90);
+    EXPECT_EQ(shown(ptAhead), 0);
+    EXPECT_TRUE(stroke.GetDisplay().DirtyAt(ptAhead));
+    ASSERT_FALSE(stroke.Update());
+    EXPECT_EQ(shown(ptAhead), 0);
+    EXPECT_GT(shown({150, 50}), 20000) << "the line itself stays";
+}
+
+TEST(RasterStroke, WithoutAWindowTheLineReachesItsNewestPoint) {
+    CVirtualClock clock;
+    CStrokeRandom random;
+    const TBrushParam param{.CurveStrength = 0, .BrushRadius = 8, .PressRadius = false};
+    CRasterBrushStroke stroke({.szCanvas = {300, 96}, .param = param, .clock = clock, .random = random});
+    for (const int x : {400, 1200, 2000}) stroke.AddCtlPoint({x, 400}, 1024, 90);
+    ASSERT_TRUE(stroke.Update());
+    const auto at = [&](int x) { return ValuesOf(stroke.GetMain())[static_cast<size_t>(50 * 300 + x)]; };
+    EXPECT_GT(at(246), 20000);
+    EXPECT_EQ(at(258), 0);
+    const auto vDrawn = ValuesOf(stroke.GetMain());
+    stroke.AddCtlPoint({0, 0}, FINAL_PRESSURE, 90);
+    ASSERT_TRUE(stroke.Update());
+    EXPECT_EQ(ValuesOf(stroke.GetMain()), vDrawn) << "nothing was held back";
 }
 
 TEST(StrokePrediction, GoesOnByNineTenthsOfTheLastStep) {

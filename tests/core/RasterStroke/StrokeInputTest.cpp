@@ -24,12 +24,16 @@ TEST(BrushParam, SettingsKeepEveryFieldWithinItsRange) {
     files.m_mapFiles[L"/v.ini"] =
         "[BrushParam\\RasterBrush]\nBlurLevel=300\nBrushRadius=-5\nPencilHardness=9\nPreset=3\nSpray=-1\n"
         "[BrushParam\\RasterPencil]\nBrushRadius=1000000000\nWaveSmooth=0\nCurveStrength=255\nSpray=100000\n"
-        "BrushAlpha=256\nWaveDistMin=1000000000\nWaveDistMax=1000000000\nPaperRoughness=-3\nAvailInput=-1\n";
+        "BrushAlpha=256\nWaveDistMin=1000000000\nWaveDistMax=1000000000\nPaperRoughness=-3\nAvailInput=-1\n"
+        "[BrushParam\\RasterEraser]\nWaveEnable=-1\nPressRadius=0\nPressAlpha=2\nAntiSplit=-2147483648\n";
     EXPECT_EQ(ReadBrushParam(config, L"RasterBrush"),
               (TBrushParam{.BrushRadius = 1, .BlurLevel = 100, .PencilHardness = 4}));
-    TBrushParam limited{.WaveDistMin = 255, .WaveDistMax = 255, .CurveStrength = 255, .BrushRadius = 2000};
+    TBrushParam limited{
+        .WaveSmooth = 0, .WaveDistMin = 255, .WaveDistMax = 255, .CurveStrength = 255, .BrushRadius = 2000};
     limited.AvailInput = 0, limited.Spray = 1000;
     EXPECT_EQ(ReadBrushParam(config, L"RasterPencil"), limited);
+    EXPECT_EQ(ReadBrushParam(config, L"RasterEraser"),
+              (TBrushParam{.WaveEnable = true, .PressRadius = false, .PressAlpha = true, .AntiSplit = true}));
 }
 
 TEST(PressureCurve, DefaultsAreALineAndFloorsAndLevelsHold) {
@@ -89,7 +93,15 @@ TEST(ResampleWindow, IsACubicBSplineThatLagsAndKeepsLines) {
     v[10].x += 60000;
     EXPECT_NEAR(CResampleWindow(2).PointAt(v.data(), v.size(), 88).x, 10 * 800 - 9000 + 40000, 9);
     EXPECT_EQ(CResampleWindow(2).PointAt(v.data(), 1, 8), v[0]) << "ends are repeated";
-    EXPECT_EQ(CResampleWindow(0).GetWindow(), 1u);
+}
+
+TEST(ResampleWindow, OfNoPointsGoesStraightFromPointToPoint) {
+    const CResampleWindow window(0);
+    EXPECT_EQ(window.GetReach(), 1u); // a place needs the next point and none beyond it
+    const TCtlPoint aPoints[]{{-7, 10, 100, 90}, {-10, 81, 1000, 31}};
+    EXPECT_EQ(window.PointAt(aPoints, 2, 0), aPoints[0]);
+    EXPECT_EQ(window.PointAt(aPoints, 2, 3), (TCtlPoint{-8, 36, 437, 67})) << "toward zero";
+    for (const uint32_t uStep : {8u, 13u, 16u}) EXPECT_EQ(window.PointAt(aPoints, 2, uStep), aPoints[1]);
 }
 
 TEST(SegmentWalk, MixesTheEndsByExactProducts) {
