@@ -223,8 +223,6 @@ void CQtCanvasView::ShowCursor(ECursor cursor) {
             return Qt::ForbiddenCursor;
         case ECursor::Cross:
             return Qt::CrossCursor;
-        case ECursor::Pick:
-            return Qt::PointingHandCursor;
         case ECursor::Hand:
             return Qt::OpenHandCursor;
         case ECursor::HandGrip:

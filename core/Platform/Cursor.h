@@ -4,8 +4,7 @@
 enum class ECursor {
     Arrow,
     Forbidden, ///< the tool cannot work on the layer
-    Cross,     ///< precise placing; the tool draws its own circle around
-    Pick,      ///< takes a colour
+    Cross,     ///< precise placing; the tool draws its own circle or icon around
     Hand,      ///< the canvas can be dragged
     HandGrip,  ///< the canvas is being dragged
 };

@@ -151,6 +151,10 @@ bool CRasterBrushBase::OnLButtonUp(int32_t x, int32_t y, uint32_t flags) {
 }
 
 bool CRasterBrushBase::PickColor(CPoint pt) {
+    // The colour is that of the finished picture, however far its last strokes are rendered.
+    const auto spCanvas = GetCanvas();
+    const bool bRedraw = spCanvas->HasPendingWork();
+    spCanvas->CompleteWork();
     SetState(STATE_MOUSE);
     const auto spLayer = GetRasterLayer();
     SetState(STATE_IDLE);
@@ -161,7 +165,7 @@ bool CRasterBrushBase::PickColor(CPoint pt) {
             m_freehand.m_clrBrush = spTile->GetPixelColor(pt - spTile->GetPosition());
     }
     GetOutside().fnNotify(EToolNotice::ColorChanged);
-    return false;
+    return bRedraw;
 }
 
 bool CRasterBrushBase::OnProximityLeave() {

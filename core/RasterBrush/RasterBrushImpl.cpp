@@ -72,7 +72,11 @@ bool CRasterBrushImpl::OnKeyUp(int nKey) {
 }
 
 void CRasterBrushImpl::DrawOverlay(COverlay& overlay, const TOverlayMapper& mapper) const {
-    if (!m_bCursorValid || IsPicking()) return;
+    if (!m_bCursorValid) return;
+    if (IsPicking()) {
+        overlay.DrawPickIcon(mapper(m_ptCursor));
+        return;
+    }
     const int32_t nRadius = static_cast<int32_t>(m_param.BrushRadius) * 4;
     CRect rc(mapper(m_ptCursor), CSize());
     for (const CPoint ptReach : {CPoint{nRadius, 0}, {-nRadius, 0}, {0, nRadius}, {0, -nRadius}}) {

@@ -16,10 +16,11 @@ public:
     /// Alt takes colours while it is held.
     bool OnKeyDown(int nKey) override;
     bool OnKeyUp(int nKey) override;
-    /// A circle of the brush's size that inverts what lies under it, where it is large enough to be seen.
+    /// A circle of the brush's size that inverts what lies under it, where it is large enough to be seen;
+    /// while colours are taken the pick icon.
     void DrawOverlay(COverlay& overlay, const TOverlayMapper& mapper) const override;
     void KeepSettings() override;
-    ECursor GetCursor(CPoint) const override { return IsPicking() ? ECursor::Pick : ECursor::Cross; }
+    ECursor GetCursor(CPoint) const override { return ECursor::Cross; }
 
 protected:
     /// A stroke's setup with everything that does not depend on the tool.

@@ -6,6 +6,27 @@
 
 namespace {
 
+// The pick icon, a ring and a dropper: '#' is black, '.' white.
+constexpr int32_t ICON_SIDE = 16;
+constexpr const char* PICK_ICON[ICON_SIDE] = {
+    "           ..###", //
+    "      ####..####", //
+    "    ##....######", //
+    "   #..   .#####.", //
+    "  #..    ..###..", //
+    "  #.     .#.##. ", //
+    " #.     .#.#...#", //
+    " #.     .##.  .#", //
+    " #.      ..   .#", //
+    " #.           .#", //
+    " #.           .#", //
+    "  #.         .# ", //
+    "  #..       ..# ", //
+    "   #..     ..#  ", //
+    "    ##.....##   ", //
+    "      #####     ", //
+};
+
 // The pixels of an ellipse line, each once: for every row and every column the two nearest points of the
 // line.
 std::vector<CPoint> EllipsePixels(const CRect& rc) {
@@ -50,4 +71,14 @@ void COverlay::InvertEllipse(const CRect& rc) {
     for (const CPoint pt : EllipsePixels(rc))
         if (uint8_t* p = Pixel(pt))
             for (int n = 0; n < 3; ++n) p[n] = static_cast<uint8_t>(~p[n]);
+}
+
+void COverlay::DrawPickIcon(CPoint pt) {
+    const CPoint ptFirst = pt - CPoint{ICON_SIDE / 2, ICON_SIDE / 2};
+    m_rcBounds = m_rcBounds.Union(CRect(ptFirst, CSize{ICON_SIDE + 1, ICON_SIDE + 1}));
+    for (int32_t y = 0; y < ICON_SIDE; ++y)
+        for (int32_t x = 0; x < ICON_SIDE; ++x)
+            if (PICK_ICON[y][x] != ' ')
+                if (uint8_t* p = Pixel(ptFirst + CPoint{x, y}))
+                    std::fill_n(p, 3, static_cast<uint8_t>(PICK_ICON[y][x] == '.' ? 255 : 0));
 }

@@ -20,6 +20,9 @@ public:
     /// A circle line of one pixel that inverts what lies under it, so that it shows on every ground. `rc` is
     /// the circle's bounding rectangle, both edges included; an ellipse where the sides differ.
     void InvertEllipse(const CRect& rc);
+    /// The icon of 16 by 16 pixels for taking colours, light and dark, so that it shows on every ground. `pt`
+    /// lies in its middle, which stays free. Counts as 17 by 17 around `pt`.
+    void DrawPickIcon(CPoint pt);
     /// The pixels that were drawn, or would have been, as a rectangle; empty when there are none.
     const CRect& GetBounds() const { return m_rcBounds; }
 
