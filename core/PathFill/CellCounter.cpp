@@ -78,7 +78,12 @@ void CCellCounter::Count(int32_t y, CCountRow& row) {
     m_bEven = true;
     m_nCount = 0;
     m_nNext = m_nChanged = m_nFirst;
-    for (size_t n = 0; n < m_vActive.size();) {
+    const auto isOther = [&](const TActive& active) {
+        return active.pOrdered->pChain->uOutline != m_vActive.front().pOrdered->pChain->uOutline;
+    };
+    const bool bUnion = std::any_of(m_vActive.begin(), m_vActive.end(), isOther);
+    if (bUnion) CountUnion(row);
+    for (size_t n = bUnion ? m_vActive.size() : 0; n < m_vActive.size();) {
         const TActive& first = m_vActive[n];
         int32_t nMax = first.sums.nMax;
         size_t nTo = n + 1;
@@ -128,6 +133,7 @@ bool CCellCounter::GetEdges(int32_t y, int32_t nRows, std::vector<TFillEdge>& vE
     int32_t nReached = 0;
     for (const TActive& active : m_vActive) {
         const TOrdered& ordered = *active.pOrdered;
+        if (ordered.pChain->uOutline != m_vActive.front().pOrdered->pChain->uOutline) return false;
         if (y < ordered.yWhole || y + nRows > ordered.yWholeEnd) return false;
         const TCrossingSums* pSums = m_vSums.data() + ordered.nSums + (y - ordered.yWhole);
         int32_t nMin = INT32_MAX, nMax = INT32_MIN;
@@ -250,6 +256,37 @@ void CCellCounter::CountSorted(size_t nFrom, size_t nTo) {
         if (m_vKeys.size() > 1) std::sort(m_vKeys.begin(), m_vKeys.end());
         int32_t& nWinding = m_anWinding[static_cast<size_t>(nRow)];
         for (const int32_t nKey : m_vKeys) Pass(nKey >> 2, (nKey & 3) - 1, nWinding);
+    }
+}
+
+// A row that more than one outline crosses.
+void CCellCounter::CountUnion(CCountRow& row) {
+    int32_t nMin = INT32_MAX, nMax = INT32_MIN;
+    for (const TActive& active : m_vActive) {
+        nMin = std::min(nMin, active.sums.nMin);
+        nMax = std::max(nMax, active.sums.nMax);
+        const size_t nOutlines = active.pOrdered->pChain->uOutline + size_t{1};
+        if (m_vWindings.size() < nOutlines) m_vWindings.resize(nOutlines);
+    }
+    Reach(nMin >> 4, row);
+    m_nChanged = std::max(m_nChanged, (nMax >> 4) + 2);
+    row.Mark(std::max((nMin >> 4) - 1, 0), m_nChanged);
+    for (int32_t nRow = 0; nRow < ROWS; ++nRow) {
+        m_vCrossings.clear();
+        for (const TActive& active : m_vActive)
+            if (nRow >= active.nTop && nRow < active.nEnd)
+                m_vCrossings.push_back(
+                    {active.GetCell(nRow), active.nDirection, active.pOrdered->pChain->uOutline});
+        std::sort(m_vCrossings.begin(), m_vCrossings.end(),
+                  [](const TCellCrossing& a, const TCellCrossing& b) { return a.nCell < b.nCell; });
+        int32_t nInside = 0; // outlines that wind around the cell
+        for (const auto& [nCell, nStep, uOutline] : m_vCrossings) {
+            int32_t& nWinding = m_vWindings[uOutline];
+            const int32_t nSign = SignOf(nWinding, nWinding + nStep);
+            nWinding += nStep;
+            if (nSign != 0) Pass(nCell, nSign, nInside);
+        }
+        for (const TCellCrossing& crossing : m_vCrossings) m_vWindings[crossing.uOutline] = 0;
     }
 }
 

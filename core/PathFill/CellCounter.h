@@ -5,6 +5,9 @@
 // are kept as differences from pixel to pixel, so a pixel costs an addition, however many spans lie over it.
 // Spans are never sorted where a chain has the neighbourhood for itself, which is nearly everywhere: its
 // crossings lie apart from all others', so the winding numbers before it are known.
+//
+// A cell that several outlines wind around is set as soon as one of them does not wind 0 times: in rows that
+// more than one outline crosses, each has its own winding numbers and all crossings are sorted.
 #pragma once
 
 #include "core/PathFill/CountRow.h"
@@ -58,6 +61,7 @@ private:
     void AddSpans(const TActive& active, int32_t nSign);
     void CountGroup(size_t nFrom, size_t nTo, int32_t nMax);
     void CountSorted(size_t nFrom, size_t nTo);
+    void CountUnion(CCountRow& row);
     void CountCrowd(size_t nFrom, size_t nTo, int32_t nMax);
     void Pass(int32_t nCell, int32_t nStep, int32_t& nWinding);
     void AddCrossing(int32_t nCell, int32_t nSign);
@@ -70,8 +74,16 @@ private:
     size_t m_nWaiting = 0;          ///< the first of m_vOrder that has not begun
     std::vector<TActive> m_vActive; ///< by their left side
     std::vector<int32_t> m_vKeys;   ///< of one row of cells: 4 * cell + direction + 1
-    std::vector<int32_t> m_vSteps;  ///< by how much winding numbers change at a crowd's cells; else 0
-    int32_t m_yChanged = 0;         ///< the last row in which a chain began or ended
+    // A crossing of one row of cells.
+    struct TCellCrossing {
+        int32_t nCell;
+        int32_t nStep;
+        uint32_t uOutline;
+    };
+    std::vector<TCellCrossing> m_vCrossings;
+    std::vector<int32_t> m_vWindings; ///< of each outline; 0 between rows of cells
+    std::vector<int32_t> m_vSteps;    ///< by how much winding numbers change at a crowd's cells; else 0
+    int32_t m_yChanged = 0;           ///< the last row in which a chain began or ended
 
     int32_t m_nFirst = 0; ///< pixels counted
     int32_t m_nEnd = 0;

@@ -13,6 +13,7 @@ struct TChain {
     int32_t yEnd;
     int32_t nDirection; ///< 1 downwards, -1 upwards
     size_t nFirst;      ///< the crossing that was drawn first: of the first row or, upwards, of the last
+    uint32_t uOutline;  ///< the number of the outline
 };
 
 /// A sink of CFlattener. A crossing is the first cell whose centre lies at the line or right of it.
@@ -27,8 +28,11 @@ public:
     void Clear(const CRect& rcCells) {
         m_rcCells = rcCells;
         m_nCells = 0;
+        m_uOutline = 0;
         m_vChains.clear();
     }
+    /// The lines added from now on belong to another outline.
+    void BeginOutline() { ++m_uOutline; }
     void AddLine(int32_t x0, int32_t y0, int32_t x1, int32_t y1) {
         const int32_t yA = RowFrom(y0);
         const int32_t yB = RowFrom(y1);
@@ -79,7 +83,8 @@ private:
     }
     // The last line becomes the end of the last chain or the beginning of a new one.
     void Append(int32_t yTop, int32_t yEnd, int32_t nDirection) {
-        if (!m_vChains.empty() && m_vChains.back().nDirection == nDirection) {
+        if (!m_vChains.empty() && m_vChains.back().nDirection == nDirection &&
+            m_vChains.back().uOutline == m_uOutline) {
             TChain& chain = m_vChains.back();
             if (nDirection > 0 && chain.yEnd == yTop) {
                 chain.yEnd = yEnd;
@@ -90,7 +95,7 @@ private:
                 return;
             }
         }
-        m_vChains.push_back({yTop, yEnd, nDirection, m_nLast});
+        m_vChains.push_back({yTop, yEnd, nDirection, m_nLast, m_uOutline});
     }
     void ClampLast() {
         for (size_t n = m_nLast; n < m_nCells; ++n)
@@ -99,6 +104,7 @@ private:
 
     const TCrossingKernels& m_kernels = CrossingKernels();
     CRect m_rcCells;
+    uint32_t m_uOutline = 0;
     size_t m_nCells = 0;
     size_t m_nLast = 0;            ///< the last line's first crossing
     std::vector<int32_t> m_vCells; ///< m_nCells crossings in the order of the outline, and room

@@ -36,13 +36,15 @@ void RaiseTo(uint8_t* pDest, uint8_t uValue, size_t nCount) {
 
 } // namespace
 
-void CPathFill::FillTile(std::span<const CPoint> points, const TFillPlane& plane, CAlphaBlock8& tile) {
-    CheckOutline(points);
+void CPathFill::FillTile(std::span<const TOutline> outlines, const TFillPlane& plane, CAlphaBlock8& tile) {
+    std::for_each(outlines.begin(), outlines.end(), CheckOutline);
     const CSize szPlane{RoundUp(plane.szPlane.cx, DEFAULT_BLOCKSIZE.cx),
                         RoundUp(plane.szPlane.cy, DEFAULT_BLOCKSIZE.cy)};
     const CRect rcTile = tile.GetRect();
-    CRect rc = ReachOf(points, plane.ptOrigin, szPlane).Intersect(rcTile);
-    if (points.size() < 4 || rc.IsEmpty()) return;
+    CRect rc;
+    for (const TOutline& points : outlines)
+        if (points.size() >= 4) rc = rc.Union(ReachOf(points, plane.ptOrigin, szPlane).Intersect(rcTile));
+    if (rc.IsEmpty()) return;
     // Whole runs: the kernel is made for them.
     rc.left -= (rc.left - rcTile.left) % CCountRow::RUN;
     rc.right = std::min(rc.left + RoundUp(rc.Width(), CCountRow::RUN), rcTile.right);
@@ -51,10 +53,10 @@ void CPathFill::FillTile(std::span<const CPoint> points, const TFillPlane& plane
     m_target.nColumns = 1;
     const auto nOffset = ptrdiff_t{rc.top - rcTile.top} * m_target.szTile.cx + rc.left - rcTile.left;
     m_target.vTiles.assign(1, tile.GetAlpha() + nOffset);
-    Fill(points, plane.ptOrigin, szPlane);
+    Fill(outlines, plane.ptOrigin, szPlane);
 }
 
-void CPathFill::FillPlane(std::span<const CPoint> points, CPoint ptOrigin, CAlphaBufferImpl<uint8_t>& plane) {
+void CPathFill::FillPlane(TOutline points, CPoint ptOrigin, CAlphaBufferImpl<uint8_t>& plane) {
     CheckOutline(points);
     const CSize sz = plane.GetBlockSize();
     SELF_CHECK(invalid_argument, sz.cx % CCountRow::RUN == 0 && sz.cy % ROWS == 0);
@@ -72,32 +74,35 @@ void CPathFill::FillPlane(std::span<const CPoint> points, CPoint ptOrigin, CAlph
         if (spTile.use_count() > 2) plane.ShareBlock(pt, spTile = spTile->Clone());
         m_target.vTiles.push_back(static_cast<CAlphaBlock8&>(*spTile).GetAlpha());
     });
-    Fill(points, ptOrigin, szPlane);
+    Fill({&points, 1}, ptOrigin, szPlane);
 }
 
 // What is counted at once takes memory for each crossing: tall outlines of many segments are cut into bands.
-void CPathFill::Fill(std::span<const CPoint> points, CPoint ptOrigin, CSize szPlane) {
+void CPathFill::Fill(std::span<const TOutline> outlines, CPoint ptOrigin, CSize szPlane) {
     constexpr int64_t MAX_CROSSINGS = 1 << 22;
     const int32_t nHeight = m_target.rc.Height();
     m_vRuns.resize(static_cast<size_t>((m_target.rc.Width() + CCountRow::RUN - 1) / CCountRow::RUN));
     // A segment turns up or down twice at most. Hulls are looked at only where that may be too many.
-    int64_t nCrossings = static_cast<int64_t>(points.size()) * nHeight * FILL_CELLS;
+    int64_t nCrossings = 0;
+    for (const TOutline& points : outlines)
+        nCrossings += static_cast<int64_t>(points.size()) * nHeight * FILL_CELLS;
     if (nCrossings > MAX_CROSSINGS) {
         nCrossings = 0;
-        for (size_t i = 0; i + 3 < points.size(); i += 3) {
-            const CRect rc = ReachOf(points.subspan(i, 4), ptOrigin, szPlane).Intersect(m_target.rc);
-            nCrossings += std::max(rc.Height(), 0) * int64_t{3 * FILL_CELLS};
-        }
+        for (const TOutline& points : outlines)
+            for (size_t i = 0; i + 3 < points.size(); i += 3) {
+                const CRect rc = ReachOf(points.subspan(i, 4), ptOrigin, szPlane).Intersect(m_target.rc);
+                nCrossings += std::max(rc.Height(), 0) * int64_t{3 * FILL_CELLS};
+            }
     }
     const auto nBands = static_cast<int32_t>(std::min<int64_t>(nCrossings / MAX_CROSSINGS + 1, nHeight));
     const int32_t nStep = RoundUp((nHeight + nBands - 1) / nBands, ROWS);
     for (int32_t y = 0; y < nHeight; y += nStep)
-        FillBand(points, ptOrigin, szPlane, y, std::min(y + nStep, nHeight));
+        FillBand(outlines, ptOrigin, szPlane, y, std::min(y + nStep, nHeight));
 }
 
 // Everything is counted from the target's corner; around the band lies a pixel for the filter to see, except
 // where the plane ends.
-void CPathFill::FillBand(std::span<const CPoint> points, CPoint ptOrigin, CSize szPlane, int32_t yTop,
+void CPathFill::FillBand(std::span<const TOutline> outlines, CPoint ptOrigin, CSize szPlane, int32_t yTop,
                          int32_t yEnd) {
     const CRect& rc = m_target.rc;
     const int32_t nWidth = rc.Width();
@@ -107,8 +112,11 @@ void CPathFill::FillBand(std::span<const CPoint> points, CPoint ptOrigin, CSize 
     const CRect rcCells{rcCount.left * FILL_CELLS, rcCount.top * FILL_CELLS, rcCount.right * FILL_CELLS,
                         rcCount.bottom * FILL_CELLS};
     m_chains.Clear(rcCells);
-    CFlattener<CMonotoneChains>(rcCells, m_chains)
-        .Flatten(points, int64_t{ptOrigin.x} + rc.left, int64_t{ptOrigin.y} + rc.top);
+    for (const TOutline& points : outlines) {
+        CFlattener<CMonotoneChains>(rcCells, m_chains)
+            .Flatten(points, int64_t{ptOrigin.x} + rc.left, int64_t{ptOrigin.y} + rc.top);
+        m_chains.BeginOutline();
+    }
     m_counter.Begin(m_chains, rcCount.left, rcCount.right);
     for (CCountRow& row : m_aRows) row.Create(nWidth);
     m_pTiles = nullptr;

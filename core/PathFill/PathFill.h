@@ -5,7 +5,8 @@
 // leave cells out between them nor share any. A pixel's coverage is the number of its set cells, up to 255,
 // softened by a filter that weighs the pixel 8 and its four neighbours 1 each, of 12, rounded. Beyond the
 // left and right side of the plane neighbours count 0; above its top and below its bottom, as the pixel
-// itself. The plane takes the maximum of what it holds and the coverage.
+// itself. Several outlines filled together are one shape: a cell is set where any of them sets it, so that
+// they leave no seams. The plane takes the maximum of what it holds and the coverage.
 //
 // No mask is made. The outline becomes lines (FlattenOutline.h), these become chains that run down or up
 // (MonotoneChains.h), whose crossings with the rows of cells are counted in a row of pixels at once
@@ -39,12 +40,18 @@ struct TFillPlane {
 /// other lists raise an invalid_argument violation before anything is written. Fewer than 4 fill nothing.
 class CPathFill : boost::noncopyable {
 public:
+    using TOutline = std::span<const CPoint>;
+
     /// Raises `tile`, which has any size and stands at its position in the plane, to the outline's coverage
     /// there. What the outline does not reach costs nothing.
-    void FillTile(std::span<const CPoint> points, const TFillPlane& plane, CAlphaBlock8& tile);
+    void FillTile(TOutline points, const TFillPlane& plane, CAlphaBlock8& tile) {
+        FillTile({&points, 1}, plane, tile);
+    }
+    /// The same for outlines that are one shape.
+    void FillTile(std::span<const TOutline> outlines, const TFillPlane& plane, CAlphaBlock8& tile);
     /// Raises a whole plane whose top left pixel is `ptOrigin` on the canvas. Makes the tiles that the
     /// outline can reach, and replaces those that are shared by clones.
-    void FillPlane(std::span<const CPoint> points, CPoint ptOrigin, CAlphaBufferImpl<uint8_t>& plane);
+    void FillPlane(TOutline points, CPoint ptOrigin, CAlphaBufferImpl<uint8_t>& plane);
 
 private:
     static constexpr int32_t ROWS = 4; ///< of pixels, softened at once
@@ -63,8 +70,9 @@ private:
         int32_t yTop, yEnd;
     };
 
-    void Fill(std::span<const CPoint> points, CPoint ptOrigin, CSize szPlane);
-    void FillBand(std::span<const CPoint> points, CPoint ptOrigin, CSize szPlane, int32_t yTop, int32_t yEnd);
+    void Fill(std::span<const TOutline> outlines, CPoint ptOrigin, CSize szPlane);
+    void FillBand(std::span<const TOutline> outlines, CPoint ptOrigin, CSize szPlane, int32_t yTop,
+                  int32_t yEnd);
     void EnterTiles(int32_t y);
     void CountRow(int32_t y);
     void SoftenRows(int32_t y, int32_t nRows, const CRect& rcCount);

@@ -188,13 +188,20 @@ void COpenPathStream::UpdateDrag() {
 CRect COpenPathStream::RectIncludingPath() const {
     if (m_lstControlPoint.empty()) throw internal_error(L"RectIncludingPath: zero anchor");
     CRect rc;
-    for (const TPolyBezier& vCurve : GetOutline(STATE_COMMITTED)) rc = rc.Union(BezierBounds(vCurve));
+    for (const TStretchOutline& stretch : GetOutline(STATE_COMMITTED)) {
+        rc = rc.Union(BezierBounds(stretch.vCurve));
+        for (const TPolyBezier& vFold : stretch.vFolds) rc = rc.Union(BezierBounds(vFold));
+    }
     return rc;
 }
 
 void COpenPathStream::RasterizePath(CPathFill& fill, CSize szPlane, CAlphaBlock8& tile) const {
     if (m_lstControlPoint.empty()) throw internal_error(L"RasterizePath: zero anchor");
-    for (const TPolyBezier& vCurve : GetOutline(STATE_COMMITTED)) fill.FillTile(vCurve, {{}, szPlane}, tile);
+    for (const TStretchOutline& stretch : GetOutline(STATE_COMMITTED)) {
+        std::vector<CPathFill::TOutline> vShape{stretch.vCurve};
+        vShape.insert(vShape.end(), stretch.vFolds.begin(), stretch.vFolds.end());
+        fill.FillTile(vShape, {{}, szPlane}, tile);
+    }
 }
 
 void COpenPathStream::DrawOutline(IPathDevice& device, const TPathMapper& mapper,
@@ -205,7 +212,7 @@ void COpenPathStream::DrawOutline(IPathDevice& device, const TPathMapper& mapper
     };
     drawCurve(BezierPoints(STATE_LIVE));
     if (bOutline)
-        for (const TPolyBezier& vCurve : GetOutline(STATE_LIVE)) drawCurve(vCurve);
+        for (const TStretchOutline& stretch : GetOutline(STATE_LIVE)) drawCurve(stretch.vCurve);
     for (const auto& spPoint : m_vTrans) spPoint->Draw(device, mapper, selection);
     for (const auto& spPoint : m_vWidth) spPoint->Draw(device, mapper, selection);
     m_spBegin->Draw(device, mapper, selection);

@@ -9,7 +9,7 @@
 class COpenPathStream : public CPathStreamImpl<COpenPathControlPoint> {
 public:
     static constexpr uint32_t CHUNK_TAG = MakeTag("POOP");
-    using TOutlines = std::vector<TPolyBezier>;
+    using TOutlines = std::vector<TStretchOutline>;
     using TWidthPoints = std::vector<boost::shared_ptr<CPathWidthControlPoint>>;
     using TTransPoints = std::vector<boost::shared_ptr<CPathTransControlPoint>>;
 

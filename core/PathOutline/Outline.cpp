@@ -1,10 +1,11 @@
 #include "core/PathOutline/Outline.h"
 
 #include "core/PathOutline/OutlineCut.h"
-#include "core/PathOutline/OutlineSide.h"
+#include "core/PathOutline/OutlineFold.h"
 #include "core/PathOutline/Wave.h"
 
 #include <algorithm>
+#include <optional>
 
 #include <boost/numeric/conversion/cast.hpp>
 
@@ -41,49 +42,17 @@ TOutlinePoints JoinSides(const TStretch& stretch, const IOutlineTerm* pBegin, co
     return vAll;
 }
 
-// True when no cut and no hidden stretch touches the piece.
-bool IsVisible(const TSidePiece& piece, const std::vector<TOutlineCut>& vCuts) {
-    const auto itTouching = std::upper_bound(vCuts.begin(), vCuts.end(), piece.tBegin,
-                                             [](uint32_t t, const auto& cut) { return t < cut.t; });
-    return (itTouching == vCuts.end() || itTouching->t >= piece.tEnd) &&
-           (itTouching - vCuts.begin()) % 2 == 0;
-}
-
-// The ground that half a piece covers from side to side.
-struct TRib {
-    TOutlinePoints vPoints;
-    bool bFolded;
-};
-
-TRib RibOf(const TSidePiece& l, const TSidePiece& r, size_t n) {
-    return {{{l.aPoints[n].anchor, {}, l.aPoints[n].fore},
-             {l.aPoints[n + 1].anchor, l.aPoints[n + 1].back, {}},
-             {r.aPoints[1 - n].anchor, {}, r.aPoints[1 - n].fore},
-             {r.aPoints[2 - n].anchor, r.aPoints[2 - n].back, {}}},
-            l.abFolded[n] || r.abFolded[1 - n]};
-}
-
-// Where a stroke is wider than its bend, its inner side turns inside out and takes away what lies under it.
-// There, and on either side, ribs become outlines of their own.
-void AppendFolds(const TSide& left, const TSide& right, const std::vector<TOutlineCut>& vCuts,
-                 std::vector<TPolyBezier>& vOutlines) {
-    std::vector<TRib> vRibs;
-    auto itRight = right.vPieces.rbegin();
-    for (const TSidePiece& l : left.vPieces) {
-        while (itRight != right.vPieces.rend() && itRight->tBegin < l.tBegin) ++itRight;
-        if (itRight == right.vPieces.rend()) break;
-        if (itRight->tBegin != l.tBegin || itRight->tEnd != l.tEnd || !IsVisible(l, vCuts)) continue;
-        for (const size_t n : {0u, 1u}) vRibs.push_back(RibOf(l, *itRight, n));
-    }
-    const auto isFolded = [&](size_t i) { return i < vRibs.size() && vRibs[i].bFolded; };
-    for (size_t i = 0; i < vRibs.size(); ++i)
-        if (isFolded(i) || isFolded(i + 1) || isFolded(i - 1))
-            vOutlines.push_back(CloseOutline(vRibs[i].vPoints));
+// The number of the stretch that a fold lies in; nothing where a cut touches it.
+std::optional<size_t> StretchOf(const TFold& fold, const std::vector<TOutlineCut>& vCuts) {
+    const auto itFirst = std::lower_bound(vCuts.begin(), vCuts.end(), fold.tBegin,
+                                          [](const auto& cut, uint32_t t) { return cut.t < t; });
+    if (itFirst != vCuts.end() && itFirst->t <= fold.tEnd) return {};
+    return static_cast<size_t>(itFirst - vCuts.begin());
 }
 
 } // namespace
 
-std::vector<TPolyBezier> BuildOutline(const TOutlineSource& given) {
+std::vector<TStretchOutline> BuildOutline(const TOutlineSource& given) {
     if (given.vAnchors.empty()) return {};
     const CPoint ptOrigin = given.vAnchors.front().anchor;
     // Curves round toward zero: seen from its own start a path has the same outline wherever it lies.
@@ -98,15 +67,22 @@ std::vector<TPolyBezier> BuildOutline(const TOutlineSource& given) {
     const TSide left = BuildSide(SideOf(source, SIDE_LEFT));
     const TSide right = BuildSide(SideOf(source, SIDE_RIGHT));
     const auto vStretches = CutSides(left, right, vCuts);
-    std::vector<TPolyBezier> vOutlines;
+    const auto close = [&](const TOutlinePoints& vPoints) {
+        TPolyBezier vCurve = CloseOutline(vPoints);
+        for (CPoint& pt : vCurve) pt = ToPath(CheckedAdd(pt, ptOrigin));
+        return vCurve;
+    };
+    std::vector<std::vector<TPolyBezier>> vFolds(vStretches.size());
+    for (const TFold& fold : FindFolds(left, right)) {
+        const auto idx = StretchOf(fold, source.vCuts);
+        if (idx && *idx < vFolds.size()) vFolds[*idx].push_back(close(fold.vPoints));
+    }
+    std::vector<TStretchOutline> vOutlines;
     for (size_t i = 0; i < vStretches.size(); i += 2) {
         const TOutlinePoints vPoints = JoinSides(vStretches[i], i == 0 ? source.pBegin : nullptr,
                                                  i + 1 == vStretches.size() ? source.pEnd : nullptr);
-        if (!vPoints.empty()) vOutlines.push_back(CloseOutline(vPoints));
+        if (!vPoints.empty()) vOutlines.push_back({close(vPoints), std::move(vFolds[i])});
     }
-    AppendFolds(left, right, source.vCuts, vOutlines);
-    for (TPolyBezier& vCurve : vOutlines)
-        for (CPoint& pt : vCurve) pt = ToPath(CheckedAdd(pt, ptOrigin));
     return vOutlines;
 }
 

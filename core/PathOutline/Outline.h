@@ -74,10 +74,20 @@ struct TOutlineSource {
     const IOutlineTerm* pEnd = nullptr;
 };
 
-/// The outlines of the visible stretches, from the path's start on, each closed. Cuts come in pairs: what
-/// lies between the two of a pair is left out. Without anchors there is none. Path units. Raises
+/// A visible stretch of a stroke, in path units.
+struct TStretchOutline {
+    TPolyBezier vCurve; ///< closed: what is seen as its outline
+    /// Closed too: ground where the stroke is wider than its bend, of which the outline may take some away.
+    /// It is filled with the outline as one shape.
+    std::vector<TPolyBezier> vFolds;
+
+    friend bool operator==(const TStretchOutline&, const TStretchOutline&) = default;
+};
+
+/// The outlines of the visible stretches, from the path's start on. Cuts come in pairs: what
+/// lies between the two of a pair is left out. Without anchors there is none. Raises
 /// boost::numeric::bad_numeric_cast when a point leaves 32 bits on the way.
-std::vector<TPolyBezier> BuildOutline(const TOutlineSource& source);
+std::vector<TStretchOutline> BuildOutline(const TOutlineSource& source);
 
 /// The closed curve through the points, in their order; two points at the same place without handles make no
 /// closing segment.

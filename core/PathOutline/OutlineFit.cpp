@@ -4,7 +4,9 @@
 
 namespace {
 
-constexpr uint32_t SHORTEST_TANGENT = 4 * OUTLINE_UNIT;
+/// Tangents shorter than this turn by whole degrees when a point of the curve is rounded.
+constexpr uint32_t SURE_TANGENT = 4 * OUTLINE_UNIT;
+constexpr uint32_t SHORTEST_TANGENT = 4;
 constexpr uint32_t SHORTEST_HANDLE = 2 * OUTLINE_UNIT;
 constexpr int32_t MITRE_REACH = 400 * OUTLINE_UNIT;
 
@@ -15,6 +17,23 @@ struct TOffset {
     CPoint widthTangent; ///< of the width over the arc length
     int32_t nWidth;
 };
+
+// The curve's tangent at a fraction or, where that is too short to tell a direction, the nearest one that is
+// not, the one before it first; zero where the curve has none.
+CPoint DirectionAt(const CBezier& bez, uint32_t f) {
+    constexpr uint32_t STEP = 0x400;
+    const CPoint own = bez.TangentAt(f);
+    if (LengthDown(own) >= SURE_TANGENT) return own;
+    for (uint32_t uAway = STEP; uAway <= BEZIER_T_RESOLUTION; uAway += STEP) {
+        if (uAway <= f)
+            if (const CPoint before = bez.TangentAt(f - uAway); LengthDown(before) >= SURE_TANGENT)
+                return before;
+        if (uAway <= BEZIER_T_RESOLUTION - f)
+            if (const CPoint behind = bez.TangentAt(f + uAway); LengthDown(behind) >= SURE_TANGENT)
+                return behind;
+    }
+    return LengthDown(own) >= SHORTEST_TANGENT ? own : CPoint{};
+}
 
 TOffset OffsetAt(const CBezier& piece, const CBezier& width, uint32_t f) {
     return {piece.PointAt(f), piece.TangentAt(f), width.TangentAt(f), width.PointAt(f).y};
@@ -70,9 +89,8 @@ int64_t Cross(TWide a, CPoint b) { return a.x * b.y - a.y * b.x; }
 } // namespace
 
 std::optional<TOutlinePoint> OffsetPoint(const CBezier& piece, const CBezier& width, uint32_t f) {
-    const TOffset at = OffsetAt(piece, width, f);
-    if (LengthDown(at.tangent) < SHORTEST_TANGENT || LengthDown(at.widthTangent) < SHORTEST_TANGENT)
-        return {};
+    const TOffset at{piece.PointAt(f), DirectionAt(piece, f), DirectionAt(width, f), width.PointAt(f).y};
+    if (IsZero(at.tangent) || IsZero(at.widthTangent)) return {};
     const CPoint direction = SideDirection(at);
     return TOutlinePoint{CheckedAdd(at.center, ScaleDown(Rot90(at.tangent), at.nWidth)), Negated(direction),
                          direction};

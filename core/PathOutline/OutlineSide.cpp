@@ -131,8 +131,11 @@ bool RunsAgainst(const TOutlinePoint& a, const TOutlinePoint& b) {
     return Dot(way, a.fore) <= 0 || Dot(way, b.back) >= 0;
 }
 
-// Appends a piece's three points to the side; `bAtAnchor` where the centre line may have a corner.
-void Append(TOutlinePoints& vSide, TOutlinePoint a, TOutlinePoint m, const TOutlinePoint& b, bool bAtAnchor) {
+// Appends a piece's three points to the side. Where it begins at an anchor the centre line may have a corner;
+// `t` is its place along the path.
+void Append(TSide& side, TOutlinePoint a, TOutlinePoint m, const TOutlinePoint& b, bool bAtAnchor,
+            uint32_t t) {
+    TOutlinePoints& vSide = side.vPoints;
     if (vSide.empty()) {
         vSide = {a, m, b};
         return;
@@ -142,6 +145,7 @@ void Append(TOutlinePoints& vSide, TOutlinePoint a, TOutlinePoint m, const TOutl
         vSide.pop_back();
         const TOutlinePoints vCorner = JoinCorner(vSide.back(), last, a, m);
         vSide.insert(vSide.end(), vCorner.begin(), vCorner.end());
+        if (vCorner.size() > 1) side.vCorners.push_back({t, t, vCorner});
     } else if (LengthDown(vSide.back().anchor - a.anchor) < SAME_PLACE) {
         vSide.back().fore = a.fore;
     } else {
@@ -169,7 +173,7 @@ TSideSource SideOf(const TOutlineSource& source, EPathSide side) {
 
 TSide BuildSide(const TSideSource& source) {
     TSide side;
-    if (source.vAnchors.size() < 2) return {BuildDot(source), {}};
+    if (source.vAnchors.size() < 2) return {BuildDot(source), {}, {}};
     CPieceWalk walk(source);
     while (!walk.IsDone()) {
         const TPiece piece = walk.Next();
@@ -178,20 +182,29 @@ TSide BuildSide(const TSideSource& source) {
         auto m = OffsetPoint(piece.bez, piece.width, BEZIER_T_RESOLUTION / 2);
         auto b = OffsetPoint(piece.bez, piece.width, BEZIER_T_RESOLUTION);
         if (!a || !m || !b) continue;
+        // An end that is cut at a slant moves its corners, which folds nothing.
+        const std::array aptPlain{a->anchor, m->anchor, b->anchor};
+        const std::array abFolded{RunsAgainst(*a, *m), RunsAgainst(*m, *b)};
         if (piece.tBegin == 0)
             source.pStart->AdjustEnd(*a, piece.bez);
         else if (piece.tEnd == walk.GetLast())
             source.pEnd->AdjustEnd(*b, piece.bez.Reverse());
-        const std::array abFolded{RunsAgainst(*a, *m), RunsAgainst(*m, *b)};
         const auto [bezHead, bezTail] = piece.bez.Split(BEZIER_T_RESOLUTION / 2);
         const auto [widthHead, widthTail] = piece.width.Split(BEZIER_T_RESOLUTION / 2);
         FitHandles(*a, *m, bezHead, widthHead);
         FitHandles(*m, *b, bezTail, widthTail);
         a->back = b->fore = {};
-        Append(side.vPoints, *a, *m, *b, piece.tBegin % BEZIER_T_RESOLUTION == 0);
-        const uint32_t tFrom = source.side == SIDE_LEFT ? piece.tBegin : walk.GetLast() - piece.tEnd;
-        side.vPieces.push_back(
-            {tFrom, tFrom + (piece.tEnd - piece.tBegin), {*a, *m, *b}, side.vPoints.size() - 2, abFolded});
+        const auto alongPath = [&](uint32_t t) { return source.side == SIDE_LEFT ? t : walk.GetLast() - t; };
+        Append(side, *a, *m, *b, piece.tBegin % BEZIER_T_RESOLUTION == 0, alongPath(piece.tBegin));
+        const auto [tBegin, tEnd] = std::minmax(alongPath(piece.tBegin), alongPath(piece.tEnd));
+        side.vPieces.push_back({tBegin,
+                                tEnd,
+                                piece.bez,
+                                piece.width,
+                                {*a, *m, *b},
+                                side.vPoints.size() - 2,
+                                aptPlain,
+                                abFolded});
     }
     if (side.vPoints.empty()) side.vPoints = BuildDot(source);
     return side;

@@ -20,16 +20,28 @@ TSideSource SideOf(const TOutlineSource& source, EPathSide side);
 struct TSidePiece {
     uint32_t tBegin; ///< in the path's direction, as tEnd
     uint32_t tEnd;
-    std::array<TOutlinePoint, 3> aPoints; ///< in the side's direction
-    size_t idxMiddle;                     ///< of its middle among the side's points
+    CBezier bez;   ///< the centre line, in the side's direction as all that follows
+    CBezier width; ///< half-widths over arc lengths
+    std::array<TOutlinePoint, 3> aPoints;
+    size_t idxMiddle;               ///< of the middle one among the side's points
+    std::array<CPoint, 3> aptPlain; ///< their anchors before a slanted end moved any
     /// Halves that run against the centre line, because the stroke is wider than its bend.
     std::array<bool, 2> abFolded;
+};
+
+/// An anchor where a side goes on at another place and does not cross itself on the way: the end of one
+/// piece, a mitre if there is one, the beginning of the next.
+struct TSideCorner {
+    uint32_t tBegin; ///< in the path's direction
+    uint32_t tEnd;   ///< the same
+    TOutlinePoints vPoints;
 };
 
 /// One side of a stroke.
 struct TSide {
     TOutlinePoints vPoints; ///< at least one
     std::vector<TSidePiece> vPieces;
+    std::vector<TSideCorner> vCorners;
 };
 
 TSide BuildSide(const TSideSource& source);

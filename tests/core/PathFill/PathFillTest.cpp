@@ -31,17 +31,22 @@ void WindRow(const TLines& lines, int32_t nRow, std::vector<int>& vWinding) {
     }
 }
 
-// The whole plane by the definition.
-TPixels Define(const TOutline& outline, CPoint ptOrigin, CSize sz) {
+// The whole plane by the definition, several outlines as one shape.
+TPixels Define(const std::vector<TOutline>& vOutlines, CPoint ptOrigin, CSize sz) {
     const CRect rcCells(CPoint{0, 0}, CSize{sz.cx * 16, sz.cy * 16});
-    TLines lines;
-    CFlattener<TLines>(rcCells, lines).Flatten(outline, ptOrigin.x, ptOrigin.y);
+    std::vector<TLines> vLines(vOutlines.size());
+    for (size_t n = 0; n < vLines.size(); ++n)
+        CFlattener<TLines>(rcCells, vLines[n]).Flatten(vOutlines[n], ptOrigin.x, ptOrigin.y);
     std::vector<int> vCounts(static_cast<size_t>(sz.cx * sz.cy));
     for (int32_t nRow = 0; nRow < rcCells.bottom; ++nRow) {
-        std::vector<int> vWinding(static_cast<size_t>(rcCells.right));
-        WindRow(lines, nRow, vWinding);
-        for (size_t n = 0; n < vWinding.size(); ++n)
-            vCounts[static_cast<size_t>(nRow / 16 * sz.cx) + n / 16] += vWinding[n] != 0;
+        std::vector<bool> vSet(static_cast<size_t>(rcCells.right));
+        for (const TLines& lines : vLines) {
+            std::vector<int> vWinding(vSet.size());
+            WindRow(lines, nRow, vWinding);
+            for (size_t n = 0; n < vSet.size(); ++n) vSet[n] = vSet[n] || vWinding[n] != 0;
+        }
+        for (size_t n = 0; n < vSet.size(); ++n)
+            vCounts[static_cast<size_t>(nRow / 16 * sz.cx) + n / 16] += vSet[n];
     }
     const auto count = [&](int32_t x, int32_t y) {
         return std::min(255, vCounts[static_cast<size_t>(std::clamp(y, 0, sz.cy - 1) * sz.cx + x)]);
@@ -55,6 +60,10 @@ TPixels Define(const TOutline& outline, CPoint ptOrigin, CSize sz) {
             pixels.push_back(static_cast<uint8_t>((v + 6) / 12));
         }
     return pixels;
+}
+
+TPixels Define(const TOutline& outline, CPoint ptOrigin, CSize sz) {
+    return Define(std::vector<TOutline>{outline}, ptOrigin, sz);
 }
 
 TPixels Fill(const TOutline& outline, CPoint ptOrigin, CSize sz) {
@@ -132,6 +141,24 @@ TEST_P(PathFillForms, CrowdsAndLongEdgesAreAsDefined) {
         const TOutline outline =
             Polygon({{x, -3}, {x + nWide, -3}, {x + nWide + nLean, 99}, {x + nLean, 99}});
         ASSERT_EQ(Fill(outline, {}, TWO_TILES), Define(outline, {}, TWO_TILES)) << n;
+    }
+}
+
+TEST_P(PathFillForms, SeveralOutlinesAreOneShape) {
+    std::mt19937 random(6);
+    for (int n = 0; n < 3; ++n) {
+        // The one's holes under the other, edges in common, windings that would cancel.
+        std::vector<TOutline> vOutlines{
+            RandomOutline(random, 100, 900), Polygon({{9, 9}, {60, 30}, {20, 80}}),
+            RandomOutline(random, -300, 1800), Polygon({{9, 9}, {20, 80}, {60, 30}}),
+            Polygon({{60, 30}, {20, 80}, {70, 70 + n}})};
+        const std::vector<CPathFill::TOutline> vSpans(vOutlines.begin(), vOutlines.end());
+        const auto spPlane = MakePlane<TPlane>(TWO_TILES);
+        CPathFill fill;
+        spPlane->ForEachBlock([&](CPoint pt) {
+            fill.FillTile(vSpans, {{}, TWO_TILES}, static_cast<CAlphaBlock8&>(*spPlane->GetBlock(pt, true)));
+        });
+        ASSERT_EQ(ValuesOf<uint8_t>(*spPlane), Define(vOutlines, {}, TWO_TILES)) << n;
     }
 }
 

@@ -18,10 +18,11 @@ TEST(Outline, PiecesAreClosedAndMoveWithThePath) {
         ASSERT_EQ(spPath->GetStream().GetOutline(STATE_LIVE), vBehind);
         ASSERT_EQ(vBehind.size(), vBefore.size());
         for (size_t i = 0; i < vBefore.size(); ++i) {
-            ASSERT_EQ(vBefore[i].size() % 3, 1u);
-            ASSERT_EQ(vBefore[i].front(), vBefore[i].back());
-            ASSERT_EQ(vBehind[i].size(), vBefore[i].size());
-            for (size_t k = 0; k < vBefore[i].size(); ++k) ASSERT_EQ(vBehind[i][k], vBefore[i][k] + ptWay);
+            TPolyBezier vExpected = vBefore[i].vCurve;
+            ASSERT_EQ(vExpected.size() % 3, 1u);
+            ASSERT_EQ(vExpected.front(), vExpected.back());
+            for (CPoint& pt : vExpected) pt = pt + ptWay;
+            ASSERT_EQ(vBehind[i].vCurve, vExpected);
         }
     }
 }
@@ -41,9 +42,10 @@ TEST(Outline, ReversedPathsLookAlike) {
         spBack->GetStream().SetTerm(CreateOpenPathTerm(TERM_ROUND, false));
         spPath->Update();
         spBack->Update();
-        // Outlines differ by up to a path unit, an eighth of a pixel, on either side.
+        // Outlines differ by up to a path unit, an eighth of a pixel, on either side, and by another where a
+        // bend is as tight as the stroke is wide: one way round may be found to be folded, the other not.
         const auto vPath = CoverageOf(*spPath), vReverse = CoverageOf(*spBack);
-        for (size_t i = 0; i < vPath.size(); ++i) ASSERT_NEAR(vPath[i], vReverse[i], 2 * 255 / 8) << n;
+        for (size_t i = 0; i < vPath.size(); ++i) ASSERT_NEAR(vPath[i], vReverse[i], 3 * 255 / 8) << n;
     }
 }
 
@@ -121,7 +123,7 @@ TEST(Outline, WaveIsTheSameEachTimeAndLeavesTheWidthPointsAlone) {
         return stream.GetOutline(STATE_COMMITTED);
     };
     const auto vCalm = waved(false, 0), vWave = waved(true, 12);
-    EXPECT_GT(vWave[0].size(), 2 * vCalm[0].size());
+    EXPECT_GT(vWave[0].vCurve.size(), 2 * vCalm[0].vCurve.size());
     EXPECT_TRUE(waved(true, 12) == vWave && waved(true, 0) == vCalm);
     EXPECT_TRUE(stream.GetWidthPoints().empty());
 }
@@ -160,7 +162,7 @@ TEST(Outline, SmoothLinesHaveSmoothSides) {
             AddWidth(spPath->GetStream(), t, FIXED_ONE / 2 + random() % FIXED_ONE,
                      FIXED_ONE / 2 + random() % FIXED_ONE);
         spPath->Update();
-        const TPolyBezier& v = spPath->GetStream().GetOutline(STATE_COMMITTED).front();
+        const TPolyBezier& v = spPath->GetStream().GetOutline(STATE_COMMITTED).front().vCurve;
         int nSharp = 0;
         for (size_t i = 3; i + 3 < v.size(); i += 3) {
             // Corners of less than half a pixel come from rounding to path units and are not seen.

@@ -1,0 +1,97 @@
+#include "core/PathOutline/OutlineFold.h"
+
+#include "core/PathOutline/OutlineFit.h"
+
+namespace {
+
+// The entries of both sides that stand at the same place, in the path's direction.
+template <class TEntries, class Visit>
+void VisitPairs(const TEntries& vLeft, const TEntries& vRight, Visit visit) {
+    auto itRight = vRight.rbegin();
+    for (const auto& l : vLeft) {
+        while (itRight != vRight.rend() && itRight->tBegin < l.tBegin) ++itRight;
+        if (itRight == vRight.rend()) break;
+        if (itRight->tBegin == l.tBegin && itRight->tEnd == l.tEnd) visit(l, *itRight);
+    }
+}
+
+// Half a piece, by its number on the left side.
+TFold HalfOf(const TSidePiece& l, const TSidePiece& r, size_t n) {
+    return {l.tBegin,
+            l.tEnd,
+            {{l.aPoints[n].anchor, {}, l.aPoints[n].fore},
+             {l.aPoints[n + 1].anchor, l.aPoints[n + 1].back, {}},
+             {r.aPoints[1 - n].anchor, {}, r.aPoints[1 - n].fore},
+             {r.aPoints[2 - n].anchor, r.aPoints[2 - n].back, {}}}};
+}
+
+// True when the lines from `a` to `b` and from `c` to `d` have a point in common.
+bool DoCross(CPoint a, CPoint b, CPoint c, CPoint d) {
+    const auto sideOf = [](CPoint from, CPoint to, CPoint pt) {
+        const int64_t n = Cross(to - from, pt - from);
+        return (n > 0) - (n < 0);
+    };
+    return sideOf(a, b, c) * sideOf(a, b, d) <= 0 && sideOf(c, d, a) * sideOf(c, d, b) <= 0;
+}
+
+// True when the lines across the stroke at both ends of the half meet, or a side leads backwards.
+bool IsFolded(const TSidePiece& l, const TSidePiece& r, size_t n) {
+    return l.abFolded[n] || r.abFolded[1 - n] ||
+           DoCross(l.aptPlain[n], r.aptPlain[2 - n], l.aptPlain[n + 1], r.aptPlain[1 - n]);
+}
+
+// The half in narrow strips: where a side runs backwards no curve is fitted to it, so that the half alone
+// would miss ground between its ends. A slanted end has its corners elsewhere and is left as it is.
+void AppendStrips(const TSidePiece& l, const TSidePiece& r, size_t n, std::vector<TFold>& vFolds) {
+    constexpr uint32_t STRIPS = 8;
+    for (const size_t k : {n, n + 1})
+        if (l.aPoints[k].anchor != l.aptPlain[k] || r.aPoints[2 - k].anchor != r.aptPlain[2 - k]) return;
+    std::array<CPoint, 2> aptBefore{l.aptPlain[n], r.aptPlain[2 - n]};
+    for (uint32_t u = 1; u <= STRIPS; ++u) {
+        const uint32_t f = (static_cast<uint32_t>(n) * STRIPS + u) * (BEZIER_T_RESOLUTION / 2 / STRIPS);
+        const auto left = OffsetPoint(l.bez, l.width, f);
+        const auto right = OffsetPoint(r.bez, r.width, BEZIER_T_RESOLUTION - f);
+        if (!left || !right) continue;
+        vFolds.push_back({l.tBegin,
+                          l.tEnd,
+                          {{aptBefore[SIDE_LEFT], {}, {}},
+                           {left->anchor, {}, {}},
+                           {right->anchor, {}, {}},
+                           {aptBefore[SIDE_RIGHT], {}, {}}}});
+        aptBefore = {left->anchor, right->anchor};
+    }
+}
+
+TFold CornerOf(const TSideCorner& l, const TSideCorner& r) {
+    TFold fold{l.tBegin, l.tEnd, l.vPoints};
+    fold.vPoints.insert(fold.vPoints.end(), r.vPoints.begin(), r.vPoints.end());
+    fold.vPoints[0].back = fold.vPoints[l.vPoints.size()].back = {};
+    fold.vPoints[l.vPoints.size() - 1].fore = fold.vPoints.back().fore = {};
+    return fold;
+}
+
+} // namespace
+
+std::vector<TFold> FindFolds(const TSide& left, const TSide& right) {
+    struct THalf {
+        const TSidePiece& l;
+        const TSidePiece& r;
+        size_t n;
+        bool bFolded;
+    };
+    std::vector<THalf> vHalves;
+    VisitPairs(left.vPieces, right.vPieces, [&](const TSidePiece& l, const TSidePiece& r) {
+        for (const size_t n : {0u, 1u}) vHalves.push_back({l, r, n, IsFolded(l, r, n)});
+    });
+    std::vector<TFold> vFolds;
+    const auto isFolded = [&](size_t i) { return i < vHalves.size() && vHalves[i].bFolded; };
+    for (size_t i = 0; i < vHalves.size(); ++i) {
+        const THalf& half = vHalves[i];
+        if (half.bFolded) vFolds.push_back(HalfOf(half.l, half.r, half.n));
+        // Between a fold and a curve beside it that is fitted a little lean there would be a gap.
+        if (half.bFolded || isFolded(i + 1) || isFolded(i - 1)) AppendStrips(half.l, half.r, half.n, vFolds);
+    }
+    VisitPairs(left.vCorners, right.vCorners,
+               [&](const TSideCorner& l, const TSideCorner& r) { vFolds.push_back(CornerOf(l, r)); });
+    return vFolds;
+}

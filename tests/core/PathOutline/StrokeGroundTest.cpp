@@ -1,0 +1,152 @@
+// What strokes paint, beside the ground that their ribs cover.
+#include "core/PathFill/PathFill.h"
+#include "tests/support/Paths.h"
+#include "tests/support/Planes.h"
+#include "tests/support/TrueStroke.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr CSize PLANE{288, 288};
+constexpr double PI = 3.14159265358979;
+
+using TPoint = CTrueStroke::TPoint;
+
+CPoint ToUnits(TPoint pt) {
+    return {static_cast<int32_t>(std::lround(pt.real())), static_cast<int32_t>(std::lround(pt.imag()))};
+}
+
+// Anchors with handles of the given lengths along a direction.
+struct TKnot {
+    TPoint at;
+    TPoint direction;
+    double dBack;
+    double dFore;
+};
+
+boost::shared_ptr<COpenPathObject> MakePath(const std::vector<TKnot>& vKnots, double dWidth, EPathTerm type,
+                                            uint32_t uAngle = 90) {
+    const auto spPath = boost::make_shared<COpenPathObject>();
+    spPath->GetStream().SetWidth(static_cast<uint32_t>(dWidth));
+    for (const TKnot& knot : vKnots)
+        AddAnchor(spPath->GetStream(), ToUnits(knot.at), ToUnits(-knot.dBack * knot.direction),
+                  ToUnits(knot.dFore * knot.direction));
+    for (const bool bBegin : {true, false}) {
+        const auto spTerm = CreateOpenPathTerm(type, bBegin);
+        if (const auto spFlat = boost::dynamic_pointer_cast<COpenPathFlatTerm>(spTerm))
+            spFlat->SetAngle(CDualValue<uint32_t>(uAngle));
+        spPath->GetStream().SetTerm(spTerm);
+    }
+    spPath->Update();
+    return spPath;
+}
+
+std::vector<uint8_t> CoverageOf(const CPathObject& path) {
+    const auto spPlane = MakePlane<CAlphaBufferImpl<uint8_t>>(PLANE);
+    CPathFill fill;
+    spPlane->ForEachBlock([&](CPoint pt) {
+        path.RasterizePath(fill, PLANE, static_cast<CAlphaBlock8&>(*spPlane->GetBlock(pt, true)));
+    });
+    return ValuesOf<uint8_t>(*spPlane);
+}
+
+double Draw(std::mt19937& random, double dFrom, double dTo) {
+    return dFrom + (dTo - dFrom) * (random() % 10001) / 10000;
+}
+
+// Two straight legs with a round bend between them that is tighter than the stroke is wide.
+boost::shared_ptr<COpenPathObject> MakeHook(std::mt19937& random, double dWidth, EPathTerm type) {
+    const double dRadius = Draw(random, 0.05, 0.9) * dWidth, dLeg = Draw(random, 0.3, 2.5) * dWidth;
+    const double dTurn = Draw(random, 1.6, 3.4);
+    const int nBends = 1 + static_cast<int>(random() % 2);
+    const TPoint begin = std::polar(1.0, Draw(random, 0, 2 * PI)), centre(1152, 1152);
+    std::vector<TKnot> vKnots{{centre - begin * TPoint(dLeg, dRadius), begin, 0, dLeg / 3}};
+    const double dHandle = 4.0 / 3 * std::tan(dTurn / nBends / 4) * dRadius;
+    for (int n = 0; n <= nBends; ++n) {
+        const TPoint along = begin * std::polar(1.0, dTurn * n / nBends);
+        vKnots.push_back({centre - along * TPoint(0, dRadius), along, n == 0 ? dLeg / 3 : dHandle,
+                          n == nBends ? dLeg / 3 : dHandle});
+    }
+    const TKnot last = vKnots.back();
+    vKnots.push_back({last.at + dLeg * last.direction, last.direction, dLeg / 3, 0});
+    return MakePath(vKnots, dWidth, type);
+}
+
+// Pixels that are not full and that no way over such pixels leads to from outside.
+int CountEnclosed(const std::vector<uint8_t>& v) {
+    std::vector<bool> vOutside(v.size());
+    std::vector<size_t> vNext{0};
+    vOutside[0] = true;
+    const auto nWide = static_cast<size_t>(PLANE.cx);
+    while (!vNext.empty()) {
+        const size_t n = vNext.back();
+        vNext.pop_back();
+        for (const size_t k : {n - 1, n + 1, n - nWide, n + nWide})
+            if (k < v.size() && !vOutside[k] && v[k] < 250) {
+                vOutside[k] = true;
+                vNext.push_back(k);
+            }
+    }
+    int nCount = 0;
+    for (size_t n = 0; n < v.size(); ++n) nCount += v[n] < 250 && !vOutside[n];
+    return nCount;
+}
+
+} // namespace
+
+TEST(StrokeGround, TightHooksAreFullWithoutSpecks) {
+    std::mt19937 random(23);
+    for (int n = 0; n < 60; ++n)
+        for (const EPathTerm type : {TERM_ROUND, TERM_FLAT})
+            EXPECT_EQ(CountEnclosed(CoverageOf(*MakeHook(random, 24 + 5 * n, type))), 0) << n << " " << type;
+}
+
+TEST(StrokeGround, ShortTangentsLoseNoInk) {
+    // Handles of none to two path units, on segments of 1 to 14 pixels.
+    std::mt19937 random(22);
+    for (int n = 0; n < 60; ++n) {
+        const double dStep = Draw(random, 8, 112), dWidth = Draw(random, 8, 64);
+        TPoint at(1100, 1100), direction = std::polar(1.0, Draw(random, 0, 2 * PI));
+        std::vector<TKnot> vKnots;
+        for (int k = 0; k < 3; ++k) {
+            const double dHandle = static_cast<double>(random() % 3);
+            vKnots.push_back({at, direction, dHandle, dHandle});
+            at += dStep * direction;
+        }
+        const auto type = static_cast<EPathTerm>(1 + n % 3);
+        const auto spPath = MakePath(vKnots, dWidth, type);
+        const auto v = CoverageOf(*spPath);
+        const CTrueStroke ground(spPath->GetStream(), PLANE);
+        double dLost = 0;
+        for (int y = 0; y < PLANE.cy; ++y)
+            for (int x = 0; x < PLANE.cx; ++x)
+                dLost +=
+                    std::max(0.0, ground.At(x, y) - v[static_cast<size_t>(y * PLANE.cx + x)] / 255.0 - 0.2);
+        EXPECT_LT(dLost, 8) << n;
+    }
+}
+
+TEST(StrokeGround, SlantedEndsHaveNoSteps) {
+    // No ink beyond the line of the cut, on gentle arcs whose inner side runs forward everywhere.
+    std::mt19937 random(24);
+    for (int n = 0; n < 30; ++n) {
+        const double dWidth = Draw(random, 24, 200), dLength = Draw(random, 2.2, 4) * dWidth;
+        const TPoint along = std::polar(1.0, Draw(random, 0, 2 * PI)), middle(1152, 1152);
+        const TPoint bend = std::polar(1.0, Draw(random, -0.35, 0.35));
+        const TKnot begin{middle - along * dLength / 2.0, along / bend, 0, dLength / 3};
+        const TKnot end{middle + along * dLength / 2.0, along * bend, dLength / 3, 0};
+        const auto v = CoverageOf(*MakePath({begin, end}, dWidth, TERM_FLAT, 60));
+        double dBeyond = 0;
+        for (int y = 0; y < PLANE.cy; ++y)
+            for (int x = 0; x < PLANE.cx; ++x)
+                for (const bool bEnd : {false, true}) {
+                    const TKnot& knot = bEnd ? end : begin;
+                    const TPoint away = TPoint(8 * x + 4, 8 * y + 4) - knot.at;
+                    const TPoint out = knot.direction * std::polar(bEnd ? 1.0 : -1.0, PI / 6);
+                    if (std::abs(away) < 1.3 * dWidth + 16 && (away * std::conj(out)).real() > 12)
+                        dBeyond += v[static_cast<size_t>(y * PLANE.cx + x)] / 255.0;
+                }
+        EXPECT_LT(dBeyond, 1) << n;
+    }
+}
