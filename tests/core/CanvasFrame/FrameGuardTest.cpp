@@ -89,7 +89,7 @@ TEST_F(FrameGuard, InputGoesOnBehindAToolThatFails) {
             [] { Send(EMessage::PenPacket); }, [] { Send(EMessage::KeyDown, 'A'); },
             [] { Send(EMessage::CaptureChanged); }, [] { Send(EMessage::MdiActivate, 1); }};
         for (size_t i = 0; i < std::size(CASES); ++i) {
-            spTool->m_cursor = i % 2 ? ECursor::Cross : ECursor::Pick;
+            spTool->m_cursor = i % 2 ? ECursor::Cross : ECursor::Hand;
             Window().SetCursor(ECursor::Arrow);
             CASES[i]();
             EXPECT_EQ(Window().GetCursor(), spTool->m_cursor) << i;
