@@ -283,7 +283,7 @@ void CFrameInput::OnActivate() {
     m_bScrolling = m_bSpaceDown = m_bDropPress = false;
     if (const auto spTool = g_wpActiveTool.lock()) {
         spTool->GetContact().Drop();
-        spTool->OnProximityLeave();
+        Guarded([&] { return spTool->OnProximityLeave(), true; });
     }
     Settle();
 }

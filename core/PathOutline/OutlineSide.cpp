@@ -196,7 +196,7 @@ TSide BuildSide(const TSideSource& source) {
         a->back = b->fore = {};
         const auto alongPath = [&](uint32_t t) { return source.side == SIDE_LEFT ? t : walk.GetLast() - t; };
         Append(side, *a, *m, *b, piece.tBegin % BEZIER_T_RESOLUTION == 0, alongPath(piece.tBegin));
-        const auto [tBegin, tEnd] = std::minmax(alongPath(piece.tBegin), alongPath(piece.tEnd));
+        const auto [tBegin, tEnd] = std::minmax({alongPath(piece.tBegin), alongPath(piece.tEnd)});
         side.vPieces.push_back({tBegin,
                                 tEnd,
                                 piece.bez,

@@ -99,7 +99,7 @@ TEST_F(FrameGuard, InputGoesOnBehindAToolThatFails) {
         Send(EMessage::PenProximity, 1, 2);
         EXPECT_EQ(g_wpActiveTool.lock()->GetToolId(), TOOL_ERASER);
     });
-    EXPECT_EQ(m_outside.m_vShown.size(), 7u) << "one of the packets each";
+    EXPECT_EQ(m_outside.m_vShown.size(), 8u) << "one of the packets each, two of the activation";
 }
 
 TEST_F(FrameGuard, WhatACommandChangedBeforeItFailedIsShown) {

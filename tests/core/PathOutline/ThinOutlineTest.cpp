@@ -29,7 +29,7 @@ TEST(ThinOutline, SidesOfOneToThreePixelsRunBesideTheCentreLine) {
                 AddWidth(stream, static_cast<uint32_t>(n) * BEZIER_T_RESOLUTION + 30000, FIXED_ONE,
                          FIXED_ONE);
             spPath->Update();
-            const TPolyBezier& v = stream.GetOutline(STATE_COMMITTED).front();
+            const TPolyBezier& v = stream.GetOutline(STATE_COMMITTED).front().vCurve;
             double dWorst = 0, dSum = 0;
             int nSamples = 0;
             for (size_t i = 0; i + 3 < v.size(); i += 3) {
