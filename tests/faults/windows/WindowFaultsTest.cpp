@@ -1,12 +1,15 @@
 // Nothing that fails once between the windows and the application breaks a session or a document.
 #include "tests/faults/Apart.h"
 #include "tests/faults/windows/WindowSession.h"
+#include "tests/faults/windows/WindowStart.h"
 #include "ui/QtApplication.h"
 
 #include <QByteArray>
 #include <gmock/gmock.h>
 
 TEST(WindowFaults, ASessionSurvivesEveryFailedAllocation) { ExpectSurvival(30, PlayInWindows); }
+
+TEST(WindowFaults, ASessionThatCannotBeginLeavesRoomForTheNext) { ExpectSurvival(40, PlayStartInWindows); }
 
 int main(int nArguments, char** ppszArguments) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
