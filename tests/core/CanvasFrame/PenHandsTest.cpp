@@ -109,13 +109,12 @@ private:
         return v;
     }
 
-    // Loses, doubles and exchanges events.
+    // Loses, doubles and exchanges events; the mouse's keep their order.
     void Spoil(std::vector<TEvent>& v) {
         std::vector<TEvent> vSpoilt;
         for (const TEvent& event : v) {
-            const int n = Draw(10);
-            const bool bMouse = event.kind >= EKind::MouseDown; // no button is lost
-            if (n == 0 && !bMouse) continue;
+            const int n = event.kind >= EKind::MouseDown ? 9 : Draw(10);
+            if (n == 0) continue;
             vSpoilt.push_back(event);
             if (n == 1) vSpoilt.push_back(event);
             if (n == 2 && vSpoilt.size() > 1) std::swap(vSpoilt.back(), vSpoilt[vSpoilt.size() - 2]);
