@@ -25,13 +25,14 @@ TFold HalfOf(const TSidePiece& l, const TSidePiece& r, size_t n) {
              {r.aPoints[2 - n].anchor, r.aPoints[2 - n].back, {}}}};
 }
 
-// True when the lines from `a` to `b` and from `c` to `d` have a point in common.
+// True when the lines from `a` to `b` and from `c` to `d` cross; not where they merely meet, as at a sharp
+// end.
 bool DoCross(CPoint a, CPoint b, CPoint c, CPoint d) {
     const auto sideOf = [](CPoint from, CPoint to, CPoint pt) {
         const int64_t n = Cross(to - from, pt - from);
         return (n > 0) - (n < 0);
     };
-    return sideOf(a, b, c) * sideOf(a, b, d) <= 0 && sideOf(c, d, a) * sideOf(c, d, b) <= 0;
+    return sideOf(a, b, c) * sideOf(a, b, d) < 0 && sideOf(c, d, a) * sideOf(c, d, b) < 0;
 }
 
 // True when the lines across the stroke at both ends of the half meet, or a side leads backwards.

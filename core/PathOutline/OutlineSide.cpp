@@ -145,7 +145,8 @@ void Append(TSide& side, TOutlinePoint a, TOutlinePoint m, const TOutlinePoint& 
         vSide.pop_back();
         const TOutlinePoints vCorner = JoinCorner(vSide.back(), last, a, m);
         vSide.insert(vSide.end(), vCorner.begin(), vCorner.end());
-        if (vCorner.size() > 1) side.vCorners.push_back({t, t, vCorner});
+        const bool bMoves = LengthDown(a.anchor - last.anchor) >= OUTLINE_UNIT;
+        if (vCorner.size() > 1 && bMoves) side.vCorners.push_back({t, t, vCorner});
     } else if (LengthDown(vSide.back().anchor - a.anchor) < SAME_PLACE) {
         vSide.back().fore = a.fore;
     } else {

@@ -98,7 +98,7 @@ int CountEnclosed(const std::vector<uint8_t>& v) {
 TEST(StrokeGround, TightHooksAreFullWithoutSpecks) {
     std::mt19937 random(23);
     for (int n = 0; n < 60; ++n)
-        for (const EPathTerm type : {TERM_ROUND, TERM_FLAT})
+        for (const EPathTerm type : {TERM_SHARP, TERM_ROUND, TERM_FLAT})
             EXPECT_EQ(CountEnclosed(CoverageOf(*MakeHook(random, 24 + 5 * n, type))), 0) << n << " " << type;
 }
 
