@@ -150,3 +150,42 @@ TEST(StrokeGround, SlantedEndsHaveNoSteps) {
         EXPECT_LT(dBeyond, 1) << n;
     }
 }
+
+TEST(StrokeGround, UnevenSegmentsKeepTheWidthsSlope) {
+    // One width from end to end over segments of 4 and 140 pixels: it grows evenly along the line, not along
+    // t.
+    const TPoint right(1, 0);
+    const auto spPath =
+        MakePath({{{400, 1152}, right, 0, 10}, {{432, 1152}, right, 10, 370}, {{1552, 1152}, right, 370, 0}},
+                 80, TERM_FLAT);
+    COpenPathStream& stream = spPath->GetStream();
+    stream.AddWidthPoint(0)->SetMultiple(SIDE_LEFT, CDualValue<uint32_t>(FIXED_ONE / 4));
+    stream.AddWidthPoint(2 * BEZIER_T_RESOLUTION);
+    spPath->Update();
+    const auto v = CoverageOf(*spPath);
+    for (int x = 52; x < 192; ++x) {
+        double dAbove = 0;
+        for (int y = 100; y < 144; ++y) dAbove += v[static_cast<size_t>(y * PLANE.cx + x)] / 255.0;
+        const double d = (x + 0.5 - 50) / 144;
+        EXPECT_NEAR(dAbove, 2.5 + 7.5 * d * d * (3 - 2 * d), 0.35) << x;
+    }
+}
+
+TEST(StrokeGround, ThinZigzagsKeepTheirMitres) {
+    // Straight legs 20 pixels wide and 28 high: each outer corner reaches a mitre's length beyond its anchor.
+    for (const double dWidth : {8.0, 16.0, 24.0}) {
+        std::vector<TKnot> vKnots;
+        for (int n = 0; n < 10; ++n) vKnots.push_back({TPoint(240 + 160 * n, n % 2 ? 1264 : 1040), 1, 0, 0});
+        const auto v = CoverageOf(*MakePath(vKnots, dWidth, TERM_FLAT));
+        const double dMitre = dWidth / 8 * std::hypot(20, 28) / 20;
+        for (int n = 1; n < 9; ++n) {
+            double dUp = 0;
+            const int x = 30 + 20 * n;
+            for (int k = 0; k < 20; ++k) {
+                const int y = n % 2 ? 158 + k : 129 - k;
+                dUp = std::max(dUp, v[static_cast<size_t>(y * PLANE.cx + x)] > 40 ? k + 1.0 : 0.0);
+            }
+            EXPECT_NEAR(dUp, dMitre, 1.2) << dWidth << " " << n;
+        }
+    }
+}
