@@ -74,7 +74,7 @@ boost::shared_ptr<COpenPathObject> MakeHook(std::mt19937& random, double dWidth,
 }
 
 // Pixels that are not full and that no way over such pixels leads to from outside.
-int CountEnclosed(const std::vector<uint8_t>& v) {
+std::vector<size_t> FindEnclosed(const std::vector<uint8_t>& v) {
     std::vector<bool> vOutside(v.size());
     std::vector<size_t> vNext{0};
     vOutside[0] = true;
@@ -88,9 +88,10 @@ int CountEnclosed(const std::vector<uint8_t>& v) {
                 vNext.push_back(k);
             }
     }
-    int nCount = 0;
-    for (size_t n = 0; n < v.size(); ++n) nCount += v[n] < 250 && !vOutside[n];
-    return nCount;
+    std::vector<size_t> vEnclosed;
+    for (size_t n = 0; n < v.size(); ++n)
+        if (v[n] < 250 && !vOutside[n]) vEnclosed.push_back(n);
+    return vEnclosed;
 }
 
 } // namespace
@@ -99,7 +100,31 @@ TEST(StrokeGround, TightHooksAreFullWithoutSpecks) {
     std::mt19937 random(23);
     for (int n = 0; n < 60; ++n)
         for (const EPathTerm type : {TERM_SHARP, TERM_ROUND, TERM_FLAT})
-            EXPECT_EQ(CountEnclosed(CoverageOf(*MakeHook(random, 24 + 5 * n, type))), 0) << n << " " << type;
+            EXPECT_TRUE(FindEnclosed(CoverageOf(*MakeHook(random, 24 + 5 * n, type))).empty())
+                << n << " " << type;
+}
+
+TEST(StrokeGround, CornersBetweenShortLegsAreFull) {
+    // Three straight legs shorter than the stroke is wide: the inner sides do not reach each other.
+    std::mt19937 random(25);
+    for (int n = 0; n < 200; ++n) {
+        const double dWidth = Draw(random, 40, 240);
+        TPoint at(1152, 1152), along = std::polar(1.0, Draw(random, 0, 2 * PI));
+        std::vector<TKnot> vKnots;
+        for (int k = 0; k < 4; ++k) {
+            vKnots.push_back({at, 1, 0, 0});
+            at += along * Draw(random, 0.2, 1.2) * dWidth;
+            along *= std::polar(1.0, Draw(random, 0.6, 2.2));
+        }
+        // Gaps between the legs are none of the stroke's ground.
+        const auto spPath = MakePath(vKnots, dWidth, TERM_ROUND);
+        const CTrueStroke ground(spPath->GetStream(), PLANE);
+        const auto vEnclosed = FindEnclosed(CoverageOf(*spPath));
+        const auto isOfStroke = [&](size_t i) {
+            return ground.At(static_cast<int>(i) % PLANE.cx, static_cast<int>(i) / PLANE.cx) == 1;
+        };
+        EXPECT_LE(std::count_if(vEnclosed.begin(), vEnclosed.end(), isOfStroke), 3) << n;
+    }
 }
 
 TEST(StrokeGround, ShortTangentsLoseNoInk) {
