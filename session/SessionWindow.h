@@ -1,4 +1,4 @@
-// What all windows of a session have in common.
+// State shared by all windows of a session.
 #pragma once
 
 #include "core/AppModule/MessageQueue.h"

@@ -1,4 +1,4 @@
-// What the system's error numbers mean to the user of a file.
+// Maps the system's error numbers to the failures that a user is told.
 #pragma once
 
 #include "core/Base/FileFailure.h"

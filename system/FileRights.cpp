@@ -51,7 +51,7 @@ bool WriteAttribute(int fd, const char* pszName, const std::string& strValue) {
     return fsetxattr(fd, pszName, strValue.data(), strValue.size(), 0) == 0;
 }
 
-// What the user may not set, or the disk does not know, is left out.
+// Skips attributes that the user may not set or the file system does not support.
 bool CopyAttributes(const fs::path& path, int fdNew) {
     for (const std::string& strName : ListAttributes(path)) {
         if (IsLeftBehind(strName)) continue;

@@ -1,4 +1,4 @@
-// What a file has beside its bytes: owner, group, rights, access lists, extended attributes.
+// A file's metadata: owner, group, rights, access lists, extended attributes.
 #pragma once
 
 #include <filesystem>

@@ -54,7 +54,7 @@ bool CopyRange(int fdFrom, int fdTo, off_t nBegin, off_t nEnd) {
     return true;
 }
 
-// What makes the file longer goes first: it is what may find no room, and the old bytes are still whole.
+// Writes the part that makes the file longer first: if it finds no room, the old bytes are still whole.
 CFileOutcome CopyOver(const fs::path& pathFrom, const fs::path& pathTo) {
     const CDescriptor fdFrom(open(pathFrom.c_str(), O_RDONLY | O_CLOEXEC));
     const CDescriptor fdTo(open(pathTo.c_str(), O_WRONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));

@@ -34,7 +34,7 @@ CQtCanvasWindow::CQtCanvasWindow(CQtMainWindow& parent, IWindowClient& client,
            [this](int nDelta) { Post(EMessage::MouseWheel, nDelta, 0); },
            [this](EMessage id, int64_t nKeys, CPoint pt) { Post(id, nKeys, PackPoint(pt.x, pt.y)); },
            [this](const QTabletEvent& event) {
-               Guarded([&] { return m_main.GetPen().Push(event, m_pView->devicePixelRatioF()), true; });
+               Guarded([&] { m_main.GetPen().Push(event, m_pView->devicePixelRatioF()); });
                Post(EMessage::PenPacket, 0, 0);
            },
            [this] { return m_main.GetActiveChild() == this; },

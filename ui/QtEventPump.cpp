@@ -22,12 +22,12 @@ bool CQtEventPump::Pump(bool bWait) {
         Free();
     }
     // What could not be handed over stays for the next time.
-    Guarded([&] { return Release(), true; });
+    Guarded([&] { Release(); });
     return true;
 }
 
 void CQtEventPump::Post(const TMessage& msg) {
-    Guarded([&] { return m_deqHeld.push_back({msg, m_keys.GetPresent()}), true; });
+    Guarded([&] { m_deqHeld.push_back({msg, m_keys.GetPresent()}); });
 }
 
 void CQtEventPump::Release() {

@@ -28,7 +28,7 @@ void CQtKeyFilter::SetWindow(QWidget* pWindow, std::function<IWindow*()> receive
     m_setTold.clear();
 }
 
-// What happens to the keys while another program has the keyboard is not told: they count as released.
+// Key events are not reported while another program has the keyboard: all keys count as released.
 void CQtKeyFilter::OnInactive() {
     m_keys.Clear();
     while (!m_setTold.empty()) PostRelease(*m_setTold.begin());
@@ -106,7 +106,7 @@ bool CQtKeyFilter::eventFilter(QObject* pWatched, QEvent* pEvent) {
     // The release of a key that the application has seen go down may come up elsewhere.
     if (!bTaken && !bDown && !event.isAutoRepeat()) PostRelease(nVirtualKey);
     if (!bTaken && !(pText && OnText(*pWidget, *pText, event))) return false;
-    if (bTaken) Guarded([&] { return OnKey(*pWidget, event), true; });
+    if (bTaken) Guarded([&] { OnKey(*pWidget, event); });
     event.accept();
     return true;
 }

@@ -115,12 +115,12 @@ void CQtMainWindow::PlaceAtFirst() {
 
 std::unique_ptr<CQtMenuSet> CQtMainWindow::MakeMenus(const std::vector<TMenuItem>& vMenu) {
     auto pMenus = std::make_unique<CQtMenuSet>(
-        vMenu,
-        CQtMenuSet::TEvents{[this](int nId) { PostCommand(nId, 0); },
-                            [this] {
-                                if (!m_bDestroyed) SendMessage({this, EMessage::InitMenuPopup, 0, 0, {}});
-                            },
-                            [this](QMenu& menu) { Guarded([&] { return ListWindows(menu), true; }); }});
+        vMenu, CQtMenuSet::TEvents{[this](int nId) { PostCommand(nId, 0); },
+                                   [this] {
+                                       if (!m_bDestroyed)
+                                           SendMessage({this, EMessage::InitMenuPopup, 0, 0, {}});
+                                   },
+                                   [this](QMenu& menu) { Guarded([&] { ListWindows(menu); }); }});
     m_pToolBar->TakeToolTips(vMenu);
     if (m_nFirstRecentId != 0) pMenus->SetRecentFiles(m_nFirstRecentId, m_vRecent);
     return pMenus;
@@ -369,7 +369,6 @@ void CQtMainWindow::dropEvent(QDropEvent* pEvent) {
         Guarded([&] {
             m_pump.Post({this, EMessage::DropFiles, 0, 0, FromQt(url.toLocalFile())});
             pEvent->acceptProposedAction();
-            return true;
         });
     }
 }

@@ -142,8 +142,7 @@ void CQtPanel::SetControls(const std::vector<TPanelControl>& vControls) {
 }
 
 void CQtPanel::Post(EMessage id, int64_t wParam, int64_t lParam, const QString& strText) {
-    if (m_pClient)
-        Guarded([&] { return m_main.GetPump().Post({this, id, wParam, lParam, FromQt(strText)}), true; });
+    if (m_pClient) Guarded([&] { m_main.GetPump().Post({this, id, wParam, lParam, FromQt(strText)}); });
 }
 
 void CQtPanel::DefaultMessage(const TMessage&) {}

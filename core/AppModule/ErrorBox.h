@@ -5,6 +5,7 @@
 
 #include <exception>
 #include <string>
+#include <type_traits>
 
 /// Shows a modal box titled "Vellumcraft - Error" with the error icon, owned by the main frame while there is
 /// one. Without a session it does nothing.
@@ -14,8 +15,8 @@ void ShowErrorBox(const std::wstring& strText);
 /// fixed text is shown.
 void ReportException(const std::exception& e) noexcept;
 
-/// What ReportFileFailure shows: the sentence, the file's name, if there is one, in a line of its own, and
-/// below what happened to it and what to do. May throw std::bad_alloc.
+/// The text that ReportFileFailure shows: the sentence, the file's name, if there is one, in a line of its
+/// own, and below what happened to it and what to do. May throw std::bad_alloc.
 std::wstring DescribeFileFailure(const std::wstring& strSentence, const std::wstring& strPath,
                                  EFileFailure failure);
 /// Tells of a file that could not be used. Without memory for the text the sentence alone.
@@ -29,11 +30,14 @@ extern const std::wstring g_strFileDamaged;
 extern const std::wstring g_strSnapshotNotWritten;
 
 /// Runs a handler's body; an exception is reported and the body's remainder skipped. Returns what the body
-/// returned, false after an exception.
+/// returned, true for a body without a result, false after an exception.
 template <class Body>
 bool Guarded(Body&& body) {
     try {
-        return body();
+        if constexpr (std::is_void_v<std::invoke_result_t<Body>>)
+            return body(), true;
+        else
+            return body();
     } catch (const std::exception& e) {
         ReportException(e);
         return false;

@@ -33,7 +33,8 @@ enum class EFileFailure {
 /// In Japanese what happened and what to do, one or more sentences without a line break.
 const wchar_t* AdviceFor(EFileFailure failure);
 
-/// What was asked for, or why there is none. `Holder` can be empty: an optional or a pointer.
+/// The result of a file operation, or the reason why there is none. `Holder` can be empty: an optional or a
+/// pointer.
 template <class Holder>
 struct TOrFailure : Holder {
     using Holder::Holder;

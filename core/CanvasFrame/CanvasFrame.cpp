@@ -86,12 +86,7 @@ void CCanvasFrame::UpdateModified() {
 
 bool CCanvasFrame::OnMessage(const TMessage& msg) {
     bool bHandled = false;
-    bool bFailed = true;
-    Guarded([&] {
-        bHandled = HandleMessage(msg);
-        bFailed = false;
-        return true;
-    });
+    const bool bFailed = !Guarded([&] { bHandled = HandleMessage(msg); });
     if (msg.id != EMessage::Close) return bHandled;
     m_nFailedClosings = bFailed ? m_nFailedClosings + 1 : 0;
     return bFailed ? !MayCloseUnasked() : bHandled;
@@ -137,7 +132,7 @@ bool CCanvasFrame::HandleMessage(const TMessage& msg) {
             g_wpActiveFrame.reset();
             g_wpActiveView.reset();
         }
-        Guarded([&] { return m_input.OnActivate(), true; });
+        Guarded([&] { m_input.OnActivate(); });
         PostToMainFrame(WM_REFRESH_ALL);
         return true;
     default:
@@ -184,8 +179,7 @@ void CCanvasFrame::OnFinalMessage() {
     m_pWindow = nullptr;
     const boost::shared_ptr<CCanvasFrame> spSelf = shared_from_this();
     g_lstCanvasFrame.remove(spSelf);
-    if (g_bFilterBuild && g_lstCanvasFrame.empty())
-        Guarded([] { return PostToMainFrame(EMessage::Close), true; });
+    if (g_bFilterBuild && g_lstCanvasFrame.empty()) Guarded([] { PostToMainFrame(EMessage::Close); });
 }
 
 bool CCanvasFrame::IsOnlyViewOfCanvas() const {
@@ -218,7 +212,7 @@ void CCanvasFrame::ScrollTo(CPoint ptScroll) {
 
 bool CCanvasFrame::OnClose() {
     m_spCanvas->CompleteWork();
-    Guarded([&] { return WritePlacement(PLACEMENT_SECTION, m_pWindow->GetRect()), true; });
+    Guarded([&] { WritePlacement(PLACEMENT_SECTION, m_pWindow->GetRect()); });
     if (!IsOnlyViewOfCanvas()) return false;
     CRecovery& recovery = g_AppModule.GetRecovery();
     if (!m_spCanvas->GetHistory().IsModified()) return recovery.Forget(*m_spCanvas), false;
@@ -294,7 +288,6 @@ void CCanvasFrame::OnUndoRedo(int nId) {
             m_spCanvas->GetHistory().Undo();
         else
             m_spCanvas->GetHistory().Redo();
-        return true;
     });
     RaiseRefresh();
     InvalidateAll();

@@ -84,7 +84,7 @@ void CFrameInput::OnMouse(const TMessage& msg) {
                .uPress = msg.wParam & MOUSE_LEFT ? 1u : 0u});
 }
 
-// What the mouse does is not disturbed by the pen.
+// True while the mouse draws or drags the hand: the pen must not disturb it.
 bool CFrameInput::IsMouseAtWork() const {
     const auto spTool = g_wpActiveTool.lock();
     return (spTool && spTool->GetState() == STATE_MOUSE) || (m_bScrolling && !m_bScrollByTablet);
@@ -132,7 +132,6 @@ void CFrameInput::OnProximity(bool bEnter, bool bEraser) {
     }
     Guarded([&] {
         if (spTool->TellProximity(bEnter)) m_frame.RequestRedraw();
-        return true;
     });
     TurnPen(bEnter && bEraser);
     Settle();
@@ -169,13 +168,14 @@ void CFrameInput::OnPointer(const TPointerInput& input) {
     if (m_bScrolling || m_bSpaceDown)
         DragHand(input);
     else if (spTool)
-        Guarded([&] { return GiveToTool(*spTool, input), true; });
+        Guarded([&] { GiveToTool(*spTool, input); });
     else if (bPress)
         TellRefusal(L"ツールが選択されていません。");
     Settle();
 }
 
-// What follows from every event, and from everything else that may end an operation.
+// Brings capture, timer, cursor and the pen's end in line with the tool. Called after every event that may
+// end an operation.
 void CFrameInput::Settle() {
     const auto spTool = g_wpActiveTool.lock();
     m_frame.GetInputWindow().SetCapture(m_frame.IsActive() && (IsDrawing(spTool) || m_bScrolling));
@@ -254,7 +254,6 @@ bool CFrameInput::OnKey(const TMessage& msg, bool bDown) {
         Guarded([&] {
             bHandled = spTool->ChangeKey(nKey, bDown);
             if (bHandled) m_frame.RequestRedraw();
-            return true;
         });
         InvalidateOverlay();
     }
@@ -267,7 +266,6 @@ void CFrameInput::OnMouseLeave() {
     if (!m_frame.IsActive() || m_bSpaceDown || m_bScrolling || !spTool) return;
     Guarded([&] {
         if (spTool->OnMouseLeave()) m_frame.RequestRedraw();
-        return true;
     });
     InvalidateOverlay();
 }
@@ -283,7 +281,7 @@ void CFrameInput::OnActivate() {
     m_bScrolling = m_bSpaceDown = m_bDropPress = false;
     if (const auto spTool = g_wpActiveTool.lock()) {
         spTool->GetContact().Drop();
-        Guarded([&] { return spTool->OnProximityLeave(), true; });
+        Guarded([&] { spTool->OnProximityLeave(); });
     }
     Settle();
 }
@@ -292,7 +290,6 @@ void CFrameInput::CancelStroke() {
     const auto spTool = g_wpActiveTool.lock();
     Guarded([&] {
         if (IsDrawing(spTool) && spTool->CancelOperation()) m_frame.RequestRedraw();
-        return true;
     });
     InvalidateOverlay();
 }

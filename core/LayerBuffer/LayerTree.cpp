@@ -74,7 +74,7 @@ void CLayerBuffer::SwapChildren(const TLayerPtr& spLayer, TLayerList* pList) {
     const TLayerPtr spActive = spLayer->GetActiveChild();
     lstNow.swap(*pList);
     if (spActive && spLayer->IndexOf(*spActive) < 0) {
-        // What follows the first difference, up to where both lists end alike, took the lost child's place.
+        // The entries between the first difference and the common tail replaced the lost child.
         const auto last = std::mismatch(lstNow.rbegin(), lstNow.rend(), pList->rbegin(), pList->rend()).first;
         spLayer->SetActiveChild(last == lstNow.rend() ? TLayerPtr() : *last);
     }
@@ -103,7 +103,7 @@ int CLayerBuffer::GetDepthOf(const CLayerBuffer& layer) const {
 
 // A file with deeper layers could never be opened again.
 void CLayerBuffer::ExpectRoomFor(const CLayerBuffer& layer) const {
-    // What lies around a parent that is in no tree yet counts when that comes into one.
+    // The depth above a parent that is in no tree yet is checked when the parent enters one.
     const int nDepth = std::max(GetCanvas()->GetRoot().GetDepthOf(*this), 0);
     if (nDepth + 1 + layer.GetNesting() > MAX_LAYER_NESTING)
         throw refused_error(

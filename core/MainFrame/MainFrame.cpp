@@ -144,7 +144,7 @@ void CMainFrame::OnDestroy() {
 }
 
 bool CMainFrame::OnClose() {
-    Guarded([&] { return WritePlacement(PLACEMENT_SECTION, m_pWindow->GetRect()), true; });
+    Guarded([&] { WritePlacement(PLACEMENT_SECTION, m_pWindow->GetRect()); });
     while (!g_lstCanvasFrame.empty()) {
         const size_t nBefore = g_lstCanvasFrame.size();
         SendMessage({g_lstCanvasFrame.back()->GetWindow(), EMessage::Close});
@@ -183,9 +183,9 @@ bool CMainFrame::DoIdleWork() {
         if (nId) setState(nId, GetCommandState(nId));
     WatchDocuments();
     ForgetTold();
-    Guarded([&] { return WatchSettings(), true; });
+    Guarded([&] { WatchSettings(); });
     const bool bStrokes = Guarded([&] { return ContinueStrokes(); });
-    if (std::exchange(m_bOfferRecovery, false)) Guarded([&] { return OfferRecovery(), true; });
+    if (std::exchange(m_bOfferRecovery, false)) Guarded([&] { OfferRecovery(); });
     if (!m_deqOpenFiles.empty()) {
         const std::wstring strPath = m_deqOpenFiles.front();
         m_deqOpenFiles.pop_front();
@@ -221,7 +221,6 @@ bool CMainFrame::SwitchTool(int nId) {
     Guarded([&] {
         spFrame->InvalidateAll();
         if (spFrame->GetWindow()) spFrame->GetInput().OnToolSwitched();
-        return true;
     });
     return true;
 }
@@ -232,7 +231,7 @@ void CMainFrame::OnPenEnd(bool bEraser) {
     const auto spFrame = g_wpActiveFrame.lock();
     if (m_spActiveTool->TellProximity(false) && spFrame) spFrame->RequestRedraw();
     const int nNow = m_spActiveTool->GetToolId();
-    // Who chose another tool while the eraser was near meant it.
+    // A tool that the user chose while the eraser was near stays.
     if (bEraser != (nNow == TOOL_ERASER) && (bEraser || m_nToolBeforeEraser != 0))
         SwitchTool(bEraser ? TOOL_ERASER : m_nToolBeforeEraser);
     m_nToolBeforeEraser = bEraser && nNow != TOOL_ERASER ? nNow : 0;
@@ -244,7 +243,7 @@ void CMainFrame::Tell(const std::wstring& strText) {
     m_pWindow->SetStatusText(PANE_TEXT, strText);
 }
 
-// What was told holds until the tool can work, or cannot for another reason.
+// The status text stays until the tool can work or refuses for another reason.
 void CMainFrame::ForgetTold() {
     if (m_strTold.empty()) return;
     const wchar_t* pszNow = m_spActiveTool && g_wpActiveFrame.lock() ? m_spActiveTool->GetRefusal() : nullptr;
@@ -254,7 +253,7 @@ void CMainFrame::ForgetTold() {
 void CMainFrame::OnToolNotice(EToolNotice notice) {
     // At once, so that what the user does next finds it done.
     if (notice == EToolNotice::StrokeBegun)
-        Guarded([&] { return m_panels.OnStroke(), true; });
+        Guarded([&] { m_panels.OnStroke(); });
     else
         PostToMainFrame(WM_REFRESH_TOOL);
 }
@@ -263,7 +262,7 @@ void CMainFrame::WatchDocuments() {
     CRecovery& recovery = g_AppModule.GetRecovery();
     for (const auto& spFrame : g_lstCanvasFrame) {
         spFrame->UpdateModified();
-        Guarded([&] { return recovery.Watch(spFrame->GetCanvas()), true; });
+        Guarded([&] { recovery.Watch(spFrame->GetCanvas()); });
     }
     if (!recovery.TakeFailure() || m_bToldSnapshots) return;
     m_bToldSnapshots = true;
@@ -276,7 +275,7 @@ void CMainFrame::KeepDocuments() {
         try {
             fn();
         } catch (const std::exception&) {
-            // What else can be kept is.
+            // The other documents are still to be kept.
         }
     };
     for (const auto& spFrame : g_lstCanvasFrame) {

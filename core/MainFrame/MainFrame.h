@@ -56,7 +56,7 @@ public:
     static bool HandlesWithoutFrame(int nId);
     static bool HandlesWithFrame(int nId);
     CPanels& GetPanels() { return m_panels; }
-    /// What the status line says beside the scale.
+    /// The status line's text beside the scale.
     const std::wstring& GetTold() const { return m_strTold; }
     /// Lines of the recent list.
     int GetRecentCount() const;

@@ -44,7 +44,6 @@ void CPaintedView::OnPaint(IPaintTarget& target, const TPanelPaint& paint) {
                 for (int32_t x = 0; x < paint.sz.cx; ++x) BlendPixel(buffer, {x, y}, paint.clrBack, 0.65);
         if (paint.bFocus) FrameColor(buffer, rcAll, paint.clrText);
         target.Blit(buffer.GetPixelPtr({0, 0}), buffer.GetStride(), paint.sz, rcAll);
-        return true;
     });
 }
 

@@ -62,7 +62,7 @@ void CPanel::Close() {
 
 void CPanel::Refresh() {
     if (!m_pWindow) return;
-    Guarded([&] { return OnRefresh(), true; });
+    Guarded([&] { OnRefresh(); });
     m_pWindow->SetControls(m_vControls);
 }
 

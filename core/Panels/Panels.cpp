@@ -60,13 +60,13 @@ void CPanels::Create(IMainWindow& parent) {
 }
 
 void CPanels::KeepSettings() {
-    for (const auto& entry : m_mapPanels) Guarded([&] { return entry.second->KeepSettings(), true; });
+    for (const auto& entry : m_mapPanels) Guarded([&] { entry.second->KeepSettings(); });
 }
 
 void CPanels::Close() {
     // Where one goes the others move up.
-    for (const auto& entry : m_mapPanels) Guarded([&] { return entry.second->KeepPlace(), true; });
-    for (const auto& entry : m_mapPanels) Guarded([&] { return entry.second->Close(), true; });
+    for (const auto& entry : m_mapPanels) Guarded([&] { entry.second->KeepPlace(); });
+    for (const auto& entry : m_mapPanels) Guarded([&] { entry.second->Close(); });
 }
 
 void CPanels::Refresh() {

@@ -27,8 +27,8 @@ public:
     /// Draws the live state: the line (with `bOutline` its outline too), its points and ends.
     virtual void DrawOutline(IPathDevice& device, const TPathMapper& mapper, const TPathSelection& selection,
                              TColor color, bool bOutline) const = 0;
-    /// What lies under the pointer: anchors, their handles, then width points, cuts, ends. Of each kind marks
-    /// come before handles, and handles count only where they are drawn.
+    /// Finds the part under the pointer: anchors, their handles, then width points, cuts, ends. Of each kind
+    /// marks come before handles, and handles count only where they are drawn.
     virtual TPathHit HitControlPoints(const TPathPick& pick, bool bAnchor, bool bHandle,
                                       bool bTerm) const = 0;
     virtual CSerializer Serialize() const = 0;

@@ -1,4 +1,4 @@
-// Where a stroke is wider than its bend: the ground that its sides take away from each other there.
+// The ground that a stroke's sides take away from each other where it is wider than its bend.
 #pragma once
 
 #include "core/PathOutline/OutlineSide.h"

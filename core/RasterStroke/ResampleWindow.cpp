@@ -17,7 +17,7 @@ uint32_t WeightAt(int64_t u, int64_t nWindow) {
     return 0;
 }
 
-// What a tap weighs at a fraction of the way from one point to the next.
+// The weight of a tap at a fraction of the way from one point to the next.
 uint32_t WeightOf(int64_t nTap, int64_t nFraction, int64_t nWindow) {
     if (nWindow == 0) return static_cast<uint32_t>(nTap == 0 ? ONE - nFraction : nFraction);
     return WeightAt(std::abs((2 * ONE * nTap - 2 * nFraction + 2 * ONE) / nWindow - 2 * ONE), nWindow);

@@ -1,4 +1,4 @@
-// What the pen's last event said, whichever window and tool it went to.
+// The contact that the pen's last event reported, whichever window and tool received it.
 #pragma once
 
 #include <boost/noncopyable.hpp>

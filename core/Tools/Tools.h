@@ -80,7 +80,7 @@ public:
     virtual int GetToolId() const = 0;
     /// True when the tool can work on the active layer.
     virtual bool IsEnabled() const = 0;
-    /// What the user is told when he presses where the tool cannot work; null where it can.
+    /// The text for a press where the tool cannot work; null where it can.
     virtual const wchar_t* GetRefusal() const { return nullptr; }
     /// The tool's name, also the text of its undo steps.
     virtual const wchar_t* GetName() const = 0;

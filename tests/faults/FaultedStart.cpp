@@ -26,7 +26,7 @@ struct CCountedBoxes : IMessageBoxes {
     int m_nErrors = 0;
 };
 
-// What can be seen of a session that has begun; idle work is what marks the changed document.
+// Checks that a session has begun; idle work marks the changed document.
 std::string DescribeSession() {
     const auto spFrame = g_wpActiveFrame.lock();
     if (!g_pMainFrame || !spFrame || !g_AppModule.GetMessageLoop()) return "dead";

@@ -1,4 +1,4 @@
-// What a process of its own does, or another user.
+// Runs code in a process of its own, or as another user.
 #pragma once
 
 #include <grp.h>

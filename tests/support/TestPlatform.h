@@ -31,7 +31,7 @@ public:
             if (shown.kind == TShown::EKind::Dialog || shown.strTitle == L"Vellumcraft - Error")
                 m_vShown.push_back(shown.kind == TShown::EKind::Dialog ? shown.strTitle : shown.strText);
     }
-    /// What the user of the next session does when nothing else happens. Behind an error box only a step that
+    /// The next session's user action when nothing else happens. Behind an error box only a step that
     /// expects is played.
     void AddStep(const TAction& fn, EStepKind kind = EStepKind::Plain) { m_vSteps.push_back({1, fn, kind}); }
 

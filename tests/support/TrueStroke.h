@@ -95,7 +95,7 @@ public:
     }
 
 private:
-    // Where the curve hardly moves it has no direction of its own, but that of the nearest place that does.
+    // A stretch in which the curve hardly moves takes the direction of the nearest place that moves.
     static void SampleSegment(const CBezier& bez, std::vector<TPoint>& vLine,
                               std::vector<TPoint>& vDirections) {
         constexpr int STEPS = 1000;

@@ -23,7 +23,7 @@ std::string Verb(const char* pszVerb, const char* pszWhat) {
 }
 std::string Proximity(const char* psz) { return Verb("proximity", psz); }
 
-// Where canvas pixel (x, 75) is reported, with more words of the line.
+// The place at which canvas pixel (x, 75) is reported, with more words of the line.
 std::string Packet(int x, int nPressure, const std::string& strMore = {}) {
     return "{\"packet\":{\"x\":" + std::to_string((x + 100) * 8) +
            ",\"y\":1600,\"pressure\":" + std::to_string(nPressure) + strMore + "}}\n";

@@ -88,7 +88,7 @@ private:
         return bAny;
     }
 
-    // What the hand does: it comes, touches some times and goes. Meanwhile the user may do other things.
+    // The hand comes, touches several times and goes. Meanwhile the user may do other things.
     std::vector<TEvent> MakeHand() {
         std::vector<TEvent> v;
         const auto moves = [&](int nMost, bool bContact) {

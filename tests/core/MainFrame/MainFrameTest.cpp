@@ -241,7 +241,7 @@ TEST_F(MainFrame, APressThatCannotDrawSaysWhyOnTheStatusLineAndByTheCursor) {
             if (nCommand) Command(nCommand);
         });
         press(EMessage::MouseMove);
-        // What was told of another layer is over, and pointing alone tells nothing.
+        // The text about another layer is cleared, and pointing alone shows none.
         Step([=] { shown(L"", true); });
         press(EMessage::LButtonDown);
         Step([=] { shown(pszWhy, true); });

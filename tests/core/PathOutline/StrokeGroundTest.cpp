@@ -1,4 +1,4 @@
-// What strokes paint, beside the ground that their ribs cover.
+// Compares the pixels of strokes with the ground that their ribs cover.
 #include "core/PathFill/PathFill.h"
 #include "tests/support/Paths.h"
 #include "tests/support/Planes.h"
