@@ -18,23 +18,6 @@ struct TOffset {
     int32_t nWidth;
 };
 
-// The curve's tangent at a fraction or, where that is too short to tell a direction, the nearest one that is
-// not, the one before it first; zero where the curve has none.
-CPoint DirectionAt(const CBezier& bez, uint32_t f) {
-    constexpr uint32_t STEP = 0x400;
-    const CPoint own = bez.TangentAt(f);
-    if (LengthDown(own) >= SURE_TANGENT) return own;
-    for (uint32_t uAway = STEP; uAway <= BEZIER_T_RESOLUTION; uAway += STEP) {
-        if (uAway <= f)
-            if (const CPoint before = bez.TangentAt(f - uAway); LengthDown(before) >= SURE_TANGENT)
-                return before;
-        if (uAway <= BEZIER_T_RESOLUTION - f)
-            if (const CPoint behind = bez.TangentAt(f + uAway); LengthDown(behind) >= SURE_TANGENT)
-                return behind;
-    }
-    return LengthDown(own) >= SHORTEST_TANGENT ? own : CPoint{};
-}
-
 TOffset OffsetAt(const CBezier& piece, const CBezier& width, uint32_t f) {
     return {piece.PointAt(f), piece.TangentAt(f), width.TangentAt(f), width.PointAt(f).y};
 }
@@ -87,6 +70,21 @@ struct TWide {
 int64_t Cross(TWide a, CPoint b) { return a.x * b.y - a.y * b.x; }
 
 } // namespace
+
+CPoint DirectionAt(const CBezier& bez, uint32_t f) {
+    constexpr uint32_t STEP = 0x400;
+    const CPoint own = bez.TangentAt(f);
+    if (LengthDown(own) >= SURE_TANGENT) return own;
+    for (uint32_t uAway = STEP; uAway <= BEZIER_T_RESOLUTION; uAway += STEP) {
+        if (uAway <= f)
+            if (const CPoint before = bez.TangentAt(f - uAway); LengthDown(before) >= SURE_TANGENT)
+                return before;
+        if (uAway <= BEZIER_T_RESOLUTION - f)
+            if (const CPoint behind = bez.TangentAt(f + uAway); LengthDown(behind) >= SURE_TANGENT)
+                return behind;
+    }
+    return LengthDown(own) >= SHORTEST_TANGENT ? own : CPoint{};
+}
 
 std::optional<TOutlinePoint> OffsetPoint(const CBezier& piece, const CBezier& width, uint32_t f) {
     const TOffset at{piece.PointAt(f), DirectionAt(piece, f), DirectionAt(width, f), width.PointAt(f).y};

@@ -6,9 +6,13 @@
 
 #include <optional>
 
+/// The curve's tangent at a fraction or, where that is below 4 path units and too short to tell a direction,
+/// the nearest one that is not, the one before it first; zero where the curve has none.
+CPoint DirectionAt(const CBezier& bez, uint32_t f);
+
 /// The side's point beside a fraction of the centre line `piece`, where `width` is the half-width over the
-/// arc length; its handles are mere directions along the side. A tangent below 4 path units takes its
-/// direction from nearby. Nothing where one of the two curves has no direction anywhere.
+/// arc length; its handles are mere directions along the side. Nothing where one of the two curves has no
+/// direction anywhere.
 std::optional<TOutlinePoint> OffsetPoint(const CBezier& piece, const CBezier& width, uint32_t f);
 
 /// Gives the fore of `a` and the back of `b`, until then mere directions, their lengths: so that the curve

@@ -2,6 +2,8 @@
 
 #include "core/PathOutline/OutlineFit.h"
 
+#include <algorithm>
+
 namespace {
 
 // The entries of both sides that stand at the same place, in the path's direction.
@@ -41,25 +43,50 @@ bool IsFolded(const TSidePiece& l, const TSidePiece& r, size_t n) {
            DoCross(l.aptPlain[n], r.aptPlain[2 - n], l.aptPlain[n + 1], r.aptPlain[1 - n]);
 }
 
+// Half a piece with the same half of the other side, by its number on the left one.
+struct THalf {
+    const TSidePiece& l;
+    const TSidePiece& r;
+    size_t n;
+    bool bFolded;
+    std::vector<TEndLine> vLines; ///< of slanted ends that reach over it,
+    bool bReached;                ///< and over a fold
+};
+
 // The half in narrow strips: where a side runs backwards no curve is fitted to it, so that the half alone
-// would miss ground between its ends. A slanted end has its corners elsewhere and is left as it is.
-void AppendStrips(const TSidePiece& l, const TSidePiece& r, size_t n, std::vector<TFold>& vFolds) {
+// would miss ground between its ends.
+void AppendStrips(const THalf& half, std::vector<TFold>& vFolds) {
     constexpr uint32_t STRIPS = 8;
-    for (const size_t k : {n, n + 1})
-        if (l.aPoints[k].anchor != l.aptPlain[k] || r.aPoints[2 - k].anchor != r.aptPlain[2 - k]) return;
+    const auto& [l, r, n, bFolded, vLines, bReached] = half;
     std::array<CPoint, 2> aptBefore{l.aptPlain[n], r.aptPlain[2 - n]};
     for (uint32_t u = 1; u <= STRIPS; ++u) {
         const uint32_t f = (static_cast<uint32_t>(n) * STRIPS + u) * (BEZIER_T_RESOLUTION / 2 / STRIPS);
         const auto left = OffsetPoint(l.bez, l.width, f);
         const auto right = OffsetPoint(r.bez, r.width, BEZIER_T_RESOLUTION - f);
         if (!left || !right) continue;
-        vFolds.push_back({l.tBegin,
-                          l.tEnd,
-                          {{aptBefore[SIDE_LEFT], {}, {}},
-                           {left->anchor, {}, {}},
-                           {right->anchor, {}, {}},
-                           {aptBefore[SIDE_RIGHT], {}, {}}}});
+        std::vector<CPoint> vStrip{aptBefore[SIDE_LEFT], left->anchor, right->anchor, aptBefore[SIDE_RIGHT]};
+        for (const TEndLine& line : vLines) vStrip = ClipPolygon(vStrip, line);
+        TFold fold{l.tBegin, l.tEnd, {}};
+        for (const CPoint pt : vStrip) fold.vPoints.push_back({pt, {}, {}});
+        if (!vStrip.empty()) vFolds.push_back(std::move(fold));
         aptBefore = {left->anchor, right->anchor};
+    }
+}
+
+// A slanted end reaches over all halves up to the first that lies inside of its line with its far edge,
+// looked for from the end; over that next to it at least.
+template <class Iterator>
+void MarkReach(Iterator itBegin, Iterator itEnd, size_t nFar, const TEndLine& line) {
+    const auto isClear = [&](const THalf& half) {
+        return line.IsInside(half.l.aptPlain[half.n + nFar]) &&
+               line.IsInside(half.r.aptPlain[2 - half.n - nFar]);
+    };
+    auto itLast = std::find_if(itBegin, itEnd, isClear);
+    itLast = std::next(itLast == itEnd ? itBegin : itLast);
+    const bool bFolds = std::any_of(itBegin, itLast, [](const THalf& half) { return half.bFolded; });
+    for (auto it = itBegin; it != itLast; ++it) {
+        it->vLines.push_back(line);
+        it->bReached |= bFolds;
     }
 }
 
@@ -74,23 +101,21 @@ TFold CornerOf(const TSideCorner& l, const TSideCorner& r) {
 } // namespace
 
 std::vector<TFold> FindFolds(const TSide& left, const TSide& right) {
-    struct THalf {
-        const TSidePiece& l;
-        const TSidePiece& r;
-        size_t n;
-        bool bFolded;
-    };
     std::vector<THalf> vHalves;
     VisitPairs(left.vPieces, right.vPieces, [&](const TSidePiece& l, const TSidePiece& r) {
-        for (const size_t n : {0u, 1u}) vHalves.push_back({l, r, n, IsFolded(l, r, n)});
+        for (const size_t n : {0u, 1u}) vHalves.push_back({l, r, n, IsFolded(l, r, n), {}, false});
     });
+    if (const auto& line = left.startLine ? left.startLine : right.endLine; line && !vHalves.empty())
+        MarkReach(vHalves.begin(), vHalves.end(), 1, *line);
+    if (const auto& line = left.endLine ? left.endLine : right.startLine; line && !vHalves.empty())
+        MarkReach(vHalves.rbegin(), vHalves.rend(), 0, *line);
     std::vector<TFold> vFolds;
     const auto isFolded = [&](size_t i) { return i < vHalves.size() && vHalves[i].bFolded; };
     for (size_t i = 0; i < vHalves.size(); ++i) {
         const THalf& half = vHalves[i];
-        if (half.bFolded) vFolds.push_back(HalfOf(half.l, half.r, half.n));
+        if (half.bFolded && half.vLines.empty()) vFolds.push_back(HalfOf(half.l, half.r, half.n));
         // Between a fold and a curve beside it that is fitted a little lean there would be a gap.
-        if (half.bFolded || isFolded(i + 1) || isFolded(i - 1)) AppendStrips(half.l, half.r, half.n, vFolds);
+        if (half.bFolded || isFolded(i + 1) || isFolded(i - 1) || half.bReached) AppendStrips(half, vFolds);
     }
     VisitPairs(left.vCorners, right.vCorners,
                [&](const TSideCorner& l, const TSideCorner& r) { vFolds.push_back(CornerOf(l, r)); });

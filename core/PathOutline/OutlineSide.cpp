@@ -131,6 +131,16 @@ bool RunsAgainst(const TOutlinePoint& a, const TOutlinePoint& b) {
     return Dot(way, a.fore) <= 0 || Dot(way, b.back) >= 0;
 }
 
+// A side's outermost point where the end puts it, and the line of the cut where that is another place.
+// `piece` leads away from the end.
+TOutlinePoint AdjustedEnd(const IOutlineTerm& term, const TOutlinePoint& plain, const CBezier& piece,
+                          std::optional<TEndLine>& line) {
+    TOutlinePoint point = plain;
+    term.AdjustEnd(point, piece);
+    if (point.anchor != plain.anchor) line = EndLine(piece.p0, point.anchor, DirectionAt(piece, 0));
+    return point;
+}
+
 // Appends a piece's three points to the side. Where it begins at an anchor the centre line may have a corner;
 // `t` is its place along the path.
 void Append(TSide& side, TOutlinePoint a, TOutlinePoint m, const TOutlinePoint& b, bool bAtAnchor,
@@ -174,8 +184,10 @@ TSideSource SideOf(const TOutlineSource& source, EPathSide side) {
 
 TSide BuildSide(const TSideSource& source) {
     TSide side;
-    if (source.vAnchors.size() < 2) return {BuildDot(source), {}, {}};
+    if (source.vAnchors.size() < 2) return {BuildDot(source), {}, {}, {}, {}};
     CPieceWalk walk(source);
+    // Corners of slanted ends that lie behind the middle of their piece: the side would turn back to it.
+    std::optional<TOutlinePoint> trimStart, trimEnd;
     while (!walk.IsDone()) {
         const TPiece piece = walk.Next();
         if (piece.bez.IsDegenerate()) continue;
@@ -186,10 +198,19 @@ TSide BuildSide(const TSideSource& source) {
         // An end that is cut at a slant moves its corners, which folds nothing.
         const std::array aptPlain{a->anchor, m->anchor, b->anchor};
         const std::array abFolded{RunsAgainst(*a, *m), RunsAgainst(*m, *b)};
-        if (piece.tBegin == 0)
-            source.pStart->AdjustEnd(*a, piece.bez);
-        else if (piece.tEnd == walk.GetLast())
-            source.pEnd->AdjustEnd(*b, piece.bez.Reverse());
+        if (piece.tBegin == 0) {
+            const TOutlinePoint corner = AdjustedEnd(*source.pStart, *a, piece.bez, side.startLine);
+            if (side.startLine && !side.startLine->IsInside(a->anchor) && RunsAgainst(corner, *m))
+                trimStart = corner;
+            else
+                *a = corner;
+        } else if (piece.tEnd == walk.GetLast()) {
+            const TOutlinePoint corner = AdjustedEnd(*source.pEnd, *b, piece.bez.Reverse(), side.endLine);
+            if (side.endLine && !side.endLine->IsInside(b->anchor) && RunsAgainst(*m, corner))
+                trimEnd = corner;
+            else
+                *b = corner;
+        }
         const auto [bezHead, bezTail] = piece.bez.Split(BEZIER_T_RESOLUTION / 2);
         const auto [widthHead, widthTail] = piece.width.Split(BEZIER_T_RESOLUTION / 2);
         FitHandles(*a, *m, bezHead, widthHead);
@@ -208,5 +229,7 @@ TSide BuildSide(const TSideSource& source) {
                                 abFolded});
     }
     if (side.vPoints.empty()) side.vPoints = BuildDot(source);
+    if (trimStart) TrimStart(side.vPoints, *side.startLine, *trimStart);
+    if (trimEnd) TrimEnd(side.vPoints, *side.endLine, *trimEnd);
     return side;
 }

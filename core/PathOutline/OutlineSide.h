@@ -1,7 +1,9 @@
 // One side of a stroke: a chain of anchors with handles beside the centre line.
 #pragma once
 
-#include "core/PathOutline/Outline.h"
+#include "core/PathOutline/OutlineEnd.h"
+
+#include <optional>
 
 /// A stroke seen along one side: everything in the order in which that side is walked. The right side is
 /// walked from the path's end to its start.
@@ -42,6 +44,8 @@ struct TSide {
     TOutlinePoints vPoints; ///< at least one
     std::vector<TSidePiece> vPieces;
     std::vector<TSideCorner> vCorners;
+    std::optional<TEndLine> startLine; ///< of an end that is cut at a slant
+    std::optional<TEndLine> endLine;
 };
 
 TSide BuildSide(const TSideSource& source);

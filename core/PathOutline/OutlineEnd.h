@@ -1,0 +1,28 @@
+// The line that a slanted end cuts a stroke along.
+#pragma once
+
+#include "core/PathOutline/Outline.h"
+
+#include <span>
+
+/// A line through an end of the centre line; the stroke lies on one side of it.
+struct TEndLine {
+    CPoint position;
+    CPoint inward; ///< across the line, to where the stroke is
+
+    bool IsInside(CPoint pt) const { return Dot(pt - position, inward) >= 0; }
+};
+
+/// The line through `position` and `corner`, for a stroke that begins at `position` in direction `tangent`.
+TEndLine EndLine(CPoint position, CPoint corner, CPoint tangent);
+
+/// Makes a side that begins beyond the line begin where it first comes inside, on the part of the line that
+/// leads to `corner` and not beyond twice its distance; if it does not, at `corner`, with the way from there
+/// to the first point ahead of it or to the side's end. The points before stay in number, at the new
+/// beginning.
+void TrimStart(TOutlinePoints& vPoints, const TEndLine& line, const TOutlinePoint& corner);
+/// The same for the side's end.
+void TrimEnd(TOutlinePoints& vPoints, const TEndLine& line, const TOutlinePoint& corner);
+
+/// What lies inside of a closed polygon, with its windings.
+std::vector<CPoint> ClipPolygon(std::span<const CPoint> points, const TEndLine& line);
