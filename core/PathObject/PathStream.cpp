@@ -1,6 +1,7 @@
 #include "core/PathObject/PathStream.h"
 
 #include "core/Base/Failure.h"
+#include "core/PathOutline/OutlineFit.h"
 
 #include <boost/make_shared.hpp>
 
@@ -24,11 +25,16 @@ std::pair<size_t, uint32_t> PlaceOf(size_t nSegments, uint32_t t) {
     return {idx, t % BEZIER_T_RESOLUTION};
 }
 
+// The direction that the stroke's sides have there.
+CPoint DirectionOf(const CBezier& bez, uint32_t f) {
+    return DirectionAt({ToOutline(bez.p0), ToOutline(bez.p1), ToOutline(bez.p2), ToOutline(bez.p3)}, f);
+}
+
 } // namespace
 
 TLinePlace PlaceOnLine(const std::vector<CBezier>& vSegments, uint32_t t) {
     const auto [idx, f] = PlaceOf(vSegments.size(), t);
-    return {vSegments[idx].PointAt(f), vSegments[idx].TangentAt(f)};
+    return {vSegments[idx].PointAt(f), DirectionOf(vSegments[idx], f)};
 }
 
 CPoint CPathStream::PointAt(uint32_t t, size_t state) const {

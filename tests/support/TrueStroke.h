@@ -51,9 +51,15 @@ public:
         }
         const auto cap = [&](const COpenPathTermBase& term, TPoint pt, TPoint out) {
             if (term.GetType() != TERM_ROUND) return;
+            // Two curves with handles of half the width, which are a little flatter than a circle.
             std::vector<TPoint> vCap;
-            for (int n = -90; n <= 90; ++n)
-                vCap.push_back(pt + std::polar(dWidth, n * 3.14159265358979 / 180) * out);
+            for (const double dSide : {1.0, -1.0})
+                for (int n = 0; n <= 90; ++n) {
+                    const double t = (dSide > 0 ? n : 90 - n) / 90.0, u = 1 - t;
+                    const TPoint at(1.5 * u * u * t + 3 * u * t * t + t * t * t,
+                                    dSide * (u * u * u + 3 * u * u * t + 1.5 * u * t * t));
+                    vCap.push_back(pt + dWidth * at * out);
+                }
             Paint(vCap);
         };
         cap(*stream.GetTerm(true), vLine.front(), -vDirections.front());

@@ -138,8 +138,8 @@ TEST(StrokeGround, ShortTangentsLoseNoInk) {
     // Handles of none to two path units, on segments of 1 to 14 pixels.
     std::mt19937 random(22);
     for (int n = 0; n < 60; ++n) {
-        const double dStep = Draw(random, 8, 112), dWidth = Draw(random, 8, 64);
-        TPoint at(1100, 1100), direction = std::polar(1.0, static_cast<double>(random() % 4) * PI / 2);
+        const double dStep = Draw(random, 8, 112), dWidth = Draw(random, 8, 80);
+        TPoint at(1100, 1100), direction = std::polar(1.0, Draw(random, 0, 2 * PI));
         std::vector<TKnot> vKnots;
         for (int k = 0; k < 3; ++k) {
             const double dHandle = static_cast<double>(random() % 3);
@@ -155,7 +155,8 @@ TEST(StrokeGround, ShortTangentsLoseNoInk) {
             for (int x = 0; x < PLANE.cx; ++x)
                 dLost +=
                     std::max(0.0, ground.At(x, y) - v[static_cast<size_t>(y * PLANE.cx + x)] / 255.0 - 0.2);
-        EXPECT_LT(dLost, 8) << n;
+        // A sharp end's handles are held to the centre's, which leaves it a little lean.
+        EXPECT_LT(dLost, type == TERM_SHARP ? 10 : 3) << n;
     }
 }
 
