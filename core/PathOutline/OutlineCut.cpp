@@ -1,6 +1,7 @@
 #include "core/PathOutline/OutlineCut.h"
 
 #include "core/Base/StableMath.h"
+#include "core/PathOutline/OutlineFit.h"
 #include "core/PathOutline/WidthProfile.h"
 
 #include <algorithm>
@@ -174,7 +175,7 @@ std::vector<TPlacedCut> PlaceCuts(const TOutlineSource& source) {
         };
         vCuts.push_back({t,
                          vSegments[idx].PointAt(f),
-                         vSegments[idx].TangentAt(f),
+                         DirectionAt(vSegments[idx], f),
                          nAngle % 360,
                          {widthOf(SIDE_LEFT), widthOf(SIDE_RIGHT)}});
     }

@@ -65,6 +65,15 @@ double LostShare(COpenPathObject& path, const std::vector<TCut>& vCuts) {
 
 } // namespace
 
+TEST(OutlineCut, ShortHandlesDoNotTurnTheCut) {
+    // The middle anchor's handle of one unit leads across the level stroke; the cut there slants by the
+    // stroke itself.
+    const auto spPath =
+        MakePath({{{200, 800}, {600, 0}}, {{1120, 800}, {0, 1}}, {{2000, 800}, {600, 0}}}, 40);
+    SetCuts(*spPath, {{ONE, 45}});
+    ExpectPixels(*spPath, {{141, 96, 255}, {146, 96, 0}, {131, 104, 255}, {138, 104, 0}});
+}
+
 TEST(OutlineCut, NothingIsLostThatIsNotCut) {
     std::mt19937 random(11);
     for (int n = 0; n < 40; ++n) {
