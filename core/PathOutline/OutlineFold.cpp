@@ -74,7 +74,7 @@ void AppendStrips(const THalf& half, std::vector<TFold>& vFolds) {
 }
 
 // A slanted end reaches over all halves up to the first that lies inside of its line with its far edge,
-// looked for from the end; over that next to it at least.
+// looked for from the end.
 template <class Iterator>
 void MarkReach(Iterator itBegin, Iterator itEnd, size_t nFar, const TEndLine& line) {
     const auto isClear = [&](const THalf& half) {
@@ -82,7 +82,7 @@ void MarkReach(Iterator itBegin, Iterator itEnd, size_t nFar, const TEndLine& li
                line.IsInside(half.r.aptPlain[2 - half.n - nFar]);
     };
     auto itLast = std::find_if(itBegin, itEnd, isClear);
-    itLast = std::next(itLast == itEnd ? itBegin : itLast);
+    if (itLast != itEnd) ++itLast;
     const bool bFolds = std::any_of(itBegin, itLast, [](const THalf& half) { return half.bFolded; });
     for (auto it = itBegin; it != itLast; ++it) {
         it->vLines.push_back(line);
@@ -105,9 +105,9 @@ std::vector<TFold> FindFolds(const TSide& left, const TSide& right) {
     VisitPairs(left.vPieces, right.vPieces, [&](const TSidePiece& l, const TSidePiece& r) {
         for (const size_t n : {0u, 1u}) vHalves.push_back({l, r, n, IsFolded(l, r, n), {}, false});
     });
-    if (const auto& line = left.startLine ? left.startLine : right.endLine; line && !vHalves.empty())
+    if (const auto& line = left.startLine ? left.startLine : right.endLine; line)
         MarkReach(vHalves.begin(), vHalves.end(), 1, *line);
-    if (const auto& line = left.endLine ? left.endLine : right.startLine; line && !vHalves.empty())
+    if (const auto& line = left.endLine ? left.endLine : right.startLine; line)
         MarkReach(vHalves.rbegin(), vHalves.rend(), 0, *line);
     std::vector<TFold> vFolds;
     const auto isFolded = [&](size_t i) { return i < vHalves.size() && vHalves[i].bFolded; };
