@@ -129,16 +129,28 @@ TEST_F(Panels, AChangedToolIsInTheStoreBeforeItIsMadeAgain) {
 }
 
 TEST_F(Panels, AKilledProgramKeepsWhatWasChangedASecondBefore) {
+    m_outside.AddStep([&](CPlayer&) {
+        m_outside.m_files.m_nWrites = 0;
+        Choose(ID_PANEL_TOOL_OPTION, L"補完強度", L"12");
+    });
     m_outside.AddStep([&](CPlayer& player) {
+        EXPECT_EQ(m_outside.m_files.m_nWrites, 0) << "a dragged slider changes it again at once";
         Choose(ID_PANEL_TOOL_OPTION, L"補完強度", L"16");
         g_pMainFrame->GetPanels().OnStroke();
-        m_outside.m_files.m_nWrites = 0;
         player.Wait(1000);
     });
-    Play({[&] {
+    m_outside.AddStep([&](CPlayer& player) {
         EXPECT_EQ(Setting(L"BrushParam\\RasterBrush", L"CurveStrength"), L"16");
         EXPECT_EQ(Setting(L"ColorList", L"ColorCount"), L"1");
         EXPECT_EQ(m_outside.m_files.m_nWrites, 2);
+        CIniConfig config(L"/settings/Vellumcraft/Vellumcraft.ini", m_outside.m_files);
+        config.GetSection(L"BrushParam")->GetSection(L"RasterBrush")->SetInt(L"CurveStrength", 5);
+        config.GetSection(L"ColorList")->SetInt(L"ColorCount", 0);
+        player.Wait(1000);
+    });
+    Play({[&] {
+        EXPECT_EQ(Setting(L"BrushParam\\RasterBrush", L"CurveStrength"), L"5") << "another's later change";
+        EXPECT_EQ(Setting(L"ColorList", L"ColorCount"), L"0");
     }});
 }
 
