@@ -66,6 +66,9 @@ TEST(PressCurveView, TheNearestHandleIsDraggedInPercentOfTheBox) {
     view.OnPointer(EMessage::LButtonDown, {52, 104});
     EXPECT_FALSE(view.OnPointer(EMessage::LButtonUp, {52, 104}));
     EXPECT_EQ(view.m_handles, TPressHandles());
+    view.OnPointer(EMessage::LButtonDown, {52, 102});
+    EXPECT_TRUE(view.OnPointer(EMessage::MouseMove, {150, 2}));
+    EXPECT_EQ(view.m_handles, (TPressHandles{57, 43, 100, 0}));
 }
 
 TEST(PressMemoView, MemosKeepTheirOrderNamesAndValues) {
