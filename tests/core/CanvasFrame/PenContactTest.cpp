@@ -112,6 +112,14 @@ TEST_F(PenContact, WhileTheMouseDrawsPacketsAreReadAndDropped) {
               "b");
     EXPECT_EQ(Ink(40), 255);
     EXPECT_EQ(Ink(150), 0);
+    // Those of the other end change no tool.
+    const std::string strEraser = Line(120, 180, 900, std::string(ERASER) + ",\"idle\":true");
+    EXPECT_EQ(Draw(Mouse("ldown", 20) + strEraser + Mouse("move", 60) + Mouse("lup", 60)), "b");
+    // A leave meanwhile ends the contact that was cancelled before: the pen's next line is drawn.
+    EXPECT_EQ(Draw(Line(20, 60, 900) + "{\"key\":{\"down\":27}}\n{\"key\":{\"up\":27}}\n" + AWAY +
+                   Mouse("ldown", 20) + Proximity("leave") + Mouse("move", 60) + Mouse("lup", 60) +
+                   Line(80, 120, 900) + Lift(124)),
+              "bb");
     // An end that goes meanwhile gives the tip its tool back.
     EXPECT_EQ(Draw(Proximity("eraser") + AWAY + Mouse("ldown", 20) + Proximity("leave") + Mouse("move", 60) +
                    Mouse("lup", 60) + AWAY + Mouse("ldown", 20) + Mouse("move", 60) + Mouse("lup", 60)),
@@ -144,8 +152,10 @@ TEST_F(PenContact, ATipThatReportsItsTouchAndItsLiftAloneDrawsADot) {
     // The touch that made the window active draws nothing, however light it begins.
     const std::string strTouch = "{\"pointer\":{\"message\":\"touch\"}}\n";
     const std::string strLight = Packet(60, 2, ",\"message\":\"ldown\"");
-    EXPECT_EQ(Draw(strTouch + strLight + Line(64, 100, 900) + strUp + Packet(60, 0)), "");
+    EXPECT_EQ(Draw(strTouch + strLight + Line(64, 100, 900) + strUp + AWAY), "");
     EXPECT_EQ(Draw(strTouch + strLight + Line(64, 100, 900) + strUp + strDown + strUp), "b");
+    EXPECT_EQ(Draw(strTouch + strLight + strUp + strDown + strUp), "b")
+        << "a touch too light to be a contact";
     const std::string strClick = Mouse("ldown", 30) + Mouse("lup", 30);
     EXPECT_EQ(Draw("{\"pointer\":{\"message\":\"activate\"}}\n" + strClick), "");
     EXPECT_EQ(Draw("{\"pointer\":{\"message\":\"activate\"}}\n" + strClick + strClick), "b");
@@ -165,6 +175,13 @@ TEST_F(PenContact, ThePenIsKnownToAnEighthOfAPixelAlsoWhereTheCursorCounts) {
                 EXPECT_EQ(Ink(60 + n), Ink((nEighths ? 60 : 59) - n)) << nMouseCoord << nEighths << n;
             EXPECT_EQ(Ink(60), 255);
         }
+}
+
+TEST_F(PenContact, AContactThatDrewNothingDrawsNothingInTheNextWindow) {
+    EXPECT_EQ(Draw(std::string("{\"command\":12800}\n") + BRUSH +
+                   "{\"activate\":0}\n{\"layer\":{\"visible\":false}}\n" + Line(20, 60, 900) +
+                   "{\"layer\":{\"visible\":true}}\n{\"activate\":1}\n" + Line(80, 120, 900) + Lift(124)),
+              "");
 }
 
 TEST_F(PenContact, TheOtherEndsToolGoesBackWhicheverWindowHearsIt) {
