@@ -164,7 +164,7 @@ private:
     void Tell(EMessage id, int64_t wParam = 0, int64_t lParam = 0) {
         SendMessage({m_spFrame->GetWindow(), id, wParam, lParam});
     }
-    void Send(const TEvent& event) {
+    void Tell(const TEvent& event) {
         const CPoint ptWindow = m_spFrame->GetView().ToWindow8({event.pt.x * 8, event.pt.y * 8});
         const CPoint ptScreen = ptWindow + m_spFrame->GetWindow()->GetClientOrigin();
         const auto packet = [&](uint32_t uButtons) {
@@ -203,6 +203,10 @@ private:
         case EKind::MouseUp:
             return mouse(EMessage::LButtonUp, 0);
         }
+    }
+    void Send(const TEvent& event) {
+        Tell(event);
+        Check();
     }
     // A stroke is open exactly while the tool draws, and only then the window has the pointer.
     void Check() {
