@@ -3,6 +3,7 @@
 #include "core/Platform/System.h"
 #include "core/RasterBrush/FreehandTools.h"
 #include "core/Tools/PenContact.h"
+#include "session/VirtualClock.h"
 #include "tests/session/ScriptedSession.h"
 #include "tests/support/LayerPictures.h"
 
@@ -89,6 +90,20 @@ TEST_F(Conditioning, ATapIsItsHighestPressureWithTheAltitudeThatCameFirst) {
     const std::vector<TCtlPoint> vExpected{{200, 160, 700, 50}, {0, 0, FINAL_PRESSURE, 90}};
     EXPECT_EQ(m_spTool->m_spStroke->GetPoints(), vExpected);
     EXPECT_EQ(m_spTool->GetState(), STATE_IDLE);
+}
+
+TEST_F(Conditioning, ASilenceHasEndedTheStrokeAlsoWhereItsTimerIsLate) {
+    const auto event = [&](int32_t x, uint32_t uPressure) {
+        m_spTool->Dispatch(EMessage::MouseMove, x, 160, uPressure, 60, POINTER_TABLET);
+    };
+    for (const int32_t x : {80, 160, 240}) event(x, 800);
+    event(320, 0);
+    const auto spFirst = m_spTool->m_spStroke;
+    EXPECT_EQ(m_spTool->GetState(), STATE_TABLET);
+    m_session.GetClock().Advance(300);
+    event(900, 800);
+    EXPECT_EQ(spFirst->GetPoints().back().pressure, FINAL_PRESSURE);
+    EXPECT_NE(m_spTool->m_spStroke, spFirst);
 }
 
 TEST_F(Conditioning, TakingAColourCompletesTheStrokesUnderIt) {
