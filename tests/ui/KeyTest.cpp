@@ -86,6 +86,11 @@ TEST_F(CUiTest, WhereverAKeyComesUpThePictureHearsOfIt) {
     Turn();
     EXPECT_EQ(m_a.Got(EMessage::KeyUp), (TParams{{VK_Space, 0}})) << "the hand lets go";
     EXPECT_EQ(m_a.Got(EMessage::SysKeyUp), (TParams{{VK_Alt, 0}}));
+    emit qApp->applicationStateChanged(Qt::ApplicationInactive);
+    QTest::keyClick(pView, Qt::Key_Shift);
+    emit qApp->applicationStateChanged(Qt::ApplicationInactive);
+    Turn();
+    EXPECT_EQ(m_a.Got(EMessage::KeyUp), (TParams{{VK_Space, 0}, {VK_Shift, 0}})) << "each once";
     QTest::keyPress(pView, Qt::Key_Space);
     Turn();
     QDialog dialog(&GetWidget());
@@ -95,7 +100,8 @@ TEST_F(CUiTest, WhereverAKeyComesUpThePictureHearsOfIt) {
     QTest::keyClick(&dialog, Qt::Key_B);
     dialog.close();
     Turn();
-    EXPECT_EQ(m_a.Got(EMessage::KeyUp), (TParams{{VK_Space, 0}, {VK_Space, 0}})) << "once, and nothing of B";
+    EXPECT_EQ(m_a.Got(EMessage::KeyUp), (TParams{{VK_Space, 0}, {VK_Shift, 0}, {VK_Space, 0}}))
+        << "once, and nothing of B";
 }
 
 TEST_F(CUiTest, ChildrensOwnShortcutsFollowTheirUse) {

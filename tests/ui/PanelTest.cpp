@@ -175,6 +175,12 @@ TEST_F(CPanelTest, WhatATextDeclinesNeverReachesThePicture) {
             Turn();
         }
         EXPECT_EQ(Focus(), pText);
+        // Ctrl counts for the pointer's next event wherever it is pressed.
+        QTest::keyPress(pText, Qt::Key_Control);
+        Turn();
+        EXPECT_TRUE(keys.IsKeyDown(VK_Control));
+        QTest::keyRelease(pText, Qt::Key_Control);
+        Turn();
     }
     EXPECT_EQ(m_a.Got(EMessage::KeyDown), TParams());
     // A shortcut works all the same, past the picture; what ends typing is the panel's.
