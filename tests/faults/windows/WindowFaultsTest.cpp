@@ -11,6 +11,12 @@ TEST(WindowFaults, ASessionSurvivesEveryFailedAllocation) { ExpectSurvival(30, P
 
 TEST(WindowFaults, ASessionThatCannotBeginLeavesRoomForTheNext) { ExpectSurvival(40, PlayStartInWindows); }
 
+TEST(WindowFaults, ASessionWithoutMemoryForItsScopeHasNotBegun) {
+    uint64_t u = 1;
+    for (bool bLeft = false; !BeginInWindows(u, bLeft); ++u) ASSERT_FALSE(bLeft) << u;
+    EXPECT_GT(u, 3u) << "nothing could fail";
+}
+
 int main(int nArguments, char** ppszArguments) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     testing::InitGoogleMock(&nArguments, ppszArguments);
