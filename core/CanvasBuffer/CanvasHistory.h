@@ -19,7 +19,8 @@ private:
     CSymmetricHistoryHelper<CCanvasBuffer, CCanvasBuffer::FullBackup> m_helper;
 };
 
-/// Replaces the selection (null: nothing selected) by an undoable action of that label.
+/// Replaces the selection (null: nothing selected) by an undoable action of that label, after the strokes
+/// that wait to be merged.
 void ChangeSelection(const boost::shared_ptr<CCanvasBuffer>& spCanvas,
                      const boost::shared_ptr<CSelectBuffer>& spSelect, std::wstring strName);
 

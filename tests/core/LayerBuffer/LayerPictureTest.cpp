@@ -268,10 +268,11 @@ TEST(StrokeInProgress, EntersTheHistoryInTheOrderOfDrawingOnAllLayers) {
     DrawLine(*spHigh, MakeLine(SIZE, 10, 20, 30, false, L"2"));
     DrawLine(*spHigh, MakeLine(SIZE, 10, 200, 60, false, L"3"));
     DrawLine(*spLow, MakeLine(SIZE, 10, 20, 60, false, L"4"));
-    spCanvas->CompleteWork();
+    // A change of the selection comes after them.
+    ChangeSelection(spCanvas, SelectColumns(0, 9), L"s");
     std::wstring strNames;
     for (const auto& spHistory : spCanvas->GetHistory().GetUndoList()) strNames += spHistory->GetName();
-    EXPECT_EQ(strNames, L"4321");
+    EXPECT_EQ(strNames, L"s4321");
     // Strokes of a layer that was taken out of the tree hold no others up.
     DrawLine(*spHigh, MakeLine(SIZE, 10, 200, 60, false, L"5"));
     DrawLine(*spLow, MakeLine(SIZE, 10, 20, 60, false, L"6"));
