@@ -5,8 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <regex>
-
 namespace {
 
 // A line of the pen: down, along, and up again.
@@ -54,7 +52,7 @@ TEST_F(Recorder, StrokesOfEveryDevice) {
     const std::string strMouse = "{\"pointer\":{\"message\":\"ldown\",\"x\":250,\"y\":180}}\n"
                                  "{\"pointer\":{\"x\":300,\"y\":230,\"left\":true}}\n"
                                  "{\"pointer\":{\"message\":\"lup\",\"x\":300,\"y\":230}}\n";
-    const std::string strEcho = std::regex_replace(strMouse, std::regex("}}"), ",\"idle\":true}}");
+    const std::string strEcho = MarkIdle(strMouse);
     ExpectSame(VIEW + Stroke(1300, 1000) + strEcho + "{\"wait\":1001}\n" + strMouse +
                "{\"wheel\":120}\n{\"keys\":[16]}\n{\"pointer\":{\"message\":\"leave\"}}\n" + strMouse);
     EXPECT_EQ(Count("ldown"), 3u);

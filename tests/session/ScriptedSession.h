@@ -13,6 +13,13 @@
 #include "tests/support/MemoryFiles.h"
 #include "tests/support/NoPlaces.h"
 
+#include <boost/algorithm/string/replace.hpp>
+
+/// The input lines of a script, each marked as an event that nothing need take.
+inline std::string MarkIdle(const std::string& strLines) {
+    return boost::replace_all_copy(strLines, "}}", ",\"idle\":true}}");
+}
+
 class CScriptedSession {
 public:
     /// Plays a script named "s" over a canvas of two layers, the upper one with a red pixel at (1, 2), or

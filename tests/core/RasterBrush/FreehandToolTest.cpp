@@ -7,8 +7,6 @@
 
 #include <gtest/gtest.h>
 
-#include <regex>
-
 namespace {
 
 // A pen line from left to right, `nPoints` steps of 4 pixels, and its lift.
@@ -89,7 +87,7 @@ TEST_F(FreehandTools, MouseDrawsAtFullPressureAndNotBesideThePen) {
     EXPECT_NE(Digest(BRUSH + strStroke), strBlank);
     // Within a second of the pen it is the pen's own echo.
     const std::string strPen = "{\"pen\":{\"x\":8,\"y\":8,\"pressure\":0}}\n";
-    const std::string strEcho = std::regex_replace(strStroke, std::regex("}}"), ",\"idle\":true}}");
+    const std::string strEcho = MarkIdle(strStroke);
     EXPECT_EQ(Digest(BRUSH + strPen + strEcho), strBlank);
     EXPECT_NE(Digest(BRUSH + strPen + "{\"wait\":1000}\n" + strStroke), strBlank);
     // The eraser takes paint away and leaves an empty layer alone.
