@@ -24,5 +24,5 @@ void TrimStart(TOutlinePoints& vPoints, const TEndLine& line, const TOutlinePoin
 /// The same for the side's end.
 void TrimEnd(TOutlinePoints& vPoints, const TEndLine& line, const TOutlinePoint& corner);
 
-/// What lies inside of a closed polygon, with its windings.
+/// The part of a closed polygon inside the line; windings stay as they are.
 std::vector<CPoint> ClipPolygon(std::span<const CPoint> points, const TEndLine& line);
