@@ -4,10 +4,11 @@
 #include <array>
 #include <cstddef>
 
+#include <boost/core/noncopyable.hpp>
 #include <boost/function.hpp>
-#include <boost/shared_ptr.hpp>
+#include <boost/make_shared.hpp>
 
-#include <memory>
+#include <utility>
 
 /// Index 0 is what is saved and rasterized, index 1 what a drag changes and the screen shows.
 enum EPathState : size_t { STATE_COMMITTED, STATE_LIVE };
@@ -38,13 +39,26 @@ auto DualOf(Function fn) {
     return value;
 }
 
+/// A copy of a value that a drag changes; its destructor applies it.
+template <class T>
+class CDragCopy : boost::noncopyable {
+public:
+    using TApply = boost::function<void(const CDualValue<T>&)>;
+
+    CDragCopy(const CDualValue<T>& value, TApply&& fnApply) : m_value(value), m_fnApply(std::move(fnApply)) {}
+    ~CDragCopy() { m_fnApply(m_value); }
+
+    CDualValue<T> m_value;
+
+private:
+    TApply m_fnApply;
+};
+
 /// A private copy of a value for a drag; when its last reference goes, `fnApply` gets it. That function keeps
-/// alive what it writes to and must not throw.
+/// alive what it writes to and must not throw. Raises bad_alloc; nothing is applied then.
 template <class T>
 boost::shared_ptr<CDualValue<T>> MakeDragCopy(const CDualValue<T>& value,
-                                              boost::function<void(const CDualValue<T>&)> fnApply) {
-    return {new CDualValue<T>(value), [fnApply = std::move(fnApply)](CDualValue<T>* pCopy) {
-                const std::unique_ptr<CDualValue<T>> owner(pCopy);
-                fnApply(*pCopy);
-            }};
+                                              typename CDragCopy<T>::TApply fnApply) {
+    const auto spCopy = boost::make_shared<CDragCopy<T>>(value, std::move(fnApply));
+    return {spCopy, &spCopy->m_value};
 }

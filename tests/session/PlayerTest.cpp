@@ -149,26 +149,30 @@ TEST_F(Player, AWaitStopsAtEveryTimerAndNoWindowKeepsTheSessionOpen) {
     EXPECT_EQ(session.GetFailure() + empty.GetFailure(), "");
 }
 
+// Outlives the windows that use it.
+struct TBusyParts {
+    CMessageQueue m_ownQueue;
+    CVirtualClock m_ownClock;
+};
+
 // Real windows of a small screen, over which a hand moves about while the script plays.
-struct CBusyWindows : CSessionWindows, IEventPump {
-    CBusyWindows() : CSessionWindows(m_queue, m_clock) { m_queue.SetPump(this); }
+struct CBusyWindows : TBusyParts, CSessionWindows, IEventPump {
+    CBusyWindows() : CSessionWindows(m_ownQueue, m_ownClock) { m_ownQueue.SetPump(this); }
     bool Pump(bool bWait) override {
         EXPECT_FALSE(bWait);
         Paint();
         if (CSessionCanvasWindow* pActive = GetActive(); pActive && ++m_nEvents % 8 == 0) {
             for (const EMessage id : {EMessage::MouseMove, EMessage::LButtonDown, EMessage::CaptureChanged,
                                       EMessage::MouseLeave, EMessage::LButtonUp, EMessage::PenPacket})
-                m_queue.Post({pActive, id, MOUSE_LEFT, PackPoint(m_nEvents, 60)});
-            m_queue.Post({pActive, EMessage::KeyDown, VK_Escape});
-            m_queue.Post({GetMain(), EMessage::Command, 12812});
+                m_ownQueue.Post({pActive, id, MOUSE_LEFT, PackPoint(m_nEvents, 60)});
+            m_ownQueue.Post({pActive, EMessage::KeyDown, VK_Escape});
+            m_ownQueue.Post({GetMain(), EMessage::Command, 12812});
             pActive->SetRect({m_nEvents, 90, m_nEvents + 200, 160});
             pActive->SetCovered(true);
-            m_queue.Post({pActive, EMessage::MdiActivate, 0});
+            m_ownQueue.Post({pActive, EMessage::MdiActivate, 0});
         }
         return true;
     }
-    CMessageQueue m_queue;
-    CVirtualClock m_clock;
     int m_nEvents = 0;
 };
 
@@ -192,7 +196,7 @@ TEST_F(Player, RealWindowsOnlyShowWhatIsPlayed) {
     EXPECT_NE(strAlone.find("\"undo\""), std::string::npos);
     CBusyWindows windows;
     m_parts.pWindows = &windows;
-    m_parts.pQueue = &windows.m_queue;
+    m_parts.pQueue = &windows.m_ownQueue;
     EXPECT_EQ(Play(strScript), "");
     EXPECT_EQ(m_files.m_mapFiles[L"state.json"], strAlone);
     EXPECT_GT(windows.m_nEvents, 100);
