@@ -5,7 +5,6 @@
 #include "core/PathOutline/Wave.h"
 
 #include <algorithm>
-#include <optional>
 
 #include <boost/numeric/conversion/cast.hpp>
 
@@ -42,12 +41,37 @@ TOutlinePoints JoinSides(const TStretch& stretch, const IOutlineTerm* pBegin, co
     return vAll;
 }
 
-// The number of the stretch that a fold lies in; nothing where a cut touches it.
-std::optional<size_t> StretchOf(const TFold& fold, const std::vector<TOutlineCut>& vCuts) {
-    const auto itFirst = std::lower_bound(vCuts.begin(), vCuts.end(), fold.tBegin,
-                                          [](const auto& cut, uint32_t t) { return cut.t < t; });
-    if (itFirst != vCuts.end() && itFirst->t <= fold.tEnd) return {};
-    return static_cast<size_t>(itFirst - vCuts.begin());
+// The part of a fold on one side of a cut that goes through it.
+void ClipFold(TFold& fold, const TPlacedCut& cut, bool bBehind) {
+    TEndLine line = LineOf(cut);
+    if (!bBehind) line.inward = {-line.inward.x, -line.inward.y};
+    std::vector<CPoint> vPolygon;
+    for (const TOutlinePoint& point : fold.vPoints) vPolygon.push_back(point.anchor);
+    fold.vPoints.clear();
+    for (const CPoint pt : ClipPolygon(vPolygon, line)) fold.vPoints.push_back({pt, {}, {}});
+}
+
+// Visits the parts of a fold in the visible stretches with the stretches' numbers. A fold with curves is left
+// out where a cut goes through it.
+template <class Visit>
+void VisitStretches(const TFold& fold, const std::vector<TPlacedCut>& vCuts, Visit visit) {
+    const bool bPlace = fold.tBegin == fold.tEnd;
+    const auto itFirst = std::partition_point(vCuts.begin(), vCuts.end(), [&](const TPlacedCut& cut) {
+        return cut.tLast < fold.tBegin || (cut.tLast == fold.tBegin && !bPlace);
+    });
+    const auto itLast = std::partition_point(itFirst, vCuts.end(), [&](const TPlacedCut& cut) {
+        return cut.tFirst < fold.tEnd || (cut.tFirst == fold.tEnd && bPlace);
+    });
+    if (itFirst != itLast && !fold.bStraight) return;
+    const auto idxFirst = static_cast<size_t>(itFirst - vCuts.begin());
+    const auto idxLast = static_cast<size_t>(itLast - vCuts.begin());
+    for (size_t idx = idxFirst; idx <= idxLast; ++idx) {
+        if (idx % 2 != 0) continue;
+        TFold part = fold;
+        if (idx > idxFirst) ClipFold(part, vCuts[idx - 1], true);
+        if (idx < idxLast) ClipFold(part, vCuts[idx], false);
+        if (!part.vPoints.empty()) visit(idx, part);
+    }
 }
 
 } // namespace
@@ -60,7 +84,7 @@ std::vector<TStretchOutline> BuildOutline(const TOutlineSource& given) {
     for (TOutlinePoint& anchor : source.vAnchors)
         anchor.anchor = CheckedAdd(anchor.anchor, {-ptOrigin.x, -ptOrigin.y});
     source.vCuts = EffectiveCuts(source);
-    const auto vCuts = PlaceCuts(source);
+    auto vCuts = PlaceCuts(source);
     if (source.vWidths.empty())
         source.vWidths.push_back({LastParameter(source.vAnchors) / 2, {source.uWidth, source.uWidth}});
     if (source.wave.uWidth != 0 && source.vAnchors.size() > 1) source.vWidths = WaveWidths(source);
@@ -73,10 +97,10 @@ std::vector<TStretchOutline> BuildOutline(const TOutlineSource& given) {
         return vCurve;
     };
     std::vector<std::vector<TPolyBezier>> vFolds(vStretches.size());
-    for (const TFold& fold : FindFolds(left, right)) {
-        const auto idx = StretchOf(fold, source.vCuts);
-        if (idx && *idx < vFolds.size()) vFolds[*idx].push_back(close(fold.vPoints));
-    }
+    for (const TFold& fold : FindFolds(left, right))
+        VisitStretches(fold, vCuts, [&](size_t idx, const TFold& part) {
+            if (idx < vFolds.size()) vFolds[idx].push_back(close(part.vPoints));
+        });
     std::vector<TStretchOutline> vOutlines;
     for (size_t i = 0; i < vStretches.size(); i += 2) {
         const TOutlinePoints vPoints = JoinSides(vStretches[i], i == 0 ? source.pBegin : nullptr,

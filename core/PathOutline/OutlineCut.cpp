@@ -6,9 +6,11 @@
 
 #include <algorithm>
 #include <numbers>
+#include <tuple>
 
 namespace {
 
+constexpr int SQUARE = 90;   ///< degrees
 constexpr int64_t REACH = 3; ///< times the half-width
 /// How exact a crossing's fraction is: a chord of FindCrossing.
 constexpr uint32_t CHORD = BEZIER_T_RESOLUTION / (16 * 50) + 1;
@@ -41,6 +43,20 @@ TSidePlace OwnPlace(const TSide& source, EPathSide side, uint32_t t) {
     if (side == SIDE_RIGHT) f = BEZIER_T_RESOLUTION - f;
     // The piece's three points are two of the side's steps.
     return (pPiece->idxMiddle - 1) * TSidePlace{BEZIER_T_RESOLUTION} + 2 * f;
+}
+
+// The path's parameter beside a place of a side, held to the side's pieces.
+uint32_t ParameterAt(const TSide& source, EPathSide side, TSidePlace place) {
+    const auto& vPieces = source.vPieces;
+    const auto liesBehind = [](TSidePlace at, const TSidePiece& piece) {
+        return at < (piece.idxMiddle + 1) * TSidePlace{BEZIER_T_RESOLUTION};
+    };
+    const auto it = std::upper_bound(vPieces.begin(), vPieces.end(), place, liesBehind);
+    if (it == vPieces.end()) return side == SIDE_LEFT ? vPieces.back().tEnd : vPieces.back().tBegin;
+    const TSidePlace first = (it->idxMiddle - 1) * TSidePlace{BEZIER_T_RESOLUTION};
+    const auto f = static_cast<uint32_t>((std::max(place, first) - first) / 2);
+    const auto tWay = static_cast<uint32_t>(MulDiv(it->tEnd - it->tBegin, f, BEZIER_T_RESOLUTION));
+    return side == SIDE_LEFT ? it->tBegin + tWay : it->tEnd - tWay;
 }
 
 // Looks for the place where a line from a cut's position meets a side nearest to that position.
@@ -177,12 +193,14 @@ std::vector<TPlacedCut> PlaceCuts(const TOutlineSource& source) {
                          vSegments[idx].PointAt(f),
                          DirectionAt(vSegments[idx], f),
                          nAngle % 360,
-                         {widthOf(SIDE_LEFT), widthOf(SIDE_RIGHT)}});
+                         {widthOf(SIDE_LEFT), widthOf(SIDE_RIGHT)},
+                         t,
+                         t});
     }
     return vCuts;
 }
 
-std::vector<TStretch> CutSides(const TSide& left, const TSide& right, const std::vector<TPlacedCut>& vCuts) {
+std::vector<TStretch> CutSides(const TSide& left, const TSide& right, std::vector<TPlacedCut>& vCuts) {
     if (left.vPoints.size() < 2 || right.vPoints.size() < 2) return {{left.vPoints, right.vPoints}};
     std::vector<TStretch> vStretches;
     TSidePlace fromLeft = 0;
@@ -194,9 +212,17 @@ std::vector<TStretch> CutSides(const TSide& left, const TSide& right, const std:
         toRight = fromRight;
     };
     // A slanted cut may reach over the next one: what is cut off already stays so.
-    for (const TPlacedCut& cut : vCuts)
+    for (TPlacedCut& cut : vCuts) {
         append(std::max(fromLeft, FindPlace(left, SIDE_LEFT, cut)),
                std::min(toRight, FindPlace(right, SIDE_RIGHT, cut)));
+        if (cut.nAngle != SQUARE)
+            std::tie(cut.tFirst, cut.tLast) = std::minmax(
+                {ParameterAt(left, SIDE_LEFT, fromLeft), ParameterAt(right, SIDE_RIGHT, toRight)});
+    }
     append(LastPlace(left.vPoints), 0);
     return vStretches;
+}
+
+TEndLine LineOf(const TPlacedCut& cut) {
+    return EndLine(cut.position, CheckedAdd(cut.position, DirectionOf(cut)), cut.tangent);
 }

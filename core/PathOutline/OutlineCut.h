@@ -17,6 +17,8 @@ struct TPlacedCut {
     CPoint tangent;                  ///< of the centre line
     int nAngle;                      ///< degrees
     std::array<uint32_t, 2> auWidth; ///< the stroke's half-widths there, without a wave
+    uint32_t tFirst;                 ///< of the ribs that it goes through, known when the sides are cut
+    uint32_t tLast;
 };
 
 /// The cuts that have an effect: held on the path, sorted; two at one `t` cancel each other.
@@ -26,5 +28,8 @@ std::vector<TOutlineCut> EffectiveCuts(const TOutlineSource& source);
 std::vector<TPlacedCut> PlaceCuts(const TOutlineSource& source);
 
 /// The stretches from one cut to the next, from the path's start on. A cut that misses a side takes that
-/// side's own point at its `t`. A side of one point is not cut.
-std::vector<TStretch> CutSides(const TSide& left, const TSide& right, const std::vector<TPlacedCut>& vCuts);
+/// side's own point at its `t`. A side of one point is not cut. Sets the cuts' `tFirst` and `tLast`.
+std::vector<TStretch> CutSides(const TSide& left, const TSide& right, std::vector<TPlacedCut>& vCuts);
+
+/// A cut's line, of which the stroke behind the cut lies inside.
+TEndLine LineOf(const TPlacedCut& cut);

@@ -24,7 +24,8 @@ TFold HalfOf(const TSidePiece& l, const TSidePiece& r, size_t n) {
             {{l.aPoints[n].anchor, {}, l.aPoints[n].fore},
              {l.aPoints[n + 1].anchor, l.aPoints[n + 1].back, {}},
              {r.aPoints[1 - n].anchor, {}, r.aPoints[1 - n].fore},
-             {r.aPoints[2 - n].anchor, r.aPoints[2 - n].back, {}}}};
+             {r.aPoints[2 - n].anchor, r.aPoints[2 - n].back, {}}},
+            false};
 }
 
 // True when the lines from `a` to `b` and from `c` to `d` cross; not where they merely meet, as at a sharp
@@ -59,17 +60,21 @@ void AppendStrips(const THalf& half, std::vector<TFold>& vFolds) {
     constexpr uint32_t STRIPS = 8;
     const auto& [l, r, n, bFolded, vLines, bReached] = half;
     std::array<CPoint, 2> aptBefore{l.aptPlain[n], r.aptPlain[2 - n]};
+    uint32_t tBefore = n == 0 ? l.tBegin : l.tBegin + (l.tEnd - l.tBegin) / 2;
     for (uint32_t u = 1; u <= STRIPS; ++u) {
         const uint32_t f = (static_cast<uint32_t>(n) * STRIPS + u) * (BEZIER_T_RESOLUTION / 2 / STRIPS);
+        const uint32_t t =
+            l.tBegin + static_cast<uint32_t>(MulDiv(l.tEnd - l.tBegin, f, BEZIER_T_RESOLUTION));
         const auto left = OffsetPoint(l.bez, l.width, f);
         const auto right = OffsetPoint(r.bez, r.width, BEZIER_T_RESOLUTION - f);
         if (!left || !right) continue;
         std::vector<CPoint> vStrip{aptBefore[SIDE_LEFT], left->anchor, right->anchor, aptBefore[SIDE_RIGHT]};
         for (const TEndLine& line : vLines) vStrip = ClipPolygon(vStrip, line);
-        TFold fold{l.tBegin, l.tEnd, {}};
+        TFold fold{tBefore, t, {}, true};
         for (const CPoint pt : vStrip) fold.vPoints.push_back({pt, {}, {}});
         if (!vStrip.empty()) vFolds.push_back(std::move(fold));
         aptBefore = {left->anchor, right->anchor};
+        tBefore = t;
     }
 }
 
@@ -91,7 +96,7 @@ void MarkReach(Iterator itBegin, Iterator itEnd, size_t nFar, const TEndLine& li
 }
 
 TFold CornerOf(const TSideCorner& l, const TSideCorner& r) {
-    TFold fold{l.tBegin, l.tEnd, l.vPoints};
+    TFold fold{l.tBegin, l.tEnd, l.vPoints, true};
     fold.vPoints.insert(fold.vPoints.end(), r.vPoints.begin(), r.vPoints.end());
     fold.vPoints[0].back = fold.vPoints[l.vPoints.size()].back = {};
     fold.vPoints[l.vPoints.size() - 1].fore = fold.vPoints.back().fore = {};

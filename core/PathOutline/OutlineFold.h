@@ -8,6 +8,7 @@ struct TFold {
     uint32_t tBegin; ///< both the same at an anchor
     uint32_t tEnd;
     TOutlinePoints vPoints; ///< closed; may cross itself
+    bool bStraight;         ///< without handles, so that it can be clipped
 };
 
 /// The inner side of a bend that is tighter than the stroke is wide runs backwards, and what its outline

@@ -14,10 +14,12 @@
 class CTrueStroke {
 public:
     static constexpr int CELLS = 4;
+    static constexpr int STEPS = 1000;   ///< ribs of a segment
     using TPoint = std::complex<double>; ///< path units
 
     /// Half-widths are the stream's own one throughout but where a sharp end tapers; flat ends are square.
-    CTrueStroke(const COpenPathStream& stream, CSize sz)
+    /// Ribs from `tFirst` to `tLast` alone.
+    CTrueStroke(const COpenPathStream& stream, CSize sz, uint32_t tFirst = 0, uint32_t tLast = UINT32_MAX)
         : m_nWidth(sz.cx * CELLS), m_nHeight(sz.cy * CELLS),
           m_vCells(static_cast<size_t>(m_nWidth) * static_cast<size_t>(m_nHeight)) {
         TOutlinePoints vAnchors;
@@ -41,11 +43,14 @@ public:
             return type == TERM_SHARP ? dWidth * Taper(dWay / std::max(dLength, 1e-9)) : dWidth;
         };
         const TPoint QUARTER(0, -1);
+        const auto nLast = static_cast<uint32_t>(vAnchors.size() - 1) * BEZIER_T_RESOLUTION;
         const auto rib = [&](size_t n) {
             const TPoint across = vDirections[n] * QUARTER * widthAt(n);
             return std::array{vLine[n] + across, vLine[n] - across};
         };
         for (size_t n = 1; n < vLine.size(); ++n) {
+            const double t = (n / (STEPS + 1) + n % (STEPS + 1) / double{STEPS}) * BEZIER_T_RESOLUTION;
+            if (t < tFirst || t > tLast) continue;
             const auto a = rib(n - 1), b = rib(n);
             Paint({a[0], b[0], b[1], a[1]});
         }
@@ -62,8 +67,8 @@ public:
                 }
             Paint(vCap);
         };
-        cap(*stream.GetTerm(true), vLine.front(), -vDirections.front());
-        cap(*stream.GetTerm(false), vLine.back(), vDirections.back());
+        if (tFirst == 0) cap(*stream.GetTerm(true), vLine.front(), -vDirections.front());
+        if (tLast >= nLast) cap(*stream.GetTerm(false), vLine.back(), vDirections.back());
     }
 
     /// The share of a pixel that is covered, 0 to 1.
@@ -104,7 +109,6 @@ private:
     // A stretch in which the curve hardly moves takes the direction of the nearest place that moves.
     static void SampleSegment(const CBezier& bez, std::vector<TPoint>& vLine,
                               std::vector<TPoint>& vDirections) {
-        constexpr int STEPS = 1000;
         constexpr double SURE = 12; // path units to the whole of the parameter
         const auto point = [](CPoint pt) { return TPoint(pt.x, pt.y); };
         const TPoint p[] = {point(bez.p0), point(bez.p1), point(bez.p2), point(bez.p3)};

@@ -74,6 +74,10 @@ boost::shared_ptr<COpenPathObject> MakeHook(std::mt19937& random, double dWidth,
     return MakePath(vKnots, dWidth, type, uAngle);
 }
 
+uint32_t LastAnchorOf(const COpenPathStream& stream) {
+    return static_cast<uint32_t>(stream.ControlPointCount() - 1) * BEZIER_T_RESOLUTION;
+}
+
 // Pixels that are not full and that no way over such pixels leads to from outside.
 std::vector<size_t> FindEnclosed(const std::vector<uint8_t>& v) {
     std::vector<bool> vOutside(v.size());
@@ -95,6 +99,10 @@ std::vector<size_t> FindEnclosed(const std::vector<uint8_t>& v) {
     return vEnclosed;
 }
 
+double AtPixel(const CTrueStroke& ground, size_t i) {
+    return ground.At(static_cast<int>(i) % PLANE.cx, static_cast<int>(i) / PLANE.cx);
+}
+
 } // namespace
 
 TEST(StrokeGround, TightHooksAreFullWithoutSpecks) {
@@ -109,6 +117,55 @@ TEST(StrokeGround, SlantedEndsOfTightHooksAreFull) {
     std::mt19937 random(23);
     for (int n = 0; n < 100; ++n)
         EXPECT_LE(FindEnclosed(CoverageOf(*MakeHook(random, 24 + 2.8 * n, TERM_FLAT, 60))).size(), 3) << n;
+}
+
+TEST(StrokeGround, CutsThroughTightHooksKeepEachStretchFull) {
+    // A square cut in the bend; the stretch before it is seen, or the one behind.
+    std::mt19937 random(23);
+    int nReach = 0;
+    for (int n = 0; n < 120; ++n) {
+        const bool bBehind = n % 2 != 0;
+        const auto spPath = MakeHook(random, 24 + 2.5 * n, TERM_FLAT);
+        COpenPathStream& stream = spPath->GetStream();
+        const uint32_t t = BEZIER_T_RESOLUTION + random() % BEZIER_T_RESOLUTION;
+        stream.AddTransPoint(bBehind ? 0 : t);
+        stream.AddTransPoint(bBehind ? t : LastAnchorOf(stream));
+        spPath->Update();
+        const auto v = CoverageOf(*spPath);
+        const CTrueStroke seen(stream, PLANE, bBehind ? t : 0, bBehind ? UINT32_MAX : t);
+        int nSpecks = 0, nBeyond = 0;
+        for (const size_t i : FindEnclosed(v)) nSpecks += AtPixel(seen, i) == 1;
+        for (size_t i = 0; i < v.size(); ++i) nBeyond += v[i] > 128 && AtPixel(seen, i) == 0;
+        EXPECT_LE(nSpecks, 32) << n;
+        nReach += nBeyond > 20;
+    }
+    // The inner sides of the others meet the line of the cut elsewhere than beside it.
+    EXPECT_LE(nReach, 33);
+}
+
+TEST(StrokeGround, SlantedCutsOfTightHooksKeepTheirLine) {
+    // Ink behind the line and none before it, near the outer side, where the bend begins.
+    std::mt19937 random(29);
+    int nWrong = 0;
+    for (int n = 0; n < 60; ++n) {
+        const double dWidth = 100 + 3 * n;
+        const auto spPath = MakeHook(random, dWidth, TERM_FLAT);
+        COpenPathStream& stream = spPath->GetStream();
+        for (const uint32_t t : {uint32_t{0}, uint32_t{BEZIER_T_RESOLUTION}})
+            stream.AddTransPoint(t)->SetAngle(CDualValue<uint32_t>(60));
+        spPath->Update();
+        const auto v = CoverageOf(*spPath);
+        const auto point = [](CPoint pt) { return TPoint(pt.x, pt.y); };
+        const auto knot = (*std::next(stream.GetControlPoints().begin()))->At(STATE_COMMITTED);
+        const TPoint along = point(knot.fore) / std::abs(point(knot.fore));
+        for (const bool bInk : {false, true}) {
+            const TPoint out = along * std::polar(1.0, -PI / 3) * dWidth * 0.9;
+            const TPoint at = point(knot.anchor) + out + along * (bInk ? 16.0 : -16.0);
+            const auto [x, y] = std::pair{static_cast<int>(at.real() / 8), static_cast<int>(at.imag() / 8)};
+            nWrong += (v[static_cast<size_t>(y * PLANE.cx + x)] > 128) != bInk;
+        }
+    }
+    EXPECT_LE(nWrong, 1);
 }
 
 TEST(StrokeGround, CornersBetweenShortLegsAreFull) {
@@ -127,9 +184,7 @@ TEST(StrokeGround, CornersBetweenShortLegsAreFull) {
         const auto spPath = MakePath(vKnots, dWidth, TERM_ROUND);
         const CTrueStroke ground(spPath->GetStream(), PLANE);
         const auto vEnclosed = FindEnclosed(CoverageOf(*spPath));
-        const auto isOfStroke = [&](size_t i) {
-            return ground.At(static_cast<int>(i) % PLANE.cx, static_cast<int>(i) / PLANE.cx) == 1;
-        };
+        const auto isOfStroke = [&](size_t i) { return AtPixel(ground, i) == 1; };
         EXPECT_LE(std::count_if(vEnclosed.begin(), vEnclosed.end(), isOfStroke), 3) << n;
     }
 }
