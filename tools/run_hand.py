@@ -17,6 +17,7 @@ import time
 
 RUN_STEPS = 250
 PATIENCE = 60  # seconds for whatever is awaited
+LATE = 10      # and for what may not happen at all
 SCREEN = (1280, 900)
 MARGIN = 150  # where the panels stand at both sides
 LETTERS = "abcdefghijklmnopqrstuvwxyz123456789"
@@ -65,6 +66,18 @@ class Hand:
 
     def wait(self, seconds):
         time.sleep(seconds * self.pause)
+
+    def wait_until(self, happened, least):
+        """At least `least` seconds, longer where a busy machine keeps what should happen waiting."""
+        self.wait(least)
+        end = time.monotonic() + LATE
+        while not happened() and time.monotonic() < end:
+            self.wait(0.2)
+
+    def in_dialog(self):
+        """True when another window than the main one has the keyboard."""
+        name = subprocess.run(["xdotool", "getactivewindow", "getwindowname"], env=self.env, capture_output=True, text=True).stdout
+        return name.strip() != "Vellumcraft"
 
     def drag(self, start=None, reach=60):
         x, y = start or self.anywhere()
@@ -161,10 +174,10 @@ class Hand:
         """True when there was one. Each gets a name of its own."""
         path = self.folder / f"{self.documents}.vlm"
         self.key("ctrl+s")
-        self.wait(0.8)
+        self.wait_until(self.in_dialog, 0.8)
         self.do("type", "--delay", 10, path)
         self.key("Return")
-        self.wait(0.8)
+        self.wait_until(path.exists, 0.8)
         self.key("Escape", "Escape")
         self.documents += path.exists()
         return path.exists()
