@@ -21,7 +21,7 @@ constexpr size_t PIXELS = SIDE * SIDE;
 
 // Source, destination and mask of one tile, as planes and as packed pixels.
 struct TTile {
-    std::vector<uint8_t> avSource[4], avDest[4], vMask, vScreen = std::vector<uint8_t>(PIXELS * 3);
+    std::vector<uint8_t> avSource[4], avDest[4], vMask, vScreen = std::vector<uint8_t>(PIXELS * 4);
     std::vector<uint32_t> vPackedSource, vPackedDest;
 
     TTile() {
@@ -90,8 +90,8 @@ const TKernelCase g_aCases[] = {
      [](auto& k, TTile& t) { k.pInkOnGrey(GreyDest(t), 99, t.vMask.data(), nullptr, PIXELS); }},
     {"erase", 3, [](auto& k, TTile& t) { k.pErase(t.avDest[3].data(), t.vMask.data(), nullptr, PIXELS); }},
     {"cover", 3, [](auto& k, TTile& t) { k.pCover(t.avDest[3].data(), t.vMask.data(), nullptr, PIXELS); }},
-    {"resolve colour", 7, [](auto& k, TTile& t) { k.pResolveColor(t.vScreen.data(), t.Source(), PIXELS); }},
-    {"resolve grey", 5, [](auto& k, TTile& t) { k.pResolveGrey(t.vScreen.data(), GreySource(t), PIXELS); }},
+    {"resolve colour", 8, [](auto& k, TTile& t) { k.pResolveColor(t.vScreen.data(), t.Source(), PIXELS); }},
+    {"resolve grey", 6, [](auto& k, TTile& t) { k.pResolveGrey(t.vScreen.data(), GreySource(t), PIXELS); }},
 };
 
 void Kernel(benchmark::State& state, const TKernelCase& kernelCase, const TBlendKernels& kernels) {

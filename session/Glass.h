@@ -7,7 +7,7 @@
 
 class IImageCodecs;
 
-/// Rows of 24-bit pixels, B, G, R, without padding; black where nothing was painted.
+/// Rows of pixels as IPaintTarget takes them, without padding; black where nothing was painted.
 class CGlass : public IPaintTarget {
 public:
     /// A black glass; a negative side counts as 0.
@@ -16,7 +16,7 @@ public:
     /// Puts `rc` of the pixels on another glass.
     void CopyTo(IPaintTarget& target, const CRect& rc) const;
     CSize GetSize() const { return m_size; }
-    /// Three bytes of a pixel inside the glass.
+    /// The bytes of a pixel inside the glass.
     const uint8_t* GetPixel(CPoint pt) const;
     /// Writes the pixels as an opaque picture by the path's ending. False when that fails.
     bool Save(const std::wstring& strPath, IImageCodecs& codecs) const;

@@ -1,5 +1,6 @@
 #include "ui/QtCanvasView.h"
 
+#include "core/GDIBuffer/GDIBuffer.h"
 #include "core/Platform/Window.h"
 #include "ui/QtModal.h"
 
@@ -19,6 +20,7 @@
 namespace {
 
 constexpr int WHEEL_STEP = 120;
+constexpr int MOST_RECTANGLES = 16; ///< painted one by one
 
 /// Draws rows of pixels one to one on the device's pixels.
 class CViewPainter : public IPaintTarget {
@@ -34,8 +36,9 @@ public:
     void Blit(const uint8_t* pPixels, int nStride, CSize szBitmap, const CRect& rc) override {
         const CRect rcShown = rc.Intersect({{0, 0}, szBitmap});
         if (rcShown.IsEmpty()) return;
-        const uint8_t* pFirst = pPixels + static_cast<ptrdiff_t>(rcShown.top) * nStride + rcShown.left * 3;
-        QImage image(pFirst, rcShown.Width(), rcShown.Height(), nStride, QImage::Format_BGR888);
+        const uint8_t* pFirst =
+            pPixels + static_cast<ptrdiff_t>(rcShown.top) * nStride + rcShown.left * CGDIBuffer::PIXEL_BYTES;
+        QImage image(pFirst, rcShown.Width(), rcShown.Height(), nStride, QImage::Format_RGB32);
         image.setDevicePixelRatio(m_dScale);
         m_painter.drawImage(QPointF(rcShown.left, rcShown.top) / m_dScale, image);
     }
@@ -126,15 +129,22 @@ void CQtCanvasView::paintEvent(QPaintEvent* pEvent) {
     // A move to a screen of another scale changes the size in device pixels alone, and brings a repaint.
     CheckSize();
     const qreal dScale = devicePixelRatioF();
-    const QRect rc = pEvent->rect();
     const CSize szClient = GetClientSize();
-    const CRect rcPaint(static_cast<int>(std::floor(rc.left() * dScale)),
-                        static_cast<int>(std::floor(rc.top() * dScale)),
-                        static_cast<int>(std::ceil((rc.left() + rc.width()) * dScale)),
-                        static_cast<int>(std::ceil((rc.top() + rc.height()) * dScale)));
-    CViewPainter painter(*viewport(), pEvent->region());
+    const auto paint = [&](CViewPainter& painter, const QRect& rc) {
+        const CRect rcPaint(static_cast<int>(std::floor(rc.left() * dScale)),
+                            static_cast<int>(std::floor(rc.top() * dScale)),
+                            static_cast<int>(std::ceil((rc.left() + rc.width()) * dScale)),
+                            static_cast<int>(std::ceil((rc.top() + rc.height()) * dScale)));
+        m_events.paint(painter, rcPaint.Intersect({{0, 0}, szClient}));
+    };
+    const QRegion& region = pEvent->region();
+    CViewPainter painter(*viewport(), region);
     const CPaintScope painting;
-    m_events.paint(painter, rcPaint.Intersect({{0, 0}, szClient}));
+    // Two places far apart are not worth what lies between them.
+    if (region.rectCount() > MOST_RECTANGLES)
+        paint(painter, region.boundingRect());
+    else
+        for (const QRect& rc : region) paint(painter, rc);
 }
 
 void CQtCanvasView::wheelEvent(QWheelEvent* pEvent) {

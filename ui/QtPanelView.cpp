@@ -22,7 +22,7 @@ class CViewTarget : public IPaintTarget {
 public:
     explicit CViewTarget(QWidget& widget) : m_painter(&widget), m_dScale(widget.devicePixelRatioF()) {}
     void Blit(const uint8_t* pPixels, int nStride, CSize szBitmap, const CRect&) override {
-        QImage image(pPixels, szBitmap.cx, szBitmap.cy, nStride, QImage::Format_BGR888);
+        QImage image(pPixels, szBitmap.cx, szBitmap.cy, nStride, QImage::Format_RGB32);
         image.setDevicePixelRatio(m_dScale);
         m_painter.drawImage(QPointF(0, 0), image);
     }

@@ -143,13 +143,14 @@ bool CCanvasFrame::HandleMessage(const TMessage& msg) {
 void CCanvasFrame::OnPaint(IPaintTarget& target, const CRect& rc) {
     Guarded([&] {
         // The pen's events have brought the copy up to date already.
-        const CRect rcChanged = m_bScreenOld ? RefreshScreen() : CRect();
+        const auto vChanged = m_bScreenOld ? RefreshScreen() : std::vector<CRect>();
         CGDIBuffer* pBuffer = m_screen.GetBuffer();
         if (!pBuffer) return true;
         pBuffer = PaintOverlays(*pBuffer, rc);
         target.Blit(pBuffer->GetPixelPtr({0, 0}), pBuffer->GetStride(), pBuffer->GetSize(), rc);
         // What has changed beyond this paint comes with the next.
-        if (!(rcChanged.Union(rc) == rc)) m_pWindow->Invalidate(rcChanged);
+        for (const CRect& rcChanged : vChanged)
+            if (!(rcChanged.Union(rc) == rc)) m_pWindow->Invalidate(rcChanged);
         return true;
     });
 }
@@ -187,10 +188,15 @@ bool CCanvasFrame::IsOnlyViewOfCanvas() const {
                          [&](const auto& spFrame) { return spFrame->m_spCanvas == m_spCanvas; }) <= 1;
 }
 
-CRect CCanvasFrame::RefreshScreen() {
-    const CRect rc = m_screen.Refresh(*m_spCanvas, m_view);
+std::vector<CRect> CCanvasFrame::RefreshScreen() {
+    auto vChanged = m_screen.Refresh(*m_spCanvas, m_view);
     m_bScreenOld = false;
-    return rc;
+    return vChanged;
+}
+
+void CCanvasFrame::RepaintChanges() {
+    if (!m_pWindow) return;
+    for (const CRect& rc : RefreshScreen()) m_pWindow->Invalidate(rc);
 }
 
 void CCanvasFrame::InvalidateAll() {
@@ -200,8 +206,7 @@ void CCanvasFrame::InvalidateAll() {
 
 void CCanvasFrame::RequestRedraw() {
     RaiseRefresh();
-    const CRect rc = RefreshScreen();
-    if (!rc.IsEmpty()) m_pWindow->Invalidate(rc);
+    RepaintChanges();
 }
 
 void CCanvasFrame::ScrollTo(CPoint ptScroll) {
@@ -376,5 +381,5 @@ void CCanvasFrame::OnTimer(int nId) {
     // Only the frame that was worked in repaints at once; the canvas's other views follow here.
     m_bNeedsRefresh = false;
     for (const auto& spFrame : g_lstCanvasFrame)
-        if (spFrame->m_spCanvas == m_spCanvas) spFrame->InvalidateAll();
+        if (spFrame->m_spCanvas == m_spCanvas) spFrame->RepaintChanges();
 }

@@ -72,7 +72,8 @@ private:
     void OnUndoRedo(int nId);
     void OnTreeCommand(int nId);
     void OnScroll(bool bVertical, int32_t nOffset);
-    CRect RefreshScreen();
+    std::vector<CRect> RefreshScreen();
+    void RepaintChanges();
     void UpdateScrollBars();
     bool IsOnlyViewOfCanvas() const;
 

@@ -56,7 +56,7 @@ void CCanvasScreen::Scroll(const CScreenMap& map, CPoint ptOrigin) {
     MarkDirty(map, ptMove.y > 0 ? CRect(0, 0, sz.cx, ptMove.y) : CRect(0, sz.cy + ptMove.y, sz.cx, sz.cy));
 }
 
-CRect CCanvasScreen::Refresh(CCanvasBuffer& canvas, const CCanvasView& view) {
+std::vector<CRect> CCanvasScreen::Refresh(CCanvasBuffer& canvas, const CCanvasView& view) {
     const CSize szClient = view.GetClient();
     if (szClient.cx <= 0 || szClient.cy <= 0) {
         m_pBuffer.reset();
@@ -65,24 +65,34 @@ CRect CCanvasScreen::Refresh(CCanvasBuffer& canvas, const CCanvasView& view) {
     canvas.FlushCanvasUpdates();
     NoteChanges(canvas.GetCounters());
     const CScreenMap map(canvas.GetSize(), view.GetOrigin(), view.GetState(), szClient);
-    CRect rcChanged;
+    std::vector<CRect> vChanged;
+    const auto changed = [&](const CRect& rc) {
+        if (rc.IsEmpty()) return;
+        if (!vChanged.empty() && vChanged.back().top == rc.top && vChanged.back().bottom == rc.bottom &&
+            (vChanged.back().right == rc.left || vChanged.back().left == rc.right))
+            vChanged.back() = vChanged.back().Union(rc);
+        else
+            vChanged.push_back(rc);
+    };
+    bool bAll = false;
     if (!m_pBuffer || !(m_pBuffer->GetSize() == szClient)) {
         m_pBuffer = std::make_unique<CGDIBuffer>(szClient);
         m_spDirty->Fill(true);
         m_ptOrigin = view.GetOrigin();
-        rcChanged = CRect({0, 0}, szClient);
+        bAll = true;
     } else if (!(m_ptOrigin == view.GetOrigin())) {
         Scroll(map, view.GetOrigin());
-        rcChanged = CRect({0, 0}, szClient);
+        bAll = true;
     }
-    if (!rcChanged.IsEmpty()) DrawSurround(map);
+    if (bAll) DrawSurround(map);
     ForEachBlockUnder(map.ToCanvas(map.GetTargetRect()), [&](int32_t x, int32_t y) {
         if (!m_spDirty->At(x, y)) return;
         const CPoint pt = canvas.GetComposite().BlockCorner(x, y);
         ComposeBlock(canvas, pt.x, pt.y);
         canvas.GetComposite().DrawBlockToScreen(*m_pBuffer, map, pt);
         m_spDirty->At(x, y) = 0;
-        rcChanged = rcChanged.Union(map.ToTarget(CRect(pt, DEFAULT_BLOCKSIZE)));
+        changed(map.ToTarget(CRect(pt, DEFAULT_BLOCKSIZE)));
     });
-    return rcChanged;
+    if (bAll) return {CRect({0, 0}, szClient)};
+    return vChanged;
 }

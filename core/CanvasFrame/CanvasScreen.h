@@ -7,11 +7,13 @@
 
 #include <memory>
 #include <optional>
+#include <vector>
 
 class CCanvasScreen {
 public:
-    /// Brings the copy up to date with the canvas under the view. Returns the target rectangle that changed.
-    CRect Refresh(CCanvasBuffer& canvas, const CCanvasView& view);
+    /// Brings the copy up to date with the canvas under the view. Returns the target rectangles that changed:
+    /// one for the blocks beside each other in a row of blocks, or one for all.
+    std::vector<CRect> Refresh(CCanvasBuffer& canvas, const CCanvasView& view);
     /// The copy is of no use any more: the next Refresh draws everything.
     void Drop() { m_pBuffer.reset(); }
     /// The copy, null before the first Refresh or when the client area is empty.

@@ -2,11 +2,14 @@
 
 #include "core/Base/Failure.h"
 
+#include <algorithm>
+#include <array>
 #include <cstring>
 
-CGDIBuffer::CGDIBuffer(CSize sz) : m_size(sz), m_nStride((sz.cx * 3 + 3) & ~3) {
+CGDIBuffer::CGDIBuffer(CSize sz) : m_size(sz) {
     if (sz.cx <= 0 || sz.cy <= 0) throw internal_error(L"CGDIBuffer: the size is not positive.");
-    m_vPixels.resize(static_cast<size_t>(m_nStride) * static_cast<size_t>(sz.cy));
+    m_vPixels.resize(static_cast<size_t>(GetStride()) * static_cast<size_t>(sz.cy));
+    FillGrey(CRect({0, 0}, sz), 0);
 }
 
 void CGDIBuffer::Scroll(CPoint ptMove) {
@@ -16,7 +19,7 @@ void CGDIBuffer::Scroll(CPoint ptMove) {
         // Rows that move down are taken from the bottom, so that none is overwritten before it has moved.
         const int32_t y = ptMove.y > 0 ? rcTo.bottom - 1 - n : rcTo.top + n;
         std::memmove(GetPixelPtr({rcTo.left, y}), GetPixelPtr(CPoint{rcTo.left, y} - ptMove),
-                     static_cast<size_t>(rcTo.Width()) * 3);
+                     static_cast<size_t>(rcTo.Width()) * PIXEL_BYTES);
     }
 }
 
@@ -25,12 +28,14 @@ void CGDIBuffer::CopyFrom(const CGDIBuffer& src, const CRect& rc) {
     if (rcIn.IsEmpty()) return;
     for (int32_t y = rcIn.top; y < rcIn.bottom; ++y)
         std::memcpy(GetPixelPtr({rcIn.left, y}), src.GetPixelPtr({rcIn.left, y}),
-                    static_cast<size_t>(rcIn.Width()) * 3);
+                    static_cast<size_t>(rcIn.Width()) * PIXEL_BYTES);
 }
 
 void CGDIBuffer::FillGrey(const CRect& rc, uint8_t uGrey) {
     const CRect rcIn = rc.Intersect(CRect({0, 0}, m_size));
     if (rcIn.IsEmpty()) return;
+    const std::array<uint8_t, PIXEL_BYTES> aPixel{uGrey, uGrey, uGrey, 255};
     for (int32_t y = rcIn.top; y < rcIn.bottom; ++y)
-        std::memset(GetPixelPtr({rcIn.left, y}), uGrey, static_cast<size_t>(rcIn.Width()) * 3);
+        for (int32_t x = rcIn.left; x < rcIn.right; ++x)
+            std::copy_n(aPixel.data(), PIXEL_BYTES, GetPixelPtr({x, y}));
 }

@@ -1,4 +1,5 @@
-// The screen copy: a 24-bit bitmap that a canvas window paints from.
+// The screen copy: a 32-bit bitmap that a canvas window paints from, as window systems take it without
+// conversion.
 #pragma once
 
 #include "core/Base/Geometry.h"
@@ -9,31 +10,33 @@
 #include <utility>
 #include <vector>
 
-/// 3 bytes a pixel in the order B, G, R; rows from the top, each padded to a multiple of 4 bytes.
+/// 4 bytes a pixel in the order B, G, R, 255; rows from the top without padding.
 class CGDIBuffer : boost::noncopyable {
 public:
+    static constexpr int PIXEL_BYTES = 4;
+
     /// A black bitmap. Raises internal_error when the size is not positive.
     explicit CGDIBuffer(CSize sz);
     virtual ~CGDIBuffer() = default;
 
     CSize GetSize() const { return m_size; }
-    /// Bytes from one row to the next: (width * 3 + 3) & ~3.
-    int GetStride() const { return m_nStride; }
+    /// Bytes from one row to the next.
+    int GetStride() const { return m_size.cx * PIXEL_BYTES; }
     /// Address of a pixel's blue byte; unchecked.
     uint8_t* GetPixelPtr(CPoint pt) { return const_cast<uint8_t*>(std::as_const(*this).GetPixelPtr(pt)); }
     const uint8_t* GetPixelPtr(CPoint pt) const {
-        return m_vPixels.data() + static_cast<size_t>(pt.y) * static_cast<size_t>(m_nStride) +
-               static_cast<size_t>(pt.x) * 3;
+        return m_vPixels.data() +
+               (static_cast<size_t>(pt.y) * static_cast<size_t>(m_size.cx) + static_cast<size_t>(pt.x)) *
+                   PIXEL_BYTES;
     }
     /// Moves the whole picture; what moves in from outside is left as it was.
     void Scroll(CPoint ptMove);
     /// Takes over the pixels of `rc`, clipped, from a bitmap of the same size.
     void CopyFrom(const CGDIBuffer& src, const CRect& rc);
-    /// Fills the part of `rc` that lies inside with one colour (grey in all three bytes).
+    /// Fills the part of `rc` that lies inside with one colour (grey in B, G and R).
     void FillGrey(const CRect& rc, uint8_t uGrey);
 
 private:
     std::vector<uint8_t> m_vPixels;
     CSize m_size;
-    int m_nStride;
 };

@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-/// Receives a paint: rows of 24-bit pixels, B, G, R, go to the glass.
+/// Receives a paint: rows of 32-bit pixels, B, G, R and 255, go to the glass.
 class IPaintTarget {
 public:
     virtual ~IPaintTarget() = default;

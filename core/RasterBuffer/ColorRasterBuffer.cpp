@@ -18,7 +18,7 @@ TConstColorPixels CColorRasterBlockBuffer::Pixels(size_t nOffset) const {
 
 void CColorRasterBlockBuffer::DrawToScreen(CGDIBuffer& target, const CScreenMap& map) const {
     DrawSamples(target, map, GetRect(),
-                [&](size_t i, size_t nCount, uint8_t* pBgr) { ResolveRow(pBgr, Pixels(i), nCount); });
+                [&](size_t i, size_t nCount, uint8_t* pScreen) { ResolveRow(pScreen, Pixels(i), nCount); });
 }
 
 void CColorRasterBlockBuffer::BlendWith(CRasterBlockBuffer& dest, uint8_t uOpacity,

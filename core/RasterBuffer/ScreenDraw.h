@@ -7,11 +7,13 @@
 #include <cstring>
 #include <vector>
 
-/// Draws the target pixels that sample the tile at `rcTile`. `resolve(index, count, pBgr)` resolves a run of
-/// the tile's pixels into 3 bytes each. Every source row that is sampled is resolved once; its samples are
-/// picked by the map's table, and target rows that sample the same source are copies of the first.
+/// Draws the target pixels that sample the tile at `rcTile`. `resolve(index, count, pScreen)` resolves a run
+/// of the tile's pixels into pixels of the screen. Every source row that is sampled is resolved once; its
+/// samples are picked by the map's table, and target rows that sample the same source are copies of the
+/// first.
 template <class Resolve>
 void DrawSamples(CGDIBuffer& target, const CScreenMap& map, const CRect& rcTile, Resolve resolve) {
+    constexpr int BYTES = CGDIBuffer::PIXEL_BYTES;
     const CRect rc = map.ToTarget(rcTile);
     if (rc.IsEmpty()) return;
     const auto index = [&](int32_t u, int32_t v) {
@@ -20,7 +22,7 @@ void DrawSamples(CGDIBuffer& target, const CScreenMap& map, const CRect& rcTile,
     };
     const CRect rcSource = map.ToCanvas(rc);
     const size_t nSpan = static_cast<size_t>(rcSource.Width());
-    const size_t nRowBytes = static_cast<size_t>(rc.Width()) * 3;
+    const size_t nRowBytes = static_cast<size_t>(rc.Width()) * BYTES;
     const uint8_t* pLast = nullptr; // the target row before, and what it samples
     int32_t nLast = -1;
     // Writes the target row y, which samples row or column `nSource`, unless it is a copy of the one before.
@@ -35,27 +37,23 @@ void DrawSamples(CGDIBuffer& target, const CScreenMap& map, const CRect& rcTile,
             nLast = map.AtRow(y);
         }
     };
-    const auto pick = [](const uint8_t* p, uint8_t* pOut) {
-        pOut[0] = p[0];
-        pOut[1] = p[1];
-        pOut[2] = p[2];
-    };
+    const auto pick = [](const uint8_t* p, uint8_t* pOut) { std::memcpy(pOut, p, BYTES); };
     if (!map.IsSwapped()) {
         const bool bStraight =
             map.AtColumn(rc.left) <= map.AtColumn(rc.right - 1) && rcSource.Width() == rc.Width();
-        std::vector<uint8_t> vRow(bStraight ? 0 : nSpan * 3);
+        std::vector<uint8_t> vRow(bStraight ? 0 : nSpan * BYTES);
         eachRow([&](int32_t v, uint8_t* pRow) {
             resolve(index(rcSource.left, v), nSpan, bStraight ? pRow : vRow.data());
             if (bStraight) return;
-            for (int32_t x = rc.left; x < rc.right; ++x, pRow += 3)
-                pick(vRow.data() + static_cast<size_t>(map.AtColumn(x) - rcSource.left) * 3, pRow);
+            for (int32_t x = rc.left; x < rc.right; ++x, pRow += BYTES)
+                pick(vRow.data() + static_cast<size_t>(map.AtColumn(x) - rcSource.left) * BYTES, pRow);
         });
         return;
     }
     // Target columns run along source rows: the sampled rows are resolved first, each to its own line.
-    std::vector<uint8_t> vRows(nSpan * 3 * static_cast<size_t>(rcSource.Height()));
+    std::vector<uint8_t> vRows(nSpan * BYTES * static_cast<size_t>(rcSource.Height()));
     const auto line = [&](int32_t v) {
-        return vRows.data() + static_cast<size_t>(v - rcSource.top) * nSpan * 3;
+        return vRows.data() + static_cast<size_t>(v - rcSource.top) * nSpan * BYTES;
     };
     for (int32_t x = rc.left, nDone = -1; x < rc.right; ++x) {
         const int32_t v = map.AtColumn(x);
@@ -63,7 +61,7 @@ void DrawSamples(CGDIBuffer& target, const CScreenMap& map, const CRect& rcTile,
         nDone = v;
     }
     eachRow([&](int32_t u, uint8_t* pRow) {
-        for (int32_t x = rc.left; x < rc.right; ++x, pRow += 3)
-            pick(line(map.AtColumn(x)) + static_cast<size_t>(u - rcSource.left) * 3, pRow);
+        for (int32_t x = rc.left; x < rc.right; ++x, pRow += BYTES)
+            pick(line(map.AtColumn(x)) + static_cast<size_t>(u - rcSource.left) * BYTES, pRow);
     });
 }

@@ -57,10 +57,10 @@ void AddCoverage(uint8_t* pAlpha, const uint8_t* pCover, const uint8_t* pMask, s
     Kernels().pCover(pAlpha, pCover, pMask, nCount);
 }
 
-void ResolveRow(uint8_t* pBgr, const TConstColorPixels& src, size_t nCount) {
-    Kernels().pResolveColor(pBgr, src, nCount);
+void ResolveRow(uint8_t* pScreen, const TConstColorPixels& src, size_t nCount) {
+    Kernels().pResolveColor(pScreen, src, nCount);
 }
 
-void ResolveRow(uint8_t* pBgr, const TConstGreyPixels& src, size_t nCount) {
-    Kernels().pResolveGrey(pBgr, src, nCount);
+void ResolveRow(uint8_t* pScreen, const TConstGreyPixels& src, size_t nCount) {
+    Kernels().pResolveGrey(pScreen, src, nCount);
 }

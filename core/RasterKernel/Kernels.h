@@ -23,8 +23,8 @@ struct TBlendKernels {
                        size_t nCount);
     void (*pErase)(uint8_t* pAlpha, const uint8_t* pCover, const uint8_t* pMask, size_t nCount);
     void (*pCover)(uint8_t* pAlpha, const uint8_t* pCover, const uint8_t* pMask, size_t nCount);
-    void (*pResolveColor)(uint8_t* pBgr, const TConstColorPixels& src, size_t nCount);
-    void (*pResolveGrey)(uint8_t* pBgr, const TConstGreyPixels& src, size_t nCount);
+    void (*pResolveColor)(uint8_t* pScreen, const TConstColorPixels& src, size_t nCount);
+    void (*pResolveGrey)(uint8_t* pScreen, const TConstGreyPixels& src, size_t nCount);
 };
 
 /// The definitions: one pixel after the other, readable, the same on every machine.

@@ -120,18 +120,21 @@ void Cover(uint8_t* pAlpha, const uint8_t* pCover, const uint8_t* pMask, size_t 
         pAlpha[i] = static_cast<uint8_t>(WeighGeneral(pCover[i], pAlpha[i], 255, pMask, i).uSum);
 }
 
-void ResolveColor(uint8_t* pBgr, const TConstColorPixels& src, size_t nCount) {
-    for (size_t i = 0; i < nCount; ++i, pBgr += 3) {
+void ResolveColor(uint8_t* pScreen, const TConstColorPixels& src, size_t nCount) {
+    for (size_t i = 0; i < nCount; ++i, pScreen += 4) {
         const uint32_t k = CoverageOf(src.pA[i]);
-        pBgr[0] = ResolveOnWhite(src.pB[i], k);
-        pBgr[1] = ResolveOnWhite(src.pG[i], k);
-        pBgr[2] = ResolveOnWhite(src.pR[i], k);
+        pScreen[0] = ResolveOnWhite(src.pB[i], k);
+        pScreen[1] = ResolveOnWhite(src.pG[i], k);
+        pScreen[2] = ResolveOnWhite(src.pR[i], k);
+        pScreen[3] = 255;
     }
 }
 
-void ResolveGrey(uint8_t* pBgr, const TConstGreyPixels& src, size_t nCount) {
-    for (size_t i = 0; i < nCount; ++i, pBgr += 3)
-        pBgr[0] = pBgr[1] = pBgr[2] = ResolveOnWhite(src.pGrey[i], CoverageOf(src.pA[i]));
+void ResolveGrey(uint8_t* pScreen, const TConstGreyPixels& src, size_t nCount) {
+    for (size_t i = 0; i < nCount; ++i, pScreen += 4) {
+        pScreen[0] = pScreen[1] = pScreen[2] = ResolveOnWhite(src.pGrey[i], CoverageOf(src.pA[i]));
+        pScreen[3] = 255;
+    }
 }
 
 } // namespace

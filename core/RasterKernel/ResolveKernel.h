@@ -14,6 +14,6 @@ constexpr uint8_t ResolveOnWhite(uint8_t uChannel, uint32_t uCoverage) {
     return static_cast<uint8_t>(255u - (((255u - uChannel) * uCoverage) >> 10));
 }
 
-/// Resolves `nCount` pixels into screen pixels, 3 bytes each in the order B, G, R.
-void ResolveRow(uint8_t* pBgr, const TConstColorPixels& src, size_t nCount);
-void ResolveRow(uint8_t* pBgr, const TConstGreyPixels& src, size_t nCount);
+/// Resolves `nCount` pixels into screen pixels, 4 bytes each: B, G, R and 255.
+void ResolveRow(uint8_t* pScreen, const TConstColorPixels& src, size_t nCount);
+void ResolveRow(uint8_t* pScreen, const TConstGreyPixels& src, size_t nCount);

@@ -289,25 +289,25 @@ HWY_INLINE hn::Vec<D8> Resolve(V16 c, V16 coverage) {
     return hn::DemoteTo(d8, hn::Sub(hn::BitCast(di16, white), shade));
 }
 
-void ResolveColor(uint8_t* pBgr, const TConstColorPixels& src, size_t nCount) {
+void ResolveColor(uint8_t* pScreen, const TConstColorPixels& src, size_t nCount) {
     const size_t nStep = hn::Lanes(d16);
     size_t i = 0;
     for (; i + nStep <= nCount; i += nStep) {
         const V16 k = Coverage(Load(src.pA + i));
-        hn::StoreInterleaved3(Resolve(Load(src.pB + i), k), Resolve(Load(src.pG + i), k),
-                              Resolve(Load(src.pR + i), k), d8, pBgr + i * 3);
+        hn::StoreInterleaved4(Resolve(Load(src.pB + i), k), Resolve(Load(src.pG + i), k),
+                              Resolve(Load(src.pR + i), k), hn::Set(d8, 255), d8, pScreen + i * 4);
     }
-    PlainKernels().pResolveColor(pBgr + i * 3, Advance(src, i), nCount - i);
+    PlainKernels().pResolveColor(pScreen + i * 4, Advance(src, i), nCount - i);
 }
 
-void ResolveGrey(uint8_t* pBgr, const TConstGreyPixels& src, size_t nCount) {
+void ResolveGrey(uint8_t* pScreen, const TConstGreyPixels& src, size_t nCount) {
     const size_t nStep = hn::Lanes(d16);
     size_t i = 0;
     for (; i + nStep <= nCount; i += nStep) {
         const auto v = Resolve(Load(src.pGrey + i), Coverage(Load(src.pA + i)));
-        hn::StoreInterleaved3(v, v, v, d8, pBgr + i * 3);
+        hn::StoreInterleaved4(v, v, v, hn::Set(d8, 255), d8, pScreen + i * 4);
     }
-    PlainKernels().pResolveGrey(pBgr + i * 3, Advance(src, i), nCount - i);
+    PlainKernels().pResolveGrey(pScreen + i * 4, Advance(src, i), nCount - i);
 }
 
 const TBlendKernels* GetKernels() {

@@ -11,7 +11,7 @@ const TPanelPlace DOCKED{EPanelDock::Right, CRect({900, 100}, {260, 500}), true}
 /// A view that shows one colour.
 struct CPlainView : IPanelView {
     void OnPaint(IPaintTarget& target, const TPanelPaint& paint) override {
-        const int nStride = (paint.sz.cx * 3 + 3) & ~3;
+        const int nStride = paint.sz.cx * 4;
         const std::string strPixels(static_cast<size_t>(nStride * paint.sz.cy), '\x40');
         target.Blit(reinterpret_cast<const uint8_t*>(strPixels.data()), nStride, paint.sz,
                     CRect({0, 0}, paint.sz));

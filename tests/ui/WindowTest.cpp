@@ -83,7 +83,7 @@ TEST_F(CUiTest, PaintReachesTheGlassPixelForPixel) {
     QWidget& glass = *ViewOf(pCanvas).viewport();
     QImage image;
     m_a.m_fnPaint = [&](IPaintTarget& target, const CRect& rc) {
-        image = QImage(glass.size(), QImage::Format_BGR888);
+        image = QImage(glass.size(), QImage::Format_RGB32);
         for (int n = 0; n < image.width() * image.height(); ++n)
             image.setPixel(n % image.width(), n / image.width(), qRgb(0x5A, n / image.width(), n % 251));
         target.Blit(image.constBits(), static_cast<int>(image.bytesPerLine()), pCanvas->GetClientSize(), rc);
@@ -95,12 +95,16 @@ TEST_F(CUiTest, PaintReachesTheGlassPixelForPixel) {
     const CSize sz = pCanvas->GetClientSize();
     EXPECT_THAT(m_a.Got(EMessage::Size), testing::Contains(testing::Pair(sz.cx, sz.cy)));
     EXPECT_EQ(glass.size(), QSize(sz.cx, sz.cy));
-    EXPECT_EQ(glass.grab().toImage().convertToFormat(QImage::Format_BGR888), image);
+    EXPECT_EQ(glass.grab().toImage().convertToFormat(QImage::Format_RGB32), image);
 
     m_a.m_vPainted.clear();
     pCanvas->Invalidate({20, 30, 26, 40});
     Turn();
     EXPECT_EQ(m_a.m_vPainted, std::vector<CRect>{CRect(20, 30, 26, 40)});
+    m_a.m_vPainted.clear();
+    for (const CRect& rc : {CRect(1, 2, 5, 8), CRect(150, 120, 160, 125)}) pCanvas->Invalidate(rc);
+    Turn();
+    EXPECT_EQ(m_a.m_vPainted, (std::vector{CRect(1, 2, 5, 8), CRect(150, 120, 160, 125)}));
 
     ASSERT_TRUE(m_platform.SaveScreenshot(L"/shot.png"));
     const QImage shot = QImage::fromData(QByteArray::fromStdString(m_files.m_mapFiles[L"/shot.png"]));

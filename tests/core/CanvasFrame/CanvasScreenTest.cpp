@@ -72,14 +72,17 @@ TEST_F(CanvasScreen, OnlyWhatChangedIsDrawnAndEveryViewSeesItOnce) {
     CCanvasScreen first, second;
     first.Refresh(*m_spCanvas, view);
     second.Refresh(*m_spCanvas, view);
-    EXPECT_TRUE(first.Refresh(*m_spCanvas, view).IsEmpty());
+    EXPECT_TRUE(first.Refresh(*m_spCanvas, view).empty());
     Scribble({96, 96});
-    const CRect rcExpected = CRect(view.GetOrigin() + CPoint{48, 48}, {48, 48});
-    EXPECT_EQ(first.Refresh(*m_spCanvas, view), rcExpected);
-    EXPECT_EQ(second.Refresh(*m_spCanvas, view), rcExpected); // it was composed for the first view already
-    EXPECT_TRUE(second.Refresh(*m_spCanvas, view).IsEmpty());
+    Scribble({192, 96});
+    Scribble({0, 192});
+    const std::vector<CRect> vExpected{{view.GetOrigin() + CPoint{48, 48}, {96, 48}},
+                                       {view.GetOrigin() + CPoint{0, 96}, {48, 48}}};
+    EXPECT_EQ(first.Refresh(*m_spCanvas, view), vExpected);
+    EXPECT_EQ(second.Refresh(*m_spCanvas, view), vExpected); // it was composed for the first view already
+    EXPECT_TRUE(second.Refresh(*m_spCanvas, view).empty());
     EXPECT_EQ(BytesOf(first), BytesOf(second));
     view.Apply({24}, {0, 0}); // a window without a client area
-    EXPECT_TRUE(first.Refresh(*m_spCanvas, view).IsEmpty());
+    EXPECT_TRUE(first.Refresh(*m_spCanvas, view).empty());
     EXPECT_EQ(first.GetBuffer(), nullptr);
 }

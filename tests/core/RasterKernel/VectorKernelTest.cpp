@@ -103,7 +103,7 @@ TEST_P(VectorKernels_, EveryPixelOnWhite) {
         std::vector<uint8_t> av[2][2];
         for (int k = 0; k < 2; ++k) {
             const TBlendKernels& kernels = k ? PlainKernels() : VectorKernels();
-            for (auto& v : av[k]) v.assign(ALL_PAIRS * 3, 77);
+            for (auto& v : av[k]) v.assign(ALL_PAIRS * 4, 77);
             kernels.pResolveColor(av[k][0].data(), planes.Source(), n);
             kernels.pResolveGrey(av[k][1].data(), planes.GreySource(), n);
         }
