@@ -76,15 +76,6 @@ CRect Offset(const CRect& rc, int32_t nLeft, int32_t nTop) {
     return {rc.left + nLeft, rc.top + nTop, rc.right + nLeft, rc.bottom + nTop};
 }
 
-/// The block's tile for writing: one that someone else holds too is replaced by its clone.
-boost::shared_ptr<CRasterBlockBuffer> TakeBlock(CRasterBuffer& plane, CPoint ptBlock) {
-    boost::shared_ptr<CRasterBlockBuffer> spBlock = plane.GetBlock(ptBlock, true);
-    constexpr long OWN_REFERENCES = 2; // the plane's and ours
-    if (spBlock.use_count() > OWN_REFERENCES) spBlock = spBlock->Clone();
-    plane.SetBlock(ptBlock, spBlock);
-    return spBlock;
-}
-
 boost::shared_ptr<IBitmap> MakeBitmap(CSize sz) {
     boost::shared_ptr<IBitmap> spBitmap = g_AppModule.GetPlatform().codecs.CreateBitmap(sz);
     if (!spBitmap) throw internal_error(L"Gdiplus::Bitmap() failed.");
@@ -110,7 +101,7 @@ void ReadHostChannels(CRasterBuffer& plane, const std::vector<THostChannel>& lst
     if (dynamic_cast<CColorRasterBuffer*>(&plane)) {
         plane.ForEachBlock([&](CPoint ptBlock) {
             const auto spBlock =
-                boost::static_pointer_cast<CColorRasterBlockBuffer>(TakeBlock(plane, ptBlock));
+                boost::static_pointer_cast<CColorRasterBlockBuffer>(plane.GetWritableBlock(ptBlock));
             std::memset(spBlock->GetAlpha(), 255, spBlock->GetPlaneBytes());
             const CRect rc = Offset(PlaneRectOf(plane, ptBlock), nLeft, nTop);
             ForEachTileChannel(lstHostChannels, *spBlock,
@@ -130,7 +121,7 @@ void ReadHostChannels(CRasterBuffer& plane, const std::vector<THostChannel>& lst
                                  host.Read(channel, Offset(rcPlane, nLeft, nTop), memory);
                              });
         session.spBitmap->UnlockBits();
-        TakeBlock(plane, ptBlock)->ReadBitmap(session);
+        plane.GetWritableBlock(ptBlock)->ReadBitmap(session);
     });
 }
 

@@ -143,9 +143,12 @@ void CLayerBuffer::UpdateBlock(CPoint pt) {
 const boost::shared_ptr<CRasterBuffer>& CLayerBuffer::GetThumbnail() {
     m_pThumbnail->ForEachBlock([&](CPoint pt) {
         if (!m_pThumbnail->DirtyAt(pt)) return;
-        const auto spTile = m_pDrawBuffer->GetBlock({pt.x * m_nThumbScale, pt.y * m_nThumbScale}, false);
-        m_pThumbnail->SetBlock(pt, spTile ? spTile->CreateReduced(m_pThumbnail->GetBlockSize(), m_nThumbScale)
-                                          : boost::shared_ptr<CRasterBlockBuffer>());
+        const CPoint ptPicture{pt.x * m_nThumbScale, pt.y * m_nThumbScale};
+        const CSize szInside = CRect(ptPicture, DEFAULT_BLOCKSIZE).Intersect(m_pDrawBuffer->GetRect()).Size();
+        const auto spTile = m_pDrawBuffer->GetBlock(ptPicture, false);
+        m_pThumbnail->SetBlock(
+            pt, spTile ? spTile->CreateReduced(m_pThumbnail->GetBlockSize(), m_nThumbScale, szInside)
+                       : boost::shared_ptr<CRasterBlockBuffer>());
         m_pThumbnail->DirtyAt(pt) = 0;
     });
     return m_pThumbnail;

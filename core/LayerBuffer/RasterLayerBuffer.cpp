@@ -164,11 +164,8 @@ void CRasterLayerBuffer::MergeStroke(const TQueuedStroke& queued) {
     const auto paint = [&](CPoint pt) {
         const CRasterBlockBuffer* pSelected = pSelect ? pSelect->GetMaskTile(pt) : nullptr;
         if (!CoversBlock(plane, pt) || (pSelect && !pSelected)) return;
-        const auto spOld = m_pRaster->GetBlock(pt, false);
-        if (!spOld && plane.IsErase()) return;
-        const auto spNew = spOld ? spOld->Clone() : m_pRaster->CreateBlock(pt);
-        plane.BlendBlockInto(*spNew, pSelected);
-        m_pRaster->SetBlock(pt, spNew);
+        if (plane.IsErase() && !m_pRaster->HasBlock(pt)) return;
+        plane.BlendBlockInto(*m_pRaster->GetWritableBlock(pt), pSelected);
         bAny = true;
     };
     try {

@@ -6,7 +6,6 @@
 #include <boost/make_shared.hpp>
 
 #include <algorithm>
-#include <cstring>
 
 namespace {
 
@@ -21,11 +20,6 @@ CRect PixelsOf(const CRect& rc) {
     if (rc.IsEmpty()) return {};
     return {(rc.left >> PATH_UNIT_BITS) - 1, (rc.top >> PATH_UNIT_BITS) - 1,
             ((rc.right - 1) >> PATH_UNIT_BITS) + 2, ((rc.bottom - 1) >> PATH_UNIT_BITS) + 2};
-}
-
-bool IsBlank(const CAlphaBlock8& tile) {
-    const uint8_t* pAlpha = tile.GetAlpha();
-    return *pAlpha == 0 && std::memcmp(pAlpha, pAlpha + 1, tile.GetPlaneBytes() - 1) == 0;
 }
 
 } // namespace
@@ -71,7 +65,7 @@ void CVectorLayerBuffer::Rasterize(const CRect& rc) {
     m_pCoverage->ForEachBlockIn(rc, [&](CPoint pt) {
         auto spTile = boost::static_pointer_cast<CAlphaBlock8>(m_pCoverage->CreateBlock(pt));
         spTile->PasteFrom(all, all.GetPosition());
-        if (IsBlank(*spTile)) spTile.reset();
+        if (spTile->IsAll(0)) spTile.reset();
         m_pCoverage->SetBlock(pt, spTile);
         m_pCoverage->DirtyAt(pt) = 0;
         // The flags of a block that nobody asked for yet may not have been gathered.
@@ -110,7 +104,7 @@ int CVectorLayerBuffer::RemovePath(const CPathObject& path) {
 }
 
 void CVectorLayerBuffer::InvalidatePath(const CRect& rc) {
-    m_pCoverage->ForEachBlockIn(PixelsOf(rc), [&](CPoint pt) { m_pCoverage->DirtyAt(pt) = 1; });
+    m_pCoverage->MarkDirty(PixelsOf(rc));
 }
 
 void CVectorLayerBuffer::SetLayerColor(TColor color, bool bHistory) {

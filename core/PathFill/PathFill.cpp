@@ -69,10 +69,7 @@ void CPathFill::FillPlane(TOutline points, CPoint ptOrigin, CAlphaBufferImpl<uin
     m_target.nColumns = m_target.rc.Width() / sz.cx;
     m_target.vTiles.clear();
     plane.ForEachBlockIn(m_target.rc, [&](CPoint pt) {
-        auto spTile = plane.GetBlock(pt, true);
-        // The plane's reference and this one are two.
-        if (spTile.use_count() > 2) plane.ShareBlock(pt, spTile = spTile->Clone());
-        m_target.vTiles.push_back(static_cast<CAlphaBlock8&>(*spTile).GetAlpha());
+        m_target.vTiles.push_back(static_cast<CAlphaBlock8&>(*plane.GetWritableBlock(pt)).GetAlpha());
     });
     Fill({&points, 1}, ptOrigin, szPlane);
 }

@@ -9,7 +9,6 @@
 
 #include <boost/make_shared.hpp>
 
-#include <cstring>
 #include <vector>
 
 namespace {
@@ -45,11 +44,13 @@ boost::shared_ptr<CRasterBlockBuffer> CAlphaBlockBufferImpl<T>::Clone() const {
 }
 
 template <class T>
-boost::shared_ptr<CRasterBlockBuffer> CAlphaBlockBufferImpl<T>::CreateReduced(CSize sz, int iScale) const {
+boost::shared_ptr<CRasterBlockBuffer> CAlphaBlockBufferImpl<T>::CreateReduced(CSize sz, int iScale,
+                                                                              CSize szInside) const {
     SELF_CHECK(invalid_argument, iScale > 0);
     auto spTile = boost::make_shared<CAlphaBlockBufferImpl>();
     spTile->Create(sz, {m_ptPos.x / iScale, m_ptPos.y / iScale});
-    ReducePlane(spTile->GetAlpha(), sz, GetAlpha(), nullptr, m_szBlock);
+    const std::vector<uint8_t> vInside = InsideBytes(szInside);
+    ReducePlane(spTile->GetAlpha(), sz, GetAlpha(), vInside.empty() ? nullptr : vInside.data(), m_szBlock);
     return spTile;
 }
 
@@ -61,9 +62,15 @@ void CAlphaBlockBufferImpl<T>::SetOwner(CRasterBuffer* pOwner) {
 template <class T>
 void CAlphaBlockBufferImpl<T>::BlendInto(CRasterBlockBuffer& dest, const CRasterBlockBuffer* pMask) const {
     SELF_CHECK(defect_logic, m_pOwner != nullptr);
-    const auto& ink = static_cast<const CAlphaBufferBase&>(*m_pOwner); // SetOwner takes no other
+    BlendCoverage(dest, static_cast<const CAlphaBufferBase&>(*m_pOwner), pMask); // SetOwner takes no other
+}
+
+template <class T>
+void CAlphaBlockBufferImpl<T>::BlendCoverage(CRasterBlockBuffer& dest, const CAlphaBufferBase& ink,
+                                             const CRasterBlockBuffer* pMask) const {
+    SELF_CHECK(invalid_argument, dest.GetSize() == m_szBlock);
     const size_t nCount = static_cast<size_t>(m_szBlock.cx) * static_cast<size_t>(m_szBlock.cy);
-    const uint8_t* pMaskBytes = pMask ? pMask->GetPixelPtr({0, 0}) : nullptr;
+    const uint8_t* pMaskBytes = MaskBytes(pMask, m_szBlock);
     std::vector<uint8_t> vBytes;
     if (auto* pAlpha = dynamic_cast<CAlphaBlock8*>(&dest)) {
         // A stroke of 16 bits never becomes a mask.

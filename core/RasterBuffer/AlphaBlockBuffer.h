@@ -3,6 +3,10 @@
 
 #include "core/RasterBuffer/RasterBlockBuffer.h"
 
+#include <cstring>
+
+class CAlphaBufferBase;
+
 /// `T` is uint8_t or uint16_t; a 16-bit value meets 8-bit pixels by its upper byte. Coverage is neither
 /// stored nor exchanged with bitmaps: those operations do nothing.
 template <class T>
@@ -13,14 +17,17 @@ public:
     boost::shared_ptr<CRasterBlockBuffer> Clone() const override;
     /// Answers an empty pointer.
     boost::shared_ptr<CRasterBlockBuffer> CreateBlank(CSize) const override { return {}; }
-    boost::shared_ptr<CRasterBlockBuffer> CreateReduced(CSize sz, int iScale) const override;
+    boost::shared_ptr<CRasterBlockBuffer> CreateReduced(CSize sz, int iScale, CSize szInside) const override;
     void DrawToScreen(CGDIBuffer&, const CScreenMap&) const override {}
-    /// Paints the owner's ink on pixels, or takes their coverage away when the owner erases. On an alpha tile
-    /// of 8 bits an 8-bit tile adds coverage either way; a 16-bit one does nothing there.
+    /// BlendCoverage with the owner's ink; a tile without an owner is a defect.
     void BlendInto(CRasterBlockBuffer& dest, const CRasterBlockBuffer* pMask) const override;
     void BlendWith(CRasterBlockBuffer& dest, uint8_t, const CRasterBlockBuffer* pMask) const override {
         BlendInto(dest, pMask);
     }
+    /// Paints a plane's ink on pixels, or takes their coverage away when the plane erases. On an alpha tile
+    /// of 8 bits an 8-bit tile adds coverage either way; a 16-bit one does nothing there.
+    void BlendCoverage(CRasterBlockBuffer& dest, const CAlphaBufferBase& ink,
+                       const CRasterBlockBuffer* pMask) const;
     void ReadBitmap(CBitmapSession&) override {}
     void WriteBitmap(CBitmapSession&) const override {}
     void Clear() override;
@@ -42,6 +49,11 @@ public:
     /// The tile's values, row by row.
     T* GetAlpha() { return reinterpret_cast<T*>(m_pFirst); }
     const T* GetAlpha() const { return reinterpret_cast<const T*>(m_pFirst); }
+    /// True when every value is `value`.
+    bool IsAll(T value) const {
+        const T* p = GetAlpha();
+        return *p == value && std::memcmp(p, p + 1, GetPlaneBytes() - sizeof(T)) == 0;
+    }
 
 private:
     static const CAlphaBlockBufferImpl& Cast(const CRasterBlockBuffer& tile);

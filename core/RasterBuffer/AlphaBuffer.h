@@ -37,6 +37,11 @@ public:
         spPlane->Create(szBuffer, szBlock);
         return spPlane;
     }
+    /// With this plane's ink, whoever owns the tile.
+    void BlendBlockInto(CRasterBlockBuffer& dest, const CRasterBlockBuffer* pMask) const override {
+        if (const auto* pBlock = this->FindBlock(dest.GetPosition()))
+            pBlock->BlendCoverage(dest, *this, pMask);
+    }
     void Deserialize(CDeserializer&) override {}
     /// An empty chunk.
     CSerializer Serialize() const override { return {}; }

@@ -23,10 +23,13 @@ void CColorRasterBlockBuffer::DrawToScreen(CGDIBuffer& target, const CScreenMap&
 
 void CColorRasterBlockBuffer::BlendWith(CRasterBlockBuffer& dest, uint8_t uOpacity,
                                         const CRasterBlockBuffer* pMask) const {
-    const uint8_t* pMaskBytes = pMask ? pMask->GetPixelPtr({0, 0}) : nullptr;
+    SELF_CHECK(invalid_argument, dest.GetSize() == m_szBlock);
+    const uint8_t* pMaskBytes = MaskBytes(pMask, m_szBlock);
     if (auto* pGrey = dynamic_cast<CMonoRasterBlockBuffer*>(&dest)) {
         BlendGeneral(pGrey->Pixels(), Pixels(), uOpacity, pMaskBytes, GetPlaneBytes());
-    } else if (auto* pColor = dynamic_cast<CColorRasterBlockBuffer*>(&dest)) {
+    } else {
+        auto* pColor = dynamic_cast<CColorRasterBlockBuffer*>(&dest);
+        SELF_CHECK(invalid_argument, pColor != nullptr);
         if (uOpacity == 255 && !pMaskBytes)
             BlendFast(pColor->Pixels(), Pixels(), GetPlaneBytes());
         else

@@ -53,7 +53,6 @@ void CDoubleAlphaBuffer::BlendBlockInto(CRasterBlockBuffer& dest, const CRasterB
     };
     CAlphaBlock16 reduced;
     reduced.Create(dest.GetSize(), dest.GetPosition());
-    reduced.SetOwner(const_cast<CDoubleAlphaBuffer*>(this));
     uint16_t* pOut = reduced.GetAlpha();
     for (int32_t j = 0; j < dest.GetSize().cy; ++j) {
         const TRow row0 = row(2 * j);
@@ -62,5 +61,5 @@ void CDoubleAlphaBuffer::BlendBlockInto(CRasterBlockBuffer& dest, const CRasterB
         for (int32_t i = 0; i < dest.GetSize().cx; ++i)
             *pOut++ = static_cast<uint16_t>((row0.Sum(2 * i) + 2 * row1.Sum(2 * i) + row2.Sum(2 * i)) >> 4);
     }
-    reduced.BlendInto(dest, pMask);
+    reduced.BlendCoverage(dest, *this, pMask);
 }

@@ -23,13 +23,16 @@ void CMonoRasterBlockBuffer::DrawToScreen(CGDIBuffer& target, const CScreenMap& 
 
 void CMonoRasterBlockBuffer::BlendWith(CRasterBlockBuffer& dest, uint8_t uOpacity,
                                        const CRasterBlockBuffer* pMask) const {
-    const uint8_t* pMaskBytes = pMask ? pMask->GetPixelPtr({0, 0}) : nullptr;
+    SELF_CHECK(invalid_argument, dest.GetSize() == m_szBlock);
+    const uint8_t* pMaskBytes = MaskBytes(pMask, m_szBlock);
     if (auto* pGrey = dynamic_cast<CMonoRasterBlockBuffer*>(&dest)) {
         if (uOpacity == 255 && !pMaskBytes)
             BlendFast(pGrey->Pixels(), Pixels(), GetPlaneBytes());
         else
             BlendGeneral(pGrey->Pixels(), Pixels(), uOpacity, pMaskBytes, GetPlaneBytes());
-    } else if (auto* pColor = dynamic_cast<CColorRasterBlockBuffer*>(&dest)) {
+    } else {
+        auto* pColor = dynamic_cast<CColorRasterBlockBuffer*>(&dest);
+        SELF_CHECK(invalid_argument, pColor != nullptr);
         BlendGeneral(pColor->Pixels(), Pixels(), uOpacity, pMaskBytes, GetPlaneBytes());
     }
 }

@@ -18,7 +18,7 @@ public:
     void Create(CSize szBlock, CPoint ptPos) override;
     boost::shared_ptr<CRasterBlockBuffer> Clone() const override;
     boost::shared_ptr<CRasterBlockBuffer> CreateBlank(CSize sz) const override;
-    boost::shared_ptr<CRasterBlockBuffer> CreateReduced(CSize sz, int iScale) const override;
+    boost::shared_ptr<CRasterBlockBuffer> CreateReduced(CSize sz, int iScale, CSize szInside) const override;
     void BlendInto(CRasterBlockBuffer& dest, const CRasterBlockBuffer* pMask) const override;
     void ReadBitmap(CBitmapSession& session) override;
     void WriteBitmap(CBitmapSession& session) const override;

@@ -37,14 +37,18 @@ boost::shared_ptr<CRasterBlockBuffer> CPlanarBlockBuffer<Tile, PLANES>::CreateBl
 }
 
 template <class Tile, size_t PLANES>
-boost::shared_ptr<CRasterBlockBuffer> CPlanarBlockBuffer<Tile, PLANES>::CreateReduced(CSize sz,
-                                                                                      int iScale) const {
+boost::shared_ptr<CRasterBlockBuffer> CPlanarBlockBuffer<Tile, PLANES>::CreateReduced(CSize sz, int iScale,
+                                                                                      CSize szInside) const {
     SELF_CHECK(invalid_argument, iScale > 0);
     auto spTile = boost::make_shared<Tile>();
     spTile->Create(sz, {m_ptPos.x / iScale, m_ptPos.y / iScale});
+    const std::vector<uint8_t> vInside = InsideBytes(szInside);
+    std::vector<uint8_t> vWeights(vInside);
+    for (size_t i = 0; i < vWeights.size(); ++i) vWeights[i] &= GetAlpha()[i];
     for (size_t n = 0; n + 1 < PLANES; ++n)
-        ReducePlane(spTile->GetPlane(n), sz, GetPlane(n), GetAlpha(), m_szBlock);
-    ReducePlane(spTile->GetAlpha(), sz, GetAlpha(), nullptr, m_szBlock);
+        ReducePlane(spTile->GetPlane(n), sz, GetPlane(n), vWeights.empty() ? GetAlpha() : vWeights.data(),
+                    m_szBlock);
+    ReducePlane(spTile->GetAlpha(), sz, GetAlpha(), vInside.empty() ? nullptr : vInside.data(), m_szBlock);
     return spTile;
 }
 
@@ -147,6 +151,7 @@ void CPlanarBlockBuffer<Tile, PLANES>::ExtractTo(CRasterBlockBuffer& dest, CPoin
     SELF_CHECK(invalid_argument, pTile != nullptr);
     CPoint ptMove;
     const CRect rc = OverlapWith(dest, ptDest, ptMove);
+    const uint8_t* pMaskBytes = MaskBytes(pMask, dest.GetSize());
     if (rc.IsEmpty()) return;
     const size_t nWidth = static_cast<size_t>(rc.Width());
     for (int32_t y = rc.top; y < rc.bottom; ++y) {
@@ -156,12 +161,12 @@ void CPlanarBlockBuffer<Tile, PLANES>::ExtractTo(CRasterBlockBuffer& dest, CPoin
             std::memcpy(pTile->GetPlane(n) + nDest, GetPlane(n) + nHere, nWidth);
         uint8_t* pTaken = pTile->GetAlpha() + nDest;
         uint8_t* pAlpha = GetAlpha() + nHere;
-        if (!pMask) {
+        if (!pMaskBytes) {
             std::memcpy(pTaken, pAlpha, nWidth);
             if (bCut) std::memset(pAlpha, 0, nWidth);
             continue;
         }
-        const uint8_t* pRestrict = pMask->GetPixelPtr({rc.left, y});
+        const uint8_t* pRestrict = pMaskBytes + nDest;
         for (size_t x = 0; x < nWidth; ++x) {
             pTaken[x] = std::min(pAlpha[x], pRestrict[x]);
             if (bCut) pAlpha[x] = static_cast<uint8_t>(pAlpha[x] - pTaken[x]);

@@ -10,6 +10,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 class CGDIBuffer;
 class CRasterBuffer;
@@ -34,12 +35,14 @@ public:
     virtual boost::shared_ptr<CRasterBlockBuffer> Clone() const = 0;
     /// A zeroed tile of size `sz` at this tile's position with the same owner.
     virtual boost::shared_ptr<CRasterBlockBuffer> CreateBlank(CSize sz) const = 0;
-    /// A tile of size `sz` that holds this one shrunk, at this position divided by `iScale`.
-    virtual boost::shared_ptr<CRasterBlockBuffer> CreateReduced(CSize sz, int iScale) const = 0;
+    /// A tile of size `sz` that holds this one shrunk, at this position divided by `iScale`. Pixels beyond
+    /// `szInside` from the top-left corner do not count: they are not the plane's.
+    virtual boost::shared_ptr<CRasterBlockBuffer> CreateReduced(CSize sz, int iScale,
+                                                                CSize szInside) const = 0;
     /// Draws the target pixels that sample this tile, on white.
     virtual void DrawToScreen(CGDIBuffer& target, const CScreenMap& map) const = 0;
-    /// Composites this tile onto `dest` (same size and position) with the owner's opacity. `pMask`, if any,
-    /// is a tile of the same size whose first plane is one byte a pixel.
+    /// Composites this tile onto `dest` (same position) with the owner's opacity. Another size of `dest`, or
+    /// a mask that is not 8-bit coverage of this size, is a defect.
     virtual void BlendInto(CRasterBlockBuffer& dest, const CRasterBlockBuffer* pMask) const = 0;
     /// The same with an opacity of the caller's; coverage, which has none, ignores it.
     virtual void BlendWith(CRasterBlockBuffer& dest, uint8_t uOpacity,
@@ -66,8 +69,8 @@ public:
     /// reference: the tile must not be blended after the owner has gone.
     virtual void SetOwner(CRasterBuffer* pOwner) = 0;
     /// Copies the overlap of this tile into `dest`, a tile of the same kind whose top-left corner is at
-    /// `ptDest` in this tile's plane. With a mask (one byte a pixel, in `dest`'s geometry) the alpha taken is
-    /// min(alpha, mask); with `bCut` what was taken leaves this tile.
+    /// `ptDest` in this tile's plane. With a mask (8-bit coverage of `dest`'s size, anything else is a
+    /// defect) the alpha taken is min(alpha, mask); with `bCut` what was taken leaves this tile.
     virtual void ExtractTo(CRasterBlockBuffer& dest, CPoint ptDest, bool bCut,
                            const CRasterBlockBuffer* pMask) = 0;
     /// Takes over the alpha plane of a tile of the same kind and size; colours stay.
@@ -85,6 +88,10 @@ public:
     /// Address of a pixel in the tile's first plane, unchecked.
     uint8_t* GetPixelPtr(CPoint pt) { return m_pFirst + Offset(pt); }
     const uint8_t* GetPixelPtr(CPoint pt) const { return m_pFirst + Offset(pt); }
+    /// Sets every plane to 0 outside a rectangle of the tile's own coordinates.
+    void ClearOutside(const CRect& rcKeep);
+    /// Bytes of all planes.
+    size_t GetBytes() const { return GetPlaneBytes() * m_nPlanes; }
     /// Bytes of one plane.
     size_t GetPlaneBytes() const {
         return static_cast<size_t>(m_szBlock.cx) * static_cast<size_t>(m_szBlock.cy) * m_nSample;
@@ -94,6 +101,11 @@ protected:
     /// Sets geometry and one allocation of `nPlanes` planes of `nSample` bytes a pixel, the first 64-byte
     /// aligned; not zeroed.
     void Allocate(CSize szBlock, CPoint ptPos, size_t nPlanes, size_t nSample = 1);
+    /// The bytes of a mask tile, null for none; a tile that is not 8-bit coverage of size `sz` is a defect.
+    static const uint8_t* MaskBytes(const CRasterBlockBuffer* pMask, CSize sz);
+    /// One byte a pixel, 255 inside `szInside` from the top-left corner and 0 beyond; empty when all is
+    /// inside.
+    std::vector<uint8_t> InsideBytes(CSize szInside) const;
     size_t Offset(CPoint pt) const {
         return static_cast<size_t>(pt.y) * static_cast<size_t>(m_szBlock.cx) + static_cast<size_t>(pt.x);
     }
@@ -106,5 +118,6 @@ protected:
     CRasterBuffer* m_pOwner = nullptr;
     std::unique_ptr<uint8_t[]> m_pAlloc; ///< holds all planes
     uint8_t* m_pFirst = nullptr;         ///< the first plane, inside m_pAlloc
-    size_t m_nSample = 1;                ///< bytes a pixel in each plane
+    size_t m_nPlanes = 0;
+    size_t m_nSample = 1; ///< bytes a pixel in each plane
 };

@@ -21,9 +21,14 @@ public:
     /// The tile that holds pixel `pt`. A missing one is empty, or made when `bCreate`; making it does not set
     /// the dirty flag.
     virtual boost::shared_ptr<CRasterBlockBuffer> GetBlock(CPoint pt, bool bCreate) = 0;
+    /// The tile that holds pixel `pt`, to be written: made where there is none, replaced by its clone where
+    /// anyone else holds it too. Sets the dirty flag. Every writer of a plane that exists takes its tiles
+    /// here, and takes them again when the plane may have been copied since.
+    virtual boost::shared_ptr<CRasterBlockBuffer> GetWritableBlock(CPoint pt) = 0;
     /// Drops every tile, last block first; dirty flags stay as they are.
     virtual void Clear() = 0;
-    /// Exchanges the tiles of two planes of the same kind and geometry; all dirty flags of both become 1.
+    /// Exchanges the tiles of two planes of the same kind and geometry; all dirty flags of both become 1. A
+    /// tile that both have at a block keeps its owner.
     virtual void Swap(CRasterBuffer& plane) = 0;
     /// A new plane that shares this one's tiles, which keep this plane as their owner. Opacity is the
     /// default.
@@ -34,8 +39,8 @@ public:
     /// Returns the old tile.
     virtual boost::shared_ptr<CRasterBlockBuffer>
     SetBlock(CPoint pt, const boost::shared_ptr<CRasterBlockBuffer>& spBlock) = 0;
-    /// Stores a tile of this plane's kind that another plane goes on to own and use; whoever writes either
-    /// replaces it first. Flags stay as they are.
+    /// Stores a tile of this plane's kind that another plane, or another block, goes on to use; its owner and
+    /// position stay as they are. The flag stays too.
     virtual void ShareBlock(CPoint pt, const boost::shared_ptr<CRasterBlockBuffer>& spBlock) = 0;
     /// A zeroed tile at the block of `pt`, to be painted: the old one when nobody shares it, else a new one.
     virtual boost::shared_ptr<CRasterBlockBuffer> RenewBlock(CPoint pt) = 0;
@@ -46,20 +51,22 @@ public:
     virtual void DrawBlockToScreen(CGDIBuffer& target, const CScreenMap& map, CPoint pt) const = 0;
     /// Composites this plane's tile at `dest`'s position onto `dest`; nothing where there is none.
     virtual void BlendBlockInto(CRasterBlockBuffer& dest, const CRasterBlockBuffer* pMask) const = 0;
-    /// Fills every block of the grid from a bitmap, creating tiles.
+    /// Fills every block of the grid from a bitmap, creating tiles; flags stay as they are.
     virtual void ReadBitmap(CBitmapSession& session) = 0;
     /// Writes every block of the grid, missing ones as transparent.
     virtual void WriteBitmap(CBitmapSession& session) = 0;
     /// Opacity of the whole plane, 0 to 255.
     virtual void SetOpacity(uint8_t uOpacity) = 0;
     virtual uint8_t GetOpacity() const = 0;
+    /// Memory of the tiles that `pBeside`, a plane of the same grid, does not have at the same blocks; of all
+    /// tiles for null.
+    virtual size_t GetBytes(const CRasterBuffer* pBeside) const = 0;
     virtual CSerializer Serialize() const = 0;
-    /// One new tile of the size and position of `rc`, filled from the tiles under it. With `bCut` each tile
-    /// touched is first replaced by its clone and flagged dirty.
+    /// One new tile of the size and position of `rc`, which must not be empty, filled from the plane's pixels
+    /// under it and 0 beyond the plane. With `bCut` they leave the plane: each tile touched is written.
     virtual boost::shared_ptr<CRasterBlockBuffer> ExtractBlock(const CRect& rc, bool bCut,
                                                                const CRasterBlockBuffer* pMask) = 0;
-    /// Pastes a tile of the same kind at `pt`, which may overhang; each tile touched is first replaced by its
-    /// clone and flagged dirty.
+    /// Pastes a tile of the same kind at `pt`; what overhangs the plane is cut off.
     virtual void PasteBlock(const CRasterBlockBuffer& src, CPoint pt) = 0;
     /// A new tile of full block size at `pt` (a block's corner), owned by this plane.
     virtual boost::shared_ptr<CRasterBlockBuffer> CreateBlock(CPoint pt) = 0;
@@ -68,6 +75,7 @@ public:
 
     /// Size in pixels.
     CSize GetSize() const { return m_szSize; }
+    CRect GetRect() const { return CRect({0, 0}, m_szSize); }
     /// Blocks across and down.
     CSize GetBufferSize() const { return m_szBlocks; }
     CSize GetBlockSize() const { return m_szBlock; }
@@ -87,6 +95,10 @@ public:
     virtual bool HasBlock(CPoint pt) const = 0;
     /// The flag of the block that holds pixel `pt`; unchecked.
     uint8_t& DirtyAt(CPoint pt) { return m_spDirty->At(pt.x / m_szBlock.cx, pt.y / m_szBlock.cy); }
+    /// Sets the flags of the blocks that a rectangle touches; what lies beyond the plane is cut off.
+    void MarkDirty(const CRect& rc) {
+        ForEachBlockIn(rc, [&](CPoint pt) { DirtyAt(pt) = 1; });
+    }
     /// The tile that holds pixel `pt`, or a zeroed one in its place that the plane does not keep.
     boost::shared_ptr<CRasterBlockBuffer> GetBlockOrBlank(CPoint pt) {
         const auto spTile = GetBlock(pt, false);
@@ -99,10 +111,10 @@ public:
         for (int32_t y = 0; y < m_szBlocks.cy; ++y)
             for (int32_t x = 0; x < m_szBlocks.cx; ++x) fn(BlockCorner(x, y));
     }
-    /// The same for the blocks that a rectangle touches, clamped to the grid.
+    /// The same for the blocks that a rectangle touches, clipped to the plane.
     template <class Function>
     void ForEachBlockIn(const CRect& rc, Function fn) const {
-        const CRect rcIn = rc.Intersect({0, 0, m_szBlocks.cx * m_szBlock.cx, m_szBlocks.cy * m_szBlock.cy});
+        const CRect rcIn = rc.Intersect(GetRect());
         if (rcIn.IsEmpty()) return;
         for (int32_t y = rcIn.top / m_szBlock.cy; y <= (rcIn.bottom - 1) / m_szBlock.cy; ++y)
             for (int32_t x = rcIn.left / m_szBlock.cx; x <= (rcIn.right - 1) / m_szBlock.cx; ++x)

@@ -35,13 +35,19 @@ public:
         return m_grid.Entry(i) = boost::static_pointer_cast<Block>(CreateBlock(CornerOf(pt)));
     }
 
+    boost::shared_ptr<CRasterBlockBuffer> GetWritableBlock(CPoint pt) override {
+        const TBlockPtr& spBlock = OwnBlock(pt);
+        this->m_spDirty->m_pData[IndexOf(pt)] = 1;
+        return spBlock;
+    }
+
     void Clear() override { m_grid.DropPages(); }
 
     void Swap(CRasterBuffer& plane) override {
         auto* pOther = dynamic_cast<CRasterBufferImpl*>(&plane);
         SELF_CHECK(invalid_argument, pOther != nullptr && this->IsCompatible(plane));
         for (size_t i = 0; i < m_grid.GetCount(); ++i) {
-            if (!m_grid[i] && !pOther->m_grid[i]) continue;
+            if (m_grid[i] == pOther->m_grid[i]) continue;
             TBlockPtr& spHere = m_grid.Entry(i);
             TBlockPtr& spThere = pOther->m_grid.Entry(i);
             spHere.swap(spThere);
@@ -62,11 +68,8 @@ public:
     boost::shared_ptr<CRasterBuffer> DeepCopy() const override {
         boost::shared_ptr<CRasterBuffer> spCopy = CreateLike();
         auto& copy = static_cast<CRasterBufferImpl&>(*spCopy);
-        m_grid.ForEachTile([&](size_t i, const TBlockPtr& spBlock) {
-            TBlockPtr& spEntry = copy.m_grid.Entry(i);
-            spEntry = boost::static_pointer_cast<Block>(spBlock->Clone());
-            spEntry->SetOwner(&copy);
-        });
+        m_grid.ForEachTile(
+            [&](size_t i, const TBlockPtr& spBlock) { copy.m_grid.Entry(i) = copy.CloneFor(i, *spBlock); });
         return spCopy;
     }
 
@@ -88,13 +91,18 @@ public:
     bool HasBlock(CPoint pt) const override { return FindBlock(pt) != nullptr; }
 
     void ShareBlock(CPoint pt, const boost::shared_ptr<CRasterBlockBuffer>& spBlock) override {
+        ShareBlockImpl(pt, boost::dynamic_pointer_cast<Block>(spBlock));
+    }
+
+    /// As ShareBlock, for a tile whose kind is known.
+    void ShareBlockImpl(CPoint pt, const TBlockPtr& spBlock) {
         const size_t i = IndexOf(pt);
-        if (m_grid[i] || spBlock) m_grid.Entry(i) = boost::dynamic_pointer_cast<Block>(spBlock);
+        if (m_grid[i] || spBlock) m_grid.Entry(i) = spBlock;
     }
 
     boost::shared_ptr<CRasterBlockBuffer> RenewBlock(CPoint pt) override {
         TBlockPtr& spEntry = m_grid.Entry(IndexOf(pt));
-        if (spEntry && spEntry.use_count() == 1)
+        if (spEntry && !IsShared(spEntry))
             spEntry->Clear();
         else
             spEntry = boost::static_pointer_cast<Block>(CreateBlock(CornerOf(pt)));
@@ -115,13 +123,8 @@ public:
             target.FillGrey(map.ToTarget(CRect(CornerOf(pt), this->m_szBlock)), 255);
     }
 
-    void BlendBlockInto(CRasterBlockBuffer& dest, const CRasterBlockBuffer* pMask) const override {
-        const TBlockPtr& spBlock = m_grid[IndexOf(dest.GetPosition())];
-        if (spBlock) spBlock->BlendInto(dest, pMask);
-    }
-
     void ReadBitmap(CBitmapSession& session) override {
-        this->ForEachBlock([&](CPoint pt) { GetBlock(pt, true)->ReadBitmap(session); });
+        this->ForEachBlock([&](CPoint pt) { OwnBlock(pt)->ReadBitmap(session); });
     }
 
     void WriteBitmap(CBitmapSession& session) override {
@@ -130,23 +133,37 @@ public:
 
     boost::shared_ptr<CRasterBlockBuffer> ExtractBlock(const CRect& rc, bool bCut,
                                                        const CRasterBlockBuffer* pMask) override {
+        SELF_CHECK(invalid_argument, !rc.IsEmpty());
         auto spResult = boost::make_shared<Block>();
         spResult->Create(rc.Size(), rc.TopLeft());
         spResult->SetOwner(this);
         this->ForEachBlockIn(rc, [&](CPoint pt) {
             if (!m_grid[IndexOf(pt)]) return;
-            if (bCut) Unshare(pt);
-            m_grid[IndexOf(pt)]->ExtractTo(*spResult, rc.TopLeft(), bCut, pMask);
+            const auto spTile = bCut ? GetWritableBlock(pt) : GetBlock(pt, false);
+            // A tile that stands for several blocks has the position of one of them.
+            spTile->ExtractTo(*spResult, rc.TopLeft() + (spTile->GetPosition() - pt), bCut, pMask);
         });
+        spResult->ClearOutside(RectFrom(rc.TopLeft()));
         return spResult;
     }
 
     void PasteBlock(const CRasterBlockBuffer& src, CPoint pt) override {
+        SELF_CHECK(invalid_argument, dynamic_cast<const Block*>(&src) != nullptr);
         this->ForEachBlockIn(CRect(pt, src.GetSize()), [&](CPoint ptBlock) {
-            GetBlock(ptBlock, true);
-            Unshare(ptBlock);
-            m_grid[IndexOf(ptBlock)]->PasteFrom(src, pt);
+            const auto spTile = GetWritableBlock(ptBlock);
+            spTile->PasteFrom(src, pt);
+            spTile->ClearOutside(RectFrom(ptBlock));
         });
+    }
+
+    size_t GetBytes(const CRasterBuffer* pBeside) const override {
+        const auto* pOther = dynamic_cast<const CRasterBufferImpl*>(pBeside);
+        const bool bBeside = pOther && this->IsCompatible(*pOther);
+        size_t nBytes = 0;
+        m_grid.ForEachTile([&](size_t i, const TBlockPtr& spBlock) {
+            if (!bBeside || pOther->m_grid[i] != spBlock) nBytes += spBlock->GetBytes();
+        });
+        return nBytes;
     }
 
     boost::shared_ptr<CRasterBlockBuffer> CreateBlock(CPoint pt) override {
@@ -170,6 +187,9 @@ public:
         return bInside ? m_grid[IndexOf(pt)].get() : nullptr;
     }
 
+    /// The same as a pointer that another plane or block can share.
+    TBlockPtr FindShared(CPoint pt) const { return FindBlock(pt) ? m_grid[IndexOf(pt)] : TBlockPtr(); }
+
 protected:
     /// The plane chunk's tag.
     virtual uint32_t GetChunkTag() const = 0;
@@ -182,8 +202,32 @@ private:
     CPoint CornerOf(CPoint pt) const {
         return {pt.x - pt.x % this->m_szBlock.cx, pt.y - pt.y % this->m_szBlock.cy};
     }
-    // Copy on write: the tile may belong to an undo snapshot.
-    void Unshare(CPoint pt) { SetBlock(pt, m_grid[IndexOf(pt)]->Clone()); }
+    /// The plane's pixels as seen from one of its pixels.
+    CRect RectFrom(CPoint pt) const { return CRect(CPoint{-pt.x, -pt.y}, this->m_szSize); }
+    /// True when an entry of the grid is not the only holder of its tile: an undo snapshot, a chunk that is
+    /// being written or another block may have it too.
+    static bool IsShared(const TBlockPtr& spEntry) { return spEntry.use_count() > 1; }
+    /// The block's tile, made or cloned so that nobody else has it.
+    const TBlockPtr& OwnBlock(CPoint pt) {
+        const size_t i = IndexOf(pt);
+        TBlockPtr& spEntry = m_grid.Entry(i);
+        if (!spEntry)
+            spEntry = boost::static_pointer_cast<Block>(CreateBlock(CornerOf(pt)));
+        else if (IsShared(spEntry))
+            spEntry = CloneFor(i, *spEntry);
+        return spEntry;
+    }
+    /// A tile's clone, as this plane's tile at index `i`.
+    TBlockPtr CloneFor(size_t i, const Block& block) {
+        auto spClone = boost::static_pointer_cast<Block>(block.Clone());
+        spClone->SetOwner(this);
+        spClone->SetPosition(CornerAt(i));
+        return spClone;
+    }
+    CPoint CornerAt(size_t i) const {
+        return this->BlockCorner(static_cast<int32_t>(i % static_cast<size_t>(this->m_szBlocks.cx)),
+                                 static_cast<int32_t>(i / static_cast<size_t>(this->m_szBlocks.cx)));
+    }
 
     void ReadTiles(CDeserializer& reader);
     CSerializer WriteTiles() const;
@@ -252,8 +296,7 @@ void CRasterBufferImpl<Block, Base>::ReadTiles(CDeserializer& reader) {
         spBlock->Deserialize(chunk);
         if (!(spBlock->GetSize() == this->m_szBlock)) throw deserialize_error();
         // The index says where the tile is; a position that disagrees is put right.
-        spBlock->SetPosition(this->BlockCorner(static_cast<int32_t>(uIndex) % this->m_szBlocks.cx,
-                                               static_cast<int32_t>(uIndex) / this->m_szBlocks.cx));
+        spBlock->SetPosition(CornerAt(uIndex));
         spBlock->SetOwner(this);
         m_grid.Entry(uIndex) = spBlock;
     }

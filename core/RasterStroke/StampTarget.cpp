@@ -15,10 +15,7 @@ uint16_t* CStampTarget::TileAt(int32_t nColumn, int32_t nRow) {
     uint16_t*& pTile = m_vTiles[static_cast<size_t>(nRow) * static_cast<size_t>(m_szBlocks.cx) +
                                 static_cast<size_t>(nColumn)];
     if (!pTile) {
-        const CPoint pt = m_plane.BlockCorner(nColumn, nRow);
-        auto spTile = m_plane.GetBlock(pt, true);
-        // The plane's reference and this one are two.
-        if (spTile.use_count() > 2) m_plane.SetBlock(pt, spTile = spTile->Clone());
+        const auto spTile = m_plane.GetWritableBlock(m_plane.BlockCorner(nColumn, nRow));
         pTile = static_cast<CAlphaBlock16&>(*spTile).GetAlpha();
     }
     return pTile;
@@ -66,10 +63,5 @@ void CStampTarget::Draw(const uint16_t* pStamp, uint32_t uHalfSize, CPoint pt, u
             const CPoint ptTile = m_plane.BlockCorner(nColumn, nRow);
             DrawOnTile(pStamp, 2 * nHalf, ptTile, rc.Intersect(CRect(ptTile, m_szBlock)), ptFirst, byAlpha);
         }
-    CBoolMatrix& dirty = m_plane.GetDirty();
-    const int32_t nDirtyRight = std::min(ptFirst.x - 1 + 2 * nHalf, sz.cx - 1) / m_szBlock.cx;
-    const int32_t nDirtyBottom = std::min(ptFirst.y - 1 + 2 * nHalf, sz.cy - 1) / m_szBlock.cy;
-    for (int32_t nRow = std::max(ptFirst.y - 1, 0) / m_szBlock.cy; nRow <= nDirtyBottom; ++nRow)
-        for (int32_t nColumn = std::max(ptFirst.x - 1, 0) / m_szBlock.cx; nColumn <= nDirtyRight; ++nColumn)
-            dirty.At(nColumn, nRow) = 1;
+    m_plane.MarkDirty({ptFirst.x - 1, ptFirst.y - 1, ptFirst.x + 2 * nHalf, ptFirst.y + 2 * nHalf});
 }

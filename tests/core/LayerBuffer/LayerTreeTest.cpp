@@ -229,3 +229,22 @@ TEST(Thumbnail, ScaleAndPicture) {
     spCanvas->ComposeAll();
     EXPECT_FALSE(spLayer->GetThumbnail()->GetBlock({12, 12}, false));
 }
+
+TEST(Thumbnail, NothingBeyondTheCanvasIsSeen) {
+    const auto spCanvas = CreateCanvas({107, 71}); // two pixels to one; the last column and row have only one
+    const auto spLayer = CreateRasterLayer(spCanvas);
+    spCanvas->GetRoot().AddLayer(spLayer, -1);
+    CColorRasterBlockBuffer picture;
+    picture.Create({107, 71}, {0, 0});
+    picture.Fill(BLUE, 255);
+    spLayer->GetRaster()->PasteBlock(picture, {0, 0});
+    const auto corner = [&] {
+        spLayer->GetRaster()->MarkDirty({106, 70, 107, 71});
+        spCanvas->ComposeAll();
+        return PixelAt(*spLayer->GetThumbnail(), {53, 35});
+    };
+    EXPECT_EQ(corner(), 0xFF000000u | BLUE);
+    auto& tile = static_cast<CColorRasterBlockBuffer&>(*spLayer->GetRaster()->GetWritableBlock({106, 70}));
+    for (size_t n = 0; n < 4; ++n) tile.GetPlane(n)[70 * 96 + 11] = 255; // the pixel right of the corner
+    EXPECT_EQ(corner(), 0xFF000000u | BLUE);
+}

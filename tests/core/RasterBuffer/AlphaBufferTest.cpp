@@ -81,6 +81,15 @@ TEST(AlphaBuffer, CopiesKeepTheInkAndRowsMoveWhole) {
         EXPECT_EQ(copy.GetGrey(), 149);
         EXPECT_FALSE(copy.IsErase());
     }
+    // Whoever owns the tiles, the plane that is asked paints with its own ink.
+    const auto spBlue = boost::static_pointer_cast<CAlphaBufferImpl<uint16_t>>(spPlane->ShallowCopy());
+    spBlue->SetColor(0xFF0000);
+    TileAt<uint16_t>(*spPlane, {0, 0}).GetAlpha()[0] = 0xFFFF;
+    CColorRasterBlockBuffer dest;
+    dest.Create(BLOCK, {0, 0});
+    spBlue->BlendBlockInto(dest, nullptr);
+    EXPECT_EQ(dest.GetPixelColor({0, 0}), 0xFF0000u);
+    TileAt<uint16_t>(*spPlane, {0, 0}).GetAlpha()[0] = 1000;
     const auto spFloat = spPlane->ExtractBlock({2, 1, 6, 3}, true, nullptr);
     const auto* pFloat = static_cast<CAlphaBlock16&>(*spFloat).GetAlpha();
     EXPECT_EQ(pFloat[0], 1006);

@@ -26,11 +26,14 @@ TEST(RasterBuffer, SnapshotsCostNothingAndSurviveWriters) {
     const auto spSnapshot = spPlane->ShallowCopy();
     EXPECT_EQ(spSnapshot->GetBlock({0, 0}, false), spPlane->GetBlock({0, 0}, false));
     EXPECT_EQ(spSnapshot->GetOpacity(), 255);
-    const auto spClone = spPlane->GetBlock({0, 0}, false)->Clone();
-    const auto spOld = spPlane->SetBlock({0, 0}, spClone);
-    EXPECT_EQ(spOld, spSnapshot->GetBlock({0, 0}, false));
-    for (const auto& spTile : {spOld, spClone}) EXPECT_EQ(spTile->GetOwner(), spPlane.get());
+    const CRasterBlockBuffer* pShared = spPlane->GetBlock({0, 0}, false).get();
+    const CRasterBlockBuffer* pOwn = spPlane->GetWritableBlock({95, 95}).get();
+    EXPECT_NE(pOwn, pShared);
+    EXPECT_EQ(spSnapshot->GetBlock({0, 0}, false).get(), pShared);
+    for (const CRasterBlockBuffer* pTile : {pShared, pOwn}) EXPECT_EQ(pTile->GetOwner(), spPlane.get());
     EXPECT_EQ(spPlane->GetDirty().At(0, 0), 1);
+    EXPECT_EQ(spPlane->GetWritableBlock({0, 0}).get(), pOwn) << "nobody else has it now";
+    EXPECT_EQ(spPlane->GetBytes(spSnapshot.get()), 4u * 96 * 96);
     FillBlock(*spPlane, {0, 0}, BLUE, 9);
     EXPECT_EQ(PixelAt(*spSnapshot, {5, 5}), 0xFF000000u | RED);
     EXPECT_EQ(PixelAt(*spPlane, {5, 5}), 0x09000000u | BLUE);
@@ -65,13 +68,52 @@ TEST(RasterBuffer, ExtractAndPasteAcrossTiles) {
     EXPECT_EQ(PixelAt(*spPlane, {1, 97}), 100u << 24 | BLUE);
     EXPECT_EQ(spPlane->GetDirty().At(0, 1), 1);
     EXPECT_EQ(spPlane->GetDirty().At(1, 1), 0);
+    EXPECT_THROW(spPlane->PasteBlock(CMonoRasterBlockBuffer(), {0, 0}), constraint_violation);
+    EXPECT_THROW(spPlane->ExtractBlock({5, 5, 5, 9}, true, nullptr), constraint_violation);
+}
+
+TEST(RasterBuffer, NothingComesFromBeyondThePlaneOrGoesThere) {
+    const auto spPlane = MakeColor({100, 98});
+    for (const CPoint pt : {CPoint{0, 0}, CPoint{96, 0}, CPoint{0, 96}, CPoint{96, 96}})
+        FillBlock(*spPlane, pt, RED, 255);
+    const auto spFloat = spPlane->ExtractBlock({90, 90, 110, 110}, false, nullptr);
+    EXPECT_EQ(spFloat->GetPixelAlpha({9, 7}), 255);
+    for (const CPoint pt : {CPoint{10, 0}, CPoint{0, 8}, CPoint{19, 19}}) {
+        EXPECT_EQ(spFloat->GetPixelAlpha(pt), 0);
+        EXPECT_EQ(spFloat->GetPixelColor(pt), 0u);
+    }
+    spFloat->Fill(BLUE, 255);
+    spPlane->PasteBlock(*spFloat, {90, 90});
+    EXPECT_EQ(PixelAt(*spPlane, {99, 97}), 0xFF000000u | BLUE);
+    for (const CPoint pt : {CPoint{100, 97}, CPoint{99, 98}}) EXPECT_EQ(PixelAt(*spPlane, pt), 0u);
+    spPlane->GetDirty().Fill(false);
+    for (const CRect& rc : {CRect(100, 0, 190, 90), CRect(-9, -9, 0, 50), CRect(0, 98, 90, 191)})
+        spPlane->MarkDirty(rc);
+    spPlane->MarkDirty({96, -5, 500, 96});
+    EXPECT_EQ(
+        (std::vector<uint8_t>(spPlane->GetDirty().m_pData.get(), spPlane->GetDirty().m_pData.get() + 4)),
+        (std::vector<uint8_t>{0, 1, 0, 0}));
+}
+
+TEST(RasterBuffer, ASwapLeavesASharedTileToItsOwner) {
+    const auto spPlane = MakeColor({200, 100});
+    FillBlock(*spPlane, {0, 0}, RED, 255);
+    const auto spBackup = spPlane->ShallowCopy();
+    FillBlock(*spBackup, {96, 0}, BLUE, 255);
+    spPlane->Swap(*spBackup);
+    EXPECT_EQ(PixelAt(*spPlane, {96, 0}), 0xFF000000u | BLUE);
+    for (const CPoint pt : {CPoint{0, 0}, CPoint{96, 0}})
+        EXPECT_EQ(spPlane->GetBlock(pt, false)->GetOwner(), spPlane.get());
+    spBackup->Swap(*spPlane);
+    EXPECT_EQ(spPlane->GetBlock({0, 0}, false)->GetOwner(), spPlane.get());
+    EXPECT_EQ(spBackup->GetBlock({96, 0}, false)->GetOwner(), spBackup.get());
 }
 
 TEST(RasterBuffer, MasksTakeTheSmallerCoverage) {
     CColorRasterBlockBuffer tile;
     tile.Create({4, 1}, {10, 20});
     tile.Fill(RED, 100);
-    CMonoRasterBlockBuffer mask;
+    CAlphaBlock8 mask;
     mask.Create({4, 1}, {0, 0});
     const uint8_t aMask[4] = {0, 40, 100, 255};
     std::copy_n(aMask, 4, mask.GetPixelPtr({0, 0}));
@@ -83,6 +125,28 @@ TEST(RasterBuffer, MasksTakeTheSmallerCoverage) {
         EXPECT_EQ(pTaken[i], aExpected[i]);
         EXPECT_EQ(tile.GetAlpha()[i], 100 - aExpected[i]);
     }
+}
+
+TEST(RasterBuffer, BlendsRefuseOtherSizesAndKinds) {
+    CAlphaBlock8 narrow;
+    CAlphaBlock16 deep;
+    CMonoRasterBlockBuffer grey;
+    CColorRasterBlockBuffer color;
+    CColorRasterBlockBuffer large;
+    for (CRasterBlockBuffer* pTile : std::vector<CRasterBlockBuffer*>{&deep, &grey, &color})
+        pTile->Create({4, 4}, {0, 0});
+    narrow.Create({3, 4}, {0, 0});
+    large.Create({8, 8}, {0, 0});
+    using TCase = std::tuple<const CRasterBlockBuffer*, CRasterBlockBuffer*, const CRasterBlockBuffer*>;
+    for (const auto& [pTile, pDest, pMask] :
+         {TCase{&color, &large, nullptr}, TCase{&grey, &large, nullptr}, TCase{&color, &grey, &narrow},
+          TCase{&grey, &color, &deep}, TCase{&grey, &color, &grey}, TCase{&color, &deep, nullptr}})
+        EXPECT_THROW(pTile->BlendWith(*pDest, 255, pMask), constraint_violation);
+    CAlphaBufferImpl<uint8_t> ink;
+    EXPECT_THROW(narrow.BlendCoverage(color, ink, nullptr), constraint_violation);
+    EXPECT_THROW(deep.BlendCoverage(grey, ink, &narrow), constraint_violation);
+    EXPECT_THROW(color.ExtractTo(large, {0, 0}, true, &narrow), constraint_violation);
+    color.BlendWith(grey, 255, nullptr);
 }
 
 TEST(RasterBuffer, BlendsIntoGreyByTheOwnersOpacity) {
