@@ -1,80 +1,117 @@
 #include "core/RasterBuffer/SelectBuffer.h"
 
+#include "core/RasterBuffer/SelectOutline.h"
+#include "core/RasterKernel/BlendKernel.h"
+
 #include <algorithm>
-#include <vector>
+#include <cstring>
 
 namespace {
 
-constexpr uint8_t INSIDE = 128; ///< coverage from which a pixel lies inside the outline
-
-// Reads the mask row by row, one pixel of nothing around it.
-class CMaskRows {
-public:
-    CMaskRows(const CAlphaBufferImpl<uint8_t>& mask, CSize sz) : m_mask(mask), m_size(sz) {}
-
-    // The row's values with a 0 before and after.
-    void Read(int32_t y, std::vector<uint8_t>& vRow) const {
-        vRow.assign(static_cast<size_t>(m_size.cx) + 2, 0);
-        if (y < 0 || y >= m_size.cy) return;
-        const int32_t nBlock = m_mask.GetBlockSize().cx;
-        for (int32_t x = 0; x < m_size.cx; x += nBlock) {
-            const CAlphaBlock8* pTile = m_mask.FindBlock({x, y});
-            if (!pTile) continue;
-            const uint8_t* pRow = pTile->GetPixelPtr({0, y - pTile->GetPosition().y});
-            std::copy_n(pRow, std::min(nBlock, m_size.cx - x), vRow.begin() + x + 1);
-        }
-    }
-
-private:
-    const CAlphaBufferImpl<uint8_t>& m_mask;
-    CSize m_size;
-};
+boost::shared_ptr<CAlphaBlock8> CloneOf(const CAlphaBlock8& tile) {
+    return boost::static_pointer_cast<CAlphaBlock8>(tile.Clone());
+}
 
 } // namespace
 
-CSelectBuffer::CSelectBuffer(CSize szCanvas)
-    : m_spMask(boost::make_shared<CAlphaBufferImpl<uint8_t>>()), m_szCanvas(szCanvas) {
+const boost::shared_ptr<CAlphaBlock8>& FullSelectTile() {
+    static const auto s_spFull = [] {
+        auto spTile = boost::make_shared<CAlphaBlock8>();
+        spTile->Create(DEFAULT_BLOCKSIZE, {0, 0});
+        std::memset(spTile->GetAlpha(), 255, spTile->GetPlaneBytes());
+        return spTile;
+    }();
+    return s_spFull;
+}
+
+CSelectBuffer::CSelectBuffer(CSize szCanvas) : m_spMask(boost::make_shared<TMask>()), m_szCanvas(szCanvas) {
     m_spMask->Create(szCanvas, DEFAULT_BLOCKSIZE);
 }
 
+void CSelectBuffer::Store(CPoint pt, const TTilePtr& spTile) {
+    const bool bFull = spTile && spTile->IsAll(255);
+    const bool bNone = !spTile || spTile->IsAll(0);
+    m_spMask->ShareBlockImpl(pt, bFull ? FullSelectTile() : bNone ? TTilePtr() : spTile);
+}
+
+void CSelectBuffer::SelectAll() {
+    const TTilePtr& spFull = FullSelectTile();
+    m_spMask->ForEachBlock([&](CPoint pt) { m_spMask->ShareBlockImpl(pt, spFull); });
+}
+
+void CSelectBuffer::Combine(ESelectMode mode, const CSelectBuffer& other) {
+    SELF_CHECK(invalid_argument, other.m_szCanvas == m_szCanvas);
+    const CAlphaBlock8* const pFull = FullSelectTile().get();
+    TMask& mask = *m_spMask;
+    mask.ForEachBlock([&](CPoint pt) {
+        const TTilePtr spOther = other.m_spMask->FindShared(pt);
+        const CAlphaBlock8* pHere = mask.FindBlock(pt);
+        const size_t nCount = FullSelectTile()->GetPlaneBytes();
+        TTilePtr spNew;
+        if (mode == ESelectMode::Intersect) {
+            if (!pHere || spOther.get() == pFull) return;
+            if (!spOther || pHere == pFull) return mask.ShareBlockImpl(pt, spOther);
+            const TTilePtr spOutside = CloneOf(*spOther);
+            for (size_t i = 0; i < nCount; ++i) spOutside->GetAlpha()[i] ^= 255;
+            spNew = CloneOf(*pHere);
+            EraseCoverage(spNew->GetAlpha(), spOutside->GetAlpha(), nullptr, nCount);
+        } else if (mode == ESelectMode::Add) {
+            if (!spOther || pHere == pFull) return;
+            if (!pHere || spOther.get() == pFull) return mask.ShareBlockImpl(pt, spOther);
+            spNew = CloneOf(*pHere);
+            AddCoverage(spNew->GetAlpha(), spOther->GetAlpha(), nullptr, nCount);
+        } else {
+            if (!spOther || !pHere) return;
+            if (spOther.get() == pFull) return mask.ShareBlockImpl(pt, {});
+            spNew = CloneOf(*pHere);
+            EraseCoverage(spNew->GetAlpha(), spOther->GetAlpha(), nullptr, nCount);
+        }
+        spNew->SetPosition(pt);
+        Store(pt, spNew);
+    });
+}
+
+void CSelectBuffer::Shift(CPoint ptMove) {
+    CSelectBuffer moved(m_szCanvas);
+    const CAlphaBlock8* const pFull = FullSelectTile().get();
+    const CRect rcCanvas = m_spMask->GetRect();
+    m_spMask->ForEachBlock([&](CPoint pt) {
+        const CRect rcFrom(pt - ptMove, DEFAULT_BLOCKSIZE);
+        bool bAny = false;
+        bool bFull = rcFrom.Intersect(rcCanvas) == rcFrom;
+        m_spMask->ForEachBlockIn(rcFrom, [&](CPoint ptFrom) {
+            const CAlphaBlock8* pTile = m_spMask->FindBlock(ptFrom);
+            bAny = bAny || pTile;
+            bFull = bFull && pTile == pFull;
+        });
+        if (bAny && bFull) return moved.m_spMask->ShareBlockImpl(pt, FullSelectTile());
+        if (!bAny) return;
+        const auto spTile = m_spMask->ExtractBlock(rcFrom, false, nullptr);
+        spTile->SetPosition(pt);
+        moved.Store(pt, boost::static_pointer_cast<CAlphaBlock8>(spTile));
+    });
+    m_spMask.swap(moved.m_spMask);
+}
+
 void CSelectBuffer::UpdateOutline() {
-    m_lstOutline.clear();
-    CRect rcBound;
-    const CMaskRows rows(*m_spMask, m_szCanvas);
-    std::vector<uint8_t> vAbove;
-    std::vector<uint8_t> vRow;
-    rows.Read(-1, vAbove);
-    // Where the vertical piece left of each column began, -1 for none.
-    std::vector<int32_t> vBegin(static_cast<size_t>(m_szCanvas.cx) + 1, -1);
-    for (int32_t y = 0; y <= m_szCanvas.cy; ++y) {
-        rows.Read(y, vRow);
-        const auto isInside = [](uint8_t u) { return u >= INSIDE; };
-        int32_t nRun = -1; // where the horizontal piece above this row began
-        for (int32_t x = 0; x <= m_szCanvas.cx; ++x) {
-            const size_t i = static_cast<size_t>(x) + 1; // pixel x
-            // A piece ends where the sides change their roles, so that it never crosses a corner.
-            const bool bEdge = x < m_szCanvas.cx && isInside(vAbove[i]) != isInside(vRow[i]);
-            if (nRun >= 0 && (!bEdge || isInside(vRow[i]) != isInside(vRow[i - 1]))) {
-                m_lstOutline.push_back({nRun, y, x, y});
-                nRun = -1;
-            }
-            if (bEdge && nRun < 0) nRun = x;
-            int32_t& nBegin = vBegin[static_cast<size_t>(x)];
-            const bool bSide = isInside(vRow[i - 1]) != isInside(vRow[i]);
-            if (nBegin >= 0 && (!bSide || isInside(vRow[i]) != isInside(vAbove[i]))) {
-                m_lstOutline.push_back({x, nBegin, x, y});
-                nBegin = -1;
-            }
-            if (bSide && nBegin < 0) nBegin = y;
-        }
-        const auto isSet = [](uint8_t u) { return u != 0; };
-        const auto first = std::find_if(vRow.begin(), vRow.end(), isSet);
-        if (first != vRow.end()) {
-            const auto last = std::find_if(vRow.rbegin(), vRow.rend(), isSet).base();
-            rcBound = rcBound.Union({static_cast<int32_t>(first - vRow.begin()) - 1, y,
-                                     static_cast<int32_t>(last - vRow.begin()) - 1, y + 1});
-        }
-        vAbove.swap(vRow);
-    }
+    TOutlineList lstOutline;
+    const CRect rcBound = TraceOutline(*m_spMask, lstOutline);
+    m_lstOutline.swap(lstOutline);
     m_rcBound = rcBound.IsEmpty() ? CRect(-1, -1, -1, -1) : rcBound;
+}
+
+void ClearUnder(CRasterBuffer& plane, const CSelectBuffer& select) {
+    const CAlphaBufferImpl<uint8_t>& mask = select.GetMask();
+    SELF_CHECK(invalid_argument, plane.GetSize() == mask.GetSize() && plane.IsCompatible(mask));
+    const auto spEraser = boost::make_shared<CAlphaBufferImpl<uint8_t>>();
+    spEraser->Create({1, 1}, DEFAULT_BLOCKSIZE); // a plane that gives its ink alone
+    spEraser->SetErase(true);
+    mask.ForEachBlock([&](CPoint pt) {
+        const CAlphaBlock8* pTile = mask.FindBlock(pt);
+        if (!pTile || !plane.HasBlock(pt)) return;
+        if (pTile == FullSelectTile().get())
+            plane.SetBlock(pt, {});
+        else
+            pTile->BlendCoverage(*plane.GetWritableBlock(pt), *spEraser, nullptr);
+    });
 }
