@@ -2,6 +2,7 @@
 // what the machine needs to copy, write or read as many bytes. "peak" is the most memory that was taken
 // during an operation beyond what was held before it, as a part of the document's pixel bytes.
 #include "bench/PeakMemory.h"
+#include "core/CanvasBuffer/CanvasHistory.h"
 #include "core/ImageFile/ImageFile.h"
 #include "core/LayerBuffer/RasterLayerBuffer.h"
 #include "system/FileStore.h"
@@ -204,6 +205,17 @@ void Backup(benchmark::State& state) {
     Time(state, [] { Document().spCanvas->CreateFullBackup(); });
 }
 
+// Five toggles of the display between colour and grey: what their undo steps keep of a picture that stays as
+// it is.
+void Toggle(benchmark::State& state) {
+    const auto spCanvas = Document().spCanvas;
+    const CPeakMemory memory;
+    for (int n = 0; n < 5; ++n) ChangeColorMode(spCanvas, !spCanvas->IsColor(), true);
+    state.counters["MB"] = static_cast<double>(memory.Get()) / 1e6;
+    Time(state, [&] { ChangeColorMode(spCanvas, !spCanvas->IsColor(), true); });
+    spCanvas->GetHistory().Clear();
+}
+
 // The floor of a backup: every tile's bytes copied into memory just taken, freed in the end like a backup.
 void CopyTiles(benchmark::State& state) {
     std::vector<const uint8_t*> vTiles;
@@ -267,6 +279,7 @@ int main(int argc, char** argv) {
     add("load/PNG a layer", LoadPngs);
     addXcf("load/XCF by GIMP", Xcf<&TXcfTimes::dLoad>);
     add("backup/full", Backup);
+    add("backup/five toggles of the display", Toggle);
     add("backup/memcpy of tiles, floor", CopyTiles);
     add("backup/memcpy in place", CopyBlock);
     add("undo/stroke over 100 tiles", SwapStroke);

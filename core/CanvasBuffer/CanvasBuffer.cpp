@@ -23,6 +23,11 @@ public:
     bool canBeMergedWith(const CLayerBuffer&) const override { return false; }
 
 protected:
+    TLayerPtr CreateLike(const TCanvasPtr& spCanvas) const override {
+        const auto spRoot = boost::make_shared<InternalLayerBuffer>();
+        spRoot->Create(spCanvas);
+        return spRoot;
+    }
     bool IsClipping() const override { return false; }
 };
 
@@ -107,15 +112,14 @@ CCanvasBuffer::FullBackup CCanvasBuffer::CreateFullBackup() {
     SELF_CHECK(illegal_data, internalLayer);
     const TCanvasPtr pCanvas = internalLayer->GetCanvas();
     SELF_CHECK(illegal_data, pCanvas);
-    auto spCopy = boost::make_shared<InternalLayerBuffer>();
+    TLayerPtr spCopy;
     try {
-        CDeserializer chunk(internalLayer->Serialize());
-        spCopy->Create(pCanvas);
-        spCopy->Deserialize(chunk, pCanvas);
+        spCopy = internalLayer->CreateFullCopy(pCanvas);
     } catch (const deserialize_error&) {
         throw internal_error(L"CreateFullBackup: deserialize_error in Deserialize()");
     }
-    return {spCopy, *m_spCounters, m_spSelect, m_bColor, m_bColorRaster};
+    return {boost::static_pointer_cast<InternalLayerBuffer>(spCopy), *m_spCounters, m_spSelect, m_bColor,
+            m_bColorRaster};
 }
 
 void CCanvasBuffer::SwapFullBackup(const boost::shared_ptr<CCanvasBuffer>& spCanvas, FullBackup* pBackup) {
@@ -132,6 +136,15 @@ void CCanvasBuffer::SwapFullBackup(const boost::shared_ptr<CCanvasBuffer>& spCan
     std::swap(spCanvas->m_bColorRaster, stor.m_bColorRaster);
     spCanvas->m_size = spCanvas->m_spRoot->GetSize();
     spCanvas->m_spRoot->MarkAllDirty();
+    stor.internalLayer->DropCaches();
+}
+
+size_t CCanvasBuffer::GetBytesBeside(const boost::shared_ptr<CCanvasBuffer>& spCanvas,
+                                     const FullBackup& backup) {
+    if (!spCanvas) return 0;
+    const bool bSelect = backup.spSelect && backup.spSelect != spCanvas->m_spSelect;
+    return backup.internalLayer->GetBytes(spCanvas->m_spRoot.get()) +
+           (bSelect ? backup.spSelect->GetBytes(spCanvas->m_spSelect.get()) : 0);
 }
 
 const std::wstring& CCanvasBuffer::GetTitle() const { return GetRoot().GetName(); }

@@ -81,12 +81,14 @@ public:
 
     /// Gives the tree as it is, draw buffers and pixels, new kinds. Not undoable by itself.
     void ConvertColorMode(bool bColor, bool bColorRaster);
-    /// A backup with a copy of the tree. Raises internal_error when it cannot be made.
+    /// A backup with a copy of the tree that shares its tiles. Raises internal_error when it cannot be made.
     FullBackup CreateFullBackup();
     /// Exchanges a backup with the canvas's state and flags everything. What no undo step has stays with the
     /// canvas: the title and which layers are shown. Counters of one size go on, since views tell changes by
     /// them. Null does nothing.
     static void SwapFullBackup(const boost::shared_ptr<CCanvasBuffer>& spCanvas, FullBackup* pBackup);
+    /// Memory of a backup beside what the canvas shares with it; 0 for null.
+    static size_t GetBytesBeside(const boost::shared_ptr<CCanvasBuffer>& spCanvas, const FullBackup& backup);
 
     const std::wstring& GetPath() const { return m_strPath; }
     void SetPath(std::wstring strPath) { m_strPath.swap(strPath); }

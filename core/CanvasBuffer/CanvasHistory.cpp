@@ -15,12 +15,19 @@ void SwapSelect(const boost::shared_ptr<CCanvasBuffer>& spCanvas, boost::shared_
     *pState = spNow;
 }
 
+size_t CountSelect(const boost::shared_ptr<CCanvasBuffer>& spCanvas,
+                   const boost::shared_ptr<CSelectBuffer>& spState) {
+    if (!spCanvas || !spState) return 0;
+    return spState->GetBytes(spCanvas->GetSelect().get());
+}
+
 } // namespace
 
 CanvasBufferHistoryHelper::CanvasBufferHistoryHelper(std::wstring strName,
                                                      const boost::shared_ptr<CCanvasBuffer>& spCanvas)
     : m_strName(std::move(strName)), m_spCanvas(spCanvas),
-      m_helper(spCanvas, TakeOriginal(spCanvas), CCanvasBuffer::SwapFullBackup) {}
+      m_helper(spCanvas, TakeOriginal(spCanvas),
+               {CCanvasBuffer::SwapFullBackup, CCanvasBuffer::GetBytesBeside}) {}
 
 void CanvasBufferHistoryHelper::Commit() { m_helper.Commit(m_strName, m_spCanvas->GetHistory()); }
 
@@ -29,7 +36,7 @@ void ChangeSelection(const boost::shared_ptr<CCanvasBuffer>& spCanvas,
     // Waiting strokes were drawn before this change, so undo takes them back after it.
     spCanvas->CompleteWork();
     CSymmetricHistoryHelper<CCanvasBuffer, boost::shared_ptr<CSelectBuffer>> helper(
-        spCanvas, spCanvas->GetSelect(), SwapSelect);
+        spCanvas, spCanvas->GetSelect(), {SwapSelect, CountSelect});
     spCanvas->SetSelect(spSelect);
     helper.Commit(std::move(strName), spCanvas->GetHistory());
 }

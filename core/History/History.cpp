@@ -2,18 +2,31 @@
 
 #include "core/IniConfig/GlobalSwitches.h"
 
+#include <algorithm>
+
 void CHistoryStream::Register(const boost::shared_ptr<CHistory>& spHistory) {
     if (!spHistory) return;
     // What needs memory comes first.
-    const auto nMost = static_cast<size_t>(g_Switches.m_nMaxHistory);
-    std::wstring strInitial;
-    const bool bDrops = m_deqUndo.size() + 1 > nMost;
-    if (bDrops) strInitial = (nMost == 0 ? spHistory : m_deqUndo[nMost - 1])->GetName();
+    spHistory->Measure();
+    const size_t nKept = CountKept(*spHistory);
+    std::wstring strInitial = nKept < m_deqUndo.size() ? m_deqUndo[nKept]->GetName() : m_strInitial;
     m_deqUndo.push_front(spHistory);
     m_deqRedo.clear();
-    if (bDrops) m_strInitial.swap(strInitial);
-    while (m_deqUndo.size() > nMost) m_deqUndo.pop_back();
+    m_strInitial.swap(strInitial);
+    while (m_deqUndo.size() > nKept + 1) m_deqUndo.pop_back();
     SetModified(true);
+}
+
+size_t CHistoryStream::CountKept(const CHistory& historyNew) const {
+    const auto nMost = static_cast<size_t>(std::max(g_Switches.m_nMaxHistory, 1)) - 1;
+    const uint64_t uBudget = static_cast<uint64_t>(g_Switches.m_nHistoryMegabytes) << 20;
+    uint64_t uBytes = historyNew.GetBytes();
+    size_t nKept = 0;
+    for (; nKept < std::min(nMost, m_deqUndo.size()); ++nKept) {
+        uBytes += m_deqUndo[nKept]->GetBytes();
+        if (uBytes > uBudget) break;
+    }
+    return nKept;
 }
 
 void CHistoryStream::Undo() {
@@ -34,6 +47,7 @@ void CHistoryStream::Undo() {
         throw;
     }
     m_deqUndo.pop_front();
+    spHistory->Measure();
     SetModified(true);
 }
 
@@ -48,6 +62,7 @@ void CHistoryStream::Redo() {
         throw;
     }
     m_deqRedo.pop_front();
+    spHistory->Measure();
     SetModified(true);
 }
 

@@ -19,17 +19,29 @@ public:
     virtual void Redo() = 0;
     /// The label that the user reads.
     const std::wstring& GetName() const { return m_strName; }
+    /// Memory that the action held and the document did not when it was last measured: over all actions of a
+    /// list this counts everything once. What takes less than a kilobyte or so is not counted.
+    size_t GetBytes() const { return m_nBytes; }
+    /// Called while the action is the one next to the document's state: registered, undone or done again.
+    void Measure() { m_nBytes = CountBytes(); }
 
 protected:
+    /// What GetBytes answers from now on. Never throws.
+    virtual size_t CountBytes() const { return 0; }
+
     std::wstring m_strName;
+
+private:
+    size_t m_nBytes = 0;
 };
 
-/// A document's undo and redo lists, at most g_Switches.m_nMaxHistory undo steps.
+/// A document's undo and redo lists: at most g_Switches.m_nMaxHistory undo steps, and no more of the older
+/// ones than g_Switches.m_nHistoryMegabytes hold with the newest.
 class CHistoryStream : boost::noncopyable {
 public:
     virtual ~CHistoryStream() = default;
 
-    /// Adds a done action, ends all redoing, drops what exceeds the limit; the first line of the list then
+    /// Adds a done action, ends all redoing, drops what exceeds the limits; the first line of the list then
     /// names the oldest state that can still be reached. Null is ignored. When it throws, nothing has
     /// changed: whoever registers first and then changes without a failure is never half done.
     void Register(const boost::shared_ptr<CHistory>& spHistory);
@@ -63,6 +75,9 @@ public:
     const std::wstring& GetInitialName() const { return m_strInitial; }
 
 private:
+    /// How many of the present undo steps stay below a new one.
+    size_t CountKept(const CHistory& historyNew) const;
+
     std::deque<boost::shared_ptr<CHistory>> m_deqUndo;
     std::deque<boost::shared_ptr<CHistory>> m_deqRedo;
     std::wstring m_strInitial = L"<< 初期状態 >>";

@@ -14,34 +14,46 @@ class CSymmetricHistory : public CHistory {
 public:
     /// Exchanges the state with the target's; must do nothing for a null target. Never throws.
     using TSwap = void (*)(const boost::shared_ptr<T>& spTarget, S* pState);
+    /// Memory of the state beside what the target has; 0 for a null target. Never throws.
+    using TCount = size_t (*)(const boost::shared_ptr<T>& spTarget, const S& state);
+    /// What is done with a state.
+    struct TFunctions {
+        TSwap fnSwap;
+        TCount fnCount;
+    };
 
-    CSymmetricHistory(std::wstring strName, const boost::shared_ptr<T>& spTarget, S state, TSwap fnSwap)
-        : CHistory(std::move(strName)), m_wpTarget(spTarget), m_state(std::move(state)), m_fnSwap(fnSwap) {}
+    CSymmetricHistory(std::wstring strName, const boost::shared_ptr<T>& spTarget, S state,
+                      TFunctions functions)
+        : CHistory(std::move(strName)), m_wpTarget(spTarget), m_state(std::move(state)),
+          m_functions(functions) {}
 
-    void Undo() override { m_fnSwap(m_wpTarget.lock(), &m_state); }
-    void Redo() override { m_fnSwap(m_wpTarget.lock(), &m_state); }
+    void Undo() override { m_functions.fnSwap(m_wpTarget.lock(), &m_state); }
+    void Redo() override { m_functions.fnSwap(m_wpTarget.lock(), &m_state); }
+
+protected:
+    size_t CountBytes() const override { return m_functions.fnCount(m_wpTarget.lock(), m_state); }
 
 private:
     boost::weak_ptr<T> m_wpTarget;
     S m_state;
-    TSwap m_fnSwap;
+    TFunctions m_functions;
 };
 
 /// Saves a state for the time of an operation: one that leaves before Commit gets the saved state back.
 template <class T, class S>
 class CSymmetricHistoryHelper : boost::noncopyable {
 public:
-    using TSwap = typename CSymmetricHistory<T, S>::TSwap;
+    using TFunctions = typename CSymmetricHistory<T, S>::TFunctions;
 
-    CSymmetricHistoryHelper(const boost::shared_ptr<T>& spTarget, S state, TSwap fnSwap)
-        : m_spTarget(spTarget), m_state(std::move(state)), m_fnSwap(fnSwap) {}
+    CSymmetricHistoryHelper(const boost::shared_ptr<T>& spTarget, S state, TFunctions functions)
+        : m_spTarget(spTarget), m_state(std::move(state)), m_functions(functions) {}
     virtual ~CSymmetricHistoryHelper() {
-        if (m_bArmed) m_fnSwap(m_spTarget, &m_state);
+        if (m_bArmed) m_functions.fnSwap(m_spTarget, &m_state);
     }
     /// The operation is done: registers its action. One that cannot be registered is taken back.
     void Commit(std::wstring strName, CHistoryStream& history) {
         const auto spHistory = boost::make_shared<CSymmetricHistory<T, S>>(std::move(strName), m_spTarget,
-                                                                           std::move(m_state), m_fnSwap);
+                                                                           std::move(m_state), m_functions);
         m_bArmed = false;
         try {
             history.Register(spHistory);
@@ -54,6 +66,6 @@ public:
 private:
     boost::shared_ptr<T> m_spTarget;
     S m_state;
-    TSwap m_fnSwap;
+    TFunctions m_functions;
     bool m_bArmed = true;
 };

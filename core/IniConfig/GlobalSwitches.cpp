@@ -26,6 +26,7 @@ void TGlobalSwitches::Load(CIniConfig& config) {
     m_bFastScroll = readFlag(L"FastScroll", defaults.m_bFastScroll);
     m_bEnableSSE2 = readFlag(L"EnableSSE2", defaults.m_bEnableSSE2);
     m_nMaxHistory = std::max(spSection->GetInt(L"MaxHistory", defaults.m_nMaxHistory), 1);
+    m_nHistoryMegabytes = std::max(spSection->GetInt(L"HistoryMegabytes", defaults.m_nHistoryMegabytes), 1);
     m_nAutoSave = std::clamp(spSection->GetInt(L"AutoSaveSeconds", defaults.m_nAutoSave), 0, SECONDS_A_DAY);
 }
 
@@ -37,5 +38,6 @@ void TGlobalSwitches::Save(CIniConfig& config) const {
     spSection->SetInt(L"FastScroll", m_bFastScroll);
     spSection->SetInt(L"EnableSSE2", m_bEnableSSE2);
     spSection->SetInt(L"MaxHistory", m_nMaxHistory);
+    spSection->SetInt(L"HistoryMegabytes", m_nHistoryMegabytes);
     spSection->SetInt(L"AutoSaveSeconds", m_nAutoSave);
 }

@@ -58,6 +58,15 @@ public:
     /// The layer's extra dirty flags, null when it has none.
     virtual boost::shared_ptr<CBoolMatrix> GetChangeMatrix() const { return {}; }
     virtual CSerializer Serialize() const = 0;
+    /// A copy of the layer and of all below it for a canvas of this size, in no tree yet. Tiles are shared,
+    /// so that it costs next to nothing until something is drawn. Strokes in progress are not copied.
+    boost::shared_ptr<CLayerBuffer> CreateFullCopy(const TCanvasPtr& spCanvas) const;
+    /// Memory of the content here and below that `pTwin`, a tree of the same shape, does not share; all of it
+    /// for null. Pictures that can be painted anew do not count.
+    size_t GetBytes(const CLayerBuffer* pTwin) const;
+    /// Gives the memory of the pictures here and below back: they are painted anew when they are next asked
+    /// for. For a layer that is in no tree. Never throws.
+    virtual void DropCaches();
     /// Takes strokes in this layer and below one slice of time further and merges the complete stroke of that
     /// number once it is rendered; true when a redraw is due.
     virtual bool UpdateStrokes(uint64_t uNumber);
@@ -115,6 +124,8 @@ public:
     /// Exchanges the child list with `lst`. A child that was active and left is followed by the last of those
     /// that took its place. Null does nothing.
     static void SwapChildren(const TLayerPtr& spLayer, TLayerList* pList);
+    /// Memory of those in the list that are no children of `spLayer`; 0 for null.
+    static size_t GetBytesBeside(const TLayerPtr& spLayer, const TLayerList& lst);
     /// The layer, this one or below, that has `layer` as its child; null when none has.
     TLayerPtr FindParentOf(const CLayerBuffer& layer);
     const TLayerList& GetChildren() const { return m_lstChildren; }
@@ -159,6 +170,12 @@ protected:
     /// False while nothing of this layer can show, so that its flags stay with it.
     virtual bool PassesFlags() const { return true; }
 
+    /// An empty layer of this kind.
+    virtual boost::shared_ptr<CLayerBuffer> CreateLike(const TCanvasPtr& spCanvas) const = 0;
+    /// Takes the content of `other`, a layer of this kind and size, over: what CreateFullCopy copies.
+    virtual void CopyContent(const CLayerBuffer& other);
+    /// GetBytes of this layer alone.
+    virtual size_t GetOwnBytes(const CLayerBuffer*) const { return 0; }
     /// The chunk part that every layer has.
     CSerializer SerializeBase() const;
     void DeserializeBase(CDeserializer& reader);

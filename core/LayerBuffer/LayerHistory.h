@@ -12,15 +12,20 @@ class CAddDelLayerHistory : public CHistory {
 public:
     CAddDelLayerHistory(const TLayerPtr& spParent, int idxLayer, const TLayerPtr& spLayer)
         : CHistory(bAdd ? L"レイヤー追加" : L"レイヤー削除"), m_wpParent(spParent),
-          m_bActive(spParent->GetActiveChild() == spLayer), m_idxLayer(idxLayer), m_spLayer(spLayer) {}
+          m_bActive(spParent->GetActiveChild() == spLayer), m_bHolds(!bAdd), m_idxLayer(idxLayer),
+          m_spLayer(spLayer) {}
 
     void Undo() override { Apply(!bAdd); }
     void Redo() override { Apply(bAdd); }
+
+protected:
+    size_t CountBytes() const override { return m_bHolds ? m_spLayer->GetBytes(nullptr) : 0; }
 
 private:
     void Apply(bool bInsert) {
         const TLayerPtr spParent = m_wpParent.lock();
         if (!spParent) return;
+        m_bHolds = !bInsert;
         if (bInsert) {
             spParent->AddLayer(m_spLayer, m_idxLayer, false);
             if (m_bActive) spParent->SetActiveChild(m_spLayer);
@@ -32,6 +37,7 @@ private:
 
     boost::weak_ptr<CLayerBuffer> m_wpParent;
     bool m_bActive; ///< the layer was its parent's active child when it was last in the tree
+    bool m_bHolds;  ///< the layer is in no tree
     int m_idxLayer;
     TLayerPtr m_spLayer;
 };

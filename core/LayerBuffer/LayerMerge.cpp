@@ -18,8 +18,8 @@ void ReplaceChildren(const TLayerPtr& spParent, const TLayerPtr& pLayer, const T
     *iter = pMerged;
     if (pLast != pLayer) lstMerged.remove(pLast);
     CLayerBuffer::SwapChildren(spParent, &lstMerged);
-    CSymmetricHistoryHelper<CLayerBuffer, TLayerList> helper(spParent, std::move(lstMerged),
-                                                             CLayerBuffer::SwapChildren);
+    CSymmetricHistoryHelper<CLayerBuffer, TLayerList> helper(
+        spParent, std::move(lstMerged), {CLayerBuffer::SwapChildren, CLayerBuffer::GetBytesBeside});
     helper.Commit(pszLabel, spParent->GetCanvas()->GetHistory());
 }
 

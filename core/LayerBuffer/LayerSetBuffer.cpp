@@ -42,6 +42,8 @@ void CLayerSetBuffer::Deserialize(CDeserializer& reader, const TCanvasPtr& spCan
     reader.ExpectEnd();
 }
 
+TLayerPtr CLayerSetBuffer::CreateLike(const TCanvasPtr& spCanvas) const { return CreateLayerSet(spCanvas); }
+
 boost::shared_ptr<CLayerSetBuffer> CreateLayerSet(const TCanvasPtr& spCanvas) {
     auto spLayer = boost::make_shared<CLayerSetBuffer>();
     spLayer->Create(spCanvas);

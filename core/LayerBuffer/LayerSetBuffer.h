@@ -16,6 +16,7 @@ public:
     bool canBeMergedWith(const CLayerBuffer&) const override { return false; }
 
 protected:
+    boost::shared_ptr<CLayerBuffer> CreateLike(const TCanvasPtr& spCanvas) const override;
     /// Its draw buffer is never used.
     bool IsPictureCached(bool) const override { return false; }
     bool IsClipping() const override { return false; }

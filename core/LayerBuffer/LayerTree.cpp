@@ -48,6 +48,7 @@ void CLayerBuffer::RemoveLayer(TLayerPtr spLayer, bool bHistory) {
         GetCanvas()->GetHistory().Register(
             boost::make_shared<CAddDelLayerHistory<false>>(shared_from_this(), idx, spLayer));
     Detach(idx);
+    spLayer->DropCaches();
 }
 
 void CLayerBuffer::MoveLayer(TLayerPtr spLayer, const TLayerPtr& spParent, int idxLayer, bool bHistory) {
@@ -78,7 +79,50 @@ void CLayerBuffer::SwapChildren(const TLayerPtr& spLayer, TLayerList* pList) {
         const auto last = std::mismatch(lstNow.rbegin(), lstNow.rend(), pList->rbegin(), pList->rend()).first;
         spLayer->SetActiveChild(last == lstNow.rend() ? TLayerPtr() : *last);
     }
+    for (const TLayerPtr& spGone : *pList)
+        if (spLayer->IndexOf(*spGone) < 0) spGone->DropCaches();
     spLayer->MarkAllDirty();
+}
+
+size_t CLayerBuffer::GetBytesBeside(const TLayerPtr& spLayer, const TLayerList& lst) {
+    size_t nBytes = 0;
+    for (const TLayerPtr& spOther : lst)
+        if (spLayer && spLayer->IndexOf(*spOther) < 0) nBytes += spOther->GetBytes(nullptr);
+    return nBytes;
+}
+
+void CLayerBuffer::DropCaches() {
+    m_pDrawBuffer->Clear();
+    m_pThumbnail->Clear();
+    MarkAllDirty();
+    for (const TLayerPtr& spChild : m_lstChildren) spChild->DropCaches();
+}
+
+TLayerPtr CLayerBuffer::CreateFullCopy(const TCanvasPtr& spCanvas) const {
+    const TLayerPtr spCopy = CreateLike(spCanvas);
+    spCopy->CopyContent(*this);
+    return spCopy;
+}
+
+void CLayerBuffer::CopyContent(const CLayerBuffer& other) {
+    m_strName = other.m_strName;
+    m_bVisible = other.m_bVisible;
+    m_pDrawBuffer->SetOpacity(other.GetOpacity());
+    const TLayerPtr spActive = other.GetActiveChild();
+    for (const TLayerPtr& spChild : other.m_lstChildren) {
+        m_lstChildren.push_back(spChild->CreateFullCopy(GetCanvas()));
+        if (spChild == spActive) m_wpActive = m_lstChildren.back();
+    }
+}
+
+size_t CLayerBuffer::GetBytes(const CLayerBuffer* pTwin) const {
+    // Of another shape, the trees have nothing to compare.
+    const bool bTwin = pTwin && pTwin->m_lstChildren.size() == m_lstChildren.size();
+    size_t nBytes = GetOwnBytes(pTwin);
+    auto itTwin = bTwin ? pTwin->m_lstChildren.begin() : TLayerList::const_iterator();
+    for (const TLayerPtr& spChild : m_lstChildren)
+        nBytes += spChild->GetBytes(bTwin ? (itTwin++)->get() : nullptr);
+    return nBytes;
 }
 
 TLayerPtr CLayerBuffer::FindParentOf(const CLayerBuffer& layer) {

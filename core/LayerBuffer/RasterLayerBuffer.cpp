@@ -226,6 +226,23 @@ void CRasterLayerBuffer::Deserialize(CDeserializer& reader, const TCanvasPtr& sp
     SetRaster(spPlane);
 }
 
+TLayerPtr CRasterLayerBuffer::CreateLike(const TCanvasPtr& spCanvas) const {
+    return CreateRasterLayer(spCanvas);
+}
+
+void CRasterLayerBuffer::CopyContent(const CLayerBuffer& other) {
+    CLayerBuffer::CopyContent(other);
+    const auto& raster = dynamic_cast<const CRasterLayerBuffer&>(other);
+    SetRaster(raster.m_pRaster->ShallowCopy());
+    m_pMask = boost::static_pointer_cast<CAlphaBufferImpl<uint8_t>>(raster.m_pMask->ShallowCopy());
+}
+
+size_t CRasterLayerBuffer::GetOwnBytes(const CLayerBuffer* pTwin) const {
+    const auto* pRaster = dynamic_cast<const CRasterLayerBuffer*>(pTwin);
+    return m_pRaster->GetBytes(pRaster ? pRaster->m_pRaster.get() : nullptr) +
+           m_pMask->GetBytes(pRaster ? pRaster->m_pMask.get() : nullptr);
+}
+
 boost::shared_ptr<CRasterLayerBuffer> CreateRasterLayer(const TCanvasPtr& spCanvas) {
     auto spLayer = boost::make_shared<CRasterLayerBuffer>();
     spLayer->Create(spCanvas);

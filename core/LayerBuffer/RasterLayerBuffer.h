@@ -43,6 +43,11 @@ public:
     uint64_t GetNextStroke() const override;
     bool IsBehind() const override;
 
+protected:
+    boost::shared_ptr<CLayerBuffer> CreateLike(const TCanvasPtr& spCanvas) const override;
+    void CopyContent(const CLayerBuffer& other) override;
+    size_t GetOwnBytes(const CLayerBuffer* pTwin) const override;
+
 private:
     // A complete stroke.
     struct TQueuedStroke {

@@ -26,6 +26,13 @@ public:
     void Undo() override { Swap(); }
     void Redo() override { Swap(); }
 
+protected:
+    size_t CountBytes() const override {
+        size_t nBytes = 0;
+        for (const auto& [pt, spTile] : m_vTiles) nBytes += spTile ? spTile->GetBytes() : 0;
+        return nBytes;
+    }
+
 private:
     void Swap() {
         const auto spRaster = m_wpRaster.lock();

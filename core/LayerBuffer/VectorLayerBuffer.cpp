@@ -103,9 +103,7 @@ int CVectorLayerBuffer::RemovePath(const CPathObject& path) {
     return idx;
 }
 
-void CVectorLayerBuffer::InvalidatePath(const CRect& rc) {
-    m_pCoverage->MarkDirty(PixelsOf(rc));
-}
+void CVectorLayerBuffer::InvalidatePath(const CRect& rc) { m_pCoverage->MarkDirty(PixelsOf(rc)); }
 
 void CVectorLayerBuffer::SetLayerColor(TColor color, bool bHistory) {
     if (bHistory && color != GetLayerColor())
@@ -143,6 +141,37 @@ void CVectorLayerBuffer::Deserialize(CDeserializer& reader, const TCanvasPtr& sp
         InsertPath(spPath);
     }
     reader.ExpectEnd();
+}
+
+void CVectorLayerBuffer::DropCaches() {
+    CLayerBuffer::DropCaches();
+    m_pCoverage->Clear();
+    m_pCoverage->GetDirty().Fill(true);
+}
+
+TLayerPtr CVectorLayerBuffer::CreateLike(const TCanvasPtr& spCanvas) const {
+    return CreateVectorLayer(spCanvas);
+}
+
+void CVectorLayerBuffer::CopyContent(const CLayerBuffer& other) {
+    CLayerBuffer::CopyContent(other);
+    const auto& vector = dynamic_cast<const CVectorLayerBuffer&>(other);
+    SetLayerColor(vector.GetLayerColor());
+    for (const auto& spPath : vector.m_lstPaths) {
+        CDeserializer chunk(spPath->Serialize());
+        const auto spCopy = CreatePathObjectByTag(chunk.GetTag());
+        spCopy->Deserialize(chunk);
+        InsertPath(spCopy);
+    }
+}
+
+size_t CVectorLayerBuffer::GetOwnBytes(const CLayerBuffer*) const {
+    constexpr size_t PATH_BYTES = 1024; // beside what the points take
+    constexpr size_t POINT_BYTES = 512; // with its share of the outline
+    size_t nBytes = 0;
+    for (const auto& spPath : m_lstPaths)
+        nBytes += PATH_BYTES + spPath->GetStream().ControlPointCount() * POINT_BYTES;
+    return nBytes;
 }
 
 boost::shared_ptr<CVectorLayerBuffer> CreateVectorLayer(const TCanvasPtr& spCanvas) {

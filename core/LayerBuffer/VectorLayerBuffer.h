@@ -36,7 +36,12 @@ public:
     /// Sets it and flags the picture; an undoable action with `bHistory`.
     void SetLayerColor(TColor color, bool bHistory = false);
 
+    void DropCaches() override;
+
 protected:
+    boost::shared_ptr<CLayerBuffer> CreateLike(const TCanvasPtr& spCanvas) const override;
+    void CopyContent(const CLayerBuffer& other) override;
+    size_t GetOwnBytes(const CLayerBuffer* pTwin) const override;
     bool IsPictureCached(bool bColor) const override {
         return m_bVisible && CLayerBuffer::IsPictureCached(bColor);
     }

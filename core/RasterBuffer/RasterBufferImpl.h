@@ -15,6 +15,13 @@ class CRasterBufferImpl : public Base {
 public:
     using TBlockPtr = boost::shared_ptr<Block>;
 
+    /// Tiles that others go on to hold have no owner any more.
+    ~CRasterBufferImpl() override {
+        m_grid.ForEachTile([&](size_t, const TBlockPtr& spBlock) {
+            if (spBlock->GetOwner() == this) spBlock->SetOwner(nullptr);
+        });
+    }
+
     void Create(CSize szBuffer, CSize szBlock) override {
         SELF_CHECK(invalid_argument, szBuffer.cx > 0 && szBuffer.cy > 0 && szBlock.cx > 0 && szBlock.cy > 0);
         const auto blocks = [](int64_t n, int64_t nBlock) {

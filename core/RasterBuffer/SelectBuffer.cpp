@@ -100,6 +100,17 @@ void CSelectBuffer::UpdateOutline() {
     m_rcBound = rcBound.IsEmpty() ? CRect(-1, -1, -1, -1) : rcBound;
 }
 
+size_t CSelectBuffer::GetBytes(const CSelectBuffer* pBeside) const {
+    size_t nBytes = m_lstOutline.size() * sizeof(TOutlineSegment);
+    m_spMask->ForEachBlock([&](CPoint pt) {
+        const CAlphaBlock8* pTile = m_spMask->FindBlock(pt);
+        const bool bShared =
+            pTile == FullSelectTile().get() || (pBeside && pBeside->GetMaskTile(pt) == pTile);
+        if (pTile && !bShared) nBytes += pTile->GetBytes();
+    });
+    return nBytes;
+}
+
 void ClearUnder(CRasterBuffer& plane, const CSelectBuffer& select) {
     const CAlphaBufferImpl<uint8_t>& mask = select.GetMask();
     SELF_CHECK(invalid_argument, plane.GetSize() == mask.GetSize() && plane.IsCompatible(mask));

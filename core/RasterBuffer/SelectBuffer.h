@@ -52,6 +52,8 @@ public:
     /// The selected pixels' bounding rectangle; all four members -1 when unknown or nothing is selected.
     const CRect& GetBound() const { return m_rcBound; }
     CSize GetCanvasSize() const { return m_szCanvas; }
+    /// Memory of the mask and of the outline that `pBeside`, if any, does not share.
+    size_t GetBytes(const CSelectBuffer* pBeside) const;
 
 private:
     using TMask = CAlphaBufferImpl<uint8_t>;

@@ -59,7 +59,7 @@ TEST(GlobalSwitches, DefaultsLimitsAndNames) {
     CMemoryFiles files;
     CIniConfig config(PATH, files);
     const auto loadAndSave = [&](const std::string& strFile) {
-        TGlobalSwitches switches{0, 0, 3, 1, 0, 99, 7};
+        TGlobalSwitches switches{0, 0, 3, 1, 0, 99, 77, 7};
         files.m_mapFiles[PATH] = strFile;
         switches.Load(config);
         files.m_mapFiles.clear();
@@ -67,11 +67,11 @@ TEST(GlobalSwitches, DefaultsLimitsAndNames) {
         return files.m_mapFiles[PATH];
     };
     EXPECT_EQ(loadAndSave(""), "[Global]\nShowOutline=1\nShowAllCtl=1\nPredStroke=1\nFastScroll=0\n"
-                               "EnableSSE2=1\nMaxHistory=10\nAutoSaveSeconds=60\n");
+                               "EnableSSE2=1\nMaxHistory=10\nHistoryMegabytes=2048\nAutoSaveSeconds=60\n");
     EXPECT_EQ(loadAndSave("[Global]\nShowOutline=0\nShowAllCtl=0\nPredStroke=9\nFastScroll=256\n"
-                          "EnableSSE2=0\nMaxHistory=0\nAutoSaveSeconds=-1\n"),
+                          "EnableSSE2=0\nMaxHistory=0\nHistoryMegabytes=-5\nAutoSaveSeconds=-1\n"),
               "[Global]\nShowOutline=0\nShowAllCtl=0\nPredStroke=3\nFastScroll=1\n"
-              "EnableSSE2=0\nMaxHistory=1\nAutoSaveSeconds=0\n");
+              "EnableSSE2=0\nMaxHistory=1\nHistoryMegabytes=1\nAutoSaveSeconds=0\n");
 }
 
 TEST(RecentDocumentList, NewestFirstAndAtMostFour) {

@@ -98,7 +98,7 @@ TEST(RasterBuffer, NothingComesFromBeyondThePlaneOrGoesThere) {
 TEST(RasterBuffer, ASwapLeavesASharedTileToItsOwner) {
     const auto spPlane = MakeColor({200, 100});
     FillBlock(*spPlane, {0, 0}, RED, 255);
-    const auto spBackup = spPlane->ShallowCopy();
+    auto spBackup = spPlane->ShallowCopy();
     FillBlock(*spBackup, {96, 0}, BLUE, 255);
     spPlane->Swap(*spBackup);
     EXPECT_EQ(PixelAt(*spPlane, {96, 0}), 0xFF000000u | BLUE);
@@ -107,6 +107,9 @@ TEST(RasterBuffer, ASwapLeavesASharedTileToItsOwner) {
     spBackup->Swap(*spPlane);
     EXPECT_EQ(spPlane->GetBlock({0, 0}, false)->GetOwner(), spPlane.get());
     EXPECT_EQ(spBackup->GetBlock({96, 0}, false)->GetOwner(), spBackup.get());
+    const auto spTile = spBackup->GetBlock({96, 0}, false);
+    spBackup.reset();
+    EXPECT_EQ(spTile->GetOwner(), nullptr) << "its owner is gone";
 }
 
 TEST(RasterBuffer, MasksTakeTheSmallerCoverage) {

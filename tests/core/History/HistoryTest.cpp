@@ -1,0 +1,67 @@
+#include "core/History/History.h"
+#include "core/IniConfig/GlobalSwitches.h"
+
+#include <boost/make_shared.hpp>
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr size_t MEGABYTE = 1 << 20;
+
+// Holds so much once it is done, and nothing while it is undone.
+class CSized : public CHistory {
+public:
+    CSized(std::wstring strName, size_t nMegabytes)
+        : CHistory(std::move(strName)), m_nMegabytes(nMegabytes) {}
+    void Undo() override { m_bDone = false; }
+    void Redo() override { m_bDone = true; }
+
+protected:
+    size_t CountBytes() const override { return m_bDone ? m_nMegabytes * MEGABYTE : 0; }
+
+private:
+    size_t m_nMegabytes;
+    bool m_bDone = true;
+};
+
+class HistoryBudget : public testing::Test {
+protected:
+    HistoryBudget() { g_Switches.m_nHistoryMegabytes = 4; }
+    ~HistoryBudget() override { g_Switches.m_nHistoryMegabytes = TGlobalSwitches().m_nHistoryMegabytes; }
+
+    void Do(const wchar_t* pszName, size_t nMegabytes) {
+        m_history.Register(boost::make_shared<CSized>(pszName, nMegabytes));
+    }
+    // The labels of the list from the oldest on, its first line in front.
+    std::wstring Labels() const {
+        std::wstring str = m_history.GetInitialName();
+        for (auto it = m_history.GetUndoList().rbegin(); it != m_history.GetUndoList().rend(); ++it)
+            str += L" " + (*it)->GetName();
+        return str;
+    }
+
+    CHistoryStream m_history;
+};
+
+} // namespace
+
+TEST_F(HistoryBudget, TheOldestGoAndTheNewestStays) {
+    for (const wchar_t* pszName : {L"a", L"b", L"c"}) Do(pszName, 1);
+    EXPECT_EQ(Labels(), L"<< 初期状態 >> a b c");
+    Do(L"d", 2); // just as much as there may be
+    EXPECT_EQ(Labels(), L"a b c d");
+    Do(L"e", 9);
+    EXPECT_EQ(Labels(), L"d e");
+    Do(L"f", 0);
+    EXPECT_EQ(Labels(), L"e f");
+}
+
+TEST_F(HistoryBudget, ActionsAreMeasuredAnewWhenTheyAreUndoneAndDoneAgain) {
+    Do(L"a", 3);
+    const auto spAction = m_history.GetUndoList().front();
+    EXPECT_EQ(spAction->GetBytes(), 3 * MEGABYTE);
+    m_history.Undo();
+    EXPECT_EQ(spAction->GetBytes(), 0u);
+    m_history.Redo();
+    EXPECT_EQ(spAction->GetBytes(), 3 * MEGABYTE);
+}
