@@ -14,7 +14,7 @@ namespace {
 
 constexpr int64_t MAX_CHILD = 65535;
 
-struct TLayerChange {
+struct TLayerStep {
     std::vector<size_t> vPath; ///< child indices from the root down, empty to stay with the active layer
     std::optional<std::wstring> strName;
     std::optional<bool> bVisible;
@@ -43,7 +43,7 @@ void SelectPath(CCanvasBuffer& canvas, const std::vector<size_t>& vPath) {
     canvas.SelectLayer(spLayer);
 }
 
-void Play(const TLayerChange& change) {
+void Play(const TLayerStep& change) {
     CCanvasFrame& frame = GetActiveFrame();
     CCanvasBuffer& canvas = *frame.GetCanvas();
     if (!change.vPath.empty()) SelectPath(canvas, change.vPath);
@@ -62,7 +62,7 @@ void Play(const TLayerChange& change) {
 TAction ReadLayer(const CScriptValue& value) {
     value.Object({"select", "name", "visible", "opacity"});
     if (value.GetJson().empty()) value.Refuse("must say what to select or change");
-    TLayerChange change;
+    TLayerStep change;
     if (value.Has("select")) change.vPath = ReadPath(value.At("select"));
     if (value.Has("name")) change.strName = value.At("name").Text();
     if (value.Has("visible")) change.bVisible = value.At("visible").Flag();

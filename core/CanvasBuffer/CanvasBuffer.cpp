@@ -107,6 +107,20 @@ void CCanvasBuffer::ConvertColorMode(bool bColor, bool bColorRaster) {
     GetRoot().FollowColorMode();
 }
 
+void CCanvasBuffer::Resize(CSize sz, const TLayerChange& change) {
+    SELF_CHECK(invalid_argument, sz.cx > 0 && sz.cy > 0);
+    m_size = sz;
+    GetRoot().Resize(sz, change);
+    const CSize szBlocks = GetComposite().GetBufferSize();
+    if (!(m_spCounters->GetSize() == szBlocks))
+        m_spCounters = boost::make_shared<UpdateCounterMatrix>(szBlocks);
+    if (!m_spSelect) return;
+    const auto spSelect = boost::make_shared<CSelectBuffer>(sz);
+    change.fnPlane(m_spSelect->GetMask(), spSelect->GetMask());
+    spSelect->UpdateOutline();
+    m_spSelect = spSelect->GetBound().IsEmpty() ? boost::shared_ptr<CSelectBuffer>() : spSelect;
+}
+
 CCanvasBuffer::FullBackup CCanvasBuffer::CreateFullBackup() {
     const auto& internalLayer = m_spRoot;
     SELF_CHECK(illegal_data, internalLayer);

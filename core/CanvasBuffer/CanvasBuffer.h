@@ -81,6 +81,9 @@ public:
 
     /// Gives the tree as it is, draw buffers and pixels, new kinds. Not undoable by itself.
     void ConvertColorMode(bool bColor, bool bColorRaster);
+    /// Gives the tree, the selection and the counters another size; `change` fills it. Complete strokes must
+    /// have been merged. Not undoable by itself, and a failure leaves it half done.
+    void Resize(CSize sz, const TLayerChange& change);
     /// A backup with a copy of the tree that shares its tiles. Raises internal_error when it cannot be made.
     FullBackup CreateFullBackup();
     /// Exchanges a backup with the canvas's state and flags everything. What no undo step has stays with the

@@ -1,5 +1,9 @@
 #include "core/CanvasBuffer/CanvasHistory.h"
 
+#include "core/Base/Failure.h"
+
+#include <algorithm>
+
 namespace {
 
 CCanvasBuffer::FullBackup TakeOriginal(const boost::shared_ptr<CCanvasBuffer>& spCanvas) {
@@ -47,4 +51,13 @@ bool ChangeColorMode(const boost::shared_ptr<CCanvasBuffer>& spCanvas, bool bCol
     spCanvas->ConvertColorMode(bColor, bColorRaster);
     helper.Commit();
     return true;
+}
+
+void ResizeCanvas(const boost::shared_ptr<CCanvasBuffer>& spCanvas, CSize sz, const TLayerChange& change,
+                  std::wstring strName) {
+    SELF_CHECK(invalid_argument, std::min(sz.cx, sz.cy) >= 1 && std::max(sz.cx, sz.cy) <= MAX_CANVAS_SIDE);
+    spCanvas->CompleteWork();
+    CanvasBufferHistoryHelper helper(std::move(strName), spCanvas);
+    spCanvas->Resize(sz, change);
+    helper.Commit();
 }

@@ -24,6 +24,11 @@ private:
 void ChangeSelection(const boost::shared_ptr<CCanvasBuffer>& spCanvas,
                      const boost::shared_ptr<CSelectBuffer>& spSelect, std::wstring strName);
 
+/// Gives the canvas another size, from 1 to MAX_CANVAS_SIDE on each side, with its content as `change` makes
+/// it, by an undoable action of that label.
+void ResizeCanvas(const boost::shared_ptr<CCanvasBuffer>& spCanvas, CSize sz, const TLayerChange& change,
+                  std::wstring strName);
+
 /// Changes the kinds of draw buffers and of raster layers' pixels; an undoable action. False when the canvas
 /// has them already.
 bool ChangeColorMode(const boost::shared_ptr<CCanvasBuffer>& spCanvas, bool bColor, bool bColorRaster);

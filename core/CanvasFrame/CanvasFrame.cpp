@@ -48,7 +48,9 @@ boost::shared_ptr<CCanvasFrame> CreateCanvasFrame(const boost::shared_ptr<CCanva
     return spFrame;
 }
 
-CCanvasFrame::CCanvasFrame(const boost::shared_ptr<CCanvasBuffer>& spCanvas) : m_spCanvas(spCanvas) {}
+CCanvasFrame::CCanvasFrame(const boost::shared_ptr<CCanvasBuffer>& spCanvas) : m_spCanvas(spCanvas) {
+    m_view.SetCanvasSize(m_spCanvas->GetSize());
+}
 
 bool CCanvasFrame::CreateWindowIn(IMainWindow& parent, const TCanvasWindowSetup& setup) {
     m_pWindow = g_AppModule.GetPlatform().windows.CreateCanvasWindow(parent, *this, setup);
@@ -64,7 +66,6 @@ void CCanvasFrame::OnCreate() {
     m_pWindow->SetTimer(TIMER_REFRESH, TIMER_REFRESH_MS);
     m_pWindow->SetRect(ReadPlacement(PLACEMENT_SECTION, m_pWindow->GetRect()));
     m_input.Open();
-    m_view.SetCanvasSize(m_spCanvas->GetSize());
     TViewState view;
     view.uZoom = FirstZoom(m_spCanvas->GetSize(), m_pWindow->GetClientSize());
     ApplyView(view);
@@ -100,6 +101,7 @@ bool CCanvasFrame::MayCloseUnasked() {
 }
 
 bool CCanvasFrame::HandleMessage(const TMessage& msg) {
+    FollowCanvasSize(); // a pointer's place is to be found on the canvas as it is now
     if (const auto bUsedUp = m_input.OnMessage(msg)) return *bUsedUp;
     switch (msg.id) {
     case EMessage::Close:
@@ -142,6 +144,7 @@ bool CCanvasFrame::HandleMessage(const TMessage& msg) {
 
 void CCanvasFrame::OnPaint(IPaintTarget& target, const CRect& rc) {
     Guarded([&] {
+        FollowCanvasSize();
         // The pen's events have brought the copy up to date already.
         const auto vChanged = m_bScreenOld ? RefreshScreen() : std::vector<CRect>();
         CGDIBuffer* pBuffer = m_screen.GetBuffer();
@@ -188,7 +191,14 @@ bool CCanvasFrame::IsOnlyViewOfCanvas() const {
                          [&](const auto& spFrame) { return spFrame->m_spCanvas == m_spCanvas; }) <= 1;
 }
 
+void CCanvasFrame::FollowCanvasSize() {
+    if (!m_pWindow || m_view.GetCanvasSize() == m_spCanvas->GetSize()) return;
+    m_view.SetCanvasSize(m_spCanvas->GetSize());
+    ApplyView(m_view.GetState());
+}
+
 std::vector<CRect> CCanvasFrame::RefreshScreen() {
+    FollowCanvasSize();
     auto vChanged = m_screen.Refresh(*m_spCanvas, m_view);
     m_bScreenOld = false;
     return vChanged;

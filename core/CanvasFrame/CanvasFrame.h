@@ -74,6 +74,8 @@ private:
     void OnScroll(bool bVertical, int32_t nOffset);
     std::vector<CRect> RefreshScreen();
     void RepaintChanges();
+    /// Takes the canvas's size over when another one than the view's has come about.
+    void FollowCanvasSize();
     void UpdateScrollBars();
     bool IsOnlyViewOfCanvas() const;
 

@@ -29,9 +29,11 @@ void CCanvasScreen::DrawSurround(const CScreenMap& map) {
     if (!rc.IsEmpty()) frame(rc, {rc.left - 1, rc.top - 1, rc.right + 1, rc.bottom + 1}, EDGE_GREY);
 }
 
-void CCanvasScreen::NoteChanges(const UpdateCounterMatrix& counters) {
+void CCanvasScreen::NoteChanges(const CCanvasBuffer& canvas) {
+    const UpdateCounterMatrix& counters = canvas.GetCounters();
     const CSize szBlocks = counters.GetSize();
-    if (!m_counters || !(m_counters->GetSize() == szBlocks)) {
+    // Canvases of other sizes may have grids of one size.
+    if (!m_counters || !(m_szCanvas == canvas.GetSize())) {
         m_spDirty = std::make_unique<CBoolMatrix>(szBlocks);
         m_spDirty->Fill(true);
         m_pBuffer.reset();
@@ -41,6 +43,7 @@ void CCanvasScreen::NoteChanges(const UpdateCounterMatrix& counters) {
                 if (m_counters->At(x, y) != counters.At(x, y)) m_spDirty->At(x, y) = 1;
     }
     m_counters = counters;
+    m_szCanvas = canvas.GetSize();
 }
 
 void CCanvasScreen::MarkDirty(const CScreenMap& map, const CRect& rcTarget) {
@@ -63,7 +66,7 @@ std::vector<CRect> CCanvasScreen::Refresh(CCanvasBuffer& canvas, const CCanvasVi
         return {};
     }
     canvas.FlushCanvasUpdates();
-    NoteChanges(canvas.GetCounters());
+    NoteChanges(canvas);
     const CScreenMap map(canvas.GetSize(), view.GetOrigin(), view.GetState(), szClient);
     std::vector<CRect> vChanged;
     const auto changed = [&](const CRect& rc) {

@@ -25,11 +25,12 @@ private:
     void Scroll(const CScreenMap& map, CPoint ptOrigin);
     /// Flags the blocks that a target rectangle shows.
     void MarkDirty(const CScreenMap& map, const CRect& rcTarget);
-    /// Takes the canvas's counters over and flags the blocks that moved on.
-    void NoteChanges(const UpdateCounterMatrix& counters);
+    /// Takes the canvas's size and counters over and flags the blocks that moved on.
+    void NoteChanges(const CCanvasBuffer& canvas);
 
     std::unique_ptr<CGDIBuffer> m_pBuffer;
     std::unique_ptr<CBoolMatrix> m_spDirty;        ///< per block: the screen copy is out of date
     std::optional<UpdateCounterMatrix> m_counters; ///< what this view last saw
+    CSize m_szCanvas;                              ///< the canvas's size then
     CPoint m_ptOrigin;                             ///< where the copy has the canvas
 };

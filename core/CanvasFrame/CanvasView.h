@@ -11,6 +11,7 @@ class CCanvasView {
 public:
     /// The canvas's size in pixels; the view itself is kept.
     void SetCanvasSize(CSize szCanvas) { m_szCanvas = szCanvas; }
+    CSize GetCanvasSize() const { return m_szCanvas; }
     /// Changes the view and keeps the canvas point under the window's centre there.
     void Apply(const TViewState& view, CSize szClient);
     /// Moves to a scroll offset, clamped to 0 and extent minus client on each axis.

@@ -93,10 +93,29 @@ void CLayerBuffer::CreateCaches(bool bColor) {
 }
 
 void CLayerBuffer::FollowColorMode() {
+    RenewCaches();
+    for (const TLayerPtr& spChild : m_lstChildren) spChild->FollowColorMode();
+}
+
+void CLayerBuffer::RenewCaches() {
     const uint8_t uOpacity = GetOpacity();
     CreateCaches(GetCanvas()->IsColor());
     m_pDrawBuffer->SetOpacity(uOpacity);
-    for (const TLayerPtr& spChild : m_lstChildren) spChild->FollowColorMode();
+}
+
+void CLayerBuffer::Resize(CSize sz, const TLayerChange& change) {
+    m_size = sz;
+    RenewCaches();
+    for (const TLayerPtr& spChild : m_lstChildren) spChild->Resize(sz, change);
+}
+
+void CLayerBuffer::PushBackup(TPlaneList& lstPlanes) const {
+    for (const TLayerPtr& spChild : m_lstChildren) spChild->PushBackup(lstPlanes);
+}
+
+void CLayerBuffer::SwapBackup(TPlaneList& lstPlanes, TPlaneList::iterator& itPlane) {
+    MarkAllDirty();
+    for (const TLayerPtr& spChild : m_lstChildren) spChild->SwapBackup(lstPlanes, itPlane);
 }
 
 TCanvasPtr CLayerBuffer::GetCanvas() const {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/LayerBuffer/LayerCanvas.h"
+#include "core/LayerBuffer/LayerChange.h"
 #include "core/RasterBuffer/RasterBuffer.h"
 
 #include <boost/enable_shared_from_this.hpp>
@@ -15,6 +16,7 @@
 class CLayerBuffer;
 using TLayerPtr = boost::shared_ptr<CLayerBuffer>;
 using TLayerList = std::list<TLayerPtr>;
+using TPlaneList = std::list<boost::shared_ptr<CRasterBuffer>>;
 using TCanvasPtr = boost::shared_ptr<ILayerCanvas>;
 
 /// An empty plane of the canvas's grid, colour or grey.
@@ -108,6 +110,19 @@ public:
     /// New draw buffers and thumbnails, and pixels converted, in the kinds that the canvas now has; opacities
     /// stay. Children too.
     virtual void FollowColorMode();
+    /// Gives the layer and all below it another size: new planes, filled by `change`; opacities stay, every
+    /// flag is set. The canvas must have that size already.
+    virtual void Resize(CSize sz, const TLayerChange& change);
+    /// Changes the content of the layer and of all below it.
+    void Transform(const TLayerChange& change) { Resize(m_size, change); }
+    /// Appends a copy of the pixels of every raster layer here and below, which shares their tiles.
+    virtual void PushBackup(TPlaneList& lstPlanes) const;
+    /// Exchanges the pixels of every raster layer here and below with the planes from `itPlane` on, in the
+    /// order of PushBackup, and moves `itPlane` past them.
+    virtual void SwapBackup(TPlaneList& lstPlanes, TPlaneList::iterator& itPlane);
+    /// The layer's own content as one tile of the whole canvas: pixels, or the coverage of paths. Null for
+    /// layers without content of their own.
+    virtual boost::shared_ptr<CRasterBlockBuffer> CreateFlatBlock() { return {}; }
     /// Flags every block of this layer's picture as stale.
     void MarkAllDirty() { m_pDrawBuffer->GetDirty().Fill(true); }
 
@@ -195,6 +210,7 @@ protected:
 
 private:
     void CreateCaches(bool bColor);
+    void RenewCaches();
     void ExpectRoomFor(const CLayerBuffer& layer) const;
     // Lets children paint over the layer's own content in `dest`, clipped to it where this layer clips.
     template <class Paint>

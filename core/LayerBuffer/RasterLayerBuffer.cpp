@@ -192,6 +192,29 @@ void CRasterLayerBuffer::FollowColorMode() {
     SetRaster(m_pRaster);
 }
 
+void CRasterLayerBuffer::Resize(CSize sz, const TLayerChange& change) {
+    CLayerBuffer::Resize(sz, change);
+    const auto spRaster = m_pRaster->CreateSized(sz, m_pRaster->GetBlockSize());
+    change.fnPlane(*m_pRaster, *spRaster);
+    m_pMask = ChangeMask(*m_pMask, sz, change);
+    SetRaster(spRaster);
+}
+
+void CRasterLayerBuffer::PushBackup(TPlaneList& lstPlanes) const {
+    lstPlanes.push_back(m_pRaster->ShallowCopy());
+    CLayerBuffer::PushBackup(lstPlanes);
+}
+
+void CRasterLayerBuffer::SwapBackup(TPlaneList& lstPlanes, TPlaneList::iterator& itPlane) {
+    SELF_CHECK(invalid_argument, itPlane != lstPlanes.end());
+    m_pRaster->Swap(**itPlane++);
+    CLayerBuffer::SwapBackup(lstPlanes, itPlane);
+}
+
+boost::shared_ptr<CRasterBlockBuffer> CRasterLayerBuffer::CreateFlatBlock() {
+    return m_pRaster->ExtractBlock(m_pRaster->GetRect(), false, nullptr);
+}
+
 bool CRasterLayerBuffer::canBeMergedWith(const CLayerBuffer& other) const {
     return CLayerBuffer::canBeMergedWith(other) && dynamic_cast<const CRasterLayerBuffer*>(&other);
 }

@@ -19,6 +19,10 @@ public:
     boost::shared_ptr<CRasterBlockBuffer> GetOwnTile(CPoint pt) const override;
     boost::shared_ptr<CBoolMatrix> GetChangeMatrix() const override;
     void FollowColorMode() override;
+    void Resize(CSize sz, const TLayerChange& change) override;
+    void PushBackup(TPlaneList& lstPlanes) const override;
+    void SwapBackup(TPlaneList& lstPlanes, TPlaneList::iterator& itPlane) override;
+    boost::shared_ptr<CRasterBlockBuffer> CreateFlatBlock() override;
     CSerializer Serialize() const override;
     boost::shared_ptr<CLayerBuffer> MergeWith(CLayerBuffer& other) override;
     bool canBeMergedWith(const CLayerBuffer& other) const override;

@@ -26,9 +26,25 @@ CRect PixelsOf(const CRect& rc) {
 
 void CVectorLayerBuffer::Create(const TCanvasPtr& spCanvas) {
     CLayerBuffer::Create(spCanvas);
+    CreateCoverage(0xFFFFFF);
+}
+
+void CVectorLayerBuffer::CreateCoverage(TColor color) {
     m_pCoverage = boost::make_shared<CAlphaBufferImpl<uint8_t>>();
     m_pCoverage->Create(m_size, DEFAULT_BLOCKSIZE);
+    m_pCoverage->SetColor(color);
     m_pCoverage->GetDirty().Fill(true);
+}
+
+void CVectorLayerBuffer::Resize(CSize sz, const TLayerChange& change) {
+    CLayerBuffer::Resize(sz, change);
+    CreateCoverage(GetLayerColor());
+    for (const auto& spPath : m_lstPaths) spPath->Transform(change.fnPoint);
+}
+
+boost::shared_ptr<CRasterBlockBuffer> CVectorLayerBuffer::CreateFlatBlock() {
+    m_pCoverage->ForEachBlock([&](CPoint pt) { PrepareOwn(pt); });
+    return m_pCoverage->ExtractBlock(m_pCoverage->GetRect(), false, nullptr);
 }
 
 bool CVectorLayerBuffer::PrepareOwn(CPoint pt) {

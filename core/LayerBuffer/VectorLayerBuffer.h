@@ -37,6 +37,8 @@ public:
     void SetLayerColor(TColor color, bool bHistory = false);
 
     void DropCaches() override;
+    void Resize(CSize sz, const TLayerChange& change) override;
+    boost::shared_ptr<CRasterBlockBuffer> CreateFlatBlock() override;
 
 protected:
     boost::shared_ptr<CLayerBuffer> CreateLike(const TCanvasPtr& spCanvas) const override;
@@ -47,6 +49,7 @@ protected:
     }
 
 private:
+    void CreateCoverage(TColor color);
     CRect DirtyFrom(CPoint pt) const;
     void Rasterize(const CRect& rc);
 
