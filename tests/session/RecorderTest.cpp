@@ -8,13 +8,12 @@
 namespace {
 
 // A line of the pen: down, along, and up again.
-std::string Stroke(int x, int y, int nPressure = 700, const std::string& strMore = "") {
+std::string Stroke(int x, int y, int nPressure = 700, const TWords& more = nullptr) {
     std::string strLines;
     for (int n = 0; n < 30; ++n) {
         const int p = n == 0 || n > 26 ? 0 : nPressure + n;
-        strLines += "{\"packet\":{\"x\":" + std::to_string(x + n * 61) +
-                    ",\"y\":" + std::to_string(y + n * n) + ",\"pressure\":" + std::to_string(p) + strMore +
-                    "}}\n{\"wait\":7}\n";
+        strLines +=
+            ScriptLine("packet", {{"x", x + n * 61}, {"y", y + n * n}, {"pressure", p}}, more) + Wait(7);
     }
     return strLines;
 }
@@ -41,19 +40,18 @@ protected:
 TEST_F(Recorder, StrokesOfEveryDevice) {
     ExpectSame(VIEW + Stroke(1200, 1000) + "{\"command\":12820}\n" + Stroke(900, 1200) +
                "{\"command\":57643}\n{\"command\":12812}\n" +
-               Stroke(800, 1100, 400, ",\"altitude\":600,\"eraser\":true"));
+               Stroke(800, 1100, 400, {{"altitude", 600}, {"eraser", true}}));
     EXPECT_EQ(Count("\"packet\""), 90u);
     EXPECT_EQ(m_spCanvas->GetHistory().GetUndoList().size(), 4u) << "two layers and two strokes";
     ExpectSame("{\"set\":{\"section\":\"Tablet\",\"key\":\"MouseCoord\",\"value\":0}}\n"
                "{\"tablet\":{\"units\":32,\"pressure\":65535,\"altitude\":900}}\n" +
-               VIEW + Stroke(5000, 4000, 50000, ",\"azimuth\":77,\"twist\":-9"));
+               VIEW + Stroke(5000, 4000, 50000, {{"azimuth", 77}, {"twist", -9}}));
     EXPECT_EQ(m_strRecord.find("{\"set\":"), 0u);
     // The mouse waits until the pen has been away for a second.
     const std::string strMouse = "{\"pointer\":{\"message\":\"ldown\",\"x\":250,\"y\":180}}\n"
                                  "{\"pointer\":{\"x\":300,\"y\":230,\"left\":true}}\n"
                                  "{\"pointer\":{\"message\":\"lup\",\"x\":300,\"y\":230}}\n";
-    const std::string strEcho = MarkIdle(strMouse);
-    ExpectSame(VIEW + Stroke(1300, 1000) + strEcho + "{\"wait\":1001}\n" + strMouse +
+    ExpectSame(VIEW + Stroke(1300, 1000) + MarkIdle(strMouse) + Wait(1001) + strMouse +
                "{\"wheel\":120}\n{\"keys\":[16]}\n{\"pointer\":{\"message\":\"leave\"}}\n" + strMouse);
     EXPECT_EQ(Count("ldown"), 3u);
     EXPECT_EQ(Count("\"idle\""), 3u) << "the record says that nothing took them";

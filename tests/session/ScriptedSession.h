@@ -10,15 +10,9 @@
 #include "session/Recorder.h"
 #include "session/SessionPlatform.h"
 #include "system/ImageCodecs.h"
+#include "tests/session/ScriptLines.h"
 #include "tests/support/MemoryFiles.h"
 #include "tests/support/NoPlaces.h"
-
-#include <boost/algorithm/string/replace.hpp>
-
-/// The input lines of a script, each marked as an event that nothing need take.
-inline std::string MarkIdle(const std::string& strLines) {
-    return boost::replace_all_copy(strLines, "}}", ",\"idle\":true}}");
-}
 
 class CScriptedSession {
 public:
@@ -47,6 +41,12 @@ public:
         session.SetWatch([&](const std::string& strLine) { recorder.NoteLine(strLine); });
         m_spCanvas = PlayOn(recorder.GetPlatform(), bCanvas);
         return session.GetFailure();
+    }
+    /// How much ink lies at a pixel of the active layer.
+    int InkAt(CPoint pt) const {
+        const auto spLayer = boost::dynamic_pointer_cast<CRasterLayerBuffer>(m_spCanvas->GetActiveLayer());
+        const auto spTile = spLayer->GetRaster()->GetBlock(pt, false);
+        return spTile ? spTile->GetPixelAlpha(pt - spTile->GetPosition()) : 0;
     }
     /// The bytes of the canvas's document.
     std::string GetDocument() {

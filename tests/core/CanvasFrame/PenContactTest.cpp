@@ -8,37 +8,30 @@
 
 namespace {
 
-constexpr char BRUSH[] = R"({"set":{"section":"BrushParam\\RasterBrush","key":"BrushRadius","value":8}}
-{"set":{"section":"BrushParam\\RasterBrush","key":"BlurLevel","value":100}}
-{"set":{"section":"BrushParam\\RasterEraser","key":"BrushRadius","value":8}}
-{"set":{"section":"BrushParam\\RasterEraser","key":"BlurLevel","value":100}}
-{"tool":2}
+const std::string BRUSH = SetBrush("BrushRadius", 8) + SetBrush("BlurLevel", 100) +
+                          SetBrush("BrushRadius", 8, "RasterEraser") +
+                          SetBrush("BlurLevel", 100, "RasterEraser") + R"({"tool":2}
 {"view":{"width":400,"height":400,"zoom":48,"angle":0,"flipH":false,"flipV":false,"scroll":{"x":0,"y":0}}}
 )";
-constexpr char END[] = "{\"wait\":10}\n{\"answer\":{\"box\":\"no\"}}\n";
-constexpr char AWAY[] = "{\"wait\":1000}\n"; // the mouse is heard again
-
-std::string Verb(const char* pszVerb, const char* pszWhat) {
-    return std::string("{\"") + pszVerb + "\":\"" + pszWhat + "\"}\n";
-}
-std::string Proximity(const char* psz) { return Verb("proximity", psz); }
+const std::string END = Wait(10) + LEAVE_UNSAVED;
+const std::string AWAY = Wait(1000); // the mouse is heard again
+const std::string ESCAPE = "{\"key\":{\"down\":27}}\n{\"key\":{\"up\":27}}\n";
 
 // The place at which canvas pixel (x, 75) is reported, with more words of the line.
-std::string Packet(int x, int nPressure, const std::string& strMore = {}) {
-    return "{\"packet\":{\"x\":" + std::to_string((x + 100) * 8) +
-           ",\"y\":1600,\"pressure\":" + std::to_string(nPressure) + strMore + "}}\n";
+std::string Packet(int x, int nPressure, const TWords& more = nullptr) {
+    return ScriptLine("packet", {{"x", (x + 100) * 8}, {"y", 1600}, {"pressure", nPressure}}, more);
 }
-std::string Line(int x, int nTo, int nPressure, const std::string& strMore = {}) {
+std::string Line(int x, int nTo, int nPressure, const TWords& more = nullptr) {
     std::string str;
-    for (; x <= nTo; x += 4) str += Packet(x, nPressure, strMore);
+    for (; x <= nTo; x += 4) str += Packet(x, nPressure, more);
     return str;
 }
-std::string Lift(int x, const std::string& strMore = {}) { return Line(x, x + 16, 0, strMore); }
-std::string Mouse(const char* psz, int x) {
-    return std::string("{\"pointer\":{\"message\":\"") + psz + "\",\"x\":" + std::to_string(x + 100) +
-           ",\"y\":200}}\n";
+std::string Lift(int x, const TWords& more = nullptr) { return Line(x, x + 16, 0, more); }
+std::string Mouse(const char* pszWhat, int x) {
+    return ScriptLine("pointer", {{"message", pszWhat}, {"x", x + 100}, {"y", 200}});
 }
-constexpr char ERASER[] = ",\"eraser\":true";
+std::string MouseLine(int x, int nTo) { return Mouse("ldown", x) + Mouse("move", nTo) + Mouse("lup", nTo); }
+const TWords ERASER{{"eraser", true}}, DOWN{{"message", "ldown"}}, UP{{"message", "lup"}};
 
 class PenContact : public testing::Test, protected CScriptedSession {
 protected:
@@ -52,21 +45,16 @@ protected:
         }
         return str;
     }
-    // How much ink lies at a pixel of row 75.
-    int Ink(int32_t x) const {
-        const auto spLayer = boost::dynamic_pointer_cast<CRasterLayerBuffer>(m_spCanvas->GetActiveLayer());
-        const auto spTile = spLayer->GetRaster()->GetBlock({x, 75}, false);
-        return spTile ? spTile->GetPixelAlpha(CPoint{x, 75} - spTile->GetPosition()) : 0;
-    }
+    int Ink(int32_t x) const { return InkAt({x, 75}); }
 };
 
 } // namespace
 
 TEST_F(PenContact, AnEnterOrTheOtherEndInAStrokeIsAMissedLeave) {
     // The line stays, no bar leads to the new place, and the mouse is heard afterwards.
-    const std::string strMouse = Mouse("ldown", 30) + Mouse("move", 50) + Mouse("lup", 50);
-    EXPECT_EQ(Draw(Line(20, 60, 900) + Proximity("enter") + Packet(150, 0) + Lift(160) + AWAY + strMouse),
-              "bb");
+    EXPECT_EQ(
+        Draw(Line(20, 60, 900) + Proximity("enter") + Packet(150, 0) + Lift(160) + AWAY + MouseLine(30, 50)),
+        "bb");
     EXPECT_EQ(Ink(40), 255);
     EXPECT_EQ(Ink(100), 0);
     // So it is when nothing but the contact goes on.
@@ -86,10 +74,9 @@ TEST_F(PenContact, AnEnterOrTheOtherEndInAStrokeIsAMissedLeave) {
 
 TEST_F(PenContact, AfterACancelTheRestOfTheContactDrawsNothing) {
     const std::string strAfter = Line(80, 120, 900) + Lift(124);
-    const std::string strRight = Packet(64, 900, ",\"message\":\"rdown\"");
-    for (const std::string& strCancel :
-         {std::string("{\"key\":{\"down\":27}}\n{\"key\":{\"up\":27}}\n"), strRight,
-          std::string("{\"pointer\":{\"message\":\"lost\"}}\n"), std::string("{\"tool\":2}\n")}) {
+    const std::string strRight = Packet(64, 900, {{"message", "rdown"}});
+    const std::string strLost = ScriptLine("pointer", {{"message", "lost"}});
+    for (const std::string& strCancel : {ESCAPE, strRight, strLost, ScriptLine("tool", 2)}) {
         EXPECT_EQ(Draw(Line(20, 60, 900) + strCancel + strAfter), "") << strCancel;
         // The next contact draws, and nothing leads to it from the one before.
         EXPECT_EQ(Draw(Line(20, 60, 900) + strCancel + Line(80, 120, 900) + Packet(140, 0) + strAfter), "b");
@@ -100,12 +87,11 @@ TEST_F(PenContact, AfterACancelTheRestOfTheContactDrawsNothing) {
         EXPECT_EQ(Draw(Line(20, 60, 900) + strCancel + Line(80, 120, 900, ERASER) + Lift(124)), "e");
     }
     // In the exit the line is complete.
-    EXPECT_EQ(Draw(Line(20, 60, 900) + Packet(64, 0) + "{\"key\":{\"down\":27}}\n" + strAfter), "bb");
+    EXPECT_EQ(Draw(Line(20, 60, 900) + Packet(64, 0) + ESCAPE + strAfter), "bb");
 }
 
 TEST_F(PenContact, WhileTheMouseDrawsPacketsAreReadAndDropped) {
-    const std::string strPackets = Line(120, 180, 900, ",\"idle\":true");
-    EXPECT_EQ(Draw(Mouse("ldown", 20) + strPackets + Mouse("move", 60) + Mouse("lup", 60) +
+    EXPECT_EQ(Draw(Mouse("ldown", 20) + MarkIdle(Line(120, 180, 900)) + Mouse("move", 60) + Mouse("lup", 60) +
                    "{\"expect\":{\"history\":{\"undo\":[\"レイヤー追加\",\"レイヤー追加\",\"ラスタブラシ\"],"
                    "\"redo\":[]}}}\n" +
                    Lift(60)),
@@ -113,63 +99,53 @@ TEST_F(PenContact, WhileTheMouseDrawsPacketsAreReadAndDropped) {
     EXPECT_EQ(Ink(40), 255);
     EXPECT_EQ(Ink(150), 0);
     // Those of the other end change no tool.
-    const std::string strEraser = Line(120, 180, 900, std::string(ERASER) + ",\"idle\":true");
-    EXPECT_EQ(Draw(Mouse("ldown", 20) + strEraser + Mouse("move", 60) + Mouse("lup", 60)), "b");
+    EXPECT_EQ(Draw(Mouse("ldown", 20) + MarkIdle(Line(120, 180, 900, ERASER)) + Mouse("lup", 60)), "b");
     // A leave meanwhile ends the contact that was cancelled before: the pen's next line is drawn.
-    EXPECT_EQ(Draw(Line(20, 60, 900) + "{\"key\":{\"down\":27}}\n{\"key\":{\"up\":27}}\n" + AWAY +
-                   Mouse("ldown", 20) + Proximity("leave") + Mouse("move", 60) + Mouse("lup", 60) +
-                   Line(80, 120, 900) + Lift(124)),
+    EXPECT_EQ(Draw(Line(20, 60, 900) + ESCAPE + AWAY + Mouse("ldown", 20) + Proximity("leave") +
+                   Mouse("lup", 60) + Line(80, 120, 900) + Lift(124)),
               "bb");
     // An end that goes meanwhile gives the tip its tool back.
-    EXPECT_EQ(Draw(Proximity("eraser") + AWAY + Mouse("ldown", 20) + Proximity("leave") + Mouse("move", 60) +
-                   Mouse("lup", 60) + AWAY + Mouse("ldown", 20) + Mouse("move", 60) + Mouse("lup", 60)),
+    EXPECT_EQ(Draw(Proximity("eraser") + AWAY + Mouse("ldown", 20) + Proximity("leave") + Mouse("lup", 60) +
+                   AWAY + MouseLine(20, 60)),
               "eb");
 }
 
 TEST_F(PenContact, SilenceAfterALiftEndsAStrokeAndSilenceInContactDoesNot) {
     const std::string strLine = Line(20, 60, 900);
-    const auto strokes = [](int n) {
-        return std::string("{\"expect\":{\"enabled\":{\"57643\":") + (n ? "true" : "false") + "}}}\n";
-    };
-    EXPECT_EQ(Draw(strLine + Packet(64, 0) + "{\"wait\":299}\n" + strokes(0) + "{\"wait\":1}\n" + strokes(1)),
-              "b");
-    EXPECT_EQ(Draw(strLine + "{\"wait\":5000}\n" + strokes(0) + Line(64, 100, 900) + Lift(104)), "b");
+    const auto strokes = [](int n) { return ScriptLine("expect", {{"enabled", {{"57643", n != 0}}}}); };
+    EXPECT_EQ(Draw(strLine + Packet(64, 0) + Wait(299) + strokes(0) + Wait(1) + strokes(1)), "b");
+    EXPECT_EQ(Draw(strLine + Wait(5000) + strokes(0) + Line(64, 100, 900) + Lift(104)), "b");
     EXPECT_EQ(Ink(90), 255);
     // A packet between begins the time anew.
-    const std::string strLong = "{\"set\":{\"section\":\"BrushParam\\\\RasterBrush\",\"key\":\"StrokeOut\","
-                                "\"value\":2}}\n{\"tool\":2}\n";
-    EXPECT_EQ(Draw(strLong + strLine + Packet(64, 0) + "{\"wait\":200}\n" + Packet(68, 0) +
-                   "{\"wait\":299}\n" + strokes(0)),
+    EXPECT_EQ(Draw(SetBrush("StrokeOut", 2) + "{\"tool\":2}\n" + strLine + Packet(64, 0) + Wait(200) +
+                   Packet(68, 0) + Wait(299) + strokes(0)),
               "b");
 }
 
 TEST_F(PenContact, ATipThatReportsItsTouchAndItsLiftAloneDrawsADot) {
-    const std::string strDown = Packet(60, 900, ",\"message\":\"ldown\"");
-    const std::string strUp = Packet(60, 0, ",\"message\":\"lup\"");
-    EXPECT_EQ(Draw(Packet(30, 0) + strDown + strUp), "b");
+    const std::string strDot = Packet(60, 900, DOWN) + Packet(60, 0, UP);
+    EXPECT_EQ(Draw(Packet(30, 0) + strDot), "b");
     EXPECT_EQ(Ink(60), 255);
     EXPECT_EQ(Ink(45), 0);
     // The touch that made the window active draws nothing, however light it begins.
-    const std::string strTouch = "{\"pointer\":{\"message\":\"touch\"}}\n";
-    const std::string strLight = Packet(60, 2, ",\"message\":\"ldown\"");
-    EXPECT_EQ(Draw(strTouch + strLight + Line(64, 100, 900) + strUp + AWAY), "");
-    EXPECT_EQ(Draw(strTouch + strLight + Line(64, 100, 900) + strUp + strDown + strUp), "b");
-    EXPECT_EQ(Draw(strTouch + strLight + strUp + strDown + strUp), "b")
-        << "a touch too light to be a contact";
+    const std::string strTouch = ScriptLine("pointer", {{"message", "touch"}}) + Packet(60, 2, DOWN);
+    const std::string strLine = Line(64, 100, 900) + Packet(60, 0, UP);
+    EXPECT_EQ(Draw(strTouch + strLine + AWAY), "");
+    EXPECT_EQ(Draw(strTouch + strLine + strDot), "b");
+    EXPECT_EQ(Draw(strTouch + Packet(60, 0, UP) + strDot), "b") << "a touch too light to be a contact";
     const std::string strClick = Mouse("ldown", 30) + Mouse("lup", 30);
-    EXPECT_EQ(Draw("{\"pointer\":{\"message\":\"activate\"}}\n" + strClick), "");
-    EXPECT_EQ(Draw("{\"pointer\":{\"message\":\"activate\"}}\n" + strClick + strClick), "b");
+    const std::string strActivate = ScriptLine("pointer", {{"message", "activate"}});
+    EXPECT_EQ(Draw(strActivate + strClick), "");
+    EXPECT_EQ(Draw(strActivate + strClick + strClick), "b");
 }
 
 TEST_F(PenContact, ThePenIsKnownToAnEighthOfAPixelAlsoWhereTheCursorCounts) {
     for (const int nMouseCoord : {0, 1})
         for (const int nEighths : {0, 4}) {
             const std::string strCoord =
-                "{\"set\":{\"section\":\"Tablet\",\"key\":\"MouseCoord\",\"value\":" +
-                std::to_string(nMouseCoord) + "}}\n";
-            const std::string strAt =
-                "{\"packet\":{\"x\":" + std::to_string(160 * 8 + nEighths) + ",\"y\":1600,\"pressure\":";
-            EXPECT_EQ(Play(strCoord + BRUSH + strAt + "900}}\n" + strAt + "0}}\n" + END), "");
+                ScriptLine("set", {{"section", "Tablet"}, {"key", "MouseCoord"}, {"value", nMouseCoord}});
+            const TWords at{{"x", 160 * 8 + nEighths}};
+            EXPECT_EQ(Play(strCoord + BRUSH + Packet(0, 900, at) + Packet(0, 0, at) + END), "");
             // A dot on a pixel's edge and one on its centre are symmetric about it.
             for (int n = 0; n < 7; ++n)
                 EXPECT_EQ(Ink(60 + n), Ink((nEighths ? 60 : 59) - n)) << nMouseCoord << nEighths << n;
@@ -178,7 +154,7 @@ TEST_F(PenContact, ThePenIsKnownToAnEighthOfAPixelAlsoWhereTheCursorCounts) {
 }
 
 TEST_F(PenContact, AContactThatDrewNothingDrawsNothingInTheNextWindow) {
-    EXPECT_EQ(Draw(std::string("{\"command\":12800}\n") + BRUSH +
+    EXPECT_EQ(Draw(ScriptLine("command", 12800) + BRUSH +
                    "{\"activate\":0}\n{\"layer\":{\"visible\":false}}\n" + Line(20, 60, 900) +
                    "{\"layer\":{\"visible\":true}}\n{\"activate\":1}\n" + Line(80, 120, 900) + Lift(124)),
               "");

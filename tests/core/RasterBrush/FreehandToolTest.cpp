@@ -9,30 +9,25 @@
 
 namespace {
 
+std::string Pen(int x, int y, int nPressure) {
+    return ScriptLine("pen", {{"x", x * 8}, {"y", y * 8}, {"pressure", nPressure}});
+}
+
 // A pen line from left to right, `nPoints` steps of 4 pixels, and its lift.
-std::string PenLine(int x, int y, int nPoints, int nPressure) {
+std::string PenLine(int x, int y, int nPoints, int nPressure, int nLifted = 4) {
     std::string str;
-    const auto pen = [&](int nX, int nP) {
-        str += "{\"pen\":{\"x\":" + std::to_string(nX * 8) + ",\"y\":" + std::to_string(y * 8) +
-               ",\"pressure\":" + std::to_string(nP) + "}}\n";
-    };
-    for (int n = 0; n < nPoints; ++n) pen(x + n * 4, nPressure);
-    for (int n = 0; n < 4; ++n) pen(x + (nPoints + n) * 4, 0);
+    for (int n = 0; n < nPoints + nLifted; ++n) str += Pen(x + n * 4, y, n < nPoints ? nPressure : 0);
     return str;
 }
 
-constexpr char BRUSH[] = R"({"set":{"section":"BrushParam\\RasterBrush","key":"BrushRadius","value":12}}
-{"tool":2}
-)";
-
-constexpr char END[] = "{\"answer\":{\"box\":\"no\"}}\n";
+const std::string BRUSH = SetBrush("BrushRadius", 12) + "{\"tool\":2}\n";
 
 class FreehandTools : public testing::Test {
 protected:
     // Plays a script; the state of the document at its end.
     std::string Digest(const std::string& strScript) {
         CScriptedSession session;
-        EXPECT_EQ(session.Play(strScript + "{\"wait\":10}\n{\"dump\":\"/d\"}\n" + END), "");
+        EXPECT_EQ(session.Play(strScript + Wait(10) + "{\"dump\":\"/d\"}\n" + LEAVE_UNSAVED), "");
         const std::string strState = session.m_files.m_mapFiles[L"/d"];
         return strState.substr(strState.find("\"pixels\""), 60);
     }
@@ -42,9 +37,7 @@ protected:
 
 TEST_F(FreehandTools, EscapeCancelsAndALeavingPenCommits) {
     const std::string strBlank = Digest(BRUSH);
-    std::string strHalf = BRUSH + PenLine(20, 50, 20, 700);
-    strHalf.resize(strHalf.find("\"pressure\":0}"));
-    strHalf.resize(strHalf.rfind("{\"pen\""));
+    const std::string strHalf = BRUSH + PenLine(20, 50, 20, 700, 0);
     const std::string strMove = "{\"pointer\":{\"message\":\"move\",\"x\":9,\"y\":9,\"idle\":true}}\n";
     EXPECT_EQ(Digest(strHalf + strMove + "{\"key\":{\"down\":27}}\n"), strBlank);
     // The pen leaving commits what it drew.
@@ -52,7 +45,7 @@ TEST_F(FreehandTools, EscapeCancelsAndALeavingPenCommits) {
     EXPECT_EQ(session.Play(strHalf + R"({"proximity":"leave"}
 {"wait":10}
 {"expect":{"history":{"undo":["レイヤー追加","レイヤー追加","ラスタブラシ"],"redo":[]}}}
-)" + END),
+)" + LEAVE_UNSAVED),
               "");
     // While a stroke runs there is nothing to undo.
     EXPECT_NE(session.Play(strHalf + "{\"command\":57643}\n").find("is disabled"), std::string::npos);
@@ -60,15 +53,10 @@ TEST_F(FreehandTools, EscapeCancelsAndALeavingPenCommits) {
 
 TEST_F(FreehandTools, XAloneSwapsTheColours) {
     for (const auto& [nHeld, nBrush] : {std::pair{VK_Shift, 255}, {VK_Control, 0}, {VK_Alt, 0}}) {
-        const std::string strHeld = std::to_string(nHeld);
         CScriptedSession session;
-        EXPECT_EQ(session.Play(R"({"set":{"section":"BrushParam\\RasterBrush","key":"BackColor","value":255}}
-{"tool":2}
-{"key":{"down":)" + strHeld +
-                               "}}\n{\"key\":{\"down\":88}}\n{\"key\":{\"up\":" + strHeld + R"(}}
-{"pointer":{"x":9,"y":9}}
-)" + END),
-                  "");
+        const std::string strKeys = ScriptLine("key", {{"down", nHeld}}) + "{\"key\":{\"down\":88}}\n" +
+                                    ScriptLine("key", {{"up", nHeld}}) + "{\"pointer\":{\"x\":9,\"y\":9}}\n";
+        EXPECT_EQ(session.Play(SetBrush("BackColor", 255) + "{\"tool\":2}\n" + strKeys + LEAVE_UNSAVED), "");
         CIniConfig config(L"/settings/Vellumcraft/Vellumcraft.ini", session.m_files);
         EXPECT_EQ(config.GetSection(L"BrushParam")->GetSection(L"RasterBrush")->GetInt(L"BrushColor", 0),
                   nBrush)
@@ -78,18 +66,15 @@ TEST_F(FreehandTools, XAloneSwapsTheColours) {
 
 TEST_F(FreehandTools, MouseDrawsAtFullPressureAndNotBesideThePen) {
     const auto mouse = [](const char* psz, int x, int y) {
-        return std::string("{\"mouse\":{\"message\":\"") + psz + "\",\"x\":" + std::to_string(x * 8) +
-               ",\"y\":" + std::to_string(y * 8) + "}}\n";
+        return ScriptLine("mouse", {{"message", psz}, {"x", x * 8}, {"y", y * 8}});
     };
     const std::string strStroke = mouse("move", 20, 20) + mouse("ldown", 20, 20) + mouse("move", 60, 20) +
                                   mouse("move", 100, 30) + mouse("lup", 100, 30);
     const std::string strBlank = Digest(BRUSH);
     EXPECT_NE(Digest(BRUSH + strStroke), strBlank);
     // Within a second of the pen it is the pen's own echo.
-    const std::string strPen = "{\"pen\":{\"x\":8,\"y\":8,\"pressure\":0}}\n";
-    const std::string strEcho = MarkIdle(strStroke);
-    EXPECT_EQ(Digest(BRUSH + strPen + strEcho), strBlank);
-    EXPECT_NE(Digest(BRUSH + strPen + "{\"wait\":1000}\n" + strStroke), strBlank);
+    EXPECT_EQ(Digest(BRUSH + Pen(1, 1, 0) + MarkIdle(strStroke)), strBlank);
+    EXPECT_NE(Digest(BRUSH + Pen(1, 1, 0) + Wait(1000) + strStroke), strBlank);
     // The eraser takes paint away and leaves an empty layer alone.
     EXPECT_EQ(Digest("{\"tool\":3}\n" + strStroke), strBlank);
     EXPECT_NE(Digest(BRUSH + strStroke + "{\"tool\":3}\n" + strStroke), Digest(BRUSH + strStroke));
@@ -102,13 +87,10 @@ TEST_F(FreehandTools, AHundredStrokesAreTheSameInEveryFormOfTheKernels) {
     std::string strScript;
     for (int n = 0; n < 100; ++n) {
         constexpr const char* TOOLS[]{"RasterBrush", "RasterPencil", "RasterEraser"};
-        const std::string strHead =
-            std::string(R"({"set":{"section":"BrushParam\\)") + TOOLS[n % 3] + R"(","key":")";
         const std::pair<const char*, int> aValues[]{
             {"BrushRadius", 1 + n * 7 % 60}, {"BlurLevel", n * 25 % 125}, {"BrushAlpha", 255 - n * 2},
             {"Spray", n % 4 * 20},           {"WaveEnable", n % 2},       {"WaveDistMax", 3}};
-        for (const auto& [pszKey, nValue] : aValues)
-            strScript += strHead + pszKey + R"(","value":)" + std::to_string(nValue) + "}}\n";
+        for (const auto& [pszKey, nValue] : aValues) strScript += SetBrush(pszKey, nValue, TOOLS[n % 3]);
         strScript += std::string("{\"tool\":") + "283"[n % 3] + "}\n" +
                      PenLine(n % 50, 5 + n, 12 + n % 10, 300 + n * 7);
     }

@@ -6,41 +6,29 @@
 namespace {
 
 // A hard brush with a radius of 6 pixels at full pressure.
-constexpr char BRUSH[] = R"({"set":{"section":"BrushParam\\RasterBrush","key":"BrushRadius","value":12}}
-{"set":{"section":"BrushParam\\RasterBrush","key":"BlurLevel","value":100}}
-{"tool":2}
-)";
+const std::string BRUSH = SetBrush("BrushRadius", 12) + SetBrush("BlurLevel", 100) + "{\"tool\":2}\n";
 constexpr char OFF[] = R"({"answer":{"dialog":"CConfigDialog","tapDot":false}}
 {"command":13300}
 )";
-constexpr char END[] = "{\"wait\":10}\n{\"dump\":\"/d\"}\n{\"answer\":{\"box\":\"no\"}}\n";
 
-std::string Set(const char* pszKey, int nValue) {
-    return std::string(R"({"set":{"section":"BrushParam\\RasterBrush","key":")") + pszKey + R"(","value":)" +
-           std::to_string(nValue) + "}}\n{\"tool\":2}\n";
-}
+std::string Set(const char* pszKey, int nValue) { return SetBrush(pszKey, nValue) + "{\"tool\":2}\n"; }
 
 // Positions in eighths of a pixel.
-std::string Pen(int x, int nPressure, int y = 400) {
-    return "{\"pen\":{\"x\":" + std::to_string(x) + ",\"y\":" + std::to_string(y) +
-           ",\"pressure\":" + std::to_string(nPressure) + "}}\n";
+std::string Pen(int x, int nPressure) {
+    return ScriptLine("pen", {{"x", x}, {"y", 400}, {"pressure", nPressure}});
 }
-std::string Mouse(const char* psz, int x) {
-    return std::string("{\"mouse\":{\"message\":\"") + psz + "\",\"x\":" + std::to_string(x) +
-           ",\"y\":400}}\n";
+std::string Mouse(const char* pszWhat, int x) {
+    return ScriptLine("mouse", {{"message", pszWhat}, {"x", x}, {"y", 400}});
 }
 
 class Tap : public testing::Test, protected CScriptedSession {
 protected:
     // How much ink lies at each pixel of row 50 after a script, and how many strokes the history has.
     void Draw(const std::string& strScript) {
-        ASSERT_EQ(Play(BRUSH + strScript + END), "");
+        ASSERT_EQ(Play(BRUSH + strScript + Wait(10) + LEAVE_UNSAVED), "");
         m_nStrokes = m_spCanvas->GetHistory().GetUndoList().size() - 2; // the layers' own steps
-        const auto spLayer = boost::dynamic_pointer_cast<CRasterLayerBuffer>(m_spCanvas->GetActiveLayer());
-        m_vInk.assign(200, 0);
-        for (int32_t x = 0; x < 200; ++x)
-            if (const auto spTile = spLayer->GetRaster()->GetBlock({x, 50}, false))
-                m_vInk[static_cast<size_t>(x)] = spTile->GetPixelAlpha(CPoint{x, 50} - spTile->GetPosition());
+        m_vInk.clear();
+        for (int32_t x = 0; x < 200; ++x) m_vInk.push_back(InkAt({x, 50}));
     }
     // The pixels from the first to the last that have ink, for a stroke that left some.
     std::pair<int, int> Extent() const {
