@@ -83,29 +83,39 @@ TEST(RasterStroke, OpacityIsALimitAndTinyStrokesAreDrawn) {
 }
 
 TEST(RasterStroke, ThePredictionIsShownAndWipedAndNeverKept) {
-    CVirtualClock clock;
-    CStrokeRandom random;
-    TStrokeSetup setup{.szCanvas = {600, 600}, .bErase = true, .clock = clock, .random = random};
-    setup.param.BrushRadius = 8;
-    setup.nPredict = 3;
-    CRasterBrushStroke stroke(setup);
-    for (int n = 0; n < 8; ++n) stroke.AddCtlPoint({400 + 160 * n, 400}, 1024, 90);
-    ASSERT_TRUE(stroke.Update());
-    ASSERT_NE(&stroke.GetDisplay(), &stroke.GetMain());
-    EXPECT_TRUE(stroke.GetDisplay().IsErase());
-    const auto at = [&](CAlphaBufferBase& plane, CPoint pt) {
-        return ValuesOf(plane)[static_cast<size_t>(pt.y * 600 + pt.x)];
-    };
-    const CPoint ptAhead{370, 50}; // behind the last point, where ten more would be
-    EXPECT_GT(at(stroke.GetDisplay(), ptAhead), 20000);
-    EXPECT_EQ(at(stroke.GetMain(), ptAhead), 0);
-    stroke.GetDisplay().GetDirty().Fill(false);
-    for (int n = 0; n < 8; ++n) stroke.AddCtlPoint({1520, 400 + 160 * n}, 1024, 90);
-    ASSERT_TRUE(stroke.Update());
-    EXPECT_EQ(at(stroke.GetDisplay(), ptAhead), 0);
-    EXPECT_TRUE(stroke.GetDisplay().DirtyAt(ptAhead) && stroke.GetDisplay().GetBlock(ptAhead, false));
-    EXPECT_GT(at(stroke.GetDisplay(), {60, 50}), 20000);
-    EXPECT_FALSE(stroke.GetDisplay().DirtyAt({60, 50})) << "what stays is not painted again";
+    // What it is wiped by: a line that turns away, or the last point, before the end is drawn.
+    for (const bool bEnd : {false, true}) {
+        CRunningClock clock(0);
+        CStrokeRandom random;
+        TStrokeSetup setup{.szCanvas = {600, 600}, .bErase = true, .clock = clock, .random = random};
+        setup.param.BrushRadius = 8;
+        setup.nPredict = 3;
+        CRasterBrushStroke stroke(setup);
+        for (int n = 0; n < 8; ++n) stroke.AddCtlPoint({400 + 160 * n, 400}, 1024, 90);
+        ASSERT_TRUE(stroke.Update());
+        ASSERT_NE(&stroke.GetDisplay(), &stroke.GetMain());
+        EXPECT_TRUE(stroke.GetDisplay().IsErase());
+        const auto at = [&](CAlphaBufferBase& plane, CPoint pt) {
+            return ValuesOf(plane)[static_cast<size_t>(pt.y * 600 + pt.x)];
+        };
+        const CPoint ptAhead{370, 50}; // behind the last point, where ten more would be
+        EXPECT_GT(at(stroke.GetDisplay(), ptAhead), 20000);
+        EXPECT_EQ(at(stroke.GetMain(), ptAhead), 0);
+        stroke.GetDisplay().GetDirty().Fill(false);
+        if (bEnd) {
+            clock.uPace = 9; // the stroke's end is drawn only after many updates
+            stroke.AddCtlPoint({0, 0}, FINAL_PRESSURE, 90);
+            EXPECT_EQ(at(stroke.GetDisplay(), ptAhead), 0);
+        } else {
+            for (int n = 0; n < 8; ++n) stroke.AddCtlPoint({1520, 400 + 160 * n}, 1024, 90);
+        }
+        ASSERT_EQ(stroke.Update(), !bEnd);
+        EXPECT_EQ(at(stroke.GetDisplay(), ptAhead), 0);
+        EXPECT_TRUE(stroke.GetDisplay().DirtyAt(ptAhead) &&
+                    (bEnd || stroke.GetDisplay().GetBlock(ptAhead, false)));
+        EXPECT_GT(at(stroke.GetDisplay(), {60, 50}), 20000) << "the line itself stays";
+        EXPECT_FALSE(!bEnd && stroke.GetDisplay().DirtyAt({60, 50})) << "what stays is not painted again";
+    }
 }
 
 TEST(RasterStroke, APredictionThatNeverFitsItsTimeIsShownInTheEnd) {
@@ -141,31 +151,6 @@ TEST(RasterStroke, TheEndIsNoPointOfTheWobble) {
     for (const int x : {80, 160, 240}) stroke.AddCtlPoint({x, 80}, 1024, 90);
     stroke.AddCtlPoint({0, 0}, FINAL_PRESSURE, 90);
     for (const auto& lst : stroke.GetWobble().GetLists()) EXPECT_EQ(lst.size(), 3u);
-}
-
-TEST(RasterStroke, ThePredictionGoesWithTheLastPoint) {
-    CRunningClock clock(0);
-    CStrokeRandom random;
-    CRasterBrushStroke stroke({.szCanvas = {600, 200},
-                               .param = {.BrushRadius = 8},
-                               .clock = clock,
-                               .random = random,
-                               .nPredict = 3});
-    for (int n = 0; n < 8; ++n) stroke.AddCtlPoint({400 + 160 * n, 400}, 1024, 90);
-    ASSERT_TRUE(stroke.Update());
-    const auto shown = [&](CPoint pt) {
-        return ValuesOf(stroke.GetDisplay())[static_cast<size_t>(pt.y * 600 + pt.x)];
-    };
-    const CPoint ptAhead{370, 50};
-    ASSERT_GT(shown(ptAhead), 20000);
-    stroke.GetDisplay().GetDirty().Fill(false);
-    clock.uPace = 9; // the stroke's end is drawn only after many updates
-    stroke.AddCtlPoint({0, 0}, FINAL_PRESSURE, 90);
-    EXPECT_EQ(shown(ptAhead), 0);
-    EXPECT_TRUE(stroke.GetDisplay().DirtyAt(ptAhead));
-    ASSERT_FALSE(stroke.Update());
-    EXPECT_EQ(shown(ptAhead), 0);
-    EXPECT_GT(shown({150, 50}), 20000) << "the line itself stays";
 }
 
 TEST(RasterStroke, WithoutAWindowTheLineReachesItsNewestPoint) {
