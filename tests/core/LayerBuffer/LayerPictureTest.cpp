@@ -219,13 +219,6 @@ boost::shared_ptr<CRasterStroke> MakeLine(CSize sz, int x0, int x1, int y, bool 
     return spStroke;
 }
 
-// A line is drawn on a layer from its first point to its last; it is rendered and merged later.
-void DrawLine(CRasterLayerBuffer& layer, const boost::shared_ptr<CRasterStroke>& spStroke) {
-    layer.SetStroke(spStroke);
-    spStroke->AddCtlPoint({0, 0}, FINAL_PRESSURE, 90);
-    layer.QueueStroke();
-}
-
 boost::shared_ptr<CSelectBuffer> SelectColumns(int32_t nLeft, int32_t nRight) {
     const auto spSelect = boost::make_shared<CSelectBuffer>(SIZE);
     for (int32_t y = 0; y < SIZE.cy; ++y)
@@ -234,111 +227,105 @@ boost::shared_ptr<CSelectBuffer> SelectColumns(int32_t nLeft, int32_t nRight) {
     return spSelect;
 }
 
+class StrokeInProgress : public testing::Test {
+protected:
+    // A line is drawn on a layer from its first point to its last; it is rendered and merged later.
+    static void Draw(CRasterLayerBuffer& layer, const boost::shared_ptr<CRasterStroke>& spStroke) {
+        layer.SetStroke(spStroke);
+        spStroke->AddCtlPoint({0, 0}, FINAL_PRESSURE, 90);
+        layer.QueueStroke();
+    }
+    uint32_t AlphaAt(CPoint pt) {
+        m_spCanvas->ComposeAll();
+        return PixelAt(m_spCanvas->GetComposite(), pt) >> 24;
+    }
+    void UpdateUntilShown(CPoint pt) {
+        for (int n = 0; n < 1000 && AlphaAt(pt) < 255; ++n) m_spCanvas->Update();
+        EXPECT_EQ(AlphaAt(pt), 255u);
+    }
+
+    boost::shared_ptr<CCanvasBuffer> m_spCanvas = MakePage(SIZE);
+    boost::shared_ptr<CRasterLayerBuffer> m_spLayer =
+        boost::static_pointer_cast<CRasterLayerBuffer>(m_spCanvas->GetActiveLayer());
+    CHistoryStream& m_history = m_spCanvas->GetHistory();
+};
+
 } // namespace
 
-TEST(StrokeInProgress, IsCutByTheSelectionItWasDrawnUnder) {
-    const auto spCanvas = MakePage(SIZE);
-    const auto spLayer = boost::static_pointer_cast<CRasterLayerBuffer>(spCanvas->GetActiveLayer());
-    const auto alphas = [&](int y) {
-        spCanvas->ComposeAll();
-        std::array<uint32_t, 2> a;
-        for (int n : {0, 1}) a[n] = PixelAt(spCanvas->GetComposite(), {n ? 140 : 60, y}) >> 24;
-        return a;
-    };
-    spCanvas->SetSelect(SelectColumns(20, 100));
-    DrawLine(*spLayer, MakeLine(SIZE, 20, 160, 30));
-    spCanvas->SetSelect({});
-    DrawLine(*spLayer, MakeLine(SIZE, 20, 160, 90));
-    spCanvas->SetSelect(SelectColumns(120, 200));
-    while (spCanvas->GetHistory().GetUndoList().empty()) {
-        ASSERT_EQ(alphas(30)[1], 0u) << "nor does it show there before";
-        ASSERT_TRUE(spCanvas->Update());
+TEST_F(StrokeInProgress, IsCutByTheSelectionItWasDrawnUnder) {
+    m_spCanvas->SetSelect(SelectColumns(20, 100));
+    Draw(*m_spLayer, MakeLine(SIZE, 20, 160, 30));
+    m_spCanvas->SetSelect({});
+    Draw(*m_spLayer, MakeLine(SIZE, 20, 160, 90));
+    m_spCanvas->SetSelect(SelectColumns(120, 200));
+    while (m_history.GetUndoList().empty()) {
+        ASSERT_EQ(AlphaAt({140, 30}), 0u) << "nor does it show there before";
+        ASSERT_TRUE(m_spCanvas->Update());
     }
-    spCanvas->CompleteWork();
-    EXPECT_EQ(alphas(30), (std::array{255u, 0u}));
-    EXPECT_EQ(alphas(90), (std::array{255u, 255u}));
+    m_spCanvas->CompleteWork();
+    EXPECT_TRUE(AlphaAt({60, 30}) == 255 && AlphaAt({140, 30}) == 0);
+    EXPECT_TRUE(AlphaAt({60, 90}) == 255 && AlphaAt({140, 90}) == 255);
 }
 
-TEST(StrokeInProgress, EntersTheHistoryInTheOrderOfDrawingOnAllLayers) {
-    const auto spCanvas = MakePage(SIZE);
-    const auto spLow = boost::static_pointer_cast<CRasterLayerBuffer>(spCanvas->GetActiveLayer());
-    const auto spHigh = CreateRasterLayer(spCanvas);
-    spLow->AddLayer(spHigh, -1, false);
-    DrawLine(*spLow, MakeLine(SIZE, 10, 240, 30, false, L"1"));
-    DrawLine(*spHigh, MakeLine(SIZE, 10, 20, 30, false, L"2"));
-    DrawLine(*spHigh, MakeLine(SIZE, 10, 200, 60, false, L"3"));
-    DrawLine(*spLow, MakeLine(SIZE, 10, 20, 60, false, L"4"));
+TEST_F(StrokeInProgress, EntersTheHistoryInTheOrderOfDrawingOnAllLayers) {
+    const auto spHigh = CreateRasterLayer(m_spCanvas);
+    m_spLayer->AddLayer(spHigh, -1, false);
+    Draw(*m_spLayer, MakeLine(SIZE, 10, 240, 30, false, L"1"));
+    Draw(*spHigh, MakeLine(SIZE, 10, 20, 30, false, L"2"));
+    Draw(*spHigh, MakeLine(SIZE, 10, 200, 60, false, L"3"));
+    Draw(*m_spLayer, MakeLine(SIZE, 10, 20, 60, false, L"4"));
     // A change of the selection comes after them.
-    ChangeSelection(spCanvas, SelectColumns(0, 9), L"s");
+    ChangeSelection(m_spCanvas, SelectColumns(0, 9), L"s");
     std::wstring strNames;
-    for (const auto& spHistory : spCanvas->GetHistory().GetUndoList()) strNames += spHistory->GetName();
+    for (const auto& spHistory : m_history.GetUndoList()) strNames += spHistory->GetName();
     EXPECT_EQ(strNames, L"s4321");
     // Strokes of a layer that was taken out of the tree hold no others up.
-    DrawLine(*spHigh, MakeLine(SIZE, 10, 200, 60, false, L"5"));
-    DrawLine(*spLow, MakeLine(SIZE, 10, 20, 60, false, L"6"));
-    spLow->RemoveLayer(spHigh, false);
-    spCanvas->CompleteWork();
-    EXPECT_EQ(spCanvas->GetHistory().GetUndoList().front()->GetName(), L"6");
+    Draw(*spHigh, MakeLine(SIZE, 10, 200, 60, false, L"5"));
+    Draw(*m_spLayer, MakeLine(SIZE, 10, 20, 60, false, L"6"));
+    m_spLayer->RemoveLayer(spHigh, false);
+    m_spCanvas->CompleteWork();
+    EXPECT_EQ(m_history.GetUndoList().front()->GetName(), L"6");
 }
 
-TEST(StrokeInProgress, LeavesNothingOfItsPredictionOnTheScreen) {
+TEST_F(StrokeInProgress, LeavesNothingOfItsPredictionOnTheScreen) {
     for (const bool bCommit : {false, true}) {
-        const auto spCanvas = MakePage(SIZE);
-        const auto spLayer = boost::static_pointer_cast<CRasterLayerBuffer>(spCanvas->GetActiveLayer());
-        const auto tail = [&] {
-            spCanvas->ComposeAll();
-            return PixelAt(spCanvas->GetComposite(), {110, 50}) >> 24;
-        };
-        const auto spStroke = MakeLine(SIZE, 20, 80, 50, false, L"線", 3);
-        spLayer->SetStroke(spStroke);
-        for (int n = 0; n < 1000 && tail() == 0; ++n) spCanvas->Update();
-        EXPECT_EQ(tail(), 255u);
+        const auto spStroke = MakeLine(SIZE, 20, 80, bCommit ? 90 : 30, false, L"線", 3);
+        const CPoint ptTail{110, bCommit ? 90 : 30};
+        m_spLayer->SetStroke(spStroke);
+        UpdateUntilShown(ptTail);
         spStroke->AddCtlPoint({0, 0}, FINAL_PRESSURE, 90);
-        if (!bCommit) spLayer->SetStroke({});
-        if (bCommit) spLayer->QueueStroke();
-        if (bCommit) spCanvas->CompleteWork();
-        EXPECT_EQ(tail(), 0u) << bCommit;
+        if (!bCommit) m_spLayer->SetStroke({});
+        if (bCommit) m_spLayer->QueueStroke();
+        if (bCommit) m_spCanvas->CompleteWork();
+        EXPECT_EQ(AlphaAt(ptTail), 0u) << bCommit;
     }
 }
 
-TEST(StrokeInProgress, ShowsInsideTheSelectionAndIsMergedAsItWasShown) {
-    const auto spCanvas = CreateCanvas(SIZE);
-    const auto spLayer = CreateRasterLayer(spCanvas);
-    spCanvas->GetRoot().AddLayer(spLayer, -1, false);
-    const auto alpha = [&](CPoint pt) {
-        spCanvas->ComposeAll();
-        return PixelAt(spCanvas->GetComposite(), pt) >> 24;
-    };
-    spLayer->SetStroke(MakeLine(SIZE, 20, 160, 50));
-    for (int n = 0; n < 1000 && alpha({100, 50}) < 255; ++n) spCanvas->Update();
-    EXPECT_EQ(alpha({100, 50}), 255u);
+TEST_F(StrokeInProgress, ShowsInsideTheSelectionAndIsMergedAsItWasShown) {
+    m_spLayer->SetStroke(MakeLine(SIZE, 20, 160, 50));
+    UpdateUntilShown({100, 50});
     const auto spSelect = boost::make_shared<CSelectBuffer>(SIZE);
     *spSelect->GetMask().GetBlock({96, 0}, true)->GetPixelPtr({4, 50}) = 128;
-    spCanvas->SetSelect(spSelect);
-    spLayer->MarkAllDirty();
-    EXPECT_EQ(alpha({100, 50}), 128u);
-    EXPECT_EQ(alpha({101, 50}), 0u);
-    EXPECT_EQ(alpha({50, 50}), 0u); // no mask tile: nothing selected
-    spLayer->SetStroke({});         // taken away without a trace
-    EXPECT_EQ(alpha({100, 50}), 0u);
-    EXPECT_FALSE(spCanvas->GetHistory().CanUndo());
+    m_spCanvas->SetSelect(spSelect);
+    m_spLayer->MarkAllDirty();
+    EXPECT_EQ(AlphaAt({100, 50}), 128u);
+    EXPECT_EQ(AlphaAt({101, 50}), 0u);
+    EXPECT_EQ(AlphaAt({50, 50}), 0u); // no mask tile: nothing selected
+    m_spLayer->SetStroke({});         // taken away without a trace
+    EXPECT_EQ(AlphaAt({100, 50}), 0u);
+    EXPECT_FALSE(m_history.CanUndo());
     // Two strokes wait in line and are merged in their order, one step each.
-    spCanvas->SetSelect({});
-    for (const bool bErase : {false, true}) {
-        const auto spStroke = MakeLine(SIZE, bErase ? 100 : 20, 160, 50, bErase);
-        spLayer->SetStroke(spStroke);
-        spStroke->AddCtlPoint({0, 0}, FINAL_PRESSURE, 90);
-        spLayer->QueueStroke();
-    }
-    EXPECT_TRUE(spCanvas->HasPendingWork());
-    spCanvas->CompleteWork();
-    EXPECT_EQ(alpha({60, 50}), 255u);
-    EXPECT_EQ(alpha({130, 50}), 0u);
-    EXPECT_EQ(spCanvas->GetHistory().GetUndoList().size(), 2u);
-    spCanvas->GetHistory().Undo();
-    EXPECT_EQ(alpha({130, 50}), 255u);
-    spCanvas->GetHistory().Undo();
-    EXPECT_EQ(alpha({60, 50}), 0u);
+    m_spCanvas->SetSelect({});
+    for (const bool bErase : {false, true})
+        Draw(*m_spLayer, MakeLine(SIZE, bErase ? 100 : 20, 160, 50, bErase));
+    EXPECT_TRUE(m_spCanvas->HasPendingWork());
+    m_spCanvas->CompleteWork();
+    EXPECT_TRUE(AlphaAt({60, 50}) == 255 && AlphaAt({130, 50}) == 0);
+    EXPECT_EQ(m_history.GetUndoList().size(), 2u);
+    m_history.Undo();
+    EXPECT_EQ(AlphaAt({130, 50}), 255u);
+    m_history.Undo();
+    EXPECT_EQ(AlphaAt({60, 50}), 0u);
 }
 
 TEST(ColorMode, IsSeenByEveryViewAndKeepsTheTitle) {
