@@ -72,27 +72,6 @@ TEST_F(CSession, UntouchedPicturesComeBackFromWhereTheyWereManyInARow) {
             for (const bool bTransparency : {false, true}) ExpectRoundTrip(CRect(pt, sz), bTransparency);
 }
 
-TEST_F(CSession, WhatTheUserPaintsGoesBack) {
-    m_platform.AddStep([](CPlayer& player) {
-        auto& canvas = *g_lstCanvasFrame.front()->GetCanvas();
-        EXPECT_TRUE(canvas.GetHistory().CanUndo());
-        const auto spLayer = boost::dynamic_pointer_cast<CRasterLayerBuffer>(canvas.GetActiveLayer());
-        const auto spTile = spLayer->GetRaster()->GetBlock({96, 0}, true)->Clone();
-        spTile->Fill(MakeColor(1, 2, 3), 255);
-        spLayer->GetRaster()->SetBlock({96, 0}, spTile);
-        // The user's finish: closing the canvas, not the frame.
-        player.GetStage().dialogs.Push({.kind = TAnswer::EKind::Box, .box = EBoxAnswer::No});
-        player.GetStage().platform.queue.Post(
-            {g_lstCanvasFrame.front()->GetWindow(), EMessage::Close, 0, 0, {}});
-    });
-    THostPicture expected = MakePicture({5, 5, 105, 15}, false);
-    CTestHost host(expected);
-    EXPECT_EQ(host.Run(TestMain), 0);
-    for (size_t i = 0; i < 1000; ++i)
-        if (i % 100 >= 96) expected.vRed[i] = 1, expected.vGreen[i] = 2, expected.vBlue[i] = 3;
-    EXPECT_TRUE(host.GetPicture() == expected);
-}
-
 TEST_F(CSession, WhatIsErasedGoesBackOnWhiteWhereThereIsNoTransparency) {
     const auto layer = [] {
         return boost::dynamic_pointer_cast<CRasterLayerBuffer>(
