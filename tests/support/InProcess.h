@@ -1,7 +1,10 @@
 // Runs code in a process of its own, or as another user.
 #pragma once
 
+#include <csignal>
+
 #include <grp.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -12,6 +15,15 @@ bool InProcess(Body body) {
     if (id == 0) _exit(body() ? 0 : 1);
     int nStatus = 0;
     return waitpid(id, &nStatus, 0) == id && WIFEXITED(nStatus) && WEXITSTATUS(nStatus) == 0;
+}
+
+/// The same where no file can grow beyond `uBytes`.
+template <class Body>
+bool OnFullDisk(rlim_t uBytes, Body body) {
+    return InProcess([&] {
+        const rlimit limit{uBytes, uBytes};
+        return signal(SIGXFSZ, SIG_IGN) != SIG_ERR && setrlimit(RLIMIT_FSIZE, &limit) == 0 && body();
+    });
 }
 
 constexpr uid_t PLAIN_USER = 65534;

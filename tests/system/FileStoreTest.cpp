@@ -9,12 +9,10 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <csignal>
 #include <random>
 #include <set>
 #include <thread>
 
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 namespace {
@@ -117,12 +115,9 @@ TEST_F(FileStore, SaysWhyAFileCannotBeUsed) {
                write("new") == EFileFailure::FolderClosed;
     }));
     chmod(m_folder.GetPath().c_str(), 0755);
-    EXPECT_TRUE(InProcess([&] {
-        signal(SIGXFSZ, SIG_IGN);
-        const rlimit limit{65536, 65536};
-        return setrlimit(RLIMIT_FSIZE, &limit) == 0 &&
-               m_files.Replace(Path("big"), std::string(1 << 20, 'n')).GetFailure() ==
-                   EFileFailure::TooBigForDisk;
+    EXPECT_TRUE(OnFullDisk(65536, [&] {
+        return m_files.Replace(Path("big"), std::string(1 << 20, 'n')).GetFailure() ==
+               EFileFailure::TooBigForDisk;
     }));
 }
 
@@ -145,19 +140,15 @@ TEST_F(FileStore, AFailedWriteLeavesTheOldFile) {
     m_files.Replace(Path("doc"), "old");
     EXPECT_TRUE(updateFails(false));
     EXPECT_THROW(m_files.Update(Path("doc"), [](auto&) -> bool { throw std::bad_alloc(); }), std::bad_alloc);
-    EXPECT_TRUE(InProcess([&] { // as on a full disk
-        signal(SIGXFSZ, SIG_IGN);
-        const rlimit limit{65536, 65536};
-        return setrlimit(RLIMIT_FSIZE, &limit) == 0 && replaceFails();
-    }));
+    EXPECT_TRUE(OnFullDisk(65536, replaceFails));
     // A file that cannot be read is not an empty one; a lock that cannot be made is not waited for.
     for (const bool bReadable : {false, true}) {
         chmod(m_folder.GetPath().c_str(), bReadable ? 0555 : 0777);
         chmod(m_folder.File("doc").c_str(), bReadable ? 0666 : 0222);
-        EXPECT_TRUE(InProcess([&] { // rights do not hold back the superuser
+        EXPECT_TRUE(AsPlainUser(0, [&] {
             const auto timeEnd = std::chrono::steady_clock::now() + 1s;
-            return (geteuid() != 0 || seteuid(65534) == 0) && updateFails(true) &&
-                   (!bReadable || replaceFails()) && std::chrono::steady_clock::now() < timeEnd;
+            return updateFails(true) && (!bReadable || replaceFails()) &&
+                   std::chrono::steady_clock::now() < timeEnd;
         })) << bReadable;
     }
     chmod(m_folder.GetPath().c_str(), 0755);

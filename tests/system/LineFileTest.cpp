@@ -2,13 +2,10 @@
 
 #include "core/Base/Text.h"
 #include "system/FileStore.h"
+#include "tests/support/InProcess.h"
 #include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
-
-#include <csignal>
-
-#include <sys/resource.h>
 
 namespace {
 
@@ -25,14 +22,7 @@ TEST(LineFile, HoldsWholeLinesAlsoOnAFullDisk) {
     }
     CLineFile file(path);
     EXPECT_EQ(bytes("lines~"), "one\n");
-    rlimit before;
-    getrlimit(RLIMIT_FSIZE, &before);
-    std::signal(SIGXFSZ, SIG_IGN);
-    const rlimit small{10, before.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &small);
-    EXPECT_TRUE(file.Write("1234567\n"));
-    EXPECT_FALSE(file.Write("1234567\n"));
-    setrlimit(RLIMIT_FSIZE, &before);
+    EXPECT_TRUE(OnFullDisk(10, [&] { return file.Write("1234567\n") && !file.Write("1234567\n"); }));
     EXPECT_EQ(bytes("lines"), "1234567\n");
     EXPECT_FALSE(CLineFile(folder.GetPath()).Write("x\n"));
     EXPECT_EQ(CLineFile(folder.GetPath()).GetFailure(), EFileFailure::NotPlain);
