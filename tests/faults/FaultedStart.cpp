@@ -96,19 +96,3 @@ TPlayed PlayWithFailingStart(uint64_t uFail) {
         played.strWrong += "the next one: " + strNext + "\n";
     return played;
 }
-
-bool BeginWithFailingMemory(uint64_t uFail, bool& bLeft) {
-    CMemoryFiles files;
-    CNoPlaces places;
-    CUnfailingCodecs codecs(files);
-    CSessionPlatform session({files, places, places, codecs}, {});
-    bool bBegun = false;
-    try {
-        const CFailingMemory memory(uFail);
-        const CSessionScope scope(session.GetPlatform());
-        bBegun = g_AppModule.GetMessageLoop() != nullptr;
-    } catch (const std::bad_alloc&) {
-    }
-    bLeft = g_AppModule.HasPlatform();
-    return bBegun;
-}

@@ -6,7 +6,3 @@
 /// Allocation number `uFail` fails, counted from 1 from before the session to its first step; 0 lets none
 /// fail. Another session follows, for which there is memory.
 TPlayed PlayWithFailingStart(uint64_t uFail);
-
-/// Begins a session of which allocation number `uFail` fails, and ends it at once. True when it could begin;
-/// `bLeft` says whether the application believes that one still runs.
-bool BeginWithFailingMemory(uint64_t uFail, bool& bLeft);

@@ -1,7 +1,12 @@
 // Nothing that fails once breaks a session or a document.
+#include "session/SessionPlatform.h"
 #include "tests/faults/Apart.h"
 #include "tests/faults/FaultedSession.h"
 #include "tests/faults/FaultedStart.h"
+#include "tests/faults/ScopeCheck.h"
+#include "tests/faults/UnfailingCodecs.h"
+#include "tests/support/MemoryFiles.h"
+#include "tests/support/NoPlaces.h"
 
 #include <gtest/gtest.h>
 
@@ -10,9 +15,11 @@ TEST(Faults, ASessionSurvivesEveryFailedAllocation) { ExpectSurvival(80, PlayWit
 TEST(Faults, ASessionThatCannotBeginLeavesRoomForTheNext) { ExpectSurvival(80, PlayWithFailingStart); }
 
 TEST(Faults, ASessionWithoutMemoryForItsScopeHasNotBegun) {
-    uint64_t u = 1;
-    for (bool bLeft = false; !BeginWithFailingMemory(u, bLeft); ++u) ASSERT_FALSE(bLeft) << u;
-    EXPECT_GT(u, 3u) << "nothing could fail";
+    CMemoryFiles files;
+    CNoPlaces places;
+    CUnfailingCodecs codecs(files);
+    CSessionPlatform session({files, places, places, codecs}, {});
+    ExpectScopeNeedsMemory(session.GetPlatform());
 }
 
 TEST(Faults, ASessionSurvivesEveryFailureOfTheDisk) { ExpectSurvival(80, PlayOnFailingDisk); }

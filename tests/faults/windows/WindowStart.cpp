@@ -73,21 +73,3 @@ TPlayed PlayStartInWindows(uint64_t uAllocation) {
         played.strWrong += "the next one: " + next.strEnd + "\n" + next.strWrong;
     return played;
 }
-
-bool BeginInWindows(uint64_t uAllocation, bool& bLeft) {
-    CMemoryFiles files;
-    CUnfailingCodecs codecs{files};
-    CNoPlaces places;
-    CSessionSnapshots snapshots;
-    CMessageQueue queue;
-    const CQtPlatform qt(queue, files, places, places, codecs, snapshots);
-    bool bBegun = false;
-    try {
-        const CFailingMemory memory(uAllocation, {.bOwn = true});
-        const CSessionScope scope(qt.GetPlatform());
-        bBegun = g_AppModule.GetMessageLoop() != nullptr;
-    } catch (const std::bad_alloc&) {
-    }
-    bLeft = g_AppModule.HasPlatform();
-    return bBegun;
-}
