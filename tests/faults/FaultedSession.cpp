@@ -1,11 +1,13 @@
 #include "tests/faults/FaultedSession.h"
 
+#include "core/AppModule/CommandIds.h"
 #include "core/Base/Failure.h"
 #include "core/Base/Text.h"
 #include "core/ImageFile/ImageFile.h"
 #include "core/IniConfig/GlobalSwitches.h"
 #include "core/MainFrame/MainFrame.h"
 #include "core/MainFrame/SessionScope.h"
+#include "core/RasterBrush/FreehandTools.h"
 #include "session/Player.h"
 #include "session/SessionDialogs.h"
 #include "session/SessionPlatform.h"
@@ -14,6 +16,7 @@
 #include "tests/faults/FailingDisk.h"
 #include "tests/faults/FailingMemory.h"
 #include "tests/faults/UnfailingCodecs.h"
+#include "tests/session/ScriptLines.h"
 #include "tests/support/LayerPictures.h"
 #include "tests/support/MemoryFiles.h"
 #include "tests/support/NoPlaces.h"
@@ -23,84 +26,39 @@
 
 namespace {
 
-// The first two lines make the document.
-constexpr char SCRIPT[] = R"({"answer":{"dialog":"CNewDialog","width":130,"height":100,"color":true}}
-{"command":57600}
-{"view":{"width":240,"height":180}}
-{"set":{"section":"BrushParam\\RasterBrush","key":"BrushRadius","value":5}}
-{"command":12818}
-{"tool":2}
-{"pen":{"x":80,"y":80,"pressure":300}}
-{"pen":{"x":400,"y":300,"pressure":1000}}
-{"pen":{"x":900,"y":500,"pressure":700}}
-{"proximity":"leave"}
-{"layer":{"name":"線","opacity":200}}
-{"command":57643}
-{"command":57644}
-{"command":12900}
-{"tool":8}
-{"pen":{"x":900,"y":80,"pressure":800}}
-{"pen":{"x":600,"y":400,"pressure":900}}
-{"pen":{"x":100,"y":700,"pressure":0}}
-{"pen":{"x":90,"y":720,"pressure":0}}
-{"pen":{"x":60,"y":740,"pressure":0}}
-{"pen":{"x":30,"y":760,"pressure":0}}
-{"proximity":"leave"}
-{"tool":3}
-{"wait":1200}
-{"mouse":{"message":"ldown","x":500,"y":100}}
-{"mouse":{"x":500,"y":600}}
-{"mouse":{"message":"lup","x":500,"y":600}}
-{"save":"a.vlm"}
-{"command":12904}
-{"command":57643}
-{"command":57644}
-{"command":12904}
-{"command":12905}
-{"command":12901}
-{"command":12902}
-{"command":12900}
-{"command":12903}
-{"layer":{"select":[1]}}
-{"command":12906}
-{"command":13100}
-{"command":57643}
-{"command":57644}
-{"command":13101}
-{"command":13102}
-{"command":57643}
-{"command":57643}
-{"command":57643}
-{"command":57643}
-{"command":57643}
-{"command":57644}
-{"command":12815}
-{"command":12803}
-{"panel":{"id":12815,"control":6,"value":200}}
-{"command":12812}
-{"command":12820}
-{"command":12800}
-{"tool":2}
-{"pen":{"x":80,"y":600,"pressure":300}}
-{"pen":{"x":700,"y":300,"pressure":1000}}
-{"mouse":{"message":"rdown","x":0,"y":0}}
-{"wait":700}
-{"command":57602}
-{"export":"a.png"}
-{"export":"a.psd"}
-{"save":"a.vlm"}
-{"open":"a.png"}
-{"close":"frame"}
-{"open":"paths.vlm"}
-{"layer":{"select":[0]}}
-{"command":12906}
-{"command":57643}
-{"close":"frame"}
-{"command":57643}
-{"layer":{"opacity":77}}
-{"save":"b.vlm"}
-)";
-constexpr size_t MAKING_LINES = 2;
+std::string Mouse(const char* pszWhat, int x, int y) {
+    return ScriptLine("mouse", {{"message", pszWhat}, {"x", x}, {"y", y}});
+}
+std::string Save(const char* pszFile) { return ScriptLine("save", pszFile); }
+std::string Open(const char* pszFile) { return ScriptLine("open", pszFile); }
+std::string SelectLayer(int idx) { return ScriptLine("layer", {{"select", {idx}}}); }
+const std::string CLOSE = ScriptLine("close", "frame");
+
+// These two lines make the document.
+const std::string MAKING =
+    R"({"answer":{"dialog":"CNewDialog","width":130,"height":100,"color":true}}
+)" + Commands({ID_FILE_NEW});
+const std::string SCRIPT =
+    MAKING + ScriptLine("view", {{"width", 240}, {"height", 180}}) + SetBrush("BrushRadius", 5) +
+    Commands({ID_PREDICTION_FIRST + 2}) + Tool(TOOL_BRUSH) +
+    PenAt({{80, 80, 300}, {400, 300, 1000}, {900, 500, 700}}) + Proximity("leave") +
+    ScriptLine("layer", {{"name", "線"}, {"opacity", 200}}) +
+    Commands({ID_EDIT_UNDO, ID_EDIT_REDO, ID_LAYER_NEW_RASTER}) + Tool(TOOL_PENCIL) +
+    PenAt({{900, 80, 800}, {600, 400, 900}, {100, 700, 0}, {90, 720, 0}, {60, 740, 0}, {30, 760, 0}}) +
+    Proximity("leave") + Tool(TOOL_ERASER) + Wait(1200) + Mouse("ldown", 500, 100) + Mouse("move", 500, 600) +
+    Mouse("lup", 500, 600) + Save("a.vlm") +
+    Commands({ID_LAYER_CLIPPING, ID_EDIT_UNDO, ID_EDIT_REDO, ID_LAYER_CLIPPING, ID_LAYER_MERGE_DOWN,
+              ID_LAYER_NEW_VECTOR, ID_LAYER_NEW_SET, ID_LAYER_NEW_RASTER, ID_LAYER_DELETE}) +
+    SelectLayer(1) +
+    Commands({ID_LAYER_RASTERIZE, ID_MODE_GREY, ID_EDIT_UNDO, ID_EDIT_REDO, ID_MODE_RGB, ID_MODE_LIGHT,
+              ID_EDIT_UNDO, ID_EDIT_UNDO, ID_EDIT_UNDO, ID_EDIT_UNDO, ID_EDIT_UNDO, ID_EDIT_REDO,
+              ID_PANEL_COLOR, ID_PANEL_TOOL_OPTION}) +
+    ScriptLine("panel", {{"id", ID_PANEL_COLOR}, {"control", 6}, {"value", 200}}) +
+    Commands({ID_VIEW_ROTATE_RIGHT, ID_ZOOM_IN, ID_VIEW_NEW}) + Tool(TOOL_BRUSH) +
+    PenAt({{80, 600, 300}, {700, 300, 1000}}) + Mouse("rdown", 0, 0) + Wait(700) + Commands({ID_FILE_CLOSE}) +
+    ScriptLine("export", "a.png") + ScriptLine("export", "a.psd") + Save("a.vlm") + Open("a.png") + CLOSE +
+    Open("paths.vlm") + SelectLayer(0) + Commands({ID_LAYER_RASTERIZE, ID_EDIT_UNDO}) + CLOSE +
+    Commands({ID_EDIT_UNDO}) + ScriptLine("layer", {{"opacity", 77}}) + Save("b.vlm");
 
 struct CUnfailing {
     CUnfailingMemory memory;
@@ -203,7 +161,8 @@ private:
             };
         }
         const auto look = [this](auto fn) { return [this, fn](CPlayer&) { Unfailing(fn); }; };
-        script.vSteps.insert(script.vSteps.begin() + MAKING_LINES, {2, look([this] { m_check.Begin(); })});
+        script.vSteps.insert(script.vSteps.begin() + std::ranges::count(MAKING, '\n'),
+                             {2, look([this] { m_check.Begin(); })});
         script.vSteps.push_back({99, look([this] { m_check.End(m_fnList()); })});
         return script;
     }

@@ -4,7 +4,9 @@
 #include <boost/algorithm/string/replace.hpp>
 #include <nlohmann/json.hpp>
 
+#include <array>
 #include <string>
+#include <vector>
 
 using TWords = nlohmann::json;
 
@@ -14,6 +16,22 @@ inline std::string ScriptLine(const char* pszVerb, TWords value, const TWords& m
     return TWords{{pszVerb, value}}.dump() + "\n";
 }
 
+/// The commands of these ids, one after the other.
+inline std::string Commands(const std::vector<int>& vIds) {
+    std::string str;
+    for (const int nId : vIds) str += ScriptLine("command", nId);
+    return str;
+}
+
+/// What the pen reports: x and y in eighths of a pixel, and its pressure.
+inline std::string PenAt(const std::vector<std::array<int, 3>>& vReports) {
+    std::string str;
+    for (const auto& [x, y, nPressure] : vReports)
+        str += ScriptLine("pen", {{"x", x}, {"y", y}, {"pressure", nPressure}});
+    return str;
+}
+
+inline std::string Tool(int nTool) { return ScriptLine("tool", nTool); }
 inline std::string Wait(int nMilliseconds) { return ScriptLine("wait", nMilliseconds); }
 inline std::string Proximity(const char* pszWhat) { return ScriptLine("proximity", pszWhat); }
 

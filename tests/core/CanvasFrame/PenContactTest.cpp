@@ -76,7 +76,7 @@ TEST_F(PenContact, AfterACancelTheRestOfTheContactDrawsNothing) {
     const std::string strAfter = Line(80, 120, 900) + Lift(124);
     const std::string strRight = Packet(64, 900, {{"message", "rdown"}});
     const std::string strLost = ScriptLine("pointer", {{"message", "lost"}});
-    for (const std::string& strCancel : {ESCAPE, strRight, strLost, ScriptLine("tool", 2)}) {
+    for (const std::string& strCancel : {ESCAPE, strRight, strLost, Tool(2)}) {
         EXPECT_EQ(Draw(Line(20, 60, 900) + strCancel + strAfter), "") << strCancel;
         // The next contact draws, and nothing leads to it from the one before.
         EXPECT_EQ(Draw(Line(20, 60, 900) + strCancel + Line(80, 120, 900) + Packet(140, 0) + strAfter), "b");
@@ -117,8 +117,8 @@ TEST_F(PenContact, SilenceAfterALiftEndsAStrokeAndSilenceInContactDoesNot) {
     EXPECT_EQ(Draw(strLine + Wait(5000) + strokes(0) + Line(64, 100, 900) + Lift(104)), "b");
     EXPECT_EQ(Ink(90), 255);
     // A packet between begins the time anew.
-    EXPECT_EQ(Draw(SetBrush("StrokeOut", 2) + "{\"tool\":2}\n" + strLine + Packet(64, 0) + Wait(200) +
-                   Packet(68, 0) + Wait(299) + strokes(0)),
+    EXPECT_EQ(Draw(SetBrush("StrokeOut", 2) + Tool(2) + strLine + Packet(64, 0) + Wait(200) + Packet(68, 0) +
+                   Wait(299) + strokes(0)),
               "b");
 }
 
@@ -154,15 +154,15 @@ TEST_F(PenContact, ThePenIsKnownToAnEighthOfAPixelAlsoWhereTheCursorCounts) {
 }
 
 TEST_F(PenContact, AContactThatDrewNothingDrawsNothingInTheNextWindow) {
-    EXPECT_EQ(Draw(ScriptLine("command", 12800) + BRUSH +
-                   "{\"activate\":0}\n{\"layer\":{\"visible\":false}}\n" + Line(20, 60, 900) +
-                   "{\"layer\":{\"visible\":true}}\n{\"activate\":1}\n" + Line(80, 120, 900) + Lift(124)),
+    EXPECT_EQ(Draw(Commands({ID_VIEW_NEW}) + BRUSH + "{\"activate\":0}\n{\"layer\":{\"visible\":false}}\n" +
+                   Line(20, 60, 900) + "{\"layer\":{\"visible\":true}}\n{\"activate\":1}\n" +
+                   Line(80, 120, 900) + Lift(124)),
               "");
 }
 
 TEST_F(PenContact, TheOtherEndsToolGoesBackWhicheverWindowHearsIt) {
-    const std::string strSecond = "{\"command\":12800}\n";
-    EXPECT_EQ(Draw(strSecond + "{\"activate\":0}\n" + Proximity("eraser") + "{\"activate\":1}\n" +
-                   Proximity("leave") + "{\"activate\":0}\n" + Line(20, 60, 900) + Lift(64)),
+    EXPECT_EQ(Draw(Commands({ID_VIEW_NEW}) + "{\"activate\":0}\n" + Proximity("eraser") +
+                   "{\"activate\":1}\n" + Proximity("leave") + "{\"activate\":0}\n" + Line(20, 60, 900) +
+                   Lift(64)),
               "b");
 }

@@ -9,9 +9,7 @@
 
 namespace {
 
-std::string Pen(int x, int y, int nPressure) {
-    return ScriptLine("pen", {{"x", x * 8}, {"y", y * 8}, {"pressure", nPressure}});
-}
+std::string Pen(int x, int y, int nPressure) { return PenAt({{x * 8, y * 8, nPressure}}); }
 
 // A pen line from left to right, `nPoints` steps of 4 pixels, and its lift.
 std::string PenLine(int x, int y, int nPoints, int nPressure, int nLifted = 4) {
@@ -20,7 +18,7 @@ std::string PenLine(int x, int y, int nPoints, int nPressure, int nLifted = 4) {
     return str;
 }
 
-const std::string BRUSH = SetBrush("BrushRadius", 12) + "{\"tool\":2}\n";
+const std::string BRUSH = SetBrush("BrushRadius", 12) + Tool(2);
 
 class FreehandTools : public testing::Test {
 protected:
@@ -56,7 +54,7 @@ TEST_F(FreehandTools, XAloneSwapsTheColours) {
         CScriptedSession session;
         const std::string strKeys = ScriptLine("key", {{"down", nHeld}}) + "{\"key\":{\"down\":88}}\n" +
                                     ScriptLine("key", {{"up", nHeld}}) + "{\"pointer\":{\"x\":9,\"y\":9}}\n";
-        EXPECT_EQ(session.Play(SetBrush("BackColor", 255) + "{\"tool\":2}\n" + strKeys + LEAVE_UNSAVED), "");
+        EXPECT_EQ(session.Play(SetBrush("BackColor", 255) + Tool(2) + strKeys + LEAVE_UNSAVED), "");
         CIniConfig config(L"/settings/Vellumcraft/Vellumcraft.ini", session.m_files);
         EXPECT_EQ(config.GetSection(L"BrushParam")->GetSection(L"RasterBrush")->GetInt(L"BrushColor", 0),
                   nBrush)
@@ -76,8 +74,8 @@ TEST_F(FreehandTools, MouseDrawsAtFullPressureAndNotBesideThePen) {
     EXPECT_EQ(Digest(BRUSH + Pen(1, 1, 0) + MarkIdle(strStroke)), strBlank);
     EXPECT_NE(Digest(BRUSH + Pen(1, 1, 0) + Wait(1000) + strStroke), strBlank);
     // The eraser takes paint away and leaves an empty layer alone.
-    EXPECT_EQ(Digest("{\"tool\":3}\n" + strStroke), strBlank);
-    EXPECT_NE(Digest(BRUSH + strStroke + "{\"tool\":3}\n" + strStroke), Digest(BRUSH + strStroke));
+    EXPECT_EQ(Digest(Tool(3) + strStroke), strBlank);
+    EXPECT_NE(Digest(BRUSH + strStroke + Tool(3) + strStroke), Digest(BRUSH + strStroke));
     // A hidden layer cannot be drawn on.
     const std::string strHidden = "{\"layer\":{\"visible\":false}}\n";
     EXPECT_EQ(Digest(strHidden + BRUSH + strStroke), Digest(strHidden + BRUSH));
@@ -91,7 +89,7 @@ TEST_F(FreehandTools, AHundredStrokesAreTheSameInEveryFormOfTheKernels) {
             {"BrushRadius", 1 + n * 7 % 60}, {"BlurLevel", n * 25 % 125}, {"BrushAlpha", 255 - n * 2},
             {"Spray", n % 4 * 20},           {"WaveEnable", n % 2},       {"WaveDistMax", 3}};
         for (const auto& [pszKey, nValue] : aValues) strScript += SetBrush(pszKey, nValue, TOOLS[n % 3]);
-        strScript += std::string("{\"tool\":") + "283"[n % 3] + "}\n" +
+        strScript += Tool(std::array{2, 8, 3}[static_cast<size_t>(n % 3)]) +
                      PenLine(n % 50, 5 + n, 12 + n % 10, 300 + n * 7);
     }
     const std::string strVector = Digest(strScript);

@@ -6,17 +6,15 @@
 namespace {
 
 // A hard brush with a radius of 6 pixels at full pressure.
-const std::string BRUSH = SetBrush("BrushRadius", 12) + SetBrush("BlurLevel", 100) + "{\"tool\":2}\n";
+const std::string BRUSH = SetBrush("BrushRadius", 12) + SetBrush("BlurLevel", 100) + Tool(2);
 constexpr char OFF[] = R"({"answer":{"dialog":"CConfigDialog","tapDot":false}}
 {"command":13300}
 )";
 
-std::string Set(const char* pszKey, int nValue) { return SetBrush(pszKey, nValue) + "{\"tool\":2}\n"; }
+std::string Set(const char* pszKey, int nValue) { return SetBrush(pszKey, nValue) + Tool(2); }
 
 // Positions in eighths of a pixel.
-std::string Pen(int x, int nPressure) {
-    return ScriptLine("pen", {{"x", x}, {"y", 400}, {"pressure", nPressure}});
-}
+std::string Pen(int x, int nPressure) { return PenAt({{x, 400, nPressure}}); }
 std::string Mouse(const char* pszWhat, int x) {
     return ScriptLine("mouse", {{"message", pszWhat}, {"x", x}, {"y", 400}});
 }
