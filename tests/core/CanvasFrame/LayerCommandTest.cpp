@@ -1,5 +1,4 @@
 #include "core/AppModule/CommandIds.h"
-#include "core/Base/Failure.h"
 #include "core/CanvasFrame/LayerCommands.h"
 #include "tests/support/LayerPictures.h"
 
@@ -96,15 +95,6 @@ TEST_F(LayerCommands, ClippingMovesOntoTheLayerBelowAndBack) {
     m_spCanvas->GetRoot().AddLayer(CreateRasterLayer(m_spCanvas), -1);
     Select(3);
     EXPECT_FALSE(IsEnabled(ID_LAYER_MERGE_DOWN)); // nor is anything merged into one
-}
-
-TEST_F(LayerCommands, The257thSetInASetIsRefused) {
-    for (int n = 0; n < MAX_LAYER_NESTING; ++n) Do(ID_LAYER_NEW_SET);
-    const TLayerPtr spDeepest = m_spCanvas->GetActiveLayer();
-    EXPECT_EQ(m_spCanvas->GetRoot().GetDepthOf(*spDeepest), 256);
-    m_history.SetModified(false);
-    for (const int nId : {ID_LAYER_NEW_SET, ID_LAYER_NEW_RASTER}) EXPECT_THROW(Do(nId), refused_error);
-    EXPECT_TRUE(m_spCanvas->GetActiveLayer() == spDeepest && !m_history.IsModified());
 }
 
 TEST_F(LayerCommands, ColourModesAreStatesOfTheCanvas) {

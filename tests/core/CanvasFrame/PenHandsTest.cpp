@@ -175,34 +175,28 @@ private:
         const auto mouse = [&](EMessage id, int64_t nKeys) {
             Tell(id, nKeys, PackPoint(ptWindow.x, ptWindow.y));
         };
-        switch (event.kind) {
-        case EKind::Enter:
-        case EKind::Leave:
-            return Tell(EMessage::PenProximity, event.kind == EKind::Enter, m_uCursor);
-        case EKind::Packet:
-            return packet(0xFFFF);
-        case EKind::Barrel:
-            return packet(0x20001);
-        case EKind::Escape:
-            return Tell(EMessage::KeyDown, 27);
-        case EKind::Lost:
-            return Tell(EMessage::CaptureChanged);
-        case EKind::Tool:
+        const auto switchTool = [&] {
             if (m_uCursor == 2) return;
             m_nTool = Draw(2) ? TOOL_PENCIL : TOOL_BRUSH;
             g_pMainFrame->SwitchTool(m_nTool);
-            return;
-        case EKind::Window:
-            g_lstCanvasFrame.front()->GetWindow()->Activate();
-            m_spFrame->GetWindow()->Activate();
-            return;
-        case EKind::MouseDown:
-            return mouse(EMessage::LButtonDown, MOUSE_LEFT);
-        case EKind::MouseMove:
-            return mouse(EMessage::MouseMove, MOUSE_LEFT);
-        case EKind::MouseUp:
-            return mouse(EMessage::LButtonUp, 0);
-        }
+        };
+        const auto visitOtherWindow = [&] {
+            for (const auto& spFrame : {g_lstCanvasFrame.front(), m_spFrame})
+                spFrame->GetWindow()->Activate();
+        };
+        const std::map<EKind, std::function<void()>> ACTIONS{
+            {EKind::Enter, [&] { Tell(EMessage::PenProximity, 1, m_uCursor); }},
+            {EKind::Leave, [&] { Tell(EMessage::PenProximity, 0, m_uCursor); }},
+            {EKind::Packet, [&] { packet(0xFFFF); }},
+            {EKind::Barrel, [&] { packet(0x20001); }},
+            {EKind::Escape, [&] { Tell(EMessage::KeyDown, VK_Escape); }},
+            {EKind::Lost, [&] { Tell(EMessage::CaptureChanged); }},
+            {EKind::Tool, switchTool},
+            {EKind::Window, visitOtherWindow},
+            {EKind::MouseDown, [&] { mouse(EMessage::LButtonDown, MOUSE_LEFT); }},
+            {EKind::MouseMove, [&] { mouse(EMessage::MouseMove, MOUSE_LEFT); }},
+            {EKind::MouseUp, [&] { mouse(EMessage::LButtonUp, 0); }}};
+        ACTIONS.at(event.kind)();
     }
     void Send(const TEvent& event) {
         Tell(event);
