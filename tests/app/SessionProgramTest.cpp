@@ -72,32 +72,6 @@ TEST_F(CSessionProgram, PlaysInBothDeliveries) {
         expect(2, psz, "usage: vellumcraft-session");
 }
 
-TEST_F(CSessionProgram, DocumentsKnowWhatTheirFilesLack) {
-    Write("documents", R"({"answer":{"dialog":"CNewDialog","width":30,"height":20}}
-{"command":57600}
-{"expect":{"modified":false,"layers":[{"kind":"raster","active":true}],"history":{"undo":[]}}}
-{"open":"red.png"}
-{"export":"back.png"}
-{"expect":{"title":"red.png","modified":false,"history":{"undo":[]}}}
-{"layer":{"opacity":100}}
-{"answer":{"file":"page"}}
-{"command":57603}
-{"expect":{"title":"page.vlm","modified":false}}
-{"layer":{"opacity":90}}
-{"expect":{"modified":true,"history":{"undo":["不透明度変更","不透明度変更"]}}}
-{"command":13100}
-{"save":"page.vlm"}
-{"layer":{"visible":false}}
-{"expect":{"modified":true}}
-{"command":57643}
-{"expect":{"layers":[{"visible":false}],"color":true}})");
-    QImage image(25, 20, QImage::Format_RGB32);
-    image.fill(Qt::red);
-    SavePicture("red.png", image);
-    EXPECT_EQ(Run("documents"), 0) << m_strSaid;
-    EXPECT_EQ(m_files.Read(Path("back.png"))->at(25), 2) << "R, G, B, as it came";
-}
-
 TEST_F(CSessionProgram, PlaysWhatTheFilterRecorded) {
     Write("script", R"({"set":{"section":"BrushParam\\RasterBrush","key":"BrushRadius","value":4}}
 {"layer":{"opacity":128}}

@@ -32,21 +32,6 @@ TEST_F(ScriptedDesktop, AnAnswerThatDoesNotFitIsAFailure) {
     }
 }
 
-TEST_F(ScriptedDesktop, TheScriptAnswersThePromptsOnTheWayOut) {
-    const std::string strMake = R"(
-{"answer":{"dialog":"CNewDialog","width":10,"height":10}}
-{"command":57600}
-{"layer":{"opacity":90}}
-)";
-    EXPECT_EQ(Play(strMake, false), "");
-    EXPECT_EQ(m_files.m_mapFiles.count(L"kept.vlm"), 0u);
-    EXPECT_EQ(Play(strMake + "{\"answer\":{\"box\":\"yes\"}}\n{\"answer\":{\"file\":\"kept\"}}", false), "");
-    EXPECT_EQ(m_files.m_mapFiles.count(L"kept.vlm"), 1u);
-    m_files.m_bReadOnly = true;
-    EXPECT_EQ(Play(strMake + "{\"save\":\"lost.vlm\"}\n{\"wait\":1}", false).substr(0, 16),
-              "s:5: error box: ");
-}
-
 TEST_F(ScriptedDesktop, ARecordMakesAndSavesTheSameDocuments) {
     const std::string strScript = R"(
 {"expect":{"frames":0,"enabled":{"57600":true,"57604":false}}}
