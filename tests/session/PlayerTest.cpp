@@ -205,7 +205,8 @@ TEST_F(Player, RealWindowsOnlyShowWhatIsPlayed) {
         EXPECT_TRUE(main.GetToolBarLooks().Find(57643)->bEnabled);
         EXPECT_FALSE(main.GetToolBarLooks().Find(57644)->bEnabled);
         EXPECT_EQ(main.GetActiveChild()->GetTitle(), L"名称未設定");
-        return main.GetActiveChild()->GetScroll().szExtent == CSize{1000, 700};
+        EXPECT_EQ(main.GetActiveChild()->GetScroll().szExtent, (CSize{1000, 700}));
+        return main.GetActiveChild()->GetGlass().GetPixel({9, 9})[0] != 0; // painted
     };
     EXPECT_EQ(Play(strScript + "{\"screenshot\":\"real.png\"}\n"), "");
     EXPECT_EQ(m_files.m_mapFiles[L"state.json"], strAlone);

@@ -15,7 +15,7 @@ const std::string BRUSH = SetBrush("BrushRadius", 8) + SetBrush("BlurLevel", 100
 )";
 const std::string END = Wait(10) + LEAVE_UNSAVED;
 const std::string AWAY = Wait(1000); // the mouse is heard again
-const std::string ESCAPE = "{\"key\":{\"down\":27}}\n{\"key\":{\"up\":27}}\n";
+const std::string ESCAPE = ScriptLine("key", {{"down", 27}}); // which acts at once
 
 // The place at which canvas pixel (x, 75) is reported, with more words of the line.
 std::string Packet(int x, int nPressure, const TWords& more = nullptr) {
