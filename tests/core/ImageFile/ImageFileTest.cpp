@@ -65,6 +65,15 @@ TEST_F(ImageFile, ProjectsAreKnownByNameAlone) {
     EXPECT_THROW(OpenDocument(L"picture.vlm", m_files, m_codecs), deserialize_error);
 }
 
+TEST_F(ImageFile, AFailedSaveLeavesTheDocumentUnsaved) {
+    const auto spCanvas = CreateCanvas({10, 20});
+    spCanvas->GetRoot().AddLayer(CreateRasterLayer(spCanvas), -1);
+    m_files.m_bReadOnly = true;
+    EXPECT_THROW(SaveDocument(*spCanvas, L"page.vlm", m_files), fileopen_error);
+    EXPECT_TRUE(spCanvas->GetHistory().IsModified() && spCanvas->GetPath().empty());
+    EXPECT_EQ(spCanvas->GetTitle(), L"名称未設定");
+}
+
 TEST_F(ImageFile, AFileThatCannotBeReadToItsEndIsNoCorruptOne) {
     const auto spCanvas = CreateCanvas({400, 400});
     const auto spLayer = CreateRasterLayer(spCanvas);
