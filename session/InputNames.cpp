@@ -1,5 +1,9 @@
 #include "session/InputNames.h"
 
+#include "core/Commands/Commands.h"
+
+#include <nlohmann/json.hpp>
+
 namespace {
 
 constexpr int64_t MAX_POSITION = 1 << 24;
@@ -34,6 +38,18 @@ CPoint ReadPosition(const CScriptValue& value) {
         return static_cast<int32_t>(value.At(pszKey).Integer(-MAX_POSITION, MAX_POSITION));
     };
     return {read("x"), read("y")};
+}
+
+int ReadCommandId(const CScriptValue& value) {
+    if (!value.GetJson().is_string()) return static_cast<int>(value.Integer(1, UINT16_MAX));
+    const int nId = FindCommandId(value.Utf8());
+    if (!nId) value.Refuse(value.GetJson().dump() + " names no command");
+    return nId;
+}
+
+nlohmann::json WriteCommandId(int nId) {
+    const char* pszName = FindCommandName(nId);
+    return pszName ? nlohmann::json(pszName) : nlohmann::json(nId);
 }
 
 bool ReadFlag(const CScriptValue& value, const char* pszKey) {

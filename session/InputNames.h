@@ -5,6 +5,8 @@
 #include "core/Platform/Message.h"
 #include "session/ScriptValue.h"
 
+#include <nlohmann/json_fwd.hpp>
+
 #include <span>
 
 struct TInputName {
@@ -22,6 +24,11 @@ std::span<const TInputName> GetInputNames();
 /// The member "message" of a line's object, the first name when there is none. `bPacket` leaves out what no
 /// packet tells. Raises script_error.
 const TInputName& ReadInputName(const CScriptValue& value, bool bPacket);
+
+/// A command, by its name or its id. Raises script_error.
+int ReadCommandId(const CScriptValue& value);
+/// A command as a script says it: its name, without one its id.
+nlohmann::json WriteCommandId(int nId);
 
 /// A member that is true or false, false when there is none. Raises script_error.
 bool ReadFlag(const CScriptValue& value, const char* pszKey);

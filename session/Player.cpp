@@ -4,8 +4,11 @@
 #include "core/Base/Failure.h"
 #include "core/Base/Text.h"
 #include "core/MainFrame/MainFrame.h"
+#include "session/InputNames.h"
 #include "session/SessionDialogs.h"
 #include "session/VirtualClock.h"
+
+#include <nlohmann/json.hpp>
 
 #include <algorithm>
 
@@ -78,7 +81,7 @@ void CPlayer::Close() {
 }
 
 void CPlayer::SendCommand(int nId) {
-    if (!TryCommand(nId)) throw step_failure("command " + std::to_string(nId) + " is disabled");
+    if (!TryCommand(nId)) throw step_failure("command " + WriteCommandId(nId).dump() + " is disabled");
 }
 
 bool CPlayer::TryCommand(int nId) {

@@ -1,9 +1,9 @@
 #include "session/RecordMessage.h"
 
 #include "core/AppModule/AppModule.h"
-#include "core/AppModule/CommandIds.h"
 #include "core/Base/Text.h"
 #include "core/CanvasFrame/CanvasFrame.h"
+#include "core/Commands/CommandIds.h"
 #include "core/IniConfig/RecentDocumentList.h"
 #include "core/MainFrame/MainFrame.h"
 #include "core/Platform/Pen.h"
@@ -44,13 +44,7 @@ ICanvasWindow* GetActiveWindow() {
 }
 
 int FindPanel(const IWindow* pWindow) {
-    if (!g_pMainFrame) return 0;
-    for (const int nId :
-         {ID_PANEL_TOOL_OPTION, ID_PANEL_BRUSH, ID_PANEL_TOOL, ID_PANEL_PRESS, ID_PANEL_COLOR}) {
-        const CPanel* pPanel = g_pMainFrame->GetPanels().Find(nId);
-        if (pPanel && pPanel->GetWindow() && pPanel->GetWindow() == pWindow) return nId;
-    }
-    return 0;
+    return g_pMainFrame ? g_pMainFrame->GetPanels().FindCommand(pWindow) : 0;
 }
 
 void RecordOpen(const TRecordTo& to, const std::wstring& strPath) {
@@ -70,7 +64,7 @@ void RecordCommand(const TRecordTo& to, int nId) {
         return;
     }
     to.record.Follow();
-    to.record.Write("command", nId);
+    to.record.Write("command", WriteCommandId(nId));
     // Where windows are arranged side by side each outside has its own idea of their size.
     to.record.DoubtView();
 }
@@ -98,7 +92,7 @@ void RecordPointer(const TRecordTo& to, const TInputName& name, const TMessage& 
 }
 
 void RecordPanel(const TRecordTo& to, int nPanel, const TMessage& msg) {
-    json line{{"id", nPanel}};
+    json line{{"id", WriteCommandId(nPanel)}};
     const int nView = PackedView(msg.wParam);
     const TInputName* pName = FindName(msg.id);
     if (msg.id == EMessage::KeyDown && nView != 0) {

@@ -1,5 +1,6 @@
 // The verbs "mark" and "expect": keep the document's state, compare a part of the session's.
 #include "core/Base/Text.h"
+#include "core/Commands/Commands.h"
 #include "core/MainFrame/MainFrame.h"
 #include "session/DocumentState.h"
 #include "session/Player.h"
@@ -66,16 +67,22 @@ void CheckShape(const CScriptValue& value, const json& shape) {
     }
 }
 
+// A command as a key: its name or the digits of its id.
+int ReadCommandKey(const CScriptValue& value, const std::string& strKey) {
+    int nId = 0;
+    const char* pEnd = strKey.data() + strKey.size();
+    const auto result = std::from_chars(strKey.data(), pEnd, nId);
+    if (result.ec != std::errc() || result.ptr != pEnd) nId = FindCommandId(strKey);
+    if (!nId) value.Refuse("\"" + strKey + "\" names no command");
+    return nId;
+}
+
 TStates ReadStates(const CScriptValue& value) {
-    if (!value.GetJson().is_object()) value.Refuse("must be an object of command ids");
+    if (!value.GetJson().is_object()) value.Refuse("must be an object of commands");
     TStates mapStates;
     for (const auto& [strKey, member] : value.GetJson().items()) {
-        int nId = 0;
-        const char* pEnd = strKey.data() + strKey.size();
-        const auto result = std::from_chars(strKey.data(), pEnd, nId);
-        if (result.ec != std::errc() || result.ptr != pEnd)
-            value.Refuse("\"" + strKey + "\" is no command id");
-        mapStates[nId] = CScriptValue(member, value.GetName() + "." + strKey).Flag();
+        mapStates[ReadCommandKey(value, strKey)] =
+            CScriptValue(member, value.GetName() + "." + strKey).Flag();
     }
     return mapStates;
 }

@@ -79,7 +79,7 @@ void Play(const TPanelAct& act, CPlayer& player) {
 } // namespace
 
 TAction ReadPanel(const CScriptValue& value) {
-    const TPanelAct panel{.nPanel = ReadId(value, "id")};
+    const TPanelAct panel{.nPanel = ReadCommandId(value.At("id"))};
     const TPanelAct act = value.Has("view") ? ReadView(value, panel) : ReadControl(value, panel);
     return [act](CPlayer& player) { Play(act, player); };
 }

@@ -1,6 +1,6 @@
 // The verbs that read and write files. Relative names are relative to the current folder.
-#include "core/AppModule/CommandIds.h"
 #include "core/Base/Text.h"
+#include "core/Commands/CommandIds.h"
 #include "core/ImageFile/ImageFile.h"
 #include "core/MainFrame/MainFrame.h"
 #include "core/Platform/Files.h"

@@ -48,12 +48,12 @@ void PressKey(CPlayer& player, int nKey, bool bDown) {
 } // namespace
 
 TAction ReadCommand(const CScriptValue& value) {
-    const int nId = static_cast<int>(value.Integer(1, 65535));
+    const int nId = ReadCommandId(value);
     return [nId](CPlayer& player) { player.SendCommand(nId); };
 }
 
 TAction ReadTry(const CScriptValue& value) {
-    const int nId = static_cast<int>(value.Integer(1, 65535));
+    const int nId = ReadCommandId(value);
     return [nId](CPlayer& player) { player.TryCommand(nId); };
 }
 

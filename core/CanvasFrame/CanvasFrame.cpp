@@ -1,7 +1,6 @@
 #include "core/CanvasFrame/CanvasFrame.h"
 
 #include "core/AppModule/AppModule.h"
-#include "core/AppModule/CommandIds.h"
 #include "core/AppModule/ErrorBox.h"
 #include "core/AppModule/PrivateMessages.h"
 #include "core/AppModule/WindowPlacement.h"
@@ -10,6 +9,7 @@
 #include "core/CanvasFrame/LayerCommands.h"
 #include "core/CanvasFrame/SelectionOutline.h"
 #include "core/CanvasFrame/ZoomList.h"
+#include "core/Commands/CommandIds.h"
 #include "core/ImageFile/ImageFile.h"
 #include "core/Platform/Bitmap.h"
 #include "core/Platform/Dialogs.h"
@@ -114,8 +114,6 @@ bool CCanvasFrame::HandleMessage(const TMessage& msg) {
         // Growing and shrinking keep the point in the middle of the window.
         if (!(m_view.GetClient() == m_pWindow->GetClientSize())) ApplyView(m_view.GetState());
         return true;
-    case EMessage::Command:
-        return OnCommand(static_cast<int>(msg.wParam));
     case EMessage::Timer:
         OnTimer(static_cast<int>(msg.wParam));
         return true;
@@ -234,7 +232,7 @@ bool CCanvasFrame::OnClose() {
     const EBoxAnswer answer = g_AppModule.GetPlatform().boxes.Show(
         m_pWindow, L"更新されています。保存しますか？", L"Vellumcraft", EBoxKind::YesNoCancelWarning);
     if (answer == EBoxAnswer::Cancel) return true;
-    if (answer == EBoxAnswer::Yes) OnCommand(ID_FILE_SAVE);
+    if (answer == EBoxAnswer::Yes) Save(false);
     if (answer == EBoxAnswer::No || !m_spCanvas->GetHistory().IsModified())
         return recovery.Forget(*m_spCanvas), false;
     // It was not to be lost, and no file has it.
@@ -244,62 +242,10 @@ bool CCanvasFrame::OnClose() {
     return true;
 }
 
-bool CCanvasFrame::HandlesCommand(int nId) {
-    if (IsLayerCommand(nId)) return true;
-    switch (nId) {
-    case ID_FILE_SAVE:
-    case ID_FILE_SAVE_AS:
-    case ID_EDIT_UNDO:
-    case ID_EDIT_REDO:
-    case ID_VIEW_FLIP_V:
-    case ID_VIEW_FLIP_H:
-    case ID_VIEW_ROTATE_RIGHT:
-    case ID_VIEW_ROTATE_LEFT:
-    case ID_VIEW_INITIAL:
-        return true;
-    default:
-        return false;
-    }
-}
-
-bool CCanvasFrame::OnCommand(int nId) {
-    TViewState view = m_view.GetState();
-    if (IsLayerCommand(nId)) return OnTreeCommand(nId), true;
-    switch (nId) {
-    case ID_FILE_SAVE:
-    case ID_FILE_SAVE_AS:
-        OnFileSave(nId);
-        return true;
-    case ID_EDIT_UNDO:
-    case ID_EDIT_REDO:
-        OnUndoRedo(nId);
-        return true;
-    case ID_VIEW_FLIP_V:
-        view.bFlipV = !view.bFlipV;
-        break;
-    case ID_VIEW_FLIP_H:
-        view.bFlipH = !view.bFlipH;
-        break;
-    case ID_VIEW_ROTATE_RIGHT:
-        view.uAngle = static_cast<uint16_t>((view.uAngle + 90) % 360);
-        break;
-    case ID_VIEW_ROTATE_LEFT:
-        view.uAngle = static_cast<uint16_t>((view.uAngle + 270) % 360);
-        break;
-    case ID_VIEW_INITIAL:
-        view = {view.uZoom, 0, false, false};
-        break;
-    default:
-        return false;
-    }
-    ApplyView(view);
-    return true;
-}
-
-void CCanvasFrame::OnUndoRedo(int nId) {
+void CCanvasFrame::StepHistory(bool bUndo) {
     Guarded([&] {
         m_spCanvas->CompleteWork();
-        if (nId == ID_EDIT_UNDO)
+        if (bUndo)
             m_spCanvas->GetHistory().Undo();
         else
             m_spCanvas->GetHistory().Redo();
@@ -308,7 +254,7 @@ void CCanvasFrame::OnUndoRedo(int nId) {
     InvalidateAll();
 }
 
-void CCanvasFrame::OnTreeCommand(int nId) {
+void CCanvasFrame::ChangeTree(int nId) {
     // A command that failed halfway has changed what is shown all the same.
     bool bChanged = true;
     Guarded([&] {
@@ -321,14 +267,14 @@ void CCanvasFrame::OnTreeCommand(int nId) {
     InvalidateAll();
 }
 
-void CCanvasFrame::OnFileSave(int nId) {
+void CCanvasFrame::Save(bool bAs) {
     const TPlatform& platform = g_AppModule.GetPlatform();
     try {
         m_spCanvas->CompleteWork();
         std::wstring strPath = m_spCanvas->GetPath();
         // A document that came from a picture is no project yet: saving must not put a project into the
         // picture.
-        if (nId == ID_FILE_SAVE_AS || !IsProjectFile(strPath)) {
+        if (bAs || !IsProjectFile(strPath)) {
             TFileDialog dialog{true, strPath.empty() ? m_spCanvas->GetTitle() : strPath, L"vlm",
                                GetSaveFilters()};
             strPath = platform.fileDialogs.Ask(m_pWindow, dialog);

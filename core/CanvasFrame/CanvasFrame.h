@@ -56,21 +56,22 @@ public:
     void RequestRedraw() override;
     void ScrollTo(CPoint ptScroll) override;
 
-    /// True when a frame handles the command.
-    static bool HandlesCommand(int nId);
+    /// Saves the document, as a project under a new name or without one by the save dialog; failures are
+    /// told.
+    void Save(bool bAs);
+    /// Undo or redo, after all work that waits.
+    void StepHistory(bool bUndo);
+    /// Does a layer command after all work that waits.
+    void ChangeTree(int nId);
 
 private:
     bool HandleMessage(const TMessage& msg);
     void OnCreate();
     bool OnClose();
     bool MayCloseUnasked();
-    bool OnCommand(int nId);
     void OnTimer(int nId);
     void OnSelectionTimer();
     CGDIBuffer* PaintOverlays(CGDIBuffer& screen, const CRect& rc);
-    void OnFileSave(int nId);
-    void OnUndoRedo(int nId);
-    void OnTreeCommand(int nId);
     void OnScroll(bool bVertical, int32_t nOffset);
     std::vector<CRect> RefreshScreen();
     void RepaintChanges();

@@ -1,8 +1,8 @@
 #include "core/CanvasFrame/LayerCommands.h"
 
-#include "core/AppModule/CommandIds.h"
 #include "core/Base/Failure.h"
 #include "core/CanvasBuffer/CanvasHistory.h"
+#include "core/Commands/CommandIds.h"
 #include "core/LayerBuffer/LayerMerge.h"
 #include "core/LayerBuffer/LayerSetBuffer.h"
 #include "core/LayerBuffer/RasterLayerBuffer.h"
@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <vector>
 
 namespace {
 
@@ -71,71 +72,98 @@ void ToggleClipping(const TPlace& place, CCanvasBuffer& canvas) {
     }
 }
 
+using TCanvas = boost::shared_ptr<CCanvasBuffer>;
+
+struct TLayerCommand {
+    int nId;
+    bool (*fnEnabled)(const TPlace& active, const CCanvasBuffer& canvas);
+    bool (*fnChecked)(const TPlace& active, const CCanvasBuffer& canvas);
+    bool (*fnDo)(const TPlace& active, const TCanvas& spCanvas); ///< true when the tree has changed
+};
+
+bool Always(const TPlace&, const CCanvasBuffer&) { return true; }
+bool Never(const TPlace&, const CCanvasBuffer&) { return false; }
+bool IsColored(const TPlace&, const CCanvasBuffer& canvas) { return canvas.IsColorRaster(); }
+
+const TLayerCommand COMMANDS[] = {
+    {ID_LAYER_NEW_RASTER, Always, Never,
+     [](const TPlace&, const TCanvas& spCanvas) {
+         InsertNew(spCanvas, CreateRasterLayer(spCanvas), L"新規ラスタレイヤー");
+         return true;
+     }},
+    {ID_LAYER_NEW_VECTOR, Always, Never,
+     [](const TPlace&, const TCanvas& spCanvas) {
+         InsertNew(spCanvas, CreateVectorLayer(spCanvas), L"新規ベクタレイヤー");
+         return true;
+     }},
+    {ID_LAYER_NEW_SET, Always, Never,
+     [](const TPlace&, const TCanvas& spCanvas) {
+         InsertNew(spCanvas, CreateLayerSet(spCanvas), L"新規レイヤーセット");
+         return true;
+     }},
+    {ID_LAYER_DELETE, [](const TPlace& active, const CCanvasBuffer&) { return bool(active); }, Never,
+     [](const TPlace& active, const TCanvas&) {
+         active.spParent->RemoveLayer(active.spLayer);
+         return true;
+     }},
+    {ID_LAYER_CLIPPING,
+     [](const TPlace& active, const CCanvasBuffer&) {
+         return active && (active.IsClipped() || active.ClippingBase());
+     },
+     [](const TPlace& active, const CCanvasBuffer&) { return active.IsClipped(); },
+     [](const TPlace& active, const TCanvas& spCanvas) {
+         ToggleClipping(active, *spCanvas);
+         return true;
+     }},
+    {ID_LAYER_MERGE_DOWN,
+     [](const TPlace& active, const CCanvasBuffer&) { return active && active.CanMerge(); }, Never,
+     [](const TPlace& active, const TCanvas&) {
+         MergeLayers(active.spParent, active.Below(), active.spLayer);
+         return true;
+     }},
+    {ID_LAYER_RASTERIZE,
+     [](const TPlace& active, const CCanvasBuffer&) { return active && active.spLayer->IsRasterizable(); },
+     Never,
+     [](const TPlace& active, const TCanvas&) {
+         RasterizeLayer(active.spParent, active.spLayer);
+         return true;
+     }},
+    {ID_MODE_GREY, Always, [](const TPlace&, const CCanvasBuffer& canvas) { return !canvas.IsColorRaster(); },
+     [](const TPlace&, const TCanvas& spCanvas) { return ChangeColorMode(spCanvas, false, false); }},
+    {ID_MODE_RGB, Always, IsColored,
+     [](const TPlace&, const TCanvas& spCanvas) { return ChangeColorMode(spCanvas, true, true); }},
+    {ID_MODE_LIGHT, IsColored,
+     [](const TPlace&, const CCanvasBuffer& canvas) { return canvas.IsColorRaster() && !canvas.IsColor(); },
+     [](const TPlace&, const TCanvas& spCanvas) {
+         return ChangeColorMode(spCanvas, !spCanvas->IsColor(), true);
+     }},
+};
+
+const TLayerCommand& Find(int nId) {
+    const auto it = std::ranges::find(COMMANDS, nId, &TLayerCommand::nId);
+    SELF_CHECK(invalid_argument, it != std::end(COMMANDS));
+    return *it;
+}
+
 } // namespace
 
-bool IsLayerCommand(int nId) {
-    return (nId >= ID_LAYER_NEW_RASTER && nId <= ID_LAYER_RASTERIZE) ||
-           (nId >= ID_MODE_GREY && nId <= ID_MODE_LIGHT);
+std::span<const int> GetLayerCommands() {
+    static const std::vector<int> vIds = [] {
+        std::vector<int> v;
+        std::ranges::transform(COMMANDS, std::back_inserter(v), &TLayerCommand::nId);
+        return v;
+    }();
+    return vIds;
 }
 
 TCommandState GetLayerCommandState(CCanvasBuffer& canvas, int nId) {
-    const TPlace place(canvas.GetActiveLayer(), canvas);
-    switch (nId) {
-    case ID_LAYER_NEW_RASTER:
-    case ID_LAYER_NEW_VECTOR:
-    case ID_LAYER_NEW_SET:
-        return {true};
-    case ID_LAYER_DELETE:
-        return {bool(place)};
-    case ID_LAYER_CLIPPING:
-        return {place && (place.IsClipped() || place.ClippingBase()), place.IsClipped()};
-    case ID_LAYER_MERGE_DOWN:
-        return {place && place.CanMerge()};
-    case ID_LAYER_RASTERIZE:
-        return {place && place.spLayer->IsRasterizable()};
-    case ID_MODE_GREY:
-        return {true, !canvas.IsColorRaster()};
-    case ID_MODE_RGB:
-        return {true, canvas.IsColorRaster()};
-    case ID_MODE_LIGHT:
-        return {canvas.IsColorRaster(), canvas.IsColorRaster() && !canvas.IsColor()};
-    default:
-        return {};
-    }
+    const TPlace active(canvas.GetActiveLayer(), canvas);
+    const TLayerCommand& command = Find(nId);
+    return {command.fnEnabled(active, canvas), command.fnChecked(active, canvas)};
 }
 
 bool DoLayerCommand(const boost::shared_ptr<CCanvasBuffer>& spCanvas, int nId) {
-    if (!GetLayerCommandState(*spCanvas, nId).bEnabled) return false;
-    const TPlace place(spCanvas->GetActiveLayer(), *spCanvas);
-    switch (nId) {
-    case ID_LAYER_NEW_RASTER:
-        InsertNew(spCanvas, CreateRasterLayer(spCanvas), L"新規ラスタレイヤー");
-        return true;
-    case ID_LAYER_NEW_VECTOR:
-        InsertNew(spCanvas, CreateVectorLayer(spCanvas), L"新規ベクタレイヤー");
-        return true;
-    case ID_LAYER_NEW_SET:
-        InsertNew(spCanvas, CreateLayerSet(spCanvas), L"新規レイヤーセット");
-        return true;
-    case ID_LAYER_DELETE:
-        place.spParent->RemoveLayer(place.spLayer);
-        return true;
-    case ID_LAYER_CLIPPING:
-        ToggleClipping(place, *spCanvas);
-        return true;
-    case ID_LAYER_MERGE_DOWN:
-        MergeLayers(place.spParent, place.Below(), place.spLayer);
-        return true;
-    case ID_LAYER_RASTERIZE:
-        RasterizeLayer(place.spParent, place.spLayer);
-        return true;
-    case ID_MODE_GREY:
-        return ChangeColorMode(spCanvas, false, false);
-    case ID_MODE_RGB:
-        return ChangeColorMode(spCanvas, true, true);
-    case ID_MODE_LIGHT:
-        return ChangeColorMode(spCanvas, !spCanvas->IsColor(), true);
-    default:
-        return false;
-    }
+    const TPlace active(spCanvas->GetActiveLayer(), *spCanvas);
+    const TLayerCommand& command = Find(nId);
+    return command.fnEnabled(active, *spCanvas) && command.fnDo(active, spCanvas);
 }

@@ -1,11 +1,13 @@
 // The layer menu and the colour modes: commands that change a document's tree as a whole.
 #pragma once
 
-#include "core/AppModule/CommandState.h"
 #include "core/CanvasBuffer/CanvasBuffer.h"
+#include "core/Commands/Commands.h"
 
-/// True for the commands of this family.
-bool IsLayerCommand(int nId);
+#include <span>
+
+/// The ids of this family.
+std::span<const int> GetLayerCommands();
 
 /// Whether the command can do something with the canvas and its active layer, and whether it is the present
 /// state (of clipping and the colour modes).

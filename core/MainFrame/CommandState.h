@@ -1,12 +1,9 @@
-// The state rules: one place that says which commands are enabled and checked, for menu and tool bar alike.
+// Writes the commands' states to what shows them; menu and tool bar cannot disagree.
 #pragma once
 
-#include "core/AppModule/CommandState.h"
+#include "core/Commands/Commands.h"
 
 class ICommandLook;
-
-/// The state of a command as things stand. A command that nothing handles is disabled.
-TCommandState GetCommandState(int nId);
 
 /// Writes command states into a menu.
 struct TSetMenuState {

@@ -1,15 +1,16 @@
 #include "core/MainFrame/MainFrame.h"
 
 #include "core/AppModule/AppModule.h"
-#include "core/AppModule/CommandIds.h"
 #include "core/AppModule/ErrorBox.h"
 #include "core/AppModule/MessageQueue.h"
 #include "core/AppModule/PrivateMessages.h"
 #include "core/AppModule/WindowPlacement.h"
 #include "core/Base/Failure.h"
 #include "core/CanvasFrame/ZoomList.h"
+#include "core/Commands/CommandIds.h"
 #include "core/MainFrame/CommandState.h"
 #include "core/MainFrame/MenuTable.h"
+#include "core/Panels/ToolTable.h"
 #include "core/Platform/System.h"
 #include "core/RasterBrush/FreehandTools.h"
 #include "core/Recovery/Recovery.h"
@@ -51,6 +52,7 @@ CMainFrame::CMainFrame()
     const TPlatform& platform = g_AppModule.GetPlatform();
     m_pRecentList = std::make_unique<CRecentDocumentList>(platform.files,
                                                           CRecentDocumentList::FindPath(platform.locations));
+    BindCommands();
 }
 
 CMainFrame::~CMainFrame() {
@@ -92,7 +94,8 @@ bool CMainFrame::OnMessage(const TMessage& msg) {
 bool CMainFrame::HandleMessage(const TMessage& msg) {
     switch (msg.id) {
     case EMessage::Command:
-        return OnCommand(msg);
+        OnCommand(msg);
+        return true;
     case EMessage::Close:
         return OnClose();
     case EMessage::Destroy:
@@ -180,7 +183,7 @@ bool CMainFrame::DoIdleWork() {
     if (!m_pWindow) return false;
     const TSetButtonState setState{m_pWindow->GetToolBarLook()};
     for (const int nId : m_vToolBarCommands)
-        if (nId) setState(nId, GetCommandState(nId));
+        if (nId) setState(nId, m_commands.GetState(nId));
     WatchDocuments();
     ForgetTold();
     Guarded([&] { WatchSettings(); });
@@ -209,7 +212,7 @@ bool CMainFrame::ContinueStrokes() {
 bool CMainFrame::SwitchTool(int nId) {
     // The new tool may be of the same kind: it reads what the old one writes.
     if (m_spActiveTool) m_spActiveTool->KeepSettings();
-    const auto spTool = CreateFreehandTool(nId, m_outside);
+    const auto spTool = MakeTool(nId, m_outside);
     if (!spTool) return false;
     m_contact.Drop(); // the new tool draws from the next contact on
     if (m_spActiveTool && m_spActiveTool->GetState() != STATE_IDLE) m_spActiveTool->Cancel();
@@ -304,13 +307,10 @@ void CMainFrame::OnInitMenuPopup() {
                          boost::algorithm::replace_all_copy(strPath, L"&", L"&&"));
     m_pWindow->SetRecentFiles(ID_FILE_MRU_FIRST, vTexts);
     const TSetMenuState setState{m_pWindow->GetMenuLook()};
-    for (const int nId : m_vMenuCommands) setState(nId, GetCommandState(nId));
-    for (int n = 0; n < nNumber; ++n) setState(ID_FILE_MRU_FIRST + n, GetCommandState(ID_FILE_MRU_FIRST + n));
+    for (const int nId : m_vMenuCommands) setState(nId, m_commands.GetState(nId));
+    for (int n = 0; n < nNumber; ++n)
+        setState(ID_FILE_MRU_FIRST + n, m_commands.GetState(ID_FILE_MRU_FIRST + n));
 }
-
-bool CMainFrame::IsCommandEnabled(int nId) const { return GetCommandState(nId).bEnabled; }
-bool CMainFrame::IsCommandChecked(int nId) const { return GetCommandState(nId).bChecked; }
-int CMainFrame::GetRecentCount() const { return static_cast<int>(m_pRecentList->GetPaths().size()); }
 
 void CMainFrame::OpenFrame(const boost::shared_ptr<CCanvasFrame>& spFrame) {
     // The frame gives itself its title; until then it has none.
@@ -331,8 +331,4 @@ void CMainFrame::OnUpdateScale() {
     const uint16_t uZoom = spFrame ? spFrame->GetView().GetState().uZoom : 0;
     m_pWindow->SetStatusText(PANE_SCALE, spFrame ? FormatScale(uZoom) : NO_SCALE);
     m_pWindow->SelectZoomItem(FindZoomLine(uZoom));
-}
-
-void CMainFrame::InvalidateFrames() {
-    for (const auto& spFrame : g_lstCanvasFrame) spFrame->InvalidateAll();
 }

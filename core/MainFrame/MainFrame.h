@@ -4,6 +4,7 @@
 
 #include "core/AppModule/MessageLoop.h"
 #include "core/CanvasFrame/CanvasFrame.h"
+#include "core/Commands/Commands.h"
 #include "core/IniConfig/RecentDocumentList.h"
 #include "core/Panels/Panels.h"
 #include "core/Platform/Window.h"
@@ -52,24 +53,21 @@ public:
     /// Makes the tool of a number the active one; the old one's operation is cancelled. A number without a
     /// tool leaves things as they are and answers false.
     bool SwitchTool(int nId);
-    /// Which commands the main frame answers by itself: at any time, or only while a frame is active.
-    static bool HandlesWithoutFrame(int nId);
-    static bool HandlesWithFrame(int nId);
     CPanels& GetPanels() { return m_panels; }
     /// The status line's text beside the scale.
     const std::wstring& GetTold() const { return m_strTold; }
-    /// Lines of the recent list.
-    int GetRecentCount() const;
 
     /// The state rules' answers for one command.
-    bool IsCommandEnabled(int nId) const;
-    bool IsCommandChecked(int nId) const;
+    bool IsCommandEnabled(int nId) const { return m_commands.GetState(nId).bEnabled; }
+    bool IsCommandChecked(int nId) const { return m_commands.GetState(nId).bChecked; }
 
 private:
     bool HandleMessage(const TMessage& msg);
-    bool OnCommand(const TMessage& msg);
-    bool OnArrange(int nId);
+    void BindCommands();
+    void BindViewCommands();
+    void OnCommand(const TMessage& msg);
     void OnFileNew();
+    void OnFileClose();
     void OnFileOpen();
     void OnOpenRecent(int nIndex);
     void OnDropFile(const std::wstring& strPath);
@@ -94,8 +92,6 @@ private:
     void WatchSettings();
     /// Closes a frame whose opening failed halfway.
     void AbandonFrame(const boost::shared_ptr<CCanvasFrame>& spFrame);
-    void OnToggle(int nId);
-    void InvalidateFrames();
     void OnToolNotice(EToolNotice notice);
     bool DoIdleWork();
     bool TranslateKey(const TMessage& msg);
@@ -113,6 +109,7 @@ private:
     int m_nToolBeforeEraser = 0; ///< what the pen's tip draws with while its other end erases
     std::wstring m_strTold;      ///< why a press did nothing, while that is so
     CPanels m_panels;
+    CCommandTable m_commands;
     std::deque<std::wstring> m_deqOpenFiles;
     std::unique_ptr<CRecentDocumentList> m_pRecentList;
     std::vector<int> m_vMenuCommands;

@@ -1,11 +1,12 @@
-// The main frame's own commands; all others go to the active frame.
+// What the main frame's own commands do.
 #include "core/AppModule/AppModule.h"
-#include "core/AppModule/CommandIds.h"
 #include "core/AppModule/ErrorBox.h"
 #include "core/AppModule/MessageQueue.h"
 #include "core/AppModule/PrivateMessages.h"
 #include "core/Base/Failure.h"
+#include "core/CanvasFrame/CanvasCommands.h"
 #include "core/CanvasFrame/ZoomList.h"
+#include "core/Commands/CommandIds.h"
 #include "core/ConfigDialog/ConfigDialog.h"
 #include "core/ImageFile/ImageFile.h"
 #include "core/IniConfig/GlobalSwitches.h"
@@ -14,119 +15,74 @@
 #include "core/MainFrame/MainFrame.h"
 #include "core/MainFrame/NewDialog.h"
 
+#include <utility>
+
 namespace {
 
-bool IsRecent(int nId) { return nId >= ID_FILE_MRU_FIRST && nId <= ID_FILE_MRU_LAST; }
-bool IsPrediction(int nId) { return nId >= ID_PREDICTION_FIRST && nId <= ID_PREDICTION_LAST; }
+bool IsDesktop(int) { return !g_bFilterBuild; }
+bool HasFrame(int) { return !g_wpActiveFrame.expired(); }
 
 } // namespace
 
-bool CMainFrame::HandlesWithoutFrame(int nId) {
-    if (IsRecent(nId)) return g_pMainFrame && nId - ID_FILE_MRU_FIRST < g_pMainFrame->GetRecentCount();
-    switch (nId) {
-    case ID_FILE_NEW:
-    case ID_FILE_OPEN:
-    case ID_APP_EXIT:
-    case ID_APP_ABOUT:
-    case ID_APP_CONFIG:
-        return true;
-    default:
-        return false;
-    }
+void CMainFrame::BindCommands() {
+    const auto bind = [this](int nId, void (CMainFrame::*pfn)(), const CCommandTable::TTest& fnEnabled = {}) {
+        m_commands.Bind(
+            nId, [this, pfn](int) { (this->*pfn)(); }, fnEnabled);
+    };
+    bind(ID_FILE_NEW, &CMainFrame::OnFileNew, IsDesktop);
+    bind(ID_FILE_OPEN, &CMainFrame::OnFileOpen, IsDesktop);
+    bind(ID_FILE_CLOSE, &CMainFrame::OnFileClose, HasFrame);
+    bind(ID_APP_ABOUT, &CMainFrame::OnAbout);
+    bind(ID_APP_CONFIG, &CMainFrame::OnConfig);
+    bind(ID_VIEW_NEW, &CMainFrame::OnViewNew, HasFrame);
+    m_commands.Bind(ID_APP_EXIT, [](int) { PostToMainFrame(EMessage::Close); });
+    for (int nId = ID_FILE_MRU_FIRST; nId <= ID_FILE_MRU_LAST; ++nId)
+        m_commands.Bind(
+            nId, [this](int n) { OnOpenRecent(n - ID_FILE_MRU_FIRST); },
+            [this](int n) {
+                return n - ID_FILE_MRU_FIRST < static_cast<int>(m_pRecentList->GetPaths().size());
+            });
+    BindViewCommands();
+    BindCanvasCommands(m_commands);
 }
 
-bool CMainFrame::HandlesWithFrame(int nId) {
-    switch (nId) {
-    case ID_FILE_CLOSE:
-    case ID_VIEW_NEW:
-    case ID_ZOOM_IN:
-    case ID_ZOOM_OUT:
-    case ID_WINDOW_ARRANGE:
-    case ID_WINDOW_CASCADE:
-    case ID_WINDOW_TILE_HORZ:
-    case ID_WINDOW_TILE_VERT:
-        return true;
-    default:
-        return false;
-    }
+void CMainFrame::BindViewCommands() {
+    const auto line = [this] { return m_pWindow ? m_pWindow->GetZoomItem() : -1; };
+    m_commands.Bind(
+        ID_ZOOM_IN, [this](int) { OnZoom(-1); }, [=](int n) { return HasFrame(n) && line() != 0; });
+    m_commands.Bind(
+        ID_ZOOM_OUT, [this](int) { OnZoom(+1); },
+        [=](int n) { return HasFrame(n) && line() != static_cast<int>(GetZoomList().size()) - 1; });
+    for (int nId = ID_PREDICTION_FIRST; nId <= ID_PREDICTION_LAST; ++nId)
+        m_commands.Bind(
+            nId, [](int n) { g_Switches.m_nPredStroke = static_cast<uint8_t>(n - ID_PREDICTION_FIRST); }, {},
+            [](int n) { return n - ID_PREDICTION_FIRST == g_Switches.m_nPredStroke; });
+    m_commands.Bind(
+        ID_VIEW_FAST_SCROLL, [](int) { g_Switches.m_bFastScroll = !g_Switches.m_bFastScroll; }, {},
+        [](int) { return g_Switches.m_bFastScroll != 0; });
+    for (const int nPanel : m_panels.GetCommands())
+        m_commands.Bind(
+            nPanel, [this](int n) { m_panels.Toggle(n); }, {}, [this](int n) { return m_panels.IsShown(n); });
+    constexpr std::pair<int, EArrange> ARRANGEMENTS[] = {{ID_WINDOW_ARRANGE, EArrange::Icons},
+                                                         {ID_WINDOW_CASCADE, EArrange::Cascade},
+                                                         {ID_WINDOW_TILE_HORZ, EArrange::TileHorizontal},
+                                                         {ID_WINDOW_TILE_VERT, EArrange::TileVertical}};
+    for (const auto& [nId, arrange] : ARRANGEMENTS)
+        m_commands.Bind(
+            nId, [this, how = arrange](int) { m_pWindow->ArrangeChildren(how); }, HasFrame);
 }
 
-bool CMainFrame::OnCommand(const TMessage& msg) {
+void CMainFrame::OnCommand(const TMessage& msg) {
     const int nId = static_cast<int>(msg.wParam);
-    const auto spFrame = g_wpActiveFrame.lock();
-    if (IsRecent(nId)) return OnOpenRecent(nId - ID_FILE_MRU_FIRST), true;
-    if (IsPrediction(nId))
-        return g_Switches.m_nPredStroke = static_cast<uint8_t>(nId - ID_PREDICTION_FIRST), true;
-    if (m_panels.Toggle(nId)) return true;
-    switch (nId) {
-    case ID_FILE_NEW:
-        OnFileNew();
-        return true;
-    case ID_FILE_OPEN:
-        OnFileOpen();
-        return true;
-    case ID_FILE_CLOSE:
-        if (spFrame) g_AppModule.GetPlatform().queue.Post({spFrame->GetWindow(), EMessage::Close});
-        return true;
-    case ID_APP_EXIT:
-        PostToMainFrame(EMessage::Close);
-        return true;
-    case ID_APP_ABOUT:
-        OnAbout();
-        return true;
-    case ID_APP_CONFIG:
-        OnConfig();
-        return true;
-    case ID_VIEW_NEW:
-        OnViewNew();
-        return true;
-    case ID_ZOOM_IN:
-        OnZoom(-1);
-        return true;
-    case ID_ZOOM_OUT:
-        OnZoom(+1);
-        return true;
-    case IDC_ZOOM_COMBO:
+    if (nId == IDC_ZOOM_COMBO)
         OnZoomCombo(static_cast<int>(msg.lParam));
-        return true;
-    case ID_VIEW_OUTLINE:
-    case ID_VIEW_ALL_ANCHORS:
-    case ID_VIEW_FAST_SCROLL:
-        OnToggle(nId);
-        return true;
-    default:
-        break;
-    }
-    if (OnArrange(nId)) return true;
-    if (spFrame) SendMessage({spFrame->GetWindow(), EMessage::Command, nId});
-    return spFrame != nullptr;
+    else
+        m_commands.Do(nId);
 }
 
-bool CMainFrame::OnArrange(int nId) {
-    switch (nId) {
-    case ID_WINDOW_ARRANGE:
-        m_pWindow->ArrangeChildren(EArrange::Icons);
-        return true;
-    case ID_WINDOW_CASCADE:
-        m_pWindow->ArrangeChildren(EArrange::Cascade);
-        return true;
-    case ID_WINDOW_TILE_HORZ:
-        m_pWindow->ArrangeChildren(EArrange::TileHorizontal);
-        return true;
-    case ID_WINDOW_TILE_VERT:
-        m_pWindow->ArrangeChildren(EArrange::TileVertical);
-        return true;
-    default:
-        return false;
-    }
-}
-
-void CMainFrame::OnToggle(int nId) {
-    uint8_t& b = nId == ID_VIEW_OUTLINE       ? g_Switches.m_bShowOutline
-                 : nId == ID_VIEW_ALL_ANCHORS ? g_Switches.m_bShowAllCtl
-                                              : g_Switches.m_bFastScroll;
-    b = !b;
-    if (nId != ID_VIEW_FAST_SCROLL) InvalidateFrames();
+void CMainFrame::OnFileClose() {
+    if (const auto spFrame = g_wpActiveFrame.lock())
+        g_AppModule.GetPlatform().queue.Post({spFrame->GetWindow(), EMessage::Close});
 }
 
 void CMainFrame::OnFileNew() {

@@ -3,6 +3,7 @@
 #include "core/Base/Failure.h"
 #include "core/Base/Resource.h"
 #include "core/Base/Text.h"
+#include "core/Commands/Commands.h"
 #include "core/Platform/System.h"
 
 #include <boost/algorithm/string/classification.hpp>
@@ -41,6 +42,14 @@ int ToNumber(const std::string& str, int nBase = 10) {
     return n;
 }
 
+// The id of a command that a table names, 0 for a line without one.
+int ToCommand(const std::string& strName) {
+    if (strName == "-") return 0;
+    const int nId = FindCommandId(strName);
+    if (!nId) throw internal_error(L"ReadTable: no command " + FromUtf8(strName));
+    return nId;
+}
+
 } // namespace
 
 std::vector<TMenuItem> LoadMenu(int nMenu) {
@@ -57,14 +66,14 @@ std::vector<TMenuItem> LoadMenu(int nMenu) {
         }
         std::string strText = vFields[3];
         boost::replace_all(strText, "\\t", "\t");
-        pParent->vChildren.push_back({ToNumber(vFields[2]), FromUtf8(strText), {}});
+        pParent->vChildren.push_back({ToCommand(vFields[2]), FromUtf8(strText), {}});
     }
     return root.vChildren;
 }
 
 std::vector<int> LoadToolBar() {
     std::vector<int> vIds;
-    for (const TFields& vFields : ReadTable("toolbar.tsv", 1)) vIds.push_back(ToNumber(vFields[0]));
+    for (const TFields& vFields : ReadTable("toolbar.tsv", 1)) vIds.push_back(ToCommand(vFields[0]));
     return vIds;
 }
 
@@ -84,7 +93,7 @@ const std::vector<TAccelerator>& GetAccelerators() {
         for (const TFields& vFields : ReadTable("accelerators.tsv", 3)) {
             const std::string& strFlags = vFields[0];
             v.push_back({ToNumber(vFields[1], 16), strFlags.find('C') != std::string::npos,
-                         strFlags.find('N') != std::string::npos, ToNumber(vFields[2])});
+                         strFlags.find('N') != std::string::npos, ToCommand(vFields[2])});
         }
         return v;
     }();

@@ -4,6 +4,7 @@
 #include "core/AppModule/ErrorBox.h"
 #include "core/Base/StableMath.h"
 #include "core/Panels/PanelDraw.h"
+#include "core/RasterBrush/FreehandTools.h"
 #include "core/RasterBuffer/ColorRasterBuffer.h"
 #include "core/RasterStroke/RasterBrushStroke.h"
 #include "core/RasterStroke/RasterPencilStroke.h"

@@ -1,7 +1,7 @@
 #include "core/Panels/BrushWnd.h"
 
 #include "core/AppModule/AppModule.h"
-#include "core/Panels/Percent.h"
+#include "core/Base/Percent.h"
 
 #include <boost/pointer_cast.hpp>
 
@@ -39,7 +39,7 @@ boost::shared_ptr<CRasterBrushBase> GetBrush() {
 
 } // namespace
 
-CBrushWnd::CBrushWnd() : CPanel(L"Brush") {
+CBrushWnd::CBrushWnd(const wchar_t* pszSection) : CPanel(pszSection) {
     using EKind = TPanelControl::EKind;
     m_vControls = {
         {.kind = EKind::View, .nId = BRUSH_PREVIEW, .szView = {200, 64}, .pView = &m_view},

@@ -7,7 +7,7 @@
 
 class CBrushWnd : public CPanel {
 public:
-    CBrushWnd();
+    explicit CBrushWnd(const wchar_t* pszSection);
     std::wstring GetTitle() const override { return L"ブラシ"; }
 
 protected:

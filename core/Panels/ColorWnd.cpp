@@ -3,7 +3,7 @@
 #include "core/AppModule/AppModule.h"
 #include "core/IniConfig/IniConfig.h"
 #include "core/Platform/System.h"
-#include "core/RasterBrush/RasterBrushBase.h"
+#include "core/RasterBrush/FreehandTools.h"
 
 #include <boost/pointer_cast.hpp>
 
@@ -53,7 +53,7 @@ std::optional<TColor> ReadHexColor(std::wstring_view strText) {
                      static_cast<uint8_t>(uValue));
 }
 
-CColorWnd::CColorWnd() : CPanel(L"Color") {
+CColorWnd::CColorWnd(const wchar_t* pszSection) : CPanel(pszSection) {
     using EKind = TPanelControl::EKind;
     const auto slider = [](int nId, const wchar_t* pszLabel, int nMax, const wchar_t* pszUnit) {
         return TPanelControl{

@@ -12,7 +12,7 @@ std::optional<TColor> ReadHexColor(std::wstring_view strText);
 
 class CColorWnd : public CPanel {
 public:
-    CColorWnd();
+    explicit CColorWnd(const wchar_t* pszSection);
     std::wstring GetTitle() const override { return L"カラーピッカー"; }
     /// Remembers the colour that a stroke draws with.
     void OnStroke() override;

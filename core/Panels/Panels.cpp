@@ -1,7 +1,7 @@
 #include "core/Panels/Panels.h"
 
-#include "core/AppModule/CommandIds.h"
 #include "core/AppModule/ErrorBox.h"
+#include "core/Commands/CommandIds.h"
 #include "core/Panels/BrushWnd.h"
 #include "core/Panels/ColorWnd.h"
 #include "core/Panels/PressWnd.h"
@@ -15,48 +15,51 @@ namespace {
 
 constexpr int32_t COLUMN = 262; ///< width of the panels at the right side
 
-// Where panels stand at first. What is docked keeps the order of the rectangles; those with the same one lie
-// over each other behind tabs.
-TPanelPlace FirstPlace(int nCommand) {
-    const auto right = [](int32_t nTop, int32_t nHeight) {
-        return TPanelPlace{EPanelDock::Right, CRect(CPoint{1000, nTop}, {COLUMN, nHeight}), true};
-    };
-    switch (nCommand) {
-    case ID_PANEL_COLOR:
-        return right(100, 424);
-    case ID_PANEL_TOOL:
-        return {EPanelDock::Left, CRect(CPoint{0, 100}, {84, 200}), true};
-    default:
-        return right(600, 340);
-    }
+TPanelPlace Right(int32_t nTop, int32_t nHeight) {
+    return {EPanelDock::Right, CRect(CPoint{1000, nTop}, {COLUMN, nHeight}), true};
 }
+
+struct TPanelRow {
+    int nCommand;
+    const wchar_t* pszSection; ///< of the settings, below "Windows"
+    std::unique_ptr<CPanel> (*pfnMake)(const wchar_t* pszSection);
+    /// Where it stands at first. What is docked keeps the order of the rectangles; those with the same one
+    /// lie over each other behind tabs, the table's first one on top.
+    TPanelPlace placeFirst;
+};
+
+template <class TPanel>
+std::unique_ptr<CPanel> Make(const wchar_t* pszSection) {
+    return std::make_unique<TPanel>(pszSection);
+}
+
+const TPanelRow PANELS[] = {
+    {ID_PANEL_BRUSH, L"Brush", Make<CBrushWnd>, Right(600, 340)},
+    {ID_PANEL_TOOL_OPTION, L"ToolOption", Make<CToolOptWnd>, Right(600, 340)},
+    {ID_PANEL_PRESS, L"Press", Make<CPressWnd>, Right(600, 340)},
+    {ID_PANEL_TOOL, L"Tool", Make<CToolWnd>, {EPanelDock::Left, CRect(CPoint{0, 100}, {84, 200}), true}},
+    {ID_PANEL_COLOR, L"Color", Make<CColorWnd>, Right(100, 424)},
+};
 
 } // namespace
 
 CPanels::CPanels() {
-    m_mapPanels[ID_PANEL_TOOL] = std::make_unique<CToolWnd>();
-    m_mapPanels[ID_PANEL_TOOL_OPTION] = std::make_unique<CToolOptWnd>();
-    m_mapPanels[ID_PANEL_PRESS] = std::make_unique<CPressWnd>();
-    m_mapPanels[ID_PANEL_COLOR] = std::make_unique<CColorWnd>();
-    m_mapPanels[ID_PANEL_BRUSH] = std::make_unique<CBrushWnd>();
+    for (const TPanelRow& row : PANELS) m_mapPanels[row.nCommand] = row.pfnMake(row.pszSection);
 }
 
 CPanels::~CPanels() { Close(); }
 
 void CPanels::Create(IMainWindow& parent) {
     struct TPlaced {
-        int nCommand;
-        TPanelPlace place;
+        const TPanelRow* pRow;
+        int32_t nTop;
     };
     std::vector<TPlaced> vPlaced;
-    // Of panels behind tabs the first one shows.
-    for (const int nCommand :
-         {ID_PANEL_BRUSH, ID_PANEL_TOOL_OPTION, ID_PANEL_PRESS, ID_PANEL_TOOL, ID_PANEL_COLOR})
-        vPlaced.push_back({nCommand, m_mapPanels[nCommand]->ReadPlace(FirstPlace(nCommand))});
-    std::stable_sort(vPlaced.begin(), vPlaced.end(),
-                     [](const TPlaced& a, const TPlaced& b) { return a.place.rc.top < b.place.rc.top; });
+    for (const TPanelRow& row : PANELS)
+        vPlaced.push_back({&row, m_mapPanels[row.nCommand]->ReadPlace(row.placeFirst).rc.top});
+    std::ranges::stable_sort(vPlaced, {}, &TPlaced::nTop);
     for (const TPlaced& placed : vPlaced)
-        m_mapPanels[placed.nCommand]->Create(parent, FirstPlace(placed.nCommand));
+        m_mapPanels[placed.pRow->nCommand]->Create(parent, placed.pRow->placeFirst);
 }
 
 void CPanels::KeepSettings() {
@@ -82,14 +85,25 @@ CPanel* CPanels::Find(int nCommand) const {
     return it == m_mapPanels.end() ? nullptr : it->second.get();
 }
 
+int CPanels::FindCommand(const IWindow* pWindow) const {
+    const auto it = std::ranges::find_if(m_mapPanels, [=](const auto& entry) {
+        return entry.second->GetWindow() && entry.second->GetWindow() == pWindow;
+    });
+    return it == m_mapPanels.end() ? 0 : it->first;
+}
+
+std::vector<int> CPanels::GetCommands() const {
+    std::vector<int> vIds;
+    for (const auto& [nCommand, pPanel] : m_mapPanels) vIds.push_back(nCommand);
+    return vIds;
+}
+
 bool CPanels::IsShown(int nCommand) const {
     const CPanel* pPanel = Find(nCommand);
     return pPanel && pPanel->GetWindow() && pPanel->GetWindow()->IsShown();
 }
 
-bool CPanels::Toggle(int nCommand) {
+void CPanels::Toggle(int nCommand) {
     const CPanel* pPanel = Find(nCommand);
-    if (!pPanel) return false;
-    if (pPanel->GetWindow()) pPanel->GetWindow()->ShowPanel(!IsShown(nCommand));
-    return true;
+    if (pPanel && pPanel->GetWindow()) pPanel->GetWindow()->ShowPanel(!IsShown(nCommand));
 }

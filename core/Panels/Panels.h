@@ -5,6 +5,7 @@
 
 #include <map>
 #include <memory>
+#include <vector>
 
 class CPanels : boost::noncopyable {
 public:
@@ -25,8 +26,12 @@ public:
     /// The panel of a command, null for other commands.
     CPanel* Find(int nCommand) const;
     bool IsShown(int nCommand) const;
-    /// Shows or hides the panel of a command; false for other commands.
-    bool Toggle(int nCommand);
+    /// Shows or hides the panel of a command.
+    void Toggle(int nCommand);
+    /// The command of the panel whose window this is, 0 for other windows.
+    int FindCommand(const IWindow* pWindow) const;
+    /// All panels' commands.
+    std::vector<int> GetCommands() const;
 
 private:
     std::map<int, std::unique_ptr<CPanel>> m_mapPanels;

@@ -42,7 +42,7 @@ uint8_t* FieldOf(TBrushParam& param, int nId) {
 
 } // namespace
 
-CPressWnd::CPressWnd() : CPanel(L"Press") {
+CPressWnd::CPressWnd(const wchar_t* pszSection) : CPanel(pszSection) {
     using EKind = TPanelControl::EKind;
     const auto trackbar = [](int nId, const wchar_t* pszLabel) {
         return TPanelControl{

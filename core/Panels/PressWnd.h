@@ -7,7 +7,7 @@
 
 class CPressWnd : public CPanel {
 public:
-    CPressWnd();
+    explicit CPressWnd(const wchar_t* pszSection);
     std::wstring GetTitle() const override { return L"　筆圧"; }
 
 protected:

@@ -1,12 +1,20 @@
 #include "core/Panels/ToolOptWnd.h"
 
-#include "core/Panels/ToolOptRasterBrush.h"
+#include "core/Panels/ToolTable.h"
 
+#include <map>
 #include <utility>
 
-CToolOptWnd::CToolOptWnd() : CPanel(L"ToolOption") {
-    m_vPanes.push_back(std::make_unique<CToolOptRasterBrush>());
-    m_vPanes.push_back(std::make_unique<CToolOptRasterPencil>());
+CToolOptWnd::CToolOptWnd(const wchar_t* pszSection) : CPanel(pszSection) {
+    std::map<decltype(TToolRow::pfnMakePane), CToolOptBase*> mapPanes;
+    for (const TToolRow& row : GetToolTable()) {
+        CToolOptBase*& pPane = mapPanes[row.pfnMakePane];
+        if (!pPane) {
+            m_vPanes.push_back(row.pfnMakePane());
+            pPane = m_vPanes.back().get();
+        }
+        pPane->AddTool(row.info.nId);
+    }
     for (const auto& pPane : m_vPanes)
         m_vControls.insert(m_vControls.end(), pPane->GetControls().begin(), pPane->GetControls().end());
 }

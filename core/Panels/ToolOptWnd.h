@@ -2,13 +2,13 @@
 #pragma once
 
 #include "core/Panels/Panel.h"
-#include "core/Panels/ToolOptBase.h"
+#include "core/Tools/ToolOptBase.h"
 
 #include <memory>
 
 class CToolOptWnd : public CPanel {
 public:
-    CToolOptWnd();
+    explicit CToolOptWnd(const wchar_t* pszSection);
     std::wstring GetTitle() const override { return L"ツールオプション"; }
 
 protected:

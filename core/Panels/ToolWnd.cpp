@@ -1,24 +1,15 @@
 #include "core/Panels/ToolWnd.h"
 
 #include "core/AppModule/PrivateMessages.h"
+#include "core/Panels/ToolTable.h"
 #include "core/Tools/Tools.h"
 
-CToolWnd::CToolWnd() : CPanel(L"Tool") {
-    struct TButton {
-        int nTool;
-        const wchar_t* pszName;
-        const char* pszIcon;
-    };
-    constexpr TButton BUTTONS[] = {
-        {TOOL_BRUSH, L"ラスタブラシ", "icons/tool-brush.svg"},
-        {TOOL_ERASER, L"消しゴム", "icons/tool-eraser.svg"},
-        {TOOL_PENCIL, L"鉛筆", "icons/tool-pencil.svg"},
-    };
-    for (const TButton& button : BUTTONS)
+CToolWnd::CToolWnd(const wchar_t* pszSection) : CPanel(pszSection) {
+    for (const TToolRow& row : GetToolTable())
         m_vControls.push_back({.kind = TPanelControl::EKind::Toggle,
-                               .nId = button.nTool,
-                               .strText = button.pszName,
-                               .strIcon = button.pszIcon});
+                               .nId = row.info.nId,
+                               .strText = row.info.pszName,
+                               .strIcon = row.info.pszIcon});
 }
 
 void CToolWnd::OnRefresh() {

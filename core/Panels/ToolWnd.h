@@ -5,7 +5,7 @@
 
 class CToolWnd : public CPanel {
 public:
-    CToolWnd();
+    explicit CToolWnd(const wchar_t* pszSection);
     std::wstring GetTitle() const override { return L"ツール"; }
 
 protected:

@@ -39,16 +39,3 @@ CRasterPencil::CRasterPencil(const TToolOutside& outside) : CRasterBrushImpl(out
 boost::shared_ptr<CRasterStroke> CRasterPencil::CreateStroke(const CCanvasBuffer& canvas) {
     return boost::make_shared<CRasterPencilStroke>(MakeSetup(canvas));
 }
-
-boost::shared_ptr<CTools> CreateFreehandTool(int nId, const TToolOutside& outside) {
-    switch (nId) {
-    case TOOL_BRUSH:
-        return boost::make_shared<CRasterBrush>(outside);
-    case TOOL_ERASER:
-        return boost::make_shared<CRasterEraser>(outside);
-    case TOOL_PENCIL:
-        return boost::make_shared<CRasterPencil>(outside);
-    default:
-        return {};
-    }
-}

@@ -3,12 +3,20 @@
 
 #include "core/RasterBrush/RasterBrushImpl.h"
 
+/// The numbers of the freehand tools.
+enum EFreehandTool : int {
+    TOOL_BRUSH = 2,
+    TOOL_ERASER = 3,
+    TOOL_PENCIL = 8,
+};
+
 /// Draws in the brush colour.
 class CRasterBrush : public CRasterBrushImpl {
 public:
+    static constexpr TToolInfo INFO{TOOL_BRUSH, L"ラスタブラシ", "icons/tool-brush.svg", ECursor::Cross};
+
     explicit CRasterBrush(const TToolOutside& outside) : CRasterBrushImpl(outside, L"RasterBrush") {}
-    int GetToolId() const override { return TOOL_BRUSH; }
-    const wchar_t* GetName() const override { return L"ラスタブラシ"; }
+    const TToolInfo& GetInfo() const override { return INFO; }
     /// X exchanges the two colours; with Ctrl or Alt it is another key.
     bool OnKeyDown(int nKey) override;
 
@@ -19,9 +27,10 @@ protected:
 /// Takes paint away.
 class CRasterEraser : public CRasterBrushImpl {
 public:
+    static constexpr TToolInfo INFO{TOOL_ERASER, L"消しゴム", "icons/tool-eraser.svg", ECursor::Cross};
+
     explicit CRasterEraser(const TToolOutside& outside) : CRasterBrushImpl(outside, L"RasterEraser") {}
-    int GetToolId() const override { return TOOL_ERASER; }
-    const wchar_t* GetName() const override { return L"消しゴム"; }
+    const TToolInfo& GetInfo() const override { return INFO; }
 
 protected:
     boost::shared_ptr<CRasterStroke> CreateStroke(const CCanvasBuffer& canvas) override;
@@ -30,13 +39,11 @@ protected:
 /// Draws with graphite; its line always wobbles and never sprays.
 class CRasterPencil : public CRasterBrushImpl {
 public:
+    static constexpr TToolInfo INFO{TOOL_PENCIL, L"鉛筆", "icons/tool-pencil.svg", ECursor::Cross};
+
     explicit CRasterPencil(const TToolOutside& outside);
-    int GetToolId() const override { return TOOL_PENCIL; }
-    const wchar_t* GetName() const override { return L"鉛筆"; }
+    const TToolInfo& GetInfo() const override { return INFO; }
 
 protected:
     boost::shared_ptr<CRasterStroke> CreateStroke(const CCanvasBuffer& canvas) override;
 };
-
-/// The tool of a number, null for a number that no tool has.
-boost::shared_ptr<CTools> CreateFreehandTool(int nId, const TToolOutside& outside);

@@ -20,7 +20,6 @@ public:
     /// while colours are taken the pick icon.
     void DrawOverlay(COverlay& overlay, const TOverlayMapper& mapper) const override;
     void KeepSettings() override;
-    ECursor GetCursor(CPoint) const override { return ECursor::Cross; }
 
 protected:
     /// A stroke's setup with everything that does not depend on the tool.

@@ -2,10 +2,10 @@
 #pragma once
 
 #include "core/LayerBuffer/LayerBuffer.h"
-#include "core/Platform/Cursor.h"
 #include "core/Platform/Message.h"
 #include "core/Tools/ActiveView.h"
 #include "core/Tools/Overlay.h"
+#include "core/Tools/ToolInfo.h"
 #include "core/Tools/ToolOutside.h"
 
 #include <boost/enable_shared_from_this.hpp>
@@ -22,13 +22,6 @@ enum EPointerFlag : uint32_t {
     POINTER_ALT = 0x04,
     POINTER_TABLET = 0x10, ///< the event came from the tablet
     POINTER_LOW = 0x20,    ///< the pen touches below the pressure threshold
-};
-
-/// The tools' numbers.
-enum EToolId : int {
-    TOOL_BRUSH = 2,
-    TOOL_ERASER = 3,
-    TOOL_PENCIL = 8,
 };
 
 /// States that tools share: 0 is idle; what others mean is up to the tool family.
@@ -77,14 +70,16 @@ public:
     virtual void DrawOverlay(COverlay& overlay, const TOverlayMapper& mapper) const = 0;
     /// The client rectangle that DrawOverlay touches.
     virtual CRect GetOverlayRect(const TOverlayMapper& mapper) const;
-    virtual int GetToolId() const = 0;
+    /// The class's own record.
+    virtual const TToolInfo& GetInfo() const = 0;
+    int GetToolId() const { return GetInfo().nId; }
     /// True when the tool can work on the active layer.
     virtual bool IsEnabled() const = 0;
     /// The text for a press where the tool cannot work; null where it can.
     virtual const wchar_t* GetRefusal() const { return nullptr; }
     /// The tool's name, also the text of its undo steps.
-    virtual const wchar_t* GetName() const = 0;
-    virtual ECursor GetCursor(CPoint) const { return ECursor::Arrow; }
+    const wchar_t* GetName() const { return GetInfo().pszName; }
+    virtual ECursor GetCursor(CPoint) const { return GetInfo().cursor; }
     /// Writes those settings that have changed since the tool read or wrote them, at once; nothing when none
     /// has.
     virtual void KeepSettings() {}

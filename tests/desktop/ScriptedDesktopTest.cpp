@@ -1,5 +1,5 @@
 // Whole sessions in the desktop delivery, where documents are made, opened and saved.
-#include "core/AppModule/CommandIds.h"
+#include "core/Commands/CommandIds.h"
 #include "core/IniConfig/IniConfig.h"
 #include "tests/session/ScriptedSession.h"
 #include "tests/support/TestPlatform.h"

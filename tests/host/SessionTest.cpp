@@ -1,6 +1,6 @@
 // Whole sessions: a host's record goes in, the application runs without a display, the picture comes back.
 #include "core/AppModule/AppModule.h"
-#include "core/AppModule/CommandIds.h"
+#include "core/Commands/CommandIds.h"
 #include "core/Base/Color.h"
 #include "core/CanvasFrame/CanvasFrame.h"
 #include "core/LayerBuffer/RasterLayerBuffer.h"

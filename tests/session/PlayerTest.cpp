@@ -26,11 +26,11 @@ TEST_F(Player, StepsActAndTheirTracesAreSeen) {
 {"key":{"up":17}}
 {"key":{"down":39}}
 {"expect":{"view":{"angle":180}}}
-{"command":12820}
-{"command":12812}
+{"command":"zoom-in"}
+{"try":"view-rotate-right"}
 {"command":12811}
 {"expect":{"view":{"client":{"width":640,"height":480},"zoom":96,"angle":270,"flipH":true,"flipV":false,"extent":{"width":640,"height":580}}}}
-{"expect":{"checked":{"12811":true,"12810":false},"enabled":{"57644":false,"57643":true,"57604":false}}}
+{"expect":{"checked":{"12811":true,"12810":false},"enabled":{"edit-redo":false,"57643":true,"57604":false}}}
 {"command":12800}
 {"expect":{"frames":2,"view":{"zoom":48,"angle":0}}}
 {"close":"frame"}
@@ -71,7 +71,7 @@ TEST_F(Player, WhatCannotBeDoneOrIsNotAsExpectedFails) {
          "1: pixel (1, 2): expected [255,0,0,254], found [255,0,0,255]"},
         {R"({"expect":{"pixel":{"x":200,"y":0,"rgba":[0,0,0,0]}}})",
          "1: pixel: (200, 0) lies outside the canvas"},
-        {R"({"command":57600})", "1: command 57600 is disabled"},
+        {R"({"command":57600})", "1: command \"file-new\" is disabled"},
         {R"({"layer":{"select":[0,0]}})", "1: there is no layer at that path"},
         {R"({"command":57664})", "1: CAboutDialog opened, but no answer was queued"},
         {"{\"answer\":{\"dialog\":\"CAboutDialog\",\"extra\":true}}\n{\"command\":57664}", ""},

@@ -86,6 +86,7 @@ TEST_F(Recorder, PanelsKeysLayersAndWhatActsPastTheSeam) {
 )" + Stroke(1200, 900);
     ExpectSame(strScript);
     EXPECT_EQ(Count("{\"activate\":0}"), 1u);
+    EXPECT_EQ(Count("{\"panel\":{\"control\":8,\"id\":\"panel-tool\""), 1u);
 }
 
 TEST_F(Recorder, AnswersStandBehindTheLineThatAsks) {
@@ -103,7 +104,7 @@ TEST_F(Recorder, AnswersStandBehindTheLineThatAsks) {
 {"expect":{"box":"データファイルが破損しています。\n\nバックアップがあれば、そちらを開いてください。"}}
 {"close":"frame"}
 {"reply":{"box":"cancel"}}
-{"command":57664}
+{"command":"app-about"}
 {"reply":{"dialog":"CAboutDialog","extra":true}}
 {"wait":3600000}
 {"wait":1}

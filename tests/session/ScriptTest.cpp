@@ -48,7 +48,8 @@ TEST(Script, RefusesALineWithItsNumberAndReason) {
         {R"({"expect":{}})", "expect: must be an object of expectations"},
         {R"({"expect":{"layers":[{"children":[{"nam":1}]}]}})",
          R"(expect.layers[0].children[0]: unknown key "nam")"},
-        {R"({"expect":{"enabled":{"x1":true}}})", R"(expect.enabled: "x1" is no command id)"},
+        {R"({"expect":{"enabled":{"x1":true}}})", R"(expect.enabled: "x1" names no command)"},
+        {R"({"command":"zoom"})", R"(command: "zoom" names no command)"},
         {R"({"expect":{"pixel":{"x":0,"y":0,"rgba":[1]}}})",
          "expect.pixel.rgba: must be a list of four numbers"},
     };

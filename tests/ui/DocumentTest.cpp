@@ -1,7 +1,7 @@
 // Documents in the real main frame: dropped, listed, marked.
 #include "UiTest.h"
 
-#include "core/AppModule/CommandIds.h"
+#include "core/Commands/CommandIds.h"
 #include "core/AppModule/PrivateMessages.h"
 #include "core/ImageFile/ImageFile.h"
 #include "core/LayerBuffer/RasterLayerBuffer.h"

@@ -1,5 +1,5 @@
 // Every undoable action, in random order, taken back and done again in random walks.
-#include "core/AppModule/CommandIds.h"
+#include "core/Commands/CommandIds.h"
 #include "core/Base/Text.h"
 #include "core/CanvasBuffer/CanvasHistory.h"
 #include "core/CanvasFrame/LayerCommands.h"

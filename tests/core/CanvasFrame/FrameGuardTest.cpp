@@ -1,11 +1,12 @@
 // One part of a frame's handler fails: it is told, and the handler's other parts are done all the same.
 #include "core/AppModule/AppModule.h"
-#include "core/AppModule/CommandIds.h"
+#include "core/Commands/CommandIds.h"
 #include "core/AppModule/MessageQueue.h"
 #include "core/CanvasFrame/CanvasFrame.h"
 #include "core/LayerBuffer/RasterLayerBuffer.h"
 #include "core/MainFrame/MainFrame.h"
 #include "core/MainFrame/SessionScope.h"
+#include "core/RasterBrush/FreehandTools.h"
 #include "core/Tools/PenContact.h"
 #include "session/SessionPen.h"
 #include "tests/support/TestPlatform.h"
@@ -29,9 +30,9 @@ struct CFailingTool : CTools {
     bool OnKeyUp(int) override { return Fail(); }
     bool Cancel() override { return Fail(); }
     void DrawOverlay(COverlay&, const TOverlayMapper&) const override {}
-    int GetToolId() const override { return 0; }
+    static constexpr TToolInfo INFO{0, L"", "", ECursor::Arrow};
+    const TToolInfo& GetInfo() const override { return INFO; }
     bool IsEnabled() const override { return true; }
-    const wchar_t* GetName() const override { return L""; }
     ECursor GetCursor(CPoint) const override { return m_cursor; }
     ECursor m_cursor = ECursor::Arrow;
 };

@@ -1,4 +1,4 @@
-#include "core/AppModule/CommandIds.h"
+#include "core/Commands/CommandIds.h"
 #include "core/CanvasFrame/LayerCommands.h"
 #include "tests/support/LayerPictures.h"
 

@@ -1,6 +1,6 @@
 // A pen that misbehaves: what its missing, doubled and unexpected events lead to.
 #include "core/AppModule/AppModule.h"
-#include "core/AppModule/CommandIds.h"
+#include "core/Commands/CommandIds.h"
 #include "core/RasterBrush/FreehandTools.h"
 #include "tests/session/ScriptedSession.h"
 

@@ -1,5 +1,5 @@
 // The selection's dashes on the glass of a running session.
-#include "core/AppModule/CommandIds.h"
+#include "core/Commands/CommandIds.h"
 #include "core/CanvasFrame/CanvasFrame.h"
 #include "core/MainFrame/MainFrame.h"
 #include "core/MainFrame/SessionScope.h"

@@ -1,8 +1,8 @@
 // The shell's rules, over windows that exist only as state.
 #include "core/MainFrame/MainFrame.h"
 #include "core/AppModule/AppModule.h"
-#include "core/AppModule/CommandIds.h"
 #include "core/AppModule/PrivateMessages.h"
+#include "core/Commands/CommandIds.h"
 #include "core/IniConfig/IniConfig.h"
 #include "core/LayerBuffer/RasterLayerBuffer.h"
 #include "core/MainFrame/AboutDialog.h"

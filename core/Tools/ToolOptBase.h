@@ -2,12 +2,13 @@
 #pragma once
 
 #include "core/Platform/Panel.h"
-#include "core/RasterBrush/RasterBrushBase.h"
+#include "core/Tools/Tools.h"
 
 #include <boost/noncopyable.hpp>
 #include <boost/shared_ptr.hpp>
 #include <boost/weak_ptr.hpp>
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -23,7 +24,9 @@ int FindOptRow(const std::vector<TOptRow>& vRows, int nValue);
 class CToolOptBase : boost::noncopyable {
 public:
     virtual ~CToolOptBase() = default;
-    virtual bool IsForTool(int nId) const = 0;
+    /// Says that the pane is that of the tools of a number.
+    void AddTool(int nId) { m_setTools.insert(nId); }
+    bool IsForTool(int nId) const { return m_setTools.count(nId) != 0; }
     /// Takes the tool's values over into the controls, and the tool for later changes. Raises internal_error
     /// for a tool of another class.
     virtual void RefreshView(const boost::shared_ptr<CTools>& spTool) = 0;
@@ -38,4 +41,7 @@ protected:
     TPanelControl& Find(int nId);
 
     std::vector<TPanelControl> m_vControls;
+
+private:
+    std::set<int> m_setTools;
 };

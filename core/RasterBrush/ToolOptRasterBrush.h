@@ -1,7 +1,8 @@
 // The options of the freehand tools: those of brush and eraser, and those of the pencil.
 #pragma once
 
-#include "core/Panels/ToolOptBase.h"
+#include "core/RasterBrush/RasterBrushBase.h"
+#include "core/Tools/ToolOptBase.h"
 
 #include <initializer_list>
 
@@ -44,7 +45,6 @@ private:
 class CToolOptRasterBrush : public CToolOptFreehand {
 public:
     CToolOptRasterBrush();
-    bool IsForTool(int nId) const override { return nId == TOOL_BRUSH || nId == TOOL_ERASER; }
 
 private:
     bool Serves(const CRasterBrushBase&) const override { return true; }
@@ -53,7 +53,6 @@ private:
 class CToolOptRasterPencil : public CToolOptFreehand {
 public:
     CToolOptRasterPencil();
-    bool IsForTool(int nId) const override { return nId == TOOL_PENCIL; }
 
 private:
     bool Serves(const CRasterBrushBase& tool) const override;

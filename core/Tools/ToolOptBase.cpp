@@ -1,4 +1,4 @@
-#include "core/Panels/ToolOptBase.h"
+#include "core/Tools/ToolOptBase.h"
 
 #include "core/Base/Failure.h"
 

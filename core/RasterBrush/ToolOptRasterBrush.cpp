@@ -1,7 +1,7 @@
-#include "core/Panels/ToolOptRasterBrush.h"
+#include "core/RasterBrush/ToolOptRasterBrush.h"
 
 #include "core/Base/Failure.h"
-#include "core/Panels/Percent.h"
+#include "core/Base/Percent.h"
 #include "core/RasterBrush/FreehandTools.h"
 
 #include <boost/pointer_cast.hpp>

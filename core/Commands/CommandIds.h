@@ -1,4 +1,4 @@
-// Command ids: what menus, tool bar, accelerators and session scripts name a command by.
+// Command ids: the numbers that messages, records and icons name a command by.
 #pragma once
 
 enum ECommand : int {
@@ -8,7 +8,11 @@ enum ECommand : int {
     ID_FILE_SAVE = 57603,
     ID_FILE_SAVE_AS = 57604,
     ID_FILE_MRU_FIRST = 57616,
-    ID_FILE_MRU_LAST = 57631,
+    ID_FILE_MRU_LAST = 57619, ///< the list has four
+    ID_EDIT_CLEAR = 57632,
+    ID_EDIT_COPY = 57634,
+    ID_EDIT_CUT = 57635,
+    ID_EDIT_PASTE = 57637,
     ID_EDIT_UNDO = 57643,
     ID_EDIT_REDO = 57644,
     ID_WINDOW_ARRANGE = 57649,
@@ -18,6 +22,8 @@ enum ECommand : int {
     ID_APP_ABOUT = 57664,
     ID_APP_EXIT = 57665,
     ID_VIEW_NEW = 12800,
+    ID_PANEL_LAYER = 12801,
+    ID_PANEL_HISTORY = 12802,
     ID_PANEL_TOOL_OPTION = 12803,
     ID_PANEL_BRUSH = 12804,
     ID_PANEL_TOOL = 12805,
@@ -35,6 +41,8 @@ enum ECommand : int {
     ID_PREDICTION_LAST = 12819,
     ID_ZOOM_IN = 12820,
     ID_ZOOM_OUT = 12821,
+    ID_SELECT_ALL = 12840,
+    ID_SELECT_NONE = 12841,
     ID_LAYER_NEW_RASTER = 12900,
     ID_LAYER_NEW_VECTOR = 12901,
     ID_LAYER_NEW_SET = 12902,
@@ -45,6 +53,10 @@ enum ECommand : int {
     ID_MODE_GREY = 13100,
     ID_MODE_RGB = 13101,
     ID_MODE_LIGHT = 13102,
+    ID_IMAGE_RESOLUTION = 13105,
+    ID_IMAGE_SIZE = 13106,
+    ID_IMAGE_LEVEL = 13200,
+    ID_IMAGE_HSV = 13201,
     ID_APP_CONFIG = 13300,
     IDC_ZOOM_COMBO = 101, ///< a line of the zoom box was chosen: lParam is the line
 };

@@ -1,0 +1,134 @@
+#include "core/CanvasFrame/CanvasCommands.h"
+
+#include "core/AppModule/AppModule.h"
+#include "core/CanvasFrame/CanvasFrame.h"
+#include "core/CanvasFrame/LayerCommands.h"
+#include "core/Commands/CommandIds.h"
+#include "core/Commands/Commands.h"
+
+namespace {
+
+using TFrameAct = void (*)(CCanvasFrame& frame);
+using TFrameTest = bool (*)(CCanvasFrame& frame);
+using TToolAct = bool (CTools::*)();
+using TToolTest = bool (CTools::*)() const;
+
+CCommandTable::TAct WithFrame(const boost::function<void(CCanvasFrame&, int)>& fn) {
+    return [fn](int nId) {
+        const auto spFrame = g_wpActiveFrame.lock();
+        if (spFrame && spFrame->GetWindow()) fn(*spFrame, nId);
+    };
+}
+
+CCommandTable::TTest AskFrame(const boost::function<bool(CCanvasFrame&, int)>& fn) {
+    return [fn](int nId) {
+        const auto spFrame = g_wpActiveFrame.lock();
+        return spFrame && fn(*spFrame, nId);
+    };
+}
+
+bool IsIdle() {
+    const auto spTool = g_wpActiveTool.lock();
+    return !spTool || spTool->GetState() == STATE_IDLE;
+}
+
+bool IsOwnDocument(CCanvasFrame&) { return !g_bFilterBuild; }
+bool IsAnyFrame(CCanvasFrame&) { return true; }
+
+bool CanUndo(CCanvasFrame& frame) {
+    CCanvasBuffer& canvas = *frame.GetCanvas();
+    // A drawn stroke counts from its end on, however long the machine takes to render it.
+    return IsIdle() && (canvas.GetHistory().CanUndo() || canvas.HasPendingWork());
+}
+
+bool CanRedo(CCanvasFrame& frame) {
+    CCanvasBuffer& canvas = *frame.GetCanvas();
+    return IsIdle() && canvas.GetHistory().CanRedo() && !canvas.HasPendingWork();
+}
+
+void Turn(CCanvasFrame& frame, int nDegrees) {
+    TViewState view = frame.GetView().GetState();
+    view.uAngle = static_cast<uint16_t>((view.uAngle + nDegrees) % 360);
+    frame.ApplyView(view);
+}
+
+void Flip(CCanvasFrame& frame, bool TViewState::*pFlip) {
+    TViewState view = frame.GetView().GetState();
+    view.*pFlip = !(view.*pFlip);
+    frame.ApplyView(view);
+}
+
+void ShowInitially(CCanvasFrame& frame) { frame.ApplyView({frame.GetView().GetState().uZoom}); }
+
+struct TFrameCommand {
+    int nId;
+    TFrameAct fnDo;
+    TFrameTest fnEnabled;
+    TFrameTest fnChecked;
+};
+
+const TFrameCommand FRAME_COMMANDS[] = {
+    {ID_FILE_SAVE, [](CCanvasFrame& frame) { frame.Save(false); }, IsOwnDocument, nullptr},
+    {ID_FILE_SAVE_AS, [](CCanvasFrame& frame) { frame.Save(true); }, IsOwnDocument, nullptr},
+    {ID_EDIT_UNDO, [](CCanvasFrame& frame) { frame.StepHistory(true); }, CanUndo, nullptr},
+    {ID_EDIT_REDO, [](CCanvasFrame& frame) { frame.StepHistory(false); }, CanRedo, nullptr},
+    {ID_VIEW_FLIP_V, [](CCanvasFrame& frame) { Flip(frame, &TViewState::bFlipV); }, IsAnyFrame,
+     [](CCanvasFrame& frame) { return frame.GetView().GetState().bFlipV; }},
+    {ID_VIEW_FLIP_H, [](CCanvasFrame& frame) { Flip(frame, &TViewState::bFlipH); }, IsAnyFrame,
+     [](CCanvasFrame& frame) { return frame.GetView().GetState().bFlipH; }},
+    {ID_VIEW_ROTATE_RIGHT, [](CCanvasFrame& frame) { Turn(frame, 90); }, IsAnyFrame, nullptr},
+    {ID_VIEW_ROTATE_LEFT, [](CCanvasFrame& frame) { Turn(frame, 270); }, IsAnyFrame, nullptr},
+    {ID_VIEW_INITIAL, ShowInitially, IsAnyFrame, nullptr},
+};
+
+struct TEditCommand {
+    int nId;
+    TToolAct pfnDo;
+    TToolTest pfnCan;
+};
+
+constexpr TEditCommand EDIT_COMMANDS[] = {
+    {ID_EDIT_CUT, &CTools::Cut, &CTools::CanCut},
+    {ID_EDIT_COPY, &CTools::Copy, &CTools::CanCopy},
+    {ID_EDIT_PASTE, &CTools::Paste, &CTools::CanPaste},
+};
+
+// The tool answers whether what it did shows.
+CCommandTable::TAct WithTool(const boost::function<bool(CTools&, int)>& fn) {
+    return WithFrame([fn](CCanvasFrame& frame, int nId) {
+        const auto spTool = g_wpActiveTool.lock();
+        if (spTool && fn(*spTool, nId)) frame.RequestRedraw();
+    });
+}
+
+CCommandTable::TTest AskTool(const boost::function<bool(const CTools&, int)>& fn) {
+    return AskFrame([fn](CCanvasFrame&, int nId) {
+        const auto spTool = g_wpActiveTool.lock();
+        return spTool && fn(*spTool, nId);
+    });
+}
+
+} // namespace
+
+void BindCanvasCommands(CCommandTable& table) {
+    for (const auto& [nId, fnDo, fnEnabled, fnChecked] : FRAME_COMMANDS) {
+        CCommandTable::TTest fnIsChecked;
+        if (fnChecked)
+            fnIsChecked = AskFrame([fn = fnChecked](CCanvasFrame& frame, int) { return fn(frame); });
+        table.Bind(nId, WithFrame([fn = fnDo](CCanvasFrame& frame, int) { fn(frame); }),
+                   AskFrame([fn = fnEnabled](CCanvasFrame& frame, int) { return fn(frame); }), fnIsChecked);
+    }
+    // An operation in progress works on the layers as they are.
+    const auto layerState = [](CCanvasFrame& frame, int n) {
+        return IsIdle() ? GetLayerCommandState(*frame.GetCanvas(), n) : TCommandState();
+    };
+    for (const int nId : GetLayerCommands())
+        table.Bind(nId, WithFrame([](CCanvasFrame& frame, int n) { frame.ChangeTree(n); }),
+                   AskFrame([=](CCanvasFrame& frame, int n) { return layerState(frame, n).bEnabled; }),
+                   AskFrame([=](CCanvasFrame& frame, int n) { return layerState(frame, n).bChecked; }));
+    for (const auto& [nId, pfnDo, pfnCan] : EDIT_COMMANDS)
+        table.Bind(nId, WithTool([pfn = pfnDo](CTools& tool, int) { return (tool.*pfn)(); }),
+                   AskTool([pfn = pfnCan](const CTools& tool, int) { return (tool.*pfn)(); }));
+    table.BindOthers(WithTool([](CTools& tool, int n) { return tool.OnCommand(n); }),
+                     AskTool([](const CTools& tool, int n) { return tool.CanCommand(n); }));
+}

@@ -1,0 +1,37 @@
+#include "core/Panels/ToolTable.h"
+
+#include "core/RasterBrush/FreehandTools.h"
+#include "core/RasterBrush/ToolOptRasterBrush.h"
+
+#include <boost/make_shared.hpp>
+
+#include <algorithm>
+
+namespace {
+
+template <class TPane>
+std::unique_ptr<CToolOptBase> MakePane() {
+    return std::make_unique<TPane>();
+}
+
+template <class TTool, class TPane>
+constexpr TToolRow ROW{TTool::INFO,
+                       [](const TToolOutside& outside) -> boost::shared_ptr<CTools> {
+                           return boost::make_shared<TTool>(outside);
+                       },
+                       MakePane<TPane>};
+
+constexpr TToolRow TOOLS[] = {
+    ROW<CRasterBrush, CToolOptRasterBrush>,
+    ROW<CRasterEraser, CToolOptRasterBrush>,
+    ROW<CRasterPencil, CToolOptRasterPencil>,
+};
+
+} // namespace
+
+std::span<const TToolRow> GetToolTable() { return TOOLS; }
+
+boost::shared_ptr<CTools> MakeTool(int nId, const TToolOutside& outside) {
+    const auto it = std::ranges::find_if(TOOLS, [=](const TToolRow& row) { return row.info.nId == nId; });
+    return it == std::end(TOOLS) ? boost::shared_ptr<CTools>() : it->pfnMake(outside);
+}
