@@ -262,7 +262,6 @@ void CCanvasFrame::ChangeTree(int nId) {
         return bChanged = DoLayerCommand(m_spCanvas, nId);
     });
     if (!bChanged) return;
-    PostToMainFrame(WM_REFRESH_LAYERS);
     RaiseRefresh();
     InvalidateAll();
 }

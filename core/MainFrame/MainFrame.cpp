@@ -117,11 +117,18 @@ bool CMainFrame::HandleMessage(const TMessage& msg) {
     default:
         break;
     }
-    if (msg.id == WM_REFRESH_ALL || msg.id == WM_REFRESH_SCALE) {
-        OnUpdateScale();
+    if (msg.id == WM_REFRESH_ALL) {
+        for (const EMessage id : {WM_REFRESH_LAYERS, WM_REFRESH_HISTORY, WM_REFRESH_TOOL, WM_REFRESH_SCALE})
+            SendMessage({m_pWindow, id});
         return true;
     }
-    if (msg.id == WM_REFRESH_TOOL) return m_panels.Refresh(), true;
+    if (msg.id == WM_REFRESH_SCALE) return OnUpdateScale(), true;
+    if (msg.id == WM_REFRESH_LAYERS || msg.id == WM_REFRESH_HISTORY || msg.id == WM_REFRESH_TOOL)
+        return m_panels.Refresh(msg.id), true;
+    if (msg.id == WM_TOOL_MESSAGE) {
+        const auto spTool = g_wpActiveTool.lock();
+        return !spTool || spTool->OnPrivateMessage(msg.wParam, msg.lParam);
+    }
     if (msg.id == WM_PEN_END) return OnPenEnd(msg.wParam != 0), true;
     if (msg.id == WM_TELL) return Tell(msg.strText), true;
     if (msg.id == WM_SWITCH_TOOL) return SwitchTool(static_cast<int>(msg.wParam));
@@ -185,6 +192,7 @@ bool CMainFrame::DoIdleWork() {
     for (const int nId : m_vToolBarCommands)
         if (nId) setState(nId, m_commands.GetState(nId));
     WatchDocuments();
+    WatchChanges();
     ForgetTold();
     Guarded([&] { WatchSettings(); });
     const bool bStrokes = Guarded([&] { return ContinueStrokes(); });
@@ -270,6 +278,19 @@ void CMainFrame::WatchDocuments() {
     if (!recovery.TakeFailure() || m_bToldSnapshots) return;
     m_bToldSnapshots = true;
     ShowErrorBox(g_strSnapshotNotWritten);
+}
+
+// The pen, a command, undo, a script: whatever changed the active document, the panels are told of it here.
+void CMainFrame::WatchChanges() {
+    const auto spFrame = g_wpActiveFrame.lock();
+    if (!spFrame) return;
+    const auto& spCanvas = spFrame->GetCanvas();
+    const uint32_t uChanges = spCanvas->GetHistory().GetChangeCount();
+    if (m_wpSeen.lock() == spCanvas && m_uSeenChanges == uChanges) return;
+    m_wpSeen = spCanvas;
+    m_uSeenChanges = uChanges;
+    SendMessage({m_pWindow, WM_REFRESH_LAYERS});
+    SendMessage({m_pWindow, WM_REFRESH_HISTORY});
 }
 
 void CMainFrame::KeepDocuments() {

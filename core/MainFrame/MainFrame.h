@@ -86,6 +86,8 @@ private:
     void OnInitMenuPopup();
     /// Marks the titles of changed documents and has their snapshots taken.
     void WatchDocuments();
+    /// Tells the panels of the active document's changes.
+    void WatchChanges();
     /// Leaves what is unsaved for the next start to offer.
     void KeepDocuments();
     /// Writes what has been changed of the tool's and the panels' settings, at most twice a second.
@@ -110,6 +112,8 @@ private:
     std::wstring m_strTold;      ///< why a press did nothing, while that is so
     CPanels m_panels;
     CCommandTable m_commands;
+    boost::weak_ptr<CCanvasBuffer> m_wpSeen; ///< the document that the panels show
+    uint32_t m_uSeenChanges = 0;
     std::deque<std::wstring> m_deqOpenFiles;
     std::unique_ptr<CRecentDocumentList> m_pRecentList;
     std::vector<int> m_vMenuCommands;

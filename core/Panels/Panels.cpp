@@ -1,6 +1,7 @@
 #include "core/Panels/Panels.h"
 
 #include "core/AppModule/ErrorBox.h"
+#include "core/AppModule/PrivateMessages.h"
 #include "core/Commands/CommandIds.h"
 #include "core/Panels/BrushWnd.h"
 #include "core/Panels/ColorWnd.h"
@@ -19,32 +20,32 @@ TPanelPlace Right(int32_t nTop, int32_t nHeight) {
     return {EPanelDock::Right, CRect(CPoint{1000, nTop}, {COLUMN, nHeight}), true};
 }
 
-struct TPanelRow {
-    int nCommand;
-    const wchar_t* pszSection; ///< of the settings, below "Windows"
-    std::unique_ptr<CPanel> (*pfnMake)(const wchar_t* pszSection);
-    /// Where it stands at first. What is docked keeps the order of the rectangles; those with the same one
-    /// lie over each other behind tabs, the table's first one on top.
-    TPanelPlace placeFirst;
-};
-
 template <class TPanel>
 std::unique_ptr<CPanel> Make(const wchar_t* pszSection) {
     return std::make_unique<TPanel>(pszSection);
 }
 
 const TPanelRow PANELS[] = {
-    {ID_PANEL_BRUSH, L"Brush", Make<CBrushWnd>, Right(600, 340)},
-    {ID_PANEL_TOOL_OPTION, L"ToolOption", Make<CToolOptWnd>, Right(600, 340)},
-    {ID_PANEL_PRESS, L"Press", Make<CPressWnd>, Right(600, 340)},
-    {ID_PANEL_TOOL, L"Tool", Make<CToolWnd>, {EPanelDock::Left, CRect(CPoint{0, 100}, {84, 200}), true}},
-    {ID_PANEL_COLOR, L"Color", Make<CColorWnd>, Right(100, 424)},
+    {ID_PANEL_BRUSH, L"Brush", Make<CBrushWnd>, WM_REFRESH_TOOL, Right(600, 340)},
+    {ID_PANEL_TOOL_OPTION, L"ToolOption", Make<CToolOptWnd>, WM_REFRESH_TOOL, Right(600, 340)},
+    {ID_PANEL_PRESS, L"Press", Make<CPressWnd>, WM_REFRESH_TOOL, Right(600, 340)},
+    {ID_PANEL_TOOL,
+     L"Tool",
+     Make<CToolWnd>,
+     WM_REFRESH_TOOL,
+     {EPanelDock::Left, CRect(CPoint{0, 100}, {84, 200}), true}},
+    {ID_PANEL_COLOR, L"Color", Make<CColorWnd>, WM_REFRESH_TOOL, Right(100, 424)},
 };
 
 } // namespace
 
 CPanels::CPanels() {
-    for (const TPanelRow& row : PANELS) m_mapPanels[row.nCommand] = row.pfnMake(row.pszSection);
+    for (const TPanelRow& row : PANELS) Add(row);
+}
+
+void CPanels::Add(const TPanelRow& row) {
+    m_vRows.push_back(row);
+    m_mapPanels[row.nCommand] = row.pfnMake(row.pszSection);
 }
 
 CPanels::~CPanels() { Close(); }
@@ -55,7 +56,7 @@ void CPanels::Create(IMainWindow& parent) {
         int32_t nTop;
     };
     std::vector<TPlaced> vPlaced;
-    for (const TPanelRow& row : PANELS)
+    for (const TPanelRow& row : m_vRows)
         vPlaced.push_back({&row, m_mapPanels[row.nCommand]->ReadPlace(row.placeFirst).rc.top});
     std::ranges::stable_sort(vPlaced, {}, &TPlaced::nTop);
     for (const TPlaced& placed : vPlaced)
@@ -72,8 +73,9 @@ void CPanels::Close() {
     for (const auto& entry : m_mapPanels) Guarded([&] { entry.second->Close(); });
 }
 
-void CPanels::Refresh() {
-    for (const auto& [nCommand, pPanel] : m_mapPanels) pPanel->Refresh();
+void CPanels::Refresh(EMessage id) {
+    for (const TPanelRow& row : m_vRows)
+        if (row.refresh == id) Find(row.nCommand)->Refresh();
 }
 
 void CPanels::OnStroke() {

@@ -7,19 +7,32 @@
 #include <memory>
 #include <vector>
 
+/// A line of the table of panels.
+struct TPanelRow {
+    int nCommand;
+    const wchar_t* pszSection; ///< of the settings, below "Windows"
+    std::unique_ptr<CPanel> (*pfnMake)(const wchar_t* pszSection);
+    EMessage refresh; ///< the main frame's private message upon which it rereads what it shows
+    /// Where it stands at first. What is docked keeps the order of the rectangles; those with the same one
+    /// lie over each other behind tabs, the table's first one on top.
+    TPanelPlace placeFirst;
+};
+
 class CPanels : boost::noncopyable {
 public:
     CPanels();
     ~CPanels();
 
+    /// Makes the panel of a line, without its window.
+    void Add(const TPanelRow& row);
     /// Makes the windows. Raises internal_error when the window system refuses.
     void Create(IMainWindow& parent);
     /// Writes what has changed of the panels' own settings.
     void KeepSettings();
     /// Keeps the places and destroys the windows.
     void Close();
-    /// The tool or a value of it has changed.
-    void Refresh();
+    /// The panels of a private message reread what they show.
+    void Refresh(EMessage id);
     /// The active tool begins a stroke.
     void OnStroke();
 
@@ -34,5 +47,6 @@ public:
     std::vector<int> GetCommands() const;
 
 private:
+    std::vector<TPanelRow> m_vRows;
     std::map<int, std::unique_ptr<CPanel>> m_mapPanels;
 };

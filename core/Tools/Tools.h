@@ -60,6 +60,8 @@ public:
     /// A menu command that the tool answers for, and whether it is enabled.
     virtual bool OnCommand(int) { return false; }
     virtual bool CanCommand(int) const { return false; }
+    /// The main frame's private message that is meant for the active tool; true when it is handled.
+    virtual bool OnPrivateMessage(int64_t, int64_t) { return false; }
     virtual bool Copy() { return false; }
     virtual bool Cut() { return false; }
     virtual bool Paste() { return false; }

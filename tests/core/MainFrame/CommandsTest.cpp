@@ -1,5 +1,6 @@
 // The tables of commands and tools, and commands that a tool answers for.
 #include "core/AppModule/AppModule.h"
+#include "core/AppModule/PrivateMessages.h"
 #include "core/Base/Resource.h"
 #include "core/Commands/CommandIds.h"
 #include "core/MainFrame/MainFrame.h"
@@ -30,6 +31,7 @@ struct CEditTool : CTools {
     bool Paste() override { return Note("paste"); }
     bool CanCopy() const override { return true; }
     bool CanPaste() const override { return true; }
+    bool OnPrivateMessage(int64_t w, int64_t l) override { return w == 3 && Note(std::to_string(l)); }
     bool Note(const std::string& str) {
         m_strDone += str + " ";
         return true;
@@ -65,12 +67,14 @@ TEST(Commands, ASessionGivesTheActiveToolWhatNobodyElseDoes) {
         g_wpActiveTool = spTool = boost::make_shared<CEditTool>(*pOutside);
         EXPECT_EQ(enabled(), "edit-copy edit-paste select-all view-fast-scroll ");
         player.SendCommand(ID_SELECT_ALL);
+        EXPECT_TRUE(g_pMainFrame->OnMessage({nullptr, WM_TOOL_MESSAGE, 3, 4}));
+        EXPECT_FALSE(g_pMainFrame->OnMessage({nullptr, WM_TOOL_MESSAGE, 4, 3}));
         EXPECT_FALSE(player.TryCommand(ID_SELECT_NONE));
         player.GetStage().keys.Press(VK_Control, true);
         for (const int nKey : {'V', 'X', 'C'}) Press(nKey);
     });
     outside.AddStep([&](CPlayer& player) {
-        EXPECT_EQ(spTool->m_strDone, "12840 paste copy ");
+        EXPECT_EQ(spTool->m_strDone, "12840 4 paste copy ");
         player.GetStage().keys.Press(VK_Control, false);
         g_wpActiveFrame.lock()->GetWindow()->Destroy();
         EXPECT_EQ(enabled(), "view-fast-scroll ") << "nothing is open";

@@ -3,6 +3,7 @@
 #include "core/AppModule/AppModule.h"
 #include "core/Commands/CommandIds.h"
 #include "core/AppModule/MessageQueue.h"
+#include "core/AppModule/PrivateMessages.h"
 #include "core/Base/Failure.h"
 #include "core/IniConfig/IniConfig.h"
 #include "core/MainFrame/MainFrame.h"
@@ -217,7 +218,7 @@ TEST_F(Panels, OptionsGoStraightToTheToolAndComeBack) {
               EXPECT_EQ(Tool().GetFreehand().m_uSlowSmooth, 0u);
               // A value that no row has shows the first one and stays as it is.
               Tool().GetParam().CurveStrength = 5;
-              g_pMainFrame->GetPanels().Refresh();
+              g_pMainFrame->GetPanels().Refresh(WM_REFRESH_TOOL);
               EXPECT_EQ(Control(P, L"補完強度").nValue, 0);
               EXPECT_EQ(Tool().GetParam().CurveStrength, 5);
               Change(P, L"補完強度", 99); // no such row
@@ -269,7 +270,7 @@ TEST_F(Panels, BrushSizesAreAListAndASlider) {
     Play({[&] {
         EXPECT_EQ(rows(), (std::vector<std::wstring>{L"2", L"4", L"5", L"8", L"16"}));
         g_wpActiveTool.reset();
-        g_pMainFrame->GetPanels().Refresh();
+        g_pMainFrame->GetPanels().Refresh(WM_REFRESH_TOOL);
         EXPECT_NO_THROW(Control(P, L"ツールが選択されていないか無効なツールです。"));
         EXPECT_FALSE(Control(P, TPanelControl::EKind::List).bVisible);
     }});
@@ -279,7 +280,7 @@ TEST_F(Panels, ThePreviewIsWhatTheBrushDraws) {
     Play({[] {
         const TPanelControl view = Control(ID_PANEL_BRUSH, TPanelControl::EKind::View);
         const auto paint = [&] {
-            g_pMainFrame->GetPanels().Refresh();
+            g_pMainFrame->GetPanels().Refresh(WM_REFRESH_TOOL);
             return Paint(view);
         };
         const std::string strThin = paint();

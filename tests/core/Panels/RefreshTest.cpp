@@ -1,0 +1,103 @@
+// Who is told of what: panels by the main frame's private messages, whatever changed the document.
+#include "core/AppModule/PrivateMessages.h"
+#include "core/Commands/CommandIds.h"
+#include "core/LayerBuffer/RasterLayerBuffer.h"
+#include "core/MainFrame/MainFrame.h"
+#include "core/MainFrame/SessionScope.h"
+#include "core/RasterBrush/FreehandTools.h"
+#include "session/SessionMainWindow.h"
+#include "tests/support/LayerPictures.h"
+#include "tests/support/TestPlatform.h"
+
+namespace {
+
+// Shows nothing and counts how often it had to.
+struct CCountingPanel : CPanel {
+    using CPanel::CPanel;
+    std::wstring GetTitle() const override { return L"数"; }
+    void OnRefresh() override { ++m_nRefreshed; }
+    void OnControl(TPanelControl&) override {}
+    int m_nRefreshed = 0;
+};
+
+class Refresh : public testing::Test {
+protected:
+    static CCountingPanel& Panel(int nId) {
+        return dynamic_cast<CCountingPanel&>(*g_pMainFrame->GetPanels().Find(nId));
+    }
+    static void AddPanel(int nId, EMessage refresh) {
+        const auto make = [](const wchar_t* pszSection) -> std::unique_ptr<CPanel> {
+            return std::make_unique<CCountingPanel>(pszSection);
+        };
+        CPanels& panels = g_pMainFrame->GetPanels();
+        panels.Add({nId, L"Test", make, refresh, {}});
+        panels.Find(nId)->Create(*g_pMainFrame->GetWindow(), {});
+    }
+    // Both panels are refreshed by what a step does, once it has been done.
+    void ExpectTold(const char* pszWhat, const std::function<void()>& fn) {
+        m_outside.AddStep([=](CPlayer&) {
+            Panel(ID_PANEL_LAYER).m_nRefreshed = Panel(ID_PANEL_HISTORY).m_nRefreshed = 0;
+            fn();
+        });
+        m_outside.AddStep([=](CPlayer&) {
+            EXPECT_EQ(Panel(ID_PANEL_LAYER).m_nRefreshed > 0, Panel(ID_PANEL_HISTORY).m_nRefreshed > 0);
+            EXPECT_EQ(Panel(ID_PANEL_LAYER).m_nRefreshed > 0, *pszWhat != '-') << pszWhat;
+        });
+    }
+    void Play() {
+        m_outside.Run([&](const TPlatform& platform) {
+            CSessionScope scope(platform);
+            CreateMainFrame();
+            AddPanel(ID_PANEL_LAYER, WM_REFRESH_LAYERS);
+            AddPanel(ID_PANEL_HISTORY, WM_REFRESH_HISTORY);
+            g_pMainFrame->OpenFrame(CreateCanvasFrame(MakePage({100, 80})));
+            scope.Run();
+        });
+    }
+    static CCanvasBuffer& Canvas() { return *g_wpActiveFrame.lock()->GetCanvas(); }
+
+    CTestPlatform m_outside;
+};
+
+} // namespace
+
+TEST_F(Refresh, PanelsHearOfEveryChangeOfTheDocument) {
+    const auto command = [&](const char* pszName) {
+        ExpectTold(pszName, [pszName] {
+            SendMessage({g_pMainFrame->GetWindow(), EMessage::Command, FindCommandId(pszName)});
+        });
+    };
+    ExpectTold("- nothing", [] {});
+    command("layer-new-raster");
+    ExpectTold("rename", [] { Canvas().GetActiveLayer()->setName(L"線", true); });
+    command("layer-merge-down");
+    command("edit-undo");
+    command("edit-redo");
+    command("mode-grey");
+    ExpectTold("load", [] { g_pMainFrame->OpenFrame(CreateCanvasFrame(MakePage({50, 40}))); });
+    ExpectTold("- view", [] { SendMessage({g_pMainFrame->GetWindow(), EMessage::Command, ID_VIEW_FLIP_H}); });
+    Play();
+}
+
+TEST_F(Refresh, AllMeansLayersHistoryToolAndScale) {
+    m_outside.AddStep([](CPlayer&) {
+        const auto& main = dynamic_cast<CSessionMainWindow&>(*g_pMainFrame->GetWindow());
+        const auto pressed = [] {
+            for (const TPanelControl& control : g_pMainFrame->GetPanels().Find(ID_PANEL_TOOL)->GetControls())
+                if (control.nValue) return control.nId;
+            return 0;
+        };
+        Panel(ID_PANEL_LAYER).m_nRefreshed = Panel(ID_PANEL_HISTORY).m_nRefreshed = 0;
+        g_pMainFrame->GetWindow()->SetStatusText(1, L"");
+        g_pMainFrame->SwitchTool(TOOL_PENCIL); // the panels hear of it by a posted message
+        EXPECT_EQ(pressed(), TOOL_BRUSH);
+        SendMessage({g_pMainFrame->GetWindow(), WM_REFRESH_ALL});
+        EXPECT_EQ(pressed(), TOOL_PENCIL);
+        EXPECT_EQ(Panel(ID_PANEL_LAYER).m_nRefreshed, 1);
+        EXPECT_EQ(Panel(ID_PANEL_HISTORY).m_nRefreshed, 1);
+        EXPECT_NE(main.GetStatusText(1), L"");
+        g_wpActiveTool.reset();
+        EXPECT_TRUE(g_pMainFrame->OnMessage({nullptr, WM_TOOL_MESSAGE, 3, 4})) << "there is no tool";
+    });
+    Play();
+}
