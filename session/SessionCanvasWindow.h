@@ -40,6 +40,7 @@ public:
     void SetCursor(ECursor cursor) override;
     /// The MDI client counts as the screen.
     CPoint GetClientOrigin() const override { return m_rc.TopLeft(); }
+    int32_t GetDpi() const override { return 96; }
     bool IsAt(CPoint ptScreen) const override {
         return !m_bCovered && !m_rc.Intersect(CRect(ptScreen, CSize{1, 1})).IsEmpty();
     }

@@ -18,6 +18,7 @@
 #include <QMdiArea>
 #include <QStyle>
 
+#include <cmath>
 #include <utility>
 
 CQtCanvasWindow::CQtCanvasWindow(CQtMainWindow& parent, IWindowClient& client,
@@ -216,6 +217,10 @@ void CQtCanvasWindow::LoseCapture() {
 void CQtCanvasWindow::SetCursor(ECursor cursor) { m_pView->ShowCursor(cursor); }
 
 CPoint CQtCanvasWindow::GetClientOrigin() const { return m_pView->GetClientOrigin(); }
+
+int32_t CQtCanvasWindow::GetDpi() const {
+    return static_cast<int32_t>(std::lround(96 * m_pView->devicePixelRatioF()));
+}
 
 bool CQtCanvasWindow::IsAt(CPoint ptScreen) const { return m_pView->IsAt(ptScreen); }
 

@@ -42,6 +42,7 @@ public:
     bool HasCapture() const override { return m_bCapture; }
     void SetCursor(ECursor cursor) override;
     CPoint GetClientOrigin() const override;
+    int32_t GetDpi() const override;
     bool IsAt(CPoint ptScreen) const override;
 
     /// The title as lists show it, with its mark.

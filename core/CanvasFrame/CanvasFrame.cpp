@@ -213,8 +213,10 @@ void CCanvasFrame::InvalidateAll() {
 }
 
 void CCanvasFrame::RequestRedraw() {
+    if (!m_pWindow) return;
     RaiseRefresh();
     RepaintChanges();
+    m_input.InvalidateOverlay();
 }
 
 void CCanvasFrame::ScrollTo(CPoint ptScroll) {

@@ -31,6 +31,8 @@ public:
     const boost::shared_ptr<CCanvasBuffer>& GetCanvas() const override { return m_spCanvas; }
     const CCanvasView& GetView() const { return m_view; }
     uint16_t GetZoom() const override { return m_view.GetState().uZoom; }
+    CPoint ToClient(CPoint ptCanvas) const override { return m_view.ToWindow8(ptCanvas); }
+    CPoint ToCanvas(CPoint ptClient) const override { return m_view.ToCanvas8(ptClient); }
     CFrameInput& GetInput() { return m_input; }
 
     bool OnMessage(const TMessage& msg) override;

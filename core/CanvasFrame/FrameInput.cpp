@@ -214,8 +214,10 @@ void CFrameInput::Dispatch(CTools& tool, EMessage message, CPoint pt, uint32_t p
     const bool bCancel = message == EMessage::RButtonDown && tool.GetState() != STATE_IDLE;
     const bool bRedraw =
         bCancel ? tool.CancelOperation() : tool.Dispatch(message, pt.x, pt.y, pressure, altitude, flags);
-    if (m_frame.GetCanvas()->Update() || bRedraw) m_frame.RequestRedraw();
-    InvalidateOverlay();
+    if (m_frame.GetCanvas()->Update() || bRedraw)
+        m_frame.RequestRedraw();
+    else
+        InvalidateOverlay();
     WatchSilence();
 }
 
@@ -295,7 +297,8 @@ void CFrameInput::CancelStroke() {
 }
 
 TOverlayMapper CFrameInput::GetMapper() const {
-    return [pView = &m_frame.GetInputView()](CPoint pt) { return pView->ToWindow8(pt); };
+    return {[pView = &m_frame.GetInputView()](CPoint pt) { return pView->ToWindow8(pt); },
+            m_frame.GetInputWindow().GetDpi()};
 }
 
 CRect CFrameInput::GetOverlayRect() const {
@@ -313,8 +316,9 @@ void CFrameInput::DrawOverlay(CGDIBuffer& target, const CRect& rcClip) {
     const auto spTool = g_wpActiveTool.lock();
     m_rcOverlayPrev = GetOverlayRect();
     if (m_rcOverlayPrev.IsEmpty()) return;
-    COverlay overlay(target, rcClip);
-    spTool->DrawOverlay(overlay, GetMapper());
+    const TOverlayMapper mapper = GetMapper();
+    COverlay overlay(target, rcClip, mapper.GetDpi());
+    spTool->DrawOverlay(overlay, mapper);
 }
 
 void CFrameInput::UpdateCursor() {

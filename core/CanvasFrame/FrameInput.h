@@ -32,7 +32,8 @@ public:
     virtual CCanvasView& GetInputView() = 0;
     virtual const boost::shared_ptr<CCanvasBuffer>& GetCanvas() const = 0;
     virtual bool IsActive() const = 0;
-    /// Something is to be drawn: changed blocks now, the other views of the canvas on the timer.
+    /// Something is to be drawn: changed blocks and the overlay now, the other views of the canvas on the
+    /// timer.
     virtual void RequestRedraw() = 0;
     /// The hand moved the view.
     virtual void ScrollTo(CPoint ptScroll) = 0;
@@ -62,6 +63,8 @@ public:
     void DrawOverlay(CGDIBuffer& target, const CRect& rcClip);
     /// The tool's overlay rectangle now, in client pixels.
     CRect GetOverlayRect() const;
+    /// Has the overlay painted anew, where it was and where it is.
+    void InvalidateOverlay();
 
 private:
     void OnMouse(const TMessage& msg);
@@ -78,7 +81,6 @@ private:
     void GiveToTool(CTools& tool, const TPointerInput& input);
     void DragHand(const TPointerInput& input);
     void CancelStroke();
-    void InvalidateOverlay();
     void Settle();
     void UpdateCursor();
     CPoint HandPosition(const TPointerInput& input) const;

@@ -6,6 +6,7 @@
 #include "core/AppModule/WindowPlacement.h"
 #include "core/Base/Failure.h"
 #include "core/IniConfig/IniConfig.h"
+#include "core/Tools/ActiveView.h"
 
 #include <algorithm>
 
@@ -122,4 +123,7 @@ void CPanel::EnableAll(bool bEnable) {
     for (TPanelControl& control : m_vControls) control.bEnabled = bEnable;
 }
 
-void CPanel::NotifyTool() { PostToMainFrame(WM_REFRESH_TOOL); }
+void CPanel::NotifyTool() {
+    PostToMainFrame(WM_REFRESH_TOOL);
+    RedrawActiveView();
+}

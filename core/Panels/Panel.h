@@ -59,7 +59,7 @@ protected:
     /// The control of an id; a self-check fails when there is none.
     TPanelControl& Find(int nId);
     void EnableAll(bool bEnable);
-    /// Tells everyone that a tool's value has changed.
+    /// Tells everyone that a tool's value has changed, and has its overlay drawn anew.
     static void NotifyTool();
 
     std::vector<TPanelControl> m_vControls;

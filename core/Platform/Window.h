@@ -76,6 +76,8 @@ public:
     virtual void SetCursor(ECursor cursor) = 0;
     /// The client area's top-left pixel on the screen, in device pixels.
     virtual CPoint GetClientOrigin() const = 0;
+    /// Device pixels to the inch of the window's screen as the user has set them: 96 is 100 percent.
+    virtual int32_t GetDpi() const = 0;
     /// True when the window's client area is what lies at a device pixel of the screen.
     virtual bool IsAt(CPoint ptScreen) const = 0;
 };

@@ -14,7 +14,16 @@ public:
     virtual const boost::shared_ptr<CCanvasBuffer>& GetCanvas() const = 0;
     /// Magnification in 48ths: 48 is 100 percent.
     virtual uint16_t GetZoom() const = 0;
+    /// Client position of a canvas position in eighths of a pixel, to the nearest pixel.
+    virtual CPoint ToClient(CPoint ptCanvas) const = 0;
+    /// Canvas position in eighths of a pixel under a client position.
+    virtual CPoint ToCanvas(CPoint ptClient) const = 0;
+    /// Shows what has changed of the canvas, and what the tool draws over it as it is now.
+    virtual void RequestRedraw() = 0;
 };
 
 /// The active view; expired while there is none.
 extern boost::weak_ptr<IActiveView> g_wpActiveView;
+
+/// Asks the active view to redraw; nothing happens while there is none.
+void RedrawActiveView();

@@ -15,6 +15,10 @@ constexpr uint32_t SILENCE_MS = 300;
 
 } // namespace
 
+void RedrawActiveView() {
+    if (const auto spView = g_wpActiveView.lock()) spView->RequestRedraw();
+}
+
 CTools::CTools(const TToolOutside& outside) : m_outside(outside) {
     for (int nKey = 0; nKey < KEYS; ++nKey)
         if (outside.keys.IsKeyDown(nKey)) m_setKeys.insert(nKey);
@@ -25,7 +29,7 @@ bool CTools::OnMouseMove(int32_t x, int32_t y, uint32_t pressure, uint32_t, uint
 }
 
 CRect CTools::GetOverlayRect(const TOverlayMapper& mapper) const {
-    COverlay overlay;
+    COverlay overlay(mapper.GetDpi());
     DrawOverlay(overlay, mapper);
     return overlay.GetBounds();
 }

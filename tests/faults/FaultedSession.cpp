@@ -1,6 +1,6 @@
 #include "tests/faults/FaultedSession.h"
 
-#include "core/AppModule/CommandIds.h"
+#include "core/Commands/CommandIds.h"
 #include "core/Base/Failure.h"
 #include "core/Base/Text.h"
 #include "core/ImageFile/ImageFile.h"

@@ -1,5 +1,5 @@
 // A canvas of another size in windows that are open.
-#include "core/AppModule/CommandIds.h"
+#include "core/Commands/CommandIds.h"
 #include "core/AppModule/MessageQueue.h"
 #include "core/CanvasBuffer/CanvasHistory.h"
 #include "core/CanvasFrame/CanvasFrame.h"

@@ -5,6 +5,7 @@
 #include "core/MainFrame/MainFrame.h"
 #include "core/MainFrame/SessionScope.h"
 #include "core/RasterBrush/FreehandTools.h"
+#include "session/SessionCanvasWindow.h"
 #include "session/SessionMainWindow.h"
 #include "tests/support/LayerPictures.h"
 #include "tests/support/TestPlatform.h"
@@ -99,5 +100,33 @@ TEST_F(Refresh, AllMeansLayersHistoryToolAndScale) {
         g_wpActiveTool.reset();
         EXPECT_TRUE(g_pMainFrame->OnMessage({nullptr, WM_TOOL_MESSAGE, 3, 4})) << "there is no tool";
     });
+    Play();
+}
+
+TEST_F(Refresh, TheCircleOfTheBrushFollowsItsPanel) {
+    static constexpr CPoint PT{40, 40};
+    // How far the circle reaches to the right of the pointer.
+    const auto reach = [] {
+        const auto& window = dynamic_cast<CSessionCanvasWindow&>(*g_wpActiveFrame.lock()->GetWindow());
+        const uint8_t uGround = *window.GetGlass().GetPixel({5, 5});
+        int32_t n = 0;
+        while (n < 100 && *window.GetGlass().GetPixel(PT + CPoint{n, 0}) == uGround) ++n;
+        return n;
+    };
+    m_outside.AddStep([](CPlayer& player) {
+        player.GetStage().platform.queue.Post(
+            {g_wpActiveFrame.lock()->GetWindow(), EMessage::MouseMove, 0, PackPoint(PT.x, PT.y)});
+    });
+    m_outside.AddStep([&](CPlayer&) {
+        EXPECT_LT(reach(), 19);
+        const auto spView = g_wpActiveView.lock();
+        EXPECT_EQ(spView->ToClient(spView->ToCanvas(PT)), PT);
+        EXPECT_EQ(spView->ToClient({8 * 9, 8 * 7}), g_wpActiveFrame.lock()->GetView().ToWindow({9, 7}));
+        CPanel& panel = *g_pMainFrame->GetPanels().Find(ID_PANEL_BRUSH);
+        for (const TPanelControl& control : panel.GetControls())
+            if (control.strLabel == L"サイズ")
+                return SendMessage({panel.GetWindow(), EMessage::PanelChange, control.nId, 40});
+    });
+    m_outside.AddStep([&](CPlayer&) { EXPECT_NEAR(reach(), 20, 1); });
     Play();
 }

@@ -25,6 +25,9 @@ struct CProbe : CRasterBrush {
 struct CView : IActiveView {
     const boost::shared_ptr<CCanvasBuffer>& GetCanvas() const override { return m_spCanvas; }
     uint16_t GetZoom() const override { return 48; }
+    CPoint ToClient(CPoint pt) const override { return {pt.x / 8, pt.y / 8}; }
+    CPoint ToCanvas(CPoint pt) const override { return {pt.x * 8, pt.y * 8}; }
+    void RequestRedraw() override {}
     boost::shared_ptr<CCanvasBuffer> m_spCanvas = MakePage({200, 100});
 };
 
