@@ -48,7 +48,11 @@ CPoint CCanvasView::Map(CPoint ptCanvas, int64_t nUnit, int64_t nRound) const {
         x = m_szCanvas.cy * nUnit - y;
         y = nOldX;
     }
-    const auto scaled = [&](int64_t n) { return (n * m_view.uZoom + nRound) / (48 * nUnit); };
+    // Rounded down also beside the canvas, where the overlay is drawn too.
+    const auto scaled = [&](int64_t n) {
+        const int64_t nSum = n * m_view.uZoom + nRound, nBy = 48 * nUnit;
+        return nSum / nBy - (nSum % nBy < 0);
+    };
     return {static_cast<int32_t>(scaled(x) + m_ptMargin.x - m_ptScroll.x),
             static_cast<int32_t>(scaled(y) + m_ptMargin.y - m_ptScroll.y)};
 }
