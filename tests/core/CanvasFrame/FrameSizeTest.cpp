@@ -1,8 +1,8 @@
 // A canvas of another size in windows that are open.
-#include "core/Commands/CommandIds.h"
 #include "core/AppModule/MessageQueue.h"
 #include "core/CanvasBuffer/CanvasHistory.h"
 #include "core/CanvasFrame/CanvasFrame.h"
+#include "core/Commands/CommandIds.h"
 #include "core/MainFrame/MainFrame.h"
 #include "core/MainFrame/SessionScope.h"
 #include "tests/support/TestPlatform.h"
@@ -29,7 +29,7 @@ TEST(FrameSize, EveryViewTakesTheCanvasesSizeOverAlsoAtUndo) {
         ResizeCanvas(spCanvas, NARROW, ShiftChange({-10, -900}), L"画像サイズ変更");
         for (const auto& spFrame : g_lstCanvasFrame) SendMessage({spFrame->GetWindow(), EMessage::MouseMove});
         expect(NARROW);
-        SendMessage({g_wpActiveFrame.lock()->GetWindow(), EMessage::Command, ID_EDIT_UNDO});
+        SendMessage({g_pMainFrame->GetWindow(), EMessage::Command, ID_EDIT_UNDO});
         for (const auto& spFrame : g_lstCanvasFrame) spFrame->InvalidateAll();
     });
     outside.AddStep([&](CPlayer&) { expect(WIDE); }, EStepKind::Expects);
