@@ -32,18 +32,23 @@ bool IsIdle() {
     return !spTool || spTool->GetState() == STATE_IDLE;
 }
 
+bool IsToolOpen() {
+    const auto spTool = g_wpActiveTool.lock();
+    return spTool && spTool->IsOpen();
+}
+
 bool IsOwnDocument(CCanvasFrame&) { return !g_bFilterBuild; }
 bool IsAnyFrame(CCanvasFrame&) { return true; }
 
 bool CanUndo(CCanvasFrame& frame) {
     CCanvasBuffer& canvas = *frame.GetCanvas();
     // A drawn stroke counts from its end on, however long the machine takes to render it.
-    return IsIdle() && (canvas.GetHistory().CanUndo() || canvas.HasPendingWork());
+    return IsIdle() && (canvas.GetHistory().CanUndo() || canvas.HasPendingWork() || IsToolOpen());
 }
 
 bool CanRedo(CCanvasFrame& frame) {
     CCanvasBuffer& canvas = *frame.GetCanvas();
-    return IsIdle() && canvas.GetHistory().CanRedo() && !canvas.HasPendingWork();
+    return IsIdle() && canvas.GetHistory().CanRedo() && !canvas.HasPendingWork() && !IsToolOpen();
 }
 
 void Turn(CCanvasFrame& frame, int nDegrees) {

@@ -124,6 +124,7 @@ bool CCanvasFrame::HandleMessage(const TMessage& msg) {
         PostToMainFrame(EMessage::Command, msg.wParam > 0 ? ID_ZOOM_IN : ID_ZOOM_OUT);
         return true;
     case EMessage::MdiActivate:
+        if (IsActive() != (msg.wParam != 0)) Guarded([] { SettleActiveTool(); });
         if (msg.wParam) {
             g_wpActiveFrame = shared_from_this();
             g_wpActiveView = boost::shared_ptr<IActiveView>(shared_from_this());
@@ -189,6 +190,11 @@ bool CCanvasFrame::IsOnlyViewOfCanvas() const {
                          [&](const auto& spFrame) { return spFrame->m_spCanvas == m_spCanvas; }) <= 1;
 }
 
+void CCanvasFrame::CompleteWork() {
+    SettleActiveTool();
+    m_spCanvas->CompleteWork();
+}
+
 void CCanvasFrame::FollowCanvasSize() {
     if (!m_pWindow || m_view.GetCanvasSize() == m_spCanvas->GetSize()) return;
     m_view.SetCanvasSize(m_spCanvas->GetSize());
@@ -226,7 +232,7 @@ void CCanvasFrame::ScrollTo(CPoint ptScroll) {
 }
 
 bool CCanvasFrame::OnClose() {
-    m_spCanvas->CompleteWork();
+    CompleteWork();
     Guarded([&] { WritePlacement(PLACEMENT_SECTION, m_pWindow->GetRect()); });
     if (!IsOnlyViewOfCanvas()) return false;
     CRecovery& recovery = g_AppModule.GetRecovery();
@@ -246,7 +252,7 @@ bool CCanvasFrame::OnClose() {
 
 void CCanvasFrame::StepHistory(bool bUndo) {
     Guarded([&] {
-        m_spCanvas->CompleteWork();
+        CompleteWork();
         if (bUndo)
             m_spCanvas->GetHistory().Undo();
         else
@@ -260,7 +266,7 @@ void CCanvasFrame::ChangeTree(int nId) {
     // A command that failed halfway has changed what is shown all the same.
     bool bChanged = true;
     Guarded([&] {
-        m_spCanvas->CompleteWork();
+        CompleteWork();
         return bChanged = DoLayerCommand(m_spCanvas, nId);
     });
     if (!bChanged) return;
@@ -271,7 +277,7 @@ void CCanvasFrame::ChangeTree(int nId) {
 void CCanvasFrame::Save(bool bAs) {
     const TPlatform& platform = g_AppModule.GetPlatform();
     try {
-        m_spCanvas->CompleteWork();
+        CompleteWork();
         std::wstring strPath = m_spCanvas->GetPath();
         // A document that came from a picture is no project yet: saving must not put a project into the
         // picture.

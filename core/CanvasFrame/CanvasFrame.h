@@ -78,6 +78,8 @@ private:
     std::vector<CRect> RefreshScreen();
     void RepaintChanges();
     /// Takes the canvas's size over when another one than the view's has come about.
+    /// All that was drawn becomes part of the document.
+    void CompleteWork();
     void FollowCanvasSize();
     void UpdateScrollBars();
     bool IsOnlyViewOfCanvas() const;

@@ -252,6 +252,8 @@ bool CFrameInput::OnKey(const TMessage& msg, bool bDown) {
         if (bDown ? bHandled : true) m_bSpaceDown = bDown;
     } else if (nKey == VK_Escape) {
         if (bDown && IsDrawing(spTool)) CancelStroke(), bHandled = true;
+        if (bDown && !bHandled && spTool && spTool->IsOpen())
+            bHandled = Guarded([&] { spTool->EndOpen(false), m_frame.RequestRedraw(); });
     } else if (spTool && spTool->IsEnabled()) {
         Guarded([&] {
             bHandled = spTool->ChangeKey(nKey, bDown);

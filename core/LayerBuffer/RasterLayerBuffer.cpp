@@ -2,44 +2,13 @@
 
 #include "core/Base/Failure.h"
 #include "core/LayerBuffer/StrokeHistory.h"
+#include "core/LayerBuffer/StrokeOverlay.h"
 #include "core/RasterBuffer/ColorRasterBuffer.h"
 #include "core/RasterBuffer/MonoRasterBuffer.h"
-#include "core/RasterBuffer/SelectBuffer.h"
-#include "core/RasterStroke/RasterStroke.h"
 
 #include <boost/make_shared.hpp>
 
 #include <algorithm>
-
-namespace {
-
-// The blocks of a layer that a block of a stroke's plane shows in: a finer plane is reduced by a window that
-// reaches into the blocks on the right and below, so each shows on the left and above too.
-template <class Function>
-void ForEachReached(const CAlphaBufferBase& plane, CPoint ptBlock, Function fn) {
-    const int nReach = plane.GetResolutionScale() == 1 ? 0 : 1;
-    for (int32_t y = std::max(0, ptBlock.y - nReach); y <= ptBlock.y; ++y)
-        for (int32_t x = std::max(0, ptBlock.x - nReach); x <= ptBlock.x; ++x) fn(x, y);
-}
-
-void AddReach(CBoolMatrix& matrix, const CBoolMatrix& changes, const CAlphaBufferBase& plane) {
-    for (int32_t y = 0; y < changes.GetSize().cy; ++y)
-        for (int32_t x = 0; x < changes.GetSize().cx; ++x)
-            if (changes.At(x, y))
-                ForEachReached(plane, {x, y}, [&](int32_t nX, int32_t nY) { matrix.At(nX, nY) = 1; });
-}
-
-// True when the plane may have coverage in the layer's block at `pt`.
-bool CoversBlock(const CAlphaBufferBase& plane, CPoint pt) {
-    const int nScale = plane.GetResolutionScale();
-    const CSize szBlock = plane.GetBlockSize();
-    for (int n = 0; n < (nScale == 1 ? 1 : 4); ++n)
-        if (plane.HasBlock({pt.x * nScale + n % 2 * szBlock.cx, pt.y * nScale + n / 2 * szBlock.cy}))
-            return true;
-    return false;
-}
-
-} // namespace
 
 void CRasterLayerBuffer::Create(const TCanvasPtr& spCanvas) {
     CLayerBuffer::Create(spCanvas);
@@ -56,14 +25,20 @@ void CRasterLayerBuffer::SetRaster(const boost::shared_ptr<CRasterBuffer>& pRast
     m_pRaster->GetDirty().Fill(true);
 }
 
+template <class Function>
+void CRasterLayerBuffer::ForEachOverlay(Function fn) const {
+    for (const auto& spQueued : m_deqQueue) fn(*spQueued);
+    if (m_spStroke) fn(*m_spStroke);
+    if (m_spOverlay) fn(*m_spOverlay);
+}
+
 bool CRasterLayerBuffer::PrepareOwn(CPoint pt) {
     m_pRaster->DirtyAt(pt) = 0;
     m_pMask->DirtyAt(pt) = 0;
-    bool bAny = m_pRaster->GetBlock(pt, false) != nullptr;
-    ForEachStroke([&](const CAlphaBufferBase& plane, const CSelectBuffer*) {
-        const int n = plane.GetResolutionScale();
-        const_cast<CAlphaBufferBase&>(plane).DirtyAt({pt.x * n, pt.y * n}) = 0;
-        bAny = bAny || CoversBlock(plane, pt);
+    bool bAny = m_pRaster->HasBlock(pt);
+    ForEachOverlay([&](IRasterOverlay& overlay) {
+        overlay.ClearFlag(pt);
+        bAny = bAny || overlay.CoversBlock(pt);
     });
     return bAny;
 }
@@ -72,15 +47,13 @@ void CRasterLayerBuffer::RenderOwn(CRasterBlockBuffer& dest) const {
     const CPoint pt = dest.GetPosition();
     const auto spMask = m_pMask->GetBlock(pt, false);
     boost::shared_ptr<CRasterBlockBuffer> spWork;
-    // Paint in progress stays inside its selection: where that has no tile nothing is painted.
-    ForEachStroke([&](const CAlphaBufferBase& plane, const CSelectBuffer* pSelect) {
-        const CRasterBlockBuffer* pSelected = pSelect ? pSelect->GetMaskTile(pt) : nullptr;
-        if ((pSelect && !pSelected) || !CoversBlock(plane, pt)) return;
+    ForEachOverlay([&](const IRasterOverlay& overlay) {
+        if (!overlay.CoversBlock(pt)) return;
         if (!spWork) {
             spWork = m_pRaster->CreateBlock(pt);
             m_pRaster->BlendBlockInto(*spWork, nullptr);
         }
-        plane.BlendBlockInto(*spWork, pSelected);
+        overlay.PaintInto(*spWork);
     });
     if (spWork)
         spWork->BlendInto(dest, spMask.get());
@@ -90,9 +63,7 @@ void CRasterLayerBuffer::RenderOwn(CRasterBlockBuffer& dest) const {
 
 boost::shared_ptr<CRasterBlockBuffer> CRasterLayerBuffer::GetOwnTile(CPoint pt) const {
     bool bPlain = IsPictureCached(GetCanvas()->IsColorRaster()) && !m_pMask->GetBlock(pt, false);
-    ForEachStroke([&](const CAlphaBufferBase& plane, const CSelectBuffer*) {
-        bPlain = bPlain && !CoversBlock(plane, pt);
-    });
+    ForEachOverlay([&](const IRasterOverlay& overlay) { bPlain = bPlain && !overlay.CoversBlock(pt); });
     return bPlain ? m_pRaster->GetBlock(pt, false) : boost::shared_ptr<CRasterBlockBuffer>();
 }
 
@@ -100,53 +71,57 @@ boost::shared_ptr<CBoolMatrix> CRasterLayerBuffer::GetChangeMatrix() const {
     auto spMatrix = boost::make_shared<CBoolMatrix>(m_pRaster->GetBufferSize());
     spMatrix->Or(m_pRaster->GetDirty());
     spMatrix->Or(m_pMask->GetDirty());
-    ForEachStroke([&](const CAlphaBufferBase& plane, const CSelectBuffer*) {
-        AddReach(*spMatrix, plane.GetDirty(), plane);
-    });
+    ForEachOverlay([&](const IRasterOverlay& overlay) { overlay.AddFlags(*spMatrix); });
     return spMatrix;
 }
 
-template <class Function>
-void CRasterLayerBuffer::ForEachStroke(Function fn) const {
-    for (const TQueuedStroke& queued : m_deqQueue) fn(queued.spStroke->GetDisplay(), queued.spSelect.get());
-    if (m_spStroke) fn(m_spStroke->GetDisplay(), GetCanvas()->GetSelect().get());
-}
-
-// Flags what the stroke shows, and what it has stopped showing since the last redraw.
-void CRasterLayerBuffer::FlagStroke(CRasterStroke& stroke) {
-    const CAlphaBufferBase& plane = stroke.GetDisplay();
+void CRasterLayerBuffer::FlagOverlay(const IRasterOverlay& overlay) {
     m_pRaster->ForEachBlock([&](CPoint pt) {
-        if (CoversBlock(plane, pt)) m_pRaster->DirtyAt(pt) = 1;
+        if (overlay.CoversBlock(pt)) m_pRaster->DirtyAt(pt) = 1;
     });
-    AddReach(m_pRaster->GetDirty(), plane.GetDirty(), plane);
+    overlay.AddFlags(m_pRaster->GetDirty());
 }
 
 void CRasterLayerBuffer::SetStroke(const boost::shared_ptr<CRasterStroke>& spStroke) {
-    if (m_spStroke) FlagStroke(*m_spStroke);
-    m_spStroke = spStroke;
+    if (m_spStroke) FlagOverlay(*m_spStroke);
+    m_spStroke.reset();
+    if (spStroke) m_spStroke = boost::make_shared<CStrokeOverlay>(spStroke, GetCanvas());
 }
 
 void CRasterLayerBuffer::QueueStroke() {
     if (!m_spStroke) return;
-    const TCanvasPtr spCanvas = GetCanvas();
-    m_deqQueue.push_back({m_spStroke, spCanvas->GetSelect(), spCanvas->TakeStrokeNumber()});
+    m_spStroke->Complete();
+    m_deqQueue.push_back(m_spStroke);
     m_spStroke.reset();
+}
+
+void CRasterLayerBuffer::SetOverlay(const boost::shared_ptr<IRasterOverlay>& spOverlay) {
+    for (const auto& sp : {m_spOverlay, spOverlay})
+        if (sp) FlagOverlay(*sp);
+    m_spOverlay = spOverlay;
+}
+
+bool CRasterLayerBuffer::MergeOverlay(const std::wstring& strName) {
+    if (!m_spOverlay) return false;
+    const bool bAny = Merge(*m_spOverlay, strName);
+    m_spOverlay.reset();
+    return bAny;
 }
 
 bool CRasterLayerBuffer::UpdateStrokes(uint64_t uNumber) {
     const bool bChildren = CLayerBuffer::UpdateStrokes(uNumber);
-    const auto spStroke = m_deqQueue.empty() ? m_spStroke : m_deqQueue.front().spStroke;
+    const auto spStroke = m_deqQueue.empty() ? m_spStroke : m_deqQueue.front();
     if (!spStroke) return bChildren;
-    m_bBehind = !spStroke->Update();
-    if (!m_bBehind && !m_deqQueue.empty() && m_deqQueue.front().uNumber == uNumber) {
-        MergeStroke(m_deqQueue.front());
+    m_bBehind = !spStroke->GetStroke().Update();
+    if (!m_bBehind && !m_deqQueue.empty() && spStroke->GetNumber() == uNumber) {
+        Merge(*spStroke, spStroke->GetStroke().GetName());
         m_deqQueue.pop_front();
     }
     return true;
 }
 
 uint64_t CRasterLayerBuffer::GetNextStroke() const {
-    const uint64_t uOwn = m_deqQueue.empty() ? NO_STROKE : m_deqQueue.front().uNumber;
+    const uint64_t uOwn = m_deqQueue.empty() ? NO_STROKE : m_deqQueue.front()->GetNumber();
     return std::min(uOwn, CLayerBuffer::GetNextStroke());
 }
 
@@ -154,30 +129,21 @@ bool CRasterLayerBuffer::IsBehind() const {
     return !m_deqQueue.empty() || (m_spStroke && m_bBehind) || CLayerBuffer::IsBehind();
 }
 
-void CRasterLayerBuffer::MergeStroke(const TQueuedStroke& queued) {
-    CRasterStroke& stroke = *queued.spStroke;
+bool CRasterLayerBuffer::Merge(const IRasterOverlay& overlay, const std::wstring& strName) {
     const auto spBefore = m_pRaster->ShallowCopy();
-    const CAlphaBufferBase& plane = stroke.GetMain();
-    const CSelectBuffer* pSelect = queued.spSelect.get();
-    FlagStroke(stroke);
+    FlagOverlay(overlay);
     bool bAny = false;
-    const auto paint = [&](CPoint pt) {
-        const CRasterBlockBuffer* pSelected = pSelect ? pSelect->GetMaskTile(pt) : nullptr;
-        if (!CoversBlock(plane, pt) || (pSelect && !pSelected)) return;
-        if (plane.IsErase() && !m_pRaster->HasBlock(pt)) return;
-        plane.BlendBlockInto(*m_pRaster->GetWritableBlock(pt), pSelected);
-        bAny = true;
-    };
     try {
-        m_pRaster->ForEachBlock(paint);
+        m_pRaster->ForEachBlock([&](CPoint pt) { bAny |= overlay.MergeInto(*m_pRaster, pt); });
         if (bAny)
             GetCanvas()->GetHistory().Register(
-                boost::make_shared<CCommitStrokeBufferHistory>(stroke.GetName(), *spBefore, m_pRaster));
+                boost::make_shared<CCommitStrokeBufferHistory>(strName, *spBefore, m_pRaster));
     } catch (...) {
-        // The stroke stays in the queue and is merged later: nothing of it may be there twice.
+        // The overlay stays and is merged later: nothing of it may be there twice.
         m_pRaster->ForEachBlock([&](CPoint pt) { m_pRaster->SetBlock(pt, spBefore->GetBlock(pt, false)); });
         throw;
     }
+    return bAny;
 }
 
 TLayerPtr CRasterLayerBuffer::MergeWith(CLayerBuffer& other) {

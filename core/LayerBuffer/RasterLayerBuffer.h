@@ -2,11 +2,13 @@
 #pragma once
 
 #include "core/LayerBuffer/LayerBuffer.h"
+#include "core/LayerBuffer/RasterOverlay.h"
 #include "core/RasterBuffer/AlphaBuffer.h"
 
 #include <deque>
 
 class CRasterStroke;
+class CStrokeOverlay;
 
 class CRasterLayerBuffer : public CLayerBuffer {
 public:
@@ -43,6 +45,12 @@ public:
     /// among the strokes of the whole canvas, inside what is selected now, one undo step. Another one can
     /// begin at once.
     void QueueStroke();
+    /// Lays floating pixels or a preview over the pixels and the strokes; null takes it away without a trace.
+    void SetOverlay(const boost::shared_ptr<IRasterOverlay>& spOverlay);
+    const boost::shared_ptr<IRasterOverlay>& GetOverlay() const { return m_spOverlay; }
+    /// Makes it part of the pixels, one undo step with that name. Returns false when that changes nothing.
+    /// When it fails the overlay stays as it was.
+    bool MergeOverlay(const std::wstring& strName);
     bool UpdateStrokes(uint64_t uNumber) override;
     uint64_t GetNextStroke() const override;
     bool IsBehind() const override;
@@ -53,25 +61,19 @@ protected:
     size_t GetOwnBytes(const CLayerBuffer* pTwin) const override;
 
 private:
-    // A complete stroke.
-    struct TQueuedStroke {
-        boost::shared_ptr<CRasterStroke> spStroke;
-        boost::shared_ptr<CSelectBuffer> spSelect; ///< what it was drawn under
-        uint64_t uNumber;
-    };
-
-    // Calls `fn(plane, selection)` for every stroke that shows, the lowest first; without one the selection
-    // is null.
+    // Calls `fn(overlay)` for all that lies over the pixels, the lowest first.
     template <class Function>
-    void ForEachStroke(Function fn) const;
-    void FlagStroke(CRasterStroke& stroke);
-    void MergeStroke(const TQueuedStroke& queued);
+    void ForEachOverlay(Function fn) const;
+    // Flags what the overlay shows, and what it has stopped showing since the last redraw.
+    void FlagOverlay(const IRasterOverlay& overlay);
+    bool Merge(const IRasterOverlay& overlay, const std::wstring& strName);
 
     boost::shared_ptr<CRasterBuffer> m_pRaster;
     boost::shared_ptr<CAlphaBufferImpl<uint8_t>> m_pMask;
-    std::deque<TQueuedStroke> m_deqQueue;        ///< the oldest first
-    boost::shared_ptr<CRasterStroke> m_spStroke; ///< the one that is being drawn
-    bool m_bBehind = false;                      ///< the stroke's last slice of time did not suffice
+    std::deque<boost::shared_ptr<CStrokeOverlay>> m_deqQueue; ///< complete strokes, the oldest first
+    boost::shared_ptr<CStrokeOverlay> m_spStroke;             ///< the one that is being drawn
+    boost::shared_ptr<IRasterOverlay> m_spOverlay;            ///< above all strokes
+    bool m_bBehind = false; ///< the stroke's last slice of time did not suffice
 };
 
 /// A new raster layer of the canvas's size, in no tree yet.

@@ -19,6 +19,11 @@ void RedrawActiveView() {
     if (const auto spView = g_wpActiveView.lock()) spView->RequestRedraw();
 }
 
+void SettleActiveTool() {
+    const auto spTool = g_wpActiveTool.lock();
+    if (spTool && spTool->IsOpen()) spTool->EndOpen(true);
+}
+
 CTools::CTools(const TToolOutside& outside) : m_outside(outside) {
     for (int nKey = 0; nKey < KEYS; ++nKey)
         if (outside.keys.IsKeyDown(nKey)) m_setKeys.insert(nKey);

@@ -52,6 +52,11 @@ public:
     virtual bool OnProximityEnter() { return false; }
     /// The view lost the pointer.
     virtual bool OnMouseLeave() { return false; }
+    /// True while something that the tool began waits for its end though no operation runs: floating pixels,
+    /// a preview.
+    virtual bool IsOpen() const { return false; }
+    /// Ends that: it becomes part of the document, as one undo step, or goes without a trace.
+    virtual void EndOpen(bool) {}
     /// Ends an operation without its result.
     virtual bool Cancel() { return false; }
     /// Virtual keys.
@@ -129,6 +134,10 @@ private:
     uint32_t m_uLastPenTick = 0;
     bool m_bPenSeen = false; ///< m_uLastPenTick means something
 };
+
+/// Makes what the active tool has open part of its document. Called before the document is saved, undone,
+/// closed or changed by others, and before another tool or document becomes the active one.
+void SettleActiveTool();
 
 /// The tool that draws, held by the main frame; expired while there is none.
 extern boost::weak_ptr<CTools> g_wpActiveTool;

@@ -1,0 +1,23 @@
+// What lies over a raster layer's pixels while it is not yet part of them.
+#pragma once
+
+#include "core/RasterBuffer/RasterBuffer.h"
+
+/// A stroke in progress, floating pixels, a transform's preview. Blocks are told by their corners in the
+/// layer's plane.
+class IRasterOverlay {
+public:
+    virtual ~IRasterOverlay() = default;
+    /// True when the block may look different with the overlay than without.
+    virtual bool CoversBlock(CPoint pt) const = 0;
+    /// Paints what is shown at the tile's block over a copy of the layer's own pixels. Called for covered
+    /// blocks alone.
+    virtual void PaintInto(CRasterBlockBuffer& work) const = 0;
+    /// Paints what becomes of the block for good; `raster` is the layer's own plane. Returns false when the
+    /// block stays as it is.
+    virtual bool MergeInto(CRasterBuffer& raster, CPoint pt) const = 0;
+    /// Sets the flags of the blocks whose picture has changed since they were shown.
+    virtual void AddFlags(CBoolMatrix& matrix) const = 0;
+    /// The block has been shown.
+    virtual void ClearFlag(CPoint pt) = 0;
+};

@@ -1,0 +1,35 @@
+// A freehand stroke over a raster layer, inside a selection.
+#pragma once
+
+#include "core/LayerBuffer/LayerCanvas.h"
+#include "core/LayerBuffer/RasterOverlay.h"
+#include "core/RasterBuffer/SelectBuffer.h"
+#include "core/RasterStroke/RasterStroke.h"
+
+class CStrokeOverlay : public IRasterOverlay {
+public:
+    /// The stroke shows inside the canvas's selection as it is at the time, until Complete.
+    CStrokeOverlay(const boost::shared_ptr<CRasterStroke>& spStroke,
+                   const boost::shared_ptr<ILayerCanvas>& spCanvas)
+        : m_spStroke(spStroke), m_wpCanvas(spCanvas) {}
+    /// Keeps the selection of now and gives the stroke its number among all of the canvas.
+    void Complete();
+
+    CRasterStroke& GetStroke() const { return *m_spStroke; }
+    uint64_t GetNumber() const { return m_uNumber; }
+
+    bool CoversBlock(CPoint pt) const override;
+    void PaintInto(CRasterBlockBuffer& work) const override;
+    bool MergeInto(CRasterBuffer& raster, CPoint pt) const override;
+    void AddFlags(CBoolMatrix& matrix) const override;
+    void ClearFlag(CPoint pt) override;
+
+private:
+    /// Null where there is no selection.
+    boost::shared_ptr<CSelectBuffer> GetSelect() const;
+
+    boost::shared_ptr<CRasterStroke> m_spStroke;
+    boost::weak_ptr<ILayerCanvas> m_wpCanvas;    ///< until the stroke is complete
+    boost::shared_ptr<CSelectBuffer> m_spSelect; ///< from then on
+    uint64_t m_uNumber = 0;
+};

@@ -1,0 +1,83 @@
+// What lies over a layer's pixels: shown, taken away, made part of them.
+#include "core/LayerBuffer/RasterOverlay.h"
+#include "tests/support/LayerPictures.h"
+
+#include <gtest/gtest.h>
+
+#include <new>
+
+namespace {
+
+constexpr CPoint FIRST{0, 0}, SECOND{96, 0};
+
+/// Moves the ink of the first block into the second.
+struct CMovedPixels : IRasterOverlay {
+    bool CoversBlock(CPoint pt) const override { return pt == FIRST || pt == SECOND; }
+    void PaintInto(CRasterBlockBuffer& work) const override {
+        if (work.GetPosition() == FIRST)
+            work.Clear();
+        else
+            work.Fill(MakeColor(10, 20, 30), 255);
+    }
+    bool MergeInto(CRasterBuffer& raster, CPoint pt) const override {
+        if (!CoversBlock(pt)) return false;
+        if (pt == SECOND && m_bFails) throw std::bad_alloc();
+        PaintInto(*raster.GetWritableBlock(pt));
+        return true;
+    }
+    void AddFlags(CBoolMatrix& matrix) const override { matrix.At(1, 0) |= m_uFlag; }
+    void ClearFlag(CPoint pt) override { m_uFlag = pt == SECOND ? 0 : m_uFlag; }
+
+    bool m_bFails = false;
+    uint8_t m_uFlag = 0;
+};
+
+class RasterOverlay : public testing::Test {
+protected:
+    RasterOverlay() {
+        m_layer.GetRaster()->GetWritableBlock(FIRST)->Fill(MakeColor(10, 20, 30), 255);
+        ExpectAlphas(255, 0);
+    }
+    void ExpectAlphas(int nFirst, int nSecond) {
+        m_spCanvas->ComposeAll();
+        for (const auto& [pt, n] : {std::pair{FIRST, nFirst}, std::pair{SECOND, nSecond}}) {
+            const auto spTile = m_spCanvas->GetComposite().GetBlockOrBlank(pt);
+            EXPECT_EQ(spTile->GetPixelAlpha({5, 0}), n) << pt.x;
+        }
+    }
+
+    boost::shared_ptr<CCanvasBuffer> m_spCanvas = MakePage({200, 100});
+    CRasterLayerBuffer& m_layer = dynamic_cast<CRasterLayerBuffer&>(*m_spCanvas->GetActiveLayer());
+    boost::shared_ptr<CMovedPixels> m_spMoved = boost::make_shared<CMovedPixels>();
+};
+
+} // namespace
+
+TEST_F(RasterOverlay, IsShownAndGoesWithoutATrace) {
+    m_layer.SetOverlay(m_spMoved);
+    ExpectAlphas(0, 255);
+    m_spMoved->m_uFlag = 1;
+    m_spCanvas->FlushCanvasUpdates();
+    EXPECT_TRUE(m_spCanvas->GetComposite().DirtyAt(SECOND) && !m_spCanvas->GetComposite().DirtyAt(FIRST));
+    ExpectAlphas(0, 255);
+    EXPECT_EQ(m_spMoved->m_uFlag, 0) << "it has been shown";
+    m_layer.SetOverlay({});
+    ExpectAlphas(255, 0);
+    EXPECT_FALSE(m_spCanvas->GetHistory().CanUndo());
+}
+
+TEST_F(RasterOverlay, BecomesPartOfThePixelsInOneStepOrNotAtAll) {
+    m_layer.SetOverlay(m_spMoved);
+    m_spMoved->m_bFails = true;
+    EXPECT_THROW(m_layer.MergeOverlay(L"移動"), std::bad_alloc);
+    EXPECT_EQ(m_layer.GetOverlay(), m_spMoved);
+    EXPECT_TRUE(m_layer.GetRaster()->HasBlock(FIRST) && !m_layer.GetRaster()->HasBlock(SECOND));
+    ExpectAlphas(0, 255);
+    m_spMoved->m_bFails = false;
+    EXPECT_TRUE(m_layer.MergeOverlay(L"移動"));
+    EXPECT_EQ(m_layer.GetOverlay(), nullptr);
+    ExpectAlphas(0, 255);
+    m_spCanvas->GetHistory().Undo();
+    ExpectAlphas(255, 0);
+    EXPECT_FALSE(m_spCanvas->GetHistory().CanUndo());
+}
