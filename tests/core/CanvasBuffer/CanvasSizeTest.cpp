@@ -57,6 +57,7 @@ protected:
     void ExpectPictureAt(CPoint pt) const {
         EXPECT_EQ(Composed(pt + CPoint{1, 1}), 0xFE000000u | RED);
         EXPECT_EQ(Composed(pt + CPoint{20, 30}), 0u) << "the mask";
+        EXPECT_EQ(Composed(pt + CPoint{100, 40}), 0xFE000000u | RED) << "no mask's tile is here";
         EXPECT_EQ(Composed(pt + CPoint{52, 57}), 0xFFFFFFFFu) << "the path";
         EXPECT_EQ(Composed(pt + CPoint{52, 62}), 0xFE000000u | RED);
         EXPECT_EQ(m_spCanvas->GetSelect()->GetBound(), CRect(pt + CPoint{100, 100}, {10, 10}));
@@ -77,6 +78,7 @@ TEST_F(CanvasSize, MarginsMoveEverythingAndUndoBringsItBack) {
     EXPECT_EQ(Composed({198, 240}), 0xFE000000u | BLUE);
     for (const CPoint pt : {CPoint{6, 100}, CPoint{100, 95}, CPoint{207, 240}, CPoint{200, 246}})
         EXPECT_EQ(Composed(pt), 0u) << pt.x << "," << pt.y;
+    EXPECT_EQ(Layer().GetRaster()->GetBlock({96, 192}, false)->GetPosition(), (CPoint{96, 192}));
     Paint(*Layer().GetRaster(), {0, 0, 320, 250}, RED);
     EXPECT_EQ(Composed({300, 10}), 0xFE000000u | RED) << "what is new is not masked";
     CHistoryStream& history = m_spCanvas->GetHistory();
