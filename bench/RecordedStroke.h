@@ -2,7 +2,7 @@
 // our strokes and libmypaint's need to be alike.
 #pragma once
 
-#include "core/RasterStroke/StampShape.h"
+#include "core/RasterStamp/StampShape.h"
 
 #include <benchmark/benchmark.h>
 

@@ -7,6 +7,7 @@
 #include "core/IniConfig/GlobalSwitches.h"
 #include "core/IniConfig/IniConfig.h"
 #include "core/Platform/System.h"
+#include "core/RasterStroke/CtlPoint.h"
 #include "core/Tools/PenContact.h"
 
 #include <algorithm>
@@ -15,8 +16,6 @@
 
 namespace {
 
-constexpr uint32_t FULL_PRESSURE = 1024;
-constexpr uint32_t UPRIGHT = 90;
 constexpr int32_t HALF_PIXEL = 4;
 constexpr uint32_t CURSOR_ERASER = 2; ///< a packet's cursor number
 constexpr int TIMER_SILENCE = 17;

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "core/Panels/BrushList.h"
-#include "core/Panels/BrushView.h"
+#include "core/PanelViews/BrushView.h"
 #include "core/Panels/Panel.h"
 
 class CBrushWnd : public CPanel {

@@ -1,7 +1,7 @@
 // The colours that tools draw with.
 #pragma once
 
-#include "core/Panels/ColorViews.h"
+#include "core/PanelViews/ColorViews.h"
 #include "core/Panels/Panel.h"
 
 #include <optional>

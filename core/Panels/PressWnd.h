@@ -2,7 +2,7 @@
 #pragma once
 
 #include "core/Panels/Panel.h"
-#include "core/Panels/PressCurveView.h"
+#include "core/PanelViews/PressCurveView.h"
 #include "core/Panels/PressMemo.h"
 
 class CPressWnd : public CPanel {

@@ -7,7 +7,6 @@
 namespace {
 
 constexpr size_t MAX_HISTORY = 30;
-constexpr uint32_t UPRIGHT = 90;
 constexpr uint64_t SCREEN_PIXEL = 384 * 384; ///< (8 units times 48 of the zoom) squared
 constexpr uint64_t CANVAS_PIXEL = 64;
 
@@ -46,31 +45,33 @@ bool CRasterBrushBase::OnMouseMove(int32_t x, int32_t y, uint32_t pressure, uint
     const CPoint pt{x, y};
     m_ptCursor = pt;
     m_bCursorValid = true;
-    if (flags & POINTER_TABLET) return MovePen(pt, m_bPick ? 0 : pressure, altitude, flags & POINTER_LOW);
+    if (flags & POINTER_TABLET) return MovePen({x, y, m_bPick ? 0 : pressure, altitude});
     if (!TakePosition(pt, false) || m_state != STATE_MOUSE || !m_spStroke) return false;
     NotePlace(pt);
-    AddPoint(pt, FULL_PRESSURE, UPRIGHT);
+    AddPoint({x, y, FULL_PRESSURE, UPRIGHT});
     return true;
 }
 
-bool CRasterBrushBase::MovePen(CPoint pt, uint32_t pressure, uint32_t altitude, bool bLow) {
+bool CRasterBrushBase::MovePen(const TCtlPoint& sample) {
+    const CPoint pt{sample.x, sample.y};
+    const uint32_t pressure = sample.pressure;
     const bool bTurns = m_bTapDot && m_bContact != (pressure != 0); // into contact or out of it
     m_bContact = pressure != 0;
     // A tap's pressure is the highest of all events, also of those that are no points.
     if (m_state == STATE_TABLET && pressure > m_tap.pressure)
-        m_tap.pressure = pressure, m_tap.altitude = altitude;
+        m_tap.pressure = pressure, m_tap.altitude = sample.altitude;
     const bool bInPlace = m_bHasLast && !IsAway(m_ptLast, pt);
     if (!TakePosition(pt, bTurns)) return false;
-    if (m_state == STATE_IDLE && pressure != 0) BeginTabletStroke(pt, pressure, altitude);
-    m_lstHistory.push_back({pt, pressure, bLow});
+    if (m_state == STATE_IDLE && pressure != 0) BeginTabletStroke(sample);
+    m_lstHistory.push_back(sample);
     while (m_lstHistory.size() > MAX_HISTORY) m_lstHistory.pop_front();
     if (m_state != STATE_TABLET || !m_spStroke) return false;
     if (pressure != 0) NotePlace(pt);
-    for (int n = TakeRepeat(); n > 0; --n) AddPoint(pt, pressure, altitude);
+    for (int n = TakeRepeat(); n > 0; --n) AddPoint(sample);
     const bool bLiftedInPlace = bTurns && bInPlace && pressure == 0;
     if (!bLiftedInPlace && !IsPenUp()) return true;
     // What the smoothing window still holds back is flushed out.
-    for (int n = 0; n < 2 * m_param.CurveStrength; ++n) AddPoint(pt, 0, altitude);
+    for (int n = 0; n < 2 * m_param.CurveStrength; ++n) AddPoint({pt.x, pt.y, 0, sample.altitude});
     CommitStroke();
     SetState(STATE_IDLE);
     return true;
@@ -78,20 +79,20 @@ bool CRasterBrushBase::MovePen(CPoint pt, uint32_t pressure, uint32_t altitude, 
 
 // The pen's way above the tablet becomes the tapered entry of the line. Where there is too little of it the
 // first points count several times until the smoothing window is full.
-void CRasterBrushBase::BeginTabletStroke(CPoint pt, uint32_t pressure, uint32_t altitude) {
+void CRasterBrushBase::BeginTabletStroke(const TCtlPoint& first) {
     const int nWindow = WindowOf(m_param);
     const size_t nWanted = static_cast<size_t>(nWindow) * m_freehand.m_uStrokeIn / 2;
     const size_t n = std::min(nWanted, m_lstHistory.size());
-    const std::vector<TSample> vEntry(m_lstHistory.end() - static_cast<ptrdiff_t>(n), m_lstHistory.end());
+    const std::vector<TCtlPoint> vEntry(m_lstHistory.end() - static_cast<ptrdiff_t>(n), m_lstHistory.end());
     m_lstRepeat.clear();
     const int nFirst = n == 0 ? nWindow : nWindow + 1 - static_cast<int>(n);
     if (n < static_cast<size_t>(nWindow))
         for (int r = nFirst; r >= 1; --r) m_lstRepeat.push_back(r);
     SetState(STATE_TABLET);
-    BeginStroke({pt.x, pt.y, pressure, altitude});
+    BeginStroke(first);
     for (uint32_t k = 0; k < n; ++k) {
-        const uint32_t p = ((k + 1) * pressure / (static_cast<uint32_t>(n) + 1) + pressure) >> 1;
-        for (int r = TakeRepeat(); r > 0; --r) AddPoint(vEntry[k].pt, p, altitude);
+        const uint32_t p = ((k + 1) * first.pressure / (static_cast<uint32_t>(n) + 1) + first.pressure) >> 1;
+        for (int r = TakeRepeat(); r > 0; --r) AddPoint({vEntry[k].x, vEntry[k].y, p, first.altitude});
     }
 }
 
@@ -105,11 +106,11 @@ void CRasterBrushBase::NotePlace(CPoint pt) {
     m_bLine = true;
 }
 
-void CRasterBrushBase::AddPoint(CPoint pt, uint32_t pressure, uint32_t altitude) {
+void CRasterBrushBase::AddPoint(const TCtlPoint& point) {
     if (m_bTapDot && !m_bLine)
-        m_deqHeld.push_back({pt.x, pt.y, pressure, altitude});
+        m_deqHeld.push_back(point);
     else
-        m_spStroke->AddCtlPoint(pt, pressure, altitude);
+        m_spStroke->AddCtlPoint({point.x, point.y}, point.pressure, point.altitude);
 }
 
 int CRasterBrushBase::TakeRepeat() {
@@ -124,7 +125,7 @@ bool CRasterBrushBase::IsPenUp() const {
         std::max<size_t>(1, static_cast<size_t>(WindowOf(m_param)) * m_freehand.m_uStrokeOut / 2);
     const size_t n = std::min(nTest, m_lstHistory.size());
     return std::all_of(m_lstHistory.end() - static_cast<ptrdiff_t>(n), m_lstHistory.end(),
-                       [](const TSample& sample) { return sample.pressure == 0; });
+                       [](const TCtlPoint& sample) { return sample.pressure == 0; });
 }
 
 bool CRasterBrushBase::OnLButtonDown(int32_t x, int32_t y, uint32_t flags) {
@@ -134,7 +135,7 @@ bool CRasterBrushBase::OnLButtonDown(int32_t x, int32_t y, uint32_t flags) {
     if (flags & POINTER_TABLET) return false;
     SetState(STATE_MOUSE);
     BeginStroke({x, y, FULL_PRESSURE, UPRIGHT});
-    for (int n = 0; n < WindowOf(m_param); ++n) AddPoint({x, y}, FULL_PRESSURE, UPRIGHT);
+    for (int n = 0; n < WindowOf(m_param); ++n) AddPoint({x, y, FULL_PRESSURE, UPRIGHT});
     return true;
 }
 
@@ -143,7 +144,7 @@ bool CRasterBrushBase::OnLButtonUp(int32_t x, int32_t y, uint32_t flags) {
     if (m_spStroke) {
         NotePlace({x, y});
         const CPoint pt = m_bLine ? CPoint{x, y} : CPoint{m_tap.x, m_tap.y};
-        for (int n = 0; n < WindowOf(m_param); ++n) AddPoint(pt, FULL_PRESSURE, UPRIGHT);
+        for (int n = 0; n < WindowOf(m_param); ++n) AddPoint({pt.x, pt.y, FULL_PRESSURE, UPRIGHT});
     }
     CommitStroke();
     SetState(STATE_IDLE);
@@ -172,12 +173,18 @@ bool CRasterBrushBase::OnProximityLeave() {
     if (m_state == STATE_MOUSE) return false;
     const bool bStroke = m_state == STATE_TABLET;
     if (bStroke) {
-        if (!m_lstHistory.empty()) AddPoint(m_lstHistory.back().pt, 0, UPRIGHT);
+        if (!m_lstHistory.empty()) EndAtLast();
         CommitStroke();
         SetState(STATE_IDLE);
     }
     ForgetWay();
     return bStroke;
+}
+
+// The pen is lifted where it was last seen.
+void CRasterBrushBase::EndAtLast() {
+    const TCtlPoint& last = m_lstHistory.back();
+    AddPoint({last.x, last.y, 0, UPRIGHT});
 }
 
 // Nothing leads from a place before to the next contact.
@@ -196,7 +203,7 @@ bool CRasterBrushBase::Cancel() {
     const bool bLifted =
         m_state == STATE_TABLET && !m_lstHistory.empty() && m_lstHistory.back().pressure == 0;
     if (bLifted && m_spStroke) {
-        AddPoint(m_lstHistory.back().pt, 0, UPRIGHT);
+        EndAtLast();
         CommitStroke();
         m_bContact = false;
     } else {

@@ -59,20 +59,15 @@ protected:
     bool m_bCursorValid = false;
 
 private:
-    struct TSample {
-        CPoint pt;
-        uint32_t pressure;
-        bool bLow; ///< the pen touched below the threshold
-    };
-
     bool IsAway(CPoint ptFrom, CPoint pt) const;
     bool TakePosition(CPoint pt, bool bAlways);
-    bool MovePen(CPoint pt, uint32_t pressure, uint32_t altitude, bool bLow);
-    void BeginTabletStroke(CPoint pt, uint32_t pressure, uint32_t altitude);
+    bool MovePen(const TCtlPoint& sample);
+    void BeginTabletStroke(const TCtlPoint& first);
     bool IsPenUp() const;
     int TakeRepeat();
     void NotePlace(CPoint pt);
-    void AddPoint(CPoint pt, uint32_t pressure, uint32_t altitude);
+    void AddPoint(const TCtlPoint& point);
+    void EndAtLast();
     bool PickColor(CPoint pt);
     void ForgetWay();
     void BeginStroke(const TCtlPoint& first);
@@ -80,12 +75,12 @@ private:
     void CancelStroke();
     boost::shared_ptr<CRasterLayerBuffer> GetStrokeLayer(const wchar_t* pszFailure) const;
 
-    std::deque<TSample> m_lstHistory; ///< the newest tablet samples, in strokes and between them
-    std::deque<int> m_lstRepeat;      ///< how often each of a stroke's first points counts
-    TCtlPoint m_tap{};                ///< the first place of contact, with its highest pressure
-    std::deque<TCtlPoint> m_deqHeld;  ///< what the stroke gets once it is no tap
-    bool m_bLine = false;             ///< the stroke has been elsewhere
-    bool m_bContact = false;          ///< the pen's last event had pressure
+    std::deque<TCtlPoint> m_lstHistory; ///< the newest tablet samples, in strokes and between them
+    std::deque<int> m_lstRepeat;        ///< how often each of a stroke's first points counts
+    TCtlPoint m_tap{};                  ///< the first place of contact, with its highest pressure
+    std::deque<TCtlPoint> m_deqHeld;    ///< what the stroke gets once it is no tap
+    bool m_bLine = false;               ///< the stroke has been elsewhere
+    bool m_bContact = false;            ///< the pen's last event had pressure
     CPoint m_ptLast;
     bool m_bHasLast = false;
     bool m_bPick = false;

@@ -84,7 +84,8 @@ void CRasterBrushImpl::DrawOverlay(COverlay& overlay, const TOverlayMapper& mapp
         rc = {std::min(rc.left, pt.x), std::min(rc.top, pt.y), std::max(rc.right, pt.x),
               std::max(rc.bottom, pt.y)};
     }
-    if (rc.Width() >= SMALLEST_CIRCLE && rc.Height() >= SMALLEST_CIRCLE) overlay.DrawEllipse(rc, {.bInvert = true});
+    if (rc.Width() >= SMALLEST_CIRCLE && rc.Height() >= SMALLEST_CIRCLE)
+        overlay.DrawEllipse(rc, {.bInvert = true});
 }
 
 TStrokeSetup CRasterBrushImpl::MakeSetup(const CCanvasBuffer& canvas) const {

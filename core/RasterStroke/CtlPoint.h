@@ -1,4 +1,4 @@
-// A control point of a stroke.
+// A pen's sample on the canvas, which is also a control point of a stroke.
 #pragma once
 
 #include <cstdint>
@@ -12,5 +12,9 @@ struct TCtlPoint {
     friend bool operator==(const TCtlPoint&, const TCtlPoint&) = default;
 };
 
+/// Full pressure of a pen; a mouse always has it.
+constexpr uint32_t FULL_PRESSURE = 1024;
+/// The altitude of a pen held upright, and of a mouse.
+constexpr uint32_t UPRIGHT = 90;
 /// The pressure of the point that ends a stroke; no pen sends it.
 constexpr uint32_t FINAL_PRESSURE = 1025;

@@ -1,12 +1,11 @@
 // How a pen's pressure becomes a radius and an opacity.
 #pragma once
 
+#include "core/RasterStroke/CtlPoint.h"
+
 #include <cstdint>
 
 struct TBrushParam;
-
-/// Full pressure of a pen.
-constexpr uint32_t FULL_PRESSURE = 1024;
 
 /// What the evaluation depends on; see TBrushParam.
 struct TPressureParam {

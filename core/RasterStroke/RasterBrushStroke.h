@@ -2,8 +2,8 @@
 #pragma once
 
 #include "core/RasterStroke/RasterStroke.h"
-#include "core/RasterStroke/StampCache.h"
-#include "core/RasterStroke/StampDisc.h"
+#include "core/RasterStamp/StampCache.h"
+#include "core/RasterStamp/StampDisc.h"
 
 class CRasterBrushStroke final : public CRasterStroke {
 public:

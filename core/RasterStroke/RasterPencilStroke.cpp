@@ -1,7 +1,7 @@
 #include "core/RasterStroke/RasterPencilStroke.h"
 
 #include "core/Base/StableMath.h"
-#include "core/RasterStroke/StampShape.h"
+#include "core/RasterStamp/StampShape.h"
 
 #include <algorithm>
 #include <cmath>

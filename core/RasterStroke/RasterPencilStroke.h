@@ -1,10 +1,10 @@
 // The pencil's stroke: stamps of graphite grains thrown at random into a disc, which the paper may refuse.
 #pragma once
 
-#include "core/RasterStroke/PencilGrain.h"
-#include "core/RasterStroke/PencilTexture.h"
+#include "core/RasterStamp/PencilGrain.h"
+#include "core/RasterStamp/PencilTexture.h"
 #include "core/RasterStroke/RasterStroke.h"
-#include "core/RasterStroke/StampCache.h"
+#include "core/RasterStamp/StampCache.h"
 
 #include <boost/random/piecewise_linear_distribution.hpp>
 

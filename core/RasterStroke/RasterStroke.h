@@ -6,7 +6,7 @@
 #include "core/RasterStroke/CtlPoint.h"
 #include "core/RasterStroke/PressureCurve.h"
 #include "core/RasterStroke/ResampleWindow.h"
-#include "core/RasterStroke/StampTarget.h"
+#include "core/RasterStamp/StampTarget.h"
 #include "core/RasterStroke/StrokeRandom.h"
 #include "core/RasterStroke/Wobble.h"
 

@@ -1,7 +1,7 @@
 // The part of a stroke that the pen has not drawn yet: shown, never kept.
 #pragma once
 
-#include "core/RasterStroke/StampTarget.h"
+#include "core/RasterStamp/StampTarget.h"
 
 #include <vector>
 

@@ -2,7 +2,7 @@
 #include "core/Base/Failure.h"
 #include "core/Base/Text.h"
 #include "core/IniConfig/IniConfig.h"
-#include "core/Panels/PressCurveView.h"
+#include "core/PanelViews/PressCurveView.h"
 #include "core/Panels/PressMemo.h"
 #include "core/Platform/System.h"
 #include "tests/support/MemoryFiles.h"

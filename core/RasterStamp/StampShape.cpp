@@ -1,4 +1,4 @@
-#include "core/RasterStroke/StampShape.h"
+#include "core/RasterStamp/StampShape.h"
 
 #include <algorithm>
 

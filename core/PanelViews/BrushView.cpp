@@ -1,9 +1,9 @@
-#include "core/Panels/BrushView.h"
+#include "core/PanelViews/BrushView.h"
 
 #include "core/AppModule/AppModule.h"
 #include "core/AppModule/ErrorBox.h"
 #include "core/Base/StableMath.h"
-#include "core/Panels/PanelDraw.h"
+#include "core/PanelViews/PanelDraw.h"
 #include "core/RasterBrush/FreehandTools.h"
 #include "core/RasterBuffer/ColorRasterBuffer.h"
 #include "core/RasterStroke/RasterBrushStroke.h"
@@ -16,7 +16,6 @@ namespace {
 constexpr double PI = 3.14159265358979323846;
 constexpr int POINTS = 48;
 constexpr int32_t MARGIN = 6;
-constexpr uint32_t UPRIGHT = 90;
 /// What an eraser takes away.
 constexpr TColor PAINTED = MakeColor(0x50, 0x50, 0x50);
 

@@ -1,4 +1,4 @@
-#include "core/RasterStroke/PencilTexture.h"
+#include "core/RasterStamp/PencilTexture.h"
 
 #include "core/Base/Failure.h"
 #include "core/Base/Resource.h"

@@ -1,7 +1,7 @@
-#include "core/RasterStroke/StampTarget.h"
+#include "core/RasterStamp/StampTarget.h"
 
 #include "core/RasterKernel/StampKernel.h"
-#include "core/RasterStroke/StampShape.h"
+#include "core/RasterStamp/StampShape.h"
 
 #include <algorithm>
 

@@ -6,10 +6,10 @@
 // another sign; and of the quarter's rows only the cells from the diagonal on are needed. They are summed
 // column by column: right of the diagonal such a sum has all the cells above a row of corners, and what lies
 // left of it is a square, which grows by twice a column and a cell on the diagonal.
-#include "core/RasterStroke/StampDisc.h"
+#include "core/RasterStamp/StampDisc.h"
 
 #include "core/RasterKernel/StampKernel.h"
-#include "core/RasterStroke/StampGenerator.h"
+#include "core/RasterStamp/StampGenerator.h"
 
 #include <algorithm>
 #include <cstdlib>

@@ -1,8 +1,8 @@
 // The generator of round stamps: a disc with a soft edge at eight times the plane's resolution.
 #pragma once
 
-#include "core/RasterStroke/FalloffPieces.h"
-#include "core/RasterStroke/StampShape.h"
+#include "core/RasterStamp/FalloffPieces.h"
+#include "core/RasterStamp/StampShape.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,7 +1,7 @@
-#include "core/Panels/ColorViews.h"
+#include "core/PanelViews/ColorViews.h"
 
 #include "core/AppModule/ErrorBox.h"
-#include "core/Panels/PanelDraw.h"
+#include "core/PanelViews/PanelDraw.h"
 #include "core/Platform/System.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
-#include "core/Panels/PressCurveView.h"
+#include "core/PanelViews/PressCurveView.h"
 
 #include "core/AppModule/ErrorBox.h"
-#include "core/Panels/PanelDraw.h"
+#include "core/PanelViews/PanelDraw.h"
 #include "core/Platform/System.h"
 
 #include <algorithm>

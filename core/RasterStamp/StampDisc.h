@@ -1,7 +1,7 @@
 // A disc whose stamps can be cut out at any place within a pixel: a box filter over its cells.
 #pragma once
 
-#include "core/RasterStroke/StampShape.h"
+#include "core/RasterStamp/StampShape.h"
 
 #include <cstdint>
 #include <vector>

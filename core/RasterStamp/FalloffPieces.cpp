@@ -3,7 +3,7 @@
 // below it, and as a whole it is known in closed form: what its first terms leave of that bounds the error of
 // cutting the series off. So which stretches there are may differ from one machine to the next, the cells
 // not.
-#include "core/RasterStroke/FalloffPieces.h"
+#include "core/RasterStamp/FalloffPieces.h"
 
 #include "core/Base/StableMath.h"
 

@@ -1,6 +1,6 @@
 // Many grains make a stamp, so what a grain adds to each pixel is kept: it depends on the variant and on the
 // place within the pixel alone.
-#include "core/RasterStroke/PencilGrain.h"
+#include "core/RasterStamp/PencilGrain.h"
 
 #include "core/Base/Failure.h"
 #include "core/Base/Resource.h"

@@ -2,7 +2,7 @@
 // points of each cell, on a grid of quarter cells. With odd coordinates a squared distance is an integer, so
 // the limits of the core and of the disc are exact; the radii only shrink from row to row, which finds them
 // without a search. The middle of the edge goes through the kernels.
-#include "core/RasterStroke/StampGenerator.h"
+#include "core/RasterStamp/StampGenerator.h"
 
 #include "core/Base/StableMath.h"
 

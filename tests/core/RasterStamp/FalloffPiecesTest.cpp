@@ -1,5 +1,5 @@
 // Soft edges by polynomials against the definition, cell by cell, on every instruction set of this machine.
-#include "core/RasterStroke/FalloffPieces.h"
+#include "core/RasterStamp/FalloffPieces.h"
 
 #include "tests/support/TargetTest.h"
 

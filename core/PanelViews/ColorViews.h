@@ -2,7 +2,7 @@
 #pragma once
 
 #include "core/GDIBuffer/GDIBuffer.h"
-#include "core/Panels/HsvColor.h"
+#include "core/PanelViews/HsvColor.h"
 #include "core/Platform/Panel.h"
 
 #include <boost/noncopyable.hpp>

@@ -1,4 +1,4 @@
-#include "core/Panels/HsvColor.h"
+#include "core/PanelViews/HsvColor.h"
 
 #include <algorithm>
 

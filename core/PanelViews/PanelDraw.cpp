@@ -1,4 +1,4 @@
-#include "core/Panels/PanelDraw.h"
+#include "core/PanelViews/PanelDraw.h"
 
 #include <algorithm>
 #include <cmath>
