@@ -55,10 +55,11 @@ EBoxAnswer CSessionDialogs::Show(IWindow*, const std::wstring& strText, const st
         m_log.ShowError(strText);
         return EBoxAnswer::Ok;
     }
-    const EBoxAnswer cancel = kind == EBoxKind::Plain ? EBoxAnswer::Ok : EBoxAnswer::Cancel;
+    const bool bQuestion = kind == EBoxKind::YesNoCancelWarning;
+    const EBoxAnswer cancel = bQuestion ? EBoxAnswer::Cancel : EBoxAnswer::Ok;
     const bool bClosing = m_log.IsClosing();
     const auto answer = Take(TAnswer::EKind::Box, "the box \"" + ToUtf8(strText) + "\" opened");
-    if (!answer) return bClosing && kind != EBoxKind::Plain ? EBoxAnswer::No : cancel;
+    if (!answer) return bClosing && bQuestion ? EBoxAnswer::No : cancel;
     if (answer->kind == TAnswer::EKind::Cancel) return cancel;
     if (Offers(kind, answer->box)) return answer->box;
     Fail("the box \"" + ToUtf8(strText) + "\" does not offer the answer of line " +

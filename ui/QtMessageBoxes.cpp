@@ -38,9 +38,9 @@ EBoxAnswer CQtMessageBoxes::Show(IWindow* pOwner, const std::wstring& strText, c
     pBox->setWindowTitle(ToQt(strTitle));
     pBox->setTextFormat(Qt::PlainText);
     pBox->setText(ToQt(strText));
-    pBox->setIcon(kind == EBoxKind::Error ? QMessageBox::Critical
-                  : bQuestion             ? QMessageBox::Warning
-                                          : QMessageBox::NoIcon);
+    pBox->setIcon(kind == EBoxKind::Error   ? QMessageBox::Critical
+                  : kind == EBoxKind::Plain ? QMessageBox::NoIcon
+                                            : QMessageBox::Warning);
     if (bQuestion) {
         pBox->setStandardButtons(QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
         pBox->button(QMessageBox::Yes)->setText(ToQt(ModalText::YES));

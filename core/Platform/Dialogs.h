@@ -9,7 +9,7 @@
 class IWindow;
 
 /// What a box offers and shows.
-enum class EBoxKind { Plain, Error, YesNoCancelWarning };
+enum class EBoxKind { Plain, Exclamation, Error, YesNoCancelWarning };
 /// Ok also stands for a plain box that was closed.
 enum class EBoxAnswer { Ok, Yes, No, Cancel };
 

@@ -66,6 +66,11 @@ TEST_F(CUiTest, BoxesAnswer) {
     EXPECT_EQ(ask(EBoxKind::YesNoCancelWarning, Press(L"キャンセル")), EBoxAnswer::Cancel);
     EXPECT_EQ(ask(EBoxKind::YesNoCancelWarning, close), EBoxAnswer::Cancel);
     EXPECT_EQ(ask(EBoxKind::Error, close), EBoxAnswer::Ok);
+    const TStep seen = [](QWidget& box) {
+        EXPECT_EQ(dynamic_cast<QMessageBox&>(box).icon(), QMessageBox::Warning);
+        box.close();
+    };
+    EXPECT_EQ(ask(EBoxKind::Exclamation, seen), EBoxAnswer::Ok);
 }
 
 TEST_F(CUiTest, TheModelJudgesWhatWasTyped) {
