@@ -4,6 +4,7 @@
 #include "core/Platform/Pen.h"
 #include "core/Platform/System.h"
 #include "session/Player.h"
+#include "system/Pictures.h"
 
 #include <nlohmann/json.hpp>
 
@@ -39,12 +40,14 @@ void CRecord::FollowTime() {
 
 void CRecord::Follow() {
     FollowTime();
+    FollowClipboard();
     FollowKeys(ReadKeys());
     FollowView();
 }
 
 void CRecord::FollowToKey(int nKey, bool bDown, bool bRepeat) {
     FollowTime();
+    FollowClipboard();
     TKeys keys = ReadKeys();
     const auto idx = static_cast<size_t>(nKey);
     if (bDown) keys.set(idx, bRepeat);
@@ -52,6 +55,25 @@ void CRecord::FollowToKey(int nKey, bool bDown, bool bRepeat) {
     FollowKeys(keys);
     FollowView();
     m_keys.set(idx, bDown);
+}
+
+void CRecord::FollowClipboard() {
+    IClipboard& clipboard = m_platform.clipboard;
+    if (!m_bBegun || clipboard.GetChangeCount() == m_uClipboard) return;
+    const bool bHad = m_bPicture;
+    const auto spPicture = clipboard.GetPicture();
+    KnowClipboard(spPicture != nullptr);
+    if (!m_bPicture && !bHad) return;
+    FollowTime();
+    if (m_bPicture)
+        Write("clipboard", {{"set", WritePictureText(*spPicture)}});
+    else
+        Write("clipboard", {{"clear", true}});
+}
+
+void CRecord::KnowClipboard(bool bPicture) {
+    m_uClipboard = m_platform.clipboard.GetChangeCount();
+    m_bPicture = bPicture;
 }
 
 CRecord::TKeys CRecord::ReadKeys() const {

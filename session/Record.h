@@ -18,8 +18,8 @@ class CCanvasFrame;
 /// comes.
 using TWriteLine = std::function<bool(std::string_view)>;
 
-/// Knows what a player of the lines so far would have: its time, the keys held, the active window and its
-/// view. What differs is written in front of the next line.
+/// Knows what a player of the lines so far would have: its time, the clipboard's picture, the keys held, the
+/// active window and its view. What differs is written in front of the next line.
 class CRecord : boost::noncopyable {
 public:
     CRecord(const TPlatform& platform, TWriteLine fnWrite)
@@ -31,7 +31,8 @@ public:
 
     /// Writes the time that has passed.
     void FollowTime();
-    /// Writes the time that has passed, keys, the active window and its view.
+    /// Writes the time that has passed, another program's picture on the clipboard, keys, the active window
+    /// and its view.
     void Follow();
     /// Writes that the user changed to another window, also when he changes back at once.
     void Activate(const CCanvasFrame& frame);
@@ -41,6 +42,11 @@ public:
     void ForgetView() { m_view = {}; }
     /// Follow before a key's own line, which will bring that key to its state.
     void FollowToKey(int nKey, bool bDown, bool bRepeat);
+
+    /// Writes the picture that another program has put on the clipboard since, or that its picture is gone.
+    void FollowClipboard();
+    /// The application itself put a picture or a text there: so does a player's.
+    void KnowClipboard(bool bPicture);
 
     void Write(const char* pszVerb, const nlohmann::json& value);
     void WriteLine(std::string strLine);
@@ -66,6 +72,8 @@ private:
     bool m_bBegun = false;
     bool m_bFailed = false;
     uint32_t m_uTime = 0;
+    uint32_t m_uClipboard = 0; ///< the clipboard's count of changes that a player has, too
+    bool m_bPicture = false;   ///< a player's clipboard holds a picture
     TKeys m_keys;
     TView m_view;
 };

@@ -3,6 +3,7 @@
 #include "core/AppModule/AppModule.h"
 #include "core/CanvasFrame/CanvasFrame.h"
 #include "core/Platform/Pen.h"
+#include "session/RecordClipboard.h"
 #include "session/RecordDialogs.h"
 #include "session/RecordMessage.h"
 #include "session/RecordWindows.h"
@@ -100,6 +101,7 @@ struct CRecorder::TParts {
           m_windows(
               platform.windows, [this] { m_record.WriteHead(); },
               [this](const TMessage& msg) { OnHeard(msg); }),
+          m_clipboard(m_record, platform.clipboard),
           m_pen(platform.pen, [this](const TPenPacket& packet) { RecordPacket(m_to, packet); }),
           m_platform{m_queue,
                      m_windows,
@@ -112,7 +114,7 @@ struct CRecorder::TParts {
                      platform.codecs,
                      platform.clock,
                      platform.keys,
-                     platform.clipboard,
+                     m_clipboard,
                      platform.snapshots,
                      m_pen} {}
 
@@ -132,6 +134,7 @@ struct CRecorder::TParts {
     TRecordTo m_to;
     CRecordQueue m_queue;
     CRecordWindows m_windows;
+    CRecordClipboard m_clipboard;
     CRecordPen m_pen;
     TPlatform m_platform;
 };

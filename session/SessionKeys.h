@@ -1,10 +1,9 @@
-// Keyboard and clipboard of a played session.
+// Keyboard of a played session.
 #pragma once
 
 #include "core/Platform/System.h"
 
 #include <bitset>
-#include <string>
 
 /// The keys that the script holds down.
 class CSessionKeys : public IKeyState {
@@ -17,14 +16,4 @@ public:
 
 private:
     std::bitset<256> m_bits;
-};
-
-/// A clipboard that nobody else sees.
-class CSessionClipboard : public IClipboard {
-public:
-    void SetText(const std::wstring& strText) override { m_strText = strText; }
-    const std::wstring& GetText() const { return m_strText; }
-
-private:
-    std::wstring m_strText;
 };

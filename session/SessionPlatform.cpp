@@ -2,6 +2,7 @@
 
 #include "core/AppModule/MessageQueue.h"
 #include "session/Player.h"
+#include "session/SessionClipboard.h"
 #include "session/SessionDialogs.h"
 #include "session/SessionKeys.h"
 #include "session/SessionPen.h"

@@ -5,6 +5,7 @@ namespace {
 constexpr TVerb VERBS[] = {
     {"activate", ReadActivate},
     {"answer", ReadAnswer},
+    {"clipboard", ReadClipboard},
     {"close", ReadClose},
     {"command", ReadCommand},
     {"dump", ReadDump},

@@ -44,6 +44,7 @@ TAction ReadSave(const CScriptValue& value);
 TAction ReadExport(const CScriptValue& value);
 TAction ReadScreenshot(const CScriptValue& value);
 TAction ReadDump(const CScriptValue& value);
+TAction ReadClipboard(const CScriptValue& value);
 /// The document.
 TAction ReadLayer(const CScriptValue& value);
 TAction ReadMark(const CScriptValue& value);

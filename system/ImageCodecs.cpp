@@ -22,7 +22,6 @@ namespace {
 constexpr int64_t MAX_DECODED_BYTES = int64_t{2} << 30;
 constexpr int JPEG_QUALITY = 95;
 constexpr int TIFF_LZW = 1;
-constexpr int DOTS_PER_METRE = 3780; // 96 a inch, else Qt would write what the screen has
 
 const char* FormatOf(EPictureKind kind) {
     switch (kind) {
@@ -99,36 +98,6 @@ TDecoded Decode(const std::string& strFile) {
     QImage image;
     return {reader.read(&image) ? image : QImage(), EFileFailure::DamagedPicture};
 }
-
-// The bitmap's pixels, locked for reading.
-class CLockedImage {
-public:
-    explicit CLockedImage(IBitmap& bitmap) : m_bitmap(bitmap) {
-        int32_t nWidth = 0;
-        int32_t nHeight = 0;
-        if (!bitmap.GetWidth(nWidth) || !bitmap.GetHeight(nHeight)) return;
-        TLockedBits bits;
-        m_bLocked = bitmap.LockBits({0, 0, nWidth, nHeight}, ELockMode::Read, bits);
-        if (m_bLocked)
-            m_image = QImage(const_cast<const uint8_t*>(bits.pData), nWidth, nHeight, bits.nStride,
-                             QImage::Format_ARGB32);
-        m_image.setDotsPerMeterX(DOTS_PER_METRE);
-        m_image.setDotsPerMeterY(DOTS_PER_METRE);
-    }
-    ~CLockedImage() {
-        if (m_bLocked) m_bitmap.UnlockBits();
-    }
-    CLockedImage(const CLockedImage&) = delete;
-    CLockedImage& operator=(const CLockedImage&) = delete;
-
-    /// Null when the bitmap could not be locked.
-    const QImage& GetImage() const { return m_image; }
-
-private:
-    IBitmap& m_bitmap;
-    bool m_bLocked = false;
-    QImage m_image;
-};
 
 // An opaque picture on white; null when there is no memory.
 QImage Flatten(const QImage& image) {

@@ -2,6 +2,8 @@
 
 #include <QColorSpace>
 
+#include <boost/make_shared.hpp>
+
 #include <bit>
 #include <cstdlib>
 
@@ -38,6 +40,30 @@ bool CQtBitmap::UnlockBits() {
     const bool bWasLocked = m_bLocked;
     m_bLocked = false;
     return bWasLocked;
+}
+
+CLockedImage::CLockedImage(IBitmap& bitmap) : m_bitmap(bitmap) {
+    int32_t nWidth = 0;
+    int32_t nHeight = 0;
+    if (!bitmap.GetWidth(nWidth) || !bitmap.GetHeight(nHeight)) return;
+    TLockedBits bits;
+    m_bLocked = bitmap.LockBits({0, 0, nWidth, nHeight}, ELockMode::Read, bits);
+    if (m_bLocked)
+        m_image = QImage(const_cast<const uint8_t*>(bits.pData), nWidth, nHeight, bits.nStride,
+                         QImage::Format_ARGB32);
+    m_image.setDotsPerMeterX(DOTS_PER_METRE);
+    m_image.setDotsPerMeterY(DOTS_PER_METRE);
+}
+
+CLockedImage::~CLockedImage() {
+    if (m_bLocked) m_bitmap.UnlockBits();
+}
+
+QImage CopyToImage(IBitmap& bitmap) { return CLockedImage(bitmap).GetImage().copy(); }
+
+boost::shared_ptr<IBitmap> MakeBitmap(const QImage& image) {
+    const auto spBitmap = boost::make_shared<CQtBitmap>(image);
+    return spBitmap->GetImage().isNull() ? boost::shared_ptr<IBitmap>() : spBitmap;
 }
 
 QImage MakeTransparentImage(CSize sz) {

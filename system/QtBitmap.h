@@ -25,6 +25,32 @@ private:
     bool m_bLocked = false;
 };
 
+/// Resolution of pictures that are written: 96 to the inch, else Qt would write what the screen has.
+constexpr int DOTS_PER_METRE = 3780;
+
+/// A bitmap's pixels, locked for reading.
+class CLockedImage {
+public:
+    explicit CLockedImage(IBitmap& bitmap);
+    ~CLockedImage();
+    CLockedImage(const CLockedImage&) = delete;
+    CLockedImage& operator=(const CLockedImage&) = delete;
+
+    /// The pixels at 96 to the inch; null when the bitmap could not be locked. Valid while this lives.
+    const QImage& GetImage() const { return m_image; }
+
+private:
+    IBitmap& m_bitmap;
+    bool m_bLocked = false;
+    QImage m_image;
+};
+
+/// A picture of its own with a bitmap's pixels; null when there is no memory or the bitmap cannot be locked.
+QImage CopyToImage(IBitmap& bitmap);
+
+/// The seam's bitmap of a picture; null for a null picture and when there is no memory.
+boost::shared_ptr<IBitmap> MakeBitmap(const QImage& image);
+
 /// A transparent Format_ARGB32 picture, null when the size is not positive, a side is over MAX_IMAGE_SIDE or
 /// there is no memory.
 QImage MakeTransparentImage(CSize sz);

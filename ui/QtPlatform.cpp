@@ -3,6 +3,7 @@
 #include "core/AppModule/MessageQueue.h"
 #include "core/Platform/Files.h"
 #include "core/Platform/Window.h"
+#include "system/QtBitmap.h"
 #include "system/TickClock.h"
 #include "ui/QtCanvasWindow.h"
 #include "ui/QtDialogs.h"
@@ -19,6 +20,7 @@
 #include <QBuffer>
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QMimeData>
 #include <QPixmap>
 #include <QPointer>
 
@@ -27,8 +29,42 @@ namespace {
 class CQtClipboard : public IClipboard {
 public:
     void SetText(const std::wstring& strText) override {
-        if (EnsureApplication()) QGuiApplication::clipboard()->setText(ToQt(strText));
+        if (QClipboard* pClipboard = Find()) pClipboard->setText(ToQt(strText));
     }
+    bool SetPicture(IBitmap& bitmap) override {
+        QClipboard* pClipboard = Find();
+        const QImage image = pClipboard ? CopyToImage(bitmap) : QImage();
+        if (image.isNull()) return false;
+        pClipboard->setImage(image);
+        return true;
+    }
+    bool HasPicture() override {
+        const QClipboard* pClipboard = Find();
+        const QMimeData* pData = pClipboard ? pClipboard->mimeData() : nullptr;
+        return pData && pData->hasImage();
+    }
+    boost::shared_ptr<IBitmap> GetPicture() override {
+        const QClipboard* pClipboard = Find();
+        return MakeBitmap(pClipboard ? pClipboard->image() : QImage());
+    }
+    uint32_t GetChangeCount() override {
+        Find();
+        return m_uChanges;
+    }
+
+private:
+    QClipboard* Find() {
+        if (!EnsureApplication()) return nullptr;
+        QClipboard* pClipboard = QGuiApplication::clipboard();
+        if (!m_pWatch) {
+            m_pWatch = std::make_unique<QObject>();
+            QObject::connect(pClipboard, &QClipboard::dataChanged, m_pWatch.get(), [this] { ++m_uChanges; });
+        }
+        return pClipboard;
+    }
+
+    std::unique_ptr<QObject> m_pWatch; ///< ends the connection
+    uint32_t m_uChanges = 1;           ///< what was there at first counts as a change
 };
 
 class CQtWindowFactory : public IWindowFactory {

@@ -1,6 +1,8 @@
 // Small questions to the outside: time, keys, clipboard.
 #pragma once
 
+#include <boost/shared_ptr.hpp>
+
 #include <cstdint>
 #include <string>
 
@@ -34,8 +36,18 @@ public:
     virtual bool IsKeyDown(int nVirtualKey) = 0;
 };
 
+class IBitmap;
+
 class IClipboard {
 public:
     virtual ~IClipboard() = default;
     virtual void SetText(const std::wstring& strText) = 0;
+    /// Puts a picture there in place of all else. False when there is no memory or no clipboard.
+    virtual bool SetPicture(IBitmap& bitmap) = 0;
+    /// True while a picture is there, of this program or of another.
+    virtual bool HasPicture() = 0;
+    /// A copy of the picture; null when there is none or no memory.
+    virtual boost::shared_ptr<IBitmap> GetPicture() = 0;
+    /// Another number whenever something else has been put there.
+    virtual uint32_t GetChangeCount() = 0;
 };
