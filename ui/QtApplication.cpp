@@ -30,6 +30,8 @@ void MakeOwnApplication() {
 
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
     g_pOwn = new QApplication(nArguments, ppszArguments);
+    // Every place that a fast hand was at belongs to its line. The platform plug-in has just set this.
+    QCoreApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, false);
     g_pOwn->setApplicationName(QStringLiteral("Vellumcraft"));
     // The message loop's end is a message of the session, not the last window's closing.
     g_pOwn->setQuitOnLastWindowClosed(false);
