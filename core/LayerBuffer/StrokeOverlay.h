@@ -6,6 +6,8 @@
 #include "core/RasterBuffer/SelectBuffer.h"
 #include "core/RasterStroke/RasterStroke.h"
 
+#include <boost/weak_ptr.hpp>
+
 class CStrokeOverlay : public IRasterOverlay {
 public:
     /// The stroke shows inside the canvas's selection as it is at the time, until Complete.
