@@ -4,6 +4,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int64_t MAX_POSITION = 1 << 24;
@@ -19,6 +21,11 @@ constexpr TInputName NAMES[] = {
 } // namespace
 
 std::span<const TInputName> GetInputNames() { return NAMES; }
+
+const TInputName* FindInputName(EMessage id) {
+    const auto* it = std::ranges::find(NAMES, id, &TInputName::id);
+    return it == std::end(NAMES) ? nullptr : it;
+}
 
 const TInputName& ReadInputName(const CScriptValue& value, bool bPacket) {
     if (!value.Has("message")) return NAMES[0];

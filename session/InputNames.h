@@ -20,6 +20,8 @@ constexpr uint32_t NO_BUTTON = 0xFFFF;
 
 /// All names; the first is that of a mere move.
 std::span<const TInputName> GetInputNames();
+/// The name of a message, null for none.
+const TInputName* FindInputName(EMessage id);
 
 /// The member "message" of a line's object, the first name when there is none. `bPacket` leaves out what no
 /// packet tells. Raises script_error.

@@ -3,10 +3,13 @@
 #include "core/AppModule/ErrorBox.h"
 #include "core/Base/Text.h"
 #include "core/Platform/Platform.h"
+#include "session/ControlAct.h"
 #include "session/Record.h"
 
 #include <nlohmann/json.hpp>
 
+#include <map>
+#include <memory>
 #include <utility>
 
 using nlohmann::json;
@@ -26,7 +29,7 @@ const char* NameOf(EBoxAnswer answer) {
     }
 }
 
-/// Stands before a dialog's model and writes what the fields hold whenever OK is pressed.
+/// Stands before a dialog's model and writes what the user does with it.
 class CRecordedModel : public CDialogModel {
 public:
     CRecordedModel(CDialogModel& model, CRecord& record) : m_model(model), m_record(record) { Take(); }
@@ -35,15 +38,28 @@ public:
     std::wstring GetTitle() const override { return m_model.GetTitle(); }
     std::wstring GetExtraButton() const override { return m_model.GetExtraButton(); }
     bool HasCancel() const override { return m_model.HasCancel(); }
+    bool OnControlMessage(const TMessage& msg) override {
+        json act = WriteControlAct(msg, [this](int nView) {
+            const auto it = m_mapViews.find(nView);
+            return it == m_mapViews.end() ? CSize() : it->second->GetSize();
+        });
+        if (!act.empty()) {
+            act["dialog"] = GetName();
+            m_record.Write("reply", act);
+        }
+        const bool bWritten = m_model.OnControlMessage(msg);
+        Take();
+        return bWritten;
+    }
     void OnExtra() override {
-        std::swap(m_model.m_vFields, m_vFields);
         m_model.OnExtra();
-        m_vFields = m_model.m_vFields;
+        Take();
         m_bExtra = true;
     }
     bool OnOk(IWindow* pOwner) override {
-        WriteReply();
-        m_model.m_vFields = m_vFields;
+        json reply{{"dialog", GetName()}};
+        if (std::exchange(m_bExtra, false)) reply["extra"] = true;
+        m_record.Write("reply", reply);
         const bool bOk = m_model.OnOk(pOwner);
         Take();
         return bOk;
@@ -51,23 +67,18 @@ public:
 
 private:
     void Take() {
-        m_vFields = m_vBefore = m_model.m_vFields;
-        m_bExtra = false;
-    }
-    void WriteReply() {
-        json reply{{"dialog", GetName()}};
-        if (m_bExtra) reply["extra"] = true;
-        for (size_t idx = 0; idx < m_vFields.size(); ++idx) {
-            const TDialogField &field = m_vFields[idx], &before = m_vBefore[idx];
-            if (field.bChecked != before.bChecked) reply[field.strName] = field.bChecked;
-            if (field.strText != before.strText) reply[field.strName] = ToUtf8(field.strText);
+        m_vControls = m_model.m_vControls;
+        for (TPanelControl& control : m_vControls) {
+            if (!control.pView) continue;
+            auto& pView = m_mapViews[control.nId];
+            if (!pView) pView = std::make_unique<CSizedView>(*control.pView);
+            control.pView = pView.get();
         }
-        m_record.Write("reply", reply);
     }
 
     CDialogModel& m_model;
     CRecord& m_record;
-    std::vector<TDialogField> m_vBefore; ///< what the fields held before the user
+    std::map<int, std::unique_ptr<CSizedView>> m_mapViews;
     bool m_bExtra = false;
 };
 

@@ -7,6 +7,7 @@
 #include "core/IniConfig/RecentDocumentList.h"
 #include "core/MainFrame/MainFrame.h"
 #include "core/Platform/Pen.h"
+#include "session/ControlAct.h"
 #include "session/InputNames.h"
 #include "session/Record.h"
 #include "session/Taken.h"
@@ -22,13 +23,6 @@ namespace {
 constexpr int MAX_KEY = 254;
 constexpr int32_t UPRIGHT = 900; ///< an altitude that a line need not name
 constexpr uint32_t CURSOR_ERASER = 2;
-
-const TInputName* FindName(EMessage id) {
-    const auto names = GetInputNames();
-    const auto it =
-        std::find_if(names.begin(), names.end(), [&](const TInputName& name) { return name.id == id; });
-    return it == names.end() ? nullptr : &*it;
-}
 
 const TInputName& NameOfButtons(uint32_t uButtons) {
     const auto names = GetInputNames();
@@ -92,34 +86,9 @@ void RecordPointer(const TRecordTo& to, const TInputName& name, const TMessage& 
 }
 
 void RecordPanel(const TRecordTo& to, int nPanel, const TMessage& msg) {
-    json line{{"id", WriteCommandId(nPanel)}};
-    const int nView = PackedView(msg.wParam);
-    const TInputName* pName = FindName(msg.id);
-    if (msg.id == EMessage::KeyDown && nView != 0) {
-        line.update({{"view", nView}, {"key", msg.wParam & 0xFF}});
-    } else if (pName && nView != 0) {
-        const CSize sz = to.fnViewSize(msg.pWindow, nView);
-        if (sz.cx <= 0 || sz.cy <= 0) return;
-        line.update({{"view", nView},
-                     {"message", pName->pszName},
-                     {"x", PackedX(msg.lParam)},
-                     {"y", PackedY(msg.lParam)},
-                     {"width", sz.cx},
-                     {"height", sz.cy}});
-    } else {
-        line["control"] = msg.wParam;
-        if (!msg.strText.empty()) line["text"] = ToUtf8(msg.strText);
-        if (msg.id == EMessage::PanelChange)
-            line["value"] = msg.lParam;
-        else if (msg.id == EMessage::PanelActivate)
-            line["activate"] = msg.lParam;
-        else if (msg.id == EMessage::PanelRename)
-            line.update({{"rename", msg.lParam}, {"text", ToUtf8(msg.strText)}});
-        else if (msg.id == EMessage::PanelMove)
-            line.update({{"from", PackedX(msg.lParam)}, {"to", PackedY(msg.lParam)}});
-        else
-            return;
-    }
+    json line = WriteControlAct(msg, [&](int nView) { return to.fnViewSize(msg.pWindow, nView); });
+    if (line.empty()) return;
+    line["id"] = WriteCommandId(nPanel);
     to.record.Follow();
     to.record.Write("panel", line);
 }
@@ -148,7 +117,7 @@ void RecordClose(const TRecordTo& to, const TMessage& msg) {
 void RecordMessage(const TRecordTo& to, const TMessage& msg) {
     if (!msg.pWindow) return;
     if (const int nPanel = FindPanel(msg.pWindow)) return RecordPanel(to, nPanel, msg);
-    if (const TInputName* pName = FindName(msg.id)) return RecordPointer(to, *pName, msg);
+    if (const TInputName* pName = FindInputName(msg.id)) return RecordPointer(to, *pName, msg);
     switch (msg.id) {
     case EMessage::Command:
         return RecordCommand(to, static_cast<int>(msg.wParam));

@@ -17,21 +17,6 @@ private:
     const std::function<void(const TMessage&)>& m_fnHear;
 };
 
-/// Stands before a panel's view.
-class CRecordWindows::CView : public IPanelView {
-public:
-    explicit CView(IPanelView& view) : m_view(view) {}
-    void OnPaint(IPaintTarget& target, const TPanelPaint& paint) override {
-        m_size = paint.sz;
-        m_view.OnPaint(target, paint);
-    }
-    CSize GetSize() const { return m_size; }
-
-private:
-    IPanelView& m_view;
-    CSize m_size;
-};
-
 CRecordWindows::CRecordWindows(IWindowFactory& windows, std::function<void()> fnBegin,
                                std::function<void(const TMessage&)> fnHear)
     : m_windows(windows), m_fnBegin(std::move(fnBegin)), m_fnHear(std::move(fnHear)) {}
@@ -56,10 +41,10 @@ ICanvasWindow* CRecordWindows::CreateCanvasWindow(IMainWindow& parent, IWindowCl
 IPanelWindow* CRecordWindows::CreatePanelWindow(IMainWindow& parent, IWindowClient& client,
                                                 const TPanelSetup& setup) {
     TPanelSetup heard = setup;
-    std::map<int, std::unique_ptr<CView>> mapViews;
+    std::map<int, std::unique_ptr<CSizedView>> mapViews;
     for (TPanelControl& control : heard.vControls) {
         if (!control.pView) continue;
-        mapViews[control.nId] = std::make_unique<CView>(*control.pView);
+        mapViews[control.nId] = std::make_unique<CSizedView>(*control.pView);
         control.pView = mapViews[control.nId].get();
     }
     IPanelWindow* pWindow = m_windows.CreatePanelWindow(parent, client, heard);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/Platform/Panel.h"
+#include "session/ControlAct.h"
 
 #include <boost/noncopyable.hpp>
 
@@ -30,7 +31,6 @@ public:
 
 private:
     class CClient;
-    class CView;
 
     IWindowClient& Listen(IWindowClient& client);
 
@@ -38,5 +38,5 @@ private:
     std::function<void()> m_fnBegin;
     std::function<void(const TMessage&)> m_fnHear;
     std::vector<std::unique_ptr<CClient>> m_vClients;
-    std::map<std::pair<const IWindow*, int>, std::unique_ptr<CView>> m_mapViews;
+    std::map<std::pair<const IWindow*, int>, std::unique_ptr<CSizedView>> m_mapViews;
 };

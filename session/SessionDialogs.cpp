@@ -1,6 +1,9 @@
 #include "session/SessionDialogs.h"
 
+#include "core/AppModule/ErrorBox.h"
 #include "core/Base/Text.h"
+
+#include <boost/lexical_cast/try_lexical_convert.hpp>
 
 #include <algorithm>
 
@@ -21,6 +24,35 @@ const char* NameOf(TAnswer::EKind kind) {
 
 bool Offers(EBoxKind kind, EBoxAnswer answer) {
     return (kind == EBoxKind::YesNoCancelWarning) == (answer != EBoxAnswer::Ok);
+}
+
+// None when the control has no such value.
+std::optional<TMessage> Change(const TPanelControl& control, const TAnswer::TValue& value) {
+    using enum TPanelControl::EKind;
+    TMessage msg{nullptr, EMessage::PanelChange, control.nId, 0, {}};
+    const bool* pChecked = std::get_if<bool>(&value);
+    switch (control.kind) {
+    case Check:
+    case Radio:
+    case Toggle:
+        if (pChecked) msg.lParam = *pChecked;
+        return pChecked ? std::optional(msg) : std::nullopt;
+    case Text:
+    case Number:
+        if (!pChecked) msg.strText = std::get<std::wstring>(value);
+        return pChecked ? std::nullopt : std::optional(msg);
+    case Combo:
+    case Slider:
+    case List: {
+        int nValue = 0;
+        if (pChecked || !boost::conversion::try_lexical_convert(std::get<std::wstring>(value), nValue))
+            return std::nullopt;
+        msg.lParam = nValue;
+        return msg;
+    }
+    default:
+        return std::nullopt;
+    }
 }
 
 } // namespace
@@ -83,15 +115,20 @@ bool CSessionDialogs::Run(IWindow* pOwner, CDialogModel& dialog) {
     for (;;) {
         const auto answer = Take(TAnswer::EKind::Dialog, strWhat);
         if (!answer || answer->kind == TAnswer::EKind::Cancel) return false;
-        if (!Fill(dialog, *answer)) return false;
-        if (answer->bExtra) dialog.OnExtra();
-        if (dialog.OnOk(pOwner)) return true;
+        bool bTaken = true;
+        if (!(answer->act ? Act(dialog, *answer) : Fill(dialog, *answer, bTaken))) return false;
+        if (answer->act) {
+            strWhat = strName + " stays open behind line " + std::to_string(answer->nLine);
+            continue;
+        }
+        if (bTaken && answer->bExtra) dialog.OnExtra();
+        if (bTaken && dialog.OnOk(pOwner)) return true;
         strWhat =
             strName + " refused the answer of line " + std::to_string(answer->nLine) + " and stays open";
     }
 }
 
-bool CSessionDialogs::Fill(CDialogModel& dialog, const TAnswer& answer) {
+bool CSessionDialogs::Fill(CDialogModel& dialog, const TAnswer& answer, bool& bTaken) {
     const std::string strAnswer = "the answer of line " + std::to_string(answer.nLine);
     const std::string strName = dialog.GetName();
     if (answer.strDialog != strName) {
@@ -103,18 +140,31 @@ bool CSessionDialogs::Fill(CDialogModel& dialog, const TAnswer& answer) {
         return false;
     }
     for (const auto& [strField, value] : answer.mapFields) {
-        const auto it = std::find_if(dialog.m_vFields.begin(), dialog.m_vFields.end(),
-                                     [&](const TDialogField& field) { return field.strName == strField; });
-        const bool* pChecked = std::get_if<bool>(&value);
-        const auto kind = pChecked ? TDialogField::EKind::Check : TDialogField::EKind::Integer;
-        if (it == dialog.m_vFields.end() || it->kind != kind) {
+        const auto it = std::ranges::find(dialog.m_vControls, strField, &TPanelControl::strName);
+        std::optional<TMessage> msg;
+        if (it != dialog.m_vControls.end()) msg = Change(*it, value);
+        if (!msg) {
             Fail(strName + " has no such field as \"" + strField + "\" in " + strAnswer);
             return false;
         }
-        if (pChecked)
-            it->bChecked = *pChecked;
-        else
-            it->strText = std::get<std::wstring>(value);
+        bTaken = Guarded([&] { dialog.OnControlMessage(*msg); }) && bTaken;
     }
+    return true;
+}
+
+bool CSessionDialogs::Act(CDialogModel& dialog, const TAnswer& answer) {
+    const std::string strName = dialog.GetName();
+    const TControlAct& act = *answer.act;
+    const int nView = PackedView(act.wParam);
+    const int nId = nView ? nView : static_cast<int>(act.wParam);
+    const bool bKnown =
+        std::ranges::find(dialog.m_vControls, nId, &TPanelControl::nId) != dialog.m_vControls.end();
+    if (answer.strDialog != strName || !bKnown) {
+        Fail(strName + " is open, but line " + std::to_string(answer.nLine) + " is for control " +
+             std::to_string(nId) + " of " + answer.strDialog);
+        return false;
+    }
+    if (act.szView.cx > 0) PaintView(dialog.m_vControls, nView, act.szView);
+    Guarded([&] { dialog.OnControlMessage(act.ToMessage(nullptr)); });
     return true;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/Platform/Dialogs.h"
+#include "session/ControlAct.h"
 #include "session/SessionLog.h"
 
 #include <boost/function.hpp>
@@ -16,15 +17,16 @@
 /// One queued answer to the next modal window.
 struct TAnswer {
     enum class EKind { Box, File, Dialog, Cancel };
-    using TValue = std::variant<bool, std::wstring>; ///< a check, or the text typed into an edit
+    using TValue = std::variant<bool, std::wstring>; ///< a check, or the text or number of another control
 
     EKind kind = EKind::Cancel;
     EBoxAnswer box = EBoxAnswer::Cancel;
     std::wstring strPath = {};
     std::string strDialog = {}; ///< class name
     std::map<std::string, TValue> mapFields = {};
-    bool bExtra = false; ///< the dialog's extra button is pressed before OK
-    int nLine = 0;       ///< where the script has it
+    std::optional<TControlAct> act = {}; ///< in place of fields and OK
+    bool bExtra = false;                 ///< the dialog's extra button is pressed before OK
+    int nLine = 0;                       ///< where the script has it
 };
 
 /// Answers come in the order in which they were queued, whatever opens; when there is none, a reply is asked
@@ -46,13 +48,16 @@ public:
     EBoxAnswer Show(IWindow* pOwner, const std::wstring& strText, const std::wstring& strTitle,
                     EBoxKind kind) override;
     std::wstring Ask(IWindow* pOwner, const TFileDialog& dialog) override;
-    /// A model that refuses its answer takes the next one for it; when there is none, it is cancelled.
+    /// A model that refuses its answer, and one of which only a control was changed, takes the next answer
+    /// for it; when there is none, it is cancelled.
     bool Run(IWindow* pOwner, CDialogModel& dialog) override;
 
 private:
     std::optional<TAnswer> Take(TAnswer::EKind kind, const std::string& strWhat);
     void Fail(const std::string& strReason);
-    bool Fill(CDialogModel& dialog, const TAnswer& answer);
+    // False when the script is wrong; `bTaken` becomes false when the dialog failed to take a field.
+    bool Fill(CDialogModel& dialog, const TAnswer& answer, bool& bTaken);
+    bool Act(CDialogModel& dialog, const TAnswer& answer);
 
     CSessionLog& m_log;
     std::deque<TAnswer> m_deqAnswers;

@@ -1,7 +1,5 @@
 #include "session/SessionPanelWindow.h"
 
-#include "session/Glass.h"
-
 void CSessionPanelWindow::Destroy() {
     if (m_bDestroyed) return;
     m_bDestroyed = true;
@@ -23,13 +21,4 @@ void CSessionPanelWindow::ShowPanel(bool bShow) {
 void CSessionPanelWindow::SetControls(const std::vector<TPanelControl>& vControls) {
     m_vControls = vControls;
     m_shown.Do([&](IPanelWindow& window) { window.SetControls(vControls); });
-}
-
-void CSessionPanelWindow::PaintView(int nId, CSize sz) {
-    for (const TPanelControl& control : m_vViews) {
-        if (control.nId != nId || !control.pView) continue;
-        CGlass glass;
-        glass.Resize(sz);
-        control.pView->OnPaint(glass, {.sz = sz});
-    }
 }

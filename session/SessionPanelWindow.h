@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/Platform/Panel.h"
+#include "session/ControlAct.h"
 #include "session/SessionWindow.h"
 
 class CSessionPanelWindow : public CSessionWindow<IPanelWindow> {
@@ -22,7 +23,7 @@ public:
     void SetControls(const std::vector<TPanelControl>& vControls) override;
 
     /// Has a view paint itself in that size, as it would on a glass; nothing for an id without a view.
-    void PaintView(int nId, CSize sz);
+    void PaintView(int nId, CSize sz) { ::PaintView(m_vViews, nId, sz); }
     /// The controls as they would be seen.
     const std::vector<TPanelControl>& GetControls() const { return m_vControls; }
 

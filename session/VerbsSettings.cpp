@@ -22,6 +22,10 @@ EBoxAnswer ReadBoxAnswer(const CScriptValue& value) {
 // The class name and, beside it, the fields by name.
 TAnswer ReadDialogAnswer(const CScriptValue& value) {
     TAnswer answer{.kind = TAnswer::EKind::Dialog, .strDialog = value.At("dialog").Utf8()};
+    if (IsControlAct(value)) {
+        answer.act = ReadControlAct(value, "dialog");
+        return answer;
+    }
     for (const auto& [strKey, member] : value.GetJson().items()) {
         if (strKey == "dialog") continue;
         const CScriptValue field(member, value.GetName() + "." + strKey);

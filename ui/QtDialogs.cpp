@@ -1,123 +1,107 @@
 #include "ui/QtDialogs.h"
 
+#include "core/AppModule/ErrorBox.h"
 #include "ui/QtApplication.h"
 #include "ui/QtModal.h"
+#include "ui/QtPanelControls.h"
 #include "ui/QtText.h"
 
-#include <QAbstractSpinBox>
-#include <QCheckBox>
 #include <QDialogButtonBox>
 #include <QEventLoop>
 #include <QFormLayout>
-#include <QLineEdit>
-#include <QPlainTextEdit>
+#include <QHBoxLayout>
+#include <QLabel>
 #include <QPushButton>
 
-#include <algorithm>
+#include <utility>
 
 namespace {
-
-/// A number's edit with spin buttons. Any text may stand in it: the model judges.
-class CNumberEdit : public QAbstractSpinBox {
-public:
-    CNumberEdit(int nMin, int nMax) : m_nMin(nMin), m_nMax(nMax) {
-        lineEdit()->setMaxLength(16);
-        setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("0")) * 14);
-    }
-
-    void SetText(const std::wstring& strText) { lineEdit()->setText(ToQt(strText)); }
-    std::wstring GetText() const { return FromQt(lineEdit()->text()); }
-
-    void stepBy(int nSteps) override {
-        // Text that is no number counts as 0.
-        const qint64 nValue = lineEdit()->text().trimmed().toLongLong() + nSteps;
-        lineEdit()->setText(QString::number(std::clamp<qint64>(nValue, m_nMin, m_nMax)));
-        lineEdit()->selectAll();
-    }
-
-protected:
-    StepEnabled stepEnabled() const override {
-        const qint64 nValue = lineEdit()->text().trimmed().toLongLong();
-        StepEnabled steps = StepNone;
-        if (nValue < m_nMax) steps |= StepUpEnabled;
-        if (nValue > m_nMin) steps |= StepDownEnabled;
-        return steps;
-    }
-
-private:
-    int m_nMin;
-    int m_nMax;
-};
 
 /// One dialog as widgets. What the user did ends Wait; the model is asked outside of Qt's own calls.
 class CModelDialog : public QDialog {
 public:
-    enum EOutcome { Cancelled, Accepted, Extra };
+    enum EOutcome { Changed, Cancelled, Accepted, Extra };
 
     CModelDialog(QWidget* pParent, const CDialogModel& model) : QDialog(pParent) {
         PrepareModal(*this);
         setWindowTitle(ToQt(model.GetTitle()));
         auto* pForm = new QFormLayout(this);
-        for (const TDialogField& field : model.m_vFields) AddField(*pForm, field);
+        AddControls(*pForm, model.m_vControls);
         AddButtons(*pForm, model);
-        connect(this, &QDialog::finished, this, [this] { m_loop.exit(Cancelled); });
+        connect(this, &QDialog::finished, this, [this] { End(Cancelled); });
     }
 
+    /// Returns at once while changes wait.
     EOutcome Wait() {
         show();
-        const int nOutcome = m_loop.exec();
-        return nOutcome == Accepted || nOutcome == Extra ? static_cast<EOutcome>(nOutcome) : Cancelled;
+        m_outcome = Changed;
+        if (m_vChanges.empty()) m_loop.exec();
+        return m_outcome;
     }
-
-    void Read(CDialogModel& model) const {
-        for (size_t idx = 0; idx < m_vWidgets.size(); ++idx) {
-            TDialogField& field = model.m_vFields[idx];
-            if (const auto* pNumber = dynamic_cast<CNumberEdit*>(m_vWidgets[idx]))
-                field.strText = pNumber->GetText();
-            if (const auto* pCheck = qobject_cast<QCheckBox*>(m_vWidgets[idx]))
-                field.bChecked = pCheck->isChecked();
-        }
-    }
+    /// What the user has changed since the last call.
+    std::vector<TMessage> TakeChanges() { return std::exchange(m_vChanges, {}); }
 
     void Write(const CDialogModel& model) {
-        for (size_t idx = 0; idx < m_vWidgets.size(); ++idx) {
-            const TDialogField& field = model.m_vFields[idx];
-            if (auto* pNumber = dynamic_cast<CNumberEdit*>(m_vWidgets[idx])) pNumber->SetText(field.strText);
-            if (auto* pCheck = qobject_cast<QCheckBox*>(m_vWidgets[idx])) pCheck->setChecked(field.bChecked);
-            if (auto* pReport = qobject_cast<QPlainTextEdit*>(m_vWidgets[idx]))
-                pReport->setPlainText(ToQt(field.strText));
+        for (size_t idx = 0; idx < m_vControls.size(); ++idx) {
+            const TPanelControl& control = model.m_vControls[idx];
+            QWidget* pWidget = m_vControls[idx]->GetWidget();
+            pWidget->setEnabled(control.bEnabled);
+            pWidget->setVisible(control.bVisible);
+            if (m_vLabels[idx]) m_vLabels[idx]->setVisible(control.bVisible);
+            m_vControls[idx]->Write(control);
         }
     }
 
 private:
-    void AddField(QFormLayout& form, const TDialogField& field) {
-        const QString strLabel = ToQt(field.strLabel);
-        switch (field.kind) {
-        case TDialogField::EKind::Integer:
-            m_vWidgets.push_back(new CNumberEdit(field.nMin, field.nMax));
-            form.addRow(strLabel, m_vWidgets.back());
-            break;
-        case TDialogField::EKind::Check:
-            m_vWidgets.push_back(new QCheckBox(strLabel));
-            form.addRow(m_vWidgets.back());
-            break;
-        case TDialogField::EKind::Text:
-            m_vWidgets.push_back(new QLabel(ToQt(field.strText)));
-            form.addRow(m_vWidgets.back());
-            break;
-        case TDialogField::EKind::Report: {
-            auto* pReport = new QPlainTextEdit;
-            pReport->setReadOnly(true);
-            pReport->setLineWrapMode(QPlainTextEdit::NoWrap);
-            pReport->setMinimumSize(fontMetrics().averageCharWidth() * 48, fontMetrics().height() * 10);
-            m_vWidgets.push_back(pReport);
-            if (!strLabel.isEmpty()) form.addRow(new QLabel(strLabel));
-            form.addRow(pReport);
-            break;
+    TPanelEvents MakeEvents() {
+        const auto tell = [this](EMessage id, int64_t wParam, int64_t lParam, const QString& strText = {}) {
+            Guarded([&] { m_vChanges.push_back({nullptr, id, wParam, lParam, FromQt(strText)}); });
+            m_loop.exit();
+        };
+        return {
+            [tell](int nId, int nValue, const QString& strText) {
+                tell(EMessage::PanelChange, nId, nValue, strText);
+            },
+            [tell](int nId, int nRow) { tell(EMessage::PanelActivate, nId, nRow); },
+            [tell](int nId, int nRow, const QString& strName) {
+                tell(EMessage::PanelRename, nId, nRow, strName);
+            },
+            [tell](int nId, int nFrom, int nTo) { tell(EMessage::PanelMove, nId, PackPoint(nFrom, nTo)); },
+            [tell](int nId, EMessage id, int64_t wParam, int64_t lParam) {
+                tell(id, PackView(wParam, nId), lParam);
+            },
+            [] {}};
+    }
+
+    void AddControls(QFormLayout& form, const std::vector<TPanelControl>& vControls) {
+        const TPanelEvents events = MakeEvents();
+        QHBoxLayout* pLine = nullptr;
+        for (size_t idx = 0; idx < vControls.size(); ++idx) {
+            const TPanelControl& control = vControls[idx];
+            m_vControls.push_back(MakePanelControl(control, events, this));
+            QWidget* pWidget = m_vControls.back()->GetWidget();
+            const QString strLabel = ToQt(control.strLabel);
+            pWidget->setObjectName(QString::fromStdString(control.strName));
+            pWidget->setAccessibleName(strLabel.isEmpty() ? ToQt(control.strText) : strLabel);
+            m_vLabels.push_back(control.strLabel.empty() ? nullptr : new QLabel(strLabel, this));
+            if (m_vLabels.back()) m_vLabels.back()->setBuddy(pWidget);
+            if (control.bSameLine && pLine) {
+                if (m_vLabels.back()) pLine->addWidget(m_vLabels.back());
+                pLine->addWidget(pWidget);
+                continue;
+            }
+            const bool bAlone = idx + 1 == vControls.size() || !vControls[idx + 1].bSameLine;
+            pLine = bAlone ? nullptr : new QHBoxLayout;
+            if (pLine) pLine->addWidget(pWidget);
+            if (pLine && m_vLabels.back())
+                form.addRow(m_vLabels.back(), pLine);
+            else if (pLine)
+                form.addRow(pLine);
+            else if (m_vLabels.back())
+                form.addRow(m_vLabels.back(), pWidget);
+            else
+                form.addRow(pWidget);
         }
-        }
-        m_vWidgets.back()->setObjectName(QString::fromStdString(field.strName));
-        m_vWidgets.back()->setAccessibleName(strLabel);
     }
 
     void AddButtons(QFormLayout& form, const CDialogModel& model) {
@@ -125,7 +109,7 @@ private:
         const auto add = [&](const std::wstring& strText, QDialogButtonBox::ButtonRole role,
                              EOutcome outcome) {
             QPushButton* pButton = pButtons->addButton(ToQt(strText), role);
-            connect(pButton, &QPushButton::clicked, this, [this, outcome] { m_loop.exit(outcome); });
+            connect(pButton, &QPushButton::clicked, this, [this, outcome] { End(outcome); });
             return pButton;
         };
         add(ModalText::OK, QDialogButtonBox::AcceptRole, Accepted)->setDefault(true);
@@ -135,8 +119,19 @@ private:
         form.addRow(pButtons);
     }
 
+    // The first outcome holds: what follows in the same turn of the loop is too late.
+    void End(EOutcome outcome) {
+        if (outcome != Cancelled)
+            for (const auto& pControl : m_vControls) pControl->Flush();
+        if (m_outcome == Changed) m_outcome = outcome;
+        m_loop.exit();
+    }
+
     QEventLoop m_loop;
-    std::vector<QWidget*> m_vWidgets; ///< one a field
+    EOutcome m_outcome = Changed;
+    std::vector<TMessage> m_vChanges;
+    std::vector<std::unique_ptr<CQtPanelControl>> m_vControls;
+    std::vector<QLabel*> m_vLabels; ///< one a control, null for none
 };
 
 } // namespace
@@ -148,10 +143,14 @@ bool CQtDialogs::Run(IWindow* pOwner, CDialogModel& dialog) {
         pDialog->Write(dialog);
         const CModelDialog::EOutcome outcome = pDialog->Wait();
         if (!pDialog || outcome == CModelDialog::Cancelled) break;
-        pDialog->Read(dialog);
+        bool bTaken = true;
+        for (const TMessage& msg : pDialog->TakeChanges())
+            bTaken = Guarded([&] { dialog.OnControlMessage(msg); }) && bTaken;
+        // A change that failed is put back, and the user sees it before the dialog closes.
+        if (!bTaken || !pDialog) continue;
         if (outcome == CModelDialog::Extra) {
             dialog.OnExtra();
-        } else if (dialog.OnOk(pOwner)) {
+        } else if (outcome == CModelDialog::Accepted && dialog.OnOk(pOwner)) {
             return true;
         }
     }

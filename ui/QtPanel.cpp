@@ -9,7 +9,9 @@
 #include "ui/QtMainWindow.h"
 #include "ui/QtText.h"
 
+#include <QAbstractButton>
 #include <QAbstractSpinBox>
+#include <QComboBox>
 #include <QGridLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -102,6 +104,10 @@ void CQtPanel::Fill(QWidget& content, const std::vector<TPanelControl>& vControl
         QWidget* pWidget = m_vControls.back()->GetWidget();
         pWidget->setObjectName(QString::number(control.nId));
         pWidget->setAccessibleName(ToQt(control.strLabel.empty() ? control.strText : control.strLabel));
+        // Only what edits text takes the keyboard from the picture by a click.
+        if (qobject_cast<QAbstractButton*>(pWidget) || qobject_cast<QComboBox*>(pWidget))
+            pWidget->setFocusPolicy(Qt::TabFocus);
+        if (auto* pLabel = qobject_cast<QLabel*>(pWidget)) pLabel->setWordWrap(true);
         if (!control.bSameLine || !pLine) {
             TLine line;
             if (!control.strLabel.empty()) {

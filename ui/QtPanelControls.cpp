@@ -7,7 +7,6 @@
 #include <QComboBox>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSignalBlocker>
@@ -50,6 +49,7 @@ QAbstractButton* MakeButton(const TPanelControl& control, QWidget* pParent) {
     if (control.kind == TPanelControl::EKind::Radio) return new QRadioButton(strText, pParent);
     if (control.kind == TPanelControl::EKind::Button) {
         auto* pButton = new QPushButton(strText, pParent);
+        pButton->setAutoDefault(false);
         pButton->setMinimumWidth(pButton->fontMetrics().horizontalAdvance(strText) + 16);
         return pButton;
     }
@@ -68,7 +68,6 @@ public:
     CLabelControl(const TPanelControl& control, QWidget* pParent)
         : m_pLabel(new QLabel(ToQt(control.strText), pParent)) {
         m_pLabel->setTextFormat(Qt::PlainText);
-        m_pLabel->setWordWrap(true);
     }
     QWidget* GetWidget() override { return m_pLabel; }
     void Write(const TPanelControl& control) override { m_pLabel->setText(ToQt(control.strText)); }
@@ -92,29 +91,6 @@ public:
 
 private:
     QComboBox* m_pCombo;
-};
-
-class CTextControl : public CQtPanelControl {
-public:
-    CTextControl(const TPanelControl& control, const TPanelEvents& events, QWidget* pParent)
-        : m_pEdit(new QLineEdit(pParent)) {
-        m_pEdit->setMaxLength(64);
-        QObject::connect(m_pEdit, &QLineEdit::editingFinished, m_pEdit,
-                         [this, nId = control.nId, fnChange = events.change] {
-                             if (m_pEdit->isModified()) fnChange(nId, 0, m_pEdit->text());
-                         });
-    }
-    QWidget* GetWidget() override { return m_pEdit; }
-    void Write(const TPanelControl& control) override {
-        // What is being typed is not taken away.
-        if (m_pEdit->hasFocus() && m_pEdit->isModified() && ToQt(control.strText) == m_strShown) return;
-        m_strShown = ToQt(control.strText);
-        m_pEdit->setText(m_strShown);
-    }
-
-private:
-    QLineEdit* m_pEdit;
-    QString m_strShown;
 };
 
 /// A slider and its number.
@@ -182,7 +158,6 @@ private:
 std::unique_ptr<CQtPanelControl> MakePanelControl(const TPanelControl& control, const TPanelEvents& events,
                                                   QWidget* pParent) {
     using EKind = TPanelControl::EKind;
-    std::unique_ptr<CQtPanelControl> pControl;
     switch (control.kind) {
     case EKind::Label:
         return std::make_unique<CLabelControl>(control, pParent);
@@ -191,16 +166,14 @@ std::unique_ptr<CQtPanelControl> MakePanelControl(const TPanelControl& control, 
     case EKind::View:
         return MakePanelView(control, events, pParent);
     case EKind::Text:
-        return std::make_unique<CTextControl>(control, events, pParent);
+    case EKind::Number:
+    case EKind::Report:
+        return MakePanelEdit(control, events, pParent);
     case EKind::Slider:
         return std::make_unique<CSliderControl>(control, events, pParent);
     case EKind::Combo:
-        pControl = std::make_unique<CComboControl>(control, events, pParent);
-        break;
+        return std::make_unique<CComboControl>(control, events, pParent);
     default:
-        pControl = std::make_unique<CButtonControl>(MakeButton(control, pParent), control, events);
-        break;
+        return std::make_unique<CButtonControl>(MakeButton(control, pParent), control, events);
     }
-    pControl->GetWidget()->setFocusPolicy(Qt::TabFocus);
-    return pControl;
 }

@@ -1,4 +1,4 @@
-// The controls of a panel as widgets.
+// The controls of panels and dialogs as widgets.
 #pragma once
 
 #include "core/Platform/Panel.h"
@@ -20,18 +20,22 @@ struct TPanelEvents {
     std::function<void()> done; ///< text was edited: the keyboard may go back to the picture
 };
 
-/// One control's widget, owned by its parent. Only what edits text takes the keyboard by a click.
+/// One control's widget, owned by its parent.
 class CQtPanelControl {
 public:
     virtual ~CQtPanelControl() = default;
     virtual QWidget* GetWidget() = 0;
     /// Shows the values; writes only what differs and tells nothing.
     virtual void Write(const TPanelControl& control) = 0;
+    /// Tells what was typed and not told yet.
+    virtual void Flush() {}
 };
 
 std::unique_ptr<CQtPanelControl> MakePanelControl(const TPanelControl& control, const TPanelEvents& events,
                                                   QWidget* pParent);
-/// The same for the kinds List and View.
+/// The same for the kinds Text, Number, Report, List and View.
+std::unique_ptr<CQtPanelControl> MakePanelEdit(const TPanelControl& control, const TPanelEvents& events,
+                                               QWidget* pParent);
 std::unique_ptr<CQtPanelControl> MakePanelList(const TPanelControl& control, const TPanelEvents& events,
                                                QWidget* pParent);
 std::unique_ptr<CQtPanelControl> MakePanelView(const TPanelControl& control, const TPanelEvents& events,

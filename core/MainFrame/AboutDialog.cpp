@@ -22,17 +22,16 @@ TDescription Describe(const TModuleInfo& info) {
 CAboutDialog::CAboutDialog(IModules& modules, IClipboard& clipboard) : m_clipboard(clipboard) {
     const TDescription program = Describe(modules.GetProgram());
     const TDescription tablet = Describe(modules.GetLibrary(L"wintab32"));
-    TDialogField version;
-    version.kind = TDialogField::EKind::Text;
-    version.strName = "version";
-    version.strText = L"Vellumcraft " VELLUM_VERSION;
-    TDialogField report;
-    report.kind = TDialogField::EKind::Report;
-    report.strName = "report";
-    report.strText = FormatText(L"exe file:\r\n Path: %1%\r\n Version: %2%\r\n"
-                                L"WinTab32:\r\n Path: %3%\r\n Version: %4%\r\n",
-                                {program.strPath, program.strVersion, tablet.strPath, tablet.strVersion});
-    m_vFields = {version, report};
+    const std::wstring strReport =
+        FormatText(L"exe file:\r\n Path: %1%\r\n Version: %2%\r\n"
+                   L"WinTab32:\r\n Path: %3%\r\n Version: %4%\r\n",
+                   {program.strPath, program.strVersion, tablet.strPath, tablet.strVersion});
+    m_vControls = {
+        {.kind = TPanelControl::EKind::Label,
+         .nId = 1,
+         .strText = L"Vellumcraft " VELLUM_VERSION,
+         .strName = "version"},
+        {.kind = TPanelControl::EKind::Report, .nId = 2, .strText = strReport, .strName = "report"}};
 }
 
-void CAboutDialog::OnExtra() { m_clipboard.SetText(m_vFields[1].strText); }
+void CAboutDialog::OnExtra() { m_clipboard.SetText(m_vControls[1].strText); }

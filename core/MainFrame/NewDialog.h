@@ -16,7 +16,7 @@ public:
     /// The accepted size in pixels.
     CSize GetSize() const { return m_size; }
     /// False for a grey canvas.
-    bool IsColor() const { return m_vFields[2].bChecked; }
+    bool IsColor() const { return m_vControls[2].nValue != 0; }
 
 private:
     IMessageBoxes& m_boxes;

@@ -69,54 +69,10 @@ void CPanel::Refresh() {
 
 bool CPanel::OnMessage(const TMessage& msg) {
     return Guarded([&] {
-        Dispatch(msg);
+        // What the panel would not take is put back.
+        if (OnControlMessage(msg)) Refresh();
         return false;
     });
-}
-
-void CPanel::Dispatch(const TMessage& msg) {
-    const int nId = static_cast<int>(msg.wParam);
-    const int nView = PackedView(msg.wParam);
-    const int nRow = static_cast<int>(msg.lParam);
-    switch (msg.id) {
-    case EMessage::PanelChange: {
-        TPanelControl& control = Find(nId);
-        control.nValue = nRow;
-        if (control.kind == TPanelControl::EKind::Text) control.strText = msg.strText;
-        OnControl(control);
-        // What the panel would not take is put back.
-        Refresh();
-        break;
-    }
-    case EMessage::PanelActivate:
-        OnActivateRow(nId, nRow);
-        break;
-    case EMessage::PanelRename:
-        OnRenameRow(nId, nRow, msg.strText);
-        Refresh();
-        break;
-    case EMessage::PanelMove:
-        OnMoveRow(nId, PackedX(msg.lParam), PackedY(msg.lParam));
-        Refresh();
-        break;
-    case EMessage::LButtonDown:
-    case EMessage::MouseMove:
-    case EMessage::LButtonUp:
-        OnPointer(nView, msg.id, {PackedX(msg.lParam), PackedY(msg.lParam)});
-        break;
-    case EMessage::KeyDown:
-        if (nView) OnKey(nView, static_cast<int>(msg.wParam & 0xFF));
-        break;
-    default:
-        break;
-    }
-}
-
-TPanelControl& CPanel::Find(int nId) {
-    const auto it = std::find_if(m_vControls.begin(), m_vControls.end(),
-                                 [&](const TPanelControl& control) { return control.nId == nId; });
-    SELF_CHECK(invalid_argument, it != m_vControls.end());
-    return *it;
 }
 
 void CPanel::EnableAll(bool bEnable) {

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-class CPanel : public IWindowClient, boost::noncopyable {
+class CPanel : public IWindowClient, public CControlModel, boost::noncopyable {
 public:
     /// `strName` is the panel's section below "Windows".
     explicit CPanel(std::wstring strName) : m_strName(std::move(strName)) {}
@@ -27,7 +27,6 @@ public:
     /// Keeps the settings and destroys the window.
     void Close();
     IPanelWindow* GetWindow() const { return m_pWindow; }
-    const std::vector<TPanelControl>& GetControls() const { return m_vControls; }
 
     virtual std::wstring GetTitle() const = 0;
     /// Rereads what the panel shows.
@@ -42,31 +41,17 @@ public:
 protected:
     /// Writes the controls' values.
     virtual void OnRefresh() = 0;
-    /// The user changed a control, whose value or text is the new one.
-    virtual void OnControl(TPanelControl& control) = 0;
-    virtual void OnActivateRow(int, int) {}
-    virtual void OnRenameRow(int, int, const std::wstring&) {}
-    virtual void OnMoveRow(int, int, int) {}
-    /// The left button or the pointer under it in a view; the client position in device pixels.
-    virtual void OnPointer(int, EMessage, CPoint) {}
-    /// A virtual key in a view that has the keyboard.
-    virtual void OnKey(int, int) {}
+    void OnControl(TPanelControl& control) override = 0;
     /// The panel reads its own settings.
     virtual void OnOpen() {}
     /// The panel writes those of its own settings that have changed since it read or wrote them.
     virtual void OnKeep() {}
 
-    /// The control of an id; a self-check fails when there is none.
-    TPanelControl& Find(int nId);
     void EnableAll(bool bEnable);
     /// Tells everyone that a tool's value has changed, and has its overlay drawn anew.
     static void NotifyTool();
 
-    std::vector<TPanelControl> m_vControls;
-
 private:
-    void Dispatch(const TMessage& msg);
-
     const std::wstring m_strName;
     IPanelWindow* m_pWindow = nullptr;
     TPanelPlace m_placeRead;

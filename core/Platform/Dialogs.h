@@ -2,11 +2,10 @@
 // All of them block until answered; one thread; none throws.
 #pragma once
 
-#include <cstdint>
+#include "core/Platform/Controls.h"
+
 #include <string>
 #include <vector>
-
-class IWindow;
 
 /// What a box offers and shows.
 enum class EBoxKind { Plain, Exclamation, Error, YesNoCancelWarning };
@@ -42,35 +41,23 @@ public:
     virtual std::wstring Ask(IWindow* pOwner, const TFileDialog& dialog) = 0;
 };
 
-/// One control of a dialog. The name is how session scripts answer it.
-struct TDialogField {
-    enum class EKind { Integer, Check, Text, Report };
-    EKind kind = EKind::Integer;
-    std::string strName;
-    std::wstring strLabel;
-    std::wstring strText; ///< what is shown; an Integer's may be anything the user typed
-    int nMin = 0;         ///< Integer: what the spin buttons stop at
-    int nMax = 0;
-    bool bChecked = false;
-};
-
-/// State and rules of one modal dialog; the window system only shows it.
-class CDialogModel {
+/// State and rules of one modal dialog; the window system only shows it. It hears of every change when it is
+/// made (OnControl), of edits when they lose the focus.
+class CDialogModel : public CControlModel {
 public:
-    virtual ~CDialogModel() = default;
     /// Class name, by which session scripts answer.
     virtual const char* GetName() const = 0;
     virtual std::wstring GetTitle() const = 0;
     /// Label of the extra button, empty for none; pressing it calls OnExtra.
     virtual std::wstring GetExtraButton() const { return {}; }
     virtual void OnExtra() {}
-    /// OK was pressed and the fields hold what the user left. False keeps the dialog open, after the model
+    /// OK was pressed and the controls hold what the user left. False keeps the dialog open, after the model
     /// has shown why and put back what it rejected.
     virtual bool OnOk(IWindow* pOwner) = 0;
     /// True when there is nothing to cancel (a report).
     virtual bool HasCancel() const { return true; }
 
-    std::vector<TDialogField> m_vFields;
+    using CControlModel::m_vControls;
 };
 
 class IDialogs {

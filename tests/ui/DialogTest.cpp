@@ -1,5 +1,6 @@
 #include "UiTest.h"
 
+#include "tests/support/LiveDialog.h"
 #include "ui/QtFileDialogs.h"
 
 namespace {
@@ -32,17 +33,19 @@ TStep Press(const wchar_t* pszText) {
 class CSizeModel : public CDialogModel {
 public:
     CSizeModel() {
-        m_vFields = {{TDialogField::EKind::Integer, "width", L"幅", L"800", 1, 12000, false},
-                     {TDialogField::EKind::Check, "grey", L"グレー", L"", 0, 0, false},
-                     {TDialogField::EKind::Report, "report", L"", L"前", 0, 0, false}};
+        using enum TPanelControl::EKind;
+        m_vControls = {
+            {.kind = Number, .nId = 1, .strLabel = L"幅", .strText = L"800", .nMin = 1, .nMax = 12000},
+            {.kind = Check, .nId = 2, .strText = L"グレー"},
+            {.kind = Report, .nId = 3, .strText = L"前"}};
     }
     const char* GetName() const override { return "CSizeModel"; }
     std::wstring GetTitle() const override { return L"新規作成"; }
     std::wstring GetExtraButton() const override { return L"コピー"; }
-    void OnExtra() override { m_vFields[2].strText = L"後"; }
+    void OnExtra() override { m_vControls[2].strText = L"後"; }
     bool OnOk(IWindow*) override {
-        m_vSeen.push_back(m_vFields[0].strText);
-        return std::exchange(m_vFields[0].strText, L"801") == L"640";
+        m_vSeen.push_back(m_vControls[0].strText);
+        return std::exchange(m_vControls[0].strText, L"801") == L"640";
     }
     std::vector<std::wstring> m_vSeen;
 };
@@ -89,8 +92,38 @@ TEST_F(CUiTest, TheModelJudgesWhatWasTyped) {
             Press(L"OK"), [](QWidget& dialog) { dialog.close(); }});
     EXPECT_TRUE(m_platform.GetPlatform().dialogs.Run(m_pMain, model));
     EXPECT_EQ(model.m_vSeen, (std::vector<std::wstring>{L"abc", L"640"}));
-    EXPECT_TRUE(model.m_vFields[1].bChecked);
+    EXPECT_TRUE(model.m_vControls[1].nValue);
     EXPECT_FALSE(m_platform.GetPlatform().dialogs.Run(m_pMain, model));
+}
+
+TEST_F(CUiTest, ADialogHearsOfEveryChangeAndShowsWhatFollows) {
+    CLiveDialog dialog;
+    const auto type = [](const char* pszText) -> TStep {
+        return [=](QWidget& window) {
+            auto* pEdit = window.findChild<QLineEdit*>("gamma");
+            pEdit->setFocus();
+            pEdit->selectAll();
+            QTest::keyClicks(pEdit, pszText);
+            QTest::keyClick(pEdit, Qt::Key_Tab);
+        };
+    };
+    Answer({[](QWidget& window) { QTest::keyClick(window.findChild<QComboBox*>(), Qt::Key_Down); },
+            [](QWidget& window) { QTest::keyClick(window.findChild<QSlider*>(), Qt::Key_Right); },
+            [](QWidget& window) {
+                const auto labels = window.findChildren<QLabel*>();
+                EXPECT_TRUE(std::ranges::any_of(labels, [](QLabel* p) { return p->text() == "41"; }));
+            },
+            type("2.2"), type("x"),
+            [](QWidget& window) {
+                EXPECT_EQ(window.findChild<QLineEdit*>("gamma")->text(), "2.2") << "the old value stays";
+                for (QWidget* pChild : window.findChildren<QWidget*>())
+                    if (pChild->height() == 30 && pChild->focusPolicy() == Qt::TabFocus)
+                        QTest::mousePress(pChild, Qt::LeftButton, {}, {5, 6});
+            },
+            Press(L"戻す"), Press(L"OK")});
+    EXPECT_TRUE(m_platform.GetPlatform().dialogs.Run(m_pMain, dialog));
+    EXPECT_EQ(dialog.m_strHeard, " 1=1 2=41 3=2.2 3=x 4down5,6 5=0 ok");
+    EXPECT_EQ(dialog.m_szView.cy, 30);
 }
 
 TEST(QtFileDialogs, NamesFollowTheType) {

@@ -204,19 +204,19 @@ TEST_F(MainFrame, DialogsJudgeAndReport) {
     m_outside.Run([&](const TPlatform& platform) {
         CNewDialog dialog(platform.boxes);
         const auto typed = [&](const wchar_t* pszWidth, const wchar_t* pszHeight) {
-            dialog.m_vFields[0].strText = pszWidth;
-            dialog.m_vFields[1].strText = pszHeight;
+            dialog.m_vControls[0].strText = pszWidth;
+            dialog.m_vControls[1].strText = pszHeight;
             return dialog.OnOk(nullptr);
         };
         EXPECT_TRUE(typed(L"1", L"12000"));
         EXPECT_EQ(dialog.GetSize(), (CSize{1, 12000}));
         EXPECT_FALSE(typed(L"12001", L"30"));
-        EXPECT_EQ(dialog.m_vFields[0].strText, L"800"); // put back
-        EXPECT_EQ(dialog.m_vFields[1].strText, L"30");  // was good
+        EXPECT_EQ(dialog.m_vControls[0].strText, L"800"); // put back
+        EXPECT_EQ(dialog.m_vControls[1].strText, L"30");  // was good
         EXPECT_FALSE(typed(L"30", L"3x"));
-        EXPECT_EQ(dialog.m_vFields[1].strText, L"600");
+        EXPECT_EQ(dialog.m_vControls[1].strText, L"600");
         CAboutDialog about(platform.modules, platform.clipboard);
-        EXPECT_EQ(about.m_vFields[1].strText,
+        EXPECT_EQ(about.m_vControls[1].strText,
                   L"exe file:\r\n Path: unknown module\r\n Version: not found\r\n"
                   L"WinTab32:\r\n Path: unknown module\r\n Version: not found\r\n");
     });

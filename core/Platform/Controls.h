@@ -1,0 +1,88 @@
+// The controls of panels and dialogs. What stands in one is data; the window only shows it and tells what the
+// user did with it.
+#pragma once
+
+#include "core/Base/Color.h"
+#include "core/Platform/Window.h"
+
+/// How a view is to be painted.
+struct TPanelPaint {
+    CSize sz; ///< the view's size in device pixels, positive
+    TColor clrBack = 0;
+    TColor clrText = 0;
+    bool bEnabled = true;
+    bool bFocus = false; ///< the view has the keyboard
+};
+
+/// A part of a panel or dialog that paints itself.
+class IPanelView {
+public:
+    virtual ~IPanelView() = default;
+    /// Paints all of the view. Never throws.
+    virtual void OnPaint(IPaintTarget& target, const TPanelPaint& paint) = 0;
+};
+
+/// One control of a panel or dialog.
+struct TPanelControl {
+    enum class EKind {
+        Label,
+        Check,
+        Radio,
+        Toggle, ///< a button that stays down; shows `strIcon` if there is one
+        Button,
+        Combo,
+        Slider, ///< with a number beside it
+        Text,   ///< an edit, read when it loses the focus
+        Number, ///< a Text with buttons that step by 1; any text may stand in it, its owner judges
+        Report, ///< lines of text that can be read and selected
+        List,
+        View,
+    };
+
+    EKind kind = EKind::Label;
+    int nId = 0;
+    std::wstring strLabel = {}; ///< in front of the control
+    std::wstring strText = {};  ///< of Label, Check, Radio, Toggle, Button, Text, Number, Report
+    std::wstring strUnit = {};  ///< behind a Slider's number
+    std::string strIcon = {};   ///< resource of a Toggle's icon
+    std::vector<std::wstring> vRows = {};
+    std::vector<int> vStops = {}; ///< a Slider's positions, rising; empty for every number in the range
+    int nMin = 0;                 ///< of a Slider; of a Number where its buttons stop
+    int nMax = 0;
+    int nValue = 0; ///< 1 for checked; a Slider's number; the selected row of Combo and List, -1 for none
+    bool bEnabled = true;
+    bool bVisible = true;
+    bool bSameLine = false; ///< stands behind the control before it
+    bool bGrid = false;     ///< a List runs from left to right in lines
+    bool bEditable = false; ///< a List's rows can be renamed and dragged to other places
+    CSize szView = {};      ///< wanted size of View and List in pixels of 96 to the inch
+    IPanelView* pView = nullptr;
+    std::string strName = {}; ///< of a dialog's control: how session scripts answer it
+};
+
+/// A panel's or dialog's controls, and the rules behind them.
+class CControlModel {
+public:
+    virtual ~CControlModel() = default;
+    /// Takes a Panel message, or a view's of pointer and keys: keeps the control's new value and calls the
+    /// handler. True when controls may have other values now than the window shows. What a handler raises
+    /// passes on, and the control has its former value.
+    virtual bool OnControlMessage(const TMessage& msg);
+    const std::vector<TPanelControl>& GetControls() const { return m_vControls; }
+
+protected:
+    /// The user changed a control, whose value or text is the new one.
+    virtual void OnControl(TPanelControl&) {}
+    virtual void OnActivateRow(int, int) {}
+    virtual void OnRenameRow(int, int, const std::wstring&) {}
+    virtual void OnMoveRow(int, int, int) {}
+    /// The left button or the pointer under it in a view; the client position in device pixels.
+    virtual void OnPointer(int, EMessage, CPoint) {}
+    /// A virtual key in a view that has the keyboard.
+    virtual void OnKey(int, int) {}
+
+    /// The control of an id; a self-check fails when there is none.
+    TPanelControl& Find(int nId);
+
+    std::vector<TPanelControl> m_vControls;
+};

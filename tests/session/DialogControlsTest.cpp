@@ -1,0 +1,68 @@
+// A dialog's controls and views in scripts and records: as those of panels.
+#include "tests/session/ScriptedSession.h"
+#include "tests/support/LiveDialog.h"
+
+#include "core/AppModule/AppModule.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+class DialogControls : public testing::Test, protected CScriptedSession {
+protected:
+    // Opens the dialog as a command's line would, with these replies behind it.
+    std::string Run(const std::string& strReplies) {
+        TScript script = ParseScript(strReplies, "s");
+        const auto open = [this](CPlayer&) {
+            m_bOk = g_AppModule.GetPlatform().dialogs.Run(nullptr, m_dialog);
+        };
+        script.vSteps.insert(script.vSteps.begin(), {0, open});
+        CSessionPlatform session(m_parts, script);
+        m_strRecord.clear();
+        CRecorder recorder(session.GetPlatform(), [&](std::string_view strLine) {
+            if (strLine.starts_with("{\"reply\"")) m_strRecord += strLine;
+            return true;
+        });
+        PlayOn(recorder.GetPlatform(), false);
+        return session.GetFailure();
+    }
+
+    CLiveDialog m_dialog;
+    bool m_bOk = false;
+};
+
+TEST_F(DialogControls, AScriptActsOnThemAndARecordSaysTheSame) {
+    const std::string strReplies = R"({"reply":{"control":2,"dialog":"CLiveDialog","value":41}}
+{"reply":{"control":3,"dialog":"CLiveDialog","text":"2.2","value":0}}
+{"reply":{"dialog":"CLiveDialog","height":20,"message":"ldown","view":4,"width":50,"x":5,"y":6}}
+)";
+    EXPECT_EQ(Run(strReplies + R"({"reply":{"dialog":"CLiveDialog","channel":1}})"), "");
+    EXPECT_TRUE(m_bOk);
+    EXPECT_EQ(m_dialog.m_strHeard, " 2=41 3=2.2 4down5,6 1=1 ok");
+    EXPECT_EQ(m_dialog.m_szView, (CSize{50, 20})) << "painted in that size first";
+    EXPECT_EQ(m_dialog.m_vControls[5].strText, L"41");
+    EXPECT_EQ(m_strRecord, strReplies + R"({"reply":{"control":1,"dialog":"CLiveDialog","value":1}}
+{"reply":{"dialog":"CLiveDialog"}}
+)");
+    const std::string strHeard = std::exchange(m_dialog.m_strHeard, {});
+    EXPECT_EQ(Run(std::string(m_strRecord)), "");
+    EXPECT_EQ(m_dialog.m_strHeard, strHeard);
+}
+
+TEST_F(DialogControls, WhatADialogDoesNotHaveIsAFailure) {
+    EXPECT_EQ(Run(R"({"reply":{"dialog":"CLiveDialog","control":7,"value":1}})"),
+              "s:1: CLiveDialog is open, but line 1 is for control 7 of CLiveDialog");
+    EXPECT_EQ(Run(R"({"reply":{"dialog":"CLiveDialog","low":true}})"),
+              "s:1: CLiveDialog has no such field as \"low\" in the answer of line 1");
+    EXPECT_EQ(Run(R"({"reply":{"dialog":"CLiveDialog","control":2,"value":9}})"),
+              "s:1: CLiveDialog stays open behind line 1, but no answer was queued");
+    EXPECT_FALSE(m_bOk);
+    EXPECT_EQ(Run(R"({"reply":{"dialog":"CLiveDialog","gamma":"x"}}
+{"expect":{"box":"エラー"}})")
+                  .find("s:2: "),
+              0u)
+        << "the failed field keeps the dialog open";
+    EXPECT_FALSE(m_bOk);
+}
+
+} // namespace
