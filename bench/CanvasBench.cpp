@@ -2,6 +2,8 @@
 #include "core/CanvasBuffer/CanvasBuffer.h"
 #include "core/CanvasFrame/CanvasScreen.h"
 #include "core/LayerBuffer/RasterLayerBuffer.h"
+#include "core/LayerBuffer/VectorLayerBuffer.h"
+#include "core/PathObject/PathObjects.h"
 #include "core/RasterBuffer/ColorRasterBuffer.h"
 #include "core/RasterKernel/Kernels.h"
 
@@ -13,6 +15,7 @@
 namespace {
 
 constexpr CSize CANVAS{4000, 3000};
+constexpr CSize LARGEST{12000, 12000};
 constexpr CSize SCREEN_4K{3840, 2160};
 
 // Smooth opaque and soft pixels, as a painted picture has them.
@@ -51,9 +54,9 @@ size_t CountTiles(CCanvasBuffer& canvas) {
     return nTiles;
 }
 
-CCanvasView MakeView() {
+CCanvasView MakeView(CSize szCanvas = CANVAS) {
     CCanvasView view;
-    view.SetCanvasSize(CANVAS);
+    view.SetCanvasSize(szCanvas);
     view.Apply({}, SCREEN_4K);
     view.Center();
     return view;
@@ -83,7 +86,7 @@ void FlattenOneBlock(benchmark::State& state) {
     const auto spCanvas = MakeCanvas(20);
     spCanvas->Flatten();
     for (auto _ : state) {
-        FirstRaster(*spCanvas).DirtyAt({960, 960}) = 1;
+        FirstRaster(*spCanvas).MarkDirty({960, 960, 961, 961});
         benchmark::DoNotOptimize(spCanvas->Flatten());
     }
 }
@@ -116,6 +119,127 @@ void Pan(benchmark::State& state) {
         nStep = nStep ? 0 : 96;
         view.ScrollTo(ptHome + CPoint{nStep, nStep});
         screen.Refresh(*spCanvas, view);
+    }
+}
+
+// A pen's event that changes no pixel of the largest canvas.
+void UnchangedEvent(benchmark::State& state) {
+    std::mt19937 random(1);
+    const auto spCanvas = CreateCanvas(LARGEST);
+    for (int n = 0; n < state.range(0); ++n) {
+        const auto spLayer = CreateRasterLayer(spCanvas);
+        Paint(*spLayer->GetRaster(), {n * 96, 960}, random);
+        spCanvas->GetRoot().AddLayer(spLayer, -1, false);
+    }
+    const CCanvasView view = MakeView(LARGEST);
+    CCanvasScreen screen;
+    screen.Refresh(*spCanvas, view);
+    for (auto _ : state) {
+        spCanvas->Update();
+        benchmark::DoNotOptimize(screen.Refresh(*spCanvas, view));
+    }
+}
+
+// 20 full layers, and above them one with one tile.
+class CLayerStep {
+public:
+    CLayerStep() {
+        std::mt19937 random(2);
+        Paint(*spLayer->GetRaster(), {960, 960}, random);
+        spCanvas->GetRoot().AddLayer(spLayer, -1, false);
+        screen.Refresh(*spCanvas, view);
+    }
+    boost::shared_ptr<CCanvasBuffer> spCanvas = MakeCanvas(20, true);
+    boost::shared_ptr<CRasterLayerBuffer> spLayer = CreateRasterLayer(spCanvas);
+    CCanvasView view = MakeView();
+    CCanvasScreen screen;
+};
+
+void OpacityStep(benchmark::State& state) {
+    CLayerStep step;
+    for (auto _ : state) {
+        step.spLayer->SetOpacity(static_cast<uint8_t>(step.spLayer->GetOpacity() ^ 1));
+        step.screen.Refresh(*step.spCanvas, step.view);
+    }
+}
+
+void ShowAndHide(benchmark::State& state) {
+    CLayerStep step;
+    for (auto _ : state) {
+        step.spLayer->SetVisible(!step.spLayer->IsVisible());
+        step.screen.Refresh(*step.spCanvas, step.view);
+    }
+}
+
+void AddEmptyLayer(benchmark::State& state) {
+    CLayerStep step;
+    for (auto _ : state) {
+        const auto spLayer = CreateRasterLayer(step.spCanvas);
+        step.spCanvas->GetRoot().AddLayer(spLayer, -1, false);
+        step.screen.Refresh(*step.spCanvas, step.view);
+        state.PauseTiming();
+        step.spCanvas->GetRoot().RemoveLayer(spLayer, false);
+        step.screen.Refresh(*step.spCanvas, step.view);
+        state.ResumeTiming();
+    }
+}
+
+// A layer under layers that are clipped to it, each to the one below it, all full.
+void NestedClips(benchmark::State& state) {
+    const auto spCanvas = MakeCanvas(1, true);
+    TLayerPtr spParent = spCanvas->GetRoot().GetChildren().front();
+    std::vector<TLayerPtr> vLayers{spParent};
+    std::mt19937 random(3);
+    for (int n = 0; n < state.range(0); ++n) {
+        const auto spLayer = CreateRasterLayer(spCanvas);
+        CRasterBuffer& raster = *spLayer->GetRaster();
+        raster.ForEachBlock([&](CPoint pt) { Paint(raster, pt, random); });
+        spParent->AddLayer(spLayer, -1, false);
+        vLayers.push_back(spParent = spLayer);
+    }
+    spCanvas->ComposeAll();
+    for (auto _ : state) {
+        state.PauseTiming();
+        for (const TLayerPtr& spLayer : vLayers) spLayer->MarkAllDirty();
+        state.ResumeTiming();
+        spCanvas->ComposeAll();
+    }
+}
+
+// A path of a hidden vector layer that reaches over the whole canvas is changed.
+void HiddenPath(benchmark::State& state) {
+    const auto spCanvas = MakeCanvas(1);
+    const auto spLayer = CreateVectorLayer(spCanvas);
+    spLayer->SetVisible(false);
+    spCanvas->GetRoot().AddLayer(spLayer, -1, false);
+    const auto spPath = boost::make_shared<CClosedPathObject>();
+    for (const CPoint pt : {CPoint{10, 10}, {3900, 10}, {3900, 2900}, {10, 2900}})
+        spPath->AppendControlPoint({pt.x * 8, pt.y * 8});
+    spLayer->InsertPath(spPath);
+    const CCanvasView view = MakeView();
+    CCanvasScreen screen;
+    screen.Refresh(*spCanvas, view);
+    for (auto _ : state) {
+        spLayer->InvalidatePath(spPath->RectIncludingPath());
+        screen.Refresh(*spCanvas, view);
+    }
+}
+
+// One tile of a stroke at twice the resolution onto pixels: the filter and the blending.
+void DoublePlane(benchmark::State& state) {
+    CDoubleAlphaBuffer plane;
+    plane.Create({288, 288}, DEFAULT_BLOCKSIZE);
+    std::mt19937 random(4);
+    plane.ForEachBlock([&](CPoint pt) {
+        const auto spTile = plane.GetBlock(pt, true);
+        for (size_t i = 0; i < spTile->GetPlaneBytes(); ++i)
+            spTile->GetPixelPtr({0, 0})[i] = static_cast<uint8_t>(random());
+    });
+    CColorRasterBlockBuffer dest;
+    dest.Create(DEFAULT_BLOCKSIZE, {96, 96});
+    for (auto _ : state) {
+        plane.BlendBlockInto(dest, nullptr);
+        benchmark::ClobberMemory();
     }
 }
 
@@ -168,4 +292,11 @@ BENCHMARK(FlattenOneBlock)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(Repaint, composed, false)->Arg(3)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(Repaint, stale, true)->Arg(1)->Arg(3)->Arg(9)->Unit(benchmark::kMillisecond);
 BENCHMARK(Pan)->Unit(benchmark::kMillisecond);
+BENCHMARK(UnchangedEvent)->Arg(1)->Arg(100)->Unit(benchmark::kMillisecond);
+BENCHMARK(OpacityStep)->Unit(benchmark::kMillisecond);
+BENCHMARK(ShowAndHide)->Unit(benchmark::kMillisecond);
+BENCHMARK(AddEmptyLayer)->Unit(benchmark::kMillisecond);
+BENCHMARK(NestedClips)->Arg(3)->Unit(benchmark::kMillisecond);
+BENCHMARK(HiddenPath)->Unit(benchmark::kMillisecond);
+BENCHMARK(DoublePlane)->Unit(benchmark::kMicrosecond);
 BENCHMARK_MAIN();
