@@ -1,21 +1,13 @@
 #include "core/RasterBuffer/AlphaBuffer.h"
+#include "core/RasterKernel/HalveKernel.h"
 
 #include <array>
+#include <vector>
 
 namespace {
 
 CSize Doubled(CSize sz) { return {sz.cx * 2, sz.cy * 2}; }
 CSize Halved(CSize sz) { return {sz.cx / 2, sz.cy / 2}; }
-
-// The weighted sum of three values of a row, 0 where the row is absent or `u` beyond its end.
-struct TRow {
-    const uint16_t* p = nullptr;     ///< the row in the tile under the target
-    const uint16_t* pNext = nullptr; ///< the row's first value in the tile to the right
-    int32_t nLength = 0;
-
-    uint32_t At(int32_t u) const { return u < nLength ? (p ? p[u] : 0u) : (pNext ? *pNext : 0u); }
-    uint32_t Sum(int32_t u) const { return At(u) + 2 * At(u + 1) + At(u + 2); }
-};
 
 } // namespace
 
@@ -35,6 +27,7 @@ boost::shared_ptr<CRasterBuffer> CDoubleAlphaBuffer::CreateLike() const {
 
 void CDoubleAlphaBuffer::BlendBlockInto(CRasterBlockBuffer& dest, const CRasterBlockBuffer* pMask) const {
     const CSize szBlock = GetBlockSize();
+    SELF_CHECK(invalid_argument, dest.GetSize() == Halved(szBlock));
     const CPoint ptFirst{dest.GetPosition().x * 2, dest.GetPosition().y * 2};
     // The tile under the target, its neighbours to the right, below, and both.
     std::array<const uint16_t*, 4> apTiles{};
@@ -45,21 +38,23 @@ void CDoubleAlphaBuffer::BlendBlockInto(CRasterBlockBuffer& dest, const CRasterB
         bAny = bAny || apTiles[n];
     }
     if (!bAny) return;
-    const auto row = [&](int32_t v) {
-        const size_t nFirst = v < szBlock.cy ? 0 : 2;
-        const ptrdiff_t nOffset = static_cast<ptrdiff_t>(v % szBlock.cy) * szBlock.cx;
-        const auto at = [&](const uint16_t* p) { return p ? p + nOffset : nullptr; };
-        return TRow{at(apTiles[nFirst]), at(apTiles[nFirst + 1]), szBlock.cx};
+    // Coverage of 16 bits does nothing to a mask.
+    if (dynamic_cast<const CAlphaBlock8*>(&dest)) return;
+    const std::vector<uint16_t> vNothing(static_cast<size_t>(szBlock.cx));
+    const auto row = [&](size_t nTile, int32_t v) {
+        const uint16_t* p = apTiles[nTile + (v < szBlock.cy ? 0 : 2)];
+        return p ? p + static_cast<ptrdiff_t>(v % szBlock.cy) * szBlock.cx : vNothing.data();
     };
-    CAlphaBlock16 reduced;
+    CAlphaBlock8 reduced;
     reduced.Create(dest.GetSize(), dest.GetPosition());
-    uint16_t* pOut = reduced.GetAlpha();
+    const auto nCount = static_cast<size_t>(dest.GetSize().cx);
     for (int32_t j = 0; j < dest.GetSize().cy; ++j) {
-        const TRow row0 = row(2 * j);
-        const TRow row1 = row(2 * j + 1);
-        const TRow row2 = row(2 * j + 2);
-        for (int32_t i = 0; i < dest.GetSize().cx; ++i)
-            *pOut++ = static_cast<uint16_t>((row0.Sum(2 * i) + 2 * row1.Sum(2 * i) + row2.Sum(2 * i)) >> 4);
+        THalveRows rows{};
+        for (int32_t n = 0; n < 3; ++n) {
+            rows.apRows[n] = row(0, 2 * j + n);
+            rows.auNext[n] = *row(1, 2 * j + n);
+        }
+        HalveKernels().pHalve(reduced.GetAlpha() + static_cast<size_t>(j) * nCount, rows, nCount);
     }
     reduced.BlendCoverage(dest, *this, pMask);
 }

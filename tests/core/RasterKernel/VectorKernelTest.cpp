@@ -1,5 +1,6 @@
 // The vector forms against the definitions, on every instruction set that this machine has: exhaustive where
 // two bytes decide, seeded random where more do, at lengths that leave every remainder.
+#include "core/RasterKernel/HalveKernel.h"
 #include "core/RasterKernel/Kernels.h"
 #include "tests/support/TargetTest.h"
 
@@ -117,6 +118,26 @@ TEST_P(VectorKernels_, EveryLengthAndNothingBeyond) {
     for (size_t n = 0; n <= 130; ++n) {
         CompareAll(planes, n, 200, n % 2);
         if (HasFatalFailure()) return;
+    }
+}
+
+TEST_P(VectorKernels_, HalvingReadsOneValueBeyondTheRow) {
+    std::mt19937 random(6);
+    std::vector<uint16_t> av[3];
+    for (auto& v : av)
+        for (int i = 0; i < 600; ++i)
+            v.push_back(static_cast<uint16_t>(random() % 3 ? random() : random() % 2 * 0xFFFF));
+    for (size_t n = 0; n < 300; ++n) {
+        const THalveRows rows{{av[0].data(), av[1].data(), av[2].data()},
+                              {static_cast<uint16_t>(random()), 0xFFFF, static_cast<uint16_t>(random())}};
+        std::vector<uint8_t> vPlain(301, 77), vVector = vPlain;
+        PlainHalveKernels().pHalve(vPlain.data(), rows, n);
+        VectorHalveKernels().pHalve(vVector.data(), rows, n);
+        ASSERT_EQ(vVector, vPlain) << n;
+        if (n == 0) continue;
+        const size_t i = 2 * n - 2;
+        const auto sum = [&](int k) { return av[k][i] + 2u * av[k][i + 1] + rows.auNext[k]; };
+        ASSERT_EQ(vPlain[n - 1], ((sum(0) + 2 * sum(1) + sum(2)) / 16) >> 8) << n;
     }
 }
 
