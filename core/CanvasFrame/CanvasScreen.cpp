@@ -38,16 +38,17 @@ void CCanvasScreen::NoteChanges(const CCanvasBuffer& canvas) {
         m_spDirty->Fill(true);
         m_pBuffer.reset();
     } else {
+        if (m_counters->GetChanges() == counters.GetChanges()) return;
         for (int32_t y = 0; y < szBlocks.cy; ++y)
             for (int32_t x = 0; x < szBlocks.cx; ++x)
-                if (m_counters->At(x, y) != counters.At(x, y)) m_spDirty->At(x, y) = 1;
+                if (m_counters->At(x, y) != counters.At(x, y)) m_spDirty->Set(x, y);
     }
     m_counters = counters;
     m_szCanvas = canvas.GetSize();
 }
 
 void CCanvasScreen::MarkDirty(const CScreenMap& map, const CRect& rcTarget) {
-    ForEachBlockUnder(map.ToCanvas(rcTarget), [&](int32_t x, int32_t y) { m_spDirty->At(x, y) = 1; });
+    ForEachBlockUnder(map.ToCanvas(rcTarget), [&](int32_t x, int32_t y) { m_spDirty->Set(x, y); });
 }
 
 void CCanvasScreen::Scroll(const CScreenMap& map, CPoint ptOrigin) {
@@ -67,6 +68,8 @@ std::vector<CRect> CCanvasScreen::Refresh(CCanvasBuffer& canvas, const CCanvasVi
     }
     canvas.FlushCanvasUpdates();
     NoteChanges(canvas);
+    const bool bNew = !m_pBuffer || !(m_pBuffer->GetSize() == szClient);
+    if (!bNew && m_ptOrigin == view.GetOrigin() && !m_spDirty->HasNew()) return {};
     const CScreenMap map(canvas.GetSize(), view.GetOrigin(), view.GetState(), szClient);
     std::vector<CRect> vChanged;
     const auto changed = [&](const CRect& rc) {
@@ -78,7 +81,7 @@ std::vector<CRect> CCanvasScreen::Refresh(CCanvasBuffer& canvas, const CCanvasVi
             vChanged.push_back(rc);
     };
     bool bAll = false;
-    if (!m_pBuffer || !(m_pBuffer->GetSize() == szClient)) {
+    if (bNew) {
         m_pBuffer = std::make_unique<CGDIBuffer>(szClient);
         m_spDirty->Fill(true);
         m_ptOrigin = view.GetOrigin();
@@ -93,9 +96,10 @@ std::vector<CRect> CCanvasScreen::Refresh(CCanvasBuffer& canvas, const CCanvasVi
         const CPoint pt = canvas.GetComposite().BlockCorner(x, y);
         ComposeBlock(canvas, pt.x, pt.y);
         canvas.GetComposite().DrawBlockToScreen(*m_pBuffer, map, pt);
-        m_spDirty->At(x, y) = 0;
+        m_spDirty->Clear(x, y);
         changed(map.ToTarget(CRect(pt, DEFAULT_BLOCKSIZE)));
     });
+    m_spDirty->ForgetNew(); // what is out of sight is flagged until it is scrolled into it
     if (bAll) return {CRect({0, 0}, szClient)};
     return vChanged;
 }

@@ -133,15 +133,14 @@ template <class Paint>
 void CLayerBuffer::PaintChildren(CRasterBlockBuffer& dest, Paint paint) const {
     if (m_lstChildren.empty()) return;
     // A clipped child adds colour but no coverage: the layer's own alpha is put back afterwards.
-    const auto spOwn = IsClipping() ? dest.Clone() : boost::shared_ptr<CRasterBlockBuffer>();
+    const std::vector<uint8_t> vAlpha = IsClipping() ? dest.CopyAlpha() : std::vector<uint8_t>();
     for (const TLayerPtr& spChild : m_lstChildren) paint(*spChild);
-    if (spOwn) dest.RestoreAlpha(*spOwn);
+    if (IsClipping()) dest.RestoreAlpha(vAlpha);
 }
 
 void CLayerBuffer::UpdateBlock(CPoint pt) {
-    uint8_t& uDirty = m_pDrawBuffer->DirtyAt(pt);
-    if (!uDirty) return;
-    bool bPaints = PrepareOwn(pt);
+    if (!m_pDrawBuffer->DirtyAt(pt)) return;
+    bool bPaints = PaintsOwn() && PrepareOwn(pt);
     for (const TLayerPtr& spChild : m_lstChildren) {
         spChild->RefreshBlock(pt);
         bPaints = bPaints || (!IsClipping() && spChild->ShowsAt(pt));
@@ -155,8 +154,8 @@ void CLayerBuffer::UpdateBlock(CPoint pt) {
         RenderOwn(*spTile);
         PaintChildren(*spTile, [&](CLayerBuffer& child) { child.DrawBlock(*spTile); });
     }
-    m_pThumbnail->DirtyAt({pt.x / m_nThumbScale, pt.y / m_nThumbScale}) = 1;
-    uDirty = 0;
+    m_pThumbnail->SetDirty({pt.x / m_nThumbScale, pt.y / m_nThumbScale});
+    m_pDrawBuffer->ClearDirty(pt);
 }
 
 const boost::shared_ptr<CRasterBuffer>& CLayerBuffer::GetThumbnail() {
@@ -168,7 +167,7 @@ const boost::shared_ptr<CRasterBuffer>& CLayerBuffer::GetThumbnail() {
         m_pThumbnail->SetBlock(
             pt, spTile ? spTile->CreateReduced(m_pThumbnail->GetBlockSize(), m_nThumbScale, szInside)
                        : boost::shared_ptr<CRasterBlockBuffer>());
-        m_pThumbnail->DirtyAt(pt) = 0;
+        m_pThumbnail->ClearDirty(pt);
     });
     return m_pThumbnail;
 }
@@ -205,10 +204,11 @@ void CLayerBuffer::UpdateFlags() {
     CBoolMatrix& dirty = m_pDrawBuffer->GetDirty();
     for (const TLayerPtr& spChild : m_lstChildren) {
         spChild->UpdateFlags();
-        if (spChild->PassesFlags() || spChild->m_bJustHidden) dirty.Or(spChild->m_pDrawBuffer->GetDirty());
+        if (spChild->PassesFlags() || spChild->m_bJustHidden)
+            spChild->m_pDrawBuffer->GetDirty().PassTo(dirty);
         spChild->m_bJustHidden = false;
     }
-    if (const auto spChanges = GetChangeMatrix()) dirty.Or(*spChanges);
+    GetChangeMatrix(dirty);
 }
 
 bool CLayerBuffer::UpdateStrokes(uint64_t uNumber) {
@@ -236,7 +236,8 @@ void CLayerBuffer::SetVisible(bool bVisible, bool bModifies) {
     if (bModifies && bVisible != m_bVisible) GetCanvas()->GetHistory().SetModified(true);
     m_bVisible = bVisible;
     m_bJustHidden = !bVisible;
-    MarkAllDirty();
+    MarkPicture();
+    m_pDrawBuffer->GetDirty().RenewAll(); // what a hidden layer kept to itself
 }
 
 void CLayerBuffer::setName(const std::wstring& strName, bool bHistory) {
@@ -261,7 +262,7 @@ void CLayerBuffer::SetOpacity(uint8_t uOpacity, bool bHistory) {
         }
     }
     m_pDrawBuffer->SetOpacity(uOpacity);
-    MarkAllDirty();
+    if (IsClipping()) MarkPicture(); // a set's opacity is never drawn
 }
 
 CSerializer CLayerBuffer::SerializeBase() const {
@@ -296,7 +297,7 @@ void CLayerBuffer::DeserializeBase(CDeserializer& reader) {
         CDeserializer chunk;
         reader.ReadChunk(chunk);
         // A few dozen bytes make a layer, so what layers take by themselves is limited.
-        chunk.Claim(EmptyLayerBytes(m_pDrawBuffer->GetDirty().m_nCount));
+        chunk.Claim(EmptyLayerBytes(m_pDrawBuffer->GetDirty().GetCount()));
         const TLayerPtr spChild = CreateLayerByTag(chunk.GetTag());
         spChild->Deserialize(chunk, GetCanvas());
         m_lstChildren.push_back(spChild);

@@ -57,8 +57,13 @@ public:
     virtual boost::shared_ptr<CRasterBlockBuffer> GetOwnTile(CPoint) const { return {}; }
     /// RenderOwn for those who take a layer's content also while it is hidden.
     virtual void RenderContent(CRasterBlockBuffer& dest) const { RenderOwn(dest); }
-    /// The layer's extra dirty flags, null when it has none.
-    virtual boost::shared_ptr<CBoolMatrix> GetChangeMatrix() const { return {}; }
+    /// True when RenderOwn may paint something at the block of `pt`, prepared or not.
+    virtual bool MayPaintAt(CPoint) const { return false; }
+    /// Passes the flags of the layer's own content on into a matrix of the block grid.
+    virtual void GetChangeMatrix(CBoolMatrix&) {}
+    /// Adds the flags of the blocks in which the picture shows something, or did when it was last composed,
+    /// to a matrix of the block grid. Stale blocks need not be among them: they are flagged already.
+    virtual void AddPictureTo(CBoolMatrix& matrix) const { m_pDrawBuffer->AddTilesTo(matrix); }
     virtual CSerializer Serialize() const = 0;
     /// A copy of the layer and of all below it for a canvas of this size, in no tree yet. Tiles are shared,
     /// so that it costs next to nothing until something is drawn. Strokes in progress are not copied.
@@ -105,7 +110,8 @@ public:
     virtual void RefreshBlock(CPoint pt) { UpdateBlock(pt); }
     /// True when DrawBlock would paint something at the block of `pt`, which is up to date.
     virtual bool ShowsAt(CPoint pt) const { return m_bVisible && m_pDrawBuffer->GetBlock(pt, false); }
-    /// ORs the flags of all layers below into this layer's own, children first.
+    /// Passes the flags of all layers below on into this layer's own, children first: those that were set
+    /// since the last time.
     void UpdateFlags();
     /// New draw buffers and thumbnails, and pixels converted, in the kinds that the canvas now has; opacities
     /// stay. Children too.
@@ -125,6 +131,8 @@ public:
     virtual boost::shared_ptr<CRasterBlockBuffer> CreateFlatBlock() { return {}; }
     /// Flags every block of this layer's picture as stale.
     void MarkAllDirty() { m_pDrawBuffer->GetDirty().Fill(true); }
+    /// Flags the blocks of this layer's picture in which it has or had something.
+    void MarkPicture() { AddPictureTo(m_pDrawBuffer->GetDirty()); }
 
     /// Inserts a layer among the children, at the end for -1; an undoable action unless `bHistory` is false.
     /// An index outside the list is a defect. Raises refused_error, as MoveLayer does, when layers would lie
@@ -184,6 +192,8 @@ protected:
     virtual bool IsPictureCached(bool bColor) const { return GetCanvas()->IsColor() == bColor; }
     /// False while nothing of this layer can show, so that its flags stay with it.
     virtual bool PassesFlags() const { return true; }
+    /// False while the layer's own content does not show, so that it is not prepared for the view.
+    virtual bool PaintsOwn() const { return true; }
 
     /// An empty layer of this kind.
     virtual boost::shared_ptr<CLayerBuffer> CreateLike(const TCanvasPtr& spCanvas) const = 0;
@@ -197,9 +207,11 @@ protected:
 
     boost::shared_ptr<CRasterBuffer> m_pDrawBuffer;
     boost::shared_ptr<CRasterBuffer> m_pThumbnail; ///< a flagged block is still to be reduced
-    // One layer comes into the list or leaves it; neither throws.
+    // One layer comes into the list or leaves it. None of these throws.
     void Attach(TLayerList& lstLayer, int idxLayer);
     TLayerList Detach(int idxLayer);
+    void FlagComing(CLayerBuffer& child);
+    void DropNeedlessFlags();
 
     TLayerList m_lstChildren;
     boost::weak_ptr<CLayerBuffer> m_wpActive;

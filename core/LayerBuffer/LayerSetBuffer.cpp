@@ -7,7 +7,7 @@
 void CLayerSetBuffer::DrawBlock(CRasterBlockBuffer& dest) {
     if (!m_bVisible) return;
     for (const TLayerPtr& spChild : m_lstChildren) spChild->DrawBlock(dest);
-    m_pDrawBuffer->DirtyAt(dest.GetPosition()) = 0;
+    m_pDrawBuffer->ClearDirty(dest.GetPosition());
 }
 
 void CLayerSetBuffer::PaintOnto(CRasterBlockBuffer& dest) {
@@ -18,12 +18,16 @@ void CLayerSetBuffer::PaintOnto(CRasterBlockBuffer& dest) {
 void CLayerSetBuffer::RefreshBlock(CPoint pt) {
     if (!m_bVisible) return;
     for (const TLayerPtr& spChild : m_lstChildren) spChild->RefreshBlock(pt);
-    m_pDrawBuffer->DirtyAt(pt) = 0;
+    m_pDrawBuffer->ClearDirty(pt);
 }
 
 bool CLayerSetBuffer::ShowsAt(CPoint pt) const {
     return m_bVisible && std::any_of(m_lstChildren.begin(), m_lstChildren.end(),
                                      [&](const TLayerPtr& spChild) { return spChild->ShowsAt(pt); });
+}
+
+void CLayerSetBuffer::AddPictureTo(CBoolMatrix& matrix) const {
+    for (const TLayerPtr& spChild : m_lstChildren) spChild->AddPictureTo(matrix);
 }
 
 CSerializer CLayerSetBuffer::Serialize() const {

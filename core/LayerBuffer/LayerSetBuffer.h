@@ -12,6 +12,7 @@ public:
     void PaintOnto(CRasterBlockBuffer& dest) override;
     void RefreshBlock(CPoint pt) override;
     bool ShowsAt(CPoint pt) const override;
+    void AddPictureTo(CBoolMatrix& matrix) const override;
     CSerializer Serialize() const override;
     bool canBeMergedWith(const CLayerBuffer&) const override { return false; }
 

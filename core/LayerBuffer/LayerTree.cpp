@@ -22,9 +22,28 @@ void CLayerBuffer::AddLayer(const TLayerPtr& spLayer, int idxLayer, bool bHistor
 }
 
 void CLayerBuffer::Attach(TLayerList& lstLayer, int idxLayer) {
-    lstLayer.front()->MarkAllDirty();
+    FlagComing(*lstLayer.front());
     m_lstChildren.splice(std::next(m_lstChildren.begin(), idxLayer), lstLayer);
-    MarkAllDirty();
+}
+
+// Flags what a child that comes into the list shows.
+void CLayerBuffer::FlagComing(CLayerBuffer& child) {
+    child.UpdateFlags();
+    child.DropNeedlessFlags();
+    child.AddPictureTo(m_pDrawBuffer->GetDirty());
+}
+
+// A new layer, and one whose caches were dropped, has every flag set: here those go that stand for nothing.
+// The others are all passed on once more, since the layer has another parent.
+void CLayerBuffer::DropNeedlessFlags() {
+    for (const TLayerPtr& spChild : m_lstChildren) spChild->DropNeedlessFlags();
+    m_pDrawBuffer->ForEachBlock([&](CPoint pt) {
+        const auto stale = [&](const TLayerPtr& spChild) { return spChild->m_pDrawBuffer->DirtyAt(pt); };
+        if (m_pDrawBuffer->DirtyAt(pt) && !m_pDrawBuffer->HasBlock(pt) && !MayPaintAt(pt) &&
+            std::none_of(m_lstChildren.begin(), m_lstChildren.end(), stale))
+            m_pDrawBuffer->ClearDirty(pt);
+    });
+    m_pDrawBuffer->GetDirty().RenewAll();
 }
 
 TLayerList CLayerBuffer::Detach(int idxLayer) {
@@ -37,7 +56,7 @@ TLayerList CLayerBuffer::Detach(int idxLayer) {
         m_wpActive = iter != m_lstChildren.begin() ? *std::prev(iter)
                      : iter != m_lstChildren.end() ? *iter
                                                    : TLayerPtr();
-    MarkAllDirty();
+    lstLayer.front()->AddPictureTo(m_pDrawBuffer->GetDirty());
     return lstLayer;
 }
 
@@ -74,14 +93,19 @@ void CLayerBuffer::SwapChildren(const TLayerPtr& spLayer, TLayerList* pList) {
     TLayerList& lstNow = spLayer->m_lstChildren;
     const TLayerPtr spActive = spLayer->GetActiveChild();
     lstNow.swap(*pList);
-    if (spActive && spLayer->IndexOf(*spActive) < 0) {
-        // The entries between the first difference and the common tail replaced the lost child.
-        const auto last = std::mismatch(lstNow.rbegin(), lstNow.rend(), pList->rbegin(), pList->rend()).first;
-        spLayer->SetActiveChild(last == lstNow.rend() ? TLayerPtr() : *last);
+    // The entries between the first difference and the common tail were replaced or have changed places.
+    auto [itNow, itOld] = std::mismatch(lstNow.begin(), lstNow.end(), pList->begin(), pList->end());
+    auto itNowEnd = lstNow.end();
+    auto itOldEnd = pList->end();
+    while (itNowEnd != itNow && itOldEnd != itOld && *std::prev(itNowEnd) == *std::prev(itOldEnd))
+        --itNowEnd, --itOldEnd;
+    if (spActive && spLayer->IndexOf(*spActive) < 0)
+        spLayer->SetActiveChild(itNowEnd == lstNow.begin() ? TLayerPtr() : *std::prev(itNowEnd));
+    for (auto it = itNow; it != itNowEnd; ++it) spLayer->FlagComing(**it);
+    for (auto it = itOld; it != itOldEnd; ++it) {
+        (*it)->AddPictureTo(spLayer->m_pDrawBuffer->GetDirty());
+        if (spLayer->IndexOf(**it) < 0) (*it)->DropCaches();
     }
-    for (const TLayerPtr& spGone : *pList)
-        if (spLayer->IndexOf(*spGone) < 0) spGone->DropCaches();
-    spLayer->MarkAllDirty();
 }
 
 size_t CLayerBuffer::GetBytesBeside(const TLayerPtr& spLayer, const TLayerList& lst) {

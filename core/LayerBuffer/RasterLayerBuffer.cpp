@@ -33,13 +33,15 @@ void CRasterLayerBuffer::ForEachOverlay(Function fn) const {
 }
 
 bool CRasterLayerBuffer::PrepareOwn(CPoint pt) {
-    m_pRaster->DirtyAt(pt) = 0;
-    m_pMask->DirtyAt(pt) = 0;
+    m_pRaster->ClearDirty(pt);
+    m_pMask->ClearDirty(pt);
+    ForEachOverlay([&](IRasterOverlay& overlay) { overlay.ClearFlag(pt); });
+    return MayPaintAt(pt);
+}
+
+bool CRasterLayerBuffer::MayPaintAt(CPoint pt) const {
     bool bAny = m_pRaster->HasBlock(pt);
-    ForEachOverlay([&](IRasterOverlay& overlay) {
-        overlay.ClearFlag(pt);
-        bAny = bAny || overlay.CoversBlock(pt);
-    });
+    ForEachOverlay([&](const IRasterOverlay& overlay) { bAny = bAny || overlay.CoversBlock(pt); });
     return bAny;
 }
 
@@ -67,17 +69,15 @@ boost::shared_ptr<CRasterBlockBuffer> CRasterLayerBuffer::GetOwnTile(CPoint pt) 
     return bPlain ? m_pRaster->GetBlock(pt, false) : boost::shared_ptr<CRasterBlockBuffer>();
 }
 
-boost::shared_ptr<CBoolMatrix> CRasterLayerBuffer::GetChangeMatrix() const {
-    auto spMatrix = boost::make_shared<CBoolMatrix>(m_pRaster->GetBufferSize());
-    spMatrix->Or(m_pRaster->GetDirty());
-    spMatrix->Or(m_pMask->GetDirty());
-    ForEachOverlay([&](const IRasterOverlay& overlay) { overlay.AddFlags(*spMatrix); });
-    return spMatrix;
+void CRasterLayerBuffer::GetChangeMatrix(CBoolMatrix& matrix) {
+    m_pRaster->GetDirty().PassTo(matrix);
+    m_pMask->GetDirty().PassTo(matrix);
+    ForEachOverlay([&](const IRasterOverlay& overlay) { overlay.AddFlags(matrix); });
 }
 
 void CRasterLayerBuffer::FlagOverlay(const IRasterOverlay& overlay) {
     m_pRaster->ForEachBlock([&](CPoint pt) {
-        if (overlay.CoversBlock(pt)) m_pRaster->DirtyAt(pt) = 1;
+        if (overlay.CoversBlock(pt)) m_pRaster->SetDirty(pt);
     });
     overlay.AddFlags(m_pRaster->GetDirty());
 }

@@ -19,7 +19,8 @@ public:
     bool PrepareOwn(CPoint pt) override;
     void RenderOwn(CRasterBlockBuffer& dest) const override;
     boost::shared_ptr<CRasterBlockBuffer> GetOwnTile(CPoint pt) const override;
-    boost::shared_ptr<CBoolMatrix> GetChangeMatrix() const override;
+    bool MayPaintAt(CPoint pt) const override;
+    void GetChangeMatrix(CBoolMatrix& matrix) override;
     void FollowColorMode() override;
     void Resize(CSize sz, const TLayerChange& change) override;
     void PushBackup(TPlaneList& lstPlanes) const override;

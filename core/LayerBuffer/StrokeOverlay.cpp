@@ -63,11 +63,11 @@ void CStrokeOverlay::AddFlags(CBoolMatrix& matrix) const {
     for (int32_t y = 0; y < changes.GetSize().cy; ++y)
         for (int32_t x = 0; x < changes.GetSize().cx; ++x)
             if (changes.At(x, y))
-                ForEachReached(plane, {x, y}, [&](int32_t nX, int32_t nY) { matrix.At(nX, nY) = 1; });
+                ForEachReached(plane, {x, y}, [&](int32_t nX, int32_t nY) { matrix.Add(nX, nY); });
 }
 
 void CStrokeOverlay::ClearFlag(CPoint pt) {
     CAlphaBufferBase& plane = m_spStroke->GetDisplay();
     const int n = plane.GetResolutionScale();
-    plane.DirtyAt({pt.x * n, pt.y * n}) = 0;
+    plane.ClearDirty({pt.x * n, pt.y * n});
 }

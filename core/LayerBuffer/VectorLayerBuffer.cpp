@@ -33,7 +33,11 @@ void CVectorLayerBuffer::CreateCoverage(TColor color) {
     m_pCoverage = boost::make_shared<CAlphaBufferImpl<uint8_t>>();
     m_pCoverage->Create(m_size, DEFAULT_BLOCKSIZE);
     m_pCoverage->SetColor(color);
-    m_pCoverage->GetDirty().Fill(true);
+    InvalidatePaths();
+}
+
+void CVectorLayerBuffer::InvalidatePaths() {
+    for (const auto& spPath : m_lstPaths) InvalidatePath(spPath->RectIncludingPath());
 }
 
 void CVectorLayerBuffer::Resize(CSize sz, const TLayerChange& change) {
@@ -83,9 +87,9 @@ void CVectorLayerBuffer::Rasterize(const CRect& rc) {
         spTile->PasteFrom(all, all.GetPosition());
         if (spTile->IsAll(0)) spTile.reset();
         m_pCoverage->SetBlock(pt, spTile);
-        m_pCoverage->DirtyAt(pt) = 0;
+        m_pCoverage->ClearDirty(pt);
         // The flags of a block that nobody asked for yet may not have been gathered.
-        m_pDrawBuffer->DirtyAt(pt) = 1;
+        m_pDrawBuffer->GetDirty().Add(pt.x / DEFAULT_BLOCKSIZE.cx, pt.y / DEFAULT_BLOCKSIZE.cy);
     });
 }
 
@@ -97,8 +101,20 @@ void CVectorLayerBuffer::RenderContent(CRasterBlockBuffer& dest) const {
     m_pCoverage->BlendBlockInto(dest, nullptr);
 }
 
-boost::shared_ptr<CBoolMatrix> CVectorLayerBuffer::GetChangeMatrix() const {
-    return m_pCoverage->GetDirtyMatrix();
+bool CVectorLayerBuffer::MayPaintAt(CPoint pt) const {
+    return m_pCoverage->DirtyAt(pt) || m_pCoverage->HasBlock(pt);
+}
+
+void CVectorLayerBuffer::GetChangeMatrix(CBoolMatrix& matrix) {
+    // What is drawn on a hidden layer waits in the coverage until the layer is shown.
+    if (m_bVisible) m_pCoverage->GetDirty().PassTo(matrix);
+}
+
+// A layer that was hidden has nothing in its draw buffer.
+void CVectorLayerBuffer::AddPictureTo(CBoolMatrix& matrix) const {
+    CLayerBuffer::AddPictureTo(matrix);
+    m_pCoverage->AddTilesTo(matrix);
+    matrix.Or(m_pCoverage->GetDirty());
 }
 
 void CVectorLayerBuffer::InsertPath(const boost::shared_ptr<CPathObject>& spPath, int idx) {
@@ -127,7 +143,7 @@ void CVectorLayerBuffer::SetLayerColor(TColor color, bool bHistory) {
             L"レイヤーカラー変更", boost::static_pointer_cast<CVectorLayerBuffer>(shared_from_this()),
             GetLayerColor(), color));
     m_pCoverage->SetColor(color);
-    MarkAllDirty();
+    MarkPicture();
 }
 
 CSerializer CVectorLayerBuffer::Serialize() const {
@@ -162,7 +178,7 @@ void CVectorLayerBuffer::Deserialize(CDeserializer& reader, const TCanvasPtr& sp
 void CVectorLayerBuffer::DropCaches() {
     CLayerBuffer::DropCaches();
     m_pCoverage->Clear();
-    m_pCoverage->GetDirty().Fill(true);
+    InvalidatePaths();
 }
 
 TLayerPtr CVectorLayerBuffer::CreateLike(const TCanvasPtr& spCanvas) const {

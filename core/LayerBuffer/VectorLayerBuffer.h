@@ -16,7 +16,9 @@ public:
     /// A hidden vector layer paints nothing.
     void RenderOwn(CRasterBlockBuffer& dest) const override;
     void RenderContent(CRasterBlockBuffer& dest) const override;
-    boost::shared_ptr<CBoolMatrix> GetChangeMatrix() const override;
+    bool MayPaintAt(CPoint pt) const override;
+    void AddPictureTo(CBoolMatrix& matrix) const override;
+    void GetChangeMatrix(CBoolMatrix& matrix) override;
     CSerializer Serialize() const override;
     bool canBeMergedWith(const CLayerBuffer&) const override { return false; }
     bool IsRasterizable() const override { return true; }
@@ -41,6 +43,7 @@ public:
     boost::shared_ptr<CRasterBlockBuffer> CreateFlatBlock() override;
 
 protected:
+    bool PaintsOwn() const override { return m_bVisible; }
     boost::shared_ptr<CLayerBuffer> CreateLike(const TCanvasPtr& spCanvas) const override;
     void CopyContent(const CLayerBuffer& other) override;
     size_t GetOwnBytes(const CLayerBuffer* pTwin) const override;
@@ -50,6 +53,7 @@ protected:
 
 private:
     void CreateCoverage(TColor color);
+    void InvalidatePaths();
     CRect DirtyFrom(CPoint pt) const;
     void Rasterize(const CRect& rc);
 

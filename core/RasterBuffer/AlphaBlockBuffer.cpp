@@ -130,11 +130,5 @@ void CAlphaBlockBufferImpl<T>::PasteFrom(const CRasterBlockBuffer& src, CPoint p
     if (!rc.IsEmpty()) CopyRows(*this, rc.TopLeft() + ptMove, Cast(src), rc.TopLeft(), rc.Size());
 }
 
-template <class T>
-void CAlphaBlockBufferImpl<T>::RestoreAlpha(const CRasterBlockBuffer& src) {
-    SELF_CHECK(invalid_argument, src.GetSize() == m_szBlock);
-    std::memcpy(m_pFirst, Cast(src).m_pFirst, GetPlaneBytes());
-}
-
 template class CAlphaBlockBufferImpl<uint8_t>;
 template class CAlphaBlockBufferImpl<uint16_t>;

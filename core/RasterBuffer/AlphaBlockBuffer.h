@@ -42,7 +42,6 @@ public:
     /// Copies the overlap; the mask is not looked at.
     void ExtractTo(CRasterBlockBuffer& dest, CPoint ptDest, bool bCut,
                    const CRasterBlockBuffer* pMask) override;
-    void RestoreAlpha(const CRasterBlockBuffer& src) override;
     /// Copies the overlap without blending.
     void PasteFrom(const CRasterBlockBuffer& src, CPoint ptSrc) override;
 

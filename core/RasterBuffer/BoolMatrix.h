@@ -7,33 +7,83 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <memory>
+#include <vector>
 
-/// `m_size.cx * m_size.cy` flags row by row, all 0 at the start. The data is open to the block loops, which
-/// OR matrices into each other byte by byte.
+/// Flags row by row, all 0 at the start. The matrix remembers which part of it was set since its flags were
+/// last passed on, so that a gather which finds nothing new costs nothing. Flags are set by one thread at a
+/// time; distinct ones may be cleared and read by distinct threads.
 class CBoolMatrix : boost::noncopyable {
 public:
     explicit CBoolMatrix(CSize sz)
-        : m_pData(new uint8_t[static_cast<size_t>(sz.cx) * static_cast<size_t>(sz.cy)]()),
-          m_nCount(static_cast<size_t>(sz.cx) * static_cast<size_t>(sz.cy)), m_size(sz) {}
+        : m_vFlags(static_cast<size_t>(sz.cx) * static_cast<size_t>(sz.cy)), m_size(sz) {}
 
     CSize GetSize() const { return m_size; }
-    /// The flag of a block by column and row; unchecked.
-    uint8_t& At(int32_t x, int32_t y) { return m_pData[Index(x, y)]; }
-    uint8_t At(int32_t x, int32_t y) const { return m_pData[Index(x, y)]; }
-    void Fill(bool b) { std::fill_n(m_pData.get(), m_nCount, b ? 1 : 0); }
-    /// Sets every flag that `mat`, of the same size, has set.
+    size_t GetCount() const { return m_vFlags.size(); }
+    /// The flag of a block by column and row; unchecked, as in Set, Add and Clear.
+    uint8_t At(int32_t x, int32_t y) const { return m_vFlags[Index(x, y)]; }
+    /// The flag of a block by index.
+    uint8_t At(size_t i) const { return m_vFlags[i]; }
+    /// Sets a flag, which is to be passed on also when it was set before.
+    void Set(int32_t x, int32_t y) { Set(Index(x, y)); }
+    void Set(size_t i) {
+        m_vFlags[i] = 1;
+        m_nFirst = std::min(m_nFirst, i);
+        m_nEnd = std::max(m_nEnd, i + 1);
+    }
+    /// Sets a flag; one that was set before is not passed on again.
+    void Add(int32_t x, int32_t y) {
+        if (!At(x, y)) Set(x, y);
+    }
+    void Clear(int32_t x, int32_t y) { m_vFlags[Index(x, y)] = 0; }
+    void Fill(bool b) {
+        std::fill(m_vFlags.begin(), m_vFlags.end(), b ? 1 : 0);
+        ForgetNew();
+        if (b) RenewAll();
+    }
+    /// Adds every flag that `mat`, of the same size, has set.
     void Or(const CBoolMatrix& mat) {
-        for (size_t i = 0; i < m_nCount; ++i) m_pData[i] |= mat.m_pData[i];
+        mat.ForEachSet(0, mat.GetCount(), [&](int32_t x, int32_t y) { Add(x, y); });
     }
 
-    std::unique_ptr<uint8_t[]> m_pData;
-    size_t m_nCount;
+    /// True when flags were set that have not been passed on.
+    bool HasNew() const { return m_nFirst < m_nEnd; }
+    /// Nothing is to be passed on.
+    void ForgetNew() {
+        m_nFirst = SIZE_MAX;
+        m_nEnd = 0;
+    }
+    /// Every flag that is set is to be passed on once more.
+    void RenewAll() {
+        m_nFirst = 0;
+        m_nEnd = GetCount();
+    }
+    /// Passes on: calls `fn(column, row)` for every flag that was set since the last time, and for some that
+    /// were set before.
+    template <class Function>
+    void TakeNew(Function fn) {
+        const size_t nFirst = m_nFirst;
+        const size_t nEnd = m_nEnd;
+        ForgetNew();
+        ForEachSet(nFirst, nEnd, fn);
+    }
+    /// Passes on into a matrix of the same size.
+    void PassTo(CBoolMatrix& mat) {
+        TakeNew([&](int32_t x, int32_t y) { mat.Add(x, y); });
+    }
 
 private:
     size_t Index(int32_t x, int32_t y) const {
         return static_cast<size_t>(y) * static_cast<size_t>(m_size.cx) + static_cast<size_t>(x);
     }
+    template <class Function>
+    void ForEachSet(size_t nFirst, size_t nEnd, Function fn) const {
+        const auto nColumns = static_cast<size_t>(m_size.cx);
+        for (size_t i = nFirst; i < nEnd; ++i)
+            if (m_vFlags[i]) fn(static_cast<int32_t>(i % nColumns), static_cast<int32_t>(i / nColumns));
+    }
 
+    std::vector<uint8_t> m_vFlags;
+    size_t m_nFirst = SIZE_MAX; ///< from here to m_nEnd flags were set that were not passed on
+    size_t m_nEnd = 0;
     CSize m_size;
 };

@@ -31,7 +31,6 @@ public:
     void ExtractTo(CRasterBlockBuffer& dest, CPoint ptDest, bool bCut,
                    const CRasterBlockBuffer* pMask) override;
     uint8_t GetPixelAlpha(CPoint pt) const override { return GetAlpha()[Offset(pt)]; }
-    void RestoreAlpha(const CRasterBlockBuffer& src) override;
     void PasteFrom(const CRasterBlockBuffer& src, CPoint ptSrc) override;
 
     /// A channel's byte plane, 0 to PLANES - 1.

@@ -184,10 +184,3 @@ void CPlanarBlockBuffer<Tile, PLANES>::PasteFrom(const CRasterBlockBuffer& src, 
         static_cast<Tile*>(this)->BlendRow(Offset(CPoint{rc.left, y} + ptMove), *pTile,
                                            pTile->Offset({rc.left, y}), static_cast<size_t>(rc.Width()));
 }
-
-template <class Tile, size_t PLANES>
-void CPlanarBlockBuffer<Tile, PLANES>::RestoreAlpha(const CRasterBlockBuffer& src) {
-    const auto* pTile = dynamic_cast<const Tile*>(&src);
-    SELF_CHECK(invalid_argument, pTile != nullptr && src.GetSize() == m_szBlock);
-    std::memcpy(GetAlpha(), pTile->GetAlpha(), GetPlaneBytes());
-}

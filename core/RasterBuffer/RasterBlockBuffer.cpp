@@ -25,6 +25,15 @@ CRect CRasterBlockBuffer::OverlapWith(const CRasterBlockBuffer& other, CPoint pt
             std::min(other.m_szBlock.cy, m_szBlock.cy + m_ptPos.y - pt.y)};
 }
 
+std::vector<uint8_t> CRasterBlockBuffer::CopyAlpha() const {
+    return {GetLastPlane(), GetLastPlane() + GetPlaneBytes()};
+}
+
+void CRasterBlockBuffer::RestoreAlpha(const std::vector<uint8_t>& vAlpha) {
+    SELF_CHECK(invalid_argument, vAlpha.size() == GetPlaneBytes());
+    std::memcpy(GetLastPlane(), vAlpha.data(), vAlpha.size());
+}
+
 void CRasterBlockBuffer::ClearOutside(const CRect& rcKeep) {
     const CRect rcAll({0, 0}, m_szBlock);
     CRect rc = rcKeep.Intersect(rcAll);

@@ -73,8 +73,6 @@ public:
     /// defect) the alpha taken is min(alpha, mask); with `bCut` what was taken leaves this tile.
     virtual void ExtractTo(CRasterBlockBuffer& dest, CPoint ptDest, bool bCut,
                            const CRasterBlockBuffer* pMask) = 0;
-    /// Takes over the alpha plane of a tile of the same kind and size; colours stay.
-    virtual void RestoreAlpha(const CRasterBlockBuffer& src) = 0;
     /// Composites the overlap of `src`, a tile of the same kind at `ptSrc`, over this tile by the fast
     /// kernel.
     virtual void PasteFrom(const CRasterBlockBuffer& src, CPoint ptSrc) = 0;
@@ -88,6 +86,10 @@ public:
     /// Address of a pixel in the tile's first plane, unchecked.
     uint8_t* GetPixelPtr(CPoint pt) { return m_pFirst + Offset(pt); }
     const uint8_t* GetPixelPtr(CPoint pt) const { return m_pFirst + Offset(pt); }
+    /// The bytes of the alpha plane, which is a tile's last one.
+    std::vector<uint8_t> CopyAlpha() const;
+    /// Takes an alpha plane back; one of another size is a defect. Colours stay.
+    void RestoreAlpha(const std::vector<uint8_t>& vAlpha);
     /// Sets every plane to 0 outside a rectangle of the tile's own coordinates.
     void ClearOutside(const CRect& rcKeep);
     /// Bytes of all planes.
@@ -106,6 +108,7 @@ protected:
     /// One byte a pixel, 255 inside `szInside` from the top-left corner and 0 beyond; empty when all is
     /// inside.
     std::vector<uint8_t> InsideBytes(CSize szInside) const;
+    uint8_t* GetLastPlane() const { return m_pFirst + (m_nPlanes - 1) * GetPlaneBytes(); }
     size_t Offset(CPoint pt) const {
         return static_cast<size_t>(pt.y) * static_cast<size_t>(m_szBlock.cx) + static_cast<size_t>(pt.x);
     }

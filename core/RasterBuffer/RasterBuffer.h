@@ -90,14 +90,17 @@ public:
     /// One flag a block: the tile changed and whatever is derived from it is stale.
     CBoolMatrix& GetDirty() { return *m_spDirty; }
     const CBoolMatrix& GetDirty() const { return *m_spDirty; }
-    const boost::shared_ptr<CBoolMatrix>& GetDirtyMatrix() const { return m_spDirty; }
     /// True when there is a tile at pixel `pt`; false beyond the grid too.
     virtual bool HasBlock(CPoint pt) const = 0;
+    /// Adds the flags of the blocks that have tiles to a matrix of the grid's size.
+    virtual void AddTilesTo(CBoolMatrix& matrix) const = 0;
     /// The flag of the block that holds pixel `pt`; unchecked.
-    uint8_t& DirtyAt(CPoint pt) { return m_spDirty->At(pt.x / m_szBlock.cx, pt.y / m_szBlock.cy); }
+    uint8_t DirtyAt(CPoint pt) const { return m_spDirty->At(pt.x / m_szBlock.cx, pt.y / m_szBlock.cy); }
+    void SetDirty(CPoint pt) { m_spDirty->Set(pt.x / m_szBlock.cx, pt.y / m_szBlock.cy); }
+    void ClearDirty(CPoint pt) { m_spDirty->Clear(pt.x / m_szBlock.cx, pt.y / m_szBlock.cy); }
     /// Sets the flags of the blocks that a rectangle touches; what lies beyond the plane is cut off.
     void MarkDirty(const CRect& rc) {
-        ForEachBlockIn(rc, [&](CPoint pt) { DirtyAt(pt) = 1; });
+        ForEachBlockIn(rc, [&](CPoint pt) { SetDirty(pt); });
     }
     /// The tile that holds pixel `pt`, or a zeroed one in its place that the plane does not keep.
     boost::shared_ptr<CRasterBlockBuffer> GetBlockOrBlank(CPoint pt) {

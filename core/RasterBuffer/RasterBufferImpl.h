@@ -29,7 +29,7 @@ public:
         };
         const CSize szBlocks{blocks(szBuffer.cx, szBlock.cx), blocks(szBuffer.cy, szBlock.cy)};
         auto spDirty = boost::make_shared<CBoolMatrix>(szBlocks);
-        m_grid.Create(spDirty->m_nCount);
+        m_grid.Create(spDirty->GetCount());
         this->m_szSize = szBuffer;
         this->m_szBlock = szBlock;
         this->m_szBlocks = szBlocks;
@@ -44,7 +44,7 @@ public:
 
     boost::shared_ptr<CRasterBlockBuffer> GetWritableBlock(CPoint pt) override {
         const TBlockPtr& spBlock = OwnBlock(pt);
-        this->m_spDirty->m_pData[IndexOf(pt)] = 1;
+        this->m_spDirty->Set(IndexOf(pt));
         return spBlock;
     }
 
@@ -91,11 +91,18 @@ public:
         TBlockPtr spOld = m_grid[i];
         if (spOld || spBlock) m_grid.Entry(i) = spBlock;
         if (spBlock) spBlock->SetOwner(this);
-        this->m_spDirty->m_pData[i] = 1;
+        this->m_spDirty->Set(i);
         return spOld;
     }
 
     bool HasBlock(CPoint pt) const override { return FindBlock(pt) != nullptr; }
+
+    void AddTilesTo(CBoolMatrix& matrix) const override {
+        const auto nColumns = static_cast<size_t>(this->m_szBlocks.cx);
+        m_grid.ForEachTile([&](size_t i, const TBlockPtr&) {
+            matrix.Add(static_cast<int32_t>(i % nColumns), static_cast<int32_t>(i / nColumns));
+        });
+    }
 
     void ShareBlock(CPoint pt, const boost::shared_ptr<CRasterBlockBuffer>& spBlock) override {
         ShareBlockImpl(pt, boost::dynamic_pointer_cast<Block>(spBlock));
@@ -119,7 +126,7 @@ public:
     void DrawToScreen(CGDIBuffer& target, CPoint ptOrigin, const TViewState& view) override {
         const CScreenMap map(this->m_szSize, ptOrigin, view, target.GetSize());
         this->ForEachBlockIn(map.ToCanvas(map.GetTargetRect()), [&](CPoint pt) {
-            if (!this->m_spDirty->m_pData[IndexOf(pt)]) DrawBlockToScreen(target, map, pt);
+            if (!this->m_spDirty->At(IndexOf(pt))) DrawBlockToScreen(target, map, pt);
         });
     }
 

@@ -22,7 +22,7 @@ std::vector<TCtlPoint> PredictPoints(const std::vector<TCtlPoint>& vPoints, int 
 void FlagDifferences(CStrokePlane& plane, const CStrokePlane& shown) {
     plane.GetDirty().Or(shown.GetDirty());
     plane.ForEachBlock([&](CPoint pt) {
-        if (plane.FindBlock(pt) != shown.FindBlock(pt)) plane.DirtyAt(pt) = 1;
+        if (plane.FindBlock(pt) != shown.FindBlock(pt)) plane.SetDirty(pt);
     });
 }
 

@@ -72,7 +72,7 @@ TEST(DrawToScreen, ClipsAtTheTargetAndSkipsStaleBlocks) {
     EXPECT_EQ(Show({3, 2}, {}, {9, 9}, {2, 1}), "..\n");
     CColorRasterBuffer plane;
     plane.Create({4, 2}, {2, 2});
-    plane.GetDirty().At(1, 0) = 1;
+    plane.GetDirty().Set(1, 0);
     CGDIBuffer screen({4, 2});
     plane.DrawToScreen(screen, {0, 0}, {});
     EXPECT_EQ(*screen.GetPixelPtr({1, 0}), 255); // transparent shows white paper

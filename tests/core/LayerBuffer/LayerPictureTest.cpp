@@ -15,10 +15,12 @@ namespace {
 constexpr CSize SIZE{250, 120};
 constexpr size_t TILE = 96 * 96;
 
-// Flattens a copy of the tree that has no caches.
-std::vector<uint8_t> FreshPixels(const boost::shared_ptr<CCanvasBuffer>& spCanvas) {
-    spCanvas->GetRoot().FollowColorMode();
-    return PixelsOf(*spCanvas->Flatten());
+// Flattens a copy of the document that was never looked at.
+std::vector<uint8_t> FreshPixels(const CCanvasBuffer& canvas) {
+    const auto spCopy = boost::make_shared<CCanvasBuffer>();
+    CDeserializer top(canvas.Serialize());
+    spCopy->Deserialize(top, L"");
+    return PixelsOf(*spCopy->Flatten());
 }
 
 class LayerPicture : public testing::TestWithParam<unsigned> {
@@ -50,19 +52,42 @@ TEST_P(LayerPicture, LightDisplayLosesNoColour) {
 
 TEST_P(LayerPicture, CachesFollowEveryChange) {
     m_spCanvas->ComposeAll();
-    for (int n = 0; n < 40; ++n) {
+    CHistoryStream& history = m_spCanvas->GetHistory();
+    for (int n = 0; n < 400; ++n) {
+        TLayerPtr spParent = m_root.shared_from_this();
         TLayerPtr spLayer = m_root.GetChildren().front();
-        while (!spLayer->GetChildren().empty() && m_random() % 3) spLayer = spLayer->GetChildren().back();
+        const auto step = [&](const TLayerPtr& sp) {
+            return *std::next(sp->GetChildren().begin(),
+                              static_cast<int>(m_random() % sp->GetChildren().size()));
+        };
+        for (spLayer = step(m_root.shared_from_this()); !spLayer->GetChildren().empty() && m_random() % 3;) {
+            spParent = spLayer;
+            spLayer = step(spParent);
+        }
+        const CPoint pt{static_cast<int32_t>(m_random() % SIZE.cx),
+                        static_cast<int32_t>(m_random() % SIZE.cy)};
         const auto pRaster = dynamic_cast<CRasterLayerBuffer*>(spLayer.get());
-        const auto nAction = m_random() % 4;
-        if (nAction == 0) spLayer->SetVisible(!spLayer->IsVisible());
-        if (nAction == 1) spLayer->SetOpacity(static_cast<uint8_t>(m_random()));
-        if (nAction == 2) m_root.MoveLayer(m_root.GetChildren().back(), m_root.shared_from_this(), 0);
-        if (nAction == 3 && pRaster) pRaster->GetRaster()->SetBlock({100, 0}, {});
-        if (m_random() % 3) m_spCanvas->ComposeAll();
+        const auto pVector = dynamic_cast<CVectorLayerBuffer*>(spLayer.get());
+        const auto nAction = m_random() % 12;
+        if (nAction < 2) spLayer->SetVisible(!spLayer->IsVisible());
+        if (nAction == 2) spLayer->SetOpacity(static_cast<uint8_t>(m_random()), true);
+        if (nAction == 3) spParent->MoveLayer(spLayer, m_root.shared_from_this(), 0);
+        if (nAction == 4 && pRaster) pRaster->GetRaster()->SetBlock(pt, {});
+        if (nAction == 5 && pRaster) pRaster->GetRaster()->GetWritableBlock(pt)->Fill(m_random(), 200);
+        if (nAction == 6 && pVector) pVector->InsertPath(MakeRandomPath(SIZE, m_random));
+        if (nAction == 7 && pVector) pVector->SetLayerColor(m_random() & 0xFFFFFF);
+        if (nAction == 8 && m_root.GetChildren().size() > 2) spParent->RemoveLayer(spLayer);
+        if (nAction == 9) spParent->AddLayer(MakeRandomLayer(m_spCanvas, m_random), 0);
+        if (nAction == 10 && spLayer->IsRasterizable() && m_random() % 4 == 0)
+            RasterizeLayer(spParent, spLayer);
+        if (nAction == 11) m_random() % 4 ? history.Undo() : history.Redo();
+        // A view looks at a part, or not at all.
+        if (m_random() % 2) m_spCanvas->FlushCanvasUpdates();
+        if (m_random() % 3) ComposeBlock(*m_spCanvas, pt.x, pt.y);
+        if (n % 10 == 9) {
+            ASSERT_EQ(PixelsOf(*m_spCanvas->Flatten()), FreshPixels(*m_spCanvas)) << n;
+        }
     }
-    const std::vector<uint8_t> vCached = PixelsOf(*m_spCanvas->Flatten());
-    EXPECT_EQ(vCached, FreshPixels(m_spCanvas));
     // Nothing is left to do, and nothing holds a tile without need.
     const auto vCounters = m_spCanvas->GetCounters();
     m_spCanvas->FlushCanvasUpdates();

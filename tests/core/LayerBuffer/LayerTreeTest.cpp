@@ -2,8 +2,8 @@
 #include "core/CanvasBuffer/CanvasHistory.h"
 #include "core/ImageFile/ImageFile.h"
 #include "core/IniConfig/GlobalSwitches.h"
-#include "core/LayerBuffer/LayerSetBuffer.h"
-#include "core/LayerBuffer/RasterLayerBuffer.h"
+#include "core/LayerBuffer/LayerMerge.h"
+#include "tests/support/LayerPictures.h"
 #include "tests/support/MemoryFiles.h"
 #include "tests/support/Planes.h"
 
@@ -75,6 +75,73 @@ TEST_F(LayerTree, ChangesReachTheCountersOnceAndOnlyWhereTheyAre) {
     m_spCanvas->ComposeAll();
     m_spCanvas->FlushCanvasUpdates();
     EXPECT_EQ(m_spCanvas->GetCounters().At(0, 0), hidden.At(0, 0));
+}
+
+TEST(LayerStep, FlagsTheBlocksInWhichTheLayerHasOrHadSomething) {
+    const auto spCanvas = CreateCanvas({288, 192});
+    CLayerBuffer& root = spCanvas->GetRoot();
+    CHistoryStream& history = spCanvas->GetHistory();
+    const auto spBase = CreateRasterLayer(spCanvas);
+    spBase->GetRaster()->ForEachBlock(
+        [&](CPoint pt) { spBase->GetRaster()->GetBlock(pt, true)->Fill(RED, 9); });
+    root.AddLayer(spBase, -1, false);
+    spCanvas->ComposeAll();
+    // The blocks that moved on, row by row, and then the picture beside one composed from nothing.
+    const auto flagged = [&](const auto& fnStep) {
+        const UpdateCounterMatrix before = spCanvas->GetCounters();
+        fnStep();
+        spCanvas->ComposeAll();
+        std::string str;
+        for (int i = 0; i < 6; ++i)
+            str += spCanvas->GetCounters().At(i % 3, i / 3) == before.At(i % 3, i / 3) ? '.' : '#';
+        const auto spCopy = boost::make_shared<CCanvasBuffer>();
+        CDeserializer top(spCanvas->Serialize());
+        spCopy->Deserialize(top, L"");
+        spCopy->ComposeAll();
+        EXPECT_EQ(PixelsOf(spCanvas->GetComposite()), PixelsOf(spCopy->GetComposite()));
+        return str;
+    };
+    const auto spSet = CreateLayerSet(spCanvas);
+    const auto spVector = CreateVectorLayer(spCanvas);
+    EXPECT_EQ(flagged([&] {
+                  for (const TLayerPtr& sp :
+                       {TLayerPtr(spSet), TLayerPtr(spVector), TLayerPtr(CreateRasterLayer(spCanvas))})
+                      root.AddLayer(sp, -1, false);
+              }),
+              "......")
+        << "empty layers";
+    EXPECT_EQ(flagged([&] { spVector->InsertPath(MakeRectPath(CRect(200, 120, 210, 130))); }), ".....#");
+    const TLayerPtr spTop = MakeLayer(spCanvas, BLUE, 200, {96, 0});
+    EXPECT_EQ(flagged([&] { spSet->AddLayer(spTop, -1); }), ".#....");
+    for (const TLayerPtr& sp : {spTop, TLayerPtr(spSet), TLayerPtr(spVector)}) {
+        const std::string strHere = sp == spVector ? ".....#" : ".#....";
+        EXPECT_EQ(flagged([&] { sp->SetOpacity(100); }), sp == spSet ? "......" : strHere);
+        EXPECT_EQ(flagged([&] { sp->SetVisible(false); }), strHere);
+        EXPECT_EQ(flagged([&] { sp->SetVisible(true); }), strHere);
+        const TLayerPtr spParent = root.FindParentOf(*sp);
+        EXPECT_EQ(flagged([&] { spParent->RemoveLayer(sp); }), strHere);
+        EXPECT_EQ(flagged([&] { history.Undo(); }), strHere);
+        EXPECT_EQ(flagged([&] { spParent->MoveLayer(sp, spBase, -1, false); }), strHere);
+        EXPECT_EQ(flagged([&] { spBase->MoveLayer(sp, spParent, 0, false); }), strHere);
+    }
+    // The set goes out of sight with a layer that changes meanwhile.
+    spSet->SetVisible(false);
+    spCanvas->ComposeAll();
+    EXPECT_EQ(
+        flagged([&] {
+            dynamic_cast<CRasterLayerBuffer&>(*spTop).GetRaster()->GetWritableBlock({0, 100})->Fill(BLUE, 99);
+        }),
+        "......");
+    EXPECT_EQ(flagged([&] { spSet->SetVisible(true); }), ".#.#..");
+    // So does the vector layer, which is not rasterized before it is shown.
+    spVector->SetVisible(false);
+    spCanvas->ComposeAll();
+    EXPECT_EQ(flagged([&] { spVector->InvalidatePath({0, 0, 800, 80}); }), "......");
+    EXPECT_TRUE(spVector->MayPaintAt({0, 0})) << "nobody has looked";
+    EXPECT_EQ(flagged([&] { spVector->SetVisible(true); }), "##...#");
+    EXPECT_FALSE(spVector->MayPaintAt({0, 0}));
+    // A layer that takes another's place flags what either shows.
+    EXPECT_EQ(flagged([&] { RasterizeLayer(root.shared_from_this(), spVector); }), ".....#");
 }
 
 TEST_F(LayerTree, ADeletedLayerComesBackToItsPlaceAndWrongPlacesAreRefused) {
