@@ -38,9 +38,7 @@ void CLayerBuffer::FlagComing(CLayerBuffer& child) {
 void CLayerBuffer::DropNeedlessFlags() {
     for (const TLayerPtr& spChild : m_lstChildren) spChild->DropNeedlessFlags();
     m_pDrawBuffer->ForEachBlock([&](CPoint pt) {
-        const auto stale = [&](const TLayerPtr& spChild) { return spChild->m_pDrawBuffer->DirtyAt(pt); };
-        if (m_pDrawBuffer->DirtyAt(pt) && !m_pDrawBuffer->HasBlock(pt) && !MayPaintAt(pt) &&
-            std::none_of(m_lstChildren.begin(), m_lstChildren.end(), stale))
+        if (m_pDrawBuffer->DirtyAt(pt) && !m_pDrawBuffer->HasBlock(pt) && !MayPaintAt(pt))
             m_pDrawBuffer->ClearDirty(pt);
     });
     m_pDrawBuffer->GetDirty().RenewAll();

@@ -71,7 +71,8 @@ TEST_P(LayerPicture, CachesFollowEveryChange) {
         const auto nAction = m_random() % 12;
         if (nAction < 2) spLayer->SetVisible(!spLayer->IsVisible());
         if (nAction == 2) spLayer->SetOpacity(static_cast<uint8_t>(m_random()), true);
-        if (nAction == 3) spParent->MoveLayer(spLayer, m_root.shared_from_this(), 0);
+        const TLayerPtr spInto = m_root.GetChildren().front();
+        if (nAction == 3 && spLayer->GetDepthOf(*spInto) < 0) spParent->MoveLayer(spLayer, spInto, 0);
         if (nAction == 4 && pRaster) pRaster->GetRaster()->SetBlock(pt, {});
         if (nAction == 5 && pRaster) pRaster->GetRaster()->GetWritableBlock(pt)->Fill(m_random(), 200);
         if (nAction == 6 && pVector) pVector->InsertPath(MakeRandomPath(SIZE, m_random));

@@ -122,6 +122,7 @@ TEST(LayerStep, FlagsTheBlocksInWhichTheLayerHasOrHadSomething) {
         EXPECT_EQ(flagged([&] { spParent->RemoveLayer(sp); }), strHere);
         EXPECT_EQ(flagged([&] { history.Undo(); }), strHere);
         EXPECT_EQ(flagged([&] { spParent->MoveLayer(sp, spBase, -1, false); }), strHere);
+        EXPECT_EQ(PixelAt(spCanvas->GetComposite(), {100, 5}) >> 24, sp == spVector ? 85u : 9u) << "clipped";
         EXPECT_EQ(flagged([&] { spBase->MoveLayer(sp, spParent, 0, false); }), strHere);
     }
     // The set goes out of sight with a layer that changes meanwhile.
@@ -137,11 +138,15 @@ TEST(LayerStep, FlagsTheBlocksInWhichTheLayerHasOrHadSomething) {
     spVector->SetVisible(false);
     spCanvas->ComposeAll();
     EXPECT_EQ(flagged([&] { spVector->InvalidatePath({0, 0, 800, 80}); }), "......");
+    EXPECT_EQ(flagged([&] { spVector->SetOpacity(90); }), "##...#");
     EXPECT_TRUE(spVector->MayPaintAt({0, 0})) << "nobody has looked";
     EXPECT_EQ(flagged([&] { spVector->SetVisible(true); }), "##...#");
     EXPECT_FALSE(spVector->MayPaintAt({0, 0}));
     // A layer that takes another's place flags what either shows.
     EXPECT_EQ(flagged([&] { RasterizeLayer(root.shared_from_this(), spVector); }), ".....#");
+    TLayerList lstOther;
+    for (int n = 0; n < 2; ++n)
+        EXPECT_EQ(flagged([&] { CLayerBuffer::SwapChildren(spSet, &lstOther); }), ".#.#..") << n;
 }
 
 TEST_F(LayerTree, ADeletedLayerComesBackToItsPlaceAndWrongPlacesAreRefused) {
