@@ -24,6 +24,7 @@ void InterleavedMain(int16_t nSelector, void* pRecord, intptr_t*, int16_t*) {
     EXPECT_TRUE(arc[0].top == 10 && arc[0].left == 20 && arc[0].bottom == 13 && arc[0].right == 25);
     EXPECT_EQ(suite.ReadPixelsFromLevel(pGreen->port, 0, &arc[1], &asRed), 0);
     EXPECT_EQ(vPixels[0], 200);
+    EXPECT_EQ(vPixels[(8 + 1) * 4 + 1], MakePicture({20, 10, 25, 13}, false).vRed[0]);
     EXPECT_EQ(vPixels[(8 + 1) * 4 + 3], 200); // the first pixel's other bytes are not touched
     EXPECT_EQ(suite.WritePixelsToBaseLevel(pRed->writePort, &arc[2], &asRed), 0);
     EXPECT_EQ(suite.WritePixelsToBaseLevel(pGreen->writePort, &arc[3], &asGreen), 0);

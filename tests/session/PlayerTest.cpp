@@ -41,6 +41,7 @@ TEST_F(Player, StepsActAndTheirTracesAreSeen) {
 {"expect":{"layers":[{"active":true,"name":"紙","visible":false},{"active":false,"visible":true}]}}
 {"layer":{"select":[1],"visible":false}}
 {"expect":{"pixel":{"x":1,"y":2,"rgba":[0,0,0,0]},"modified":true}}
+{"expect":{"history":{"undo":["レイヤー追加","レイヤー追加","不透明度変更","レイヤー名変更"]}}}
 {"command":57643}
 {"command":57643}
 {"command":57643}

@@ -42,6 +42,7 @@ TEST_F(Recorder, StrokesOfEveryDevice) {
                "{\"command\":57643}\n{\"command\":12812}\n" +
                Stroke(800, 1100, 400, {{"altitude", 600}, {"eraser", true}}));
     EXPECT_EQ(Count("\"packet\""), 90u);
+    EXPECT_EQ(Count("\"altitude\":600,"), 30u);
     EXPECT_EQ(m_spCanvas->GetHistory().GetUndoList().size(), 4u) << "two layers and two strokes";
     ExpectSame("{\"set\":{\"section\":\"Tablet\",\"key\":\"MouseCoord\",\"value\":0}}\n"
                "{\"tablet\":{\"units\":32,\"pressure\":65535,\"altitude\":900}}\n" +
@@ -54,6 +55,7 @@ TEST_F(Recorder, StrokesOfEveryDevice) {
     ExpectSame(VIEW + Stroke(1300, 1000) + MarkIdle(strMouse) + Wait(1001) + strMouse +
                "{\"wheel\":120}\n{\"keys\":[16]}\n{\"pointer\":{\"message\":\"leave\"}}\n" + strMouse);
     EXPECT_EQ(Count("ldown"), 3u);
+    EXPECT_EQ(Count("{\"wheel\":120}"), 1u);
     EXPECT_EQ(Count("\"idle\""), 3u) << "the record says that nothing took them";
     EXPECT_EQ(Count("{\"keys\":[16]}"), 1u);
 }
@@ -87,6 +89,24 @@ TEST_F(Recorder, PanelsKeysLayersAndWhatActsPastTheSeam) {
     ExpectSame(strScript);
     EXPECT_EQ(Count("{\"activate\":0}"), 1u);
     EXPECT_EQ(Count("{\"panel\":{\"control\":8,\"id\":\"panel-tool\""), 1u);
+}
+
+TEST_F(Recorder, EveryPanelsChangesAreWrittenAsTheyWereMade) {
+    const std::string strLines = R"({"panel":{"control":6,"id":"panel-brush","value":40}}
+{"panel":{"control":4,"id":"panel-color","text":"#ff8000","value":0}}
+{"panel":{"control":1101,"id":"panel-tool-option","value":1}}
+{"panel":{"control":3,"id":"panel-press","value":40}}
+{"panel":{"control":7,"id":"panel-press","value":0}}
+{"panel":{"control":7,"id":"panel-press","value":0}}
+{"panel":{"control":6,"id":"panel-press","rename":1,"text":"G ペン"}}
+{"panel":{"control":6,"from":1,"id":"panel-press","to":0}}
+{"panel":{"activate":1,"control":6,"id":"panel-press"}}
+{"panel":{"id":"panel-press","key":39,"view":1}}
+{"panel":{"height":160,"id":"panel-press","message":"ldown","view":1,"width":200,"x":24,"y":140}}
+{"panel":{"control":2,"id":"panel-tool","value":1}}
+)";
+    EXPECT_EQ(Record(VIEW + strLines), "");
+    EXPECT_NE(m_strRecord.find(strLines), std::string::npos) << m_strRecord;
 }
 
 TEST_F(Recorder, AnswersStandBehindTheLineThatAsks) {

@@ -134,7 +134,9 @@ TEST_F(CUiTest, ScrollBarsTellOnlyWhatTheUserDoes) {
     view.verticalScrollBar()->triggerAction(QAbstractSlider::SliderSingleStepSub);
     view.horizontalScrollBar()->triggerAction(QAbstractSlider::SliderPageStepAdd);
     Turn();
-    EXPECT_EQ(m_a.Got(EMessage::Scroll), (TParams{{1, nBottom - 10}, {0, 150}}));
+    view.horizontalScrollBar()->triggerAction(QAbstractSlider::SliderPageStepSub);
+    Turn();
+    EXPECT_EQ(m_a.Got(EMessage::Scroll), (TParams{{1, nBottom - 10}, {0, 150}, {0, 50}}));
 
     // A fine wheel's parts make whole steps.
     for (const int nDelta : {50, 50, 50, -100, -140, 240}) {
@@ -159,6 +161,7 @@ TEST_F(CUiTest, AMaximisedChildKeepsItsPlaceForLater) {
 
 TEST(QtMdiArrange, TilesFillTheArea) {
     EXPECT_EQ(TileRects({300, 90}, 2, true)[1], QRect(0, 45, 300, 45));
+    EXPECT_EQ(TileRects({300, 90}, 5, true)[1], QRect(0, 45, 150, 45)) << "the right column takes the third";
     for (int n = 2; n < 24; ++n) {
         QRegion region;
         int nPixels = 0;

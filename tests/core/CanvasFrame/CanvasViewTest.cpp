@@ -42,6 +42,9 @@ TEST(CanvasView, PositionsGoThereAndBackUnderEveryView) {
                 EXPECT_EQ(view.ToCanvas8(view.ToWindow(pt)), (CPoint{pt.x * 8, pt.y * 8}));
             }
         }
+    // The overlay's points go to the nearest pixel.
+    const CCanvasView plain = MakeView({300, 200});
+    EXPECT_EQ(plain.ToWindow8({8 * 9 + 3, 8 * 7 + 4}), plain.ToWindow(CPoint{9, 8}));
     // Turned to the right, the canvas's top-left corner is the window's top-right one.
     const CCanvasView right = MakeView({300, 200}, {48, 90});
     const CRect rc = right.ToWindow(CRect(0, 0, 300, 200));

@@ -1,8 +1,9 @@
 // One part of a frame's handler fails: it is told, and the handler's other parts are done all the same.
 #include "core/AppModule/AppModule.h"
-#include "core/Commands/CommandIds.h"
 #include "core/AppModule/MessageQueue.h"
 #include "core/CanvasFrame/CanvasFrame.h"
+#include "core/CanvasFrame/Tablet.h"
+#include "core/Commands/CommandIds.h"
 #include "core/LayerBuffer/RasterLayerBuffer.h"
 #include "core/MainFrame/MainFrame.h"
 #include "core/MainFrame/SessionScope.h"
@@ -22,7 +23,11 @@ struct CFailingTool : CTools {
     explicit CFailingTool(const TToolOutside& outside) : CTools(outside) { m_state = STATE_TABLET; }
     static bool Fail() { throw std::bad_alloc(); }
     using CTools::OnMouseMove;
-    bool OnMouseMove(int32_t, int32_t, uint32_t, uint32_t) override { return Fail(); }
+    bool OnMouseMove(int32_t, int32_t, uint32_t, uint32_t) override {
+        if (!m_bHides) return Fail();
+        GetCanvas()->GetRoot().GetChildren().front()->SetVisible(false);
+        return true;
+    }
     bool OnProximityLeave() override { return Fail(); }
     bool OnProximityEnter() override { return Fail(); }
     bool OnMouseLeave() override { return Fail(); }
@@ -35,6 +40,9 @@ struct CFailingTool : CTools {
     bool IsEnabled() const override { return true; }
     ECursor GetCursor(CPoint) const override { return m_cursor; }
     ECursor m_cursor = ECursor::Arrow;
+    bool m_bHides = false; ///< instead of failing it hides the lowest layer
+    using CTools::GetCanvas;
+    using CTools::GetLayer;
 };
 
 class FrameGuard : public testing::Test {
@@ -58,14 +66,30 @@ protected:
         });
         m_spCanvas.reset();
     }
+    // The active tool from now on.
+    boost::shared_ptr<CFailingTool> UseTool() {
+        const TPlatform& p = g_AppModule.GetPlatform();
+        m_pOutside.reset(new TToolOutside{p.clock, p.keys, m_random, g_AppModule.GetSettings(), p.codecs,
+                                          m_contact, [](int) {}, [](EToolNotice) {}});
+        const auto spTool = boost::make_shared<CFailingTool>(*m_pOutside);
+        g_wpActiveTool = spTool;
+        return spTool;
+    }
     static CSessionCanvasWindow& Window() {
         return dynamic_cast<CSessionCanvasWindow&>(*g_wpActiveFrame.lock()->GetWindow());
+    }
+    // The blue of what the window shows of canvas pixel (40, 40).
+    static int Shown() {
+        return *Window().GetGlass().GetPixel(g_wpActiveFrame.lock()->GetView().ToWindow(CPoint{40, 40}));
     }
     static void Send(EMessage id, int64_t wParam = 0, int64_t lParam = 0) {
         SendMessage({&Window(), id, wParam, lParam});
     }
 
     CTestPlatform m_outside;
+    CStrokeRandom m_random;
+    CPenContact m_contact;
+    std::unique_ptr<TToolOutside> m_pOutside;
     boost::shared_ptr<CCanvasBuffer> m_spCanvas;
 };
 
@@ -73,13 +97,7 @@ protected:
 
 TEST_F(FrameGuard, InputGoesOnBehindAToolThatFails) {
     Play([&](CPlayer& player) {
-        const TPlatform& platform = g_AppModule.GetPlatform();
-        CStrokeRandom random;
-        CPenContact contact;
-        const TToolOutside outside{platform.clock,  platform.keys, random,     g_AppModule.GetSettings(),
-                                   platform.codecs, contact,       [](int) {}, [](EToolNotice) {}};
-        const auto spTool = boost::make_shared<CFailingTool>(outside);
-        g_wpActiveTool = spTool;
+        const auto spTool = UseTool();
         const auto packets = [&](int32_t x) {
             const CPoint pt = Window().GetClientOrigin();
             player.GetStage().pen.Push({.uCursor = 1, .x = (pt.x + x) * 8, .y = pt.y * 8, .nAltitude = 900});
@@ -103,6 +121,56 @@ TEST_F(FrameGuard, InputGoesOnBehindAToolThatFails) {
     EXPECT_EQ(m_outside.m_vShown.size(), 8u) << "one of the packets each, two of the activation";
 }
 
+TEST_F(FrameGuard, PacketsAreReadOnTheirDevicesAxes) {
+    struct CPen : CSessionPen {
+        TPenAxis GetPressureAxis() override { return {100, 1100}; }
+    };
+    Play([](CPlayer&) {
+        CPen pen;
+        pen.SetDevice({0, 90, 4});
+        const CTablet coarse(pen, true);
+        EXPECT_TRUE(coarse.GetCoordScale() == 4 && coarse.GetAltitudeMax() == 90);
+        pen.SetDevice({0, 900, 20});
+        CTablet tablet(pen, true);
+        EXPECT_TRUE(tablet.GetCoordScale() == 8 && tablet.GetPressRange() == 980);
+        // Left of the screen's edge, where pixels are rounded down too; 20 of 1000 are the threshold.
+        const auto low = *tablet.Decode({.x = -1, .uPressure = 120, .nAltitude = -600}, Window(), true);
+        const auto firm = *tablet.Decode({.x = -1, .uPressure = 121, .nAltitude = 600}, Window(), true);
+        EXPECT_TRUE(low.bLow && low.uPressure == 0 && !firm.bLow && firm.uPressure == 1);
+        EXPECT_EQ(low.pt.x, -1 - 8 * Window().GetClientOrigin().x);
+        EXPECT_TRUE(low.uAltitude == 600 && firm.uAltitude == 600);
+    });
+}
+
+TEST_F(FrameGuard, AnOperationKeepsTheCanvasAndTheLayerItBeganOn) {
+    Play([&](CPlayer&) {
+        const auto spTool = UseTool();
+        const TLayerPtr spLayer = m_spCanvas->GetRoot().GetChildren().front();
+        m_spCanvas->SelectLayer(spLayer);
+        spTool->SetState(STATE_TABLET);
+        m_spCanvas->GetRoot().AddLayer(CreateRasterLayer(m_spCanvas), -1, false);
+        m_spCanvas->SelectLayer(m_spCanvas->GetRoot().GetChildren().back());
+        EXPECT_EQ(spTool->GetLayer(), spLayer);
+        const auto spFrame = CreateCanvasFrame(CreateCanvas({50, 50}));
+        g_pMainFrame->OpenFrame(spFrame);
+        EXPECT_EQ(spTool->GetCanvas(), m_spCanvas);
+        spTool->SetState(STATE_IDLE);
+        EXPECT_EQ(spTool->GetCanvas(), spFrame->GetCanvas());
+        EXPECT_THROW(spTool->SetState(STATE_MOUSE), internal_error) << "it has no layer";
+    });
+}
+
+TEST_F(FrameGuard, WhatAToolChangedIsShownByTheNextPaint) {
+    Play([&](CPlayer&) {
+        const auto spTool = UseTool();
+        spTool->SetState(STATE_IDLE);
+        spTool->m_bHides = true;
+        Send(EMessage::MouseMove);
+        Window().Paint();
+        EXPECT_EQ(Shown(), 255);
+    });
+}
+
 TEST_F(FrameGuard, WhatACommandChangedBeforeItFailedIsShown) {
     struct CHalfDone : CHistory {
         explicit CHalfDone(TLayerPtr spLayer) : CHistory(L""), m_spLayer(std::move(spLayer)) {}
@@ -114,18 +182,14 @@ TEST_F(FrameGuard, WhatACommandChangedBeforeItFailedIsShown) {
         const TLayerPtr m_spLayer;
     };
     int nAfter = 0;
-    const auto shown = [] {
-        const CPoint pt = g_wpActiveFrame.lock()->GetView().ToWindow({40, 40});
-        return int{*Window().GetGlass().GetPixel(pt)}; // blue
-    };
     Play(
         [&](CPlayer&) {
-            EXPECT_EQ(shown(), 7);
+            EXPECT_EQ(Shown(), 7);
             const auto spLayer = m_spCanvas->GetRoot().GetChildren().front();
             m_spCanvas->GetHistory().Register(boost::make_shared<CHalfDone>(spLayer));
             SendMessage({g_pMainFrame->GetWindow(), EMessage::Command, ID_EDIT_UNDO});
         },
-        [&] { nAfter = shown(); });
+        [&] { nAfter = Shown(); });
     EXPECT_EQ(nAfter, 255);
     EXPECT_EQ(m_outside.m_vShown.size(), 1u);
 }

@@ -1,5 +1,5 @@
-#include "core/Commands/CommandIds.h"
 #include "core/CanvasFrame/LayerCommands.h"
+#include "core/Commands/CommandIds.h"
 #include "tests/support/LayerPictures.h"
 
 #include <gtest/gtest.h>
@@ -44,6 +44,12 @@ TEST_F(LayerCommands, NewLayersGoAboveTheActiveOneUnderFreeNames) {
     Select(0);
     Do(ID_LAYER_NEW_RASTER);
     EXPECT_EQ(Tree(), L"新規ラスタレイヤー 新規ラスタレイヤー (3)* 新規ラスタレイヤー (2)");
+    Do(ID_LAYER_DELETE);
+    EXPECT_EQ(Tree(), L"新規ラスタレイヤー* 新規ラスタレイヤー (2)"); // the one below
+    Do(ID_LAYER_DELETE);
+    EXPECT_EQ(Tree(), L"新規ラスタレイヤー (2)*");
+    for (int n = 0; n < 2; ++n) m_history.Undo();
+    Select(1);
     Do(ID_LAYER_NEW_SET);
     Do(ID_LAYER_NEW_RASTER); // into the set, whose names are its own
     Do(ID_LAYER_NEW_VECTOR);

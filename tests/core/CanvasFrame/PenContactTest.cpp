@@ -14,7 +14,7 @@ const std::string BRUSH = SetBrush("BrushRadius", 8) + SetBrush("BlurLevel", 100
 {"view":{"width":400,"height":400,"zoom":48,"angle":0,"flipH":false,"flipV":false,"scroll":{"x":0,"y":0}}}
 )";
 const std::string END = Wait(10) + LEAVE_UNSAVED;
-const std::string AWAY = Wait(1000); // the mouse is heard again
+const std::string AWAY = Wait(1000);                          // the mouse is heard again
 const std::string ESCAPE = ScriptLine("key", {{"down", 27}}); // which acts at once
 
 // The place at which canvas pixel (x, 75) is reported, with more words of the line.
@@ -127,6 +127,9 @@ TEST_F(PenContact, ATipThatReportsItsTouchAndItsLiftAloneDrawsADot) {
     EXPECT_EQ(Draw(Packet(30, 0) + strDot), "b");
     EXPECT_EQ(Ink(60), 255);
     EXPECT_EQ(Ink(45), 0);
+    // The mouse is heard a second after it.
+    EXPECT_EQ(Draw(strDot + Wait(999) + MarkIdle(MouseLine(20, 60)) + Wait(1)), "b");
+    EXPECT_EQ(Draw(strDot + AWAY + MouseLine(20, 60)), "bb");
     // The touch that made the window active draws nothing, however light it begins.
     const std::string strTouch = ScriptLine("pointer", {{"message", "touch"}}) + Packet(60, 2, DOWN);
     const std::string strLine = Line(64, 100, 900) + Packet(60, 0, UP);
@@ -151,6 +154,43 @@ TEST_F(PenContact, ThePenIsKnownToAnEighthOfAPixelAlsoWhereTheCursorCounts) {
                 EXPECT_EQ(Ink(60 + n), Ink((nEighths ? 60 : 59) - n)) << nMouseCoord << nEighths << n;
             EXPECT_EQ(Ink(60), 255);
         }
+    // The mouse means its pixel's centre.
+    EXPECT_EQ(Play(BRUSH + Mouse("ldown", 60) + Mouse("lup", 60) + END), "");
+    for (int n = 0; n < 7; ++n) EXPECT_EQ(Ink(60 + n), Ink(60 - n)) << n;
+    EXPECT_EQ(Ink(60), 255);
+}
+
+TEST_F(PenContact, APenThatLeftTheWindowIsOthersUntilThePointerIsBack) {
+    const std::string strStroke = Line(20, 60, 900) + Lift(64);
+    const std::string strLeft = Packet(310, 0, {{"idle", true}}) + Line(80, 120, 900) + Lift(124);
+    EXPECT_EQ(Draw(strLeft + Mouse("move", 20) + strStroke), "b");
+    EXPECT_TRUE(Ink(40) == 255 && Ink(100) == 0);
+}
+
+TEST_F(PenContact, TheHandFollowsTheDeviceThatTookHoldAlone) {
+    const std::string strSpace = ScriptLine("key", {{"down", VK_Space}});
+    const std::string strUp = ScriptLine("key", {{"up", VK_Space}});
+    const std::string strView =
+        R"({"view":{"width":400,"height":400,"zoom":192,"angle":0,"flipH":false,"flipV":false,"scroll":{"x":200,"y":150}}}
+)";
+    const auto scrolled = [](int x) {
+        return ScriptLine("expect", {{"view", {{"scroll", {{"x", x}, {"y", 150}}}}}});
+    };
+    // Meanwhile the pen's other end takes no tool; behind the release nothing is dragged.
+    const std::string strByMouse = Mouse("ldown", 60) + Line(80, 90, 900, ERASER) + Mouse("move", 30) +
+                                   scrolled(230) + Mouse("lup", 30) + Mouse("move", 90) + scrolled(230);
+    EXPECT_EQ(Draw(strView + strSpace + strByMouse + strUp + MouseLine(20, 60)), "b");
+    const std::string strByPen = Packet(60, 900, DOWN) + Packet(50, 900) + Mouse("move", 90) + scrolled(210) +
+                                 Packet(20, 900) + scrolled(240) + Packet(20, 0, UP) + Packet(80, 0) +
+                                 scrolled(240);
+    EXPECT_EQ(Draw(strView + strSpace + strByPen + strUp + AWAY + MouseLine(20, 60)), "b");
+    EXPECT_EQ(Draw(ScriptLine("key", {{"down", VK_Control}}) + MouseLine(20, 60)), "") << "no drawing press";
+    // A stroke goes on under Space, and a key that is still held arms nothing in the next window.
+    EXPECT_EQ(Draw(Line(20, 60, 900) + strSpace + Line(64, 100, 900) + strUp + Lift(104)), "b");
+    EXPECT_EQ(Ink(90), 255);
+    EXPECT_EQ(Draw(Commands({ID_VIEW_NEW}) + "{\"activate\":0}\n" + strSpace + "{\"activate\":1}\n" +
+                   strSpace + MouseLine(20, 60) + strUp),
+              "b");
 }
 
 TEST_F(PenContact, AContactThatDrewNothingDrawsNothingInTheNextWindow) {

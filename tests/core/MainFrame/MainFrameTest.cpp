@@ -78,7 +78,13 @@ TEST_F(MainFrame, ZoomingStepsThroughTheListAndCommandsWithoutEffectAreDisabled)
         EXPECT_EQ(Active().GetView().GetState(), (TViewState{768}));
         g_AppModule.GetPlatform().queue.Post({g_pMainFrame->GetWindow(), EMessage::KeyDown, 0x71}); // F2
     });
-    Step([] { EXPECT_EQ(Active().GetView().GetState().uZoom, 576); });
+    for (const auto& [nDelta, uZoom] : {std::pair{120, 576}, {-120, 768}, {-120, 576}}) {
+        Step([=] {
+            EXPECT_EQ(Active().GetView().GetState().uZoom, uZoom);
+            SendMessage({Active().GetWindow(), EMessage::MouseWheel, nDelta});
+        });
+    }
+    Step([] { EXPECT_EQ(Active().GetView().GetState().uZoom, 480); });
     Play();
 }
 

@@ -1,6 +1,7 @@
 // Colours: arithmetic, the circle, and what the panel does with the tool's.
 #include "core/Base/Text.h"
 #include "core/Panels/ColorWnd.h"
+#include "session/Glass.h"
 
 #include <gtest/gtest.h>
 
@@ -59,4 +60,25 @@ TEST(ColorCircleView, ThePartThatTheButtonWentDownInKeepsThePointer) {
     EXPECT_EQ(view.m_hsv, (THsv{180, 255, 255}));
     view.OnPointer(EMessage::LButtonUp, {900, -900});
     EXPECT_FALSE(view.OnPointer(EMessage::LButtonDown, {1, 1})); // beside the ring
+}
+
+TEST(ColorViews, ShowEachColourWhereItIsChosen) {
+    CGlass glass;
+    glass.Resize({200, 200});
+    const auto shown = [&](CPoint pt) {
+        const uint8_t* p = glass.GetPixel(pt);
+        return MakeColor(p[2], p[1], p[0]);
+    };
+    CColorCircleView circle;
+    circle.m_hsv = {90, 255, 0}; // marks in the square's lower right corner and at the ring's top
+    circle.OnPaint(glass, {{200, 200}, 0, 0, true, false});
+    for (const CPoint pt : {CPoint{60, 60}, CPoint{140, 60}, CPoint{60, 140}, CPoint{99, 120}}) {
+        circle.OnPointer(EMessage::LButtonDown, pt);
+        EXPECT_EQ(shown(pt), ColorOfHsv(circle.m_hsv)) << pt.x << " " << pt.y;
+    }
+    EXPECT_EQ(shown({104, 10}) & 0xF0F0F0u, 0xF0F0F0u);
+    CTwoColorBoxView boxes;
+    boxes.m_clrBrush = 0x123456, boxes.m_clrBack = 0x654321;
+    boxes.OnPaint(glass, {{36, 36}, 0, 0, true, false});
+    EXPECT_TRUE(shown({18, 18}) == 0x123456 && shown({30, 30}) == 0x654321);
 }

@@ -1,15 +1,16 @@
 // The panels' rules in a running session, over windows that exist only as state.
 #include "core/Panels/Panels.h"
 #include "core/AppModule/AppModule.h"
-#include "core/Commands/CommandIds.h"
 #include "core/AppModule/MessageQueue.h"
 #include "core/AppModule/PrivateMessages.h"
 #include "core/Base/Failure.h"
+#include "core/Base/Text.h"
+#include "core/Commands/CommandIds.h"
 #include "core/IniConfig/IniConfig.h"
 #include "core/MainFrame/MainFrame.h"
 #include "core/MainFrame/SessionScope.h"
-#include "core/RasterBrush/ToolOptRasterBrush.h"
 #include "core/RasterBrush/FreehandTools.h"
+#include "core/RasterBrush/ToolOptRasterBrush.h"
 #include "tests/support/LayerPictures.h"
 #include "tests/support/TestPlatform.h"
 
@@ -225,6 +226,22 @@ TEST_F(Panels, OptionsGoStraightToTheToolAndComeBack) {
               EXPECT_EQ(Tool().GetParam().CurveStrength, 5);
           }});
     EXPECT_EQ(FindOptRow({{L"a", 1}, {L"b", 2}, {L"c", 1}}, 1), 2); // from the last row on
+}
+
+TEST_F(Panels, TheFirstRowOfEveryOptionOutlivesTheProgram) {
+    const auto forEachCombo = [](const std::function<void(const TPanelControl&)>& fn) {
+        for (const int nTool : {TOOL_BRUSH, TOOL_PENCIL}) {
+            g_pMainFrame->SwitchTool(nTool);
+            g_pMainFrame->GetPanels().Refresh(WM_REFRESH_TOOL);
+            const auto vControls = Window(ID_PANEL_TOOL_OPTION).GetControls();
+            for (const TPanelControl& control : vControls)
+                if (control.bVisible && control.kind == TPanelControl::EKind::Combo) fn(control);
+        }
+    };
+    Play({[&] {
+        forEachCombo([](auto& c) { Send(ID_PANEL_TOOL_OPTION, EMessage::PanelChange, c.nId, 0); });
+    }});
+    Play({[&] { forEachCombo([](auto& c) { EXPECT_EQ(c.nValue, 0) << ToUtf8(c.strLabel); }); }});
 }
 
 TEST_F(Panels, PanesRefuseToolsOfOthersAndOutliveTheirs) {

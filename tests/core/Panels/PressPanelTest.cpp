@@ -5,6 +5,7 @@
 #include "core/PanelViews/PressCurveView.h"
 #include "core/Panels/PressMemo.h"
 #include "core/Platform/System.h"
+#include "session/Glass.h"
 #include "tests/support/MemoryFiles.h"
 
 #include <gtest/gtest.h>
@@ -69,6 +70,16 @@ TEST(PressCurveView, TheNearestHandleIsDraggedInPercentOfTheBox) {
     view.OnPointer(EMessage::LButtonDown, {52, 102});
     EXPECT_TRUE(view.OnPointer(EMessage::MouseMove, {150, 2}));
     EXPECT_EQ(view.m_handles, (TPressHandles{57, 43, 100, 0}));
+}
+
+TEST(PressCurveView, TheCurveGoesFromTheLowerLeftToTheUpperRightByItsHandles) {
+    CGlass glass;
+    glass.Resize({109, 109});
+    CPressCurveView view;
+    view.m_handles = {80, 98, 98, 80};
+    view.OnPaint(glass, {{109, 109}, 0, 0, true, false}); // a percent is a pixel, from (4, 4) on
+    // (3 * 80 + 3 * 98 + 100) / 8 is 79 on both axes.
+    for (int n = 62; n < 100; ++n) EXPECT_EQ(*glass.GetPixel({n, n}) < 0x60, n == 83) << n;
 }
 
 TEST(PressMemoView, MemosKeepTheirOrderNamesAndValues) {

@@ -127,6 +127,11 @@ TEST_F(Refresh, TheCircleOfTheBrushFollowsItsPanel) {
             if (control.strLabel == L"サイズ")
                 return SendMessage({panel.GetWindow(), EMessage::PanelChange, control.nId, 40});
     });
-    m_outside.AddStep([&](CPlayer&) { EXPECT_NEAR(reach(), 20, 1); });
+    m_outside.AddStep([&](CPlayer& player) {
+        EXPECT_NEAR(reach(), 20, 1);
+        player.GetStage().platform.queue.Post(
+            {g_wpActiveFrame.lock()->GetWindow(), EMessage::MouseMove, 0, PackPoint(400, 300)});
+    });
+    m_outside.AddStep([&](CPlayer&) { EXPECT_EQ(reach(), 100) << "it has gone with the pointer"; });
     Play();
 }

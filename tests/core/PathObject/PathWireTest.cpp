@@ -96,6 +96,11 @@ TEST(PathWire, BrokenPathsAreRefused) {
     for (size_t n = 0; n < vWhole.size(); n += 3)
         EXPECT_THROW(ReadStroke({vWhole.data(), vWhole.data() + n}), deserialize_error) << n;
     EXPECT_THROW(Read(CPathControlPoint::CHUNK_TAG, 0, {}), deserialize_error);
+    CSerializer chunk;
+    chunk.SetTag(CClosedPathStream::CHUNK_TAG, 1);
+    chunk.WriteBytes(vWhole.data(), vWhole.size());
+    CDeserializer other = OpenChunk(FileOf(chunk));
+    EXPECT_THROW(COpenPathObject().Deserialize(other), deserialize_error);
     EXPECT_THROW(Read(CClosedPathStream::CHUNK_TAG, 0, vWhole), deserialize_error);
 }
 

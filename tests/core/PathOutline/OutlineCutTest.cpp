@@ -178,6 +178,15 @@ TEST(OutlineCut, WhereAStrokeCrossesItselfOnlyOneBranchIsCut) {
     ExpectPixels(*spPath, {{30, 150, 255}, {100, 200, 255}, {120, 99, 0}, {147, 99, 0}});
 }
 
+TEST(OutlineCut, ASideThatTheLineMeetsTwiceIsCutWhereItIsMetFirst) {
+    // A tight half turn, of which a slanted line crosses the inner side's curve on its way in and out.
+    const auto spPath = MakePath({{{1235, 1127}, {47, 154}}, {{1070, 1123}, {54, -151}}}, 84);
+    for (const bool bBegin : {true, false})
+        spPath->GetStream().SetTerm(CreateOpenPathTerm(TERM_FLAT, bBegin));
+    SetCuts(*spPath, {{0}, {46480, 14}});
+    ExpectPixels(*spPath, {{128, 141, 255}, {138, 147, 0}});
+}
+
 TEST(OutlineCut, ManyCutsCostInProportion) {
     // As many cuts as anchors: when each of them looks through the whole path, four times as many of both
     // take sixteen times as long.

@@ -241,6 +241,18 @@ TEST(StrokeGround, SlantedEndsHaveNoSteps) {
     }
 }
 
+TEST(StrokeGround, SidesFollowAnInflectionWithinOneSegment) {
+    const std::vector<std::pair<std::vector<TKnot>, double>> vStrokes{
+        {{{{376, 1152}, {572, -328}, 0, 1}, {{1928, 1152}, {326, -1045}, 1, 0}}, 91},
+        {{{{547, 1152}, {848, 545}, 0, 1}, {{1757, 1152}, {950, -179}, 1, 0}}, 97}};
+    for (const auto& [vKnots, dWidth] : vStrokes) {
+        const auto spPath = MakePath(vKnots, dWidth, TERM_FLAT);
+        const CTrueStroke ground(spPath->GetStream(), PLANE);
+        const auto v = CoverageOf(*spPath);
+        for (size_t i = 0; i < v.size(); ++i) ASSERT_NEAR(v[i] / 255.0, AtPixel(ground, i), 0.25) << i;
+    }
+}
+
 TEST(StrokeGround, UnevenSegmentsKeepTheWidthsSlope) {
     // One width from end to end over segments of 4 and 140 pixels: it grows evenly along the line, not along
     // t.

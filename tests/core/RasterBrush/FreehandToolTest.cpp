@@ -15,9 +15,9 @@ TEST(FreehandTools, XAloneSwapsTheColours) {
                                     ScriptLine("pointer", {{"x", 9}, {"y", 9}});
         EXPECT_EQ(session.Play(SetBrush("BackColor", 255) + Tool(TOOL_BRUSH) + strKeys + LEAVE_UNSAVED), "");
         CIniConfig config(L"/settings/Vellumcraft/Vellumcraft.ini", session.m_files);
-        EXPECT_EQ(config.GetSection(L"BrushParam")->GetSection(L"RasterBrush")->GetInt(L"BrushColor", 0),
-                  nBrush)
-            << nHeld;
+        const auto spSection = config.GetSection(L"BrushParam")->GetSection(L"RasterBrush");
+        EXPECT_EQ(spSection->GetInt(L"BrushColor", 0), nBrush) << nHeld;
+        EXPECT_EQ(spSection->GetInt(L"BackColor", 0), 255 - nBrush) << nHeld;
     }
 }
 

@@ -62,6 +62,27 @@ TEST(RasterStroke, ThePictureKnowsNoClock) {
     }
 }
 
+TEST(RasterStroke, SprayThrowsStampsDownwardsUpToFourPixels) {
+    // The first and the last row with ink of a level line eight pixels wide.
+    const auto rows = [](uint16_t uSpray) {
+        CVirtualClock clock;
+        CStrokeRandom random(5);
+        TBrushParam param{.CurveStrength = 0, .BrushRadius = 8, .PressRadius = false};
+        param.Spray = uSpray;
+        CRasterBrushStroke stroke({.szCanvas = {300, 96}, .param = param, .clock = clock, .random = random});
+        for (int x = 200; x <= 2200; x += 400) stroke.AddCtlPoint({x, 400}, 1024, 90);
+        stroke.AddCtlPoint({0, 0}, FINAL_PRESSURE, 90);
+        EXPECT_TRUE(stroke.Update());
+        const auto v = ValuesOf(stroke.GetMain());
+        const auto isInk = [](uint16_t u) { return u > 0; };
+        const auto nFirst = std::find_if(v.begin(), v.end(), isInk) - v.begin();
+        const auto nLast = v.rend() - std::find_if(v.rbegin(), v.rend(), isInk) - 1;
+        return std::pair(nFirst / 300, nLast / 300);
+    };
+    const auto [nFirst, nLast] = rows(0);
+    EXPECT_EQ(rows(200), std::pair(nFirst, nLast + 4));
+}
+
 TEST(RasterStroke, OpacityIsALimitAndTinyStrokesAreDrawn) {
     TBrushParam param{.BrushRadius = 20, .BrushAlpha = 128, .PressRadius = false};
     const auto vLoop = DrawLoop(param, {.nPoints = 60});

@@ -155,4 +155,8 @@ TEST(Wobble, OffsetsApproachTheirTargetsAndLiftsEndThem) {
         EXPECT_NE(lst[4], lst[3]);
         EXPECT_EQ(lst[7], (TCtlPoint{0, 0, 0, 0}));
     }
+    std::vector<int32_t> vDown;
+    for (int n = 0; n < 1000; ++n) vDown.push_back(ChooseWobbleTarget(200, same).y);
+    EXPECT_LT(*std::ranges::min_element(vDown), -180);
+    EXPECT_GT(*std::ranges::max_element(vDown), 180);
 }

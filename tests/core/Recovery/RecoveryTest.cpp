@@ -1,13 +1,30 @@
 // When snapshots are taken and when they go, on a clock that moves when it is told to.
 #include "core/Recovery/Recovery.h"
+#include "core/ImageFile/ImageFile.h"
 #include "core/IniConfig/GlobalSwitches.h"
 #include "session/SessionSnapshots.h"
 #include "session/VirtualClock.h"
 #include "tests/support/LayerPictures.h"
+#include "tests/support/MemoryFiles.h"
 
 #include <gtest/gtest.h>
 
 namespace {
+
+/// Fails at will, and holds what a session before left.
+struct CLeavingSnapshots : CSessionSnapshots {
+    void Write(uint32_t uKey, TFillBytes fnFill, const TSnapshotNote& note) override {
+        ++m_nWrites;
+        if (m_bFails) throw std::bad_alloc();
+        CSessionSnapshots::Write(uKey, std::move(fnFill), note);
+    }
+    std::unique_ptr<IFileReader> Open(const std::wstring& strName) override {
+        return std::unique_ptr<IFileReader>(m_files.Open(strName));
+    }
+    int m_nWrites = 0;
+    bool m_bFails = false;
+    CMemoryFiles m_files;
+};
 
 class Recovery : public testing::Test {
 protected:
@@ -22,7 +39,7 @@ protected:
         return m_store.GetKept().size();
     }
 
-    CSessionSnapshots m_store;
+    CLeavingSnapshots m_store;
     CVirtualClock m_clock;
     CRecovery m_recovery{m_store, m_clock};
     boost::shared_ptr<CCanvasBuffer> m_spCanvas = CreateCanvas({100, 100});
@@ -42,6 +59,15 @@ TEST_F(Recovery, AChangeIsKeptAfterAMinuteUntilItIsSaved) {
     EXPECT_GT((Wait(2000), countBytes()), nBytes);
     m_spCanvas->GetHistory().SetModified(false);
     EXPECT_EQ(Wait(100), 0u);
+    Change();
+    m_store.m_bFails = true;
+    EXPECT_THROW(Wait(62000), std::bad_alloc);
+    m_store.m_bFails = false;
+    Change();
+    EXPECT_EQ(Wait(300000), 0u) << "given up";
+    m_recovery.Forget(*m_spCanvas);
+    EXPECT_EQ(Wait(62000), 1u) << "modified again";
+    m_recovery.Forget(*m_spCanvas);
     const int32_t nBefore = std::exchange(g_Switches.m_nAutoSave, 0);
     Change();
     EXPECT_EQ(Wait(300000), 0u) << "turned off";
@@ -55,6 +81,8 @@ TEST_F(Recovery, WhatIsToBeKeptNowIsKeptNow) {
     ASSERT_EQ(m_store.GetKept().size(), 1u);
     const auto bytes = [&] { return m_store.GetKept().begin()->second.strBytes; };
     const std::string strFirst = bytes();
+    EXPECT_TRUE(m_recovery.Keep(m_spCanvas));
+    EXPECT_EQ(m_store.m_nWrites, 1) << "it is there";
     m_spCanvas->GetRoot().AddLayer(CreateRasterLayer(m_spCanvas), -1);
     EXPECT_TRUE(m_recovery.Keep(m_spCanvas));
     EXPECT_TRUE(m_store.GetKept().size() == 1 && bytes().size() > strFirst.size())
@@ -82,15 +110,31 @@ TEST_F(Recovery, WhatAddsNoUndoStepIsKeptToo) {
 }
 
 TEST_F(Recovery, WorkIsNotInterruptedButNotWaitedForWithoutEnd) {
+    const auto spHolder = m_spCanvas;
+    const auto reuse = [&] { m_spCanvas.reset(spHolder.get(), [](CCanvasBuffer*) {}); };
+    reuse();
     EXPECT_EQ(Wait(110000, true), 0u);
     EXPECT_EQ(Wait(1100), 1u) << "a pause";
     m_recovery.Forget(*m_spCanvas);
     EXPECT_EQ(Wait(119000, true), 0u);
     EXPECT_EQ(Wait(2000, true), 1u);
-    m_spCanvas = CreateCanvas({50, 50}); // an exception ended the other: it stays
+    reuse(); // an exception ended the document, and another one lives at its address: what it left stays
     Change();
     m_spCanvas->GetHistory().SetCancelHandler([] { return true; });
     EXPECT_EQ(Wait(300000), 1u) << "half an operation";
     m_spCanvas->GetHistory().SetCancelHandler({});
     EXPECT_EQ(Wait(100), 2u);
+}
+
+TEST_F(Recovery, WhatIsRestoredIsModifiedUnderItsNamesAndWrittenOnlyOnceChanged) {
+    SaveDocument(*m_spCanvas, L"left", m_store.m_files);
+    for (const bool bHasFile : {false, true}) {
+        m_spCanvas = m_recovery.Restore({L"left", {L"/a.vlm", L"題", {}}, bHasFile});
+        EXPECT_EQ(m_spCanvas->GetPath(), bHasFile ? L"/a.vlm" : L"");
+        EXPECT_EQ(m_spCanvas->GetTitle(), L"題");
+        EXPECT_TRUE(m_spCanvas->GetHistory().IsModified());
+        EXPECT_EQ(Wait(62000), bHasFile);
+        Change();
+        EXPECT_EQ(Wait(62000), bHasFile + 1u);
+    }
 }
