@@ -8,6 +8,7 @@
 #include "core/MainFrame/MainFrame.h"
 #include "core/MainFrame/SessionScope.h"
 #include "core/RasterBrush/FreehandTools.h"
+#include "core/RasterStroke/RasterBrushStroke.h"
 #include "core/Tools/PenContact.h"
 #include "session/SessionPen.h"
 #include "tests/support/TestPlatform.h"
@@ -23,11 +24,7 @@ struct CFailingTool : CTools {
     explicit CFailingTool(const TToolOutside& outside) : CTools(outside) { m_state = STATE_TABLET; }
     static bool Fail() { throw std::bad_alloc(); }
     using CTools::OnMouseMove;
-    bool OnMouseMove(int32_t, int32_t, uint32_t, uint32_t) override {
-        if (!m_bHides) return Fail();
-        GetCanvas()->GetRoot().GetChildren().front()->SetVisible(false);
-        return true;
-    }
+    bool OnMouseMove(int32_t, int32_t, uint32_t, uint32_t) override { return m_fnMove ? m_fnMove() : Fail(); }
     bool OnProximityLeave() override { return Fail(); }
     bool OnProximityEnter() override { return Fail(); }
     bool OnMouseLeave() override { return Fail(); }
@@ -40,7 +37,7 @@ struct CFailingTool : CTools {
     bool IsEnabled() const override { return true; }
     ECursor GetCursor(CPoint) const override { return m_cursor; }
     ECursor m_cursor = ECursor::Arrow;
-    bool m_bHides = false; ///< instead of failing it hides the lowest layer
+    std::function<bool()> m_fnMove; ///< done instead of failing
     using CTools::GetCanvas;
     using CTools::GetLayer;
 };
@@ -164,10 +161,27 @@ TEST_F(FrameGuard, WhatAToolChangedIsShownByTheNextPaint) {
     Play([&](CPlayer&) {
         const auto spTool = UseTool();
         spTool->SetState(STATE_IDLE);
-        spTool->m_bHides = true;
-        Send(EMessage::MouseMove);
-        Window().Paint();
-        EXPECT_EQ(Shown(), 255);
+        const auto spLayer =
+            boost::dynamic_pointer_cast<CRasterLayerBuffer>(m_spCanvas->GetRoot().GetChildren().front());
+        const auto moved = [&](const std::function<bool()>& fn) {
+            spTool->m_fnMove = fn;
+            Send(EMessage::MouseMove);
+            Window().Paint();
+            return Shown();
+        };
+        // What a stroke that waited has drawn meanwhile is shown too.
+        const TStrokeSetup setup{.szCanvas = {100, 100},
+                                 .color = 0xC80000,
+                                 .param = {.BrushRadius = 20},
+                                 .clock = g_AppModule.GetPlatform().clock,
+                                 .random = m_random};
+        const auto spStroke = boost::make_shared<CRasterBrushStroke>(setup);
+        for (const int x : {160, 320, 480}) spStroke->AddCtlPoint({x, 320}, 1024, 90);
+        spStroke->AddCtlPoint({0, 0}, FINAL_PRESSURE, 90);
+        spLayer->SetStroke(spStroke);
+        spLayer->QueueStroke();
+        EXPECT_NEAR(moved([] { return false; }), 0xC8, 1);
+        EXPECT_EQ(moved([&] { return spLayer->SetVisible(false), true; }), 255);
     });
 }
 

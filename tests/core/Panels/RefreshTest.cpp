@@ -4,6 +4,7 @@
 #include "core/LayerBuffer/RasterLayerBuffer.h"
 #include "core/MainFrame/MainFrame.h"
 #include "core/MainFrame/SessionScope.h"
+#include "core/Platform/System.h"
 #include "core/RasterBrush/FreehandTools.h"
 #include "session/SessionCanvasWindow.h"
 #include "session/SessionMainWindow.h"
@@ -127,11 +128,13 @@ TEST_F(Refresh, TheCircleOfTheBrushFollowsItsPanel) {
             if (control.strLabel == L"サイズ")
                 return SendMessage({panel.GetWindow(), EMessage::PanelChange, control.nId, 40});
     });
-    m_outside.AddStep([&](CPlayer& player) {
-        EXPECT_NEAR(reach(), 20, 1);
-        player.GetStage().platform.queue.Post(
-            {g_wpActiveFrame.lock()->GetWindow(), EMessage::MouseMove, 0, PackPoint(400, 300)});
-    });
-    m_outside.AddStep([&](CPlayer&) { EXPECT_EQ(reach(), 100) << "it has gone with the pointer"; });
+    // It goes with the pointer, unless the hand holds the picture.
+    for (const EMessage key : {EMessage::KeyDown, EMessage::KeyUp})
+        m_outside.AddStep([=](CPlayer& player) {
+            EXPECT_NEAR(reach(), 20, 1);
+            for (const EMessage id : {key, EMessage::MouseLeave})
+                player.GetStage().platform.queue.Post({g_wpActiveFrame.lock()->GetWindow(), id, VK_Space});
+        });
+    m_outside.AddStep([=](CPlayer&) { EXPECT_EQ(reach(), 100); });
     Play();
 }

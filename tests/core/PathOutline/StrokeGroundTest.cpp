@@ -111,6 +111,13 @@ TEST(StrokeGround, TightHooksAreFullWithoutSpecks) {
         for (const EPathTerm type : {TERM_SHARP, TERM_ROUND, TERM_FLAT})
             EXPECT_TRUE(FindEnclosed(CoverageOf(*MakeHook(random, 24 + 5 * n, type))).empty())
                 << n << " " << type;
+    // No half of a fold reaches over the hook's mouth.
+    const auto v = CoverageOf(*MakePath({{{1214, 1343}, {-39, -14}, 0, 1},
+                                         {{1098, 1302}, {-39, -14}, 1, 2.46},
+                                         {{1017, 1067}, {22, -35}, 2.46, 1},
+                                         {{1082, 963}, {22, -35}, 1, 0}},
+                                        224, TERM_SHARP));
+    EXPECT_EQ(v[153 * 288 + 154], 0);
 }
 
 TEST(StrokeGround, SlantedEndsOfTightHooksAreFull) {
