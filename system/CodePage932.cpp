@@ -4,7 +4,7 @@
 
 namespace {
 
-// The C library's converter from wide characters, closed with its owner.
+// Owns the C library's converter from wide characters.
 class CConverter {
 public:
     CConverter() : m_converter(iconv_open("CP932", "WCHAR_T")) {}
@@ -14,7 +14,7 @@ public:
     CConverter(const CConverter&) = delete;
     CConverter& operator=(const CConverter&) = delete;
 
-    /// One character, empty when the code page lacks it or the machine the table.
+    /// Encodes one character; empty when the code page lacks it or the machine has no table.
     std::string Encode(wchar_t ch) {
         if (ch >= 0 && ch < 0x80) return {static_cast<char>(ch)};
         char bytes[4];

@@ -24,7 +24,7 @@ QImage MakeIndexed(const QImage& image, const QList<QRgb>& lstColors) {
 
 const QRgb* Row(const QImage& image, int y) { return reinterpret_cast<const QRgb*>(image.constScanLine(y)); }
 
-// Null when there are more colours than an index can tell.
+// Null when there are more than 256 colours.
 QImage KeepColors(const QImage& image) {
     std::unordered_map<QRgb, uint8_t> mapIndex;
     QList<QRgb> lstColors;
@@ -77,7 +77,7 @@ std::vector<TCell> CountCells(const QImage& image) {
     return vCells;
 }
 
-// A run of cells, and how much it wants to be split: its longest side times its pixels.
+// A run of cells, and its priority for splitting: its longest side times its pixels.
 struct TBox {
     size_t nBegin = 0;
     size_t nEnd = 0;
@@ -103,7 +103,7 @@ TBox MakeBox(const std::vector<TCell>& vCells, size_t nBegin, size_t nEnd) {
     return box;
 }
 
-// Cuts a box in two of about as many pixels, at least one cell each.
+// Splits a box into two with about the same number of pixels, at least one cell each.
 size_t CutBox(std::vector<TCell>& vCells, const TBox& box) {
     const auto itBegin = vCells.begin() + static_cast<ptrdiff_t>(box.nBegin);
     const auto itEnd = vCells.begin() + static_cast<ptrdiff_t>(box.nEnd);
@@ -141,7 +141,7 @@ QList<QRgb> ChooseColors(const QImage& image) {
     return lstColors;
 }
 
-// The palette's nearest colour, remembered for colours asked for lately.
+// Finds the palette's nearest colour; caches recent results.
 class CNearest {
 public:
     explicit CNearest(const QList<QRgb>& lstColors) : m_vMemory(size_t{1} << 15) {
@@ -158,7 +158,7 @@ public:
 
 private:
     struct TMemory {
-        uint32_t uKey = 0; // no opaque colour
+        uint32_t uKey = 0; // not an opaque colour
         int nIndex = 0;
     };
 
@@ -189,7 +189,7 @@ QImage QuantizeColors(const QImage& image) {
     imageIndexed = MakeIndexed(image, lstColors);
     CNearest nearest(lstColors);
     const int nWidth = image.width();
-    // What is left over for this row and the next, in sixteenths, with a margin of one pixel on both sides.
+    // The errors for this row and the next, in sixteenths, with a margin of one pixel on both sides.
     std::vector<TChannels> vRest(static_cast<size_t>(nWidth) + 2);
     std::vector<TChannels> vRestNext(vRest.size());
     for (int y = 0; y < image.height(); ++y) {

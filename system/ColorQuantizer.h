@@ -1,8 +1,8 @@
-// From any number of colours to 256.
+// Reduction of a picture's colours to at most 256.
 #pragma once
 
 #include <QImage>
 
-/// An indexed picture of an opaque Format_RGB32 one. Up to 256 colours are kept exactly; more are reduced by
-/// median cut and the rest spread by error diffusion. Throws std::bad_alloc.
+/// Returns an indexed copy of an opaque Format_RGB32 picture. Up to 256 colours are kept exactly; more are
+/// reduced by median cut with error diffusion. Throws std::bad_alloc.
 QImage QuantizeColors(const QImage& image);

@@ -1,4 +1,4 @@
-// Maps the system's error numbers to the failures that a user is told.
+// Maps the system's error numbers to the failures that are reported to the user.
 #pragma once
 
 #include "core/Base/FileFailure.h"
@@ -6,5 +6,5 @@
 /// `nError` is an errno value of an operation that reads a file.
 EFileFailure ReadFailure(int nError);
 
-/// The same for one that writes, in a folder that has room for no new file when a right is missing.
+/// The same for an operation that writes; a missing right then means that the folder takes no new file.
 EFileFailure WriteFailure(int nError);

@@ -17,7 +17,7 @@ CFileLock::CFileLock(const std::string& strPath, std::chrono::milliseconds msWai
 
 CFileLock::~CFileLock() {
     if (m_fd < 0) return;
-    // Removed while still held: whoever waits on this file sees that it is no longer the one of that name.
+    // Removed while still locked: a thread or process that waits for this file finds that its name is gone.
     unlink(m_strLockPath.c_str());
     close(m_fd);
 }

@@ -10,7 +10,7 @@
 /// system drops the lock of a process that dies.
 class CFileLock : boost::noncopyable {
 public:
-    /// Tries for `msWait` at most, not at all where the lock file cannot be made.
+    /// Waits for `msWait` at most; does not wait where the lock file cannot be created.
     CFileLock(const std::string& strPath, std::chrono::milliseconds msWait);
     ~CFileLock();
     bool IsLocked() const { return m_fd >= 0; }

@@ -23,7 +23,7 @@ constexpr size_t LIST_HEADER = 4;
 constexpr size_t LIST_ENTRY = 8;
 constexpr char TAG_OWNING_GROUP = 4;
 
-// Belongs to the old bytes (signatures), or is no attribute to be copied.
+// True for an attribute that is about the old bytes (a signature) or must not be copied.
 bool IsLeftBehind(std::string_view strName) {
     return strName == ACCESS_LIST || strName == "security.ima" || strName == "security.evm" ||
            strName == "security.capability";
@@ -74,7 +74,7 @@ void TakeRightsOfOwningGroup(std::string& strList) {
 bool KeepRights(const fs::path& path, const struct stat& status, int fdNew) {
     struct stat statNew {};
     if (fstat(fdNew, &statNew) != 0) return false;
-    // While the file is the user's own and writable.
+    // Attributes come first, while the file is still the user's own and writable.
     if (!CopyAttributes(path, fdNew)) return false;
     const bool bBoth = (statNew.st_uid == status.st_uid && statNew.st_gid == status.st_gid) ||
                        fchown(fdNew, status.st_uid, status.st_gid) == 0;
@@ -86,13 +86,13 @@ bool KeepRights(const fs::path& path, const struct stat& status, int fdNew) {
     if (!bGroup) mode &= ~static_cast<mode_t>(S_ISGID | S_IRWXG);
     auto strList = ReadAttribute(path, ACCESS_LIST);
     if (!strList) {
-        // The folder may have given it one.
+        // The folder may have set a default list.
         fremovexattr(fdNew, ACCESS_LIST);
         fchmod(fdNew, mode);
         return true;
     }
     if (!bGroup) TakeRightsOfOwningGroup(*strList);
-    // With a list the group's bits are its mask: they come with it, and nobody gets them if it cannot be set.
+    // With a list the group's bits are its mask: only the list sets them.
     fchmod(fdNew, mode & ~static_cast<mode_t>(S_IRWXG));
     WriteAttribute(fdNew, ACCESS_LIST, *strList);
     return true;

@@ -5,8 +5,7 @@
 
 struct stat;
 
-/// Gives the open file `fdNew`, of the process's own user, all that `path` has, of which `status` is known,
-/// as far as the user may. The group is kept alone where owner and group cannot; where not even that, its
-/// rights are dropped rather than given to another group. False, with errno, when the disk has no room for
-/// the attributes.
+/// Copies the metadata of `path`, whose `status` is known, to the open file `fdNew` of the process's own
+/// user, as far as the user may. If owner and group cannot be kept, keeps the group alone; if that fails
+/// too, drops the group's rights. Returns false, with errno, when the disk has no room for the attributes.
 bool KeepRights(const std::filesystem::path& path, const struct stat& status, int fdNew);

@@ -22,7 +22,7 @@ namespace fs = std::filesystem;
 constexpr std::chrono::milliseconds LOCK_WAIT{5000};
 constexpr int MAX_LINKS = 40;
 
-// The file that a path means: links are followed to their end, which need not exist.
+// Follows links to the file that a path means; the file need not exist.
 fs::path ResolveLinks(fs::path path) {
     std::error_code error;
     for (int i = 0; i < MAX_LINKS && fs::is_symlink(fs::symlink_status(path, error)); ++i) {
@@ -33,7 +33,7 @@ fs::path ResolveLinks(fs::path path) {
     return path;
 }
 
-// A plain file and what is known of it; negative when it cannot be opened.
+// Opens a plain file and reads its status; negative when it cannot be opened.
 CDescriptor OpenPlain(const fs::path& path, struct stat& status) {
     // Opening a pipe would wait for its other end.
     CDescriptor fd(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
@@ -64,13 +64,13 @@ private:
     const uint64_t m_uSize;
 };
 
-// 0, or the error number.
+// Returns 0 or the error number.
 int ReadWhole(const fs::path& path, std::string& strBytes) {
     strBytes.clear();
     struct stat status {};
     const CDescriptor fd = OpenPlain(path, status);
     if (fd < 0) return errno;
-    // The size is a hint only, the file may be growing; one byte more shows its end.
+    // The size is only a hint, because the file may be growing; one byte more detects its end.
     size_t nDone = 0;
     strBytes.resize(static_cast<size_t>(status.st_size) + 1);
     for (;;) {
@@ -85,7 +85,7 @@ int ReadWhole(const fs::path& path, std::string& strBytes) {
     return 0;
 }
 
-// The folder takes no new file, or gives no file's name to another.
+// True when the folder does not allow a new file or a rename.
 bool IsFolderClosed(int nError) {
     return nError == EACCES || nError == EPERM || nError == EROFS || nError == EBUSY;
 }

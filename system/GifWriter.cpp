@@ -26,7 +26,7 @@ struct TFreeMap {
 };
 
 std::unique_ptr<ColorMapObject, TFreeMap> MakeColorMap(const QList<QRgb>& lstColors) {
-    // The table's length is a power of two.
+    // The length of the colour table is a power of two.
     const auto nColors = std::bit_ceil(std::max<unsigned>(static_cast<unsigned>(lstColors.size()), 2));
     std::unique_ptr<ColorMapObject, TFreeMap> pMap(GifMakeMapObject(static_cast<int>(nColors), nullptr));
     if (!pMap) return nullptr;
@@ -42,7 +42,7 @@ bool PutPicture(GifFileType* pGif, const QImage& image, const ColorMapObject* pM
     if (EGifPutScreenDesc(pGif, nWidth, image.height(), 8, 0, pMap) != GIF_OK ||
         EGifPutImageDesc(pGif, 0, 0, nWidth, image.height(), false, nullptr) != GIF_OK)
         return false;
-    std::vector<GifPixelType> vRow(static_cast<size_t>(nWidth)); // the library writes into what it is given
+    std::vector<GifPixelType> vRow(static_cast<size_t>(nWidth)); // the library overwrites the row
     for (int y = 0; y < image.height(); ++y) {
         std::copy_n(image.constScanLine(y), nWidth, vRow.data());
         if (EGifPutLine(pGif, vRow.data(), nWidth) != GIF_OK) return false;

@@ -1,4 +1,4 @@
-// GIF, which Qt only reads.
+// GIF encoder; Qt can only read GIF.
 #pragma once
 
 #include <QImage>

@@ -52,8 +52,8 @@ EPictureKind KindOfName(const std::wstring& strPath) {
     return EPictureKind::Unknown;
 }
 
-// Lets Qt take the memory that the largest picture needs while it is still 16 bits a channel. The limit holds
-// for the whole process, so it is put back.
+// Raises Qt's allocation limit so that the largest picture fits while it has 16 bits a channel. The limit
+// is global to the process, so it is restored.
 class CAllocationLimit {
 public:
     CAllocationLimit() : m_nOld(QImageReader::allocationLimit()) {
@@ -78,7 +78,7 @@ bool CanWrite(EPictureKind kind) {
 
 struct TDecoded {
     QImage image;         ///< null when it could not be decoded
-    EFileFailure failure; ///< means nothing for a picture
+    EFileFailure failure; ///< undefined when there is a picture
 };
 
 TDecoded Decode(const std::string& strFile) {
@@ -99,7 +99,7 @@ TDecoded Decode(const std::string& strFile) {
     return {reader.read(&image) ? image : QImage(), EFileFailure::DamagedPicture};
 }
 
-// An opaque picture on white; null when there is no memory.
+// Draws an opaque picture on white; null when there is no memory.
 QImage Flatten(const QImage& image) {
     QImage imageFlat(image.size(), QImage::Format_RGB32);
     if (imageFlat.isNull()) return {};
@@ -117,7 +117,7 @@ QImage Flatten(const QImage& image) {
     return imageFlat;
 }
 
-// Alpha that says nothing is left out: a picture that came without goes back without. Shares the pixels.
+// Drops an alpha channel that is opaque everywhere, so that it is not saved. Shares the pixels.
 QImage WithoutIdleAlpha(const QImage& image) {
     const auto isOpaque = [](QRgb pixel) { return qAlpha(pixel) == 255; };
     for (int y = 0; y < image.height(); ++y) {
@@ -145,7 +145,7 @@ std::optional<std::string> Encode(const QImage& image, EPictureKind kind) {
 TLoadedPicture MakeBitmap(TDecoded decoded) {
     if (decoded.image.isNull()) return decoded.failure;
     auto spBitmap = boost::make_shared<CQtBitmap>(std::move(decoded.image));
-    // It has taken the picture into its own form, if there was memory for that.
+    // The bitmap has converted the picture to its own format, if there was memory for that.
     if (spBitmap->GetImage().isNull()) return EFileFailure::NoMemory;
     return boost::shared_ptr<IBitmap>(spBitmap);
 }

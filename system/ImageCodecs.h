@@ -5,20 +5,20 @@
 
 class IFileStore;
 
-/// Needs no QCoreApplication: the plug-ins are found where Qt was installed, or in $QT_PLUGIN_PATH. No colour
-/// management takes place, on reading or on writing. Nothing throws.
+/// Needs no QCoreApplication: the plug-ins are found where Qt was installed, or in $QT_PLUGIN_PATH. Colours
+/// are not converted, on reading or on writing. Nothing throws.
 class CImageCodecs : public IImageCodecs {
 public:
     /// Files are read and written through `files`, which outlives the codecs.
     explicit CImageCodecs(IFileStore& files) : m_files(files) {}
 
-    /// Loads the plug-ins; 0 when one of the five kinds is missing.
+    /// Loads the plug-ins. Returns 0 when one of the five formats is missing.
     uintptr_t Startup() override;
     void Shutdown(uintptr_t) override {}
-    /// Null also when a side is over MAX_IMAGE_SIDE.
+    /// Also returns null when a side is over MAX_IMAGE_SIDE.
     boost::shared_ptr<IBitmap> CreateBitmap(CSize sz) override;
-    /// PNG, JPEG, BMP, GIF (its first picture) and TIFF (its first page), told by their content. The
-    /// orientation that a camera noted is applied. The size is checked before memory is taken.
+    /// PNG, JPEG, BMP, GIF (its first picture) and TIFF (its first page), recognised by content. Applies
+    /// the camera's orientation. Checks the size before it allocates memory.
     TLoadedPicture Load(const std::wstring& strPath) override;
     TLoadedPicture LoadResource(std::string_view strBytes) override;
     /// PNG of 32 bits, of 24 when nothing is transparent; JPEG of quality 95, BMP of 24 bits, TIFF with LZW,

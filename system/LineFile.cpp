@@ -26,7 +26,7 @@ bool CLineFile::Write(std::string_view strLine) {
         const ssize_t n = write(m_nFile, strLine.data(), strLine.size());
         if (n < 0 && errno == EINTR) continue;
         if (n <= 0) {
-            // The line is not whole: take back what there is of it.
+            // The line is incomplete: remove what has been written of it.
             [[maybe_unused]] const bool bBack = nBefore >= 0 && ftruncate(m_nFile, nBefore) == 0;
             return false;
         }

@@ -8,17 +8,17 @@
 #include <filesystem>
 #include <string_view>
 
-/// What was written is in the file whatever becomes of this process.
+/// Written lines stay in the file even if this process crashes.
 class CLineFile : boost::noncopyable {
 public:
-    /// Begins the file anew; the old one stays beside it under its name with "~" behind.
+    /// Starts a new file; the old one is renamed to its name with "~" appended.
     explicit CLineFile(const std::filesystem::path& path);
     ~CLineFile();
 
     bool IsOpen() const { return m_nFile >= 0; }
-    /// Why it is not open; means nothing for an open file.
+    /// The reason why it is not open; undefined for an open file.
     EFileFailure GetFailure() const { return m_failure; }
-    /// Adds a line with its line end. False when it cannot be written, then it is not there in part either.
+    /// Adds a line with its line end. When it cannot be written, returns false and leaves no part of it.
     bool Write(std::string_view strLine);
 
 private:

@@ -1,4 +1,4 @@
-// Where the user keeps application data.
+// Folders for application data.
 #pragma once
 
 #include "core/Platform/Files.h"
@@ -6,9 +6,9 @@
 /// The environment is read at each call.
 class CLocations : public ILocations {
 public:
-    /// $XDG_CONFIG_HOME when it is an absolute path, else ".config" in $HOME, else in the home folder that
-    /// the user database knows.
+    /// $XDG_CONFIG_HOME when it is an absolute path, else ".config" in $HOME, else in the home folder of
+    /// the user database.
     std::wstring GetAppData() override;
-    /// Makes the folders above it too; new ones are the user's alone.
+    /// Creates missing parent folders too; only the user has access to new ones.
     void MakeFolder(const std::wstring& strPath) override;
 };

@@ -8,7 +8,7 @@
 
 namespace {
 
-// "/usr/lib/libfoo.so.1.2" as "foo".
+// Returns "foo" for "/usr/lib/libfoo.so.1.2".
 std::string_view StemOf(std::string_view strName) {
     strName.remove_prefix(strName.rfind('/') + 1); // npos + 1 is 0
     for (size_t n = strName.find(".so"); n != std::string_view::npos; n = strName.find(".so", n + 1)) {

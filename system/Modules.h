@@ -1,4 +1,4 @@
-// What is loaded in this process.
+// Lookup of the modules that are loaded in this process.
 #pragma once
 
 #include "core/Platform/Files.h"
@@ -7,6 +7,6 @@
 class CModules : public IModules {
 public:
     TModuleInfo GetProgram() override;
-    /// Names are compared without regard to case, to a "lib" before and ".so" with version numbers behind.
+    /// Ignores case, a leading "lib" and a trailing ".so" with version numbers.
     TModuleInfo GetLibrary(const std::wstring& strName) override;
 };

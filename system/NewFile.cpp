@@ -12,11 +12,11 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr int TRIES = 100;
-/// Bytes of the other's name that the new one keeps. With what is added it fits wherever a name does.
+/// Bytes of the old name that the new name keeps, few enough for the limit of every file system.
 constexpr size_t KEPT_BYTES = 40;
 constexpr size_t RANDOM_LETTERS = 6;
 
-// The beginning of a name, cut in front of a character of UTF-8.
+// The start of a name, not cut inside a UTF-8 character.
 std::string BeginningOf(const std::string& strName) {
     size_t n = KEPT_BYTES;
     if (strName.size() <= n) return strName;
@@ -32,7 +32,7 @@ fs::path NewNameFor(const fs::path& path) {
     return path.parent_path() / strName;
 }
 
-// Makes a rename last through a power failure.
+// Syncs the folder, so that a rename survives a power failure.
 void SyncFolder(const fs::path& path) {
     const CDescriptor fd(open(path.empty() ? "." : path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (fd >= 0) fsync(fd);

@@ -1,4 +1,4 @@
-// A file on its way to take another's place.
+// A new file that replaces another one when it is complete.
 #pragma once
 
 #include "system/Descriptor.h"
@@ -8,21 +8,20 @@
 
 #include <sys/types.h>
 
-/// Lies beside the file that it is to replace, under a short name of its own, and is removed unless it took
-/// the other's place.
+/// Lies beside the file to be replaced, under a short name of its own. Removed unless it replaced it.
 class CNewFile : boost::noncopyable {
 public:
-    /// Makes the file, with rights that the process's mask and the folder may lessen.
+    /// Creates the file; the process's mask and the folder may reduce the rights `mode`.
     CNewFile(const std::filesystem::path& path, mode_t mode);
     ~CNewFile();
 
     bool IsOpen() const { return m_fd >= 0; }
     int GetHandle() const { return m_fd; }
-    /// Writes at the end; false when not all of it could be.
+    /// Appends the bytes. Returns false when not all of them could be written.
     bool Write(std::string_view strBytes);
     /// Flushes the file to the disk and renames it over the other.
     bool TakePlace();
-    /// The error number of the first failure, 0 for none.
+    /// The errno value of the first failure, 0 for none.
     int GetError() const { return m_nError; }
 
 private:

@@ -15,7 +15,7 @@ namespace {
 constexpr std::string_view MAGIC = "VLMZ";
 constexpr size_t BLOCK = 1 << 20;
 constexpr size_t BLOCK_HEADER = 8;
-/// Tiles are runs of few values: the levels above take longer and gain little.
+/// Tiles are runs of few values: higher levels are slower and gain little.
 constexpr int LEVEL = Z_BEST_SPEED;
 
 void StoreBig32(char* p, size_t n) {
@@ -26,7 +26,7 @@ uint32_t LoadBig32(const uint8_t* p) {
     return uint32_t{p[0]} << 24 | uint32_t{p[1]} << 16 | uint32_t{p[2]} << 8 | p[3];
 }
 
-// Gathers bytes and hands them on packed, block by block.
+// Collects bytes and passes them on compressed, block by block.
 class CPacker : boost::noncopyable {
 public:
     explicit CPacker(const TWriteBytes& fnWrite) : m_fnWrite(fnWrite) {
@@ -63,7 +63,7 @@ private:
 class CPackedReader : public IFileReader {
 public:
     explicit CPackedReader(std::unique_ptr<IFileReader> upFile) : m_upFile(std::move(upFile)) {}
-    // False when the file cannot be read.
+    // Returns false when the file cannot be read.
     bool ListBlocks();
 
     uint64_t GetSize() const override { return m_uSize; }
@@ -83,7 +83,7 @@ public:
 
 private:
     struct TBlock {
-        uint64_t uAt; ///< of its packed bytes in the file
+        uint64_t uAt; ///< position of its packed bytes in the file
         uint32_t uPacked;
         uint32_t uLength;
     };
@@ -93,7 +93,7 @@ private:
     const std::unique_ptr<IFileReader> m_upFile;
     std::vector<TBlock> m_vBlocks;
     uint64_t m_uSize = 0;
-    size_t m_idxLoaded = SIZE_MAX; ///< the block whose bytes are m_vBytes
+    size_t m_idxLoaded = SIZE_MAX; ///< index of the block in m_vBytes
     std::vector<uint8_t> m_vBytes, m_vPacked;
 };
 
@@ -106,7 +106,7 @@ bool CPackedReader::ListBlocks() {
         const uint32_t uLength = LoadBig32(aHeader.data());
         const uint32_t uPacked = LoadBig32(aHeader.data() + 4);
         if (uLength == 0) return true;
-        // Only the last block is shorter; a place in the bytes then tells its block.
+        // Only the last block may be shorter, so that a position determines its block.
         if (uLength > BLOCK || m_uSize % BLOCK != 0 || uPacked > compressBound(BLOCK) ||
             uPacked > m_upFile->GetSize() - uAt)
             throw deserialize_error();

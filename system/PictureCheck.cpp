@@ -8,7 +8,7 @@ namespace {
 
 using namespace std::string_view_literals;
 
-// Reads numbers at any place of the file; reading past the end gives 0 and shows in `bPast`.
+// Reads numbers at any position of the file; reading past the end returns 0 and sets `bPast`.
 struct TBytes {
     std::string_view str;
     bool bBigEndian = false;
@@ -60,7 +60,7 @@ bool IsWholeJpeg(std::string_view strFile) {
     return false;
 }
 
-// Moves behind a chain of data sub-blocks.
+// Skips a chain of data sub-blocks.
 void SkipGifBlocks(TBytes& bytes, uint64_t& nAt) {
     while (const uint64_t cbBlock = bytes.Number(nAt++, 1)) nAt += cbBlock;
 }
@@ -89,7 +89,7 @@ bool IsWholeGif(std::string_view strFile) {
     return false;
 }
 
-// Follows run-length codes until the picture's end is told or every row was ended.
+// Follows run-length codes until the end-of-bitmap code or the end of the last row.
 bool IsWholeRunLengthBmp(TBytes& bytes, uint64_t nAt, uint64_t nRows, bool bFourBits) {
     for (uint64_t nRow = 0; nRow < nRows; nAt += 2) {
         const uint64_t uCount = bytes.Number(nAt, 1);
@@ -127,10 +127,10 @@ bool IsWholeBmp(std::string_view strFile) {
     return bytes.Holds(nData, (nWidth * nBits + 31) / 32 * 4 * nRows);
 }
 
-// Looks at the directory only: a page whose pixels are cut short is refused by the decoder, but not one that
-// lost its last tags.
+// Checks the directory only: the decoder rejects a page with truncated pixels, but not one that lost its
+// last tags.
 bool IsWholeTiff(std::string_view strFile) {
-    // Bytes a value by its type, unknown types as single bytes.
+    // Bytes per value by type; unknown types count as single bytes.
     constexpr uint64_t SIZES[] = {1, 1, 1, 2, 4, 8, 1, 1, 2, 4, 8, 4, 8, 4, 1, 1, 8, 8, 8};
     TBytes bytes{strFile, strFile.starts_with('M')};
     const bool bBig = bytes.Number(2, 2) == 43;
@@ -147,7 +147,7 @@ bool IsWholeTiff(std::string_view strFile) {
         if (!bytes.Holds(bytes.Number(nAt + 4 + static_cast<uint64_t>(cbOffset), cbOffset), nCount * cbValue))
             return false;
     }
-    bytes.Number(nAt, cbOffset); // where the next page is
+    bytes.Number(nAt, cbOffset); // offset of the next page
     return !bytes.bPast;
 }
 

@@ -1,14 +1,14 @@
-// Is a picture file all there? The decoders give a picture with a missing part for a file that was cut short;
-// here the file's own structure is followed to its end instead.
+// Detects truncated picture files. The decoders return an incomplete picture for such a file, so the file's
+// own structure is followed to its end here.
 #pragma once
 
 #include <string_view>
 
 enum class EPictureKind { Unknown, Png, Jpeg, Bmp, Gif, Tiff };
 
-/// The kind by the file's first bytes.
+/// The file format, recognised by the first bytes.
 EPictureKind KindOfPicture(std::string_view strFile);
 
-/// True when the parts that the file's structure announces lie inside the file, but for those that the
-/// decoders look after themselves. Says nothing of what the parts hold. False for an unknown kind.
+/// True when all parts announced by the file's structure lie inside the file, except those that the
+/// decoders check themselves. Does not check the parts' content. False for an unknown format.
 bool IsWholePicture(std::string_view strFile, EPictureKind kind);

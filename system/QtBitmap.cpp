@@ -11,7 +11,7 @@ static_assert(std::endian::native == std::endian::little, "Format_ARGB32 must li
 
 CQtBitmap::CQtBitmap(QImage image) : m_image(std::move(image)) {
     m_image.convertTo(QImage::Format_ARGB32);
-    m_image.setColorSpace({}); // numbers are taken as they stand
+    m_image.setColorSpace({}); // colour values are not converted
 }
 
 bool CQtBitmap::GetWidth(int32_t& nWidth) {
@@ -27,7 +27,7 @@ bool CQtBitmap::GetHeight(int32_t& nHeight) {
 bool CQtBitmap::LockBits(const CRect& rc, ELockMode mode, TLockedBits& bits) {
     const CRect rcImage(0, 0, m_image.width(), m_image.height());
     if (m_bLocked || rc.IsEmpty() || rc.Intersect(rcImage) != rc) return false;
-    // Reading must not make a copy of a picture that is shared; the writer gets one of its own.
+    // Reading must not copy a picture that is shared; a writer gets a copy of its own.
     uint8_t* pBits = mode == ELockMode::Write ? m_image.bits() : const_cast<uint8_t*>(m_image.constBits());
     if (!pBits) return false;
     bits.nStride = static_cast<int>(m_image.bytesPerLine());
@@ -68,7 +68,7 @@ boost::shared_ptr<IBitmap> MakeBitmap(const QImage& image) {
 
 QImage MakeTransparentImage(CSize sz) {
     if (sz.cx <= 0 || sz.cy <= 0 || sz.cx > MAX_IMAGE_SIDE || sz.cy > MAX_IMAGE_SIDE) return {};
-    // Cleared memory comes from the system untouched, so that a large picture costs what is drawn on it.
+    // Zeroed pages are mapped on first use: a large picture costs only the memory that is drawn on.
     void* pPixels = std::calloc(static_cast<size_t>(sz.cy), static_cast<size_t>(sz.cx) * 4);
     if (!pPixels) return {};
     return QImage(static_cast<uchar*>(pPixels), sz.cx, sz.cy, static_cast<qsizetype>(sz.cx) * 4,

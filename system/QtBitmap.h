@@ -1,15 +1,15 @@
-// The seam's bitmap over a QImage.
+// IBitmap over a QImage.
 #pragma once
 
 #include "core/Platform/Bitmap.h"
 
 #include <QImage>
 
-/// Owns its picture; locking shows the picture's own memory, which on a little-endian machine holds B, G, R,
-/// A.
+/// Owns its picture. Locking exposes the picture's own memory, whose bytes are B, G, R, A on a
+/// little-endian machine.
 class CQtBitmap : public IBitmap {
 public:
-    /// Other formats than Format_ARGB32 are converted, in place where Qt can; a colour space is dropped.
+    /// Converts other formats to Format_ARGB32, in place where Qt can; drops a colour space.
     explicit CQtBitmap(QImage image);
 
     bool GetWidth(int32_t& nWidth) override;
@@ -17,7 +17,7 @@ public:
     bool LockBits(const CRect& rc, ELockMode mode, TLockedBits& bits) override;
     bool UnlockBits() override;
 
-    /// The picture, null when the conversion found no memory.
+    /// The picture; null when there was no memory for the conversion.
     const QImage& GetImage() const { return m_image; }
 
 private:
@@ -25,7 +25,7 @@ private:
     bool m_bLocked = false;
 };
 
-/// Resolution of pictures that are written: 96 to the inch, else Qt would write what the screen has.
+/// Resolution of written pictures, 96 dots per inch; without it Qt would write the screen's.
 constexpr int DOTS_PER_METRE = 3780;
 
 /// A bitmap's pixels, locked for reading.
@@ -36,7 +36,7 @@ public:
     CLockedImage(const CLockedImage&) = delete;
     CLockedImage& operator=(const CLockedImage&) = delete;
 
-    /// The pixels at 96 to the inch; null when the bitmap could not be locked. Valid while this lives.
+    /// The pixels at 96 dots per inch; null when the bitmap could not be locked. Valid while this lives.
     const QImage& GetImage() const { return m_image; }
 
 private:
@@ -45,10 +45,10 @@ private:
     QImage m_image;
 };
 
-/// A picture of its own with a bitmap's pixels; null when there is no memory or the bitmap cannot be locked.
+/// Copies a bitmap's pixels; null when there is no memory or the bitmap cannot be locked.
 QImage CopyToImage(IBitmap& bitmap);
 
-/// The seam's bitmap of a picture; null for a null picture and when there is no memory.
+/// Wraps a picture in an IBitmap; null for a null picture and when there is no memory.
 boost::shared_ptr<IBitmap> MakeBitmap(const QImage& image);
 
 /// A transparent Format_ARGB32 picture, null when the size is not positive, a side is over MAX_IMAGE_SIDE or

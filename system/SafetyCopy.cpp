@@ -21,7 +21,7 @@ namespace fs = std::filesystem;
 constexpr std::chrono::milliseconds LOCK_WAIT{5000};
 constexpr off_t PIECE = 1 << 18; ///< bytes in memory at a time
 
-// FNV-1a of the path's bytes: the same name for the same file in every process.
+// FNV-1a of the path's bytes, which every process computes alike for a file.
 uint64_t HashOf(const fs::path& path) {
     uint64_t uHash = 0xcbf29ce484222325u;
     for (const char ch : path.native()) uHash = (uHash ^ static_cast<uint8_t>(ch)) * 0x100000001b3u;
@@ -54,7 +54,7 @@ bool CopyRange(int fdFrom, int fdTo, off_t nBegin, off_t nEnd) {
     return true;
 }
 
-// Writes the part that makes the file longer first: if it finds no room, the old bytes are still whole.
+// Writes the part that extends the file first: if there is no room for it, the old bytes are unchanged.
 CFileOutcome CopyOver(const fs::path& pathFrom, const fs::path& pathTo) {
     const CDescriptor fdFrom(open(pathFrom.c_str(), O_RDONLY | O_CLOEXEC));
     const CDescriptor fdTo(open(pathTo.c_str(), O_WRONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
@@ -87,7 +87,7 @@ CFileOutcome CSafetyCopy::Keep(const TFillBytes& fnFill) {
     const std::wstring strPath = FromUtf8(m_path.native());
     const TSnapshotNote note{strPath, std::wstring(FileNameOf(strPath)), {}};
     CFileStore files;
-    // The note first: a copy without one could not tell whose it is.
+    // The note comes first: without one the copy could not be assigned to its file.
     const CFileOutcome outcome =
         files.Replace(FromUtf8(m_pathNote.native()), SnapshotFiles::NoteText(note, true));
     return outcome ? files.ReplaceBy(FromUtf8(m_pathCopy.native()), fnFill) : outcome;
@@ -98,7 +98,7 @@ CFileOutcome CSafetyCopy::WriteOver(const TFillBytes& fnFill) {
     SnapshotFiles::MakeRecoveryFolder(m_locations);
     const CFileLock lock(m_pathSession.native(), LOCK_WAIT);
     if (!lock.IsLocked()) return EFileFailure::NoSafetyCopy;
-    // A copy that an earlier attempt left goes only when the file is whole.
+    // An earlier attempt's copy is removed only after the file is complete.
     std::error_code error;
     const bool bHalf = fs::exists(m_pathCopy, error);
     const CFileOutcome kept = Keep(fnFill);

@@ -1,21 +1,21 @@
-// A file is written in place while a whole copy of it lies in the folder "Recovery".
+// Writes a file in place, after a complete copy of it was saved in the folder "Recovery".
 #pragma once
 
 #include "core/Platform/Files.h"
 
 #include <filesystem>
 
-/// The copy of one file, found by the file's path. It looks like a snapshot of a session that has only this
-/// one, so that the next start offers it if this process ends before the file is whole.
+/// The copy of one file, identified by the file's path. It is stored as the only snapshot of a session, so
+/// that the next start offers it if this process ends before the file is complete.
 class CSafetyCopy {
 public:
     /// Without a folder for application data there is no copy.
     CSafetyCopy(const std::filesystem::path& path, ILocations& locations);
 
-    /// Fills the copy, then writes it over the file, which exists and may be written, then drops it. The file
-    /// is untouched on any failure but HalfWritten, after which the copy stays.
+    /// Fills the copy, writes it over the existing, writable file, then removes the copy. The file is
+    /// unchanged after any failure except HalfWritten, which also keeps the copy.
     CFileOutcome WriteOver(const TFillBytes& fnFill);
-    /// Removes what is left of an earlier attempt; for after the file has become whole in another way.
+    /// Removes the copy of an earlier attempt, after the file has been written in another way.
     void Drop();
 
 private:

@@ -13,7 +13,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A profile file holds no line breaks, a path may: they and the sign that marks them become %XX.
+// Encodes line breaks, which a path may hold but a profile file may not, and the escape character as %XX.
 std::string Escaped(const std::wstring& strText) {
     std::string strEscaped;
     for (const char ch : ToUtf8(strText)) {
@@ -53,7 +53,7 @@ fs::path MakeRecoveryFolder(ILocations& locations) {
     const fs::path path = FindRecoveryFolder(locations);
     if (path.empty()) return path;
     locations.MakeFolder(FromUtf8(path.native()));
-    // Also one that was made by hand or came from a backup.
+    // Also for a folder that the user created or restored from a backup.
     chmod(path.c_str(), S_IRWXU);
     return path;
 }

@@ -1,4 +1,4 @@
-// The files of a snapshot in the folder "Recovery" beside the settings, as all that write them agree on.
+// Names and format of the snapshot files in the folder "Recovery" beside the settings.
 #pragma once
 
 #include "core/Platform/Snapshots.h"
@@ -11,25 +11,25 @@ class ILocations;
 
 namespace SnapshotFiles {
 
-/// A snapshot is SESSION-KEY and these endings. Its session holds the lock of the name SESSION.
+/// A snapshot's files are SESSION-KEY plus one of these endings. Its session holds the lock SESSION.
 constexpr char DOCUMENT[] = ".vlm";
 constexpr char NOTE[] = ".ini";
-constexpr char SECTION[] = "Snapshot"; ///< of the note
+constexpr char SECTION[] = "Snapshot"; ///< section of the note
 
-/// Characters of a session's name, hexadecimal digits.
+/// Length of a session's name, in hexadecimal digits.
 constexpr size_t SESSION_DIGITS = 16;
 
 std::string SessionName(uint64_t uNumber);
 
-/// The folder's path whether it is there or not; empty without a folder for application data.
+/// The folder's path, even if the folder does not exist; empty without a folder for application data.
 std::filesystem::path FindRecoveryFolder(ILocations& locations);
-/// The same, made where it is missing; it is the user's alone afterwards.
+/// The same, but creates a missing folder and gives access to the user alone.
 std::filesystem::path MakeRecoveryFolder(ILocations& locations);
 
-/// A note's bytes, with the present time. `bFileCopy` as in TLeftSnapshot.
+/// The content of a note, with the present time. `bFileCopy` as in TLeftSnapshot.
 std::string NoteText(const TSnapshotNote& note, bool bFileCopy = false);
 
-/// Removes a file; a missing one is none to be removed.
+/// Removes a file if it exists.
 void Delete(const std::filesystem::path& path);
 
 } // namespace SnapshotFiles

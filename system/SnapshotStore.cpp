@@ -22,7 +22,7 @@ std::string NewSessionName() {
     return SessionName(uint64_t{random()} << 32 | random());
 }
 
-// The session that a file of the folder belongs to, its lock included; empty for other files.
+// The name of the session that a file of the folder, or a lock, belongs to; empty for other files.
 std::string SessionOf(std::string_view strFile) {
     if (strFile.starts_with('.')) strFile.remove_prefix(1);
     const std::string_view strName = strFile.substr(0, SESSION_DIGITS);
@@ -70,7 +70,7 @@ bool CSnapshotStore::BeginSession() {
     if (m_pLock) return true;
     m_strSession = NewSessionName();
     m_pLock = std::make_unique<CFileLock>((m_pathFolder / m_strSession).native(), 0ms);
-    // Without the lock others would take the snapshots for left ones.
+    // Without the lock other programs would take the snapshots for left ones.
     if (!m_pLock->IsLocked()) m_pLock.reset();
     if (!m_pLock) m_bFailed = true;
     return m_pLock != nullptr;
@@ -96,7 +96,7 @@ void CSnapshotStore::Write(uint32_t uKey, TFillBytes fnFill, const TSnapshotNote
             bWhole = m_files.Replace(FromUtf8(pathNote.native()), strNote) &&
                      m_files.ReplaceBy(FromUtf8(pathDocument.native()), pack);
         } catch (const std::exception&) {
-            // No thread but the session's can tell the user; it asks for failures.
+            // Only the session's thread can show an error; it queries failures later.
         }
         if (!bWhole) m_bFailed = true;
         spDone->set_value(bWhole);
@@ -141,7 +141,7 @@ std::vector<TLeftSnapshot> CSnapshotStore::FindLeft() {
         auto pLock = std::make_unique<CFileLock>((m_pathFolder / strSession).native(), 0ms);
         if (!pLock->IsLocked()) continue;
         m_vReserved.push_back(std::move(pLock));
-        // Listed anew: until it was locked another program may have taken some.
+        // The folder is listed again: another program may have taken some before the lock was held.
         for (const std::string& strFile : ListFolder(m_pathFolder)) {
             if (!strFile.starts_with(strSession + '-') || strFile.ends_with(DAMAGED)) continue;
             const fs::path pathFile = strFile;
@@ -163,7 +163,7 @@ void CSnapshotStore::Adopt(const std::wstring& strName, uint32_t uKey) {
     std::promise<bool> whole;
     whole.set_value(true);
     m_mapKeys[uKey] = whole.get_future().share();
-    // The note first: a document without one can still be restored.
+    // The note is removed first: a document without one can still be restored.
     for (const char* pszEnding : {NOTE, DOCUMENT})
         Rename(FileOf(ToUtf8(strName), pszEnding), FileOf(NameOf(uKey), pszEnding));
 }

@@ -14,15 +14,15 @@
 
 class ILocations;
 
-/// A snapshot is two files, SESSION-KEY.vlm, packed (PackedFile.h), and SESSION-KEY.ini with its note; one of
-/// an earlier version is a plain project file. A session holds a lock from
-/// its first snapshot on, which ends with its process: what lies under a name whose lock is free has been
-/// left. Nothing is touched before the first snapshot; without a folder for application data nothing is kept.
-/// Files are packed and written by a thread of its own, in the order of the calls.
+/// A snapshot is two files, SESSION-KEY.vlm, packed (PackedFile.h), and SESSION-KEY.ini with its note;
+/// earlier versions wrote a plain project file. A session holds a lock from its first snapshot until its
+/// process ends; files whose lock is free are left over from another session. Nothing is touched before the
+/// first snapshot; nothing is kept without a folder for application data. A separate thread packs and
+/// writes the files in call order.
 class CSnapshotStore : public ISnapshotStore, boost::noncopyable {
 public:
-    /// With `bFindsLeft` false FindLeft finds nothing: what a session that is played or recorded meets must
-    /// not depend on others.
+    /// With `bFindsLeft` false FindLeft returns nothing: a played or recorded session must not depend on
+    /// other sessions.
     explicit CSnapshotStore(ILocations& locations, bool bFindsLeft = true);
 
     void Write(uint32_t uKey, TFillBytes fnFill, const TSnapshotNote& note) override;
@@ -31,11 +31,11 @@ public:
     bool IsBusy() override { return m_worker.IsBusy(); }
     bool TakeFailure() override { return m_bFailed.exchange(false); }
 
-    /// Also clears away what no document can be made from: notes and unfinished writes.
+    /// Also removes notes without a document and unfinished writes.
     std::vector<TLeftSnapshot> FindLeft() override;
     std::unique_ptr<IFileReader> Open(const std::wstring& strName) override;
     void Adopt(const std::wstring& strName, uint32_t uKey) override;
-    /// The files get ".damaged" behind their names.
+    /// Appends ".damaged" to the names of the files.
     std::wstring SetAside(const std::wstring& strName) override;
     void Drop(const std::wstring& strName) override;
     void ReleaseLeft() override { m_vReserved.clear(); }
@@ -50,11 +50,11 @@ private:
     ILocations& m_locations;
     const bool m_bFindsLeft;
     CFileStore m_files;
-    std::filesystem::path m_pathFolder; ///< empty while it is not known
+    std::filesystem::path m_pathFolder; ///< empty until it is known
     std::string m_strSession;
     std::unique_ptr<CFileLock> m_pLock; ///< this session's
     std::vector<std::unique_ptr<CFileLock>> m_vReserved;
-    std::map<uint32_t, std::shared_future<bool>> m_mapKeys; ///< that may have files; true: they are whole
+    std::map<uint32_t, std::shared_future<bool>> m_mapKeys; ///< may have files; true: they are complete
     std::atomic<bool> m_bFailed = false;
-    CWorker m_worker; ///< the last member: its jobs use the others
+    CWorker m_worker; ///< the last member, because its jobs use the others
 };

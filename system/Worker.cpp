@@ -15,7 +15,7 @@ CWorker::~CWorker() {
 
 void CWorker::Add(std::function<void()> fnJob) {
     if (!m_thread.joinable()) {
-        // A host's signals are for the host's threads.
+        // A host's signals must be delivered to the host's threads.
         sigset_t setAll, setOld;
         sigfillset(&setAll);
         pthread_sigmask(SIG_SETMASK, &setAll, &setOld);
@@ -43,11 +43,11 @@ void CWorker::Run() {
     for (;;) {
         m_cond.wait(lock, [this] { return m_bEnd || !m_deqJobs.empty(); });
         if (m_deqJobs.empty()) return;
-        // Stays in the queue while it runs; new jobs come in behind it.
+        // The job stays in the queue while it runs; new jobs are appended after it.
         std::function<void()>& fnJob = m_deqJobs.front();
         lock.unlock();
         fnJob();
-        fnJob = nullptr; // what it held may be much to free
+        fnJob = nullptr; // freeing what it held may take long
         lock.lock();
         m_deqJobs.pop_front();
     }

@@ -1,4 +1,4 @@
-// A thread for work that must not hold up the session.
+// A thread for work that must not block the session.
 #pragma once
 
 #include <boost/noncopyable.hpp>
@@ -9,14 +9,14 @@
 #include <mutex>
 #include <thread>
 
-/// Does jobs one after the other in the order of their coming. The thread is made with the first job; the
-/// destructor waits until the last one is done.
+/// Runs jobs one after the other in the order in which they were added. The first job starts the thread;
+/// the destructor waits until the last one has finished.
 class CWorker : boost::noncopyable {
 public:
     ~CWorker();
-    /// `fnJob` runs on the thread and must not throw. Without a thread it runs at once.
+    /// `fnJob` runs on the thread and must not throw. If no thread can be started it runs at once.
     void Add(std::function<void()> fnJob);
-    /// True until every job is done.
+    /// True until every job has finished.
     bool IsBusy();
 
 private:
@@ -24,7 +24,7 @@ private:
 
     std::mutex m_mtx;
     std::condition_variable m_cond;
-    std::deque<std::function<void()>> m_deqJobs; ///< the first one is at work
+    std::deque<std::function<void()>> m_deqJobs; ///< the first one is running
     bool m_bEnd = false;
     std::thread m_thread;
 };
