@@ -1,5 +1,5 @@
-// Colour planes keep a byte plane for each channel, so the host reads into them and writes from them
-// directly. Other planes go through a bitmap, whose pixels are B, G, R, A.
+// Colour planes have a byte plane for each channel, so the host reads and writes them directly. Other
+// planes are exchanged through a bitmap, whose pixels are B, G, R, A.
 #include "host/Exchange.h"
 
 #include "core/AppModule/AppModule.h"
@@ -13,7 +13,7 @@
 
 namespace {
 
-/// Which of R, G, B, A a channel type is in a colour tile; nothing for an unknown type.
+/// The plane of a colour tile (R, G, B or A) for a channel type; nullopt for an unknown type.
 std::optional<size_t> TilePlaneOf(int nType) {
     switch (nType) {
     case ctRed:
@@ -29,7 +29,7 @@ std::optional<size_t> TilePlaneOf(int nType) {
     }
 }
 
-/// The bit in a bitmap's pixel where a channel type's byte starts; nothing for an unknown type.
+/// The first bit of a channel type's byte in a bitmap's pixel; nullopt for an unknown type.
 std::optional<int32_t> BitOffsetOf(int nType) {
     switch (nType) {
     case ctRed:
@@ -127,8 +127,8 @@ void ReadHostChannels(CRasterBuffer& plane, const std::vector<THostChannel>& lst
 
 void WriteHostChannels(const std::vector<THostChannel>& lstHostChannels, CRasterBuffer& plane,
                        IHostImage& host, int32_t nLeft, int32_t nTop) {
-    // A host that takes no transparency gets the paper under it too: colours alone would bring back what was
-    // erased.
+    // A host without transparency gets the pixels on white: the colours alone would show erased pixels
+    // again.
     const bool bTransparency =
         std::ranges::any_of(lstHostChannels, [](auto& channel) { return channel.nType == ctTransparency; });
     const auto shownAt = [&](CPoint ptBlock) {

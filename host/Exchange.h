@@ -1,19 +1,19 @@
-// Pixels between a raster plane and the host's channels, block by block.
+// Copies pixels between a raster plane and the host's channels, block by block.
 #pragma once
 
 #include "host/HostImage.h"
 
 class CRasterBuffer;
 
-/// Fills the plane from the host's picture whose corner (`nLeft`, `nTop`) is the plane's. Pixels are opaque
-/// unless a transparency channel says otherwise. A channel of an unknown type goes where the channel before
-/// it in the list went; one with none before it is not read. Raises internal_error when a bitmap that is
-/// needed on the way cannot be had.
+/// Fills the plane from the host's picture, whose corner (`nLeft`, `nTop`) becomes the plane's. Pixels are
+/// opaque without a transparency channel. A channel of an unknown type is read into the same place as the
+/// channel before it in the list; it is skipped when there is none. Raises internal_error when a bitmap
+/// cannot be created.
 void ReadHostChannels(CRasterBuffer& plane, const std::vector<THostChannel>& lstHostChannels,
                       IHostImage& host, int32_t nLeft, int32_t nTop);
 
-/// The opposite: writes the plane's whole present extent. Nothing is composed here. Without a transparency
-/// channel the pixels are laid on white first, by the screen's formula. Channels of unknown type receive what
-/// the channel before them in the list received.
+/// Writes the plane's whole extent to the host without composing. Without a transparency channel the pixels
+/// are first drawn on white, by the screen's formula. A channel of an unknown type receives the same bytes
+/// as the channel before it in the list.
 void WriteHostChannels(const std::vector<THostChannel>& lstHostChannels, CRasterBuffer& plane,
                        IHostImage& host, int32_t nLeft, int32_t nTop);

@@ -11,9 +11,9 @@
 
 namespace {
 
-/// The canvas and what shows it, in the order in which they come to life.
+/// The canvas and its windows, in the order in which they are created.
 struct TSession {
-    CPoint ptHost; ///< where the host has the picture's corner
+    CPoint ptHost; ///< the picture's corner in the host
     std::vector<THostChannel> lstHostChannels;
     boost::shared_ptr<CCanvasBuffer> spCanvas;
     boost::shared_ptr<CRasterLayerBuffer> spLayer;
@@ -24,7 +24,7 @@ struct TSession {
 int16_t ReadPicture(TSession& session, IHostImage& host) {
     session.lstHostChannels = host.GetChannels();
     const CRect rc = host.GetRect();
-    // A host that can do nothing is told so first; one that asks to filter nothing made a mistake of its own.
+    // A host without the suite gets that error first; only then an empty picture is an error.
     if (rc.IsEmpty()) return host.Open() ? hostabi::paramErr : hostabi::errPlugInHostInsufficient;
     session.ptHost = rc.TopLeft();
     session.spCanvas = CreateCanvas(rc.Size());
@@ -45,7 +45,7 @@ void OpenWindows(TSession& session) {
 }
 
 void WritePicture(TSession& session, IHostImage& host) {
-    // One undo too many takes the host's own picture out of the tree: no reason to erase it there.
+    // Undo may have removed the layer with the host's picture: do not erase that in the host.
     if (session.spCanvas->GetRoot().GetChildren().empty()) return;
     WriteHostChannels(session.lstHostChannels, *session.spCanvas->Flatten(), host, session.ptHost.x,
                       session.ptHost.y);
@@ -54,15 +54,15 @@ void WritePicture(TSession& session, IHostImage& host) {
 } // namespace
 
 int16_t FilterStart(IHostImage& host, const TPlatform& platform) {
-    // A host whose own windows stay alive could start a second session inside the first; there is one main
-    // frame, and the running session keeps it.
+    // A host whose own windows stay active could start a second session inside the first; there is only one
+    // main frame, and the running session keeps it.
     if (g_AppModule.HasPlatform()) return hostabi::userCanceledErr;
 
-    TSession session; // the first frame outlives the scope: it is the last to go
+    TSession session; // the first frame outlives the scope: it is destroyed last
     CSessionScope scope(platform);
     try {
         const int16_t nResult = ReadPicture(session, host);
-        // A host that lacks the suite simply never gets further.
+        // A host that lacks the suite never gets further.
         if (nResult == hostabi::errPlugInHostInsufficient) scope.Abandon();
         if (nResult != hostabi::noErr) return nResult;
         OpenWindows(session);

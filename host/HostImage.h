@@ -1,5 +1,5 @@
-// The picture of a host: all that a session needs to know about the program that called it, and the one thing
-// that a new kind of host implements.
+// Interface to the picture of a host: all that a session needs to know about its host. A new kind of host
+// implements only this.
 #pragma once
 
 #include "core/Base/Geometry.h"
@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <vector>
 
-/// What a channel holds, by the published numbers. The exchange knows these four; a host may list others.
+/// Channel types, by the published numbers. The exchange knows these four; a host may list others.
 enum EHostChannelType : int {
     ctRed = 1,
     ctGreen = 2,
@@ -19,11 +19,11 @@ enum EHostChannelType : int {
 /// A channel of the host's picture.
 struct THostChannel {
     int nType = 0;  ///< EHostChannelType or any other number
-    size_t uId = 0; ///< the host's own name for it
+    size_t uId = 0; ///< the host's own identifier
 };
 
-/// Where pixels lie in memory. `pData` is the address of the rectangle's top-left pixel; the pixel at (x, y)
-/// from there starts at bit `nBitOffset + y * nRowBits + x * nColBits`, and has `nDepth` bits, always 8 here.
+/// Pixels in memory. `pData` is the address of the rectangle's top-left pixel; the pixel at (x, y) from
+/// there starts at bit `nBitOffset + y * nRowBits + x * nColBits` and has `nDepth` bits, always 8 here.
 struct TPixelMemory {
     uint8_t* pData = nullptr;
     int32_t nRowBits = 0;
@@ -33,21 +33,21 @@ struct TPixelMemory {
 };
 
 /// One picture for one session, on the session's thread. Rectangles are in the host's coordinates, in which
-/// the picture may start anywhere. No call throws; a read or write that the host refuses leaves its target as
-/// it was and is not told.
+/// the picture may start anywhere. No call throws; a read or write that the host refuses leaves its target
+/// unchanged and is not reported.
 class IHostImage {
 public:
     virtual ~IHostImage() = default;
-    /// The rectangle of the picture. Asked before Open.
+    /// The rectangle of the picture. Called before Open.
     virtual CRect GetRect() = 0;
-    /// The channels in the order in which they are read and written: colour, further channels, transparency.
-    /// Asked before Open; a later entry may land on the pixels of an earlier one.
+    /// The channels in the order in which they are read and written: colour, further channels,
+    /// transparency. Called before Open; a later entry may overwrite the pixels of an earlier one.
     virtual std::vector<THostChannel> GetChannels() = 0;
-    /// Gets ready for reading and writing; false when the host lacks what that needs, and then neither is
+    /// Prepares for reading and writing. Returns false when the host lacks what that needs; then neither is
     /// called.
     virtual bool Open() = 0;
     /// Reads a rectangle of a channel into memory.
     virtual void Read(const THostChannel& channel, const CRect& rc, const TPixelMemory& memory) = 0;
-    /// Writes a rectangle of memory to a channel; a channel that cannot be written is left alone.
+    /// Writes a rectangle of memory to a channel; skips a channel that cannot be written.
     virtual void Write(const THostChannel& channel, const CRect& rc, const TPixelMemory& memory) = 0;
 };

@@ -21,7 +21,7 @@ void ShowAbout(const TPlatform& platform) {
 int16_t Start(void* pRecord, const TWithPlatform& withPlatform) {
     int16_t nResult = errPlugInHostInsufficient;
     const auto* pFilterRecord = static_cast<const FilterRecord*>(pRecord);
-    // A host that cannot be served gets no window system either.
+    // A host that cannot be served must not start the window system either.
     if (!CChannelPortsImage::CanOpen(pFilterRecord)) return nResult;
     withPlatform([&](const TPlatform& platform) {
         CChannelPortsImage image(pFilterRecord);
@@ -30,7 +30,7 @@ int16_t Start(void* pRecord, const TWithPlatform& withPlatform) {
     return nResult;
 }
 
-/// What the call means for the host, nothing when its result stays as it is.
+/// Returns the call's result for the host, nullopt when the host's result stays unchanged.
 std::optional<int16_t> Answer(int16_t nSelector, void* pRecord, const TWithPlatform& withPlatform) {
     switch (nSelector) {
     case filterSelectorAbout:
@@ -42,7 +42,7 @@ std::optional<int16_t> Answer(int16_t nSelector, void* pRecord, const TWithPlatf
     case filterSelectorPrepare:
     case filterSelectorContinue:
     case filterSelectorFinish:
-        // All pixels have passed inside Start; there is nothing to prepare, to advance or to give back.
+        // All pixels are transferred during Start; there is nothing to prepare, to continue or to finish.
         return std::nullopt;
     default:
         return filterBadParameters;
@@ -55,7 +55,7 @@ void RunSelector(int16_t nSelector, void* pRecord, int16_t* pnResult,
                  const TWithPlatform& withPlatform) noexcept {
     std::optional<int16_t> nAnswer;
     const bool bStart = nSelector == filterSelectorStart;
-    // The host's frames below must not see an exception.
+    // No exception may reach the host's stack frames.
     try {
         nAnswer = Answer(nSelector, pRecord, withPlatform);
     } catch (const std::bad_alloc&) {

@@ -1,4 +1,4 @@
-// What each selector of the host does.
+// Handling of each selector of the host.
 #pragma once
 
 #include <cstdint>
@@ -6,11 +6,11 @@
 
 struct TPlatform;
 
-/// Makes the outside for one call and hands it to the function; one that cannot be made raises an exception.
+/// Creates the platform for one call and passes it to the function; raises an exception when that fails.
 using TWithPlatform = std::function<void(const std::function<void(const TPlatform&)>&)>;
 
-/// Answers one call of the host. `pRecord` is what came with the selector and may be null, as may `pnResult`,
-/// which only Start and unknown selectors touch. Only About and Start make an outside. Nothing is thrown:
-/// what ends Start beyond its own guard gives memFullErr.
+/// Handles one call of the host. `pRecord` belongs to the selector and may be null, as may `pnResult`,
+/// which only Start and unknown selectors write. Only About and Start create a platform. Nothing is thrown:
+/// an exception that Start itself does not catch results in memFullErr.
 void RunSelector(int16_t nSelector, void* pRecord, int16_t* pnResult,
                  const TWithPlatform& withPlatform) noexcept;

@@ -1,4 +1,4 @@
-// What a host tells about its document and the document's channels. Natural alignment.
+// A host's description of its document and the document's channels. Natural alignment.
 #pragma once
 
 #include "host/Abi/Types.h"
@@ -7,10 +7,10 @@
 
 namespace hostabi {
 
-/// Opaque: what a channel is read from or written to.
+/// Opaque handle that a channel is read from or written to.
 using ChannelPort = void*;
 
-/// One channel; lists are linked by `next`. Fields from `writePort` on exist from the stated version on only.
+/// One channel; lists are linked by `next`. Fields from `writePort` on exist from the stated version on.
 struct ReadChannelDesc {
     int32_t minVersion;
     int32_t maxVersion;
@@ -41,7 +41,7 @@ static_assert(offsetof(ReadChannelDesc, writePort) == 80);
 static_assert(offsetof(ReadChannelDesc, limitBounds) == 108);
 static_assert(sizeof(ReadChannelDesc) == 128);
 
-/// The document. Fields from `fileSpec` on exist in later versions only.
+/// The document. Fields from `fileSpec` on exist only from the stated version on.
 struct ReadImageDocumentDesc {
     int32_t minVersion;
     int32_t maxVersion;
@@ -81,7 +81,7 @@ static_assert(offsetof(ReadImageDocumentDesc, alphaChannels) == 848);
 static_assert(offsetof(ReadImageDocumentDesc, targetSmartFilterMask) == 920);
 static_assert(sizeof(ReadImageDocumentDesc) == 944);
 
-/// Where pixels lie in memory: `data` is the pixel at the rectangle's top-left corner, strides are in bits.
+/// Pixels in memory: `data` is the pixel at the rectangle's top-left corner, strides are in bits.
 struct PixelMemoryDesc {
     void* data;
     int32_t rowBits;

@@ -1,4 +1,4 @@
-// The records that come with a selector.
+// The records that are passed with a selector.
 #pragma once
 
 #include "host/Abi/Suites.h"
@@ -7,7 +7,7 @@
 
 namespace hostabi {
 
-/// Comes with About; nothing else may be read then. Natural alignment.
+/// Passed with About; nothing else may be read then. Natural alignment.
 struct AboutRecord {
     void* platformData; ///< points to one window handle
     SPBasicSuite* sSPBasic;
@@ -16,12 +16,11 @@ struct AboutRecord {
 };
 static_assert(sizeof(AboutRecord) == 272);
 
-// Packed to 4 on every width, unlike all other records; the pack depends on nothing, so it cannot be
-// forgotten.
+// Packed to 4 on every width, unlike all other records; the packing is unconditional.
 #pragma pack(push, 4)
 
-/// Comes with every other selector. The session reads filterRect, documentInfo and sSPBasic; a host gives all
-/// 608 bytes.
+/// Passed with every other selector. The session reads filterRect, documentInfo and sSPBasic; a host passes
+/// all 608 bytes.
 struct FilterRecord {
     int32_t serialNumber;
     Boolean (*abortProc)();
@@ -125,7 +124,7 @@ struct FilterRecord {
     Point maskTileOrigin;
     void* descriptorParameters;
     char* errorString;
-    void* channelPortProcs; ///< an older table of another form, not the suite
+    void* channelPortProcs; ///< an older table with a different layout, not the suite
     ReadImageDocumentDesc* documentInfo;
     SPBasicSuite* sSPBasic;
     void* plugInRef;

@@ -1,4 +1,4 @@
-// The two function tables through which all pixels pass.
+// The two function tables through which all pixels are transferred.
 #pragma once
 
 #include "host/Abi/Documents.h"
@@ -7,7 +7,7 @@
 
 namespace hostabi {
 
-/// Gives out the other suites.
+/// Acquires and releases the other suites.
 struct SPBasicSuite {
     SPErr (*AcquireSuite)(const char* name, int32_t version, const void** suite);
     SPErr (*ReleaseSuite)(const char* name, int32_t version);
@@ -23,7 +23,7 @@ static_assert(sizeof(SPBasicSuite) == 56);
 constexpr char CHANNEL_PORTS_SUITE[] = "Photoshop ChannelPorts Suite for Plug-ins";
 constexpr int32_t CHANNEL_PORTS_VERSION = 3;
 
-/// Version 3. Only the two functions that are called have their arguments spelled out. Both may overwrite the
+/// Version 3. Only the two functions that are called have their arguments declared. Both may overwrite the
 /// rectangle that they are given.
 struct ChannelPortsSuite {
     using Slot = SPErr (*)();

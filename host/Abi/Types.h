@@ -32,7 +32,7 @@ struct FilterColor {
     uint8_t value[4];
 };
 
-/// A four-character code as the number that the interface compares.
+/// A four-character code as a number.
 constexpr OSType MakeCode(const char (&code)[5]) {
     OSType u = 0;
     for (int i = 0; i < 4; ++i) u = u << 8 | static_cast<uint8_t>(code[i]);
@@ -68,7 +68,7 @@ constexpr SPErr SP_NOT_IMPLEMENTED = static_cast<SPErr>(MakeCode("!IMP"));
 
 constexpr int16_t IMAGE_MODE_RGB = 3;
 
-/// The export's form.
+/// Type of the exported function.
 using PluginMainProc = void (*)(int16_t selector, void* record, intptr_t* data, int16_t* result);
 
 static_assert(sizeof(void*) == 8, "the records below are those of a 64-bit host");

@@ -31,7 +31,7 @@ std::vector<THostChannel> CChannelPortsImage::GetChannels() {
     };
     appendList(document.targetCompositeChannels);
     appendList(document.alphaChannels);
-    // Transparency stands alone: its `next` would lead into channels that belong to no one here.
+    // The transparency channel is taken alone: its `next` leads to channels that are not the document's.
     if (document.targetTransparency) m_vDescs.push_back(document.targetTransparency);
 
     std::vector<THostChannel> vChannels;
@@ -51,7 +51,7 @@ bool CChannelPortsImage::Open() {
 void CChannelPortsImage::Read(const THostChannel& channel, const CRect& rc, const TPixelMemory& memory) {
     const ChannelPort port = m_vDescs[channel.uId]->port;
     if (!port) return;
-    // The host may overwrite the rectangle, so each call gets its own.
+    // The host may overwrite the rectangle, so each call gets a copy of its own.
     VRect bounds = MakeRect(rc);
     const PixelMemoryDesc desc = MakeDesc(memory);
     m_pSuite->ReadPixelsFromLevel(port, 0, &bounds, &desc);
@@ -59,7 +59,7 @@ void CChannelPortsImage::Read(const THostChannel& channel, const CRect& rc, cons
 
 void CChannelPortsImage::Write(const THostChannel& channel, const CRect& rc, const TPixelMemory& memory) {
     const ReadChannelDesc& channelDesc = *m_vDescs[channel.uId];
-    // Records before version 1 end where the write port would be.
+    // Records before version 1 end before the write port.
     if (channelDesc.maxVersion < 1 || !channelDesc.writePort) return;
     VRect bounds = MakeRect(rc);
     const PixelMemoryDesc desc = MakeDesc(memory);

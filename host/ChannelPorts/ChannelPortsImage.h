@@ -1,5 +1,5 @@
-// The picture of a host that speaks the published filter interface: all pixels through its ChannelPorts
-// suite.
+// The picture of a host that implements the published filter interface; all pixels pass through its
+// ChannelPorts suite.
 #pragma once
 
 #include "host/Abi/FilterRecord.h"
@@ -7,11 +7,11 @@
 
 #include <boost/noncopyable.hpp>
 
-/// Of the record, filterRect, documentInfo and sSPBasic are read, nothing is written. The suite is acquired
-/// once and never released. A null record, sSPBasic, documentInfo or suite counts as a missing suite.
+/// Reads filterRect, documentInfo and sSPBasic of the record and writes nothing. The suite is acquired once
+/// and never released. A null record, sSPBasic, documentInfo or suite counts as a missing suite.
 class CChannelPortsImage : public IHostImage, boost::noncopyable {
 public:
-    /// True when the record has what leads to the suite; told before anything else is made for the call.
+    /// True when the record leads to the suite. Checked before anything else is created.
     static bool CanOpen(const hostabi::FilterRecord* pRecord);
     /// `pRecord` may be null and outlives the picture.
     explicit CChannelPortsImage(const hostabi::FilterRecord* pRecord) : m_pRecord(pRecord) {}

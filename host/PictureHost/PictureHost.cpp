@@ -20,7 +20,7 @@ bool IsEmptyRect(const Rect& rc) { return rc.left >= rc.right || rc.top >= rc.bo
 
 VRect MakeVRect(const CRect& rc) { return {rc.top, rc.left, rc.bottom, rc.right}; }
 
-/// Makes a host the current one of its thread for one call.
+/// Makes a host the current one of its thread during one call.
 class CCurrentHost : boost::noncopyable {
 public:
     CCurrentHost(CPictureHost*& pSlot, CPictureHost* pHost) : m_pSlot(pSlot), m_pOld(pSlot) { pSlot = pHost; }
@@ -124,7 +124,7 @@ int16_t CPictureHost::Run(PluginMainProc pMain) {
         Call(pMain, nSelector, &m_record, nResult);
         if (nResult != noErr) return nResult;
     }
-    // A module that wants its pixels piece by piece leaves rectangles here until it has seen all of them.
+    // A module that processes its pixels in pieces sets these rectangles until it has read all of them.
     while (nResult == noErr && !(IsEmptyRect(m_record.inRect) && IsEmptyRect(m_record.outRect)))
         Call(pMain, filterSelectorContinue, &m_record, nResult);
     int16_t nFinished = noErr;

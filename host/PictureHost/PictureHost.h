@@ -1,5 +1,5 @@
-// A host in memory: presents a picture to any filter module through the real records and the real suite, call
-// by call as the paint programs do.
+// A host in memory: presents a picture to any filter module through the real records and suite, with the
+// same calls as the paint programs.
 #pragma once
 
 #include "core/Base/Geometry.h"
@@ -15,17 +15,17 @@
 struct THostPicture {
     using TPlane = std::vector<uint8_t>;
 
-    CRect rc; ///< where the picture lies in the document; may start anywhere within 16 bits
+    CRect rc; ///< the picture's position in the document; may start anywhere within 16 bits
     TPlane vRed, vGreen, vBlue;
     TPlane vTransparency;        ///< straight alpha; empty for an opaque picture
     std::vector<TPlane> vAlphas; ///< further channels of the document
 };
 
-/// Runs a module over a picture. One thread; one host runs at a time on a thread. What derives from it may
-/// watch or spoil everything that passes.
+/// Runs a module over a picture. One thread; only one host at a time may run on a thread. Derived classes
+/// may observe or alter every call.
 class CPictureHost : boost::noncopyable {
 public:
-    /// Largest side and position that a host can tell of, in pixels.
+    /// Largest side and position that a host can report, in pixels.
     static constexpr int32_t MAX_SIDE = 32767;
 
     /// Raises constraint_violation when the rectangle is empty or beyond what 16 bits hold, or a plane has
@@ -33,10 +33,10 @@ public:
     explicit CPictureHost(THostPicture picture);
     virtual ~CPictureHost() = default;
 
-    /// Parameters, Prepare, Start, Continue for as long as the module asks for rectangles, and Finish exactly
-    /// when Start answered 0. Returns the first result that is not 0.
+    /// Calls Parameters, Prepare, Start, Continue for as long as the module requests rectangles, and Finish
+    /// only if Start returned 0. Returns the first result that is not 0.
     int16_t Run(hostabi::PluginMainProc pMain);
-    /// The About call.
+    /// Makes the About call.
     void RunAbout(hostabi::PluginMainProc pMain);
 
     const THostPicture& GetPicture() const { return m_picture; }
@@ -49,18 +49,18 @@ protected:
         hostabi::ReadChannelDesc desc{};
     };
 
-    /// Every call of the module passes here.
+    /// Every call of the module is made through this function.
     virtual void Call(hostabi::PluginMainProc pMain, int16_t nSelector, void* pRecord, int16_t& nResult);
-    /// The module asks for a suite.
+    /// Called when the module requests a suite.
     virtual hostabi::SPErr AcquireSuite(const char* pszName, int32_t nVersion, const void** ppSuite);
-    /// The module reads or writes. The rectangle is clipped to the picture and told back clipped.
+    /// Called when the module reads or writes. The rectangle is clipped to the picture.
     virtual hostabi::SPErr Read(TChannel& channel, int32_t nLevel, hostabi::VRect& rc,
                                 const hostabi::PixelMemoryDesc& memory);
     virtual hostabi::SPErr Write(TChannel& channel, hostabi::VRect& rc,
                                  const hostabi::PixelMemoryDesc& memory);
 
     THostPicture m_picture;
-    // The records as the module sees them, ready from construction on.
+    // The records as the module sees them, complete after construction.
     std::deque<TChannel> m_deqChannels;
     hostabi::ReadImageDocumentDesc m_document{};
     hostabi::SPBasicSuite m_basicSuite{};
@@ -81,5 +81,5 @@ private:
     hostabi::SPErr Transfer(TChannel& channel, hostabi::VRect& rc, const hostabi::PixelMemoryDesc& memory,
                             Copy copy);
 
-    static thread_local CPictureHost* s_pCurrent; ///< the basic suite's calls do not say whom they ask
+    static thread_local CPictureHost* s_pCurrent; ///< the basic suite's calls do not name their host
 };
