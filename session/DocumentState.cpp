@@ -79,8 +79,7 @@ json DescribeLayers(const TLayerList& lstLayers, const TLayerPtr& spActive) {
     return layers;
 }
 
-// Labels in the order in which the user reads them: what was done from the oldest on, then what can be
-// redone, next first.
+// Labels in the user's order: undoable steps from the oldest on, then redoable ones, next first.
 json DescribeHistory(CHistoryStream& history) {
     json undo = json::array();
     json redo = json::array();

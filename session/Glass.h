@@ -1,4 +1,4 @@
-// What a window without a display shows: kept pixels.
+// The pixels of a window without a display.
 #pragma once
 
 #include "core/Platform/Window.h"
@@ -10,15 +10,15 @@ class IImageCodecs;
 /// Rows of pixels as IPaintTarget takes them, without padding; black where nothing was painted.
 class CGlass : public IPaintTarget {
 public:
-    /// A black glass; a negative side counts as 0.
+    /// Clears to black; a negative side counts as 0.
     void Resize(CSize sz);
     void Blit(const uint8_t* pPixels, int nStride, CSize szBitmap, const CRect& rc) override;
-    /// Puts `rc` of the pixels on another glass.
+    /// Paints the part `rc` of the pixels onto another target.
     void CopyTo(IPaintTarget& target, const CRect& rc) const;
     CSize GetSize() const { return m_size; }
     /// The bytes of a pixel inside the glass.
     const uint8_t* GetPixel(CPoint pt) const;
-    /// Writes the pixels as an opaque picture by the path's ending. False when that fails.
+    /// Writes the pixels as an opaque picture in the format of the path's extension. False when that fails.
     bool Save(const std::wstring& strPath, IImageCodecs& codecs) const;
 
 private:

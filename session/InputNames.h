@@ -1,4 +1,4 @@
-// How scripts name what pointer and pen tell; the verbs read these names and the recorder writes them.
+// Script names of pointer and pen input; the verbs read these names and the recorder writes them.
 #pragma once
 
 #include "core/Base/Geometry.h"
@@ -12,28 +12,28 @@
 struct TInputName {
     const char* pszName;
     EMessage id;
-    uint32_t uButtons; ///< as a packet tells it; 0 for what no packet tells
+    uint32_t uButtons; ///< as in a packet; 0 for input that no packet reports
 };
 
 /// A packet without a change of buttons.
 constexpr uint32_t NO_BUTTON = 0xFFFF;
 
-/// All names; the first is that of a mere move.
+/// All names; the first is that of a plain move.
 std::span<const TInputName> GetInputNames();
 /// The name of a message, null for none.
 const TInputName* FindInputName(EMessage id);
 
-/// The member "message" of a line's object, the first name when there is none. `bPacket` leaves out what no
-/// packet tells. Raises script_error.
+/// Reads the member "message" of a line's object; the first name when it is missing. `bPacket` rejects
+/// names that no packet reports. Raises script_error.
 const TInputName& ReadInputName(const CScriptValue& value, bool bPacket);
 
-/// A command, by its name or its id. Raises script_error.
+/// Reads a command by its name or its id. Raises script_error.
 int ReadCommandId(const CScriptValue& value);
-/// A command as a script says it: its name, without one its id.
+/// A command's name for a script, or its id when it has no name.
 nlohmann::json WriteCommandId(int nId);
 
-/// A member that is true or false, false when there is none. Raises script_error.
+/// Reads a boolean member, false when it is missing. Raises script_error.
 bool ReadFlag(const CScriptValue& value, const char* pszKey);
 
-/// The members "x" and "y". Raises script_error.
+/// Reads the members "x" and "y". Raises script_error.
 CPoint ReadPosition(const CScriptValue& value);

@@ -22,7 +22,7 @@ void CPlayer::Prepare() {
 }
 
 bool CPlayer::TakeReply() {
-    // A dialog that stays open may have shown an error box meanwhile.
+    // A dialog that stays open may have shown an error box.
     while (!IsPlayed() && m_script.vSteps[m_idxNext].kind == EStepKind::Expects && m_stage.log.HasErrors())
         PlayStep(m_script.vSteps[m_idxNext++]);
     if (IsPlayed() || m_script.vSteps[m_idxNext].kind != EStepKind::Replies) return false;
@@ -46,7 +46,7 @@ void CPlayer::Advance() {
 }
 
 void CPlayer::PassTime() {
-    // Stops at every timer, so that its message is handled at its own time.
+    // Stops at every timer, so that its message is handled at its due time.
     const uint32_t uStep = std::min(m_uWait, std::max(m_stage.fnUntilTimer(), 1u));
     m_stage.clock.Advance(uStep);
     m_uWait -= uStep;
@@ -67,8 +67,7 @@ void CPlayer::PlayStep(const TStep& step) {
 
 void CPlayer::Close() {
     IWindow* pMain = m_stage.fnMainWindow();
-    // What the script queued may answer the prompts of the first attempt; a session that was kept open by it
-    // is not asked again.
+    // The script's queued answers may serve the first attempt's prompts, but not those of a second one.
     m_stage.log.SetClosing();
     if (m_stage.log.HasFailed() || m_nCloseAttempts > 0) m_stage.dialogs.Clear();
     if (pMain && m_nCloseAttempts < 2) {

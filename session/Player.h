@@ -1,4 +1,4 @@
-// Plays a session script, one step whenever the session has nothing else to do.
+// Plays a session script, one step whenever the session is idle.
 #pragma once
 
 #include "core/Platform/Platform.h"
@@ -17,7 +17,7 @@ class CSessionPen;
 class CVirtualClock;
 class IWindow;
 
-/// What a script is played on; all of it outlives the player.
+/// The session parts that a script is played on; all of them outlive the player.
 struct TStage {
     const TPlatform& platform;
     CSessionDialogs& dialogs;
@@ -32,22 +32,22 @@ struct TStage {
 
 class CPlayer : boost::noncopyable {
 public:
-    /// The longest wait that a script may ask for, in milliseconds: a script that slipped by some zeros must
-    /// not run its timers for days.
+    /// The longest wait that a script may request, in milliseconds: a mistyped number must not run timers
+    /// for days.
     static constexpr int64_t MAX_WAIT = 3600000;
 
     CPlayer(TScript script, TStage stage);
 
-    /// Plays the lines at the script's head that prepare the session. Once, before it begins.
+    /// Plays the lines at the script's head that prepare the session. Called once, before it begins.
     void Prepare();
     bool IsPreparing() const { return m_bPreparing; }
-    /// Takes the answer that stands right behind the line being played; false when there is none.
+    /// Plays the reply that directly follows the current line; false when there is none.
     bool TakeReply();
-    /// Hears every line that acts past the platform's seam, before it is played.
+    /// `fnWatch` is called with every line that bypasses the platform interface, before it is played.
     void SetWatch(boost::function<void(const std::string&)> fnWatch) { m_fnWatch = std::move(fnWatch); }
 
-    /// Plays what comes next: a part of a wait, a step, or, after the last step or a failure, the session's
-    /// end: the main window is asked to close, in the end destroyed, and the message loop ended. Never
+    /// Plays the next part: a part of a wait, a step, or, after the last step or a failure, the end of the
+    /// session: requests the main window to close, destroys it if need be and ends the message loop. Never
     /// blocks.
     void Advance();
     /// True when every step was played.
@@ -55,15 +55,15 @@ public:
     /// Line of the next step; only before the last one was played.
     int GetNextLine() const { return m_script.vSteps[m_idxNext].nLine; }
 
-    /// For verbs: what they work on.
+    /// For verbs: the parts that they work on.
     const TStage& GetStage() const { return m_stage; }
     /// For verbs: no further step before `uMilliseconds` have passed on the session's clock.
     void Wait(uint32_t uMilliseconds) { m_uWait = uMilliseconds; }
-    /// For verbs: gives a command the way a menu does. Raises step_failure when it is disabled.
+    /// For verbs: runs a command as a menu does. Raises step_failure when it is disabled.
     void SendCommand(int nId);
-    /// For verbs: the same, but a disabled command is left alone; false then.
+    /// For verbs: the same, but returns false for a disabled command.
     bool TryCommand(int nId);
-    /// For verbs: states of documents by the names that the script gives them, as JSON.
+    /// For verbs: states of documents as JSON, by the names that the script assigns.
     std::map<std::string, std::string> m_mapMarks;
 
 private:
@@ -75,7 +75,7 @@ private:
     TScript m_script;
     TStage m_stage;
     size_t m_idxNext = 0;
-    uint32_t m_uWait = 0; ///< milliseconds that are still to pass
+    uint32_t m_uWait = 0; ///< milliseconds still to wait
     int m_nCloseAttempts = 0;
     bool m_bPreparing = false;
     boost::function<void(const std::string&)> m_fnWatch;

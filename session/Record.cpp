@@ -107,7 +107,7 @@ void CRecord::FollowView() {
     if (m_view.pFrame != spFrame.get() && g_lstCanvasFrame.size() > 1) Activate(*spFrame);
     const CCanvasView& view = spFrame->GetView();
     const TView shown{spFrame.get(), view.GetClient(), view.GetState(), view.GetScroll()};
-    // A window that is an icon shows nothing, and nothing is done in it.
+    // A minimised window shows nothing and receives no input.
     if (shown == m_view || shown.szClient.cx < 1 || shown.szClient.cy < 1) return;
     m_view = shown;
     Write("view", {{"width", shown.szClient.cx},
@@ -125,7 +125,7 @@ void CRecord::Write(const char* pszVerb, const json& value) {
 }
 
 void CRecord::WriteLine(std::string strLine) {
-    // A box without a session is no reason to begin a file.
+    // Do not start a file for a box without a session.
     if (!m_bBegun || m_bFailed) return;
     strLine += '\n';
     m_bFailed = !m_fnWrite(strLine);

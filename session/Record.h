@@ -1,4 +1,4 @@
-// A session's record while it is written: the lines of a script that does the same.
+// The record of a session: the lines of a script that reproduces it.
 #pragma once
 
 #include "core/GDIBuffer/ScreenMap.h"
@@ -14,18 +14,17 @@
 
 class CCanvasFrame;
 
-/// Takes one whole line with its line end and keeps it at once. False when it cannot; then nothing more
-/// comes.
+/// Writes one whole line with its line end at once. False when it cannot; then it is not called again.
 using TWriteLine = std::function<bool(std::string_view)>;
 
-/// Knows what a player of the lines so far would have: its time, the clipboard's picture, the keys held, the
-/// active window and its view. What differs is written in front of the next line.
+/// Tracks the state that a player of the lines so far would have: its time, the clipboard's picture, the
+/// keys held, the active window and its view. Differences are written before the next line.
 class CRecord : boost::noncopyable {
 public:
     CRecord(const TPlatform& platform, TWriteLine fnWrite)
         : m_platform(platform), m_fnWrite(std::move(fnWrite)) {}
 
-    /// What stands before the session: settings that differ from the defaults, the tablet. Nothing is written
+    /// Writes the initial state: settings that differ from the defaults, the tablet. Nothing is written
     /// before that.
     void WriteHead();
 
@@ -34,18 +33,18 @@ public:
     /// Writes the time that has passed, another program's picture on the clipboard, keys, the active window
     /// and its view.
     void Follow();
-    /// Writes that the user changed to another window, also when he changes back at once.
+    /// Writes that the user switched to another window, also when he switches back at once.
     void Activate(const CCanvasFrame& frame);
-    /// What was handled may change a player's view in another way: it is written again.
+    /// Writes the view again next time, because the handled message may change a player's view differently.
     void DoubtView() { m_view = {m_view.pFrame, {}, {}, {}}; }
-    /// A window goes; another may come to have its place in memory.
+    /// Called when a window is destroyed; another may get its address.
     void ForgetView() { m_view = {}; }
-    /// Follow before a key's own line, which will bring that key to its state.
+    /// Same as Follow, before the line of a key that itself brings that key to its state.
     void FollowToKey(int nKey, bool bDown, bool bRepeat);
 
-    /// Writes the picture that another program has put on the clipboard since, or that its picture is gone.
+    /// Writes the picture that another program has copied since, or that its picture was removed.
     void FollowClipboard();
-    /// The application itself put a picture or a text there: so does a player's.
+    /// Called when the application itself copies a picture or a text, as it does in a player too.
     void KnowClipboard(bool bPicture);
 
     void Write(const char* pszVerb, const nlohmann::json& value);
@@ -72,12 +71,12 @@ private:
     bool m_bBegun = false;
     bool m_bFailed = false;
     uint32_t m_uTime = 0;
-    uint32_t m_uClipboard = 0; ///< the clipboard's count of changes that a player has, too
+    uint32_t m_uClipboard = 0; ///< the clipboard's change count that a player also knows
     bool m_bPicture = false;   ///< a player's clipboard holds a picture
     TKeys m_keys;
     TView m_view;
 };
 
-/// The lines "set" for every setting of the session's store and every switch that differs from its default,
-/// except places of windows and what is about sessions themselves.
+/// Writes a line "set" for every setting of the session's store and every switch that differs from its
+/// default, except window positions and settings about sessions themselves.
 void WriteSettings(CRecord& record, const TPlatform& platform);

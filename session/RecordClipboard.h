@@ -7,8 +7,8 @@
 
 class CRecord;
 
-/// Hands everything on, and tells the record what the application itself puts there. A picture of another
-/// program stands in the record before the application learns of it.
+/// Forwards all calls, and notifies the record of what the application copies. A picture of another program
+/// is recorded before the application receives it.
 class CRecordClipboard : public IClipboard, boost::noncopyable {
 public:
     CRecordClipboard(CRecord& record, IClipboard& clipboard) : m_record(record), m_clipboard(clipboard) {}

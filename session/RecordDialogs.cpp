@@ -86,8 +86,8 @@ private:
 
 EBoxAnswer CRecordDialogs::Show(IWindow* pOwner, const std::wstring& strText, const std::wstring& strTitle,
                                 EBoxKind kind) {
-    // Written before it shows: a session that breaks off meanwhile has told what the user saw. A player's
-    // disk is another one.
+    // Written before it shows, so that the record of a crashed session includes it. Snapshot errors are
+    // left out: a player's disk is another one.
     if (kind == EBoxKind::Error && strText != g_strSnapshotNotWritten)
         m_record.Write("expect", {{"box", ToUtf8(strText)}});
     const EBoxAnswer answer = m_platform.boxes.Show(pOwner, strText, strTitle, kind);

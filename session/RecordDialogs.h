@@ -1,4 +1,4 @@
-// Boxes, file dialogs and dialogs whose answers are recorded.
+// Message boxes, file dialogs and dialogs whose answers are recorded.
 #pragma once
 
 #include "core/Platform/Dialogs.h"
@@ -8,8 +8,8 @@
 class CRecord;
 struct TPlatform;
 
-/// Hands everything on to the platform's own and writes what the user answered: the lines "reply" behind the
-/// line that opened the window, and an expectation for an error box.
+/// Forwards all calls to the platform and writes the user's answers: the lines "reply" after the line that
+/// opened the window, and an expectation for an error box.
 class CRecordDialogs : public IMessageBoxes, public IFileDialogs, public IDialogs, boost::noncopyable {
 public:
     CRecordDialogs(CRecord& record, const TPlatform& platform) : m_record(record), m_platform(platform) {}

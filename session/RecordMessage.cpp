@@ -21,14 +21,14 @@ using nlohmann::json;
 namespace {
 
 constexpr int MAX_KEY = 254;
-constexpr int32_t UPRIGHT = 900; ///< an altitude that a line need not name
+constexpr int32_t UPRIGHT = 900; ///< an altitude that a line may omit
 constexpr uint32_t CURSOR_ERASER = 2;
 
 const TInputName& NameOfButtons(uint32_t uButtons) {
     const auto names = GetInputNames();
     const auto it = std::find_if(names.begin(), names.end(),
                                  [&](const TInputName& name) { return name.uButtons == uButtons; });
-    // The application takes what it does not know for a move, too.
+    // The application also treats unknown changes as a move.
     return it == names.end() || uButtons == 0 ? names.front() : *it;
 }
 
@@ -47,11 +47,11 @@ void RecordOpen(const TRecordTo& to, const std::wstring& strPath) {
 }
 
 void RecordCommand(const TRecordTo& to, int nId) {
-    // The zoom box's line is known by what the view becomes.
+    // The chosen zoom line is recorded as the view's new state.
     if (nId == IDC_ZOOM_COMBO) return;
     if (!g_pMainFrame || !g_pMainFrame->IsCommandEnabled(nId)) return;
     if (nId >= ID_FILE_MRU_FIRST && nId <= ID_FILE_MRU_LAST) {
-        // The list is the user's, the file is what he meant.
+        // Record the file instead of the user's list entry.
         CRecentDocumentList recent(to.platform.files, CRecentDocumentList::FindPath(to.platform.locations));
         const auto idx = static_cast<size_t>(nId - ID_FILE_MRU_FIRST);
         if (idx < recent.GetPaths().size()) RecordOpen(to, recent.GetPaths()[idx]);
@@ -59,7 +59,7 @@ void RecordCommand(const TRecordTo& to, int nId) {
     }
     to.record.Follow();
     to.record.Write("command", WriteCommandId(nId));
-    // Where windows are arranged side by side each outside has its own idea of their size.
+    // Each platform arranges windows at sizes of its own.
     to.record.DoubtView();
 }
 
@@ -93,8 +93,8 @@ void RecordPanel(const TRecordTo& to, int nPanel, const TMessage& msg) {
     to.record.Write("panel", line);
 }
 
-// True when something else lies over the window there, as only a real window can tell. The position is in
-// 1 / `nUnits` of a client pixel.
+// True when another window or widget covers the position, as only a real window can tell. The position is
+// in 1 / `nUnits` of a client pixel.
 bool IsCovered(const ICanvasWindow& window, CPoint pt, int32_t nUnits) {
     const CSize sz = window.GetClientSize();
     const CPoint ptPixel{pt.x / nUnits, pt.y / nUnits};
@@ -166,7 +166,7 @@ void RecordPacket(const TRecordTo& to, const TPenPacket& packet) {
     if (packet.uCursor == CURSOR_ERASER) line["eraser"] = true;
     if (packet.uStatus != 0) line["status"] = packet.uStatus;
     if (IsCovered(*pWindow, pt, nUnits)) line["covered"] = true;
-    // Whether the window has the capture is not asked: a packet before it, read in one go, may let it go.
+    // Does not depend on the capture: an earlier packet, read in the same batch, may release it.
     if (IsBeside(*pWindow, pt, nUnits) || IsRefused(true)) line["idle"] = true;
     to.record.Write("packet", line);
 }

@@ -1,4 +1,4 @@
-// What the user's messages and packets are as lines of a script.
+// Conversion of the user's messages and packets to lines of a script.
 #pragma once
 
 #include "core/Base/Geometry.h"
@@ -14,11 +14,11 @@ struct TRecordTo {
     CRecord& record;
     const TPlatform& platform; ///< of the session that is recorded
     std::function<CSize(const IWindow*, int)>
-        fnViewSize; ///< the size that a panel's view was painted in last
+        fnViewSize; ///< the size at which a panel's view was last painted
 };
 
-/// Writes a message that came from outside, before it is handled. Those that follow by themselves (timers,
-/// repaints, what the view's lines say) and those that the application ignores give no line.
+/// Writes an external message before it is handled. Writes no line for messages that follow automatically
+/// (timers, repaints, view changes covered by the view's lines) or that the application ignores.
 void RecordMessage(const TRecordTo& to, const TMessage& msg);
 
 /// Writes a packet that the active window is about to read.

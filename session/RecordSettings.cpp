@@ -44,7 +44,7 @@ std::string_view Trim(std::string_view str) {
 
 using TName = std::pair<std::string, std::string>; ///< section and key
 
-// Names in their order, each once.
+// All names in order, without duplicates.
 std::vector<TName> ListNames(std::string_view strFile) {
     std::vector<TName> vNames;
     std::set<TName> setSeen;
@@ -78,7 +78,7 @@ void WriteSetting(CRecord& record, const TName& name, const std::string& strValu
 } // namespace
 
 void WriteSettings(CRecord& record, const TPlatform& platform) {
-    // What the store says of the switches was true when the program started; they may have changed since.
+    // The store holds the switches of the program's start; they may have changed since.
     const std::string strDefault = BytesOf({}), strNow = BytesOf(g_Switches);
     for (const TName& name : ListNames(strNow)) {
         const auto strValue = FindIniValue(strNow, name.first, name.second);

@@ -1,6 +1,6 @@
 #include "session/RecordWindows.h"
 
-/// Stands before a window's client.
+/// Wraps a window's client.
 class CRecordWindows::CClient : public IWindowClient {
 public:
     CClient(IWindowClient& client, const std::function<void(const TMessage&)>& fnHear)
@@ -23,7 +23,7 @@ CRecordWindows::CRecordWindows(IWindowFactory& windows, std::function<void()> fn
 CRecordWindows::~CRecordWindows() = default;
 
 IWindowClient& CRecordWindows::Listen(IWindowClient& client) {
-    // Kept to the end: a window may speak to its client until it is freed.
+    // Kept until the end: a window may call its client until it is freed.
     m_vClients.push_back(std::make_unique<CClient>(client, m_fnHear));
     return *m_vClients.back();
 }

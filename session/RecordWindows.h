@@ -1,4 +1,4 @@
-// Windows of a recorded session: the platform's own, with an ear at what they tell their clients.
+// Windows of a recorded session: the platform's own, with the messages to their clients observed.
 #pragma once
 
 #include "core/Platform/Panel.h"
@@ -14,8 +14,8 @@
 
 class CRecordWindows : public IWindowFactory, boost::noncopyable {
 public:
-    /// `fnBegin` is called before the main window is made, `fnHear` hears every message of a main or canvas
-    /// window before its client does.
+    /// `fnBegin` is called before the main window is created, `fnHear` with every message of a main or
+    /// canvas window before its client gets it.
     CRecordWindows(IWindowFactory& windows, std::function<void()> fnBegin,
                    std::function<void(const TMessage&)> fnHear);
     ~CRecordWindows() override;
@@ -26,7 +26,7 @@ public:
     IPanelWindow* CreatePanelWindow(IMainWindow& parent, IWindowClient& client,
                                     const TPanelSetup& setup) override;
 
-    /// The size that a view of a panel was painted in last, empty for never.
+    /// The size at which a panel's view was last painted, empty if it never was.
     CSize GetViewSize(const IWindow* pPanel, int nView) const;
 
 private:

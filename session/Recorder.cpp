@@ -18,7 +18,8 @@ bool IsSame(const TMessage& a, const TMessage& b) {
            a.strText == b.strText;
 }
 
-/// Tells what the outside posted from what the application posts to itself, which follows by itself.
+/// Separates external messages from those that the application posts to itself, which a player repeats
+/// automatically.
 class CRecordQueue : public IMessageQueue, boost::noncopyable {
 public:
     CRecordQueue(IMessageQueue& queue, std::function<void(const TMessage&)> fnTaken)
@@ -47,7 +48,7 @@ public:
         std::erase_if(m_deqOwn, [&](const TMessage& msg) { return msg.pWindow == pWindow; });
         m_queue.Forget(pWindow);
     }
-    /// True while the outside is asked for what is new: whatever a window hears then is its doing.
+    /// True while external events are polled: any message that a window gets then is external.
     bool IsOutside() const { return m_bOutside; }
 
 private:
@@ -55,18 +56,18 @@ private:
         const auto it = std::find_if(m_deqOwn.begin(), m_deqOwn.end(),
                                      [&](const TMessage& own) { return IsSame(own, msg); });
         if (it == m_deqOwn.end()) return false;
-        // Messages keep their order: those before it are gone, with their windows.
+        // Messages keep their order: those before it were dropped with their windows.
         m_deqOwn.erase(m_deqOwn.begin(), it + 1);
         return true;
     }
 
     IMessageQueue& m_queue;
     std::function<void(const TMessage&)> m_fnTaken;
-    std::deque<TMessage> m_deqOwn; ///< what waits of the application's own
+    std::deque<TMessage> m_deqOwn; ///< pending messages of the application itself
     bool m_bOutside = false;
 };
 
-/// Writes the packets that the application reads.
+/// Records the packets that the application reads.
 class CRecordPen : public IPen, boost::noncopyable {
 public:
     CRecordPen(IPen& pen, std::function<void(const TPenPacket&)> fnRead)
@@ -118,7 +119,7 @@ struct CRecorder::TParts {
                      platform.snapshots,
                      m_pen} {}
 
-    // Past the queue come the windows' own notices, and a player's commands.
+    // The windows' own notifications and a player's commands do not pass the queue.
     void OnHeard(const TMessage& msg) {
         if (msg.id == EMessage::Destroy) m_record.ForgetView();
         if (!m_queue.IsOutside()) return;

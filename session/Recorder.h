@@ -1,5 +1,5 @@
-// Records a session: stands between the application and any platform, and writes what comes from outside as
-// a script that does the same.
+// Records a session: a layer between the application and any platform that writes external input as a
+// script that reproduces it.
 #pragma once
 
 #include "core/Platform/Platform.h"
@@ -10,17 +10,17 @@
 #include <memory>
 #include <string>
 
-/// Lives as long as the session. One thread. A line is written before what it tells of is handled, so that a
-/// session that breaks off has recorded the cause.
+/// Lives as long as the session. One thread. A line is written before its event is handled, so that the
+/// record of a crashed session includes the cause.
 class CRecorder : boost::noncopyable {
 public:
-    /// The session has not begun; its main window will begin the record. `platform` outlives the recorder.
+    /// The record starts with the session's main window. `platform` outlives the recorder.
     CRecorder(const TPlatform& platform, TWriteLine fnWrite);
     ~CRecorder();
 
-    /// What the application is to be given.
+    /// The platform to pass to the application.
     const TPlatform& GetPlatform() const;
-    /// A script's line that acts past the platform's seam, before it is played.
+    /// Records a script's line that bypasses the platform interface, before it is played.
     void NoteLine(const std::string& strLine);
     /// True when a line could not be written; the record ends there.
     bool HasFailed() const;

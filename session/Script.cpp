@@ -13,7 +13,7 @@ using nlohmann::json;
 
 namespace {
 
-// The next line of `str`, which loses it, without its line end.
+// Removes the next line from `str` and returns it without its line end.
 std::string_view TakeLine(std::string_view& str) {
     const size_t nEnd = str.find('\n');
     std::string_view strLine = str.substr(0, nEnd);

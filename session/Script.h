@@ -12,36 +12,36 @@
 class CPlayer;
 class IFileStore;
 
-/// What a line does when it is played. Raises step_failure or any exception of the application.
+/// The action that a line performs. Raises step_failure or any exception of the application.
 using TAction = std::function<void(CPlayer&)>;
 
-/// What went wrong while a line was played.
+/// A failure while a line was played.
 struct step_failure : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-/// How a verb's lines stand among the others.
+/// The role of a verb's lines in the order of a script.
 enum class EStepKind {
     Plain,
-    Expects,  ///< may be about an error box of the line before
+    Expects,  ///< may refer to an error box of the line before
     Prepares, ///< at the head of a script: played before the session begins
-    Replies,  ///< answers what the line before it opens
+    Replies,  ///< answers a window that the line before it opens
 };
 
 struct TStep {
     int nLine = 0; ///< from 1
     TAction fnPlay;
     EStepKind kind = EStepKind::Plain;
-    std::string strPast = {}; ///< the line itself when it acts past the platform's seam, else empty
+    std::string strPast = {}; ///< the line itself when it bypasses the platform interface, else empty
 };
 
 struct TScript {
-    std::string strName; ///< as failures name it
+    std::string strName; ///< the name in failure messages
     std::vector<TStep> vSteps;
 };
 
-/// Reads a whole script, every line of it, before anything is played. Raises script_error.
+/// Parses a whole script before anything is played. Raises script_error.
 TScript ParseScript(std::string_view strBytes, const std::string& strName);
 
-/// ParseScript of a file; also raises script_error when it cannot be read.
+/// ParseScript for a file; also raises script_error when it cannot be read.
 TScript ReadScript(const std::wstring& strPath, IFileStore& files);

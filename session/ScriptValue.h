@@ -8,13 +8,12 @@
 #include <stdexcept>
 #include <string>
 
-/// A script that cannot be played: what() is "FILE:LINE: reason" (only the reason while a line is being
-/// read).
+/// An invalid script: what() is "FILE:LINE: reason" (only the reason while a line is being read).
 struct script_error : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-/// One value of a script's line. All members raise script_error, which names the value by its way from the
+/// One value of a script's line. All members raise script_error, which names the value by its path in the
 /// line's object. The JSON outlives the value.
 class CScriptValue {
 public:
@@ -29,7 +28,7 @@ public:
     std::string Utf8() const;
     /// Text, or a whole number as its decimal digits; may be empty.
     std::wstring TypedText() const;
-    /// Checks for an object with these keys only.
+    /// Checks that the value is an object with no other keys than these.
     const CScriptValue& Object(std::initializer_list<const char*> lstKeys) const;
     bool Has(const char* pszKey) const;
     /// A member of an object.
@@ -37,7 +36,7 @@ public:
 
     const nlohmann::json& GetJson() const { return *m_pValue; }
     const std::string& GetName() const { return m_strName; }
-    /// Raises script_error: the value's name and the reason.
+    /// Raises script_error with the value's name and the reason.
     [[noreturn]] void Refuse(const std::string& strReason) const;
 
 private:

@@ -7,7 +7,7 @@
 
 namespace {
 
-// Milliseconds from one moment to a later one, 0 when that has passed; the clock may have wrapped between.
+// Milliseconds from `uNow` to `uDue`, 0 if that has passed; the clock may have wrapped between.
 uint32_t Until(uint32_t uNow, uint32_t uDue) {
     const int32_t nLeft = static_cast<int32_t>(uDue - uNow);
     return nLeft > 0 ? static_cast<uint32_t>(nLeft) : 0;

@@ -10,10 +10,10 @@
 class CSessionMainWindow;
 class IClock;
 
-/// The whole window is client area. It paints into its glass, and its timers follow the session's clock.
+/// The whole window is client area. It paints into memory, and its timers follow the session's clock.
 class CSessionCanvasWindow : public CSessionWindow<ICanvasWindow> {
 public:
-    /// What the scroll bars show.
+    /// State of a scroll bar.
     struct TScroll {
         CSize szExtent, szLine, szPage;
         CPoint ptOffset;
@@ -24,7 +24,7 @@ public:
 
     void Destroy() override;
     void Show() override;
-    /// A changed size is told by Size at once. Sides are at least 1.
+    /// Sends Size at once when the size changes. Sides are at least 1.
     void SetRect(const CRect& rc) override;
     void Invalidate(const CRect& rc) override;
 
@@ -38,26 +38,26 @@ public:
     void SetCapture(bool bCapture) override { m_bCapture = bCapture; }
     bool HasCapture() const override { return m_bCapture; }
     void SetCursor(ECursor cursor) override;
-    /// The MDI client counts as the screen.
+    /// The MDI client is the screen.
     CPoint GetClientOrigin() const override { return m_rc.TopLeft(); }
     int32_t GetDpi() const override { return 96; }
     bool IsAt(CPoint ptScreen) const override {
         return !m_bCovered && !m_rc.Intersect(CRect(ptScreen, CSize{1, 1})).IsEmpty();
     }
     ECursor GetCursor() const { return m_cursor; }
-    /// Another window lies over this one, wherever it is asked.
+    /// Marks the whole window as covered by another one.
     void SetCovered(bool bCovered) { m_bCovered = bCovered; }
 
     /// True while the title is marked.
     bool IsModified() const { return m_bModified; }
     const TScroll& GetScroll() const { return m_scroll; }
     const CGlass& GetGlass() const { return m_glass; }
-    /// Has a real window show this one.
+    /// Creates a real window that shows this one.
     void ShowIn(const std::function<ICanvasWindow*(IWindowClient&)>& fnCreate);
-    /// Has the client paint what was invalidated.
+    /// Makes the client paint the invalidated area.
     void Paint();
-    /// Posts Timer for every timer that is due. Called while no message waits, so that each timer has one
-    /// message at most; periods that passed meanwhile are left out.
+    /// Posts Timer for every timer that is due. Called while the queue is empty, so that each timer has at
+    /// most one message; periods that were missed are skipped.
     void PostTimers();
     /// Milliseconds until the next timer is due, nullopt without timers.
     std::optional<uint32_t> UntilTimer() const;
@@ -68,7 +68,7 @@ private:
         uint32_t uDue;
     };
 
-    /// Gives the real window a client area of this size.
+    /// Resizes the real window's client area to this size.
     void SizeShown();
 
     CSessionMainWindow& m_main;

@@ -4,7 +4,7 @@
 #include "core/Platform/Bitmap.h"
 #include "core/Platform/System.h"
 
-/// A clipboard that nobody else sees.
+/// A private clipboard of the session.
 class CSessionClipboard : public IClipboard {
 public:
     void SetText(const std::wstring& strText) override;

@@ -1,4 +1,4 @@
-// Boxes, file dialogs and dialogs that answer themselves from a queue.
+// Message boxes, file dialogs and dialogs that are answered from a queue.
 #pragma once
 
 #include "core/Platform/Dialogs.h"
@@ -29,18 +29,18 @@ struct TAnswer {
     int nLine = 0;                       ///< where the script has it
 };
 
-/// Answers come in the order in which they were queued, whatever opens; when there is none, a reply is asked
-/// for. What opens without an answer, or with the answer of something else, is a failure and is cancelled;
-/// once the session closes, boxes are answered No or OK and the rest is cancelled. Error boxes need no
-/// answer: the script has to expect them.
+/// Answers are taken in the order in which they were queued, for any kind of window; when the queue is
+/// empty, a reply is requested. A window without an answer, or with one for another kind, is a failure and
+/// is cancelled; once the session closes, boxes are answered No or OK and other windows are cancelled.
+/// Error boxes need no answer: the script must expect them.
 class CSessionDialogs : public IMessageBoxes, public IFileDialogs, public IDialogs, boost::noncopyable {
 public:
     explicit CSessionDialogs(CSessionLog& log) : m_log(log) {}
 
-    /// `fnReply` queues the answer that stands behind the line being played; false when there is none.
+    /// `fnReply` queues the reply that follows the current line; false when there is none.
     void SetReply(boost::function<bool()> fnReply) { m_fnReply = std::move(fnReply); }
     void Push(const TAnswer& answer) { m_deqAnswers.push_back(answer); }
-    /// An answer for what opens next, before those already queued.
+    /// Queues an answer before all others.
     void PushFirst(const TAnswer& answer) { m_deqAnswers.push_front(answer); }
     size_t GetCount() const { return m_deqAnswers.size(); }
     void Clear() { m_deqAnswers.clear(); }

@@ -16,7 +16,7 @@ std::string CSessionLog::Describe(int nLine, const std::string& strReason) const
 
 void CSessionLog::Fail(const std::string& strReason) {
     if (HasFailed()) return;
-    // An error box from before is the cause, what fails now its consequence.
+    // An earlier error box is the cause, the present failure its consequence.
     m_strFailure = m_deqErrors.empty()
                        ? Describe(m_nLine, strReason)
                        : Describe(m_deqErrors.front().nLine, ErrorBoxReason(m_deqErrors.front().strText));

@@ -1,4 +1,4 @@
-// What a played session showed, and what went wrong in it first.
+// The windows that a played session showed, and its first failure.
 #pragma once
 
 #include <boost/noncopyable.hpp>
@@ -17,37 +17,37 @@ struct TShown {
 
 class CSessionLog : boost::noncopyable {
 public:
-    /// `strName` is how failures name the script.
+    /// `strName` names the script in failure messages.
     explicit CSessionLog(std::string strName) : m_strName(std::move(strName)) {}
 
-    /// The line that plays from now on; it is named by failures.
+    /// Sets the current line for failure messages.
     void Enter(int nLine) { m_nLine = nLine; }
     int GetLine() const { return m_nLine; }
-    /// Keeps the session's first failure, with the script's name and the line before it.
+    /// Stores the session's first failure, prefixed with the script's name and line.
     void Fail(const std::string& strReason);
     /// "FILE:LINE: reason".
     std::string Describe(int nLine, const std::string& strReason) const;
     bool HasFailed() const { return !m_strFailure.empty(); }
-    /// "FILE:LINE: reason", empty for none. An error box that nothing has expected counts.
+    /// "FILE:LINE: reason", empty for none. An unexpected error box counts.
     std::string GetFailure() const;
 
     void Show(TShown shown) { m_vShown.push_back(std::move(shown)); }
-    /// Everything that opened, in order.
+    /// All windows that opened, in order.
     const std::vector<TShown>& GetShown() const { return m_vShown; }
 
-    /// An error box was shown; the script has to expect it.
+    /// Records an error box, which the script must expect.
     void ShowError(const std::wstring& strText) { m_deqErrors.push_back({m_nLine, strText}); }
-    /// True while an error box is not expected yet.
+    /// True while there is an error box that was not expected yet.
     bool HasErrors() const { return !m_deqErrors.empty(); }
-    /// Turns an error box that the script should have expected by now into the failure.
+    /// Fails on an error box that the script should have expected by now.
     void FailOnError();
-    /// The text that an expectation of a box is about: the oldest error box not yet expected, else the last
-    /// box. Null when there was no box.
+    /// The text that an expectation of a box is compared with: the oldest error box not yet expected, else
+    /// the last box. Null when there was no box.
     const std::wstring* GetBoxText() const;
-    /// The oldest error box was expected.
+    /// Marks the oldest error box as expected.
     void AcceptError();
 
-    /// From now on the session only unwinds: questions without an answer get their default.
+    /// From now on the session is closing: questions without an answer get their default.
     void SetClosing() { m_bClosing = true; }
     bool IsClosing() const { return m_bClosing || HasFailed(); }
 

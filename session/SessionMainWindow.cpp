@@ -80,7 +80,7 @@ void CSessionMainWindow::SelectZoomItem(int nItem) {
 }
 
 void CSessionMainWindow::ArrangeChildren(EArrange arrange) {
-    // Nothing is ever an icon here.
+    // Nothing is ever minimised here.
     if (arrange == EArrange::Icons) return;
     const CSize szArea = m_rc.Size();
     const auto vChildren = m_vChildren;
@@ -109,6 +109,6 @@ void CSessionMainWindow::SetActiveChild(CSessionCanvasWindow* pChild) {
         m_vUsed.push_back(pChild);
     }
     if (pOld) SendMessage({pOld, EMessage::MdiActivate, 0});
-    // The old child's farewell may have activated another one.
+    // The old child may have activated another one while it was deactivated.
     if (pChild && m_pActive == pChild) SendMessage({pChild, EMessage::MdiActivate, 1});
 }

@@ -10,10 +10,10 @@
 
 class CSessionCanvasWindow;
 
-/// How commands look, as they were last told; a real window's may follow.
+/// State of the commands as last set; a real window's may follow.
 class CCommandLooks : public ICommandLook {
 public:
-    using TGetShown = std::function<ICommandLook*()>; ///< null from it for none
+    using TGetShown = std::function<ICommandLook*()>; ///< returns null for none
     explicit CCommandLooks(TGetShown fnGetShown) : m_fnGetShown(std::move(fnGetShown)) {}
 
     struct TLook {
@@ -57,7 +57,7 @@ public:
     std::vector<CRect> GetScreens() const override;
     void SetMinimumSize(CSize sz) override { m_szMinimum = sz; }
 
-    /// Has a real window show this one.
+    /// Creates a real window that shows this one.
     void ShowIn(const std::function<IMainWindow*(IWindowClient&)>& fnCreate);
 
     const CCommandLooks& GetMenuLooks() const { return m_menuLooks; }
@@ -69,12 +69,12 @@ public:
     const std::wstring& GetStatusText(int nPane) const { return m_astrStatus[nPane]; }
 
     void AddChild(CSessionCanvasWindow& child) { m_vChildren.push_back(&child); }
-    /// Takes a child that is going away out of the list; the one used before it becomes active.
+    /// Removes a child that is being destroyed; the one used before it becomes active.
     void RemoveChild(CSessionCanvasWindow& child);
-    /// Makes a child, or none, the active one and tells both by MdiActivate.
+    /// Activates a child, or none, and notifies both by MdiActivate.
     void SetActiveChild(CSessionCanvasWindow* pChild);
     CSessionCanvasWindow* GetActiveChild() const { return m_pActive; }
-    /// In the order of their making.
+    /// In the order of their creation.
     const std::vector<CSessionCanvasWindow*>& GetChildren() const { return m_vChildren; }
 
 private:

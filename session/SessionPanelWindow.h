@@ -29,6 +29,6 @@ public:
 
 private:
     TPanelPlace m_place;
-    const std::vector<TPanelControl> m_vViews; ///< as the window was made
+    const std::vector<TPanelControl> m_vViews; ///< as the window was created
     std::vector<TPanelControl> m_vControls;
 };

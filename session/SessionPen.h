@@ -6,7 +6,7 @@
 #include <deque>
 
 /// Pressure 0 to 1023, altitude 0 to 900 (tenths of a degree), eight units to a pixel, unless the script
-/// takes the place of another device.
+/// sets another device.
 class CSessionPen : public IPen {
 public:
     bool IsPresent() override { return true; }
@@ -21,19 +21,19 @@ public:
     }
     void Enable(bool bEnable) override { m_bEnabled = bEnable; }
 
-    /// A device: its axes end there, and so many units make a pixel.
+    /// A device: the maxima of its axes, and its units per pixel.
     struct TDevice {
         int32_t nPressure = 1023;
         int32_t nAltitude = 900;
         int32_t nUnits = 8;
     };
-    /// Another device, whose packets arrive whatever Enable says: only those that did were recorded.
+    /// Sets another device. Enable does not affect its packets: only those that arrived were recorded.
     void SetDevice(const TDevice& device) {
         m_device = device;
         m_bAlways = true;
     }
 
-    /// What the device reports; lost while packets are switched off.
+    /// Queues a packet; it is dropped while packets are switched off.
     void Push(const TPenPacket& packet) {
         if (!m_bEnabled && !m_bAlways) return;
         m_deqPackets.push_back(packet);

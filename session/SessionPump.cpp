@@ -7,10 +7,10 @@
 
 namespace {
 
-// Handling events makes new ones: layouts, repaints.
+// Handling events generates new ones: layouts, repaints.
 constexpr int REAL_ROUNDS = 4;
 
-// True for as long as a scope runs.
+// Sets a flag for the duration of a scope.
 class CInside : boost::noncopyable {
 public:
     explicit CInside(bool& b) : m_b(b) { m_b = true; }
@@ -22,7 +22,7 @@ private:
 
 } // namespace
 
-// Real windows have a queue of their own: what is done to them is no message of the session.
+// Real windows have a separate queue: input to them is no message of the session.
 void CSessionPump::TurnShown() {
     for (int n = 0; m_pShown && n < REAL_ROUNDS; ++n)
         for (TMessage msg; m_pShown->Peek() && m_pShown->Get(msg) == 1;) m_pShown->Dispatch(msg);
@@ -44,11 +44,11 @@ bool CSessionPump::Pump(bool bWait) {
         m_windows.FreeDead();
         if (!PumpReady() && bWait) {
             m_player.Advance();
-            // A message for nobody: idle work follows every step, also one that said nothing.
+            // An empty message makes idle work follow every step, also one that posted nothing.
             m_queue.Post({});
         }
     } catch (const std::bad_alloc&) {
-        // What could not be posted comes with the next call.
+        // Messages that could not be posted are posted by the next call.
     }
     return true;
 }

@@ -1,4 +1,4 @@
-// Where a played session's messages come from: its windows, then its script.
+// The source of a played session's messages: its windows, then its script.
 #pragma once
 
 #include "core/Platform/Message.h"
@@ -9,9 +9,9 @@
 class CPlayer;
 class CSessionWindows;
 
-/// Never blocks. Without waiting it brings what is already there: paints, timers that are due; and real
-/// windows get their events. A step of the script is played only when the session would wait, so that the
-/// steps before it, idle work included, have had their whole effect.
+/// Never blocks. Without waiting it delivers what is pending: paints, due timers, and the events of real
+/// windows. A step of the script is played only when the session would wait, so that the steps before it,
+/// idle work included, have been handled completely.
 class CSessionPump : public IEventPump, boost::noncopyable {
 public:
     /// `pShown` is the queue of real windows that show the session's; null without any.
@@ -28,5 +28,5 @@ private:
     CSessionWindows& m_windows;
     CPlayer& m_player;
     IMessageQueue* m_pShown;
-    bool m_bInside = false; ///< the queue asks back while it is looked at
+    bool m_bInside = false; ///< guards against reentry from the queue
 };

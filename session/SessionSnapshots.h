@@ -5,7 +5,7 @@
 
 #include <map>
 
-/// Nothing is ever left: a session without a disk cannot break off and be found later.
+/// FindLeft finds nothing: a session without a disk cannot crash and be found later.
 class CSessionSnapshots : public ISnapshotStore {
 public:
     struct TKept {

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-/// `Interface` is that of a kind of window. A window is state alone; a real one may show it.
+/// `Interface` is the window interface. A window is state alone; a real one may show it.
 template <class Interface>
 class CSessionWindow : public Interface, boost::noncopyable {
 public:
@@ -33,11 +33,11 @@ public:
     const std::vector<TMenuItem>& GetMenu() const { return m_vMenu; }
     /// The real window that shows this one.
     CShownWindow<Interface>& GetShown() { return m_shown; }
-    /// True once Destroy has begun; the object is freed when control is back in the message loop.
+    /// True once Destroy has begun; the object is freed when control returns to the message loop.
     bool IsDestroyed() const { return m_bDestroyed; }
 
 protected:
-    /// The real window goes with this one.
+    /// Destroys the real window together with this one.
     void DestroyShown() {
         m_shown.Do([](Interface& window) { window.Destroy(); });
     }

@@ -40,7 +40,7 @@ ICanvasWindow* CSessionWindows::CreateCanvasWindow(IMainWindow& parent, IWindowC
     CSessionMainWindow* pMain = GetMain();
     if (!pMain || &parent != pMain) return nullptr;
     const int32_t nPlace = static_cast<int32_t>(pMain->GetChildren().size()) % PLACE_COUNT * PLACE_STEP;
-    // A window enters itself among its parent's children: it must not go because it finds no place here.
+    // Reserved first: a window registers itself with its parent and must not be lost without memory.
     m_vCanvas.reserve(m_vCanvas.size() + 1);
     m_vCanvas.push_back(std::make_unique<CSessionCanvasWindow>(*pMain, m_queue, m_clock, client, setup,
                                                                CRect({nPlace, nPlace}, CANVAS_CLIENT)));
@@ -67,7 +67,7 @@ void CSessionWindows::FreeDead() {
 }
 
 void CSessionWindows::Paint() {
-    // A painting client may open or close windows, which moves the list.
+    // A client may open or close windows while it paints, which changes the list.
     for (size_t idx = 0; idx < m_vCanvas.size(); ++idx) m_vCanvas[idx]->Paint();
 }
 

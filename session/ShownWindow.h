@@ -1,4 +1,4 @@
-// A real window that shows what a session's own window holds.
+// A real window that shows the content of a session's own window.
 #pragma once
 
 #include "core/Platform/Window.h"
@@ -7,12 +7,13 @@
 
 #include <functional>
 
-/// The real window belongs to its window system; here is its client, which keeps from the application what is
-/// done to it: a session's outcome must not depend on real pointers, sizes and moments. Only closing is told.
+/// The client of a real window that is owned by its window system. It does not forward input to the
+/// application: a session's result must not depend on real pointers, sizes and timing. Only closing is
+/// reported.
 template <class Interface>
 class CShownWindow : public IWindowClient, boost::noncopyable {
 public:
-    /// `fnCreate` makes the window for this client; null from it leaves nothing to show in.
+    /// `fnCreate` creates the window for this client; null from it: nothing is shown.
     void Open(const std::function<Interface*(IWindowClient&)>& fnCreate) { m_pWindow = fnCreate(*this); }
     ~CShownWindow() override {
         if (m_pWindow) m_pWindow->Destroy();
@@ -26,7 +27,8 @@ public:
     /// Null when there is none.
     Interface* Get() const { return m_pWindow; }
 
-    std::function<void()> m_fnClose;                               ///< the user wants it closed
+    std::function<void()> m_fnClose;                               ///< called when the user closes the
+                                                                   ///< window
     std::function<void(IPaintTarget&, const CRect& rc)> m_fnPaint; ///< may be empty
 
     bool OnMessage(const TMessage& msg) override {

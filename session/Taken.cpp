@@ -13,7 +13,7 @@ boost::shared_ptr<CTools> GetReadyTool() {
     return spTool && spTool->IsEnabled() ? spTool : nullptr;
 }
 
-// Space arms the hand, and what the hand has taken hold of it keeps.
+// Space activates the hand, and a drag of the hand keeps it active.
 bool IsHand(const CTools& tool) {
     if (g_AppModule.GetPlatform().keys.IsKeyDown(VK_Space)) return true;
     const auto spFrame = g_wpActiveFrame.lock();

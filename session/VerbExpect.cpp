@@ -1,4 +1,4 @@
-// The verbs "mark" and "expect": keep the document's state, compare a part of the session's.
+// The verbs "mark" and "expect": store the document's state, compare a part of the session's.
 #include "core/Base/Text.h"
 #include "core/Commands/Commands.h"
 #include "core/MainFrame/MainFrame.h"
@@ -49,7 +49,7 @@ void CheckLeaf(const CScriptValue& value, const std::string& strShape) {
     }
 }
 
-// Refuses what the document's state can never have.
+// Rejects keys and types that the document's state cannot have.
 void CheckShape(const CScriptValue& value, const json& shape) {
     const json& j = value.GetJson();
     if (shape.is_string()) {
@@ -67,7 +67,7 @@ void CheckShape(const CScriptValue& value, const json& shape) {
     }
 }
 
-// A command as a key: its name or the digits of its id.
+// Reads a key that is a command's name or the digits of its id.
 int ReadCommandKey(const CScriptValue& value, const std::string& strKey) {
     int nId = 0;
     const char* pEnd = strKey.data() + strKey.size();
@@ -102,7 +102,7 @@ std::string Differ(const std::string& strWay, const json& expected, const json& 
     return strWay + ": expected " + text(expected) + ", found " + text(actual);
 }
 
-// Objects are compared by the keys that are expected, all else whole.
+// Objects are compared by the expected keys only, all other values as a whole.
 void Compare(const std::string& strWay, const json& expected, const json& actual) {
     if (expected.is_object() && actual.is_object()) {
         for (const auto& [strKey, member] : expected.items())
@@ -126,7 +126,7 @@ void CompareStates(const std::string& strWay, const TStates& mapStates,
 void CompareBox(const std::string& strExpected, CSessionLog& log) {
     const std::wstring* pText = log.GetBoxText();
     const json actual = pText ? json(ToUtf8(*pText)) : json();
-    // An error box is dealt with either way: another text than its own is the failure of this line.
+    // The error box counts as expected either way: if its text differs, this line fails.
     log.AcceptError();
     Compare("box", strExpected, actual);
 }
@@ -138,8 +138,8 @@ void ComparePixel(const TPixel& pixel, IImageCodecs& codecs) {
     throw step_failure(Differ(strWay, pixel.rgba, actual));
 }
 
-// What a document is, whatever it is called and however it came about. Which layer is selected is not part of
-// it: undo selects others.
+// The document's content, without its name and history. The selected layer is not part of it, because undo
+// selects others.
 json DescribeContent(IImageCodecs& codecs) {
     GetActiveFrame();
     json state = DescribeDocument(codecs, true);

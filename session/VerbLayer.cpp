@@ -1,4 +1,4 @@
-// The verb "layer": selects a layer and changes what it is like.
+// The verb "layer": selects a layer and changes its properties.
 #include "core/AppModule/PrivateMessages.h"
 #include "core/CanvasFrame/CanvasFrame.h"
 #include "session/DocumentState.h"
@@ -15,7 +15,7 @@ namespace {
 constexpr int64_t MAX_CHILD = 65535;
 
 struct TLayerStep {
-    std::vector<size_t> vPath; ///< child indices from the root down, empty to stay with the active layer
+    std::vector<size_t> vPath; ///< child indices from the root down, empty for the active layer
     std::optional<std::wstring> strName;
     std::optional<bool> bVisible;
     std::optional<uint8_t> uOpacity;
@@ -36,7 +36,7 @@ TLayerPtr FindChild(const CLayerBuffer& parent, size_t idx) {
     return *std::next(lstChildren.begin(), static_cast<std::ptrdiff_t>(idx));
 }
 
-// Looks the whole path up before it changes anything: a wrong one selects nothing.
+// Resolves the whole path before it selects anything, so that a wrong path has no effect.
 void SelectPath(CCanvasBuffer& canvas, const std::vector<size_t>& vPath) {
     TLayerPtr spLayer;
     for (const size_t idx : vPath) spLayer = FindChild(spLayer ? *spLayer : canvas.GetRoot(), idx);

@@ -1,4 +1,4 @@
-// The verb "panel": what the user does with a panel's controls and views.
+// The verb "panel": user input to a panel's controls and views.
 #include "core/MainFrame/MainFrame.h"
 #include "session/ControlAct.h"
 #include "session/InputNames.h"

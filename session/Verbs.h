@@ -1,5 +1,5 @@
-// The verbs of session scripts. A new verb is a reading function, which checks its value and returns what the
-// line does, and a line in the table of Verbs.cpp.
+// The verbs of session scripts. A new verb needs a reading function, which checks its value and returns the
+// line's action, and an entry in the table of Verbs.cpp.
 #pragma once
 
 #include "session/Script.h"
@@ -10,7 +10,7 @@ struct TVerb {
     const char* pszName;
     TAction (*pfnRead)(const CScriptValue& value); ///< raises script_error
     EStepKind kind = EStepKind::Plain;
-    bool bPast = false; ///< acts past the platform's seam, so that a recorder cannot see it there
+    bool bPast = false; ///< bypasses the platform interface, so that a recorder cannot observe it
 };
 
 /// All verbs.

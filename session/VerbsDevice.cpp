@@ -1,4 +1,4 @@
-// The verbs that say what pointer and pen tell a window.
+// The verbs for pointer and pen input to a window.
 #include "core/CanvasFrame/CanvasFrame.h"
 #include "core/MainFrame/MainFrame.h"
 #include "core/Platform/System.h"
@@ -66,7 +66,7 @@ TAction ReadTablet(const CScriptValue& value) {
                                       static_cast<int32_t>(value.At("altitude").Integer(1, MAX_AXIS)),
                                       static_cast<int32_t>(value.At("units").Integer(1, 1024))};
     return [device](CPlayer& player) {
-        // A window asks for the device when it opens.
+        // A window queries the device when it opens.
         if (!player.IsPreparing()) throw step_failure("a tablet stands at the script's head");
         player.GetStage().pen.SetDevice(device);
     };

@@ -13,7 +13,7 @@
 
 namespace {
 
-// Saves under a name the way the user does, which also exports.
+// Saves under a name as the user does, which also exports.
 TAction SaveAs(const std::wstring& strPath) {
     return [strPath](CPlayer& player) {
         const TStage& stage = player.GetStage();

@@ -1,4 +1,4 @@
-// The verbs that give a tool events in canvas units.
+// The verbs that send a tool events in canvas units.
 #include "core/CanvasFrame/CanvasFrame.h"
 #include "core/MainFrame/MainFrame.h"
 #include "core/Platform/System.h"
@@ -18,7 +18,7 @@ CTools& GetActiveTool() {
     return *spTool;
 }
 
-// Keys held, as an event in canvas units tells them.
+// Flags of the keys held, as for an event in canvas units.
 uint32_t HeldFlags(CPlayer& player) {
     IKeyState& keys = player.GetStage().platform.keys;
     return (keys.IsKeyDown(VK_Control) ? POINTER_CONTROL : 0u) |
@@ -56,7 +56,7 @@ TAction ReadMouse(const CScriptValue& value) {
     const bool bIdle = ReadFlag(value, "idle");
     const CPoint pt = ReadPosition(value);
     return [=](CPlayer& player) {
-        // The right button also cancels what the pen draws.
+        // The right button also cancels a stroke of the pen.
         if (!bIdle && id != EMessage::RButtonDown) RequireTaken(false);
         GetActiveFrame().GetInput().Dispatch(GetActiveTool(), id, pt, 0, 90, HeldFlags(player));
     };

@@ -1,4 +1,4 @@
-// The verbs that prepare what comes later: settings and answers.
+// The verbs that prepare later steps: settings and answers.
 #include "core/Base/Text.h"
 #include "core/IniConfig/GlobalSwitches.h"
 #include "core/IniConfig/IniConfig.h"
@@ -19,7 +19,7 @@ EBoxAnswer ReadBoxAnswer(const CScriptValue& value) {
     return EBoxAnswer::Cancel;
 }
 
-// The class name and, beside it, the fields by name.
+// Reads the class name and the fields by name.
 TAnswer ReadDialogAnswer(const CScriptValue& value) {
     TAnswer answer{.kind = TAnswer::EKind::Dialog, .strDialog = value.At("dialog").Utf8()};
     if (IsControlAct(value)) {
@@ -73,12 +73,12 @@ TAction ReadSet(const CScriptValue& value) {
     const std::wstring strKey = value.At("key").Text();
     const std::wstring strValue = ReadSetting(value.At("value"));
     return [=](CPlayer& player) {
-        // The store itself: before the session there is no application to ask for it.
+        // Uses the store itself: there is no application before the session.
         const TPlatform& platform = player.GetStage().platform;
         CIniConfig config(CIniConfig::FindPath(platform.locations), platform.files);
         const auto spSection = config.GetSection(strSection);
         spSection->SetString(strKey, strValue);
-        // The store is silent about failures, and a script that plays with other settings is another script.
+        // The store does not report failures, but the script must not play with other settings.
         if (spSection->GetString(strKey, {}) != strValue)
             throw step_failure("the setting " + ToUtf8(strSection) + ", " + ToUtf8(strKey) +
                                " cannot be written");

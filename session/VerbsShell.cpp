@@ -19,7 +19,7 @@ constexpr int64_t MAX_VIEW_SIDE = 16384;
 constexpr int64_t MAX_KEY = 254;
 constexpr int64_t MAX_FRAMES = 65535;
 
-// Gives the active canvas window this client size. The frame around it is known only from the two sizes.
+// Resizes the active canvas window's client area; both sizes determine the frame around it.
 void ResizeView(CSize sz) {
     ICanvasWindow& window = *GetActiveFrame().GetWindow();
     const CRect rc = window.GetRect();
@@ -32,7 +32,7 @@ void ResizeView(CSize sz) {
                            " and cannot have that size");
 }
 
-// What the keyboard would do: the state first, then the message to whoever has the focus.
+// Simulates a key: the state first, then the message to the window with the focus.
 void PressKey(CPlayer& player, int nKey, bool bDown) {
     CSessionKeys& keys = player.GetStage().keys;
     const bool bRepeat = bDown && keys.IsKeyDown(nKey);

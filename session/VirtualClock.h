@@ -1,4 +1,4 @@
-// The clock of a played session: it moves only when it is told to.
+// The clock of a played session: it moves only by Advance.
 #pragma once
 
 #include "core/Platform/System.h"
@@ -6,7 +6,7 @@
 class CVirtualClock : public IClock {
 public:
     uint32_t GetTickCount() override { return m_uNow; }
-    /// Moves on by `uMilliseconds`; wraps.
+    /// Advances by `uMilliseconds`; wraps.
     void Advance(uint32_t uMilliseconds) { m_uNow += uMilliseconds; }
 
 private:
