@@ -16,7 +16,7 @@ constexpr char JAPANESE_FAMILY[] = "Noto Sans CJK JP";
 
 QApplication* g_pOwn = nullptr;
 
-/// Qt ends the process when it finds no display, which a plug-in must not do to its host: look before.
+/// Qt ends the process when it finds no display, which a plug-in must not do to its host: check before.
 bool HasDisplay() {
     return QSysInfo::kernelType() != "linux" || qEnvironmentVariableIsSet("QT_QPA_PLATFORM") ||
            !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
@@ -30,10 +30,10 @@ void MakeOwnApplication() {
 
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
     g_pOwn = new QApplication(nArguments, ppszArguments);
-    // Every place that a fast hand was at belongs to its line. The platform plug-in has just set this.
+    // The stroke needs every reported position: do not merge moves. The plug-in has just set this.
     QCoreApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, false);
     g_pOwn->setApplicationName(QStringLiteral("Vellumcraft"));
-    // The message loop's end is a message of the session, not the last window's closing.
+    // The message loop ends by a message of the session, not when the last window closes.
     g_pOwn->setQuitOnLastWindowClosed(false);
     g_pOwn->setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
 
@@ -41,7 +41,7 @@ void MakeOwnApplication() {
     font.setFamilies({QLatin1String(JAPANESE_FAMILY), font.family()});
     g_pOwn->setFont(font);
 
-    // Texts that Qt's own widgets bring (the file dialog's columns): Japanese where the file is installed.
+    // Texts of Qt's own widgets (the file dialog's columns): Japanese if the translation is installed.
     auto* pTranslator = new QTranslator(g_pOwn);
     if (pTranslator->load(QStringLiteral("qtbase_ja"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
         g_pOwn->installTranslator(pTranslator);

@@ -5,15 +5,15 @@ class QFont;
 
 class QWidget;
 
-/// Makes the application object when the process has none. It stays for the life of the process: Qt does not
-/// like to be ended and begun again inside a host. A host's own object is used as it is. False when windows
-/// cannot be shown from this thread: no display, an application object without widgets, or another thread's.
+/// Creates the application object when the process has none. It stays for the life of the process, as Qt
+/// does not support a restart inside a host. A host's own object is used as it is. Returns false when
+/// windows cannot be shown from this thread: no display, an application object without widgets, or another
+/// thread's.
 bool EnsureApplication();
-/// True when the application object is ours, so that its settings may be changed.
+/// True when the application object was created here, so that its settings may be changed.
 bool OwnsApplication();
 
-/// The font with a Japanese family behind its own, so that a CJK fallback takes Japanese letter forms.
+/// A
 QFont WithJapanese(const QFont& font);
-/// What every top-level window of ours needs: the font and the icon, and no say in whether a host ends with
-/// its last window.
+/// Sets the font and the icon of a top-level window, and keeps a host running when it is closed.
 void PrepareTopLevel(QWidget& widget);

@@ -20,16 +20,16 @@
 namespace {
 
 constexpr int WHEEL_STEP = 120;
-constexpr int MOST_RECTANGLES = 16; ///< painted one by one
+constexpr int MOST_RECTANGLES = 16; ///< more are painted as one
 
-/// Draws rows of pixels one to one on the device's pixels.
+/// Draws pixels one to one on device pixels.
 class CViewPainter : public IPaintTarget {
 public:
     CViewPainter(QWidget& viewport, const QRegion& region) : m_painter(&viewport) {
         m_dScale = m_painter.device()->devicePixelRatio();
         m_painter.setClipRegion(region);
         m_painter.setCompositionMode(QPainter::CompositionMode_Source);
-        // At a broken scale the viewport may end inside a device pixel, which no picture pixel covers.
+        // At a fractional scale the viewport may end inside a device pixel that no picture pixel covers.
         if (m_dScale != std::floor(m_dScale)) m_painter.fillRect(viewport.rect(), viewport.palette().mid());
     }
 
@@ -54,12 +54,12 @@ CQtCanvasView::CQtCanvasView(TEvents events, QWidget* pParent)
     : QAbstractScrollArea(pParent), m_events(std::move(events)) {
     setFrameShape(QFrame::NoFrame);
     setFocusPolicy(Qt::StrongFocus);
-    // Bars that came and went would change the client size that decides whether they are needed.
+    // Bars that appear and disappear would change the client size that they depend on.
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
     viewport()->setAttribute(Qt::WA_NoSystemBackground);
-    // The pointer is followed without a button too, and a pen that rests stays a pen: no menu by holding.
+    // The pointer is tracked without a button, and a resting pen must not open a context menu.
     viewport()->setMouseTracking(true);
     viewport()->setTabletTracking(true);
     viewport()->setContextMenuPolicy(Qt::PreventContextMenu);
@@ -96,7 +96,7 @@ void CQtCanvasView::Invalidate(const CRect& rc) {
 void CQtCanvasView::SetScroll(CSize szExtent, CSize szLine, CSize szPage, CPoint ptOffset) {
     const QScopedValueRollback guard(m_bSetting, true);
     const CSize szClient = GetClientSize();
-    // Qt's page step is the handle's length; how far a page moves is corrected when it moves.
+    // Qt's page step is the handle's length; the distance of a page is corrected when it scrolls.
     const auto set = [](QScrollBar& bar, int nExtent, int nClient, int nLine, int nOffset) {
         bar.setRange(0, std::max(0, nExtent - nClient));
         bar.setSingleStep(nLine);
@@ -109,7 +109,7 @@ void CQtCanvasView::SetScroll(CSize szExtent, CSize szLine, CSize szPage, CPoint
 }
 
 void CQtCanvasView::SettleLayout() {
-    // Qt lays out a hidden widget when it is shown; the application wants to know before.
+    // Qt lays out a hidden widget only when it is shown; the application needs the size before.
     QResizeEvent event(size(), size());
     QCoreApplication::sendEvent(this, &event);
     QResizeEvent eventViewport(viewport()->size(), viewport()->size());
@@ -126,7 +126,7 @@ void CQtCanvasView::CheckSize() {
 void CQtCanvasView::resizeEvent(QResizeEvent*) { CheckSize(); }
 
 void CQtCanvasView::paintEvent(QPaintEvent* pEvent) {
-    // A move to a screen of another scale changes the size in device pixels alone, and brings a repaint.
+    // A screen of another scale changes only the size in device pixels, and causes a repaint.
     CheckSize();
     const qreal dScale = devicePixelRatioF();
     const CSize szClient = GetClientSize();
@@ -140,7 +140,7 @@ void CQtCanvasView::paintEvent(QPaintEvent* pEvent) {
     const QRegion& region = pEvent->region();
     CViewPainter painter(*viewport(), region);
     const CPaintScope painting;
-    // Two places far apart are not worth what lies between them.
+    // Few rectangles are painted one by one, as the area between them may be large.
     if (region.rectCount() > MOST_RECTANGLES)
         paint(painter, region.boundingRect());
     else
@@ -149,7 +149,7 @@ void CQtCanvasView::paintEvent(QPaintEvent* pEvent) {
 
 void CQtCanvasView::wheelEvent(QWheelEvent* pEvent) {
     const int nDelta = pEvent->angleDelta().y();
-    // A touch pad turns in small parts; turning back starts anew.
+    // A touch pad scrolls in small parts; a change of direction resets them.
     if ((nDelta > 0) != (m_nWheel > 0)) m_nWheel = 0;
     m_nWheel += nDelta;
     const int nSteps = m_nWheel / WHEEL_STEP;
@@ -169,7 +169,7 @@ void CQtCanvasView::TellPointer(EMessage id, const QMouseEvent& event) {
                       static_cast<int32_t>(std::floor(event.position().y() * dScale))});
 }
 
-// A press gives the focus first, upon which Qt makes the window active, and only then comes here.
+// On a press Qt first sets the focus, which activates the window, and only then sends the press.
 void CQtCanvasView::focusInEvent(QFocusEvent* pEvent) {
     m_bActivated = pEvent->reason() == Qt::MouseFocusReason && !m_events.isActive();
     QAbstractScrollArea::focusInEvent(pEvent);
@@ -191,7 +191,7 @@ bool CQtCanvasView::viewportEvent(QEvent* pEvent) {
         press(EMessage::LButtonUp, EMessage::RButtonUp);
         return true;
     case QEvent::MouseMove:
-        m_bActivated = false; // by a scroll bar
+        m_bActivated = false; // activated by a scroll bar
         TellPointer(EMessage::MouseMove, static_cast<QMouseEvent&>(*pEvent));
         return true;
     case QEvent::Leave:

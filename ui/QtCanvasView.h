@@ -17,14 +17,14 @@ class CQtCanvasView : public QAbstractScrollArea {
 public:
     struct TEvents {
         std::function<void(CSize)> size;                         ///< the client size has changed
-        std::function<void(IPaintTarget&, const CRect&)> paint;  ///< the rectangle is out of date
+        std::function<void(IPaintTarget&, const CRect&)> paint;  ///< the rectangle must be repainted
         std::function<void(bool bVertical, int nOffset)> scroll; ///< the user moved a scroll bar
         std::function<void(int nDelta)> wheel;                   ///< whole steps of 120
         /// The pointer's messages: keys are MOUSE_ bits, the position a client pixel.
         std::function<void(EMessage id, int64_t nKeys, CPoint pt)> pointer;
-        std::function<void(const QTabletEvent&)> tablet; ///< every event of the pen, none left out
+        std::function<void(const QTabletEvent&)> tablet; ///< every event of the pen
         std::function<bool()> isActive;                  ///< the view is the active window's
-        std::function<void(bool bPen)> activate; ///< the press that comes next found the view inactive
+        std::function<void(bool bPen)> activate;         ///< the next press hits an inactive view
     };
 
     CQtCanvasView(TEvents events, QWidget* pParent);
@@ -33,12 +33,12 @@ public:
     void Invalidate(const CRect& rc);
     /// The viewport's top-left pixel on the screen.
     CPoint GetClientOrigin() const;
-    /// True when the viewport is what lies at a device pixel of the screen.
+    /// True when the viewport is the topmost widget at a device pixel of the screen.
     bool IsAt(CPoint ptScreen) const;
     void ShowCursor(ECursor cursor);
-    /// Sets both scroll bars without telling anybody.
+    /// Sets both scroll bars without a notification.
     void SetScroll(CSize szExtent, CSize szLine, CSize szPage, CPoint ptOffset);
-    /// Brings the viewport to the size that the view has, for a view that has not been shown yet.
+    /// Resizes the viewport to fit the view before it is first shown.
     void SettleLayout();
 
 protected:
@@ -47,7 +47,7 @@ protected:
     void wheelEvent(QWheelEvent* pEvent) override;
     bool viewportEvent(QEvent* pEvent) override;
     void focusInEvent(QFocusEvent* pEvent) override;
-    /// Nothing moves by itself: the application paints what it scrolled to.
+    /// Does not scroll pixels: the application repaints after scrolling.
     void scrollContentsBy(int, int) override {}
 
 private:
@@ -58,8 +58,8 @@ private:
     TEvents m_events;
     CSize m_szTold;
     ECursor m_cursor = ECursor::Arrow;
-    CSize m_szPage;            ///< what a click beside a scroll bar's handle moves
-    bool m_bActivated = false; ///< the press that is on its way made the view active
-    bool m_bSetting = false;   ///< the application moves the scroll bars
-    int m_nWheel = 0;          ///< part of a wheel step so far
+    CSize m_szPage;            ///< pixels that a click beside the handle scrolls
+    bool m_bActivated = false; ///< the press being delivered activated the view
+    bool m_bSetting = false;   ///< the application is setting the scroll bars
+    int m_nWheel = 0;          ///< accumulated part of a wheel step
 };

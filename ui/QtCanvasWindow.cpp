@@ -40,7 +40,7 @@ CQtCanvasWindow::CQtCanvasWindow(CQtMainWindow& parent, IWindowClient& client,
            },
            [this] { return m_main.GetActiveChild() == this; },
            [this](bool bPen) {
-               if (bPen) Activate(); // for the mouse Qt does so
+               if (bPen) Activate(); // for the mouse Qt activates it
                Post(bPen ? EMessage::PenActivate : EMessage::MouseActivate, 0, 0);
            }},
           this)) {
@@ -174,7 +174,7 @@ void CQtCanvasWindow::resizeEvent(QResizeEvent* pEvent) {
 
 void CQtCanvasWindow::SettleLayout() {
     ensurePolished();
-    // A layout that has been activated once does not follow a hidden window's size.
+    // An activated layout ignores a hidden window's size.
     layout()->invalidate();
     layout()->activate();
     m_pView->SettleLayout();
@@ -192,7 +192,7 @@ void CQtCanvasWindow::SetTimer(int nId, int nMilliseconds) {
     auto pTimer = std::make_unique<TTimer>();
     TTimer& timer = *pTimer;
     connect(&timer.timer, &QTimer::timeout, this, [this, nId, &timer] {
-        // One of a kind at a time: a slow session must not find a heap of them.
+        // At most one pending message of each kind, so that they do not pile up in a slow session.
         const uint64_t uRound = m_main.GetPump().GetRound();
         if (timer.uPostedRound == uRound) return;
         timer.uPostedRound = uRound;
@@ -206,8 +206,8 @@ void CQtCanvasWindow::SetFocus() {
     if (!m_pView->hasFocus() && !m_bDestroyed) FocusView();
 }
 
-// Qt itself keeps giving the pointer to the window in which a button went down; what is kept here is that the
-// application wants it.
+// Qt itself sends the pointer to the window in which a button was pressed; this only stores the
+// application's request.
 void CQtCanvasWindow::SetCapture(bool bCapture) { m_bCapture = bCapture; }
 
 void CQtCanvasWindow::LoseCapture() {

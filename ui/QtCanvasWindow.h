@@ -1,5 +1,5 @@
-// A canvas frame's window: an MDI child. Its place in the MDI client is device-independent pixels, its client
-// area device pixels.
+// A canvas frame's window: an MDI child. Its place in the MDI client is in device-independent pixels, its
+// client area in device pixels.
 #pragma once
 
 #include "core/Platform/Window.h"
@@ -16,7 +16,7 @@ class CQtMainWindow;
 
 class CQtCanvasWindow : public QMdiSubWindow, public ICanvasWindow {
 public:
-    /// Makes the window without showing it; the client hears nothing until SetReady.
+    /// Creates the hidden window; the client gets no messages until SetReady.
     CQtCanvasWindow(CQtMainWindow& parent, IWindowClient& client, const TCanvasWindowSetup& setup);
     ~CQtCanvasWindow() override;
     void SetReady() { m_bReady = true; }
@@ -26,7 +26,7 @@ public:
     void Destroy() override;
     void SetTitle(const std::wstring& strTitle) override;
     void Show() override;
-    /// The place while neither minimised nor maximised.
+    /// The place in the normal state, neither minimised nor maximised.
     CRect GetRect() const override;
     void SetRect(const CRect& rc) override;
     void Invalidate(const CRect& rc) override;
@@ -45,17 +45,17 @@ public:
     int32_t GetDpi() const override;
     bool IsAt(CPoint ptScreen) const override;
 
-    /// The title as lists show it, with its mark.
+    /// The title for lists, with the modified mark.
     QString GetMarkedTitle() const;
     CQtMenuSet& GetMenus() { return *m_pMenus; }
     void FocusView();
-    /// The pointer is another window's now.
+    /// Called when another window takes the pointer.
     void LoseCapture();
-    /// Cuts the window off from its client without telling it: the session has broken off.
+    /// Detaches the window from its client without a message, after the session has failed.
     void Abandon();
 
 protected:
-    /// Tab leaves the child for the panels; Qt would keep it inside.
+    /// Tab moves from the child to the panels; Qt would keep the focus inside.
     bool focusNextPrevChild(bool bNext) override;
     void closeEvent(QCloseEvent* pEvent) override;
     void moveEvent(QMoveEvent* pEvent) override;
@@ -79,7 +79,7 @@ private:
     CQtCanvasView* m_pView;
     std::map<int, std::unique_ptr<TTimer>> m_mapTimers;
     std::wstring m_strTitle;
-    QRect m_rcPlace; ///< the place to return to from minimised and maximised
+    QRect m_rcPlace; ///< the place to restore from minimised and maximised
     bool m_bCapture = false;
     bool m_bReady = false;
     bool m_bDestroyed = false;

@@ -21,7 +21,7 @@ bool CQtEventPump::Pump(bool bWait) {
         QCoreApplication::processEvents(flags);
         Free();
     }
-    // What could not be handed over stays for the next time.
+    // Messages that could not be passed on stay for the next time.
     Guarded([&] { Release(); });
     return true;
 }
@@ -47,14 +47,14 @@ void CQtEventPump::FreeLater(QObject* pObject) noexcept {
     try {
         m_vDead.emplace_back(pObject);
     } catch (const std::bad_alloc&) {
-        // Then it goes whenever Qt frees what is left to it.
+        // Qt then frees the remaining objects itself.
     }
 }
 
 void CQtEventPump::Free() {
-    // Without QApplication::exec nobody takes up what deleteLater leaves at this level. In a host's program
-    // that may be the host's objects too, in use further down the stack: there only ours are freed. What was
-    // left at a deeper level Qt frees itself; what belongs to an outer one has to wait for it.
+    // Without QApplication::exec nothing handles deleteLater at this level. In a host's program these may
+    // also be the host's objects, in use further down the stack: there only ours are freed. Qt frees
+    // objects of deeper levels itself; those of outer levels have to wait for their level.
     if (OwnsApplication()) {
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     } else {

@@ -1,4 +1,4 @@
-// Qt's events as a source of messages, without QApplication::exec: the session's own loop turns it.
+// Qt's events as a source of messages, without QApplication::exec: the session's own message loop runs it.
 #pragma once
 
 #include "core/Platform/Message.h"
@@ -12,28 +12,26 @@
 #include <deque>
 #include <vector>
 
-/// What Qt tells is held here and handed to the queue one by one. The queue asks only when it is empty: a
-/// message is handed over after the one before has been handled, and all that the application then posted to
-/// itself. So IKeyState answers for the message being handled, and a burst of events is the same as events
-/// at leisure.
+/// Messages from Qt are held here and passed to the queue one by one. The queue requests one only when it
+/// is empty, after the previous message and all that the application posted to itself have been handled. So
+/// IKeyState matches the message being handled, and a burst of events has the same result as slow events.
 class CQtEventPump : public IEventPump, boost::noncopyable {
 public:
     CQtEventPump(IMessageQueue& queue, CQtKeyState& keys) : m_queue(queue), m_keys(keys) {}
-    /// Frees what FreeLater still holds.
+    /// Frees the objects that FreeLater holds.
     ~CQtEventPump() override;
 
     bool Pump(bool bWait) override;
 
-    /// Posts a message that comes from Qt, behind those before it. Qt's calls let no exception through:
-    /// without memory the message is lost, and the user is told.
+    /// Appends a message that comes from Qt. No exception may pass through Qt's calls: without memory the
+    /// message is lost, and the user is notified.
     void Post(const TMessage& msg);
-    /// Drops every waiting message of a window, here and in the queue.
+    /// Removes all pending messages of a window, here and in the queue.
     void Forget(const IWindow* pWindow);
-    /// Counts the moments at which nothing was waiting: a message posted in an earlier round has been
-    /// handled.
+    /// Incremented whenever no message is pending: a message posted in an earlier round has been handled.
     uint64_t GetRound() const { return m_uRound; }
 
-    /// Frees an object when control is back in the message loop. Never throws.
+    /// Frees an object when control returns to the message loop. Never throws.
     void FreeLater(QObject* pObject) noexcept;
 
 private:

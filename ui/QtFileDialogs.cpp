@@ -16,7 +16,7 @@
 
 namespace {
 
-/// A type's endings without the dot.
+/// A type's extensions without the dot.
 QStringList ExtensionsOf(const TFileFilter& filter) {
     QStringList lstExtensions;
     for (const QString& strPattern : ToQt(filter.strPattern).split(QLatin1Char(';'), Qt::SkipEmptyParts))
@@ -31,7 +31,7 @@ int FilterOf(const QString& strExtension, const TFileDialog& dialog) {
     return -1;
 }
 
-/// The name's ending if the dialog knows it; "v1.2" ends in none.
+/// The name's extension if the dialog knows it; "v1.2" has none.
 QString KnownExtension(const QString& strName, const TFileDialog& dialog) {
     const QString strExtension = QFileInfo(strName).suffix();
     const bool bKnown = FilterOf(strExtension, dialog) >= 0 ||
@@ -62,11 +62,11 @@ bool ConfirmOverwrite(QWidget* pParent, const QString& strPath) {
     return box.exec() == QMessageBox::Yes;
 }
 
-/// Gives the dialog its types and Japanese texts.
+/// Sets the dialog's types and Japanese texts.
 void PrepareDialog(QFileDialog& fileDialog, const TFileDialog& dialog, const QStringList& lstFilters) {
     PrepareModal(fileDialog);
     fileDialog.setOption(QFileDialog::DontUseNativeDialog);
-    // Asked by us, once, when the name has got its ending.
+    // Overwriting is confirmed once, by our code, after the name has its extension.
     fileDialog.setOption(QFileDialog::DontConfirmOverwrite);
     fileDialog.setAcceptMode(dialog.bSave ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     fileDialog.setFileMode(dialog.bSave ? QFileDialog::AnyFile : QFileDialog::ExistingFile);

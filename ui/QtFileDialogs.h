@@ -1,5 +1,5 @@
-// The open and save dialogs. Qt's own dialog, not the desktop's: only there does a change of the type reach
-// the name at once, and it looks the same in every host.
+// The open and save dialogs. Qt's own dialog instead of the desktop's: it updates the name at once when the
+// type changes, and looks the same in every host.
 #pragma once
 
 #include "core/Platform/Dialogs.h"
@@ -13,8 +13,8 @@ public:
 
 /// A type's line in Qt's form, "text (*.a *.b)".
 QString NameFilterOf(const TFileFilter& filter);
-/// The name with the type's first ending in place of its own, if that is one of `dialog`'s; a name without an
-/// ending stays without.
+/// Replaces the name's extension, if it is one of `dialog`'s, by the type's first one.
 QString ReplaceExtension(const QString& strName, const TFileDialog& dialog, int nFilter);
-/// The name with an ending: its own if the dialog knows it, else the chosen type's, else the default.
+/// Completes the name's extension: its own if the dialog knows it, else the chosen type's, else the
+/// default.
 QString CompleteName(const QString& strName, const TFileDialog& dialog, int nFilter);

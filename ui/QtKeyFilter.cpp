@@ -38,8 +38,8 @@ bool CQtKeyFilter::IsKeyDown(int nVirtualKey) const { return m_keys.IsKeyDown(nV
 
 namespace {
 
-// In a panel a control comes first with those keys that no shortcut has; what it declines goes up to the
-// panel and from there to the application.
+// A panel's control gets keys without a shortcut first; a key that it ignores goes to the panel and then to
+// the application.
 bool IsForControl(const QWidget& widget, const QKeyEvent& event) {
     const CQtPanel* pPanel = CQtPanel::Of(widget);
     return pPanel && pPanel != &widget && !(event.modifiers() & (Qt::ControlModifier | Qt::AltModifier));
@@ -50,8 +50,8 @@ bool IsPanelText(const QWidget* pWidget) {
            CQtPanel::Of(*pWidget);
 }
 
-// The text of a panel that a key on its way to `pWidget` is typed into; null for none. A key that the text
-// declines goes on to the widgets around it. `pWidget` is null while Qt's window has the key.
+// The text field of a panel that gets a key sent to `pWidget`; null for none. A key that the field ignores
+// goes on to its parent widgets. `pWidget` is null while Qt's window has the key.
 const QWidget* TextOf(const QWidget* pWidget) {
     if (IsPanelText(pWidget)) return pWidget;
     const QWidget* pFocus = QApplication::focusWidget();
@@ -67,7 +67,7 @@ EMessage KeyMessage(bool bDown, bool bAlt) {
                  : (bAlt ? EMessage::SysKeyUp : EMessage::KeyUp);
 }
 
-// Keys that no text has a use for.
+// True for keys that no text field uses.
 bool IsShortcut(const QKeyEvent& event) {
     const int nKey = event.key();
     return (nKey >= Qt::Key_F1 && nKey <= Qt::Key_F35) ||
@@ -77,7 +77,7 @@ bool IsShortcut(const QKeyEvent& event) {
 } // namespace
 
 bool CQtKeyFilter::Takes(const QWidget& widget) const {
-    // An open menu, a list that has dropped down and a dialog keep their keys.
+    // An open menu, an open list and a dialog keep their keys.
     const QWidget* pModal = QApplication::activeModalWidget();
     const CQtPanel* pPanel = CQtPanel::Of(widget);
     const QWidget* pWindow = pPanel ? pPanel->parentWidget() : widget.window();
@@ -97,13 +97,13 @@ bool CQtKeyFilter::eventFilter(QObject* pWatched, QEvent* pEvent) {
     const bool bDown = type == QEvent::KeyPress;
     auto* pWidget = qobject_cast<QWidget*>(pWatched);
     const QWidget* pText = TextOf(pWidget);
-    // Wherever a key goes to, that it is down is known to all; but what is typed is no key that a tool finds
-    // down at the pointer's next event.
+    // The state of every key is tracked wherever it is sent; but a typed key must not count as held at the
+    // pointer's next event.
     if (!event.isAutoRepeat() && (!bDown || !pText || IsModifier(nVirtualKey)))
         m_keys.Press(nVirtualKey, bDown);
     if (!pWidget || m_pResent) return false;
     const bool bTaken = !pText && Takes(*pWidget) && !IsForControl(*pWidget, event);
-    // The release of a key that the application has seen go down may come up elsewhere.
+    // The release of a key whose press was reported may arrive at another widget.
     if (!bTaken && !bDown && !event.isAutoRepeat()) PostRelease(nVirtualKey);
     if (!bTaken && !(pText && OnText(*pWidget, *pText, event))) return false;
     if (bTaken) Guarded([&] { OnKey(*pWidget, event); });
@@ -111,8 +111,8 @@ bool CQtKeyFilter::eventFilter(QObject* pWatched, QEvent* pEvent) {
     return true;
 }
 
-// True for a key that the text has declined and that goes no further up. The panel knows what ends typing; a
-// shortcut goes to the main window, past the picture.
+// True for a key that the text field ignored and that is not passed on. The panel handles the keys that end
+// typing; a shortcut goes to the main window instead of the picture.
 bool CQtKeyFilter::OnText(const QWidget& widget, const QWidget& text, const QKeyEvent& event) {
     const int nKey = event.key();
     const bool bEnds = nKey == Qt::Key_Escape || nKey == Qt::Key_Return || nKey == Qt::Key_Enter;
@@ -137,7 +137,7 @@ void CQtKeyFilter::PostRelease(int nVirtualKey) {
 void CQtKeyFilter::OnKey(QWidget& widget, const QKeyEvent& event) {
     const int nVirtualKey = VirtualKeyOf(event);
     const bool bDown = event.type() == QEvent::KeyPress;
-    // A held key comes as presses with a release between each two; the application knows presses only.
+    // Auto-repeat sends a release between presses; the application expects presses only.
     if (!bDown && event.isAutoRepeat()) return;
     IWindow* pReceiver = m_fnReceiver ? m_fnReceiver() : nullptr;
     if (!pReceiver) return;
@@ -162,7 +162,7 @@ void CQtKeyFilter::Default(const TMessage& msg) {
     });
     if (it == m_deqTyped.end()) return;
     const TTyped typed = std::move(*it);
-    // Those before it have been handled: messages keep their order.
+    // Messages keep their order, so those before it have been handled.
     m_deqTyped.erase(m_deqTyped.begin(), it + 1);
     if (!typed.pWidget) return;
     const QScopedValueRollback<const QEvent*> guard(m_pResent, typed.pEvent.get());

@@ -1,5 +1,5 @@
-// The keyboard's road: every key goes to the application first, as a message, and back to the widget that it
-// was typed into when the application has no use for it. What is typed into a panel's text stays there.
+// Routing of keys: the application gets every key first, as a message; a key that it declines is sent back
+// to the widget with the focus. Text typed into a panel stays there.
 #pragma once
 
 #include "core/Platform/Message.h"
@@ -19,14 +19,14 @@ class CQtKeyState;
 
 class CQtKeyFilter : public QObject {
 public:
-    /// Watches the whole application for as long as the filter lives.
+    /// Filters the events of the whole application for as long as it lives.
     CQtKeyFilter(CQtEventPump& pump, CQtKeyState& keys);
 
-    /// Takes the keys typed into a window. `receiver` names who gets their messages, null for nobody.
+    /// Handles the keys of a window. `receiver` returns the window that gets their messages, null for none.
     void SetWindow(QWidget* pWindow, std::function<IWindow*()> receiver);
-    /// Hands a declined key message's event to the widget that it was typed into.
+    /// Sends a declined key message's event to the widget that it was typed into.
     void Default(const TMessage& msg);
-    /// True while a key is down, by the message being handled.
+    /// True while a key is down, as of the message being handled.
     bool IsKeyDown(int nVirtualKey) const;
 
     bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
@@ -50,7 +50,7 @@ private:
     CQtKeyState& m_keys;
     QPointer<QWidget> m_pWindow;
     std::function<IWindow*()> m_fnReceiver;
-    std::set<int> m_setTold;           ///< keys whose press the application was told of, but no release yet
+    std::set<int> m_setTold;           ///< keys reported as pressed and not yet released
     std::deque<TTyped> m_deqTyped;     ///< events whose messages may still be declined
-    const QEvent* m_pResent = nullptr; ///< the event on its way back, null when none is
+    const QEvent* m_pResent = nullptr; ///< the event being sent back, null for none
 };

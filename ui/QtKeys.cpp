@@ -67,7 +67,7 @@ int VirtualKeyOf(const QKeyEvent& event) {
         if (nKey >= Qt::Key_0 && nKey <= Qt::Key_9) return 0x60 + (nKey - Qt::Key_0);
         if (const int nVirtualKey = Find(KEYPAD_CODES, nKey)) return nVirtualKey;
     } else if (event.nativeScanCode() >= 10 && event.nativeScanCode() <= 19) {
-        // The digit row by position (10 is "1", 19 is "0"): what Shift makes of it differs by layout.
+        // The digit row by position (10 is "1", 19 is "0"): Shift changes it differently in each layout.
         return '0' + static_cast<int>(event.nativeScanCode() - 9) % 10;
     }
     if ((nKey >= Qt::Key_A && nKey <= Qt::Key_Z) || (nKey >= Qt::Key_0 && nKey <= Qt::Key_9)) return nKey;

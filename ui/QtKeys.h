@@ -12,9 +12,9 @@ class QKeyEvent;
 /// The virtual key code of an event's key, 0 for keys that have none.
 int VirtualKeyOf(const QKeyEvent& event);
 
-/// Keys as the message being handled found them. Events change the present state at once; messages follow
-/// later, and what the application asks must fit the message that it is handling (Ctrl+Z stays Ctrl+Z when
-/// Ctrl went up before the message was taken). So the state that is answered moves on with the messages.
+/// The state of the keys at the message being handled. Events change the present state at once; messages
+/// are handled later, and the state must match them (Ctrl+Z stays Ctrl+Z when Ctrl was released before the
+/// message was handled). So the reported state advances with the messages.
 class CQtKeyState : public IKeyState {
 public:
     using TKeys = std::bitset<256>;
@@ -22,13 +22,13 @@ public:
     bool IsKeyDown(int nVirtualKey) override;
 
     void Press(int nVirtualKey, bool bDown);
-    /// Brings Shift, Ctrl and Alt in line with what an event of the pointer says.
+    /// Sets Shift, Ctrl and Alt to the modifiers of a pointer event.
     void SyncModifiers(Qt::KeyboardModifiers modifiers);
-    /// All keys up: what happens to them while another program has the keyboard is not told.
+    /// Releases all keys: changes while another program has the keyboard are not reported.
     void Clear();
 
     const TKeys& GetPresent() const { return m_present; }
-    /// Sets what IsKeyDown answers from now on.
+    /// Sets the state that IsKeyDown reports from now on.
     void Follow(const TKeys& keys) { m_seen = keys; }
 
 private:

@@ -29,7 +29,7 @@
 
 namespace {
 
-/// Neutral, so that it does not tint what one sees in the picture.
+/// Neutral, so that it does not affect how colours in the picture are perceived.
 constexpr QColor MDI_BACKGROUND(0x4a, 0x4a, 0x4a);
 
 } // namespace
@@ -38,7 +38,7 @@ CQtMainWindow::CQtMainWindow(IWindowClient& client, const TMainWindowSetup& setu
                              CQtKeyFilter& keys, CQtPen& pen)
     : m_pClient(&client), m_pump(pump), m_keys(keys), m_pen(pen), m_pMdiArea(new QMdiArea(this)) {
     PrepareTopLevel(*this);
-    // A host that is a Qt program waits for us with its own windows open: they take no input meanwhile.
+    // A host that is a Qt program waits with its own windows open: block their input meanwhile.
     if (!OwnsApplication()) setWindowModality(Qt::ApplicationModal);
     setAcceptDrops(true);
     setContextMenuPolicy(Qt::NoContextMenu);
@@ -48,7 +48,7 @@ CQtMainWindow::CQtMainWindow(IWindowClient& client, const TMainWindowSetup& setu
         setup.vToolBar,
         [this](int nId, int nParameter) {
             PostCommand(nId, nParameter);
-            // After a line of the zoom box was chosen the keyboard goes on working on the picture.
+            // After a zoom line was chosen the focus returns to the picture.
             if (m_pActive) m_pActive->FocusView();
         },
         this);
@@ -66,7 +66,7 @@ CQtMainWindow::CQtMainWindow(IWindowClient& client, const TMainWindowSetup& setu
     setCentralWidget(m_pMdiArea);
     m_pMdiArea->setFocus();
     connect(m_pMdiArea, &QMdiArea::subWindowActivated, this, [this](QMdiSubWindow* pWindow) {
-        // The area also reports null when the program as a whole stops being active: the child stays.
+        // The area also reports null when the whole program becomes inactive: keep the child.
         if (!pWindow) pWindow = m_pMdiArea->currentSubWindow();
         SetActiveChild(dynamic_cast<CQtCanvasWindow*>(pWindow));
     });
@@ -83,8 +83,8 @@ CQtMainWindow::CQtMainWindow(IWindowClient& client, const TMainWindowSetup& setu
 }
 
 CQtMainWindow::~CQtMainWindow() {
-    // After Destroy there is nothing left to do. A session that broke off leaves its windows behind, whose
-    // clients may be gone: they go without a word.
+    // After Destroy there is nothing left to do. A failed session leaves its windows behind, whose clients
+    // may be destroyed: do not notify them.
     m_bDestroyed = true;
     disconnect(m_pMdiArea, nullptr, this, nullptr);
     for (CQtCanvasWindow* pChild : m_vChildren) pChild->Abandon();
@@ -99,7 +99,7 @@ void CQtMainWindow::MakeStatusBar() {
         pLabel->setTextFormat(Qt::PlainText);
         pLabel->setContentsMargins(4, 0, 4, 0);
     }
-    // A long text is cut instead of widening the window.
+    // A long text is clipped instead of widening the window.
     m_apStatus[0]->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     m_apStatus[1]->setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("Scale: 00000%")) + 8);
     statusBar()->addWidget(m_apStatus[0], 1);
@@ -194,7 +194,7 @@ void CQtMainWindow::Show() {
     show();
     if (bFirst) SizePanels();
     raise();
-    // The keyboard goes to whoever may have it: an open dialog keeps it.
+    // An open dialog keeps the focus.
     QWidget* pModal = QApplication::activeModalWidget();
     (pModal ? pModal : this)->activateWindow();
 }
@@ -270,7 +270,7 @@ void CQtMainWindow::SetMinimumSize(CSize sz) { setMinimumSize(sz.cx, sz.cy); }
 
 void CQtMainWindow::AddChild(CQtCanvasWindow* pChild) { m_vChildren.push_back(pChild); }
 
-// Only a window that shows divides its sides as it is told, and carries panels of their own over it.
+// Only a visible window divides its sides as requested, and only over it can panels float.
 void CQtMainWindow::SizePanels() {
     QList<QDockWidget*> lstDocks;
     QList<int> lstWidths, lstHeights;
@@ -287,8 +287,8 @@ void CQtMainWindow::SizePanels() {
     }
     resizeDocks(lstDocks, lstWidths, Qt::Horizontal);
     resizeDocks(lstDocks, lstHeights, Qt::Vertical);
-    // The tabs may hold the last one to be the chosen one while they show the first: choosing it would do
-    // nothing, so another is chosen before.
+    // The tab bar's current tab may be the last one while it shows the first: selecting it would have no
+    // effect, so another is selected first.
     for (CQtPanel* pPanel : m_vPanels) {
         if (!pPanel->WasInFront()) continue;
         for (QDockWidget* pDock : tabifiedDockWidgets(pPanel)) pDock->raise();
@@ -306,7 +306,7 @@ CQtPanel* CQtMainWindow::FindPanelAt(const TPanelPlace& place, const CQtPanel* p
 void CQtMainWindow::RemoveChild(CQtCanvasWindow* pChild) {
     std::erase(m_vChildren, pChild);
     if (pChild != m_pActive) return;
-    // By the order of use: the one before it comes to the front.
+    // The previous one in the order of use becomes active.
     CQtCanvasWindow* pNext = nullptr;
     for (QMdiSubWindow* pWindow : m_pMdiArea->subWindowList(QMdiArea::ActivationHistoryOrder)) {
         auto* pCandidate = dynamic_cast<CQtCanvasWindow*>(pWindow);
@@ -322,7 +322,7 @@ void CQtMainWindow::RemoveChild(CQtCanvasWindow* pChild) {
 
 void CQtMainWindow::SetActiveChild(CQtCanvasWindow* pChild) {
     if (pChild == m_pActive || (m_bDestroyed && pChild)) return;
-    // A child that is being made or has been destroyed takes no part.
+    // Ignore a child that is being created or was destroyed.
     if (pChild && std::find(m_vChildren.begin(), m_vChildren.end(), pChild) == m_vChildren.end()) return;
     const CQtMenuSet* pShown = &GetShownMenus();
     CQtCanvasWindow* pOld = std::exchange(m_pActive, pChild);
@@ -333,14 +333,14 @@ void CQtMainWindow::SetActiveChild(CQtCanvasWindow* pChild) {
 }
 
 void CQtMainWindow::UpdateMark() {
-    // Qt puts a maximised child's title into the frame's, with its place for the mark.
+    // Qt inserts a maximised child's title, with its mark, into the frame's.
     const bool bShowsChild = m_pActive && m_pActive->isMaximized() && windowTitle().contains(TITLE_MARK);
     setWindowModified(bShowsChild && m_pActive->isWindowModified());
 }
 
 bool CQtMainWindow::event(QEvent* pEvent) {
-    // A modal window has opened: from now on it takes the pointer, whose button may be down over a canvas. No
-    // other event takes it: Qt gives a drag to its end to the window that it began in.
+    // An opened modal window takes the pointer, whose button may be down over a canvas. No other event does
+    // so: Qt sends a drag to the window where it began until it ends.
     if (pEvent->type() == QEvent::WindowBlocked)
         for (CQtCanvasWindow* pChild : m_vChildren) pChild->LoseCapture();
     return QMainWindow::event(pEvent);

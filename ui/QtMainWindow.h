@@ -30,8 +30,8 @@ public:
     void Destroy() override;
     void SetTitle(const std::wstring& strTitle) override;
     void Show() override;
-    /// The frame's position and the size inside it: what the window manager puts around is not known before
-    /// the window shows, and reading and writing must stay a pair. The unmaximised place while maximised.
+    /// The frame's position and its inner size: the decorations are unknown before the window shows, and
+    /// the value must survive a round trip. While maximised, the place to restore.
     CRect GetRect() const override;
     void SetRect(const CRect& rc) override;
     void Invalidate(const CRect& rc) override;
@@ -52,28 +52,28 @@ public:
     CQtKeyFilter& GetKeys() { return m_keys; }
     CQtPen& GetPen() { return m_pen; }
     CQtCanvasWindow* GetActiveChild() const { return m_pActive; }
-    /// True once Destroy has begun: nothing may be made in the window any more.
+    /// True once Destroy has begun: then nothing may be created in the window.
     bool IsDestroyed() const { return m_bDestroyed; }
 
-    /// A child's menus, known to the state rules and the recent files; they live as long as the child.
+    /// Creates a child's menus, included in state updates and recent files; they live as long as the child.
     std::unique_ptr<CQtMenuSet> MakeMenus(const std::vector<TMenuItem>& vMenu);
     void AddChild(CQtCanvasWindow* pChild);
-    /// Takes a child that is going away out of the list; the one used before it becomes active.
+    /// Removes a child that is being destroyed; the one used before it becomes active.
     void RemoveChild(CQtCanvasWindow* pChild);
-    /// Makes a child, or none, the active one: menus, and MdiActivate to both.
+    /// Activates a child, or none: switches the menus and sends MdiActivate to both.
     void SetActiveChild(CQtCanvasWindow* pChild);
-    /// Marks the frame's title when it shows that of a maximised child that is marked.
+    /// Sets the modified mark in the frame's title when it shows the title of a maximised child with one.
     void UpdateMark();
 
     void AddPanel(CQtPanel* pPanel) { m_vPanels.push_back(pPanel); }
     void RemovePanel(CQtPanel* pPanel) { std::erase(m_vPanels, pPanel); }
-    /// A docked panel other than `pExcept` that was given the same place, null when there is none.
+    /// A docked panel other than `pExcept` with the same place, null when there is none.
     CQtPanel* FindPanelAt(const TPanelPlace& place, const CQtPanel* pExcept) const;
 
-    /// Gives the keyboard to the next widget in the order of Tab, or the one before.
+    /// Moves the focus to the next widget in Tab order, or the previous one.
     bool MoveFocus(bool bNext) { return focusNextPrevChild(bNext); }
 
-    /// No menu to hide the tool bar by.
+    /// No context menu to hide the tool bar.
     QMenu* createPopupMenu() override { return nullptr; }
 
 protected:
@@ -84,7 +84,7 @@ protected:
     void dropEvent(QDropEvent* pEvent) override;
 
 private:
-    /// States go to the menus that show.
+    /// Sets the states in the menus that are shown.
     struct CMenuLook : ICommandLook {
         explicit CMenuLook(CQtMainWindow& window) : m_window(window) {}
         void SetState(int nId, bool bEnabled, bool bChecked) override;
@@ -107,8 +107,8 @@ private:
     CQtToolBar* m_pToolBar;
     QMdiArea* m_pMdiArea;
     QLabel* m_apStatus[2];
-    std::vector<QPointer<QAction>> m_vWindowActions; ///< in the menu listed last, which goes with its child
-    std::vector<CQtCanvasWindow*> m_vChildren;       ///< in the order of their making
+    std::vector<QPointer<QAction>> m_vWindowActions; ///< of the menu listed last, deleted with its child
+    std::vector<CQtCanvasWindow*> m_vChildren;       ///< in the order of their creation
     CQtCanvasWindow* m_pActive = nullptr;
     std::vector<CQtPanel*> m_vPanels;
     int m_nFirstRecentId = 0;

@@ -15,13 +15,13 @@ std::vector<QRect> CascadeRects(QSize szArea, int nCount, int nStep) {
 }
 
 std::vector<QRect> TileRects(QSize szArea, int nCount, bool bStacked) {
-    // Laid out as stacked; the other way round is the same with the axes exchanged.
+    // Computed as stacked; side by side is the same with the axes exchanged.
     const QSize sz = bStacked ? szArea : szArea.transposed();
     int nColumns = 1;
     while ((nColumns + 1) * (nColumns + 1) <= nCount) ++nColumns;
     std::vector<QRect> vRects;
     for (int nColumn = 0; nColumn < nColumns; ++nColumn) {
-        // Columns to the right take what the division leaves over.
+        // Columns to the right take the remainder of the division.
         const int nRows = nCount / nColumns + (nColumn >= nColumns - nCount % nColumns ? 1 : 0);
         const int nLeft = sz.width() * nColumn / nColumns;
         const int nRight = sz.width() * (nColumn + 1) / nColumns;

@@ -1,4 +1,4 @@
-// Where the MDI children go when they are laid out: arithmetic only.
+// Positions of the MDI children for cascade and tile: arithmetic only.
 #pragma once
 
 #include <QRect>
@@ -6,9 +6,9 @@
 
 #include <vector>
 
-/// Overlapping children, each a step further to the right and down, starting anew when the area's end is
-/// near.
+/// Overlapping children, each shifted by a step to the right and down; starts again at the top left near
+/// the area's end.
 std::vector<QRect> CascadeRects(QSize szArea, int nCount, int nStep);
-/// Children that fill the area. Stacked: from top to bottom, in as many columns as the square root of the
-/// count has whole units; otherwise side by side, in as many rows.
+/// Children that fill the area. Stacked: from top to bottom, in floor(sqrt(count)) columns; otherwise side
+/// by side, in as many rows.
 std::vector<QRect> TileRects(QSize szArea, int nCount, bool bStacked);

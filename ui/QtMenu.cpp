@@ -8,14 +8,14 @@
 
 namespace {
 
-/// The popup that lists the open windows, by the start of its text.
+/// The start of the title of the popup that lists the open windows.
 constexpr wchar_t WINDOW_MENU[] = L"ウィンドウ";
 
 } // namespace
 
 void SetActionState(QAction& action, bool bEnabled, bool bChecked) {
     action.setEnabled(bEnabled);
-    // Checkable only while checked: an item that is off shows no empty box.
+    // Checkable only while checked, so that an unchecked item shows no empty box.
     action.setCheckable(bChecked);
     action.setChecked(bChecked);
 }

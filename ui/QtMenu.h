@@ -1,4 +1,4 @@
-// A menu bar's menus as widgets, made from the application's menu data.
+// A menu bar's menus as widgets, created from the application's menu data.
 #pragma once
 
 #include "core/Platform/Menu.h"
@@ -16,9 +16,10 @@
 
 class QMenuBar;
 
-/// How one command's action looks. Writes only what differs, so that refreshing on idle costs no repaint.
+/// Sets the state of one command's action. Writes only differences, so that refreshing on idle causes no
+/// repaint.
 void SetActionState(QAction& action, bool bEnabled, bool bChecked);
-/// A menu text without its mnemonic and dots, the shortcut in brackets: what a tool tip shows.
+/// Tool tip from a menu text: no mnemonic, no dots, the shortcut in brackets.
 QString ToolTipOf(const std::wstring& strMenuText);
 
 /// One window's menus. A menu bar shows one set at a time.
@@ -33,11 +34,11 @@ public:
     CQtMenuSet(const std::vector<TMenuItem>& vMenu, const TEvents& events);
 
     bool IsEmpty() const { return m_vTopMenus.empty(); }
-    /// Makes the menu bar show this set.
+    /// Shows this set in the menu bar.
     void ShowIn(QMenuBar& menuBar) const;
     /// Unknown ids are ignored.
     void SetState(int nId, bool bEnabled, bool bChecked);
-    /// Replaces the item `nFirstId` by these texts with ids from it on; without texts the item comes back.
+    /// Replaces the item `nFirstId` by these texts with consecutive ids; no texts restore the item.
     void SetRecentFiles(int nFirstId, const std::vector<std::wstring>& vTexts);
     /// Calls `visit` with the id and text of every item.
     static void ForEachItem(const std::vector<TMenuItem>& vMenu,

@@ -9,14 +9,14 @@
 #include <QPushButton>
 
 void CQtMessageBoxes::ShowLater(const std::wstring& strText, const std::wstring& strTitle, EBoxKind kind) {
-    // One at a time: what paints behind the box fails again.
+    // One box at a time: painting behind the box fails again.
     if (m_spWaiting) return;
     m_spWaiting = std::make_shared<bool>(true);
     const std::weak_ptr<bool> wpWaiting = m_spWaiting;
     QMetaObject::invokeMethod(
         qApp,
         [this, wpWaiting, strText, strTitle, kind] {
-            if (wpWaiting.expired()) return; // the session is over
+            if (wpWaiting.expired()) return; // the session has ended
             Show(nullptr, strText, strTitle, kind);
             if (!wpWaiting.expired()) m_spWaiting.reset();
         },

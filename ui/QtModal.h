@@ -1,4 +1,4 @@
-// What all modal windows share: whom they stand over, and how they run.
+// Common functions of modal windows: their parent, and how they run.
 #pragma once
 
 #include <QDialog>
@@ -6,14 +6,14 @@
 
 class IWindow;
 
-/// The widget that a modal window belongs to: the dialog that is already open over the owner, or the owner's
-/// window; null without an owner.
+/// The parent of a modal window: the dialog that is already open over the owner, or the owner's window;
+/// null without an owner.
 QWidget* ModalParent(IWindow* pOwner);
-/// Makes a dialog ready to be run over its parent: modality, font, icon, no say in a host's end.
+/// Prepares a dialog for running over its parent: modality, font, icon, and no effect on a host's lifetime.
 void PrepareModal(QDialog& dialog);
 
-/// Owns a modal window on the heap: what it stands over may take it along, and it must not stay when its
-/// call ends by an exception.
+/// Owns a modal window on the heap: its parent may delete it, and it must not stay when its call ends by an
+/// exception.
 template <class Dialog>
 class CModalOwner {
 public:
@@ -22,7 +22,7 @@ public:
     CModalOwner(const CModalOwner&) = delete;
     CModalOwner& operator=(const CModalOwner&) = delete;
 
-    /// False when the window is gone.
+    /// False when the window was deleted.
     explicit operator bool() const { return !m_pDialog.isNull(); }
     Dialog* get() const { return m_pDialog.data(); }
     Dialog* operator->() const { return get(); }
@@ -32,7 +32,7 @@ private:
     const QPointer<Dialog> m_pDialog;
 };
 
-/// Something is being painted: Qt cannot run a modal window then.
+/// Marks that painting is in progress: Qt cannot run a modal window then.
 class CPaintScope {
 public:
     CPaintScope() { ++s_nDepth; }

@@ -12,8 +12,8 @@ namespace {
 
 constexpr double TENTHS = 10;
 
-// The altitude over the tablet, in degrees, of a pen that leans `dX` and `dY` degrees from upright: the axis'
-// direction is (tan dX, tan dY, 1).
+// The altitude over the tablet, in degrees, of a pen tilted by `dX` and `dY` degrees: the axis' direction
+// is (tan dX, tan dY, 1).
 double AltitudeOf(double dX, double dY) {
     const double dFlat = std::hypot(std::tan(dX * M_PI / 180), std::tan(dY * M_PI / 180));
     return std::atan2(1.0, dFlat) * 180 / M_PI;
@@ -56,7 +56,7 @@ void CQtPen::Push(const QTabletEvent& event, qreal dScale) {
     packet.uButtons = ButtonsOf(event);
     packet.x = unit(pt.x());
     packet.y = unit(pt.y());
-    // The tip that has been lifted presses no more, whatever the last report said.
+    // A lifted tip has no pressure, whatever the last report said.
     const bool bLifted = event.type() == QEvent::TabletRelease && event.button() == Qt::LeftButton;
     packet.uPressure = bLifted ? 0 : static_cast<uint32_t>(std::lround(event.pressure() * PRESSURE_MAX));
     packet.nAltitude = bEraser ? -nAltitude : nAltitude;
@@ -75,7 +75,7 @@ size_t CQtPen::GetPackets(TPenPacket* pPackets, size_t nMax) {
 
 void CQtPen::SetReceiver(std::function<IWindow*()> fnReceiver) {
     m_fnReceiver = std::move(fnReceiver);
-    // Qt tells the application, not a window, that a pen comes near.
+    // Qt sends the proximity events of a pen to the application, not to a window.
     qApp->removeEventFilter(this);
     qApp->installEventFilter(this);
 }

@@ -12,16 +12,16 @@ class CQtEventPump;
 class IWindow;
 class QTabletEvent;
 
-/// Qt tells pressure as 0 to 1 and tilts in degrees; the packets have them on axes of their own, the pressure
-/// as fine as devices are. Positions keep 32nds of a device pixel. A pen that comes near or goes is told to
-/// the receiver.
+/// Qt reports pressure as 0 to 1 and tilts in degrees; the packets use axes of their own, with the finest
+/// pressure of real devices. Positions have a resolution of 1/32 device pixel. The receiver is notified
+/// when a pen enters or leaves.
 class CQtPen : public QObject, public IPen {
 public:
     explicit CQtPen(CQtEventPump& pump) : m_pump(pump) {}
 
-    /// Who is told of the pen coming and going; null when nobody is there.
+    /// `fnReceiver` returns the window to notify when the pen enters or leaves, null for none.
     void SetReceiver(std::function<IWindow*()> fnReceiver);
-    /// Takes an event in; `dScale` is device pixels to one of Qt's. A full queue loses its oldest packet.
+    /// Queues an event; `dScale` is device pixels per Qt pixel. A full queue drops its oldest packet.
     void Push(const QTabletEvent& event, qreal dScale);
 
     bool IsPresent() override { return true; }
@@ -29,7 +29,7 @@ public:
     TPenAxis GetAltitudeAxis() override { return {0, ALTITUDE_MAX}; }
     int32_t GetUnitsPerPixel() override { return UNITS_PER_PIXEL; }
     size_t GetPackets(TPenPacket* pPackets, size_t nMax) override;
-    /// Nothing to switch: Qt gives the events of the pen to the window that it is over.
+    /// Does nothing: Qt sends pen events to the window under the pen.
     void Enable(bool) override {}
 
 protected:

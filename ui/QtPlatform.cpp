@@ -63,8 +63,8 @@ private:
         return pClipboard;
     }
 
-    std::unique_ptr<QObject> m_pWatch; ///< ends the connection
-    uint32_t m_uChanges = 1;           ///< what was there at first counts as a change
+    std::unique_ptr<QObject> m_pWatch; ///< removes the connection
+    uint32_t m_uChanges = 1;           ///< the initial content counts as a change
 };
 
 class CQtWindowFactory : public IWindowFactory {
@@ -74,7 +74,7 @@ public:
     ~CQtWindowFactory() override { delete m_pMain; }
 
     IMainWindow* CreateMainWindow(IWindowClient& client, const TMainWindowSetup& setup) override {
-        // One main window a session; a destroyed one may still wait to be freed.
+        // One main window per session; a destroyed one may still be pending deletion.
         if (!m_pKeys || (m_pMain && !m_pMain->IsDestroyed())) return nullptr;
         m_pMain = new CQtMainWindow(client, setup, m_pump, *m_pKeys, m_pen);
         return m_pMain;

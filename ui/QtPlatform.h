@@ -1,5 +1,5 @@
-// The outside of the application on Qt: windows, dialogs, keyboard and clock, joined with the given files and
-// codecs in one platform record.
+// The Qt platform of the application: windows, dialogs, keyboard and clock, combined with the given files
+// and codecs in one platform record.
 #pragma once
 
 #include "core/Platform/Platform.h"
@@ -18,7 +18,7 @@ class ISnapshotStore;
 /// thread.
 class CQtPlatform : boost::noncopyable {
 public:
-    /// Becomes the queue's pump. Without a display the platform is there but refuses to make windows.
+    /// Becomes the queue's pump. Without a display the platform exists but refuses to create windows.
     CQtPlatform(CMessageQueue& queue, IFileStore& files, ILocations& locations, IModules& modules,
                 IImageCodecs& codecs, ISnapshotStore& snapshots);
     ~CQtPlatform();

@@ -12,7 +12,7 @@ namespace {
 
 std::atomic<int> g_fdSignal = -1;
 
-// A signal may come in the middle of anything, so it is only noted.
+// A signal handler may do almost nothing, so it only writes to the pipe.
 void NoteSignal(int nSignal) {
     const int nError = errno;
     const auto chSignal = static_cast<char>(nSignal);
@@ -34,7 +34,7 @@ CQtSessionEnd::CQtSessionEnd(std::function<void()> fnKeep) : m_fnKeep(std::move(
 CQtSessionEnd::~CQtSessionEnd() {
     if (!m_notifier) return;
     GiveBack();
-    // One that came at the very end, when nothing was left to be kept.
+    // A signal that arrived at the very end, when nothing was left to be saved.
     char chSignal = 0;
     if (read(m_aPipe[0], &chSignal, 1) == 1) raise(chSignal);
     m_notifier.reset();
@@ -63,5 +63,5 @@ void CQtSessionEnd::OnSignal() {
     m_fnKeep();
     GiveBack();
     raise(chSignal);
-    Take(); // someone thought better of it
+    Take(); // the log-out was cancelled
 }

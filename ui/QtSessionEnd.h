@@ -1,4 +1,4 @@
-// The process or the user's desktop session is being ended.
+// Handling of the end of the process or of the user's desktop session.
 #pragma once
 
 #include <QObject>
@@ -12,13 +12,12 @@
 
 #include <signal.h>
 
-/// Hears of it for as long as it lives; an inner one hands on to the one around it. The desktop's log-out is
-/// told by Qt. A signal that ends programs (SIGTERM, SIGINT, SIGHUP; one that is ignored stays so) is taken
-/// to Qt's events and then raised anew for whoever had it before, a host included: as a rule that ends the
-/// process.
+/// Active for as long as it lives; an inner object forwards to the outer one. Qt reports the desktop's
+/// log-out. A terminating signal (SIGTERM, SIGINT, SIGHUP, unless ignored) is forwarded to Qt's events and
+/// then raised again for the previous handler, a host's included, which usually ends the process.
 class CQtSessionEnd : boost::noncopyable {
 public:
-    /// `fnKeep` keeps what is unsaved and returns when it is on the disk. Never throws. Also called while a
+    /// `fnKeep` saves unsaved work and returns when it is on the disk. Never throws. Also called while a
     /// dialog is open.
     explicit CQtSessionEnd(std::function<void()> fnKeep);
     ~CQtSessionEnd();
@@ -31,9 +30,9 @@ private:
     void OnSignal();
 
     const std::function<void()> m_fnKeep;
-    QObject m_context; ///< its connections end with it
+    QObject m_context; ///< its connections are removed with it
     std::array<int, 2> m_aPipe{-1, -1};
     std::optional<QSocketNotifier> m_notifier;
     std::array<struct sigaction, SIGNALS.size()> m_aOld{};
-    int m_fdBefore = -1; ///< an outer one's pipe
+    int m_fdBefore = -1; ///< the pipe of an outer object
 };

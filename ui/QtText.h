@@ -1,4 +1,4 @@
-// Between the application's texts and rectangles and Qt's.
+// Conversion between the application's texts and rectangles and Qt's.
 #pragma once
 
 #include "core/Base/Geometry.h"
@@ -11,11 +11,11 @@
 inline QString ToQt(const std::wstring& str) { return QString::fromStdWString(str); }
 inline std::wstring FromQt(const QString& str) { return str.toStdWString(); }
 
-/// Where a title shows that its window is modified.
+/// The placeholder for the modified mark in a window title.
 inline const QString TITLE_MARK = QStringLiteral("[*]");
 
-/// A window's title with the place where Qt marks it as modified; what looks like that place in the text is
-/// shown as it is.
+/// A window's title with the placeholder for the modified mark; the same characters in the text are
+/// escaped.
 inline QString MarkableTitle(const std::wstring& strTitle) {
     return ToQt(strTitle).replace(TITLE_MARK, TITLE_MARK + TITLE_MARK) + TITLE_MARK;
 }

@@ -38,7 +38,7 @@ CQtToolBar::CQtToolBar(const std::vector<int>& vIds, std::function<void(int, int
     m_pZoom->setMinimumWidth(ZOOM_BOX_WIDTH);
     m_pZoom->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     m_pZoom->setPlaceholderText(QStringLiteral(" "));
-    // The whole list at a glance, without scrolling.
+    // Show the whole list without scrolling.
     m_pZoom->setMaxVisibleItems(32);
     connect(m_pZoom, &QComboBox::activated, this, [command](int nItem) { command(ID_ZOOM_BOX, nItem); });
     addWidget(m_pZoom);

@@ -14,11 +14,11 @@ class QComboBox;
 
 class CQtToolBar : public QToolBar, public ICommandLook {
 public:
-    /// `command` gets the chosen button's id with 0, or the zoom box's id with the chosen line.
+    /// `command` is called with the chosen button's id and 0, or the zoom box's id and the chosen line.
     CQtToolBar(const std::vector<int>& vIds, std::function<void(int, int)> command, QWidget* pParent);
 
     void SetState(int nId, bool bEnabled, bool bChecked) override;
-    /// Gives the buttons that have none yet their tool tips from a menu's texts.
+    /// Sets the tool tips of buttons that have none yet from a menu's texts.
     void TakeToolTips(const std::vector<TMenuItem>& vMenu);
 
     void SetZoomItems(const std::vector<std::wstring>& vItems);

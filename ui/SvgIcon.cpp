@@ -23,7 +23,7 @@ public:
         QPainter painter(&image);
         m_spRenderer->render(&painter, QRectF(QPointF(0, 0), QSizeF(size)));
         if (m_bLine) {
-            // The drawing serves as a mask, so that the icons stay readable in a host's dark palette.
+            // The drawing is used as a mask, so that the icons stay readable in a host's dark palette.
             const auto group = mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
             painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
             painter.fillRect(image.rect(), QApplication::palette().color(group, QPalette::ButtonText));
