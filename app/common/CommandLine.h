@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-/// The command line cannot be followed; what() says why.
+/// An invalid command line; what() is the reason.
 struct usage_error : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
@@ -15,11 +15,11 @@ struct usage_error : std::runtime_error {
 struct TOption {
     std::string strName;
     std::function<void()> fnFlag;
-    std::function<void(const std::string&)> fnValue; ///< gets what follows, never empty
+    std::function<void(const std::string&)> fnValue; ///< called with the value, which is never empty
 };
 
-/// Obeys the options in their order and answers the other arguments; all that follow a "--" are such. Raises
-/// usage_error for an unknown option and for a value that is missing.
+/// Applies the options in their order and returns the other arguments; all arguments after a "--" are such.
+/// Raises usage_error for an unknown option and for a missing value.
 std::vector<std::string> ReadCommandLine(const std::vector<std::string>& vArguments,
                                          const std::vector<TOption>& vOptions);
 

@@ -12,8 +12,8 @@ CModule g_Module;
 
 namespace {
 
-/// The user's own locale where it speaks UTF-8, else one that does. How numbers are written stays as the
-/// process has it: the host's files may depend on that.
+/// Sets the user's own locale if it uses UTF-8, else one that does. The number format stays as the process
+/// has it: the host's files may depend on that.
 void SetLocale() {
     const char* pszNumeric = std::setlocale(LC_NUMERIC, nullptr);
     const std::string strNumeric = pszNumeric ? pszNumeric : "C";
@@ -33,6 +33,6 @@ CModule::~CModule() {
     try {
         g_Switches.Save(m_config);
     } catch (const std::exception&) {
-        // The process is going; there is no one left to tell.
+        // The process is exiting: errors cannot be reported any more.
     }
 }

@@ -1,4 +1,4 @@
-// The program, or the module in a host's process: what happens when it is loaded and when it goes.
+// The program, or the module in a host's process: start and exit.
 #pragma once
 
 #include "core/IniConfig/IniConfig.h"
@@ -7,7 +7,7 @@
 
 #include <boost/noncopyable.hpp>
 
-/// Made while the program or module is being loaded, destroyed when the process exits (hosts keep the module
+/// Created while the program or module is loaded, destroyed when the process exits (hosts keep the module
 /// until then): the global switches are read and written at those moments.
 class CModule : boost::noncopyable {
 public:
@@ -16,7 +16,7 @@ public:
 
     IFileStore& GetFiles() { return m_files; }
     ILocations& GetLocations() { return m_locations; }
-    /// The settings store, found once.
+    /// The settings store, cached.
     CIniConfig& GetConfig() { return m_config; }
 
 private:

@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// The module stays loaded until the process ends, when it saves its switches.
+/// The module stays loaded until the process exits, when it saves its switches.
 hostabi::PluginMainProc LoadModule(fs::path path) {
     if (path.empty())
         path = fs::path(ToUtf8(CModules().GetProgram().strPath)).parent_path() / "vellumcraft.8bf";

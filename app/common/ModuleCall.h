@@ -1,4 +1,4 @@
-// A picture goes through the filter module, for programs that are small hosts.
+// Processes a picture with the filter module, for programs that act as small hosts.
 #pragma once
 
 #include "host/PictureHost/PictureHost.h"
@@ -14,6 +14,6 @@ struct TModuleCall {
     std::filesystem::path pathRecord; ///< empty for no record
 };
 
-/// Runs one session over the host's picture. Raises std::runtime_error when the module cannot be loaded, when
-/// it refuses, and with "FILE:LINE: reason" when its script fails. The module stays loaded.
+/// Runs one session over the host's picture. Raises std::runtime_error when the module cannot be loaded or
+/// refuses, and with "FILE:LINE: reason" when its script fails. The module stays loaded.
 void CallModule(CPictureHost& host, const TModuleCall& call, IFileStore& files);

@@ -1,4 +1,4 @@
-// A session that is recorded when the user wants it.
+// Records a session if the user enabled it.
 #pragma once
 
 #include "session/Recorder.h"
@@ -9,24 +9,24 @@
 
 class CIniConfig;
 
-/// The variable by which a program tells the module it loads where to record.
+/// The environment variable that passes the record's path from a program to the module that it loads.
 constexpr char RECORD_VARIABLE[] = "VELLUMCRAFT_RECORD";
 
-/// Where sessions are recorded: what the variable says, else the setting "Record" of section "Session". Empty
-/// for nowhere.
+/// The path of the record: the variable's value, else the setting "Record" of section "Session". Empty for
+/// no record.
 std::wstring FindRecordPath(CIniConfig& config);
 
 class CRecording : boost::noncopyable {
 public:
-    /// An empty path records nothing. The file is begun when the session opens its window; that it cannot be
-    /// is told by an error box. `platform` outlives this.
+    /// An empty path records nothing. The file is created when the session opens its window; a failure is
+    /// reported in an error box. `platform` outlives this.
     CRecording(const TPlatform& platform, std::wstring strPath);
     ~CRecording();
 
-    /// What the session is to be given.
+    /// The platform to pass to the session.
     const TPlatform& GetPlatform() const { return m_recorder ? m_recorder->GetPlatform() : m_platform; }
     bool IsOn() const { return m_recorder.has_value(); }
-    /// A script's line that acts past the platform's seam.
+    /// Records a script's line that bypasses the platform interface.
     void NoteLine(const std::string& strLine);
 
 private:

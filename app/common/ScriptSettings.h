@@ -1,4 +1,4 @@
-// How a program names a script for the filter module: in settings of the session's own.
+// Passes a script to the filter module in separate settings.
 #pragma once
 
 #include "app/common/SettingsFolder.h"
@@ -8,12 +8,11 @@
 
 class CScriptSettings : boost::noncopyable {
 public:
-    /// Names the script for the module, which must be loaded after this. Raises std::runtime_error when there
-    /// is no such script or no folder can be made.
+    /// Sets the script for the module, which must be loaded after this. Raises std::runtime_error when
+    /// there is no such script or no folder can be created.
     CScriptSettings(const std::filesystem::path& pathScript, bool bWindows, IFileStore& files);
 
-    /// What the module says went wrong with the script, which is named as it was here; empty when nothing
-    /// did.
+    /// The script's failure as reported by the module, with the script named as here; empty for none.
     std::string GetFailure() const;
 
 private:

@@ -15,7 +15,7 @@ Opens project files and pictures. When Vellumcraft is running already, it opens 
 
 TDesktopArguments ParseDesktopArguments(const std::vector<std::string>& vArguments) {
     TDesktopArguments arguments;
-    // The instance that opens a file may run in another folder.
+    // The instance that opens a file may have another current folder.
     const auto absolute = [](const std::string& str) { return std::filesystem::absolute(str).native(); };
     const auto vNames = ReadCommandLine(vArguments, {Flag("--new-window", arguments.bNewWindow),
                                                      Value("--record", arguments.strRecord),

@@ -1,4 +1,4 @@
-// What the user asked the desktop program to do.
+// Command line of the desktop program.
 #pragma once
 
 #include <string>
@@ -8,11 +8,11 @@ extern const char DESKTOP_USAGE[];
 
 struct TDesktopArguments {
     std::vector<std::string> vFiles; ///< absolute paths, in the bytes of the file system
-    bool bNewWindow = false;         ///< an instance of its own
+    bool bNewWindow = false;         ///< start a new instance
     std::string strRecord;           ///< absolute path, empty for no record
     bool bHelp = false;
 };
 
-/// Reads the command line without the program's name. Raises usage_error for an unknown option and one
+/// Parses the command line without the program's name. Raises usage_error for an unknown option and one
 /// without its file.
 TDesktopArguments ParseDesktopArguments(const std::vector<std::string>& vArguments);

@@ -7,7 +7,7 @@ namespace {
 
 constexpr size_t LENGTH_DIGITS = 8;
 
-// The length of the part behind the length, nullopt when that is no length.
+// The length of the rest of the message, nullopt when it is no length.
 std::optional<size_t> ReadLength(std::string_view strBytes) {
     const std::string_view strDigits = strBytes.substr(0, LENGTH_DIGITS);
     size_t nLength = 0;

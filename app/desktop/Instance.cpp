@@ -14,9 +14,9 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr int PATIENCE_MS = 2000;
-constexpr auto RETRY = 20ms; ///< the other instance has begun but does not listen yet
+constexpr auto RETRY = 20ms; ///< for an instance that has started but does not listen yet
 
-// Reads until the text has come; false when something else comes, or nothing in time.
+// Reads until the text has arrived; false when other bytes arrive, or none in time.
 bool Expect(QLocalSocket& socket, std::string_view strText, const QDeadlineTimer& deadline) {
     while (socket.bytesAvailable() < static_cast<qint64>(strText.size()))
         if (!socket.waitForReadyRead(static_cast<int>(deadline.remainingTime()))) return false;
@@ -44,7 +44,7 @@ bool CInstance::HandOver(const TPaths& vPaths, int nMilliseconds) const {
     QLocalSocket socket;
     socket.connectToServer(QString::fromStdString(m_strSocket));
     const QDeadlineTimer deadline(nMilliseconds);
-    // The greeting comes from its event loop: who does not turn it gets no paths to open later.
+    // The greeting is sent from its event loop: an instance whose loop is blocked must not get paths.
     if (!socket.waitForConnected(nMilliseconds) || !Expect(socket, HANDOVER_GREETING, deadline)) return false;
     const std::string strMessage = PackPaths(vPaths);
     socket.write(strMessage.data(), static_cast<qint64>(strMessage.size()));
@@ -53,7 +53,7 @@ bool CInstance::HandOver(const TPaths& vPaths, int nMilliseconds) const {
 
 bool CInstance::Listen(std::function<void(const TPaths&)> fnTake) {
     const QString strSocket = QString::fromStdString(m_strSocket);
-    // Nobody listens there while the lock is ours: what lies there is a killed instance's.
+    // No instance listens there while this one holds the lock: a socket file is left from a killed one.
     QLocalServer::removeServer(strSocket);
     m_fnTake = std::move(fnTake);
     QObject::connect(&m_server, &QLocalServer::newConnection, &m_server, [this] {

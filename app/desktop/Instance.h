@@ -1,4 +1,4 @@
-// One running instance a user: a later start finds it and hands its files over.
+// One running instance per user: a later start finds it and passes its files to it.
 #pragma once
 
 #include "system/FileLock.h"
@@ -18,18 +18,18 @@ public:
     enum class EStart {
         First,      ///< this instance may listen
         HandedOver, ///< another one has the files
-        Alone,      ///< another one is there but does not answer
+        Alone,      ///< another one is running but does not answer
     };
 
-    /// `strFolder` is the user's own for sockets, empty for none: then everyone is alone.
+    /// `strFolder` is the user's own folder for sockets, empty for none: then every instance runs alone.
     explicit CInstance(const std::string& strFolder);
 
-    /// Becomes the first instance, or hands the paths to the one that is; gives up after two seconds. An
-    /// instance that does not answer has not got the paths.
+    /// Becomes the first instance, or sends the paths to the running one; gives up after two seconds. An
+    /// instance that does not answer has not received the paths.
     EStart Begin(const TPaths& vPaths);
 
-    /// Takes messages from now on, after Begin has answered First; `fnTake` is called from Qt's event loop.
-    /// False when there can be no socket.
+    /// Accepts messages from now on, after Begin returned First; `fnTake` is called from Qt's event loop.
+    /// False when no socket can be created.
     bool Listen(std::function<void(const TPaths&)> fnTake);
 
 private:
@@ -37,7 +37,7 @@ private:
     void Greet(QLocalSocket& socket);
 
     std::string m_strSocket;
-    std::unique_ptr<CFileLock> m_pLock; ///< held by the first instance; a killed one loses it
+    std::unique_ptr<CFileLock> m_pLock; ///< held by the first instance; released when it is killed
     std::function<void(const TPaths&)> m_fnTake;
     QLocalServer m_server;
 };

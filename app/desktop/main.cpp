@@ -22,8 +22,8 @@
 
 namespace {
 
-// Through the message queue: while a dialog is open the files wait. They come from outside, for a recorder
-// too.
+// Posts the files to the message queue, so that they wait while a dialog is open. A recorder sees them as
+// external.
 void TakeFiles(const std::vector<std::string>& vFiles, IMessageQueue& queue) {
     IWindow* pWindow = g_AppModule.GetMainWindow();
     if (!pWindow) return;
@@ -80,7 +80,7 @@ int main(int argc, char** argv) {
         if (start == CInstance::EStart::HandedOver) return 0;
         return Run(arguments, instance, start == CInstance::EStart::First);
     } catch (const std::exception& e) {
-        // Before there was a session that could show a box.
+        // No session exists yet that could show a box.
         std::fprintf(stderr, "vellumcraft: %s\n", ToUtf8(DescribeException(e)).c_str());
         return 1;
     }

@@ -1,4 +1,4 @@
-// What the user asked the filter to do.
+// Command line of the filter program.
 #pragma once
 
 #include "app/common/CommandLine.h"
@@ -11,9 +11,9 @@ extern const char USAGE[];
 
 struct TArguments {
     std::filesystem::path pathIn;
-    std::filesystem::path pathOut;                ///< the one given, or the one beside pathIn
+    std::filesystem::path pathOut;                ///< as given, else derived from pathIn
     std::vector<std::filesystem::path> vAlphas;   ///< further channels
-    std::vector<std::filesystem::path> vAlphaOut; ///< where they go, one for each
+    std::vector<std::filesystem::path> vAlphaOut; ///< their output files, one for each
     std::filesystem::path pathModule;             ///< empty for the one beside the program
     std::filesystem::path pathScript;             ///< empty for a session with the user
     std::filesystem::path pathRecord;             ///< empty for no record
@@ -21,6 +21,6 @@ struct TArguments {
     bool bHelp = false;
 };
 
-/// Reads the command line without the program's name. Raises usage_error, also when an output would fall on
-/// an input that the user did not give up.
+/// Parses the command line without the program's name. Raises usage_error, also when an output would
+/// overwrite an input without permission.
 TArguments ParseArguments(const std::vector<std::string>& vArguments);

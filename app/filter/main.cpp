@@ -1,4 +1,4 @@
-// A host for one picture file: presents it to the filter module and writes what comes back.
+// A host for one picture file: passes it to the filter module and writes the result.
 #include "app/common/ModuleCall.h"
 #include "app/common/PictureFiles.h"
 #include "app/filter/Arguments.h"

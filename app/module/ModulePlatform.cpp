@@ -16,8 +16,8 @@
 
 namespace {
 
-// Plays the script in windows that exist only as state, shown by real ones if the settings ask for them; what
-// went wrong goes into the settings, where whoever wrote the script's name there looks for it.
+// Plays the script in windows without a display, shown by real ones if the settings request it. Writes a
+// failure to the settings, where the program that set the script's name reads it.
 void RunScripted(const std::wstring& strScript, CIniConfigData& section, IModules& modules,
                  IImageCodecs& codecs, const std::function<void(const TPlatform&)>& fn) {
     CMessageQueue queue;

@@ -1,4 +1,4 @@
-// What the user asked the player of session scripts to do.
+// Command line of the player of session scripts.
 #pragma once
 
 #include "app/common/CommandLine.h"
@@ -11,15 +11,15 @@ extern const char USAGE[];
 
 struct TArguments {
     std::filesystem::path pathScript;
-    std::filesystem::path pathIn;     ///< empty for a session of the desktop delivery
-    std::filesystem::path pathOut;    ///< empty for nowhere
+    std::filesystem::path pathIn;     ///< empty for a session of the desktop program
+    std::filesystem::path pathOut;    ///< empty for no output
     std::filesystem::path pathModule; ///< empty for the one beside the program
     std::string strEach;              ///< pattern of a batch's pages, empty for no batch
-    std::filesystem::path pathOutDir; ///< where a batch's results go
-    unsigned uJobs = 0;               ///< processes at a time, 0 for one a processor
+    std::filesystem::path pathOutDir; ///< folder for a batch's results
+    unsigned uJobs = 0;               ///< number of parallel processes, 0 for one per processor
     bool bHelp = false;
 };
 
-/// Reads the command line without the program's name. Raises usage_error, also when the result would fall on
-/// the picture.
+/// Parses the command line without the program's name. Raises usage_error, also when the result would
+/// overwrite the picture.
 TArguments ParseArguments(const std::vector<std::string>& vArguments);

@@ -32,14 +32,14 @@ std::vector<fs::path> Expand(const std::string& strPattern) {
     return vPaths;
 }
 
-/// Which file a path means, also through links; nothing when there is none.
+/// Identifies a file through links; nullopt when there is none.
 std::optional<std::pair<dev_t, ino_t>> FileOf(const fs::path& path) {
     struct stat file {};
     if (stat(path.c_str(), &file) != 0) return std::nullopt;
     return std::pair(file.st_dev, file.st_ino);
 }
 
-/// A folder for what the workers say and leave behind, killed ones too.
+/// A folder for the output and temporary files of the workers, including killed ones.
 class CWorkFolder : boost::noncopyable {
 public:
     CWorkFolder() {
@@ -60,7 +60,8 @@ private:
 
 volatile std::sig_atomic_t g_bInterrupted = 0;
 
-// The workers get the terminal's signal too and end by it; the batch then only counts them and tidies up.
+// The terminal's signal also reaches the workers and ends them; the batch then only counts them and cleans
+// up.
 void StopOnInterrupt() {
     struct sigaction action {};
     action.sa_handler = [](int) { g_bInterrupted = 1; };
@@ -105,7 +106,7 @@ bool RunBatch(const TArguments& arguments) {
     fs::create_directories(arguments.pathOutDir);
     const unsigned uCores = std::max(1u, std::thread::hardware_concurrency());
     const size_t nJobs = std::min<size_t>(arguments.uJobs ? arguments.uJobs : uCores, vPages.size());
-    // The workers share the processors; what they compute does not depend on the number of their threads.
+    // The workers share the processors; their results do not depend on the number of threads.
     setenv("OMP_NUM_THREADS", std::to_string(std::max<size_t>(1, uCores / nJobs)).c_str(), 0);
 
     const CWorkFolder folder;

@@ -1,4 +1,4 @@
-// What a batch tells of itself: a bar on a terminal, else a line a page.
+// Progress of a batch: a bar on a terminal, else a line per page.
 #pragma once
 
 #include <boost/noncopyable.hpp>
@@ -11,9 +11,9 @@ class CBatchReport : boost::noncopyable {
 public:
     explicit CBatchReport(size_t nPages);
 
-    /// A page has ended; `strReason` says why it failed, empty when it is done.
+    /// Reports the end of a page; `strReason` is the reason of a failure, empty for success.
     void Tell(const std::string& strPage, const std::string& strReason);
-    /// Tells the sum. True when all pages are done.
+    /// Reports the totals. True when all pages succeeded.
     bool Finish();
 
 private:

@@ -15,7 +15,7 @@
 
 namespace {
 
-/// Keeps the document that was active last. Idle work follows every step of a script, so that none is missed.
+/// Keeps the last active document. Idle work follows every step of a script, so that no change is missed.
 class CLastDocument : public IIdleHandler, boost::noncopyable {
 public:
     CLastDocument() { g_AppModule.GetMessageLoop()->AddIdleHandler(this); }

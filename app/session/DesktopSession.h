@@ -1,4 +1,4 @@
-// A script plays in the desktop delivery, without a display.
+// Plays a script in the desktop program, without a display.
 #pragma once
 
 #include "session/Script.h"
@@ -8,7 +8,7 @@
 class IFileStore;
 class IImageCodecs;
 
-/// Plays the script and writes the flattened picture of the last active document to `pathOut` unless that is
-/// empty. Raises std::runtime_error: the script's failure, "FILE:LINE: reason", or why there is no picture.
+/// Plays the script and writes the flattened picture of the last active document to `pathOut` unless that
+/// is empty. Raises std::runtime_error: "FILE:LINE: reason" for the script, or why there is no picture.
 void PlayDesktop(const TScript& script, const std::filesystem::path& pathOut, IFileStore& files,
                  IImageCodecs& codecs);

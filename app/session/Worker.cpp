@@ -53,7 +53,7 @@ std::string DescribeEnd(const TEnded& ended, const std::filesystem::path& pathSa
     std::ifstream file(pathSaid);
     std::string strLine;
     if (!std::getline(file, strLine) || strLine.empty()) return "exit code " + std::to_string(nCode);
-    // It names itself first; here only the reason is news.
+    // The output starts with the program's name; only the reason is needed.
     const std::string strName = "vellumcraft-session: ";
     return strLine.starts_with(strName) ? strLine.substr(strName.size()) : strLine;
 }

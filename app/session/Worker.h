@@ -10,14 +10,15 @@
 /// A process that has ended.
 struct TEnded {
     pid_t pid = 0;
-    int nStatus = 0; ///< as waitpid tells it
+    int nStatus = 0; ///< as returned by waitpid
 };
 
-/// Starts a program, whose words go to a file. Raises std::runtime_error.
+/// Starts a program with its output redirected to a file. Raises std::runtime_error.
 pid_t StartWorker(const std::vector<std::string>& vCommand, const std::filesystem::path& pathSaid);
 
 /// Waits until one of the started processes has ended. Raises std::runtime_error.
 TEnded WaitForWorker();
 
-/// Why a worker failed: the first line that it said, or the signal that ended it. Empty when it did not fail.
+/// The reason of a worker's failure: the first line of its output, or the signal that ended it. Empty when
+/// it did not fail.
 std::string DescribeEnd(const TEnded& ended, const std::filesystem::path& pathSaid);

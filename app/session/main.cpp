@@ -24,7 +24,7 @@ int Run(const TArguments& arguments) {
     CFileStore files;
     CImageCodecs codecs(files);
     codecs.Startup();
-    // The module reads it once more; what is wrong with it is told before anything is played.
+    // The module parses it again; here its errors are reported before anything is played.
     const TScript script = ReadScript(FromUtf8(arguments.pathScript.native()), files);
     if (!arguments.strEach.empty()) return RunBatch(arguments) ? 0 : 1;
     if (!arguments.pathOut.empty()) CheckSave(arguments.pathOut, codecs);
