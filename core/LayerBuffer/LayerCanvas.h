@@ -1,4 +1,4 @@
-// What a layer asks of the document that it belongs to.
+// Interface of the document for its layers.
 #pragma once
 
 #include "core/Base/Geometry.h"
@@ -20,18 +20,18 @@ public:
     virtual bool IsColor() const = 0;
     /// True when raster layers' pixels are colour planes, false for grey ones.
     virtual bool IsColorRaster() const = 0;
-    /// True when the picture for use outside is in colour, whatever the screen shows.
+    /// True when exported pictures are in colour, whatever the screen shows.
     bool IsColorPicture() const { return IsColor() || IsColorRaster(); }
     virtual CHistoryStream& GetHistory() = 0;
     /// The hidden root of the layer tree.
     virtual CLayerBuffer& GetRoot() const = 0;
-    /// The selection, null when nothing is selected; replaced, never edited, so whoever keeps it keeps what
-    /// was selected.
+    /// The selection, null when nothing is selected; it is replaced, never edited, so a kept pointer keeps
+    /// the old selection.
     virtual const boost::shared_ptr<CSelectBuffer>& GetSelect() const = 0;
-    /// A number for a stroke that is complete: strokes are merged in the order of their numbers, on whatever
-    /// layers they are.
+    /// Returns the number of a complete stroke: strokes are merged in the order of their numbers, on all
+    /// layers.
     virtual uint64_t TakeStrokeNumber() = 0;
-    /// Gathers the flags of the whole tree, so that every layer can be brought up to date on its own.
+    /// Propagates the flags of the whole tree, so that every layer can be updated on its own.
     virtual void FlushCanvasUpdates() = 0;
     /// The layer that commands and tools work on: the current child of the current child, from the root down;
     /// null for none.

@@ -3,6 +3,6 @@
 
 #include "core/LayerBuffer/LayerBuffer.h"
 
-/// A new layer of the class that a chunk tag names, to be deserialized; raises deserialize_error for a tag
-/// that no class has.
+/// Creates a layer of the class for a chunk tag, to be deserialized; raises deserialize_error for an
+/// unknown tag.
 TLayerPtr CreateLayerByTag(uint32_t uTag);

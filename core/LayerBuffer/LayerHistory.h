@@ -5,8 +5,8 @@
 #include "core/LayerBuffer/LayerBuffer.h"
 #include "core/LayerBuffer/VectorLayerBuffer.h"
 
-/// A layer was added to (true) or deleted from (false) its parent. The layer itself is kept alive here, since
-/// it may be in no tree; the parent is held weakly.
+/// A layer was added to (true) or deleted from (false) its parent. This object owns the layer, which may be
+/// in no tree; it holds the parent weakly.
 template <bool bAdd>
 class CAddDelLayerHistory : public CHistory {
 public:
@@ -37,12 +37,12 @@ private:
 
     boost::weak_ptr<CLayerBuffer> m_wpParent;
     bool m_bActive; ///< the layer was its parent's active child when it was last in the tree
-    bool m_bHolds;  ///< the layer is in no tree
+    bool m_bHolds;  ///< the layer is in no tree and belongs to this object
     int m_idxLayer;
     TLayerPtr m_spLayer;
 };
 
-/// A layer went to another place in the tree. The layer is kept alive here: on its way it is in no tree.
+/// A layer was moved in the tree. This object owns the layer, which is in no tree during the move.
 class CMoveLayerHistory : public CHistory {
 public:
     CMoveLayerHistory(const TLayerPtr& spOldParent, int idxOld, const TLayerPtr& spNewParent, int idxNew,
@@ -67,7 +67,7 @@ private:
     TLayerPtr m_spLayer;
 };
 
-/// A value of a layer was changed: what the changes of single values share.
+/// Base of changes of a single value of a layer.
 template <class Layer, class Value>
 class CLayerValueHistory : public CHistory {
 public:
@@ -79,7 +79,7 @@ public:
     void Undo() override { ApplyIfThere(m_valueOld); }
     void Redo() override { ApplyIfThere(m_valueNew); }
     bool IsOf(const Layer& layer) const { return m_wpLayer.lock().get() == &layer; }
-    /// A further change of the same layer.
+    /// Updates the new value for a further change of the same layer.
     void SetNew(Value value) { m_valueNew = std::move(value); }
 
 protected:
@@ -105,7 +105,7 @@ protected:
     void Apply(CLayerBuffer& layer, const uint8_t& uOpacity) const override { layer.SetOpacity(uOpacity); }
 };
 
-/// A layer was renamed; the label is the caller's.
+/// A layer was renamed; the caller supplies the label.
 class LayerRenameHistory : public CLayerValueHistory<CLayerBuffer, std::wstring> {
 public:
     using CLayerValueHistory::CLayerValueHistory;
@@ -114,7 +114,7 @@ protected:
     void Apply(CLayerBuffer& layer, const std::wstring& strName) const override { layer.setName(strName); }
 };
 
-/// A vector layer's colour was changed; the label is the caller's.
+/// A vector layer's colour was changed; the caller supplies the label.
 class SetLayerColorHistory : public CLayerValueHistory<CVectorLayerBuffer, TColor> {
 public:
     using CLayerValueHistory::CLayerValueHistory;

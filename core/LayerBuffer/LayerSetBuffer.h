@@ -1,4 +1,4 @@
-// A folder: its children paint straight onto what lies under it, so its opacity is only stored and shown.
+// A folder: its children are composited onto the layers below it, so its opacity is only stored and shown.
 #pragma once
 
 #include "core/LayerBuffer/LayerBuffer.h"

@@ -1,4 +1,4 @@
-// The tree that layers make up: children come, go and move.
+// Operations on the layer tree: children are added, removed and moved.
 #include "core/LayerBuffer/LayerBuffer.h"
 
 #include "core/Base/Failure.h"
@@ -49,7 +49,7 @@ TLayerList CLayerBuffer::Detach(int idxLayer) {
     const auto iterLayer = std::next(m_lstChildren.begin(), idxLayer);
     const auto iter = std::next(iterLayer);
     lstLayer.splice(lstLayer.begin(), m_lstChildren, iterLayer);
-    // The next one below is active then, as in the list that the user sees.
+    // The next layer below becomes active, as in the list that the user sees.
     if (m_wpActive.lock() == lstLayer.front())
         m_wpActive = iter != m_lstChildren.begin() ? *std::prev(iter)
                      : iter != m_lstChildren.end() ? *iter
@@ -138,7 +138,7 @@ void CLayerBuffer::CopyContent(const CLayerBuffer& other) {
 }
 
 size_t CLayerBuffer::GetBytes(const CLayerBuffer* pTwin) const {
-    // Of another shape, the trees have nothing to compare.
+    // Trees of another shape cannot be compared.
     const bool bTwin = pTwin && pTwin->m_lstChildren.size() == m_lstChildren.size();
     size_t nBytes = GetOwnBytes(pTwin);
     auto itTwin = bTwin ? pTwin->m_lstChildren.begin() : TLayerList::const_iterator();
@@ -169,7 +169,7 @@ int CLayerBuffer::GetDepthOf(const CLayerBuffer& layer) const {
 
 // A file with deeper layers could never be opened again.
 void CLayerBuffer::ExpectRoomFor(const CLayerBuffer& layer) const {
-    // The depth above a parent that is in no tree yet is checked when the parent enters one.
+    // The depth above a parent in no tree is checked when the parent is added to one.
     const int nDepth = std::max(GetCanvas()->GetRoot().GetDepthOf(*this), 0);
     if (nDepth + 1 + layer.GetNesting() > MAX_LAYER_NESTING)
         throw refused_error(
@@ -183,7 +183,7 @@ int CLayerBuffer::IndexOf(const CLayerBuffer& layer) const {
 }
 
 void CLayerBuffer::FollowVisibility(const CLayerBuffer& other) {
-    // An operation that failed halfway may have left another shape, and is taken back.
+    // An operation that failed halfway may have left another shape, and is undone.
     if (m_lstChildren.size() != other.m_lstChildren.size()) return;
     auto itOther = other.m_lstChildren.begin();
     for (const TLayerPtr& spChild : m_lstChildren) {

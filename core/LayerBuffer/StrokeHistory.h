@@ -9,8 +9,8 @@
 #include <utility>
 #include <vector>
 
-/// Tiles of a raster layer were replaced. Keeps only the tiles that differ, and flags only their blocks when
-/// it exchanges them, so that a small stroke on a large layer costs what it touched.
+/// Tiles of a raster layer were replaced. Keeps only the tiles that differ, and flags only their blocks
+/// when it exchanges them, so that the cost of a small stroke does not depend on the layer's size.
 class CCommitStrokeBufferHistory : public CHistory {
 public:
     /// `before` is a shallow copy of `spRaster` from before the change.
