@@ -13,7 +13,7 @@
 
 namespace {
 
-// The coverage as bytes; 16-bit values give their upper ones, kept in `vBytes`.
+// The coverage as bytes: 16-bit values give their upper bytes, kept in `vBytes`.
 const uint8_t* CoverBytes(const uint8_t* pAlpha, size_t, std::vector<uint8_t>&) { return pAlpha; }
 const uint8_t* CoverBytes(const uint16_t* pAlpha, size_t nCount, std::vector<uint8_t>& vBytes) {
     vBytes.resize(nCount);
@@ -62,7 +62,8 @@ void CAlphaBlockBufferImpl<T>::SetOwner(CRasterBuffer* pOwner) {
 template <class T>
 void CAlphaBlockBufferImpl<T>::BlendInto(CRasterBlockBuffer& dest, const CRasterBlockBuffer* pMask) const {
     SELF_CHECK(defect_logic, m_pOwner != nullptr);
-    BlendCoverage(dest, static_cast<const CAlphaBufferBase&>(*m_pOwner), pMask); // SetOwner takes no other
+    BlendCoverage(dest, static_cast<const CAlphaBufferBase&>(*m_pOwner), pMask); // SetOwner accepts no
+                                                                                 // other kind
 }
 
 template <class T>
@@ -73,7 +74,7 @@ void CAlphaBlockBufferImpl<T>::BlendCoverage(CRasterBlockBuffer& dest, const CAl
     const uint8_t* pMaskBytes = MaskBytes(pMask, m_szBlock);
     std::vector<uint8_t> vBytes;
     if (auto* pAlpha = dynamic_cast<CAlphaBlock8*>(&dest)) {
-        // A stroke of 16 bits never becomes a mask.
+        // A stroke of 16 bits is never used as a mask.
         if constexpr (sizeof(T) == 1) AddCoverage(pAlpha->GetAlpha(), GetAlpha(), pMaskBytes, nCount);
         return;
     }

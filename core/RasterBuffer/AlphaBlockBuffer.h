@@ -7,15 +7,15 @@
 
 class CAlphaBufferBase;
 
-/// `T` is uint8_t or uint16_t; a 16-bit value meets 8-bit pixels by its upper byte. Coverage is neither
-/// stored nor exchanged with bitmaps: those operations do nothing.
+/// `T` is uint8_t or uint16_t; a 16-bit value is combined with 8-bit pixels by its upper byte. Coverage is
+/// neither stored nor exchanged with bitmaps: those operations do nothing.
 template <class T>
 class CAlphaBlockBufferImpl : public CRasterBlockBuffer {
 public:
     void Deserialize(CDeserializer&) override {}
     void Create(CSize szBlock, CPoint ptPos) override;
     boost::shared_ptr<CRasterBlockBuffer> Clone() const override;
-    /// Answers an empty pointer.
+    /// Returns an empty pointer.
     boost::shared_ptr<CRasterBlockBuffer> CreateBlank(CSize) const override { return {}; }
     boost::shared_ptr<CRasterBlockBuffer> CreateReduced(CSize sz, int iScale, CSize szInside) const override;
     void DrawToScreen(CGDIBuffer&, const CScreenMap&) const override {}
@@ -24,8 +24,8 @@ public:
     void BlendWith(CRasterBlockBuffer& dest, uint8_t, const CRasterBlockBuffer* pMask) const override {
         BlendInto(dest, pMask);
     }
-    /// Paints a plane's ink on pixels, or takes their coverage away when the plane erases. On an alpha tile
-    /// of 8 bits an 8-bit tile adds coverage either way; a 16-bit one does nothing there.
+    /// Paints a plane's ink on pixels, or removes their coverage when the plane erases. On an alpha tile of
+    /// 8 bits an 8-bit tile adds coverage either way; a 16-bit one does nothing there.
     void BlendCoverage(CRasterBlockBuffer& dest, const CAlphaBufferBase& ink,
                        const CRasterBlockBuffer* pMask) const;
     void ReadBitmap(CBitmapSession&) override {}
@@ -39,7 +39,7 @@ public:
     /// An empty chunk.
     CSerializer Serialize() const override { return {}; }
     void SetOwner(CRasterBuffer* pOwner) override;
-    /// Copies the overlap; the mask is not looked at.
+    /// Copies the overlap; ignores the mask.
     void ExtractTo(CRasterBlockBuffer& dest, CPoint ptDest, bool bCut,
                    const CRasterBlockBuffer* pMask) override;
     /// Copies the overlap without blending.

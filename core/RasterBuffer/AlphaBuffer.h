@@ -4,10 +4,10 @@
 #include "core/RasterBuffer/AlphaBlockBuffer.h"
 #include "core/RasterBuffer/RasterBufferImpl.h"
 
-/// What every coverage plane knows besides its coverage.
+/// Properties of every coverage plane besides its coverage.
 class CAlphaBufferBase : public CRasterBuffer {
 public:
-    /// True when the plane removes coverage from what it is blended on, instead of painting.
+    /// True when the plane removes coverage from its destination instead of painting.
     bool IsErase() const { return m_bErase; }
     void SetErase(bool bErase) { m_bErase = bErase; }
     /// The ink, and its grey level for grey destinations.
@@ -17,7 +17,7 @@ public:
         m_color = color;
         m_uGrey = GreyOf(RedOf(color), GreenOf(color), BlueOf(color));
     }
-    /// Plane pixels to a pixel of what it is blended on, in each direction.
+    /// Plane pixels per destination pixel, in each direction.
     virtual int GetResolutionScale() const = 0;
 
 private:
@@ -26,7 +26,7 @@ private:
     uint8_t m_uGrey = 255;
 };
 
-/// A coverage plane of `T` (uint8_t or uint16_t). Copies take the ink over, but not whether the plane erases.
+/// A coverage plane of `T` (uint8_t or uint16_t). Copies keep the ink, but not the erase flag.
 template <class T>
 class CAlphaBufferImpl : public CRasterBufferImpl<CAlphaBlockBufferImpl<T>, CAlphaBufferBase> {
     using TBase = CRasterBufferImpl<CAlphaBlockBufferImpl<T>, CAlphaBufferBase>;
@@ -37,7 +37,7 @@ public:
         spPlane->Create(szBuffer, szBlock);
         return spPlane;
     }
-    /// With this plane's ink, whoever owns the tile.
+    /// Uses this plane's ink, whatever plane owns the tile.
     void BlendBlockInto(CRasterBlockBuffer& dest, const CRasterBlockBuffer* pMask) const override {
         if (const auto* pBlock = this->FindBlock(dest.GetPosition()))
             pBlock->BlendCoverage(dest, *this, pMask);
@@ -69,9 +69,9 @@ public:
     void Create(CSize szBuffer, CSize szBlock) override;
     boost::shared_ptr<CRasterBuffer> CreateSized(CSize szBuffer, CSize szBlock) const override;
     boost::shared_ptr<CRasterBuffer> CreateLike() const override;
-    /// Reduces the four tiles around to one of `dest`'s size by a 3 by 3 binomial window, which reaches one
-    /// column and one row into the neighbours on the right and below; what is absent or beyond the plane
-    /// reads as 0.
+    /// Reduces the four tiles around to one of `dest`'s size by a 3 by 3 binomial window, which includes
+    /// one column and one row of the neighbours on the right and below; pixels of missing tiles and outside
+    /// the plane read as 0.
     void BlendBlockInto(CRasterBlockBuffer& dest, const CRasterBlockBuffer* pMask) const override;
     int GetResolutionScale() const override { return 2; }
 };

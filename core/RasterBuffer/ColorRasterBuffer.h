@@ -19,7 +19,7 @@ public:
     /// The tile's pixels from index `nOffset` on.
     TColorPixels Pixels(size_t nOffset = 0);
     TConstColorPixels Pixels(size_t nOffset = 0) const;
-    /// One pixel from and to B, G, R, A bytes.
+    /// Reads and writes one pixel as B, G, R, A bytes.
     void LoadPixel(size_t i, const uint8_t* pBgra);
     void StorePixel(size_t i, uint8_t* pBgra) const;
     /// Composites `nCount` pixels of a tile over this one by the fast kernel.

@@ -13,14 +13,14 @@ public:
     void BlendWith(CRasterBlockBuffer& dest, uint8_t uOpacity,
                    const CRasterBlockBuffer* pMask) const override;
     TColor GetPixelColor(CPoint pt) const override;
-    /// Does nothing: a grey tile has no colour to be filled with.
+    /// Does nothing: a grey tile has no colour.
     void Fill(TColor color, uint8_t uAlpha) override;
     void SetOwner(CRasterBuffer* pOwner) override;
 
     /// The tile's pixels from index `nOffset` on.
     TGreyPixels Pixels(size_t nOffset = 0);
     TConstGreyPixels Pixels(size_t nOffset = 0) const;
-    /// One pixel from B, G, R, A bytes (reduced by GreyOf) and to them.
+    /// Reads one pixel from B, G, R, A bytes (reduced by GreyOf) and writes it to them.
     void LoadPixel(size_t i, const uint8_t* pBgra);
     void StorePixel(size_t i, uint8_t* pBgra) const;
     /// Composites `nCount` pixels of a tile over this one by the fast kernel.

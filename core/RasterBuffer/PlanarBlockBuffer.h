@@ -1,4 +1,4 @@
-// What colour and grey tiles have in common: `PLANES` byte planes of which the last is alpha.
+// Common base of colour and grey tiles: `PLANES` byte planes of which the last is alpha.
 #pragma once
 
 #include "core/RasterBuffer/RasterBlockBuffer.h"
@@ -7,8 +7,8 @@
 
 #include <cstring>
 
-/// A straight-alpha tile. Everything here works plane by plane and does not know what the channels mean.
-/// `Tile` is the final class.
+/// A straight-alpha tile. All operations work plane by plane, independent of the channels' meaning. `Tile`
+/// is the final class.
 template <class Tile, size_t PLANES>
 class CPlanarBlockBuffer : public CRasterBlockBuffer,
                            public IWirePart,
@@ -25,7 +25,7 @@ public:
     void Clear() override { std::memset(m_pFirst, 0, GetPlaneBytes() * PLANES); }
     void LayOnWhite() override;
     CSerializer Serialize() const override;
-    /// The pixels as files hold them, one after the other.
+    /// The pixels in the file format, one after the other, channels interleaved.
     size_t GetWireSize() const override { return GetPlaneBytes() * PLANES; }
     void WriteWire(uint8_t* pTo) const override;
     void ExtractTo(CRasterBlockBuffer& dest, CPoint ptDest, bool bCut,

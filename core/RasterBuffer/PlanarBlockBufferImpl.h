@@ -1,4 +1,4 @@
-// Bodies of CPlanarBlockBuffer, included by the two final tile classes' sources only.
+// Definitions of CPlanarBlockBuffer, included only by the sources of the two final tile classes.
 #pragma once
 
 #include "core/Base/Failure.h"
@@ -63,13 +63,13 @@ void CPlanarBlockBuffer<Tile, PLANES>::Deserialize(CDeserializer& reader) {
     reader.ExpectTag(Tile::CHUNK_TAG);
     const CSize szBlock = reader.ReadSize();
     const CPoint ptPos = reader.ReadPoint();
-    // The pixels must be there before memory is taken for them.
+    // Checks that the pixels are present before it allocates memory for them.
     if (szBlock.cx <= 0 || szBlock.cy <= 0) throw deserialize_error();
     const uint64_t uPixels = static_cast<uint64_t>(szBlock.cx) * static_cast<uint64_t>(szBlock.cy);
     if (uPixels > reader.GetRest() / PLANES || uPixels * PLANES != reader.GetRest())
         throw deserialize_error();
     const size_t nBytes = static_cast<size_t>(uPixels) * PLANES;
-    // A chunk that never left memory still has its tile; the tag told the kind.
+    // A chunk in memory still refers to its tile, whose kind the tag has determined.
     const auto* pTile = static_cast<const Tile*>(reader.ReadPart(nBytes));
     const uint8_t* pWire = pTile ? nullptr : reader.ReadBytes(nBytes);
     Allocate(szBlock, ptPos, PLANES);
@@ -106,7 +106,7 @@ void CPlanarBlockBuffer<Tile, PLANES>::WriteWire(uint8_t* pTo) const {
     Interleave(pTo, static_cast<const Tile*>(this)->Pixels(), GetPlaneBytes());
 }
 
-/// Locks the part of a bitmap that lies under `rc` and hands it row by row to `fn(row, pixels, width)`.
+/// Locks the part of a bitmap under `rc` and passes it row by row to `fn(row, pixels, width)`.
 template <class RowFunction>
 void ForEachBitmapRow(CBitmapSession& session, const CRect& rc, ELockMode mode, RowFunction fn) {
     int32_t nWidth = 0;

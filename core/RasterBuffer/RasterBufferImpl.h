@@ -1,4 +1,4 @@
-// The block grid and every plane operation that does not depend on what a pixel is.
+// The block grid and all plane operations that do not depend on the pixel format.
 #pragma once
 
 #include "core/Base/Failure.h"
@@ -15,7 +15,7 @@ class CRasterBufferImpl : public Base {
 public:
     using TBlockPtr = boost::shared_ptr<Block>;
 
-    /// Tiles that others go on to hold have no owner any more.
+    /// Tiles that other planes still hold lose their owner.
     ~CRasterBufferImpl() override {
         m_grid.ForEachTile([&](size_t, const TBlockPtr& spBlock) {
             if (spBlock->GetOwner() == this) spBlock->SetOwner(nullptr);
@@ -85,7 +85,7 @@ public:
         return SetBlockImpl(pt, boost::dynamic_pointer_cast<Block>(spBlock));
     }
 
-    /// As SetBlock, for a tile whose kind is known.
+    /// Same as SetBlock, for a tile of the right kind.
     virtual TBlockPtr SetBlockImpl(CPoint pt, const TBlockPtr& spBlock) {
         const size_t i = IndexOf(pt);
         TBlockPtr spOld = m_grid[i];
@@ -108,7 +108,7 @@ public:
         ShareBlockImpl(pt, boost::dynamic_pointer_cast<Block>(spBlock));
     }
 
-    /// As ShareBlock, for a tile whose kind is known.
+    /// Same as ShareBlock, for a tile of the right kind.
     void ShareBlockImpl(CPoint pt, const TBlockPtr& spBlock) {
         const size_t i = IndexOf(pt);
         if (m_grid[i] || spBlock) m_grid.Entry(i) = spBlock;
@@ -154,7 +154,7 @@ public:
         this->ForEachBlockIn(rc, [&](CPoint pt) {
             if (!m_grid[IndexOf(pt)]) return;
             const auto spTile = bCut ? GetWritableBlock(pt) : GetBlock(pt, false);
-            // A tile that stands for several blocks has the position of one of them.
+            // A tile that is shared by several blocks has the position of one of them.
             spTile->ExtractTo(*spResult, rc.TopLeft() + (spTile->GetPosition() - pt), bCut, pMask);
         });
         spResult->ClearOutside(RectFrom(rc.TopLeft()));
@@ -194,14 +194,14 @@ public:
     void Deserialize(CDeserializer& reader) override;
     CSerializer Serialize() const override;
 
-    /// The tile that holds a pixel, null where there is none or the pixel lies beyond the grid.
+    /// The tile that contains a pixel, null where there is none or the pixel is outside the grid.
     const Block* FindBlock(CPoint pt) const {
         const bool bInside = pt.x >= 0 && pt.y >= 0 && pt.x < this->m_szBlocks.cx * this->m_szBlock.cx &&
                              pt.y < this->m_szBlocks.cy * this->m_szBlock.cy;
         return bInside ? m_grid[IndexOf(pt)].get() : nullptr;
     }
 
-    /// The same as a pointer that another plane or block can share.
+    /// The same as a pointer that can be shared with another plane or block.
     TBlockPtr FindShared(CPoint pt) const { return FindBlock(pt) ? m_grid[IndexOf(pt)] : TBlockPtr(); }
 
 protected:
@@ -216,12 +216,12 @@ private:
     CPoint CornerOf(CPoint pt) const {
         return {pt.x - pt.x % this->m_szBlock.cx, pt.y - pt.y % this->m_szBlock.cy};
     }
-    /// The plane's pixels as seen from one of its pixels.
+    /// The plane's rectangle relative to one of its pixels.
     CRect RectFrom(CPoint pt) const { return CRect(CPoint{-pt.x, -pt.y}, this->m_szSize); }
-    /// True when an entry of the grid is not the only holder of its tile: an undo snapshot, a chunk that is
-    /// being written or another block may have it too.
+    /// True when other pointers share an entry's tile: an undo snapshot, a chunk that is being written or
+    /// another block.
     static bool IsShared(const TBlockPtr& spEntry) { return spEntry.use_count() > 1; }
-    /// The block's tile, made or cloned so that nobody else has it.
+    /// Returns the block's tile, created or cloned so that it is not shared.
     const TBlockPtr& OwnBlock(CPoint pt) {
         const size_t i = IndexOf(pt);
         TBlockPtr& spEntry = m_grid.Entry(i);
@@ -231,7 +231,7 @@ private:
             spEntry = CloneFor(i, *spEntry);
         return spEntry;
     }
-    /// A tile's clone, as this plane's tile at index `i`.
+    /// Clones a tile for index `i` of this plane.
     TBlockPtr CloneFor(size_t i, const Block& block) {
         auto spClone = boost::static_pointer_cast<Block>(block.Clone());
         spClone->SetOwner(this);
@@ -249,8 +249,8 @@ private:
     CTileGrid<Block> m_grid; ///< row by row
 };
 
-/// A plane of straight-alpha tiles: what colour and grey planes share beyond the grid. `Plane` is the final
-/// class.
+/// A plane of straight-alpha tiles: the common part of colour and grey planes beyond the grid. `Plane` is
+/// the final class.
 template <class Plane, class Block>
 class CStraightAlphaBuffer : public CRasterBufferImpl<Block, CRasterBuffer> {
 public:
@@ -261,7 +261,7 @@ public:
     }
     void SetOpacity(uint8_t uOpacity) override { m_uOpacity = uOpacity; }
     uint8_t GetOpacity() const override { return m_uOpacity; }
-    /// With this plane's opacity, whoever owns the tile.
+    /// Uses this plane's opacity, whatever plane owns the tile.
     void BlendBlockInto(CRasterBlockBuffer& dest, const CRasterBlockBuffer* pMask) const override {
         if (const Block* pBlock = this->FindBlock(dest.GetPosition()))
             pBlock->BlendWith(dest, m_uOpacity, pMask);
@@ -284,7 +284,7 @@ void CRasterBufferImpl<Block, Base>::Deserialize(CDeserializer& reader) {
     CDeserializer tiles;
     reader.ReadChunk(tiles);
     reader.ExpectEnd();
-    // A grid costs memory where it is empty too, so its geometry is judged before it is made.
+    // An empty grid also uses memory, so the geometry is checked before it is created.
     const auto valid = [](CSize sz) { return sz.cx > 0 && sz.cy > 0 && sz.cx <= 0xFFFF && sz.cy <= 0xFFFF; };
     if (!valid(szBuffer) || !valid(szBlock)) throw deserialize_error();
     const auto blocks = [](int32_t n, int32_t nBlock) { return static_cast<uint64_t>(n / nBlock) + 1; };
@@ -309,7 +309,7 @@ void CRasterBufferImpl<Block, Base>::ReadTiles(CDeserializer& reader) {
         auto spBlock = boost::make_shared<Block>();
         spBlock->Deserialize(chunk);
         if (!(spBlock->GetSize() == this->m_szBlock)) throw deserialize_error();
-        // The index says where the tile is; a position that disagrees is put right.
+        // The index determines the tile's position; a position that differs is corrected.
         spBlock->SetPosition(CornerAt(uIndex));
         spBlock->SetOwner(this);
         m_grid.Entry(uIndex) = spBlock;

@@ -1,4 +1,4 @@
-// The one way a tile's samples reach the screen copy, under every zoom, rotation and flip.
+// Draws a tile's samples to the screen copy, under every zoom, rotation and flip.
 #pragma once
 
 #include "core/GDIBuffer/GDIBuffer.h"
@@ -7,9 +7,9 @@
 #include <cstring>
 #include <vector>
 
-/// Draws the target pixels that sample the tile at `rcTile`. `resolve(index, count, pScreen)` resolves a run
-/// of the tile's pixels into pixels of the screen. Every source row that is sampled is resolved once; its
-/// samples are picked by the map's table, and target rows that sample the same source are copies of the
+/// Draws the target pixels that sample the tile at `rcTile`. `resolve(index, count, pScreen)` resolves a
+/// run of the tile's pixels into pixels of the screen. Each sampled source row is resolved once, its
+/// samples are selected by the map's table, and target rows that sample the same source are copied from the
 /// first.
 template <class Resolve>
 void DrawSamples(CGDIBuffer& target, const CScreenMap& map, const CRect& rcTile, Resolve resolve) {
@@ -23,9 +23,10 @@ void DrawSamples(CGDIBuffer& target, const CScreenMap& map, const CRect& rcTile,
     const CRect rcSource = map.ToCanvas(rc);
     const size_t nSpan = static_cast<size_t>(rcSource.Width());
     const size_t nRowBytes = static_cast<size_t>(rc.Width()) * BYTES;
-    const uint8_t* pLast = nullptr; // the target row before, and what it samples
+    const uint8_t* pLast = nullptr; // the previous target row and its source
     int32_t nLast = -1;
-    // Writes the target row y, which samples row or column `nSource`, unless it is a copy of the one before.
+    // Writes the target row y, which samples row or column `nSource`; copies it if the last one is the
+    // same.
     const auto eachRow = [&](auto write) {
         for (int32_t y = rc.top; y < rc.bottom; ++y) {
             uint8_t* pRow = target.GetPixelPtr({rc.left, y});
@@ -50,7 +51,7 @@ void DrawSamples(CGDIBuffer& target, const CScreenMap& map, const CRect& rcTile,
         });
         return;
     }
-    // Target columns run along source rows: the sampled rows are resolved first, each to its own line.
+    // Target columns run along source rows: the sampled rows are resolved first, each into a separate line.
     std::vector<uint8_t> vRows(nSpan * BYTES * static_cast<size_t>(rcSource.Height()));
     const auto line = [&](int32_t v) {
         return vRows.data() + static_cast<size_t>(v - rcSource.top) * nSpan * BYTES;

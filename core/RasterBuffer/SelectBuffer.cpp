@@ -115,7 +115,7 @@ void ClearUnder(CRasterBuffer& plane, const CSelectBuffer& select) {
     const CAlphaBufferImpl<uint8_t>& mask = select.GetMask();
     SELF_CHECK(invalid_argument, plane.GetSize() == mask.GetSize() && plane.IsCompatible(mask));
     const auto spEraser = boost::make_shared<CAlphaBufferImpl<uint8_t>>();
-    spEraser->Create({1, 1}, DEFAULT_BLOCKSIZE); // a plane that gives its ink alone
+    spEraser->Create({1, 1}, DEFAULT_BLOCKSIZE); // a plane that only carries the ink
     spEraser->SetErase(true);
     mask.ForEachBlock([&](CPoint pt) {
         const CAlphaBlock8* pTile = mask.FindBlock(pt);

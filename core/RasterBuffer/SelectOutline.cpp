@@ -1,7 +1,7 @@
-// The mask is looked at as bits, 32 pixels of a row in a word: bit i of a word is the word's i-th pixel from
-// the left, set where it lies inside. A row of words and the one above it give the outline's edges above the
-// row and between its pixels, also as bits; only where a piece begins or ends anything is done for a single
-// pixel.
+// The mask is processed as bits, 32 pixels of a row in a word: bit i of a word is the word's i-th pixel
+// from the left, set where it lies inside. A row of words and the one above it give the outline's edges
+// above the row and between its pixels, also as bits; single pixels are handled only where a piece begins
+// or ends.
 #include "core/RasterBuffer/SelectOutline.h"
 
 #include <boost/endian/conversion.hpp>
@@ -17,7 +17,7 @@ namespace {
 
 constexpr int32_t SIDE = DEFAULT_BLOCKSIZE.cx;
 constexpr int32_t WORD = 32;
-constexpr int32_t WORDS = SIDE / WORD; ///< to a tile's row
+constexpr int32_t WORDS = SIDE / WORD; ///< in a tile's row
 static_assert(DEFAULT_BLOCKSIZE.cy == SIDE && SIDE % WORD == 0);
 
 using TRowBits = std::array<uint32_t, WORDS>;
@@ -37,16 +37,16 @@ bool IsUniform(const TTileBits* pBits) { return pBits == &OUTSIDE || pBits == &I
 // Eight pixels, the first in the lowest byte.
 uint64_t EightAt(const uint8_t* p) { return boost::endian::load_little_u64(p); }
 
-// The eight bytes' highest bits, the first byte's lowest: set from half coverage on.
+// The highest bits of the eight bytes, the first byte's lowest: set for at least half coverage.
 uint32_t HalfCovered(uint64_t u) {
     return static_cast<uint32_t>((u >> 7 & 0x0101010101010101) * 0x0102040810204080 >> 56);
 }
 
-// Reads the part `sz` of a tile into bits, zeros beyond it. Returns the bounds, in the tile, of what is not
-// 0.
+// Converts the part `sz` of a tile to bits, zeros beyond it. Returns the bounds, in the tile, of the pixels
+// that are not 0.
 CRect ReadTile(const uint8_t* pAlpha, CSize sz, TTileBits& bits) {
     constexpr size_t EIGHTS = SIDE / 8;
-    std::array<uint64_t, EIGHTS> auColumns{}; // of every row together
+    std::array<uint64_t, EIGHTS> auColumns{}; // all rows combined
     CRect rc{0, SIDE, 0, 0};
     bits = OUTSIDE;
     for (int32_t y = 0; y < sz.cy; ++y, pAlpha += SIDE) {
@@ -73,8 +73,8 @@ CRect ReadTile(const uint8_t* pAlpha, CSize sz, TTileBits& bits) {
     return rc;
 }
 
-// Goes through the block rows from the top. One column and one row of blocks outside the mask, on the right
-// and below, close what reaches its edge.
+// Processes the block rows from the top. One column and one row of blocks outside the mask, on the right
+// and below, close the outline at its edge.
 class COutlineTracer {
 public:
     COutlineTracer(const CAlphaBufferImpl<uint8_t>& mask, TOutlineList& lstOutline)
@@ -88,8 +88,7 @@ public:
             std::swap(m_above, m_here);
             ReadRow(nRow);
             if (!m_above.bAny && !m_here.bAny) continue;
-            const int32_t nRows =
-                m_here.nOwn == 0 ? 1 : SIDE; // uniform tiles change in their first row alone
+            const int32_t nRows = m_here.nOwn == 0 ? 1 : SIDE; // uniform tiles change only in their first row
             for (int32_t n = 0; n < nRows; ++n) TraceRow(nRow * SIDE, n);
         }
         return m_rcBound;
@@ -98,9 +97,9 @@ public:
 private:
     struct TBlockRow {
         std::vector<const TTileBits*> vpTiles;        ///< by column
-        std::vector<std::unique_ptr<TTileBits>> vOwn; ///< memory for those that are not uniform
-        size_t nOwn = 0;                              ///< how many of it are in use
-        bool bAny = false;                            ///< there are tiles
+        std::vector<std::unique_ptr<TTileBits>> vOwn; ///< storage for tiles that are not uniform
+        size_t nOwn = 0;                              ///< number of used entries
+        bool bAny = false;                            ///< true when there are tiles
     };
 
     static size_t CountOf(int32_t n) { return static_cast<size_t>(n); }
@@ -132,13 +131,13 @@ private:
         return &bits;
     }
 
-    // Pieces along and between the pixels of row `n` of the block row that begins at `nTop`. In the first row
-    // of a tile everything can change, in the others only what lies in a tile that is not uniform or right of
-    // one.
+    // Traces the pieces along and between the pixels of row `n` of the block row that begins at `nTop`. In
+    // the first row of a tile everything can change, in the others only the tiles that are not uniform or
+    // right of one.
     void TraceRow(int32_t nTop, int32_t n) {
         const std::vector<const TTileBits*>& vpAbove = n == 0 ? m_above.vpTiles : m_here.vpTiles;
         const size_t nAbove = CountOf(n == 0 ? SIDE - 1 : n - 1);
-        uint32_t uAboveLeft = 0; // the last pixels of the column before
+        uint32_t uAboveLeft = 0; // the last pixels of the previous column
         uint32_t uHereLeft = 0;
         bool bLeft = false;
         for (size_t nColumn = 0; nColumn < CountOf(m_nColumns); ++nColumn) {
@@ -170,7 +169,7 @@ private:
         const uint32_t uEdgeBefore = uAboveBefore ^ uHereBefore;
         const uint32_t uSide = uHere ^ uHereBefore; // left of each pixel
         const uint32_t uSideAbove = uAbove ^ uAboveBefore;
-        // A piece ends where the sides change their roles, so that it never crosses a corner.
+        // A piece ends where inside and outside change sides, so that it never crosses a corner.
         const uint32_t uRunsOn = uEdge & uEdgeBefore & ~uSide;
         const uint32_t uFallsOn = uSide & uSideAbove & ~uEdge;
         EmitRuns(pt, uEdge & ~uRunsOn, uEdgeBefore & ~uRunsOn);
@@ -182,7 +181,7 @@ private:
             m_vBegin[CountOf(pt.x + std::countr_zero(u))] = pt.y;
     }
 
-    // Horizontal pieces by the bits where they begin and where they have ended; they take turns.
+    // Appends horizontal pieces from the bits where they begin and end, which alternate.
     void EmitRuns(CPoint pt, uint32_t uBegins, uint32_t uEnds) {
         for (; uEnds; uEnds &= uEnds - 1) {
             if (m_nRun < 0) {
@@ -197,11 +196,11 @@ private:
 
     const CAlphaBufferImpl<uint8_t>& m_mask;
     TOutlineList& m_lstOutline;
-    int32_t m_nColumns; ///< with the one outside
+    int32_t m_nColumns; ///< includes the one outside
     TBlockRow m_above;
     TBlockRow m_here;
-    std::vector<int32_t> m_vBegin; ///< where the vertical piece left of each column began
-    int32_t m_nRun = -1;           ///< where the horizontal piece that goes on began
+    std::vector<int32_t> m_vBegin; ///< start of the vertical piece left of each column
+    int32_t m_nRun = -1;           ///< start of the current horizontal piece
     CRect m_rcBound;
 };
 

@@ -1,4 +1,4 @@
-// The tile pointers of a plane, which take memory only where tiles are.
+// The tile pointers of a plane, which use memory only where there are tiles.
 #pragma once
 
 #include <boost/noncopyable.hpp>
@@ -9,9 +9,9 @@
 #include <cstddef>
 #include <memory>
 
-/// Pointers by block index, in pages that are made when the first tile of theirs is stored: a layer with
-/// nothing on it costs next to nothing on the largest canvas. Distinct entries may be used from distinct
-/// threads, also while they share a page that is being made.
+/// Pointers by block index, in pages that are allocated when their first tile is stored: an empty layer
+/// costs little even on the largest canvas. Different entries may be used from different threads, even
+/// while their common page is being allocated.
 template <class Block>
 class CTileGrid : boost::noncopyable {
 public:
@@ -20,7 +20,7 @@ public:
     CTileGrid() = default;
     ~CTileGrid() { DropPages(); }
 
-    /// An empty grid of `nCount` entries.
+    /// Resets to an empty grid of `nCount` entries.
     void Create(size_t nCount) {
         std::unique_ptr<TPageSlot[]> pSlots(new TPageSlot[GetPages(nCount)]());
         DropPages();
@@ -28,24 +28,24 @@ public:
         m_nCount = nCount;
     }
     size_t GetCount() const { return m_nCount; }
-    /// The entry, null where no tile was stored; unchecked.
+    /// The entry, null where no tile was stored; not range-checked.
     const TBlockPtr& operator[](size_t i) const {
         const TPage* pPage = m_pSlots[i / PAGE].load(std::memory_order_acquire);
         return pPage ? (*pPage)[i % PAGE] : s_spNone;
     }
-    /// The entry to be stored into; unchecked.
+    /// The entry for writing; not range-checked.
     TBlockPtr& Entry(size_t i) {
         TPageSlot& slot = m_pSlots[i / PAGE];
         TPage* pPage = slot.load(std::memory_order_acquire);
         if (!pPage) {
             auto pNew = std::make_unique<TPage>();
-            // Another thread may have been faster: then `pPage` is its page.
+            // Another thread may have stored its page first: then `pPage` is that page.
             if (slot.compare_exchange_strong(pPage, pNew.get(), std::memory_order_acq_rel))
                 pPage = pNew.release();
         }
         return (*pPage)[i % PAGE];
     }
-    /// Drops every tile, the last first, and all memory of theirs.
+    /// Releases every tile, the last first, and all pages.
     void DropPages() {
         for (size_t n = GetPages(m_nCount); n-- > 0;) {
             const std::unique_ptr<TPage> pPage(m_pSlots[n].exchange(nullptr));
