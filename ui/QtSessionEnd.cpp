@@ -63,5 +63,5 @@ void CQtSessionEnd::OnSignal() {
     m_fnKeep();
     GiveBack();
     raise(chSignal);
-    Take(); // the log-out was cancelled
+    Take(); // the process has survived the signal
 }
