@@ -1,5 +1,5 @@
-// The blending kernels beside pixman (premultiplied) and QPainter (straight alpha), over the pixels of one
-// tile at a time, as the compositor works. One thread; time is per pixel.
+// The blending kernels compared with pixman (premultiplied) and QPainter (straight alpha), over the pixels
+// of one tile at a time, as the compositor works. One thread; time is per pixel.
 #include "core/RasterKernel/Kernels.h"
 
 #include <QImage>
@@ -48,7 +48,7 @@ struct TTile {
     TColorPixels Dest() { return {avDest[0].data(), avDest[1].data(), avDest[2].data(), avDest[3].data()}; }
 };
 
-// Times one blend of a tile; tells it a pixel, and how many of the tile's bytes it reads and writes.
+// Times one blend of a tile; reports the time per pixel and the bytes of the tile read and written.
 template <class Blend>
 void Time(benchmark::State& state, size_t nBytes, Blend blend) {
     for (auto _ : state) {
@@ -64,7 +64,7 @@ using TKernelCall = std::function<void(const TBlendKernels&, TTile&)>;
 
 struct TKernelCase {
     const char* pszName;
-    size_t nBytes; ///< read and written a pixel
+    size_t nBytes; ///< read and written per pixel
     TKernelCall call;
 };
 
@@ -151,7 +151,7 @@ int main(int argc, char** argv) {
     benchmark::RegisterBenchmark("peer/pixman OVER", Pixman, EPeer::Over);
     benchmark::RegisterBenchmark("peer/pixman OVER masked", Pixman, EPeer::OverMasked);
     benchmark::RegisterBenchmark("peer/pixman solid OVER masked", Pixman, EPeer::Ink);
-    // QPainter shares its work with other threads, whose time counts too.
+    // QPainter distributes its work to other threads, whose time counts too.
     benchmark::RegisterBenchmark("peer/QPainter straight", StraightPainter)->MeasureProcessCPUTime();
     benchmark::RegisterBenchmark("memcpy of 4 bytes", Copy);
     benchmark::Initialize(&argc, argv);

@@ -1,4 +1,4 @@
-// A whole canvas: resolving it to the screen beside memcpy, composing, flattening and panning. One thread.
+// A whole canvas: resolving to the screen compared with memcpy, composing, flattening, panning. One thread.
 #include "core/CanvasBuffer/CanvasBuffer.h"
 #include "core/CanvasFrame/CanvasScreen.h"
 #include "core/LayerBuffer/RasterLayerBuffer.h"
@@ -64,7 +64,7 @@ CCanvasView MakeView(CSize szCanvas = CANVAS) {
 
 void FlattenAll(benchmark::State& state) {
     const auto spCanvas = MakeCanvas(static_cast<int>(state.range(0)));
-    spCanvas->Flatten(); // the tiles' memory is there
+    spCanvas->Flatten(); // allocates the tiles
     for (auto _ : state) {
         state.PauseTiming();
         for (const TLayerPtr& spLayer : spCanvas->GetRoot().GetChildren()) spLayer->MarkAllDirty();
@@ -268,7 +268,7 @@ void Resolve(benchmark::State& state, const TBlendKernels& kernels, bool bOpaque
                             (SCREEN_4K.cy / 96 * 96) * 8);
 }
 
-// As many bytes read and written by plain copies of whole tile planes' size.
+// Copies whole tile planes with the same number of bytes read and written.
 void Copy(benchmark::State& state) {
     const size_t nBytes = static_cast<size_t>(SCREEN_4K.cx) * (SCREEN_4K.cy / 96 * 96) * 4;
     std::vector<uint8_t> vFrom(nBytes, 1);

@@ -1,6 +1,6 @@
 // Saving, loading, full backup and undo of a document of ten layers of 2000 by 2000 pixels. The floors are
-// what the machine needs to copy, write or read as many bytes. "peak" is the most memory that was taken
-// during an operation beyond what was held before it, as a part of the document's pixel bytes.
+// the machine's times to copy, write or read as many bytes. "peak" is the peak of memory during an
+// operation beyond that in use before, as a fraction of the document's pixel bytes.
 #include "bench/PeakMemory.h"
 #include "core/CanvasBuffer/CanvasHistory.h"
 #include "core/ImageFile/ImageFile.h"
@@ -29,7 +29,7 @@ namespace fs = std::filesystem;
 constexpr int LAYERS = 10;
 constexpr CSize SIDES{2000, 2000};
 
-// Line art: rings of ink with soft edges, their own on each layer; no two rows are alike.
+// Line art: rings of ink with soft edges, different on each layer; no two rows are alike.
 uint32_t InkAt(int nLayer, int x, int y) {
     const int nRing = ((x - 1000) * (x - 1000) + (y - 900 - nLayer * 20) * (y - 900)) / (40 + nLayer);
     const uint32_t uAlpha = nRing % 1000 < 120 ? 255u : nRing % 1000 < 160 ? 100u : 0u;
@@ -75,7 +75,7 @@ const std::string& Folder() {
 
 std::wstring ProjectPath() { return fs::path(Folder() + "/page.vlm").wstring(); }
 
-// Times one operation, its peak memory and how fast it goes through the document's pixels.
+// Times one operation; reports its peak memory and its throughput of the document's pixels.
 template <class Operation>
 void Time(benchmark::State& state, Operation operation) {
     const double nBytes = static_cast<double>(Document().nBytes);
@@ -122,7 +122,7 @@ void LoadFromFile(benchmark::State& state) {
     Time(state, [&] { OpenDocument(ProjectPath(), files, codecs); });
 }
 
-// The floor of a save: the same bytes, at hand, written at once and flushed.
+// The floor of a save: the same bytes, in memory, written at once and flushed.
 void WriteRaw(benchmark::State& state) {
     const std::vector<char> vBytes(Document().nBytes, 7);
     const std::string strPath = Folder() + "/raw";
@@ -144,7 +144,7 @@ void ReadRaw(benchmark::State& state) {
     });
 }
 
-// The same pixels as one PNG file a layer: what lossless compression takes.
+// The same pixels as one PNG file per layer: the cost of lossless compression.
 void WritePngs(const std::vector<QImage>& vLayers) {
     for (size_t n = 0; n < vLayers.size(); ++n)
         vLayers[n].save(QString::fromStdString(Folder() + "/layer" + std::to_string(n) + ".png"), "PNG");
@@ -174,14 +174,14 @@ void LoadPngs(benchmark::State& state) {
     });
 }
 
-// The same pixels as an XCF file with its layers, by GIMP's own measure in one run without windows.
+// The same pixels as an XCF file with its layers, timed by GIMP itself in one run without windows.
 struct TXcfTimes {
     double dSave = 0;
     double dLoad = 0;
 
     TXcfTimes() {
         WritePngs(MakeImages());
-        // A script that fails must not leave the program waiting for more.
+        // A failing script must not leave the program waiting for input.
         const std::string strCommand = "timeout 120 gimp-console -i -d -f -b '(begin (load \"" VELLUM_SOURCE
                                        "/bench/xcf-peer.scm\") (measure \"" +
                                        Folder() + "\"))' -b '(gimp-quit 1)' >/dev/null 2>&1";
@@ -205,8 +205,8 @@ void Backup(benchmark::State& state) {
     Time(state, [] { Document().spCanvas->CreateFullBackup(); });
 }
 
-// Five toggles of the display between colour and grey: what their undo steps keep of a picture that stays as
-// it is.
+// Five toggles of the display between colour and grey: the memory of their undo steps for an unchanged
+// picture.
 void Toggle(benchmark::State& state) {
     const auto spCanvas = Document().spCanvas;
     const CPeakMemory memory;
@@ -216,7 +216,7 @@ void Toggle(benchmark::State& state) {
     spCanvas->GetHistory().Clear();
 }
 
-// The floor of a backup: every tile's bytes copied into memory just taken, freed in the end like a backup.
+// The floor of a backup: copies every tile's bytes into new memory, and frees it.
 void CopyTiles(benchmark::State& state) {
     std::vector<const uint8_t*> vTiles;
     size_t nTile = 0;
@@ -237,7 +237,7 @@ void CopyTiles(benchmark::State& state) {
     });
 }
 
-// The same into memory that is there already.
+// The same into memory that is already allocated.
 void CopyBlock(benchmark::State& state) {
     const std::vector<uint8_t> vFrom(Document().nBytes, 7);
     std::vector<uint8_t> vTo(Document().nBytes);
@@ -247,7 +247,7 @@ void CopyBlock(benchmark::State& state) {
     });
 }
 
-// Undo or redo of a stroke over a hundred tiles: the plane's tiles against those of its snapshot.
+// Undo or redo of a stroke over a hundred tiles: swaps the plane's tiles with those of its snapshot.
 void SwapStroke(benchmark::State& state) {
     const auto spLayer = CreateRasterLayer(Document().spCanvas);
     CRasterBuffer& plane = *spLayer->GetRaster();

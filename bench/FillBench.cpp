@@ -1,5 +1,5 @@
-// Filled outlines beside Cairo's image surface and FreeType's smooth rasterizer: the same outlines on 8-bit
-// planes that are there already. One thread. Ours counts 256 cells a pixel and filters; the peers do not.
+// Filled outlines compared with Cairo's image surface and FreeType's smooth rasterizer: the same outlines
+// on allocated 8-bit planes. One thread. Ours counts 256 cells a pixel and filters; the others do not.
 #include "core/PathFill/PathFill.h"
 
 #include <benchmark/benchmark.h>
@@ -80,7 +80,7 @@ std::vector<TOutline> SmallShapes() {
     return vOutlines;
 }
 
-// Segments this way and that: about a thousand cross each row of a strip.
+// Segments in random directions: about a thousand cross each row of a strip.
 std::vector<TOutline> Crowd() {
     std::mt19937 random(1);
     TOutline outline(3 * 3000 + 1);
@@ -102,7 +102,7 @@ void Ours(benchmark::State& state, TMake pMake) {
         for (const TOutline& outline : vOutlines) fill.FillPlane(outline, {0, 0}, plane);
 }
 
-// The same on one tile as large as the plane: rows as the peers have them.
+// The same on one tile as large as the plane, with rows as in the other libraries.
 void OursFlat(benchmark::State& state, TMake pMake) {
     const auto vOutlines = pMake();
     CAlphaBlock8 tile;
@@ -139,7 +139,7 @@ void FreeType(benchmark::State& state, TMake pMake) {
     std::vector<TGlyph> vGlyphs;
     for (const TOutline& outline : pMake()) {
         TGlyph& glyph = vGlyphs.emplace_back();
-        // The last point is the first again; y grows upwards there.
+        // The last point repeats the first; y grows upwards in FreeType.
         for (size_t n = 0; n + 1 < outline.size(); ++n) {
             glyph.vPoints.push_back({outline[n].x * 8L, (SIDE * 8L - outline[n].y) * 8L});
             glyph.vTags.push_back(n % 3 == 0 ? FT_CURVE_TAG_ON : FT_CURVE_TAG_CUBIC);

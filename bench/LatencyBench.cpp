@@ -1,7 +1,7 @@
-// From a tablet event to its pixels: events are delivered to the real window (on Qt's offscreen platform),
-// the session's own loop handles them, and the time ends when the changed part stands in the window's backing
-// image. Tells the median, the 99th of a hundred and the worst in milliseconds: for several brush sizes, and
-// for the recorded stroke.
+// Latency from a tablet event to its pixels: events are sent to the real window (on Qt's offscreen
+// platform), the session's own loop handles them, and the time ends when the changed part is in the
+// window's backing image. Reports the median, the 99th percentile and the maximum in milliseconds: for
+// several brush sizes, and for the recorded stroke.
 #include "bench/RecordedStroke.h"
 #include "core/AppModule/AppModule.h"
 #include "core/AppModule/MessageQueue.h"
@@ -32,7 +32,7 @@
 namespace {
 
 constexpr int EVENTS = 5000;
-constexpr int LIFTS = 30; // more than the longest exit waits for
+constexpr int LIFTS = 30; // more than the longest stroke end needs
 
 class CBenchWindow {
 public:
@@ -56,13 +56,13 @@ public:
         m_spFrame->SetZoom(uZoom);
         Turn();
     }
-    /// A canvas position (pixels) in the window.
+    /// Converts a canvas position (pixels) to the window.
     QPointF ToWindow(double x, double y) const {
         const double dZoom = m_spFrame->GetZoom() / 48.0;
         const CPoint ptFirst = m_spFrame->GetView().ToWindow8({0, 0});
         return {ptFirst.x + x * dZoom, ptFirst.y + y * dZoom};
     }
-    /// A pen's event and all that it leads to; notes how long it took.
+    /// Sends a pen event, handles all its consequences and stores the time.
     void Pen(QPointF pt, double dPressure) {
         const auto start = std::chrono::steady_clock::now();
         QTabletEvent event(QEvent::TabletMove, &m_pen, pt, m_pViewport->mapToGlobal(pt), dPressure, 0, 0, 0,
@@ -72,11 +72,11 @@ public:
         const std::chrono::duration<double, std::milli> time = std::chrono::steady_clock::now() - start;
         m_vTimes.push_back(time.count());
     }
-    /// What the strokes have left to draw.
+    /// Draws the remaining part of the strokes.
     void Finish() {
         while (g_AppModule.GetMessageLoop()->OnIdle(0)) Turn();
     }
-    /// Counts the times noted, and forgets them.
+    /// Reports the stored times, and clears them.
     void Report(benchmark::State& state) {
         std::ranges::sort(m_vTimes);
         state.counters["p50"] = m_vTimes[m_vTimes.size() / 2];
@@ -111,7 +111,7 @@ private:
     std::vector<double> m_vTimes;
 };
 
-// A drawing hand: loops over the window, pressure that comes and goes, a lift now and then.
+// Simulates a drawing hand: loops over the window, varying pressure, an occasional lift.
 void Latency(benchmark::State& state, CBenchWindow& window) {
     window.SetZoom(48);
     window.GetTool().GetParam() = {.BrushRadius = static_cast<uint32_t>(state.range(0)) * 2};
@@ -144,11 +144,11 @@ void StrokeInWindow(benchmark::State& state, CBenchWindow& window) {
 } // namespace
 
 int main(int argc, char** argv) {
-    // The peer would share its tiles among threads.
+    // libmypaint would distribute its tiles to threads.
     setenv("OMP_NUM_THREADS", "1", 1);
     QTemporaryDir folder;
     qputenv("XDG_CONFIG_HOME", folder.path().toUtf8());
-    // A screen that the whole window lies on.
+    // A screen that the whole window fits on.
     std::ofstream(folder.filePath("screen.json").toStdString())
         << R"({"synchronousWindowSystemEvents": true, "windowFrameMargins": false,
                "screens": [{"name": "one", "x": 0, "y": 0, "width": 2000, "height": 1250, "logicalDpi": 96,

@@ -1,5 +1,5 @@
-// Vector strokes: building an outline anew and while one anchor is dragged, a layer of thousands of them
-// rasterized and repainted. One thread.
+// Vector strokes: building an outline from scratch and while one anchor is dragged, rasterizing and
+// repainting a layer of thousands of them. One thread.
 #include "core/CanvasBuffer/CanvasBuffer.h"
 #include "core/LayerBuffer/VectorLayerBuffer.h"
 #include "core/PathObject/PathObjects.h"
@@ -11,7 +11,7 @@
 
 namespace {
 
-// A hand's line of `nAnchors` anchors about 40 pixels apart with a width point between every few of them.
+// A drawn line of `nAnchors` anchors about 40 pixels apart with a width point between every few of them.
 boost::shared_ptr<COpenPathObject> MakeStroke(CPoint ptStart, int nAnchors, int nWidths, int32_t nStep,
                                               std::mt19937& random) {
     const auto spPath = boost::make_shared<COpenPathObject>();
@@ -37,7 +37,7 @@ boost::shared_ptr<COpenPathObject> MakeStroke(CPoint ptStart, int nAnchors, int 
     return spPath;
 }
 
-// All anchors move each time.
+// Moves all anchors each time.
 void BuildAnew(benchmark::State& state) {
     std::mt19937 random(1);
     const auto spPath = MakeStroke({800, 8000}, 50, 20, 320, random);

@@ -1,9 +1,9 @@
-// How much memory the program takes through operator new.
+// Memory that the program allocates through operator new.
 #pragma once
 
 #include <cstddef>
 
-/// The most memory in use since this was made, in bytes, beyond what was in use then. One at a time.
+/// The peak of memory use since construction, in bytes, beyond that at construction. One at a time.
 class CPeakMemory {
 public:
     CPeakMemory();

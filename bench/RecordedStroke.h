@@ -1,5 +1,5 @@
-// A recorded stroke, 2,000 events of a hand that draws loops across a canvas with changing pressure, and what
-// our strokes and libmypaint's need to be alike.
+// A recorded stroke, 2,000 events of a hand that draws loops across a canvas with changing pressure, and
+// the parameters that make our strokes and libmypaint's comparable.
 #pragma once
 
 #include "core/RasterStamp/StampShape.h"
@@ -20,11 +20,11 @@ struct TEvent {
 };
 TEvent EventAt(int n);
 
-/// Pixels between two of our stamps.
+/// Distance of our stamps in pixels.
 double SpacingAt(uint32_t uRadius);
 
-/// libmypaint draws the stroke, its dabs as dense as ours when the benchmark's argument is 1, else as the
-/// library would have them.
+/// Draws the stroke with libmypaint, with dabs as dense as ours when the benchmark's argument is 1, else at
+/// the library's default.
 void MyPaintStroke(benchmark::State& state);
 
 } // namespace Recorded

@@ -1,5 +1,5 @@
-// Selections of large canvases: what it takes to select, and to find the outline. One thread. Masks of one
-// square have tiles of their own, as a tool fills them, and no full ones.
+// Selections of large canvases: the cost of selecting and of finding the outline. One thread. Masks of one
+// square have separate tiles, as a tool fills them, and no shared full ones.
 #include "bench/PeakMemory.h"
 #include "core/RasterBuffer/SelectBuffer.h"
 
@@ -22,7 +22,7 @@ void FillSquare(CAlphaBufferImpl<uint8_t>& mask, const CRect& rcSquare) {
     });
 }
 
-// The most memory that `fn` takes, in megabytes.
+// The peak of memory that `fn` allocates, in megabytes.
 template <class Function>
 double Megabytes(Function fn) {
     const CPeakMemory memory;
@@ -36,7 +36,7 @@ void SelectAll(benchmark::State& state) {
         select.SelectAll();
         benchmark::DoNotOptimize(&select);
     };
-    select(); // the full tile is there
+    select(); // creates the shared full tile
     for (auto _ : state) select();
     state.counters["MB"] = Megabytes(select);
 }

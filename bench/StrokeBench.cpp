@@ -1,5 +1,5 @@
-// Strokes beside libmypaint: dabs a second along the same path at the same places, the first stamp of a size,
-// and a whole recorded stroke. One thread.
+// Strokes compared with libmypaint: dabs per second along the same path at the same positions, the first
+// stamp of a size, and a whole recorded stroke. One thread.
 #include "bench/RecordedStroke.h"
 #include "core/Platform/System.h"
 #include "core/RasterStroke/RasterBrushStroke.h"
@@ -17,7 +17,7 @@ namespace {
 constexpr int SIDE = 2000;
 constexpr double STEP = 40; // pixels from event to event
 
-// Time stands still, so that nothing stops for its budget.
+// A clock that never advances, so that no time budget expires.
 class CStillClock : public IClock {
 public:
     uint32_t GetTickCount() override { return 0; }
@@ -33,7 +33,7 @@ TBrushParam ParamOf(int64_t nRadius) {
     return param;
 }
 
-// A point that runs over the canvas and bounces from its edges.
+// A point that moves over the canvas and bounces off its edges.
 struct TRunner {
     double x = SIDE / 2.0, y = SIDE / 2.0, dx = 0.83, dy = 0.5578;
 
@@ -150,7 +150,7 @@ BENCHMARK(Recorded::MyPaintStroke)
     ->Unit(benchmark::kMillisecond);
 
 int main(int argc, char** argv) {
-    // The peer would share its tiles among threads.
+    // libmypaint would distribute its tiles to threads.
     setenv("OMP_NUM_THREADS", "1", 1);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
