@@ -1,5 +1,5 @@
-// The reader of packed files over any bytes: what it accepts can be read from every place, packed anew and
-// read again.
+// Fuzzes the reader of packed files: accepted files can be read from every position, packed again and read
+// again.
 #include "core/Base/Failure.h"
 #include "system/PackedFile.h"
 
@@ -23,7 +23,7 @@ private:
     const std::string m_strBytes;
 };
 
-// All bytes, piece by piece from the end, so that blocks are met backwards.
+// Reads all bytes in pieces from the end, so that blocks are loaded backwards.
 std::string Unpack(std::string strFile) {
     constexpr uint64_t PIECE = 1 << 18;
     const auto upReader = OpenPacked(std::make_unique<CBytes>(std::move(strFile)));
@@ -48,7 +48,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize) {
     }
     WritePacked([&](const TWriteBytes& fnWrite) { return fnWrite(strBytes); },
                 [&](std::string_view str) { return strPacked += str, true; });
-    // Outside the guard: the reader must not refuse what the writer made.
+    // Outside the guard: the reader must accept every file of the writer.
     if (Unpack(strPacked) != strBytes) std::abort();
     return 0;
 }

@@ -1,4 +1,4 @@
-// Packed files of no, one and several blocks.
+// Packed files of zero, one and several blocks.
 #include "system/PackedFile.h"
 
 #include <filesystem>

@@ -1,5 +1,5 @@
-// The project file reader over any bytes: what it accepts can be composed and saved, and a saved file loads
-// and saves as itself.
+// Fuzzes the project file reader: accepted files can be composed and saved, and a saved file loads and
+// saves identically.
 #include "core/Base/Failure.h"
 #include "core/CanvasBuffer/CanvasBuffer.h"
 
@@ -36,7 +36,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize) {
     } catch (const deserialize_error&) {
         return 0;
     }
-    // Outside the guard: the reader must not refuse what the writer made.
+    // Outside the guard: the reader must accept every file of the writer.
     if (Save(*Load(vSaved)) != vSaved) std::abort();
     return 0;
 }

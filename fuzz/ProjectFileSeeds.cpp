@@ -62,7 +62,7 @@ int main(int argc, char** argv) {
             file.WriteChunk(spCanvas->Serialize());
             bOk = write(file) && bOk;
         }
-    // The oldest form: neither colour modes nor an active child.
+    // The oldest format: neither colour modes nor an active child.
     CSerializer meta, root, body, top, file;
     meta.SetTag(MakeTag("META"), 0);
     meta.WriteSize({10, 10});
