@@ -1,4 +1,4 @@
-// Runs code in a process of its own, or as another user.
+// Runs code in a separate process, or as another user.
 #pragma once
 
 #include <csignal>
@@ -8,7 +8,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-/// True when a process of its own ended by itself and `body` was true there.
+/// True when the separate process exited normally and `body` returned true there.
 template <class Body>
 bool InProcess(Body body) {
     const pid_t id = fork();
@@ -17,7 +17,7 @@ bool InProcess(Body body) {
     return waitpid(id, &nStatus, 0) == id && WIFEXITED(nStatus) && WEXITSTATUS(nStatus) == 0;
 }
 
-/// The same where no file can grow beyond `uBytes`.
+/// The same in a process whose files cannot grow beyond `uBytes`.
 template <class Body>
 bool OnFullDisk(rlim_t uBytes, Body body) {
     return InProcess([&] {
@@ -29,8 +29,8 @@ bool OnFullDisk(rlim_t uBytes, Body body) {
 constexpr uid_t PLAIN_USER = 65534;
 constexpr gid_t PLAIN_GROUP = 65534;
 
-/// The same for a user without the superuser's rights, who is in the group `uGroup` too. Whoever is no
-/// superuser stays as he is.
+/// The same for a user without the superuser's rights, who is also in the group `uGroup`. Keeps the user if
+/// it is no superuser.
 template <class Body>
 bool AsPlainUser(gid_t uGroup, Body body) {
     return InProcess([&] {

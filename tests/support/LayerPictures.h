@@ -1,4 +1,4 @@
-// Layers with seeded random content, and what a canvas looks like.
+// Layers with seeded random content, and the picture of a canvas.
 #pragma once
 
 #include "core/CanvasBuffer/CanvasBuffer.h"
@@ -8,7 +8,7 @@
 #include "core/RasterBuffer/MonoRasterBuffer.h"
 #include "tests/support/Paths.h"
 
-/// A canvas whose one raster layer is the active one.
+/// A canvas whose only raster layer is active.
 inline boost::shared_ptr<CCanvasBuffer> MakePage(CSize sz) {
     const auto spCanvas = CreateCanvas(sz);
     const auto spLayer = CreateRasterLayer(spCanvas);
@@ -41,7 +41,7 @@ inline boost::shared_ptr<CRasterLayerBuffer> MakeRandomLayer(const boost::shared
     return spLayer;
 }
 
-/// Puts `nCount` random layers of all kinds anywhere into the tree, some hidden, some not opaque.
+/// Adds `nCount` random layers of all kinds at random places of the tree, some hidden, some not opaque.
 inline void FillRandomTree(const boost::shared_ptr<CCanvasBuffer>& spCanvas, int nCount,
                            std::mt19937& random) {
     std::vector<TLayerPtr> vParents{spCanvas->GetRoot().shared_from_this()};

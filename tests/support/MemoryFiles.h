@@ -1,4 +1,4 @@
-// Files that live in memory, for tests of whoever reads or writes through the seam.
+// Files in memory, for tests of code that reads or writes through the platform interface.
 #pragma once
 
 #include "core/Platform/Files.h"
@@ -35,9 +35,9 @@ public:
 
     std::map<std::wstring, std::string> m_mapFiles;
     bool m_bReadOnly = false;
-    EFileFailure m_failure = EFileFailure::ReadOnlyDisk; ///< what writing then fails of
+    EFileFailure m_failure = EFileFailure::ReadOnlyDisk; ///< the failure that writing reports
     int m_nReads = 0, m_nWrites = 0;
-    size_t m_nReadable = SIZE_MAX; ///< what an opened file gives of its bytes
+    size_t m_nReadable = SIZE_MAX; ///< number of bytes that can be read from an opened file
 
 private:
     struct CReader : IFileReader {

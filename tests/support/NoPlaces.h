@@ -1,4 +1,4 @@
-// A program that is nowhere; its settings are below "/settings".
+// Locations without real folders; the settings are in "/settings".
 #pragma once
 
 #include "core/Platform/Files.h"

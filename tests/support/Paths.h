@@ -1,4 +1,4 @@
-// Paths for tests: strokes with all that they can have, and seeded random paths.
+// Paths for tests: strokes with all their features, and seeded random paths.
 #pragma once
 
 #include "core/PathObject/PathObjects.h"
@@ -9,7 +9,7 @@
 
 inline TBytes BytesOf(const CPathObject& path) { return path.Serialize().GetPayload(); }
 
-/// Puts an anchor behind the others; a handle of zero is none.
+/// Appends an anchor; a handle of zero is none.
 inline boost::shared_ptr<CPathControlPoint> AddAnchor(CPathStream& stream, CPoint pt, CPoint back = {},
                                                       CPoint fore = {}) {
     const auto spPoint = stream.AppendControlPoint(pt);
@@ -18,7 +18,8 @@ inline boost::shared_ptr<CPathControlPoint> AddAnchor(CPathStream& stream, CPoin
     return spPoint;
 }
 
-/// A bent stroke of half-width 40: three anchors, two width points, a pair of cuts, a round and a flat end.
+/// A curved stroke of half-width 40: three anchors, two width points, a pair of cuts, a round and a flat
+/// end.
 inline boost::shared_ptr<COpenPathObject> MakeStroke() {
     const auto spPath = boost::make_shared<COpenPathObject>();
     COpenPathStream& stream = spPath->GetStream();
@@ -41,7 +42,7 @@ inline boost::shared_ptr<COpenPathObject> MakeStroke() {
     return spPath;
 }
 
-/// A straight level stroke of half-width 40 with anchors 800 apart, from 0, 0 to the right.
+/// A straight horizontal stroke of half-width 40 with anchors 800 apart, from 0, 0 to the right.
 inline boost::shared_ptr<COpenPathObject> MakeLevelStroke(int nAnchors) {
     const auto spPath = boost::make_shared<COpenPathObject>();
     spPath->GetStream().SetWidth(40);
@@ -50,7 +51,7 @@ inline boost::shared_ptr<COpenPathObject> MakeLevelStroke(int nAnchors) {
     return spPath;
 }
 
-/// A path of either kind somewhere on a canvas, strokes with all that they can have.
+/// A path of either kind at a random place of a canvas; strokes have all their features.
 inline boost::shared_ptr<CPathObject> MakeRandomPath(CSize sz, std::mt19937& random) {
     const auto below = [&](int32_t n) { return static_cast<int32_t>(random() % static_cast<uint32_t>(n)); };
     const auto addAnchors = [&](CPathStream& stream) {

@@ -1,4 +1,4 @@
-// Small planes and what they hold.
+// Small planes and their content.
 #pragma once
 
 #include "core/RasterBuffer/AlphaBuffer.h"

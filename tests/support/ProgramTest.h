@@ -1,4 +1,4 @@
-// Programs as their users start them: in a folder of their own, without a display.
+// Runs programs as their users do: in a temporary folder, without a display.
 #pragma once
 
 #include "core/Base/Text.h"
@@ -14,7 +14,7 @@
 class CProgramTest : public testing::Test {
 protected:
     std::wstring Path(const std::string& strName) { return FromUtf8(m_folder.File(strName).native()); }
-    /// Puts a file into the folder, below others where its name says so.
+    /// Writes a file in the folder; creates the subfolders of its name.
     void Write(const std::string& strName, const std::string& strBytes) {
         std::filesystem::create_directories(m_folder.File(strName).parent_path());
         m_files.Replace(Path(strName), strBytes);
@@ -27,7 +27,7 @@ protected:
         const auto spBitmap = CImageCodecs(m_files).Load(Path(strName));
         return spBitmap ? static_cast<CQtBitmap&>(*spBitmap).GetImage() : QImage();
     }
-    /// Runs a program inside the folder; answers its exit code, -1 for a signal.
+    /// Runs a program inside the folder; returns its exit code, -1 for a signal.
     int RunProgram(const std::string& strProgram, const std::string& strArguments) {
         const std::string strCommand = "cd " + m_folder.GetPath().native() +
                                        " && mkdir -p .tmp && TMPDIR=$PWD/.tmp XDG_CONFIG_HOME=$PWD/.config "
@@ -43,5 +43,5 @@ protected:
 
     CTempFolder m_folder;
     CFileStore m_files;
-    std::string m_strSaid; ///< by the last run
+    std::string m_strSaid; ///< output of the last run
 };

@@ -1,4 +1,4 @@
-// Chunks and documents to and from the bytes of a file.
+// Conversion of chunks and documents to and from the bytes of a file.
 #pragma once
 
 #include "core/CanvasBuffer/CanvasBuffer.h"
@@ -10,7 +10,7 @@
 #include <fstream>
 #include <sstream>
 
-/// A file that holds one chunk.
+/// The bytes of a file that holds one chunk.
 inline TBytes FileOf(const CSerializer& chunk) {
     CSerializer file;
     file.WriteChunk(chunk);
@@ -32,7 +32,7 @@ inline boost::shared_ptr<CCanvasBuffer> LoadFromBytes(const TBytes& vBytes) {
     return spCanvas;
 }
 
-/// The bytes of the hexadecimal listings of a document's section, up to 16 in a line before two blanks.
+/// Parses the hexadecimal listings of a document's section, up to 16 bytes in a line before two blanks.
 inline TBytes ListedBytes(const std::string& strSection) {
     std::ifstream in(VELLUM_SOURCE "/docs/project-file.md");
     TBytes vBytes;

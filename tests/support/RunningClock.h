@@ -3,7 +3,7 @@
 
 #include "core/Platform/System.h"
 
-/// Moves on by so many milliseconds each time it is asked.
+/// Advances by a fixed number of milliseconds at each call.
 struct CRunningClock : IClock {
     explicit CRunningClock(uint32_t u) : uPace(u) {}
     uint32_t GetTickCount() override { return uNow += uPace; }

@@ -1,4 +1,4 @@
-// Strokes for tests, laid out by knots, and their coverage of a small plane.
+// Strokes for tests, given by knots, and their coverage of a small plane.
 #pragma once
 
 #include "core/PathFill/PathFill.h"
@@ -13,10 +13,10 @@ constexpr CSize PLANE{288, 288};
 /// An anchor of a smooth stroke, in path units.
 struct TKnot {
     CPoint anchor;
-    CPoint handle; ///< forward; the one backward is its opposite
+    CPoint handle; ///< forward; the backward one is its opposite
 };
 
-/// A hand's line inside the plane: anchors around a way, handles along it, as fitted to a pen's trace.
+/// A drawn line inside the plane: anchors along a path, handles along it, as fitted to a pen's trace.
 inline std::vector<TKnot> HandKnots(std::mt19937& random, int nAnchors) {
     std::vector<TKnot> vKnots;
     const double dTurn = random() % 100 / 60.0;

@@ -1,4 +1,4 @@
-// A folder that goes with its test.
+// A temporary folder of a test.
 #pragma once
 
 #include <cstdlib>
@@ -25,7 +25,7 @@ private:
     std::filesystem::path m_path;
 };
 
-/// The same as the place of the program's settings.
+/// The same, set as the folder of the program's settings.
 struct CSettingsFolder : CTempFolder {
     CSettingsFolder() { setenv("XDG_CONFIG_HOME", GetPath().c_str(), 1); }
     ~CSettingsFolder() { unsetenv("XDG_CONFIG_HOME"); }

@@ -1,4 +1,4 @@
-// A window's client that remembers what it is told.
+// A window's client that stores the messages that it gets.
 #pragma once
 
 #include "core/Platform/Window.h"
@@ -11,7 +11,7 @@
 using TLog = std::vector<std::string>;
 using TParams = std::vector<std::pair<int64_t, int64_t>>; ///< wParam and lParam
 
-/// Writes down its window's life, "name close", in a log that windows share.
+/// Writes its window's life, "name close", to a log that windows share.
 class CTestClient : public IWindowClient {
 public:
     CTestClient(std::string strName, TLog& vLog) : m_strName(std::move(strName)), m_vLog(vLog) {}

@@ -1,5 +1,5 @@
-// An outside for tests of a whole session: the played one of session/, with files in memory and a user whose
-// steps are the test's own functions. After the last step the user closes the main frame.
+// A platform for tests of a whole session: the played one of session/, with files in memory and user steps
+// that are the test's own functions. After the last step the user closes the main frame.
 #pragma once
 
 #include "core/Platform/Window.h"
@@ -14,7 +14,7 @@
 
 class CTestPlatform : IWindowFactory {
 public:
-    /// Plays one session of `fn` and expects that it leaves neither window nor message.
+    /// Plays one session of `fn` and expects that no window or message is left.
     void Run(const std::function<void(const TPlatform&)>& fn) {
         TScript script{"test", {}};
         script.vSteps.swap(m_vSteps);
@@ -31,16 +31,16 @@ public:
             if (shown.kind == TShown::EKind::Dialog || shown.strTitle == L"Vellumcraft - Error")
                 m_vShown.push_back(shown.kind == TShown::EKind::Dialog ? shown.strTitle : shown.strText);
     }
-    /// The next session's user action when nothing else happens. Behind an error box only a step that
-    /// expects is played.
+    /// Adds a user action to the next session, to be run when it is idle. After an error box only a step
+    /// that expects is played.
     void AddStep(const TAction& fn, EStepKind kind = EStepKind::Plain) { m_vSteps.push_back({1, fn, kind}); }
 
     CMemoryFiles m_files;
     std::vector<std::wstring> m_vShown;     ///< names of dialogs, texts of error boxes
-    IMessageBoxes* m_pBoxes = nullptr;      ///< instead of those that the player answers
-    ISnapshotStore* m_pSnapshots = nullptr; ///< instead of those in memory
+    IMessageBoxes* m_pBoxes = nullptr;      ///< replaces the boxes that the player answers
+    ISnapshotStore* m_pSnapshots = nullptr; ///< replaces those in memory
     bool m_bRefuseMain = false, m_bRefuseCanvas = false;
-    int m_nCodecs = 0; ///< starts without a shutdown
+    int m_nCodecs = 0; ///< startups without a shutdown
 
 private:
     struct CCountedCodecs : CImageCodecs {

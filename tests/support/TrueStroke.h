@@ -1,6 +1,5 @@
-// The ground that a stroke covers, found without outlines: its ribs, from side to side across the centre
-// line, set so densely that what lies between two neighbours is a plain quadrangle. Floating point
-// throughout.
+// The area that a stroke covers, computed without outlines: its ribs, from side to side across the centre
+// line, are so dense that the area between two neighbours is a plain quadrangle. Floating point throughout.
 #pragma once
 
 #include "core/PathObject/PathObjects.h"
@@ -10,15 +9,15 @@
 #include <complex>
 #include <vector>
 
-/// A plane of cells, CELLS by CELLS to a pixel, that polygons are painted on.
+/// A plane of cells, CELLS by CELLS per pixel, that polygons are painted on.
 class CTrueStroke {
 public:
     static constexpr int CELLS = 4;
-    static constexpr int STEPS = 1000;   ///< ribs of a segment
+    static constexpr int STEPS = 1000;   ///< ribs per segment
     using TPoint = std::complex<double>; ///< path units
 
-    /// Half-widths are the stream's own one throughout but where a sharp end tapers; flat ends are square.
-    /// Ribs from `tFirst` to `tLast` alone.
+    /// Half-widths are the stream's own one except where a sharp end tapers; flat ends are square. Only
+    /// ribs from `tFirst` to `tLast`.
     CTrueStroke(const COpenPathStream& stream, CSize sz, uint32_t tFirst = 0, uint32_t tLast = UINT32_MAX)
         : m_nWidth(sz.cx * CELLS), m_nHeight(sz.cy * CELLS),
           m_vCells(static_cast<size_t>(m_nWidth) * static_cast<size_t>(m_nHeight)) {
@@ -33,7 +32,7 @@ public:
         std::vector<double> vAlong{0};
         for (size_t n = 1; n < vLine.size(); ++n)
             vAlong.push_back(vAlong.back() + std::abs(vLine[n] - vLine[n - 1]));
-        // One width point in the middle of the parameters, from which each end has a curve of its own.
+        // One width point in the middle of the parameters, from which each end has a separate curve.
         const double dMiddle = vAlong[vAlong.size() / 2];
         const auto widthAt = [&](size_t n) {
             const bool bBegin = vAlong[n] < dMiddle;
@@ -71,7 +70,7 @@ public:
         if (tLast >= nLast) cap(*stream.GetTerm(false), vLine.back(), vDirections.back());
     }
 
-    /// The share of a pixel that is covered, 0 to 1.
+    /// The covered fraction of a pixel, 0 to 1.
     double At(int x, int y) const {
         int n = 0;
         for (int i = 0; i < CELLS * CELLS; ++i) n += IsSet(x * CELLS + i % CELLS, y * CELLS + i / CELLS);
@@ -79,7 +78,7 @@ public:
     }
     bool IsSet(int x, int y) const { return m_vCells[static_cast<size_t>(y * m_nWidth + x)]; }
 
-    /// The even-odd ground of a polygon.
+    /// Paints a polygon by the even-odd rule.
     void Paint(const std::vector<TPoint>& vPoints) {
         double dTop = 1e9, dBottom = -1e9;
         for (const TPoint& pt : vPoints)
@@ -106,7 +105,7 @@ public:
     }
 
 private:
-    // A stretch in which the curve hardly moves takes the direction of the nearest place that moves.
+    // A part in which the curve hardly moves takes the direction of the nearest place that moves.
     static void SampleSegment(const CBezier& bez, std::vector<TPoint>& vLine,
                               std::vector<TPoint>& vDirections) {
         constexpr double SURE = 12; // path units to the whole of the parameter
@@ -128,7 +127,7 @@ private:
             vDirections.push_back(way / std::max(std::abs(way), 1e-9));
         }
     }
-    // (0, 0), (1/6, 1/3), (2/3, 1), (1, 1): the second coordinate at a value of the first.
+    // (0, 0), (1/6, 1/3), (2/3, 1), (1, 1): the second coordinate for a value of the first.
     static double Taper(double x) {
         double a = 0, b = 1;
         for (int n = 0; n < 40; ++n) {
