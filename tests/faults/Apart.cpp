@@ -11,9 +11,9 @@
 
 namespace {
 
-constexpr unsigned MOST_SECONDS = 60; ///< a session that takes longer hangs
+constexpr unsigned MOST_SECONDS = 60; ///< a session that takes longer counts as hanging
 
-// How many steps a test makes.
+// The number of steps of a test.
 struct TSteps {
     uint64_t uFirst = 1;
     uint64_t uStride;
@@ -42,7 +42,7 @@ TPlayed Unpack(const std::string& str) {
     return played;
 }
 
-// How that process ended is told in what is wrong.
+// Plays in a separate process; strWrong includes how it ended.
 TPlayed PlayApart(const std::function<TPlayed()>& fnPlay) {
     TPlayed played;
     int aPipe[2];

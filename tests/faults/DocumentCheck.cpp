@@ -8,7 +8,7 @@
 
 namespace {
 
-// The layers' names, and a digest of all that a file would hold of them.
+// The layers' names, and a digest of everything that a file would store of them.
 std::string Describe(CCanvasBuffer& canvas) {
     std::string str = canvas.IsColor() ? "color" : "grey";
     std::string strBytes;

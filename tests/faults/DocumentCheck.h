@@ -1,4 +1,4 @@
-// What must hold of a document and of the boxes after something has failed.
+// Conditions that a document and the boxes must meet after a failure.
 #pragma once
 
 #include "tests/faults/Played.h"
@@ -15,13 +15,12 @@ class CDocumentCheck {
 public:
     CDocumentCheck(IFileStore& files, IImageCodecs& codecs) : m_files(files), m_codecs(codecs) {}
 
-    /// Takes the document of the active frame.
+    /// Stores the document of the active frame.
     void Begin();
-    /// The document goes through all that a user could still do with it: undo to the beginning, redo, the
-    /// file that it was saved to, another save. All of `vNames` that are project files can be opened.
+    /// Runs everything that a user could still do with the document: undo to the beginning, redo, load the
+    /// saved file, save again. Checks that all of `vNames` that are project files can be opened.
     void End(const std::vector<std::wstring>& vNames);
-    /// Error boxes say that there is no memory, or that a file cannot be used; only the latter unless
-    /// `bMemory`.
+    /// Checks that error boxes report missing memory or an unusable file; only the latter unless `bMemory`.
     void CheckBoxes(const std::vector<std::wstring>& vErrors, bool bMemory);
     void Complain(const std::string& str) { m_played.strWrong += str + "\n"; }
 

@@ -10,7 +10,7 @@ namespace {
 
 const std::wstring g_strPath = L"/絵/page.vlm";
 
-// A box that needs no memory to be shown, and gives it back.
+// A box that needs no memory to be shown and stores its text.
 class CBoxes : public IMessageBoxes {
 public:
     EBoxAnswer Show(IWindow* pOwner, const std::wstring& strText, const std::wstring& strTitle,
@@ -27,7 +27,7 @@ public:
 
 class ErrorBox : public testing::Test {
 protected:
-    // Shows a report, with memory or without, in a session that has these boxes.
+    // Shows a report, with or without memory, in a session that has these boxes.
     std::wstring TextOf(bool bMemory, const std::function<void()>& fnReport) {
         CTestPlatform outside;
         outside.m_pBoxes = &m_boxes;

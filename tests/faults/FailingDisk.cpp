@@ -17,7 +17,7 @@ bool Fails(int nError) {
     return true;
 }
 
-/// The function that this one stands before.
+/// The original function that this one replaces.
 template <class Function>
 Function* Real(Function*, const char* pszName) {
     return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, pszName));
@@ -48,7 +48,7 @@ OURS ssize_t pread(int fd, void* p, size_t n, off_t at) {
 }
 OURS ssize_t write(int fd, const void* p, size_t n) {
     if (!Fails(ENOSPC)) return REAL(write)(fd, p, n);
-    // What still had room is there.
+    // Write the part that still had room.
     (void)!REAL(write)(fd, p, n / 2);
     errno = ENOSPC;
     return -1;

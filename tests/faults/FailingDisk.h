@@ -1,9 +1,9 @@
-// A disk that can fail: the program's own calls to the operating system.
+// A failing disk: replaces the program's calls to the operating system.
 #pragma once
 
 #include "tests/faults/FailureCount.h"
 
-/// Counts calls that open, read, write, flush and name files or set their rights, and lets one of them fail
-/// as a full or broken disk does.
+/// Counts calls that open, read, write, flush and rename files or set their rights, and makes one of them
+/// fail as on a full or broken disk.
 using CFailingDisk = CFailing<struct TDiskKind>;
 using CUnfailingDisk = CFailingDisk::CPause;

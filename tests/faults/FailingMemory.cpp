@@ -10,7 +10,7 @@
 
 namespace {
 
-// Where the code of the program and of the standard library, which allocates for it, lies.
+// The address range of the program's code and of the standard library, which allocates for it.
 struct TOwnCode {
     struct TRange {
         uintptr_t uFrom = 0, uTo = 0;

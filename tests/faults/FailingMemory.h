@@ -1,8 +1,8 @@
-// Memory that can run out: the program's own allocation functions.
+// Failing memory: replaces the program's allocation functions.
 #pragma once
 
 #include "tests/faults/FailureCount.h"
 
-/// Counts allocations and lets one of them fail.
+/// Counts allocations and makes one of them fail.
 using CFailingMemory = CFailing<struct TMemoryKind>;
 using CUnfailingMemory = CFailingMemory::CPause;

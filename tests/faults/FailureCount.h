@@ -1,18 +1,18 @@
-// Counts what could fail, and lets one of it fail.
+// Counts operations that could fail, and makes one of them fail.
 #pragma once
 
 #include <cstdint>
 
 struct TFailing {
-    bool bOwn = false; ///< only the program's own code fails, not Qt's, which does not survive all of it
-    bool bOn = false;  ///< all that follow fail too
+    bool bOwn = false; ///< only the program's own code fails, not Qt's, which does not survive all
+    bool bOn = false;  ///< all later operations fail too
 };
 
-/// What of one kind could fail in a thread. One at a time.
+/// The operations of one kind that could fail in a thread. One object at a time.
 template <class Kind>
 class CFailing {
 public:
-    /// Number `uFail` from now on fails, counted from 1; 0 lets none fail.
+    /// Makes operation number `uFail` from now on fail, counted from 1; 0 for none.
     explicit CFailing(uint64_t uFail, TFailing failing = {}) {
         t_uCount = 0;
         t_uFail = uFail;
@@ -23,8 +23,8 @@ public:
     CFailing(const CFailing&) = delete;
     CFailing& operator=(const CFailing&) = delete;
 
-    /// For as long as it lives nothing counts or fails: what the test itself does, and what belongs to the
-    /// outside of the application.
+    /// While it lives nothing is counted or fails: for the test's own code and for the platform of the
+    /// application.
     class CPause {
     public:
         CPause() { ++t_nPaused; }
@@ -36,7 +36,7 @@ public:
     static uint64_t GetCount() { return t_uCount; }
     static bool IsCounting() { return t_bCounts && t_nPaused == 0; }
     static TFailing GetFailing() { return t_failing; }
-    /// Counts one more; true when it is to fail.
+    /// Counts one operation; true when it must fail.
     static bool CountOne() {
         if (!IsCounting()) return false;
         ++t_uCount;

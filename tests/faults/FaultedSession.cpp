@@ -34,7 +34,7 @@ std::string Open(const char* pszFile) { return ScriptLine("open", pszFile); }
 std::string SelectLayer(int idx) { return ScriptLine("layer", {{"select", {idx}}}); }
 const std::string CLOSE = ScriptLine("close", "frame");
 
-// These two lines make the document.
+// These two lines create the document.
 const std::string MAKING =
     R"({"answer":{"dialog":"CNewDialog","width":130,"height":100,"color":true}}
 )" + Commands({ID_FILE_NEW});
@@ -65,7 +65,7 @@ struct CUnfailing {
     CUnfailingDisk disk;
 };
 
-// Boxes and file dialogs are the outside. Nothing is saved when a window closes.
+// Boxes and file dialogs are part of the platform. Nothing is saved when a window closes.
 class CUnfailingDialogs : public IMessageBoxes, public IFileDialogs {
 public:
     explicit CUnfailingDialogs(const TPlatform& platform) : m_platform(platform) {}
@@ -84,13 +84,13 @@ private:
     const TPlatform& m_platform;
 };
 
-// Settings are below the current folder.
+// Settings are in the current folder.
 struct CHere : CNoPlaces {
     CHere() { m_strAppData = L"."; }
     void MakeFolder(const std::wstring& strPath) override { std::filesystem::create_directories(strPath); }
 };
 
-// Settings that cannot be read are the default ones, and nobody is told.
+// Settings that cannot be read are replaced by the defaults without a report.
 struct CFiles : CFileStore {
     using CFileStore::CFileStore;
     TFileBytes Read(const std::wstring& strPath) override {
@@ -100,7 +100,7 @@ struct CFiles : CFileStore {
     }
 };
 
-/// `Fault` is what counts, and lets one fail.
+/// `Fault` counts the operations and makes one of them fail.
 template <class Fault>
 class CFaultedSession {
 public:
@@ -135,7 +135,7 @@ private:
     void PlayOn(const TPlatform& platform) {
         CSessionScope scope(platform);
         CreateMainFrame();
-        g_Switches.m_nMaxHistory = 200; // undo is to lead back to the beginning
+        g_Switches.m_nMaxHistory = 200; // undo must lead back to the beginning
         const Fault fault(m_uFail);
         try {
             scope.Run();
@@ -173,7 +173,7 @@ private:
         fn();
     }
 
-    // What a step throws it would have told in a box, had it come as a message.
+    // An exception of a step would have been reported in a box, had the step been a message.
     void PlayStep(const TAction& fnPlay, CPlayer& player) {
         try {
             fnPlay(player);
@@ -208,7 +208,7 @@ TPlayed PlayOnFailingDisk(uint64_t uFail) {
     const CTempFolder folder;
     std::filesystem::current_path(folder.GetPath());
     CHere places;
-    CFiles files(&places); // also in place
+    CFiles files(&places); // also writes in place
     const auto list = [&] {
         std::vector<std::wstring> vNames;
         for (const auto& entry : std::filesystem::directory_iterator(folder.GetPath()))

@@ -17,7 +17,7 @@
 
 namespace {
 
-// Boxes are the outside: they need no memory of the application's.
+// Boxes are part of the platform and need no memory of the application.
 struct CCountedBoxes : IMessageBoxes {
     EBoxAnswer Show(IWindow*, const std::wstring&, const std::wstring&, EBoxKind kind) override {
         if (kind == EBoxKind::Error) ++m_nErrors;
@@ -38,7 +38,7 @@ std::string DescribeSession() {
 
 class CStart {
 public:
-    // Plays one session; returns what is seen of it, empty when it could not begin.
+    // Plays one session; returns its description, empty when it could not start.
     std::string Play(uint64_t uFail) {
         m_strSeen.clear();
         TScript script{"start", {{1, [this](CPlayer&) {
@@ -60,7 +60,7 @@ public:
             g_pMainFrame->OpenFrame(CreateCanvasFrame(spCanvas));
             scope.Run();
         } catch (const std::exception&) {
-            m_bBrokenOff = true; // the program tells it and ends
+            m_bBrokenOff = true; // the program reports it and exits
         }
         m_fault.reset();
         return m_strSeen;

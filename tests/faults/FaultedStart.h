@@ -1,8 +1,8 @@
-// A session that has no memory for a part of its beginning.
+// A session that runs out of memory while it starts.
 #pragma once
 
 #include "tests/faults/Played.h"
 
-/// Allocation number `uFail` fails, counted from 1 from before the session to its first step; 0 lets none
-/// fail. Another session follows, for which there is memory.
+/// Allocation number `uFail` fails, counted from 1 from before the session to its first step; 0 for none.
+/// Another session with enough memory follows.
 TPlayed PlayWithFailingStart(uint64_t uFail);

@@ -1,4 +1,4 @@
-// Nothing that fails once breaks a session or a document.
+// No single failure breaks a session or a document.
 #include "session/SessionPlatform.h"
 #include "tests/faults/Apart.h"
 #include "tests/faults/FaultedSession.h"

@@ -1,15 +1,14 @@
-// What is told of a session in which one thing failed.
+// The result of a session with one failure.
 #pragma once
 
 #include <cstdint>
 #include <string>
 
 struct TPlayed {
-    /// What should not be: a session that broke off, a box of another text, a document that undo does not
-    /// lead back to its beginning, that differs from its file, or that does not survive saving. Empty when
-    /// all is well.
+    /// Errors: an aborted session, a box with another text, a document that undo does not restore to its
+    /// beginning, that differs from its file, or that cannot be saved. Empty for none.
     std::string strWrong;
-    std::string strEnd;  ///< the document that was drawn in, in the end
-    bool bTold = false;  ///< an error box was shown, or a step of the script raised what a box would tell
-    uint64_t uCount = 0; ///< how much could have failed
+    std::string strEnd;  ///< the document's final state
+    bool bTold = false;  ///< an error box was shown, or a step raised what a box would report
+    uint64_t uCount = 0; ///< number of operations that could have failed
 };

@@ -9,8 +9,8 @@
 
 #include <new>
 
-/// Lets one allocation of a scope fail after the other, until it begins all the same: none that failed has
-/// begun, and the application never looks as if a session were left.
+/// Makes one allocation of a scope fail after the other until the scope starts: no scope with a failure
+/// must have started, and the application must never look as if a session were left.
 inline void ExpectScopeNeedsMemory(const TPlatform& platform, TFailing failing = {}) {
     uint64_t u = 0;
     for (bool bBegun = false; !bBegun;) {

@@ -1,10 +1,10 @@
-// The codecs of a session in which memory fails: theirs does not.
+// Codecs for sessions with failing memory: the codecs themselves never fail.
 #pragma once
 
 #include "system/ImageCodecs.h"
 #include "tests/faults/FailingMemory.h"
 
-/// Codecs are the outside: they tell what fails by their results.
+/// Codecs are part of the platform and report failures by their results.
 class CUnfailingCodecs : public IImageCodecs {
     template <class Function>
     static auto Call(Function fn) {

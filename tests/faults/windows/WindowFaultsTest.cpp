@@ -1,4 +1,4 @@
-// Nothing that fails once between the windows and the application breaks a session or a document.
+// No single failure between the windows and the application breaks a session or a document.
 #include "tests/faults/Apart.h"
 #include "tests/faults/ScopeCheck.h"
 #include "tests/faults/windows/WindowSession.h"

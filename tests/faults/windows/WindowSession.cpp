@@ -26,7 +26,7 @@ QAction* FindAction(const QList<QAction*>& lstActions, const QString& strText) {
     return nullptr;
 }
 
-// Answers whatever opens over the application.
+// Answers every window that opens over the application.
 class CAnswerer {
 public:
     CAnswerer() {
@@ -94,10 +94,10 @@ private:
         m_check.m_played.uCount = CFailingMemory::GetCount();
     }
 
-    // What the user does next. At the end the main window is closed until it is gone.
+    // Plays the user's next step. At the end closes the main window until it is destroyed.
     void PlayStep() {
         if (QApplication::activeModalWidget() || QApplication::activePopupWidget()) return;
-        m_clock.Advance(2000); // the mouse draws a second after the pen
+        m_clock.Advance(2000); // the mouse is accepted a second after the pen
         try {
             if (m_nStep < m_vSteps.size())
                 (this->*m_vSteps[m_nStep++])();

@@ -12,11 +12,11 @@ namespace {
 
 class CWindowStart {
 public:
-    // Plays one session; what is seen of it is empty when it could not begin.
+    // Plays one session; its description is empty when it could not start.
     TPlayed Play(uint64_t uAllocation) {
         const auto spCanvas = CreateCanvas({60, 40});
         CMessageQueue queue;
-        QTimer timer; // goes with the session, also with one that never turns its loop
+        QTimer timer; // deleted with the session, also with one whose loop never runs
         QObject::connect(&timer, &QTimer::timeout, [&] {
             if (QApplication::activeModalWidget()) return;
             timer.stop();
@@ -31,7 +31,7 @@ public:
             g_pMainFrame->OpenFrame(CreateCanvasFrame(spCanvas));
             scope.Run();
         } catch (const std::exception&) {
-            m_played.bTold = true; // the program tells it and ends
+            m_played.bTold = true; // the program reports it and exits
         }
         m_memory.reset();
         m_played.bTold = m_played.bTold || !m_closer.m_lstTexts.isEmpty();
@@ -42,7 +42,7 @@ public:
     }
 
 private:
-    // The session's first step: what can be seen, then the user closes it.
+    // The session's first step: describes the session, then the user closes it.
     void Look() {
         m_played.uCount = CFailingMemory::GetCount();
         m_memory.reset();
