@@ -11,7 +11,7 @@
 
 namespace {
 
-// A picture of many colours; with alpha also soft, and without colour where it is clear.
+// A picture of many colours; with alpha also translucent, and without colour where it is transparent.
 QImage MakeNoise(QSize size, QImage::Format format) {
     QImage image(size, format == QImage::Format_ARGB32 ? format : QImage::Format_RGB32);
     QRandomGenerator random(7);

@@ -1,4 +1,4 @@
-// The built module as a file: what it exports and the property list inside it.
+// The built module as a file: its exports and the property list inside it.
 #include "core/Base/Resource.h"
 #include "core/Base/Text.h"
 #include "system/FileStore.h"
@@ -10,7 +10,7 @@
 
 namespace {
 
-/// What a command leaves in the file whose name is put behind it.
+/// The content of the file that a command writes; its name is appended to the command.
 std::string OutputOf(const std::string& strCommand) {
     CTempFolder folder;
     const std::string strFile = folder.File("out").native();
@@ -39,7 +39,7 @@ TEST(Module, CarriesThePropertyListThatHostsRead) {
         add(pszCodeKey, "PluginMain", 12);
         add("edom", "\x10", 4);
         add("lbne", "in (PSHOP_ImageMode, RGBMode)", 32);
-        add("23sm", {'\x80', '\x84', 30, 0, '\x80', '\x84', 30, 0}, 8); // 2,000,000 a side
+        add("23sm", {'\x80', '\x84', 30, 0, '\x80', '\x84', 30, 0}, 8); // 2,000,000 per side
         add("icif", {1, 1, 2, 0, 1, 1, 2, 0, 1, 1, 2, 0, 1, 1, 2, 0, 1, 1, 2, 0, 1, 1, 2, 0, 1, 1, 2, 0}, 28);
         EXPECT_EQ(FindResource(pszFile), strExpected) << pszFile;
     }

@@ -1,4 +1,4 @@
-// The host in memory against small modules: what it gives to any module, not only to ours.
+// The host in memory with small modules: its behaviour towards any module, not only ours.
 #include "core/Base/Failure.h"
 #include "tests/host/TestHost.h"
 

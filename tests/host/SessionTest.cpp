@@ -1,4 +1,5 @@
-// Whole sessions: a host's record goes in, the application runs without a display, the picture comes back.
+// Whole sessions: a host passes its record in, the application runs without a display and returns the
+// picture.
 #include "core/AppModule/AppModule.h"
 #include "core/Commands/CommandIds.h"
 #include "core/Base/Color.h"
@@ -184,7 +185,7 @@ TEST_F(CSession, FurtherChannelsLiveInTheBluePlane) {
 
 TEST_F(CSession, ChannelsWithoutAPortOrAPlaceAreSkipped) {
     CTestHost host(MakePicture({0, 0, 20, 20}, true));
-    host.m_deqChannels[0].desc.maxVersion = 0; // its write port is no part of the record then
+    host.m_deqChannels[0].desc.maxVersion = 0; // its write port is not part of the record then
     host.m_deqChannels[1].desc.writePort = nullptr;
     host.m_deqChannels[2].desc.port = nullptr;
     EXPECT_EQ(host.Run(TestMain), 0);
@@ -244,7 +245,7 @@ TEST_F(CSession, AnExceptionEndsTheSessionWithoutWriting) {
     for (const int nCase : {0, 1, 2}) {
         m_platform.m_bRefuseMain = nCase == 0;
         m_platform.m_bRefuseCanvas = nCase == 1;
-        if (nCase == 2) // both windows are open, and messages to them wait
+        if (nCase == 2) // both windows are open, and messages to them are pending
             m_platform.AddStep([&](CPlayer& player) {
                 g_AppModule.GetMessageLoop()->AddIdleHandler(&handler);
                 player.GetStage().platform.queue.Post(

@@ -1,5 +1,5 @@
-// The host of the tests: counts every call, checks every rectangle and descriptor, leaves nonsense in every
-// rectangle that it was given, and spoils what it is told to spoil.
+// The host of the tests: counts every call, checks every rectangle and descriptor, overwrites every
+// rectangle that it was given, and breaks its own records on request.
 #pragma once
 
 #include "host/PictureHost/PictureHost.h"
@@ -37,7 +37,7 @@ public:
     std::vector<int> m_vCalls;                ///< selectors
     std::vector<int> m_vReads;                ///< channel types in order
     std::vector<int> m_vWrites;               ///< the same
-    std::optional<hostabi::SPErr> m_nNoSuite; ///< says this instead of giving the suite
+    std::optional<hostabi::SPErr> m_nNoSuite; ///< result to return instead of the suite
     bool m_bNullRecord = false;
     std::function<bool(const hostabi::VRect&)> m_refuseWrite = [](const hostabi::VRect&) { return false; };
 
