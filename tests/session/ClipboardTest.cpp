@@ -1,4 +1,4 @@
-// Pictures on the clipboard: scripts put them there and take them, records hold them.
+// Pictures on the clipboard: scripts copy and paste them, records include them.
 #include "session/SessionClipboard.h"
 #include "tests/session/ScriptedSession.h"
 
@@ -71,7 +71,7 @@ TEST_F(Clipboard, ARecordHoldsAnotherProgramsPictureBeforeTheKeyThatMayPasteIt) 
     const auto ask = own([](IClipboard& clipboard) { EXPECT_TRUE(clipboard.HasPicture()); });
     const auto copy = own([this](IClipboard& clipboard) { clipboard.SetPicture(*MakePicture(PIXELS)); });
     const auto text = own([](IClipboard& clipboard) { clipboard.SetText(L"文"); });
-    // The menu asks when idle; what the application itself copies a player copies, too.
+    // The menu queries the clipboard when idle; a player also copies what the application itself copied.
     script.vSteps.insert(script.vSteps.begin() + 5, {ask, ask});
     script.vSteps.insert(script.vSteps.end() - 2, copy);
     script.vSteps.insert(script.vSteps.end() - 1, text);

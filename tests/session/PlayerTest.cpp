@@ -1,4 +1,4 @@
-// Whole sessions in the filter delivery, played by scripts.
+// Whole sessions in the filter program, played by scripts.
 #include "core/AppModule/MessageQueue.h"
 #include "session/SessionWindows.h"
 #include "session/VirtualClock.h"
@@ -80,10 +80,10 @@ TEST_F(Player, WhatCannotBeDoneOrIsNotAsExpectedFails) {
          R"(1: the box "更新されています。保存しますか？" opened, but no answer was queued)"},
         {"{\"answer\":{\"box\":\"no\"}}\n{\"close\":\"main\"}\n\n{\"wait\":5}",
          "4: the session had ended before this line"},
-        // A cancelled prompt keeps the frame, but not the session.
+        // A cancelled prompt keeps the frame open, but ends the session.
         {R"({"answer":{"cancel":true}})", ""},
         {"{\"answer\":{\"cancel\":true}}\n{\"close\":\"frame\"}\n{\"expect\":{\"frames\":1}}", ""},
-        // An error box has to be expected at once.
+        // An error box must be expected at once.
         {strBad +
              R"({"expect":{"box":"データファイルが破損しています。\n\nバックアップがあれば、そちらを開いてください。"}})",
          ""},
@@ -114,7 +114,7 @@ TEST_F(Player, TheSameScriptGivesTheSameFiles) {
     EXPECT_EQ(other.m_files.m_mapFiles, m_files.m_mapFiles);
     EXPECT_NE(m_files.m_mapFiles[L"/settings/Vellumcraft/Vellumcraft.ini"].find("BrushRadius=16"),
               std::string::npos);
-    // The window shows the canvas on white with its dark surround, not the black that nobody painted.
+    // The window shows the canvas on white with its dark surround, not the initial black.
     const auto spShot = m_codecs.Load(L"shot.png");
     TLockedBits bits;
     ASSERT_TRUE(spShot && spShot->LockBits({0, 0, 1000, 700}, ELockMode::Read, bits));
@@ -156,7 +156,7 @@ struct TBusyParts {
     CVirtualClock m_ownClock;
 };
 
-// Real windows of a small screen, over which a hand moves about while the script plays.
+// Real windows of a small screen, which get pointer input while the script plays.
 struct CBusyWindows : TBusyParts, CSessionWindows, IEventPump {
     CBusyWindows() : CSessionWindows(m_ownQueue, m_ownClock) { m_ownQueue.SetPump(this); }
     bool Pump(bool bWait) override {
@@ -199,7 +199,7 @@ TEST_F(Player, RealWindowsOnlyShowWhatIsPlayed) {
     m_parts.pQueue = &windows.m_ownQueue;
     m_parts.fnScreenshot = [&](const std::wstring& strPath) {
         EXPECT_EQ(strPath, L"real.png");
-        // What the window was told, as it stands in the middle of the session.
+        // The window's state in the middle of the session.
         const CSessionMainWindow& main = *windows.GetMain();
         EXPECT_EQ(main.GetStatusText(1), L"Scale: 100%");
         EXPECT_EQ(main.GetZoomItems().at(static_cast<size_t>(main.GetZoomItem())), L"等角");
@@ -229,7 +229,7 @@ TEST_F(Player, ALineThatNothingTakesFails) {
         {strPen + R"({"pointer":{"x":80,"y":80,"idle":true}})", ""},
         {strPen + "{\"wait\":1000}\n" + R"({"mouse":{"message":"ldown","x":80,"y":80}})" + "\n" + strPen,
          "s:4: nothing takes the pen while the mouse draws"},
-        // Without a tool that could draw there is nothing to miss.
+        // Without a tool that could draw no input is missed.
         {R"({"layer":{"visible":false}})"
          "\n"
          R"({"packet":{"x":8000,"y":80,"pressure":9}})",

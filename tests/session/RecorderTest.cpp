@@ -1,4 +1,4 @@
-// Recorded sessions: the record is a script that leaves the same document.
+// Recorded sessions: playing the record results in the same document.
 #include "core/IniConfig/GlobalSwitches.h"
 #include "core/IniConfig/IniConfig.h"
 #include "tests/session/ScriptedSession.h"
@@ -22,7 +22,7 @@ const std::string VIEW = "{\"view\":{\"width\":640,\"height\":480}}\n";
 
 class Recorder : public testing::Test, protected CScriptedSession {
 protected:
-    /// Records a script, plays the record on another outside, and compares the documents.
+    /// Records a script, plays the record on another platform, and compares the documents.
     void ExpectSame(const std::string& strScript) {
         EXPECT_EQ(Record(strScript), "");
         EXPECT_TRUE(m_spCanvas->GetHistory().CanUndo());
@@ -48,7 +48,7 @@ TEST_F(Recorder, StrokesOfEveryDevice) {
                "{\"tablet\":{\"units\":32,\"pressure\":65535,\"altitude\":900}}\n" +
                VIEW + Stroke(5000, 4000, 50000, {{"azimuth", 77}, {"twist", -9}}));
     EXPECT_EQ(m_strRecord.find("{\"set\":"), 0u);
-    // The mouse waits until the pen has been away for a second.
+    // The mouse is accepted only a second after the pen has left.
     const std::string strMouse = "{\"pointer\":{\"message\":\"ldown\",\"x\":250,\"y\":180}}\n"
                                  "{\"pointer\":{\"x\":300,\"y\":230,\"left\":true}}\n"
                                  "{\"pointer\":{\"message\":\"lup\",\"x\":300,\"y\":230}}\n";
@@ -134,7 +134,7 @@ TEST_F(Recorder, AnswersStandBehindTheLineThatAsks) {
     EXPECT_EQ(Play(m_strRecord), "");
     EXPECT_EQ(Play("{\"close\":\"frame\"}\n{\"wait\":1}\n{\"reply\":{\"box\":\"no\"}}").substr(0, 4), "s:1:");
     EXPECT_EQ(Play("{\"reply\":{\"box\":\"no\"}}"), "s:1: nothing has asked for this reply");
-    // Without a session nothing begins.
+    // Without a session no record starts.
     CSessionPlatform none(m_parts);
     CRecorder recorder(none.GetPlatform(), [](std::string_view str) { return ADD_FAILURE() << str, true; });
     recorder.GetPlatform().boxes.Show(nullptr, L"版", L"", EBoxKind::Plain);
@@ -160,7 +160,7 @@ TEST_F(Recorder, BeginsWithWhatTheUserHasSet) {
     config.GetSection(L"Windows")->GetSection(L"Main")->SetInt(L"Left", 7);
     config.GetSection(L"Global")->SetInt(L"MaxHistory", 5);
     const TGlobalSwitches before = g_Switches;
-    g_Switches.m_nMaxHistory = 1; // as the program came to have it since
+    g_Switches.m_nMaxHistory = 1; // as changed by the program since
     ExpectSame(VIEW + Stroke(1200, 1000) + Stroke(1200, 1100));
     EXPECT_EQ(g_Switches.m_nMaxHistory, 1) << "by the record, whatever the store said";
     g_Switches = before;

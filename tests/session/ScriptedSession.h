@@ -32,7 +32,7 @@ public:
         scope.Run();
         return spCanvas;
     }
-    /// Plays a script and records that. The record goes to `m_strRecord`.
+    /// Plays a script and records the session to `m_strRecord`.
     std::string Record(const std::string& strScript, bool bCanvas = true) {
         CSessionPlatform session(m_parts, ParseScript(strScript, "s"));
         m_strRecord.clear();
@@ -42,7 +42,7 @@ public:
         m_spCanvas = PlayOn(recorder.GetPlatform(), bCanvas);
         return session.GetFailure();
     }
-    /// How much ink lies at a pixel of the active layer.
+    /// The coverage of a pixel of the active layer.
     int InkAt(CPoint pt) const {
         const auto spLayer = boost::dynamic_pointer_cast<CRasterLayerBuffer>(m_spCanvas->GetActiveLayer());
         const auto spTile = spLayer->GetRaster()->GetBlock(pt, false);

@@ -34,7 +34,7 @@ TEST_F(SessionWindows, WindowsGoOneAfterTheOther) {
     a.Activate();
     a.Activate();
     EXPECT_EQ(Take(), (TLog{"c off", "a on"}));
-    // The one used before follows a closed one.
+    // The window used before follows a closed one.
     SendMessage({&a, EMessage::Close});
     EXPECT_EQ(Take(), (TLog{"a close", "a off", "c on", "a destroy", "a final"}));
 
@@ -72,7 +72,7 @@ TEST_F(SessionWindows, PaintsWhatWasInvalidatedOnce) {
 
 TEST_F(SessionWindows, TimersFollowTheClockWithOneMessageAtATime) {
     CSessionCanvasWindow& a = Open(m_a);
-    m_clock.Advance(UINT32_MAX - 50); // the clock wraps on the way
+    m_clock.Advance(UINT32_MAX - 50); // the clock wraps meanwhile
     a.SetTimer(1, 100);
     a.SetTimer(2, 250);
     std::string strTimers;
