@@ -1,4 +1,4 @@
-// A file that cannot be used: the user reads in Japanese what happened and what to do.
+// A file that cannot be used: the box tells the user in Japanese what happened and what to do.
 #include "core/Base/Text.h"
 #include "tests/session/ScriptedSession.h"
 
@@ -10,7 +10,7 @@ namespace {
 
 class FileFailureDesktop : public testing::Test, protected CScriptedSession {
 protected:
-    // Plays one line; the box that it leads to has to be this.
+    // Plays one line and expects this box.
     void ExpectBox(const char* pszVerb, const char* pszPath, const std::wstring& strText) {
         const std::string strScript = nlohmann::json{{pszVerb, pszPath}}.dump() + "\n" +
                                       nlohmann::json{{"expect", {{"box", ToUtf8(strText)}}}}.dump() +

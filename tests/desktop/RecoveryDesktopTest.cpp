@@ -39,7 +39,7 @@ protected:
     void PlayAndDie() {
         const pid_t id = fork();
         if (id == 0) {
-            // The clock runs faster than the disk: each document's snapshot is waited for.
+            // The clock runs faster than the disk: wait for each document's snapshot.
             const auto settle = [](CPlayer& player) {
                 while (player.GetStage().platform.snapshots.IsBusy()) usleep(1000);
                 player.Wait(1000);
@@ -98,7 +98,7 @@ TEST_F(RecoveryDesktop, AKilledSessionComesBackToThePixel) {
             EXPECT_EQ(canvas.GetPath(), n == 2 ? FileOf(n) : L"") << "no file: saving asks for a name";
             ++n;
         }
-        // Another program that starts now has nothing to offer.
+        // Another program that starts now must not find a snapshot.
         EXPECT_TRUE(CSnapshotStore(m_locations).FindLeft().empty());
     };
     EXPECT_EQ(Play({Offer(EBoxAnswer::Cancel)}), "") << "kept for later";
@@ -109,7 +109,7 @@ TEST_F(RecoveryDesktop, AKilledSessionComesBackToThePixel) {
 }
 
 TEST_F(RecoveryDesktop, YesAtTheEndIsNoLoss) {
-    // The user closes a new document with Yes, and then no file gets it. Returns what the session says.
+    // The user closes a new document with Yes, but no file can be saved. Returns the session's failure.
     const auto leave = [this](const TAnswer& answer, size_t nOpen) {
         return Play({[&](CPlayer& player) {
             g_pMainFrame->OpenFrame(CreateCanvasFrame(MakeDocument(0)));
@@ -135,7 +135,7 @@ TEST_F(RecoveryDesktop, YesAtTheEndIsNoLoss) {
         EXPECT_EQ(CountFiles(), 0);
     }
     EXPECT_TRUE(std::filesystem::exists(m_folder.File("picture.png")));
-    // Not even Recovery takes it: then the window stays.
+    // If Recovery cannot be written either, the window stays open.
     std::filesystem::remove(m_folder.File("Vellumcraft/Recovery"));
     std::ofstream(m_folder.File("Vellumcraft/Recovery")) << "in the way";
     EXPECT_NE(leave({}, 1).find("復元用のデータを保存できませんでした。"), std::string::npos);

@@ -1,4 +1,4 @@
-// Whole sessions in the desktop delivery, where documents are made, opened and saved.
+// Whole sessions in the desktop program, where documents are created, opened and saved.
 #include "core/Commands/CommandIds.h"
 #include "core/IniConfig/IniConfig.h"
 #include "tests/session/ScriptedSession.h"
@@ -78,7 +78,7 @@ TEST_F(ScriptedDesktop, ARecordMakesAndSavesTheSameDocuments) {
 TEST(DesktopSettings, WithoutADocumentAChangeIsInTheStoreAtOnce) {
     CTestPlatform outside;
     outside.AddStep([](CPlayer&) {
-        // No canvas's timer would bring a later moment.
+        // There is no canvas whose timers would advance the clock.
         CPanel& panel = *g_pMainFrame->GetPanels().Find(ID_PANEL_TOOL_OPTION);
         const auto& vControls = panel.GetControls();
         const auto it = std::ranges::find(vControls, L"不透明度", &TPanelControl::strLabel);
