@@ -1,4 +1,4 @@
-// The system's clipboard holds pictures with their alpha.
+// The system's clipboard keeps the alpha of pictures.
 #include "UiTest.h"
 
 #include "system/QtBitmap.h"

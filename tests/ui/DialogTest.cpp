@@ -7,7 +7,7 @@ namespace {
 
 using TStep = std::function<void(QWidget&)>;
 
-/// Runs the steps one after the other, each once a (new) modal window is open.
+/// Runs the steps in order, each once a (new) modal window is open.
 void Answer(std::vector<TStep> vSteps) {
     if (vSteps.empty()) return;
     QTimer::singleShot(20, qApp, [vSteps]() mutable {
@@ -19,7 +19,7 @@ void Answer(std::vector<TStep> vSteps) {
     });
 }
 
-/// A step that presses the button whose text starts so.
+/// A step that presses the button whose text starts with this.
 TStep Press(const wchar_t* pszText) {
     return [strText = QString::fromWCharArray(pszText)](QWidget& window) {
         for (QAbstractButton* pButton : window.findChildren<QAbstractButton*>())
@@ -29,7 +29,7 @@ TStep Press(const wchar_t* pszText) {
     };
 }
 
-/// Takes only the width 640.
+/// Accepts only the width 640.
 class CSizeModel : public CDialogModel {
 public:
     CSizeModel() {

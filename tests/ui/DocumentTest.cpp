@@ -15,7 +15,7 @@
 
 namespace {
 
-/// The desktop program's session, on files in memory, turned by hand.
+/// The desktop program's session, on files in memory, run by the test.
 class DocumentWindows : public testing::Test {
 protected:
     struct TSession : CUiSession {
@@ -112,7 +112,7 @@ TEST_F(DocumentWindows, TheRecentListFollowsAndSurvives) {
 }
 
 TEST_F(DocumentWindows, TheEndOfTheDesktopOrOfTheProcessKeepsWhatIsUnsaved) {
-    static int s_nKept = -1; // what was on the disk when the signal came to who had it before
+    static int s_nKept = -1; // the disk's state when the previous signal handler was called
     static std::filesystem::path s_path;
     s_path = m_folder.File("Vellumcraft/Recovery");
     const auto countKept = [] {
@@ -133,10 +133,10 @@ TEST_F(DocumentWindows, TheEndOfTheDesktopOrOfTheProcessKeepsWhatIsUnsaved) {
         spCanvas->GetRoot().AddLayer(CreateRasterLayer(spCanvas), -1);
     };
     change("/1.vlm");
-    alignas(void*) static std::byte aManager[64]; // nobody asks it
+    alignas(void*) static std::byte aManager[64]; // never called
     emit qGuiApp->commitDataRequest(reinterpret_cast<QSessionManager&>(aManager));
     EXPECT_EQ(countKept(), 1);
-    // With a dialog open, whose own loop hears of it.
+    // With a dialog open, whose own loop gets the event.
     change("/2.vlm");
     QTimer::singleShot(0, [] { raise(SIGTERM); });
     m_pSession->m_platform.GetPlatform().boxes.Show(Active().GetWindow(), L"?", L"", EBoxKind::Plain);

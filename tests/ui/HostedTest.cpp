@@ -1,10 +1,10 @@
-// A session inside a host that is a Qt program itself, in a process of its own.
+// A session inside a host that is a Qt program itself, in a separate process.
 #include "UiTest.h"
 
 namespace {
 
 void RunSessionInHandler() {
-    // What the host left for later before it called us is still in its hands.
+    // An object that the host left to deleteLater before the call must still exist.
     const QPointer<QObject> pHostObject = new QObject;
     pHostObject->deleteLater();
     {
@@ -36,7 +36,7 @@ int RunHosted(int nArguments, char** ppszArguments) {
     };
     const auto lookBefore = look();
     QTimer::singleShot(0, RunSessionInHandler);
-    // The session's window is the only one and closes: the host must not end by that, but by our exit.
+    // The session's window is the only one and closes: the host must end by our exit, not by that.
     EXPECT_EQ(application.exec(), 7);
     EXPECT_FALSE(OwnsApplication());
     EXPECT_TRUE(look() == lookBefore);

@@ -1,4 +1,4 @@
-// Second starts and the instance that runs.
+// Second starts and the running instance.
 #include "UiTest.h"
 
 #include "app/desktop/Handover.h"
@@ -26,7 +26,7 @@ protected:
         ASSERT_EQ(m_first.Begin({}), EStart::First);
         ASSERT_TRUE(m_first.Listen([this](const TPaths& vPaths) { m_vTaken.push_back(vPaths); }));
     }
-    // What another start makes of it while this one's events are handled.
+    // Starts another instance while this one's events are handled; returns its result.
     EStart StartAnother(const TPaths& vPaths) {
         auto result = std::async(std::launch::async, [&] { return CInstance(m_strFolder).Begin(vPaths); });
         while (result.wait_for(std::chrono::milliseconds(0)) != std::future_status::ready) QTest::qWait(1);
@@ -66,7 +66,7 @@ TEST_F(Instance, WhoDoesNotAnswerGetsNothing) {
     Listen();
     QElapsedTimer timer;
     timer.start();
-    EXPECT_EQ(CInstance(m_strFolder).Begin({"/a"}), EStart::Alone); // nobody handles events meanwhile
+    EXPECT_EQ(CInstance(m_strFolder).Begin({"/a"}), EStart::Alone); // no loop handles events meanwhile
     EXPECT_TRUE(timer.elapsed() >= 1900 && timer.elapsed() < 4000) << timer.elapsed();
     QTest::qWait(50);
     EXPECT_TRUE(m_vTaken.empty()) << "the other one has opened the files itself";
@@ -111,7 +111,7 @@ TEST_F(Instance, TheRealProgramFollowsAKilledOneWhoseRecordIsWhole) {
     };
     const auto hasOpened = [&] { return readRecord().find("\"open\"") != std::string::npos; };
     for (int nRound = 0; nRound < 2; ++nRound) {
-        QProcess first, second, own, recorded; // the first one's end is a kill
+        QProcess first, second, own, recorded; // the first one is killed
         start(first, {});
         ASSERT_TRUE(QTest::qWaitFor(isListening, 20000)) << nRound;
         start(second, {"none.vlm"});

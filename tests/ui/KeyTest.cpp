@@ -23,7 +23,7 @@ TEST_F(CUiTest, KeyReachesTheWidgetOnlyWhenDeclined) {
     Turn();
     EXPECT_EQ(pEdit->text(), "bc");
     EXPECT_EQ(m_main.Got(EMessage::KeyDown), (TParams{{'A', 0}, {'B', 0}, {'C', 0}}));
-    // A widget that has gone meanwhile gets nothing.
+    // A widget that was deleted meanwhile gets nothing.
     QTest::keyClick(pEdit.get(), Qt::Key_D);
     pEdit.reset();
     Turn();
@@ -34,7 +34,7 @@ TEST_F(CUiTest, OpenMenusAndDialogsKeepTheirKeys) {
     QTest::keyClick(GetWidget().windowHandle(), Qt::Key_A);
     Turn();
     EXPECT_EQ(m_main.Got(EMessage::KeyUp),
-              (TParams{{'A', 0}})); // once, though Qt shows it to window and view
+              (TParams{{'A', 0}})); // once, although Qt sends it to window and view
     QTest::keyClick(GetWidget().windowHandle(), Qt::Key_F, Qt::AltModifier);
     ASSERT_EQ(QApplication::activePopupWidget(), &GetMenu(0));
     QTest::keyClick(&GetMenu(0), Qt::Key_Escape);
@@ -67,7 +67,7 @@ TEST_F(CUiTest, KeyStateIsThatOfTheMessageInHand) {
         if (msg.id == EMessage::KeyDown && msg.wParam == 'Z') vControl.push_back(keys.IsKeyDown(VK_Control));
         return true;
     };
-    // All of it, Ctrl's own keys too, has happened before the first message is taken.
+    // All events, including Ctrl's own, happen before the first message is handled.
     QTest::keyClick(&GetWidget(), Qt::Key_Z, Qt::ControlModifier);
     QTest::keyPress(&GetWidget(), Qt::Key_Z);
     Turn();

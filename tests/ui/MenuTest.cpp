@@ -16,7 +16,7 @@ TEST_F(CUiTest, MenusFollowTheActiveChildAndItsStatesThePopup) {
     ICanvasWindow* pCanvas = Open(m_a);
     ASSERT_EQ(TextsOf(*GetWidget().menuBar()), (QStringList{"ファイル(&F)", "編集(&E)", "ウィンドウ(&W)"}));
     const QList<QAction*> vActions = GetMenu(1).actions();
-    // The shortcut's column is text; no Qt shortcut stands behind it.
+    // The shortcut's column is text; it has no Qt shortcut.
     EXPECT_EQ(vActions[0]->text(), "取り消し(&U)...\tF3, Ctrl+Z");
     EXPECT_TRUE(vActions[0]->shortcut().isEmpty());
     vActions[0]->trigger();
@@ -26,7 +26,7 @@ TEST_F(CUiTest, MenusFollowTheActiveChildAndItsStatesThePopup) {
         if (msg.id != EMessage::InitMenuPopup) return false;
         m_pMain->GetMenuLook().SetState(57643, false, false);
         m_pMain->GetMenuLook().SetState(12810, true, true);
-        m_pMain->GetMenuLook().SetState(4711, true, true); // stands in no menu
+        m_pMain->GetMenuLook().SetState(4711, true, true); // in no menu
         return true;
     };
     GetMenu(1).popup({});
@@ -55,7 +55,7 @@ TEST_F(CUiTest, RecentFilesAndChildrenAreListedInEveryMenu) {
     m_vLog.clear();
     GetMenu(2).actions()[2]->trigger();
     EXPECT_EQ(m_vLog, (TLog{"b off", "a on"}));
-    // The menu that listed them last goes with its window.
+    // The menu that listed them last is deleted with its window.
     pOther->Destroy();
     Turn();
     GetMenu(2).popup({});
@@ -84,7 +84,7 @@ TEST_F(CUiTest, ToolBarShowsStatesAndPostsOnlyTheUsersChoice) {
 }
 
 TEST_F(CUiTest, JapaneseTextsHaveGlyphs) {
-    // The families of each font in order: what none of them has would come out as a box.
+    // The families of each font in order: a character that none of them has would be drawn as a box.
     for (const QFont& fontShown : {GetMenu(0).font(), GetWidget().menuBar()->font()}) {
         QString strMissing = "筆圧ー弱中強～拡大率キャンセル";
         for (const QString& strFamily : fontShown.families()) {

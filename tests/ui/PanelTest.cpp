@@ -1,4 +1,4 @@
-// Panels as real widgets: what they tell, what they show, and whose the keyboard is.
+// Panels as real widgets: their messages, their display, and the keyboard focus.
 #include "core/Platform/Panel.h"
 #include "UiTest.h"
 
@@ -18,7 +18,7 @@ struct CPlainView : IPanelView {
     }
 };
 
-/// A panel of each kind of control, its changes written down as "change 3 1".
+/// A panel of each kind of control; its changes are stored as "change 3 1".
 class CPanelTest : public CUiTest {
 protected:
     CPanelTest() {
@@ -40,7 +40,7 @@ protected:
         Turn();
     }
     ~CPanelTest() override {
-        // Their client goes before the main window does.
+        // Their client is destroyed before the main window.
         for (IPanelWindow* pPanel : m_vPanels) pPanel->Destroy();
     }
     static void Show(IPanelWindow& panel, const TPanelPlace& place) {
@@ -110,9 +110,9 @@ TEST_F(CPanelTest, ListsAreRenamedDraggedAndChosen) {
     auto& list = Get<QListWidget>(5);
     list.item(1)->setText("名");
     EXPECT_EQ(Told(), TLog{"rename 5 1 名"});
-    m_pPanel->SetControls(m_vControls); // the panel would not take it
+    m_pPanel->SetControls(m_vControls); // the panel would not accept it
     EXPECT_EQ(list.item(1)->text(), "y");
-    // In place, by a name typed over the old one; the keyboard comes back after it.
+    // In place, by a name typed over the old one; afterwards the focus returns.
     m_pMain->Show();
     QWidget* const pView = Focus();
     list.setCurrentRow(2);
@@ -129,7 +129,7 @@ TEST_F(CPanelTest, ListsAreRenamedDraggedAndChosen) {
     QTest::keyClick(&list, Qt::Key_Return);
     EXPECT_EQ(Told(), (TLog{"change 5 0", "move 5 " + std::to_string(PackPoint(0, 1)), "activate 5 0"}));
     QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, {20, list.viewport()->height() - 2});
-    EXPECT_EQ(list.selectedItems().size(), 1); // beside the rows nothing is chosen
+    EXPECT_EQ(list.selectedItems().size(), 1); // a click beside the rows selects nothing
 }
 
 TEST_F(CPanelTest, OnlyTextTakesTheKeyboardByAClick) {
@@ -144,7 +144,7 @@ TEST_F(CPanelTest, OnlyTextTakesTheKeyboardByAClick) {
     }
     QTest::mouseClick(&Get<QLineEdit>(4), Qt::LeftButton);
     EXPECT_EQ(Focus(), &Get<QLineEdit>(4));
-    // What is typed into it is text and no shortcut; Return gives the keyboard back.
+    // Typed text is no shortcut; Return returns the focus.
     Get<QLineEdit>(4).selectAll();
     QTest::keyClicks(&Get<QLineEdit>(4), "x1");
     Told();
@@ -169,7 +169,7 @@ TEST_F(CPanelTest, WhatATextDeclinesNeverReachesThePicture) {
                                              {Qt::Key_D, Qt::ControlModifier}}) {
             QTest::keyPress(pText, nKey, modifier);
             Turn();
-            // A tool would find it down at the pointer's next event.
+            // A tool would find it held at the pointer's next event.
             EXPECT_FALSE(keys.IsKeyDown('X') || keys.IsKeyDown(VK_Space) || keys.IsKeyDown(VK_Delete));
             QTest::keyRelease(pText, nKey, modifier);
             Turn();
@@ -183,7 +183,7 @@ TEST_F(CPanelTest, WhatATextDeclinesNeverReachesThePicture) {
         Turn();
     }
     EXPECT_EQ(m_a.Got(EMessage::KeyDown), TParams());
-    // A shortcut works all the same, past the picture; what ends typing is the panel's.
+    // A shortcut still works, without the picture; the panel handles keys that end typing.
     EXPECT_THAT(m_main.Got(EMessage::KeyDown), testing::Contains(std::pair<int64_t, int64_t>{'D', 0}));
     QTest::keyClick(&Get<QLineEdit>(4), Qt::Key_S, Qt::ControlModifier);
     QTest::keyClick(&Get<QLineEdit>(4), Qt::Key_F1);
@@ -216,7 +216,7 @@ TEST_F(CPanelTest, TheKeyboardAloneReachesEveryControlAndShortcutsStillWork) {
     QTest::keyClick(&Get<QCheckBox>(1), Qt::Key_Space);
     QTest::keyClick(&Get<QWidget>(6), Qt::Key_Left);
     EXPECT_EQ(Told(), (TLog{"change 1 1", "key 6 0"}));
-    // A control has no use for these: they are the application's.
+    // A control does not use these: the application gets them.
     const size_t nBefore = m_a.Got(EMessage::KeyDown).size();
     QTest::keyClick(&Get<QCheckBox>(1), Qt::Key_X);
     QTest::keyClick(&Get<QSlider>(3), Qt::Key_Z, Qt::ControlModifier);
@@ -252,7 +252,7 @@ TEST_F(CPanelTest, PlacesComeBackAndAPanelGoesWithItsWindow) {
     Show(*pOther, DOCKED);
     Turn();
     QDockWidget* pDock = GetWidget().findChild<QDockWidget*>("Test");
-    EXPECT_EQ(GetWidget().tabifiedDockWidgets(pDock).size(), 1); // one place is shared behind tabs
+    EXPECT_EQ(GetWidget().tabifiedDockWidgets(pDock).size(), 1); // panels at one place are tabbed
     EXPECT_EQ(m_pPanel->GetPlace().rc, pOther->GetPlace().rc);
     EXPECT_TRUE(pOther->GetPlace().bFront && !m_pPanel->GetPlace().bFront);
     m_pPanel->ShowPanel(true);

@@ -1,4 +1,4 @@
-// A session in the real window, recorded, and its record played without one.
+// A session in the real window is recorded, and its record played without one.
 #include "UiTest.h"
 
 #include "core/ImageFile/ImageFile.h"
@@ -36,7 +36,7 @@ public:
     }
     void Settle() { CUiSession::Settle(m_recorder.GetPlatform().queue); }
     QWidget& GetViewport() const { return *ViewOf(g_wpActiveFrame.lock()->GetWindow()).viewport(); }
-    // Events come in bursts, as from a program that is busy drawing.
+    // Events arrive in bursts, as in a program that is busy drawing.
     void Stroke(QPointF ptFrom, QPointF ptStep) {
         const QPointF ptMiddle(GetViewport().rect().center());
         for (int n = 0; n < 40; ++n) {
@@ -123,7 +123,7 @@ TEST(Record, OfTheRealWindowGivesTheSameDocumentWithoutOne) {
         window.Settle();
         window.Tile();
         window.Type(Qt::Key_Right, Qt::ControlModifier);
-        window.Tile(); // which changes nothing here
+        window.Tile(); // which has no effect here
         window.Stroke({-50, 10}, {1.3, -0.8});
         window.Scroll(90);
         window.Stroke({-30, 40}, {1.7, -2});

@@ -1,4 +1,4 @@
-// A session's message loop on real windows without a display, and clients that write down what they hear.
+// A session's message loop on real windows without a display, and clients that store their messages.
 #pragma once
 
 #include "core/AppModule/AppModule.h"
@@ -18,15 +18,15 @@
 #include <QtWidgets>
 #include <gmock/gmock.h>
 
-/// The outside and the loop, without a window yet.
+/// The platform and the loop, without a window yet.
 class CUiSession {
 public:
-    /// Takes messages until none is left.
+    /// Handles messages until none is left.
     void Turn() {
         for (int i = 0; i < 3; ++i)
             for (TMessage msg; m_queue.Peek() && m_queue.Get(msg) == 1;) m_queue.Dispatch(msg);
     }
-    /// Does what the session's loop does until nothing is to be done.
+    /// Runs like the session's loop until nothing is left to do.
     static void Settle(IMessageQueue& queue) {
         CMessageLoop& loop = *g_AppModule.GetMessageLoop();
         for (int n = 0; n < 3; ++n) do {
@@ -58,7 +58,7 @@ inline QPointingDevice MakePen(EPenEnd end = EPenEnd::Pen) {
     return {"pen", 1, QInputDevice::DeviceType::Stylus, end, QInputDevice::Capability::Pressure, 1, 3};
 }
 
-/// What a pen does over a view, or above the tablet.
+/// Sends a pen event over a view, or above the tablet.
 inline void SendPen(QWidget& view, const QPointingDevice& pen, QPointF pt, qreal dPressure, int nTiltX = 0,
                     int nTiltY = 0, QEvent::Type type = QEvent::TabletMove) {
     QTabletEvent event(type, &pen, pt, view.mapToGlobal(pt), dPressure, nTiltX, nTiltY, 0, 3, 0, {}, {}, {});
@@ -81,7 +81,7 @@ private:
     QTimer m_timer;
 };
 
-/// A session with a main window that shows.
+/// A session with a visible main window.
 class CUiTest : public testing::Test, public CUiSession {
 protected:
     CUiTest() {

@@ -20,7 +20,7 @@ TEST_F(CUiTest, ClosingGoesThroughMessages) {
 
     m_a.m_fnHandle = {};
     pWidget->close();
-    pWidget->close(); // the second one waits for a window that is gone by then
+    pWidget->close(); // the second one is for a window that is destroyed by then
     Turn();
     EXPECT_EQ(m_vLog, (TLog{"a close", "a close", "a off", "a destroy", "a final"}));
     EXPECT_TRUE(pWidget.isNull());
@@ -54,7 +54,7 @@ TEST(QtPlatform, WindowsOfABrokenSessionGoWithoutAWord) {
         pSession->Turn();
     }
     vLog.clear();
-    // The session's end takes the windows; a word to their clients, gone by now, would be a word to the dead.
+    // The session's end deletes the windows, which must not call their clients, destroyed by now.
     pSession.reset();
     EXPECT_EQ(vLog, TLog());
 }
@@ -69,10 +69,10 @@ TEST_F(CUiTest, TimersDoNotPileUp) {
     };
     pCanvas->SetTimer(15, 1);
     pCanvas->SetTimer(16, 1);
-    QTest::qWait(40); // a modal dialog: events run, messages wait
+    QTest::qWait(40); // a modal dialog: events are handled, messages wait
     Turn();
     EXPECT_THAT(vTimers, testing::UnorderedElementsAre(testing::Pair(15, 0), testing::Pair(16, 0)));
-    // Once taken it comes again, until it is stopped.
+    // A handled timer fires again until it is stopped.
     pCanvas->SetTimer(17, 1);
     for (int n = 0; n < 10; ++n) QTest::qWait(5), Turn();
     EXPECT_EQ(vTimers.size(), 4u);
@@ -121,7 +121,7 @@ TEST_F(CUiTest, AFailedPaintIsToldAfterIt) {
     Open(m_a)->Invalidate();
     for (int n = 0; n < 20; ++n) QTest::qWait(5), Turn();
     EXPECT_GE(nPaints, 2);
-    // The second paint came behind the first box or after it.
+    // The second paint happened behind the first box or after it.
     EXPECT_TRUE(closer.m_lstTexts.size() == 1 || closer.m_lstTexts.size() == 2);
 }
 
@@ -138,7 +138,7 @@ TEST_F(CUiTest, ScrollBarsTellOnlyWhatTheUserDoes) {
     Turn();
     EXPECT_EQ(m_a.Got(EMessage::Scroll), (TParams{{1, nBottom - 10}, {0, 150}, {0, 50}}));
 
-    // A fine wheel's parts make whole steps.
+    // Small wheel deltas add up to whole steps.
     for (const int nDelta : {50, 50, 50, -100, -140, 240}) {
         QWheelEvent event({5, 5}, {5, 5}, {}, {0, nDelta}, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
                           false);
