@@ -1,4 +1,4 @@
-// A file that is saved over keeps what it has beside its bytes.
+// Overwriting a file keeps its metadata.
 #include "core/Base/Text.h"
 #include "system/FileStore.h"
 #include "tests/support/InProcess.h"
@@ -34,7 +34,7 @@ protected:
     FileRights() { chmod(m_folder.GetPath().c_str(), 0777); }
 
     bool Save() { return !!CFileStore().Replace(FromUtf8(m_path.native()), "new"); }
-    // Another's file, if we may make one.
+    // A file of another user, if we may create one.
     void Make(gid_t uGroup, mode_t mode) {
         ASSERT_TRUE(Save());
         ASSERT_EQ(chown(m_path.c_str(), THEIR_USER, uGroup), 0);
@@ -90,7 +90,7 @@ TEST_F(FileRights, AccessListsStay) {
     EXPECT_EQ(Status().st_gid, PLAIN_GROUP);
     EXPECT_EQ(Get(ACCESS), ListOf(0, 6))
         << "the wrong group gets nothing, the others of the list keep theirs";
-    // A folder's list is for new files, not for those that had none.
+    // A folder's list applies to new files, not to files without one.
     ASSERT_TRUE(removexattr(m_path.c_str(), ACCESS) == 0 && chmod(m_path.c_str(), 0640) == 0 &&
                 Set(DEFAULT, ListOf(6, 0), m_folder.GetPath()));
     EXPECT_TRUE(Save());

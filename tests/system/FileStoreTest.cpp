@@ -73,7 +73,7 @@ TEST_F(FileStore, FollowsLinksAndKeepsRights) {
     fs::create_directory(m_folder.File("real"));
     m_files.Replace(Path("real/doc"), "old");
     chmod(pathDoc.c_str(), 0640);
-    const uid_t uOwner = chown(pathDoc.c_str(), 65534, 65534) == 0 ? 65534u : geteuid(); // where we may
+    const uid_t uOwner = chown(pathDoc.c_str(), 65534, 65534) == 0 ? 65534u : geteuid(); // if permitted
     fs::create_symlink("real/doc", m_folder.File("link"));
     fs::create_symlink("link", m_folder.File("link2"));
     fs::create_symlink("real/later", m_folder.File("dangling"));
@@ -141,7 +141,7 @@ TEST_F(FileStore, AFailedWriteLeavesTheOldFile) {
     EXPECT_TRUE(updateFails(false));
     EXPECT_THROW(m_files.Update(Path("doc"), [](auto&) -> bool { throw std::bad_alloc(); }), std::bad_alloc);
     EXPECT_TRUE(OnFullDisk(65536, replaceFails));
-    // A file that cannot be read is not an empty one; a lock that cannot be made is not waited for.
+    // A file that cannot be read does not count as empty; a lock that cannot be created is not waited for.
     for (const bool bReadable : {false, true}) {
         chmod(m_folder.GetPath().c_str(), bReadable ? 0555 : 0777);
         chmod(m_folder.File("doc").c_str(), bReadable ? 0666 : 0222);
@@ -165,7 +165,7 @@ TEST_F(FileStore, AKilledWriterLeavesOneWholeFile) {
     write(0);
     std::set<std::string> setSeen;
     std::mt19937 random(7);
-    // On a busy machine it takes longer until a kill falls behind a rename.
+    // On a busy machine it takes longer until a kill happens after a rename.
     for (unsigned nKill = 0; nKill < 50 || (setSeen.size() < 2 && nKill < 200); ++nKill) {
         const pid_t id = fork();
         if (id == 0)
@@ -175,7 +175,7 @@ TEST_F(FileStore, AKilledWriterLeavesOneWholeFile) {
         waitpid(id, nullptr, 0);
         setSeen.insert(Content("doc"));
     }
-    // The kills fell between the renames too.
+    // Kills also happened between the renames.
     EXPECT_TRUE((setSeen == std::set{astrHalves[0] + astrHalves[0], astrHalves[1] + astrHalves[1]}));
 }
 
@@ -186,7 +186,7 @@ TEST_F(FileStore, LocksAreBoundedAndOutlivedByNobody) {
         CFileLock lock(strPath, 0ms);
         EXPECT_TRUE(lock.IsLocked() && !canLock() && !InProcess(canLock));
     }
-    // A process that dies with the lock in its hand.
+    // A process that dies while it holds the lock.
     EXPECT_TRUE(InProcess([&] { return (new CFileLock(strPath, 0ms))->IsLocked(); }) && canLock());
 }
 
@@ -202,7 +202,7 @@ TEST_F(FileStore, ConcurrentWritersLoseNothingAndNeverMeet) {
     runThreads(10, [&] { CFileStore().Update(Path("a.ini"), [](auto& str) { return str += "x", true; }); });
     EXPECT_EQ(Content("a.ini"), std::string(6 * 10, 'x'));
     std::atomic<int> nHolders{0};
-    runThreads(400, [&] { // many waiters see the lock's file removed and made anew
+    runThreads(400, [&] { // many waiters see the lock file removed and created again
         const CFileLock lock(m_folder.File("a.ini").native(), 20s);
         EXPECT_TRUE(lock.IsLocked() && ++nHolders == 1);
         std::this_thread::yield();

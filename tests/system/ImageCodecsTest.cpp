@@ -24,7 +24,7 @@ protected:
         const auto spBitmap = m_codecs.Load(strPath);
         return spBitmap ? static_cast<CQtBitmap&>(*spBitmap).GetImage() : QImage();
     }
-    // A file of these bytes, whose name tells nothing; null when it is refused.
+    // Loads a file with these bytes and a name without a type; null when it is rejected.
     QImage Load(const std::string& strFile) {
         m_files.m_mapFiles[L"p.jpg"] = strFile;
         return LoadFile(L"p.jpg");
@@ -38,7 +38,7 @@ protected:
     CImageCodecs m_codecs{m_files};
 };
 
-// A file as Qt writes it, of JPEG the progressive form; a compression of -1 is the format's own.
+// A file as Qt writes it, JPEG progressive; a compression of -1 is the format's default.
 std::string Encode(const QImage& image, const char* pszFormat, int nCompression = -1) {
     QBuffer buffer;
     QImageWriter writer(&buffer, pszFormat);
@@ -129,7 +129,7 @@ TEST_F(ImageCodecs, EveryKindCutShortIsRefused) {
 
 TEST_F(ImageCodecs, TooLargeIsRefused) {
     const int nOld = QImageReader::allocationLimit();
-    QImageReader::setAllocationLimit(1); // which does not hold here
+    QImageReader::setAllocationLimit(1); // the limit must not apply here
     EXPECT_EQ(Load(Encode(Soft(30000, 12), "png")).size(), QSize(30000, 12));
     EXPECT_EQ(QImageReader::allocationLimit(), 1);
     QImageReader::setAllocationLimit(nOld);
@@ -141,7 +141,7 @@ TEST_F(ImageCodecs, SoftAlphaAndColoursStayBitForBit) {
     QImage image = Soft(256, 128);
     for (const QColorSpace& space : {QColorSpace(), QColorSpace(QColorSpace::AdobeRgb),
                                      QColorSpace(QColorSpace::Primaries::SRgb, 1.4f)}) {
-        image.setColorSpace(space); // nothing, a profile, a gamma
+        image.setColorSpace(space); // none, a profile, a gamma
         EXPECT_EQ(Load(Encode(image, "png")), Soft(256, 128));
     }
     EXPECT_EQ(SaveAndLoad(L"a.PNG", Soft(256, 128)), Soft(256, 128));

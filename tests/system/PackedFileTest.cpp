@@ -1,4 +1,4 @@
-// Packed bytes come back from any place, and damage is told.
+// Packed bytes can be read from any position, and damage is reported.
 #include "system/PackedFile.h"
 
 #include "core/Base/Failure.h"
@@ -12,7 +12,7 @@ namespace {
 
 constexpr size_t BLOCK = 1 << 20;
 
-// Bytes as tiles have them: runs, and a stretch that does not pack.
+// Bytes like those of tiles: runs, and a part that cannot be compressed.
 std::string MakeBytes(size_t nLength) {
     std::mt19937 random(static_cast<uint32_t>(nLength));
     std::string strBytes(nLength, '\0');
@@ -77,7 +77,7 @@ TEST_F(PackedFile, FilesOfAnotherKindAreReadAsTheyAre) {
     for (const std::string strFile : {"", "VLM", "VLM1 and so on"})
         EXPECT_EQ(ReadAll(*Open(strFile)), strFile);
     EXPECT_EQ(OpenPacked(nullptr), nullptr);
-    m_files.m_nReadable = 20; // a disk that fails behind the first header
+    m_files.m_nReadable = 20; // a disk that fails after the first header
     EXPECT_EQ(Open(Pack(MakeBytes(2 * BLOCK))), nullptr);
 }
 

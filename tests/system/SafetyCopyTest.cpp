@@ -1,4 +1,4 @@
-// Files that can be written in folders that cannot.
+// Writable files in folders that are not writable.
 #include "core/Base/Text.h"
 #include "system/FileStore.h"
 #include "system/Locations.h"
@@ -31,7 +31,7 @@ protected:
     bool Save(const std::string& str) {
         return AsPlainUser(0, [&] { return !!m_files.Replace(FromUtf8(m_path.native()), str); });
     }
-    // Saves, but no file can grow beyond `uLimit` from when the copy has been filled. Ends at that if
+    // Saves, but no file can grow beyond `uLimit` after the copy was filled. The process ends there if
     // `bDies`.
     bool SaveFails(const std::string& str, rlim_t uLimit, EFileFailure failure, bool bDies = false) {
         return AsPlainUser(0, [&] {
@@ -108,7 +108,7 @@ TEST_F(SafetyCopy, WhatBrokeOffIsOfferedUntilTheFileIsWhole) {
 
 TEST_F(SafetyCopy, AnothersFileInASharedFolderStaysTheirs) {
     if (geteuid() != 0) GTEST_SKIP() << "only the superuser can make files of others";
-    chmod(m_folder.GetPath().c_str(), 01777); // files can be made, but not renamed over others'
+    chmod(m_folder.GetPath().c_str(), 01777); // files can be created, but not renamed over others'
     const ino_t uNode = Node();
     EXPECT_TRUE(Save(m_strNew));
     EXPECT_TRUE(Content() == m_strNew && Node() == uNode && CountFiles(m_folder.GetPath()) == 1);

@@ -68,7 +68,7 @@ TEST_F(SnapshotStore, WhatCannotBeRestoredIsOfferedNoMore) {
     CSnapshotStore(*this).Write(1, Bytes("x"), m_note);
     CSnapshotStore store(*this);
     store.SetAside(store.FindLeft().at(0).strName);
-    // A note without a document, a write that was cut off, the user's own.
+    // A note without a document, an interrupted write, the user's own file.
     for (const char* psz : {"0123456789abcdef-1.ini", "0123456789abcdef-2.vlm.AbCdEf", "notes.txt"})
         std::ofstream(m_pathRecovery / psz) << "x";
     store.ReleaseLeft();
