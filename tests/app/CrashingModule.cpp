@@ -1,4 +1,4 @@
-// A filter module that leaves pictures as they are, and crashes over those that are 7 pixels wide.
+// A filter module that leaves pictures unchanged, and crashes on those that are 7 pixels wide.
 #include "host/Abi/FilterRecord.h"
 
 #include <csignal>
@@ -7,7 +7,7 @@ extern "C" __attribute__((visibility("default"))) void PluginMain(int16_t nSelec
                                                                   int16_t* pnResult) {
     const auto* pFilterRecord = static_cast<const hostabi::FilterRecord*>(pRecord);
     if (nSelector == hostabi::filterSelectorStart && pFilterRecord->filterRect.right == 7) {
-        std::signal(SIGSEGV, SIG_DFL); // no sanitizer is to tell of it
+        std::signal(SIGSEGV, SIG_DFL); // without a sanitizer's report
         std::raise(SIGSEGV);
     }
     *pnResult = 0;

@@ -1,4 +1,4 @@
-// vellumcraft-session as its user meets it: what it writes and says, its exit code, its worker processes.
+// vellumcraft-session from its user's view: its files and output, its exit code, its worker processes.
 #include "tests/support/ProgramTest.h"
 
 #include "TestPaths.h"
@@ -12,7 +12,7 @@ class CSessionProgram : public CProgramTest {
 protected:
     void SavePage(const std::string& strName, int nWidth, QColor color) {
         QImage image(nWidth, 20, QImage::Format_ARGB32);
-        color.setAlpha(254); // an opaque picture would come back opaque
+        color.setAlpha(254); // an opaque picture would be returned opaque
         image.fill(color);
         SavePicture(strName, image);
     }
@@ -20,7 +20,7 @@ protected:
     int Run(const std::string& strArguments, const std::string& strProgram = VELLUM_SESSION) {
         return RunProgram(strProgram, strArguments);
     }
-    /// The same with a terminal to write to.
+    /// The same with a terminal as output.
     int RunOnTerminal(const std::string& strCommand) {
         int nTerminal = -1;
         const pid_t pid = forkpty(&nTerminal, nullptr, nullptr, nullptr);
@@ -107,17 +107,17 @@ TEST_F(CSessionProgram, ABatchDoesWhatItCan) {
         << m_strSaid;
     EXPECT_FALSE(std::filesystem::exists(m_folder.File("done/deep/e.png")));
     EXPECT_EQ(Run("--each 'pages/[ab].png' --out-dir done half"), 0) << m_strSaid;
-    // One that crashes does not take the others with it.
+    // A page that crashes does not affect the others.
     SavePage("pages/d.png", 7, Qt::blue);
     EXPECT_EQ(Run("--each 'pages/[cd].png' --out-dir safe half --module '" VELLUM_CRASHING_MODULE "'"), 1);
     EXPECT_TRUE(Says("pages/d.png: failed: ended by signal 11") && Says("pages/c.png: done")) << m_strSaid;
-    // Who interrupts it gets the sum of what is done.
+    // An interrupt prints the totals so far.
     std::string strLong;
     for (int n = 0; n < 1000; ++n) strLong += "{\"wait\":3600000}\n";
     Write("long", strLong);
     Run("1 '" VELLUM_SESSION "' --each 'pages/[abc].png' --out-dir t --jobs 2 long", "timeout' -s 'INT");
     EXPECT_TRUE(Says("failed: ended by signal 2") && Says("\n0 done, 2 failed, 1 not begun, ")) << m_strSaid;
-    // On a terminal there is a bar, and a line only for what failed.
+    // A terminal shows a bar, and a line only for a failure.
     EXPECT_EQ(RunOnTerminal("'" VELLUM_SESSION "' --each 'pages/[ef].png' --out-dir t half"), 1);
     EXPECT_TRUE(Says("] 2 of 2, 2 failed") && Says("f.png: failed: ")) << m_strSaid;
 }
