@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """Runs the benchmarks and prints one table of ratios to their peers: bench_table.py FOLDER [--json FILE] [OPTION...]
 
-FOLDER holds the bench-* programs; OPTIONs go to each of them. What is compared with what stands in bench/pairs.tsv. A
-benchmark without a peer gets a line of its own. With --json the table and all that was measured are kept.
+FOLDER holds the bench-* programs; OPTIONs go to each of them. The compared pairs are listed in bench/pairs.tsv. A
+benchmark without a peer gets a separate line. With --json the table and all measurements are written.
 """
 import json
 import os
@@ -13,7 +13,7 @@ import sys
 import tempfile
 
 PAIRS = pathlib.Path(__file__).resolve().parent.parent / "bench" / "pairs.tsv"
-# What the library appends to a name for how it was measured.
+# Suffixes that the library appends to a name for the way of measuring.
 MEASURED = re.compile(r"/(real_time|manual_time|process_time|iterations:\d+)$")
 NANOSECONDS = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
 
@@ -35,7 +35,7 @@ def plain_name(name):
 
 
 def run(program, options):
-    """All results of one program by their names, and the library's own words on the machine."""
+    """All results of one program by name, and the library's description of the machine."""
     with tempfile.NamedTemporaryFile(suffix=".json") as out:
         subprocess.run([program, f"--benchmark_out={out.name}", "--benchmark_out_format=json", *options], check=True,
                        stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
@@ -45,7 +45,7 @@ def run(program, options):
 
 
 def cost(result, compared):
-    """Nanoseconds, of one item where items a second are compared: less is better."""
+    """Nanoseconds, per item where items per second are compared: less is better."""
     if result is None or result.get("error_occurred"):
         return None
     if compared == "rate":
@@ -137,7 +137,7 @@ def main():
     if kept:
         with open(kept, "w") as file:
             json.dump({"machine": about, "ratios": lines, "measured": measured}, file, indent=1)
-    # A filter leaves names out; without one each of them was to be there.
+    # A filter omits names; without one every name must be present.
     if unknown and not any(option.startswith("--benchmark_filter") for option in options):
         sys.exit("bench/pairs.tsv names what was not measured:\n  " + "\n  ".join(sorted(set(unknown))))
 

@@ -4,7 +4,7 @@
 A family may include: itself, every family of a lower level, and those of its own level that the table's
 third column names. Rooms above core include what their row names, with the rooms in it. core/ includes no Qt and no OS
 header.
-Exit code 1 with one line a breach.
+Exit code 1 with one line per violation.
 """
 import pathlib
 import re

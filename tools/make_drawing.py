@@ -3,8 +3,8 @@
 
     make_drawing.py SCRIPT PAGE
 
-A session as a hand makes it: the pen comes near, touches, presses and lifts, moves over to the next stroke. The script
-goes through the whole of the tablet's input (packets in the window), with brush, eraser and pencil.
+A session like that of a user: the pen enters, touches, presses, lifts and moves to the next stroke. The script uses
+the tablet's input (packets in the window), with brush, eraser and pencil.
 """
 import json
 import math
@@ -37,7 +37,7 @@ class Drawing:
     def tool(self, number, **settings):
         for key, value in settings.items():
             self.say(set={"section": "BrushParam\\" + SECTION[number], "key": key, "value": value})
-        # A tool reads its settings when it is taken up anew.
+        # A tool reads its settings when it is selected again.
         self.say(tool=BRUSH if number != BRUSH else ERASER)
         self.say(tool=number)
 
@@ -48,10 +48,10 @@ class Drawing:
         self.at = at
 
     def stroke(self, curve, press, altitude=600):
-        """Along a Bezier curve, the pressure rising to `press` and falling again, with a hand's small faults."""
+        """Draws a Bezier curve; the pressure rises to `press` and falls again, with small random deviations."""
         length = sum(math.dist(bezier(curve, k / 16), bezier(curve, (k + 1) / 16)) for k in range(16))
         steps = max(8, int(length / 5))
-        # The pen flies over and comes down along the stroke.
+        # The pen hovers to the stroke and comes down along it.
         start, ahead = bezier(curve, 0), bezier(curve, 1 / steps)
         before = [tuple(a - k * (b - a) for a, b in zip(start, ahead)) for k in (4, 3, 2, 1)]
         for k in range(1, 5):
@@ -129,10 +129,10 @@ def draw(d):
             d.stroke([(x, y), bow[0], bow[1], tip], 0.7)
         d.stroke([(x, y), (x + (tip[0] - x) * 0.3, y + (tip[1] - y) * 0.3), (x + (tip[0] - x) * 0.6, y + (tip[1] - y) * 0.6),
                   (x + (tip[0] - x) * 0.85, y + (tip[1] - y) * 0.85)], 0.3)
-    # A light in the eye.
+    # The highlight in the eye.
     d.tool(ERASER, BrushRadius=5)
     d.stroke([(319, 208), (321, 208), (322, 210), (321, 212)], 0.8)
-    # Shade by the pencil, until it is a hundred: the breast, then under the branch.
+    # Pencil shading, up to a hundred strokes: the breast, then under the branch.
     d.tool(PENCIL, BrushRadius=12, PaperRoughness=3, PencilHardness=1)
     shade = 0
     while d.strokes < 100:

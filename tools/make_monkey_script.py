@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
-"""Writes a session script that a monkey might play: make_monkey_script.py FILE LINES SEED [PROJECT]
+"""Writes a random session script: make_monkey_script.py FILE LINES SEED [PROJECT]
 
-Random strokes, commands, layers, views, panels and keys on small canvases; between them walks through undo and redo,
-and documents saved and opened again, each of which has to lead to the same document. Every line is valid, whatever came
-before it: commands are tried, and what needs a document has one. PROJECT is opened now and then beside the others.
+Random strokes, commands, layers, views, panels and keys on small canvases; between them undo and redo,
+and saving and reopening of documents, each of which must restore the same document. Every line is valid after any other:
+commands use `try`, and lines that need a document have one. PROJECT is opened from time to time.
 The same SEED gives the same script.
 """
 import json
@@ -17,7 +17,7 @@ VIEW_COMMANDS = [12808] + list(range(12810, 12815)) + list(range(12816, 12822))
 PANELS = [12803, 12804, 12805, 12809, 12815]
 TOOLS = [2, 3, 8]
 SECTIONS = ["RasterBrush", "RasterEraser", "RasterPencil"]
-# A setting of a tool, and what to choose from.
+# Settings of the tools, and their possible values.
 PARAMS = {"BrushRadius": [1, 2, 5, 12], "BrushAlpha": [1, 90, 255], "BlurLevel": [0, 30, 100], "Spray": [0, 0, 80],
           "WaveEnable": [0, 1], "WaveDistMin": [0, 9], "WaveDistMax": [0, 9, 40], "WaveSmooth": [1, 6],
           "CurveStrength": [0, 3, 12], "PressAlpha": [0, 1], "PressRadius": [0, 1], "AntiSplit": [0, 1],
@@ -50,7 +50,7 @@ class Monkey:
         return {"x": self.random.randint(-80, w * 8 + 80), "y": self.random.randint(-80, h * 8 + 80)}
 
     def settle(self):
-        """Ends whatever is being drawn, dragged or held."""
+        """Ends strokes and drags, and releases keys."""
         self.say("proximity", "leave")
         self.say("mouse", {"message": "rdown", "x": 0, "y": 0})
         self.say("keys", [])
@@ -139,7 +139,7 @@ class Monkey:
             self.say("try", panel)
 
     def walk(self):
-        """A new action drops what could be redone; so as many redos as undos lead back."""
+        """A new action clears the redo list, so as many redos as undos restore the document."""
         self.settle()
         self.say("try", NEW_RASTER)
         self.say("mark", "walk")
@@ -163,7 +163,7 @@ class Monkey:
             self.say("export", self.random.choice(["page.png", "page.psd", "page.gif", "page.jpg", "page.bmp"]))
 
     def visit_project(self):
-        """Paths are drawn, rasterized, and come back by undo."""
+        """Draws and rasterizes paths, and restores them by undo."""
         self.settle()
         self.say("open", self.project)
         self.view_size()
@@ -193,7 +193,7 @@ class Monkey:
             self.random.choices(deeds, weights)[0]()
             self.left -= len(self.lines) - before
             if self.left < 0:
-                # What is done last makes the document differ, so that its closing asks.
+                # The last action modifies the document, so that closing it shows a prompt.
                 self.settle()
                 self.say("try", NEW_RASTER)
                 self.say("answer", {"box": "no"})

@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """Makes a project file with every kind of vector stroke: make_path_sheet.py FILE
 
-From the top: ends, widths, corners, loops and bends, cuts, waves, hands, filled shapes, dots. The bytes are those of
-docs/project-file.md; everything random is seeded.
+From the top: ends, widths, corners, loops and bends, cuts, waves, hands, filled shapes, dots. The format is that of
+docs/project-file.md; all random numbers are seeded.
 """
 import math
 import random
@@ -29,7 +29,7 @@ def units(p):
 def anchor(at, back=None, fore=None):
     payload = ints(*units(at))
     for handle in (back, fore):
-        # -1 stands for no handle, so a handle's own -1 is moved.
+        # -1 means no handle, so a handle's coordinate of -1 is changed.
         moved = tuple(0 if n == -1 else n for n in units(handle)) if handle else (0, 0)
         payload += ints(*(moved if moved != (0, 0) else (-1, -1)))
     return chunk("PCPA", 0, payload)
@@ -67,7 +67,7 @@ def shape(anchors):
 
 
 def smooth(positions, closed=False):
-    """Anchors through positions with handles along the neighbours, as a hand's line is fitted."""
+    """Anchors through positions with handles parallel to the neighbours' chord, as in a fitted line."""
     n = len(positions)
     anchors = []
     for i, p in enumerate(positions):
@@ -165,7 +165,7 @@ def rows():
         paths.append(stroke(line(x, y, 165), 5, (ROUND,), (ROUND,), (), (), wave))
         paths.append(stroke(arch(x, y + 65, 165, 30), 4, (SHARP,), (SHARP,), [(0.5, 1.5, 1.5)], (), wave))
         paths.append(stroke(line(x, y + 85, 165), 1.2, (SHARP,), (SHARP,), (), (), wave))
-    # A hand: lines as they come from fitting noisy pen traces.
+    # Hand-drawn lines, as fitted to noisy pen traces.
     hand = random.Random(7)
     for k in range(9):
         x, top = 30 + 130 * k, 1140
@@ -202,7 +202,7 @@ def rows():
         size = 0.5 + k
         paths.append(shape(smooth([(620 + 22 * k, y), (620 + 22 * k + size, y + size), (620 + 22 * k, y + 2 * size),
                                    (620 + 22 * k - size, y + size)], True)))
-    # Strokes hardly longer than wide, and of one place.
+    # Strokes hardly longer than wide, and strokes of a single point.
     for k in range(10):
         paths.append(stroke(line(620 + 30 * k, y + 50, 1 + 2 * k), 5, (ROUND,), (ROUND,)))
         paths.append(stroke(line(620 + 30 * k, y + 80, 1 + 2 * k), 5, (SHARP,), (SHARP,)))

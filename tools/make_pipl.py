@@ -4,7 +4,7 @@
 usage: make_pipl.py [--check] [FOLDER]   (FOLDER holds pipl.tsv and receives pipl32.bin and pipl64.bin;
                                           default: resources/ of this project)
 
-With --check nothing is written; exit code 1 when a stored file is not what the table gives.
+With --check nothing is written; exit code 1 when a stored file differs from the table.
 """
 import pathlib
 import struct

@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """Draw resources/samples/sample.png: an inked branch with leaves and a bird, on white paper.
 
-The picture is made of strokes with a width profile, as a pen would leave them, so that a session has
-something real to show.
+The picture is made of strokes with a width profile, as a pen would leave them, so that a session shows
+a realistic picture.
 """
 import math
 import pathlib

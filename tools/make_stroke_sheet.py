@@ -3,7 +3,7 @@
 
     make_stroke_sheet.py SCRIPT PAGE
 
-One row a parameter: size, hardness, opacity, pressure, taper, wobble, spray, pencil grade, tilt, paper.
+One row per parameter: size, hardness, opacity, pressure, taper, wobble, spray, pencil grade, tilt, paper.
 """
 import json
 import math
@@ -44,7 +44,7 @@ class Sheet:
         self.say(tool=number)
 
     def stroke(self, x, y, width, pressure, altitude=90, hover=4):
-        """A wave of two arcs whose pressure rises and falls, with the pen's way in and out."""
+        """Draws a wave of two arcs whose pressure rises and falls, with the pen's approach and exit."""
         def point(n, press):
             t = n / POINTS
             self.say(

@@ -3,8 +3,8 @@
 
 usage: make_textures.py FOLDER
 
-The papers are 512 by 512 and tile. Eight texels make a canvas pixel; graphite stays where they are dark. They
-are noise of three coarsenesses: a fine tooth, a rough one and a rougher one. The first is stored with a palette,
+The papers are 512 by 512 and tile. Eight texels make a canvas pixel; graphite sticks where they are dark. They
+are noise of three grades: fine, rough and rougher. The first is stored with a palette,
 the others as 8-bit grey. The grain is 40 by 40 bytes, 255 where no graphite lies: a dark irregular speck.
 """
 import itertools
@@ -23,7 +23,7 @@ CONTRAST = 2.3  # how hard hills and hollows part
 
 
 def blur_rows(plane, radius):
-    """A box of 2 * radius + 1 values around each, the rows being rings; then rows become columns."""
+    """Box filter of 2 * radius + 1 values with wrapped rows; then rows become columns."""
     width = 2 * radius + 1
     out = []
     for row in plane:
@@ -33,7 +33,7 @@ def blur_rows(plane, radius):
 
 
 def blur(plane, radius):
-    """Three boxes in each direction, nearly a bell; the plane tiles."""
+    """Three box filters in each direction, nearly a Gaussian; the plane tiles."""
     for _ in range(3):
         plane = blur_rows(blur_rows(plane, radius), radius)
     return plane
@@ -44,7 +44,7 @@ def combine(function, *planes):
 
 
 def normal(plane):
-    """The plane with mean 0 and deviation 1."""
+    """Normalizes the plane to mean 0 and deviation 1."""
     values = [v for row in plane for v in row]
     mean = sum(values) / len(values)
     deviation = math.sqrt(sum((v - mean) ** 2 for v in values) / len(values))
@@ -52,15 +52,15 @@ def normal(plane):
 
 
 def noise(rng, radius):
-    """Tiling band-passed noise of mean 0 and deviation 1: features about as wide as the blur, and nothing much
-    wider, since that is what would show where the tile comes again."""
+    """Tiling band-passed noise of mean 0 and deviation 1: features about as wide as the blur, and hardly
+    any wider, which would make the repetition of the tile visible."""
     fine = blur([[rng.random() for _ in range(SIDE)] for _ in range(SIDE)], radius)
     return normal(combine(lambda v, wide: v - wide, fine, blur(fine, 2 * radius)))
 
 
 def paper(seed, layers):
-    """Sums weighted layers of noise, the coarsest first, and bends them to 0..LIGHTEST. Every neighbourhood takes as
-    much graphite as every other, with as much contrast."""
+    """Sums weighted layers of noise, the coarsest first, and maps them to 0..LIGHTEST. Every area takes the same
+    amount of graphite, with the same contrast."""
     rng = random.Random(seed)
     coarse = layers[0][0]
     height = normal(combine(lambda *v: sum(v), *(combine(lambda v, w=weight: v * w, noise(rng, radius))
@@ -87,7 +87,7 @@ def write_png(path, rows, palette):
 
 
 def grain():
-    """A lump whose edge wanders, darker inside, with a few crumbs: about a third of the bytes are dark."""
+    """An irregular blob, darker inside, with a few specks: about a third of the bytes are dark."""
     rng = random.Random(5)
     waves = [(k, rng.uniform(-1, 1) * 2.6 / k ** 0.7, rng.uniform(0, 2 * math.pi)) for k in range(2, 9)]
     crumbs = [(rng.uniform(4, 36), rng.uniform(4, 36), rng.uniform(0.8, 2.2)) for _ in range(14)]

@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
-"""A random hand in the real window: run_hand.py PROGRAMS FOLDER [STEPS [SEED]]
+"""Random user input in the real window: run_hand.py PROGRAMS FOLDER [STEPS [SEED]]
 
-PROGRAMS is the folder of the built programs. In an X server without a screen a hand draws, drags, types, opens menus
-and dialogs, moves windows and panels; what it does is recorded. At the end each document is saved, the program closed,
+PROGRAMS is the folder of the built programs. In an X server without a screen the script draws, drags, types, opens menus
+and dialogs, moves windows and panels; the session is recorded. At the end each document is saved, the program closed,
 and the record played without a window: its documents must be the same bytes. Runs of some hundred steps, with the seeds
-from SEED on. A run that fails stays in FOLDER with its record, what was said and a picture of the screen. The exit code
-is 1 when one has failed. Needs Xvfb, openbox, xdotool and import.
+from SEED on. The files of a failed run stay in FOLDER: its record, its output and a picture of the screen. The exit
+code is 1 when one has failed. Needs Xvfb, openbox, xdotool and import.
 """
 import os
 import pathlib
@@ -29,7 +29,7 @@ class Failure(Exception):
 
 
 class Screen:
-    """An X server of its own with a window manager."""
+    """A separate X server with a window manager."""
 
     def __enter__(self):
         out, into = os.pipe()
@@ -51,7 +51,7 @@ class Screen:
 
 
 class Hand:
-    """Pointer and keyboard. One xdotool a gesture: its events come as fast as they can be taken."""
+    """Pointer and keyboard. One xdotool call per gesture: its events are sent without delay."""
 
     def __init__(self, screen, chance, pause, folder):
         self.env, self.chance, self.pause, self.folder = screen.env, chance, pause, folder
@@ -68,14 +68,14 @@ class Hand:
         time.sleep(seconds * self.pause)
 
     def wait_until(self, happened, least):
-        """At least `least` seconds, longer where a busy machine keeps what should happen waiting."""
+        """Waits at least `least` seconds, longer on a busy machine."""
         self.wait(least)
         end = time.monotonic() + LATE
         while not happened() and time.monotonic() < end:
             self.wait(0.2)
 
     def in_dialog(self):
-        """True when another window than the main one has the keyboard."""
+        """True when a window other than the main one has the focus."""
         name = subprocess.run(["xdotool", "getactivewindow", "getwindowname"], env=self.env, capture_output=True, text=True).stdout
         return name.strip() != "Vellumcraft"
 
@@ -96,12 +96,12 @@ class Hand:
         return self.chance.randrange(width - 250, width - 10), self.chance.randrange(120, height - 60)
 
     def take_window(self, width, height):
-        """Moves the main window to the screen's corner. Beside it is nothing to click on."""
+        """Moves the main window to the screen's corner. Clicks beside it have no effect."""
         self.size = width, height
         self.do("search", "--onlyvisible", "--name", "^Vellumcraft$", "windowactivate", "windowmove", 0, 0, "windowsize", width, height - 30)
         self.wait(0.2)
 
-    # What it can do.
+    # The possible actions.
 
     def move_view(self):
         self.do("keydown", "space")
@@ -171,7 +171,7 @@ class Hand:
         self.new_document()
 
     def save_document(self):
-        """True when there was one. Each gets a name of its own."""
+        """True when there was one. Each gets a unique name."""
         path = self.folder / f"{self.documents}.vlm"
         self.key("ctrl+s")
         self.wait_until(self.in_dialog, 0.8)
@@ -248,7 +248,7 @@ class Session:
             raise Failure(f"the program ended with {self.program.returncode}")
 
     def compare(self):
-        """Plays the record where the first documents were."""
+        """Plays the record in a folder with the first documents."""
         names = sorted(path.name for path in self.work.glob("*.vlm"))
         for name in names:
             (self.work / name).rename(self.work / "first" / name)

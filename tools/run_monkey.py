@@ -2,7 +2,7 @@
 """Plays random sessions: run_monkey.py PROGRAM FOLDER [LINES [SEED]]
 
 LINES are split over runs of some thousand, with the seeds from SEED on, two runs at a time. Every fourth run also opens
-a project with paths. A script that fails stays in FOLDER with what was said; the others go. The exit code is 1 when one
+a project with paths. A failed script stays in FOLDER with its output; the others are deleted. The exit code is 1 when one
 has failed.
 """
 import concurrent.futures
@@ -42,7 +42,7 @@ def play(program, folder, seed, lines):
     played = sum(1 for _ in open(work / "script.jsonl"))
     code, words = run(program, work, {})
     if code != 0 and any("LeakSanitizer has encountered a fatal error" in word for word in words):
-        # The counting of leaks itself failed, behind the session's end.
+        # The leak check itself failed, after the end of the session.
         code, words = run(program, work, {"ASAN_OPTIONS": "detect_leaks=0"})
     if code == 0:
         shutil.rmtree(work)
