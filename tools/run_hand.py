@@ -248,7 +248,7 @@ class Session:
             raise Failure(f"the program ended with {self.program.returncode}")
 
     def compare(self):
-        """Plays the record in a folder with the first documents."""
+        """Moves the documents away, plays the record in their folder and compares the results."""
         names = sorted(path.name for path in self.work.glob("*.vlm"))
         for name in names:
             (self.work / name).rename(self.work / "first" / name)
