@@ -1,5 +1,5 @@
-// The application module: the outside that it was given, the message loop of each thread. It lives as long as
-// the program or plug-in module that holds it.
+// The application module: the platform of the session and the message loop of each thread. It lives as long
+// as the program or plug-in module that contains it.
 #pragma once
 
 #include "core/AppModule/MessageLoop.h"
@@ -23,20 +23,20 @@ public:
     CAppModule();
     ~CAppModule();
 
-    /// Gives the application its outside for a session, null at its end. The record outlives the session.
-    /// Raises bad_alloc and leaves all as it was.
+    /// Sets the platform for a session; null ends it. The record must outlive the session. On bad_alloc
+    /// nothing changes.
     void SetPlatform(const TPlatform* pPlatform);
-    /// The outside; a self-check fails when no session runs.
+    /// The platform of the running session; a self-check fails when no session runs.
     const TPlatform& GetPlatform() const;
     bool HasPlatform() const { return m_pPlatform != nullptr; }
 
     /// The settings store of the platform; a self-check fails when no session runs.
     CIniConfig& GetSettings() const;
-    /// The session's keeper of snapshots; a self-check fails when no session runs.
+    /// The session's snapshot manager; a self-check fails when no session runs.
     CRecovery& GetRecovery() const;
 
-    /// Enters the calling thread's loop in the table, replacing an earlier one. False when the table cannot
-    /// grow, which leaves the loop unregistered.
+    /// Registers the calling thread's loop, replacing an earlier one. Returns false, without registering
+    /// it, when the table cannot grow.
     bool AddMessageLoop(const boost::shared_ptr<CMessageLoop>& spLoop);
     void RemoveMessageLoop();
     /// The calling thread's loop, null when there is none.
@@ -51,8 +51,8 @@ private:
     std::unique_ptr<CIniConfig> m_pSettings;
     std::unique_ptr<CRecovery> m_pRecovery;
     IWindow* m_pMainWindow = nullptr;
-    mutable std::mutex m_mtxLoops; ///< the only lock of the session around its table
-    /// With room for every session that there is as a rule: one whose loop is missing here does no idle work.
+    mutable std::mutex m_mtxLoops; ///< protects the table; the only lock of the session
+    /// Reserved for the usual number of sessions: a session whose loop is missing here does no idle work.
     boost::container::small_flat_map<std::thread::id, boost::shared_ptr<CMessageLoop>, 4> m_mapLoops;
 };
 

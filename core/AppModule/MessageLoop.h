@@ -1,4 +1,4 @@
-// The filters and idle handlers around the one message loop of a session.
+// The message loop of a session, with its filters and idle handlers.
 #pragma once
 
 #include "core/Platform/Message.h"
@@ -7,23 +7,23 @@
 
 #include <vector>
 
-/// Sees every message before it is dispatched.
+/// Receives every message before it is dispatched.
 class IMessageFilter {
 public:
     virtual ~IMessageFilter() = default;
-    /// True consumes the message.
+    /// Returns true to consume the message.
     virtual bool PreTranslateMessage(const TMessage& msg) = 0;
 };
 
-/// Works while no message waits.
+/// Called while the message queue is empty.
 class IIdleHandler {
 public:
     virtual ~IIdleHandler() = default;
-    /// `nCount` passes since the last message; true asks for another pass.
+    /// `nCount` is the number of passes since the last message; returns true to request another pass.
     virtual bool OnIdle(int nCount) = 0;
 };
 
-/// The registered filters and handlers. Neither is owned; who registers must remove itself before it dies.
+/// The registered filters and handlers. They are not owned: each must unregister before it is destroyed.
 class CMessageLoop : boost::noncopyable {
 public:
     void AddMessageFilter(IMessageFilter* pFilter);
@@ -31,17 +31,17 @@ public:
     void AddIdleHandler(IIdleHandler* pHandler);
     void RemoveIdleHandler(IIdleHandler* pHandler);
 
-    /// Offers the message from the filter registered last to the first; true when one consumed it.
+    /// Passes the message to the filters, the last registered first; true when one consumed it.
     bool PreTranslateMessage(const TMessage& msg);
-    /// Calls every idle handler in order; true when any asked for more.
+    /// Calls every idle handler in order; true when any requested another pass.
     bool OnIdle(int nCount);
-    /// False for the messages that are no reason to do idle work again.
+    /// False for messages that do not restart idle work.
     static bool IsIdleMessage(EMessage id);
 
-    /// Takes messages until the session's end: idle handlers run whenever none waits, filters come before
-    /// dispatch. Exceptions of filters and idle handlers pass through.
+    /// Processes messages until the session ends: idle handlers run while the queue is empty, filters run
+    /// before dispatch. Exceptions of filters and idle handlers propagate.
     void Run(IMessageQueue& queue);
-    /// Frees both lists.
+    /// Removes all filters and handlers.
     void Clear();
 
 private:

@@ -1,5 +1,5 @@
-// The message queue over any event pump: the order of messages is the application's own, so that it is the
-// same in a real window and in a played session.
+// The message queue over any event pump. The application defines the order of messages, so that it is the
+// same in a real window and in a replayed session.
 #pragma once
 
 #include "core/Platform/Message.h"
@@ -10,9 +10,9 @@
 
 class CMessageQueue : public IMessageQueue, boost::noncopyable {
 public:
-    /// Without a pump only posted messages come, and Get answers -1 when there are none.
+    /// Without a pump only posted messages are delivered, and Get returns -1 when there are none.
     CMessageQueue() = default;
-    /// The pump must be set before Peek or Get waits for it, and outlive the queue's use.
+    /// Must be called before Peek or Get waits; the pump must outlive the use of the queue.
     void SetPump(IEventPump* pPump) { m_pPump = pPump; }
 
     bool Peek() override;
@@ -28,5 +28,6 @@ private:
     bool m_bQuit = false;
 };
 
-/// Delivers a message at once, past the queue: the window's client first, its default handling after.
+/// Delivers a message immediately, bypassing the queue: first the window's client, then its default
+/// handling.
 void SendMessage(const TMessage& msg);
