@@ -13,9 +13,9 @@ constexpr uint8_t RedOf(TColor color) { return static_cast<uint8_t>(color); }
 constexpr uint8_t GreenOf(TColor color) { return static_cast<uint8_t>(color >> 8); }
 constexpr uint8_t BlueOf(TColor color) { return static_cast<uint8_t>(color >> 16); }
 
-/// Grey level of a colour: R * 0.299 + G * 0.587 + B * 0.114 (ITU-R BT.601 luma weights) summed in double
-/// precision, rounded to single, truncated. The rounding to single is what lets a neutral colour keep its
-/// level: in double the sum can fall a hair below the integer.
+/// Grey level of a colour: R * 0.299 + G * 0.587 + B * 0.114 (ITU-R BT.601 luma weights), summed in double
+/// precision, rounded to single, truncated. Rounding to single keeps the level of a neutral colour: in
+/// double the sum can fall slightly below the integer.
 constexpr uint8_t GreyOf(uint8_t r, uint8_t g, uint8_t b) {
     return static_cast<uint8_t>(static_cast<float>(r * 0.299 + g * 0.587 + b * 0.114));
 }

@@ -1,5 +1,5 @@
-// The failure model: every failure is an exception derived from std::exception, caught at a few fixed places
-// that report it and go on. There are no error codes between the application's own classes.
+// The failure model: every failure is an exception derived from std::exception, caught and reported at a
+// few fixed places. The application's own classes use no error codes among themselves.
 #pragma once
 
 #include "core/Base/FileFailure.h"
@@ -14,13 +14,13 @@
 
 /// The application's own logic has a fault.
 struct defect_logic {};
-/// A value or state that should be impossible was found in the data at hand.
+/// The data contain a value or state that should be impossible.
 struct illegal_data {};
-/// A function was called with an argument outside its contract.
+/// A function was called with an argument that violates its contract.
 struct invalid_argument {};
 
-/// A self-check that failed. `expression` is the condition's source text; `file` is empty and `line` 0 in
-/// every build, so that reports are the same wherever they were made.
+/// A failed self-check. `expression` is the condition's source text; `file` is empty and `line` 0 in every
+/// build, so that reports do not depend on the build.
 struct constraint_violation : std::exception {
     std::wstring expression;
     std::wstring file;
@@ -39,23 +39,23 @@ struct constraint_violation_as : constraint_violation {
     bool is(const std::type_info& tag) const override { return tag == typeid(T); }
 };
 
-/// A condition that is no simple expression: a missing object, a failed call. `message` names the operation,
-/// a colon and what went wrong.
+/// A failure that is not a simple condition: a missing object, a failed call. `message` names the
+/// operation, a colon and the cause.
 struct internal_error : std::runtime_error {
     std::wstring message;
     explicit internal_error(std::wstring strMessage)
         : std::runtime_error("INTERNAL_ERROR"), message(std::move(strMessage)) {}
 };
 
-/// The user asked for something that a document cannot hold. Nothing has changed; `message` says so in the
-/// user's language, with what to do instead.
+/// The request exceeds what a document can hold. Nothing has changed; `message` tells the user the cause
+/// and the remedy in Japanese.
 struct refused_error : std::runtime_error {
     std::wstring message;
     explicit refused_error(std::wstring strMessage)
         : std::runtime_error("REFUSED_ERROR"), message(std::move(strMessage)) {}
 };
 
-/// Bytes that are no document. `message` may say what was wrong with them.
+/// The bytes are not a valid document. `message` may state the cause.
 struct deserialize_error : std::runtime_error {
     std::wstring message;
     explicit deserialize_error(std::wstring strMessage = L"DESERIALIZE_ERROR")
@@ -70,7 +70,7 @@ struct fileopen_error : std::runtime_error {
         : std::runtime_error("FILEOPEN_ERROR"), message(std::move(strPath)), failure(why) {}
 };
 
-/// A file is no picture that can be read; `message` is its name.
+/// The file is not a readable picture; `message` is its name.
 struct loadimage_error : std::runtime_error {
     std::wstring message;
     EFileFailure failure;
@@ -79,7 +79,7 @@ struct loadimage_error : std::runtime_error {
 };
 
 /// Throws constraint_violation_as<Kind> with the given expression text. Out of line, so that a check costs
-/// its caller a branch and a call.
+/// only a branch and a call.
 template <class Kind>
 [[noreturn]] void ThrowViolation(const char* pszExpression);
 extern template void ThrowViolation<defect_logic>(const char*);
@@ -92,8 +92,8 @@ extern template void ThrowViolation<invalid_argument>(const char*);
 /// The text of the report for a caught exception, chosen by its dynamic type. May throw std::bad_alloc.
 std::wstring DescribeException(const std::exception& e);
 
-/// The format with %1%, %2% and so on (boost format placeholders, each once, up to nine) replaced by the
-/// arguments. Throws std::bad_alloc rather than to answer a part of it.
+/// Replaces %1%, %2% and so on (boost format placeholders, each once, up to nine) by the arguments. Throws
+/// std::bad_alloc; never returns a partial text.
 std::wstring FormatText(const wchar_t* pszFormat, std::initializer_list<std::wstring_view> vArguments);
 inline std::wstring FormatText(const wchar_t* pszFormat, std::wstring_view str1) {
     return FormatText(pszFormat, {str1});

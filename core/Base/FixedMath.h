@@ -1,4 +1,4 @@
-// Arithmetic on integers and 16.16 fixed-point numbers whose rounding is part of the results.
+// Integer and 16.16 fixed-point arithmetic with defined rounding.
 #pragma once
 
 #include "core/Base/Geometry.h"
@@ -11,7 +11,7 @@ constexpr uint32_t FIXED_ONE = 0x10000;
 /// a * b / c, halves rounded away from zero; -1 for a zero divisor and for a result beyond 32 bits.
 int32_t MulDiv(int64_t a, int64_t b, int64_t c);
 
-/// n / 0x10000, toward zero.
+/// n / 0x10000, rounded toward zero.
 constexpr int64_t ShiftFixed(int64_t n) { return (n + (n < 0 ? 0xFFFF : 0)) >> 16; }
 
 /// x1 * y2 - y1 * x2: positive when b lies clockwise of a on the screen.
@@ -31,9 +31,9 @@ uint32_t LengthDown(CPoint pt);
 /// Length of a vector to the nearest whole number, halves upward.
 uint32_t LengthRound(CPoint pt);
 
-/// The vector with the length `nLength`, by its rounded length; zero stays zero.
+/// The vector scaled to `nLength`, computed with its rounded length; zero stays zero.
 CPoint Scale(CPoint pt, int64_t nLength);
 
-/// The sum as long as it fits 32 bits; raises boost::numeric::bad_numeric_cast, whose text names the side of
-/// the overflow.
+/// The sum; raises boost::numeric::bad_numeric_cast when it exceeds 32 bits (the text tells overflow from
+/// underflow).
 CPoint CheckedAdd(CPoint a, CPoint b);

@@ -1,4 +1,4 @@
-// Plain integer geometry, 32-bit signed, in whatever unit the owner states.
+// Plain 32-bit signed integer geometry; the owner defines the unit.
 #pragma once
 
 #include <algorithm>
@@ -39,12 +39,12 @@ struct CRect {
     CSize Size() const { return {Width(), Height()}; }
     /// True when no pixel lies inside.
     bool IsEmpty() const { return left >= right || top >= bottom; }
-    /// The common part; empty (not necessarily normalised) when there is none.
+    /// The intersection; empty (not necessarily normalised) when there is none.
     CRect Intersect(const CRect& rc) const {
         return {std::max(left, rc.left), std::max(top, rc.top), std::min(right, rc.right),
                 std::min(bottom, rc.bottom)};
     }
-    /// The smallest rectangle around both; an empty side does not count.
+    /// The smallest rectangle around both; an empty rectangle is ignored.
     CRect Union(const CRect& rc) const {
         if (IsEmpty()) return rc;
         if (rc.IsEmpty()) return *this;

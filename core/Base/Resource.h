@@ -1,4 +1,4 @@
-// The files under resources/, carried inside the program.
+// The files under resources/, embedded in the program.
 #pragma once
 
 #include <string_view>

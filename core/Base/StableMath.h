@@ -1,16 +1,16 @@
-// Functions that a mathematical library may round differently from one machine to the next, made here of
-// operations that IEEE 754 rounds exactly (add, subtract, multiply), always in the same order.
+// Mathematical functions with the same result on every machine: built only from operations that IEEE 754
+// rounds exactly (add, subtract, multiply), in a fixed order.
 #pragma once
 
 #include <array>
 #include <cstdint>
 
-/// The parts of StableExp, for its vector form: exp(x) = 2^k * p(x - k * ln 2).
+/// The constants of StableExp, shared with its vector form: exp(x) = 2^k * p(x - k * ln 2).
 struct TExpTerms {
     static constexpr double LOG2_E = 0x1.71547652b82fep+0;
-    static constexpr double LN2_HIGH = 0x1.62e42feep-1; ///< times k without rounding
+    static constexpr double LN2_HIGH = 0x1.62e42feep-1; ///< multiplied by k without rounding
     static constexpr double LN2_LOW = 0x1.a39ef35793c76p-33;
-    /// Added and taken away again rounds to an integer, whose low bits stand in the sum's own.
+    /// Adding and subtracting it rounds to an integer; the low bits of the sum are that integer.
     static constexpr double ROUND = 0x1.8p52;
     /// 1 / n!, the highest power first.
     static constexpr std::array<double, 13> SERIES{
@@ -18,7 +18,7 @@ struct TExpTerms {
         1.0 / 120,       1.0 / 24,       1.0 / 6,       1.0 / 2,      1.0,         1.0};
 };
 
-/// exp(x) for x of -700 to 0, good to about one unit in the last place.
+/// exp(x) for x of -700 to 0, accurate to about one unit in the last place.
 double StableExp(double x);
 
 struct TSinCos {
@@ -26,5 +26,6 @@ struct TSinCos {
     double dCos;
 };
 
-/// Sine and cosine of an angle of -7 to 7 radians, good to little more than half a unit in the last place.
+/// Sine and cosine of an angle of -7 to 7 radians, accurate to little more than half a unit in the last
+/// place.
 TSinCos StableSinCos(double dAngle);

@@ -1,21 +1,21 @@
-// Text inside the application is wide; files and the outside speak UTF-8.
+// Text inside the application is wide; files and the platform use UTF-8.
 #pragma once
 
 #include <string>
 #include <string_view>
 
-/// Wide text of UTF-8 bytes. Ill-formed sequences become U+FFFD, so any bytes give some text.
+/// Wide text of UTF-8 bytes. Ill-formed sequences become U+FFFD, so that any input is accepted.
 std::wstring FromUtf8(std::string_view strBytes);
 
 /// UTF-8 bytes of wide text. Code points that cannot be encoded (lone surrogates, beyond U+10FFFF) become
 /// U+FFFD.
 std::string ToUtf8(std::wstring_view strText);
 
-/// True when both names are equal but for the case of the letters A to Z.
+/// True when both names are equal, ignoring the case of the letters A to Z.
 bool EqualNoCase(std::string_view a, std::string_view b);
 bool EqualNoCase(std::wstring_view a, std::wstring_view b);
 
-/// The file name's ending with its dot (".png"), empty when the last path component has none.
+/// The file name's extension with its dot (".png"), empty when the last path component has none.
 std::wstring_view ExtensionOf(std::wstring_view strPath);
 
 /// The last component of a path.
