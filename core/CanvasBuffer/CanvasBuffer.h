@@ -1,4 +1,4 @@
-// One open document: its size and colour mode, its layer tree, its undo history and the file it came from.
+// One open document: size, colour mode, layer tree, undo history and the file that it was loaded from.
 #pragma once
 
 #include "core/History/History.h"
@@ -10,9 +10,9 @@
 
 #include <string>
 
-/// Largest side of a canvas that the user may ask for, in pixels.
+/// Largest side of a canvas that the user can create, in pixels.
 constexpr int MAX_CANVAS_SIDE = 12000;
-/// Largest side that a document file may claim.
+/// Largest side that is accepted in a document file.
 constexpr int MAX_DOCUMENT_SIDE = 32767;
 
 class CCanvasBuffer : public ILayerCanvas,
@@ -21,7 +21,7 @@ class CCanvasBuffer : public ILayerCanvas,
 public:
     class InternalLayerBuffer;
 
-    /// All that an operation on the whole document can change.
+    /// The state that an operation on the whole document can change.
     struct FullBackup {
         boost::shared_ptr<InternalLayerBuffer> internalLayer; ///< the tree
         UpdateCounterMatrix spCounters;
@@ -33,12 +33,12 @@ public:
     CCanvasBuffer();
     ~CCanvasBuffer() override;
 
-    /// Reads a whole document from the top chunk's reader; raises deserialize_error, leaving the canvas to be
-    /// thrown away. `strPath` becomes its file and the title's source.
+    /// Reads a whole document from the top chunk's reader. After deserialize_error the canvas must be
+    /// discarded. `strPath` becomes its file, and the title is taken from it.
     virtual void Deserialize(CDeserializer& top, const std::wstring& strPath);
     /// Makes a new empty tree with the title "名称未設定". The sides must be positive.
     virtual void Create(CSize sz);
-    /// The top chunk.
+    /// Writes the top chunk.
     virtual CSerializer Serialize() const;
 
     CSize GetSize() const override { return m_size; }
@@ -46,51 +46,51 @@ public:
     bool IsColorRaster() const override { return m_bColorRaster; }
     CHistoryStream& GetHistory() override { return *m_spHistory; }
     uint64_t TakeStrokeNumber() override { return m_uStrokes++; }
-    /// Chooses the planes' kinds; only before Create.
+    /// Sets the pixel formats; only before Create.
     void SetColorMode(bool bColor, bool bColorRaster);
 
     CLayerBuffer& GetRoot() const override;
     TLayerPtr GetActiveLayer() const override;
     void SelectLayer(const TLayerPtr& spLayer) override;
 
-    /// Gathers the flags of the tree into the root's and counts them.
+    /// Collects the tree's update flags into the root's and counts them.
     void FlushCanvasUpdates() override;
-    /// The running counters; observers keep copies.
+    /// The update counters; observers compare them with their copies.
     const UpdateCounterMatrix& GetCounters() const { return *m_spCounters; }
-    /// The composite: the root's picture, current in every block that ComposeBlock was called for.
+    /// The composite: the root's picture, valid in every block that ComposeBlock was called for.
     CRasterBuffer& GetComposite() const;
-    /// Takes strokes in progress one slice of time further; true when a redraw is due.
+    /// Renders strokes in progress for one time slice; true when a redraw is due.
     bool Update() { return GetRoot().UpdateStrokes(GetRoot().GetNextStroke()); }
-    /// True while Update has something to do without any new point.
+    /// True while Update has work left without any new point.
     bool IsBehind() const { return GetRoot().IsBehind(); }
     /// True while complete strokes wait to be merged.
     bool HasPendingWork() const { return GetRoot().HasPendingWork(); }
-    /// Merges every complete stroke, however long it takes: whoever saves, undoes or changes the tree does so
-    /// first.
+    /// Merges every complete stroke, however long it takes. Required before saving, undoing or changing the
+    /// tree.
     void CompleteWork();
-    /// Brings the whole composite up to date.
+    /// Updates the whole composite.
     void ComposeAll();
-    /// The whole picture for use outside: in colour also while the screen shows it in grey, and in the
-    /// colours that the screen shows where raster layers are grey. Brings what is stale up to date; where
-    /// nothing paints it has no tile.
+    /// The whole picture for use outside the canvas: in colour even while the screen shows it in grey, and
+    /// in the colours that the screen shows where raster layers are grey. Updates stale blocks; empty areas
+    /// have no tiles.
     boost::shared_ptr<CRasterBuffer> Flatten();
 
     const boost::shared_ptr<CSelectBuffer>& GetSelect() const override { return m_spSelect; }
-    /// Replaces the selection; null selects nothing.
+    /// Replaces the selection; null removes it.
     void SetSelect(const boost::shared_ptr<CSelectBuffer>& spSelect) { m_spSelect = spSelect; }
 
-    /// Gives the tree as it is, draw buffers and pixels, new kinds. Not undoable by itself.
+    /// Converts the tree's draw buffers and pixels to other formats. Registers no undo step.
     void ConvertColorMode(bool bColor, bool bColorRaster);
-    /// Gives the tree, the selection and the counters another size; `change` fills it. Complete strokes must
-    /// have been merged. Not undoable by itself, and a failure leaves it half done.
+    /// Resizes the tree, the selection and the counters; `change` supplies the content. Complete strokes
+    /// must have been merged. Registers no undo step, and a failure leaves it incomplete.
     void Resize(CSize sz, const TLayerChange& change);
-    /// A backup with a copy of the tree that shares its tiles. Raises internal_error when it cannot be made.
+    /// A backup with a copy of the tree that shares its tiles. Raises internal_error on failure.
     FullBackup CreateFullBackup();
-    /// Exchanges a backup with the canvas's state and flags everything. What no undo step has stays with the
-    /// canvas: the title and which layers are shown. Counters of one size go on, since views tell changes by
-    /// them. Null does nothing.
+    /// Exchanges a backup with the canvas's state and flags everything as changed. The title and the
+    /// layers' visibility, which undo does not cover, stay with the canvas. Counters of the same size
+    /// continue, since views detect changes by them. Null does nothing.
     static void SwapFullBackup(const boost::shared_ptr<CCanvasBuffer>& spCanvas, FullBackup* pBackup);
-    /// Memory of a backup beside what the canvas shares with it; 0 for null.
+    /// Memory of a backup that is not shared with the canvas; 0 for null.
     static size_t GetBytesBeside(const boost::shared_ptr<CCanvasBuffer>& spCanvas, const FullBackup& backup);
 
     const std::wstring& GetPath() const { return m_strPath; }
@@ -107,13 +107,13 @@ private:
     bool m_bColorRaster = true;
     boost::shared_ptr<CHistoryStream> m_spHistory;
     boost::shared_ptr<CSelectBuffer> m_spSelect;
-    uint64_t m_uStrokes = 0; ///< numbers given to complete strokes
+    uint64_t m_uStrokes = 0; ///< the last number given to a complete stroke
     std::wstring m_strPath;
     boost::shared_ptr<UpdateCounterMatrix> m_spCounters;
     boost::shared_ptr<InternalLayerBuffer> m_spRoot;
 };
 
-/// A new canvas in full colour with an empty tree. The sides must be positive.
+/// Creates a canvas in full colour with an empty tree. The sides must be positive.
 boost::shared_ptr<CCanvasBuffer> CreateCanvas(CSize sz, bool bColor = true);
 
 /// Composes the block at pixel (x, y) if it is stale.
