@@ -1,4 +1,4 @@
-// Command ids: the numbers that messages, records and icons name a command by.
+// Command ids, as used in messages, records and icons.
 #pragma once
 
 enum ECommand : int {

@@ -1,5 +1,5 @@
-// The table of commands: what each is called, whether it is enabled and checked, what it does. Menus, tool
-// bar, shortcuts, session scripts and the recorder read it.
+// The table of commands: name, handler, enabled and checked state. Menus, tool bar, shortcuts, session
+// scripts and the recorder read it.
 #pragma once
 
 #include <boost/function.hpp>
@@ -8,33 +8,33 @@
 #include <map>
 #include <string_view>
 
-/// How a command shows in menus and on the tool bar.
+/// A command's state in menus and on the tool bar.
 struct TCommandState {
     bool bEnabled = false;
     bool bChecked = false;
 };
 
-/// The id of the command with a name, 0 for a name that no command has.
+/// The id of a command by its name, 0 for an unknown name.
 int FindCommandId(std::string_view strName);
-/// The name of the command with an id, null for an id that no command has.
+/// The name of a command by its id, null for an unknown id.
 const char* FindCommandName(int nId);
 
-/// What the commands of a session do. Every function is given the id that it is asked for, so that one can
+/// The command handlers of a session. Every function receives the command's id, so that one function can
 /// serve several commands.
 class CCommandTable : boost::noncopyable {
 public:
     using TTest = boost::function<bool(int nId)>;
     using TAct = boost::function<void(int nId)>;
 
-    /// Says what a command does, when it is enabled (without a function always) and when it is checked
-    /// (without one never). A self-check fails for an id without a name and for one bound twice.
+    /// Binds a command to its handler and its tests for enabled (default: always) and checked (default:
+    /// never). A self-check fails for an id without a name and for one bound twice.
     void Bind(int nId, const TAct& fnDo, const TTest& fnEnabled = {}, const TTest& fnChecked = {});
-    /// Says the same of commands that are not bound.
+    /// Sets the handler and the test of all commands that are not bound.
     void BindOthers(const TAct& fnDo, const TTest& fnEnabled) { m_others = {fnDo, fnEnabled, {}}; }
 
-    /// The state of a command as things stand.
+    /// The present state of a command.
     TCommandState GetState(int nId) const;
-    /// Does a command, enabled or not.
+    /// Executes a command, enabled or not.
     void Do(int nId) const;
 
 private:
