@@ -1,5 +1,4 @@
-// The screen copy: a 32-bit bitmap that a canvas window paints from, as window systems take it without
-// conversion.
+// The screen copy: a 32-bit bitmap that a canvas window paints from, in the window systems' native format.
 #pragma once
 
 #include "core/Base/Geometry.h"
@@ -29,9 +28,9 @@ public:
                (static_cast<size_t>(pt.y) * static_cast<size_t>(m_size.cx) + static_cast<size_t>(pt.x)) *
                    PIXEL_BYTES;
     }
-    /// Moves the whole picture; what moves in from outside is left as it was.
+    /// Moves the whole picture; uncovered pixels keep their old content.
     void Scroll(CPoint ptMove);
-    /// Takes over the pixels of `rc`, clipped, from a bitmap of the same size.
+    /// Copies the pixels of `rc`, clipped, from a bitmap of the same size.
     void CopyFrom(const CGDIBuffer& src, const CRect& rc);
     /// Fills the part of `rc` that lies inside with one colour (grey in B, G and R).
     void FillGrey(const CRect& rc, uint8_t uGrey);

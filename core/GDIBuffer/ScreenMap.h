@@ -1,4 +1,4 @@
-// How canvas pixels land on the screen: the view record and the sampling tables made from it.
+// The mapping of canvas pixels to the screen: the view record and its sampling tables.
 #pragma once
 
 #include "core/Base/Geometry.h"
@@ -16,8 +16,8 @@ struct TViewState {
     friend bool operator==(const TViewState&, const TViewState&) = default;
 };
 
-/// A view with only 0 and 90 degrees left: a half turn is both flips; at 90 degrees the vertical flip's sense
-/// is inverted, since x and y are exchanged first.
+/// A view reduced to 0 or 90 degrees: a half turn becomes both flips; at 90 degrees the vertical flip is
+/// inverted, since x and y are exchanged first.
 struct TNormalView {
     bool bSwap = false; ///< x and y are exchanged
     bool bFlipH = false;
@@ -29,13 +29,13 @@ TNormalView NormalizeView(const TViewState& view);
 /// degrees, at least 1.
 CSize ScaledSize(CSize szCanvas, const TViewState& view);
 
-/// Nearest-sample tables for one view of a plane. Every screen pixel of the canvas takes exactly one canvas
-/// pixel; shrinking by n takes sample n / 2 of each cell; a flipped view is the exact mirror of the unflipped
-/// one.
+/// Nearest-sample tables for one view of a plane. Every screen pixel of the canvas shows exactly one canvas
+/// pixel; shrinking by n takes sample n / 2 of each cell; a flipped view is the exact mirror of the
+/// unflipped one.
 class CScreenMap {
 public:
-    /// `ptOrigin` is where the scaled canvas's top-left corner lies in the target, `szTarget` the target's
-    /// size; only the part of the canvas inside the target is mapped.
+    /// `ptOrigin` is the position of the scaled canvas's top-left corner in the target, `szTarget` the
+    /// target's size; only the part of the canvas inside the target is mapped.
     CScreenMap(CSize szCanvas, CPoint ptOrigin, const TViewState& view, CSize szTarget);
 
     /// The target pixels that show the canvas; may be empty.
