@@ -1,4 +1,4 @@
-// Undoable changes: each an object with a label, kept in two lists.
+// Undoable actions, each with a label, kept in an undo and a redo list.
 #pragma once
 
 #include <boost/function.hpp>
@@ -10,23 +10,23 @@
 #include <deque>
 #include <string>
 
-/// One done action. Undo and Redo are called in turn, never twice in a row.
+/// An undoable action. Undo and Redo are called alternately.
 class CHistory : boost::noncopyable {
 public:
     explicit CHistory(std::wstring strName) : m_strName(std::move(strName)) {}
     virtual ~CHistory() = default;
     virtual void Undo() = 0;
     virtual void Redo() = 0;
-    /// The label that the user reads.
+    /// The label shown to the user.
     const std::wstring& GetName() const { return m_strName; }
-    /// Memory that the action held and the document did not when it was last measured: over all actions of a
-    /// list this counts everything once. What takes less than a kilobyte or so is not counted.
+    /// Memory, as last measured, that the action holds and the document does not, such that the sum over a
+    /// list counts everything once. Amounts below about a kilobyte are not counted.
     size_t GetBytes() const { return m_nBytes; }
-    /// Called while the action is the one next to the document's state: registered, undone or done again.
+    /// Called while the action is next to the document's state: after registering, undo and redo.
     void Measure() { m_nBytes = CountBytes(); }
 
 protected:
-    /// What GetBytes answers from now on. Never throws.
+    /// The value that Measure stores for GetBytes. Never throws.
     virtual size_t CountBytes() const { return 0; }
 
     std::wstring m_strName;
@@ -35,34 +35,34 @@ private:
     size_t m_nBytes = 0;
 };
 
-/// A document's undo and redo lists: at most g_Switches.m_nMaxHistory undo steps, and no more of the older
-/// ones than g_Switches.m_nHistoryMegabytes hold with the newest.
+/// A document's undo and redo lists: at most g_Switches.m_nMaxHistory undo steps; older ones are dropped
+/// when all together exceed g_Switches.m_nHistoryMegabytes.
 class CHistoryStream : boost::noncopyable {
 public:
     virtual ~CHistoryStream() = default;
 
-    /// Adds a done action, ends all redoing, drops what exceeds the limits; the first line of the list then
-    /// names the oldest state that can still be reached. Null is ignored. When it throws, nothing has
-    /// changed: whoever registers first and then changes without a failure is never half done.
+    /// Adds a done action, clears the redo list and drops what exceeds the limits; the first line of the
+    /// list then names the oldest state that can be reached. Null is ignored. On an exception nothing has
+    /// changed, so register first and then make changes that cannot fail.
     void Register(const boost::shared_ptr<CHistory>& spHistory);
-    /// Takes back the newest action. While a cancel handler is set it is called instead and nothing is
-    /// popped; one that answers false is dropped.
+    /// Undoes the newest action. While a cancel handler is set, calls it instead and pops nothing; a
+    /// handler that returns false is removed.
     void Undo();
     void Redo();
-    /// Drops both lists.
+    /// Clears both lists.
     void Clear();
-    /// An unfinished operation's way to be cancelled; an empty function ends it.
+    /// Sets the function that cancels an unfinished operation; an empty function removes it.
     void SetCancelHandler(const boost::function<bool()>& fnCancel) { m_fnCancel = fnCancel; }
     bool CanUndo() const { return !m_deqUndo.empty() || m_fnCancel; }
     bool CanRedo() const { return !m_deqRedo.empty(); }
     /// True when the document differs from its file.
     bool IsModified() const { return m_bModified; }
-    /// A change, or (false) a save of the document as it is.
+    /// Marks the document as changed, or (false) as saved.
     void SetModified(bool bModified);
-    /// The newest action while a further change may be folded into it, which then calls SetModified: nothing
-    /// is undone, and the action did not make the saved document, which must stay within reach. Null else.
+    /// The newest action if a further change may be merged into it (followed by SetModified); null
+    /// otherwise: after an undo, or when the action made the saved state, which must stay reachable.
     boost::shared_ptr<CHistory> GetFoldable() const;
-    /// Counts the changes: equal numbers mean an equal document.
+    /// Counts the changes: equal numbers mean equal documents.
     uint32_t GetChangeCount() const { return m_uChanges; }
     /// True while an operation that can be cancelled is unfinished.
     bool IsUnfinished() const { return !m_fnCancel.empty(); }
@@ -75,7 +75,7 @@ public:
     const std::wstring& GetInitialName() const { return m_strInitial; }
 
 private:
-    /// How many of the present undo steps stay below a new one.
+    /// The number of present undo steps that remain below a new one.
     size_t CountKept(const CHistory& historyNew) const;
 
     std::deque<boost::shared_ptr<CHistory>> m_deqUndo;

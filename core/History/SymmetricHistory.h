@@ -1,4 +1,4 @@
-// Changes whose undo and redo are the same: exchange a saved state with the target's present one.
+// Actions whose undo and redo are the same: they exchange a saved state with the target's present one.
 #pragma once
 
 #include "core/History/History.h"
@@ -8,15 +8,15 @@
 
 #include <utility>
 
-/// `T` is what was changed, held weakly; `S` the state that it had, a value.
+/// `T` is the changed object, held weakly; `S` its saved state, a value.
 template <class T, class S>
 class CSymmetricHistory : public CHistory {
 public:
-    /// Exchanges the state with the target's; must do nothing for a null target. Never throws.
+    /// Exchanges the state with the target's; must ignore a null target. Never throws.
     using TSwap = void (*)(const boost::shared_ptr<T>& spTarget, S* pState);
-    /// Memory of the state beside what the target has; 0 for a null target. Never throws.
+    /// Memory of the state that is not shared with the target; 0 for a null target. Never throws.
     using TCount = size_t (*)(const boost::shared_ptr<T>& spTarget, const S& state);
-    /// What is done with a state.
+    /// The operations on a state.
     struct TFunctions {
         TSwap fnSwap;
         TCount fnCount;
@@ -39,7 +39,7 @@ private:
     TFunctions m_functions;
 };
 
-/// Saves a state for the time of an operation: one that leaves before Commit gets the saved state back.
+/// Saves a state for the duration of an operation. Without Commit the destructor restores it.
 template <class T, class S>
 class CSymmetricHistoryHelper : boost::noncopyable {
 public:
@@ -50,7 +50,7 @@ public:
     virtual ~CSymmetricHistoryHelper() {
         if (m_bArmed) m_functions.fnSwap(m_spTarget, &m_state);
     }
-    /// The operation is done: registers its action. One that cannot be registered is taken back.
+    /// Ends the operation and registers its action; if that fails, the operation is reverted.
     void Commit(std::wstring strName, CHistoryStream& history) {
         const auto spHistory = boost::make_shared<CSymmetricHistory<T, S>>(std::move(strName), m_spTarget,
                                                                            std::move(m_state), m_functions);
