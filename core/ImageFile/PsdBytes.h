@@ -1,4 +1,4 @@
-// The bytes of a layered PSD file as they are put together; all numbers big-endian.
+// The output buffer of a layered PSD file; all numbers big-endian.
 #pragma once
 
 #include <cstddef>
@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-/// Grows at its end. A file over 32 bits raises refused_error.
+/// Appends only. A file over 32 bits raises refused_error.
 class CPsdBytes {
 public:
     void WriteByte(uint8_t u) { *Extend(1, 0) = u; }
@@ -15,12 +15,13 @@ public:
     void WriteText(std::string_view str);
     /// A length byte and the text, at most 255 bytes of it, padded to a multiple of four.
     void WritePascal(std::string_view str);
-    /// Adds `nCount` bytes of a value; valid until the next write.
+    /// Appends `nCount` bytes of a value; valid until the next write.
     uint8_t* Extend(size_t nCount, uint8_t uFill);
 
-    /// Writes a 32-bit length that is not known yet and answers where it stands.
+    /// Reserves a 32-bit length and returns its offset.
     size_t BeginLength();
-    /// Sets it to the count of all that was written since, zeros added to a multiple of `nAlign` counted.
+    /// Sets the length to the count of the bytes written since, including zero padding to a multiple of
+    /// `nAlign`.
     void EndLength(size_t nAt, size_t nAlign = 1);
     void SetInt32(size_t nAt, uint32_t u);
 
@@ -28,5 +29,5 @@ public:
     const std::string& GetBytes() const { return m_strBytes; }
 
 private:
-    std::string m_strBytes; ///< what a file store takes
+    std::string m_strBytes; ///< the type that a file store accepts
 };

@@ -1,4 +1,4 @@
-// Layered PSD files, written only. What is written and why: docs/psd.md.
+// Export of layered PSD files; see docs/psd.md for the content and its reasons.
 #pragma once
 
 #include "core/CanvasBuffer/CanvasBuffer.h"
@@ -6,10 +6,10 @@
 class IFileStore;
 class IImageCodecs;
 
-/// True when the name has the ending .psd, in any case.
+/// True when the name has the extension .psd, in any case.
 bool IsPsdFile(const std::wstring& strPath);
 
-/// Writes the document with its layers, put together in memory and written beside, then renamed over. Raises
-/// fileopen_error when the file cannot be written, refused_error when the format cannot hold the document (a
-/// side over 30,000 pixels, over 32,767 records, over 4 GiB), with the old file whole.
+/// Writes the document with its layers, assembled in memory, to a temporary file that is renamed over the
+/// old one. Raises fileopen_error when the file cannot be written, refused_error when the document exceeds
+/// the format (a side over 30,000 pixels, over 32,767 records, over 4 GiB); the old file stays unchanged.
 void ExportPsd(CCanvasBuffer& canvas, const std::wstring& strPath, IFileStore& files, IImageCodecs& codecs);

@@ -8,10 +8,10 @@
 #include <string>
 
 /// The channels of a record with pixels in the order A, R, G, B: a compression word, the byte count of each
-/// row in 16 bits, the packed rows. Straight alpha, without the layer's opacity; a grey layer is grey in all
-/// colours. The canvas's flags must have been gathered.
+/// row in 16 bits, the packed rows. Straight alpha, without the layer's opacity; a grey layer repeats its
+/// value in R, G and B. The canvas's flags must have been collected.
 std::array<std::string, 4> PackPsdChannels(const TPsdRecord& record);
 
-/// Fills three planes of the canvas's size, R, G and B one after the other, white before, with the flattened
-/// picture as it looks on white.
+/// Fills three planes of the canvas's size, R, G and B consecutively, initially white, with the picture
+/// flattened on white.
 void ResolvePsdPicture(CCanvasBuffer& canvas, uint8_t* pPlanes);

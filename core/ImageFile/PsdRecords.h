@@ -1,4 +1,4 @@
-// How a layer tree becomes the flat list of records that a layered PSD file holds.
+// Conversion of a layer tree to the flat list of records that a layered PSD file holds.
 #pragma once
 
 #include "core/LayerBuffer/LayerBuffer.h"
@@ -7,7 +7,7 @@
 
 enum class EPsdRecord {
     Content,    ///< pixels: the layer's own content
-    Picture,    ///< pixels: the layer with everything below it
+    Picture,    ///< pixels: the layer composed with everything below it
     GroupEnd,   ///< the lower bracket of a group, no pixels
     GroupStart, ///< the upper bracket, which carries the group's name
 };
@@ -16,7 +16,7 @@ struct TPsdRecord {
     EPsdRecord kind;
     CLayerBuffer* pLayer;
     bool bVisible;
-    bool bClipped; ///< paints only where the next record below that is not clipped has paint
+    bool bClipped; ///< clipped to the next record below that is not clipped
 };
 
 /// The records of everything below `root`, the bottom one first.
