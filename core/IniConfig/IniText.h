@@ -1,5 +1,5 @@
-// A profile file as bytes: sections in square brackets, lines of key, equals sign and value, comments behind
-// a semicolon. Nothing of a hand-edited file moves but the one value that is set.
+// Parsing and editing of a profile file: sections in square brackets, lines of key, equals sign and value,
+// comments after a semicolon. Setting a value changes nothing else in a hand-edited file.
 //
 // Names are compared without regard to the case of A to Z, and blanks (space, tab) around names and values
 // are not part of them. The first section of a name and the first key of a name in it count, on reading and
@@ -10,17 +10,17 @@
 #include <string>
 #include <string_view>
 
-/// The value of a key, without its blanks and one pair of matching quotes around it; nullopt when the section
-/// or the key is not there.
+/// The value of a key, without surrounding blanks and one pair of matching quotes; nullopt when the section
+/// or the key is missing.
 std::optional<std::string> FindIniValue(std::string_view strFile, std::string_view strSection,
                                         std::string_view strKey);
 
-/// Sets the value of a key so that FindIniValue gives it back, except that line breaks inside it become
-/// blanks. A new key goes to the end of its section, a new section to the end of the file. True when the file
-/// changed; false also for names that no profile file can hold (empty, a line break, `]` in a section, `=` in
-/// a key, a key that would read as a comment or a section).
+/// Sets a key's value so that FindIniValue returns it, except that line breaks in it become blanks. A new
+/// key is added at the end of its section, a new section at the end of the file. True when the file
+/// changed; false also for names that no profile file can hold (empty, a line break, `]` in a section, `=`
+/// in a key, a key that would read as a comment or a section).
 bool SetIniValue(std::string& strFile, std::string_view strSection, std::string_view strKey,
                  std::string_view strValue);
 
-/// Takes a key's line out of the file; true when there was one.
+/// Removes a key's line from the file; true when there was one.
 bool RemoveIniKey(std::string& strFile, std::string_view strSection, std::string_view strKey);

@@ -1,4 +1,4 @@
-// The documents that the user opened last, in a store of their own beside the settings.
+// The recently opened documents, in their own file beside the settings.
 #pragma once
 
 #include <boost/noncopyable.hpp>
@@ -10,17 +10,17 @@
 class IFileStore;
 class ILocations;
 
-/// At most four paths, newest first. The file is read when the list is first asked for; a change takes up
-/// what another program has written meanwhile and is saved in one update of the file. When the file cannot be
-/// written the change holds in memory.
+/// At most four paths, newest first. The file is read when the list is first used; a change includes what
+/// another program has written meanwhile and is saved in one update of the file. When the file cannot be
+/// written, the change stays in memory.
 class CRecentDocumentList : boost::noncopyable {
 public:
-    /// `files` outlives the list.
+    /// `files` must outlive the list.
     CRecentDocumentList(IFileStore& files, std::wstring strPath);
 
-    /// Puts a path at the top, from wherever it was; an empty one is ignored.
+    /// Moves or adds a path to the top; an empty one is ignored.
     void Add(const std::wstring& strPath);
-    /// Takes a path off the list.
+    /// Removes a path from the list.
     void Remove(const std::wstring& strPath);
     /// Newest first.
     const std::vector<std::wstring>& GetPaths();
