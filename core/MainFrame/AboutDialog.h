@@ -1,4 +1,4 @@
-// What the program is and what it runs in.
+// The dialog with the program's version and its environment.
 #pragma once
 
 #include "core/Platform/Dialogs.h"
@@ -13,7 +13,7 @@ public:
     const char* GetName() const override { return "CAboutDialog"; }
     std::wstring GetTitle() const override { return L"Vellumcraft について"; }
     std::wstring GetExtraButton() const override { return L"クリップボードにコピー"; }
-    /// Puts the report on the clipboard.
+    /// Copies the report to the clipboard.
     void OnExtra() override;
     bool OnOk(IWindow*) override { return true; }
     bool HasCancel() const override { return false; }

@@ -1,4 +1,4 @@
-// Writes the commands' states to what shows them; menu and tool bar cannot disagree.
+// Writes the commands' states to menu and tool bar from one source.
 #pragma once
 
 #include "core/Commands/Commands.h"

@@ -1,5 +1,5 @@
-// The top-level frame of a session: routes commands, keeps their states, opens files, decides the order of
-// closing.
+// The top-level frame of a session: routes commands, updates their states, opens files, defines the order
+// of closing.
 #pragma once
 
 #include "core/AppModule/MessageLoop.h"
@@ -27,10 +27,10 @@ public:
     CMainFrame();
     ~CMainFrame() override;
 
-    /// Makes and shows the window with its menu, tool bar, zoom box and status line, and enters the frame
-    /// with the thread's message loop. Raises internal_error when the window system refuses.
+    /// Creates and shows the window with its menu, tool bar, zoom box and status line, and registers the
+    /// frame with the thread's message loop. Raises internal_error when the window system refuses.
     void CreateFrameWindow();
-    /// The window, null before CreateFrameWindow and after it is gone.
+    /// The window; null before CreateFrameWindow and after its destruction.
     IMainWindow* GetWindow() const { return m_pWindow; }
 
     bool OnMessage(const TMessage& msg) override;
@@ -39,25 +39,25 @@ public:
     bool PreTranslateMessage(const TMessage& msg) override;
     bool OnIdle(int nCount) override;
 
-    /// Opens a window on a canvas as MDI child. Raises internal_error when the window system refuses.
+    /// Opens a canvas window as MDI child. Raises internal_error when the window system refuses.
     void OpenFrame(const boost::shared_ptr<CCanvasFrame>& spFrame);
-    /// Opens a file in a new frame; a failure is told to the user. True when it opened.
+    /// Opens a file in a new frame and reports a failure to the user. True when it opened.
     bool OpenFile(const std::wstring& strPath);
-    /// Puts a file in line to be opened; one is opened at each idle pass.
+    /// Queues a file to be opened; each idle pass opens one.
     void QueueFile(const std::wstring& strPath) { m_deqOpenFiles.push_back(strPath); }
 
-    /// Has the user asked, when idle, what becomes of documents that broken sessions left: they are opened as
-    /// unsaved ones, deleted, or kept for the next start.
+    /// Schedules the recovery dialog for the next idle pass: documents left by broken sessions are opened
+    /// as unsaved, deleted, or kept for the next start.
     void QueueRecovery() { m_bOfferRecovery = true; }
 
-    /// Makes the tool of a number the active one; the old one's operation is cancelled. A number without a
-    /// tool leaves things as they are and answers false.
+    /// Activates a tool by its number and cancels the old one's operation. Returns false and changes
+    /// nothing for an unknown number.
     bool SwitchTool(int nId);
     CPanels& GetPanels() { return m_panels; }
-    /// The status line's text beside the scale.
+    /// The message in the status line, beside the scale.
     const std::wstring& GetTold() const { return m_strTold; }
 
-    /// The state rules' answers for one command.
+    /// True when the command's test enables it.
     bool IsCommandEnabled(int nId) const { return m_commands.GetState(nId).bEnabled; }
     bool IsCommandChecked(int nId) const { return m_commands.GetState(nId).bChecked; }
 
@@ -84,15 +84,15 @@ private:
     bool OnClose();
     void OnDestroy();
     void OnInitMenuPopup();
-    /// Marks the titles of changed documents and has their snapshots taken.
+    /// Marks the titles of changed documents and triggers their snapshots.
     void WatchDocuments();
-    /// Tells the panels of the active document's changes.
+    /// Notifies the panels of changes in the active document.
     void WatchChanges();
-    /// Leaves what is unsaved for the next start to offer.
+    /// Saves snapshots of unsaved documents for recovery at the next start.
     void KeepDocuments();
-    /// Writes what has been changed of the tool's and the panels' settings, at most twice a second.
+    /// Writes changed settings of the tool and the panels, at most twice a second.
     void WatchSettings();
-    /// Closes a frame whose opening failed halfway.
+    /// Closes a frame whose opening failed.
     void AbandonFrame(const boost::shared_ptr<CCanvasFrame>& spFrame);
     void OnToolNotice(EToolNotice notice);
     bool DoIdleWork();
@@ -103,28 +103,28 @@ private:
     void ForgetTold();
 
     IMainWindow* m_pWindow = nullptr;
-    CStrokeRandom m_random; ///< one sequence for all strokes of a session
+    CStrokeRandom m_random; ///< the random sequence of all strokes of a session
     CPenContact m_contact;
     TToolOutside m_outside;
     boost::shared_ptr<CTools> m_spActiveTool;
-    bool m_bEraserEnd = false;   ///< which end of the pen is near
-    int m_nToolBeforeEraser = 0; ///< what the pen's tip draws with while its other end erases
-    std::wstring m_strTold;      ///< why a press did nothing, while that is so
+    bool m_bEraserEnd = false;   ///< the pen's eraser end is near
+    int m_nToolBeforeEraser = 0; ///< the tool to restore when the pen's tip comes back
+    std::wstring m_strTold;      ///< the reason why presses are refused at present
     CPanels m_panels;
     CCommandTable m_commands;
-    boost::weak_ptr<CCanvasBuffer> m_wpSeen; ///< the document that the panels show
+    boost::weak_ptr<CCanvasBuffer> m_wpSeen; ///< the document that the panels show now
     uint32_t m_uSeenChanges = 0;
     std::deque<std::wstring> m_deqOpenFiles;
     std::unique_ptr<CRecentDocumentList> m_pRecentList;
     std::vector<int> m_vMenuCommands;
     std::vector<int> m_vToolBarCommands;
-    uint32_t m_uSettingsTick = 0; ///< when settings were last kept
+    uint32_t m_uSettingsTick = 0; ///< when settings were last written
     bool m_bOfferRecovery = false;
-    bool m_bToldSnapshots = false; ///< the user knows that snapshots cannot be written
+    bool m_bToldSnapshots = false; ///< the failure to write snapshots has been reported
 };
 
 /// The main frame, non-null exactly while it exists.
 extern boost::shared_ptr<CMainFrame> g_pMainFrame;
 
-/// Makes the main frame and its window. Raises internal_error.
+/// Creates the main frame and its window. Raises internal_error.
 void CreateMainFrame();

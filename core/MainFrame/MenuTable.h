@@ -1,4 +1,4 @@
-// The menus and accelerators, read from their tables among the resources.
+// The menus and accelerators, read from the tables in the resources.
 #pragma once
 
 #include "core/Platform/Menu.h"
@@ -15,7 +15,7 @@ std::vector<TMenuItem> LoadMenu(int nMenu);
 /// The tool bar's command ids, 0 for a separator.
 std::vector<int> LoadToolBar();
 
-/// All command ids of a menu, from the top.
+/// All command ids of a menu, from top to bottom.
 std::vector<int> ListCommands(const std::vector<TMenuItem>& vMenu);
 
 /// One shortcut.
@@ -29,5 +29,5 @@ struct TAccelerator {
 /// The shortcuts, in the order of their table.
 const std::vector<TAccelerator>& GetAccelerators();
 
-/// The command of a key message under the present modifier keys, 0 for none.
+/// The command of a key message with the present modifier keys, 0 for none.
 int TranslateAccelerator(const TMessage& msg, IKeyState& keys);

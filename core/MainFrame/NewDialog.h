@@ -1,4 +1,4 @@
-// The new canvas's size and colour mode.
+// The dialog for a new canvas's size and colour mode.
 #pragma once
 
 #include "core/Base/Geometry.h"
@@ -10,7 +10,7 @@ public:
 
     const char* GetName() const override { return "CNewDialog"; }
     std::wstring GetTitle() const override { return L"新規作成"; }
-    /// Refuses sizes outside 1 to MAX_CANVAS_SIDE: says so, puts 800 or 600 back and stays open.
+    /// Refuses sizes outside 1 to MAX_CANVAS_SIDE: reports it, restores 800 or 600 and stays open.
     bool OnOk(IWindow* pOwner) override;
 
     /// The accepted size in pixels.

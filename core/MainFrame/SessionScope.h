@@ -1,5 +1,4 @@
-// What stands around a session, whoever began it: the platform on loan, the codecs, the thread's message
-// loop.
+// Setup and teardown of a session: the platform, the codecs, the thread's message loop.
 #pragma once
 
 #include "core/AppModule/MessageLoop.h"
@@ -10,25 +9,25 @@
 
 #include <cstdint>
 
-/// One session of the calling thread, from the first set-up to the last tear-down. Only one runs at a time.
+/// One session of the calling thread, from the first setup to the last teardown. Only one runs at a time.
 class CSessionScope : boost::noncopyable {
 public:
-    /// Lends the platform to the application, starts the codecs, registers a message loop. Raises bad_alloc;
-    /// another session can begin then.
+    /// Sets the platform, starts the codecs, registers a message loop. Raises bad_alloc, after which
+    /// another session can start.
     explicit CSessionScope(const TPlatform& platform);
-    /// Destroys windows that an exception left open, lets go of the frames, removes the loop, shuts the
-    /// codecs down, takes the platform back. Whoever still holds the canvas or a frame may release it after
-    /// this.
+    /// Destroys windows that an exception left open, releases the frames, removes the loop, shuts the
+    /// codecs down, clears the platform. Remaining references to the canvas or a frame may be released
+    /// later.
     ~CSessionScope();
 
-    /// Runs the message loop to the session's end.
+    /// Runs the message loop until the session ends.
     void Run();
-    /// The session never began: the codecs stay started and the table keeps its entry, which the next session
-    /// replaces.
+    /// Marks a session that failed to start: the codecs stay started and the loop stays registered until
+    /// the next session replaces it.
     void Abandon() { m_bAbandoned = true; }
 
 private:
-    // Gives the platform back however the session ends, also when it never began.
+    // Clears the platform in every case, also when the session failed to start.
     struct CLoan : boost::noncopyable {
         explicit CLoan(const TPlatform& platform);
         ~CLoan();
