@@ -1,4 +1,4 @@
-// The brush at work: a short stroke, drawn as it would be on the canvas at 100 percent.
+// Preview of the brush: a short stroke as it would look on the canvas at 100 percent.
 #pragma once
 
 #include "core/Platform/Panel.h"
@@ -10,7 +10,7 @@
 
 class CBrushView : public IPanelView, boost::noncopyable {
 public:
-    /// What is shown from now on; null shows nothing.
+    /// Sets the tool to preview; null shows nothing.
     void SetTool(CRasterBrushBase* pTool);
     void OnPaint(IPaintTarget& target, const TPanelPaint& paint) override;
 
@@ -27,6 +27,6 @@ private:
 
     bool m_bTool = false;
     TShown m_shown;
-    TShown m_drawn; ///< what m_pBuffer shows
+    TShown m_drawn; ///< the parameters that m_pBuffer was drawn with
     std::unique_ptr<CGDIBuffer> m_pBuffer;
 };

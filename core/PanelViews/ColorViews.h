@@ -1,4 +1,4 @@
-// The parts of the colour panel that paint themselves.
+// The custom-painted views of the colour panel.
 #pragma once
 
 #include "core/GDIBuffer/GDIBuffer.h"
@@ -10,7 +10,7 @@
 #include <memory>
 #include <vector>
 
-/// A view whose picture is made anew at each paint.
+/// A view that redraws its whole picture at each paint.
 class CPaintedView : public IPanelView, boost::noncopyable {
 public:
     void OnPaint(IPaintTarget& target, const TPanelPaint& paint) override;
@@ -29,10 +29,10 @@ class CColorCircleView : public CPaintedView {
 public:
     THsv m_hsv;
 
-    /// Follows the pointer: the part in which the button went down has it until it comes up. True when the
-    /// colour changed.
+    /// Handles the pointer: the part that was pressed keeps the drag until the button is released. True
+    /// when the colour changed.
     bool OnPointer(EMessage id, CPoint pt);
-    /// Arrows move within the square; true when the colour changed.
+    /// Arrow keys move within the square; true when the colour changed.
     bool OnKey(int nKey);
 
 protected:
@@ -50,13 +50,13 @@ private:
     static void DrawSquare(CGDIBuffer& buffer, const TGeometry& geometry, int nHue);
 
     EPart m_part = EPart::None;
-    // The ring and the square of one hue do not change while a colour is chosen in it.
+    // Cached, since ring and square stay the same while a colour of one hue is chosen.
     std::unique_ptr<CGDIBuffer> m_pGround;
     THsv m_hsvGround;
     TColor m_clrGround = 0;
 };
 
-/// Drawing and background colour as two boxes that overlap.
+/// Drawing and background colour as two overlapping boxes.
 class CTwoColorBoxView : public CPaintedView {
 public:
     TColor m_clrBrush = 0;
@@ -66,7 +66,7 @@ protected:
     void Draw(CGDIBuffer& buffer, const TPanelPaint& paint) override;
 };
 
-/// A row of colours used before.
+/// A row of recently used colours.
 class CColorListView : public CPaintedView {
 public:
     static constexpr int COLUMNS = 12;
@@ -74,7 +74,7 @@ public:
 
     /// The colour at a position, -1 for none.
     int FindAt(CPoint pt) const;
-    int m_nSelected = 0; ///< what the keyboard stands at
+    int m_nSelected = 0; ///< the keyboard's selection
 
 protected:
     void Draw(CGDIBuffer& buffer, const TPanelPaint& paint) override;

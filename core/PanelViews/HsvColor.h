@@ -12,5 +12,5 @@ struct THsv {
 };
 
 TColor ColorOfHsv(const THsv& hsv);
-/// What the colour leaves open (the hue of a grey, the saturation of black) is taken from `like`.
+/// Undefined parts (the hue of a grey, the saturation of black) are taken from `like`.
 THsv HsvOfColor(TColor color, const THsv& like);

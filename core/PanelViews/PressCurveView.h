@@ -9,7 +9,7 @@
 
 class CGDIBuffer;
 
-/// Where the handles are, in percent, y from the top.
+/// The positions of the handles, in percent, y from the top.
 struct TPressHandles {
     int x1 = 0, y1 = 100;
     int x2 = 100, y2 = 0;
@@ -20,7 +20,7 @@ struct TPressHandles {
 TPressHandles HandlesOf(const TBrushParam& param);
 void SetHandles(TBrushParam& param, const TPressHandles& handles);
 
-/// A dragged handle is at least 2 percent away from both sides of its corner and at most 80 percent from the
+/// Limits a handle to at least 2 percent from both sides of its corner and at most 80 percent from the
 /// corner, so that it cannot reach the other one.
 void LimitHandle1(TPressHandles& handles);
 void LimitHandle2(TPressHandles& handles);
@@ -30,20 +30,20 @@ public:
     TPressHandles m_handles;
 
     void OnPaint(IPaintTarget& target, const TPanelPaint& paint) override;
-    /// A button that goes down near a handle takes it. True when the handles changed.
+    /// A press near a handle starts a drag. True when the handles changed.
     bool OnPointer(EMessage id, CPoint pt);
-    /// Arrows move the chosen handle, Space chooses the other one. True when there is something to be shown.
+    /// Arrow keys move the selected handle, Space selects the other one. True when a redraw is due.
     bool OnKey(int nKey);
 
 private:
-    /// The largest square in the middle, less 2 pixels at each side.
+    /// The largest centred square, less 2 pixels at each side.
     CRect GetBox() const;
     CPoint ToPercent(CPoint pt) const;
     void MoveHandle(CPoint ptPercent);
 
-    CSize m_size; ///< of the last paint
+    CSize m_size; ///< at the last paint
     CPoint m_ptPressed;
-    bool m_bMoved = false; ///< the pointer, since it took a handle
+    bool m_bMoved = false; ///< the pointer has moved since the drag began
     int m_nDragged = 0;    ///< 1 or 2 while a handle is dragged, else 0
-    int m_nSelected = 1;   ///< what the keyboard moves
+    int m_nSelected = 1;   ///< the handle that the keyboard moves
 };
