@@ -1,4 +1,4 @@
-// The brush sizes at hand, and where the settings keep them.
+// The list of brush sizes and its settings.
 #pragma once
 
 #include <boost/noncopyable.hpp>
@@ -8,19 +8,19 @@
 
 class CIniConfig;
 
-/// Sizes in half pixels of the radius, 1 to MAX_BRUSH_RADIUS, rising, each once.
+/// Brush sizes in half pixels, 1 to MAX_BRUSH_RADIUS, ascending and unique.
 class CBrushList : boost::noncopyable {
 public:
-    /// Takes over section "BrushList"; without sizes there it has 1, 2, 4, 8 and 16.
+    /// Reads section "BrushList"; without sizes there the list is 1, 2, 4, 8 and 16.
     void Read(CIniConfig& config);
     /// Writes what has changed since Read.
     void Write(CIniConfig& config);
 
     const std::vector<uint32_t>& GetSizes() const { return m_vSizes; }
-    /// The place of a size, -1 when it is not there.
+    /// The index of a size, -1 when it is missing.
     int Find(uint32_t uSize) const;
     void Add(uint32_t uSize);
-    /// A self-check fails for a place that is none.
+    /// A self-check fails for an invalid index.
     void Remove(int idx);
 
 private:
