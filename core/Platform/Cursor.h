@@ -1,10 +1,10 @@
-// The shapes that the pointer takes over a canvas.
+// The pointer shapes over a canvas.
 #pragma once
 
 enum class ECursor {
     Arrow,
     Forbidden, ///< the tool cannot work on the layer
-    Cross,     ///< precise placing; the tool draws its own circle or icon around
+    Cross,     ///< precise positioning; the tool draws its own circle or icon around it
     Hand,      ///< the canvas can be dragged
     HandGrip,  ///< the canvas is being dragged
 };

@@ -1,4 +1,4 @@
-// Files as whole strings of bytes or piece by piece, and where the application keeps its own.
+// File access as whole strings of bytes or piece by piece, and the application's own folders.
 #pragma once
 
 #include "core/Base/FileFailure.h"
@@ -10,21 +10,21 @@
 #include <string>
 #include <string_view>
 
-/// A file opened for reading: the one that the path meant then, also when another has taken its place.
+/// A file opened for reading. It keeps reading the same file when the path is replaced.
 class IFileReader {
 public:
     virtual ~IFileReader() = default;
-    /// Bytes in the file when it was opened.
+    /// The file's size in bytes when it was opened.
     virtual uint64_t GetSize() const = 0;
-    /// Fills `pTo` with `nLength` bytes from `uFrom` on. False when they cannot be read or the file has
+    /// Reads `nLength` bytes at offset `uFrom` into `pTo`. False when they cannot be read or the file has
     /// become shorter.
     virtual bool Read(uint64_t uFrom, uint8_t* pTo, size_t nLength) = 0;
 };
 
-/// Takes the next bytes of a file being written; false when they cannot be.
+/// Writes the next bytes of a file; false on failure.
 using TWriteBytes = std::function<bool(std::string_view)>;
 
-/// Hands bytes on piece by piece in their order; false when one of them was not taken, or to give up.
+/// Passes bytes to the writer piece by piece in order; returns false when the writer failed, or to abort.
 using TFillBytes = std::function<bool(const TWriteBytes&)>;
 
 using TFileBytes = TOrFailure<std::optional<std::string>>;
@@ -33,41 +33,42 @@ using TOpenedFile = TOrFailure<std::unique_ptr<IFileReader>>;
 class IFileStore {
 public:
     virtual ~IFileStore() = default;
-    /// The whole file.
+    /// Reads the whole file.
     virtual TFileBytes Read(const std::wstring& strPath) = 0;
-    /// Opens a file to be read in pieces, for files too big to be held beside what is made of them.
+    /// Opens a file to be read in pieces, for files too large to be held in memory beside the decoded
+    /// document.
     virtual TOpenedFile Open(const std::wstring& strPath) = 0;
-    /// Replaces the file by what `fnFill` hands on: written beside it, flushed to the disk, then renamed over
-    /// it, so that at any moment the path holds the old file or the new one whole. Not so in a folder that
-    /// refuses this: there a store may write over the file while it keeps a whole copy elsewhere, and may
-    /// call `fnFill` a second time. On any failure but HalfWritten, or when `fnFill` answers false, the old
-    /// file is untouched; its exceptions pass through. A link is followed; the old file's owner, group,
-    /// rights and attributes are kept as far as the user may.
+    /// Replaces the file by the bytes from `fnFill`: written to a temporary file, flushed to the disk, then
+    /// renamed, so that the path always holds the complete old or new file. In a folder that forbids this,
+    /// a store may overwrite the file while it keeps a backup copy elsewhere, and may call `fnFill` a
+    /// second time. On any failure but HalfWritten, or when `fnFill` returns false, the old file is
+    /// unchanged; its exceptions propagate. Links are followed; the old file's owner, group, permissions
+    /// and attributes are kept as far as allowed.
     virtual CFileOutcome ReplaceBy(const std::wstring& strPath, const TFillBytes& fnFill) = 0;
-    /// The same for bytes at hand.
+    /// ReplaceBy for bytes in memory.
     CFileOutcome Replace(const std::wstring& strPath, std::string_view strBytes) {
         return ReplaceBy(strPath, [&](const TWriteBytes& fnWrite) { return fnWrite(strBytes); });
     }
-    /// Reads, edits and replaces under a lock that other processes and threads respect. `edit` gets the
-    /// present bytes (empty for no file) and changes them in place; a `false` from it writes nothing.
-    /// False when nothing was written.
+    /// Reads, edits and replaces under a lock that other processes and threads respect. `edit` changes the
+    /// present bytes (empty for no file) in place and returns false to write nothing. False when nothing
+    /// was written.
     virtual bool Update(const std::wstring& strPath, const std::function<bool(std::string&)>& edit) = 0;
 };
 
 class ILocations {
 public:
     virtual ~ILocations() = default;
-    /// The user's folder for application data, without a separator at its end; empty when there is none.
+    /// The user's folder for application data, without a trailing separator; empty when there is none.
     virtual std::wstring GetAppData() = 0;
-    /// Makes a folder if it is missing; the outcome is not reported.
+    /// Creates a folder if it is missing; failures are not reported.
     virtual void MakeFolder(const std::wstring& strPath) = 0;
 };
 
-/// What is known of a loaded module.
+/// Information about a loaded module.
 struct TModuleInfo {
     std::wstring strPath;    ///< empty when there is no such module
-    bool bResource = false;  ///< it carries a version resource
-    std::wstring strVersion; ///< empty when the resource names none
+    bool bResource = false;  ///< has a version resource
+    std::wstring strVersion; ///< empty without a version in the resource
 };
 
 class IModules {

@@ -1,4 +1,4 @@
-// Menus as data: what the shell hands to the window that shows them.
+// Menus as data, passed by the application to the window that shows them.
 #pragma once
 
 #include <string>
@@ -11,7 +11,7 @@ struct TMenuItem {
     std::vector<TMenuItem> vChildren;
 };
 
-/// Sets how a command looks in a menu or a tool bar.
+/// Sets the state of a command in a menu or a tool bar.
 class ICommandLook {
 public:
     virtual ~ICommandLook() = default;

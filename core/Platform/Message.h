@@ -1,4 +1,4 @@
-// What the windows say to the application and the application to itself: one record, one queue, one order.
+// Messages between the windows and the application: one record, one queue, one order.
 #pragma once
 
 #include <cstdint>
@@ -6,16 +6,16 @@
 
 class IWindow;
 
-/// Message kinds. The numbers are the published ones of the window system that the names come from; they are
-/// what session scripts and records show.
+/// Message kinds. The numbers are the published ones of the window system that the names come from; session
+/// scripts and records use them.
 enum class EMessage : uint32_t {
     Null = 0x0000,
-    Destroy = 0x0002,       ///< the window is about to go
+    Destroy = 0x0002,       ///< the window is about to be destroyed
     Size = 0x0005,          ///< wParam, lParam: client width and height in device pixels
-    Paint = 0x000F,         ///< posted only for accounting; painting itself is IWindowClient::OnPaint
-    Close = 0x0010,         ///< the user asks the window to close; unhandled: it is destroyed
+    Paint = 0x000F,         ///< posted only for the record; painting itself is IWindowClient::OnPaint
+    Close = 0x0010,         ///< the user requests closing; by default the window is destroyed
     Quit = 0x0012,          ///< ends the message loop
-    EndSession = 0x0016,    ///< the process is being ended: keep what is unsaved, now and without a question
+    EndSession = 0x0016,    ///< the process is being terminated: save unsaved work without asking
     KeyDown = 0x0100,       ///< wParam: virtual key; lParam: 1 for an auto-repeat
     KeyUp = 0x0101,         ///< wParam: virtual key
     SysKeyDown = 0x0104,    ///< as KeyDown, with Alt held
@@ -23,31 +23,31 @@ enum class EMessage : uint32_t {
     Command = 0x0111,       ///< wParam: command id
     Timer = 0x0113,         ///< wParam: timer id
     Scroll = 0x0114,        ///< wParam: 0 horizontal, 1 vertical; lParam: new offset in window pixels
-    InitMenuPopup = 0x0117, ///< a menu is about to show: bring its items' states up to date
-    SysTimer = 0x0118,      ///< the window system's caret timer, never a reason for idle work
-    MouseMove =
-        0x0200, ///< the pointer's messages: wParam: MOUSE_ bits, lParam: PackPoint of the client pixel
+    InitMenuPopup = 0x0117, ///< a menu is about to open: update its items' states
+    SysTimer = 0x0118,      ///< the window system's caret timer; never triggers idle work
+    MouseMove = 0x0200,     ///< pointer messages: wParam: MOUSE_ bits, lParam: PackPoint of the client pixel
     LButtonDown = 0x0201,
     LButtonUp = 0x0202,
     RButtonDown = 0x0204,
     RButtonUp = 0x0205,
     NcMouseMove = 0x00A0,
-    MouseActivate = 0x0021,  ///< the mouse's press that comes next made the window the active one
+    MouseActivate = 0x0021,  ///< the next mouse press activated the window
     MouseWheel = 0x020A,     ///< wParam: signed wheel delta
     CaptureChanged = 0x0215, ///< the window has lost the capture
-    MdiActivate = 0x0222, ///< wParam: 1 when the receiver becomes the active frame, 0 when it stops being it
-    DropFiles = 0x0233,   ///< strText: a path; one message for each file
-    MouseLeave = 0x02A3,  ///< the pointer has left the client area
-    PanelChange = 0x7FE0, ///< a panel's: wParam: control id; lParam: its new value; strText: of a Text
-    PanelActivate = 0x7FE1, ///< a List's row was double-clicked: wParam: control id; lParam: row
-    PanelRename = 0x7FE2,   ///< the user renamed a row: wParam: control id; lParam: row; strText: name
-    PanelMove = 0x7FE3,     ///< the user dragged a row: wParam: control id; lParam: PackPoint(from, to)
-    PenPacket = 0x7FF0,     ///< packets wait at the pen
-    PenProximity =
-        0x7FF5,           ///< wParam: 1 when the pen comes near, 0 when it goes; lParam: 2 for its eraser end
-    PenActivate = 0x7FF6, ///< the pen touched the tablet, which made the window the active one
-    CopyData = 0x004A,    ///< wParam: data id; strText: the text handed over by another process
-    App = 0x8000,         ///< first private message; App + n is written AppMessage(n)
+    MdiActivate = 0x0222,    ///< wParam: 1 when the receiver became the active frame, 0 when it was
+                             ///< deactivated
+    DropFiles = 0x0233,      ///< strText: a path; one message for each file
+    MouseLeave = 0x02A3,     ///< the pointer has left the client area
+    PanelChange = 0x7FE0,    ///< panel: wParam: control id; lParam: its new value; strText: of a Text
+    PanelActivate = 0x7FE1,  ///< a List row was double-clicked: wParam: control id; lParam: row
+    PanelRename = 0x7FE2,    ///< the user renamed a row: wParam: control id; lParam: row; strText: name
+    PanelMove = 0x7FE3,      ///< the user dragged a row: wParam: control id; lParam: PackPoint(from, to)
+    PenPacket = 0x7FF0,      ///< packets are waiting at the pen
+    PenProximity = 0x7FF5,   ///< wParam: 1 when the pen enters the sensing range, 0 when it leaves; lParam: 2
+                             ///< for the eraser end
+    PenActivate = 0x7FF6,    ///< a pen contact activated the window
+    CopyData = 0x004A,       ///< wParam: data id; strText: text sent by another process
+    App = 0x8000,            ///< first private message; App + n is written AppMessage(n)
 };
 
 /// Bits of a pointer message's wParam.
@@ -56,7 +56,7 @@ constexpr int64_t MOUSE_RIGHT = 0x02;
 constexpr int64_t MOUSE_SHIFT = 0x04;
 constexpr int64_t MOUSE_CONTROL = 0x08;
 
-/// In a panel the pointer's and the keyboard's messages are those of a view: wParam's upper half is its id.
+/// Pointer and keyboard messages of a panel's view carry the view's id in the upper half of wParam.
 constexpr int64_t PackView(int64_t wParam, int nId) { return wParam | static_cast<int64_t>(nId) << 32; }
 constexpr int PackedView(int64_t wParam) { return static_cast<int>(wParam >> 32); }
 
@@ -80,30 +80,31 @@ struct TMessage {
     std::wstring strText = {};
 };
 
-/// The thread's message queue. One thread only. `Forget` keeps a dead window from receiving anything.
+/// The thread's message queue; one thread only. `Forget` stops delivery to a destroyed window.
 class IMessageQueue {
 public:
     virtual ~IMessageQueue() = default;
-    /// True when a message (or the end) waits; takes what the window system has ready, never blocks.
+    /// True when a message (or the end) is waiting; collects the window system's pending events, never
+    /// blocks.
     virtual bool Peek() = 0;
-    /// Takes the next message, waiting for it. Returns 1 with a message, 0 at the end of the session, -1 when
-    /// the window system failed and the caller may ask again.
+    /// Waits for the next message and removes it. Returns 1 with a message, 0 at the end of the session, -1
+    /// when the window system failed and the caller may retry.
     virtual int Get(TMessage& msg) = 0;
     /// Delivers a message to its window: the client first, the window's default handling if it declines.
     virtual void Dispatch(const TMessage& msg) = 0;
-    /// Puts a message at the end of the queue. Messages without a window are dropped at dispatch.
+    /// Appends a message to the queue. Messages without a window are dropped at dispatch.
     virtual void Post(const TMessage& msg) = 0;
-    /// Makes Get answer 0 once everything posted before has been taken.
+    /// Makes Get return 0 after all messages posted before.
     virtual void PostQuit() = 0;
-    /// Drops every waiting message of a window that is going away.
+    /// Drops every waiting message of a window that is being destroyed.
     virtual void Forget(const IWindow* pWindow) = 0;
 };
 
-/// Where messages come from when the queue is empty: the window system's events, a session script.
+/// The source of messages when the queue is empty: the window system's events or a session script.
 class IEventPump {
 public:
     virtual ~IEventPump() = default;
-    /// Posts what is ready; with `bWait` blocks until there is something. False when nothing can come any
-    /// more (a lost display).
+    /// Posts pending events; with `bWait` blocks until there is one. False when no event can come any more
+    /// (a lost display).
     virtual bool Pump(bool bWait) = 0;
 };

@@ -1,4 +1,4 @@
-// The pen tablet: its axes, and packets in a queue that the window system fills.
+// The pen tablet: its axes, and a packet queue that the window system fills.
 #pragma once
 
 #include "core/Base/Geometry.h"
@@ -12,11 +12,11 @@ struct TPenAxis {
     int32_t nMax = 0;
 };
 
-/// One report of the pen.
+/// One packet of the pen.
 struct TPenPacket {
     uint32_t uStatus = 0;
     uint32_t uCursor = 0;  ///< which end of the pen: 1 tip, 2 eraser
-    uint32_t uButtons = 0; ///< low word the button's number, high word 2 when it went down, 1 when it went up
+    uint32_t uButtons = 0; ///< low word: the button's number; high word: 2 pressed, 1 released
     int32_t x = 0;         ///< screen position in 1 / units of a device pixel
     int32_t y = 0;
     uint32_t uPressure = 0; ///< normal pressure on the device's axis
@@ -27,18 +27,18 @@ struct TPenPacket {
 
 class IPen {
 public:
-    /// Packets that the queue holds; older ones are lost.
+    /// Capacity of the packet queue; older packets are dropped.
     static constexpr size_t QUEUE_SIZE = 128;
 
     virtual ~IPen() = default;
-    /// False when there is no tablet to be asked: the mouse alone draws then.
+    /// False without a tablet; only the mouse draws then.
     virtual bool IsPresent() = 0;
     virtual TPenAxis GetPressureAxis() = 0;
     virtual TPenAxis GetAltitudeAxis() = 0;
-    /// Units of a packet's position to a device pixel of the screen.
+    /// Packet position units per device pixel of the screen.
     virtual int32_t GetUnitsPerPixel() = 0;
-    /// Takes up to `nMax` packets, the oldest first; returns how many.
+    /// Removes up to `nMax` packets, the oldest first; returns their number.
     virtual size_t GetPackets(TPenPacket* pPackets, size_t nMax) = 0;
-    /// Switches packets on or off, so that another window can have them.
+    /// Switches packets on or off, so that another window can receive them.
     virtual void Enable(bool bEnable) = 0;
 };

@@ -1,5 +1,5 @@
-// The whole outside in one record. The executable makes it and gives it to the application when a session
-// starts; whoever is made with it may keep references for as long as the session runs.
+// All platform services in one record, made by the executable and passed to the application when a session
+// starts. References to them stay valid while the session runs.
 #pragma once
 
 class IMessageQueue;

@@ -1,4 +1,4 @@
-// Where snapshots of unsaved documents are kept, so that a session that breaks off loses little.
+// Storage of snapshots of unsaved documents, for recovery after a session that ended abnormally.
 #pragma once
 
 #include "core/Platform/Files.h"
@@ -9,50 +9,51 @@
 #include <string>
 #include <vector>
 
-/// What is known of a snapshot's document.
+/// Information about a snapshot's document.
 struct TSnapshotNote {
     std::wstring strPath;  ///< its file, empty when it has none
-    std::wstring strTitle; ///< empty when the note was lost
-    std::wstring strTime;  ///< when the snapshot was made, as the user reads it; the store fills it in
+    std::wstring strTitle; ///< empty when the note is missing
+    std::wstring strTime;  ///< time of the snapshot, formatted for the user; set by the store
 };
 
-/// A snapshot of a session that is gone.
+/// A snapshot left by an ended session.
 struct TLeftSnapshot {
-    std::wstring strName; ///< how the store knows it
+    std::wstring strName; ///< the store's name for it
     TSnapshotNote note;
-    bool bHasFile = false; ///< the document's own file is there
-    /// The bytes of the file of that path, whole: writing them there broke off. A project or any other file.
+    bool bHasFile = false; ///< the document's own file exists
+    /// The snapshot is a complete copy of the file at that path, whose writing in place was interrupted. It
+    /// may be a project or any other file.
     bool bFileCopy = false;
 };
 
-/// A session's snapshots are named by keys of its own choice. What it neither removes nor adopts away stays
-/// when it ends. All calls come from the session's thread; none throws but for want of memory.
+/// The session chooses the keys of its snapshots. Snapshots that are neither removed nor replaced by Adopt
+/// remain when it ends. Only the session's thread may call; nothing but bad_alloc is thrown.
 class ISnapshotStore {
 public:
     virtual ~ISnapshotStore() = default;
-    /// Begins to keep what `fnFill` hands on under a key, in place of what is there; the old one stays until
-    /// the new one is whole. `fnFill` is called once, as a rule later and on another thread, and then let go.
+    /// Starts writing the output of `fnFill` under a key; the old snapshot remains until the new one is
+    /// complete. `fnFill` is called once, usually later and on another thread, and then released.
     virtual void Write(uint32_t uKey, TFillBytes fnFill, const TSnapshotNote& note) = 0;
-    /// Waits until the key's snapshot has been written; true when it is whole.
+    /// Waits until the key's snapshot has been written; true when it is complete.
     virtual bool Finish(uint32_t uKey) = 0;
-    /// Removes a key's snapshot, also one whose writing has begun.
+    /// Removes a key's snapshot, also one that is being written.
     virtual void Remove(uint32_t uKey) = 0;
-    /// True while something is being written.
+    /// True while a snapshot is being written.
     virtual bool IsBusy() = 0;
-    /// True once after writing failed.
+    /// Returns true once after a write failed.
     virtual bool TakeFailure() = 0;
 
-    /// What sessions have left that are gone, each of them reserved for this session until ReleaseLeft.
+    /// The snapshots of ended sessions; each is reserved for this session until ReleaseLeft.
     virtual std::vector<TLeftSnapshot> FindLeft() = 0;
-    /// The bytes of a reserved snapshot, null when they cannot be read. This and reading them raise
-    /// deserialize_error when they are damaged.
+    /// Opens a reserved snapshot; null when it cannot be read. Opening and reading raise deserialize_error
+    /// for damaged bytes.
     virtual std::unique_ptr<IFileReader> Open(const std::wstring& strName) = 0;
-    /// Makes a reserved snapshot this session's own.
+    /// Transfers a reserved snapshot to this session.
     virtual void Adopt(const std::wstring& strName, uint32_t uKey) = 0;
-    /// Takes a reserved snapshot out of what FindLeft lists; returns where its file is now.
+    /// Removes a reserved snapshot from the list of FindLeft; returns the new path of its file.
     virtual std::wstring SetAside(const std::wstring& strName) = 0;
     /// Deletes a reserved snapshot.
     virtual void Drop(const std::wstring& strName) = 0;
-    /// Gives back what is still reserved: the next session finds it.
+    /// Ends all reservations, so that the next session finds the snapshots.
     virtual void ReleaseLeft() = 0;
 };

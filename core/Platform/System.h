@@ -1,4 +1,4 @@
-// Small questions to the outside: time, keys, clipboard.
+// Small platform services: time, keys, clipboard.
 #pragma once
 
 #include <boost/shared_ptr.hpp>
@@ -9,11 +9,11 @@
 class IClock {
 public:
     virtual ~IClock() = default;
-    /// Milliseconds since some moment; wraps.
+    /// Milliseconds since an arbitrary moment; wraps.
     virtual uint32_t GetTickCount() = 0;
 };
 
-/// Virtual keys that the shell asks for by name.
+/// The virtual keys that the application uses by name.
 enum EVirtualKey : int {
     VK_Tab = 0x09,
     VK_Shift = 0x10,
@@ -42,12 +42,12 @@ class IClipboard {
 public:
     virtual ~IClipboard() = default;
     virtual void SetText(const std::wstring& strText) = 0;
-    /// Puts a picture there in place of all else. False when there is no memory or no clipboard.
+    /// Replaces the clipboard's content by a picture. False without memory or clipboard.
     virtual bool SetPicture(IBitmap& bitmap) = 0;
-    /// True while a picture is there, of this program or of another.
+    /// True while the clipboard holds a picture, of this or another program.
     virtual bool HasPicture() = 0;
-    /// A copy of the picture; null when there is none or no memory.
+    /// A copy of the clipboard's picture; null without one or without memory.
     virtual boost::shared_ptr<IBitmap> GetPicture() = 0;
-    /// Another number whenever something else has been put there.
+    /// Changes whenever the clipboard's content is replaced.
     virtual uint32_t GetChangeCount() = 0;
 };

@@ -1,5 +1,5 @@
-// Windows as the application sees them. The window system implements these; core never sees a widget.
-// All positions are device pixels; all calls come from the session's thread and none throws.
+// The application's interface to windows, implemented by the window system; core uses no widgets. All
+// positions are device pixels. All calls come from the session's thread and none throws.
 #pragma once
 
 #include "core/Base/Geometry.h"
@@ -11,11 +11,11 @@
 #include <string>
 #include <vector>
 
-/// Receives a paint: rows of 32-bit pixels, B, G, R and 255, go to the glass.
+/// Receives painted rows of 32-bit pixels: B, G, R and 255.
 class IPaintTarget {
 public:
     virtual ~IPaintTarget() = default;
-    /// Shows `rc` (client pixels) of a bitmap whose top-left pixel is the client's. `nStride` in bytes.
+    /// Shows `rc` (client pixels) of a bitmap whose origin is the client area's. `nStride` in bytes.
     virtual void Blit(const uint8_t* pPixels, int nStride, CSize szBitmap, const CRect& rc) = 0;
 };
 
@@ -23,53 +23,53 @@ public:
 class IWindowClient {
 public:
     virtual ~IWindowClient() = default;
-    /// Handles a message; false leaves it to the window's default handling. Never throws.
+    /// Handles a message; false requests the window's default handling. Never throws.
     virtual bool OnMessage(const TMessage& msg) = 0;
-    /// Paints the client area, `rc` at least. Never throws.
+    /// Paints at least `rc` of the client area. Never throws.
     virtual void OnPaint(IPaintTarget& target, const CRect& rc) = 0;
-    /// The window is gone; the last call. The client may release itself.
+    /// The last call, after the window's destruction. The client may release itself.
     virtual void OnFinalMessage() = 0;
 };
 
-/// What every window can do. A window dies by Destroy (or its parent's), never by delete.
+/// Operations of every window. Windows are destroyed by Destroy (or with their parent), never by delete.
 class IWindow {
 public:
     virtual ~IWindow() = default;
     virtual IWindowClient& GetClient() = 0;
-    /// What the window does with a message that its client declined: Close destroys it, a key goes on to the
-    /// widget that it was typed into, all else is dropped.
+    /// Default handling of a message that the client declined: Close destroys the window, a key is passed
+    /// to the focused widget, all else is dropped.
     virtual void DefaultMessage(const TMessage& msg) = 0;
-    /// Sends Destroy, then OnFinalMessage; the object is freed when control is back in the message loop.
+    /// Sends Destroy, then OnFinalMessage; the object is freed on return to the message loop.
     virtual void Destroy() = 0;
     virtual void SetTitle(const std::wstring& strTitle) = 0;
     virtual void Show() = 0;
     /// The window's rectangle, frame included: main frame in screen, canvas frames in MDI client coordinates.
     virtual CRect GetRect() const = 0;
     virtual void SetRect(const CRect& rc) = 0;
-    /// Asks for a later OnPaint of `rc` (client pixels); an empty rectangle means the whole client area.
+    /// Requests a later OnPaint of `rc` (client pixels); an empty rectangle means the whole client area.
     virtual void Invalidate(const CRect& rc = {}) = 0;
 };
 
-/// How the MDI children are laid out.
+/// Arrangement of the MDI children.
 enum class EArrange { Icons, Cascade, TileHorizontal, TileVertical };
 
 /// A canvas's window: an MDI child with scroll bars.
 class ICanvasWindow : public IWindow {
 public:
     virtual CSize GetClientSize() const = 0;
-    /// Marks the title as that of a document that differs from its file.
+    /// Marks the title of a document that has unsaved changes.
     virtual void SetModified(bool bModified) = 0;
-    /// Scroll bars on both axes: offsets run from 0 to extent minus client size; the arrows move by a line, a
-    /// click beside the handle by a page.
+    /// Sets the scroll bars of both axes: offsets run from 0 to extent minus client size; an arrow scrolls
+    /// by a line, a click beside the handle by a page.
     virtual void SetScroll(CSize szExtent, CSize szLine, CSize szPage, CPoint ptOffset) = 0;
-    /// Posts Timer with `nId` every `nMilliseconds` until the window goes or KillTimer.
+    /// Posts Timer with `nId` every `nMilliseconds` until KillTimer or the window's destruction.
     virtual void SetTimer(int nId, int nMilliseconds) = 0;
     virtual void KillTimer(int nId) = 0;
-    /// Makes this the active child, which tells both frames by MdiActivate.
+    /// Makes this the active child; both frames are notified by MdiActivate.
     virtual void Activate() = 0;
-    /// Gives the window the keyboard.
+    /// Gives the window the keyboard focus.
     virtual void SetFocus() = 0;
-    /// While it has the capture, the window gets all pointer events; losing it is told by CaptureChanged.
+    /// A window with the capture receives all pointer events; CaptureChanged reports its loss.
     virtual void SetCapture(bool bCapture) = 0;
     virtual bool HasCapture() const = 0;
     /// The pointer's shape over the client area.
@@ -78,7 +78,7 @@ public:
     virtual CPoint GetClientOrigin() const = 0;
     /// Device pixels to the inch of the window's screen as the user has set them: 96 is 100 percent.
     virtual int32_t GetDpi() const = 0;
-    /// True when the window's client area is what lies at a device pixel of the screen.
+    /// True when the given device pixel of the screen shows this window's client area.
     virtual bool IsAt(CPoint ptScreen) const = 0;
 };
 
@@ -87,12 +87,13 @@ class IMainWindow : public IWindow {
 public:
     virtual ICommandLook& GetMenuLook() = 0;
     virtual ICommandLook& GetToolBarLook() = 0;
-    /// Replaces the recent files' lines (ids from `nFirstId`), shown where the menu has that first id.
+    /// Replaces the entries of recent files (ids from `nFirstId`), shown at the menu's entry with that
+    /// first id.
     virtual void SetRecentFiles(int nFirstId, const std::vector<std::wstring>& vTexts) = 0;
     /// Text of a status pane, 0 or 1.
     virtual void SetStatusText(int nPane, const std::wstring& strText) = 0;
-    /// Fills the zoom box from the first line to the last, without selection. A user's choice posts Command
-    /// 101 with lParam the line.
+    /// Sets the lines of the zoom box in order, without selection. A user's choice posts Command 101 with
+    /// lParam the line.
     virtual void SetZoomItems(const std::vector<std::wstring>& vItems) = 0;
     /// Selects a line of the zoom box, -1 for none; posts nothing.
     virtual void SelectZoomItem(int nItem) = 0;
@@ -104,14 +105,14 @@ public:
     virtual void SetMinimumSize(CSize sz) = 0;
 };
 
-/// What a new main frame shows.
+/// Setup of a new main frame.
 struct TMainWindowSetup {
     std::wstring strTitle;
     std::vector<TMenuItem> vMenu;
     std::vector<int> vToolBar; ///< command ids in order, 0 for a separator
 };
 
-/// What a new canvas frame shows; its menu replaces the main frame's while it is the active child.
+/// Setup of a new canvas frame; its menu replaces the main frame's while it is the active child.
 struct TCanvasWindowSetup {
     std::wstring strTitle;
     std::vector<TMenuItem> vMenu;
@@ -120,7 +121,7 @@ struct TCanvasWindowSetup {
 class IPanelWindow;
 struct TPanelSetup;
 
-/// Makes windows. The window belongs to the window system and lives until Destroy.
+/// Creates windows. The window system owns a window, which lives until Destroy.
 class IWindowFactory {
 public:
     virtual ~IWindowFactory() = default;
@@ -128,7 +129,7 @@ public:
     virtual IMainWindow* CreateMainWindow(IWindowClient& client, const TMainWindowSetup& setup) = 0;
     virtual ICanvasWindow* CreateCanvasWindow(IMainWindow& parent, IWindowClient& client,
                                               const TCanvasWindowSetup& setup) = 0;
-    /// Not shown yet.
+    /// Initially hidden.
     virtual IPanelWindow* CreatePanelWindow(IMainWindow& parent, IWindowClient& client,
                                             const TPanelSetup& setup) = 0;
 };
