@@ -1,4 +1,4 @@
-// The view that has the user's attention, as tools see it.
+// The active view's interface for tools.
 #pragma once
 
 #include "core/CanvasBuffer/CanvasBuffer.h"
@@ -18,12 +18,12 @@ public:
     virtual CPoint ToClient(CPoint ptCanvas) const = 0;
     /// Canvas position in eighths of a pixel under a client position.
     virtual CPoint ToCanvas(CPoint ptClient) const = 0;
-    /// Shows what has changed of the canvas, and what the tool draws over it as it is now.
+    /// Redraws the changed parts of the canvas and the tool's overlay.
     virtual void RequestRedraw() = 0;
 };
 
 /// The active view; expired while there is none.
 extern boost::weak_ptr<IActiveView> g_wpActiveView;
 
-/// Asks the active view to redraw; nothing happens while there is none.
+/// Requests a redraw of the active view; does nothing without one.
 void RedrawActiveView();

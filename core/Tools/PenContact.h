@@ -1,16 +1,16 @@
-// The contact that the pen's last event reported, whichever window and tool received it.
+// The pen contact of the last event, for all windows and tools.
 #pragma once
 
 #include <boost/noncopyable.hpp>
 
 #include <cstdint>
 
-/// One a session. A contact that was cancelled, or whose window or tool changed under it, is dropped: its
+/// One for each session. A contact that was cancelled, or whose window or tool changed, is dropped: its
 /// events reach no tool until the pen is lifted.
 class CPenContact : boost::noncopyable {
 public:
-    /// Takes an event's pressure; `bReleased` with the report that the tip is up. False when the event is
-    /// part of a dropped contact.
+    /// Records an event's pressure; `bReleased` reports that the tip was lifted. False when the event
+    /// belongs to a dropped contact.
     bool Take(uint32_t uPressure, bool bReleased) {
         m_bDown = uPressure != 0;
         if (m_bDown || bReleased) m_bAwaited = false;
@@ -19,11 +19,11 @@ public:
     }
     /// True while the last event had pressure.
     bool IsDown() const { return m_bDown; }
-    /// Drops what is left of a contact.
+    /// Drops the rest of a contact.
     void Drop() { m_bDropped = m_bDropped || m_bDown; }
-    /// Drops the contact of a tip that has just touched, whose events are still to come.
+    /// Drops the contact of a tip that has just touched, before its events arrive.
     void DropNext() { m_bDropped = m_bAwaited = true; }
-    /// The pen went, came or turned: its next contact is a new one.
+    /// The pen left, entered or was turned: its next contact is a new one.
     void End() { m_bDown = m_bDropped = m_bAwaited = false; }
 
 private:

@@ -1,4 +1,4 @@
-// What all tools of raster layers have in common.
+// The base of all tools of raster layers.
 #pragma once
 
 #include "core/LayerBuffer/RasterLayerBuffer.h"
@@ -8,15 +8,15 @@ class CRasterToolBase : public CTools {
 public:
     using CTools::CTools;
 
-    /// Control+A, Control+D and Delete give the main frame the selection's commands.
+    /// Control+A, Control+D and Delete run the main frame's selection commands.
     bool OnKeyDown(int nKey) override;
     bool OnKeyUp(int) override { return false; }
-    /// True with a visible raster layer active.
+    /// True while a visible raster layer is active.
     bool IsEnabled() const override { return !GetRefusal(); }
     const wchar_t* GetRefusal() const override;
 
 protected:
-    /// The raster layer of the running operation; null when the layer is none.
+    /// The raster layer of the running operation; null for another kind of layer.
     boost::shared_ptr<CRasterLayerBuffer> GetRasterLayer() const {
         return boost::dynamic_pointer_cast<CRasterLayerBuffer>(GetLayer());
     }

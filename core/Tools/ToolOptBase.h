@@ -1,4 +1,4 @@
-// A pane of the tool options: the controls of one kind of tool.
+// A pane of the tool options: the controls for one kind of tool.
 #pragma once
 
 #include "core/Platform/Panel.h"
@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-/// One row of a combo and the value that it stands for.
+/// One row of a combo and its value.
 struct TOptRow {
     std::wstring strText;
     int nValue;
@@ -24,13 +24,14 @@ int FindOptRow(const std::vector<TOptRow>& vRows, int nValue);
 class CToolOptBase : boost::noncopyable {
 public:
     virtual ~CToolOptBase() = default;
-    /// Says that the pane is that of the tools of a number.
+    /// Registers the pane for a tool number.
     void AddTool(int nId) { m_setTools.insert(nId); }
     bool IsForTool(int nId) const { return m_setTools.count(nId) != 0; }
-    /// Takes the tool's values over into the controls, and the tool for later changes. Raises internal_error
+    /// Copies the tool's values to the controls and keeps the tool for later changes. Raises internal_error
     /// for a tool of another class.
     virtual void RefreshView(const boost::shared_ptr<CTools>& spTool) = 0;
-    /// The user changed a control of the pane: its value goes to the tool, if that is still there.
+    /// Called after the user changed a control of the pane: sets the tool's value, if the tool still
+    /// exists.
     virtual void OnControl(const TPanelControl& control) = 0;
 
     std::vector<TPanelControl>& GetControls() { return m_vControls; }

@@ -1,4 +1,4 @@
-// What tools ask of the application around them.
+// The application's services for tools.
 #pragma once
 
 #include <boost/function.hpp>
@@ -10,14 +10,14 @@ class IClock;
 class IImageCodecs;
 class IKeyState;
 
-/// What a tool tells the panels.
+/// Notifications from a tool to the panels.
 enum class EToolNotice {
     ToolChanged,  ///< the tool or a value that a panel shows has changed
     ColorChanged, ///< the tool's colours have changed
-    StrokeBegun,  ///< a stroke is drawn from now on, in the tool's colour
+    StrokeBegun,  ///< a stroke begins, in the tool's colour
 };
 
-/// One record for all tools of a session; what it refers to outlives them.
+/// One record for all tools of a session; the objects that it refers to must outlive the tools.
 struct TToolOutside {
     IClock& clock;
     IKeyState& keys;
@@ -25,6 +25,6 @@ struct TToolOutside {
     CIniConfig& config; ///< where tools keep their settings
     IImageCodecs& codecs;
     CPenContact& contact;
-    boost::function<void(int nId)> fnCommand; ///< gives the main frame a menu command
+    boost::function<void(int nId)> fnCommand; ///< sends the main frame a menu command
     boost::function<void(EToolNotice)> fnNotify;
 };

@@ -1,4 +1,4 @@
-// The base of every canvas tool: what the view tells it, and the filter before it.
+// The base of every canvas tool: its event handlers, and the filter that dispatches events to them.
 #pragma once
 
 #include "core/LayerBuffer/LayerBuffer.h"
@@ -24,16 +24,16 @@ enum EPointerFlag : uint32_t {
     POINTER_LOW = 0x20,    ///< the pen touches below the pressure threshold
 };
 
-/// States that tools share: 0 is idle; what others mean is up to the tool family.
+/// States common to all tools: 0 is idle; each tool family defines its other states.
 enum EToolState : int {
     STATE_IDLE = 0,
-    STATE_MOUSE = 1,  ///< an operation of the mouse
-    STATE_TABLET = 2, ///< an operation of the pen
+    STATE_MOUSE = 1,  ///< an operation by mouse
+    STATE_TABLET = 2, ///< an operation by pen
 };
 
 /// A tool. Positions are canvas positions in eighths of a pixel, pressure 0 to 1024, altitude 0 to 90
-/// degrees, 90 upright; results are true when a redraw is due. While the state is not idle the tool holds the
-/// canvas and the layer that it began on, whatever the user activates meanwhile.
+/// degrees, 90 upright; handlers return true when a redraw is due. While the state is not idle the tool
+/// keeps the canvas and the layer of its operation, whatever the user activates meanwhile.
 class CTools : public boost::enable_shared_from_this<CTools>, boost::noncopyable {
 public:
     explicit CTools(const TToolOutside& outside);
@@ -43,29 +43,28 @@ public:
     virtual bool OnMouseMove(int32_t x, int32_t y, uint32_t pressure, uint32_t altitude, uint32_t flags);
     virtual bool OnLButtonDown(int32_t, int32_t, uint32_t) { return false; }
     virtual bool OnLButtonUp(int32_t, int32_t, uint32_t) { return false; }
-    /// The pen's tip touched or lifted; comes behind the button's own event, which has no pressure.
+    /// The pen's tip touched or lifted; follows the button's own event, which has no pressure.
     virtual bool OnPenTip(int32_t, int32_t, uint32_t, uint32_t, uint32_t) { return false; }
     virtual bool OnRButtonDown(int32_t, int32_t, uint32_t) { return false; }
     virtual bool OnRButtonUp(int32_t, int32_t, uint32_t) { return false; }
-    /// The pen left the sensing range, or entered it.
+    /// The pen left or entered the sensing range.
     virtual bool OnProximityLeave() { return false; }
     virtual bool OnProximityEnter() { return false; }
-    /// The view lost the pointer.
+    /// The pointer left the view.
     virtual bool OnMouseLeave() { return false; }
-    /// True while something that the tool began waits for its end though no operation runs: floating pixels,
-    /// a preview.
+    /// True while the tool has uncommitted results without a running operation: floating pixels, a preview.
     virtual bool IsOpen() const { return false; }
-    /// Ends that: it becomes part of the document, as one undo step, or goes without a trace.
+    /// Commits those results as one undo step, or discards them.
     virtual void EndOpen(bool) {}
-    /// Ends an operation without its result.
+    /// Cancels the running operation.
     virtual bool Cancel() { return false; }
-    /// Virtual keys.
+    /// Key events, with virtual keys.
     virtual bool OnKeyDown(int) { return false; }
     virtual bool OnKeyUp(int) { return false; }
-    /// A menu command that the tool answers for, and whether it is enabled.
+    /// Executes a menu command that the tool handles, and tests whether it is enabled.
     virtual bool OnCommand(int) { return false; }
     virtual bool CanCommand(int) const { return false; }
-    /// The main frame's private message that is meant for the active tool; true when it is handled.
+    /// Handles the main frame's private message for the active tool; true when it is handled.
     virtual bool OnPrivateMessage(int64_t, int64_t) { return false; }
     virtual bool Copy() { return false; }
     virtual bool Cut() { return false; }
@@ -75,69 +74,68 @@ public:
     virtual bool CanPaste() const { return false; }
     /// Draws over the canvas.
     virtual void DrawOverlay(COverlay& overlay, const TOverlayMapper& mapper) const = 0;
-    /// The client rectangle that DrawOverlay touches.
+    /// The bounds of the overlay in client pixels.
     virtual CRect GetOverlayRect(const TOverlayMapper& mapper) const;
-    /// The class's own record.
+    /// The description of the tool's class.
     virtual const TToolInfo& GetInfo() const = 0;
     int GetToolId() const { return GetInfo().nId; }
     /// True when the tool can work on the active layer.
     virtual bool IsEnabled() const = 0;
-    /// The text for a press where the tool cannot work; null where it can.
+    /// The reason why the tool cannot work, shown on a press; null where it can.
     virtual const wchar_t* GetRefusal() const { return nullptr; }
-    /// The tool's name, also the text of its undo steps.
+    /// The tool's name, also the label of its undo steps.
     const wchar_t* GetName() const { return GetInfo().pszName; }
     virtual ECursor GetCursor(CPoint) const { return GetInfo().cursor; }
-    /// Writes those settings that have changed since the tool read or wrote them, at once; nothing when none
-    /// has.
+    /// Writes settings that have changed since they were read or written, immediately.
     virtual void KeepSettings() {}
-    /// Idle lets canvas and layer go; anything else takes those of the active view. Raises internal_error
-    /// when there are none.
+    /// Idle releases canvas and layer; any other state keeps those of the active view. Raises
+    /// internal_error when there are none.
     virtual void SetState(int state);
 
-    /// The view's one entry for pointer events: `message` is a move, or a button down or up. Refuses a device
-    /// while the other draws, and the mouse for a second after the pen: its echo must not draw. Key changes
-    /// since the last event are told first.
+    /// The view's one entry for pointer events: `message` is a move, or a button down or up. Ignores a
+    /// device while the other one draws, and mouse events for a second after pen events, since the system
+    /// generates them for a pen. Key changes since the last event are dispatched first.
     bool Dispatch(EMessage message, int32_t x, int32_t y, uint32_t pressure, uint32_t altitude,
                   uint32_t flags);
-    /// The pen left the sensing range or entered it: its contact is over.
+    /// The pen left or entered the sensing range, which ends its contact.
     bool TellProximity(bool bEnter);
-    /// Cancel, and what is left of the pen's contact is dropped.
+    /// Cancels the operation and drops the rest of the pen's contact.
     bool CancelOperation();
-    /// Milliseconds until an operation of a lifted pen ends by itself, since nothing more comes from it;
-    /// nothing while that cannot be.
+    /// Milliseconds until an operation of a lifted pen times out for lack of events; nullopt when it
+    /// cannot.
     std::optional<uint32_t> UntilSilence() const;
-    /// Ends that operation, as a leave does, when its time has come.
+    /// Ends that operation, as leaving the range does, after its timeout.
     bool EndAfterSilence();
     CPenContact& GetContact() const { return m_outside.contact; }
-    /// True for a device whose events Dispatch refuses now though the tool could work.
+    /// True while Dispatch ignores the device's events although the tool could work.
     bool Refuses(bool bTablet) const;
     int GetState() const { return m_state; }
-    /// Brings the tool's keys in line with one that the view was told of; true when the tool did something.
+    /// Updates the tool's state of one key; true when the tool handled the change.
     bool ChangeKey(int nKey, bool bDown);
 
 protected:
     const TToolOutside& GetOutside() const { return m_outside; }
-    /// The layer of the running operation, else the active view's; null when there is none.
+    /// The layer of the running operation, or else the active view's; null when there is none.
     TLayerPtr GetLayer() const;
-    /// The canvas of the running operation, else the active view's; null when there is none.
+    /// The canvas of the running operation, or else the active view's; null when there is none.
     boost::shared_ptr<CCanvasBuffer> GetCanvas() const;
 
     int m_state = STATE_IDLE;
     boost::shared_ptr<CCanvasBuffer> m_spCanvas;
     TLayerPtr m_spLayer;
-    std::set<int> m_setKeys; ///< virtual keys that the tool believes to be down
+    std::set<int> m_setKeys; ///< virtual keys recorded as down
 
 private:
     bool SynthesizeKeys();
 
     const TToolOutside& m_outside;
     uint32_t m_uLastPenTick = 0;
-    bool m_bPenSeen = false; ///< m_uLastPenTick means something
+    bool m_bPenSeen = false; ///< m_uLastPenTick is valid
 };
 
-/// Makes what the active tool has open part of its document. Called before the document is saved, undone,
-/// closed or changed by others, and before another tool or document becomes the active one.
+/// Commits the active tool's open results. Called before the document is saved, undone, closed or changed
+/// by others, and before another tool or document is activated.
 void SettleActiveTool();
 
-/// The tool that draws, held by the main frame; expired while there is none.
+/// The active tool, owned by the main frame; expired while there is none.
 extern boost::weak_ptr<CTools> g_wpActiveTool;
