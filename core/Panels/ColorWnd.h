@@ -1,4 +1,4 @@
-// The colours that tools draw with.
+// The panel for the drawing colours.
 #pragma once
 
 #include "core/PanelViews/ColorViews.h"
@@ -7,14 +7,14 @@
 #include <optional>
 #include <string_view>
 
-/// The colour of six hexadecimal digits, "#" in front or not; nullopt for another text.
+/// The colour of six hexadecimal digits, with or without "#" in front; nullopt for another text.
 std::optional<TColor> ReadHexColor(std::wstring_view strText);
 
 class CColorWnd : public CPanel {
 public:
     explicit CColorWnd(const wchar_t* pszSection);
     std::wstring GetTitle() const override { return L"カラーピッカー"; }
-    /// Remembers the colour that a stroke draws with.
+    /// Adds the stroke's colour to the recent colours.
     void OnStroke() override;
 
 protected:

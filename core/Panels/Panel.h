@@ -1,4 +1,4 @@
-// What all panels share: the window, its place in the settings, the way from the window's messages to the
+// The base of all panels: the window, its saved placement, the dispatch of the window's messages to the
 // controls.
 #pragma once
 
@@ -14,24 +14,23 @@ public:
     /// `strName` is the panel's section below "Windows".
     explicit CPanel(std::wstring strName) : m_strName(std::move(strName)) {}
 
-    /// Makes the window where it was when it closed, at `placeFirst` when there is no such place. A docked
-    /// panel's place among the others is that in which they are made. Raises internal_error when the window
-    /// system refuses.
+    /// Creates the window at its saved placement, or at `placeFirst` without one. Docked panels are ordered
+    /// as they are created. Raises internal_error when the window system refuses.
     void Create(IMainWindow& parent, const TPanelPlace& placeFirst);
-    /// The place that the settings keep.
+    /// The saved placement.
     TPanelPlace ReadPlace(const TPanelPlace& placeFirst) const;
-    /// Writes the place to the settings, if it has changed.
+    /// Writes the placement to the settings, if it has changed.
     void KeepPlace();
     /// Writes the panel's own settings, if they have changed.
     void KeepSettings();
-    /// Keeps the settings and destroys the window.
+    /// Writes the settings and destroys the window.
     void Close();
     IPanelWindow* GetWindow() const { return m_pWindow; }
 
     virtual std::wstring GetTitle() const = 0;
-    /// Rereads what the panel shows.
+    /// Updates what the panel shows.
     void Refresh();
-    /// The active tool begins a stroke.
+    /// Called when the active tool begins a stroke.
     virtual void OnStroke() {}
 
     bool OnMessage(const TMessage& msg) override;
@@ -39,16 +38,16 @@ public:
     void OnFinalMessage() override { m_pWindow = nullptr; }
 
 protected:
-    /// Writes the controls' values.
+    /// Updates the controls' values.
     virtual void OnRefresh() = 0;
     void OnControl(TPanelControl& control) override = 0;
     /// The panel reads its own settings.
     virtual void OnOpen() {}
-    /// The panel writes those of its own settings that have changed since it read or wrote them.
+    /// Writes those of the panel's own settings that have changed since they were read or written.
     virtual void OnKeep() {}
 
     void EnableAll(bool bEnable);
-    /// Tells everyone that a tool's value has changed, and has its overlay drawn anew.
+    /// Notifies all panels that a tool's value has changed, and redraws the tool's overlay.
     static void NotifyTool();
 
 private:

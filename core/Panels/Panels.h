@@ -1,4 +1,4 @@
-// All panels of a main frame, by the command that shows and hides them.
+// All panels of a main frame, each with the command that shows and hides it.
 #pragma once
 
 #include "core/Panels/Panel.h"
@@ -7,14 +7,14 @@
 #include <memory>
 #include <vector>
 
-/// A line of the table of panels.
+/// A row of the table of panels.
 struct TPanelRow {
     int nCommand;
     const wchar_t* pszSection; ///< of the settings, below "Windows"
     std::unique_ptr<CPanel> (*pfnMake)(const wchar_t* pszSection);
-    EMessage refresh; ///< the main frame's private message upon which it rereads what it shows
-    /// Where it stands at first. What is docked keeps the order of the rectangles; those with the same one
-    /// lie over each other behind tabs, the table's first one on top.
+    EMessage refresh; ///< the main frame's private message that refreshes the panel
+    /// Default placement. Docked panels keep the order of the rectangles; those with the same rectangle
+    /// share a tab group, the table's first one in front.
     TPanelPlace placeFirst;
 };
 
@@ -23,17 +23,17 @@ public:
     CPanels();
     ~CPanels();
 
-    /// Makes the panel of a line, without its window.
+    /// Adds the panel of a row, without its window.
     void Add(const TPanelRow& row);
-    /// Makes the windows. Raises internal_error when the window system refuses.
+    /// Creates the windows. Raises internal_error when the window system refuses.
     void Create(IMainWindow& parent);
-    /// Writes what has changed of the panels' own settings.
+    /// Writes the panels' own settings that have changed.
     void KeepSettings();
-    /// Keeps the places and destroys the windows.
+    /// Writes the placements and destroys the windows.
     void Close();
-    /// The panels of a private message reread what they show.
+    /// Refreshes the panels that belong to a private message.
     void Refresh(EMessage id);
-    /// The active tool begins a stroke.
+    /// Notifies the panels that the active tool begins a stroke.
     void OnStroke();
 
     /// The panel of a command, null for other commands.
@@ -41,7 +41,7 @@ public:
     bool IsShown(int nCommand) const;
     /// Shows or hides the panel of a command.
     void Toggle(int nCommand);
-    /// The command of the panel whose window this is, 0 for other windows.
+    /// The command of the panel that owns the window, 0 for other windows.
     int FindCommand(const IWindow* pWindow) const;
     /// All panels' commands.
     std::vector<int> GetCommands() const;

@@ -1,4 +1,4 @@
-// Named pressure settings, and where the settings keep them.
+// Named pressure settings (memos) and their storage in the settings.
 #pragma once
 
 #include "core/RasterStroke/BrushParam.h"
@@ -13,16 +13,15 @@ class CIniConfig;
 /// One memo: a name and the eight values of a TBrushParam that the pressure panel changes.
 struct TPressMemo {
     std::wstring strName;
-    TBrushParam param; ///< of which only those eight count
+    TBrushParam param; ///< only those eight values are used
 
     friend bool operator==(const TPressMemo&, const TPressMemo&) = default;
 };
 
-/// Takes the pressure values over, and nothing else.
+/// Copies only the pressure values.
 void CopyPressure(TBrushParam& to, const TBrushParam& from);
 
-/// The memos in the order in which they are shown. Every operation on a memo raises a violation when there is
-/// no memo at the place.
+/// The memos in display order. Every operation on a memo raises a violation when the index is invalid.
 class CPressMemoView : boost::noncopyable {
 public:
     void Read(CIniConfig& config);
@@ -30,12 +29,12 @@ public:
     void Write(CIniConfig& config);
 
     const std::vector<TPressMemo>& GetMemos() const { return vParamsMemo; }
-    /// The memo at a place.
+    /// The memo at an index.
     const TPressMemo& Get(int idxSel) const;
-    /// Adds a memo of these values at the end, under a name that is free; returns its place.
+    /// Appends a memo of these values under an unused name; returns its index.
     int Add(const TBrushParam& param);
     void Remove(int idxSel);
-    /// An empty name is not taken.
+    /// An empty name is ignored.
     void Rename(int idxSel, const std::wstring& strName);
     void Move(int idxSel, int idxTo);
 

@@ -1,4 +1,5 @@
-// How pressure becomes width and opacity: the curve, its limits and floors, and memos of them.
+// The pressure panel: the curve from pressure to width and opacity, its limits and floors, and memos of
+// them.
 #pragma once
 
 #include "core/Panels/Panel.h"

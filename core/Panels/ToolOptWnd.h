@@ -1,4 +1,4 @@
-// The options of the active tool: one pane for each kind of tools, of which one shows.
+// The options of the active tool: one pane for each kind of tool; only the active tool's pane is visible.
 #pragma once
 
 #include "core/Panels/Panel.h"

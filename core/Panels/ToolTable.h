@@ -1,4 +1,4 @@
-// The table of tools: number, class, name, icon, cursor, pane of the tool options. A new tool is a line here.
+// The table of tools: number, class, name, icon, cursor, option pane. Add new tools here.
 #pragma once
 
 #include "core/Tools/ToolInfo.h"
@@ -18,8 +18,8 @@ struct TToolRow {
     std::unique_ptr<CToolOptBase> (*pfnMakePane)(); ///< tools with the same function share a pane
 };
 
-/// All tools in the order of the tool panel.
+/// All tools in the tool panel's order.
 std::span<const TToolRow> GetToolTable();
 
-/// The tool of a number, null for a number that no tool has.
+/// Creates a tool by its number; null for an unknown number.
 boost::shared_ptr<CTools> MakeTool(int nId, const TToolOutside& outside);

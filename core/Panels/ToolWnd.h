@@ -1,4 +1,4 @@
-// The choice of the tool.
+// The panel that selects the tool.
 #pragma once
 
 #include "core/Panels/Panel.h"
