@@ -1,8 +1,8 @@
-// The commands that work on the active frame: its document, its view, its tool.
+// The commands for the active frame: its document, its view, its tool.
 #pragma once
 
 class CCommandTable;
 
-/// Binds them. Without an active frame they are disabled and do nothing. Commands that nobody binds go to the
-/// active tool.
+/// Binds these commands. Without an active frame they are disabled and do nothing. Unbound commands are
+/// passed to the active tool.
 void BindCanvasCommands(CCommandTable& table);

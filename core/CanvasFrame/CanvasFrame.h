@@ -1,4 +1,4 @@
-// A document window: one view of one canvas, and the commands that work on it.
+// A document window: one view of one canvas, and its commands.
 #pragma once
 
 #include "core/AppModule/MessageLoop.h"
@@ -24,9 +24,9 @@ class CCanvasFrame : public IWindowClient,
 public:
     explicit CCanvasFrame(const boost::shared_ptr<CCanvasBuffer>& spCanvas);
 
-    /// Makes the frame's window inside the main frame's and shows it. False when the window system refuses.
+    /// Creates and shows the frame's window inside the main frame's. False when the window system refuses.
     bool CreateWindowIn(IMainWindow& parent, const TCanvasWindowSetup& setup);
-    /// The window, null before CreateWindowIn and after it is gone.
+    /// The window; null before CreateWindowIn and after its destruction.
     ICanvasWindow* GetWindow() const { return m_pWindow; }
     const boost::shared_ptr<CCanvasBuffer>& GetCanvas() const override { return m_spCanvas; }
     const CCanvasView& GetView() const { return m_view; }
@@ -39,17 +39,18 @@ public:
     void OnPaint(IPaintTarget& target, const CRect& rc) override;
     void OnFinalMessage() override;
 
-    /// The single way to change a view; a nested call returns at once.
+    /// All changes of the view use this function; a nested call returns immediately.
     void ApplyView(const TViewState& view);
-    /// ApplyView with another zoom; 0 does nothing.
+    /// ApplyView with another zoom; ignores 0.
     void SetZoom(uint16_t uZoom);
-    /// The title from the document's.
+    /// Updates the window's title from the document.
     void UpdateTitle();
-    /// The title's mark from the document's state.
+    /// Updates the title's mark for unsaved changes.
     void UpdateModified();
-    /// The canvas has changed: what is shown of it is old, and its other views follow on the timer.
+    /// Called when the canvas has changed: marks the screen copy as stale and lets the timer update its
+    /// other views.
     void RaiseRefresh() { m_bNeedsRefresh = m_bScreenOld = true; }
-    /// Paints everything anew, whatever has changed.
+    /// Repaints everything, changed or not.
     void InvalidateAll();
 
     ICanvasWindow& GetInputWindow() override { return *m_pWindow; }
@@ -58,12 +59,12 @@ public:
     void RequestRedraw() override;
     void ScrollTo(CPoint ptScroll) override;
 
-    /// Saves the document, as a project under a new name or without one by the save dialog; failures are
-    /// told.
+    /// Saves the document; as a project under a new name, or without a name, by the save dialog. Failures
+    /// are reported.
     void Save(bool bAs);
-    /// Undo or redo, after all work that waits.
+    /// Undo or redo, after completing pending work.
     void StepHistory(bool bUndo);
-    /// Does a layer command after all work that waits.
+    /// Executes a layer command after completing pending work.
     void ChangeTree(int nId);
 
 private:
@@ -77,8 +78,7 @@ private:
     void OnScroll(bool bVertical, int32_t nOffset);
     std::vector<CRect> RefreshScreen();
     void RepaintChanges();
-    /// Takes the canvas's size over when another one than the view's has come about.
-    /// All that was drawn becomes part of the document.
+    /// Adopts a new canvas size. The open results of the tool are committed.
     void CompleteWork();
     void FollowCanvasSize();
     void UpdateScrollBars();
@@ -89,19 +89,20 @@ private:
     CCanvasView m_view;
     CCanvasScreen m_screen;
     CFrameInput m_input{*this};
-    std::unique_ptr<CGDIBuffer> m_pOverlaid; ///< the screen copy with what lies over it, where it was painted
-    CRect m_rcSelectionDirty;                ///< where dashes were painted that the next timer must take away
+    std::unique_ptr<CGDIBuffer> m_pOverlaid; ///< the screen copy with its overlays, valid where it was
+                                             ///< painted
+    CRect m_rcSelectionDirty;                ///< the dashes on the screen, which the next timer must erase
     bool m_bNeedsRefresh = false;
-    bool m_bScreenOld = true;      ///< canvas or view may have changed since the copy was refreshed
-    bool m_bShownModified = false; ///< the title's mark
-    bool m_bApplying = false;      ///< ApplyView runs
-    int m_nFailedClosings = 0;     ///< in a row
+    bool m_bScreenOld = true;      ///< canvas or view may have changed since the copy was updated
+    bool m_bShownModified = false; ///< the title is marked at present
+    bool m_bApplying = false;      ///< ApplyView is running
+    int m_nFailedClosings = 0;     ///< consecutive failures
 };
 
 /// All open frames in creation order.
 extern std::list<boost::shared_ptr<CCanvasFrame>> g_lstCanvasFrame;
-/// The frame that has the user's attention.
+/// The active frame.
 extern boost::weak_ptr<CCanvasFrame> g_wpActiveFrame;
 
-/// A new frame on a canvas, appended to the list; its window is made by the main frame.
+/// Creates a frame on a canvas and appends it to the list; the main frame creates its window.
 boost::shared_ptr<CCanvasFrame> CreateCanvasFrame(const boost::shared_ptr<CCanvasBuffer>& spCanvas);

@@ -9,12 +9,12 @@
 /// One view of a canvas. Window positions are client pixels.
 class CCanvasView {
 public:
-    /// The canvas's size in pixels; the view itself is kept.
+    /// Sets the canvas's size in pixels; the view itself is kept.
     void SetCanvasSize(CSize szCanvas) { m_szCanvas = szCanvas; }
     CSize GetCanvasSize() const { return m_szCanvas; }
-    /// Changes the view and keeps the canvas point under the window's centre there.
+    /// Changes the view; the canvas point at the window's centre stays there.
     void Apply(const TViewState& view, CSize szClient);
-    /// Moves to a scroll offset, clamped to 0 and extent minus client on each axis.
+    /// Sets the scroll offset, clamped to 0 and extent minus client on each axis.
     void ScrollTo(CPoint ptScroll);
     /// Centres the scroll position: half of extent minus client.
     void Center();
@@ -38,7 +38,7 @@ public:
     CSize GetPage() const { return m_szPage; }
     CPoint GetScroll() const { return m_ptScroll; }
     CSize GetClient() const { return m_szClient; }
-    /// Where the scaled canvas's corner lies in the window.
+    /// The window position of the scaled canvas's corner.
     CPoint GetOrigin() const { return m_ptMargin - m_ptScroll; }
 
 private:
@@ -55,6 +55,6 @@ private:
     CSize m_szCanvas;
 };
 
-/// The first zoom of a canvas in a window: 48, or for a canvas that does not fit the largest entry of the
+/// The initial zoom of a canvas in a window: 48, or for a canvas that does not fit the largest entry of the
 /// zoom list that shows it whole.
 uint16_t FirstZoom(CSize szCanvas, CSize szClient);

@@ -1,4 +1,4 @@
-// What a canvas frame does with pointer, pen and keys before a tool hears of them.
+// The input of a canvas frame: handles pointer, pen and keys before a tool receives them.
 #pragma once
 
 #include "core/CanvasFrame/CanvasView.h"
@@ -24,7 +24,7 @@ struct TPointerInput {
     bool bLowPress = false; ///< the pen touches below the threshold
 };
 
-/// What the frame answers and does for its input.
+/// The frame's interface for its input.
 class IInputFrame {
 public:
     virtual ~IInputFrame() = default;
@@ -32,38 +32,36 @@ public:
     virtual CCanvasView& GetInputView() = 0;
     virtual const boost::shared_ptr<CCanvasBuffer>& GetCanvas() const = 0;
     virtual bool IsActive() const = 0;
-    /// Something is to be drawn: changed blocks and the overlay now, the other views of the canvas on the
-    /// timer.
+    /// Requests a redraw: changed blocks and the overlay now, the canvas's other views on the timer.
     virtual void RequestRedraw() = 0;
-    /// The hand moved the view.
+    /// Called when the hand scrolls the view.
     virtual void ScrollTo(CPoint ptScroll) = 0;
 };
 
-/// One a frame. Events reach the active tool in canvas units; space lets the hand drag the view.
+/// One for each frame. Events reach the active tool in canvas units; space lets the hand drag the view.
 class CFrameInput : boost::noncopyable {
 public:
     explicit CFrameInput(IInputFrame& frame) : m_frame(frame) {}
 
-    /// Opens the tablet; without one the mouse alone draws.
+    /// Opens the tablet; without one only the mouse draws.
     void Open();
-    /// Handles pointer, pen and key messages; nothing for others, else whether the message is used up.
+    /// Handles pointer, pen and key messages: true when consumed. Returns nullopt for other messages.
     std::optional<bool> OnMessage(const TMessage& msg);
     /// The one entry for every pointer event.
     void OnPointer(const TPointerInput& input);
-    /// The frame gained or lost the user's attention: a stroke in progress is cancelled, and nothing leads
-    /// from the pen's place in one frame to that in another.
+    /// The frame was activated or deactivated: cancels a stroke in progress and forgets the pen's position.
     void OnActivate();
-    /// Another tool is the active one.
+    /// Another tool was activated.
     void OnToolSwitched() { Settle(); }
-    /// Gives the tool an event in canvas units (eighths of a pixel, pressure to 1024, altitude to 90) and
-    /// lets canvas and window follow.
+    /// Passes the tool an event in canvas units (eighths of a pixel, pressure to 1024, altitude to 90) and
+    /// updates canvas and window.
     void Dispatch(CTools& tool, EMessage message, CPoint pt, uint32_t pressure, uint32_t altitude,
                   uint32_t flags);
-    /// Draws the tool's overlay inside `rcClip` of a copy of the window's pixels and keeps where it is.
+    /// Draws the tool's overlay inside `rcClip` of a copy of the window's pixels and stores its bounds.
     void DrawOverlay(CGDIBuffer& target, const CRect& rcClip);
-    /// The tool's overlay rectangle now, in client pixels.
+    /// The tool's present overlay bounds in client pixels.
     CRect GetOverlayRect() const;
-    /// Has the overlay painted anew, where it was and where it is.
+    /// Invalidates the overlay's old and new bounds.
     void InvalidateOverlay();
 
 private:
@@ -88,13 +86,13 @@ private:
 
     IInputFrame& m_frame;
     std::unique_ptr<CTablet> m_pTablet;
-    CRect m_rcOverlayPrev;     ///< where the overlay was painted last
+    CRect m_rcOverlayPrev;     ///< the overlay's bounds at the last paint
     CPoint m_ptPointer;        ///< the pointer's last client pixel
-    CPoint m_ptAnchor;         ///< window position plus scroll offset when the hand took hold
-    bool m_bSpaceDown = false; ///< the hand is armed
-    bool m_bScrolling = false; ///< the hand drags
+    CPoint m_ptAnchor;         ///< window position plus scroll offset when the drag began
+    bool m_bSpaceDown = false; ///< space is down: a press starts a drag of the view
+    bool m_bScrolling = false; ///< the view is being dragged
     bool m_bScrollByTablet = false;
     bool m_bWatchesSilence = false;
-    bool m_bDropPress = false;        ///< the mouse's next press belongs to the activation of the frame
-    std::optional<bool> m_bTurnedEnd; ///< the pen's end that came while the mouse drew
+    bool m_bDropPress = false;        ///< the mouse's next press only activates the frame
+    std::optional<bool> m_bTurnedEnd; ///< the pen's end reported while the mouse drew
 };

@@ -1,4 +1,4 @@
-// The layer menu and the colour modes: commands that change a document's tree as a whole.
+// The layer menu and the colour modes: commands that change a document's whole tree.
 #pragma once
 
 #include "core/CanvasBuffer/CanvasBuffer.h"
@@ -6,13 +6,13 @@
 
 #include <span>
 
-/// The ids of this family.
+/// The ids of these commands.
 std::span<const int> GetLayerCommands();
 
-/// Whether the command can do something with the canvas and its active layer, and whether it is the present
-/// state (of clipping and the colour modes).
+/// Enabled when the command can change the canvas or its active layer; checked when it is the present state
+/// (of clipping and the colour modes).
 TCommandState GetLayerCommandState(CCanvasBuffer& canvas, int nId);
 
-/// Does the command, an undoable action, and moves the selection along; one that can do nothing does nothing.
+/// Executes the command as an undoable action and updates the selection; ignores one without an effect.
 /// Returns true when the tree has changed.
 bool DoLayerCommand(const boost::shared_ptr<CCanvasBuffer>& spCanvas, int nId);

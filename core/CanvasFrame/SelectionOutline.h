@@ -1,4 +1,4 @@
-// The selection's dashes that walk along its outline.
+// The animated dashes along the selection's outline.
 #pragma once
 
 #include "core/CanvasFrame/CanvasView.h"
@@ -11,5 +11,5 @@
 void DrawSelectionOutline(CGDIBuffer& target, const CRect& rcClip, const CSelectBuffer& select,
                           const CCanvasView& view, uint32_t uTick);
 
-/// The window pixels that the outline can touch, empty when there is none.
+/// The bounds of the outline in window pixels, empty when there is none.
 CRect SelectionRect(const CSelectBuffer& select, const CCanvasView& view);

@@ -1,4 +1,4 @@
-// From pen packets to pointer events in window units.
+// Converts pen packets to pointer events in window units.
 #pragma once
 
 #include "core/Platform/Message.h"
@@ -17,17 +17,17 @@ struct TPenEvent {
     bool bLow = false; ///< the pen touches, but below the threshold
 };
 
-/// One frame's hold on the tablet.
+/// A frame's access to the tablet.
 class CTablet {
 public:
-    /// `bMouseCoord`: positions are the system cursor's, which follows the pen in eighths of a pixel.
+    /// `bMouseCoord`: takes positions from the system cursor, which follows the pen, in eighths of a pixel.
     CTablet(IPen& pen, bool bMouseCoord);
 
-    /// The event of a packet; nothing when the packet belongs to another window. `bCaptured` takes all.
+    /// Decodes a packet; nullopt when it belongs to another window. With `bCaptured` accepts every packet.
     std::optional<TPenEvent> Decode(const TPenPacket& packet, const ICanvasWindow& window, bool bCaptured);
     /// Reads all waiting packets, at most IPen::QUEUE_SIZE; returns how many.
     size_t Read(TPenPacket* pPackets) { return m_pen.GetPackets(pPackets, IPen::QUEUE_SIZE); }
-    /// Switches the packets on or off if they are not so already.
+    /// Switches the packets on or off unless they already are.
     void Enable(bool bEnable);
 
     /// Units of a position to a pixel.
