@@ -1,4 +1,4 @@
-// The freehand tools themselves.
+// The freehand tools: brush, eraser and pencil.
 #pragma once
 
 #include "core/RasterBrush/RasterBrushImpl.h"
@@ -17,14 +17,14 @@ public:
 
     explicit CRasterBrush(const TToolOutside& outside) : CRasterBrushImpl(outside, L"RasterBrush") {}
     const TToolInfo& GetInfo() const override { return INFO; }
-    /// X exchanges the two colours; with Ctrl or Alt it is another key.
+    /// X swaps the two colours; with Ctrl or Alt it does not.
     bool OnKeyDown(int nKey) override;
 
 protected:
     boost::shared_ptr<CRasterStroke> CreateStroke(const CCanvasBuffer& canvas) override;
 };
 
-/// Takes paint away.
+/// Erases paint.
 class CRasterEraser : public CRasterBrushImpl {
 public:
     static constexpr TToolInfo INFO{TOOL_ERASER, L"消しゴム", "icons/tool-eraser.svg", ECursor::Cross};
@@ -36,7 +36,7 @@ protected:
     boost::shared_ptr<CRasterStroke> CreateStroke(const CCanvasBuffer& canvas) override;
 };
 
-/// Draws with graphite; its line always wobbles and never sprays.
+/// Draws with graphite; always wobbles and never sprays.
 class CRasterPencil : public CRasterBrushImpl {
 public:
     static constexpr TToolInfo INFO{TOOL_PENCIL, L"鉛筆", "icons/tool-pencil.svg", ECursor::Cross};

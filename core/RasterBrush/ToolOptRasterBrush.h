@@ -1,4 +1,4 @@
-// The options of the freehand tools: those of brush and eraser, and those of the pencil.
+// The option panes of the freehand tools: one for brush and eraser, one for the pencil.
 #pragma once
 
 #include "core/RasterBrush/RasterBrushBase.h"
@@ -6,14 +6,14 @@
 
 #include <initializer_list>
 
-/// What both panes are made from: combos and checks, each bound to a field of the tool.
+/// The base of both panes: combos and checks, each bound to a field of the tool.
 class CToolOptFreehand : public CToolOptBase {
 public:
     void RefreshView(const boost::shared_ptr<CTools>& spTool) override;
     void OnControl(const TPanelControl& control) override;
 
 protected:
-    /// A value of the tool, read and written.
+    /// Getter and setter of a tool's value.
     struct TBinding {
         int nId;
         std::vector<TOptRow> vRows; ///< a combo's; empty for a check
@@ -21,11 +21,11 @@ protected:
         void (*fnSet)(CRasterBrushBase& tool, int nValue);
     };
 
-    /// `nFirstId` is the pane's own number, on which those of its controls stand.
+    /// `nFirstId` is the first control id of the pane.
     CToolOptFreehand(int nFirstId, const wchar_t* pszFailure)
         : m_nFirstId(nFirstId), m_pszFailure(pszFailure) {}
 
-    /// Adds the combos of these numbers within a pane.
+    /// Adds the combos with these numbers within the pane.
     void AddCombos(std::initializer_list<int> lstIds);
     void AddCheck(const wchar_t* pszLabel, const wchar_t* pszText, const TBinding& binding,
                   bool bSameLine = false);
