@@ -1,6 +1,6 @@
 // Layer blending on flat runs of planar straight-alpha pixels. All arithmetic is integer; every division
-// truncates. The results are part of the document's meaning: repainting a block gives the same bytes each
-// time, so neither kernel may be "improved" without the other's users noticing.
+// truncates. Documents depend on the exact results: repainting a block must give the same bytes, so neither
+// kernel may be changed.
 #pragma once
 
 #include "core/RasterKernel/Pixels.h"
@@ -12,8 +12,8 @@
 constexpr uint32_t Div255(uint32_t x) { return x / 255; }
 
 /// Fast kernel: source over destination of the same kind at full opacity without a mask, `nCount` pixels.
-///   dA' = sA + dA - sA * dA / 255,  r = (sA << 10) / max(dA', 1),  dC' = dC + (((sC - dC) * r) >> 10)
-/// Its colours differ from the general kernel's by rounding. Runs do not overlap.
+/// dA' = sA + dA - sA * dA / 255,  r = (sA << 10) / max(dA', 1),  dC' = dC + (((sC - dC) * r) >> 10)
+/// Its colours differ from the general kernel's by rounding. Runs must not overlap.
 void BlendFast(const TColorPixels& dest, const TConstColorPixels& src, size_t nCount);
 void BlendFast(const TGreyPixels& dest, const TConstGreyPixels& src, size_t nCount);
 

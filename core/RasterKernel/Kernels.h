@@ -1,4 +1,4 @@
-// The blending kernels as a table, so that one call site serves the plain definitions and the vector forms.
+// The blending kernels as a table, so that one call site serves the reference and the vector forms.
 #pragma once
 
 #include "core/RasterKernel/Pixels.h"
@@ -6,8 +6,8 @@
 #include <cstddef>
 #include <cstdint>
 
-/// One form of every kernel. What they compute is stated in BlendKernel.h and ResolveKernel.h; all forms give
-/// the same bytes.
+/// One form of every kernel, as defined in BlendKernel.h and ResolveKernel.h; all forms give the same
+/// bytes.
 struct TBlendKernels {
     void (*pFastColor)(const TColorPixels& dest, const TConstColorPixels& src, size_t nCount);
     void (*pFastGrey)(const TGreyPixels& dest, const TConstGreyPixels& src, size_t nCount);
@@ -27,8 +27,8 @@ struct TBlendKernels {
     void (*pResolveGrey)(uint8_t* pScreen, const TConstGreyPixels& src, size_t nCount);
 };
 
-/// The definitions: one pixel after the other, readable, the same on every machine.
+/// The reference forms: pixel by pixel, readable, the same on every machine.
 const TBlendKernels& PlainKernels();
 
-/// The vector forms, compiled for several instruction sets and chosen when the program runs.
+/// The vector forms, compiled for several instruction sets and selected at run time.
 const TBlendKernels& VectorKernels();

@@ -1,9 +1,9 @@
-// Flat runs of planar pixels: one pointer a channel, straight alpha, no padding.
+// Flat runs of planar pixels: one pointer per channel, straight alpha, no padding.
 #pragma once
 
 #include <cstdint>
 
-/// Colour pixels to be written.
+/// Writable colour pixels.
 struct TColorPixels {
     uint8_t* pR;
     uint8_t* pG;
@@ -11,7 +11,7 @@ struct TColorPixels {
     uint8_t* pA;
 };
 
-/// Colour pixels to be read.
+/// Read-only colour pixels.
 struct TConstColorPixels {
     const uint8_t* pR;
     const uint8_t* pG;
@@ -19,13 +19,13 @@ struct TConstColorPixels {
     const uint8_t* pA;
 };
 
-/// Grey pixels to be written.
+/// Writable grey pixels.
 struct TGreyPixels {
     uint8_t* pGrey;
     uint8_t* pA;
 };
 
-/// Grey pixels to be read.
+/// Read-only grey pixels.
 struct TConstGreyPixels {
     const uint8_t* pGrey;
     const uint8_t* pA;

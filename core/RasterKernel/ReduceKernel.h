@@ -1,4 +1,4 @@
-// Shrinking a plane by averaging: what thumbnails are made with.
+// Shrinks a plane by averaging, for thumbnails.
 #pragma once
 
 #include "core/Base/Geometry.h"

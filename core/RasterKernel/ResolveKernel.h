@@ -1,4 +1,4 @@
-// What a straight-alpha pixel looks like on white paper.
+// Straight-alpha pixels flattened on white paper.
 #pragma once
 
 #include "core/RasterKernel/Pixels.h"

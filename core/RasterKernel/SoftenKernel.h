@@ -1,4 +1,4 @@
-// The filter that softens filled outlines, on rows of 8-bit coverage; all forms give the same bytes.
+// The softening filter for filled outlines, on rows of 8-bit coverage; all forms give the same bytes.
 #pragma once
 
 #include <cstddef>
@@ -19,14 +19,14 @@ struct TSoftenKernels {
     void (*pSoften)(const TSoftenBlock& block);
 };
 
-/// The definition.
+/// The reference form.
 const TSoftenKernels& PlainSoftenKernels();
-/// The vector form, compiled for several instruction sets and chosen when the program runs.
+/// The vector form, compiled for several instruction sets and selected at run time.
 const TSoftenKernels& VectorSoftenKernels();
-/// The one in use.
+/// The form in use.
 const TSoftenKernels& SoftenKernels();
 
-/// The definition for one value.
+/// The reference form for one value.
 constexpr uint8_t SoftenedValue(uint32_t uCentre, uint32_t uNeighbours) {
     return static_cast<uint8_t>((8 * uCentre + uNeighbours + 6) / 12);
 }

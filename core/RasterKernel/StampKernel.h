@@ -1,4 +1,4 @@
-// What strokes are made of: the profile of a soft disc, and its accumulation into a coverage plane. 16 bits a
+// The kernels of strokes: the profile of a soft disc, and its accumulation into a coverage plane. 16 bits a
 // value; all forms give the same values.
 #pragma once
 
@@ -22,9 +22,9 @@ struct TFalloff {
     double dFactor; ///< negative
 };
 
-/// A stretch of a bell curve by the squared distance s, in squares of half cells: with t = (s - nCentre) *
-/// fScale, of -1 to 1, the cells are nBase plus the terms' sum (term k times t^k), good to MAX_PIECE_ERROR
-/// while the terms sum up to MAX_PIECE_SPAN at most.
+/// A piece of a bell curve over the squared distance s, in squares of half cells: with t = (s - nCentre) *
+/// fScale, of -1 to 1, the cells are nBase plus the terms' sum (term k times t^k), accurate to
+/// MAX_PIECE_ERROR while the terms' sum is at most MAX_PIECE_SPAN.
 struct TFalloffPiece {
     static constexpr size_t TERMS = 5;
     int32_t nCentre;
@@ -34,7 +34,7 @@ struct TFalloffPiece {
 };
 constexpr double MAX_PIECE_SPAN = 1024;
 constexpr float MAX_PIECE_ERROR = 0x1p-10f;
-/// Cells beyond the last that pFalloffPiece may write to.
+/// Cells behind the last one that pFalloffPiece may overwrite.
 constexpr size_t CELL_MARGIN = 16;
 
 struct TStampKernels {
@@ -42,23 +42,24 @@ struct TStampKernels {
     ///   dst = min(lim, uAlpha * src / 255 + dst - dst * src / 65535), every division truncating
     /// so that overlapping stamps never pass their own opacity and never lower what is there.
     void (*pAccumulate)(const TStampRows& rows, uint8_t uAlpha);
-    /// Cells `nFirst` to `nFirst + nCount - 1` of the row `nRow` cells below the centre, taken at the cells'
-    /// middles and written to `pCells` on: 0 to 65535, rounded. All distances are at least dInner.
+    /// Computes the cells `nFirst` to `nFirst + nCount - 1` of the row `nRow` cells below the centre,
+    /// sampled at the cells' centres, into `pCells`: 0 to 65535, rounded. All distances are at least
+    /// dInner.
     void (*pFalloff)(uint16_t* pCells, size_t nFirst, size_t nCount, size_t nRow, const TFalloff& falloff);
-    /// The same cells where `piece` describes the bell curve, as far as it is good for their rounding. Up to
-    /// CELL_MARGIN cells behind them take any value.
+    /// The same cells by the polynomial `piece`, where it is accurate enough for their rounding. May
+    /// overwrite CELL_MARGIN cells behind them.
     void (*pFalloffPiece)(uint16_t* pCells, size_t nFirst, size_t nCount, size_t nRow,
                           const TFalloff& falloff, const TFalloffPiece& piece);
     /// Adds cells to sums.
     void (*pAddCells)(uint32_t* pSums, const uint16_t* pCells, size_t nCount);
 };
 
-/// The definitions.
+/// The reference forms.
 const TStampKernels& PlainStampKernels();
-/// The vector forms, compiled for several instruction sets and chosen when the program runs.
+/// The vector forms, compiled for several instruction sets and selected at run time.
 const TStampKernels& VectorStampKernels();
-/// Those in use.
+/// The forms in use.
 const TStampKernels& StampKernels();
 
-/// A cell's value for a profile's: rounded to 16 bits.
+/// The cell value of a full profile, 16 bits.
 constexpr double CELL_FULL = 65535;

@@ -1,4 +1,4 @@
-// Pixels between byte planes and the order in which files hold them, one after the other.
+// Conversion between byte planes and the interleaved pixels of files.
 #pragma once
 
 #include "core/RasterKernel/Pixels.h"
@@ -6,8 +6,8 @@
 #include <cstddef>
 #include <cstdint>
 
-/// `nCount` pixels to and from B, G, R, A bytes. Vector loops for every instruction set, the rest of a row
-/// pixel by pixel; planes and bytes must not overlap.
+/// Converts `nCount` pixels to and from B, G, R, A bytes. Vector loops for every instruction set, the rest
+/// of a row pixel by pixel; planes and bytes must not overlap.
 void Interleave(uint8_t* pBgra, const TConstColorPixels& src, size_t nCount);
 void Deinterleave(const TColorPixels& dest, const uint8_t* pBgra, size_t nCount);
 /// The same for grey, A bytes.
