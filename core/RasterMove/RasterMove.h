@@ -1,9 +1,9 @@
-// The layer of the raster tools that knows the canvas's selection.
+// Base of the raster tools that work with the canvas's selection.
 #pragma once
 
 #include "core/Tools/RasterToolBase.h"
 
-/// Every tool below it can do what it does beside its own work.
+/// Every derived tool inherits its functions beside its own.
 class CRasterMove : public CRasterToolBase {
 public:
     using CRasterToolBase::CRasterToolBase;
