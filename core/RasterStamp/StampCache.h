@@ -1,4 +1,4 @@
-// Finished stamps by their key; stamps of different size never meet.
+// A cache of finished stamps by key and size.
 #pragma once
 
 #include <boost/noncopyable.hpp>
@@ -9,8 +9,8 @@
 #include <unordered_map>
 #include <utility>
 
-/// Forgets everything when it would grow beyond its capacity: a stroke of changing pressure at a large radius
-/// would fill the memory, and a stamp made anew is the same.
+/// Cleared when it would exceed its capacity: a stroke of changing pressure at a large radius would fill
+/// the memory, and a recomputed stamp is identical.
 class CStampCache : boost::noncopyable {
 public:
     static constexpr size_t CAPACITY = size_t{48} << 20; ///< values
@@ -20,8 +20,8 @@ public:
         const auto it = m_mapStamps.find({nKey, uHalfSize});
         return it == m_mapStamps.end() ? nullptr : it->second.get();
     }
-    /// Makes a stamp of `nLength` values by `fn(values)`, which finds them not set. A stamp whose making
-    /// throws is not kept.
+    /// Creates a stamp of `nLength` values, which `fn(values)` fills. When `fn` throws, the stamp is
+    /// removed.
     template <class Function>
     const uint16_t* Make(int64_t nKey, uint32_t uHalfSize, size_t nLength, Function fn) {
         std::unique_ptr<uint16_t[]> upStamp(new uint16_t[nLength]);

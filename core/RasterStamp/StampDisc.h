@@ -1,4 +1,4 @@
-// A disc whose stamps can be cut out at any place within a pixel: a box filter over its cells.
+// A disc from which stamps are cut at any subpixel position, by a box filter over its cells.
 #pragma once
 
 #include "core/RasterStamp/StampShape.h"
@@ -8,13 +8,13 @@
 
 class CStampDisc {
 public:
-    /// For places within a pixel whose `nLostBits` (0 to 3) low bits are 0.
+    /// For subpixel positions whose `nLostBits` (0 to 3) low bits are 0.
     CStampDisc(const TStampShape& shape, int nLostBits);
 
     /// Writes StampLength values: coverages 0 to 65535 in rows of StampStride. `fx` and `fy`, 0 to 7, move
     /// the disc right and down by so many cells. Every pixel is the mean, truncated, of 64 cells.
     void Cut(uint16_t* pStamp, int fx, int fy) const;
-    /// Values held.
+    /// Number of stored values.
     size_t GetLength() const { return m_vSums.size(); }
 
 private:
@@ -26,8 +26,8 @@ private:
     void MakeSums();
 
     TStampShape m_shape;
-    int32_t m_nStep;               ///< cells from one kept sum to the next
+    int32_t m_nStep;               ///< cells between stored sums
     int32_t m_nFirst;              ///< cells from the centre to the first one
-    size_t m_nSide = 0;            ///< kept sums in each direction
+    size_t m_nSide = 0;            ///< stored sums in each direction
     std::vector<uint32_t> m_vSums; ///< of all cells between the centre and a corner, modulo 2^32
 };

@@ -1,4 +1,4 @@
-// The generator of round stamps: a disc with a soft edge at eight times the plane's resolution.
+// Generates round stamps: a disc with a soft edge at eight times the plane's resolution.
 #pragma once
 
 #include "core/RasterStamp/FalloffPieces.h"
@@ -7,18 +7,18 @@
 #include <cstddef>
 #include <cstdint>
 
-/// A quarter of the disc, row by row from the centre outwards: the rest is its mirror image. Cells up to
-/// GetSolid() are full, those from GetEnd() on are empty.
+/// One quarter of the symmetric disc, row by row from the centre outwards. Cells up to GetSolid() are full,
+/// those from GetEnd() on are empty.
 class CStampGenerator {
 public:
     explicit CStampGenerator(const TStampShape& shape);
 
-    /// Goes to the cells of row `nRow` (rows are asked for in rising order).
+    /// Selects row `nRow`; rows must be selected in ascending order.
     void SetRow(size_t nRow);
     size_t GetSolid() const { return m_nSolid; }
     size_t GetEnd() const { return m_nEnd; }
     /// Writes the cells from `nFirst` (not before the row's number) up to, without, `nEnd` (not beyond
-    /// GetEnd()) to `pCells` on, and anything to CELL_MARGIN places more.
+    /// GetEnd()) to `pCells`, and may overwrite CELL_MARGIN more.
     void Fill(uint16_t* pCells, size_t nFirst, size_t nEnd) const;
 
 private:

@@ -1,4 +1,4 @@
-// Where stamps land: a coverage plane, tile by tile.
+// The coverage plane that stamps are accumulated in, tile by tile.
 #pragma once
 
 #include "core/RasterBuffer/AlphaBuffer.h"
@@ -8,18 +8,17 @@
 /// The coverage plane of a stroke.
 using CStrokePlane = CAlphaBufferImpl<uint16_t>;
 
-/// Knows the tiles that it has found or made, so that a stamp costs no look-up in the plane. A tile that
-/// another plane shares is replaced by its clone before it is written.
+/// Caches the plane's tiles, so that a stamp needs no look-up. A tile shared with another plane is cloned
+/// before it is written.
 class CStampTarget {
 public:
     explicit CStampTarget(CStrokePlane& plane);
 
-    /// Accumulates a stamp (stored as StampShape.h says) of half side `uHalfSize` around plane pixel `pt`
-    /// with an opacity. What lies outside the plane is cut off; tiles are made where the stamp's square
-    /// reaches, and their dirty flags are set, also those of a tile that begins right beyond its left or top
-    /// edge.
+    /// Accumulates a stamp (stored as in StampShape.h) of half side `uHalfSize` around plane pixel `pt`
+    /// with an opacity. Clips to the plane, creates the tiles that the stamp's square overlaps and sets
+    /// their dirty flags, also of a tile that begins right beyond the square's left or top edge.
     void Draw(const uint16_t* pStamp, uint32_t uHalfSize, CPoint pt, uint8_t byAlpha);
-    /// To be called when another plane has come to share this one's tiles.
+    /// Must be called after another plane begins to share this plane's tiles.
     void ForgetTiles();
     CStrokePlane& GetPlane() { return m_plane; }
 
@@ -31,5 +30,5 @@ private:
     CStrokePlane& m_plane;
     CSize m_szBlock;
     CSize m_szBlocks;
-    std::vector<uint16_t*> m_vTiles; ///< null where not looked up yet
+    std::vector<uint16_t*> m_vTiles; ///< null until looked up
 };
