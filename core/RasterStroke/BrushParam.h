@@ -1,4 +1,4 @@
-// The parameters of the freehand tools, and where the settings keep them.
+// The parameters of the freehand tools, and their storage in the settings.
 #pragma once
 
 #include <cstdint>
@@ -11,7 +11,8 @@ class CIniConfig;
 /// Largest brush size, in half pixels.
 constexpr uint32_t MAX_BRUSH_RADIUS = 2000;
 
-/// What a stroke copies from its tool when it begins. Fields are named as the settings' keys.
+/// The parameters that a stroke copies from its tool when it begins. Fields are named after the settings'
+/// keys.
 struct TBrushParam {
     uint8_t WaveSmooth = 1;   ///< control points between two wobble targets, minus one; smooths the wobble
     uint32_t WaveDistMin = 0; ///< wobble of thin lines
@@ -32,19 +33,18 @@ struct TBrushParam {
     uint32_t PressCurve2x = 100;
     uint32_t PressCurve2y = 0;
     uint32_t Spray = 0;         ///< scatter of a stamp in percent of the radius
-    uint8_t AltitParam = 0;     ///< how much a tilted pencil spreads, 0 (not) to 5
+    uint8_t AltitParam = 0;     ///< how far a tilted pencil spreads, 0 (not) to 5
     uint8_t PaperRoughness = 0; ///< 0 to 7
     uint8_t PencilHardness = 0; ///< 0 (soft) to 4
     uint8_t PencilTexture = 0;  ///< 0 (none) to 3
     uint8_t Preset = 0;         ///< always 0
-    bool AntiSplit = false;     ///< a wobbling pencil line widens instead of falling apart
+    bool AntiSplit = false;     ///< a wobbling pencil line widens instead of splitting
 
     friend bool operator==(const TBrushParam&, const TBrushParam&) = default;
 };
 
-/// Reads section "BrushParam\<tool>", tool being "RasterBrush", "RasterEraser" or "RasterPencil". What is
-/// missing takes its default, a number out of range the nearest value in it; a switch is on for everything
-/// but 0.
+/// Reads section "BrushParam\<tool>", tool being "RasterBrush", "RasterEraser" or "RasterPencil". Missing
+/// values take their defaults, numbers are clamped to their ranges; a switch is on for any value but 0.
 TBrushParam ReadBrushParam(CIniConfig& config, const std::wstring& strTool);
-/// Every field with its key in that section.
+/// Lists every field's value with its key in that section.
 std::vector<std::pair<std::wstring, int32_t>> ListBrushParam(const TBrushParam& param);

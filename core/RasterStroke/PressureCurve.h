@@ -1,4 +1,4 @@
-// How a pen's pressure becomes a radius and an opacity.
+// Converts a pen's pressure to a radius and an opacity.
 #pragma once
 
 #include "core/RasterStroke/CtlPoint.h"
@@ -7,7 +7,7 @@
 
 struct TBrushParam;
 
-/// What the evaluation depends on; see TBrushParam.
+/// The parameters of the evaluation; see TBrushParam.
 struct TPressureParam {
     uint32_t uCurve1x = 0, uCurve1y = 100, uCurve2x = 100, uCurve2y = 0; ///< percent, y from the top
     uint8_t uAvailInput = 100;
@@ -22,12 +22,12 @@ struct TPressureParam {
 
 TPressureParam PressureParamOf(const TBrushParam& param);
 
-/// The pressure of a stroke's point `n` (0 first) under a smoothing window: the first `uWindow` points have a
-/// quarter, then it rises to the full value at 3 * uWindow. FINAL_PRESSURE stays.
+/// The pressure of a stroke's point `n` (0 first) under a smoothing window: a quarter for the first
+/// `uWindow` points, then rising to the full value at 3 * uWindow. FINAL_PRESSURE is unchanged.
 uint32_t FadeInPressure(uint32_t uPressure, uint32_t n, uint32_t uWindow);
 
-/// The curve's output for a pressure (more than FULL_PRESSURE counts as that): the height of the cubic
-/// Bezier curve from the lower left corner to the upper right one, 0 to 1024.
+/// The curve's output for a pressure (clamped to FULL_PRESSURE): the height of the cubic Bezier curve from
+/// the lower left corner to the upper right one, 0 to 1024.
 uint32_t EvaluateCurve(const TPressureParam& param, uint32_t uPressure);
 
 /// The radius in 8192ths of a plane pixel, `nScale` plane pixels to a canvas pixel, and the opacity.

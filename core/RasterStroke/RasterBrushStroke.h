@@ -15,8 +15,8 @@ private:
 
     const CStampDisc& DiscOf(const TStampShape& shape, int nLostBits);
 
-    CStampCache m_cache; ///< by outer radius and position within a pixel
-    // The discs of small stamps, by outer radius: each is cut at up to 64 places.
+    CStampCache m_cache; ///< by outer radius and subpixel position
+    // The discs of small stamps, by outer radius: each is cut at up to 64 subpixel positions.
     std::unordered_map<uint32_t, CStampDisc> m_mapDiscs;
     size_t m_nDiscValues = 0;
 };

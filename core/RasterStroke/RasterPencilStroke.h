@@ -1,4 +1,5 @@
-// The pencil's stroke: stamps of graphite grains thrown at random into a disc, which the paper may refuse.
+// The pencil's stroke: stamps of graphite grains placed at random in a disc; the paper texture may reject
+// grains.
 #pragma once
 
 #include "core/RasterStamp/PencilGrain.h"
@@ -8,8 +9,7 @@
 
 #include <boost/random/piecewise_linear_distribution.hpp>
 
-/// How many times wider than an upright pencil a tilted one spreads; `nParam` 0 (not at all) to 5, altitude
-/// in degrees.
+/// Spread of a tilted pencil relative to an upright one; `nParam` 0 (none) to 5, altitude in degrees.
 double PencilSpread(int nParam, uint32_t uAltitude);
 
 class CRasterPencilStroke final : public CRasterStroke {
@@ -18,7 +18,7 @@ public:
     explicit CRasterPencilStroke(const TStrokeSetup& setup);
 
 private:
-    // One stamp's place and measures.
+    // The position and size of one stamp.
     struct TThrow {
         int fx, fy;
         int ix, iy;
@@ -39,8 +39,9 @@ private:
     IImageCodecs* m_pCodecs;
     std::unique_ptr<CPencilTexture> m_spTexture;
     CPencilGrain m_grain;
-    boost::random::piecewise_linear_distribution<double> m_distance; ///< of a grain, in radii
-    CStampCache m_cache;                                             ///< without a texture
-    CStampCache m_cachePredict;     ///< of stamps that the line itself must not come to use
-    std::vector<uint16_t> m_vStamp; ///< with one
+    boost::random::piecewise_linear_distribution<double> m_distance; ///< grain distance from the centre, in
+                                                                     ///< radii
+    CStampCache m_cache;                                             ///< stamps without a texture
+    CStampCache m_cachePredict;     ///< stamps of the prediction, which the line itself must not use
+    std::vector<uint16_t> m_vStamp; ///< the stamp with a texture
 };

@@ -1,4 +1,4 @@
-// The smoothing of a stroke: control points seen through a cubic B-spline as wide as a window, or joined by
+// The smoothing of a stroke: control points filtered by a cubic B-spline as wide as a window, or joined by
 // straight lines without one.
 #pragma once
 
@@ -10,14 +10,14 @@
 /// Steps from one control point to the next.
 constexpr uint32_t STEPS_PER_POINT = 8;
 
-/// Positions count in steps; they wrap after 8192 control points, beyond which no stroke is served.
+/// Positions count in steps; they wrap after 8192 control points, the maximum of a stroke.
 class CResampleWindow {
 public:
     /// `uWindow` control points wide; 0 is no window.
     explicit CResampleWindow(uint32_t uWindow);
 
     uint32_t GetWindow() const { return m_uWindow; }
-    /// How many points after a position the curve depends on; it lags by as many.
+    /// The number of points after a position that the curve depends on, which is also its lag.
     size_t GetReach() const { return m_nTaps / 2; }
     /// The curve through the first `nCount` (at least 1) of the points at a step; quotients are truncated
     /// toward zero. Ends are repeated.

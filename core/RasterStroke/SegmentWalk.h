@@ -1,4 +1,4 @@
-// Straight segments between resampled points, walked at the spacing of the stamps.
+// Straight segments between resampled points, stepped through at the spacing of the stamps.
 #pragma once
 
 #include "core/RasterStroke/CtlPoint.h"
@@ -15,9 +15,9 @@ public:
         m_uLength = static_cast<uint32_t>(nScale) * static_cast<uint32_t>(std::sqrt(dx * dx + dy * dy) + 0.5);
     }
 
-    /// In plane eighths; 0 also where no pen touches.
+    /// In plane eighths; also 0 when neither end has pressure.
     uint32_t GetLength() const { return m_ptFrom.pressure == 0 && m_ptTo.pressure == 0 ? 0 : m_uLength; }
-    /// The point at a distance below the length from the beginning, in plane eighths.
+    /// The point at a distance (less than the length) from the beginning, in plane eighths.
     TCtlPoint PointAt(uint32_t uAt) const {
         const int64_t nAt = uAt;
         const int64_t nLength = m_uLength;

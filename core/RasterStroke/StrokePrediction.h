@@ -1,4 +1,4 @@
-// The part of a stroke that the pen has not drawn yet: shown, never kept.
+// The predicted continuation of a stroke: shown, never kept.
 #pragma once
 
 #include "core/RasterStamp/StampTarget.h"
@@ -7,14 +7,14 @@
 
 struct TCtlPoint;
 
-/// The points with the expected ones behind them: none at `nPredict` 1, eight at 2, twelve at 3, each 9/10 of
-/// the last distance on, and then the last one `uWindow` + 2 more times, so that the smoothing reaches it.
+/// Appends the predicted points: none at `nPredict` 1, eight at 2, twelve at 3, each 9/10 of the last
+/// distance on, then repeats the last one `uWindow` + 2 times, so that the smoothing reaches it.
 std::vector<TCtlPoint> PredictPoints(const std::vector<TCtlPoint>& vPoints, int nPredict, uint32_t uWindow);
 
-/// Flags what has to be painted again when `plane` takes the place of `shown` on the screen: what is flagged
-/// in that, and every tile but those that both share.
+/// Flags what must be repainted when `plane` replaces `shown` on the screen: the flags of `shown`, and
+/// every tile that the planes do not share.
 void FlagDifferences(CStrokePlane& plane, const CStrokePlane& shown);
 
-/// A plane that shares the tiles of `main` and takes the place of `pOld` (if any) on the screen: tiles that
-/// only the old one has are there, empty; dirty is what is dirty in either, or differs from the old one.
+/// Makes a plane that shares the tiles of `main` and replaces `pOld` (if any) on the screen. Tiles that
+/// only the old one has are added empty; a tile is dirty if it is in either, or differs from the old one.
 boost::shared_ptr<CStrokePlane> MakePredictPlane(CStrokePlane& main, CStrokePlane* pOld);

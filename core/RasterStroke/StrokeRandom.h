@@ -1,13 +1,13 @@
-// The random numbers of all strokes: one object of the application, so that a session that begins with the
-// same seed and does the same draws the same lines.
+// The random numbers of all strokes: one object of the application, so that sessions with the same seed and
+// input draw the same lines.
 #pragma once
 
 #include <boost/random/mersenne_twister.hpp>
 
 #include <cstdint>
 
-/// Both generators are integer arithmetic alone: the same numbers on every machine. Copies go on as the
-/// original would. Not locked.
+/// Both generators use only integer arithmetic: the same numbers on every machine. A copy continues the
+/// same sequence. Not thread-safe.
 class CStrokeRandom {
 public:
     /// The largest number of Rand.

@@ -1,4 +1,5 @@
-// The unsteady hand: three lists of offsets that follow random targets, one control point after the other.
+// The wobble of an unsteady hand: three lists of offsets that follow random targets, one entry for each
+// control point.
 #pragma once
 
 #include "core/Base/Geometry.h"
@@ -10,12 +11,12 @@
 class CStrokeRandom;
 struct TBrushParam;
 
-/// How far a new target may lie off the line, in eighths of a canvas pixel, where the pen's pressure gives
-/// `uRadius` (8192ths of a canvas pixel): nothing for the thinnest lines, WaveDistMin for thin ones, toward
+/// The greatest distance of a new target from the line, in eighths of a canvas pixel, for the radius
+/// `uRadius` (8192ths of a canvas pixel): 0 for the thinnest lines, WaveDistMin for thin ones, toward
 /// WaveDistMax at the full radius.
 uint32_t WobbleDistance(const TBrushParam& param, uint32_t uRadius);
 
-/// A point at a random angle and at most `uDistance` away.
+/// A point at a random angle, at most `uDistance` away.
 CPoint ChooseWobbleTarget(uint32_t uDistance, CStrokeRandom& random);
 
 class CWobble {
@@ -23,9 +24,9 @@ public:
     static constexpr size_t PASSES = 3;
     using TList = std::vector<TCtlPoint>; ///< offsets in x and y, the rest 0
 
-    /// Adds the entry of a control point to the lists: one entry 0 to the first alone without wobble.
+    /// Appends a control point's entry to the lists; without wobble a zero entry to the first list alone.
     void Append(const TBrushParam& param, uint32_t uPressure, uint32_t uRadius, CStrokeRandom& random);
-    /// The lists; one that is empty makes no pass.
+    /// The lists; an empty one makes no pass.
     const std::array<TList, PASSES>& GetLists() const { return m_aLists; }
 
 private:
