@@ -1,4 +1,4 @@
-// Snapshots of unsaved documents: when they are taken, when they go, and how documents come back from them.
+// Snapshots of unsaved documents: creation, removal and recovery.
 #pragma once
 
 #include "core/CanvasBuffer/CanvasBuffer.h"
@@ -14,33 +14,33 @@
 
 class IClock;
 
-/// Watches the documents of a session. A document that differs from its file gets a snapshot
-/// g_Switches.m_nAutoSave seconds after its first change that no snapshot has, in a pause of the work. The
-/// snapshot goes when the document is saved or forgotten; a document that ends in any other way leaves it.
+/// Watches the documents of a session. A changed document gets a snapshot g_Switches.m_nAutoSave seconds
+/// after its first change not yet in one, when idle. The snapshot is removed when the document is saved or
+/// forgotten, and remains when the document ends in any other way.
 class CRecovery : boost::noncopyable {
 public:
-    /// Both outlive the object.
+    /// Both must outlive the object.
     CRecovery(ISnapshotStore& store, IClock& clock) : m_store(store), m_clock(clock) {}
 
-    /// Idle work for one document: follows its changes, takes a snapshot that is due. Raises what Serialize
-    /// raises; that document is then left alone until it has been saved.
+    /// Idle work for one document: tracks its changes and takes a due snapshot. Propagates exceptions of
+    /// Serialize; that document is then skipped until it has been saved.
     void Watch(const boost::shared_ptr<CCanvasBuffer>& spCanvas);
-    /// Takes a snapshot now of what none has yet, also when AutoSaveSeconds is 0, and waits until it is on
-    /// the disk. False when it cannot be there; raises what Serialize raises.
+    /// Takes a snapshot of unsaved changes now, also when AutoSaveSeconds is 0, and waits until it is on
+    /// the disk. False when it could not be written; propagates exceptions of Serialize.
     bool Keep(const boost::shared_ptr<CCanvasBuffer>& spCanvas);
-    /// The document is closed and nothing of it is to be kept.
+    /// Called when the document is closed without keeping a snapshot.
     void Forget(const CCanvasBuffer& canvas);
-    /// True once after a snapshot could not be written.
+    /// Returns true once after a snapshot could not be written.
     bool TakeFailure() { return m_store.TakeFailure(); }
 
-    /// What broken sessions left, reserved for this one until ReleaseLeft.
+    /// The snapshots of broken sessions, reserved for this one until ReleaseLeft.
     std::vector<TLeftSnapshot> FindLeft() { return m_store.FindLeft(); }
-    /// The document of a left snapshot, unsaved, with its old title and, if its file is still there, path.
-    /// The snapshot is the document's own from now on. Raises fileopen_error or deserialize_error.
+    /// Opens the document of a left snapshot as unsaved, with its old title and, if its file still exists,
+    /// path. The snapshot then belongs to the document. Raises fileopen_error or deserialize_error.
     boost::shared_ptr<CCanvasBuffer> Restore(const TLeftSnapshot& left);
     /// The bytes of a left snapshot, null when they cannot be read.
     std::unique_ptr<IFileReader> Open(const TLeftSnapshot& left) { return m_store.Open(left.strName); }
-    /// Puts one that cannot be restored out of the way; returns where it is.
+    /// Sets aside a snapshot that cannot be restored; returns its new path.
     std::wstring SetAside(const TLeftSnapshot& left) { return m_store.SetAside(left.strName); }
     void Drop(const TLeftSnapshot& left) { m_store.Drop(left.strName); }
     void ReleaseLeft() { m_store.ReleaseLeft(); }
@@ -52,7 +52,7 @@ private:
         uint32_t uChanges = 0;     ///< the change count that was seen last
         uint32_t uFirstChange = 0; ///< tick of the first change that no snapshot has
         uint32_t uLastChange = 0;
-        bool bPending = false; ///< there is such a change
+        bool bPending = false; ///< that change exists
         bool bGivenUp = false;
     };
 
