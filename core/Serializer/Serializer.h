@@ -1,4 +1,4 @@
-// The one wire form of every model class: a tree of chunks (tag, version, length, payload), big-endian.
+// The file format of every model class: a tree of chunks (tag, version, length, payload), big-endian.
 #pragma once
 
 #include "core/Base/Geometry.h"
@@ -14,7 +14,7 @@
 
 using TBytes = std::vector<uint8_t>;
 
-/// A chunk tag of four letters, as it reads in the file.
+/// A chunk tag of four letters, in file order.
 constexpr uint32_t MakeTag(const char (&psz)[5]) {
     return static_cast<uint32_t>(static_cast<uint8_t>(psz[0])) << 24 |
            static_cast<uint32_t>(static_cast<uint8_t>(psz[1])) << 16 |
@@ -22,15 +22,15 @@ constexpr uint32_t MakeTag(const char (&psz)[5]) {
            static_cast<uint32_t>(static_cast<uint8_t>(psz[3]));
 }
 
-/// Tag of a chunk that says nothing: four blanks.
+/// Tag of a chunk without a meaning: four blanks.
 constexpr uint32_t TAG_EMPTY = MakeTag("    ");
 
 /// Bytes of tag, version and length before a chunk's payload.
 constexpr uint32_t CHUNK_HEADER = 12;
 
-/// Builds one chunk. Bytes written to it are kept, parts are only referred to, and a chunk appended to
-/// another hands both on, so that a whole document's chunk takes little more than its tree. Lengths over 32
-/// bits cannot be represented and raise refused_error.
+/// Builds one chunk. It stores written bytes but only references parts, and passes both on when it is
+/// appended to another chunk, so that a whole document's chunk needs little more memory than its tree.
+/// Lengths over 32 bits raise refused_error.
 class CSerializer {
 public:
     virtual ~CSerializer() = default;
@@ -49,9 +49,9 @@ public:
     /// A count of UTF-16 units, then the units; code points above U+FFFF become surrogate pairs.
     void WriteString(const std::wstring& str);
     void WriteBytes(const uint8_t* pBytes, size_t nLength);
-    /// Room for `nLength` bytes at the end, to be filled by the caller before the next write.
+    /// Appends `nLength` bytes, to be filled by the caller before the next write.
     uint8_t* Extend(size_t nLength);
-    /// The part's bytes, which are asked for when the chunk is written out or read.
+    /// Appends a part, whose bytes are fetched when the chunk is written out or read.
     void WritePart(const boost::shared_ptr<const IWirePart>& spPart);
     /// Appends the child's tag, version, payload length and payload.
     void WriteChunk(CSerializer child);
@@ -62,7 +62,7 @@ public:
     uint32_t GetLength() const { return static_cast<uint32_t>(m_nLength); }
     /// The whole payload in one piece.
     TBytes GetPayload() const;
-    /// Hands the payload to `fnWrite` piece by piece, until that answers false, which is then the result.
+    /// Passes the payload to `fnWrite` piece by piece; stops and returns false when `fnWrite` does.
     bool WriteOut(const std::function<bool(std::string_view)>& fnWrite) const;
 
 private:
@@ -79,52 +79,51 @@ private:
     void Close(const boost::shared_ptr<const IWirePart>& spPart);
 
     std::vector<TPiece> m_vPieces;
-    TBytes m_vBytes; ///< what follows the last piece
+    TBytes m_vBytes; ///< bytes after the last piece
     uint64_t m_nLength = 0;
     uint32_t m_uTag = TAG_EMPTY;
     uint32_t m_uVersion = 0;
 };
 
-/// Reads one chunk out of a shared image; nested readers only move indices. Every operation that would pass
-/// the chunk's end raises deserialize_error and reads nothing.
+/// Reads one chunk of a shared image; nested readers only move indices. An operation beyond the chunk's end
+/// raises deserialize_error and reads nothing.
 class CDeserializer {
 public:
-    /// A reader of nothing, to be pointed at a chunk by ReadChunk.
+    /// An empty reader, to be set by ReadChunk.
     CDeserializer() = default;
-    /// Over a whole image, such as a file's; its size must fit into 32 bits.
+    /// Reads a whole image, such as a file's; its size must fit into 32 bits.
     explicit CDeserializer(boost::shared_ptr<CWireImage> spImage);
-    /// The same over foreign bytes in memory.
+    /// Reads untrusted bytes in memory.
     explicit CDeserializer(boost::shared_ptr<const TBytes> spBytes);
-    /// Over a chunk just made, standing inside it. It is known to be sound, so nothing that it asks for is
-    /// refused, and its parts are read without being written.
+    /// Reads a chunk just built, starting inside it. It is trusted, so its claims are unlimited, and its
+    /// parts are read without being written.
     explicit CDeserializer(CSerializer chunk);
     virtual ~CDeserializer() = default;
 
-    /// Points `child` at the chunk here and moves past it. The child shares the image.
+    /// Sets `child` to the chunk at the position and moves past it. The child shares the image.
     void ReadChunk(CDeserializer& child);
     int32_t ReadInt32();
     uint8_t ReadByte();
     bool ReadBool() { return ReadByte() != 0; }
     CSize ReadSize();
     CPoint ReadPoint();
-    /// A surrogate without its other half is kept as it is.
+    /// An unpaired surrogate is kept as it is.
     std::wstring ReadString();
     /// `nLength` bytes, valid until the next read from the image.
     const uint8_t* ReadBytes(size_t nLength);
-    /// The part that makes up the next `nLength` bytes; null, and nothing is read, where there are only
-    /// bytes.
+    /// The part that makes up the next `nLength` bytes; null, reading nothing, where there are only bytes.
     const IWirePart* ReadPart(size_t nLength);
-    /// Counts memory that this chunk asks for without bringing its bytes along; raises deserialize_error when
-    /// the image has asked for too much.
+    /// Counts memory that this chunk allocates without containing its bytes; raises deserialize_error when
+    /// the image's limit is exceeded.
     void Claim(uint64_t uBytes) { m_spImage->Claim(uBytes); }
 
     uint32_t GetTag() const { return m_uTag; }
     uint32_t GetVersion() const { return m_uVersion; }
-    /// How many chunks lie around this one.
+    /// The nesting depth of this chunk.
     uint32_t GetDepth() const { return m_uDepth; }
     /// Bytes left in this chunk.
     uint32_t GetRest() const { return m_uEnd - m_uPos; }
-    /// Raises deserialize_error unless the tag is `uTag`.
+    /// Raises deserialize_error unless the chunk's tag is `uTag`.
     void ExpectTag(uint32_t uTag) const;
     /// Raises deserialize_error unless everything has been read.
     void ExpectEnd() const;

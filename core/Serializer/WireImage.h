@@ -1,4 +1,4 @@
-// The bytes that a tree of readers moves over, wherever they are: in memory, in a file, in chunks just made.
+// The bytes that a tree of readers works on: in memory, in a file, or in chunks just built.
 #pragma once
 
 #include <boost/noncopyable.hpp>
@@ -8,37 +8,37 @@
 #include <limits>
 
 /// Bytes of a payload that stay with their owner until they are written, such as a tile's pixels: a chunk
-/// that holds them costs no copy. Whoever would change them replaces the owner by a copy first.
+/// refers to them without a copy. To change them, replace the owner by a copy first.
 class IWirePart {
 public:
     virtual ~IWirePart() = default;
     virtual size_t GetWireSize() const = 0;
-    /// Writes all of them to `pTo`.
+    /// Writes all bytes to `pTo`.
     virtual void WriteWire(uint8_t* pTo) const = 0;
 };
 
-/// An image seen through a window that moves to where it is read.
+/// An image read through a window that moves to the position needed.
 class CWireImage : boost::noncopyable {
 public:
     virtual ~CWireImage() = default;
 
     uint64_t GetSize() const { return m_uSize; }
-    /// `nLength` bytes from `uPos` on, which the image must have; valid until the next call.
+    /// `nLength` bytes from `uPos` on, which must lie in the image; valid until the next call.
     const uint8_t* Fetch(uint64_t uPos, size_t nLength) {
         if (uPos < m_uFirst || uPos + nLength > m_uFirst + m_nWindow) MoveWindow(uPos, nLength);
         return m_pWindow + (uPos - m_uFirst);
     }
     /// The part that is exactly these bytes, null where there is none.
     virtual const IWirePart* FindPart(uint64_t, size_t) const { return nullptr; }
-    /// Counts memory that the image asks for without bringing its bytes along; raises deserialize_error when
-    /// all of it exceeds what such an image may ask for.
+    /// Counts memory that the image allocates without containing its bytes; raises deserialize_error when
+    /// the total exceeds the limit.
     void Claim(uint64_t uBytes);
 
 protected:
-    /// `uClaimable` is how much may be claimed in all.
+    /// `uClaimable` is the limit of all claims.
     explicit CWireImage(uint64_t uSize, uint64_t uClaimable = std::numeric_limits<uint64_t>::max())
         : m_uSize(uSize), m_uClaimable(uClaimable) {}
-    /// Sees to it by SetWindow that the bytes are in the window.
+    /// Moves the window to the bytes by SetWindow.
     virtual void MoveWindow(uint64_t uPos, size_t nLength) = 0;
     void SetWindow(uint64_t uFirst, const uint8_t* pBytes, size_t nLength) {
         m_uFirst = uFirst;
@@ -54,6 +54,6 @@ private:
     size_t m_nWindow = 0;
 };
 
-/// What an image of foreign bytes may claim: room for thousands of empty layers on the largest canvas that
-/// the user can make, and more with what the file holds.
+/// The claim limit of an untrusted image: enough for thousands of empty layers on the largest canvas that
+/// the user can make, and more with the file's size.
 constexpr uint64_t ForeignClaim(uint64_t uFileSize) { return (uint64_t{256} << 20) + 16 * uFileSize; }
