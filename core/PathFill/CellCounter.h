@@ -26,18 +26,19 @@ public:
     /// Counts the cells between `chains`, which must stay as they are: pixels from `nFirst` (0 or -1) to
     /// before `nEnd`.
     void Begin(const CMonotoneChains& chains, int32_t nFirst, int32_t nEnd);
-    /// The first row of pixels that is not empty of chains, from `y` on; INT32_MAX when there is none.
+    /// The first row of pixels from `y` on that has chains; INT32_MAX when there is none.
     int32_t NextRow(int32_t y) const;
-    /// Counts a row into an empty `row`. Rows are asked for from the top down; those left out have no chains.
+    /// Counts a row into an empty `row`. Rows must be requested in ascending order; omitted rows must have
+    /// no chains.
     void Count(int32_t y, CCountRow& row);
-    /// Rows of which nothing but their edges, from left to right, need be known. False when they are no such
-    /// rows: then they must be counted. Otherwise Count goes on with the last two of them, or behind.
+    /// Returns the edges, from left to right, of rows that need no counting. False when the rows must be
+    /// counted. After true, Count continues with the last two of them, or behind.
     bool GetEdges(int32_t y, int32_t nRows, std::vector<TFillEdge>& vEdges) const;
 
 private:
-    static constexpr int32_t ROWS = FILL_CELLS; ///< rows of cells to a row of pixels
+    static constexpr int32_t ROWS = FILL_CELLS; ///< rows of cells in a row of pixels
 
-    // A chain. Those of its rows of pixels that it crosses from top to bottom are summed beforehand.
+    // A chain. The rows of pixels that it crosses from top to bottom are summed beforehand.
     struct TOrdered {
         const TChain* pChain;
         int32_t yWhole;    ///< the first of them
@@ -69,10 +70,10 @@ private:
 
     const TCrossingKernels& m_kernels = CrossingKernels();
     const CMonotoneChains* m_pChains = nullptr;
-    std::vector<TOrdered> m_vOrder; ///< by their top
+    std::vector<TOrdered> m_vOrder; ///< sorted by their top
     std::vector<TCrossingSums> m_vSums;
     size_t m_nWaiting = 0;          ///< the first of m_vOrder that has not begun
-    std::vector<TActive> m_vActive; ///< by their left side
+    std::vector<TActive> m_vActive; ///< sorted by their left side
     std::vector<int32_t> m_vKeys;   ///< of one row of cells: 4 * cell + direction + 1
     // A crossing of one row of cells.
     struct TCellCrossing {
@@ -82,16 +83,16 @@ private:
     };
     std::vector<TCellCrossing> m_vCrossings;
     std::vector<int32_t> m_vWindings; ///< of each outline; 0 between rows of cells
-    std::vector<int32_t> m_vSteps;    ///< by how much winding numbers change at a crowd's cells; else 0
+    std::vector<int32_t> m_vSteps;    ///< change of the winding number at each cell of a crowd; else 0
     int32_t m_yChanged = 0;           ///< the last row in which a chain began or ended
 
     int32_t m_nFirst = 0; ///< pixels counted
     int32_t m_nEnd = 0;
     std::vector<int16_t> m_vDifference; ///< from pixel -1 on
-    /// Before the place that was reached; only the first while m_bEven.
+    /// Up to the position reached; only the first is valid while m_bEven.
     std::array<int32_t, ROWS> m_anWinding{};
-    bool m_bEven = true;    ///< all rows of cells have the same
+    bool m_bEven = true;    ///< all rows of cells have the same winding number
     int32_t m_nCount = 0;   ///< of the pixel before m_nNext
     int32_t m_nNext = 0;    ///< the pixel to be written next
-    int32_t m_nChanged = 0; ///< from here on no differences
+    int32_t m_nChanged = 0; ///< no differences from this pixel on
 };

@@ -1,4 +1,4 @@
-// A row of pixels, each the number of its cells that are set, up to 255.
+// A row of pixels, each with the number of its set cells, up to 255.
 #pragma once
 
 #include <algorithm>
@@ -8,13 +8,13 @@
 #include <cstring>
 #include <vector>
 
-/// Values come in runs of 16 pixels. In a run that is not marked all are one value, which its neighbours in
-/// the row have too; a marked one has its values and the two beside it. What was never written is 0.
+/// Values come in runs of 16 pixels. An unmarked run has one value, which its neighbours in the row share;
+/// a marked run stores its values and the two beside it. Unwritten values are 0.
 class CCountRow {
 public:
     static constexpr int32_t RUN = 16;
 
-    /// An empty row of `nWidth` pixels and one more on either side.
+    /// Creates an empty row of `nWidth` pixels and one more on either side.
     void Create(int32_t nWidth) {
         const auto nRuns = static_cast<size_t>(nWidth / RUN + 3);
         m_vValues.assign((nRuns + 2) * RUN, 0);
@@ -28,7 +28,7 @@ public:
     int32_t GetFirstRun() const { return m_nFirstRun; }
     int32_t GetEndRun() const { return m_nEndRun; }
 
-    /// Values change somewhere between pixels `nFirst` and `nLast`, from 0 to the width + 2. The row is
+    /// Marks a change of values between pixels `nFirst` and `nLast`, from 0 to the width + 2. The row is
     /// written from left to right.
     void Mark(int32_t nFirst, int32_t nLast) {
         const int32_t nFrom = nFirst / RUN;
@@ -43,13 +43,13 @@ public:
     }
     /// Writes a pixel of a marked run, or one beside it.
     void Set(int32_t nPixel, uint8_t uValue) { m_vValues[static_cast<size_t>(nPixel + RUN)] = uValue; }
-    /// Writes pixels from `nFirst` to before `nEnd`; the runs of `nFirst` and `nEnd - 1` are marked, or will
-    /// be, those between are not.
+    /// Fills pixels from `nFirst` to before `nEnd`; the runs of `nFirst` and `nEnd - 1` are marked, now or
+    /// later, those between are not.
     void SetEven(int32_t nFirst, int32_t nEnd, uint8_t uValue);
 
     /// 64 runs' marks, the first run's the lowest bit.
     uint64_t GetMarks(size_t nWord) const { return m_vMarks[nWord]; }
-    /// The values of a run, between those of its neighbours.
+    /// The values of a run, with its neighbours' values around them.
     const uint8_t* GetRun(int32_t nRun) const {
         const auto n = static_cast<size_t>(nRun);
         if (m_vMarks[n / 64] >> (n % 64) & 1) return m_vValues.data() + (n + 1) * RUN;
@@ -62,8 +62,8 @@ private:
     using TEvenRuns = std::array<std::array<uint8_t, RUN + 2>, 256>;
     static const TEvenRuns EVEN_RUNS;
 
-    std::vector<uint8_t> m_vValues; ///< after a run that is none
-    std::vector<uint8_t> m_vEven;   ///< a value a run
-    std::vector<uint64_t> m_vMarks; ///< a bit a run
+    std::vector<uint8_t> m_vValues; ///< preceded by one unused run
+    std::vector<uint8_t> m_vEven;   ///< one value for each run
+    std::vector<uint64_t> m_vMarks; ///< one bit for each run
     int32_t m_nFirstRun = 0, m_nEndRun = 0;
 };

@@ -1,4 +1,4 @@
-// Edges that lie apart from one another: what rows of pixels hold around them is known without counting.
+// Isolated edges: the pixel values around them are known without counting.
 #pragma once
 
 #include "core/PathFill/CountRow.h"
@@ -8,24 +8,24 @@
 #include <cstdint>
 #include <cstring>
 
-/// A chain that has its surroundings for itself in some rows: beyond its runs of pixels, up to those of the
-/// next edge, all cells are set or none.
+/// A chain without neighbours in some rows: beyond its runs of pixels, up to those of the next edge, all
+/// cells are set or none.
 struct TFillEdge {
     static constexpr int32_t MAX_RUNS = 4;
 
     int32_t nFirstRun, nEndRun; ///< with a pixel on either side of the crossings
     bool bBegins;               ///< cells are set behind it, else before it
-    const TCrossingSums* pSums; ///< one a row
+    const TCrossingSums* pSums; ///< one for each row
 };
 
-/// Values around an edge, from one pixel before its first run to one behind its last, and a run more: what is
-/// written at once may reach further.
+/// Values around an edge, from one pixel before its first run to one behind its last, plus one run for
+/// vector writes beyond the end.
 inline constexpr size_t EDGE_ROW = (TFillEdge::MAX_RUNS + 1) * CCountRow::RUN;
 using TEdgeRow = std::array<uint8_t, EDGE_ROW>;
 
-/// The values of a row whose pixel `nLeft` is the first.
+/// Writes the values of a row that begins at pixel `nLeft`.
 inline void WriteEdgeRow(TEdgeRow& row, const TCrossingSums& sums, int32_t nLeft, bool bBegins) {
-    // An edge that begins, and one that ends.
+    // For an edge that begins, and one that ends.
     static constexpr auto VALUES = [] {
         std::array<uint8_t, 4 * EDGE_ROW> aValues{};
         for (size_t n = EDGE_ROW; n < 3 * EDGE_ROW; ++n) aValues[n] = 255;

@@ -1,13 +1,14 @@
-// A closed Bezier outline as straight lines that are the same whatever part of it is looked at.
+// A closed Bezier outline as straight lines that do not depend on the region of interest.
 //
-// A segment is halved until its hull is at most 128 pixels wide and high, then evaluated at 2^k equal steps,
+// A segment is halved until its hull is at most 128 pixels wide and high, then evaluated at 2^k equal
+// steps,
 // k from its second differences. All of this is integer arithmetic: halving rounds to 1/1024 of a cell, the
-// lines' ends to 1/16. Moving an outline by whole cells moves the lines by as much, and turning it round
-// turns the lines round. The lines stay within a quarter of a cell of the curve: 1/6 by the steps, 1/23 by
+// lines' ends to 1/16. Moving an outline by whole cells moves the lines by as much, and reversing it
+// reverses the lines. The lines stay within a quarter of a cell of the curve: 1/6 by the steps, 1/23 by
 // the rounding of their ends, the rest by the halving (1/1448 a level).
 //
-// Only where lines are wanted is a segment followed. A part beyond the right side, the top or the bottom
-// changes no winding number there and is left out; one beyond the left side becomes a vertical line.
+// A segment is followed only inside the requested rectangle. A part beyond the right side, the top or the
+// bottom changes no winding number there and is omitted; one beyond the left side becomes a vertical line.
 #pragma once
 
 #include "core/Base/Geometry.h"
@@ -18,7 +19,7 @@
 #include <cstdint>
 #include <span>
 
-/// Mask cells to a pixel, in each direction.
+/// Mask cells per pixel, in each direction.
 constexpr int32_t FILL_CELLS = CROSSING_CELLS;
 /// The unit of lines: sixteenths of a cell.
 constexpr int LINE_BITS = 4;
@@ -31,11 +32,11 @@ struct TCurve {
     int64_t y[4];
 };
 
-/// Gives lines to `Sink`: AddLine(x0, y0, x1, y1), sixteenths of a cell, in the order of the outline.
+/// Passes lines to `Sink`: AddLine(x0, y0, x1, y1), sixteenths of a cell, in the order of the outline.
 template <class Sink>
 class CFlattener {
 public:
-    /// Lines are wanted in `rcCells`, whose sides lie within 2^22 cells from 0.
+    /// Requests lines in `rcCells`, whose sides lie within 2^22 cells from 0.
     CFlattener(const CRect& rcCells, Sink& sink)
         : m_nLeft(Wide(rcCells.left - 1)), m_nTop(Wide(rcCells.top - 1)), m_nRight(Wide(rcCells.right + 1)),
           m_nBottom(Wide(rcCells.bottom + 1)), m_sink(sink) {}
@@ -43,7 +44,7 @@ public:
     /// `points` in PolyBezier order, in eighths of a pixel; cell (0, 0) is the first of pixel
     /// (xOrigin, yOrigin).
     void Flatten(std::span<const CPoint> points, int64_t xOrigin, int64_t yOrigin) {
-        // (v - origin * 8) * 16 / 8 cells: nothing is lost by the division.
+        // (v - origin * 8) * 16 / 8 cells: the division is exact.
         const auto map = [](int32_t n, int64_t nOrigin) {
             return (n - nOrigin * 8) * (int64_t{FILL_CELLS / 8} << CURVE_BITS);
         };
@@ -79,7 +80,7 @@ private:
             p[2] = Third(p[0] + 2 * p[3]);
         }
     }
-    // To the nearest.
+    // Rounded to the nearest.
     static int64_t Third(int64_t n) {
         const int64_t nRest = (n % 3 + 3) % 3;
         return (n - nRest) / 3 + (nRest == 2);
@@ -119,7 +120,7 @@ private:
         Follow(second);
     }
 
-    // So many steps, 2^k or three times as many, that their error, at most 3/4 of the longer second
+    // Number of steps, 2^k or three times as many, such that the error, at most 3/4 of the longer second
     // difference / steps^2, is at most 3/16 of a cell.
     struct TStepCount {
         int64_t n;
@@ -145,7 +146,7 @@ private:
         bool IsThree() const { return n >> k == 3; }
     };
 
-    // A coordinate at equal steps, by differences: exact, times steps^3, and never negative.
+    // A coordinate at equal steps, by differences: exact, multiplied by steps^3, and never negative.
     struct TSteps {
         static constexpr int BIAS_BITS = 34;
         int64_t nAt, n1, n2, n3;
@@ -198,6 +199,6 @@ private:
         }
     }
 
-    int64_t m_nLeft, m_nTop, m_nRight, m_nBottom; ///< beyond these nothing is followed
+    int64_t m_nLeft, m_nTop, m_nRight, m_nBottom; ///< segments beyond these limits are not followed
     Sink& m_sink;
 };

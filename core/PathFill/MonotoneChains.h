@@ -1,4 +1,5 @@
-// The lines of an outline as chains that run only down or only up, each crossing a row of cells at most once.
+// The lines of an outline as chains that run only downwards or only upwards, each crossing a row of cells
+// at most once.
 #pragma once
 
 #include "core/PathFill/FlattenOutline.h"
@@ -7,7 +8,7 @@
 #include <cstdint>
 #include <vector>
 
-/// Lines that follow on one another: one crossing for each row of cells from yTop to before yEnd.
+/// Consecutive lines: one crossing for each row of cells from yTop to before yEnd.
 struct TChain {
     int32_t yTop;
     int32_t yEnd;
@@ -23,15 +24,15 @@ struct TChain {
 /// less than 3 units too small, adds up to a smaller error. One at a centre errs downwards, to the same cell.
 class CMonotoneChains {
 public:
-    /// Forgets all lines. Those added later are clipped to the rows of `rcCells`; crossings beyond its
-    /// columns are put at their ends.
+    /// Removes all lines. Lines added later are clipped to the rows of `rcCells`; crossings beyond its
+    /// columns are clamped to their ends.
     void Clear(const CRect& rcCells) {
         m_rcCells = rcCells;
         m_nCells = 0;
         m_uOutline = 0;
         m_vChains.clear();
     }
-    /// The lines added from now on belong to another outline.
+    /// Starts another outline for the lines that follow.
     void BeginOutline() { ++m_uOutline; }
     void AddLine(int32_t x0, int32_t y0, int32_t x1, int32_t y1) {
         const int32_t yA = RowFrom(y0);
@@ -46,8 +47,8 @@ public:
         if (bBeyond) ClampLast();
     }
     const std::vector<TChain>& GetChains() const { return m_vChains; }
-    /// The crossings of a chain from row `yTop` to before `yEnd`; those of one that runs up from the last to
-    /// the first.
+    /// The crossings of a chain from row `yTop` to before `yEnd`; in reverse order for a chain that runs
+    /// upwards.
     const int32_t* GetCells(const TChain& chain, int32_t yTop, int32_t yEnd) const {
         const int32_t nBefore = chain.nDirection > 0 ? yTop - chain.yTop : chain.yEnd - yEnd;
         return m_vCells.data() + chain.nFirst + nBefore;
@@ -57,15 +58,14 @@ private:
     static constexpr int SLOPE_BITS = CROSSING_BITS - LINE_BITS;
     static constexpr int32_t UNIT = 1 << LINE_BITS;
 
-    // The first row whose centre lies at y or below.
+    // The first row whose centre is at or below y.
     static int32_t RowFrom(int32_t y) { return (y + UNIT / 2 - 1) >> LINE_BITS; }
-    // At most the slope, and less than 3 units below it: the quotient, of 47 bits, is rounded by less than
-    // one.
+    // The slope, rounded down by less than 3 units: the quotient, of 47 bits, is rounded by less than one.
     static int64_t SlopeOf(int32_t dx, int32_t dy) {
         return static_cast<int64_t>(dx * static_cast<double>(int64_t{1} << SLOPE_BITS) / dy) - 2;
     }
 
-    // A line whose upper end is (x, y).
+    // Adds a line whose upper end is (x, y).
     void Add(int32_t x, int32_t y, int64_t nSlope, int32_t yTop, int32_t yEnd, int32_t nDirection) {
         m_nLast = m_nCells;
         yTop = std::max(yTop, m_rcCells.top);
@@ -73,15 +73,15 @@ private:
         if (yTop >= yEnd) return;
         const int32_t yFirst = nDirection > 0 ? yTop : yEnd - 1;
         int64_t nX = x * (int64_t{1} << SLOPE_BITS) + nSlope * (yFirst * UNIT + UNIT / 2 - y);
-        nX += (int64_t{UNIT / 2} << SLOPE_BITS) - 1; // to the first centre at it or right of it
-        // What is written beyond the last row is overwritten by the next line.
+        nX += (int64_t{UNIT / 2} << SLOPE_BITS) - 1; // to the first centre at or right of it
+        // Values written beyond the last row are overwritten by the next line.
         constexpr size_t BLOCK = 16;
         m_nCells += static_cast<size_t>(yEnd - yTop);
         if (m_nCells + BLOCK > m_vCells.size()) m_vCells.resize((m_nCells + BLOCK) * 2);
         m_kernels.pCross(m_vCells.data() + m_nLast, nX, nSlope * UNIT * nDirection, m_nCells - m_nLast);
         Append(yTop, yEnd, nDirection);
     }
-    // The last line becomes the end of the last chain or the beginning of a new one.
+    // Appends the last line to the last chain or begins a new chain with it.
     void Append(int32_t yTop, int32_t yEnd, int32_t nDirection) {
         if (!m_vChains.empty() && m_vChains.back().nDirection == nDirection &&
             m_vChains.back().uOutline == m_uOutline) {
@@ -107,6 +107,6 @@ private:
     uint32_t m_uOutline = 0;
     size_t m_nCells = 0;
     size_t m_nLast = 0;            ///< the last line's first crossing
-    std::vector<int32_t> m_vCells; ///< m_nCells crossings in the order of the outline, and room
+    std::vector<int32_t> m_vCells; ///< m_nCells crossings in the order of the outline, and spare room
     std::vector<TChain> m_vChains;
 };

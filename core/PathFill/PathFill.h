@@ -26,15 +26,14 @@
 #include <span>
 #include <vector>
 
-/// A coverage plane on the canvas: its top left pixel there, and its size before it is rounded up to whole
-/// tiles of DEFAULT_BLOCKSIZE.
+/// A coverage plane on the canvas: its top left pixel there, and its size before rounding up to whole tiles
+/// of DEFAULT_BLOCKSIZE.
 struct TFillPlane {
     CPoint ptOrigin;
     CSize szPlane;
 };
 
-/// Fills outlines; keeps memory from one to the next, so whoever fills many keeps one of these. Not to be
-/// used by two threads at once.
+/// Fills outlines; keeps its memory for reuse, so keep one object for many fills. Not thread-safe.
 ///
 /// `points` are 3n + 1 points in PolyBezier order, eighths of a canvas pixel, the last equal to the first;
 /// other lists raise an invalid_argument violation before anything is written. Fewer than 4 fill nothing.
@@ -42,21 +41,21 @@ class CPathFill : boost::noncopyable {
 public:
     using TOutline = std::span<const CPoint>;
 
-    /// Raises `tile`, which has any size and stands at its position in the plane, to the outline's coverage
-    /// there. What the outline does not reach costs nothing.
+    /// Raises `tile`, which has any size and its own position in the plane, to the outline's coverage
+    /// there. Areas outside the outline cost nothing.
     void FillTile(TOutline points, const TFillPlane& plane, CAlphaBlock8& tile) {
         FillTile({&points, 1}, plane, tile);
     }
-    /// The same for outlines that are one shape.
+    /// The same for several outlines filled as one shape.
     void FillTile(std::span<const TOutline> outlines, const TFillPlane& plane, CAlphaBlock8& tile);
-    /// Raises a whole plane whose top left pixel is `ptOrigin` on the canvas. Makes the tiles that the
-    /// outline can reach, and replaces those that are shared by clones.
+    /// Raises a whole plane whose top left pixel is `ptOrigin` on the canvas. Creates the tiles that the
+    /// outline can reach, and clones shared ones.
     void FillPlane(TOutline points, CPoint ptOrigin, CAlphaBufferImpl<uint8_t>& plane);
 
 private:
-    static constexpr int32_t ROWS = 4; ///< of pixels, softened at once
+    static constexpr int32_t ROWS = 4; ///< rows of pixels softened together
 
-    // Pixels to be raised, in tiles of one size; several are whole runs wide and a multiple of ROWS high.
+    // Target pixels, in tiles of one size; several tiles are whole runs wide and a multiple of ROWS high.
     struct TTarget {
         CRect rc; ///< in the plane
         CSize szTile;
@@ -64,7 +63,7 @@ private:
         std::vector<uint8_t*> vTiles; ///< row by row
     };
 
-    // Rows of tiles that are full from side to side, from tile nFirst to before nEnd.
+    // Full rows of tiles, from tile nFirst to before nEnd.
     struct TFull {
         int32_t nFirst, nEnd;
         int32_t yTop, yEnd;
@@ -85,9 +84,9 @@ private:
     void FlushTiles();
 
     TTarget m_target;
-    uint8_t* const* m_pTiles = nullptr; ///< the row of tiles that is written,
+    uint8_t* const* m_pTiles = nullptr; ///< the row of tiles that is written
     int32_t m_yTiles = 0;               ///< its first row of pixels
-    std::vector<uint8_t*> m_vRuns;      ///< and its pixels there, a run of a row each
+    std::vector<uint8_t*> m_vRuns;      ///< its pixels there, by row and run
     TFull m_full{};
     CMonotoneChains m_chains;
     CCellCounter m_counter;
