@@ -1,4 +1,4 @@
-// Values that are dragged: a committed state and a live one.
+// Values that can be dragged: a committed state and a live one.
 #pragma once
 
 #include <array>
@@ -10,14 +10,14 @@
 
 #include <utility>
 
-/// Index 0 is what is saved and rasterized, index 1 what a drag changes and the screen shows.
+/// Index 0 is saved and rasterized, index 1 is changed by a drag and shown on the screen.
 enum EPathState : size_t { STATE_COMMITTED, STATE_LIVE };
 
 template <class T>
 class CDualValue {
 public:
     CDualValue() = default;
-    /// Both states alike.
+    /// Sets both states to the same value.
     explicit CDualValue(const T& value) : m_aValue{value, value} {}
 
     T& operator[](size_t state) { return m_aValue[state]; }
@@ -31,7 +31,7 @@ private:
     std::array<T, 2> m_aValue{};
 };
 
-/// What a function of the state says for both.
+/// The results of a function of the state, for both states.
 template <class Function>
 auto DualOf(Function fn) {
     CDualValue<decltype(fn(size_t{}))> value;
@@ -54,8 +54,8 @@ private:
     TApply m_fnApply;
 };
 
-/// A private copy of a value for a drag; when its last reference goes, `fnApply` gets it. That function keeps
-/// alive what it writes to and must not throw. Raises bad_alloc; nothing is applied then.
+/// A private copy of a value for a drag; when its last reference is released, `fnApply` receives it. That
+/// function must own its target and must not throw. On bad_alloc nothing is applied.
 template <class T>
 boost::shared_ptr<CDualValue<T>> MakeDragCopy(const CDualValue<T>& value,
                                               typename CDragCopy<T>::TApply fnApply) {

@@ -4,8 +4,8 @@
 #include "core/PathObject/OpenPathTerm.h"
 #include "core/PathObject/PathStream.h"
 
-/// A line whose width is fixed by points on it, with an end at each side, cuts across it and, wanted, a
-/// random unsteadiness. Update is the only producer of its outlines.
+/// A line whose width is set by points on it, with an end at each side, cuts and, optionally, random
+/// unsteadiness. Only Update computes its outlines.
 class COpenPathStream : public CPathStreamImpl<COpenPathControlPoint> {
 public:
     static constexpr uint32_t CHUNK_TAG = MakeTag("POOP");
@@ -13,7 +13,7 @@ public:
     using TWidthPoints = std::vector<boost::shared_ptr<CPathWidthControlPoint>>;
     using TTransPoints = std::vector<boost::shared_ptr<CPathTransControlPoint>>;
 
-    /// Both ends sharp.
+    /// With two sharp ends.
     COpenPathStream();
 
     void Update() override;
@@ -32,7 +32,7 @@ public:
     void ApplySnapshot(const TPathSnapshot& snapshot) override;
     std::pair<uint32_t, uint32_t> GetWidthRange(uint32_t t, size_t state) const override;
 
-    /// The outlines of a state, one a visible stretch.
+    /// The outlines of a state, one for each visible stretch.
     const TOutlines& GetOutline(size_t state) const { return *m_aspOutline[state]; }
     /// Base half-width.
     uint32_t GetWidth() const { return m_uWidth; }
@@ -40,12 +40,12 @@ public:
     const TOutlineWave& GetWave() const { return m_wave; }
     bool IsWaveEnabled() const { return m_bWave; }
     void SetWave(bool bEnable, const TOutlineWave& wave);
-    /// In the order in which they were made.
+    /// In order of creation.
     const TWidthPoints& GetWidthPoints() const { return m_vWidth; }
     void SetWidthPoints(TWidthPoints vWidth) { m_vWidth = std::move(vWidth); }
     const TTransPoints& GetTransPoints() const { return m_vTrans; }
     void SetTransPoints(TTransPoints vTrans) { m_vTrans = std::move(vTrans); }
-    /// A new point with multiples 1.0, or a new square cut, at `t`.
+    /// Adds a point with multiples 1.0, or a square cut, at `t`.
     boost::shared_ptr<CPathWidthControlPoint> AddWidthPoint(uint32_t t);
     boost::shared_ptr<CPathTransControlPoint> AddTransPoint(uint32_t t);
     const boost::shared_ptr<COpenPathTermBase>& GetTerm(bool bBegin) const {
@@ -67,7 +67,7 @@ private:
     boost::shared_ptr<CPathWidthControlPoint> MakeWidthPoint(uint32_t t) const;
     boost::shared_ptr<CPathTransControlPoint> MakeTransPoint(uint32_t t) const;
 
-    std::array<boost::shared_ptr<const TOutlines>, 2> m_aspOutline; ///< one object while the states are alike
+    std::array<boost::shared_ptr<const TOutlines>, 2> m_aspOutline; ///< shared while both states are equal
     TWidthPoints m_vWidth;
     uint32_t m_uWidth = 8;
     TTransPoints m_vTrans;

@@ -21,7 +21,7 @@ public:
     virtual CDualValue<uint32_t> WidthPair(EPathSide) const { return {}; }
     CDualValue<uint32_t> LeftPair() const { return WidthPair(SIDE_LEFT); }
     CDualValue<uint32_t> RightPair() const { return WidthPair(SIDE_RIGHT); }
-    /// As IOutlineTerm has them, for one state, in outline units.
+    /// IOutlineTerm's functions for one state, in outline units.
     virtual CBezier WidthCurve(int32_t nLength, int32_t nWidth, EPathSide side, size_t state) const = 0;
     virtual void AdjustEnd(TOutlinePoint&, const CBezier&, size_t) const {}
     virtual TOutlinePoints BuildTip(TOutlinePoint p, TOutlinePoint q, size_t state) const = 0;
@@ -32,10 +32,10 @@ public:
     CPoint GetTangent(size_t state) const { return m_tangent[state]; }
 
 protected:
-    /// Raises deserialize_error unless this is a chunk of the tag without bytes left.
+    /// Raises deserialize_error unless this is an empty chunk of the tag.
     static void ExpectEmpty(CDeserializer& reader, uint32_t uTag);
     uint32_t GetCachedWidth(EPathSide side, size_t state) const { return m_aWidth[side][state]; }
-    /// Toward a side, square to the path.
+    /// The normal of the path toward a side.
     CPoint GetNormal(EPathSide side, size_t state) const;
 
 private:
@@ -45,7 +45,7 @@ private:
     std::array<CDualValue<uint32_t>, 2> m_aWidth;
 };
 
-/// Runs out into a point.
+/// Tapers to a point.
 class COpenPathSharpTerm : public COpenPathTermBase {
 public:
     static constexpr uint32_t CHUNK_TAG = MakeTag("POTS");
@@ -59,7 +59,7 @@ public:
     TOutlinePoints BuildTip(TOutlinePoint p, TOutlinePoint q, size_t state) const override;
 };
 
-/// A cap that stands out by a multiple (16.16) of the half-width.
+/// A cap that protrudes by a multiple (16.16) of the half-width.
 class COpenPathRoundTerm : public COpenPathTermBase {
 public:
     static constexpr uint32_t CHUNK_TAG = MakeTag("POTR");
@@ -77,7 +77,7 @@ public:
 
     const CDualValue<uint32_t>& GetGrow() const { return m_grow; }
     void SetGrow(const CDualValue<uint32_t>& value) { m_grow = value; }
-    /// How far the cap stands out, in path units, for a drag.
+    /// The cap's reach in path units, for a drag.
     boost::shared_ptr<CDualValue<uint32_t>> GrowHandle();
     /// The same as the position of its mark.
     boost::shared_ptr<CDualValue<CPoint>> DragGrowHandle(bool bSymmetric);
@@ -85,7 +85,7 @@ public:
 private:
     uint32_t GetBase(size_t state) const;
     uint32_t GetReach(size_t state) const;
-    // Keeps the multiple for the reach that the cap has already, and without a width.
+    // Keeps the multiple when the reach is unchanged or the width is 0.
     void SetReach(size_t state, uint32_t uReach);
     CPoint GetMarkPosition(size_t state) const;
 
@@ -128,7 +128,7 @@ public:
 
 private:
     uint32_t GetWidth(EPathSide side, size_t state) const;
-    // Keeps the multiple for the width that the side has already, and where the path has none.
+    // Keeps the multiple when the width is unchanged or the path's width is 0.
     void SetWidth(EPathSide side, size_t state, uint32_t uWidth);
     CPoint GetMarkPosition(EPathSide side, size_t state) const;
 
@@ -137,10 +137,10 @@ private:
     CDualValue<uint32_t> m_angle{90};
 };
 
-/// A new end of a kind; raises deserialize_error for a number that is none.
+/// Creates an end of a type; raises deserialize_error for an unknown number.
 boost::shared_ptr<COpenPathTermBase> CreateOpenPathTerm(uint32_t uType, bool bBegin);
 
-/// An end in one of its states, as outlines are built from it.
+/// One state of an end, for building outlines.
 class CTermAtState : public IOutlineTerm {
 public:
     CTermAtState(const COpenPathTermBase& term, size_t state) : m_term(term), m_state(state) {}

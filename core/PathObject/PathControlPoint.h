@@ -5,8 +5,7 @@
 #include "core/PathOutline/Outline.h"
 
 /// An anchor with handles relative to it, towards the anchor before (back) and behind (fore). A missing
-/// handle behaves as zero. A handle's component of -1, which cannot be stored, becomes 0 where it is set.
-/// Path units.
+/// handle counts as zero. A handle's component of -1, which cannot be stored, is set to 0. Path units.
 class CPathControlPoint : public CPathControlPointBase,
                           public boost::enable_shared_from_this<CPathControlPoint> {
 public:
@@ -32,7 +31,7 @@ public:
     /// A value of zeros in both states removes the handle.
     void SetBack(const CDualValue<CPoint>& value);
     void SetFore(const CDualValue<CPoint>& value);
-    /// True when a stored path may have the committed values.
+    /// True when the committed values can be stored.
     bool IsStorable() const {
         return IsStorablePoint(m_anchor[STATE_COMMITTED]) && IsStorablePoint(GetBack(STATE_COMMITTED)) &&
                IsStorablePoint(GetFore(STATE_COMMITTED));
@@ -40,15 +39,15 @@ public:
     /// All values of one state.
     TOutlinePoint At(size_t state) const { return {m_anchor[state], GetBack(state), GetFore(state)}; }
 
-    /// A copy of a handle for a drag, made as zeros if missing. When it goes the handle takes its value; with
-    /// `bSymmetric` the other handle turns along, its length kept. All zeros remove the handle.
+    /// A copy of a handle for a drag, created as zeros if missing. On release the handle takes its value;
+    /// with `bSymmetric` the other handle is turned too, keeping its length. All zeros remove the handle.
     boost::shared_ptr<CDualValue<CPoint>> DragBackHandle(bool bSymmetric);
     boost::shared_ptr<CDualValue<CPoint>> DragForeHandle(bool bSymmetric);
-    /// The same for the anchor; handles travel with it.
+    /// The same for the anchor; its handles move with it.
     boost::shared_ptr<CDualValue<CPoint>> DragAnchorPoint(bool bSymmetric);
-    /// Passes the values of both states through a function of positions.
+    /// Maps the values of both states by a function of positions.
     void Transform(const boost::function<CPoint(CPoint)>& fnMap);
-    /// Takes over all values of another anchor.
+    /// Copies all values of another anchor.
     void Assign(const CPathControlPoint& from);
 
 private:

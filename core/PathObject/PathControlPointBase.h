@@ -1,4 +1,4 @@
-// What all points of a path have in common: they are drawn, dragged and stored.
+// The base of all points of a path: drawing, dragging and storage.
 #pragma once
 
 #include "core/Base/Color.h"
@@ -14,10 +14,10 @@
 
 class CPathControlPointBase;
 
-/// From path units to pixels of the view's window.
+/// Maps path units to pixels of the view's window.
 using TPathMapper = boost::function<CPoint(CPoint)>;
 
-/// What paths are shown with, in pixels of the window.
+/// The drawing target for paths, in pixels of the window.
 class IPathDevice {
 public:
     virtual ~IPathDevice() = default;
@@ -28,7 +28,7 @@ public:
     virtual void PolyBezier(const std::vector<CPoint>& vPoints, TColor color) = 0;
 };
 
-/// Which points are shown in a colour of their own.
+/// The points that are highlighted.
 struct TPathSelection {
     const CPathControlPointBase* pHover = nullptr;
     std::set<const CPathControlPointBase*> setSelected;
@@ -39,7 +39,7 @@ struct TPathSelection {
     }
 };
 
-/// What a place of a path is.
+/// The part of a path that was hit.
 enum EPathHit : int {
     HIT_NONE = -1,
     HIT_ANCHOR, ///< an anchor, or a width or cut mark's place on the path
@@ -52,7 +52,7 @@ enum EPathHit : int {
     HIT_PATH, ///< the line itself
 };
 
-/// What lies under the pointer.
+/// The result of a hit test.
 struct TPathHit {
     EPathHit kind = HIT_NONE;
     boost::shared_ptr<CPathControlPointBase> spPoint; ///< null for the line
@@ -61,12 +61,12 @@ struct TPathHit {
     explicit operator bool() const { return kind != HIT_NONE; }
 };
 
-/// A pointer that picks: compared in the window, where marks have their size.
+/// The pointer of a hit test; distances are compared in the window, since marks have a fixed size there.
 struct TPathPick {
     TPathMapper mapper;
     CPoint ptWindow;            ///< pixels
-    CPoint ptPath;              ///< the same place in path units
-    TPathSelection selection{}; ///< as the path is drawn
+    CPoint ptPath;              ///< the same position in path units
+    TPathSelection selection{}; ///< the selection that the path is drawn with
 
     /// True when a path position lies within a mark's square around the pointer.
     bool IsNear(CPoint pt) const;
@@ -81,32 +81,32 @@ public:
     /// Draws the live state.
     virtual void Draw(IPathDevice& device, const TPathMapper& mapper,
                       const TPathSelection& selection) const = 0;
-    /// The committed state.
+    /// Writes the committed state.
     virtual CSerializer Serialize() const = 0;
     /// Reads both states; raises deserialize_error.
     virtual void Deserialize(CDeserializer& reader) = 0;
-    /// The point itself when the pointer is on its live place.
+    /// Returns the point itself when the pointer is on its live position.
     virtual TPathHit HitMark(const TPathPick&) { return {}; }
-    /// Which of the point's live handles, as they are drawn, the pointer is on.
+    /// Returns the point's live handle, as drawn, that is under the pointer.
     virtual TPathHit HitHandle(const TPathPick& pick) = 0;
-    /// True when the live values are the committed ones.
+    /// True when live and committed values are equal.
     virtual bool IsSettled() const = 0;
 
 protected:
     TColor GetColor(const TPathSelection& selection) const;
     /// A mark's square, larger under the pointer, filled when selected.
     void DrawMark(IPathDevice& device, CPoint ptWindow, const TPathSelection& selection) const;
-    /// A handle's end and the line that leads to it, solid under the pointer.
+    /// A handle's end and its line, solid under the pointer.
     void DrawHandle(IPathDevice& device, CPoint ptFrom, CPoint ptTo, const TPathSelection& selection) const;
 };
 
-/// The largest coordinate that a stored path may have, in both directions: over a million pixels.
+/// The largest absolute coordinate of a stored path: over a million pixels.
 constexpr int32_t PATH_COORDINATE_LIMIT = 1 << 23;
 
-/// The largest half-width that a stroke gets from its points.
+/// The largest half-width that a stroke's points can set.
 constexpr uint32_t PATH_WIDTH_LIMIT = 1 << 20;
 
-/// True for what a stored path may have.
+/// True for values that a stored path may contain.
 constexpr bool IsStorableWidth(uint32_t uWidth) { return uWidth <= PATH_WIDTH_LIMIT; }
 constexpr bool IsStorablePoint(CPoint pt) {
     const auto isInside = [](int32_t n) { return n >= -PATH_COORDINATE_LIMIT && n <= PATH_COORDINATE_LIMIT; };

@@ -1,4 +1,4 @@
-// What the marks of an open path ask of the path that they stand on.
+// The interface of an open path for the marks on it.
 #pragma once
 
 #include "core/Bezier/Bezier.h"
@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-/// A place on a path and its squared distance from the point that was looked for.
+/// A position on a path and its squared distance from the point searched for.
 struct TPathPlace {
     uint32_t t;
     int64_t nDistanceSquared;
@@ -15,13 +15,13 @@ struct TPathPlace {
 class IPathLine {
 public:
     virtual ~IPathLine() = default;
-    /// The curves between anchors. A closed path has one more, back to its first anchor, unless its last one
-    /// lies there already.
+    /// The curves between anchors. A closed path has one more, back to its first anchor, unless its last
+    /// anchor is at the same position.
     virtual std::vector<CBezier> GetSegments(size_t state) const = 0;
-    /// The first and the last parameter that a width point at `t` can be dragged to: it stops before its
-    /// neighbours and at the path's ends.
+    /// The first and the last parameter that a width point at `t` can be dragged to, limited by its
+    /// neighbours and the path's ends.
     virtual std::pair<uint32_t, uint32_t> GetWidthRange(uint32_t t, size_t state) const = 0;
 };
 
-/// The place of a line, held as its segments, at least one, that is nearest to a point. Throws nothing.
+/// The position nearest to a point on a line given as its segments, at least one. Never throws.
 TPathPlace SearchNearOnLine(const std::vector<CBezier>& vSegments, CPoint pt);

@@ -1,4 +1,4 @@
-// Points that stand on an open path at a parameter.
+// Points on an open path, positioned by a parameter.
 #pragma once
 
 #include "core/PathObject/PathControlPointBase.h"
@@ -6,8 +6,8 @@
 
 #include <boost/weak_ptr.hpp>
 
-/// What width points and cuts have in common: where they stand. Their position is a cache, refreshed before
-/// every rebuild and never stored.
+/// The base of width points and cuts: their parameter. The position is a cache, refreshed before every
+/// rebuild and never stored.
 class CPathMark : public CPathControlPointBase, public boost::enable_shared_from_this<CPathMark> {
 public:
     CPathMark(const boost::weak_ptr<const IPathLine>& wpLine, const CDualValue<uint32_t>& t)
@@ -23,7 +23,7 @@ public:
         m_tangent[state] = tangent;
     }
     TPathHit HitMark(const TPathPick& pick) override;
-    /// A copy of the position for a drag: when it goes the mark takes the place of the path nearest to it.
+    /// A copy of the position for a drag: on release the mark moves to the nearest position on the path.
     boost::shared_ptr<CDualValue<CPoint>> DragAnchorPoint(bool bSymmetric);
 
 protected:
@@ -42,8 +42,7 @@ private:
 uint32_t DistanceAlong(CPoint from, CPoint direction, CPoint pt);
 /// A point `nDistance` from `from` along a direction.
 CPoint PointAlong(CPoint from, CPoint direction, int64_t nDistance);
-/// The direction turned by whole degrees, clockwise on the screen.
+/// The direction rotated by whole degrees, clockwise on the screen.
 CPoint Turned(CPoint direction, int nDegrees);
-/// How many degrees, 1 to 179, `toward` stands counterclockwise of `from`, or which of these it is nearest
-/// to.
+/// The counterclockwise angle from `from` to `toward` in degrees, clamped to 1 to 179.
 uint32_t AngleBetween(CPoint from, CPoint toward);

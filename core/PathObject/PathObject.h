@@ -1,11 +1,11 @@
-// Paths as layers and tools see them.
+// Paths as used by layers and tools.
 #pragma once
 
 #include "core/PathObject/PathStream.h"
 
 #include <boost/make_shared.hpp>
 
-/// What a path asks of the layer that it is on.
+/// The layer's interface for its paths.
 class IVectorLayer {
 public:
     virtual ~IVectorLayer() = default;
@@ -13,11 +13,11 @@ public:
     virtual void InvalidatePath(const CRect& rc) = 0;
 };
 
-/// A thing on a vector layer.
+/// An object on a vector layer.
 class CVectorObject : boost::noncopyable {
 public:
     virtual ~CVectorObject() = default;
-    /// The layer that the object is on; null takes it off.
+    /// The layer that contains the object; null removes it.
     void SetLayer(const boost::weak_ptr<IVectorLayer>& wpLayer) { m_wpLayer = wpLayer; }
 
 protected:
@@ -29,33 +29,33 @@ private:
     boost::weak_ptr<IVectorLayer> m_wpLayer;
 };
 
-/// A path of any kind. What changes it rebuilds it and tells the layer where it was and where it is. A change
-/// to what no file could hold (a coordinate, a half-width, an outline whose arithmetic leaves 32 bits) is
-/// taken back and raises refused_error. Positions are path units.
+/// A path of any kind. Every change rebuilds it and invalidates its old and new area of the layer. A change
+/// that no file can hold (a coordinate, a half-width, an outline whose arithmetic exceeds 32 bits) is
+/// reverted and raises refused_error. Positions are path units.
 class CPathObject : public CVectorObject {
 public:
     CPathStream& GetStream() { return *m_spStream; }
     const CPathStream& GetStream() const { return *m_spStream; }
 
-    /// The box of the committed shape, empty without anchors.
+    /// Bounds of the committed shape, empty without anchors.
     const CRect& RectIncludingPath() const { return m_rcBounds; }
-    /// Adds the path's coverage to a tile of a plane of that size, which begins at the canvas's corner;
+    /// Adds the path's coverage to a tile of a plane of that size whose origin is the canvas's corner;
     /// coverage is never lowered.
     void RasterizePath(CPathFill& fill, CSize szPlane, CAlphaBlock8& tile) const;
-    /// The live line with its points.
+    /// Draws the live line with its points.
     void DrawOutline(IPathDevice& device, const TPathMapper& mapper, const TPathSelection& selection,
                      TColor color, bool bOutline) const;
     CSerializer Serialize() const { return GetStream().Serialize(); }
     /// Raises deserialize_error, also for a path whose outline cannot be built.
     void Deserialize(CDeserializer& reader);
-    /// What lies under the pointer, of the kinds that are asked for.
+    /// Finds the part under the pointer, of the requested kinds.
     TPathHit HitTest(const TPathPick& pick) const { return HitTestEx(pick, true, true, true, true); }
     TPathHit HitTestEx(const TPathPick& pick, bool bAnchor, bool bHandle, bool bPath, bool bTerm) const;
 
     void Transform(const boost::function<CPoint(CPoint)>& fnMap);
-    /// After a change of committed values. Refused, they are again what they were after the last Update.
+    /// Called after a change of committed values. If refused, restores the values of the last Update.
     void Update();
-    /// After a change of live values; raises refused_error too, but takes nothing back.
+    /// Called after a change of live values; raises refused_error too, but reverts nothing.
     void UpdateDrag();
     boost::shared_ptr<CPathControlPoint> AppendControlPoint(CPoint pt);
     boost::shared_ptr<CPathControlPoint> InsertControlPoint(const CPathControlPoint& before, CPoint pt);
@@ -75,8 +75,8 @@ private:
     CRect m_rcBounds;
 };
 
-/// A path of the stream class `TStream`. The stream is a part of its own, so that nothing changes it behind
-/// the path's back but on purpose.
+/// A path of the stream class `TStream`. The stream is a separate object, so that it cannot be changed
+/// accidentally without the path.
 template <class TStream>
 class CPathObjectImpl : public CPathObject {
 public:

@@ -1,8 +1,8 @@
-// Path objects by their chunk tags.
+// Creates path objects by their chunk tags.
 #pragma once
 
 #include "core/PathObject/PathObject.h"
 
-/// A new path of the class that a chunk tag names, to be deserialized; raises deserialize_error for a tag
-/// that no class has.
+/// Creates an empty path of a chunk tag's class, to be deserialized; raises deserialize_error for an
+/// unknown tag.
 boost::shared_ptr<CPathObject> CreatePathObjectByTag(uint32_t uTag);

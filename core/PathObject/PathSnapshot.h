@@ -1,4 +1,4 @@
-// The undo image of a path.
+// The undo state of a path.
 #pragma once
 
 #include "core/PathObject/PathControlPoint.h"
@@ -8,8 +8,8 @@
 #include <list>
 #include <vector>
 
-/// The committed values of a path and which objects they belong to, so that what refers to a point still
-/// finds it after an undo.
+/// The committed values of a path and the objects that they belong to, so that references to a point stay
+/// valid after an undo.
 struct TPathSnapshot {
     virtual ~TPathSnapshot() = default;
     CSerializer chunk;

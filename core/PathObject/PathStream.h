@@ -1,5 +1,5 @@
-// Paths as they are stored: their points and what is computed from them. Positions are path units, eighths of
-// a canvas pixel; `state` is 0 for the committed shape, 1 for the live one.
+// Paths as they are stored: their points and the data computed from them. Positions are path units, eighths
+// of a canvas pixel; `state` is 0 for the committed shape, 1 for the live one.
 #pragma once
 
 #include "core/PathFill/PathFill.h"
@@ -10,19 +10,19 @@
 
 #include <vector>
 
-/// A path of any kind. Operations on a path without anchors raise internal_error where they need one; one
-/// anchor above 65535 raises refused_error.
+/// A path of any kind. Operations that need an anchor raise internal_error without one; more than 65535
+/// anchors raise refused_error.
 class CPathStream : public IPathLine, public boost::enable_shared_from_this<CPathStream>, boost::noncopyable {
 public:
-    /// Refreshes and rebuilds what depends on the points, in both states.
+    /// Rebuilds the data that depend on the points, in both states.
     virtual void Update() = 0;
-    /// The same for the live state; nothing committed changes.
+    /// The same for the live state only.
     virtual void UpdateDrag() = 0;
-    /// False for committed values that a file's reader would refuse.
+    /// False for committed values that Deserialize would refuse.
     virtual bool IsStorable() const = 0;
-    /// The box of the committed shape.
+    /// Bounds of the committed shape.
     virtual CRect RectIncludingPath() const = 0;
-    /// Adds the committed shape's coverage to a tile of a plane that begins at the canvas's corner.
+    /// Adds the committed shape's coverage to a tile of a plane whose origin is the canvas's corner.
     virtual void RasterizePath(CPathFill& fill, CSize szPlane, CAlphaBlock8& tile) const = 0;
     /// Draws the live state: the line (with `bOutline` its outline too), its points and ends.
     virtual void DrawOutline(IPathDevice& device, const TPathMapper& mapper, const TPathSelection& selection,
@@ -32,44 +32,44 @@ public:
     virtual TPathHit HitControlPoints(const TPathPick& pick, bool bAnchor, bool bHandle,
                                       bool bTerm) const = 0;
     virtual CSerializer Serialize() const = 0;
-    /// Raises deserialize_error; what is there already of the path's points is filled, not replaced.
+    /// Raises deserialize_error; existing points of the path are reused, not replaced.
     virtual void Deserialize(CDeserializer& reader) = 0;
     virtual boost::shared_ptr<TPathSnapshot> CreateSnapshot() const = 0;
     virtual void ApplySnapshot(const TPathSnapshot& snapshot) = 0;
-    /// Puts an anchor on the line at `t` without changing its shape; nothing at an anchor.
+    /// Inserts an anchor at `t` without changing the line's shape; does nothing at an anchor.
     virtual void Divide(uint32_t t) = 0;
     virtual boost::shared_ptr<CPathControlPoint> AppendControlPoint(CPoint pt) = 0;
-    /// A new anchor in front of `before`; raises internal_error when that is no anchor of the path.
+    /// Inserts an anchor before `before`; raises internal_error when that is no anchor of the path.
     virtual boost::shared_ptr<CPathControlPoint> InsertControlPoint(const CPathControlPoint& before,
                                                                     CPoint pt) = 0;
     /// Raises internal_error when the point is no anchor of the path.
     virtual void RemoveControlPoint(const CPathControlPoint& point) = 0;
     virtual bool Contains(const CPathControlPoint& point) const = 0;
     virtual size_t ControlPointCount() const = 0;
-    /// Passes all positions of both states through a function.
+    /// Maps all positions of both states by a function.
     virtual void Transform(const boost::function<CPoint(CPoint)>& fnMap) = 0;
     /// The whole line, closed paths back to their first anchor.
     virtual TPolyBezier BezierPoints(size_t state) const = 0;
 
-    /// The place and the direction of the line at `t`, held at its ends.
+    /// The position and the direction of the line at `t`, clamped to its ends.
     CPoint PointAt(uint32_t t, size_t state) const;
     CPoint TangentAt(uint32_t t, size_t state) const;
-    /// The place nearest to a point; raises internal_error for a path without anchors.
+    /// The position nearest to a point; raises internal_error for a path without anchors.
     TPathPlace SearchNearPointOnPath(CPoint pt, size_t state) const;
-    /// Of the committed line.
+    /// To the committed line.
     int64_t DistanceSquared(CPoint pt) const {
         return SearchNearPointOnPath(pt, STATE_COMMITTED).nDistanceSquared;
     }
 };
 
-/// The place at a parameter and the direction there, of a line held as its segments, at least one.
+/// The position and direction at a parameter of a line given as its segments, at least one.
 struct TLinePlace {
     CPoint point;
     CPoint tangent;
 };
 TLinePlace PlaceOnLine(const std::vector<CBezier>& vSegments, uint32_t t);
 
-/// The mark, or else the handle, of one of the points that the pointer is on; the last drawn lies on top.
+/// The mark, or else the handle, under the pointer among some points; the last drawn is on top.
 template <class TPoints>
 TPathHit HitPoints(const TPoints& points, const TPathPick& pick, bool bMark, bool bHandle) {
     const auto search = [&](TPathHit (CPathControlPointBase::*fnHit)(const TPathPick&)) {
@@ -83,7 +83,7 @@ TPathHit HitPoints(const TPoints& points, const TPathPick& pick, bool bMark, boo
     return hit;
 }
 
-/// What paths of anchors of the class `T` have in common.
+/// The base of paths whose anchors have the class `T`.
 template <class T>
 class CPathStreamImpl : public CPathStream {
 public:
@@ -108,9 +108,9 @@ public:
 
 protected:
     virtual bool IsClosed() const = 0;
-    /// An anchor was put behind the anchor `idx` - 1, dividing that segment at the fraction `f`.
+    /// Called after an anchor was inserted at index `idx`, dividing that segment at the fraction `f`.
     virtual void OnInserted(size_t, uint32_t) {}
-    /// The anchor `idx` is about to go.
+    /// Called before the anchor `idx` is removed.
     virtual void OnRemoving(size_t) {}
     size_t IndexOf(const CPathControlPoint& point) const;
     TOutlinePoints GetAnchors(size_t state) const;

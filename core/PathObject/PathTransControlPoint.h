@@ -9,7 +9,7 @@ class CPathTransControlPoint : public CPathMark {
 public:
     static constexpr uint32_t CHUNK_TAG = MakeTag("PCPT");
 
-    /// Square to the path.
+    /// Makes a cut square to the path.
     CPathTransControlPoint(const boost::weak_ptr<const IPathLine>& wpLine, const CDualValue<uint32_t>& t)
         : CPathMark(wpLine, t) {}
 
@@ -26,7 +26,7 @@ public:
     void SetWidths(size_t state, uint32_t uLeft, uint32_t uRight);
     TOutlineCut At(size_t state) const;
 
-    /// The position of the angle's mark for a drag: when the copy goes, the cut points at it.
+    /// The position of the angle's mark for a drag: on release the cut is turned toward it.
     boost::shared_ptr<CDualValue<CPoint>> DragHandleImpl();
 
 private:

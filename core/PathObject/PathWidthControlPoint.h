@@ -1,17 +1,17 @@
-// Points that fix the half-widths of an open path.
+// Points that set the half-widths of an open path.
 #pragma once
 
 #include "core/PathObject/PathMark.h"
 #include "core/PathOutline/Outline.h"
 
-/// A point on an open path that fixes its half-widths there, as multiples (16.16) of the path's base width.
+/// A point on an open path that sets its half-widths there, as multiples (16.16) of the path's base width.
 class CPathWidthControlPoint : public CPathMark {
 public:
     static constexpr uint32_t CHUNK_TAG = MakeTag("PCPW");
     /// Marks of widths are shown at ten times the width.
     static constexpr int64_t SHOWN_TIMES = 10;
 
-    /// Both multiples 1.0.
+    /// With both multiples 1.0.
     CPathWidthControlPoint(const boost::weak_ptr<const IPathLine>& wpLine, const CDualValue<uint32_t>& t,
                            uint32_t uBaseWidth)
         : CPathMark(wpLine, t), m_uBaseWidth(uBaseWidth) {}
@@ -33,12 +33,12 @@ public:
     uint32_t GetWidth(EPathSide side, size_t state) const;
     void SetBaseWidth(uint32_t uBaseWidth) { m_uBaseWidth = uBaseWidth; }
 
-    /// The half-width of a side for a drag, in path units; a missing side is made as zeros. When the copy
-    /// goes the multiple takes its value, where that changed; a base width of 0 leaves it as it is.
+    /// The half-width of a side for a drag, in path units; a missing side is created as zeros. On release
+    /// the multiple is set if the width was changed; a base width of 0 keeps it.
     boost::shared_ptr<CDualValue<uint32_t>> WidthHandle(EPathSide side);
     boost::shared_ptr<CDualValue<uint32_t>> LeftHandle() { return WidthHandle(SIDE_LEFT); }
     boost::shared_ptr<CDualValue<uint32_t>> RightHandle() { return WidthHandle(SIDE_RIGHT); }
-    /// The same as the position of the side's mark; with `bBoth` the other side takes the width too.
+    /// The same as the position of the side's mark; with `bBoth` the other side is set too.
     boost::shared_ptr<CDualValue<CPoint>> DragHandleImpl(bool bLeft, bool bBoth);
 
 protected:
@@ -49,10 +49,10 @@ private:
         bool bHas = true;
         CDualValue<uint32_t> value{FIXED_ONE};
     };
-    // A missing one, of zeros.
+    // Creates a missing side as zeros.
     void MakeSide(EPathSide side);
-    // Makes a missing side. With a base width of 0, and for the width that it has already, a side keeps its
-    // multiple, which the width may only come near to.
+    // Creates a missing side. Keeps the multiple when the base width is 0 or the width is unchanged, since
+    // the width may be only an approximation of it.
     void SetWidth(EPathSide side, size_t state, uint32_t uWidth);
     CPoint GetDirection(EPathSide side, size_t state) const;
     CPoint GetMarkPosition(EPathSide side, size_t state) const;
