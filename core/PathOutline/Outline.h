@@ -59,7 +59,7 @@ public:
     virtual CBezier WidthCurve(int32_t nLength, int32_t nWidth, EPathSide side) const = 0;
     /// May move a side's outermost point; `piece` leads away from the end.
     virtual void AdjustEnd(TOutlinePoint& point, const CBezier& piece) const = 0;
-    /// The points that lead from `p`, the last of one side, to `q`, the first of the other, both included.
+    /// The points from `p`, the last of one side, to `q`, the first of the other, both included.
     virtual TOutlinePoints BuildTip(TOutlinePoint p, TOutlinePoint q) const = 0;
 };
 
@@ -68,7 +68,7 @@ struct TOutlineSource {
     TOutlinePoints vAnchors;
     std::vector<TOutlineWidth> vWidths; ///< sorted by `t`, each `t` once, none behind the last anchor
     std::vector<TOutlineCut> vCuts;     ///< sorted by `t`
-    uint32_t uWidth = 0;                ///< half-width where `vWidths` says nothing
+    uint32_t uWidth = 0;                ///< half-width without `vWidths`
     TOutlineWave wave;
     const IOutlineTerm* pBegin = nullptr;
     const IOutlineTerm* pEnd = nullptr;
@@ -76,17 +76,17 @@ struct TOutlineSource {
 
 /// A visible stretch of a stroke, in path units.
 struct TStretchOutline {
-    TPolyBezier vCurve; ///< closed: what is seen as its outline
-    /// Closed too: ground where the stroke is wider than its bend, of which the outline may take some away.
-    /// It is filled with the outline as one shape.
+    TPolyBezier vCurve; ///< closed: the visible outline
+    /// Closed too: areas where the stroke is wider than its bend, which the outline may cancel in part.
+    /// Filled with the outline as one shape.
     std::vector<TPolyBezier> vFolds;
 
     friend bool operator==(const TStretchOutline&, const TStretchOutline&) = default;
 };
 
-/// The outlines of the visible stretches, from the path's start on. Cuts come in pairs: what
-/// lies between the two of a pair is left out. Without anchors there is none. Raises
-/// boost::numeric::bad_numeric_cast when a point leaves 32 bits on the way.
+/// The outlines of the visible stretches, from the path's start on. Cuts come in pairs: the stretch between
+/// the two of a pair is omitted. Without anchors there is none. Raises boost::numeric::bad_numeric_cast
+/// when a point exceeds 32 bits.
 std::vector<TStretchOutline> BuildOutline(const TOutlineSource& source);
 
 /// The closed curve through the points, in their order; two points at the same place without handles make no

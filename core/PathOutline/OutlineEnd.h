@@ -8,7 +8,7 @@
 /// A line through an end of the centre line; the stroke lies on one side of it.
 struct TEndLine {
     CPoint position;
-    CPoint inward; ///< across the line, to where the stroke is
+    CPoint inward; ///< across the line, toward the stroke
 
     bool IsInside(CPoint pt) const { return Dot(pt - position, inward) >= 0; }
 };
@@ -16,10 +16,10 @@ struct TEndLine {
 /// The line through `position` and `corner`, for a stroke that begins at `position` in direction `tangent`.
 TEndLine EndLine(CPoint position, CPoint corner, CPoint tangent);
 
-/// Makes a side that begins beyond the line begin where it first comes inside, on the part of the line that
-/// leads to `corner` and not beyond twice its distance; if it does not, at `corner`, with the way from there
-/// to the first point ahead of it or to the side's end. The points before stay in number, at the new
-/// beginning.
+/// Trims a side that begins beyond the line: it then begins where it first comes inside, on the part of the
+/// line that leads to `corner` and not beyond twice its distance; if it does not, at `corner`, followed by
+/// the first point ahead of it or the side's end. Removed points are moved to the new beginning, which
+/// keeps their number.
 void TrimStart(TOutlinePoints& vPoints, const TEndLine& line, const TOutlinePoint& corner);
 /// The same for the side's end.
 void TrimEnd(TOutlinePoints& vPoints, const TEndLine& line, const TOutlinePoint& corner);

@@ -1,9 +1,9 @@
-// The ground that a stroke's sides take away from each other where it is wider than its bend.
+// The areas that a stroke's sides cancel where it is wider than its bend.
 #pragma once
 
 #include "core/PathOutline/OutlineSide.h"
 
-/// The ground between two places of the centre line, from side to side.
+/// The area between two positions of the centre line, from side to side.
 struct TFold {
     uint32_t tBegin; ///< both the same at an anchor
     uint32_t tEnd;
@@ -11,7 +11,6 @@ struct TFold {
     bool bStraight;         ///< without handles, so that it can be clipped
 };
 
-/// The inner side of a bend that is tighter than the stroke is wide runs backwards, and what its outline
-/// winds around there cancels what lies under it. The folds are all the ground that such places cover by
-/// themselves.
+/// The inner side of a bend that is tighter than the stroke's width runs backwards, and its winding cancels
+/// the area below. The folds are all areas that such places cover by themselves.
 std::vector<TFold> FindFolds(const TSide& left, const TSide& right);

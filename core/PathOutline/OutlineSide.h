@@ -15,7 +15,7 @@ struct TSideSource {
     EPathSide side;
 };
 
-/// A side's way through a stroke that has an anchor and a width.
+/// The source of one side of a stroke that has an anchor and a width.
 TSideSource SideOf(const TOutlineSource& source, EPathSide side);
 
 /// A piece of a side before corners were joined: its ends and its middle.
@@ -26,13 +26,13 @@ struct TSidePiece {
     CBezier width; ///< half-widths over arc lengths
     std::array<TOutlinePoint, 3> aPoints;
     size_t idxMiddle;               ///< of the middle one among the side's points
-    std::array<CPoint, 3> aptPlain; ///< their anchors before a slanted end moved any
+    std::array<CPoint, 3> aptPlain; ///< their anchors before a slanted end moved them
     /// Halves that run against the centre line, because the stroke is wider than its bend.
     std::array<bool, 2> abFolded;
 };
 
-/// An anchor where a side goes on at another place and does not cross itself on the way: the end of one
-/// piece, a mitre if there is one, the beginning of the next.
+/// An anchor where a side jumps and does not cross itself on the way: the end of one piece, a mitre if
+/// there is one, the beginning of the next.
 struct TSideCorner {
     uint32_t tBegin; ///< in the path's direction
     uint32_t tEnd;   ///< the same

@@ -8,18 +8,18 @@
 /// 32 bits.
 CBezier EaseWidth(CPoint from, int32_t nLength, int32_t nWidth);
 
-/// The fraction at which a width curve reaches the arc length `nLength`, held at its ends.
+/// The fraction at which a width curve reaches the arc length `nLength`, clamped to its ends.
 uint32_t FractionAt(const CBezier& width, int32_t nLength);
 
 /// The curves between anchors.
 std::vector<CBezier> SegmentsOf(const TOutlinePoints& vAnchors);
 
-/// The lengths along a path, whose segments are kept by the caller.
+/// The lengths along a path; the caller must keep its segments alive.
 class CPathLengths {
 public:
     explicit CPathLengths(const std::vector<CBezier>& vSegments);
-    /// The arc length from `tFirst` to `tLast`: of whole segments the truncated length of each, of begun ones
-    /// the truncated part. Raises boost::numeric::bad_numeric_cast when it leaves 31 bits.
+    /// The arc length from `tFirst` to `tLast`: the sum of the truncated lengths of whole and partial
+    /// segments. Raises boost::numeric::bad_numeric_cast when it exceeds 31 bits.
     int32_t Between(uint32_t tFirst, uint32_t tLast) const;
 
 private:
@@ -27,10 +27,10 @@ private:
     uint32_t Part(size_t idx, uint32_t fFirst, uint32_t fLast) const;
 
     const std::vector<CBezier>& m_vSegments;
-    std::vector<uint64_t> m_vStarts; ///< sum of the whole segments before each, and of all
+    std::vector<uint64_t> m_vStarts; ///< sums of the whole segments before each, and of all
 };
 
-/// The half-width at `t` of a stroke with these width points (sorted): eased between the two around, the
-/// nearest one's before the first and behind the last, `uWidth` where there is none.
+/// The half-width at `t` of a stroke with these width points (sorted): eased between neighbours, constant
+/// before the first and behind the last, `uWidth` without width points.
 uint32_t WidthAt(const CPathLengths& lengths, const std::vector<TOutlineWidth>& vWidths, uint32_t uWidth,
                  uint32_t t, EPathSide side);
