@@ -20,7 +20,7 @@ void CAppModule::SetPlatform(const TPlatform* pPlatform) {
             std::make_unique<CIniConfig>(CIniConfig::FindPath(pPlatform->locations), pPlatform->files);
         pRecovery = std::make_unique<CRecovery>(pPlatform->snapshots, pPlatform->clock);
     }
-    // A half-made session would look like a running one, and no other could begin.
+    // A partly initialised session would count as running and block the next one.
     m_pRecovery = std::move(pRecovery);
     m_pSettings = std::move(pSettings);
     m_pPlatform = pPlatform;

@@ -8,7 +8,7 @@
 
 namespace {
 
-// Made when the module loads: there may be no memory for them later.
+// Built when the module loads, because memory may be short later.
 const std::wstring g_strTitle = L"Vellumcraft - Error";
 const std::wstring g_strNoMemory = L"メモリが足りないため、例外処理中に例外が投げられました。";
 
@@ -33,7 +33,7 @@ void ReportException(const std::exception& e) noexcept {
             ShowErrorBox(g_strNoMemory);
         }
     } catch (...) {
-        // Not even the fixed box could be shown; the session goes on.
+        // Not even the fixed box could be shown; the session continues.
     }
 }
 
@@ -52,6 +52,6 @@ void ReportFileFailure(const std::wstring& strSentence, const std::wstring& strP
             ShowErrorBox(strSentence);
         }
     } catch (...) {
-        // As above: without memory even for the sentence, the session goes on.
+        // As above: without memory for the sentence, the session continues.
     }
 }

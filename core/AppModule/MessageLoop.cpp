@@ -6,7 +6,7 @@
 
 namespace {
 
-// The loop itself needs no memory: what fails here would end the session.
+// The loop itself allocates nothing: a failure here would end the session.
 template <class Handler>
 using TCopy = boost::container::small_vector<Handler*, 16>;
 
@@ -18,7 +18,7 @@ void CMessageLoop::AddIdleHandler(IIdleHandler* pHandler) { m_vIdleHandlers.push
 void CMessageLoop::RemoveIdleHandler(IIdleHandler* pHandler) { std::erase(m_vIdleHandlers, pHandler); }
 
 bool CMessageLoop::PreTranslateMessage(const TMessage& msg) {
-    // A filter may remove itself (or others) while it is called: walk a copy, skip who has left.
+    // A filter may remove itself or others while it is called: iterate over a copy, skip removed ones.
     const TCopy<IMessageFilter> vFilters(m_vFilters.begin(), m_vFilters.end());
     for (auto it = vFilters.rbegin(); it != vFilters.rend(); ++it) {
         const bool bPresent = std::find(m_vFilters.begin(), m_vFilters.end(), *it) != m_vFilters.end();

@@ -12,7 +12,7 @@ bool CMessageQueue::Peek() {
 int CMessageQueue::Get(TMessage& msg) {
     while (m_deqMessages.empty()) {
         if (m_bQuit) {
-            // The end is told once: the next session of this thread starts with a fresh queue state.
+            // The end is reported once: the next session of this thread starts with a fresh queue state.
             m_bQuit = false;
             return 0;
         }
