@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr size_t PLACEHOLDER = 3; ///< characters of "%1%"
+constexpr size_t PLACEHOLDER = 3; ///< characters of the placeholder "%1%"
 
 } // namespace
 
@@ -29,7 +29,7 @@ std::wstring FormatText(const wchar_t* pszFormat, std::initializer_list<std::wst
         nLength = nLength - PLACEHOLDER + str.size();
     }
     std::wstring strText = format.str();
-    // The streams inside keep quiet when they run out of memory.
+    // The streams inside do not throw when memory runs out.
     if (strText.size() != nLength) throw std::bad_alloc();
     return strText;
 }

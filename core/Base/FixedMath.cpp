@@ -21,7 +21,7 @@ int32_t Narrow(T n) {
     return bFits ? static_cast<int32_t>(n) : -1;
 }
 
-// The sum of the squares is exact, its root rounded once: the same everywhere.
+// The sum of the squares is exact and its root rounded once: the result is the same on every machine.
 double Length(CPoint pt) { return std::sqrt(static_cast<double>(Dot(pt, pt))); }
 
 } // namespace

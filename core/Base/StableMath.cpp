@@ -10,16 +10,16 @@ double StableExp(double x) {
     const double r = (x - k * T::LN2_HIGH) - k * T::LN2_LOW;
     double p = T::SERIES[0];
     for (size_t i = 1; i < T::SERIES.size(); ++i) p = p * r + T::SERIES[i];
-    // k goes straight into the exponent.
+    // k is added directly to the exponent.
     return std::bit_cast<double>(std::bit_cast<uint64_t>(p) + (std::bit_cast<uint64_t>(dShifted) << 52));
 }
 
 TSinCos StableSinCos(double dAngle) {
     constexpr double TWO_OVER_PI = 0x1.45f306dc9c883p-1;
-    constexpr double HALF_PI_HIGH = 0x1.921fb544p+0; // times a small integer without rounding
+    constexpr double HALF_PI_HIGH = 0x1.921fb544p+0; // multiplied by a small integer without rounding
     constexpr double HALF_PI_LOW = 0x1.0b4611a626331p-34;
     const double k = (dAngle * TWO_OVER_PI + TExpTerms::ROUND) - TExpTerms::ROUND;
-    // The angle within an eighth of a turn, and the tail that its rounding lost.
+    // The angle reduced to an eighth of a turn, and its rounding error.
     const double dHigh = dAngle - k * HALF_PI_HIGH;
     const double dLow = k * HALF_PI_LOW;
     const double r = dHigh - dLow;
@@ -33,7 +33,7 @@ TSinCos StableSinCos(double dAngle) {
     for (const double c : {1.0 / 20922789888000, -1.0 / 87178291200, 1.0 / 479001600, -1.0 / 3628800,
                            1.0 / 40320, -1.0 / 720, 1.0 / 24})
         t = t * z + c;
-    // The large terms last, with what their sum rounds away put into the small ones.
+    // The large terms are added last; their rounding error is added to the small ones.
     const double dHalf = z * 0.5;
     const double dOne = 1.0 - dHalf;
     const double dSin = r + (r * z * s + dTail * dOne);

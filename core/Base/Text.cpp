@@ -14,7 +14,7 @@ bool EqualFolded(std::basic_string_view<Char> a, std::basic_string_view<Char> b)
                       [&](Char x, Char y) { return fold(x) == fold(y); });
 }
 
-// Decodes one code point at `i` and moves past it; an ill-formed sequence moves one byte on.
+// Decodes one code point at `i` and moves past it; skips one byte of an ill-formed sequence.
 wchar_t DecodeOne(std::string_view s, size_t& i) {
     const auto byte = [&](size_t n) { return static_cast<uint8_t>(s[n]); };
     const uint8_t uLead = byte(i);
