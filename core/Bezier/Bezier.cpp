@@ -28,8 +28,8 @@ CPoint Mix(CPoint a, CPoint b, CPoint c, int64_t f) {
                    ShiftFixed(ShiftFixed(b0 * a.y + b1 * b.y + b2 * c.y)));
 }
 
-// The way between a point and the first of three that lies elsewhere, forward or (nSign -1) backward; to the
-// last when none does.
+// The vector from a point to the first of three that differs from it, forward or (nSign -1) backward; to
+// the last when none does.
 CPoint FirstWay(CPoint from, const std::array<CPoint, 3>& aptTo, int nSign) {
     const CPoint to = aptTo[0] != from ? aptTo[0] : aptTo[1] != from ? aptTo[1] : aptTo[2];
     return Checked(nSign * (int64_t{to.x} - from.x), nSign * (int64_t{to.y} - from.y));

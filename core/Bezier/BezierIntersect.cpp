@@ -1,6 +1,6 @@
-// Where two curves cross. Each is cut into sixteen pieces and each piece into fifty chords; pairs are visited
-// from the junction on, and the first chords that cross decide. Boxes only leave out what cannot cross, so
-// they change no result.
+// Crossings of two curves. Each is cut into sixteen pieces and each piece into fifty chords; pairs are
+// visited from the junction on, and the first chords that cross are the result. Boxes only exclude pairs
+// that cannot cross, so they do not change it.
 #include "core/Bezier/Bezier.h"
 
 #include <algorithm>
@@ -12,7 +12,7 @@ constexpr uint32_t CHORDS = 50;
 constexpr uint32_t PIECE_RANGE = BEZIER_T_RESOLUTION / PIECES;
 constexpr uint32_t HALF_CHORD = 40;
 
-// A piece, the box of its control points, and its chords once they are asked for.
+// A piece, the box of its control points, and its chords, computed when needed.
 struct TPiece {
     CBezier bez;
     CRect rc;                                ///< right and bottom plus 1
@@ -37,8 +37,8 @@ bool Touch(const CRect& a, const CRect& b) {
     return a.left <= b.right && b.left <= a.right && a.top <= b.bottom && b.top <= a.bottom;
 }
 
-// True when the curves' control points lie so far apart that no pieces of them can touch. Pieces stay inside
-// their curve's points but for what each split rounds, less than two units.
+// True when the curves' control points are so far apart that no pieces can touch. A piece stays inside its
+// curve's control points, except for rounding at each split, less than two units.
 bool AreApart(const CBezier& a, const CBezier& b) {
     constexpr int64_t ROUNDING = 4 * PIECES;
     const CRect rcA = BoxOf(&a.p0, &a.p3 + 1);

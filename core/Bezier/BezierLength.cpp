@@ -1,7 +1,7 @@
-// Arc lengths. The value is a sum of 4096 chords a curve, truncated; the sum itself is only taken when it
-// matters. It differs from the integral of the speed by a millionth, so an integral that is known well and
-// does not lie next to a whole number tells the integer at a fiftieth of the work. All operations are rounded
-// alike everywhere, and so is the choice between the two ways.
+// Arc lengths. The value is defined as a truncated sum of 4096 chords a curve, which is computed only when
+// needed. It differs from the integral of the speed by a millionth, so an accurate integral that is not
+// close to an integer gives the same result at a fiftieth of the cost. All operations are rounded alike
+// everywhere, and so is the choice between the two methods.
 #include "core/Bezier/Bezier.h"
 
 #include <algorithm>
@@ -57,8 +57,8 @@ public:
         Visit(dEnd);
         return dSum * dHalf;
     }
-    // True when no direction that was met differs from the next by more than 30 degrees: a speed with a
-    // corner in it has an integral that nothing warns of.
+    // True when no direction differs from the next by more than 30 degrees: at a corner of the speed the
+    // integral would be wrong without a warning.
     bool IsSmooth() const { return m_bSmooth; }
 
 private:
@@ -94,7 +94,7 @@ uint32_t CBezier::ArcLength(uint32_t f) const {
     const double dCoarse = CSpeed(*this).Integral(dEnd, 2);
     CSpeed speed(*this);
     const double dFine = speed.Integral(dEnd, 4);
-    // What the two integrals leave open, and what the chords lack.
+    // The error bound of the two integrals and of the chords.
     const double dOpen = 4 * std::abs(dCoarse - dFine) + dFine * 1e-6 + 1e-3;
     const double dLow = std::floor(dFine - dOpen);
     if (speed.IsSmooth() && dLow >= 0 && dLow == std::floor(dFine + dOpen))
