@@ -15,7 +15,7 @@ constexpr wchar_t UNTITLED[] = L"名称未設定";
 
 } // namespace
 
-/// The hidden root: it holds all top-level layers, has no paint of its own and clips nothing.
+/// The hidden root holds all top-level layers; it has no pixels of its own and clips nothing.
 class CCanvasBuffer::InternalLayerBuffer : public CLayerBuffer {
 public:
     void Deserialize(CDeserializer& reader, const TCanvasPtr&) override { DeserializeBase(reader); }

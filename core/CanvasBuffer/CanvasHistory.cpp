@@ -37,7 +37,7 @@ void CanvasBufferHistoryHelper::Commit() { m_helper.Commit(m_strName, m_spCanvas
 
 void ChangeSelection(const boost::shared_ptr<CCanvasBuffer>& spCanvas,
                      const boost::shared_ptr<CSelectBuffer>& spSelect, std::wstring strName) {
-    // Waiting strokes were drawn before this change, so undo takes them back after it.
+    // Pending strokes were drawn before this change, so their undo steps must precede it.
     spCanvas->CompleteWork();
     CSymmetricHistoryHelper<CCanvasBuffer, boost::shared_ptr<CSelectBuffer>> helper(
         spCanvas, spCanvas->GetSelect(), {SwapSelect, CountSelect});
