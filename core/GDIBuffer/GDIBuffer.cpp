@@ -16,7 +16,7 @@ void CGDIBuffer::Scroll(CPoint ptMove) {
     const CRect rcTo = CRect({0, 0}, m_size).Intersect(CRect(ptMove, m_size));
     if (rcTo.IsEmpty()) return;
     for (int32_t n = 0; n < rcTo.Height(); ++n) {
-        // Rows that move down are taken from the bottom, so that none is overwritten before it has moved.
+        // Rows that move down are copied from the bottom, so that none is overwritten before it has moved.
         const int32_t y = ptMove.y > 0 ? rcTo.bottom - 1 - n : rcTo.top + n;
         std::memmove(GetPixelPtr({rcTo.left, y}), GetPixelPtr(CPoint{rcTo.left, y} - ptMove),
                      static_cast<size_t>(rcTo.Width()) * PIXEL_BYTES);
