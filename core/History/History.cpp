@@ -6,7 +6,7 @@
 
 void CHistoryStream::Register(const boost::shared_ptr<CHistory>& spHistory) {
     if (!spHistory) return;
-    // What needs memory comes first.
+    // Allocations come first.
     spHistory->Measure();
     const size_t nKept = CountKept(*spHistory);
     std::wstring strInitial = nKept < m_deqUndo.size() ? m_deqUndo[nKept]->GetName() : m_strInitial;
@@ -31,8 +31,7 @@ size_t CHistoryStream::CountKept(const CHistory& historyNew) const {
 
 void CHistoryStream::Undo() {
     if (m_fnCancel) {
-        // While a tool holds an unfinished operation, undo means cancelling it. The handler may replace
-        // itself.
+        // While a tool has an unfinished operation, undo cancels it. The handler may replace itself.
         const boost::function<bool()> fnCancel = m_fnCancel;
         if (!fnCancel()) m_fnCancel.clear();
         return;
