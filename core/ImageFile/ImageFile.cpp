@@ -16,10 +16,10 @@
 
 namespace {
 
-constexpr size_t READ_PIECE = 1 << 18; ///< bytes of a file in memory at a time; they stay in the cache
+constexpr size_t READ_PIECE = 1 << 18; ///< bytes of a file held in memory; small enough for the cache
 
-// A file under its readers, never whole in memory beside the tiles that are made of it. A mapping would do
-// the same, but a file that becomes shorter under a mapping ends the process.
+// A file that is read in pieces, never completely in memory beside its decoded tiles. A memory mapping is
+// not used, because truncating a mapped file ends the process.
 class CFileImage : public CWireImage {
 public:
     CFileImage(std::wstring strPath, std::unique_ptr<IFileReader> upReader)
@@ -81,7 +81,7 @@ boost::shared_ptr<CCanvasBuffer> OpenDocument(const std::wstring& strPath, IFile
 }
 
 void SaveDocument(CCanvasBuffer& canvas, const std::wstring& strPath, IFileStore& files) {
-    // The file holds the title that it gets by this save.
+    // The file must contain the title that this save sets.
     std::wstring strOldPath = strPath;
     std::wstring strOldTitle(FileNameOf(strPath));
     canvas.SwapPathAndTitle(strOldPath, strOldTitle);

@@ -5,7 +5,7 @@
 namespace {
 
 constexpr ptrdiff_t MAX_REPEAT = 128;
-constexpr ptrdiff_t MAX_LITERAL = 127; ///< one less than the format takes
+constexpr ptrdiff_t MAX_LITERAL = 127; ///< one less than the format allows
 
 } // namespace
 
@@ -19,7 +19,7 @@ void AppendPackBits(std::string& strBytes, const uint8_t* pRow, size_t nCount) {
             strBytes += static_cast<char>(257 - (p - pRow));
             strBytes += static_cast<char>(uValue);
         } else {
-            // Two equal bytes inside a literal cost less there than the two packets that they would make.
+            // Two equal bytes inside a literal are cheaper than the two packets needed to split it.
             const uint8_t* const pStop = pRow + std::min(MAX_LITERAL, pEnd - pRow);
             while (p != pStop && (pEnd - p < 3 || p[0] != p[1] || p[0] != p[2])) ++p;
             strBytes += static_cast<char>(p - pRow - 1);

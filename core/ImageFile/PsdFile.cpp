@@ -18,7 +18,7 @@ constexpr size_t MAX_PSD_RECORDS = std::numeric_limits<int16_t>::max();
 constexpr size_t MAX_PASCAL = 255;
 constexpr size_t CHANNEL_ENTRY = 6; ///< bytes of a channel's id and length
 
-// The values of the format.
+// Constants of the format.
 constexpr uint16_t DEPTH = 8;
 constexpr uint16_t COLORMODE_RGB = 3;
 constexpr uint16_t COMPRESSION_NONE = 0;
@@ -60,13 +60,13 @@ void WriteExtra(CPsdBytes& file, const TPsdRecord& record, IImageCodecs& codecs)
         file.WriteText("8BIMlsct");
         const size_t nSection = file.BeginLength();
         file.WriteInt32(record.kind == EPsdRecord::GroupEnd ? SECTION_BOUNDING : SECTION_OPEN_FOLDER);
-        file.WriteText("8BIMpass"); // children paint straight onto what lies under the group
+        file.WriteText("8BIMpass"); // children paint directly onto what lies under the group
         file.EndLength(nSection);
     }
     file.EndLength(nExtra);
 }
 
-// Answers where the record's channel entries stand; their lengths are still 0.
+// Returns the offset of the record's channel entries, whose lengths are still 0.
 size_t WriteRecord(CPsdBytes& file, const TPsdRecord& record, IImageCodecs& codecs) {
     const CSize sz = HasPixels(record) ? record.pLayer->GetSize() : CSize{};
     file.WriteInt32(0);
@@ -80,7 +80,7 @@ size_t WriteRecord(CPsdBytes& file, const TPsdRecord& record, IImageCodecs& code
         file.WriteInt32(0);
     }
     file.WriteText("8BIMnorm");
-    // A set's opacity is only stored with us, a reader would apply it.
+    // A set's opacity is stored but not applied here; a reader would apply it.
     file.WriteByte(HasPixels(record) ? record.pLayer->GetOpacity() : 255);
     file.WriteByte(record.bClipped ? 1 : 0);
     file.WriteByte(record.bVisible ? 0 : FLAG_HIDDEN);
@@ -91,7 +91,7 @@ size_t WriteRecord(CPsdBytes& file, const TPsdRecord& record, IImageCodecs& code
 
 void WriteChannels(CPsdBytes& file, const TPsdRecord& record, size_t nEntries) {
     std::array<std::string, 4> channels;
-    channels.fill(std::string(2, '\0')); // a compression word alone
+    channels.fill(std::string(2, '\0')); // only a compression word
     if (HasPixels(record)) channels = PackPsdChannels(record);
     for (size_t n = 0; n < channels.size(); ++n) {
         file.SetInt32(nEntries + n * CHANNEL_ENTRY + 2, static_cast<uint32_t>(channels[n].size()));
@@ -101,7 +101,7 @@ void WriteChannels(CPsdBytes& file, const TPsdRecord& record, size_t nEntries) {
 
 void WriteLayers(CPsdBytes& file, const std::vector<TPsdRecord>& vRecords, IImageCodecs& codecs) {
     const size_t nSection = file.BeginLength();
-    if (vRecords.empty()) return; // a count of 0 is refused by some readers, an empty section by none
+    if (vRecords.empty()) return; // some readers reject a count of 0, none an empty section
     const size_t nInfo = file.BeginLength();
     file.WriteInt16(static_cast<uint16_t>(vRecords.size()));
     std::vector<size_t> vEntries;

@@ -25,12 +25,12 @@ void ForEachRow(const CRasterBlockBuffer& tile, CSize szCanvas, Function fn) {
            static_cast<size_t>(rc.Width()));
 }
 
-// What a record's layer has at a blank tile's place. False when that is nothing.
+// The value of a blank tile of a record's layer. False when it is empty.
 bool PaintRecord(const TPsdRecord& record, CRasterBlockBuffer& tile) {
     CLayerBuffer& layer = *record.pLayer;
     if (record.kind == EPsdRecord::Picture) {
         if (!layer.HasPicture(tile.GetPosition())) return false;
-        // Clipping leaves colours where there is no paint; on their way over they are lost.
+        // Clipping leaves colours in transparent pixels; they are cleared while copying.
         const auto spPicture = tile.CreateBlank(tile.GetSize());
         layer.PaintPicture(*spPicture);
         spPicture->BlendWith(tile, 255, nullptr);
@@ -88,7 +88,7 @@ std::array<std::string, 4> PackPsdChannels(const TPsdRecord& record) {
         strChannel.assign(2 + 2 * static_cast<size_t>(sz.cy), '\0');
         strChannel[1] = 1; // rows are packed
     }
-    // It stays empty: it makes tiles of the right kind.
+    // Stays empty; it only creates tiles of the right kind.
     const auto spPlane = CreatePlane(record.pLayer->GetCanvas()->IsColorPicture(), sz, DEFAULT_BLOCKSIZE);
     CBand band(sz);
     for (CPoint pt; pt.y < sz.cy; pt.y += DEFAULT_BLOCKSIZE.cy) {

@@ -16,15 +16,15 @@ private:
     void Add(CLayerBuffer& layer, bool bClipped, bool bVisible) {
         const bool bSet = dynamic_cast<const CLayerSetBuffer*>(&layer) != nullptr;
         if (bSet && bClipped) {
-            // A bracket would end the run of clipped records. A set paints as its children do, so they stand
-            // for it, hidden where it hides them.
+            // A bracket would end the run of clipped records. A set has no picture of its own, so its
+            // children replace it, hidden if it is hidden.
             AddChildren(layer, true, bVisible);
         } else if (bSet) {
             m_vRecords.push_back({EPsdRecord::GroupEnd, &layer, true, false});
             AddChildren(layer, false, true);
             m_vRecords.push_back({EPsdRecord::GroupStart, &layer, bVisible, false});
         } else if (bClipped) {
-            // What is clipped cannot clip again: what lies below it is painted into it.
+            // A clipped layer cannot be a clipping base: the layers below it are painted into it.
             m_vRecords.push_back({EPsdRecord::Picture, &layer, bVisible, true});
         } else {
             m_vRecords.push_back({EPsdRecord::Content, &layer, bVisible, false});
