@@ -17,14 +17,14 @@ std::string_view Trim(std::string_view str) {
 
 bool IsQuote(char ch) { return ch == '"' || ch == '\''; }
 
-// One line: where it lies in the file, and its text without break and outer blanks.
+// One line: its position in the file, and its text without line break and outer blanks.
 struct TLine {
     size_t nBegin = 0;
     size_t nNext = 0; // behind the line break
     std::string_view strText;
 };
 
-// Walks the lines of a file; CR LF, LF and CR all end a line.
+// Iterates over the lines of a file; CR LF, LF and CR all end a line.
 class CLineReader {
 public:
     explicit CLineReader(std::string_view strFile)
@@ -51,7 +51,7 @@ std::optional<std::string_view> SectionName(std::string_view strText) {
     return Trim(strText.substr(1, nClose - 1));
 }
 
-// What a search found. Offsets are into the file.
+// The result of a search. Offsets are into the file.
 struct TPlace {
     bool bSection = false;
     bool bKey = false;
@@ -92,7 +92,7 @@ std::string_view Unquoted(std::string_view strValue) {
     return bQuoted ? strValue.substr(1, strValue.size() - 2) : strValue;
 }
 
-// The value as it stands in a file: in quotes where its ends would not survive reading.
+// The value as written to a file: quoted if its ends would be lost by reading.
 std::string Written(std::string_view strValue) {
     std::string strText(strValue);
     std::ranges::replace_if(
@@ -110,7 +110,7 @@ bool CanHold(std::string_view strSection, std::string_view strKey) {
            strSection.find_first_of("]\r\n") == std::string_view::npos;
 }
 
-// The line break that the file uses, by its first line.
+// The line break used by the file's first line.
 std::string_view LineBreakOf(std::string_view strFile) {
     const size_t n = strFile.find_first_of("\r\n");
     if (n == std::string_view::npos) return "\n";
@@ -141,7 +141,7 @@ bool SetIniValue(std::string& strFile, std::string_view strSection, std::string_
     const std::string strBreak(LineBreakOf(strFile));
     std::string strNew = std::string(Trim(strKey)) + '=' + strWritten + strBreak;
     if (place.bSection) {
-        // The section's last line may be the file's, without a break of its own.
+        // The section's last line may be the file's, without a line break.
         if (!EndsInBreak(std::string_view(strFile).substr(0, place.nInsert))) strNew = strBreak + strNew;
         strFile.insert(place.nInsert, strNew);
         return true;

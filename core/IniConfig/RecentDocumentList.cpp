@@ -33,7 +33,7 @@ bool WriteList(std::string& strFile, const std::vector<std::wstring>& vPaths) {
     const int nCount = static_cast<int>(vPaths.size());
     bool bChanged = SetIniValue(strFile, SECTION, COUNT_KEY, std::to_string(nCount));
     for (int i = 1; i <= MAX_DOCUMENTS; ++i)
-        // A path that was taken off the list must not linger in the file.
+        // A removed path must not remain in the file.
         bChanged |= i <= nCount ? SetIniValue(strFile, SECTION, DocumentKey(i),
                                               ToUtf8(vPaths[static_cast<size_t>(i) - 1]))
                                 : RemoveIniKey(strFile, SECTION, DocumentKey(i));
