@@ -56,7 +56,7 @@ CMainFrame::CMainFrame()
 }
 
 CMainFrame::~CMainFrame() {
-    // A frame that an exception ended still has its window: it must not call into what is gone.
+    // After an exception a frame still has its window, which must not call destroyed objects.
     if (m_pWindow) m_pWindow->Destroy();
 }
 
@@ -86,7 +86,7 @@ void CMainFrame::CreateFrameWindow() {
 }
 
 bool CMainFrame::OnMessage(const TMessage& msg) {
-    bool bHandled = msg.id == EMessage::Close; // as of the canvas frames
+    bool bHandled = msg.id == EMessage::Close; // size of the canvas frames
     Guarded([&] { return bHandled = HandleMessage(msg); });
     return bHandled;
 }
@@ -112,7 +112,7 @@ bool CMainFrame::HandleMessage(const TMessage& msg) {
         return true;
     case EMessage::CopyData:
         return OnCopyData(msg);
-    case EMessage::PenProximity: // while no frame is there to hear of it
+    case EMessage::PenProximity: // while no frame exists to be notified
         return OnPenEnd(msg.wParam != 0 && msg.lParam == 2), true;
     default:
         break;
@@ -172,16 +172,16 @@ bool CMainFrame::TranslateKey(const TMessage& msg) {
     if (msg.wParam == VK_Tab && keys.IsKeyDown(VK_Control)) return false;
     const int nCommand = TranslateAccelerator(msg, keys);
     const auto spFrame = g_wpActiveFrame.lock();
-    // What these find to do must not hang on how much of a stroke has been rendered: it may leave nothing.
+    // These commands depend on the finished picture, so strokes are rendered completely first.
     if (spFrame && (nCommand == ID_EDIT_UNDO || nCommand == ID_EDIT_REDO))
         spFrame->GetCanvas()->CompleteWork();
-    // A shortcut of a disabled command belongs to whoever has the focus.
+    // A shortcut of a disabled command is passed to the focused widget.
     if (!nCommand || !IsCommandEnabled(nCommand)) return false;
     SendMessage({m_pWindow, EMessage::Command, nCommand});
     return true;
 }
 
-// A failure that left an idle handler or a filter would end the session.
+// An exception that leaves an idle handler or a filter would end the session.
 bool CMainFrame::OnIdle(int) {
     return Guarded([&] { return DoIdleWork(); });
 }
@@ -205,7 +205,7 @@ bool CMainFrame::DoIdleWork() {
     return bStrokes || !m_deqOpenFiles.empty();
 }
 
-// Strokes that the pen left behind are rendered while nothing else is to be done.
+// Remaining strokes are rendered when there is nothing else to do.
 bool CMainFrame::ContinueStrokes() {
     bool bMore = false;
     for (const auto& spFrame : g_lstCanvasFrame) {
@@ -218,7 +218,7 @@ bool CMainFrame::ContinueStrokes() {
 }
 
 bool CMainFrame::SwitchTool(int nId) {
-    // The new tool may be of the same kind: it reads what the old one writes.
+    // The new tool may be of the same kind: it reads the settings that the old one writes.
     if (m_spActiveTool) m_spActiveTool->KeepSettings();
     const auto spTool = MakeTool(nId, m_outside);
     if (!spTool) return false;
@@ -237,13 +237,13 @@ bool CMainFrame::SwitchTool(int nId) {
     return true;
 }
 
-// The end that was near has left, whether that was told or not.
+// The end that was near has left, even without a report.
 void CMainFrame::OnPenEnd(bool bEraser) {
     if (bEraser == m_bEraserEnd || !m_spActiveTool) return;
     const auto spFrame = g_wpActiveFrame.lock();
     if (m_spActiveTool->TellProximity(false) && spFrame) spFrame->RequestRedraw();
     const int nNow = m_spActiveTool->GetToolId();
-    // A tool that the user chose while the eraser was near stays.
+    // A tool that the user selected while the eraser was near stays active.
     if (bEraser != (nNow == TOOL_ERASER) && (bEraser || m_nToolBeforeEraser != 0))
         SwitchTool(bEraser ? TOOL_ERASER : m_nToolBeforeEraser);
     m_nToolBeforeEraser = bEraser && nNow != TOOL_ERASER ? nNow : 0;
@@ -263,7 +263,7 @@ void CMainFrame::ForgetTold() {
 }
 
 void CMainFrame::OnToolNotice(EToolNotice notice) {
-    // At once, so that what the user does next finds it done.
+    // Immediate, so that the next user action sees the result.
     if (notice == EToolNotice::StrokeBegun)
         Guarded([&] { m_panels.OnStroke(); });
     else
@@ -281,7 +281,7 @@ void CMainFrame::WatchDocuments() {
     ShowErrorBox(g_strSnapshotNotWritten);
 }
 
-// The pen, a command, undo, a script: whatever changed the active document, the panels are told of it here.
+// The panels are notified here of every change of the active document, by pen, command, undo or script.
 void CMainFrame::WatchChanges() {
     const auto spFrame = g_wpActiveFrame.lock();
     if (!spFrame) return;
@@ -295,12 +295,12 @@ void CMainFrame::WatchChanges() {
 }
 
 void CMainFrame::KeepDocuments() {
-    // A box would keep the process from ending until somebody answers it.
+    // A message box would block the end of the process.
     const auto unasked = [](const auto& fn) {
         try {
             fn();
         } catch (const std::exception&) {
-            // The other documents are still to be kept.
+            // The other documents must still be saved.
         }
     };
     for (const auto& spFrame : g_lstCanvasFrame) {
@@ -312,8 +312,8 @@ void CMainFrame::KeepDocuments() {
 
 void CMainFrame::WatchSettings() {
     const uint32_t uNow = g_AppModule.GetPlatform().clock.GetTickCount();
-    // A dragged slider must not write at its every step. The timers of a canvas's window bring the next pass;
-    // without one nothing would, and there is no stroke to disturb either.
+    // A dragged slider must not write at every step. The timers of a canvas's window trigger the next pass;
+    // without a canvas nothing would, so settings are written at once, as there is no stroke to disturb.
     if (!g_lstCanvasFrame.empty() && uNow - m_uSettingsTick < SETTINGS_MS) return;
     m_uSettingsTick = uNow;
     if (m_spActiveTool) m_spActiveTool->KeepSettings();
@@ -323,7 +323,7 @@ void CMainFrame::WatchSettings() {
 void CMainFrame::OnInitMenuPopup() {
     std::vector<std::wstring> vTexts;
     int nNumber = 0;
-    // A menu text's "&" marks a letter; two of them are one of the path.
+    // "&" in a menu text marks a letter; "&&" stands for one of the path.
     for (const std::wstring& strPath : m_pRecentList->GetPaths())
         vTexts.push_back(L"&" + std::to_wstring(++nNumber) + L" " +
                          boost::algorithm::replace_all_copy(strPath, L"&", L"&&"));
@@ -335,7 +335,7 @@ void CMainFrame::OnInitMenuPopup() {
 }
 
 void CMainFrame::OpenFrame(const boost::shared_ptr<CCanvasFrame>& spFrame) {
-    // The frame gives itself its title; until then it has none.
+    // The frame sets its own title; until then the window has none.
     if (!spFrame->CreateWindowIn(*m_pWindow, {L"", LoadMenu(MENU_CANVAS)}))
         throw internal_error(L"CreateCanvasFrame: the window could not be created.");
 }

@@ -1,4 +1,4 @@
-// What the main frame's own commands do.
+// The handlers of the main frame's commands.
 #include "core/AppModule/AppModule.h"
 #include "core/AppModule/ErrorBox.h"
 #include "core/AppModule/MessageQueue.h"
@@ -92,7 +92,7 @@ void CMainFrame::OnFileNew() {
     boost::shared_ptr<CCanvasFrame> spFrame;
     try {
         const auto spCanvas = CreateCanvas(dialog.GetSize(), dialog.IsColor());
-        // One layer to draw on; it is part of the new document and nothing to be undone.
+        // One layer to draw on; it belongs to the new document and is not undoable.
         const auto spLayer = CreateRasterLayer(spCanvas);
         spLayer->setName(L"新規ラスタレイヤー");
         spCanvas->GetRoot().AddLayer(spLayer, -1, false);
@@ -178,7 +178,7 @@ void CMainFrame::OnAbout() {
 void CMainFrame::OnConfig() {
     CConfigDialog dialog(g_AppModule.GetSettings());
     if (!g_AppModule.GetPlatform().dialogs.Run(m_pWindow, dialog)) return;
-    // A tool reads its settings when it is made.
+    // A tool reads its settings when it is created.
     if (m_spActiveTool) SwitchTool(m_spActiveTool->GetToolId());
 }
 
@@ -187,7 +187,7 @@ void CMainFrame::OnZoom(int nStep) {
     if (!spFrame) return;
     const auto vZooms = GetZoomList();
     const uint16_t uZoom = spFrame->GetView().GetState().uZoom;
-    // From a value that the list does not have, the next line in the wanted direction.
+    // For a value that is not in the list, the next entry in the given direction.
     int nLine = 0;
     while (nLine < static_cast<int>(vZooms.size()) && vZooms[static_cast<size_t>(nLine)].uZoom > uZoom)
         ++nLine;
@@ -203,5 +203,5 @@ void CMainFrame::OnZoomCombo(int nLine) {
     if (spFrame && nLine >= 0 && nLine < static_cast<int>(vZooms.size()))
         spFrame->SetZoom(vZooms[static_cast<size_t>(nLine)].uZoom);
     else
-        OnUpdateScale(); // the box shows no line that is not in effect
+        OnUpdateScale(); // the box shows no entry that is not in effect
 }

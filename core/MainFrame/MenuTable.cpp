@@ -18,7 +18,7 @@ namespace {
 
 using TFields = std::vector<std::string>;
 
-// The rows of a table: fields between tabs; empty lines and comments left out.
+// The rows of a table: tab-separated fields, without empty lines and comments.
 std::vector<TFields> ReadTable(std::string_view strName, size_t nFields) {
     std::vector<std::string> vLines;
     boost::split(vLines, FindResource(strName), boost::is_any_of("\n"));
@@ -42,7 +42,7 @@ int ToNumber(const std::string& str, int nBase = 10) {
     return n;
 }
 
-// The id of a command that a table names, 0 for a line without one.
+// The id of a command named in a table, 0 for a line without one.
 int ToCommand(const std::string& strName) {
     if (strName == "-") return 0;
     const int nId = FindCommandId(strName);

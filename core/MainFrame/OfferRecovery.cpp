@@ -1,4 +1,4 @@
-// Documents that broken sessions left come back at the start of the desktop program.
+// Recovery of documents from broken sessions at the start of the desktop program.
 #include "core/AppModule/AppModule.h"
 #include "core/AppModule/ErrorBox.h"
 #include "core/AppModule/PrivateMessages.h"
@@ -15,9 +15,9 @@ namespace {
 
 constexpr wchar_t QUESTION[] = L"前回の作業が保存されずに終了しました。復元しますか？";
 constexpr wchar_t LOST_TITLE[] = L"名称未設定";
-/// So many are named; a box must fit on the screen.
+/// maximum of names listed, so that the box fits on the screen
 constexpr size_t MAX_NAMED = 10;
-constexpr size_t PIECE = 1 << 18; ///< bytes of a file in memory at a time
+constexpr size_t PIECE = 1 << 18; ///< bytes of a file held in memory
 
 std::wstring DescribeLeft(const std::vector<TLeftSnapshot>& vLeft) {
     std::wstring strText = std::wstring(QUESTION) + L"\n";
@@ -40,7 +40,7 @@ bool HandOn(IFileReader& reader, const TWriteBytes& fnWrite) {
     return true;
 }
 
-// Gives back what is still reserved, also when restoring breaks off.
+// Releases the remaining reservations, also after an exception.
 struct CReservation : boost::noncopyable {
     explicit CReservation(CRecovery& r) : recovery(r) {}
     ~CReservation() { recovery.ReleaseLeft(); }
@@ -92,7 +92,7 @@ void CMainFrame::RestoreDocument(const TLeftSnapshot& left) {
         OpenFrame(spFrame);
         PostToMainFrame(WM_REFRESH_ALL);
     } catch (const deserialize_error&) {
-        // Out of the way, or it would be offered at every start.
+        // Set aside, or it would be offered at every start.
         ReportFileFailure(g_strFileDamaged, recovery.SetAside(left), EFileFailure::DamagedDocument);
     } catch (const fileopen_error& e) {
         ReportFileFailure(g_strFileNotOpened, e.message, e.failure);

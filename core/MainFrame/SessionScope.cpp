@@ -8,7 +8,8 @@
 
 namespace {
 
-// Closes for good what an interrupted loop left open. Nothing asks the user: no loop could hear the answer.
+// Destroys the windows left by an interrupted loop. No questions are asked, since no loop could receive the
+// answer.
 void DestroyWindows() {
     while (!g_lstCanvasFrame.empty()) {
         const auto spFrame = g_lstCanvasFrame.front();
@@ -18,8 +19,8 @@ void DestroyWindows() {
     if (g_pMainFrame && g_pMainFrame->GetWindow()) g_pMainFrame->GetWindow()->Destroy();
 }
 
-// Empties the queue down to the end that the main frame's destruction posted, so that the next session
-// neither meets that end nor a message to a window that is gone.
+// Empties the queue up to the end that the main frame's destruction posted, so that the next session
+// receives neither that end nor a message to a destroyed window.
 void DropMessages(IMessageQueue& queue) {
     TMessage msg;
     while (queue.Peek() && queue.Get(msg) == 1) {
