@@ -16,10 +16,10 @@ namespace {
 constexpr double PI = 3.14159265358979323846;
 constexpr int POINTS = 48;
 constexpr int32_t MARGIN = 6;
-/// What an eraser takes away.
+/// The colour that an eraser removes.
 constexpr TColor PAINTED = MakeColor(0x50, 0x50, 0x50);
 
-// A wave from side to side under a pressure that rises and falls. The larger the brush, the flatter.
+// A wave from side to side with pressure that rises and falls. Flatter for larger brushes.
 void AddPoints(CRasterStroke& stroke, CSize sz) {
     const int32_t nRadius = static_cast<int32_t>(stroke.GetParam().BrushRadius) / 2;
     const int32_t nLeft = MARGIN + nRadius;
@@ -45,7 +45,7 @@ void CBrushView::SetTool(CRasterBrushBase* pTool) {
 
 std::unique_ptr<CGDIBuffer> CBrushView::Draw(CSize sz) const {
     const bool bErase = m_shown.nTool == TOOL_ERASER, bPencil = m_shown.nTool == TOOL_PENCIL;
-    // Numbers of its own: what is drawn on the canvas must not depend on what panels show.
+    // Its own generator: panels must not influence the strokes on the canvas.
     CStrokeRandom random;
     TStrokeSetup setup{.szCanvas = sz,
                        .color = m_shown.color,
@@ -88,7 +88,7 @@ void CBrushView::OnPaint(IPaintTarget& target, const TPanelPaint& paint) {
             return true;
         }
         if (!m_pBuffer || !(m_pBuffer->GetSize() == paint.sz) || !(m_drawn == m_shown)) {
-            // What cannot be drawn is told once and leaves the view empty, not at every paint.
+            // A failure is reported once and leaves the view empty, instead of at every paint.
             m_drawn = m_shown;
             m_pBuffer = std::make_unique<CGDIBuffer>(paint.sz);
             FillColor(*m_pBuffer, CRect({0, 0}, paint.sz), paint.clrBack);

@@ -10,11 +10,11 @@
 namespace {
 
 constexpr double PI = 3.14159265358979323846;
-constexpr double RING_PART = 0.15; ///< the ring's width of the radius
+constexpr double RING_PART = 0.15; ///< the ring's width as a fraction of the radius
 constexpr TColor BLACK = 0, WHITE = 0xFFFFFF, FRAME = MakeColor(0x80, 0x80, 0x80);
 constexpr int KEY_STEP = 3;
 
-// A mark that shows on every ground.
+// A mark that is visible on every colour.
 void DrawMark(CGDIBuffer& buffer, TDrawPoint pt) {
     DrawDisc(buffer, pt, 6, 1.5, BLACK);
     DrawDisc(buffer, pt, 5, 1.5, WHITE);
@@ -51,7 +51,7 @@ CColorCircleView::TGeometry CColorCircleView::Measure(CSize sz) {
     const double dOuter = std::max(8.0, std::min(sz.cx, sz.cy) / 2.0 - 3);
     const double dInner = dOuter * (1 - RING_PART);
     const double x = sz.cx / 2.0, y = sz.cy / 2.0;
-    // The corners stay clear of the ring.
+    // The corners do not touch the ring.
     const auto nHalf = static_cast<int32_t>((dInner - 4) / std::sqrt(2.0));
     return {x,        y, dOuter, dInner, static_cast<int32_t>(x) - nHalf, static_cast<int32_t>(y) - nHalf,
             2 * nHalf};
@@ -107,7 +107,7 @@ bool CColorCircleView::OnPointer(EMessage id, CPoint pt) {
         const CRect rcSquare({g.nLeft, g.nTop}, {g.nSide, g.nSide});
         const bool bSquare =
             pt.x >= rcSquare.left && pt.y >= rcSquare.top && pt.x < rcSquare.right && pt.y < rcSquare.bottom;
-        // Between square and ring the ring is meant.
+        // A press between square and ring counts for the ring.
         m_part = bSquare ? EPart::Square : d <= g.dOuter + 2 ? EPart::Ring : EPart::None;
     }
     const THsv hsvOld = m_hsv;

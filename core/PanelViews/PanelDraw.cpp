@@ -5,7 +5,7 @@
 
 namespace {
 
-// Calls `fn(pixel, its middle)` for the pixels around a rectangle of positions.
+// Calls `fn(pixel, its centre)` for the pixels around a rectangle of positions.
 template <class Function>
 void ForEachPixel(const CGDIBuffer& target, double dLeft, double dTop, double dRight, double dBottom,
                   Function fn) {
@@ -17,7 +17,7 @@ void ForEachPixel(const CGDIBuffer& target, double dLeft, double dTop, double dR
         for (int32_t x = rc.left; x < rc.right; ++x) fn(CPoint{x, y}, TDrawPoint{x + 0.5, y + 0.5});
 }
 
-// How much of a pixel lies inside an edge that its middle is `d` outside of.
+// The fraction of a pixel inside an edge whose distance from its centre is `d`, positive outside.
 double CoverageOf(double d) { return std::clamp(0.5 - d, 0.0, 1.0); }
 
 } // namespace

@@ -11,12 +11,12 @@ namespace {
 
 constexpr int NEAREST = 2;
 constexpr int FARTHEST = 80;
-constexpr int REACH = 14; ///< pixels around a handle in which a button takes it
+constexpr int REACH = 14; ///< radius in pixels within which a press takes a handle
 constexpr int SEGMENTS = 48;
 constexpr TColor PAPER = 0xFFFFFF, GRID = MakeColor(0xDC, 0xDC, 0xDC), EDGE = MakeColor(0x90, 0x90, 0x90);
 constexpr TColor CURVE = MakeColor(0x20, 0x20, 0x20), HANDLE = MakeColor(0x2E, 0x7D, 0xC8);
 
-// n * nTo / nFrom to the nearest whole number; none is negative.
+// n * nTo / nFrom, rounded to the nearest; no argument is negative.
 int Scale(int n, int nTo, int nFrom) { return (n * nTo + nFrom / 2) / nFrom; }
 
 // Limits a handle's distances from its corner.
@@ -84,7 +84,7 @@ bool CPressCurveView::OnPointer(EMessage id, CPoint pt) {
         m_ptPressed = pt;
         m_bMoved = false;
     } else if (m_nDragged && (m_bMoved || !(pt == m_ptPressed))) {
-        m_bMoved = true; // a click is no drag: it leaves the handle where it is
+        m_bMoved = true; // a click without a move leaves the handle unchanged
         MoveHandle(ptAt);
         m_nDragged == 1 ? LimitHandle1(m_handles) : LimitHandle2(m_handles);
     }
