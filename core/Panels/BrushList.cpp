@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr int32_t MAX_COUNT = 1000; ///< a damaged count must not keep the start waiting
+constexpr int32_t MAX_COUNT = 1000; ///< limits a damaged count, which would delay the start
 
 } // namespace
 

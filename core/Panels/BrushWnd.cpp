@@ -20,9 +20,9 @@ enum EBrushControl : int {
     BRUSH_ALPHA
 };
 
-constexpr int EDGE_STEP = 25; ///< percent from one row of the edge to the next
+constexpr int EDGE_STEP = 25; ///< percent between rows of the edge
 constexpr int EDGES = 5;
-constexpr int FINE_STOPS = 16; ///< a slider's step is this part of the size, at least 1
+constexpr int FINE_STOPS = 16; ///< a slider's step is the size divided by this, at least 1
 
 // Fine steps for small brushes, where one pixel counts, coarse ones for large brushes.
 std::vector<int> SizeStops() {

@@ -28,7 +28,7 @@ enum EColorControl : int {
 
 constexpr wchar_t SECTION[] = L"ColorList";
 
-// The active tool if it draws in a colour.
+// The active tool if it draws in a colour, else null.
 boost::shared_ptr<CRasterBrushBase> GetBrush() {
     const auto spTool = boost::dynamic_pointer_cast<CRasterBrushBase>(g_wpActiveTool.lock());
     return spTool && spTool->GetToolId() != TOOL_ERASER ? spTool : boost::shared_ptr<CRasterBrushBase>();
@@ -112,7 +112,7 @@ void CColorWnd::OnRefresh() {
     const TColor color = spTool->GetFreehand().m_clrBrush;
     m_boxes.m_clrBrush = color;
     m_boxes.m_clrBack = spTool->GetFreehand().m_clrBack;
-    // Several hues and saturations make one dark or grey colour: what was chosen stays.
+    // Several hues and saturations give the same dark or grey colour: keep the chosen ones.
     if (ColorOfHsv(m_circle.m_hsv) != color) m_circle.m_hsv = HsvOfColor(color, m_circle.m_hsv);
     Find(COLOR_RED).nValue = RedOf(color);
     Find(COLOR_GREEN).nValue = GreenOf(color);

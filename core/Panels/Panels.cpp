@@ -68,7 +68,7 @@ void CPanels::KeepSettings() {
 }
 
 void CPanels::Close() {
-    // Where one goes the others move up.
+    // When one is hidden the others move up.
     for (const auto& entry : m_mapPanels) Guarded([&] { entry.second->KeepPlace(); });
     for (const auto& entry : m_mapPanels) Guarded([&] { entry.second->Close(); });
 }

@@ -8,10 +8,10 @@
 namespace {
 
 constexpr wchar_t NAME_FORMAT[] = L"筆圧設定%1%";
-constexpr int32_t MAX_COUNT = 1000; ///< a damaged count must not keep the start waiting
+constexpr int32_t MAX_COUNT = 1000; ///< limits a damaged count, which would delay the start
 constexpr int32_t PERCENT = 100;
 
-// Calls `fn(key, field of each)` for the values of a memo.
+// Calls `fn(key, field of each)` for each value of a memo.
 template <class Function, class... Param>
 void ForEachValue(Function fn, Param&... param) {
     fn(L"AvailInput", param.AvailInput...);

@@ -24,7 +24,7 @@ boost::shared_ptr<CRasterBrushBase> GetBrush() {
     return boost::dynamic_pointer_cast<CRasterBrushBase>(g_wpActiveTool.lock());
 }
 
-// The field that a trackbar shows, null for other controls.
+// The field bound to a trackbar, null for other controls.
 uint8_t* FieldOf(TBrushParam& param, int nId) {
     switch (nId) {
     case PRESS_AVAIL_INPUT:

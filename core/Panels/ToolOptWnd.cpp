@@ -21,7 +21,7 @@ CToolOptWnd::CToolOptWnd(const wchar_t* pszSection) : CPanel(pszSection) {
 
 void CToolOptWnd::OnRefresh() {
     const auto spTool = g_wpActiveTool.lock();
-    // All of them or none: the window counts on it.
+    // All or none: the window relies on it.
     std::vector<TPanelControl> vControls;
     CToolOptBase* pShown = nullptr;
     for (const auto& pPane : m_vPanes) {
