@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr int32_t DASH = 4; ///< pixels of 96 to the inch
+constexpr int32_t DASH = 4; ///< pixels at 96 dpi
 
 void SetColor(uint8_t* p, TColor color) {
     p[0] = BlueOf(color);
@@ -46,8 +46,8 @@ int32_t COverlay::ToDevice(int32_t n) const {
     return std::max(1, (n * m_nDpi + DPI_NORMAL / 2) / DPI_NORMAL);
 }
 
-// A pen's square reaches from half of what is beside the pixel to the left and above, the rest to the right
-// and below.
+// A pen's square extends to the left and above by half of its excess over one pixel, and by the rest to the
+// right and below.
 void COverlay::Measure(const CRect& rcPoints) {
     if (rcPoints.IsEmpty()) return;
     const int32_t nMore = ToDevice(1) - 1;
@@ -65,7 +65,7 @@ void COverlay::Stroke(const CShapePixels& shape, const TOverlayPen& pen) {
         for (int32_t y = rc.top; y < rc.bottom; ++y)
             for (int32_t x = rc.left; x < rc.right; ++x) vPixels.emplace_back(y, x);
     }
-    // A pixel that is inverted twice would not show.
+    // A pixel that is inverted twice would be invisible.
     std::sort(vPixels.begin(), vPixels.end());
     vPixels.erase(std::unique(vPixels.begin(), vPixels.end()), vPixels.end());
     for (const auto& [y, x] : vPixels) {

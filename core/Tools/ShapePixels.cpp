@@ -6,11 +6,10 @@
 
 namespace {
 
-constexpr double TOLERANCE = 0.25;   ///< pixels between a curve and its lines
+constexpr double TOLERANCE = 0.25;   ///< maximum distance between a curve and its lines, in pixels
 constexpr double FURTHEST = 1 << 24; ///< pixels; products of two differences stay within 64 bits
 constexpr double MOST_LINES = 4096;
-constexpr double CIRCLE =
-    0.5522847498307936; ///< how far the handles of a quarter of a circle of radius 1 reach
+constexpr double CIRCLE = 0.5522847498307936; ///< handle length for a quarter of a unit circle
 
 struct TPlace {
     double x;
@@ -30,7 +29,7 @@ int64_t ToFine(double d) {
 }
 TFinePoint ToFine(const TPlace& place) { return {ToFine(place.x), ToFine(place.y)}; }
 
-// Lines enough for the second differences of the handles; the first point is not added.
+// Enough lines for the second differences of the handles; the first point is not added.
 void AddCurve(const TCurve& curve, std::vector<TFinePoint>& vPoints) {
     const auto bend = [&](size_t n) {
         const double x = curve[n].x - 2 * curve[n + 1].x + curve[n + 2].x;
@@ -61,7 +60,7 @@ void CShapePixels::Add(CPoint pt, int64_t nAlong) {
 }
 
 void CShapePixels::AddLine(TFinePoint from, TFinePoint to) {
-    // A step moves by one pixel on the longer axis; there the clip says which steps count.
+    // A step moves by one pixel on the longer axis; the clip limits the steps on that axis.
     const bool bWide = std::abs(to.x - from.x) >= std::abs(to.y - from.y);
     const int64_t nMain = bWide ? from.x : from.y, nSide = bWide ? from.y : from.x;
     int64_t nMainWay = (bWide ? to.x : to.y) - nMain, nSideWay = (bWide ? to.y : to.x) - nSide;
@@ -125,7 +124,7 @@ std::vector<TFinePoint> FlattenEllipse(const CRect& rc) {
         return TPlace{rc.left + dX + x * dX, rc.top + dY + y * dY};
     };
     std::vector<TFinePoint> vPoints{ToFine(place(1, 0))};
-    // From the right over the bottom; each quarter begins a quarter turn further.
+    // Clockwise from the right; each quarter begins a quarter turn further.
     constexpr TPlace TURNS[] = {{1, 0}, {0, 1}, {-1, 0}, {0, -1}};
     for (const TPlace& t : TURNS)
         AddCurve({place(t.x, t.y), place(t.x - CIRCLE * t.y, t.y + CIRCLE * t.x),

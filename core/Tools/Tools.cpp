@@ -9,7 +9,7 @@ boost::weak_ptr<CTools> g_wpActiveTool;
 
 namespace {
 
-constexpr int KEYS = 128; ///< keys that tools hear of
+constexpr int KEYS = 128; ///< keys that are passed to tools
 constexpr uint32_t MOUSE_ECHO_MS = 1000;
 constexpr uint32_t SILENCE_MS = 300;
 
@@ -107,7 +107,7 @@ bool CTools::Dispatch(EMessage message, int32_t x, int32_t y, uint32_t pressure,
                       uint32_t flags) {
     const bool bTablet = flags & POINTER_TABLET;
     if (Refuses(bTablet)) return false;
-    // The end of a silence must not hang on whether its timer or the next event is sooner.
+    // The timeout must have the same effect whether its timer or the next event comes first.
     bool bRedraw = bTablet && EndAfterSilence();
     const bool bTaken = !bTablet || GetContact().Take(pressure, message == EMessage::LButtonUp);
     if (!IsEnabled()) return bRedraw;
