@@ -42,7 +42,7 @@ bool IsAnyFrame(CCanvasFrame&) { return true; }
 
 bool CanUndo(CCanvasFrame& frame) {
     CCanvasBuffer& canvas = *frame.GetCanvas();
-    // A drawn stroke counts from its end on, however long the machine takes to render it.
+    // A stroke is undoable as soon as it ends, even while it is still being rendered.
     return IsIdle() && (canvas.GetHistory().CanUndo() || canvas.HasPendingWork() || IsToolOpen());
 }
 
@@ -98,7 +98,7 @@ constexpr TEditCommand EDIT_COMMANDS[] = {
     {ID_EDIT_PASTE, &CTools::Paste, &CTools::CanPaste},
 };
 
-// The tool answers whether what it did shows.
+// The tool returns whether a redraw is due.
 CCommandTable::TAct WithTool(const boost::function<bool(CTools&, int)>& fn) {
     return WithFrame([fn](CCanvasFrame& frame, int nId) {
         const auto spTool = g_wpActiveTool.lock();
@@ -123,7 +123,7 @@ void BindCanvasCommands(CCommandTable& table) {
         table.Bind(nId, WithFrame([fn = fnDo](CCanvasFrame& frame, int) { fn(frame); }),
                    AskFrame([fn = fnEnabled](CCanvasFrame& frame, int) { return fn(frame); }), fnIsChecked);
     }
-    // An operation in progress works on the layers as they are.
+    // An operation in progress needs the present layers.
     const auto layerState = [](CCanvasFrame& frame, int n) {
         return IsIdle() ? GetLayerCommandState(*frame.GetCanvas(), n) : TCommandState();
     };

@@ -36,8 +36,8 @@ CPoint CCanvasView::ToCanvas(CPoint ptWindow) const {
 }
 
 CPoint CCanvasView::Map(CPoint ptCanvas, int64_t nUnit, int64_t nRound) const {
-    // The flips here are those of canvas space: the exchange at 90 degrees brings the vertical one's change
-    // of sense with it.
+    // The flips here are in canvas space: exchanging the axes at 90 degrees inverts the vertical one as
+    // well.
     const bool bHalfTurn = m_view.uAngle >= 180;
     int64_t x = ptCanvas.x;
     int64_t y = ptCanvas.y;
@@ -48,7 +48,7 @@ CPoint CCanvasView::Map(CPoint ptCanvas, int64_t nUnit, int64_t nRound) const {
         x = m_szCanvas.cy * nUnit - y;
         y = nOldX;
     }
-    // Rounded down also beside the canvas, where the overlay is drawn too.
+    // Rounded down also outside the canvas, where the overlay is drawn too.
     const auto scaled = [&](int64_t n) {
         const int64_t nSum = n * m_view.uZoom + nRound, nBy = 48 * nUnit;
         return nSum / nBy - (nSum % nBy < 0);
@@ -95,7 +95,7 @@ uint16_t FirstZoom(CSize szCanvas, CSize szClient) {
         return (nCanvas - FIT_MARGIN) / std::max(nClient, 1);
     };
     const double f = std::max(spare(szCanvas.cx, szClient.cx), spare(szCanvas.cy, szClient.cy));
-    // Only what does not fit is made smaller; a small canvas opens at its own size.
+    // Only a canvas that does not fit is reduced; a small one opens at its own size.
     if (f <= 1) return 48;
     for (const TZoomEntry& entry : GetZoomList())
         if (entry.uZoom <= 48 / f) return entry.uZoom;

@@ -19,7 +19,7 @@ namespace {
 constexpr int32_t HALF_PIXEL = 4;
 constexpr uint32_t CURSOR_ERASER = 2; ///< a packet's cursor number
 constexpr int TIMER_SILENCE = 17;
-constexpr int32_t COARSE = 96; ///< zoom times scale below which a position means a pixel's centre
+constexpr int32_t COARSE = 96; ///< zoom times scale below which a position is a pixel's centre
 
 bool IsKeyDown(int nKey) { return g_AppModule.GetPlatform().keys.IsKeyDown(nKey); }
 
@@ -83,7 +83,7 @@ void CFrameInput::OnMouse(const TMessage& msg) {
                .uPress = msg.wParam & MOUSE_LEFT ? 1u : 0u});
 }
 
-// True while the mouse draws or drags the hand: the pen must not disturb it.
+// True while the mouse draws or drags the view: the pen must not interfere.
 bool CFrameInput::IsMouseAtWork() const {
     const auto spTool = g_wpActiveTool.lock();
     return (spTool && spTool->GetState() == STATE_MOUSE) || (m_bScrolling && !m_bScrollByTablet);
@@ -95,7 +95,7 @@ void CFrameInput::OnPackets() {
         (IsKeyDown(VK_Control) ? MOUSE_CONTROL : 0) | (IsKeyDown(VK_Shift) ? MOUSE_SHIFT : 0);
     std::array<TPenPacket, IPen::QUEUE_SIZE> aPackets;
     const size_t nPackets = m_pTablet->Read(aPackets.data());
-    if (IsMouseAtWork()) return; // what is left in the queue would be drawn later
+    if (IsMouseAtWork()) return; // packets left in the queue would be drawn later
     bool bTaken = true;
     for (size_t n = 0; n < nPackets; ++n) {
         ICanvasWindow& window = m_frame.GetInputWindow();
@@ -114,11 +114,11 @@ void CFrameInput::OnPackets() {
                    .bTablet = true,
                    .bLowPress = event->bLow});
     }
-    // The pen has left the window: others may have its packets until the pointer is back.
+    // The pen has left the window: release its packets to others until the pointer is back.
     if (!bTaken) m_pTablet->Enable(false);
 }
 
-// The pen's other end is the eraser for as long as it is near.
+// The pen's other end acts as the eraser while it is near.
 void CFrameInput::TurnPen(bool bEraser) { SendMessage({g_AppModule.GetMainWindow(), WM_PEN_END, bEraser}); }
 
 void CFrameInput::OnProximity(bool bEnter, bool bEraser) {
@@ -142,7 +142,7 @@ void CFrameInput::OnSilence() {
     Settle();
 }
 
-// A timer may come early or late; the tool goes by the clock.
+// A timer may be early or late; the tool checks the clock.
 void CFrameInput::WatchSilence() {
     const auto spTool = g_wpActiveTool.lock();
     const auto uLeft = spTool && m_frame.IsActive() ? spTool->UntilSilence() : std::nullopt;
@@ -156,7 +156,7 @@ void CFrameInput::WatchSilence() {
 void CFrameInput::OnPointer(const TPointerInput& input) {
     if (!m_frame.IsActive()) return;
     ICanvasWindow& window = m_frame.GetInputWindow();
-    // A pointer that only passes takes the keyboard from nobody who is typing.
+    // A mere pointer move does not take the keyboard focus from a text field.
     if (input.message != EMessage::MouseMove || input.uPress != 0) window.SetFocus();
     m_ptPointer = {input.pt.x / input.nScale, input.pt.y / input.nScale};
     if (input.message == EMessage::MouseMove && m_pTablet) m_pTablet->Enable(true);
@@ -173,8 +173,8 @@ void CFrameInput::OnPointer(const TPointerInput& input) {
     Settle();
 }
 
-// Brings capture, timer, cursor and the pen's end in line with the tool. Called after every event that may
-// end an operation.
+// Updates capture, timer, cursor and the pen's end from the tool. Called after every event that may end an
+// operation.
 void CFrameInput::Settle() {
     const auto spTool = g_wpActiveTool.lock();
     m_frame.GetInputWindow().SetCapture(m_frame.IsActive() && (IsDrawing(spTool) || m_bScrolling));

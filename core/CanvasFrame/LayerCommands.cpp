@@ -14,7 +14,7 @@
 
 namespace {
 
-// A layer and its place in the tree.
+// A layer and its position in the tree.
 struct TPlace {
     TLayerPtr spLayer;
     TLayerPtr spParent;
@@ -31,7 +31,7 @@ struct TPlace {
         return idxLayer > 0 ? *std::next(spParent->GetChildren().begin(), idxLayer - 1) : TLayerPtr();
     }
     bool IsClipped() const { return spParent && spParent->IsClipping(); }
-    // The layer that this one would be clipped to.
+    // The clipping base that this layer would get.
     TLayerPtr ClippingBase() const {
         const TLayerPtr spBelow = Below();
         return spBelow && spBelow->IsClipping() ? spBelow : TLayerPtr();

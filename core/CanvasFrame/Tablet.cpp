@@ -8,7 +8,7 @@
 namespace {
 
 constexpr uint32_t THRESHOLD_PERCENT = 2;
-constexpr int32_t CURSOR_UNITS = 8; ///< of the system cursor's position to a pixel
+constexpr int32_t CURSOR_UNITS = 8; ///< units of the system cursor's position per pixel
 
 // The screen pixel of a position; rounds down also left of the primary screen.
 int32_t PixelOf(int64_t n, int32_t nScale) {
@@ -43,7 +43,7 @@ void CTablet::Enable(bool bEnable) {
 
 std::optional<TPenEvent> CTablet::Decode(const TPenPacket& packet, const ICanvasWindow& window,
                                          bool bCaptured) {
-    // The system cursor follows the pen: its pixel is where it was for this packet.
+    // The system cursor follows the pen: use its pixel at the time of this packet.
     const CPoint ptPixel{PixelOf(packet.x, m_nUnits), PixelOf(packet.y, m_nUnits)};
     const CPoint pt{PixelOf(int64_t{packet.x} * m_nCoordScale, m_nUnits),
                     PixelOf(int64_t{packet.y} * m_nCoordScale, m_nUnits)};
