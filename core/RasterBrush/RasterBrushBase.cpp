@@ -10,12 +10,12 @@ constexpr size_t MAX_HISTORY = 30;
 constexpr uint64_t SCREEN_PIXEL = 384 * 384; ///< (8 units times 48 of the zoom) squared
 constexpr uint64_t CANVAS_PIXEL = 64;
 
-// Smoothing window plus what pins the curve's start.
+// Smoothing window plus the points that fix the curve's start.
 int WindowOf(const TBrushParam& param) { return param.CurveStrength + 2; }
 
 } // namespace
 
-// The distance that makes two places: a screen or canvas pixel, or more where a slow hand is smoothed.
+// The minimum distance of two points: a screen or canvas pixel, or more with slow-movement smoothing.
 bool CRasterBrushBase::IsAway(CPoint ptFrom, CPoint pt) const {
     const int64_t dx = int64_t{pt.x} - ptFrom.x;
     const int64_t dy = int64_t{pt.y} - ptFrom.y;
@@ -32,7 +32,7 @@ bool CRasterBrushBase::IsAway(CPoint ptFrom, CPoint pt) const {
     return uDistance > uThreshold;
 }
 
-// The distance filter: false when the event is no point.
+// The distance filter: false when the event adds no point.
 bool CRasterBrushBase::TakePosition(CPoint pt, bool bAlways) {
     if (!bAlways && m_bHasLast && !IsAway(m_ptLast, pt)) return false;
     m_ptLast = pt;
@@ -55,9 +55,9 @@ bool CRasterBrushBase::OnMouseMove(int32_t x, int32_t y, uint32_t pressure, uint
 bool CRasterBrushBase::MovePen(const TCtlPoint& sample) {
     const CPoint pt{sample.x, sample.y};
     const uint32_t pressure = sample.pressure;
-    const bool bTurns = m_bTapDot && m_bContact != (pressure != 0); // into contact or out of it
+    const bool bTurns = m_bTapDot && m_bContact != (pressure != 0); // contact began or ended
     m_bContact = pressure != 0;
-    // A tap's pressure is the highest of all events, also of those that are no points.
+    // A tap's pressure is the highest of all events, including those that add no point.
     if (m_state == STATE_TABLET && pressure > m_tap.pressure)
         m_tap.pressure = pressure, m_tap.altitude = sample.altitude;
     const bool bInPlace = m_bHasLast && !IsAway(m_ptLast, pt);
@@ -70,15 +70,15 @@ bool CRasterBrushBase::MovePen(const TCtlPoint& sample) {
     for (int n = TakeRepeat(); n > 0; --n) AddPoint(sample);
     const bool bLiftedInPlace = bTurns && bInPlace && pressure == 0;
     if (!bLiftedInPlace && !IsPenUp()) return true;
-    // What the smoothing window still holds back is flushed out.
+    // Flushes the points still held back by the smoothing window.
     for (int n = 0; n < 2 * m_param.CurveStrength; ++n) AddPoint({pt.x, pt.y, 0, sample.altitude});
     CommitStroke();
     SetState(STATE_IDLE);
     return true;
 }
 
-// The pen's way above the tablet becomes the tapered entry of the line. Where there is too little of it the
-// first points count several times until the smoothing window is full.
+// The pen's movement above the tablet becomes the tapered entry of the line. If it is too short, the first
+// points are repeated until the smoothing window is full.
 void CRasterBrushBase::BeginTabletStroke(const TCtlPoint& first) {
     const int nWindow = WindowOf(m_param);
     const size_t nWanted = static_cast<size_t>(nWindow) * m_freehand.m_uStrokeIn / 2;
@@ -96,7 +96,7 @@ void CRasterBrushBase::BeginTabletStroke(const TCtlPoint& first) {
     }
 }
 
-// A contact away from the first one makes a line of what may have been a tap.
+// A contact away from the first position turns a possible tap into a line.
 void CRasterBrushBase::NotePlace(CPoint pt) {
     if (m_bLine || !IsAway({m_tap.x, m_tap.y}, pt)) return;
     for (; !m_deqHeld.empty(); m_deqHeld.pop_front()) {
@@ -152,7 +152,7 @@ bool CRasterBrushBase::OnLButtonUp(int32_t x, int32_t y, uint32_t flags) {
 }
 
 bool CRasterBrushBase::PickColor(CPoint pt) {
-    // The colour is that of the finished picture, however far its last strokes are rendered.
+    // The colour is that of the finished picture, including strokes not rendered yet.
     const auto spCanvas = GetCanvas();
     const bool bRedraw = spCanvas->HasPendingWork();
     spCanvas->CompleteWork();
@@ -181,13 +181,13 @@ bool CRasterBrushBase::OnProximityLeave() {
     return bStroke;
 }
 
-// The pen is lifted where it was last seen.
+// The pen is lifted at its last known position.
 void CRasterBrushBase::EndAtLast() {
     const TCtlPoint& last = m_lstHistory.back();
     AddPoint({last.x, last.y, 0, UPRIGHT});
 }
 
-// Nothing leads from a place before to the next contact.
+// Earlier positions do not affect the next contact.
 void CRasterBrushBase::ForgetWay() {
     m_lstHistory.clear();
     m_bContact = false;
@@ -229,7 +229,7 @@ void CRasterBrushBase::BeginStroke(const TCtlPoint& first) {
         m_spStroke = CreateStroke(*GetCanvas());
         spLayer->SetStroke(m_spStroke);
     } catch (...) {
-        // The tool is left as it was.
+        // The tool is unchanged.
         m_spStroke.reset();
         SetState(STATE_IDLE);
         throw;

@@ -9,7 +9,8 @@
 
 namespace {
 
-constexpr int32_t SMALLEST_CIRCLE = 4; ///< screen pixels across; smaller ones hide what is drawn
+constexpr int32_t SMALLEST_CIRCLE = 4; ///< minimum diameter in screen pixels; smaller circles hide the
+                                       ///< drawing
 
 std::vector<std::pair<std::wstring, int32_t>> ListSettings(const TBrushParam& param,
                                                            const TFreehandParam& freehand) {
@@ -44,13 +45,13 @@ CRasterBrushImpl::~CRasterBrushImpl() {
     try {
         CRasterBrushImpl::KeepSettings();
     } catch (const std::exception&) {
-        // Without memory even for that the next tool has the settings of the last time.
+        // If even that runs out of memory, the next tool has the previously saved settings.
     }
 }
 
 void CRasterBrushImpl::KeepSettings() {
     if (m_param == m_paramRead && m_freehand == m_freehandRead) return;
-    // Others may share the store: what this tool left alone stays theirs.
+    // The store may be shared: values that this tool did not change are not written.
     const auto vRead = ListSettings(m_paramRead, m_freehandRead);
     auto vChanged = ListSettings(m_param, m_freehand);
     std::erase_if(vChanged, [&](const auto& value) { return std::ranges::count(vRead, value) != 0; });

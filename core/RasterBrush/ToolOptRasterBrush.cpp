@@ -12,7 +12,7 @@
 
 namespace {
 
-// Numbers of controls within a pane.
+// Control numbers within a pane.
 enum EOption : int {
     OPT_WAVE_ENABLE = 1,
     OPT_WAVE_SMOOTH,
@@ -58,14 +58,14 @@ void Set(CRasterBrushBase& tool, int nValue) {
         set(tool.GetFreehand().*Field);
 }
 
-// Rows that show their values, 0 as none.
+// Rows labelled with their values, 0 as none.
 std::vector<TOptRow> Numbers(std::initializer_list<int> lstValues, const wchar_t* pszUnit = L"") {
     std::vector<TOptRow> vRows;
     for (const int n : lstValues) vRows.push_back({n ? std::to_wstring(n) + pszUnit : L"なし", n});
     return vRows;
 }
 
-// Rows whose values are their numbers from 0 on.
+// Rows whose values are their indices.
 std::vector<TOptRow> Texts(std::initializer_list<const wchar_t*> lstTexts) {
     std::vector<TOptRow> vRows;
     for (const wchar_t* pszText : lstTexts) vRows.push_back({pszText, static_cast<int>(vRows.size())});
@@ -183,7 +183,7 @@ void CToolOptFreehand::RefreshView(const boost::shared_ptr<CTools>& spTool) {
         control.bEnabled = nSlow != 0;
         control.nValue = nSlow == (nId - OPT_SLOW) * SLOW_STEP;
     }
-    // A combo whose effect is switched off keeps its value but takes none.
+    // A combo whose effect is switched off keeps its value but is disabled.
     const bool bWave = spBrush->GetParam().WaveEnable;
     for (const int nId : {OPT_WAVE_SMOOTH, OPT_WAVE_MIN, OPT_WAVE_MAX})
         Find(m_nFirstId + nId).bEnabled = bWave;
