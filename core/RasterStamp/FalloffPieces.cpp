@@ -14,11 +14,11 @@
 
 namespace {
 
-// Nearer to the centre the root's series is of little use, and there are few cells.
+// Near the centre the root's series converges badly, and there are few cells.
 constexpr uint64_t FIRST_SQUARE = 128 * 128;
-// Of the error allowed to a piece; the rest is for its evaluation in single precision.
+// The part of a piece's allowed error; the rest is for its evaluation in single precision.
 constexpr double MAX_REMAINDER = MAX_PIECE_ERROR / 4;
-constexpr int64_t LARGEST_HALF = int64_t{1} << 22; // whole numbers that stay exact in single precision
+constexpr int64_t LARGEST_HALF = int64_t{1} << 22; // largest integers that are exact in single precision
 
 using TSeries = std::array<double, TFalloffPiece::TERMS>;
 
@@ -37,7 +37,7 @@ double SumOf(const TSeries& series) {
     return d;
 }
 
-// The piece for nCentre - nHalf to nCentre + nHalf; nothing where it would not be good enough.
+// The piece for nCentre - nHalf to nCentre + nHalf; nullopt where it is not accurate enough.
 std::optional<TFalloffPiece> PieceAt(const TFalloff& falloff, int64_t nCentre, int64_t nHalf) {
     const auto dCentre = static_cast<double>(nCentre);
     const auto dHalf = static_cast<double>(nHalf);

@@ -1,5 +1,5 @@
-// Many grains make a stamp, so what a grain adds to each pixel is kept: it depends on the variant and on the
-// place within the pixel alone.
+// A stamp has many grains, so a grain's pixels are cached: they depend only on the variant and the subpixel
+// position.
 #include "core/RasterStamp/PencilGrain.h"
 
 #include "core/Base/Failure.h"
@@ -13,7 +13,7 @@ namespace {
 
 constexpr int IMAGE_SIDE = 40;
 constexpr int IMAGE_CENTRE = IMAGE_SIDE / 2;
-constexpr double HALF_DIAGONAL = 29.698484809834994; // of 42 by 42: the image in any direction, and a margin
+constexpr double HALF_DIAGONAL = 29.698484809834994; // of 42 by 42: the rotated image and a margin
 constexpr int CELLS = 8;                             // to a pixel, in each direction
 
 } // namespace
@@ -26,7 +26,7 @@ const std::vector<uint16_t>& CPencilGrain::CellsOf(int nVariant) {
     constexpr double PI = 3.14159265358979323846;
     auto& vKnown = m_aCells[static_cast<size_t>(nVariant)];
     if (!vKnown.empty()) return vKnown;
-    std::vector<uint16_t> vCells; // without memory for all of them none is known
+    std::vector<uint16_t> vCells; // if memory runs out, none is valid
     const auto strImage = FindResource("textures/grain.bin");
     SELF_CHECK(defect_logic, strImage.size() == size_t{IMAGE_SIDE} * IMAGE_SIDE);
     const TSinCos turn = StableSinCos(nVariant * 2 * PI / VARIANTS);

@@ -70,7 +70,7 @@ void CStampDisc::Cut(uint16_t* pStamp, int fx, int fy) const {
     std::vector<TCorner> vColumns(nSide + 1);
     for (size_t j = 0; j <= nSide; ++j)
         vColumns[j] = CornerAt((static_cast<int32_t>(j) - nHalf) * CELLS - fx - 4);
-    // The boxes from the centre to a row of corners, and those to the row before.
+    // Sums of the boxes from the centre to a row of corners, and to the row before.
     std::vector<uint32_t> vBoxes(nSide);
     std::vector<uint32_t> vBefore(nSide);
     std::fill_n(pStamp, STAMP_MARGIN, uint16_t{0});

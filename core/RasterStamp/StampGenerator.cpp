@@ -12,7 +12,7 @@
 namespace {
 
 constexpr uint32_t FINE_LIMIT = 0x4000; // two pixels
-constexpr uint32_t WIDE_EDGE = 640;     // half cells from which on pieces are worth their making
+constexpr uint32_t WIDE_EDGE = 640;     // minimum half cells that make pieces worthwhile
 
 constexpr uint64_t Square(uint64_t u) { return u * u; }
 
@@ -35,7 +35,7 @@ CStampGenerator::CStampGenerator(const TStampShape& shape)
 void CStampGenerator::SetRow(size_t nRow) {
     m_nRow = nRow;
     const uint64_t uUnit = 2 * m_uHalf;
-    // The sample of a cell that lies farthest out, and the one that lies nearest.
+    // The cell's samples farthest from and nearest to the centre.
     const uint64_t uFar = m_bFine ? 3 : 1;
     const auto square = [&](size_t nCell, uint64_t uSample) {
         return Square(uUnit * nCell + uSample) + Square(uUnit * nRow + uSample);

@@ -12,7 +12,7 @@ TStampShape MakeStampShape(uint32_t uRadius, uint32_t uBlurLevel, int nScale) {
 
 uint32_t SpacingOf(const TStampShape& shape, uint32_t uBlurLevel, int nScale) {
     uint32_t uMost = 28;
-    // Only the levels that the user picks from have a cap of their own.
+    // Only the levels that the user can select have their own limit.
     if (nScale == 1 && uBlurLevel == 100) uMost = 16;
     if (nScale == 1 && uBlurLevel == 75) uMost = 20;
     if (nScale == 1 && (uBlurLevel == 50 || uBlurLevel == 25)) uMost = 24;

@@ -31,7 +31,7 @@ void CStampTarget::DrawOnTile(const uint16_t* pStamp, int32_t nSide, CPoint ptTi
                                  ptDraw.y + rcDraw.Height() <= m_szBlock.cy);
     SELF_CHECK(defect_logic, 0 <= ptSrc.x && ptSrc.x + nWidth <= nSide && 0 <= ptSrc.y &&
                                  ptSrc.y + rcDraw.Height() <= nSide);
-    // The zeros around the stamp's rows change nothing, but let whole vectors be used.
+    // The zeros around the stamp's rows change nothing, but allow whole vectors.
     constexpr auto MARGIN = static_cast<int32_t>(STAMP_MARGIN);
     const int32_t nMore = (MARGIN - nWidth % MARGIN) % MARGIN;
     if (ptSrc.x + nWidth == nSide && ptDraw.x + nWidth + nMore <= m_szBlock.cx) {
