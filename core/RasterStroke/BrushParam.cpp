@@ -11,8 +11,8 @@ constexpr int32_t ANY_BYTE = 255;
 constexpr int32_t PERCENT = 100;
 constexpr int32_t MAX_SPRAY = 1000;
 
-// Calls `fn(key, field, smallest value, largest value)` for every field. The limits keep a damaged file from
-// starting strokes without end; what the panels offer lies well inside.
+// Calls `fn(key, field, smallest value, largest value)` for every field. The limits prevent endless strokes
+// from a damaged file; the panels' ranges are much smaller.
 template <class Param, class Function>
 void ForEachField(Param& p, Function fn) {
     fn(L"WaveSmooth", p.WaveSmooth, 0, ANY_BYTE);

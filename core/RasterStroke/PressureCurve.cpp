@@ -18,7 +18,7 @@ double Cubic(double dFirst, double dHandle1, double dHandle2, double dLast, doub
 
 uint32_t LevelOf(uint8_t uPercent) { return std::max(uPercent * 1024u / 100u, 1u); }
 
-// Neighbouring pressures share a stamp: the larger the radius, the coarser its steps.
+// Similar pressures share a stamp: the larger the radius, the coarser the steps.
 uint32_t QuantizeRadius(uint32_t uRadius) {
     const int nBits = uRadius >= 0x40000 ? 11 : uRadius < 0x10000 ? 9 : 10;
     return uRadius >> nBits << nBits;

@@ -7,7 +7,7 @@ namespace {
 constexpr int POSITION_BITS = 3;
 constexpr size_t DISC_CAPACITY = size_t{4} << 20; // sums
 
-// How many bits of the position within a pixel a large stamp may lose unseen.
+// The number of low bits of the subpixel position that a large stamp may ignore without a visible effect.
 int LostBits(uint32_t uRadius) {
     return uRadius >= 0x80000 ? POSITION_BITS : uRadius >= 0x40000 ? 2 : uRadius >= 0x10000;
 }

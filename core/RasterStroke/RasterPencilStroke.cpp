@@ -14,7 +14,7 @@ constexpr double GRAINS_BY_ROUGHNESS[] = {6400, 1400, 666, 360, 230, 160, 120, 8
 constexpr double GRAINS_BY_HARDNESS[] = {11, 16, 32, 64, 160};
 constexpr uint32_t OPACITY_BY_HARDNESS[] = {30, 20, 10, 5, 2}; // percent
 
-// Full for most of the radius, then falling to nothing at its end; level over all of it with a hard edge.
+// Full for most of the radius, then falling to 0 at its end; constant with a hard edge.
 boost::random::piecewise_linear_distribution<double> MakeDistance(uint8_t uBlurLevel) {
     const double dBend = uBlurLevel * 0.7 / 100 + 0.3;
     std::vector<double> vPoints{0.0, dBend, 1.0};
@@ -26,8 +26,8 @@ boost::random::piecewise_linear_distribution<double> MakeDistance(uint8_t uBlurL
     return {vPoints, vWeights};
 }
 
-// a + b - a * b / 65535, the quotient without its fraction, for each pixel. The rows are told apart, or the
-// compiler would take the pixels one by one.
+// a + b - a * b / 65535, truncated, for each pixel. The rows must not alias, or the compiler cannot
+// vectorise.
 inline void AddCover(uint16_t* __restrict pRow, const uint16_t* __restrict pCover, size_t nLength) {
     for (size_t i = 0; i < nLength; ++i) {
         const uint32_t uProduct = uint32_t{pCover[i]} * pRow[i];
@@ -35,7 +35,7 @@ inline void AddCover(uint16_t* __restrict pRow, const uint16_t* __restrict pCove
     }
 }
 
-// A turn by each number of Rand: grains are many.
+// A table of rotations by each number of Rand, for speed.
 const TSinCos& DirectionOf(int nRandom) {
     constexpr double TURN = 6.283185307179586;
     static const std::vector<TSinCos> vDirections = [] {
@@ -84,7 +84,7 @@ void CRasterPencilStroke::LoadTexture() {
     m_spTexture = std::make_unique<CPencilTexture>(texId, m_pCodecs);
 }
 
-// A fraction of a grain is a chance of one, so that a thin line does not lose all of them.
+// A fraction of a grain is its probability, so that a thin line does not lose all of them.
 uint32_t CRasterPencilStroke::CountGrains(uint32_t uRadius, uint8_t byAlpha) {
     const double w = uRadius / 8192.0;
     const double d = GRAINS_BY_ROUGHNESS[GetParam().PaperRoughness] / 1000.0 * byAlpha * (1.0 / 256) *
@@ -105,7 +105,7 @@ void CRasterPencilStroke::GetBrush(TBrushData& brush, int fx, int fy, uint32_t p
     const int nLost = uRadius >= 0x40000 ? 2 : uRadius >= 0x10000;
     fx = fx >> nLost << nLost;
     fy = fy >> nLost << nLost;
-    brush.byAlpha = 255; // pressure acts through the number of grains
+    brush.byAlpha = 255; // pressure changes the number of grains
     brush.uStep = std::clamp(uRadius >> 12, 8u, 16u);
     LoadTexture();
     const double dSpread = PencilSpread(GetParam().AltitParam, altitude);
@@ -138,7 +138,7 @@ void CRasterPencilStroke::ThrowGrains(uint16_t* pStamp, const TThrow& params) {
     }
 }
 
-// Where the next grain stays, in cells from the stamp's centre.
+// The offset of the next accepted grain, in cells from the stamp's centre.
 CPoint CRasterPencilStroke::ChoosePlace(const TThrow& params) {
     constexpr int MOST_TRIES = 100000; // no paper is that white
     for (int nTry = 0; nTry < MOST_TRIES; ++nTry) {
@@ -169,7 +169,7 @@ void CRasterPencilStroke::AddGrain(uint16_t* pStamp, const TThrow& params, CPoin
             mark.vCover.data() + static_cast<size_t>(y - ptFirst.y) * mark.nStride + (rc.left - ptFirst.x);
         if (bCut)
             AddCover(pRow, pCover, static_cast<size_t>(rc.Width()));
-        else // whole vectors: what lies behind the row stays as it is
+        else // whole vectors: the values behind the row do not change
             for (size_t x = 0; x < mark.nStride; x += CPencilGrain::LANES)
                 AddCover(pRow + x, pCover + x, CPencilGrain::LANES);
     }

@@ -12,7 +12,7 @@ namespace {
 
 constexpr uint32_t UPDATE_BUDGET = 1; // milliseconds
 constexpr uint32_t PREDICT_BUDGET = 5;
-// No wobble widens a line beyond the largest brush.
+// The wobble widens no line beyond the largest brush.
 constexpr double WIDEST = MAX_BRUSH_RADIUS << 12;
 
 boost::shared_ptr<CStrokePlane> MakePlane(const TStrokeSetup& setup) {
@@ -52,7 +52,7 @@ struct CRasterStroke::TPrediction {
     TCtlPoint ptPrev{};
 };
 
-// The line itself must not notice that it is predicted: meanwhile the prediction's random numbers are drawn.
+// The prediction must not change the line itself: meanwhile the prediction's random numbers are used.
 class CRasterStroke::CPredicting : boost::noncopyable {
 public:
     CPredicting(CRasterStroke& stroke, TPrediction& prediction) : m_stroke(stroke), m_prediction(prediction) {
@@ -90,7 +90,7 @@ void CRasterStroke::AddCtlPoint(CPoint pt, uint32_t pressure, uint32_t altitude)
     pressure = FadeInPressure(pressure, static_cast<uint32_t>(m_vCtl.size()), m_param.CurveStrength);
     m_vCtl.push_back({pt.x, pt.y, pressure, altitude});
     if (IsFinished()) {
-        // Nothing more is expected: the line is shown as it will be.
+        // No more points are expected: the line is shown in its final form.
         if (m_spPredict) FlagDifferences(*m_spMain, *m_spPredict);
         m_spPredict.reset();
         return;
@@ -145,8 +145,8 @@ bool CRasterStroke::Update() {
 void CRasterStroke::DrawStep(size_t nCount) {
     const uint32_t uStep = m_spContext->uStep;
     const TCtlPoint pt = m_window.PointAt(m_vCtl.data(), nCount, uStep);
-    // A step sees no wobble beyond the points that it needs itself: how many more there are depends on when
-    // it is drawn.
+    // A step uses the wobble only of the points that it needs: the number of further points depends on the
+    // time.
     const size_t nSeen = (uStep + STEPS_PER_POINT - 1) / STEPS_PER_POINT + m_window.GetReach();
     for (size_t nPass = 0; nPass < CWobble::PASSES; ++nPass) {
         const CWobble::TList& lst = m_wobble.GetLists()[nPass];
@@ -154,7 +154,7 @@ void CRasterStroke::DrawStep(size_t nCount) {
         const size_t nWave = std::min(lst.size(), nSeen);
         const TCtlPoint offset =
             WindowFor(m_windowWave, m_param.WaveSmooth, nWave).PointAt(lst.data(), nWave, uStep);
-        // A strongly wobbling line must not grow thinner than its offset.
+        // A strongly wobbling line must not become thinner than its offset.
         const double dSquare =
             static_cast<double>(offset.x) * offset.x + static_cast<double>(offset.y) * offset.y;
         const double dRadius = std::sqrt(dSquare) * 1024 / ((m_param.BlurLevel / 100 + 1) * 0.5);
@@ -186,8 +186,8 @@ uint32_t CRasterStroke::DrawSegment(CStampTarget& target, const TCtlPoint& ptFro
     return uAt - walk.GetLength();
 }
 
-// The spray of a stamp. The angle covers half a turn only: rough lines lean downwards. The numbers are drawn
-// without a spray too.
+// The spray of a stamp. The angle covers only half a turn: rough lines lean downwards. The numbers are
+// drawn even without a spray.
 CPoint CRasterStroke::Scatter(uint32_t pressure) {
     constexpr double PI = 3.14159265358979323846;
     constexpr double LARGEST = CStrokeRandom::RAND_LARGEST;
@@ -211,7 +211,7 @@ uint32_t CRasterStroke::Stamp(CStampTarget& target, CPoint pt, uint32_t pressure
     return brush.uStep;
 }
 
-// What did not fit into the budget goes on with the next call, unless the line has moved on.
+// Work beyond the budget continues with the next call, unless the line has moved on.
 bool CRasterStroke::Predict() {
     if (!m_pPrediction) {
         auto pPrediction = std::make_unique<TPrediction>(MakePredictPlane(*m_spMain, m_spPredict.get()));
@@ -226,7 +226,7 @@ bool CRasterStroke::Predict() {
     if (!DrawPrediction(*m_pPrediction)) return false;
     m_spPredict = m_pPrediction->spPlane;
     m_pPrediction.reset();
-    m_spMain->GetDirty().Fill(false); // the display plane has taken its flags over
+    m_spMain->GetDirty().Fill(false); // the display plane has copied its flags
     return true;
 }
 

@@ -5,7 +5,7 @@
 
 namespace {
 
-// Fixed point with 16 fraction bits; each power is cut back to them before the next.
+// Fixed point with 16 fraction bits; each power is truncated to them before the next.
 constexpr int64_t ONE = 1 << 16;
 
 int64_t Cube(int64_t u) { return ((u * u) >> 16) * u >> 16; }
