@@ -10,11 +10,11 @@
 
 namespace {
 
-/// How long nothing must have changed: the pen is likely to be off the canvas then.
+/// Idle time required: the pen is then likely to be off the canvas.
 constexpr uint32_t PAUSE_MS = 1000;
 constexpr uint32_t MS_A_SECOND = 1000;
 
-// Holds the document's tiles, not their bytes: whoever draws on replaces a tile by its clone.
+// Holds the document's tiles, not their bytes: later drawing replaces a tile by its clone.
 TFillBytes SerializeDocument(const CCanvasBuffer& canvas) {
     const auto spFile = boost::make_shared<CSerializer>();
     spFile->WriteChunk(canvas.Serialize());
@@ -25,7 +25,7 @@ TFillBytes SerializeDocument(const CCanvasBuffer& canvas) {
 
 CRecovery::TEntry& CRecovery::FindEntry(const boost::shared_ptr<CCanvasBuffer>& spCanvas) {
     TEntry& entry = m_mapEntries[spCanvas.get()];
-    // Another document may have lived at this address; what it left stays.
+    // Another document may have had this address; its snapshot stays.
     if (entry.wpCanvas.lock() != spCanvas) entry = {.wpCanvas = spCanvas, .uKey = m_uNextKey++};
     return entry;
 }
@@ -43,7 +43,7 @@ bool CRecovery::IsDue(const TEntry& entry) const {
     const uint32_t uNow = m_clock.GetTickCount();
     const uint32_t uInterval = static_cast<uint32_t>(g_Switches.m_nAutoSave) * MS_A_SECOND;
     const uint32_t uWaiting = uNow - entry.uFirstChange;
-    // Work without any pause is not waited for without end.
+    // Without a pause in the work the wait is limited.
     return uWaiting >= uInterval && (uNow - entry.uLastChange >= PAUSE_MS || uWaiting / 2 >= uInterval);
 }
 
