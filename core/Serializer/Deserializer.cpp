@@ -14,7 +14,7 @@ uint32_t LoadBig32(const uint8_t* p) {
            static_cast<uint32_t>(p[2]) << 8 | p[3];
 }
 
-// Foreign bytes in memory: one window over all.
+// Untrusted bytes in memory: one window over all.
 class CMemoryImage : public CWireImage {
 public:
     explicit CMemoryImage(boost::shared_ptr<const TBytes> spBytes)
@@ -29,7 +29,7 @@ private:
 
 } // namespace
 
-/// A chunk in memory as its writer left it.
+/// A chunk in memory, as built by its writer.
 class CChunkImage : public CWireImage {
 public:
     explicit CChunkImage(CSerializer chunk) : CWireImage(chunk.m_nLength), m_chunk(std::move(chunk)) {
@@ -56,7 +56,8 @@ protected:
             SetWindow(m_vFirst[i], vBytes.data(), vBytes.size());
             return;
         }
-        // Beyond the run: the piece's part is written after it, and the pieces that follow, as far as wanted.
+        // Beyond the run: the piece's part is written after it, then the following pieces, as far as
+        // needed.
         m_vWindow.clear();
         for (size_t n = i; m_vWindow.size() < uPos + nLength - m_vFirst[i]; ++n) {
             const CSerializer::TPiece& piece = m_chunk.m_vPieces[n];
@@ -77,7 +78,7 @@ private:
     }
 
     CSerializer m_chunk;
-    std::vector<uint64_t> m_vFirst; ///< where each piece begins
+    std::vector<uint64_t> m_vFirst; ///< start of each piece
     TBytes m_vWindow;
 };
 

@@ -7,8 +7,9 @@
 
 namespace {
 
-constexpr size_t SMALL_RUN = 4096;      ///< bytes that are cheaper copied into a parent than kept apart
-constexpr size_t WRITE_PIECE = 1 << 18; ///< bytes that WriteOut gathers; they stay in the cache
+constexpr size_t SMALL_RUN = 4096;      ///< bytes up to which copying into a parent is cheaper than a
+                                        ///< separate piece
+constexpr size_t WRITE_PIECE = 1 << 18; ///< bytes collected by WriteOut; small enough for the cache
 
 void StoreBig32(uint8_t* p, uint32_t u) {
     p[0] = static_cast<uint8_t>(u >> 24);
