@@ -33,7 +33,7 @@ void CCellCounter::Begin(const CMonotoneChains& chains, int32_t nFirst, int32_t 
     m_nWaiting = 0;
     m_yChanged = INT32_MIN;
     m_vActive.clear();
-    // A crossing at the right end still has its pixel and those behind.
+    // A crossing at the right end still affects its pixel and those behind.
     m_vDifference.resize(std::max(m_vDifference.size(), static_cast<size_t>(nEnd) + CROSSING_PIXELS + 2));
 }
 
@@ -43,7 +43,7 @@ int32_t CCellCounter::NextRow(int32_t y) const {
     return std::max(y, m_vOrder[m_nWaiting].pChain->yTop >> 4);
 }
 
-// Where a chain is in row `y`.
+// The cell of a chain in row `y`.
 void CCellCounter::Measure(TActive& active, int32_t y) {
     const TOrdered& ordered = *active.pOrdered;
     const TChain& chain = *ordered.pChain;
@@ -113,7 +113,7 @@ void CCellCounter::Count(int32_t y, CCountRow& row) {
         }
         n = nTo;
     }
-    // A shape that goes on beyond the end has its last value beside what lies there.
+    // A shape that continues beyond the end keeps its last value there.
     Reach(std::max(m_nEnd, m_nChanged), row);
     if (m_nCount != 0) row.Mark(m_nEnd - 1, m_nEnd - 1);
     for (int32_t n = m_nEnd; n < m_nNext; ++n) row.Set(n, 0);
@@ -169,7 +169,7 @@ void CCellCounter::Reach(int32_t nPixel, CCountRow& row) {
     m_nNext = m_nChanged = nPixel;
 }
 
-// Crossings that touch no pixel that others touch: their pixels are known at once.
+// Crossings that share no pixel with others: their pixels are known at once.
 void CCellCounter::WriteEdge(const TActive& active, CCountRow& row) {
     constexpr int32_t FULL = ROWS * FILL_CELLS;
     const int32_t nBefore = m_anWinding[0];
@@ -226,7 +226,7 @@ void CCellCounter::AddSpans(const TActive& active, int32_t nSign) {
 
 // Chains that may cross one another: row by row of cells, in the order of the crossings there.
 void CCellCounter::CountGroup(size_t nFrom, size_t nTo, int32_t nMax) {
-    // Sorting takes as long for a crossing as looking at so many cells, and less for a few.
+    // Sorting costs as much per crossing as scanning so many cells, and less for a few.
     constexpr size_t CELLS = 8, CROWD = 16;
     if (m_bEven) m_anWinding.fill(m_anWinding[0]);
     const size_t nChains = nTo - nFrom;
@@ -252,14 +252,14 @@ void CCellCounter::CountSorted(size_t nFrom, size_t nTo) {
             if (nRow < active.nTop || nRow >= active.nEnd) continue;
             m_vKeys.push_back(active.GetCell(nRow) * 4 + active.nDirection + 1);
         }
-        // At one cell the order does not matter: what begins there and ends there is no cell wide.
+        // At one cell the order does not matter: a span that begins and ends there has no width.
         if (m_vKeys.size() > 1) std::sort(m_vKeys.begin(), m_vKeys.end());
         int32_t& nWinding = m_anWinding[static_cast<size_t>(nRow)];
         for (const int32_t nKey : m_vKeys) Pass(nKey >> 2, (nKey & 3) - 1, nWinding);
     }
 }
 
-// A row that more than one outline crosses.
+// A row crossed by more than one outline.
 void CCellCounter::CountUnion(CCountRow& row) {
     int32_t nMin = INT32_MAX, nMax = INT32_MIN;
     for (const TActive& active : m_vActive) {
@@ -290,12 +290,12 @@ void CCellCounter::CountUnion(CCountRow& row) {
     }
 }
 
-// Where crossings are many, each cell is looked at instead.
+// With many crossings each cell is scanned instead.
 void CCellCounter::CountCrowd(size_t nFrom, size_t nTo, int32_t nMax) {
     const int32_t nMin = m_vActive[nFrom].sums.nMin;
     const auto nCells = static_cast<size_t>(nMax - nMin + 1);
     if (m_vSteps.size() < ROWS * nCells) m_vSteps.resize(ROWS * nCells);
-    // A chain's crossings lie side by side, those of a row far apart.
+    // The crossings of a chain are contiguous in memory, those of a row are not.
     for (size_t n = nFrom; n < nTo; ++n) {
         const TActive& active = m_vActive[n];
         for (int32_t nRow = active.nTop; nRow < active.nEnd; ++nRow)

@@ -45,7 +45,7 @@ void CPathFill::FillTile(std::span<const TOutline> outlines, const TFillPlane& p
     for (const TOutline& points : outlines)
         if (points.size() >= 4) rc = rc.Union(ReachOf(points, plane.ptOrigin, szPlane).Intersect(rcTile));
     if (rc.IsEmpty()) return;
-    // Whole runs: the kernel is made for them.
+    // Whole runs, as the kernel requires.
     rc.left -= (rc.left - rcTile.left) % CCountRow::RUN;
     rc.right = std::min(rc.left + RoundUp(rc.Width(), CCountRow::RUN), rcTile.right);
     m_target.rc = rc;
@@ -74,12 +74,12 @@ void CPathFill::FillPlane(TOutline points, CPoint ptOrigin, CAlphaBufferImpl<uin
     Fill({&points, 1}, ptOrigin, szPlane);
 }
 
-// What is counted at once takes memory for each crossing: tall outlines of many segments are cut into bands.
+// Counting a band needs memory for each crossing: tall outlines of many segments are cut into bands.
 void CPathFill::Fill(std::span<const TOutline> outlines, CPoint ptOrigin, CSize szPlane) {
     constexpr int64_t MAX_CROSSINGS = 1 << 22;
     const int32_t nHeight = m_target.rc.Height();
     m_vRuns.resize(static_cast<size_t>((m_target.rc.Width() + CCountRow::RUN - 1) / CCountRow::RUN));
-    // A segment turns up or down twice at most. Hulls are looked at only where that may be too many.
+    // A segment turns up or down at most twice. Hulls are checked only where that may be too many.
     int64_t nCrossings = 0;
     for (const TOutline& points : outlines)
         nCrossings += static_cast<int64_t>(points.size()) * nHeight * FILL_CELLS;
@@ -97,8 +97,8 @@ void CPathFill::Fill(std::span<const TOutline> outlines, CPoint ptOrigin, CSize 
         FillBand(outlines, ptOrigin, szPlane, y, std::min(y + nStep, nHeight));
 }
 
-// Everything is counted from the target's corner; around the band lies a pixel for the filter to see, except
-// where the plane ends.
+// Coordinates are relative to the target's corner; the band has a margin of one pixel for the filter,
+// except at the plane's border.
 void CPathFill::FillBand(std::span<const TOutline> outlines, CPoint ptOrigin, CSize szPlane, int32_t yTop,
                          int32_t yEnd) {
     const CRect& rc = m_target.rc;
@@ -117,7 +117,7 @@ void CPathFill::FillBand(std::span<const TOutline> outlines, CPoint ptOrigin, CS
     m_counter.Begin(m_chains, rcCount.left, rcCount.right);
     for (CCountRow& row : m_aRows) row.Create(nWidth);
     m_pTiles = nullptr;
-    m_full = {}; // a fill that failed may have left some
+    m_full = {}; // a failed fill may have left some
 
     for (int32_t y = yTop, yCounted = yTop - 1; y < yEnd;) {
         if (SoftenEdges(y, rcCount)) {
@@ -131,7 +131,7 @@ void CPathFill::FillBand(std::span<const TOutline> outlines, CPoint ptOrigin, CS
         for (int32_t n = -1; n <= nRows; ++n) bEmpty = bEmpty && RowAt(y + n).IsEmpty();
         if (!bEmpty) SoftenRows(y, nRows, rcCount);
         y += nRows;
-        // The next row that has something may lie far below.
+        // The next row that is not empty may lie far below.
         const int32_t yNext = m_counter.NextRow(yCounted);
         if (bEmpty && yNext == INT32_MAX) break;
         if (bEmpty && yNext - 1 > y + ROWS) {
@@ -149,7 +149,7 @@ void CPathFill::CountRow(int32_t y) {
     if (m_counter.NextRow(y) == y) m_counter.Count(y, row);
 }
 
-// Where the pixels of the tiles at row `y` are.
+// The pixels of the tiles at row `y`.
 void CPathFill::EnterTiles(int32_t y) {
     FlushTiles();
     const CSize sz = m_target.szTile;
@@ -162,7 +162,7 @@ void CPathFill::EnterTiles(int32_t y) {
     }
 }
 
-// Rows from `y` on, when nothing is in them but edges that lie apart from one another.
+// Rows from `y` on that contain only isolated edges.
 bool CPathFill::SoftenEdges(int32_t y, const CRect& rcCount) {
     if (y <= rcCount.top || y + ROWS >= rcCount.bottom) return false;
     if (!m_counter.GetEdges(y - 1, ROWS + 2, m_vEdges)) return false;
@@ -288,7 +288,7 @@ void CPathFill::RaiseEven(int32_t y, int32_t x, int32_t xEnd, uint8_t uValue) {
         for (int32_t n = nWhole; n < nLast; ++n) raise(n, 0, nWidth);
 }
 
-// Rows of a tile lie behind one another, so they are gathered to be filled as one block.
+// Rows of a tile are contiguous, so they are collected and filled as one block.
 void CPathFill::FillTiles(int32_t y, int32_t yEnd, int32_t nFirst, int32_t nEnd) {
     if (nFirst >= nEnd) return;
     if (m_full.nFirst != nFirst || m_full.nEnd != nEnd || m_full.yEnd != y) {
