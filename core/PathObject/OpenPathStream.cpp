@@ -11,11 +11,11 @@
 
 namespace {
 
-constexpr uint32_t VERSION = 1; ///< 0 had no wave
+constexpr uint32_t VERSION = 1; ///< version 0 had no wave
 constexpr uint32_t WAVE_STEP = 32;
 constexpr uint32_t WAVE_WIDTH = 4;
-/// Bytes counted for a wave's width point, a third of what it takes: a hand's stroke brings so much in the
-/// file that no honest document comes near the limit.
+/// Bytes counted for a wave's width point, a third of its real size: a drawn stroke has so many bytes in
+/// the file that no valid document comes near the limit.
 constexpr uint64_t WAVE_POINT_BYTES = 2 * 3 * sizeof(CPoint);
 
 uint32_t ReadWidth(CDeserializer& reader) {
@@ -24,7 +24,7 @@ uint32_t ReadWidth(CDeserializer& reader) {
     return uWidth;
 }
 
-// Reads the counted marks; those that are there already are filled again.
+// Reads the counted marks; existing ones are reused.
 template <class TPoints, class Make>
 void ReadMarks(CDeserializer& reader, uint32_t uCount, TPoints& vKnown, Make make) {
     TPoints vPoints;
@@ -37,7 +37,7 @@ void ReadMarks(CDeserializer& reader, uint32_t uCount, TPoints& vKnown, Make mak
     vKnown = std::move(vPoints);
 }
 
-// Marks stand on the path, also those that a file has behind its end.
+// Marks are clamped to the path, also those that a file has behind its end.
 template <class TPoints>
 void HoldOnPath(const TPoints& vPoints, uint32_t tLast) {
     for (const auto& spPoint : vPoints)
@@ -53,7 +53,7 @@ void ReadTerm(CDeserializer& reader, uint32_t uType, boost::shared_ptr<COpenPath
     spTerm = spNew;
 }
 
-// The marks in the order of the path.
+// The marks sorted along the path.
 template <class TPoints>
 TPoints SortedByParameter(TPoints vPoints, size_t state) {
     std::stable_sort(vPoints.begin(), vPoints.end(), [&](const auto& spA, const auto& spB) {
@@ -62,7 +62,7 @@ TPoints SortedByParameter(TPoints vPoints, size_t state) {
     return vPoints;
 }
 
-// Where a parameter comes to lie when the segment before the anchor `idx` was divided at the fraction `f`.
+// The new parameter after the segment before the anchor `idx` was divided at the fraction `f`.
 uint32_t AfterInsertion(uint32_t t, size_t idx, uint32_t f) {
     const uint32_t tDivided = static_cast<uint32_t>(idx == 0 ? 0 : idx - 1) * BEZIER_T_RESOLUTION;
     if (t < tDivided || (idx > 0 && t == tDivided)) return t;
@@ -74,11 +74,12 @@ uint32_t AfterInsertion(uint32_t t, size_t idx, uint32_t f) {
            (uRest == 0 ? 0 : static_cast<uint32_t>(MulDiv(uFraction - f, BEZIER_T_RESOLUTION, uRest)));
 }
 
-// What becomes of parameters when an anchor goes: the segments beside it become one, whose marks are dropped.
+// The new parameters after an anchor was removed: the segments beside it become one, whose marks are
+// dropped.
 struct TRemoval {
-    uint32_t tBegin; ///< marks from here to tEnd go; the anchors at both ends stay with theirs
+    uint32_t tBegin; ///< marks from here to tEnd are removed; the anchors at both ends keep theirs
     uint32_t tEnd;
-    bool bFirst; ///< the path's first or last anchor goes, and with it its place
+    bool bFirst; ///< the path's first or last anchor is removed together with its position
     bool bLast;
 
     bool Drops(uint32_t t) const {
@@ -269,7 +270,7 @@ void COpenPathStream::Deserialize(CDeserializer& reader) {
     ReadTerm(reader, uBegin, m_spBegin);
     ReadTerm(reader, uEnd, m_spEnd);
     reader.ExpectEnd();
-    // A few bytes can ask for an outline of millions of points.
+    // A few bytes can request an outline of millions of points.
     if (m_bWave && m_wave.uWidth != 0)
         reader.Claim(CountWaveWidths(GetSource(STATE_COMMITTED)) * WAVE_POINT_BYTES);
 }
@@ -351,7 +352,7 @@ void COpenPathStream::OnRemoving(size_t idx) {
         return removal.Drops(spMark->GetParameter()[STATE_COMMITTED]);
     };
     std::erase_if(m_vWidth, drops);
-    // Cuts go in pairs: half of one would hide the rest of the stroke.
+    // Cuts are removed in pairs: a single one would hide the rest of the stroke.
     const TTransPoints vSorted = SortedByParameter(m_vTrans, STATE_COMMITTED);
     TTransPoints lst;
     for (size_t i = 0; i + 1 < vSorted.size(); i += 2)

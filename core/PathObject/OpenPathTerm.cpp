@@ -35,7 +35,7 @@ void COpenPathTermBase::ExpectEmpty(CDeserializer& reader, uint32_t uTag) {
 
 CPoint COpenPathTermBase::GetNormal(EPathSide side, size_t state) const {
     const CPoint normal = Rot90(m_tangent[state]);
-    // The tangent leads out of the stroke: at the path's start against its direction.
+    // The tangent points out of the stroke: against the path's direction at its start.
     return (side == SIDE_LEFT) != m_bBegin ? normal : CPoint{-normal.x, -normal.y};
 }
 

@@ -8,8 +8,8 @@ constexpr CPoint ABSENT{-1, -1};
 
 bool IsAllZero(const CDualValue<CPoint>& value) { return IsZero(value[0]) && IsZero(value[1]); }
 
-// A handle that can be stored: a component of -1 would be read as no handle, so it moves by an eighth of a
-// pixel, at once, so that an undo by the stored form gives the same curve.
+// A handle that can be stored: a component of -1 would be read as no handle, so it is moved by an eighth of
+// a pixel immediately; an undo from the stored form then gives the same curve.
 CPoint Storable(CPoint handle) { return {handle.x == -1 ? 0 : handle.x, handle.y == -1 ? 0 : handle.y}; }
 CDualValue<CPoint> Storable(const CDualValue<CPoint>& value) {
     return DualOf([&](size_t state) { return Storable(value[state]); });
@@ -22,10 +22,10 @@ CPoint Opposite(CPoint handle, uint32_t uLength) {
     return Storable(CPoint{MulDiv(-handle.x, uLength, uOwn), MulDiv(-handle.y, uLength, uOwn)});
 }
 
-// A handle that so far only a drag has is none yet.
+// A handle that exists only in a drag is not committed.
 void WriteHandle(CSerializer& writer, CPoint handle) { writer.WritePoint(IsZero(handle) ? ABSENT : handle); }
 
-// A stored handle; -1 in either component stands for none.
+// A stored handle; -1 in either component means none.
 void ReadHandle(CDeserializer& reader, bool& bHas, CDualValue<CPoint>& value) {
     const CPoint pt = reader.ReadPoint();
     bHas = pt.x != -1 && pt.y != -1 && !IsZero(pt);

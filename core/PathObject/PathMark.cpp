@@ -24,7 +24,7 @@ TPathHit CPathMark::HitMark(const TPathPick& pick) {
 
 boost::shared_ptr<CDualValue<CPoint>> CPathMark::DragAnchorPoint(bool) {
     const CDualValue<CPoint> before = m_position;
-    // Asked for now: letting go of the copy must not fail.
+    // Allocated now: releasing the copy must not fail.
     const auto spTracks = boost::make_shared<std::array<TTrack, 2>>();
     if (const auto spLine = m_wpLine.lock())
         for (const size_t state : {STATE_COMMITTED, STATE_LIVE})

@@ -10,7 +10,7 @@
 namespace {
 
 constexpr uint32_t TAG_ANCHORS = MakeTag("PSTM");
-/// As many as parameters can number, with a segment back to the first.
+/// The largest number that parameters can address, with a segment back to the first.
 constexpr size_t MAX_ANCHORS = 0xFFFF;
 
 void ExpectRoom(size_t nAnchors) {
@@ -18,14 +18,14 @@ void ExpectRoom(size_t nAnchors) {
         throw refused_error(L"パスの制御点が多すぎます。\n\n新しいパスに分けて描いてください。");
 }
 
-// A segment's place: its number and a fraction, the last anchor being the end of the last segment.
+// A position in segments: index and fraction; the last anchor is the end of the last segment.
 std::pair<size_t, uint32_t> PlaceOf(size_t nSegments, uint32_t t) {
     const size_t idx = t / BEZIER_T_RESOLUTION;
     if (idx >= nSegments) return {nSegments - 1, BEZIER_T_RESOLUTION};
     return {idx, t % BEZIER_T_RESOLUTION};
 }
 
-// The direction that the stroke's sides have there.
+// The direction of the stroke's sides there.
 CPoint DirectionOf(const CBezier& bez, uint32_t f) {
     return DirectionAt({ToOutline(bez.p0), ToOutline(bez.p1), ToOutline(bez.p2), ToOutline(bez.p3)}, f);
 }
@@ -64,7 +64,7 @@ TPathPlace SearchNearOnLine(const std::vector<CBezier>& vSegments, CPoint pt) {
         return Dot(away, away);
     };
     int64_t tFirst = 0;
-    int64_t tAlike = 0; // the last sample as near as the first: anchors may share a place
+    int64_t tAlike = 0; // checked like the first sample: anchors may share a position
     int64_t nNearest = distanceAt(0);
     for (int64_t t = SAMPLE; t <= tLast; t += SAMPLE) {
         const int64_t nDistance = distanceAt(t);
@@ -209,7 +209,7 @@ void CPathStreamImpl<T>::DeserializePoints(CDeserializer& reader) {
     points.ExpectTag(TAG_ANCHORS);
     const auto uCount = static_cast<uint32_t>(points.ReadInt32());
     if (uCount > MAX_ANCHORS) throw deserialize_error();
-    // Points that are there already keep who they are: a snapshot's are filled again.
+    // Existing points keep their identity: a snapshot's points are reused.
     TPointList lstPoint;
     auto itKnown = m_lstControlPoint.begin();
     for (uint32_t u = 0; u < uCount; ++u) {

@@ -5,7 +5,7 @@
 namespace {
 
 constexpr int64_t SHOWN_TIMES = 10;
-constexpr int64_t SHOWN_LEAST = 80; ///< path units from the path to the mark, so that the two stay apart
+constexpr int64_t SHOWN_LEAST = 80; ///< minimum distance from the path to the mark in path units
 
 int DegreesOf(uint32_t uAngle) { return static_cast<int16_t>(uAngle); }
 
