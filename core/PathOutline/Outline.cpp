@@ -29,7 +29,7 @@ TOutlinePoints JoinSides(const TStretch& stretch, const IOutlineTerm* pBegin, co
         vAll.insert(vAll.end(), vRight.begin(), vRight.end());
         return vAll;
     }
-    // A tip takes the place of the two points that it bridges.
+    // A tip replaces the two points that it connects.
     const auto bridge = [&](const IOutlineTerm* pTerm, const TOutlinePoint& p, const TOutlinePoint& q) {
         const TOutlinePoints vTip = pTerm ? pTerm->BuildTip(p, q) : TOutlinePoints{p, q};
         vAll.insert(vAll.end(), vTip.begin(), vTip.end());
@@ -51,8 +51,8 @@ void ClipFold(TFold& fold, const TPlacedCut& cut, bool bBehind) {
     for (const CPoint pt : ClipPolygon(vPolygon, line)) fold.vPoints.push_back({pt, {}, {}});
 }
 
-// Visits the parts of a fold in the visible stretches with the stretches' numbers. A fold with curves is left
-// out where a cut goes through it.
+// Visits the parts of folds in the visible stretches, with the stretches' numbers. A fold with curves is
+// skipped where a cut goes through it.
 template <class Visit>
 void VisitStretches(const TFold& fold, const std::vector<TPlacedCut>& vCuts, Visit visit) {
     const bool bPlace = fold.tBegin == fold.tEnd;
@@ -79,7 +79,7 @@ void VisitStretches(const TFold& fold, const std::vector<TPlacedCut>& vCuts, Vis
 std::vector<TStretchOutline> BuildOutline(const TOutlineSource& given) {
     if (given.vAnchors.empty()) return {};
     const CPoint ptOrigin = given.vAnchors.front().anchor;
-    // Curves round toward zero: seen from its own start a path has the same outline wherever it lies.
+    // Curves round toward zero: relative to its own start a path has the same outline at every position.
     TOutlineSource source = given;
     for (TOutlinePoint& anchor : source.vAnchors)
         anchor.anchor = CheckedAdd(anchor.anchor, {-ptOrigin.x, -ptOrigin.y});

@@ -12,10 +12,10 @@ namespace {
 
 constexpr int SQUARE = 90;   ///< degrees
 constexpr int64_t REACH = 3; ///< times the half-width
-/// How exact a crossing's fraction is: a chord of FindCrossing.
+/// The accuracy of a crossing's fraction: a chord of FindCrossing.
 constexpr uint32_t CHORD = BEZIER_T_RESOLUTION / (16 * 50) + 1;
 
-// A place along a side, 16.16 as path parameters are: its point `i` lies at i * BEZIER_T_RESOLUTION.
+// A position along a side, 16.16 as path parameters are: its point `i` lies at i * BEZIER_T_RESOLUTION.
 using TSidePlace = uint64_t;
 
 TSidePlace LastPlace(const TOutlinePoints& vSide) {
@@ -33,8 +33,8 @@ const TSidePiece* PieceAt(const std::vector<TSidePiece>& vPieces, EPathSide side
     return it == vPieces.rend() ? nullptr : &*it;
 }
 
-// The side's own point at `t`: at the same fraction of its half piece, where a piece is missing the start of
-// the next one.
+// The side's own point at `t`: at the same fraction of its half piece, or the start of the next piece where
+// one is missing.
 TSidePlace OwnPlace(const TSide& source, EPathSide side, uint32_t t) {
     const TSidePiece* pPiece = PieceAt(source.vPieces, side, t);
     if (!pPiece) return side == SIDE_LEFT ? LastPlace(source.vPoints) : 0;
@@ -45,7 +45,7 @@ TSidePlace OwnPlace(const TSide& source, EPathSide side, uint32_t t) {
     return (pPiece->idxMiddle - 1) * TSidePlace{BEZIER_T_RESOLUTION} + 2 * f;
 }
 
-// The path's parameter beside a place of a side, held to the side's pieces.
+// The path's parameter beside a position of a side, clamped to the side's pieces.
 uint32_t ParameterAt(const TSide& source, EPathSide side, TSidePlace place) {
     const auto& vPieces = source.vPieces;
     const auto liesBehind = [](TSidePlace at, const TSidePiece& piece) {
@@ -59,7 +59,7 @@ uint32_t ParameterAt(const TSide& source, EPathSide side, TSidePlace place) {
     return side == SIDE_LEFT ? it->tBegin + tWay : it->tEnd - tWay;
 }
 
-// Looks for the place where a line from a cut's position meets a side nearest to that position.
+// Finds the position where a line from a cut meets a side, nearest to the cut.
 class CLineSearch {
 public:
     CLineSearch(const TOutlinePoints& vSide, const CBezier& line) : m_vSide(vSide), m_line(line) {}
@@ -78,8 +78,8 @@ public:
     TSidePlace GetPlace() const { return m_place; }
 
 private:
-    // How often the control points change sides of the line, and one: the curve meets it no more often than
-    // they do.
+    // The number of times the control points change sides of the line, plus one: an upper bound of the
+    // curve's crossings.
     int CountSides(const CBezier& segment) const {
         int nCount = 0;
         bool bAbove = false;
@@ -112,8 +112,8 @@ CPoint DirectionOf(const TPlacedCut& cut) {
             static_cast<int32_t>(turn.dSin * cut.tangent.x + turn.dCos * cut.tangent.y)};
 }
 
-// The place where a cut divides a side. The line is followed only along the stretch of the side that stays
-// within its reach: another part of the stroke that comes near is not what is cut.
+// The position where a cut divides a side. The line is followed only along the stretch of the side within
+// its reach: another part of the stroke that comes near must not be cut.
 TSidePlace FindPlace(const TSide& source, EPathSide side, const TPlacedCut& cut) {
     const TOutlinePoints& vSide = source.vPoints;
     const TSidePlace own = OwnPlace(source, side, cut.t);
@@ -131,12 +131,12 @@ TSidePlace FindPlace(const TSide& source, EPathSide side, const TPlacedCut& cut)
     for (size_t i = idxOwn; i > 0 && isWithin(vSide[i]); --i) search.Offer(i - 1);
     for (size_t i = idxOwn + 1; i + 1 < vSide.size() && isWithin(vSide[i]); ++i) search.Offer(i);
     if (!search.HasMet()) return own;
-    // Nothing thinner than a crossing is exact may be left at the side's ends.
+    // The remaining ends of the side must not be shorter than a crossing's accuracy.
     if (search.GetPlace() < CHORD) return 0;
     return LastPlace(vSide) - search.GetPlace() < CHORD ? LastPlace(vSide) : search.GetPlace();
 }
 
-// The part of a side from one place to another.
+// The part of a side between two positions.
 TOutlinePoints PartOf(const TOutlinePoints& vSide, TSidePlace from, TSidePlace to) {
     const auto split = [&](TSidePlace at, size_t idx) {
         return SegmentOf(vSide[idx], vSide[idx + 1])
@@ -211,7 +211,7 @@ std::vector<TStretch> CutSides(const TSide& left, const TSide& right, std::vecto
         fromLeft = toLeft;
         toRight = fromRight;
     };
-    // A slanted cut may reach over the next one: what is cut off already stays so.
+    // A slanted cut may reach over the next one; parts already cut off stay so.
     for (TPlacedCut& cut : vCuts) {
         append(std::max(fromLeft, FindPlace(left, SIDE_LEFT, cut)),
                std::min(toRight, FindPlace(right, SIDE_RIGHT, cut)));

@@ -4,7 +4,7 @@
 
 namespace {
 
-// The fraction at which a curve that begins beyond the line and ends inside comes inside.
+// The fraction at which a curve that begins beyond the line and ends inside crosses it.
 uint32_t EntryOf(const CBezier& bez, const TEndLine& line) {
     uint32_t fBeyond = 0;
     uint32_t fInside = BEZIER_T_RESOLUTION;

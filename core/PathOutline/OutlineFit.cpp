@@ -4,13 +4,13 @@
 
 namespace {
 
-/// Tangents shorter than this turn by whole degrees when a point of the curve is rounded.
+/// The direction of a shorter tangent changes by whole degrees when a point of the curve is rounded.
 constexpr uint32_t SURE_TANGENT = 4 * OUTLINE_UNIT;
 constexpr uint32_t SHORTEST_TANGENT = 4;
 constexpr uint32_t SHORTEST_HANDLE = 2 * OUTLINE_UNIT;
 constexpr int32_t MITRE_REACH = 400 * OUTLINE_UNIT;
 
-// What the side's point beside a fraction of the centre line is made of.
+// The data from which the side's point beside a fraction of the centre line is computed.
 struct TOffset {
     CPoint center;
     CPoint tangent;      ///< of the centre line
@@ -37,7 +37,8 @@ CPoint ScaleDown(CPoint pt, int32_t nLength) {
 
 CPoint Negated(CPoint pt) { return {-pt.x, -pt.y}; }
 
-// The cross product, 0 when rounding alone can have made it: a straight side's handles would get any length.
+// The cross product, 0 if it may be due to rounding alone: otherwise a straight side's handles would get
+// arbitrary lengths.
 int64_t SafeCross(CPoint a, CPoint b) {
     const int64_t n = Cross(a, b);
     const int64_t nRounding = int64_t{LengthRound(a)} + LengthRound(b);
@@ -113,7 +114,7 @@ void FitHandles(TOutlinePoint& a, TOutlinePoint& b, const CBezier& centre, const
     const auto [O1, O2, O3] = aptSide;
     const CPoint T2 = aptDirection[1];
     int64_t nForeNumerator = 0, nForeDivisor = 0, nBackNumerator = 0, nBackDivisor = 0;
-    // K points backwards: without an inflection both ends see the middle direction turned the same way.
+    // K points backwards: without an inflection both ends have the middle direction on the same side.
     if ((0 < Cross(F, T2)) == (0 < Cross(K, T2))) {
         // One cubic through the side's middle: (A + B) / 2 + 3/8 (fore + back) = O2.
         const TWide V{(8 * int64_t{O2.x} - 4 * (int64_t{a.anchor.x} + b.anchor.x)) / 3,
@@ -122,7 +123,7 @@ void FitHandles(TOutlinePoint& a, TOutlinePoint& b, const CBezier& centre, const
         nForeNumerator = Cross(V, K);
         nBackNumerator = -Cross(V, F);
     } else {
-        // Each end by the third of the side that lies nearer to it.
+        // Each end is fitted by the third of the side nearer to it.
         const TWide X{(27 * int64_t{O1.x} - 7 * int64_t{a.anchor.x} - 20 * int64_t{O2.x}) / 6,
                       (27 * int64_t{O1.y} - 7 * int64_t{a.anchor.y} - 20 * int64_t{O2.y}) / 6};
         const TWide Y{(27 * int64_t{O3.x} - 7 * int64_t{b.anchor.x} - 20 * int64_t{O2.x}) / 6,

@@ -6,7 +6,7 @@
 
 namespace {
 
-// The entries of both sides that stand at the same place, in the path's direction.
+// The entries of both sides at the same position, in the path's direction.
 template <class TEntries, class Visit>
 void VisitPairs(const TEntries& vLeft, const TEntries& vRight, Visit visit) {
     auto itRight = vRight.rbegin();
@@ -28,7 +28,7 @@ TFold HalfOf(const TSidePiece& l, const TSidePiece& r, size_t n) {
             false};
 }
 
-// True when the lines from `a` to `b` and from `c` to `d` cross; not where they merely meet, as at a sharp
+// True when the lines from `a` to `b` and from `c` to `d` cross; false where they only touch, as at a sharp
 // end.
 bool DoCross(CPoint a, CPoint b, CPoint c, CPoint d) {
     const auto sideOf = [](CPoint from, CPoint to, CPoint pt) {
@@ -54,8 +54,8 @@ struct THalf {
     bool bReached;                ///< and over a fold
 };
 
-// The half in narrow strips: where a side runs backwards no curve is fitted to it, so that the half alone
-// would miss ground between its ends.
+// The half in narrow strips: where a side runs backwards no curve is fitted to it, so the half alone would
+// miss area between its ends.
 void AppendStrips(const THalf& half, std::vector<TFold>& vFolds) {
     constexpr uint32_t STRIPS = 8;
     const auto& [l, r, n, bFolded, vLines, bReached] = half;
@@ -78,8 +78,8 @@ void AppendStrips(const THalf& half, std::vector<TFold>& vFolds) {
     }
 }
 
-// A slanted end reaches over all halves up to the first that lies inside of its line with its far edge,
-// looked for from the end.
+// A slanted end covers all halves up to the first one, searched from the end, whose far edge lies inside
+// its line.
 template <class Iterator>
 void MarkReach(Iterator itBegin, Iterator itEnd, size_t nFar, const TEndLine& line) {
     const auto isClear = [&](const THalf& half) {
@@ -119,7 +119,7 @@ std::vector<TFold> FindFolds(const TSide& left, const TSide& right) {
     for (size_t i = 0; i < vHalves.size(); ++i) {
         const THalf& half = vHalves[i];
         if (half.bFolded && half.vLines.empty()) vFolds.push_back(HalfOf(half.l, half.r, half.n));
-        // Between a fold and a curve beside it that is fitted a little lean there would be a gap.
+        // Between a fold and a slightly different fitted curve beside it there would be a gap.
         if (half.bFolded || isFolded(i + 1) || isFolded(i - 1) || half.bReached) AppendStrips(half, vFolds);
     }
     VisitPairs(left.vCorners, right.vCorners,

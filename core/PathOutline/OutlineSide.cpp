@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr uint32_t SAME_PLACE = 10 * OUTLINE_UNIT; ///< ends of pieces that are nearer than this are one point
+constexpr uint32_t SAME_PLACE = 10 * OUTLINE_UNIT; ///< ends of pieces closer than this are one point
 constexpr uint32_t SHORTEST_HANDLE = 4 * OUTLINE_UNIT;
 
 // A stretch of the centre line between two places where a segment or a width span ends, and its half-widths.
@@ -19,7 +19,7 @@ struct TPiece {
     uint32_t tEnd;
 };
 
-// Walks anchors and width points together, piece by piece.
+// Iterates over anchors and width points together, piece by piece.
 class CPieceWalk {
 public:
     explicit CPieceWalk(const TSideSource& source)
@@ -38,8 +38,8 @@ public:
         TPiece piece{{}, {}, m_tNowBeginAt, std::min(tNextCtlAt, m_tNextWidthAt)};
         piece.bez = tNextCtlAt > m_tNextWidthAt ? CutSegment() : TakeSegment();
         if (m_tNextWidthAt > tNextCtlAt) {
-            // At the piece's own length: dividing by parameters would give segments of uneven length wrong
-            // slopes.
+            // At the piece's own length: dividing by parameters would give wrong slopes to segments of
+            // uneven length.
             const CPoint ptEnd =
                 CheckedAdd(m_widthCurve.p0, {m_lengths.Between(m_tNowBeginAt, piece.tEnd), 0});
             const auto [head, tail] = m_widthCurve.Split(FractionAt(m_widthCurve, ptEnd.x));
@@ -71,11 +71,11 @@ private:
         const uint32_t fInHead =
             fEnd == 0 ? fBegin : static_cast<uint32_t>(MulDiv(fBegin, BEZIER_T_RESOLUTION, fEnd));
         CBezier piece = head.Split(fInHead).second;
-        piece.p0 = segment.PointAt(fBegin); // where the piece before ends, whatever was rounded
+        piece.p0 = segment.PointAt(fBegin); // the end of the piece before, independent of rounding
         return piece;
     }
 
-    // What is left of the segment.
+    // The rest of the segment.
     CBezier TakeSegment() {
         const CBezier piece = m_bezRest;
         if (++m_idxSegment < m_vSegments.size()) {
@@ -117,7 +117,7 @@ private:
     CBezier m_widthCurve;
 };
 
-// A stroke of one place: two points beside it, one for each side.
+// A stroke of a single position: two points beside it, one for each side.
 TOutlinePoints BuildDot(const TSideSource& source) {
     const TOutlinePoint& anchor = source.vAnchors.front();
     const CPoint H = LengthDown(anchor.fore) < SHORTEST_HANDLE ? CPoint{0, 1} : anchor.fore;
@@ -125,14 +125,14 @@ TOutlinePoints BuildDot(const TSideSource& source) {
     return {{CheckedAdd(anchor.anchor, Rot90(handle)), {-handle.x, -handle.y}, handle}};
 }
 
-// True when the way between two points leads against the side's direction at one of them.
+// True when the vector between two points runs against the side's direction at one of them.
 bool RunsAgainst(const TOutlinePoint& a, const TOutlinePoint& b) {
     const CPoint way = b.anchor - a.anchor;
     return Dot(way, a.fore) <= 0 || Dot(way, b.back) >= 0;
 }
 
-// A side's outermost point where the end puts it, and the line of the cut where that is another place.
-// `piece` leads away from the end.
+// A side's outermost point as moved by the end, and the line of the cut if it was moved. `piece` leads away
+// from the end.
 TOutlinePoint AdjustedEnd(const IOutlineTerm& term, const TOutlinePoint& plain, const CBezier& piece,
                           std::optional<TEndLine>& line) {
     TOutlinePoint point = plain;
@@ -195,7 +195,7 @@ TSide BuildSide(const TSideSource& source) {
         auto m = OffsetPoint(piece.bez, piece.width, BEZIER_T_RESOLUTION / 2);
         auto b = OffsetPoint(piece.bez, piece.width, BEZIER_T_RESOLUTION);
         if (!a || !m || !b) continue;
-        // An end that is cut at a slant moves its corners, which folds nothing.
+        // A slanted end moves its corners, which creates no fold.
         const std::array aptPlain{a->anchor, m->anchor, b->anchor};
         const std::array abFolded{RunsAgainst(*a, *m), RunsAgainst(*m, *b)};
         if (piece.tBegin == 0) {

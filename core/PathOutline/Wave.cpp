@@ -10,8 +10,8 @@ namespace {
 
 using TWidthMap = std::map<uint32_t, TOutlineWidth>;
 
-// Steps of a segment's samples: the power of two above an even division, so that samples stay in fixed places
-// while the segment's length changes.
+// Steps of a segment's samples: the power of two above an even division, so that samples keep their
+// positions while the segment's length changes.
 uint64_t SampleStep(const CBezier& segment, uint32_t uStep) {
     const uint32_t n = uStep == 0 ? 0 : segment.ArcLength() / uStep;
     uint32_t s = BEZIER_T_RESOLUTION / (n == 0 ? 1 : n);
@@ -47,7 +47,7 @@ std::array<uint32_t, 2> Between(const TWidthMap& mapWidth, uint32_t t, uint32_t 
     return auWidth;
 }
 
-// The points that the wave starts from: those given, and the ends with their own widths.
+// The base points of the wave: those given, and the ends with their own widths.
 TWidthMap WithEnds(const TOutlineSource& source, uint32_t tLast) {
     TWidthMap mapWidth;
     for (const TOutlineWidth& width : source.vWidths) mapWidth.emplace(width.t, width);
@@ -68,7 +68,7 @@ std::vector<TOutlineWidth> WaveWidths(const TOutlineSource& source) {
     const double dWave = source.wave.uWidth;
     const auto noisy = [&](uint32_t uWidth) {
         const double r = random() / 4294967296.0 * (2 * dWave) - dWave;
-        const double f = std::min(uWidth / dWave * 0.5 + 0.5, 1.0); // thin places get less
+        const double f = std::min(uWidth / dWave * 0.5 + 0.5, 1.0); // less noise at thin places
         return static_cast<uint32_t>(std::max(uWidth + r * f, 0.0));
     };
     std::vector<TOutlineWidth> vWidths;
