@@ -1,4 +1,4 @@
-// The plain forms: what the kernels mean.
+// The reference forms, which define the kernels.
 #include "core/Base/Color.h"
 #include "core/RasterKernel/BlendKernel.h"
 #include "core/RasterKernel/Kernels.h"
@@ -40,7 +40,7 @@ uint8_t MixFast(int32_t sC, int32_t dC, int32_t nRatio) {
     return static_cast<uint8_t>(dC + (((sC - dC) * nRatio) >> 10));
 }
 
-// `source(i)` answers the grey level of source pixel i.
+// `source(i)` returns the grey level of source pixel i.
 template <class GreySource>
 void BlendOnGrey(const TGreyPixels& dest, const uint8_t* pAlpha, GreySource source, uint8_t uOpacity,
                  const uint8_t* pMask, size_t nCount) {

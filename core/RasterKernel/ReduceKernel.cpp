@@ -9,13 +9,13 @@
 
 namespace {
 
-// A floating mean of equal samples can fall a hair below them; the guard keeps flat areas flat.
+// A floating mean of equal samples can fall slightly below them; the guard keeps flat areas flat.
 constexpr float TRUNCATION_GUARD = 1.0f / 1024;
-/// Below this many source pixels other threads cost more than they save.
+/// Below this number of source pixels threads cost more than they save.
 constexpr int64_t PARALLEL_PIXELS = 64 * 64;
 
-// Adds a row to the sums of its columns, samples of alpha 0 left out, and counts them. Simple loops over
-// plain arrays, which compilers turn into vector code.
+// Adds a row to the sums of its columns, without samples of alpha 0, and counts them. Simple loops over
+// plain arrays, so that compilers can vectorise them.
 template <class T, class Sum>
 void AddRow(Sum* pSums, Sum* pCounts, const T* pRow, const uint8_t* pAlpha, size_t nWidth) {
     if (!pAlpha) {
@@ -87,7 +87,7 @@ template <class T>
 void ReduceFraction(T* pDest, CSize szDest, const T* pSource, const uint8_t* pAlpha, CSize szSource) {
     const float fRateX = static_cast<float>(szSource.cx) / static_cast<float>(szDest.cx);
     const float fRateY = static_cast<float>(szSource.cy) / static_cast<float>(szDest.cy);
-    // Every row is written by one thread alone, from samples that nobody writes.
+    // Every row is written by only one thread, from samples that are not written.
 #pragma omp parallel for if (szSource.cx * int64_t{szSource.cy} >= PARALLEL_PIXELS)
     for (int32_t y = 0; y < szDest.cy; ++y) {
         const TSpan spanY(y, fRateY, szSource.cy);

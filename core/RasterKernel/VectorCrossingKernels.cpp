@@ -33,7 +33,7 @@ void Cross(int32_t* pCells, int64_t nX, int64_t nStep, size_t nCount) {
     const size_t nLanes = hn::Lanes(d);
     const auto iota = hn::Iota(d, 0);
     auto first = hn::Set(d, nX);
-    // The lane's number times the step, bit for bit: 64-bit products are slow.
+    // The lane's index times the step, bit by bit, because 64-bit products are slow.
     for (size_t nBit = 1; nBit < nLanes; nBit *= 2) {
         const auto bit = hn::Set(d, static_cast<int64_t>(nBit));
         const auto step = hn::Set(d, static_cast<int64_t>(nBit) * nStep);
@@ -69,7 +69,7 @@ HWY_INLINE TCrossingSums SumSixteen(const int32_t* pCells) {
     sums.nMin = hn::GetLane(hn::MinOfLanes(d, hn::Min(hn::Min(a, b), hn::Min(e, f))));
     sums.nMax = hn::GetLane(hn::MaxOfLanes(d, hn::Max(hn::Max(a, b), hn::Max(e, f))));
     const auto left = hn::Set(d, sums.nMin & -CROSSING_CELLS);
-    // The order of lanes does not matter to a sum.
+    // The order of lanes does not affect a sum.
     const auto low = hn::ReorderDemote2To(d16, hn::Sub(a, left), hn::Sub(b, left));
     const auto high = hn::ReorderDemote2To(d16, hn::Sub(e, left), hn::Sub(f, left));
     const auto cells = hn::Combine(d8, hn::DemoteTo(d8Half, high), hn::DemoteTo(d8Half, low));

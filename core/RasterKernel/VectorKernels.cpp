@@ -17,7 +17,7 @@ namespace HWY_NAMESPACE {
 
 #if HWY_TARGET == HWY_SCALAR
 
-// A machine without vectors of 16 bytes runs the definitions.
+// A machine without vectors of 16 bytes uses the reference forms.
 const TBlendKernels* GetKernels() { return &PlainKernels(); }
 
 #else
@@ -131,7 +131,7 @@ HWY_INLINE V16 Grey(const TConstColorPixels& src, size_t i) {
     return FromFloats({sum(r.lo, g.lo, b.lo), sum(r.hi, g.hi, b.hi)});
 }
 
-// The pixels that no whole vector holds go through the definitions.
+// Pixels beyond the last whole vector use the reference forms.
 template <class Pixels>
 Pixels Advance(const Pixels& px, size_t n);
 template <>
@@ -192,7 +192,7 @@ void GeneralColorOnColor(const TColorPixels& dest, const TConstColorPixels& src,
                                         pMask ? pMask + i : nullptr, nCount - i);
 }
 
-// `source(i)` answers the grey levels of the source's pixels from i on.
+// `source(i)` returns the grey levels of the source's pixels from i on.
 template <class GreySource>
 HWY_INLINE size_t BlendOnGrey(const TGreyPixels& dest, const uint8_t* pAlpha, GreySource source,
                               uint8_t uOpacity, const uint8_t* pMask, size_t nCount) {
@@ -251,7 +251,8 @@ void InkOnGrey(const TGreyPixels& dest, uint8_t uGrey, const uint8_t* pCover, co
     PlainKernels().pInkOnGrey(Advance(dest, i), uGrey, pCover + i, pMask ? pMask + i : nullptr, nCount - i);
 }
 
-// What a run of coverage leaves of `pAlpha`, and with `bAdd` what it adds. Returns the pixels done.
+// The part of `pAlpha` that a run of coverage leaves, and with `bAdd` the coverage added. Returns the
+// number of pixels done.
 template <bool bAdd>
 HWY_INLINE size_t ChangeAlpha(uint8_t* pAlpha, const uint8_t* pCover, const uint8_t* pMask, size_t nCount) {
     const size_t nStep = hn::Lanes(d16);

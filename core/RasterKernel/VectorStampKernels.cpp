@@ -35,7 +35,7 @@ HWY_INLINE V MulDiv65535(D d, V x, V y) {
     return hn::Sub(high, hn::VecFromMask(d, more));
 }
 
-// As many whole vectors of a row as fit. Returns the pixels done.
+// Processes the whole vectors of a row. Returns the number of pixels done.
 template <bool bOpaque, class D>
 HWY_INLINE size_t AccumulateRow(D d, uint16_t* pDest, const uint16_t* pSrc, size_t nFirst, size_t nWidth,
                                 hn::Vec<D> limit) {
@@ -54,7 +54,7 @@ HWY_INLINE size_t AccumulateRow(D d, uint16_t* pDest, const uint16_t* pSrc, size
 template <bool bOpaque>
 HWY_INLINE void AccumulateRows(const TStampRows& rows, uint8_t uAlpha) {
     const hn::ScalableTag<uint16_t> d;
-    const hn::CappedTag<uint16_t, 8> d8; // short rows are the rule with thin lines
+    const hn::CappedTag<uint16_t, 8> d8; // short rows are common with thin lines
     const auto uLimit = static_cast<uint16_t>(uAlpha * 257);
     const auto limit = hn::Set(d, uLimit);
     const auto limit8 = hn::Set(d8, uLimit);

@@ -1,4 +1,5 @@
-// One source for every instruction set that Highway knows here; only bytes are moved, so all give the same.
+// One source for every instruction set that Highway knows here; it only moves bytes, so all forms give the
+// same results.
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "core/RasterKernel/WireKernel.cpp"
 #include <hwy/foreach_target.h>
