@@ -34,8 +34,7 @@ enum class EMessage : uint32_t {
     MouseActivate = 0x0021,  ///< the next mouse press activated the window
     MouseWheel = 0x020A,     ///< wParam: signed wheel delta
     CaptureChanged = 0x0215, ///< the window has lost the capture
-    MdiActivate = 0x0222,    ///< wParam: 1 when the receiver became the active frame, 0 when it was
-                             ///< deactivated
+    MdiActivate = 0x0222,    ///< wParam: 1 the receiver became the active frame, 0 deactivated
     DropFiles = 0x0233,      ///< strText: a path; one message for each file
     MouseLeave = 0x02A3,     ///< the pointer has left the client area
     PanelChange = 0x7FE0,    ///< panel: wParam: control id; lParam: its new value; strText: of a Text
@@ -43,8 +42,7 @@ enum class EMessage : uint32_t {
     PanelRename = 0x7FE2,    ///< the user renamed a row: wParam: control id; lParam: row; strText: name
     PanelMove = 0x7FE3,      ///< the user dragged a row: wParam: control id; lParam: PackPoint(from, to)
     PenPacket = 0x7FF0,      ///< packets are waiting at the pen
-    PenProximity = 0x7FF5,   ///< wParam: 1 when the pen enters the sensing range, 0 when it leaves; lParam: 2
-                             ///< for the eraser end
+    PenProximity = 0x7FF5,   ///< wParam: 1 the pen came near, 0 it left; lParam: 2 for the eraser end
     PenActivate = 0x7FF6,    ///< a pen contact activated the window
     CopyData = 0x004A,       ///< wParam: data id; strText: text sent by another process
     App = 0x8000,            ///< first private message; App + n is written AppMessage(n)
