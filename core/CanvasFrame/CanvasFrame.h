@@ -89,8 +89,7 @@ private:
     CCanvasView m_view;
     CCanvasScreen m_screen;
     CFrameInput m_input{*this};
-    std::unique_ptr<CGDIBuffer> m_pOverlaid; ///< the screen copy with its overlays, valid where it was
-                                             ///< painted
+    std::unique_ptr<CGDIBuffer> m_pOverlaid; ///< the screen copy with overlays, valid where painted
     CRect m_rcSelectionDirty;                ///< the dashes on the screen, which the next timer must erase
     bool m_bNeedsRefresh = false;
     bool m_bScreenOld = true;      ///< canvas or view may have changed since the copy was updated
