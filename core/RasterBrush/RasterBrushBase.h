@@ -12,8 +12,7 @@
 struct TFreehandParam {
     uint32_t m_uStrokeIn = 1;   ///< length of the entry: 0 short, 1 middle, 2 long
     uint32_t m_uStrokeOut = 1;  ///< length of the exit
-    uint32_t m_uSlowSmooth = 0; ///< minimum distance added between points of a slow movement; 0 off, 4, 8
-                                ///< or 12
+    uint32_t m_uSlowSmooth = 0; ///< distance added between points of a slow hand; 0 off, 4, 8 or 12
     bool m_bSlowScale = false;  ///< distances are in canvas pixels, otherwise in screen pixels
     TColor m_clrBrush = 0;
     TColor m_clrBack = 0xFFFFFF;

@@ -9,8 +9,7 @@
 
 namespace {
 
-constexpr int32_t SMALLEST_CIRCLE = 4; ///< minimum diameter in screen pixels; smaller circles hide the
-                                       ///< drawing
+constexpr int32_t SMALLEST_CIRCLE = 4; ///< screen pixels across; smaller circles hide the drawing
 
 std::vector<std::pair<std::wstring, int32_t>> ListSettings(const TBrushParam& param,
                                                            const TFreehandParam& freehand) {
