@@ -39,7 +39,7 @@ private:
     IImageCodecs* m_pCodecs;
     std::unique_ptr<CPencilTexture> m_spTexture;
     CPencilGrain m_grain;
-    boost::random::piecewise_linear_distribution<double> m_distance; ///< grain distance from the centre, in
+    boost::random::piecewise_linear_distribution<double> m_distance; ///< of a grain from the centre, in
                                                                      ///< radii
     CStampCache m_cache;                                             ///< stamps without a texture
     CStampCache m_cachePredict;     ///< stamps of the prediction, which the line itself must not use
