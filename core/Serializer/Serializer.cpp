@@ -7,8 +7,7 @@
 
 namespace {
 
-constexpr size_t SMALL_RUN = 4096;      ///< bytes up to which copying into a parent is cheaper than a
-                                        ///< separate piece
+constexpr size_t SMALL_RUN = 4096;      ///< up to so many bytes a copy is cheaper
 constexpr size_t WRITE_PIECE = 1 << 18; ///< bytes collected by WriteOut; small enough for the cache
 
 void StoreBig32(uint8_t* p, uint32_t u) {
