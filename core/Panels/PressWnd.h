@@ -1,5 +1,4 @@
-// The pressure panel: the curve from pressure to width and opacity, its limits and floors, and memos of
-// them.
+// The pressure panel: the curve from pressure to width and opacity, its limits, and memos of them.
 #pragma once
 
 #include "core/Panels/Panel.h"
