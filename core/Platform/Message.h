@@ -25,7 +25,7 @@ enum class EMessage : uint32_t {
     Scroll = 0x0114,        ///< wParam: 0 horizontal, 1 vertical; lParam: new offset in window pixels
     InitMenuPopup = 0x0117, ///< a menu is about to open: update its items' states
     SysTimer = 0x0118,      ///< the window system's caret timer; never triggers idle work
-    MouseMove = 0x0200,     ///< pointer messages: wParam: MOUSE_ bits, lParam: PackPoint of the client pixel
+    MouseMove = 0x0200,     ///< pointer messages: wParam: MOUSE_ bits, lParam: PackPoint of a client pixel
     LButtonDown = 0x0201,
     LButtonUp = 0x0202,
     RButtonDown = 0x0204,
