@@ -13,8 +13,7 @@ struct TGlobalSwitches {
     uint8_t m_bEnableSSE2 = 1;
     int32_t m_nMaxHistory = 10;         ///< maximum of undo steps, at least 1
     int32_t m_nHistoryMegabytes = 2048; ///< megabytes of undo steps, at least 1; the newest always stays
-    int32_t m_nAutoSave = 60;           ///< seconds between snapshots for recovery, 0 for none, at most a
-                                        ///< day's
+    int32_t m_nAutoSave = 60;           ///< seconds between snapshots for recovery, 0: none; at most a day
 
     /// Reads section "Global"; missing keys take their defaults. m_nPredStroke is limited to 0..3,
     /// m_nMaxHistory and m_nHistoryMegabytes to 1 and more, m_nAutoSave to 0..86400.
