@@ -25,7 +25,9 @@ struct CMovedPixels : IRasterOverlay {
         PaintInto(*raster.GetWritableBlock(pt));
         return true;
     }
-    void AddFlags(CBoolMatrix& matrix) const override { matrix.At(1, 0) |= m_uFlag; }
+    void AddFlags(CBoolMatrix& matrix) const override {
+        if (m_uFlag) matrix.Add(1, 0);
+    }
     void ClearFlag(CPoint pt) override { m_uFlag = pt == SECOND ? 0 : m_uFlag; }
 
     bool m_bFails = false;
