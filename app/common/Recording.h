@@ -1,7 +1,7 @@
 // Records a session if the user enabled it.
 #pragma once
 
-#include "session/Recorder.h"
+#include "session/recorder/Recorder.h"
 #include "system/LineFile.h"
 
 #include <optional>

@@ -6,7 +6,7 @@
 #include "core/Base/Failure.h"
 #include "core/Base/Text.h"
 #include "core/IniConfig/IniConfig.h"
-#include "session/SessionPlatform.h"
+#include "session/scripts/SessionPlatform.h"
 #include "system/ImageCodecs.h"
 #include "system/Modules.h"
 #include "system/SnapshotStore.h"

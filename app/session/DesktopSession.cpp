@@ -7,7 +7,7 @@
 #include "core/ImageFile/ImageFile.h"
 #include "core/MainFrame/MainFrame.h"
 #include "core/MainFrame/SessionScope.h"
-#include "session/SessionPlatform.h"
+#include "session/scripts/SessionPlatform.h"
 #include "system/Locations.h"
 #include "system/Modules.h"
 

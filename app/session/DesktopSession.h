@@ -1,7 +1,7 @@
 // Plays a script in the desktop program, without a display.
 #pragma once
 
-#include "session/Script.h"
+#include "session/scripts/Script.h"
 
 #include <filesystem>
 

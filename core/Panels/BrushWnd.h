@@ -1,8 +1,8 @@
 // The brush panel: size list, size, edge, opacity and drawing options.
 #pragma once
 
-#include "core/Panels/BrushList.h"
 #include "core/PanelViews/BrushView.h"
+#include "core/Panels/BrushList.h"
 #include "core/Panels/Panel.h"
 
 class CBrushWnd : public CPanel {

@@ -1,8 +1,8 @@
 // The pressure panel: the curve from pressure to width and opacity, its limits, and memos of them.
 #pragma once
 
-#include "core/Panels/Panel.h"
 #include "core/PanelViews/PressCurveView.h"
+#include "core/Panels/Panel.h"
 #include "core/Panels/PressMemo.h"
 
 class CPressWnd : public CPanel {

@@ -1,9 +1,9 @@
 // The stroke of brush and eraser: round stamps with a soft edge.
 #pragma once
 
-#include "core/RasterStroke/RasterStroke.h"
 #include "core/RasterStamp/StampCache.h"
 #include "core/RasterStamp/StampDisc.h"
+#include "core/RasterStroke/RasterStroke.h"
 
 class CRasterBrushStroke final : public CRasterStroke {
 public:

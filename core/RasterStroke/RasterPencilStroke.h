@@ -4,8 +4,8 @@
 
 #include "core/RasterStamp/PencilGrain.h"
 #include "core/RasterStamp/PencilTexture.h"
-#include "core/RasterStroke/RasterStroke.h"
 #include "core/RasterStamp/StampCache.h"
+#include "core/RasterStroke/RasterStroke.h"
 
 #include <boost/random/piecewise_linear_distribution.hpp>
 

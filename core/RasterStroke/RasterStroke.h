@@ -2,11 +2,11 @@
 #pragma once
 
 #include "core/Base/Color.h"
+#include "core/RasterStamp/StampTarget.h"
 #include "core/RasterStroke/BrushParam.h"
 #include "core/RasterStroke/CtlPoint.h"
 #include "core/RasterStroke/PressureCurve.h"
 #include "core/RasterStroke/ResampleWindow.h"
-#include "core/RasterStamp/StampTarget.h"
 #include "core/RasterStroke/StrokeRandom.h"
 #include "core/RasterStroke/Wobble.h"
 

@@ -1,8 +1,8 @@
 // A session that is killed, and the next one.
 #include "core/AppModule/MessageQueue.h"
 #include "core/Base/Text.h"
-#include "session/Player.h"
-#include "session/SessionDialogs.h"
+#include "session/scripts/Player.h"
+#include "session/seam/SessionDialogs.h"
 #include "system/Locations.h"
 #include "system/SnapshotFiles.h"
 #include "system/SnapshotStore.h"

@@ -1,5 +1,5 @@
 // No single failure breaks a session or a document.
-#include "session/SessionPlatform.h"
+#include "session/scripts/SessionPlatform.h"
 #include "tests/faults/Apart.h"
 #include "tests/faults/FaultedSession.h"
 #include "tests/faults/FaultedStart.h"

@@ -1,13 +1,13 @@
 // Whole sessions: a host passes its record in, the application runs without a display and returns the
 // picture.
 #include "core/AppModule/AppModule.h"
-#include "core/Commands/CommandIds.h"
 #include "core/Base/Color.h"
 #include "core/CanvasFrame/CanvasFrame.h"
+#include "core/Commands/CommandIds.h"
 #include "core/LayerBuffer/RasterLayerBuffer.h"
 #include "core/MainFrame/MainFrame.h"
 #include "host/PluginEntry.h"
-#include "session/SessionDialogs.h"
+#include "session/seam/SessionDialogs.h"
 #include "system/Locations.h"
 #include "system/SnapshotStore.h"
 #include "tests/host/TestHost.h"

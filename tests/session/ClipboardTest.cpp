@@ -1,5 +1,5 @@
 // Pictures on the clipboard: scripts copy and paste them, records include them.
-#include "session/SessionClipboard.h"
+#include "session/seam/SessionClipboard.h"
 #include "tests/session/ScriptedSession.h"
 
 #include "core/AppModule/AppModule.h"

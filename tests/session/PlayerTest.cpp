@@ -1,7 +1,7 @@
 // Whole sessions in the filter program, played by scripts.
 #include "core/AppModule/MessageQueue.h"
-#include "session/SessionWindows.h"
-#include "session/VirtualClock.h"
+#include "session/seam/SessionWindows.h"
+#include "session/seam/VirtualClock.h"
 #include "tests/session/ScriptedSession.h"
 #include "tests/support/TestClient.h"
 

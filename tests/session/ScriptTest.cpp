@@ -1,4 +1,4 @@
-#include "session/Script.h"
+#include "session/scripts/Script.h"
 
 #include "tests/support/MemoryFiles.h"
 

@@ -1,6 +1,6 @@
-#include "session/SessionWindows.h"
+#include "session/seam/SessionWindows.h"
 
-#include "session/VirtualClock.h"
+#include "session/seam/VirtualClock.h"
 #include "tests/support/TestClient.h"
 
 #include <gtest/gtest.h>

@@ -3,9 +3,9 @@
 #pragma once
 
 #include "core/Platform/Window.h"
-#include "session/Player.h"
-#include "session/SessionPlatform.h"
-#include "session/SessionWindows.h"
+#include "session/scripts/Player.h"
+#include "session/scripts/SessionPlatform.h"
+#include "session/seam/SessionWindows.h"
 #include "system/ImageCodecs.h"
 #include "tests/support/MemoryFiles.h"
 #include "tests/support/NoPlaces.h"

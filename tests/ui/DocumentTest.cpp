@@ -1,8 +1,8 @@
 // Documents in the real main frame: dropped, listed, marked.
 #include "UiTest.h"
 
-#include "core/Commands/CommandIds.h"
 #include "core/AppModule/PrivateMessages.h"
+#include "core/Commands/CommandIds.h"
 #include "core/ImageFile/ImageFile.h"
 #include "core/LayerBuffer/RasterLayerBuffer.h"
 #include "core/MainFrame/MainFrame.h"

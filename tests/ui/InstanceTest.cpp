@@ -4,7 +4,7 @@
 #include "app/desktop/Handover.h"
 #include "app/desktop/Instance.h"
 #include "core/Base/Text.h"
-#include "session/Script.h"
+#include "session/scripts/Script.h"
 #include "system/FileStore.h"
 #include "tests/support/TempFolder.h"
 

@@ -1,8 +1,8 @@
 // Every undoable action, in random order, taken back and done again in random walks.
-#include "core/Commands/CommandIds.h"
 #include "core/Base/Text.h"
 #include "core/CanvasBuffer/CanvasHistory.h"
 #include "core/CanvasFrame/LayerCommands.h"
+#include "core/Commands/CommandIds.h"
 #include "core/IniConfig/GlobalSwitches.h"
 #include "core/LayerBuffer/StrokeHistory.h"
 #include "tests/support/LayerPictures.h"

@@ -10,7 +10,7 @@
 #include "core/RasterBrush/FreehandTools.h"
 #include "core/RasterStroke/RasterBrushStroke.h"
 #include "core/Tools/PenContact.h"
-#include "session/SessionPen.h"
+#include "session/seam/SessionPen.h"
 #include "tests/support/TestPlatform.h"
 
 #include <boost/make_shared.hpp>

@@ -2,8 +2,8 @@
 #include "core/AppModule/AppModule.h"
 #include "core/AppModule/MessageQueue.h"
 #include "core/RasterBrush/FreehandTools.h"
-#include "session/SessionPen.h"
-#include "session/VirtualClock.h"
+#include "session/seam/SessionPen.h"
+#include "session/seam/VirtualClock.h"
 #include "tests/session/ScriptedSession.h"
 #include "tests/support/LayerPictures.h"
 

@@ -3,7 +3,7 @@
 #include "core/LayerBuffer/LayerMerge.h"
 #include "core/RasterKernel/ResolveKernel.h"
 #include "core/RasterStroke/RasterBrushStroke.h"
-#include "session/VirtualClock.h"
+#include "session/seam/VirtualClock.h"
 #include "tests/support/LayerPictures.h"
 #include "tests/support/Planes.h"
 #include "tests/support/RunningClock.h"

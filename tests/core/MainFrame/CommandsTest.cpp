@@ -8,7 +8,7 @@
 #include "core/MainFrame/SessionScope.h"
 #include "core/Panels/ToolTable.h"
 #include "core/Tools/PenContact.h"
-#include "session/SessionKeys.h"
+#include "session/seam/SessionKeys.h"
 #include "tests/support/TestPlatform.h"
 
 #include <boost/make_shared.hpp>

@@ -10,10 +10,10 @@
 #include "core/MainFrame/NewDialog.h"
 #include "core/MainFrame/SessionScope.h"
 #include "core/RasterStroke/RasterBrushStroke.h"
-#include "session/SessionCanvasWindow.h"
-#include "session/SessionDialogs.h"
-#include "session/SessionMainWindow.h"
-#include "session/SessionSnapshots.h"
+#include "session/seam/SessionCanvasWindow.h"
+#include "session/seam/SessionDialogs.h"
+#include "session/seam/SessionMainWindow.h"
+#include "session/seam/SessionSnapshots.h"
 #include "tests/support/TestPlatform.h"
 
 #include <boost/make_shared.hpp>

@@ -7,7 +7,7 @@
 #include "core/MainFrame/SessionScope.h"
 #include "core/RasterBrush/FreehandTools.h"
 #include "core/Tools/PenContact.h"
-#include "session/SessionDialogs.h"
+#include "session/seam/SessionDialogs.h"
 #include "tests/support/LayerPictures.h"
 #include "tests/support/TestPlatform.h"
 

@@ -1,7 +1,7 @@
 // Colours: arithmetic, the circle, and what the panel does with the tool's.
 #include "core/Base/Text.h"
 #include "core/Panels/ColorWnd.h"
-#include "session/Glass.h"
+#include "session/seam/Glass.h"
 
 #include <gtest/gtest.h>
 

@@ -5,7 +5,7 @@
 #include "core/PanelViews/PressCurveView.h"
 #include "core/Panels/PressMemo.h"
 #include "core/Platform/System.h"
-#include "session/Glass.h"
+#include "session/seam/Glass.h"
 #include "tests/support/MemoryFiles.h"
 
 #include <gtest/gtest.h>

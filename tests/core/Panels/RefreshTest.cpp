@@ -6,8 +6,8 @@
 #include "core/MainFrame/SessionScope.h"
 #include "core/Platform/System.h"
 #include "core/RasterBrush/FreehandTools.h"
-#include "session/SessionCanvasWindow.h"
-#include "session/SessionMainWindow.h"
+#include "session/seam/SessionCanvasWindow.h"
+#include "session/seam/SessionMainWindow.h"
 #include "tests/support/LayerPictures.h"
 #include "tests/support/TestPlatform.h"
 

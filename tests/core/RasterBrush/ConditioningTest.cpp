@@ -3,7 +3,7 @@
 #include "core/Platform/System.h"
 #include "core/RasterBrush/FreehandTools.h"
 #include "core/Tools/PenContact.h"
-#include "session/VirtualClock.h"
+#include "session/seam/VirtualClock.h"
 #include "tests/session/ScriptedSession.h"
 #include "tests/support/LayerPictures.h"
 

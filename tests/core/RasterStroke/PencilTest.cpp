@@ -1,6 +1,6 @@
 #include "core/RasterStroke/RasterPencilStroke.h"
 
-#include "session/VirtualClock.h"
+#include "session/seam/VirtualClock.h"
 #include "system/ImageCodecs.h"
 #include "tests/support/MemoryFiles.h"
 #include "tests/support/Planes.h"

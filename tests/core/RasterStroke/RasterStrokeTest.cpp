@@ -1,7 +1,7 @@
 #include "core/RasterStroke/RasterBrushStroke.h"
 
 #include "core/RasterStroke/StrokePrediction.h"
-#include "session/VirtualClock.h"
+#include "session/seam/VirtualClock.h"
 #include "tests/support/Planes.h"
 #include "tests/support/RunningClock.h"
 

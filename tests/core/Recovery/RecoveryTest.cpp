@@ -2,8 +2,8 @@
 #include "core/Recovery/Recovery.h"
 #include "core/ImageFile/ImageFile.h"
 #include "core/IniConfig/GlobalSwitches.h"
-#include "session/SessionSnapshots.h"
-#include "session/VirtualClock.h"
+#include "session/seam/SessionSnapshots.h"
+#include "session/seam/VirtualClock.h"
 #include "tests/support/LayerPictures.h"
 #include "tests/support/MemoryFiles.h"
 

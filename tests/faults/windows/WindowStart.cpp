@@ -3,7 +3,7 @@
 #include "core/CanvasFrame/CanvasFrame.h"
 #include "core/MainFrame/MainFrame.h"
 #include "core/MainFrame/SessionScope.h"
-#include "session/SessionSnapshots.h"
+#include "session/seam/SessionSnapshots.h"
 #include "tests/faults/UnfailingCodecs.h"
 #include "tests/support/NoPlaces.h"
 #include "tests/ui/UiTest.h"

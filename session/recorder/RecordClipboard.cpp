@@ -1,0 +1,24 @@
+#include "session/recorder/RecordClipboard.h"
+
+#include "session/recorder/Record.h"
+
+void CRecordClipboard::SetText(const std::wstring& strText) {
+    m_clipboard.SetText(strText);
+    m_record.KnowClipboard(false);
+}
+
+bool CRecordClipboard::SetPicture(IBitmap& bitmap) {
+    const bool bSet = m_clipboard.SetPicture(bitmap);
+    if (bSet) m_record.KnowClipboard(true);
+    return bSet;
+}
+
+bool CRecordClipboard::HasPicture() {
+    m_record.FollowClipboard();
+    return m_clipboard.HasPicture();
+}
+
+boost::shared_ptr<IBitmap> CRecordClipboard::GetPicture() {
+    m_record.FollowClipboard();
+    return m_clipboard.GetPicture();
+}

@@ -1,0 +1,115 @@
+#include "session/seam/ControlAct.h"
+
+#include "core/Base/Text.h"
+#include "session/seam/Glass.h"
+#include "session/seam/InputNames.h"
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+
+using nlohmann::json;
+
+namespace {
+
+constexpr int64_t MAX_SIDE = 16384;
+
+int ReadId(const CScriptValue& value, const char* pszKey) {
+    return static_cast<int>(value.At(pszKey).Integer(0, UINT16_MAX));
+}
+
+int32_t ReadRow(const CScriptValue& value, const char* pszKey) {
+    return static_cast<int32_t>(value.At(pszKey).Integer(INT32_MIN, INT32_MAX));
+}
+
+TControlAct ReadView(const CScriptValue& value, const char* pszOwner) {
+    TControlAct act;
+    const int nView = ReadId(value, "view");
+    if (value.Has("key")) {
+        value.Object({pszOwner, "view", "key"});
+        act.id = EMessage::KeyDown;
+        act.wParam = PackView(value.At("key").Integer(1, 254), nView);
+        return act;
+    }
+    value.Object({pszOwner, "view", "message", "x", "y", "width", "height"});
+    act.id = ReadInputName(value, true).id;
+    act.wParam = PackView(0, nView);
+    const CPoint pt = ReadPosition(value);
+    act.lParam = PackPoint(pt.x, pt.y);
+    act.szView = {static_cast<int32_t>(value.At("width").Integer(1, MAX_SIDE)),
+                  static_cast<int32_t>(value.At("height").Integer(1, MAX_SIDE))};
+    return act;
+}
+
+TControlAct ReadControl(const CScriptValue& value, const char* pszOwner) {
+    TControlAct act;
+    act.wParam = ReadId(value, "control");
+    if (value.Has("text")) act.strText = value.At("text").TypedText();
+    if (value.Has("value")) {
+        value.Object({pszOwner, "control", "value", "text"});
+        act.lParam = ReadRow(value, "value");
+    } else if (value.Has("activate")) {
+        value.Object({pszOwner, "control", "activate"});
+        act.id = EMessage::PanelActivate;
+        act.lParam = ReadRow(value, "activate");
+    } else if (value.Has("rename")) {
+        value.Object({pszOwner, "control", "rename", "text"});
+        act.id = EMessage::PanelRename;
+        act.lParam = ReadRow(value, "rename");
+    } else {
+        value.Object({pszOwner, "control", "from", "to"});
+        act.id = EMessage::PanelMove;
+        act.lParam = PackPoint(ReadRow(value, "from"), ReadRow(value, "to"));
+    }
+    return act;
+}
+
+} // namespace
+
+bool IsControlAct(const CScriptValue& value) { return value.Has("control") || value.Has("view"); }
+
+TControlAct ReadControlAct(const CScriptValue& value, const char* pszOwner) {
+    return value.Has("view") ? ReadView(value, pszOwner) : ReadControl(value, pszOwner);
+}
+
+json WriteControlAct(const TMessage& msg, const std::function<CSize(int nView)>& fnViewSize) {
+    const int nView = PackedView(msg.wParam);
+    if (nView != 0 && msg.id == EMessage::KeyDown) return {{"view", nView}, {"key", msg.wParam & 0xFF}};
+    if (const TInputName* pName = FindInputName(msg.id); pName && nView != 0) {
+        const CSize sz = fnViewSize(nView);
+        if (sz.cx <= 0 || sz.cy <= 0) return json::object();
+        return {{"view", nView},
+                {"message", pName->pszName},
+                {"x", PackedX(msg.lParam)},
+                {"y", PackedY(msg.lParam)},
+                {"width", sz.cx},
+                {"height", sz.cy}};
+    }
+    json line{{"control", msg.wParam}};
+    if (!msg.strText.empty()) line["text"] = ToUtf8(msg.strText);
+    switch (msg.id) {
+    case EMessage::PanelChange:
+        line["value"] = msg.lParam;
+        return line;
+    case EMessage::PanelActivate:
+        line["activate"] = msg.lParam;
+        return line;
+    case EMessage::PanelRename:
+        line.update({{"rename", msg.lParam}, {"text", ToUtf8(msg.strText)}});
+        return line;
+    case EMessage::PanelMove:
+        line.update({{"from", PackedX(msg.lParam)}, {"to", PackedY(msg.lParam)}});
+        return line;
+    default:
+        return json::object();
+    }
+}
+
+void PaintView(const std::vector<TPanelControl>& vControls, int nId, CSize sz) {
+    for (const TPanelControl& control : vControls) {
+        if (control.nId != nId || !control.pView) continue;
+        CGlass glass;
+        glass.Resize(sz);
+        control.pView->OnPaint(glass, {.sz = sz});
+    }
+}
