@@ -38,7 +38,7 @@ public:
         if (m_vChanges.empty()) m_loop.exec();
         return m_outcome;
     }
-    /// What the user has changed since the last call.
+    /// The changes made by the user since the last call.
     std::vector<TMessage> TakeChanges() { return std::exchange(m_vChanges, {}); }
 
     void Write(const CDialogModel& model) {

@@ -176,7 +176,7 @@ void CQtPanel::SetRect(const CRect& rc) {
 }
 
 QSize CQtPanel::sizeHint() const {
-    // What the layout starts from is where the panel was.
+    // The layout starts from the place where the panel was.
     return m_place.rc.IsEmpty() ? QDockWidget::sizeHint() : QSize(m_place.rc.Width(), m_place.rc.Height());
 }
 

@@ -51,7 +51,7 @@ protected:
     void keyPressEvent(QKeyEvent* pEvent) override;
 
 private:
-    /// What stands in one line: the widgets, and the label in front.
+    /// The widgets of one line, and the label in front of them.
     struct TLine {
         QWidget* pLabel = nullptr;
         std::vector<size_t> vControls;

@@ -10,7 +10,7 @@
 
 class QWidget;
 
-/// What the widgets tell; every one is the user's doing.
+/// Notifications of the widgets; all of them are caused by the user.
 struct TPanelEvents {
     std::function<void(int nId, int nValue, const QString& strText)> change;
     std::function<void(int nId, int nRow)> activate;

@@ -46,7 +46,7 @@ private:
     int m_nMax;
 };
 
-/// What both edits share: the text is told once, when the focus goes or Return is pressed.
+/// Base of both edits: notifies once, when the focus is lost or Return is pressed.
 class CEditControl : public CQtPanelControl {
 public:
     CEditControl(QLineEdit* pEdit, int nMaxLength, const TPanelControl& control, const TPanelEvents& events)
@@ -56,7 +56,7 @@ public:
     }
     QWidget* GetWidget() override { return m_pEdit; }
     void Write(const TPanelControl& control) override {
-        // What is being typed is not taken away.
+        // Text that is being typed is kept.
         if (m_pEdit->hasFocus() && m_pEdit->text() != m_strShown && ToQt(control.strText) == m_strShown)
             return;
         m_strShown = ToQt(control.strText);

@@ -150,7 +150,7 @@ void CCanvasFrame::OnPaint(IPaintTarget& target, const CRect& rc) {
         if (!pBuffer) return true;
         pBuffer = PaintOverlays(*pBuffer, rc);
         target.Blit(pBuffer->GetPixelPtr({0, 0}), pBuffer->GetStride(), pBuffer->GetSize(), rc);
-        // What has changed beyond this paint comes with the next.
+        // Changes outside of the painted rectangle are painted next.
         for (const CRect& rcChanged : vChanged)
             if (!(rcChanged.Union(rc) == rc)) m_pWindow->Invalidate(rcChanged);
         return true;
@@ -330,7 +330,7 @@ void CCanvasFrame::OnScroll(bool bVertical, int32_t nOffset) {
 }
 
 void CCanvasFrame::OnSelectionTimer() {
-    // What was painted goes first: the selection may have gone or be another one.
+    // Repaint the old outline first: the selection may have been removed or replaced.
     CRect rc = m_rcSelectionDirty;
     m_rcSelectionDirty = {};
     const CSelectBuffer* pSelect = m_spCanvas->GetSelect().get();

@@ -15,7 +15,7 @@ namespace {
 constexpr uint32_t TAG_LAYER_BASE = MakeTag("LAYB");
 constexpr int THUMBNAIL_MINSIDE = 34; ///< thumbnails keep more than this on each side where they can
 
-// What an empty layer takes on a canvas of `nBlocks` blocks: itself, and a flag a block for each plane.
+// Memory of an empty layer on a canvas of `nBlocks` blocks: itself, and a flag a block for each plane.
 uint64_t EmptyLayerBytes(size_t nBlocks) { return 4096 + uint64_t{5} * nBlocks; }
 
 CSize DividedUp(CSize sz, int n) { return {(sz.cx + n - 1) / n, (sz.cy + n - 1) / n}; }

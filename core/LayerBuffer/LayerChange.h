@@ -1,4 +1,4 @@
-// What an operation on the whole picture does with the content of every layer.
+// The functions that an operation on the whole picture applies to the content of every layer.
 #pragma once
 
 #include "core/RasterBuffer/AlphaBuffer.h"

@@ -1,4 +1,4 @@
-// What lies over a raster layer's pixels while it is not yet part of them.
+// Content shown over a raster layer's pixels before it is merged into them.
 #pragma once
 
 #include "core/RasterBuffer/RasterBuffer.h"

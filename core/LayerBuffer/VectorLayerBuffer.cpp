@@ -106,7 +106,7 @@ bool CVectorLayerBuffer::MayPaintAt(CPoint pt) const {
 }
 
 void CVectorLayerBuffer::GetChangeMatrix(CBoolMatrix& matrix) {
-    // What is drawn on a hidden layer waits in the coverage until the layer is shown.
+    // Paths of a hidden layer are rasterized when the layer is shown.
     if (m_bVisible) m_pCoverage->GetDirty().PassTo(matrix);
 }
 

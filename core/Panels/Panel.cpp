@@ -69,7 +69,7 @@ void CPanel::Refresh() {
 
 bool CPanel::OnMessage(const TMessage& msg) {
     return Guarded([&] {
-        // What the panel would not take is put back.
+        // Restore a value that the panel refused.
         if (OnControlMessage(msg)) Refresh();
         return false;
     });

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-/// What a box offers and shows.
+/// The buttons and the icon of a message box.
 enum class EBoxKind { Plain, Exclamation, Error, YesNoCancelWarning };
 /// Ok also stands for a plain box that was closed.
 enum class EBoxAnswer { Ok, Yes, No, Cancel };

@@ -3,7 +3,7 @@
 
 #include "core/Platform/Controls.h"
 
-/// Where a panel stands: on its own or at a side of the main frame.
+/// The place of a panel: floating or docked at a side of the main frame.
 enum class EPanelDock { Float, Left, Right };
 
 /// Of docked panels the rectangle says the order from the top and the size; two in one place share it behind
@@ -15,7 +15,7 @@ struct TPanelPlace {
     bool bFront = false; ///< of those behind tabs it is the one that is seen
 };
 
-/// What a new panel shows. Views outlive the window.
+/// Setup of a new panel. Views outlive the window.
 struct TPanelSetup {
     std::wstring strName; ///< names the window among the panels
     std::wstring strTitle;

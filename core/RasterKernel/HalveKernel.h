@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
-/// What one row of pixels is made of: three rows of `2 * nCount` values, and the value behind the end of
+/// Input of one row of pixels: three rows of `2 * nCount` values, and the value behind the end of
 /// each.
 struct THalveRows {
     const uint16_t* apRows[3];

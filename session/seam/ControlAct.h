@@ -1,4 +1,4 @@
-// What the user does with a control or a view of a panel or dialog, as scripts say it.
+// User actions on a control or view of a panel or dialog, as scripts write them.
 #pragma once
 
 #include "core/Platform/Controls.h"
