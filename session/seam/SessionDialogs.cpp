@@ -45,7 +45,8 @@ std::optional<TMessage> Change(const TPanelControl& control, const TAnswer::TVal
     case Slider:
     case List: {
         int nValue = 0;
-        if (pChecked || !boost::conversion::try_lexical_convert(std::get<std::wstring>(value), nValue))
+        if (pChecked != nullptr ||
+            !boost::conversion::try_lexical_convert(std::get<std::wstring>(value), nValue))
             return std::nullopt;
         msg.lParam = nValue;
         return msg;
