@@ -1,4 +1,4 @@
-// What undo steps keep: tiles that nobody else has, and no pictures.
+// Undo steps keep only tiles that nothing else holds, and no pictures.
 #include "core/CanvasBuffer/CanvasHistory.h"
 #include "core/LayerBuffer/LayerMerge.h"
 #include "core/LayerBuffer/StrokeHistory.h"

@@ -169,7 +169,7 @@ TEST_F(FrameGuard, WhatAToolChangedIsShownByTheNextPaint) {
             Window().Paint();
             return Shown();
         };
-        // What a stroke that waited has drawn meanwhile is shown too.
+        // A stroke that waited is shown with all that it has drawn meanwhile.
         const TStrokeSetup setup{.szCanvas = {100, 100},
                                  .color = 0xC80000,
                                  .param = {.BrushRadius = 20},

@@ -24,7 +24,7 @@ TEST(FrameSize, EveryViewTakesTheCanvasesSizeOverAlsoAtUndo) {
             EXPECT_EQ(spFrame->GetView().GetExtent(), view.GetExtent());
         }
     };
-    // What a frame is asked before it is painted again finds the canvas as it is.
+    // A frame follows the canvas also before it is painted again.
     outside.AddStep([&](CPlayer&) {
         ResizeCanvas(spCanvas, NARROW, ShiftChange({-10, -900}), L"画像サイズ変更");
         for (const auto& spFrame : g_lstCanvasFrame) SendMessage({spFrame->GetWindow(), EMessage::MouseMove});

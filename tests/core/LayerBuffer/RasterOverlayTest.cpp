@@ -1,4 +1,4 @@
-// What lies over a layer's pixels: shown, taken away, made part of them.
+// Overlays of a layer's pixels: shown, removed, merged.
 #include "core/LayerBuffer/RasterOverlay.h"
 #include "tests/support/LayerPictures.h"
 

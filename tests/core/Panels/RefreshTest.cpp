@@ -1,4 +1,4 @@
-// Who is told of what: panels by the main frame's private messages, whatever changed the document.
+// The main frame's private messages notify the panels of every change of the document.
 #include "core/AppModule/PrivateMessages.h"
 #include "core/Commands/CommandIds.h"
 #include "core/LayerBuffer/RasterLayerBuffer.h"

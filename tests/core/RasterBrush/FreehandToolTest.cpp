@@ -1,4 +1,4 @@
-// What freehand tools do with keys and kernels, through a running session.
+// Keys and kernels of the freehand tools, through a running session.
 #include "core/IniConfig/GlobalSwitches.h"
 #include "core/IniConfig/IniConfig.h"
 #include "core/Platform/System.h"
