@@ -81,7 +81,7 @@ TEST(AlphaBuffer, CopiesKeepTheInkAndRowsMoveWhole) {
         EXPECT_EQ(copy.GetGrey(), 149);
         EXPECT_FALSE(copy.IsErase());
     }
-    // Whoever owns the tiles, the plane that is asked paints with its own ink.
+    // A plane paints with its own ink also where another plane owns the tiles.
     const auto spBlue = boost::static_pointer_cast<CAlphaBufferImpl<uint16_t>>(spPlane->ShallowCopy());
     spBlue->SetColor(0xFF0000);
     TileAt<uint16_t>(*spPlane, {0, 0}).GetAlpha()[0] = 0xFFFF;

@@ -104,7 +104,7 @@ TEST(RasterStroke, OpacityIsALimitAndTinyStrokesAreDrawn) {
 }
 
 TEST(RasterStroke, ThePredictionIsShownAndWipedAndNeverKept) {
-    // What it is wiped by: a line that turns away, or the last point, before the end is drawn.
+    // The tail is wiped by a line that turns away, or by the last point before the end is drawn.
     for (const bool bEnd : {false, true}) {
         CRunningClock clock(0);
         CStrokeRandom random;

@@ -1,4 +1,4 @@
-// What tools draw over the canvas, as pictures: '.' is the ground, '#' the pen, 'o' a fill, 'i' inverted.
+// Overlays of tools as pictures: '.' is the ground, '#' the pen, 'o' a fill, 'i' inverted.
 #include "core/Tools/Overlay.h"
 
 #include <gtest/gtest.h>
