@@ -54,23 +54,12 @@ public:
 
 private:
     TPanelEvents MakeEvents() {
-        const auto tell = [this](EMessage id, int64_t wParam, int64_t lParam, const QString& strText = {}) {
-            Guarded([&] { m_vChanges.push_back({nullptr, id, wParam, lParam, FromQt(strText)}); });
-            m_loop.exit();
-        };
-        return {
-            [tell](int nId, int nValue, const QString& strText) {
-                tell(EMessage::PanelChange, nId, nValue, strText);
+        return MakePanelEvents(
+            [this](EMessage id, int64_t wParam, int64_t lParam, const QString& strText) {
+                Guarded([&] { m_vChanges.push_back({nullptr, id, wParam, lParam, FromQt(strText)}); });
+                m_loop.exit();
             },
-            [tell](int nId, int nRow) { tell(EMessage::PanelActivate, nId, nRow); },
-            [tell](int nId, int nRow, const QString& strName) {
-                tell(EMessage::PanelRename, nId, nRow, strName);
-            },
-            [tell](int nId, int nFrom, int nTo) { tell(EMessage::PanelMove, nId, PackPoint(nFrom, nTo)); },
-            [tell](int nId, EMessage id, int64_t wParam, int64_t lParam) {
-                tell(id, PackView(wParam, nId), lParam);
-            },
-            [] {}};
+            [] {});
     }
 
     void AddControls(QFormLayout& form, const std::vector<TPanelControl>& vControls) {

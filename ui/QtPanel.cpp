@@ -75,18 +75,9 @@ const CQtPanel* CQtPanel::Of(const QWidget& widget) {
 }
 
 TPanelEvents CQtPanel::MakeEvents() {
-    return {[this](int nId, int nValue, const QString& strText) {
-                Post(EMessage::PanelChange, nId, nValue, strText);
-            },
-            [this](int nId, int nRow) { Post(EMessage::PanelActivate, nId, nRow); },
-            [this](int nId, int nRow, const QString& strName) {
-                Post(EMessage::PanelRename, nId, nRow, strName);
-            },
-            [this](int nId, int nFrom, int nTo) { Post(EMessage::PanelMove, nId, PackPoint(nFrom, nTo)); },
-            [this](int nId, EMessage id, int64_t wParam, int64_t lParam) {
-                Post(id, PackView(wParam, nId), lParam);
-            },
-            [this] { FocusPicture(); }};
+    return MakePanelEvents([this](EMessage id, int64_t wParam, int64_t lParam,
+                                  const QString& strText) { Post(id, wParam, lParam, strText); },
+                           [this] { FocusPicture(); });
 }
 
 void CQtPanel::Fill(QWidget& content, const std::vector<TPanelControl>& vControls) {

@@ -177,3 +177,19 @@ std::unique_ptr<CQtPanelControl> MakePanelControl(const TPanelControl& control, 
         return std::make_unique<CButtonControl>(MakeButton(control, pParent), control, events);
     }
 }
+
+TPanelEvents MakePanelEvents(
+    const std::function<void(EMessage id, int64_t wParam, int64_t lParam, const QString& strText)>& fnTell,
+    std::function<void()> fnDone) {
+    return {
+        [=](int nId, int nValue, const QString& strText) {
+            fnTell(EMessage::PanelChange, nId, nValue, strText);
+        },
+        [=](int nId, int nRow) { fnTell(EMessage::PanelActivate, nId, nRow, {}); },
+        [=](int nId, int nRow, const QString& strName) { fnTell(EMessage::PanelRename, nId, nRow, strName); },
+        [=](int nId, int nFrom, int nTo) { fnTell(EMessage::PanelMove, nId, PackPoint(nFrom, nTo), {}); },
+        [=](int nId, EMessage id, int64_t wParam, int64_t lParam) {
+            fnTell(id, PackView(wParam, nId), lParam, {});
+        },
+        std::move(fnDone)};
+}

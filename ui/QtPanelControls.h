@@ -20,6 +20,12 @@ struct TPanelEvents {
     std::function<void()> done; ///< text was edited: the keyboard may go back to the picture
 };
 
+/// Events that call `fnTell` with the message of what the user did, `strText` empty where none is typed, and
+/// `fnDone` when text was edited.
+TPanelEvents MakePanelEvents(
+    const std::function<void(EMessage id, int64_t wParam, int64_t lParam, const QString& strText)>& fnTell,
+    std::function<void()> fnDone);
+
 /// One control's widget, owned by its parent.
 class CQtPanelControl {
 public:
