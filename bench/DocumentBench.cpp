@@ -5,8 +5,8 @@
 #include "core/CanvasBuffer/CanvasHistory.h"
 #include "core/ImageFile/ImageFile.h"
 #include "core/LayerBuffer/RasterLayerBuffer.h"
-#include "system/FileStore.h"
-#include "system/ImageCodecs.h"
+#include "system/files/FileStore.h"
+#include "system/pictures/ImageCodecs.h"
 
 #include <QImage>
 

@@ -9,12 +9,12 @@
 #include "core/MainFrame/MainFrame.h"
 #include "core/MainFrame/SessionScope.h"
 #include "core/RasterBrush/FreehandTools.h"
-#include "system/FileStore.h"
-#include "system/ImageCodecs.h"
-#include "system/Locations.h"
-#include "system/Modules.h"
-#include "system/SnapshotStore.h"
-#include "ui/QtPlatform.h"
+#include "system/environment/Locations.h"
+#include "system/environment/Modules.h"
+#include "system/files/FileStore.h"
+#include "system/files/SnapshotStore.h"
+#include "system/pictures/ImageCodecs.h"
+#include "ui/platform/QtPlatform.h"
 
 #include <QAbstractScrollArea>
 #include <QApplication>

@@ -1,7 +1,7 @@
 // Fuzzes the reader of packed files: accepted files can be read from every position, packed again and read
 // again.
 #include "core/Base/Failure.h"
-#include "system/PackedFile.h"
+#include "system/files/PackedFile.h"
 
 #include <algorithm>
 #include <cstdlib>

@@ -1,5 +1,5 @@
 // Packed files of zero, one and several blocks.
-#include "system/PackedFile.h"
+#include "system/files/PackedFile.h"
 
 #include <filesystem>
 #include <fstream>

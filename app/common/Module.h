@@ -2,8 +2,8 @@
 #pragma once
 
 #include "core/IniConfig/IniConfig.h"
-#include "system/FileStore.h"
-#include "system/Locations.h"
+#include "system/environment/Locations.h"
+#include "system/files/FileStore.h"
 
 #include <boost/noncopyable.hpp>
 

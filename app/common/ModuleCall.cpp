@@ -3,7 +3,7 @@
 #include "app/common/Recording.h"
 #include "app/common/ScriptSettings.h"
 #include "core/Base/Text.h"
-#include "system/Modules.h"
+#include "system/environment/Modules.h"
 
 #include <cstdlib>
 #include <memory>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "session/recorder/Recorder.h"
-#include "system/LineFile.h"
+#include "system/files/LineFile.h"
 
 #include <optional>
 #include <string>

@@ -2,7 +2,7 @@
 
 #include "core/Base/Text.h"
 #include "core/IniConfig/IniConfig.h"
-#include "system/Locations.h"
+#include "system/environment/Locations.h"
 
 #include <stdexcept>
 

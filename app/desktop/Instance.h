@@ -1,7 +1,7 @@
 // One running instance per user: a later start finds it and passes its files to it.
 #pragma once
 
-#include "system/FileLock.h"
+#include "system/files/FileLock.h"
 
 #include <QLocalServer>
 

@@ -11,10 +11,10 @@
 #include "core/MainFrame/MainFrame.h"
 #include "core/MainFrame/SessionScope.h"
 #include "core/Platform/Window.h"
-#include "system/ImageCodecs.h"
-#include "system/Modules.h"
-#include "system/SnapshotStore.h"
-#include "ui/QtPlatform.h"
+#include "system/environment/Modules.h"
+#include "system/files/SnapshotStore.h"
+#include "system/pictures/ImageCodecs.h"
+#include "ui/platform/QtPlatform.h"
 
 #include <QStandardPaths>
 

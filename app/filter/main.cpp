@@ -2,8 +2,8 @@
 #include "app/common/ModuleCall.h"
 #include "app/common/PictureFiles.h"
 #include "app/filter/Arguments.h"
-#include "system/FileStore.h"
-#include "system/ImageCodecs.h"
+#include "system/files/FileStore.h"
+#include "system/pictures/ImageCodecs.h"
 
 #include <iostream>
 

@@ -7,10 +7,10 @@
 #include "core/Base/Text.h"
 #include "core/IniConfig/IniConfig.h"
 #include "session/scripts/SessionPlatform.h"
-#include "system/ImageCodecs.h"
-#include "system/Modules.h"
-#include "system/SnapshotStore.h"
-#include "ui/QtPlatform.h"
+#include "system/environment/Modules.h"
+#include "system/files/SnapshotStore.h"
+#include "system/pictures/ImageCodecs.h"
+#include "ui/platform/QtPlatform.h"
 
 #include <optional>
 

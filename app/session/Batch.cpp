@@ -3,7 +3,7 @@
 #include "app/session/BatchReport.h"
 #include "app/session/Worker.h"
 #include "core/Base/Text.h"
-#include "system/Modules.h"
+#include "system/environment/Modules.h"
 
 #include <boost/noncopyable.hpp>
 

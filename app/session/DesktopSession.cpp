@@ -8,8 +8,8 @@
 #include "core/MainFrame/MainFrame.h"
 #include "core/MainFrame/SessionScope.h"
 #include "session/scripts/SessionPlatform.h"
-#include "system/Locations.h"
-#include "system/Modules.h"
+#include "system/environment/Locations.h"
+#include "system/environment/Modules.h"
 
 #include <stdexcept>
 

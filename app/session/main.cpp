@@ -6,8 +6,8 @@
 #include "app/session/DesktopSession.h"
 #include "core/Base/Failure.h"
 #include "core/Base/Text.h"
-#include "system/FileStore.h"
-#include "system/ImageCodecs.h"
+#include "system/files/FileStore.h"
+#include "system/pictures/ImageCodecs.h"
 
 #include <iostream>
 #include <new>

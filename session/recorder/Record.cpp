@@ -4,7 +4,7 @@
 #include "core/Platform/Pen.h"
 #include "core/Platform/System.h"
 #include "session/scripts/Player.h"
-#include "system/Pictures.h"
+#include "system/pictures/Pictures.h"
 
 #include <nlohmann/json.hpp>
 

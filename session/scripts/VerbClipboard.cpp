@@ -4,7 +4,7 @@
 #include "core/Platform/System.h"
 #include "session/scripts/Player.h"
 #include "session/scripts/Verbs.h"
-#include "system/Pictures.h"
+#include "system/pictures/Pictures.h"
 
 #include <nlohmann/json.hpp>
 

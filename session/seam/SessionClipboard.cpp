@@ -1,6 +1,6 @@
 #include "session/seam/SessionClipboard.h"
 
-#include "system/Pictures.h"
+#include "system/pictures/Pictures.h"
 
 void CSessionClipboard::SetText(const std::wstring& strText) {
     m_strText = strText;

@@ -11,7 +11,7 @@
 #include "session/scripts/Player.h"
 #include "session/scripts/SessionPlatform.h"
 #include "session/seam/SessionDialogs.h"
-#include "system/FileStore.h"
+#include "system/files/FileStore.h"
 #include "tests/faults/DocumentCheck.h"
 #include "tests/faults/FailingDisk.h"
 #include "tests/faults/FailingMemory.h"

@@ -1,7 +1,7 @@
 // Codecs for sessions with failing memory: the codecs themselves never fail.
 #pragma once
 
-#include "system/ImageCodecs.h"
+#include "system/pictures/ImageCodecs.h"
 #include "tests/faults/FailingMemory.h"
 
 /// Codecs are part of the platform and report failures by their results.

@@ -1,6 +1,6 @@
 // vellumcraft-filter as its user meets it: what it says, its exit code, and that a failure leaves no file.
 #include "core/Base/Color.h"
-#include "system/GifWriter.h"
+#include "system/pictures/GifWriter.h"
 #include "tests/support/ProgramTest.h"
 
 #include "TestPaths.h"

@@ -9,7 +9,7 @@
 #include "core/RasterBuffer/ColorRasterBuffer.h"
 #include "session/recorder/Recorder.h"
 #include "session/scripts/SessionPlatform.h"
-#include "system/ImageCodecs.h"
+#include "system/pictures/ImageCodecs.h"
 #include "tests/session/ScriptLines.h"
 #include "tests/support/MemoryFiles.h"
 #include "tests/support/NoPlaces.h"

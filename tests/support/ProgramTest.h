@@ -2,9 +2,9 @@
 #pragma once
 
 #include "core/Base/Text.h"
-#include "system/FileStore.h"
-#include "system/ImageCodecs.h"
-#include "system/QtBitmap.h"
+#include "system/files/FileStore.h"
+#include "system/pictures/ImageCodecs.h"
+#include "system/pictures/QtBitmap.h"
 #include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>

@@ -6,7 +6,7 @@
 #include "session/scripts/Player.h"
 #include "session/scripts/SessionPlatform.h"
 #include "session/seam/SessionWindows.h"
-#include "system/ImageCodecs.h"
+#include "system/pictures/ImageCodecs.h"
 #include "tests/support/MemoryFiles.h"
 #include "tests/support/NoPlaces.h"
 

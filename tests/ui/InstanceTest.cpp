@@ -5,7 +5,7 @@
 #include "app/desktop/Instance.h"
 #include "core/Base/Text.h"
 #include "session/scripts/Script.h"
-#include "system/FileStore.h"
+#include "system/files/FileStore.h"
 #include "tests/support/TempFolder.h"
 
 #include "TestPaths.h"

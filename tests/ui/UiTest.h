@@ -6,13 +6,13 @@
 #include "core/Platform/Dialogs.h"
 #include "core/Platform/Platform.h"
 #include "core/Platform/System.h"
-#include "system/ImageCodecs.h"
-#include "system/Locations.h"
-#include "system/Modules.h"
-#include "system/SnapshotStore.h"
+#include "system/environment/Locations.h"
+#include "system/environment/Modules.h"
+#include "system/files/SnapshotStore.h"
+#include "system/pictures/ImageCodecs.h"
 #include "tests/support/MemoryFiles.h"
 #include "tests/support/TestClient.h"
-#include "ui/QtPlatform.h"
+#include "ui/platform/QtPlatform.h"
 
 #include <QtTest>
 #include <QtWidgets>

@@ -1,4 +1,4 @@
-#include "ui/QtApplication.h"
+#include "ui/base/QtApplication.h"
 
 #include <gmock/gmock.h>
 

@@ -1,6 +1,6 @@
 #include "core/GDIBuffer/GDIBuffer.h"
 #include "core/RasterBuffer/ColorRasterBuffer.h"
-#include "system/QtBitmap.h"
+#include "system/pictures/QtBitmap.h"
 
 #include <boost/make_shared.hpp>
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 #include "core/ImageFile/ImageFile.h"
 #include "core/Base/Failure.h"
-#include "system/ImageCodecs.h"
-#include "system/QtBitmap.h"
+#include "system/pictures/ImageCodecs.h"
+#include "system/pictures/QtBitmap.h"
 #include "tests/support/LayerPictures.h"
 #include "tests/support/MemoryFiles.h"
 

@@ -1,7 +1,7 @@
 #include "core/Base/Failure.h"
 #include "core/ImageFile/ImageFile.h"
 #include "core/ImageFile/PsdBytes.h"
-#include "system/ImageCodecs.h"
+#include "system/pictures/ImageCodecs.h"
 #include "tests/support/LayerPictures.h"
 #include "tests/support/MemoryFiles.h"
 

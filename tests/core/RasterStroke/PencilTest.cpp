@@ -1,7 +1,7 @@
 #include "core/RasterStroke/RasterPencilStroke.h"
 
 #include "session/seam/VirtualClock.h"
-#include "system/ImageCodecs.h"
+#include "system/pictures/ImageCodecs.h"
 #include "tests/support/MemoryFiles.h"
 #include "tests/support/Planes.h"
 

@@ -4,7 +4,7 @@
 #include "tests/faults/windows/WindowSession.h"
 #include "tests/faults/windows/WindowStart.h"
 #include "tests/ui/UiTest.h"
-#include "ui/QtApplication.h"
+#include "ui/base/QtApplication.h"
 
 TEST(WindowFaults, ASessionSurvivesEveryFailedAllocation) { ExpectSurvival(30, PlayInWindows); }
 

@@ -1,0 +1,51 @@
+#include "system/environment/Locations.h"
+
+#include "core/Base/Text.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <vector>
+
+#include <pwd.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+// The variable's value when it is an absolute path, else empty.
+std::string AbsoluteVariable(const char* pszName) {
+    const char* pszValue = std::getenv(pszName);
+    return pszValue && *pszValue == '/' ? pszValue : std::string();
+}
+
+std::string HomeOfUser() {
+    constexpr size_t ENTRY_BYTES = 16384;
+    std::vector<char> vBuffer(ENTRY_BYTES);
+    passwd entry{};
+    passwd* pFound = nullptr;
+    if (getpwuid_r(getuid(), &entry, vBuffer.data(), vBuffer.size(), &pFound) != 0 || !pFound) return {};
+    return pFound->pw_dir && *pFound->pw_dir == '/' ? pFound->pw_dir : std::string();
+}
+
+void MakeFolders(const std::filesystem::path& path) {
+    if (path.empty() || mkdir(path.c_str(), 0700) == 0 || errno != ENOENT || !path.has_relative_path())
+        return;
+    MakeFolders(path.parent_path());
+    mkdir(path.c_str(), 0700);
+}
+
+} // namespace
+
+std::wstring CLocations::GetAppData() {
+    std::string strPath = AbsoluteVariable("XDG_CONFIG_HOME");
+    if (strPath.empty()) {
+        std::string strHome = AbsoluteVariable("HOME");
+        if (strHome.empty()) strHome = HomeOfUser();
+        if (strHome.empty()) return {};
+        strPath = strHome + "/.config";
+    }
+    while (strPath.size() > 1 && strPath.ends_with('/')) strPath.pop_back();
+    return FromUtf8(strPath);
+}
+
+void CLocations::MakeFolder(const std::wstring& strPath) { MakeFolders(ToUtf8(strPath)); }

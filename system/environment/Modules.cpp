@@ -1,0 +1,54 @@
+#include "system/environment/Modules.h"
+
+#include "core/Base/Text.h"
+
+#include <filesystem>
+
+#include <link.h>
+
+namespace {
+
+// Returns "foo" for "/usr/lib/libfoo.so.1.2".
+std::string_view StemOf(std::string_view strName) {
+    strName.remove_prefix(strName.rfind('/') + 1); // npos + 1 is 0
+    for (size_t n = strName.find(".so"); n != std::string_view::npos; n = strName.find(".so", n + 1)) {
+        if (strName.find_first_not_of(".0123456789", n + 3) != std::string_view::npos) continue;
+        strName = strName.substr(0, n);
+        break;
+    }
+    if (strName.starts_with("lib")) strName.remove_prefix(3);
+    return strName;
+}
+
+struct TSearch {
+    std::string_view strStem;
+    std::string strPath;
+};
+
+int VisitLibrary(dl_phdr_info* pInfo, size_t, void* pArgument) {
+    auto& search = *static_cast<TSearch*>(pArgument);
+    // The program itself has an empty name.
+    const std::string_view strPath = pInfo->dlpi_name ? pInfo->dlpi_name : "";
+    if (strPath.empty() || !EqualNoCase(StemOf(strPath), search.strStem)) return 0;
+    search.strPath = strPath;
+    return 1;
+}
+
+} // namespace
+
+TModuleInfo CModules::GetProgram() {
+    std::error_code error;
+    TModuleInfo info;
+    info.strPath = FromUtf8(std::filesystem::read_symlink("/proc/self/exe", error).native());
+    return info;
+}
+
+TModuleInfo CModules::GetLibrary(const std::wstring& strName) {
+    const std::string strBytes = ToUtf8(strName);
+    TSearch search{StemOf(strBytes), {}};
+    TModuleInfo info;
+    if (search.strStem.empty()) return info;
+    dl_iterate_phdr(VisitLibrary, &search);
+    info.strPath = FromUtf8(search.strPath);
+    return info;
+}

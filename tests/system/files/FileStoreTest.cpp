@@ -1,0 +1,212 @@
+#include "system/files/FileStore.h"
+
+#include "core/Base/Text.h"
+#include "system/files/FileErrors.h"
+#include "system/files/FileLock.h"
+#include "tests/support/InProcess.h"
+#include "tests/support/TempFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <random>
+#include <set>
+#include <thread>
+
+#include <sys/stat.h>
+
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+
+class FileStore : public testing::Test {
+protected:
+    std::wstring Path(const char* pszName) const { return FromUtf8(m_folder.File(pszName).native()); }
+    std::string Content(const char* pszName) { return m_files.Read(Path(pszName)).value_or("(none)"); }
+    ptrdiff_t CountFiles() const { return std::ranges::distance(fs::directory_iterator(m_folder.GetPath())); }
+
+    CTempFolder m_folder;
+    CFileStore m_files;
+};
+
+} // namespace
+
+TEST_F(FileStore, WritesAndReadsPlainFilesWhole) {
+    for (const std::string& str : {std::string(300000, '\0') + "end", std::string("short"), std::string()}) {
+        EXPECT_TRUE(m_files.Replace(Path("絵 1.bin"), str));
+        EXPECT_EQ(Content("絵 1.bin"), str);
+    }
+    EXPECT_EQ(CountFiles(), 1) << "nothing is left beside";
+    fs::create_directory(m_folder.File("sub"));
+    ASSERT_EQ(mkfifo(m_folder.File("pipe").c_str(), 0600), 0);
+    fs::create_symlink("loop", m_folder.File("loop"));
+    for (const char* psz : {"sub", "pipe", "loop", "missing/file", "sub/"}) {
+        EXPECT_FALSE(m_files.Read(Path(psz)) || m_files.Replace(Path(psz), "x")) << psz;
+        EXPECT_FALSE(m_files.Update(Path(psz), [](std::string& str) { return str = "x", true; })) << psz;
+    }
+    EXPECT_TRUE(fs::is_fifo(m_folder.File("pipe")));
+}
+
+TEST_F(FileStore, ReadsAndWritesInPieces) {
+    const auto writeTwo = [](bool bAll) {
+        return [bAll](const TWriteBytes& fnWrite) { return fnWrite("01234") && fnWrite("56789") && bAll; };
+    };
+    EXPECT_TRUE(m_files.ReplaceBy(Path("doc"), writeTwo(true)));
+    const auto upReader = m_files.Open(Path("doc"));
+    ASSERT_TRUE(upReader && upReader->GetSize() == 10);
+    EXPECT_FALSE(m_files.ReplaceBy(Path("doc"), writeTwo(false))) << "given up half-way";
+    EXPECT_THROW(m_files.ReplaceBy(Path("doc"), [](const auto&) -> bool { throw std::bad_alloc(); }),
+                 std::bad_alloc);
+    EXPECT_TRUE(Content("doc") == "0123456789" && CountFiles() == 1 && m_files.Replace(Path("doc"), "new"));
+    std::string str(4, ' ');
+    const auto read = [&](uint64_t u) {
+        return upReader->Read(u, reinterpret_cast<uint8_t*>(str.data()), 4);
+    };
+    EXPECT_TRUE(read(6) && str == "6789") << "the file that was opened, not the one that replaced it";
+    EXPECT_FALSE(read(7)) << "beyond the end";
+    for (const char* psz : {"", "missing", "doc/below"}) EXPECT_FALSE(m_files.Open(Path(psz))) << psz;
+}
+
+TEST_F(FileStore, FollowsLinksAndKeepsRights) {
+    const fs::path pathDoc = m_folder.File("real/doc");
+    fs::create_directory(m_folder.File("real"));
+    m_files.Replace(Path("real/doc"), "old");
+    chmod(pathDoc.c_str(), 0640);
+    const uid_t uOwner = chown(pathDoc.c_str(), 65534, 65534) == 0 ? 65534u : geteuid(); // if permitted
+    fs::create_symlink("real/doc", m_folder.File("link"));
+    fs::create_symlink("link", m_folder.File("link2"));
+    fs::create_symlink("real/later", m_folder.File("dangling"));
+    EXPECT_TRUE(m_files.Replace(Path("link2"), "new"));
+    EXPECT_TRUE(m_files.Update(Path("dangling"), [&](std::string& str) {
+        EXPECT_TRUE(fs::exists(m_folder.File("real/.later.lock"))) << "one file, one lock, by whatever name";
+        return str = "made", true;
+    }));
+    EXPECT_TRUE(Content("real/doc") == "new" && Content("real/later") == "made");
+    for (const char* psz : {"link", "link2", "dangling"}) EXPECT_TRUE(fs::is_symlink(m_folder.File(psz)));
+    struct stat status {};
+    EXPECT_TRUE(stat(pathDoc.c_str(), &status) == 0 && status.st_uid == uOwner);
+    EXPECT_EQ(status.st_mode & 07777, 0640u);
+}
+
+TEST_F(FileStore, SaysWhyAFileCannotBeUsed) {
+    const auto read = [&](const char* psz) { return m_files.Read(Path(psz)).failure; };
+    const auto open = [&](const char* psz) { return m_files.Open(Path(psz)).failure; };
+    const auto write = [&](const char* psz) { return m_files.Replace(Path(psz), "x").GetFailure(); };
+    fs::create_directory(m_folder.File("sub"));
+    m_files.Replace(Path("doc"), "old");
+    const std::string strLong(256, 'n');
+    for (const auto& fn : {std::function(read), std::function(open)}) {
+        EXPECT_EQ(fn("none"), EFileFailure::Missing);
+        EXPECT_EQ(fn("doc/below"), EFileFailure::Missing);
+        EXPECT_EQ(fn("sub"), EFileFailure::NotPlain);
+        EXPECT_EQ(fn(strLong.c_str()), EFileFailure::NameTooLong);
+    }
+    EXPECT_EQ(write("none/file"), EFileFailure::NoFolder);
+    EXPECT_EQ(write("sub"), EFileFailure::NotPlain);
+    EXPECT_EQ(write(strLong.c_str()), EFileFailure::NameTooLong);
+    EXPECT_EQ(WriteFailure(ENOSPC), EFileFailure::DiskFull);
+    EXPECT_EQ(WriteFailure(EROFS), EFileFailure::ReadOnlyDisk);
+    EXPECT_EQ(WriteFailure(EIO), EFileFailure::DiskError);
+    chmod(m_folder.File("doc").c_str(), 0);
+    chmod(m_folder.GetPath().c_str(), 0555);
+    EXPECT_TRUE(AsPlainUser(0, [&] {
+        return read("doc") == EFileFailure::NoReadRight && write("doc") == EFileFailure::NoWriteRight &&
+               write("new") == EFileFailure::FolderClosed;
+    }));
+    chmod(m_folder.GetPath().c_str(), 0755);
+    EXPECT_TRUE(OnFullDisk(65536, [&] {
+        return m_files.Replace(Path("big"), std::string(1 << 20, 'n')).GetFailure() ==
+               EFileFailure::TooBigForDisk;
+    }));
+}
+
+TEST_F(FileStore, TheLongestNamesCanBeSavedOverAndOver) {
+    std::string strName;
+    while (strName.size() < 255) strName += "絵"; // three bytes
+    for (const char* psz : {"one", "two", "three"}) {
+        EXPECT_TRUE(m_files.Replace(Path(strName.c_str()), psz));
+        EXPECT_EQ(Content(strName.c_str()), psz);
+    }
+    EXPECT_EQ(CountFiles(), 1);
+}
+
+TEST_F(FileStore, AFailedWriteLeavesTheOldFile) {
+    const auto replaceFails = [&] { return !m_files.Replace(Path("doc"), std::string(1 << 20, 'n')); };
+    const auto updateFails = [&](bool bWrite) {
+        return !m_files.Update(Path("doc"), [&](std::string& str) { return str = "new", bWrite; });
+    };
+    EXPECT_TRUE(updateFails(false) && CountFiles() == 0);
+    m_files.Replace(Path("doc"), "old");
+    EXPECT_TRUE(updateFails(false));
+    EXPECT_THROW(m_files.Update(Path("doc"), [](auto&) -> bool { throw std::bad_alloc(); }), std::bad_alloc);
+    EXPECT_TRUE(OnFullDisk(65536, replaceFails));
+    // A file that cannot be read does not count as empty; a lock that cannot be created is not waited for.
+    for (const bool bReadable : {false, true}) {
+        chmod(m_folder.GetPath().c_str(), bReadable ? 0555 : 0777);
+        chmod(m_folder.File("doc").c_str(), bReadable ? 0666 : 0222);
+        EXPECT_TRUE(AsPlainUser(0, [&] {
+            const auto timeEnd = std::chrono::steady_clock::now() + 1s;
+            return updateFails(true) && (!bReadable || replaceFails()) &&
+                   std::chrono::steady_clock::now() < timeEnd;
+        })) << bReadable;
+    }
+    chmod(m_folder.GetPath().c_str(), 0755);
+    EXPECT_TRUE(Content("doc") == "old" && CountFiles() == 1);
+}
+
+TEST_F(FileStore, AKilledWriterLeavesOneWholeFile) {
+    const std::string astrHalves[] = {std::string(20000, 'a'), std::string(2000000, 'b')};
+    const auto write = [&](size_t n) {
+        return m_files.ReplaceBy(Path("doc"), [&](const TWriteBytes& fnWrite) {
+            return fnWrite(astrHalves[n]) && fnWrite(astrHalves[n]);
+        });
+    };
+    write(0);
+    std::set<std::string> setSeen;
+    std::mt19937 random(7);
+    // On a busy machine it takes longer until a kill happens after a rename.
+    for (unsigned nKill = 0; nKill < 50 || (setSeen.size() < 2 && nKill < 200); ++nKill) {
+        const pid_t id = fork();
+        if (id == 0)
+            for (size_t n = 1;; n = 1 - n) write(n);
+        usleep(1000 + random() % (40000 + 4000 * nKill));
+        kill(id, SIGKILL);
+        waitpid(id, nullptr, 0);
+        setSeen.insert(Content("doc"));
+    }
+    // Kills also happened between the renames.
+    EXPECT_TRUE((setSeen == std::set{astrHalves[0] + astrHalves[0], astrHalves[1] + astrHalves[1]}));
+}
+
+TEST_F(FileStore, LocksAreBoundedAndOutlivedByNobody) {
+    const std::string strPath = m_folder.File("a.ini").native();
+    const auto canLock = [&] { return CFileLock(strPath, 20ms).IsLocked(); };
+    {
+        CFileLock lock(strPath, 0ms);
+        EXPECT_TRUE(lock.IsLocked() && !canLock() && !InProcess(canLock));
+    }
+    // A process that dies while it holds the lock.
+    EXPECT_TRUE(InProcess([&] { return (new CFileLock(strPath, 0ms))->IsLocked(); }) && canLock());
+}
+
+TEST_F(FileStore, ConcurrentWritersLoseNothingAndNeverMeet) {
+    const auto runThreads = [](int nRounds, const auto& fn) {
+        std::vector<std::thread> vThreads(6);
+        for (auto& thread : vThreads)
+            thread = std::thread([&] {
+                for (int i = 0; i < nRounds; ++i) fn();
+            });
+        for (auto& thread : vThreads) thread.join();
+    };
+    runThreads(10, [&] { CFileStore().Update(Path("a.ini"), [](auto& str) { return str += "x", true; }); });
+    EXPECT_EQ(Content("a.ini"), std::string(6 * 10, 'x'));
+    std::atomic<int> nHolders{0};
+    runThreads(400, [&] { // many waiters see the lock file removed and created again
+        const CFileLock lock(m_folder.File("a.ini").native(), 20s);
+        EXPECT_TRUE(lock.IsLocked() && ++nHolders == 1);
+        std::this_thread::yield();
+        --nHolders;
+    });
+    EXPECT_EQ(CountFiles(), 1);
+}

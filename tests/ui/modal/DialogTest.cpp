@@ -1,0 +1,154 @@
+#include "tests/ui/UiTest.h"
+
+#include "tests/support/LiveDialog.h"
+#include "ui/modal/QtFileDialogs.h"
+
+namespace {
+
+using TStep = std::function<void(QWidget&)>;
+
+/// Runs the steps in order, each once a (new) modal window is open.
+void Answer(std::vector<TStep> vSteps) {
+    if (vSteps.empty()) return;
+    QTimer::singleShot(20, qApp, [vSteps]() mutable {
+        QWidget* pModal = QApplication::activeModalWidget();
+        const auto step = vSteps.front();
+        if (pModal) vSteps.erase(vSteps.begin());
+        Answer(vSteps);
+        if (pModal) step(*pModal);
+    });
+}
+
+/// A step that presses the button whose text starts with this.
+TStep Press(const wchar_t* pszText) {
+    return [strText = QString::fromWCharArray(pszText)](QWidget& window) {
+        for (QAbstractButton* pButton : window.findChildren<QAbstractButton*>())
+            if (pButton->text().startsWith(strText)) return pButton->click();
+        ADD_FAILURE() << "no button " << strText.toStdString();
+        window.close();
+    };
+}
+
+/// Accepts only the width 640.
+class CSizeModel : public CDialogModel {
+public:
+    CSizeModel() {
+        using enum TPanelControl::EKind;
+        m_vControls = {
+            {.kind = Number, .nId = 1, .strLabel = L"幅", .strText = L"800", .nMin = 1, .nMax = 12000},
+            {.kind = Check, .nId = 2, .strText = L"グレー"},
+            {.kind = Report, .nId = 3, .strText = L"前"}};
+    }
+    const char* GetName() const override { return "CSizeModel"; }
+    std::wstring GetTitle() const override { return L"新規作成"; }
+    std::wstring GetExtraButton() const override { return L"コピー"; }
+    void OnExtra() override { m_vControls[2].strText = L"後"; }
+    bool OnOk(IWindow*) override {
+        m_vSeen.push_back(m_vControls[0].strText);
+        return std::exchange(m_vControls[0].strText, L"801") == L"640";
+    }
+    std::vector<std::wstring> m_vSeen;
+};
+
+const TFileDialog g_Save{
+    true, L"", L"vlm", {{L"線画 (*.vlm)", L"*.vlm"}, {L"JPEG (*.jpg;*.jpeg)", L"*.jpg;*.jpeg"}}};
+
+} // namespace
+
+TEST_F(CUiTest, BoxesAnswer) {
+    const auto ask = [&](EBoxKind kind, TStep step) {
+        Answer({std::move(step)});
+        return m_platform.GetPlatform().boxes.Show(m_pMain, L"<b>?", L"Vellumcraft", kind);
+    };
+    const TStep close = [this](QWidget& box) {
+        EXPECT_TRUE(box.parentWidget() == &GetWidget() && box.windowModality() == Qt::WindowModal);
+        box.close();
+    };
+    EXPECT_EQ(ask(EBoxKind::YesNoCancelWarning, Press(L"はい")), EBoxAnswer::Yes);
+    EXPECT_EQ(ask(EBoxKind::YesNoCancelWarning, Press(L"いいえ")), EBoxAnswer::No);
+    EXPECT_EQ(ask(EBoxKind::YesNoCancelWarning, Press(L"キャンセル")), EBoxAnswer::Cancel);
+    EXPECT_EQ(ask(EBoxKind::YesNoCancelWarning, close), EBoxAnswer::Cancel);
+    EXPECT_EQ(ask(EBoxKind::Error, close), EBoxAnswer::Ok);
+    const TStep seen = [](QWidget& box) {
+        EXPECT_EQ(dynamic_cast<QMessageBox&>(box).icon(), QMessageBox::Warning);
+        box.close();
+    };
+    EXPECT_EQ(ask(EBoxKind::Exclamation, seen), EBoxAnswer::Ok);
+}
+
+TEST_F(CUiTest, TheModelJudgesWhatWasTyped) {
+    CSizeModel model;
+    const auto type = [](const char* pszExpected, Qt::Key key, const char* pszText) -> TStep {
+        return [=](QWidget& dialog) {
+            auto* pEdit = dialog.findChild<QLineEdit*>();
+            QTest::keyClick(pEdit, key);
+            EXPECT_EQ(pEdit->text(), pszExpected);
+            pEdit->setText(pszText);
+        };
+    };
+    Answer({[](QWidget& dialog) { dialog.findChild<QCheckBox*>()->click(); },
+            type("799", Qt::Key_Down, "abc"), Press(L"OK"), type("802", Qt::Key_Up, "640"), Press(L"コピー"),
+            [](QWidget& dialog) { EXPECT_EQ(dialog.findChild<QPlainTextEdit*>()->toPlainText(), "後"); },
+            Press(L"OK"), [](QWidget& dialog) { dialog.close(); }});
+    EXPECT_TRUE(m_platform.GetPlatform().dialogs.Run(m_pMain, model));
+    EXPECT_EQ(model.m_vSeen, (std::vector<std::wstring>{L"abc", L"640"}));
+    EXPECT_TRUE(model.m_vControls[1].nValue);
+    EXPECT_FALSE(m_platform.GetPlatform().dialogs.Run(m_pMain, model));
+}
+
+TEST_F(CUiTest, ADialogHearsOfEveryChangeAndShowsWhatFollows) {
+    CLiveDialog dialog;
+    const auto type = [](const char* pszText) -> TStep {
+        return [=](QWidget& window) {
+            auto* pEdit = window.findChild<QLineEdit*>("gamma");
+            pEdit->setFocus();
+            pEdit->selectAll();
+            QTest::keyClicks(pEdit, pszText);
+            QTest::keyClick(pEdit, Qt::Key_Tab);
+        };
+    };
+    Answer({[](QWidget& window) { QTest::keyClick(window.findChild<QComboBox*>(), Qt::Key_Down); },
+            [](QWidget& window) { QTest::keyClick(window.findChild<QSlider*>(), Qt::Key_Right); },
+            [](QWidget& window) {
+                const auto labels = window.findChildren<QLabel*>();
+                EXPECT_TRUE(std::ranges::any_of(labels, [](QLabel* p) { return p->text() == "41"; }));
+            },
+            type("2.2"), type("x"),
+            [](QWidget& window) {
+                EXPECT_EQ(window.findChild<QLineEdit*>("gamma")->text(), "2.2") << "the old value stays";
+                for (QWidget* pChild : window.findChildren<QWidget*>())
+                    if (pChild->height() == 30 && pChild->focusPolicy() == Qt::TabFocus)
+                        QTest::mousePress(pChild, Qt::LeftButton, {}, {5, 6});
+            },
+            Press(L"戻す"), Press(L"OK")});
+    EXPECT_TRUE(m_platform.GetPlatform().dialogs.Run(m_pMain, dialog));
+    EXPECT_EQ(dialog.m_strHeard, " 1=1 2=41 3=2.2 3=x 4down5,6 5=0 ok");
+    EXPECT_EQ(dialog.m_szView.cy, 30);
+}
+
+TEST(QtFileDialogs, NamesFollowTheType) {
+    EXPECT_EQ(NameFilterOf(g_Save.vFilters[1]), "JPEG (*.jpg *.jpeg)");
+    EXPECT_EQ(ReplaceExtension("絵.vlm", g_Save, 1), "絵.jpg");
+    EXPECT_EQ(ReplaceExtension("v1.2", g_Save, 1), "v1.2");
+    EXPECT_EQ(CompleteName("v1.2", g_Save, 1), "v1.2.jpg");
+    EXPECT_EQ(CompleteName("絵", g_Save, -1), "絵.vlm");
+    EXPECT_EQ(CompleteName("絵.JPEG", g_Save, 0), "絵.JPEG");
+}
+
+TEST_F(CUiTest, SavingOverAFileIsConfirmedOnce) {
+    QTemporaryDir dir;
+    ASSERT_TRUE(QFile(dir.filePath("a.jpg")).open(QIODevice::WriteOnly));
+    TFileDialog dialog = g_Save;
+    dialog.strName = dir.filePath("a.vlm").toStdWString();
+    Answer({[](QWidget& window) {
+                auto& files = dynamic_cast<QFileDialog&>(window);
+                files.findChild<QComboBox*>("fileTypeCombo")->setCurrentIndex(1);
+                emit files.filterSelected(files.nameFilters()[1]);
+                EXPECT_EQ(files.findChild<QLineEdit*>("fileNameEdit")->text(), "a.jpg");
+            },
+            Press(L"保存"), Press(L"いいえ"), Press(L"保存"), Press(L"はい"),
+            [](QWidget& window) { window.close(); }});
+    EXPECT_EQ(m_platform.GetPlatform().fileDialogs.Ask(m_pMain, dialog),
+              dir.filePath("a.jpg").toStdWString());
+    EXPECT_EQ(m_platform.GetPlatform().fileDialogs.Ask(m_pMain, dialog), L"");
+}

@@ -1,0 +1,76 @@
+#include "ui/base/QtApplication.h"
+
+#include "ui/base/SvgIcon.h"
+
+#include <QApplication>
+#include <QLibraryInfo>
+#include <QStyleFactory>
+#include <QSysInfo>
+#include <QThread>
+#include <QTranslator>
+#include <QWidget>
+
+namespace {
+
+constexpr char JAPANESE_FAMILY[] = "Noto Sans CJK JP";
+
+QApplication* g_pOwn = nullptr;
+
+/// Qt ends the process when it finds no display, which a plug-in must not do to its host: check before.
+bool HasDisplay() {
+    return QSysInfo::kernelType() != "linux" || qEnvironmentVariableIsSet("QT_QPA_PLATFORM") ||
+           !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+}
+
+void MakeOwnApplication() {
+    // Qt keeps references to both for as long as the object lives.
+    static int nArguments = 1;
+    static char szName[] = "vellumcraft";
+    static char* ppszArguments[] = {szName, nullptr};
+
+    QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
+    g_pOwn = new QApplication(nArguments, ppszArguments);
+    // The stroke needs every reported position: do not merge moves. The plug-in has just set this.
+    QCoreApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, false);
+    g_pOwn->setApplicationName(QStringLiteral("Vellumcraft"));
+    // The message loop ends by a message of the session, not when the last window closes.
+    g_pOwn->setQuitOnLastWindowClosed(false);
+    g_pOwn->setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+
+    QFont font = g_pOwn->font();
+    font.setFamilies({QLatin1String(JAPANESE_FAMILY), font.family()});
+    g_pOwn->setFont(font);
+
+    // Texts of Qt's own widgets (the file dialog's columns): Japanese if the translation is installed.
+    auto* pTranslator = new QTranslator(g_pOwn);
+    if (pTranslator->load(QStringLiteral("qtbase_ja"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        g_pOwn->installTranslator(pTranslator);
+}
+
+} // namespace
+
+bool EnsureApplication() {
+    if (!QCoreApplication::instance()) {
+        if (!HasDisplay()) return false;
+        MakeOwnApplication();
+    }
+    const auto* pApplication = qobject_cast<QApplication*>(QCoreApplication::instance());
+    return pApplication && pApplication->thread() == QThread::currentThread();
+}
+
+bool OwnsApplication() { return g_pOwn && QCoreApplication::instance() == g_pOwn; }
+
+QFont WithJapanese(const QFont& font) {
+    QStringList lstFamilies = font.families();
+    if (lstFamilies.isEmpty()) lstFamilies.append(font.family());
+    if (lstFamilies.contains(QLatin1String(JAPANESE_FAMILY))) return font;
+    QFont fontBoth = font;
+    fontBoth.setFamilies(lstFamilies << QLatin1String(JAPANESE_FAMILY));
+    return fontBoth;
+}
+
+void PrepareTopLevel(QWidget& widget) {
+    widget.setAttribute(Qt::WA_QuitOnClose, false);
+    widget.setFont(WithJapanese(widget.font()));
+    widget.setWindowIcon(LoadPictureIcon("icons/app.svg"));
+}

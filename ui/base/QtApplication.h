@@ -1,0 +1,18 @@
+// The process's one QApplication: ours, or that of a host which is a Qt program itself.
+#pragma once
+
+class QFont;
+class QWidget;
+
+/// Creates the application object when the process has none. It stays for the life of the process, as Qt
+/// does not support a restart inside a host. A host's own object is used as it is. Returns false when
+/// windows cannot be shown from this thread: no display, an application object without widgets, or another
+/// thread's.
+bool EnsureApplication();
+/// True when the application object was created here, so that its settings may be changed.
+bool OwnsApplication();
+
+/// A font with the same families, completed by one that has the Japanese characters.
+QFont WithJapanese(const QFont& font);
+/// Sets the font and the icon of a top-level window, and keeps a host running when it is closed.
+void PrepareTopLevel(QWidget& widget);

@@ -1,0 +1,94 @@
+#include "ui/input/QtPen.h"
+
+#include "ui/input/QtEventPump.h"
+
+#include <QCoreApplication>
+#include <QPointingDevice>
+#include <QTabletEvent>
+
+#include <cmath>
+
+namespace {
+
+constexpr double TENTHS = 10;
+
+// The altitude over the tablet, in degrees, of a pen tilted by `dX` and `dY` degrees: the axis' direction
+// is (tan dX, tan dY, 1).
+double AltitudeOf(double dX, double dY) {
+    const double dFlat = std::hypot(std::tan(dX * M_PI / 180), std::tan(dY * M_PI / 180));
+    return std::atan2(1.0, dFlat) * 180 / M_PI;
+}
+
+// Clockwise from above, in degrees from 0 up to 360.
+double AzimuthOf(double dX, double dY) {
+    const double d = std::atan2(std::tan(dX * M_PI / 180), -std::tan(dY * M_PI / 180)) * 180 / M_PI;
+    return d < 0 ? d + 360 : d;
+}
+
+bool IsEraser(const QTabletEvent& event) {
+    return event.pointerType() == QPointingDevice::PointerType::Eraser;
+}
+
+uint32_t ButtonsOf(const QTabletEvent& event) {
+    constexpr uint32_t NONE = 0xFFFF;
+    constexpr uint32_t UP = 1;
+    constexpr uint32_t DOWN = 2;
+    const uint32_t uButton = event.button() == Qt::LeftButton    ? 0
+                             : event.button() == Qt::RightButton ? 1
+                                                                 : NONE;
+    if (event.type() == QEvent::TabletPress && uButton != NONE) return DOWN << 16 | uButton;
+    if (event.type() == QEvent::TabletRelease && uButton != NONE) return UP << 16 | uButton;
+    return NONE;
+}
+
+} // namespace
+
+void CQtPen::Push(const QTabletEvent& event, qreal dScale) {
+    const auto unit = [&](qreal d) {
+        return static_cast<int32_t>(std::lround(d * dScale * UNITS_PER_PIXEL));
+    };
+    const QPointF pt = event.globalPosition();
+    const bool bEraser = IsEraser(event);
+    const auto nAltitude =
+        static_cast<int32_t>(std::lround(AltitudeOf(event.xTilt(), event.yTilt()) * TENTHS));
+    TPenPacket packet;
+    packet.uCursor = bEraser ? 2 : 1;
+    packet.uButtons = ButtonsOf(event);
+    packet.x = unit(pt.x());
+    packet.y = unit(pt.y());
+    // A lifted tip has no pressure, whatever the last report said.
+    const bool bLifted = event.type() == QEvent::TabletRelease && event.button() == Qt::LeftButton;
+    packet.uPressure = bLifted ? 0 : static_cast<uint32_t>(std::lround(event.pressure() * PRESSURE_MAX));
+    packet.nAltitude = bEraser ? -nAltitude : nAltitude;
+    packet.nAzimuth = static_cast<int32_t>(std::lround(AzimuthOf(event.xTilt(), event.yTilt()) * TENTHS));
+    packet.nTwist = static_cast<int32_t>(std::lround(event.rotation() * TENTHS));
+    m_deqPackets.push_back(packet);
+    if (m_deqPackets.size() > QUEUE_SIZE) m_deqPackets.pop_front();
+}
+
+size_t CQtPen::GetPackets(TPenPacket* pPackets, size_t nMax) {
+    size_t n = 0;
+    for (; n < nMax && !m_deqPackets.empty(); ++n, m_deqPackets.pop_front())
+        pPackets[n] = m_deqPackets.front();
+    return n;
+}
+
+void CQtPen::SetReceiver(std::function<IWindow*()> fnReceiver) {
+    m_fnReceiver = std::move(fnReceiver);
+    // Qt sends the proximity events of a pen to the application, not to a window.
+    qApp->removeEventFilter(this);
+    qApp->installEventFilter(this);
+}
+
+bool CQtPen::eventFilter(QObject*, QEvent* pEvent) {
+    const bool bEnter = pEvent->type() == QEvent::TabletEnterProximity;
+    if (!bEnter && pEvent->type() != QEvent::TabletLeaveProximity) return false;
+    IWindow* pReceiver = m_fnReceiver ? m_fnReceiver() : nullptr;
+    if (pReceiver)
+        m_pump.Post({pReceiver,
+                     EMessage::PenProximity,
+                     bEnter ? 1 : 0,
+                     IsEraser(static_cast<QTabletEvent&>(*pEvent)) ? 2 : 1,
+                     {}});
+    return false;
+}

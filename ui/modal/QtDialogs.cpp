@@ -1,0 +1,147 @@
+#include "ui/modal/QtDialogs.h"
+
+#include "core/AppModule/ErrorBox.h"
+#include "ui/base/QtApplication.h"
+#include "ui/base/QtText.h"
+#include "ui/modal/QtModal.h"
+#include "ui/panels/QtPanelControls.h"
+
+#include <QDialogButtonBox>
+#include <QEventLoop>
+#include <QFormLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+
+#include <utility>
+
+namespace {
+
+/// One dialog as widgets. What the user did ends Wait; the model is asked outside of Qt's own calls.
+class CModelDialog : public QDialog {
+public:
+    enum EOutcome { Changed, Cancelled, Accepted, Extra };
+
+    CModelDialog(QWidget* pParent, const CDialogModel& model) : QDialog(pParent) {
+        PrepareModal(*this);
+        setWindowTitle(ToQt(model.GetTitle()));
+        auto* pForm = new QFormLayout(this);
+        AddControls(*pForm, model.m_vControls);
+        AddButtons(*pForm, model);
+        connect(this, &QDialog::finished, this, [this] { End(Cancelled); });
+    }
+
+    /// Returns at once while changes wait.
+    EOutcome Wait() {
+        show();
+        m_outcome = Changed;
+        if (m_vChanges.empty()) m_loop.exec();
+        return m_outcome;
+    }
+    /// The changes made by the user since the last call.
+    std::vector<TMessage> TakeChanges() { return std::exchange(m_vChanges, {}); }
+
+    void Write(const CDialogModel& model) {
+        for (size_t idx = 0; idx < m_vControls.size(); ++idx) {
+            const TPanelControl& control = model.m_vControls[idx];
+            QWidget* pWidget = m_vControls[idx]->GetWidget();
+            pWidget->setEnabled(control.bEnabled);
+            pWidget->setVisible(control.bVisible);
+            if (m_vLabels[idx]) m_vLabels[idx]->setVisible(control.bVisible);
+            m_vControls[idx]->Write(control);
+        }
+    }
+
+private:
+    TPanelEvents MakeEvents() {
+        return MakePanelEvents(
+            [this](EMessage id, int64_t wParam, int64_t lParam, const QString& strText) {
+                Guarded([&] { m_vChanges.push_back({nullptr, id, wParam, lParam, FromQt(strText)}); });
+                m_loop.exit();
+            },
+            [] {});
+    }
+
+    void AddControls(QFormLayout& form, const std::vector<TPanelControl>& vControls) {
+        const TPanelEvents events = MakeEvents();
+        QHBoxLayout* pLine = nullptr;
+        for (size_t idx = 0; idx < vControls.size(); ++idx) {
+            const TPanelControl& control = vControls[idx];
+            m_vControls.push_back(MakePanelControl(control, events, this));
+            QWidget* pWidget = m_vControls.back()->GetWidget();
+            const QString strLabel = ToQt(control.strLabel);
+            pWidget->setObjectName(QString::fromStdString(control.strName));
+            pWidget->setAccessibleName(strLabel.isEmpty() ? ToQt(control.strText) : strLabel);
+            m_vLabels.push_back(control.strLabel.empty() ? nullptr : new QLabel(strLabel, this));
+            if (m_vLabels.back()) m_vLabels.back()->setBuddy(pWidget);
+            if (control.bSameLine && pLine) {
+                if (m_vLabels.back()) pLine->addWidget(m_vLabels.back());
+                pLine->addWidget(pWidget);
+                continue;
+            }
+            const bool bAlone = idx + 1 == vControls.size() || !vControls[idx + 1].bSameLine;
+            pLine = bAlone ? nullptr : new QHBoxLayout;
+            if (pLine) pLine->addWidget(pWidget);
+            if (pLine && m_vLabels.back())
+                form.addRow(m_vLabels.back(), pLine);
+            else if (pLine)
+                form.addRow(pLine);
+            else if (m_vLabels.back())
+                form.addRow(m_vLabels.back(), pWidget);
+            else
+                form.addRow(pWidget);
+        }
+    }
+
+    void AddButtons(QFormLayout& form, const CDialogModel& model) {
+        auto* pButtons = new QDialogButtonBox;
+        const auto add = [&](const std::wstring& strText, QDialogButtonBox::ButtonRole role,
+                             EOutcome outcome) {
+            QPushButton* pButton = pButtons->addButton(ToQt(strText), role);
+            connect(pButton, &QPushButton::clicked, this, [this, outcome] { End(outcome); });
+            return pButton;
+        };
+        add(ModalText::OK, QDialogButtonBox::AcceptRole, Accepted)->setDefault(true);
+        if (model.HasCancel()) add(ModalText::CANCEL, QDialogButtonBox::RejectRole, Cancelled);
+        if (const std::wstring strExtra = model.GetExtraButton(); !strExtra.empty())
+            add(strExtra, QDialogButtonBox::ActionRole, Extra)->setAutoDefault(false);
+        form.addRow(pButtons);
+    }
+
+    // The first outcome holds: what follows in the same turn of the loop is too late.
+    void End(EOutcome outcome) {
+        if (outcome != Cancelled)
+            for (const auto& pControl : m_vControls) pControl->Flush();
+        if (m_outcome == Changed) m_outcome = outcome;
+        m_loop.exit();
+    }
+
+    QEventLoop m_loop;
+    EOutcome m_outcome = Changed;
+    std::vector<TMessage> m_vChanges;
+    std::vector<std::unique_ptr<CQtPanelControl>> m_vControls;
+    std::vector<QLabel*> m_vLabels; ///< one a control, null for none
+};
+
+} // namespace
+
+bool CQtDialogs::Run(IWindow* pOwner, CDialogModel& dialog) {
+    if (!EnsureApplication()) return false;
+    const CModalOwner pDialog(new CModelDialog(ModalParent(pOwner), dialog));
+    while (pDialog) {
+        pDialog->Write(dialog);
+        const CModelDialog::EOutcome outcome = pDialog->Wait();
+        if (!pDialog || outcome == CModelDialog::Cancelled) break;
+        bool bTaken = true;
+        for (const TMessage& msg : pDialog->TakeChanges())
+            bTaken = Guarded([&] { dialog.OnControlMessage(msg); }) && bTaken;
+        // A change that failed is put back, and the user sees it before the dialog closes.
+        if (!bTaken || !pDialog) continue;
+        if (outcome == CModelDialog::Extra) {
+            dialog.OnExtra();
+        } else if (outcome == CModelDialog::Accepted && dialog.OnOk(pOwner)) {
+            return true;
+        }
+    }
+    return false;
+}

@@ -1,0 +1,250 @@
+#include "ui/panels/QtPanel.h"
+
+#include "core/AppModule/ErrorBox.h"
+#include "core/AppModule/MessageQueue.h"
+#include "ui/base/QtApplication.h"
+#include "ui/base/QtText.h"
+#include "ui/input/QtEventPump.h"
+#include "ui/input/QtKeyFilter.h"
+#include "ui/windows/QtCanvasWindow.h"
+#include "ui/windows/QtMainWindow.h"
+
+#include <QAbstractButton>
+#include <QAbstractSpinBox>
+#include <QComboBox>
+#include <QGridLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QScrollArea>
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+constexpr int MARGIN = 6;
+constexpr int SPACING = 4;
+constexpr int TITLE_BUTTONS = 52;
+
+/// Scrolls what does not fit, so that no panel makes the main window larger.
+class CContentArea : public QScrollArea {
+public:
+    explicit CContentArea(QWidget* pParent) : QScrollArea(pParent) {
+        setFocusPolicy(Qt::NoFocus);
+        setFrameShape(QFrame::NoFrame);
+        setWidgetResizable(true);
+        setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    }
+    QSize sizeHint() const override { return widget() ? widget()->sizeHint() : QSize(); }
+    QSize minimumSizeHint() const override {
+        return {widget() ? widget()->minimumSizeHint().width() : 0, 40};
+    }
+};
+
+bool EditsText(const QObject* pObject) {
+    return qobject_cast<const QLineEdit*>(pObject) || qobject_cast<const QAbstractSpinBox*>(pObject);
+}
+
+} // namespace
+
+CQtPanel::CQtPanel(CQtMainWindow& main, IWindowClient& client, const TPanelSetup& setup)
+    : QDockWidget(&main), m_main(main), m_pClient(&client) {
+    setObjectName(ToQt(setup.strName));
+    setFont(WithJapanese(font()));
+    SetTitle(setup.strTitle);
+    setAttribute(Qt::WA_ShowWithoutActivating);
+    setAllowedAreas(Qt::LeftDockWidgetArea | Qt::RightDockWidgetArea);
+    auto* pArea = new CContentArea(this);
+    auto* pContent = new QWidget(pArea);
+    Fill(*pContent, setup.vControls);
+    pArea->setWidget(pContent);
+    setWidget(pArea);
+    SetControls(setup.vControls);
+    // The title is readable beside its two buttons.
+    setMinimumWidth(fontMetrics().horizontalAdvance(windowTitle()) + TITLE_BUTTONS);
+    hide();
+}
+
+CQtPanel::~CQtPanel() = default;
+
+TPanelEvents CQtPanel::MakeEvents() {
+    return MakePanelEvents([this](EMessage id, int64_t wParam, int64_t lParam,
+                                  const QString& strText) { Post(id, wParam, lParam, strText); },
+                           [this] { FocusPicture(); });
+}
+
+void CQtPanel::Fill(QWidget& content, const std::vector<TPanelControl>& vControls) {
+    auto* pGrid = new QGridLayout(&content);
+    pGrid->setContentsMargins(MARGIN, MARGIN, MARGIN, MARGIN);
+    pGrid->setHorizontalSpacing(MARGIN);
+    pGrid->setVerticalSpacing(SPACING);
+    pGrid->setColumnStretch(1, 1);
+    const TPanelEvents events = MakeEvents();
+    QHBoxLayout* pLine = nullptr;
+    int nRow = 0;
+    bool bGrows = false;
+    for (const TPanelControl& control : vControls) {
+        m_vControls.push_back(MakePanelControl(control, events, &content));
+        QWidget* pWidget = m_vControls.back()->GetWidget();
+        pWidget->setObjectName(QString::number(control.nId));
+        pWidget->setAccessibleName(ToQt(control.strLabel.empty() ? control.strText : control.strLabel));
+        // Only what edits text takes the keyboard from the picture by a click.
+        if (qobject_cast<QAbstractButton*>(pWidget) || qobject_cast<QComboBox*>(pWidget))
+            pWidget->setFocusPolicy(Qt::TabFocus);
+        if (auto* pLabel = qobject_cast<QLabel*>(pWidget)) pLabel->setWordWrap(true);
+        if (!control.bSameLine || !pLine) {
+            TLine line;
+            if (!control.strLabel.empty()) {
+                line.pLabel = new QLabel(ToQt(control.strLabel), &content);
+                pGrid->addWidget(line.pLabel, nRow, 0);
+            }
+            pLine = new QHBoxLayout;
+            pLine->setSpacing(SPACING);
+            pGrid->addLayout(pLine, nRow, line.pLabel ? 1 : 0, 1, line.pLabel ? 1 : 2);
+            const bool bList = control.kind == TPanelControl::EKind::List;
+            pGrid->setRowStretch(nRow, bList ? 1 : 0);
+            bGrows = bGrows || bList;
+            m_vLines.push_back(line);
+            ++nRow;
+        }
+        m_vLines.back().vControls.push_back(m_vControls.size() - 1);
+        const bool bButton =
+            control.kind == TPanelControl::EKind::Toggle || control.kind == TPanelControl::EKind::Radio;
+        pLine->addWidget(pWidget, bButton ? 0 : 1);
+    }
+    if (!bGrows) pGrid->setRowStretch(nRow, 1);
+    for (QWidget* pWidget : content.findChildren<QWidget*>()) pWidget->installEventFilter(this);
+}
+
+void CQtPanel::SetControls(const std::vector<TPanelControl>& vControls) {
+    for (size_t idx = 0; idx < m_vControls.size(); ++idx) {
+        QWidget* pWidget = m_vControls[idx]->GetWidget();
+        pWidget->setEnabled(vControls[idx].bEnabled);
+        pWidget->setVisible(vControls[idx].bVisible);
+        m_vControls[idx]->Write(vControls[idx]);
+    }
+    for (const TLine& line : m_vLines) {
+        if (!line.pLabel) continue;
+        const TPanelControl& first = vControls[line.vControls.front()];
+        line.pLabel->setVisible(first.bVisible);
+        line.pLabel->setEnabled(first.bEnabled);
+    }
+}
+
+void CQtPanel::Post(EMessage id, int64_t wParam, int64_t lParam, const QString& strText) {
+    if (m_pClient) Guarded([&] { m_main.GetPump().Post({this, id, wParam, lParam, FromQt(strText)}); });
+}
+
+void CQtPanel::DefaultMessage(const TMessage&) {}
+
+void CQtPanel::Abandon() {
+    m_pClient = nullptr;
+    m_main.GetPump().Forget(this);
+}
+
+void CQtPanel::Destroy() {
+    if (!m_pClient) return;
+    IWindowClient* pClient = std::exchange(m_pClient, nullptr);
+    hide();
+    m_main.RemovePanel(this);
+    pClient->OnFinalMessage();
+    m_main.GetPump().Forget(this);
+    m_main.GetPump().FreeLater(this);
+}
+
+void CQtPanel::SetTitle(const std::wstring& strTitle) { setWindowTitle(ToQt(strTitle)); }
+
+void CQtPanel::SetRect(const CRect& rc) {
+    move(rc.left, rc.top);
+    resize(rc.Width(), rc.Height());
+}
+
+QSize CQtPanel::sizeHint() const {
+    // The layout starts from the place where the panel was.
+    return m_place.rc.IsEmpty() ? QDockWidget::sizeHint() : QSize(m_place.rc.Width(), m_place.rc.Height());
+}
+
+QRect CQtPanel::GetScreenRect() const {
+    // Behind a tab Qt keeps a panel out of sight: it is where the one in front is.
+    const QWidget* pFront = this;
+    if (!isFloating() && visibleRegion().isEmpty())
+        for (const QDockWidget* pDock : m_main.tabifiedDockWidgets(const_cast<CQtPanel*>(this)))
+            if (!pDock->isFloating() && !pDock->visibleRegion().isEmpty()) pFront = pDock;
+    return isFloating() ? QRect(pos(), size()) : QRect(pFront->mapToGlobal(QPoint(0, 0)), pFront->size());
+}
+
+TPanelPlace CQtPanel::GetPlace() const {
+    TPanelPlace place = m_place;
+    place.bShow = IsShown();
+    // A panel that never came to the glass has not moved.
+    if (isHidden() || !m_main.isVisible()) return place;
+    place.dock = isFloating() ? EPanelDock::Float
+                 : m_main.dockWidgetArea(const_cast<CQtPanel*>(this)) == Qt::LeftDockWidgetArea
+                     ? EPanelDock::Left
+                     : EPanelDock::Right;
+    place.rc = FromQt(GetScreenRect());
+    place.bFront =
+        !m_main.tabifiedDockWidgets(const_cast<CQtPanel*>(this)).isEmpty() && !visibleRegion().isEmpty();
+    return place;
+}
+
+void CQtPanel::SetPlace(const TPanelPlace& place) {
+    m_place = place;
+    if (place.dock == EPanelDock::Float) {
+        m_main.addDockWidget(Qt::RightDockWidgetArea, this);
+        setFloating(true);
+        SetRect(place.rc);
+        return;
+    }
+    setFloating(false);
+    CQtPanel* pUnder = m_main.FindPanelAt(place, this);
+    m_main.addDockWidget(place.dock == EPanelDock::Left ? Qt::LeftDockWidgetArea : Qt::RightDockWidgetArea,
+                         this);
+    if (pUnder) m_main.tabifyDockWidget(pUnder, this);
+}
+
+void CQtPanel::ShowPanel(bool bShow) {
+    if (!bShow) m_place = GetPlace();
+    m_place.bShow = bShow;
+    setVisible(bShow);
+    if (bShow) raise();
+}
+
+// A window of its own becomes the active one by a click; the keyboard is for the picture all the same, except
+// to type into the panel.
+void CQtPanel::GiveKeyboardBack() {
+    if (isFloating() && !m_main.IsDestroyed()) m_main.activateWindow();
+}
+
+bool CQtPanel::eventFilter(QObject* pWatched, QEvent* pEvent) {
+    // The wheel scrolls the panel; what it happens to pass over keeps its value.
+    if (pEvent->type() == QEvent::Wheel && !static_cast<QWidget*>(pWatched)->hasFocus()) {
+        pEvent->ignore();
+        return true;
+    }
+    if (pEvent->type() == QEvent::MouseButtonRelease && !EditsText(pWatched) &&
+        !EditsText(pWatched->parent()))
+        GiveKeyboardBack();
+    return QDockWidget::eventFilter(pWatched, pEvent);
+}
+
+bool CQtPanel::event(QEvent* pEvent) {
+    const bool bHandled = QDockWidget::event(pEvent);
+    const QEvent::Type type = pEvent->type();
+    if (type == QEvent::MouseButtonRelease || type == QEvent::NonClientAreaMouseButtonRelease)
+        GiveKeyboardBack();
+    return bHandled;
+}
+
+void CQtPanel::keyPressEvent(QKeyEvent* pEvent) {
+    const int nKey = pEvent->key();
+    if (nKey != Qt::Key_Escape && nKey != Qt::Key_Return && nKey != Qt::Key_Enter)
+        return QDockWidget::keyPressEvent(pEvent);
+    FocusPicture();
+}
+
+void CQtPanel::FocusPicture() {
+    GiveKeyboardBack();
+    if (m_main.GetActiveChild()) m_main.GetActiveChild()->FocusView();
+}

@@ -1,0 +1,70 @@
+// A panel: a dock of the main window, or a window of its own over it.
+#pragma once
+
+#include "ui/panels/QtPanelControls.h"
+
+#include <QDockWidget>
+
+#include <memory>
+#include <vector>
+
+class CQtMainWindow;
+class QVBoxLayout;
+
+class CQtPanel : public QDockWidget, public IPanelWindow {
+public:
+    CQtPanel(CQtMainWindow& main, IWindowClient& client, const TPanelSetup& setup);
+    ~CQtPanel() override;
+
+    /// The client may be gone: nothing is told any more.
+    void Abandon();
+
+    IWindowClient& GetClient() override { return *m_pClient; }
+    void DefaultMessage(const TMessage& msg) override;
+    void Destroy() override;
+    void SetTitle(const std::wstring& strTitle) override;
+    void Show() override { ShowPanel(true); }
+    CRect GetRect() const override { return GetPlace().rc; }
+    void SetRect(const CRect& rc) override;
+    void Invalidate(const CRect&) override { update(); }
+    TPanelPlace GetPlace() const override;
+    void SetPlace(const TPanelPlace& place) override;
+    bool IsShown() const override { return !isHidden(); }
+    void ShowPanel(bool bShow) override;
+    void SetControls(const std::vector<TPanelControl>& vControls) override;
+
+    /// True when the panel was last put there.
+    bool HasPlace(const TPanelPlace& place) const {
+        return m_place.dock == place.dock && m_place.rc == place.rc;
+    }
+
+    /// True when it was last put in front of its tabs.
+    bool WasInFront() const { return m_place.bShow && m_place.bFront; }
+
+    QSize sizeHint() const override;
+    bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
+
+protected:
+    bool event(QEvent* pEvent) override;
+    void keyPressEvent(QKeyEvent* pEvent) override;
+
+private:
+    /// The widgets of one line, and the label in front of them.
+    struct TLine {
+        QWidget* pLabel = nullptr;
+        std::vector<size_t> vControls;
+    };
+
+    TPanelEvents MakeEvents();
+    void Post(EMessage id, int64_t wParam, int64_t lParam, const QString& strText = {});
+    void Fill(QWidget& content, const std::vector<TPanelControl>& vControls);
+    QRect GetScreenRect() const;
+    void GiveKeyboardBack();
+    void FocusPicture();
+
+    CQtMainWindow& m_main;
+    IWindowClient* m_pClient;
+    std::vector<std::unique_ptr<CQtPanelControl>> m_vControls;
+    std::vector<TLine> m_vLines;
+    TPanelPlace m_place; ///< as it was set
+};

@@ -1,0 +1,118 @@
+#include "ui/base/QtText.h"
+#include "ui/panels/QtPanelControls.h"
+
+#include <QAbstractSpinBox>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int MAX_TEXT = 64;
+constexpr int MAX_NUMBER = 16;
+
+/// A number's edit with spin buttons. Any text may stand in it.
+class CNumberEdit : public QAbstractSpinBox {
+public:
+    CNumberEdit(const TPanelControl& control, QWidget* pParent)
+        : QAbstractSpinBox(pParent), m_nMin(control.nMin), m_nMax(control.nMax) {
+        setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("0")) * 14);
+    }
+    QLineEdit* GetEdit() const { return lineEdit(); }
+
+    void stepBy(int nSteps) override {
+        const qint64 nValue = GetNumber() + nSteps;
+        lineEdit()->setText(QString::number(std::clamp<qint64>(nValue, m_nMin, m_nMax)));
+        lineEdit()->selectAll();
+        m_fnStepped();
+    }
+    std::function<void()> m_fnStepped;
+
+protected:
+    StepEnabled stepEnabled() const override {
+        const qint64 nValue = GetNumber();
+        StepEnabled steps = StepNone;
+        if (nValue < m_nMax) steps |= StepUpEnabled;
+        if (nValue > m_nMin) steps |= StepDownEnabled;
+        return steps;
+    }
+
+private:
+    // Text that is no number counts as 0.
+    qint64 GetNumber() const { return lineEdit()->text().trimmed().toLongLong(); }
+
+    int m_nMin;
+    int m_nMax;
+};
+
+/// Base of both edits: notifies once, when the focus is lost or Return is pressed.
+class CEditControl : public CQtPanelControl {
+public:
+    CEditControl(QLineEdit* pEdit, int nMaxLength, const TPanelControl& control, const TPanelEvents& events)
+        : m_pEdit(pEdit), m_nId(control.nId), m_fnChange(events.change) {
+        m_pEdit->setMaxLength(nMaxLength);
+        QObject::connect(m_pEdit, &QLineEdit::editingFinished, &m_alive, [this] { Flush(); });
+    }
+    QWidget* GetWidget() override { return m_pEdit; }
+    void Write(const TPanelControl& control) override {
+        // Text that is being typed is kept.
+        if (m_pEdit->hasFocus() && m_pEdit->text() != m_strShown && ToQt(control.strText) == m_strShown)
+            return;
+        m_strShown = ToQt(control.strText);
+        if (m_pEdit->text() != m_strShown) m_pEdit->setText(m_strShown);
+    }
+    void Flush() override {
+        const QString strText = m_pEdit->text();
+        if (strText == m_strShown) return;
+        m_strShown = strText;
+        m_fnChange(m_nId, 0, strText);
+    }
+
+protected:
+    QObject m_alive; ///< ends the connections: an edit that is destroyed loses the focus, too
+
+private:
+    QLineEdit* m_pEdit;
+    int m_nId;
+    std::function<void(int, int, const QString&)> m_fnChange;
+    QString m_strShown;
+};
+
+class CNumberControl : public CEditControl {
+public:
+    CNumberControl(CNumberEdit* pNumber, const TPanelControl& control, const TPanelEvents& events)
+        : CEditControl(pNumber->GetEdit(), MAX_NUMBER, control, events), m_pNumber(pNumber) {
+        pNumber->m_fnStepped = [this] { Flush(); };
+        QObject::connect(pNumber, &QAbstractSpinBox::editingFinished, &m_alive, [this] { Flush(); });
+    }
+    QWidget* GetWidget() override { return m_pNumber; }
+
+private:
+    CNumberEdit* m_pNumber;
+};
+
+class CReportControl : public CQtPanelControl {
+public:
+    explicit CReportControl(QWidget* pParent) : m_pReport(new QPlainTextEdit(pParent)) {
+        m_pReport->setReadOnly(true);
+        m_pReport->setLineWrapMode(QPlainTextEdit::NoWrap);
+        const QFontMetrics metrics = pParent->fontMetrics();
+        m_pReport->setMinimumSize(metrics.averageCharWidth() * 48, metrics.height() * 10);
+    }
+    QWidget* GetWidget() override { return m_pReport; }
+    void Write(const TPanelControl& control) override { m_pReport->setPlainText(ToQt(control.strText)); }
+
+private:
+    QPlainTextEdit* m_pReport;
+};
+
+} // namespace
+
+std::unique_ptr<CQtPanelControl> MakePanelEdit(const TPanelControl& control, const TPanelEvents& events,
+                                               QWidget* pParent) {
+    if (control.kind == TPanelControl::EKind::Report) return std::make_unique<CReportControl>(pParent);
+    if (control.kind == TPanelControl::EKind::Number)
+        return std::make_unique<CNumberControl>(new CNumberEdit(control, pParent), control, events);
+    return std::make_unique<CEditControl>(new QLineEdit(pParent), MAX_TEXT, control, events);
+}

@@ -1,0 +1,119 @@
+#include "ui/base/QtPaintScope.h"
+#include "ui/input/QtKeys.h"
+#include "ui/panels/QtPanelControls.h"
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QWidget>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+TColor ColorOf(const QColor& color) {
+    return MakeColor(static_cast<uint8_t>(color.red()), static_cast<uint8_t>(color.green()),
+                     static_cast<uint8_t>(color.blue()));
+}
+
+/// Puts the view's pixels on the widget, one to one.
+class CViewTarget : public IPaintTarget {
+public:
+    explicit CViewTarget(QWidget& widget) : m_painter(&widget), m_dScale(widget.devicePixelRatioF()) {}
+    void Blit(const uint8_t* pPixels, int nStride, CSize szBitmap, const CRect&) override {
+        QImage image(pPixels, szBitmap.cx, szBitmap.cy, nStride, QImage::Format_RGB32);
+        image.setDevicePixelRatio(m_dScale);
+        m_painter.drawImage(QPointF(0, 0), image);
+    }
+
+private:
+    QPainter m_painter;
+    qreal m_dScale;
+};
+
+class CViewWidget : public QWidget {
+public:
+    CViewWidget(const TPanelControl& control, std::function<void(int, EMessage, int64_t, int64_t)> fnEvent,
+                QWidget* pParent)
+        : QWidget(pParent), m_nId(control.nId), m_pView(control.pView),
+          m_szWanted(control.szView.cx, control.szView.cy), m_fnEvent(std::move(fnEvent)) {
+        setFocusPolicy(Qt::TabFocus);
+        setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+        setFixedHeight(m_szWanted.height());
+        setMinimumWidth(m_szWanted.width() / 2);
+    }
+    QSize sizeHint() const override { return m_szWanted; }
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        const qreal dScale = devicePixelRatioF();
+        const QPalette::ColorGroup group = isEnabled() ? QPalette::Active : QPalette::Disabled;
+        TPanelPaint paint;
+        paint.sz = {static_cast<int32_t>(std::lround(width() * dScale)),
+                    static_cast<int32_t>(std::lround(height() * dScale))};
+        paint.clrBack = ColorOf(palette().color(group, QPalette::Window));
+        paint.clrText = ColorOf(palette().color(group, QPalette::WindowText));
+        paint.bEnabled = isEnabled();
+        paint.bFocus = hasFocus();
+        if (paint.sz.cx <= 0 || paint.sz.cy <= 0 || !m_pView) return;
+        CViewTarget target(*this);
+        const CPaintScope painting;
+        m_pView->OnPaint(target, paint);
+    }
+    void mousePressEvent(QMouseEvent* pEvent) override {
+        if (pEvent->button() == Qt::LeftButton) Tell(EMessage::LButtonDown, *pEvent);
+    }
+    void mouseMoveEvent(QMouseEvent* pEvent) override {
+        if (pEvent->buttons().testFlag(Qt::LeftButton)) Tell(EMessage::MouseMove, *pEvent);
+    }
+    void mouseReleaseEvent(QMouseEvent* pEvent) override {
+        if (pEvent->button() == Qt::LeftButton) Tell(EMessage::LButtonUp, *pEvent);
+    }
+    void keyPressEvent(QKeyEvent* pEvent) override {
+        switch (pEvent->key()) {
+        case Qt::Key_Left:
+        case Qt::Key_Right:
+        case Qt::Key_Up:
+        case Qt::Key_Down:
+        case Qt::Key_Space:
+            m_fnEvent(m_nId, EMessage::KeyDown, VirtualKeyOf(*pEvent), pEvent->isAutoRepeat());
+            break;
+        default:
+            pEvent->ignore();
+        }
+    }
+    void focusInEvent(QFocusEvent*) override { update(); }
+    void focusOutEvent(QFocusEvent*) override { update(); }
+
+private:
+    void Tell(EMessage id, const QMouseEvent& event) {
+        const qreal dScale = devicePixelRatioF();
+        m_fnEvent(m_nId, id, event.modifiers().testFlag(Qt::ShiftModifier) ? MOUSE_SHIFT : 0,
+                  PackPoint(static_cast<int32_t>(std::floor(event.position().x() * dScale)),
+                            static_cast<int32_t>(std::floor(event.position().y() * dScale))));
+    }
+
+    int m_nId;
+    IPanelView* m_pView;
+    QSize m_szWanted;
+    std::function<void(int, EMessage, int64_t, int64_t)> m_fnEvent;
+};
+
+class CViewControl : public CQtPanelControl {
+public:
+    CViewControl(const TPanelControl& control, const TPanelEvents& events, QWidget* pParent)
+        : m_pView(new CViewWidget(control, events.view, pParent)) {}
+    QWidget* GetWidget() override { return m_pView; }
+    void Write(const TPanelControl&) override { m_pView->update(); }
+
+private:
+    CViewWidget* m_pView;
+};
+
+} // namespace
+
+std::unique_ptr<CQtPanelControl> MakePanelView(const TPanelControl& control, const TPanelEvents& events,
+                                               QWidget* pParent) {
+    return std::make_unique<CViewControl>(control, events, pParent);
+}

@@ -1,0 +1,159 @@
+#include "ui/platform/QtPlatform.h"
+
+#include "core/AppModule/MessageQueue.h"
+#include "core/Platform/Files.h"
+#include "core/Platform/Window.h"
+#include "system/environment/TickClock.h"
+#include "system/pictures/QtBitmap.h"
+#include "ui/base/QtText.h"
+#include "ui/input/QtEventPump.h"
+#include "ui/input/QtKeyFilter.h"
+#include "ui/input/QtPen.h"
+#include "ui/modal/QtDialogs.h"
+#include "ui/modal/QtFileDialogs.h"
+#include "ui/modal/QtMessageBoxes.h"
+#include "ui/panels/QtPanel.h"
+#include "ui/platform/QtSessionEnd.h"
+#include "ui/windows/QtCanvasWindow.h"
+#include "ui/windows/QtMainWindow.h"
+
+#include <QBuffer>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QMimeData>
+#include <QPixmap>
+#include <QPointer>
+
+namespace {
+
+class CQtClipboard : public IClipboard {
+public:
+    void SetText(const std::wstring& strText) override {
+        if (QClipboard* pClipboard = Find()) pClipboard->setText(ToQt(strText));
+    }
+    bool SetPicture(IBitmap& bitmap) override {
+        QClipboard* pClipboard = Find();
+        const QImage image = pClipboard ? CopyToImage(bitmap) : QImage();
+        if (image.isNull()) return false;
+        pClipboard->setImage(image);
+        return true;
+    }
+    bool HasPicture() override {
+        const QClipboard* pClipboard = Find();
+        const QMimeData* pData = pClipboard ? pClipboard->mimeData() : nullptr;
+        return pData && pData->hasImage();
+    }
+    boost::shared_ptr<IBitmap> GetPicture() override {
+        const QClipboard* pClipboard = Find();
+        return MakeBitmap(pClipboard ? pClipboard->image() : QImage());
+    }
+    uint32_t GetChangeCount() override {
+        Find();
+        return m_uChanges;
+    }
+
+private:
+    QClipboard* Find() {
+        if (!EnsureApplication()) return nullptr;
+        QClipboard* pClipboard = QGuiApplication::clipboard();
+        if (!m_pWatch) {
+            m_pWatch = std::make_unique<QObject>();
+            QObject::connect(pClipboard, &QClipboard::dataChanged, m_pWatch.get(), [this] { ++m_uChanges; });
+        }
+        return pClipboard;
+    }
+
+    std::unique_ptr<QObject> m_pWatch; ///< removes the connection
+    uint32_t m_uChanges = 1;           ///< the initial content counts as a change
+};
+
+class CQtWindowFactory : public IWindowFactory {
+public:
+    CQtWindowFactory(CQtEventPump& pump, CQtKeyFilter* pKeys, CQtPen& pen)
+        : m_pump(pump), m_pKeys(pKeys), m_pen(pen) {}
+    ~CQtWindowFactory() override { delete m_pMain; }
+
+    IMainWindow* CreateMainWindow(IWindowClient& client, const TMainWindowSetup& setup) override {
+        // One main window per session; a destroyed one may still be pending deletion.
+        if (!m_pKeys || (m_pMain && !m_pMain->IsDestroyed())) return nullptr;
+        m_pMain = new CQtMainWindow(client, setup, m_pump, *m_pKeys, m_pen);
+        return m_pMain;
+    }
+
+    ICanvasWindow* CreateCanvasWindow(IMainWindow& parent, IWindowClient& client,
+                                      const TCanvasWindowSetup& setup) override {
+        auto* pParent = dynamic_cast<CQtMainWindow*>(&parent);
+        if (!pParent || pParent->IsDestroyed()) return nullptr;
+        auto* pWindow = new CQtCanvasWindow(*pParent, client, setup);
+        pWindow->SetReady();
+        return pWindow;
+    }
+
+    IPanelWindow* CreatePanelWindow(IMainWindow& parent, IWindowClient& client,
+                                    const TPanelSetup& setup) override {
+        auto* pParent = dynamic_cast<CQtMainWindow*>(&parent);
+        if (!pParent || pParent->IsDestroyed()) return nullptr;
+        auto pPanel = std::make_unique<CQtPanel>(*pParent, client, setup);
+        pParent->AddPanel(pPanel.get());
+        return pPanel.release();
+    }
+
+    CQtMainWindow* GetMain() const { return m_pMain; }
+
+private:
+    CQtEventPump& m_pump;
+    CQtKeyFilter* m_pKeys;
+    CQtPen& m_pen;
+    QPointer<CQtMainWindow> m_pMain;
+};
+
+} // namespace
+
+struct CQtPlatform::TParts {
+    TParts(CMessageQueue& queue, IFileStore& files, ILocations& locations, IModules& modules,
+           IImageCodecs& codecs, ISnapshotStore& snapshots)
+        : m_queue(queue), m_pump(queue, m_keyState),
+          m_pKeys(EnsureApplication() ? std::make_unique<CQtKeyFilter>(m_pump, m_keyState) : nullptr),
+          m_windows(m_pump, m_pKeys.get(), m_pen), m_platform{queue,     m_windows, m_boxes,    m_fileDialogs,
+                                                              m_dialogs, files,     locations,  modules,
+                                                              codecs,    m_clock,   m_keyState, m_clipboard,
+                                                              snapshots, m_pen} {}
+
+    CMessageQueue& m_queue;
+    CQtKeyState m_keyState;
+    CQtEventPump m_pump;
+    std::unique_ptr<CQtKeyFilter> m_pKeys; ///< null when no window can be shown
+    CQtPen m_pen{m_pump};
+    CQtWindowFactory m_windows;
+    CQtMessageBoxes m_boxes;
+    CQtFileDialogs m_fileDialogs;
+    CQtDialogs m_dialogs;
+    CQtClipboard m_clipboard;
+    CTickClock m_clock;
+    TPlatform m_platform;
+    CQtSessionEnd m_end{[this] {
+        CQtMainWindow* pMain = m_windows.GetMain();
+        if (pMain && !pMain->IsDestroyed()) SendMessage({pMain, EMessage::EndSession});
+    }};
+};
+
+CQtPlatform::CQtPlatform(CMessageQueue& queue, IFileStore& files, ILocations& locations, IModules& modules,
+                         IImageCodecs& codecs, ISnapshotStore& snapshots)
+    : m_pParts(std::make_unique<TParts>(queue, files, locations, modules, codecs, snapshots)) {
+    queue.SetPump(&m_pParts->m_pump);
+}
+
+CQtPlatform::~CQtPlatform() { m_pParts->m_queue.SetPump(nullptr); }
+
+const TPlatform& CQtPlatform::GetPlatform() const { return m_pParts->m_platform; }
+IWindowFactory& CQtPlatform::GetWindows() { return m_pParts->m_windows; }
+IClipboard& CQtPlatform::GetClipboard() { return m_pParts->m_clipboard; }
+
+bool CQtPlatform::SaveScreenshot(const std::wstring& strPath) {
+    CQtMainWindow* pMain = m_pParts->m_windows.GetMain();
+    if (!pMain || pMain->IsDestroyed()) return false;
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    if (!buffer.open(QIODevice::WriteOnly) || !pMain->grab().save(&buffer, "PNG")) return false;
+    return static_cast<bool>(m_pParts->m_platform.files.Replace(strPath, bytes.toStdString()));
+}

@@ -1,0 +1,374 @@
+#include "ui/windows/QtMainWindow.h"
+
+#include "core/AppModule/ErrorBox.h"
+#include "core/AppModule/MessageQueue.h"
+#include "ui/base/QtApplication.h"
+#include "ui/base/QtText.h"
+#include "ui/input/QtEventPump.h"
+#include "ui/input/QtKeyFilter.h"
+#include "ui/input/QtPen.h"
+#include "ui/panels/QtPanel.h"
+#include "ui/windows/QtCanvasWindow.h"
+#include "ui/windows/QtMdiArrange.h"
+#include "ui/windows/QtToolBar.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDragEnterEvent>
+#include <QLabel>
+#include <QMdiArea>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QScreen>
+#include <QStatusBar>
+#include <QStyle>
+#include <QUrl>
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+/// Neutral, so that it does not affect how colours in the picture are perceived.
+constexpr QColor MDI_BACKGROUND(0x4a, 0x4a, 0x4a);
+
+} // namespace
+
+CQtMainWindow::CQtMainWindow(IWindowClient& client, const TMainWindowSetup& setup, CQtEventPump& pump,
+                             CQtKeyFilter& keys, CQtPen& pen)
+    : m_pClient(&client), m_pump(pump), m_keys(keys), m_pen(pen), m_pMdiArea(new QMdiArea(this)) {
+    PrepareTopLevel(*this);
+    // A host that is a Qt program waits with its own windows open: block their input meanwhile.
+    if (!OwnsApplication()) setWindowModality(Qt::ApplicationModal);
+    setAcceptDrops(true);
+    setContextMenuPolicy(Qt::NoContextMenu);
+    SetTitle(setup.strTitle);
+
+    m_pToolBar = new CQtToolBar(
+        setup.vToolBar,
+        [this](int nId, int nParameter) {
+            PostCommand(nId, nParameter);
+            // After a zoom line was chosen the focus returns to the picture.
+            if (m_pActive) m_pActive->FocusView();
+        },
+        this);
+    addToolBar(m_pToolBar);
+    menuBar()->setNativeMenuBar(false);
+    m_pMenus = MakeMenus(setup.vMenu);
+    m_pMenus->ShowIn(*menuBar());
+    MakeStatusBar();
+
+    m_pMdiArea->setBackground(MDI_BACKGROUND);
+    m_pMdiArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    m_pMdiArea->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    m_pMdiArea->setActivationOrder(QMdiArea::ActivationHistoryOrder);
+    m_pMdiArea->setFrameShape(QFrame::NoFrame);
+    setCentralWidget(m_pMdiArea);
+    m_pMdiArea->setFocus();
+    connect(m_pMdiArea, &QMdiArea::subWindowActivated, this, [this](QMdiSubWindow* pWindow) {
+        // The area also reports null when the whole program becomes inactive: keep the child.
+        if (!pWindow) pWindow = m_pMdiArea->currentSubWindow();
+        SetActiveChild(dynamic_cast<CQtCanvasWindow*>(pWindow));
+    });
+
+    PlaceAtFirst();
+    m_keys.SetWindow(this, [this]() -> IWindow* {
+        if (m_pActive) return m_pActive;
+        return m_bDestroyed ? nullptr : this;
+    });
+    m_pen.SetReceiver([this]() -> IWindow* {
+        if (m_pActive) return m_pActive;
+        return m_bDestroyed ? nullptr : this;
+    });
+}
+
+CQtMainWindow::~CQtMainWindow() {
+    // After Destroy there is nothing left to do. A failed session leaves its windows behind, whose clients
+    // may be destroyed: do not notify them.
+    m_bDestroyed = true;
+    disconnect(m_pMdiArea, nullptr, this, nullptr);
+    for (CQtCanvasWindow* pChild : m_vChildren) pChild->Abandon();
+    for (CQtPanel* pPanel : m_vPanels) pPanel->Abandon();
+    m_pump.Forget(this);
+    m_keys.SetWindow(nullptr, {});
+}
+
+void CQtMainWindow::MakeStatusBar() {
+    for (QLabel*& pLabel : m_apStatus) {
+        pLabel = new QLabel(this);
+        pLabel->setTextFormat(Qt::PlainText);
+        pLabel->setContentsMargins(4, 0, 4, 0);
+    }
+    // A long text is clipped instead of widening the window.
+    m_apStatus[0]->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    m_apStatus[1]->setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("Scale: 00000%")) + 8);
+    statusBar()->addWidget(m_apStatus[0], 1);
+    statusBar()->addPermanentWidget(m_apStatus[1]);
+}
+
+void CQtMainWindow::PlaceAtFirst() {
+    const QRect rcScreen = QGuiApplication::primaryScreen()->availableGeometry();
+    const QSize sz = QSize(1280, 860).boundedTo(rcScreen.size() * 9 / 10);
+    move(rcScreen.center() - QPoint(sz.width() / 2, sz.height() / 2));
+    resize(sz);
+}
+
+std::unique_ptr<CQtMenuSet> CQtMainWindow::MakeMenus(const std::vector<TMenuItem>& vMenu) {
+    auto pMenus = std::make_unique<CQtMenuSet>(
+        vMenu, CQtMenuSet::TEvents{[this](int nId) { PostCommand(nId, 0); },
+                                   [this] {
+                                       if (!m_bDestroyed)
+                                           SendMessage({this, EMessage::InitMenuPopup, 0, 0, {}});
+                                   },
+                                   [this](QMenu& menu) { Guarded([&] { ListWindows(menu); }); }});
+    m_pToolBar->TakeToolTips(vMenu);
+    if (m_nFirstRecentId != 0) pMenus->SetRecentFiles(m_nFirstRecentId, m_vRecent);
+    return pMenus;
+}
+
+CQtMenuSet& CQtMainWindow::GetShownMenus() {
+    return m_pActive && !m_pActive->GetMenus().IsEmpty() ? m_pActive->GetMenus() : *m_pMenus;
+}
+
+void CQtMainWindow::CMenuLook::SetState(int nId, bool bEnabled, bool bChecked) {
+    m_window.GetShownMenus().SetState(nId, bEnabled, bChecked);
+}
+
+void CQtMainWindow::PostCommand(int nId, int nParameter) {
+    if (!m_bDestroyed) m_pump.Post({this, EMessage::Command, nId, nParameter, {}});
+}
+
+void CQtMainWindow::ListWindows(QMenu& menu) {
+    for (const QPointer<QAction>& pAction : std::exchange(m_vWindowActions, {})) delete pAction;
+    if (m_vChildren.empty()) return;
+    m_vWindowActions.reserve(1 + m_vChildren.size());
+    m_vWindowActions.emplace_back(menu.addSeparator());
+    int nNumber = 0;
+    for (CQtCanvasWindow* pChild : m_vChildren) {
+        QString strTitle = pChild->GetMarkedTitle();
+        strTitle.replace(QLatin1Char('&'), QLatin1String("&&"));
+        ++nNumber;
+        QAction* pAction = menu.addAction((nNumber < 10 ? QStringLiteral("&%1 %2") : QStringLiteral("%1 %2"))
+                                              .arg(QString::number(nNumber), strTitle));
+        SetActionState(*pAction, true, pChild == m_pActive);
+        connect(pAction, &QAction::triggered, pChild, [pChild] { pChild->Activate(); });
+        m_vWindowActions.emplace_back(pAction);
+    }
+}
+
+void CQtMainWindow::DefaultMessage(const TMessage& msg) {
+    switch (msg.id) {
+    case EMessage::Close:
+        Destroy();
+        break;
+    case EMessage::KeyDown:
+    case EMessage::KeyUp:
+    case EMessage::SysKeyDown:
+    case EMessage::SysKeyUp:
+        m_keys.Default(msg);
+        break;
+    default:
+        break;
+    }
+}
+
+void CQtMainWindow::Destroy() {
+    if (m_bDestroyed) return;
+    m_bDestroyed = true;
+    SetActiveChild(nullptr);
+    SendMessage({this, EMessage::Destroy, 0, 0, {}});
+    hide();
+    while (!m_vChildren.empty()) m_vChildren.front()->Destroy();
+    while (!m_vPanels.empty()) m_vPanels.front()->Destroy();
+    std::exchange(m_pClient, nullptr)->OnFinalMessage();
+    m_pump.Forget(this);
+    m_pump.FreeLater(this);
+}
+
+void CQtMainWindow::SetTitle(const std::wstring& strTitle) { setWindowTitle(ToQt(strTitle)); }
+
+void CQtMainWindow::Show() {
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+    const bool bFirst = !m_bShown;
+    m_bShown = true;
+    show();
+    if (bFirst) SizePanels();
+    raise();
+    // An open dialog keeps the focus.
+    QWidget* pModal = QApplication::activeModalWidget();
+    (pModal ? pModal : this)->activateWindow();
+}
+
+CRect CQtMainWindow::GetRect() const {
+    if (isMaximized() || isFullScreen() || isMinimized()) return FromQt(normalGeometry());
+    return FromQt(QRect(pos(), size()));
+}
+
+void CQtMainWindow::SetRect(const CRect& rc) {
+    move(rc.left, rc.top);
+    resize(rc.Width(), rc.Height());
+}
+
+void CQtMainWindow::Invalidate(const CRect&) { update(); }
+
+ICommandLook& CQtMainWindow::GetToolBarLook() { return *m_pToolBar; }
+
+void CQtMainWindow::SetRecentFiles(int nFirstId, const std::vector<std::wstring>& vTexts) {
+    if (nFirstId == m_nFirstRecentId && vTexts == m_vRecent) return;
+    m_nFirstRecentId = nFirstId;
+    m_vRecent = vTexts;
+    m_pMenus->SetRecentFiles(nFirstId, vTexts);
+    for (CQtCanvasWindow* pChild : m_vChildren) pChild->GetMenus().SetRecentFiles(nFirstId, vTexts);
+}
+
+void CQtMainWindow::SetStatusText(int nPane, const std::wstring& strText) {
+    if (nPane == 0 || nPane == 1) m_apStatus[nPane]->setText(ToQt(strText));
+}
+
+void CQtMainWindow::SetZoomItems(const std::vector<std::wstring>& vItems) {
+    m_pToolBar->SetZoomItems(vItems);
+}
+void CQtMainWindow::SelectZoomItem(int nItem) { m_pToolBar->SelectZoomItem(nItem); }
+int CQtMainWindow::GetZoomItem() const { return m_pToolBar->GetZoomItem(); }
+
+void CQtMainWindow::ArrangeChildren(EArrange arrange) {
+    const QSize szArea = m_pMdiArea->viewport()->size();
+    std::vector<CQtCanvasWindow*> vIcons, vOpen;
+    for (CQtCanvasWindow* pChild : m_vChildren) (pChild->isMinimized() ? vIcons : vOpen).push_back(pChild);
+    if (arrange == EArrange::Icons) {
+        QPoint pt(0, szArea.height());
+        for (CQtCanvasWindow* pChild : vIcons) {
+            if (pt.x() > 0 && pt.x() + pChild->width() > szArea.width()) pt = {0, pt.y() - pChild->height()};
+            pChild->move(pt.x(), pt.y() - pChild->height());
+            pt.rx() += pChild->width();
+        }
+        return;
+    }
+    const int nCount = static_cast<int>(vOpen.size());
+    const int nStep = style()->pixelMetric(QStyle::PM_TitleBarHeight);
+    const std::vector<QRect> vRects = arrange == EArrange::Cascade
+                                          ? CascadeRects(szArea, nCount, nStep)
+                                          : TileRects(szArea, nCount, arrange == EArrange::TileHorizontal);
+    for (size_t idx = 0; idx < vOpen.size(); ++idx) {
+        if (vOpen[idx]->isMaximized()) vOpen[idx]->showNormal();
+        vOpen[idx]->setGeometry(vRects[idx]);
+        if (arrange == EArrange::Cascade) vOpen[idx]->raise();
+    }
+    if (m_pActive) m_pActive->raise();
+}
+
+std::vector<CRect> CQtMainWindow::GetScreens() const {
+    std::vector<CRect> vScreens;
+    const QScreen* pPrimary = QGuiApplication::primaryScreen();
+    if (pPrimary) vScreens.push_back(FromQt(pPrimary->availableGeometry()));
+    for (const QScreen* pScreen : QGuiApplication::screens())
+        if (pScreen != pPrimary) vScreens.push_back(FromQt(pScreen->availableGeometry()));
+    return vScreens;
+}
+
+void CQtMainWindow::SetMinimumSize(CSize sz) { setMinimumSize(sz.cx, sz.cy); }
+
+void CQtMainWindow::AddChild(CQtCanvasWindow* pChild) { m_vChildren.push_back(pChild); }
+
+// Only a visible window divides its sides as requested, and only over it can panels float.
+void CQtMainWindow::SizePanels() {
+    QList<QDockWidget*> lstDocks;
+    QList<int> lstWidths, lstHeights;
+    for (CQtPanel* pPanel : m_vPanels) {
+        if (pPanel->isHidden()) continue;
+        if (pPanel->isFloating()) {
+            pPanel->hide();
+            pPanel->ShowPanel(true);
+            continue;
+        }
+        lstDocks.append(pPanel);
+        lstWidths.append(pPanel->sizeHint().width());
+        lstHeights.append(pPanel->sizeHint().height());
+    }
+    resizeDocks(lstDocks, lstWidths, Qt::Horizontal);
+    resizeDocks(lstDocks, lstHeights, Qt::Vertical);
+    // The tab bar's current tab may be the last one while it shows the first: selecting it would have no
+    // effect, so another is selected first.
+    for (CQtPanel* pPanel : m_vPanels) {
+        if (!pPanel->WasInFront()) continue;
+        for (QDockWidget* pDock : tabifiedDockWidgets(pPanel)) pDock->raise();
+        pPanel->raise();
+    }
+}
+
+CQtPanel* CQtMainWindow::FindPanelAt(const TPanelPlace& place, const CQtPanel* pExcept) const {
+    const auto it = std::find_if(m_vPanels.begin(), m_vPanels.end(), [&](const CQtPanel* pPanel) {
+        return pPanel != pExcept && !pPanel->isFloating() && pPanel->HasPlace(place);
+    });
+    return it == m_vPanels.end() ? nullptr : *it;
+}
+
+void CQtMainWindow::RemoveChild(CQtCanvasWindow* pChild) {
+    std::erase(m_vChildren, pChild);
+    if (pChild != m_pActive) return;
+    // The previous one in the order of use becomes active.
+    CQtCanvasWindow* pNext = nullptr;
+    for (QMdiSubWindow* pWindow : m_pMdiArea->subWindowList(QMdiArea::ActivationHistoryOrder)) {
+        auto* pCandidate = dynamic_cast<CQtCanvasWindow*>(pWindow);
+        if (std::find(m_vChildren.begin(), m_vChildren.end(), pCandidate) != m_vChildren.end())
+            pNext = pCandidate;
+    }
+    if (pNext) {
+        pNext->Activate();
+    } else {
+        SetActiveChild(nullptr);
+    }
+}
+
+void CQtMainWindow::SetActiveChild(CQtCanvasWindow* pChild) {
+    if (pChild == m_pActive || (m_bDestroyed && pChild)) return;
+    // Ignore a child that is being created or was destroyed.
+    if (pChild && std::find(m_vChildren.begin(), m_vChildren.end(), pChild) == m_vChildren.end()) return;
+    const CQtMenuSet* pShown = &GetShownMenus();
+    CQtCanvasWindow* pOld = std::exchange(m_pActive, pChild);
+    if (const CQtMenuSet* pMenus = &GetShownMenus(); pMenus != pShown) pMenus->ShowIn(*menuBar());
+    UpdateMark();
+    if (pOld) SendMessage({pOld, EMessage::MdiActivate, 0, 0, {}});
+    if (pChild && m_pActive == pChild) SendMessage({pChild, EMessage::MdiActivate, 1, 0, {}});
+}
+
+void CQtMainWindow::UpdateMark() {
+    // Qt inserts a maximised child's title, with its mark, into the frame's.
+    const bool bShowsChild = m_pActive && m_pActive->isMaximized() && windowTitle().contains(TITLE_MARK);
+    setWindowModified(bShowsChild && m_pActive->isWindowModified());
+}
+
+bool CQtMainWindow::event(QEvent* pEvent) {
+    // An opened modal window takes the pointer, whose button may be down over a canvas. No other event does
+    // so: Qt sends a drag to the window where it began until it ends.
+    if (pEvent->type() == QEvent::WindowBlocked)
+        for (CQtCanvasWindow* pChild : m_vChildren) pChild->LoseCapture();
+    return QMainWindow::event(pEvent);
+}
+
+void CQtMainWindow::changeEvent(QEvent* pEvent) {
+    QMainWindow::changeEvent(pEvent);
+    if (pEvent->type() == QEvent::WindowTitleChange) UpdateMark();
+}
+
+void CQtMainWindow::closeEvent(QCloseEvent* pEvent) {
+    pEvent->ignore();
+    if (!m_bDestroyed) m_pump.Post({this, EMessage::Close, 0, 0, {}});
+}
+
+void CQtMainWindow::dragEnterEvent(QDragEnterEvent* pEvent) {
+    const QList<QUrl> lstUrls = pEvent->mimeData()->urls();
+    if (std::any_of(lstUrls.begin(), lstUrls.end(), [](const QUrl& url) { return url.isLocalFile(); }))
+        pEvent->acceptProposedAction();
+}
+
+void CQtMainWindow::dropEvent(QDropEvent* pEvent) {
+    if (m_bDestroyed) return;
+    for (const QUrl& url : pEvent->mimeData()->urls()) {
+        if (!url.isLocalFile()) continue;
+        Guarded([&] {
+            m_pump.Post({this, EMessage::DropFiles, 0, 0, FromQt(url.toLocalFile())});
+            pEvent->acceptProposedAction();
+        });
+    }
+}

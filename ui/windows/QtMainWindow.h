@@ -1,0 +1,118 @@
+// The main frame's window. Positions on the screen are device-independent pixels, as Qt places windows.
+#pragma once
+
+#include "core/Platform/Panel.h"
+#include "ui/windows/QtMenu.h"
+
+#include <QMainWindow>
+#include <QPointer>
+
+#include <memory>
+#include <vector>
+
+class CQtCanvasWindow;
+class CQtEventPump;
+class CQtKeyFilter;
+class CQtPanel;
+class CQtPen;
+class CQtToolBar;
+class QLabel;
+class QMdiArea;
+
+class CQtMainWindow : public QMainWindow, public IMainWindow {
+public:
+    CQtMainWindow(IWindowClient& client, const TMainWindowSetup& setup, CQtEventPump& pump,
+                  CQtKeyFilter& keys, CQtPen& pen);
+    ~CQtMainWindow() override;
+
+    IWindowClient& GetClient() override { return *m_pClient; }
+    void DefaultMessage(const TMessage& msg) override;
+    void Destroy() override;
+    void SetTitle(const std::wstring& strTitle) override;
+    void Show() override;
+    /// The frame's position and its inner size: the decorations are unknown before the window shows, and
+    /// the value must survive a round trip. While maximised, the place to restore.
+    CRect GetRect() const override;
+    void SetRect(const CRect& rc) override;
+    void Invalidate(const CRect& rc) override;
+
+    ICommandLook& GetMenuLook() override { return m_menuLook; }
+    ICommandLook& GetToolBarLook() override;
+    void SetRecentFiles(int nFirstId, const std::vector<std::wstring>& vTexts) override;
+    void SetStatusText(int nPane, const std::wstring& strText) override;
+    void SetZoomItems(const std::vector<std::wstring>& vItems) override;
+    void SelectZoomItem(int nItem) override;
+    int GetZoomItem() const override;
+    void ArrangeChildren(EArrange arrange) override;
+    std::vector<CRect> GetScreens() const override;
+    void SetMinimumSize(CSize sz) override;
+
+    QMdiArea& GetMdiArea() { return *m_pMdiArea; }
+    CQtEventPump& GetPump() { return m_pump; }
+    CQtKeyFilter& GetKeys() { return m_keys; }
+    CQtPen& GetPen() { return m_pen; }
+    CQtCanvasWindow* GetActiveChild() const { return m_pActive; }
+    /// True once Destroy has begun: then nothing may be created in the window.
+    bool IsDestroyed() const { return m_bDestroyed; }
+
+    /// Creates a child's menus, included in state updates and recent files; they live as long as the child.
+    std::unique_ptr<CQtMenuSet> MakeMenus(const std::vector<TMenuItem>& vMenu);
+    void AddChild(CQtCanvasWindow* pChild);
+    /// Removes a child that is being destroyed; the one used before it becomes active.
+    void RemoveChild(CQtCanvasWindow* pChild);
+    /// Activates a child, or none: switches the menus and sends MdiActivate to both.
+    void SetActiveChild(CQtCanvasWindow* pChild);
+    /// Sets the modified mark in the frame's title when it shows the title of a maximised child with one.
+    void UpdateMark();
+
+    void AddPanel(CQtPanel* pPanel) { m_vPanels.push_back(pPanel); }
+    void RemovePanel(CQtPanel* pPanel) { std::erase(m_vPanels, pPanel); }
+    /// A docked panel other than `pExcept` with the same place, null when there is none.
+    CQtPanel* FindPanelAt(const TPanelPlace& place, const CQtPanel* pExcept) const;
+
+    /// Moves the focus to the next widget in Tab order, or the previous one.
+    bool MoveFocus(bool bNext) { return focusNextPrevChild(bNext); }
+
+    /// No context menu to hide the tool bar.
+    QMenu* createPopupMenu() override { return nullptr; }
+
+protected:
+    bool event(QEvent* pEvent) override;
+    void changeEvent(QEvent* pEvent) override;
+    void closeEvent(QCloseEvent* pEvent) override;
+    void dragEnterEvent(QDragEnterEvent* pEvent) override;
+    void dropEvent(QDropEvent* pEvent) override;
+
+private:
+    /// Sets the states in the menus that are shown.
+    struct CMenuLook : ICommandLook {
+        explicit CMenuLook(CQtMainWindow& window) : m_window(window) {}
+        void SetState(int nId, bool bEnabled, bool bChecked) override;
+        CQtMainWindow& m_window;
+    };
+
+    void MakeStatusBar();
+    void PlaceAtFirst();
+    void SizePanels();
+    void ListWindows(QMenu& menu);
+    CQtMenuSet& GetShownMenus();
+    void PostCommand(int nId, int nParameter);
+
+    IWindowClient* m_pClient;
+    CQtEventPump& m_pump;
+    CQtKeyFilter& m_keys;
+    CQtPen& m_pen;
+    CMenuLook m_menuLook{*this};
+    std::unique_ptr<CQtMenuSet> m_pMenus;
+    CQtToolBar* m_pToolBar;
+    QMdiArea* m_pMdiArea;
+    QLabel* m_apStatus[2];
+    std::vector<QPointer<QAction>> m_vWindowActions; ///< of the menu listed last, deleted with its child
+    std::vector<CQtCanvasWindow*> m_vChildren;       ///< in the order of their creation
+    CQtCanvasWindow* m_pActive = nullptr;
+    std::vector<CQtPanel*> m_vPanels;
+    int m_nFirstRecentId = 0;
+    std::vector<std::wstring> m_vRecent;
+    bool m_bShown = false; ///< Show has been called
+    bool m_bDestroyed = false;
+};
