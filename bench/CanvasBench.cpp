@@ -67,7 +67,8 @@ void FlattenAll(benchmark::State& state) {
     spCanvas->Flatten(); // allocates the tiles
     for (auto _ : state) {
         state.PauseTiming();
-        for (const TLayerPtr& spLayer : spCanvas->GetRoot().GetChildren()) spLayer->MarkAllDirty();
+        for (const TLayerPtr& spLayer : spCanvas->GetRoot().GetChildren())
+            spLayer->GetPicture().MarkAllDirty();
         state.ResumeTiming();
         benchmark::DoNotOptimize(spCanvas->Flatten());
     }
@@ -100,7 +101,7 @@ void Repaint(benchmark::State& state, bool bStale) {
     for (auto _ : state) {
         state.PauseTiming();
         for (const TLayerPtr& spLayer : spCanvas->GetRoot().GetChildren())
-            if (bStale) spLayer->MarkAllDirty();
+            if (bStale) spLayer->GetPicture().MarkAllDirty();
         screen.Drop();
         state.ResumeTiming();
         screen.Refresh(*spCanvas, view);
@@ -200,7 +201,7 @@ void NestedClips(benchmark::State& state) {
     spCanvas->ComposeAll();
     for (auto _ : state) {
         state.PauseTiming();
-        for (const TLayerPtr& spLayer : vLayers) spLayer->MarkAllDirty();
+        for (const TLayerPtr& spLayer : vLayers) spLayer->GetPicture().MarkAllDirty();
         state.ResumeTiming();
         spCanvas->ComposeAll();
     }

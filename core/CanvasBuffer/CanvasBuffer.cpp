@@ -1,6 +1,8 @@
 #include "core/CanvasBuffer/CanvasBuffer.h"
 
 #include "core/Base/Failure.h"
+#include "core/LayerBuffer/LayerWire.h"
+#include "core/RasterBuffer/PlaneKind.h"
 
 #include <boost/make_shared.hpp>
 
@@ -18,8 +20,9 @@ constexpr wchar_t UNTITLED[] = L"名称未設定";
 /// The hidden root holds all top-level layers; it has no pixels of its own and clips nothing.
 class CCanvasBuffer::InternalLayerBuffer : public CLayerBuffer {
 public:
-    void Deserialize(CDeserializer& reader, const TCanvasPtr&) override { DeserializeBase(reader); }
-    CSerializer Serialize() const override { return SerializeBase(); }
+    void Deserialize(CDeserializer& reader, const TCanvasPtr&) override { DeserializeBase(*this, reader); }
+    CSerializer Serialize() const override { return SerializeBase(*this); }
+    bool IsClipping() const override { return false; }
     bool canBeMergedWith(const CLayerBuffer&) const override { return false; }
 
 protected:
@@ -28,7 +31,6 @@ protected:
         spRoot->Create(spCanvas);
         return spRoot;
     }
-    bool IsClipping() const override { return false; }
 };
 
 CCanvasBuffer::CCanvasBuffer() : m_spHistory(boost::make_shared<CHistoryStream>()) {}
@@ -73,7 +75,7 @@ void CCanvasBuffer::SelectLayer(const TLayerPtr& spLayer) {
 }
 
 void CCanvasBuffer::FlushCanvasUpdates() {
-    GetRoot().UpdateFlags();
+    GetRoot().GetPicture().UpdateFlags();
     m_spCounters->Update(GetRoot().GetDrawBuffer()->GetDirty());
 }
 
@@ -96,7 +98,8 @@ boost::shared_ptr<CRasterBuffer> CCanvasBuffer::Flatten() {
     FlushCanvasUpdates();
     const auto spPicture = CreatePlane(IsColorPicture(), m_size, DEFAULT_BLOCKSIZE);
     spPicture->ForEachBlock([&](CPoint pt) {
-        if (GetRoot().HasPicture(pt)) GetRoot().PaintPicture(*spPicture->GetBlock(pt, true));
+        CLayerPicture& root = GetRoot().GetPicture();
+        if (root.HasPicture(pt)) root.PaintPicture(*spPicture->GetBlock(pt, true));
     });
     return spPicture;
 }
@@ -149,7 +152,7 @@ void CCanvasBuffer::SwapFullBackup(const boost::shared_ptr<CCanvasBuffer>& spCan
     std::swap(spCanvas->m_bColor, stor.m_bColor);
     std::swap(spCanvas->m_bColorRaster, stor.m_bColorRaster);
     spCanvas->m_size = spCanvas->m_spRoot->GetSize();
-    spCanvas->m_spRoot->MarkAllDirty();
+    spCanvas->m_spRoot->GetPicture().MarkAllDirty();
     stor.internalLayer->DropCaches();
 }
 
@@ -217,4 +220,6 @@ boost::shared_ptr<CCanvasBuffer> CreateCanvas(CSize sz, bool bColor) {
     return spCanvas;
 }
 
-void ComposeBlock(CCanvasBuffer& canvas, int32_t x, int32_t y) { canvas.GetRoot().UpdateBlock({x, y}); }
+void ComposeBlock(CCanvasBuffer& canvas, int32_t x, int32_t y) {
+    canvas.GetRoot().GetPicture().UpdateBlock({x, y});
+}

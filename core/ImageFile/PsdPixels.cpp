@@ -3,6 +3,7 @@
 #include "core/ImageFile/PackBits.h"
 #include "core/RasterBuffer/ColorRasterBuffer.h"
 #include "core/RasterBuffer/MonoRasterBuffer.h"
+#include "core/RasterBuffer/PlaneKind.h"
 #include "core/RasterKernel/ResolveKernel.h"
 
 #include <algorithm>
@@ -29,15 +30,15 @@ void ForEachRow(const CRasterBlockBuffer& tile, CSize szCanvas, Function fn) {
 bool PaintRecord(const TPsdRecord& record, CRasterBlockBuffer& tile) {
     CLayerBuffer& layer = *record.pLayer;
     if (record.kind == EPsdRecord::Picture) {
-        if (!layer.HasPicture(tile.GetPosition())) return false;
+        if (!layer.GetPicture().HasPicture(tile.GetPosition())) return false;
         // Clipping leaves colours in transparent pixels; they are cleared while copying.
         const auto spPicture = tile.CreateBlank(tile.GetSize());
-        layer.PaintPicture(*spPicture);
+        layer.GetPicture().PaintPicture(*spPicture);
         spPicture->BlendWith(tile, 255, nullptr);
         return true;
     }
     if (!layer.PrepareOwn(tile.GetPosition())) return false;
-    layer.RenderContent(tile);
+    layer.RenderOwn(tile);
     return true;
 }
 

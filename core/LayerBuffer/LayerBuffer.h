@@ -1,9 +1,9 @@
-// The base of all layers: a cached picture of the layer and everything under it, rebuilt block by block.
+// The base of all layers: what a layer is and where it lies in the tree.
 #pragma once
 
 #include "core/LayerBuffer/LayerCanvas.h"
 #include "core/LayerBuffer/LayerChange.h"
-#include "core/RasterBuffer/RasterBuffer.h"
+#include "core/LayerBuffer/LayerPicture.h"
 
 #include <boost/enable_shared_from_this.hpp>
 #include <boost/noncopyable.hpp>
@@ -19,152 +19,25 @@ using TLayerList = std::list<TLayerPtr>;
 using TPlaneList = std::list<boost::shared_ptr<CRasterBuffer>>;
 using TCanvasPtr = boost::shared_ptr<ILayerCanvas>;
 
-/// An empty plane of the canvas's grid, colour or grey.
-boost::shared_ptr<CRasterBuffer> CreatePlane(bool bColor, CSize sz, CSize szBlock);
-
-/// The plane in the other kind, tile by tile and only where tiles exist: colour to grey by GreyOf, grey into
-/// all three channels. A plane of the wanted kind is returned itself.
-boost::shared_ptr<CRasterBuffer> ConvertPlane(const boost::shared_ptr<CRasterBuffer>& spPlane, bool bColor);
-
 /// How deep layers may lie in each other, in a document and in its file.
 constexpr int MAX_LAYER_NESTING = 256;
-
-/// By how much thumbnails shrink a canvas: the largest divisor of 96 that keeps both sides over 34, else 1.
-int ThumbnailScale(CSize szCanvas);
 
 /// More than the number of any stroke.
 constexpr uint64_t NO_STROKE = UINT64_MAX;
 
-/// A layer. Useless without its canvas, which it holds weakly. Children are painted from the first to the
-/// last; children of anything but a set or the root are clipped to their parent's coverage.
+/// A layer. Useless without its canvas, which it holds weakly. How it is painted with its children is
+/// `CLayerPicture`'s matter, its form in files `LayerWire`'s.
 class CLayerBuffer : public boost::enable_shared_from_this<CLayerBuffer>, boost::noncopyable {
 public:
+    CLayerBuffer() : m_picture(*this) {}
     virtual ~CLayerBuffer() = default;
-
-    /// Reads the layer's chunk into a new layer of `spCanvas`; raises deserialize_error.
-    virtual void Deserialize(CDeserializer& reader, const TCanvasPtr& spCanvas) = 0;
     /// Sets canvas, size, the name "NoName" and new planes, all flags dirty.
     virtual void Create(const TCanvasPtr& spCanvas);
-    /// Brings the tile at `dest`'s position up to date and, if the layer is visible, blends it into `dest`.
-    virtual void DrawBlock(CRasterBlockBuffer& dest);
-    /// Brings what RenderOwn paints from up to date at the block of `pt` and clears its flags. True when
-    /// there is something to paint.
-    virtual bool PrepareOwn(CPoint) { return false; }
-    /// Paints the layer's own content, prepared before, into a cleared tile of either kind.
-    virtual void RenderOwn(CRasterBlockBuffer&) const {}
-    /// The tile that is exactly what RenderOwn would paint at the block of `pt`, prepared before; null when
-    /// there is no such tile.
-    virtual boost::shared_ptr<CRasterBlockBuffer> GetOwnTile(CPoint) const { return {}; }
-    /// RenderOwn for those who take a layer's content also while it is hidden.
-    virtual void RenderContent(CRasterBlockBuffer& dest) const { RenderOwn(dest); }
-    /// True when RenderOwn may paint something at the block of `pt`, prepared or not.
-    virtual bool MayPaintAt(CPoint) const { return false; }
-    /// Passes the flags of the layer's own content on into a matrix of the block grid.
-    virtual void GetChangeMatrix(CBoolMatrix&) {}
-    /// Adds the flags of the blocks in which the picture shows something, or did when it was last composed,
-    /// to a matrix of the block grid. Stale blocks need not be among them: they are flagged already.
-    virtual void AddPictureTo(CBoolMatrix& matrix) const { m_pDrawBuffer->AddTilesTo(matrix); }
+    /// Reads the layer's chunk into a new layer of `spCanvas`; raises deserialize_error.
+    virtual void Deserialize(CDeserializer& reader, const TCanvasPtr& spCanvas) = 0;
     virtual CSerializer Serialize() const = 0;
-    /// A copy of the layer and of all below it for a canvas of this size, in no tree yet. Tiles are shared,
-    /// so that it costs next to nothing until something is drawn. Strokes in progress are not copied.
-    boost::shared_ptr<CLayerBuffer> CreateFullCopy(const TCanvasPtr& spCanvas) const;
-    /// Memory of the content here and below that `pTwin`, a tree of the same shape, does not share; all of it
-    /// for null. Pictures that can be painted anew do not count.
-    size_t GetBytes(const CLayerBuffer* pTwin) const;
-    /// Gives the memory of the pictures here and below back: they are painted anew when they are next asked
-    /// for. For a layer that is in no tree. Never throws.
-    virtual void DropCaches();
-    /// Takes strokes in this layer and below one slice of time further and merges the complete stroke of that
-    /// number once it is rendered; true when a redraw is due.
-    virtual bool UpdateStrokes(uint64_t uNumber);
-    /// The lowest number of the complete strokes in this layer and below that wait to be merged, NO_STROKE
-    /// when none does.
-    virtual uint64_t GetNextStroke() const;
-    /// True while complete strokes in this layer or below wait to be merged.
-    bool HasPendingWork() const { return GetNextStroke() != NO_STROKE; }
-    /// True while UpdateStrokes has something to do in this layer or below without any new point.
-    virtual bool IsBehind() const;
-    /// A new layer, in no tree yet, that holds this layer's picture under the other's, both with their
-    /// opacities; null when the two cannot be merged.
-    virtual boost::shared_ptr<CLayerBuffer> MergeWith(CLayerBuffer&) { return {}; }
-    /// True when `other`, directly above, may be merged onto this layer.
-    virtual bool canBeMergedWith(const CLayerBuffer& other) const;
-    virtual bool IsRasterizable() const { return false; }
-    /// True when children paint only where this layer has paint.
-    virtual bool IsClipping() const { return true; }
 
-    /// Rebuilds the draw buffer's tile at `pt` (any pixel of the block) if it is stale; where nothing paints
-    /// there is no tile.
-    void UpdateBlock(CPoint pt);
-    /// The picture in the kind of `dest`, a cleared tile, whatever kind draw buffers have: paints content and
-    /// children, without this layer's opacity and also while it is hidden. The canvas's flags must have been
-    /// gathered.
-    void PaintPicture(CRasterBlockBuffer& dest);
-    /// Paints the same with the layer's opacity onto a tile, if the layer is visible.
-    virtual void PaintOnto(CRasterBlockBuffer& dest);
-    /// True when PaintPicture may paint something at the block of `pt`.
-    bool HasPicture(CPoint pt);
-    /// Paints what PaintPicture paints, with the layer's opacity, onto a tile.
-    void PaintWithOpacity(CRasterBlockBuffer& dest);
-    /// UpdateBlock for a layer whose parent is being updated.
-    virtual void RefreshBlock(CPoint pt) { UpdateBlock(pt); }
-    /// True when DrawBlock would paint something at the block of `pt`, which is up to date.
-    virtual bool ShowsAt(CPoint pt) const { return m_bVisible && m_pDrawBuffer->GetBlock(pt, false); }
-    /// Passes the flags of all layers below on into this layer's own, children first: those that were set
-    /// since the last time.
-    void UpdateFlags();
-    /// New draw buffers and thumbnails, and pixels converted, in the kinds that the canvas now has; opacities
-    /// stay. Children too.
-    virtual void FollowColorMode();
-    /// Gives the layer and all below it another size: new planes, filled by `change`; opacities stay, every
-    /// flag is set. The canvas must have that size already.
-    virtual void Resize(CSize sz, const TLayerChange& change);
-    /// Changes the content of the layer and of all below it.
-    void Transform(const TLayerChange& change) { Resize(m_size, change); }
-    /// Appends a copy of the pixels of every raster layer here and below, which shares their tiles.
-    virtual void PushBackup(TPlaneList& lstPlanes) const;
-    /// Exchanges the pixels of every raster layer here and below with the planes from `itPlane` on, in the
-    /// order of PushBackup, and moves `itPlane` past them.
-    virtual void SwapBackup(TPlaneList& lstPlanes, TPlaneList::iterator& itPlane);
-    /// The layer's own content as one tile of the whole canvas: pixels, or the coverage of paths. Null for
-    /// layers without content of their own.
-    virtual boost::shared_ptr<CRasterBlockBuffer> CreateFlatBlock() { return {}; }
-    /// Flags every block of this layer's picture as stale.
-    void MarkAllDirty() { m_pDrawBuffer->GetDirty().Fill(true); }
-    /// Flags the blocks of this layer's picture in which it has or had something.
-    void MarkPicture() { AddPictureTo(m_pDrawBuffer->GetDirty()); }
-
-    /// Inserts a layer among the children, at the end for -1; an undoable action unless `bHistory` is false.
-    /// An index outside the list is a defect. Raises refused_error, as MoveLayer does, when layers would lie
-    /// deeper than MAX_LAYER_NESTING in each other.
-    void AddLayer(const TLayerPtr& spLayer, int idxLayer, bool bHistory = true);
-    /// Takes a child (by value: it may be named by the list that it leaves) out; an undoable action unless
-    /// `bHistory` is false. One that is no child is a defect.
-    void RemoveLayer(TLayerPtr spLayer, bool bHistory = true);
-    /// Takes a child out and puts it into `spParent` (this layer or another, not below the child), where it
-    /// has index `idxLayer` afterwards, -1 for the end; an undoable action unless `bHistory` is false.
-    void MoveLayer(TLayerPtr spLayer, const TLayerPtr& spParent, int idxLayer, bool bHistory = true);
-    /// Exchanges the child list with `lst`. A child that was active and left is followed by the last of those
-    /// that took its place. Null does nothing.
-    static void SwapChildren(const TLayerPtr& spLayer, TLayerList* pList);
-    /// Memory of those in the list that are no children of `spLayer`; 0 for null.
-    static size_t GetBytesBeside(const TLayerPtr& spLayer, const TLayerList& lst);
-    /// The layer, this one or below, that has `layer` as its child; null when none has.
-    TLayerPtr FindParentOf(const CLayerBuffer& layer);
-    const TLayerList& GetChildren() const { return m_lstChildren; }
-    /// How many layers lie in each other below this one, at most; 0 without children.
-    int GetNesting() const;
-    /// How far below this layer another one lies: 0 for itself, -1 when it does not.
-    int GetDepthOf(const CLayerBuffer& layer) const;
-    /// Index of a child, -1 when it is none.
-    int IndexOf(const CLayerBuffer& layer) const;
-    /// The child that is current in this layer, null for none.
-    TLayerPtr GetActiveChild() const { return m_wpActive.lock(); }
-    void SetActiveChild(const TLayerPtr& spLayer) { m_wpActive = spLayer; }
-
-    const boost::shared_ptr<CRasterBuffer>& GetDrawBuffer() const { return m_pDrawBuffer; }
-    /// The picture reduced by ThumbnailScale, as far as the draw buffer is up to date.
-    const boost::shared_ptr<CRasterBuffer>& GetThumbnail();
+    // State.
     /// The document; a self-check fails when it is gone.
     TCanvasPtr GetCanvas() const;
     CSize GetSize() const { return m_size; }
@@ -182,36 +55,129 @@ public:
     /// Never throws.
     void FollowVisibility(const CLayerBuffer& other);
     /// Opacity 0 to 255, kept by the draw buffer alone.
-    uint8_t GetOpacity() const { return m_pDrawBuffer->GetOpacity(); }
+    uint8_t GetOpacity() const { return GetDrawBuffer()->GetOpacity(); }
     /// Sets it and flags the picture. With `bHistory` an undoable action; changes that follow each other on
     /// one layer are one.
     void SetOpacity(uint8_t uOpacity, bool bHistory = false);
+    /// Sets name, visibility and opacity of a layer that was just created: without history, no flag changes.
+    void InitState(const std::wstring& strName, bool bVisible, uint8_t uOpacity);
 
-protected:
-    /// True when the draw buffer holds what PaintPicture is to paint into a tile of that kind.
-    virtual bool IsPictureCached(bool bColor) const { return GetCanvas()->IsColor() == bColor; }
-    /// False while nothing of this layer can show, so that its flags stay with it.
-    virtual bool PassesFlags() const { return true; }
+    // Tree.
+    const TLayerList& GetChildren() const { return m_lstChildren; }
+    /// Inserts a layer among the children, at the end for -1; an undoable action unless `bHistory` is false.
+    /// An index outside the list is a defect. Raises refused_error, as MoveLayer does, when layers would lie
+    /// deeper than MAX_LAYER_NESTING in each other.
+    void AddLayer(const TLayerPtr& spLayer, int idxLayer, bool bHistory = true);
+    /// Takes a child (by value: it may be named by the list that it leaves) out; an undoable action unless
+    /// `bHistory` is false. One that is no child is a defect.
+    void RemoveLayer(TLayerPtr spLayer, bool bHistory = true);
+    /// Takes a child out and puts it into `spParent` (this layer or another, not below the child), where it
+    /// has index `idxLayer` afterwards, -1 for the end; an undoable action unless `bHistory` is false.
+    void MoveLayer(TLayerPtr spLayer, const TLayerPtr& spParent, int idxLayer, bool bHistory = true);
+    /// Appends a child to a layer that was just created: no history, no check, no flag changes.
+    void InitChild(const TLayerPtr& spLayer, bool bActive);
+    /// Exchanges the child list with `lst`. A child that was active and left is followed by the last of those
+    /// that took its place. Null does nothing.
+    static void SwapChildren(const TLayerPtr& spLayer, TLayerList* pList);
+    /// Memory of those in the list that are no children of `spLayer`; 0 for null.
+    static size_t GetBytesBeside(const TLayerPtr& spLayer, const TLayerList& lst);
+    /// The layer, this one or below, that has `layer` as its child; null when none has.
+    TLayerPtr FindParentOf(const CLayerBuffer& layer);
+    /// How many layers lie in each other below this one, at most; 0 without children.
+    int GetNesting() const;
+    /// How far below this layer another one lies: 0 for itself, -1 when it does not.
+    int GetDepthOf(const CLayerBuffer& layer) const;
+    /// Index of a child, -1 when it is none.
+    int IndexOf(const CLayerBuffer& layer) const;
+    /// The child that is current in this layer, null for none.
+    TLayerPtr GetActiveChild() const { return m_wpActive.lock(); }
+    void SetActiveChild(const TLayerPtr& spLayer) { m_wpActive = spLayer; }
+
+    // What the picture is made of.
+    CLayerPicture& GetPicture() { return m_picture; }
+    const boost::shared_ptr<CRasterBuffer>& GetDrawBuffer() const { return m_picture.GetDrawBuffer(); }
+    /// Brings what RenderOwn paints from up to date at the block of `pt` and clears its flags. True when
+    /// there is something to paint.
+    virtual bool PrepareOwn(CPoint) { return false; }
+    /// Paints the layer's own content, prepared before, into a cleared tile of either kind, also while the
+    /// layer is hidden.
+    virtual void RenderOwn(CRasterBlockBuffer&) const {}
+    /// The tile that is exactly what RenderOwn would paint at the block of `pt`, prepared before; null when
+    /// there is no such tile.
+    virtual boost::shared_ptr<CRasterBlockBuffer> GetOwnTile(CPoint) const { return {}; }
+    /// True when RenderOwn may paint something at the block of `pt`, prepared or not.
+    virtual bool MayPaintAt(CPoint) const { return false; }
+    /// Passes the flags of the layer's own content on into a matrix of the block grid.
+    virtual void GetChangeMatrix(CBoolMatrix&) {}
+    /// Adds the blocks of content that the picture does not have while the layer is hidden.
+    virtual void AddHiddenTo(CBoolMatrix&) const {}
     /// False while the layer's own content does not show, so that it is not prepared for the view.
     virtual bool PaintsOwn() const { return true; }
+    /// True when children paint only where this layer has paint.
+    virtual bool IsClipping() const { return true; }
+    /// True when children are painted straight onto what lies under this layer, without its opacity.
+    virtual bool IsPassThrough() const { return false; }
 
+    // Changes of the whole content, here and below.
+    /// A copy of the layer and of all below it for a canvas of this size, in no tree yet. Tiles are shared,
+    /// so that it costs next to nothing until something is drawn. Strokes in progress are not copied.
+    boost::shared_ptr<CLayerBuffer> CreateFullCopy(const TCanvasPtr& spCanvas) const;
+    /// Memory of the content here and below that `pTwin`, a tree of the same shape, does not share; all of it
+    /// for null. Pictures that can be painted anew do not count.
+    size_t GetBytes(const CLayerBuffer* pTwin) const;
+    /// Gives the memory of the pictures here and below back: they are painted anew when they are next asked
+    /// for. For a layer that is in no tree. Never throws.
+    virtual void DropCaches();
+    /// New draw buffers and thumbnails, and pixels converted, in the kinds that the canvas now has; opacities
+    /// stay. Children too.
+    virtual void FollowColorMode();
+    /// Gives the layer and all below it another size: new planes, filled by `change`; opacities stay, every
+    /// flag is set. The canvas must have that size already.
+    virtual void Resize(CSize sz, const TLayerChange& change);
+    /// Changes the content of the layer and of all below it.
+    void Transform(const TLayerChange& change) { Resize(m_size, change); }
+    /// Appends a copy of the pixels of every raster layer here and below, which shares their tiles.
+    virtual void PushBackup(TPlaneList& lstPlanes) const;
+    /// Exchanges the pixels of every raster layer here and below with the planes from `itPlane` on, in the
+    /// order of PushBackup, and moves `itPlane` past them.
+    virtual void SwapBackup(TPlaneList& lstPlanes, TPlaneList::iterator& itPlane);
+    /// The layer's own content as one tile of the whole canvas: pixels, or the coverage of paths. Null for
+    /// layers without content of their own.
+    virtual boost::shared_ptr<CRasterBlockBuffer> CreateFlatBlock() { return {}; }
+
+    // Strokes in progress.
+    /// Takes strokes in this layer and below one slice of time further and merges the complete stroke of that
+    /// number once it is rendered; true when a redraw is due.
+    virtual bool UpdateStrokes(uint64_t uNumber);
+    /// The lowest number of the complete strokes in this layer and below that wait to be merged, NO_STROKE
+    /// when none does.
+    virtual uint64_t GetNextStroke() const;
+    /// True while complete strokes in this layer or below wait to be merged.
+    bool HasPendingWork() const { return GetNextStroke() != NO_STROKE; }
+    /// True while UpdateStrokes has something to do in this layer or below without any new point.
+    virtual bool IsBehind() const;
+
+    // Merging.
+    /// A new layer, in no tree yet, that holds this layer's picture under the other's, both with their
+    /// opacities; null when the two cannot be merged.
+    virtual boost::shared_ptr<CLayerBuffer> MergeWith(CLayerBuffer&) { return {}; }
+    /// True when `other`, directly above, may be merged onto this layer.
+    virtual bool canBeMergedWith(const CLayerBuffer& other) const;
+    virtual bool IsRasterizable() const { return false; }
+
+protected:
     /// An empty layer of this kind.
     virtual boost::shared_ptr<CLayerBuffer> CreateLike(const TCanvasPtr& spCanvas) const = 0;
     /// Takes the content of `other`, a layer of this kind and size, over: what CreateFullCopy copies.
     virtual void CopyContent(const CLayerBuffer& other);
     /// GetBytes of this layer alone.
     virtual size_t GetOwnBytes(const CLayerBuffer*) const { return 0; }
-    /// The chunk part that every layer has.
-    CSerializer SerializeBase() const;
-    void DeserializeBase(CDeserializer& reader);
 
-    boost::shared_ptr<CRasterBuffer> m_pDrawBuffer;
-    boost::shared_ptr<CRasterBuffer> m_pThumbnail; ///< a flagged block is still to be reduced
-    // One layer comes into the list or leaves it. None of these throws.
+private:
+    // One layer comes into the list or leaves it. Neither throws.
     void Attach(TLayerList& lstLayer, int idxLayer);
     TLayerList Detach(int idxLayer);
-    void FlagComing(CLayerBuffer& child);
-    void DropNeedlessFlags();
+    void ExpectRoomFor(const CLayerBuffer& layer) const;
 
     TLayerList m_lstChildren;
     boost::weak_ptr<CLayerBuffer> m_wpActive;
@@ -219,15 +185,5 @@ protected:
     std::wstring m_strName = L"NoName";
     CSize m_size;
     bool m_bVisible = true;
-
-private:
-    void CreateCaches(bool bColor);
-    void RenewCaches();
-    void ExpectRoomFor(const CLayerBuffer& layer) const;
-    // Lets children paint over the layer's own content in `dest`, clipped to it where this layer clips.
-    template <class Paint>
-    void PaintChildren(CRasterBlockBuffer& dest, Paint paint) const;
-
-    int m_nThumbScale = 1;
-    bool m_bJustHidden = false; ///< what lies above has not yet been told that this layer is gone
+    CLayerPicture m_picture;
 };

@@ -2,7 +2,6 @@
 
 #include "core/Base/Failure.h"
 #include "core/History/SymmetricHistory.h"
-#include "core/LayerBuffer/RasterLayerBuffer.h"
 
 #include <algorithm>
 
@@ -24,6 +23,22 @@ void ReplaceChildren(const TLayerPtr& spParent, const TLayerPtr& pLayer, const T
 }
 
 } // namespace
+
+boost::shared_ptr<CRasterLayerBuffer> BakeLayers(CLayerBuffer& layer, CLayerBuffer* pUpper) {
+    const auto pNewLayer = CreateRasterLayer(layer.GetCanvas());
+    const auto& pBaseRaster = pNewLayer->GetRaster();
+    SELF_CHECK(illegal_data, pNewLayer->GetDrawBuffer()->GetSize() == pBaseRaster->GetSize());
+    SELF_CHECK(illegal_data, pNewLayer->GetDrawBuffer()->GetBlockSize() == pBaseRaster->GetBlockSize());
+    layer.GetCanvas()->FlushCanvasUpdates();
+    pBaseRaster->ForEachBlock([&](CPoint pt) {
+        for (CLayerBuffer* pLayer : {&layer, pUpper})
+            if (pLayer && pLayer->GetPicture().HasPicture(pt))
+                pLayer->GetPicture().PaintWithOpacity(*pBaseRaster->GetBlock(pt, true));
+    });
+    pNewLayer->setName(layer.GetName());
+    pNewLayer->SetVisible(layer.IsVisible());
+    return pNewLayer;
+}
 
 void MergeLayers(const TLayerPtr& spParent, const TLayerPtr& pBaseLayer, const TLayerPtr& pSuperimposeLayer) {
     SELF_CHECK(illegal_data, pBaseLayer->canBeMergedWith(*pSuperimposeLayer));

@@ -1,7 +1,11 @@
-// Undoable operations that replace layers by one flat raster layer.
+// Layers become one flat raster layer; undoable operations that replace them by it.
 #pragma once
 
-#include "core/LayerBuffer/LayerBuffer.h"
+#include "core/LayerBuffer/RasterLayerBuffer.h"
+
+/// A new raster layer, in no tree yet, with a layer's picture and, if given, a second one's above it, their
+/// opacities baked in; it has the first one's name and visibility.
+boost::shared_ptr<CRasterLayerBuffer> BakeLayers(CLayerBuffer& layer, CLayerBuffer* pUpper = nullptr);
 
 /// Merges a layer onto the one directly below it, both children of `spParent`. The result has opacity 255
 /// and the lower layer's name, place and visibility. A pair that canBeMergedWith rejects is a defect.

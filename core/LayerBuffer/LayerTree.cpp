@@ -22,26 +22,8 @@ void CLayerBuffer::AddLayer(const TLayerPtr& spLayer, int idxLayer, bool bHistor
 }
 
 void CLayerBuffer::Attach(TLayerList& lstLayer, int idxLayer) {
-    FlagComing(*lstLayer.front());
+    m_picture.FlagComing(lstLayer.front()->m_picture);
     m_lstChildren.splice(std::next(m_lstChildren.begin(), idxLayer), lstLayer);
-}
-
-// Flags what a child that comes into the list shows.
-void CLayerBuffer::FlagComing(CLayerBuffer& child) {
-    child.UpdateFlags();
-    child.DropNeedlessFlags();
-    child.AddPictureTo(m_pDrawBuffer->GetDirty());
-}
-
-// A new layer, and one whose caches were dropped, has every flag set: here those go that stand for nothing.
-// The others are all passed on once more, since the layer has another parent.
-void CLayerBuffer::DropNeedlessFlags() {
-    for (const TLayerPtr& spChild : m_lstChildren) spChild->DropNeedlessFlags();
-    m_pDrawBuffer->ForEachBlock([&](CPoint pt) {
-        if (m_pDrawBuffer->DirtyAt(pt) && !m_pDrawBuffer->HasBlock(pt) && !MayPaintAt(pt))
-            m_pDrawBuffer->ClearDirty(pt);
-    });
-    m_pDrawBuffer->GetDirty().RenewAll();
 }
 
 TLayerList CLayerBuffer::Detach(int idxLayer) {
@@ -54,8 +36,13 @@ TLayerList CLayerBuffer::Detach(int idxLayer) {
         m_wpActive = iter != m_lstChildren.begin() ? *std::prev(iter)
                      : iter != m_lstChildren.end() ? *iter
                                                    : TLayerPtr();
-    lstLayer.front()->AddPictureTo(m_pDrawBuffer->GetDirty());
+    lstLayer.front()->m_picture.AddPictureTo(GetDrawBuffer()->GetDirty());
     return lstLayer;
+}
+
+void CLayerBuffer::InitChild(const TLayerPtr& spLayer, bool bActive) {
+    m_lstChildren.push_back(spLayer);
+    if (bActive) m_wpActive = spLayer;
 }
 
 void CLayerBuffer::RemoveLayer(TLayerPtr spLayer, bool bHistory) {
@@ -99,9 +86,9 @@ void CLayerBuffer::SwapChildren(const TLayerPtr& spLayer, TLayerList* pList) {
         --itNowEnd, --itOldEnd;
     if (spActive && spLayer->IndexOf(*spActive) < 0)
         spLayer->SetActiveChild(itNowEnd == lstNow.begin() ? TLayerPtr() : *std::prev(itNowEnd));
-    for (auto it = itNow; it != itNowEnd; ++it) spLayer->FlagComing(**it);
+    for (auto it = itNow; it != itNowEnd; ++it) spLayer->m_picture.FlagComing((*it)->m_picture);
     for (auto it = itOld; it != itOldEnd; ++it) {
-        (*it)->AddPictureTo(spLayer->m_pDrawBuffer->GetDirty());
+        (*it)->m_picture.AddPictureTo(spLayer->GetDrawBuffer()->GetDirty());
         if (spLayer->IndexOf(**it) < 0) (*it)->DropCaches();
     }
 }
@@ -110,40 +97,6 @@ size_t CLayerBuffer::GetBytesBeside(const TLayerPtr& spLayer, const TLayerList& 
     size_t nBytes = 0;
     for (const TLayerPtr& spOther : lst)
         if (spLayer && spLayer->IndexOf(*spOther) < 0) nBytes += spOther->GetBytes(nullptr);
-    return nBytes;
-}
-
-void CLayerBuffer::DropCaches() {
-    m_pDrawBuffer->Clear();
-    m_pThumbnail->Clear();
-    MarkAllDirty();
-    for (const TLayerPtr& spChild : m_lstChildren) spChild->DropCaches();
-}
-
-TLayerPtr CLayerBuffer::CreateFullCopy(const TCanvasPtr& spCanvas) const {
-    const TLayerPtr spCopy = CreateLike(spCanvas);
-    spCopy->CopyContent(*this);
-    return spCopy;
-}
-
-void CLayerBuffer::CopyContent(const CLayerBuffer& other) {
-    m_strName = other.m_strName;
-    m_bVisible = other.m_bVisible;
-    m_pDrawBuffer->SetOpacity(other.GetOpacity());
-    const TLayerPtr spActive = other.GetActiveChild();
-    for (const TLayerPtr& spChild : other.m_lstChildren) {
-        m_lstChildren.push_back(spChild->CreateFullCopy(GetCanvas()));
-        if (spChild == spActive) m_wpActive = m_lstChildren.back();
-    }
-}
-
-size_t CLayerBuffer::GetBytes(const CLayerBuffer* pTwin) const {
-    // Trees of another shape cannot be compared.
-    const bool bTwin = pTwin && pTwin->m_lstChildren.size() == m_lstChildren.size();
-    size_t nBytes = GetOwnBytes(pTwin);
-    auto itTwin = bTwin ? pTwin->m_lstChildren.begin() : TLayerList::const_iterator();
-    for (const TLayerPtr& spChild : m_lstChildren)
-        nBytes += spChild->GetBytes(bTwin ? (itTwin++)->get() : nullptr);
     return nBytes;
 }
 

@@ -1,10 +1,10 @@
 #include "core/LayerBuffer/RasterLayerBuffer.h"
 
 #include "core/Base/Failure.h"
+#include "core/LayerBuffer/LayerMerge.h"
 #include "core/LayerBuffer/StrokeHistory.h"
 #include "core/LayerBuffer/StrokeOverlay.h"
-#include "core/RasterBuffer/ColorRasterBuffer.h"
-#include "core/RasterBuffer/MonoRasterBuffer.h"
+#include "core/RasterBuffer/PlaneKind.h"
 
 #include <boost/make_shared.hpp>
 
@@ -13,8 +13,8 @@
 void CRasterLayerBuffer::Create(const TCanvasPtr& spCanvas) {
     CLayerBuffer::Create(spCanvas);
     m_pMask = boost::make_shared<CAlphaBufferImpl<uint8_t>>();
-    m_pMask->Create(m_size, DEFAULT_BLOCKSIZE);
-    SetRaster(CreatePlane(spCanvas->IsColorRaster(), m_size, DEFAULT_BLOCKSIZE));
+    m_pMask->Create(GetSize(), DEFAULT_BLOCKSIZE);
+    SetRaster(CreatePlane(spCanvas->IsColorRaster(), GetSize(), DEFAULT_BLOCKSIZE));
 }
 
 void CRasterLayerBuffer::SetRaster(const boost::shared_ptr<CRasterBuffer>& pRaster) {
@@ -64,7 +64,8 @@ void CRasterLayerBuffer::RenderOwn(CRasterBlockBuffer& dest) const {
 }
 
 boost::shared_ptr<CRasterBlockBuffer> CRasterLayerBuffer::GetOwnTile(CPoint pt) const {
-    bool bPlain = IsPictureCached(GetCanvas()->IsColorRaster()) && !m_pMask->GetBlock(pt, false);
+    const TCanvasPtr spCanvas = GetCanvas();
+    bool bPlain = spCanvas->IsColor() == spCanvas->IsColorRaster() && !m_pMask->GetBlock(pt, false);
     ForEachOverlay([&](const IRasterOverlay& overlay) { bPlain = bPlain && !overlay.CoversBlock(pt); });
     return bPlain ? m_pRaster->GetBlock(pt, false) : boost::shared_ptr<CRasterBlockBuffer>();
 }
@@ -185,36 +186,6 @@ bool CRasterLayerBuffer::canBeMergedWith(const CLayerBuffer& other) const {
     return CLayerBuffer::canBeMergedWith(other) && dynamic_cast<const CRasterLayerBuffer*>(&other);
 }
 
-CSerializer CRasterLayerBuffer::Serialize() const {
-    CSerializer writer;
-    writer.SetTag(CHUNK_TAG, 0);
-    writer.WriteChunk(SerializeBase());
-    writer.WriteChunk(m_pRaster->Serialize());
-    return writer;
-}
-
-void CRasterLayerBuffer::Deserialize(CDeserializer& reader, const TCanvasPtr& spCanvas) {
-    reader.ExpectTag(CHUNK_TAG);
-    Create(spCanvas);
-    CDeserializer base;
-    reader.ReadChunk(base);
-    DeserializeBase(base);
-    CDeserializer plane;
-    reader.ReadChunk(plane);
-    reader.ExpectEnd();
-    // The file may hold the pixels in the other mode than its canvas's.
-    boost::shared_ptr<CRasterBuffer> spPlane;
-    if (plane.GetTag() == CColorRasterBuffer::CHUNK_TAG)
-        spPlane = boost::make_shared<CColorRasterBuffer>();
-    else if (plane.GetTag() == CMonoRasterBuffer::CHUNK_TAG)
-        spPlane = boost::make_shared<CMonoRasterBuffer>();
-    else
-        throw deserialize_error();
-    spPlane->Deserialize(plane);
-    if (!(spPlane->GetSize() == m_size) || !spPlane->IsCompatible(*m_pRaster)) throw deserialize_error();
-    SetRaster(spPlane);
-}
-
 TLayerPtr CRasterLayerBuffer::CreateLike(const TCanvasPtr& spCanvas) const {
     return CreateRasterLayer(spCanvas);
 }
@@ -236,19 +207,4 @@ boost::shared_ptr<CRasterLayerBuffer> CreateRasterLayer(const TCanvasPtr& spCanv
     auto spLayer = boost::make_shared<CRasterLayerBuffer>();
     spLayer->Create(spCanvas);
     return spLayer;
-}
-
-boost::shared_ptr<CRasterLayerBuffer> BakeLayers(CLayerBuffer& layer, CLayerBuffer* pUpper) {
-    const auto pNewLayer = CreateRasterLayer(layer.GetCanvas());
-    const auto& pBaseRaster = pNewLayer->GetRaster();
-    SELF_CHECK(illegal_data, pNewLayer->GetDrawBuffer()->GetSize() == pBaseRaster->GetSize());
-    SELF_CHECK(illegal_data, pNewLayer->GetDrawBuffer()->GetBlockSize() == pBaseRaster->GetBlockSize());
-    layer.GetCanvas()->FlushCanvasUpdates();
-    pBaseRaster->ForEachBlock([&](CPoint pt) {
-        for (CLayerBuffer* pLayer : {&layer, pUpper})
-            if (pLayer && pLayer->HasPicture(pt)) pLayer->PaintWithOpacity(*pBaseRaster->GetBlock(pt, true));
-    });
-    pNewLayer->setName(layer.GetName());
-    pNewLayer->SetVisible(layer.IsVisible());
-    return pNewLayer;
 }

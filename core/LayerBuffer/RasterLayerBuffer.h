@@ -29,7 +29,7 @@ public:
     CSerializer Serialize() const override;
     boost::shared_ptr<CLayerBuffer> MergeWith(CLayerBuffer& other) override;
     bool canBeMergedWith(const CLayerBuffer& other) const override;
-    bool IsRasterizable() const override { return !m_lstChildren.empty(); }
+    bool IsRasterizable() const override { return !GetChildren().empty(); }
 
     /// The layer's pixels, colour or grey by the canvas's mode; opacity is always 255 here.
     const boost::shared_ptr<CRasterBuffer>& GetRaster() const { return m_pRaster; }
@@ -79,7 +79,3 @@ private:
 
 /// A new raster layer of the canvas's size, in no tree yet.
 boost::shared_ptr<CRasterLayerBuffer> CreateRasterLayer(const TCanvasPtr& spCanvas);
-
-/// A new raster layer, in no tree yet, with a layer's picture and, if given, a second one's above it, their
-/// opacities baked in; it has the first one's name and visibility.
-boost::shared_ptr<CRasterLayerBuffer> BakeLayers(CLayerBuffer& layer, CLayerBuffer* pUpper = nullptr);

@@ -2,23 +2,21 @@
 #pragma once
 
 #include "core/LayerBuffer/LayerBuffer.h"
-#include "core/PathObject/PathObject.h"
-#include "core/RasterBuffer/AlphaBuffer.h"
+#include "core/LayerBuffer/PathCoverage.h"
 
 class CVectorLayerBuffer : public CLayerBuffer, public IVectorLayer {
 public:
     static constexpr uint32_t CHUNK_TAG = MakeTag("LAYV");
-    using TPathList = std::list<boost::shared_ptr<CPathObject>>;
 
     void Deserialize(CDeserializer& reader, const TCanvasPtr& spCanvas) override;
     void Create(const TCanvasPtr& spCanvas) override;
     bool PrepareOwn(CPoint pt) override;
-    /// A hidden vector layer paints nothing.
     void RenderOwn(CRasterBlockBuffer& dest) const override;
-    void RenderContent(CRasterBlockBuffer& dest) const override;
     bool MayPaintAt(CPoint pt) const override;
-    void AddPictureTo(CBoolMatrix& matrix) const override;
     void GetChangeMatrix(CBoolMatrix& matrix) override;
+    void AddHiddenTo(CBoolMatrix& matrix) const override;
+    /// A hidden vector layer paints nothing and is not rasterized.
+    bool PaintsOwn() const override { return IsVisible(); }
     CSerializer Serialize() const override;
     bool canBeMergedWith(const CLayerBuffer&) const override { return false; }
     bool IsRasterizable() const override { return true; }
@@ -43,19 +41,13 @@ public:
     boost::shared_ptr<CRasterBlockBuffer> CreateFlatBlock() override;
 
 protected:
-    bool PaintsOwn() const override { return m_bVisible; }
     boost::shared_ptr<CLayerBuffer> CreateLike(const TCanvasPtr& spCanvas) const override;
     void CopyContent(const CLayerBuffer& other) override;
     size_t GetOwnBytes(const CLayerBuffer* pTwin) const override;
-    bool IsPictureCached(bool bColor) const override {
-        return m_bVisible && CLayerBuffer::IsPictureCached(bColor);
-    }
 
 private:
     void CreateCoverage(TColor color);
     void InvalidatePaths();
-    CRect DirtyFrom(CPoint pt) const;
-    void Rasterize(const CRect& rc);
 
     TPathList m_lstPaths;
     CPathFill m_fill;

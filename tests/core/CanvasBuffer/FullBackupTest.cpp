@@ -71,7 +71,7 @@ TEST_F(UndoMemory, MasksSurviveAFullBackup) {
     *Layer().GetMask().GetWritableBlock({0, 0})->GetPixelPtr({5, 5}) = 100;
     ToggleDisplay();
     EXPECT_EQ(Layer().GetMask().FindBlock({0, 0})->GetPixelAlpha({5, 5}), 100);
-    m_spCanvas->GetRoot().MarkAllDirty();
+    m_spCanvas->GetRoot().GetPicture().MarkAllDirty();
     m_spCanvas->ComposeAll();
     EXPECT_EQ(m_spCanvas->GetComposite().GetBlock({0, 0}, false)->GetPixelAlpha({5, 5}), 100);
     EXPECT_EQ(m_spCanvas->GetComposite().GetBlock({0, 0}, false)->GetPixelAlpha({6, 5}), 0);

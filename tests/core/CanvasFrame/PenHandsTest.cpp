@@ -2,6 +2,7 @@
 #include "core/AppModule/AppModule.h"
 #include "core/AppModule/MessageQueue.h"
 #include "core/RasterBrush/FreehandTools.h"
+#include "core/RasterBuffer/PlaneKind.h"
 #include "session/seam/SessionPen.h"
 #include "session/seam/VirtualClock.h"
 #include "tests/session/ScriptedSession.h"

@@ -1,5 +1,6 @@
 #include "core/ImageFile/ImageFile.h"
 #include "core/Base/Failure.h"
+#include "core/LayerBuffer/LayerMerge.h"
 #include "system/pictures/ImageCodecs.h"
 #include "system/pictures/QtBitmap.h"
 #include "tests/support/LayerPictures.h"

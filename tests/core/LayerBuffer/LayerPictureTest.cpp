@@ -333,7 +333,7 @@ TEST_F(StrokeInProgress, ShowsInsideTheSelectionAndIsMergedAsItWasShown) {
     const auto spSelect = boost::make_shared<CSelectBuffer>(SIZE);
     *spSelect->GetMask().GetBlock({96, 0}, true)->GetPixelPtr({4, 50}) = 128;
     m_spCanvas->SetSelect(spSelect);
-    m_spLayer->MarkAllDirty();
+    m_spLayer->GetPicture().MarkAllDirty();
     EXPECT_EQ(AlphaAt({100, 50}), 128u);
     EXPECT_EQ(AlphaAt({101, 50}), 0u);
     EXPECT_EQ(AlphaAt({50, 50}), 0u); // no mask tile: nothing selected

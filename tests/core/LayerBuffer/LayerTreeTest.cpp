@@ -293,13 +293,13 @@ TEST(Thumbnail, ScaleAndPicture) {
     const auto spLayer = MakeLayer(spCanvas, RED, 255, {96, 96});
     spCanvas->GetRoot().AddLayer(spLayer, -1);
     spCanvas->ComposeAll();
-    CRasterBuffer& thumbnail = *spLayer->GetThumbnail();
+    CRasterBuffer& thumbnail = *spLayer->GetPicture().GetThumbnail();
     EXPECT_EQ(thumbnail.GetSize(), (CSize{50, 50}));
     EXPECT_EQ(thumbnail.GetBlock({12, 12}, false)->GetPixelColor({3, 3}), RED);
     EXPECT_FALSE(thumbnail.GetBlock({0, 0}, false));
     static_cast<CRasterLayerBuffer&>(*spLayer).GetRaster()->SetBlock({96, 96}, {});
     spCanvas->ComposeAll();
-    EXPECT_FALSE(spLayer->GetThumbnail()->GetBlock({12, 12}, false));
+    EXPECT_FALSE(spLayer->GetPicture().GetThumbnail()->GetBlock({12, 12}, false));
 }
 
 TEST(Thumbnail, NothingBeyondTheCanvasIsSeen) {
@@ -313,7 +313,7 @@ TEST(Thumbnail, NothingBeyondTheCanvasIsSeen) {
     const auto corner = [&] {
         spLayer->GetRaster()->MarkDirty({106, 70, 107, 71});
         spCanvas->ComposeAll();
-        return PixelAt(*spLayer->GetThumbnail(), {53, 35});
+        return PixelAt(*spLayer->GetPicture().GetThumbnail(), {53, 35});
     };
     EXPECT_EQ(corner(), 0xFF000000u | BLUE);
     auto& tile = static_cast<CColorRasterBlockBuffer&>(*spLayer->GetRaster()->GetWritableBlock({106, 70}));

@@ -1,0 +1,11 @@
+// Planes by kind: colour or grey, and from one to the other.
+#pragma once
+
+#include "core/RasterBuffer/RasterBuffer.h"
+
+/// An empty plane of that geometry, colour or grey.
+boost::shared_ptr<CRasterBuffer> CreatePlane(bool bColor, CSize sz, CSize szBlock);
+
+/// The plane in the other kind, tile by tile and only where tiles exist: colour to grey by GreyOf, grey into
+/// all three channels. A plane of the wanted kind is returned itself.
+boost::shared_ptr<CRasterBuffer> ConvertPlane(const boost::shared_ptr<CRasterBuffer>& spPlane, bool bColor);
