@@ -17,29 +17,43 @@
 
 namespace {
 
-/// One dialog as widgets. What the user did ends Wait; the model is asked outside of Qt's own calls.
+enum class EOutcome { Changed, Cancelled, Accepted, Extra };
+
+/// What the user did in a dialog. It outlives the dialog, which may be deleted while it is waited for.
+struct TUserActs {
+    // The first outcome holds: what follows in the same turn of the loop is too late.
+    void End(EOutcome end) {
+        if (outcome == EOutcome::Changed) outcome = end;
+        loop.exit();
+    }
+    void Change(EMessage id, int64_t wParam, int64_t lParam, const QString& strText) {
+        Guarded([&] { vChanges.push_back({nullptr, id, wParam, lParam, FromQt(strText)}); });
+        loop.exit();
+    }
+    /// Returns at once while changes wait.
+    EOutcome Wait() {
+        outcome = EOutcome::Changed;
+        if (vChanges.empty()) loop.exec();
+        return outcome;
+    }
+
+    QEventLoop loop;
+    EOutcome outcome = EOutcome::Changed;
+    std::vector<TMessage> vChanges; ///< not yet taken
+};
+
+/// One dialog as widgets. The model is asked outside of Qt's own calls.
 class CModelDialog : public QDialog {
 public:
-    enum EOutcome { Changed, Cancelled, Accepted, Extra };
-
-    CModelDialog(QWidget* pParent, const CDialogModel& model) : QDialog(pParent) {
-        PrepareModal(*this);
+    CModelDialog(QWidget* pParent, const CDialogModel& model, TUserActs& acts)
+        : QDialog(pParent), m_acts(acts) {
         setWindowTitle(ToQt(model.GetTitle()));
         auto* pForm = new QFormLayout(this);
         AddControls(*pForm, model.m_vControls);
         AddButtons(*pForm, model);
-        connect(this, &QDialog::finished, this, [this] { End(Cancelled); });
+        connect(this, &QDialog::finished, this, [this] { End(EOutcome::Cancelled); });
     }
-
-    /// Returns at once while changes wait.
-    EOutcome Wait() {
-        show();
-        m_outcome = Changed;
-        if (m_vChanges.empty()) m_loop.exec();
-        return m_outcome;
-    }
-    /// The changes made by the user since the last call.
-    std::vector<TMessage> TakeChanges() { return std::exchange(m_vChanges, {}); }
+    ~CModelDialog() override { m_acts.End(EOutcome::Cancelled); }
 
     void Write(const CDialogModel& model) {
         for (size_t idx = 0; idx < m_vControls.size(); ++idx) {
@@ -54,12 +68,9 @@ public:
 
 private:
     TPanelEvents MakeEvents() {
-        return MakePanelEvents(
-            [this](EMessage id, int64_t wParam, int64_t lParam, const QString& strText) {
-                Guarded([&] { m_vChanges.push_back({nullptr, id, wParam, lParam, FromQt(strText)}); });
-                m_loop.exit();
-            },
-            [] {});
+        return MakePanelEvents([this](EMessage id, int64_t wParam, int64_t lParam,
+                                      const QString& strText) { m_acts.Change(id, wParam, lParam, strText); },
+                               [] {});
     }
 
     void AddControls(QFormLayout& form, const std::vector<TPanelControl>& vControls) {
@@ -101,24 +112,20 @@ private:
             connect(pButton, &QPushButton::clicked, this, [this, outcome] { End(outcome); });
             return pButton;
         };
-        add(ModalText::OK, QDialogButtonBox::AcceptRole, Accepted)->setDefault(true);
-        if (model.HasCancel()) add(ModalText::CANCEL, QDialogButtonBox::RejectRole, Cancelled);
+        add(ModalText::OK, QDialogButtonBox::AcceptRole, EOutcome::Accepted)->setDefault(true);
+        if (model.HasCancel()) add(ModalText::CANCEL, QDialogButtonBox::RejectRole, EOutcome::Cancelled);
         if (const std::wstring strExtra = model.GetExtraButton(); !strExtra.empty())
-            add(strExtra, QDialogButtonBox::ActionRole, Extra)->setAutoDefault(false);
+            add(strExtra, QDialogButtonBox::ActionRole, EOutcome::Extra)->setAutoDefault(false);
         form.addRow(pButtons);
     }
 
-    // The first outcome holds: what follows in the same turn of the loop is too late.
     void End(EOutcome outcome) {
-        if (outcome != Cancelled)
+        if (outcome != EOutcome::Cancelled)
             for (const auto& pControl : m_vControls) pControl->Flush();
-        if (m_outcome == Changed) m_outcome = outcome;
-        m_loop.exit();
+        m_acts.End(outcome);
     }
 
-    QEventLoop m_loop;
-    EOutcome m_outcome = Changed;
-    std::vector<TMessage> m_vChanges;
+    TUserActs& m_acts;
     std::vector<std::unique_ptr<CQtPanelControl>> m_vControls;
     std::vector<QLabel*> m_vLabels; ///< one a control, null for none
 };
@@ -127,19 +134,21 @@ private:
 
 bool CQtDialogs::Run(IWindow* pOwner, CDialogModel& dialog) {
     if (!EnsureApplication()) return false;
-    const CModalOwner pDialog(new CModelDialog(ModalParent(pOwner), dialog));
+    TUserActs acts;
+    const CModalOwner<CModelDialog> pDialog(ModalParent(pOwner), dialog, acts);
     while (pDialog) {
         pDialog->Write(dialog);
-        const CModelDialog::EOutcome outcome = pDialog->Wait();
-        if (!pDialog || outcome == CModelDialog::Cancelled) break;
+        pDialog->show();
+        const EOutcome outcome = acts.Wait();
+        if (!pDialog || outcome == EOutcome::Cancelled) break;
         bool bTaken = true;
-        for (const TMessage& msg : pDialog->TakeChanges())
+        for (const TMessage& msg : std::exchange(acts.vChanges, {}))
             bTaken = Guarded([&] { dialog.OnControlMessage(msg); }) && bTaken;
         // A change that failed is put back, and the user sees it before the dialog closes.
         if (!bTaken || !pDialog) continue;
-        if (outcome == CModelDialog::Extra) {
+        if (outcome == EOutcome::Extra) {
             dialog.OnExtra();
-        } else if (outcome == CModelDialog::Accepted && dialog.OnOk(pOwner)) {
+        } else if (outcome == EOutcome::Accepted && dialog.OnOk(pOwner)) {
             return true;
         }
     }

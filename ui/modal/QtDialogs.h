@@ -1,4 +1,4 @@
-// Modal dialogs from their models: one row a field, OK and Cancel, an extra button where the model has one.
+// Modal dialogs from their models: one row a control, OK and Cancel, an extra button where the model has one.
 #pragma once
 
 #include "core/Platform/Dialogs.h"

@@ -49,22 +49,20 @@ QString FirstExtension(const TFileDialog& dialog, int nFilter) {
 }
 
 bool ConfirmOverwrite(QWidget* pParent, const QString& strPath) {
-    QMessageBox box(pParent);
-    PrepareModal(box);
-    box.setWindowTitle(ToQt(L"上書きの確認"));
-    box.setTextFormat(Qt::PlainText);
-    box.setText(ToQt(L"%1 は既に存在します。\n上書きしますか？").arg(QFileInfo(strPath).fileName()));
-    box.setIcon(QMessageBox::Warning);
-    box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
-    box.button(QMessageBox::Yes)->setText(ToQt(ModalText::YES));
-    box.button(QMessageBox::No)->setText(ToQt(ModalText::NO));
-    box.setDefaultButton(QMessageBox::No);
-    return box.exec() == QMessageBox::Yes;
+    const CModalOwner<QMessageBox> pBox(pParent);
+    pBox->setWindowTitle(ToQt(L"上書きの確認"));
+    pBox->setTextFormat(Qt::PlainText);
+    pBox->setText(ToQt(L"%1 は既に存在します。\n上書きしますか？").arg(QFileInfo(strPath).fileName()));
+    pBox->setIcon(QMessageBox::Warning);
+    pBox->setStandardButtons(QMessageBox::Yes | QMessageBox::No);
+    pBox->button(QMessageBox::Yes)->setText(ToQt(ModalText::YES));
+    pBox->button(QMessageBox::No)->setText(ToQt(ModalText::NO));
+    pBox->setDefaultButton(QMessageBox::No);
+    return pBox.Run() == QMessageBox::Yes;
 }
 
 /// Sets the dialog's types and Japanese texts.
 void PrepareDialog(QFileDialog& fileDialog, const TFileDialog& dialog, const QStringList& lstFilters) {
-    PrepareModal(fileDialog);
     fileDialog.setOption(QFileDialog::DontUseNativeDialog);
     // Overwriting is confirmed once, by our code, after the name has its extension.
     fileDialog.setOption(QFileDialog::DontConfirmOverwrite);
@@ -109,7 +107,7 @@ std::wstring CQtFileDialogs::Ask(IWindow* pOwner, const TFileDialog& dialog) {
     if (!EnsureApplication()) return {};
     QStringList lstFilters;
     for (const TFileFilter& filter : dialog.vFilters) lstFilters << NameFilterOf(filter);
-    const CModalOwner pDialog(new QFileDialog(ModalParent(pOwner)));
+    const CModalOwner<QFileDialog> pDialog(ModalParent(pOwner));
     PrepareDialog(*pDialog, dialog, lstFilters);
     const auto getFilter = [&] {
         return static_cast<int>(lstFilters.indexOf(pDialog->selectedNameFilter()));
@@ -123,7 +121,7 @@ std::wstring CQtFileDialogs::Ask(IWindow* pOwner, const TFileDialog& dialog) {
                              if (pName) pName->setText(ReplaceExtension(pName->text(), dialog, getFilter()));
                          });
     }
-    while (pDialog && pDialog->exec() == QDialog::Accepted && pDialog) {
+    while (pDialog && pDialog.Run() == QDialog::Accepted) {
         const QStringList lstFiles = pDialog->selectedFiles();
         if (lstFiles.isEmpty()) break;
         const QString strChosen =

@@ -34,8 +34,7 @@ EBoxAnswer CQtMessageBoxes::Show(IWindow* pOwner, const std::wstring& strText, c
         return answerClosed;
     }
 
-    const CModalOwner pBox(new QMessageBox(ModalParent(pOwner)));
-    PrepareModal(*pBox);
+    const CModalOwner<QMessageBox> pBox(ModalParent(pOwner));
     pBox->setWindowTitle(ToQt(strTitle));
     pBox->setTextFormat(Qt::PlainText);
     pBox->setText(ToQt(strText));
@@ -53,7 +52,7 @@ EBoxAnswer CQtMessageBoxes::Show(IWindow* pOwner, const std::wstring& strText, c
         pBox->setStandardButtons(QMessageBox::Ok);
         pBox->button(QMessageBox::Ok)->setText(ToQt(ModalText::OK));
     }
-    switch (pBox->exec()) {
+    switch (pBox.Run()) {
     case QMessageBox::Yes:
         return EBoxAnswer::Yes;
     case QMessageBox::No:

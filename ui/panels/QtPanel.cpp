@@ -1,12 +1,8 @@
 #include "ui/panels/QtPanel.h"
 
-#include "core/AppModule/ErrorBox.h"
-#include "core/AppModule/MessageQueue.h"
 #include "ui/base/QtApplication.h"
 #include "ui/base/QtText.h"
-#include "ui/input/QtEventPump.h"
-#include "ui/input/QtKeyFilter.h"
-#include "ui/windows/QtCanvasWindow.h"
+#include "ui/panels/QtPanelDocks.h"
 #include "ui/windows/QtMainWindow.h"
 
 #include <QAbstractButton>
@@ -48,8 +44,10 @@ bool EditsText(const QObject* pObject) {
 
 } // namespace
 
-CQtPanel::CQtPanel(CQtMainWindow& main, IWindowClient& client, const TPanelSetup& setup)
-    : QDockWidget(&main), m_main(main), m_pClient(&client) {
+CQtPanel::CQtPanel(CQtPanelDocks& docks, IWindowClient& client, const TPanelSetup& setup)
+    : CQtWindow(client, docks.GetMain().GetLife().GetPump(), docks.GetMain().GetKeys(),
+                &docks.GetMain().GetLife(), &docks.GetMain()),
+      m_docks(docks), m_main(docks.GetMain()) {
     setObjectName(ToQt(setup.strName));
     setFont(WithJapanese(font()));
     SetTitle(setup.strTitle);
@@ -64,13 +62,15 @@ CQtPanel::CQtPanel(CQtMainWindow& main, IWindowClient& client, const TPanelSetup
     // The title is readable beside its two buttons.
     setMinimumWidth(fontMetrics().horizontalAdvance(windowTitle()) + TITLE_BUTTONS);
     hide();
+    m_docks.Add(*this);
+    m_life.Open();
 }
 
 CQtPanel::~CQtPanel() = default;
 
 TPanelEvents CQtPanel::MakeEvents() {
     return MakePanelEvents([this](EMessage id, int64_t wParam, int64_t lParam,
-                                  const QString& strText) { Post(id, wParam, lParam, strText); },
+                                  const QString& strText) { m_life.Post(id, wParam, lParam, strText); },
                            [this] { FocusPicture(); });
 }
 
@@ -132,33 +132,9 @@ void CQtPanel::SetControls(const std::vector<TPanelControl>& vControls) {
     }
 }
 
-void CQtPanel::Post(EMessage id, int64_t wParam, int64_t lParam, const QString& strText) {
-    if (m_pClient) Guarded([&] { m_main.GetPump().Post({this, id, wParam, lParam, FromQt(strText)}); });
-}
-
-void CQtPanel::DefaultMessage(const TMessage&) {}
-
-void CQtPanel::Abandon() {
-    m_pClient = nullptr;
-    m_main.GetPump().Forget(this);
-}
-
-void CQtPanel::Destroy() {
-    if (!m_pClient) return;
-    IWindowClient* pClient = std::exchange(m_pClient, nullptr);
-    hide();
-    m_main.RemovePanel(this);
-    pClient->OnFinalMessage();
-    m_main.GetPump().Forget(this);
-    m_main.GetPump().FreeLater(this);
-}
+void CQtPanel::OnLeave() { m_docks.Remove(*this); }
 
 void CQtPanel::SetTitle(const std::wstring& strTitle) { setWindowTitle(ToQt(strTitle)); }
-
-void CQtPanel::SetRect(const CRect& rc) {
-    move(rc.left, rc.top);
-    resize(rc.Width(), rc.Height());
-}
 
 QSize CQtPanel::sizeHint() const {
     // The layout starts from the place where the panel was.
@@ -198,7 +174,7 @@ void CQtPanel::SetPlace(const TPanelPlace& place) {
         return;
     }
     setFloating(false);
-    CQtPanel* pUnder = m_main.FindPanelAt(place, this);
+    CQtPanel* pUnder = m_docks.FindAt(place, *this);
     m_main.addDockWidget(place.dock == EPanelDock::Left ? Qt::LeftDockWidgetArea : Qt::RightDockWidgetArea,
                          this);
     if (pUnder) m_main.tabifyDockWidget(pUnder, this);
@@ -246,5 +222,5 @@ void CQtPanel::keyPressEvent(QKeyEvent* pEvent) {
 
 void CQtPanel::FocusPicture() {
     GiveKeyboardBack();
-    if (m_main.GetActiveChild()) m_main.GetActiveChild()->FocusView();
+    m_main.FocusPicture();
 }

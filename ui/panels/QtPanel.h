@@ -2,6 +2,7 @@
 #pragma once
 
 #include "ui/panels/QtPanelControls.h"
+#include "ui/windows/QtWindow.h"
 
 #include <QDockWidget>
 
@@ -9,24 +10,16 @@
 #include <vector>
 
 class CQtMainWindow;
+class CQtPanelDocks;
 class QVBoxLayout;
 
-class CQtPanel : public QDockWidget, public IPanelWindow {
+class CQtPanel : public CQtWindow<QDockWidget, IPanelWindow> {
 public:
-    CQtPanel(CQtMainWindow& main, IWindowClient& client, const TPanelSetup& setup);
+    CQtPanel(CQtPanelDocks& docks, IWindowClient& client, const TPanelSetup& setup);
     ~CQtPanel() override;
 
-    /// The client may be gone: nothing is told any more.
-    void Abandon();
-
-    IWindowClient& GetClient() override { return *m_pClient; }
-    void DefaultMessage(const TMessage& msg) override;
-    void Destroy() override;
     void SetTitle(const std::wstring& strTitle) override;
-    void Show() override { ShowPanel(true); }
     CRect GetRect() const override { return GetPlace().rc; }
-    void SetRect(const CRect& rc) override;
-    void Invalidate(const CRect&) override { update(); }
     TPanelPlace GetPlace() const override;
     void SetPlace(const TPanelPlace& place) override;
     bool IsShown() const override { return !isHidden(); }
@@ -45,6 +38,10 @@ public:
     bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
 
 protected:
+    void OnLeave() override;
+    void OnShow() override { ShowPanel(true); }
+    /// A panel only hides, without a question.
+    void closeEvent(QCloseEvent* pEvent) override { QDockWidget::closeEvent(pEvent); }
     bool event(QEvent* pEvent) override;
     void keyPressEvent(QKeyEvent* pEvent) override;
 
@@ -56,14 +53,13 @@ private:
     };
 
     TPanelEvents MakeEvents();
-    void Post(EMessage id, int64_t wParam, int64_t lParam, const QString& strText = {});
     void Fill(QWidget& content, const std::vector<TPanelControl>& vControls);
     QRect GetScreenRect() const;
     void GiveKeyboardBack();
     void FocusPicture();
 
+    CQtPanelDocks& m_docks;
     CQtMainWindow& m_main;
-    IWindowClient* m_pClient;
     std::vector<std::unique_ptr<CQtPanelControl>> m_vControls;
     std::vector<TLine> m_vLines;
     TPanelPlace m_place; ///< as it was set

@@ -13,6 +13,7 @@
 #include "ui/modal/QtFileDialogs.h"
 #include "ui/modal/QtMessageBoxes.h"
 #include "ui/panels/QtPanel.h"
+#include "ui/panels/QtPanelDocks.h"
 #include "ui/platform/QtSessionEnd.h"
 #include "ui/windows/QtCanvasWindow.h"
 #include "ui/windows/QtMainWindow.h"
@@ -76,26 +77,21 @@ public:
     IMainWindow* CreateMainWindow(IWindowClient& client, const TMainWindowSetup& setup) override {
         // One main window per session; a destroyed one may still be pending deletion.
         if (!m_pKeys || (m_pMain && !m_pMain->IsDestroyed())) return nullptr;
-        m_pMain = new CQtMainWindow(client, setup, m_pump, *m_pKeys, m_pen);
-        return m_pMain;
+        auto pMain = std::make_unique<CQtMainWindow>(client, setup, m_pump, *m_pKeys, m_pen);
+        m_pDocks = std::make_unique<CQtPanelDocks>(*pMain);
+        return m_pMain = pMain.release();
     }
 
     ICanvasWindow* CreateCanvasWindow(IMainWindow& parent, IWindowClient& client,
                                       const TCanvasWindowSetup& setup) override {
-        auto* pParent = dynamic_cast<CQtMainWindow*>(&parent);
-        if (!pParent || pParent->IsDestroyed()) return nullptr;
-        auto* pWindow = new CQtCanvasWindow(*pParent, client, setup);
-        pWindow->SetReady();
-        return pWindow;
+        if (&parent != m_pMain.data() || m_pMain->IsDestroyed()) return nullptr;
+        return new CQtCanvasWindow(*m_pMain, client, setup);
     }
 
     IPanelWindow* CreatePanelWindow(IMainWindow& parent, IWindowClient& client,
                                     const TPanelSetup& setup) override {
-        auto* pParent = dynamic_cast<CQtMainWindow*>(&parent);
-        if (!pParent || pParent->IsDestroyed()) return nullptr;
-        auto pPanel = std::make_unique<CQtPanel>(*pParent, client, setup);
-        pParent->AddPanel(pPanel.get());
-        return pPanel.release();
+        if (&parent != m_pMain.data() || m_pMain->IsDestroyed()) return nullptr;
+        return new CQtPanel(*m_pDocks, client, setup);
     }
 
     CQtMainWindow* GetMain() const { return m_pMain; }
@@ -105,6 +101,7 @@ private:
     CQtKeyFilter* m_pKeys;
     CQtPen& m_pen;
     QPointer<CQtMainWindow> m_pMain;
+    std::unique_ptr<CQtPanelDocks> m_pDocks; ///< of the last main window
 };
 
 } // namespace

@@ -13,7 +13,6 @@
 #include "ui/windows/QtMainWindow.h"
 #include "ui/windows/QtMdiArrange.h"
 
-#include <QCloseEvent>
 #include <QLayout>
 #include <QMdiArea>
 #include <QStyle>
@@ -23,25 +22,24 @@
 
 CQtCanvasWindow::CQtCanvasWindow(CQtMainWindow& parent, IWindowClient& client,
                                  const TCanvasWindowSetup& setup)
-    : m_main(parent), m_pClient(&client), m_pMenus(parent.MakeMenus(setup.vMenu)),
+    : CQtWindow(client, parent.GetLife().GetPump(), parent.GetKeys(), &parent.GetLife()), m_main(parent),
+      m_pMenus(parent.MakeMenus(setup.vMenu)),
       m_pView(new CQtCanvasView(
-          {[this](CSize sz) {
-               if (Hears()) SendMessage({this, EMessage::Size, sz.cx, sz.cy, {}});
-           },
+          {[this](CSize sz) { m_life.Send(EMessage::Size, sz.cx, sz.cy); },
            [this](IPaintTarget& target, const CRect& rc) {
-               if (Hears()) m_pClient->OnPaint(target, rc);
+               if (m_life.IsOpen()) GetClient().OnPaint(target, rc);
            },
-           [this](bool bVertical, int nOffset) { Post(EMessage::Scroll, bVertical ? 1 : 0, nOffset); },
-           [this](int nDelta) { Post(EMessage::MouseWheel, nDelta, 0); },
-           [this](EMessage id, int64_t nKeys, CPoint pt) { Post(id, nKeys, PackPoint(pt.x, pt.y)); },
+           [this](bool bVertical, int nOffset) { m_life.Post(EMessage::Scroll, bVertical ? 1 : 0, nOffset); },
+           [this](int nDelta) { m_life.Post(EMessage::MouseWheel, nDelta); },
+           [this](EMessage id, int64_t nKeys, CPoint pt) { m_life.Post(id, nKeys, PackPoint(pt.x, pt.y)); },
            [this](const QTabletEvent& event) {
                Guarded([&] { m_main.GetPen().Push(event, m_pView->devicePixelRatioF()); });
-               Post(EMessage::PenPacket, 0, 0);
+               m_life.Post(EMessage::PenPacket);
            },
            [this] { return m_main.GetActiveChild() == this; },
            [this](bool bPen) {
                if (bPen) Activate(); // for the mouse Qt activates it
-               Post(bPen ? EMessage::PenActivate : EMessage::MouseActivate, 0, 0);
+               m_life.Post(bPen ? EMessage::PenActivate : EMessage::MouseActivate);
            }},
           this)) {
     setWindowIcon(LoadPictureIcon("icons/app.svg"));
@@ -57,6 +55,7 @@ CQtCanvasWindow::CQtCanvasWindow(CQtMainWindow& parent, IWindowClient& client,
     m_rcPlace = geometry();
     SettleLayout();
     m_main.AddChild(this);
+    m_life.Open();
 }
 
 CQtCanvasWindow::~CQtCanvasWindow() = default;
@@ -79,44 +78,16 @@ void CQtCanvasWindow::MakeSystemMenu() {
 
 void CQtCanvasWindow::DefaultMessage(const TMessage& msg) {
     constexpr int VK_F4 = 0x73;
-    switch (msg.id) {
-    case EMessage::Close:
-        Destroy();
-        break;
-    case EMessage::KeyDown:
-        // The MDI child's own shortcut.
-        if (msg.wParam == VK_F4 && m_main.GetKeys().IsKeyDown(VK_Control)) {
-            close();
-            break;
-        }
-        [[fallthrough]];
-    case EMessage::KeyUp:
-    case EMessage::SysKeyDown:
-    case EMessage::SysKeyUp:
-        m_main.GetKeys().Default(msg);
-        break;
-    default:
-        break;
-    }
+    // The MDI child's own shortcut.
+    if (msg.id == EMessage::KeyDown && msg.wParam == VK_F4 && m_main.GetKeys().IsKeyDown(VK_Control))
+        close();
+    else
+        CQtWindow::DefaultMessage(msg);
 }
 
-void CQtCanvasWindow::Destroy() {
-    if (m_bDestroyed) return;
-    m_bDestroyed = true;
+void CQtCanvasWindow::OnLeave() {
+    m_mapTimers.clear();
     m_main.RemoveChild(this);
-    SendMessage({this, EMessage::Destroy, 0, 0, {}});
-    m_mapTimers.clear();
-    hide();
-    std::exchange(m_pClient, nullptr)->OnFinalMessage();
-    m_main.GetPump().Forget(this);
-    m_main.GetPump().FreeLater(this);
-}
-
-void CQtCanvasWindow::Abandon() {
-    m_bDestroyed = true;
-    m_pClient = nullptr;
-    m_mapTimers.clear();
-    m_main.GetPump().Forget(this);
 }
 
 void CQtCanvasWindow::SetTitle(const std::wstring& strTitle) {
@@ -129,14 +100,13 @@ void CQtCanvasWindow::SetModified(bool bModified) {
     m_main.UpdateMark();
 }
 
-void CQtCanvasWindow::Show() {
-    if (m_bDestroyed) return;
+void CQtCanvasWindow::OnShow() {
     show();
     Activate();
 }
 
 void CQtCanvasWindow::Activate() {
-    if (m_bDestroyed) return;
+    if (IsDestroyed()) return;
     m_main.GetMdiArea().setActiveSubWindow(this);
     m_main.SetActiveChild(this);
     FocusView();
@@ -188,22 +158,22 @@ void CQtCanvasWindow::SetScroll(CSize szExtent, CSize szLine, CSize szPage, CPoi
 }
 
 void CQtCanvasWindow::SetTimer(int nId, int nMilliseconds) {
-    if (m_bDestroyed) return;
+    if (IsDestroyed()) return;
     auto pTimer = std::make_unique<TTimer>();
     TTimer& timer = *pTimer;
     connect(&timer.timer, &QTimer::timeout, this, [this, nId, &timer] {
         // At most one pending message of each kind, so that they do not pile up in a slow session.
-        const uint64_t uRound = m_main.GetPump().GetRound();
+        const uint64_t uRound = m_life.GetPump().GetRound();
         if (timer.uPostedRound == uRound) return;
         timer.uPostedRound = uRound;
-        Post(EMessage::Timer, nId, 0);
+        m_life.Post(EMessage::Timer, nId);
     });
     timer.timer.start(nMilliseconds);
     m_mapTimers[nId] = std::move(pTimer);
 }
 
 void CQtCanvasWindow::SetFocus() {
-    if (!m_pView->hasFocus() && !m_bDestroyed) FocusView();
+    if (!m_pView->hasFocus() && !IsDestroyed()) FocusView();
 }
 
 // Qt itself sends the pointer to the window in which a button was pressed; this only stores the
@@ -211,7 +181,7 @@ void CQtCanvasWindow::SetFocus() {
 void CQtCanvasWindow::SetCapture(bool bCapture) { m_bCapture = bCapture; }
 
 void CQtCanvasWindow::LoseCapture() {
-    if (std::exchange(m_bCapture, false)) Post(EMessage::CaptureChanged, 0, 0);
+    if (std::exchange(m_bCapture, false)) m_life.Post(EMessage::CaptureChanged);
 }
 
 void CQtCanvasWindow::SetCursor(ECursor cursor) { m_pView->ShowCursor(cursor); }
@@ -226,13 +196,4 @@ bool CQtCanvasWindow::IsAt(CPoint ptScreen) const { return m_pView->IsAt(ptScree
 
 void CQtCanvasWindow::KillTimer(int nId) { m_mapTimers.erase(nId); }
 
-void CQtCanvasWindow::Post(EMessage id, int64_t wParam, int64_t lParam) {
-    if (Hears()) m_main.GetPump().Post({this, id, wParam, lParam, {}});
-}
-
 bool CQtCanvasWindow::focusNextPrevChild(bool bNext) { return m_main.MoveFocus(bNext); }
-
-void CQtCanvasWindow::closeEvent(QCloseEvent* pEvent) {
-    pEvent->ignore();
-    Post(EMessage::Close, 0, 0);
-}

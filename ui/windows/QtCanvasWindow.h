@@ -2,8 +2,8 @@
 // client area in device pixels.
 #pragma once
 
-#include "core/Platform/Window.h"
 #include "ui/windows/QtMenu.h"
+#include "ui/windows/QtWindow.h"
 
 #include <QMdiSubWindow>
 #include <QTimer>
@@ -14,18 +14,13 @@
 class CQtCanvasView;
 class CQtMainWindow;
 
-class CQtCanvasWindow : public QMdiSubWindow, public ICanvasWindow {
+class CQtCanvasWindow : public CQtWindow<QMdiSubWindow, ICanvasWindow> {
 public:
-    /// Creates the hidden window; the client gets no messages until SetReady.
     CQtCanvasWindow(CQtMainWindow& parent, IWindowClient& client, const TCanvasWindowSetup& setup);
     ~CQtCanvasWindow() override;
-    void SetReady() { m_bReady = true; }
 
-    IWindowClient& GetClient() override { return *m_pClient; }
     void DefaultMessage(const TMessage& msg) override;
-    void Destroy() override;
     void SetTitle(const std::wstring& strTitle) override;
-    void Show() override;
     /// The place in the normal state, neither minimised nor maximised.
     CRect GetRect() const override;
     void SetRect(const CRect& rc) override;
@@ -51,13 +46,12 @@ public:
     void FocusView();
     /// Called when another window takes the pointer.
     void LoseCapture();
-    /// Detaches the window from its client without a message, after the session has failed.
-    void Abandon();
 
 protected:
+    void OnLeave() override;
+    void OnShow() override;
     /// Tab moves from the child to the panels; Qt would keep the focus inside.
     bool focusNextPrevChild(bool bNext) override;
-    void closeEvent(QCloseEvent* pEvent) override;
     void moveEvent(QMoveEvent* pEvent) override;
     void resizeEvent(QResizeEvent* pEvent) override;
 
@@ -70,17 +64,12 @@ private:
     void MakeSystemMenu();
     void KeepPlace();
     void SettleLayout();
-    void Post(EMessage id, int64_t wParam, int64_t lParam);
-    bool Hears() const { return m_bReady && !m_bDestroyed; }
 
     CQtMainWindow& m_main;
-    IWindowClient* m_pClient;
     std::unique_ptr<CQtMenuSet> m_pMenus;
     CQtCanvasView* m_pView;
     std::map<int, std::unique_ptr<TTimer>> m_mapTimers;
     std::wstring m_strTitle;
     QRect m_rcPlace; ///< the place to restore from minimised and maximised
     bool m_bCapture = false;
-    bool m_bReady = false;
-    bool m_bDestroyed = false;
 };

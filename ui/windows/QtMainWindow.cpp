@@ -4,16 +4,13 @@
 #include "core/AppModule/MessageQueue.h"
 #include "ui/base/QtApplication.h"
 #include "ui/base/QtText.h"
-#include "ui/input/QtEventPump.h"
 #include "ui/input/QtKeyFilter.h"
 #include "ui/input/QtPen.h"
-#include "ui/panels/QtPanel.h"
 #include "ui/windows/QtCanvasWindow.h"
 #include "ui/windows/QtMdiArrange.h"
 #include "ui/windows/QtToolBar.h"
 
 #include <QApplication>
-#include <QCloseEvent>
 #include <QDragEnterEvent>
 #include <QLabel>
 #include <QMdiArea>
@@ -36,7 +33,7 @@ constexpr QColor MDI_BACKGROUND(0x4a, 0x4a, 0x4a);
 
 CQtMainWindow::CQtMainWindow(IWindowClient& client, const TMainWindowSetup& setup, CQtEventPump& pump,
                              CQtKeyFilter& keys, CQtPen& pen)
-    : m_pClient(&client), m_pump(pump), m_keys(keys), m_pen(pen), m_pMdiArea(new QMdiArea(this)) {
+    : CQtWindow(client, pump, keys), m_keys(keys), m_pen(pen), m_pMdiArea(new QMdiArea(this)) {
     PrepareTopLevel(*this);
     // A host that is a Qt program waits with its own windows open: block their input meanwhile.
     if (!OwnsApplication()) setWindowModality(Qt::ApplicationModal);
@@ -47,9 +44,8 @@ CQtMainWindow::CQtMainWindow(IWindowClient& client, const TMainWindowSetup& setu
     m_pToolBar = new CQtToolBar(
         setup.vToolBar,
         [this](int nId, int nParameter) {
-            PostCommand(nId, nParameter);
-            // After a zoom line was chosen the focus returns to the picture.
-            if (m_pActive) m_pActive->FocusView();
+            m_life.Post(EMessage::Command, nId, nParameter);
+            FocusPicture(); // also after a line of the zoom box was chosen
         },
         this);
     addToolBar(m_pToolBar);
@@ -72,25 +68,28 @@ CQtMainWindow::CQtMainWindow(IWindowClient& client, const TMainWindowSetup& setu
     });
 
     PlaceAtFirst();
-    m_keys.SetWindow(this, [this]() -> IWindow* {
-        if (m_pActive) return m_pActive;
-        return m_bDestroyed ? nullptr : this;
-    });
-    m_pen.SetReceiver([this]() -> IWindow* {
-        if (m_pActive) return m_pActive;
-        return m_bDestroyed ? nullptr : this;
-    });
+    m_keys.SetWindow(this, [this] { return GetReceiver(); });
+    m_pen.SetReceiver([this] { return GetReceiver(); });
+    m_life.Open();
 }
 
 CQtMainWindow::~CQtMainWindow() {
-    // After Destroy there is nothing left to do. A failed session leaves its windows behind, whose clients
-    // may be destroyed: do not notify them.
-    m_bDestroyed = true;
     disconnect(m_pMdiArea, nullptr, this, nullptr);
-    for (CQtCanvasWindow* pChild : m_vChildren) pChild->Abandon();
-    for (CQtPanel* pPanel : m_vPanels) pPanel->Abandon();
-    m_pump.Forget(this);
+    // A failed session leaves its windows behind, whose clients may be destroyed.
+    if (!IsDestroyed()) LeaveInput();
+    m_life.Abandon();
+}
+
+// The window that gets the keys and the pen's proximity.
+IWindow* CQtMainWindow::GetReceiver() {
+    if (m_pActive) return m_pActive;
+    return this;
+}
+
+// By the time this window is freed the keys and the pen may belong to another one.
+void CQtMainWindow::LeaveInput() {
     m_keys.SetWindow(nullptr, {});
+    m_pen.SetReceiver({});
 }
 
 void CQtMainWindow::MakeStatusBar() {
@@ -115,11 +114,8 @@ void CQtMainWindow::PlaceAtFirst() {
 
 std::unique_ptr<CQtMenuSet> CQtMainWindow::MakeMenus(const std::vector<TMenuItem>& vMenu) {
     auto pMenus = std::make_unique<CQtMenuSet>(
-        vMenu, CQtMenuSet::TEvents{[this](int nId) { PostCommand(nId, 0); },
-                                   [this] {
-                                       if (!m_bDestroyed)
-                                           SendMessage({this, EMessage::InitMenuPopup, 0, 0, {}});
-                                   },
+        vMenu, CQtMenuSet::TEvents{[this](int nId) { m_life.Post(EMessage::Command, nId); },
+                                   [this] { m_life.Send(EMessage::InitMenuPopup); },
                                    [this](QMenu& menu) { Guarded([&] { ListWindows(menu); }); }});
     m_pToolBar->TakeToolTips(vMenu);
     if (m_nFirstRecentId != 0) pMenus->SetRecentFiles(m_nFirstRecentId, m_vRecent);
@@ -132,10 +128,6 @@ CQtMenuSet& CQtMainWindow::GetShownMenus() {
 
 void CQtMainWindow::CMenuLook::SetState(int nId, bool bEnabled, bool bChecked) {
     m_window.GetShownMenus().SetState(nId, bEnabled, bChecked);
-}
-
-void CQtMainWindow::PostCommand(int nId, int nParameter) {
-    if (!m_bDestroyed) m_pump.Post({this, EMessage::Command, nId, nParameter, {}});
 }
 
 void CQtMainWindow::ListWindows(QMenu& menu) {
@@ -156,43 +148,21 @@ void CQtMainWindow::ListWindows(QMenu& menu) {
     }
 }
 
-void CQtMainWindow::DefaultMessage(const TMessage& msg) {
-    switch (msg.id) {
-    case EMessage::Close:
-        Destroy();
-        break;
-    case EMessage::KeyDown:
-    case EMessage::KeyUp:
-    case EMessage::SysKeyDown:
-    case EMessage::SysKeyUp:
-        m_keys.Default(msg);
-        break;
-    default:
-        break;
-    }
+void CQtMainWindow::OnLeave() {
+    SetActiveChild(nullptr);
+    LeaveInput();
 }
 
-void CQtMainWindow::Destroy() {
-    if (m_bDestroyed) return;
-    m_bDestroyed = true;
-    SetActiveChild(nullptr);
-    SendMessage({this, EMessage::Destroy, 0, 0, {}});
-    hide();
-    while (!m_vChildren.empty()) m_vChildren.front()->Destroy();
-    while (!m_vPanels.empty()) m_vPanels.front()->Destroy();
-    std::exchange(m_pClient, nullptr)->OnFinalMessage();
-    m_pump.Forget(this);
-    m_pump.FreeLater(this);
+void CQtMainWindow::FocusPicture() {
+    if (m_pActive) m_pActive->FocusView();
 }
 
 void CQtMainWindow::SetTitle(const std::wstring& strTitle) { setWindowTitle(ToQt(strTitle)); }
 
-void CQtMainWindow::Show() {
+void CQtMainWindow::OnShow() {
     setWindowState(windowState() & ~Qt::WindowMinimized);
-    const bool bFirst = !m_bShown;
-    m_bShown = true;
     show();
-    if (bFirst) SizePanels();
+    if (const auto fnFirstShown = std::exchange(m_fnFirstShown, {})) fnFirstShown();
     raise();
     // An open dialog keeps the focus.
     QWidget* pModal = QApplication::activeModalWidget();
@@ -203,13 +173,6 @@ CRect CQtMainWindow::GetRect() const {
     if (isMaximized() || isFullScreen() || isMinimized()) return FromQt(normalGeometry());
     return FromQt(QRect(pos(), size()));
 }
-
-void CQtMainWindow::SetRect(const CRect& rc) {
-    move(rc.left, rc.top);
-    resize(rc.Width(), rc.Height());
-}
-
-void CQtMainWindow::Invalidate(const CRect&) { update(); }
 
 ICommandLook& CQtMainWindow::GetToolBarLook() { return *m_pToolBar; }
 
@@ -270,39 +233,6 @@ void CQtMainWindow::SetMinimumSize(CSize sz) { setMinimumSize(sz.cx, sz.cy); }
 
 void CQtMainWindow::AddChild(CQtCanvasWindow* pChild) { m_vChildren.push_back(pChild); }
 
-// Only a visible window divides its sides as requested, and only over it can panels float.
-void CQtMainWindow::SizePanels() {
-    QList<QDockWidget*> lstDocks;
-    QList<int> lstWidths, lstHeights;
-    for (CQtPanel* pPanel : m_vPanels) {
-        if (pPanel->isHidden()) continue;
-        if (pPanel->isFloating()) {
-            pPanel->hide();
-            pPanel->ShowPanel(true);
-            continue;
-        }
-        lstDocks.append(pPanel);
-        lstWidths.append(pPanel->sizeHint().width());
-        lstHeights.append(pPanel->sizeHint().height());
-    }
-    resizeDocks(lstDocks, lstWidths, Qt::Horizontal);
-    resizeDocks(lstDocks, lstHeights, Qt::Vertical);
-    // The tab bar's current tab may be the last one while it shows the first: selecting it would have no
-    // effect, so another is selected first.
-    for (CQtPanel* pPanel : m_vPanels) {
-        if (!pPanel->WasInFront()) continue;
-        for (QDockWidget* pDock : tabifiedDockWidgets(pPanel)) pDock->raise();
-        pPanel->raise();
-    }
-}
-
-CQtPanel* CQtMainWindow::FindPanelAt(const TPanelPlace& place, const CQtPanel* pExcept) const {
-    const auto it = std::find_if(m_vPanels.begin(), m_vPanels.end(), [&](const CQtPanel* pPanel) {
-        return pPanel != pExcept && !pPanel->isFloating() && pPanel->HasPlace(place);
-    });
-    return it == m_vPanels.end() ? nullptr : *it;
-}
-
 void CQtMainWindow::RemoveChild(CQtCanvasWindow* pChild) {
     std::erase(m_vChildren, pChild);
     if (pChild != m_pActive) return;
@@ -321,7 +251,7 @@ void CQtMainWindow::RemoveChild(CQtCanvasWindow* pChild) {
 }
 
 void CQtMainWindow::SetActiveChild(CQtCanvasWindow* pChild) {
-    if (pChild == m_pActive || (m_bDestroyed && pChild)) return;
+    if (pChild == m_pActive || (IsDestroyed() && pChild)) return;
     // Ignore a child that is being created or was destroyed.
     if (pChild && std::find(m_vChildren.begin(), m_vChildren.end(), pChild) == m_vChildren.end()) return;
     const CQtMenuSet* pShown = &GetShownMenus();
@@ -351,11 +281,6 @@ void CQtMainWindow::changeEvent(QEvent* pEvent) {
     if (pEvent->type() == QEvent::WindowTitleChange) UpdateMark();
 }
 
-void CQtMainWindow::closeEvent(QCloseEvent* pEvent) {
-    pEvent->ignore();
-    if (!m_bDestroyed) m_pump.Post({this, EMessage::Close, 0, 0, {}});
-}
-
 void CQtMainWindow::dragEnterEvent(QDragEnterEvent* pEvent) {
     const QList<QUrl> lstUrls = pEvent->mimeData()->urls();
     if (std::any_of(lstUrls.begin(), lstUrls.end(), [](const QUrl& url) { return url.isLocalFile(); }))
@@ -363,11 +288,10 @@ void CQtMainWindow::dragEnterEvent(QDragEnterEvent* pEvent) {
 }
 
 void CQtMainWindow::dropEvent(QDropEvent* pEvent) {
-    if (m_bDestroyed) return;
     for (const QUrl& url : pEvent->mimeData()->urls()) {
         if (!url.isLocalFile()) continue;
         Guarded([&] {
-            m_pump.Post({this, EMessage::DropFiles, 0, 0, FromQt(url.toLocalFile())});
+            m_life.Post(EMessage::DropFiles, 0, 0, url.toLocalFile());
             pEvent->acceptProposedAction();
         });
     }

@@ -1,40 +1,32 @@
 // The main frame's window. Positions on the screen are device-independent pixels, as Qt places windows.
 #pragma once
 
-#include "core/Platform/Panel.h"
 #include "ui/windows/QtMenu.h"
+#include "ui/windows/QtWindow.h"
 
 #include <QMainWindow>
 #include <QPointer>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
 class CQtCanvasWindow;
-class CQtEventPump;
-class CQtKeyFilter;
-class CQtPanel;
 class CQtPen;
 class CQtToolBar;
 class QLabel;
 class QMdiArea;
 
-class CQtMainWindow : public QMainWindow, public IMainWindow {
+class CQtMainWindow : public CQtWindow<QMainWindow, IMainWindow> {
 public:
     CQtMainWindow(IWindowClient& client, const TMainWindowSetup& setup, CQtEventPump& pump,
                   CQtKeyFilter& keys, CQtPen& pen);
     ~CQtMainWindow() override;
 
-    IWindowClient& GetClient() override { return *m_pClient; }
-    void DefaultMessage(const TMessage& msg) override;
-    void Destroy() override;
     void SetTitle(const std::wstring& strTitle) override;
-    void Show() override;
     /// The frame's position and its inner size: the decorations are unknown before the window shows, and
     /// the value must survive a round trip. While maximised, the place to restore.
     CRect GetRect() const override;
-    void SetRect(const CRect& rc) override;
-    void Invalidate(const CRect& rc) override;
 
     ICommandLook& GetMenuLook() override { return m_menuLook; }
     ICommandLook& GetToolBarLook() override;
@@ -48,12 +40,11 @@ public:
     void SetMinimumSize(CSize sz) override;
 
     QMdiArea& GetMdiArea() { return *m_pMdiArea; }
-    CQtEventPump& GetPump() { return m_pump; }
     CQtKeyFilter& GetKeys() { return m_keys; }
     CQtPen& GetPen() { return m_pen; }
     CQtCanvasWindow* GetActiveChild() const { return m_pActive; }
-    /// True once Destroy has begun: then nothing may be created in the window.
-    bool IsDestroyed() const { return m_bDestroyed; }
+    /// Gives the active canvas the keyboard.
+    void FocusPicture();
 
     /// Creates a child's menus, included in state updates and recent files; they live as long as the child.
     std::unique_ptr<CQtMenuSet> MakeMenus(const std::vector<TMenuItem>& vMenu);
@@ -65,10 +56,8 @@ public:
     /// Sets the modified mark in the frame's title when it shows the title of a maximised child with one.
     void UpdateMark();
 
-    void AddPanel(CQtPanel* pPanel) { m_vPanels.push_back(pPanel); }
-    void RemovePanel(CQtPanel* pPanel) { std::erase(m_vPanels, pPanel); }
-    /// A docked panel other than `pExcept` with the same place, null when there is none.
-    CQtPanel* FindPanelAt(const TPanelPlace& place, const CQtPanel* pExcept) const;
+    /// `fnShown` is called once, when the window is shown for the first time.
+    void SetFirstShown(std::function<void()> fnShown) { m_fnFirstShown = std::move(fnShown); }
 
     /// Moves the focus to the next widget in Tab order, or the previous one.
     bool MoveFocus(bool bNext) { return focusNextPrevChild(bNext); }
@@ -77,9 +66,10 @@ public:
     QMenu* createPopupMenu() override { return nullptr; }
 
 protected:
+    void OnLeave() override;
+    void OnShow() override;
     bool event(QEvent* pEvent) override;
     void changeEvent(QEvent* pEvent) override;
-    void closeEvent(QCloseEvent* pEvent) override;
     void dragEnterEvent(QDragEnterEvent* pEvent) override;
     void dropEvent(QDropEvent* pEvent) override;
 
@@ -93,13 +83,11 @@ private:
 
     void MakeStatusBar();
     void PlaceAtFirst();
-    void SizePanels();
     void ListWindows(QMenu& menu);
     CQtMenuSet& GetShownMenus();
-    void PostCommand(int nId, int nParameter);
+    IWindow* GetReceiver();
+    void LeaveInput();
 
-    IWindowClient* m_pClient;
-    CQtEventPump& m_pump;
     CQtKeyFilter& m_keys;
     CQtPen& m_pen;
     CMenuLook m_menuLook{*this};
@@ -110,9 +98,7 @@ private:
     std::vector<QPointer<QAction>> m_vWindowActions; ///< of the menu listed last, deleted with its child
     std::vector<CQtCanvasWindow*> m_vChildren;       ///< in the order of their creation
     CQtCanvasWindow* m_pActive = nullptr;
-    std::vector<CQtPanel*> m_vPanels;
     int m_nFirstRecentId = 0;
     std::vector<std::wstring> m_vRecent;
-    bool m_bShown = false; ///< Show has been called
-    bool m_bDestroyed = false;
+    std::function<void()> m_fnFirstShown;
 };

@@ -152,3 +152,23 @@ TEST_F(CUiTest, SavingOverAFileIsConfirmedOnce) {
               dir.filePath("a.jpg").toStdWString());
     EXPECT_EQ(m_platform.GetPlatform().fileDialogs.Ask(m_pMain, dialog), L"");
 }
+
+TEST_F(CUiTest, AModalWindowThatIsDeletedWhileItIsOpenCountsAsCancelled) {
+    const TPlatform& platform = m_platform.GetPlatform();
+    const TStep remove = [](QWidget& window) { delete &window; };
+    CSizeModel model;
+    Answer({remove});
+    EXPECT_FALSE(platform.dialogs.Run(m_pMain, model));
+    EXPECT_EQ(model.m_vSeen.size(), 0u);
+    Answer({remove});
+    EXPECT_EQ(platform.boxes.Show(m_pMain, L"保存しますか？", L"", EBoxKind::YesNoCancelWarning),
+              EBoxAnswer::Cancel);
+    // The question whether a file is to be replaced.
+    const QTemporaryDir dir;
+    QFile file(dir.filePath(QStringLiteral("a.vlm")));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    TFileDialog save = g_Save;
+    save.strName = file.fileName().toStdWString();
+    Answer({Press(L"保存"), remove, Press(L"キャンセル")});
+    EXPECT_EQ(platform.fileDialogs.Ask(m_pMain, save), L"");
+}

@@ -41,6 +41,36 @@ TEST_F(CUiTest, MainWindowTakesItsChildrenWithIt) {
     EXPECT_FALSE(CreateMain(m_main));
 }
 
+TEST_F(CUiTest, AWindowMayBeDestroyedInsideAnyOfItsMessages) {
+    for (const EMessage id : {EMessage::MdiActivate, EMessage::Size, EMessage::Close, EMessage::Destroy}) {
+        IMainWindow* pMain = m_pMain;
+        ICanvasWindow* pCanvas = Open(m_a);
+        const QPointer<QWidget> pGlass = &WidgetOf(pCanvas);
+        Open(m_b);
+        int nCalls = 0;
+        m_a.m_fnHandle = [&](const TMessage& msg) {
+            if (msg.id != id) return false;
+            ++nCalls;
+            pCanvas->Destroy();
+            if (id == EMessage::Destroy) pMain->Destroy(); // which owns it
+            return false;
+        };
+        m_vLog.clear();
+        pCanvas->Activate();
+        pCanvas->SetRect({0, 0, 200, 150});
+        WidgetOf(pCanvas).close();
+        Turn();
+        const auto says = [&](const char* psz) { return std::count(m_vLog.begin(), m_vLog.end(), psz); };
+        EXPECT_EQ(says("a destroy"), 1);
+        EXPECT_EQ(says("a final"), 1);
+        EXPECT_GE(nCalls, 1) << static_cast<int>(id);
+        EXPECT_TRUE(pGlass.isNull());
+        m_a.m_fnHandle = {};
+    }
+    EXPECT_THAT(m_vLog, testing::IsSupersetOf({"main final", "b final"}));
+    m_pMain = CreateMain(m_main);
+}
+
 TEST(QtPlatform, WindowsOfABrokenSessionGoWithoutAWord) {
     TLog vLog;
     auto pSession = std::make_unique<CUiSession>();
