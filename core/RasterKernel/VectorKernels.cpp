@@ -94,9 +94,13 @@ struct TWeights {
     TFloats reciprocal;
 };
 
-HWY_INLINE TWeights WeighGeneral(V16 sA, V16 dA, V16 opacity, const uint8_t* pMask) {
-    V16 a = Div255(hn::Mul(sA, opacity));
-    if (pMask) a = Div255(hn::Mul(a, Load(pMask)));
+// The general kernel's coverage of the source.
+HWY_INLINE V16 CoverGeneral(V16 sA, V16 opacity, const uint8_t* pMask) {
+    const V16 a = Div255(hn::Mul(sA, opacity));
+    return pMask ? Div255(hn::Mul(a, Load(pMask))) : a;
+}
+
+HWY_INLINE TWeights WeighGeneral(V16 a, V16 dA) {
     const V16 d = Div255(hn::Mul(dA, hn::Sub(hn::Set(d16, 255), a)));
     const V16 sum = hn::Add(a, d);
     const TFloats f = ToFloats(hn::Max(sum, hn::Set(d16, 1)));
@@ -115,6 +119,45 @@ HWY_INLINE V16 MixGeneral(V16 sC, V16 dC, const TWeights& w) {
     };
     return FromFloats(
         {part(hn::LowerHalf(n), w.reciprocal.lo), part(hn::UpperHalf(dHalf, n), w.reciprocal.hi)});
+}
+
+HWY_INLINE bool IsAll(V16 v, uint16_t u) { return hn::AllTrue(d16, hn::Eq(v, hn::Set(d16, u))); }
+
+// Blends a source of coverage `a` onto pixels of alpha `dA`, which lies at `pAlpha`; `each(mix)` stores
+// mix(source, dest) for every channel. Most vectors of a drawing are empty, full or painted for the first
+// time, where the formulas come out without a division.
+template <class Each>
+HWY_INLINE void BlendVector(V16 a, V16 dA, uint8_t* pAlpha, Each each) {
+    if (IsAll(a, 0)) {
+        each([&](V16, V16 dC) HWY_ATTR { return hn::IfThenZeroElse(hn::Eq(dA, hn::Zero(d16)), dC); });
+    } else if (IsAll(a, 255)) {
+        Store(a, pAlpha);
+        each([&](V16 sC, V16) HWY_ATTR { return sC; });
+    } else if (IsAll(dA, 0)) {
+        Store(a, pAlpha);
+        each([&](V16 sC, V16) HWY_ATTR { return hn::IfThenZeroElse(hn::Eq(a, hn::Zero(d16)), sC); });
+    } else {
+        const TWeights w = WeighGeneral(a, dA);
+        Store(w.sum, pAlpha);
+        each([&](V16 sC, V16 dC) HWY_ATTR { return MixGeneral(sC, dC, w); });
+    }
+}
+
+// The same by the fast kernel.
+template <class Each>
+HWY_INLINE void BlendVectorFast(V16 sA, V16 dA, uint8_t* pAlpha, Each each) {
+    if (IsAll(sA, 0)) return;
+    if (IsAll(sA, 255)) {
+        Store(sA, pAlpha);
+        each([&](V16 sC, V16) HWY_ATTR { return sC; });
+    } else if (IsAll(dA, 0)) {
+        Store(sA, pAlpha);
+        each([&](V16 sC, V16 dC) HWY_ATTR { return hn::IfThenElse(hn::Eq(sA, hn::Zero(d16)), dC, sC); });
+    } else {
+        const TRatio w = RatioFast(sA, dA);
+        Store(w.alpha, pAlpha);
+        each([&](V16 sC, V16 dC) HWY_ATTR { return MixFast(sC, dC, w.ratio); });
+    }
 }
 
 // GreyOf: its weights are thousandths, and the nearest level of a sum that is no whole number is at least a
@@ -154,24 +197,22 @@ HWY_INLINE TConstGreyPixels Advance(const TConstGreyPixels& px, size_t n) {
 void FastColor(const TColorPixels& dest, const TConstColorPixels& src, size_t nCount) {
     const size_t nStep = hn::Lanes(d16);
     size_t i = 0;
-    for (; i + nStep <= nCount; i += nStep) {
-        const TRatio w = RatioFast(Load(src.pA + i), Load(dest.pA + i));
-        Store(w.alpha, dest.pA + i);
-        Store(MixFast(Load(src.pR + i), Load(dest.pR + i), w.ratio), dest.pR + i);
-        Store(MixFast(Load(src.pG + i), Load(dest.pG + i), w.ratio), dest.pG + i);
-        Store(MixFast(Load(src.pB + i), Load(dest.pB + i), w.ratio), dest.pB + i);
-    }
+    for (; i + nStep <= nCount; i += nStep)
+        BlendVectorFast(Load(src.pA + i), Load(dest.pA + i), dest.pA + i, [&](auto mix) HWY_ATTR {
+            Store(mix(Load(src.pR + i), Load(dest.pR + i)), dest.pR + i);
+            Store(mix(Load(src.pG + i), Load(dest.pG + i)), dest.pG + i);
+            Store(mix(Load(src.pB + i), Load(dest.pB + i)), dest.pB + i);
+        });
     PlainKernels().pFastColor(Advance(dest, i), Advance(src, i), nCount - i);
 }
 
 void FastGrey(const TGreyPixels& dest, const TConstGreyPixels& src, size_t nCount) {
     const size_t nStep = hn::Lanes(d16);
     size_t i = 0;
-    for (; i + nStep <= nCount; i += nStep) {
-        const TRatio w = RatioFast(Load(src.pA + i), Load(dest.pA + i));
-        Store(w.alpha, dest.pA + i);
-        Store(MixFast(Load(src.pGrey + i), Load(dest.pGrey + i), w.ratio), dest.pGrey + i);
-    }
+    for (; i + nStep <= nCount; i += nStep)
+        BlendVectorFast(Load(src.pA + i), Load(dest.pA + i), dest.pA + i, [&](auto mix) HWY_ATTR {
+            Store(mix(Load(src.pGrey + i), Load(dest.pGrey + i)), dest.pGrey + i);
+        });
     PlainKernels().pFastGrey(Advance(dest, i), Advance(src, i), nCount - i);
 }
 
@@ -181,12 +222,12 @@ void GeneralColorOnColor(const TColorPixels& dest, const TConstColorPixels& src,
     const V16 opacity = hn::Set(d16, uOpacity);
     size_t i = 0;
     for (; i + nStep <= nCount; i += nStep) {
-        const TWeights w =
-            WeighGeneral(Load(src.pA + i), Load(dest.pA + i), opacity, pMask ? pMask + i : nullptr);
-        Store(w.sum, dest.pA + i);
-        Store(MixGeneral(Load(src.pR + i), Load(dest.pR + i), w), dest.pR + i);
-        Store(MixGeneral(Load(src.pG + i), Load(dest.pG + i), w), dest.pG + i);
-        Store(MixGeneral(Load(src.pB + i), Load(dest.pB + i), w), dest.pB + i);
+        const V16 a = CoverGeneral(Load(src.pA + i), opacity, pMask ? pMask + i : nullptr);
+        BlendVector(a, Load(dest.pA + i), dest.pA + i, [&](auto mix) HWY_ATTR {
+            Store(mix(Load(src.pR + i), Load(dest.pR + i)), dest.pR + i);
+            Store(mix(Load(src.pG + i), Load(dest.pG + i)), dest.pG + i);
+            Store(mix(Load(src.pB + i), Load(dest.pB + i)), dest.pB + i);
+        });
     }
     PlainKernels().pGeneralColorOnColor(Advance(dest, i), Advance(src, i), uOpacity,
                                         pMask ? pMask + i : nullptr, nCount - i);
@@ -200,10 +241,9 @@ HWY_INLINE size_t BlendOnGrey(const TGreyPixels& dest, const uint8_t* pAlpha, Gr
     const V16 opacity = hn::Set(d16, uOpacity);
     size_t i = 0;
     for (; i + nStep <= nCount; i += nStep) {
-        const TWeights w =
-            WeighGeneral(Load(pAlpha + i), Load(dest.pA + i), opacity, pMask ? pMask + i : nullptr);
-        Store(w.sum, dest.pA + i);
-        Store(MixGeneral(source(i), Load(dest.pGrey + i), w), dest.pGrey + i);
+        const V16 a = CoverGeneral(Load(pAlpha + i), opacity, pMask ? pMask + i : nullptr);
+        BlendVector(a, Load(dest.pA + i), dest.pA + i,
+                    [&](auto mix) HWY_ATTR { Store(mix(source(i), Load(dest.pGrey + i)), dest.pGrey + i); });
     }
     return i;
 }
@@ -233,12 +273,12 @@ void InkOnColor(const TColorPixels& dest, const TInk& ink, const uint8_t* pCover
     const V16 inkB = hn::Set(d16, ink.uB);
     size_t i = 0;
     for (; i + nStep <= nCount; i += nStep) {
-        const TWeights w =
-            WeighGeneral(Load(pCover + i), Load(dest.pA + i), opaque, pMask ? pMask + i : nullptr);
-        Store(w.sum, dest.pA + i);
-        Store(MixGeneral(inkR, Load(dest.pR + i), w), dest.pR + i);
-        Store(MixGeneral(inkG, Load(dest.pG + i), w), dest.pG + i);
-        Store(MixGeneral(inkB, Load(dest.pB + i), w), dest.pB + i);
+        const V16 a = CoverGeneral(Load(pCover + i), opaque, pMask ? pMask + i : nullptr);
+        BlendVector(a, Load(dest.pA + i), dest.pA + i, [&](auto mix) HWY_ATTR {
+            Store(mix(inkR, Load(dest.pR + i)), dest.pR + i);
+            Store(mix(inkG, Load(dest.pG + i)), dest.pG + i);
+            Store(mix(inkB, Load(dest.pB + i)), dest.pB + i);
+        });
     }
     PlainKernels().pInkOnColor(Advance(dest, i), ink, pCover + i, pMask ? pMask + i : nullptr, nCount - i);
 }

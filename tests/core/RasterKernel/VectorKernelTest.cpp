@@ -4,6 +4,7 @@
 #include "core/RasterKernel/Kernels.h"
 #include "tests/support/TargetTest.h"
 
+#include <array>
 #include <random>
 #include <vector>
 
@@ -28,11 +29,11 @@ struct TPlanes {
     TConstGreyPixels GreySource() const { return {av[0].data(), av[3].data()}; }
     TColorPixels Dest() { return {av[5].data(), av[6].data(), av[7].data(), av[8].data()}; }
     TGreyPixels GreyDest() { return {av[5].data(), av[8].data()}; }
-    // Every pair of source and destination alpha.
-    void SetAllAlphas() {
+    // Every pair of source and destination alpha; one of them stays the same for 256 pixels.
+    void SetAllAlphas(bool bEvenSource = false) {
         for (size_t i = 0; i < av[3].size(); ++i) {
-            av[3][i] = static_cast<uint8_t>(i);
-            av[8][i] = static_cast<uint8_t>(i >> 8);
+            av[bEvenSource ? 8 : 3][i] = static_cast<uint8_t>(i);
+            av[bEvenSource ? 3 : 8][i] = static_cast<uint8_t>(i >> 8);
         }
     }
 };
@@ -73,10 +74,11 @@ using VectorKernels_ = CTargetTest;
 
 TEST_P(VectorKernels_, AllAlphasUnderAllOpacitiesAndMasks) {
     TPlanes planes(ALL_PAIRS, 1);
-    planes.SetAllAlphas();
-    for (const int nOpacity : {0, 1, 2, 127, 128, 254, 255}) {
-        CompareAll(planes, ALL_PAIRS, static_cast<uint8_t>(nOpacity), false);
-        CompareAll(planes, ALL_PAIRS, static_cast<uint8_t>(nOpacity), true);
+    for (int n = 0; n < 14; ++n) {
+        planes.SetAllAlphas(n % 2);
+        const auto uOpacity = std::array<uint8_t, 7>{0, 1, 2, 127, 128, 254, 255}[static_cast<size_t>(n / 2)];
+        CompareAll(planes, ALL_PAIRS, uOpacity, false);
+        CompareAll(planes, ALL_PAIRS, uOpacity, true);
         if (HasFatalFailure()) return;
     }
 }
