@@ -6,19 +6,30 @@
 #include "core/RasterBuffer/MonoRasterBuffer.h"
 #include "core/RasterKernel/BlendKernel.h"
 #include "core/RasterKernel/ReduceKernel.h"
+#include "core/RasterKernel/StampKernel.h"
 
 #include <boost/make_shared.hpp>
 
+#include <algorithm>
+#include <array>
 #include <vector>
 
 namespace {
 
-// The coverage as bytes: 16-bit values give their upper bytes, kept in `vBytes`.
-const uint8_t* CoverBytes(const uint8_t* pAlpha, size_t, std::vector<uint8_t>&) { return pAlpha; }
-const uint8_t* CoverBytes(const uint16_t* pAlpha, size_t nCount, std::vector<uint8_t>& vBytes) {
-    vBytes.resize(nCount);
-    for (size_t i = 0; i < nCount; ++i) vBytes[i] = static_cast<uint8_t>(pAlpha[i] >> 8);
-    return vBytes.data();
+// Calls `fn(bytes, first, count)` for runs of coverage bytes: all of them, or parts of the upper bytes of
+// 16-bit values.
+template <class Function>
+void ForEachRun(const uint8_t* pAlpha, size_t nCount, Function fn) {
+    fn(pAlpha, size_t{0}, nCount);
+}
+template <class Function>
+void ForEachRun(const uint16_t* pAlpha, size_t nCount, Function fn) {
+    std::array<uint8_t, 2304> aBytes; // a quarter of a tile
+    for (size_t n = 0; n < nCount; n += aBytes.size()) {
+        const size_t nRun = std::min(aBytes.size(), nCount - n);
+        StampKernels().pUpperBytes(aBytes.data(), pAlpha + n, nRun);
+        fn(static_cast<const uint8_t*>(aBytes.data()), n, nRun);
+    }
 }
 
 } // namespace
@@ -72,26 +83,24 @@ void CAlphaBlockBufferImpl<T>::BlendCoverage(CRasterBlockBuffer& dest, const CAl
     SELF_CHECK(invalid_argument, dest.GetSize() == m_szBlock);
     const size_t nCount = static_cast<size_t>(m_szBlock.cx) * static_cast<size_t>(m_szBlock.cy);
     const uint8_t* pMaskBytes = MaskBytes(pMask, m_szBlock);
-    std::vector<uint8_t> vBytes;
     if (auto* pAlpha = dynamic_cast<CAlphaBlock8*>(&dest)) {
         // A stroke of 16 bits is never used as a mask.
         if constexpr (sizeof(T) == 1) AddCoverage(pAlpha->GetAlpha(), GetAlpha(), pMaskBytes, nCount);
         return;
     }
-    const uint8_t* pCover = CoverBytes(GetAlpha(), nCount, vBytes);
     const TColor color = ink.GetColor();
-    if (auto* pGrey = dynamic_cast<CMonoRasterBlockBuffer*>(&dest)) {
-        if (ink.IsErase())
-            EraseCoverage(pGrey->GetAlpha(), pCover, pMaskBytes, nCount);
-        else
-            BlendInk(pGrey->Pixels(), ink.GetGrey(), pCover, pMaskBytes, nCount);
-    } else if (auto* pColor = dynamic_cast<CColorRasterBlockBuffer*>(&dest)) {
-        if (ink.IsErase())
-            EraseCoverage(pColor->GetAlpha(), pCover, pMaskBytes, nCount);
-        else
-            BlendInk(pColor->Pixels(), {RedOf(color), GreenOf(color), BlueOf(color)}, pCover, pMaskBytes,
-                     nCount);
-    }
+    auto* pGrey = dynamic_cast<CMonoRasterBlockBuffer*>(&dest);
+    auto* pColor = dynamic_cast<CColorRasterBlockBuffer*>(&dest);
+    ForEachRun(GetAlpha(), nCount, [&](const uint8_t* pCover, size_t nFirst, size_t nRun) {
+        const uint8_t* pRunMask = pMaskBytes ? pMaskBytes + nFirst : nullptr;
+        if (ink.IsErase() && (pGrey || pColor))
+            EraseCoverage((pGrey ? pGrey->GetAlpha() : pColor->GetAlpha()) + nFirst, pCover, pRunMask, nRun);
+        else if (pGrey)
+            BlendInk(pGrey->Pixels(nFirst), ink.GetGrey(), pCover, pRunMask, nRun);
+        else if (pColor)
+            BlendInk(pColor->Pixels(nFirst), {RedOf(color), GreenOf(color), BlueOf(color)}, pCover, pRunMask,
+                     nRun);
+    });
 }
 
 template <class T>

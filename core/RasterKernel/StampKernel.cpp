@@ -33,19 +33,23 @@ void Falloff(uint16_t* pCells, size_t nFirst, size_t nCount, size_t nRow, const 
     }
 }
 
-void FalloffPiece(uint16_t* pCells, size_t nFirst, size_t nCount, size_t nRow, const TFalloff& falloff,
-                  const TFalloffPiece&) {
-    Falloff(pCells, nFirst, nCount, nRow, falloff);
+void FalloffRow(uint16_t* pCells, size_t nFirst, size_t nEnd, size_t nRow, const TFalloff& falloff,
+                const TFalloffStretch*, size_t) {
+    if (nFirst < nEnd) Falloff(pCells, nFirst, nEnd - nFirst, nRow, falloff);
 }
 
 void AddCells(uint32_t* pSums, const uint16_t* pCells, size_t nCount) {
     for (size_t n = 0; n < nCount; ++n) pSums[n] += pCells[n];
 }
 
+void UpperBytes(uint8_t* pBytes, const uint16_t* pValues, size_t nCount) {
+    for (size_t n = 0; n < nCount; ++n) pBytes[n] = static_cast<uint8_t>(pValues[n] >> 8);
+}
+
 } // namespace
 
 const TStampKernels& PlainStampKernels() {
-    static constexpr TStampKernels kernels{Accumulate, Falloff, FalloffPiece, AddCells};
+    static constexpr TStampKernels kernels{Accumulate, Falloff, FalloffRow, AddCells, UpperBytes};
     return kernels;
 }
 

@@ -27,14 +27,20 @@ struct TFalloff {
 /// MAX_PIECE_ERROR while the terms' sum is at most MAX_PIECE_SPAN.
 struct TFalloffPiece {
     static constexpr size_t TERMS = 5;
-    int32_t nCentre;
-    float fScale;
-    int32_t nBase;
-    std::array<float, TERMS> afTerms;
+    int32_t nCentre = 0;
+    float fScale = 0;
+    int32_t nBase = 0;
+    std::array<float, TERMS> afTerms{};
 };
 constexpr double MAX_PIECE_SPAN = 1024;
 constexpr float MAX_PIECE_ERROR = 0x1p-10f;
-/// Cells behind the last one that pFalloffPiece may overwrite.
+/// The cells of a row from the end of the stretch before up to, without, nEnd, which may lie before it.
+struct TFalloffStretch {
+    size_t nEnd;
+    TFalloffPiece piece; ///< fScale 0: none is accurate enough
+};
+
+/// Cells behind the last one that pFalloffRow may overwrite.
 constexpr size_t CELL_MARGIN = 16;
 
 struct TStampKernels {
@@ -46,12 +52,14 @@ struct TStampKernels {
     /// sampled at the cells' centres, into `pCells`: 0 to 65535, rounded. All distances are at least
     /// dInner.
     void (*pFalloff)(uint16_t* pCells, size_t nFirst, size_t nCount, size_t nRow, const TFalloff& falloff);
-    /// The same cells by the polynomial `piece`, where it is accurate enough for their rounding. May
-    /// overwrite CELL_MARGIN cells behind them.
-    void (*pFalloffPiece)(uint16_t* pCells, size_t nFirst, size_t nCount, size_t nRow,
-                          const TFalloff& falloff, const TFalloffPiece& piece);
+    /// The same cells from `nFirst` to before `nEnd`, stretch by stretch; those behind the last stretch as
+    /// those of one without a piece. May overwrite CELL_MARGIN cells behind them.
+    void (*pFalloffRow)(uint16_t* pCells, size_t nFirst, size_t nEnd, size_t nRow, const TFalloff& falloff,
+                        const TFalloffStretch* pStretches, size_t nStretches);
     /// Adds cells to sums.
     void (*pAddCells)(uint32_t* pSums, const uint16_t* pCells, size_t nCount);
+    /// Writes the upper bytes of values: the coverage that pixels are blended with.
+    void (*pUpperBytes)(uint8_t* pBytes, const uint16_t* pValues, size_t nCount);
 };
 
 /// The reference forms.

@@ -15,6 +15,8 @@
 #include "core/Base/StableMath.h"
 #include "core/RasterKernel/StampKernel.h"
 
+#include <algorithm>
+
 HWY_BEFORE_NAMESPACE();
 namespace HWY_NAMESPACE {
 
@@ -89,35 +91,101 @@ HWY_INLINE V Exp(D d, V x) {
     return hn::BitCast(d, hn::Add(hn::BitCast(dBits, p), hn::ShiftLeft<52>(hn::BitCast(dBits, shifted))));
 }
 
+// Cells whose centres lie `x` from the middle column and whose row's lies `square`, squared, from the middle
+// row, in half cells.
+template <class D, class V = hn::Vec<D>>
+HWY_INLINE hn::Vec<hn::Rebind<uint16_t, D>> FalloffCells(D d, V x, V square, const TFalloff& falloff) {
+    const hn::Rebind<int32_t, D> dInt;
+    const hn::Rebind<uint16_t, D> dCell;
+    const V distance = hn::Sub(hn::Sqrt(hn::Add(hn::Mul(x, x), square)), hn::Set(d, falloff.dInner));
+    const V v = Exp(d, hn::Mul(hn::Set(d, falloff.dFactor), hn::Mul(distance, distance)));
+    const V cells = hn::Add(hn::Mul(v, hn::Set(d, CELL_FULL)), hn::Set(d, 0.5));
+    return hn::DemoteTo(dCell, hn::DemoteTo(dInt, cells));
+}
+
+double SquareOf(size_t nRow) { return static_cast<double>(2 * nRow + 1) * static_cast<double>(2 * nRow + 1); }
+
 void Falloff(uint16_t* pCells, size_t nFirst, size_t nCount, size_t nRow, const TFalloff& falloff) {
     const hn::ScalableTag<double> d;
-    const hn::Rebind<int32_t, decltype(d)> dInt;
     const hn::Rebind<uint16_t, decltype(d)> dCell;
     const size_t nStep = hn::Lanes(d);
-    const auto one = hn::Set(d, 1.0);
-    const auto row = hn::Set(d, static_cast<double>(2 * nRow + 1) * static_cast<double>(2 * nRow + 1));
-    const auto inner = hn::Set(d, falloff.dInner);
-    const auto factor = hn::Set(d, falloff.dFactor);
+    const auto square = hn::Set(d, SquareOf(nRow));
     size_t n = 0;
     for (; n + nStep <= nCount; n += nStep) {
         const auto cell = hn::Iota(d, static_cast<double>(nFirst + n));
-        const auto x = hn::Add(hn::Add(cell, cell), one);
-        const auto distance = hn::Sub(hn::Sqrt(hn::Add(hn::Mul(x, x), row)), inner);
-        const auto v = Exp(d, hn::Mul(factor, hn::Mul(distance, distance)));
-        const auto cells = hn::Add(hn::Mul(v, hn::Set(d, CELL_FULL)), hn::Set(d, 0.5));
-        hn::StoreU(hn::DemoteTo(dCell, hn::DemoteTo(dInt, cells)), dCell, pCells + n);
+        const auto x = hn::Add(hn::Add(cell, cell), hn::Set(d, 1.0));
+        hn::StoreU(FalloffCells(d, x, square, falloff), dCell, pCells + n);
     }
     PlainStampKernels().pFalloff(pCells + n, nFirst + n, nCount - n, nRow, falloff);
 }
 
-void FalloffPiece(uint16_t* pCells, size_t nFirst, size_t nCount, size_t nRow, const TFalloff& falloff,
-                  const TFalloffPiece& piece) {
-    const hn::CappedTag<float, CELL_MARGIN> d;
+// The cells of a row that a polynomial may have rounded to the wrong integer: they are told without a branch,
+// and computed again together.
+class CUnsafeCells {
+public:
+    using D = hn::CappedTag<float, CELL_MARGIN>;
+
+    CUnsafeCells(uint16_t* pCells, size_t nFirst, size_t nRow, const TFalloff& falloff)
+        : m_pCells(pCells), m_nFirst(nFirst), m_square(SquareOf(nRow)), m_falloff(falloff) {}
+
+    // Takes the lanes of the vector of cells from `n` on that are not set in `safe`.
+    HWY_INLINE void Add(size_t n, hn::Mask<D> safe) {
+        if (m_nVectors == m_anCells.size()) Flush();
+        m_anCells[m_nVectors] = static_cast<uint32_t>(n);
+        hn::StoreMaskBits(D(), hn::Not(safe), m_aBits[m_nVectors].data());
+        ++m_nVectors;
+    }
+    void Flush() {
+        for (size_t n = 0; n < m_nVectors; ++n) {
+            uint32_t uBits = m_aBits[n][0];
+            if constexpr (LANES > 8) uBits |= uint32_t{m_aBits[n][1]} << 8;
+            for (; HWY_UNLIKELY(uBits); uBits &= uBits - 1) {
+                m_anUnsafe[m_nUnsafe] = m_anCells[n] + hwy::Num0BitsBelowLS1Bit_Nonzero32(uBits);
+                if (++m_nUnsafe == m_anUnsafe.size()) Compute();
+            }
+        }
+        m_nVectors = 0;
+        Compute();
+    }
+
+private:
+    static constexpr size_t LANES = hn::MaxLanes(D());
+
+    void Compute() {
+        const hn::ScalableTag<double> d;
+        const hn::Rebind<uint16_t, decltype(d)> dCell;
+        for (size_t n = 0; n < m_nUnsafe; n += hn::Lanes(d)) {
+            HWY_ALIGN double adX[hn::MaxLanes(d)] = {};
+            HWY_ALIGN uint16_t auCells[hn::MaxLanes(d)];
+            const size_t nCount = std::min(hn::Lanes(d), m_nUnsafe - n);
+            for (size_t i = 0; i < nCount; ++i) adX[i] = 2.0 * m_anUnsafe[n + i] + 1;
+            hn::StoreU(FalloffCells(d, hn::Load(d, adX), hn::Set(d, m_square), m_falloff), dCell, auCells);
+            for (size_t i = 0; i < nCount; ++i) m_pCells[m_anUnsafe[n + i] - m_nFirst] = auCells[i];
+        }
+        m_nUnsafe = 0;
+    }
+
+    uint16_t* m_pCells;
+    size_t m_nFirst;
+    double m_square;
+    const TFalloff& m_falloff;
+    size_t m_nVectors = 0;
+    std::array<uint32_t, 512> m_anCells; ///< the vectors' first ones
+    std::array<std::array<uint8_t, 2>, 512> m_aBits;
+    size_t m_nUnsafe = 0;
+    std::array<uint32_t, 64> m_anUnsafe;
+};
+
+// Rounding to integers by adding ROUND leaves the integer in the lowest bits of the sum.
+HWY_INLINE void FalloffPiece(uint16_t* pCells, size_t nFirst, size_t nEnd, size_t nRow,
+                             const TFalloffPiece& piece, size_t nRowFirst, CUnsafeCells& unsafe) {
+    const CUnsafeCells::D d;
     const hn::RebindToSigned<decltype(d)> dInt;
     const hn::Rebind<uint16_t, decltype(d)> dCell;
     const size_t nStep = hn::Lanes(d);
+    const auto round = hn::Set(d, 0x1.8p23f);
     const auto scale = hn::Set(d, piece.fScale);
-    const auto base = hn::Set(dInt, piece.nBase);
+    const auto base = hn::Sub(hn::Set(dInt, piece.nBase), hn::BitCast(dInt, round));
     const auto safe = hn::Set(d, 0.5f - MAX_PIECE_ERROR);
     const auto y = static_cast<int32_t>(2 * nRow + 1);
     const auto x = hn::Add(hn::ShiftLeft<1>(hn::Iota(dInt, static_cast<int32_t>(nFirst))), hn::Set(dInt, 1));
@@ -126,20 +194,36 @@ void FalloffPiece(uint16_t* pCells, size_t nFirst, size_t nCount, size_t nRow, c
     auto u = hn::Add(hn::Mul(x, x), hn::Set(dInt, y * y - piece.nCentre));
     auto du = hn::Mul(hn::Add(x, hn::Set(dInt, m)), hn::Set(dInt, 4 * m));
     const auto ddu = hn::Set(dInt, 8 * m * m);
-    for (size_t n = 0; n < nCount; n += nStep) {
+    for (size_t n = nFirst; n < nEnd; n += nStep) {
         const auto t = hn::Mul(hn::ConvertTo(d, u), scale);
         auto v = hn::Set(d, piece.afTerms[TFalloffPiece::TERMS - 1]);
         for (size_t k = TFalloffPiece::TERMS - 1; k-- > 0;)
             v = hn::MulAdd(v, t, hn::Set(d, piece.afTerms[k]));
-        const auto whole = hn::NearestInt(v);
-        const auto off = hn::Abs(hn::Sub(v, hn::ConvertTo(d, whole)));
-        if (HWY_LIKELY(hn::AllTrue(d, hn::Lt(off, safe))))
-            hn::StoreU(hn::DemoteTo(dCell, hn::Add(whole, base)), dCell, pCells + n);
-        else
-            Falloff(pCells + n, nFirst + n, nStep, nRow, falloff);
+        const auto rounded = hn::Add(v, round);
+        const auto off = hn::Abs(hn::Sub(v, hn::Sub(rounded, round)));
+        const auto cells = hn::DemoteTo(dCell, hn::Add(hn::BitCast(dInt, rounded), base));
+        hn::StoreU(cells, dCell, pCells + (n - nRowFirst));
+        unsafe.Add(n, hn::Lt(off, safe));
         u = hn::Add(u, du);
         du = hn::Add(du, ddu);
     }
+}
+
+void FalloffRow(uint16_t* pCells, size_t nFirst, size_t nEnd, size_t nRow, const TFalloff& falloff,
+                const TFalloffStretch* pStretches, size_t nStretches) {
+    CUnsafeCells unsafe(pCells, nFirst, nRow, falloff);
+    size_t n = nFirst;
+    for (size_t i = 0; i < nStretches && n < nEnd; ++i) {
+        const size_t nTo = std::min(pStretches[i].nEnd, nEnd);
+        if (nTo <= n) continue;
+        if (pStretches[i].piece.fScale == 0)
+            Falloff(pCells + (n - nFirst), n, nTo - n, nRow, falloff);
+        else
+            FalloffPiece(pCells, n, nTo, nRow, pStretches[i].piece, nFirst, unsafe);
+        n = nTo;
+    }
+    if (n < nEnd) Falloff(pCells + (n - nFirst), n, nEnd - n, nRow, falloff);
+    unsafe.Flush();
 }
 
 void AddCells(uint32_t* pSums, const uint16_t* pCells, size_t nCount) {
@@ -153,8 +237,21 @@ void AddCells(uint32_t* pSums, const uint16_t* pCells, size_t nCount) {
     PlainStampKernels().pAddCells(pSums + n, pCells + n, nCount - n);
 }
 
+void UpperBytes(uint8_t* pBytes, const uint16_t* pValues, size_t nCount) {
+    const hn::ScalableTag<uint16_t> d;
+    const hn::RebindToSigned<decltype(d)> dSigned;
+    const hn::Rebind<uint8_t, decltype(d)> d8;
+    const size_t nStep = hn::Lanes(d);
+    size_t n = 0;
+    for (; n + nStep <= nCount; n += nStep) {
+        const auto upper = hn::ShiftRight<8>(hn::LoadU(d, pValues + n));
+        hn::StoreU(hn::DemoteTo(d8, hn::BitCast(dSigned, upper)), d8, pBytes + n);
+    }
+    PlainStampKernels().pUpperBytes(pBytes + n, pValues + n, nCount - n);
+}
+
 const TStampKernels* GetStampKernels() {
-    static constexpr TStampKernels kernels{Accumulate, Falloff, FalloffPiece, AddCells};
+    static constexpr TStampKernels kernels{Accumulate, Falloff, FalloffRow, AddCells, UpperBytes};
     return &kernels;
 }
 

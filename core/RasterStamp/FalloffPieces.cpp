@@ -66,10 +66,9 @@ std::optional<TFalloffPiece> PieceAt(const TFalloff& falloff, int64_t nCentre, i
 } // namespace
 
 CFalloffPieces::CFalloffPieces(const TFalloff& falloff, uint64_t uInner, uint64_t uOuter) {
-    constexpr size_t NOT_KNOWN = std::numeric_limits<size_t>::max();
     const auto nLast = static_cast<int64_t>(uOuter);
     auto nFrom = static_cast<int64_t>(std::max(uInner, FIRST_SQUARE));
-    m_vStretches.push_back({static_cast<uint64_t>(std::min(nFrom, nLast)), NOT_KNOWN, {}});
+    Append(std::min(nFrom, nLast), {});
     for (int64_t nHalf = LARGEST_HALF; nFrom < nLast;) {
         const auto piece = PieceAt(falloff, nFrom + nHalf, nHalf);
         if (!piece) {
@@ -78,36 +77,38 @@ CFalloffPieces::CFalloffPieces(const TFalloff& falloff, uint64_t uInner, uint64_
             continue;
         }
         nFrom += 2 * nHalf;
-        m_vStretches.push_back({static_cast<uint64_t>(std::min(nFrom, nLast)), NOT_KNOWN, *piece});
+        Append(std::min(nFrom, nLast), *piece);
         nHalf = std::min(nHalf * 2, LARGEST_HALF);
     }
-    for (TStretch& stretch : m_vStretches)
-        stretch.nEnd = static_cast<size_t>(std::sqrt(static_cast<double>(stretch.uEnd))) / 2 + 1;
+}
+
+void CFalloffPieces::Append(int64_t nSquare, const TFalloffPiece& piece) {
+    const auto nEnd = static_cast<size_t>(std::sqrt(static_cast<double>(nSquare))) / 2 + 1;
+    const auto nLastCell = static_cast<int64_t>(2 * nEnd - 1);
+    m_vStretches.push_back({nEnd, piece});
+    m_vLimits.push_back({nSquare, nSquare - nLastCell * nLastCell});
 }
 
 void CFalloffPieces::SetRow(size_t nRow) {
     m_nRow = nRow;
-    const uint64_t uRow = (2 * nRow + 1) * (2 * nRow + 1);
-    for (size_t i = m_nFirst; i < m_vStretches.size(); ++i) {
-        TStretch& stretch = m_vStretches[i];
-        size_t n = stretch.nEnd;
-        while (n > 0 && (2 * n - 1) * (2 * n - 1) + uRow > stretch.uEnd) --n;
-        stretch.nEnd = n;
-        if (n <= nRow && i == m_nFirst) ++m_nFirst;
+    const auto nRowSquare = static_cast<int64_t>((2 * nRow + 1) * (2 * nRow + 1));
+    TFalloffStretch* pStretches = m_vStretches.data();
+    TLimit* pLimits = m_vLimits.data();
+    for (size_t i = m_nFirst, nCount = m_vStretches.size(); i < nCount; ++i) {
+        size_t nEnd = pStretches[i].nEnd;
+        int64_t nLastRow = pLimits[i].nLastRow;
+        // From row to row an end seldom moves by more than one cell, and as often as not by one: no branch.
+        const auto nOne = static_cast<size_t>(nRowSquare > nLastRow);
+        nLastRow += static_cast<int64_t>(8 * (nEnd - 1) & (0 - nOne));
+        nEnd -= nOne;
+        for (; nEnd > 0 && nRowSquare > nLastRow; --nEnd) nLastRow += static_cast<int64_t>(8 * (nEnd - 1));
+        pStretches[i].nEnd = nEnd;
+        pLimits[i].nLastRow = nEnd > 0 ? nLastRow : INT64_MAX;
     }
+    while (m_nFirst < m_vStretches.size() && pStretches[m_nFirst].nEnd <= nRow) ++m_nFirst;
 }
 
 void CFalloffPieces::Fill(uint16_t* pCells, size_t nFirst, size_t nEnd, const TFalloff& falloff) const {
-    size_t n = nFirst;
-    for (size_t i = m_nFirst; i < m_vStretches.size() && n < nEnd; ++i) {
-        const TStretch& stretch = m_vStretches[i];
-        const size_t nTo = std::min(stretch.nEnd, nEnd);
-        if (nTo <= n) continue;
-        if (stretch.piece.fScale == 0)
-            StampKernels().pFalloff(pCells + (n - nFirst), n, nTo - n, m_nRow, falloff);
-        else
-            StampKernels().pFalloffPiece(pCells + (n - nFirst), n, nTo - n, m_nRow, falloff, stretch.piece);
-        n = nTo;
-    }
-    if (n < nEnd) StampKernels().pFalloff(pCells + (n - nFirst), n, nEnd - n, m_nRow, falloff);
+    StampKernels().pFalloffRow(pCells, nFirst, nEnd, m_nRow, falloff, m_vStretches.data() + m_nFirst,
+                               m_vStretches.size() - m_nFirst);
 }

@@ -23,13 +23,16 @@ public:
     void Fill(uint16_t* pCells, size_t nFirst, size_t nEnd, const TFalloff& falloff) const;
 
 private:
-    struct TStretch {
-        uint64_t uEnd; ///< last squared distance
-        size_t nEnd;   ///< of the row's cells
-        TFalloffPiece piece;
+    // Keeps the end of a stretch from row to row.
+    struct TLimit {
+        int64_t nSquare;  ///< last squared distance
+        int64_t nLastRow; ///< the largest squared distance of a row with the end that the stretch now has
     };
 
-    std::vector<TStretch> m_vStretches; ///< from the centre outwards
-    size_t m_nFirst = 0;                ///< the stretches before it end before the row's diagonal
+    void Append(int64_t nSquare, const TFalloffPiece& piece);
+
+    std::vector<TFalloffStretch> m_vStretches; ///< from the centre outwards
+    std::vector<TLimit> m_vLimits;             ///< of each
+    size_t m_nFirst = 0;                       ///< the stretches before it end before the row's diagonal
     size_t m_nRow = 0;
 };

@@ -63,7 +63,39 @@ CStampDisc::TCorner CStampDisc::CornerAt(int32_t nCell) const {
     return {std::min(nAt, m_nSide - 1), nCell < 0 ? ~0u : 1u};
 }
 
+// In the middle of a pixel the stamp is as symmetric as the disc: a quarter is enough.
+void CStampDisc::CutCentred(uint16_t* pStamp) const {
+    constexpr uint32_t AREA = CELLS * CELLS;
+    const size_t nHalf = m_shape.GetHalfSize();
+    const size_t nStride = StampStride(m_shape.GetHalfSize());
+    const size_t nColumns = std::min(nHalf + 1, m_nSide);
+    std::vector<uint32_t> vBoxes(nHalf + 1); // from the centre's row to a row of corners, pixel by pixel
+    std::vector<uint32_t> vBefore(nHalf + 1);
+    std::vector<uint16_t> vRow(nHalf + 1);
+    std::fill_n(pStamp, STAMP_MARGIN, uint16_t{0});
+    for (size_t i = 0; i <= nHalf; ++i) {
+        const uint32_t* pSums = m_vSums.data() + std::min(i, m_nSide - 1) * m_nSide;
+        vBoxes[0] = 2 * pSums[0]; // the same on both sides of the centre
+        for (size_t j = 1; j < nColumns; ++j) vBoxes[j] = pSums[j] - pSums[j - 1];
+        if (i == 0)
+            for (size_t j = 0; j <= nHalf; ++j) vRow[j] = static_cast<uint16_t>(2 * vBoxes[j] / AREA);
+        else
+            for (size_t j = 0; j <= nHalf; ++j)
+                vRow[j] = static_cast<uint16_t>((vBoxes[j] - vBefore[j]) / AREA);
+        uint16_t* pOut = pStamp + STAMP_MARGIN + (nHalf - i) * nStride;
+        std::reverse_copy(vRow.begin(), vRow.end(), pOut);
+        std::copy(vRow.begin() + 1, vRow.end() - 1, pOut + nHalf + 1);
+        std::fill(pOut + 2 * nHalf, pOut + nStride, uint16_t{0});
+        if (i > 0 && i < nHalf) std::copy_n(pOut, nStride, pOut + 2 * i * nStride);
+        vBefore.swap(vBoxes);
+    }
+}
+
 void CStampDisc::Cut(uint16_t* pStamp, int fx, int fy) const {
+    if (m_nStep == CELLS) {
+        CutCentred(pStamp);
+        return;
+    }
     const auto nHalf = static_cast<int32_t>(m_shape.GetHalfSize());
     const auto nSide = static_cast<size_t>(nHalf) * 2;
     const size_t nStride = StampStride(m_shape.GetHalfSize());

@@ -24,6 +24,7 @@ private:
     };
     TCorner CornerAt(int32_t nCell) const;
     void MakeSums();
+    void CutCentred(uint16_t* pStamp) const;
 
     TStampShape m_shape;
     int32_t m_nStep;               ///< cells between stored sums

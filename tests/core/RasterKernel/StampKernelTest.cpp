@@ -40,4 +40,14 @@ TEST_P(StampKernels_, AccumulationIsExactForAllValues) {
     }
 }
 
+TEST_P(StampKernels_, UpperBytesOfEveryValueAtEveryLength) {
+    std::vector<uint16_t> vValues(65536);
+    for (size_t i = 0; i < vValues.size(); ++i) vValues[i] = static_cast<uint16_t>(i * 257);
+    for (size_t n = 0; n <= vValues.size(); n += n < 99 ? 1 : 65437) {
+        std::vector<uint8_t> vBytes(n + 1, 77);
+        VectorStampKernels().pUpperBytes(vBytes.data(), vValues.data(), n);
+        for (size_t i = 0; i <= n; ++i) ASSERT_EQ(vBytes[i], i < n ? vValues[i] >> 8 : 77) << n << ' ' << i;
+    }
+}
+
 ON_EVERY_TARGET(StampKernels_);
