@@ -197,8 +197,7 @@ void CCanvasFrame::CompleteWork() {
 
 void CCanvasFrame::FollowCanvasSize() {
     if (!m_pWindow || m_view.GetCanvasSize() == m_spCanvas->GetSize()) return;
-    m_view.SetCanvasSize(m_spCanvas->GetSize());
-    ApplyView(m_view.GetState());
+    ChangeView([&] { m_view.SetCanvasSize(m_spCanvas->GetSize()); });
 }
 
 std::vector<CRect> CCanvasFrame::RefreshScreen() {
@@ -303,9 +302,13 @@ void CCanvasFrame::Save(bool bAs) {
 }
 
 void CCanvasFrame::ApplyView(const TViewState& view) {
+    ChangeView([&] { m_view.Apply(view, m_pWindow->GetClientSize()); });
+}
+
+void CCanvasFrame::ChangeView(const boost::function<void()>& fnChange) {
     if (m_bApplying || !m_pWindow) return;
     const CScopedFlag applying(m_bApplying);
-    m_view.Apply(view, m_pWindow->GetClientSize());
+    fnChange();
     UpdateScrollBars();
     m_screen.Drop();
     InvalidateAll();

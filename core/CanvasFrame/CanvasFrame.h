@@ -39,7 +39,7 @@ public:
     void OnPaint(IPaintTarget& target, const CRect& rc) override;
     void OnFinalMessage() override;
 
-    /// All changes of the view use this function; a nested call returns immediately.
+    /// Changes the view; a call inside another one does nothing.
     void ApplyView(const TViewState& view);
     /// ApplyView with another zoom; ignores 0.
     void SetZoom(uint16_t uZoom);
@@ -81,6 +81,8 @@ private:
     /// Adopts a new canvas size. The open results of the tool are committed.
     void CompleteWork();
     void FollowCanvasSize();
+    // All changes of the view but scrolling use this function.
+    void ChangeView(const boost::function<void()>& fnChange);
     void UpdateScrollBars();
     bool IsOnlyViewOfCanvas() const;
 
@@ -94,7 +96,7 @@ private:
     bool m_bNeedsRefresh = false;
     bool m_bScreenOld = true;      ///< canvas or view may have changed since the copy was updated
     bool m_bShownModified = false; ///< the title is marked at present
-    bool m_bApplying = false;      ///< ApplyView is running
+    bool m_bApplying = false;      ///< the view is changing
     int m_nFailedClosings = 0;     ///< consecutive failures
 };
 

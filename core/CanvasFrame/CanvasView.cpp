@@ -66,19 +66,29 @@ CRect CCanvasView::ToWindow(const CRect& rcCanvas) const {
     return {std::min(pt1.x, pt2.x), std::min(pt1.y, pt2.y), std::max(pt1.x, pt2.x), std::max(pt1.y, pt2.y)};
 }
 
+void CCanvasView::SetCanvasSize(CSize szCanvas) {
+    const CPoint ptCentre = CanvasCentre();
+    m_szCanvas = szCanvas;
+    Arrange(ptCentre);
+}
+
 void CCanvasView::Apply(const TViewState& view, CSize szClient) {
-    const CPoint ptKept = ToCanvas({m_szClient.cx / 2, m_szClient.cy / 2});
-    const CSize szScaled = ScaledSize(m_szCanvas, view);
+    const CPoint ptCentre = CanvasCentre();
     m_view = view;
     m_szClient = szClient;
-    m_szExtent = {std::max(szScaled.cx + MARGIN_TOTAL, szClient.cx),
-                  std::max(szScaled.cy + MARGIN_TOTAL, szClient.cy)};
+    Arrange(ptCentre);
+}
+
+void CCanvasView::Arrange(CPoint ptCentre) {
+    const CSize szScaled = ScaledSize(m_szCanvas, m_view);
+    m_szExtent = {std::max(szScaled.cx + MARGIN_TOTAL, m_szClient.cx),
+                  std::max(szScaled.cy + MARGIN_TOTAL, m_szClient.cy)};
     m_ptMargin = {(m_szExtent.cx - szScaled.cx) / 2, (m_szExtent.cy - szScaled.cy) / 2};
     m_szLine = {std::min(m_szExtent.cx, 10), std::min(m_szExtent.cy, 10)};
     m_szPage = {std::min(m_szExtent.cx, 100), std::min(m_szExtent.cy, 100)};
     m_ptScroll = {};
-    const CPoint ptNow = ToWindow(ptKept);
-    ScrollTo({ptNow.x - szClient.cx / 2, ptNow.y - szClient.cy / 2});
+    const CPoint ptNow = ToWindow(ptCentre);
+    ScrollTo({ptNow.x - m_szClient.cx / 2, ptNow.y - m_szClient.cy / 2});
 }
 
 void CCanvasView::ScrollTo(CPoint ptScroll) {

@@ -9,8 +9,8 @@
 /// One view of a canvas. Window positions are client pixels.
 class CCanvasView {
 public:
-    /// Sets the canvas's size in pixels; the view itself is kept.
-    void SetCanvasSize(CSize szCanvas) { m_szCanvas = szCanvas; }
+    /// Sets the canvas's size in pixels; the canvas point at the window's centre stays there.
+    void SetCanvasSize(CSize szCanvas);
     CSize GetCanvasSize() const { return m_szCanvas; }
     /// Changes the view; the canvas point at the window's centre stays there.
     void Apply(const TViewState& view, CSize szClient);
@@ -42,6 +42,9 @@ public:
     CPoint GetOrigin() const { return m_ptMargin - m_ptScroll; }
 
 private:
+    CPoint CanvasCentre() const { return ToCanvas({m_szClient.cx / 2, m_szClient.cy / 2}); }
+    // Computes what depends on view, window and canvas, and scrolls `ptCentre` to the window's centre.
+    void Arrange(CPoint ptCentre);
     // A position with `nUnit` steps a canvas pixel; `nRound` is added before the division.
     CPoint Map(CPoint ptCanvas, int64_t nUnit, int64_t nRound) const;
 

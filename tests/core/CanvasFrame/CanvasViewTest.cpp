@@ -67,6 +67,16 @@ TEST(CanvasView, ChangingTheViewKeepsTheCentre) {
     EXPECT_NEAR(view.ToCanvas({400, 350}).x, ptCentre.x, 1);
 }
 
+TEST(CanvasView, AnotherCanvasSizeKeepsThePixelInTheMiddle) {
+    for (int n = 0; n < 16; ++n) {
+        const auto uAngle = static_cast<uint16_t>(n / 4 * 90);
+        CCanvasView view = MakeView({3000, 2000}, {48, uAngle, n % 2 == 1, n % 4 > 1});
+        const CPoint ptCentre = view.ToCanvas({CLIENT.cx / 2, CLIENT.cy / 2});
+        view.SetCanvasSize({2700, 2400});
+        EXPECT_EQ(view.ToCanvas({CLIENT.cx / 2, CLIENT.cy / 2}), ptCentre) << n;
+    }
+}
+
 TEST(ZoomList, LinesAndFirstZoom) {
     for (size_t n = 1; n < GetZoomList().size(); ++n)
         EXPECT_LT(GetZoomList()[n].uZoom, GetZoomList()[n - 1].uZoom);
