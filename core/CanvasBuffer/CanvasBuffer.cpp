@@ -105,9 +105,14 @@ boost::shared_ptr<CRasterBuffer> CCanvasBuffer::Flatten() {
 }
 
 void CCanvasBuffer::ConvertColorMode(bool bColor, bool bColorRaster) {
+    CLayerPicture& picture = GetRoot().GetPicture();
+    CBoolMatrix was(GetComposite().GetBufferSize());
+    picture.AddPictureTo(was);
     m_bColor = bColor;
     m_bColorRaster = bColorRaster;
     GetRoot().FollowColorMode();
+    picture.DropNeedlessFlags();
+    GetComposite().GetDirty().Or(was);
 }
 
 void CCanvasBuffer::Resize(CSize sz, const TLayerChange& change) {
@@ -143,6 +148,7 @@ void CCanvasBuffer::SwapFullBackup(const boost::shared_ptr<CCanvasBuffer>& spCan
     if (!spCanvas) return;
     FullBackup& stor = *pBackup;
     SELF_CHECK(illegal_data, stor.internalLayer);
+    const bool bSameSize = stor.internalLayer->GetSize() == spCanvas->m_size;
     stor.internalLayer->SwapName(*spCanvas->m_spRoot);
     stor.internalLayer->FollowVisibility(*spCanvas->m_spRoot);
     spCanvas->m_spRoot.swap(stor.internalLayer);
@@ -152,7 +158,13 @@ void CCanvasBuffer::SwapFullBackup(const boost::shared_ptr<CCanvasBuffer>& spCan
     std::swap(spCanvas->m_bColor, stor.m_bColor);
     std::swap(spCanvas->m_bColorRaster, stor.m_bColorRaster);
     spCanvas->m_size = spCanvas->m_spRoot->GetSize();
-    spCanvas->m_spRoot->GetPicture().MarkAllDirty();
+    CLayerPicture& picture = spCanvas->m_spRoot->GetPicture();
+    if (bSameSize) {
+        picture.DropNeedlessFlags();
+        stor.internalLayer->GetPicture().AddPictureTo(spCanvas->GetComposite().GetDirty());
+    } else {
+        picture.MarkAllDirty();
+    }
     stor.internalLayer->DropCaches();
 }
 
@@ -207,6 +219,7 @@ void CCanvasBuffer::Deserialize(CDeserializer& top, const std::wstring& strPath)
     CDeserializer root;
     body.ReadChunk(root);
     m_spRoot->Deserialize(root, shared_from_this());
+    m_spRoot->GetPicture().DropNeedlessFlags();
     body.ExpectEnd();
     meta.ExpectEnd();
     top.ExpectEnd();

@@ -86,9 +86,9 @@ public:
     void Resize(CSize sz, const TLayerChange& change);
     /// A backup with a copy of the tree that shares its tiles. Raises internal_error on failure.
     FullBackup CreateFullBackup();
-    /// Exchanges a backup with the canvas's state and flags everything as changed. The title and the
-    /// layers' visibility, which undo does not cover, stay with the canvas. Counters of the same size
-    /// continue, since views detect changes by them. Null does nothing.
+    /// Exchanges a backup with the canvas's state and flags what shows or did; everything, in another size.
+    /// The title and the layers' visibility, which undo does not cover, stay with the canvas. Counters of the
+    /// same size continue, since views detect changes by them. Null does nothing.
     static void SwapFullBackup(const boost::shared_ptr<CCanvasBuffer>& spCanvas, FullBackup* pBackup);
     /// Memory of a backup that is not shared with the canvas; 0 for null.
     static size_t GetBytesBeside(const boost::shared_ptr<CCanvasBuffer>& spCanvas, const FullBackup& backup);

@@ -79,7 +79,6 @@ void CLayerBuffer::PushBackup(TPlaneList& lstPlanes) const {
 }
 
 void CLayerBuffer::SwapBackup(TPlaneList& lstPlanes, TPlaneList::iterator& itPlane) {
-    m_picture.MarkAllDirty();
     for (const TLayerPtr& spChild : m_lstChildren) spChild->SwapBackup(lstPlanes, itPlane);
 }
 

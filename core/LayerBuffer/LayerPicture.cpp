@@ -184,8 +184,6 @@ void CLayerPicture::FlagComing(CLayerPicture& child) {
     child.AddPictureTo(m_pDrawBuffer->GetDirty());
 }
 
-// A new layer, and one whose caches were dropped, has every flag set: here those go that stand for nothing.
-// The others are all passed on once more, since the layer has another parent.
 void CLayerPicture::DropNeedlessFlags() {
     for (const TLayerPtr& spChild : m_layer.GetChildren()) PictureOf(spChild).DropNeedlessFlags();
     m_pDrawBuffer->ForEachBlock([&](CPoint pt) {

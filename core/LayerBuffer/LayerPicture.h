@@ -54,6 +54,9 @@ public:
     void FlagVisibility();
     /// Flags what a child that comes into the list shows. Never throws.
     void FlagComing(CLayerPicture& child);
+    /// Of new pictures, here and below, every flag is set: takes those away that stand for nothing. The
+    /// others are passed on once more.
+    void DropNeedlessFlags();
 
 private:
     static CLayerPicture& PictureOf(const boost::shared_ptr<CLayerBuffer>& spLayer);
@@ -68,7 +71,6 @@ private:
     // Lets children paint over the layer's own content in `dest`, clipped to it where the layer clips.
     template <class Paint>
     void PaintChildren(CRasterBlockBuffer& dest, Paint paint) const;
-    void DropNeedlessFlags();
 
     CLayerBuffer& m_layer;
     boost::shared_ptr<CRasterBuffer> m_pDrawBuffer;

@@ -21,8 +21,14 @@ void CRasterLayerBuffer::SetRaster(const boost::shared_ptr<CRasterBuffer>& pRast
     SELF_CHECK(illegal_data, pRaster != nullptr);
     const auto& pMask = m_pMask;
     SELF_CHECK(illegal_data, pRaster->GetBufferSize() == pMask->GetBufferSize());
+    const auto pOld = m_pRaster;
     m_pRaster = ConvertPlane(pRaster, GetCanvas()->IsColorRaster());
-    m_pRaster->GetDirty().Fill(true);
+    // Stale are the blocks in which either plane has pixels.
+    CBoolMatrix& dirty = m_pRaster->GetDirty();
+    m_pRaster->AddTilesTo(dirty);
+    if (!pOld || pOld == m_pRaster || !pOld->IsCompatible(*m_pRaster)) return;
+    pOld->AddTilesTo(dirty);
+    dirty.Or(pOld->GetDirty());
 }
 
 template <class Function>
@@ -73,14 +79,14 @@ boost::shared_ptr<CRasterBlockBuffer> CRasterLayerBuffer::GetOwnTile(CPoint pt) 
 void CRasterLayerBuffer::GetChangeMatrix(CBoolMatrix& matrix) {
     m_pRaster->GetDirty().PassTo(matrix);
     m_pMask->GetDirty().PassTo(matrix);
-    ForEachOverlay([&](const IRasterOverlay& overlay) { overlay.AddFlags(matrix); });
+    ForEachOverlay([&](IRasterOverlay& overlay) { overlay.PassFlags(matrix); });
 }
 
-void CRasterLayerBuffer::FlagOverlay(const IRasterOverlay& overlay) {
+void CRasterLayerBuffer::FlagOverlay(IRasterOverlay& overlay) {
     m_pRaster->ForEachBlock([&](CPoint pt) {
         if (overlay.CoversBlock(pt)) m_pRaster->SetDirty(pt);
     });
-    overlay.AddFlags(m_pRaster->GetDirty());
+    overlay.PassFlags(m_pRaster->GetDirty());
 }
 
 void CRasterLayerBuffer::SetStroke(const boost::shared_ptr<CRasterStroke>& spStroke) {
@@ -130,7 +136,7 @@ bool CRasterLayerBuffer::IsBehind() const {
     return !m_deqQueue.empty() || (m_spStroke && m_bBehind) || CLayerBuffer::IsBehind();
 }
 
-bool CRasterLayerBuffer::Merge(const IRasterOverlay& overlay, const std::wstring& strName) {
+bool CRasterLayerBuffer::Merge(IRasterOverlay& overlay, const std::wstring& strName) {
     const auto spBefore = m_pRaster->ShallowCopy();
     FlagOverlay(overlay);
     bool bAny = false;
@@ -174,7 +180,13 @@ void CRasterLayerBuffer::PushBackup(TPlaneList& lstPlanes) const {
 
 void CRasterLayerBuffer::SwapBackup(TPlaneList& lstPlanes, TPlaneList::iterator& itPlane) {
     SELF_CHECK(invalid_argument, itPlane != lstPlanes.end());
-    m_pRaster->Swap(**itPlane++);
+    CRasterBuffer& plane = **itPlane++;
+    SELF_CHECK(invalid_argument, plane.IsCompatible(*m_pRaster));
+    // Only tiles that differ change places, so that no other block is flagged.
+    m_pRaster->ForEachBlock([&](CPoint pt) {
+        const auto spOther = plane.GetBlock(pt, false);
+        if (spOther != m_pRaster->GetBlock(pt, false)) plane.SetBlock(pt, m_pRaster->SetBlock(pt, spOther));
+    });
     CLayerBuffer::SwapBackup(lstPlanes, itPlane);
 }
 

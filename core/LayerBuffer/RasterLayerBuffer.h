@@ -66,8 +66,8 @@ private:
     template <class Function>
     void ForEachOverlay(Function fn) const;
     // Flags what the overlay shows, and what it has stopped showing since the last redraw.
-    void FlagOverlay(const IRasterOverlay& overlay);
-    bool Merge(const IRasterOverlay& overlay, const std::wstring& strName);
+    void FlagOverlay(IRasterOverlay& overlay);
+    bool Merge(IRasterOverlay& overlay, const std::wstring& strName);
 
     boost::shared_ptr<CRasterBuffer> m_pRaster;
     boost::shared_ptr<CAlphaBufferImpl<uint8_t>> m_pMask;

@@ -16,8 +16,8 @@ public:
     /// Paints what becomes of the block for good; `raster` is the layer's own plane. Returns false when the
     /// block stays as it is.
     virtual bool MergeInto(CRasterBuffer& raster, CPoint pt) const = 0;
-    /// Sets the flags of the blocks whose picture has changed since they were shown.
-    virtual void AddFlags(CBoolMatrix& matrix) const = 0;
+    /// Passes on the flags of the blocks whose picture has changed: those that were set since the last time.
+    virtual void PassFlags(CBoolMatrix& matrix) = 0;
     /// The block has been shown.
     virtual void ClearFlag(CPoint pt) = 0;
 };

@@ -57,13 +57,11 @@ bool CStrokeOverlay::MergeInto(CRasterBuffer& raster, CPoint pt) const {
     return true;
 }
 
-void CStrokeOverlay::AddFlags(CBoolMatrix& matrix) const {
-    const CAlphaBufferBase& plane = m_spStroke->GetDisplay();
-    const CBoolMatrix& changes = plane.GetDirty();
-    for (int32_t y = 0; y < changes.GetSize().cy; ++y)
-        for (int32_t x = 0; x < changes.GetSize().cx; ++x)
-            if (changes.At(x, y))
-                ForEachReached(plane, {x, y}, [&](int32_t nX, int32_t nY) { matrix.Add(nX, nY); });
+void CStrokeOverlay::PassFlags(CBoolMatrix& matrix) {
+    CAlphaBufferBase& plane = m_spStroke->GetDisplay();
+    plane.GetDirty().TakeNew([&](int32_t x, int32_t y) {
+        ForEachReached(plane, {x, y}, [&](int32_t nX, int32_t nY) { matrix.Add(nX, nY); });
+    });
 }
 
 void CStrokeOverlay::ClearFlag(CPoint pt) {

@@ -23,7 +23,7 @@ public:
     bool CoversBlock(CPoint pt) const override;
     void PaintInto(CRasterBlockBuffer& work) const override;
     bool MergeInto(CRasterBuffer& raster, CPoint pt) const override;
-    void AddFlags(CBoolMatrix& matrix) const override;
+    void PassFlags(CBoolMatrix& matrix) override;
     void ClearFlag(CPoint pt) override;
 
 private:

@@ -51,6 +51,5 @@ boost::shared_ptr<CRasterBuffer> ConvertPlane(const boost::shared_ptr<CRasterBuf
         ConvertTiles<CColorRasterBlockBuffer, CMonoRasterBlockBuffer>(*spResult, *spPlane);
     else
         ConvertTiles<CMonoRasterBlockBuffer, CColorRasterBlockBuffer>(*spResult, *spPlane);
-    spResult->GetDirty().Fill(true);
     return spResult;
 }

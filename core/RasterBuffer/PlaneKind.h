@@ -7,5 +7,6 @@
 boost::shared_ptr<CRasterBuffer> CreatePlane(bool bColor, CSize sz, CSize szBlock);
 
 /// The plane in the other kind, tile by tile and only where tiles exist: colour to grey by GreyOf, grey into
-/// all three channels. A plane of the wanted kind is returned itself.
+/// all three channels. A plane of the wanted kind is returned itself; a new one has
+/// no flag set.
 boost::shared_ptr<CRasterBuffer> ConvertPlane(const boost::shared_ptr<CRasterBuffer>& spPlane, bool bColor);

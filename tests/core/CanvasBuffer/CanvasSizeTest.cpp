@@ -144,11 +144,49 @@ TEST_F(CanvasSize, PlanesOfAllRasterLayersGoAndComeBackInOneOrder) {
     paint(*spChild);
     for (int n = 0; n < 2; ++n) {
         auto itPlane = lstPlanes.begin();
+        m_spCanvas->ComposeAll();
         m_spCanvas->GetRoot().SwapBackup(lstPlanes, itPlane);
+        m_spCanvas->FlushCanvasUpdates();
+        EXPECT_TRUE(m_spCanvas->GetComposite().DirtyAt({0, 0}));
+        EXPECT_FALSE(m_spCanvas->GetComposite().DirtyAt({96, 0})) << "both planes have this tile";
         EXPECT_TRUE(itPlane == lstPlanes.end());
         EXPECT_EQ(PixelAt(*Layer().GetRaster(), {8, 8}), n ? 0xFF00FF00u : OPAQUE_RED);
         EXPECT_EQ(PixelAt(*spChild->GetRaster(), {8, 8}), 0xFF000000u | (n ? 0x00FF00u : BLUE));
     }
+}
+
+// Column and row of the blocks whose counters an action moves.
+template <class Action>
+std::string ChangedBlocks(CCanvasBuffer& canvas, Action action) {
+    canvas.ComposeAll();
+    const UpdateCounterMatrix before = canvas.GetCounters();
+    action();
+    canvas.FlushCanvasUpdates();
+    std::string str;
+    for (int32_t y = 0; y < before.GetSize().cy; ++y)
+        for (int32_t x = 0; x < before.GetSize().cx; ++x)
+            if (canvas.GetCounters().At(x, y) != before.At(x, y))
+                str += std::to_string(x) + "," + std::to_string(y) + " ";
+    return str;
+}
+
+TEST(ChangedBlocks, AreThoseInWhichSomethingIsOrWas) {
+    constexpr CSize SHEET{500, 300};
+    const auto spCanvas = MakePage(SHEET);
+    auto& layer = dynamic_cast<CRasterLayerBuffer&>(*spCanvas->GetActiveLayer());
+    layer.GetRaster()->GetWritableBlock({96, 96})->Fill(RED, 255);
+    EXPECT_EQ(ChangedBlocks(*spCanvas, [&] { ChangeColorMode(spCanvas, false, true); }), "1,1 ");
+    EXPECT_EQ(ChangedBlocks(*spCanvas, [&] { ChangeColorMode(spCanvas, true, false); }), "1,1 ");
+    EXPECT_EQ(ChangedBlocks(*spCanvas, [&] { spCanvas->GetHistory().Undo(); }), "1,1 ");
+    ResizeCanvas(spCanvas, SHEET, ShiftChange({96, 0}), L"移動");
+    EXPECT_EQ(ChangedBlocks(*spCanvas, [&] { spCanvas->GetHistory().Undo(); }), "1,1 2,1 ");
+    const auto spLoaded = boost::make_shared<CCanvasBuffer>();
+    CDeserializer top(spCanvas->Serialize());
+    spLoaded->Deserialize(top, L"");
+    spLoaded->FlushCanvasUpdates();
+    EXPECT_TRUE(spLoaded->GetComposite().DirtyAt({96, 96}));
+    EXPECT_FALSE(spLoaded->GetComposite().DirtyAt({0, 0}) || spLoaded->GetComposite().DirtyAt({192, 96}));
+    EXPECT_EQ(PixelAt(*spLoaded->Flatten(), {100, 100}), OPAQUE_RED);
 }
 
 TEST_F(CanvasSize, ALayersContentIsOneTileAndItsCopyItsOwn) {

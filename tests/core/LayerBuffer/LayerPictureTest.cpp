@@ -313,6 +313,21 @@ TEST_F(StrokeInProgress, EntersTheHistoryInTheOrderOfDrawingOnAllLayers) {
     EXPECT_EQ(m_history.GetUndoList().front()->GetName(), L"6");
 }
 
+TEST_F(StrokeInProgress, PassesEachFlagOnOnce) {
+    const auto gather = [&] {
+        CBoolMatrix matrix(m_spCanvas->GetCounters().GetSize());
+        m_spLayer->GetChangeMatrix(matrix);
+        return matrix.HasNew();
+    };
+    m_spLayer->SetStroke(MakeLine(SIZE, 20, 160, 50));
+    m_spCanvas->Update();
+    EXPECT_TRUE(gather());
+    EXPECT_FALSE(gather()) << "nothing was drawn since, though the block is still stale";
+    int n = 0;
+    for (; n < 1000 && !gather(); ++n) m_spCanvas->Update();
+    EXPECT_LT(n, 1000) << "what is drawn next is passed on again";
+}
+
 TEST_F(StrokeInProgress, LeavesNothingOfItsPredictionOnTheScreen) {
     for (const bool bCommit : {false, true}) {
         const auto spStroke = MakeLine(SIZE, 20, 80, bCommit ? 90 : 30, false, L"線", 3);

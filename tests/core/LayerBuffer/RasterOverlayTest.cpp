@@ -25,7 +25,7 @@ struct CMovedPixels : IRasterOverlay {
         PaintInto(*raster.GetWritableBlock(pt));
         return true;
     }
-    void AddFlags(CBoolMatrix& matrix) const override {
+    void PassFlags(CBoolMatrix& matrix) override {
         if (m_uFlag) matrix.Add(1, 0);
     }
     void ClearFlag(CPoint pt) override { m_uFlag = pt == SECOND ? 0 : m_uFlag; }
