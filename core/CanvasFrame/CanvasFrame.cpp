@@ -7,7 +7,6 @@
 #include "core/Base/Failure.h"
 #include "core/Base/Text.h"
 #include "core/CanvasFrame/LayerCommands.h"
-#include "core/CanvasFrame/SelectionOutline.h"
 #include "core/CanvasFrame/ZoomList.h"
 #include "core/Commands/CommandIds.h"
 #include "core/ImageFile/ImageFile.h"
@@ -160,19 +159,14 @@ void CCanvasFrame::OnPaint(IPaintTarget& target, const CRect& rc) {
 // Only the active frame shows more than its canvas: what the tool draws over it, and the selection.
 CGDIBuffer* CCanvasFrame::PaintOverlays(CGDIBuffer& screen, const CRect& rc) {
     if (!IsActive()) return &screen;
-    const CSelectBuffer* pSelect = m_spCanvas->GetSelect().get();
-    const CRect rcSelection = pSelect ? SelectionRect(*pSelect, m_view) : CRect();
-    if (rcSelection.Intersect(rc).IsEmpty() && m_input.GetOverlayRect().Intersect(rc).IsEmpty())
+    const boost::shared_ptr<CSelectBuffer>& spSelect = m_spCanvas->GetSelect();
+    if (!m_dashes.Crosses(spSelect, m_view, rc) && m_input.GetOverlayRect().Intersect(rc).IsEmpty())
         return &screen;
     if (!m_pOverlaid || !(m_pOverlaid->GetSize() == screen.GetSize()))
         m_pOverlaid = std::make_unique<CGDIBuffer>(screen.GetSize());
     m_pOverlaid->CopyFrom(screen, rc);
     m_input.DrawOverlay(*m_pOverlaid, rc);
-    if (!rcSelection.IsEmpty()) {
-        const uint32_t uTick = g_AppModule.GetPlatform().clock.GetTickCount();
-        DrawSelectionOutline(*m_pOverlaid, rc, *pSelect, m_view, uTick);
-        m_rcSelectionDirty = m_rcSelectionDirty.Union(rcSelection);
-    }
+    m_dashes.Draw(*m_pOverlaid, rc, spSelect, m_view, g_AppModule.GetPlatform().clock.GetTickCount());
     return m_pOverlaid.get();
 }
 
@@ -220,8 +214,9 @@ void CCanvasFrame::InvalidateAll() {
 void CCanvasFrame::RequestRedraw() {
     if (!m_pWindow) return;
     RaiseRefresh();
-    RepaintChanges();
+    // First, so that a tool is not left standing when there is no memory for the changes.
     m_input.InvalidateOverlay();
+    RepaintChanges();
 }
 
 void CCanvasFrame::ScrollTo(CPoint ptScroll) {
@@ -310,7 +305,6 @@ void CCanvasFrame::ChangeView(const boost::function<void()>& fnChange) {
     const CScopedFlag applying(m_bApplying);
     fnChange();
     UpdateScrollBars();
-    m_screen.Drop();
     InvalidateAll();
     PostToMainFrame(WM_REFRESH_SCALE);
 }
@@ -333,12 +327,8 @@ void CCanvasFrame::OnScroll(bool bVertical, int32_t nOffset) {
 }
 
 void CCanvasFrame::OnSelectionTimer() {
-    // Repaint the old outline first: the selection may have been removed or replaced.
-    CRect rc = m_rcSelectionDirty;
-    m_rcSelectionDirty = {};
-    const CSelectBuffer* pSelect = m_spCanvas->GetSelect().get();
-    if (pSelect && IsActive()) rc = rc.Union(SelectionRect(*pSelect, m_view));
-    if (!rc.IsEmpty()) m_pWindow->Invalidate(rc);
+    const boost::shared_ptr<CSelectBuffer> spShown = IsActive() ? m_spCanvas->GetSelect() : nullptr;
+    for (const CRect& rc : m_dashes.TakeStale(spShown, m_view)) m_pWindow->Invalidate(rc);
 }
 
 void CCanvasFrame::OnTimer(int nId) {

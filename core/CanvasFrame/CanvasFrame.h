@@ -6,6 +6,7 @@
 #include "core/CanvasFrame/CanvasScreen.h"
 #include "core/CanvasFrame/CanvasView.h"
 #include "core/CanvasFrame/FrameInput.h"
+#include "core/CanvasFrame/SelectionOutline.h"
 #include "core/Platform/Window.h"
 
 #include <boost/enable_shared_from_this.hpp>
@@ -92,7 +93,7 @@ private:
     CCanvasScreen m_screen;
     CFrameInput m_input{*this};
     std::unique_ptr<CGDIBuffer> m_pOverlaid; ///< the screen copy with overlays, valid where painted
-    CRect m_rcSelectionDirty;                ///< the dashes on the screen, which the next timer must erase
+    CSelectionDashes m_dashes;
     bool m_bNeedsRefresh = false;
     bool m_bScreenOld = true;      ///< canvas or view may have changed since the copy was updated
     bool m_bShownModified = false; ///< the title is marked at present

@@ -68,7 +68,7 @@ std::vector<CRect> CCanvasScreen::Refresh(CCanvasBuffer& canvas, const CCanvasVi
     }
     canvas.FlushCanvasUpdates();
     NoteChanges(canvas);
-    const bool bNew = !m_pBuffer || !(m_pBuffer->GetSize() == szClient);
+    const bool bNew = !m_pBuffer || !(m_pBuffer->GetSize() == szClient) || !(m_state == view.GetState());
     if (!bNew && m_ptOrigin == view.GetOrigin() && !m_spDirty->HasNew()) return {};
     const CScreenMap map(canvas.GetSize(), view.GetOrigin(), view.GetState(), szClient);
     std::vector<CRect> vChanged;
@@ -85,6 +85,7 @@ std::vector<CRect> CCanvasScreen::Refresh(CCanvasBuffer& canvas, const CCanvasVi
         m_pBuffer = std::make_unique<CGDIBuffer>(szClient);
         m_spDirty->Fill(true);
         m_ptOrigin = view.GetOrigin();
+        m_state = view.GetState();
         bAll = true;
     } else if (!(m_ptOrigin == view.GetOrigin())) {
         Scroll(map, view.GetOrigin());

@@ -14,8 +14,6 @@ public:
     /// Brings the copy up to date with the canvas under the view. Returns the target rectangles that changed:
     /// one for the blocks beside each other in a row of blocks, or one for all.
     std::vector<CRect> Refresh(CCanvasBuffer& canvas, const CCanvasView& view);
-    /// The copy is of no use any more: the next Refresh draws everything.
-    void Drop() { m_pBuffer.reset(); }
     /// The copy, null before the first Refresh or when the client area is empty.
     CGDIBuffer* GetBuffer() const { return m_pBuffer.get(); }
 
@@ -33,4 +31,5 @@ private:
     std::optional<UpdateCounterMatrix> m_counters; ///< what this view last saw
     CSize m_szCanvas;                              ///< the canvas's size then
     CPoint m_ptOrigin;                             ///< where the copy has the canvas
+    TViewState m_state;                            ///< how the copy shows it
 };

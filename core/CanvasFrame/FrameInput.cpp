@@ -27,6 +27,15 @@ bool IsDrawing(const boost::shared_ptr<CTools>& spTool) { return spTool && spToo
 
 } // namespace
 
+// Tells the tool and repaints: the canvas where its answer is true, and in any case, once, what it draws over
+// the canvas, which may have changed before a failure too.
+template <class Tell>
+void CFrameInput::TellTool(Tell fnTell) {
+    bool bRedraw = false;
+    Guarded([&] { bRedraw = fnTell(); });
+    Guarded([&] { bRedraw ? m_frame.RequestRedraw() : InvalidateOverlay(); });
+}
+
 void CFrameInput::Open() {
     IPen& pen = g_AppModule.GetPlatform().pen;
     if (!pen.IsPresent()) return;
@@ -129,9 +138,7 @@ void CFrameInput::OnProximity(bool bEnter, bool bEraser) {
         spTool->GetContact().End();
         return;
     }
-    Guarded([&] {
-        if (spTool->TellProximity(bEnter)) m_frame.RequestRedraw();
-    });
+    TellTool([&] { return spTool->TellProximity(bEnter); });
     TurnPen(bEnter && bEraser);
     Settle();
 }
@@ -159,23 +166,26 @@ void CFrameInput::OnPointer(const TPointerInput& input) {
     // A mere pointer move does not take the keyboard focus from a text field.
     if (input.message != EMessage::MouseMove || input.uPress != 0) window.SetFocus();
     m_ptPointer = {input.pt.x / input.nScale, input.pt.y / input.nScale};
+    if (std::exchange(m_bLeft, false)) InvalidateOverlay();
     if (input.message == EMessage::MouseMove && m_pTablet) m_pTablet->Enable(true);
     const auto spTool = g_wpActiveTool.lock();
     const bool bPress =
         !input.bTablet && (input.message == EMessage::LButtonDown || input.message == EMessage::RButtonDown);
     if (bPress && std::exchange(m_bDropPress, false)) return;
-    if (m_bScrolling || m_bSpaceDown)
+    if (m_bScrolling || m_bSpaceDown) {
         DragHand(input);
-    else if (spTool)
-        Guarded([&] { GiveToTool(*spTool, input); });
-    else if (bPress)
+    } else if (spTool) {
+        if (!Guarded([&] { GiveToTool(*spTool, input); })) Guarded([&] { InvalidateOverlay(); });
+    } else if (bPress) {
         TellRefusal(L"ツールが選択されていません。");
+    }
     Settle();
 }
 
 // Updates capture, timer, cursor and the pen's end from the tool. Called after every event that may end an
 // operation.
 void CFrameInput::Settle() {
+    if (m_bLeft && !m_bSpaceDown && !m_bScrolling) OnMouseLeave();
     const auto spTool = g_wpActiveTool.lock();
     m_frame.GetInputWindow().SetCapture(m_frame.IsActive() && (IsDrawing(spTool) || m_bScrolling));
     WatchSilence();
@@ -252,13 +262,9 @@ bool CFrameInput::OnKey(const TMessage& msg, bool bDown) {
     } else if (nKey == VK_Escape) {
         if (bDown && IsDrawing(spTool)) CancelStroke(), bHandled = true;
         if (bDown && !bHandled && spTool && spTool->IsOpen())
-            bHandled = Guarded([&] { spTool->EndOpen(false), m_frame.RequestRedraw(); });
+            TellTool([&] { return spTool->EndOpen(false), bHandled = true; });
     } else if (spTool && spTool->IsEnabled()) {
-        Guarded([&] {
-            bHandled = spTool->ChangeKey(nKey, bDown);
-            if (bHandled) m_frame.RequestRedraw();
-        });
-        InvalidateOverlay();
+        TellTool([&] { return bHandled = spTool->ChangeKey(nKey, bDown); });
     }
     Settle();
     return bHandled;
@@ -266,11 +272,13 @@ bool CFrameInput::OnKey(const TMessage& msg, bool bDown) {
 
 void CFrameInput::OnMouseLeave() {
     const auto spTool = g_wpActiveTool.lock();
-    if (!m_frame.IsActive() || m_bSpaceDown || m_bScrolling || !spTool) return;
-    Guarded([&] {
-        if (spTool->OnMouseLeave()) m_frame.RequestRedraw();
-    });
-    InvalidateOverlay();
+    if (!m_frame.IsActive() || !spTool) return;
+    // The hand's events are not the tool's, but what the tool draws at the pointer must not stay.
+    m_bLeft = m_bSpaceDown || m_bScrolling;
+    if (m_bLeft)
+        InvalidateOverlay();
+    else
+        TellTool([&] { return spTool->OnMouseLeave(); });
 }
 
 void CFrameInput::OnCaptureChanged() {
@@ -291,10 +299,7 @@ void CFrameInput::OnActivate() {
 
 void CFrameInput::CancelStroke() {
     const auto spTool = g_wpActiveTool.lock();
-    Guarded([&] {
-        if (IsDrawing(spTool) && spTool->CancelOperation()) m_frame.RequestRedraw();
-    });
-    InvalidateOverlay();
+    TellTool([&] { return IsDrawing(spTool) && spTool->CancelOperation(); });
 }
 
 TOverlayMapper CFrameInput::GetMapper() const {
@@ -304,7 +309,7 @@ TOverlayMapper CFrameInput::GetMapper() const {
 
 CRect CFrameInput::GetOverlayRect() const {
     const auto spTool = g_wpActiveTool.lock();
-    return spTool && m_frame.IsActive() ? spTool->GetOverlayRect(GetMapper()) : CRect();
+    return spTool && m_frame.IsActive() && !m_bLeft ? spTool->GetOverlayRect(GetMapper()) : CRect();
 }
 
 void CFrameInput::InvalidateOverlay() {

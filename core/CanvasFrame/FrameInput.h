@@ -73,6 +73,8 @@ private:
     void OnSilence();
     void WatchSilence();
     void TellRefusal(const wchar_t* pszText);
+    template <class Tell>
+    void TellTool(Tell fnTell);
     bool OnKey(const TMessage& msg, bool bDown);
     void OnMouseLeave();
     void OnCaptureChanged();
@@ -92,6 +94,8 @@ private:
     bool m_bSpaceDown = false; ///< space is down: a press starts a drag of the view
     bool m_bScrolling = false; ///< the view is being dragged
     bool m_bScrollByTablet = false;
+    bool m_bLeft =
+        false; ///< the pointer has left during that: the overlay is hidden, the tool is told afterwards
     bool m_bWatchesSilence = false;
     bool m_bDropPress = false;        ///< the mouse's next press only activates the frame
     std::optional<bool> m_bTurnedEnd; ///< the pen's end reported while the mouse drew

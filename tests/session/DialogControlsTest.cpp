@@ -65,4 +65,15 @@ TEST_F(DialogControls, WhatADialogDoesNotHaveIsAFailure) {
     EXPECT_FALSE(m_bOk);
 }
 
+TEST_F(DialogControls, AControlThatFailsIsReportedAndTheDialogStays) {
+    EXPECT_EQ(Run(R"~({"reply":{"dialog":"CLiveDialog","control":3,"text":"x","value":0}}
+{"reply":{"dialog":"CLiveDialog","low":50}}
+{"expect":{"box":"予期せぬエラーが発生しました。\nexception: exception('no number')"}}
+)~"),
+              "");
+    EXPECT_TRUE(m_bOk);
+    EXPECT_EQ(m_dialog.m_strHeard, " 3=x 2=50 ok");
+    EXPECT_EQ(m_dialog.m_vControls[2].strText, L"1.000");
+}
+
 } // namespace

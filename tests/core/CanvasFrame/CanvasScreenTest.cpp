@@ -1,9 +1,11 @@
 #include "core/CanvasFrame/CanvasScreen.h"
+#include "core/CanvasBuffer/CanvasHistory.h"
 #include "core/LayerBuffer/RasterLayerBuffer.h"
 #include "core/RasterBuffer/ColorRasterBuffer.h"
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <random>
 
 namespace {
@@ -85,4 +87,40 @@ TEST_F(CanvasScreen, OnlyWhatChangedIsDrawnAndEveryViewSeesItOnce) {
     view.Apply({24}, {0, 0}); // a window without a client area
     EXPECT_TRUE(first.Refresh(*m_spCanvas, view).empty());
     EXPECT_EQ(first.GetBuffer(), nullptr);
+}
+
+TEST_F(CanvasScreen, NothingThatChangesThePictureIsMissed) {
+    CCanvasView view;
+    CSize szClient = CLIENT;
+    TViewState state{24};
+    const auto apply = [&] {
+        view.SetCanvasSize(m_spCanvas->GetSize());
+        view.Apply(state, szClient);
+    };
+    apply();
+    CCanvasScreen screen;
+    screen.Refresh(*m_spCanvas, view);
+    const std::pair<const char*, std::function<void()>> CHANGES[] = {
+        {"scroll",
+         [&] {
+             view.ScrollTo(view.GetScroll() + CPoint{1, 0});
+         }},
+        {"flip", [&] { state.bFlipH = true, apply(); }},
+        {"other flip", [&] { state.bFlipV = true, apply(); }},
+        {"half turn", [&] { state.uAngle = 180, apply(); }},
+        {"zoom", [&] { state.uZoom = 25, apply(); }},
+        {"client size", [&] { ++szClient.cx, apply(); }},
+        {"pixels", [&] { m_spLayer->GetRaster()->ForEachBlock([&](CPoint pt) { Scribble(pt); }); }},
+        {"opacity", [&] { m_spLayer->SetOpacity(100); }},
+        {"visibility", [&] { m_spLayer->SetVisible(false); }},
+        {"canvas size", [&] {
+             m_spCanvas->Resize({60, 300}, ShiftChange({0, 0})), apply();
+         }}};
+    for (const auto& [pszName, fn] : CHANGES) {
+        const auto vBefore = BytesOf(screen);
+        fn();
+        EXPECT_FALSE(screen.Refresh(*m_spCanvas, view).empty()) << pszName;
+        EXPECT_NE(BytesOf(screen), vBefore) << pszName;
+        EXPECT_EQ(BytesOf(screen), FreshBytes(*m_spCanvas, view)) << pszName;
+    }
 }

@@ -24,20 +24,21 @@ struct CFailingTool : CTools {
     explicit CFailingTool(const TToolOutside& outside) : CTools(outside) { m_state = STATE_TABLET; }
     static bool Fail() { throw std::bad_alloc(); }
     using CTools::OnMouseMove;
-    bool OnMouseMove(int32_t, int32_t, uint32_t, uint32_t) override { return m_fnMove ? m_fnMove() : Fail(); }
+    bool OnMouseMove(int32_t, int32_t, uint32_t, uint32_t) override { return m_fnTold ? m_fnTold() : Fail(); }
     bool OnProximityLeave() override { return Fail(); }
     bool OnProximityEnter() override { return Fail(); }
-    bool OnMouseLeave() override { return Fail(); }
-    bool OnKeyDown(int) override { return Fail(); }
+    bool OnMouseLeave() override { return m_fnTold ? m_fnTold() : Fail(); }
+    bool OnKeyDown(int) override { return m_fnTold ? m_fnTold() : Fail(); }
     bool OnKeyUp(int) override { return Fail(); }
-    bool Cancel() override { return Fail(); }
-    void DrawOverlay(COverlay&, const TOverlayMapper&) const override {}
+    bool Cancel() override { return m_fnTold ? m_fnTold() : Fail(); }
+    void DrawOverlay(COverlay&, const TOverlayMapper&) const override { ++m_nMeasured; }
     static constexpr TToolInfo INFO{0, L"", "", ECursor::Arrow};
     const TToolInfo& GetInfo() const override { return INFO; }
     bool IsEnabled() const override { return true; }
     ECursor GetCursor(CPoint) const override { return m_cursor; }
     ECursor m_cursor = ECursor::Arrow;
-    std::function<bool()> m_fnMove; ///< done instead of failing
+    std::function<bool()> m_fnTold; ///< done instead of failing
+    mutable int m_nMeasured = 0;    ///< how often its overlay was asked for
     using CTools::GetCanvas;
     using CTools::GetLayer;
 };
@@ -118,6 +119,69 @@ TEST_F(FrameGuard, InputGoesOnBehindAToolThatFails) {
     EXPECT_EQ(m_outside.m_vShown.size(), 8u) << "one of the packets each, two of the activation";
 }
 
+TEST_F(FrameGuard, TheOverlayIsInvalidatedOnceForEachEventOfAFailingToolToo) {
+    Play([&](CPlayer&) {
+        const auto spTool = UseTool();
+        int nKey = 'A';
+        const auto measured = [&](EMessage id, int64_t wParam = 0) {
+            const int nBefore = spTool->m_nMeasured;
+            Send(id, wParam);
+            return spTool->m_nMeasured - nBefore;
+        };
+        for (const auto& fn : {std::function<bool()>(), {[] { return false; }}, {[] { return true; }}}) {
+            spTool->m_fnTold = fn;
+            EXPECT_EQ(measured(EMessage::KeyDown, nKey++), 1);
+            EXPECT_EQ(measured(EMessage::CaptureChanged), 1);
+            EXPECT_EQ(measured(EMessage::MouseLeave), 1);
+            spTool->SetState(STATE_IDLE);
+            EXPECT_EQ(measured(EMessage::MouseMove), 1);
+            spTool->SetState(STATE_TABLET);
+        }
+    });
+}
+
+TEST_F(FrameGuard, ALeaveWhileTheHandIsArmedIsToldAfterwards) {
+    Play([&](CPlayer&) {
+        const auto spTool = UseTool();
+        int nTold = 0;
+        spTool->SetState(STATE_IDLE);
+        spTool->m_fnTold = [&] { return ++nTold > 0; };
+        Send(EMessage::KeyDown, VK_Space);
+        Send(EMessage::MouseMove);
+        EXPECT_EQ(nTold, 0) << "the hand is armed";
+        Send(EMessage::MouseLeave);
+        EXPECT_EQ(nTold, 0);
+        Send(EMessage::KeyUp, VK_Space);
+        EXPECT_EQ(nTold, 1);
+        Send(EMessage::KeyUp, VK_Space);
+        EXPECT_EQ(nTold, 1);
+    });
+}
+
+TEST_F(FrameGuard, OtherViewsWaitForTheTimer) {
+    Play([&](CPlayer&) {
+        auto& other = Window();
+        const auto spOther = g_wpActiveFrame.lock();
+        g_pMainFrame->OpenFrame(CreateCanvasFrame(m_spCanvas));
+        const auto spTool = UseTool();
+        spTool->SetState(STATE_IDLE);
+        spTool->m_fnTold = [&] {
+            return m_spCanvas->GetRoot().GetChildren().front()->SetVisible(false), true;
+        };
+        const auto shown = [](CSessionCanvasWindow& window, const CCanvasFrame& frame) {
+            window.Paint();
+            return static_cast<int>(*window.GetGlass().GetPixel(frame.GetView().ToWindow(CPoint{40, 40})));
+        };
+        CCanvasFrame& active = *g_wpActiveFrame.lock();
+        EXPECT_TRUE(shown(other, *spOther) == 7 && shown(Window(), active) == 7);
+        active.GetInput().Dispatch(*spTool, EMessage::MouseMove, {8, 8}, 0, 90, POINTER_TABLET);
+        EXPECT_EQ(shown(Window(), active), 255);
+        EXPECT_EQ(shown(other, *spOther), 7) << "a pen's sample repaints the view that it is drawn in alone";
+        Send(EMessage::Timer, 16);
+        EXPECT_EQ(shown(other, *spOther), 255);
+    });
+}
+
 TEST_F(FrameGuard, PacketsAreReadOnTheirDevicesAxes) {
     struct CPen : CSessionPen {
         TPenAxis GetPressureAxis() override { return {100, 1100}; }
@@ -164,7 +228,7 @@ TEST_F(FrameGuard, WhatAToolChangedIsShownByTheNextPaint) {
         const auto spLayer =
             boost::dynamic_pointer_cast<CRasterLayerBuffer>(m_spCanvas->GetRoot().GetChildren().front());
         const auto moved = [&](const std::function<bool()>& fn) {
-            spTool->m_fnMove = fn;
+            spTool->m_fnTold = fn;
             Send(EMessage::MouseMove);
             Window().Paint();
             return Shown();

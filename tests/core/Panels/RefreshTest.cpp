@@ -128,12 +128,16 @@ TEST_F(Refresh, TheCircleOfTheBrushFollowsItsPanel) {
             if (control.strLabel == L"サイズ")
                 return SendMessage({panel.GetWindow(), EMessage::PanelChange, control.nId, 40});
     });
-    // It goes with the pointer, unless the hand holds the picture.
-    for (const EMessage key : {EMessage::KeyDown, EMessage::KeyUp})
+    // It goes with the pointer, also while the hand holds the picture, and comes back with it.
+    using enum EMessage;
+    static const std::vector<EMessage> EVENTS[] = {{KeyDown, MouseLeave}, {MouseMove}, {KeyUp, MouseLeave}};
+    for (size_t n = 0; n < std::size(EVENTS); ++n)
         m_outside.AddStep([=](CPlayer& player) {
-            EXPECT_NEAR(reach(), 20, 1);
-            for (const EMessage id : {key, EMessage::MouseLeave})
-                player.GetStage().platform.queue.Post({g_wpActiveFrame.lock()->GetWindow(), id, VK_Space});
+            EXPECT_NEAR(reach(), n == 1 ? 100 : 20, 1) << n;
+            for (const EMessage id : EVENTS[n])
+                player.GetStage().platform.queue.Post({g_wpActiveFrame.lock()->GetWindow(), id,
+                                                       id == MouseMove ? 0 : VK_Space,
+                                                       PackPoint(PT.x, PT.y)});
         });
     m_outside.AddStep([=](CPlayer&) { EXPECT_EQ(reach(), 100); });
     Play();
