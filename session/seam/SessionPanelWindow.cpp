@@ -3,6 +3,7 @@
 void CSessionPanelWindow::Destroy() {
     if (m_bDestroyed) return;
     m_bDestroyed = true;
+    SendMessage({this, EMessage::Destroy});
     DestroyShown();
     m_client.OnFinalMessage();
     m_queue.Forget(this);

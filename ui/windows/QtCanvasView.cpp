@@ -20,7 +20,7 @@
 namespace {
 
 constexpr int WHEEL_STEP = 120;
-constexpr int MOST_RECTANGLES = 16; ///< more are painted as one
+constexpr int MOST_RECTANGLES = 64; ///< more are painted as one; a round selection on a large screen has about 60
 
 /// Draws pixels one to one on device pixels.
 class CViewPainter : public IPaintTarget {
