@@ -1,4 +1,3 @@
-// vellumcraft-session from its user's view: its files and output, its exit code, its worker processes.
 #include "tests/support/ProgramTest.h"
 
 #include "TestPaths.h"
@@ -16,27 +15,8 @@ protected:
         image.fill(color);
         SavePicture(strName, image);
     }
-    /// Runs the player, or another program.
     int Run(const std::string& strArguments, const std::string& strProgram = VELLUM_SESSION) {
         return RunProgram(strProgram, strArguments);
-    }
-    /// The same with a terminal as output.
-    int RunOnTerminal(const std::string& strCommand) {
-        int nTerminal = -1;
-        const pid_t pid = forkpty(&nTerminal, nullptr, nullptr, nullptr);
-        if (pid == 0) {
-            std::filesystem::current_path(m_folder.GetPath());
-            execl("/bin/sh", "sh", "-c", strCommand.c_str(), nullptr);
-            _exit(127);
-        }
-        m_strSaid.clear();
-        char ach[4096];
-        for (ssize_t n = 0; (n = read(nTerminal, ach, sizeof ach)) > 0;)
-            m_strSaid.append(ach, static_cast<size_t>(n));
-        close(nTerminal);
-        int nStatus = 0;
-        waitpid(pid, &nStatus, 0);
-        return WEXITSTATUS(nStatus);
     }
 };
 
@@ -62,35 +42,12 @@ TEST_F(CSessionProgram, PlaysInBothDeliveries) {
     Write("box", "{\"open\":\"damaged.vlm\"}");
     Write("none", "{\"wait\":1}");
     expect(2, "bad --out out.png", "bad:2: wait: must be");
-    expect(2, "missing --in red.png --out out.png", "missing: the script cannot be read");
     expect(1, "box --out out.png", "box:1: error box: データファイルが破損しています。");
     expect(1, "none --out out.png", "out.png: no document was open");
     expect(1, "none --in damaged.vlm --out out.png", "damaged.vlm: not a picture");
-    for (const char* psz :
-         {"", "a b", "--in red.png --out ./red.png none", "--each '*.png' none", "--jobs 2 none",
-          "--each '*.png' --out-dir d --jobs 0 none", "--each '*.txt' --out-dir d none"})
+    for (const char* psz : {"", "a b", "--in red.png --out ./red.png none", "--jobs 2 none",
+                            "--each '*.png' --out-dir d --jobs 0 none"})
         expect(2, psz, "usage: vellumcraft-session");
-}
-
-TEST_F(CSessionProgram, PlaysWhatTheFilterRecorded) {
-    Write("script", R"({"set":{"section":"BrushParam\\RasterBrush","key":"BrushRadius","value":4}}
-{"layer":{"opacity":128}}
-{"answer":{"box":"no"}}
-{"close":"frame"})");
-    Write("record", "of yesterday");
-    Write("folder/record", "");
-    SavePage("page.png", 25, Qt::red);
-    const auto filter = [&](const std::string& strMore) {
-        return Run("page.png out.png --script script " + strMore, VELLUM_FILTER);
-    };
-    EXPECT_EQ(filter("--record record"), 0) << m_strSaid;
-    EXPECT_EQ(m_files.Read(Path("record~")), "of yesterday");
-    Write("script", "");
-    EXPECT_EQ(Run("record --in page.png --out again.png"), 0) << m_strSaid;
-    EXPECT_EQ(LoadPicture("again.png"), LoadPicture("out.png"));
-    EXPECT_EQ(qAlpha(LoadPicture("out.png").pixel(3, 3)), 127);
-    EXPECT_EQ(filter("--record folder"), 1);
-    EXPECT_TRUE(Says("error box: ファイルを開けませんでした。")) << m_strSaid;
 }
 
 TEST_F(CSessionProgram, ABatchDoesWhatItCan) {
@@ -107,19 +64,9 @@ TEST_F(CSessionProgram, ABatchDoesWhatItCan) {
         << m_strSaid;
     EXPECT_FALSE(std::filesystem::exists(m_folder.File("done/deep/e.png")));
     EXPECT_EQ(Run("--each 'pages/[ab].png' --out-dir done half"), 0) << m_strSaid;
-    // A page that crashes does not affect the others.
     SavePage("pages/d.png", 7, Qt::blue);
     EXPECT_EQ(Run("--each 'pages/[cd].png' --out-dir safe half --module '" VELLUM_CRASHING_MODULE "'"), 1);
     EXPECT_TRUE(Says("pages/d.png: failed: ended by signal 11") && Says("pages/c.png: done")) << m_strSaid;
-    // An interrupt prints the totals so far.
-    std::string strLong;
-    for (int n = 0; n < 1000; ++n) strLong += "{\"wait\":3600000}\n";
-    Write("long", strLong);
-    Run("1 '" VELLUM_SESSION "' --each 'pages/[abc].png' --out-dir t --jobs 2 long", "timeout' -s 'INT");
-    EXPECT_TRUE(Says("failed: ended by signal 2") && Says("\n0 done, 2 failed, 1 not begun, ")) << m_strSaid;
-    // A terminal shows a bar, and a line only for a failure.
-    EXPECT_EQ(RunOnTerminal("'" VELLUM_SESSION "' --each 'pages/[ef].png' --out-dir t half"), 1);
-    EXPECT_TRUE(Says("] 2 of 2, 2 failed") && Says("f.png: failed: ")) << m_strSaid;
 }
 
 TEST_F(CSessionProgram, ABatchThatWouldLoseAPageDoesNotBegin) {

@@ -1,16 +1,11 @@
-// A file that cannot be used: the box tells the user in Japanese what happened and what to do.
-#include "core/Base/Text.h"
 #include "tests/session/ScriptedSession.h"
 
 #include <gtest/gtest.h>
-
-#include <nlohmann/json.hpp>
 
 namespace {
 
 class FileFailureDesktop : public testing::Test, protected CScriptedSession {
 protected:
-    // Plays one line and expects this box.
     void ExpectBox(const char* pszVerb, const char* pszPath, const std::wstring& strText) {
         const std::string strScript = nlohmann::json{{pszVerb, pszPath}}.dump() + "\n" +
                                       nlohmann::json{{"expect", {{"box", ToUtf8(strText)}}}}.dump() +
@@ -26,13 +21,10 @@ protected:
 
 TEST_F(FileFailureDesktop, SavingTellsWhatTheDiskRefused) {
     m_files.m_bReadOnly = true;
-    const std::pair<const char*, const char*> aNames[] = {
-        {"save", "絵.vlm"}, {"export", "絵.png"}, {"export", "絵.gif"}, {"export", "絵.psd"}};
-    for (const EFileFailure failure : {EFileFailure::DiskFull, EFileFailure::NoWriteRight})
-        for (const auto& [pszVerb, pszPath] : aNames) {
-            m_files.m_failure = failure;
-            ExpectBox(pszVerb, pszPath, NotOpened(pszPath, failure));
-        }
+    m_files.m_failure = EFileFailure::DiskFull;
+    for (const auto& [pszVerb, pszPath] :
+         {std::pair{"save", "絵.vlm"}, {"export", "絵.png"}, {"export", "絵.psd"}})
+        ExpectBox(pszVerb, pszPath, NotOpened(pszPath, EFileFailure::DiskFull));
     ExpectBox("export", "絵.xyz", NotOpened("絵.xyz", EFileFailure::UnknownEnding));
 }
 
@@ -46,13 +38,10 @@ TEST_F(FileFailureDesktop, OpeningTellsWhatIsWrongWithTheFile) {
     m_codecs.Save(L"wide.bmp", *spBitmap);
     m_files.m_mapFiles[L"wide.bmp"].replace(18, 4, "\x31\x75\0\0", 4); // 30001 columns
     m_files.m_mapFiles[L"wide.bmp"].resize(2 << 20);
-    const std::pair<const char*, EFileFailure> aPictures[] = {
-        {"cut.png", EFileFailure::DamagedPicture},
-        {"text.png", EFileFailure::UnknownPicture},
-        {"none.png", EFileFailure::Missing},
-        {"wide.bmp", EFileFailure::PictureTooLarge},
-    };
-    for (const auto& [pszPath, failure] : aPictures)
+    for (const auto& [pszPath, failure] : {std::pair{"cut.png", EFileFailure::DamagedPicture},
+                                           {"text.png", EFileFailure::UnknownPicture},
+                                           {"none.png", EFileFailure::Missing},
+                                           {"wide.bmp", EFileFailure::PictureTooLarge}})
         ExpectBox("open", pszPath, L"画像" + NotOpened(pszPath, failure));
     ExpectBox("open", "none.vlm", NotOpened("none.vlm", EFileFailure::Missing));
     for (const char* psz : {"bad.vlm", "short.vlm"})

@@ -1,8 +1,3 @@
-// A session that is killed, and the next one.
-#include "core/AppModule/MessageQueue.h"
-#include "core/Base/Text.h"
-#include "session/scripts/Player.h"
-#include "session/seam/SessionDialogs.h"
 #include "system/environment/Locations.h"
 #include "system/files/SnapshotFiles.h"
 #include "system/files/SnapshotStore.h"
@@ -22,7 +17,6 @@ namespace {
 
 class RecoveryDesktop : public testing::Test {
 protected:
-    // One session of the desktop program, played by functions. Returns the failure.
     std::string Play(const std::vector<TAction>& vSteps) {
         TScript script{"s", {}};
         for (const TAction& fn : vSteps) script.vSteps.push_back({1, fn});
@@ -135,7 +129,6 @@ TEST_F(RecoveryDesktop, YesAtTheEndIsNoLoss) {
         EXPECT_EQ(CountFiles(), 0);
     }
     EXPECT_TRUE(std::filesystem::exists(m_folder.File("picture.png")));
-    // If Recovery cannot be written either, the window stays open.
     std::filesystem::remove(m_folder.File("Vellumcraft/Recovery"));
     std::ofstream(m_folder.File("Vellumcraft/Recovery")) << "in the way";
     EXPECT_NE(leave({}, 1).find("復元用のデータを保存できませんでした。"), std::string::npos);

@@ -1,10 +1,5 @@
-// Whole sessions in the desktop program, where documents are created, opened and saved.
-#include "core/Commands/CommandIds.h"
-#include "core/IniConfig/IniConfig.h"
 #include "tests/session/ScriptedSession.h"
 #include "tests/support/TestPlatform.h"
-
-#include <gtest/gtest.h>
 
 #include <algorithm>
 
@@ -73,27 +68,6 @@ TEST_F(ScriptedDesktop, ARecordMakesAndSavesTheSameDocuments) {
         EXPECT_TRUE(player.m_files.m_mapFiles[psz] == m_files.m_mapFiles[psz]) << m_strRecord;
         EXPECT_FALSE(m_files.m_mapFiles[psz].empty());
     }
-}
-
-TEST(DesktopSettings, WithoutADocumentAChangeIsInTheStoreAtOnce) {
-    CTestPlatform outside;
-    outside.AddStep([](CPlayer&) {
-        // There is no canvas whose timers would advance the clock.
-        CPanel& panel = *g_pMainFrame->GetPanels().Find(ID_PANEL_TOOL_OPTION);
-        const auto& vControls = panel.GetControls();
-        const auto it = std::ranges::find(vControls, L"不透明度", &TPanelControl::strLabel);
-        panel.OnMessage({panel.GetWindow(), EMessage::PanelChange, it->nId, 40});
-    });
-    outside.AddStep([&](CPlayer&) {
-        CIniConfig config(L"/settings/Vellumcraft/Vellumcraft.ini", outside.m_files);
-        EXPECT_EQ(config.GetSection(L"BrushParam")->GetSection(L"RasterBrush")->GetInt(L"BrushAlpha", 0),
-                  102);
-    });
-    outside.Run([](const TPlatform& platform) {
-        CSessionScope scope(platform);
-        CreateMainFrame();
-        scope.Run();
-    });
 }
 
 } // namespace

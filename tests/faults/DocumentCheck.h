@@ -1,7 +1,7 @@
 // Conditions that a document and the boxes must meet after a failure.
 #pragma once
 
-#include "tests/faults/Played.h"
+#include "tests/faults/Apart.h"
 
 #include <boost/shared_ptr.hpp>
 

@@ -1,4 +1,3 @@
-// Drags of a path's points when memory runs out.
 #include "tests/faults/FailingMemory.h"
 #include "tests/support/Paths.h"
 

@@ -1,8 +1,4 @@
-// Reports when memory has run out.
 #include "core/AppModule/ErrorBox.h"
-#include "core/AppModule/AppModule.h"
-#include "core/Base/Failure.h"
-#include "core/Platform/Dialogs.h"
 #include "tests/faults/FailingMemory.h"
 #include "tests/support/TestPlatform.h"
 

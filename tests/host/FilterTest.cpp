@@ -1,4 +1,3 @@
-// vellumcraft-filter as its user meets it: what it says, its exit code, and that a failure leaves no file.
 #include "core/Base/Color.h"
 #include "system/pictures/GifWriter.h"
 #include "tests/support/ProgramTest.h"
@@ -6,8 +5,6 @@
 #include "TestPaths.h"
 
 #include <QRandomGenerator>
-
-#include <map>
 
 namespace {
 
@@ -25,7 +22,6 @@ QImage MakeNoise(QSize size, QImage::Format format) {
 class CFilter : public CProgramTest {
 protected:
     int Run(const std::string& strArguments) { return RunProgram(VELLUM_FILTER, strArguments); }
-    /// The visible files of the folder with their content.
     std::map<std::string, std::string> ReadFolder() {
         std::map<std::string, std::string> mapFiles;
         for (const auto& entry : std::filesystem::directory_iterator(m_folder.GetPath())) {

@@ -1,12 +1,7 @@
-// The built module as a file: its exports and the property list inside it.
 #include "core/Base/Resource.h"
-#include "core/Base/Text.h"
-#include "system/files/FileStore.h"
 #include "tests/support/TempFolder.h"
 
 #include "TestPaths.h"
-
-#include <gtest/gtest.h>
 
 namespace {
 

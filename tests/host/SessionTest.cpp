@@ -1,13 +1,5 @@
-// Whole sessions: a host passes its record in, the application runs without a display and returns the
-// picture.
-#include "core/AppModule/AppModule.h"
 #include "core/Base/Color.h"
-#include "core/CanvasFrame/CanvasFrame.h"
-#include "core/Commands/CommandIds.h"
-#include "core/LayerBuffer/RasterLayerBuffer.h"
-#include "core/MainFrame/MainFrame.h"
 #include "host/PluginEntry.h"
-#include "session/seam/SessionDialogs.h"
 #include "system/environment/Locations.h"
 #include "system/files/SnapshotStore.h"
 #include "tests/host/TestHost.h"
@@ -78,7 +70,6 @@ TEST_F(CSession, WhatIsErasedGoesBackOnWhiteWhereThereIsNoTransparency) {
         return boost::dynamic_pointer_cast<CRasterLayerBuffer>(
             g_lstCanvasFrame.front()->GetCanvas()->GetActiveLayer());
     };
-    // 96 pixels half erased, 96 wholly, then the picture.
     const auto erase = [&](CPlayer&) {
         for (const auto& [pt, uAlpha] : {std::pair{CPoint{0, 0}, 128}, {CPoint{96, 0}, 0}}) {
             const auto spTile = layer()->GetRaster()->GetBlock(pt, true)->Clone();
@@ -111,25 +102,9 @@ TEST_F(CSession, WhatIsErasedGoesBackOnWhiteWhereThereIsNoTransparency) {
     EXPECT_EQ(at(play(false, [&](CPlayer&) { layer()->SetVisible(false); }), 199), std::vector(4, 255));
 }
 
-TEST_F(CSession, WithoutALayerTheHostKeepsItsPicture) {
-    const THostPicture before = MakePicture({0, 0, 100, 100}, true);
-    CTestHost host(before);
-    m_platform.AddStep([](CPlayer&) {
-        SendMessage({g_pMainFrame->GetWindow(), EMessage::Command, ID_EDIT_UNDO});
-        EXPECT_TRUE(g_lstCanvasFrame.front()->GetCanvas()->GetRoot().GetChildren().empty());
-    });
-    EXPECT_EQ(host.Run(TestMain), 0);
-    EXPECT_TRUE(host.m_vWrites.empty() && host.GetPicture() == before);
-}
-
 TEST_F(CSession, WhatAnotherSessionLeftIsOffered) {
     const CSettingsFolder folder;
     CLocations locations;
-    const auto answer = [](EBoxAnswer box) {
-        return [box](CPlayer& player) {
-            player.GetStage().dialogs.Push({.kind = TAnswer::EKind::Box, .box = box});
-        };
-    };
     const auto play = [&](const THostPicture& picture, size_t nFrames) {
         CSnapshotStore snapshots(locations);
         m_platform.m_pSnapshots = &snapshots;
@@ -138,39 +113,18 @@ TEST_F(CSession, WhatAnotherSessionLeftIsOffered) {
         EXPECT_EQ(host.Run(TestMain), 0);
         EXPECT_TRUE(host.GetPicture() == picture) << "the host's own, not the restored one";
     };
-    // Yes at the first prompt, and no name for the file.
+    const auto yes = [](CPlayer& player) {
+        player.GetStage().dialogs.Push({.kind = TAnswer::EKind::Box, .box = EBoxAnswer::Yes});
+    };
     m_platform.AddStep([&](CPlayer& player) {
-        answer(EBoxAnswer::Yes)(player);
+        yes(player);
         player.GetStage().dialogs.Push({});
         SendMessage({g_pMainFrame->GetWindow(), EMessage::Close});
     });
     play(MakePicture({0, 0, 60, 50}, true), 0);
-    m_platform.AddStep(answer(EBoxAnswer::Yes), EStepKind::Prepares);
-    m_platform.AddStep([](CPlayer&) {
-        EXPECT_EQ(g_lstCanvasFrame.back()->GetCanvas()->GetSize(), (CSize{60, 50}));
-    });
+    m_platform.AddStep(yes, EStepKind::Prepares);
     play(MakePicture({0, 0, 30, 20}, true), 2);
     play(MakePicture({0, 0, 30, 20}, true), 1);
-}
-
-TEST_F(CSession, AGreyCanvasGoesBackAsItsGreyAndItsColoursAreGone) {
-    THostPicture expected = MakePicture({3, 7, 103, 104}, true, 1);
-    CPictureHost host(expected), hostColored(expected);
-    const auto addStep = [&](int nMode) {
-        m_platform.AddStep([=](CPlayer&) {
-            SendMessage({g_pMainFrame->GetWindow(), EMessage::Command, nMode});
-        });
-    };
-    addStep(ID_MODE_GREY);
-    EXPECT_EQ(host.Run(TestMain), 0);
-    addStep(ID_MODE_GREY);
-    addStep(ID_MODE_RGB);
-    EXPECT_EQ(hostColored.Run(TestMain), 0);
-    expected.vBlue = expected.vAlphas[0]; // read over the blue plane, as below
-    for (size_t i = 0; i < expected.vRed.size(); ++i)
-        expected.vRed[i] = GreyOf(expected.vRed[i], expected.vGreen[i], expected.vBlue[i]);
-    expected.vGreen = expected.vBlue = expected.vAlphas[0] = expected.vRed;
-    EXPECT_TRUE(host.GetPicture() == expected && hostColored.GetPicture() == expected);
 }
 
 TEST_F(CSession, FurtherChannelsLiveInTheBluePlane) {
@@ -191,10 +145,6 @@ TEST_F(CSession, ChannelsWithoutAPortOrAPlaceAreSkipped) {
     EXPECT_EQ(host.Run(TestMain), 0);
     EXPECT_EQ(host.m_vReads, (std::vector<int>{1, 2, 16}));
     EXPECT_EQ(host.m_vWrites, (std::vector<int>{3, 16}));
-    CTestHost strange(MakePicture({0, 0, 20, 20}, true));
-    strange.m_deqChannels[0].desc.channelType = 20; // of an unknown type, before any plane is chosen
-    EXPECT_EQ(strange.Run(TestMain), 0);
-    EXPECT_EQ(strange.m_vReads, (std::vector<int>{2, 3, 16}));
 }
 
 TEST_F(CSession, HostsThatCannotServeAreToldAtOnce) {

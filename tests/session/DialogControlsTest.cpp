@@ -1,16 +1,10 @@
-// A dialog's controls and views in scripts and records: as those of panels.
 #include "tests/session/ScriptedSession.h"
 #include "tests/support/LiveDialog.h"
-
-#include "core/AppModule/AppModule.h"
-
-#include <gtest/gtest.h>
 
 namespace {
 
 class DialogControls : public testing::Test, protected CScriptedSession {
 protected:
-    // Opens the dialog as a command's line would, with these replies behind it.
     std::string Run(const std::string& strReplies) {
         TScript script = ParseScript(strReplies, "s");
         const auto open = [this](CPlayer&) {
@@ -47,22 +41,6 @@ TEST_F(DialogControls, AScriptActsOnThemAndARecordSaysTheSame) {
     const std::string strHeard = std::exchange(m_dialog.m_strHeard, {});
     EXPECT_EQ(Run(std::string(m_strRecord)), "");
     EXPECT_EQ(m_dialog.m_strHeard, strHeard);
-}
-
-TEST_F(DialogControls, WhatADialogDoesNotHaveIsAFailure) {
-    EXPECT_EQ(Run(R"({"reply":{"dialog":"CLiveDialog","control":7,"value":1}})"),
-              "s:1: CLiveDialog is open, but line 1 is for control 7 of CLiveDialog");
-    EXPECT_EQ(Run(R"({"reply":{"dialog":"CLiveDialog","low":true}})"),
-              "s:1: CLiveDialog has no such field as \"low\" in the answer of line 1");
-    EXPECT_EQ(Run(R"({"reply":{"dialog":"CLiveDialog","control":2,"value":9}})"),
-              "s:1: CLiveDialog stays open behind line 1, but no answer was queued");
-    EXPECT_FALSE(m_bOk);
-    EXPECT_EQ(Run(R"({"reply":{"dialog":"CLiveDialog","gamma":"x"}}
-{"expect":{"box":"エラー"}})")
-                  .find("s:2: "),
-              0u)
-        << "the failed field keeps the dialog open";
-    EXPECT_FALSE(m_bOk);
 }
 
 TEST_F(DialogControls, AControlThatFailsIsReportedAndTheDialogStays) {

@@ -1,13 +1,7 @@
-// Recorded sessions: playing the record results in the same document.
-#include "core/IniConfig/GlobalSwitches.h"
-#include "core/IniConfig/IniConfig.h"
 #include "tests/session/ScriptedSession.h"
-
-#include <gtest/gtest.h>
 
 namespace {
 
-// A line of the pen: down, along, and up again.
 std::string Stroke(int x, int y, int nPressure = 700, const TWords& more = nullptr) {
     std::string strLines;
     for (int n = 0; n < 30; ++n) {
@@ -22,7 +16,6 @@ const std::string VIEW = "{\"view\":{\"width\":640,\"height\":480}}\n";
 
 class Recorder : public testing::Test, protected CScriptedSession {
 protected:
-    /// Records a script, plays the record on another platform, and compares the documents.
     void ExpectSame(const std::string& strScript) {
         EXPECT_EQ(Record(strScript), "");
         EXPECT_TRUE(m_spCanvas->GetHistory().CanUndo());
@@ -133,25 +126,6 @@ TEST_F(Recorder, AnswersStandBehindTheLineThatAsks) {
 )");
     EXPECT_EQ(Play(m_strRecord), "");
     EXPECT_EQ(Play("{\"close\":\"frame\"}\n{\"wait\":1}\n{\"reply\":{\"box\":\"no\"}}").substr(0, 4), "s:1:");
-    EXPECT_EQ(Play("{\"reply\":{\"box\":\"no\"}}"), "s:1: nothing has asked for this reply");
-    // Without a session no record starts.
-    CSessionPlatform none(m_parts);
-    CRecorder recorder(none.GetPlatform(), [](std::string_view str) { return ADD_FAILURE() << str, true; });
-    recorder.GetPlatform().boxes.Show(nullptr, L"版", L"", EBoxKind::Plain);
-}
-
-TEST_F(Recorder, ARecordThatCannotBeWrittenEndsWithAWholeLine) {
-    CSessionPlatform session(m_parts, ParseScript(VIEW + Stroke(1200, 1000), "s"));
-    int nLines = 0;
-    CRecorder recorder(session.GetPlatform(), [&](std::string_view strLine) {
-        EXPECT_TRUE(strLine.ends_with("}\n"));
-        return ++nLines < 5;
-    });
-    m_spCanvas = PlayOn(recorder.GetPlatform(), true);
-    EXPECT_TRUE(recorder.HasFailed());
-    EXPECT_EQ(nLines, 5) << "nothing is written behind the gap";
-    EXPECT_EQ(session.GetFailure(), "");
-    EXPECT_EQ(m_spCanvas->GetHistory().GetUndoList().size(), 3u);
 }
 
 TEST_F(Recorder, BeginsWithWhatTheUserHasSet) {

@@ -1,18 +1,13 @@
 // A whole session over a small canvas, played by a script.
 #pragma once
 
-#include "core/CanvasFrame/CanvasFrame.h"
-#include "core/ImageFile/ImageFile.h"
-#include "core/LayerBuffer/RasterLayerBuffer.h"
-#include "core/MainFrame/MainFrame.h"
-#include "core/MainFrame/SessionScope.h"
 #include "core/RasterBuffer/ColorRasterBuffer.h"
 #include "session/recorder/Recorder.h"
-#include "session/scripts/SessionPlatform.h"
 #include "system/pictures/ImageCodecs.h"
 #include "tests/session/ScriptLines.h"
 #include "tests/support/MemoryFiles.h"
 #include "tests/support/NoPlaces.h"
+#include "tests/support/Session.h"
 
 class CScriptedSession {
 public:

@@ -2,11 +2,14 @@
 #pragma once
 
 #include "core/CanvasBuffer/CanvasBuffer.h"
+#include "core/CanvasBuffer/CanvasHistory.h"
+#include "core/LayerBuffer/LayerMerge.h"
 #include "core/LayerBuffer/LayerSetBuffer.h"
 #include "core/LayerBuffer/RasterLayerBuffer.h"
 #include "core/LayerBuffer/VectorLayerBuffer.h"
 #include "core/RasterBuffer/MonoRasterBuffer.h"
 #include "tests/support/Paths.h"
+#include "tests/support/Planes.h"
 
 /// A canvas whose only raster layer is active.
 inline boost::shared_ptr<CCanvasBuffer> MakePage(CSize sz) {

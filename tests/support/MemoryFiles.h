@@ -1,6 +1,8 @@
 // Files in memory, for tests of code that reads or writes through the platform interface.
 #pragma once
 
+#include "core/Base/Failure.h"
+#include "core/Base/Text.h"
 #include "core/Platform/Files.h"
 
 #include <map>

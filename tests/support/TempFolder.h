@@ -1,6 +1,8 @@
 // A temporary folder of a test.
 #pragma once
 
+#include "core/Base/Text.h"
+#include "system/files/FileStore.h"
 #include <cstdlib>
 #include <filesystem>
 #include <string>

@@ -3,12 +3,12 @@
 #pragma once
 
 #include "core/Platform/Window.h"
-#include "session/scripts/Player.h"
-#include "session/scripts/SessionPlatform.h"
 #include "session/seam/SessionWindows.h"
 #include "system/pictures/ImageCodecs.h"
+#include "tests/support/LayerPictures.h"
 #include "tests/support/MemoryFiles.h"
 #include "tests/support/NoPlaces.h"
+#include "tests/support/Session.h"
 
 #include <gtest/gtest.h>
 
@@ -30,6 +30,18 @@ public:
         for (const TShown& shown : session.GetLog().GetShown())
             if (shown.kind == TShown::EKind::Dialog || shown.strTitle == L"Vellumcraft - Error")
                 m_vShown.push_back(shown.kind == TShown::EKind::Dialog ? shown.strTitle : shown.strText);
+    }
+    /// The same with a main frame and what `fnOpen` opens in it.
+    void Play(const std::function<void()>& fnOpen) {
+        Run([&](const TPlatform& platform) {
+            CSessionScope scope(platform);
+            CreateMainFrame();
+            fnOpen();
+            scope.Run();
+        });
+    }
+    static void Open(const boost::shared_ptr<CCanvasBuffer>& spCanvas) {
+        g_pMainFrame->OpenFrame(CreateCanvasFrame(spCanvas));
     }
     /// Adds a user action to the next session, to be run when it is idle. After an error box only a step
     /// that expects is played.

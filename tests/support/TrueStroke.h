@@ -16,9 +16,8 @@ public:
     static constexpr int STEPS = 1000;   ///< ribs per segment
     using TPoint = std::complex<double>; ///< path units
 
-    /// Half-widths are the stream's own one except where a sharp end tapers; flat ends are square. Only
-    /// ribs from `tFirst` to `tLast`.
-    CTrueStroke(const COpenPathStream& stream, CSize sz, uint32_t tFirst = 0, uint32_t tLast = UINT32_MAX)
+    /// Half-widths are the stream's own one, the ends flat and square.
+    CTrueStroke(const COpenPathStream& stream, CSize sz)
         : m_nWidth(sz.cx * CELLS), m_nHeight(sz.cy * CELLS),
           m_vCells(static_cast<size_t>(m_nWidth) * static_cast<size_t>(m_nHeight)) {
         TOutlinePoints vAnchors;
@@ -29,45 +28,15 @@ public:
         for (size_t n = 1; n < vAnchors.size(); ++n)
             SampleSegment(SegmentOf(vAnchors[n - 1], vAnchors[n]), vLine, vDirections);
         if (vLine.empty()) return;
-        std::vector<double> vAlong{0};
-        for (size_t n = 1; n < vLine.size(); ++n)
-            vAlong.push_back(vAlong.back() + std::abs(vLine[n] - vLine[n - 1]));
-        // One width point in the middle of the parameters, from which each end has a separate curve.
-        const double dMiddle = vAlong[vAlong.size() / 2];
-        const auto widthAt = [&](size_t n) {
-            const bool bBegin = vAlong[n] < dMiddle;
-            const auto type = stream.GetTerm(bBegin)->GetType();
-            const double dLength = bBegin ? dMiddle : vAlong.back() - dMiddle;
-            const double dWay = bBegin ? vAlong[n] : vAlong.back() - vAlong[n];
-            return type == TERM_SHARP ? dWidth * Taper(dWay / std::max(dLength, 1e-9)) : dWidth;
-        };
         const TPoint QUARTER(0, -1);
-        const auto nLast = static_cast<uint32_t>(vAnchors.size() - 1) * BEZIER_T_RESOLUTION;
         const auto rib = [&](size_t n) {
-            const TPoint across = vDirections[n] * QUARTER * widthAt(n);
+            const TPoint across = vDirections[n] * QUARTER * dWidth;
             return std::array{vLine[n] + across, vLine[n] - across};
         };
         for (size_t n = 1; n < vLine.size(); ++n) {
-            const double t = (n / (STEPS + 1) + n % (STEPS + 1) / double{STEPS}) * BEZIER_T_RESOLUTION;
-            if (t < tFirst || t > tLast) continue;
             const auto a = rib(n - 1), b = rib(n);
             Paint({a[0], b[0], b[1], a[1]});
         }
-        const auto cap = [&](const COpenPathTermBase& term, TPoint pt, TPoint out) {
-            if (term.GetType() != TERM_ROUND) return;
-            // Two curves with handles of half the width, which are a little flatter than a circle.
-            std::vector<TPoint> vCap;
-            for (const double dSide : {1.0, -1.0})
-                for (int n = 0; n <= 90; ++n) {
-                    const double t = (dSide > 0 ? n : 90 - n) / 90.0, u = 1 - t;
-                    const TPoint at(1.5 * u * u * t + 3 * u * t * t + t * t * t,
-                                    dSide * (u * u * u + 3 * u * u * t + 1.5 * u * t * t));
-                    vCap.push_back(pt + dWidth * at * out);
-                }
-            Paint(vCap);
-        };
-        if (tFirst == 0) cap(*stream.GetTerm(true), vLine.front(), -vDirections.front());
-        if (tLast >= nLast) cap(*stream.GetTerm(false), vLine.back(), vDirections.back());
     }
 
     /// The covered fraction of a pixel, 0 to 1.
@@ -76,9 +45,10 @@ public:
         for (int i = 0; i < CELLS * CELLS; ++i) n += IsSet(x * CELLS + i % CELLS, y * CELLS + i / CELLS);
         return n / double{CELLS * CELLS};
     }
-    bool IsSet(int x, int y) const { return m_vCells[static_cast<size_t>(y * m_nWidth + x)]; }
 
-    /// Paints a polygon by the even-odd rule.
+private:
+    bool IsSet(int x, int y) const { return m_vCells[static_cast<size_t>(y * m_nWidth + x)]; }
+    // Paints a polygon by the even-odd rule.
     void Paint(const std::vector<TPoint>& vPoints) {
         double dTop = 1e9, dBottom = -1e9;
         for (const TPoint& pt : vPoints)
@@ -103,8 +73,6 @@ public:
             }
         }
     }
-
-private:
     // A part in which the curve hardly moves takes the direction of the nearest place that moves.
     static void SampleSegment(const CBezier& bez, std::vector<TPoint>& vLine,
                               std::vector<TPoint>& vDirections) {
@@ -127,17 +95,6 @@ private:
             vDirections.push_back(way / std::max(std::abs(way), 1e-9));
         }
     }
-    // (0, 0), (1/6, 1/3), (2/3, 1), (1, 1): the second coordinate for a value of the first.
-    static double Taper(double x) {
-        double a = 0, b = 1;
-        for (int n = 0; n < 40; ++n) {
-            const double t = (a + b) / 2, u = 1 - t;
-            (u * u * t / 2 + 2 * u * t * t + t * t * t < x ? a : b) = t;
-        }
-        const double t = a, u = 1 - t;
-        return u * u * t + 3 * u * t * t + t * t * t;
-    }
-
     int m_nWidth;
     int m_nHeight;
     std::vector<bool> m_vCells;

@@ -1,7 +1,5 @@
 #include "ui/base/QtApplication.h"
 
-#include <gmock/gmock.h>
-
 #include <QByteArray>
 #include <QCoreApplication>
 

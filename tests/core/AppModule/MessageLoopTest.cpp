@@ -3,10 +3,6 @@
 #include "core/AppModule/MessageQueue.h"
 #include "core/Platform/Window.h"
 
-#include <boost/make_shared.hpp>
-#include <gtest/gtest.h>
-
-#include <string>
 #include <thread>
 
 namespace {
@@ -91,18 +87,4 @@ TEST(MessageQueue, KeepsOrderEndsOnceAndForgetsTheDead) {
     EXPECT_EQ(queue.Get(msg), 0);
     EXPECT_FALSE(queue.Peek()); // the next session starts clean
     EXPECT_EQ(queue.Get(msg), -1);
-}
-
-TEST(AppModule, EachThreadHasItsLoop) {
-    CAppModule module;
-    module.AddMessageLoop(boost::make_shared<CMessageLoop>());
-    const auto spSecond = boost::make_shared<CMessageLoop>();
-    module.AddMessageLoop(spSecond); // replaces what an abandoned session left
-    std::thread([&] {
-        EXPECT_FALSE(module.GetMessageLoop());
-        module.RemoveMessageLoop();
-    }).join();
-    EXPECT_EQ(module.GetMessageLoop(), spSecond);
-    module.RemoveMessageLoop();
-    EXPECT_FALSE(module.GetMessageLoop());
 }

@@ -3,48 +3,6 @@
 #include "core/Base/Resource.h"
 #include "core/Base/Text.h"
 
-#include <gtest/gtest.h>
-
-#include <new>
-#include <set>
-
-namespace {
-
-std::wstring TextOf(void (*fn)()) {
-    try {
-        fn();
-    } catch (const std::exception& e) {
-        return DescribeException(e);
-    }
-    return L"nothing thrown";
-}
-
-} // namespace
-
-TEST(Failure, EveryClassHasItsText) {
-    EXPECT_EQ(TextOf([] { throw std::bad_alloc(); }), L"メモリが足りません。\nexception: bad_alloc");
-    const std::wstring strCheck = L"自己診断違反が発生しました。\nType: ",
-                       strFalse = L"\nExpression: false\nFile: :0\n";
-    EXPECT_EQ(TextOf([] { SELF_CHECK(defect_logic, false); }), strCheck + L"DEFECT_LOGIC" + strFalse);
-    EXPECT_EQ(TextOf([] { SELF_CHECK(invalid_argument, false); }),
-              strCheck + strFalse); // has no word of its own
-    EXPECT_EQ(TextOf([] { throw internal_error(L"100%1% ある"); }),
-              L"内部エラー\nexception: internal_error('100%1% ある')");
-    EXPECT_EQ(TextOf([] { throw refused_error(L"大きすぎます。"); }), L"大きすぎます。");
-    EXPECT_EQ(TextOf([] { throw std::runtime_error("\xE3\x81\x82 disk"); }),
-              L"予期せぬエラーが発生しました。\nexception: exception('あ disk')");
-}
-
-TEST(Failure, EveryFileFailureSaysWhatToDo) {
-    std::set<std::wstring> setTexts;
-    const int nLast = static_cast<int>(EFileFailure::NoCodec);
-    for (int n = 0; n <= nLast; ++n) {
-        const std::wstring strText = AdviceFor(static_cast<EFileFailure>(n));
-        EXPECT_TRUE(strText.ends_with(L"ください。")) << n;
-        EXPECT_TRUE(setTexts.insert(strText).second) << n << " has no row of its own";
-    }
-}
-
 TEST(Text, RoundTripsAndSurvivesIllFormedBytes) {
     const std::wstring str = L"線画 é \U0001F58B end";
     EXPECT_EQ(FromUtf8(ToUtf8(str)), str);
@@ -73,5 +31,3 @@ TEST(Color, ANeutralColourKeepsItsLevel) {
     EXPECT_EQ(GreyOf(0, 255, 0), 149);
     EXPECT_EQ(GreyOf(0, 0, 255), 29);
 }
-
-TEST(Resource, AnUnknownNameGivesNothing) { EXPECT_TRUE(FindResource("no such file").empty()); }

@@ -1,9 +1,5 @@
 #include "core/Base/StableMath.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
-
 TEST(StableMath, AgreesWithTheLibraryAndTruncatesWholeDegreesAlike) {
     for (double x = 0; x > -30; x -= 0.0037) EXPECT_NEAR(StableExp(x) / std::exp(x), 1, 1e-15) << x;
     EXPECT_EQ(StableExp(0), 1.0);

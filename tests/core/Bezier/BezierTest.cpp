@@ -1,13 +1,6 @@
-// Curves and their arithmetic against wider numbers.
 #include "core/Bezier/Bezier.h"
 
 #include <boost/numeric/conversion/cast.hpp>
-
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <limits>
-#include <random>
 
 namespace {
 
@@ -157,7 +150,6 @@ TEST(Bezier, LengthIsTheSumOfSteps) {
 }
 
 TEST(Bezier, CrossingsAreTakenFromTheJunction) {
-    // Touching at the junction alone.
     const CBezier a{{0, 0}, {3000, 0}, {6000, 0}, {9000, 0}};
     const auto junction = FindCrossing(a, {{9000, 0}, {9000, 3000}, {9000, 6000}, {9000, 9000}});
     ASSERT_TRUE(junction);

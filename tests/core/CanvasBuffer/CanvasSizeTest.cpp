@@ -1,10 +1,5 @@
-// The canvas's size changes: what every layer, the selection and the views make of it, there and back.
-#include "core/CanvasBuffer/CanvasHistory.h"
 #include "core/CanvasFrame/CanvasScreen.h"
 #include "tests/support/LayerPictures.h"
-#include "tests/support/Planes.h"
-
-#include <gtest/gtest.h>
 
 namespace {
 
@@ -193,10 +188,6 @@ TEST_F(CanvasSize, ALayersContentIsOneTileAndItsCopyItsOwn) {
     const auto spFlat = Layer().CreateFlatBlock();
     EXPECT_EQ(spFlat->GetSize(), SIZE);
     EXPECT_EQ(spFlat->GetPixelColor({199, 149}), BLUE);
-    const auto spCoverage = m_spCanvas->GetRoot().GetChildren().back()->CreateFlatBlock();
-    EXPECT_EQ(spCoverage->GetPixelAlpha({55, 57}), 255);
-    EXPECT_EQ(spCoverage->GetPixelAlpha({55, 62}), 0);
-    EXPECT_FALSE(m_spCanvas->GetRoot().CreateFlatBlock());
     const auto spCopy = boost::static_pointer_cast<CRasterLayerBuffer>(Layer().CreateFullCopy(m_spCanvas));
     EXPECT_EQ(spCopy->GetOpacity(), 254);
     EXPECT_EQ(spCopy->GetMask().FindBlock({0, 0})->GetPixelAlpha({20, 30}), 0);

@@ -2,10 +2,6 @@
 #include "tests/support/LayerPictures.h"
 #include "tests/support/ProjectBytes.h"
 
-#include <gtest/gtest.h>
-
-#include <functional>
-
 namespace {
 
 CSerializer Chunk(const char (&pszTag)[5], uint32_t uVersion,

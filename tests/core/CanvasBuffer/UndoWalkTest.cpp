@@ -1,16 +1,10 @@
-// Every undoable action, in random order, taken back and done again in random walks.
 #include "core/Base/Text.h"
-#include "core/CanvasBuffer/CanvasHistory.h"
 #include "core/CanvasFrame/LayerCommands.h"
 #include "core/Commands/CommandIds.h"
 #include "core/IniConfig/GlobalSwitches.h"
 #include "core/LayerBuffer/StrokeHistory.h"
 #include "tests/support/LayerPictures.h"
 #include "tests/support/ProjectBytes.h"
-
-#include <gtest/gtest.h>
-
-#include <string_view>
 
 namespace {
 
@@ -26,7 +20,6 @@ void Collect(const CLayerBuffer& layer, std::vector<TLayerPtr>& vLayers) {
     }
 }
 
-// Replaces a tile or two, as a stroke does.
 void PaintStroke(CCanvasBuffer& canvas, CRasterLayerBuffer& layer, std::mt19937& random) {
     const auto spRaster = layer.GetRaster();
     const auto spBefore = spRaster->ShallowCopy();
@@ -106,7 +99,6 @@ TEST_P(UndoWalk, EveryStateComesBackWholly) {
     CHistoryStream& history = m_spCanvas->GetHistory();
     ASSERT_EQ(history.GetUndoList().size(), OPERATIONS);
     while (nAt > 0 && !HasFailure()) {
-        // Mostly back, sometimes forward again.
         const bool bBack = nAt == OPERATIONS || m_random() % 4;
         const std::wstring strLabel =
             (bBack ? history.GetUndoList() : history.GetRedoList()).front()->GetName();

@@ -3,11 +3,6 @@
 #include "core/LayerBuffer/RasterLayerBuffer.h"
 #include "core/RasterBuffer/ColorRasterBuffer.h"
 
-#include <gtest/gtest.h>
-
-#include <functional>
-#include <random>
-
 namespace {
 
 constexpr CSize CLIENT{211, 157};
@@ -18,7 +13,6 @@ std::vector<uint8_t> BytesOf(const CCanvasScreen& screen) {
     return {p, p + buffer.GetStride() * buffer.GetSize().cy};
 }
 
-// What a view shows that never looked before.
 std::vector<uint8_t> FreshBytes(CCanvasBuffer& canvas, const CCanvasView& view) {
     CCanvasScreen screen;
     screen.Refresh(canvas, view);

@@ -1,8 +1,6 @@
 #include "core/CanvasFrame/CanvasView.h"
 #include "core/CanvasFrame/ZoomList.h"
 
-#include <gtest/gtest.h>
-
 namespace {
 
 constexpr CSize CLIENT{640, 480};

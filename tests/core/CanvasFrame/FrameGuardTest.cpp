@@ -1,27 +1,13 @@
-// One part of a frame's handler fails: it is told, and the handler's other parts are done all the same.
-#include "core/AppModule/AppModule.h"
-#include "core/AppModule/MessageQueue.h"
-#include "core/CanvasFrame/CanvasFrame.h"
 #include "core/CanvasFrame/Tablet.h"
-#include "core/Commands/CommandIds.h"
-#include "core/LayerBuffer/RasterLayerBuffer.h"
-#include "core/MainFrame/MainFrame.h"
-#include "core/MainFrame/SessionScope.h"
-#include "core/RasterBrush/FreehandTools.h"
 #include "core/RasterStroke/RasterBrushStroke.h"
-#include "core/Tools/PenContact.h"
 #include "session/seam/SessionPen.h"
 #include "tests/support/TestPlatform.h"
-
-#include <boost/make_shared.hpp>
-
-#include <new>
+#include "tests/support/TestTool.h"
 
 namespace {
 
-// A tool at work that has no memory for anything but its cursor.
-struct CFailingTool : CTools {
-    explicit CFailingTool(const TToolOutside& outside) : CTools(outside) { m_state = STATE_TABLET; }
+struct CFailingTool : CTestTool {
+    explicit CFailingTool(const TToolOutside& outside) : CTestTool(outside) { m_state = STATE_TABLET; }
     static bool Fail() { throw std::bad_alloc(); }
     using CTools::OnMouseMove;
     bool OnMouseMove(int32_t, int32_t, uint32_t, uint32_t) override { return m_fnTold ? m_fnTold() : Fail(); }
@@ -32,9 +18,6 @@ struct CFailingTool : CTools {
     bool OnKeyUp(int) override { return Fail(); }
     bool Cancel() override { return m_fnTold ? m_fnTold() : Fail(); }
     void DrawOverlay(COverlay&, const TOverlayMapper&) const override { ++m_nMeasured; }
-    static constexpr TToolInfo INFO{0, L"", "", ECursor::Arrow};
-    const TToolInfo& GetInfo() const override { return INFO; }
-    bool IsEnabled() const override { return true; }
     ECursor GetCursor(CPoint) const override { return m_cursor; }
     ECursor m_cursor = ECursor::Arrow;
     std::function<bool()> m_fnTold; ///< done instead of failing
@@ -45,33 +28,15 @@ struct CFailingTool : CTools {
 
 class FrameGuard : public testing::Test {
 protected:
-    // Plays `fn` in a session with one canvas, and `fnAfter` when it has been painted again.
-    void Play(
-        const std::function<void(CPlayer&)>& fn, const std::function<void()>& fnAfter = [] {}) {
+    void Play(const std::function<void(CPlayer&)>& fn) {
         m_outside.AddStep(fn);
-        m_outside.AddStep([&](CPlayer&) { fnAfter(); }, EStepKind::Expects);
-        m_outside.Run([&](const TPlatform& platform) {
-            CSessionScope scope(platform);
-            CreateMainFrame();
-            m_spCanvas = CreateCanvas({100, 100});
-            const auto spLayer = CreateRasterLayer(m_spCanvas);
-            m_spCanvas->GetRoot().AddLayer(spLayer, -1, false);
-            const auto spTile = spLayer->GetRaster()->CreateBlock({0, 0});
-            spTile->Fill(MakeColor(9, 8, 7), 255);
-            spLayer->GetRaster()->SetBlock({0, 0}, spTile);
-            g_pMainFrame->OpenFrame(CreateCanvasFrame(m_spCanvas));
-            scope.Run();
+        m_outside.Play([&] {
+            m_spCanvas = MakePage({100, 100});
+            auto& layer = dynamic_cast<CRasterLayerBuffer&>(*m_spCanvas->GetActiveLayer());
+            layer.GetRaster()->GetWritableBlock({0, 0})->Fill(MakeColor(9, 8, 7), 255);
+            CTestPlatform::Open(m_spCanvas);
         });
         m_spCanvas.reset();
-    }
-    // The active tool from now on.
-    boost::shared_ptr<CFailingTool> UseTool() {
-        const TPlatform& p = g_AppModule.GetPlatform();
-        m_pOutside.reset(new TToolOutside{p.clock, p.keys, m_random, g_AppModule.GetSettings(), p.codecs,
-                                          m_contact, [](int) {}, [](EToolNotice) {}});
-        const auto spTool = boost::make_shared<CFailingTool>(*m_pOutside);
-        g_wpActiveTool = spTool;
-        return spTool;
     }
     static CSessionCanvasWindow& Window() {
         return dynamic_cast<CSessionCanvasWindow&>(*g_wpActiveFrame.lock()->GetWindow());
@@ -85,9 +50,7 @@ protected:
     }
 
     CTestPlatform m_outside;
-    CStrokeRandom m_random;
-    CPenContact m_contact;
-    std::unique_ptr<TToolOutside> m_pOutside;
+    CToolMaker m_tools;
     boost::shared_ptr<CCanvasBuffer> m_spCanvas;
 };
 
@@ -95,7 +58,7 @@ protected:
 
 TEST_F(FrameGuard, InputGoesOnBehindAToolThatFails) {
     Play([&](CPlayer& player) {
-        const auto spTool = UseTool();
+        const auto spTool = m_tools.Use<CFailingTool>();
         const auto packets = [&](int32_t x) {
             const CPoint pt = Window().GetClientOrigin();
             player.GetStage().pen.Push({.uCursor = 1, .x = (pt.x + x) * 8, .y = pt.y * 8, .nAltitude = 900});
@@ -121,7 +84,7 @@ TEST_F(FrameGuard, InputGoesOnBehindAToolThatFails) {
 
 TEST_F(FrameGuard, TheOverlayIsInvalidatedOnceForEachEventOfAFailingToolToo) {
     Play([&](CPlayer&) {
-        const auto spTool = UseTool();
+        const auto spTool = m_tools.Use<CFailingTool>();
         int nKey = 'A';
         const auto measured = [&](EMessage id, int64_t wParam = 0) {
             const int nBefore = spTool->m_nMeasured;
@@ -142,7 +105,7 @@ TEST_F(FrameGuard, TheOverlayIsInvalidatedOnceForEachEventOfAFailingToolToo) {
 
 TEST_F(FrameGuard, ALeaveWhileTheHandIsArmedIsToldAfterwards) {
     Play([&](CPlayer&) {
-        const auto spTool = UseTool();
+        const auto spTool = m_tools.Use<CFailingTool>();
         int nTold = 0;
         spTool->SetState(STATE_IDLE);
         spTool->m_fnTold = [&] { return ++nTold > 0; };
@@ -163,7 +126,7 @@ TEST_F(FrameGuard, OtherViewsWaitForTheTimer) {
         auto& other = Window();
         const auto spOther = g_wpActiveFrame.lock();
         g_pMainFrame->OpenFrame(CreateCanvasFrame(m_spCanvas));
-        const auto spTool = UseTool();
+        const auto spTool = m_tools.Use<CFailingTool>();
         spTool->SetState(STATE_IDLE);
         spTool->m_fnTold = [&] {
             return m_spCanvas->GetRoot().GetChildren().front()->SetVisible(false), true;
@@ -205,7 +168,7 @@ TEST_F(FrameGuard, PacketsAreReadOnTheirDevicesAxes) {
 
 TEST_F(FrameGuard, AnOperationKeepsTheCanvasAndTheLayerItBeganOn) {
     Play([&](CPlayer&) {
-        const auto spTool = UseTool();
+        const auto spTool = m_tools.Use<CFailingTool>();
         const TLayerPtr spLayer = m_spCanvas->GetRoot().GetChildren().front();
         m_spCanvas->SelectLayer(spLayer);
         spTool->SetState(STATE_TABLET);
@@ -223,7 +186,7 @@ TEST_F(FrameGuard, AnOperationKeepsTheCanvasAndTheLayerItBeganOn) {
 
 TEST_F(FrameGuard, WhatAToolChangedIsShownByTheNextPaint) {
     Play([&](CPlayer&) {
-        const auto spTool = UseTool();
+        const auto spTool = m_tools.Use<CFailingTool>();
         spTool->SetState(STATE_IDLE);
         const auto spLayer =
             boost::dynamic_pointer_cast<CRasterLayerBuffer>(m_spCanvas->GetRoot().GetChildren().front());
@@ -238,7 +201,7 @@ TEST_F(FrameGuard, WhatAToolChangedIsShownByTheNextPaint) {
                                  .color = 0xC80000,
                                  .param = {.BrushRadius = 20},
                                  .clock = g_AppModule.GetPlatform().clock,
-                                 .random = m_random};
+                                 .random = m_tools.m_random};
         const auto spStroke = boost::make_shared<CRasterBrushStroke>(setup);
         for (const int x : {160, 320, 480}) spStroke->AddCtlPoint({x, 320}, 1024, 90);
         spStroke->AddCtlPoint({0, 0}, FINAL_PRESSURE, 90);
@@ -247,27 +210,4 @@ TEST_F(FrameGuard, WhatAToolChangedIsShownByTheNextPaint) {
         EXPECT_NEAR(moved([] { return false; }), 0xC8, 1);
         EXPECT_EQ(moved([&] { return spLayer->SetVisible(false), true; }), 255);
     });
-}
-
-TEST_F(FrameGuard, WhatACommandChangedBeforeItFailedIsShown) {
-    struct CHalfDone : CHistory {
-        explicit CHalfDone(TLayerPtr spLayer) : CHistory(L""), m_spLayer(std::move(spLayer)) {}
-        void Undo() override {
-            m_spLayer->SetVisible(false);
-            throw std::bad_alloc();
-        }
-        void Redo() override {}
-        const TLayerPtr m_spLayer;
-    };
-    int nAfter = 0;
-    Play(
-        [&](CPlayer&) {
-            EXPECT_EQ(Shown(), 7);
-            const auto spLayer = m_spCanvas->GetRoot().GetChildren().front();
-            m_spCanvas->GetHistory().Register(boost::make_shared<CHalfDone>(spLayer));
-            SendMessage({g_pMainFrame->GetWindow(), EMessage::Command, ID_EDIT_UNDO});
-        },
-        [&] { nAfter = Shown(); });
-    EXPECT_EQ(nAfter, 255);
-    EXPECT_EQ(m_outside.m_vShown.size(), 1u);
 }

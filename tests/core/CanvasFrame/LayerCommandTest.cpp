@@ -2,8 +2,6 @@
 #include "core/Commands/CommandIds.h"
 #include "tests/support/LayerPictures.h"
 
-#include <gtest/gtest.h>
-
 namespace {
 
 // The tree from the bottom up, children in brackets, the active layer with a star.
@@ -95,12 +93,6 @@ TEST_F(LayerCommands, ClippingMovesOntoTheLayerBelowAndBack) {
     EXPECT_TRUE(IsEnabled(ID_LAYER_MERGE_DOWN));
     Do(ID_LAYER_MERGE_DOWN);
     EXPECT_EQ(Tree(), L"a* 新規レイヤーセット");
-    for (int n = 0; n < 3; ++n) m_history.Undo();
-    EXPECT_EQ(Tree(), L"a[b] c*");
-    Do(ID_LAYER_NEW_SET);
-    m_spCanvas->GetRoot().AddLayer(CreateRasterLayer(m_spCanvas), -1);
-    Select(3);
-    EXPECT_FALSE(IsEnabled(ID_LAYER_MERGE_DOWN)); // nor is anything merged into one
 }
 
 TEST_F(LayerCommands, ColourModesAreStatesOfTheCanvas) {

@@ -1,10 +1,4 @@
-// A pen that misbehaves: what its missing, doubled and unexpected events lead to.
-#include "core/AppModule/AppModule.h"
-#include "core/Commands/CommandIds.h"
-#include "core/RasterBrush/FreehandTools.h"
 #include "tests/session/ScriptedSession.h"
-
-#include <gtest/gtest.h>
 
 namespace {
 
@@ -57,7 +51,6 @@ TEST_F(PenContact, AnEnterOrTheOtherEndInAStrokeIsAMissedLeave) {
         "bb");
     EXPECT_EQ(Ink(40), 255);
     EXPECT_EQ(Ink(100), 0);
-    // So it is when nothing but the contact goes on.
     EXPECT_EQ(Draw(Line(20, 60, 900) + Proximity("enter") + Line(150, 180, 900) + Lift(184)), "bb");
     EXPECT_EQ(Ink(100), 0);
     EXPECT_EQ(Ink(165), 255);
@@ -65,7 +58,6 @@ TEST_F(PenContact, AnEnterOrTheOtherEndInAStrokeIsAMissedLeave) {
         const std::string strLeave = bLeft ? Proximity("leave") : "";
         EXPECT_EQ(Draw(Line(20, 60, 900) + strLeave + Line(150, 180, 900) + Lift(184)), bLeft ? "bb" : "b");
         EXPECT_EQ(Ink(100), bLeft ? 0 : 255);
-        // The packet of the other end is that end's first.
         EXPECT_EQ(Draw(Line(20, 100, 900) + strLeave + Line(40, 60, 900, ERASER) + Lift(64, ERASER)), "be");
         EXPECT_EQ(Ink(30), 255);
         EXPECT_LT(Ink(50), 30);
@@ -78,7 +70,6 @@ TEST_F(PenContact, AfterACancelTheRestOfTheContactDrawsNothing) {
     const std::string strLost = ScriptLine("pointer", {{"message", "lost"}});
     for (const std::string& strCancel : {ESCAPE, strRight, strLost, Tool(2)}) {
         EXPECT_EQ(Draw(Line(20, 60, 900) + strCancel + strAfter), "") << strCancel;
-        // The next contact draws, and nothing leads to it from the one before.
         EXPECT_EQ(Draw(Line(20, 60, 900) + strCancel + Line(80, 120, 900) + Packet(140, 0) + strAfter), "b");
         EXPECT_EQ(Ink(100), 255);
         EXPECT_EQ(Ink(60), 0);
@@ -98,7 +89,6 @@ TEST_F(PenContact, WhileTheMouseDrawsPacketsAreReadAndDropped) {
               "b");
     EXPECT_EQ(Ink(40), 255);
     EXPECT_EQ(Ink(150), 0);
-    // Those of the other end change no tool.
     EXPECT_EQ(Draw(Mouse("ldown", 20) + MarkIdle(Line(120, 180, 900, ERASER)) + Mouse("lup", 60)), "b");
     // A leave meanwhile ends the contact that was cancelled before: the pen's next line is drawn.
     EXPECT_EQ(Draw(Line(20, 60, 900) + ESCAPE + AWAY + Mouse("ldown", 20) + Proximity("leave") +
@@ -116,7 +106,6 @@ TEST_F(PenContact, SilenceAfterALiftEndsAStrokeAndSilenceInContactDoesNot) {
     EXPECT_EQ(Draw(strLine + Packet(64, 0) + Wait(299) + strokes(0) + Wait(1) + strokes(1)), "b");
     EXPECT_EQ(Draw(strLine + Wait(5000) + strokes(0) + Line(64, 100, 900) + Lift(104)), "b");
     EXPECT_EQ(Ink(90), 255);
-    // A packet between begins the time anew.
     EXPECT_EQ(Draw(SetBrush("StrokeOut", 2) + Tool(2) + strLine + Packet(64, 0) + Wait(200) + Packet(68, 0) +
                    Wait(299) + strokes(0)),
               "b");
@@ -154,7 +143,6 @@ TEST_F(PenContact, ThePenIsKnownToAnEighthOfAPixelAlsoWhereTheCursorCounts) {
                 EXPECT_EQ(Ink(60 + n), Ink((nEighths ? 60 : 59) - n)) << nMouseCoord << nEighths << n;
             EXPECT_EQ(Ink(60), 255);
         }
-    // The mouse means its pixel's centre.
     EXPECT_EQ(Play(BRUSH + Mouse("ldown", 60) + Mouse("lup", 60) + END), "");
     for (int n = 0; n < 7; ++n) EXPECT_EQ(Ink(60 + n), Ink(60 - n)) << n;
     EXPECT_EQ(Ink(60), 255);

@@ -1,9 +1,4 @@
 // The selection's dashes on the glass of a running session.
-#include "core/CanvasFrame/CanvasFrame.h"
-#include "core/Commands/CommandIds.h"
-#include "core/MainFrame/MainFrame.h"
-#include "core/MainFrame/SessionScope.h"
-#include "session/seam/SessionCanvasWindow.h"
 #include "tests/support/TestPlatform.h"
 
 namespace {

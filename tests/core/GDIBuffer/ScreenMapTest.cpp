@@ -2,11 +2,6 @@
 #include "core/RasterBuffer/ColorRasterBuffer.h"
 #include "system/pictures/QtBitmap.h"
 
-#include <boost/make_shared.hpp>
-#include <gtest/gtest.h>
-
-#include <string>
-
 namespace {
 
 // What a view shows of a plane whose pixel (x, y) is the letter 'a' + y * width + x, as lines of text.
@@ -51,20 +46,6 @@ TEST(DrawToScreen, Zooms) {
     EXPECT_EQ(Show({2, 2}, {72}), "aab\naab\nccd\n");
     EXPECT_EQ(Show({1, 1}, {3}), "a\n"); // something is left of everything
     EXPECT_EQ(Show({6, 3}, {16, 0, true, false}), "kh\n");
-}
-
-TEST(DrawToScreen, EveryViewCoversEveryPixelOnceAndMirrorsExactly) {
-    const CSize sz{5, 4};
-    for (const uint16_t uZoom : {3, 12, 16, 24, 32, 37, 48, 100, 768}) {
-        for (const uint16_t uAngle : {0, 90, 180, 270}) {
-            const std::string strPlain = Show(sz, {uZoom, uAngle});
-            EXPECT_EQ(strPlain.find('.'), std::string::npos) << uZoom << " at " << uAngle;
-            // A half turn reads the same text backwards.
-            std::string strBack(strPlain.rbegin(), strPlain.rend());
-            strBack.erase(0, 1);
-            EXPECT_EQ(Show(sz, {uZoom, uAngle, true, true}), strBack + '\n') << uZoom << " at " << uAngle;
-        }
-    }
 }
 
 TEST(DrawToScreen, ClipsAtTheTargetAndSkipsStaleBlocks) {

@@ -1,14 +1,10 @@
 #include "core/History/History.h"
 #include "core/IniConfig/GlobalSwitches.h"
 
-#include <boost/make_shared.hpp>
-#include <gtest/gtest.h>
-
 namespace {
 
 constexpr size_t MEGABYTE = 1 << 20;
 
-// Holds so much once it is done, and nothing while it is undone.
 class CSized : public CHistory {
 public:
     CSized(std::wstring strName, size_t nMegabytes)

@@ -1,12 +1,8 @@
 #include "core/ImageFile/ImageFile.h"
-#include "core/Base/Failure.h"
-#include "core/LayerBuffer/LayerMerge.h"
 #include "system/pictures/ImageCodecs.h"
 #include "system/pictures/QtBitmap.h"
 #include "tests/support/LayerPictures.h"
 #include "tests/support/MemoryFiles.h"
-
-#include <gtest/gtest.h>
 
 namespace {
 
@@ -35,26 +31,6 @@ TEST_F(ImageFile, APictureComesInWithItsTransparencyAndGoesOutTheSame) {
     m_files.m_bReadOnly = true;
     EXPECT_THROW(ExportImage(*spCanvas, L"out.png", m_files, m_codecs), fileopen_error);
     EXPECT_EQ(spCanvas->GetPath(), L"in.png");
-}
-
-TEST_F(ImageFile, GreyLayersInAColourCompositeGoOutAsTheyAreShown) {
-    const auto spCanvas = CreateCanvas({100, 3});
-    spCanvas->ConvertColorMode(true, false);
-    const auto spGrey = CreateRasterLayer(spCanvas);
-    const auto spTile = spGrey->GetRaster()->GetBlock({0, 0}, true);
-    for (int x = 0; x < 96; ++x) spTile->GetPixelPtr({x, 1})[0] = static_cast<uint8_t>(x + 100);
-    std::fill_n(spTile->GetPixelPtr({0, 0}) + spTile->GetPlaneBytes(), spTile->GetPlaneBytes(), uint8_t{255});
-    const auto spVector = CreateVectorLayer(spCanvas);
-    spVector->SetLayerColor(MakeColor(250, 20, 3));
-    spVector->InsertPath(MakeRectPath({40, 0, 60, 3}));
-    for (const TLayerPtr& spLayer : {TLayerPtr(spGrey), TLayerPtr(spVector)})
-        spCanvas->GetRoot().AddLayer(spLayer, -1, false);
-    ExportImage(*spCanvas, L"out.png", m_files, m_codecs);
-    const QImage image = static_cast<CQtBitmap&>(*m_codecs.Load(L"out.png")).GetImage();
-    EXPECT_EQ(image.pixel(20, 1), qRgb(120, 120, 120));
-    EXPECT_EQ(image.pixel(50, 1), qRgb(250, 20, 3));
-    EXPECT_EQ(PixelsOf(*BakeLayers(*spGrey)->GetRaster()), PixelsOf(*spGrey->GetRaster()))
-        << "level by level";
 }
 
 TEST_F(ImageFile, ProjectsAreKnownByNameAlone) {

@@ -2,11 +2,8 @@
 #include "core/IniConfig/GlobalSwitches.h"
 #include "core/IniConfig/RecentDocumentList.h"
 
-#include "core/Base/Text.h"
 #include "tests/support/MemoryFiles.h"
 #include "tests/support/NoPlaces.h"
-
-#include <gtest/gtest.h>
 
 namespace {
 
@@ -47,14 +44,6 @@ TEST(IniConfig, NumbersAndLongTextsAreReadAsProfilesDo) {
     EXPECT_EQ(section.GetString(L"missing", std::wstring(2000, L'd')).size(), 1023u);
 }
 
-TEST(IniConfig, LivesInItsOwnFolder) {
-    CNoPlaces places;
-    EXPECT_EQ(CRecentDocumentList::FindPath(places), L"/settings/Vellumcraft/RecentDocuments.ini");
-    EXPECT_EQ(places.m_strMade, L"/settings/Vellumcraft");
-    places.m_strAppData.clear();
-    EXPECT_EQ(CIniConfig::FindPath(places), L"");
-}
-
 TEST(GlobalSwitches, DefaultsLimitsAndNames) {
     CMemoryFiles files;
     CIniConfig config(PATH, files);
@@ -91,9 +80,6 @@ TEST(RecentDocumentList, TakesUpOthersAndSurvivesBadFiles) {
     listMine.Add(L"/mine2");
     listOther.Add(L"/other");
     EXPECT_EQ(listOther.GetPaths(), (TPaths{L"/other", L"/mine2", L"/mine"}));
-    files.m_bReadOnly = true;
-    listOther.Add(L"/x");
-    EXPECT_EQ(listOther.GetPaths(), (TPaths{L"/x", L"/other", L"/mine2", L"/mine"}));
     files.m_mapFiles[PATH] =
         "[Software\\Vellumcraft\\Recent Document List]\nDocumentCount=999999999999\nDocument1=\n"
         "Document3=/c\nDocument5=/e\n";

@@ -1,9 +1,5 @@
 #include "core/IniConfig/IniText.h"
 
-#include <gtest/gtest.h>
-
-#include <array>
-
 namespace {
 
 std::string Set(std::string strFile, std::string_view strSection, std::string_view strKey,

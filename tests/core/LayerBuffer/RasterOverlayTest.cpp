@@ -1,16 +1,10 @@
-// Overlays of a layer's pixels: shown, removed, merged.
 #include "core/LayerBuffer/RasterOverlay.h"
 #include "tests/support/LayerPictures.h"
-
-#include <gtest/gtest.h>
-
-#include <new>
 
 namespace {
 
 constexpr CPoint FIRST{0, 0}, SECOND{96, 0};
 
-/// Moves the ink of the first block into the second.
 struct CMovedPixels : IRasterOverlay {
     bool CoversBlock(CPoint pt) const override { return pt == FIRST || pt == SECOND; }
     void PaintInto(CRasterBlockBuffer& work) const override {

@@ -1,29 +1,14 @@
-// The tables of commands and tools, and commands that a tool answers for.
-#include "core/AppModule/AppModule.h"
-#include "core/AppModule/PrivateMessages.h"
 #include "core/Base/Resource.h"
-#include "core/Commands/CommandIds.h"
-#include "core/MainFrame/MainFrame.h"
 #include "core/MainFrame/MenuTable.h"
-#include "core/MainFrame/SessionScope.h"
 #include "core/Panels/ToolTable.h"
-#include "core/Tools/PenContact.h"
 #include "session/seam/SessionKeys.h"
 #include "tests/support/TestPlatform.h"
-
-#include <boost/make_shared.hpp>
-
-#include <set>
+#include "tests/support/TestTool.h"
 
 namespace {
 
-// Selects, copies and pastes, but has nothing to deselect and cuts nothing.
-struct CEditTool : CTools {
-    using CTools::CTools;
-    static constexpr TToolInfo INFO{99, L"", "", ECursor::Arrow};
-    const TToolInfo& GetInfo() const override { return INFO; }
-    bool IsEnabled() const override { return true; }
-    void DrawOverlay(COverlay&, const TOverlayMapper&) const override {}
+struct CEditTool : CTestTool {
+    using CTestTool::CTestTool;
     bool OnCommand(int nId) override { return Note(std::to_string(nId)); }
     bool CanCommand(int nId) const override { return nId == ID_SELECT_ALL; }
     bool Cut() override { return Note("cut"); }
@@ -48,9 +33,7 @@ void Press(int nKey) {
 TEST(Commands, ASessionGivesTheActiveToolWhatNobodyElseDoes) {
     CTestPlatform outside;
     boost::shared_ptr<CEditTool> spTool;
-    CStrokeRandom random;
-    CPenContact contact;
-    std::unique_ptr<TToolOutside> pOutside;
+    CToolMaker tools;
     const auto enabled = [] {
         std::string str;
         for (const int nId : {ID_EDIT_CUT, ID_EDIT_COPY, ID_EDIT_PASTE, ID_SELECT_ALL, ID_SELECT_NONE,
@@ -60,11 +43,7 @@ TEST(Commands, ASessionGivesTheActiveToolWhatNobodyElseDoes) {
     };
     outside.AddStep([&](CPlayer& player) {
         EXPECT_EQ(enabled(), "view-fast-scroll ") << "the brush edits nothing";
-        const TPlatform& platform = g_AppModule.GetPlatform();
-        pOutside = std::make_unique<TToolOutside>(TToolOutside{platform.clock, platform.keys, random,
-                                                               g_AppModule.GetSettings(), platform.codecs,
-                                                               contact, [](int) {}, [](EToolNotice) {}});
-        g_wpActiveTool = spTool = boost::make_shared<CEditTool>(*pOutside);
+        spTool = tools.Use<CEditTool>();
         EXPECT_EQ(enabled(), "edit-copy edit-paste select-all view-fast-scroll ");
         player.SendCommand(ID_SELECT_ALL);
         EXPECT_TRUE(g_pMainFrame->OnMessage({nullptr, WM_TOOL_MESSAGE, 3, 4}));
@@ -79,19 +58,5 @@ TEST(Commands, ASessionGivesTheActiveToolWhatNobodyElseDoes) {
         g_wpActiveFrame.lock()->GetWindow()->Destroy();
         EXPECT_EQ(enabled(), "view-fast-scroll ") << "nothing is open";
     });
-    outside.Run([&](const TPlatform& platform) {
-        CSessionScope scope(platform);
-        CreateMainFrame();
-        g_pMainFrame->OpenFrame(CreateCanvasFrame(CreateCanvas({30, 20})));
-        scope.Run();
-    });
-}
-
-TEST(Commands, NamesAndToolsAreDistinctAndComplete) {
-    for (const int nId : ListCommands(LoadMenu(200))) EXPECT_EQ(FindCommandId(FindCommandName(nId)), nId);
-    std::set<int> setTools;
-    for (const TToolRow& row : GetToolTable()) {
-        EXPECT_FALSE(FindResource(row.info.pszIcon).empty()) << row.info.nId;
-        EXPECT_TRUE(setTools.insert(row.info.nId).second) << row.info.nId;
-    }
+    outside.Play([] { CTestPlatform::Open(CreateCanvas({30, 20})); });
 }

@@ -1,9 +1,6 @@
-// Colours: arithmetic, the circle, and what the panel does with the tool's.
 #include "core/Base/Text.h"
 #include "core/Panels/ColorWnd.h"
 #include "session/seam/Glass.h"
-
-#include <gtest/gtest.h>
 
 namespace {
 
@@ -30,7 +27,6 @@ TEST(HsvColor, GoesToColoursAndBack) {
         EXPECT_TRUE(std::abs(RedOf(color) - r) <= 3 && std::abs(GreenOf(color) - g) <= 3) << n;
         EXPECT_LE(std::abs(BlueOf(color) - b), 3) << n;
     }
-    // A grey has no hue and black no saturation of its own.
     EXPECT_EQ(HsvOfColor(MakeColor(9, 9, 9), {200, 50, 50}), (THsv{200, 0, 9}));
     EXPECT_EQ(HsvOfColor(0, {200, 50, 50}), (THsv{200, 50, 0}));
 }

@@ -1,19 +1,7 @@
-// The main frame's private messages notify the panels of every change of the document.
-#include "core/AppModule/PrivateMessages.h"
-#include "core/Commands/CommandIds.h"
-#include "core/LayerBuffer/RasterLayerBuffer.h"
-#include "core/MainFrame/MainFrame.h"
-#include "core/MainFrame/SessionScope.h"
-#include "core/Platform/System.h"
-#include "core/RasterBrush/FreehandTools.h"
-#include "session/seam/SessionCanvasWindow.h"
-#include "session/seam/SessionMainWindow.h"
-#include "tests/support/LayerPictures.h"
 #include "tests/support/TestPlatform.h"
 
 namespace {
 
-// Shows nothing and counts how often it had to.
 struct CCountingPanel : CPanel {
     using CPanel::CPanel;
     std::wstring GetTitle() const override { return L"数"; }
@@ -35,7 +23,6 @@ protected:
         panels.Add({nId, L"Test", make, refresh, {}});
         panels.Find(nId)->Create(*g_pMainFrame->GetWindow(), {});
     }
-    // Both panels are refreshed by what a step does, once it has been done.
     void ExpectTold(const char* pszWhat, const std::function<void()>& fn) {
         m_outside.AddStep([=](CPlayer&) {
             Panel(ID_PANEL_LAYER).m_nRefreshed = Panel(ID_PANEL_HISTORY).m_nRefreshed = 0;
@@ -47,13 +34,10 @@ protected:
         });
     }
     void Play() {
-        m_outside.Run([&](const TPlatform& platform) {
-            CSessionScope scope(platform);
-            CreateMainFrame();
+        m_outside.Play([] {
             AddPanel(ID_PANEL_LAYER, WM_REFRESH_LAYERS);
             AddPanel(ID_PANEL_HISTORY, WM_REFRESH_HISTORY);
-            g_pMainFrame->OpenFrame(CreateCanvasFrame(MakePage({100, 80})));
-            scope.Run();
+            CTestPlatform::Open(MakePage({100, 80}));
         });
     }
     static CCanvasBuffer& Canvas() { return *g_wpActiveFrame.lock()->GetCanvas(); }
@@ -81,32 +65,8 @@ TEST_F(Refresh, PanelsHearOfEveryChangeOfTheDocument) {
     Play();
 }
 
-TEST_F(Refresh, AllMeansLayersHistoryToolAndScale) {
-    m_outside.AddStep([](CPlayer&) {
-        const auto& main = dynamic_cast<CSessionMainWindow&>(*g_pMainFrame->GetWindow());
-        const auto pressed = [] {
-            for (const TPanelControl& control : g_pMainFrame->GetPanels().Find(ID_PANEL_TOOL)->GetControls())
-                if (control.nValue) return control.nId;
-            return 0;
-        };
-        Panel(ID_PANEL_LAYER).m_nRefreshed = Panel(ID_PANEL_HISTORY).m_nRefreshed = 0;
-        g_pMainFrame->GetWindow()->SetStatusText(1, L"");
-        g_pMainFrame->SwitchTool(TOOL_PENCIL); // the panels hear of it by a posted message
-        EXPECT_EQ(pressed(), TOOL_BRUSH);
-        SendMessage({g_pMainFrame->GetWindow(), WM_REFRESH_ALL});
-        EXPECT_EQ(pressed(), TOOL_PENCIL);
-        EXPECT_EQ(Panel(ID_PANEL_LAYER).m_nRefreshed, 1);
-        EXPECT_EQ(Panel(ID_PANEL_HISTORY).m_nRefreshed, 1);
-        EXPECT_NE(main.GetStatusText(1), L"");
-        g_wpActiveTool.reset();
-        EXPECT_TRUE(g_pMainFrame->OnMessage({nullptr, WM_TOOL_MESSAGE, 3, 4})) << "there is no tool";
-    });
-    Play();
-}
-
 TEST_F(Refresh, TheCircleOfTheBrushFollowsItsPanel) {
     static constexpr CPoint PT{40, 40};
-    // How far the circle reaches to the right of the pointer.
     const auto reach = [] {
         const auto& window = dynamic_cast<CSessionCanvasWindow&>(*g_wpActiveFrame.lock()->GetWindow());
         const uint8_t uGround = *window.GetGlass().GetPixel({5, 5});

@@ -1,11 +1,6 @@
-// Filled outlines against their definition, a cell for a cell and the filter a pixel for a pixel, on every
-// instruction set that this machine has.
 #include "core/PathFill/PathFill.h"
 #include "tests/support/Planes.h"
 #include "tests/support/TargetTest.h"
-
-#include <cmath>
-#include <random>
 
 namespace {
 

@@ -1,10 +1,7 @@
-// Paths as bytes: as their page shows them, in every version, and broken ones.
 #include "core/Base/Failure.h"
 #include "core/PathObject/PathObjectFactory.h"
 #include "tests/support/Paths.h"
 #include "tests/support/ProjectBytes.h"
-
-#include <gtest/gtest.h>
 
 namespace {
 
@@ -26,7 +23,6 @@ boost::shared_ptr<COpenPathObject> ReadStroke(const TBytes& vPayload, uint32_t u
     return boost::dynamic_pointer_cast<COpenPathObject>(Read(COpenPathStream::CHUNK_TAG, uVersion, vPayload));
 }
 
-// MakeStroke's payload with one value replaced.
 TBytes With(size_t nAt, uint32_t u) {
     TBytes vBytes = BytesOf(*MakeStroke());
     for (size_t n = 0; n < 4; ++n) vBytes[nAt + n] = static_cast<uint8_t>(u >> (24 - 8 * n));
@@ -74,7 +70,6 @@ TEST(PathWire, AbsentAndOddValuesAreRead) {
     EXPECT_TRUE(spMark->HasSide(SIDE_LEFT));
     EXPECT_EQ(BytesOf(*ReadStroke(With(AT_MARK, 0xFFFFFFFF))), With(AT_MARK, 0x20000)); // the path's end
     EXPECT_EQ(BytesOf(*ReadStroke(With(AT_FLAT, 3))), With(AT_FLAT, 10));
-    // As far out as a path may be.
     TBytes vFar = With(AT_ANCHOR, 0xFF800000);
     EXPECT_EQ(BytesOf(*ReadStroke(vFar)), vFar);
 }

@@ -1,7 +1,4 @@
-// Cuts take away what lies between the two of a pair, and nothing else.
 #include "tests/support/Strokes.h"
-
-#include <gtest/gtest.h>
 
 #include <ctime>
 
@@ -119,7 +116,6 @@ TEST(OutlineCut, ASlantedCutMeetsBothSidesAndOneThatMissesThemIsSquare) {
     // The second cut of the pair misses: above, its own point at x = 141 is already cut off.
     SetCuts(*spPath, {{ONE / 2, 20}, {0x8400, 10}});
     ExpectPixels(*spPath, {{143, 99, 0}, {150, 99, 255}, {120, 103, 255}, {134, 103, 0}, {147, 103, 255}});
-    // Two lines that cross inside the stroke hide nothing behind their crossing.
     SetCuts(*spPath, {{ONE / 2, 150}, {0x8400, 30}});
     ExpectPixels(*spPath, {{129, 97, 255}, {139, 97, 0}, {150, 97, 255}, {140, 103, 255}, {149, 103, 255}});
 }
@@ -185,26 +181,4 @@ TEST(OutlineCut, ASideThatTheLineMeetsTwiceIsCutWhereItIsMetFirst) {
         spPath->GetStream().SetTerm(CreateOpenPathTerm(TERM_FLAT, bBegin));
     SetCuts(*spPath, {{0}, {46480, 14}});
     ExpectPixels(*spPath, {{128, 141, 255}, {138, 147, 0}});
-}
-
-TEST(OutlineCut, ManyCutsCostInProportion) {
-    // As many cuts as anchors: when each of them looks through the whole path, four times as many of both
-    // take sixteen times as long.
-    const auto secondsFor = [](int nCount) {
-        std::vector<TKnot> vKnots;
-        for (int n = 0; n < nCount; ++n) vKnots.push_back({{200 * n, 40 * (n % 2)}, {60, 0}});
-        const auto spPath = MakePath(vKnots, 20);
-        for (int n = 1; n < nCount; ++n)
-            spPath->GetStream().AddTransPoint(static_cast<uint32_t>(n) * ONE - ONE / 3);
-        std::clock_t best = 0;
-        for (int n = 0; n < 3; ++n) {
-            const std::clock_t begin = std::clock();
-            spPath->UpdateDrag();
-            const std::clock_t spent = std::clock() - begin;
-            best = n == 0 ? spent : std::min(best, spent);
-        }
-        EXPECT_EQ(spPath->GetStream().GetOutline(STATE_LIVE).size(), static_cast<size_t>(nCount / 2));
-        return static_cast<double>(best) / CLOCKS_PER_SEC;
-    };
-    EXPECT_LT(secondsFor(6000), 9 * secondsFor(1500));
 }

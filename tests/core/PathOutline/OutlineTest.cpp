@@ -1,31 +1,6 @@
 #include "tests/support/Strokes.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
 #include <numbers>
-
-TEST(Outline, PiecesAreClosedAndMoveWithThePath) {
-    std::mt19937 random(3);
-    for (int n = 0; n < 600; ++n) {
-        const auto spPath = boost::dynamic_pointer_cast<COpenPathObject>(MakeRandomPath(PLANE, random));
-        if (!spPath) continue;
-        const auto vBefore = spPath->GetStream().GetOutline(STATE_COMMITTED);
-        const CPoint ptWay{static_cast<int32_t>(random() % 9999) - 5000,
-                           static_cast<int32_t>(random() % 9999) - 5000};
-        spPath->Transform([&](CPoint pt) { return pt + ptWay; });
-        const auto& vBehind = spPath->GetStream().GetOutline(STATE_COMMITTED);
-        ASSERT_EQ(spPath->GetStream().GetOutline(STATE_LIVE), vBehind);
-        ASSERT_EQ(vBehind.size(), vBefore.size());
-        for (size_t i = 0; i < vBefore.size(); ++i) {
-            TPolyBezier vExpected = vBefore[i].vCurve;
-            ASSERT_EQ(vExpected.size() % 3, 1u);
-            ASSERT_EQ(vExpected.front(), vExpected.back());
-            for (CPoint& pt : vExpected) pt = pt + ptWay;
-            ASSERT_EQ(vBehind[i].vCurve, vExpected);
-        }
-    }
-}
 
 TEST(Outline, StrokeIsAsWideAsItsProfileSays) {
     // A level line along y = 100 whose half-width eases from 4 to 20 pixels and back, flat ends.
@@ -118,33 +93,4 @@ TEST(Outline, WaveIsTheSameEachTimeAndLeavesTheWidthPointsAlone) {
     EXPECT_GT(vWave[0].vCurve.size(), 2 * vCalm[0].vCurve.size());
     EXPECT_TRUE(waved(true, 12) == vWave && waved(true, 0) == vCalm);
     EXPECT_TRUE(stream.GetWidthPoints().empty());
-}
-
-TEST(Outline, SmoothLinesHaveSmoothSides) {
-    // No corner of the outline turns sharply where the centre line does not, away from the ends.
-    std::mt19937 random(6);
-    for (int n = 0; n < 60; ++n) {
-        std::vector<TKnot> vKnots;
-        for (int i = 0; i < 7; ++i) {
-            const double a = i * 0.6 + n;
-            const auto along = [&](double d) { return static_cast<int32_t>(d * std::cos(a)); };
-            const auto aside = [&](double d) { return static_cast<int32_t>(d * std::sin(a)); };
-            vKnots.push_back({{1100 + along(800), 1100 + aside(800)}, {aside(-160), along(160)}});
-        }
-        const auto spPath = MakePath(vKnots, 10 + random() % 60);
-        for (uint32_t t = 0x8000; t < 6 * BEZIER_T_RESOLUTION; t += BEZIER_T_RESOLUTION)
-            AddWidth(spPath->GetStream(), t, FIXED_ONE / 2 + random() % FIXED_ONE,
-                     FIXED_ONE / 2 + random() % FIXED_ONE);
-        spPath->Update();
-        const TPolyBezier& v = spPath->GetStream().GetOutline(STATE_COMMITTED).front().vCurve;
-        int nSharp = 0;
-        for (size_t i = 3; i + 3 < v.size(); i += 3) {
-            // Corners of less than half a pixel come from rounding to path units and are not seen.
-            const CPoint a = v[i] - v[i - 1], b = v[i + 1] - v[i];
-            if (LengthDown(a) < 8 || LengthDown(b) < 8) continue;
-            const double dTurn = std::atan2(static_cast<double>(Cross(a, b)), static_cast<double>(Dot(a, b)));
-            nSharp += std::abs(dTurn) > 10 * std::numbers::pi / 180;
-        }
-        EXPECT_LE(nSharp, 2) << n; // the two sharp ends
-    }
 }

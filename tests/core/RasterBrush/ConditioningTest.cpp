@@ -1,19 +1,8 @@
-// What a freehand tool makes of a pen's events: the control points that its stroke gets.
-#include "core/IniConfig/IniConfig.h"
-#include "core/Platform/System.h"
-#include "core/RasterBrush/FreehandTools.h"
-#include "core/Tools/PenContact.h"
-#include "session/seam/VirtualClock.h"
 #include "tests/session/ScriptedSession.h"
 #include "tests/support/LayerPictures.h"
 
-#include <gtest/gtest.h>
-
-#include <set>
-
 namespace {
 
-/// Keeps the stroke that it draws.
 struct CProbe : CRasterBrush {
     using CRasterBrush::CRasterBrush;
     boost::shared_ptr<CRasterStroke> CreateStroke(const CCanvasBuffer& canvas) override {
@@ -95,20 +84,6 @@ TEST_F(Conditioning, ATapIsItsHighestPressureWithTheAltitudeThatCameFirst) {
     EXPECT_EQ(m_spTool->GetState(), STATE_IDLE);
 }
 
-TEST_F(Conditioning, ASilenceHasEndedTheStrokeAlsoWhereItsTimerIsLate) {
-    const auto event = [&](int32_t x, uint32_t uPressure) {
-        m_spTool->Dispatch(EMessage::MouseMove, x, 160, uPressure, 60, POINTER_TABLET);
-    };
-    for (const int32_t x : {80, 160, 240}) event(x, 800);
-    event(320, 0);
-    const auto spFirst = m_spTool->m_spStroke;
-    EXPECT_EQ(m_spTool->GetState(), STATE_TABLET);
-    m_session.GetClock().Advance(300);
-    event(900, 800);
-    EXPECT_EQ(spFirst->GetPoints().back().pressure, FINAL_PRESSURE);
-    EXPECT_NE(m_spTool->m_spStroke, spFirst);
-}
-
 TEST_F(Conditioning, TakingAColourCompletesTheStrokesUnderIt) {
     m_spTool->GetFreehand().m_clrBrush = 0x2040FF;
     m_spTool->OnLButtonDown(160, 160, 0);
@@ -121,32 +96,6 @@ TEST_F(Conditioning, TakingAColourCompletesTheStrokesUnderIt) {
     EXPECT_EQ(m_spTool->GetFreehand().m_clrBrush, 0x2040FFu);
     EXPECT_FALSE(m_spView->m_spCanvas->HasPendingWork());
     EXPECT_FALSE(m_spTool->OnLButtonDown(480, 160, 0));
-}
-
-TEST_F(Conditioning, AltShowsThePickIconAroundThePointer) {
-    const TOverlayMapper mapper = [](CPoint pt) { return CPoint{pt.x / 4, pt.y / 4}; };
-    m_spTool->OnKeyDown(VK_Alt);
-    EXPECT_TRUE(m_spTool->GetOverlayRect(mapper).IsEmpty()) << "nobody knows where";
-    m_spTool->OnMouseMove(80, 120, 0, 90, 0);
-    EXPECT_EQ(m_spTool->GetOverlayRect(mapper), CRect(12, 22, 29, 39));
-    CGDIBuffer target({40, 50});
-    target.FillGrey({0, 0, 40, 50}, 128);
-    COverlay overlay(target, {0, 0, 40, 50});
-    m_spTool->DrawOverlay(overlay, mapper);
-    CRect rc;
-    std::set<int> setTones;
-    for (int y = 0; y < 50; ++y)
-        for (int x = 0; x < 40; ++x) {
-            const uint8_t* p = target.GetPixelPtr({x, y});
-            if (*p == 128) continue;
-            rc = rc.Union(CRect(CPoint{x, y}, CSize{1, 1}));
-            setTones.insert({p[0], p[1], p[2]});
-        }
-    EXPECT_EQ(rc, CRect(13, 22, 28, 38)) << "16 by 16, the first column empty";
-    EXPECT_EQ(setTones, (std::set{0, 255})) << "to be seen on every ground";
-    EXPECT_EQ(*target.GetPixelPtr({20, 30}), 128) << "the pixel itself stays free";
-    m_spTool->OnKeyUp(VK_Alt);
-    EXPECT_FALSE(m_spTool->GetOverlayRect(mapper) == CRect(12, 22, 29, 39));
 }
 
 TEST_F(Conditioning, WithoutAWayTheFirstPointsCountUntilTheWindowIsFull) {

@@ -1,11 +1,4 @@
-// Keys and kernels of the freehand tools, through a running session.
-#include "core/IniConfig/GlobalSwitches.h"
-#include "core/IniConfig/IniConfig.h"
-#include "core/Platform/System.h"
-#include "core/RasterBrush/FreehandTools.h"
 #include "tests/session/ScriptedSession.h"
-
-#include <gtest/gtest.h>
 
 TEST(FreehandTools, XAloneSwapsTheColours) {
     for (const auto& [nHeld, nBrush] : {std::pair{VK_Shift, 255}, {VK_Control, 0}, {VK_Alt, 0}}) {
@@ -32,7 +25,6 @@ TEST(FreehandTools, AHundredStrokesAreTheSameInEveryFormOfTheKernels) {
             {"Spray", n % 4 * 20},           {"WaveEnable", n % 2},       {"WaveDistMax", 3}};
         for (const auto& [pszKey, nValue] : aValues) strScript += SetBrush(pszKey, nValue, pszTool);
         strScript += Tool(nTool);
-        // A line to the right by steps of 4 pixels, and its lift.
         const int nPoints = 12 + n % 10;
         for (int i = 0; i < nPoints + 4; ++i)
             strScript += PenAt({{(n % 50 + i * 4) * 8, (5 + n) * 8, i < nPoints ? 300 + n * 7 : 0}});

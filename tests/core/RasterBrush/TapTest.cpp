@@ -1,16 +1,9 @@
-// A press in place, by pen and mouse, and how the mouse's line ends.
 #include "tests/session/ScriptedSession.h"
-
-#include <gtest/gtest.h>
 
 namespace {
 
 // A hard brush with a radius of 6 pixels at full pressure.
 const std::string BRUSH = SetBrush("BrushRadius", 12) + SetBrush("BlurLevel", 100) + Tool(2);
-constexpr char OFF[] = R"({"answer":{"dialog":"CConfigDialog","tapDot":false}}
-{"command":13300}
-)";
-
 std::string Set(const char* pszKey, int nValue) { return SetBrush(pszKey, nValue) + Tool(2); }
 
 // Positions in eighths of a pixel.
@@ -28,7 +21,6 @@ protected:
         m_vInk.clear();
         for (int32_t x = 0; x < 200; ++x) m_vInk.push_back(InkAt({x, 50}));
     }
-    // The pixels from the first to the last that have ink, for a stroke that left some.
     std::pair<int, int> Extent() const {
         const auto inked = [](int n) { return n != 0; };
         return {std::find_if(m_vInk.begin(), m_vInk.end(), inked) - m_vInk.begin(),
@@ -42,7 +34,6 @@ protected:
 } // namespace
 
 TEST_F(Tap, AClickOfTheMouseIsADotOfFullSize) {
-    // The way to the press and a release beside it, within a pixel, leave no trace.
     for (const int nRelease : {400, 408}) {
         Draw(Mouse("move", 200) + Mouse("move", 395) + Mouse("ldown", 400) + Mouse("lup", nRelease));
         EXPECT_EQ(m_nStrokes, 1u);
@@ -69,7 +60,6 @@ TEST_F(Tap, APensTapIsOneDotOfItsHighestPressureAtEveryExit) {
              Pen(401, 500) + Pen(400, 0));
         EXPECT_EQ(m_nStrokes, 1u) << nExit;
         EXPECT_EQ(Extent(), std::pair(45, 54)) << nExit; // 700 of 1024 of the radius, and the edge
-        // Lifted beside it, the exit takes its time and draws nothing.
         const std::string strBeside = Pen(400, 700) + Pen(440, 0);
         const std::string strExit = Pen(480, 0) + Pen(520, 0) + Pen(560, 0);
         Draw(Set("StrokeOut", nExit) + strBeside);
@@ -78,7 +68,6 @@ TEST_F(Tap, APensTapIsOneDotOfItsHighestPressureAtEveryExit) {
         EXPECT_EQ(m_nStrokes, 1u) << nExit;
         EXPECT_EQ(Extent(), std::pair(45, 54)) << nExit;
     }
-    // A leave, and the lack of any event after the lift, end it as well.
     for (const char* pszEnd : {"{\"proximity\":\"leave\"}\n", "{\"wait\":300}\n"}) {
         Draw(Pen(400, 700) + Pen(440, 0) + pszEnd);
         EXPECT_EQ(m_nStrokes, 1u) << pszEnd;
@@ -94,14 +83,4 @@ TEST_F(Tap, NeitherWobbleNorSprayMovesADotAndALineLiftedInPlaceEnds) {
     Draw(Set("StrokeOut", 2) + Pen(400, 700) + Pen(480, 700) + Pen(560, 700) + Pen(640, 700) + Pen(640, 0));
     EXPECT_EQ(m_nStrokes, 1u);
     EXPECT_GT(Extent().second, 78);
-}
-
-TEST_F(Tap, SwitchedOffAClickIsAQuarterAndALiftInPlaceIsNone) {
-    Draw(OFF + Mouse("ldown", 400) + Mouse("lup", 404));
-    EXPECT_EQ(m_nStrokes, 1u);
-    EXPECT_EQ(Extent(), std::pair(48, 51));
-    Draw(OFF + Pen(400, 0) + Pen(400, 700) + Pen(400, 0));
-    EXPECT_EQ(m_nStrokes, 0u);
-    Draw(OFF + Pen(400, 700) + Pen(480, 700) + Pen(480, 0) + Pen(480, 0) + Pen(480, 0));
-    EXPECT_EQ(m_nStrokes, 0u);
 }

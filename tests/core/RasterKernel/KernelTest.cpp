@@ -3,14 +3,8 @@
 #include "core/RasterKernel/ReduceKernel.h"
 #include "core/RasterKernel/ResolveKernel.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <vector>
-
 namespace {
 
-// One colour pixel with all its planes side by side.
 struct TPixel {
     uint8_t r, g, b, a;
     TColorPixels Out() { return {&r, &g, &b, &a}; }

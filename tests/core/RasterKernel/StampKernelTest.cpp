@@ -1,10 +1,6 @@
-// The stamp kernels' vector forms against the definitions, on every instruction set that this machine has.
 #include "core/RasterKernel/StampKernel.h"
 
 #include "tests/support/TargetTest.h"
-
-#include <random>
-#include <vector>
 
 using StampKernels_ = CTargetTest;
 

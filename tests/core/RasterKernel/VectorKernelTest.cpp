@@ -1,18 +1,11 @@
-// The vector forms against the definitions, on every instruction set that this machine has: exhaustive where
-// two bytes decide, seeded random where more do, at lengths that leave every remainder.
 #include "core/RasterKernel/HalveKernel.h"
 #include "core/RasterKernel/Kernels.h"
 #include "tests/support/TargetTest.h"
-
-#include <array>
-#include <random>
-#include <vector>
 
 namespace {
 
 constexpr size_t ALL_PAIRS = 65536;
 
-// Six byte planes: source R, G, B, A, mask, and four more of the destination.
 struct TPlanes {
     std::vector<uint8_t> av[9];
 

@@ -1,9 +1,6 @@
-// Soft edges by polynomials against the definition, cell by cell, on every instruction set of this machine.
 #include "core/RasterStamp/FalloffPieces.h"
 
 #include "tests/support/TargetTest.h"
-
-#include <cmath>
 
 using FalloffPieces = CTargetTest;
 

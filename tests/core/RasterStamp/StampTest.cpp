@@ -1,11 +1,6 @@
-// Round stamps: every pixel against the definition, cell by cell; and how they land on a plane.
 #include "core/RasterStamp/StampDisc.h"
 #include "core/RasterStamp/StampTarget.h"
 #include "tests/support/Planes.h"
-
-#include <gtest/gtest.h>
-
-#include <cmath>
 
 namespace {
 

@@ -5,12 +5,6 @@
 #include "tests/support/MemoryFiles.h"
 #include "tests/support/Planes.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <numeric>
-#include <set>
-
 namespace {
 
 class Pencil : public testing::Test {
@@ -35,7 +29,6 @@ protected:
         EXPECT_TRUE(stroke.Update());
         return ValuesOf(stroke.GetMain());
     }
-    // Rows from the line's middle that hold coverage.
     int HalfWidth() const {
         const auto it = std::find_if(m_v.begin(), m_v.end(), [](uint16_t u) { return u != 0; });
         return 48 - static_cast<int>((it - m_v.begin()) / 96);
@@ -83,7 +76,6 @@ TEST_F(Pencil, PaperKeepsGraphiteInItsHollows) {
         Draw(param, 500);
         setPictures.insert(m_v);
         const CPencilTexture texture(nTexture, &m_codecs);
-        // Mean coverage where the paper is light and where it is dark.
         double adSum[2] = {};
         int anCount[2] = {};
         for (int y = 41; y < 55; ++y)
@@ -95,52 +87,9 @@ TEST_F(Pencil, PaperKeepsGraphiteInItsHollows) {
             }
         ASSERT_GT(std::min(anCount[0], anCount[1]), 10) << nTexture;
         EXPECT_GT(adSum[1] / anCount[1], 1.5 * adSum[0] / anCount[0]) << nTexture;
-        // Neighbouring tiles of the paper meet without a seam.
         for (int n = 0; n < 512; ++n) EXPECT_LT(std::abs(texture.At(512 + n, 0) - texture.At(n, 511)), 100);
     }
     EXPECT_EQ(setPictures.size(), 3u);
-}
-
-TEST_F(Pencil, NoPeriodOfThePaperShowsInAShadedArea) {
-    constexpr int SIDE = 208, WINDOW = 8, PERIOD = 64 / WINDOW, WINDOWS = 3 * PERIOD;
-    for (const uint8_t uTexture : {1, 2, 3}) {
-        CStrokeRandom random(4);
-        const TBrushParam param{.BrushRadius = 60,
-                                .BlurLevel = 50,
-                                .PressRadius = false,
-                                .PressAlpha = true,
-                                .PaperRoughness = 3,
-                                .PencilHardness = 1,
-                                .PencilTexture = uTexture};
-        CRasterPencilStroke stroke({.szCanvas = {SIDE, SIDE},
-                                    .param = param,
-                                    .clock = m_clock,
-                                    .random = random,
-                                    .pCodecs = &m_codecs});
-        for (int n = 0; n < 12; ++n) // lines up and down beside each other
-            for (int k = 0; k <= 8; ++k)
-                stroke.AddCtlPoint({n * 160, (n % 2 == 0 ? k : 8 - k) * SIDE}, 260, 90);
-        stroke.AddCtlPoint({0, 0}, FINAL_PRESSURE, 90);
-        ASSERT_TRUE(stroke.Update());
-        const auto v = ValuesOf(stroke.GetMain());
-        // Tones of an eye that sees 8 pixels at once, the same place of each period added up: what random
-        // grains leave of that is paper. A line's own tone is taken out.
-        double adTone[WINDOWS][WINDOWS] = {}, adLine[WINDOWS] = {}, adPlace[PERIOD][PERIOD] = {};
-        for (int y = 0; y < WINDOWS * WINDOW; ++y)
-            for (int x = 0; x < WINDOWS * WINDOW; ++x)
-                adTone[y / WINDOW][x / WINDOW] +=
-                    v[static_cast<size_t>((y + 8) * SIDE + x + 8)] / 257.0 / (WINDOW * WINDOW);
-        for (int y = 0; y < WINDOWS; ++y)
-            for (int x = 0; x < WINDOWS; ++x) adLine[x] += adTone[y][x] / WINDOWS;
-        double dSquares = 0;
-        for (int y = 0; y < WINDOWS; ++y)
-            for (int x = 0; x < WINDOWS; ++x)
-                adPlace[y % PERIOD][x % PERIOD] += (adTone[y][x] - adLine[x]) / 9;
-        for (const auto& adRow : adPlace)
-            for (const double d : adRow) dSquares += d * d;
-        EXPECT_GT(adLine[WINDOWS / 2], 60);
-        EXPECT_LT(std::sqrt(dSquares) / PERIOD, 4.0) << int{uTexture} << " of 255 levels";
-    }
 }
 
 TEST(PencilSpread, BendsAtItsAngleAndStopsAtBothEnds) {

@@ -5,10 +5,6 @@
 #include "tests/support/Planes.h"
 #include "tests/support/RunningClock.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
-
 namespace {
 
 struct TRun {
@@ -20,7 +16,6 @@ struct TRun {
     int nPoints = 26;
 };
 
-// Draws one loop or a part of it.
 std::vector<uint16_t> DrawLoop(const TBrushParam& param, const TRun& run) {
     CRunningClock clock(run.uPace);
     CStrokeRandom random(5);
@@ -137,41 +132,6 @@ TEST(RasterStroke, ThePredictionIsShownAndWipedAndNeverKept) {
         EXPECT_GT(at(stroke.GetDisplay(), {60, 50}), 20000) << "the line itself stays";
         EXPECT_FALSE(!bEnd && stroke.GetDisplay().DirtyAt({60, 50})) << "what stays is not painted again";
     }
-}
-
-TEST(RasterStroke, APredictionThatNeverFitsItsTimeIsShownInTheEnd) {
-    std::vector<uint16_t> avShown[2];
-    for (const uint32_t uPace : {0u, 9u}) {
-        CRunningClock clock(uPace);
-        CStrokeRandom random;
-        CRasterBrushStroke stroke({.szCanvas = {400, 200},
-                                   .param = {.BrushRadius = 8, .Spray = 40},
-                                   .clock = clock,
-                                   .random = random,
-                                   .nPredict = 3});
-        for (int n = 0; n < 16; ++n) {
-            stroke.AddCtlPoint({400 + 80 * n, 400 + 20 * n}, 1024, 90);
-            // A point that comes while a prediction is being drawn makes it begin anew.
-            if (n == 7) stroke.Update();
-        }
-        int nCalls = 0;
-        while (!stroke.Update() && nCalls < 1000) ++nCalls;
-        EXPECT_EQ(nCalls > 100, uPace > 0) << nCalls;
-        EXPECT_LT(nCalls, 1000);
-        ASSERT_NE(&stroke.GetDisplay(), &stroke.GetMain());
-        avShown[uPace ? 1 : 0] = ValuesOf(stroke.GetDisplay());
-    }
-    EXPECT_EQ(avShown[0], avShown[1]);
-}
-
-TEST(RasterStroke, TheEndIsNoPointOfTheWobble) {
-    CVirtualClock clock;
-    CStrokeRandom random;
-    const TBrushParam param{.WaveDistMax = 9, .WaveEnable = true};
-    CRasterBrushStroke stroke({.szCanvas = {96, 96}, .param = param, .clock = clock, .random = random});
-    for (const int x : {80, 160, 240}) stroke.AddCtlPoint({x, 80}, 1024, 90);
-    stroke.AddCtlPoint({0, 0}, FINAL_PRESSURE, 90);
-    for (const auto& lst : stroke.GetWobble().GetLists()) EXPECT_EQ(lst.size(), 3u);
 }
 
 TEST(RasterStroke, WithoutAWindowTheLineReachesItsNewestPoint) {

@@ -1,4 +1,3 @@
-// What goes into a stroke: parameters, pressure, smoothing, wobble.
 #include "core/IniConfig/IniConfig.h"
 #include "core/RasterStroke/BrushParam.h"
 #include "core/RasterStroke/PressureCurve.h"
@@ -7,10 +6,6 @@
 #include "core/RasterStroke/StrokeRandom.h"
 #include "core/RasterStroke/Wobble.h"
 #include "tests/support/MemoryFiles.h"
-
-#include <gtest/gtest.h>
-
-#include <cmath>
 
 TEST(BrushParam, SettingsKeepEveryFieldWithinItsRange) {
     CMemoryFiles files;

@@ -1,4 +1,3 @@
-// When snapshots are taken and when they go, on a clock that moves when it is told to.
 #include "core/Recovery/Recovery.h"
 #include "core/ImageFile/ImageFile.h"
 #include "core/IniConfig/GlobalSwitches.h"
@@ -7,11 +6,8 @@
 #include "tests/support/LayerPictures.h"
 #include "tests/support/MemoryFiles.h"
 
-#include <gtest/gtest.h>
-
 namespace {
 
-/// Fails at will, and holds what a session before left.
 struct CLeavingSnapshots : CSessionSnapshots {
     void Write(uint32_t uKey, TFillBytes fnFill, const TSnapshotNote& note) override {
         ++m_nWrites;

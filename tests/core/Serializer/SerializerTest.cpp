@@ -1,13 +1,8 @@
 #include "core/Base/Failure.h"
 #include "tests/support/ProjectBytes.h"
 
-#include <gtest/gtest.h>
-
-#include <numeric>
-
 namespace {
 
-// A part of `n` bytes that count up from 1.
 struct CCountingPart : IWirePart {
     explicit CCountingPart(size_t n) : m_n(n) {}
     size_t GetWireSize() const override { return m_n; }
@@ -24,7 +19,6 @@ CSerializer MakeChunk(const char (&pszTag)[5], uint32_t uVersion) {
 } // namespace
 
 TEST(Serializer, ChunksAreBigEndianAndComeBackButNotCutNorWithAWrongLength) {
-    // A pair of surrogates and such as stand alone.
     const std::wstring str = L"線\U0001F58B\xDC00\xD800z\xDBFF";
     CSerializer outer = MakeChunk("OUTR", 0x01020304);
     outer.WriteInt32(-2);

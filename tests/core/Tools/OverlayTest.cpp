@@ -1,11 +1,4 @@
-// Overlays of tools as pictures: '.' is the ground, '#' the pen, 'o' a fill, 'i' inverted.
 #include "core/Tools/Overlay.h"
-
-#include <gtest/gtest.h>
-
-#include <functional>
-#include <string>
-#include <vector>
 
 namespace {
 
@@ -31,7 +24,6 @@ std::string Draw(CSize sz, const TDraw& fn, int32_t nDpi = 96, std::optional<CRe
 
 const TOverlayPen SOLID{.color = PEN}, DASHED{.color = PEN, .bDashed = true}, INVERT{.bInvert = true};
 
-// One of each shape, far enough from the edges for every pen.
 const std::vector<TDraw> SHAPES{
     [](COverlay& o) {
         o.DrawLine({5, 20}, {14, 9}, SOLID);
@@ -95,38 +87,6 @@ ii...ii......
 ..#...#..
 ...###...
 )");
-}
-
-TEST(Overlay, PensAreWholePixelsWideOnEveryScreen) {
-    const auto draw = [](int32_t nDpi) {
-        return Draw(
-            {10, 6},
-            [](COverlay& o) {
-                o.DrawLine({1, 2}, {1, 4}, SOLID), o.DrawSquare({6, 2}, 1, FILL, SOLID);
-            },
-            nDpi);
-    };
-    EXPECT_EQ(draw(120), draw(96)) << "a quarter more is not yet a pixel";
-    EXPECT_EQ(draw(192), R"(
-....######
-....######
-.##.##oo##
-.##.##oo##
-.##.######
-.##.######
-)");
-}
-
-TEST(Overlay, TheClipChangesNoPixelInside) {
-    // Far ends cost nothing, and the line is where it would be without a clip.
-    const TDraw fn = [](COverlay& o) { o.DrawLine({-9999990, -3333330}, {10000010, 3333338}, SOLID); };
-    const std::string strWhole = Draw({40, 20}, fn);
-    const std::string strPart = Draw({40, 20}, fn, 96, CRect(7, 0, 15, 20));
-    for (size_t n = 0; n < strWhole.size(); ++n) {
-        const auto x = (n - 1) % 41;
-        EXPECT_EQ(strPart[n], (x >= 7 && x < 15) || x == 40 || n == 0 ? strWhole[n] : '.') << n;
-    }
-    EXPECT_NE(strPart.find('#'), std::string::npos);
 }
 
 TEST(Overlay, WhatIsMeasuredIsWhatIsDrawn) {

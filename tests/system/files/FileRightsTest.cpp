@@ -1,12 +1,5 @@
-// Overwriting a file keeps its metadata.
-#include "core/Base/Text.h"
-#include "system/files/FileStore.h"
 #include "tests/support/InProcess.h"
 #include "tests/support/TempFolder.h"
-
-#include <gtest/gtest.h>
-
-#include <optional>
 
 #include <sys/stat.h>
 #include <sys/xattr.h>
@@ -34,7 +27,6 @@ protected:
     FileRights() { chmod(m_folder.GetPath().c_str(), 0777); }
 
     bool Save() { return !!CFileStore().Replace(FromUtf8(m_path.native()), "new"); }
-    // A file of another user, if we may create one.
     void Make(gid_t uGroup, mode_t mode) {
         ASSERT_TRUE(Save());
         ASSERT_EQ(chown(m_path.c_str(), THEIR_USER, uGroup), 0);

@@ -1,16 +1,9 @@
-#include "system/files/FileStore.h"
-
-#include "core/Base/Text.h"
 #include "system/files/FileErrors.h"
 #include "system/files/FileLock.h"
 #include "tests/support/InProcess.h"
 #include "tests/support/TempFolder.h"
 
-#include <gtest/gtest.h>
-
 #include <atomic>
-#include <random>
-#include <set>
 #include <thread>
 
 #include <sys/stat.h>
@@ -186,7 +179,6 @@ TEST_F(FileStore, LocksAreBoundedAndOutlivedByNobody) {
         CFileLock lock(strPath, 0ms);
         EXPECT_TRUE(lock.IsLocked() && !canLock() && !InProcess(canLock));
     }
-    // A process that dies while it holds the lock.
     EXPECT_TRUE(InProcess([&] { return (new CFileLock(strPath, 0ms))->IsLocked(); }) && canLock());
 }
 

@@ -1,11 +1,7 @@
 #include "system/files/LineFile.h"
 
-#include "core/Base/Text.h"
-#include "system/files/FileStore.h"
 #include "tests/support/InProcess.h"
 #include "tests/support/TempFolder.h"
-
-#include <gtest/gtest.h>
 
 namespace {
 

@@ -1,12 +1,6 @@
-// Packed bytes can be read from any position, and damage is reported.
 #include "system/files/PackedFile.h"
 
-#include "core/Base/Failure.h"
 #include "tests/support/MemoryFiles.h"
-
-#include <gtest/gtest.h>
-
-#include <random>
 
 namespace {
 

@@ -1,17 +1,10 @@
-// Writable files in folders that are not writable.
-#include "core/Base/Text.h"
 #include "system/environment/Locations.h"
-#include "system/files/FileStore.h"
 #include "system/files/SnapshotStore.h"
 #include "tests/support/InProcess.h"
 #include "tests/support/TempFolder.h"
 
-#include <gtest/gtest.h>
-
-#include <csignal>
 #include <fstream>
 
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 namespace {

@@ -1,11 +1,8 @@
 #include "system/files/SnapshotStore.h"
 
 #include "core/Base/Failure.h"
-#include "core/Base/Text.h"
 #include "core/Platform/Files.h"
 #include "tests/support/TempFolder.h"
-
-#include <gtest/gtest.h>
 
 #include <fstream>
 
@@ -68,7 +65,6 @@ TEST_F(SnapshotStore, WhatCannotBeRestoredIsOfferedNoMore) {
     CSnapshotStore(*this).Write(1, Bytes("x"), m_note);
     CSnapshotStore store(*this);
     store.SetAside(store.FindLeft().at(0).strName);
-    // A note without a document, an interrupted write, the user's own file.
     for (const char* psz : {"0123456789abcdef-1.ini", "0123456789abcdef-2.vlm.AbCdEf", "notes.txt"})
         std::ofstream(m_pathRecovery / psz) << "x";
     store.ReleaseLeft();

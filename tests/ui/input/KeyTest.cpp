@@ -29,26 +29,6 @@ TEST_F(CUiTest, KeyReachesTheWidgetOnlyWhenDeclined) {
     Turn();
 }
 
-TEST_F(CUiTest, OpenMenusAndDialogsKeepTheirKeys) {
-    GetWidget().activateWindow();
-    QTest::keyClick(GetWidget().windowHandle(), Qt::Key_A);
-    Turn();
-    EXPECT_EQ(m_main.Got(EMessage::KeyUp),
-              (TParams{{'A', 0}})); // once, although Qt sends it to window and view
-    QTest::keyClick(GetWidget().windowHandle(), Qt::Key_F, Qt::AltModifier);
-    ASSERT_EQ(QApplication::activePopupWidget(), &GetMenu(0));
-    QTest::keyClick(&GetMenu(0), Qt::Key_Escape);
-    QDialog dialog(&GetWidget());
-    dialog.setModal(true);
-    dialog.show();
-    QLineEdit edit(&GetWidget());
-    QTest::keyClick(&edit, Qt::Key_B);
-    EXPECT_EQ(edit.text(), "b");
-    dialog.close();
-    Turn();
-    EXPECT_EQ(m_main.Got(EMessage::KeyDown), (TParams{{'A', 0}}));
-}
-
 TEST_F(CUiTest, KeysGoToTheActiveChildWithAltAsSystemKeys) {
     Open(m_a);
     QWidget* pView = GetWidget().focusWidget();
@@ -102,17 +82,4 @@ TEST_F(CUiTest, WhereverAKeyComesUpThePictureHearsOfIt) {
     Turn();
     EXPECT_EQ(m_a.Got(EMessage::KeyUp), (TParams{{VK_Space, 0}, {VK_Shift, 0}, {VK_Space, 0}}))
         << "once, and nothing of B";
-}
-
-TEST_F(CUiTest, ChildrensOwnShortcutsFollowTheirUse) {
-    ICanvasWindow* pFirst = Open(m_a);
-    Open(m_b);
-    Open(m_c);
-    pFirst->Activate();
-    m_vLog.clear();
-    for (const Qt::Key key : {Qt::Key_F4, Qt::Key_Tab}) {
-        QTest::keyClick(GetWidget().focusWidget(), key, Qt::ControlModifier);
-        Turn();
-    }
-    EXPECT_EQ(m_vLog, (TLog{"a close", "a off", "c on", "a destroy", "a final", "c off", "b on"}));
 }

@@ -19,7 +19,6 @@ void Answer(std::vector<TStep> vSteps) {
     });
 }
 
-/// A step that presses the button whose text starts with this.
 TStep Press(const wchar_t* pszText) {
     return [strText = QString::fromWCharArray(pszText)](QWidget& window) {
         for (QAbstractButton* pButton : window.findChildren<QAbstractButton*>())
@@ -28,27 +27,6 @@ TStep Press(const wchar_t* pszText) {
         window.close();
     };
 }
-
-/// Accepts only the width 640.
-class CSizeModel : public CDialogModel {
-public:
-    CSizeModel() {
-        using enum TPanelControl::EKind;
-        m_vControls = {
-            {.kind = Number, .nId = 1, .strLabel = L"幅", .strText = L"800", .nMin = 1, .nMax = 12000},
-            {.kind = Check, .nId = 2, .strText = L"グレー"},
-            {.kind = Report, .nId = 3, .strText = L"前"}};
-    }
-    const char* GetName() const override { return "CSizeModel"; }
-    std::wstring GetTitle() const override { return L"新規作成"; }
-    std::wstring GetExtraButton() const override { return L"コピー"; }
-    void OnExtra() override { m_vControls[2].strText = L"後"; }
-    bool OnOk(IWindow*) override {
-        m_vSeen.push_back(m_vControls[0].strText);
-        return std::exchange(m_vControls[0].strText, L"801") == L"640";
-    }
-    std::vector<std::wstring> m_vSeen;
-};
 
 const TFileDialog g_Save{
     true, L"", L"vlm", {{L"線画 (*.vlm)", L"*.vlm"}, {L"JPEG (*.jpg;*.jpeg)", L"*.jpg;*.jpeg"}}};
@@ -74,26 +52,6 @@ TEST_F(CUiTest, BoxesAnswer) {
         box.close();
     };
     EXPECT_EQ(ask(EBoxKind::Exclamation, seen), EBoxAnswer::Ok);
-}
-
-TEST_F(CUiTest, TheModelJudgesWhatWasTyped) {
-    CSizeModel model;
-    const auto type = [](const char* pszExpected, Qt::Key key, const char* pszText) -> TStep {
-        return [=](QWidget& dialog) {
-            auto* pEdit = dialog.findChild<QLineEdit*>();
-            QTest::keyClick(pEdit, key);
-            EXPECT_EQ(pEdit->text(), pszExpected);
-            pEdit->setText(pszText);
-        };
-    };
-    Answer({[](QWidget& dialog) { dialog.findChild<QCheckBox*>()->click(); },
-            type("799", Qt::Key_Down, "abc"), Press(L"OK"), type("802", Qt::Key_Up, "640"), Press(L"コピー"),
-            [](QWidget& dialog) { EXPECT_EQ(dialog.findChild<QPlainTextEdit*>()->toPlainText(), "後"); },
-            Press(L"OK"), [](QWidget& dialog) { dialog.close(); }});
-    EXPECT_TRUE(m_platform.GetPlatform().dialogs.Run(m_pMain, model));
-    EXPECT_EQ(model.m_vSeen, (std::vector<std::wstring>{L"abc", L"640"}));
-    EXPECT_TRUE(model.m_vControls[1].nValue);
-    EXPECT_FALSE(m_platform.GetPlatform().dialogs.Run(m_pMain, model));
 }
 
 TEST_F(CUiTest, ADialogHearsOfEveryChangeAndShowsWhatFollows) {
@@ -156,10 +114,10 @@ TEST_F(CUiTest, SavingOverAFileIsConfirmedOnce) {
 TEST_F(CUiTest, AModalWindowThatIsDeletedWhileItIsOpenCountsAsCancelled) {
     const TPlatform& platform = m_platform.GetPlatform();
     const TStep remove = [](QWidget& window) { delete &window; };
-    CSizeModel model;
+    CLiveDialog model;
     Answer({remove});
     EXPECT_FALSE(platform.dialogs.Run(m_pMain, model));
-    EXPECT_EQ(model.m_vSeen.size(), 0u);
+    EXPECT_EQ(model.m_strHeard, "");
     Answer({remove});
     EXPECT_EQ(platform.boxes.Show(m_pMain, L"保存しますか？", L"", EBoxKind::YesNoCancelWarning),
               EBoxAnswer::Cancel);

@@ -1,4 +1,3 @@
-// Panels as real widgets: their messages, their display, and the keyboard focus.
 #include "core/Platform/Panel.h"
 #include "tests/ui/UiTest.h"
 
@@ -8,7 +7,6 @@ using enum TPanelControl::EKind;
 
 const TPanelPlace DOCKED{EPanelDock::Right, CRect({900, 100}, {260, 500}), true};
 
-/// A view that shows one colour.
 struct CPlainView : IPanelView {
     void OnPaint(IPaintTarget& target, const TPanelPaint& paint) override {
         const int nStride = paint.sz.cx * 4;
@@ -40,7 +38,6 @@ protected:
         Turn();
     }
     ~CPanelTest() override {
-        // Their client is destroyed before the main window.
         for (IPanelWindow* pPanel : m_vPanels) pPanel->Destroy();
     }
     static void Show(IPanelWindow& panel, const TPanelPlace& place) {
@@ -112,7 +109,6 @@ TEST_F(CPanelTest, ListsAreRenamedDraggedAndChosen) {
     EXPECT_EQ(Told(), TLog{"rename 5 1 名"});
     m_pPanel->SetControls(m_vControls); // the panel would not accept it
     EXPECT_EQ(list.item(1)->text(), "y");
-    // In place, by a name typed over the old one; afterwards the focus returns.
     m_pMain->Show();
     QWidget* const pView = Focus();
     list.setCurrentRow(2);
@@ -142,21 +138,27 @@ TEST_F(CPanelTest, OnlyTextTakesTheKeyboardByAClick) {
         QTest::mouseClick(pWidget, Qt::LeftButton);
         EXPECT_EQ(Focus(), pView) << pWidget->metaObject()->className();
     }
-    QTest::mouseClick(&Get<QLineEdit>(4), Qt::LeftButton);
-    EXPECT_EQ(Focus(), &Get<QLineEdit>(4));
-    // Typed text is no shortcut; Return returns the focus.
-    Get<QLineEdit>(4).selectAll();
-    QTest::keyClicks(&Get<QLineEdit>(4), "x1");
+    auto& text = Get<QLineEdit>(4);
+    QTest::mouseClick(&text, Qt::LeftButton);
+    EXPECT_EQ(Focus(), &text);
+    // Typed text is no shortcut; Return and Escape return the focus.
+    text.selectAll();
+    QTest::keyClicks(&text, "x1");
     Told();
-    EXPECT_TRUE(m_a.Got(EMessage::KeyDown).empty());
-    QTest::keyClick(&Get<QLineEdit>(4), Qt::Key_Return);
+    QTest::keyClick(&text, Qt::Key_Return);
     EXPECT_EQ(Told(), TLog{"change 4 0 x1"});
     EXPECT_EQ(Focus(), pView);
+    text.setFocus();
+    // A shortcut still works, without the picture.
+    QTest::keyClick(&text, Qt::Key_S, Qt::ControlModifier);
+    QTest::keyClick(&text, Qt::Key_Escape);
+    Turn();
+    EXPECT_EQ(Focus(), pView);
+    EXPECT_EQ(m_a.Got(EMessage::KeyDown), TParams());
+    EXPECT_THAT(m_main.Got(EMessage::KeyDown), testing::Contains(std::pair<int64_t, int64_t>{'S', 0}));
 }
 
 TEST_F(CPanelTest, WhatATextDeclinesNeverReachesThePicture) {
-    m_pMain->Show();
-    QWidget* const pView = Focus();
     IKeyState& keys = m_platform.GetPlatform().keys;
     Get<QSpinBox>(3).setFocus();
     for (QWidget* pText : std::initializer_list<QWidget*>{&Get<QSpinBox>(3), &Get<QLineEdit>(4)}) {
@@ -165,37 +167,17 @@ TEST_F(CPanelTest, WhatATextDeclinesNeverReachesThePicture) {
                                              {Qt::Key_Delete, Qt::NoModifier},
                                              {Qt::Key_Space, Qt::NoModifier},
                                              {Qt::Key_Up, Qt::ControlModifier},
-                                             {Qt::Key_A, Qt::ControlModifier},
-                                             {Qt::Key_D, Qt::ControlModifier}}) {
+                                             {Qt::Key_Control, Qt::NoModifier}}) {
             QTest::keyPress(pText, nKey, modifier);
             Turn();
-            // A tool would find it held at the pointer's next event.
+            // A tool would find it held at the pointer's next event; Ctrl counts wherever it is pressed.
             EXPECT_FALSE(keys.IsKeyDown('X') || keys.IsKeyDown(VK_Space) || keys.IsKeyDown(VK_Delete));
+            EXPECT_EQ(keys.IsKeyDown(VK_Control), nKey == Qt::Key_Control);
             QTest::keyRelease(pText, nKey, modifier);
             Turn();
         }
         EXPECT_EQ(Focus(), pText);
-        // Ctrl counts for the pointer's next event wherever it is pressed.
-        QTest::keyPress(pText, Qt::Key_Control);
-        Turn();
-        EXPECT_TRUE(keys.IsKeyDown(VK_Control));
-        QTest::keyRelease(pText, Qt::Key_Control);
-        Turn();
     }
-    EXPECT_EQ(m_a.Got(EMessage::KeyDown), TParams());
-    // A shortcut still works, without the picture; the panel handles keys that end typing.
-    EXPECT_THAT(m_main.Got(EMessage::KeyDown), testing::Contains(std::pair<int64_t, int64_t>{'D', 0}));
-    QTest::keyClick(&Get<QLineEdit>(4), Qt::Key_S, Qt::ControlModifier);
-    QTest::keyClick(&Get<QLineEdit>(4), Qt::Key_F1);
-    Turn();
-    const TParams vMain = m_main.Got(EMessage::KeyDown);
-    ASSERT_GE(vMain.size(), 2u);
-    EXPECT_EQ(vMain[vMain.size() - 2].first, 'S');
-    EXPECT_EQ(vMain.back().first, 0x70);
-    EXPECT_EQ(Focus(), &Get<QLineEdit>(4));
-    QTest::keyClick(&Get<QLineEdit>(4), Qt::Key_Escape);
-    Turn();
-    EXPECT_EQ(Focus(), pView);
     EXPECT_EQ(m_a.Got(EMessage::KeyDown), TParams());
 }
 
@@ -203,7 +185,6 @@ TEST_F(CPanelTest, TheKeyboardAloneReachesEveryControlAndShortcutsStillWork) {
     QSet<QWidget*> vReached;
     for (int n = 0; n < 40; ++n) {
         QTest::keyClick(Focus(), Qt::Key_Tab);
-        m_a.m_fnHandle = nullptr;
         Turn();
         vReached.insert(Focus());
     }
@@ -217,47 +198,23 @@ TEST_F(CPanelTest, TheKeyboardAloneReachesEveryControlAndShortcutsStillWork) {
     QTest::keyClick(&Get<QWidget>(6), Qt::Key_Left);
     EXPECT_EQ(Told(), (TLog{"change 1 1", "key 6 0"}));
     // A control does not use these: the application gets them.
-    const size_t nBefore = m_a.Got(EMessage::KeyDown).size();
     QTest::keyClick(&Get<QCheckBox>(1), Qt::Key_X);
     QTest::keyClick(&Get<QSlider>(3), Qt::Key_Z, Qt::ControlModifier);
     Turn();
-    const TParams& vKeys = m_a.Got(EMessage::KeyDown);
-    ASSERT_GE(vKeys.size(), nBefore + 2);
-    EXPECT_EQ(vKeys[nBefore].first, 'X');
-    EXPECT_EQ(vKeys.back().first, 'Z');
-}
-
-TEST_F(CPanelTest, TheOneThatWasInFrontIsThereWhenTheWindowShows) {
-    for (const size_t nFront : {2u, 1u, 0u}) {
-        for (IPanelWindow* pPanel : std::exchange(m_vPanels, {})) pPanel->Destroy();
-        m_pMain->Destroy();
-        Turn();
-        m_pMain = CreateMain(m_main);
-        for (const wchar_t* pszName : {L"A", L"B", L"C"}) {
-            TPanelPlace place = DOCKED;
-            place.bFront = m_vPanels.size() == nFront;
-            Show(*Make(pszName), place);
-        }
-        m_pMain->Show();
-        Turn();
-        for (size_t n = 0; n < 3; ++n) EXPECT_EQ(m_vPanels[n]->GetPlace().bFront, n == nFront) << nFront << n;
-    }
+    for (const int64_t n : {'X', 'Z'})
+        EXPECT_THAT(m_a.Got(EMessage::KeyDown), testing::Contains(std::pair<int64_t, int64_t>{n, 0}));
 }
 
 TEST_F(CPanelTest, PlacesComeBackAndAPanelGoesWithItsWindow) {
-    EXPECT_TRUE(m_pPanel->IsShown());
-    TPanelPlace place = m_pPanel->GetPlace();
+    const TPanelPlace place = m_pPanel->GetPlace();
     EXPECT_TRUE(place.dock == EPanelDock::Right && place.bShow && place.rc.Width() >= 200);
     IPanelWindow* pOther = Make(L"Other");
-    Show(*pOther, DOCKED);
-    Turn();
-    QDockWidget* pDock = GetWidget().findChild<QDockWidget*>("Test");
-    EXPECT_EQ(GetWidget().tabifiedDockWidgets(pDock).size(), 1); // panels at one place are tabbed
-    EXPECT_EQ(m_pPanel->GetPlace().rc, pOther->GetPlace().rc);
-    EXPECT_TRUE(pOther->GetPlace().bFront && !m_pPanel->GetPlace().bFront);
-    m_pPanel->ShowPanel(true);
-    Turn();
-    EXPECT_TRUE(m_pPanel->GetPlace().bFront && !pOther->GetPlace().bFront);
+    for (IPanelWindow* pFront : {pOther, m_pPanel}) { // panels at one place are tabbed
+        pFront == pOther ? Show(*pOther, DOCKED) : pFront->ShowPanel(true);
+        Turn();
+        EXPECT_EQ(m_pPanel->GetPlace().rc, pOther->GetPlace().rc);
+        EXPECT_TRUE(pFront->GetPlace().bFront && m_pPanel->GetPlace().bFront != pOther->GetPlace().bFront);
+    }
     const CRect rcFloat({40, 60}, {300, 320});
     Show(*pOther, {EPanelDock::Float, rcFloat, true});
     Turn();

@@ -1,4 +1,3 @@
-// The system's clipboard keeps the alpha of pictures.
 #include "tests/ui/UiTest.h"
 
 #include "system/pictures/QtBitmap.h"

@@ -1,4 +1,3 @@
-// A session inside a host that is a Qt program itself, in a separate process.
 #include "tests/ui/UiTest.h"
 
 namespace {

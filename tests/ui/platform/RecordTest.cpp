@@ -1,14 +1,9 @@
-// A session in the real window is recorded, and its record played without one.
 #include "tests/ui/UiTest.h"
 
-#include "core/ImageFile/ImageFile.h"
-#include "core/IniConfig/IniConfig.h"
-#include "core/MainFrame/MainFrame.h"
-#include "core/MainFrame/SessionScope.h"
 #include "session/recorder/Recorder.h"
-#include "session/scripts/SessionPlatform.h"
 #include "tests/support/LayerPictures.h"
 #include "tests/support/NoPlaces.h"
+#include "tests/support/Session.h"
 #include "tests/support/TempFolder.h"
 
 namespace {
@@ -36,7 +31,6 @@ public:
     }
     void Settle() { CUiSession::Settle(m_recorder.GetPlatform().queue); }
     QWidget& GetViewport() const { return *ViewOf(g_wpActiveFrame.lock()->GetWindow()).viewport(); }
-    // Events arrive in bursts, as in a program that is busy drawing.
     void Stroke(QPointF ptFrom, QPointF ptStep) {
         const QPointF ptMiddle(GetViewport().rect().center());
         for (int n = 0; n < 40; ++n) {
@@ -57,20 +51,9 @@ public:
         QTest::keyClick(&GetViewport(), key, modifiers);
         Settle();
     }
-    void Scroll(int nOffset) {
-        ViewOf(g_wpActiveFrame.lock()->GetWindow()).verticalScrollBar()->setValue(nOffset);
-        Settle();
-    }
     void PickTool(int nTool) {
         auto* pPanel = dynamic_cast<QWidget*>(g_pMainFrame->GetPanels().Find(12805)->GetWindow());
         QTest::mouseClick(pPanel->findChild<QWidget*>(QString::number(nTool)), Qt::LeftButton);
-        Settle();
-    }
-    void Tile() {
-        auto& main = dynamic_cast<QMainWindow&>(GetMain());
-        for (const QAction* pMenu : main.menuBar()->actions())
-            for (QAction* pAction : pMenu->menu()->actions())
-                if (pAction->text().startsWith("上下に並べて表示")) pAction->trigger();
         Settle();
     }
     IMainWindow& GetMain() { return *g_pMainFrame->GetWindow(); }
@@ -121,11 +104,8 @@ TEST(Record, OfTheRealWindowGivesTheSameDocumentWithoutOne) {
         window.PickTool(8);
         window.GetMain().SetRect({0, 0, 900, 700});
         window.Settle();
-        window.Tile();
         window.Type(Qt::Key_Right, Qt::ControlModifier);
-        window.Tile(); // which has no effect here
         window.Stroke({-50, 10}, {1.3, -0.8});
-        window.Scroll(90);
         window.Stroke({-30, 40}, {1.7, -2});
         strDocument = BytesOf(*window.m_spCanvas);
         nUndo = window.m_spCanvas->GetHistory().GetUndoList().size();

@@ -2,7 +2,6 @@
 
 namespace {
 
-/// The texts of a menu's visible lines, "-" for a separator.
 QStringList TextsOf(const QWidget& menu) {
     QStringList lstTexts;
     for (const QAction* pAction : menu.actions())
@@ -36,33 +35,6 @@ TEST_F(CUiTest, MenusFollowTheActiveChildAndItsStatesThePopup) {
     EXPECT_EQ(TextsOf(*GetWidget().menuBar()), QStringList{"ファイル(&F)"});
 }
 
-TEST_F(CUiTest, RecentFilesAndChildrenAreListedInEveryMenu) {
-    m_pMain->SetRecentFiles(57616, {L"&1 /絵.vlm", L"&2 /線.png"});
-    Open(m_a, L"A & B");
-    ICanvasWindow* pOther = Open(m_b);
-    EXPECT_EQ(TextsOf(GetMenu(0)).mid(1), (QStringList{"&1 /絵.vlm", "&2 /線.png"}));
-    GetMenu(0).actions()[2]->trigger();
-    Turn();
-    EXPECT_EQ(m_main.Got(EMessage::Command), (TParams{{57617, 0}}));
-    m_pMain->SetRecentFiles(57616, {});
-    EXPECT_EQ(TextsOf(GetMenu(0)).mid(1), QStringList{"最近使ったファイル"});
-    for (int i = 0; i < 2; ++i) { // a second time lists them once
-        GetMenu(2).popup({});
-        GetMenu(2).close();
-    }
-    EXPECT_EQ(TextsOf(GetMenu(2)).mid(1), (QStringList{"-", "&1 A && B", "&2 絵"}));
-    EXPECT_TRUE(GetMenu(2).actions()[3]->isChecked());
-    m_vLog.clear();
-    GetMenu(2).actions()[2]->trigger();
-    EXPECT_EQ(m_vLog, (TLog{"b off", "a on"}));
-    // The menu that listed them last is deleted with its window.
-    pOther->Destroy();
-    Turn();
-    GetMenu(2).popup({});
-    GetMenu(2).close();
-    EXPECT_EQ(TextsOf(GetMenu(2)).mid(1), (QStringList{"-", "&1 A && B"}));
-}
-
 TEST_F(CUiTest, ToolBarShowsStatesAndPostsOnlyTheUsersChoice) {
     Open(m_a);
     QAction* pUndo = GetWidget().findChild<QToolBar*>()->actions()[2];
@@ -81,16 +53,4 @@ TEST_F(CUiTest, ToolBarShowsStatesAndPostsOnlyTheUsersChoice) {
     QTest::keyClick(GetWidget().findChild<QComboBox*>(), Qt::Key_Down);
     Turn();
     EXPECT_EQ(m_main.Got(EMessage::Command), (TParams{{101, 2}}));
-}
-
-TEST_F(CUiTest, JapaneseTextsHaveGlyphs) {
-    // The families of each font in order: a character that none of them has would be drawn as a box.
-    for (const QFont& fontShown : {GetMenu(0).font(), GetWidget().menuBar()->font()}) {
-        QString strMissing = "筆圧ー弱中強～拡大率キャンセル";
-        for (const QString& strFamily : fontShown.families()) {
-            const QRawFont font = QRawFont::fromFont(QFont(strFamily));
-            strMissing.removeIf([&](QChar ch) { return font.supportsCharacter(ch); });
-        }
-        EXPECT_EQ(strMissing, "");
-    }
 }

@@ -35,7 +35,6 @@ TEST_F(CUiTest, MainWindowTakesItsChildrenWithIt) {
     EXPECT_EQ(m_vLog, (TLog{"main close", "b off", "main destroy", "a destroy", "a final", "b destroy",
                             "b final", "main final"}));
     EXPECT_TRUE(pMain.isNull() && pA.isNull());
-    // One session, one main window after the other.
     m_pMain = CreateMain(m_main);
     ASSERT_TRUE(m_pMain);
     EXPECT_FALSE(CreateMain(m_main));
@@ -89,25 +88,6 @@ TEST(QtPlatform, WindowsOfABrokenSessionGoWithoutAWord) {
     EXPECT_EQ(vLog, TLog());
 }
 
-TEST_F(CUiTest, TimersDoNotPileUp) {
-    ICanvasWindow* pCanvas = Open(m_a);
-    const TParams& vTimers = m_a.Got(EMessage::Timer);
-    m_a.m_fnHandle = [&](const TMessage& msg) {
-        if (msg.id == EMessage::Timer && vTimers.size() != 3)
-            pCanvas->KillTimer(static_cast<int>(msg.wParam));
-        return true;
-    };
-    pCanvas->SetTimer(15, 1);
-    pCanvas->SetTimer(16, 1);
-    QTest::qWait(40); // a modal dialog: events are handled, messages wait
-    Turn();
-    EXPECT_THAT(vTimers, testing::UnorderedElementsAre(testing::Pair(15, 0), testing::Pair(16, 0)));
-    // A handled timer fires again until it is stopped.
-    pCanvas->SetTimer(17, 1);
-    for (int n = 0; n < 10; ++n) QTest::qWait(5), Turn();
-    EXPECT_EQ(vTimers.size(), 4u);
-}
-
 TEST_F(CUiTest, PaintReachesTheGlassPixelForPixel) {
     ICanvasWindow* pCanvas = m_windows.CreateCanvasWindow(*m_pMain, m_a, {});
     QWidget& glass = *ViewOf(pCanvas).viewport();
@@ -141,20 +121,6 @@ TEST_F(CUiTest, PaintReachesTheGlassPixelForPixel) {
     EXPECT_EQ(shot.pixel(glass.mapTo(&GetWidget(), QPoint(7, 9))), image.pixel(7, 9));
 }
 
-TEST_F(CUiTest, AFailedPaintIsToldAfterIt) {
-    int nPaints = 0;
-    CBoxCloser closer;
-    m_a.m_fnPaint = [&](IPaintTarget&, const CRect&) {
-        if (++nPaints <= 2)
-            m_platform.GetPlatform().boxes.Show(m_pMain, L"壊れた", L"Error", EBoxKind::Error);
-    };
-    Open(m_a)->Invalidate();
-    for (int n = 0; n < 20; ++n) QTest::qWait(5), Turn();
-    EXPECT_GE(nPaints, 2);
-    // The second paint happened behind the first box or after it.
-    EXPECT_TRUE(closer.m_lstTexts.size() == 1 || closer.m_lstTexts.size() == 2);
-}
-
 TEST_F(CUiTest, ScrollBarsTellOnlyWhatTheUserDoes) {
     ICanvasWindow* pCanvas = Open(m_a);
     QAbstractScrollArea& view = ViewOf(pCanvas);
@@ -168,7 +134,6 @@ TEST_F(CUiTest, ScrollBarsTellOnlyWhatTheUserDoes) {
     Turn();
     EXPECT_EQ(m_a.Got(EMessage::Scroll), (TParams{{1, nBottom - 10}, {0, 150}, {0, 50}}));
 
-    // Small wheel deltas add up to whole steps.
     for (const int nDelta : {50, 50, 50, -100, -140, 240}) {
         QWheelEvent event({5, 5}, {5, 5}, {}, {0, nDelta}, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
                           false);
@@ -176,31 +141,4 @@ TEST_F(CUiTest, ScrollBarsTellOnlyWhatTheUserDoes) {
     }
     Turn();
     EXPECT_EQ(m_a.Got(EMessage::MouseWheel), (TParams{{120, 0}, {-240, 0}, {240, 0}}));
-}
-
-TEST_F(CUiTest, AMaximisedChildKeepsItsPlaceForLater) {
-    ICanvasWindow* pCanvas = Open(m_a);
-    pCanvas->SetRect({20, 30, 420, 330});
-    WidgetOf(pCanvas).showMaximized();
-    Turn();
-    EXPECT_EQ(pCanvas->GetRect(), CRect(20, 30, 420, 330));
-    m_pMain->ArrangeChildren(EArrange::TileVertical);
-    const QSize szArea = GetWidget().findChild<QMdiArea*>()->viewport()->size();
-    EXPECT_EQ(pCanvas->GetRect(), CRect(0, 0, szArea.width(), szArea.height()));
-}
-
-TEST(QtMdiArrange, TilesFillTheArea) {
-    EXPECT_EQ(TileRects({300, 90}, 2, true)[1], QRect(0, 45, 300, 45));
-    EXPECT_EQ(TileRects({300, 90}, 5, true)[1], QRect(0, 45, 150, 45)) << "the right column takes the third";
-    for (int n = 2; n < 24; ++n) {
-        QRegion region;
-        int nPixels = 0;
-        for (const QRect& rc : TileRects({301, 203}, n / 2, n % 2 == 0)) {
-            region += rc;
-            nPixels += rc.width() * rc.height();
-        }
-        EXPECT_EQ(region, QRegion(0, 0, 301, 203)) << n;
-        EXPECT_EQ(nPixels, 301 * 203) << n;
-    }
-    for (const QRect& rc : CascadeRects({400, 300}, 30, 24)) EXPECT_TRUE(QRect(0, 0, 400, 300).contains(rc));
 }

@@ -1,18 +1,9 @@
-#include "tests/faults/windows/WindowSession.h"
-
-#include "core/Base/Failure.h"
-#include "core/Base/Text.h"
-#include "core/CanvasFrame/CanvasFrame.h"
-#include "core/ImageFile/ImageFile.h"
-#include "core/IniConfig/GlobalSwitches.h"
-#include "core/MainFrame/MainFrame.h"
-#include "core/MainFrame/SessionScope.h"
 #include "session/seam/SessionSnapshots.h"
-#include "session/seam/VirtualClock.h"
 #include "tests/faults/DocumentCheck.h"
 #include "tests/faults/UnfailingCodecs.h"
 #include "tests/support/LayerPictures.h"
 #include "tests/support/NoPlaces.h"
+#include "tests/support/Session.h"
 #include "tests/ui/UiTest.h"
 
 namespace {
@@ -100,7 +91,7 @@ private:
         m_clock.Advance(2000); // the mouse is accepted a second after the pen
         try {
             if (m_nStep < m_vSteps.size())
-                (this->*m_vSteps[m_nStep++])();
+                m_vSteps[m_nStep++]();
             else if (QMainWindow* pMain = Main())
                 pMain->close();
         } catch (const std::exception& e) {
@@ -132,40 +123,40 @@ private:
                           type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton, Qt::NoModifier);
     }
 
-    void New() { Pick("新規作成"); }
-    void Begin() {
-        const CUnfailingMemory unfailing;
-        m_check.Begin();
+    // The user's hand over the active view, if there is one.
+    static void OnView(const std::function<void(QWidget&)>& fn) {
+        if (QWidget* pView = View()) fn(*pView);
     }
-    void End() {
-        const CUnfailingMemory unfailing;
-        m_check.End({});
+    static void Type(Qt::Key key) {
+        OnView([&](QWidget& view) { QTest::keyClick(&view, key, Qt::ControlModifier); });
     }
-    void OpenMenus() {
+    static void Undo() { Type(Qt::Key_Z); }
+    static void Redo() { Type(Qt::Key_Y); }
+    static void New() { Pick("新規作成"); }
+    static void NewLayer() { Pick("新規ラスタレイヤー"); }
+    static void Configure() { Pick("環境設定"); }
+    static void CloseOne() { Pick("閉じる"); }
+    static void SaveAs() { Pick("名前を付けて保存"); }
+    static void Resize() { Main()->resize(700, 500); }
+    static void OpenMenus() {
         for (const QAction* pAction : Main()->menuBar()->actions()) emit pAction->menu()->aboutToShow();
     }
-    void DrawByPen() {
-        QWidget* pView = View();
-        if (!pView) return;
-        SendPen(*pView, m_pen, {}, 0, 0, 0, QEvent::TabletEnterProximity);
-        for (int n = 0; n < 24; ++n) SendPen(*pView, m_pen, At(*pView, n), n && n < 20 ? 0.8 : 0);
-        SendPen(*pView, m_pen, {}, 0, 0, 0, QEvent::TabletLeaveProximity);
+    static void DrawByPen() {
+        OnView([](QWidget& view) {
+            static const QPointingDevice s_pen = MakePen();
+            SendPen(view, s_pen, {}, 0, 0, 0, QEvent::TabletEnterProximity);
+            for (int n = 0; n < 24; ++n) SendPen(view, s_pen, At(view, n), n && n < 20 ? 0.8 : 0);
+            SendPen(view, s_pen, {}, 0, 0, 0, QEvent::TabletLeaveProximity);
+        });
     }
-    void DrawByMouse() {
-        QWidget* pView = View();
-        if (!pView) return;
-        Mouse(*pView, QEvent::MouseButtonPress, At(*pView, 0));
-        for (int n = 0; n < 12; ++n) Mouse(*pView, QEvent::MouseMove, At(*pView, -n));
-        Mouse(*pView, QEvent::MouseButtonRelease, At(*pView, -12));
+    static void DrawByMouse() {
+        OnView([](QWidget& view) {
+            Mouse(view, QEvent::MouseButtonPress, At(view, 0));
+            for (int n = 0; n < 12; ++n) Mouse(view, QEvent::MouseMove, At(view, -n));
+            Mouse(view, QEvent::MouseButtonRelease, At(view, -12));
+        });
     }
-    void Undo() {
-        if (View()) QTest::keyClick(View(), Qt::Key_Z, Qt::ControlModifier);
-    }
-    void Redo() {
-        if (View()) QTest::keyClick(View(), Qt::Key_Y, Qt::ControlModifier);
-    }
-    void NewLayer() { Pick("新規ラスタレイヤー"); }
-    void UsePanels() {
+    static void UsePanels() {
         for (QSlider* pSlider : Main()->findChildren<QSlider*>())
             if (pSlider->isVisible()) pSlider->setValue(pSlider->value() + 1);
         for (QListWidget* pList : Main()->findChildren<QListWidget*>()) {
@@ -174,25 +165,22 @@ private:
         }
         for (QDockWidget* pPanel : Main()->findChildren<QDockWidget*>())
             for (QWidget* pWidget : pPanel->findChildren<QWidget*>())
-                Mouse(*pWidget, QEvent::MouseButtonPress, {9, 9}),
-                    Mouse(*pWidget, QEvent::MouseButtonRelease, {9, 9});
+                for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease})
+                    Mouse(*pWidget, type, {9, 9});
         Pick("ツール");
     }
-    void Wheel() {
-        if (QWidget* pView = View())
-            Send<QWheelEvent>(*pView, At(*pView, 0), At(*pView, 0), QPoint(), QPoint(0, 240), Qt::NoButton,
+    static void Wheel() {
+        OnView([](QWidget& view) {
+            Send<QWheelEvent>(view, At(view, 0), At(view, 0), QPoint(), QPoint(0, 240), Qt::NoButton,
                               Qt::ControlModifier, Qt::NoScrollPhase, false);
+        });
     }
-    void DragByHand() {
-        QWidget* pView = View();
-        if (!pView) return;
-        QTest::keyPress(pView, Qt::Key_Space);
+    static void DragByHand() {
+        OnView([](QWidget& view) { QTest::keyPress(&view, Qt::Key_Space); });
         DrawByMouse();
-        QTest::keyRelease(pView, Qt::Key_Space);
+        OnView([](QWidget& view) { QTest::keyRelease(&view, Qt::Key_Space); });
     }
-    void Resize() { Main()->resize(700, 500); }
-    void Configure() { Pick("環境設定"); }
-    void Arrange() {
+    static void Arrange() {
         Pick("上下に並べて表示");
         if (auto* pArea = Main()->findChild<QMdiArea*>()) {
             for (QMdiSubWindow* pWindow : pArea->subWindowList()) pWindow->showMaximized();
@@ -200,14 +188,17 @@ private:
         }
         Pick("重ねて表示");
     }
-    void Drop() {
+    static void Drop() {
         QMimeData data;
         data.setUrls({QUrl::fromLocalFile("/page.vlm")});
         Send<QDragEnterEvent>(*Main(), QPoint{9, 9}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
         Send<QDropEvent>(*Main(), QPoint{9, 9}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
     }
-    void CloseOne() { Pick("閉じる"); }
-    void SaveAs() { Pick("名前を付けて保存"); }
+    template <class Function>
+    static void Unfailing(const Function& fn) {
+        const CUnfailingMemory unfailing;
+        fn();
+    }
 
     const uint64_t m_uAllocation;
     CMemoryFiles m_files;
@@ -215,21 +206,20 @@ private:
     CNoPlaces m_places;
     CSessionSnapshots m_snapshots;
     CVirtualClock m_clock;
-    const QPointingDevice m_pen = MakePen();
     CDocumentCheck m_check{m_files, m_codecs};
     CAnswerer m_answerer;
-    const std::vector<void (CWindowSession::*)()> m_vSteps{
-        &CWindowSession::New,       &CWindowSession::Begin,       &CWindowSession::OpenMenus,
-        &CWindowSession::DrawByPen, &CWindowSession::Undo,        &CWindowSession::Redo,
-        &CWindowSession::NewLayer,  &CWindowSession::UsePanels,   &CWindowSession::DrawByPen,
-        &CWindowSession::Wheel,     &CWindowSession::DragByHand,  &CWindowSession::DrawByMouse,
-        &CWindowSession::Resize,    &CWindowSession::Configure,   &CWindowSession::New,
-        &CWindowSession::OpenMenus, &CWindowSession::DrawByMouse, &CWindowSession::Arrange,
-        &CWindowSession::Drop,      &CWindowSession::CloseOne,    &CWindowSession::DrawByPen,
-        &CWindowSession::SaveAs,    &CWindowSession::CloseOne,    &CWindowSession::End};
+    using TUserStep = std::function<void()>;
+    const TUserStep m_fnBegin = [this] { Unfailing([&] { m_check.Begin(); }); };
+    const TUserStep m_fnEnd = [this] { Unfailing([&] { m_check.End({}); }); };
+    const std::vector<TUserStep> m_vSteps{New,      m_fnBegin, OpenMenus, DrawByPen, Undo,        Redo,
+                                          NewLayer, UsePanels, DrawByPen, Wheel,     DragByHand,  DrawByMouse,
+                                          Resize,   Configure, New,       OpenMenus, DrawByMouse, Arrange,
+                                          Drop,     CloseOne,  DrawByPen, SaveAs,    CloseOne,    m_fnEnd};
     size_t m_nStep = 0;
 };
 
 } // namespace
 
-TPlayed PlayInWindows(uint64_t uAllocation) { return CWindowSession(uAllocation).Play(); }
+TEST(WindowFaults, ASessionSurvivesEveryFailedAllocation) {
+    ExpectSurvival(30, [](uint64_t uAllocation) { return CWindowSession(uAllocation).Play(); });
+}

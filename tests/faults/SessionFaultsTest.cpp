@@ -1,26 +1,14 @@
-#include "tests/faults/FaultedSession.h"
-
-#include "core/Base/Failure.h"
-#include "core/Base/Text.h"
-#include "core/Commands/CommandIds.h"
-#include "core/ImageFile/ImageFile.h"
-#include "core/IniConfig/GlobalSwitches.h"
-#include "core/MainFrame/MainFrame.h"
-#include "core/MainFrame/SessionScope.h"
-#include "core/RasterBrush/FreehandTools.h"
-#include "session/scripts/Player.h"
-#include "session/scripts/SessionPlatform.h"
-#include "session/seam/SessionDialogs.h"
-#include "system/files/FileStore.h"
 #include "tests/faults/DocumentCheck.h"
 #include "tests/faults/FailingDisk.h"
-#include "tests/faults/FailingMemory.h"
 #include "tests/faults/UnfailingCodecs.h"
 #include "tests/session/ScriptLines.h"
 #include "tests/support/LayerPictures.h"
 #include "tests/support/MemoryFiles.h"
 #include "tests/support/NoPlaces.h"
+#include "tests/support/Session.h"
 #include "tests/support/TempFolder.h"
+
+#include <gtest/gtest.h>
 
 #include <sstream>
 
@@ -64,6 +52,12 @@ struct CUnfailing {
     CUnfailingMemory memory;
     CUnfailingDisk disk;
 };
+
+template <class Function>
+void Unfailing(const Function& fn) {
+    const CUnfailing unfailing;
+    fn();
+}
 
 // Boxes and file dialogs are part of the platform. Nothing is saved when a window closes.
 class CUnfailingDialogs : public IMessageBoxes, public IFileDialogs {
@@ -167,12 +161,6 @@ private:
         return script;
     }
 
-    template <class Function>
-    static void Unfailing(const Function& fn) {
-        const CUnfailing unfailing;
-        fn();
-    }
-
     // An exception of a step would have been reported in a box, had the step been a message.
     void PlayStep(const TAction& fnPlay, CPlayer& player) {
         try {
@@ -194,26 +182,35 @@ private:
 
 } // namespace
 
-TPlayed PlayWithFailingMemory(uint64_t uFail) {
-    CMemoryFiles files;
-    const auto list = [&] {
-        std::vector<std::wstring> vNames;
-        for (const auto& [strName, strBytes] : files.m_mapFiles) vNames.push_back(strName);
-        return vNames;
-    };
-    return CFaultedSession<CFailingMemory>(files, list).Play(uFail);
+TEST(Faults, ASessionSurvivesEveryFailedAllocation) {
+    ExpectSurvival(80, [](uint64_t uFail) {
+        CMemoryFiles files;
+        return CFaultedSession<CFailingMemory>(files,
+                                               [&] {
+                                                   std::vector<std::wstring> vNames;
+                                                   for (const auto& [strName, strBytes] : files.m_mapFiles)
+                                                       vNames.push_back(strName);
+                                                   return vNames;
+                                               })
+            .Play(uFail);
+    });
 }
 
-TPlayed PlayOnFailingDisk(uint64_t uFail) {
-    const CTempFolder folder;
-    std::filesystem::current_path(folder.GetPath());
-    CHere places;
-    CFiles files(&places); // also writes in place
-    const auto list = [&] {
-        std::vector<std::wstring> vNames;
-        for (const auto& entry : std::filesystem::directory_iterator(folder.GetPath()))
-            vNames.push_back(entry.path().filename().wstring());
-        return vNames;
-    };
-    return CFaultedSession<CFailingDisk>(files, list).Play(uFail);
+// The current folder becomes a temporary one of the session.
+TEST(Faults, ASessionSurvivesEveryFailureOfTheDisk) {
+    ExpectSurvival(80, [](uint64_t uFail) {
+        const CTempFolder folder;
+        std::filesystem::current_path(folder.GetPath());
+        CHere places;
+        CFiles files(&places); // also writes in place
+        return CFaultedSession<CFailingDisk>(files,
+                                             [&] {
+                                                 std::vector<std::wstring> vNames;
+                                                 for (const auto& entry :
+                                                      std::filesystem::directory_iterator(folder.GetPath()))
+                                                     vNames.push_back(entry.path().filename().wstring());
+                                                 return vNames;
+                                             })
+            .Play(uFail);
+    });
 }
