@@ -25,7 +25,6 @@ public:
 
     /// The platform to pass to the session.
     const TPlatform& GetPlatform() const { return m_recorder ? m_recorder->GetPlatform() : m_platform; }
-    bool IsOn() const { return m_recorder.has_value(); }
     /// Records a script's line that bypasses the platform interface.
     void NoteLine(const std::string& strLine);
 

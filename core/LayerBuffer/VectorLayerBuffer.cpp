@@ -70,17 +70,6 @@ void CVectorLayerBuffer::InsertPath(const boost::shared_ptr<CPathObject>& spPath
     InvalidatePath(spPath->RectIncludingPath());
 }
 
-int CVectorLayerBuffer::RemovePath(const CPathObject& path) {
-    const auto it = std::find_if(m_lstPaths.begin(), m_lstPaths.end(),
-                                 [&](const auto& spPath) { return spPath.get() == &path; });
-    if (it == m_lstPaths.end()) return -1;
-    const auto idx = static_cast<int>(std::distance(m_lstPaths.begin(), it));
-    (*it)->SetLayer({});
-    InvalidatePath(path.RectIncludingPath());
-    m_lstPaths.erase(it);
-    return idx;
-}
-
 void CVectorLayerBuffer::InvalidatePath(const CRect& rc) { m_pCoverage->MarkDirty(CoveredPixels(rc)); }
 
 void CVectorLayerBuffer::SetLayerColor(TColor color, bool bHistory) {

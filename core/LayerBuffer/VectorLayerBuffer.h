@@ -26,8 +26,6 @@ public:
     /// Puts a path among the others, at the place `idx` from the bottom or on top for -1, and flags the
     /// blocks that it can touch.
     void InsertPath(const boost::shared_ptr<CPathObject>& spPath, int idx = -1);
-    /// Takes a path off; answers its place, -1 when it is not here.
-    int RemovePath(const CPathObject& path);
     /// Flags the blocks that a path's coverage reaches, to be rasterized anew.
     void InvalidatePath(const CRect& rc) override;
 

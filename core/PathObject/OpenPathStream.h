@@ -37,12 +37,9 @@ public:
     /// Base half-width.
     uint32_t GetWidth() const { return m_uWidth; }
     void SetWidth(uint32_t uWidth) { m_uWidth = uWidth; }
-    const TOutlineWave& GetWave() const { return m_wave; }
-    bool IsWaveEnabled() const { return m_bWave; }
     void SetWave(bool bEnable, const TOutlineWave& wave);
     /// In order of creation.
     const TWidthPoints& GetWidthPoints() const { return m_vWidth; }
-    void SetWidthPoints(TWidthPoints vWidth) { m_vWidth = std::move(vWidth); }
     const TTransPoints& GetTransPoints() const { return m_vTrans; }
     void SetTransPoints(TTransPoints vTrans) { m_vTrans = std::move(vTrans); }
     /// Adds a point with multiples 1.0, or a square cut, at `t`.

@@ -76,7 +76,6 @@ void CSessionPlatform::SetWatch(boost::function<void(const std::string&)> fnWatc
 
 CVirtualClock& CSessionPlatform::GetClock() { return m_pParts->m_clock; }
 CSessionWindows& CSessionPlatform::GetWindows() { return m_pParts->m_windows; }
-const CSessionSnapshots& CSessionPlatform::GetSnapshots() const { return m_pParts->m_snapshots; }
 
 std::string CSessionPlatform::GetFailure() const {
     const std::string strFailure = m_pParts->m_log.GetFailure();

@@ -58,7 +58,6 @@ public:
     /// The session's own windows.
     CSessionWindows& GetWindows();
     /// The snapshots in memory; empty when the session was given a store.
-    const CSessionSnapshots& GetSnapshots() const;
 
 private:
     struct TParts;

@@ -2,8 +2,7 @@
 
 #include "system/pictures/Pictures.h"
 
-void CSessionClipboard::SetText(const std::wstring& strText) {
-    m_strText = strText;
+void CSessionClipboard::SetText(const std::wstring&) {
     m_spPicture.reset();
     ++m_uChanges;
 }
@@ -11,7 +10,6 @@ void CSessionClipboard::SetText(const std::wstring& strText) {
 bool CSessionClipboard::SetPicture(IBitmap& bitmap) {
     const auto spCopy = CopyPicture(bitmap);
     if (!spCopy) return false;
-    m_strText.clear();
     m_spPicture = spCopy;
     ++m_uChanges;
     return true;

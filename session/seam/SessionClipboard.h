@@ -4,7 +4,7 @@
 #include "core/Platform/Bitmap.h"
 #include "core/Platform/System.h"
 
-/// A private clipboard of the session.
+/// A private clipboard of the session. Nobody in it reads text.
 class CSessionClipboard : public IClipboard {
 public:
     void SetText(const std::wstring& strText) override;
@@ -12,10 +12,8 @@ public:
     bool HasPicture() override { return m_spPicture != nullptr; }
     boost::shared_ptr<IBitmap> GetPicture() override;
     uint32_t GetChangeCount() override { return m_uChanges; }
-    const std::wstring& GetText() const { return m_strText; }
 
 private:
-    std::wstring m_strText;
     boost::shared_ptr<IBitmap> m_spPicture;
     uint32_t m_uChanges = 0;
 };

@@ -30,8 +30,7 @@ CRect TileRect(CSize szArea, int32_t n, int32_t nCount, bool bStacked) {
 
 CSessionMainWindow::CSessionMainWindow(IMessageQueue& queue, IWindowClient& client,
                                        const TMainWindowSetup& setup)
-    : CSessionWindow(queue, client, setup.strTitle, setup.vMenu, CRect({0, 0}, FRAME_SIZE)),
-      m_vToolBar(setup.vToolBar) {}
+    : CSessionWindow(queue, client, setup.strTitle, setup.vMenu, CRect({0, 0}, FRAME_SIZE)) {}
 
 void CSessionMainWindow::Destroy() {
     if (m_bDestroyed) return;

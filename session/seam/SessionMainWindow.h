@@ -60,9 +60,7 @@ public:
     /// Creates a real window that shows this one.
     void ShowIn(const std::function<IMainWindow*(IWindowClient&)>& fnCreate);
 
-    const CCommandLooks& GetMenuLooks() const { return m_menuLooks; }
     const CCommandLooks& GetToolBarLooks() const { return m_toolBarLooks; }
-    const std::vector<int>& GetToolBar() const { return m_vToolBar; }
     const std::vector<std::wstring>& GetRecentFiles() const { return m_vRecent; }
     const std::vector<std::wstring>& GetZoomItems() const { return m_vZoomItems; }
     /// Text of status pane 0 or 1.
@@ -81,7 +79,6 @@ private:
     CCommandLooks m_menuLooks{[this] { return m_shown.Get() ? &m_shown.Get()->GetMenuLook() : nullptr; }};
     CCommandLooks m_toolBarLooks{
         [this] { return m_shown.Get() ? &m_shown.Get()->GetToolBarLook() : nullptr; }};
-    std::vector<int> m_vToolBar;
     std::vector<std::wstring> m_vRecent;
     std::vector<std::wstring> m_vZoomItems;
     int m_nZoomItem = -1;
