@@ -40,8 +40,7 @@ public:
 protected:
     void OnLeave() override;
     void OnShow() override { ShowPanel(true); }
-    /// A panel only hides, without a question.
-    void closeEvent(QCloseEvent* pEvent) override { QDockWidget::closeEvent(pEvent); }
+    bool HidesOnClose() const override { return true; }
     bool event(QEvent* pEvent) override;
     void keyPressEvent(QKeyEvent* pEvent) override;
 

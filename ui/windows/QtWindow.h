@@ -89,8 +89,10 @@ protected:
     /// Called first when the window is destroyed.
     virtual void OnLeave() = 0;
     virtual void OnShow() = 0;
-    /// The client decides whether the window closes.
+    /// True for a window that the user only hides; otherwise the client decides whether it closes.
+    virtual bool HidesOnClose() const { return false; }
     void closeEvent(QCloseEvent* pEvent) override {
+        if (HidesOnClose()) return Widget::closeEvent(pEvent);
         pEvent->ignore();
         m_life.Post(EMessage::Close);
     }
