@@ -91,6 +91,7 @@ public:
             const int32_t nRows = m_here.nOwn == 0 ? 1 : SIDE; // uniform tiles change only in their first row
             for (int32_t n = 0; n < nRows; ++n) TraceRow(nRow * SIDE, n);
         }
+        Flush();
         return m_rcBound;
     }
 
@@ -175,7 +176,7 @@ private:
         EmitRuns(pt, uEdge & ~uRunsOn, uEdgeBefore & ~uRunsOn);
         for (uint32_t u = uSideAbove & ~uFallsOn; u; u &= u - 1) {
             const int32_t x = pt.x + std::countr_zero(u);
-            m_lstOutline.push_back({x, m_vBegin[CountOf(x)], x, pt.y});
+            Append({x, m_vBegin[CountOf(x)], x, pt.y});
         }
         for (uint32_t u = uSide & ~uFallsOn; u; u &= u - 1)
             m_vBegin[CountOf(pt.x + std::countr_zero(u))] = pt.y;
@@ -188,14 +189,27 @@ private:
                 m_nRun = pt.x + std::countr_zero(uBegins);
                 uBegins &= uBegins - 1;
             }
-            m_lstOutline.push_back({m_nRun, pt.y, pt.x + std::countr_zero(uEnds), pt.y});
+            Append({m_nRun, pt.y, pt.x + std::countr_zero(uEnds), pt.y});
             m_nRun = -1;
         }
         if (uBegins) m_nRun = pt.x + std::countr_zero(uBegins);
     }
 
+    // Noise has millions of pieces: the list takes many at a time.
+    void Append(const TOutlineSegment& piece) {
+        if (m_nPieces == m_aPieces.size()) Flush();
+        m_aPieces[m_nPieces++] = piece;
+    }
+    void Flush() {
+        m_lstOutline.insert(m_lstOutline.end(), m_aPieces.begin(),
+                            m_aPieces.begin() + static_cast<ptrdiff_t>(m_nPieces));
+        m_nPieces = 0;
+    }
+
     const CAlphaBufferImpl<uint8_t>& m_mask;
     TOutlineList& m_lstOutline;
+    std::array<TOutlineSegment, 512> m_aPieces; ///< not yet in the list
+    size_t m_nPieces = 0;
     int32_t m_nColumns; ///< includes the one outside
     TBlockRow m_above;
     TBlockRow m_here;
