@@ -159,13 +159,15 @@ bool CCellCounter::GetEdges(int32_t y, int32_t nRows, std::vector<TFillEdge>& vE
 void CCellCounter::Reach(int32_t nPixel, CCountRow& row) {
     if (nPixel < m_nChanged) return;
     int16_t* pDifference = m_vDifference.data() + 1;
-    for (; m_nNext < m_nChanged; ++m_nNext) {
-        m_nCount += pDifference[m_nNext];
-        pDifference[m_nNext] = 0;
-        row.Set(m_nNext, static_cast<uint8_t>(std::min(m_nCount, 255)));
+    int32_t nNext = m_nNext, nCount = m_nCount;
+    for (const int32_t nEnd = m_nChanged; nNext < nEnd; ++nNext) {
+        nCount += pDifference[nNext];
+        pDifference[nNext] = 0;
+        row.Set(nNext, static_cast<uint8_t>(std::min(nCount, 255)));
     }
-    if (m_nCount != 0 && m_nNext < nPixel)
-        row.SetEven(m_nNext, nPixel, static_cast<uint8_t>(std::min(m_nCount, 255)));
+    if (nCount != 0 && nNext < nPixel)
+        row.SetEven(nNext, nPixel, static_cast<uint8_t>(std::min(nCount, 255)));
+    m_nCount = nCount;
     m_nNext = m_nChanged = nPixel;
 }
 
@@ -176,12 +178,13 @@ void CCellCounter::WriteEdge(const TActive& active, CCountRow& row) {
     m_anWinding[0] += active.nDirection;
     const int32_t nSign = SignOf(nBefore, m_anWinding[0]);
     const int32_t nLast = active.sums.nMax >> 4;
-    row.Mark(std::max(m_nNext - 1, 0), nLast + 1);
-    for (uint64_t uSums = active.sums.uSums; m_nNext <= nLast; uSums >>= 16, ++m_nNext) {
+    int32_t nNext = m_nNext;
+    row.Mark(std::max(nNext - 1, 0), nLast + 1);
+    for (uint64_t uSums = active.sums.uSums; nNext <= nLast; uSums >>= 16, ++nNext) {
         const auto nSet = static_cast<int32_t>(uSums & 0xFFFF);
-        row.Set(m_nNext, static_cast<uint8_t>(std::min(nSign > 0 ? nSet : FULL - nSet, 255)));
+        row.Set(nNext, static_cast<uint8_t>(std::min(nSign > 0 ? nSet : FULL - nSet, 255)));
     }
-    m_nChanged = m_nNext;
+    m_nChanged = m_nNext = nNext;
     m_nCount = nSign > 0 ? FULL : 0;
 }
 
@@ -245,17 +248,23 @@ void CCellCounter::Pass(int32_t nCell, int32_t nStep, int32_t& nWinding) {
 }
 
 void CCellCounter::CountSorted(size_t nFrom, size_t nTo) {
+    constexpr size_t FEW = 16; // as many are in order, or nearly, more often than not
+    if (m_vKeys.size() < nTo - nFrom) m_vKeys.resize(nTo - nFrom);
+    int32_t* const pKeys = m_vKeys.data();
     for (int32_t nRow = 0; nRow < ROWS; ++nRow) {
-        m_vKeys.clear();
+        int32_t* pEnd = pKeys;
         for (size_t n = nFrom; n < nTo; ++n) {
             const TActive& active = m_vActive[n];
             if (nRow < active.nTop || nRow >= active.nEnd) continue;
-            m_vKeys.push_back(active.GetCell(nRow) * 4 + active.nDirection + 1);
+            const int32_t nKey = active.GetCell(nRow) * 4 + active.nDirection + 1;
+            int32_t* pKey = pEnd++;
+            for (; nTo - nFrom <= FEW && pKey > pKeys && pKey[-1] > nKey; --pKey) *pKey = pKey[-1];
+            *pKey = nKey;
         }
         // At one cell the order does not matter: a span that begins and ends there has no width.
-        if (m_vKeys.size() > 1) std::sort(m_vKeys.begin(), m_vKeys.end());
+        if (nTo - nFrom > FEW) std::sort(pKeys, pEnd);
         int32_t& nWinding = m_anWinding[static_cast<size_t>(nRow)];
-        for (const int32_t nKey : m_vKeys) Pass(nKey >> 2, (nKey & 3) - 1, nWinding);
+        for (const int32_t* pKey = pKeys; pKey != pEnd; ++pKey) Pass(*pKey >> 2, (*pKey & 3) - 1, nWinding);
     }
 }
 

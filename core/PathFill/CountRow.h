@@ -14,13 +14,15 @@ class CCountRow {
 public:
     static constexpr int32_t RUN = 16;
 
-    /// Creates an empty row of `nWidth` pixels and one more on either side.
+    /// Creates an empty row of at least `nWidth` pixels and one more on either side. A row that is wide
+    /// enough is only cleared.
     void Create(int32_t nWidth) {
+        Clear();
         const auto nRuns = static_cast<size_t>(nWidth / RUN + 3);
-        m_vValues.assign((nRuns + 2) * RUN, 0);
-        m_vEven.assign(nRuns, 0);
-        m_vMarks.assign(nRuns / 64 + 1, 0);
-        m_nFirstRun = m_nEndRun = 0;
+        if (nRuns <= m_vEven.size()) return;
+        m_vValues.resize((nRuns + 2) * RUN);
+        m_vMarks.resize(nRuns / 64 + 1);
+        m_vEven.resize(nRuns);
     }
     void Clear();
     bool IsEmpty() const { return m_nFirstRun == m_nEndRun; }

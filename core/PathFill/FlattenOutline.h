@@ -15,6 +15,7 @@
 #include "core/RasterKernel/CrossingKernel.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cstdint>
 #include <span>
@@ -32,7 +33,8 @@ struct TCurve {
     int64_t y[4];
 };
 
-/// Passes lines to `Sink`: AddLine(x0, y0, x1, y1), sixteenths of a cell, in the order of the outline.
+/// Passes lines to `Sink`: AddLines(xs, ys, count) with count + 1 points, sixteenths of a cell, in the order
+/// of the outline.
 template <class Sink>
 class CFlattener {
 public:
@@ -100,7 +102,9 @@ private:
 
     void FollowAside(const TCurve& curve) {
         const auto clip = [&](int64_t y) { return ToLine(std::clamp(y, m_nTop, m_nBottom)); };
-        m_sink.AddLine(ToLine(m_nLeft), clip(curve.y[0]), ToLine(m_nLeft), clip(curve.y[3]));
+        const int32_t anX[] = {ToLine(m_nLeft), ToLine(m_nLeft)};
+        const int32_t anY[] = {clip(curve.y[0]), clip(curve.y[3])};
+        m_sink.AddLines(anX, anY, 1);
     }
 
     void Halve(const TCurve& curve) {
@@ -187,15 +191,21 @@ private:
         const int nShift = 3 * count.k + CURVE_BITS - LINE_BITS;
         TSteps x(curve.x, count.n);
         TSteps y(curve.y, count.n);
-        int32_t x0 = x.template Get<bThree>(nShift);
-        int32_t y0 = y.template Get<bThree>(nShift);
-        for (int64_t i = 0; i < count.n; ++i) {
-            x.Next();
-            y.Next();
-            const int32_t x1 = x.template Get<bThree>(nShift);
-            const int32_t y1 = y.template Get<bThree>(nShift);
-            m_sink.AddLine(x0, y0, x1, y1);
-            x0 = x1, y0 = y1;
+        std::array<int32_t, 33> anX, anY;
+        anX[0] = x.template Get<bThree>(nShift);
+        anY[0] = y.template Get<bThree>(nShift);
+        for (int64_t nDone = 0; nDone < count.n;) {
+            const auto nLines = static_cast<size_t>(std::min<int64_t>(count.n - nDone, anX.size() - 1));
+            for (size_t i = 1; i <= nLines; ++i) {
+                x.Next();
+                y.Next();
+                anX[i] = x.template Get<bThree>(nShift);
+                anY[i] = y.template Get<bThree>(nShift);
+            }
+            m_sink.AddLines(anX.data(), anY.data(), nLines);
+            anX[0] = anX[nLines];
+            anY[0] = anY[nLines];
+            nDone += static_cast<int64_t>(nLines);
         }
     }
 

@@ -28,23 +28,26 @@ public:
     /// columns are clamped to their ends.
     void Clear(const CRect& rcCells) {
         m_rcCells = rcCells;
-        m_nCells = 0;
+        m_vLines.clear(); // a failed fill may have left some
+        m_nCrossed = m_nCells = 0;
         m_uOutline = 0;
         m_vChains.clear();
     }
     /// Starts another outline for the lines that follow.
     void BeginOutline() { ++m_uOutline; }
-    void AddLine(int32_t x0, int32_t y0, int32_t x1, int32_t y1) {
-        const int32_t yA = RowFrom(y0);
-        const int32_t yB = RowFrom(y1);
-        if (yA == yB) return;
-        const bool bBeyond =
-            std::min(x0, x1) < m_rcCells.left * UNIT || std::max(x0, x1) > m_rcCells.right * UNIT;
-        if (yA < yB)
-            Add(x0, y0, SlopeOf(x1 - x0, y1 - y0), yA, yB, 1);
-        else
-            Add(x1, y1, SlopeOf(x0 - x1, y0 - y1), yB, yA, -1);
-        if (bBeyond) ClampLast();
+    /// Adds the lines between consecutive points, `nLines` + 1 of them.
+    void AddLines(const int32_t* pX, const int32_t* pY, size_t nLines) {
+        for (size_t n = 0; n < nLines; ++n) {
+            const int32_t yA = RowFrom(pY[n]);
+            const int32_t yB = RowFrom(pY[n + 1]);
+            if (yA == yB) continue;
+            const bool bDown = yA < yB;
+            const size_t nUpper = bDown ? n : n + 1, nLower = bDown ? n + 1 : n;
+            const int32_t x = pX[nUpper], y = pY[nUpper];
+            Add({x, y, pX[nLower] - x, pY[nLower] - y, 0, bDown ? 1 : -1, 0}, std::min(yA, yB),
+                std::max(yA, yB));
+        }
+        Cross();
     }
     const std::vector<TChain>& GetChains() const { return m_vChains; }
     /// The crossings of a chain from row `yTop` to before `yEnd`; in reverse order for a chain that runs
@@ -55,31 +58,35 @@ public:
     }
 
 private:
-    static constexpr int SLOPE_BITS = CROSSING_BITS - LINE_BITS;
-    static constexpr int32_t UNIT = 1 << LINE_BITS;
+    static constexpr int32_t UNIT = TCrossingLine::UNIT;
 
     // The first row whose centre is at or below y.
     static int32_t RowFrom(int32_t y) { return (y + UNIT / 2 - 1) >> LINE_BITS; }
-    // The slope, rounded down by less than 3 units: the quotient, of 47 bits, is rounded by less than one.
-    static int64_t SlopeOf(int32_t dx, int32_t dy) {
-        return static_cast<int64_t>(dx * static_cast<double>(int64_t{1} << SLOPE_BITS) / dy) - 2;
-    }
 
-    // Adds a line whose upper end is (x, y).
-    void Add(int32_t x, int32_t y, int64_t nSlope, int32_t yTop, int32_t yEnd, int32_t nDirection) {
-        m_nLast = m_nCells;
+    // Adds a line that crosses the rows from yTop to before yEnd.
+    void Add(TCrossingLine line, int32_t yTop, int32_t yEnd) {
         yTop = std::max(yTop, m_rcCells.top);
         yEnd = std::min(yEnd, m_rcCells.bottom);
         if (yTop >= yEnd) return;
-        const int32_t yFirst = nDirection > 0 ? yTop : yEnd - 1;
-        int64_t nX = x * (int64_t{1} << SLOPE_BITS) + nSlope * (yFirst * UNIT + UNIT / 2 - y);
-        nX += (int64_t{UNIT / 2} << SLOPE_BITS) - 1; // to the first centre at or right of it
-        // Values written beyond the last row are overwritten by the next line.
-        constexpr size_t BLOCK = 16;
-        m_nCells += static_cast<size_t>(yEnd - yTop);
-        if (m_nCells + BLOCK > m_vCells.size()) m_vCells.resize((m_nCells + BLOCK) * 2);
-        m_kernels.pCross(m_vCells.data() + m_nLast, nX, nSlope * UNIT * nDirection, m_nCells - m_nLast);
-        Append(yTop, yEnd, nDirection);
+        line.nRow = line.nStep > 0 ? yTop : yEnd - 1;
+        line.nCount = static_cast<size_t>(yEnd - yTop);
+        m_vLines.push_back(line);
+        Append(yTop, yEnd, line.nStep);
+        m_nCells += line.nCount;
+        if (std::min(line.x, line.x + line.dx) < m_rcCells.left * UNIT ||
+            std::max(line.x, line.x + line.dx) > m_rcCells.right * UNIT) {
+            Cross();
+            for (size_t n = m_nCells - line.nCount; n < m_nCells; ++n)
+                m_vCells[n] = std::clamp(m_vCells[n], m_rcCells.left, m_rcCells.right);
+        }
+    }
+    // Writes the crossings of the lines that wait. The kernel's surplus is overwritten by the next ones.
+    void Cross() {
+        constexpr size_t SURPLUS = 16;
+        if (m_nCells + SURPLUS > m_vCells.size()) m_vCells.resize((m_nCells + SURPLUS) * 2);
+        m_kernels.pCrossLines(m_vCells.data() + m_nCrossed, m_vLines.data(), m_vLines.size());
+        m_vLines.clear();
+        m_nCrossed = m_nCells;
     }
     // Appends the last line to the last chain or begins a new chain with it.
     void Append(int32_t yTop, int32_t yEnd, int32_t nDirection) {
@@ -95,18 +102,15 @@ private:
                 return;
             }
         }
-        m_vChains.push_back({yTop, yEnd, nDirection, m_nLast, m_uOutline});
-    }
-    void ClampLast() {
-        for (size_t n = m_nLast; n < m_nCells; ++n)
-            m_vCells[n] = std::clamp(m_vCells[n], m_rcCells.left, m_rcCells.right);
+        m_vChains.push_back({yTop, yEnd, nDirection, m_nCells, m_uOutline});
     }
 
     const TCrossingKernels& m_kernels = CrossingKernels();
     CRect m_rcCells;
     uint32_t m_uOutline = 0;
-    size_t m_nCells = 0;
-    size_t m_nLast = 0;            ///< the last line's first crossing
-    std::vector<int32_t> m_vCells; ///< m_nCells crossings in the order of the outline, and spare room
+    std::vector<TCrossingLine> m_vLines; ///< not yet crossed
+    size_t m_nCrossed = 0;               ///< crossings written
+    size_t m_nCells = 0;                 ///< and those of the lines that wait
+    std::vector<int32_t> m_vCells;       ///< crossings in the order of the outline, and spare room
     std::vector<TChain> m_vChains;
 };

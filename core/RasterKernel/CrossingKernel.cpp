@@ -6,8 +6,13 @@
 
 namespace {
 
-void Cross(int32_t* pCells, int64_t nX, int64_t nStep, size_t nCount) {
-    for (size_t n = 0; n < nCount; ++n, nX += nStep) pCells[n] = static_cast<int32_t>(nX >> CROSSING_BITS);
+void CrossLines(int32_t* pCells, const TCrossingLine* pLines, size_t nLines) {
+    for (const TCrossingLine* pEnd = pLines + nLines; pLines != pEnd; ++pLines) {
+        const int64_t nSlope = pLines->GetSlope();
+        int64_t nX = pLines->GetFirst(nSlope);
+        for (size_t n = 0; n < pLines->nCount; ++n, nX += pLines->GetStep(nSlope))
+            *pCells++ = static_cast<int32_t>(nX >> CROSSING_BITS);
+    }
 }
 
 TCrossingSums Sum(const int32_t* pCells, size_t nCount) {
@@ -29,7 +34,7 @@ void SumBlocks(TCrossingSums* pSums, const int32_t* pCells, ptrdiff_t nStep, siz
 } // namespace
 
 const TCrossingKernels& PlainCrossingKernels() {
-    static constexpr TCrossingKernels kernels{Cross, Sum, SumBlocks};
+    static constexpr TCrossingKernels kernels{CrossLines, Sum, SumBlocks};
     return kernels;
 }
 

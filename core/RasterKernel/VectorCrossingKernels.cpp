@@ -27,24 +27,29 @@ using D8 = hn::Full128<uint8_t>;
 using D64 = hn::Full128<uint64_t>;
 
 // A crossing's whole cells lie in the upper halves of its 64 bits.
-void Cross(int32_t* pCells, int64_t nX, int64_t nStep, size_t nCount) {
+void CrossLines(int32_t* pCells, const TCrossingLine* pLines, size_t nLines) {
     const hn::CappedTag<int64_t, 8> d;
     const hn::Repartition<int32_t, decltype(d)> d32;
+    const hn::Repartition<uint32_t, decltype(d)> dHalves;
     const size_t nLanes = hn::Lanes(d);
-    const auto iota = hn::Iota(d, 0);
-    auto first = hn::Set(d, nX);
-    // The lane's index times the step, bit by bit, because 64-bit products are slow.
-    for (size_t nBit = 1; nBit < nLanes; nBit *= 2) {
-        const auto bit = hn::Set(d, static_cast<int64_t>(nBit));
-        const auto step = hn::Set(d, static_cast<int64_t>(nBit) * nStep);
-        first = hn::Add(first, hn::IfThenElseZero(hn::Eq(hn::And(iota, bit), bit), step));
-    }
-    const auto next = hn::Set(d, static_cast<int64_t>(nLanes) * nStep);
-    for (size_t n = 0; n < nCount; n += 2 * nLanes) {
-        const auto second = hn::Add(first, next);
-        const auto cells = hn::ConcatOdd(d32, hn::BitCast(d32, second), hn::BitCast(d32, first));
-        hn::StoreU(hn::ShiftRight<CROSSING_BITS - 32>(cells), d32, pCells + n);
-        first = hn::Add(second, next);
+    const auto iota = hn::BitCast(dHalves, hn::Iota(d, 0));
+    // A lane's index times `n`, by its halves, because 64-bit products are slow.
+    const auto timesLane = [&](int64_t n) HWY_ATTR {
+        return hn::BitCast(d, hn::MulEven(iota, hn::BitCast(dHalves, hn::Set(d, n))));
+    };
+    for (const TCrossingLine* pEnd = pLines + nLines; pLines != pEnd; ++pLines) {
+        const int64_t nSlope = pLines->GetSlope();
+        const int64_t nStep = pLines->GetStep(nSlope);
+        const auto steps = hn::Add(timesLane(nStep), hn::ShiftLeft<32>(timesLane(nStep >> 32)));
+        const auto next = hn::Set(d, static_cast<int64_t>(nLanes) * nStep);
+        auto first = hn::Add(hn::Set(d, pLines->GetFirst(nSlope)), steps);
+        for (size_t n = 0; n < pLines->nCount; n += 2 * nLanes) {
+            const auto second = hn::Add(first, next);
+            const auto cells = hn::ConcatOdd(d32, hn::BitCast(d32, second), hn::BitCast(d32, first));
+            hn::StoreU(hn::ShiftRight<CROSSING_BITS - 32>(cells), d32, pCells + n);
+            first = hn::Add(second, next);
+        }
+        pCells += pLines->nCount;
     }
 }
 
@@ -90,7 +95,7 @@ void SumBlocks(TCrossingSums* pSums, const int32_t* pCells, ptrdiff_t nStep, siz
 }
 
 const TCrossingKernels* GetCrossingKernels() {
-    static constexpr TCrossingKernels kernels{Cross, Sum, SumBlocks};
+    static constexpr TCrossingKernels kernels{CrossLines, Sum, SumBlocks};
     return &kernels;
 }
 

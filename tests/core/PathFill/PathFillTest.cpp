@@ -10,7 +10,9 @@ using TPlane = CAlphaBufferImpl<uint8_t>;
 
 struct TLines {
     std::vector<std::array<int64_t, 4>> vLines; ///< x and y of either end
-    void AddLine(int32_t x0, int32_t y0, int32_t x1, int32_t y1) { vLines.push_back({x0, y0, x1, y1}); }
+    void AddLines(const int32_t* pX, const int32_t* pY, size_t nLines) {
+        for (size_t n = 0; n < nLines; ++n) vLines.push_back({pX[n], pY[n], pX[n + 1], pY[n + 1]});
+    }
 };
 
 // The lines that cross the row of cells' centres left of each cell's centre, at or beside it.
