@@ -1,4 +1,5 @@
-// A whole canvas: resolving to the screen compared with memcpy, composing, flattening, panning. One thread.
+// A whole canvas: resolving to the screen compared with memcpy, composing, flattening, panning. One thread,
+// unless a benchmark tells how many.
 #include "core/CanvasBuffer/CanvasBuffer.h"
 #include "core/CanvasFrame/CanvasScreen.h"
 #include "core/LayerBuffer/RasterLayerBuffer.h"
@@ -54,6 +55,16 @@ size_t CountTiles(CCanvasBuffer& canvas) {
     return nTiles;
 }
 
+// A filled rectangle that leaves so many pixels of the canvas on every side.
+boost::shared_ptr<CClosedPathObject> MakeFrame(int32_t n) {
+    const auto spPath = boost::make_shared<CClosedPathObject>();
+    const CRect rc(n, n, CANVAS.cx - n, CANVAS.cy - n);
+    for (const CPoint pt :
+         {CPoint{rc.left, rc.top}, {rc.right, rc.top}, {rc.right, rc.bottom}, {rc.left, rc.bottom}})
+        spPath->AppendControlPoint({pt.x * 8, pt.y * 8});
+    return spPath;
+}
+
 CCanvasView MakeView(CSize szCanvas = CANVAS) {
     CCanvasView view;
     view.SetCanvasSize(szCanvas);
@@ -105,6 +116,27 @@ void Repaint(benchmark::State& state, bool bStale) {
         screen.Drop();
         state.ResumeTiming();
         screen.Refresh(*spCanvas, view);
+    }
+}
+
+// Composes all blocks of a 4K window on so many threads: 9 layers, and a path over them.
+void ComposeView(benchmark::State& state) {
+    const auto spCanvas = MakeCanvas(9, true);
+    const auto spVector = CreateVectorLayer(spCanvas);
+    spVector->InsertPath(MakeFrame(100));
+    spCanvas->GetRoot().AddLayer(spVector, -1, false);
+    std::vector<CPoint> vBlocks;
+    spCanvas->GetComposite().ForEachBlockIn(CRect({0, 0}, SCREEN_4K),
+                                            [&](CPoint pt) { vBlocks.push_back(pt); });
+    spCanvas->ComposeAll();
+    for (auto _ : state) {
+        state.PauseTiming();
+        for (const TLayerPtr& spLayer : spCanvas->GetRoot().GetChildren())
+            spLayer->GetPicture().MarkAllDirty();
+        spVector->InvalidatePath(CRect(0, 0, CANVAS.cx * 8, CANVAS.cy * 8));
+        spCanvas->FlushCanvasUpdates();
+        state.ResumeTiming();
+        ComposeBlocks(*spCanvas, vBlocks, static_cast<size_t>(state.range(0)), {});
     }
 }
 
@@ -213,9 +245,7 @@ void HiddenPath(benchmark::State& state) {
     const auto spLayer = CreateVectorLayer(spCanvas);
     spLayer->SetVisible(false);
     spCanvas->GetRoot().AddLayer(spLayer, -1, false);
-    const auto spPath = boost::make_shared<CClosedPathObject>();
-    for (const CPoint pt : {CPoint{10, 10}, {3900, 10}, {3900, 2900}, {10, 2900}})
-        spPath->AppendControlPoint({pt.x * 8, pt.y * 8});
+    const auto spPath = MakeFrame(10);
     spLayer->InsertPath(spPath);
     const CCanvasView view = MakeView();
     CCanvasScreen screen;
@@ -292,6 +322,7 @@ BENCHMARK(FlattenUnchanged)->Unit(benchmark::kMillisecond);
 BENCHMARK(FlattenOneBlock)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(Repaint, composed, false)->Arg(3)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(Repaint, stale, true)->Arg(1)->Arg(3)->Arg(9)->Unit(benchmark::kMillisecond);
+BENCHMARK(ComposeView)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(Pan)->Unit(benchmark::kMillisecond);
 BENCHMARK(UnchangedEvent)->Arg(1)->Arg(100)->Unit(benchmark::kMillisecond);
 BENCHMARK(OpacityStep)->Unit(benchmark::kMillisecond);

@@ -8,7 +8,10 @@
 
 #include <boost/enable_shared_from_this.hpp>
 
+#include <functional>
+#include <span>
 #include <string>
+#include <vector>
 
 /// Largest side of a canvas that the user can create, in pixels.
 constexpr int MAX_CANVAS_SIDE = 12000;
@@ -118,3 +121,12 @@ boost::shared_ptr<CCanvasBuffer> CreateCanvas(CSize sz, bool bColor = true);
 
 /// Composes the block at pixel (x, y) if it is stale.
 void ComposeBlock(CCanvasBuffer& canvas, int32_t x, int32_t y);
+
+/// How many threads are worth while for so many blocks: 1 for the few that a pen's event changes.
+size_t ThreadsForBlocks(size_t nBlocks);
+
+/// Composes the blocks that begin at these pixels, all distinct, and calls `fnDone(pixel)` behind each, on
+/// the same thread: distinct blocks' calls run at once. Raises the first failure when every call has ended;
+/// blocks that failed or had not begun stay stale.
+void ComposeBlocks(CCanvasBuffer& canvas, std::span<const CPoint> blocks, size_t nThreads,
+                   const std::function<void(CPoint)>& fnDone);

@@ -92,14 +92,17 @@ std::vector<CRect> CCanvasScreen::Refresh(CCanvasBuffer& canvas, const CCanvasVi
         bAll = true;
     }
     if (bAll) DrawSurround(map);
+    std::vector<CPoint> vBlocks;
     ForEachBlockUnder(map.ToCanvas(map.GetTargetRect()), [&](int32_t x, int32_t y) {
-        if (!m_spDirty->At(x, y)) return;
-        const CPoint pt = canvas.GetComposite().BlockCorner(x, y);
-        ComposeBlock(canvas, pt.x, pt.y);
-        canvas.GetComposite().DrawBlockToScreen(*m_pBuffer, map, pt);
-        m_spDirty->Clear(x, y);
-        changed(map.ToTarget(CRect(pt, DEFAULT_BLOCKSIZE)));
+        if (m_spDirty->At(x, y)) vBlocks.push_back(canvas.GetComposite().BlockCorner(x, y));
     });
+    // The target pixels of distinct blocks are distinct.
+    const auto draw = [&](CPoint pt) { canvas.GetComposite().DrawBlockToScreen(*m_pBuffer, map, pt); };
+    ComposeBlocks(canvas, vBlocks, ThreadsForBlocks(vBlocks.size()), draw);
+    for (const CPoint pt : vBlocks) {
+        m_spDirty->Clear(pt.x / DEFAULT_BLOCKSIZE.cx, pt.y / DEFAULT_BLOCKSIZE.cy);
+        changed(map.ToTarget(CRect(pt, DEFAULT_BLOCKSIZE)));
+    }
     m_spDirty->ForgetNew(); // what is out of sight is flagged until it is scrolled into it
     if (bAll) return {CRect({0, 0}, szClient)};
     return vChanged;

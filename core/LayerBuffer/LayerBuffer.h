@@ -97,8 +97,11 @@ public:
     CLayerPicture& GetPicture() { return m_picture; }
     const boost::shared_ptr<CRasterBuffer>& GetDrawBuffer() const { return m_picture.GetDrawBuffer(); }
     /// Brings what RenderOwn paints from up to date at the block of `pt` and clears its flags. True when
-    /// there is something to paint.
+    /// there is something to paint. Distinct blocks may be prepared and rendered by distinct threads, unless
+    /// PreparesTogether: then each must have been prepared before.
     virtual bool PrepareOwn(CPoint) { return false; }
+    /// True when PrepareOwn prepares blocks beside the one of `pt` too.
+    virtual bool PreparesTogether() const { return false; }
     /// Paints the layer's own content, prepared before, into a cleared tile of either kind, also while the
     /// layer is hidden.
     virtual void RenderOwn(CRasterBlockBuffer&) const {}

@@ -75,8 +75,16 @@ void CLayerPicture::UpdateBlock(CPoint pt) {
         m_layer.RenderOwn(*spTile);
         PaintChildren(*spTile, [&](CLayerPicture& child) { child.DrawBlock(*spTile); });
     }
-    m_pThumbnail->SetDirty({pt.x / m_nThumbScale, pt.y / m_nThumbScale});
+    m_pThumbnail->GetDirty().SetAside(pt.x / DEFAULT_BLOCKSIZE.cx, pt.y / DEFAULT_BLOCKSIZE.cy);
     m_pDrawBuffer->ClearDirty(pt);
+}
+
+void CLayerPicture::PrepareBlocks(std::span<const CPoint> blocks) {
+    if (m_layer.IsPassThrough() && !m_layer.IsVisible()) return;
+    if (m_layer.PreparesTogether() && m_layer.PaintsOwn())
+        for (const CPoint pt : blocks)
+            if (m_pDrawBuffer->DirtyAt(pt)) m_layer.PrepareOwn(pt);
+    for (const TLayerPtr& spChild : m_layer.GetChildren()) PictureOf(spChild).PrepareBlocks(blocks);
 }
 
 void CLayerPicture::RefreshBlock(CPoint pt) {

@@ -3,6 +3,7 @@
 
 #include "core/RasterBuffer/RasterBuffer.h"
 
+#include <span>
 #include <vector>
 
 class CLayerBuffer;
@@ -27,7 +28,11 @@ public:
     /// The picture reduced by ThumbnailScale, as far as the draw buffer is up to date.
     const boost::shared_ptr<CRasterBuffer>& GetThumbnail();
 
-    /// Rebuilds the draw buffer's tile at `pt` if it is stale; where nothing paints there is no tile.
+    /// Prepares what layers here and below can only prepare for several blocks at once. Then UpdateBlock may
+    /// be called for distinct ones of these blocks by distinct threads.
+    void PrepareBlocks(std::span<const CPoint> blocks);
+    /// Rebuilds the draw buffer's tile at `pt` if it is stale; where nothing paints there is no tile. A block
+    /// that fails stays stale.
     void UpdateBlock(CPoint pt);
     /// Brings the tile at `dest`'s position up to date and, if the layer is visible, blends it into `dest`.
     void DrawBlock(CRasterBlockBuffer& dest);

@@ -4,7 +4,7 @@
 #include "core/RasterBuffer/RasterBuffer.h"
 
 /// A stroke in progress, floating pixels, a transform's preview. Blocks are told by their corners in the
-/// layer's plane.
+/// layer's plane. CoversBlock, PaintInto and ClearFlag are called for distinct blocks by distinct threads.
 class IRasterOverlay {
 public:
     virtual ~IRasterOverlay() = default;

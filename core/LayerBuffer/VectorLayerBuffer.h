@@ -11,6 +11,7 @@ public:
     void Deserialize(CDeserializer& reader, const TCanvasPtr& spCanvas) override;
     void Create(const TCanvasPtr& spCanvas) override;
     bool PrepareOwn(CPoint pt) override;
+    bool PreparesTogether() const override { return true; }
     void RenderOwn(CRasterBlockBuffer& dest) const override;
     bool MayPaintAt(CPoint pt) const override;
     void GetChangeMatrix(CBoolMatrix& matrix) override;

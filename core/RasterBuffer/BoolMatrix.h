@@ -11,7 +11,7 @@
 
 /// Flags row by row, all 0 at the start. The matrix remembers which part of it was set since its flags were
 /// last passed on, so that a gather which finds nothing new costs nothing. Flags are set by one thread at a
-/// time; distinct ones may be cleared and read by distinct threads.
+/// time; distinct ones may be cleared, read and set by SetAside by distinct threads.
 class CBoolMatrix : boost::noncopyable {
 public:
     explicit CBoolMatrix(CSize sz)
@@ -34,6 +34,8 @@ public:
     void Add(int32_t x, int32_t y) {
         if (!At(x, y)) Set(x, y);
     }
+    /// Sets a flag that is never to be passed on.
+    void SetAside(int32_t x, int32_t y) { m_vFlags[Index(x, y)] = 1; }
     void Clear(int32_t x, int32_t y) { m_vFlags[Index(x, y)] = 0; }
     void Fill(bool b) {
         std::fill(m_vFlags.begin(), m_vFlags.end(), b ? 1 : 0);

@@ -1,6 +1,8 @@
 #include "core/LayerBuffer/RasterOverlay.h"
 #include "tests/support/LayerPictures.h"
 
+#include <array>
+
 namespace {
 
 constexpr CPoint FIRST{0, 0}, SECOND{96, 0};
@@ -8,6 +10,7 @@ constexpr CPoint FIRST{0, 0}, SECOND{96, 0};
 struct CMovedPixels : IRasterOverlay {
     bool CoversBlock(CPoint pt) const override { return pt == FIRST || pt == SECOND; }
     void PaintInto(CRasterBlockBuffer& work) const override {
+        if (work.GetPosition() == SECOND && m_bFails) throw std::bad_alloc();
         if (work.GetPosition() == FIRST)
             work.Clear();
         else
@@ -15,7 +18,6 @@ struct CMovedPixels : IRasterOverlay {
     }
     bool MergeInto(CRasterBuffer& raster, CPoint pt) const override {
         if (!CoversBlock(pt)) return false;
-        if (pt == SECOND && m_bFails) throw std::bad_alloc();
         PaintInto(*raster.GetWritableBlock(pt));
         return true;
     }
@@ -68,12 +70,26 @@ TEST_F(RasterOverlay, BecomesPartOfThePixelsInOneStepOrNotAtAll) {
     EXPECT_THROW(m_layer.MergeOverlay(L"移動"), std::bad_alloc);
     EXPECT_EQ(m_layer.GetOverlay(), m_spMoved);
     EXPECT_TRUE(m_layer.GetRaster()->HasBlock(FIRST) && !m_layer.GetRaster()->HasBlock(SECOND));
-    ExpectAlphas(0, 255);
     m_spMoved->m_bFails = false;
+    ExpectAlphas(0, 255);
     EXPECT_TRUE(m_layer.MergeOverlay(L"移動"));
     EXPECT_EQ(m_layer.GetOverlay(), nullptr);
     ExpectAlphas(0, 255);
     m_spCanvas->GetHistory().Undo();
     ExpectAlphas(255, 0);
     EXPECT_FALSE(m_spCanvas->GetHistory().CanUndo());
+}
+
+TEST_F(RasterOverlay, ABlockThatFailsOnAnyThreadIsComposedAgain) {
+    for (const size_t nThreads : {1, 2}) {
+        m_layer.SetOverlay({});
+        ExpectAlphas(255, 0);
+        m_layer.SetOverlay(m_spMoved);
+        m_spMoved->m_bFails = true;
+        m_spCanvas->FlushCanvasUpdates();
+        EXPECT_THROW(ComposeBlocks(*m_spCanvas, std::array{SECOND, FIRST}, nThreads, {}), std::bad_alloc);
+        EXPECT_TRUE(m_spCanvas->GetComposite().DirtyAt(SECOND));
+        m_spMoved->m_bFails = false;
+        ExpectAlphas(0, 255);
+    }
 }
