@@ -1,6 +1,7 @@
 #include "app/common/Module.h"
 
 #include "core/IniConfig/GlobalSwitches.h"
+#include "core/RasterKernel/KernelChoice.h"
 
 #include <clocale>
 #include <cstring>
@@ -27,6 +28,7 @@ void SetLocale() {
 CModule::CModule() {
     SetLocale();
     g_Switches.Load(m_config);
+    UseVectorKernels(g_Switches.m_bEnableSSE2 != 0);
 }
 
 CModule::~CModule() {

@@ -1,6 +1,7 @@
 #include "core/AppModule/AppModule.h"
 
 #include "core/Base/Failure.h"
+#include "core/IniConfig/GlobalSwitches.h"
 #include "core/IniConfig/IniConfig.h"
 #include "core/Recovery/Recovery.h"
 
@@ -18,7 +19,7 @@ void CAppModule::SetPlatform(const TPlatform* pPlatform) {
     if (pPlatform) {
         pSettings =
             std::make_unique<CIniConfig>(CIniConfig::FindPath(pPlatform->locations), pPlatform->files);
-        pRecovery = std::make_unique<CRecovery>(pPlatform->snapshots, pPlatform->clock);
+        pRecovery = std::make_unique<CRecovery>(pPlatform->snapshots, pPlatform->clock, g_Switches);
     }
     // A partly initialised session would count as running and block the next one.
     m_pRecovery = std::move(pRecovery);

@@ -1,4 +1,4 @@
-// The main frame's private messages, and the function that posts them.
+// The main frame's private messages, and the functions that post and send them.
 #pragma once
 
 #include "core/Platform/Message.h"
@@ -22,3 +22,5 @@ constexpr EMessage WM_ADD_RECENT = AppMessage(9);   ///< strText: a path for the
 
 /// Posts a message to the main frame's window; does nothing without one.
 void PostToMainFrame(EMessage id, int64_t wParam = 0, const std::wstring& strText = {});
+/// Sends one, which is handled on return; does nothing without a window.
+void SendToMainFrame(EMessage id, int64_t wParam = 0);

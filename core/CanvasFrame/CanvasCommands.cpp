@@ -27,13 +27,13 @@ CCommandTable::TTest AskFrame(const boost::function<bool(CCanvasFrame&, int)>& f
     };
 }
 
-bool IsIdle() {
-    const auto spTool = g_wpActiveTool.lock();
+bool IsIdle(CCanvasFrame& frame) {
+    const auto spTool = frame.GetInput().GetTool();
     return !spTool || spTool->GetState() == STATE_IDLE;
 }
 
-bool IsToolOpen() {
-    const auto spTool = g_wpActiveTool.lock();
+bool IsToolOpen(CCanvasFrame& frame) {
+    const auto spTool = frame.GetInput().GetTool();
     return spTool && spTool->IsOpen();
 }
 
@@ -43,12 +43,12 @@ bool IsAnyFrame(CCanvasFrame&) { return true; }
 bool CanUndo(CCanvasFrame& frame) {
     CCanvasBuffer& canvas = *frame.GetCanvas();
     // A stroke is undoable as soon as it ends, even while it is still being rendered.
-    return IsIdle() && (canvas.GetHistory().CanUndo() || canvas.HasPendingWork() || IsToolOpen());
+    return IsIdle(frame) && (canvas.GetHistory().CanUndo() || canvas.HasPendingWork() || IsToolOpen(frame));
 }
 
 bool CanRedo(CCanvasFrame& frame) {
     CCanvasBuffer& canvas = *frame.GetCanvas();
-    return IsIdle() && canvas.GetHistory().CanRedo() && !canvas.HasPendingWork() && !IsToolOpen();
+    return IsIdle(frame) && canvas.GetHistory().CanRedo() && !canvas.HasPendingWork() && !IsToolOpen(frame);
 }
 
 void Turn(CCanvasFrame& frame, int nDegrees) {
@@ -101,14 +101,14 @@ constexpr TEditCommand EDIT_COMMANDS[] = {
 // The tool returns whether a redraw is due.
 CCommandTable::TAct WithTool(const boost::function<bool(CTools&, int)>& fn) {
     return WithFrame([fn](CCanvasFrame& frame, int nId) {
-        const auto spTool = g_wpActiveTool.lock();
+        const auto spTool = frame.GetInput().GetTool();
         if (spTool && fn(*spTool, nId)) frame.RequestRedraw();
     });
 }
 
 CCommandTable::TTest AskTool(const boost::function<bool(const CTools&, int)>& fn) {
-    return AskFrame([fn](CCanvasFrame&, int nId) {
-        const auto spTool = g_wpActiveTool.lock();
+    return AskFrame([fn](CCanvasFrame& frame, int nId) {
+        const auto spTool = frame.GetInput().GetTool();
         return spTool && fn(*spTool, nId);
     });
 }
@@ -125,7 +125,7 @@ void BindCanvasCommands(CCommandTable& table) {
     }
     // An operation in progress needs the present layers.
     const auto layerState = [](CCanvasFrame& frame, int n) {
-        return IsIdle() ? GetLayerCommandState(*frame.GetCanvas(), n) : TCommandState();
+        return IsIdle(frame) ? GetLayerCommandState(*frame.GetCanvas(), n) : TCommandState();
     };
     for (const int nId : GetLayerCommands())
         table.Bind(nId, WithFrame([](CCanvasFrame& frame, int n) { frame.ChangeTree(n); }),

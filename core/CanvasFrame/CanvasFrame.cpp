@@ -51,8 +51,10 @@ CCanvasFrame::CCanvasFrame(const boost::shared_ptr<CCanvasBuffer>& spCanvas) : m
     m_view.SetCanvasSize(m_spCanvas->GetSize());
 }
 
-bool CCanvasFrame::CreateWindowIn(IMainWindow& parent, const TCanvasWindowSetup& setup) {
-    m_pWindow = g_AppModule.GetPlatform().windows.CreateCanvasWindow(parent, *this, setup);
+bool CCanvasFrame::CreateWindowIn(IMainWindow& parent, const TCanvasWindowSetup& setup,
+                                  const TFrameOutside& outside) {
+    m_pOutside = &outside;
+    m_pWindow = outside.platform.windows.CreateCanvasWindow(parent, *this, setup);
     if (!m_pWindow) return false;
     OnCreate();
     m_pWindow->Show();
@@ -96,7 +98,7 @@ bool CCanvasFrame::OnMessage(const TMessage& msg) {
 // document goes where the next start finds it.
 bool CCanvasFrame::MayCloseUnasked() {
     if (m_nFailedClosings < MOST_FAILED_CLOSINGS) return false;
-    return !IsOnlyViewOfCanvas() || Guarded([&] { return g_AppModule.GetRecovery().Keep(m_spCanvas); });
+    return !IsOnlyViewOfCanvas() || Guarded([&] { return m_pOutside->recovery.Keep(m_spCanvas); });
 }
 
 bool CCanvasFrame::HandleMessage(const TMessage& msg) {
@@ -166,7 +168,7 @@ CGDIBuffer* CCanvasFrame::PaintOverlays(CGDIBuffer& screen, const CRect& rc) {
         m_pOverlaid = std::make_unique<CGDIBuffer>(screen.GetSize());
     m_pOverlaid->CopyFrom(screen, rc);
     m_input.DrawOverlay(*m_pOverlaid, rc);
-    m_dashes.Draw(*m_pOverlaid, rc, spSelect, m_view, g_AppModule.GetPlatform().clock.GetTickCount());
+    m_dashes.Draw(*m_pOverlaid, rc, spSelect, m_view, m_pOutside->platform.clock.GetTickCount());
     return m_pOverlaid.get();
 }
 
@@ -229,10 +231,10 @@ bool CCanvasFrame::OnClose() {
     CompleteWork();
     Guarded([&] { WritePlacement(PLACEMENT_SECTION, m_pWindow->GetRect()); });
     if (!IsOnlyViewOfCanvas()) return false;
-    CRecovery& recovery = g_AppModule.GetRecovery();
+    CRecovery& recovery = m_pOutside->recovery;
     if (!m_spCanvas->GetHistory().IsModified()) return recovery.Forget(*m_spCanvas), false;
-    const EBoxAnswer answer = g_AppModule.GetPlatform().boxes.Show(
-        m_pWindow, L"更新されています。保存しますか？", L"Vellumcraft", EBoxKind::YesNoCancelWarning);
+    const EBoxAnswer answer = m_pOutside->platform.boxes.Show(m_pWindow, L"更新されています。保存しますか？",
+                                                              L"Vellumcraft", EBoxKind::YesNoCancelWarning);
     if (answer == EBoxAnswer::Cancel) return true;
     if (answer == EBoxAnswer::Yes) Save(false);
     if (answer == EBoxAnswer::No || !m_spCanvas->GetHistory().IsModified())
@@ -269,7 +271,7 @@ void CCanvasFrame::ChangeTree(int nId) {
 }
 
 void CCanvasFrame::Save(bool bAs) {
-    const TPlatform& platform = g_AppModule.GetPlatform();
+    const TPlatform& platform = m_pOutside->platform;
     try {
         CompleteWork();
         std::wstring strPath = m_spCanvas->GetPath();

@@ -26,7 +26,7 @@ public:
     explicit CCanvasFrame(const boost::shared_ptr<CCanvasBuffer>& spCanvas);
 
     /// Creates and shows the frame's window inside the main frame's. False when the window system refuses.
-    bool CreateWindowIn(IMainWindow& parent, const TCanvasWindowSetup& setup);
+    bool CreateWindowIn(IMainWindow& parent, const TCanvasWindowSetup& setup, const TFrameOutside& outside);
     /// The window; null before CreateWindowIn and after its destruction.
     ICanvasWindow* GetWindow() const { return m_pWindow; }
     const boost::shared_ptr<CCanvasBuffer>& GetCanvas() const override { return m_spCanvas; }
@@ -54,6 +54,7 @@ public:
     /// Repaints everything, changed or not.
     void InvalidateAll();
 
+    const TFrameOutside& GetOutside() const override { return *m_pOutside; }
     ICanvasWindow& GetInputWindow() override { return *m_pWindow; }
     CCanvasView& GetInputView() override { return m_view; }
     bool IsActive() const override;
@@ -88,6 +89,7 @@ private:
     bool IsOnlyViewOfCanvas() const;
 
     boost::shared_ptr<CCanvasBuffer> m_spCanvas;
+    const TFrameOutside* m_pOutside = nullptr; ///< from CreateWindowIn on
     ICanvasWindow* m_pWindow = nullptr;
     CCanvasView m_view;
     CCanvasScreen m_screen;

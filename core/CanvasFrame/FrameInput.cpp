@@ -1,11 +1,10 @@
 #include "core/CanvasFrame/FrameInput.h"
 
-#include "core/AppModule/AppModule.h"
 #include "core/AppModule/ErrorBox.h"
-#include "core/AppModule/MessageQueue.h"
 #include "core/AppModule/PrivateMessages.h"
 #include "core/IniConfig/GlobalSwitches.h"
 #include "core/IniConfig/IniConfig.h"
+#include "core/Platform/Platform.h"
 #include "core/Platform/System.h"
 #include "core/RasterStroke/CtlPoint.h"
 #include "core/Tools/PenContact.h"
@@ -21,8 +20,6 @@ constexpr uint32_t CURSOR_ERASER = 2; ///< a packet's cursor number
 constexpr int TIMER_SILENCE = 17;
 constexpr int32_t COARSE = 96; ///< zoom times scale below which a position is a pixel's centre
 
-bool IsKeyDown(int nKey) { return g_AppModule.GetPlatform().keys.IsKeyDown(nKey); }
-
 bool IsDrawing(const boost::shared_ptr<CTools>& spTool) { return spTool && spTool->GetState() != STATE_IDLE; }
 
 } // namespace
@@ -36,10 +33,13 @@ void CFrameInput::TellTool(Tell fnTell) {
     Guarded([&] { bRedraw ? m_frame.RequestRedraw() : InvalidateOverlay(); });
 }
 
+bool CFrameInput::IsKeyDown(int nKey) const { return m_frame.GetOutside().platform.keys.IsKeyDown(nKey); }
+
 void CFrameInput::Open() {
-    IPen& pen = g_AppModule.GetPlatform().pen;
+    IPen& pen = m_frame.GetOutside().platform.pen;
     if (!pen.IsPresent()) return;
-    const bool bMouseCoord = g_AppModule.GetSettings().GetSection(L"Tablet")->GetInt(L"MouseCoord", 1) != 0;
+    const bool bMouseCoord =
+        m_frame.GetOutside().settings.GetSection(L"Tablet")->GetInt(L"MouseCoord", 1) != 0;
     m_pTablet = std::make_unique<CTablet>(pen, bMouseCoord);
 }
 
@@ -62,7 +62,7 @@ std::optional<bool> CFrameInput::OnMessage(const TMessage& msg) {
         m_bDropPress = true;
         return true;
     case EMessage::PenActivate:
-        if (const auto spTool = g_wpActiveTool.lock()) spTool->GetContact().DropNext();
+        if (const auto spTool = GetTool()) spTool->GetContact().DropNext();
         return true;
     case EMessage::MouseLeave:
         OnMouseLeave();
@@ -94,7 +94,7 @@ void CFrameInput::OnMouse(const TMessage& msg) {
 
 // True while the mouse draws or drags the view: the pen must not interfere.
 bool CFrameInput::IsMouseAtWork() const {
-    const auto spTool = g_wpActiveTool.lock();
+    const auto spTool = GetTool();
     return (spTool && spTool->GetState() == STATE_MOUSE) || (m_bScrolling && !m_bScrollByTablet);
 }
 
@@ -128,10 +128,10 @@ void CFrameInput::OnPackets() {
 }
 
 // The pen's other end acts as the eraser while it is near.
-void CFrameInput::TurnPen(bool bEraser) { SendMessage({g_AppModule.GetMainWindow(), WM_PEN_END, bEraser}); }
+void CFrameInput::TurnPen(bool bEraser) { SendToMainFrame(WM_PEN_END, bEraser); }
 
 void CFrameInput::OnProximity(bool bEnter, bool bEraser) {
-    const auto spTool = g_wpActiveTool.lock();
+    const auto spTool = GetTool();
     if (!m_pTablet || !m_frame.IsActive() || !spTool) return;
     if (spTool->GetState() == STATE_MOUSE) {
         m_bTurnedEnd = bEnter && bEraser;
@@ -144,14 +144,14 @@ void CFrameInput::OnProximity(bool bEnter, bool bEraser) {
 }
 
 void CFrameInput::OnSilence() {
-    const auto spTool = g_wpActiveTool.lock();
+    const auto spTool = GetTool();
     if (m_frame.IsActive() && spTool && spTool->EndAfterSilence()) m_frame.RequestRedraw();
     Settle();
 }
 
 // A timer may be early or late; the tool checks the clock.
 void CFrameInput::WatchSilence() {
-    const auto spTool = g_wpActiveTool.lock();
+    const auto spTool = GetTool();
     const auto uLeft = spTool && m_frame.IsActive() ? spTool->UntilSilence() : std::nullopt;
     if (uLeft)
         m_frame.GetInputWindow().SetTimer(TIMER_SILENCE, static_cast<int>(std::max(*uLeft, 1u)));
@@ -168,7 +168,7 @@ void CFrameInput::OnPointer(const TPointerInput& input) {
     m_ptPointer = {input.pt.x / input.nScale, input.pt.y / input.nScale};
     if (std::exchange(m_bLeft, false)) InvalidateOverlay();
     if (input.message == EMessage::MouseMove && m_pTablet) m_pTablet->Enable(true);
-    const auto spTool = g_wpActiveTool.lock();
+    const auto spTool = GetTool();
     const bool bPress =
         !input.bTablet && (input.message == EMessage::LButtonDown || input.message == EMessage::RButtonDown);
     if (bPress && std::exchange(m_bDropPress, false)) return;
@@ -186,7 +186,7 @@ void CFrameInput::OnPointer(const TPointerInput& input) {
 // operation.
 void CFrameInput::Settle() {
     if (m_bLeft && !m_bSpaceDown && !m_bScrolling) OnMouseLeave();
-    const auto spTool = g_wpActiveTool.lock();
+    const auto spTool = GetTool();
     m_frame.GetInputWindow().SetCapture(m_frame.IsActive() && (IsDrawing(spTool) || m_bScrolling));
     WatchSilence();
     UpdateCursor();
@@ -233,7 +233,7 @@ void CFrameInput::Dispatch(CTools& tool, EMessage message, CPoint pt, uint32_t p
 CPoint CFrameInput::HandPosition(const TPointerInput& input) const {
     const auto step = [&](int32_t n) {
         n /= input.nScale;
-        return g_Switches.m_bFastScroll ? n * 3 / 2 : n;
+        return m_frame.GetOutside().switches.m_bFastScroll ? n * 3 / 2 : n;
     };
     return {step(input.pt.x), step(input.pt.y)};
 }
@@ -254,7 +254,7 @@ void CFrameInput::DragHand(const TPointerInput& input) {
 bool CFrameInput::OnKey(const TMessage& msg, bool bDown) {
     if (bDown && msg.lParam == 1) return false; // a held key repeats
     const int nKey = static_cast<int>(msg.wParam);
-    const auto spTool = g_wpActiveTool.lock();
+    const auto spTool = GetTool();
     bool bHandled = false;
     if (nKey == VK_Space) {
         bHandled = m_frame.IsActive() && !IsDrawing(spTool);
@@ -271,7 +271,7 @@ bool CFrameInput::OnKey(const TMessage& msg, bool bDown) {
 }
 
 void CFrameInput::OnMouseLeave() {
-    const auto spTool = g_wpActiveTool.lock();
+    const auto spTool = GetTool();
     if (!m_frame.IsActive() || !spTool) return;
     // The hand's events are not the tool's, but what the tool draws at the pointer must not stay.
     m_bLeft = m_bSpaceDown || m_bScrolling;
@@ -290,7 +290,7 @@ void CFrameInput::OnCaptureChanged() {
 void CFrameInput::OnActivate() {
     CancelStroke();
     m_bScrolling = m_bSpaceDown = m_bDropPress = false;
-    if (const auto spTool = g_wpActiveTool.lock()) {
+    if (const auto spTool = GetTool()) {
         spTool->GetContact().Drop();
         Guarded([&] { spTool->OnProximityLeave(); });
     }
@@ -298,7 +298,7 @@ void CFrameInput::OnActivate() {
 }
 
 void CFrameInput::CancelStroke() {
-    const auto spTool = g_wpActiveTool.lock();
+    const auto spTool = GetTool();
     TellTool([&] { return IsDrawing(spTool) && spTool->CancelOperation(); });
 }
 
@@ -308,7 +308,7 @@ TOverlayMapper CFrameInput::GetMapper() const {
 }
 
 CRect CFrameInput::GetOverlayRect() const {
-    const auto spTool = g_wpActiveTool.lock();
+    const auto spTool = GetTool();
     return spTool && m_frame.IsActive() && !m_bLeft ? spTool->GetOverlayRect(GetMapper()) : CRect();
 }
 
@@ -319,7 +319,7 @@ void CFrameInput::InvalidateOverlay() {
 }
 
 void CFrameInput::DrawOverlay(CGDIBuffer& target, const CRect& rcClip) {
-    const auto spTool = g_wpActiveTool.lock();
+    const auto spTool = GetTool();
     m_rcOverlayPrev = GetOverlayRect();
     if (m_rcOverlayPrev.IsEmpty()) return;
     const TOverlayMapper mapper = GetMapper();
@@ -328,7 +328,7 @@ void CFrameInput::DrawOverlay(CGDIBuffer& target, const CRect& rcClip) {
 }
 
 void CFrameInput::UpdateCursor() {
-    const auto spTool = g_wpActiveTool.lock();
+    const auto spTool = GetTool();
     ECursor cursor = ECursor::Arrow;
     if (m_bScrolling)
         cursor = ECursor::HandGrip;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/CanvasFrame/CanvasView.h"
+#include "core/CanvasFrame/FrameOutside.h"
 #include "core/CanvasFrame/Tablet.h"
 #include "core/Platform/Window.h"
 #include "core/Tools/Tools.h"
@@ -28,6 +29,7 @@ struct TPointerInput {
 class IInputFrame {
 public:
     virtual ~IInputFrame() = default;
+    virtual const TFrameOutside& GetOutside() const = 0;
     virtual ICanvasWindow& GetInputWindow() = 0;
     virtual CCanvasView& GetInputView() = 0;
     virtual const boost::shared_ptr<CCanvasBuffer>& GetCanvas() const = 0;
@@ -43,6 +45,8 @@ class CFrameInput : boost::noncopyable {
 public:
     explicit CFrameInput(IInputFrame& frame) : m_frame(frame) {}
 
+    /// The active tool, null when there is none.
+    boost::shared_ptr<CTools> GetTool() const { return m_frame.GetOutside().wpTool.lock(); }
     /// Opens the tablet; without one only the mouse draws.
     void Open();
     /// Handles pointer, pen and key messages: true when consumed. Returns nullopt for other messages.
@@ -65,6 +69,7 @@ public:
     void InvalidateOverlay();
 
 private:
+    bool IsKeyDown(int nKey) const;
     void OnMouse(const TMessage& msg);
     bool IsMouseAtWork() const;
     void OnPackets();

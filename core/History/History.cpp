@@ -18,8 +18,9 @@ void CHistoryStream::Register(const boost::shared_ptr<CHistory>& spHistory) {
 }
 
 size_t CHistoryStream::CountKept(const CHistory& historyNew) const {
-    const auto nMost = static_cast<size_t>(std::max(g_Switches.m_nMaxHistory, 1)) - 1;
-    const uint64_t uBudget = static_cast<uint64_t>(g_Switches.m_nHistoryMegabytes) << 20;
+    const TGlobalSwitches switches = m_pSwitches ? *m_pSwitches : TGlobalSwitches();
+    const auto nMost = static_cast<size_t>(std::max(switches.m_nMaxHistory, 1)) - 1;
+    const uint64_t uBudget = static_cast<uint64_t>(switches.m_nHistoryMegabytes) << 20;
     uint64_t uBytes = historyNew.GetBytes();
     size_t nKept = 0;
     for (; nKept < std::min(nMost, m_deqUndo.size()); ++nKept) {

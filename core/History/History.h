@@ -35,12 +35,17 @@ private:
     size_t m_nBytes = 0;
 };
 
-/// A document's undo and redo lists: at most g_Switches.m_nMaxHistory undo steps; older ones are dropped
-/// when all together exceed g_Switches.m_nHistoryMegabytes.
+struct TGlobalSwitches;
+
+/// A document's undo and redo lists: at most `m_nMaxHistory` undo steps; older ones are dropped when all
+/// together exceed `m_nHistoryMegabytes`.
 class CHistoryStream : boost::noncopyable {
 public:
     virtual ~CHistoryStream() = default;
 
+    /// Sets the limits, which are read at each Register; the record must outlive the stream. Until then their
+    /// defaults hold.
+    void SetLimits(const TGlobalSwitches& switches) { m_pSwitches = &switches; }
     /// Adds a done action, clears the redo list and drops what exceeds the limits; the first line of the
     /// list then names the oldest state that can be reached. Null is ignored. On an exception nothing has
     /// changed, so register first and then make changes that cannot fail.
@@ -78,6 +83,7 @@ private:
     /// The number of present undo steps that remain below a new one.
     size_t CountKept(const CHistory& historyNew) const;
 
+    const TGlobalSwitches* m_pSwitches = nullptr;
     std::deque<boost::shared_ptr<CHistory>> m_deqUndo;
     std::deque<boost::shared_ptr<CHistory>> m_deqRedo;
     std::wstring m_strInitial = L"<< 初期状態 >>";

@@ -8,6 +8,7 @@
 #include "core/Base/Failure.h"
 #include "core/CanvasFrame/ZoomList.h"
 #include "core/Commands/CommandIds.h"
+#include "core/IniConfig/GlobalSwitches.h"
 #include "core/MainFrame/CommandState.h"
 #include "core/MainFrame/MenuTable.h"
 #include "core/Panels/ToolTable.h"
@@ -45,10 +46,14 @@ CMainFrame::CMainFrame()
                 g_AppModule.GetPlatform().keys,
                 m_random,
                 g_AppModule.GetSettings(),
+                g_Switches,
                 g_AppModule.GetPlatform().codecs,
                 m_contact,
                 [](int nId) { PostToMainFrame(EMessage::Command, nId); },
-                [this](EToolNotice notice) { OnToolNotice(notice); }} {
+                [this](EToolNotice notice) { OnToolNotice(notice); }},
+      m_panelOutside{g_AppModule.GetPlatform(), g_AppModule.GetSettings(), g_wpActiveTool},
+      m_frameOutside{g_AppModule.GetPlatform(), g_AppModule.GetSettings(), g_AppModule.GetRecovery(),
+                     g_Switches, g_wpActiveTool} {
     const TPlatform& platform = g_AppModule.GetPlatform();
     m_pRecentList = std::make_unique<CRecentDocumentList>(platform.files,
                                                           CRecentDocumentList::FindPath(platform.locations));
@@ -335,8 +340,9 @@ void CMainFrame::OnInitMenuPopup() {
 }
 
 void CMainFrame::OpenFrame(const boost::shared_ptr<CCanvasFrame>& spFrame) {
+    spFrame->GetCanvas()->GetHistory().SetLimits(g_Switches);
     // The frame sets its own title; until then the window has none.
-    if (!spFrame->CreateWindowIn(*m_pWindow, {L"", LoadMenu(MENU_CANVAS)}))
+    if (!spFrame->CreateWindowIn(*m_pWindow, {L"", LoadMenu(MENU_CANVAS)}, m_frameOutside))
         throw internal_error(L"CreateCanvasFrame: the window could not be created.");
 }
 

@@ -110,7 +110,9 @@ private:
     bool m_bEraserEnd = false;   ///< the pen's eraser end is near
     int m_nToolBeforeEraser = 0; ///< the tool to restore when the pen's tip comes back
     std::wstring m_strTold;      ///< the reason why presses are refused at present
-    CPanels m_panels;
+    TPanelOutside m_panelOutside;
+    TFrameOutside m_frameOutside;
+    CPanels m_panels{m_panelOutside};
     CCommandTable m_commands;
     boost::weak_ptr<CCanvasBuffer> m_wpSeen; ///< the document that the panels show now
     uint32_t m_uSeenChanges = 0;

@@ -1,6 +1,5 @@
 #include "core/PanelViews/BrushView.h"
 
-#include "core/AppModule/AppModule.h"
 #include "core/AppModule/ErrorBox.h"
 #include "core/Base/StableMath.h"
 #include "core/PanelViews/PanelDraw.h"
@@ -51,9 +50,9 @@ std::unique_ptr<CGDIBuffer> CBrushView::Draw(CSize sz) const {
                        .color = m_shown.color,
                        .bErase = bErase,
                        .param = m_shown.param,
-                       .clock = g_AppModule.GetPlatform().clock,
+                       .clock = m_clock,
                        .random = random,
-                       .pCodecs = &g_AppModule.GetPlatform().codecs};
+                       .pCodecs = &m_codecs};
     // A brush that is larger than the view shows its edge, not a filled view.
     setup.param.BrushRadius =
         std::min(setup.param.BrushRadius, static_cast<uint32_t>(std::max(1, sz.cy - 2 * MARGIN)));

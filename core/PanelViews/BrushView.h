@@ -8,8 +8,13 @@
 
 #include <memory>
 
+class IClock;
+class IImageCodecs;
+
 class CBrushView : public IPanelView, boost::noncopyable {
 public:
+    /// Both must outlive the view.
+    CBrushView(IClock& clock, IImageCodecs& codecs) : m_clock(clock), m_codecs(codecs) {}
     /// Sets the tool to preview; null shows nothing.
     void SetTool(CRasterBrushBase* pTool);
     void OnPaint(IPaintTarget& target, const TPanelPaint& paint) override;
@@ -25,6 +30,8 @@ private:
 
     std::unique_ptr<CGDIBuffer> Draw(CSize sz) const;
 
+    IClock& m_clock;
+    IImageCodecs& m_codecs;
     bool m_bTool = false;
     TShown m_shown;
     TShown m_drawn; ///< the parameters that m_pBuffer was drawn with

@@ -1,7 +1,7 @@
 #include "core/Panels/BrushWnd.h"
 
-#include "core/AppModule/AppModule.h"
 #include "core/Base/Percent.h"
+#include "core/Platform/Platform.h"
 
 #include <boost/pointer_cast.hpp>
 
@@ -33,13 +33,14 @@ std::vector<int> SizeStops() {
     return vStops;
 }
 
-boost::shared_ptr<CRasterBrushBase> GetBrush() {
-    return boost::dynamic_pointer_cast<CRasterBrushBase>(g_wpActiveTool.lock());
-}
-
 } // namespace
 
-CBrushWnd::CBrushWnd(const wchar_t* pszSection) : CPanel(pszSection) {
+boost::shared_ptr<CRasterBrushBase> CBrushWnd::GetBrush() const {
+    return boost::dynamic_pointer_cast<CRasterBrushBase>(GetTool());
+}
+
+CBrushWnd::CBrushWnd(const wchar_t* pszSection, const TPanelOutside& outside)
+    : CPanel(pszSection, outside), m_view(outside.platform.clock, outside.platform.codecs) {
     using EKind = TPanelControl::EKind;
     m_vControls = {
         {.kind = EKind::View, .nId = BRUSH_PREVIEW, .szView = {200, 64}, .pView = &m_view},
@@ -61,9 +62,9 @@ CBrushWnd::CBrushWnd(const wchar_t* pszSection) : CPanel(pszSection) {
     for (int n = 0; n < EDGES; ++n) Find(BRUSH_EDGE).vRows.push_back(std::to_wstring(n * EDGE_STEP) + L"%");
 }
 
-void CBrushWnd::OnOpen() { m_list.Read(g_AppModule.GetSettings()); }
+void CBrushWnd::OnOpen() { m_list.Read(GetOutside().settings); }
 
-void CBrushWnd::OnKeep() { m_list.Write(g_AppModule.GetSettings()); }
+void CBrushWnd::OnKeep() { m_list.Write(GetOutside().settings); }
 
 void CBrushWnd::OnRefresh() {
     const auto spTool = GetBrush();

@@ -7,7 +7,7 @@
 
 class CBrushWnd : public CPanel {
 public:
-    explicit CBrushWnd(const wchar_t* pszSection);
+    CBrushWnd(const wchar_t* pszSection, const TPanelOutside& outside);
     std::wstring GetTitle() const override { return L"ブラシ"; }
 
 protected:
@@ -17,6 +17,9 @@ protected:
     void OnControl(TPanelControl& control) override;
 
 private:
+    /// The active tool if it has a brush, else null.
+    boost::shared_ptr<CRasterBrushBase> GetBrush() const;
+
     CBrushList m_list;
     CBrushView m_view;
 };

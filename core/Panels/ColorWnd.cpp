@@ -1,6 +1,5 @@
 #include "core/Panels/ColorWnd.h"
 
-#include "core/AppModule/AppModule.h"
 #include "core/IniConfig/IniConfig.h"
 #include "core/Platform/System.h"
 #include "core/RasterBrush/FreehandTools.h"
@@ -28,17 +27,16 @@ enum EColorControl : int {
 
 constexpr wchar_t SECTION[] = L"ColorList";
 
-// The active tool if it draws in a colour, else null.
-boost::shared_ptr<CRasterBrushBase> GetBrush() {
-    const auto spTool = boost::dynamic_pointer_cast<CRasterBrushBase>(g_wpActiveTool.lock());
-    return spTool && spTool->GetToolId() != TOOL_ERASER ? spTool : boost::shared_ptr<CRasterBrushBase>();
-}
-
 // 0 to 255 as percent, and back.
 int PercentOf(int n) { return (n * 100 + 127) / 255; }
 int ByteOf(int nPercent) { return (nPercent * 255 + 50) / 100; }
 
 } // namespace
+
+boost::shared_ptr<CRasterBrushBase> CColorWnd::GetBrush() const {
+    const auto spTool = boost::dynamic_pointer_cast<CRasterBrushBase>(GetTool());
+    return spTool && spTool->GetToolId() != TOOL_ERASER ? spTool : boost::shared_ptr<CRasterBrushBase>();
+}
 
 std::optional<TColor> ReadHexColor(std::wstring_view strText) {
     if (strText.starts_with(L'#')) strText.remove_prefix(1);
@@ -53,7 +51,7 @@ std::optional<TColor> ReadHexColor(std::wstring_view strText) {
                      static_cast<uint8_t>(uValue));
 }
 
-CColorWnd::CColorWnd(const wchar_t* pszSection) : CPanel(pszSection) {
+CColorWnd::CColorWnd(const wchar_t* pszSection, const TPanelOutside& outside) : CPanel(pszSection, outside) {
     using EKind = TPanelControl::EKind;
     const auto slider = [](int nId, const wchar_t* pszLabel, int nMax, const wchar_t* pszUnit) {
         return TPanelControl{
@@ -75,7 +73,7 @@ CColorWnd::CColorWnd(const wchar_t* pszSection) : CPanel(pszSection) {
 }
 
 void CColorWnd::OnOpen() {
-    const auto spSection = g_AppModule.GetSettings().GetSection(SECTION);
+    const auto spSection = GetOutside().settings.GetSection(SECTION);
     const int nCount = std::clamp(spSection->GetInt(L"ColorCount", 0), 0, CColorListView::COLUMNS);
     for (int n = 1; n <= nCount; ++n)
         m_recent.m_vColors.push_back(static_cast<TColor>(spSection->GetInt(std::to_wstring(n), 0)) &
@@ -89,7 +87,7 @@ void CColorWnd::OnKeep() {
         {L"ColorCount", static_cast<int32_t>(m_recent.m_vColors.size())}};
     for (const TColor color : m_recent.m_vColors)
         vValues.emplace_back(std::to_wstring(vValues.size()), static_cast<int32_t>(color));
-    g_AppModule.GetSettings().GetSection(SECTION)->SetInts(vValues);
+    GetOutside().settings.GetSection(SECTION)->SetInts(vValues);
     m_vRead = m_recent.m_vColors;
 }
 

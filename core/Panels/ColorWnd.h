@@ -10,9 +10,11 @@
 /// The colour of six hexadecimal digits, with or without "#" in front; nullopt for another text.
 std::optional<TColor> ReadHexColor(std::wstring_view strText);
 
+class CRasterBrushBase;
+
 class CColorWnd : public CPanel {
 public:
-    explicit CColorWnd(const wchar_t* pszSection);
+    CColorWnd(const wchar_t* pszSection, const TPanelOutside& outside);
     std::wstring GetTitle() const override { return L"カラーピッカー"; }
     /// Adds the stroke's colour to the recent colours.
     void OnStroke() override;
@@ -26,6 +28,8 @@ protected:
     void OnKey(int nId, int nKey) override;
 
 private:
+    /// The active tool if it draws in a colour, else null.
+    boost::shared_ptr<CRasterBrushBase> GetBrush() const;
     void SetColor(TColor color);
     void SetHsv(const THsv& hsv);
     void Swap();

@@ -1,20 +1,16 @@
 #include "core/Panels/Panel.h"
 
-#include "core/AppModule/AppModule.h"
 #include "core/AppModule/ErrorBox.h"
 #include "core/AppModule/PrivateMessages.h"
 #include "core/AppModule/WindowPlacement.h"
 #include "core/Base/Failure.h"
 #include "core/IniConfig/IniConfig.h"
-#include "core/Tools/ActiveView.h"
+#include "core/Platform/Platform.h"
+#include "core/Tools/Tools.h"
 
 #include <algorithm>
 
 namespace {
-
-boost::shared_ptr<CIniConfigData> OpenSection(const std::wstring& strName) {
-    return g_AppModule.GetSettings().GetSection(L"Windows")->GetSection(strName);
-}
 
 bool operator==(const TPanelPlace& a, const TPanelPlace& b) {
     return a.dock == b.dock && a.rc == b.rc && a.bShow == b.bShow && a.bFront == b.bFront;
@@ -22,8 +18,14 @@ bool operator==(const TPanelPlace& a, const TPanelPlace& b) {
 
 } // namespace
 
+boost::shared_ptr<CIniConfigData> CPanel::OpenSection() const {
+    return m_outside.settings.GetSection(L"Windows")->GetSection(m_strName);
+}
+
+boost::shared_ptr<CTools> CPanel::GetTool() const { return m_outside.wpTool.lock(); }
+
 TPanelPlace CPanel::ReadPlace(const TPanelPlace& placeFirst) const {
-    const auto spSection = OpenSection(m_strName);
+    const auto spSection = OpenSection();
     const int nDock = std::clamp(spSection->GetInt(L"Dock", static_cast<int>(placeFirst.dock)), 0, 2);
     return {static_cast<EPanelDock>(nDock), ReadPlacement(m_strName, placeFirst.rc),
             spSection->GetInt(L"IsShow", placeFirst.bShow) != 0,
@@ -32,8 +34,8 @@ TPanelPlace CPanel::ReadPlace(const TPanelPlace& placeFirst) const {
 
 void CPanel::Create(IMainWindow& parent, const TPanelPlace& placeFirst) {
     OnOpen();
-    m_pWindow = g_AppModule.GetPlatform().windows.CreatePanelWindow(parent, *this,
-                                                                    {m_strName, GetTitle(), m_vControls});
+    m_pWindow =
+        m_outside.platform.windows.CreatePanelWindow(parent, *this, {m_strName, GetTitle(), m_vControls});
     if (!m_pWindow) throw internal_error(L"CreatePanel: the window could not be created.");
     TPanelPlace place = ReadPlace(placeFirst);
     if (place.dock == EPanelDock::Float) place.rc = PlaceOnScreen(place.rc, parent.GetScreens());
@@ -47,7 +49,7 @@ void CPanel::KeepPlace() {
     const TPanelPlace place = m_pWindow->GetPlace();
     if (place == m_placeRead) return;
     WritePlacement(m_strName, place.rc);
-    OpenSection(m_strName)->SetInts(
+    OpenSection()->SetInts(
         {{L"IsShow", place.bShow}, {L"Dock", static_cast<int>(place.dock)}, {L"Front", place.bFront}});
 }
 

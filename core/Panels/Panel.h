@@ -5,14 +5,29 @@
 #include "core/Platform/Panel.h"
 
 #include <boost/noncopyable.hpp>
+#include <boost/shared_ptr.hpp>
+#include <boost/weak_ptr.hpp>
 
 #include <string>
 #include <vector>
 
+class CIniConfig;
+class CIniConfigData;
+class CTools;
+struct TPlatform;
+
+/// What panels need of the application; the objects must outlive them.
+struct TPanelOutside {
+    const TPlatform& platform;
+    CIniConfig& settings;
+    const boost::weak_ptr<CTools>& wpTool; ///< the active tool
+};
+
 class CPanel : public IWindowClient, public CControlModel, boost::noncopyable {
 public:
     /// `strName` is the panel's section below "Windows".
-    explicit CPanel(std::wstring strName) : m_strName(std::move(strName)) {}
+    CPanel(std::wstring strName, const TPanelOutside& outside)
+        : m_strName(std::move(strName)), m_outside(outside) {}
 
     /// Creates the window at its saved placement, or at `placeFirst` without one. Docked panels are ordered
     /// as they are created. Raises internal_error when the window system refuses.
@@ -46,12 +61,18 @@ protected:
     /// Writes those of the panel's own settings that have changed since they were read or written.
     virtual void OnKeep() {}
 
+    const TPanelOutside& GetOutside() const { return m_outside; }
+    /// The active tool, null when there is none.
+    boost::shared_ptr<CTools> GetTool() const;
     void EnableAll(bool bEnable);
     /// Notifies all panels that a tool's value has changed, and redraws the tool's overlay.
     static void NotifyTool();
 
 private:
+    boost::shared_ptr<CIniConfigData> OpenSection() const;
+
     const std::wstring m_strName;
+    const TPanelOutside& m_outside;
     IPanelWindow* m_pWindow = nullptr;
     TPanelPlace m_placeRead;
 };

@@ -21,8 +21,8 @@ TPanelPlace Right(int32_t nTop, int32_t nHeight) {
 }
 
 template <class TPanel>
-std::unique_ptr<CPanel> Make(const wchar_t* pszSection) {
-    return std::make_unique<TPanel>(pszSection);
+std::unique_ptr<CPanel> Make(const wchar_t* pszSection, const TPanelOutside& outside) {
+    return std::make_unique<TPanel>(pszSection, outside);
 }
 
 const TPanelRow PANELS[] = {
@@ -39,13 +39,13 @@ const TPanelRow PANELS[] = {
 
 } // namespace
 
-CPanels::CPanels() {
+CPanels::CPanels(const TPanelOutside& outside) : m_outside(outside) {
     for (const TPanelRow& row : PANELS) Add(row);
 }
 
 void CPanels::Add(const TPanelRow& row) {
     m_vRows.push_back(row);
-    m_mapPanels[row.nCommand] = row.pfnMake(row.pszSection);
+    m_mapPanels[row.nCommand] = row.pfnMake(row.pszSection, m_outside);
 }
 
 CPanels::~CPanels() { Close(); }

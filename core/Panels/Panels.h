@@ -11,7 +11,7 @@
 struct TPanelRow {
     int nCommand;
     const wchar_t* pszSection; ///< of the settings, below "Windows"
-    std::unique_ptr<CPanel> (*pfnMake)(const wchar_t* pszSection);
+    std::unique_ptr<CPanel> (*pfnMake)(const wchar_t* pszSection, const TPanelOutside& outside);
     EMessage refresh; ///< the main frame's private message that refreshes the panel
     /// Default placement. Docked panels keep the order of the rectangles; those with the same rectangle
     /// share a tab group, the table's first one in front.
@@ -20,7 +20,7 @@ struct TPanelRow {
 
 class CPanels : boost::noncopyable {
 public:
-    CPanels();
+    explicit CPanels(const TPanelOutside& outside);
     ~CPanels();
 
     /// Adds the panel of a row, without its window.
@@ -47,6 +47,7 @@ public:
     std::vector<int> GetCommands() const;
 
 private:
+    const TPanelOutside& m_outside;
     std::vector<TPanelRow> m_vRows;
     std::map<int, std::unique_ptr<CPanel>> m_mapPanels;
 };

@@ -1,6 +1,5 @@
 #include "core/Panels/PressWnd.h"
 
-#include "core/AppModule/AppModule.h"
 #include "core/RasterBrush/RasterBrushBase.h"
 
 #include <boost/pointer_cast.hpp>
@@ -20,10 +19,6 @@ enum EPressControl : int {
     PRESS_REMOVE,
 };
 
-boost::shared_ptr<CRasterBrushBase> GetBrush() {
-    return boost::dynamic_pointer_cast<CRasterBrushBase>(g_wpActiveTool.lock());
-}
-
 // The field bound to a trackbar, null for other controls.
 uint8_t* FieldOf(TBrushParam& param, int nId) {
     switch (nId) {
@@ -42,7 +37,11 @@ uint8_t* FieldOf(TBrushParam& param, int nId) {
 
 } // namespace
 
-CPressWnd::CPressWnd(const wchar_t* pszSection) : CPanel(pszSection) {
+boost::shared_ptr<CRasterBrushBase> CPressWnd::GetBrush() const {
+    return boost::dynamic_pointer_cast<CRasterBrushBase>(GetTool());
+}
+
+CPressWnd::CPressWnd(const wchar_t* pszSection, const TPanelOutside& outside) : CPanel(pszSection, outside) {
     using EKind = TPanelControl::EKind;
     const auto trackbar = [](int nId, const wchar_t* pszLabel) {
         return TPanelControl{
@@ -60,9 +59,9 @@ CPressWnd::CPressWnd(const wchar_t* pszSection) : CPanel(pszSection) {
     };
 }
 
-void CPressWnd::OnOpen() { m_memo.Read(g_AppModule.GetSettings()); }
+void CPressWnd::OnOpen() { m_memo.Read(GetOutside().settings); }
 
-void CPressWnd::OnKeep() { m_memo.Write(g_AppModule.GetSettings()); }
+void CPressWnd::OnKeep() { m_memo.Write(GetOutside().settings); }
 
 void CPressWnd::OnRefresh() {
     const auto spTool = GetBrush();

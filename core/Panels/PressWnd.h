@@ -5,9 +5,11 @@
 #include "core/Panels/Panel.h"
 #include "core/Panels/PressMemo.h"
 
+class CRasterBrushBase;
+
 class CPressWnd : public CPanel {
 public:
-    explicit CPressWnd(const wchar_t* pszSection);
+    CPressWnd(const wchar_t* pszSection, const TPanelOutside& outside);
     std::wstring GetTitle() const override { return L"　筆圧"; }
 
 protected:
@@ -22,6 +24,8 @@ protected:
     void OnKey(int nId, int nKey) override;
 
 private:
+    /// The active tool if it has a brush, else null.
+    boost::shared_ptr<CRasterBrushBase> GetBrush() const;
     void TakeHandles();
 
     CPressCurveView m_curve;

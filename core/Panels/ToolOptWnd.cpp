@@ -5,7 +5,8 @@
 #include <map>
 #include <utility>
 
-CToolOptWnd::CToolOptWnd(const wchar_t* pszSection) : CPanel(pszSection) {
+CToolOptWnd::CToolOptWnd(const wchar_t* pszSection, const TPanelOutside& outside)
+    : CPanel(pszSection, outside) {
     std::map<decltype(TToolRow::pfnMakePane), CToolOptBase*> mapPanes;
     for (const TToolRow& row : GetToolTable()) {
         CToolOptBase*& pPane = mapPanes[row.pfnMakePane];
@@ -20,7 +21,7 @@ CToolOptWnd::CToolOptWnd(const wchar_t* pszSection) : CPanel(pszSection) {
 }
 
 void CToolOptWnd::OnRefresh() {
-    const auto spTool = g_wpActiveTool.lock();
+    const auto spTool = GetTool();
     // All or none: the window relies on it.
     std::vector<TPanelControl> vControls;
     CToolOptBase* pShown = nullptr;

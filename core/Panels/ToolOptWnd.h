@@ -8,7 +8,7 @@
 
 class CToolOptWnd : public CPanel {
 public:
-    explicit CToolOptWnd(const wchar_t* pszSection);
+    CToolOptWnd(const wchar_t* pszSection, const TPanelOutside& outside);
     std::wstring GetTitle() const override { return L"ツールオプション"; }
 
 protected:

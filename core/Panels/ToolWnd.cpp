@@ -4,7 +4,7 @@
 #include "core/Panels/ToolTable.h"
 #include "core/Tools/Tools.h"
 
-CToolWnd::CToolWnd(const wchar_t* pszSection) : CPanel(pszSection) {
+CToolWnd::CToolWnd(const wchar_t* pszSection, const TPanelOutside& outside) : CPanel(pszSection, outside) {
     for (const TToolRow& row : GetToolTable())
         m_vControls.push_back({.kind = TPanelControl::EKind::Toggle,
                                .nId = row.info.nId,
@@ -13,7 +13,7 @@ CToolWnd::CToolWnd(const wchar_t* pszSection) : CPanel(pszSection) {
 }
 
 void CToolWnd::OnRefresh() {
-    const auto spTool = g_wpActiveTool.lock();
+    const auto spTool = GetTool();
     for (TPanelControl& control : m_vControls) control.nValue = spTool && spTool->GetToolId() == control.nId;
 }
 

@@ -5,7 +5,7 @@
 
 class CToolWnd : public CPanel {
 public:
-    explicit CToolWnd(const wchar_t* pszSection);
+    CToolWnd(const wchar_t* pszSection, const TPanelOutside& outside);
     std::wstring GetTitle() const override { return L"ツール"; }
 
 protected:

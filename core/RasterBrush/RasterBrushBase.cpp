@@ -22,7 +22,7 @@ bool CRasterBrushBase::IsAway(CPoint ptFrom, CPoint pt) const {
     uint64_t uDistance = static_cast<uint64_t>(dx * dx + dy * dy);
     uint64_t uThreshold = CANVAS_PIXEL;
     if (!m_freehand.m_bSlowScale) {
-        const auto spView = g_wpActiveView.lock();
+        const auto spView = GetView();
         const uint64_t uZoom = spView ? spView->GetZoom() : 0;
         if (uZoom == 0) return false;
         uDistance *= uZoom * uZoom;

@@ -97,6 +97,6 @@ TStrokeSetup CRasterBrushImpl::MakeSetup(const CCanvasBuffer& canvas) const {
             .param = m_param,
             .clock = GetOutside().clock,
             .random = GetOutside().random,
-            .nPredict = g_Switches.m_nPredStroke,
+            .nPredict = GetOutside().switches.m_nPredStroke,
             .pCodecs = &GetOutside().codecs};
 }

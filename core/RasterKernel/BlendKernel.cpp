@@ -1,12 +1,12 @@
 #include "core/RasterKernel/BlendKernel.h"
 
-#include "core/IniConfig/GlobalSwitches.h"
+#include "core/RasterKernel/KernelChoice.h"
 #include "core/RasterKernel/Kernels.h"
 #include "core/RasterKernel/ResolveKernel.h"
 
 namespace {
 
-const TBlendKernels& Kernels() { return g_Switches.m_bEnableSSE2 ? VectorKernels() : PlainKernels(); }
+const TBlendKernels& Kernels() { return UsesVectorKernels() ? VectorKernels() : PlainKernels(); }
 
 } // namespace
 

@@ -1,6 +1,6 @@
 #include "core/RasterKernel/CrossingKernel.h"
 
-#include "core/IniConfig/GlobalSwitches.h"
+#include "core/RasterKernel/KernelChoice.h"
 
 #include <algorithm>
 
@@ -39,5 +39,5 @@ const TCrossingKernels& PlainCrossingKernels() {
 }
 
 const TCrossingKernels& CrossingKernels() {
-    return g_Switches.m_bEnableSSE2 ? VectorCrossingKernels() : PlainCrossingKernels();
+    return UsesVectorKernels() ? VectorCrossingKernels() : PlainCrossingKernels();
 }

@@ -1,6 +1,6 @@
 #include "core/RasterKernel/HalveKernel.h"
 
-#include "core/IniConfig/GlobalSwitches.h"
+#include "core/RasterKernel/KernelChoice.h"
 
 namespace {
 
@@ -24,5 +24,5 @@ const THalveKernels& PlainHalveKernels() {
 }
 
 const THalveKernels& HalveKernels() {
-    return g_Switches.m_bEnableSSE2 ? VectorHalveKernels() : PlainHalveKernels();
+    return UsesVectorKernels() ? VectorHalveKernels() : PlainHalveKernels();
 }

@@ -1,6 +1,6 @@
 #include "core/RasterKernel/SoftenKernel.h"
 
-#include "core/IniConfig/GlobalSwitches.h"
+#include "core/RasterKernel/KernelChoice.h"
 
 #include <algorithm>
 
@@ -26,5 +26,5 @@ const TSoftenKernels& PlainSoftenKernels() {
 }
 
 const TSoftenKernels& SoftenKernels() {
-    return g_Switches.m_bEnableSSE2 ? VectorSoftenKernels() : PlainSoftenKernels();
+    return UsesVectorKernels() ? VectorSoftenKernels() : PlainSoftenKernels();
 }

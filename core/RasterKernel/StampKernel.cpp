@@ -1,7 +1,7 @@
 #include "core/RasterKernel/StampKernel.h"
 
 #include "core/Base/StableMath.h"
-#include "core/IniConfig/GlobalSwitches.h"
+#include "core/RasterKernel/KernelChoice.h"
 
 #include <algorithm>
 #include <cmath>
@@ -54,5 +54,5 @@ const TStampKernels& PlainStampKernels() {
 }
 
 const TStampKernels& StampKernels() {
-    return g_Switches.m_bEnableSSE2 ? VectorStampKernels() : PlainStampKernels();
+    return UsesVectorKernels() ? VectorStampKernels() : PlainStampKernels();
 }

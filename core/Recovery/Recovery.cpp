@@ -39,9 +39,9 @@ void CRecovery::NoteChanges(TEntry& entry, uint32_t uChanges) {
 }
 
 bool CRecovery::IsDue(const TEntry& entry) const {
-    if (!entry.bPending || entry.bGivenUp || g_Switches.m_nAutoSave <= 0) return false;
+    if (!entry.bPending || entry.bGivenUp || m_switches.m_nAutoSave <= 0) return false;
     const uint32_t uNow = m_clock.GetTickCount();
-    const uint32_t uInterval = static_cast<uint32_t>(g_Switches.m_nAutoSave) * MS_A_SECOND;
+    const uint32_t uInterval = static_cast<uint32_t>(m_switches.m_nAutoSave) * MS_A_SECOND;
     const uint32_t uWaiting = uNow - entry.uFirstChange;
     // Without a pause in the work the wait is limited.
     return uWaiting >= uInterval && (uNow - entry.uLastChange >= PAUSE_MS || uWaiting / 2 >= uInterval);

@@ -13,14 +13,16 @@
 #include <vector>
 
 class IClock;
+struct TGlobalSwitches;
 
-/// Watches the documents of a session. A changed document gets a snapshot g_Switches.m_nAutoSave seconds
+/// Watches the documents of a session. A changed document gets a snapshot `m_nAutoSave` seconds
 /// after its first change not yet in one, when idle. The snapshot is removed when the document is saved or
 /// forgotten, and remains when the document ends in any other way.
 class CRecovery : boost::noncopyable {
 public:
-    /// Both must outlive the object.
-    CRecovery(ISnapshotStore& store, IClock& clock) : m_store(store), m_clock(clock) {}
+    /// All must outlive the object.
+    CRecovery(ISnapshotStore& store, IClock& clock, const TGlobalSwitches& switches)
+        : m_store(store), m_clock(clock), m_switches(switches) {}
 
     /// Idle work for one document: tracks its changes and takes a due snapshot. Propagates exceptions of
     /// Serialize; that document is then skipped until it has been saved.
@@ -63,6 +65,7 @@ private:
 
     ISnapshotStore& m_store;
     IClock& m_clock;
+    const TGlobalSwitches& m_switches;
     std::map<const CCanvasBuffer*, TEntry> m_mapEntries;
     uint32_t m_uNextKey = 1;
 };

@@ -9,6 +9,7 @@ class CPenContact;
 class IClock;
 class IImageCodecs;
 class IKeyState;
+struct TGlobalSwitches;
 
 /// Notifications from a tool to the panels.
 enum class EToolNotice {
@@ -23,6 +24,7 @@ struct TToolOutside {
     IKeyState& keys;
     CStrokeRandom& random;
     CIniConfig& config; ///< where tools keep their settings
+    const TGlobalSwitches& switches;
     IImageCodecs& codecs;
     CPenContact& contact;
     boost::function<void(int nId)> fnCommand; ///< sends the main frame a menu command

@@ -46,7 +46,7 @@ void CTools::SetState(int state) {
         m_spLayer.reset();
         return;
     }
-    const auto spView = g_wpActiveView.lock();
+    const auto spView = GetView();
     if (!spView) throw internal_error(L"SetState: there is no active window.");
     const auto spCanvas = spView->GetCanvas();
     const TLayerPtr spLayer = spCanvas->GetActiveLayer();
@@ -58,7 +58,7 @@ void CTools::SetState(int state) {
 
 boost::shared_ptr<CCanvasBuffer> CTools::GetCanvas() const {
     if (m_spCanvas) return m_spCanvas;
-    const auto spView = g_wpActiveView.lock();
+    const auto spView = GetView();
     return spView ? spView->GetCanvas() : boost::shared_ptr<CCanvasBuffer>();
 }
 

@@ -119,6 +119,8 @@ protected:
     TLayerPtr GetLayer() const;
     /// The canvas of the running operation, or else the active view's; null when there is none.
     boost::shared_ptr<CCanvasBuffer> GetCanvas() const;
+    /// The active view, null when there is none.
+    static boost::shared_ptr<IActiveView> GetView() { return g_wpActiveView.lock(); }
 
     int m_state = STATE_IDLE;
     boost::shared_ptr<CCanvasBuffer> m_spCanvas;

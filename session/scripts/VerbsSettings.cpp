@@ -2,6 +2,7 @@
 #include "core/Base/Text.h"
 #include "core/IniConfig/GlobalSwitches.h"
 #include "core/IniConfig/IniConfig.h"
+#include "core/RasterKernel/KernelChoice.h"
 #include "session/scripts/Player.h"
 #include "session/scripts/Verbs.h"
 #include "session/seam/SessionDialogs.h"
@@ -82,6 +83,8 @@ TAction ReadSet(const CScriptValue& value) {
         if (spSection->GetString(strKey, {}) != strValue)
             throw step_failure("the setting " + ToUtf8(strSection) + ", " + ToUtf8(strKey) +
                                " cannot be written");
-        if (player.IsPreparing() && EqualNoCase(strSection, L"Global")) g_Switches.Load(config);
+        if (!player.IsPreparing() || !EqualNoCase(strSection, L"Global")) return;
+        g_Switches.Load(config);
+        UseVectorKernels(g_Switches.m_bEnableSSE2 != 0);
     };
 }

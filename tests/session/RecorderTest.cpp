@@ -1,3 +1,4 @@
+#include "core/RasterKernel/KernelChoice.h"
 #include "tests/session/ScriptedSession.h"
 
 namespace {
@@ -135,11 +136,16 @@ TEST_F(Recorder, BeginsWithWhatTheUserHasSet) {
     config.GetSection(L"Global")->SetInt(L"MaxHistory", 5);
     const TGlobalSwitches before = g_Switches;
     g_Switches.m_nMaxHistory = 1; // as changed by the program since
+    g_Switches.m_bEnableSSE2 = 0;
     ExpectSame(VIEW + Stroke(1200, 1000) + Stroke(1200, 1100));
     EXPECT_EQ(g_Switches.m_nMaxHistory, 1) << "by the record, whatever the store said";
+    EXPECT_EQ(m_spCanvas->GetHistory().GetUndoList().size(), 1u);
+    EXPECT_FALSE(UsesVectorKernels());
     g_Switches = before;
+    UseVectorKernels(true);
     EXPECT_EQ(m_strRecord.substr(0, m_strRecord.find("{\"tablet\"")),
-              R"({"set":{"key":"MaxHistory","section":"Global","value":"1"}}
+              R"({"set":{"key":"EnableSSE2","section":"Global","value":"0"}}
+{"set":{"key":"MaxHistory","section":"Global","value":"1"}}
 {"set":{"key":"BrushRadius","section":"BrushParam\\RasterBrush","value":"40"}}
 )");
 }

@@ -18,8 +18,8 @@ public:
     template <class Tool>
     boost::shared_ptr<Tool> Use() {
         const TPlatform& p = g_AppModule.GetPlatform();
-        m_pOutside.reset(new TToolOutside{p.clock, p.keys, m_random, g_AppModule.GetSettings(), p.codecs,
-                                          m_contact, [](int) {}, [](EToolNotice) {}});
+        m_pOutside.reset(new TToolOutside{p.clock, p.keys, m_random, g_AppModule.GetSettings(), g_Switches,
+                                          p.codecs, m_contact, [](int) {}, [](EToolNotice) {}});
         const auto spTool = boost::make_shared<Tool>(*m_pOutside);
         g_wpActiveTool = spTool;
         return spTool;

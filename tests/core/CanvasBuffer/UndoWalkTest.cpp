@@ -36,10 +36,9 @@ void PaintStroke(CCanvasBuffer& canvas, CRasterLayerBuffer& layer, std::mt19937&
 class UndoWalk : public testing::TestWithParam<unsigned> {
 protected:
     UndoWalk() {
-        g_Switches.m_nMaxHistory = OPERATIONS;
+        m_spCanvas->GetHistory().SetLimits(m_switches);
         FillRandomTree(m_spCanvas, 4, m_random);
     }
-    ~UndoWalk() override { g_Switches.m_nMaxHistory = m_nMaxHistory; }
 
     // What a document is: its file, its pixels, its selection.
     size_t State() {
@@ -82,7 +81,7 @@ protected:
         return m_spCanvas->GetHistory().GetUndoList().size() > nBefore;
     }
 
-    const int m_nMaxHistory = g_Switches.m_nMaxHistory;
+    const TGlobalSwitches m_switches{.m_nMaxHistory = OPERATIONS};
     std::mt19937 m_random{GetParam()};
     boost::shared_ptr<CCanvasBuffer> m_spCanvas = CreateCanvas(SIZE);
 };

@@ -22,8 +22,7 @@ private:
 
 class HistoryBudget : public testing::Test {
 protected:
-    HistoryBudget() { g_Switches.m_nHistoryMegabytes = 4; }
-    ~HistoryBudget() override { g_Switches.m_nHistoryMegabytes = TGlobalSwitches().m_nHistoryMegabytes; }
+    HistoryBudget() { m_history.SetLimits(m_switches); }
 
     void Do(const wchar_t* pszName, size_t nMegabytes) {
         m_history.Register(boost::make_shared<CSized>(pszName, nMegabytes));
@@ -36,6 +35,7 @@ protected:
         return str;
     }
 
+    const TGlobalSwitches m_switches{.m_nHistoryMegabytes = 4};
     CHistoryStream m_history;
 };
 

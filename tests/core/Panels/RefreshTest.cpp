@@ -16,8 +16,9 @@ protected:
         return dynamic_cast<CCountingPanel&>(*g_pMainFrame->GetPanels().Find(nId));
     }
     static void AddPanel(int nId, EMessage refresh) {
-        const auto make = [](const wchar_t* pszSection) -> std::unique_ptr<CPanel> {
-            return std::make_unique<CCountingPanel>(pszSection);
+        const auto make = [](const wchar_t* pszSection,
+                             const TPanelOutside& outside) -> std::unique_ptr<CPanel> {
+            return std::make_unique<CCountingPanel>(pszSection, outside);
         };
         CPanels& panels = g_pMainFrame->GetPanels();
         panels.Add({nId, L"Test", make, refresh, {}});

@@ -48,10 +48,12 @@ protected:
     CIniConfig m_config{L"/v.ini", m_files};
     CStrokeRandom m_random;
     CPenContact m_contact;
+    const TGlobalSwitches m_switches;
     TToolOutside m_outside{m_session.GetPlatform().clock,
                            m_session.GetPlatform().keys,
                            m_random,
                            m_config,
+                           m_switches,
                            m_codecs,
                            m_contact,
                            {},

@@ -1,3 +1,4 @@
+#include "core/RasterKernel/KernelChoice.h"
 #include "tests/session/ScriptedSession.h"
 
 TEST(FreehandTools, XAloneSwapsTheColours) {
@@ -35,8 +36,8 @@ TEST(FreehandTools, AHundredStrokesAreTheSameInEveryFormOfTheKernels) {
         return session.GetDocument();
     };
     const std::string strVector = draw(strScript);
-    g_Switches.m_bEnableSSE2 = 0;
+    UseVectorKernels(false);
     EXPECT_TRUE(draw(strScript) == strVector);
-    g_Switches.m_bEnableSSE2 = 1;
+    UseVectorKernels(true);
     EXPECT_FALSE(strVector == draw(""));
 }

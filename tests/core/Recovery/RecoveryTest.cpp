@@ -37,7 +37,8 @@ protected:
 
     CLeavingSnapshots m_store;
     CVirtualClock m_clock;
-    CRecovery m_recovery{m_store, m_clock};
+    TGlobalSwitches m_switches;
+    CRecovery m_recovery{m_store, m_clock, m_switches};
     boost::shared_ptr<CCanvasBuffer> m_spCanvas = CreateCanvas({100, 100});
 };
 
@@ -64,14 +65,13 @@ TEST_F(Recovery, AChangeIsKeptAfterAMinuteUntilItIsSaved) {
     m_recovery.Forget(*m_spCanvas);
     EXPECT_EQ(Wait(62000), 1u) << "modified again";
     m_recovery.Forget(*m_spCanvas);
-    const int32_t nBefore = std::exchange(g_Switches.m_nAutoSave, 0);
+    m_switches.m_nAutoSave = 0;
     Change();
     EXPECT_EQ(Wait(300000), 0u) << "turned off";
-    g_Switches.m_nAutoSave = nBefore;
 }
 
 TEST_F(Recovery, WhatIsToBeKeptNowIsKeptNow) {
-    const int32_t nBefore = std::exchange(g_Switches.m_nAutoSave, 0);
+    m_switches.m_nAutoSave = 0;
     Change();
     EXPECT_TRUE(m_recovery.Keep(m_spCanvas));
     ASSERT_EQ(m_store.GetKept().size(), 1u);
@@ -86,7 +86,6 @@ TEST_F(Recovery, WhatIsToBeKeptNowIsKeptNow) {
     m_recovery.Forget(*m_spCanvas);
     EXPECT_TRUE(m_store.GetKept().empty());
     EXPECT_TRUE(m_recovery.Keep(m_spCanvas) && m_store.GetKept().size() == 1);
-    g_Switches.m_nAutoSave = nBefore;
 }
 
 TEST_F(Recovery, WhatAddsNoUndoStepIsKeptToo) {

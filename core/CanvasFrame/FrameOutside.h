@@ -1,0 +1,19 @@
+// The application's services for document windows.
+#pragma once
+
+#include <boost/weak_ptr.hpp>
+
+class CIniConfig;
+class CRecovery;
+class CTools;
+struct TGlobalSwitches;
+struct TPlatform;
+
+/// One record for all frames of a session; the objects must outlive their windows.
+struct TFrameOutside {
+    const TPlatform& platform;
+    CIniConfig& settings;
+    CRecovery& recovery;
+    const TGlobalSwitches& switches;
+    const boost::weak_ptr<CTools>& wpTool; ///< the active tool
+};

@@ -1,0 +1,10 @@
+#include "core/RasterKernel/KernelChoice.h"
+
+namespace {
+
+bool bUseVectors = true;
+
+} // namespace
+
+bool UsesVectorKernels() { return bUseVectors; }
+void UseVectorKernels(bool bVector) { bUseVectors = bVector; }
