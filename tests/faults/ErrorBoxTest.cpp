@@ -54,10 +54,3 @@ TEST_F(ErrorBox, SaysWhatItCanWhenMemoryIsGone) {
                                         L"ディスクが読み取り専用です。別の場所に保存してください。");
     EXPECT_EQ(TextOf(false, reportFile), L"ファイルを開けませんでした。");
 }
-
-TEST_F(ErrorBox, GuardsReportAndGoOn) {
-    bool bHandled = true;
-    EXPECT_EQ(TextOf(true, [&] { bHandled = Guarded([]() -> bool { throw std::bad_alloc(); }); }),
-              L"メモリが足りません。\nexception: bad_alloc");
-    EXPECT_FALSE(bHandled); // the window's default handling runs for the message
-}

@@ -66,9 +66,7 @@ TEST_F(CFilter, UntouchedPicturesComeBackBitForBit) {
                        {"close":"main"})");
     Write("palette.gif", *EncodeGif(MakeNoise({50, 40}, QImage::Format_Indexed8)));
     SavePicture("edge.png", MakeNoise({95, 97}, QImage::Format_RGB32));
-    SavePicture("over.tif", MakeNoise({97, 95}, QImage::Format_RGB32));
     SavePicture("soft.png", MakeNoise({200, 130}, QImage::Format_ARGB32));
-    SavePicture("deep.png", MakeNoise({60, 50}, QImage::Format_RGBX64));
     for (const auto& [strName, strFile] : ReadFolder()) {
         if (strName == "script") continue;
         EXPECT_EQ(Run(strName + " out.png --script script"), 0) << m_strSaid;

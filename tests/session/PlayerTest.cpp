@@ -60,6 +60,8 @@ TEST_F(Player, WhatCannotBeDoneOrIsNotAsExpectedFails) {
         {R"({"expect":{"enabled":{"12812":false}}})", "1: enabled.12812: expected false, found true"},
         {R"({"expect":{"pixel":{"x":1,"y":2,"rgba":[255,0,0,254]}}})",
          "1: pixel (1, 2): expected [255,0,0,254], found [255,0,0,255]"},
+        {R"({"expect":{"pixel":{"x":200,"y":0,"rgba":[0,0,0,0]}}})",
+         "1: pixel: (200, 0) lies outside the canvas"},
         {R"({"layer":{"select":[0,0]}})", "1: there is no layer at that path"},
         {R"({"command":57664})", "1: CAboutDialog opened, but no answer was queued"},
         {"{\"answer\":{\"dialog\":\"CAboutDialog\",\"extra\":true}}\n{\"command\":57664}", ""},

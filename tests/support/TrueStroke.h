@@ -16,8 +16,8 @@ public:
     static constexpr int STEPS = 1000;   ///< ribs per segment
     using TPoint = std::complex<double>; ///< path units
 
-    /// Half-widths are the stream's own one, the ends flat and square.
-    CTrueStroke(const COpenPathStream& stream, CSize sz)
+    /// Half-widths are the stream's own one, the ends flat and square. Only ribs from `tFirst` to `tLast`.
+    CTrueStroke(const COpenPathStream& stream, CSize sz, uint32_t tFirst = 0, uint32_t tLast = UINT32_MAX)
         : m_nWidth(sz.cx * CELLS), m_nHeight(sz.cy * CELLS),
           m_vCells(static_cast<size_t>(m_nWidth) * static_cast<size_t>(m_nHeight)) {
         TOutlinePoints vAnchors;
@@ -34,6 +34,8 @@ public:
             return std::array{vLine[n] + across, vLine[n] - across};
         };
         for (size_t n = 1; n < vLine.size(); ++n) {
+            const double t = (n / (STEPS + 1) + n % (STEPS + 1) / double{STEPS}) * BEZIER_T_RESOLUTION;
+            if (t < tFirst || t > tLast) continue;
             const auto a = rib(n - 1), b = rib(n);
             Paint({a[0], b[0], b[1], a[1]});
         }

@@ -1,7 +1,14 @@
 #include "core/Base/Color.h"
 #include "core/Base/Failure.h"
-#include "core/Base/Resource.h"
 #include "core/Base/Text.h"
+
+TEST(Failure, EveryClassHasItsText) {
+    EXPECT_EQ(DescribeException(std::bad_alloc()), L"メモリが足りません。\nexception: bad_alloc");
+    EXPECT_EQ(DescribeException(internal_error(L"ある")), L"内部エラー\nexception: internal_error('ある')");
+    EXPECT_EQ(DescribeException(refused_error(L"大きい。")), L"大きい。");
+    EXPECT_EQ(DescribeException(std::runtime_error("disk")),
+              L"予期せぬエラーが発生しました。\nexception: exception('disk')");
+}
 
 TEST(Text, RoundTripsAndSurvivesIllFormedBytes) {
     const std::wstring str = L"線画 é \U0001F58B end";

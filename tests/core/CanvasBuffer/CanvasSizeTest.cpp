@@ -150,7 +150,6 @@ TEST_F(CanvasSize, PlanesOfAllRasterLayersGoAndComeBackInOneOrder) {
     }
 }
 
-// Column and row of the blocks whose counters an action moves.
 template <class Action>
 std::string ChangedBlocks(CCanvasBuffer& canvas, Action action) {
     canvas.ComposeAll();

@@ -51,13 +51,3 @@ TEST_F(HistoryBudget, TheOldestGoAndTheNewestStays) {
     Do(L"f", 0);
     EXPECT_EQ(Labels(), L"e f");
 }
-
-TEST_F(HistoryBudget, ActionsAreMeasuredAnewWhenTheyAreUndoneAndDoneAgain) {
-    Do(L"a", 3);
-    const auto spAction = m_history.GetUndoList().front();
-    EXPECT_EQ(spAction->GetBytes(), 3 * MEGABYTE);
-    m_history.Undo();
-    EXPECT_EQ(spAction->GetBytes(), 0u);
-    m_history.Redo();
-    EXPECT_EQ(spAction->GetBytes(), 3 * MEGABYTE);
-}

@@ -216,21 +216,6 @@ protected:
 
 } // namespace
 
-TEST_F(StrokeInProgress, IsCutByTheSelectionItWasDrawnUnder) {
-    m_spCanvas->SetSelect(SelectColumns(20, 100));
-    Draw(*m_spLayer, MakeLine(SIZE, 20, 160, 30));
-    m_spCanvas->SetSelect({});
-    Draw(*m_spLayer, MakeLine(SIZE, 20, 160, 90));
-    m_spCanvas->SetSelect(SelectColumns(120, 200));
-    while (m_history.GetUndoList().empty()) {
-        ASSERT_EQ(AlphaAt({140, 30}), 0u) << "nor does it show there before";
-        ASSERT_TRUE(m_spCanvas->Update());
-    }
-    m_spCanvas->CompleteWork();
-    EXPECT_TRUE(AlphaAt({60, 30}) == 255 && AlphaAt({140, 30}) == 0);
-    EXPECT_TRUE(AlphaAt({60, 90}) == 255 && AlphaAt({140, 90}) == 255);
-}
-
 TEST_F(StrokeInProgress, EntersTheHistoryInTheOrderOfDrawingOnAllLayers) {
     const auto spHigh = CreateRasterLayer(m_spCanvas);
     m_spLayer->AddLayer(spHigh, -1, false);

@@ -2,14 +2,6 @@
 #include "core/Panels/ColorWnd.h"
 #include "session/seam/Glass.h"
 
-namespace {
-
-struct CNowhere : IPaintTarget {
-    void Blit(const uint8_t*, int, CSize, const CRect&) override {}
-};
-
-} // namespace
-
 TEST(HsvColor, GoesToColoursAndBack) {
     EXPECT_EQ(ColorOfHsv({0, 255, 255}), MakeColor(255, 0, 0));
     EXPECT_EQ(ColorOfHsv({90, 255, 255}), MakeColor(128, 255, 0));
@@ -36,26 +28,6 @@ TEST(ReadHexColor, TakesSixDigitsOnly) {
     EXPECT_EQ(ReadHexColor(L"0000ff"), MakeColor(0, 0, 255));
     for (const wchar_t* psz : {L"", L"#", L"12345", L"1234567", L"12345g", L"##12345", L"１２３４５６"})
         EXPECT_FALSE(ReadHexColor(psz)) << ToUtf8(psz);
-}
-
-TEST(ColorCircleView, ThePartThatTheButtonWentDownInKeepsThePointer) {
-    CColorCircleView view;
-    EXPECT_FALSE(view.OnPointer(EMessage::LButtonDown, {100, 5})); // never painted
-    CNowhere target;
-    view.OnPaint(target, {{200, 200}, 0, 0, true, false});
-    EXPECT_TRUE(view.OnPointer(EMessage::LButtonDown, {100, 8})); // the ring's top
-    EXPECT_EQ(view.m_hsv.nHue, 90);
-    EXPECT_TRUE(view.OnPointer(EMessage::MouseMove, {8, 100}));
-    EXPECT_EQ(view.m_hsv.nHue, 180);
-    EXPECT_EQ(view.m_hsv.nValue, 0);
-    view.OnPointer(EMessage::LButtonUp, {8, 100});
-    EXPECT_FALSE(view.OnPointer(EMessage::MouseMove, {100, 100})); // nothing is held
-    EXPECT_TRUE(view.OnPointer(EMessage::LButtonDown, {100, 100}));
-    EXPECT_NEAR(view.m_hsv.nSaturation, 128, 2);
-    view.OnPointer(EMessage::MouseMove, {900, -900}); // beyond the square is its corner
-    EXPECT_EQ(view.m_hsv, (THsv{180, 255, 255}));
-    view.OnPointer(EMessage::LButtonUp, {900, -900});
-    EXPECT_FALSE(view.OnPointer(EMessage::LButtonDown, {1, 1})); // beside the ring
 }
 
 TEST(ColorViews, ShowEachColourWhereItIsChosen) {

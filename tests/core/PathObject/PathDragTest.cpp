@@ -83,6 +83,7 @@ TEST(PathDrag, WhatIsCommittedStaysWhileLiveValuesAreDragged) {
     check([&](auto& s) { DragBy(anchor(s, 2)->DragBackHandle(true), {0, -99}); }); // a new one
     check([&](auto& s) { Drag(s.GetWidthPoints()[0]->DragAnchorPoint(false), {90, 80}); });
     check([&](auto& s) { DragBy(s.GetWidthPoints()[0]->DragHandleImpl(true, true), {200, -300}); });
+    check([](auto& s) { (*s.GetWidthPoints()[0]->LeftHandle())[STATE_LIVE] = 9; });
     check([&](auto& s) { Drag(s.GetTransPoints()[1]->DragAnchorPoint(false), {790, 380}); });
     check([&](auto& s) { DragBy(s.GetTransPoints()[1]->DragHandleImpl(), {0, 500}); });
     check([&](auto& s) { DragBy(begin(s)->DragGrowHandle(false), {-90, 0}); });

@@ -140,21 +140,3 @@ TEST(PathObject, WhatNoFileCouldHoldIsTakenBack) {
     CDeserializer reader(spPath->Serialize());
     EXPECT_NO_THROW(COpenPathObject().Deserialize(reader)) << "the limits themselves";
 }
-
-TEST(PathObject, TheNearestPlaceIsThatOfADenseScan) {
-    const auto spPath = MakeStroke();
-    const COpenPathStream& stream = spPath->GetStream();
-    std::mt19937 random(3);
-    for (int n = 0; n < 100; ++n) {
-        const CPoint pt{static_cast<int32_t>(random() % 900), static_cast<int32_t>(random() % 500)};
-        double dScan = 1e9;
-        for (uint32_t t = 0; t <= 0x20000; t += 0x40) {
-            const CPoint away = stream.PointAt(t, STATE_LIVE) - pt;
-            dScan = std::min(dScan, std::hypot(away.x, away.y));
-        }
-        const TPathPlace place = stream.SearchNearPointOnPath(pt, STATE_LIVE);
-        EXPECT_LE(std::sqrt(static_cast<double>(place.nDistanceSquared)), dScan + 1) << pt.x << ' ' << pt.y;
-        const CPoint away = stream.PointAt(place.t, STATE_LIVE) - pt;
-        EXPECT_EQ(place.nDistanceSquared, Dot(away, away));
-    }
-}

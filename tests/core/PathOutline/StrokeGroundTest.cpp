@@ -94,6 +94,31 @@ TEST(StrokeGround, TightHooksAreFullWithoutSpecks) {
     EXPECT_EQ(v[153 * 288 + 154], 0);
 }
 
+TEST(StrokeGround, CutsThroughTightHooksKeepEachStretchFull) {
+    // A square cut in the bend; the stretch before it is seen, or the one behind.
+    std::mt19937 random(23);
+    int nReach = 0;
+    for (int n = 0; n < 120; ++n) {
+        const bool bBehind = n % 2 != 0;
+        const auto spPath = MakeHook(random, 24 + 2.5 * n, TERM_FLAT);
+        COpenPathStream& stream = spPath->GetStream();
+        const uint32_t t = BEZIER_T_RESOLUTION + random() % BEZIER_T_RESOLUTION;
+        stream.AddTransPoint(bBehind ? 0 : t);
+        stream.AddTransPoint(
+            bBehind ? t : static_cast<uint32_t>(stream.ControlPointCount() - 1) * BEZIER_T_RESOLUTION);
+        spPath->Update();
+        const auto v = CoverageOf(*spPath);
+        const CTrueStroke seen(stream, PLANE, bBehind ? t : 0, bBehind ? UINT32_MAX : t);
+        int nSpecks = 0, nBeyond = 0;
+        for (const size_t i : FindEnclosed(v)) nSpecks += AtPixel(seen, i) == 1;
+        for (size_t i = 0; i < v.size(); ++i) nBeyond += v[i] > 128 && AtPixel(seen, i) == 0;
+        EXPECT_LE(nSpecks, 32) << n;
+        nReach += nBeyond > 20;
+    }
+    // The inner sides of the others meet the line of the cut elsewhere than beside it.
+    EXPECT_LE(nReach, 33);
+}
+
 TEST(StrokeGround, CornersBetweenShortLegsAreFull) {
     // Three straight legs shorter than the stroke is wide: the inner sides do not reach each other.
     std::mt19937 random(25);

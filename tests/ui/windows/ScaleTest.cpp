@@ -1,4 +1,3 @@
-// Windows on a screen with one and a half device pixels to Qt's pixel.
 #include "tests/ui/UiTest.h"
 
 #include "core/Platform/Pen.h"

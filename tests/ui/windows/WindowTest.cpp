@@ -142,3 +142,8 @@ TEST_F(CUiTest, ScrollBarsTellOnlyWhatTheUserDoes) {
     Turn();
     EXPECT_EQ(m_a.Got(EMessage::MouseWheel), (TParams{{120, 0}, {-240, 0}, {240, 0}}));
 }
+
+TEST(QtMdiArrange, TilesFillTheArea) {
+    EXPECT_EQ(TileRects({300, 90}, 2, true)[1], QRect(0, 45, 300, 45));
+    EXPECT_EQ(TileRects({300, 90}, 5, true)[1], QRect(0, 45, 150, 45)) << "the right column takes the third";
+}
