@@ -20,7 +20,7 @@ public:
     /// Allocation number `uFail` fails, counted from 1 to the session's first step; 0 for none.
     TPlayed Play(uint64_t uFail, TFailing failing) {
         const auto spCanvas = CreateCanvas({60, 40});
-        spCanvas->GetHistory().SetModified(true);
+        spCanvas->GetHistory().SetModified(m_bModified);
         m_fault.emplace(uFail, failing);
         try {
             OnPlatform([&](const TPlatform& platform) {
@@ -54,6 +54,7 @@ protected:
     CMemoryFiles m_files;
     CUnfailingCodecs m_codecs{m_files};
     CNoPlaces m_places;
+    bool m_bModified = false; ///< the document, about which the user is asked at the end
 
 private:
     std::optional<CFailingMemory> m_fault;

@@ -5,6 +5,10 @@ namespace {
 
 // Boxes are part of the platform and need no memory of the application.
 class CHeadlessStart : public CStart, IMessageBoxes {
+public:
+    CHeadlessStart() { m_bModified = true; }
+
+private:
     EBoxAnswer Show(IWindow*, const std::wstring&, const std::wstring&, EBoxKind kind) override {
         m_bError = m_bError || kind == EBoxKind::Error;
         return kind == EBoxKind::YesNoCancelWarning ? EBoxAnswer::No : EBoxAnswer::Ok;
