@@ -128,7 +128,9 @@ void BindCanvasCommands(CCommandTable& table) {
         return IsIdle(frame) ? GetLayerCommandState(*frame.GetCanvas(), n) : TCommandState();
     };
     for (const int nId : GetLayerCommands())
-        table.Bind(nId, WithFrame([](CCanvasFrame& frame, int n) { frame.ChangeTree(n); }),
+        table.Bind(nId, WithFrame([](CCanvasFrame& frame, int n) {
+                       frame.EditTree([&] { return DoLayerCommand(frame.GetCanvas(), n); });
+                   }),
                    AskFrame([=](CCanvasFrame& frame, int n) { return layerState(frame, n).bEnabled; }),
                    AskFrame([=](CCanvasFrame& frame, int n) { return layerState(frame, n).bChecked; }));
     for (const auto& [nId, pfnDo, pfnCan] : EDIT_COMMANDS)

@@ -258,16 +258,31 @@ void CCanvasFrame::StepHistory(bool bUndo) {
     InvalidateAll();
 }
 
-void CCanvasFrame::ChangeTree(int nId) {
-    // A command that failed halfway has changed what is shown all the same.
+void CCanvasFrame::GoToState(const boost::shared_ptr<CHistory>& spNewest) {
+    Guarded([&] {
+        CompleteWork();
+        m_spCanvas->GetHistory().GoTo(spNewest);
+    });
+    RaiseRefresh();
+    InvalidateAll();
+}
+
+void CCanvasFrame::SelectLayer(const TLayerPtr& spLayer) {
+    // What the tool has open belongs to the layer that was active.
+    Guarded([] { SettleActiveTool(); });
+    m_spCanvas->SelectLayer(spLayer);
+    for (const EMessage id : {WM_REFRESH_LAYERS, WM_REFRESH_TOOL}) PostToMainFrame(id);
+    RequestRedraw();
+}
+
+void CCanvasFrame::EditTree(const boost::function<bool()>& fnEdit) {
+    // An edit that failed halfway has changed what is shown all the same.
     bool bChanged = true;
     Guarded([&] {
         CompleteWork();
-        return bChanged = DoLayerCommand(m_spCanvas, nId);
+        return bChanged = fnEdit();
     });
-    if (!bChanged) return;
-    RaiseRefresh();
-    InvalidateAll();
+    if (bChanged) RequestRedraw();
 }
 
 void CCanvasFrame::Save(bool bAs) {

@@ -66,8 +66,14 @@ public:
     void Save(bool bAs);
     /// Undo or redo, after completing pending work.
     void StepHistory(bool bUndo);
-    /// Executes a layer command after completing pending work.
-    void ChangeTree(int nId);
+    /// Undoes or redoes, after completing pending work, until this action is the newest that is done; null
+    /// undoes everything. An action that is in neither list has no effect.
+    void GoToState(const boost::shared_ptr<CHistory>& spNewest);
+    /// Completes pending work, calls a function that changes the tree or a layer's values, and shows the
+    /// result. A function that returns false has changed nothing.
+    void EditTree(const boost::function<bool()>& fnEdit);
+    /// Makes a layer the active one.
+    void SelectLayer(const TLayerPtr& spLayer);
 
 private:
     bool HandleMessage(const TMessage& msg);

@@ -13,6 +13,8 @@ void CHistoryStream::Register(const boost::shared_ptr<CHistory>& spHistory) {
     m_deqUndo.push_front(spHistory);
     m_deqRedo.clear();
     m_strInitial.swap(strInitial);
+    // The state after an action that is dropped becomes the oldest one.
+    if (m_deqUndo.size() > nKept + 1) m_bSavedInitial = m_wpSaved.lock() == m_deqUndo[nKept + 1];
     while (m_deqUndo.size() > nKept + 1) m_deqUndo.pop_back();
     SetModified(true);
 }
@@ -66,12 +68,29 @@ void CHistoryStream::Redo() {
     SetModified(true);
 }
 
+void CHistoryStream::GoTo(const boost::shared_ptr<CHistory>& spNewest) {
+    if (m_fnCancel) return;
+    const bool bDone = !spNewest || std::ranges::find(m_deqUndo, spNewest) != m_deqUndo.end();
+    if (!bDone && std::ranges::find(m_deqRedo, spNewest) == m_deqRedo.end()) return;
+    const auto isThere = [&] { return m_deqUndo.empty() ? !spNewest : m_deqUndo.front() == spNewest; };
+    while (!isThere())
+        if (bDone)
+            Undo();
+        else
+            Redo();
+}
+
 void CHistoryStream::SetModified(bool bModified) {
     m_bModified = bModified;
     if (bModified)
         ++m_uChanges;
     else
         m_wpSaved = m_deqUndo.empty() ? boost::shared_ptr<CHistory>() : m_deqUndo.front();
+    if (!bModified) m_bSavedInitial = m_deqUndo.empty();
+}
+
+bool CHistoryStream::IsSavedState(const boost::shared_ptr<CHistory>& spNewest) const {
+    return spNewest ? spNewest == m_wpSaved.lock() : m_bSavedInitial;
 }
 
 boost::shared_ptr<CHistory> CHistoryStream::GetFoldable() const {

@@ -54,6 +54,9 @@ public:
     /// handler that returns false is removed.
     void Undo();
     void Redo();
+    /// Undoes or redoes until this action is the newest that is done; null undoes everything. An action that
+    /// is in neither list has no effect, nor has the call while an operation is unfinished.
+    void GoTo(const boost::shared_ptr<CHistory>& spNewest);
     /// Clears both lists.
     void Clear();
     /// Sets the function that cancels an unfinished operation; an empty function removes it.
@@ -64,6 +67,8 @@ public:
     bool IsModified() const { return m_bModified; }
     /// Marks the document as changed, or (false) as saved.
     void SetModified(bool bModified);
+    /// True when the document was saved with this action (null for none) as the newest one.
+    bool IsSavedState(const boost::shared_ptr<CHistory>& spNewest) const;
     /// The newest action if a further change may be merged into it (followed by SetModified); null
     /// otherwise: after an undo, or when the action made the saved state, which must stay reachable.
     boost::shared_ptr<CHistory> GetFoldable() const;
@@ -89,6 +94,7 @@ private:
     std::wstring m_strInitial = L"<< 初期状態 >>";
     bool m_bModified = false;
     boost::weak_ptr<CHistory> m_wpSaved; ///< the newest action when the document was saved
+    bool m_bSavedInitial = false;        ///< it was saved in the oldest state that can be reached
     uint32_t m_uChanges = 0;
     boost::function<bool()> m_fnCancel;
 };

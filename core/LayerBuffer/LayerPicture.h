@@ -27,6 +27,8 @@ public:
     const boost::shared_ptr<CRasterBuffer>& GetDrawBuffer() const { return m_pDrawBuffer; }
     /// The picture reduced by ThumbnailScale, as far as the draw buffer is up to date.
     const boost::shared_ptr<CRasterBuffer>& GetThumbnail();
+    /// True when the picture has changed since GetThumbnail was called.
+    bool IsThumbnailStale() const { return m_pThumbnail->FindDirty().has_value(); }
 
     /// Prepares what layers here and below can only prepare for several blocks at once. Then UpdateBlock may
     /// be called for distinct ones of these blocks by distinct threads.

@@ -8,9 +8,9 @@
 #include "core/Base/Failure.h"
 #include "core/CanvasFrame/ZoomList.h"
 #include "core/Commands/CommandIds.h"
+#include "core/Commands/MenuTable.h"
 #include "core/IniConfig/GlobalSwitches.h"
 #include "core/MainFrame/CommandState.h"
-#include "core/MainFrame/MenuTable.h"
 #include "core/Panels/ToolTable.h"
 #include "core/Platform/System.h"
 #include "core/RasterBrush/FreehandTools.h"
@@ -25,8 +25,6 @@ boost::shared_ptr<CMainFrame> g_pMainFrame;
 
 namespace {
 
-constexpr int MENU_MAIN = 100;
-constexpr int MENU_CANVAS = 200;
 constexpr CSize MINIMUM_SIZE{640, 480};
 constexpr wchar_t PLACEMENT_SECTION[] = L"Main";
 constexpr wchar_t NO_SCALE[] = L"Scale: ----%";
@@ -51,9 +49,14 @@ CMainFrame::CMainFrame()
                 m_contact,
                 [](int nId) { PostToMainFrame(EMessage::Command, nId); },
                 [this](EToolNotice notice) { OnToolNotice(notice); }},
-      m_panelOutside{g_AppModule.GetPlatform(), g_AppModule.GetSettings(), g_wpActiveTool},
       m_frameOutside{g_AppModule.GetPlatform(), g_AppModule.GetSettings(), g_AppModule.GetRecovery(),
-                     g_Switches, g_wpActiveTool} {
+                     g_Switches, g_wpActiveTool},
+      m_panelOutside{g_AppModule.GetPlatform(),
+                     g_AppModule.GetSettings(),
+                     g_Switches,
+                     m_commands,
+                     g_wpActiveTool,
+                     g_wpActiveFrame} {
     const TPlatform& platform = g_AppModule.GetPlatform();
     m_pRecentList = std::make_unique<CRecentDocumentList>(platform.files,
                                                           CRecentDocumentList::FindPath(platform.locations));
@@ -207,7 +210,8 @@ bool CMainFrame::DoIdleWork() {
         m_deqOpenFiles.pop_front();
         OpenFile(strPath);
     }
-    return bStrokes || !m_deqOpenFiles.empty();
+    const bool bPanels = !bStrokes && m_panels.DoIdleWork();
+    return bStrokes || bPanels || !m_deqOpenFiles.empty();
 }
 
 // Remaining strokes are rendered when there is nothing else to do.

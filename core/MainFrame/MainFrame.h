@@ -110,10 +110,10 @@ private:
     bool m_bEraserEnd = false;   ///< the pen's eraser end is near
     int m_nToolBeforeEraser = 0; ///< the tool to restore when the pen's tip comes back
     std::wstring m_strTold;      ///< the reason why presses are refused at present
-    TPanelOutside m_panelOutside;
     TFrameOutside m_frameOutside;
-    CPanels m_panels{m_panelOutside};
     CCommandTable m_commands;
+    TPanelOutside m_panelOutside;
+    CPanels m_panels{m_panelOutside};
     boost::weak_ptr<CCanvasBuffer> m_wpSeen; ///< the document that the panels show now
     uint32_t m_uSeenChanges = 0;
     std::deque<std::wstring> m_deqOpenFiles;

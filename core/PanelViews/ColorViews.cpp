@@ -137,6 +137,12 @@ void CTwoColorBoxView::Draw(CGDIBuffer& buffer, const TPanelPaint& paint) {
     FillFramed(buffer, CRect({0, 0}, {nSide, nSide}), m_clrBrush);
 }
 
+void CSwatchView::Draw(CGDIBuffer& buffer, const TPanelPaint& paint) {
+    FillFramed(buffer, CRect({0, 0}, paint.sz), m_color.value_or(paint.clrBack));
+    const double dRight = paint.sz.cx, dBottom = paint.sz.cy;
+    if (!m_color) DrawLine(buffer, {1, dBottom - 1}, {dRight - 1, 1}, 1, FRAME);
+}
+
 void CColorListView::Draw(CGDIBuffer& buffer, const TPanelPaint& paint) {
     const int32_t nWidth = paint.sz.cx / COLUMNS;
     for (int n = 0; n < COLUMNS; ++n) {

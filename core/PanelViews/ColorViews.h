@@ -8,6 +8,7 @@
 #include <boost/noncopyable.hpp>
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 /// A view that redraws its whole picture at each paint.
@@ -61,6 +62,15 @@ class CTwoColorBoxView : public CPaintedView {
 public:
     TColor m_clrBrush = 0;
     TColor m_clrBack = 0;
+
+protected:
+    void Draw(CGDIBuffer& buffer, const TPanelPaint& paint) override;
+};
+
+/// One colour in a frame, or a struck out frame without a colour.
+class CSwatchView : public CPaintedView {
+public:
+    std::optional<TColor> m_color;
 
 protected:
     void Draw(CGDIBuffer& buffer, const TPanelPaint& paint) override;

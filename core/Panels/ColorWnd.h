@@ -1,14 +1,8 @@
 // The panel for the drawing colours.
 #pragma once
 
-#include "core/PanelViews/ColorViews.h"
+#include "core/Panels/ColorControls.h"
 #include "core/Panels/Panel.h"
-
-#include <optional>
-#include <string_view>
-
-/// The colour of six hexadecimal digits, with or without "#" in front; nullopt for another text.
-std::optional<TColor> ReadHexColor(std::wstring_view strText);
 
 class CRasterBrushBase;
 
@@ -31,10 +25,9 @@ private:
     /// The active tool if it draws in a colour, else null.
     boost::shared_ptr<CRasterBrushBase> GetBrush() const;
     void SetColor(TColor color);
-    void SetHsv(const THsv& hsv);
     void Swap();
 
-    CColorCircleView m_circle;
+    CColorControls m_color;
     CTwoColorBoxView m_boxes;
     CColorListView m_recent;
     std::vector<TColor> m_vRead;

@@ -4,6 +4,8 @@
 #include "core/AppModule/PrivateMessages.h"
 #include "core/AppModule/WindowPlacement.h"
 #include "core/Base/Failure.h"
+#include "core/CanvasFrame/CanvasFrame.h"
+#include "core/Commands/Commands.h"
 #include "core/IniConfig/IniConfig.h"
 #include "core/Platform/Platform.h"
 #include "core/Tools/Tools.h"
@@ -23,6 +25,8 @@ boost::shared_ptr<CIniConfigData> CPanel::OpenSection() const {
 }
 
 boost::shared_ptr<CTools> CPanel::GetTool() const { return m_outside.wpTool.lock(); }
+
+boost::shared_ptr<CCanvasFrame> CPanel::GetFrame() const { return m_outside.wpFrame.lock(); }
 
 TPanelPlace CPanel::ReadPlace(const TPanelPlace& placeFirst) const {
     const auto spSection = OpenSection();
@@ -66,11 +70,45 @@ void CPanel::Close() {
 void CPanel::Refresh() {
     if (!m_pWindow) return;
     Guarded([&] { OnRefresh(); });
+    UpdateCommands();
     m_pWindow->SetControls(m_vControls);
+}
+
+bool CPanel::IsCommandEnabled(int nCommand) const { return m_outside.commands.GetState(nCommand).bEnabled; }
+
+bool CPanel::UpdateCommands() {
+    bool bChanged = false;
+    for (TPanelControl& control : m_vControls) {
+        if (!control.nCommand) continue;
+        const bool bEnabled = IsCommandEnabled(control.nCommand);
+        bChanged = bChanged || control.bEnabled != bEnabled;
+        control.bEnabled = bEnabled;
+    }
+    return bChanged;
+}
+
+bool CPanel::DoIdleWork() {
+    if (!m_pWindow || !m_pWindow->IsShown()) return false;
+    if (UpdateCommands()) m_pWindow->SetControls(m_vControls);
+    return OnIdle();
+}
+
+void CPanel::ShowMenu(std::vector<TMenuItem> vMenu) {
+    for (TMenuItem& item : vMenu) {
+        const TCommandState state = m_outside.commands.GetState(item.nId);
+        item.bEnabled = state.bEnabled;
+        item.bChecked = state.bChecked;
+    }
+    if (m_pWindow) m_pWindow->ShowMenu(vMenu);
 }
 
 bool CPanel::OnMessage(const TMessage& msg) {
     return Guarded([&] {
+        if (msg.id == EMessage::Command)
+            return PostToMainFrame(msg.id, msg.wParam), true; // of the context menu
+        if (msg.id == EMessage::PanelChange)
+            if (const int nCommand = Find(static_cast<int>(msg.wParam)).nCommand)
+                return PostToMainFrame(EMessage::Command, nCommand), false;
         // Restore a value that the panel refused.
         if (OnControlMessage(msg)) Refresh();
         return false;

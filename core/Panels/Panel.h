@@ -11,16 +11,22 @@
 #include <string>
 #include <vector>
 
+class CCanvasFrame;
+class CCommandTable;
 class CIniConfig;
 class CIniConfigData;
 class CTools;
+struct TGlobalSwitches;
 struct TPlatform;
 
 /// What panels need of the application; the objects must outlive them.
 struct TPanelOutside {
     const TPlatform& platform;
     CIniConfig& settings;
-    const boost::weak_ptr<CTools>& wpTool; ///< the active tool
+    TGlobalSwitches& switches;
+    const CCommandTable& commands;                ///< whose states are those of the panels' buttons
+    const boost::weak_ptr<CTools>& wpTool;        ///< the active tool
+    const boost::weak_ptr<CCanvasFrame>& wpFrame; ///< the active frame
 };
 
 class CPanel : public IWindowClient, public CControlModel, boost::noncopyable {
@@ -47,6 +53,9 @@ public:
     void Refresh();
     /// Called when the active tool begins a stroke.
     virtual void OnStroke() {}
+    /// Called when no message waits; returns true when there is more to do, and is called again. Updates the
+    /// buttons that execute commands.
+    bool DoIdleWork();
 
     bool OnMessage(const TMessage& msg) override;
     void OnPaint(IPaintTarget&, const CRect&) override {}
@@ -60,16 +69,25 @@ protected:
     virtual void OnOpen() {}
     /// Writes those of the panel's own settings that have changed since they were read or written.
     virtual void OnKeep() {}
+    /// A short piece of the panel's own idle work; true when there is more.
+    virtual bool OnIdle() { return false; }
+    bool IsCommandEnabled(int nCommand) const;
+    /// Shows a context menu at the pointer with the present states of its commands.
+    void ShowMenu(std::vector<TMenuItem> vMenu);
 
     const TPanelOutside& GetOutside() const { return m_outside; }
     /// The active tool, null when there is none.
     boost::shared_ptr<CTools> GetTool() const;
+    /// The active frame, null when there is none.
+    boost::shared_ptr<CCanvasFrame> GetFrame() const;
     void EnableAll(bool bEnable);
     /// Notifies all panels that a tool's value has changed, and redraws the tool's overlay.
     static void NotifyTool();
 
 private:
     boost::shared_ptr<CIniConfigData> OpenSection() const;
+    /// Sets the states of buttons that execute commands; true when one has changed.
+    bool UpdateCommands();
 
     const std::wstring m_strName;
     const TPanelOutside& m_outside;

@@ -5,6 +5,8 @@
 #include "core/Commands/CommandIds.h"
 #include "core/Panels/BrushWnd.h"
 #include "core/Panels/ColorWnd.h"
+#include "core/Panels/HistoryWnd.h"
+#include "core/Panels/LayerWnd.h"
 #include "core/Panels/PressWnd.h"
 #include "core/Panels/ToolOptWnd.h"
 #include "core/Panels/ToolWnd.h"
@@ -27,6 +29,8 @@ std::unique_ptr<CPanel> Make(const wchar_t* pszSection, const TPanelOutside& out
 
 const TPanelRow PANELS[] = {
     {ID_PANEL_BRUSH, L"Brush", Make<CBrushWnd>, WM_REFRESH_TOOL, Right(600, 340)},
+    {ID_PANEL_LAYER, L"Layer", Make<CLayerWnd>, WM_REFRESH_LAYERS, Right(800, 340)},
+    {ID_PANEL_HISTORY, L"History", Make<CHistoryWnd>, WM_REFRESH_HISTORY, Right(800, 340)},
     {ID_PANEL_TOOL_OPTION, L"ToolOption", Make<CToolOptWnd>, WM_REFRESH_TOOL, Right(600, 340)},
     {ID_PANEL_PRESS, L"Press", Make<CPressWnd>, WM_REFRESH_TOOL, Right(600, 340)},
     {ID_PANEL_TOOL,
@@ -76,6 +80,13 @@ void CPanels::Close() {
 void CPanels::Refresh(EMessage id) {
     for (const TPanelRow& row : m_vRows)
         if (row.refresh == id) Find(row.nCommand)->Refresh();
+}
+
+bool CPanels::DoIdleWork() {
+    bool bMore = false;
+    for (const auto& entry : m_mapPanels)
+        bMore = Guarded([&] { return entry.second->DoIdleWork(); }) || bMore;
+    return bMore;
 }
 
 void CPanels::OnStroke() {

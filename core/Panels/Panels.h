@@ -31,6 +31,8 @@ public:
     void KeepSettings();
     /// Writes the placements and destroys the windows.
     void Close();
+    /// A piece of each shown panel's idle work; true when there is more.
+    bool DoIdleWork();
     /// Refreshes the panels that belong to a private message.
     void Refresh(EMessage id);
     /// Notifies the panels that the active tool begins a stroke.

@@ -33,6 +33,21 @@ bool CControlModel::OnControlMessage(const TMessage& msg) {
     case EMessage::PanelMove:
         OnMoveRow(nId, PackedX(msg.lParam), PackedY(msg.lParam));
         return true;
+    case EMessage::PanelEye:
+        OnEye(nId, PackedX(msg.lParam), static_cast<EEyeAct>(std::clamp(PackedY(msg.lParam), 0, 2)));
+        return true;
+    case EMessage::PanelFold:
+        OnFold(nId, PackedX(msg.lParam), PackedY(msg.lParam) != 0);
+        return true;
+    case EMessage::PanelDrop: {
+        const int32_t nDrop = PackedY(msg.lParam);
+        OnDrop(nId, PackedX(msg.lParam), DroppedRow(nDrop),
+               static_cast<EDropAt>(std::min(DroppedAt(nDrop), 2)));
+        return true;
+    }
+    case EMessage::PanelMenu:
+        OnMenu(nId, nRow);
+        return true;
     case EMessage::LButtonDown:
     case EMessage::MouseMove:
     case EMessage::LButtonUp:

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/Base/Color.h"
+#include "core/Platform/Tree.h"
 #include "core/Platform/Window.h"
 
 /// How a view is to be painted.
@@ -36,6 +37,7 @@ struct TPanelControl {
         Number, ///< a Text with buttons that step by 1; any text may stand in it, its owner judges
         Report, ///< lines of text that can be read and selected
         List,
+        Tree, ///< rows with eyes, pictures and folds; `vTree` instead of `vRows`
         View,
     };
 
@@ -44,19 +46,21 @@ struct TPanelControl {
     std::wstring strLabel = {}; ///< in front of the control
     std::wstring strText = {};  ///< of Label, Check, Radio, Toggle, Button, Text, Number, Report
     std::wstring strUnit = {};  ///< behind a Slider's number
-    std::string strIcon = {};   ///< resource of a Toggle's icon
+    std::string strIcon = {};   ///< resource of a Toggle's or Button's icon, which replaces its text
     std::vector<std::wstring> vRows = {};
+    std::vector<TTreeRow> vTree = {};
     std::vector<int> vStops = {}; ///< a Slider's positions, rising; empty for every number in the range
     int nMin = 0;                 ///< of a Slider; of a Number where its buttons stop
     int nMax = 0;
-    int nValue = 0; ///< 1 for checked; a Slider's number; the selected row of Combo and List, -1 for none
+    int nValue = 0; ///< 1 for checked; a Slider's number; the selected row of Combo, List, Tree, -1 for none
     bool bEnabled = true;
     bool bVisible = true;
     bool bSameLine = false; ///< stands behind the control before it
     bool bGrid = false;     ///< a List runs from left to right in lines
-    bool bEditable = false; ///< a List's rows can be renamed and dragged to other places
-    CSize szView = {};      ///< wanted size of View and List in pixels of 96 to the inch
+    bool bEditable = false; ///< a List's or Tree's rows can be renamed and dragged to other places
+    CSize szView = {};      ///< wanted size of View, List and Tree in pixels of 96 to the inch
     IPanelView* pView = nullptr;
+    int nCommand = 0;         ///< a Button that executes this command and is enabled while the command is
     std::string strName = {}; ///< of a dialog's control: how session scripts answer it
 };
 
@@ -76,6 +80,10 @@ protected:
     virtual void OnActivateRow(int, int) {}
     virtual void OnRenameRow(int, int, const std::wstring&) {}
     virtual void OnMoveRow(int, int, int) {}
+    virtual void OnEye(int, int, EEyeAct) {}
+    virtual void OnFold(int, int, bool) {}
+    virtual void OnDrop(int, int, int, EDropAt) {}
+    virtual void OnMenu(int, int) {}
     /// The left button or the pointer under it in a view; the client position in device pixels.
     virtual void OnPointer(int, EMessage, CPoint) {}
     /// A virtual key in a view that has the keyboard.

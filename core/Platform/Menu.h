@@ -9,6 +9,8 @@ struct TMenuItem {
     int nId = 0;
     std::wstring strText; ///< with "&" before the mnemonic and "\t" before the shortcut's text
     std::vector<TMenuItem> vChildren;
+    bool bEnabled = true; ///< of a context menu's line; menu bars are told by ICommandLook
+    bool bChecked = false;
 };
 
 /// Sets the state of a command in a menu or a tool bar.

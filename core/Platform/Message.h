@@ -41,11 +41,15 @@ enum class EMessage : uint32_t {
     PanelActivate = 0x7FE1,  ///< a List row was double-clicked: wParam: control id; lParam: row
     PanelRename = 0x7FE2,    ///< the user renamed a row: wParam: control id; lParam: row; strText: name
     PanelMove = 0x7FE3,      ///< the user dragged a row: wParam: control id; lParam: PackPoint(from, to)
-    PenPacket = 0x7FF0,      ///< packets are waiting at the pen
-    PenProximity = 0x7FF5,   ///< wParam: 1 the pen came near, 0 it left; lParam: 2 for the eraser end
-    PenActivate = 0x7FF6,    ///< a pen contact activated the window
-    CopyData = 0x004A,       ///< wParam: data id; strText: text sent by another process
-    App = 0x8000,            ///< first private message; App + n is written AppMessage(n)
+    PanelEye = 0x7FE4,       ///< a Tree row's eye: wParam: control id; lParam: PackPoint(row, EEyeAct)
+    PanelFold = 0x7FE5,      ///< a Tree row was folded: wParam: control id; lParam: PackPoint(row, 1 closed)
+    PanelDrop = 0x7FE6,    ///< a Tree row was dragged: wParam: control id; lParam: PackPoint(from, PackDrop)
+    PanelMenu = 0x7FE7,    ///< a row's context menu was requested: wParam: control id; lParam: row, -1 none
+    PenPacket = 0x7FF0,    ///< packets are waiting at the pen
+    PenProximity = 0x7FF5, ///< wParam: 1 the pen came near, 0 it left; lParam: 2 for the eraser end
+    PenActivate = 0x7FF6,  ///< a pen contact activated the window
+    CopyData = 0x004A,     ///< wParam: data id; strText: text sent by another process
+    App = 0x8000,          ///< first private message; App + n is written AppMessage(n)
 };
 
 /// Bits of a pointer message's wParam.
@@ -65,6 +69,11 @@ constexpr int64_t PackPoint(int32_t x, int32_t y) {
 }
 constexpr int32_t PackedX(int64_t lParam) { return static_cast<int32_t>(lParam & 0xFFFFFFFF); }
 constexpr int32_t PackedY(int64_t lParam) { return static_cast<int32_t>(lParam >> 32); }
+
+/// The row that a Tree row was dropped on, and the part of it (EDropAt).
+constexpr int32_t PackDrop(int32_t nRow, int nAt) { return nRow * 4 + nAt; }
+constexpr int32_t DroppedRow(int32_t nDrop) { return nDrop >> 2; }
+constexpr int DroppedAt(int32_t nDrop) { return nDrop & 3; }
 
 /// The private message number n (1 to 0x3FFF).
 constexpr EMessage AppMessage(uint32_t n) { return static_cast<EMessage>(0x8000u + n); }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/Platform/Controls.h"
+#include "core/Platform/Menu.h"
 
 /// The place of a panel: floating or docked at a side of the main frame.
 enum class EPanelDock { Float, Left, Right };
@@ -34,4 +35,6 @@ public:
     virtual void ShowPanel(bool bShow) = 0;
     /// Brings the controls up to date, in the setup's order; posts nothing. Views are painted again.
     virtual void SetControls(const std::vector<TPanelControl>& vControls) = 0;
+    /// Shows a context menu at the pointer; the chosen line is posted to this window as a Command.
+    virtual void ShowMenu(const std::vector<TMenuItem>& vMenu) = 0;
 };

@@ -47,6 +47,11 @@ public:
         mat.ForEachSet(0, mat.GetCount(), [&](int32_t x, int32_t y) { Add(x, y); });
     }
 
+    /// The index of the first flag that is set, GetCount() for none.
+    size_t FindSet() const {
+        return static_cast<size_t>(std::ranges::find(m_vFlags, uint8_t{1}) - m_vFlags.begin());
+    }
+
     /// True when flags were set that have not been passed on.
     bool HasNew() const { return m_nFirst < m_nEnd; }
     /// Nothing is to be passed on.

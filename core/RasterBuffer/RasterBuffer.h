@@ -4,6 +4,8 @@
 #include "core/RasterBuffer/BoolMatrix.h"
 #include "core/RasterBuffer/RasterBlockBuffer.h"
 
+#include <optional>
+
 struct TViewState;
 
 /// A plane. Its geometry never changes after Create. Positions must lie inside the block grid: callers that
@@ -96,6 +98,13 @@ public:
     virtual void AddTilesTo(CBoolMatrix& matrix) const = 0;
     /// The flag of the block that holds pixel `pt`; unchecked.
     uint8_t DirtyAt(CPoint pt) const { return m_spDirty->At(pt.x / m_szBlock.cx, pt.y / m_szBlock.cy); }
+    /// The corner of the first block whose flag is set; nullopt for none.
+    std::optional<CPoint> FindDirty() const {
+        const size_t i = m_spDirty->FindSet();
+        if (i == m_spDirty->GetCount()) return std::nullopt;
+        const auto nColumns = static_cast<size_t>(m_szBlocks.cx);
+        return BlockCorner(static_cast<int32_t>(i % nColumns), static_cast<int32_t>(i / nColumns));
+    }
     void SetDirty(CPoint pt) { m_spDirty->Set(pt.x / m_szBlock.cx, pt.y / m_szBlock.cy); }
     void ClearDirty(CPoint pt) { m_spDirty->Clear(pt.x / m_szBlock.cx, pt.y / m_szBlock.cy); }
     /// Sets the flags of the blocks that a rectangle touches; what lies beyond the plane is cut off.

@@ -116,7 +116,8 @@ void RecordClose(const TRecordTo& to, const TMessage& msg) {
 
 void RecordMessage(const TRecordTo& to, const TMessage& msg) {
     if (!msg.pWindow) return;
-    if (const int nPanel = FindPanel(msg.pWindow)) return RecordPanel(to, nPanel, msg);
+    if (const int nPanel = FindPanel(msg.pWindow); nPanel && msg.id != EMessage::Command)
+        return RecordPanel(to, nPanel, msg);
     if (const TInputName* pName = FindInputName(msg.id)) return RecordPointer(to, *pName, msg);
     switch (msg.id) {
     case EMessage::Command:

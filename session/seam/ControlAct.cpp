@@ -7,12 +7,14 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <array>
 
 using nlohmann::json;
 
 namespace {
 
 constexpr int64_t MAX_SIDE = 16384;
+constexpr int64_t MAX_ROW = 100000;
 
 int ReadId(const CScriptValue& value, const char* pszKey) {
     return static_cast<int>(value.At(pszKey).Integer(0, UINT16_MAX));
@@ -20,6 +22,16 @@ int ReadId(const CScriptValue& value, const char* pszKey) {
 
 int32_t ReadRow(const CScriptValue& value, const char* pszKey) {
     return static_cast<int32_t>(value.At(pszKey).Integer(INT32_MIN, INT32_MAX));
+}
+
+// The words for EEyeAct and for EDropAt, in the order of their values.
+constexpr std::array<const char*, 3> EYE_ACTS{"hide", "show", "alone"};
+constexpr std::array<const char*, 3> DROP_PLACES{"above", "onto", "below"};
+
+int ReadWord(const CScriptValue& value, const char* pszKey, const std::array<const char*, 3>& words) {
+    const auto it = std::ranges::find(words, value.At(pszKey).Utf8());
+    if (it == words.end()) value.At(pszKey).Refuse("is not a known word");
+    return static_cast<int>(it - words.begin());
 }
 
 TControlAct ReadView(const CScriptValue& value, const char* pszOwner) {
@@ -56,6 +68,24 @@ TControlAct ReadControl(const CScriptValue& value, const char* pszOwner) {
         value.Object({pszOwner, "control", "rename", "text"});
         act.id = EMessage::PanelRename;
         act.lParam = ReadRow(value, "rename");
+    } else if (value.Has("eye")) {
+        value.Object({pszOwner, "control", "eye", "show"});
+        act.id = EMessage::PanelEye;
+        act.lParam = PackPoint(ReadRow(value, "eye"), ReadWord(value, "show", EYE_ACTS));
+    } else if (value.Has("fold")) {
+        value.Object({pszOwner, "control", "fold", "closed"});
+        act.id = EMessage::PanelFold;
+        act.lParam = PackPoint(ReadRow(value, "fold"), value.At("closed").Flag());
+    } else if (value.Has("drag")) {
+        value.Object({pszOwner, "control", "drag", "drop", "row"});
+        act.id = EMessage::PanelDrop;
+        act.lParam = PackPoint(ReadRow(value, "drag"),
+                               PackDrop(static_cast<int32_t>(value.At("row").Integer(0, MAX_ROW)),
+                                        ReadWord(value, "drop", DROP_PLACES)));
+    } else if (value.Has("menu")) {
+        value.Object({pszOwner, "control", "menu"});
+        act.id = EMessage::PanelMenu;
+        act.lParam = ReadRow(value, "menu");
     } else {
         value.Object({pszOwner, "control", "from", "to"});
         act.id = EMessage::PanelMove;
@@ -99,6 +129,21 @@ json WriteControlAct(const TMessage& msg, const std::function<CSize(int nView)>&
         return line;
     case EMessage::PanelMove:
         line.update({{"from", PackedX(msg.lParam)}, {"to", PackedY(msg.lParam)}});
+        return line;
+    case EMessage::PanelEye:
+        line.update(
+            {{"eye", PackedX(msg.lParam)}, {"show", EYE_ACTS.at(static_cast<size_t>(PackedY(msg.lParam)))}});
+        return line;
+    case EMessage::PanelFold:
+        line.update({{"fold", PackedX(msg.lParam)}, {"closed", PackedY(msg.lParam) != 0}});
+        return line;
+    case EMessage::PanelDrop:
+        line.update({{"drag", PackedX(msg.lParam)},
+                     {"drop", DROP_PLACES.at(static_cast<size_t>(DroppedAt(PackedY(msg.lParam))))},
+                     {"row", DroppedRow(PackedY(msg.lParam))}});
+        return line;
+    case EMessage::PanelMenu:
+        line["menu"] = msg.lParam;
         return line;
     default:
         return json::object();

@@ -21,6 +21,7 @@ public:
     bool IsShown() const override { return m_place.bShow; }
     void ShowPanel(bool bShow) override;
     void SetControls(const std::vector<TPanelControl>& vControls) override;
+    void ShowMenu(const std::vector<TMenuItem>&) override {}
 
     /// Has a view paint itself in that size, as it would on a glass; nothing for an id without a view.
     void PaintView(int nId, CSize sz) { ::PaintView(m_vViews, nId, sz); }

@@ -4,14 +4,17 @@
 #include "ui/base/QtText.h"
 #include "ui/panels/QtPanelDocks.h"
 #include "ui/windows/QtMainWindow.h"
+#include "ui/windows/QtMenu.h"
 
 #include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QAbstractSpinBox>
 #include <QComboBox>
 #include <QGridLayout>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QScrollArea>
 
 #include <algorithm>
@@ -102,15 +105,17 @@ void CQtPanel::Fill(QWidget& content, const std::vector<TPanelControl>& vControl
             pLine = new QHBoxLayout;
             pLine->setSpacing(SPACING);
             pGrid->addLayout(pLine, nRow, line.pLabel ? 1 : 0, 1, line.pLabel ? 1 : 2);
-            const bool bList = control.kind == TPanelControl::EKind::List;
+            const bool bList =
+                control.kind == TPanelControl::EKind::List || control.kind == TPanelControl::EKind::Tree;
             pGrid->setRowStretch(nRow, bList ? 1 : 0);
             bGrows = bGrows || bList;
             m_vLines.push_back(line);
             ++nRow;
         }
         m_vLines.back().vControls.push_back(m_vControls.size() - 1);
-        const bool bButton =
-            control.kind == TPanelControl::EKind::Toggle || control.kind == TPanelControl::EKind::Radio;
+        const bool bButton = control.kind == TPanelControl::EKind::Toggle ||
+                             control.kind == TPanelControl::EKind::Radio || !control.strIcon.empty() ||
+                             (control.kind == TPanelControl::EKind::View && control.bSameLine);
         pLine->addWidget(pWidget, bButton ? 0 : 1);
     }
     if (!bGrows) pGrid->setRowStretch(nRow, 1);
@@ -130,6 +135,22 @@ void CQtPanel::SetControls(const std::vector<TPanelControl>& vControls) {
         line.pLabel->setVisible(first.bVisible);
         line.pLabel->setEnabled(first.bEnabled);
     }
+}
+
+void CQtPanel::ShowMenu(const std::vector<TMenuItem>& vMenu) {
+    auto* pMenu = new QMenu(this);
+    pMenu->setAttribute(Qt::WA_DeleteOnClose);
+    for (const TMenuItem& item : vMenu) {
+        if (!item.nId) {
+            pMenu->addSeparator();
+            continue;
+        }
+        QAction* pAction = pMenu->addAction(ToQt(item.strText));
+        SetActionState(*pAction, item.bEnabled, item.bChecked);
+        connect(pAction, &QAction::triggered, this,
+                [this, nId = item.nId] { m_life.Post(EMessage::Command, nId); });
+    }
+    pMenu->popup(QCursor::pos());
 }
 
 void CQtPanel::OnLeave() { m_docks.Remove(*this); }
@@ -194,8 +215,9 @@ void CQtPanel::GiveKeyboardBack() {
 }
 
 bool CQtPanel::eventFilter(QObject* pWatched, QEvent* pEvent) {
-    // The wheel scrolls the panel; what it happens to pass over keeps its value.
-    if (pEvent->type() == QEvent::Wheel && !static_cast<QWidget*>(pWatched)->hasFocus()) {
+    // The wheel scrolls lists and the panel; other controls that it happens to pass over keep their values.
+    if (pEvent->type() == QEvent::Wheel && !static_cast<QWidget*>(pWatched)->hasFocus() &&
+        !qobject_cast<QAbstractItemView*>(pWatched->parent())) {
         pEvent->ignore();
         return true;
     }

@@ -25,6 +25,7 @@ public:
     bool IsShown() const override { return !isHidden(); }
     void ShowPanel(bool bShow) override;
     void SetControls(const std::vector<TPanelControl>& vControls) override;
+    void ShowMenu(const std::vector<TMenuItem>& vMenu) override;
 
     /// True when the panel was last put there.
     bool HasPlace(const TPanelPlace& place) const {

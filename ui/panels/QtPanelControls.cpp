@@ -47,14 +47,14 @@ QAbstractButton* MakeButton(const TPanelControl& control, QWidget* pParent) {
     const QString strText = ToQt(control.strText);
     if (control.kind == TPanelControl::EKind::Check) return new QCheckBox(strText, pParent);
     if (control.kind == TPanelControl::EKind::Radio) return new QRadioButton(strText, pParent);
-    if (control.kind == TPanelControl::EKind::Button) {
+    if (control.kind == TPanelControl::EKind::Button && control.strIcon.empty()) {
         auto* pButton = new QPushButton(strText, pParent);
         pButton->setAutoDefault(false);
         pButton->setMinimumWidth(pButton->fontMetrics().horizontalAdvance(strText) + 16);
         return pButton;
     }
     auto* pButton = new QToolButton(pParent);
-    pButton->setCheckable(true);
+    pButton->setCheckable(control.kind == TPanelControl::EKind::Toggle);
     pButton->setAutoRaise(true);
     pButton->setText(strText);
     pButton->setToolTip(strText);
@@ -163,6 +163,8 @@ std::unique_ptr<CQtPanelControl> MakePanelControl(const TPanelControl& control, 
         return std::make_unique<CLabelControl>(control, pParent);
     case EKind::List:
         return MakePanelList(control, events, pParent);
+    case EKind::Tree:
+        return MakePanelTree(control, events, pParent);
     case EKind::View:
         return MakePanelView(control, events, pParent);
     case EKind::Text:
@@ -188,6 +190,7 @@ TPanelEvents MakePanelEvents(
         [=](int nId, int nRow) { fnTell(EMessage::PanelActivate, nId, nRow, {}); },
         [=](int nId, int nRow, const QString& strName) { fnTell(EMessage::PanelRename, nId, nRow, strName); },
         [=](int nId, int nFrom, int nTo) { fnTell(EMessage::PanelMove, nId, PackPoint(nFrom, nTo), {}); },
+        [=](EMessage id, int nId, int64_t lParam) { fnTell(id, nId, lParam, {}); },
         [=](int nId, EMessage id, int64_t wParam, int64_t lParam) {
             fnTell(id, PackView(wParam, nId), lParam, {});
         },

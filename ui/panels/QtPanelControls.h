@@ -16,6 +16,7 @@ struct TPanelEvents {
     std::function<void(int nId, int nRow)> activate;
     std::function<void(int nId, int nRow, const QString& strName)> rename;
     std::function<void(int nId, int nFrom, int nTo)> move;
+    std::function<void(EMessage id, int nId, int64_t lParam)> row; ///< of a Tree
     std::function<void(int nId, EMessage id, int64_t wParam, int64_t lParam)> view;
     std::function<void()> done; ///< text was edited: the keyboard may go back to the picture
 };
@@ -39,10 +40,12 @@ public:
 
 std::unique_ptr<CQtPanelControl> MakePanelControl(const TPanelControl& control, const TPanelEvents& events,
                                                   QWidget* pParent);
-/// The same for the kinds Text, Number, Report, List and View.
+/// The same for the kinds Text, Number, Report, List, Tree and View.
 std::unique_ptr<CQtPanelControl> MakePanelEdit(const TPanelControl& control, const TPanelEvents& events,
                                                QWidget* pParent);
 std::unique_ptr<CQtPanelControl> MakePanelList(const TPanelControl& control, const TPanelEvents& events,
+                                               QWidget* pParent);
+std::unique_ptr<CQtPanelControl> MakePanelTree(const TPanelControl& control, const TPanelEvents& events,
                                                QWidget* pParent);
 std::unique_ptr<CQtPanelControl> MakePanelView(const TPanelControl& control, const TPanelEvents& events,
                                                QWidget* pParent);

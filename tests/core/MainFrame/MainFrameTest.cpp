@@ -1,4 +1,4 @@
-#include "core/MainFrame/MenuTable.h"
+#include "core/Commands/MenuTable.h"
 #include "core/RasterStroke/RasterBrushStroke.h"
 #include "session/seam/SessionSnapshots.h"
 #include "tests/support/TestPlatform.h"

@@ -1,30 +1,17 @@
 #include "core/Panels/Panels.h"
 #include "core/RasterBrush/ToolOptRasterBrush.h"
-#include "tests/support/TestPlatform.h"
+#include "tests/support/PanelSession.h"
 
 namespace {
 
-class Panels : public testing::Test {
+class Panels : public CPanelSession {
 protected:
-    void Play(const std::vector<std::function<void()>>& vSteps) {
-        for (const auto& fn : vSteps) m_outside.AddStep([fn](CPlayer&) { fn(); });
-        m_outside.Play([] { CTestPlatform::Open(MakePage({100, 80})); });
-    }
-    static CSessionPanelWindow& Window(int nPanel) {
-        return dynamic_cast<CSessionPanelWindow&>(*g_pMainFrame->GetPanels().Find(nPanel)->GetWindow());
-    }
+    using CPanelSession::Control;
     static const TPanelControl& Control(int nPanel, const std::wstring& strName) {
         for (const TPanelControl& control : Window(nPanel).GetControls())
             if (control.bVisible && (control.strLabel == strName || control.strText == strName))
                 return control;
         throw std::runtime_error("no such control");
-    }
-    static const TPanelControl& Control(int nPanel, TPanelControl::EKind kind) {
-        return *std::find_if(Window(nPanel).GetControls().begin(), Window(nPanel).GetControls().end(),
-                             [&](const TPanelControl& control) { return control.kind == kind; });
-    }
-    static void Send(int nPanel, EMessage id, int64_t wParam, int64_t lParam, const std::wstring& str = {}) {
-        SendMessage({&Window(nPanel), id, wParam, lParam, str});
     }
     static void Change(int nPanel, const std::wstring& strName, int nValue) {
         Send(nPanel, EMessage::PanelChange, Control(nPanel, strName).nId, nValue);
@@ -37,15 +24,12 @@ protected:
             Change(nPanel, strName, static_cast<int>(it - vRows.begin()));
         }
     }
-    static CCanvasFrame& Active() { return *g_wpActiveFrame.lock(); }
     static CRasterBrushBase& Tool() { return dynamic_cast<CRasterBrushBase&>(*g_wpActiveTool.lock()); }
     CIniConfig Config() { return {L"/settings/Vellumcraft/Vellumcraft.ini", m_outside.m_files}; }
     std::wstring Setting(const wchar_t* pszSection, const wchar_t* pszKey) {
         return Config().GetSection(pszSection)->GetString(pszKey, L"-");
     }
     std::wstring Strength() { return Setting(L"BrushParam\\RasterBrush", L"CurveStrength"); }
-
-    CTestPlatform m_outside;
 };
 
 } // namespace
@@ -53,7 +37,7 @@ protected:
 TEST_F(Panels, CommandsShowAndHideAndPlacesAreKept) {
     const CRect rc(50, 60, 350, 460);
     Play({[&] {
-        for (const int nId : {12803, 12804, 12805, 12809, 12815})
+        for (const int nId : {12801, 12802, 12803, 12804, 12805, 12809, 12815})
             EXPECT_TRUE(g_pMainFrame->IsCommandEnabled(nId) && g_pMainFrame->IsCommandChecked(nId)) << nId;
         SendMessage({g_pMainFrame->GetWindow(), EMessage::Command, ID_PANEL_BRUSH});
         EXPECT_FALSE(g_pMainFrame->IsCommandChecked(ID_PANEL_BRUSH));

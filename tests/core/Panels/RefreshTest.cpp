@@ -2,6 +2,9 @@
 
 namespace {
 
+// Two further panels.
+constexpr int LAYERS = 1, HISTORY = 2;
+
 struct CCountingPanel : CPanel {
     using CPanel::CPanel;
     std::wstring GetTitle() const override { return L"数"; }
@@ -26,18 +29,18 @@ protected:
     }
     void ExpectTold(const char* pszWhat, const std::function<void()>& fn) {
         m_outside.AddStep([=](CPlayer&) {
-            Panel(ID_PANEL_LAYER).m_nRefreshed = Panel(ID_PANEL_HISTORY).m_nRefreshed = 0;
+            Panel(LAYERS).m_nRefreshed = Panel(HISTORY).m_nRefreshed = 0;
             fn();
         });
         m_outside.AddStep([=](CPlayer&) {
-            EXPECT_EQ(Panel(ID_PANEL_LAYER).m_nRefreshed > 0, Panel(ID_PANEL_HISTORY).m_nRefreshed > 0);
-            EXPECT_EQ(Panel(ID_PANEL_LAYER).m_nRefreshed > 0, *pszWhat != '-') << pszWhat;
+            EXPECT_EQ(Panel(LAYERS).m_nRefreshed > 0, Panel(HISTORY).m_nRefreshed > 0);
+            EXPECT_EQ(Panel(LAYERS).m_nRefreshed > 0, *pszWhat != '-') << pszWhat;
         });
     }
     void Play() {
         m_outside.Play([] {
-            AddPanel(ID_PANEL_LAYER, WM_REFRESH_LAYERS);
-            AddPanel(ID_PANEL_HISTORY, WM_REFRESH_HISTORY);
+            AddPanel(LAYERS, WM_REFRESH_LAYERS);
+            AddPanel(HISTORY, WM_REFRESH_HISTORY);
             CTestPlatform::Open(MakePage({100, 80}));
         });
     }

@@ -8,8 +8,10 @@
 
 class IKeyState;
 
-/// The menu of a window: 100 the main frame's, 200 a canvas frame's. Raises internal_error when the table is
-/// damaged.
+/// A menu by its number in the table. Raises internal_error when the table is damaged.
+constexpr int MENU_MAIN = 100;   ///< of the main frame
+constexpr int MENU_CANVAS = 200; ///< of a canvas frame
+constexpr int MENU_LAYER = 210;  ///< one popup: the context menu of a layer
 std::vector<TMenuItem> LoadMenu(int nMenu);
 
 /// The tool bar's command ids, 0 for a separator.

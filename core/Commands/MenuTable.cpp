@@ -1,4 +1,4 @@
-#include "core/MainFrame/MenuTable.h"
+#include "core/Commands/MenuTable.h"
 
 #include "core/Base/Failure.h"
 #include "core/Base/Resource.h"

@@ -1,0 +1,71 @@
+#include "core/Panels/LayerThumbnails.h"
+
+#include "core/GDIBuffer/GDIBuffer.h"
+#include "core/GDIBuffer/ScreenMap.h"
+#include "core/LayerBuffer/VectorLayerBuffer.h"
+
+#include <boost/make_shared.hpp>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int BLOCKS_AT_ONCE = 8;  ///< composed in one call: about a millisecond
+constexpr int LAYERS_AT_ONCE = 64; ///< looked through in one call
+
+bool HasThumbnail(const CLayerBuffer& layer) {
+    const bool bVector = dynamic_cast<const CVectorLayerBuffer*>(&layer) != nullptr;
+    return layer.IsClipping() && (layer.IsVisible() || !bVector);
+}
+
+boost::shared_ptr<const TPicture> MakePicture(CLayerBuffer& layer) {
+    const auto& spPlane = layer.GetPicture().GetThumbnail();
+    CGDIBuffer buffer(spPlane->GetSize());
+    spPlane->DrawToScreen(buffer, {0, 0}, {});
+    const auto spPicture = boost::make_shared<TPicture>();
+    spPicture->sz = buffer.GetSize();
+    const size_t nBytes = static_cast<size_t>(buffer.GetStride()) * static_cast<size_t>(buffer.GetSize().cy);
+    spPicture->vPixels.assign(buffer.GetPixelPtr({0, 0}), buffer.GetPixelPtr({0, 0}) + nBytes);
+    return spPicture;
+}
+
+} // namespace
+
+CLayerThumbnails::TPicturePtr CLayerThumbnails::Get(const TLayerPtr& spLayer) const {
+    const auto it = m_mapPictures.find(spLayer);
+    return it == m_mapPictures.end() ? TPicturePtr() : it->second;
+}
+
+void CLayerThumbnails::Clean() {
+    std::erase_if(m_mapPictures, [](const auto& entry) { return entry.first.expired(); });
+}
+
+bool CLayerThumbnails::Update(CCanvasBuffer& canvas, const std::vector<TLayerPtr>& vLayers, bool& bChanged) {
+    canvas.FlushCanvasUpdates();
+    const uint64_t uChanges = canvas.GetCounters().GetChanges();
+    const auto isSame = [](const TLayerPtr& sp, const CLayerBuffer* p) { return sp.get() == p; };
+    if (uChanges != m_uChanges || !std::ranges::equal(vLayers, m_vLayers, isSame)) {
+        m_uChanges = uChanges;
+        m_vLayers.clear();
+        for (const TLayerPtr& spLayer : vLayers) m_vLayers.push_back(spLayer.get());
+        m_idxNext = 0;
+    }
+    int nBlocks = BLOCKS_AT_ONCE;
+    for (int nLayers = LAYERS_AT_ONCE; m_idxNext < vLayers.size() && nLayers > 0; --nLayers) {
+        const TLayerPtr& spLayer = vLayers[m_idxNext];
+        if (HasThumbnail(*spLayer)) {
+            const auto& spPlane = spLayer->GetDrawBuffer();
+            while (const auto pt = spPlane->FindDirty()) {
+                if (nBlocks-- == 0) return true;
+                spLayer->GetPicture().UpdateBlock(*pt);
+            }
+            TPicturePtr& spPicture = m_mapPictures[spLayer];
+            if (!spPicture || spLayer->GetPicture().IsThumbnailStale()) {
+                spPicture = MakePicture(*spLayer);
+                bChanged = true;
+            }
+        }
+        ++m_idxNext;
+    }
+    return m_idxNext < vLayers.size();
+}

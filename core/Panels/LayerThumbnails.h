@@ -1,0 +1,29 @@
+// The layers' thumbnails on white paper, brought up to date a few blocks at a time.
+#pragma once
+
+#include "core/CanvasBuffer/CanvasBuffer.h"
+#include "core/Platform/Tree.h"
+
+#include <cstdint>
+#include <map>
+#include <vector>
+
+class CLayerThumbnails {
+public:
+    using TPicturePtr = boost::shared_ptr<const TPicture>;
+
+    /// The thumbnail as it was last brought up to date; null before that, and for a layer set.
+    TPicturePtr Get(const TLayerPtr& spLayer) const;
+    /// Composes some of the stale blocks of these layers, which belong to the canvas, and makes the
+    /// thumbnails of those that have no stale block left. A hidden vector layer keeps its thumbnail. True
+    /// while there is more to do; `bChanged` is set when there is a new thumbnail.
+    bool Update(CCanvasBuffer& canvas, const std::vector<TLayerPtr>& vLayers, bool& bChanged);
+    /// Forgets the layers that no longer exist.
+    void Clean();
+
+private:
+    std::map<boost::weak_ptr<CLayerBuffer>, TPicturePtr> m_mapPictures;
+    uint64_t m_uChanges = UINT64_MAX; ///< of the canvas when everything was last up to date
+    std::vector<const CLayerBuffer*> m_vLayers;
+    size_t m_idxNext = 0; ///< the layer to go on with
+};
