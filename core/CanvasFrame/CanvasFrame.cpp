@@ -70,8 +70,7 @@ void CCanvasFrame::OnCreate() {
     TViewState view;
     view.uZoom = FirstZoom(m_spCanvas->GetSize(), m_pWindow->GetClientSize());
     ApplyView(view);
-    m_view.Center();
-    UpdateScrollBars();
+    CenterView();
     UpdateTitle();
 }
 
@@ -122,6 +121,8 @@ bool CCanvasFrame::HandleMessage(const TMessage& msg) {
         OnScroll(msg.wParam == 1, static_cast<int32_t>(msg.lParam));
         return true;
     case EMessage::MouseWheel:
+        if (m_pOutside->platform.keys.IsKeyDown(VK_Control))
+            return ZoomAt(m_input.GetPointer(), msg.wParam > 0 ? -1 : +1), true;
         PostToMainFrame(EMessage::Command, msg.wParam > 0 ? ID_ZOOM_IN : ID_ZOOM_OUT);
         return true;
     case EMessage::MdiActivate:
@@ -331,6 +332,18 @@ void CCanvasFrame::SetZoom(uint16_t uZoom) {
     TViewState view = m_view.GetState();
     view.uZoom = uZoom;
     ApplyView(view);
+}
+
+void CCanvasFrame::ZoomAt(CPoint pt, int nStep) {
+    const CPoint ptCanvas = m_view.ToCanvas8(pt);
+    SetZoom(StepZoom(m_view.GetState().uZoom, nStep));
+    ScrollTo(m_view.GetScroll() + (m_view.ToWindow8(ptCanvas) - pt));
+}
+
+void CCanvasFrame::CenterView() {
+    m_view.Center();
+    UpdateScrollBars();
+    InvalidateAll();
 }
 
 void CCanvasFrame::UpdateScrollBars() {

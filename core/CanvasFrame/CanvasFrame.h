@@ -44,6 +44,10 @@ public:
     void ApplyView(const TViewState& view);
     /// ApplyView with another zoom; ignores 0.
     void SetZoom(uint16_t uZoom);
+    /// Zooms by lines of the zoom list; what a client pixel shows stays there as far as the view can scroll.
+    void ZoomAt(CPoint pt, int nStep);
+    /// Scrolls the canvas's middle to the window's.
+    void CenterView();
     /// Updates the window's title from the document.
     void UpdateTitle();
     /// Updates the title's mark for unsaved changes.

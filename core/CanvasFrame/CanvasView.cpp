@@ -100,6 +100,13 @@ void CCanvasView::Center() {
     ScrollTo({(m_szExtent.cx - m_szClient.cx) / 2, (m_szExtent.cy - m_szClient.cy) / 2});
 }
 
+uint16_t FitZoom(CSize szPicture, CSize szClient) {
+    for (const TZoomEntry& entry : GetZoomList())
+        if (szPicture.cx * entry.uZoom <= szClient.cx * 48 && szPicture.cy * entry.uZoom <= szClient.cy * 48)
+            return entry.uZoom;
+    return GetZoomList().back().uZoom;
+}
+
 uint16_t FirstZoom(CSize szCanvas, CSize szClient) {
     const auto spare = [](int32_t nCanvas, int32_t nClient) {
         return (nCanvas - FIT_MARGIN) / std::max(nClient, 1);

@@ -58,6 +58,10 @@ private:
     CSize m_szCanvas;
 };
 
+/// The largest entry of the zoom list at which a picture of this size at 100 percent fits into a window; the
+/// smallest entry when none does.
+uint16_t FitZoom(CSize szPicture, CSize szClient);
+
 /// The initial zoom of a canvas in a window: 48, or for a canvas that does not fit the largest entry of the
 /// zoom list that shows it whole.
 uint16_t FirstZoom(CSize szCanvas, CSize szClient);

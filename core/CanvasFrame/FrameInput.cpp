@@ -50,6 +50,8 @@ std::optional<bool> CFrameInput::OnMessage(const TMessage& msg) {
     case EMessage::LButtonUp:
     case EMessage::RButtonDown:
     case EMessage::RButtonUp:
+    case EMessage::MButtonDown:
+    case EMessage::MButtonUp:
         OnMouse(msg);
         return true;
     case EMessage::PenPacket:
@@ -172,8 +174,11 @@ void CFrameInput::OnPointer(const TPointerInput& input) {
     const bool bPress =
         !input.bTablet && (input.message == EMessage::LButtonDown || input.message == EMessage::RButtonDown);
     if (bPress && std::exchange(m_bDropPress, false)) return;
-    if (m_bScrolling || m_bSpaceDown) {
+    const bool bMiddle = input.message == EMessage::MButtonDown || input.message == EMessage::MButtonUp;
+    if (m_bScrolling || m_bSpaceDown || (bMiddle && !IsDrawing(spTool))) {
         DragHand(input);
+    } else if (bMiddle) {
+        return;
     } else if (spTool) {
         if (!Guarded([&] { GiveToTool(*spTool, input); })) Guarded([&] { InvalidateOverlay(); });
     } else if (bPress) {
@@ -240,15 +245,16 @@ CPoint CFrameInput::HandPosition(const TPointerInput& input) const {
 
 void CFrameInput::DragHand(const TPointerInput& input) {
     if (!m_bScrolling) {
-        if (input.message != EMessage::LButtonDown) return;
+        if (input.message != EMessage::LButtonDown && input.message != EMessage::MButtonDown) return;
         m_bScrolling = true;
+        m_endOfDrag = input.message == EMessage::MButtonDown ? EMessage::MButtonUp : EMessage::LButtonUp;
         m_bScrollByTablet = input.bTablet;
         m_ptAnchor = HandPosition(input) + m_frame.GetInputView().GetScroll();
         return;
     }
     if (input.bTablet != m_bScrollByTablet) return;
     if (input.message == EMessage::MouseMove) m_frame.ScrollTo(m_ptAnchor - HandPosition(input));
-    if (input.message == EMessage::LButtonUp) m_bScrolling = false;
+    if (input.message == m_endOfDrag) m_bScrolling = false;
 }
 
 bool CFrameInput::OnKey(const TMessage& msg, bool bDown) {

@@ -57,6 +57,8 @@ public:
     void OnActivate();
     /// Another tool was activated.
     void OnToolSwitched() { Settle(); }
+    /// The pointer's last client pixel.
+    CPoint GetPointer() const { return m_ptPointer; }
     /// Passes the tool an event in canvas units (eighths of a pixel, pressure to 1024, altitude to 90) and
     /// updates canvas and window.
     void Dispatch(CTools& tool, EMessage message, CPoint pt, uint32_t pressure, uint32_t altitude,
@@ -99,8 +101,9 @@ private:
     bool m_bSpaceDown = false; ///< space is down: a press starts a drag of the view
     bool m_bScrolling = false; ///< the view is being dragged
     bool m_bScrollByTablet = false;
-    bool m_bLeft =
-        false; ///< the pointer has left during that: the overlay is hidden, the tool is told afterwards
+    /// The pointer has left meanwhile: the overlay is hidden, the tool is told afterwards.
+    bool m_bLeft = false;
+    EMessage m_endOfDrag = EMessage::LButtonUp; ///< the release that ends the drag of the view
     bool m_bWatchesSilence = false;
     bool m_bDropPress = false;        ///< the mouse's next press only activates the frame
     std::optional<bool> m_bTurnedEnd; ///< the pen's end reported while the mouse drew

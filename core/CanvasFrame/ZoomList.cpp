@@ -21,4 +21,12 @@ int FindZoomLine(uint16_t uZoom) {
     return it == std::end(g_aZooms) ? -1 : static_cast<int>(it - std::begin(g_aZooms));
 }
 
+uint16_t StepZoom(uint16_t uZoom, int nStep) {
+    const auto nCount = static_cast<int>(std::size(g_aZooms));
+    int nLine = 0;
+    while (nLine < nCount && g_aZooms[nLine].uZoom > uZoom) ++nLine;
+    const int nNew = nStep < 0 || FindZoomLine(uZoom) >= 0 ? nLine + nStep : nLine;
+    return nNew >= 0 && nNew < nCount ? g_aZooms[nNew].uZoom : uint16_t{0};
+}
+
 std::wstring FormatScale(uint16_t uZoom) { return L"Scale: " + std::to_wstring(uZoom * 100 / 48) + L"%"; }

@@ -16,5 +16,9 @@ std::span<const TZoomEntry> GetZoomList();
 /// The line of a zoom value, -1 when the list has none.
 int FindZoomLine(uint16_t uZoom);
 
+/// The zoom value `nStep` lines below (or, negative, above) a value; for one that the list does not have, the
+/// next line in that direction counts as the first. 0 beyond the list's ends.
+uint16_t StepZoom(uint16_t uZoom, int nStep);
+
 /// The status pane's text of a zoom value.
 std::wstring FormatScale(uint16_t uZoom);

@@ -58,5 +58,11 @@ enum ECommand : int {
     ID_IMAGE_LEVEL = 13200,
     ID_IMAGE_HSV = 13201,
     ID_APP_CONFIG = 13300,
+    ID_VIEW_FIT = 14000,
+    ID_PANELS_HIDE = 14001,
+    ID_BRUSH_SMALLER = 14002,
+    ID_BRUSH_LARGER = 14003,
+    ID_SWITCH_TOOL_FIRST = 14100, ///< with the tool's number added
+    ID_SWITCH_TOOL_LAST = 14199,
     IDC_ZOOM_COMBO = 101, ///< a line of the zoom box was chosen: lParam is the line
 };

@@ -4,7 +4,6 @@
 #include "core/Base/Resource.h"
 #include "core/Base/Text.h"
 #include "core/Commands/Commands.h"
-#include "core/Platform/System.h"
 
 #include <boost/algorithm/string/classification.hpp>
 #include <boost/algorithm/string/replace.hpp>
@@ -34,9 +33,9 @@ std::vector<TFields> ReadTable(std::string_view strName, size_t nFields) {
     return vRows;
 }
 
-int ToNumber(const std::string& str, int nBase = 10) {
+int ToNumber(const std::string& str) {
     int n = 0;
-    const auto [pEnd, error] = std::from_chars(str.data(), str.data() + str.size(), n, nBase);
+    const auto [pEnd, error] = std::from_chars(str.data(), str.data() + str.size(), n);
     if (error != std::errc() || pEnd != str.data() + str.size())
         throw internal_error(L"ReadTable: bad number.");
     return n;
@@ -85,27 +84,4 @@ std::vector<int> ListCommands(const std::vector<TMenuItem>& vMenu) {
         vIds.insert(vIds.end(), vBelow.begin(), vBelow.end());
     }
     return vIds;
-}
-
-const std::vector<TAccelerator>& GetAccelerators() {
-    static const std::vector<TAccelerator> vTable = [] {
-        std::vector<TAccelerator> v;
-        for (const TFields& vFields : ReadTable("accelerators.tsv", 3)) {
-            const std::string& strFlags = vFields[0];
-            v.push_back({ToNumber(vFields[1], 16), strFlags.find('C') != std::string::npos,
-                         strFlags.find('N') != std::string::npos, ToCommand(vFields[2])});
-        }
-        return v;
-    }();
-    return vTable;
-}
-
-int TranslateAccelerator(const TMessage& msg, IKeyState& keys) {
-    if (msg.id != EMessage::KeyDown || keys.IsKeyDown(VK_Alt) || keys.IsKeyDown(VK_Shift)) return 0;
-    const bool bControl = keys.IsKeyDown(VK_Control);
-    for (const TAccelerator& accel : GetAccelerators()) {
-        if (accel.nKey != msg.wParam || accel.bControl != bControl) continue;
-        return accel.bNoRepeat && msg.lParam ? 0 : accel.nCommand;
-    }
-    return 0;
 }

@@ -60,6 +60,7 @@ CMainFrame::CMainFrame()
     const TPlatform& platform = g_AppModule.GetPlatform();
     m_pRecentList = std::make_unique<CRecentDocumentList>(platform.files,
                                                           CRecentDocumentList::FindPath(platform.locations));
+    m_shortcuts = CShortcuts::Read(g_AppModule.GetSettings());
     BindCommands();
 }
 
@@ -70,7 +71,7 @@ CMainFrame::~CMainFrame() {
 
 void CMainFrame::CreateFrameWindow() {
     const TPlatform& platform = g_AppModule.GetPlatform();
-    TMainWindowSetup setup{L"Vellumcraft", LoadMenu(MENU_MAIN), LoadToolBar()};
+    TMainWindowSetup setup{L"Vellumcraft", MakeMenu(MENU_MAIN), LoadToolBar()};
     m_vToolBarCommands = setup.vToolBar;
     m_vMenuCommands = ListCommands(LoadMenu(MENU_CANVAS));
     m_pWindow = platform.windows.CreateMainWindow(*this, setup);
@@ -91,6 +92,12 @@ void CMainFrame::CreateFrameWindow() {
         spLoop->AddMessageFilter(this);
         spLoop->AddIdleHandler(this);
     }
+}
+
+std::vector<TMenuItem> CMainFrame::MakeMenu(int nMenu) const {
+    std::vector<TMenuItem> vMenu = LoadMenu(nMenu);
+    m_shortcuts.Label(vMenu);
+    return vMenu;
 }
 
 bool CMainFrame::OnMessage(const TMessage& msg) {
@@ -178,7 +185,7 @@ bool CMainFrame::PreTranslateMessage(const TMessage& msg) {
 bool CMainFrame::TranslateKey(const TMessage& msg) {
     IKeyState& keys = g_AppModule.GetPlatform().keys;
     if (msg.wParam == VK_Tab && keys.IsKeyDown(VK_Control)) return false;
-    const int nCommand = TranslateAccelerator(msg, keys);
+    const int nCommand = m_shortcuts.FindCommand(msg, keys);
     const auto spFrame = g_wpActiveFrame.lock();
     // These commands depend on the finished picture, so strokes are rendered completely first.
     if (spFrame && (nCommand == ID_EDIT_UNDO || nCommand == ID_EDIT_REDO))
@@ -346,7 +353,7 @@ void CMainFrame::OnInitMenuPopup() {
 void CMainFrame::OpenFrame(const boost::shared_ptr<CCanvasFrame>& spFrame) {
     spFrame->GetCanvas()->GetHistory().SetLimits(g_Switches);
     // The frame sets its own title; until then the window has none.
-    if (!spFrame->CreateWindowIn(*m_pWindow, {L"", LoadMenu(MENU_CANVAS)}, m_frameOutside))
+    if (!spFrame->CreateWindowIn(*m_pWindow, {L"", MakeMenu(MENU_CANVAS)}, m_frameOutside))
         throw internal_error(L"CreateCanvasFrame: the window could not be created.");
 }
 

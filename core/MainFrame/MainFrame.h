@@ -5,6 +5,7 @@
 #include "core/AppModule/MessageLoop.h"
 #include "core/CanvasFrame/CanvasFrame.h"
 #include "core/Commands/Commands.h"
+#include "core/Commands/Shortcuts.h"
 #include "core/IniConfig/RecentDocumentList.h"
 #include "core/Panels/Panels.h"
 #include "core/Platform/Window.h"
@@ -63,6 +64,8 @@ public:
 
 private:
     bool HandleMessage(const TMessage& msg);
+    /// A menu with the keys that its commands have.
+    std::vector<TMenuItem> MakeMenu(int nMenu) const;
     void BindCommands();
     void BindViewCommands();
     void OnCommand(const TMessage& msg);
@@ -112,6 +115,7 @@ private:
     std::wstring m_strTold;      ///< the reason why presses are refused at present
     TFrameOutside m_frameOutside;
     CCommandTable m_commands;
+    CShortcuts m_shortcuts;
     TPanelOutside m_panelOutside;
     CPanels m_panels{m_panelOutside};
     boost::weak_ptr<CCanvasBuffer> m_wpSeen; ///< the document that the panels show now

@@ -14,6 +14,7 @@
 #include "core/MainFrame/AboutDialog.h"
 #include "core/MainFrame/MainFrame.h"
 #include "core/MainFrame/NewDialog.h"
+#include "core/Panels/ToolTable.h"
 
 #include <utility>
 
@@ -63,6 +64,18 @@ void CMainFrame::BindViewCommands() {
     for (const int nPanel : m_panels.GetCommands())
         m_commands.Bind(
             nPanel, [this](int n) { m_panels.Toggle(n); }, {}, [this](int n) { return m_panels.IsShown(n); });
+    m_commands.Bind(
+        ID_PANELS_HIDE, [this](int) { m_panels.ToggleAll(); }, {},
+        [this](int) { return m_panels.AreHidden(); });
+    // A switch in the middle of a stroke would cancel it.
+    const auto isIdle = [this](int) { return m_spActiveTool && m_spActiveTool->GetState() == STATE_IDLE; };
+    for (const TToolRow& row : GetToolTable())
+        m_commands.Bind(
+            ID_SWITCH_TOOL_FIRST + row.info.nId, [this](int n) { SwitchTool(n - ID_SWITCH_TOOL_FIRST); },
+            isIdle,
+            [this](int n) {
+                return m_spActiveTool && m_spActiveTool->GetToolId() == n - ID_SWITCH_TOOL_FIRST;
+            });
     constexpr std::pair<int, EArrange> ARRANGEMENTS[] = {{ID_WINDOW_ARRANGE, EArrange::Icons},
                                                          {ID_WINDOW_CASCADE, EArrange::Cascade},
                                                          {ID_WINDOW_TILE_HORZ, EArrange::TileHorizontal},
@@ -183,18 +196,8 @@ void CMainFrame::OnConfig() {
 }
 
 void CMainFrame::OnZoom(int nStep) {
-    const auto spFrame = g_wpActiveFrame.lock();
-    if (!spFrame) return;
-    const auto vZooms = GetZoomList();
-    const uint16_t uZoom = spFrame->GetView().GetState().uZoom;
-    // For a value that is not in the list, the next entry in the given direction.
-    int nLine = 0;
-    while (nLine < static_cast<int>(vZooms.size()) && vZooms[static_cast<size_t>(nLine)].uZoom > uZoom)
-        ++nLine;
-    const bool bInList = FindZoomLine(uZoom) >= 0;
-    const int nNew = nStep < 0 || bInList ? nLine + nStep : nLine;
-    if (nNew >= 0 && nNew < static_cast<int>(vZooms.size()))
-        spFrame->SetZoom(vZooms[static_cast<size_t>(nNew)].uZoom);
+    if (const auto spFrame = g_wpActiveFrame.lock())
+        spFrame->SetZoom(StepZoom(spFrame->GetView().GetState().uZoom, nStep));
 }
 
 void CMainFrame::OnZoomCombo(int nLine) {

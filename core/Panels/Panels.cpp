@@ -12,6 +12,7 @@
 #include "core/Panels/ToolWnd.h"
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -72,6 +73,7 @@ void CPanels::KeepSettings() {
 }
 
 void CPanels::Close() {
+    if (AreHidden()) Guarded([&] { ToggleAll(); }); // they come back at the next start
     // When one is hidden the others move up.
     for (const auto& entry : m_mapPanels) Guarded([&] { entry.second->KeepPlace(); });
     for (const auto& entry : m_mapPanels) Guarded([&] { entry.second->Close(); });
@@ -116,7 +118,20 @@ bool CPanels::IsShown(int nCommand) const {
     return pPanel && pPanel->GetWindow() && pPanel->GetWindow()->IsShown();
 }
 
+void CPanels::ToggleAll() {
+    const bool bShow = AreHidden();
+    const std::vector<int> vCommands = bShow ? std::exchange(m_vHidden, {}) : GetCommands();
+    for (const int nCommand : vCommands) {
+        if (IsShown(nCommand) == bShow) continue;
+        if (!bShow) m_vHidden.push_back(nCommand);
+        m_mapPanels[nCommand]->GetWindow()->ShowPanel(bShow);
+    }
+}
+
 void CPanels::Toggle(int nCommand) {
     const CPanel* pPanel = Find(nCommand);
-    if (pPanel && pPanel->GetWindow()) pPanel->GetWindow()->ShowPanel(!IsShown(nCommand));
+    if (!pPanel || !pPanel->GetWindow()) return;
+    // Of hidden panels one that is asked for by itself comes alone.
+    m_vHidden.clear();
+    pPanel->GetWindow()->ShowPanel(!IsShown(nCommand));
 }

@@ -43,6 +43,9 @@ public:
     bool IsShown(int nCommand) const;
     /// Shows or hides the panel of a command.
     void Toggle(int nCommand);
+    /// Hides all panels that are shown; the next call shows them again.
+    void ToggleAll();
+    bool AreHidden() const { return !m_vHidden.empty(); }
     /// The command of the panel that owns the window, 0 for other windows.
     int FindCommand(const IWindow* pWindow) const;
     /// All panels' commands.
@@ -51,5 +54,6 @@ public:
 private:
     const TPanelOutside& m_outside;
     std::vector<TPanelRow> m_vRows;
+    std::vector<int> m_vHidden; ///< the commands of those that ToggleAll has hidden
     std::map<int, std::unique_ptr<CPanel>> m_mapPanels;
 };

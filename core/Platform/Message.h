@@ -30,6 +30,8 @@ enum class EMessage : uint32_t {
     LButtonUp = 0x0202,
     RButtonDown = 0x0204,
     RButtonUp = 0x0205,
+    MButtonDown = 0x0207,
+    MButtonUp = 0x0208,
     NcMouseMove = 0x00A0,
     MouseActivate = 0x0021,  ///< the next mouse press activated the window
     MouseWheel = 0x020A,     ///< wParam: signed wheel delta

@@ -1,6 +1,7 @@
 #include "core/RasterBrush/RasterBrushBase.h"
 
 #include "core/Base/Failure.h"
+#include "core/Commands/CommandIds.h"
 
 #include <algorithm>
 
@@ -9,6 +10,7 @@ namespace {
 constexpr size_t MAX_HISTORY = 30;
 constexpr uint64_t SCREEN_PIXEL = 384 * 384; ///< (8 units times 48 of the zoom) squared
 constexpr uint64_t CANVAS_PIXEL = 64;
+constexpr uint32_t SIZE_STEPS = 8;
 
 // Smoothing window plus the points that fix the curve's start.
 int WindowOf(const TBrushParam& param) { return param.CurveStrength + 2; }
@@ -196,6 +198,22 @@ void CRasterBrushBase::ForgetWay() {
 bool CRasterBrushBase::OnMouseLeave() {
     m_bCursorValid = false;
     return false;
+}
+
+bool CRasterBrushBase::CanCommand(int nId) const {
+    const bool bSize = nId == ID_BRUSH_SMALLER || nId == ID_BRUSH_LARGER;
+    return (bSize && m_state == STATE_IDLE) || CRasterMove::CanCommand(nId);
+}
+
+bool CRasterBrushBase::OnCommand(int nId) {
+    if (nId != ID_BRUSH_SMALLER && nId != ID_BRUSH_LARGER) return CRasterMove::OnCommand(nId);
+    const uint32_t uStep = std::max(1u, m_param.BrushRadius / SIZE_STEPS);
+    const uint32_t uSize = nId == ID_BRUSH_LARGER
+                               ? m_param.BrushRadius + uStep
+                               : m_param.BrushRadius - std::min(uStep, m_param.BrushRadius);
+    m_param.BrushRadius = std::clamp(uSize, 1u, MAX_BRUSH_RADIUS);
+    GetOutside().fnNotify(EToolNotice::ToolChanged);
+    return true;
 }
 
 bool CRasterBrushBase::Cancel() {

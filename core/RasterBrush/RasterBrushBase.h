@@ -37,6 +37,9 @@ public:
     bool OnProximityLeave() override;
     bool OnProximityEnter() override { return OnProximityLeave(); }
     bool OnMouseLeave() override;
+    /// Makes the brush a step larger or smaller, by an eighth of its size.
+    bool OnCommand(int nId) override;
+    bool CanCommand(int nId) const override;
     /// Drops the stroke, or completes it when the pen had already been lifted.
     bool Cancel() override;
 

@@ -13,7 +13,8 @@ constexpr int64_t MAX_POSITION = 1 << 24;
 constexpr TInputName NAMES[] = {
     {"move", EMessage::MouseMove, NO_BUTTON}, {"ldown", EMessage::LButtonDown, 0x20000},
     {"lup", EMessage::LButtonUp, 0x10000},    {"rdown", EMessage::RButtonDown, 0x20001},
-    {"rup", EMessage::RButtonUp, 0x10001},    {"leave", EMessage::MouseLeave, 0},
+    {"rup", EMessage::RButtonUp, 0x10001},    {"mdown", EMessage::MButtonDown, 0x20002},
+    {"mup", EMessage::MButtonUp, 0x10002},    {"leave", EMessage::MouseLeave, 0},
     {"lost", EMessage::CaptureChanged, 0},    {"activate", EMessage::MouseActivate, 0},
     {"touch", EMessage::PenActivate, 0},
 };

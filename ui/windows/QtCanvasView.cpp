@@ -20,7 +20,8 @@
 namespace {
 
 constexpr int WHEEL_STEP = 120;
-constexpr int MOST_RECTANGLES = 64; ///< more are painted as one; a round selection on a large screen has about 60
+constexpr int MOST_RECTANGLES =
+    64; ///< more are painted as one; a round selection on a large screen has about 60
 
 /// Draws pixels one to one on device pixels.
 class CViewPainter : public IPaintTarget {
@@ -176,19 +177,20 @@ void CQtCanvasView::focusInEvent(QFocusEvent* pEvent) {
 }
 
 bool CQtCanvasView::viewportEvent(QEvent* pEvent) {
-    const auto press = [&](EMessage idLeft, EMessage idRight) {
+    const auto press = [&](EMessage idLeft, EMessage idRight, EMessage idMiddle) {
         const auto& event = static_cast<QMouseEvent&>(*pEvent);
         if (event.button() == Qt::LeftButton) TellPointer(idLeft, event);
         if (event.button() == Qt::RightButton) TellPointer(idRight, event);
+        if (event.button() == Qt::MiddleButton) TellPointer(idMiddle, event);
     };
     switch (pEvent->type()) {
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
         if (std::exchange(m_bActivated, false)) m_events.activate(false);
-        press(EMessage::LButtonDown, EMessage::RButtonDown);
+        press(EMessage::LButtonDown, EMessage::RButtonDown, EMessage::MButtonDown);
         return true;
     case QEvent::MouseButtonRelease:
-        press(EMessage::LButtonUp, EMessage::RButtonUp);
+        press(EMessage::LButtonUp, EMessage::RButtonUp, EMessage::MButtonUp);
         return true;
     case QEvent::MouseMove:
         m_bActivated = false; // activated by a scroll bar
