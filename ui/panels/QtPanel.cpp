@@ -41,6 +41,13 @@ public:
     }
 };
 
+// True while the text of a list's row is being edited.
+bool IsRowEdited() {
+    const QWidget* pFocus = QApplication::focusWidget();
+    return pFocus && pFocus->parentWidget() &&
+           qobject_cast<const QAbstractItemView*>(pFocus->parentWidget()->parentWidget());
+}
+
 bool EditsText(const QObject* pObject) {
     return qobject_cast<const QLineEdit*>(pObject) || qobject_cast<const QAbstractSpinBox*>(pObject);
 }
@@ -239,7 +246,9 @@ void CQtPanel::keyPressEvent(QKeyEvent* pEvent) {
     const int nKey = pEvent->key();
     if (nKey != Qt::Key_Escape && nKey != Qt::Key_Return && nKey != Qt::Key_Enter)
         return QDockWidget::keyPressEvent(pEvent);
-    FocusPicture();
+    // A list closes its editor a little later, and gives the keyboard back then: without the focus the editor
+    // would be closed twice.
+    if (!IsRowEdited()) FocusPicture();
 }
 
 void CQtPanel::FocusPicture() {

@@ -26,6 +26,7 @@ protected:
             m_vTold.push_back(str + QString::fromStdWString(msg.strText).toStdString());
             return true;
         };
+        Open(m_a);
         m_pPanel = m_windows.CreatePanelWindow(*m_pMain, m_client, {L"Tree", L"レイヤー", m_vControls});
         m_pPanel->SetPlace({EPanelDock::Right, CRect({900, 100}, {260, 500}), true});
         m_pPanel->ShowPanel(true);
@@ -127,6 +128,12 @@ TEST_F(CTreeTest, KeysSelectShowFoldAndRename) {
     m_vControls[0].vTree[0].strNote = L"50%"; // a thumbnail or an opacity may change meanwhile
     m_pPanel->SetControls(m_vControls);
     QTest::keyClicks(pEdit, "y");
+    static QStringList lstWarnings;
+    const auto before = qInstallMessageHandler(
+        [](QtMsgType, const QMessageLogContext&, const QString& str) { lstWarnings << str; });
     QTest::keyClick(pEdit, Qt::Key_Return);
     EXPECT_EQ(Told(), TLog{"rename 0xy"});
+    qInstallMessageHandler(before);
+    EXPECT_TRUE(lstWarnings.filter("editor").isEmpty())
+        << "an editor that is closed twice is used after its end";
 }
