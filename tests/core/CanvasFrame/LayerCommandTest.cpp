@@ -94,17 +94,3 @@ TEST_F(LayerCommands, ClippingMovesOntoTheLayerBelowAndBack) {
     Do(ID_LAYER_MERGE_DOWN);
     EXPECT_EQ(Tree(), L"a* 新規レイヤーセット");
 }
-
-TEST_F(LayerCommands, ColourModesAreStatesOfTheCanvas) {
-    Add(L"a");
-    EXPECT_TRUE(IsChecked(ID_MODE_RGB) && !IsChecked(ID_MODE_GREY) && !IsChecked(ID_MODE_LIGHT));
-    EXPECT_FALSE(Do(ID_MODE_RGB));
-    EXPECT_EQ(m_history.GetUndoList().size(), 1u);
-    EXPECT_TRUE(Do(ID_MODE_LIGHT) && IsChecked(ID_MODE_RGB) && IsChecked(ID_MODE_LIGHT));
-    EXPECT_TRUE(m_spCanvas->IsColorRaster() && !m_spCanvas->IsColor() && Do(ID_MODE_GREY));
-    EXPECT_TRUE(IsChecked(ID_MODE_GREY));
-    EXPECT_FALSE(IsEnabled(ID_MODE_LIGHT));
-    EXPECT_EQ(Tree(), L"a*"); // the copy has the same layer active
-    m_history.Undo();
-    EXPECT_TRUE(Do(ID_MODE_LIGHT) && IsChecked(ID_MODE_RGB) && !IsChecked(ID_MODE_LIGHT));
-}

@@ -122,24 +122,6 @@ TEST_F(MainFrame, AStrokeThatIsNotRenderedYetIsAStepToUndo) {
     Play();
 }
 
-TEST_F(MainFrame, WindowsComeBackWhereTheyWereButOntoAScreen) {
-    const auto section = [this](const wchar_t* pszName) {
-        CIniConfig config(L"/settings/Vellumcraft/Vellumcraft.ini", m_outside.m_files);
-        return config.GetSection(L"Windows")->GetSection(pszName);
-    };
-    section(L"Main")->SetInt(L"Left", 90000);
-    section(L"Main")->SetInt(L"Width", 700);
-    section(L"Canvas")->SetInt(L"Width", 333);
-    Step([&] {
-        const CRect rc = g_pMainFrame->GetWindow()->GetRect();
-        EXPECT_EQ(rc.Intersect(g_pMainFrame->GetWindow()->GetScreens()[0]), rc);
-        EXPECT_EQ(rc.Width(), 700);
-        EXPECT_EQ(Active().GetWindow()->GetRect().Width(), 333);
-    });
-    Play();
-    EXPECT_NE(section(L"Main")->GetInt(L"Left", 90000), 90000);
-}
-
 TEST(MenuTable, EveryShortcutAndButtonHasItsMenuLine) {
     const std::vector<int> vIds = ListCommands(LoadMenu(200));
     const std::set<int> setIds(vIds.begin(), vIds.end());
