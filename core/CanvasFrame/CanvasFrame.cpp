@@ -269,7 +269,7 @@ void CCanvasFrame::GoToState(const boost::shared_ptr<CHistory>& spNewest) {
 }
 
 void CCanvasFrame::SelectLayer(const TLayerPtr& spLayer) {
-    // What the tool has open belongs to the layer that was active.
+    // The tool's open results belong to the layer that was active.
     Guarded([] { SettleActiveTool(); });
     m_spCanvas->SelectLayer(spLayer);
     for (const EMessage id : {WM_REFRESH_LAYERS, WM_REFRESH_TOOL}) PostToMainFrame(id);

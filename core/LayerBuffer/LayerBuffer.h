@@ -93,7 +93,7 @@ public:
     TLayerPtr GetActiveChild() const { return m_wpActive.lock(); }
     void SetActiveChild(const TLayerPtr& spLayer) { m_wpActive = spLayer; }
 
-    // What the picture is made of.
+    // The parts of the picture.
     CLayerPicture& GetPicture() { return m_picture; }
     const boost::shared_ptr<CRasterBuffer>& GetDrawBuffer() const { return m_picture.GetDrawBuffer(); }
     /// Brings what RenderOwn paints from up to date at the block of `pt` and clears its flags. True when

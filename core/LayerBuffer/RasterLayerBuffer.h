@@ -40,8 +40,6 @@ public:
     /// The stroke in progress, shown over the pixels and inside the canvas's selection; null takes it away
     /// without a trace.
     void SetStroke(const boost::shared_ptr<CRasterStroke>& spStroke);
-    /// True from SetStroke until the stroke is complete or taken away.
-    bool HasStroke() const { return m_spStroke != nullptr; }
     /// The stroke in progress is complete: it is rendered to its end and merged into the pixels in its turn
     /// among the strokes of the whole canvas, inside what is selected now, one undo step. Another one can
     /// begin at once.

@@ -26,8 +26,8 @@ public:
     std::vector<TTreeRow> MakeTree() const;
     /// Takes effect at the next Read.
     void Fold(int nRow, bool bClosed);
-    /// Where a layer would go that is dropped on a part of a row; the row behind the last is the ground of
-    /// the whole tree. A null parent when nothing would change or the layer would lie in itself.
+    /// The place of a layer that is dropped on a part of a row; the row behind the last stands for the bottom
+    /// of the whole tree. A null parent when nothing would change or the layer would lie in itself.
     TLayerPlace FindPlace(int nFrom, int nTo, EDropAt at) const;
 
 private:

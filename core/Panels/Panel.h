@@ -19,7 +19,7 @@ class CTools;
 struct TGlobalSwitches;
 struct TPlatform;
 
-/// What panels need of the application; the objects must outlive them.
+/// The application's services for panels; the objects must outlive them.
 struct TPanelOutside {
     const TPlatform& platform;
     CIniConfig& settings;

@@ -38,5 +38,5 @@ struct TTreeRow {
 /// Which part of a row something is dropped on.
 enum class EDropAt { Above, Onto, Below };
 
-/// What a click on an eye requests.
+/// The request of a click on an eye.
 enum class EEyeAct { Hide, Show, Alone };

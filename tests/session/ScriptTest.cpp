@@ -23,7 +23,7 @@ TEST(Script, RefusesALineWithItsNumberAndReason) {
         {R"({"key":{"down":17,"up":17}})", R"(key: must have either "down" or "up")"},
         {R"({"keys":17})", "keys: must be a list of virtual key codes"},
         {R"({"packet":{"message":"leave","x":1,"y":1,"pressure":0}})",
-         R"(packet.message: must be one of "move", "ldown", "lup", "rdown", "rup")"},
+         R"(packet.message: must be one of "move", "ldown", "lup", "rdown", "rup", "mdown", "mup")"},
         {R"({"panel":{"id":12815,"control":1,"value":1,"from":0}})", R"(panel: unknown key "from")"},
         {R"({"panel":{"id":12815,"view":1,"message":"ldown","x":1,"y":1}})", R"(panel: "width" is missing)"},
         {R"({"reply":{"box":"maybe"}})", R"(reply.box: must be "ok", "yes", "no" or "cancel")"},

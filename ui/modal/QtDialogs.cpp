@@ -19,7 +19,7 @@ namespace {
 
 enum class EOutcome { Changed, Cancelled, Accepted, Extra };
 
-/// What the user did in a dialog. It outlives the dialog, which may be deleted while it is waited for.
+/// The user's actions in a dialog. It outlives the dialog, which may be deleted while it is waited for.
 struct TUserActs {
     // The first outcome holds: what follows in the same turn of the loop is too late.
     void End(EOutcome end) {

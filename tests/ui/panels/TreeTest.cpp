@@ -7,7 +7,7 @@ namespace {
 // The rows' parts from left to right, and their height; eyes are 24 wide.
 constexpr int EYE = 12, TEXT = 150, ROW = 41;
 
-/// What the user does to row 0, an open set, to 1 and 2 in it, of which 2 is hidden, and to 3.
+/// Row 0 is an open set, 1 and 2 lie in it, of which 2 is hidden; 3 lies below.
 class CTreeTest : public CUiTest {
 protected:
     CTreeTest() {
@@ -101,7 +101,7 @@ TEST_F(CTreeTest, ARowIsDraggedAboveOntoAndBelowOthers) {
         Drag(At(TEXT, 3), pt);
         EXPECT_EQ(Told(), (TLog{"select 3", strDrop}));
     }
-    Drag(At(TEXT, 0), At(TEXT, 4)); // onto the ground
+    Drag(At(TEXT, 0), At(TEXT, 4)); // below all rows
     EXPECT_EQ(Told(), (TLog{"select 0", "drop 0 4?2"}));
     Drag(At(TEXT, 3), At(TEXT, 3, ROW / 2 + 5));
     EXPECT_EQ(Told(), TLog{"select 3"});
