@@ -5,6 +5,8 @@
 #include "core/PathFill/FlattenOutline.h"
 #include "core/RasterKernel/CrossingKernel.h"
 
+#include <algorithm>
+#include <array>
 #include <cstdint>
 #include <vector>
 
@@ -28,8 +30,7 @@ public:
     /// columns are clamped to their ends.
     void Clear(const CRect& rcCells) {
         m_rcCells = rcCells;
-        m_vLines.clear(); // a failed fill may have left some
-        m_nCrossed = m_nCells = 0;
+        m_nLines = m_nCrossed = m_nCells = 0; // a failed fill may have left some
         m_uOutline = 0;
         m_vChains.clear();
     }
@@ -37,15 +38,17 @@ public:
     void BeginOutline() { ++m_uOutline; }
     /// Adds the lines between consecutive points, `nLines` + 1 of them.
     void AddLines(const int32_t* pX, const int32_t* pY, size_t nLines) {
+        int32_t yA = RowFrom(pY[0]);
         for (size_t n = 0; n < nLines; ++n) {
-            const int32_t yA = RowFrom(pY[n]);
             const int32_t yB = RowFrom(pY[n + 1]);
-            if (yA == yB) continue;
-            const bool bDown = yA < yB;
-            const size_t nUpper = bDown ? n : n + 1, nLower = bDown ? n + 1 : n;
-            const int32_t x = pX[nUpper], y = pY[nUpper];
-            Add({x, y, pX[nLower] - x, pY[nLower] - y, 0, bDown ? 1 : -1, 0}, std::min(yA, yB),
-                std::max(yA, yB));
+            if (yA != yB) {
+                const bool bDown = yA < yB;
+                const size_t nUpper = bDown ? n : n + 1, nLower = bDown ? n + 1 : n;
+                const int32_t x = pX[nUpper], y = pY[nUpper];
+                Add({x, y, pX[nLower] - x, pY[nLower] - y, 0, bDown ? 1 : -1, 0}, std::min(yA, yB),
+                    std::max(yA, yB));
+            }
+            yA = yB;
         }
         Cross();
     }
@@ -70,7 +73,8 @@ private:
         if (yTop >= yEnd) return;
         line.nRow = line.nStep > 0 ? yTop : yEnd - 1;
         line.nCount = static_cast<size_t>(yEnd - yTop);
-        m_vLines.push_back(line);
+        if (m_nLines == m_aLines.size()) Cross();
+        m_aLines[m_nLines++] = line;
         Append(yTop, yEnd, line.nStep);
         m_nCells += line.nCount;
         if (std::min(line.x, line.x + line.dx) < m_rcCells.left * UNIT ||
@@ -84,8 +88,8 @@ private:
     void Cross() {
         constexpr size_t SURPLUS = 16;
         if (m_nCells + SURPLUS > m_vCells.size()) m_vCells.resize((m_nCells + SURPLUS) * 2);
-        m_kernels.pCrossLines(m_vCells.data() + m_nCrossed, m_vLines.data(), m_vLines.size());
-        m_vLines.clear();
+        m_kernels.pCrossLines(m_vCells.data() + m_nCrossed, m_aLines.data(), m_nLines);
+        m_nLines = 0;
         m_nCrossed = m_nCells;
     }
     // Appends the last line to the last chain or begins a new chain with it.
@@ -108,9 +112,10 @@ private:
     const TCrossingKernels& m_kernels = CrossingKernels();
     CRect m_rcCells;
     uint32_t m_uOutline = 0;
-    std::vector<TCrossingLine> m_vLines; ///< not yet crossed
-    size_t m_nCrossed = 0;               ///< crossings written
-    size_t m_nCells = 0;                 ///< and those of the lines that wait
-    std::vector<int32_t> m_vCells;       ///< crossings in the order of the outline, and spare room
+    std::array<TCrossingLine, 64> m_aLines; ///< not yet crossed
+    size_t m_nLines = 0;                    ///< of these
+    size_t m_nCrossed = 0;                  ///< crossings written
+    size_t m_nCells = 0;                    ///< and those of the lines that wait
+    std::vector<int32_t> m_vCells;          ///< crossings in the order of the outline, and spare room
     std::vector<TChain> m_vChains;
 };

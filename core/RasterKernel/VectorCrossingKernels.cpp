@@ -10,6 +10,8 @@
 
 #include "core/RasterKernel/CrossingKernel.h"
 
+#include <algorithm>
+
 HWY_BEFORE_NAMESPACE();
 namespace HWY_NAMESPACE {
 
@@ -86,8 +88,21 @@ HWY_INLINE TCrossingSums SumSixteen(const int32_t* pCells) {
     return sums;
 }
 
+// Fewer than sixteen are completed by copies of the first, whose share of the sums is then subtracted: no
+// 16 bits of the sums become negative.
 TCrossingSums Sum(const int32_t* pCells, size_t nCount) {
-    return nCount == 16 ? SumSixteen(pCells) : PlainCrossingKernels().pSum(pCells, nCount);
+    if (nCount == 16) return SumSixteen(pCells);
+    int32_t anCells[16];
+    for (size_t n = 0; n < 16; ++n) anCells[n] = pCells[n < nCount ? n : 0];
+    TCrossingSums sums = SumSixteen(anCells);
+    const int32_t nFirst = pCells[0] - (sums.nMin & -CROSSING_CELLS);
+    uint64_t uFirst = 0;
+    for (int32_t k = 0; k < CROSSING_PIXELS; ++k) {
+        const int32_t nSet = std::clamp((k + 1) * CROSSING_CELLS - nFirst, 0, CROSSING_CELLS);
+        uFirst |= static_cast<uint64_t>(nSet) << (16 * k);
+    }
+    sums.uSums -= uFirst * (16 - nCount);
+    return sums;
 }
 
 void SumBlocks(TCrossingSums* pSums, const int32_t* pCells, ptrdiff_t nStep, size_t nBlocks) {

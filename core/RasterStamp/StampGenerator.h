@@ -7,15 +7,13 @@
 #include <cstddef>
 #include <cstdint>
 
-/// One quarter of the symmetric disc, row by row from the centre outwards. Cells up to GetSolid() are full,
-/// those from GetEnd() on are empty.
+/// One quarter of the symmetric disc, row by row from the centre outwards. Cells from GetEnd() on are empty.
 class CStampGenerator {
 public:
     explicit CStampGenerator(const TStampShape& shape);
 
     /// Selects row `nRow`; rows must be selected in ascending order.
     void SetRow(size_t nRow);
-    size_t GetSolid() const { return m_nSolid; }
     size_t GetEnd() const { return m_nEnd; }
     /// Writes the cells from `nFirst` (not before the row's number) up to, without, `nEnd` (not beyond
     /// GetEnd()) to `pCells`, and may overwrite CELL_MARGIN more.

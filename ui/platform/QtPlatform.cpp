@@ -144,7 +144,6 @@ CQtPlatform::~CQtPlatform() { m_pParts->m_queue.SetPump(nullptr); }
 
 const TPlatform& CQtPlatform::GetPlatform() const { return m_pParts->m_platform; }
 IWindowFactory& CQtPlatform::GetWindows() { return m_pParts->m_windows; }
-IClipboard& CQtPlatform::GetClipboard() { return m_pParts->m_clipboard; }
 
 bool CQtPlatform::SaveScreenshot(const std::wstring& strPath) {
     CQtMainWindow* pMain = m_pParts->m_windows.GetMain();

@@ -25,7 +25,6 @@ public:
 
     const TPlatform& GetPlatform() const;
     IWindowFactory& GetWindows();
-    IClipboard& GetClipboard();
 
     /// Writes a picture of the main window in device pixels as PNG. False when there is no main window or the
     /// file cannot be written.
