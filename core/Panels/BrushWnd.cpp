@@ -43,9 +43,9 @@ CBrushWnd::CBrushWnd(const wchar_t* pszSection, const TPanelOutside& outside)
     : CPanel(pszSection, outside), m_view(outside.platform.clock, outside.platform.codecs) {
     using EKind = TPanelControl::EKind;
     m_vControls = {
-        {.kind = EKind::View, .nId = BRUSH_PREVIEW, .szView = {200, 64}, .pView = &m_view},
+        {.kind = EKind::View, .nId = BRUSH_PREVIEW, .szView = {200, 44}, .pView = &m_view},
         {.kind = EKind::Label, .nId = BRUSH_NONE, .strText = L"ツールが選択されていないか無効なツールです。"},
-        {.kind = EKind::List, .nId = BRUSH_LIST, .nValue = -1, .bGrid = true, .szView = {200, 48}},
+        {.kind = EKind::List, .nId = BRUSH_LIST, .nValue = -1, .bGrid = true, .szView = {200, 28}},
         {.kind = EKind::Button, .nId = BRUSH_ADD, .strText = L"追加"},
         {.kind = EKind::Button, .nId = BRUSH_REMOVE, .strText = L"削除", .bSameLine = true},
         {.kind = EKind::Slider,

@@ -40,7 +40,8 @@ void CLayerThumbnails::Clean() {
     std::erase_if(m_mapPictures, [](const auto& entry) { return entry.first.expired(); });
 }
 
-bool CLayerThumbnails::Update(CCanvasBuffer& canvas, const std::vector<TLayerPtr>& vLayers, bool& bChanged) {
+bool CLayerThumbnails::Update(CCanvasBuffer& canvas, const std::vector<TLayerPtr>& vLayers, uint32_t uTick,
+                              bool& bChanged) {
     canvas.FlushCanvasUpdates();
     const uint64_t uChanges = canvas.GetCounters().GetChanges();
     const auto isSame = [](const TLayerPtr& sp, const CLayerBuffer* p) { return sp.get() == p; };
@@ -49,7 +50,9 @@ bool CLayerThumbnails::Update(CCanvasBuffer& canvas, const std::vector<TLayerPtr
         m_vLayers.clear();
         for (const TLayerPtr& spLayer : vLayers) m_vLayers.push_back(spLayer.get());
         m_idxNext = 0;
+        m_uChangedTick = uTick;
     }
+    if (uTick - m_uChangedTick < PAUSE_MS) return false;
     int nBlocks = BLOCKS_AT_ONCE;
     for (int nLayers = LAYERS_AT_ONCE; m_idxNext < vLayers.size() && nLayers > 0; --nLayers) {
         const TLayerPtr& spLayer = vLayers[m_idxNext];

@@ -102,7 +102,8 @@ bool CLayerWnd::OnIdle() {
     for (int nRow = 0; nRow < m_rows.GetCount(); ++nRow)
         if (const TLayerPtr spLayer = m_rows.GetLayer(nRow)) vLayers.push_back(spLayer);
     bool bChanged = false;
-    const bool bMore = m_thumbnails.Update(*spFrame->GetCanvas(), vLayers, bChanged);
+    const uint32_t uTick = GetOutside().platform.clock.GetTickCount();
+    const bool bMore = m_thumbnails.Update(*spFrame->GetCanvas(), vLayers, uTick, bChanged);
     if (bChanged) {
         Find(LAYER_TREE).vTree = MakeTree();
         GetWindow()->SetControls(m_vControls);

@@ -2,6 +2,7 @@
 #include "core/Commands/CommandIds.h"
 #include "core/LayerBuffer/VectorLayerBuffer.h"
 #include "core/Panels/ColorControls.h"
+#include "core/Panels/LayerThumbnails.h"
 #include "session/seam/SessionDialogs.h"
 #include "tests/support/PanelSession.h"
 
@@ -188,6 +189,9 @@ TEST_F(LayerPanel, ThumbnailsAreMadeWhenIdleAndOnlyOfWhatHasChanged) {
         return picture.vPixels[static_cast<size_t>(4 * (y / 2 * picture.sz.cx + x / 2))];
     };
     const auto eye = [](EEyeAct act) { Tell(EMessage::PanelEye, 2, static_cast<int>(act)); };
+    const auto pause = [&] {
+        dynamic_cast<CVirtualClock&>(m_pStage->platform.clock).Advance(CLayerThumbnails::PAUSE_MS);
+    };
     boost::shared_ptr<CVectorLayerBuffer> spVector;
     TPictures vBefore;
     Play({[&] {
@@ -197,6 +201,7 @@ TEST_F(LayerPanel, ThumbnailsAreMadeWhenIdleAndOnlyOfWhatHasChanged) {
               spVector->SetLayerColor(0);
               spVector->InsertPath(MakeRectPath({10, 10, 30, 30}));
           },
+          pause,
           [&] {
               vBefore = pictures();
               ASSERT_TRUE(vBefore[0] && !vBefore[1] && vBefore[2]) << "a set has none";
@@ -204,10 +209,15 @@ TEST_F(LayerPanel, ThumbnailsAreMadeWhenIdleAndOnlyOfWhatHasChanged) {
               EXPECT_EQ(at(*vBefore[2], 60, 20), 255);
               eye(EEyeAct::Hide);
           },
+          pause,
           [&] {
               EXPECT_EQ(pictures(), vBefore) << "a hidden layer keeps its thumbnail";
               spVector->InsertPath(MakeRectPath({50, 10, 70, 30}));
               eye(EEyeAct::Show);
+          },
+          [&] {
+              EXPECT_EQ(pictures(), vBefore) << "the hand may go on";
+              pause();
           },
           [&] {
               TPictures vNow = pictures();
