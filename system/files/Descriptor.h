@@ -14,7 +14,7 @@ public:
     ~CDescriptor() {
         if (m_fd >= 0) close(m_fd);
     }
-    CDescriptor(CDescriptor&& other) : m_fd(std::exchange(other.m_fd, -1)) {}
+    CDescriptor(CDescriptor&& other) noexcept : m_fd(std::exchange(other.m_fd, -1)) {}
     operator int() const { return m_fd; }
 
 private:

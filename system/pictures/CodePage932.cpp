@@ -2,6 +2,9 @@
 
 #include <iconv.h>
 
+#include <bit>
+#include <cstdint>
+
 namespace {
 
 // Owns the C library's converter from wide characters.
@@ -27,7 +30,7 @@ public:
     }
 
 private:
-    bool IsOpen() const { return m_converter != reinterpret_cast<iconv_t>(-1); }
+    bool IsOpen() const { return m_converter != std::bit_cast<iconv_t>(intptr_t{-1}); }
 
     iconv_t m_converter;
 };

@@ -16,7 +16,8 @@ constexpr int ICON_SIDE = 24;
 
 } // namespace
 
-CQtToolBar::CQtToolBar(const std::vector<int>& vIds, std::function<void(int, int)> command, QWidget* pParent)
+CQtToolBar::CQtToolBar(const std::vector<int>& vIds, const std::function<void(int, int)>& command,
+                       QWidget* pParent)
     : QToolBar(pParent), m_pZoom(new QComboBox(this)) {
     setMovable(false);
     setFloatable(false);

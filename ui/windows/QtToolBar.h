@@ -15,7 +15,7 @@ class QComboBox;
 class CQtToolBar : public QToolBar, public ICommandLook {
 public:
     /// `command` is called with the chosen button's id and 0, or the zoom box's id and the chosen line.
-    CQtToolBar(const std::vector<int>& vIds, std::function<void(int, int)> command, QWidget* pParent);
+    CQtToolBar(const std::vector<int>& vIds, const std::function<void(int, int)>& command, QWidget* pParent);
 
     void SetState(int nId, bool bEnabled, bool bChecked) override;
     /// Sets the tool tips of buttons that have none yet from a menu's texts.
