@@ -43,7 +43,8 @@ void CLayerThumbnails::Clean() {
 bool CLayerThumbnails::Update(CCanvasBuffer& canvas, const std::vector<TLayerPtr>& vLayers, uint32_t uTick,
                               bool& bChanged) {
     canvas.FlushCanvasUpdates();
-    const uint64_t uChanges = canvas.GetCounters().GetChanges();
+    // A block that no view has composed since its last change is not counted again.
+    const uint64_t uChanges = canvas.GetCounters().GetChanges() + canvas.GetHistory().GetChangeCount();
     const auto isSame = [](const TLayerPtr& sp, const CLayerBuffer* p) { return sp.get() == p; };
     if (uChanges != m_uChanges || !std::ranges::equal(vLayers, m_vLayers, isSame)) {
         m_uChanges = uChanges;

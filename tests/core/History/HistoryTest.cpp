@@ -51,3 +51,14 @@ TEST_F(HistoryBudget, TheOldestGoAndTheNewestStays) {
     Do(L"f", 0);
     EXPECT_EQ(Labels(), L"e f");
 }
+
+TEST_F(HistoryBudget, TheSavedStateIsKnownUntilItIsOutOfReach) {
+    Do(L"a", 2);
+    m_history.SetModified(false);
+    EXPECT_TRUE(m_history.IsSavedState(m_history.GetUndoList().front()));
+    Do(L"b", 2);
+    Do(L"c", 2); // a goes, and the state behind it is the oldest
+    EXPECT_TRUE(m_history.IsSavedState({}));
+    Do(L"d", 2);
+    EXPECT_FALSE(m_history.IsSavedState({}));
+}

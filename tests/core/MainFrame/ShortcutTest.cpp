@@ -89,6 +89,8 @@ TEST_F(Shortcuts, KeysPickToolsSizesAndViews) {
         EXPECT_FALSE(g_pMainFrame->GetPanels().IsShown(ID_PANEL_BRUSH));
         Press(0x7A);
         EXPECT_TRUE(g_pMainFrame->GetPanels().IsShown(ID_PANEL_BRUSH));
+        EXPECT_FALSE(
+            g_pMainFrame->PreTranslateMessage({g_pMainFrame->GetWindow(), EMessage::KeyDown, 0x7A, 1}));
         Press(0x7A); // and so they are again at the next start
     }});
     CIniConfig config(L"/settings/Vellumcraft/Vellumcraft.ini", m_outside.m_files);

@@ -254,5 +254,9 @@ TEST_F(LayerPanel, HistoryGoesToAnyStateInOneStep) {
           [&] {
               EXPECT_EQ(Rows(ID_PANEL_HISTORY), L"<< 初期状態 >>|レイヤー追加|レイヤー追加|レイヤー削除*!");
               click(7);
+              SendMessage({Active().GetWindow(), EMessage::LButtonDown, MOUSE_LEFT, PackPoint(20, 20)});
+              click(0); // in the middle of a stroke
+              EXPECT_EQ(Canvas().GetHistory().GetUndoList().size(), 3u);
+              SendMessage({Active().GetWindow(), EMessage::LButtonUp, 0, PackPoint(20, 20)});
           }});
 }
