@@ -277,6 +277,9 @@ void CCanvasFrame::SelectLayer(const TLayerPtr& spLayer) {
 }
 
 void CCanvasFrame::EditTree(const boost::function<bool()>& fnEdit) {
+    // An operation in progress needs the present layers.
+    const auto spTool = m_pOutside->wpTool.lock();
+    if (spTool && spTool->GetState() != STATE_IDLE) return;
     // An edit that failed halfway has changed what is shown all the same.
     bool bChanged = true;
     Guarded([&] {

@@ -74,7 +74,7 @@ public:
     /// undoes everything. An action that is in neither list has no effect.
     void GoToState(const boost::shared_ptr<CHistory>& spNewest);
     /// Completes pending work, calls a function that changes the tree or a layer's values, and shows the
-    /// result. A function that returns false has changed nothing.
+    /// result. A function that returns false has changed nothing. Has no effect while the tool is at work.
     void EditTree(const boost::function<bool()>& fnEdit);
     /// Makes a layer the active one.
     void SelectLayer(const TLayerPtr& spLayer);

@@ -8,8 +8,6 @@
 #include "core/Panels/LayerColorDialog.h"
 #include "core/Platform/Platform.h"
 #include "core/Platform/System.h"
-#include "core/Tools/PenContact.h"
-#include "core/Tools/Tools.h"
 
 #include <boost/algorithm/string/trim.hpp>
 #include <boost/pointer_cast.hpp>
@@ -93,11 +91,7 @@ std::vector<TTreeRow> CLayerWnd::MakeTree() const {
 
 bool CLayerWnd::OnIdle() {
     const auto spFrame = GetFrame();
-    const auto spTool = GetTool();
-    if (!spFrame || !GetWindow() || !GetWindow()->IsShown()) return false;
-    // A stroke comes first.
-    if (spTool && (spTool->GetState() != STATE_IDLE || spTool->GetContact().IsDown())) return false;
-    if (spFrame->GetCanvas()->IsBehind()) return false;
+    if (!spFrame || spFrame->GetCanvas()->IsBehind()) return false;
     std::vector<TLayerPtr> vLayers;
     for (int nRow = 0; nRow < m_rows.GetCount(); ++nRow)
         if (const TLayerPtr spLayer = m_rows.GetLayer(nRow)) vLayers.push_back(spLayer);

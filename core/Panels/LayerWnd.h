@@ -11,7 +11,7 @@ class CLayerWnd : public CPanel {
 public:
     CLayerWnd(const wchar_t* pszSection, const TPanelOutside& outside);
     std::wstring GetTitle() const override { return L"レイヤー"; }
-    /// Brings thumbnails up to date, unless the tool is at work.
+    /// Brings thumbnails up to date.
     bool OnIdle() override;
 
 protected:

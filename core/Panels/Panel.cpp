@@ -8,6 +8,7 @@
 #include "core/Commands/Commands.h"
 #include "core/IniConfig/IniConfig.h"
 #include "core/Platform/Platform.h"
+#include "core/Tools/PenContact.h"
 #include "core/Tools/Tools.h"
 
 #include <algorithm>
@@ -89,6 +90,9 @@ bool CPanel::UpdateCommands() {
 
 bool CPanel::DoIdleWork() {
     if (!m_pWindow || !m_pWindow->IsShown()) return false;
+    // A stroke comes first. The buttons would also flicker at its begin and end.
+    const auto spTool = GetTool();
+    if (spTool && (spTool->GetState() != STATE_IDLE || spTool->GetContact().IsDown())) return false;
     if (UpdateCommands()) m_pWindow->SetControls(m_vControls);
     return OnIdle();
 }
@@ -107,8 +111,10 @@ bool CPanel::OnMessage(const TMessage& msg) {
         if (msg.id == EMessage::Command)
             return PostToMainFrame(msg.id, msg.wParam), true; // of the context menu
         if (msg.id == EMessage::PanelChange)
-            if (const int nCommand = Find(static_cast<int>(msg.wParam)).nCommand)
-                return PostToMainFrame(EMessage::Command, nCommand), false;
+            if (const int nCommand = Find(static_cast<int>(msg.wParam)).nCommand) {
+                if (IsCommandEnabled(nCommand)) PostToMainFrame(EMessage::Command, nCommand);
+                return false;
+            }
         // Restore a value that the panel refused.
         if (OnControlMessage(msg)) Refresh();
         return false;

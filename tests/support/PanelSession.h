@@ -6,7 +6,6 @@
 
 class CPanelSession : public testing::Test {
 protected:
-    /// Each step finds everything before it handled.
     void Play(const std::vector<std::function<void()>>& vSteps) {
         for (const auto& fn : vSteps)
             m_outside.AddStep([this, fn](CPlayer& player) {

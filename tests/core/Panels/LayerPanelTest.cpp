@@ -231,7 +231,6 @@ TEST_F(LayerPanel, HistoryGoesToAnyStateInOneStep) {
     const auto click = [](int nRow) {
         Send(ID_PANEL_HISTORY, EMessage::PanelChange, Control(ID_PANEL_HISTORY, EKind::Tree).nId, nRow);
     };
-    const std::wstring strAdded = L"レイヤー追加";
     Play({[&] {
               EXPECT_EQ(Rows(ID_PANEL_HISTORY), L"<< 初期状態 >>*");
               for (const int nId : {ID_LAYER_NEW_RASTER, ID_LAYER_NEW_VECTOR, ID_LAYER_DELETE}) Command(nId);
@@ -255,7 +254,15 @@ TEST_F(LayerPanel, HistoryGoesToAnyStateInOneStep) {
               EXPECT_EQ(Rows(ID_PANEL_HISTORY), L"<< 初期状態 >>|レイヤー追加|レイヤー追加|レイヤー削除*!");
               click(7);
               SendMessage({Active().GetWindow(), EMessage::LButtonDown, MOUSE_LEFT, PackPoint(20, 20)});
-              click(0); // in the middle of a stroke
+          },
+          [&] { // in the middle of a stroke
+              const TPanelControl& button = Control(ID_PANEL_LAYER, EKind::Button);
+              EXPECT_TRUE(button.bEnabled) << "it would flicker";
+              Send(ID_PANEL_LAYER, EMessage::PanelChange, button.nId, 0);
+              click(0);
+              Tell(EMessage::PanelRename, 0, 0, L"x");
+          },
+          [&] {
               EXPECT_EQ(Canvas().GetHistory().GetUndoList().size(), 3u);
               SendMessage({Active().GetWindow(), EMessage::LButtonUp, 0, PackPoint(20, 20)});
           }});
