@@ -77,6 +77,7 @@ boost::shared_ptr<CCanvasBuffer> OpenDocument(const std::wstring& strPath, IFile
         IsProjectFile(strPath) ? ReadProject(files.Open(strPath), strPath) : OpenPicture(strPath, codecs);
     spCanvas->SetPath(strPath);
     spCanvas->SetTitle(std::wstring(FileNameOf(strPath)));
+    spCanvas->GetHistory().SetModified(false); // the file holds this state
     return spCanvas;
 }
 

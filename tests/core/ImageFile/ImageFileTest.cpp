@@ -35,7 +35,7 @@ TEST_F(ImageFile, APictureComesInWithItsTransparencyAndGoesOutTheSame) {
 
 TEST_F(ImageFile, ProjectsAreKnownByNameAlone) {
     SaveDocument(*CreateCanvas({10, 20}), L"page.VLM", m_files);
-    EXPECT_EQ(OpenDocument(L"page.VLM", m_files, m_codecs)->GetSize(), (CSize{10, 20}));
+    EXPECT_TRUE(OpenDocument(L"page.VLM", m_files, m_codecs)->GetHistory().IsSavedState({}));
     m_files.m_mapFiles[L"project.png"] = m_files.m_mapFiles[L"page.VLM"];
     EXPECT_THROW(OpenDocument(L"project.png", m_files, m_codecs), loadimage_error);
     m_files.m_mapFiles[L"picture.vlm"] = m_files.m_mapFiles[L"in.png"];
