@@ -2,6 +2,7 @@
 
 #include "core/Base/Failure.h"
 #include "core/Base/Resource.h"
+#include "core/Base/Table.h"
 #include "core/Base/Text.h"
 #include "core/Commands/Commands.h"
 
@@ -17,20 +18,15 @@ namespace {
 
 using TFields = std::vector<std::string>;
 
-// The rows of a table: tab-separated fields, without empty lines and comments.
+// The rows of a resource's table.
 std::vector<TFields> ReadTable(std::string_view strName, size_t nFields) {
-    std::vector<std::string> vLines;
-    boost::split(vLines, FindResource(strName), boost::is_any_of("\n"));
-    std::vector<TFields> vRows;
-    for (const std::string& strLine : vLines) {
-        if (strLine.empty() || strLine[0] == '#') continue;
-        TFields vFields;
-        boost::split(vFields, strLine, boost::is_any_of("\t"));
-        if (vFields.size() != nFields) throw internal_error(L"ReadTable: bad row: " + FromUtf8(strLine));
-        vRows.push_back(vFields);
+    try {
+        const std::vector<TFields> vRows = ParseTable(FindResource(strName), nFields);
+        if (!vRows.empty()) return vRows;
+    } catch (const deserialize_error&) {
+        throw internal_error(L"ReadTable: bad row in " + FromUtf8(strName));
     }
-    if (vRows.empty()) throw internal_error(L"ReadTable: no table " + FromUtf8(strName));
-    return vRows;
+    throw internal_error(L"ReadTable: no table " + FromUtf8(strName));
 }
 
 int ToNumber(const std::string& str) {

@@ -42,18 +42,18 @@ void CBrushView::SetTool(CRasterBrushBase* pTool) {
     m_shown = {pTool->GetParam(), pTool->GetFreehand().m_clrBrush, pTool->GetToolId()};
 }
 
-std::unique_ptr<CGDIBuffer> CBrushView::Draw(CSize sz) const {
-    const bool bErase = m_shown.nTool == TOOL_ERASER, bPencil = m_shown.nTool == TOOL_PENCIL;
+std::unique_ptr<CGDIBuffer> DrawBrushSample(int nTool, const TBrushParam& param, TColor color, CSize sz,
+                                            IClock& clock, IImageCodecs& codecs) {
+    const bool bErase = nTool == TOOL_ERASER, bPencil = nTool == TOOL_PENCIL;
     // Its own generator: panels must not influence the strokes on the canvas.
     CStrokeRandom random;
     TStrokeSetup setup{.szCanvas = sz,
-                       .color = m_shown.color,
+                       .color = color,
                        .bErase = bErase,
-                       .param = m_shown.param,
-                       .clock = m_clock,
+                       .param = param,
+                       .clock = clock,
                        .random = random,
-                       .pCodecs = &m_codecs};
-    // A brush that is larger than the view shows its edge, not a filled view.
+                       .pCodecs = &codecs};
     setup.param.BrushRadius =
         std::min(setup.param.BrushRadius, static_cast<uint32_t>(std::max(1, sz.cy - 2 * MARGIN)));
     setup.bDouble = !bPencil && setup.param.BlurLevel >= 51 && setup.param.BrushRadius < 32;
@@ -91,7 +91,8 @@ void CBrushView::OnPaint(IPaintTarget& target, const TPanelPaint& paint) {
             m_drawn = m_shown;
             m_pBuffer = std::make_unique<CGDIBuffer>(paint.sz);
             FillColor(*m_pBuffer, CRect({0, 0}, paint.sz), paint.clrBack);
-            m_pBuffer = Draw(paint.sz);
+            m_pBuffer =
+                DrawBrushSample(m_shown.nTool, m_shown.param, m_shown.color, paint.sz, m_clock, m_codecs);
         }
         target.Blit(m_pBuffer->GetPixelPtr({0, 0}), m_pBuffer->GetStride(), paint.sz,
                     CRect({0, 0}, paint.sz));

@@ -11,6 +11,11 @@
 class IClock;
 class IImageCodecs;
 
+/// Draws a sample stroke of a freehand tool: a wave across the picture on white, or out of paint for the
+/// eraser. A brush that is larger than the picture is drawn as large as it fits.
+std::unique_ptr<CGDIBuffer> DrawBrushSample(int nTool, const TBrushParam& param, TColor color, CSize sz,
+                                            IClock& clock, IImageCodecs& codecs);
+
 class CBrushView : public IPanelView, boost::noncopyable {
 public:
     /// Both must outlive the view.
@@ -27,8 +32,6 @@ private:
 
         friend bool operator==(const TShown&, const TShown&) = default;
     };
-
-    std::unique_ptr<CGDIBuffer> Draw(CSize sz) const;
 
     IClock& m_clock;
     IImageCodecs& m_codecs;

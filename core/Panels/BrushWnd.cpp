@@ -1,6 +1,10 @@
 #include "core/Panels/BrushWnd.h"
 
+#include "core/AppModule/ErrorBox.h"
+#include "core/Base/Failure.h"
 #include "core/Base/Percent.h"
+#include "core/Platform/Dialogs.h"
+#include "core/Platform/Files.h"
 #include "core/Platform/Platform.h"
 
 #include <boost/pointer_cast.hpp>
@@ -12,6 +16,12 @@ namespace {
 enum EBrushControl : int {
     BRUSH_PREVIEW = 1,
     BRUSH_NONE,
+    BRUSH_PRESETS,
+    BRUSH_PRESET_ADD,
+    BRUSH_PRESET_UPDATE,
+    BRUSH_PRESET_REMOVE,
+    BRUSH_PRESETS_READ,
+    BRUSH_PRESETS_WRITE,
     BRUSH_LIST,
     BRUSH_ADD,
     BRUSH_REMOVE,
@@ -23,6 +33,15 @@ enum EBrushControl : int {
 constexpr int EDGE_STEP = 25; ///< percent between rows of the edge
 constexpr int EDGES = 5;
 constexpr int FINE_STOPS = 16; ///< a slider's step is the size divided by this, at least 1
+constexpr wchar_t FILE_EXTENSION[] = L"vlbrush";
+constexpr wchar_t NOT_WRITTEN[] = L"ブラシのファイルを保存できませんでした。";
+constexpr wchar_t NOT_READ[] = L"ブラシのファイルを開けませんでした。";
+constexpr wchar_t DAMAGED[] =
+    L"ブラシのファイルではないか、内容が壊れています。別のファイルを選んでください。";
+
+TFileDialog MakeFileDialog(bool bSave) {
+    return {bSave, bSave ? L"ブラシ" : L"", FILE_EXTENSION, {{L"ブラシファイル (*.vlbrush)", L"*.vlbrush"}}};
+}
 
 // Fine steps for small brushes, where one pixel counts, coarse ones for large brushes.
 std::vector<int> SizeStops() {
@@ -40,14 +59,25 @@ boost::shared_ptr<CRasterBrushBase> CBrushWnd::GetBrush() const {
 }
 
 CBrushWnd::CBrushWnd(const wchar_t* pszSection, const TPanelOutside& outside)
-    : CPanel(pszSection, outside), m_view(outside.platform.clock, outside.platform.codecs) {
+    : CPanel(pszSection, outside), m_presets(outside.platform.clock, outside.platform.codecs),
+      m_view(outside.platform.clock, outside.platform.codecs) {
     using EKind = TPanelControl::EKind;
+    const auto button = [](int nId, const wchar_t* pszText, const char* pszIcon, bool bFirst) {
+        return TPanelControl{
+            .kind = EKind::Button, .nId = nId, .strText = pszText, .strIcon = pszIcon, .bSameLine = !bFirst};
+    };
     m_vControls = {
         {.kind = EKind::View, .nId = BRUSH_PREVIEW, .szView = {200, 44}, .pView = &m_view},
         {.kind = EKind::Label, .nId = BRUSH_NONE, .strText = L"ツールが選択されていないか無効なツールです。"},
+        {.kind = EKind::Tree, .nId = BRUSH_PRESETS, .nValue = -1, .bEditable = true, .szView = {200, 70}},
+        button(BRUSH_PRESET_ADD, L"今の設定をブラシに追加", "icons/list-add.svg", true),
+        button(BRUSH_PRESET_UPDATE, L"選んだブラシを今の設定に更新", "icons/list-update.svg", false),
+        button(BRUSH_PRESET_REMOVE, L"選んだブラシを削除", "icons/12903.svg", false),
+        button(BRUSH_PRESETS_READ, L"ブラシをファイルから読み込む", "icons/list-import.svg", false),
+        button(BRUSH_PRESETS_WRITE, L"ブラシをファイルに書き出す", "icons/list-export.svg", false),
         {.kind = EKind::List, .nId = BRUSH_LIST, .nValue = -1, .bGrid = true, .szView = {200, 28}},
-        {.kind = EKind::Button, .nId = BRUSH_ADD, .strText = L"追加"},
-        {.kind = EKind::Button, .nId = BRUSH_REMOVE, .strText = L"削除", .bSameLine = true},
+        button(BRUSH_ADD, L"サイズを追加", "icons/list-add.svg", false),
+        button(BRUSH_REMOVE, L"サイズを削除", "icons/list-remove.svg", false),
         {.kind = EKind::Slider,
          .nId = BRUSH_SIZE,
          .strLabel = L"サイズ",
@@ -62,9 +92,15 @@ CBrushWnd::CBrushWnd(const wchar_t* pszSection, const TPanelOutside& outside)
     for (int n = 0; n < EDGES; ++n) Find(BRUSH_EDGE).vRows.push_back(std::to_wstring(n * EDGE_STEP) + L"%");
 }
 
-void CBrushWnd::OnOpen() { m_list.Read(GetOutside().settings); }
+void CBrushWnd::OnOpen() {
+    m_list.Read(GetOutside().settings);
+    m_presets.Read(GetOutside().settings);
+}
 
-void CBrushWnd::OnKeep() { m_list.Write(GetOutside().settings); }
+void CBrushWnd::OnKeep() {
+    m_list.Write(GetOutside().settings);
+    m_presets.Write(GetOutside().settings);
+}
 
 void CBrushWnd::OnRefresh() {
     const auto spTool = GetBrush();
@@ -72,8 +108,12 @@ void CBrushWnd::OnRefresh() {
     EnableAll(spTool != nullptr);
     Find(BRUSH_NONE).bVisible = !spTool;
     Find(BRUSH_NONE).bEnabled = true;
-    Find(BRUSH_LIST).bVisible = spTool != nullptr;
+    Find(BRUSH_LIST).bVisible = Find(BRUSH_PRESETS).bVisible = spTool != nullptr;
     if (!spTool) return;
+    TPanelControl& presets = Find(BRUSH_PRESETS);
+    presets.vTree = m_presets.MakeRows(*spTool);
+    presets.nValue = m_presets.GetChosen(*spTool);
+    Find(BRUSH_PRESET_UPDATE).bEnabled = Find(BRUSH_PRESET_REMOVE).bEnabled = presets.nValue >= 0;
     const TBrushParam& param = spTool->GetParam();
     TPanelControl& list = Find(BRUSH_LIST);
     list.vRows.clear();
@@ -89,6 +129,7 @@ void CBrushWnd::OnRefresh() {
 void CBrushWnd::OnControl(TPanelControl& control) {
     const auto spTool = GetBrush();
     if (!spTool) return;
+    if (OnPresetControl(control, *spTool)) return NotifyTool();
     TBrushParam& param = spTool->GetParam();
     switch (control.nId) {
     case BRUSH_LIST:
@@ -115,4 +156,60 @@ void CBrushWnd::OnControl(TPanelControl& control) {
         return;
     }
     NotifyTool();
+}
+
+bool CBrushWnd::OnPresetControl(const TPanelControl& control, CRasterBrushBase& tool) {
+    switch (control.nId) {
+    case BRUSH_PRESETS:
+        return m_presets.Choose(tool, control.nValue), true;
+    case BRUSH_PRESET_ADD:
+        return m_presets.Add(tool), true;
+    case BRUSH_PRESET_UPDATE:
+        return m_presets.Update(tool), true;
+    case BRUSH_PRESET_REMOVE:
+        return m_presets.RemoveChosen(tool), true;
+    case BRUSH_PRESETS_READ:
+        return ReadFile(), true;
+    case BRUSH_PRESETS_WRITE:
+        return WriteFile(tool.GetSection()), true;
+    default:
+        return false;
+    }
+}
+
+void CBrushWnd::OnRenameRow(int, int nRow, const std::wstring& strName) {
+    if (const auto spTool = GetBrush()) m_presets.Rename(*spTool, nRow, strName);
+}
+
+void CBrushWnd::OnDrop(int, int nFrom, int nTo, EDropAt at) {
+    if (const auto spTool = GetBrush()) m_presets.Move(*spTool, nFrom, nTo, at);
+}
+
+bool CBrushWnd::OnIdle() {
+    const auto spTool = GetBrush();
+    if (!spTool || !m_presets.DrawNextSample(*spTool)) return false;
+    Find(BRUSH_PRESETS).vTree = m_presets.MakeRows(*spTool);
+    GetWindow()->SetControls(m_vControls);
+    return true;
+}
+
+void CBrushWnd::WriteFile(const std::wstring& strTool) {
+    const TPlatform& platform = GetOutside().platform;
+    const std::wstring strPath = platform.fileDialogs.Ask(GetWindow(), MakeFileDialog(true));
+    if (strPath.empty()) return;
+    const CFileOutcome outcome = platform.files.Replace(strPath, m_presets.FormatFile(strTool));
+    if (!outcome) ReportFileFailure(NOT_WRITTEN, strPath, outcome.GetFailure());
+}
+
+void CBrushWnd::ReadFile() {
+    const TPlatform& platform = GetOutside().platform;
+    const std::wstring strPath = platform.fileDialogs.Ask(GetWindow(), MakeFileDialog(false));
+    if (strPath.empty()) return;
+    const TFileBytes bytes = platform.files.Read(strPath);
+    if (!bytes) return ReportFileFailure(NOT_READ, strPath, bytes.failure);
+    try {
+        m_presets.AppendFile(*bytes);
+    } catch (const deserialize_error&) {
+        throw refused_error(DAMAGED + (L"\n" + strPath));
+    }
 }

@@ -1,9 +1,10 @@
-// The brush panel: size list, size, edge, opacity and drawing options.
+// The brush panel: presets, sizes, edge and opacity of the active freehand tool.
 #pragma once
 
 #include "core/PanelViews/BrushView.h"
 #include "core/Panels/BrushList.h"
 #include "core/Panels/Panel.h"
+#include "core/Panels/PresetRows.h"
 
 class CBrushWnd : public CPanel {
 public:
@@ -15,11 +16,19 @@ protected:
     void OnKeep() override;
     void OnRefresh() override;
     void OnControl(TPanelControl& control) override;
+    void OnRenameRow(int nId, int nRow, const std::wstring& strName) override;
+    void OnDrop(int nId, int nFrom, int nTo, EDropAt at) override;
+    bool OnIdle() override;
 
 private:
     /// The active tool if it has a brush, else null.
     boost::shared_ptr<CRasterBrushBase> GetBrush() const;
+    /// Does what a button or row of the presets says; false for other controls.
+    bool OnPresetControl(const TPanelControl& control, CRasterBrushBase& tool);
+    void WriteFile(const std::wstring& strTool);
+    void ReadFile();
 
+    CPresetRows m_presets;
     CBrushList m_list;
     CBrushView m_view;
 };

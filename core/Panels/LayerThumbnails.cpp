@@ -3,8 +3,7 @@
 #include "core/GDIBuffer/GDIBuffer.h"
 #include "core/GDIBuffer/ScreenMap.h"
 #include "core/LayerBuffer/VectorLayerBuffer.h"
-
-#include <boost/make_shared.hpp>
+#include "core/PanelViews/PanelDraw.h"
 
 #include <algorithm>
 
@@ -18,15 +17,11 @@ bool HasThumbnail(const CLayerBuffer& layer) {
     return layer.IsClipping() && (layer.IsVisible() || !bVector);
 }
 
-boost::shared_ptr<const TPicture> MakePicture(CLayerBuffer& layer) {
+boost::shared_ptr<const TPicture> DrawThumbnail(CLayerBuffer& layer) {
     const auto& spPlane = layer.GetPicture().GetThumbnail();
     CGDIBuffer buffer(spPlane->GetSize());
     spPlane->DrawToScreen(buffer, {0, 0}, {});
-    const auto spPicture = boost::make_shared<TPicture>();
-    spPicture->sz = buffer.GetSize();
-    const size_t nBytes = static_cast<size_t>(buffer.GetStride()) * static_cast<size_t>(buffer.GetSize().cy);
-    spPicture->vPixels.assign(buffer.GetPixelPtr({0, 0}), buffer.GetPixelPtr({0, 0}) + nBytes);
-    return spPicture;
+    return MakePicture(buffer);
 }
 
 } // namespace
@@ -65,7 +60,7 @@ bool CLayerThumbnails::Update(CCanvasBuffer& canvas, const std::vector<TLayerPtr
             }
             TPicturePtr& spPicture = m_mapPictures[spLayer];
             if (!spPicture || spLayer->GetPicture().IsThumbnailStale()) {
-                spPicture = MakePicture(*spLayer);
+                spPicture = DrawThumbnail(*spLayer);
                 bChanged = true;
             }
         }

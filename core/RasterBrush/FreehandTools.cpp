@@ -32,6 +32,10 @@ boost::shared_ptr<CRasterStroke> CRasterEraser::CreateStroke(const CCanvasBuffer
 }
 
 CRasterPencil::CRasterPencil(const TToolOutside& outside) : CRasterBrushImpl(outside, L"RasterPencil") {
+    CRasterPencil::Constrain();
+}
+
+void CRasterPencil::Constrain() {
     m_param.WaveEnable = true;
     m_param.Spray = 0;
 }

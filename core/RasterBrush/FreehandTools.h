@@ -45,5 +45,6 @@ public:
     const TToolInfo& GetInfo() const override { return INFO; }
 
 protected:
+    void Constrain() override;
     boost::shared_ptr<CRasterStroke> CreateStroke(const CCanvasBuffer& canvas) override;
 };

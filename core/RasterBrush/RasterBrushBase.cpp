@@ -216,6 +216,12 @@ bool CRasterBrushBase::OnCommand(int nId) {
     return true;
 }
 
+void CRasterBrushBase::SetParams(const TBrushParam& param, const TFreehandParam& freehand) {
+    m_param = param;
+    m_freehand = freehand;
+    Constrain();
+}
+
 bool CRasterBrushBase::Cancel() {
     if (m_state == STATE_IDLE) return false;
     const bool bLifted =

@@ -2,23 +2,12 @@
 // points added from the pen's movement before and after contact.
 #pragma once
 
+#include "core/RasterBrush/FreehandParam.h"
 #include "core/RasterMove/RasterMove.h"
 #include "core/RasterStroke/BrushParam.h"
 #include "core/RasterStroke/RasterStroke.h"
 
 #include <deque>
-
-/// A freehand tool's settings other than the brush itself.
-struct TFreehandParam {
-    uint32_t m_uStrokeIn = 1;   ///< length of the entry: 0 short, 1 middle, 2 long
-    uint32_t m_uStrokeOut = 1;  ///< length of the exit
-    uint32_t m_uSlowSmooth = 0; ///< distance added between points of a slow hand; 0 off, 4, 8 or 12
-    bool m_bSlowScale = false;  ///< distances are in canvas pixels, otherwise in screen pixels
-    TColor m_clrBrush = 0;
-    TColor m_clrBack = 0xFFFFFF;
-
-    friend bool operator==(const TFreehandParam&, const TFreehandParam&) = default;
-};
 
 class CRasterBrushBase : public CRasterMove {
 public:
@@ -47,8 +36,15 @@ public:
     TBrushParam& GetParam() { return m_param; }
     const TBrushParam& GetParam() const { return m_param; }
     TFreehandParam& GetFreehand() { return m_freehand; }
+    const TFreehandParam& GetFreehand() const { return m_freehand; }
+    /// Takes other settings over, with the values that the tool leaves no choice of.
+    void SetParams(const TBrushParam& param, const TFreehandParam& freehand);
+    /// The tool's name below the sections of the settings.
+    virtual const std::wstring& GetSection() const = 0;
 
 protected:
+    /// Sets the values that the tool leaves no choice of.
+    virtual void Constrain() {}
     /// Creates the tool's stroke on a canvas.
     virtual boost::shared_ptr<CRasterStroke> CreateStroke(const CCanvasBuffer& canvas) = 0;
     /// True when the next press picks a colour.

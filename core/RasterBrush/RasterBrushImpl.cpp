@@ -14,12 +14,8 @@ constexpr int32_t SMALLEST_CIRCLE = 4; ///< screen pixels across; smaller circle
 std::vector<std::pair<std::wstring, int32_t>> ListSettings(const TBrushParam& param,
                                                            const TFreehandParam& freehand) {
     auto vValues = ListBrushParam(param);
-    vValues.insert(vValues.end(), {{L"StrokeIn", static_cast<int32_t>(freehand.m_uStrokeIn)},
-                                   {L"StrokeOut", static_cast<int32_t>(freehand.m_uStrokeOut)},
-                                   {L"BrushColor", static_cast<int32_t>(freehand.m_clrBrush)},
-                                   {L"BackColor", static_cast<int32_t>(freehand.m_clrBack)},
-                                   {L"SlowSmooth", static_cast<int32_t>(freehand.m_uSlowSmooth)},
-                                   {L"SlowScale", freehand.m_bSlowScale}});
+    const auto vFreehand = ListFreehandParam(freehand);
+    vValues.insert(vValues.end(), vFreehand.begin(), vFreehand.end());
     return vValues;
 }
 
@@ -28,13 +24,11 @@ std::vector<std::pair<std::wstring, int32_t>> ListSettings(const TBrushParam& pa
 CRasterBrushImpl::CRasterBrushImpl(const TToolOutside& outside, const std::wstring& strSection)
     : CRasterBrushBase(outside), m_strSection(strSection) {
     const auto spSection = outside.config.GetSection(L"BrushParam")->GetSection(strSection);
-    m_param = ReadBrushParam(outside.config, strSection);
-    m_freehand.m_uStrokeIn = static_cast<uint32_t>(std::clamp(spSection->GetInt(L"StrokeIn", 1), 0, 2));
-    m_freehand.m_uStrokeOut = static_cast<uint32_t>(std::clamp(spSection->GetInt(L"StrokeOut", 1), 0, 2));
-    m_freehand.m_clrBrush = static_cast<TColor>(spSection->GetInt(L"BrushColor", 0)) & 0xFFFFFF;
-    m_freehand.m_clrBack = static_cast<TColor>(spSection->GetInt(L"BackColor", 0xFFFFFF)) & 0xFFFFFF;
-    m_freehand.m_uSlowSmooth = static_cast<uint32_t>(std::clamp(spSection->GetInt(L"SlowSmooth", 0), 0, 12));
-    m_freehand.m_bSlowScale = spSection->GetInt(L"SlowScale", 0) != 0;
+    const auto find = [&](const std::wstring& strKey, int32_t nDefault) {
+        return spSection->GetInt(strKey, nDefault);
+    };
+    m_param = ReadBrushParam(find);
+    m_freehand = ReadFreehandParam(find);
     m_paramRead = m_param;
     m_freehandRead = m_freehand;
     m_bTapDot = outside.config.GetSection(L"Tablet")->GetInt(L"TapDot", 1) != 0;

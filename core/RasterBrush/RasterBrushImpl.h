@@ -20,6 +20,7 @@ public:
     /// colours, the pick icon.
     void DrawOverlay(COverlay& overlay, const TOverlayMapper& mapper) const override;
     void KeepSettings() override;
+    const std::wstring& GetSection() const override { return m_strSection; }
 
 protected:
     /// A stroke's setup, without the parts that depend on the tool.

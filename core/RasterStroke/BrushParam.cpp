@@ -1,7 +1,5 @@
 #include "core/RasterStroke/BrushParam.h"
 
-#include "core/IniConfig/IniConfig.h"
-
 #include <algorithm>
 #include <type_traits>
 
@@ -44,12 +42,11 @@ void ForEachField(Param& p, Function fn) {
 
 } // namespace
 
-TBrushParam ReadBrushParam(CIniConfig& config, const std::wstring& strTool) {
-    const auto spSection = config.GetSection(L"BrushParam")->GetSection(strTool);
+TBrushParam ReadBrushParam(const TFindInt& fnFind) {
     TBrushParam param;
     ForEachField(param, [&](const wchar_t* pszKey, auto& field, int32_t nMin, int32_t nMax) {
         using T = std::remove_reference_t<decltype(field)>;
-        const int32_t n = spSection->GetInt(pszKey, static_cast<int32_t>(field));
+        const int32_t n = fnFind(pszKey, static_cast<int32_t>(field));
         if constexpr (std::is_same_v<T, bool>)
             field = n != 0;
         else

@@ -2,11 +2,10 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
-
-class CIniConfig;
 
 /// Largest brush size, in half pixels.
 constexpr uint32_t MAX_BRUSH_RADIUS = 2000;
@@ -43,8 +42,11 @@ struct TBrushParam {
     friend bool operator==(const TBrushParam&, const TBrushParam&) = default;
 };
 
-/// Reads section "BrushParam\<tool>", tool being "RasterBrush", "RasterEraser" or "RasterPencil". Missing
-/// values take their defaults, numbers are clamped to their ranges; a switch is on for any value but 0.
-TBrushParam ReadBrushParam(CIniConfig& config, const std::wstring& strTool);
-/// Lists every field's value with its key in that section.
+/// Returns the stored value of a key, or the default.
+using TFindInt = std::function<int32_t(const std::wstring& strKey, int32_t nDefault)>;
+
+/// Reads all fields. Missing values take their defaults, numbers are clamped to their ranges; a switch is on
+/// for any value but 0.
+TBrushParam ReadBrushParam(const TFindInt& fnFind);
+/// Lists every field's value with its key.
 std::vector<std::pair<std::wstring, int32_t>> ListBrushParam(const TBrushParam& param);

@@ -16,6 +16,7 @@ constexpr int INDENT = 14;
 constexpr int FOLD_WIDTH = 14;
 constexpr int CLIP_WIDTH = 12;
 constexpr QSize PICTURE{48, 35};
+constexpr int SAMPLE_WIDTH = 60; ///< of the picture in a row without an eye
 constexpr int MARGIN = 3;
 constexpr int ICON = 18;
 constexpr qreal DIM = 0.4; ///< opacity of what is not in effect
@@ -107,7 +108,8 @@ TTreeParts::TTreeParts(const TTreeRow& row, const QRect& rc) {
         return rcPart;
     };
     if (row.eye == EEye::None) {
-        rcText = rc.adjusted(2 * MARGIN, 0, -2 * MARGIN, 0);
+        if (row.spPicture) rcPicture = take(SAMPLE_WIDTH);
+        rcText = QRect(QPoint(x, rc.top()), rc.bottomRight()).adjusted(2 * MARGIN, 0, -2 * MARGIN, 0);
         return;
     }
     rcEye = take(EYE_WIDTH);
@@ -143,7 +145,7 @@ void CTreeDelegate::paint(QPainter* pPainter, const QStyleOptionViewItem& option
     if (row.bClipped) PaintIcon(*pPainter, parts.rcClip, "icons/layer-clip.svg", CLIP_WIDTH);
     pPainter->setOpacity(row.bDim ? DIM : 1);
     if (row.spPicture)
-        PaintPicture(*pPainter, parts.rcPicture.adjusted(1, MARGIN, -1, -MARGIN), *row.spPicture);
+        PaintPicture(*pPainter, parts.rcPicture.adjusted(1, MARGIN - 1, -1, 1 - MARGIN), *row.spPicture);
     else if (!row.strIcon.empty())
         PaintIcon(*pPainter, parts.rcPicture, row.strIcon, 24);
     PaintText(*pPainter, parts.rcText, row, option);

@@ -162,10 +162,10 @@ TEST_F(Panels, BrushSizesAreAListAndASlider) {
         EXPECT_EQ(Tool().GetParam().BrushRadius, 16u);
         Change(P, L"サイズ", 5);
         EXPECT_EQ(Control(P, TPanelControl::EKind::List).nValue, -1);
-        Change(P, L"追加", 0);
+        Change(P, L"サイズを追加", 0);
         EXPECT_EQ(rows(), L"1 2 4 5 8 16 ");
         Send(P, EMessage::PanelChange, nList, 0);
-        Change(P, L"削除", 0);
+        Change(P, L"サイズを削除", 0);
         Choose(P, {{L"硬さ", L"75%"}});
         EXPECT_EQ(Tool().GetParam().BlurLevel, 75);
         const auto& vStops = Control(P, L"サイズ").vStops;

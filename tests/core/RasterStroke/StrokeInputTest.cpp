@@ -7,6 +7,15 @@
 #include "core/RasterStroke/Wobble.h"
 #include "tests/support/MemoryFiles.h"
 
+namespace {
+
+TBrushParam ReadBrushParam(CIniConfig& config, const wchar_t* pszTool) {
+    const auto spSection = config.GetSection(L"BrushParam")->GetSection(pszTool);
+    return ::ReadBrushParam([&](const auto& strKey, int32_t n) { return spSection->GetInt(strKey, n); });
+}
+
+} // namespace
+
 TEST(BrushParam, SettingsKeepEveryFieldWithinItsRange) {
     CMemoryFiles files;
     CIniConfig config(L"/v.ini", files);
