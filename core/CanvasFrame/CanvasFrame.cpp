@@ -10,6 +10,7 @@
 #include "core/CanvasFrame/ZoomList.h"
 #include "core/Commands/CommandIds.h"
 #include "core/ImageFile/ImageFile.h"
+#include "core/ImageFile/RecentPictures.h"
 #include "core/Platform/Bitmap.h"
 #include "core/Platform/Dialogs.h"
 #include "core/Platform/Files.h"
@@ -228,12 +229,19 @@ void CCanvasFrame::ScrollTo(CPoint ptScroll) {
     InvalidateAll();
 }
 
+void CCanvasFrame::KeepPicture() {
+    if (!g_bFilterBuild) Guarded([&] { m_pOutside->pictures.Keep(*m_spCanvas); });
+}
+
 bool CCanvasFrame::OnClose() {
     CompleteWork();
     Guarded([&] { WritePlacement(PLACEMENT_SECTION, m_pWindow->GetRect()); });
     if (!IsOnlyViewOfCanvas()) return false;
     CRecovery& recovery = m_pOutside->recovery;
-    if (!m_spCanvas->GetHistory().IsModified()) return recovery.Forget(*m_spCanvas), false;
+    if (!m_spCanvas->GetHistory().IsModified()) {
+        KeepPicture();
+        return recovery.Forget(*m_spCanvas), false;
+    }
     const EBoxAnswer answer = m_pOutside->platform.boxes.Show(m_pWindow, L"更新されています。保存しますか？",
                                                               L"Vellumcraft", EBoxKind::YesNoCancelWarning);
     if (answer == EBoxAnswer::Cancel) return true;
@@ -310,6 +318,7 @@ void CCanvasFrame::Save(bool bAs) {
         for (const auto& spFrame : g_lstCanvasFrame)
             if (spFrame->m_spCanvas == m_spCanvas) spFrame->UpdateTitle();
         PostToMainFrame(WM_ADD_RECENT, 0, strPath);
+        KeepPicture();
     } catch (const fileopen_error& e) {
         ReportFileFailure(g_strFileNotOpened, e.message, e.failure);
     } catch (const std::exception& e) {

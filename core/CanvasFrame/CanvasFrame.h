@@ -83,6 +83,8 @@ private:
     bool HandleMessage(const TMessage& msg);
     void OnCreate();
     bool OnClose();
+    /// Keeps a small picture of the saved document for the list of recent ones.
+    void KeepPicture();
     bool MayCloseUnasked();
     void OnTimer(int nId);
     void OnSelectionTimer();

@@ -4,6 +4,7 @@
 #include <boost/weak_ptr.hpp>
 
 class CIniConfig;
+class CRecentPictures;
 class CRecovery;
 class CTools;
 struct TGlobalSwitches;
@@ -14,6 +15,7 @@ struct TFrameOutside {
     const TPlatform& platform;
     CIniConfig& settings;
     CRecovery& recovery;
+    CRecentPictures& pictures;
     const TGlobalSwitches& switches;
     const boost::weak_ptr<CTools>& wpTool; ///< the active tool
 };

@@ -153,8 +153,15 @@ void CShortcuts::Label(std::vector<TMenuItem>& vMenu) const {
         const std::vector<TKey> vKeys = GetKeys(item.nId);
         if (item.nId == 0 || vKeys == GetDefault().GetKeys(item.nId)) continue;
         item.strText.resize(std::min(item.strText.size(), item.strText.find(L'\t')));
-        for (const TKey& key : vKeys) item.strText += (&key == vKeys.data() ? L"\t" : L", ") + NameOfKey(key);
+        item.strText += NameKeys(item.nId, L"\t");
     }
+}
+
+std::wstring CShortcuts::NameKeys(int nCommand, const wchar_t* pszBefore, const wchar_t* pszBehind) const {
+    std::wstring strNames;
+    for (const TKey& key : GetKeys(nCommand))
+        strNames += (strNames.empty() ? pszBefore : L", ") + NameOfKey(key);
+    return strNames.empty() ? strNames : strNames + pszBehind;
 }
 
 int CShortcuts::FindCommand(const TKey& key) const {

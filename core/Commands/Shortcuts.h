@@ -59,6 +59,8 @@ public:
     int FindCommand(const TKey& key) const;
     /// The keys of a command.
     std::vector<TKey> GetKeys(int nCommand) const;
+    /// Names the keys of a command, "Ctrl+Z, F3", between two texts; empty for a command without keys.
+    std::wstring NameKeys(int nCommand, const wchar_t* pszBefore, const wchar_t* pszBehind = L"") const;
     /// Gives a command a further key, which another command loses.
     void Add(const TKey& key, int nCommand);
     /// Takes a command's keys away.

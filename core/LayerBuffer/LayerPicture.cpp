@@ -1,6 +1,9 @@
 #include "core/LayerBuffer/LayerPicture.h"
 
 #include "core/Base/Failure.h"
+#include "core/GDIBuffer/GDIBuffer.h"
+#include "core/GDIBuffer/RowPicture.h"
+#include "core/GDIBuffer/ScreenMap.h"
 #include "core/LayerBuffer/LayerBuffer.h"
 #include "core/RasterBuffer/ColorRasterBuffer.h"
 #include "core/RasterBuffer/PlaneKind.h"
@@ -56,6 +59,13 @@ const boost::shared_ptr<CRasterBuffer>& CLayerPicture::GetThumbnail() {
         m_pThumbnail->ClearDirty(pt);
     });
     return m_pThumbnail;
+}
+
+boost::shared_ptr<const TPicture> CLayerPicture::CopyThumbnail() {
+    const auto& spPlane = GetThumbnail();
+    CGDIBuffer buffer(spPlane->GetSize());
+    spPlane->DrawToScreen(buffer, {0, 0}, {});
+    return MakePicture(buffer);
 }
 
 void CLayerPicture::UpdateBlock(CPoint pt) {

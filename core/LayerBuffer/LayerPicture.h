@@ -1,6 +1,7 @@
 // A layer's picture: its content with its children over it, composed block by block and kept until stale.
 #pragma once
 
+#include "core/Platform/Tree.h"
 #include "core/RasterBuffer/RasterBuffer.h"
 
 #include <span>
@@ -27,6 +28,8 @@ public:
     const boost::shared_ptr<CRasterBuffer>& GetDrawBuffer() const { return m_pDrawBuffer; }
     /// The picture reduced by ThumbnailScale, as far as the draw buffer is up to date.
     const boost::shared_ptr<CRasterBuffer>& GetThumbnail();
+    /// GetThumbnail on white.
+    boost::shared_ptr<const TPicture> CopyThumbnail();
     /// True when the picture has changed since GetThumbnail was called.
     bool IsThumbnailStale() const { return m_pThumbnail->FindDirty().has_value(); }
 

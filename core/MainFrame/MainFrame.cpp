@@ -10,6 +10,7 @@
 #include "core/Commands/CommandIds.h"
 #include "core/Commands/MenuTable.h"
 #include "core/IniConfig/GlobalSwitches.h"
+#include "core/IniConfig/IniConfig.h"
 #include "core/MainFrame/CommandState.h"
 #include "core/Panels/ToolTable.h"
 #include "core/Platform/System.h"
@@ -49,17 +50,25 @@ CMainFrame::CMainFrame()
                 m_contact,
                 [](int nId) { PostToMainFrame(EMessage::Command, nId); },
                 [this](EToolNotice notice) { OnToolNotice(notice); }},
-      m_frameOutside{g_AppModule.GetPlatform(), g_AppModule.GetSettings(), g_AppModule.GetRecovery(),
-                     g_Switches, g_wpActiveTool},
+      m_recentList(g_AppModule.GetPlatform().files,
+                   CRecentDocumentList::FindPath(g_AppModule.GetPlatform().locations)),
+      m_pictures(g_AppModule.GetPlatform().files,
+                 FindProfilePath(g_AppModule.GetPlatform().locations, L"RecentPictures.bin")),
+      m_frameOutside{g_AppModule.GetPlatform(),
+                     g_AppModule.GetSettings(),
+                     g_AppModule.GetRecovery(),
+                     m_pictures,
+                     g_Switches,
+                     g_wpActiveTool},
       m_panelOutside{g_AppModule.GetPlatform(),
                      g_AppModule.GetSettings(),
                      g_Switches,
                      m_commands,
+                     m_shortcuts,
                      g_wpActiveTool,
-                     g_wpActiveFrame} {
-    const TPlatform& platform = g_AppModule.GetPlatform();
-    m_pRecentList = std::make_unique<CRecentDocumentList>(platform.files,
-                                                          CRecentDocumentList::FindPath(platform.locations));
+                     g_wpActiveFrame},
+      m_startPage(m_panelOutside, {m_recentList, m_pictures, g_AppModule.GetRecovery(),
+                                   [this](const auto& left) { RestoreLeft(left); }}) {
     m_shortcuts = CShortcuts::Read(g_AppModule.GetSettings());
     BindCommands();
 }
@@ -85,6 +94,7 @@ void CMainFrame::CreateFrameWindow() {
     m_pWindow->SetZoomItems(vZooms);
     m_pWindow->SetStatusText(PANE_SCALE, NO_SCALE);
     m_panels.Create(*m_pWindow);
+    m_startPage.Create(*m_pWindow, {EPanelDock::Page, {}, false});
     SwitchTool(TOOL_BRUSH);
     m_pWindow->Show();
     PostToMainFrame(WM_REFRESH_ALL);
@@ -148,7 +158,7 @@ bool CMainFrame::HandleMessage(const TMessage& msg) {
     if (msg.id == WM_TELL) return Tell(msg.strText), true;
     if (msg.id == WM_SWITCH_TOOL) return SwitchTool(static_cast<int>(msg.wParam));
     if (msg.id == WM_ADD_RECENT) {
-        m_pRecentList->Add(msg.strText);
+        m_recentList.Add(msg.strText);
         return true;
     }
     return false;
@@ -166,6 +176,7 @@ void CMainFrame::OnDestroy() {
         spLoop->RemoveIdleHandler(this);
     }
     m_panels.Close();
+    m_startPage.Close();
 }
 
 bool CMainFrame::OnClose() {
@@ -215,10 +226,19 @@ bool CMainFrame::DoIdleWork() {
     if (!m_deqOpenFiles.empty()) {
         const std::wstring strPath = m_deqOpenFiles.front();
         m_deqOpenFiles.pop_front();
-        OpenFile(strPath);
+        if (OpenFile(strPath)) m_recentList.Add(strPath);
     }
+    ShowStartPage();
     const bool bPanels = !bStrokes && m_panels.DoIdleWork();
     return bStrokes || bPanels || !m_deqOpenFiles.empty();
+}
+
+void CMainFrame::ShowStartPage() {
+    const bool bShow = g_lstCanvasFrame.empty() && m_deqOpenFiles.empty() && !g_bFilterBuild;
+    IPanelWindow* pWindow = m_startPage.GetWindow();
+    if (!pWindow || pWindow->IsShown() == bShow) return;
+    if (bShow) m_startPage.Refresh();
+    pWindow->ShowPanel(bShow);
 }
 
 // Remaining strokes are rendered when there is nothing else to do.
@@ -340,7 +360,7 @@ void CMainFrame::OnInitMenuPopup() {
     std::vector<std::wstring> vTexts;
     int nNumber = 0;
     // "&" in a menu text marks a letter; "&&" stands for one of the path.
-    for (const std::wstring& strPath : m_pRecentList->GetPaths())
+    for (const std::wstring& strPath : m_recentList.GetPaths())
         vTexts.push_back(L"&" + std::to_wstring(++nNumber) + L" " +
                          boost::algorithm::replace_all_copy(strPath, L"&", L"&&"));
     m_pWindow->SetRecentFiles(ID_FILE_MRU_FIRST, vTexts);

@@ -6,7 +6,10 @@
 #include "core/CanvasFrame/CanvasFrame.h"
 #include "core/Commands/Commands.h"
 #include "core/Commands/Shortcuts.h"
+#include "core/ImageFile/RecentPictures.h"
 #include "core/IniConfig/RecentDocumentList.h"
+#include "core/MainFrame/NewDocument.h"
+#include "core/MainFrame/StartPage.h"
 #include "core/Panels/Panels.h"
 #include "core/Platform/Window.h"
 #include "core/RasterStroke/StrokeRandom.h"
@@ -44,6 +47,9 @@ public:
     void OpenFrame(const boost::shared_ptr<CCanvasFrame>& spFrame);
     /// Opens a file in a new frame and reports a failure to the user. True when it opened.
     bool OpenFile(const std::wstring& strPath);
+    /// Creates a document with one raster layer and opens it; reports a failure to the user. True when it
+    /// opened.
+    bool CreateDocument(const TNewDocument& document);
     /// Queues a file to be opened; each idle pass opens one.
     void QueueFile(const std::wstring& strPath) { m_deqOpenFiles.push_back(strPath); }
 
@@ -55,6 +61,8 @@ public:
     /// nothing for an unknown number.
     bool SwitchTool(int nId);
     CPanels& GetPanels() { return m_panels; }
+    /// Shown while no document is open; not in the sessions of hosts.
+    CStartPage& GetStartPage() { return m_startPage; }
     /// The message in the status line, beside the scale.
     const std::wstring& GetTold() const { return m_strTold; }
 
@@ -77,7 +85,10 @@ private:
     bool OnCopyData(const TMessage& msg);
     void OfferRecovery();
     void RestoreDocument(const TLeftSnapshot& left);
+    /// Opens the document of the snapshot with that name, if it is still there.
+    void RestoreLeft(const std::wstring& strName);
     void FinishFile(const TLeftSnapshot& left);
+    void ShowStartPage();
     void OnViewNew();
     void OnAbout();
     void OnConfig();
@@ -113,15 +124,17 @@ private:
     bool m_bEraserEnd = false;   ///< the pen's eraser end is near
     int m_nToolBeforeEraser = 0; ///< the tool to restore when the pen's tip comes back
     std::wstring m_strTold;      ///< the reason why presses are refused at present
+    CRecentDocumentList m_recentList;
+    CRecentPictures m_pictures;
     TFrameOutside m_frameOutside;
     CCommandTable m_commands;
     CShortcuts m_shortcuts;
     TPanelOutside m_panelOutside;
     CPanels m_panels{m_panelOutside};
+    CStartPage m_startPage;
     boost::weak_ptr<CCanvasBuffer> m_wpSeen; ///< the document that the panels show now
     uint32_t m_uSeenChanges = 0;
     std::deque<std::wstring> m_deqOpenFiles;
-    std::unique_ptr<CRecentDocumentList> m_pRecentList;
     std::vector<int> m_vMenuCommands;
     std::vector<int> m_vToolBarCommands;
     uint32_t m_uSettingsTick = 0; ///< when settings were last written

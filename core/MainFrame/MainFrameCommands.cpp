@@ -10,7 +10,6 @@
 #include "core/ConfigDialog/ConfigDialog.h"
 #include "core/ImageFile/ImageFile.h"
 #include "core/IniConfig/GlobalSwitches.h"
-#include "core/LayerBuffer/RasterLayerBuffer.h"
 #include "core/MainFrame/AboutDialog.h"
 #include "core/MainFrame/MainFrame.h"
 #include "core/MainFrame/NewDialog.h"
@@ -32,6 +31,10 @@ void CMainFrame::BindCommands() {
     };
     bind(ID_FILE_NEW, &CMainFrame::OnFileNew, IsDesktop);
     bind(ID_FILE_OPEN, &CMainFrame::OnFileOpen, IsDesktop);
+    for (const int nId : {ID_NEW_A4_350, ID_NEW_A4_600, ID_NEW_FULL_HD, ID_NEW_LAST})
+        m_commands.Bind(
+            nId, [this](int n) { CreateDocument(*FindNewDocument(n, g_AppModule.GetSettings())); },
+            [](int n) { return !g_bFilterBuild && FindNewDocument(n, g_AppModule.GetSettings()); });
     bind(ID_FILE_CLOSE, &CMainFrame::OnFileClose, HasFrame);
     bind(ID_APP_ABOUT, &CMainFrame::OnAbout);
     bind(ID_APP_CONFIG, &CMainFrame::OnConfig);
@@ -41,7 +44,7 @@ void CMainFrame::BindCommands() {
         m_commands.Bind(
             nId, [this](int n) { OnOpenRecent(n - ID_FILE_MRU_FIRST); },
             [this](int n) {
-                return n - ID_FILE_MRU_FIRST < static_cast<int>(m_pRecentList->GetPaths().size());
+                return n - ID_FILE_MRU_FIRST < static_cast<int>(m_recentList.GetPaths().size());
             });
     BindViewCommands();
     BindCanvasCommands(m_commands);
@@ -101,42 +104,43 @@ void CMainFrame::OnFileClose() {
 void CMainFrame::OnFileNew() {
     const TPlatform& platform = g_AppModule.GetPlatform();
     CNewDialog dialog(platform.boxes);
-    if (!platform.dialogs.Run(m_pWindow, dialog)) return;
+    if (platform.dialogs.Run(m_pWindow, dialog)) CreateDocument({dialog.GetSize(), dialog.IsColor()});
+}
+
+bool CMainFrame::CreateDocument(const TNewDocument& document) {
     boost::shared_ptr<CCanvasFrame> spFrame;
     try {
-        const auto spCanvas = CreateCanvas(dialog.GetSize(), dialog.IsColor());
-        // One layer to draw on; it belongs to the new document and is not undoable.
-        const auto spLayer = CreateRasterLayer(spCanvas);
-        spLayer->setName(L"新規ラスタレイヤー");
-        spCanvas->GetRoot().AddLayer(spLayer, -1, false);
-        spCanvas->GetRoot().SetActiveChild(spLayer);
-        spFrame = CreateCanvasFrame(spCanvas);
+        spFrame = CreateCanvasFrame(MakeDocument(document));
         OpenFrame(spFrame);
+        KeepNewDocument(document, g_AppModule.GetSettings());
         PostToMainFrame(WM_REFRESH_ALL);
+        return true;
     } catch (const std::exception& e) {
         AbandonFrame(spFrame);
         ReportException(e);
     }
+    return false;
 }
 
 void CMainFrame::OnFileOpen() {
     const std::wstring strPath =
         g_AppModule.GetPlatform().fileDialogs.Ask(m_pWindow, {false, L"", L"vlm", GetOpenFilters()});
-    if (!strPath.empty() && OpenFile(strPath)) m_pRecentList->Add(strPath);
+    if (!strPath.empty() && OpenFile(strPath)) m_recentList.Add(strPath);
 }
 
 void CMainFrame::OnOpenRecent(int nIndex) {
-    const std::vector<std::wstring>& vPaths = m_pRecentList->GetPaths();
+    const std::vector<std::wstring>& vPaths = m_recentList.GetPaths();
     if (nIndex >= static_cast<int>(vPaths.size())) return;
     const std::wstring strPath = vPaths[static_cast<size_t>(nIndex)];
     if (OpenFile(strPath))
-        m_pRecentList->Add(strPath);
+        m_recentList.Add(strPath);
     else
-        m_pRecentList->Remove(strPath);
+        m_recentList.Remove(strPath);
+    m_startPage.Refresh();
 }
 
 void CMainFrame::OnDropFile(const std::wstring& strPath) {
-    if (OpenFile(strPath)) m_pRecentList->Add(strPath);
+    if (OpenFile(strPath)) m_recentList.Add(strPath);
 }
 
 bool CMainFrame::OnCopyData(const TMessage& msg) {

@@ -10,11 +10,11 @@
 #include "core/Recovery/Recovery.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace {
 
 constexpr wchar_t QUESTION[] = L"前回の作業が保存されずに終了しました。復元しますか？";
-constexpr wchar_t LOST_TITLE[] = L"名称未設定";
 /// maximum of names listed, so that the box fits on the screen
 constexpr size_t MAX_NAMED = 10;
 constexpr size_t PIECE = 1 << 18; ///< bytes of a file held in memory
@@ -23,10 +23,15 @@ std::wstring DescribeLeft(const std::vector<TLeftSnapshot>& vLeft) {
     std::wstring strText = std::wstring(QUESTION) + L"\n";
     for (size_t i = 0; i < std::min(vLeft.size(), MAX_NAMED); ++i) {
         const TSnapshotNote& note = vLeft[i].note;
-        strText += L"\n" + (note.strTitle.empty() ? LOST_TITLE : note.strTitle);
+        strText += L"\n" + note.GetShownTitle();
         if (!note.strTime.empty()) strText += L"  (" + note.strTime + L")";
     }
     return vLeft.size() > MAX_NAMED ? strText + L"\n..." : strText;
+}
+
+// The copy of a file that was being written, which is no document to open.
+bool IsUnfinishedFile(const TLeftSnapshot& left) {
+    return left.bFileCopy && !IsProjectFile(left.note.strPath);
 }
 
 bool HandOn(IFileReader& reader, const TWriteBytes& fnWrite) {
@@ -61,7 +66,7 @@ void CMainFrame::OfferRecovery() {
         for (const TLeftSnapshot& left : vLeft) {
             if (answer == EBoxAnswer::No) recovery.Drop(left);
             if (answer != EBoxAnswer::Yes) continue;
-            if (left.bFileCopy && !IsProjectFile(left.note.strPath))
+            if (IsUnfinishedFile(left))
                 vUnfinished.push_back(left);
             else
                 RestoreDocument(left);
@@ -69,6 +74,23 @@ void CMainFrame::OfferRecovery() {
     }
     // Writing a file reserves its copy itself.
     for (const TLeftSnapshot& left : vUnfinished) FinishFile(left);
+}
+
+void CMainFrame::RestoreLeft(const std::wstring& strName) {
+    CRecovery& recovery = g_AppModule.GetRecovery();
+    std::optional<TLeftSnapshot> unfinished;
+    {
+        const CReservation reservation(recovery);
+        for (const TLeftSnapshot& left : recovery.FindLeft()) {
+            if (left.strName != strName) continue;
+            if (IsUnfinishedFile(left))
+                unfinished = left;
+            else
+                RestoreDocument(left);
+        }
+    }
+    if (unfinished) FinishFile(*unfinished);
+    m_startPage.Refresh();
 }
 
 void CMainFrame::FinishFile(const TLeftSnapshot& left) {

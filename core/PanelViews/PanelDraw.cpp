@@ -1,7 +1,5 @@
 #include "core/PanelViews/PanelDraw.h"
 
-#include <boost/make_shared.hpp>
-
 #include <algorithm>
 #include <cmath>
 
@@ -77,12 +75,4 @@ void DrawDisc(CGDIBuffer& target, TDrawPoint ptCentre, double dRadius, double dW
                      const double dInner = dWidth > 0 ? CoverageOf(d - (dRadius - dWidth)) : 0;
                      BlendPixel(target, pt, color, CoverageOf(d - dRadius) - dInner);
                  });
-}
-
-boost::shared_ptr<const TPicture> MakePicture(const CGDIBuffer& buffer) {
-    const auto spPicture = boost::make_shared<TPicture>();
-    spPicture->sz = buffer.GetSize();
-    const size_t nBytes = static_cast<size_t>(buffer.GetStride()) * static_cast<size_t>(buffer.GetSize().cy);
-    spPicture->vPixels.assign(buffer.GetPixelPtr({0, 0}), buffer.GetPixelPtr({0, 0}) + nBytes);
-    return spPicture;
 }

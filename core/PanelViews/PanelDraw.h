@@ -1,9 +1,8 @@
-// Antialiased lines and discs for the views of panels, in a screen bitmap; pictures of rows.
+// Antialiased lines and discs for the views of panels, in a screen bitmap.
 #pragma once
 
 #include "core/Base/Color.h"
 #include "core/GDIBuffer/GDIBuffer.h"
-#include "core/Platform/Tree.h"
 
 /// A position with fractions; the centre of the first pixel is (0.5, 0.5).
 struct TDrawPoint {
@@ -19,5 +18,3 @@ void BlendPixel(CGDIBuffer& target, CPoint pt, TColor color, double dCoverage);
 void DrawLine(CGDIBuffer& target, TDrawPoint from, TDrawPoint to, double dWidth, TColor color);
 /// Draws a filled disc, or with `dWidth` above 0 a ring of that width.
 void DrawDisc(CGDIBuffer& target, TDrawPoint ptCentre, double dRadius, double dWidth, TColor color);
-/// Copies a bitmap into a row's picture.
-boost::shared_ptr<const TPicture> MakePicture(const CGDIBuffer& buffer);

@@ -69,7 +69,12 @@ CBrushWnd::CBrushWnd(const wchar_t* pszSection, const TPanelOutside& outside)
     m_vControls = {
         {.kind = EKind::View, .nId = BRUSH_PREVIEW, .szView = {200, 44}, .pView = &m_view},
         {.kind = EKind::Label, .nId = BRUSH_NONE, .strText = L"ツールが選択されていないか無効なツールです。"},
-        {.kind = EKind::Tree, .nId = BRUSH_PRESETS, .nValue = -1, .bEditable = true, .szView = {200, 70}},
+        {.kind = EKind::Tree,
+         .nId = BRUSH_PRESETS,
+         .nValue = -1,
+         .bEditable = true,
+         .szView = {200, 70},
+         .szPicture = {56, 20}},
         button(BRUSH_PRESET_ADD, L"今の設定をブラシに追加", "icons/list-add.svg", true),
         button(BRUSH_PRESET_UPDATE, L"選んだブラシを今の設定に更新", "icons/list-update.svg", false),
         button(BRUSH_PRESET_REMOVE, L"選んだブラシを削除", "icons/12903.svg", false),

@@ -1,9 +1,6 @@
 #include "core/Panels/LayerThumbnails.h"
 
-#include "core/GDIBuffer/GDIBuffer.h"
-#include "core/GDIBuffer/ScreenMap.h"
 #include "core/LayerBuffer/VectorLayerBuffer.h"
-#include "core/PanelViews/PanelDraw.h"
 
 #include <algorithm>
 
@@ -15,13 +12,6 @@ constexpr int LAYERS_AT_ONCE = 64; ///< looked through in one call
 bool HasThumbnail(const CLayerBuffer& layer) {
     const bool bVector = dynamic_cast<const CVectorLayerBuffer*>(&layer) != nullptr;
     return layer.IsClipping() && (layer.IsVisible() || !bVector);
-}
-
-boost::shared_ptr<const TPicture> DrawThumbnail(CLayerBuffer& layer) {
-    const auto& spPlane = layer.GetPicture().GetThumbnail();
-    CGDIBuffer buffer(spPlane->GetSize());
-    spPlane->DrawToScreen(buffer, {0, 0}, {});
-    return MakePicture(buffer);
 }
 
 } // namespace
@@ -60,7 +50,7 @@ bool CLayerThumbnails::Update(CCanvasBuffer& canvas, const std::vector<TLayerPtr
             }
             TPicturePtr& spPicture = m_mapPictures[spLayer];
             if (!spPicture || spLayer->GetPicture().IsThumbnailStale()) {
-                spPicture = DrawThumbnail(*spLayer);
+                spPicture = spLayer->GetPicture().CopyThumbnail();
                 bChanged = true;
             }
         }

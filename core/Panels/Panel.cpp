@@ -6,6 +6,7 @@
 #include "core/Base/Failure.h"
 #include "core/CanvasFrame/CanvasFrame.h"
 #include "core/Commands/Commands.h"
+#include "core/Commands/Shortcuts.h"
 #include "core/IniConfig/IniConfig.h"
 #include "core/Platform/Platform.h"
 #include "core/Tools/PenContact.h"
@@ -42,7 +43,7 @@ void CPanel::Create(IMainWindow& parent, const TPanelPlace& placeFirst) {
     m_pWindow =
         m_outside.platform.windows.CreatePanelWindow(parent, *this, {m_strName, GetTitle(), m_vControls});
     if (!m_pWindow) throw internal_error(L"CreatePanel: the window could not be created.");
-    TPanelPlace place = ReadPlace(placeFirst);
+    TPanelPlace place = placeFirst.dock == EPanelDock::Page ? placeFirst : ReadPlace(placeFirst);
     if (place.dock == EPanelDock::Float) place.rc = PlaceOnScreen(place.rc, parent.GetScreens());
     m_pWindow->SetPlace(place);
     m_pWindow->ShowPanel(place.bShow);
@@ -82,8 +83,11 @@ bool CPanel::UpdateCommands() {
     for (TPanelControl& control : m_vControls) {
         if (!control.nCommand) continue;
         const bool bEnabled = IsCommandEnabled(control.nCommand);
-        bChanged = bChanged || control.bEnabled != bEnabled;
+        const std::wstring strTip =
+            control.strText + m_outside.shortcuts.NameKeys(control.nCommand, L"  (", L")");
+        bChanged = bChanged || control.bEnabled != bEnabled || control.strTip != strTip;
         control.bEnabled = bEnabled;
+        control.strTip = strTip;
     }
     return bChanged;
 }

@@ -15,6 +15,7 @@ class CCanvasFrame;
 class CCommandTable;
 class CIniConfig;
 class CIniConfigData;
+class CShortcuts;
 class CTools;
 struct TGlobalSwitches;
 struct TPlatform;
@@ -25,6 +26,7 @@ struct TPanelOutside {
     CIniConfig& settings;
     TGlobalSwitches& switches;
     const CCommandTable& commands;                ///< whose states are those of the panels' buttons
+    const CShortcuts& shortcuts;                  ///< named by the tool tips of these buttons
     const boost::weak_ptr<CTools>& wpTool;        ///< the active tool
     const boost::weak_ptr<CCanvasFrame>& wpFrame; ///< the active frame
 };
@@ -64,7 +66,6 @@ public:
 protected:
     /// Updates the controls' values.
     virtual void OnRefresh() = 0;
-    void OnControl(TPanelControl& control) override = 0;
     /// The panel reads its own settings.
     virtual void OnOpen() {}
     /// Writes those of the panel's own settings that have changed since they were read or written.
@@ -86,7 +87,7 @@ protected:
 
 private:
     boost::shared_ptr<CIniConfigData> OpenSection() const;
-    /// Sets the states of buttons that execute commands; true when one has changed.
+    /// Sets the states and tool tips of buttons that execute commands; true when one has changed.
     bool UpdateCommands();
 
     const std::wstring m_strName;

@@ -1,8 +1,8 @@
 #include "core/Panels/PresetRows.h"
 
 #include "core/Base/Failure.h"
+#include "core/GDIBuffer/RowPicture.h"
 #include "core/PanelViews/BrushView.h"
-#include "core/PanelViews/PanelDraw.h"
 
 #include <boost/algorithm/string/trim.hpp>
 

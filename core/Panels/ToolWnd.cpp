@@ -1,6 +1,6 @@
 #include "core/Panels/ToolWnd.h"
 
-#include "core/AppModule/PrivateMessages.h"
+#include "core/Commands/CommandIds.h"
 #include "core/Panels/ToolTable.h"
 #include "core/Tools/Tools.h"
 
@@ -9,12 +9,11 @@ CToolWnd::CToolWnd(const wchar_t* pszSection, const TPanelOutside& outside) : CP
         m_vControls.push_back({.kind = TPanelControl::EKind::Toggle,
                                .nId = row.info.nId,
                                .strText = row.info.pszName,
-                               .strIcon = row.info.pszIcon});
+                               .strIcon = row.info.pszIcon,
+                               .nCommand = ID_SWITCH_TOOL_FIRST + row.info.nId});
 }
 
 void CToolWnd::OnRefresh() {
     const auto spTool = GetTool();
     for (TPanelControl& control : m_vControls) control.nValue = spTool && spTool->GetToolId() == control.nId;
 }
-
-void CToolWnd::OnControl(TPanelControl& control) { PostToMainFrame(WM_SWITCH_TOOL, control.nId); }

@@ -10,5 +10,4 @@ public:
 
 protected:
     void OnRefresh() override;
-    void OnControl(TPanelControl& control) override;
 };

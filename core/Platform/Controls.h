@@ -46,6 +46,7 @@ struct TPanelControl {
     std::wstring strLabel = {}; ///< in front of the control
     std::wstring strText = {};  ///< of Label, Check, Radio, Toggle, Button, Text, Number, Report
     std::wstring strUnit = {};  ///< behind a Slider's number
+    std::wstring strTip = {};   ///< tool tip of a Toggle or Button, in place of its text
     std::string strIcon = {};   ///< resource of a Toggle's or Button's icon, which replaces its text
     std::vector<std::wstring> vRows = {};
     std::vector<TTreeRow> vTree = {};
@@ -57,10 +58,12 @@ struct TPanelControl {
     bool bVisible = true;
     bool bSameLine = false; ///< stands behind the control before it
     bool bGrid = false;     ///< a List runs from left to right in lines
+    bool bTitle = false;    ///< a Label in larger letters
     bool bEditable = false; ///< a List's or Tree's rows can be renamed and dragged to other places
     CSize szView = {};      ///< wanted size of View, List and Tree in pixels of 96 to the inch
+    CSize szPicture = {};   ///< of a Tree without eyes: the size of its rows' pictures
     IPanelView* pView = nullptr;
-    int nCommand = 0;         ///< a Button that executes this command and is enabled while the command is
+    int nCommand = 0; ///< a Button or Toggle that executes this command and is enabled while the command is
     std::string strName = {}; ///< of a dialog's control: how session scripts answer it
 };
 

@@ -4,8 +4,9 @@
 #include "core/Platform/Controls.h"
 #include "core/Platform/Menu.h"
 
-/// The place of a panel: floating or docked at a side of the main frame.
-enum class EPanelDock { Float, Left, Right };
+/// The place of a panel: floating, docked at a side of the main frame, or, as a page, over the area of the
+/// canvases.
+enum class EPanelDock { Float, Left, Right, Page };
 
 /// Of docked panels the rectangle says the order from the top and the size; two in one place share it behind
 /// tabs.

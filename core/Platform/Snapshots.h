@@ -14,6 +14,9 @@ struct TSnapshotNote {
     std::wstring strPath;  ///< its file, empty when it has none
     std::wstring strTitle; ///< empty when the note is missing
     std::wstring strTime;  ///< time of the snapshot, formatted for the user; set by the store
+
+    /// The title as the user sees it.
+    std::wstring GetShownTitle() const { return strTitle.empty() ? L"名称未設定" : strTitle; }
 };
 
 /// A snapshot left by an ended session.

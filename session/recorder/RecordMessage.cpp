@@ -118,6 +118,10 @@ void RecordMessage(const TRecordTo& to, const TMessage& msg) {
     if (!msg.pWindow) return;
     if (const int nPanel = FindPanel(msg.pWindow); nPanel && msg.id != EMessage::Command)
         return RecordPanel(to, nPanel, msg);
+    // The page's rows are the user's own files: the command that a click stands for is recorded.
+    if (g_pMainFrame && msg.pWindow == g_pMainFrame->GetStartPage().GetWindow())
+        if (const int nCommand = g_pMainFrame->GetStartPage().FindCommand(msg))
+            return RecordCommand(to, nCommand);
     if (const TInputName* pName = FindInputName(msg.id)) return RecordPointer(to, *pName, msg);
     switch (msg.id) {
     case EMessage::Command:

@@ -15,6 +15,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMdiArea>
 #include <QMenu>
 #include <QScrollArea>
 
@@ -26,6 +27,8 @@ namespace {
 constexpr int MARGIN = 6;
 constexpr int SPACING = 4;
 constexpr int TITLE_BUTTONS = 52;
+constexpr int PAGE_MARGIN = 20;
+constexpr int PAGE_WIDTH = 640; ///< at most, of the content of a page
 
 /// Scrolls what does not fit, so that no panel makes the main window larger.
 class CContentArea : public QScrollArea {
@@ -182,6 +185,7 @@ QRect CQtPanel::GetScreenRect() const {
 TPanelPlace CQtPanel::GetPlace() const {
     TPanelPlace place = m_place;
     place.bShow = IsShown();
+    if (place.dock == EPanelDock::Page) return place;
     // A panel that never came to the glass has not moved.
     if (isHidden() || !m_main.isVisible()) return place;
     place.dock = isFloating() ? EPanelDock::Float
@@ -196,6 +200,7 @@ TPanelPlace CQtPanel::GetPlace() const {
 
 void CQtPanel::SetPlace(const TPanelPlace& place) {
     m_place = place;
+    if (place.dock == EPanelDock::Page) return PutOverCanvases();
     if (place.dock == EPanelDock::Float) {
         m_main.addDockWidget(Qt::RightDockWidgetArea, this);
         setFloating(true);
@@ -207,6 +212,21 @@ void CQtPanel::SetPlace(const TPanelPlace& place) {
     m_main.addDockWidget(place.dock == EPanelDock::Left ? Qt::LeftDockWidgetArea : Qt::RightDockWidgetArea,
                          this);
     if (pUnder) m_main.tabifyDockWidget(pUnder, this);
+}
+
+void CQtPanel::PutOverCanvases() {
+    m_docks.Remove(*this);
+    setFeatures(NoDockWidgetFeatures);
+    setTitleBarWidget(new QWidget(this));
+    setAutoFillBackground(true);
+    auto* pArea = static_cast<QScrollArea*>(widget());
+    pArea->setAlignment(Qt::AlignHCenter);
+    pArea->widget()->setMaximumWidth(PAGE_WIDTH);
+    pArea->widget()->layout()->setContentsMargins(PAGE_MARGIN, PAGE_MARGIN, PAGE_MARGIN, PAGE_MARGIN);
+    QWidget* pCanvases = &m_main.GetMdiArea();
+    setParent(pCanvases);
+    setGeometry(pCanvases->rect());
+    pCanvases->installEventFilter(this);
 }
 
 void CQtPanel::ShowPanel(bool bShow) {
@@ -223,6 +243,10 @@ void CQtPanel::GiveKeyboardBack() {
 }
 
 bool CQtPanel::eventFilter(QObject* pWatched, QEvent* pEvent) {
+    if (pWatched == parent()) { // of a page
+        if (pEvent->type() == QEvent::Resize) resize(static_cast<QWidget*>(pWatched)->size());
+        return false;
+    }
     // The wheel scrolls lists and the panel; other controls that it happens to pass over keep their values.
     if (pEvent->type() == QEvent::Wheel && !static_cast<QWidget*>(pWatched)->hasFocus() &&
         !qobject_cast<QAbstractItemView*>(pWatched->parent())) {

@@ -55,6 +55,7 @@ private:
     TPanelEvents MakeEvents();
     void Fill(QWidget& content, const std::vector<TPanelControl>& vControls);
     QRect GetScreenRect() const;
+    void PutOverCanvases();
     void GiveKeyboardBack();
     void FocusPicture();
 

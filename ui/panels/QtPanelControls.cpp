@@ -19,7 +19,8 @@
 namespace {
 
 constexpr int TOGGLE_ICON = 22;
-constexpr int NUMBER_WIDTH = 68; ///< the same for all, so that sliders end at one line
+constexpr qreal TITLE_SIZE = 1.25; ///< of a title's letters
+constexpr int NUMBER_WIDTH = 68;   ///< the same for all, so that sliders end at one line
 
 /// Buttons of every kind.
 class CButtonControl : public CQtPanelControl {
@@ -36,6 +37,9 @@ public:
     void Write(const TPanelControl& control) override {
         const QSignalBlocker block(m_pButton);
         if (m_bCheckable) m_pButton->setChecked(control.nValue != 0);
+        m_pButton->setText(ToQt(control.strText));
+        if (control.kind == TPanelControl::EKind::Toggle || !control.strIcon.empty())
+            m_pButton->setToolTip(ToQt(control.strTip.empty() ? control.strText : control.strTip));
     }
 
 private:
@@ -57,7 +61,6 @@ QAbstractButton* MakeButton(const TPanelControl& control, QWidget* pParent) {
     pButton->setCheckable(control.kind == TPanelControl::EKind::Toggle);
     pButton->setAutoRaise(true);
     pButton->setText(strText);
-    pButton->setToolTip(strText);
     pButton->setIconSize({TOGGLE_ICON, TOGGLE_ICON});
     if (!control.strIcon.empty()) pButton->setIcon(LoadLineIcon(control.strIcon));
     return pButton;
@@ -68,6 +71,12 @@ public:
     CLabelControl(const TPanelControl& control, QWidget* pParent)
         : m_pLabel(new QLabel(ToQt(control.strText), pParent)) {
         m_pLabel->setTextFormat(Qt::PlainText);
+        if (control.bTitle) {
+            QFont font = m_pLabel->font();
+            font.setPointSizeF(font.pointSizeF() * TITLE_SIZE);
+            font.setBold(true);
+            m_pLabel->setFont(font);
+        }
     }
     QWidget* GetWidget() override { return m_pLabel; }
     void Write(const TPanelControl& control) override { m_pLabel->setText(ToQt(control.strText)); }

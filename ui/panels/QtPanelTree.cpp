@@ -25,7 +25,8 @@ constexpr int SCROLL_STEP = 12;
 class CTreeView : public QListView {
 public:
     CTreeView(const TPanelControl& control, const TPanelEvents& events, QWidget* pParent)
-        : QListView(pParent), m_nId(control.nId), m_bEditable(control.bEditable), m_events(events) {
+        : QListView(pParent), m_nId(control.nId), m_bEditable(control.bEditable),
+          m_szPicture(control.szPicture.cx, control.szPicture.cy), m_events(events) {
         setFocusPolicy(Qt::TabFocus);
         setMinimumHeight(control.szView.cy);
         setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -33,8 +34,8 @@ public:
         setEditTriggers(NoEditTriggers);
         setModel(&m_model);
         setItemDelegate(new CTreeDelegate(
-            m_model, [this](int nRow, const QString& strText) { m_events.rename(m_nId, nRow, strText); },
-            this));
+            m_model, m_szPicture,
+            [this](int nRow, const QString& strText) { m_events.rename(m_nId, nRow, strText); }, this));
         m_timerScroll.setInterval(SCROLL_MS);
         connect(&m_timerScroll, &QTimer::timeout, this, [this] { ScrollAtEdge(); });
     }
@@ -52,7 +53,7 @@ protected:
         const QModelIndex index = indexAt(pEvent->position().toPoint());
         if (pEvent->button() != Qt::LeftButton || !index.isValid()) return;
         const TTreeRow& row = m_model.GetRow(index);
-        const TTreeParts parts(row, visualRect(index));
+        const TTreeParts parts(row, visualRect(index), m_szPicture);
         const QPoint pt = pEvent->position().toPoint();
         if (parts.rcEye.contains(pt)) {
             PressEye(index, pEvent->modifiers());
@@ -67,7 +68,7 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent* pEvent) override {
         const QModelIndex index = indexAt(pEvent->position().toPoint());
         if (!index.isValid()) return;
-        const TTreeParts parts(m_model.GetRow(index), visualRect(index));
+        const TTreeParts parts(m_model.GetRow(index), visualRect(index), m_szPicture);
         if (m_bEditable && parts.rcText.contains(pEvent->position().toPoint()))
             StartEditing(index);
         else
@@ -143,7 +144,7 @@ protected:
             index.isValid() ? visualRect(index) : visualRect(m_model.index(m_model.rowCount() - 1));
         if (index.isValid() && at == EDropAt::Onto) return painter.drawRect(rc.adjusted(1, 1, -1, -1));
         const int y = index.isValid() && at == EDropAt::Above ? rc.top() : rc.bottom();
-        const int x = index.isValid() ? TTreeParts(m_model.GetRow(index), rc).rcFold.left() : 0;
+        const int x = index.isValid() ? TTreeParts(m_model.GetRow(index), rc, m_szPicture).rcFold.left() : 0;
         painter.drawLine(x, std::max(1, y), rc.right(), std::max(1, y));
     }
 
@@ -199,6 +200,7 @@ private:
 
     const int m_nId;
     const bool m_bEditable;
+    const QSize m_szPicture;
     const TPanelEvents m_events;
     CTreeModel m_model;
     QTimer m_timerScroll;

@@ -16,8 +16,8 @@ constexpr int INDENT = 14;
 constexpr int FOLD_WIDTH = 14;
 constexpr int CLIP_WIDTH = 12;
 constexpr QSize PICTURE{48, 35};
-constexpr int SAMPLE_WIDTH = 60; ///< of the picture in a row without an eye
 constexpr int MARGIN = 3;
+constexpr int PICTURE_MARGIN = 2; ///< around a picture, for its frame
 constexpr int ICON = 18;
 constexpr qreal DIM = 0.4; ///< opacity of what is not in effect
 constexpr qreal NOTE_SIZE = 0.85;
@@ -48,7 +48,7 @@ void PaintText(QPainter& painter, const QRect& rc, const TTreeRow& row, const QS
     const auto group = option.state.testFlag(QStyle::State_Enabled) ? QPalette::Active : QPalette::Disabled;
     const bool bSelected = option.state.testFlag(QStyle::State_Selected);
     painter.setPen(option.palette.color(group, bSelected ? QPalette::HighlightedText : QPalette::Text));
-    const bool bTwoLines = row.eye != EEye::None && !row.strNote.empty();
+    const bool bTwoLines = !row.strNote.empty() && rc.height() >= 2 * option.fontMetrics.height();
     const QRect rcName = bTwoLines ? QRect(rc.left(), rc.top(), rc.width(), rc.height() / 2) : rc;
     QFont fontNote = option.font;
     fontNote.setPointSizeF(fontNote.pointSizeF() * NOTE_SIZE);
@@ -100,7 +100,7 @@ Qt::ItemFlags CTreeModel::flags(const QModelIndex& index) const {
     return m_bEditable ? flags | Qt::ItemIsEditable : flags;
 }
 
-TTreeParts::TTreeParts(const TTreeRow& row, const QRect& rc) {
+TTreeParts::TTreeParts(const TTreeRow& row, const QRect& rc, QSize szPicture) {
     int x = rc.left();
     const auto take = [&](int nWidth) {
         const QRect rcPart(x, rc.top(), nWidth, rc.height());
@@ -108,7 +108,9 @@ TTreeParts::TTreeParts(const TTreeRow& row, const QRect& rc) {
         return rcPart;
     };
     if (row.eye == EEye::None) {
-        if (row.spPicture) rcPicture = take(SAMPLE_WIDTH);
+        if (!szPicture.isEmpty())
+            rcPicture = take(szPicture.width() + 2 * PICTURE_MARGIN)
+                            .adjusted(PICTURE_MARGIN, PICTURE_MARGIN, -PICTURE_MARGIN, -PICTURE_MARGIN);
         rcText = QRect(QPoint(x, rc.top()), rc.bottomRight()).adjusted(2 * MARGIN, 0, -2 * MARGIN, 0);
         return;
     }
@@ -116,7 +118,7 @@ TTreeParts::TTreeParts(const TTreeRow& row, const QRect& rc) {
     x += INDENT * row.nDepth;
     rcFold = take(FOLD_WIDTH);
     if (row.bClipped) rcClip = take(CLIP_WIDTH);
-    rcPicture = take(PICTURE.width());
+    rcPicture = take(PICTURE.width()).adjusted(1, MARGIN, -1, -MARGIN);
     x += 2 * MARGIN;
     rcText = QRect(x, rc.top() + MARGIN, std::max(0, rc.right() - x), rc.height() - 2 * MARGIN);
 }
@@ -124,7 +126,7 @@ TTreeParts::TTreeParts(const TTreeRow& row, const QRect& rc) {
 void CTreeDelegate::paint(QPainter* pPainter, const QStyleOptionViewItem& option,
                           const QModelIndex& index) const {
     const TTreeRow& row = m_model.GetRow(index);
-    const TTreeParts parts(row, option.rect);
+    const TTreeParts parts(row, option.rect, m_szPicture);
     pPainter->save();
     if (option.state.testFlag(QStyle::State_Selected))
         pPainter->fillRect(option.rect, option.palette.brush(QPalette::Active, QPalette::Highlight));
@@ -145,7 +147,7 @@ void CTreeDelegate::paint(QPainter* pPainter, const QStyleOptionViewItem& option
     if (row.bClipped) PaintIcon(*pPainter, parts.rcClip, "icons/layer-clip.svg", CLIP_WIDTH);
     pPainter->setOpacity(row.bDim ? DIM : 1);
     if (row.spPicture)
-        PaintPicture(*pPainter, parts.rcPicture.adjusted(1, MARGIN - 1, -1, 1 - MARGIN), *row.spPicture);
+        PaintPicture(*pPainter, parts.rcPicture, *row.spPicture);
     else if (!row.strIcon.empty())
         PaintIcon(*pPainter, parts.rcPicture, row.strIcon, 24);
     PaintText(*pPainter, parts.rcText, row, option);
@@ -153,8 +155,9 @@ void CTreeDelegate::paint(QPainter* pPainter, const QStyleOptionViewItem& option
 }
 
 QSize CTreeDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {
-    const bool bPicture = m_model.GetRow(index).eye != EEye::None;
-    return {100, bPicture ? PICTURE.height() + 2 * MARGIN : option.fontMetrics.height() + 2 * MARGIN};
+    if (m_model.GetRow(index).eye != EEye::None) return {100, PICTURE.height() + 2 * MARGIN};
+    return {100,
+            std::max(option.fontMetrics.height() + 2 * MARGIN, m_szPicture.height() + 2 * PICTURE_MARGIN)};
 }
 
 QWidget* CTreeDelegate::createEditor(QWidget* pParent, const QStyleOptionViewItem&,
@@ -166,7 +169,7 @@ QWidget* CTreeDelegate::createEditor(QWidget* pParent, const QStyleOptionViewIte
 
 void CTreeDelegate::updateEditorGeometry(QWidget* pEditor, const QStyleOptionViewItem& option,
                                          const QModelIndex& index) const {
-    const QRect rc = TTreeParts(m_model.GetRow(index), option.rect).rcText;
+    const QRect rc = TTreeParts(m_model.GetRow(index), option.rect, m_szPicture).rcText;
     pEditor->setGeometry(rc.left() - MARGIN, rc.center().y() - pEditor->sizeHint().height() / 2,
                          rc.width() + MARGIN, pEditor->sizeHint().height());
 }

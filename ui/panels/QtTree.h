@@ -32,15 +32,17 @@ private:
 struct TTreeParts {
     QRect rcEye, rcFold, rcClip, rcPicture, rcText;
 
-    TTreeParts(const TTreeRow& row, const QRect& rc);
+    /// `szPicture` is that of a picture in a row without an eye.
+    TTreeParts(const TTreeRow& row, const QRect& rc, QSize szPicture);
 };
 
 /// Paints rows and edits their texts.
 class CTreeDelegate : public QStyledItemDelegate {
 public:
-    CTreeDelegate(const CTreeModel& model, std::function<void(int nRow, const QString&)> fnRename,
-                  QObject* pParent)
-        : QStyledItemDelegate(pParent), m_model(model), m_fnRename(std::move(fnRename)) {}
+    CTreeDelegate(const CTreeModel& model, QSize szPicture,
+                  std::function<void(int nRow, const QString&)> fnRename, QObject* pParent)
+        : QStyledItemDelegate(pParent), m_model(model), m_szPicture(szPicture),
+          m_fnRename(std::move(fnRename)) {}
 
     void paint(QPainter* pPainter, const QStyleOptionViewItem& option,
                const QModelIndex& index) const override;
@@ -54,5 +56,6 @@ public:
 
 private:
     const CTreeModel& m_model;
+    const QSize m_szPicture;
     std::function<void(int nRow, const QString&)> m_fnRename;
 };
