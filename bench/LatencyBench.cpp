@@ -1,11 +1,13 @@
 // Latency from a tablet event to its pixels: events are sent to the real window (on Qt's offscreen
 // platform), the session's own loop handles them, and the time ends when the changed part is in the
 // window's backing image. Reports the median, the 99th percentile and the maximum in milliseconds: for
-// several brush sizes, and for the recorded stroke. Beside them the same of processor time, which other work
-// on the machine disturbs less.
+// several brush sizes, for the recorded stroke, and for documents of few and many layers with the layer panel
+// hidden and shown, whose idle work comes between event and image. Beside them the same of processor time,
+// which other work on the machine disturbs less.
 #include "bench/RecordedStroke.h"
 #include "core/AppModule/AppModule.h"
 #include "core/AppModule/MessageQueue.h"
+#include "core/Commands/CommandIds.h"
 #include "core/LayerBuffer/RasterLayerBuffer.h"
 #include "core/MainFrame/MainFrame.h"
 #include "core/MainFrame/SessionScope.h"
@@ -66,15 +68,39 @@ public:
     }
     /// Sends a pen event, handles all its consequences and stores the time.
     void Pen(QPointF pt, double dPressure) {
-        const auto start = std::chrono::steady_clock::now();
-        const std::clock_t cpu = std::clock();
+        m_start = std::chrono::steady_clock::now();
+        m_cpu = std::clock();
         QTabletEvent event(QEvent::TabletMove, &m_pen, pt, m_pViewport->mapToGlobal(pt), dPressure, 0, 0, 0,
                            0, 0, Qt::NoModifier, Qt::NoButton, Qt::NoButton);
         QCoreApplication::sendEvent(m_pViewport, &event);
         Turn();
-        const std::chrono::duration<double, std::milli> time = std::chrono::steady_clock::now() - start;
-        m_vTimes.push_back(time.count());
-        m_vCpu.push_back(static_cast<double>(std::clock() - cpu) * 1e3 / CLOCKS_PER_SEC);
+        KeepTime();
+    }
+    /// Gives the document that many layers; the lowest one is drawn on.
+    void SetLayers(size_t nLayers) {
+        const auto& spCanvas = m_spFrame->GetCanvas();
+        CLayerBuffer& root = spCanvas->GetRoot();
+        while (root.GetChildren().size() > nLayers) root.RemoveLayer(root.GetChildren().back(), false);
+        while (root.GetChildren().size() < nLayers) root.AddLayer(CreateRasterLayer(spCanvas), -1, false);
+        root.SetActiveChild(root.GetChildren().front());
+        Finish();
+    }
+    void ShowLayerPanel(bool bShow) {
+        g_pMainFrame->GetPanels().Find(ID_PANEL_LAYER)->GetWindow()->ShowPanel(bShow);
+        Finish();
+    }
+    /// Opens a document of that many layers in a second window, and waits until nothing is left to do.
+    void OpenOther(size_t nLayers) {
+        const auto spCanvas = CreateCanvas({Recorded::CANVAS, Recorded::CANVAS});
+        while (spCanvas->GetRoot().GetChildren().size() < nLayers)
+            spCanvas->GetRoot().AddLayer(CreateRasterLayer(spCanvas), -1, false);
+        const auto spFrame = CreateCanvasFrame(spCanvas);
+        m_start = std::chrono::steady_clock::now();
+        g_pMainFrame->OpenFrame(spFrame);
+        Finish();
+        KeepTime();
+        SendMessage({spFrame->GetWindow(), EMessage::Close});
+        Finish();
     }
     /// Draws the remaining part of the strokes.
     void Finish() {
@@ -93,10 +119,18 @@ public:
         m_vCpu.clear();
     }
 
+    bool m_bIdle = false; ///< idle work comes between an event's messages and its image, as in a session
+
 private:
     void Turn() {
         for (TMessage msg; m_queue.Peek() && m_queue.Get(msg) == 1;) m_queue.Dispatch(msg);
+        if (m_bIdle) g_AppModule.GetMessageLoop()->OnIdle(0);
         QCoreApplication::processEvents();
+    }
+    void KeepTime() {
+        const std::chrono::duration<double, std::milli> time = std::chrono::steady_clock::now() - m_start;
+        m_vTimes.push_back(time.count());
+        m_vCpu.push_back(static_cast<double>(std::clock() - m_cpu) * 1e3 / CLOCKS_PER_SEC);
     }
 
     CMessageQueue m_queue;
@@ -116,14 +150,16 @@ private:
                           3};
     boost::shared_ptr<CCanvasFrame> m_spFrame;
     QWidget* m_pViewport = nullptr;
+    std::chrono::steady_clock::time_point m_start; ///< of what is measured
+    std::clock_t m_cpu = 0;
     std::vector<double> m_vTimes;
     std::vector<double> m_vCpu; ///< of all threads
 };
 
 // Simulates a drawing hand: loops over the window, varying pressure, an occasional lift.
-void Latency(benchmark::State& state, CBenchWindow& window) {
+void DrawLoops(benchmark::State& state, CBenchWindow& window, uint32_t uRadius) {
     window.SetZoom(48);
-    window.GetTool().GetParam() = {.BrushRadius = static_cast<uint32_t>(state.range(0)) * 2};
+    window.GetTool().GetParam() = {.BrushRadius = uRadius * 2};
     for (auto _ : state) {
         for (int n = 0; n < EVENTS; ++n) {
             const double d = n * 0.02;
@@ -132,6 +168,27 @@ void Latency(benchmark::State& state, CBenchWindow& window) {
         }
         window.Finish();
     }
+    window.Report(state);
+}
+
+void Latency(benchmark::State& state, CBenchWindow& window) {
+    DrawLoops(state, window, static_cast<uint32_t>(state.range(0)));
+}
+
+// The same in a document of some layers, with the layer panel hidden or shown.
+void LatencyWithLayers(benchmark::State& state, CBenchWindow& window) {
+    window.SetLayers(static_cast<size_t>(state.range(0)));
+    window.ShowLayerPanel(state.range(1) != 0);
+    window.m_bIdle = true;
+    DrawLoops(state, window, 8);
+    window.m_bIdle = false;
+    window.ShowLayerPanel(true);
+    window.SetLayers(1);
+}
+
+// The panels list a document of many layers when it is opened.
+void OpenLayers(benchmark::State& state, CBenchWindow& window) {
+    for (auto _ : state) window.OpenOther(static_cast<size_t>(state.range(0)));
     window.Report(state);
 }
 
@@ -170,6 +227,15 @@ int main(int argc, char** argv) {
         ->Arg(64)
         ->Arg(256)
         ->Iterations(1)
+        ->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark("latency, 5000 events/layers,panel", LatencyWithLayers, std::ref(window))
+        ->ArgsProduct({{5, 500}, {0, 1}})
+        ->Iterations(1)
+        ->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark("open/layers", OpenLayers, std::ref(window))
+        ->Arg(5)
+        ->Arg(500)
+        ->Iterations(20)
         ->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark("2000 events/ours in a window/zoom in 48ths,pressure on radius",
                                  StrokeInWindow, std::ref(window))

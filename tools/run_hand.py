@@ -118,6 +118,26 @@ class Hand:
         self.key(*self.chance.choices("0123456789", k=2), "Return")
         self.key("Escape")
 
+    def drag_row(self):
+        """Drags a row of a list up or down, or sweeps over eyes; Escape may give it up."""
+        x, y = self.in_panels()
+        words = ["mousemove", x, y, "mousedown", 1]
+        for _ in range(self.chance.randrange(2, 6)):
+            y += self.chance.randrange(-60, 60)
+            words += ["mousemove", x, y, "sleep", 0.02]
+        self.do(*words, *(["key", "Escape"] if self.chance.random() < 0.2 else []), "mouseup", 1)
+
+    def open_panel_menu(self):
+        self.do("mousemove", *self.in_panels(), "click", 3)
+        self.wait(0.12)
+        self.key(*["Down"] * self.chance.randrange(1, 9), self.chance.choice(["Return", "Return", "Escape"]))
+        self.key("Escape")
+
+    def rename_row(self):
+        self.do("mousemove", *self.in_panels(), "click", "--repeat", 2, "--delay", 60, 1)
+        self.key(*self.chance.choices(LETTERS, k=3), self.chance.choice(["Return", "Escape"]))
+        self.key("Escape")
+
     def move_panel(self):
         self.drag((self.chance.choice([100, self.size[0] - 200]), self.chance.choice([100, 505])), 200)
 
@@ -188,7 +208,8 @@ class Hand:
     def press_any(self):
         self.key(self.chance.choice(LETTERS))
 
-    DEEDS = {drag: 12, move_view: 2, use_panel: 5, type_in_panel: 1, move_panel: 0.3, choose_tool: 3, open_menu: 5,
+    DEEDS = {drag: 12, move_view: 2, use_panel: 5, type_in_panel: 1, drag_row: 3, open_panel_menu: 1.5, rename_row: 1, move_panel: 0.3,
+             choose_tool: 3, open_menu: 5,
              turn_wheel: 3, undo: 5, change_view: 2, resize: 1, open_dialog: 0.5, new_document: 0.4,
              close_document: 0.5, change_document: 0.7, press_any: 1}
 
