@@ -62,7 +62,6 @@ enum ECommand : int {
     ID_PANELS_HIDE = 14001,
     ID_BRUSH_SMALLER = 14002,
     ID_BRUSH_LARGER = 14003,
-    ID_START_PAGE = 14060, ///< the page shown while no document is open
     ID_NEW_A4_350 = 14061,
     ID_NEW_A4_600 = 14062,
     ID_NEW_FULL_HD = 14063,

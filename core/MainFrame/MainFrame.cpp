@@ -234,7 +234,7 @@ bool CMainFrame::DoIdleWork() {
 }
 
 void CMainFrame::ShowStartPage() {
-    const bool bShow = g_lstCanvasFrame.empty() && m_deqOpenFiles.empty() && !g_bFilterBuild;
+    const bool bShow = g_lstCanvasFrame.empty() && !g_bFilterBuild;
     IPanelWindow* pWindow = m_startPage.GetWindow();
     if (!pWindow || pWindow->IsShown() == bShow) return;
     if (bShow) m_startPage.Refresh();

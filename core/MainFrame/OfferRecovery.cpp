@@ -90,7 +90,6 @@ void CMainFrame::RestoreLeft(const std::wstring& strName) {
         }
     }
     if (unfinished) FinishFile(*unfinished);
-    m_startPage.Refresh();
 }
 
 void CMainFrame::FinishFile(const TLeftSnapshot& left) {

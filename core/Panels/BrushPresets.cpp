@@ -62,7 +62,6 @@ TBrushPreset ParseValues(const std::wstring& strText, const std::wstring& strNam
                         ReadFreehandParam(find)};
     preset.freehand.m_clrBrush = TFreehandParam().m_clrBrush;
     preset.freehand.m_clrBack = TFreehandParam().m_clrBack;
-    if (preset.strName.empty()) throw deserialize_error();
     return preset;
 }
 

@@ -58,7 +58,10 @@ TEST_F(BrushPresets, AToolIsSetByItsOwnListThatIsKept) {
               Send(P, EMessage::PanelDrop, Tree().nId,
                    PackPoint(2, PackDrop(0, static_cast<int>(EDropAt::Above))));
               EXPECT_EQ(Rows(3), L"[線画 9 px]|インクペン 6 px|Gペン 14 px");
-              Choose(2);
+              Send(P, EMessage::PanelDrop, Tree().nId,
+                   PackPoint(1, PackDrop(2, static_cast<int>(EDropAt::Below))));
+              EXPECT_EQ(Rows(3), L"[線画 9 px]|Gペン 14 px|インクペン 6 px");
+              Choose(1);
               Press(REMOVE);
               Choose(1);
               Tool().GetParam().BrushRadius = 7;
@@ -89,10 +92,14 @@ TEST_F(BrushPresets, FilesAddWhatIsMissingOrNothing) {
                   std::string::npos);
         Choose(0);
         Press(REMOVE);
-        strFile +=
-            "Airbrush\tBrushRadius=8\tx\nRasterEraser\tBrushRadius=99999 Unknown=1 BrushColor=255\t大\n";
+        strFile += "RasterPencil\tSpray=50\tざら\nAirbrush\tBrushRadius=8\tx\nRasterEraser\tBrushRadius="
+                   "99999 Unknown=1 SlowSmooth=99 "
+                   "BrushColor=255\t大\n";
         PressForFile(READ);
         EXPECT_EQ(Rows(), L"細い消しゴム 8 px|ソフト消しゴム 80 px|[消しゴム 24 px]|大 2000 px");
+        Choose(3);
+        EXPECT_EQ(Rows(), L"細い消しゴム 8 px|ソフト消しゴム 80 px|消しゴム 24 px|[大 2000 px]");
+        EXPECT_EQ(Tool().GetFreehand().m_uSlowSmooth, 12u);
         for (const char* psz :
              {"", "RasterEraser\tBrushRadius\tx\n", "RasterEraser\tBrushRadius=8\t \n", "x\n"}) {
             m_outside.m_files.m_mapFiles[L"/a.vlbrush"] = std::string("RasterEraser\t-\tneu\n") + psz;
@@ -100,6 +107,10 @@ TEST_F(BrushPresets, FilesAddWhatIsMissingOrNothing) {
             PressForFile(READ);
         }
         EXPECT_EQ(Tree().vTree.size(), 4u);
+        g_pMainFrame->SwitchTool(TOOL_PENCIL);
+        g_pMainFrame->GetPanels().Refresh(WM_REFRESH_TOOL);
+        Choose(3);
+        EXPECT_TRUE(Tool().GetParam().WaveEnable && Tool().GetParam().Spray == 0) << "as every pencil";
     }});
     ASSERT_EQ(m_outside.m_vShown.size(), 4u);
     for (const std::wstring& str : m_outside.m_vShown)

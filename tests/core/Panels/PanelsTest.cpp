@@ -55,6 +55,14 @@ TEST_F(Panels, CommandsShowAndHideAndPlacesAreKept) {
     }});
 }
 
+TEST_F(Panels, ToolButtonsNameTheirKeysAndSwitch) {
+    Play({[] {
+              EXPECT_EQ(Control(ID_PANEL_TOOL, L"鉛筆").strTip, L"鉛筆  (P)");
+              Change(ID_PANEL_TOOL, L"鉛筆", 1);
+          },
+          [] { EXPECT_EQ(Tool().GetToolId(), TOOL_PENCIL); }});
+}
+
 TEST_F(Panels, SettingsAreStoredASecondAfterTheLastChangeOrBeforeTheToolIsMadeAgain) {
     constexpr int P = ID_PANEL_TOOL_OPTION;
     m_outside.AddStep([&](CPlayer&) {
