@@ -72,6 +72,16 @@ std::vector<int> LoadToolBar() {
     return vIds;
 }
 
+std::wstring PlainTextOf(std::wstring strMenuText) {
+    strMenuText.resize(std::min(strMenuText.size(), strMenuText.find(L'\t')));
+    if (strMenuText.ends_with(L"...")) strMenuText.resize(strMenuText.size() - 3);
+    const size_t nMark = strMenuText.find(L'&');
+    if (nMark == std::wstring::npos) return strMenuText;
+    // A Japanese text has its mnemonic in brackets behind it.
+    const bool bBracketed = nMark > 0 && strMenuText[nMark - 1] == L'(';
+    return strMenuText.erase(bBracketed ? nMark - 1 : nMark, bBracketed ? 4 : 1);
+}
+
 std::vector<int> ListCommands(const std::vector<TMenuItem>& vMenu) {
     std::vector<int> vIds;
     for (const TMenuItem& item : vMenu) {

@@ -23,6 +23,9 @@ public:
     virtual void OnPaint(IPaintTarget& target, const TPanelPaint& paint) = 0;
 };
 
+/// Modifiers beside the virtual key in a Key's value.
+constexpr int KEY_CONTROL = 0x100, KEY_SHIFT = 0x200, KEY_ALT = 0x400;
+
 /// One control of a panel or dialog.
 struct TPanelControl {
     enum class EKind {
@@ -39,6 +42,8 @@ struct TPanelControl {
         List,
         Tree, ///< rows with eyes, pictures and folds; `vTree` instead of `vRows`
         View,
+        Key,  ///< a field that takes a key: `strText` names it, `nValue` is its virtual key and KEY_ bits
+        Page, ///< of a dialog: begins a page named `strText`, to which the controls behind it belong
     };
 
     EKind kind = EKind::Label;
@@ -53,13 +58,16 @@ struct TPanelControl {
     std::vector<int> vStops = {}; ///< a Slider's positions, rising; empty for every number in the range
     int nMin = 0;                 ///< of a Slider; of a Number where its buttons stop
     int nMax = 0;
-    int nValue = 0; ///< 1 for checked; a Slider's number; the selected row of Combo, List, Tree, -1 for none
+    int nValue = 0; ///< 1 for checked; a Slider's number; the selected row of Combo, List, Tree, -1 for none;
+                    ///< 1 for the Page that is open at first
     bool bEnabled = true;
     bool bVisible = true;
     bool bSameLine = false; ///< stands behind the control before it
     bool bGrid = false;     ///< a List runs from left to right in lines
     bool bTitle = false;    ///< a Label in larger letters
     bool bEditable = false; ///< a List's or Tree's rows can be renamed and dragged to other places
+    bool bLive = false;     ///< a Text tells every change while it is typed
+    bool bPen = false;      ///< a dialog's View is told the pen's own reports
     CSize szView = {};      ///< wanted size of View, List and Tree in pixels of 96 to the inch
     CSize szPicture = {};   ///< of a Tree without eyes: the size of its rows' pictures
     IPanelView* pView = nullptr;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/Platform/Controls.h"
+#include "core/Platform/Pen.h"
 
 #include <string>
 #include <vector>
@@ -41,6 +42,12 @@ public:
     virtual std::wstring Ask(IWindow* pOwner, const TFileDialog& dialog) = 0;
 };
 
+/// A pen's report over a view of a dialog.
+struct TPenReport {
+    TPenPacket packet;  ///< the position is the view's, in the pen's units to a device pixel
+    uint32_t uTime = 0; ///< milliseconds since an arbitrary moment
+};
+
 /// State and rules of one modal dialog; the window system only shows it. It hears of every change when it is
 /// made (OnControl), of edits when they lose the focus.
 class CDialogModel : public CControlModel {
@@ -51,6 +58,8 @@ public:
     /// Label of the extra button, empty for none; pressing it calls OnExtra.
     virtual std::wstring GetExtraButton() const { return {}; }
     virtual void OnExtra() {}
+    /// A pen was reported over a View with `bPen`.
+    virtual void OnPen(int, const TPenReport&) {}
     /// OK was pressed and the controls hold what the user left. False keeps the dialog open, after the model
     /// has shown why and put back what it rejected.
     virtual bool OnOk(IWindow* pOwner) = 0;

@@ -13,6 +13,15 @@ struct TMenuItem {
     bool bChecked = false;
 };
 
+/// Calls `fn` with every line of a menu that has a command, from top to bottom.
+template <class Items, class Function>
+void ForEachCommand(Items& vMenu, const Function& fn) {
+    for (auto& item : vMenu) {
+        if (item.nId != 0) fn(item);
+        ForEachCommand(item.vChildren, fn);
+    }
+}
+
 /// Sets the state of a command in a menu or a tool bar.
 class ICommandLook {
 public:

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 
 /// The range of a device's axis.
 struct TPenAxis {
@@ -25,6 +26,15 @@ struct TPenPacket {
     int32_t nTwist = 0;     ///< tenths of a degree
 };
 
+/// The device itself, for the user.
+struct TPenDevice {
+    std::wstring strName;   ///< empty while no pen is known
+    std::wstring strSystem; ///< the window system that reports it
+    bool bPressure = false;
+    bool bTilt = false;
+    bool bTwist = false;
+};
+
 class IPen {
 public:
     /// Capacity of the packet queue; older packets are dropped.
@@ -33,6 +43,8 @@ public:
     virtual ~IPen() = default;
     /// False without a tablet; only the mouse draws then.
     virtual bool IsPresent() = 0;
+    /// The pen that was used last, or one that is connected.
+    virtual TPenDevice GetDevice() = 0;
     virtual TPenAxis GetPressureAxis() = 0;
     virtual TPenAxis GetAltitudeAxis() = 0;
     /// Packet position units per device pixel of the screen.

@@ -90,6 +90,9 @@ public:
     /// Replaces the entries of recent files (ids from `nFirstId`), shown at the menu's entry with that
     /// first id.
     virtual void SetRecentFiles(int nFirstId, const std::vector<std::wstring>& vTexts) = 0;
+    /// Replaces the texts of commands in all menus of this window and its children, and in tool tips, by
+    /// those of a menu.
+    virtual void SetCommandTexts(const std::vector<TMenuItem>& vMenu) = 0;
     /// Text of a status pane, 0 or 1.
     virtual void SetStatusText(int nPane, const std::wstring& strText) = 0;
     /// Sets the lines of the zoom box in order, without selection. A user's choice posts Command 101 with

@@ -51,6 +51,16 @@ public:
         Take();
         return bWritten;
     }
+    void OnPen(int nView, const TPenReport& report) override {
+        const auto it = m_mapViews.find(nView);
+        if (it != m_mapViews.end() && it->second->GetSize().cx > 0) {
+            json act = WritePenAct(nView, report, it->second->GetSize());
+            act["dialog"] = GetName();
+            m_record.Write("reply", act);
+        }
+        m_model.OnPen(nView, report);
+        Take();
+    }
     void OnExtra() override {
         m_model.OnExtra();
         Take();

@@ -11,6 +11,7 @@
 #include "session/scripts/Taken.h"
 #include "session/seam/ControlAct.h"
 #include "session/seam/InputNames.h"
+#include "session/seam/PacketParts.h"
 
 #include <nlohmann/json.hpp>
 
@@ -21,7 +22,6 @@ using nlohmann::json;
 namespace {
 
 constexpr int MAX_KEY = 254;
-constexpr int32_t UPRIGHT = 900; ///< an altitude that a line may omit
 constexpr uint32_t CURSOR_ERASER = 2;
 
 const TInputName& NameOfButtons(uint32_t uButtons) {
@@ -160,15 +160,13 @@ void RecordPacket(const TRecordTo& to, const TPenPacket& packet) {
     const int32_t nUnits = std::max(1, pen.GetUnitsPerPixel());
     const CPoint ptOrigin = pWindow->GetClientOrigin();
     const CPoint pt{packet.x - ptOrigin.x * nUnits, packet.y - ptOrigin.y * nUnits};
-    json line{{"x", pt.x},
-              {"y", pt.y},
-              {"pressure", packet.uPressure - static_cast<uint32_t>(pen.GetPressureAxis().nMin)}};
+    TPenPacket inClient = packet;
+    inClient.x = pt.x;
+    inClient.y = pt.y;
+    inClient.uPressure -= static_cast<uint32_t>(pen.GetPressureAxis().nMin);
+    json line = WritePacketParts(inClient);
     const TInputName& name = NameOfButtons(packet.uButtons);
     if (name.id != EMessage::MouseMove) line["message"] = name.pszName;
-    if (packet.nAltitude != UPRIGHT) line["altitude"] = packet.nAltitude;
-    if (packet.nAzimuth != 0) line["azimuth"] = packet.nAzimuth;
-    if (packet.nTwist != 0) line["twist"] = packet.nTwist;
-    if (packet.uCursor == CURSOR_ERASER) line["eraser"] = true;
     if (packet.uStatus != 0) line["status"] = packet.uStatus;
     if (IsCovered(*pWindow, pt, nUnits)) line["covered"] = true;
     // Does not depend on the capture: an earlier packet, read in the same batch, may release it.

@@ -74,6 +74,7 @@ public:
         : m_pen(pen), m_fnRead(std::move(fnRead)) {}
 
     bool IsPresent() override { return m_pen.IsPresent(); }
+    TPenDevice GetDevice() override { return m_pen.GetDevice(); }
     TPenAxis GetPressureAxis() override { return m_pen.GetPressureAxis(); }
     TPenAxis GetAltitudeAxis() override { return m_pen.GetAltitudeAxis(); }
     int32_t GetUnitsPerPixel() override { return m_pen.GetUnitsPerPixel(); }

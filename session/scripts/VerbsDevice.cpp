@@ -7,6 +7,7 @@
 #include "session/scripts/Taken.h"
 #include "session/scripts/Verbs.h"
 #include "session/seam/InputNames.h"
+#include "session/seam/PacketParts.h"
 #include "session/seam/SessionCanvasWindow.h"
 #include "session/seam/SessionPen.h"
 
@@ -15,13 +16,7 @@
 namespace {
 
 constexpr int64_t MAX_AXIS = 1 << 20;
-constexpr int64_t MAX_TENTHS = 3600; ///< of a degree
 constexpr uint32_t CURSOR_TIP = 1, CURSOR_ERASER = 2;
-
-int32_t ReadNumber(const CScriptValue& value, const char* pszKey, int64_t nDefault, int64_t nMin,
-                   int64_t nMax) {
-    return static_cast<int32_t>(value.Has(pszKey) ? value.At(pszKey).Integer(nMin, nMax) : nDefault);
-}
 
 void PostToActive(CPlayer& player, EMessage id, int64_t wParam = 0, int64_t lParam = 0) {
     player.GetStage().platform.queue.Post({GetActiveFrame().GetWindow(), id, wParam, lParam});
@@ -32,15 +27,10 @@ void PostToActive(CPlayer& player, EMessage id, int64_t wParam = 0, int64_t lPar
 TAction ReadPacket(const CScriptValue& value) {
     value.Object({"message", "x", "y", "pressure", "altitude", "azimuth", "twist", "eraser", "status",
                   "covered", "idle"});
-    TPenPacket packet;
+    TPenPacket packet = ReadPacketParts(value);
     packet.uButtons = ReadInputName(value, true).uButtons;
-    const CPoint pt = ReadPosition(value);
-    packet.uPressure = static_cast<uint32_t>(value.At("pressure").Integer(0, MAX_AXIS));
-    packet.nAltitude = ReadNumber(value, "altitude", 900, -MAX_AXIS, MAX_AXIS);
-    packet.nAzimuth = ReadNumber(value, "azimuth", 0, 0, MAX_TENTHS);
-    packet.nTwist = ReadNumber(value, "twist", 0, -MAX_TENTHS, MAX_TENTHS);
-    packet.uCursor = ReadFlag(value, "eraser") ? CURSOR_ERASER : CURSOR_TIP;
-    packet.uStatus = static_cast<uint32_t>(ReadNumber(value, "status", 0, 0, INT32_MAX));
+    const CPoint pt{packet.x, packet.y};
+    if (value.Has("status")) packet.uStatus = static_cast<uint32_t>(value.At("status").Integer(0, INT32_MAX));
     const bool bCovered = ReadFlag(value, "covered");
     const bool bIdle = ReadFlag(value, "idle");
     return [=](CPlayer& player) mutable {

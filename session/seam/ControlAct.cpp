@@ -3,6 +3,7 @@
 #include "core/Base/Text.h"
 #include "session/seam/Glass.h"
 #include "session/seam/InputNames.h"
+#include "session/seam/PacketParts.h"
 
 #include <nlohmann/json.hpp>
 
@@ -43,11 +44,18 @@ TControlAct ReadView(const CScriptValue& value, const char* pszOwner) {
         act.wParam = PackView(value.At("key").Integer(1, 254), nView);
         return act;
     }
-    value.Object({pszOwner, "view", "message", "x", "y", "width", "height"});
-    act.id = ReadInputName(value, true).id;
     act.wParam = PackView(0, nView);
-    const CPoint pt = ReadPosition(value);
-    act.lParam = PackPoint(pt.x, pt.y);
+    if (value.Has("pen")) {
+        value.Object({pszOwner, "view", "pen", "time", "width", "height"});
+        act.report = {ReadPacketParts(value.At("pen").Object(
+                          {"x", "y", "pressure", "altitude", "azimuth", "twist", "eraser"})),
+                      static_cast<uint32_t>(value.At("time").Integer(0, UINT32_MAX))};
+    } else {
+        value.Object({pszOwner, "view", "message", "x", "y", "width", "height"});
+        act.id = ReadInputName(value, true).id;
+        const CPoint pt = ReadPosition(value);
+        act.lParam = PackPoint(pt.x, pt.y);
+    }
     act.szView = {static_cast<int32_t>(value.At("width").Integer(1, MAX_SIDE)),
                   static_cast<int32_t>(value.At("height").Integer(1, MAX_SIDE))};
     return act;
@@ -148,6 +156,14 @@ json WriteControlAct(const TMessage& msg, const std::function<CSize(int nView)>&
     default:
         return json::object();
     }
+}
+
+json WritePenAct(int nView, const TPenReport& report, CSize szView) {
+    return {{"view", nView},
+            {"pen", WritePacketParts(report.packet)},
+            {"time", report.uTime},
+            {"width", szView.cx},
+            {"height", szView.cy}};
 }
 
 void PaintView(const std::vector<TPanelControl>& vControls, int nId, CSize sz) {

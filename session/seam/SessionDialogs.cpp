@@ -43,7 +43,9 @@ std::optional<TMessage> Change(const TPanelControl& control, const TAnswer::TVal
         return pChecked ? std::nullopt : std::optional(msg);
     case Combo:
     case Slider:
-    case List: {
+    case List:
+    case Tree:
+    case Key: {
         int nValue = 0;
         if (pChecked != nullptr ||
             !boost::conversion::try_lexical_convert(std::get<std::wstring>(value), nValue))
@@ -166,6 +168,11 @@ bool CSessionDialogs::Act(CDialogModel& dialog, const TAnswer& answer) {
         return false;
     }
     if (act.szView.cx > 0) PaintView(dialog.m_vControls, nView, act.szView);
-    Guarded([&] { dialog.OnControlMessage(act.ToMessage(nullptr)); });
+    Guarded([&] {
+        if (act.report)
+            dialog.OnPen(nView, *act.report);
+        else
+            dialog.OnControlMessage(act.ToMessage(nullptr));
+    });
     return true;
 }

@@ -58,6 +58,12 @@ void CSessionMainWindow::SetRecentFiles(int nFirstId, const std::vector<std::wst
     m_shown.Do([&](IMainWindow& window) { window.SetRecentFiles(nFirstId, vTexts); });
 }
 
+void CSessionMainWindow::SetCommandTexts(const std::vector<TMenuItem>& vMenu) {
+    SetMenuTexts(vMenu);
+    for (CSessionCanvasWindow* pChild : m_vChildren) pChild->SetMenuTexts(vMenu);
+    m_shown.Do([&](IMainWindow& window) { window.SetCommandTexts(vMenu); });
+}
+
 void CSessionMainWindow::SetRect(const CRect& rc) {
     m_rc = CRect(rc.TopLeft(), {std::max(rc.Width(), m_szMinimum.cx), std::max(rc.Height(), m_szMinimum.cy)});
 }

@@ -10,6 +10,7 @@
 class CSessionPen : public IPen {
 public:
     bool IsPresent() override { return true; }
+    TPenDevice GetDevice() override { return {L"script", L"session", true, true, true}; }
     TPenAxis GetPressureAxis() override { return {0, m_device.nPressure}; }
     TPenAxis GetAltitudeAxis() override { return {0, m_device.nAltitude}; }
     int32_t GetUnitsPerPixel() override { return m_device.nUnits; }

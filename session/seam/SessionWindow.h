@@ -31,6 +31,14 @@ public:
 
     const std::wstring& GetTitle() const { return m_strTitle; }
     const std::vector<TMenuItem>& GetMenu() const { return m_vMenu; }
+    /// Gives the commands in the menu the texts that they have in another one.
+    void SetMenuTexts(const std::vector<TMenuItem>& vFrom) {
+        ForEachCommand(vFrom, [this](const TMenuItem& from) {
+            ForEachCommand(m_vMenu, [&](TMenuItem& to) {
+                if (to.nId == from.nId) to.strText = from.strText;
+            });
+        });
+    }
     /// The real window that shows this one.
     CShownWindow<Interface>& GetShown() { return m_shown; }
     /// True once Destroy has begun; the object is freed when control returns to the message loop.

@@ -1,8 +1,9 @@
 #include "ui/input/QtPen.h"
 
+#include "ui/base/QtText.h"
 #include "ui/input/QtEventPump.h"
 
-#include <QCoreApplication>
+#include <QGuiApplication>
 #include <QPointingDevice>
 #include <QTabletEvent>
 
@@ -43,11 +44,10 @@ uint32_t ButtonsOf(const QTabletEvent& event) {
 
 } // namespace
 
-void CQtPen::Push(const QTabletEvent& event, qreal dScale) {
+TPenPacket CQtPen::MakePacket(const QTabletEvent& event, const QPointF& pt, qreal dScale) {
     const auto unit = [&](qreal d) {
         return static_cast<int32_t>(std::lround(d * dScale * UNITS_PER_PIXEL));
     };
-    const QPointF pt = event.globalPosition();
     const bool bEraser = IsEraser(event);
     const auto nAltitude =
         static_cast<int32_t>(std::lround(AltitudeOf(event.xTilt(), event.yTilt()) * TENTHS));
@@ -62,8 +62,22 @@ void CQtPen::Push(const QTabletEvent& event, qreal dScale) {
     packet.nAltitude = bEraser ? -nAltitude : nAltitude;
     packet.nAzimuth = static_cast<int32_t>(std::lround(AzimuthOf(event.xTilt(), event.yTilt()) * TENTHS));
     packet.nTwist = static_cast<int32_t>(std::lround(event.rotation() * TENTHS));
-    m_deqPackets.push_back(packet);
+    return packet;
+}
+
+void CQtPen::Push(const QTabletEvent& event, qreal dScale) {
+    m_deqPackets.push_back(MakePacket(event, event.globalPosition(), dScale));
     if (m_deqPackets.size() > QUEUE_SIZE) m_deqPackets.pop_front();
+}
+
+TPenDevice CQtPen::GetDevice() {
+    const QInputDevice* pPen = nullptr;
+    for (const QInputDevice* pDevice : QInputDevice::devices())
+        if (pDevice->type() == QInputDevice::DeviceType::Stylus) pPen = pDevice;
+    const QInputDevice::Capabilities can = pPen ? pPen->capabilities() : QInputDevice::Capability::None;
+    return {pPen ? FromQt(pPen->name()) : std::wstring(), FromQt(QGuiApplication::platformName()),
+            can.testFlag(QInputDevice::Capability::Pressure), can.testFlag(QInputDevice::Capability::XTilt),
+            can.testFlag(QInputDevice::Capability::Rotation)};
 }
 
 size_t CQtPen::GetPackets(TPenPacket* pPackets, size_t nMax) {

@@ -10,6 +10,7 @@
 
 class CQtEventPump;
 class IWindow;
+class QPointF;
 class QTabletEvent;
 
 /// Qt reports pressure as 0 to 1 and tilts in degrees; the packets use axes of their own, with the finest
@@ -21,10 +22,13 @@ public:
 
     /// `fnReceiver` returns the window to notify when the pen enters or leaves, null for none.
     void SetReceiver(std::function<IWindow*()> fnReceiver);
+    /// An event as a packet at `pt`, a position in Qt pixels; `dScale` is device pixels per Qt pixel.
+    static TPenPacket MakePacket(const QTabletEvent& event, const QPointF& pt, qreal dScale);
     /// Queues an event; `dScale` is device pixels per Qt pixel. A full queue drops its oldest packet.
     void Push(const QTabletEvent& event, qreal dScale);
 
     bool IsPresent() override { return true; }
+    TPenDevice GetDevice() override;
     TPenAxis GetPressureAxis() override { return {0, PRESSURE_MAX}; }
     TPenAxis GetAltitudeAxis() override { return {0, ALTITUDE_MAX}; }
     int32_t GetUnitsPerPixel() override { return UNITS_PER_PIXEL; }

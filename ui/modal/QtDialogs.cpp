@@ -12,7 +12,9 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QTabWidget>
 
+#include <optional>
 #include <utility>
 
 namespace {
@@ -27,7 +29,11 @@ struct TUserActs {
         loop.exit();
     }
     void Change(EMessage id, int64_t wParam, int64_t lParam, const QString& strText) {
-        Guarded([&] { vChanges.push_back({nullptr, id, wParam, lParam, FromQt(strText)}); });
+        Guarded([&] { vChanges.push_back({{nullptr, id, wParam, lParam, FromQt(strText)}, {}}); });
+        loop.exit();
+    }
+    void Pen(int nView, const TPenReport& report) {
+        Guarded([&] { vChanges.push_back({{nullptr, EMessage::PenPacket, nView}, report}); });
         loop.exit();
     }
     /// Returns at once while changes wait.
@@ -37,9 +43,14 @@ struct TUserActs {
         return outcome;
     }
 
+    struct TChange {
+        TMessage msg;
+        std::optional<TPenReport> report; ///< of the pen over the view `msg.wParam`
+    };
+
     QEventLoop loop;
     EOutcome outcome = EOutcome::Changed;
-    std::vector<TMessage> vChanges; ///< not yet taken
+    std::vector<TChange> vChanges; ///< not yet taken
 };
 
 /// One dialog as widgets. The model is asked outside of Qt's own calls.
@@ -57,6 +68,7 @@ public:
 
     void Write(const CDialogModel& model) {
         for (size_t idx = 0; idx < m_vControls.size(); ++idx) {
+            if (!m_vControls[idx]) continue;
             const TPanelControl& control = model.m_vControls[idx];
             QWidget* pWidget = m_vControls[idx]->GetWidget();
             pWidget->setEnabled(control.bEnabled);
@@ -68,16 +80,36 @@ public:
 
 private:
     TPanelEvents MakeEvents() {
-        return MakePanelEvents([this](EMessage id, int64_t wParam, int64_t lParam,
-                                      const QString& strText) { m_acts.Change(id, wParam, lParam, strText); },
-                               [] {});
+        TPanelEvents events =
+            MakePanelEvents([this](EMessage id, int64_t wParam, int64_t lParam,
+                                   const QString& strText) { m_acts.Change(id, wParam, lParam, strText); },
+                            [] {});
+        events.pen = [this](int nView, const TPenReport& report) { m_acts.Pen(nView, report); };
+        return events;
     }
 
-    void AddControls(QFormLayout& form, const std::vector<TPanelControl>& vControls) {
+    // The form of a new page, behind the other pages.
+    QFormLayout& AddPage(QFormLayout& form, const TPanelControl& page) {
+        if (!m_pTabs) form.addRow(m_pTabs = new QTabWidget(this));
+        auto* pPage = new QWidget(m_pTabs);
+        pPage->setObjectName(QString::fromStdString(page.strName));
+        m_pTabs->addTab(pPage, ToQt(page.strText));
+        if (page.nValue) m_pTabs->setCurrentWidget(pPage);
+        return *new QFormLayout(pPage);
+    }
+
+    void AddControls(QFormLayout& outer, const std::vector<TPanelControl>& vControls) {
         const TPanelEvents events = MakeEvents();
+        QFormLayout* pForm = &outer;
         QHBoxLayout* pLine = nullptr;
         for (size_t idx = 0; idx < vControls.size(); ++idx) {
             const TPanelControl& control = vControls[idx];
+            if (control.kind == TPanelControl::EKind::Page) {
+                pForm = &AddPage(outer, control);
+                m_vControls.push_back(nullptr);
+                m_vLabels.push_back(nullptr);
+                continue;
+            }
             m_vControls.push_back(MakePanelControl(control, events, this));
             QWidget* pWidget = m_vControls.back()->GetWidget();
             const QString strLabel = ToQt(control.strLabel);
@@ -94,13 +126,13 @@ private:
             pLine = bAlone ? nullptr : new QHBoxLayout;
             if (pLine) pLine->addWidget(pWidget);
             if (pLine && m_vLabels.back())
-                form.addRow(m_vLabels.back(), pLine);
+                pForm->addRow(m_vLabels.back(), pLine);
             else if (pLine)
-                form.addRow(pLine);
+                pForm->addRow(pLine);
             else if (m_vLabels.back())
-                form.addRow(m_vLabels.back(), pWidget);
+                pForm->addRow(m_vLabels.back(), pWidget);
             else
-                form.addRow(pWidget);
+                pForm->addRow(pWidget);
         }
     }
 
@@ -121,13 +153,15 @@ private:
 
     void End(EOutcome outcome) {
         if (outcome != EOutcome::Cancelled)
-            for (const auto& pControl : m_vControls) pControl->Flush();
+            for (const auto& pControl : m_vControls)
+                if (pControl) pControl->Flush();
         m_acts.End(outcome);
     }
 
     TUserActs& m_acts;
-    std::vector<std::unique_ptr<CQtPanelControl>> m_vControls;
-    std::vector<QLabel*> m_vLabels; ///< one a control, null for none
+    std::vector<std::unique_ptr<CQtPanelControl>> m_vControls; ///< null for a page
+    std::vector<QLabel*> m_vLabels;                            ///< one a control, null for none
+    QTabWidget* m_pTabs = nullptr;
 };
 
 } // namespace
@@ -142,8 +176,14 @@ bool CQtDialogs::Run(IWindow* pOwner, CDialogModel& dialog) {
         const EOutcome outcome = acts.Wait();
         if (!pDialog || outcome == EOutcome::Cancelled) break;
         bool bTaken = true;
-        for (const TMessage& msg : std::exchange(acts.vChanges, {}))
-            bTaken = Guarded([&] { dialog.OnControlMessage(msg); }) && bTaken;
+        for (const auto& [msg, report] : std::exchange(acts.vChanges, {}))
+            bTaken = Guarded([&] {
+                         if (report)
+                             dialog.OnPen(static_cast<int>(msg.wParam), *report);
+                         else
+                             dialog.OnControlMessage(msg);
+                     }) &&
+                     bTaken;
         // A change that failed is put back, and the user sees it before the dialog closes.
         if (!bTaken || !pDialog) continue;
         if (outcome == EOutcome::Extra) {

@@ -179,6 +179,7 @@ std::unique_ptr<CQtPanelControl> MakePanelControl(const TPanelControl& control, 
     case EKind::Text:
     case EKind::Number:
     case EKind::Report:
+    case EKind::Key:
         return MakePanelEdit(control, events, pParent);
     case EKind::Slider:
         return std::make_unique<CSliderControl>(control, events, pParent);

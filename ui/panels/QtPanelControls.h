@@ -1,6 +1,7 @@
 // The controls of panels and dialogs as widgets.
 #pragma once
 
+#include "core/Platform/Dialogs.h"
 #include "core/Platform/Panel.h"
 
 #include <QString>
@@ -19,6 +20,7 @@ struct TPanelEvents {
     std::function<void(EMessage id, int nId, int64_t lParam)> row; ///< of a Tree
     std::function<void(int nId, EMessage id, int64_t wParam, int64_t lParam)> view;
     std::function<void()> done; ///< text was edited: the keyboard may go back to the picture
+    std::function<void(int nId, const TPenReport& report)> pen = {}; ///< empty where no view takes it
 };
 
 /// Events that call `fnTell` with the message of what the user did, `strText` empty where none is typed, and
@@ -40,7 +42,7 @@ public:
 
 std::unique_ptr<CQtPanelControl> MakePanelControl(const TPanelControl& control, const TPanelEvents& events,
                                                   QWidget* pParent);
-/// The same for the kinds Text, Number, Report, List, Tree and View.
+/// The same for the kinds Text, Number, Report, Key, List, Tree and View.
 std::unique_ptr<CQtPanelControl> MakePanelEdit(const TPanelControl& control, const TPanelEvents& events,
                                                QWidget* pParent);
 std::unique_ptr<CQtPanelControl> MakePanelList(const TPanelControl& control, const TPanelEvents& events,

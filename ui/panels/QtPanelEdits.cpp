@@ -1,7 +1,9 @@
 #include "ui/base/QtText.h"
+#include "ui/input/QtKeys.h"
 #include "ui/panels/QtPanelControls.h"
 
 #include <QAbstractSpinBox>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 
@@ -53,6 +55,7 @@ public:
         : m_pEdit(pEdit), m_nId(control.nId), m_fnChange(events.change) {
         m_pEdit->setMaxLength(nMaxLength);
         QObject::connect(m_pEdit, &QLineEdit::editingFinished, &m_alive, [this] { Flush(); });
+        if (control.bLive) QObject::connect(m_pEdit, &QLineEdit::textEdited, &m_alive, [this] { Flush(); });
     }
     QWidget* GetWidget() override { return m_pEdit; }
     void Write(const TPanelControl& control) override {
@@ -92,6 +95,51 @@ private:
     CNumberEdit* m_pNumber;
 };
 
+/// A field that takes the next key, with its modifiers, in place of text.
+class CKeyEdit : public QLineEdit {
+public:
+    using QLineEdit::QLineEdit;
+    std::function<void(int nKey)> m_fnKey;
+
+protected:
+    bool event(QEvent* pEvent) override {
+        // No shortcut of the window may take the key before.
+        if (pEvent->type() == QEvent::ShortcutOverride) pEvent->accept();
+        return QLineEdit::event(pEvent);
+    }
+    void keyPressEvent(QKeyEvent* pEvent) override {
+        const int nKey = VirtualKeyOf(*pEvent);
+        const bool bModifier = nKey == VK_Shift || nKey == VK_Control || nKey == VK_Alt;
+        const bool bEnds = pEvent->modifiers() == Qt::NoModifier &&
+                           (pEvent->key() == Qt::Key_Escape || pEvent->key() == Qt::Key_Return);
+        if (bEnds) return pEvent->ignore();
+        if (nKey == 0 || bModifier || pEvent->isAutoRepeat()) return;
+        const auto flag = [&](Qt::KeyboardModifier modifier, int nFlag) {
+            return pEvent->modifiers().testFlag(modifier) ? nFlag : 0;
+        };
+        m_fnKey(nKey | flag(Qt::ControlModifier, KEY_CONTROL) | flag(Qt::ShiftModifier, KEY_SHIFT) |
+                flag(Qt::AltModifier, KEY_ALT));
+    }
+};
+
+class CKeyControl : public CQtPanelControl {
+public:
+    CKeyControl(const TPanelControl& control, const TPanelEvents& events, QWidget* pParent)
+        : m_pEdit(new CKeyEdit(pParent)) {
+        m_pEdit->setReadOnly(true);
+        m_pEdit->setContextMenuPolicy(Qt::NoContextMenu);
+        m_pEdit->setPlaceholderText(ToQt(L"ここでキーを押す"));
+        m_pEdit->m_fnKey = [nId = control.nId, fnChange = events.change](int nKey) {
+            fnChange(nId, nKey, {});
+        };
+    }
+    QWidget* GetWidget() override { return m_pEdit; }
+    void Write(const TPanelControl& control) override { m_pEdit->setText(ToQt(control.strText)); }
+
+private:
+    CKeyEdit* m_pEdit;
+};
+
 class CReportControl : public CQtPanelControl {
 public:
     explicit CReportControl(QWidget* pParent) : m_pReport(new QPlainTextEdit(pParent)) {
@@ -112,6 +160,8 @@ private:
 std::unique_ptr<CQtPanelControl> MakePanelEdit(const TPanelControl& control, const TPanelEvents& events,
                                                QWidget* pParent) {
     if (control.kind == TPanelControl::EKind::Report) return std::make_unique<CReportControl>(pParent);
+    if (control.kind == TPanelControl::EKind::Key)
+        return std::make_unique<CKeyControl>(control, events, pParent);
     if (control.kind == TPanelControl::EKind::Number)
         return std::make_unique<CNumberControl>(new CNumberEdit(control, pParent), control, events);
     return std::make_unique<CEditControl>(new QLineEdit(pParent), MAX_TEXT, control, events);

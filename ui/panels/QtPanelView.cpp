@@ -1,10 +1,12 @@
 #include "ui/base/QtPaintScope.h"
 #include "ui/input/QtKeys.h"
+#include "ui/input/QtPen.h"
 #include "ui/panels/QtPanelControls.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QTabletEvent>
 #include <QWidget>
 
 #include <algorithm>
@@ -34,10 +36,11 @@ private:
 
 class CViewWidget : public QWidget {
 public:
-    CViewWidget(const TPanelControl& control, std::function<void(int, EMessage, int64_t, int64_t)> fnEvent,
-                QWidget* pParent)
+    CViewWidget(const TPanelControl& control, const TPanelEvents& events, QWidget* pParent)
         : QWidget(pParent), m_nId(control.nId), m_pView(control.pView),
-          m_szWanted(control.szView.cx, control.szView.cy), m_fnEvent(std::move(fnEvent)) {
+          m_szWanted(control.szView.cx, control.szView.cy), m_fnEvent(events.view) {
+        if (control.bPen) m_fnPen = events.pen;
+        setTabletTracking(control.bPen);
         setFocusPolicy(Qt::TabFocus);
         setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
         setFixedHeight(m_szWanted.height());
@@ -83,6 +86,12 @@ protected:
             pEvent->ignore();
         }
     }
+    void tabletEvent(QTabletEvent* pEvent) override {
+        pEvent->setAccepted(static_cast<bool>(m_fnPen));
+        if (m_fnPen)
+            m_fnPen(m_nId, {CQtPen::MakePacket(*pEvent, pEvent->position(), devicePixelRatioF()),
+                            static_cast<uint32_t>(pEvent->timestamp())});
+    }
     void focusInEvent(QFocusEvent*) override { update(); }
     void focusOutEvent(QFocusEvent*) override { update(); }
 
@@ -98,12 +107,13 @@ private:
     IPanelView* m_pView;
     QSize m_szWanted;
     std::function<void(int, EMessage, int64_t, int64_t)> m_fnEvent;
+    std::function<void(int, const TPenReport&)> m_fnPen; ///< empty: a pen acts as the mouse
 };
 
 class CViewControl : public CQtPanelControl {
 public:
     CViewControl(const TPanelControl& control, const TPanelEvents& events, QWidget* pParent)
-        : m_pView(new CViewWidget(control, events.view, pParent)) {}
+        : m_pView(new CViewWidget(control, events, pParent)) {}
     QWidget* GetWidget() override { return m_pView; }
     void Write(const TPanelControl&) override { m_pView->update(); }
 

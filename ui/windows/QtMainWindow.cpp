@@ -117,7 +117,7 @@ std::unique_ptr<CQtMenuSet> CQtMainWindow::MakeMenus(const std::vector<TMenuItem
         vMenu, CQtMenuSet::TEvents{[this](int nId) { m_life.Post(EMessage::Command, nId); },
                                    [this] { m_life.Send(EMessage::InitMenuPopup); },
                                    [this](QMenu& menu) { Guarded([&] { ListWindows(menu); }); }});
-    m_pToolBar->TakeToolTips(vMenu);
+    m_pToolBar->SetToolTips(vMenu);
     if (m_nFirstRecentId != 0) pMenus->SetRecentFiles(m_nFirstRecentId, m_vRecent);
     return pMenus;
 }
@@ -182,6 +182,12 @@ void CQtMainWindow::SetRecentFiles(int nFirstId, const std::vector<std::wstring>
     m_vRecent = vTexts;
     m_pMenus->SetRecentFiles(nFirstId, vTexts);
     for (CQtCanvasWindow* pChild : m_vChildren) pChild->GetMenus().SetRecentFiles(nFirstId, vTexts);
+}
+
+void CQtMainWindow::SetCommandTexts(const std::vector<TMenuItem>& vMenu) {
+    m_pMenus->SetTexts(vMenu);
+    for (CQtCanvasWindow* pChild : m_vChildren) pChild->GetMenus().SetTexts(vMenu);
+    m_pToolBar->SetToolTips(vMenu);
 }
 
 void CQtMainWindow::SetStatusText(int nPane, const std::wstring& strText) {

@@ -31,6 +31,7 @@ public:
     ICommandLook& GetMenuLook() override { return m_menuLook; }
     ICommandLook& GetToolBarLook() override;
     void SetRecentFiles(int nFirstId, const std::vector<std::wstring>& vTexts) override;
+    void SetCommandTexts(const std::vector<TMenuItem>& vMenu) override;
     void SetStatusText(int nPane, const std::wstring& strText) override;
     void SetZoomItems(const std::vector<std::wstring>& vItems) override;
     void SelectZoomItem(int nItem) override;

@@ -1,10 +1,10 @@
 #include "ui/windows/QtMenu.h"
 
+#include "core/Commands/MenuTable.h"
 #include "ui/base/QtApplication.h"
 #include "ui/base/QtText.h"
 
 #include <QMenuBar>
-#include <QRegularExpression>
 
 namespace {
 
@@ -22,11 +22,7 @@ void SetActionState(QAction& action, bool bEnabled, bool bChecked) {
 
 QString ToolTipOf(const std::wstring& strMenuText) {
     const QStringList lstParts = ToQt(strMenuText).split(QLatin1Char('\t'));
-    QString strText = lstParts.front();
-    static const QRegularExpression reBracketed(QStringLiteral("\\(&.\\)"));
-    static const QRegularExpression reMark(QStringLiteral("&(.)"));
-    strText.remove(reBracketed).replace(reMark, QStringLiteral("\\1"));
-    if (strText.endsWith(QLatin1String("..."))) strText.chop(3);
+    const QString strText = ToQt(PlainTextOf(strMenuText));
     return lstParts.size() < 2 ? strText : QStringLiteral("%1 (%2)").arg(strText, lstParts[1]);
 }
 
@@ -86,10 +82,9 @@ void CQtMenuSet::SetRecentFiles(int nFirstId, const std::vector<std::wstring>& v
     }
 }
 
-void CQtMenuSet::ForEachItem(const std::vector<TMenuItem>& vMenu,
-                             const std::function<void(int, const std::wstring&)>& visit) {
-    for (const TMenuItem& item : vMenu) {
-        if (item.nId != 0) visit(item.nId, item.strText);
-        ForEachItem(item.vChildren, visit);
-    }
+void CQtMenuSet::SetTexts(const std::vector<TMenuItem>& vMenu) {
+    ForEachCommand(vMenu, [this](const TMenuItem& item) {
+        const auto [itFirst, itEnd] = m_mapActions.equal_range(item.nId);
+        for (auto it = itFirst; it != itEnd; ++it) it->second->setText(ToQt(item.strText));
+    });
 }

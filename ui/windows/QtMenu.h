@@ -40,9 +40,8 @@ public:
     void SetState(int nId, bool bEnabled, bool bChecked);
     /// Replaces the item `nFirstId` by these texts with consecutive ids; no texts restore the item.
     void SetRecentFiles(int nFirstId, const std::vector<std::wstring>& vTexts);
-    /// Calls `visit` with the id and text of every item.
-    static void ForEachItem(const std::vector<TMenuItem>& vMenu,
-                            const std::function<void(int, const std::wstring&)>& visit);
+    /// Gives the items the texts that their commands have in a menu.
+    void SetTexts(const std::vector<TMenuItem>& vMenu);
 
 private:
     void Fill(QMenu& menu, const TMenuItem& item);

@@ -50,10 +50,10 @@ void CQtToolBar::SetState(int nId, bool bEnabled, bool bChecked) {
     if (it != m_mapActions.end()) SetActionState(*it->second, bEnabled, bChecked);
 }
 
-void CQtToolBar::TakeToolTips(const std::vector<TMenuItem>& vMenu) {
-    CQtMenuSet::ForEachItem(vMenu, [this](int nId, const std::wstring& strText) {
-        const auto it = m_mapActions.find(nId);
-        if (it != m_mapActions.end() && it->second->text().isEmpty()) it->second->setText(ToolTipOf(strText));
+void CQtToolBar::SetToolTips(const std::vector<TMenuItem>& vMenu) {
+    ForEachCommand(vMenu, [this](const TMenuItem& item) {
+        const auto it = m_mapActions.find(item.nId);
+        if (it != m_mapActions.end()) it->second->setText(ToolTipOf(item.strText));
     });
 }
 

@@ -18,8 +18,8 @@ public:
     CQtToolBar(const std::vector<int>& vIds, const std::function<void(int, int)>& command, QWidget* pParent);
 
     void SetState(int nId, bool bEnabled, bool bChecked) override;
-    /// Sets the tool tips of buttons that have none yet from a menu's texts.
-    void TakeToolTips(const std::vector<TMenuItem>& vMenu);
+    /// Sets the tool tips of buttons whose commands a menu has from its texts.
+    void SetToolTips(const std::vector<TMenuItem>& vMenu);
 
     void SetZoomItems(const std::vector<std::wstring>& vItems);
     void SelectZoomItem(int nItem);
