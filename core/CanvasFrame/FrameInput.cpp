@@ -2,6 +2,7 @@
 
 #include "core/AppModule/ErrorBox.h"
 #include "core/AppModule/PrivateMessages.h"
+#include "core/Commands/HeldKeys.h"
 #include "core/IniConfig/GlobalSwitches.h"
 #include "core/IniConfig/IniConfig.h"
 #include "core/Platform/Platform.h"
@@ -33,7 +34,7 @@ void CFrameInput::TellTool(Tell fnTell) {
     Guarded([&] { bRedraw ? m_frame.RequestRedraw() : InvalidateOverlay(); });
 }
 
-bool CFrameInput::IsKeyDown(int nKey) const { return m_frame.GetOutside().platform.keys.IsKeyDown(nKey); }
+bool CFrameInput::IsKeyDown(int nKey) const { return m_frame.GetOutside().keys.IsKeyDown(nKey); }
 
 void CFrameInput::Open() {
     IPen& pen = m_frame.GetOutside().platform.pen;
@@ -41,6 +42,11 @@ void CFrameInput::Open() {
     const bool bMouseCoord =
         m_frame.GetOutside().settings.GetSection(L"Tablet")->GetInt(L"MouseCoord", 1) != 0;
     m_pTablet = std::make_unique<CTablet>(pen, bMouseCoord);
+    SetPenCurve(TPenCurve::Read(m_frame.GetOutside().settings));
+}
+
+void CFrameInput::SetPenCurve(const TPenCurve& curve) {
+    if (m_pTablet) m_pTablet->SetCurve(curve);
 }
 
 std::optional<bool> CFrameInput::OnMessage(const TMessage& msg) {
@@ -259,7 +265,7 @@ void CFrameInput::DragHand(const TPointerInput& input) {
 
 bool CFrameInput::OnKey(const TMessage& msg, bool bDown) {
     if (bDown && msg.lParam == 1) return false; // a held key repeats
-    const int nKey = static_cast<int>(msg.wParam);
+    const int nKey = m_frame.GetOutside().keys.GetMeaning(static_cast<int>(msg.wParam), bDown);
     const auto spTool = GetTool();
     bool bHandled = false;
     if (nKey == VK_Space) {

@@ -49,6 +49,8 @@ public:
     boost::shared_ptr<CTools> GetTool() const { return m_frame.GetOutside().wpTool.lock(); }
     /// Opens the tablet; without one only the mouse draws.
     void Open();
+    /// Stretches the pen's pressures from now on.
+    void SetPenCurve(const TPenCurve& curve);
     /// Handles pointer, pen and key messages: true when consumed. Returns nullopt for other messages.
     std::optional<bool> OnMessage(const TMessage& msg);
     /// The one entry for every pointer event.

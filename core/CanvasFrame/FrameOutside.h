@@ -3,6 +3,7 @@
 
 #include <boost/weak_ptr.hpp>
 
+class CHeldKeys;
 class CIniConfig;
 class CRecentPictures;
 class CRecovery;
@@ -14,6 +15,7 @@ struct TPlatform;
 struct TFrameOutside {
     const TPlatform& platform;
     CIniConfig& settings;
+    CHeldKeys& keys;
     CRecovery& recovery;
     CRecentPictures& pictures;
     const TGlobalSwitches& switches;

@@ -7,7 +7,6 @@
 
 namespace {
 
-constexpr uint32_t THRESHOLD_PERCENT = 2;
 constexpr int32_t CURSOR_UNITS = 8; ///< units of the system cursor's position per pixel
 
 // The screen pixel of a position; rounds down also left of the primary screen.
@@ -27,10 +26,7 @@ EMessage MessageOf(uint32_t uButtons) {
 
 } // namespace
 
-CTablet::CTablet(IPen& pen, bool bMouseCoord) : m_pen(pen), m_axisPressure(pen.GetPressureAxis()) {
-    const uint32_t uRange = static_cast<uint32_t>(m_axisPressure.nMax - m_axisPressure.nMin);
-    m_nPressThreshold = uRange * THRESHOLD_PERCENT / 100;
-    m_nPressRange = std::max(1u, uRange - m_nPressThreshold);
+CTablet::CTablet(IPen& pen, bool bMouseCoord) : m_pen(pen), m_range(pen.GetPressureAxis()) {
     m_nAltitudeMax = static_cast<uint32_t>(std::max(1, pen.GetAltitudeAxis().nMax));
     m_nUnits = std::max(1, pen.GetUnitsPerPixel());
     m_nCoordScale = bMouseCoord ? std::min(m_nUnits, CURSOR_UNITS) : m_nUnits;
@@ -49,12 +45,11 @@ std::optional<TPenEvent> CTablet::Decode(const TPenPacket& packet, const ICanvas
                     PixelOf(int64_t{packet.y} * m_nCoordScale, m_nUnits)};
     if (!bCaptured && !window.IsAt(ptPixel)) return std::nullopt;
     const CPoint ptOrigin = window.GetClientOrigin();
-    const uint32_t p = packet.uPressure - static_cast<uint32_t>(m_axisPressure.nMin);
     TPenEvent event;
     event.message = MessageOf(packet.uButtons);
     event.pt = {pt.x - ptOrigin.x * m_nCoordScale, pt.y - ptOrigin.y * m_nCoordScale};
-    event.bLow = p != 0 && p <= m_nPressThreshold;
-    event.uPressure = p > m_nPressThreshold ? p - m_nPressThreshold : 0;
+    event.bLow = m_range.IsLow(packet.uPressure);
+    event.uPressure = m_curve.Apply(m_range.Above(packet.uPressure), m_range.GetRange());
     event.uAltitude = static_cast<uint32_t>(std::abs(packet.nAltitude));
     return event;
 }

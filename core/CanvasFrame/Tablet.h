@@ -3,6 +3,7 @@
 
 #include "core/Platform/Message.h"
 #include "core/Platform/Pen.h"
+#include "core/Tools/PenCurve.h"
 
 #include <optional>
 
@@ -12,7 +13,7 @@ class ICanvasWindow;
 struct TPenEvent {
     EMessage message = EMessage::MouseMove;
     CPoint pt;              ///< client position in 1 / scale of a pixel
-    uint32_t uPressure = 0; ///< above the threshold, 0 to the range
+    uint32_t uPressure = 0; ///< above the threshold and stretched by the curve, 0 to the range
     uint32_t uAltitude = 0;
     bool bLow = false; ///< the pen touches, but below the threshold
 };
@@ -27,22 +28,23 @@ public:
     std::optional<TPenEvent> Decode(const TPenPacket& packet, const ICanvasWindow& window, bool bCaptured);
     /// Reads all waiting packets, at most IPen::QUEUE_SIZE; returns how many.
     size_t Read(TPenPacket* pPackets) { return m_pen.GetPackets(pPackets, IPen::QUEUE_SIZE); }
+    /// Stretches the pressures from now on.
+    void SetCurve(const TPenCurve& curve) { m_curve = curve; }
     /// Switches the packets on or off unless they already are.
     void Enable(bool bEnable);
 
     /// Units of a position to a pixel.
     int32_t GetCoordScale() const { return m_nCoordScale; }
-    /// Pressure above the threshold of 2 percent, and the altitude's maximum.
-    uint32_t GetPressRange() const { return m_nPressRange; }
+    /// The maxima of pressure and altitude.
+    uint32_t GetPressRange() const { return m_range.GetRange(); }
     uint32_t GetAltitudeMax() const { return m_nAltitudeMax; }
 
 private:
     IPen& m_pen;
-    TPenAxis m_axisPressure;
+    CPressRange m_range;
     int32_t m_nUnits = 1; ///< of a packet's position to a pixel
     int32_t m_nCoordScale = 1;
-    uint32_t m_nPressThreshold = 0;
-    uint32_t m_nPressRange = 1;
     uint32_t m_nAltitudeMax = 1;
+    TPenCurve m_curve;
     bool m_bEnabled = true;
 };

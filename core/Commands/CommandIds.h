@@ -62,6 +62,9 @@ enum ECommand : int {
     ID_PANELS_HIDE = 14001,
     ID_BRUSH_SMALLER = 14002,
     ID_BRUSH_LARGER = 14003,
+    ID_HOLD_PICK = 14010, ///< its key is held: acts as Alt does
+    ID_HOLD_HAND = 14011, ///< its key is held: acts as Space does
+    ID_LAYER_SOLO = 14012,
     ID_NEW_A4_350 = 14061,
     ID_NEW_A4_600 = 14062,
     ID_NEW_FULL_HD = 14063,

@@ -5,6 +5,7 @@
 #include "core/Base/Text.h"
 #include "core/Commands/Commands.h"
 #include "core/IniConfig/IniConfig.h"
+#include "core/Platform/Controls.h"
 #include "core/Platform/System.h"
 
 #include <boost/algorithm/string/classification.hpp>
@@ -62,6 +63,15 @@ TKey KeyOf(const TMessage& msg, IKeyState& keys) {
     const auto nKey = static_cast<int>(msg.wParam);
     if ((msg.id != EMessage::KeyDown && msg.id != EMessage::SysKeyDown) || IsModifier(nKey)) return {};
     return {nKey, keys.IsKeyDown(VK_Control), keys.IsKeyDown(VK_Shift), keys.IsKeyDown(VK_Alt)};
+}
+
+TKey KeyOfValue(int nValue) {
+    return {nValue & 0xFF, (nValue & KEY_CONTROL) != 0, (nValue & KEY_SHIFT) != 0, (nValue & KEY_ALT) != 0};
+}
+
+int ValueOfKey(const TKey& key) {
+    return key.nKey | (key.bControl ? KEY_CONTROL : 0) | (key.bShift ? KEY_SHIFT : 0) |
+           (key.bAlt ? KEY_ALT : 0);
 }
 
 std::wstring NameOfKey(const TKey& key) {
@@ -184,8 +194,25 @@ std::vector<TKey> CShortcuts::GetKeys(int nCommand) const {
 }
 
 void CShortcuts::Add(const TKey& key, int nCommand) {
-    std::erase_if(m_vShortcuts, [&](const TShortcut& shortcut) { return shortcut.key == key; });
+    Remove(key);
     m_vShortcuts.push_back({key, false, nCommand});
+}
+
+void CShortcuts::Assign(const TKey& key, int nCommand) {
+    Add(key, nCommand);
+    const auto repeats = [=](const TShortcut& shortcut) {
+        return shortcut.nCommand == nCommand && !shortcut.bNoRepeat;
+    };
+    m_vShortcuts.back().bNoRepeat = std::ranges::none_of(GetDefault().m_vShortcuts, repeats);
+}
+
+void CShortcuts::Remove(const TKey& key) {
+    std::erase_if(m_vShortcuts, [&](const TShortcut& shortcut) { return shortcut.key == key; });
+}
+
+void CShortcuts::Reset(int nCommand) {
+    Clear(nCommand);
+    for (const TKey& key : GetDefault().GetKeys(nCommand)) Assign(key, nCommand);
 }
 
 void CShortcuts::Clear(int nCommand) {

@@ -24,6 +24,9 @@ struct TKey {
 
 /// The key of a message with the modifiers that are held now; no key for other messages and for modifiers.
 TKey KeyOf(const TMessage& msg, IKeyState& keys);
+/// The key of a Key control's value, and back.
+TKey KeyOfValue(int nValue);
+int ValueOfKey(const TKey& key);
 /// A key as menus show it: "Ctrl+Z". A digit pad's plus and minus are shown as those.
 std::wstring NameOfKey(const TKey& key);
 
@@ -63,8 +66,14 @@ public:
     std::wstring NameKeys(int nCommand, const wchar_t* pszBefore, const wchar_t* pszBehind = L"") const;
     /// Gives a command a further key, which another command loses.
     void Add(const TKey& key, int nCommand);
+    /// The same as the user does it: a held key repeats the command only if the built-in ones do.
+    void Assign(const TKey& key, int nCommand);
+    /// Takes a key away from its command.
+    void Remove(const TKey& key);
     /// Takes a command's keys away.
     void Clear(int nCommand);
+    /// Gives a command its built-in keys, and no others.
+    void Reset(int nCommand);
     /// Puts the commands' keys behind the texts of a menu. A text keeps the keys that stand in it while the
     /// command has the built-in ones.
     void Label(std::vector<TMenuItem>& vMenu) const;

@@ -1,37 +1,39 @@
 #include "core/ConfigDialog/ConfigDialog.h"
 
-#include "core/IniConfig/IniConfig.h"
+#include "core/ConfigDialog/MemoryPage.h"
+#include "core/ConfigDialog/PenPage.h"
+#include "core/ConfigDialog/ShortcutPage.h"
+#include "core/ConfigDialog/TabletPage.h"
 
-namespace {
+#include <algorithm>
 
-constexpr wchar_t SECTION[] = L"Tablet";
-
-// The fields' places in the dialog.
-enum EField : size_t { FIELD_COORD = 1, FIELD_TAP = 3 };
-
-} // namespace
-
-CConfigDialog::CConfigDialog(CIniConfig& config) : m_config(config) {
-    const auto spSection = config.GetSection(SECTION);
-    using enum TPanelControl::EKind;
-    const auto add = [&](TPanelControl::EKind kind, const char* pszName, const wchar_t* pszText,
-                         bool bChecked) {
-        m_vControls.push_back({.kind = kind,
-                               .nId = static_cast<int>(m_vControls.size()) + 1,
-                               .strText = pszText,
-                               .nValue = bChecked,
-                               .strName = pszName});
-    };
-    add(Label, "title", L"タブレット設定", false);
-    // Shown the other way round: what is kept says that the mouse's coordinates are used.
-    add(Check, "tabletCoord", L"タブレット座標を利用する", spSection->GetInt(L"MouseCoord", 1) == 0);
-    add(Label, "note", L"※この設定は再起動するまで有効になりません", false);
-    add(Check, "tapDot", L"動かさずに押したとき点を打つ", spSection->GetInt(L"TapDot", 1) != 0);
+CConfigDialog::CConfigDialog(const TConfigOutside& outside) {
+    m_vPages.push_back(std::make_unique<CTabletPage>(outside));
+    m_vPages.push_back(std::make_unique<CPenPage>(outside));
+    m_vPages.push_back(std::make_unique<CMemoryPage>(outside));
+    m_vPages.push_back(std::make_unique<CShortcutPage>(outside));
+    int nFirst = 0;
+    for (const auto& pPage : m_vPages) {
+        nFirst += CConfigPage::IDS;
+        for (TPanelControl& control : pPage->MakeControls()) {
+            control.nId += nFirst;
+            m_vControls.push_back(std::move(control));
+        }
+        pPage->Open([this, nFirst](int nId) -> TPanelControl& { return Find(nFirst + nId); });
+    }
 }
 
+CConfigPage& CConfigDialog::PageOf(int nId) const {
+    return *m_vPages.at(static_cast<size_t>(nId / CConfigPage::IDS - 1));
+}
+
+void CConfigDialog::OnControl(TPanelControl& control) { PageOf(control.nId).OnControl(control); }
+void CConfigDialog::OnFold(int nId, int nRow, bool bClosed) { PageOf(nId).OnFold(nRow, bClosed); }
+void CConfigDialog::OnPointer(int nId, EMessage id, CPoint pt) { PageOf(nId).OnPointer(id, pt); }
+void CConfigDialog::OnPen(int nView, const TPenReport& report) { PageOf(nView).OnPen(report); }
+
 bool CConfigDialog::OnOk(IWindow*) {
-    const auto spSection = m_config.GetSection(SECTION);
-    spSection->SetInt(L"MouseCoord", m_vControls[FIELD_COORD].nValue ? 0 : 1);
-    spSection->SetInt(L"TapDot", m_vControls[FIELD_TAP].nValue ? 1 : 0);
+    if (!std::ranges::all_of(m_vPages, [](const auto& pPage) { return pPage->Check(); })) return false;
+    for (const auto& pPage : m_vPages) pPage->Apply();
     return true;
 }

@@ -1,19 +1,28 @@
-// The settings that the user finds under 環境設定: one page, the tablet's.
+// The settings that the user finds under 環境設定, in pages.
 #pragma once
 
-#include "core/Platform/Dialogs.h"
+#include "core/ConfigDialog/ConfigPage.h"
 
-class CIniConfig;
+#include <memory>
 
 class CConfigDialog : public CDialogModel {
 public:
-    explicit CConfigDialog(CIniConfig& config);
+    /// `outside` outlives the dialog.
+    explicit CConfigDialog(const TConfigOutside& outside);
 
     const char* GetName() const override { return "CConfigDialog"; }
     std::wstring GetTitle() const override { return L"環境設定"; }
-    /// Writes the settings.
+    void OnPen(int nView, const TPenReport& report) override;
+    /// Applies all pages when every one of them can be.
     bool OnOk(IWindow* pOwner) override;
 
+protected:
+    void OnControl(TPanelControl& control) override;
+    void OnFold(int nId, int nRow, bool bClosed) override;
+    void OnPointer(int nId, EMessage id, CPoint pt) override;
+
 private:
-    CIniConfig& m_config;
+    CConfigPage& PageOf(int nId) const;
+
+    std::vector<std::unique_ptr<CConfigPage>> m_vPages;
 };

@@ -41,8 +41,9 @@ void CreateMainFrame() {
 }
 
 CMainFrame::CMainFrame()
-    : m_outside{g_AppModule.GetPlatform().clock,
-                g_AppModule.GetPlatform().keys,
+    : m_heldKeys(g_AppModule.GetPlatform().keys, m_shortcuts),
+      m_outside{g_AppModule.GetPlatform().clock,
+                m_heldKeys,
                 m_random,
                 g_AppModule.GetSettings(),
                 g_Switches,
@@ -56,6 +57,7 @@ CMainFrame::CMainFrame()
                  FindProfilePath(g_AppModule.GetPlatform().locations, L"RecentPictures.bin")),
       m_frameOutside{g_AppModule.GetPlatform(),
                      g_AppModule.GetSettings(),
+                     m_heldKeys,
                      g_AppModule.GetRecovery(),
                      m_pictures,
                      g_Switches,

@@ -5,6 +5,7 @@
 #include "core/AppModule/MessageLoop.h"
 #include "core/CanvasFrame/CanvasFrame.h"
 #include "core/Commands/Commands.h"
+#include "core/Commands/HeldKeys.h"
 #include "core/Commands/Shortcuts.h"
 #include "core/ImageFile/RecentPictures.h"
 #include "core/IniConfig/RecentDocumentList.h"
@@ -92,6 +93,7 @@ private:
     void OnViewNew();
     void OnAbout();
     void OnConfig();
+    void ShowLayerAlone();
     void OnZoom(int nStep);
     void OnZoomCombo(int nLine);
     void OnUpdateScale();
@@ -117,6 +119,8 @@ private:
     void ForgetTold();
 
     IMainWindow* m_pWindow = nullptr;
+    CShortcuts m_shortcuts;
+    CHeldKeys m_heldKeys;
     CStrokeRandom m_random; ///< the random sequence of all strokes of a session
     CPenContact m_contact;
     TToolOutside m_outside;
@@ -128,7 +132,6 @@ private:
     CRecentPictures m_pictures;
     TFrameOutside m_frameOutside;
     CCommandTable m_commands;
-    CShortcuts m_shortcuts;
     TPanelOutside m_panelOutside;
     CPanels m_panels{m_panelOutside};
     CStartPage m_startPage;

@@ -7,12 +7,15 @@
 #include "core/CanvasFrame/CanvasCommands.h"
 #include "core/CanvasFrame/ZoomList.h"
 #include "core/Commands/CommandIds.h"
+#include "core/Commands/MenuTable.h"
 #include "core/ConfigDialog/ConfigDialog.h"
 #include "core/ImageFile/ImageFile.h"
 #include "core/IniConfig/GlobalSwitches.h"
 #include "core/MainFrame/AboutDialog.h"
+#include "core/MainFrame/KeyCommands.h"
 #include "core/MainFrame/MainFrame.h"
 #include "core/MainFrame/NewDialog.h"
+#include "core/Panels/LayerWnd.h"
 #include "core/Panels/ToolTable.h"
 
 #include <utility>
@@ -39,6 +42,10 @@ void CMainFrame::BindCommands() {
     bind(ID_APP_ABOUT, &CMainFrame::OnAbout);
     bind(ID_APP_CONFIG, &CMainFrame::OnConfig);
     bind(ID_VIEW_NEW, &CMainFrame::OnViewNew, HasFrame);
+    bind(ID_LAYER_SOLO, &CMainFrame::ShowLayerAlone, [](int) {
+        const auto spFrame = g_wpActiveFrame.lock();
+        return spFrame && spFrame->GetCanvas()->GetActiveLayer();
+    });
     m_commands.Bind(ID_APP_EXIT, [](int) { PostToMainFrame(EMessage::Close); });
     for (int nId = ID_FILE_MRU_FIRST; nId <= ID_FILE_MRU_LAST; ++nId)
         m_commands.Bind(
@@ -104,7 +111,8 @@ void CMainFrame::OnFileClose() {
 void CMainFrame::OnFileNew() {
     const TPlatform& platform = g_AppModule.GetPlatform();
     CNewDialog dialog(platform.boxes);
-    if (platform.dialogs.Run(m_pWindow, dialog)) CreateDocument({dialog.GetSize(), dialog.IsColor()});
+    if (!platform.dialogs.Run(m_pWindow, dialog)) return;
+    CreateDocument(dialog.GetDocument());
 }
 
 bool CMainFrame::CreateDocument(const TNewDocument& document) {
@@ -193,10 +201,21 @@ void CMainFrame::OnAbout() {
 }
 
 void CMainFrame::OnConfig() {
-    CConfigDialog dialog(g_AppModule.GetSettings());
-    if (!g_AppModule.GetPlatform().dialogs.Run(m_pWindow, dialog)) return;
+    CIniConfig& settings = g_AppModule.GetSettings();
+    TPenCurve curve = TPenCurve::Read(settings);
+    const TConfigOutside outside{
+        g_AppModule.GetPlatform(), settings, g_Switches, m_shortcuts, curve, m_pWindow, ListKeyCommands()};
+    CConfigDialog dialog(outside);
+    if (!outside.platform.dialogs.Run(m_pWindow, dialog)) return;
+    m_pWindow->SetCommandTexts(MakeMenu(MENU_CANVAS));
+    for (const auto& spFrame : g_lstCanvasFrame) spFrame->GetInput().SetPenCurve(curve);
+    PostToMainFrame(WM_REFRESH_HISTORY);
     // A tool reads its settings when it is created.
     if (m_spActiveTool) SwitchTool(m_spActiveTool->GetToolId());
+}
+
+void CMainFrame::ShowLayerAlone() {
+    if (auto* pPanel = dynamic_cast<CLayerWnd*>(m_panels.Find(ID_PANEL_LAYER))) pPanel->ShowActiveAlone();
 }
 
 void CMainFrame::OnZoom(int nStep) {

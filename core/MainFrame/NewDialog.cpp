@@ -6,6 +6,8 @@
 
 namespace {
 
+enum EField : int { ID_COLOR = 3, ID_LIGHT };
+
 constexpr int DEFAULT_WIDTH = 800;
 constexpr int DEFAULT_HEIGHT = 600;
 
@@ -29,15 +31,26 @@ CNewDialog::CNewDialog(IMessageBoxes& boxes) : m_boxes(boxes) {
     m_vControls = {SizeControl(1, "width", L"幅", DEFAULT_WIDTH),
                    SizeControl(2, "height", L"高さ", DEFAULT_HEIGHT),
                    {.kind = TPanelControl::EKind::Check,
-                    .nId = 3,
+                    .nId = ID_COLOR,
                     .strText = L"カラー",
                     .nValue = 1,
-                    .strName = "color"}};
+                    .strName = "color"},
+                   {.kind = TPanelControl::EKind::Check,
+                    .nId = ID_LIGHT,
+                    .strText = L"軽量表示",
+                    .bSameLine = true,
+                    .strName = "light"}};
+}
+
+void CNewDialog::OnControl(TPanelControl& control) {
+    if (control.nId == ID_COLOR) Find(ID_LIGHT).bEnabled = control.nValue != 0;
 }
 
 bool CNewDialog::OnOk(IWindow* pOwner) {
-    const bool bWidth = ParseSide(m_vControls[0].strText, m_size.cx);
-    const bool bHeight = ParseSide(m_vControls[1].strText, m_size.cy);
+    const bool bWidth = ParseSide(m_vControls[0].strText, m_document.sz.cx);
+    const bool bHeight = ParseSide(m_vControls[1].strText, m_document.sz.cy);
+    m_document.bColor = Find(ID_COLOR).nValue != 0;
+    m_document.bLight = m_document.bColor && Find(ID_LIGHT).nValue != 0;
     if (bWidth && bHeight) return true;
     m_boxes.Show(pOwner, L"ピクセルサイズは 1～12000 に限定されています。", L"Vellumcraft", EBoxKind::Plain);
     if (!bWidth) m_vControls[0].strText = std::to_wstring(DEFAULT_WIDTH);

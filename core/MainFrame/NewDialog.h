@@ -1,7 +1,7 @@
-// The dialog for a new canvas's size and colour mode.
+// The dialog for a new document's size and colour mode.
 #pragma once
 
-#include "core/Base/Geometry.h"
+#include "core/MainFrame/NewDocument.h"
 #include "core/Platform/Dialogs.h"
 
 class CNewDialog : public CDialogModel {
@@ -13,12 +13,14 @@ public:
     /// Refuses sizes outside 1 to MAX_CANVAS_SIDE: reports it, restores 800 or 600 and stays open.
     bool OnOk(IWindow* pOwner) override;
 
-    /// The accepted size in pixels.
-    CSize GetSize() const { return m_size; }
-    /// False for a grey canvas.
-    bool IsColor() const { return m_vControls[2].nValue != 0; }
+    /// What was accepted.
+    const TNewDocument& GetDocument() const { return m_document; }
+
+protected:
+    /// The light display is of use in colour only.
+    void OnControl(TPanelControl& control) override;
 
 private:
     IMessageBoxes& m_boxes;
-    CSize m_size;
+    TNewDocument m_document;
 };

@@ -139,10 +139,15 @@ void CLayerWnd::OnEye(int, int nRow, EEyeAct act) {
     const auto spFrame = GetFrame();
     const TLayerPtr spLayer = m_rows.GetLayer(nRow);
     if (!spFrame || !spLayer) return;
-    if (act == EEyeAct::Alone)
-        m_solo.Toggle(*spFrame->GetCanvas(), spLayer);
-    else if (spLayer->IsVisible() != (act == EEyeAct::Show))
-        spLayer->SetVisible(act == EEyeAct::Show, true);
+    if (act == EEyeAct::Alone) return ShowAlone(spLayer);
+    if (spLayer->IsVisible() != (act == EEyeAct::Show)) spLayer->SetVisible(act == EEyeAct::Show, true);
+    spFrame->RequestRedraw();
+}
+
+void CLayerWnd::ShowAlone(const TLayerPtr& spLayer) {
+    const auto spFrame = GetFrame();
+    if (!spFrame || !spLayer) return;
+    m_solo.Toggle(*spFrame->GetCanvas(), spLayer);
     spFrame->RequestRedraw();
 }
 

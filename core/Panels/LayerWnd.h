@@ -13,6 +13,8 @@ public:
     std::wstring GetTitle() const override { return L"レイヤー"; }
     /// Brings thumbnails up to date.
     bool OnIdle() override;
+    /// Shows the active layer alone, or what was shown before that.
+    void ShowActiveAlone() { ShowAlone(GetActiveLayer()); }
 
 protected:
     void OnRefresh() override;
@@ -28,6 +30,7 @@ protected:
 private:
     TLayerPtr GetActiveLayer() const;
     void SelectRow(int nRow);
+    void ShowAlone(const TLayerPtr& spLayer);
     void ChooseColor();
     std::vector<TTreeRow> MakeTree() const;
 

@@ -116,3 +116,40 @@ TEST_F(Shortcuts, TheWheelZoomsAboutThePointerAndTheMiddleButtonMovesTheView) {
         EXPECT_FALSE(Canvas().GetHistory().CanUndo()) << "nothing is drawn";
     }});
 }
+
+TEST_F(Shortcuts, AKeyBesideAltPicksAndOneBesideSpaceMovesTheView) {
+    const auto hold = [&](int nKey, bool bDown) {
+        m_pStage->keys.Press(nKey, bDown);
+        SendMessage({Active().GetWindow(), bDown ? EMessage::KeyDown : EMessage::KeyUp, nKey});
+    };
+    const auto drag = [&](CPoint ptTo) {
+        for (const auto& [id, pt] : {std::pair(EMessage::LButtonDown, CPoint{200, 150}),
+                                     {EMessage::MouseMove, ptTo},
+                                     {EMessage::LButtonUp, ptTo}})
+            SendMessage({Active().GetWindow(), id, MOUSE_LEFT, PackPoint(pt.x, pt.y)});
+    };
+    Play({[&] {
+        auto& tool = dynamic_cast<CRasterBrushBase&>(*g_wpActiveTool.lock());
+        Active().SetZoom(384);
+        tool.GetFreehand().m_clrBrush = 0x123456;
+        drag({210, 150});
+        const size_t nStrokes = Canvas().GetHistory().GetUndoList().size();
+        tool.GetFreehand().m_clrBrush = 0;
+        hold('I', true);
+        drag({200, 150});
+        EXPECT_EQ(tool.GetFreehand().m_clrBrush, 0x123456u);
+        hold('I', false);
+        const CPoint ptScroll = Active().GetView().GetScroll();
+        hold('H', true);
+        drag({180, 140});
+        EXPECT_EQ(Active().GetView().GetScroll().y, ptScroll.y + 10);
+        hold('H', false);
+        EXPECT_EQ(Canvas().GetHistory().GetUndoList().size(), nStrokes) << "nothing was drawn";
+        m_pStage->keys.Press(VK_Control, true);
+        hold('I', true); // another shortcut
+        drag({260, 150});
+        EXPECT_EQ(Canvas().GetHistory().GetUndoList().size(), nStrokes + 1);
+        m_pStage->keys.Press(VK_Control, false);
+        hold('I', false);
+    }});
+}
