@@ -9,6 +9,7 @@
 #include "core/Platform/System.h"
 
 #include <boost/algorithm/string/classification.hpp>
+#include <boost/algorithm/string/join.hpp>
 #include <boost/algorithm/string/split.hpp>
 #include <boost/algorithm/string/trim.hpp>
 
@@ -84,6 +85,14 @@ std::wstring NameOfKey(const TKey& key) {
     if (pName != std::end(KEY_NAMES)) return strName + pName->pszName;
     if (0x70 <= nKey && nKey <= 0x87) return strName + L"F" + std::to_wstring(nKey - 0x6F);
     return strName + static_cast<wchar_t>(0x60 <= nKey && nKey <= 0x69 ? nKey - 0x30 : nKey);
+}
+
+std::wstring NamesOfKeys(const std::vector<TKey>& vKeys) {
+    std::vector<std::wstring> vNames;
+    for (const TKey& key : vKeys)
+        if (const std::wstring strName = NameOfKey(key); std::ranges::count(vNames, strName) == 0)
+            vNames.push_back(strName);
+    return boost::algorithm::join(vNames, L", ");
 }
 
 const CShortcuts& CShortcuts::GetDefault() {
@@ -168,10 +177,8 @@ void CShortcuts::Label(std::vector<TMenuItem>& vMenu) const {
 }
 
 std::wstring CShortcuts::NameKeys(int nCommand, const wchar_t* pszBefore, const wchar_t* pszBehind) const {
-    std::wstring strNames;
-    for (const TKey& key : GetKeys(nCommand))
-        strNames += (strNames.empty() ? pszBefore : L", ") + NameOfKey(key);
-    return strNames.empty() ? strNames : strNames + pszBehind;
+    const std::wstring strNames = NamesOfKeys(GetKeys(nCommand));
+    return strNames.empty() ? strNames : pszBefore + strNames + pszBehind;
 }
 
 int CShortcuts::FindCommand(const TKey& key) const {

@@ -29,6 +29,8 @@ TKey KeyOfValue(int nValue);
 int ValueOfKey(const TKey& key);
 /// A key as menus show it: "Ctrl+Z". A digit pad's plus and minus are shown as those.
 std::wstring NameOfKey(const TKey& key);
+/// Their names with commas between them, each name once.
+std::wstring NamesOfKeys(const std::vector<TKey>& vKeys);
 
 /// One shortcut.
 struct TShortcut {

@@ -39,7 +39,7 @@ void CPenTraceView::OnPaint(IPaintTarget& target, const TPanelPaint& paint) {
             const double dWidth = WIDEST * uPressure / range.GetRange();
             if (dWidth > 0 && dLast > 0)
                 DrawLine(buffer, ptLast, pt, std::max(1.0, (dWidth + dLast) / 2), INK);
-            else
+            else if (dWidth > 0 || dLast == 0)
                 DrawDisc(buffer, pt, std::max(HOVER_RADIUS, dWidth / 2), 0, dWidth > 0 ? INK : HOVER);
             ptLast = pt;
             dLast = dWidth;

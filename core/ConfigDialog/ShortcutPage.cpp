@@ -122,11 +122,9 @@ std::vector<TPanelControl> CShortcutPage::MakeControls() {
 }
 
 std::wstring CShortcutPage::GetKeyTexts(const TRow& row) const {
-    std::wstring strKeys = row.strFixed;
-    if (row.nCommand == 0) return strKeys;
-    for (const TKey& key : m_shortcuts.GetKeys(row.nCommand))
-        strKeys += (strKeys.empty() ? L"" : L", ") + NameOfKey(key);
-    return strKeys;
+    if (row.nCommand == 0) return row.strFixed;
+    const std::wstring strKeys = NamesOfKeys(m_shortcuts.GetKeys(row.nCommand));
+    return row.strFixed + (row.strFixed.empty() || strKeys.empty() ? L"" : L", ") + strKeys;
 }
 
 std::wstring CShortcutPage::GetNameOf(int nCommand) const {
@@ -157,8 +155,14 @@ bool CShortcutPage::CanAssign() const {
            m_shortcuts.FindCommand(m_key) != nSelected;
 }
 
+bool CShortcutPage::Matches(const TRow& row) const {
+    const auto lower = [](const std::wstring& str) { return boost::algorithm::to_lower_copy(str); };
+    return boost::algorithm::contains(lower(row.strText + L' ' + GetKeyTexts(row)),
+                                      lower(Find(FIELD_FILTER).strText));
+}
+
 void CShortcutPage::FillTree() {
-    const std::wstring strWanted = boost::algorithm::to_lower_copy(Find(FIELD_FILTER).strText);
+    const bool bFiltered = !Find(FIELD_FILTER).strText.empty();
     TPanelControl& list = Find(FIELD_LIST);
     list.vTree.clear();
     list.nValue = -1;
@@ -180,16 +184,17 @@ void CShortcutPage::FillTree() {
         if (row.bTitle) {
             idxTitle = idx;
             bTitled = false;
-            bClosed = strWanted.empty() && m_setClosed.contains(idx);
-            if (strWanted.empty()) addTitle();
+            bClosed = !bFiltered && m_setClosed.contains(idx);
+            if (!bFiltered) addTitle();
             continue;
         }
-        const std::wstring strKeys = GetKeyTexts(row);
-        const std::wstring strAll = boost::algorithm::to_lower_copy(row.strText + L' ' + strKeys);
-        if (bClosed || !boost::algorithm::contains(strAll, strWanted)) continue;
+        // The selected line stays when its keys have changed.
+        if (bClosed || (idx != m_idxSelected && !Matches(row))) continue;
         addTitle();
-        add(idx, {.strText = row.strText, .strNote = strKeys, .nDepth = 1, .bDim = row.nCommand == 0});
+        add(idx,
+            {.strText = row.strText, .strNote = GetKeyTexts(row), .nDepth = 1, .bDim = row.nCommand == 0});
     }
+    if (list.nValue < 0) m_idxSelected = m_vRows.size();
 }
 
 void CShortcutPage::Show() {
@@ -213,6 +218,8 @@ void CShortcutPage::OnControl(TPanelControl& control) {
         m_key = KeyOfValue(control.nValue);
     } else if (nField != FIELD_FILTER) {
         Press(nField);
+    } else if (m_idxSelected < m_vRows.size() && !Matches(m_vRows[m_idxSelected])) {
+        m_idxSelected = m_vRows.size();
     }
     Show();
 }

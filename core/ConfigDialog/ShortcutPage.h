@@ -35,6 +35,7 @@ private:
     int GetSelected() const;
     std::wstring DescribeKey() const;
     bool CanAssign() const;
+    bool Matches(const TRow& row) const;
     void Show();
     void FillTree();
     void Press(int nButton);

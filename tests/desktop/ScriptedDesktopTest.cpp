@@ -1,3 +1,5 @@
+#include "core/ConfigDialog/PenTrace.h"
+#include "session/seam/SessionPen.h"
 #include "tests/session/ScriptedSession.h"
 #include "tests/support/TestPlatform.h"
 
@@ -68,6 +70,43 @@ TEST_F(ScriptedDesktop, ARecordMakesAndSavesTheSameDocuments) {
         EXPECT_TRUE(player.m_files.m_mapFiles[psz] == m_files.m_mapFiles[psz]) << m_strRecord;
         EXPECT_FALSE(m_files.m_mapFiles[psz].empty());
     }
+}
+
+TEST_F(ScriptedDesktop, ANewDocumentHasTheColourModeOfTheDialog) {
+    EXPECT_EQ(Play(R"({"answer":{"dialog":"CNewDialog","light":true}}
+{"command":"file-new"}
+{"expect":{"color":false,"colorRaster":true,"checked":{"mode-light":true},"modified":false}}
+{"answer":{"dialog":"CNewDialog","color":false,"light":true}}
+{"command":"file-new"}
+{"expect":{"color":false,"colorRaster":false,"checked":{"mode-light":false,"mode-grey":true}}}
+)",
+                   false),
+              "");
+}
+
+TEST_F(ScriptedDesktop, TheTraceOfAPenIsAScriptThatDrawsIt) {
+    CSessionPen pen;
+    pen.SetDevice({.nPressure = 2047, .nAltitude = 900, .nUnits = 32});
+    CPenTrace trace;
+    EXPECT_EQ(trace.GetRate(), 0);
+    for (int n = 0; n < 250; ++n) {
+        TPenReport report;
+        report.packet.x = (20 + n) * 32;
+        report.packet.y = 90 * 32;
+        report.packet.uPressure = n < 240 ? 2047 : 0;
+        report.packet.nAltitude = 600;
+        report.uTime = static_cast<uint32_t>(9000 + (n < 100 ? 0 : 5000) + n * 5);
+        trace.Add(report);
+    }
+    EXPECT_EQ(trace.GetReports().size(), 200u);
+    EXPECT_EQ(trace.GetRate(), 200);
+    const std::string strScript = SetBrush("BrushRadius", 16) + trace.FormatScript(pen, {420, 170}) +
+                                  R"({"expect":{"frames":1,"size":{"width":420,"height":170}}}
+{"expect":{"history":{"undo":["ラスタブラシ"]}}}
+{"expect":{"pixel":{"x":150,"y":90,"rgba":[0,0,0,255]}}}
+{"expect":{"pixel":{"x":40,"y":90,"rgba":[0,0,0,0]}}}
+)";
+    EXPECT_EQ(Play(strScript, false), "");
 }
 
 } // namespace

@@ -54,6 +54,30 @@ TEST_F(Recorder, StrokesOfEveryDevice) {
     EXPECT_EQ(Count("{\"keys\":[16]}"), 1u);
 }
 
+TEST_F(Recorder, ThePenThatIsFittedInTheSettingsDrawsTheSame) {
+    const auto reply = [](const TWords& act) {
+        return ScriptLine("reply", {{"dialog", "CConfigDialog"}}, act);
+    };
+    std::string strFit = "{\"command\":\"app-config\"}\n" + reply({{"control", 205}, {"value", 1}});
+    for (int n = 0; n < 120; ++n)
+        strFit += reply({{"view", 203},
+                         {"pen", {{"x", 8 * n}, {"y", 400}, {"pressure", 100 + n * 5 / 2}}},
+                         {"time", 5000 + 8 * n},
+                         {"width", 420},
+                         {"height", 170}});
+    strFit += reply({{"control", 206}, {"value", 1}}) + reply(nullptr);
+    const std::string strBefore = VIEW + Stroke(1200, 1000, 250), strAfter = Stroke(1300, 1500, 250);
+    ExpectSame(strBefore + strAfter);
+    const std::string strPlain = GetDocument();
+    ExpectSame(strBefore + strFit + strAfter);
+    EXPECT_FALSE(GetDocument() == strPlain) << "the window that is open draws with the curve";
+    EXPECT_EQ(Count("\"pen\":{"), 120u);
+    // The next session, which finds the curve in its settings, draws its first stroke with it.
+    ExpectSame(strBefore + strAfter);
+    EXPECT_FALSE(GetDocument() == strPlain);
+    EXPECT_EQ(Count("PressHigh"), 1u);
+}
+
 TEST_F(Recorder, PanelsKeysLayersAndWhatActsPastTheSeam) {
     const std::string strScript = VIEW + R"({"panel":{"id":12805,"control":8,"value":1}}
 {"panel":{"id":12815,"view":1,"message":"ldown","x":70,"y":70,"width":140,"height":140}}

@@ -108,6 +108,8 @@ TTreeParts::TTreeParts(const TTreeRow& row, const QRect& rc, QSize szPicture) {
         return rcPart;
     };
     if (row.eye == EEye::None) {
+        x += INDENT * row.nDepth;
+        if (row.fold != EFold::None) rcFold = take(FOLD_WIDTH);
         if (!szPicture.isEmpty())
             rcPicture = take(szPicture.width() + 2 * PICTURE_MARGIN)
                             .adjusted(PICTURE_MARGIN, PICTURE_MARGIN, -PICTURE_MARGIN, -PICTURE_MARGIN);

@@ -128,9 +128,14 @@ TEST_F(ConfigDialog, AKeyIsShownWithItsOwnerBeforeItIsAssigned) {
     EXPECT_NE(m_shortcuts.Format().find("CN\t5A\tselect-all"), std::string::npos)
         << "a held key selects once";
     Run([&](CConfigDialog& dialog) {
-        Select(dialog, L"取り消し");
+        Select(dialog, L"f3");
+        Change(dialog, REMOVE, 1);
+        ASSERT_EQ(Get(dialog, LIST).vTree.size(), 2u) << "the selected line stays";
         Change(dialog, RESET, 1);
         EXPECT_EQ(Get(dialog, LIST).vTree[1].strNote, L"Ctrl+Z, F3");
+        Change(dialog, FILTER, 0, L"ctrl++");
+        EXPECT_FALSE(Get(dialog, REMOVE).bEnabled) << "a line that is not shown is not selected";
+        EXPECT_EQ(Get(dialog, LIST).vTree[1].strNote, L"F1, Ctrl++, Ctrl+Shift++");
         Change(dialog, RESET_ALL, 1);
         EXPECT_TRUE(dialog.OnOk(nullptr));
     });

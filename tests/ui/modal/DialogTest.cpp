@@ -1,5 +1,6 @@
 #include "tests/ui/UiTest.h"
 
+#include "core/Base/Text.h"
 #include "tests/support/LiveDialog.h"
 #include "ui/modal/QtFileDialogs.h"
 
@@ -82,6 +83,66 @@ TEST_F(CUiTest, ADialogHearsOfEveryChangeAndShowsWhatFollows) {
     EXPECT_TRUE(m_platform.GetPlatform().dialogs.Run(m_pMain, dialog));
     EXPECT_EQ(dialog.m_strHeard, " 1=1 2=41 3=2.2 3=x 4down5,6 5=0 ok");
     EXPECT_EQ(dialog.m_szView.cy, 30);
+}
+
+namespace {
+
+/// Two pages, with the controls that no panel has; it writes down what it hears.
+class CPagedDialog : public CDialogModel, public IPanelView {
+public:
+    CPagedDialog() {
+        using enum TPanelControl::EKind;
+        m_vControls = {{.kind = Page, .nId = 1, .strText = L"一", .strName = "first"},
+                       {.kind = Text, .nId = 2, .bLive = true, .strName = "filter"},
+                       {.kind = Page, .nId = 3, .strText = L"二", .nValue = 1, .strName = "second"},
+                       {.kind = Key, .nId = 4, .strName = "key"},
+                       {.kind = View, .nId = 5, .bPen = true, .szView = {60, 30}, .pView = this}};
+    }
+    const char* GetName() const override { return "CPagedDialog"; }
+    std::wstring GetTitle() const override { return L"二枚"; }
+    bool OnOk(IWindow*) override { return true; }
+    void OnPaint(IPaintTarget&, const TPanelPaint&) override {}
+    void OnPen(int nView, const TPenReport& report) override {
+        m_strHeard += " pen" + std::to_string(nView) + '@' + std::to_string(report.packet.x / 32) + ',' +
+                      std::to_string(report.packet.y / 32) + '=' + std::to_string(report.packet.uPressure);
+    }
+
+    std::string m_strHeard;
+
+protected:
+    void OnControl(TPanelControl& control) override {
+        m_strHeard += ' ' + (control.nId == 2 ? ToUtf8(control.strText) : std::to_string(control.nValue));
+        if (control.nId == 4) control.strText = L"taken";
+    }
+};
+
+} // namespace
+
+TEST_F(CUiTest, PagesKeysLiveTextsAndThePenReachTheDialog) {
+    CPagedDialog dialog;
+    const QPointingDevice pen = MakePen();
+    Answer({[](QWidget& window) {
+                auto& tabs = *window.findChild<QTabWidget*>();
+                EXPECT_EQ(tabs.count(), 2);
+                EXPECT_EQ(tabs.currentWidget()->objectName(), "second");
+                EXPECT_FALSE(window.findChild<QWidget*>("first")->isVisible());
+                auto* pKey = window.findChild<QLineEdit*>("key");
+                QTest::keyClick(pKey, Qt::Key_Control, Qt::ControlModifier);
+                QTest::keyClick(pKey, Qt::Key_U, Qt::ControlModifier | Qt::ShiftModifier);
+            },
+            [&](QWidget& window) {
+                EXPECT_EQ(window.findChild<QLineEdit*>("key")->text(), "taken");
+                EXPECT_FALSE(window.findChild<QWidget*>("first")->isVisible());
+                for (QWidget* pChild : window.findChildren<QWidget*>())
+                    if (pChild->height() == 30 && pChild->hasTabletTracking())
+                        SendPen(*pChild, pen, {7, 9}, 1);
+                window.findChild<QTabWidget*>()->setCurrentIndex(0);
+                QTest::keyClicks(window.findChild<QLineEdit*>("filter"), "ab");
+            },
+            Press(L"OK")});
+    EXPECT_TRUE(m_platform.GetPlatform().dialogs.Run(m_pMain, dialog));
+    EXPECT_EQ(dialog.m_strHeard,
+              " " + std::to_string('U' | KEY_CONTROL | KEY_SHIFT) + " pen5@7,9=65535 a ab");
 }
 
 TEST(QtFileDialogs, NamesFollowTheType) {

@@ -1,6 +1,7 @@
 // A tree of layers as a real widget, under the pointer and the keyboard.
 #include "core/Platform/Panel.h"
 #include "tests/ui/UiTest.h"
+#include "ui/panels/QtTree.h"
 
 namespace {
 
@@ -136,4 +137,15 @@ TEST_F(CTreeTest, KeysSelectShowFoldAndRename) {
     qInstallMessageHandler(before);
     EXPECT_TRUE(lstWarnings.filter("editor").isEmpty())
         << "an editor that is closed twice is used after its end";
+}
+
+TEST(TreeParts, RowsWithoutAnEyeAreIndentedBelowTheirTitle) {
+    const QRect rc(0, 20, 200, 20);
+    const TTreeParts plain({.strText = L"p"}, rc, {}), title({.strText = L"t", .fold = EFold::Open}, rc, {}),
+        line({.strText = L"l", .nDepth = 1}, rc, {});
+    EXPECT_TRUE(plain.rcFold.isEmpty());
+    EXPECT_TRUE(title.rcFold.contains(QPoint(5, 30)));
+    EXPECT_GT(title.rcText.left(), plain.rcText.left());
+    EXPECT_GE(line.rcText.left(), title.rcText.left());
+    for (const TTreeParts* p : {&plain, &title, &line}) EXPECT_EQ(p->rcText.right(), plain.rcText.right());
 }

@@ -35,6 +35,18 @@ TEST_F(CUiTest, MenusFollowTheActiveChildAndItsStatesThePopup) {
     EXPECT_EQ(TextsOf(*GetWidget().menuBar()), QStringList{"ファイル(&F)"});
 }
 
+TEST_F(CUiTest, NewTextsOfCommandsShowInEveryMenuAndToolTip) {
+    ICanvasWindow* pFirst = Open(m_a);
+    Open(m_b);
+    m_pMain->SetCommandTexts({{0, L"編集(&E)", {{57643, L"取り消し(&U)\tF8", {}}}}});
+    EXPECT_EQ(GetMenu(1).actions()[0]->text(), "取り消し(&U)\tF8");
+    EXPECT_EQ(GetMenu(1).actions()[1]->text(), "上下反転");
+    pFirst->Activate();
+    Turn();
+    EXPECT_EQ(GetMenu(1).actions()[0]->text(), "取り消し(&U)\tF8");
+    EXPECT_EQ(GetWidget().findChild<QToolBar*>()->actions()[2]->toolTip(), "取り消し (F8)");
+}
+
 TEST_F(CUiTest, ToolBarShowsStatesAndPostsOnlyTheUsersChoice) {
     Open(m_a);
     QAction* pUndo = GetWidget().findChild<QToolBar*>()->actions()[2];
