@@ -14,7 +14,10 @@ public:
     /// Brings thumbnails up to date.
     bool OnIdle() override;
     /// Shows the active layer alone, or what was shown before that.
-    void ShowActiveAlone() { ShowAlone(GetActiveLayer()); }
+    void ShowActiveAlone() {
+        ShowAlone(GetActiveLayer());
+        Refresh();
+    }
 
 protected:
     void OnRefresh() override;

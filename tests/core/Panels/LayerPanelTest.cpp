@@ -135,6 +135,13 @@ TEST_F(LayerPanel, OneLayerIsShownAloneAndTheOthersComeBack) {
               EXPECT_EQ(Rows(), L"D|-x(S)| (C)| (B)|-x(A)*| ^(c)");
               alone(0);
               EXPECT_EQ(Rows(), L"x(D)|-S| C| B|-A*| ^c");
+              const auto command = [] {
+                  SendMessage({g_pMainFrame->GetWindow(), EMessage::Command, ID_LAYER_SOLO});
+              };
+              command(); // for the active layer
+              EXPECT_EQ(Rows(), L"x(D)|-x(S)| (C)| (B)|-A*| ^c");
+              command();
+              EXPECT_EQ(Rows(), L"x(D)|-S| C| B|-A*| ^c");
           }});
 }
 
