@@ -65,12 +65,6 @@ void Flip(CCanvasFrame& frame, bool TViewState::*pFlip) {
 
 void ShowInitially(CCanvasFrame& frame) { frame.ApplyView({frame.GetView().GetState().uZoom}); }
 
-void Fit(CCanvasFrame& frame) {
-    const CCanvasView& view = frame.GetView();
-    frame.SetZoom(FitZoom(ScaledSize(view.GetCanvasSize(), {48, view.GetState().uAngle}), view.GetClient()));
-    frame.CenterView();
-}
-
 struct TFrameCommand {
     int nId;
     TFrameAct fnDo;
@@ -83,7 +77,7 @@ const TFrameCommand FRAME_COMMANDS[] = {
     {ID_FILE_SAVE_AS, [](CCanvasFrame& frame) { frame.Save(true); }, IsOwnDocument, nullptr},
     {ID_EDIT_UNDO, [](CCanvasFrame& frame) { frame.StepHistory(true); }, CanUndo, nullptr},
     {ID_EDIT_REDO, [](CCanvasFrame& frame) { frame.StepHistory(false); }, CanRedo, nullptr},
-    {ID_VIEW_FIT, Fit, IsAnyFrame, nullptr},
+    {ID_VIEW_FIT, [](CCanvasFrame& frame) { frame.FitView(); }, IsAnyFrame, nullptr},
     {ID_VIEW_FLIP_V, [](CCanvasFrame& frame) { Flip(frame, &TViewState::bFlipV); }, IsAnyFrame,
      [](CCanvasFrame& frame) { return frame.GetView().GetState().bFlipV; }},
     {ID_VIEW_FLIP_H, [](CCanvasFrame& frame) { Flip(frame, &TViewState::bFlipH); }, IsAnyFrame,

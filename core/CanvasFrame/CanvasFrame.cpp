@@ -3,9 +3,9 @@
 #include "core/AppModule/AppModule.h"
 #include "core/AppModule/ErrorBox.h"
 #include "core/AppModule/PrivateMessages.h"
-#include "core/AppModule/WindowPlacement.h"
 #include "core/Base/Failure.h"
 #include "core/Base/Text.h"
+#include "core/CanvasFrame/FramePlace.h"
 #include "core/CanvasFrame/LayerCommands.h"
 #include "core/CanvasFrame/ZoomList.h"
 #include "core/Commands/CommandIds.h"
@@ -31,7 +31,6 @@ constexpr int TIMER_SELECTION_MS = 100;
 constexpr int TIMER_REFRESH = 16;
 constexpr int TIMER_REFRESH_MS = 500;
 constexpr int MOST_FAILED_CLOSINGS = 3;
-constexpr wchar_t PLACEMENT_SECTION[] = L"Canvas";
 
 // A value for as long as a scope runs.
 struct CScopedFlag : boost::noncopyable {
@@ -57,17 +56,18 @@ bool CCanvasFrame::CreateWindowIn(IMainWindow& parent, const TCanvasWindowSetup&
     m_pOutside = &outside;
     m_pWindow = outside.platform.windows.CreateCanvasWindow(parent, *this, setup);
     if (!m_pWindow) return false;
-    OnCreate();
+    OnCreate(parent.GetArea());
     m_pWindow->Show();
     m_pWindow->Activate();
     return true;
 }
 
-void CCanvasFrame::OnCreate() {
+void CCanvasFrame::OnCreate(CSize szArea) {
     m_pWindow->SetTimer(TIMER_SELECTION, TIMER_SELECTION_MS);
     m_pWindow->SetTimer(TIMER_REFRESH, TIMER_REFRESH_MS);
-    m_pWindow->SetRect(ReadPlacement(PLACEMENT_SECTION, m_pWindow->GetRect()));
+    PlaceFrame(*m_pWindow, szArea);
     m_input.Open();
+    if (OpensMaximized()) m_pWindow->SetMaximized(true);
     TViewState view;
     view.uZoom = FirstZoom(m_spCanvas->GetSize(), m_pWindow->GetClientSize());
     ApplyView(view);
@@ -125,6 +125,9 @@ bool CCanvasFrame::HandleMessage(const TMessage& msg) {
         if (m_pOutside->platform.keys.IsKeyDown(VK_Control))
             return ZoomAt(m_input.GetPointer(), msg.wParam > 0 ? -1 : +1), true;
         PostToMainFrame(EMessage::Command, msg.wParam > 0 ? ID_ZOOM_IN : ID_ZOOM_OUT);
+        return true;
+    case EMessage::Pinch:
+        ZoomAt({PackedX(msg.lParam), PackedY(msg.lParam)}, static_cast<int>(-msg.wParam));
         return true;
     case EMessage::MdiActivate:
         if (IsActive() != (msg.wParam != 0)) Guarded([] { SettleActiveTool(); });
@@ -235,15 +238,16 @@ void CCanvasFrame::KeepPicture() {
 
 bool CCanvasFrame::OnClose() {
     CompleteWork();
-    Guarded([&] { WritePlacement(PLACEMENT_SECTION, m_pWindow->GetRect()); });
+    Guarded([&] { KeepFramePlace(*m_pWindow); });
     if (!IsOnlyViewOfCanvas()) return false;
     CRecovery& recovery = m_pOutside->recovery;
     if (!m_spCanvas->GetHistory().IsModified()) {
         KeepPicture();
         return recovery.Forget(*m_spCanvas), false;
     }
-    const EBoxAnswer answer = m_pOutside->platform.boxes.Show(m_pWindow, L"更新されています。保存しますか？",
-                                                              L"Vellumcraft", EBoxKind::YesNoCancelWarning);
+    const EBoxAnswer answer = m_pOutside->platform.boxes.Show(
+        m_pWindow, L"更新されています。保存しますか？\n\n" + m_spCanvas->GetTitle(), L"Vellumcraft",
+        EBoxKind::YesNoCancelWarning);
     if (answer == EBoxAnswer::Cancel) return true;
     if (answer == EBoxAnswer::Yes) Save(false);
     if (answer == EBoxAnswer::No || !m_spCanvas->GetHistory().IsModified())
@@ -350,6 +354,18 @@ void CCanvasFrame::ZoomAt(CPoint pt, int nStep) {
     const CPoint ptCanvas = m_view.ToCanvas8(pt);
     SetZoom(StepZoom(m_view.GetState().uZoom, nStep));
     ScrollTo(m_view.GetScroll() + (m_view.ToWindow8(ptCanvas) - pt));
+}
+
+void CCanvasFrame::FitView(uint16_t uMostZoom) {
+    const CSize szPicture = ScaledSize(m_view.GetCanvasSize(), {48, m_view.GetState().uAngle});
+    SetZoom(std::min(uMostZoom, FitZoom(szPicture, m_view.GetClient())));
+    CenterView();
+}
+
+void CCanvasFrame::FitWindow() {
+    if (!m_pWindow) return;
+    m_pWindow->FitTo(CCanvasView::ExtentOf(ScaledSize(m_view.GetCanvasSize(), {48})));
+    FitView(48);
 }
 
 void CCanvasFrame::CenterView() {

@@ -46,6 +46,12 @@ public:
     void SetZoom(uint16_t uZoom);
     /// Zooms by lines of the zoom list; what a client pixel shows stays there as far as the view can scroll.
     void ZoomAt(CPoint pt, int nStep);
+    /// Shows the whole canvas in the middle of the window, at the largest entry of the zoom list that does,
+    /// at most `uMostZoom`.
+    void FitView(uint16_t uMostZoom = UINT16_MAX);
+    /// Fits a new document and its window: the window takes the size that the document needs at 100 percent,
+    /// as far as there is room, and shows all of it.
+    void FitWindow();
     /// Scrolls the canvas's middle to the window's.
     void CenterView();
     /// Updates the window's title from the document.
@@ -81,7 +87,7 @@ public:
 
 private:
     bool HandleMessage(const TMessage& msg);
-    void OnCreate();
+    void OnCreate(CSize szArea);
     bool OnClose();
     /// Keeps a small picture of the saved document for the list of recent ones.
     void KeepPicture();

@@ -66,6 +66,10 @@ CRect CCanvasView::ToWindow(const CRect& rcCanvas) const {
     return {std::min(pt1.x, pt2.x), std::min(pt1.y, pt2.y), std::max(pt1.x, pt2.x), std::max(pt1.y, pt2.y)};
 }
 
+CSize CCanvasView::ExtentOf(CSize szScaled) {
+    return {szScaled.cx + MARGIN_TOTAL, szScaled.cy + MARGIN_TOTAL};
+}
+
 void CCanvasView::SetCanvasSize(CSize szCanvas) {
     const CPoint ptCentre = CanvasCentre();
     m_szCanvas = szCanvas;
@@ -81,8 +85,8 @@ void CCanvasView::Apply(const TViewState& view, CSize szClient) {
 
 void CCanvasView::Arrange(CPoint ptCentre) {
     const CSize szScaled = ScaledSize(m_szCanvas, m_view);
-    m_szExtent = {std::max(szScaled.cx + MARGIN_TOTAL, m_szClient.cx),
-                  std::max(szScaled.cy + MARGIN_TOTAL, m_szClient.cy)};
+    const CSize szNeeded = ExtentOf(szScaled);
+    m_szExtent = {std::max(szNeeded.cx, m_szClient.cx), std::max(szNeeded.cy, m_szClient.cy)};
     m_ptMargin = {(m_szExtent.cx - szScaled.cx) / 2, (m_szExtent.cy - szScaled.cy) / 2};
     m_szLine = {std::min(m_szExtent.cx, 10), std::min(m_szExtent.cy, 10)};
     m_szPage = {std::min(m_szExtent.cx, 100), std::min(m_szExtent.cy, 100)};

@@ -30,6 +30,9 @@ public:
     /// A canvas rectangle in the window, ordered.
     CRect ToWindow(const CRect& rcCanvas) const;
 
+    /// The scaled canvas with its margins.
+    static CSize ExtentOf(CSize szScaled);
+
     const TViewState& GetState() const { return m_view; }
     /// Whole scrollable extent in window pixels: at least 90 pixels of margin around the scaled canvas.
     CSize GetExtent() const { return m_szExtent; }

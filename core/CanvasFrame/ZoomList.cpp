@@ -29,4 +29,5 @@ uint16_t StepZoom(uint16_t uZoom, int nStep) {
     return nNew >= 0 && nNew < nCount ? g_aZooms[nNew].uZoom : uint16_t{0};
 }
 
-std::wstring FormatScale(uint16_t uZoom) { return L"Scale: " + std::to_wstring(uZoom * 100 / 48) + L"%"; }
+std::wstring FormatPercent(uint16_t uZoom) { return std::to_wstring(uZoom * 100 / 48) + L"%"; }
+std::wstring FormatScale(uint16_t uZoom) { return L"Scale: " + FormatPercent(uZoom); }

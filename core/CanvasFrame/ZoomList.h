@@ -20,5 +20,8 @@ int FindZoomLine(uint16_t uZoom);
 /// next line in that direction counts as the first. 0 beyond the list's ends.
 uint16_t StepZoom(uint16_t uZoom, int nStep);
 
+/// A zoom value in whole percent.
+std::wstring FormatPercent(uint16_t uZoom);
+
 /// The status pane's text of a zoom value.
 std::wstring FormatScale(uint16_t uZoom);

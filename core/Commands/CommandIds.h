@@ -65,10 +65,12 @@ enum ECommand : int {
     ID_HOLD_PICK = 14010, ///< its key is held: acts as Alt does
     ID_HOLD_HAND = 14011, ///< its key is held: acts as Space does
     ID_LAYER_SOLO = 14012,
+    ID_THEME_FIRST = 14020, ///< system, light, dark
+    ID_THEME_LAST = 14022,
     ID_NEW_A4_350 = 14061,
     ID_NEW_A4_600 = 14062,
     ID_NEW_FULL_HD = 14063,
-    ID_NEW_LAST = 14064,          ///< as the last new document
+    ID_NEW_LAST = 14064, ///< as the last new document
     ID_SWITCH_TOOL_FIRST = 14100, ///< with the tool's number added
     ID_SWITCH_TOOL_LAST = 14199,
     IDC_ZOOM_COMBO = 101, ///< a line of the zoom box was chosen: lParam is the line

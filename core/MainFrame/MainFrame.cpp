@@ -4,9 +4,7 @@
 #include "core/AppModule/ErrorBox.h"
 #include "core/AppModule/MessageQueue.h"
 #include "core/AppModule/PrivateMessages.h"
-#include "core/AppModule/WindowPlacement.h"
 #include "core/Base/Failure.h"
-#include "core/CanvasFrame/ZoomList.h"
 #include "core/Commands/CommandIds.h"
 #include "core/Commands/MenuTable.h"
 #include "core/IniConfig/GlobalSwitches.h"
@@ -26,11 +24,7 @@ boost::shared_ptr<CMainFrame> g_pMainFrame;
 
 namespace {
 
-constexpr CSize MINIMUM_SIZE{640, 480};
-constexpr wchar_t PLACEMENT_SECTION[] = L"Main";
-constexpr wchar_t NO_SCALE[] = L"Scale: ----%";
 constexpr int PANE_TEXT = 0;
-constexpr int PANE_SCALE = 1;
 constexpr uint32_t SETTINGS_MS = 500;
 
 } // namespace
@@ -82,19 +76,14 @@ CMainFrame::~CMainFrame() {
 
 void CMainFrame::CreateFrameWindow() {
     const TPlatform& platform = g_AppModule.GetPlatform();
-    TMainWindowSetup setup{L"Vellumcraft", MakeMenu(MENU_MAIN), LoadToolBar()};
+    m_strTitle = ComposeTitle();
+    TMainWindowSetup setup{m_strTitle, MakeMenu(MENU_MAIN), LoadToolBar()};
     m_vToolBarCommands = setup.vToolBar;
     m_vMenuCommands = ListCommands(LoadMenu(MENU_CANVAS));
     m_pWindow = platform.windows.CreateMainWindow(*this, setup);
     if (!m_pWindow) throw internal_error(L"CreateMainFrame: the window could not be created.");
     g_AppModule.SetMainWindow(m_pWindow);
-    m_pWindow->SetMinimumSize(MINIMUM_SIZE);
-    m_pWindow->SetRect(
-        PlaceOnScreen(ReadPlacement(PLACEMENT_SECTION, m_pWindow->GetRect()), m_pWindow->GetScreens()));
-    std::vector<std::wstring> vZooms;
-    for (const TZoomEntry& entry : GetZoomList()) vZooms.push_back(entry.pszText);
-    m_pWindow->SetZoomItems(vZooms);
-    m_pWindow->SetStatusText(PANE_SCALE, NO_SCALE);
+    PrepareWindow();
     m_panels.Create(*m_pWindow);
     m_startPage.Create(*m_pWindow, {EPanelDock::Page, {}, false});
     SwitchTool(TOOL_BRUSH);
@@ -182,7 +171,7 @@ void CMainFrame::OnDestroy() {
 }
 
 bool CMainFrame::OnClose() {
-    Guarded([&] { WritePlacement(PLACEMENT_SECTION, m_pWindow->GetRect()); });
+    Guarded([&] { KeepPlace(); });
     while (!g_lstCanvasFrame.empty()) {
         const size_t nBefore = g_lstCanvasFrame.size();
         SendMessage({g_lstCanvasFrame.back()->GetWindow(), EMessage::Close});
@@ -220,6 +209,7 @@ bool CMainFrame::DoIdleWork() {
     for (const int nId : m_vToolBarCommands)
         if (nId) setState(nId, m_commands.GetState(nId));
     WatchDocuments();
+    UpdateTitle();
     WatchChanges();
     ForgetTold();
     Guarded([&] { WatchSettings(); });
@@ -385,11 +375,4 @@ void CMainFrame::AbandonFrame(const boost::shared_ptr<CCanvasFrame>& spFrame) {
         g_AppModule.GetPlatform().queue.Post({spFrame->GetWindow(), EMessage::Close});
     else
         g_lstCanvasFrame.remove(spFrame);
-}
-
-void CMainFrame::OnUpdateScale() {
-    const auto spFrame = g_wpActiveFrame.lock();
-    const uint16_t uZoom = spFrame ? spFrame->GetView().GetState().uZoom : 0;
-    m_pWindow->SetStatusText(PANE_SCALE, spFrame ? FormatScale(uZoom) : NO_SCALE);
-    m_pWindow->SelectZoomItem(FindZoomLine(uZoom));
 }

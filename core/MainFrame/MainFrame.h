@@ -94,12 +94,19 @@ private:
     void OnAbout();
     void OnConfig();
     void ShowLayerAlone();
+    void ChooseTheme(ETheme theme);
     void OnZoom(int nStep);
     void OnZoomCombo(int nLine);
     void OnUpdateScale();
     bool OnClose();
     void OnDestroy();
     void OnInitMenuPopup();
+    /// Gives the new window what it has from the settings and the zoom box its lines.
+    void PrepareWindow();
+    void KeepPlace();
+    /// "NAME* @ 50% - Vellumcraft" for the active document, with the mark if it has unsaved changes.
+    static std::wstring ComposeTitle();
+    void UpdateTitle();
     /// Marks the titles of changed documents and triggers their snapshots.
     void WatchDocuments();
     /// Notifies the panels of changes in the active document.
@@ -127,7 +134,9 @@ private:
     boost::shared_ptr<CTools> m_spActiveTool;
     bool m_bEraserEnd = false;   ///< the pen's eraser end is near
     int m_nToolBeforeEraser = 0; ///< the tool to restore when the pen's tip comes back
-    std::wstring m_strTold;      ///< the reason why presses are refused at present
+    ETheme m_theme = ETheme::System;
+    std::wstring m_strTitle; ///< the window's
+    std::wstring m_strTold;  ///< the reason why presses are refused at present
     CRecentDocumentList m_recentList;
     CRecentPictures m_pictures;
     TFrameOutside m_frameOutside;

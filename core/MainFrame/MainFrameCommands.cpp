@@ -77,6 +77,10 @@ void CMainFrame::BindViewCommands() {
     m_commands.Bind(
         ID_PANELS_HIDE, [this](int) { m_panels.ToggleAll(); }, {},
         [this](int) { return m_panels.AreHidden(); });
+    for (int nId = ID_THEME_FIRST; nId <= ID_THEME_LAST; ++nId)
+        m_commands.Bind(
+            nId, [this](int n) { ChooseTheme(static_cast<ETheme>(n - ID_THEME_FIRST)); }, {},
+            [this](int n) { return n - ID_THEME_FIRST == static_cast<int>(m_theme); });
     // A switch in the middle of a stroke would cancel it.
     const auto isIdle = [this](int) { return m_spActiveTool && m_spActiveTool->GetState() == STATE_IDLE; };
     for (const TToolRow& row : GetToolTable())
@@ -120,6 +124,7 @@ bool CMainFrame::CreateDocument(const TNewDocument& document) {
     try {
         spFrame = CreateCanvasFrame(MakeDocument(document));
         OpenFrame(spFrame);
+        spFrame->FitWindow();
         KeepNewDocument(document, g_AppModule.GetSettings());
         PostToMainFrame(WM_REFRESH_ALL);
         return true;
@@ -227,7 +232,7 @@ void CMainFrame::OnZoomCombo(int nLine) {
     const auto spFrame = g_wpActiveFrame.lock();
     const auto vZooms = GetZoomList();
     if (spFrame && nLine >= 0 && nLine < static_cast<int>(vZooms.size()))
-        spFrame->SetZoom(vZooms[static_cast<size_t>(nLine)].uZoom);
-    else
-        OnUpdateScale(); // the box shows no entry that is not in effect
+        return spFrame->SetZoom(vZooms[static_cast<size_t>(nLine)].uZoom);
+    if (nLine == static_cast<int>(vZooms.size())) m_commands.Do(ID_VIEW_FIT);
+    OnUpdateScale(); // the box shows no entry that is not in effect
 }

@@ -15,8 +15,16 @@ namespace {
 constexpr double PI = 3.14159265358979323846;
 constexpr int POINTS = 48;
 constexpr int32_t MARGIN = 6;
-/// The colour that an eraser removes.
-constexpr TColor PAINTED = MakeColor(0x50, 0x50, 0x50);
+/// What an eraser removes, between ground and text.
+constexpr double PAINTED_PART = 0.6;
+/// An ink whose grey is closer to the ground's is replaced by the text's colour.
+constexpr int LEAST_CONTRAST = 64;
+
+int LevelOf(TColor color) { return GreyOf(RedOf(color), GreenOf(color), BlueOf(color)); }
+
+TColor ReadableInk(TColor color, TColor clrGround, TColor clrText) {
+    return std::abs(LevelOf(color) - LevelOf(clrGround)) < LEAST_CONTRAST ? clrText : color;
+}
 
 // A wave from side to side with pressure that rises and falls. Flatter for larger brushes.
 void AddPoints(CRasterStroke& stroke, CSize sz) {
@@ -39,18 +47,22 @@ void AddPoints(CRasterStroke& stroke, CSize sz) {
 void CBrushView::SetTool(CRasterBrushBase* pTool) {
     m_bTool = pTool != nullptr;
     if (!pTool) return;
-    m_shown = {pTool->GetParam(), pTool->GetFreehand().m_clrBrush, pTool->GetToolId()};
+    m_shown.param = pTool->GetParam();
+    m_shown.color = pTool->GetFreehand().m_clrBrush;
+    m_shown.nTool = pTool->GetToolId();
 }
 
-std::unique_ptr<CGDIBuffer> DrawBrushSample(int nTool, const TBrushParam& param, TColor color, CSize sz,
-                                            IClock& clock, IImageCodecs& codecs) {
-    const bool bErase = nTool == TOOL_ERASER, bPencil = nTool == TOOL_PENCIL;
+std::unique_ptr<CGDIBuffer> DrawBrushSample(const TBrushSample& sample, CSize sz, IClock& clock,
+                                            IImageCodecs& codecs) {
+    const bool bErase = sample.nTool == TOOL_ERASER, bPencil = sample.nTool == TOOL_PENCIL;
+    const TColor clrGround =
+        bErase ? MixColors(sample.clrBase, sample.clrText, PAINTED_PART) : sample.clrBase;
     // Its own generator: panels must not influence the strokes on the canvas.
     CStrokeRandom random;
     TStrokeSetup setup{.szCanvas = sz,
-                       .color = color,
-                       .bErase = bErase,
-                       .param = param,
+                       .color =
+                           bErase ? sample.clrBase : ReadableInk(sample.color, clrGround, sample.clrText),
+                       .param = sample.param,
                        .clock = clock,
                        .random = random,
                        .pCodecs = &codecs};
@@ -71,7 +83,7 @@ std::unique_ptr<CGDIBuffer> DrawBrushSample(int nTool, const TBrushParam& param,
     const CScreenMap map(sz, {0, 0}, {}, sz);
     plane.ForEachBlock([&](CPoint pt) {
         const auto spBlock = plane.GetBlock(pt, true);
-        if (bErase) spBlock->Fill(PAINTED, 255);
+        spBlock->Fill(clrGround, 255);
         pStroke->GetMain().BlendBlockInto(*spBlock, nullptr);
         plane.DrawBlockToScreen(*pBuffer, map, pt);
     });
@@ -86,13 +98,14 @@ void CBrushView::OnPaint(IPaintTarget& target, const TPanelPaint& paint) {
             target.Blit(buffer.GetPixelPtr({0, 0}), buffer.GetStride(), paint.sz, CRect({0, 0}, paint.sz));
             return true;
         }
+        m_shown.clrBase = paint.clrBase;
+        m_shown.clrText = paint.clrText;
         if (!m_pBuffer || !(m_pBuffer->GetSize() == paint.sz) || !(m_drawn == m_shown)) {
             // A failure is reported once and leaves the view empty, instead of at every paint.
             m_drawn = m_shown;
             m_pBuffer = std::make_unique<CGDIBuffer>(paint.sz);
             FillColor(*m_pBuffer, CRect({0, 0}, paint.sz), paint.clrBack);
-            m_pBuffer =
-                DrawBrushSample(m_shown.nTool, m_shown.param, m_shown.color, paint.sz, m_clock, m_codecs);
+            m_pBuffer = DrawBrushSample(m_shown, paint.sz, m_clock, m_codecs);
         }
         target.Blit(m_pBuffer->GetPixelPtr({0, 0}), m_pBuffer->GetStride(), paint.sz,
                     CRect({0, 0}, paint.sz));

@@ -1,4 +1,4 @@
-// Preview of the brush: a short stroke as it would look on the canvas at 100 percent.
+// Preview of the brush: a short stroke as it would look on the canvas at 100 percent, on the panel's ground.
 #pragma once
 
 #include "core/Platform/Panel.h"
@@ -11,10 +11,20 @@
 class IClock;
 class IImageCodecs;
 
-/// Draws a sample stroke of a freehand tool: a wave across the picture on white, or out of paint for the
-/// eraser. A brush that is larger than the picture is drawn as large as it fits.
-std::unique_ptr<CGDIBuffer> DrawBrushSample(int nTool, const TBrushParam& param, TColor color, CSize sz,
-                                            IClock& clock, IImageCodecs& codecs);
+/// A brush and the colours of the field that its sample is drawn in.
+struct TBrushSample {
+    TBrushParam param{};
+    TColor color = 0; ///< replaced by the text's colour where it cannot be told from the field
+    int nTool = 0;
+    TColor clrBase = 0xFFFFFF, clrText = 0;
+
+    friend bool operator==(const TBrushSample&, const TBrushSample&) = default;
+};
+
+/// Draws a sample stroke of a freehand tool: a wave across the picture, or out of paint for the eraser. A
+/// brush that is larger than the picture is drawn as large as it fits.
+std::unique_ptr<CGDIBuffer> DrawBrushSample(const TBrushSample& sample, CSize sz, IClock& clock,
+                                            IImageCodecs& codecs);
 
 class CBrushView : public IPanelView, boost::noncopyable {
 public:
@@ -25,18 +35,10 @@ public:
     void OnPaint(IPaintTarget& target, const TPanelPaint& paint) override;
 
 private:
-    struct TShown {
-        TBrushParam param{};
-        TColor color = 0;
-        int nTool = 0;
-
-        friend bool operator==(const TShown&, const TShown&) = default;
-    };
-
     IClock& m_clock;
     IImageCodecs& m_codecs;
     bool m_bTool = false;
-    TShown m_shown;
-    TShown m_drawn; ///< the parameters that m_pBuffer was drawn with
+    TBrushSample m_shown;
+    TBrushSample m_drawn; ///< the values that m_pBuffer was drawn with
     std::unique_ptr<CGDIBuffer> m_pBuffer;
 };

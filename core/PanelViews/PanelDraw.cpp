@@ -22,6 +22,14 @@ double CoverageOf(double d) { return std::clamp(0.5 - d, 0.0, 1.0); }
 
 } // namespace
 
+TColor MixColors(TColor from, TColor to, double dPart) {
+    const auto mix = [=](uint8_t a, uint8_t b) {
+        return static_cast<uint8_t>(std::lround(a + (b - a) * dPart));
+    };
+    return MakeColor(mix(RedOf(from), RedOf(to)), mix(GreenOf(from), GreenOf(to)),
+                     mix(BlueOf(from), BlueOf(to)));
+}
+
 void FillColor(CGDIBuffer& target, const CRect& rc, TColor color) {
     const CRect rcIn = rc.Intersect(CRect({0, 0}, target.GetSize()));
     for (int32_t y = rcIn.top; y < rcIn.bottom; ++y)

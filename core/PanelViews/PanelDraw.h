@@ -10,6 +10,8 @@ struct TDrawPoint {
     double y = 0;
 };
 
+/// A colour between two: 0 gives the first, 1 the second.
+TColor MixColors(TColor from, TColor to, double dPart);
 void FillColor(CGDIBuffer& target, const CRect& rc, TColor color);
 /// Draws a frame, one pixel wide, along the inside of a rectangle.
 void FrameColor(CGDIBuffer& target, const CRect& rc, TColor color);

@@ -13,8 +13,8 @@ constexpr int NEAREST = 2;
 constexpr int FARTHEST = 80;
 constexpr int REACH = 14; ///< radius in pixels within which a press takes a handle
 constexpr int SEGMENTS = 48;
-constexpr TColor PAPER = 0xFFFFFF, GRID = MakeColor(0xDC, 0xDC, 0xDC), EDGE = MakeColor(0x90, 0x90, 0x90);
-constexpr TColor CURVE = MakeColor(0x20, 0x20, 0x20), HANDLE = MakeColor(0x2E, 0x7D, 0xC8);
+constexpr TColor HANDLE = MakeColor(0x2E, 0x7D, 0xC8);
+constexpr double GRID_PART = 0.14, EDGE_PART = 0.44; ///< of the text's colour in the paper's
 
 // n * nTo / nFrom, rounded to the nearest; no argument is negative.
 int Scale(int n, int nTo, int nFrom) { return (n * nTo + nFrom / 2) / nFrom; }
@@ -110,17 +110,20 @@ void CPressCurveView::OnPaint(IPaintTarget& target, const TPanelPaint& paint) {
         m_size = paint.sz;
         const CRect rcAll({0, 0}, paint.sz), rc = GetBox();
         CGDIBuffer buffer(paint.sz);
+        const TColor clrPaper = paint.bEnabled ? paint.clrBase : paint.clrBack;
+        const TColor clrGrid = MixColors(clrPaper, paint.clrText, GRID_PART);
+        const TColor clrEdge = MixColors(clrPaper, paint.clrText, EDGE_PART);
         FillColor(buffer, rcAll, paint.clrBack);
-        FillColor(buffer, rc, paint.bEnabled ? PAPER : paint.clrBack);
+        FillColor(buffer, rc, clrPaper);
         const double dSide = rc.Width() - 5;
         const auto at = [&](double x, double y) {
             return TDrawPoint{rc.left + 2.5 + x * dSide / 100, rc.top + 2.5 + y * dSide / 100};
         };
         for (const int n : {25, 50, 75}) {
-            DrawLine(buffer, at(n, 0), at(n, 100), 1, GRID);
-            DrawLine(buffer, at(0, n), at(100, n), 1, GRID);
+            DrawLine(buffer, at(n, 0), at(n, 100), 1, clrGrid);
+            DrawLine(buffer, at(0, n), at(100, n), 1, clrGrid);
         }
-        FrameColor(buffer, rc, EDGE);
+        FrameColor(buffer, rc, clrEdge);
         const TPressHandles& h = m_handles;
         if (paint.bEnabled) {
             DrawLine(buffer, at(0, 100), at(h.x1, h.y1), 1, HANDLE);
@@ -133,11 +136,11 @@ void CPressCurveView::OnPaint(IPaintTarget& target, const TPanelPaint& paint) {
                 return s * s * s * p0 + 3 * s * s * t * p1 + 3 * s * t * t * p2 + t * t * t * p3;
             };
             const TDrawPoint pt = at(bezier(0, h.x1, h.x2, 100), bezier(100, h.y1, h.y2, 0));
-            DrawLine(buffer, ptLast, pt, 1.6, paint.bEnabled ? CURVE : EDGE);
+            DrawLine(buffer, ptLast, pt, 1.6, paint.bEnabled ? paint.clrText : clrEdge);
             ptLast = pt;
         }
         const auto mark = [&](int n, int x, int y) {
-            DrawDisc(buffer, at(x, y), 5, 0, PAPER);
+            DrawDisc(buffer, at(x, y), 5, 0, clrPaper);
             DrawDisc(buffer, at(x, y), 5, 1.5, HANDLE);
             if (paint.bFocus && n == m_nSelected) DrawDisc(buffer, at(x, y), 3, 0, HANDLE);
         };

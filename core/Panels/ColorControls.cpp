@@ -50,7 +50,7 @@ std::optional<TColor> ReadHexColor(std::wstring_view strText) {
 
 TPanelControl CColorControls::MakeCircle() {
     return {
-        .kind = TPanelControl::EKind::View, .nId = COLOR_CIRCLE, .szView = {200, 140}, .pView = &m_circle};
+        .kind = TPanelControl::EKind::View, .nId = COLOR_CIRCLE, .szView = {200, 184}, .pView = &m_circle};
 }
 
 TPanelControl CColorControls::MakeText() {

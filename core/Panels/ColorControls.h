@@ -21,6 +21,7 @@ enum EColorControl : int {
     COLOR_HUE,
     COLOR_SATURATION,
     COLOR_VALUE,
+    COLOR_MODE,
 };
 
 /// The colour of six hexadecimal digits, with or without "#" in front; nullopt for another text.

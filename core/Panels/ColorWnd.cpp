@@ -13,6 +13,7 @@
 namespace {
 
 constexpr wchar_t SECTION[] = L"ColorList";
+constexpr wchar_t SLIDERS[] = L"Sliders";
 
 } // namespace
 
@@ -26,16 +27,33 @@ CColorWnd::CColorWnd(const wchar_t* pszSection, const TPanelOutside& outside) : 
     m_vControls = {
         m_color.MakeCircle(),
         {.kind = EKind::View, .nId = COLOR_BOXES, .szView = {36, 36}, .pView = &m_boxes},
-        {.kind = EKind::Button, .nId = COLOR_SWAP, .strText = L"入れ替え", .bSameLine = true},
+        {.kind = EKind::Button,
+         .nId = COLOR_SWAP,
+         .strText = L"入れ替え",
+         .strIcon = "icons/color-swap.svg",
+         .bSameLine = true},
         CColorControls::MakeText(),
+        // Circle and sliders in one place, so that both panels below each other fit a small screen.
+        {.kind = EKind::Toggle,
+         .nId = COLOR_MODE,
+         .strText = L"スライダー",
+         .strIcon = "icons/color-sliders.svg",
+         .bSameLine = true},
         {.kind = EKind::View, .nId = COLOR_RECENT, .szView = {200, 18}, .pView = &m_recent},
     };
     Find(COLOR_HEX).bSameLine = true;
     std::ranges::move(CColorControls::MakeSliders(), std::back_inserter(m_vControls));
 }
 
+void CColorWnd::ShowSliders(bool bSliders) {
+    Find(COLOR_MODE).nValue = bSliders;
+    Find(COLOR_CIRCLE).bVisible = !bSliders;
+    for (int nId = COLOR_RED; nId <= COLOR_VALUE; ++nId) Find(nId).bVisible = bSliders;
+}
+
 void CColorWnd::OnOpen() {
     const auto spSection = GetOutside().settings.GetSection(SECTION);
+    ShowSliders(spSection->GetInt(SLIDERS, 0) != 0);
     const int nCount = std::clamp(spSection->GetInt(L"ColorCount", 0), 0, CColorListView::COLUMNS);
     for (int n = 1; n <= nCount; ++n)
         m_recent.m_vColors.push_back(static_cast<TColor>(spSection->GetInt(std::to_wstring(n), 0)) &
@@ -68,6 +86,7 @@ void CColorWnd::OnStroke() {
 void CColorWnd::OnRefresh() {
     const auto spTool = GetBrush();
     EnableAll(spTool != nullptr);
+    Find(COLOR_MODE).bEnabled = true;
     if (!spTool) return;
     const TColor color = spTool->GetFreehand().m_clrBrush;
     m_boxes.m_clrBrush = color;
@@ -90,6 +109,11 @@ void CColorWnd::Swap() {
 }
 
 void CColorWnd::OnControl(TPanelControl& control) {
+    if (control.nId == COLOR_MODE) {
+        const bool bSliders = control.nValue != 0;
+        GetOutside().settings.GetSection(SECTION)->SetInt(SLIDERS, bSliders);
+        return ShowSliders(bSliders);
+    }
     if (!GetBrush()) return;
     if (control.nId == COLOR_SWAP) return Swap();
     if (const auto color = m_color.OnControl(control)) SetColor(*color);

@@ -26,6 +26,8 @@ private:
     boost::shared_ptr<CRasterBrushBase> GetBrush() const;
     void SetColor(TColor color);
     void Swap();
+    /// Sliders instead of the circle.
+    void ShowSliders(bool bSliders);
 
     CColorControls m_color;
     CTwoColorBoxView m_boxes;

@@ -54,8 +54,8 @@ void CPanel::KeepPlace() {
     if (!m_pWindow) return;
     const TPanelPlace place = m_pWindow->GetPlace();
     if (place == m_placeRead) return;
-    WritePlacement(m_strName, place.rc);
-    OpenSection()->SetInts(
+    WritePlacement(
+        m_strName, place.rc,
         {{L"IsShow", place.bShow}, {L"Dock", static_cast<int>(place.dock)}, {L"Front", place.bFront}});
 }
 

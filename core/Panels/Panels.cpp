@@ -17,10 +17,12 @@
 
 namespace {
 
-constexpr int32_t COLUMN = 262; ///< width of the panels at the right side
-
+// Panels without a list are not higher than their content; one with a list takes what is left of a side.
+TPanelPlace Left(int32_t nTop, int32_t nHeight) {
+    return {EPanelDock::Left, CRect(CPoint{0, nTop}, {232, nHeight}), true};
+}
 TPanelPlace Right(int32_t nTop, int32_t nHeight) {
-    return {EPanelDock::Right, CRect(CPoint{1000, nTop}, {COLUMN, nHeight}), true};
+    return {EPanelDock::Right, CRect(CPoint{1000, nTop}, {252, nHeight}), true};
 }
 
 template <class TPanel>
@@ -29,17 +31,13 @@ std::unique_ptr<CPanel> Make(const wchar_t* pszSection, const TPanelOutside& out
 }
 
 const TPanelRow PANELS[] = {
-    {ID_PANEL_BRUSH, L"Brush", Make<CBrushWnd>, WM_REFRESH_TOOL, Right(600, 340)},
-    {ID_PANEL_LAYER, L"Layer", Make<CLayerWnd>, WM_REFRESH_LAYERS, Right(800, 340)},
-    {ID_PANEL_HISTORY, L"History", Make<CHistoryWnd>, WM_REFRESH_HISTORY, Right(800, 340)},
-    {ID_PANEL_TOOL_OPTION, L"ToolOption", Make<CToolOptWnd>, WM_REFRESH_TOOL, Right(600, 340)},
-    {ID_PANEL_PRESS, L"Press", Make<CPressWnd>, WM_REFRESH_TOOL, Right(600, 340)},
-    {ID_PANEL_TOOL,
-     L"Tool",
-     Make<CToolWnd>,
-     WM_REFRESH_TOOL,
-     {EPanelDock::Left, CRect(CPoint{0, 100}, {84, 200}), true}},
-    {ID_PANEL_COLOR, L"Color", Make<CColorWnd>, WM_REFRESH_TOOL, Right(100, 424)},
+    {ID_PANEL_BRUSH, L"Brush", Make<CBrushWnd>, WM_REFRESH_TOOL, Left(200, 500)},
+    {ID_PANEL_LAYER, L"Layer", Make<CLayerWnd>, WM_REFRESH_LAYERS, Right(400, 320)},
+    {ID_PANEL_HISTORY, L"History", Make<CHistoryWnd>, WM_REFRESH_HISTORY, Right(400, 320)},
+    {ID_PANEL_TOOL_OPTION, L"ToolOption", Make<CToolOptWnd>, WM_REFRESH_TOOL, Left(200, 500)},
+    {ID_PANEL_PRESS, L"Press", Make<CPressWnd>, WM_REFRESH_TOOL, Left(200, 500)},
+    {ID_PANEL_TOOL, L"Tool", Make<CToolWnd>, WM_REFRESH_TOOL, Left(100, 80)},
+    {ID_PANEL_COLOR, L"Color", Make<CColorWnd>, WM_REFRESH_TOOL, Right(100, 300)},
 };
 
 } // namespace

@@ -67,7 +67,7 @@ bool CPresetRows::DrawNextSample(const CRasterBrushBase& tool) {
         TBrushParam param = preset.param;
         param.BrushRadius *= 2;
         const auto pBuffer =
-            DrawBrushSample(tool.GetToolId(), param, TFreehandParam().m_clrBrush, SAMPLE, m_clock, m_codecs);
+            DrawBrushSample({.param = param, .nTool = tool.GetToolId()}, SAMPLE, m_clock, m_codecs);
         if (m_vSamples.size() >= MAX_SAMPLES)
             m_vSamples.erase(m_vSamples.begin(), m_vSamples.begin() + MAX_SAMPLES / 2);
         m_vSamples.push_back({strTool, preset.param, MakePicture(*pBuffer)});

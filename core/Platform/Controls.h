@@ -12,7 +12,8 @@ struct TPanelPaint {
     TColor clrBack = 0;
     TColor clrText = 0;
     bool bEnabled = true;
-    bool bFocus = false; ///< the view has the keyboard
+    bool bFocus = false;       ///< the view has the keyboard
+    TColor clrBase = 0xFFFFFF; ///< of fields in which something is written or drawn
 };
 
 /// A part of a panel or dialog that paints itself.

@@ -47,6 +47,8 @@ enum class EMessage : uint32_t {
     PanelFold = 0x7FE5,      ///< a Tree row was folded: wParam: control id; lParam: PackPoint(row, 1 closed)
     PanelDrop = 0x7FE6,    ///< a Tree row was dragged: wParam: control id; lParam: PackPoint(from, PackDrop)
     PanelMenu = 0x7FE7,    ///< a row's context menu was requested: wParam: control id; lParam: row, -1 none
+    Pinch = 0x7FF1,        ///< wParam: lines of the zoom list, positive magnifies; lParam: PackPoint of the
+                           ///< client pixel between the fingers
     PenPacket = 0x7FF0,    ///< packets are waiting at the pen
     PenProximity = 0x7FF5, ///< wParam: 1 the pen came near, 0 it left; lParam: 2 for the eraser end
     PenActivate = 0x7FF6,  ///< a pen contact activated the window

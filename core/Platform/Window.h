@@ -50,6 +50,9 @@ public:
     virtual void Invalidate(const CRect& rc = {}) = 0;
 };
 
+/// Light or dark windows; System follows the desktop.
+enum class ETheme { System, Light, Dark };
+
 /// Arrangement of the MDI children.
 enum class EArrange { Icons, Cascade, TileHorizontal, TileVertical };
 
@@ -65,6 +68,12 @@ public:
     /// Posts Timer with `nId` every `nMilliseconds` until KillTimer or the window's destruction.
     virtual void SetTimer(int nId, int nMilliseconds) = 0;
     virtual void KillTimer(int nId) = 0;
+    /// A maximised window fills the area; its rectangle stays the place to restore.
+    virtual bool IsMaximized() const = 0;
+    virtual void SetMaximized(bool bMaximized) = 0;
+    /// Resizes the window to this client size, as far as the area allows; moves it if it would leave the
+    /// area. A maximised window keeps its size.
+    virtual void FitTo(CSize szClient) = 0;
     /// Makes this the active child; both frames are notified by MdiActivate.
     virtual void Activate() = 0;
     /// Gives the window the keyboard focus.
@@ -106,6 +115,14 @@ public:
     /// The work areas of all screens, the first one the primary.
     virtual std::vector<CRect> GetScreens() const = 0;
     virtual void SetMinimumSize(CSize sz) = 0;
+    /// A maximised window fills its screen; its rectangle stays the place to restore.
+    virtual bool IsMaximized() const = 0;
+    virtual void SetMaximized(bool bMaximized) = 0;
+    /// The size of the area of the MDI children, in the units of their rectangles; empty when nothing limits
+    /// them.
+    virtual CSize GetArea() const = 0;
+    /// Chooses light or dark windows. The look of a host that shares the window system's application stays.
+    virtual void SetTheme(ETheme theme) = 0;
 };
 
 /// Setup of a new main frame.

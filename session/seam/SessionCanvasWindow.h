@@ -33,6 +33,10 @@ public:
     void SetScroll(CSize szExtent, CSize szLine, CSize szPage, CPoint ptOffset) override;
     void SetTimer(int nId, int nMilliseconds) override;
     void KillTimer(int nId) override { m_mapTimers.erase(nId); }
+    /// Only noted: a script's positions depend on the window's size.
+    bool IsMaximized() const override { return m_bMaximized; }
+    void SetMaximized(bool bMaximized) override { m_bMaximized = bMaximized; }
+    void FitTo(CSize) override {}
     void Activate() override;
     void SetFocus() override {}
     void SetCapture(bool bCapture) override { m_bCapture = bCapture; }
@@ -77,6 +81,7 @@ private:
     CRect m_rcInvalid;
     bool m_bCapture = false;
     bool m_bCovered = false;
+    bool m_bMaximized = false;
     ECursor m_cursor = ECursor::Arrow;
     bool m_bModified = false;
     TScroll m_scroll;

@@ -57,6 +57,11 @@ public:
     /// One screen of 1920 by 1080.
     std::vector<CRect> GetScreens() const override;
     void SetMinimumSize(CSize sz) override { m_szMinimum = sz; }
+    bool IsMaximized() const override { return m_bMaximized; }
+    void SetMaximized(bool bMaximized) override { m_bMaximized = bMaximized; }
+    CSize GetArea() const override { return {}; }
+    void SetTheme(ETheme theme) override { m_theme = theme; }
+    ETheme GetTheme() const { return m_theme; }
 
     /// Creates a real window that shows this one.
     void ShowIn(const std::function<IMainWindow*(IWindowClient&)>& fnCreate);
@@ -85,6 +90,8 @@ private:
     int m_nZoomItem = -1;
     std::wstring m_astrStatus[2];
     CSize m_szMinimum;
+    bool m_bMaximized = false;
+    ETheme m_theme = ETheme::System;
     std::vector<CSessionCanvasWindow*> m_vChildren;
     std::vector<CSessionCanvasWindow*> m_vUsed; ///< activated children, the last one last
     CSessionCanvasWindow* m_pActive = nullptr;

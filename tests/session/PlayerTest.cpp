@@ -66,7 +66,7 @@ TEST_F(Player, WhatCannotBeDoneOrIsNotAsExpectedFails) {
         {R"({"command":57664})", "1: CAboutDialog opened, but no answer was queued"},
         {"{\"answer\":{\"dialog\":\"CAboutDialog\",\"extra\":true}}\n{\"command\":57664}", ""},
         {"{\"close\":\"main\"}\n{\"answer\":{\"box\":\"no\"}}",
-         R"(1: the box "更新されています。保存しますか？" opened, but no answer was queued)"},
+         "1: the box \"更新されています。保存しますか？\n\n名称未設定\" opened, but no answer was queued"},
         {"{\"answer\":{\"box\":\"no\"}}\n{\"close\":\"main\"}\n\n{\"wait\":5}",
          "4: the session had ended before this line"},
         {"{\"answer\":{\"cancel\":true}}\n{\"close\":\"frame\"}\n{\"expect\":{\"frames\":1}}", ""},

@@ -1,10 +1,12 @@
 #include "ui/base/QtApplication.h"
 
+#include "core/AppModule/WindowPlacement.h"
+#include "ui/base/QtText.h"
+#include "ui/base/Style.h"
 #include "ui/base/SvgIcon.h"
 
 #include <QApplication>
 #include <QLibraryInfo>
-#include <QStyleFactory>
 #include <QSysInfo>
 #include <QThread>
 #include <QTranslator>
@@ -35,7 +37,7 @@ void MakeOwnApplication() {
     g_pOwn->setApplicationName(QStringLiteral("Vellumcraft"));
     // The message loop ends by a message of the session, not when the last window closes.
     g_pOwn->setQuitOnLastWindowClosed(false);
-    g_pOwn->setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    g_pOwn->setStyle(new CQtStyle);
 
     QFont font = g_pOwn->font();
     font.setFamilies({QLatin1String(JAPANESE_FAMILY), font.family()});
@@ -73,4 +75,13 @@ void PrepareTopLevel(QWidget& widget) {
     widget.setAttribute(Qt::WA_QuitOnClose, false);
     widget.setFont(WithJapanese(widget.font()));
     widget.setWindowIcon(LoadPictureIcon("icons/app.svg"));
+}
+
+void FitToScreens(QWidget& window, const std::vector<CRect>& vScreens) {
+    const QRect rcFrame = window.frameGeometry();
+    const QRect rcFit = ToQt(PlaceOnScreen(FromQt(rcFrame), vScreens));
+    if (rcFit == rcFrame) return;
+    const QSize szBorders = rcFrame.size() - window.size();
+    window.resize(rcFit.size() - szBorders);
+    window.move(rcFit.topLeft());
 }

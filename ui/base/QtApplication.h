@@ -1,6 +1,10 @@
 // The process's one QApplication: ours, or that of a host which is a Qt program itself.
 #pragma once
 
+#include "core/Base/Geometry.h"
+
+#include <vector>
+
 class QFont;
 class QWidget;
 
@@ -16,3 +20,6 @@ bool OwnsApplication();
 QFont WithJapanese(const QFont& font);
 /// Sets the font and the icon of a top-level window, and keeps a host running when it is closed.
 void PrepareTopLevel(QWidget& widget);
+/// Moves a top-level window with its frame into its screen, and reduces it where it is larger. `vScreens`:
+/// their work areas.
+void FitToScreens(QWidget& window, const std::vector<CRect>& vScreens);

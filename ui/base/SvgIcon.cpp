@@ -33,7 +33,7 @@ public:
     }
 
     void paint(QPainter* pPainter, const QRect& rc, QIcon::Mode mode, QIcon::State state) override {
-        const qreal dScale = pPainter->device()->devicePixelRatio();
+        const qreal dScale = pPainter->device()->devicePixelRatioF();
         QPixmap pixmapIcon = pixmap((QSizeF(rc.size()) * dScale).toSize(), mode, state);
         pixmapIcon.setDevicePixelRatio(dScale);
         pPainter->drawPixmap(rc, pixmapIcon);

@@ -29,6 +29,7 @@ constexpr int SPACING = 4;
 constexpr int TITLE_BUTTONS = 52;
 constexpr int PAGE_MARGIN = 20;
 constexpr int PAGE_WIDTH = 640; ///< at most, of the content of a page
+constexpr int LEAST_HEIGHT = 100; ///< below which a panel scrolls
 
 /// Scrolls what does not fit, so that no panel makes the main window larger.
 class CContentArea : public QScrollArea {
@@ -41,7 +42,8 @@ public:
     }
     QSize sizeHint() const override { return widget() ? widget()->sizeHint() : QSize(); }
     QSize minimumSizeHint() const override {
-        return {widget() ? widget()->minimumSizeHint().width() : 0, 40};
+        const QSize sz = widget() ? widget()->minimumSizeHint() : QSize(0, 0);
+        return {sz.width(), std::min(sz.height(), LEAST_HEIGHT)};
     }
 };
 
@@ -69,7 +71,9 @@ CQtPanel::CQtPanel(CQtPanelDocks& docks, IWindowClient& client, const TPanelSetu
     setAllowedAreas(Qt::LeftDockWidgetArea | Qt::RightDockWidgetArea);
     auto* pArea = new CContentArea(this);
     auto* pContent = new QWidget(pArea);
-    Fill(*pContent, setup.vControls);
+    // Without a list there is nothing to show in more height: it is left to the panels beside.
+    if (!Fill(*pContent, setup.vControls)) pArea->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
+    WatchControls(*pContent);
     pArea->setWidget(pContent);
     setWidget(pArea);
     SetControls(setup.vControls);
@@ -88,7 +92,7 @@ TPanelEvents CQtPanel::MakeEvents() {
                            [this] { FocusPicture(); });
 }
 
-void CQtPanel::Fill(QWidget& content, const std::vector<TPanelControl>& vControls) {
+bool CQtPanel::Fill(QWidget& content, const std::vector<TPanelControl>& vControls) {
     auto* pGrid = new QGridLayout(&content);
     pGrid->setContentsMargins(MARGIN, MARGIN, MARGIN, MARGIN);
     pGrid->setHorizontalSpacing(MARGIN);
@@ -99,6 +103,8 @@ void CQtPanel::Fill(QWidget& content, const std::vector<TPanelControl>& vControl
     int nRow = 0;
     bool bGrows = false;
     for (const TPanelControl& control : vControls) {
+        const bool bLast = &control == &vControls.back();
+        const bool bAlone = !control.bSameLine && (bLast || !(&control)[1].bSameLine);
         m_vControls.push_back(MakePanelControl(control, events, &content));
         QWidget* pWidget = m_vControls.back()->GetWidget();
         pWidget->setObjectName(QString::number(control.nId));
@@ -116,6 +122,9 @@ void CQtPanel::Fill(QWidget& content, const std::vector<TPanelControl>& vControl
             pLine = new QHBoxLayout;
             pLine->setSpacing(SPACING);
             pGrid->addLayout(pLine, nRow, line.pLabel ? 1 : 0, 1, line.pLabel ? 1 : 2);
+            // Icons that are chosen between stand together; those of other lines fill the width.
+            if (control.kind == TPanelControl::EKind::Toggle && !control.strIcon.empty())
+                pGrid->setAlignment(pLine, Qt::AlignLeft);
             const bool bList =
                 control.kind == TPanelControl::EKind::List || control.kind == TPanelControl::EKind::Tree;
             pGrid->setRowStretch(nRow, bList ? 1 : 0);
@@ -126,10 +135,15 @@ void CQtPanel::Fill(QWidget& content, const std::vector<TPanelControl>& vControl
         m_vLines.back().vControls.push_back(m_vControls.size() - 1);
         const bool bButton = control.kind == TPanelControl::EKind::Toggle ||
                              control.kind == TPanelControl::EKind::Radio || !control.strIcon.empty() ||
-                             (control.kind == TPanelControl::EKind::View && control.bSameLine);
+                             (control.kind == TPanelControl::EKind::View && !bAlone);
         pLine->addWidget(pWidget, bButton ? 0 : 1);
     }
-    if (!bGrows) pGrid->setRowStretch(nRow, 1);
+    if (bGrows) return true;
+    pGrid->setRowStretch(nRow, 1);
+    return false;
+}
+
+void CQtPanel::WatchControls(QWidget& content) {
     for (QWidget* pWidget : content.findChildren<QWidget*>()) pWidget->installEventFilter(this);
 }
 

@@ -53,7 +53,9 @@ private:
     };
 
     TPanelEvents MakeEvents();
-    void Fill(QWidget& content, const std::vector<TPanelControl>& vControls);
+    /// True when one of the controls makes use of any height.
+    bool Fill(QWidget& content, const std::vector<TPanelControl>& vControls);
+    void WatchControls(QWidget& content);
     QRect GetScreenRect() const;
     void PutOverCanvases();
     void GiveKeyboardBack();

@@ -1,12 +1,13 @@
 #include "ui/panels/QtPanelDocks.h"
 
+#include "ui/base/QtApplication.h"
 #include "ui/panels/QtPanel.h"
 #include "ui/windows/QtMainWindow.h"
 
 #include <algorithm>
 
 CQtPanelDocks::CQtPanelDocks(CQtMainWindow& main) : m_main(main) {
-    main.SetFirstShown([this] { SizePanels(); });
+    main.SetPanelEvents([this] { SizePanels(); }, [this] { FitPanels(); });
 }
 
 // Only a visible window divides its sides as requested, and only over it can panels float.
@@ -33,6 +34,11 @@ void CQtPanelDocks::SizePanels() {
         for (QDockWidget* pDock : m_main.tabifiedDockWidgets(pPanel)) pDock->raise();
         pPanel->raise();
     }
+}
+
+void CQtPanelDocks::FitPanels() {
+    for (CQtPanel* pPanel : m_vPanels)
+        if (pPanel->isFloating()) FitToScreens(*pPanel, m_main.GetScreens());
 }
 
 CQtPanel* CQtPanelDocks::FindAt(const TPanelPlace& place, const CQtPanel& except) const {

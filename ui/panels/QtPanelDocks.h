@@ -23,6 +23,8 @@ public:
 
 private:
     void SizePanels();
+    /// Moves panels that float beyond their screen back onto it.
+    void FitPanels();
 
     CQtMainWindow& m_main;
     std::vector<CQtPanel*> m_vPanels; ///< in the order of their creation

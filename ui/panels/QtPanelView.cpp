@@ -57,6 +57,7 @@ protected:
                     static_cast<int32_t>(std::lround(height() * dScale))};
         paint.clrBack = ColorOf(palette().color(group, QPalette::Window));
         paint.clrText = ColorOf(palette().color(group, QPalette::WindowText));
+        paint.clrBase = ColorOf(palette().color(group, QPalette::Base));
         paint.bEnabled = isEnabled();
         paint.bFocus = hasFocus();
         if (paint.sz.cx <= 0 || paint.sz.cy <= 0 || !m_pView) return;

@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QEvent>
 #include <QMouseEvent>
+#include <QNativeGestureEvent>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QScopedValueRollback>
@@ -20,6 +21,7 @@
 namespace {
 
 constexpr int WHEEL_STEP = 120;
+constexpr qreal PINCH_STEP = 1.25; ///< the fingers' magnification for a line of the zoom list
 constexpr int MOST_RECTANGLES =
     64; ///< more are painted as one; a round selection on a large screen has about 60
 
@@ -159,6 +161,18 @@ void CQtCanvasView::wheelEvent(QWheelEvent* pEvent) {
     pEvent->accept();
 }
 
+void CQtCanvasView::Pinch(const QNativeGestureEvent& event) {
+    if (event.gestureType() == Qt::BeginNativeGesture) m_dPinch = 1;
+    if (event.gestureType() != Qt::ZoomNativeGesture) return;
+    m_dPinch *= 1 + event.value();
+    const int nSteps = m_dPinch >= PINCH_STEP ? 1 : m_dPinch <= 1 / PINCH_STEP ? -1 : 0;
+    if (nSteps == 0) return;
+    m_dPinch = 1;
+    const QPointF pt = event.position() * devicePixelRatioF();
+    m_events.pinch(nSteps,
+                   {static_cast<int32_t>(std::floor(pt.x())), static_cast<int32_t>(std::floor(pt.y()))});
+}
+
 void CQtCanvasView::TellPointer(EMessage id, const QMouseEvent& event) {
     const qreal dScale = devicePixelRatioF();
     const int64_t nKeys = (event.buttons().testFlag(Qt::LeftButton) ? MOUSE_LEFT : 0) |
@@ -195,6 +209,10 @@ bool CQtCanvasView::viewportEvent(QEvent* pEvent) {
     case QEvent::MouseMove:
         m_bActivated = false; // activated by a scroll bar
         TellPointer(EMessage::MouseMove, static_cast<QMouseEvent&>(*pEvent));
+        return true;
+    case QEvent::NativeGesture:
+        Pinch(static_cast<QNativeGestureEvent&>(*pEvent));
+        pEvent->accept();
         return true;
     case QEvent::Leave:
         m_events.pointer(EMessage::MouseLeave, 0, {});

@@ -10,6 +10,7 @@
 #include <functional>
 
 class IPaintTarget;
+class QNativeGestureEvent;
 class QTabletEvent;
 
 /// Sizes and rectangles are device pixels; the viewport's top-left pixel is (0, 0).
@@ -20,6 +21,7 @@ public:
         std::function<void(IPaintTarget&, const CRect&)> paint;  ///< the rectangle must be repainted
         std::function<void(bool bVertical, int nOffset)> scroll; ///< the user moved a scroll bar
         std::function<void(int nDelta)> wheel;                   ///< whole steps of 120
+        std::function<void(int nSteps, CPoint pt)> pinch;        ///< fingers; positive magnifies
         /// The pointer's messages: keys are MOUSE_ bits, the position a client pixel.
         std::function<void(EMessage id, int64_t nKeys, CPoint pt)> pointer;
         std::function<void(const QTabletEvent&)> tablet; ///< every event of the pen
@@ -52,6 +54,7 @@ protected:
 
 private:
     void CheckSize();
+    void Pinch(const QNativeGestureEvent& event);
     void TellPointer(EMessage id, const QMouseEvent& event);
     void WatchBar(bool bVertical);
 
@@ -61,5 +64,6 @@ private:
     CSize m_szPage;            ///< pixels that a click beside the handle scrolls
     bool m_bActivated = false; ///< the press being delivered activated the view
     bool m_bSetting = false;   ///< the application is setting the scroll bars
+    qreal m_dPinch = 1;        ///< magnification since the last step of a pinch
     int m_nWheel = 0;          ///< accumulated part of a wheel step
 };

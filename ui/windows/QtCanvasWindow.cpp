@@ -17,6 +17,7 @@
 #include <QMdiArea>
 #include <QStyle>
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -31,6 +32,7 @@ CQtCanvasWindow::CQtCanvasWindow(CQtMainWindow& parent, IWindowClient& client,
            },
            [this](bool bVertical, int nOffset) { m_life.Post(EMessage::Scroll, bVertical ? 1 : 0, nOffset); },
            [this](int nDelta) { m_life.Post(EMessage::MouseWheel, nDelta); },
+           [this](int nSteps, CPoint pt) { m_life.Post(EMessage::Pinch, nSteps, PackPoint(pt.x, pt.y)); },
            [this](EMessage id, int64_t nKeys, CPoint pt) { m_life.Post(id, nKeys, PackPoint(pt.x, pt.y)); },
            [this](const QTabletEvent& event) {
                Guarded([&] { m_main.GetPen().Push(event, m_pView->devicePixelRatioF()); });
@@ -54,6 +56,7 @@ CQtCanvasWindow::CQtCanvasWindow(CQtMainWindow& parent, IWindowClient& client,
             .back());
     m_rcPlace = geometry();
     SettleLayout();
+    connect(this, &QMdiSubWindow::windowStateChanged, &m_main, [this] { m_main.UpdateTabs(); });
     m_main.AddChild(this);
     m_life.Open();
 }
@@ -93,11 +96,12 @@ void CQtCanvasWindow::OnLeave() {
 void CQtCanvasWindow::SetTitle(const std::wstring& strTitle) {
     m_strTitle = strTitle;
     setWindowTitle(MarkableTitle(strTitle));
+    m_main.UpdateTabs();
 }
 
 void CQtCanvasWindow::SetModified(bool bModified) {
     setWindowModified(bModified);
-    m_main.UpdateMark();
+    m_main.UpdateTabs();
 }
 
 void CQtCanvasWindow::OnShow() {
@@ -121,6 +125,23 @@ void CQtCanvasWindow::SetRect(const CRect& rc) {
     setGeometry(ToQt(rc));
     m_rcPlace = geometry();
     if (!isVisible()) SettleLayout();
+}
+
+void CQtCanvasWindow::SetMaximized(bool bMaximized) {
+    if (IsDestroyed() || bMaximized == isMaximized()) return;
+    bMaximized ? showMaximized() : showNormal();
+}
+
+void CQtCanvasWindow::FitTo(CSize szClient) {
+    if (isMaximized() || isMinimized()) return;
+    const qreal dScale = m_pView->devicePixelRatioF();
+    const QSize szView(static_cast<int>(std::ceil(szClient.cx / dScale)),
+                       static_cast<int>(std::ceil(szClient.cy / dScale)));
+    const QSize szArea = m_main.GetMdiArea().viewport()->size();
+    QRect rc(pos(), (size() - m_pView->viewport()->size() + szView).boundedTo(szArea));
+    rc.moveLeft(std::clamp(rc.left(), 0, szArea.width() - rc.width()));
+    rc.moveTop(std::clamp(rc.top(), 0, szArea.height() - rc.height()));
+    SetRect(FromQt(rc));
 }
 
 void CQtCanvasWindow::KeepPlace() {

@@ -31,6 +31,9 @@ public:
     void SetScroll(CSize szExtent, CSize szLine, CSize szPage, CPoint ptOffset) override;
     void SetTimer(int nId, int nMilliseconds) override;
     void KillTimer(int nId) override;
+    bool IsMaximized() const override { return isMaximized(); }
+    void SetMaximized(bool bMaximized) override;
+    void FitTo(CSize szClient) override;
     void Activate() override;
     void SetFocus() override;
     void SetCapture(bool bCapture) override;

@@ -4,9 +4,11 @@
 #include "core/AppModule/MessageQueue.h"
 #include "ui/base/QtApplication.h"
 #include "ui/base/QtText.h"
+#include "ui/base/Theme.h"
 #include "ui/input/QtKeyFilter.h"
 #include "ui/input/QtPen.h"
 #include "ui/windows/QtCanvasWindow.h"
+#include "ui/windows/QtFrameTabs.h"
 #include "ui/windows/QtMdiArrange.h"
 #include "ui/windows/QtToolBar.h"
 
@@ -20,6 +22,7 @@
 #include <QStatusBar>
 #include <QStyle>
 #include <QUrl>
+#include <QVBoxLayout>
 
 #include <algorithm>
 #include <utility>
@@ -28,13 +31,17 @@ namespace {
 
 /// Neutral, so that it does not affect how colours in the picture are perceived.
 constexpr QColor MDI_BACKGROUND(0x4a, 0x4a, 0x4a);
+constexpr QSize FIRST_SIZE(1600, 1000);
+constexpr int SETTLE_MS = 200; ///< until the desktop has put its frame around a window
 
 } // namespace
 
 CQtMainWindow::CQtMainWindow(IWindowClient& client, const TMainWindowSetup& setup, CQtEventPump& pump,
                              CQtKeyFilter& keys, CQtPen& pen)
-    : CQtWindow(client, pump, keys), m_keys(keys), m_pen(pen), m_pMdiArea(new QMdiArea(this)) {
+    : CQtWindow(client, pump, keys), m_keys(keys), m_pen(pen), m_pTabs(new CQtFrameTabs(this)),
+      m_pMdiArea(new QMdiArea(this)) {
     PrepareTopLevel(*this);
+    if (OwnsApplication()) m_pTheme = std::make_unique<CQtTheme>();
     // A host that is a Qt program waits with its own windows open: block their input meanwhile.
     if (!OwnsApplication()) setWindowModality(Qt::ApplicationModal);
     setAcceptDrops(true);
@@ -59,7 +66,13 @@ CQtMainWindow::CQtMainWindow(IWindowClient& client, const TMainWindowSetup& setu
     m_pMdiArea->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     m_pMdiArea->setActivationOrder(QMdiArea::ActivationHistoryOrder);
     m_pMdiArea->setFrameShape(QFrame::NoFrame);
-    setCentralWidget(m_pMdiArea);
+    auto* pCentral = new QWidget(this);
+    auto* pColumn = new QVBoxLayout(pCentral);
+    pColumn->setContentsMargins(0, 0, 0, 0);
+    pColumn->setSpacing(0);
+    pColumn->addWidget(m_pTabs);
+    pColumn->addWidget(m_pMdiArea);
+    setCentralWidget(pCentral);
     m_pMdiArea->setFocus();
     connect(m_pMdiArea, &QMdiArea::subWindowActivated, this, [this](QMdiSubWindow* pWindow) {
         // The area also reports null when the whole program becomes inactive: keep the child.
@@ -68,6 +81,7 @@ CQtMainWindow::CQtMainWindow(IWindowClient& client, const TMainWindowSetup& setu
     });
 
     PlaceAtFirst();
+    WatchScreens();
     m_keys.SetWindow(this, [this] { return GetReceiver(); });
     m_pen.SetReceiver([this] { return GetReceiver(); });
     m_life.Open();
@@ -75,6 +89,7 @@ CQtMainWindow::CQtMainWindow(IWindowClient& client, const TMainWindowSetup& setu
 
 CQtMainWindow::~CQtMainWindow() {
     disconnect(m_pMdiArea, nullptr, this, nullptr);
+    for (const CQtCanvasWindow* pChild : m_vChildren) disconnect(pChild, nullptr, this, nullptr);
     // A failed session leaves its windows behind, whose clients may be destroyed.
     if (!IsDestroyed()) LeaveInput();
     m_life.Abandon();
@@ -107,7 +122,7 @@ void CQtMainWindow::MakeStatusBar() {
 
 void CQtMainWindow::PlaceAtFirst() {
     const QRect rcScreen = QGuiApplication::primaryScreen()->availableGeometry();
-    const QSize sz = QSize(1280, 860).boundedTo(rcScreen.size() * 9 / 10);
+    const QSize sz = FIRST_SIZE.boundedTo(rcScreen.size() * 9 / 10);
     move(rcScreen.center() - QPoint(sz.width() / 2, sz.height() / 2));
     resize(sz);
 }
@@ -157,21 +172,29 @@ void CQtMainWindow::FocusPicture() {
     if (m_pActive) m_pActive->FocusView();
 }
 
-void CQtMainWindow::SetTitle(const std::wstring& strTitle) { setWindowTitle(ToQt(strTitle)); }
+void CQtMainWindow::SetTitle(const std::wstring& strTitle) {
+    m_strTitle = MarkableTitle(strTitle);
+    setWindowTitle(m_strTitle);
+}
 
 void CQtMainWindow::OnShow() {
     setWindowState(windowState() & ~Qt::WindowMinimized);
     show();
     if (const auto fnFirstShown = std::exchange(m_fnFirstShown, {})) fnFirstShown();
+    m_timerScreen.start(SETTLE_MS);
     raise();
     // An open dialog keeps the focus.
     QWidget* pModal = QApplication::activeModalWidget();
     (pModal ? pModal : this)->activateWindow();
 }
 
-CRect CQtMainWindow::GetRect() const {
-    if (isMaximized() || isFullScreen() || isMinimized()) return FromQt(normalGeometry());
-    return FromQt(QRect(pos(), size()));
+bool CQtMainWindow::IsNormal() const { return !isMaximized() && !isFullScreen() && !isMinimized(); }
+
+CRect CQtMainWindow::GetRect() const { return FromQt(IsNormal() ? QRect(pos(), size()) : m_rcPlace); }
+
+void CQtMainWindow::SetRect(const CRect& rc) {
+    m_rcPlace = ToQt(rc);
+    CQtWindow::SetRect(rc);
 }
 
 ICommandLook& CQtMainWindow::GetToolBarLook() { return *m_pToolBar; }
@@ -235,12 +258,69 @@ std::vector<CRect> CQtMainWindow::GetScreens() const {
     return vScreens;
 }
 
-void CQtMainWindow::SetMinimumSize(CSize sz) { setMinimumSize(sz.cx, sz.cy); }
+void CQtMainWindow::SetMinimumSize(CSize sz) {
+    m_szMinimum = {sz.cx, sz.cy};
+    setMinimumSize(m_szMinimum.boundedTo(screen()->availableSize()));
+}
 
-void CQtMainWindow::AddChild(CQtCanvasWindow* pChild) { m_vChildren.push_back(pChild); }
+void CQtMainWindow::SetMaximized(bool bMaximized) {
+    setWindowState(windowState().setFlag(Qt::WindowMaximized, bMaximized));
+}
+
+CSize CQtMainWindow::GetArea() const {
+    const QSize sz = m_pMdiArea->viewport()->size();
+    return {sz.width(), sz.height()};
+}
+
+void CQtMainWindow::SetTheme(ETheme theme) {
+    if (m_pTheme) m_pTheme->Choose(theme);
+}
+
+// The desktop reports a maximised window's size before its state, or after.
+void CQtMainWindow::KeepPlace() {
+    if (IsNormal()) m_rcPlace = QRect(pos(), size());
+}
+
+void CQtMainWindow::moveEvent(QMoveEvent* pEvent) {
+    QMainWindow::moveEvent(pEvent);
+    m_timerPlace.start(SETTLE_MS);
+}
+
+void CQtMainWindow::resizeEvent(QResizeEvent* pEvent) {
+    QMainWindow::resizeEvent(pEvent);
+    m_timerPlace.start(SETTLE_MS);
+}
+
+// A change of scale, resolution or of the screens themselves changes the sizes in Qt's pixels.
+void CQtMainWindow::WatchScreens() {
+    m_timerPlace.setSingleShot(true);
+    connect(&m_timerPlace, &QTimer::timeout, this, [this] { KeepPlace(); });
+    m_timerScreen.setSingleShot(true);
+    connect(&m_timerScreen, &QTimer::timeout, this, [this] { Guarded([&] { FitScreen(); }); });
+    const auto later = [this] { m_timerScreen.start(SETTLE_MS); };
+    const auto watch = [this, later](QScreen* pScreen) {
+        connect(pScreen, &QScreen::availableGeometryChanged, this, later);
+    };
+    for (QScreen* pScreen : QGuiApplication::screens()) watch(pScreen);
+    connect(qGuiApp, &QGuiApplication::screenAdded, this, watch);
+    connect(qGuiApp, &QGuiApplication::screenRemoved, this, later);
+}
+
+void CQtMainWindow::FitScreen() {
+    if (IsDestroyed()) return;
+    setMinimumSize(m_szMinimum.boundedTo(screen()->availableSize()));
+    if (IsNormal()) FitToScreens(*this, GetScreens());
+    if (m_fnScreens) m_fnScreens();
+}
+
+void CQtMainWindow::AddChild(CQtCanvasWindow* pChild) {
+    m_vChildren.push_back(pChild);
+    UpdateTabs();
+}
 
 void CQtMainWindow::RemoveChild(CQtCanvasWindow* pChild) {
     std::erase(m_vChildren, pChild);
+    UpdateTabs();
     if (pChild != m_pActive) return;
     // The previous one in the order of use becomes active.
     CQtCanvasWindow* pNext = nullptr;
@@ -263,15 +343,15 @@ void CQtMainWindow::SetActiveChild(CQtCanvasWindow* pChild) {
     const CQtMenuSet* pShown = &GetShownMenus();
     CQtCanvasWindow* pOld = std::exchange(m_pActive, pChild);
     if (const CQtMenuSet* pMenus = &GetShownMenus(); pMenus != pShown) pMenus->ShowIn(*menuBar());
-    UpdateMark();
+    UpdateTabs();
     if (pOld) SendMessage({pOld, EMessage::MdiActivate, 0, 0, {}});
     if (pChild && m_pActive == pChild) SendMessage({pChild, EMessage::MdiActivate, 1, 0, {}});
 }
 
-void CQtMainWindow::UpdateMark() {
-    // Qt inserts a maximised child's title, with its mark, into the frame's.
-    const bool bShowsChild = m_pActive && m_pActive->isMaximized() && windowTitle().contains(TITLE_MARK);
-    setWindowModified(bShowsChild && m_pActive->isWindowModified());
+void CQtMainWindow::UpdateTabs() {
+    // A window that is being created is not among the children yet.
+    m_pTabs->ShowFrames(m_vChildren, m_pActive);
+    centralWidget()->layout()->activate(); // a new frame's first view depends on the area
 }
 
 bool CQtMainWindow::event(QEvent* pEvent) {
@@ -284,7 +364,10 @@ bool CQtMainWindow::event(QEvent* pEvent) {
 
 void CQtMainWindow::changeEvent(QEvent* pEvent) {
     QMainWindow::changeEvent(pEvent);
-    if (pEvent->type() == QEvent::WindowTitleChange) UpdateMark();
+    // Qt adds a maximised child's title and mark, which the title contains already.
+    if (pEvent->type() == QEvent::WindowTitleChange && windowTitle() != m_strTitle)
+        setWindowTitle(m_strTitle);
+    if (pEvent->type() == QEvent::ModifiedChange && isWindowModified()) setWindowModified(false);
 }
 
 void CQtMainWindow::dragEnterEvent(QDragEnterEvent* pEvent) {

@@ -6,13 +6,16 @@
 
 #include <QMainWindow>
 #include <QPointer>
+#include <QTimer>
 
 #include <functional>
 #include <memory>
 #include <vector>
 
 class CQtCanvasWindow;
+class CQtFrameTabs;
 class CQtPen;
+class CQtTheme;
 class CQtToolBar;
 class QLabel;
 class QMdiArea;
@@ -27,6 +30,7 @@ public:
     /// The frame's position and its inner size: the decorations are unknown before the window shows, and
     /// the value must survive a round trip. While maximised, the place to restore.
     CRect GetRect() const override;
+    void SetRect(const CRect& rc) override;
 
     ICommandLook& GetMenuLook() override { return m_menuLook; }
     ICommandLook& GetToolBarLook() override;
@@ -39,6 +43,10 @@ public:
     void ArrangeChildren(EArrange arrange) override;
     std::vector<CRect> GetScreens() const override;
     void SetMinimumSize(CSize sz) override;
+    bool IsMaximized() const override { return isMaximized(); }
+    void SetMaximized(bool bMaximized) override;
+    CSize GetArea() const override;
+    void SetTheme(ETheme theme) override;
 
     QMdiArea& GetMdiArea() { return *m_pMdiArea; }
     CQtKeyFilter& GetKeys() { return m_keys; }
@@ -54,11 +62,15 @@ public:
     void RemoveChild(CQtCanvasWindow* pChild);
     /// Activates a child, or none: switches the menus and sends MdiActivate to both.
     void SetActiveChild(CQtCanvasWindow* pChild);
-    /// Sets the modified mark in the frame's title when it shows the title of a maximised child with one.
-    void UpdateMark();
+    /// Shows the children's titles and marks in the tabs of maximised ones.
+    void UpdateTabs();
 
-    /// `fnShown` is called once, when the window is shown for the first time.
-    void SetFirstShown(std::function<void()> fnShown) { m_fnFirstShown = std::move(fnShown); }
+    /// `fnShown` is called once, when the window is shown for the first time, `fnScreens` when the screens or
+    /// their scale have changed.
+    void SetPanelEvents(std::function<void()> fnShown, std::function<void()> fnScreens) {
+        m_fnFirstShown = std::move(fnShown);
+        m_fnScreens = std::move(fnScreens);
+    }
 
     /// Moves the focus to the next widget in Tab order, or the previous one.
     bool MoveFocus(bool bNext) { return focusNextPrevChild(bNext); }
@@ -71,6 +83,8 @@ protected:
     void OnShow() override;
     bool event(QEvent* pEvent) override;
     void changeEvent(QEvent* pEvent) override;
+    void moveEvent(QMoveEvent* pEvent) override;
+    void resizeEvent(QResizeEvent* pEvent) override;
     void dragEnterEvent(QDragEnterEvent* pEvent) override;
     void dropEvent(QDropEvent* pEvent) override;
 
@@ -84,6 +98,10 @@ private:
 
     void MakeStatusBar();
     void PlaceAtFirst();
+    void WatchScreens();
+    void FitScreen();
+    bool IsNormal() const;
+    void KeepPlace();
     void ListWindows(QMenu& menu);
     CQtMenuSet& GetShownMenus();
     IWindow* GetReceiver();
@@ -94,12 +112,19 @@ private:
     CMenuLook m_menuLook{*this};
     std::unique_ptr<CQtMenuSet> m_pMenus;
     CQtToolBar* m_pToolBar;
+    CQtFrameTabs* m_pTabs;
     QMdiArea* m_pMdiArea;
+    std::unique_ptr<CQtTheme> m_pTheme; ///< null in a host's application
+    QString m_strTitle;
+    QSize m_szMinimum;
+    QRect m_rcPlace;      ///< the place to restore from minimised and maximised
+    QTimer m_timerPlace;  ///< after which the window has been moved
+    QTimer m_timerScreen; ///< after which the window is to fit its screen
     QLabel* m_apStatus[2];
     std::vector<QPointer<QAction>> m_vWindowActions; ///< of the menu listed last, deleted with its child
     std::vector<CQtCanvasWindow*> m_vChildren;       ///< in the order of their creation
     CQtCanvasWindow* m_pActive = nullptr;
     int m_nFirstRecentId = 0;
     std::vector<std::wstring> m_vRecent;
-    std::function<void()> m_fnFirstShown;
+    std::function<void()> m_fnFirstShown, m_fnScreens;
 };

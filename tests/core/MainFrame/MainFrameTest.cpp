@@ -54,6 +54,16 @@ TEST_F(MainFrame, ZoomingStepsThroughTheListAndCommandsWithoutEffectAreDisabled)
         EXPECT_EQ(g_pMainFrame->GetWindow()->GetZoomItem(), 0);
         EXPECT_TRUE(!g_pMainFrame->IsCommandEnabled(ID_ZOOM_IN) &&
                     g_pMainFrame->IsCommandEnabled(ID_ZOOM_OUT));
+        // The box's last line: 300x200 fits 1000x700 three times.
+        SendMessage({g_pMainFrame->GetWindow(), EMessage::Command, IDC_ZOOM_COMBO, 19});
+        EXPECT_EQ(Active().GetView().GetState().uZoom, 144);
+        Command(ID_THEME_LAST);
+        EXPECT_TRUE(g_pMainFrame->IsCommandChecked(ID_THEME_LAST));
+    });
+    Step([] { EXPECT_EQ(g_pMainFrame->GetWindow()->GetZoomItem(), 8); });
+    Play();
+    Step([] {
+        EXPECT_EQ(dynamic_cast<CSessionMainWindow&>(*g_pMainFrame->GetWindow()).GetTheme(), ETheme::Dark);
     });
     Play();
 }

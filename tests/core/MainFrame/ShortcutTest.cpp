@@ -105,6 +105,9 @@ TEST_F(Shortcuts, TheWheelZoomsAboutThePointerAndTheMiddleButtonMovesTheView) {
         m_pStage->keys.Press(VK_Control, false);
         EXPECT_EQ(Active().GetView().GetState().uZoom, 480);
         EXPECT_EQ(Active().GetView().ToCanvas(PT), ptCanvas);
+        SendMessage({Active().GetWindow(), EMessage::Pinch, 1, PackPoint(PT.x, PT.y)});
+        EXPECT_EQ(Active().GetView().GetState().uZoom, 576);
+        EXPECT_EQ(Active().GetView().ToCanvas(PT), ptCanvas);
         const CPoint ptScroll = Active().GetView().GetScroll();
         send(EMessage::MButtonDown, PT);
         send(EMessage::MouseMove, PT - CPoint{20, 30});

@@ -191,6 +191,8 @@ TEST_F(Panels, ColoursAreChosenExchangedAndRemembered) {
     Play({[&] {
               Send(P, EMessage::PanelChange, hex().nId, 0, L"#ff8000");
               EXPECT_EQ(color(), MakeColor(255, 128, 0));
+              EXPECT_THROW(Control(P, L"H"), std::runtime_error) << "the circle is shown";
+              Change(P, L"スライダー", 1);
               EXPECT_EQ(Control(P, L"H").nValue, 30);
               Send(P, EMessage::PanelChange, hex().nId, 0, L"orange");
               EXPECT_EQ(hex().strText, L"#FF8000"); // put back
@@ -205,10 +207,12 @@ TEST_F(Panels, ColoursAreChosenExchangedAndRemembered) {
           },
           [&] {
               EXPECT_EQ(hex().strText, L"#FF80FF");
+              EXPECT_FALSE(Control(P, TPanelControl::EKind::View).bVisible);
               Tool().OnLButtonDown(80, 80, 0); // it is drawn with, however shortly
               Tool().OnLButtonUp(80, 80, 0);
           },
           [] { Active().GetCanvas()->GetHistory().SetModified(false); }});
-    EXPECT_EQ(Setting(L"ColorList", L"ColorCount") + Setting(L"ColorList", L"1"),
-              L"1" + std::to_wstring(MakeColor(255, 128, 255)));
+    EXPECT_EQ(Setting(L"ColorList", L"ColorCount") + Setting(L"ColorList", L"1") +
+                  Setting(L"ColorList", L"Sliders"),
+              L"1" + std::to_wstring(MakeColor(255, 128, 255)) + L"1");
 }

@@ -240,14 +240,19 @@ TEST_F(CPanelTest, APenStrokeThatBeganOnTheCanvasStaysThere) {
                            0, {}, type == QEvent::TabletMove ? Qt::NoButton : Qt::LeftButton, buttons);
         QCoreApplication::sendEvent(pViewport, &event);
     };
-    move(QEvent::TabletPress, *pViewport, Qt::LeftButton);
-    move(QEvent::TabletMove, Get<QCheckBox>(1), Qt::LeftButton);
-    m_pPanel->SetControls(m_vControls);
-    m_pPanel->ShowPanel(false);
-    m_pPanel->ShowPanel(true);
-    move(QEvent::TabletMove, *pViewport, Qt::LeftButton);
-    move(QEvent::TabletRelease, *pViewport, {});
-    EXPECT_EQ(Told(), TLog{});
-    EXPECT_EQ(m_a.Got(EMessage::PenPacket).size(), 4u);
-    EXPECT_EQ(Focus(), pView);
+    for (const bool bFloats : {false, true}) {
+        // A floating panel stands at the picture's edge, partly over it.
+        const CPoint ptEdge{pViewport->mapToGlobal(QPoint(60, 10)).x(), 10};
+        if (bFloats) Show(*m_pPanel, {EPanelDock::Float, CRect(ptEdge, {300, 320}), true});
+        move(QEvent::TabletPress, *pViewport, Qt::LeftButton);
+        move(QEvent::TabletMove, Get<QCheckBox>(1), Qt::LeftButton);
+        m_pPanel->SetControls(m_vControls);
+        m_pPanel->ShowPanel(false);
+        m_pPanel->ShowPanel(true);
+        move(QEvent::TabletMove, *pViewport, Qt::LeftButton);
+        move(QEvent::TabletRelease, *pViewport, {});
+        EXPECT_EQ(Told(), TLog{});
+        EXPECT_EQ(m_a.Got(EMessage::PenPacket).size(), bFloats ? 8u : 4u);
+        EXPECT_EQ(Focus(), pView);
+    }
 }

@@ -1,5 +1,7 @@
 #include "tests/ui/UiTest.h"
 
+#include "core/AppModule/WindowPlacement.h"
+#include "core/Panels/ColorControls.h"
 #include "tests/support/Session.h"
 #include "tests/support/TempFolder.h"
 
@@ -132,25 +134,129 @@ TEST_F(DocumentWindows, TheEndOfTheDesktopOrOfTheProcessKeepsWhatIsUnsaved) {
     std::signal(SIGTERM, before);
 }
 
-TEST_F(DocumentWindows, ChangedDocumentsAreMarked) {
+TEST_F(DocumentWindows, TitlesAndTabsNameTheDocumentsAndMarkChangedOnes) {
+    EXPECT_EQ(Main().windowTitle(), "Vellumcraft[*]");
     Drop({"/1.vlm", "/絵\n [*] &5.vlm"});
     const auto spCanvas = Active().GetCanvas();
-    // The active child's mark and the frame's.
-    const auto marks = [&] {
+    auto& tabs = *Main().centralWidget()->findChild<QTabBar*>();
+    // The titles of the active child and of the main window.
+    const auto titles = [&] {
         Settle();
         const auto& child = *dynamic_cast<QWidget*>(Active().GetWindow());
-        return std::pair(child.isWindowModified(), Main().isWindowModified());
+        EXPECT_FALSE(Main().isWindowModified()) << "the title has its own mark";
+        return std::pair(child.isWindowModified(), Main().windowTitle());
     };
+    const QString strName = QStringLiteral("絵\n [*][*] &5.vlm");
     spCanvas->GetRoot().AddLayer(CreateRasterLayer(spCanvas), -1);
-    EXPECT_EQ(marks(), std::pair(true, false));
-    dynamic_cast<QMdiSubWindow*>(Active().GetWindow())->showMaximized();
-    EXPECT_EQ(marks(), std::pair(true, true));
-    EXPECT_TRUE(Main().windowTitle().contains("[*][*] &5.vlm[*]"));
-    g_lstCanvasFrame.front()->GetWindow()->Activate();
-    EXPECT_EQ(marks(), std::pair(false, false));
-    g_lstCanvasFrame.back()->GetWindow()->Activate();
+    for (const bool bMaximized : {true, false, true}) {
+        Active().GetWindow()->SetMaximized(bMaximized);
+        EXPECT_EQ(titles(), std::pair(true, strName + "* @ 100% - Vellumcraft[*]"));
+        EXPECT_EQ(tabs.isVisible(), bMaximized);
+    }
+    EXPECT_EQ(tabs.tabText(1), "絵\n [*] &&5.vlm*");
+    tabs.setCurrentIndex(0);
+    EXPECT_EQ(titles(), std::pair(false, QStringLiteral("1.vlm @ 100% - Vellumcraft[*]")));
+    EXPECT_TRUE(Active().GetWindow()->IsMaximized()) << "as the last one was";
+    QTest::mouseClick(&tabs, Qt::MiddleButton, {}, tabs.tabRect(0).center());
+    Settle();
+    Active().SetZoom(24);
+    EXPECT_EQ(titles(), std::pair(true, strName + "* @ 50% - Vellumcraft[*]"));
     spCanvas->GetHistory().SetModified(false); // saved
-    EXPECT_EQ(marks(), std::pair(false, false));
-    PostToMainFrame(EMessage::Command, ID_EDIT_UNDO);
-    EXPECT_EQ(marks(), std::pair(true, true));
+    EXPECT_EQ(titles(), std::pair(false, strName + " @ 50% - Vellumcraft[*]"));
+    EXPECT_EQ(tabs.count(), 1);
+}
+
+TEST_F(DocumentWindows, FramesStandInACascadeOrAreMaximisedAsTheLastOneWas) {
+    Drop({"/1.vlm"});
+    EXPECT_TRUE(Active().GetWindow()->IsMaximized());
+    Active().GetWindow()->SetMaximized(false);
+    Active().GetWindow()->SetRect({30, 40, 180, 190});
+    Drop({"/2.vlm"});
+    const CRect rcFirst(30, 40, 180, 190);
+    const auto rect = [] { return Active().GetWindow()->GetRect(); };
+    EXPECT_FALSE(Active().GetWindow()->IsMaximized());
+    EXPECT_FALSE(rect().TopLeft() == rcFirst.TopLeft());
+    for (int n = 0; n < 2; ++n) {
+        Active().GetWindow()->SetRect(rcFirst);
+        SendMessage({Active().GetWindow(), EMessage::Close});
+        Settle();
+    }
+    Restart();
+    Drop({"/1.vlm"});
+    EXPECT_EQ(rect(), rcFirst);
+    Drop({"/2.vlm"});
+    EXPECT_EQ(rect(), CRect(rcFirst.TopLeft() + CPoint{24, 24}, rcFirst.Size()));
+    Active().GetWindow()->SetMaximized(true);
+    SendMessage({Active().GetWindow(), EMessage::Close});
+    Settle();
+    Drop({"/3.vlm"});
+    EXPECT_TRUE(Active().GetWindow()->IsMaximized());
+    EXPECT_EQ(PlaceInCascade({500, 90, 700, 290}, {{500, 90, 1, 1}, {400, 90, 1, 1}}, {720, 400}),
+              CRect(0, 0, 200, 200))
+        << "begins again at the area's end";
+    EXPECT_EQ(PlaceInCascade({-50, 300, 850, 500}, {}, {720, 400}), CRect(0, 200, 720, 400));
+}
+
+TEST_F(DocumentWindows, ANewDocumentAndItsWindowFitEachOther) {
+    Main().resize(900, 700);
+    Settle();
+    Drop({"/1.vlm"});
+    Active().GetWindow()->SetMaximized(false);
+    for (const CSize sz : {CSize{200, 120}, CSize{6000, 400}}) {
+        g_pMainFrame->OpenFrame(CreateCanvasFrame(CreateCanvas(sz)));
+        Active().FitWindow();
+        Settle();
+        const CSize szClient = Active().GetWindow()->GetClientSize();
+        const CRect rcShown = Active().GetView().ToWindow(CRect({0, 0}, sz));
+        EXPECT_EQ(rcShown.Intersect(CRect({0, 0}, szClient)), rcShown) << "shown whole";
+        const QRect rcArea(QPoint(), Main().findChild<QMdiArea*>()->viewport()->size());
+        EXPECT_TRUE(rcArea.contains(dynamic_cast<QWidget*>(Active().GetWindow())->geometry()));
+        if (sz.cx > 200) continue;
+        EXPECT_EQ(szClient, (CSize{380, 300})); // with the margins
+    }
+}
+
+TEST_F(DocumentWindows, OnASmallScreenOnlyListsScroll) {
+    Main().resize(1280, 700); // of 1280x720 less a title bar
+    Drop({"/1.vlm"});
+    const auto check = [&](const QDockWidget& dock) {
+        Settle();
+        const auto& area = *dock.findChild<QScrollArea*>();
+        EXPECT_EQ(area.verticalScrollBar()->maximum(), 0) << dock.windowTitle().toStdString();
+        EXPECT_GE(area.viewport()->width(), area.widget()->minimumSizeHint().width());
+        for (const auto* pList : area.findChildren<QAbstractItemView*>())
+            EXPECT_TRUE(!pList->isVisible() || pList->height() >= 60) << dock.windowTitle().toStdString();
+    };
+    const auto docks = Main().findChildren<QDockWidget*>();
+    EXPECT_EQ(docks.size(), 7);
+    for (QDockWidget* pDock : docks) {
+        pDock->raise();
+        check(*pDock);
+        EXPECT_FALSE(pDock->visibleRegion().isEmpty());
+        if (auto* pSliders = pDock->findChild<QToolButton*>(QString::number(COLOR_MODE));
+            pSliders && pDock->objectName() == "Color") {
+            pSliders->click();
+            check(*pDock);
+        }
+    }
+    EXPECT_GE(Main().findChild<QMdiArea*>()->width(), 740) << "room for the picture";
+}
+
+TEST_F(DocumentWindows, AMainWindowComesBackOnItsScreenAndMaximised) {
+    const QRect rcScreen = Main().screen()->availableGeometry();
+    Main().showNormal();
+    Main().setGeometry(rcScreen.right() - 400, 30, 700, 500);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return rcScreen.contains(Main().frameGeometry()); }));
+    const CRect rc = g_pMainFrame->GetWindow()->GetRect();
+    EXPECT_EQ(rc.Size(), (CSize{700, 500}));
+    QTest::qWait(300); // until the window has come to rest
+    for (const bool bMaximized : {true, true, false}) {
+        g_pMainFrame->GetWindow()->SetMaximized(bMaximized);
+        if (!bMaximized) g_pMainFrame->GetWindow()->SetRect(rc); // as the desktop does
+        EXPECT_EQ(g_pMainFrame->GetWindow()->GetRect(), rc);
+        SendMessage({g_pMainFrame->GetWindow(), EMessage::Close});
+        Restart();
+        EXPECT_EQ(Main().isMaximized(), bMaximized);
+    }
+    EXPECT_EQ(g_pMainFrame->GetWindow()->GetRect(), rc);
 }

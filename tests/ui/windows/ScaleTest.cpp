@@ -2,6 +2,7 @@
 
 #include "core/Platform/Pen.h"
 #include "tests/support/LiveDialog.h"
+#include "ui/base/SvgIcon.h"
 
 // The scale is fixed when the process starts.
 TEST(QtScale, PointerPenAndPaintAreInDevicePixelsOnBothAxes) {
@@ -34,6 +35,17 @@ TEST_F(CUiTest, DISABLED_AtOneAndAHalf) {
     pCanvas->Invalidate({20, 30, 26, 40}); // Qt's pixels 13 to 18 and 20 to 27
     Turn();
     EXPECT_EQ(m_a.m_vPainted, (std::vector<CRect>{{19, 30, 27, 41}}));
+
+    // An icon is drawn at the glass's resolution, not enlarged.
+    const QIcon icon = LoadLineIcon("icons/tool-brush.svg");
+    QImage image(36, 36, QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(1.5);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    icon.paint(&painter, QRect(0, 0, 24, 24));
+    painter.end();
+    image.setDevicePixelRatio(1);
+    EXPECT_EQ(image, icon.pixmap({36, 36}, 1.0).toImage());
 
     CLiveDialog dialog;
     QTimer::singleShot(50, [] {

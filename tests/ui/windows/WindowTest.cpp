@@ -143,6 +143,20 @@ TEST_F(CUiTest, ScrollBarsTellOnlyWhatTheUserDoes) {
     EXPECT_EQ(m_a.Got(EMessage::MouseWheel), (TParams{{120, 0}, {-240, 0}, {240, 0}}));
 }
 
+TEST_F(CUiTest, APinchZoomsByLinesOfTheList) {
+    QWidget& glass = *ViewOf(Open(m_a)).viewport();
+    const auto pinch = [&](Qt::NativeGestureType type, qreal dValue) {
+        QNativeGestureEvent event(type, QPointingDevice::primaryPointingDevice(), 2, {30, 40}, {30, 40},
+                                  {30, 40}, dValue, {});
+        QCoreApplication::sendEvent(&glass, &event);
+    };
+    for (const double d : {0.1, 0.1, 0.1, -0.1, -0.15, 0.2}) pinch(Qt::ZoomNativeGesture, d);
+    pinch(Qt::BeginNativeGesture, 0);
+    pinch(Qt::ZoomNativeGesture, 0.2);
+    Turn();
+    EXPECT_EQ(m_a.Got(EMessage::Pinch), (TParams{{1, PackPoint(30, 40)}, {-1, PackPoint(30, 40)}}));
+}
+
 TEST(QtMdiArrange, TilesFillTheArea) {
     EXPECT_EQ(TileRects({300, 90}, 2, true)[1], QRect(0, 45, 300, 45));
     EXPECT_EQ(TileRects({300, 90}, 5, true)[1], QRect(0, 45, 150, 45)) << "the right column takes the third";

@@ -1,0 +1,26 @@
+// Light and dark windows.
+#pragma once
+
+#include "core/Platform/Window.h"
+#include "ui/base/DesktopScheme.h"
+
+#include <boost/noncopyable.hpp>
+
+class QPalette;
+
+/// True when a palette's text is lighter than its ground.
+bool IsDarkPalette(const QPalette& palette);
+
+/// The palette of an application object that was created here. The desktop's own palette is kept where it is
+/// as light or dark as wanted.
+class CQtTheme : boost::noncopyable {
+public:
+    explicit CQtTheme(const QDBusConnection& bus = QDBusConnection::sessionBus());
+    void Choose(ETheme theme);
+
+private:
+    void Apply();
+
+    ETheme m_theme = ETheme::System;
+    CDesktopScheme m_desktop;
+};
