@@ -14,7 +14,7 @@ struct TPage {
 std::vector<TPage> FindPages(const std::string& strPattern, const std::filesystem::path& pathOutDir);
 
 /// Plays the script over every page, several in parallel; a failed page does not stop the others. Reports
-/// progress on standard output. An interrupt ends the workers and starts no further page. True when all
-/// pages succeeded. Raises usage_error, before anything is played, and std::runtime_error when no process
-/// can be started.
+/// the pages on standard output and the progress on standard error, where that is a terminal. An interrupt
+/// ends the workers and starts no further page. True when all pages succeeded. Raises usage_error, before
+/// anything is played, and std::runtime_error when no process can be started.
 bool RunBatch(const TArguments& arguments);

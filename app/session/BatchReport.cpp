@@ -11,26 +11,32 @@ constexpr char CLEAR_LINE[] = "\r\x1b[K";
 
 } // namespace
 
-CBatchReport::CBatchReport(size_t nPages) : m_nPages(nPages), m_bTerminal(isatty(STDOUT_FILENO) == 1) {
+CBatchReport::CBatchReport(size_t nPages)
+    : m_nPages(nPages), m_bBar(isatty(STDERR_FILENO) == 1), m_bLines(isatty(STDOUT_FILENO) == 0) {
     ShowBar();
 }
 
 void CBatchReport::ShowBar() const {
-    if (!m_bTerminal) return;
+    if (!m_bBar) return;
     const size_t nEnded = m_nDone + m_nFailed;
     const size_t nFull = BAR_WIDTH * nEnded / m_nPages;
     const std::string strBar = std::string(nFull, '#') + std::string(BAR_WIDTH - nFull, '.');
-    std::printf("%s[%s] %zu of %zu", CLEAR_LINE, strBar.c_str(), nEnded, m_nPages);
-    if (m_nFailed > 0) std::printf(", %zu failed", m_nFailed);
-    std::fflush(stdout);
+    std::fprintf(stderr, "%s[%s] %zu of %zu", CLEAR_LINE, strBar.c_str(), nEnded, m_nPages);
+    if (m_nFailed > 0) std::fprintf(stderr, ", %zu failed", m_nFailed);
+    std::fflush(stderr);
+}
+
+// The next line on standard output may go to the same terminal.
+void CBatchReport::ClearBar() const {
+    if (m_bBar) std::fputs(CLEAR_LINE, stderr);
 }
 
 void CBatchReport::Tell(const std::string& strPage, const std::string& strReason) {
     ++(strReason.empty() ? m_nDone : m_nFailed);
-    if (m_bTerminal && !strReason.empty()) std::fputs(CLEAR_LINE, stdout);
+    if (!strReason.empty() && !m_bLines) ClearBar();
     if (!strReason.empty())
         std::printf("%s: failed: %s\n", strPage.c_str(), strReason.c_str());
-    else if (!m_bTerminal)
+    else if (m_bLines)
         std::printf("%s: done\n", strPage.c_str());
     std::fflush(stdout);
     ShowBar();
@@ -38,7 +44,8 @@ void CBatchReport::Tell(const std::string& strPage, const std::string& strReason
 
 bool CBatchReport::Finish() {
     const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - m_start;
-    std::printf("%s%zu done, %zu failed, ", m_bTerminal ? "\n" : "", m_nDone, m_nFailed);
+    if (m_bBar) std::fputc('\n', stderr);
+    std::printf("%zu done, %zu failed, ", m_nDone, m_nFailed);
     if (const size_t nLeft = m_nPages - m_nDone - m_nFailed; nLeft > 0) std::printf("%zu not begun, ", nLeft);
     std::printf("%.1f seconds\n", elapsed.count());
     std::fflush(stdout);

@@ -1,4 +1,4 @@
-// Progress of a batch: a bar on a terminal, else a line per page.
+// Progress of a batch: a bar on the terminal, and a line a page where standard output is none.
 #pragma once
 
 #include <boost/noncopyable.hpp>
@@ -18,9 +18,11 @@ public:
 
 private:
     void ShowBar() const;
+    void ClearBar() const;
 
     const size_t m_nPages;
-    const bool m_bTerminal;
+    const bool m_bBar;   ///< standard error is a terminal
+    const bool m_bLines; ///< standard output is none
     const std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
     size_t m_nDone = 0;
     size_t m_nFailed = 0;
