@@ -26,6 +26,7 @@ void ShowErrorBox(const std::wstring& strText) {
 }
 
 void ReportException(const std::exception& e) noexcept {
+    if (dynamic_cast<const cancelled_error*>(&e)) return;
     try {
         try {
             ShowErrorBox(DescribeException(e));
@@ -53,5 +54,33 @@ void ReportFileFailure(const std::wstring& strSentence, const std::wstring& strP
         }
     } catch (...) {
         // As above: without memory for the sentence, the session continues.
+    }
+}
+
+namespace {
+
+void ReportRefusal(const std::wstring& strText, const std::wstring& strPath) {
+    try {
+        ShowErrorBox(FormatText(L"%1%\n\nFile: '%2%'", {strText, strPath}));
+    } catch (const std::bad_alloc&) {
+        ShowErrorBox(strText);
+    }
+}
+
+} // namespace
+
+void ReportFileException(const std::exception& e, const std::wstring& strPath) noexcept {
+    if (const auto* pImage = dynamic_cast<const loadimage_error*>(&e))
+        return ReportFileFailure(g_strImageNotOpened, pImage->message, pImage->failure);
+    if (const auto* pFile = dynamic_cast<const fileopen_error*>(&e))
+        return ReportFileFailure(g_strFileNotOpened, pFile->message, pFile->failure);
+    if (dynamic_cast<const deserialize_error*>(&e))
+        return ReportFileFailure(g_strFileDamaged, strPath, EFileFailure::DamagedDocument);
+    const auto* pRefused = dynamic_cast<const refused_error*>(&e);
+    if (!pRefused) return ReportException(e);
+    try {
+        ReportRefusal(pRefused->message, strPath);
+    } catch (...) {
+        // As above: without memory for any text, the session continues.
     }
 }

@@ -11,7 +11,8 @@
 /// one. Without a session it does nothing.
 void ShowErrorBox(const std::wstring& strText);
 
-/// Reports a caught exception by its dynamic type. Never throws: when there is no memory for the text, a
+/// Reports a caught exception by its dynamic type; a cancelled_error is what the user wanted and no failure.
+/// Never throws: when there is no memory for the text, a
 /// fixed text is shown.
 void ReportException(const std::exception& e) noexcept;
 
@@ -22,6 +23,10 @@ std::wstring DescribeFileFailure(const std::wstring& strSentence, const std::wst
 /// Reports a file that could not be used. Without memory for the text, shows the sentence alone.
 void ReportFileFailure(const std::wstring& strSentence, const std::wstring& strPath,
                        EFileFailure failure) noexcept;
+
+/// Reports why a file could not be opened or written, with its name where the kind of failure allows it;
+/// other exceptions as ReportException does.
+void ReportFileException(const std::exception& e, const std::wstring& strPath) noexcept;
 
 /// Error texts of the file commands. Built when the module loads, because memory may be short later.
 extern const std::wstring g_strFileNotOpened;

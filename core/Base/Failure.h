@@ -55,6 +55,11 @@ struct refused_error : std::runtime_error {
         : std::runtime_error("REFUSED_ERROR"), message(std::move(strMessage)) {}
 };
 
+/// The user cancelled long work. Nothing has changed, and nothing is to be reported.
+struct cancelled_error : std::runtime_error {
+    cancelled_error() : std::runtime_error("CANCELLED_ERROR") {}
+};
+
 /// The bytes are not a valid document. `message` may state the cause.
 struct deserialize_error : std::runtime_error {
     std::wstring message;

@@ -17,6 +17,16 @@ constexpr uint32_t TAG_BODY = MakeTag("CPSB");
 constexpr uint32_t META_VERSION = 1; ///< version 0 had no colour modes
 
 constexpr wchar_t UNTITLED[] = L"名称未設定";
+constexpr wchar_t COMPOSING[] = L"レイヤーを合成しています";
+/// Blocks between two reports of progress: enough to keep every thread busy.
+constexpr size_t COMPOSED_AT_ONCE = 512;
+
+// A layer and all below it.
+size_t CountLayers(const CLayerBuffer& layer) {
+    size_t nLayers = 1;
+    for (const TLayerPtr& spChild : layer.GetChildren()) nLayers += CountLayers(*spChild);
+    return nLayers;
+}
 
 } // namespace
 
@@ -84,40 +94,49 @@ void CCanvasBuffer::FlushCanvasUpdates() {
 
 CRasterBuffer& CCanvasBuffer::GetComposite() const { return *GetRoot().GetDrawBuffer(); }
 
-void CCanvasBuffer::ComposeAll() {
+void CCanvasBuffer::ComposeAll(IProgress& progress) {
     FlushCanvasUpdates();
     std::vector<CPoint> vBlocks;
     GetComposite().ForEachBlock([&](CPoint pt) {
         if (GetComposite().DirtyAt(pt)) vBlocks.push_back(pt);
     });
-    ComposeBlocks(*this, vBlocks, ThreadsForBlocks(vBlocks.size()), {});
+    progress.Begin(COMPOSING, vBlocks.size());
+    const std::span<const CPoint> blocks = vBlocks;
+    for (size_t i = 0; i < blocks.size(); i += COMPOSED_AT_ONCE) {
+        const auto part = blocks.subspan(i, std::min(COMPOSED_AT_ONCE, blocks.size() - i));
+        ComposeBlocks(*this, part, ThreadsForBlocks(part.size()), {});
+        progress.Advance(part.size());
+    }
 }
 
 void CCanvasBuffer::CompleteWork() {
     while (HasPendingWork()) Update();
 }
 
-boost::shared_ptr<CRasterBuffer> CCanvasBuffer::Flatten() {
+boost::shared_ptr<CRasterBuffer> CCanvasBuffer::Flatten(IProgress& progress) {
     if (m_bColor == IsColorPicture()) {
-        ComposeAll();
+        ComposeAll(progress);
         return GetRoot().GetDrawBuffer();
     }
     FlushCanvasUpdates();
     const auto spPicture = CreatePlane(IsColorPicture(), m_size, DEFAULT_BLOCKSIZE);
+    progress.Begin(COMPOSING, spPicture->GetBlockCount());
     spPicture->ForEachBlock([&](CPoint pt) {
+        progress.Advance();
         CLayerPicture& root = GetRoot().GetPicture();
         if (root.HasPicture(pt)) root.PaintPicture(*spPicture->GetBlock(pt, true));
     });
     return spPicture;
 }
 
-void CCanvasBuffer::ConvertColorMode(bool bColor, bool bColorRaster) {
+void CCanvasBuffer::ConvertColorMode(bool bColor, bool bColorRaster, IProgress& progress) {
     CLayerPicture& picture = GetRoot().GetPicture();
     CBoolMatrix was(GetComposite().GetBufferSize());
     picture.AddPictureTo(was);
     m_bColor = bColor;
     m_bColorRaster = bColorRaster;
-    GetRoot().FollowColorMode();
+    progress.Begin(L"カラーモードを変更しています", CountLayers(GetRoot()));
+    GetRoot().FollowColorMode(progress);
     picture.DropNeedlessFlags();
     GetComposite().GetDirty().Or(was);
 }

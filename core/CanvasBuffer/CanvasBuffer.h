@@ -3,6 +3,7 @@
 
 #include "core/History/History.h"
 #include "core/LayerBuffer/LayerBuffer.h"
+#include "core/Platform/Progress.h"
 #include "core/RasterBuffer/SelectBuffer.h"
 #include "core/RasterBuffer/UpdateCounterMatrix.h"
 
@@ -71,19 +72,20 @@ public:
     /// Merges every complete stroke, however long it takes. Required before saving, undoing or changing the
     /// tree.
     void CompleteWork();
-    /// Updates the whole composite.
-    void ComposeAll();
+    /// Updates the whole composite. Raises cancelled_error.
+    void ComposeAll(IProgress& progress = NoProgress());
     /// The whole picture for use outside the canvas: in colour even while the screen shows it in grey, and
     /// in the colours that the screen shows where raster layers are grey. Updates stale blocks; empty areas
-    /// have no tiles.
-    boost::shared_ptr<CRasterBuffer> Flatten();
+    /// have no tiles. Raises cancelled_error.
+    boost::shared_ptr<CRasterBuffer> Flatten(IProgress& progress = NoProgress());
 
     const boost::shared_ptr<CSelectBuffer>& GetSelect() const override { return m_spSelect; }
     /// Replaces the selection; null removes it.
     void SetSelect(const boost::shared_ptr<CSelectBuffer>& spSelect) { m_spSelect = spSelect; }
 
     /// Converts the tree's draw buffers and pixels to other formats. Registers no undo step.
-    void ConvertColorMode(bool bColor, bool bColorRaster);
+    /// After cancelled_error it must be restored from a backup.
+    void ConvertColorMode(bool bColor, bool bColorRaster, IProgress& progress = NoProgress());
     /// Resizes the tree, the selection and the counters; `change` supplies the content. Complete strokes
     /// must have been merged. Registers no undo step, and a failure leaves it incomplete.
     void Resize(CSize sz, const TLayerChange& change);

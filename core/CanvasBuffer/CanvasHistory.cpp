@@ -45,10 +45,11 @@ void ChangeSelection(const boost::shared_ptr<CCanvasBuffer>& spCanvas,
     helper.Commit(std::move(strName), spCanvas->GetHistory());
 }
 
-bool ChangeColorMode(const boost::shared_ptr<CCanvasBuffer>& spCanvas, bool bColor, bool bColorRaster) {
+bool ChangeColorMode(const boost::shared_ptr<CCanvasBuffer>& spCanvas, bool bColor, bool bColorRaster,
+                     IProgress& progress) {
     if (spCanvas->IsColor() == bColor && spCanvas->IsColorRaster() == bColorRaster) return false;
     CanvasBufferHistoryHelper helper(L"カラーモード変更", spCanvas);
-    spCanvas->ConvertColorMode(bColor, bColorRaster);
+    spCanvas->ConvertColorMode(bColor, bColorRaster, progress);
     helper.Commit();
     return true;
 }

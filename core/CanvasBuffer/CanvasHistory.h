@@ -30,5 +30,6 @@ void ResizeCanvas(const boost::shared_ptr<CCanvasBuffer>& spCanvas, CSize sz, co
                   std::wstring strName);
 
 /// Changes the formats of draw buffers and of raster layers' pixels by an undoable action. False when the
-/// canvas has them already.
-bool ChangeColorMode(const boost::shared_ptr<CCanvasBuffer>& spCanvas, bool bColor, bool bColorRaster);
+/// canvas has them already. Raises cancelled_error, after which nothing has changed.
+bool ChangeColorMode(const boost::shared_ptr<CCanvasBuffer>& spCanvas, bool bColor, bool bColorRaster,
+                     IProgress& progress = NoProgress());

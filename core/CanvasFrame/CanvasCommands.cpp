@@ -5,6 +5,7 @@
 #include "core/CanvasFrame/LayerCommands.h"
 #include "core/Commands/CommandIds.h"
 #include "core/Commands/Commands.h"
+#include "core/Platform/Progress.h"
 
 namespace {
 
@@ -75,6 +76,7 @@ struct TFrameCommand {
 const TFrameCommand FRAME_COMMANDS[] = {
     {ID_FILE_SAVE, [](CCanvasFrame& frame) { frame.Save(false); }, IsOwnDocument, nullptr},
     {ID_FILE_SAVE_AS, [](CCanvasFrame& frame) { frame.Save(true); }, IsOwnDocument, nullptr},
+    {ID_FILE_EXPORT, [](CCanvasFrame& frame) { frame.Export(); }, IsAnyFrame, nullptr},
     {ID_EDIT_UNDO, [](CCanvasFrame& frame) { frame.StepHistory(true); }, CanUndo, nullptr},
     {ID_EDIT_REDO, [](CCanvasFrame& frame) { frame.StepHistory(false); }, CanRedo, nullptr},
     {ID_VIEW_FIT, [](CCanvasFrame& frame) { frame.FitView(); }, IsAnyFrame, nullptr},
@@ -130,7 +132,10 @@ void BindCanvasCommands(CCommandTable& table) {
     };
     for (const int nId : GetLayerCommands())
         table.Bind(nId, WithFrame([](CCanvasFrame& frame, int n) {
-                       frame.EditTree([&] { return DoLayerCommand(frame.GetCanvas(), n); });
+                       frame.EditTree([&] {
+                           CLongWork work(frame.GetOutside().platform, {frame.GetWindow(), L"処理中", true});
+                           return DoLayerCommand(frame.GetCanvas(), n, work);
+                       });
                    }),
                    AskFrame([=](CCanvasFrame& frame, int n) { return layerState(frame, n).bEnabled; }),
                    AskFrame([=](CCanvasFrame& frame, int n) { return layerState(frame, n).bChecked; }));

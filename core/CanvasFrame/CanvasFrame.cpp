@@ -9,8 +9,6 @@
 #include "core/CanvasFrame/LayerCommands.h"
 #include "core/CanvasFrame/ZoomList.h"
 #include "core/Commands/CommandIds.h"
-#include "core/ImageFile/ImageFile.h"
-#include "core/ImageFile/RecentPictures.h"
 #include "core/Platform/Bitmap.h"
 #include "core/Platform/Dialogs.h"
 #include "core/Platform/Files.h"
@@ -177,6 +175,16 @@ CGDIBuffer* CCanvasFrame::PaintOverlays(CGDIBuffer& screen, const CRect& rc) {
     return m_pOverlaid.get();
 }
 
+std::optional<CPoint> CCanvasFrame::GetPointedPixel() const {
+    const auto ptPointer = m_input.GetInsidePointer();
+    if (!ptPointer) return std::nullopt;
+    const CPoint pt = m_view.ToCanvas8(*ptPointer);
+    const CPoint ptPixel{pt.x >> 3, pt.y >> 3};
+    const CSize sz = m_spCanvas->GetSize();
+    if (ptPixel.x < 0 || ptPixel.y < 0 || ptPixel.x >= sz.cx || ptPixel.y >= sz.cy) return std::nullopt;
+    return ptPixel;
+}
+
 bool CCanvasFrame::IsActive() const { return g_wpActiveFrame.lock().get() == this; }
 
 void CCanvasFrame::OnFinalMessage() {
@@ -232,10 +240,6 @@ void CCanvasFrame::ScrollTo(CPoint ptScroll) {
     InvalidateAll();
 }
 
-void CCanvasFrame::KeepPicture() {
-    if (!g_bFilterBuild) Guarded([&] { m_pOutside->pictures.Keep(*m_spCanvas); });
-}
-
 bool CCanvasFrame::OnClose() {
     CompleteWork();
     Guarded([&] { KeepFramePlace(*m_pWindow); });
@@ -249,7 +253,7 @@ bool CCanvasFrame::OnClose() {
         m_pWindow, L"更新されています。保存しますか？\n\n" + m_spCanvas->GetTitle(), L"Vellumcraft",
         EBoxKind::YesNoCancelWarning);
     if (answer == EBoxAnswer::Cancel) return true;
-    if (answer == EBoxAnswer::Yes) Save(false);
+    if (answer == EBoxAnswer::Yes) Save(false, false); // a cancelled save would not keep the window open
     if (answer == EBoxAnswer::No || !m_spCanvas->GetHistory().IsModified())
         return recovery.Forget(*m_spCanvas), false;
     // It was not to be lost, and no file has it.
@@ -299,35 +303,6 @@ void CCanvasFrame::EditTree(const boost::function<bool()>& fnEdit) {
         return bChanged = fnEdit();
     });
     if (bChanged) RequestRedraw();
-}
-
-void CCanvasFrame::Save(bool bAs) {
-    const TPlatform& platform = m_pOutside->platform;
-    try {
-        CompleteWork();
-        std::wstring strPath = m_spCanvas->GetPath();
-        // A document that came from a picture is no project yet: saving must not put a project into the
-        // picture.
-        if (bAs || !IsProjectFile(strPath)) {
-            TFileDialog dialog{true, strPath.empty() ? m_spCanvas->GetTitle() : strPath, L"vlm",
-                               GetSaveFilters()};
-            strPath = platform.fileDialogs.Ask(m_pWindow, dialog);
-            if (strPath.empty()) return;
-            if (!IsProjectFile(strPath)) {
-                ExportImage(*m_spCanvas, strPath, platform.files, platform.codecs);
-                return;
-            }
-        }
-        SaveDocument(*m_spCanvas, strPath, platform.files);
-        for (const auto& spFrame : g_lstCanvasFrame)
-            if (spFrame->m_spCanvas == m_spCanvas) spFrame->UpdateTitle();
-        PostToMainFrame(WM_ADD_RECENT, 0, strPath);
-        KeepPicture();
-    } catch (const fileopen_error& e) {
-        ReportFileFailure(g_strFileNotOpened, e.message, e.failure);
-    } catch (const std::exception& e) {
-        ReportException(e);
-    }
 }
 
 void CCanvasFrame::ApplyView(const TViewState& view) {

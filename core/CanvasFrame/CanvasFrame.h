@@ -15,7 +15,10 @@
 #include <boost/weak_ptr.hpp>
 
 #include <list>
+#include <optional>
 #include <string>
+
+struct TPictureEncoding;
 
 class CCanvasFrame : public IWindowClient,
                      public IActiveView,
@@ -72,8 +75,13 @@ public:
     void ScrollTo(CPoint ptScroll) override;
 
     /// Saves the document; as a project under a new name, or without a name, by the save dialog. Failures
-    /// are reported.
-    void Save(bool bAs);
+    /// are reported. The user may cancel it while it is written, unless `bMayCancel` is false.
+    void Save(bool bAs, bool bMayCancel = true);
+    /// Writes the picture in a format that the user chooses; the document, its path and its title stay as
+    /// they are. Failures are reported.
+    void Export();
+    /// The canvas pixel under the pointer; nullopt when it is elsewhere.
+    std::optional<CPoint> GetPointedPixel() const;
     /// Undo or redo, after completing pending work.
     void StepHistory(bool bUndo);
     /// Undoes or redoes, after completing pending work, until this action is the newest that is done; null
@@ -98,6 +106,7 @@ private:
     void OnScroll(bool bVertical, int32_t nOffset);
     std::vector<CRect> RefreshScreen();
     void RepaintChanges();
+    void WritePicture(const std::wstring& strPath, const TPictureEncoding& encoding);
     /// Adopts a new canvas size. The open results of the tool are committed.
     void CompleteWork();
     void FollowCanvasSize();

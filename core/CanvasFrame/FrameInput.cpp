@@ -174,6 +174,7 @@ void CFrameInput::OnPointer(const TPointerInput& input) {
     // A mere pointer move does not take the keyboard focus from a text field.
     if (input.message != EMessage::MouseMove || input.uPress != 0) window.SetFocus();
     m_ptPointer = {input.pt.x / input.nScale, input.pt.y / input.nScale};
+    m_bInside = true;
     if (std::exchange(m_bLeft, false)) InvalidateOverlay();
     if (input.message == EMessage::MouseMove && m_pTablet) m_pTablet->Enable(true);
     const auto spTool = GetTool();
@@ -283,6 +284,7 @@ bool CFrameInput::OnKey(const TMessage& msg, bool bDown) {
 }
 
 void CFrameInput::OnMouseLeave() {
+    m_bInside = false;
     const auto spTool = GetTool();
     if (!m_frame.IsActive() || !spTool) return;
     // The hand's events are not the tool's, but what the tool draws at the pointer must not stay.

@@ -10,6 +10,7 @@
 #include <boost/noncopyable.hpp>
 
 #include <memory>
+#include <optional>
 
 /// A pointer event in window units.
 struct TPointerInput {
@@ -61,6 +62,12 @@ public:
     void OnToolSwitched() { Settle(); }
     /// The pointer's last client pixel.
     CPoint GetPointer() const { return m_ptPointer; }
+    /// The same while the pointer is over the view; nullopt when it has left.
+    std::optional<CPoint> GetInsidePointer() const {
+        return m_bInside ? std::optional(m_ptPointer) : std::nullopt;
+    }
+    /// True while presses and moves scroll the view.
+    bool IsHand() const { return m_bSpaceDown || m_bScrolling; }
     /// Passes the tool an event in canvas units (eighths of a pixel, pressure to 1024, altitude to 90) and
     /// updates canvas and window.
     void Dispatch(CTools& tool, EMessage message, CPoint pt, uint32_t pressure, uint32_t altitude,
@@ -99,6 +106,7 @@ private:
     std::unique_ptr<CTablet> m_pTablet;
     CRect m_rcOverlayPrev;     ///< the overlay's bounds at the last paint
     CPoint m_ptPointer;        ///< the pointer's last client pixel
+    bool m_bInside = false;    ///< the pointer has not left since its last event
     CPoint m_ptAnchor;         ///< window position plus scroll offset when the drag began
     bool m_bSpaceDown = false; ///< space is down: a press starts a drag of the view
     bool m_bScrolling = false; ///< the view is being dragged

@@ -78,7 +78,8 @@ struct TLayerCommand {
     int nId;
     bool (*fnEnabled)(const TPlace& active, const CCanvasBuffer& canvas);
     bool (*fnChecked)(const TPlace& active, const CCanvasBuffer& canvas);
-    bool (*fnDo)(const TPlace& active, const TCanvas& spCanvas); ///< true when the tree has changed
+    bool (*fnDo)(const TPlace& active, const TCanvas& spCanvas,
+                 IProgress& progress); ///< true when the tree has changed
 };
 
 bool Always(const TPlace&, const CCanvasBuffer&) { return true; }
@@ -87,22 +88,22 @@ bool IsColored(const TPlace&, const CCanvasBuffer& canvas) { return canvas.IsCol
 
 const TLayerCommand COMMANDS[] = {
     {ID_LAYER_NEW_RASTER, Always, Never,
-     [](const TPlace&, const TCanvas& spCanvas) {
+     [](const TPlace&, const TCanvas& spCanvas, IProgress&) {
          InsertNew(spCanvas, CreateRasterLayer(spCanvas), L"新規ラスタレイヤー");
          return true;
      }},
     {ID_LAYER_NEW_VECTOR, Always, Never,
-     [](const TPlace&, const TCanvas& spCanvas) {
+     [](const TPlace&, const TCanvas& spCanvas, IProgress&) {
          InsertNew(spCanvas, CreateVectorLayer(spCanvas), L"新規ベクタレイヤー");
          return true;
      }},
     {ID_LAYER_NEW_SET, Always, Never,
-     [](const TPlace&, const TCanvas& spCanvas) {
+     [](const TPlace&, const TCanvas& spCanvas, IProgress&) {
          InsertNew(spCanvas, CreateLayerSet(spCanvas), L"新規レイヤーセット");
          return true;
      }},
     {ID_LAYER_DELETE, [](const TPlace& active, const CCanvasBuffer&) { return bool(active); }, Never,
-     [](const TPlace& active, const TCanvas&) {
+     [](const TPlace& active, const TCanvas&, IProgress&) {
          active.spParent->RemoveLayer(active.spLayer);
          return true;
      }},
@@ -111,31 +112,35 @@ const TLayerCommand COMMANDS[] = {
          return active && (active.IsClipped() || active.ClippingBase());
      },
      [](const TPlace& active, const CCanvasBuffer&) { return active.IsClipped(); },
-     [](const TPlace& active, const TCanvas& spCanvas) {
+     [](const TPlace& active, const TCanvas& spCanvas, IProgress&) {
          ToggleClipping(active, *spCanvas);
          return true;
      }},
     {ID_LAYER_MERGE_DOWN,
      [](const TPlace& active, const CCanvasBuffer&) { return active && active.CanMerge(); }, Never,
-     [](const TPlace& active, const TCanvas&) {
-         MergeLayers(active.spParent, active.Below(), active.spLayer);
+     [](const TPlace& active, const TCanvas&, IProgress& progress) {
+         MergeLayers(active.spParent, active.Below(), active.spLayer, progress);
          return true;
      }},
     {ID_LAYER_RASTERIZE,
      [](const TPlace& active, const CCanvasBuffer&) { return active && active.spLayer->IsRasterizable(); },
      Never,
-     [](const TPlace& active, const TCanvas&) {
-         RasterizeLayer(active.spParent, active.spLayer);
+     [](const TPlace& active, const TCanvas&, IProgress& progress) {
+         RasterizeLayer(active.spParent, active.spLayer, progress);
          return true;
      }},
     {ID_MODE_GREY, Always, [](const TPlace&, const CCanvasBuffer& canvas) { return !canvas.IsColorRaster(); },
-     [](const TPlace&, const TCanvas& spCanvas) { return ChangeColorMode(spCanvas, false, false); }},
+     [](const TPlace&, const TCanvas& spCanvas, IProgress& progress) {
+         return ChangeColorMode(spCanvas, false, false, progress);
+     }},
     {ID_MODE_RGB, Always, IsColored,
-     [](const TPlace&, const TCanvas& spCanvas) { return ChangeColorMode(spCanvas, true, true); }},
+     [](const TPlace&, const TCanvas& spCanvas, IProgress& progress) {
+         return ChangeColorMode(spCanvas, true, true, progress);
+     }},
     {ID_MODE_LIGHT, IsColored,
      [](const TPlace&, const CCanvasBuffer& canvas) { return canvas.IsColorRaster() && !canvas.IsColor(); },
-     [](const TPlace&, const TCanvas& spCanvas) {
-         return ChangeColorMode(spCanvas, !spCanvas->IsColor(), true);
+     [](const TPlace&, const TCanvas& spCanvas, IProgress& progress) {
+         return ChangeColorMode(spCanvas, !spCanvas->IsColor(), true, progress);
      }},
 };
 
@@ -162,8 +167,8 @@ TCommandState GetLayerCommandState(CCanvasBuffer& canvas, int nId) {
     return {command.fnEnabled(active, canvas), command.fnChecked(active, canvas)};
 }
 
-bool DoLayerCommand(const boost::shared_ptr<CCanvasBuffer>& spCanvas, int nId) {
+bool DoLayerCommand(const boost::shared_ptr<CCanvasBuffer>& spCanvas, int nId, IProgress& progress) {
     const TPlace active(spCanvas->GetActiveLayer(), *spCanvas);
     const TLayerCommand& command = Find(nId);
-    return command.fnEnabled(active, *spCanvas) && command.fnDo(active, spCanvas);
+    return command.fnEnabled(active, *spCanvas) && command.fnDo(active, spCanvas, progress);
 }

@@ -14,5 +14,6 @@ std::span<const int> GetLayerCommands();
 TCommandState GetLayerCommandState(CCanvasBuffer& canvas, int nId);
 
 /// Executes the command as an undoable action and updates the selection; ignores one without an effect.
-/// Returns true when the tree has changed.
-bool DoLayerCommand(const boost::shared_ptr<CCanvasBuffer>& spCanvas, int nId);
+/// Returns true when the tree has changed. Raises cancelled_error, after which nothing has.
+bool DoLayerCommand(const boost::shared_ptr<CCanvasBuffer>& spCanvas, int nId,
+                    IProgress& progress = NoProgress());

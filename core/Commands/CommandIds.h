@@ -67,6 +67,7 @@ enum ECommand : int {
     ID_LAYER_SOLO = 14012,
     ID_THEME_FIRST = 14020, ///< system, light, dark
     ID_THEME_LAST = 14022,
+    ID_FILE_EXPORT = 14040,
     ID_NEW_A4_350 = 14061,
     ID_NEW_A4_600 = 14062,
     ID_NEW_FULL_HD = 14063,

@@ -19,6 +19,7 @@ constexpr TNamed NAMES[] = {
     {ID_FILE_CLOSE, "file-close"},
     {ID_FILE_SAVE, "file-save"},
     {ID_FILE_SAVE_AS, "file-save-as"},
+    {ID_FILE_EXPORT, "file-export"},
     {ID_FILE_MRU_FIRST, "file-recent-1"},
     {ID_FILE_MRU_FIRST + 1, "file-recent-2"},
     {ID_FILE_MRU_FIRST + 2, "file-recent-3"},

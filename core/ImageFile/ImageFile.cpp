@@ -13,6 +13,7 @@
 #include <memory>
 #include <new>
 #include <string>
+#include <utility>
 
 namespace {
 
@@ -22,9 +23,11 @@ constexpr size_t READ_PIECE = 1 << 18; ///< bytes of a file held in memory; smal
 // not used, because truncating a mapped file ends the process.
 class CFileImage : public CWireImage {
 public:
-    CFileImage(std::wstring strPath, std::unique_ptr<IFileReader> upReader)
+    CFileImage(std::wstring strPath, std::unique_ptr<IFileReader> upReader, IProgress& progress)
         : CWireImage(upReader->GetSize(), ForeignClaim(upReader->GetSize())), m_strPath(std::move(strPath)),
-          m_upReader(std::move(upReader)) {}
+          m_upReader(std::move(upReader)), m_progress(progress) {
+        m_progress.Begin(L"ファイルを読んでいます", GetSize());
+    }
 
 protected:
     void MoveWindow(uint64_t uPos, size_t nLength) override {
@@ -33,16 +36,22 @@ protected:
         if (!m_upReader->Read(uPos, m_vWindow.data(), m_vWindow.size()))
             throw fileopen_error(m_strPath, EFileFailure::DiskError);
         SetWindow(uPos, m_vWindow.data(), m_vWindow.size());
+        // A window may begin inside the one before.
+        const uint64_t uEnd = std::max(m_uRead, uPos + m_vWindow.size());
+        m_progress.Advance(uEnd - std::exchange(m_uRead, uEnd));
     }
 
 private:
     const std::wstring m_strPath;
     const std::unique_ptr<IFileReader> m_upReader;
+    IProgress& m_progress;
+    uint64_t m_uRead = 0; ///< where the part that has been read ends
     TBytes m_vWindow;
 };
 
-boost::shared_ptr<CCanvasBuffer> OpenPicture(const std::wstring& strPath, IImageCodecs& codecs) {
-    const TLoadedPicture picture = codecs.Load(strPath);
+boost::shared_ptr<CCanvasBuffer> OpenPicture(const std::wstring& strPath, IImageCodecs& codecs,
+                                             IProgress& progress) {
+    const TLoadedPicture picture = codecs.Load(strPath, progress);
     int32_t nWidth = 0;
     int32_t nHeight = 0;
     if (!picture || !picture->GetWidth(nWidth) || !picture->GetHeight(nHeight))
@@ -51,7 +60,8 @@ boost::shared_ptr<CCanvasBuffer> OpenPicture(const std::wstring& strPath, IImage
     const auto spCanvas = CreateCanvas({nWidth, nHeight});
     const auto spLayer = CreateRasterLayer(spCanvas);
     spLayer->setName(L"新規ラスタレイヤー");
-    spLayer->GetRaster()->ReadBitmap(session);
+    progress.Begin(L"画像を取り込んでいます", spLayer->GetRaster()->GetBlockCount());
+    spLayer->GetRaster()->ReadBitmap(session, progress);
     spCanvas->GetRoot().AddLayer(spLayer, -1, false);
     spCanvas->GetRoot().SetActiveChild(spLayer);
     return spCanvas;
@@ -59,9 +69,10 @@ boost::shared_ptr<CCanvasBuffer> OpenPicture(const std::wstring& strPath, IImage
 
 } // namespace
 
-boost::shared_ptr<CCanvasBuffer> ReadProject(TOpenedFile upReader, const std::wstring& strName) {
+boost::shared_ptr<CCanvasBuffer> ReadProject(TOpenedFile upReader, const std::wstring& strName,
+                                             IProgress& progress) {
     if (!upReader) throw fileopen_error(strName, upReader.failure);
-    CDeserializer file(boost::shared_ptr<CWireImage>(new CFileImage(strName, std::move(upReader))));
+    CDeserializer file(boost::shared_ptr<CWireImage>(new CFileImage(strName, std::move(upReader), progress)));
     CDeserializer top;
     file.ReadChunk(top);
     auto spCanvas = boost::make_shared<CCanvasBuffer>();
@@ -72,16 +83,17 @@ boost::shared_ptr<CCanvasBuffer> ReadProject(TOpenedFile upReader, const std::ws
 bool IsProjectFile(const std::wstring& strPath) { return EqualNoCase(ExtensionOf(strPath), L".vlm"); }
 
 boost::shared_ptr<CCanvasBuffer> OpenDocument(const std::wstring& strPath, IFileStore& files,
-                                              IImageCodecs& codecs) {
-    const auto spCanvas =
-        IsProjectFile(strPath) ? ReadProject(files.Open(strPath), strPath) : OpenPicture(strPath, codecs);
+                                              IImageCodecs& codecs, IProgress& progress) {
+    const auto spCanvas = IsProjectFile(strPath) ? ReadProject(files.Open(strPath), strPath, progress)
+                                                 : OpenPicture(strPath, codecs, progress);
     spCanvas->SetPath(strPath);
     spCanvas->SetTitle(std::wstring(FileNameOf(strPath)));
     spCanvas->GetHistory().SetModified(false); // the file holds this state
     return spCanvas;
 }
 
-void SaveDocument(CCanvasBuffer& canvas, const std::wstring& strPath, IFileStore& files) {
+void SaveDocument(CCanvasBuffer& canvas, const std::wstring& strPath, IFileStore& files,
+                  IProgress& progress) {
     // The file must contain the title that this save sets.
     std::wstring strOldPath = strPath;
     std::wstring strOldTitle(FileNameOf(strPath));
@@ -89,8 +101,13 @@ void SaveDocument(CCanvasBuffer& canvas, const std::wstring& strPath, IFileStore
     try {
         CSerializer file;
         file.WriteChunk(canvas.Serialize());
-        const CFileOutcome outcome =
-            files.ReplaceBy(strPath, [&](const TWriteBytes& fnWrite) { return file.WriteOut(fnWrite); });
+        const CFileOutcome outcome = files.ReplaceBy(strPath, [&](const TWriteBytes& fnWrite) {
+            progress.Begin(L"ファイルに書いています", file.GetLength());
+            return file.WriteOut([&](std::string_view strBytes) {
+                progress.Advance(strBytes.size());
+                return fnWrite(strBytes);
+            });
+        });
         if (!outcome) throw fileopen_error(strPath, outcome.GetFailure());
     } catch (...) {
         canvas.SwapPathAndTitle(strOldPath, strOldTitle);
@@ -99,17 +116,24 @@ void SaveDocument(CCanvasBuffer& canvas, const std::wstring& strPath, IFileStore
     canvas.GetHistory().SetModified(false);
 }
 
-void ExportImage(CCanvasBuffer& canvas, const std::wstring& strPath, IFileStore& files,
-                 IImageCodecs& codecs) {
-    if (IsPsdFile(strPath)) return ExportPsd(canvas, strPath, files, codecs);
+CBitmapSession MakePicture(CCanvasBuffer& canvas, IImageCodecs& codecs, IProgress& progress) {
+    CBitmapSession session{codecs.CreateBitmap(canvas.GetSize())};
+    if (!session.spBitmap) throw std::bad_alloc();
+    const auto spPicture = canvas.Flatten(progress);
+    progress.Begin(L"画像にまとめています", spPicture->GetBlockCount());
+    spPicture->WriteBitmap(session, progress);
+    return session;
+}
+
+void ExportImage(CCanvasBuffer& canvas, const std::wstring& strPath, IFileStore& files, IImageCodecs& codecs,
+                 const TPictureEncoding& encoding, IProgress& progress) {
+    if (IsPsdFile(strPath)) return ExportPsd(canvas, strPath, files, codecs, progress);
     if (!codecs.CanSave(strPath)) throw fileopen_error(strPath, EFileFailure::UnknownEnding);
     const CSize sz = canvas.GetSize();
     if (std::max(sz.cx, sz.cy) > MAX_IMAGE_SIDE) throw fileopen_error(strPath, EFileFailure::PictureTooLarge);
-    CBitmapSession session{codecs.CreateBitmap(sz)};
-    if (!session.spBitmap) throw std::bad_alloc();
-    canvas.Flatten()->WriteBitmap(session);
-    const CFileOutcome outcome =
-        session.bOk ? codecs.Save(strPath, *session.spBitmap) : CFileOutcome(EFileFailure::NoMemory);
+    const CBitmapSession session = MakePicture(canvas, codecs, progress);
+    const CFileOutcome outcome = session.bOk ? codecs.Save(strPath, *session.spBitmap, encoding, progress)
+                                             : CFileOutcome(EFileFailure::NoMemory);
     if (!outcome) throw fileopen_error(strPath, outcome.GetFailure());
 }
 
@@ -133,4 +157,10 @@ std::vector<TFileFilter> GetSaveFilters() {
         {L"GIF ファイル (*.gif)", L"*.gif"},     {L"TIFF ファイル (*.tiff;*.tif)", L"*.tiff;*.tif"},
         {L"PSD ファイル (*.psd)", L"*.psd"},
     };
+}
+
+std::vector<TFileFilter> GetExportFilters() {
+    std::vector<TFileFilter> vFilters = GetSaveFilters();
+    vFilters.erase(vFilters.begin());
+    return vFilters;
 }

@@ -2,33 +2,40 @@
 #pragma once
 
 #include "core/CanvasBuffer/CanvasBuffer.h"
+#include "core/Platform/Bitmap.h"
 #include "core/Platform/Dialogs.h"
 #include "core/Platform/Files.h"
-
-class IImageCodecs;
 
 /// True when the name has the project file's extension, in any case.
 bool IsProjectFile(const std::wstring& strPath);
 
 /// Opens a project file or a picture, chosen by the name. A picture becomes one raster layer with its
-/// transparency. Raises fileopen_error, loadimage_error or deserialize_error.
+/// transparency. Raises fileopen_error, loadimage_error, deserialize_error or cancelled_error.
 boost::shared_ptr<CCanvasBuffer> OpenDocument(const std::wstring& strPath, IFileStore& files,
-                                              IImageCodecs& codecs);
+                                              IImageCodecs& codecs, IProgress& progress = NoProgress());
 
 /// Parses a project file's bytes into a document without a path. Raises deserialize_error, or
-/// fileopen_error with `strName` when there is no reader or it fails.
-boost::shared_ptr<CCanvasBuffer> ReadProject(TOpenedFile upReader, const std::wstring& strName);
+/// fileopen_error with `strName` when there is no reader or it fails, or cancelled_error.
+boost::shared_ptr<CCanvasBuffer> ReadProject(TOpenedFile upReader, const std::wstring& strName,
+                                             IProgress& progress = NoProgress());
 
 /// Writes the document to a temporary project file that is renamed over the old one. The document takes
-/// path and title from it and counts as saved. On fileopen_error the old file and the document are
-/// unchanged.
-void SaveDocument(CCanvasBuffer& canvas, const std::wstring& strPath, IFileStore& files);
+/// path and title from it and counts as saved. On fileopen_error and cancelled_error the old file
+/// and the document are unchanged.
+void SaveDocument(CCanvasBuffer& canvas, const std::wstring& strPath, IFileStore& files,
+                  IProgress& progress = NoProgress());
 
 /// Writes the picture in the format of the name: PSD with its layers, else flattened; PNG keeps alpha where
 /// there is any, others are flattened on white. Raises fileopen_error when the format is unknown or the
-/// file cannot be written, and the exceptions of ExportPsd.
-void ExportImage(CCanvasBuffer& canvas, const std::wstring& strPath, IFileStore& files, IImageCodecs& codecs);
+/// file cannot be written, cancelled_error, after which the old file is unchanged, and the exceptions of
+/// ExportPsd.
+void ExportImage(CCanvasBuffer& canvas, const std::wstring& strPath, IFileStore& files, IImageCodecs& codecs,
+                 const TPictureEncoding& encoding = {}, IProgress& progress = NoProgress());
 
-/// The type lists of the two file dialogs, in their order.
+/// The flattened picture as a bitmap, with its alpha. Raises bad_alloc and cancelled_error.
+CBitmapSession MakePicture(CCanvasBuffer& canvas, IImageCodecs& codecs, IProgress& progress = NoProgress());
+
+/// The type lists of the file dialogs, in their order; an export is a save without the project.
 std::vector<TFileFilter> GetOpenFilters();
 std::vector<TFileFilter> GetSaveFilters();
+std::vector<TFileFilter> GetExportFilters();

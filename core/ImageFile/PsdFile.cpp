@@ -66,6 +66,14 @@ void WriteExtra(CPsdBytes& file, const TPsdRecord& record, IImageCodecs& codecs)
     file.EndLength(nExtra);
 }
 
+// Rows of pixels in all records.
+uint64_t CountPsdRows(const std::vector<TPsdRecord>& vRecords) {
+    uint64_t uRows = 0;
+    for (const TPsdRecord& record : vRecords)
+        if (HasPixels(record)) uRows += static_cast<uint64_t>(record.pLayer->GetSize().cy);
+    return uRows;
+}
+
 // Returns the offset of the record's channel entries, whose lengths are still 0.
 size_t WriteRecord(CPsdBytes& file, const TPsdRecord& record, IImageCodecs& codecs) {
     const CSize sz = HasPixels(record) ? record.pLayer->GetSize() : CSize{};
@@ -89,40 +97,44 @@ size_t WriteRecord(CPsdBytes& file, const TPsdRecord& record, IImageCodecs& code
     return nEntries;
 }
 
-void WriteChannels(CPsdBytes& file, const TPsdRecord& record, size_t nEntries) {
+void WriteChannels(CPsdBytes& file, const TPsdRecord& record, size_t nEntries, IProgress& progress) {
     std::array<std::string, 4> channels;
     channels.fill(std::string(2, '\0')); // only a compression word
-    if (HasPixels(record)) channels = PackPsdChannels(record);
+    if (HasPixels(record)) channels = PackPsdChannels(record, progress);
     for (size_t n = 0; n < channels.size(); ++n) {
         file.SetInt32(nEntries + n * CHANNEL_ENTRY + 2, static_cast<uint32_t>(channels[n].size()));
         file.WriteText(channels[n]);
     }
 }
 
-void WriteLayers(CPsdBytes& file, const std::vector<TPsdRecord>& vRecords, IImageCodecs& codecs) {
+void WriteLayers(CPsdBytes& file, const std::vector<TPsdRecord>& vRecords, IImageCodecs& codecs,
+                 IProgress& progress) {
     const size_t nSection = file.BeginLength();
     if (vRecords.empty()) return; // some readers reject a count of 0, none an empty section
     const size_t nInfo = file.BeginLength();
     file.WriteInt16(static_cast<uint16_t>(vRecords.size()));
     std::vector<size_t> vEntries;
     for (const TPsdRecord& record : vRecords) vEntries.push_back(WriteRecord(file, record, codecs));
-    for (size_t n = 0; n < vRecords.size(); ++n) WriteChannels(file, vRecords[n], vEntries[n]);
+    progress.Begin(L"レイヤーをまとめています", CountPsdRows(vRecords));
+    for (size_t n = 0; n < vRecords.size(); ++n) WriteChannels(file, vRecords[n], vEntries[n], progress);
     file.EndLength(nInfo, 2);
     file.WriteInt32(0); // global mask
     file.EndLength(nSection);
 }
 
-void WritePicture(CPsdBytes& file, CCanvasBuffer& canvas) {
+void WritePicture(CPsdBytes& file, CCanvasBuffer& canvas, IProgress& progress) {
     const CSize sz = canvas.GetSize();
     file.WriteInt16(COMPRESSION_NONE);
-    ResolvePsdPicture(canvas, file.Extend(3 * static_cast<size_t>(sz.cx) * static_cast<size_t>(sz.cy), 255));
+    ResolvePsdPicture(canvas, file.Extend(3 * static_cast<size_t>(sz.cx) * static_cast<size_t>(sz.cy), 255),
+                      progress);
 }
 
 } // namespace
 
 bool IsPsdFile(const std::wstring& strPath) { return EqualNoCase(ExtensionOf(strPath), L".psd"); }
 
-void ExportPsd(CCanvasBuffer& canvas, const std::wstring& strPath, IFileStore& files, IImageCodecs& codecs) {
+void ExportPsd(CCanvasBuffer& canvas, const std::wstring& strPath, IFileStore& files, IImageCodecs& codecs,
+               IProgress& progress) {
     const CSize sz = canvas.GetSize();
     if (std::max(sz.cx, sz.cy) > MAX_PSD_SIDE)
         throw refused_error(L"PSD ファイルは縦も横も30000ピクセルまでです。\n\n"
@@ -134,8 +146,9 @@ void ExportPsd(CCanvasBuffer& canvas, const std::wstring& strPath, IFileStore& f
     canvas.FlushCanvasUpdates();
     CPsdBytes file;
     WriteHeader(file, sz);
-    WriteLayers(file, vRecords, codecs);
-    WritePicture(file, canvas);
+    WriteLayers(file, vRecords, codecs, progress);
+    WritePicture(file, canvas, progress);
+    progress.Begin(L"ファイルに書いています", 0);
     const CFileOutcome outcome = files.Replace(strPath, file.GetBytes());
     if (!outcome) throw fileopen_error(strPath, outcome.GetFailure());
 }

@@ -82,7 +82,7 @@ void PackRow(std::string& strChannel, int32_t y, const uint8_t* pRow, size_t nCo
 
 } // namespace
 
-std::array<std::string, 4> PackPsdChannels(const TPsdRecord& record) {
+std::array<std::string, 4> PackPsdChannels(const TPsdRecord& record, IProgress& progress) {
     const CSize sz = record.pLayer->GetSize();
     std::array<std::string, 4> channels;
     for (std::string& strChannel : channels) {
@@ -102,14 +102,15 @@ std::array<std::string, 4> PackPsdChannels(const TPsdRecord& record) {
         for (size_t n = 0; n < channels.size(); ++n)
             for (int32_t y = pt.y; y < yEnd; ++y)
                 PackRow(channels[n], y, band.GetRow(n, y), static_cast<size_t>(sz.cx));
+        progress.Advance(static_cast<uint64_t>(yEnd - pt.y));
     }
     return channels;
 }
 
-void ResolvePsdPicture(CCanvasBuffer& canvas, uint8_t* pPlanes) {
+void ResolvePsdPicture(CCanvasBuffer& canvas, uint8_t* pPlanes, IProgress& progress) {
     const CSize sz = canvas.GetSize();
     const size_t nPlane = static_cast<size_t>(sz.cx) * static_cast<size_t>(sz.cy);
-    const auto spPicture = canvas.Flatten();
+    const auto spPicture = canvas.Flatten(progress);
     spPicture->ForEachBlock([&](CPoint ptBlock) {
         const auto spTile = spPicture->GetBlock(ptBlock, false);
         if (!spTile) return;

@@ -63,9 +63,10 @@ void CLayerBuffer::DropCaches() {
     for (const TLayerPtr& spChild : m_lstChildren) spChild->DropCaches();
 }
 
-void CLayerBuffer::FollowColorMode() {
+void CLayerBuffer::FollowColorMode(IProgress& progress) {
     m_picture.Create();
-    for (const TLayerPtr& spChild : m_lstChildren) spChild->FollowColorMode();
+    for (const TLayerPtr& spChild : m_lstChildren) spChild->FollowColorMode(progress);
+    progress.Advance();
 }
 
 void CLayerBuffer::Resize(CSize sz, const TLayerChange& change) {

@@ -14,6 +14,7 @@
 #include <string>
 
 class CLayerBuffer;
+class IProgress;
 using TLayerPtr = boost::shared_ptr<CLayerBuffer>;
 using TLayerList = std::list<TLayerPtr>;
 using TPlaneList = std::list<boost::shared_ptr<CRasterBuffer>>;
@@ -132,8 +133,8 @@ public:
     /// for. For a layer that is in no tree. Never throws.
     virtual void DropCaches();
     /// New draw buffers and thumbnails, and pixels converted, in the kinds that the canvas now has; opacities
-    /// stay. Children too.
-    virtual void FollowColorMode();
+    /// stay. Children too. One step of `progress` for each layer.
+    virtual void FollowColorMode(IProgress& progress);
     /// Gives the layer and all below it another size: new planes, filled by `change`; opacities stay, every
     /// flag is set. The canvas must have that size already.
     virtual void Resize(CSize sz, const TLayerChange& change);
@@ -163,7 +164,7 @@ public:
     // Merging.
     /// A new layer, in no tree yet, that holds this layer's picture under the other's, both with their
     /// opacities; null when the two cannot be merged.
-    virtual boost::shared_ptr<CLayerBuffer> MergeWith(CLayerBuffer&) { return {}; }
+    virtual boost::shared_ptr<CLayerBuffer> MergeWith(CLayerBuffer&, IProgress&) { return {}; }
     /// True when `other`, directly above, may be merged onto this layer.
     virtual bool canBeMergedWith(const CLayerBuffer& other) const;
     virtual bool IsRasterizable() const { return false; }

@@ -24,13 +24,17 @@ void ReplaceChildren(const TLayerPtr& spParent, const TLayerPtr& pLayer, const T
 
 } // namespace
 
-boost::shared_ptr<CRasterLayerBuffer> BakeLayers(CLayerBuffer& layer, CLayerBuffer* pUpper) {
+boost::shared_ptr<CRasterLayerBuffer> BakeLayers(CLayerBuffer& layer, CLayerBuffer* pUpper,
+                                                 IProgress& progress) {
     const auto pNewLayer = CreateRasterLayer(layer.GetCanvas());
     const auto& pBaseRaster = pNewLayer->GetRaster();
     SELF_CHECK(illegal_data, pNewLayer->GetDrawBuffer()->GetSize() == pBaseRaster->GetSize());
     SELF_CHECK(illegal_data, pNewLayer->GetDrawBuffer()->GetBlockSize() == pBaseRaster->GetBlockSize());
     layer.GetCanvas()->FlushCanvasUpdates();
+    progress.Begin(pUpper ? L"レイヤーを結合しています" : L"ラスタライズしています",
+                   pBaseRaster->GetBlockCount());
     pBaseRaster->ForEachBlock([&](CPoint pt) {
+        progress.Advance();
         for (CLayerBuffer* pLayer : {&layer, pUpper})
             if (pLayer && pLayer->GetPicture().HasPicture(pt))
                 pLayer->GetPicture().PaintWithOpacity(*pBaseRaster->GetBlock(pt, true));
@@ -40,14 +44,15 @@ boost::shared_ptr<CRasterLayerBuffer> BakeLayers(CLayerBuffer& layer, CLayerBuff
     return pNewLayer;
 }
 
-void MergeLayers(const TLayerPtr& spParent, const TLayerPtr& pBaseLayer, const TLayerPtr& pSuperimposeLayer) {
+void MergeLayers(const TLayerPtr& spParent, const TLayerPtr& pBaseLayer, const TLayerPtr& pSuperimposeLayer,
+                 IProgress& progress) {
     SELF_CHECK(illegal_data, pBaseLayer->canBeMergedWith(*pSuperimposeLayer));
-    const TLayerPtr pMerged = pBaseLayer->MergeWith(*pSuperimposeLayer);
+    const TLayerPtr pMerged = pBaseLayer->MergeWith(*pSuperimposeLayer, progress);
     SELF_CHECK(illegal_data, pMerged);
     ReplaceChildren(spParent, pBaseLayer, pSuperimposeLayer, pMerged, L"レイヤ結合");
 }
 
-void RasterizeLayer(const TLayerPtr& spParent, const TLayerPtr& pLayer) {
+void RasterizeLayer(const TLayerPtr& spParent, const TLayerPtr& pLayer, IProgress& progress) {
     SELF_CHECK(illegal_data, pLayer->IsRasterizable());
-    ReplaceChildren(spParent, pLayer, pLayer, BakeLayers(*pLayer), L"ラスタライズ");
+    ReplaceChildren(spParent, pLayer, pLayer, BakeLayers(*pLayer, nullptr, progress), L"ラスタライズ");
 }

@@ -153,15 +153,15 @@ bool CRasterLayerBuffer::Merge(IRasterOverlay& overlay, const std::wstring& strN
     return bAny;
 }
 
-TLayerPtr CRasterLayerBuffer::MergeWith(CLayerBuffer& other) {
+TLayerPtr CRasterLayerBuffer::MergeWith(CLayerBuffer& other, IProgress& progress) {
     const auto* pRaster = dynamic_cast<const CRasterLayerBuffer*>(&other);
     const bool bFits = pRaster && canBeMergedWith(other) && other.GetSize() == GetSize() &&
                        pRaster->m_pRaster->IsCompatible(*m_pRaster);
-    return bFits ? BakeLayers(*this, &other) : TLayerPtr();
+    return bFits ? BakeLayers(*this, &other, progress) : TLayerPtr();
 }
 
-void CRasterLayerBuffer::FollowColorMode() {
-    CLayerBuffer::FollowColorMode();
+void CRasterLayerBuffer::FollowColorMode(IProgress& progress) {
+    CLayerBuffer::FollowColorMode(progress);
     SetRaster(m_pRaster);
 }
 

@@ -21,13 +21,13 @@ public:
     boost::shared_ptr<CRasterBlockBuffer> GetOwnTile(CPoint pt) const override;
     bool MayPaintAt(CPoint pt) const override;
     void GetChangeMatrix(CBoolMatrix& matrix) override;
-    void FollowColorMode() override;
+    void FollowColorMode(IProgress& progress) override;
     void Resize(CSize sz, const TLayerChange& change) override;
     void PushBackup(TPlaneList& lstPlanes) const override;
     void SwapBackup(TPlaneList& lstPlanes, TPlaneList::iterator& itPlane) override;
     boost::shared_ptr<CRasterBlockBuffer> CreateFlatBlock() override;
     CSerializer Serialize() const override;
-    boost::shared_ptr<CLayerBuffer> MergeWith(CLayerBuffer& other) override;
+    boost::shared_ptr<CLayerBuffer> MergeWith(CLayerBuffer& other, IProgress& progress) override;
     bool canBeMergedWith(const CLayerBuffer& other) const override;
     bool IsRasterizable() const override { return !GetChildren().empty(); }
 

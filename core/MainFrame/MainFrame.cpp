@@ -24,7 +24,6 @@ boost::shared_ptr<CMainFrame> g_pMainFrame;
 
 namespace {
 
-constexpr int PANE_TEXT = 0;
 constexpr uint32_t SETTINGS_MS = 500;
 
 } // namespace
@@ -49,6 +48,7 @@ CMainFrame::CMainFrame()
                    CRecentDocumentList::FindPath(g_AppModule.GetPlatform().locations)),
       m_pictures(g_AppModule.GetPlatform().files,
                  FindProfilePath(g_AppModule.GetPlatform().locations, L"RecentPictures.bin")),
+      m_status(g_AppModule.GetPlatform().clock, g_AppModule.GetPlatform().keys),
       m_frameOutside{g_AppModule.GetPlatform(),
                      g_AppModule.GetSettings(),
                      m_heldKeys,
@@ -212,13 +212,16 @@ bool CMainFrame::DoIdleWork() {
     UpdateTitle();
     WatchChanges();
     ForgetTold();
+    UpdateStatus();
     Guarded([&] { WatchSettings(); });
     const bool bStrokes = Guarded([&] { return ContinueStrokes(); });
     if (std::exchange(m_bOfferRecovery, false)) Guarded([&] { OfferRecovery(); });
     if (!m_deqOpenFiles.empty()) {
         const std::wstring strPath = m_deqOpenFiles.front();
         m_deqOpenFiles.pop_front();
-        if (OpenFile(strPath)) m_recentList.Add(strPath);
+        Guarded([&] {
+            if (OpenFile(strPath)) m_recentList.Add(strPath);
+        });
     }
     ShowStartPage();
     const bool bPanels = !bStrokes && m_panels.DoIdleWork();
@@ -280,8 +283,10 @@ void CMainFrame::OnPenEnd(bool bEraser) {
 
 void CMainFrame::Tell(const std::wstring& strText) {
     m_strTold = strText;
-    m_pWindow->SetStatusText(PANE_TEXT, strText);
+    UpdateStatus();
 }
+
+void CMainFrame::UpdateStatus() { m_status.Update(*m_pWindow, g_wpActiveFrame.lock().get(), m_strTold); }
 
 // The status text stays until the tool can work or refuses for another reason.
 void CMainFrame::ForgetTold() {

@@ -11,6 +11,7 @@
 #include "core/IniConfig/RecentDocumentList.h"
 #include "core/MainFrame/NewDocument.h"
 #include "core/MainFrame/StartPage.h"
+#include "core/MainFrame/StatusLine.h"
 #include "core/Panels/Panels.h"
 #include "core/Platform/Window.h"
 #include "core/RasterStroke/StrokeRandom.h"
@@ -46,7 +47,8 @@ public:
 
     /// Opens a canvas window as MDI child. Raises internal_error when the window system refuses.
     void OpenFrame(const boost::shared_ptr<CCanvasFrame>& spFrame);
-    /// Opens a file in a new frame and reports a failure to the user. True when it opened.
+    /// Opens a file in a new frame and reports a failure to the user. True when it opened. Raises
+    /// cancelled_error.
     bool OpenFile(const std::wstring& strPath);
     /// Creates a document with one raster layer and opens it; reports a failure to the user. True when it
     /// opened.
@@ -124,6 +126,7 @@ private:
     void OnPenEnd(bool bEraser);
     void Tell(const std::wstring& strText);
     void ForgetTold();
+    void UpdateStatus();
 
     IMainWindow* m_pWindow = nullptr;
     CShortcuts m_shortcuts;
@@ -139,6 +142,7 @@ private:
     std::wstring m_strTold;  ///< the reason why presses are refused at present
     CRecentDocumentList m_recentList;
     CRecentPictures m_pictures;
+    CStatusLine m_status;
     TFrameOutside m_frameOutside;
     CCommandTable m_commands;
     TPanelOutside m_panelOutside;

@@ -162,30 +162,6 @@ bool CMainFrame::OnCopyData(const TMessage& msg) {
     return true;
 }
 
-bool CMainFrame::OpenFile(const std::wstring& strPath) {
-    const TPlatform& platform = g_AppModule.GetPlatform();
-    boost::shared_ptr<CCanvasFrame> spFrame;
-    try {
-        spFrame = CreateCanvasFrame(OpenDocument(strPath, platform.files, platform.codecs));
-        OpenFrame(spFrame);
-        PostToMainFrame(WM_REFRESH_ALL);
-        return true;
-    } catch (const loadimage_error& e) {
-        AbandonFrame(spFrame);
-        ReportFileFailure(g_strImageNotOpened, e.message, e.failure);
-    } catch (const fileopen_error& e) {
-        AbandonFrame(spFrame);
-        ReportFileFailure(g_strFileNotOpened, e.message, e.failure);
-    } catch (const deserialize_error&) {
-        AbandonFrame(spFrame);
-        ReportFileFailure(g_strFileDamaged, {}, EFileFailure::DamagedDocument);
-    } catch (const std::exception& e) {
-        AbandonFrame(spFrame);
-        ReportException(e);
-    }
-    return false;
-}
-
 void CMainFrame::OnViewNew() {
     const auto spActive = g_wpActiveFrame.lock();
     if (!spActive) return;

@@ -7,6 +7,7 @@
 #include "core/MainFrame/MainFrame.h"
 #include "core/Platform/Dialogs.h"
 #include "core/Platform/Files.h"
+#include "core/Platform/Progress.h"
 #include "core/Recovery/Recovery.h"
 
 #include <algorithm>
@@ -109,16 +110,19 @@ void CMainFrame::RestoreDocument(const TLeftSnapshot& left) {
     CRecovery& recovery = g_AppModule.GetRecovery();
     boost::shared_ptr<CCanvasFrame> spFrame;
     try {
-        spFrame = CreateCanvasFrame(recovery.Restore(left));
+        const auto restore = [&] {
+            // A snapshot whose restoring was cancelled is offered again at the next start.
+            CLongWork work(g_AppModule.GetPlatform(), {m_pWindow, L"復元", true});
+            return recovery.Restore(left, work);
+        };
+        spFrame = CreateCanvasFrame(restore());
         OpenFrame(spFrame);
         PostToMainFrame(WM_REFRESH_ALL);
     } catch (const deserialize_error&) {
         // Set aside, or it would be offered at every start.
         ReportFileFailure(g_strFileDamaged, recovery.SetAside(left), EFileFailure::DamagedDocument);
-    } catch (const fileopen_error& e) {
-        ReportFileFailure(g_strFileNotOpened, e.message, e.failure);
     } catch (const std::exception& e) {
         AbandonFrame(spFrame);
-        ReportException(e);
+        ReportFileException(e, left.note.strPath);
     }
 }

@@ -4,6 +4,7 @@
 
 #include "core/Base/FileFailure.h"
 #include "core/Base/Geometry.h"
+#include "core/Platform/Progress.h"
 
 #include <boost/shared_ptr.hpp>
 
@@ -41,6 +42,11 @@ struct CBitmapSession {
 /// Largest side of a picture that is decoded, in pixels.
 constexpr int32_t MAX_IMAGE_SIDE = 30000;
 
+/// How pictures are encoded where their format leaves a choice.
+struct TPictureEncoding {
+    int nJpegQuality = 95; ///< 1 to 100
+};
+
 using TLoadedPicture = TOrFailure<boost::shared_ptr<IBitmap>>;
 
 class IImageCodecs {
@@ -52,15 +58,19 @@ public:
     /// A transparent bitmap, null when there is no memory or the size is not positive.
     virtual boost::shared_ptr<IBitmap> CreateBitmap(CSize sz) = 0;
     /// Decodes a picture file to 8 bits a channel with straight alpha. Fails when the file is unreadable,
-    /// damaged, truncated, of unknown format, or larger than MAX_IMAGE_SIDE or 2 GiB decoded.
-    virtual TLoadedPicture Load(const std::wstring& strPath) = 0;
+    /// damaged, truncated, of unknown format, or larger than MAX_IMAGE_SIDE or 2 GiB decoded. Raises nothing
+    /// but cancelled_error.
+    virtual TLoadedPicture Load(const std::wstring& strPath, IProgress& progress = NoProgress()) = 0;
     /// Decodes an embedded picture, as Load does.
     virtual TLoadedPicture LoadResource(std::string_view strBytes) = 0;
     /// Encodes by the path's extension (.png, .jpg, .jpeg, .bmp, .tif, .tiff, .gif in any case) and
     /// replaces the file atomically. PNG keeps alpha, unless the picture is fully opaque; the others are
     /// flattened on white. Other extensions fail. After a failure the file is in the state that
-    /// IFileStore::ReplaceBy states.
-    virtual CFileOutcome Save(const std::wstring& strPath, IBitmap& bitmap) = 0;
+    /// IFileStore::ReplaceBy states. Raises nothing but cancelled_error, after which it is unchanged.
+    virtual CFileOutcome Save(const std::wstring& strPath, IBitmap& bitmap,
+                              const TPictureEncoding& encoding = {}, IProgress& progress = NoProgress()) = 0;
+    /// Bytes of the JPEG file that Save would write; 0 without memory.
+    virtual uint64_t CountJpegBytes(IBitmap& bitmap, int nQuality) = 0;
     /// True when Save supports the path's extension.
     virtual bool CanSave(const std::wstring& strPath) = 0;
     /// Encodes text to code page 932 (Shift_JIS) for names in picture files: '?' for each missing

@@ -32,6 +32,7 @@ struct TFileDialog {
     std::wstring strName;             ///< suggested path or name
     std::wstring strDefaultExtension; ///< without the dot; added to a name that has none
     std::vector<TFileFilter> vFilters;
+    std::wstring strTitle = {}; ///< empty for the usual one
 };
 
 class IFileDialogs {

@@ -16,6 +16,7 @@ class IKeyState;
 class IClipboard;
 class IPen;
 class ISnapshotStore;
+class IProgressWindow;
 
 struct TPlatform {
     IMessageQueue& queue;
@@ -32,4 +33,5 @@ struct TPlatform {
     IClipboard& clipboard;
     ISnapshotStore& snapshots;
     IPen& pen;
+    IProgressWindow& progress;
 };

@@ -102,7 +102,7 @@ public:
     /// Replaces the texts of commands in all menus of this window and its children, and in tool tips, by
     /// those of a menu.
     virtual void SetCommandTexts(const std::vector<TMenuItem>& vMenu) = 0;
-    /// Text of a status pane, 0 or 1.
+    /// Text of a status pane: 0 the line's text, 1 the scale, 2 the pointer's position.
     virtual void SetStatusText(int nPane, const std::wstring& strText) = 0;
     /// Sets the lines of the zoom box in order, without selection. A user's choice posts Command 101 with
     /// lParam the line.

@@ -1,6 +1,7 @@
 // The abstract plane: a fixed grid of lazily created tiles.
 #pragma once
 
+#include "core/Platform/Progress.h"
 #include "core/RasterBuffer/BoolMatrix.h"
 #include "core/RasterBuffer/RasterBlockBuffer.h"
 
@@ -53,10 +54,13 @@ public:
     virtual void DrawBlockToScreen(CGDIBuffer& target, const CScreenMap& map, CPoint pt) const = 0;
     /// Composites this plane's tile at `dest`'s position onto `dest`; nothing where there is none.
     virtual void BlendBlockInto(CRasterBlockBuffer& dest, const CRasterBlockBuffer* pMask) const = 0;
-    /// Fills every block of the grid from a bitmap, creating tiles; flags stay as they are.
-    virtual void ReadBitmap(CBitmapSession& session) = 0;
+    /// Fills every block of the grid from a bitmap, creating tiles; flags stay as they are. A step of
+    /// `progress` for each block; so in WriteBitmap.
+    virtual void ReadBitmap(CBitmapSession& session, IProgress& progress = NoProgress()) = 0;
     /// Writes every block of the grid, missing ones as transparent.
-    virtual void WriteBitmap(CBitmapSession& session) = 0;
+    virtual void WriteBitmap(CBitmapSession& session, IProgress& progress = NoProgress()) = 0;
+    /// Blocks of the grid.
+    size_t GetBlockCount() const { return m_spDirty->GetCount(); }
     /// Opacity of the whole plane, 0 to 255.
     virtual void SetOpacity(uint8_t uOpacity) = 0;
     virtual uint8_t GetOpacity() const = 0;

@@ -137,12 +137,18 @@ public:
             target.FillGrey(map.ToTarget(CRect(CornerOf(pt), this->m_szBlock)), 255);
     }
 
-    void ReadBitmap(CBitmapSession& session) override {
-        this->ForEachBlock([&](CPoint pt) { OwnBlock(pt)->ReadBitmap(session); });
+    void ReadBitmap(CBitmapSession& session, IProgress& progress) override {
+        this->ForEachBlock([&](CPoint pt) {
+            progress.Advance();
+            OwnBlock(pt)->ReadBitmap(session);
+        });
     }
 
-    void WriteBitmap(CBitmapSession& session) override {
-        this->ForEachBlock([&](CPoint pt) { this->GetBlockOrBlank(pt)->WriteBitmap(session); });
+    void WriteBitmap(CBitmapSession& session, IProgress& progress) override {
+        this->ForEachBlock([&](CPoint pt) {
+            progress.Advance();
+            this->GetBlockOrBlank(pt)->WriteBitmap(session);
+        });
     }
 
     boost::shared_ptr<CRasterBlockBuffer> ExtractBlock(const CRect& rc, bool bCut,

@@ -78,8 +78,8 @@ void CRecovery::Forget(const CCanvasBuffer& canvas) {
     m_mapEntries.erase(it);
 }
 
-boost::shared_ptr<CCanvasBuffer> CRecovery::Restore(const TLeftSnapshot& left) {
-    const auto spCanvas = ReadProject(m_store.Open(left.strName), left.note.strTitle);
+boost::shared_ptr<CCanvasBuffer> CRecovery::Restore(const TLeftSnapshot& left, IProgress& progress) {
+    const auto spCanvas = ReadProject(m_store.Open(left.strName), left.note.strTitle, progress);
     if (left.bHasFile) spCanvas->SetPath(left.note.strPath);
     if (!left.note.strTitle.empty()) spCanvas->SetTitle(left.note.strTitle);
     spCanvas->GetHistory().SetModified(true);

@@ -38,8 +38,9 @@ public:
     /// The snapshots of broken sessions, reserved for this one until ReleaseLeft.
     std::vector<TLeftSnapshot> FindLeft() { return m_store.FindLeft(); }
     /// Opens the document of a left snapshot as unsaved, with its old title and, if its file still exists,
-    /// path. The snapshot then belongs to the document. Raises fileopen_error or deserialize_error.
-    boost::shared_ptr<CCanvasBuffer> Restore(const TLeftSnapshot& left);
+    /// path. The snapshot then belongs to the document. Raises fileopen_error,
+    /// deserialize_error or cancelled_error, after which the snapshot is left as it was.
+    boost::shared_ptr<CCanvasBuffer> Restore(const TLeftSnapshot& left, IProgress& progress = NoProgress());
     /// The bytes of a left snapshot, null when they cannot be read.
     std::unique_ptr<IFileReader> Open(const TLeftSnapshot& left) { return m_store.Open(left.strName); }
     /// Sets aside a snapshot that cannot be restored; returns its new path.

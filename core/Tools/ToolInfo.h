@@ -3,9 +3,19 @@
 
 #include "core/Platform/Cursor.h"
 
+#include <cstdint>
+#include <span>
+
+/// What the pointer and keys do while these modifiers are held, in short for the status line.
+struct TToolHint {
+    uint32_t uModifiers; ///< POINTER_CONTROL, POINTER_SHIFT, POINTER_ALT
+    const wchar_t* pszText;
+};
+
 struct TToolInfo {
-    int nId;                ///< the number used by settings and scripts
-    const wchar_t* pszName; ///< also the label of its undo steps
-    const char* pszIcon;    ///< resource of the tool panel's icon
-    ECursor cursor;         ///< the cursor over a canvas that it can work on
+    int nId;                               ///< the number used by settings and scripts
+    const wchar_t* pszName;                ///< also the label of its undo steps
+    const char* pszIcon;                   ///< resource of the tool panel's icon
+    ECursor cursor;                        ///< the cursor over a canvas that it can work on
+    std::span<const TToolHint> hints = {}; ///< of the idle tool; the first one is that of no modifier
 };

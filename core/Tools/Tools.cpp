@@ -4,6 +4,8 @@
 #include "core/Platform/System.h"
 #include "core/Tools/PenContact.h"
 
+#include <algorithm>
+
 boost::weak_ptr<IActiveView> g_wpActiveView;
 boost::weak_ptr<CTools> g_wpActiveTool;
 
@@ -31,6 +33,16 @@ CTools::CTools(const TToolOutside& outside) : m_outside(outside) {
 
 bool CTools::OnMouseMove(int32_t x, int32_t y, uint32_t pressure, uint32_t, uint32_t flags) {
     return OnMouseMove(x, y, pressure, flags);
+}
+
+const wchar_t* CTools::GetHint(uint32_t uModifiers) const {
+    if (!IsEnabled()) return L"";
+    if (m_state != STATE_IDLE) return L"右クリック・Esc: やめる";
+    if (IsOpen()) return L"Esc: やめる";
+    const std::span<const TToolHint> hints = GetInfo().hints;
+    const auto it = std::ranges::find(hints, uModifiers, &TToolHint::uModifiers);
+    if (it != hints.end()) return it->pszText;
+    return hints.empty() ? L"" : hints.front().pszText;
 }
 
 CRect CTools::GetOverlayRect(const TOverlayMapper& mapper) const {

@@ -6,6 +6,7 @@
 #include "session/recorder/RecordClipboard.h"
 #include "session/recorder/RecordDialogs.h"
 #include "session/recorder/RecordMessage.h"
+#include "session/recorder/RecordProgress.h"
 #include "session/recorder/RecordWindows.h"
 
 #include <algorithm>
@@ -105,20 +106,10 @@ struct CRecorder::TParts {
               [this](const TMessage& msg) { OnHeard(msg); }),
           m_clipboard(m_record, platform.clipboard),
           m_pen(platform.pen, [this](const TPenPacket& packet) { RecordPacket(m_to, packet); }),
-          m_platform{m_queue,
-                     m_windows,
-                     m_dialogs,
-                     m_dialogs,
-                     m_dialogs,
-                     platform.files,
-                     platform.locations,
-                     platform.modules,
-                     platform.codecs,
-                     platform.clock,
-                     platform.keys,
-                     m_clipboard,
-                     platform.snapshots,
-                     m_pen} {}
+          m_progress(m_record, platform.progress),
+          m_platform{m_queue,        m_windows,          m_dialogs,          m_dialogs,       m_dialogs,
+                     platform.files, platform.locations, platform.modules,   platform.codecs, platform.clock,
+                     platform.keys,  m_clipboard,        platform.snapshots, m_pen,           m_progress} {}
 
     // The windows' own notifications and a player's commands do not pass the queue.
     void OnHeard(const TMessage& msg) {
@@ -138,6 +129,7 @@ struct CRecorder::TParts {
     CRecordWindows m_windows;
     CRecordClipboard m_clipboard;
     CRecordPen m_pen;
+    CRecordProgress m_progress;
     TPlatform m_platform;
 };
 

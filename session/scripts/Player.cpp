@@ -32,6 +32,12 @@ bool CPlayer::TakeReply() {
     return true;
 }
 
+bool CPlayer::TakeCancel() {
+    if (IsPlayed() || m_script.vSteps[m_idxNext].kind != EStepKind::Cancels) return false;
+    m_stage.log.Enter(m_script.vSteps[m_idxNext++].nLine);
+    return true;
+}
+
 void CPlayer::Advance() {
     CSessionLog& log = m_stage.log;
     if (m_uWait > 0 && !log.HasFailed()) {

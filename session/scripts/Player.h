@@ -43,6 +43,8 @@ public:
     bool IsPreparing() const { return m_bPreparing; }
     /// Plays the reply that directly follows the current line; false when there is none.
     bool TakeReply();
+    /// True when the line that directly follows cancels the work that begins; that line is then done.
+    bool TakeCancel();
     /// `fnWatch` is called with every line that bypasses the platform interface, before it is played.
     void SetWatch(boost::function<void(const std::string&)> fnWatch) { m_fnWatch = std::move(fnWatch); }
 

@@ -26,6 +26,7 @@ enum class EStepKind {
     Expects,  ///< may refer to an error box of the line before
     Prepares, ///< at the head of a script: played before the session begins
     Replies,  ///< answers a window that the line before it opens
+    Cancels,  ///< cancels the long work that the line before it begins
 };
 
 struct TStep {

@@ -7,6 +7,7 @@
 #include "session/seam/SessionDialogs.h"
 #include "session/seam/SessionKeys.h"
 #include "session/seam/SessionPen.h"
+#include "session/seam/SessionProgress.h"
 #include "session/seam/SessionSnapshots.h"
 #include "session/seam/SessionWindows.h"
 #include "session/seam/VirtualClock.h"
@@ -31,7 +32,8 @@ struct CSessionPlatform::TParts {
                                                                                    : m_clipboard,
                                                                   parts.pSnapshots ? *parts.pSnapshots
                                                                                    : m_snapshots,
-                                                                  m_pen},
+                                                                  m_pen,
+                                                                  m_progress},
           m_player(std::move(script), MakeStage(parts)), m_pump(m_queue, m_windows, m_player, parts.pQueue) {}
 
     TStage MakeStage(const TSessionParts& parts) {
@@ -51,6 +53,7 @@ struct CSessionPlatform::TParts {
     CSessionClipboard m_clipboard;
     CSessionSnapshots m_snapshots;
     CSessionPen m_pen;
+    CSessionProgress m_progress;
     CSessionLog m_log;
     CSessionDialogs m_dialogs;
     CSessionWindows m_windows;
@@ -63,6 +66,7 @@ CSessionPlatform::CSessionPlatform(const TSessionParts& parts, TScript script)
     : m_pParts(std::make_unique<TParts>(parts, std::move(script))) {
     m_pParts->m_queue.SetPump(&m_pParts->m_pump);
     m_pParts->m_dialogs.SetReply([pPlayer = &m_pParts->m_player] { return pPlayer->TakeReply(); });
+    m_pParts->m_progress.SetCancel([pPlayer = &m_pParts->m_player] { return pPlayer->TakeCancel(); });
     m_pParts->m_player.Prepare();
 }
 

@@ -5,6 +5,7 @@ namespace {
 constexpr TVerb VERBS[] = {
     {"activate", ReadActivate},
     {"answer", ReadAnswer},
+    {"cancel-work", ReadCancelWork, EStepKind::Cancels},
     {"clipboard", ReadClipboard},
     {"close", ReadClose},
     {"command", ReadCommand},

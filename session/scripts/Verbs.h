@@ -38,6 +38,7 @@ TAction ReadPanel(const CScriptValue& value);
 /// Settings and answers.
 TAction ReadSet(const CScriptValue& value);
 TAction ReadAnswer(const CScriptValue& value);
+TAction ReadCancelWork(const CScriptValue& value);
 /// Files.
 TAction ReadOpen(const CScriptValue& value);
 TAction ReadSave(const CScriptValue& value);

@@ -68,6 +68,11 @@ TAction ReadAnswer(const CScriptValue& value) {
     };
 }
 
+TAction ReadCancelWork(const CScriptValue& value) {
+    if (!value.Flag()) value.Refuse("can only be true");
+    return [](CPlayer&) { throw step_failure("there is no work here that can be cancelled"); };
+}
+
 TAction ReadSet(const CScriptValue& value) {
     value.Object({"section", "key", "value"});
     const std::wstring strSection = value.At("section").Text();

@@ -69,7 +69,7 @@ void CSessionMainWindow::SetRect(const CRect& rc) {
 }
 
 void CSessionMainWindow::SetStatusText(int nPane, const std::wstring& strText) {
-    if (nPane == 0 || nPane == 1) m_astrStatus[nPane] = strText;
+    if (nPane >= 0 && nPane < 3) m_astrStatus[nPane] = strText;
     m_shown.Do([&](IMainWindow& window) { window.SetStatusText(nPane, strText); });
 }
 

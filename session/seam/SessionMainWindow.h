@@ -69,7 +69,7 @@ public:
     const CCommandLooks& GetToolBarLooks() const { return m_toolBarLooks; }
     const std::vector<std::wstring>& GetRecentFiles() const { return m_vRecent; }
     const std::vector<std::wstring>& GetZoomItems() const { return m_vZoomItems; }
-    /// Text of status pane 0 or 1.
+    /// Text of status pane 0, 1 or 2.
     const std::wstring& GetStatusText(int nPane) const { return m_astrStatus[nPane]; }
 
     void AddChild(CSessionCanvasWindow& child) { m_vChildren.push_back(&child); }
@@ -88,7 +88,7 @@ private:
     std::vector<std::wstring> m_vRecent;
     std::vector<std::wstring> m_vZoomItems;
     int m_nZoomItem = -1;
-    std::wstring m_astrStatus[2];
+    std::wstring m_astrStatus[3];
     CSize m_szMinimum;
     bool m_bMaximized = false;
     ETheme m_theme = ETheme::System;

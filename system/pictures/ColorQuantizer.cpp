@@ -2,6 +2,8 @@
 // Floyd and Steinberg, rows in alternating direction.
 #include "system/pictures/ColorQuantizer.h"
 
+#include "core/Platform/Progress.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -182,7 +184,8 @@ private:
 
 } // namespace
 
-QImage QuantizeColors(const QImage& image) {
+QImage QuantizeColors(const QImage& image, IProgress& progress) {
+    progress.Begin(L"色を減らしています", static_cast<uint64_t>(image.height()));
     QImage imageIndexed = KeepColors(image);
     if (!imageIndexed.isNull()) return imageIndexed;
     const QList<QRgb> lstColors = ChooseColors(image);
@@ -214,6 +217,7 @@ QImage QuantizeColors(const QImage& image) {
         }
         vRest.swap(vRestNext);
         std::ranges::fill(vRestNext, TChannels{});
+        progress.Advance();
     }
     return imageIndexed;
 }

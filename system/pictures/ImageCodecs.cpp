@@ -7,8 +7,8 @@
 #include "system/pictures/GifWriter.h"
 #include "system/pictures/PictureCheck.h"
 #include "system/pictures/QtBitmap.h"
+#include "system/pictures/WatchedBuffer.h"
 
-#include <QBuffer>
 #include <QImageReader>
 #include <QImageWriter>
 
@@ -20,8 +20,8 @@
 namespace {
 
 constexpr int64_t MAX_DECODED_BYTES = int64_t{2} << 30;
-constexpr int JPEG_QUALITY = 95;
 constexpr int TIFF_LZW = 1;
+constexpr std::string_view PSD_MAGIC = "8BPS"; ///< of files that other code writes and nothing reads
 
 const char* FormatOf(EPictureKind kind) {
     switch (kind) {
@@ -81,22 +81,29 @@ struct TDecoded {
     EFileFailure failure; ///< undefined when there is a picture
 };
 
-TDecoded Decode(const std::string& strFile) {
+TDecoded Decode(const std::string& strFile, IProgress& progress) {
     const EPictureKind kind = KindOfPicture(strFile);
-    if (kind == EPictureKind::Unknown) return {{}, EFileFailure::UnknownPicture};
+    if (kind == EPictureKind::Unknown)
+        return {{},
+                strFile.starts_with(PSD_MAGIC) ? EFileFailure::WriteOnlyPicture
+                                               : EFileFailure::UnknownPicture};
     if (!CanRead(kind)) return {{}, EFileFailure::NoCodec};
     if (!IsWholePicture(strFile, kind)) return {{}, EFileFailure::DamagedPicture};
     QByteArray bytes = QByteArray::fromRawData(strFile.data(), static_cast<qsizetype>(strFile.size()));
-    QBuffer buffer(&bytes);
+    progress.Begin(L"画像を読んでいます", strFile.size());
+    CWatchedBuffer buffer(bytes, progress);
     QImageReader reader(&buffer, FormatOf(kind));
     reader.setAutoDetectImageFormat(false);
     reader.setAutoTransform(true);
     const QSize size = reader.size();
+    buffer.RaiseCancel();
     if (size.isEmpty()) return {{}, EFileFailure::DamagedPicture};
     if (!IsSizeAllowed(size)) return {{}, EFileFailure::PictureTooLarge};
     const CAllocationLimit limit;
     QImage image;
-    return {reader.read(&image) ? image : QImage(), EFileFailure::DamagedPicture};
+    const bool bRead = reader.read(&image);
+    buffer.RaiseCancel();
+    return {bRead ? image : QImage(), EFileFailure::DamagedPicture};
 }
 
 // Draws an opaque picture on white; null when there is no memory.
@@ -131,15 +138,20 @@ QImage WithoutIdleAlpha(const QImage& image) {
     return imageOpaque;
 }
 
-std::optional<std::string> Encode(const QImage& image, EPictureKind kind) {
+std::optional<std::string> Encode(const QImage& image, EPictureKind kind, const TPictureEncoding& encoding,
+                                  IProgress& progress) {
     if (image.isNull()) return std::nullopt;
-    if (kind == EPictureKind::Gif) return EncodeGif(QuantizeColors(image));
-    QBuffer buffer;
+    if (kind == EPictureKind::Gif) return EncodeGif(QuantizeColors(image, progress));
+    progress.Begin(L"画像を圧縮しています", 0); // how many bytes it will take is unknown
+    QByteArray bytes;
+    CWatchedBuffer buffer(bytes, progress);
     QImageWriter writer(&buffer, FormatOf(kind));
-    if (kind == EPictureKind::Jpeg) writer.setQuality(JPEG_QUALITY);
+    if (kind == EPictureKind::Jpeg) writer.setQuality(encoding.nJpegQuality);
     if (kind == EPictureKind::Tiff) writer.setCompression(TIFF_LZW);
-    if (!writer.write(image)) return std::nullopt;
-    return buffer.data().toStdString();
+    const bool bWritten = writer.write(image);
+    buffer.RaiseCancel();
+    if (!bWritten) return std::nullopt;
+    return bytes.toStdString();
 }
 
 TLoadedPicture MakeBitmap(TDecoded decoded) {
@@ -165,10 +177,10 @@ boost::shared_ptr<IBitmap> CImageCodecs::CreateBitmap(CSize sz) {
     return boost::make_shared<CQtBitmap>(std::move(image));
 }
 
-TLoadedPicture CImageCodecs::Load(const std::wstring& strPath) try {
+TLoadedPicture CImageCodecs::Load(const std::wstring& strPath, IProgress& progress) try {
     auto strFile = m_files.Read(strPath);
     if (!strFile) return strFile.failure;
-    TDecoded decoded = Decode(*strFile);
+    TDecoded decoded = Decode(*strFile, progress);
     strFile.reset();
     return MakeBitmap(std::move(decoded));
 } catch (const std::bad_alloc&) {
@@ -176,12 +188,13 @@ TLoadedPicture CImageCodecs::Load(const std::wstring& strPath) try {
 }
 
 TLoadedPicture CImageCodecs::LoadResource(std::string_view strBytes) try {
-    return MakeBitmap(Decode(std::string(strBytes)));
+    return MakeBitmap(Decode(std::string(strBytes), NoProgress()));
 } catch (const std::bad_alloc&) {
     return EFileFailure::NoMemory;
 }
 
-CFileOutcome CImageCodecs::Save(const std::wstring& strPath, IBitmap& bitmap) try {
+CFileOutcome CImageCodecs::Save(const std::wstring& strPath, IBitmap& bitmap,
+                                const TPictureEncoding& encoding, IProgress& progress) try {
     const EPictureKind kind = KindOfName(strPath);
     if (kind == EPictureKind::Unknown) return EFileFailure::UnknownEnding;
     if (!CanWrite(kind)) return EFileFailure::NoCodec;
@@ -190,11 +203,20 @@ CFileOutcome CImageCodecs::Save(const std::wstring& strPath, IBitmap& bitmap) tr
         const CLockedImage locked(bitmap);
         strBytes = Encode(kind == EPictureKind::Png ? WithoutIdleAlpha(locked.GetImage())
                                                     : Flatten(locked.GetImage()),
-                          kind);
+                          kind, encoding, progress);
     }
     return strBytes ? m_files.Replace(strPath, *strBytes) : CFileOutcome(EFileFailure::NoMemory);
 } catch (const std::bad_alloc&) {
     return EFileFailure::NoMemory;
+}
+
+uint64_t CImageCodecs::CountJpegBytes(IBitmap& bitmap, int nQuality) try {
+    const CLockedImage locked(bitmap);
+    return Encode(Flatten(locked.GetImage()), EPictureKind::Jpeg, {nQuality}, NoProgress())
+        .value_or("")
+        .size();
+} catch (const std::bad_alloc&) {
+    return 0;
 }
 
 bool CImageCodecs::CanSave(const std::wstring& strPath) {

@@ -6,7 +6,7 @@
 class IFileStore;
 
 /// Needs no QCoreApplication: the plug-ins are found where Qt was installed, or in $QT_PLUGIN_PATH. Colours
-/// are not converted, on reading or on writing. Nothing throws.
+/// are not converted, on reading or on writing.
 class CImageCodecs : public IImageCodecs {
 public:
     /// Files are read and written through `files`, which outlives the codecs.
@@ -19,12 +19,14 @@ public:
     boost::shared_ptr<IBitmap> CreateBitmap(CSize sz) override;
     /// PNG, JPEG, BMP, GIF (its first picture) and TIFF (its first page), recognised by content. Applies
     /// the camera's orientation. Checks the size before it allocates memory.
-    TLoadedPicture Load(const std::wstring& strPath) override;
+    TLoadedPicture Load(const std::wstring& strPath, IProgress& progress = NoProgress()) override;
     TLoadedPicture LoadResource(std::string_view strBytes) override;
-    /// PNG of 32 bits, of 24 when nothing is transparent; JPEG of quality 95, BMP of 24 bits, TIFF with LZW,
+    /// PNG of 32 bits, of 24 when nothing is transparent; JPEG, BMP of 24 bits, TIFF with LZW,
     /// GIF of at most 256 colours. On white every channel C under alpha A becomes
     /// 255 - (((255 - C) * ((A * 1024) / 255)) >> 10).
-    CFileOutcome Save(const std::wstring& strPath, IBitmap& bitmap) override;
+    CFileOutcome Save(const std::wstring& strPath, IBitmap& bitmap, const TPictureEncoding& encoding = {},
+                      IProgress& progress = NoProgress()) override;
+    uint64_t CountJpegBytes(IBitmap& bitmap, int nQuality) override;
     bool CanSave(const std::wstring& strPath) override;
     std::string EncodeCodePage932(std::wstring_view strText, size_t nLimit) override;
 

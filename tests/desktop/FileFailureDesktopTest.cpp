@@ -33,6 +33,7 @@ TEST_F(FileFailureDesktop, OpeningTellsWhatIsWrongWithTheFile) {
     m_codecs.Save(L"cut.png", *spBitmap);
     m_files.m_mapFiles[L"cut.png"].resize(60);
     m_files.m_mapFiles[L"text.png"] = "no picture";
+    m_files.m_mapFiles[L"layers.psd"] = std::string("8BPS\0\1", 6);
     m_files.m_mapFiles[L"bad.vlm"] = "no project";
     m_files.m_mapFiles[L"short.vlm"] = "";
     m_codecs.Save(L"wide.bmp", *spBitmap);
@@ -40,11 +41,13 @@ TEST_F(FileFailureDesktop, OpeningTellsWhatIsWrongWithTheFile) {
     m_files.m_mapFiles[L"wide.bmp"].resize(2 << 20);
     for (const auto& [pszPath, failure] : {std::pair{"cut.png", EFileFailure::DamagedPicture},
                                            {"text.png", EFileFailure::UnknownPicture},
+                                           {"layers.psd", EFileFailure::WriteOnlyPicture},
                                            {"none.png", EFileFailure::Missing},
                                            {"wide.bmp", EFileFailure::PictureTooLarge}})
         ExpectBox("open", pszPath, L"画像" + NotOpened(pszPath, failure));
     ExpectBox("open", "none.vlm", NotOpened("none.vlm", EFileFailure::Missing));
     for (const char* psz : {"bad.vlm", "short.vlm"})
         ExpectBox("open", psz,
-                  L"データファイルが破損しています。\n\nバックアップがあれば、そちらを開いてください。");
+                  L"データファイルが破損しています。\nFile: '" + FromUtf8(psz) +
+                      L"'\n\nバックアップがあれば、そちらを開いてください。");
 }

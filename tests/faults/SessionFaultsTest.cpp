@@ -118,7 +118,7 @@ public:
         CUnfailingDialogs dialogs(p);
         const TPlatform platform{p.queue, p.windows,   dialogs,     dialogs,  p.dialogs,
                                  p.files, p.locations, p.modules,   p.codecs, p.clock,
-                                 p.keys,  p.clipboard, p.snapshots, p.pen};
+                                 p.keys,  p.clipboard, p.snapshots, p.pen,    p.progress};
         PlayOn(platform);
         if (!session.GetFailure().empty()) m_check.Complain(session.GetFailure());
         m_check.CheckBoxes(dialogs.m_vErrors, std::is_same_v<Fault, CFailingMemory>);

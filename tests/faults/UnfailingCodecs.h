@@ -21,14 +21,18 @@ public:
     boost::shared_ptr<IBitmap> CreateBitmap(CSize sz) override {
         return Call([&] { return m_codecs.CreateBitmap(sz); });
     }
-    TLoadedPicture Load(const std::wstring& strPath) override {
-        return Call([&] { return m_codecs.Load(strPath); });
+    TLoadedPicture Load(const std::wstring& strPath, IProgress& progress) override {
+        return Call([&] { return m_codecs.Load(strPath, progress); });
     }
     TLoadedPicture LoadResource(std::string_view strBytes) override {
         return Call([&] { return m_codecs.LoadResource(strBytes); });
     }
-    CFileOutcome Save(const std::wstring& strPath, IBitmap& bitmap) override {
-        return Call([&] { return m_codecs.Save(strPath, bitmap); });
+    CFileOutcome Save(const std::wstring& strPath, IBitmap& bitmap, const TPictureEncoding& encoding,
+                      IProgress& progress) override {
+        return Call([&] { return m_codecs.Save(strPath, bitmap, encoding, progress); });
+    }
+    uint64_t CountJpegBytes(IBitmap& bitmap, int nQuality) override {
+        return Call([&] { return m_codecs.CountJpegBytes(bitmap, nQuality); });
     }
     bool CanSave(const std::wstring& strPath) override {
         return Call([&] { return m_codecs.CanSave(strPath); });

@@ -72,10 +72,10 @@ TEST_F(Player, WhatCannotBeDoneOrIsNotAsExpectedFails) {
         {"{\"answer\":{\"cancel\":true}}\n{\"close\":\"frame\"}\n{\"expect\":{\"frames\":1}}", ""},
         // An error box must be expected at once.
         {strBad +
-             R"({"expect":{"box":"データファイルが破損しています。\n\nバックアップがあれば、そちらを開いてください。"}})",
+             R"({"expect":{"box":"データファイルが破損しています。\nFile: 'bad.vlm'\n\nバックアップがあれば、そちらを開いてください。"}})",
          ""},
-        {strBad,
-         "1: error box: データファイルが破損しています。\n\nバックアップがあれば、そちらを開いてください。"},
+        {strBad, "1: error box: データファイルが破損しています。\nFile: "
+                 "'bad.vlm'\n\nバックアップがあれば、そちらを開いてください。"},
     };
     for (const auto& [strScript, pszFailure] : aCases)
         EXPECT_EQ(Play(strScript), *pszFailure ? std::string("s:") + pszFailure : "") << strScript;

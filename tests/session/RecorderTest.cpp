@@ -130,7 +130,7 @@ TEST_F(Recorder, EveryPanelsChangesAreWrittenAsTheyWereMade) {
 TEST_F(Recorder, AnswersStandBehindTheLineThatAsks) {
     m_files.m_mapFiles[L"bad.vlm"] = "no project";
     EXPECT_EQ(Record(R"({"open":"bad.vlm"}
-{"expect":{"box":"データファイルが破損しています。\n\nバックアップがあれば、そちらを開いてください。"}}
+{"expect":{"box":"データファイルが破損しています。\nFile: 'bad.vlm'\n\nバックアップがあれば、そちらを開いてください。"}}
 {"answer":{"box":"cancel"}}
 {"close":"frame"}
 {"answer":{"dialog":"CAboutDialog","extra":true}}
@@ -139,7 +139,7 @@ TEST_F(Recorder, AnswersStandBehindTheLineThatAsks) {
 {"wait":1})"),
               "");
     EXPECT_EQ(m_strRecord.substr(m_strRecord.find("{\"open\"")), R"({"open":"bad.vlm"}
-{"expect":{"box":"データファイルが破損しています。\n\nバックアップがあれば、そちらを開いてください。"}}
+{"expect":{"box":"データファイルが破損しています。\nFile: 'bad.vlm'\n\nバックアップがあれば、そちらを開いてください。"}}
 {"close":"frame"}
 {"reply":{"box":"cancel"}}
 {"command":"app-about"}

@@ -24,7 +24,8 @@ public:
         const TPlatform& p = session.GetPlatform();
         IWindowFactory* const pOuter = std::exchange(m_pWindows, &p.windows);
         fn({p.queue, *this, m_pBoxes ? *m_pBoxes : p.boxes, p.fileDialogs, p.dialogs, p.files, p.locations,
-            p.modules, p.codecs, p.clock, p.keys, p.clipboard, p.snapshots, p.pen});
+            p.modules, p.codecs, m_pClock ? *m_pClock : p.clock, p.keys, p.clipboard, p.snapshots, p.pen,
+            m_pProgress ? *m_pProgress : p.progress});
         m_pWindows = pOuter;
         EXPECT_FALSE(session.GetWindows().GetMain() || session.GetWindows().GetActive() || p.queue.Peek());
         for (const TShown& shown : session.GetLog().GetShown())
@@ -51,6 +52,8 @@ public:
     std::vector<std::wstring> m_vShown;     ///< names of dialogs, texts of error boxes
     IMessageBoxes* m_pBoxes = nullptr;      ///< replaces the boxes that the player answers
     ISnapshotStore* m_pSnapshots = nullptr; ///< replaces those in memory
+    IClock* m_pClock = nullptr;             ///< replaces the one that only the player moves
+    IProgressWindow* m_pProgress = nullptr; ///< replaces the one that shows nothing
     bool m_bRefuseMain = false, m_bRefuseCanvas = false;
     int m_nCodecs = 0; ///< startups without a shutdown
 

@@ -70,7 +70,8 @@ void PrepareDialog(QFileDialog& fileDialog, const TFileDialog& dialog, const QSt
     fileDialog.setFileMode(dialog.bSave ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
     fileDialog.setNameFilters(lstFilters);
     const QString strAction = ToQt(dialog.bSave ? L"保存(&S)" : L"開く(&O)");
-    fileDialog.setWindowTitle(ToQt(dialog.bSave ? L"名前を付けて保存" : L"開く"));
+    const std::wstring strUsual = dialog.bSave ? L"名前を付けて保存" : L"開く";
+    fileDialog.setWindowTitle(ToQt(dialog.strTitle.empty() ? strUsual : dialog.strTitle));
     fileDialog.setLabelText(QFileDialog::Accept, strAction);
     fileDialog.setLabelText(QFileDialog::Reject, ToQt(ModalText::CANCEL));
     fileDialog.setLabelText(QFileDialog::LookIn, ToQt(L"場所:"));

@@ -12,6 +12,7 @@
 #include "ui/modal/QtDialogs.h"
 #include "ui/modal/QtFileDialogs.h"
 #include "ui/modal/QtMessageBoxes.h"
+#include "ui/modal/QtProgress.h"
 #include "ui/panels/QtPanel.h"
 #include "ui/panels/QtPanelDocks.h"
 #include "ui/platform/QtSessionEnd.h"
@@ -114,7 +115,7 @@ struct CQtPlatform::TParts {
           m_windows(m_pump, m_pKeys.get(), m_pen), m_platform{queue,     m_windows, m_boxes,    m_fileDialogs,
                                                               m_dialogs, files,     locations,  modules,
                                                               codecs,    m_clock,   m_keyState, m_clipboard,
-                                                              snapshots, m_pen} {}
+                                                              snapshots, m_pen,     m_progress} {}
 
     CMessageQueue& m_queue;
     CQtKeyState m_keyState;
@@ -125,6 +126,7 @@ struct CQtPlatform::TParts {
     CQtMessageBoxes m_boxes;
     CQtFileDialogs m_fileDialogs;
     CQtDialogs m_dialogs;
+    CQtProgress m_progress;
     CQtClipboard m_clipboard;
     CTickClock m_clock;
     TPlatform m_platform;

@@ -1,5 +1,7 @@
 #include "ui/platform/QtSessionEnd.h"
 
+#include "ui/base/QtWorkScope.h"
+
 #include <QGuiApplication>
 
 #include <atomic>
@@ -24,7 +26,9 @@ void NoteSignal(int nSignal) {
 
 CQtSessionEnd::CQtSessionEnd(std::function<void()> fnKeep) : m_fnKeep(std::move(fnKeep)) {
     if (qGuiApp)
-        QObject::connect(qGuiApp, &QGuiApplication::commitDataRequest, &m_context, [this] { m_fnKeep(); });
+        QObject::connect(qGuiApp, &QGuiApplication::commitDataRequest, &m_context, [this] {
+            if (!CWorkScope::IsOpen()) m_fnKeep();
+        });
     if (!qGuiApp || pipe2(m_aPipe.data(), O_CLOEXEC | O_NONBLOCK) != 0) return;
     m_notifier.emplace(m_aPipe[0], QSocketNotifier::Read);
     QObject::connect(&*m_notifier, &QSocketNotifier::activated, &m_context, [this] { OnSignal(); });
@@ -58,6 +62,7 @@ void CQtSessionEnd::GiveBack() {
 }
 
 void CQtSessionEnd::OnSignal() {
+    if (CWorkScope::IsOpen()) return; // the signal waits until the documents are whole again
     char chSignal = 0;
     if (read(m_aPipe[0], &chSignal, 1) != 1) return;
     m_fnKeep();

@@ -3,6 +3,7 @@
 #include "core/GDIBuffer/GDIBuffer.h"
 #include "core/Platform/Window.h"
 #include "ui/base/QtPaintScope.h"
+#include "ui/base/QtWorkScope.h"
 
 #include <QApplication>
 #include <QEvent>
@@ -129,6 +130,7 @@ void CQtCanvasView::CheckSize() {
 void CQtCanvasView::resizeEvent(QResizeEvent*) { CheckSize(); }
 
 void CQtCanvasView::paintEvent(QPaintEvent* pEvent) {
+    if (CWorkScope::IsOpen()) return; // the last picture stays
     // A screen of another scale changes only the size in device pixels, and causes a repaint.
     CheckSize();
     const qreal dScale = devicePixelRatioF();

@@ -115,9 +115,11 @@ void CQtMainWindow::MakeStatusBar() {
     }
     // A long text is clipped instead of widening the window.
     m_apStatus[0]->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    // Panes of fixed width do not move while their texts change.
     m_apStatus[1]->setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("Scale: 00000%")) + 8);
+    m_apStatus[2]->setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("00000, 00000")) + 8);
     statusBar()->addWidget(m_apStatus[0], 1);
-    statusBar()->addPermanentWidget(m_apStatus[1]);
+    for (const int nPane : {2, 1}) statusBar()->addPermanentWidget(m_apStatus[nPane]);
 }
 
 void CQtMainWindow::PlaceAtFirst() {
@@ -214,7 +216,7 @@ void CQtMainWindow::SetCommandTexts(const std::vector<TMenuItem>& vMenu) {
 }
 
 void CQtMainWindow::SetStatusText(int nPane, const std::wstring& strText) {
-    if (nPane == 0 || nPane == 1) m_apStatus[nPane]->setText(ToQt(strText));
+    if (nPane >= 0 && nPane < 3) m_apStatus[nPane]->setText(ToQt(strText));
 }
 
 void CQtMainWindow::SetZoomItems(const std::vector<std::wstring>& vItems) {

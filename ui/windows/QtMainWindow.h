@@ -120,7 +120,7 @@ private:
     QRect m_rcPlace;      ///< the place to restore from minimised and maximised
     QTimer m_timerPlace;  ///< after which the window has been moved
     QTimer m_timerScreen; ///< after which the window is to fit its screen
-    QLabel* m_apStatus[2];
+    QLabel* m_apStatus[3];
     std::vector<QPointer<QAction>> m_vWindowActions; ///< of the menu listed last, deleted with its child
     std::vector<CQtCanvasWindow*> m_vChildren;       ///< in the order of their creation
     CQtCanvasWindow* m_pActive = nullptr;

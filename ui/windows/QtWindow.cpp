@@ -3,6 +3,7 @@
 #include "core/AppModule/ErrorBox.h"
 #include "core/AppModule/MessageQueue.h"
 #include "ui/base/QtText.h"
+#include "ui/base/QtWorkScope.h"
 #include "ui/input/QtEventPump.h"
 #include "ui/input/QtKeyFilter.h"
 
@@ -25,6 +26,7 @@ void CQtWindowLife::Post(EMessage id, int64_t wParam, int64_t lParam, const QStr
 }
 
 void CQtWindowLife::Send(EMessage id, int64_t wParam, int64_t lParam) {
+    if (CWorkScope::IsOpen()) return Post(id, wParam, lParam);
     if (IsOpen()) SendMessage({&m_window, id, wParam, lParam, {}});
 }
 

@@ -12,7 +12,7 @@ std::string Show(CSize sz, const TViewState& view, CPoint ptOrigin = {0, 0}, CSi
     CBitmapSession session{boost::make_shared<CQtBitmap>(image)};
     CColorRasterBuffer plane;
     plane.Create(sz, {2, 2}); // small blocks, so that every picture crosses tiles
-    plane.ReadBitmap(session);
+    plane.ReadBitmap(session, NoProgress());
     CGDIBuffer screen(szTarget.cx ? szTarget : ScaledSize(sz, view));
     screen.FillGrey({0, 0, screen.GetSize().cx, screen.GetSize().cy}, '.');
     plane.DrawToScreen(screen, ptOrigin, view);

@@ -37,7 +37,7 @@ TEST_P(LayerPicture, LightDisplayLosesNoColour) {
     m_spCanvas->Flatten();
     m_spCanvas->ComposeAll();
     const std::vector<uint8_t> vGrey = PixelsOf(m_spCanvas->GetComposite());
-    m_root.FollowColorMode();
+    m_root.FollowColorMode(NoProgress());
     m_spCanvas->ComposeAll();
     EXPECT_EQ(PixelsOf(m_spCanvas->GetComposite()), vGrey);
 }

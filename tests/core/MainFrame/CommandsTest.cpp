@@ -2,6 +2,7 @@
 #include "core/Commands/MenuTable.h"
 #include "core/Panels/ToolTable.h"
 #include "session/seam/SessionKeys.h"
+#include "tests/support/ProjectBytes.h"
 #include "tests/support/TestPlatform.h"
 #include "tests/support/TestTool.h"
 
@@ -59,4 +60,51 @@ TEST(Commands, ASessionGivesTheActiveToolWhatNobodyElseDoes) {
         EXPECT_EQ(enabled(), "panel-layer view-fast-scroll ") << "nothing is open";
     });
     outside.Play([] { CTestPlatform::Open(CreateCanvas({30, 20})); });
+}
+
+TEST(Commands, EveryLayerAndModeCommandIsOneUndoStepUnderItsName) {
+    struct TCase {
+        std::vector<int> vBefore; ///< commands that lead to the case
+        int nId;
+        const wchar_t* pszLabel;
+    };
+    const TCase aCases[] = {
+        {{}, ID_LAYER_NEW_RASTER, L"レイヤー追加"},
+        {{}, ID_LAYER_NEW_VECTOR, L"レイヤー追加"},
+        {{}, ID_LAYER_NEW_SET, L"レイヤー追加"},
+        {{}, ID_LAYER_DELETE, L"レイヤー削除"},
+        {{}, ID_LAYER_CLIPPING, L"レイヤー移動"},
+        {{ID_LAYER_CLIPPING}, ID_LAYER_CLIPPING, L"レイヤー移動"},
+        {{}, ID_LAYER_MERGE_DOWN, L"レイヤ結合"},
+        {{ID_LAYER_NEW_VECTOR}, ID_LAYER_RASTERIZE, L"ラスタライズ"},
+        {{}, ID_MODE_GREY, L"カラーモード変更"},
+        {{ID_MODE_GREY}, ID_MODE_RGB, L"カラーモード変更"},
+        {{}, ID_MODE_LIGHT, L"カラーモード変更"},
+    };
+    CTestPlatform outside;
+    const auto spCanvas = MakePage({200, 100});
+    std::mt19937 random(3);
+    spCanvas->GetRoot().AddLayer(MakeRandomLayer(spCanvas, random), -1, false);
+    spCanvas->SelectLayer(spCanvas->GetRoot().GetChildren().back());
+    outside.AddStep([&](CPlayer& player) {
+        CHistoryStream& history = spCanvas->GetHistory();
+        for (const auto& [vBefore, nId, pszLabel] : aCases) {
+            for (const int n : vBefore) player.SendCommand(n);
+            const TBytes vBytes = SaveToBytes(*spCanvas);
+            const size_t nSteps = history.GetUndoList().size();
+            player.SendCommand(nId);
+            ASSERT_EQ(history.GetUndoList().size(), nSteps + 1) << FindCommandName(nId);
+            EXPECT_EQ(history.GetUndoList().front()->GetName(), pszLabel) << FindCommandName(nId);
+            const TBytes vDone = SaveToBytes(*spCanvas);
+            EXPECT_FALSE(vDone == vBytes) << FindCommandName(nId);
+            player.SendCommand(ID_EDIT_UNDO);
+            EXPECT_TRUE(SaveToBytes(*spCanvas) == vBytes) << FindCommandName(nId);
+            player.SendCommand(ID_EDIT_REDO);
+            EXPECT_TRUE(SaveToBytes(*spCanvas) == vDone) << FindCommandName(nId);
+            while (history.CanUndo()) player.SendCommand(ID_EDIT_UNDO);
+            spCanvas->SelectLayer(spCanvas->GetRoot().GetChildren().back());
+        }
+        g_wpActiveFrame.lock()->GetWindow()->Destroy();
+    });
+    outside.Play([&] { CTestPlatform::Open(spCanvas); });
 }

@@ -1,5 +1,6 @@
 #include "core/Commands/MenuTable.h"
 #include "core/RasterStroke/RasterBrushStroke.h"
+#include "session/seam/SessionKeys.h"
 #include "session/seam/SessionSnapshots.h"
 #include "tests/support/TestPlatform.h"
 
@@ -165,6 +166,63 @@ TEST_F(MainFrame, APressThatCannotDrawSaysWhyOnTheStatusLineAndByTheCursor) {
     }
     Step([] { Command(ID_LAYER_NEW_RASTER); });
     press(EMessage::MouseMove);
-    Step([=] { shown(L"", false); });
+    Step([=] { shown(BRUSH_HINTS[0].pszText, false); });
+    Play();
+}
+
+TEST_F(MainFrame, TheStatusLineTellsWhatKeysDoAndWhereThePointerIs) {
+    const auto expect = [this](const wchar_t* pszHint, const wchar_t* pszPosition) {
+        Step([=] {
+            const auto& main = dynamic_cast<CSessionMainWindow&>(*g_pMainFrame->GetWindow());
+            EXPECT_EQ(main.GetStatusText(0), pszHint);
+            EXPECT_EQ(main.GetStatusText(2), pszPosition);
+        });
+    };
+    // A pointer's move alone is followed by no idle work; the window's timers are.
+    const auto tick = [] { g_AppModule.GetPlatform().queue.Post({Active().GetWindow(), EMessage::Timer}); };
+    // Moves the pointer to a canvas pixel in eighths, and lets 50 milliseconds pass.
+    const auto point = [this, tick](EMessage id, CPoint ptCanvas, int nKeys = 0, uint32_t uWait = 50) {
+        Step([=, this] {
+            const CPoint pt = Active().GetView().ToWindow8(ptCanvas);
+            g_AppModule.GetPlatform().queue.Post({Active().GetWindow(), id, nKeys, PackPoint(pt.x, pt.y)});
+            m_pStage->clock.Advance(uWait);
+            tick();
+        });
+    };
+    const auto key = [this](int nKey, bool bDown) {
+        Step([=, this] {
+            m_pStage->keys.Press(nKey, bDown);
+            const EMessage id = bDown ? EMessage::KeyDown : EMessage::KeyUp;
+            g_AppModule.GetPlatform().queue.Post({Active().GetWindow(), id, nKey});
+        });
+    };
+    const wchar_t* const pszIdle = BRUSH_HINTS[0].pszText;
+    Step([] { Command(ID_LAYER_NEW_RASTER); });
+    expect(pszIdle, L"");
+    point(EMessage::MouseMove, {299 * 8, 0});
+    expect(pszIdle, L"299, 0");
+    point(EMessage::MouseMove, {80, 80}, 0, 49);
+    expect(pszIdle, L"299, 0"); // not yet
+    Step([=, this] { m_pStage->clock.Advance(1), tick(); });
+    expect(pszIdle, L"10, 10");
+    point(EMessage::MouseMove, {300 * 8, 0});
+    expect(pszIdle, L""); // beside the canvas
+    for (const auto& [nKey, pszHint] : {std::pair{VK_Alt, L"クリック: 色を拾う"},
+                                        {VK_Control, L"ホイール: 拡大・縮小"},
+                                        {VK_Space, L"ドラッグ: 画面を動かす"}}) {
+        key(nKey, true);
+        expect(pszHint, L"");
+        key(nKey, false);
+        expect(pszIdle, L"");
+    }
+    point(EMessage::LButtonDown, {80, 88}, MOUSE_LEFT);
+    expect(L"右クリック・Esc: やめる", L"10, 11");
+    point(EMessage::LButtonUp, {80, 88});
+    point(EMessage::MouseLeave, {});
+    expect(pszIdle, L"");
+    Step([] { Command(ID_FILE_CLOSE); });
+    m_outside.AddStep([](CPlayer& player) {
+        player.GetStage().dialogs.Push({.kind = TAnswer::EKind::Box, .box = EBoxAnswer::No});
+    });
     Play();
 }
