@@ -67,6 +67,10 @@ TEST_F(ExportDesktop, WhatAScriptCancelsHasNotHappened) {
                    ScriptLine("expect", {{"frames", 1}}) + "{\"command\":\"file-recent-1\"}\n" + pszCancel +
                    "{\"command\":\"file-recent-1\"}\n" + ScriptLine("expect", {{"frames", 2}})),
               "");
+    EXPECT_EQ(Play(strBefore + "{\"command\":\"layer-new-set\"}\n{\"answer\":{\"box\":\"yes\"}}\n" +
+                   "{\"close\":\"frame\"}\n" + pszCancel),
+              "s:6: there is no work here that can be cancelled")
+        << "the window would close all the same";
     EXPECT_EQ(Play("{\"command\":\"view-fit\"}\n{\"cancel-work\":true}\n"),
               "s:2: there is no work here that can be cancelled");
     const std::string strLines = std::string("{\"command\":\"layer-merge-down\"}\n") + pszCancel;

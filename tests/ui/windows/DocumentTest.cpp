@@ -122,8 +122,17 @@ TEST_F(DocumentWindows, TheEndOfTheDesktopOrOfTheProcessKeepsWhatIsUnsaved) {
     alignas(void*) static std::byte aManager[64]; // never called
     emit qGuiApp->commitDataRequest(reinterpret_cast<QSessionManager&>(aManager));
     EXPECT_EQ(s_fnCount(), 1);
-    // With a dialog open, whose own loop gets the event.
+    // In the middle of its work the application has no whole document: the signal waits.
     change("/2.vlm");
+    IProgressWindow& progress = m_pSession->m_platform.GetPlatform().progress;
+    progress.Begin({});
+    raise(SIGTERM);
+    progress.Show({});
+    EXPECT_EQ(s_nKept, -1);
+    progress.End();
+    QTest::qWait(20);
+    EXPECT_EQ(std::exchange(s_nKept, -1), 2);
+    // With a dialog open, whose own loop gets the event.
     QTimer::singleShot(0, [] { raise(SIGTERM); });
     m_pSession->m_platform.GetPlatform().boxes.Show(Active().GetWindow(), L"?", L"", EBoxKind::Plain);
     QTest::qWait(20);
