@@ -1,4 +1,5 @@
 // Exporting, long work that a script cancels, and the states of all commands.
+#include "core/CanvasFrame/JpegDialog.h"
 #include "core/Commands/MenuTable.h"
 #include "tests/session/ScriptedSession.h"
 
@@ -55,6 +56,15 @@ TEST_F(ExportDesktop, TheQualityIsAskedForAndKept) {
     EXPECT_EQ(File(L"c.JPEG"), File(L"b.jpg")) << "kept for the next one";
     EXPECT_EQ(File(L"d.jpg"), File(L"b.jpg")) << "and for what is saved under another name";
     EXPECT_TRUE(File(L"no.jpg").empty());
+}
+
+TEST(JpegDialog, ShowsTheSizeThatTheFileWillHave) {
+    CJpegDialog dialog(500, [](int nQuality) { return nQuality * 1024u - 1; });
+    const auto& label = dialog.m_vControls[1];
+    EXPECT_EQ(label.strText, L"約 100 KB");
+    dialog.OnControlMessage({nullptr, EMessage::PanelChange, 1, 40});
+    EXPECT_TRUE(dialog.GetQuality() == 40 && label.strText == L"約 40 KB" && label.bVisible);
+    EXPECT_FALSE(CJpegDialog(1, [](int) { return 0; }).m_vControls[1].bVisible) << "it takes too long";
 }
 
 TEST_F(ExportDesktop, WhatAScriptCancelsHasNotHappened) {
