@@ -28,7 +28,7 @@ constexpr int MARGIN = 6;
 constexpr int SPACING = 4;
 constexpr int TITLE_BUTTONS = 52;
 constexpr int PAGE_MARGIN = 20;
-constexpr int PAGE_WIDTH = 640; ///< at most, of the content of a page
+constexpr int PAGE_WIDTH = 640;   ///< at most, of the content of a page
 constexpr int LEAST_HEIGHT = 100; ///< below which a panel scrolls
 
 /// Scrolls what does not fit, so that no panel makes the main window larger.
