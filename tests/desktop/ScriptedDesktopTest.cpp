@@ -1,4 +1,5 @@
 #include "core/ConfigDialog/PenTrace.h"
+#include "core/MainFrame/NewDialog.h"
 #include "session/seam/SessionPen.h"
 #include "tests/session/ScriptedSession.h"
 #include "tests/support/TestPlatform.h"
@@ -73,6 +74,13 @@ TEST_F(ScriptedDesktop, ARecordMakesAndSavesTheSameDocuments) {
 }
 
 TEST_F(ScriptedDesktop, ANewDocumentHasTheColourModeOfTheDialog) {
+    CSessionLog log("s");
+    CSessionDialogs boxes(log);
+    CNewDialog dialog(boxes);
+    for (const int nColor : {0, 1}) {
+        dialog.OnControlMessage({nullptr, EMessage::PanelChange, 3, nColor});
+        EXPECT_EQ(dialog.m_vControls[3].bEnabled, nColor == 1) << "light display is of use in colour only";
+    }
     EXPECT_EQ(Play(R"({"answer":{"dialog":"CNewDialog","light":true}}
 {"command":"file-new"}
 {"expect":{"color":false,"colorRaster":true,"checked":{"mode-light":true},"modified":false}}

@@ -14,6 +14,10 @@ namespace {
 // Controls of the pages.
 enum EControl : int {
     PEN_TRACE = 203,
+    PEN_FIT = 205,
+    PEN_END,
+    PEN_STATUS,
+    PEN_TAKE = 209,
     MAX_HISTORY = 301,
     AUTO_SAVE = 305,
     FILTER = 401,
@@ -194,8 +198,52 @@ TEST_F(ConfigDialog, ChangedKeysWorkAndAreNamedInTheMenusAtOnce) {
     EXPECT_EQ(CShortcuts::Read(config).FindCommand(TKey{0x78}), ID_VIEW_FLIP_H);
 }
 
+TEST_F(ConfigDialog, ThePensPressuresAreFittedAfterTenSecondsOrWhenAsked) {
+    uint32_t uTime = 0xFFFFF000;
+    const auto draw = [&](CConfigDialog& dialog, int nReports, uint32_t uStep) {
+        for (int n = 0; n < nReports; ++n, uTime += uStep) {
+            TPenReport report;
+            report.packet.uPressure = n % 3 == 0 ? 0 : static_cast<uint32_t>(200 + n % 100 * 4);
+            report.uTime = uTime;
+            dialog.OnPen(PEN_TRACE, report);
+        }
+    };
+    Run([&](CConfigDialog& dialog) {
+        const auto status = [&] { return Get(dialog, PEN_STATUS).strText; };
+        EXPECT_FALSE(Get(dialog, PEN_TAKE).bEnabled || Get(dialog, PEN_END).bEnabled);
+        draw(dialog, 300, 8); // nothing is collected yet
+        Change(dialog, PEN_FIT, 1);
+        dialog.OnControlMessage({nullptr, EMessage::LButtonDown, PackView(0, PEN_TRACE), 0});
+        EXPECT_FALSE(Get(dialog, PEN_END).bEnabled) << "a mouse tells nothing of the hand";
+        draw(dialog, 90, 8);
+        EXPECT_NE(status().find(L"あと 10 秒"), std::wstring::npos);
+        Change(dialog, PEN_END, 1);
+        EXPECT_EQ(status().find(L"合わせられませんでした"), 0u) << "too few";
+        EXPECT_FALSE(Get(dialog, PEN_TAKE).bEnabled);
+        Change(dialog, PEN_FIT, 1);
+        draw(dialog, 300, 36); // 10.8 seconds
+        EXPECT_EQ(status().find(L"合わせました"), 0u);
+        EXPECT_EQ(Get(dialog, PEN_TAKE).nValue, 1);
+        Change(dialog, PEN_TAKE, 0);
+        EXPECT_TRUE(dialog.OnOk(nullptr));
+        EXPECT_EQ(m_curve, TPenCurve()) << "not taken";
+        Change(dialog, PEN_TAKE, 1);
+        EXPECT_TRUE(dialog.OnOk(nullptr));
+    });
+    EXPECT_NEAR(m_curve.uLow, (200 - 20) * TPenCurve::FULL / 1003, 3000);
+    EXPECT_NEAR(m_curve.uHigh, (600 - 20) * TPenCurve::FULL / 1003, 3000);
+    CIniConfig config(L"/settings/Vellumcraft/Vellumcraft.ini", m_outside.m_files);
+    EXPECT_EQ(TPenCurve::Read(config), m_curve);
+}
+
 TEST_F(ConfigDialog, LimitsOfMemoryHoldAtOnceAndAWrongNumberIsPutBack) {
     const TGlobalSwitches before = g_Switches;
+    Run([this](CConfigDialog& dialog) {
+        m_pStage->dialogs.Push({.kind = TAnswer::EKind::Box, .box = EBoxAnswer::Ok});
+        Change(dialog, MAX_HISTORY, 0, L"0");
+        EXPECT_FALSE(dialog.OnOk(nullptr));
+        EXPECT_EQ(Get(dialog, MAX_HISTORY).strText, L"10");
+    });
     Play({[&] {
               Answer(MAX_HISTORY, 0, L"25");
               Answer(AUTO_SAVE, 0, L"86401");
