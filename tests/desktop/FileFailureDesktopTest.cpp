@@ -1,3 +1,4 @@
+#include "core/AppModule/ErrorBox.h"
 #include "tests/session/ScriptedSession.h"
 
 #include <gtest/gtest.h>
@@ -50,4 +51,11 @@ TEST_F(FileFailureDesktop, OpeningTellsWhatIsWrongWithTheFile) {
         ExpectBox("open", psz,
                   L"データファイルが破損しています。\nFile: '" + FromUtf8(psz) +
                       L"'\n\nバックアップがあれば、そちらを開いてください。");
+}
+
+TEST_F(FileFailureDesktop, WhatAFormatRefusesNamesTheFile) {
+    CSessionPlatform session(m_parts);
+    const CSessionScope scope(session.GetPlatform());
+    ReportFileException(refused_error(L"大きすぎます。"), L"絵.psd");
+    EXPECT_EQ(session.GetLog().GetShown().back().strText, L"大きすぎます。\n\nFile: '絵.psd'");
 }

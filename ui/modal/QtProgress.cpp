@@ -39,7 +39,6 @@ public:
         }
         auto* pCancel = new QPushButton(ToQt(ModalText::CANCEL), this);
         // The window opens while the user may be typing: of the keys only Escape cancels.
-        pCancel->setAutoDefault(false);
         pCancel->setFocusPolicy(Qt::NoFocus);
         connect(pCancel, &QPushButton::clicked, this, &QDialog::reject);
         pLayout->addWidget(pCancel, 0, Qt::AlignRight);

@@ -35,9 +35,11 @@ TEST_F(LongWork, ShowsItselfAfterASecondAndThenTwentyTimesASecond) {
         m_clock.Advance(50);
         work.Advance(3); // more steps than were announced
         m_clock.Advance(50);
-        work.Begin(L"b", 0);
+        work.Begin(L"b", 10);
+        m_clock.Advance(50);
+        work.Begin(L"c", 0);
     });
-    EXPECT_EQ(m_window.strSeen, "{ 500 1000 1000 -1 }");
+    EXPECT_EQ(m_window.strSeen, "{ 500 1000 1000 0 -1 }");
     m_window.strSeen.clear();
     Do([](CLongWork& work) { work.Begin(L"short", 1), work.Advance(); }, false);
     EXPECT_EQ(m_window.strSeen, "{! }");

@@ -33,7 +33,8 @@ TEST_F(CUiTest, LongWorkShowsHowFarItIsAndCanBeCancelled) {
         auto* pBar = pDialog->findChild<QProgressBar*>();
         EXPECT_TRUE(pBar->value() == 250 && pBar->maximum() == 1000);
         EXPECT_TRUE(progress.Show(TProgressState::UNKNOWN) && pBar->maximum() == 0);
-        for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Space}) QTest::keyClick(pDialog, key);
+        QWidget* pFocus = pDialog->focusWidget() ? pDialog->focusWidget() : pDialog;
+        for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Space}) QTest::keyClick(pFocus, key);
         EXPECT_TRUE(progress.Show(280)) << "typed when the window opened";
         QTest::keyClick(pDialog, Qt::Key_Escape);
         EXPECT_TRUE(!progress.Show(300) && pDialog->isVisible()) << "it stays until the work has ended";
