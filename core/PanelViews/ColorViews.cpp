@@ -15,9 +15,9 @@ constexpr TColor BLACK = 0, WHITE = 0xFFFFFF, FRAME = MakeColor(0x80, 0x80, 0x80
 constexpr int KEY_STEP = 3;
 
 // A mark that is visible on every colour.
-void DrawMark(CGDIBuffer& buffer, TDrawPoint pt) {
-    DrawDisc(buffer, pt, 6, 1.5, BLACK);
-    DrawDisc(buffer, pt, 5, 1.5, WHITE);
+void DrawMark(CGDIBuffer& buffer, TDrawPoint pt, double dScale) {
+    DrawDisc(buffer, pt, 6 * dScale, 1.5 * dScale, BLACK);
+    DrawDisc(buffer, pt, 5 * dScale, 1.5 * dScale, WHITE);
 }
 
 int HueAt(double dX, double dY) {
@@ -92,10 +92,12 @@ void CColorCircleView::Draw(CGDIBuffer& buffer, const TPanelPaint& paint) {
     }
     buffer.CopyFrom(*m_pGround, rcAll);
     const double dMiddle = (g.dOuter + g.dInner) / 2, dAngle = m_hsv.nHue * PI / 180;
-    DrawMark(buffer, {g.x + dMiddle * std::cos(dAngle), g.y - dMiddle * std::sin(dAngle)});
+    DrawMark(buffer, {g.x + dMiddle * std::cos(dAngle), g.y - dMiddle * std::sin(dAngle)}, paint.dScale);
     const int nLast = g.nSide - 1;
-    DrawMark(buffer, {g.nLeft + m_hsv.nSaturation * nLast / 255 + 0.5,
-                      g.nTop + (255 - m_hsv.nValue) * nLast / 255 + 0.5});
+    DrawMark(
+        buffer,
+        {g.nLeft + m_hsv.nSaturation * nLast / 255 + 0.5, g.nTop + (255 - m_hsv.nValue) * nLast / 255 + 0.5},
+        paint.dScale);
 }
 
 bool CColorCircleView::OnPointer(EMessage id, CPoint pt) {

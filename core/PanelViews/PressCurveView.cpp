@@ -11,7 +11,7 @@ namespace {
 
 constexpr int NEAREST = 2;
 constexpr int FARTHEST = 80;
-constexpr int REACH = 14; ///< radius in pixels within which a press takes a handle
+constexpr int REACH = 14; ///< radius in pixels at 96 to the inch within which a press takes a handle
 constexpr int SEGMENTS = 48;
 constexpr TColor HANDLE = MakeColor(0x2E, 0x7D, 0xC8);
 constexpr double GRID_PART = 0.14, EDGE_PART = 0.44; ///< of the text's colour in the paper's
@@ -76,7 +76,8 @@ bool CPressCurveView::OnPointer(EMessage id, CPoint pt) {
     const TPressHandles handlesOld = m_handles;
     const CPoint ptAt = ToPercent(pt);
     if (id == EMessage::LButtonDown) {
-        const int nReach = std::max(1, REACH * 100 / std::max(1, GetBox().Width()));
+        const int nReach =
+            std::max(1, static_cast<int>(REACH * m_dScale) * 100 / std::max(1, GetBox().Width()));
         const auto distance = [&](int x, int y) { return std::hypot(ptAt.x - x, ptAt.y - y); };
         const double d1 = distance(m_handles.x1, m_handles.y1), d2 = distance(m_handles.x2, m_handles.y2);
         m_nDragged = std::min(d1, d2) > nReach ? 0 : d1 <= d2 ? 1 : 2;
@@ -108,6 +109,7 @@ bool CPressCurveView::OnKey(int nKey) {
 void CPressCurveView::OnPaint(IPaintTarget& target, const TPanelPaint& paint) {
     Guarded([&] {
         m_size = paint.sz;
+        m_dScale = paint.dScale;
         const CRect rcAll({0, 0}, paint.sz), rc = GetBox();
         CGDIBuffer buffer(paint.sz);
         const TColor clrPaper = paint.bEnabled ? paint.clrBase : paint.clrBack;
@@ -126,8 +128,8 @@ void CPressCurveView::OnPaint(IPaintTarget& target, const TPanelPaint& paint) {
         FrameColor(buffer, rc, clrEdge);
         const TPressHandles& h = m_handles;
         if (paint.bEnabled) {
-            DrawLine(buffer, at(0, 100), at(h.x1, h.y1), 1, HANDLE);
-            DrawLine(buffer, at(100, 0), at(h.x2, h.y2), 1, HANDLE);
+            DrawLine(buffer, at(0, 100), at(h.x1, h.y1), m_dScale, HANDLE);
+            DrawLine(buffer, at(100, 0), at(h.x2, h.y2), m_dScale, HANDLE);
         }
         TDrawPoint ptLast = at(0, 100);
         for (int n = 1; n <= SEGMENTS; ++n) {
@@ -136,13 +138,13 @@ void CPressCurveView::OnPaint(IPaintTarget& target, const TPanelPaint& paint) {
                 return s * s * s * p0 + 3 * s * s * t * p1 + 3 * s * t * t * p2 + t * t * t * p3;
             };
             const TDrawPoint pt = at(bezier(0, h.x1, h.x2, 100), bezier(100, h.y1, h.y2, 0));
-            DrawLine(buffer, ptLast, pt, 1.6, paint.bEnabled ? paint.clrText : clrEdge);
+            DrawLine(buffer, ptLast, pt, 1.6 * m_dScale, paint.bEnabled ? paint.clrText : clrEdge);
             ptLast = pt;
         }
         const auto mark = [&](int n, int x, int y) {
-            DrawDisc(buffer, at(x, y), 5, 0, clrPaper);
-            DrawDisc(buffer, at(x, y), 5, 1.5, HANDLE);
-            if (paint.bFocus && n == m_nSelected) DrawDisc(buffer, at(x, y), 3, 0, HANDLE);
+            DrawDisc(buffer, at(x, y), 5 * m_dScale, 0, clrPaper);
+            DrawDisc(buffer, at(x, y), 5 * m_dScale, 1.5 * m_dScale, HANDLE);
+            if (paint.bFocus && n == m_nSelected) DrawDisc(buffer, at(x, y), 3 * m_dScale, 0, HANDLE);
         };
         if (paint.bEnabled) {
             mark(1, h.x1, h.y1);

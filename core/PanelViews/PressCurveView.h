@@ -42,6 +42,7 @@ private:
     void MoveHandle(CPoint ptPercent);
 
     CSize m_size; ///< at the last paint
+    double m_dScale = 1;
     CPoint m_ptPressed;
     bool m_bMoved = false; ///< the pointer has moved since the drag began
     int m_nDragged = 0;    ///< 1 or 2 while a handle is dragged, else 0

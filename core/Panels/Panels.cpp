@@ -12,6 +12,7 @@
 #include "core/Panels/ToolWnd.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 #include <vector>
 
@@ -118,12 +119,16 @@ bool CPanels::IsShown(int nCommand) const {
 
 void CPanels::ToggleAll() {
     const bool bShow = AreHidden();
-    const std::vector<int> vCommands = bShow ? std::exchange(m_vHidden, {}) : GetCommands();
-    for (const int nCommand : vCommands) {
-        if (IsShown(nCommand) == bShow) continue;
-        if (!bShow) m_vHidden.push_back(nCommand);
-        m_mapPanels[nCommand]->GetWindow()->ShowPanel(bShow);
+    std::vector<int> vCommands = std::exchange(m_vHidden, {});
+    if (!bShow) {
+        std::ranges::copy_if(GetCommands(), std::back_inserter(vCommands), [&](int n) { return IsShown(n); });
+        // A panel that is shown comes in front of its tabs: those that were in front come back last.
+        std::ranges::stable_partition(vCommands,
+                                      [&](int n) { return !m_mapPanels[n]->GetWindow()->GetPlace().bFront; });
+        m_vHidden = vCommands;
     }
+    for (const int nCommand : vCommands)
+        if (IsShown(nCommand) != bShow) m_mapPanels[nCommand]->GetWindow()->ShowPanel(bShow);
 }
 
 void CPanels::Toggle(int nCommand) {

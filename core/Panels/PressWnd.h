@@ -10,7 +10,7 @@ class CRasterBrushBase;
 class CPressWnd : public CPanel {
 public:
     CPressWnd(const wchar_t* pszSection, const TPanelOutside& outside);
-    std::wstring GetTitle() const override { return L"　筆圧"; }
+    std::wstring GetTitle() const override { return L"筆圧"; }
 
 protected:
     void OnOpen() override;

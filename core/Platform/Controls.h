@@ -13,6 +13,7 @@ struct TPanelPaint {
     TColor clrText = 0;
     bool bEnabled = true;
     bool bFocus = false;       ///< the view has the keyboard
+    double dScale = 1;         ///< device pixels to a pixel of 96 to the inch
     TColor clrBase = 0xFFFFFF; ///< of fields in which something is written or drawn
 };
 

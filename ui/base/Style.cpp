@@ -45,3 +45,10 @@ void CQtStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* pOpti
 int CQtStyle::pixelMetric(PixelMetric metric, const QStyleOption* pOption, const QWidget* pWidget) const {
     return metric == PM_TabBarTabHSpace ? TAB_SPACE : QProxyStyle::pixelMetric(metric, pOption, pWidget);
 }
+
+int CQtStyle::styleHint(StyleHint hint, const QStyleOption* pOption, const QWidget* pWidget,
+                        QStyleHintReturn* pReturn) const {
+    return hint == SH_DialogButtonBox_ButtonsHaveIcons
+               ? 0
+               : QProxyStyle::styleHint(hint, pOption, pWidget, pReturn);
+}

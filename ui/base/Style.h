@@ -11,6 +11,9 @@ public:
                        const QWidget* pWidget) const override;
     /// Tabs with less room beside their text, so that three stand above a narrow panel.
     int pixelMetric(PixelMetric metric, const QStyleOption* pOption, const QWidget* pWidget) const override;
+    /// No pictures on the buttons of dialogs.
+    int styleHint(StyleHint hint, const QStyleOption* pOption, const QWidget* pWidget,
+                  QStyleHintReturn* pReturn) const override;
     void drawPrimitive(PrimitiveElement element, const QStyleOption* pOption, QPainter* pPainter,
                        const QWidget* pWidget) const override;
 };

@@ -72,7 +72,8 @@ CQtPanel::CQtPanel(CQtPanelDocks& docks, IWindowClient& client, const TPanelSetu
     auto* pArea = new CContentArea(this);
     auto* pContent = new QWidget(pArea);
     // Without a list there is nothing to show in more height: it is left to the panels beside.
-    if (!Fill(*pContent, setup.vControls)) pArea->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
+    m_bGrows = Fill(*pContent, setup.vControls);
+    if (!m_bGrows) setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
     WatchControls(*pContent);
     pArea->setWidget(pContent);
     setWidget(pArea);
@@ -183,8 +184,11 @@ void CQtPanel::OnLeave() { m_docks.Remove(*this); }
 void CQtPanel::SetTitle(const std::wstring& strTitle) { setWindowTitle(ToQt(strTitle)); }
 
 QSize CQtPanel::sizeHint() const {
+    const QSize szContent = QDockWidget::sizeHint();
+    if (m_place.rc.IsEmpty()) return szContent;
     // The layout starts from the place where the panel was.
-    return m_place.rc.IsEmpty() ? QDockWidget::sizeHint() : QSize(m_place.rc.Width(), m_place.rc.Height());
+    const int nHeight = m_place.rc.Height();
+    return {m_place.rc.Width(), m_bGrows ? nHeight : std::min(nHeight, szContent.height())};
 }
 
 QRect CQtPanel::GetScreenRect() const {

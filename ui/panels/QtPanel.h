@@ -65,5 +65,6 @@ private:
     CQtMainWindow& m_main;
     std::vector<std::unique_ptr<CQtPanelControl>> m_vControls;
     std::vector<TLine> m_vLines;
-    TPanelPlace m_place; ///< as it was set
+    bool m_bGrows = true; ///< has a list, which makes use of any height
+    TPanelPlace m_place;  ///< as it was set
 };

@@ -58,6 +58,7 @@ protected:
         paint.clrBack = ColorOf(palette().color(group, QPalette::Window));
         paint.clrText = ColorOf(palette().color(group, QPalette::WindowText));
         paint.clrBase = ColorOf(palette().color(group, QPalette::Base));
+        paint.dScale = dScale;
         paint.bEnabled = isEnabled();
         paint.bFocus = hasFocus();
         if (paint.sz.cx <= 0 || paint.sz.cy <= 0 || !m_pView) return;

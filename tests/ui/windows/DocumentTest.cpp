@@ -1,9 +1,11 @@
 #include "tests/ui/UiTest.h"
 
 #include "core/AppModule/WindowPlacement.h"
+#include "core/Commands/Commands.h"
 #include "core/Panels/ColorControls.h"
 #include "tests/support/Session.h"
 #include "tests/support/TempFolder.h"
+#include "ui/base/QtText.h"
 
 #include <QSessionManager>
 
@@ -268,4 +270,38 @@ TEST_F(DocumentWindows, AMainWindowComesBackOnItsScreenAndMaximised) {
         EXPECT_EQ(Main().isMaximized(), bMaximized);
     }
     EXPECT_EQ(g_pMainFrame->GetWindow()->GetRect(), rc);
+}
+
+TEST_F(DocumentWindows, HiddenPanelsComeBackAsTheyWere) {
+    Main().resize(1280, 700);
+    Drop({"/1.vlm"});
+    // Of each panel the side, the place on it, and whether it is in front of its tabs.
+    const auto places = [&] {
+        Settle();
+        std::map<std::string, std::tuple<int, QRect, bool>> map;
+        for (const int nId : g_pMainFrame->GetPanels().GetCommands()) {
+            const TPanelPlace place = g_pMainFrame->GetPanels().Find(nId)->GetWindow()->GetPlace();
+            map[FindCommandName(nId)] = {static_cast<int>(place.dock), ToQt(place.rc), place.bFront};
+        }
+        return map;
+    };
+    const auto toggle = [] { g_pMainFrame->GetPanels().ToggleAll(); };
+    g_pMainFrame->GetPanels()
+        .Find(ID_PANEL_COLOR)
+        ->GetWindow()
+        ->SetPlace({EPanelDock::Float, CRect(CPoint{90, 80}, {260, 330}), true});
+    const auto before = places();
+    EXPECT_TRUE(std::get<2>(before.at("panel-brush")) && std::get<2>(before.at("panel-layer")));
+    for (int n = 0; n < 2; ++n) {
+        toggle();
+        Settle();
+        EXPECT_EQ(Main().findChild<QMdiArea*>()->width(), 1280) << "the picture has all the room";
+        toggle();
+        EXPECT_EQ(places(), before);
+    }
+    toggle();
+    SendMessage({g_pMainFrame->GetWindow(), EMessage::Close});
+    Restart();
+    Main().resize(1280, 700);
+    EXPECT_EQ(places(), before);
 }
