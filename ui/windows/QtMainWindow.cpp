@@ -310,7 +310,8 @@ void CQtMainWindow::WatchScreens() {
 
 void CQtMainWindow::FitScreen() {
     if (IsDestroyed()) return;
-    setMinimumSize(m_szMinimum.boundedTo(screen()->availableSize()));
+    const QSize szBorders = frameGeometry().size() - size();
+    setMinimumSize(m_szMinimum.boundedTo(screen()->availableSize() - szBorders));
     if (IsNormal()) FitToScreens(*this, GetScreens());
     if (m_fnScreens) m_fnScreens();
 }
