@@ -270,7 +270,8 @@ void CShortcutPage::ReadFile() {
         m_shortcuts = CShortcuts::Parse(*bytes);
     } catch (const deserialize_error&) {
         ShowErrorBox(FormatText(L"ショートカットを読み込めませんでした。\n%1%\n"
-                                L"ショートカットのファイルではないか、壊れています。キーは変わっていません。",
+                                L"ショートカットのファイルではないか、壊れています。\n"
+                                L"キーは変わっていません。",
                                 strPath));
     }
 }
