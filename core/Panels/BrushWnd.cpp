@@ -80,7 +80,7 @@ CBrushWnd::CBrushWnd(const wchar_t* pszSection, const TPanelOutside& outside)
         button(BRUSH_PRESET_REMOVE, L"選んだブラシを削除", "icons/12903.svg", false),
         button(BRUSH_PRESETS_READ, L"ブラシをファイルから読み込む", "icons/list-import.svg", false),
         button(BRUSH_PRESETS_WRITE, L"ブラシをファイルに書き出す", "icons/list-export.svg", false),
-        {.kind = EKind::List, .nId = BRUSH_LIST, .nValue = -1, .bGrid = true, .szView = {200, 28}},
+        {.kind = EKind::List, .nId = BRUSH_LIST, .nValue = -1, .bGrid = true, .szView = {200, 50}},
         button(BRUSH_ADD, L"サイズを追加", "icons/list-add.svg", false),
         button(BRUSH_REMOVE, L"サイズを削除", "icons/list-remove.svg", false),
         {.kind = EKind::Slider,

@@ -126,8 +126,8 @@ bool CQtPanel::Fill(QWidget& content, const std::vector<TPanelControl>& vControl
             // Icons that are chosen between stand together; those of other lines fill the width.
             if (control.kind == TPanelControl::EKind::Toggle && !control.strIcon.empty())
                 pGrid->setAlignment(pLine, Qt::AlignLeft);
-            const bool bList =
-                control.kind == TPanelControl::EKind::List || control.kind == TPanelControl::EKind::Tree;
+            const bool bList = (control.kind == TPanelControl::EKind::List && !control.bGrid) ||
+                               control.kind == TPanelControl::EKind::Tree;
             pGrid->setRowStretch(nRow, bList ? 1 : 0);
             bGrows = bGrows || bList;
             m_vLines.push_back(line);

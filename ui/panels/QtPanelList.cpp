@@ -70,6 +70,7 @@ public:
         m_pList->setMinimumHeight(control.szView.cy);
         m_pList->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
         if (control.bGrid) {
+            m_pList->setMaximumHeight(control.szView.cy); // its lines scroll
             m_pList->setFlow(QListView::LeftToRight);
             m_pList->setWrapping(true);
             m_pList->setResizeMode(QListView::Adjust);
