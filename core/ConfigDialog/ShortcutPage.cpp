@@ -32,7 +32,7 @@ enum EField : int {
 constexpr wchar_t FIXED_TITLE[] = L"決まった操作";
 constexpr std::pair<const wchar_t*, const wchar_t*> GESTURES[] = {
     {L"視点を動かす", L"中ボタンのドラッグ"},
-    {L"指した所を拡大・縮小", L"Ctrl＋ホイール"},
+    {L"指した所を拡大・縮小", L"Ctrl＋ホイール、二本指"},
     {L"拡大・縮小", L"ホイール"},
     {L"描きかけの線をやめる", L"Esc、右ボタン"},
     {L"レイヤーだけを表示", L"Alt＋目のクリック"},
@@ -77,9 +77,7 @@ void CShortcutPage::AddRows(const std::vector<TMenuItem>& vMenu, const std::wstr
                             std::vector<TRow>& vRows) {
     for (const TMenuItem& item : vMenu) {
         const std::wstring strText = strPath + PlainTextOf(item.strText);
-        // A key of an entry of the list of files is named where the list itself is not.
-        const bool bNamed = item.strText.starts_with(L'(');
-        if (item.nId != 0 && !bNamed) {
+        if (item.nId != 0) {
             const THeldCommand* pHeld = FindHeld(item.nId);
             vRows.push_back({strText, item.nId,
                              !pHeld                       ? L""
