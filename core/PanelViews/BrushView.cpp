@@ -17,13 +17,14 @@ constexpr int POINTS = 48;
 constexpr int32_t MARGIN = 6;
 /// What an eraser removes, between ground and text.
 constexpr double PAINTED_PART = 0.6;
-/// An ink whose grey is closer to the ground's is replaced by the text's colour.
+/// An ink that is closer to the ground in every channel is replaced by the text's colour.
 constexpr int LEAST_CONTRAST = 64;
 
-int LevelOf(TColor color) { return GreyOf(RedOf(color), GreenOf(color), BlueOf(color)); }
-
 TColor ReadableInk(TColor color, TColor clrGround, TColor clrText) {
-    return std::abs(LevelOf(color) - LevelOf(clrGround)) < LEAST_CONTRAST ? clrText : color;
+    const auto differ = [&](uint8_t (*pfnChannel)(TColor)) {
+        return std::abs(pfnChannel(color) - pfnChannel(clrGround)) >= LEAST_CONTRAST;
+    };
+    return differ(RedOf) || differ(GreenOf) || differ(BlueOf) ? color : clrText;
 }
 
 // A wave from side to side with pressure that rises and falls. Flatter for larger brushes.

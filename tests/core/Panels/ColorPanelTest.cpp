@@ -45,6 +45,8 @@ TEST(ColorViews, ShowEachColourWhereItIsChosen) {
         EXPECT_EQ(shown(pt), ColorOfHsv(circle.m_hsv)) << pt.x << " " << pt.y;
     }
     EXPECT_EQ(shown({104, 10}) & 0xF0F0F0u, 0xF0F0F0u);
+    circle.OnPaint(glass, {.sz = {200, 200}, .dScale = 2});
+    EXPECT_EQ(shown({104, 17}) & 0xF0F0F0u, 0xF0F0F0u) << "marks are as large on a dense glass";
     CTwoColorBoxView boxes;
     boxes.m_clrBrush = 0x123456, boxes.m_clrBack = 0x654321;
     boxes.OnPaint(glass, {{36, 36}, 0, 0, true, false});

@@ -1,5 +1,8 @@
 #include "core/Panels/Panels.h"
+#include "core/PanelViews/BrushView.h"
+#include "core/PanelViews/PressCurveView.h"
 #include "core/RasterBrush/ToolOptRasterBrush.h"
+#include "session/seam/Glass.h"
 #include "tests/support/PanelSession.h"
 
 namespace {
@@ -215,4 +218,33 @@ TEST_F(Panels, ColoursAreChosenExchangedAndRemembered) {
     EXPECT_EQ(Setting(L"ColorList", L"ColorCount") + Setting(L"ColorList", L"1") +
                   Setting(L"ColorList", L"Sliders"),
               L"1" + std::to_wstring(MakeColor(255, 128, 255)) + L"1");
+}
+
+TEST_F(Panels, PreviewAndCurveAreReadableOnEveryGround) {
+    Play({[&] {
+        constexpr CSize SZ{200, 80};
+        CGlass glass;
+        glass.Resize(SZ);
+        const auto shown = [&](CPoint pt) {
+            const uint8_t* p = glass.GetPixel(pt);
+            return MakeColor(p[2], p[1], p[0]);
+        };
+        CBrushView brush(m_pStage->platform.clock, m_pStage->platform.codecs);
+        CPressCurveView curve;
+        for (const TColor clrInk : {TColor{0}, TColor{0xFFFFFF}, TColor{0x2020E0}})
+            for (const bool bDark : {false, true}) {
+                const TColor clrBase = bDark ? 0x2A2A2A : 0xFFFFFF, clrText = bDark ? 0xE4E4E4 : 0;
+                const TPanelPaint paint{.sz = SZ, .clrText = clrText, .clrBase = clrBase};
+                Tool().GetFreehand().m_clrBrush = clrInk;
+                Tool().GetParam().BrushRadius = 16;
+                brush.SetTool(&Tool());
+                brush.OnPaint(glass, paint);
+                const TColor clrNear = bDark ? 0 : 0xFFFFFF; // hardly seen there
+                EXPECT_EQ(shown({2, 2}), clrBase);
+                EXPECT_EQ(shown({100, 40}), clrInk == clrNear ? clrText : clrInk) << clrInk << bDark;
+                curve.OnPaint(glass, paint);
+                EXPECT_EQ(shown({70, 10}), clrBase);
+                EXPECT_EQ(shown({100, 40}), clrText);
+            }
+    }});
 }

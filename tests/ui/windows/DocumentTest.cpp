@@ -194,6 +194,7 @@ TEST_F(DocumentWindows, FramesStandInACascadeOrAreMaximisedAsTheLastOneWas) {
     }
     Restart();
     Drop({"/1.vlm"});
+    EXPECT_FALSE(Active().GetWindow()->IsMaximized());
     EXPECT_EQ(rect(), rcFirst);
     Drop({"/2.vlm"});
     EXPECT_EQ(rect(), CRect(rcFirst.TopLeft() + CPoint{24, 24}, rcFirst.Size()));
@@ -251,6 +252,9 @@ TEST_F(DocumentWindows, OnASmallScreenOnlyListsScroll) {
         }
     }
     EXPECT_GE(Main().findChild<QMdiArea*>()->width(), 740) << "room for the picture";
+    Main().resize(1900, 1050);
+    Settle();
+    EXPECT_LE(Main().findChild<QDockWidget*>("Color")->height(), 310) << "the layers take what is left";
 }
 
 TEST_F(DocumentWindows, AMainWindowComesBackOnItsScreenAndMaximised) {
@@ -264,6 +268,7 @@ TEST_F(DocumentWindows, AMainWindowComesBackOnItsScreenAndMaximised) {
     for (const bool bMaximized : {true, true, false}) {
         g_pMainFrame->GetWindow()->SetMaximized(bMaximized);
         if (!bMaximized) g_pMainFrame->GetWindow()->SetRect(rc); // as the desktop does
+        QTest::qWait(250);
         EXPECT_EQ(g_pMainFrame->GetWindow()->GetRect(), rc);
         SendMessage({g_pMainFrame->GetWindow(), EMessage::Close});
         Restart();

@@ -56,6 +56,8 @@ TEST(QtTheme, FollowsTheDesktopUntilOneIsChosen) {
     portal.Change(1);
     EXPECT_TRUE(QTest::qWaitFor(IsDark));
     portal.Change(2, "contrast");
+    QTest::qWait(50);
+    EXPECT_TRUE(IsDark()) << "another setting";
     portal.Change(0); // no preference
     EXPECT_TRUE(becomesLight());
     theme.Choose(ETheme::Dark);
