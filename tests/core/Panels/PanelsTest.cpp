@@ -234,7 +234,7 @@ TEST_F(Panels, PreviewAndCurveAreReadableOnEveryGround) {
         for (const TColor clrInk : {TColor{0}, TColor{0xFFFFFF}, TColor{0x2020E0}})
             for (const bool bDark : {false, true}) {
                 const TColor clrBase = bDark ? 0x2A2A2A : 0xFFFFFF, clrText = bDark ? 0xE4E4E4 : 0;
-                const TPanelPaint paint{.sz = SZ, .clrText = clrText, .clrBase = clrBase};
+                const TPanelPaint paint{.sz = SZ, .clrText = clrText, .dScale = 3, .clrBase = clrBase};
                 Tool().GetFreehand().m_clrBrush = clrInk;
                 Tool().GetParam().BrushRadius = 16;
                 brush.SetTool(&Tool());
