@@ -108,8 +108,8 @@ TEST_F(ScriptedDesktop, TheTraceOfAPenIsAScriptThatDrawsIt) {
     }
     EXPECT_EQ(trace.GetReports().size(), 200u);
     EXPECT_EQ(trace.GetRate(), 200);
-    const std::string strScript = SetBrush("BrushRadius", 16) + trace.FormatScript(pen, {420, 170}) +
-                                  R"({"expect":{"frames":1,"size":{"width":420,"height":170}}}
+    const std::string strScript = SetBrush("BrushRadius", 16) + trace.FormatScript(pen, {1900, 170}) +
+                                  R"({"expect":{"frames":1,"size":{"width":1900,"height":170}}}
 {"expect":{"history":{"undo":["ラスタブラシ"]}}}
 {"expect":{"pixel":{"x":150,"y":90,"rgba":[0,0,0,255]}}}
 {"expect":{"pixel":{"x":40,"y":90,"rgba":[0,0,0,0]}}}

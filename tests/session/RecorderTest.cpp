@@ -58,23 +58,25 @@ TEST_F(Recorder, ThePenThatIsFittedInTheSettingsDrawsTheSame) {
     const auto reply = [](const TWords& act) {
         return ScriptLine("reply", {{"dialog", "CConfigDialog"}}, act);
     };
-    std::string strFit = "{\"command\":\"app-config\"}\n" + reply({{"control", 205}, {"value", 1}});
+    const auto draw = [this](const std::string& strScript) {
+        ExpectSame(strScript);
+        return GetDocument();
+    };
+    const std::string strOpen = "{\"command\":\"app-config\"}\n", strOk = reply(nullptr);
+    std::string strFit = reply({{"control", 205}, {"value", 1}});
     for (int n = 0; n < 120; ++n)
         strFit += reply({{"view", 203},
                          {"pen", {{"x", 8 * n}, {"y", 400}, {"pressure", 100 + n * 5 / 2}}},
                          {"time", 5000 + 8 * n},
                          {"width", 420},
                          {"height", 170}});
-    strFit += reply({{"control", 206}, {"value", 1}}) + reply(nullptr);
+    strFit += reply({{"control", 206}, {"value", 1}});
     const std::string strBefore = VIEW + Stroke(1200, 1000, 250), strAfter = Stroke(1300, 1500, 250);
-    ExpectSame(strBefore + strAfter);
-    const std::string strPlain = GetDocument();
-    ExpectSame(strBefore + strFit + strAfter);
-    EXPECT_FALSE(GetDocument() == strPlain) << "the window that is open draws with the curve";
+    const std::string strPlain = draw(strBefore + strOpen + strOk + strAfter), strFirst = draw(strBefore);
+    EXPECT_FALSE(draw(strBefore + strOpen + strFit + strOk + strAfter) == strPlain)
+        << "the window that is open draws with the curve";
     EXPECT_EQ(Count("\"pen\":{"), 120u);
-    // The next session, which finds the curve in its settings, draws its first stroke with it.
-    ExpectSame(strBefore + strAfter);
-    EXPECT_FALSE(GetDocument() == strPlain);
+    EXPECT_FALSE(draw(strBefore) == strFirst) << "so does the next session";
     EXPECT_EQ(Count("PressHigh"), 1u);
 }
 
