@@ -319,10 +319,13 @@ void CMainFrame::WatchChanges() {
     const auto spFrame = g_wpActiveFrame.lock();
     if (!spFrame) return;
     const auto& spCanvas = spFrame->GetCanvas();
-    const uint32_t uChanges = spCanvas->GetHistory().GetChangeCount();
-    if (m_wpSeen.lock() == spCanvas && m_uSeenChanges == uChanges) return;
+    const CHistoryStream& history = spCanvas->GetHistory();
+    const uint32_t uChanges = history.GetChangeCount();
+    const bool bModified = history.IsModified(); // a save changes nothing else
+    if (m_wpSeen.lock() == spCanvas && m_uSeenChanges == uChanges && m_bSeenModified == bModified) return;
     m_wpSeen = spCanvas;
     m_uSeenChanges = uChanges;
+    m_bSeenModified = bModified;
     SendMessage({m_pWindow, WM_REFRESH_LAYERS});
     SendMessage({m_pWindow, WM_REFRESH_HISTORY});
 }

@@ -150,6 +150,7 @@ private:
     CStartPage m_startPage;
     boost::weak_ptr<CCanvasBuffer> m_wpSeen; ///< the document that the panels show now
     uint32_t m_uSeenChanges = 0;
+    bool m_bSeenModified = false;
     std::deque<std::wstring> m_deqOpenFiles;
     std::vector<int> m_vMenuCommands;
     std::vector<int> m_vToolBarCommands;

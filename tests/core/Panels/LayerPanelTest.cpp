@@ -245,6 +245,9 @@ TEST_F(LayerPanel, HistoryGoesToAnyStateInOneStep) {
           [&] {
               EXPECT_EQ(Rows(ID_PANEL_HISTORY), L"<< 初期状態 >>|レイヤー追加|レイヤー追加|レイヤー削除*");
               Canvas().GetHistory().SetModified(false);
+          },
+          [&] {
+              EXPECT_EQ(Rows(ID_PANEL_HISTORY), L"<< 初期状態 >>|レイヤー追加|レイヤー追加|レイヤー削除*!");
               click(1);
           },
           [&] {
