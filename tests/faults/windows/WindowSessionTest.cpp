@@ -38,6 +38,7 @@ private:
             QAbstractButton* pNo = pBox->button(QMessageBox::No);
             (pNo ? pNo : pBox->button(QMessageBox::Ok))->click();
         } else if (auto* pFile = qobject_cast<QFileDialog*>(pModal)) {
+            if (pFile->acceptMode() == QFileDialog::AcceptOpen) return pFile->reject(); // there is no file
             pFile->findChild<QLineEdit*>("fileNameEdit")->setText("saved.vlm");
             QMetaObject::invokeMethod(pFile, "accept");
         } else if (auto* pDialog = qobject_cast<QDialog*>(pModal)) {
@@ -163,10 +164,12 @@ private:
             pList->setCurrentRow(1);
             if (QListWidgetItem* pItem = pList->item(1)) pItem->setText("名前");
         }
-        for (QDockWidget* pPanel : Main()->findChildren<QDockWidget*>())
+        for (QDockWidget* pPanel : Main()->findChildren<QDockWidget*>()) {
+            if (pPanel->isHidden()) continue;
             for (QWidget* pWidget : pPanel->findChildren<QWidget*>())
                 for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease})
                     Mouse(*pWidget, type, {9, 9});
+        }
         Pick("ツール");
     }
     static void Wheel() {
