@@ -265,7 +265,11 @@ void CShortcutPage::ReadFile() {
     const TFileBytes bytes = platform.files.Read(strPath);
     if (!bytes) return ReportFileFailure(L"ショートカットを読み込めませんでした。", strPath, bytes.failure);
     try {
-        m_shortcuts = CShortcuts::Parse(*bytes);
+        CShortcuts shortcuts = CShortcuts::Parse(*bytes);
+        if (shortcuts == CShortcuts()) throw deserialize_error();
+        for (const int nKey : FIXED_KEYS)
+            for (const bool bShift : {false, true}) shortcuts.Remove({nKey, false, bShift});
+        m_shortcuts = shortcuts;
     } catch (const deserialize_error&) {
         ShowErrorBox(FormatText(L"ショートカットを読み込めませんでした。\n%1%\n"
                                 L"ショートカットのファイルではないか、壊れています。\n"

@@ -152,6 +152,9 @@ TEST_F(ConfigDialog, ASetOfKeysIsAFileAndADamagedOneChangesNothing) {
         Change(dialog, nButton, 1);
     };
     m_outside.m_files.m_mapFiles[L"/bad.keys"] = "C\t5A\n";
+    m_outside.m_files.m_mapFiles[L"/strange.keys"] = "C\t5A\tno-such\n";
+    m_outside.m_files.m_mapFiles[L"/fixed.keys"] =
+        "-\t20\tselect-all\nS\t1B\tselect-all\n-\t79\tselect-all\n";
     Run([&](CConfigDialog& dialog) {
         Select(dialog, L"全選択");
         Change(dialog, REMOVE, 1);
@@ -167,8 +170,12 @@ TEST_F(ConfigDialog, ASetOfKeysIsAFileAndADamagedOneChangesNothing) {
         file(dialog, READ, L"/bad.keys");
         EXPECT_EQ(Get(dialog, LIST).vTree[1].strNote, L"F8");
         file(dialog, READ, L"/none.keys");
+        file(dialog, READ, L"/strange.keys");
+        EXPECT_EQ(Get(dialog, LIST).vTree[1].strNote, L"F8") << "no line of it is of use";
+        file(dialog, READ, L"/fixed.keys");
+        EXPECT_EQ(Get(dialog, LIST).vTree[1].strNote, L"F10") << "Space and Escape stay what they are";
     });
-    ASSERT_EQ(m_outside.m_vShown.size(), 2u);
+    ASSERT_EQ(m_outside.m_vShown.size(), 3u);
     EXPECT_NE(m_outside.m_vShown[0].find(L"/bad.keys\nショートカットのファイルではないか"),
               std::wstring::npos);
     EXPECT_NE(m_outside.m_vShown[1].find(L"/none.keys"), std::wstring::npos);
