@@ -55,9 +55,11 @@ TEST_F(MainFrame, ZoomingStepsThroughTheListAndCommandsWithoutEffectAreDisabled)
         EXPECT_EQ(g_pMainFrame->GetWindow()->GetZoomItem(), 0);
         EXPECT_TRUE(!g_pMainFrame->IsCommandEnabled(ID_ZOOM_IN) &&
                     g_pMainFrame->IsCommandEnabled(ID_ZOOM_OUT));
-        // The box's last line: 300x200 fits 1000x700 three times.
+        // The box's last line: 300x200 fits 1000x700 three times, in the middle.
+        Active().ScrollTo({0, 0});
         SendMessage({g_pMainFrame->GetWindow(), EMessage::Command, IDC_ZOOM_COMBO, 19});
         EXPECT_EQ(Active().GetView().GetState().uZoom, 144);
+        EXPECT_EQ(Active().GetView().ToWindow(CPoint{150, 100}), (CPoint{500, 350}));
         Command(ID_THEME_LAST);
         EXPECT_TRUE(g_pMainFrame->IsCommandChecked(ID_THEME_LAST));
     });
