@@ -37,6 +37,11 @@ protected:
         Settle();
     }
     void Settle() { m_pSession->Settle(); }
+    void ResizeMain(int nWidth, int nHeight) {
+        QTest::qWait(250); // until it was fitted to its screen, which is small here
+        Main().resize(nWidth, nHeight);
+        Settle();
+    }
     void Drop(const QStringList& lstPaths) {
         QMimeData data;
         QList<QUrl> lstUrls{QUrl("http://example.org/x.png")};
@@ -211,8 +216,7 @@ TEST_F(DocumentWindows, FramesStandInACascadeOrAreMaximisedAsTheLastOneWas) {
 }
 
 TEST_F(DocumentWindows, ANewDocumentAndItsWindowFitEachOther) {
-    Main().resize(900, 700);
-    Settle();
+    ResizeMain(900, 700);
     Drop({"/1.vlm"});
     Active().GetWindow()->SetMaximized(false);
     for (const CSize sz : {CSize{200, 120}, CSize{6000, 400}}) {
@@ -230,7 +234,7 @@ TEST_F(DocumentWindows, ANewDocumentAndItsWindowFitEachOther) {
 }
 
 TEST_F(DocumentWindows, OnASmallScreenOnlyListsScroll) {
-    Main().resize(1280, 700); // of 1280x720 less a title bar
+    ResizeMain(1280, 700); // of 1280x720 less a title bar
     Drop({"/1.vlm"});
     const auto check = [&](const QDockWidget& dock) {
         Settle();
@@ -256,8 +260,7 @@ TEST_F(DocumentWindows, OnASmallScreenOnlyListsScroll) {
     }
     EXPECT_EQ(nDocks, 7);
     EXPECT_GE(Main().findChild<QMdiArea*>()->width(), 740) << "room for the picture";
-    Main().resize(1900, 1050);
-    Settle();
+    ResizeMain(1900, 1050);
     EXPECT_LE(Main().findChild<QDockWidget*>("Color")->height(), 310) << "the layers take what is left";
 }
 
@@ -282,7 +285,7 @@ TEST_F(DocumentWindows, AMainWindowComesBackOnItsScreenAndMaximised) {
 }
 
 TEST_F(DocumentWindows, HiddenPanelsComeBackAsTheyWere) {
-    Main().resize(1280, 700);
+    ResizeMain(1280, 700);
     Drop({"/1.vlm"});
     // Of each panel the side, the place on it, and whether it is in front of its tabs.
     const auto places = [&] {
@@ -311,6 +314,6 @@ TEST_F(DocumentWindows, HiddenPanelsComeBackAsTheyWere) {
     toggle();
     SendMessage({g_pMainFrame->GetWindow(), EMessage::Close});
     Restart();
-    Main().resize(1280, 700);
+    ResizeMain(1280, 700);
     EXPECT_EQ(places(), before);
 }
