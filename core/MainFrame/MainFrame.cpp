@@ -48,7 +48,7 @@ CMainFrame::CMainFrame()
                    CRecentDocumentList::FindPath(g_AppModule.GetPlatform().locations)),
       m_pictures(g_AppModule.GetPlatform().files,
                  FindProfilePath(g_AppModule.GetPlatform().locations, L"RecentPictures.bin")),
-      m_status(g_AppModule.GetPlatform().clock, g_AppModule.GetPlatform().keys),
+      m_status(g_AppModule.GetPlatform().clock, m_heldKeys),
       m_frameOutside{g_AppModule.GetPlatform(),
                      g_AppModule.GetSettings(),
                      m_heldKeys,

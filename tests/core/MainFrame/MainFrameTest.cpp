@@ -180,22 +180,16 @@ TEST_F(MainFrame, TheStatusLineTellsWhatKeysDoAndWhereThePointerIs) {
             EXPECT_EQ(main.GetStatusText(2), pszPosition);
         });
     };
-    // A pointer's move alone is followed by no idle work; the window's timers are.
-    const auto tick = [] { g_AppModule.GetPlatform().queue.Post({Active().GetWindow(), EMessage::Timer}); };
-    // Moves the pointer to a canvas pixel in eighths, and lets 50 milliseconds pass.
-    const auto point = [this, tick](EMessage id, CPoint ptCanvas, int nKeys = 0, uint32_t uWait = 50) {
+    // Lets time pass and the window's timers, as a move alone is followed by no idle work.
+    const auto pass = [this](uint32_t uMs) {
+        m_pStage->clock.Advance(uMs);
+        m_pStage->platform.queue.Post({Active().GetWindow(), EMessage::Timer});
+    };
+    const auto point = [this, pass](EMessage id, CPoint ptCanvas, int nKeys = 0, uint32_t uMs = 50) {
         Step([=, this] {
             const CPoint pt = Active().GetView().ToWindow8(ptCanvas);
-            g_AppModule.GetPlatform().queue.Post({Active().GetWindow(), id, nKeys, PackPoint(pt.x, pt.y)});
-            m_pStage->clock.Advance(uWait);
-            tick();
-        });
-    };
-    const auto key = [this](int nKey, bool bDown) {
-        Step([=, this] {
-            m_pStage->keys.Press(nKey, bDown);
-            const EMessage id = bDown ? EMessage::KeyDown : EMessage::KeyUp;
-            g_AppModule.GetPlatform().queue.Post({Active().GetWindow(), id, nKey});
+            m_pStage->platform.queue.Post({Active().GetWindow(), id, nKeys, PackPoint(pt.x, pt.y)});
+            pass(uMs);
         });
     };
     const wchar_t* const pszIdle = BRUSH_HINTS[0].pszText;
@@ -205,26 +199,29 @@ TEST_F(MainFrame, TheStatusLineTellsWhatKeysDoAndWhereThePointerIs) {
     expect(pszIdle, L"299, 0");
     point(EMessage::MouseMove, {80, 80}, 0, 49);
     expect(pszIdle, L"299, 0"); // not yet
-    Step([=, this] { m_pStage->clock.Advance(1), tick(); });
+    Step([=] { pass(1); });
     expect(pszIdle, L"10, 10");
     point(EMessage::MouseMove, {300 * 8, 0});
     expect(pszIdle, L""); // beside the canvas
-    for (const auto& [nKey, pszHint] : {std::pair{VK_Alt, L"クリック: 色を拾う"},
-                                        {VK_Control, L"ホイール: 拡大・縮小"},
-                                        {VK_Space, L"ドラッグ: 画面を動かす"}}) {
-        key(nKey, true);
-        expect(pszHint, L"");
-        key(nKey, false);
-        expect(pszIdle, L"");
-    }
+    const std::pair<int, const wchar_t*> aHints[] = {{VK_Alt, L"クリック: 色を拾う"},
+                                                     {'I', L"クリック: 色を拾う"},
+                                                     {VK_Control, L"ホイール: 拡大・縮小"},
+                                                     {VK_Space, L"ドラッグ: 画面を動かす"},
+                                                     {VK_Shift, pszIdle}};
+    for (const auto& [nKey, pszHint] : aHints)
+        for (const bool bDown : {true, false}) {
+            Step([=, this, n = nKey] {
+                m_pStage->keys.Press(n, bDown);
+                m_pStage->platform.queue.Post(
+                    {Active().GetWindow(), bDown ? EMessage::KeyDown : EMessage::KeyUp, n});
+            });
+            expect(bDown ? pszHint : pszIdle, L"");
+        }
     point(EMessage::LButtonDown, {80, 88}, MOUSE_LEFT);
     expect(L"右クリック・Esc: やめる", L"10, 11");
     point(EMessage::LButtonUp, {80, 88});
     point(EMessage::MouseLeave, {});
     expect(pszIdle, L"");
-    Step([] { Command(ID_FILE_CLOSE); });
-    m_outside.AddStep([](CPlayer& player) {
-        player.GetStage().dialogs.Push({.kind = TAnswer::EKind::Box, .box = EBoxAnswer::No});
-    });
+    Step([this] { m_pStage->dialogs.Push({.kind = TAnswer::EKind::Box, .box = EBoxAnswer::No}); });
     Play();
 }
