@@ -17,9 +17,11 @@ namespace {
 
 class RecoveryDesktop : public testing::Test {
 protected:
-    std::string Play(const std::vector<TAction>& vSteps) {
+    // The first step is followed by as many lines that cancel long work.
+    std::string Play(const std::vector<TAction>& vSteps, size_t nCancels = 0) {
         TScript script{"s", {}};
         for (const TAction& fn : vSteps) script.vSteps.push_back({1, fn});
+        script.vSteps.insert(script.vSteps.begin() + 1, nCancels, {1, {}, EStepKind::Cancels});
         CSnapshotStore snapshots(m_locations);
         TSessionParts parts{m_store, m_locations, m_places, m_codecs};
         parts.pSnapshots = &snapshots;
@@ -97,6 +99,8 @@ TEST_F(RecoveryDesktop, AKilledSessionComesBackToThePixel) {
     };
     EXPECT_EQ(Play({Offer(EBoxAnswer::Cancel)}), "") << "kept for later";
     EXPECT_TRUE(m_strFirstBox.starts_with(L"前回の作業が保存されずに終了しました。復元しますか？\n\n絵0"));
+    const auto none = [](CPlayer&) { EXPECT_TRUE(g_lstCanvasFrame.empty()); };
+    EXPECT_EQ(Play({Offer(EBoxAnswer::Yes), none}, 3), "") << "cancelled is kept for later too";
     EXPECT_EQ(Play({Offer(EBoxAnswer::Yes), compare}), ""); // closed with No at each prompt
     EXPECT_EQ(m_store.Read(FileOf(2)), "the user's own file");
     EXPECT_EQ(CountFiles(), 0);

@@ -2,9 +2,7 @@
 
 #include "system/pictures/GifWriter.h"
 #include "system/pictures/QtBitmap.h"
-#include "system/pictures/WatchedBuffer.h"
 #include "tests/support/MemoryFiles.h"
-#include "tests/support/TestProgress.h"
 
 #include <QBuffer>
 #include <QColorSpace>
@@ -232,16 +230,4 @@ TEST_F(ImageCodecs, OtherEndingsWriteNothing) {
     for (const wchar_t* pszPath : {L"a.psd", L"a.webp", L"a", L"png", L"a.png.txt", L"a.png/b"})
         EXPECT_FALSE(m_codecs.CanSave(pszPath) || !SaveAndLoad(pszPath, Soft(3, 3)).isNull());
     EXPECT_TRUE(m_codecs.CanSave(L"/x/絵.JPEG") && m_files.m_mapFiles.empty());
-}
-
-TEST(WatchedBuffer, EndsTheCodecWhenTheWorkIsCancelled) {
-    CCountedProgress progress(2); // its beginning and one piece are allowed
-    progress.Begin(L"", 6);
-    QByteArray bytes("abcdef");
-    CWatchedBuffer buffer(bytes, progress);
-    char aRead[2];
-    EXPECT_TRUE(buffer.read(aRead, 2) == 2 && buffer.seek(0) && buffer.read(aRead, 2) == 2);
-    EXPECT_EQ(progress.vParts.front().second, 2u) << "what is read again is no progress";
-    EXPECT_TRUE(buffer.read(aRead, 2) < 0 && buffer.write("x", 1) < 0);
-    EXPECT_THROW(buffer.RaiseCancel(), cancelled_error);
 }
