@@ -15,7 +15,7 @@ struct TGlobalSwitches;
 struct TPenCurve;
 struct TPlatform;
 
-/// What the pages show and change. All of it outlives the dialog.
+/// The services and settings that the pages show and change; they must outlive the dialog.
 struct TConfigOutside {
     const TPlatform& platform;
     CIniConfig& settings;

@@ -1,4 +1,4 @@
-// What the main frame's window shows of itself: its place, theme, title, scale and zoom box.
+// The main frame's window: its place, theme, title, scale and zoom box.
 #include "core/AppModule/AppModule.h"
 #include "core/AppModule/WindowPlacement.h"
 #include "core/CanvasFrame/ZoomList.h"

@@ -13,7 +13,7 @@ public:
     /// Refuses sizes outside 1 to MAX_CANVAS_SIDE: reports it, restores 800 or 600 and stays open.
     bool OnOk(IWindow* pOwner) override;
 
-    /// What was accepted.
+    /// The accepted values.
     const TNewDocument& GetDocument() const { return m_document; }
 
 protected:

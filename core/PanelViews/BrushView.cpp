@@ -15,7 +15,7 @@ namespace {
 constexpr double PI = 3.14159265358979323846;
 constexpr int POINTS = 48;
 constexpr int32_t MARGIN = 6;
-/// What an eraser removes, between ground and text.
+/// The paint that the eraser's sample removes: its part of the way from ground to text colour.
 constexpr double PAINTED_PART = 0.6;
 /// An ink that is closer to the ground in every channel is replaced by the text's colour.
 constexpr int LEAST_CONTRAST = 64;

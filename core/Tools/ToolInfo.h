@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <span>
 
-/// What the pointer and keys do while these modifiers are held, in short for the status line.
+/// A hint for the status line: the effect of pointer and keys while these modifiers are held.
 struct TToolHint {
     uint32_t uModifiers; ///< POINTER_CONTROL, POINTER_SHIFT, POINTER_ALT
     const wchar_t* pszText;

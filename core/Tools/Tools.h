@@ -83,8 +83,8 @@ public:
     virtual bool IsEnabled() const = 0;
     /// The reason why the tool cannot work, shown on a press; null where it can.
     virtual const wchar_t* GetRefusal() const { return nullptr; }
-    /// What the pointer and keys do now, with these modifiers held (POINTER_ bits), in short for the status
-    /// line: how the operation is cancelled, or the tool's hint; empty where the tool cannot work.
+    /// A short hint for the status line while these modifiers (POINTER_ bits) are held: how to cancel the
+    /// present operation, or what the tool does; empty where the tool cannot work.
     virtual const wchar_t* GetHint(uint32_t uModifiers) const;
     /// The tool's name, also the label of its undo steps.
     const wchar_t* GetName() const { return GetInfo().pszName; }
