@@ -169,9 +169,10 @@ void CShortcuts::Write(CIniConfig& config) const {
 void CShortcuts::Label(std::vector<TMenuItem>& vMenu) const {
     for (TMenuItem& item : vMenu) {
         Label(item.vChildren);
-        const std::vector<TKey> vKeys = GetKeys(item.nId);
-        if (item.nId == 0 || vKeys == GetDefault().GetKeys(item.nId)) continue;
-        item.strText.resize(std::min(item.strText.size(), item.strText.find(L'\t')));
+        const size_t nText = std::min(item.strText.size(), item.strText.find(L'\t'));
+        const bool bNamed = nText < item.strText.size();
+        if (item.nId == 0 || (bNamed && GetKeys(item.nId) == GetDefault().GetKeys(item.nId))) continue;
+        item.strText.resize(nText);
         item.strText += NameKeys(item.nId, L"\t");
     }
 }

@@ -48,6 +48,7 @@ TEST_F(Shortcuts, ASetIsReadWrittenAndChanged) {
     std::vector<TMenuItem> vMenu = LoadMenu(MENU_CANVAS);
     CShortcuts::GetDefault().Label(vMenu);
     EXPECT_EQ(vMenu[1].vChildren[1].strText, L"やり直し(&R)\tF4, Ctrl+Y") << "as it is given";
+    EXPECT_EQ(vMenu[0].vChildren[3].strText, L"閉じる(&C)\tCtrl+W");
     set.Label(vMenu);
     EXPECT_EQ(vMenu[1].vChildren[1].strText, L"やり直し(&R)\tCtrl+Shift+Z");
     EXPECT_EQ(vMenu[1].vChildren[0].strText, L"取り消し(&U)");
