@@ -54,6 +54,12 @@ bool IsDarkPalette(const QPalette& palette) {
     return palette.color(QPalette::WindowText).lightness() > palette.color(QPalette::Window).lightness();
 }
 
+QDBusConnection FindDesktopBus() {
+    // Without an address Qt would start a bus of its own.
+    if (qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS")) return QDBusConnection(QString());
+    return QDBusConnection::sessionBus();
+}
+
 CQtTheme::CQtTheme(const QDBusConnection& bus) : m_desktop(bus, [this] { Apply(); }) {}
 
 void CQtTheme::Choose(ETheme theme) {
