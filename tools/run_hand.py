@@ -10,6 +10,7 @@ code is 1 when one has failed. Needs Xvfb, openbox, xdotool and import.
 import os
 import pathlib
 import random
+import re
 import shutil
 import subprocess
 import sys
@@ -19,7 +20,8 @@ RUN_STEPS = 250
 PATIENCE = 60  # seconds for whatever is awaited
 LATE = 10      # and for what may not happen at all
 SCREEN = (1280, 900)
-MARGIN = 150  # where the panels stand at both sides
+COLUMN = 240  # width of the panels at each side
+MAIN_TITLE = "(^| - )Vellumcraft$"  # behind the name of the active document
 LETTERS = "abcdefghijklmnopqrstuvwxyz123456789"
 MENUS = {"l": "rvsdcm", "v": "iof", "w": "chva", "i": "m"}  # mnemonics of the menus and of their lines
 
@@ -77,7 +79,7 @@ class Hand:
     def in_dialog(self):
         """True when a window other than the main one has the focus."""
         name = subprocess.run(["xdotool", "getactivewindow", "getwindowname"], env=self.env, capture_output=True, text=True).stdout
-        return name.strip() != "Vellumcraft"
+        return not re.search(MAIN_TITLE, name.strip())
 
     def drag(self, start=None, reach=60):
         x, y = start or self.anywhere()
@@ -89,16 +91,18 @@ class Hand:
 
     def anywhere(self):
         width, height = self.size
-        return self.chance.randrange(MARGIN, width - 2 * MARGIN), self.chance.randrange(MARGIN, height - 80)
+        return self.chance.randrange(COLUMN, width - COLUMN), self.chance.randrange(120, height - 80)
 
     def in_panels(self):
         width, height = self.size
-        return self.chance.randrange(width - 250, width - 10), self.chance.randrange(120, height - 60)
+        left = self.chance.choice([0, width - COLUMN])
+        return left + self.chance.randrange(5, COLUMN - 10), self.chance.randrange(90, height - 60)
 
     def take_window(self, width, height):
         """Moves the main window to the screen's corner. Clicks beside it have no effect."""
         self.size = width, height
-        self.do("search", "--onlyvisible", "--name", "^Vellumcraft$", "windowactivate", "windowmove", 0, 0, "windowsize", width, height - 30)
+        self.do("search", "--onlyvisible", "--name", MAIN_TITLE, "windowactivate", "windowmove", 0, 0,
+                "windowsize", width, height - 30)
         self.wait(0.2)
 
     # The possible actions.
@@ -139,10 +143,10 @@ class Hand:
         self.key("Escape")
 
     def move_panel(self):
-        self.drag((self.chance.choice([100, self.size[0] - 200]), self.chance.choice([100, 505])), 200)
+        self.drag(self.chance.choice([(100, 160), (self.size[0] - 150, 92), (self.size[0] - 150, 398)]), 200)
 
     def choose_tool(self):
-        self.do("mousemove", self.chance.randrange(10, 150), self.chance.randrange(130, 240), "click", 1)
+        self.do("mousemove", self.chance.choice([21, 55, 89]), 123, "click", 1)
 
     def open_menu(self):
         menu = self.chance.choice(list(MENUS))
@@ -208,10 +212,9 @@ class Hand:
     def press_any(self):
         self.key(self.chance.choice(LETTERS))
 
-    DEEDS = {drag: 12, move_view: 2, use_panel: 5, type_in_panel: 1, drag_row: 3, open_panel_menu: 1.5, rename_row: 1, move_panel: 0.3,
-             choose_tool: 3, open_menu: 5,
-             turn_wheel: 3, undo: 5, change_view: 2, resize: 1, open_dialog: 0.5, new_document: 0.4,
-             close_document: 0.5, change_document: 0.7, press_any: 1}
+    DEEDS = {drag: 12, move_view: 2, use_panel: 5, type_in_panel: 1, drag_row: 3, open_panel_menu: 1.5,
+             rename_row: 1, move_panel: 0.3, choose_tool: 3, open_menu: 5, turn_wheel: 3, undo: 5, change_view: 2,
+             resize: 1, open_dialog: 0.5, new_document: 0.4, close_document: 0.5, change_document: 0.7, press_any: 1}
 
     def act(self):
         self.chance.choices(list(self.DEEDS), list(self.DEEDS.values()))[0](self)
@@ -237,7 +240,7 @@ class Session:
         return self.program.poll() is None
 
     def play(self, steps):
-        subprocess.run(["xdotool", "search", "--sync", "--onlyvisible", "--name", "^Vellumcraft$"], env=self.env,
+        subprocess.run(["xdotool", "search", "--sync", "--onlyvisible", "--name", MAIN_TITLE], env=self.env,
                        timeout=PATIENCE, stdout=subprocess.DEVNULL)
         self.hand.wait(1)
         self.hand.take_window(*SCREEN)
