@@ -45,7 +45,8 @@ std::vector<TTreeRow> CPresetRows::MakeRows(const CRasterBrushBase& tool) {
     for (const TBrushPreset& preset : m_presets.Get(tool.GetSection()))
         vRows.push_back({.strText = preset.strName,
                          .strNote = std::to_wstring(preset.param.BrushRadius) + L" px",
-                         .spPicture = FindSample(tool.GetSection(), preset.param)});
+                         .spPicture = FindSample(tool.GetSection(), preset.param),
+                         .bInk = true});
     const int nChosen = GetChosen(tool);
     if (const TBrushPreset* pChosen = Find(tool, nChosen); pChosen && !pChosen->SetsAs(PresetOf(tool)))
         vRows[static_cast<size_t>(nChosen)].strNote = L"変更あり";

@@ -31,6 +31,8 @@ struct TTreeRow {
     bool bDim = false;     ///< in paler colours: not in effect
     std::string strIcon = {};
     boost::shared_ptr<const TPicture> spPicture = {}; ///< takes the icon's place
+    bool bInk =
+        false; ///< the picture is black ink on white: it is shown in the text's colour, without the white
 
     bool operator==(const TTreeRow&) const = default;
 };

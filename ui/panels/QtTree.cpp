@@ -32,22 +32,39 @@ void PaintIcon(QPainter& painter, const QRect& rc, std::string_view strResource,
     LoadLineIcon(strResource).paint(&painter, Middle(rc, {nSize, nSize}));
 }
 
-void PaintPicture(QPainter& painter, const QRect& rc, const TPicture& picture) {
+// The darkness of black ink on white as the opacity of another ink.
+QImage InkOf(const QImage& image, const QColor& color) {
+    QImage opacity = image.convertToFormat(QImage::Format_Grayscale8);
+    opacity.invertPixels();
+    QImage ink(image.size(), QImage::Format_ARGB32);
+    ink.fill(color);
+    ink.setAlphaChannel(opacity);
+    return ink;
+}
+
+void PaintPicture(QPainter& painter, const QRect& rc, const TTreeRow& row, const QColor& clrText) {
+    const TPicture& picture = *row.spPicture;
     const QImage image(picture.vPixels.data(), picture.sz.cx, picture.sz.cy, 4 * picture.sz.cx,
                        QImage::Format_RGB32);
     const qreal dScale = painter.device()->devicePixelRatioF();
     QImage fitted = image.scaled(rc.size() * dScale, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    if (row.bInk) fitted = InkOf(fitted, clrText);
     fitted.setDevicePixelRatio(dScale);
     const QRect rcImage = Middle(rc, (QSizeF(fitted.size()) / dScale).toSize());
     painter.drawImage(rcImage.topLeft(), fitted);
+    if (row.bInk) return;
     painter.setPen(QColor(128, 128, 128));
     painter.drawRect(rcImage.adjusted(-1, -1, 0, 0));
 }
 
-void PaintText(QPainter& painter, const QRect& rc, const TTreeRow& row, const QStyleOptionViewItem& option) {
+QColor TextColor(const QStyleOptionViewItem& option) {
     const auto group = option.state.testFlag(QStyle::State_Enabled) ? QPalette::Active : QPalette::Disabled;
     const bool bSelected = option.state.testFlag(QStyle::State_Selected);
-    painter.setPen(option.palette.color(group, bSelected ? QPalette::HighlightedText : QPalette::Text));
+    return option.palette.color(group, bSelected ? QPalette::HighlightedText : QPalette::Text);
+}
+
+void PaintText(QPainter& painter, const QRect& rc, const TTreeRow& row, const QStyleOptionViewItem& option) {
+    painter.setPen(TextColor(option));
     const bool bTwoLines = !row.strNote.empty() && rc.height() >= 2 * option.fontMetrics.height();
     const QRect rcName = bTwoLines ? QRect(rc.left(), rc.top(), rc.width(), rc.height() / 2) : rc;
     QFont fontNote = option.font;
@@ -149,7 +166,7 @@ void CTreeDelegate::paint(QPainter* pPainter, const QStyleOptionViewItem& option
     if (row.bClipped) PaintIcon(*pPainter, parts.rcClip, "icons/layer-clip.svg", CLIP_WIDTH);
     pPainter->setOpacity(row.bDim ? DIM : 1);
     if (row.spPicture)
-        PaintPicture(*pPainter, parts.rcPicture, *row.spPicture);
+        PaintPicture(*pPainter, parts.rcPicture, row, TextColor(option));
     else if (!row.strIcon.empty())
         PaintIcon(*pPainter, parts.rcPicture, row.strIcon, 24);
     PaintText(*pPainter, parts.rcText, row, option);

@@ -149,3 +149,25 @@ TEST(TreeParts, RowsWithoutAnEyeAreIndentedBelowTheirTitle) {
     EXPECT_GE(line.rcText.left(), title.rcText.left());
     for (const TTreeParts* p : {&plain, &title, &line}) EXPECT_EQ(p->rcText.right(), plain.rcText.right());
 }
+
+TEST(TreeParts, InkTakesTheColourOfTheText) {
+    TPicture picture{{1, 1}, {0, 0, 0, 255}};
+    CTreeModel model;
+    const auto paint = [&](bool bInk, uint8_t uLevel) {
+        std::fill_n(picture.vPixels.begin(), 3, uLevel);
+        model.SetRows({{.strText = L"", .spPicture = boost::make_shared<TPicture>(picture), .bInk = bInk}},
+                      false);
+        QImage image(60, 24, QImage::Format_RGB32);
+        image.fill(QColor(40, 40, 40));
+        QStyleOptionViewItem option;
+        option.rect = image.rect();
+        option.state = QStyle::State_Enabled;
+        option.palette.setColor(QPalette::Text, QColor(200, 210, 220));
+        QPainter painter(&image);
+        CTreeDelegate(model, {20, 20}, {}, nullptr).paint(&painter, option, model.index(0));
+        return image.pixelColor(12, 12);
+    };
+    EXPECT_EQ(paint(true, 0), QColor(200, 210, 220));
+    EXPECT_EQ(paint(true, 255), QColor(40, 40, 40)) << "the row's ground";
+    EXPECT_EQ(paint(false, 255), QColor(255, 255, 255)) << "a picture stays as it is";
+}
