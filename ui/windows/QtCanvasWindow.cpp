@@ -61,7 +61,10 @@ CQtCanvasWindow::CQtCanvasWindow(CQtMainWindow& parent, IWindowClient& client,
     m_life.Open();
 }
 
-CQtCanvasWindow::~CQtCanvasWindow() = default;
+CQtCanvasWindow::~CQtCanvasWindow() {
+    // Qt's destructor reports a change of the state, when the main window may be half destroyed.
+    disconnect(this, &QMdiSubWindow::windowStateChanged, nullptr, nullptr);
+}
 
 void CQtCanvasWindow::MakeSystemMenu() {
     auto* pMenu = new QMenu(this);
