@@ -190,7 +190,7 @@ void CMainFrame::OnConfig() {
     if (!outside.platform.dialogs.Run(m_pWindow, dialog)) return;
     m_pWindow->SetCommandTexts(MakeMenu(MENU_CANVAS));
     for (const auto& spFrame : g_lstCanvasFrame) spFrame->GetInput().SetPenCurve(curve);
-    PostToMainFrame(WM_REFRESH_HISTORY);
+    PostToMainFrame(WM_REFRESH_ALL); // panels show limits and name keys
     // A tool reads its settings when it is created.
     if (m_spActiveTool) SwitchTool(m_spActiveTool->GetToolId());
 }

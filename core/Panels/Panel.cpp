@@ -72,6 +72,9 @@ void CPanel::Close() {
 void CPanel::Refresh() {
     if (!m_pWindow) return;
     Guarded([&] { OnRefresh(); });
+    for (TPanelControl& control : m_vControls)
+        if (control.nCommand)
+            control.strTip = control.strText + m_outside.shortcuts.NameKeys(control.nCommand, L"  (", L")");
     UpdateCommands();
     m_pWindow->SetControls(m_vControls);
 }
@@ -83,11 +86,8 @@ bool CPanel::UpdateCommands() {
     for (TPanelControl& control : m_vControls) {
         if (!control.nCommand) continue;
         const bool bEnabled = IsCommandEnabled(control.nCommand);
-        const std::wstring strTip =
-            control.strText + m_outside.shortcuts.NameKeys(control.nCommand, L"  (", L")");
-        bChanged = bChanged || control.bEnabled != bEnabled || control.strTip != strTip;
+        bChanged = bChanged || control.bEnabled != bEnabled;
         control.bEnabled = bEnabled;
-        control.strTip = strTip;
     }
     return bChanged;
 }

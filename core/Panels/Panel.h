@@ -87,7 +87,7 @@ protected:
 
 private:
     boost::shared_ptr<CIniConfigData> OpenSection() const;
-    /// Sets the states and tool tips of buttons that execute commands; true when one has changed.
+    /// Sets the states of buttons that execute commands; true when one has changed.
     bool UpdateCommands();
 
     const std::wstring m_strName;
