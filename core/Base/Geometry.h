@@ -39,6 +39,7 @@ struct CRect {
     CSize Size() const { return {Width(), Height()}; }
     /// True when no pixel lies inside.
     bool IsEmpty() const { return left >= right || top >= bottom; }
+    bool Contains(CPoint pt) const { return pt.x >= left && pt.x < right && pt.y >= top && pt.y < bottom; }
     /// The intersection; empty (not necessarily normalised) when there is none.
     CRect Intersect(const CRect& rc) const {
         return {std::max(left, rc.left), std::max(top, rc.top), std::min(right, rc.right),

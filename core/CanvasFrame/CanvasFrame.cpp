@@ -185,6 +185,8 @@ std::optional<CPoint> CCanvasFrame::GetPointedPixel() const {
     return ptPixel;
 }
 
+int32_t CCanvasFrame::GetDpi() const { return m_pWindow ? m_pWindow->GetDpi() : DPI_NORMAL; }
+
 bool CCanvasFrame::IsActive() const { return g_wpActiveFrame.lock().get() == this; }
 
 void CCanvasFrame::OnFinalMessage() {

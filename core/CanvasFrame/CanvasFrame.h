@@ -37,6 +37,7 @@ public:
     uint16_t GetZoom() const override { return m_view.GetState().uZoom; }
     CPoint ToClient(CPoint ptCanvas) const override { return m_view.ToWindow8(ptCanvas); }
     CPoint ToCanvas(CPoint ptClient) const override { return m_view.ToCanvas8(ptClient); }
+    int32_t GetDpi() const override;
     CFrameInput& GetInput() { return m_input; }
 
     bool OnMessage(const TMessage& msg) override;

@@ -328,7 +328,11 @@ CRect CFrameInput::GetOverlayRect() const {
 
 void CFrameInput::InvalidateOverlay() {
     const CRect rcClient({0, 0}, m_frame.GetInputWindow().GetClientSize());
-    for (const CRect& rc : {m_rcOverlayPrev, GetOverlayRect()})
+    const auto spTool = GetTool();
+    std::optional<std::vector<CRect>> vChanges;
+    if (spTool && m_frame.IsActive() && !m_bLeft) vChanges = spTool->TakeOverlayChanges(GetMapper());
+    if (!vChanges) vChanges = {m_rcOverlayPrev, GetOverlayRect()};
+    for (const CRect& rc : *vChanges)
         if (!rc.Intersect(rcClient).IsEmpty()) m_frame.GetInputWindow().Invalidate(rc.Intersect(rcClient));
 }
 

@@ -10,13 +10,14 @@ constexpr int32_t MAX_BLOCKS = 8;
 // Path units to a pixel, as a power of two.
 constexpr int PATH_UNIT_BITS = 3;
 
-// The block of `pt` and more on its right and below it, none of which is up to date.
-CRect DirtyFrom(const CRasterBuffer& coverage, CPoint pt) {
-    const CBoolMatrix& dirty = coverage.GetDirty();
-    const CSize sz = coverage.GetBlockSize();
+// The block of `pt` and more on its right and below it inside `rcLimit`, none of which is up to date.
+CRect DirtyFrom(const CRasterBuffer& plane, CPoint pt, const CRect& rcLimit) {
+    const CBoolMatrix& dirty = plane.GetDirty();
+    const CSize sz = plane.GetBlockSize();
     const CPoint ptBlock{pt.x / sz.cx, pt.y / sz.cy};
-    const CPoint ptLimit{std::min(dirty.GetSize().cx, ptBlock.x + MAX_BLOCKS),
-                         std::min(dirty.GetSize().cy, ptBlock.y + MAX_BLOCKS)};
+    const CPoint ptLimit{
+        std::min({dirty.GetSize().cx, ptBlock.x + MAX_BLOCKS, (rcLimit.right - 1) / sz.cx + 1}),
+        std::min({dirty.GetSize().cy, ptBlock.y + MAX_BLOCKS, (rcLimit.bottom - 1) / sz.cy + 1})};
     const auto firstClean = [&](int32_t y, int32_t xEnd) {
         int32_t x = ptBlock.x;
         while (x < xEnd && dirty.At(x, y)) ++x;
@@ -28,6 +29,30 @@ CRect DirtyFrom(const CRasterBuffer& coverage, CPoint pt) {
     return {ptBlock.x * sz.cx, ptBlock.y * sz.cy, xEnd * sz.cx, yEnd * sz.cy};
 }
 
+// Rasterizes those blocks by `fnPaint` and clears their flags; returns their rectangle.
+template <class Paint>
+CRect UpdateBlocks(CAlphaBufferImpl<uint8_t>& plane, CPoint pt, const CRect& rcLimit, Paint fnPaint) {
+    const CRect rc = DirtyFrom(plane, pt, rcLimit);
+    // A tile of its own takes the paths, so that one that fails leaves the old coverage and the flags.
+    CAlphaBlock8 all;
+    all.Create(rc.Size(), rc.TopLeft());
+    fnPaint(all, rc);
+    plane.ForEachBlockIn(rc, [&](CPoint ptBlock) {
+        auto spTile = boost::static_pointer_cast<CAlphaBlock8>(plane.CreateBlock(ptBlock));
+        spTile->PasteFrom(all, all.GetPosition());
+        if (spTile->IsAll(0)) spTile.reset();
+        plane.SetBlock(ptBlock, spTile);
+        plane.ClearDirty(ptBlock);
+    });
+    return rc;
+}
+
+boost::shared_ptr<CAlphaBufferImpl<uint8_t>> CreatePlane(CSize sz) {
+    auto pPlane = boost::make_shared<CAlphaBufferImpl<uint8_t>>();
+    pPlane->Create(sz, DEFAULT_BLOCKSIZE);
+    return pPlane;
+}
+
 } // namespace
 
 // The filter spreads coverage by one pixel.
@@ -37,21 +62,48 @@ CRect CoveredPixels(const CRect& rcPath) {
             ((rcPath.right - 1) >> PATH_UNIT_BITS) + 2, ((rcPath.bottom - 1) >> PATH_UNIT_BITS) + 2};
 }
 
-CRect UpdateCoverage(CAlphaBufferImpl<uint8_t>& coverage, CPoint pt, const TPathList& lstPaths,
-                     CPathFill& fill) {
-    const CRect rc = DirtyFrom(coverage, pt);
-    // A tile of its own takes the paths, so that one that fails leaves the old coverage and the flags.
-    CAlphaBlock8 all;
-    all.Create(rc.Size(), rc.TopLeft());
+CPathCoverage::CPathCoverage(CSize sz, TColor color) : m_pPlane(CreatePlane(sz)) {
+    m_pPlane->SetColor(color);
+}
+
+void CPathCoverage::Invalidate(const CRect& rcPath, const CPathObject* pPath) {
+    m_pPlane->MarkDirty(CoveredPixels(rcPath));
+    if (m_pRest && pPath != m_spLive.get()) m_pRest->MarkDirty(CoveredPixels(rcPath));
+}
+
+void CPathCoverage::SetLivePath(const boost::shared_ptr<CPathObject>& spPath) {
+    if (m_spLive == spPath) return;
+    boost::shared_ptr<CAlphaBufferImpl<uint8_t>> pRest;
+    if (spPath) {
+        pRest = CreatePlane(m_pPlane->GetSize());
+        pRest->GetDirty().Fill(true);
+    }
+    m_spLive = spPath;
+    m_pRest = pRest;
+}
+
+void CPathCoverage::PaintRest(CAlphaBlock8& tile, const TPathList& lstPaths) {
+    const CRect rc = tile.GetRect();
     for (const auto& spPath : lstPaths)
-        if (!CoveredPixels(spPath->RectIncludingPath()).Intersect(rc).IsEmpty())
-            spPath->RasterizePath(fill, coverage.GetSize(), all);
-    coverage.ForEachBlockIn(rc, [&](CPoint ptBlock) {
-        auto spTile = boost::static_pointer_cast<CAlphaBlock8>(coverage.CreateBlock(ptBlock));
-        spTile->PasteFrom(all, all.GetPosition());
-        if (spTile->IsAll(0)) spTile.reset();
-        coverage.SetBlock(ptBlock, spTile);
-        coverage.ClearDirty(ptBlock);
-    });
-    return rc;
+        if (spPath != m_spLive && !CoveredPixels(spPath->RectIncludingPath()).Intersect(rc).IsEmpty())
+            spPath->RasterizePath(m_fill, m_pPlane->GetSize(), tile);
+}
+
+CRect CPathCoverage::Update(CPoint pt, const TPathList& lstPaths) {
+    const auto paintRest = [&](CAlphaBlock8& tile, const CRect&) { PaintRest(tile, lstPaths); };
+    const auto paintAll = [&](CAlphaBlock8& tile, const CRect& rc) {
+        if (!m_pRest) return PaintRest(tile, lstPaths);
+        m_pRest->ForEachBlockIn(rc, [&](CPoint ptBlock) {
+            if (m_pRest->DirtyAt(ptBlock)) UpdateBlocks(*m_pRest, ptBlock, rc, paintRest);
+            if (const auto spTile = m_pRest->GetBlock(ptBlock, false))
+                tile.PasteFrom(static_cast<const CAlphaBlock8&>(*spTile), spTile->GetPosition());
+        });
+        m_spLive->RasterizePath(m_fill, m_pPlane->GetSize(), tile, STATE_LIVE);
+    };
+    return UpdateBlocks(*m_pPlane, pt, m_pPlane->GetRect(), paintAll);
+}
+
+void CPathCoverage::Clear() {
+    SetLivePath({});
+    m_pPlane->Clear();
 }

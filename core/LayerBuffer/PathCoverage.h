@@ -1,18 +1,39 @@
 // The coverage of a vector layer's paths, rasterized block by block.
 #pragma once
 
-#include "core/PathObject/PathObject.h"
+#include "core/LayerBuffer/PathIndex.h"
 #include "core/RasterBuffer/AlphaBuffer.h"
-
-#include <list>
-
-using TPathList = std::list<boost::shared_ptr<CPathObject>>;
 
 /// The canvas pixels that coverage inside a box of path units reaches; empty for an empty box.
 CRect CoveredPixels(const CRect& rcPath);
 
-/// Rasterizes the block of `pt`, which is flagged, and flagged ones on its right and below it anew, and
-/// clears their flags. Returns the rectangle of these blocks. After a failure coverage and flags are as they
-/// were.
-CRect UpdateCoverage(CAlphaBufferImpl<uint8_t>& coverage, CPoint pt, const TPathList& lstPaths,
-                     CPathFill& fill);
+/// A plane of the canvas's size with the committed shapes of all paths. One of them, the live path, is
+/// painted as its drag shows it: the coverage of the others is kept apart, so that only this path is
+/// rasterized again when it moves.
+class CPathCoverage : boost::noncopyable {
+public:
+    CPathCoverage(CSize sz, TColor color);
+
+    /// The coverage; its ink is the layer's colour, its flags mark what is not up to date.
+    CAlphaBufferImpl<uint8_t>& GetPlane() { return *m_pPlane; }
+    const CAlphaBufferImpl<uint8_t>& GetPlane() const { return *m_pPlane; }
+    /// Flags the blocks that `path`, or any path for null, covers inside a box of path units.
+    void Invalidate(const CRect& rcPath, const CPathObject* pPath);
+    /// Chooses the live path, which must be one of the layer's; null for none.
+    void SetLivePath(const boost::shared_ptr<CPathObject>& spPath);
+    const boost::shared_ptr<CPathObject>& GetLivePath() const { return m_spLive; }
+    /// Rasterizes the block of `pt`, which is flagged, and flagged ones on its right and below it anew, and
+    /// clears their flags. Returns the rectangle of these blocks. After a failure coverage and flags are as
+    /// they were.
+    CRect Update(CPoint pt, const TPathList& lstPaths);
+    /// Releases the tiles; only the blocks that are flagged afterwards are rasterized again.
+    void Clear();
+
+private:
+    void PaintRest(CAlphaBlock8& tile, const TPathList& lstPaths);
+
+    CPathFill m_fill;
+    boost::shared_ptr<CAlphaBufferImpl<uint8_t>> m_pPlane;
+    boost::shared_ptr<CPathObject> m_spLive;
+    boost::shared_ptr<CAlphaBufferImpl<uint8_t>> m_pRest; ///< all paths but the live one; null without one
+};

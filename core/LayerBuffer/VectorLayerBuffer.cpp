@@ -13,9 +13,7 @@ void CVectorLayerBuffer::Create(const TCanvasPtr& spCanvas) {
 }
 
 void CVectorLayerBuffer::CreateCoverage(TColor color) {
-    m_pCoverage = boost::make_shared<CAlphaBufferImpl<uint8_t>>();
-    m_pCoverage->Create(GetSize(), DEFAULT_BLOCKSIZE);
-    m_pCoverage->SetColor(color);
+    m_pCoverage = std::make_unique<CPathCoverage>(GetSize(), color);
     InvalidatePaths();
 }
 
@@ -30,54 +28,94 @@ void CVectorLayerBuffer::Resize(CSize sz, const TLayerChange& change) {
 }
 
 boost::shared_ptr<CRasterBlockBuffer> CVectorLayerBuffer::CreateFlatBlock() {
-    m_pCoverage->ForEachBlock([&](CPoint pt) { PrepareOwn(pt); });
-    return m_pCoverage->ExtractBlock(m_pCoverage->GetRect(), false, nullptr);
+    CAlphaBufferImpl<uint8_t>& plane = m_pCoverage->GetPlane();
+    plane.ForEachBlock([&](CPoint pt) { PrepareOwn(pt); });
+    return plane.ExtractBlock(plane.GetRect(), false, nullptr);
 }
 
 bool CVectorLayerBuffer::PrepareOwn(CPoint pt) {
-    if (m_pCoverage->DirtyAt(pt)) {
+    CAlphaBufferImpl<uint8_t>& plane = m_pCoverage->GetPlane();
+    if (plane.DirtyAt(pt)) {
         // The flags of a block that nobody asked for yet may not have been gathered.
-        m_pCoverage->ForEachBlockIn(UpdateCoverage(*m_pCoverage, pt, m_lstPaths, m_fill), [&](CPoint ptDone) {
+        plane.ForEachBlockIn(m_pCoverage->Update(pt, m_lstPaths), [&](CPoint ptDone) {
             GetDrawBuffer()->GetDirty().Add(ptDone.x / DEFAULT_BLOCKSIZE.cx, ptDone.y / DEFAULT_BLOCKSIZE.cy);
         });
     }
-    return m_pCoverage->GetBlock(pt, false) != nullptr;
+    return plane.GetBlock(pt, false) != nullptr;
 }
 
 void CVectorLayerBuffer::RenderOwn(CRasterBlockBuffer& dest) const {
-    m_pCoverage->BlendBlockInto(dest, nullptr);
+    m_pCoverage->GetPlane().BlendBlockInto(dest, nullptr);
 }
 
 bool CVectorLayerBuffer::MayPaintAt(CPoint pt) const {
-    return m_pCoverage->DirtyAt(pt) || m_pCoverage->HasBlock(pt);
+    return m_pCoverage->GetPlane().DirtyAt(pt) || m_pCoverage->GetPlane().HasBlock(pt);
 }
 
 void CVectorLayerBuffer::GetChangeMatrix(CBoolMatrix& matrix) {
     // Paths of a hidden layer are rasterized when the layer is shown.
-    if (IsVisible()) m_pCoverage->GetDirty().PassTo(matrix);
+    if (IsVisible()) m_pCoverage->GetPlane().GetDirty().PassTo(matrix);
 }
 
 // A layer that was hidden has nothing in its draw buffer.
 void CVectorLayerBuffer::AddHiddenTo(CBoolMatrix& matrix) const {
-    m_pCoverage->AddTilesTo(matrix);
-    matrix.Or(m_pCoverage->GetDirty());
+    m_pCoverage->GetPlane().AddTilesTo(matrix);
+    matrix.Or(m_pCoverage->GetPlane().GetDirty());
 }
 
 void CVectorLayerBuffer::InsertPath(const boost::shared_ptr<CPathObject>& spPath, int idx) {
     const bool bInside = idx >= 0 && static_cast<size_t>(idx) < m_lstPaths.size();
     m_lstPaths.insert(bInside ? std::next(m_lstPaths.begin(), idx) : m_lstPaths.end(), spPath);
     spPath->SetLayer(boost::static_pointer_cast<CVectorLayerBuffer>(shared_from_this()));
+    m_index.Insert(spPath);
+    if (bInside) m_index.Sort(m_lstPaths);
+    m_rcReachChange = m_rcReachChange.Union(spPath->GetReach());
     InvalidatePath(spPath->RectIncludingPath());
 }
 
-void CVectorLayerBuffer::InvalidatePath(const CRect& rc) { m_pCoverage->MarkDirty(CoveredPixels(rc)); }
+int CVectorLayerBuffer::RemovePath(const boost::shared_ptr<CPathObject>& spPath) {
+    const auto it = std::find(m_lstPaths.begin(), m_lstPaths.end(), spPath);
+    if (it == m_lstPaths.end()) return -1;
+    const auto idx = static_cast<int>(std::distance(m_lstPaths.begin(), it));
+    if (m_pCoverage->GetLivePath() == spPath) m_pCoverage->SetLivePath({});
+    m_rcReachChange = m_rcReachChange.Union(spPath->GetReach());
+    for (const size_t state : {STATE_COMMITTED, STATE_LIVE}) InvalidatePath(spPath->RectIncludingPath(state));
+    m_index.Remove(*spPath);
+    spPath->SetLayer({});
+    m_lstPaths.erase(it);
+    return idx;
+}
+
+void CVectorLayerBuffer::OnPathChanged(const CPathObject& path, std::initializer_list<CRect> lstChanged) {
+    for (const CRect& rc : lstChanged) m_pCoverage->Invalidate(rc, &path);
+    m_rcReachChange = m_rcReachChange.Union(m_index.Refresh(path)).Union(path.GetReach());
+}
+
+boost::shared_ptr<CPathObject> CVectorLayerBuffer::GetSelectedPath() const {
+    const auto spPath = m_wpSelectedPath.lock();
+    return spPath && HasPath(*spPath) ? spPath : nullptr;
+}
+
+boost::shared_ptr<CPathControlPoint> CVectorLayerBuffer::GetSelectedPoint() const {
+    const auto spPath = GetSelectedPath();
+    const auto spPoint = m_wpSelectedPoint.lock();
+    return spPath && spPoint && spPath->GetStream().Contains(*spPoint) ? spPoint : nullptr;
+}
+
+void CVectorLayerBuffer::SelectPath(const boost::shared_ptr<CPathObject>& spPath,
+                                    const boost::shared_ptr<CPathControlPoint>& spPoint) {
+    for (const auto& spShown : {GetSelectedPath(), spPath})
+        if (spShown) m_rcReachChange = m_rcReachChange.Union(spShown->GetReach());
+    m_wpSelectedPath = spPath;
+    m_wpSelectedPoint = spPoint;
+}
 
 void CVectorLayerBuffer::SetLayerColor(TColor color, bool bHistory) {
     if (bHistory && color != GetLayerColor())
         GetCanvas()->GetHistory().Register(boost::make_shared<SetLayerColorHistory>(
             L"レイヤーカラー変更", boost::static_pointer_cast<CVectorLayerBuffer>(shared_from_this()),
             GetLayerColor(), color));
-    m_pCoverage->SetColor(color);
+    m_pCoverage->GetPlane().SetColor(color);
     GetPicture().MarkPicture();
 }
 

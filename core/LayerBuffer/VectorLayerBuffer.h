@@ -4,6 +4,10 @@
 #include "core/LayerBuffer/LayerBuffer.h"
 #include "core/LayerBuffer/PathCoverage.h"
 
+#include <memory>
+#include <utility>
+#include <vector>
+
 class CVectorLayerBuffer : public CLayerBuffer, public IVectorLayer {
 public:
     static constexpr uint32_t CHUNK_TAG = MakeTag("LAYV");
@@ -27,11 +31,30 @@ public:
     /// Puts a path among the others, at the place `idx` from the bottom or on top for -1, and flags the
     /// blocks that it can touch.
     void InsertPath(const boost::shared_ptr<CPathObject>& spPath, int idx = -1);
-    /// Flags the blocks that a path's coverage reaches, to be rasterized anew.
-    void InvalidatePath(const CRect& rc) override;
+    /// Removes a path and returns its place from the bottom; -1 for a path that is not on the layer.
+    int RemovePath(const boost::shared_ptr<CPathObject>& spPath);
+    bool HasPath(const CPathObject& path) const { return m_index.Contains(path); }
+    /// The paths whose reach (handles and marks included) meets a rectangle of path units, the lowest first.
+    std::vector<boost::shared_ptr<CPathObject>> FindPaths(const CRect& rc) const { return m_index.Find(rc); }
+    /// The box around the reach of all paths.
+    CRect GetPathsReach() const { return m_index.GetBounds(); }
+    /// The box around all paths' reach that changed since the last call, before and after.
+    CRect TakeReachChange() { return std::exchange(m_rcReachChange, CRect()); }
+    /// Chooses the path that is painted in its live state, while the others are not rasterized again; null
+    /// for none.
+    void SetLivePath(const boost::shared_ptr<CPathObject>& spPath) { m_pCoverage->SetLivePath(spPath); }
+    /// The path and its point that the user has selected; null for none, or when they have left the layer.
+    /// Not part of the document.
+    boost::shared_ptr<CPathObject> GetSelectedPath() const;
+    boost::shared_ptr<CPathControlPoint> GetSelectedPoint() const;
+    void SelectPath(const boost::shared_ptr<CPathObject>& spPath,
+                    const boost::shared_ptr<CPathControlPoint>& spPoint = {});
+    void OnPathChanged(const CPathObject& path, std::initializer_list<CRect> lstChanged) override;
+    /// Flags the blocks that coverage inside a box of path units reaches, to be rasterized anew.
+    void InvalidatePath(const CRect& rc) { m_pCoverage->Invalidate(rc, nullptr); }
 
     /// The one colour of all paths, white for a new layer.
-    TColor GetLayerColor() const { return m_pCoverage->GetColor(); }
+    TColor GetLayerColor() const { return m_pCoverage->GetPlane().GetColor(); }
     /// Sets it and flags the picture; an undoable action with `bHistory`.
     void SetLayerColor(TColor color, bool bHistory = false);
 
@@ -49,8 +72,11 @@ private:
     void InvalidatePaths();
 
     TPathList m_lstPaths;
-    CPathFill m_fill;
-    boost::shared_ptr<CAlphaBufferImpl<uint8_t>> m_pCoverage; ///< all paths, its ink the layer's colour
+    CPathIndex m_index;
+    std::unique_ptr<CPathCoverage> m_pCoverage;
+    CRect m_rcReachChange;
+    boost::weak_ptr<CPathObject> m_wpSelectedPath;
+    boost::weak_ptr<CPathControlPoint> m_wpSelectedPoint;
 };
 
 /// A new vector layer of the canvas's size, in no tree yet.

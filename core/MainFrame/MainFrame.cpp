@@ -272,6 +272,11 @@ void CMainFrame::OnPenEnd(bool bEraser) {
     if (bEraser == m_bEraserEnd || !m_spActiveTool) return;
     const auto spFrame = g_wpActiveFrame.lock();
     if (m_spActiveTool->TellProximity(false) && spFrame) spFrame->RequestRedraw();
+    if (m_spActiveTool->OnPenEnd(bEraser)) {
+        m_bEraserEnd = bEraser;
+        m_nToolBeforeEraser = 0;
+        return;
+    }
     const int nNow = m_spActiveTool->GetToolId();
     // A tool that the user selected while the eraser was near stays active.
     if (bEraser != (nNow == TOOL_ERASER) && (bEraser || m_nToolBeforeEraser != 0))

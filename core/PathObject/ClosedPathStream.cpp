@@ -4,14 +4,15 @@
 
 #include <boost/make_shared.hpp>
 
-CRect CClosedPathStream::RectIncludingPath() const {
+CRect CClosedPathStream::RectIncludingPath(size_t state) const {
     if (m_lstControlPoint.empty()) throw internal_error(L"RectIncludingPath: zero anchor");
-    return BezierBounds(BezierPoints(STATE_COMMITTED));
+    return BezierBounds(BezierPoints(state));
 }
 
-void CClosedPathStream::RasterizePath(CPathFill& fill, CSize szPlane, CAlphaBlock8& tile) const {
+void CClosedPathStream::RasterizePath(CPathFill& fill, CSize szPlane, CAlphaBlock8& tile,
+                                      size_t state) const {
     if (m_lstControlPoint.empty()) throw internal_error(L"RasterizePath: zero anchor");
-    fill.FillTile(BezierPoints(STATE_COMMITTED), {{}, szPlane}, tile);
+    fill.FillTile(BezierPoints(state), {{}, szPlane}, tile);
 }
 
 void CClosedPathStream::DrawOutline(IPathDevice& device, const TPathMapper& mapper,
@@ -23,7 +24,7 @@ void CClosedPathStream::DrawOutline(IPathDevice& device, const TPathMapper& mapp
 }
 
 TPathHit CClosedPathStream::HitControlPoints(const TPathPick& pick, bool bAnchor, bool bHandle, bool) const {
-    return HitPoints(m_lstControlPoint, pick, bAnchor, bHandle);
+    return HitAnchors(pick, bAnchor, bHandle);
 }
 
 CSerializer CClosedPathStream::Serialize() const {

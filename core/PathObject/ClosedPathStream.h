@@ -10,8 +10,8 @@ public:
 
     void Update() override {}
     void UpdateDrag() override {}
-    CRect RectIncludingPath() const override;
-    void RasterizePath(CPathFill& fill, CSize szPlane, CAlphaBlock8& tile) const override;
+    CRect RectIncludingPath(size_t state) const override;
+    void RasterizePath(CPathFill& fill, CSize szPlane, CAlphaBlock8& tile, size_t state) const override;
     void DrawOutline(IPathDevice& device, const TPathMapper& mapper, const TPathSelection& selection,
                      TColor color, bool bOutline) const override;
     TPathHit HitControlPoints(const TPathPick& pick, bool bAnchor, bool bHandle, bool bTerm) const override;
@@ -20,6 +20,7 @@ public:
     boost::shared_ptr<TPathSnapshot> CreateSnapshot() const override;
     void ApplySnapshot(const TPathSnapshot& snapshot) override;
     std::pair<uint32_t, uint32_t> GetWidthRange(uint32_t, size_t) const override { return {0, 0}; }
+    std::pair<uint32_t, uint32_t> GetTransRange(uint32_t, size_t) const override { return {0, 0}; }
 
 protected:
     bool IsClosed() const override { return true; }

@@ -23,6 +23,9 @@ public:
     T& operator[](size_t state) { return m_aValue[state]; }
     const T& operator[](size_t state) const { return m_aValue[state]; }
     void Set(const T& value) { m_aValue = {value, value}; }
+    /// Ends a drag: the live value becomes the committed one, or the other way round.
+    void Commit() { m_aValue[0] = m_aValue[1]; }
+    void Cancel() { m_aValue[1] = m_aValue[0]; }
     bool IsSettled() const { return m_aValue[0] == m_aValue[1]; }
 
     friend bool operator==(const CDualValue&, const CDualValue&) = default;

@@ -62,6 +62,19 @@ TPoints SortedByParameter(TPoints vPoints, size_t state) {
     return vPoints;
 }
 
+// The first and the last parameter that a mark at `t` reaches without passing another. Marks at one parameter
+// would become one.
+template <class TPoints>
+std::pair<uint32_t, uint32_t> RangeAmong(const TPoints& vPoints, uint32_t t, size_t state, uint32_t tLast) {
+    std::pair<uint32_t, uint32_t> range{0, std::max(t, tLast)};
+    for (const auto& spPoint : vPoints) {
+        const uint32_t tPoint = spPoint->GetParameter()[state];
+        if (tPoint < t) range.first = std::max(range.first, tPoint + 1);
+        if (tPoint > t) range.second = std::min(range.second, tPoint - 1);
+    }
+    return range;
+}
+
 // The new parameter after the segment before the anchor `idx` was divided at the fraction `f`.
 uint32_t AfterInsertion(uint32_t t, size_t idx, uint32_t f) {
     const uint32_t tDivided = static_cast<uint32_t>(idx == 0 ? 0 : idx - 1) * BEZIER_T_RESOLUTION;
@@ -74,18 +87,15 @@ uint32_t AfterInsertion(uint32_t t, size_t idx, uint32_t f) {
            (uRest == 0 ? 0 : static_cast<uint32_t>(MulDiv(uFraction - f, BEZIER_T_RESOLUTION, uRest)));
 }
 
-// The new parameters after an anchor was removed: the segments beside it become one, whose marks are
-// dropped.
-struct TRemoval {
-    uint32_t tBegin; ///< marks from here to tEnd are removed; the anchors at both ends keep theirs
-    uint32_t tEnd;
-    bool bFirst; ///< the path's first or last anchor is removed together with its position
-    bool bLast;
+// The marks of the segment that is removed with the path's first or last anchor.
+struct TEndRemoval {
+    uint32_t tBegin; ///< of that segment
+    bool bFirst;     ///< the first anchor is removed
 
     bool Drops(uint32_t t) const {
-        return (t > tBegin || bFirst) && (t < tEnd || bLast) && t >= tBegin && t <= tEnd;
+        const uint32_t tEnd = tBegin + BEZIER_T_RESOLUTION;
+        return bFirst ? t < tEnd : t > tBegin;
     }
-    uint32_t Moved(uint32_t t) const { return t >= tEnd ? t - BEZIER_T_RESOLUTION : t; }
 };
 
 } // namespace
@@ -186,19 +196,35 @@ void COpenPathStream::UpdateDrag() {
     Rebuild(STATE_LIVE);
 }
 
-CRect COpenPathStream::RectIncludingPath() const {
+void COpenPathStream::Commit() {
+    CPathStreamImpl::Commit();
+    for (const auto& spPoint : m_vWidth) spPoint->Commit();
+    for (const auto& spPoint : m_vTrans) spPoint->Commit();
+    m_spBegin->Commit();
+    m_spEnd->Commit();
+}
+
+void COpenPathStream::Cancel() {
+    CPathStreamImpl::Cancel();
+    for (const auto& spPoint : m_vWidth) spPoint->Cancel();
+    for (const auto& spPoint : m_vTrans) spPoint->Cancel();
+    m_spBegin->Cancel();
+    m_spEnd->Cancel();
+}
+
+CRect COpenPathStream::RectIncludingPath(size_t state) const {
     if (m_lstControlPoint.empty()) throw internal_error(L"RectIncludingPath: zero anchor");
     CRect rc;
-    for (const TStretchOutline& stretch : GetOutline(STATE_COMMITTED)) {
+    for (const TStretchOutline& stretch : GetOutline(state)) {
         rc = rc.Union(BezierBounds(stretch.vCurve));
         for (const TPolyBezier& vFold : stretch.vFolds) rc = rc.Union(BezierBounds(vFold));
     }
     return rc;
 }
 
-void COpenPathStream::RasterizePath(CPathFill& fill, CSize szPlane, CAlphaBlock8& tile) const {
+void COpenPathStream::RasterizePath(CPathFill& fill, CSize szPlane, CAlphaBlock8& tile, size_t state) const {
     if (m_lstControlPoint.empty()) throw internal_error(L"RasterizePath: zero anchor");
-    for (const TStretchOutline& stretch : GetOutline(STATE_COMMITTED)) {
+    for (const TStretchOutline& stretch : GetOutline(state)) {
         std::vector<CPathFill::TOutline> vShape{stretch.vCurve};
         vShape.insert(vShape.end(), stretch.vFolds.begin(), stretch.vFolds.end());
         fill.FillTile(vShape, {{}, szPlane}, tile);
@@ -223,9 +249,9 @@ void COpenPathStream::DrawOutline(IPathDevice& device, const TPathMapper& mapper
 
 TPathHit COpenPathStream::HitControlPoints(const TPathPick& pick, bool bAnchor, bool bHandle,
                                            bool bTerm) const {
-    TPathHit hit = HitPoints(m_lstControlPoint, pick, bAnchor, bHandle);
-    if (!hit) hit = HitPoints(m_vWidth, pick, bHandle, bHandle);
-    if (!hit) hit = HitPoints(m_vTrans, pick, bHandle, bHandle);
+    TPathHit hit = HitAnchors(pick, bAnchor, bHandle);
+    if (!hit) hit = HitPoints(m_vWidth, pick, bTerm, bTerm);
+    if (!hit) hit = HitPoints(m_vTrans, pick, bTerm, bTerm);
     if (!hit) hit = HitPoints(std::array{m_spBegin, m_spEnd}, pick, false, bTerm);
     return hit;
 }
@@ -287,21 +313,18 @@ boost::shared_ptr<TPathSnapshot> COpenPathStream::CreateSnapshot() const {
 void COpenPathStream::ApplySnapshot(const TPathSnapshot& snapshot) {
     const auto& open = dynamic_cast<const TOpenPathSnapshot&>(snapshot);
     m_lstControlPoint = open.lstControlPoint;
-    m_vWidth = open.vWidth;
-    m_vTrans = open.vTrans;
+    SetWidthPoints(open.vWidth);
+    SetTransPoints(open.vTrans);
     CDeserializer reader(open.chunk);
     Deserialize(reader);
 }
 
 std::pair<uint32_t, uint32_t> COpenPathStream::GetWidthRange(uint32_t t, size_t state) const {
-    std::pair<uint32_t, uint32_t> range{0, std::max(t, LastParameter(GetAnchors(state)))};
-    for (const auto& spPoint : m_vWidth) {
-        // Points at one parameter would become one.
-        const uint32_t tPoint = spPoint->GetParameter()[state];
-        if (tPoint < t) range.first = std::max(range.first, tPoint + 1);
-        if (tPoint > t) range.second = std::min(range.second, tPoint - 1);
-    }
-    return range;
+    return RangeAmong(m_vWidth, t, state, LastParameter(GetAnchors(state)));
+}
+
+std::pair<uint32_t, uint32_t> COpenPathStream::GetTransRange(uint32_t t, size_t state) const {
+    return RangeAmong(m_vTrans, t, state, LastParameter(GetAnchors(state)));
 }
 
 void COpenPathStream::SetWave(bool bEnable, const TOutlineWave& wave) {
@@ -327,6 +350,27 @@ boost::shared_ptr<CPathTransControlPoint> COpenPathStream::AddTransPoint(uint32_
     return m_vTrans.back();
 }
 
+void COpenPathStream::SetWidthPoints(TWidthPoints vWidth) {
+    for (const auto& spPoint : vWidth) spPoint->SetLine(weak_from_this());
+    m_vWidth = std::move(vWidth);
+}
+
+void COpenPathStream::SetTransPoints(TTransPoints vTrans) {
+    for (const auto& spPoint : vTrans) spPoint->SetLine(weak_from_this());
+    m_vTrans = std::move(vTrans);
+}
+
+std::array<uint32_t, 2> COpenPathStream::GetWidthsAt(uint32_t t, size_t state) const {
+    TOutlineSource source = GetSource(state);
+    const CTermAtState begin(*m_spBegin, state);
+    const CTermAtState end(*m_spEnd, state);
+    source.pBegin = &begin;
+    source.pEnd = &end;
+    std::array<uint32_t, 2> auWidth = TaperedWidthsAt(source, std::min(t, LastParameter(source.vAnchors)));
+    for (uint32_t& uWidth : auWidth) uWidth = (uWidth + OUTLINE_UNIT / 2) / OUTLINE_UNIT;
+    return auWidth;
+}
+
 void COpenPathStream::SetTerm(const boost::shared_ptr<COpenPathTermBase>& spTerm) {
     (spTerm->IsBegin() ? m_spBegin : m_spEnd) = spTerm;
 }
@@ -341,13 +385,54 @@ void COpenPathStream::OnInserted(size_t idx, uint32_t f) {
     std::for_each(m_vTrans.begin(), m_vTrans.end(), move);
 }
 
+// The segments beside an inner anchor become one; their marks move to the nearest places of it, in their
+// order and at least a unit apart. Marks at its ends stay there.
+template <class TPoints>
+void COpenPathStream::KeepOnMerged(const TPoints& vMarks, size_t idx) {
+    const uint32_t tBegin = static_cast<uint32_t>(idx - 1) * BEZIER_T_RESOLUTION;
+    const uint32_t tEnd = tBegin + 2 * BEZIER_T_RESOLUTION;
+    std::vector<CDualValue<uint32_t>> vPlaces;
+    for (const auto& spMark : vMarks) vPlaces.push_back(spMark->GetParameter());
+    for (const size_t state : {STATE_COMMITTED, STATE_LIVE}) {
+        const TPoints vSorted = SortedByParameter(vMarks, state);
+        const std::vector<CBezier> vMerged{
+            SegmentOf(GetControlPoint(idx - 1)->At(state), GetControlPoint(idx + 1)->At(state))};
+        TPoints vInside;
+        for (const auto& spMark : vSorted) {
+            const uint32_t t = spMark->GetParameter()[state];
+            if (t > tBegin && t < tEnd) vInside.push_back(spMark);
+        }
+        std::vector<uint32_t> vNew(vInside.size());
+        const auto nLeast = [](size_t i) { return static_cast<uint32_t>(i + 1); };
+        for (size_t i = 0; i < vInside.size(); ++i) {
+            const uint32_t t = vInside[i]->GetParameter()[state];
+            const uint32_t f = SearchNearOnLine(vMerged, PointAt(t, state)).t;
+            vNew[i] = std::max(f, i == 0 ? nLeast(0) : vNew[i - 1] + 1);
+        }
+        for (size_t i = vInside.size(); i-- > 0;)
+            vNew[i] = std::min(vNew[i], i + 1 == vInside.size() ? BEZIER_T_RESOLUTION - 1 : vNew[i + 1] - 1);
+        for (size_t m = 0; m < vMarks.size(); ++m) {
+            const auto it = std::find(vInside.begin(), vInside.end(), vMarks[m]);
+            uint32_t& t = vPlaces[m][state];
+            if (it != vInside.end())
+                t = tBegin + vNew[static_cast<size_t>(it - vInside.begin())];
+            else if (t >= tEnd)
+                t -= BEZIER_T_RESOLUTION;
+        }
+    }
+    for (size_t m = 0; m < vMarks.size(); ++m) vMarks[m]->SetParameter(vPlaces[m]);
+}
+
 void COpenPathStream::OnRemoving(size_t idx) {
     const size_t nCount = m_lstControlPoint.size();
     if (nCount == 1) throw internal_error(L"RemoveControlPoint: zero anchor");
+    if (idx != 0 && idx + 1 != nCount) {
+        KeepOnMerged(m_vWidth, idx);
+        KeepOnMerged(m_vTrans, idx);
+        return;
+    }
     const bool bFirst = idx == 0;
-    const bool bLast = idx + 1 == nCount;
-    const TRemoval removal{static_cast<uint32_t>(bFirst ? 0 : idx - 1) * BEZIER_T_RESOLUTION,
-                           static_cast<uint32_t>(bLast ? idx : idx + 1) * BEZIER_T_RESOLUTION, bFirst, bLast};
+    const TEndRemoval removal{bFirst ? 0 : static_cast<uint32_t>(idx - 1) * BEZIER_T_RESOLUTION, bFirst};
     const auto drops = [&](const auto& spMark) {
         return removal.Drops(spMark->GetParameter()[STATE_COMMITTED]);
     };
@@ -359,9 +444,10 @@ void COpenPathStream::OnRemoving(size_t idx) {
         if (!drops(vSorted[i]) && !drops(vSorted[i + 1])) lst.insert(lst.end(), {vSorted[i], vSorted[i + 1]});
     SELF_CHECK(defect_logic, lst.size() % 2 == 0);
     m_vTrans = std::move(lst);
-    const auto move = [&](const auto& spMark) {
+    if (!bFirst) return;
+    const auto move = [](const auto& spMark) {
         CDualValue<uint32_t> t = spMark->GetParameter();
-        for (const size_t state : {STATE_COMMITTED, STATE_LIVE}) t[state] = removal.Moved(t[state]);
+        for (const size_t state : {STATE_COMMITTED, STATE_LIVE}) t[state] -= BEZIER_T_RESOLUTION;
         spMark->SetParameter(t);
     };
     std::for_each(m_vWidth.begin(), m_vWidth.end(), move);

@@ -21,8 +21,10 @@ public:
     bool IsStorable() const override {
         return IsStorableWidth(m_uWidth) && IsStorableWidth(m_wave.uWidth) && CPathStreamImpl::IsStorable();
     }
-    CRect RectIncludingPath() const override;
-    void RasterizePath(CPathFill& fill, CSize szPlane, CAlphaBlock8& tile) const override;
+    void Commit() override;
+    void Cancel() override;
+    CRect RectIncludingPath(size_t state) const override;
+    void RasterizePath(CPathFill& fill, CSize szPlane, CAlphaBlock8& tile, size_t state) const override;
     void DrawOutline(IPathDevice& device, const TPathMapper& mapper, const TPathSelection& selection,
                      TColor color, bool bOutline) const override;
     TPathHit HitControlPoints(const TPathPick& pick, bool bAnchor, bool bHandle, bool bTerm) const override;
@@ -31,6 +33,7 @@ public:
     boost::shared_ptr<TPathSnapshot> CreateSnapshot() const override;
     void ApplySnapshot(const TPathSnapshot& snapshot) override;
     std::pair<uint32_t, uint32_t> GetWidthRange(uint32_t t, size_t state) const override;
+    std::pair<uint32_t, uint32_t> GetTransRange(uint32_t t, size_t state) const override;
 
     /// The outlines of a state, one for each visible stretch.
     const TOutlines& GetOutline(size_t state) const { return *m_aspOutline[state]; }
@@ -38,10 +41,19 @@ public:
     uint32_t GetWidth() const { return m_uWidth; }
     void SetWidth(uint32_t uWidth) { m_uWidth = uWidth; }
     void SetWave(bool bEnable, const TOutlineWave& wave);
+    bool HasWave() const { return m_bWave; }
+    /// The wave's step and strength, also while it is off.
+    const TOutlineWave& GetWave() const { return m_wave; }
     /// In order of creation.
     const TWidthPoints& GetWidthPoints() const { return m_vWidth; }
     const TTransPoints& GetTransPoints() const { return m_vTrans; }
-    void SetTransPoints(TTransPoints vTrans) { m_vTrans = std::move(vTrans); }
+    /// Replaces the marks, which may come from another path or from none. Multiples of width points refer
+    /// to this path's base width from now on. Cuts must come in pairs.
+    void SetWidthPoints(TWidthPoints vWidth);
+    void SetTransPoints(TTransPoints vTrans);
+    /// The half-widths at `t` by side: between the width points eased over the arc length, towards the ends
+    /// as these shape them, without the wave.
+    std::array<uint32_t, 2> GetWidthsAt(uint32_t t, size_t state) const;
     /// Adds a point with multiples 1.0, or a square cut, at `t`.
     boost::shared_ptr<CPathWidthControlPoint> AddWidthPoint(uint32_t t);
     boost::shared_ptr<CPathTransControlPoint> AddTransPoint(uint32_t t);
@@ -56,6 +68,8 @@ protected:
     void OnRemoving(size_t idx) override;
 
 private:
+    template <class TPoints>
+    void KeepOnMerged(const TPoints& vMarks, size_t idx);
     std::vector<TOutlineWidth> GetWidths(size_t state, uint32_t tLast) const;
     void RefreshCaches(size_t state);
     TOutlineSource GetSource(size_t state) const;

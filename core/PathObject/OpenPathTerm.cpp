@@ -60,7 +60,8 @@ TOutlinePoints COpenPathSharpTerm::BuildTip(TOutlinePoint p, TOutlinePoint q, si
 
 void COpenPathRoundTerm::Draw(IPathDevice& device, const TPathMapper& mapper,
                               const TPathSelection& selection) const {
-    DrawHandle(device, mapper(GetPosition(STATE_LIVE)), mapper(GetMarkPosition(STATE_LIVE)), selection);
+    DrawHandle(device, mapper(GetPosition(STATE_LIVE)), mapper(GetMarkPosition(STATE_LIVE)), selection,
+               HIT_GROW);
 }
 
 CSerializer COpenPathRoundTerm::Serialize() const {
@@ -77,8 +78,7 @@ void COpenPathRoundTerm::Deserialize(CDeserializer& reader) {
 }
 
 TPathHit COpenPathRoundTerm::HitHandle(const TPathPick& pick) {
-    if (pick.IsNear(GetMarkPosition(STATE_LIVE))) return {HIT_GROW, shared_from_this()};
-    return {};
+    return pick.At(GetMarkPosition(STATE_LIVE), HIT_GROW, shared_from_this());
 }
 
 CDualValue<uint32_t> COpenPathRoundTerm::WidthPair(EPathSide side) const {
@@ -142,7 +142,7 @@ void COpenPathFlatTerm::Draw(IPathDevice& device, const TPathMapper& mapper,
                              const TPathSelection& selection) const {
     for (const EPathSide side : {SIDE_LEFT, SIDE_RIGHT})
         DrawHandle(device, mapper(GetPosition(STATE_LIVE)), mapper(GetMarkPosition(side, STATE_LIVE)),
-                   selection);
+                   selection, side == SIDE_LEFT ? HIT_LEFT : HIT_RIGHT);
 }
 
 CSerializer COpenPathFlatTerm::Serialize() const {
@@ -163,9 +163,18 @@ void COpenPathFlatTerm::Deserialize(CDeserializer& reader) {
 }
 
 TPathHit COpenPathFlatTerm::HitHandle(const TPathPick& pick) {
-    if (pick.IsNear(GetMarkPosition(SIDE_LEFT, STATE_LIVE))) return {HIT_LEFT, shared_from_this()};
-    if (pick.IsNear(GetMarkPosition(SIDE_RIGHT, STATE_LIVE))) return {HIT_RIGHT, shared_from_this()};
-    return {};
+    return Nearer(pick.At(GetMarkPosition(SIDE_LEFT, STATE_LIVE), HIT_LEFT, shared_from_this()),
+                  pick.At(GetMarkPosition(SIDE_RIGHT, STATE_LIVE), HIT_RIGHT, shared_from_this()));
+}
+
+void COpenPathFlatTerm::Commit() {
+    for (auto& multiple : m_aMultiple) multiple.Commit();
+    m_angle.Commit();
+}
+
+void COpenPathFlatTerm::Cancel() {
+    for (auto& multiple : m_aMultiple) multiple.Cancel();
+    m_angle.Cancel();
 }
 
 void COpenPathFlatTerm::SetMultiple(EPathSide side, const CDualValue<uint32_t>& value) {

@@ -15,6 +15,8 @@ public:
 
     void Draw(IPathDevice&, const TPathMapper&, const TPathSelection&) const override {}
     TPathHit HitHandle(const TPathPick&) override { return {}; }
+    void Commit() override {}
+    void Cancel() override {}
 
     virtual EPathTerm GetType() const = 0;
     /// The width of a side where a wave starts.
@@ -70,6 +72,8 @@ public:
     void Deserialize(CDeserializer& reader) override;
     TPathHit HitHandle(const TPathPick& pick) override;
     bool IsSettled() const override { return m_grow.IsSettled(); }
+    void Commit() override { m_grow.Commit(); }
+    void Cancel() override { m_grow.Cancel(); }
     EPathTerm GetType() const override { return TERM_ROUND; }
     CDualValue<uint32_t> WidthPair(EPathSide side) const override;
     CBezier WidthCurve(int32_t nLength, int32_t nWidth, EPathSide side, size_t state) const override;
@@ -107,6 +111,8 @@ public:
         return m_aMultiple[SIDE_LEFT].IsSettled() && m_aMultiple[SIDE_RIGHT].IsSettled() &&
                m_angle.IsSettled();
     }
+    void Commit() override;
+    void Cancel() override;
     EPathTerm GetType() const override { return TERM_FLAT; }
     CDualValue<uint32_t> WidthPair(EPathSide side) const override;
     CBezier WidthCurve(int32_t nLength, int32_t nWidth, EPathSide side, size_t state) const override;

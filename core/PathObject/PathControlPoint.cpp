@@ -15,10 +15,9 @@ CDualValue<CPoint> Storable(const CDualValue<CPoint>& value) {
     return DualOf([&](size_t state) { return Storable(value[state]); });
 }
 
-// The opposite of a handle, with the length `uLength`.
+// The opposite of a handle that is not zero, with the length `uLength`.
 CPoint Opposite(CPoint handle, uint32_t uLength) {
     const uint32_t uOwn = LengthDown(handle);
-    if (uOwn == 0) return {};
     return Storable(CPoint{MulDiv(-handle.x, uLength, uOwn), MulDiv(-handle.y, uLength, uOwn)});
 }
 
@@ -39,8 +38,8 @@ void CPathControlPoint::Draw(IPathDevice& device, const TPathMapper& mapper,
     const CPoint pt = m_anchor[STATE_LIVE];
     const CPoint ptWindow = mapper(pt);
     if (selection.ShowsHandlesOf(*this)) {
-        if (m_bBack) DrawHandle(device, ptWindow, mapper(pt + m_back[STATE_LIVE]), selection);
-        if (m_bFore) DrawHandle(device, ptWindow, mapper(pt + m_fore[STATE_LIVE]), selection);
+        if (m_bBack) DrawHandle(device, ptWindow, mapper(pt + m_back[STATE_LIVE]), selection, HIT_BACK);
+        if (m_bFore) DrawHandle(device, ptWindow, mapper(pt + m_fore[STATE_LIVE]), selection, HIT_FORE);
     }
     DrawMark(device, ptWindow, selection);
 }
@@ -63,20 +62,32 @@ void CPathControlPoint::Deserialize(CDeserializer& reader) {
 }
 
 TPathHit CPathControlPoint::HitMark(const TPathPick& pick) {
-    if (pick.IsNear(m_anchor[STATE_LIVE])) return {HIT_ANCHOR, shared_from_this()};
-    return {};
+    return pick.At(m_anchor[STATE_LIVE], HIT_ANCHOR, shared_from_this());
 }
 
 TPathHit CPathControlPoint::HitHandle(const TPathPick& pick) {
     if (!pick.selection.ShowsHandlesOf(*this)) return {};
     const CPoint pt = m_anchor[STATE_LIVE];
-    if (m_bFore && pick.IsNear(pt + m_fore[STATE_LIVE])) return {HIT_FORE, shared_from_this()};
-    if (m_bBack && pick.IsNear(pt + m_back[STATE_LIVE])) return {HIT_BACK, shared_from_this()};
-    return {};
+    TPathHit hit;
+    if (m_bFore) hit = pick.At(pt + m_fore[STATE_LIVE], HIT_FORE, shared_from_this());
+    if (m_bBack) hit = Nearer(hit, pick.At(pt + m_back[STATE_LIVE], HIT_BACK, shared_from_this()));
+    return hit;
 }
 
 bool CPathControlPoint::IsSettled() const {
     return m_anchor.IsSettled() && (!m_bBack || m_back.IsSettled()) && (!m_bFore || m_fore.IsSettled());
+}
+
+void CPathControlPoint::Commit() {
+    m_anchor.Commit();
+    SetBack(CDualValue<CPoint>(GetBack(STATE_LIVE)));
+    SetFore(CDualValue<CPoint>(GetFore(STATE_LIVE)));
+}
+
+void CPathControlPoint::Cancel() {
+    m_anchor.Cancel();
+    SetBack(CDualValue<CPoint>(GetBack(STATE_COMMITTED)));
+    SetFore(CDualValue<CPoint>(GetFore(STATE_COMMITTED)));
 }
 
 void CPathControlPoint::SetBack(const CDualValue<CPoint>& value) {
@@ -105,10 +116,11 @@ boost::shared_ptr<CDualValue<CPoint>> CPathControlPoint::DragHandle(THandle (CPa
             }
             if (bSymmetric && other.bHas) {
                 const uint32_t uLength = LengthDown(other.value[STATE_COMMITTED]);
-                if (value[STATE_COMMITTED] != handle.value[STATE_COMMITTED])
-                    other.value.Set(Opposite(value[STATE_COMMITTED], uLength));
-                if (value[STATE_LIVE] != handle.value[STATE_LIVE])
-                    other.value[STATE_LIVE] = Opposite(value[STATE_LIVE], uLength);
+                const auto turns = [&](size_t state) {
+                    return value[state] != handle.value[state] && !IsZero(value[state]);
+                };
+                if (turns(STATE_COMMITTED)) other.value.Set(Opposite(value[STATE_COMMITTED], uLength));
+                if (turns(STATE_LIVE)) other.value[STATE_LIVE] = Opposite(value[STATE_LIVE], uLength);
             }
             handle.value = value;
         });

@@ -20,6 +20,8 @@ public:
     TPathHit HitMark(const TPathPick& pick) override;
     TPathHit HitHandle(const TPathPick& pick) override;
     bool IsSettled() const override;
+    void Commit() override;
+    void Cancel() override;
 
     const CDualValue<CPoint>& GetAnchor() const { return m_anchor; }
     bool HasBack() const { return m_bBack; }
@@ -40,7 +42,8 @@ public:
     TOutlinePoint At(size_t state) const { return {m_anchor[state], GetBack(state), GetFore(state)}; }
 
     /// A copy of a handle for a drag, created as zeros if missing. On release the handle takes its value;
-    /// with `bSymmetric` the other handle is turned too, keeping its length. All zeros remove the handle.
+    /// with `bSymmetric` the other handle is turned too, keeping its length; a handle of zeros turns nothing.
+    /// Zeros in both states remove the handle.
     boost::shared_ptr<CDualValue<CPoint>> DragBackHandle(bool bSymmetric);
     boost::shared_ptr<CDualValue<CPoint>> DragForeHandle(bool bSymmetric);
     /// The same for the anchor; its handles move with it.

@@ -28,17 +28,6 @@ public:
     virtual void PolyBezier(const std::vector<CPoint>& vPoints, TColor color) = 0;
 };
 
-/// The points that are highlighted.
-struct TPathSelection {
-    const CPathControlPointBase* pHover = nullptr;
-    std::set<const CPathControlPointBase*> setSelected;
-    bool bAllHandles = false; ///< handles of all anchors, not only of selected ones
-
-    bool ShowsHandlesOf(const CPathControlPointBase& point) const {
-        return bAllHandles || setSelected.contains(&point);
-    }
-};
-
 /// The part of a path that was hit.
 enum EPathHit : int {
     HIT_NONE = -1,
@@ -50,6 +39,23 @@ enum EPathHit : int {
     HIT_ANGLE,
     HIT_GROW,
     HIT_PATH, ///< the line itself
+    HIT_INK,  ///< the stroke or shape beside the line
+};
+
+/// The points that are highlighted.
+struct TPathSelection {
+    const CPathControlPointBase* pHover = nullptr; ///< the point of the part under the pointer or dragged
+    EPathHit hover = HIT_NONE;                     ///< that part
+    std::set<const CPathControlPointBase*> setSelected;
+    bool bAllHandles = false; ///< handles of all anchors, not only of selected ones
+
+    bool Hovers(const CPathControlPointBase& point, EPathHit part) const {
+        return pHover == &point && hover == part;
+    }
+
+    bool ShowsHandlesOf(const CPathControlPointBase& point) const {
+        return bAllHandles || setSelected.contains(&point);
+    }
 };
 
 /// The result of a hit test.
@@ -57,9 +63,15 @@ struct TPathHit {
     EPathHit kind = HIT_NONE;
     boost::shared_ptr<CPathControlPointBase> spPoint; ///< null for the line
     uint32_t t = 0;                                   ///< place on the line
+    int64_t nDistance = 0; ///< squared distance from the pointer in pixels of the window
 
     explicit operator bool() const { return kind != HIT_NONE; }
 };
+
+/// The nearer of two hits, the first one at the same distance.
+inline TPathHit Nearer(const TPathHit& a, const TPathHit& b) {
+    return b && (!a || b.nDistance < a.nDistance) ? b : a;
+}
 
 /// The pointer of a hit test; distances are compared in the window, since marks have a fixed size there.
 struct TPathPick {
@@ -67,10 +79,17 @@ struct TPathPick {
     CPoint ptWindow;            ///< pixels
     CPoint ptPath;              ///< the same position in path units
     TPathSelection selection{}; ///< the selection that the path is drawn with
+    int32_t nReach = 4;         ///< the distance in pixels up to which something is hit
 
-    /// True when a path position lies within a mark's square around the pointer.
-    bool IsNear(CPoint pt) const;
+    /// A hit of a part at a path position, within reach of the pointer; none beyond it.
+    TPathHit At(CPoint pt, EPathHit kind, const boost::shared_ptr<CPathControlPointBase>& spPoint,
+                uint32_t t = 0) const;
 };
+
+/// The colours of lines and marks, of the parts under the pointer, and of what is selected.
+constexpr TColor PATH_COLOR_NORMAL = 0xFF8000;
+constexpr TColor PATH_COLOR_HOVER = 0x0000FF;
+constexpr TColor PATH_COLOR_SELECTED = 0xFF00A0;
 
 /// Half the side of a mark's square in pixels; one more under the pointer.
 constexpr int MARK_HALF = 3;
@@ -85,19 +104,23 @@ public:
     virtual CSerializer Serialize() const = 0;
     /// Reads both states; raises deserialize_error.
     virtual void Deserialize(CDeserializer& reader) = 0;
-    /// Returns the point itself when the pointer is on its live position.
+    /// Returns the point itself when its live position is within reach of the pointer.
     virtual TPathHit HitMark(const TPathPick&) { return {}; }
-    /// Returns the point's live handle, as drawn, that is under the pointer.
+    /// Returns the nearest of the point's live handles, as drawn, within reach of the pointer.
     virtual TPathHit HitHandle(const TPathPick& pick) = 0;
     /// True when live and committed values are equal.
     virtual bool IsSettled() const = 0;
+    /// Ends a drag: all live values become the committed ones, or the other way round.
+    virtual void Commit() = 0;
+    virtual void Cancel() = 0;
 
 protected:
-    TColor GetColor(const TPathSelection& selection) const;
+    TColor GetColor(const TPathSelection& selection, EPathHit part) const;
     /// A mark's square, larger under the pointer, filled when selected.
     void DrawMark(IPathDevice& device, CPoint ptWindow, const TPathSelection& selection) const;
     /// A handle's end and its line, solid under the pointer.
-    void DrawHandle(IPathDevice& device, CPoint ptFrom, CPoint ptTo, const TPathSelection& selection) const;
+    void DrawHandle(IPathDevice& device, CPoint ptFrom, CPoint ptTo, const TPathSelection& selection,
+                    EPathHit part) const;
 };
 
 /// The largest absolute coordinate of a stored path: over a million pixels.

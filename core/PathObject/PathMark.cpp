@@ -18,8 +18,7 @@ struct TTrack {
 } // namespace
 
 TPathHit CPathMark::HitMark(const TPathPick& pick) {
-    if (pick.IsNear(m_position[STATE_LIVE])) return {HIT_ANCHOR, shared_from_this(), m_t[STATE_LIVE]};
-    return {};
+    return pick.At(m_position[STATE_LIVE], HIT_ANCHOR, shared_from_this(), m_t[STATE_LIVE]);
 }
 
 boost::shared_ptr<CDualValue<CPoint>> CPathMark::DragAnchorPoint(bool) {

@@ -16,6 +16,8 @@ public:
     /// Path parameter, 16.16.
     const CDualValue<uint32_t>& GetParameter() const { return m_t; }
     void SetParameter(const CDualValue<uint32_t>& t) { m_t = t; }
+    /// The path that the mark belongs to; null for none yet.
+    void SetLine(const boost::weak_ptr<const IPathLine>& wpLine) { m_wpLine = wpLine; }
     CPoint GetPosition(size_t state) const { return m_position[state]; }
     CPoint GetTangent(size_t state) const { return m_tangent[state]; }
     void SetPlace(size_t state, CPoint position, CPoint tangent) {
@@ -23,6 +25,8 @@ public:
         m_tangent[state] = tangent;
     }
     TPathHit HitMark(const TPathPick& pick) override;
+    void Commit() override { m_t.Commit(); }
+    void Cancel() override { m_t.Cancel(); }
     /// A copy of the position for a drag: on release the mark moves to the nearest position on the path.
     boost::shared_ptr<CDualValue<CPoint>> DragAnchorPoint(bool bSymmetric);
 

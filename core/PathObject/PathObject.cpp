@@ -20,13 +20,58 @@ void RefuseOverflow(Build build) {
     }
 }
 
+// Collects the bounds of what is drawn.
+class CReachDevice : public IPathDevice {
+public:
+    void Line(CPoint from, CPoint to, TColor, bool) override {
+        Add(from);
+        Add(to);
+    }
+    void Square(CPoint center, int, TColor, TColor) override { Add(center); }
+    void PolyBezier(const std::vector<CPoint>& vPoints, TColor) override {
+        m_rc = m_rc.Union(BezierBounds(vPoints));
+    }
+    const CRect& GetBounds() const { return m_rc; }
+
+private:
+    void Add(CPoint pt) { m_rc = m_rc.Union({pt.x, pt.y, pt.x + 1, pt.y + 1}); }
+
+    CRect m_rc;
+};
+
+TPathSelection AllHandles() {
+    TPathSelection all;
+    all.bAllHandles = true;
+    return all;
+}
+
+CPoint SamePlace(CPoint pt) { return pt; }
+
 } // namespace
+
+CRect ReachOf(const CPathControlPointBase& point) {
+    CReachDevice device;
+    point.Draw(device, SamePlace, AllHandles());
+    return device.GetBounds();
+}
 
 CPathObject::CPathObject(boost::shared_ptr<CPathStream> spStream)
     : m_spStream(std::move(spStream)), m_spLastGood(m_spStream->CreateSnapshot()) {}
 
-void CPathObject::RasterizePath(CPathFill& fill, CSize szPlane, CAlphaBlock8& tile) const {
-    GetStream().RasterizePath(fill, szPlane, tile);
+void CPathObject::RasterizePath(CPathFill& fill, CSize szPlane, CAlphaBlock8& tile, size_t state) const {
+    GetStream().RasterizePath(fill, szPlane, tile, state);
+}
+
+bool CPathObject::HasInkAt(CPoint pt) const {
+    const CPoint ptPixel{pt.x >> 3, pt.y >> 3};
+    constexpr int32_t PLANE_LIMIT = 0xFFFF;
+    if (ptPixel.x < 0 || ptPixel.y < 0 || ptPixel.x >= PLANE_LIMIT || ptPixel.y >= PLANE_LIMIT) return false;
+    if (!RectIncludingPath().Contains(pt)) return false;
+    CAlphaBlock8 pixel;
+    pixel.Create({1, 1}, ptPixel);
+    CPathFill fill;
+    RasterizePath(fill, {ptPixel.x + 1, ptPixel.y + 1}, pixel);
+    return !pixel.IsAll(0);
 }
 
 void CPathObject::DrawOutline(IPathDevice& device, const TPathMapper& mapper, const TPathSelection& selection,
@@ -34,8 +79,20 @@ void CPathObject::DrawOutline(IPathDevice& device, const TPathMapper& mapper, co
     GetStream().DrawOutline(device, mapper, selection, color, bOutline);
 }
 
+void CPathObject::TakeBounds() {
+    for (const size_t state : {STATE_COMMITTED, STATE_LIVE})
+        m_aBounds[state] =
+            GetStream().ControlPointCount() == 0 ? CRect() : GetStream().RectIncludingPath(state);
+    CReachDevice device;
+    TPathSelection all;
+    all.bAllHandles = true;
+    GetStream().DrawOutline(
+        device, [](CPoint pt) { return pt; }, all, 0, true);
+    m_rcReach = device.GetBounds();
+}
+
 void CPathObject::Update() {
-    const CRect rcBefore = m_rcBounds;
+    const auto aBefore = m_aBounds;
     try {
         if (!GetStream().IsStorable()) Refuse();
         const auto spGood = CreateSnapshot();
@@ -44,15 +101,33 @@ void CPathObject::Update() {
     } catch (const refused_error&) {
         GetStream().ApplySnapshot(*m_spLastGood);
         GetStream().Update();
+        TakeBounds();
+        Tell({aBefore[0], aBefore[1], m_aBounds[0]});
         throw;
     }
-    m_rcBounds = GetStream().ControlPointCount() == 0 ? CRect() : GetStream().RectIncludingPath();
-    Invalidate(rcBefore);
-    Invalidate(m_rcBounds);
+    TakeBounds();
+    Tell({aBefore[0], aBefore[1], m_aBounds[0], m_aBounds[1]});
+}
+
+void CPathObject::Tell(std::initializer_list<CRect> lstChanged) const {
+    if (const auto spLayer = GetLayer()) spLayer->OnPathChanged(*this, lstChanged);
 }
 
 void CPathObject::UpdateDrag() {
+    const CRect rcBefore = m_aBounds[STATE_LIVE];
     RefuseOverflow([&] { GetStream().UpdateDrag(); });
+    TakeBounds();
+    Tell({rcBefore, m_aBounds[STATE_LIVE]});
+}
+
+void CPathObject::CommitDrag() {
+    GetStream().Commit();
+    Update();
+}
+
+void CPathObject::CancelDrag() {
+    GetStream().Cancel();
+    UpdateDrag();
 }
 
 void CPathObject::Deserialize(CDeserializer& reader) {
@@ -70,8 +145,7 @@ TPathHit CPathObject::HitTestEx(const TPathPick& pick, bool bAnchor, bool bHandl
     if (TPathHit hit = stream.HitControlPoints(pick, bAnchor, bHandle, bTerm)) return hit;
     if (!bPath || stream.ControlPointCount() == 0) return {};
     const TPathPlace place = stream.SearchNearPointOnPath(pick.ptPath, STATE_LIVE);
-    if (pick.IsNear(stream.PointAt(place.t, STATE_LIVE))) return {HIT_PATH, {}, place.t};
-    return {};
+    return pick.At(stream.PointAt(place.t, STATE_LIVE), HIT_PATH, {}, place.t);
 }
 
 void CPathObject::Transform(const boost::function<CPoint(CPoint)>& fnMap) {
@@ -97,9 +171,10 @@ void CPathObject::RemoveControlPoint(const CPathControlPoint& point) {
     Update();
 }
 
-void CPathObject::Divide(uint32_t t) {
-    GetStream().Divide(t);
-    Update();
+boost::shared_ptr<CPathControlPoint> CPathObject::Divide(uint32_t t) {
+    const auto spPoint = GetStream().Divide(t);
+    if (spPoint) Update();
+    return spPoint;
 }
 
 void CPathObject::ApplySnapshot(const TPathSnapshot& snapshot) {

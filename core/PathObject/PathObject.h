@@ -3,15 +3,24 @@
 
 #include "core/PathObject/PathStream.h"
 
+#include <boost/enable_shared_from_this.hpp>
 #include <boost/make_shared.hpp>
+
+#include <array>
+#include <initializer_list>
+
+class CPathObject;
 
 /// The layer's interface for its paths.
 class IVectorLayer {
 public:
     virtual ~IVectorLayer() = default;
-    /// The path's picture inside a rectangle of path units changed.
-    virtual void InvalidatePath(const CRect& rc) = 0;
+    /// A path's picture changed inside these rectangles of path units, and so may have its reach.
+    virtual void OnPathChanged(const CPathObject& path, std::initializer_list<CRect> lstChanged) = 0;
 };
+
+/// Bounds of what a point draws with its handles, as positions.
+CRect ReachOf(const CPathControlPointBase& point);
 
 /// An object on a vector layer.
 class CVectorObject : boost::noncopyable {
@@ -21,9 +30,7 @@ public:
     void SetLayer(const boost::weak_ptr<IVectorLayer>& wpLayer) { m_wpLayer = wpLayer; }
 
 protected:
-    void Invalidate(const CRect& rc) const {
-        if (const auto spLayer = m_wpLayer.lock()) spLayer->InvalidatePath(rc);
-    }
+    boost::shared_ptr<IVectorLayer> GetLayer() const { return m_wpLayer.lock(); }
 
 private:
     boost::weak_ptr<IVectorLayer> m_wpLayer;
@@ -32,23 +39,29 @@ private:
 /// A path of any kind. Every change rebuilds it and invalidates its old and new area of the layer. A change
 /// that no file can hold (a coordinate, a half-width, an outline whose arithmetic exceeds 32 bits) is
 /// reverted and raises refused_error. Positions are path units.
-class CPathObject : public CVectorObject {
+class CPathObject : public CVectorObject, public boost::enable_shared_from_this<CPathObject> {
 public:
     CPathStream& GetStream() { return *m_spStream; }
     const CPathStream& GetStream() const { return *m_spStream; }
 
-    /// Bounds of the committed shape, empty without anchors.
-    const CRect& RectIncludingPath() const { return m_rcBounds; }
+    /// Bounds of a state's shape, empty without anchors.
+    const CRect& RectIncludingPath(size_t state = STATE_COMMITTED) const { return m_aBounds[state]; }
+    /// Bounds of all that DrawOutline can draw, as positions: the marks' squares stand out by some pixels.
+    const CRect& GetReach() const { return m_rcReach; }
     /// Adds the path's coverage to a tile of a plane of that size whose origin is the canvas's corner;
     /// coverage is never lowered.
-    void RasterizePath(CPathFill& fill, CSize szPlane, CAlphaBlock8& tile) const;
+    void RasterizePath(CPathFill& fill, CSize szPlane, CAlphaBlock8& tile,
+                       size_t state = STATE_COMMITTED) const;
+    /// True when the committed shape has paint in the canvas pixel of a position.
+    bool HasInkAt(CPoint pt) const;
     /// Draws the live line with its points.
     void DrawOutline(IPathDevice& device, const TPathMapper& mapper, const TPathSelection& selection,
                      TColor color, bool bOutline) const;
     CSerializer Serialize() const { return GetStream().Serialize(); }
     /// Raises deserialize_error, also for a path whose outline cannot be built.
     void Deserialize(CDeserializer& reader);
-    /// Finds the part under the pointer, of the requested kinds.
+    /// Finds the part under the pointer, of the requested kinds: anchors, their handles, the line itself,
+    /// and what lies on it (width points, cuts, ends).
     TPathHit HitTest(const TPathPick& pick) const { return HitTestEx(pick, true, true, true, true); }
     TPathHit HitTestEx(const TPathPick& pick, bool bAnchor, bool bHandle, bool bPath, bool bTerm) const;
 
@@ -57,10 +70,14 @@ public:
     void Update();
     /// Called after a change of live values; raises refused_error too, but reverts nothing.
     void UpdateDrag();
+    /// Ends a drag: the live shape becomes the committed one, or the other way round. A live shape that is
+    /// refused leaves the committed one and raises refused_error.
+    void CommitDrag();
+    void CancelDrag();
     boost::shared_ptr<CPathControlPoint> AppendControlPoint(CPoint pt);
     boost::shared_ptr<CPathControlPoint> InsertControlPoint(const CPathControlPoint& before, CPoint pt);
     void RemoveControlPoint(const CPathControlPoint& point);
-    void Divide(uint32_t t);
+    boost::shared_ptr<CPathControlPoint> Divide(uint32_t t);
     boost::shared_ptr<TPathSnapshot> CreateSnapshot() const { return GetStream().CreateSnapshot(); }
     void ApplySnapshot(const TPathSnapshot& snapshot);
     /// Becomes a copy of another path of the same kind.
@@ -70,9 +87,13 @@ protected:
     explicit CPathObject(boost::shared_ptr<CPathStream> spStream);
 
 private:
+    void TakeBounds();
+    void Tell(std::initializer_list<CRect> lstChanged) const;
+
     boost::shared_ptr<CPathStream> m_spStream;     ///< never null
     boost::shared_ptr<TPathSnapshot> m_spLastGood; ///< the path after the last Update
-    CRect m_rcBounds;
+    std::array<CRect, 2> m_aBounds;                ///< by state
+    CRect m_rcReach;
 };
 
 /// A path of the stream class `TStream`. The stream is a separate object, so that it cannot be changed

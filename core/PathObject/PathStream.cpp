@@ -95,10 +95,20 @@ TPathPlace SearchNearOnLine(const std::vector<CBezier>& vSegments, CPoint pt) {
 }
 
 template <class T>
-void CPathStreamImpl<T>::Divide(uint32_t t) {
+void CPathStreamImpl<T>::Commit() {
+    for (const auto& spPoint : m_lstControlPoint) spPoint->Commit();
+}
+
+template <class T>
+void CPathStreamImpl<T>::Cancel() {
+    for (const auto& spPoint : m_lstControlPoint) spPoint->Cancel();
+}
+
+template <class T>
+boost::shared_ptr<CPathControlPoint> CPathStreamImpl<T>::Divide(uint32_t t) {
     const size_t idx = t / BEZIER_T_RESOLUTION;
     const uint32_t f = t % BEZIER_T_RESOLUTION;
-    if (f == 0 || idx >= GetSegments(STATE_COMMITTED).size()) return;
+    if (f == 0 || idx >= GetSegments(STATE_COMMITTED).size()) return {};
     ExpectRoom(m_lstControlPoint.size());
     const auto itFrom = std::next(m_lstControlPoint.begin(), static_cast<std::ptrdiff_t>(idx));
     const auto itTo =
@@ -120,6 +130,7 @@ void CPathStreamImpl<T>::Divide(uint32_t t) {
     (*itTo)->SetBack(backBehind);
     m_lstControlPoint.insert(std::next(itFrom), spNew);
     OnInserted(idx + 1, f);
+    return spNew;
 }
 
 template <class T>
@@ -177,6 +188,12 @@ TPolyBezier CPathStreamImpl<T>::BezierPoints(size_t state) const {
     for (const CBezier& segment : SegmentsOf(vAnchors))
         vCurve.insert(vCurve.end(), {segment.p1, segment.p2, segment.p3});
     return vCurve;
+}
+
+template <class T>
+TPathHit CPathStreamImpl<T>::HitAnchors(const TPathPick& pick, bool bAnchor, bool bHandle) const {
+    const TPathHit hit = HitPoints(m_lstControlPoint, pick, bAnchor, false);
+    return hit ? hit : HitPoints(m_lstControlPoint, pick, false, bHandle);
 }
 
 template <class T>

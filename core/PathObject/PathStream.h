@@ -20,15 +20,18 @@ public:
     virtual void UpdateDrag() = 0;
     /// False for committed values that Deserialize would refuse.
     virtual bool IsStorable() const = 0;
-    /// Bounds of the committed shape.
-    virtual CRect RectIncludingPath() const = 0;
-    /// Adds the committed shape's coverage to a tile of a plane whose origin is the canvas's corner.
-    virtual void RasterizePath(CPathFill& fill, CSize szPlane, CAlphaBlock8& tile) const = 0;
+    /// Ends a drag: the live values of all points become the committed ones, or the other way round.
+    virtual void Commit() = 0;
+    virtual void Cancel() = 0;
+    /// Bounds of a state's shape.
+    virtual CRect RectIncludingPath(size_t state) const = 0;
+    /// Adds a state's coverage to a tile of a plane whose origin is the canvas's corner.
+    virtual void RasterizePath(CPathFill& fill, CSize szPlane, CAlphaBlock8& tile, size_t state) const = 0;
     /// Draws the live state: the line (with `bOutline` its outline too), its points and ends.
     virtual void DrawOutline(IPathDevice& device, const TPathMapper& mapper, const TPathSelection& selection,
                              TColor color, bool bOutline) const = 0;
-    /// Finds the part under the pointer: anchors, their handles, then width points, cuts, ends. Of each kind
-    /// marks come before handles, and handles count only where they are drawn.
+    /// Finds the part under the pointer: anchors (`bAnchor`), then their handles as far as they are drawn
+    /// (`bHandle`), then width points, cuts and ends with their handles (`bTerm`). Of each kind the nearest.
     virtual TPathHit HitControlPoints(const TPathPick& pick, bool bAnchor, bool bHandle,
                                       bool bTerm) const = 0;
     virtual CSerializer Serialize() const = 0;
@@ -36,16 +39,21 @@ public:
     virtual void Deserialize(CDeserializer& reader) = 0;
     virtual boost::shared_ptr<TPathSnapshot> CreateSnapshot() const = 0;
     virtual void ApplySnapshot(const TPathSnapshot& snapshot) = 0;
-    /// Inserts an anchor at `t` without changing the line's shape; does nothing at an anchor.
-    virtual void Divide(uint32_t t) = 0;
+    /// Inserts an anchor at `t` without changing the line's shape and returns it; null at an anchor, where
+    /// nothing is done.
+    virtual boost::shared_ptr<CPathControlPoint> Divide(uint32_t t) = 0;
     virtual boost::shared_ptr<CPathControlPoint> AppendControlPoint(CPoint pt) = 0;
     /// Inserts an anchor before `before`; raises internal_error when that is no anchor of the path.
     virtual boost::shared_ptr<CPathControlPoint> InsertControlPoint(const CPathControlPoint& before,
                                                                     CPoint pt) = 0;
     /// Raises internal_error when the point is no anchor of the path.
     virtual void RemoveControlPoint(const CPathControlPoint& point) = 0;
-    virtual bool Contains(const CPathControlPoint& point) const = 0;
+    bool Contains(const CPathControlPoint& point) const { return IndexOf(point) < ControlPointCount(); }
     virtual size_t ControlPointCount() const = 0;
+    /// The anchor at an index below ControlPointCount, in path order.
+    virtual boost::shared_ptr<CPathControlPoint> GetControlPoint(size_t idx) const = 0;
+    /// An anchor's index; ControlPointCount for a point that is no anchor of the path.
+    virtual size_t IndexOf(const CPathControlPoint& point) const = 0;
     /// Maps all positions of both states by a function.
     virtual void Transform(const boost::function<CPoint(CPoint)>& fnMap) = 0;
     /// The whole line, closed paths back to their first anchor.
@@ -69,17 +77,15 @@ struct TLinePlace {
 };
 TLinePlace PlaceOnLine(const std::vector<CBezier>& vSegments, uint32_t t);
 
-/// The mark, or else the handle, under the pointer among some points; the last drawn is on top.
+/// The nearest mark or handle under the pointer among some points; at the same distance marks come before
+/// handles, and the last drawn before others.
 template <class TPoints>
 TPathHit HitPoints(const TPoints& points, const TPathPick& pick, bool bMark, bool bHandle) {
-    const auto search = [&](TPathHit (CPathControlPointBase::*fnHit)(const TPathPick&)) {
-        TPathHit hit;
-        for (auto it = points.rbegin(); it != points.rend() && !hit; ++it) hit = ((**it).*fnHit)(pick);
-        return hit;
-    };
     TPathHit hit;
-    if (bMark) hit = search(&CPathControlPointBase::HitMark);
-    if (bHandle && !hit) hit = search(&CPathControlPointBase::HitHandle);
+    for (auto it = points.rbegin(); bMark && it != points.rend(); ++it)
+        hit = Nearer(hit, (*it)->HitMark(pick));
+    for (auto it = points.rbegin(); bHandle && it != points.rend(); ++it)
+        hit = Nearer(hit, (*it)->HitHandle(pick));
     return hit;
 }
 
@@ -89,15 +95,18 @@ class CPathStreamImpl : public CPathStream {
 public:
     using TPointList = std::list<boost::shared_ptr<T>>;
 
-    void Divide(uint32_t t) override;
+    void Commit() override;
+    void Cancel() override;
+    boost::shared_ptr<CPathControlPoint> Divide(uint32_t t) override;
     boost::shared_ptr<CPathControlPoint> AppendControlPoint(CPoint pt) override;
     boost::shared_ptr<CPathControlPoint> InsertControlPoint(const CPathControlPoint& before,
                                                             CPoint pt) override;
     void RemoveControlPoint(const CPathControlPoint& point) override;
-    bool Contains(const CPathControlPoint& point) const override {
-        return IndexOf(point) < m_lstControlPoint.size();
-    }
     size_t ControlPointCount() const override { return m_lstControlPoint.size(); }
+    boost::shared_ptr<CPathControlPoint> GetControlPoint(size_t idx) const override {
+        return *std::next(m_lstControlPoint.begin(), static_cast<std::ptrdiff_t>(idx));
+    }
+    size_t IndexOf(const CPathControlPoint& point) const override;
     bool IsStorable() const override;
     void Transform(const boost::function<CPoint(CPoint)>& fnMap) override;
     std::vector<CBezier> GetSegments(size_t state) const override;
@@ -108,11 +117,12 @@ public:
 
 protected:
     virtual bool IsClosed() const = 0;
+    /// Finds an anchor or else a handle.
+    TPathHit HitAnchors(const TPathPick& pick, bool bAnchor, bool bHandle) const;
     /// Called after an anchor was inserted at index `idx`, dividing that segment at the fraction `f`.
     virtual void OnInserted(size_t, uint32_t) {}
     /// Called before the anchor `idx` is removed.
     virtual void OnRemoving(size_t) {}
-    size_t IndexOf(const CPathControlPoint& point) const;
     TOutlinePoints GetAnchors(size_t state) const;
     CSerializer SerializePoints() const;
     void DeserializePoints(CDeserializer& reader);

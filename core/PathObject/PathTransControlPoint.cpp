@@ -14,7 +14,9 @@ int DegreesOf(uint32_t uAngle) { return static_cast<int16_t>(uAngle); }
 void CPathTransControlPoint::Draw(IPathDevice& device, const TPathMapper& mapper,
                                   const TPathSelection& selection) const {
     const CPoint ptWindow = mapper(GetPosition(STATE_LIVE));
-    DrawHandle(device, ptWindow, mapper(GetMarkPosition(STATE_LIVE)), selection);
+    for (const EPathSide side : {SIDE_LEFT, SIDE_RIGHT})
+        DrawHandle(device, ptWindow, mapper(GetMarkPosition(side, STATE_LIVE)), selection,
+                   side == SIDE_LEFT ? HIT_LEFT : HIT_RIGHT);
     DrawMark(device, ptWindow, selection);
 }
 
@@ -34,8 +36,21 @@ void CPathTransControlPoint::Deserialize(CDeserializer& reader) {
 }
 
 TPathHit CPathTransControlPoint::HitHandle(const TPathPick& pick) {
-    if (pick.IsNear(GetMarkPosition(STATE_LIVE))) return {HIT_ANGLE, shared_from_this(), m_t[STATE_LIVE]};
-    return {};
+    TPathHit hit;
+    for (const EPathSide side : {SIDE_LEFT, SIDE_RIGHT})
+        hit = Nearer(hit, pick.At(GetMarkPosition(side, STATE_LIVE), side == SIDE_LEFT ? HIT_LEFT : HIT_RIGHT,
+                                  shared_from_this(), m_t[STATE_LIVE]));
+    return hit;
+}
+
+void CPathTransControlPoint::Commit() {
+    CPathMark::Commit();
+    m_angle.Commit();
+}
+
+void CPathTransControlPoint::Cancel() {
+    CPathMark::Cancel();
+    m_angle.Cancel();
 }
 
 void CPathTransControlPoint::SetWidths(size_t state, uint32_t uLeft, uint32_t uRight) {
@@ -45,19 +60,26 @@ void CPathTransControlPoint::SetWidths(size_t state, uint32_t uLeft, uint32_t uR
 
 TOutlineCut CPathTransControlPoint::At(size_t state) const { return {m_t[state], DegreesOf(m_angle[state])}; }
 
-CPoint CPathTransControlPoint::GetMarkPosition(size_t state) const {
-    const CPoint direction = Turned(GetTangent(state), -DegreesOf(m_angle[state]));
-    return PointAlong(GetPosition(state), direction,
-                      std::max(SHOWN_LEAST, SHOWN_TIMES * m_aWidth[SIDE_LEFT][state]));
+CPoint CPathTransControlPoint::GetMarkPosition(EPathSide side, size_t state) const {
+    const CPoint toLeft = Turned(GetTangent(state), -DegreesOf(m_angle[state]));
+    return PointAlong(GetPosition(state), side == SIDE_LEFT ? toLeft : CPoint{-toLeft.x, -toLeft.y},
+                      std::max(SHOWN_LEAST, SHOWN_TIMES * m_aWidth[side][state]));
 }
 
-boost::shared_ptr<CDualValue<CPoint>> CPathTransControlPoint::DragHandleImpl() {
-    const auto mark = DualOf([&](size_t state) { return GetMarkPosition(state); });
+boost::shared_ptr<CDualValue<CPoint>> CPathTransControlPoint::DragHandleImpl(bool bLeft) {
+    const EPathSide side = bLeft ? SIDE_LEFT : SIDE_RIGHT;
+    const auto mark = DualOf([&](size_t state) { return GetMarkPosition(side, state); });
     const auto spThis = boost::static_pointer_cast<CPathTransControlPoint>(shared_from_this());
-    return MakeDragCopy<CPoint>(mark, [spThis, mark](const CDualValue<CPoint>& copy) {
-        for (const size_t state : {STATE_COMMITTED, STATE_LIVE})
-            if (copy[state] != mark[state])
-                spThis->m_angle[state] =
-                    AngleBetween(spThis->GetTangent(state), copy[state] - spThis->GetPosition(state));
+    return MakeDragCopy<CPoint>(mark, [spThis, side, mark](const CDualValue<CPoint>& copy) {
+        for (const size_t state : {STATE_COMMITTED, STATE_LIVE}) {
+            if (copy[state] == mark[state]) continue;
+            const CPoint away = copy[state] - spThis->GetPosition(state);
+            const CPoint toLeft = side == SIDE_LEFT ? away : CPoint{-away.x, -away.y};
+            spThis->m_angle[state] = AngleBetween(spThis->GetTangent(state), toLeft);
+        }
     });
+}
+
+std::pair<uint32_t, uint32_t> CPathTransControlPoint::GetRange(const IPathLine& line, size_t state) const {
+    return line.GetTransRange(m_t[state], state);
 }

@@ -17,6 +17,8 @@ public:
     CSerializer Serialize() const override;
     void Deserialize(CDeserializer& reader) override;
     TPathHit HitHandle(const TPathPick& pick) override;
+    void Commit() override;
+    void Cancel() override;
     bool IsSettled() const override { return m_t.IsSettled() && m_angle.IsSettled(); }
 
     /// Degrees between path and cut, 90 square.
@@ -26,11 +28,14 @@ public:
     void SetWidths(size_t state, uint32_t uLeft, uint32_t uRight);
     TOutlineCut At(size_t state) const;
 
-    /// The position of the angle's mark for a drag: on release the cut is turned toward it.
-    boost::shared_ptr<CDualValue<CPoint>> DragHandleImpl();
+    /// The position of one of the angle's two marks for a drag: on release the cut is turned toward it.
+    boost::shared_ptr<CDualValue<CPoint>> DragHandleImpl(bool bLeft);
+
+protected:
+    std::pair<uint32_t, uint32_t> GetRange(const IPathLine& line, size_t state) const override;
 
 private:
-    CPoint GetMarkPosition(size_t state) const;
+    CPoint GetMarkPosition(EPathSide side, size_t state) const;
 
     CDualValue<uint32_t> m_angle{90};
     std::array<CDualValue<uint32_t>, 2> m_aWidth;

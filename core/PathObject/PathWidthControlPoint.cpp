@@ -23,7 +23,9 @@ void CPathWidthControlPoint::Draw(IPathDevice& device, const TPathMapper& mapper
                                   const TPathSelection& selection) const {
     const CPoint ptWindow = mapper(GetPosition(STATE_LIVE));
     for (const EPathSide side : {SIDE_LEFT, SIDE_RIGHT})
-        if (HasSide(side)) DrawHandle(device, ptWindow, mapper(GetMarkPosition(side, STATE_LIVE)), selection);
+        if (HasSide(side))
+            DrawHandle(device, ptWindow, mapper(GetMarkPosition(side, STATE_LIVE)), selection,
+                       side == SIDE_LEFT ? HIT_LEFT : HIT_RIGHT);
     DrawMark(device, ptWindow, selection);
 }
 
@@ -48,10 +50,23 @@ void CPathWidthControlPoint::Deserialize(CDeserializer& reader) {
 }
 
 TPathHit CPathWidthControlPoint::HitHandle(const TPathPick& pick) {
+    TPathHit hit;
     for (const EPathSide side : {SIDE_LEFT, SIDE_RIGHT})
-        if (HasSide(side) && pick.IsNear(GetMarkPosition(side, STATE_LIVE)))
-            return {side == SIDE_LEFT ? HIT_LEFT : HIT_RIGHT, shared_from_this(), m_t[STATE_LIVE]};
-    return {};
+        if (HasSide(side))
+            hit = Nearer(hit,
+                         pick.At(GetMarkPosition(side, STATE_LIVE), side == SIDE_LEFT ? HIT_LEFT : HIT_RIGHT,
+                                 shared_from_this(), m_t[STATE_LIVE]));
+    return hit;
+}
+
+void CPathWidthControlPoint::Commit() {
+    CPathMark::Commit();
+    for (TSide& side : m_aSides) side.value.Commit();
+}
+
+void CPathWidthControlPoint::Cancel() {
+    CPathMark::Cancel();
+    for (TSide& side : m_aSides) side.value.Cancel();
 }
 
 CDualValue<uint32_t> CPathWidthControlPoint::GetMultiple(EPathSide side) const {

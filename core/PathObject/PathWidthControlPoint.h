@@ -20,6 +20,8 @@ public:
     CSerializer Serialize() const override;
     void Deserialize(CDeserializer& reader) override;
     TPathHit HitHandle(const TPathPick& pick) override;
+    void Commit() override;
+    void Cancel() override;
     bool IsSettled() const override {
         return m_t.IsSettled() && m_aSides[SIDE_LEFT].value.IsSettled() &&
                m_aSides[SIDE_RIGHT].value.IsSettled();

@@ -3,6 +3,7 @@
 #include "core/PathOutline/OutlineCut.h"
 #include "core/PathOutline/OutlineFold.h"
 #include "core/PathOutline/Wave.h"
+#include "core/PathOutline/WidthProfile.h"
 
 #include <algorithm>
 
@@ -85,8 +86,7 @@ std::vector<TStretchOutline> BuildOutline(const TOutlineSource& given) {
         anchor.anchor = CheckedAdd(anchor.anchor, {-ptOrigin.x, -ptOrigin.y});
     source.vCuts = EffectiveCuts(source);
     auto vCuts = PlaceCuts(source);
-    if (source.vWidths.empty())
-        source.vWidths.push_back({LastParameter(source.vAnchors) / 2, {source.uWidth, source.uWidth}});
+    source.vWidths = WidthsOrMiddle(source);
     if (source.wave.uWidth != 0 && source.vAnchors.size() > 1) source.vWidths = WaveWidths(source);
     const TSide left = BuildSide(SideOf(source, SIDE_LEFT));
     const TSide right = BuildSide(SideOf(source, SIDE_RIGHT));

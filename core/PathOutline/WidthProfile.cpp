@@ -72,3 +72,32 @@ uint32_t WidthAt(const CPathLengths& lengths, const std::vector<TOutlineWidth>& 
     return static_cast<uint32_t>(
         curve.PointAt(static_cast<uint32_t>(MulDiv(nPart, BEZIER_T_RESOLUTION, nAll))).y);
 }
+
+std::vector<TOutlineWidth> WidthsOrMiddle(const TOutlineSource& source) {
+    if (!source.vWidths.empty()) return source.vWidths;
+    return {{LastParameter(source.vAnchors) / 2, {source.uWidth, source.uWidth}}};
+}
+
+std::array<uint32_t, 2> TaperedWidthsAt(const TOutlineSource& source, uint32_t t) {
+    const auto vSegments = SegmentsOf(source.vAnchors);
+    const auto vWidths = WidthsOrMiddle(source);
+    if (vSegments.empty()) return vWidths.front().auWidth;
+    const CPathLengths lengths(vSegments);
+    const auto toEnd = [&](const IOutlineTerm& term, const TOutlineWidth& width, uint32_t tEnd,
+                           EPathSide side) {
+        const CBezier curve =
+            term.WidthCurve(lengths.Between(std::min(width.t, tEnd), std::max(width.t, tEnd)),
+                            static_cast<int32_t>(width.auWidth[side]), side);
+        const int32_t nLength = lengths.Between(std::min(t, tEnd), std::max(t, tEnd));
+        return static_cast<uint32_t>(std::max(curve.PointAt(FractionAt(curve, nLength)).y, 0));
+    };
+    std::array<uint32_t, 2> auWidth{};
+    for (const EPathSide side : {SIDE_LEFT, SIDE_RIGHT})
+        if (t < vWidths.front().t)
+            auWidth[side] = toEnd(*source.pBegin, vWidths.front(), 0, side);
+        else if (t > vWidths.back().t)
+            auWidth[side] = toEnd(*source.pEnd, vWidths.back(), LastParameter(source.vAnchors), side);
+        else
+            auWidth[side] = WidthAt(lengths, vWidths, source.uWidth, t, side);
+    return auWidth;
+}

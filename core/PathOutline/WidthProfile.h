@@ -34,3 +34,9 @@ private:
 /// before the first and behind the last, `uWidth` without width points.
 uint32_t WidthAt(const CPathLengths& lengths, const std::vector<TOutlineWidth>& vWidths, uint32_t uWidth,
                  uint32_t t, EPathSide side);
+
+/// The width points of a stroke, or in their place one of its half-width in the middle.
+std::vector<TOutlineWidth> WidthsOrMiddle(const TOutlineSource& source);
+
+/// The half-widths at `t` by side, without the wave: WidthAt, and towards the ends as these shape them.
+std::array<uint32_t, 2> TaperedWidthsAt(const TOutlineSource& source, uint32_t t);

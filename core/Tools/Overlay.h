@@ -65,6 +65,8 @@ public:
     /// ground. `pt` is its centre, which stays free. Its bounds are 17 by 17 around `pt`.
     void DrawPickIcon(CPoint pt);
 
+    /// The client pixels that are drawn, the others being clipped.
+    const CRect& GetClip() const { return m_rcClip; }
     /// Converts a length in pixels at 96 dpi to device pixels, at least 1.
     int32_t ToDevice(int32_t n) const;
     /// The bounds of what was drawn, ignoring the clip; empty when there is nothing.

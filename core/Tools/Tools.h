@@ -14,6 +14,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <vector>
 
 /// Flags of a pointer event.
 enum EPointerFlag : uint32_t {
@@ -50,6 +51,9 @@ public:
     /// The pen left or entered the sensing range.
     virtual bool OnProximityLeave() { return false; }
     virtual bool OnProximityEnter() { return false; }
+    /// The pen was turned to its eraser end, or back. True when the tool acts on it; otherwise the eraser
+    /// becomes the active tool.
+    virtual bool OnPenEnd(bool) { return false; }
     /// The pointer left the view.
     virtual bool OnMouseLeave() { return false; }
     /// True while the tool has uncommitted results without a running operation: floating pixels, a preview.
@@ -76,6 +80,9 @@ public:
     virtual void DrawOverlay(COverlay& overlay, const TOverlayMapper& mapper) const = 0;
     /// The bounds of the overlay in client pixels.
     virtual CRect GetOverlayRect(const TOverlayMapper& mapper) const;
+    /// The client rectangles in which the overlay has changed since the last call, for a tool that knows
+    /// them; nullopt stands for the overlay's whole bounds before and now.
+    virtual std::optional<std::vector<CRect>> TakeOverlayChanges(const TOverlayMapper&) { return {}; }
     /// The description of the tool's class.
     virtual const TToolInfo& GetInfo() const = 0;
     int GetToolId() const { return GetInfo().nId; }

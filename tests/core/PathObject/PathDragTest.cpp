@@ -85,7 +85,7 @@ TEST(PathDrag, WhatIsCommittedStaysWhileLiveValuesAreDragged) {
     check([&](auto& s) { DragBy(s.GetWidthPoints()[0]->DragHandleImpl(true, true), {200, -300}); });
     check([](auto& s) { (*s.GetWidthPoints()[0]->LeftHandle())[STATE_LIVE] = 9; });
     check([&](auto& s) { Drag(s.GetTransPoints()[1]->DragAnchorPoint(false), {790, 380}); });
-    check([&](auto& s) { DragBy(s.GetTransPoints()[1]->DragHandleImpl(), {0, 500}); });
+    check([&](auto& s) { DragBy(s.GetTransPoints()[1]->DragHandleImpl(true), {0, 500}); });
     check([&](auto& s) { DragBy(begin(s)->DragGrowHandle(false), {-90, 0}); });
     check([&](auto& s) { DragBy(end(s)->DragHandleImpl(true, true), {90, 200}); });
 }
@@ -119,7 +119,7 @@ TEST(PathDrag, WidthsAreMultiplesInsideAndDistancesOutside) {
     EXPECT_FALSE(spMark->HasSide(SIDE_LEFT));
     const auto spWidth = spMark->LeftHandle();
     EXPECT_TRUE(spMark->HasSide(SIDE_LEFT) && *spWidth == CDualValue<uint32_t>(0));
-    // Marks neither pass nor meet each other, however often they try; cuts go anywhere on the path.
+    // Marks neither pass nor meet each other, however often they try, nor do cuts.
     for (int n = 0; n < 3; ++n) {
         Drag(spMark->DragAnchorPoint(false), {1600, 50 + n});
         EXPECT_EQ(spMark->GetParameter()[STATE_LIVE], 0x13FFFu);
@@ -134,14 +134,18 @@ TEST(PathDrag, WidthsAreMultiplesInsideAndDistancesOutside) {
     Drag(spOther->DragAnchorPoint(false), {1700, 0});
     EXPECT_EQ(spOther->GetParameter()[STATE_LIVE], 0x20000u);
     const auto spCut = stream.AddTransPoint(0x8000);
+    stream.AddTransPoint(0x1C000);
     spPath->Update();
     Drag(spCut->DragAnchorPoint(false), {1700, 50});
-    EXPECT_EQ(spCut->GetParameter()[STATE_LIVE], 0x20000u);
+    EXPECT_EQ(spCut->GetParameter()[STATE_LIVE], 0x1BFFFu);
     spCut->SetParameter(CDualValue<uint32_t>(0x8000));
     spPath->Update();
-    Drag(spCut->DragHandleImpl(), {500, -100});
+    // A cut is turned by either of its two marks.
+    Drag(spCut->DragHandleImpl(true), {500, -100});
     EXPECT_EQ(spCut->GetAngle()[STATE_LIVE], 45u);
-    (*spCut->DragHandleImpl())[STATE_COMMITTED] = {300, -100};
+    Drag(spCut->DragHandleImpl(false), {500, 100});
+    EXPECT_EQ(spCut->GetAngle()[STATE_LIVE], 135u);
+    (*spCut->DragHandleImpl(true))[STATE_COMMITTED] = {300, -100};
     EXPECT_EQ(spCut->GetAngle()[STATE_COMMITTED], 135u);
 }
 
@@ -184,20 +188,21 @@ TEST(PathDrag, ThePointerFindsTheTopmostPlace) {
         EXPECT_EQ(hit.kind, kind) << pt.x << ' ' << pt.y;
         EXPECT_EQ(hit.spPoint, spPoint) << pt.x << ' ' << pt.y;
     };
-    expectHit({804, -4}, HIT_ANCHOR, spMiddle);
-    expectHit({805, -405}, HIT_NONE, {});
+    expectHit({802, -3}, HIT_ANCHOR, spMiddle);
+    expectHit({803, -403}, HIT_NONE, {});
     expectHit({1000, 0}, HIT_FORE, spMiddle);
     expectHit({800, -400}, HIT_LEFT, spMark);
     expectHit({800, 400}, HIT_RIGHT, spMark);
     expectHit({400, 0}, HIT_ANCHOR, spCut);
-    expectHit({400, -400}, HIT_ANGLE, spCut);
+    expectHit({400, -400}, HIT_LEFT, spCut);
+    expectHit({400, 400}, HIT_RIGHT, spCut);
     expectHit({-200, 0}, HIT_GROW, stream.GetTerm(true));
     expectHit({1600, -400}, HIT_LEFT, stream.GetTerm(false));
     expectHit({1600, 400}, HIT_RIGHT, stream.GetTerm(false));
     expectHit({600, 4}, HIT_PATH, {});
     expectHit({600, 5}, HIT_NONE, {});
     // Only what is asked for; under the anchor lies the width mark.
-    EXPECT_EQ(spPath->HitTestEx(PickAt({800, 0}), false, true, false, false).spPoint, spMark);
+    EXPECT_EQ(spPath->HitTestEx(PickAt({800, 0}), false, false, false, true).spPoint, spMark);
     EXPECT_EQ(spPath->HitTest(PickAt({1000, 0}, false)).kind, HIT_PATH); // handles that are not shown
     EXPECT_FALSE(spPath->HitTestEx(PickAt({-200, 0}), true, true, true, false));
     EXPECT_FALSE(spPath->HitTestEx(PickAt({600, 0}), true, true, false, true));
@@ -208,7 +213,7 @@ TEST(PathDrag, ThePointerFindsTheTopmostPlace) {
     selection.bAllHandles = true;
     spPath->DrawOutline(device, PickAt({}).mapper, selection, 0, true);
     EXPECT_EQ(device.vCurves.size(), 1 + stream.GetOutline(STATE_LIVE).size());
-    EXPECT_EQ(device.vSquares.size(), 12u);
+    EXPECT_EQ(device.vSquares.size(), 13u);
     for (const CPoint pt : device.vSquares)
         EXPECT_TRUE(spPath->HitTestEx(PickAt(pt), true, true, false, true));
 }

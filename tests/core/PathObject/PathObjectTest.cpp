@@ -36,8 +36,10 @@ TEST(PathObject, MarksStayWhereTheyAreWhenAnchorsComeAndGo) {
         EXPECT_EQ(spPath->GetStream().ControlPointCount(), bRemove ? 3u : 5u);
     };
     check(0, true, {0, 0x8000, 0x18000}, {0x4000, 0x14000});
-    check(1, true, {0x18000}, {});
-    check(2, true, {0x8000, 0x10000}, {0x4000, 0xC000});
+    // The merged segment has no handles: its fraction f lies at 3f^2 - 2f^3 of its length.
+    check(1, true, {21408, 0x8000, 44160, 0x18000}, {11264, 29344, 36208, 0x14000});
+    check(2, true, {0x8000, 0x10000, 0x10000 + 21408, 0x10000 + 44160},
+          {0x4000, 0xC000, 76800, 0x10000 + 36208});
     check(3, true, {0x8000, 0x10000, 0x18000}, {0x4000, 0xC000});
     check(0, false, {0x18000, 0x20000, 0x28000, 0x38000}, {0x14000, 0x1C000, 0x24000, 0x34000});
     check(2, false, {0x8000, 0x10000, 0x18000, 0x38000}, {0x4000, 0xC000, 0x14000, 0x34000});

@@ -16,6 +16,7 @@ struct CView : IActiveView {
     uint16_t GetZoom() const override { return 48; }
     CPoint ToClient(CPoint pt) const override { return {pt.x / 8, pt.y / 8}; }
     CPoint ToCanvas(CPoint pt) const override { return {pt.x * 8, pt.y * 8}; }
+    int32_t GetDpi() const override { return DPI_NORMAL; }
     void RequestRedraw() override {}
     boost::shared_ptr<CCanvasBuffer> m_spCanvas = MakePage({200, 100});
 };

@@ -1,0 +1,24 @@
+// Tools that work on a vector layer.
+#pragma once
+
+#include "core/History/History.h"
+#include "core/LayerBuffer/VectorLayerBuffer.h"
+#include "core/Tools/Tools.h"
+
+/// Does nothing unless the active layer is a visible vector layer.
+class CVectorTool : public CTools {
+public:
+    using CTools::CTools;
+
+    bool IsEnabled() const override { return GetRefusal() == nullptr; }
+    const wchar_t* GetRefusal() const override;
+
+protected:
+    /// The layer of the running operation, or else the active one; null when it is no vector layer.
+    boost::shared_ptr<CVectorLayerBuffer> GetVectorLayer() const;
+    /// Adds a done action to the history of the operation's canvas. Raises internal_error without one.
+    void RegisterHistory(const boost::shared_ptr<CHistory>& spHistory) const;
+    /// Sets the function by which undo cancels the running operation; an empty one removes it. Raises
+    /// internal_error without a canvas.
+    void RegisterHistoryCancel(const boost::function<bool()>& fnCancel) const;
+};
