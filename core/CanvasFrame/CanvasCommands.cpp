@@ -43,13 +43,16 @@ bool IsAnyFrame(CCanvasFrame&) { return true; }
 
 bool CanUndo(CCanvasFrame& frame) {
     CCanvasBuffer& canvas = *frame.GetCanvas();
+    // While something is dragged or drawn, undo takes that back.
+    if (canvas.GetHistory().IsUnfinished()) return true;
     // A stroke is undoable as soon as it ends, even while it is still being rendered.
     return IsIdle(frame) && (canvas.GetHistory().CanUndo() || canvas.HasPendingWork() || IsToolOpen(frame));
 }
 
 bool CanRedo(CCanvasFrame& frame) {
     CCanvasBuffer& canvas = *frame.GetCanvas();
-    return IsIdle(frame) && canvas.GetHistory().CanRedo() && !canvas.HasPendingWork() && !IsToolOpen(frame);
+    return IsIdle(frame) && !canvas.GetHistory().IsUnfinished() && canvas.GetHistory().CanRedo() &&
+           !canvas.HasPendingWork() && !IsToolOpen(frame);
 }
 
 void Turn(CCanvasFrame& frame, int nDegrees) {

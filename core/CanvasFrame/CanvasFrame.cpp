@@ -267,11 +267,10 @@ bool CCanvasFrame::OnClose() {
 
 void CCanvasFrame::StepHistory(bool bUndo) {
     Guarded([&] {
-        CompleteWork();
-        if (bUndo)
-            m_spCanvas->GetHistory().Undo();
-        else
-            m_spCanvas->GetHistory().Redo();
+        CHistoryStream& history = m_spCanvas->GetHistory();
+        // What is unfinished is taken back; completing it first would make it an action.
+        if (!bUndo || !history.IsUnfinished()) CompleteWork();
+        bUndo ? history.Undo() : history.Redo();
     });
     RaiseRefresh();
     InvalidateAll();
