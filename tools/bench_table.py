@@ -65,8 +65,9 @@ def human(nanoseconds):
 
 
 def line_of(pair, results):
-    ours = cost(results.get(pair["ours"]), pair["compared"])
-    peer = cost(results.get(pair["peer"]), pair["compared"])
+    compared, _, of_peer = pair["compared"].partition(" : ")
+    ours = cost(results.get(pair["ours"]), compared)
+    peer = cost(results.get(pair["peer"]), of_peer or compared)
     ratio = ours / peer if ours and peer else None
     goal, reached = pair["goal"], ratio if pair["peer"] else ours and ours / NANOSECONDS["ms"]
     met = None if goal is None or reached is None else reached <= goal

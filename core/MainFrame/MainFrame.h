@@ -12,6 +12,7 @@
 #include "core/MainFrame/NewDocument.h"
 #include "core/MainFrame/StartPage.h"
 #include "core/MainFrame/StatusLine.h"
+#include "core/Panels/PanelRest.h"
 #include "core/Panels/Panels.h"
 #include "core/Platform/Window.h"
 #include "core/RasterStroke/StrokeRandom.h"
@@ -121,6 +122,8 @@ private:
     void AbandonFrame(const boost::shared_ptr<CCanvasFrame>& spFrame);
     void OnToolNotice(EToolNotice notice);
     bool DoIdleWork();
+    bool UpdatePanels(bool bStrokes);
+    void FollowRest(const TMessage& msg);
     bool TranslateKey(const TMessage& msg);
     bool ContinueStrokes();
     void OnPenEnd(bool bEraser);
@@ -147,6 +150,7 @@ private:
     CCommandTable m_commands;
     TPanelOutside m_panelOutside;
     CPanels m_panels{m_panelOutside};
+    CPanelRest m_rest;
     CStartPage m_startPage;
     boost::weak_ptr<CCanvasBuffer> m_wpSeen; ///< the document that the panels show now
     uint32_t m_uSeenChanges = 0;

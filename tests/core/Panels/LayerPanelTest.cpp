@@ -234,6 +234,50 @@ TEST_F(LayerPanel, ThumbnailsAreMadeWhenIdleAndOnlyOfWhatHasChanged) {
           }});
 }
 
+TEST_F(LayerPanel, PanelsRestWhileThePointerMovesOverTheCanvas) {
+    const auto advance = [this](uint32_t uMs) {
+        dynamic_cast<CVirtualClock&>(m_pStage->platform.clock).Advance(uMs);
+    };
+    const auto point = [&](uint32_t uMs, EMessage id = EMessage::MouseMove) {
+        advance(uMs);
+        m_pStage->platform.queue.Post({Active().GetWindow(), id, 0, PackPoint(5, 5)});
+    };
+    const auto edit = [] { Canvas().GetRoot().AddLayer(CreateRasterLayer(Active().GetCanvas()), -1); };
+    const auto shows = [](int nSteps, ptrdiff_t nPictures) {
+        const auto& vTree = Control(ID_PANEL_LAYER, EKind::Tree).vTree;
+        EXPECT_EQ(Control(ID_PANEL_HISTORY, EKind::Tree).nValue, nSteps);
+        EXPECT_EQ(std::ranges::count_if(vTree, [](const auto& row) { return row.spPicture != nullptr; }),
+                  nPictures);
+    };
+    std::vector<std::function<void()>> vSteps{
+        [&] { advance(CLayerThumbnails::PAUSE_MS); },
+        [&] { shows(0, 1), edit(), point(0); },
+        [&] { shows(0, 1), point(99); },
+        [&] { shows(0, 1), advance(99); },
+        // It has rested long enough.
+        [&] { shows(0, 1), advance(1); },
+        [&] { shows(1, 1), advance(CLayerThumbnails::PAUSE_MS); },
+        [&] { shows(1, 2), edit(), point(0); },
+        // The user turns away from the canvas.
+        [&] { shows(1, 2), point(1, EMessage::MouseLeave); },
+        // A command is followed at once.
+        [&] { shows(2, 2), point(0); },
+        [&] { Command(ID_EDIT_UNDO); },
+        // In a record what the user did in a panel follows at once, in the rows as they have become.
+        [&] { shows(1, 2), edit(), edit(), point(0); },
+        [&] {
+            const int nList = Control(ID_PANEL_HISTORY, EKind::Tree).nId;
+            m_pStage->platform.queue.Post({&Window(ID_PANEL_HISTORY), EMessage::PanelChange, nList, 2});
+        },
+        [&] { shows(2, 2), edit(), point(0); },
+    };
+    // Of a pen that is held above the tablet the panels see a moment every second.
+    for (int n = 0; n < 10; ++n) vSteps.push_back([&] { shows(2, 2), point(99, EMessage::PenPacket); });
+    vSteps.push_back([&] { shows(2, 2), point(10, EMessage::PenPacket); });
+    vSteps.push_back([&] { shows(3, 2); });
+    Play(vSteps);
+}
+
 TEST_F(LayerPanel, HistoryGoesToAnyStateInOneStep) {
     const auto click = [](int nRow) {
         Send(ID_PANEL_HISTORY, EMessage::PanelChange, Control(ID_PANEL_HISTORY, EKind::Tree).nId, nRow);
