@@ -27,7 +27,8 @@ bool CWatchedBuffer::Tell() {
 
 qint64 CWatchedBuffer::readData(char* pTo, qint64 nMax) {
     const qint64 nRead = m_buffer.read(pTo, nMax);
-    return Tell() ? nRead : -1;
+    // As at the end of the bytes: libtiff would add the -1 of a failure to its place in memory.
+    return Tell() ? nRead : 0;
 }
 
 qint64 CWatchedBuffer::writeData(const char* pFrom, qint64 nLength) {

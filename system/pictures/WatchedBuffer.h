@@ -7,7 +7,8 @@
 class IProgress;
 
 /// Not a QBuffer itself, since a codec takes the bytes of one without reading them. After the user has
-/// cancelled every access fails, which ends the codec: exceptions must not pass through it.
+/// cancelled nothing more can be read and writing fails, which ends the codec: exceptions must not pass
+/// through it.
 class CWatchedBuffer : public QIODevice {
 public:
     /// Reads and writes `bytes`, open already. Steps of `progress` are the bytes passed for the first time.

@@ -246,6 +246,7 @@ TEST_F(LayerPanel, PanelsRestWhileThePointerMovesOverTheCanvas) {
     const auto shows = [](int nSteps, ptrdiff_t nPictures) {
         const auto& vTree = Control(ID_PANEL_LAYER, EKind::Tree).vTree;
         EXPECT_EQ(Control(ID_PANEL_HISTORY, EKind::Tree).nValue, nSteps);
+        EXPECT_EQ(static_cast<int>(vTree.size()), nSteps + 1);
         EXPECT_EQ(std::ranges::count_if(vTree, [](const auto& row) { return row.spPicture != nullptr; }),
                   nPictures);
     };

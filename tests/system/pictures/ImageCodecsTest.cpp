@@ -2,13 +2,17 @@
 
 #include "system/pictures/GifWriter.h"
 #include "system/pictures/QtBitmap.h"
+#include "system/pictures/WatchedBuffer.h"
 #include "tests/support/MemoryFiles.h"
+#include "tests/support/TestProgress.h"
 
 #include <QBuffer>
 #include <QColorSpace>
 #include <QImageReader>
 #include <QImageWriter>
 #include <QPainter>
+
+#include <array>
 
 namespace {
 
@@ -230,4 +234,20 @@ TEST_F(ImageCodecs, OtherEndingsWriteNothing) {
     for (const wchar_t* pszPath : {L"a.psd", L"a.webp", L"a", L"png", L"a.png.txt", L"a.png/b"})
         EXPECT_FALSE(m_codecs.CanSave(pszPath) || !SaveAndLoad(pszPath, Soft(3, 3)).isNull());
     EXPECT_TRUE(m_codecs.CanSave(L"/x/絵.JPEG") && m_files.m_mapFiles.empty());
+}
+
+TEST(WatchedBuffer, ACancelledReadIsTheEndOfTheBytesAndACancelledWriteFails) {
+    QByteArray bytes(100, 'a');
+    std::array<char, 10> aRead;
+    for (const bool bRead : {true, false}) {
+        CCountedProgress progress(2);
+        progress.Begin(L"", 0);
+        CWatchedBuffer buffer(bytes, progress);
+        const auto pass = [&] {
+            return bRead ? buffer.read(aRead.data(), aRead.size()) : buffer.write("bbbbbbbbbb", 10);
+        };
+        EXPECT_EQ(pass(), 10);
+        for (int n = 0; n < 2; ++n) EXPECT_EQ(pass(), bRead ? 0 : -1);
+        EXPECT_THROW(buffer.RaiseCancel(), cancelled_error);
+    }
 }
