@@ -14,6 +14,7 @@
 #include <QScopedValueRollback>
 #include <QScrollBar>
 #include <QTabletEvent>
+#include <QTouchEvent>
 
 #include <cmath>
 #include <cstdlib>
@@ -22,7 +23,6 @@
 namespace {
 
 constexpr int WHEEL_STEP = 120;
-constexpr qreal PINCH_STEP = 1.25; ///< the fingers' magnification for a line of the zoom list
 constexpr int MOST_RECTANGLES =
     64; ///< more are painted as one; a round selection on a large screen has about 60
 
@@ -52,10 +52,21 @@ private:
     qreal m_dScale;
 };
 
+int64_t HeldKeys(Qt::KeyboardModifiers modifiers) {
+    return (modifiers.testFlag(Qt::ShiftModifier) ? MOUSE_SHIFT : 0) |
+           (modifiers.testFlag(Qt::ControlModifier) ? MOUSE_CONTROL : 0);
+}
+
 } // namespace
 
 CQtCanvasView::CQtCanvasView(TEvents events, QWidget* pParent)
-    : QAbstractScrollArea(pParent), m_events(std::move(events)) {
+    : QAbstractScrollArea(pParent), m_events(std::move(events)),
+      m_touch({[this](EMessage id, CPoint pt) { TellFinger(id, pt); },
+               [this](int nSteps, CPoint pt) {
+                   m_bZooming = true;
+                   m_events.pinch(nSteps, pt);
+               },
+               [this](CPoint ptDistance) { return MovePicture(ptDistance); }}) {
     setFrameShape(QFrame::NoFrame);
     setFocusPolicy(Qt::StrongFocus);
     // Bars that appear and disappear would change the client size that they depend on.
@@ -67,6 +78,9 @@ CQtCanvasView::CQtCanvasView(TEvents events, QWidget* pParent)
     viewport()->setMouseTracking(true);
     viewport()->setTabletTracking(true);
     viewport()->setContextMenuPolicy(Qt::PreventContextMenu);
+    // Qt's scroll areas move their content with two fingers themselves, but do not know of zooming.
+    viewport()->setAttribute(Qt::WA_AcceptTouchEvents);
+    viewport()->ungrabGesture(Qt::PanGesture);
     for (const bool bVertical : {false, true}) WatchBar(bVertical);
 }
 
@@ -108,6 +122,7 @@ void CQtCanvasView::SetScroll(CSize szExtent, CSize szLine, CSize szPage, CPoint
         bar.setValue(nOffset);
     };
     m_szPage = szPage;
+    m_bZooming = false;
     set(*horizontalScrollBar(), szExtent.cx, szClient.cx, szLine.cx, ptOffset.x);
     set(*verticalScrollBar(), szExtent.cy, szClient.cy, szLine.cy, ptOffset.y);
 }
@@ -164,23 +179,33 @@ void CQtCanvasView::wheelEvent(QWheelEvent* pEvent) {
 }
 
 void CQtCanvasView::Pinch(const QNativeGestureEvent& event) {
-    if (event.gestureType() == Qt::BeginNativeGesture) m_dPinch = 1;
+    if (event.gestureType() == Qt::BeginNativeGesture) m_pinch.Begin();
     if (event.gestureType() != Qt::ZoomNativeGesture) return;
-    m_dPinch *= 1 + event.value();
-    const int nSteps = m_dPinch >= PINCH_STEP ? 1 : m_dPinch <= 1 / PINCH_STEP ? -1 : 0;
-    if (nSteps == 0) return;
-    m_dPinch = 1;
     const QPointF pt = event.position() * devicePixelRatioF();
-    m_events.pinch(nSteps,
-                   {static_cast<int32_t>(std::floor(pt.x())), static_cast<int32_t>(std::floor(pt.y()))});
+    if (const int nSteps = m_pinch.Add(1 + event.value()))
+        m_events.pinch(nSteps,
+                       {static_cast<int32_t>(std::floor(pt.x())), static_cast<int32_t>(std::floor(pt.y()))});
+}
+
+void CQtCanvasView::TellFinger(EMessage id, CPoint pt) {
+    if (id == EMessage::LButtonDown && std::exchange(m_bActivated, false)) m_events.activate(false);
+    const bool bDown = id == EMessage::LButtonDown || id == EMessage::MouseMove;
+    m_events.pointer(id, (bDown ? MOUSE_LEFT : 0) | HeldKeys(QGuiApplication::keyboardModifiers()), pt);
+}
+
+// Zooming moves the bars, but later: their values of now would take it back.
+bool CQtCanvasView::MovePicture(CPoint ptDistance) {
+    if (m_bZooming) return false;
+    horizontalScrollBar()->setValue(horizontalScrollBar()->value() - ptDistance.x);
+    verticalScrollBar()->setValue(verticalScrollBar()->value() - ptDistance.y);
+    return true;
 }
 
 void CQtCanvasView::TellPointer(EMessage id, const QMouseEvent& event) {
     const qreal dScale = devicePixelRatioF();
     const int64_t nKeys = (event.buttons().testFlag(Qt::LeftButton) ? MOUSE_LEFT : 0) |
                           (event.buttons().testFlag(Qt::RightButton) ? MOUSE_RIGHT : 0) |
-                          (event.modifiers().testFlag(Qt::ShiftModifier) ? MOUSE_SHIFT : 0) |
-                          (event.modifiers().testFlag(Qt::ControlModifier) ? MOUSE_CONTROL : 0);
+                          HeldKeys(event.modifiers());
     m_events.pointer(id, nKeys,
                      {static_cast<int32_t>(std::floor(event.position().x() * dScale)),
                       static_cast<int32_t>(std::floor(event.position().y() * dScale))});
@@ -214,6 +239,13 @@ bool CQtCanvasView::viewportEvent(QEvent* pEvent) {
         return true;
     case QEvent::NativeGesture:
         Pinch(static_cast<QNativeGestureEvent&>(*pEvent));
+        pEvent->accept();
+        return true;
+    case QEvent::TouchBegin:
+    case QEvent::TouchUpdate:
+    case QEvent::TouchEnd:
+    case QEvent::TouchCancel:
+        if (!m_touch.OnEvent(static_cast<QTouchEvent&>(*pEvent), devicePixelRatioF())) break;
         pEvent->accept();
         return true;
     case QEvent::Leave:

@@ -4,6 +4,7 @@
 #include "core/Base/Geometry.h"
 #include "core/Platform/Cursor.h"
 #include "core/Platform/Message.h"
+#include "ui/input/QtTouch.h"
 
 #include <QAbstractScrollArea>
 
@@ -55,6 +56,8 @@ protected:
 private:
     void CheckSize();
     void Pinch(const QNativeGestureEvent& event);
+    void TellFinger(EMessage id, CPoint pt);
+    bool MovePicture(CPoint ptDistance);
     void TellPointer(EMessage id, const QMouseEvent& event);
     void WatchBar(bool bVertical);
 
@@ -64,6 +67,8 @@ private:
     CSize m_szPage;            ///< pixels that a click beside the handle scrolls
     bool m_bActivated = false; ///< the press being delivered activated the view
     bool m_bSetting = false;   ///< the application is setting the scroll bars
-    qreal m_dPinch = 1;        ///< magnification since the last step of a pinch
-    int m_nWheel = 0;          ///< accumulated part of a wheel step
+    bool m_bZooming = false;   ///< the scroll bars do not show the last zoom yet
+    CPinchSteps m_pinch;       ///< of a touch pad
+    CQtTouch m_touch;
+    int m_nWheel = 0; ///< accumulated part of a wheel step
 };

@@ -3,6 +3,7 @@
 #include "core/AppModule/WindowPlacement.h"
 #include "core/Commands/Commands.h"
 #include "core/Panels/ColorControls.h"
+#include "tests/support/ProjectBytes.h"
 #include "tests/support/Session.h"
 #include "tests/support/TempFolder.h"
 #include "ui/base/QtText.h"
@@ -316,4 +317,30 @@ TEST_F(DocumentWindows, HiddenPanelsComeBackAsTheyWere) {
     Restart();
     ResizeMain(1280, 700);
     EXPECT_EQ(places(), before);
+}
+
+TEST_F(DocumentWindows, ASecondFingerTakesBackTheStrokeOfTheFirst) {
+    Drop({"/1.vlm"});
+    SendMessage({g_pMainFrame->GetWindow(), EMessage::Command, ID_LAYER_NEW_RASTER});
+    const auto spCanvas = Active().GetCanvas();
+    const auto nSteps = [&] { return Settle(), spCanvas->GetHistory().GetUndoList().size(); };
+    const size_t nBefore = nSteps();
+    const auto before = SaveToBytes(*spCanvas);
+    QWidget& view = *ViewOf(dynamic_cast<ICanvasWindow*>(Active().GetWindow())).viewport();
+    const std::unique_ptr<QPointingDevice> pScreen{QTest::createTouchDevice()};
+    const auto touch = [&] { return QTest::touchEvent(view.window(), pScreen.get()); };
+    const CPoint ptCanvas = Active().GetView().ToWindow(CPoint{30, 20});
+    const QPoint pt(ptCanvas.x, ptCanvas.y), ptTo = pt + QPoint(12, 0), ptSecond = pt + QPoint(40, 9);
+    for (const bool bSecond : {true, false}) {
+        touch().press(1, pt, &view);
+        for (int n = 1; n < 12; ++n) touch().move(1, pt + QPoint(n, 0), &view);
+        Settle();
+        EXPECT_TRUE(g_wpActiveTool.lock()->GetState() != STATE_IDLE);
+        if (bSecond) touch().move(1, ptTo, &view).press(2, ptSecond, &view);
+        if (bSecond) touch().move(1, ptTo, &view).release(2, ptSecond, &view);
+        for (int n = 0; n < 5; ++n) touch().move(1, ptTo + QPoint(0, n), &view);
+        touch().release(1, ptTo, &view);
+        EXPECT_EQ(nSteps(), nBefore + (bSecond ? 0 : 1));
+        EXPECT_EQ(SaveToBytes(*spCanvas) == before, bSecond);
+    }
 }
