@@ -20,6 +20,11 @@ public:
         Touch().release(nFinger, pt, &m_view).move(3 - nFinger, ptStays, &m_view);
     }
     void Lift(int nFinger, QPoint pt) { Touch().release(nFinger, pt, &m_view); }
+    /// The window system takes the fingers for itself.
+    void Cancel() {
+        QTouchEvent event(QEvent::TouchCancel, m_pDevice.get());
+        QCoreApplication::sendEvent(&m_view, &event);
+    }
 
 private:
     QWidget& m_view;
@@ -92,6 +97,10 @@ TEST_F(CUiTest, OneFingerIsTheLeftButtonAndTwoZoomAndMoveThePicture) {
     EXPECT_EQ(m_a.Got(EMessage::Pinch).size(), 1u);
     screen.Press(9, {5, 6});
     screen.Lift(9, {5, 6});
+    screen.Press(9, {7, 8});
+    screen.Cancel();
+    screen.Move(9, {9, 9});
     Turn();
-    EXPECT_EQ(ends().first.back(), At(0, 5, 6));
+    EXPECT_EQ(ends(), std::pair(TParams{At(0, 15, 26), At(0, 5, 6)}, TParams{At(0, 0, 0), At(0, 0, 0)}));
+    EXPECT_EQ(m_a.Got(EMessage::MouseMove).size(), 3u);
 }
