@@ -1,6 +1,7 @@
 #include "core/LayerBuffer/VectorLayerBuffer.h"
 
 #include "core/LayerBuffer/LayerHistory.h"
+#include "core/PathObject/PathBytes.h"
 #include "core/PathObject/PathObjectFactory.h"
 
 #include <boost/make_shared.hpp>
@@ -142,11 +143,8 @@ void CVectorLayerBuffer::CopyContent(const CLayerBuffer& other) {
 }
 
 size_t CVectorLayerBuffer::GetOwnBytes(const CLayerBuffer*) const {
-    constexpr size_t PATH_BYTES = 1024; // beside what the points take
-    constexpr size_t POINT_BYTES = 512; // with its share of the outline
     size_t nBytes = 0;
-    for (const auto& spPath : m_lstPaths)
-        nBytes += PATH_BYTES + spPath->GetStream().ControlPointCount() * POINT_BYTES;
+    for (const auto& spPath : m_lstPaths) nBytes += GetPathBytes(*spPath);
     return nBytes;
 }
 
