@@ -167,6 +167,19 @@ bool CPathTool::Cancel() {
     return bDrawing || bDragging;
 }
 
+// Control was released while the button was held.
+bool CPathTool::FinishIfReleased(bool bRedraw) {
+    if (!m_spInstallPath || IsDragging() || GetOutside().keys.IsKeyDown(VK_Control)) return bRedraw;
+    FinishInstall();
+    return true;
+}
+
+bool CPathTool::OnLButtonUp(int32_t x, int32_t y, uint32_t flags) {
+    return FinishIfReleased(CPathToolBase::OnLButtonUp(x, y, flags));
+}
+
+bool CPathTool::OnProximityLeave() { return FinishIfReleased(CPathToolBase::OnProximityLeave()); }
+
 bool CPathTool::OnRButtonDown(int32_t, int32_t, uint32_t) {
     if (!m_spInstallPath) return false;
     EndOpen(true);
@@ -200,11 +213,7 @@ bool CPathTool::OnKeyDown(int nKey) {
 
 bool CPathTool::OnKeyUp(int nKey) {
     // While the button is held the drag goes on to its release.
-    if (m_spInstallPath && !IsDragging() && !GetOutside().keys.IsKeyDown(VK_Control)) {
-        FinishInstall();
-        return true;
-    }
-    return CPathToolBase::OnKeyUp(nKey);
+    return FinishIfReleased(CPathToolBase::OnKeyUp(nKey));
 }
 
 bool CPathTool::CanCommand(int nId) const {

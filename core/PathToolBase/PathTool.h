@@ -28,7 +28,9 @@ public:
 
     const TToolInfo& GetInfo() const override { return INFO; }
     const wchar_t* GetHint(uint32_t uModifiers) const override;
+    bool OnLButtonUp(int32_t x, int32_t y, uint32_t flags) override;
     bool OnRButtonDown(int32_t x, int32_t y, uint32_t flags) override;
+    bool OnProximityLeave() override;
     bool OnKeyDown(int nKey) override;
     bool OnKeyUp(int nKey) override;
     /// Delete removes the selected anchor or path.
@@ -69,6 +71,7 @@ private:
     boost::shared_ptr<CVectorHandle> OnLButtonDown_EditMode(const TLayerRef& spLayer,
                                                             const TPathTarget& target, uint32_t flags);
     void FinishInstall();
+    bool FinishIfReleased(bool bRedraw);
     void DropInstall();
     TPathEnd FindEnd(CVectorLayerBuffer& layer, CPoint pt, uint32_t flags, const CPathObject* pExcept) const;
     TPathEnd DraggedEnd() const;

@@ -1,6 +1,7 @@
 // A session over vector layers in which the test draws with the path tools.
 #pragma once
 
+#include "session/seam/SessionKeys.h"
 #include "tests/support/ProjectBytes.h"
 #include "tests/support/TestPlatform.h"
 
