@@ -85,6 +85,7 @@ constexpr TNamed NAMES[] = {
     {ID_SWITCH_TOOL_FIRST + 2, "tool-brush"},
     {ID_SWITCH_TOOL_FIRST + 3, "tool-eraser"},
     {ID_SWITCH_TOOL_FIRST + 8, "tool-pencil"},
+    {ID_SWITCH_TOOL_FIRST + 6, "tool-path"},
     {ID_WINDOW_ARRANGE, "window-arrange"},
     {ID_WINDOW_CASCADE, "window-cascade"},
     {ID_WINDOW_TILE_HORZ, "window-tile-horz"},

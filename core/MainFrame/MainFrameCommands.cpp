@@ -71,6 +71,17 @@ void CMainFrame::BindViewCommands() {
     m_commands.Bind(
         ID_VIEW_FAST_SCROLL, [](int) { g_Switches.m_bFastScroll = !g_Switches.m_bFastScroll; }, {},
         [](int) { return g_Switches.m_bFastScroll != 0; });
+    constexpr std::pair<int, uint8_t TGlobalSwitches::*> PATH_VIEWS[] = {
+        {ID_VIEW_OUTLINE, &TGlobalSwitches::m_bShowOutline},
+        {ID_VIEW_ALL_ANCHORS, &TGlobalSwitches::m_bShowAllCtl}};
+    for (const auto& [nId, pSwitch] : PATH_VIEWS)
+        m_commands.Bind(
+            nId,
+            [p = pSwitch](int) {
+                g_Switches.*p = !(g_Switches.*p);
+                for (const auto& spFrame : g_lstCanvasFrame) spFrame->InvalidateAll();
+            },
+            {}, [p = pSwitch](int) { return g_Switches.*p != 0; });
     for (const int nPanel : m_panels.GetCommands())
         m_commands.Bind(
             nPanel, [this](int n) { m_panels.Toggle(n); }, {}, [this](int n) { return m_panels.IsShown(n); });

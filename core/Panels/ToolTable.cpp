@@ -1,5 +1,6 @@
 #include "core/Panels/ToolTable.h"
 
+#include "core/PathToolBase/ToolOptPathTool.h"
 #include "core/RasterBrush/FreehandTools.h"
 #include "core/RasterBrush/ToolOptRasterBrush.h"
 
@@ -25,6 +26,7 @@ constexpr TToolRow TOOLS[] = {
     ROW<CRasterBrush, CToolOptRasterBrush>,
     ROW<CRasterEraser, CToolOptRasterBrush>,
     ROW<CRasterPencil, CToolOptRasterPencil>,
+    ROW<CPathTool, CToolOptPathTool>,
 };
 
 } // namespace

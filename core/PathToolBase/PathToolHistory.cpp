@@ -38,12 +38,9 @@ void CAddDelPathHistory<kind>::Apply(bool bInsert) {
     if (!spLayer) return;
     if (bInsert) {
         spLayer->InsertPath(m_spPath, m_idx);
-    } else {
-        const int idx = spLayer->RemovePath(m_spPath);
-        if (idx < 0)
-            throw internal_error(kind == 0 ? L"CAddPathHistory: object not found"
-                                           : L"CDelPathHistory: object not found");
-        m_idx = idx;
+    } else if (spLayer->RemovePath(m_spPath) < 0) {
+        throw internal_error(kind == 0 ? L"CAddPathHistory: object not found"
+                                       : L"CDelPathHistory: object not found");
     }
     m_bHolds = !bInsert;
 }

@@ -5,11 +5,13 @@
 #include "session/scripts/DocumentState.h"
 #include "session/scripts/Player.h"
 #include "session/scripts/Verbs.h"
+#include "session/seam/SessionCanvasWindow.h"
 #include "session/seam/SessionLog.h"
 
 #include <nlohmann/json.hpp>
 
 #include <charconv>
+#include <iterator>
 #include <map>
 #include <optional>
 
@@ -32,7 +34,13 @@ struct TExpectation {
     std::optional<TPixel> pixel;
     std::optional<std::string> strMark;
     std::optional<std::string> strStatus;
+    std::optional<std::string> strCursor;
 };
+
+/// The pointer's shapes in the order of ECursor.
+constexpr const char* CURSORS[] = {"arrow",  "forbidden", "cross", "select", "move",     "add",
+                                   "remove", "join",      "width", "hand",   "hand-grip"};
+static_assert(std::size(CURSORS) == static_cast<size_t>(ECursor::HandGrip) + 1);
 
 void CheckShape(const CScriptValue& value, const json& shape);
 
@@ -171,6 +179,11 @@ void Play(const TExpectation& expectation, CPlayer& player) {
     if (expectation.strMark) CompareMark(*expectation.strMark, player);
     if (expectation.strStatus && g_pMainFrame)
         Compare("status", *expectation.strStatus, ToUtf8(g_pMainFrame->GetTold()));
+    if (expectation.strCursor) {
+        const auto* pWindow = dynamic_cast<const CSessionCanvasWindow*>(GetActiveFrame().GetWindow());
+        Compare("cursor", *expectation.strCursor,
+                pWindow ? json(CURSORS[static_cast<size_t>(pWindow->GetCursor())]) : json());
+    }
 }
 
 } // namespace
@@ -191,10 +204,11 @@ TAction ReadExpect(const CScriptValue& value) {
     if (value.Has("box")) expectation.strBox = value.At("box").Utf8();
     if (value.Has("mark")) expectation.strMark = value.At("mark").Utf8();
     if (value.Has("status")) expectation.strStatus = value.At("status").Utf8();
+    if (value.Has("cursor")) expectation.strCursor = value.At("cursor").Utf8();
     if (value.Has("enabled")) expectation.mapEnabled = ReadStates(value.At("enabled"));
     if (value.Has("checked")) expectation.mapChecked = ReadStates(value.At("checked"));
     if (value.Has("pixel")) expectation.pixel = ReadPixel(value.At("pixel"));
-    for (const char* pszOwn : {"box", "enabled", "checked", "mark", "pixel", "status"})
+    for (const char* pszOwn : {"box", "enabled", "checked", "mark", "pixel", "status", "cursor"})
         expectation.document.erase(pszOwn);
     CheckShape({expectation.document, value.GetName()}, GetDocumentShape());
     return [expectation](CPlayer& player) { Play(expectation, player); };

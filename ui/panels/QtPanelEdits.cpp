@@ -1,3 +1,4 @@
+#include "core/Base/Decimal.h"
 #include "ui/base/QtText.h"
 #include "ui/input/QtKeys.h"
 #include "ui/panels/QtPanelControls.h"
@@ -13,19 +14,24 @@ namespace {
 
 constexpr int MAX_TEXT = 64;
 constexpr int MAX_NUMBER = 16;
+constexpr int HUNDREDTHS = 100; ///< of 1, in which a number's stops are given
 
 /// A number's edit with spin buttons. Any text may stand in it.
 class CNumberEdit : public QAbstractSpinBox {
 public:
     CNumberEdit(const TPanelControl& control, QWidget* pParent)
-        : QAbstractSpinBox(pParent), m_nMin(control.nMin), m_nMax(control.nMax) {
+        : QAbstractSpinBox(pParent), m_nMin(control.nMin), m_nMax(control.nMax), m_vStops(control.vStops) {
         setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("0")) * 14);
     }
     QLineEdit* GetEdit() const { return lineEdit(); }
 
     void stepBy(int nSteps) override {
-        const qint64 nValue = GetNumber() + nSteps;
-        lineEdit()->setText(QString::number(std::clamp<qint64>(nValue, m_nMin, m_nMax)));
+        if (m_vStops.empty()) {
+            const qint64 nValue = GetNumber() + nSteps;
+            lineEdit()->setText(QString::number(std::clamp<qint64>(nValue, m_nMin, m_nMax)));
+        } else {
+            lineEdit()->setText(ToQt(FormatParts(GetStop(nSteps), HUNDREDTHS)));
+        }
         lineEdit()->selectAll();
         m_fnStepped();
     }
@@ -35,17 +41,31 @@ protected:
     StepEnabled stepEnabled() const override {
         const qint64 nValue = GetNumber();
         StepEnabled steps = StepNone;
-        if (nValue < m_nMax) steps |= StepUpEnabled;
-        if (nValue > m_nMin) steps |= StepDownEnabled;
+        if (nValue < (m_vStops.empty() ? m_nMax : m_vStops.back())) steps |= StepUpEnabled;
+        if (nValue > (m_vStops.empty() ? m_nMin : m_vStops.front())) steps |= StepDownEnabled;
         return steps;
     }
 
 private:
     // Text that is no number counts as 0.
-    qint64 GetNumber() const { return lineEdit()->text().trimmed().toLongLong(); }
+    qint64 GetNumber() const {
+        const QString strText = lineEdit()->text();
+        return m_vStops.empty() ? strText.trimmed().toLongLong()
+                                : ParseParts(FromQt(strText), HUNDREDTHS).value_or(0);
+    }
+    // The stop that lies so many steps above or below the number.
+    int GetStop(int nSteps) const {
+        const qint64 nValue = GetNumber();
+        const auto itFrom = nSteps > 0 ? std::ranges::upper_bound(m_vStops, nValue)
+                                       : std::ranges::lower_bound(m_vStops, nValue);
+        const std::ptrdiff_t idx = itFrom - m_vStops.begin() + nSteps - (nSteps > 0 ? 1 : 0);
+        const auto idxLast = static_cast<std::ptrdiff_t>(m_vStops.size()) - 1;
+        return m_vStops[static_cast<size_t>(std::clamp<std::ptrdiff_t>(idx, 0, idxLast))];
+    }
 
     int m_nMin;
     int m_nMax;
+    std::vector<int> m_vStops;
 };
 
 /// Base of both edits: notifies once, when the focus is lost or Return is pressed.

@@ -4,6 +4,7 @@
 #include "core/Platform/Window.h"
 #include "ui/base/QtPaintScope.h"
 #include "ui/base/QtWorkScope.h"
+#include "ui/windows/CanvasCursor.h"
 
 #include <QApplication>
 #include <QEvent>
@@ -281,19 +282,5 @@ bool CQtCanvasView::IsAt(CPoint ptScreen) const {
 void CQtCanvasView::ShowCursor(ECursor cursor) {
     if (cursor == m_cursor) return;
     m_cursor = cursor;
-    const auto shape = [&] {
-        switch (cursor) {
-        case ECursor::Forbidden:
-            return Qt::ForbiddenCursor;
-        case ECursor::Cross:
-            return Qt::CrossCursor;
-        case ECursor::Hand:
-            return Qt::OpenHandCursor;
-        case ECursor::HandGrip:
-            return Qt::ClosedHandCursor;
-        default:
-            return Qt::ArrowCursor;
-        }
-    };
-    viewport()->setCursor(shape());
+    viewport()->setCursor(CanvasCursor(cursor, devicePixelRatioF()));
 }

@@ -93,6 +93,10 @@ TEST(PathCombine, JoinedPathsShareAnAnchorAtTheTarget) {
     EXPECT_EQ(joined(true, true), "10~: 800,400(0,0;0,0) 480,240(80,60;-80,-60) 80,72(160,0;5,6) "
                                   "-100,0(-7,-8;7,8) wc000=20/40 w18000=40/46 w21000=10/10 c6000@60 c8000@90 "
                                   "b3(10000,14001@75) e1");
+    // Of two different width points at the shared anchor none is lost.
+    spDrawn->GetStream().AddWidthPoint(0x10000);
+    spStroke->GetStream().GetWidthPoints()[0]->SetParameter(CDualValue<uint32_t>(0));
+    EXPECT_NE(joined(false, true).find(" w10000=10/10 w10001=46/40 "), std::string::npos);
 }
 
 TEST(PathCombine, ADividedPathKeepsItsInkAndJoinsAgain) {
@@ -110,18 +114,20 @@ TEST(PathCombine, ADividedPathKeepsItsInkAndJoinsAgain) {
     // A width point at the anchor belongs to both halves; a pair of cuts around it is divided.
     stream.GetWidthPoints()[1]->SetParameter(CDualValue<uint32_t>(0x10000));
     stream.GetTransPoints()[0]->SetParameter(CDualValue<uint32_t>(0xC000));
+    stream.GetTransPoints()[0]->SetAngle(CDualValue<uint32_t>(70));
     spPath->Update();
-    EXPECT_EQ(expectHalves("w8000=46/40 w10000=40/20 cc000@90 c10000@90 ", "w0=40/20 c0@90 ca000@60 "),
+    EXPECT_EQ(expectHalves("w8000=46/40 w10000=40/20 cc000@70 c10000@90 ", "w0=40/20 c0@90 ca000@60 "),
               BytesOf(*spPath));
     // A half without width points has the old widths at the new end, not the path's own.
     stream.SetWidthPoints({stream.GetWidthPoints()[0]});
+    stream.SetTransPoints({stream.GetTransPoints()[0]}); // a single cut reaches to the end
     stream.GetWidthPoints()[0]->SetMultiple(SIDE_RIGHT, CDualValue<uint32_t>(FIXED_ONE / 4));
     spPath->Update();
     const auto auWidth = stream.GetWidthsAt(0x10000, STATE_COMMITTED);
     EXPECT_LT(auWidth[SIDE_RIGHT], auWidth[SIDE_LEFT]);
-    expectHalves("w8000=46/10 cc000@90 c10000@90 ", "w0=" + std::to_string(auWidth[SIDE_LEFT]) + "/" +
+    expectHalves("w8000=46/10 cc000@70 c10000@90 ", "w0=" + std::to_string(auWidth[SIDE_LEFT]) + "/" +
                                                         std::to_string(auWidth[SIDE_RIGHT]) +
-                                                        " c0@90 ca000@60 ");
+                                                        " c0@90 c10000@90 ");
 }
 
 TEST(PathCombine, AClosedPathOpensAtAnAnchor) {

@@ -1,0 +1,128 @@
+// The path tool's pane, its commands and the pointer's shapes in a running session.
+#include "core/AppModule/PrivateMessages.h"
+#include "core/Base/Decimal.h"
+#include "core/IniConfig/GlobalSwitches.h"
+#include "core/PathToolBase/ToolOptPathTool.h"
+#include "session/seam/Glass.h"
+#include "tests/session/ScriptedSession.h"
+#include "tests/support/PanelSession.h"
+
+namespace {
+
+enum EControl { CLOSED = 1202, WIDTH = 1204, BEGIN_FLAT = 1208, WAVE = 1212, TARGET = 20 };
+
+class PathPane : public CPanelSession {
+protected:
+    // Adds a vector layer with a selected stroke.
+    void Open() {
+        m_spLayer = CreateVectorLayer(Active().GetCanvas());
+        Canvas().GetRoot().AddLayer(m_spLayer, -1, false);
+        Canvas().GetRoot().SetActiveChild(m_spLayer);
+        m_spLayer->InsertPath(m_spStroke);
+        g_pMainFrame->SwitchTool(TOOL_PATH);
+    }
+    static const TPanelControl& At(int nId) {
+        return *std::ranges::find(Window(ID_PANEL_TOOL_OPTION).GetControls(), nId, &TPanelControl::nId);
+    }
+    static void Set(int nId, int nValue, const std::wstring& str = {}) {
+        Send(ID_PANEL_TOOL_OPTION, EMessage::PanelChange, nId, nValue, str);
+    }
+    static TPathParam& Param() { return dynamic_cast<CPathTool&>(*g_wpActiveTool.lock()).GetParam(); }
+
+    boost::shared_ptr<CVectorLayerBuffer> m_spLayer;
+    const boost::shared_ptr<COpenPathObject> m_spStroke = MakeStroke();
+};
+
+} // namespace
+
+TEST_F(PathPane, EachBlockSetsItsOwnValues) {
+    const TBytes vBytes = BytesOf(*m_spStroke);
+    Play({[&] { Open(); },
+          [&] {
+              EXPECT_FALSE(At(WIDTH + TARGET).bEnabled || At(WAVE + TARGET).bEnabled);
+              EXPECT_EQ(At(WIDTH).strText, L"1.00");
+              Set(WIDTH, 0, L" 2.6 ");
+              EXPECT_EQ(At(WIDTH).strText, L"2.63");
+              Set(WIDTH, 0, L"2,6");
+              EXPECT_EQ(At(WIDTH).strText, L"2.63");
+              m_spLayer->SelectPath(m_spStroke);
+              g_pMainFrame->GetPanels().Refresh(WM_REFRESH_TOOL);
+              for (const int nId : {CLOSED, BEGIN_FLAT, WAVE}) Set(nId, 1);
+              Set(WAVE + 1, 6);
+              Set(WAVE + 2, 8);
+              EXPECT_EQ(Param(), (TPathParam{21, TERM_FLAT, TERM_SHARP, false, true, 128, 20}));
+              EXPECT_EQ(BytesOf(*m_spStroke), vBytes);
+          },
+          [&] {
+              const auto& deqUndo = Canvas().GetHistory().GetUndoList();
+              EXPECT_TRUE(At(BEGIN_FLAT + TARGET - 1).nValue && !At(BEGIN_FLAT + TARGET).nValue);
+              EXPECT_TRUE(At(BEGIN_FLAT + TARGET + 3).nValue && !At(WAVE + TARGET + 1).bEnabled);
+              Set(WIDTH + TARGET, 0, L"5");
+              Set(WIDTH + TARGET, 0, L"x");
+              EXPECT_EQ(At(WIDTH + TARGET).strText, L"5.00");
+              EXPECT_TRUE(deqUndo.empty()) << "nothing has changed";
+              Set(WIDTH + TARGET, 0, L"6");
+              Set(BEGIN_FLAT + TARGET + 1, 1);
+              Set(WAVE + TARGET, 1);
+              const COpenPathStream& stream = m_spStroke->GetStream();
+              EXPECT_TRUE(stream.GetWidth() == 48 && stream.HasWave());
+              EXPECT_EQ(stream.GetTerm(false)->GetType(), TERM_SHARP);
+              EXPECT_EQ(dynamic_cast<COpenPathRoundTerm&>(*stream.GetTerm(true)).GetGrow()[0], 0x18003u);
+              EXPECT_EQ(deqUndo.size(), 3u);
+              while (!deqUndo.empty()) {
+                  EXPECT_EQ(deqUndo.front()->GetName(), L"パスの変更");
+                  Canvas().GetHistory().Undo();
+              }
+              EXPECT_EQ(BytesOf(*m_spStroke), vBytes);
+              EXPECT_EQ(Param().uDefaultWidth, 21u);
+          }});
+    EXPECT_THROW(CToolOptPathTool().RefreshView({}), internal_error);
+}
+
+TEST_F(PathPane, OutlinesAndHandlesAreShownAtOnce) {
+    const auto shown = [](int nCommand) {
+        const auto& window = dynamic_cast<CSessionCanvasWindow&>(*Active().GetWindow());
+        SendMessage({g_pMainFrame->GetWindow(), EMessage::Command, nCommand});
+        const_cast<CSessionCanvasWindow&>(window).Paint();
+        int nMarked = 0;
+        for (int y = 0; y < 80; ++y)
+            for (int x = 0; x < 100; ++x)
+                nMarked += *window.GetGlass().GetPixel(Active().GetView().ToWindow(CPoint{x, y})) != 255;
+        return nMarked;
+    };
+    Play({[&] { Open(); },
+          [&] {
+              for (const int nId : {ID_VIEW_OUTLINE, ID_VIEW_ALL_ANCHORS}) {
+                  EXPECT_TRUE(g_pMainFrame->IsCommandChecked(nId));
+                  const int nWithout = shown(nId);
+                  EXPECT_FALSE(g_pMainFrame->IsCommandChecked(nId));
+                  EXPECT_GT(shown(nId), nWithout + 20) << nId;
+              }
+          }});
+}
+
+TEST(PathToolSession, ThePointerSaysWhatAPressDoes) {
+    const auto mouse = [](const char* pszMessage, int x, int y) {
+        return ScriptLine("mouse", {{"message", pszMessage}, {"x", x}, {"y", y}});
+    };
+    const auto cursor = [](const char* psz) { return ScriptLine("expect", {{"cursor", psz}}); };
+    std::string str = ScriptLine("command", "layer-new-vector") + Tool(TOOL_PATH) + mouse("move", 400, 400) +
+                      cursor("arrow") + ScriptLine("key", {{"down", VK_Control}}) + cursor("cross");
+    for (const int x : {400, 800}) str += mouse("ldown", x, 400) + mouse("lup", x, 400);
+    str += cursor("add") + ScriptLine("key", {{"up", VK_Control}}) + cursor("move");
+    str += mouse("move", 600, 400) + cursor("add") + mouse("move", 400, 400);
+    str += ScriptLine("key", {{"down", VK_Shift}}) + cursor("remove");
+    CScriptedSession session;
+    EXPECT_EQ(session.Play(str + LEAVE_UNSAVED), "");
+    EXPECT_EQ(session.Play(Tool(TOOL_PATH) + cursor("cross") + LEAVE_UNSAVED),
+              "s:2: \"cursor\" is \"forbidden\", not \"cross\"");
+}
+
+TEST(Decimal, PartsAreShownInHundredthsAndReadBack) {
+    for (int n = 0; n < 9000; ++n) ASSERT_EQ(ParseParts(FormatParts(n, 8), 8), n);
+    EXPECT_EQ(FormatParts(1, 8) + FormatParts(8003, 8), L"0.131000.38");
+    EXPECT_EQ(ParseParts(L" .06 ", 8), 0);
+    EXPECT_EQ(ParseParts(L".0625", 8), 1);
+    for (const wchar_t* psz : {L"", L".", L"1 2", L"-1", L"1,5", L"1.2.3", L"99999999999999999999"})
+        EXPECT_FALSE(ParseParts(psz, 8));
+}
