@@ -13,13 +13,19 @@ constexpr THeldCommand COMMANDS[] = {{ID_HOLD_PICK, VK_Alt}, {ID_HOLD_HAND, VK_S
 
 std::span<const THeldCommand> GetHeldCommands() { return COMMANDS; }
 
+std::vector<TKey> CHeldKeys::GetKeysBeside(int nFixedKey) const {
+    const auto* pHeld = std::ranges::find(COMMANDS, nFixedKey, &THeldCommand::nFixedKey);
+    if (pHeld == std::end(COMMANDS)) return {};
+    std::vector<TKey> vKeys = m_shortcuts.GetKeys(pHeld->nCommand);
+    std::erase_if(vKeys, [](const TKey& key) { return !(key == TKey{key.nKey}); });
+    return vKeys;
+}
+
 bool CHeldKeys::IsKeyDown(int nVirtualKey) {
     if (m_keys.IsKeyDown(nVirtualKey)) return true;
-    const auto* pHeld = std::ranges::find(COMMANDS, nVirtualKey, &THeldCommand::nFixedKey);
-    if (pHeld == std::end(COMMANDS) || m_keys.IsKeyDown(VK_Control)) return false;
-    const auto vKeys = m_shortcuts.GetKeys(pHeld->nCommand);
-    return std::ranges::any_of(
-        vKeys, [this](const TKey& key) { return key == TKey{key.nKey} && m_keys.IsKeyDown(key.nKey); });
+    if (m_keys.IsKeyDown(VK_Control)) return false;
+    return std::ranges::any_of(GetKeysBeside(nVirtualKey),
+                               [this](const TKey& key) { return m_keys.IsKeyDown(key.nKey); });
 }
 
 int CHeldKeys::GetMeaning(int nVirtualKey, bool bDown) const {

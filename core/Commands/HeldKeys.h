@@ -4,8 +4,10 @@
 #include "core/Platform/System.h"
 
 #include <span>
+#include <vector>
 
 class CShortcuts;
+struct TKey;
 
 /// A command whose key is held, and the fixed key that it stands beside.
 struct THeldCommand {
@@ -24,6 +26,8 @@ public:
     bool IsKeyDown(int nVirtualKey) override;
     /// The key that a pressed or released key counts as.
     int GetMeaning(int nVirtualKey, bool bDown) const;
+    /// The set's keys beside a fixed key.
+    std::vector<TKey> GetKeysBeside(int nFixedKey) const;
 
 private:
     IKeyState& m_keys;

@@ -2,6 +2,7 @@
 
 #include "core/Base/Failure.h"
 #include "core/Base/Resource.h"
+#include "core/Base/Table.h"
 #include "core/Base/Text.h"
 #include "core/Commands/Commands.h"
 #include "core/IniConfig/IniConfig.h"
@@ -11,7 +12,6 @@
 #include <boost/algorithm/string/classification.hpp>
 #include <boost/algorithm/string/join.hpp>
 #include <boost/algorithm/string/split.hpp>
-#include <boost/algorithm/string/trim.hpp>
 
 #include <algorithm>
 #include <charconv>
@@ -41,10 +41,7 @@ constexpr TKeyName KEY_NAMES[] = {
 
 bool IsModifier(int nKey) { return nKey == VK_Shift || nKey == VK_Control || nKey == VK_Alt; }
 
-TShortcut ParseLine(const std::string& strLine) {
-    std::vector<std::string> vFields;
-    boost::split(vFields, strLine, boost::is_any_of("\t"));
-    if (vFields.size() != 3) throw deserialize_error();
+TShortcut ParseRow(const std::vector<std::string>& vFields) {
     const auto has = [&](char ch) { return vFields[0].find(ch) != std::string::npos; };
     if (vFields[0].empty() || vFields[0].find_first_not_of("CSAN-") != std::string::npos)
         throw deserialize_error();
@@ -101,20 +98,15 @@ const CShortcuts& CShortcuts::GetDefault() {
 }
 
 CShortcuts CShortcuts::Parse(std::string_view strText) {
-    std::vector<std::string> vLines;
-    boost::split(vLines, strText, boost::is_any_of("\n"));
+    const auto vRows = ParseTable(strText, 3);
+    if (vRows.empty()) throw deserialize_error();
     CShortcuts shortcuts;
-    bool bAny = false;
-    for (std::string& strLine : vLines) {
-        boost::trim_right(strLine);
-        if (strLine.empty() || strLine[0] == '#') continue;
-        bAny = true;
-        const TShortcut shortcut = ParseLine(strLine);
+    for (const auto& vFields : vRows) {
+        const TShortcut shortcut = ParseRow(vFields);
         if (!shortcut.nCommand) continue;
         shortcuts.Add(shortcut.key, shortcut.nCommand);
         shortcuts.m_vShortcuts.back().bNoRepeat = shortcut.bNoRepeat;
     }
-    if (!bAny) throw deserialize_error();
     return shortcuts;
 }
 

@@ -1,11 +1,9 @@
 #include "core/ConfigDialog/ShortcutPage.h"
 
-#include "core/AppModule/ErrorBox.h"
+#include "core/AppModule/SharedFile.h"
 #include "core/Base/Failure.h"
 #include "core/Commands/HeldKeys.h"
 #include "core/Commands/MenuTable.h"
-#include "core/Platform/Files.h"
-#include "core/Platform/Platform.h"
 
 #include <boost/algorithm/string/case_conv.hpp>
 #include <boost/algorithm/string/predicate.hpp>
@@ -41,10 +39,7 @@ constexpr std::pair<const wchar_t*, const wchar_t*> GESTURES[] = {
 /// Keys that mean something of their own wherever they are pressed.
 constexpr int FIXED_KEYS[] = {VK_Tab, VK_Escape, VK_Space};
 
-const std::vector<TFileFilter>& GetFilters() {
-    static const std::vector<TFileFilter> vFilters{{L"ショートカット (*.keys)", L"*.keys"}};
-    return vFilters;
-}
+constexpr TSharedKind FILE_KIND{L"ショートカット", L"vellumcraft", L"keys"};
 
 const THeldCommand* FindHeld(int nCommand) {
     const auto held = GetHeldCommands();
@@ -225,8 +220,12 @@ void CShortcutPage::OnControl(TPanelControl& control) {
 void CShortcutPage::Press(int nButton) {
     const int nSelected = GetSelected();
     if (nButton == FIELD_RESET_ALL) m_shortcuts = CShortcuts::GetDefault();
-    if (nButton == FIELD_WRITE) WriteFile();
-    if (nButton == FIELD_READ) ReadFile();
+    const TConfigOutside& outside = GetOutside();
+    if (nButton == FIELD_WRITE)
+        WriteSharedFile(outside.platform, outside.pOwner, FILE_KIND, m_shortcuts.Format());
+    if (nButton == FIELD_READ)
+        ReadSharedFile(outside.platform, outside.pOwner, FILE_KIND,
+                       [this](std::string_view strText) { Take(strText); });
     if (nSelected == 0) return;
     if (nButton == FIELD_ASSIGN && CanAssign()) m_shortcuts.Assign(m_key, nSelected);
     if (nButton == FIELD_RESET) m_shortcuts.Reset(nSelected);
@@ -248,34 +247,12 @@ void CShortcutPage::OnFold(int nRow, bool bClosed) {
     Show();
 }
 
-void CShortcutPage::WriteFile() {
-    const TPlatform& platform = GetOutside().platform;
-    const std::wstring strPath =
-        platform.fileDialogs.Ask(GetOutside().pOwner, {true, L"vellumcraft.keys", L"keys", GetFilters()});
-    if (strPath.empty()) return;
-    if (const auto outcome = platform.files.Replace(strPath, m_shortcuts.Format()); !outcome)
-        ReportFileFailure(L"ショートカットを書き出せませんでした。", strPath, outcome.GetFailure());
-}
-
-void CShortcutPage::ReadFile() {
-    const TPlatform& platform = GetOutside().platform;
-    const std::wstring strPath =
-        platform.fileDialogs.Ask(GetOutside().pOwner, {false, L"", L"keys", GetFilters()});
-    if (strPath.empty()) return;
-    const TFileBytes bytes = platform.files.Read(strPath);
-    if (!bytes) return ReportFileFailure(L"ショートカットを読み込めませんでした。", strPath, bytes.failure);
-    try {
-        CShortcuts shortcuts = CShortcuts::Parse(*bytes);
-        if (shortcuts == CShortcuts()) throw deserialize_error();
-        for (const int nKey : FIXED_KEYS)
-            for (const bool bShift : {false, true}) shortcuts.Remove({nKey, false, bShift});
-        m_shortcuts = shortcuts;
-    } catch (const deserialize_error&) {
-        ShowErrorBox(FormatText(L"ショートカットを読み込めませんでした。\n%1%\n"
-                                L"ショートカットのファイルではないか、壊れています。\n"
-                                L"キーは変わっていません。",
-                                strPath));
-    }
+void CShortcutPage::Take(std::string_view strText) {
+    CShortcuts shortcuts = CShortcuts::Parse(strText);
+    if (shortcuts == CShortcuts()) throw deserialize_error();
+    for (const int nKey : FIXED_KEYS)
+        for (const bool bShift : {false, true}) shortcuts.Remove({nKey, false, bShift});
+    m_shortcuts = shortcuts;
 }
 
 void CShortcutPage::Apply() {

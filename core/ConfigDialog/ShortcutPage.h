@@ -39,8 +39,7 @@ private:
     void Show();
     void FillTree();
     void Press(int nButton);
-    void WriteFile();
-    void ReadFile();
+    void Take(std::string_view strText);
 
     CShortcuts m_shortcuts;
     std::vector<TRow> m_vRows;

@@ -43,7 +43,11 @@ CNewDialog::CNewDialog(IMessageBoxes& boxes) : m_boxes(boxes) {
 }
 
 void CNewDialog::OnControl(TPanelControl& control) {
-    if (control.nId == ID_COLOR) Find(ID_LIGHT).bEnabled = control.nValue != 0;
+    if (control.nId != ID_COLOR) return;
+    TPanelControl& light = Find(ID_LIGHT);
+    if (light.bEnabled) m_bLight = light.nValue != 0;
+    light.bEnabled = control.nValue != 0;
+    light.nValue = light.bEnabled && m_bLight ? 1 : 0;
 }
 
 bool CNewDialog::OnOk(IWindow* pOwner) {

@@ -23,4 +23,5 @@ protected:
 private:
     IMessageBoxes& m_boxes;
     TNewDocument m_document;
+    bool m_bLight = false; ///< the mark of the light display when colour was taken away
 };

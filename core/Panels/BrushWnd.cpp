@@ -1,10 +1,8 @@
 #include "core/Panels/BrushWnd.h"
 
-#include "core/AppModule/ErrorBox.h"
+#include "core/AppModule/SharedFile.h"
 #include "core/Base/Failure.h"
 #include "core/Base/Percent.h"
-#include "core/Platform/Dialogs.h"
-#include "core/Platform/Files.h"
 #include "core/Platform/Platform.h"
 
 #include <boost/pointer_cast.hpp>
@@ -33,15 +31,7 @@ enum EBrushControl : int {
 constexpr int EDGE_STEP = 25; ///< percent between rows of the edge
 constexpr int EDGES = 5;
 constexpr int FINE_STOPS = 16; ///< a slider's step is the size divided by this, at least 1
-constexpr wchar_t FILE_EXTENSION[] = L"vlbrush";
-constexpr wchar_t NOT_WRITTEN[] = L"ブラシのファイルを保存できませんでした。";
-constexpr wchar_t NOT_READ[] = L"ブラシのファイルを開けませんでした。";
-constexpr wchar_t DAMAGED[] =
-    L"ブラシのファイルではないか、内容が壊れています。別のファイルを選んでください。";
-
-TFileDialog MakeFileDialog(bool bSave) {
-    return {bSave, bSave ? L"ブラシ" : L"", FILE_EXTENSION, {{L"ブラシファイル (*.vlbrush)", L"*.vlbrush"}}};
-}
+constexpr TSharedKind FILE_KIND{L"ブラシ", L"ブラシ", L"vlbrush"};
 
 // Fine steps for small brushes, where one pixel counts, coarse ones for large brushes.
 std::vector<int> SizeStops() {
@@ -164,6 +154,7 @@ void CBrushWnd::OnControl(TPanelControl& control) {
 }
 
 bool CBrushWnd::OnPresetControl(const TPanelControl& control, CRasterBrushBase& tool) {
+    const TPlatform& platform = GetOutside().platform;
     switch (control.nId) {
     case BRUSH_PRESETS:
         return m_presets.Choose(tool, control.nValue), true;
@@ -174,9 +165,12 @@ bool CBrushWnd::OnPresetControl(const TPanelControl& control, CRasterBrushBase& 
     case BRUSH_PRESET_REMOVE:
         return m_presets.RemoveChosen(tool), true;
     case BRUSH_PRESETS_READ:
-        return ReadFile(), true;
+        return ReadSharedFile(platform, GetWindow(), FILE_KIND,
+                              [&](std::string_view strText) { m_presets.AppendFile(strText); }),
+               true;
     case BRUSH_PRESETS_WRITE:
-        return WriteFile(tool.GetSection()), true;
+        return WriteSharedFile(platform, GetWindow(), FILE_KIND, m_presets.FormatFile(tool.GetSection())),
+               true;
     default:
         return false;
     }
@@ -196,25 +190,4 @@ bool CBrushWnd::OnIdle() {
     Find(BRUSH_PRESETS).vTree = m_presets.MakeRows(*spTool);
     GetWindow()->SetControls(m_vControls);
     return true;
-}
-
-void CBrushWnd::WriteFile(const std::wstring& strTool) {
-    const TPlatform& platform = GetOutside().platform;
-    const std::wstring strPath = platform.fileDialogs.Ask(GetWindow(), MakeFileDialog(true));
-    if (strPath.empty()) return;
-    const CFileOutcome outcome = platform.files.Replace(strPath, m_presets.FormatFile(strTool));
-    if (!outcome) ReportFileFailure(NOT_WRITTEN, strPath, outcome.GetFailure());
-}
-
-void CBrushWnd::ReadFile() {
-    const TPlatform& platform = GetOutside().platform;
-    const std::wstring strPath = platform.fileDialogs.Ask(GetWindow(), MakeFileDialog(false));
-    if (strPath.empty()) return;
-    const TFileBytes bytes = platform.files.Read(strPath);
-    if (!bytes) return ReportFileFailure(NOT_READ, strPath, bytes.failure);
-    try {
-        m_presets.AppendFile(*bytes);
-    } catch (const deserialize_error&) {
-        throw refused_error(DAMAGED + (L"\n" + strPath));
-    }
 }

@@ -25,8 +25,6 @@ private:
     boost::shared_ptr<CRasterBrushBase> GetBrush() const;
     /// Does what a button or row of the presets says; false for other controls.
     bool OnPresetControl(const TPanelControl& control, CRasterBrushBase& tool);
-    void WriteFile(const std::wstring& strTool);
-    void ReadFile();
 
     CPresetRows m_presets;
     CBrushList m_list;

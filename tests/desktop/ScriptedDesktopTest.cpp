@@ -77,9 +77,11 @@ TEST_F(ScriptedDesktop, ANewDocumentHasTheColourModeOfTheDialog) {
     CSessionLog log("s");
     CSessionDialogs boxes(log);
     CNewDialog dialog(boxes);
-    for (const int nColor : {0, 1}) {
+    dialog.m_vControls[3].nValue = 1;
+    for (const int nColor : {0, 0, 1}) {
         dialog.OnControlMessage({nullptr, EMessage::PanelChange, 3, nColor});
         EXPECT_EQ(dialog.m_vControls[3].bEnabled, nColor == 1) << "light display is of use in colour only";
+        EXPECT_EQ(dialog.m_vControls[3].nValue, nColor) << "it gets its mark back";
     }
     EXPECT_EQ(Play(R"({"answer":{"dialog":"CNewDialog","light":true}}
 {"command":"file-new"}

@@ -1,7 +1,7 @@
 #include "ui/modal/QtMessageBoxes.h"
 
 #include "ui/base/QtApplication.h"
-#include "ui/base/QtPaintScope.h"
+#include "ui/base/QtScopes.h"
 #include "ui/base/QtText.h"
 #include "ui/modal/QtModal.h"
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "core/Platform/Progress.h"
-#include "ui/base/QtWorkScope.h"
+#include "ui/base/QtScopes.h"
 #include "ui/modal/QtModal.h"
 
 #include <memory>

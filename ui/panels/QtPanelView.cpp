@@ -1,4 +1,4 @@
-#include "ui/base/QtPaintScope.h"
+#include "ui/base/QtScopes.h"
 #include "ui/input/QtKeys.h"
 #include "ui/input/QtPen.h"
 #include "ui/panels/QtPanelControls.h"

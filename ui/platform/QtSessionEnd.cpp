@@ -1,6 +1,6 @@
 #include "ui/platform/QtSessionEnd.h"
 
-#include "ui/base/QtWorkScope.h"
+#include "ui/base/QtScopes.h"
 
 #include <QGuiApplication>
 

@@ -2,8 +2,7 @@
 
 #include "core/GDIBuffer/GDIBuffer.h"
 #include "core/Platform/Window.h"
-#include "ui/base/QtPaintScope.h"
-#include "ui/base/QtWorkScope.h"
+#include "ui/base/QtScopes.h"
 #include "ui/windows/CanvasCursor.h"
 
 #include <QApplication>

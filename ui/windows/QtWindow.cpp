@@ -2,8 +2,8 @@
 
 #include "core/AppModule/ErrorBox.h"
 #include "core/AppModule/MessageQueue.h"
+#include "ui/base/QtScopes.h"
 #include "ui/base/QtText.h"
-#include "ui/base/QtWorkScope.h"
 #include "ui/input/QtEventPump.h"
 #include "ui/input/QtKeyFilter.h"
 

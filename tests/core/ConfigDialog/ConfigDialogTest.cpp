@@ -176,8 +176,9 @@ TEST_F(ConfigDialog, ASetOfKeysIsAFileAndADamagedOneChangesNothing) {
         EXPECT_EQ(Get(dialog, LIST).vTree[1].strNote, L"F10") << "Space and Escape stay what they are";
     });
     ASSERT_EQ(m_outside.m_vShown.size(), 3u);
-    EXPECT_NE(m_outside.m_vShown[0].find(L"/bad.keys\nショートカットのファイルではないか"),
-              std::wstring::npos);
+    EXPECT_EQ(m_outside.m_vShown[0],
+              L"ショートカットのファイルを開けませんでした。\nFile: '/bad.keys'\n\nショートカットのファイルで"
+              L"はないか、内容が壊れています。何も変わっていません。別のファイルを選んでください。");
     EXPECT_NE(m_outside.m_vShown[1].find(L"/none.keys"), std::wstring::npos);
 }
 

@@ -6,6 +6,10 @@
 
 namespace {
 
+constexpr wchar_t IDLE_HINT[] =
+    L"ドラッグ: 描く　Alt・I: 色を拾う　X: 色の入れ替え　スペース・H: 画面を動かす　"
+    L"Ctrl+ホイール: 拡大・縮小";
+
 class MainFrame : public testing::Test {
 protected:
     void Play() {
@@ -168,7 +172,7 @@ TEST_F(MainFrame, APressThatCannotDrawSaysWhyOnTheStatusLineAndByTheCursor) {
     }
     Step([] { Command(ID_LAYER_NEW_RASTER); });
     press(EMessage::MouseMove);
-    Step([=] { shown(BRUSH_HINTS[0].pszText, false); });
+    Step([=] { shown(IDLE_HINT, false); });
     Play();
 }
 
@@ -192,7 +196,7 @@ TEST_F(MainFrame, TheStatusLineTellsWhatKeysDoAndWhereThePointerIs) {
             pass(uMs);
         });
     };
-    const wchar_t* const pszIdle = BRUSH_HINTS[0].pszText;
+    const wchar_t* const pszIdle = IDLE_HINT;
     Step([] { Command(ID_LAYER_NEW_RASTER); });
     expect(pszIdle, L"");
     point(EMessage::MouseMove, {299 * 8, 0});

@@ -114,7 +114,7 @@ TEST_F(BrushPresets, FilesAddWhatIsMissingOrNothing) {
     }});
     ASSERT_EQ(m_outside.m_vShown.size(), 4u);
     for (const std::wstring& str : m_outside.m_vShown)
-        EXPECT_EQ(
-            str,
-            L"ブラシのファイルではないか、内容が壊れています。別のファイルを選んでください。\n/a.vlbrush");
+        EXPECT_EQ(str,
+                  L"ブラシのファイルを開けませんでした。\nFile: '/a.vlbrush'\n\nブラシのファイルではないか、"
+                  L"内容が壊れています。何も変わっていません。別のファイルを選んでください。");
 }

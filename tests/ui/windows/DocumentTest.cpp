@@ -39,7 +39,8 @@ protected:
     }
     void Settle() { m_pSession->Settle(); }
     void ResizeMain(int nWidth, int nHeight) {
-        QTest::qWait(250); // until it was fitted to its screen, which is small here
+        QTest::qSleep(250); // until it is fitted to its screen, which is small here
+        Settle();           // the wait itself may end before timers that are due, on a busy machine
         Main().resize(nWidth, nHeight);
         Settle();
     }
