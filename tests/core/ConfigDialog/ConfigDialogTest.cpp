@@ -182,7 +182,7 @@ TEST_F(ConfigDialog, ASetOfKeysIsAFileAndADamagedOneChangesNothing) {
     EXPECT_NE(m_outside.m_vShown[1].find(L"/none.keys"), std::wstring::npos);
 }
 
-TEST_F(ConfigDialog, ChangedKeysWorkAndAreNamedInTheMenusAtOnce) {
+TEST_F(ConfigDialog, ChangedKeysWorkAndAreNamedAtOnce) {
     const auto menuText = [](IWindow* pWindow) {
         std::wstring strText;
         ForEachCommand(dynamic_cast<CSessionCanvasWindow&>(*pWindow).GetMenu(), [&](const TMenuItem& item) {
@@ -190,20 +190,28 @@ TEST_F(ConfigDialog, ChangedKeysWorkAndAreNamedInTheMenusAtOnce) {
         });
         return strText;
     };
+    // Whether the hint of the status line names the key beside Alt.
+    const auto hints = [](const wchar_t* pszKeys) {
+        g_pMainFrame->OnIdle(0);
+        const auto& main = dynamic_cast<CSessionMainWindow&>(*g_pMainFrame->GetWindow());
+        return main.GetStatusText(0).find(std::wstring(pszKeys) + L": 色を拾う") != std::wstring::npos;
+    };
     Play({[&] {
+        EXPECT_TRUE(hints(L"Alt・I"));
         EXPECT_EQ(menuText(Active().GetWindow()), L"左右反転\tCtrl+Down");
         Answer(FILTER, 0, L"左右反転");
         Answer(LIST, 1);
-        Answer(KEY, 0x78);
+        Answer(KEY, 'I');
         Answer(ASSIGN, 1);
         Answer(0, 0);
         SendMessage({g_pMainFrame->GetWindow(), EMessage::Command, ID_APP_CONFIG});
-        EXPECT_EQ(menuText(Active().GetWindow()), L"左右反転\tCtrl+Down, F9");
-        EXPECT_TRUE(g_pMainFrame->PreTranslateMessage({g_pMainFrame->GetWindow(), EMessage::KeyDown, 0x78}));
+        EXPECT_EQ(menuText(Active().GetWindow()), L"左右反転\tCtrl+Down, I");
+        EXPECT_TRUE(hints(L"Alt"));
+        EXPECT_TRUE(g_pMainFrame->PreTranslateMessage({g_pMainFrame->GetWindow(), EMessage::KeyDown, 'I'}));
         EXPECT_TRUE(Active().GetView().GetState().bFlipH);
     }});
     CIniConfig config(L"/settings/Vellumcraft/Vellumcraft.ini", m_outside.m_files);
-    EXPECT_EQ(CShortcuts::Read(config).FindCommand(TKey{0x78}), ID_VIEW_FLIP_H);
+    EXPECT_EQ(CShortcuts::Read(config).FindCommand(TKey{'I'}), ID_VIEW_FLIP_H);
 }
 
 TEST_F(ConfigDialog, ThePensPressuresAreFittedAfterTenSecondsOrWhenAsked) {
