@@ -84,6 +84,7 @@ constexpr TNamed NAMES[] = {
     {ID_HOLD_HAND, "hold-hand"},
     {ID_SWITCH_TOOL_FIRST + 2, "tool-brush"},
     {ID_SWITCH_TOOL_FIRST + 3, "tool-eraser"},
+    {ID_SWITCH_TOOL_FIRST + 7, "tool-path-width"},
     {ID_SWITCH_TOOL_FIRST + 8, "tool-pencil"},
     {ID_SWITCH_TOOL_FIRST + 6, "tool-path"},
     {ID_WINDOW_ARRANGE, "window-arrange"},

@@ -1,6 +1,7 @@
 #include "core/Panels/ToolTable.h"
 
 #include "core/PathToolBase/ToolOptPathTool.h"
+#include "core/PathWidthTool/ToolOptPathWidthTool.h"
 #include "core/RasterBrush/FreehandTools.h"
 #include "core/RasterBrush/ToolOptRasterBrush.h"
 
@@ -27,6 +28,7 @@ constexpr TToolRow TOOLS[] = {
     ROW<CRasterEraser, CToolOptRasterBrush>,
     ROW<CRasterPencil, CToolOptRasterPencil>,
     ROW<CPathTool, CToolOptPathTool>,
+    ROW<CPathWidthTool, CToolOptPathWidthTool>,
 };
 
 } // namespace

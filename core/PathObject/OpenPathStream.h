@@ -45,12 +45,15 @@ public:
     /// The wave's step and strength, also while it is off.
     const TOutlineWave& GetWave() const { return m_wave; }
     /// In order of creation.
-    const TWidthPoints& GetWidthPoints() const { return m_vWidth; }
-    const TTransPoints& GetTransPoints() const { return m_vTrans; }
+    const TWidthPoints& GetWidthPoints(size_t state = STATE_COMMITTED) const { return m_widthPoints[state]; }
+    const TTransPoints& GetTransPoints(size_t state = STATE_COMMITTED) const { return m_transPoints[state]; }
     /// Replaces the marks, which may come from another path or from none. Multiples of width points refer
     /// to this path's base width from now on. Cuts must come in pairs.
     void SetWidthPoints(TWidthPoints vWidth);
     void SetTransPoints(TTransPoints vTrans);
+    /// The same for the live state only: a drag shows other marks, until Commit or Cancel.
+    void SetLiveWidthPoints(TWidthPoints vWidth);
+    void SetLiveTransPoints(TTransPoints vTrans);
     /// The half-widths at `t` by side: between the width points eased over the arc length, towards the ends
     /// as these shape them, without the wave.
     std::array<uint32_t, 2> GetWidthsAt(uint32_t t, size_t state) const;
@@ -79,9 +82,9 @@ private:
     boost::shared_ptr<CPathTransControlPoint> MakeTransPoint(uint32_t t) const;
 
     std::array<boost::shared_ptr<const TOutlines>, 2> m_aspOutline; ///< shared while both states are equal
-    TWidthPoints m_vWidth;
+    CDualValue<TWidthPoints> m_widthPoints;
     uint32_t m_uWidth = 8;
-    TTransPoints m_vTrans;
+    CDualValue<TTransPoints> m_transPoints;
     boost::shared_ptr<COpenPathTermBase> m_spBegin;
     boost::shared_ptr<COpenPathTermBase> m_spEnd;
     TOutlineWave m_wave{32, 4};

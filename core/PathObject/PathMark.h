@@ -6,6 +6,8 @@
 
 #include <boost/weak_ptr.hpp>
 
+#include <algorithm>
+
 /// The base of width points and cuts: their parameter. The position is a cache, refreshed before every
 /// rebuild and never stored.
 class CPathMark : public CPathControlPointBase, public boost::enable_shared_from_this<CPathMark> {
@@ -41,6 +43,15 @@ private:
     CDualValue<CPoint> m_position;
     CDualValue<CPoint> m_tangent;
 };
+
+/// Marks in their order along the path.
+template <class TPoints>
+TPoints SortedByParameter(TPoints vPoints, size_t state) {
+    std::stable_sort(vPoints.begin(), vPoints.end(), [&](const auto& spA, const auto& spB) {
+        return spA->GetParameter()[state] < spB->GetParameter()[state];
+    });
+    return vPoints;
+}
 
 /// The distance of a point from `from` along a direction, 0 behind it or without direction.
 uint32_t DistanceAlong(CPoint from, CPoint direction, CPoint pt);

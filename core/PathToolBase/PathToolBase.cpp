@@ -70,6 +70,12 @@ int32_t CPathToolBase::GetReach(uint32_t flags) const {
     return ToDevice(flags & POINTER_TABLET ? REACH_PEN : REACH_MOUSE, spView ? spView->GetDpi() : DPI_NORMAL);
 }
 
+int32_t CPathToolBase::GetThreshold(uint32_t flags) const {
+    const auto spView = GetView();
+    return ToDevice(flags & POINTER_TABLET ? THRESHOLD_PEN : THRESHOLD_MOUSE,
+                    spView ? spView->GetDpi() : DPI_NORMAL);
+}
+
 int64_t CPathToolBase::WindowDistance(CPoint a, CPoint b) const {
     const auto spView = GetView();
     const CPoint away = spView ? spView->ToClient(b) - spView->ToClient(a) : CPoint();
@@ -141,7 +147,7 @@ bool CPathToolBase::OnMouseMove(int32_t x, int32_t y, uint32_t, uint32_t flags) 
         RefreshHover();
         return false;
     }
-    const int32_t nThreshold = ToDevice(m_bPen ? THRESHOLD_PEN : THRESHOLD_MOUSE, GetView()->GetDpi());
+    const int32_t nThreshold = GetThreshold(flags);
     m_bBeyond |= WindowDistance(m_ptPress, m_ptPointer) >= int64_t{nThreshold} * nThreshold;
     if (!m_bBeyond) return false;
     try {
@@ -163,8 +169,7 @@ bool CPathToolBase::OnLButtonDown(int32_t x, int32_t y, uint32_t flags) {
     SetState(m_bPen ? STATE_TABLET : STATE_MOUSE);
     try {
         const auto spLayer = GetVectorLayer();
-        m_spHandle =
-            OnPress(spLayer, FindTarget(*spLayer, m_ptPress, flags, GetKinds(flags)), m_ptPress, flags);
+        m_spHandle = OnPress(spLayer, FindPressed(*spLayer, m_ptPress, flags), m_ptPress, flags);
         if (m_spHandle) {
             spLayer->SetLivePath(m_spHandle->GetPath());
             SetHistoryCancel();
@@ -259,8 +264,7 @@ bool CPathToolBase::SetHover(const TPathTarget& target) {
 bool CPathToolBase::RefreshHover() {
     if (m_spHandle) return false;
     const auto spLayer = m_bPointer && IsEnabled() ? GetVectorLayer() : nullptr;
-    const uint32_t flags = GetHeldFlags();
-    return SetHover(spLayer ? FindTarget(*spLayer, m_ptPointer, flags, GetKinds(flags)) : TPathTarget());
+    return SetHover(spLayer ? FindPressed(*spLayer, m_ptPointer, GetHeldFlags()) : TPathTarget());
 }
 
 CRect CPathToolBase::HoverReach() const {

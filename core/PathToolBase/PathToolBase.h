@@ -67,6 +67,10 @@ protected:
     virtual void EndHistoryCancel() { RegisterHistoryCancel({}); }
     /// The kinds of parts that a press with these flags takes.
     virtual TPathKinds GetKinds(uint32_t flags) const = 0;
+    /// The part that a press at a position takes; the base finds the nearest one of GetKinds.
+    virtual TPathTarget FindPressed(CVectorLayerBuffer& layer, CPoint pt, uint32_t flags) const {
+        return FindTarget(layer, pt, flags, GetKinds(flags));
+    }
     /// Called when the modifiers or the pointer have changed what lies under the pointer.
     bool RefreshHover();
     /// Ends the running drag: commits or cancels it. False when there is none.
@@ -84,6 +88,8 @@ protected:
                            const TPathKinds& kinds) const;
     /// The pick tolerance in pixels of the window.
     int32_t GetReach(uint32_t flags) const;
+    /// The movement in pixels of the window at which a press becomes a drag.
+    int32_t GetThreshold(uint32_t flags) const;
     /// Squared distance of two positions in pixels of the window.
     int64_t WindowDistance(CPoint a, CPoint b) const;
     /// Erases instead of dragging: with Shift or the pen's eraser end.

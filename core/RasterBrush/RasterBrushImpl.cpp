@@ -3,13 +3,12 @@
 #include "core/IniConfig/GlobalSwitches.h"
 #include "core/IniConfig/IniConfig.h"
 #include "core/Platform/System.h"
+#include "core/Tools/OverlayCircle.h"
 
 #include <algorithm>
 #include <exception>
 
 namespace {
-
-constexpr int32_t SMALLEST_CIRCLE = 4; ///< screen pixels across; smaller circles hide the drawing
 
 std::vector<std::pair<std::wstring, int32_t>> ListSettings(const TBrushParam& param,
                                                            const TFreehandParam& freehand) {
@@ -71,15 +70,7 @@ void CRasterBrushImpl::DrawOverlay(COverlay& overlay, const TOverlayMapper& mapp
         overlay.DrawPickIcon(mapper(m_ptCursor));
         return;
     }
-    const int32_t nRadius = static_cast<int32_t>(m_param.BrushRadius) * 4;
-    CRect rc(mapper(m_ptCursor), CSize());
-    for (const CPoint ptReach : {CPoint{nRadius, 0}, {-nRadius, 0}, {0, nRadius}, {0, -nRadius}}) {
-        const CPoint pt = mapper(m_ptCursor + ptReach);
-        rc = {std::min(rc.left, pt.x), std::min(rc.top, pt.y), std::max(rc.right, pt.x),
-              std::max(rc.bottom, pt.y)};
-    }
-    if (rc.Width() >= SMALLEST_CIRCLE && rc.Height() >= SMALLEST_CIRCLE)
-        overlay.DrawEllipse(rc, {.bInvert = true});
+    DrawCircle(overlay, mapper, m_ptCursor, static_cast<int32_t>(m_param.BrushRadius) * 4);
 }
 
 TStrokeSetup CRasterBrushImpl::MakeSetup(const CCanvasBuffer& canvas) const {

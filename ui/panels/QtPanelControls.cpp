@@ -89,17 +89,26 @@ class CComboControl : public CQtPanelControl {
 public:
     CComboControl(const TPanelControl& control, const TPanelEvents& events, QWidget* pParent)
         : m_pCombo(new QComboBox(pParent)) {
-        for (const std::wstring& strRow : control.vRows) m_pCombo->addItem(ToQt(strRow));
         m_pCombo->setMaxVisibleItems(24);
+        Write(control);
         QObject::connect(
             m_pCombo, &QComboBox::activated, m_pCombo,
             [nId = control.nId, fnChange = events.change](int nRow) { fnChange(nId, nRow, {}); });
     }
     QWidget* GetWidget() override { return m_pCombo; }
-    void Write(const TPanelControl& control) override { m_pCombo->setCurrentIndex(control.nValue); }
+    void Write(const TPanelControl& control) override {
+        const QSignalBlocker block(m_pCombo);
+        if (m_vRows != control.vRows) {
+            m_vRows = control.vRows;
+            m_pCombo->clear();
+            for (const std::wstring& strRow : m_vRows) m_pCombo->addItem(ToQt(strRow));
+        }
+        m_pCombo->setCurrentIndex(control.nValue);
+    }
 
 private:
     QComboBox* m_pCombo;
+    std::vector<std::wstring> m_vRows;
 };
 
 /// A slider and its number.

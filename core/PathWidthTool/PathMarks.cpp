@@ -1,0 +1,92 @@
+#include "core/PathWidthTool/PathMarks.h"
+
+#include "core/History/SymmetricHistory.h"
+
+#include <algorithm>
+
+namespace {
+
+// The history of a set: the swapped sets keep their points, so that later actions find theirs after an undo.
+template <class TPoint>
+struct TSetSwap {
+    using TMarks = TPathMarks<TPoint>;
+
+    static void Swap(const boost::shared_ptr<COpenPathObject>& spPath, TMarks* pMarks) {
+        if (!spPath) return;
+        COpenPathStream& stream = spPath->GetStream();
+        TMarks vPresent = GetMarks<TPoint>(stream, STATE_COMMITTED);
+        SetLiveMarks<TPoint>(stream, *pMarks);
+        spPath->CommitDrag();
+        pMarks->swap(vPresent);
+    }
+    static size_t Count(const boost::shared_ptr<COpenPathObject>& spPath, const TMarks& vMarks) {
+        if (!spPath) return 0;
+        const TMarks& vPresent = GetMarks<TPoint>(spPath->GetStream(), STATE_COMMITTED);
+        const auto isShared = [&](const auto& spMark) { return std::ranges::count(vPresent, spMark) != 0; };
+        const auto nShared = std::ranges::count_if(vMarks, isShared);
+        return (vMarks.size() - static_cast<size_t>(nShared)) * sizeof(TPoint);
+    }
+};
+
+// What the marks say, in whatever order and by whatever points.
+template <class TPoint>
+std::vector<TBytes> ContentOf(const TPathMarks<TPoint>& vMarks) {
+    std::vector<TBytes> vContent;
+    for (const auto& spMark : vMarks) vContent.push_back(spMark->Serialize().GetPayload());
+    std::ranges::sort(vContent);
+    return vContent;
+}
+
+template <class TPoint>
+void RemoveFrom(const boost::shared_ptr<COpenPathObject>& spPath, TPathMarks<TPoint> vMarks,
+                const wchar_t* pszLabel, const TRegisterHistory& fnRegister) {
+    TPathMarks<TPoint> vKept = GetMarks<TPoint>(spPath->GetStream(), STATE_COMMITTED);
+    std::erase_if(vKept, [&](const auto& spMark) { return std::ranges::count(vMarks, spMark) != 0; });
+    SetLiveMarks<TPoint>(spPath->GetStream(), vKept);
+    CommitMarks<TPoint>(spPath, pszLabel, fnRegister);
+}
+
+} // namespace
+
+template <class TPoint>
+void CommitMarks(const boost::shared_ptr<COpenPathObject>& spPath, const wchar_t* pszLabel,
+                 const TRegisterHistory& fnRegister) {
+    using THistory = CSymmetricHistory<COpenPathObject, TPathMarks<TPoint>>;
+    const COpenPathStream& stream = spPath->GetStream();
+    const TPathMarks<TPoint> vBefore = GetMarks<TPoint>(stream, STATE_COMMITTED);
+    if (ContentOf(vBefore) == ContentOf(GetMarks<TPoint>(stream, STATE_LIVE))) return spPath->CancelDrag();
+    spPath->CommitDrag();
+    const auto spHistory = boost::make_shared<THistory>(
+        pszLabel, spPath, vBefore,
+        typename THistory::TFunctions{TSetSwap<TPoint>::Swap, TSetSwap<TPoint>::Count});
+    try {
+        fnRegister(spHistory);
+    } catch (...) {
+        spHistory->Undo();
+        throw;
+    }
+}
+
+template void CommitMarks<CPathWidthControlPoint>(const boost::shared_ptr<COpenPathObject>&, const wchar_t*,
+                                                  const TRegisterHistory&);
+template void CommitMarks<CPathTransControlPoint>(const boost::shared_ptr<COpenPathObject>&, const wchar_t*,
+                                                  const TRegisterHistory&);
+
+bool RemoveMark(const boost::shared_ptr<COpenPathObject>& spPath, const CPathControlPointBase& mark,
+                const TRegisterHistory& fnRegister) {
+    const COpenPathStream& stream = spPath->GetStream();
+    const auto isMark = [&](const auto& spMark) { return spMark.get() == &mark; };
+    const auto& vWidth = stream.GetWidthPoints();
+    const auto itWidth = std::ranges::find_if(vWidth, isMark);
+    if (itWidth != vWidth.end()) {
+        RemoveFrom<CPathWidthControlPoint>(spPath, {*itWidth}, L"太さ制御点の削除", fnRegister);
+        return true;
+    }
+    const auto vTrans = SortedByParameter(stream.GetTransPoints(), STATE_COMMITTED);
+    const auto itTrans = std::ranges::find_if(vTrans, isMark);
+    if (itTrans == vTrans.end()) return false;
+    const auto itFirst = vTrans.begin() + (itTrans - vTrans.begin()) / 2 * 2;
+    const auto itLast = itFirst + std::min<std::ptrdiff_t>(2, vTrans.end() - itFirst);
+    RemoveFrom<CPathTransControlPoint>(spPath, {itFirst, itLast}, L"透明化制御点の削除", fnRegister);
+    return true;
+}
