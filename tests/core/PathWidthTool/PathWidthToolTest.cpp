@@ -1,0 +1,251 @@
+#include "core/PathWidthTool/PathWidthTool.h"
+#include "session/seam/SessionKeys.h"
+#include "tests/support/PanelSession.h"
+
+namespace {
+
+/// A page of 200 by 100 pixels with a black level stroke from (10, 50) to (130, 50), half-width 5 pixels, and
+/// one above it at 25; parameters are even, 0x4000 lies at a quarter.
+class PathWidthTool : public CPanelSession {
+protected:
+    /// Settings as script values, then steps with the tool active.
+    void PlayTool(const std::vector<std::function<void()>>& vSteps) {
+        const auto spCanvas = CreateCanvas({200, 100});
+        const auto spLayer = CreateVectorLayer(spCanvas);
+        spLayer->SetLayerColor(0);
+        spCanvas->GetRoot().AddLayer(spLayer, -1, false);
+        spCanvas->GetRoot().SetActiveChild(spLayer);
+        for (const int y : {200, 400}) {
+            const auto spPath = boost::make_shared<COpenPathObject>();
+            spPath->GetStream().SetWidth(40);
+            AddAnchor(spPath->GetStream(), {80, y}, {}, {320, 0});
+            AddAnchor(spPath->GetStream(), {1040, y}, {-320, 0});
+            for (const bool b : {true, false}) spPath->GetStream().SetTerm(CreateOpenPathTerm(TERM_ROUND, b));
+            spPath->Update();
+            spLayer->InsertPath(spPath);
+            m_spPath = spPath;
+        }
+        m_wpLayer = spLayer;
+        m_outside.AddStep([this](CPlayer& player) {
+            m_pStage = &player.GetStage();
+            EXPECT_TRUE(g_pMainFrame->SwitchTool(TOOL_PATH_WIDTH));
+            m_vFirst = Saved();
+        });
+        for (const auto& fn : vSteps) m_outside.AddStep([fn](CPlayer&) { fn(); });
+        m_outside.Play([&] { CTestPlatform::Open(spCanvas); });
+    }
+    static CPathWidthTool& Tool() { return dynamic_cast<CPathWidthTool&>(*g_wpActiveTool.lock()); }
+    static void Mouse(EMessage id, CPoint pt, uint32_t flags = 0) {
+        Active().GetInput().Dispatch(Tool(), id, pt, 0, 90, flags);
+    }
+    static void Drag(CPoint ptFrom, CPoint ptTo, uint32_t flags = 0) {
+        Mouse(EMessage::LButtonDown, ptFrom, flags);
+        Mouse(EMessage::MouseMove, ptTo, flags);
+    }
+    static void DragAndRelease(CPoint ptFrom, CPoint ptTo, uint32_t flags = 0) {
+        Drag(ptFrom, ptTo, flags);
+        Mouse(EMessage::LButtonUp, ptTo, flags);
+    }
+    static void Command(int nId) { SendMessage({g_pMainFrame->GetWindow(), EMessage::Command, nId}); }
+    static std::string Saved() {
+        CMemoryFiles files;
+        SaveDocument(Canvas(), L"d.vlm", files);
+        return files.m_mapFiles[L"d.vlm"];
+    }
+    static std::vector<uint8_t> Pixels() {
+        Canvas().Update();
+        return PixelsOf(*Canvas().Flatten());
+    }
+    static size_t Steps() { return Canvas().GetHistory().GetUndoList().size(); }
+    COpenPathStream& Stream() { return m_spPath->GetStream(); }
+    void Control(int nId, int nValue) { Send(ID_PANEL_TOOL_OPTION, EMessage::PanelChange, nId, nValue); }
+    static const TPanelControl& Shown(int nId) {
+        return *std::ranges::find(Window(ID_PANEL_TOOL_OPTION).GetControls(), nId, &TPanelControl::nId);
+    }
+
+    boost::shared_ptr<COpenPathObject> m_spPath; ///< the lower stroke
+    boost::weak_ptr<CVectorLayerBuffer> m_wpLayer;
+    std::string m_vFirst;
+};
+
+} // namespace
+
+TEST_F(PathWidthTool, ADragChangesTheNearestPathAndIsOneStep) {
+    PlayTool({[&] {
+                  EXPECT_EQ(Tool().GetItem(), (TPathWidthItem{WIDTH_POINTS_3, 20}));
+                  const auto vBefore = Pixels();
+                  Drag({320, 490}, {800, 430}); // 90 and 30 units beside it
+                  EXPECT_EQ(m_wpLayer.lock()->GetSelectedPath(), m_spPath);
+                  EXPECT_EQ(Saved(), m_vFirst);
+                  const auto vShown = Pixels();
+                  EXPECT_NE(vShown, vBefore);
+                  EXPECT_EQ(Steps(), 0u);
+                  Mouse(EMessage::LButtonUp, {800, 430});
+                  EXPECT_EQ(Pixels(), vShown);
+                  EXPECT_EQ(Steps(), 1u);
+                  const auto& vMarks = Stream().GetWidthPoints();
+                  ASSERT_EQ(vMarks.size(), 3u);
+                  EXPECT_EQ(vMarks[0]->GetParameter()[STATE_COMMITTED], 0x4000u);
+                  EXPECT_EQ(vMarks[1]->GetParameter()[STATE_COMMITTED], 0xC000u);
+                  EXPECT_EQ(vMarks[2]->GetWidth(SIDE_LEFT, STATE_COMMITTED), 80u);
+                  Command(ID_EDIT_UNDO);
+                  EXPECT_EQ(Pixels(), vBefore);
+                  Command(ID_EDIT_REDO);
+                  EXPECT_EQ(Pixels(), vShown);
+              },
+              [&] {
+                  // Beyond the radius of 15 pixels nothing happens; a press on one spot changes nothing.
+                  DragAndRelease({320, 521}, {800, 521});
+                  DragAndRelease({440, 400}, {455, 400});
+                  EXPECT_EQ(Steps(), 1u);
+                  Tool().SetRadius(130);
+                  DragAndRelease({320, 521}, {800, 521});
+                  EXPECT_EQ(Steps(), 1u) << "the same again is no change";
+                  Tool().SetItem({WIDTH_POINTS_1, 5});
+                  DragAndRelease({320, 290}, {320, 290}); // nearer to the upper stroke
+                  EXPECT_NE(m_wpLayer.lock()->GetSelectedPath(), m_spPath);
+                  EXPECT_EQ(Steps(), 2u);
+                  Tool().SetItem({99, 5});
+                  DragAndRelease({900, 420}, {960, 420});
+                  EXPECT_EQ(Steps(), 2u);
+                  EXPECT_EQ(m_wpLayer.lock()->GetSelectedPath(), m_spPath);
+              }});
+}
+
+TEST_F(PathWidthTool, WhateverEndsADragLeavesTheDocumentAsItWas) {
+    const std::vector<std::function<void()>> vEnds{
+        [] {
+            SendMessage({Active().GetWindow(), EMessage::KeyDown, VK_Escape});
+        },
+        [] {
+            Mouse(EMessage::RButtonDown, {800, 400});
+        },
+        [] { Canvas().GetHistory().Undo(); }, [] { g_pMainFrame->SwitchTool(TOOL_BRUSH); },
+        [] { Active().GetInput().OnActivate(); }};
+    std::vector<std::function<void()>> vSteps;
+    for (const auto& fnEnd : vEnds)
+        for (const int nType : {WIDTH_POINTS_1, WIDTH_POINTS_4, WIDTH_CUT})
+            vSteps.push_back([=, this] {
+                g_pMainFrame->SwitchTool(TOOL_PATH_WIDTH);
+                Tool().SetItem({nType, 20});
+                const auto vBefore = Pixels();
+                Drag({320, 400}, {800, 400});
+                EXPECT_NE(Pixels(), vBefore);
+                fnEnd();
+                EXPECT_EQ(Pixels(), vBefore);
+                EXPECT_EQ(Saved(), m_vFirst);
+                EXPECT_EQ(Steps(), 0u);
+                EXPECT_FALSE(Canvas().GetHistory().IsUnfinished());
+            });
+    PlayTool(vSteps);
+}
+
+TEST_F(PathWidthTool, MarksAreDraggedBeforeTheLineAndRemovedWithShiftOrTheEraser) {
+    PlayTool({[&] {
+        const auto cursor = [&](CPoint pt, uint32_t flags = 0) {
+            m_pStage->keys.Press(VK_Shift, flags & POINTER_SHIFT);
+            Mouse(EMessage::MouseMove, pt, flags);
+            return Tool().GetCursor({});
+        };
+        EXPECT_EQ(cursor({560, 430}), ECursor::Width);
+        EXPECT_EQ(cursor({560, 560}), ECursor::Arrow);
+        Tool().SetItem({WIDTH_POINTS_2, 15});
+        DragAndRelease({320, 400}, {800, 400});
+        Tool().SetItem({WIDTH_CUT, 0});
+        DragAndRelease({440, 400}, {560, 400});
+        EXPECT_EQ(Steps(), 2u);
+        EXPECT_EQ(cursor({320, 408}), ECursor::Move);
+        DragAndRelease({320, 400}, {200, 400});
+        EXPECT_EQ(Stream().GetWidthPoints()[0]->GetParameter()[STATE_COMMITTED], 0x2000u);
+        EXPECT_EQ(Canvas().GetHistory().GetUndoList().front()->GetName(), L"太さ記号の移動");
+        EXPECT_EQ(cursor({200, 400}, POINTER_SHIFT), ECursor::Remove);
+        EXPECT_EQ(cursor({700, 400}, POINTER_SHIFT), ECursor::Arrow);
+        DragAndRelease({700, 400}, {900, 400}, POINTER_SHIFT);
+        EXPECT_EQ(Steps(), 3u);
+        DragAndRelease({200, 400}, {200, 400}, POINTER_SHIFT);
+        EXPECT_EQ(Stream().GetWidthPoints().size(), 1u);
+        Tool().OnPenEnd(true);
+        DragAndRelease({560, 400}, {560, 400});
+        EXPECT_TRUE(Stream().GetTransPoints().empty());
+        EXPECT_EQ(Canvas().GetHistory().GetUndoList().front()->GetName(), L"透明化制御点の削除");
+        while (Steps() != 0) Command(ID_EDIT_UNDO);
+        EXPECT_EQ(Saved(), m_vFirst);
+    }});
+}
+
+TEST_F(PathWidthTool, TheOverlayShowsTheRadiusAndTheStretch) {
+    PlayTool({[&] {
+        const auto box = [&] { return Tool().GetOverlayRect({[](CPoint pt) { return pt; }}); };
+        Mouse(EMessage::MouseMove, {600, 700});
+        EXPECT_EQ(box().bottom, 821); // 120 below the pointer
+        Mouse(EMessage::MouseMove, {600, 400});
+        Drag({320, 400}, {800, 400});
+        COverlay overlay;
+        Tool().DrawOverlay(overlay, {[](CPoint pt) { return pt; }});
+        EXPECT_EQ(box().Union(overlay.GetBounds()), box());
+        Mouse(EMessage::RButtonDown, {800, 400});
+    }});
+}
+
+TEST_F(PathWidthTool, ThePaneChoosesTheOperationAndKeepsItsList) {
+    const auto spConfig = [this] {
+        return boost::make_shared<CIniConfig>(L"/settings/Vellumcraft/Vellumcraft.ini", m_outside.m_files);
+    };
+    const auto rows = [] {
+        std::wstring str;
+        for (const auto& strRow : Shown(1307).vRows) str += strRow + L'|';
+        return str + std::to_wstring(Shown(1307).nValue);
+    };
+    PlayTool({[&] {
+                  EXPECT_EQ(rows(), L"1点 x1.0|2点 x1.0|3点 x1.0|4点 x1.0|-1");
+                  EXPECT_EQ(Shown(1301).nValue, 1);
+                  EXPECT_EQ(Shown(1305).nValue, 2);
+                  EXPECT_EQ(Shown(1306).vRows[static_cast<size_t>(Shown(1306).nValue)], L"2.0");
+                  EXPECT_EQ(Shown(1306).vRows.size(), 11u);
+                  Control(1308, 0);
+              },
+              [&] {
+                  EXPECT_EQ(rows(), L"1点 x1.0|2点 x1.0|3点 x1.0|3点 x2.0|4点 x1.0|3");
+                  Control(1307, 1);
+                  EXPECT_EQ(Tool().GetItem(), (TPathWidthItem{WIDTH_POINTS_2, 10}));
+                  Control(1309, 0);
+              },
+              [&] {
+                  EXPECT_EQ(rows(), L"1点 x1.0|3点 x1.0|3点 x2.0|4点 x1.0|-1");
+                  Control(1302, 1);
+              },
+              [&] {
+                  EXPECT_EQ(rows(), L"乗算 x1.5|加算 +0.5|0");
+                  Control(1307, 1);
+              },
+              [&] {
+                  EXPECT_EQ(Tool().GetItem(), (TPathWidthItem{WIDTH_ADD, 5}));
+                  EXPECT_EQ(Shown(1306).vRows[static_cast<size_t>(Shown(1306).nValue)], L"0.5");
+                  Control(1306, 11); // 4.5
+                  Control(1305, WIDTH_CUT);
+              },
+              [&] {
+                  EXPECT_EQ(rows(), L"透明化|0");
+                  EXPECT_FALSE(Shown(1306).bEnabled);
+                  Control(1303, 1);
+              },
+              [&] {
+                  EXPECT_EQ(rows(), L"削除|0");
+                  Control(1301, 1); // as it was used last
+                  Control(1310, 20);
+              },
+              [&] {
+                  EXPECT_EQ(Tool().GetItem(), (TPathWidthItem{WIDTH_POINTS_2, 10}));
+                  g_pMainFrame->SwitchTool(TOOL_BRUSH);
+                  const auto spTool = spConfig()->GetSection(L"PathWidthTool");
+                  EXPECT_EQ(spTool->GetInt(L"Radius", 0), 160);
+                  EXPECT_EQ(spTool->GetInt(L"Coef", 0), 10);
+                  EXPECT_EQ(spTool->GetInt(L"Type", 9), 1);
+                  const auto spList = spConfig()->GetSection(L"PathWidthList");
+                  EXPECT_EQ(spList->GetInt(L"ItemCount", 0), 8);
+                  EXPECT_EQ(spList->GetInt(L"Coef3", 0), 20);
+                  spList->SetInt(L"Type2", 77);
+                  g_pMainFrame->SwitchTool(TOOL_PATH_WIDTH);
+              },
+              [&] { EXPECT_EQ(rows(), L"1点 x1.0|unsupported|3点 x2.0|4点 x1.0|-1"); }});
+}
