@@ -1,6 +1,7 @@
 #include "core/PathObject/OpenPathStream.h"
 
 #include "core/Base/Failure.h"
+#include "core/PathOutline/OutlineBuilder.h"
 #include "core/PathOutline/Wave.h"
 
 #include <boost/make_shared.hpp>
@@ -145,7 +146,8 @@ void COpenPathStream::Rebuild(size_t state) {
     const CTermAtState end(*m_spEnd, state);
     source.pBegin = &begin;
     source.pEnd = &end;
-    m_aspOutline[state] = boost::make_shared<const TOutlines>(BuildOutline(source));
+    if (!m_spBuilder) m_spBuilder = boost::make_shared<COutlineBuilder>();
+    m_aspOutline[state] = boost::make_shared<const TOutlines>(m_spBuilder->Build(source));
 }
 
 bool COpenPathStream::AreStatesEqual() const {
@@ -162,6 +164,7 @@ void COpenPathStream::Update() {
     Rebuild(STATE_COMMITTED);
     if (AreStatesEqual()) {
         m_aspOutline[STATE_LIVE] = m_aspOutline[STATE_COMMITTED];
+        m_spBuilder.reset();
         return;
     }
     Rebuild(STATE_LIVE);

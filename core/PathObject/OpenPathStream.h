@@ -4,6 +4,8 @@
 #include "core/PathObject/OpenPathTerm.h"
 #include "core/PathObject/PathStream.h"
 
+class COutlineBuilder;
+
 /// A line whose width is set by points on it, with an end at each side, cuts and, optionally, random
 /// unsteadiness. Only Update computes its outlines.
 class COpenPathStream : public CPathStreamImpl<COpenPathControlPoint> {
@@ -82,6 +84,7 @@ private:
     boost::shared_ptr<CPathTransControlPoint> MakeTransPoint(uint32_t t) const;
 
     std::array<boost::shared_ptr<const TOutlines>, 2> m_aspOutline; ///< shared while both states are equal
+    boost::shared_ptr<COutlineBuilder> m_spBuilder;                 ///< only while the states differ
     CDualValue<TWidthPoints> m_widthPoints;
     uint32_t m_uWidth = 8;
     CDualValue<TTransPoints> m_transPoints;

@@ -84,11 +84,6 @@ struct TStretchOutline {
     friend bool operator==(const TStretchOutline&, const TStretchOutline&) = default;
 };
 
-/// The outlines of the visible stretches, from the path's start on. Cuts come in pairs: the stretch between
-/// the two of a pair is omitted. Without anchors there is none. Raises boost::numeric::bad_numeric_cast
-/// when a point exceeds 32 bits.
-std::vector<TStretchOutline> BuildOutline(const TOutlineSource& source);
-
 /// The closed curve through the points, in their order; two points at the same place without handles make no
 /// closing segment.
 TPolyBezier CloseOutline(const TOutlinePoints& vPoints);

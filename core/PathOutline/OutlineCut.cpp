@@ -178,10 +178,10 @@ std::vector<TOutlineCut> EffectiveCuts(const TOutlineSource& source) {
     return vCuts;
 }
 
-std::vector<TPlacedCut> PlaceCuts(const TOutlineSource& source) {
-    const auto vSegments = SegmentsOf(source.vAnchors);
-    if (vSegments.empty() || source.vCuts.empty()) return {};
-    const CPathLengths lengths(vSegments);
+std::vector<TPlacedCut> PlaceCuts(const TOutlineSource& source, const CCentreLine& line) {
+    const auto& vSegments = line.GetSegments();
+    if (vSegments.empty()) return {};
+    const CPathLengths lengths(vSegments, line.GetLengths());
     std::vector<TPlacedCut> vCuts;
     for (const auto& [t, nAngle] : source.vCuts) {
         const size_t idx = std::min<size_t>(t / BEZIER_T_RESOLUTION, vSegments.size() - 1);
@@ -190,7 +190,7 @@ std::vector<TPlacedCut> PlaceCuts(const TOutlineSource& source) {
             return WidthAt(lengths, source.vWidths, source.uWidth, t, side);
         };
         vCuts.push_back({t,
-                         vSegments[idx].PointAt(f),
+                         CheckedAdd(source.vAnchors[idx].anchor, vSegments[idx].PointAt(f)),
                          DirectionAt(vSegments[idx], f),
                          nAngle % 360,
                          {widthOf(SIDE_LEFT), widthOf(SIDE_RIGHT)},

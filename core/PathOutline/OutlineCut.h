@@ -25,7 +25,7 @@ struct TPlacedCut {
 std::vector<TOutlineCut> EffectiveCuts(const TOutlineSource& source);
 
 /// The cuts of a stroke with an anchor; the widths are eased between the width points around.
-std::vector<TPlacedCut> PlaceCuts(const TOutlineSource& source);
+std::vector<TPlacedCut> PlaceCuts(const TOutlineSource& source, const CCentreLine& line);
 
 /// The stretches from one cut to the next, from the path's start on. A cut that misses a side uses that
 /// side's point at its `t`. A side of one point is not cut. Sets the cuts' `tFirst` and `tLast`.

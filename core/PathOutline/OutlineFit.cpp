@@ -139,28 +139,23 @@ void FitHandles(TOutlinePoint& a, TOutlinePoint& b, const CBezier& centre, const
                        static_cast<uint32_t>(width.p3.y));
 }
 
-TOutlinePoints JoinCorner(TOutlinePoint& p1, const TOutlinePoint& p2, const TOutlinePoint& a,
-                          TOutlinePoint& m) {
-    const CBezier before = SegmentOf(p1, p2);
-    const CBezier behind = SegmentOf(a, m);
+TCorner JoinCorner(const CBezier& before, const CBezier& behind) {
     if (const auto inner = Intersect(before, behind)) {
         const auto& [head, tail] = *inner;
-        p1.fore = head.p1 - head.p0;
-        m.back = tail.p2 - tail.p3;
-        return {{head.p3, head.p2 - head.p3, tail.p1 - tail.p0}};
+        return {head.p1 - head.p0, {{head.p3, head.p2 - head.p3, tail.p1 - tail.p0}}, tail.p2 - tail.p3};
     }
-    const TOutlinePoint from{p2.anchor, p2.back, {}};
-    const TOutlinePoint to{a.anchor, {}, a.fore};
+    TCorner corner{before.p1 - before.p0, {{before.p3, before.p2 - before.p3, {}}}, behind.p2 - behind.p3};
     const CPoint D1 = before.TangentAt(BEZIER_T_RESOLUTION);
     const CPoint D2 = behind.TangentAt(0);
     if (!IsZero(D1) && !IsZero(D2)) {
         const auto mitre =
-            Intersect(CBezier::Line(p2.anchor, CheckedAdd(p2.anchor, Scale(D1, MITRE_REACH))),
-                      CBezier::Line(CheckedAdd(a.anchor, Negated(Scale(D2, MITRE_REACH))), a.anchor));
+            Intersect(CBezier::Line(before.p3, CheckedAdd(before.p3, Scale(D1, MITRE_REACH))),
+                      CBezier::Line(CheckedAdd(behind.p0, Negated(Scale(D2, MITRE_REACH))), behind.p0));
         if (mitre) {
             const CPoint ptSum = CheckedAdd(mitre->first.p3, mitre->second.p0);
-            return {from, {{ptSum.x / 2, ptSum.y / 2}, {}, {}}, to};
+            corner.vPoints.push_back({{ptSum.x / 2, ptSum.y / 2}, {}, {}});
         }
     }
-    return {from, to};
+    corner.vPoints.push_back({behind.p0, {}, behind.p1 - behind.p0});
+    return corner;
 }

@@ -19,7 +19,12 @@ std::optional<TOutlinePoint> OffsetPoint(const CBezier& piece, const CBezier& wi
 /// since a tight inner bend would diverge.
 void FitHandles(TOutlinePoint& a, TOutlinePoint& b, const CBezier& centre, const CBezier& width);
 
-/// The points of the corner between the curves from `p1` to `p2` and from `a` to `m`, which replace `p2`
-/// and `a`: their crossing on the inner side, a mitre of at most 50 pixels or a straight edge on the outer.
-TOutlinePoints JoinCorner(TOutlinePoint& p1, const TOutlinePoint& p2, const TOutlinePoint& a,
-                          TOutlinePoint& m);
+/// The corner between two curves that would meet at an anchor.
+struct TCorner {
+    CPoint fore;            ///< of the point where the first curve begins
+    TOutlinePoints vPoints; ///< replace the first curve's end and the second one's beginning
+    CPoint back;            ///< of the point where the second curve ends
+};
+
+/// Their crossing on the inner side, a mitre of at most 50 pixels or a straight edge on the outer.
+TCorner JoinCorner(const CBezier& before, const CBezier& behind);

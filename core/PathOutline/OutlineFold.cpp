@@ -19,12 +19,13 @@ void VisitPairs(const TEntries& vLeft, const TEntries& vRight, Visit visit) {
 
 // Half a piece, by its number on the left side.
 TFold HalfOf(const TSidePiece& l, const TSidePiece& r, size_t n) {
+    const std::array aPoints{l.GetPoint(n), l.GetPoint(n + 1), r.GetPoint(1 - n), r.GetPoint(2 - n)};
     return {l.tBegin,
             l.tEnd,
-            {{l.aPoints[n].anchor, {}, l.aPoints[n].fore},
-             {l.aPoints[n + 1].anchor, l.aPoints[n + 1].back, {}},
-             {r.aPoints[1 - n].anchor, {}, r.aPoints[1 - n].fore},
-             {r.aPoints[2 - n].anchor, r.aPoints[2 - n].back, {}}},
+            {{aPoints[0].anchor, {}, aPoints[0].fore},
+             {aPoints[1].anchor, aPoints[1].back, {}},
+             {aPoints[2].anchor, {}, aPoints[2].fore},
+             {aPoints[3].anchor, aPoints[3].back, {}}},
             false};
 }
 
@@ -40,8 +41,8 @@ bool DoCross(CPoint a, CPoint b, CPoint c, CPoint d) {
 
 // True when the lines across the stroke at both ends of the half meet, or a side leads backwards.
 bool IsFolded(const TSidePiece& l, const TSidePiece& r, size_t n) {
-    return l.abFolded[n] || r.abFolded[1 - n] ||
-           DoCross(l.aptPlain[n], r.aptPlain[2 - n], l.aptPlain[n + 1], r.aptPlain[1 - n]);
+    return l.pPiece->abFolded[n] || r.pPiece->abFolded[1 - n] ||
+           DoCross(l.GetPlain(n), r.GetPlain(2 - n), l.GetPlain(n + 1), r.GetPlain(1 - n));
 }
 
 // Half a piece with the same half of the other side, by its number on the left one.
@@ -54,26 +55,33 @@ struct THalf {
     bool bReached;                ///< and over a fold
 };
 
+// The side's place beside a fraction of the piece.
+std::optional<CPoint> PlaceOf(const TSidePiece& piece, uint32_t f) {
+    const auto point = OffsetPoint(piece.pPiece->bez, piece.pPiece->width, f);
+    if (!point) return {};
+    return CheckedAdd(point->anchor, piece.ptOrigin);
+}
+
 // The half in narrow strips: where a side runs backwards no curve is fitted to it, so the half alone would
 // miss area between its ends.
 void AppendStrips(const THalf& half, std::vector<TFold>& vFolds) {
     constexpr uint32_t STRIPS = 8;
     const auto& [l, r, n, bFolded, vLines, bReached] = half;
-    std::array<CPoint, 2> aptBefore{l.aptPlain[n], r.aptPlain[2 - n]};
+    std::array<CPoint, 2> aptBefore{l.GetPlain(n), r.GetPlain(2 - n)};
     uint32_t tBefore = n == 0 ? l.tBegin : l.tBegin + (l.tEnd - l.tBegin) / 2;
     for (uint32_t u = 1; u <= STRIPS; ++u) {
         const uint32_t f = (static_cast<uint32_t>(n) * STRIPS + u) * (BEZIER_T_RESOLUTION / 2 / STRIPS);
         const uint32_t t =
             l.tBegin + static_cast<uint32_t>(MulDiv(l.tEnd - l.tBegin, f, BEZIER_T_RESOLUTION));
-        const auto left = OffsetPoint(l.bez, l.width, f);
-        const auto right = OffsetPoint(r.bez, r.width, BEZIER_T_RESOLUTION - f);
+        const auto left = PlaceOf(l, f);
+        const auto right = PlaceOf(r, BEZIER_T_RESOLUTION - f);
         if (!left || !right) continue;
-        std::vector<CPoint> vStrip{aptBefore[SIDE_LEFT], left->anchor, right->anchor, aptBefore[SIDE_RIGHT]};
+        std::vector<CPoint> vStrip{aptBefore[SIDE_LEFT], *left, *right, aptBefore[SIDE_RIGHT]};
         for (const TEndLine& line : vLines) vStrip = ClipPolygon(vStrip, line);
         TFold fold{tBefore, t, {}, true};
         for (const CPoint pt : vStrip) fold.vPoints.push_back({pt, {}, {}});
         if (!vStrip.empty()) vFolds.push_back(std::move(fold));
-        aptBefore = {left->anchor, right->anchor};
+        aptBefore = {*left, *right};
         tBefore = t;
     }
 }
@@ -83,8 +91,8 @@ void AppendStrips(const THalf& half, std::vector<TFold>& vFolds) {
 template <class Iterator>
 void MarkReach(Iterator itBegin, Iterator itEnd, size_t nFar, const TEndLine& line) {
     const auto isClear = [&](const THalf& half) {
-        return line.IsInside(half.l.aptPlain[half.n + nFar]) &&
-               line.IsInside(half.r.aptPlain[2 - half.n - nFar]);
+        return line.IsInside(half.l.GetPlain(half.n + nFar)) &&
+               line.IsInside(half.r.GetPlain(2 - half.n - nFar));
     };
     auto itLast = std::find_if(itBegin, itEnd, isClear);
     if (itLast != itEnd) ++itLast;

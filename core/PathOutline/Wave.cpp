@@ -12,8 +12,8 @@ using TWidthMap = std::map<uint32_t, TOutlineWidth>;
 
 // Steps of a segment's samples: the power of two above an even division, so that samples keep their
 // positions while the segment's length changes.
-uint64_t SampleStep(const CBezier& segment, uint32_t uStep) {
-    const uint32_t n = uStep == 0 ? 0 : segment.ArcLength() / uStep;
+uint64_t SampleStep(uint32_t uLength, uint32_t uStep) {
+    const uint32_t n = uStep == 0 ? 0 : uLength / uStep;
     uint32_t s = BEZIER_T_RESOLUTION / (n == 0 ? 1 : n);
     for (int nShift = 1; nShift <= 16; nShift *= 2) s |= s >> nShift;
     return uint64_t{s} + 1;
@@ -61,7 +61,7 @@ TWidthMap WithEnds(const TOutlineSource& source, uint32_t tLast) {
 
 } // namespace
 
-std::vector<TOutlineWidth> WaveWidths(const TOutlineSource& source) {
+std::vector<TOutlineWidth> WaveWidths(const TOutlineSource& source, const std::vector<uint32_t>& vLengths) {
     const uint32_t tLast = LastParameter(source.vAnchors);
     const TWidthMap mapWidth = WithEnds(source, tLast);
     std::mt19937 random;
@@ -72,10 +72,9 @@ std::vector<TOutlineWidth> WaveWidths(const TOutlineSource& source) {
         return static_cast<uint32_t>(std::max(uWidth + r * f, 0.0));
     };
     std::vector<TOutlineWidth> vWidths;
-    for (size_t i = 1; i < source.vAnchors.size(); ++i) {
-        const uint32_t tBase = static_cast<uint32_t>(i - 1) * BEZIER_T_RESOLUTION;
-        const uint64_t uStep =
-            SampleStep(SegmentOf(source.vAnchors[i - 1], source.vAnchors[i]), source.wave.uStep);
+    uint32_t tBase = 0;
+    for (const uint32_t uLength : vLengths) {
+        const uint64_t uStep = SampleStep(uLength, source.wave.uStep);
         for (uint64_t u = 0; u < BEZIER_T_RESOLUTION; u += uStep) {
             const uint32_t t = tBase + static_cast<uint32_t>(u);
             const auto itGiven = mapWidth.find(t);
@@ -84,6 +83,7 @@ std::vector<TOutlineWidth> WaveWidths(const TOutlineSource& source) {
             const uint32_t uLeft = noisy(auWidth[SIDE_LEFT]);
             vWidths.push_back({t, {uLeft, noisy(auWidth[SIDE_RIGHT])}});
         }
+        tBase += BEZIER_T_RESOLUTION;
     }
     return vWidths;
 }
@@ -91,8 +91,8 @@ std::vector<TOutlineWidth> WaveWidths(const TOutlineSource& source) {
 uint64_t CountWaveWidths(const TOutlineSource& source) {
     uint64_t uCount = 0;
     for (size_t i = 1; i < source.vAnchors.size(); ++i) {
-        const uint64_t uStep =
-            SampleStep(SegmentOf(source.vAnchors[i - 1], source.vAnchors[i]), source.wave.uStep);
+        const CBezier segment = SegmentOf(source.vAnchors[i - 1], source.vAnchors[i]);
+        const uint64_t uStep = SampleStep(segment.ArcLength(), source.wave.uStep);
         uCount += (BEZIER_T_RESOLUTION + uStep - 1) / uStep;
     }
     return uCount;

@@ -14,18 +14,41 @@ uint32_t FractionAt(const CBezier& width, int32_t nLength);
 /// The curves between anchors.
 std::vector<CBezier> SegmentsOf(const TOutlinePoints& vAnchors);
 
+/// The part of the centre line between two places where a segment or a width span ends.
+struct TCentrePiece {
+    uint32_t tEnd;
+    uint32_t uLength;
+};
+
+/// The half-width over the arc length of one piece of the centre line, from 0 on.
+struct TWidthPart {
+    uint32_t fEnd; ///< of the piece, in its segment: BEZIER_T_RESOLUTION for the segment's last one
+    CBezier width;
+
+    friend bool operator==(const TWidthPart&, const TWidthPart&) = default;
+};
+
+/// The widths of all pieces of a side, in its direction as all arguments: `vWidths` are `t` and half-width,
+/// at least one. Raises boost::numeric::bad_numeric_cast when an arc length between two width points leaves
+/// 32 bits.
+std::vector<TWidthPart> WidthParts(const std::vector<TCentrePiece>& vPieces,
+                                   const std::vector<std::pair<uint32_t, uint32_t>>& vWidths,
+                                   const IOutlineTerm& start, const IOutlineTerm& end, EPathSide side);
+
+/// The length of a curve from one fraction to another.
+uint32_t PartLength(const CBezier& bez, uint32_t fFirst, uint32_t fLast);
+
 /// The lengths along a path; the caller must keep its segments alive.
 class CPathLengths {
 public:
     explicit CPathLengths(const std::vector<CBezier>& vSegments);
+    /// With the segments' own lengths.
+    CPathLengths(const std::vector<CBezier>& vSegments, const std::vector<uint32_t>& vLengths);
     /// The arc length from `tFirst` to `tLast`: the sum of the truncated lengths of whole and partial
     /// segments. Raises boost::numeric::bad_numeric_cast when it exceeds 31 bits.
     int32_t Between(uint32_t tFirst, uint32_t tLast) const;
 
 private:
-    // Within one segment, from the fraction fFirst to fLast.
-    uint32_t Part(size_t idx, uint32_t fFirst, uint32_t fLast) const;
-
     const std::vector<CBezier>& m_vSegments;
     std::vector<uint64_t> m_vStarts; ///< sums of the whole segments before each, and of all
 };
