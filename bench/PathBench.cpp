@@ -54,10 +54,14 @@ void BuildAnew(benchmark::State& state) {
     }
 }
 
+// One event of a drag of the anchor in the middle.
 void BuildInDrag(benchmark::State& state) {
     std::mt19937 random(1);
-    const auto spPath = MakeStroke({800, 8000}, 50, 20, 320, random);
-    const auto spPoint = *std::next(spPath->GetStream().GetControlPoints().begin(), 25);
+    const auto nAnchors = static_cast<int>(state.range(0));
+    const auto spPath = MakeStroke({800, 8000}, nAnchors, 20, 320, random);
+    spPath->GetStream().SetWave(state.range(1) != 0, {32, 4});
+    spPath->Update();
+    const auto spPoint = *std::next(spPath->GetStream().GetControlPoints().begin(), nAnchors / 2);
     for (auto _ : state) {
         CDualValue<CPoint> anchor = spPoint->GetAnchor();
         ++anchor[STATE_LIVE].y;
@@ -105,7 +109,12 @@ void MovePath(benchmark::State& state) {
 }
 
 BENCHMARK(BuildAnew)->Unit(benchmark::kMicrosecond);
-BENCHMARK(BuildInDrag)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BuildInDrag)
+    ->ArgNames({"anchors", "wave"})
+    ->Args({50, 0})
+    ->Args({200, 1})
+    ->Args({1000, 1})
+    ->Unit(benchmark::kMicrosecond);
 BENCHMARK(RasterizeLayer)->Unit(benchmark::kMillisecond);
 BENCHMARK(MovePath)->Unit(benchmark::kMillisecond);
 
