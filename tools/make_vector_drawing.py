@@ -132,24 +132,25 @@ def draw(d):
         tip = along(flower, math.radians(angle), length)
         d.click(along(flower, math.radians(angle), 26, 9))
         d.drag(tip, along(tip, math.radians(angle), 14), tip)
-    # Swelling petals, thin veins, cuts where the stem passes behind the leaves.
+    # Cuts first, while no handles lie on the lines: the stem passes behind the petal, one leaf and its own sheath.
+    d.widths(CUT, 10)
+    d.drag((424, 372), (430, 450), (440, 545))
+    d.drag((446, 370), (454, 440), (463, 518))
+    d.drag((434, 690), (431, 715), (427, 740))
+    # Swelling petals and leaves, a stem that thickens downward.
     d.widths(THREE, 22)
     for angle, length, breadth in petals:
         for side in (-1, 1):
-            at = [along(flower, math.radians(angle), length * f, breadth * side * w) for f, w in
-                  ((0.3, 0.72), (0.55, 1.0), (0.82, 0.66))]
-            d.drag(*at)
+            d.drag(*(along(flower, math.radians(angle), length * f, breadth * side * w)
+                     for f, w in ((0.3, 0.72), (0.55, 1.0), (0.82, 0.66))))
     d.widths(FOUR, 18)
     for base, tip, breadth in leaves:
         angle, length = math.atan2(tip[1] - base[1], tip[0] - base[0]), math.dist(base, tip)
         d.drag(*(along(base, angle, length * f, breadth * w) for f, w in ((0.25, 0.75), (0.5, 1.0), (0.75, 0.6))))
-    d.widths(MULTIPLY, 15)
-    d.drag((436, 620), (428, 690), (420, 760))
-    d.widths(CUT, 10)
-    d.drag((437, 628), (436, 668))
-    d.drag((461, 700), (459, 735))
     d.widths(ADD, 12)
-    d.drag((462, 560), (462, 640))
+    d.drag((416, 800), (402, 880), (390, 945))
+    d.widths(MULTIPLY, 18)
+    d.drag((447, 800), (433, 880), (422, 945))
 
 
 def main():

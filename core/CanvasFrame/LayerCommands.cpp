@@ -94,7 +94,9 @@ const TLayerCommand COMMANDS[] = {
      }},
     {ID_LAYER_NEW_VECTOR, Always, Never,
      [](const TPlace&, const TCanvas& spCanvas, IProgress&) {
-         InsertNew(spCanvas, CreateVectorLayer(spCanvas), L"新規ベクタレイヤー");
+         const auto spLayer = CreateVectorLayer(spCanvas);
+         spLayer->SetLayerColor(0); // white lines would not be seen on the paper
+         InsertNew(spCanvas, spLayer, L"新規ベクタレイヤー");
          return true;
      }},
     {ID_LAYER_NEW_SET, Always, Never,

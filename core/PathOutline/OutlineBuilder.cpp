@@ -83,8 +83,7 @@ std::vector<TStretchOutline> COutlineBuilder::Build(const TOutlineSource& given)
     m_line.SetAnchors(source.vAnchors);
     source.vCuts = EffectiveCuts(source);
     auto vCuts = PlaceCuts(source, m_line);
-    if (source.vWidths.empty())
-        source.vWidths.push_back({LastParameter(source.vAnchors) / 2, {source.uWidth, source.uWidth}});
+    source.vWidths = WidthsOrMiddle(source);
     if (source.wave.uWidth != 0 && source.vAnchors.size() > 1)
         source.vWidths = WaveWidths(source, m_line.GetLengths());
     const auto vPieces = m_line.Divide(source.vWidths);

@@ -42,7 +42,7 @@ void ChangeOne(COpenPathStream& stream, std::mt19937& random) {
         [&] {
             stream.SetWave(random() % 2, {dual(32, 34)[0], dual(4, 6)[0]});
         },
-        [&] { bMayGrow ? stream.Divide(t[0]) : void(); },
+        [&] { bMayGrow ? (void)stream.Divide(t[0]) : void(); },
         [&] {
             bMayGrow ? (void)stream.AppendControlPoint(CPoint{1500, 1500} + point(900)) : void();
         },

@@ -6,7 +6,7 @@ namespace {
 using TLabels = std::vector<std::wstring>;
 using TPoints = std::vector<CPoint>;
 
-class PathToolSession : public testing::Test, protected CPathSession {
+class PathToolHand : public testing::Test, protected CPathSession {
 protected:
     void Play(const std::function<void()>& fn) { CPathSession::Play(TOOL_PATH, fn); }
     CPathTool& Tool() { return dynamic_cast<CPathTool&>(*g_wpActiveTool.lock()); }
@@ -23,7 +23,7 @@ protected:
 
 } // namespace
 
-TEST_F(PathToolSession, APathIsDrawnWhileControlIsHeldAndIsOneAction) {
+TEST_F(PathToolHand, APathIsDrawnWhileControlIsHeldAndIsOneAction) {
     Play([&] {
         const TBytes vStart = Bytes();
         Key(VK_Control, true);
@@ -62,7 +62,7 @@ TEST_F(PathToolSession, APathIsDrawnWhileControlIsHeldAndIsOneAction) {
     });
 }
 
-TEST_F(PathToolSession, DrawingEndsWithoutWhatIsNotFinished) {
+TEST_F(PathToolHand, DrawingEndsWithoutWhatIsNotFinished) {
     Play([&] {
         const auto ends = [&](const std::function<void()>& fnEnd) {
             Key(VK_Control, true);
@@ -97,7 +97,7 @@ TEST_F(PathToolSession, DrawingEndsWithoutWhatIsNotFinished) {
     });
 }
 
-TEST_F(PathToolSession, PointsAreDraggedInsertedAndRemoved) {
+TEST_F(PathToolHand, PointsAreDraggedInsertedAndRemoved) {
     Play([&] {
         Draw({{400, 400}, {1200, 400}, {2000, 400}});
         const TBytes vLine = Bytes();
@@ -152,7 +152,7 @@ TEST_F(PathToolSession, PointsAreDraggedInsertedAndRemoved) {
     });
 }
 
-TEST_F(PathToolSession, APressPicksTheSelectedPathFirstAndSelectsOthers) {
+TEST_F(PathToolHand, APressPicksTheSelectedPathFirstAndSelectsOthers) {
     Play([&] {
         Tool().GetParam().uDefaultWidth = 80;
         Draw({{400, 400}, {2000, 400}});
@@ -184,7 +184,7 @@ TEST_F(PathToolSession, APressPicksTheSelectedPathFirstAndSelectsOthers) {
     });
 }
 
-TEST_F(PathToolSession, EndsAreConnectedJoinedAndDivided) {
+TEST_F(PathToolHand, EndsAreConnectedJoinedAndDivided) {
     Play([&] {
         Draw({{400, 400}, {800, 400}});
         const TBytes vOne = Bytes();
@@ -245,7 +245,7 @@ TEST_F(PathToolSession, EndsAreConnectedJoinedAndDivided) {
     });
 }
 
-TEST_F(PathToolSession, CursorAndHintFollowTheModifiersAtOnce) {
+TEST_F(PathToolHand, CursorAndHintFollowTheModifiersAtOnce) {
     Play([&] {
         Draw({{400, 400}, {1200, 400}, {2000, 400}});
         Move({1200, 402});
