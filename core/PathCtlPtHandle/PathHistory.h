@@ -11,11 +11,18 @@ public:
     CPathHistory(std::wstring strLabel, const boost::shared_ptr<CPathObject>& spPath,
                  const boost::shared_ptr<TPathSnapshot>& spBefore,
                  const boost::shared_ptr<TPathSnapshot>& spAfter)
-        : CHistory(std::move(strLabel)), m_spPath(spPath), m_spBefore(spBefore), m_spAfter(spAfter),
-          m_nSnapshotBytes(spBefore->chunk.GetPayload().size() + spAfter->chunk.GetPayload().size()) {}
+        : CHistory(std::move(strLabel)), m_spPath(spPath), m_spBefore(spBefore), m_nSnapshotBytes(0) {
+        SetAfter(spAfter);
+    }
 
     void Undo() override { m_spPath->ApplySnapshot(*m_spBefore); }
     void Redo() override { m_spPath->ApplySnapshot(*m_spAfter); }
+    bool IsOf(const CPathObject& path) const { return m_spPath.get() == &path; }
+    /// Takes in a further change of the path, which leads to `spAfter`.
+    void SetAfter(const boost::shared_ptr<TPathSnapshot>& spAfter) {
+        m_spAfter = spAfter;
+        m_nSnapshotBytes = m_spBefore->chunk.GetPayload().size() + spAfter->chunk.GetPayload().size();
+    }
 
 protected:
     size_t CountBytes() const override { return m_nSnapshotBytes; }

@@ -41,7 +41,7 @@ TOpenPathPtr CPathTool::GetTargetPath() const {
                    : TOpenPathPtr();
 }
 
-void CPathTool::ChangeTarget(const boost::function<void(COpenPathStream&)>& fnChange) {
+void CPathTool::ChangeTarget(const boost::function<void(COpenPathStream&)>& fnChange, bool bFold) {
     const auto pOpenPath = GetTargetPath();
     if (!pOpenPath || m_state != STATE_IDLE || m_spInstallPath) return;
     const auto spBefore = pOpenPath->CreateSnapshot();
@@ -49,8 +49,16 @@ void CPathTool::ChangeTarget(const boost::function<void(COpenPathStream&)>& fnCh
     pOpenPath->Update();
     const auto spAfter = pOpenPath->CreateSnapshot();
     if (spAfter->chunk.GetPayload() == spBefore->chunk.GetPayload()) return;
+    CHistoryStream& history = GetVectorLayer()->GetCanvas()->GetHistory();
+    const auto spLast = m_wpFoldable.lock();
+    if (bFold && spLast && spLast == history.GetFoldable() && spLast->IsOf(*pOpenPath)) {
+        spLast->SetAfter(spAfter);
+        return history.SetModified(true);
+    }
     try {
-        RegisterHistory(boost::make_shared<CPathHistory>(L"パスの変更", pOpenPath, spBefore, spAfter));
+        const auto spStep = boost::make_shared<CPathHistory>(L"パスの変更", pOpenPath, spBefore, spAfter);
+        RegisterHistory(spStep);
+        m_wpFoldable = bFold ? spStep : nullptr;
     } catch (...) {
         pOpenPath->ApplySnapshot(*spBefore);
         throw;

@@ -5,6 +5,8 @@
 #include "core/PathToolBase/PathParam.h"
 #include "core/PathToolBase/PathToolBase.h"
 
+class CPathHistory;
+
 /// The number of the path tool.
 constexpr int TOOL_PATH = 6;
 
@@ -47,7 +49,8 @@ public:
     /// The selected open path of the active layer; null for none.
     TOpenPathPtr GetTargetPath() const;
     /// Changes the selected open path by a function, as one undoable step; nothing when it changes nothing.
-    void ChangeTarget(const boost::function<void(COpenPathStream&)>& fnChange);
+    /// With `bFold` changes that follow each other are one step.
+    void ChangeTarget(const boost::function<void(COpenPathStream&)>& fnChange, bool bFold = false);
 
 protected:
     boost::shared_ptr<CVectorHandle> OnPress(const boost::shared_ptr<CVectorLayerBuffer>& spLayer,
@@ -83,7 +86,8 @@ private:
     std::vector<CPoint> GetPreview() const;
 
     TPathParam m_param;
-    TPathParam m_kept;          ///< as last read or written
-    TLayerRef m_spInstallLayer; ///< of the path that is drawn
-    TPathEnd m_join;            ///< the end that the dragged one joins at its release; null for none
+    TPathParam m_kept;                          ///< as last read or written
+    TLayerRef m_spInstallLayer;                 ///< of the path that is drawn
+    boost::weak_ptr<CPathHistory> m_wpFoldable; ///< the last action that a further change may be folded into
+    TPathEnd m_join; ///< the end that the dragged one joins at its release; null for none
 };

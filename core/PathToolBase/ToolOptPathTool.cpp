@@ -200,6 +200,8 @@ void CToolOptPathTool::OnControl(const TPanelControl& control) {
         TPathParam after = before;
         SetParam(after, control.nId - FIRST_TARGET, control);
         if (after != before)
-            spTool->ChangeTarget([&](COpenPathStream& stream) { ApplyChange(stream, before, after); });
+            // A width that is typed or stepped through is one change.
+            spTool->ChangeTarget([&](COpenPathStream& stream) { ApplyChange(stream, before, after); },
+                                 control.nId == FIRST_TARGET + OPT_WIDTH);
     }
 }

@@ -61,7 +61,7 @@ TEST_F(PathPane, EachBlockSetsItsOwnValues) {
               Set(WIDTH + TARGET, 0, L"x");
               EXPECT_EQ(At(WIDTH + TARGET).strText, L"5.00");
               EXPECT_TRUE(deqUndo.empty()) << "nothing has changed";
-              Set(WIDTH + TARGET, 0, L"6");
+              for (const wchar_t* psz : {L"4.5", L"4", L"6"}) Set(WIDTH + TARGET, 0, psz); // one step
               Set(BEGIN_FLAT + TARGET + 1, 1);
               Set(WAVE + TARGET, 1);
               const COpenPathStream& stream = m_spStroke->GetStream();
@@ -101,7 +101,7 @@ TEST_F(PathPane, OutlinesAndHandlesAreShownAtOnce) {
           }});
 }
 
-TEST(PathToolSession, ThePointerSaysWhatAPressDoes) {
+TEST(PathPointer, ThePointerSaysWhatAPressDoes) {
     const auto pointer = [](const char* pszMessage, int x) {
         return ScriptLine("pointer", {{"message", pszMessage}, {"x", x}, {"y", 50}, {"left", false}});
     };
