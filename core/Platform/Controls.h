@@ -57,7 +57,7 @@ struct TPanelControl {
     std::string strIcon = {};   ///< resource of a Toggle's or Button's icon, which replaces its text
     std::vector<std::wstring> vRows = {};
     std::vector<TTreeRow> vTree = {};
-    std::vector<int> vStops = {}; ///< a Slider's positions, rising; empty for every number in the range
+    std::vector<int> vStops = {}; ///< rising; of a Slider, of a Number in hundredths; empty for every number
     int nMin = 0;                 ///< of a Slider; of a Number where its buttons stop
     int nMax = 0;
     int nValue = 0; ///< 1 for checked; a Slider's number; the selected row of Combo, List, Tree, -1 for none;
