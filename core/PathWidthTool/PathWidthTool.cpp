@@ -147,14 +147,12 @@ TPolyBezier CPathWidthTool::GetStretch(const TOverlayMapper& mapper) const {
     return vStretch;
 }
 
-// Three lines beside each other make the stretch stand out.
+// Two lines beside each other: the stretch stands out and does not hide a thin stroke.
 void CPathWidthTool::DrawMore(COverlay& overlay, const TOverlayMapper& mapper) const {
-    const TPolyBezier vStretch = GetStretch(mapper);
-    const int32_t nPixel = overlay.ToDevice(1);
-    for (const CPoint ptBy : {CPoint{}, {nPixel, 0}, {-nPixel, 0}, {0, nPixel}, {0, -nPixel}}) {
-        TPolyBezier vLine = vStretch;
-        for (CPoint& pt : vLine) pt = pt + ptBy;
-        if (!vLine.empty()) overlay.DrawCurves(vLine, {.color = PATH_COLOR_HOVER});
+    TPolyBezier vStretch = GetStretch(mapper);
+    for (int n = 0; n < 2 && !vStretch.empty(); ++n) {
+        overlay.DrawCurves(vStretch, {.color = PATH_COLOR_HOVER});
+        for (CPoint& pt : vStretch) pt = pt + CPoint{overlay.ToDevice(1), overlay.ToDevice(1)};
     }
     if (m_bPointer) DrawCircle(overlay, mapper, m_ptPointer, m_nRadius);
 }

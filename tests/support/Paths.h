@@ -51,6 +51,17 @@ inline boost::shared_ptr<COpenPathObject> MakeLevelStroke(int nAnchors) {
     return spPath;
 }
 
+/// A straight stroke of half-width 40 with round ends, 960 to the right; its parameter is even: 0x4000 lies
+/// at a quarter.
+inline boost::shared_ptr<COpenPathObject> MakeEvenStroke(CPoint pt = {}) {
+    const auto spPath = boost::make_shared<COpenPathObject>();
+    spPath->GetStream().SetWidth(40);
+    for (const int n : {0, 480, 960}) AddAnchor(spPath->GetStream(), pt + CPoint{n, 0}, {-160, 0}, {160, 0});
+    for (const bool b : {true, false}) spPath->GetStream().SetTerm(CreateOpenPathTerm(TERM_ROUND, b));
+    spPath->Update();
+    return spPath;
+}
+
 /// A path of either kind at a random place of a canvas; strokes have all their features.
 inline boost::shared_ptr<CPathObject> MakeRandomPath(CSize sz, std::mt19937& random) {
     const auto below = [&](int32_t n) { return static_cast<int32_t>(random() % static_cast<uint32_t>(n)); };

@@ -4,11 +4,9 @@
 
 namespace {
 
-/// A page of 200 by 100 pixels with a black level stroke from (10, 50) to (130, 50), half-width 5 pixels, and
-/// one above it at 25; parameters are even, 0x4000 lies at a quarter.
+/// A page of 200 by 100 pixels with black strokes from (10, 25) and (10, 50) to the right.
 class PathWidthTool : public CPanelSession {
 protected:
-    /// Settings as script values, then steps with the tool active.
     void PlayTool(const std::vector<std::function<void()>>& vSteps) {
         const auto spCanvas = CreateCanvas({200, 100});
         const auto spLayer = CreateVectorLayer(spCanvas);
@@ -16,14 +14,8 @@ protected:
         spCanvas->GetRoot().AddLayer(spLayer, -1, false);
         spCanvas->GetRoot().SetActiveChild(spLayer);
         for (const int y : {200, 400}) {
-            const auto spPath = boost::make_shared<COpenPathObject>();
-            spPath->GetStream().SetWidth(40);
-            AddAnchor(spPath->GetStream(), {80, y}, {}, {320, 0});
-            AddAnchor(spPath->GetStream(), {1040, y}, {-320, 0});
-            for (const bool b : {true, false}) spPath->GetStream().SetTerm(CreateOpenPathTerm(TERM_ROUND, b));
-            spPath->Update();
-            spLayer->InsertPath(spPath);
-            m_spPath = spPath;
+            m_spPath = MakeEvenStroke({80, y});
+            spLayer->InsertPath(m_spPath);
         }
         m_wpLayer = spLayer;
         m_outside.AddStep([this](CPlayer& player) {
@@ -58,10 +50,6 @@ protected:
     }
     static size_t Steps() { return Canvas().GetHistory().GetUndoList().size(); }
     COpenPathStream& Stream() { return m_spPath->GetStream(); }
-    void Control(int nId, int nValue) { Send(ID_PANEL_TOOL_OPTION, EMessage::PanelChange, nId, nValue); }
-    static const TPanelControl& Shown(int nId) {
-        return *std::ranges::find(Window(ID_PANEL_TOOL_OPTION).GetControls(), nId, &TPanelControl::nId);
-    }
 
     boost::shared_ptr<COpenPathObject> m_spPath; ///< the lower stroke
     boost::weak_ptr<CVectorLayerBuffer> m_wpLayer;
@@ -72,44 +60,42 @@ protected:
 
 TEST_F(PathWidthTool, ADragChangesTheNearestPathAndIsOneStep) {
     PlayTool({[&] {
-                  EXPECT_EQ(Tool().GetItem(), (TPathWidthItem{WIDTH_POINTS_3, 20}));
-                  const auto vBefore = Pixels();
-                  Drag({320, 490}, {800, 430}); // 90 and 30 units beside it
-                  EXPECT_EQ(m_wpLayer.lock()->GetSelectedPath(), m_spPath);
-                  EXPECT_EQ(Saved(), m_vFirst);
-                  const auto vShown = Pixels();
-                  EXPECT_NE(vShown, vBefore);
-                  EXPECT_EQ(Steps(), 0u);
-                  Mouse(EMessage::LButtonUp, {800, 430});
-                  EXPECT_EQ(Pixels(), vShown);
-                  EXPECT_EQ(Steps(), 1u);
-                  const auto& vMarks = Stream().GetWidthPoints();
-                  ASSERT_EQ(vMarks.size(), 3u);
-                  EXPECT_EQ(vMarks[0]->GetParameter()[STATE_COMMITTED], 0x4000u);
-                  EXPECT_EQ(vMarks[1]->GetParameter()[STATE_COMMITTED], 0xC000u);
-                  EXPECT_EQ(vMarks[2]->GetWidth(SIDE_LEFT, STATE_COMMITTED), 80u);
-                  Command(ID_EDIT_UNDO);
-                  EXPECT_EQ(Pixels(), vBefore);
-                  Command(ID_EDIT_REDO);
-                  EXPECT_EQ(Pixels(), vShown);
-              },
-              [&] {
-                  // Beyond the radius of 15 pixels nothing happens; a press on one spot changes nothing.
-                  DragAndRelease({320, 521}, {800, 521});
-                  DragAndRelease({440, 400}, {455, 400});
-                  EXPECT_EQ(Steps(), 1u);
-                  Tool().SetRadius(130);
-                  DragAndRelease({320, 521}, {800, 521});
-                  EXPECT_EQ(Steps(), 1u) << "the same again is no change";
-                  Tool().SetItem({WIDTH_POINTS_1, 5});
-                  DragAndRelease({320, 290}, {320, 290}); // nearer to the upper stroke
-                  EXPECT_NE(m_wpLayer.lock()->GetSelectedPath(), m_spPath);
-                  EXPECT_EQ(Steps(), 2u);
-                  Tool().SetItem({99, 5});
-                  DragAndRelease({900, 420}, {960, 420});
-                  EXPECT_EQ(Steps(), 2u);
-                  EXPECT_EQ(m_wpLayer.lock()->GetSelectedPath(), m_spPath);
-              }});
+        EXPECT_EQ(Tool().GetItem(), (TPathWidthItem{WIDTH_POINTS_3, 20}));
+        const auto vBefore = Pixels();
+        Drag({320, 490}, {800, 430}); // 90 and 30 units beside it
+        EXPECT_EQ(m_wpLayer.lock()->GetSelectedPath(), m_spPath);
+        EXPECT_EQ(Saved(), m_vFirst);
+        const auto vShown = Pixels();
+        EXPECT_NE(vShown, vBefore);
+        EXPECT_EQ(Steps(), 0u);
+        Mouse(EMessage::LButtonUp, {800, 430});
+        EXPECT_EQ(Pixels(), vShown);
+        EXPECT_EQ(Steps(), 1u);
+        const auto& vMarks = Stream().GetWidthPoints();
+        ASSERT_EQ(vMarks.size(), 3u);
+        EXPECT_EQ(vMarks[0]->GetParameter()[STATE_COMMITTED], 0x8000u);
+        EXPECT_EQ(vMarks[1]->GetParameter()[STATE_COMMITTED], 0x18000u);
+        EXPECT_EQ(vMarks[2]->GetWidth(SIDE_LEFT, STATE_COMMITTED), 80u);
+        Command(ID_EDIT_UNDO);
+        EXPECT_EQ(Pixels(), vBefore);
+        Command(ID_EDIT_REDO);
+        EXPECT_EQ(Pixels(), vShown);
+        // Beyond the radius of 15 pixels nothing happens; a press on one spot changes nothing.
+        DragAndRelease({320, 521}, {800, 521});
+        DragAndRelease({440, 400}, {455, 400});
+        EXPECT_EQ(Steps(), 1u);
+        Tool().SetRadius(130);
+        DragAndRelease({320, 521}, {800, 521});
+        EXPECT_EQ(Steps(), 1u) << "the same again is no change";
+        Tool().SetItem({WIDTH_POINTS_1, 5});
+        DragAndRelease({320, 290}, {320, 290}); // nearer to the upper stroke
+        EXPECT_NE(m_wpLayer.lock()->GetSelectedPath(), m_spPath);
+        EXPECT_EQ(Steps(), 2u);
+        Tool().SetItem({99, 5});
+        DragAndRelease({900, 420}, {960, 420});
+        EXPECT_EQ(Steps(), 2u);
+        EXPECT_EQ(m_wpLayer.lock()->GetSelectedPath(), m_spPath);
+    }});
 }
 
 TEST_F(PathWidthTool, WhateverEndsADragLeavesTheDocumentAsItWas) {
@@ -120,7 +106,7 @@ TEST_F(PathWidthTool, WhateverEndsADragLeavesTheDocumentAsItWas) {
         [] {
             Mouse(EMessage::RButtonDown, {800, 400});
         },
-        [] { Canvas().GetHistory().Undo(); }, [] { g_pMainFrame->SwitchTool(TOOL_BRUSH); },
+        [] { Command(ID_EDIT_UNDO); }, [] { g_pMainFrame->SwitchTool(TOOL_BRUSH); },
         [] { Active().GetInput().OnActivate(); }};
     std::vector<std::function<void()>> vSteps;
     for (const auto& fnEnd : vEnds)
@@ -156,7 +142,7 @@ TEST_F(PathWidthTool, MarksAreDraggedBeforeTheLineAndRemovedWithShiftOrTheEraser
         EXPECT_EQ(Steps(), 2u);
         EXPECT_EQ(cursor({320, 408}), ECursor::Move);
         DragAndRelease({320, 400}, {200, 400});
-        EXPECT_EQ(Stream().GetWidthPoints()[0]->GetParameter()[STATE_COMMITTED], 0x2000u);
+        EXPECT_EQ(Stream().GetWidthPoints()[0]->GetParameter()[STATE_COMMITTED], 0x4000u);
         EXPECT_EQ(Canvas().GetHistory().GetUndoList().front()->GetName(), L"太さ記号の移動");
         EXPECT_EQ(cursor({200, 400}, POINTER_SHIFT), ECursor::Remove);
         EXPECT_EQ(cursor({700, 400}, POINTER_SHIFT), ECursor::Arrow);
@@ -173,79 +159,65 @@ TEST_F(PathWidthTool, MarksAreDraggedBeforeTheLineAndRemovedWithShiftOrTheEraser
     }});
 }
 
-TEST_F(PathWidthTool, TheOverlayShowsTheRadiusAndTheStretch) {
+TEST_F(PathWidthTool, TheOverlayIsInsideItsBounds) {
     PlayTool({[&] {
-        const auto box = [&] { return Tool().GetOverlayRect({[](CPoint pt) { return pt; }}); };
+        const TOverlayMapper mapper([](CPoint pt) { return pt; });
         Mouse(EMessage::MouseMove, {600, 700});
-        EXPECT_EQ(box().bottom, 821); // 120 below the pointer
-        Mouse(EMessage::MouseMove, {600, 400});
+        EXPECT_EQ(Tool().GetOverlayRect(mapper).bottom, 821) << "a circle of 120 around the pointer";
         Drag({320, 400}, {800, 400});
         COverlay overlay;
-        Tool().DrawOverlay(overlay, {[](CPoint pt) { return pt; }});
-        EXPECT_EQ(box().Union(overlay.GetBounds()), box());
+        Tool().DrawOverlay(overlay, mapper);
+        EXPECT_EQ(Tool().GetOverlayRect(mapper).Union(overlay.GetBounds()), Tool().GetOverlayRect(mapper));
         Mouse(EMessage::RButtonDown, {800, 400});
     }});
 }
 
 TEST_F(PathWidthTool, ThePaneChoosesTheOperationAndKeepsItsList) {
-    const auto spConfig = [this] {
-        return boost::make_shared<CIniConfig>(L"/settings/Vellumcraft/Vellumcraft.ini", m_outside.m_files);
+    const auto control = [](int nId) {
+        return *std::ranges::find(Window(ID_PANEL_TOOL_OPTION).GetControls(), nId, &TPanelControl::nId);
     };
-    const auto rows = [] {
+    // The list's rows and the selected one, then the row that each combo shows.
+    const auto shown = [=] {
         std::wstring str;
-        for (const auto& strRow : Shown(1307).vRows) str += strRow + L'|';
-        return str + std::to_wstring(Shown(1307).nValue);
+        for (const auto& strRow : control(1307).vRows) str += strRow + L' ';
+        str += L"> " + std::to_wstring(control(1307).nValue);
+        for (const int nId : {1305, 1306})
+            str += L' ' + control(nId).vRows.at(static_cast<size_t>(control(nId).nValue));
+        return str;
     };
-    PlayTool({[&] {
-                  EXPECT_EQ(rows(), L"1点 x1.0|2点 x1.0|3点 x1.0|4点 x1.0|-1");
-                  EXPECT_EQ(Shown(1301).nValue, 1);
-                  EXPECT_EQ(Shown(1305).nValue, 2);
-                  EXPECT_EQ(Shown(1306).vRows[static_cast<size_t>(Shown(1306).nValue)], L"2.0");
-                  EXPECT_EQ(Shown(1306).vRows.size(), 11u);
-                  Control(1308, 0);
-              },
-              [&] {
-                  EXPECT_EQ(rows(), L"1点 x1.0|2点 x1.0|3点 x1.0|3点 x2.0|4点 x1.0|3");
-                  Control(1307, 1);
-                  EXPECT_EQ(Tool().GetItem(), (TPathWidthItem{WIDTH_POINTS_2, 10}));
-                  Control(1309, 0);
-              },
-              [&] {
-                  EXPECT_EQ(rows(), L"1点 x1.0|3点 x1.0|3点 x2.0|4点 x1.0|-1");
-                  Control(1302, 1);
-              },
-              [&] {
-                  EXPECT_EQ(rows(), L"乗算 x1.5|加算 +0.5|0");
-                  Control(1307, 1);
-              },
-              [&] {
-                  EXPECT_EQ(Tool().GetItem(), (TPathWidthItem{WIDTH_ADD, 5}));
-                  EXPECT_EQ(Shown(1306).vRows[static_cast<size_t>(Shown(1306).nValue)], L"0.5");
-                  Control(1306, 11); // 4.5
-                  Control(1305, WIDTH_CUT);
-              },
-              [&] {
-                  EXPECT_EQ(rows(), L"透明化|0");
-                  EXPECT_FALSE(Shown(1306).bEnabled);
-                  Control(1303, 1);
-              },
-              [&] {
-                  EXPECT_EQ(rows(), L"削除|0");
-                  Control(1301, 1); // as it was used last
-                  Control(1310, 20);
-              },
-              [&] {
-                  EXPECT_EQ(Tool().GetItem(), (TPathWidthItem{WIDTH_POINTS_2, 10}));
-                  g_pMainFrame->SwitchTool(TOOL_BRUSH);
-                  const auto spTool = spConfig()->GetSection(L"PathWidthTool");
-                  EXPECT_EQ(spTool->GetInt(L"Radius", 0), 160);
-                  EXPECT_EQ(spTool->GetInt(L"Coef", 0), 10);
-                  EXPECT_EQ(spTool->GetInt(L"Type", 9), 1);
-                  const auto spList = spConfig()->GetSection(L"PathWidthList");
-                  EXPECT_EQ(spList->GetInt(L"ItemCount", 0), 8);
-                  EXPECT_EQ(spList->GetInt(L"Coef3", 0), 20);
-                  spList->SetInt(L"Type2", 77);
-                  g_pMainFrame->SwitchTool(TOOL_PATH_WIDTH);
-              },
-              [&] { EXPECT_EQ(rows(), L"1点 x1.0|unsupported|3点 x2.0|4点 x1.0|-1"); }});
+    struct TAct {
+        const wchar_t* pszBefore;
+        int nControl, nValue;
+    };
+    std::vector<std::function<void()>> vSteps;
+    for (const TAct& act : {TAct{L"1点 x1.0 2点 x1.0 3点 x1.0 4点 x1.0 > -1 3点 2.0", 1308, 0},
+                            {L"1点 x1.0 2点 x1.0 3点 x1.0 3点 x2.0 4点 x1.0 > 3 3点 2.0", 1307, 1},
+                            {L"1点 x1.0 2点 x1.0 3点 x1.0 3点 x2.0 4点 x1.0 > 1 2点 1.0", 1309, 0},
+                            {L"1点 x1.0 3点 x1.0 3点 x2.0 4点 x1.0 > -1 2点 1.0", 1302, 1},
+                            {L"乗算 x1.5 加算 +0.5 > 0 乗算 1.5", 1307, 1},
+                            {L"乗算 x1.5 加算 +0.5 > 1 加算 0.5", 1306, 11},
+                            {L"乗算 x1.5 加算 +0.5 > -1 加算 4.5", 1305, WIDTH_CUT},
+                            {L"透明化 > 0 透明化 4.5", 1303, 1},
+                            {L"削除 > 0 削除 4.5", 1301, 1},
+                            {L"1点 x1.0 3点 x1.0 3点 x2.0 4点 x1.0 > -1 2点 1.0", 1310, 20}})
+        vSteps.push_back([=] {
+            EXPECT_EQ(shown(), act.pszBefore);
+            EXPECT_EQ(control(1306).bEnabled, !wcschr(act.pszBefore, L'除') && !wcschr(act.pszBefore, L'透'));
+            Send(ID_PANEL_TOOL_OPTION, EMessage::PanelChange, act.nControl, act.nValue);
+        });
+    vSteps.push_back([&] {
+        EXPECT_EQ(control(1301).nValue, 1);
+        g_pMainFrame->SwitchTool(TOOL_BRUSH);
+        CIniConfig config(L"/settings/Vellumcraft/Vellumcraft.ini", m_outside.m_files);
+        const auto spTool = config.GetSection(L"PathWidthTool");
+        for (const auto& [pszKey, nValue] : {std::pair{L"Radius", 160}, {L"Coef", 10}, {L"Type", 1}})
+            EXPECT_EQ(spTool->GetInt(pszKey, 0), nValue);
+        const auto spList = config.GetSection(L"PathWidthList");
+        EXPECT_EQ(spList->GetInt(L"ItemCount", 0), 8);
+        EXPECT_EQ(spList->GetInt(L"Coef3", 0), 20);
+        spList->SetInt(L"Type2", 77);
+        g_pMainFrame->SwitchTool(TOOL_PATH_WIDTH);
+    });
+    vSteps.push_back([=] { EXPECT_EQ(shown(), L"1点 x1.0 unsupported 3点 x2.0 4点 x1.0 > -1 2点 1.0"); });
+    PlayTool(vSteps);
 }

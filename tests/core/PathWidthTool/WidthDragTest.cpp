@@ -3,18 +3,6 @@
 
 namespace {
 
-/// Half-width 40, round ends, parameters even along 960 units: 0x4000 lies at 240.
-boost::shared_ptr<COpenPathObject> MakeEvenStroke() {
-    const auto spPath = boost::make_shared<COpenPathObject>();
-    COpenPathStream& stream = spPath->GetStream();
-    stream.SetWidth(40);
-    AddAnchor(stream, {0, 0}, {}, {320, 0});
-    AddAnchor(stream, {960, 0}, {-320, 0});
-    for (const bool bBegin : {true, false}) stream.SetTerm(CreateOpenPathTerm(TERM_ROUND, bBegin));
-    spPath->Update();
-    return spPath;
-}
-
 class WidthDrag : public testing::Test {
 protected:
     void AddMark(uint32_t t, uint32_t uLeft, uint32_t uRight) {
@@ -35,10 +23,12 @@ protected:
             nType,
             {m_spPath, {vPlaces[0], 9}, nCoef, 24, [this](const auto& sp) { m_history.Register(sp); }});
         for (size_t n = 1; n < vPlaces.size(); ++n) spDrag->OnDrag({vPlaces[n] - vPlaces[0], 0}, 0);
-        EXPECT_EQ(BytesOf(*m_spPath), vBefore);
-        EXPECT_EQ(Stream().GetOutline(STATE_COMMITTED), vOutline);
-        if (!bCommit) return spDrag;
         const auto vShown = Stream().GetOutline(STATE_LIVE);
+        m_spPath->Update();
+        EXPECT_EQ(Stream().GetOutline(STATE_LIVE), vShown);
+        EXPECT_EQ(Stream().GetOutline(STATE_COMMITTED), vOutline);
+        EXPECT_EQ(BytesOf(*m_spPath), vBefore);
+        if (!bCommit) return spDrag;
         spDrag->OnCommit();
         EXPECT_EQ(Stream().GetOutline(STATE_COMMITTED), vShown);
         if (BytesOf(*m_spPath) == vBefore) return spDrag;
@@ -88,12 +78,15 @@ TEST_F(WidthDrag, PointsAreSetOverTheStretch) {
         {WIDTH_ERASE, "0:"},
         {WIDTH_CUT, "1: 240/90 720/90"}};
     for (const auto& [nType, pszMarks] : aExpected)
-        for (const auto& vPlaces : {std::vector{240, 720}, std::vector{240, 0, 900, 250, 720}}) {
+        for (const auto& vPlaces : {std::vector{240, 720}, std::vector{240, 0, 900, 250, 700, 720}}) {
             m_spPath = MakeEvenStroke();
             m_history.Clear();
             Drag(nType, 15, vPlaces);
             EXPECT_EQ(Marks(), pszMarks) << nType;
         }
+    const TPolyBezier vStretch = Drag(WIDTH_CUT, 0, {720, 240}, false)->GetStretch();
+    EXPECT_EQ(vStretch.size(), 7u);
+    EXPECT_EQ(std::pair(vStretch.front(), vStretch.back()), std::pair(CPoint(240, 0), CPoint(720, 0)));
     // Backward the press is the range's end.
     Drag(WIDTH_POINTS_1, 7, {720, 300});
     EXPECT_EQ(Marks(), "2: 300=28,28 240/90 720/90");
@@ -106,16 +99,16 @@ TEST_F(WidthDrag, WhatStandsInTheStretchIsReplacedOrChangedAndNeverCompounds) {
     const auto begin = [&] {
         m_spPath = MakeEvenStroke();
         m_history.Clear();
-        AddMark(0x2000, 20, 20); // at 120, and so on
-        AddMark(0x6000, 41, 30);
-        AddMark(0x8000, 60, 0);
-        AddMark(0xE000, 10, 10);
+        AddMark(0x4000, 20, 20); // at 120, and so on
+        AddMark(0xC000, 41, 30);
+        AddMark(0x10000, 60, 0);
+        AddMark(0x1C000, 10, 10);
         // The ends have the old profile's widths.
         const auto widths = [&](uint32_t t) {
             const auto au = Stream().GetWidthsAt(t, STATE_COMMITTED);
             return "=" + std::to_string(au[0]) + ',' + std::to_string(au[1]);
         };
-        return std::pair("240" + widths(0x4000), "720" + widths(0xC000));
+        return std::pair("240" + widths(0x8000), "720" + widths(0x18000));
     };
     const std::string strHead = "1: 120=20,20 ", strTail = " 840=10,10";
     for (int nType = 0; nType < WIDTH_CUT; ++nType) {
@@ -153,6 +146,10 @@ TEST_F(WidthDrag, OneSpotIsEnoughForOnePointOnly) {
     EXPECT_EQ(Marks(), "1: 480=60,60");
     Drag(WIDTH_POINTS_1, 15, {480}); // the same again
     EXPECT_EQ(Marks(), "1: 480=60,60");
+    Drag(WIDTH_POINTS_1, 15, {480, 700, 490});
+    EXPECT_EQ(Marks(), "2: 490=60,60");
+    m_history.Undo();
+    EXPECT_EQ(Marks(), "1: 480=60,60");
     Drag(WIDTH_MULTIPLY, 20, {480, 600}, false)->OnCancel();
     EXPECT_EQ(Marks(), "1: 480=60,60");
     EXPECT_EQ(Stream().GetOutline(STATE_LIVE), Stream().GetOutline(STATE_COMMITTED));
@@ -175,8 +172,8 @@ TEST_F(WidthDrag, TransparentStretchesUnite) {
 }
 
 TEST_F(WidthDrag, RemovedMarksComeBackInTheirPairs) {
-    AddMark(0x4000, 20, 30);
-    for (const uint32_t t : {0xC000u, 0x2000u, 0x8000u, 0x6000u}) Stream().AddTransPoint(t);
+    AddMark(0x8000, 20, 30);
+    for (const uint32_t t : {0x18000u, 0x4000u, 0x10000u, 0xC000u}) Stream().AddTransPoint(t);
     m_spPath->Update();
     const TBytes vBefore = BytesOf(*m_spPath);
     const auto fnRegister = [&](const auto& sp) { m_history.Register(sp); };
