@@ -82,7 +82,8 @@ TEST_F(PathWidthTool, ADragChangesTheNearestPathAndIsOneStep) {
         EXPECT_EQ(Pixels(), vShown);
         // Beyond the radius of 15 pixels nothing happens; a press on one spot changes nothing.
         DragAndRelease({320, 521}, {800, 521});
-        DragAndRelease({440, 400}, {455, 400});
+        Drag({440, 400}, {600, 400});
+        Mouse(EMessage::LButtonUp, {455, 400});
         EXPECT_EQ(Steps(), 1u);
         Tool().SetRadius(130);
         DragAndRelease({320, 521}, {800, 521});
