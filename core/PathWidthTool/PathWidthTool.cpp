@@ -17,6 +17,14 @@ constexpr int32_t DEFAULT_COEF = 20;
 constexpr int32_t ZOOM_NORMAL = 48;
 constexpr int32_t UNITS_OF_PIXEL = 8;
 
+constexpr wchar_t MARK_HINT[] = L"ドラッグ: 記号を動かす　Shift: 記号を消す　Alt: 記号の片側だけ";
+constexpr wchar_t SELECT_HINT[] = L"クリック: パスを選ぶ";
+/// By kind, on a line.
+constexpr const wchar_t* LINE_HINTS[WIDTH_KINDS] = {L"線に沿ってドラッグ: 太さの点を置く　Shift: 記号を消す",
+                                                    L"線に沿ってドラッグ: 太さを変える　Shift: 記号を消す",
+                                                    L"線に沿ってドラッグ: 太さの点を消す　Shift: 記号を消す",
+                                                    L"線に沿ってドラッグ: 透明にする　Shift: 記号を消す"};
+
 bool IsEnd(const TPathTarget& target) {
     return dynamic_cast<const COpenPathTermBase*>(target.hit.spPoint.get()) != nullptr;
 }
@@ -59,6 +67,20 @@ void CPathWidthTool::KeepSettings() {
     note(L"Coef", m_item.nCoef, m_itemRead.nCoef);
     note(L"Type", m_item.nType, m_itemRead.nType);
     if (!vChanged.empty()) config.GetSection(SECTION)->SetInts(vChanged);
+}
+
+const wchar_t* CPathWidthTool::GetHint(uint32_t uModifiers) const {
+    if (m_bDeleteMode) uModifiers = POINTER_SHIFT; // the eraser end
+    if (uModifiers != 0 || !m_hover || !IsEnabled() || IsDragging())
+        return CPathToolBase::GetHint(uModifiers);
+    switch (GetTargetCursor(m_hover, uModifiers)) {
+    case ECursor::Move:
+        return MARK_HINT;
+    case ECursor::Width:
+        return LINE_HINTS[KindOf(m_item.nType)];
+    default:
+        return SELECT_HINT;
+    }
 }
 
 void CPathWidthTool::SetItem(const TPathWidthItem& item) {

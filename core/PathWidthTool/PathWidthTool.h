@@ -27,6 +27,8 @@ public:
 
     const TToolInfo& GetInfo() const override { return INFO; }
     void KeepSettings() override;
+    /// Without modifiers: the effect of a press where the pointer is.
+    const wchar_t* GetHint(uint32_t uModifiers) const override;
 
     /// The operation that a press begins.
     const TPathWidthItem& GetItem() const { return m_item; }

@@ -23,8 +23,10 @@ protected:
             EXPECT_TRUE(g_pMainFrame->SwitchTool(TOOL_PATH_WIDTH));
             m_vFirst = Saved();
         });
-        for (const auto& fn : vSteps) m_outside.AddStep([fn](CPlayer&) { fn(); });
+        size_t nPlayed = 0;
+        for (const auto& fn : vSteps) m_outside.AddStep([fn, &nPlayed](CPlayer&) { fn(), ++nPlayed; });
         m_outside.Play([&] { CTestPlatform::Open(spCanvas); });
+        EXPECT_EQ(nPlayed, vSteps.size()) << "a step has raised an exception";
     }
     static CPathWidthTool& Tool() { return dynamic_cast<CPathWidthTool&>(*g_wpActiveTool.lock()); }
     static void Mouse(EMessage id, CPoint pt, uint32_t flags = 0) {
@@ -141,7 +143,11 @@ TEST_F(PathWidthTool, MarksAreDraggedBeforeTheLineAndRemovedWithShiftOrTheEraser
         Tool().SetItem({WIDTH_CUT, 0});
         DragAndRelease({440, 400}, {560, 400});
         EXPECT_EQ(Steps(), 2u);
+        EXPECT_EQ(cursor({900, 400}), ECursor::Width);
+        EXPECT_STREQ(Tool().GetHint(0), L"線に沿ってドラッグ: 透明にする　Shift: 記号を消す");
         EXPECT_EQ(cursor({320, 408}), ECursor::Move);
+        EXPECT_STREQ(Tool().GetHint(0), L"ドラッグ: 記号を動かす　Shift: 記号を消す　Alt: 記号の片側だけ");
+        EXPECT_STREQ(Tool().GetHint(POINTER_SHIFT), L"クリック: 太さや透明化の記号を消す");
         DragAndRelease({320, 400}, {200, 400});
         EXPECT_EQ(Stream().GetWidthPoints()[0]->GetParameter()[STATE_COMMITTED], 0x4000u);
         EXPECT_EQ(Canvas().GetHistory().GetUndoList().front()->GetName(), L"太さ記号の移動");
@@ -182,8 +188,11 @@ TEST_F(PathWidthTool, ThePaneChoosesTheOperationAndKeepsItsList) {
         std::wstring str;
         for (const auto& strRow : control(1307).vRows) str += strRow + L' ';
         str += L"> " + std::to_wstring(control(1307).nValue);
-        for (const int nId : {1305, 1306})
-            str += L' ' + control(nId).vRows.at(static_cast<size_t>(control(nId).nValue));
+        for (const int nId : {1305, 1306}) {
+            const auto& [vRows, nRow] =
+                std::pair(control(nId).vRows, static_cast<size_t>(control(nId).nValue));
+            str += L' ' + (nRow < vRows.size() ? vRows[nRow] : L"none");
+        }
         return str;
     };
     struct TAct {
