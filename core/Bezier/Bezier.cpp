@@ -12,6 +12,9 @@ CPoint Checked(int64_t x, int64_t y) {
     return {boost::numeric_cast<int32_t>(x), boost::numeric_cast<int32_t>(y)};
 }
 
+// n / 0x10000, halves rounded away from zero.
+int64_t RoundFixed(int64_t n) { return n < 0 ? -((-n + ONE / 2) >> 16) : (n + ONE / 2) >> 16; }
+
 // (1 - f) * a + f * b
 CPoint Mix(CPoint a, CPoint b, int64_t f) {
     const int64_t u = ONE - f;
@@ -63,7 +66,7 @@ CPoint CBezier::TangentAt(uint32_t uFraction) const {
     const int64_t c2 = ShiftFixed(3 * f * (2 * ONE - 3 * f));
     const int64_t c3 = ShiftFixed(3 * f * f);
     const auto sum = [&](int32_t n0, int32_t n1, int32_t n2, int32_t n3) {
-        return int64_t{MulDiv(n0, c0, ONE)} + MulDiv(n1, c1, ONE) + MulDiv(n2, c2, ONE) + MulDiv(n3, c3, ONE);
+        return RoundFixed(n0 * c0) + RoundFixed(n1 * c1) + RoundFixed(n2 * c2) + RoundFixed(n3 * c3);
     };
     return Checked(sum(p0.x, p1.x, p2.x, p3.x), sum(p0.y, p1.y, p2.y, p3.y));
 }

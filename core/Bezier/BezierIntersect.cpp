@@ -15,10 +15,9 @@ constexpr uint32_t HALF_CHORD = 40;
 // A piece, the box of its control points, and its chords, computed when needed.
 struct TPiece {
     CBezier bez;
-    CRect rc;                                ///< right and bottom plus 1
-    std::array<CPoint, CHORDS + 1> aptChord; ///< valid once bSampled
-    CRect rcChord;                           ///< of the chords' ends, right and bottom inclusive
-    bool bSampled = false;
+    CRect rc; ///< right and bottom plus 1
+    std::optional<std::array<CPoint, CHORDS + 1>> aptChord;
+    CRect rcChord; ///< of the chords' ends, right and bottom inclusive
 };
 
 CRect BoxOf(const CPoint* ptBegin, const CPoint* ptEnd) {
@@ -48,26 +47,37 @@ bool AreApart(const CBezier& a, const CBezier& b) {
            apart(rcB.bottom, rcA.top);
 }
 
-std::array<TPiece, PIECES> Cut(CBezier bez) {
-    std::array<TPiece, PIECES> aPieces;
-    for (uint32_t i = 0; i < PIECES; ++i) {
-        const auto [head, tail] =
-            i + 1 < PIECES ? bez.Split(BEZIER_T_RESOLUTION / (PIECES - i)) : std::pair{bez, bez};
-        aPieces[i].bez = head;
-        aPieces[i].rc = BoxOf(&head.p0, &head.p3 + 1);
-        ++aPieces[i].rc.right;
-        ++aPieces[i].rc.bottom;
-        bez = tail;
+// The pieces of a curve, which are cut off from its start when they are needed.
+class CPieces {
+public:
+    explicit CPieces(const CBezier& bez) : m_bezRest(bez) {}
+
+    TPiece& operator[](uint32_t uPiece) {
+        for (; m_uCut <= uPiece; ++m_uCut) {
+            const auto [head, tail] = m_uCut + 1 < PIECES
+                                          ? m_bezRest.Split(BEZIER_T_RESOLUTION / (PIECES - m_uCut))
+                                          : std::pair{m_bezRest, m_bezRest};
+            TPiece& piece = m_aPieces[m_uCut];
+            piece.bez = head;
+            piece.rc = BoxOf(&head.p0, &head.p3 + 1);
+            ++piece.rc.right;
+            ++piece.rc.bottom;
+            m_bezRest = tail;
+        }
+        return m_aPieces[uPiece];
     }
-    return aPieces;
-}
+
+private:
+    CBezier m_bezRest;
+    uint32_t m_uCut = 0;
+    std::array<TPiece, PIECES> m_aPieces;
+};
 
 void Sample(TPiece& piece) {
-    if (piece.bSampled) return;
-    for (uint32_t k = 0; k <= CHORDS; ++k)
-        piece.aptChord[k] = piece.bez.PointAt(k * BEZIER_T_RESOLUTION / CHORDS);
-    piece.rcChord = BoxOf(piece.aptChord.data(), piece.aptChord.data() + piece.aptChord.size());
-    piece.bSampled = true;
+    if (piece.aptChord) return;
+    auto& aptChord = piece.aptChord.emplace();
+    for (uint32_t k = 0; k <= CHORDS; ++k) aptChord[k] = piece.bez.PointAt(k * BEZIER_T_RESOLUTION / CHORDS);
+    piece.rcChord = BoxOf(aptChord.data(), aptChord.data() + aptChord.size());
 }
 
 // True when n lies between 0 and `nEnd`, both inclusive.
@@ -86,12 +96,13 @@ std::optional<std::pair<uint32_t, uint32_t>> FindChords(TPiece& a, TPiece& b) {
     Sample(a);
     Sample(b);
     if (!Touch(a.rcChord, b.rcChord)) return {};
+    const auto& aptA = *a.aptChord;
+    const auto& aptB = *b.aptChord;
     for (uint32_t j = CHORDS; j-- > 0;) {
-        const CRect rcA = BoxOf(&a.aptChord[j], &a.aptChord[j] + 2);
+        const CRect rcA = BoxOf(&aptA[j], &aptA[j] + 2);
         if (!Touch(rcA, b.rcChord)) continue;
         for (uint32_t n = 0; n < CHORDS; ++n)
-            if (DoChordsCross(a.aptChord[j], a.aptChord[j + 1], b.aptChord[n], b.aptChord[n + 1]))
-                return std::pair{j, n};
+            if (DoChordsCross(aptA[j], aptA[j + 1], aptB[n], aptB[n + 1])) return std::pair{j, n};
     }
     return {};
 }
@@ -100,15 +111,15 @@ std::optional<std::pair<uint32_t, uint32_t>> FindChords(TPiece& a, TPiece& b) {
 
 std::optional<TCrossing> FindCrossing(const CBezier& a, const CBezier& b) {
     if (AreApart(a, b)) return {};
-    auto aPiecesA = Cut(a);
-    auto aPiecesB = Cut(b);
+    CPieces piecesA(a);
+    CPieces piecesB(b);
     const auto fractionOf = [](uint32_t uPiece, uint32_t uChord) {
         return uPiece * PIECE_RANGE + uChord * PIECE_RANGE / CHORDS + HALF_CHORD;
     };
     for (uint32_t i = PIECES; i-- > 0;) {
         for (uint32_t m = 0; m < PIECES; ++m) {
-            if (aPiecesA[i].rc.Intersect(aPiecesB[m].rc).IsEmpty()) continue;
-            if (const auto chords = FindChords(aPiecesA[i], aPiecesB[m]))
+            if (piecesA[i].rc.Intersect(piecesB[m].rc).IsEmpty()) continue;
+            if (const auto chords = FindChords(piecesA[i], piecesB[m]))
                 return TCrossing{fractionOf(i, chords->first), fractionOf(m, chords->second)};
         }
     }

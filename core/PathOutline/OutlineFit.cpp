@@ -10,23 +10,12 @@ constexpr uint32_t SHORTEST_TANGENT = 4;
 constexpr uint32_t SHORTEST_HANDLE = 2 * OUTLINE_UNIT;
 constexpr int32_t MITRE_REACH = 400 * OUTLINE_UNIT;
 
-// The data from which the side's point beside a fraction of the centre line is computed.
-struct TOffset {
-    CPoint center;
-    CPoint tangent;      ///< of the centre line
-    CPoint widthTangent; ///< of the width over the arc length
-    int32_t nWidth;
-};
-
-TOffset OffsetAt(const CBezier& piece, const CBezier& width, uint32_t f) {
-    return {piece.PointAt(f), piece.TangentAt(f), width.TangentAt(f), width.PointAt(f).y};
-}
-
-// A point that moves along the centre line while the width grows leaves that line by the width curve's angle.
-CPoint SideDirection(const TOffset& at) {
-    const int64_t nLength = LengthRound(at.widthTangent);
-    return {static_cast<int32_t>(Dot(at.tangent, at.widthTangent) / nLength),
-            static_cast<int32_t>(Cross(at.widthTangent, at.tangent) / nLength)};
+// A point that moves along the centre line while the width grows leaves that line by the angle of the width
+// over the arc length.
+CPoint SideDirection(CPoint tangent, CPoint widthTangent) {
+    const int64_t nLength = LengthRound(widthTangent);
+    return {static_cast<int32_t>(Dot(tangent, widthTangent) / nLength),
+            static_cast<int32_t>(Cross(widthTangent, tangent) / nLength)};
 }
 
 // The direction with the length `nLength` by its truncated length, which is not zero.
@@ -88,31 +77,35 @@ CPoint DirectionAt(const CBezier& bez, uint32_t f) {
 }
 
 std::optional<TOutlinePoint> OffsetPoint(const CBezier& piece, const CBezier& width, uint32_t f) {
-    const TOffset at{piece.PointAt(f), DirectionAt(piece, f), DirectionAt(width, f), width.PointAt(f).y};
-    if (IsZero(at.tangent) || IsZero(at.widthTangent)) return {};
-    const CPoint direction = SideDirection(at);
-    return TOutlinePoint{CheckedAdd(at.center, ScaleDown(Rot90(at.tangent), at.nWidth)), Negated(direction),
-                         direction};
+    const CPoint tangent = DirectionAt(piece, f);
+    const CPoint widthTangent = DirectionAt(width, f);
+    if (IsZero(tangent) || IsZero(widthTangent)) return {};
+    const CPoint direction = SideDirection(tangent, widthTangent);
+    return TOutlinePoint{CheckedAdd(piece.PointAt(f), ScaleDown(Rot90(tangent), width.PointAt(f).y)),
+                         Negated(direction), direction};
 }
 
 void FitHandles(TOutlinePoint& a, TOutlinePoint& b, const CBezier& centre, const CBezier& width) {
     const CPoint F = a.fore;
     const CPoint K = b.back;
     if (IsZero(F) || IsZero(K)) return;
-    std::array<CPoint, 3> aptSide;
-    std::array<CPoint, 3> aptDirection;
     constexpr std::array<uint32_t, 3> FRACTIONS{0x5555, 0x8000, 0xAAAA};
+    std::array<CPoint, 3> aptTangent;
+    std::array<CPoint, 3> aptWidthTangent;
     for (size_t n = 0; n < FRACTIONS.size(); ++n) {
-        const TOffset at = OffsetAt(centre, width, FRACTIONS[n]);
-        if (IsZero(at.tangent) || IsZero(at.widthTangent)) {
+        aptTangent[n] = centre.TangentAt(FRACTIONS[n]);
+        aptWidthTangent[n] = width.TangentAt(FRACTIONS[n]);
+        if (IsZero(aptTangent[n]) || IsZero(aptWidthTangent[n])) {
             a.fore = b.back = {};
             return;
         }
-        aptSide[n] = CheckedAdd(at.center, Scale(Rot90(at.tangent), at.nWidth));
-        aptDirection[n] = SideDirection(at);
     }
-    const auto [O1, O2, O3] = aptSide;
-    const CPoint T2 = aptDirection[1];
+    const auto sideAt = [&](size_t n) {
+        return CheckedAdd(centre.PointAt(FRACTIONS[n]),
+                          Scale(Rot90(aptTangent[n]), width.PointAt(FRACTIONS[n]).y));
+    };
+    const CPoint O2 = sideAt(1);
+    const CPoint T2 = SideDirection(aptTangent[1], aptWidthTangent[1]);
     int64_t nForeNumerator = 0, nForeDivisor = 0, nBackNumerator = 0, nBackDivisor = 0;
     // K points backwards: without an inflection both ends have the middle direction on the same side.
     if ((0 < Cross(F, T2)) == (0 < Cross(K, T2))) {
@@ -124,6 +117,8 @@ void FitHandles(TOutlinePoint& a, TOutlinePoint& b, const CBezier& centre, const
         nBackNumerator = -Cross(V, F);
     } else {
         // Each end is fitted by the third of the side nearer to it.
+        const CPoint O1 = sideAt(0);
+        const CPoint O3 = sideAt(2);
         const TWide X{(27 * int64_t{O1.x} - 7 * int64_t{a.anchor.x} - 20 * int64_t{O2.x}) / 6,
                       (27 * int64_t{O1.y} - 7 * int64_t{a.anchor.y} - 20 * int64_t{O2.y}) / 6};
         const TWide Y{(27 * int64_t{O3.x} - 7 * int64_t{b.anchor.x} - 20 * int64_t{O2.x}) / 6,

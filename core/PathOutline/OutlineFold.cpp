@@ -115,6 +115,7 @@ TFold CornerOf(const TSideCorner& l, const TSideCorner& r) {
 
 std::vector<TFold> FindFolds(const TSide& left, const TSide& right) {
     std::vector<THalf> vHalves;
+    vHalves.reserve(2 * left.vPieces.size());
     VisitPairs(left.vPieces, right.vPieces, [&](const TSidePiece& l, const TSidePiece& r) {
         for (const size_t n : {0u, 1u}) vHalves.push_back({l, r, n, IsFolded(l, r, n), {}, false});
     });

@@ -65,6 +65,8 @@ bool IsSamePlace(const TOutlinePoint& a, const TOutlinePoint& b) {
 
 TSideRun BuildRun(const TRunSource& source, TSideEnd* pStart, TSideEnd* pEnd) {
     TSideRun run{source.bez, {source.parts.begin(), source.parts.end()}, pStart || pEnd, {}, {}};
+    run.vPieces.reserve(source.parts.size());
+    run.vPoints.reserve(source.parts.size() * 3);
     CSegmentCut cut(source.bez);
     uint32_t fNext = 0;
     for (const auto& [fEnd, width] : source.parts) {

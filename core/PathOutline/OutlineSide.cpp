@@ -122,6 +122,8 @@ TSide CSideBuilder::Build(const TSideSource& source) {
     }
     const auto vParts = WidthParts(source.vPieces, source.vWidths, *source.pStart, *source.pEnd, source.side);
     TSideEnd start{source.pStart, {}, {}}, end{source.pEnd, {}, {}};
+    side.vPoints.reserve(vParts.size() * 3);
+    side.vPieces.reserve(vParts.size());
     auto itParts = vParts.begin();
     for (size_t i = 0; i < nSegments; ++i) {
         auto itNext = itParts;
