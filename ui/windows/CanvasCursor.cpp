@@ -2,9 +2,11 @@
 
 #include "ui/base/SvgIcon.h"
 
+#include <QGuiApplication>
 #include <QPixmap>
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -46,5 +48,9 @@ QCursor CanvasCursor(ECursor cursor, qreal dScale) {
     if (pDrawn == std::end(DRAWN)) return ShapeOf(cursor);
     QPixmap pixmap = LoadPictureIcon(pDrawn->pszIcon).pixmap(QSize(SIDE, SIDE), dScale);
     pixmap.setDevicePixelRatio(dScale);
-    return QCursor(pixmap, pDrawn->nHot, pDrawn->nHot);
+    // Qt's X plugin takes the hot spot in the picture's own pixels, others scale it with the picture.
+    const int nHot = QGuiApplication::platformName() == QLatin1String("xcb")
+                         ? static_cast<int>(std::lround(pDrawn->nHot * dScale))
+                         : pDrawn->nHot;
+    return QCursor(pixmap, nHot, nHot);
 }
