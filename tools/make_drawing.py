@@ -160,4 +160,5 @@ def main():
         file.write(blank_page(WIDTH, HEIGHT))
 
 
-main()
+if __name__ == "__main__":
+    main()

@@ -8,6 +8,8 @@ import json
 import math
 import sys
 
+from make_drawing import bezier
+
 WIDTH, HEIGHT = 900, 1000
 PATH, WIDTH_TOOL = 6, 7
 CTRL, DELETE = 17, 46
@@ -111,11 +113,17 @@ def draw(d):
     for tip, angle in tips:
         d.path((*along(tip, angle, -15), *along((0, 0), angle, 0, -8)), (*along(tip, angle, 15), *along((0, 0), angle, 0, 8)))
     # The stem, and leaves with a rib.
-    d.pen(DefaultWidth=16, DefaultBegin=FLAT, DefaultTerm=FLAT, WaveEnable=1)
-    d.path((424, 372, 4, 80), (436, 640, -14, 90), (380, 980, -20, 40))
-    d.path((446, 370, 6, 80), (462, 640, -12, 90), (412, 984, -20, 40))
+    d.pen(DefaultWidth=16, DefaultBegin=SHARP, DefaultTerm=FLAT, WaveEnable=1)
+    stems = [((422, 392), (426, 472), (450, 550), (436, 640), (422, 730), (400, 940), (380, 980)),
+             ((461, 452), (465, 500), (474, 550), (462, 640), (450, 730), (432, 944), (412, 984))]
+    for a, b, _, c, e, _, f in stems:
+        d.path((*a, b[0] - a[0], b[1] - a[1]), (*c, e[0] - c[0], e[1] - c[1]), (*f, -20, 40))
+    # A bud on a stalk of its own.
     d.pen(DefaultWidth=12)
-    leaves = [((452, 640), (700, 520), 70), ((430, 720), (150, 600), 78), ((430, 850), (690, 800), 60)]
+    d.path((408, 900, -20, -40), (290, 838, -50, -22))
+    for side in (-1, 1):
+        d.path((290, 838, -34 + 12 * side, -22 - 16 * side), (206, 790, -20, -10))
+    leaves = [((452, 640), (700, 520), 70), ((434, 712), (150, 596), 74), ((430, 850), (690, 800), 60)]
     for base, tip, breadth in leaves:
         angle = math.atan2(tip[1] - base[1], tip[0] - base[0])
         length = math.dist(base, tip)
@@ -134,9 +142,9 @@ def draw(d):
         d.drag(tip, along(tip, math.radians(angle), 14), tip)
     # Cuts first, while no handles lie on the lines: the stem passes behind the petal, one leaf and its own sheath.
     d.widths(CUT, 10)
-    d.drag((424, 372), (430, 450), (440, 545))
-    d.drag((446, 370), (454, 440), (463, 518))
-    d.drag((434, 690), (431, 715), (427, 740))
+    for stem, end in zip(stems, (0.62, 0.36)):
+        d.drag(*(bezier(stem[:4], end * k / 6 + 0.06 * (1 - k / 6)) for k in range(7)))
+    d.drag(*(bezier(stems[0][3:], 0.1 + 0.05 * k) for k in range(4)))
     # Swelling petals and leaves, a stem that thickens downward.
     d.widths(THREE, 22)
     for angle, length, breadth in petals:
@@ -148,9 +156,9 @@ def draw(d):
         angle, length = math.atan2(tip[1] - base[1], tip[0] - base[0]), math.dist(base, tip)
         d.drag(*(along(base, angle, length * f, breadth * w) for f, w in ((0.25, 0.75), (0.5, 1.0), (0.75, 0.6))))
     d.widths(ADD, 12)
-    d.drag((416, 800), (402, 880), (390, 945))
+    d.drag(*(bezier(stems[0][3:], 0.5 + 0.1 * k) for k in range(5)))
     d.widths(MULTIPLY, 18)
-    d.drag((447, 800), (433, 880), (422, 945))
+    d.drag(*(bezier(stems[1][3:], 0.5 + 0.1 * k) for k in range(5)))
 
 
 def main():
