@@ -199,9 +199,8 @@ void CToolOptPathTool::OnControl(const TPanelControl& control) {
         const TPathParam before = ParamOf(pOpenPath->GetStream());
         TPathParam after = before;
         SetParam(after, control.nId - FIRST_TARGET, control);
-        if (after != before)
-            // A width that is typed or stepped through is one change.
-            spTool->ChangeTarget([&](COpenPathStream& stream) { ApplyChange(stream, before, after); },
-                                 control.nId == FIRST_TARGET + OPT_WIDTH);
+        // A width that is typed or stepped through is one change.
+        spTool->ChangeTarget([&](COpenPathStream& stream) { ApplyChange(stream, before, after); },
+                             control.nId == FIRST_TARGET + OPT_WIDTH);
     }
 }

@@ -63,12 +63,13 @@ TEST_F(PathPane, EachBlockSetsItsOwnValues) {
               EXPECT_TRUE(deqUndo.empty()) << "nothing has changed";
               for (const wchar_t* psz : {L"4.5", L"4", L"6"}) Set(WIDTH + TARGET, 0, psz); // one step
               Set(BEGIN_FLAT + TARGET + 1, 1);
+              Set(WIDTH + TARGET, 0, L"7");
               Set(WAVE + TARGET, 1);
               const COpenPathStream& stream = m_spStroke->GetStream();
-              EXPECT_TRUE(stream.GetWidth() == 48 && stream.HasWave());
+              EXPECT_TRUE(stream.GetWidth() == 56 && stream.HasWave());
               EXPECT_EQ(stream.GetTerm(false)->GetType(), TERM_SHARP);
               EXPECT_EQ(dynamic_cast<COpenPathRoundTerm&>(*stream.GetTerm(true)).GetGrow()[0], 0x18003u);
-              EXPECT_EQ(deqUndo.size(), 3u);
+              EXPECT_EQ(deqUndo.size(), 4u);
               while (!deqUndo.empty()) {
                   EXPECT_EQ(deqUndo.front()->GetName(), L"パスの変更");
                   Canvas().GetHistory().Undo();
