@@ -173,6 +173,7 @@ void COpenPathStream::Update() {
 void COpenPathStream::UpdateDrag() {
     RefreshCaches(STATE_LIVE);
     Rebuild(STATE_LIVE);
+    if (AreStatesEqual()) m_spBuilder.reset(); // the drag was cancelled
 }
 
 void COpenPathStream::Commit() {

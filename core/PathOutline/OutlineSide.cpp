@@ -79,9 +79,7 @@ void CSideBuilder::Append(TSide& side, const TSideSource& source, size_t idx, co
     TOutlinePoints& vSide = side.vPoints;
     const TOutlinePoint first = Moved(run.vPoints.front(), ptOrigin);
     CPoint back = run.vPoints[1].back;
-    if (vSide.empty()) {
-        vSide.push_back(first);
-    } else if (run.vPieces.front().fBegin == 0) {
+    if (!vSide.empty() && run.vPieces.front().fBegin == 0) {
         const TOutlinePoint last = vSide.back();
         vSide.pop_back();
         const TCorner& corner =
@@ -96,7 +94,7 @@ void CSideBuilder::Append(TSide& side, const TSideSource& source, size_t idx, co
                 {alongPath(tBegin),
                  alongPath(tBegin),
                  {vSide.end() - static_cast<std::ptrdiff_t>(corner.vPoints.size()), vSide.end()}});
-    } else if (IsSamePlace(vSide.back(), first)) {
+    } else if (!vSide.empty() && IsSamePlace(vSide.back(), first)) {
         vSide.back().fore = first.fore;
     } else {
         vSide.push_back(first);

@@ -73,14 +73,22 @@ TEST(OutlineBuilder, AStrokeThatChangesHasTheOutlineOfOneMadeAnew) {
     for (int n = 0; n < 1200; ++n) {
         if (n % 400 == 399) {
             // A build that fails leaves nothing behind.
-            const auto spAnchor = *std::next(stream.GetControlPoints().begin(), 2);
-            const auto anchor = spAnchor->GetAnchor();
-            spAnchor->SetAnchor(CDualValue<CPoint>({130000000, 0}));
+            const auto spPoint = *std::next(stream.GetControlPoints().begin(), 2);
+            const auto spNext = *std::next(stream.GetControlPoints().begin(), 3);
+            const auto anchor = spPoint->GetAnchor(), next = spNext->GetAnchor();
+            spPoint->SetAnchor(CDualValue<CPoint>({-130000000, 0}));
+            spNext->SetAnchor(CDualValue<CPoint>({130000000, 0}));
             EXPECT_THROW(spPath->UpdateDrag(), refused_error);
-            spAnchor->SetAnchor(anchor);
+            spPoint->SetAnchor(anchor);
+            spNext->SetAnchor(next);
         }
         ChangeOne(stream, random);
+        const auto spFirst = stream.GetControlPoints().front();
+        CDualValue<CPoint> fore(spFirst->GetFore(STATE_COMMITTED));
+        fore[STATE_LIVE].x ^= 1; // the states differ: a drag
+        spFirst->SetFore(fore);
         spPath->UpdateDrag();
+        stream.Commit();
         CDeserializer reader(spPath->Serialize());
         const auto spNew = boost::make_shared<COpenPathObject>();
         spNew->Deserialize(reader);
