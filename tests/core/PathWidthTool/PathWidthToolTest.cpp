@@ -148,7 +148,9 @@ TEST_F(PathWidthTool, MarksAreDraggedBeforeTheLineAndRemovedWithShiftOrTheEraser
         EXPECT_EQ(cursor({320, 408}), ECursor::Move);
         EXPECT_STREQ(Tool().GetHint(0), L"ドラッグ: 記号を動かす　Shift: 記号を消す　Alt: 記号の片側だけ");
         EXPECT_STREQ(Tool().GetHint(POINTER_SHIFT), L"クリック: 太さや透明化の記号を消す");
-        DragAndRelease({320, 400}, {200, 400});
+        Drag({320, 400}, {250, 400});
+        EXPECT_EQ(cursor({200, 400}, POINTER_SHIFT), ECursor::Move);
+        Mouse(EMessage::LButtonUp, {200, 400});
         EXPECT_EQ(Stream().GetWidthPoints()[0]->GetParameter()[STATE_COMMITTED], 0x4000u);
         EXPECT_EQ(Canvas().GetHistory().GetUndoList().front()->GetName(), L"太さ記号の移動");
         EXPECT_EQ(cursor({200, 400}, POINTER_SHIFT), ECursor::Remove);
@@ -158,6 +160,8 @@ TEST_F(PathWidthTool, MarksAreDraggedBeforeTheLineAndRemovedWithShiftOrTheEraser
         DragAndRelease({200, 400}, {200, 400}, POINTER_SHIFT);
         EXPECT_EQ(Stream().GetWidthPoints().size(), 1u);
         Tool().OnPenEnd(true);
+        EXPECT_EQ(cursor({560, 400}), ECursor::Remove);
+        EXPECT_STREQ(Tool().GetHint(0), L"クリック: 太さや透明化の記号を消す");
         DragAndRelease({560, 400}, {560, 400});
         EXPECT_TRUE(Stream().GetTransPoints().empty());
         EXPECT_EQ(Canvas().GetHistory().GetUndoList().front()->GetName(), L"透明化制御点の削除");
