@@ -51,7 +51,8 @@ TEST_F(LayerCommands, NewLayersGoAboveTheActiveOneUnderFreeNames) {
     Do(ID_LAYER_NEW_SET);
     Do(ID_LAYER_NEW_RASTER); // into the set, whose names are its own
     Do(ID_LAYER_NEW_VECTOR);
-    EXPECT_EQ(dynamic_cast<CVectorLayerBuffer&>(*m_spCanvas->GetActiveLayer()).GetLayerColor(), 0u); // ink on paper
+    EXPECT_EQ(dynamic_cast<CVectorLayerBuffer&>(*m_spCanvas->GetActiveLayer()).GetLayerColor(),
+              0u); // ink on paper
     EXPECT_EQ(Tree(), L"新規ラスタレイヤー 新規ラスタレイヤー (3) "
                       L"新規レイヤーセット[新規ラスタレイヤー 新規ベクタレイヤー*] 新規ラスタレイヤー (2)");
     m_history.Undo();

@@ -43,9 +43,12 @@ TEST(Commands, ASessionGivesTheActiveToolWhatNobodyElseDoes) {
         return str;
     };
     outside.AddStep([&](CPlayer& player) {
-        EXPECT_EQ(enabled(), "panel-layer view-fast-scroll ") << "the brush edits nothing";
+        EXPECT_EQ(enabled(), "view-outline view-all-anchors panel-layer view-fast-scroll ")
+            << "the brush edits nothing";
         spTool = tools.Use<CEditTool>();
-        EXPECT_EQ(enabled(), "edit-copy edit-paste select-all panel-layer view-fast-scroll ");
+        EXPECT_EQ(
+            enabled(),
+            "edit-copy edit-paste select-all view-outline view-all-anchors panel-layer view-fast-scroll ");
         player.SendCommand(ID_SELECT_ALL);
         EXPECT_TRUE(g_pMainFrame->OnMessage({nullptr, WM_TOOL_MESSAGE, 3, 4}));
         EXPECT_FALSE(g_pMainFrame->OnMessage({nullptr, WM_TOOL_MESSAGE, 4, 3}));
@@ -57,7 +60,8 @@ TEST(Commands, ASessionGivesTheActiveToolWhatNobodyElseDoes) {
         EXPECT_EQ(spTool->m_strDone, "12840 4 paste copy ");
         player.GetStage().keys.Press(VK_Control, false);
         g_wpActiveFrame.lock()->GetWindow()->Destroy();
-        EXPECT_EQ(enabled(), "panel-layer view-fast-scroll ") << "nothing is open";
+        EXPECT_EQ(enabled(), "view-outline view-all-anchors panel-layer view-fast-scroll ")
+            << "nothing is open";
     });
     outside.Play([] { CTestPlatform::Open(CreateCanvas({30, 20})); });
 }

@@ -74,17 +74,21 @@ TEST_F(PathToolHand, DrawingEndsWithoutWhatIsNotFinished) {
             if (g_wpActiveTool.lock()->GetState() != STATE_IDLE) Release({1280, 480});
             EXPECT_FALSE(g_wpActiveTool.lock()->IsOpen() || m_spCanvas->GetHistory().IsUnfinished());
             TPoints vAnchors = Layer().GetPaths().empty() ? TPoints() : Anchors(0);
-            const bool bPulled = !vAnchors.empty() && Stream(0).GetControlPoint(vAnchors.size() - 1)->HasFore();
+            const bool bPulled =
+                !vAnchors.empty() && Stream(0).GetControlPoint(vAnchors.size() - 1)->HasFore();
             while (!Labels().empty()) Command(ID_EDIT_UNDO);
             return std::pair(vAnchors.size(), bPulled);
         };
         const auto expected = std::pair(size_t{3}, false);
         EXPECT_EQ(ends([&] { Type(VK_Escape); }), expected);
         EXPECT_EQ(ends([&] { Pointer(EMessage::RButtonDown, {0, 0}); }), expected);
-        EXPECT_EQ(ends([&] { Release({1280, 480}), Pointer(EMessage::RButtonDown, {0, 0}); }),
+        EXPECT_EQ(ends([&] {
+                      Release({1280, 480}), Pointer(EMessage::RButtonDown, {0, 0});
+                  }),
                   std::pair(size_t{3}, true));
         EXPECT_EQ(ends([&] { SettleActiveTool(); }), expected);
-        EXPECT_EQ(ends([&] { Key(VK_Control, false); }), std::pair(size_t{3}, true)); // goes on to its release
+        EXPECT_EQ(ends([&] { Key(VK_Control, false); }),
+                  std::pair(size_t{3}, true)); // goes on to its release
         // Undo takes anchors back, first the one that was just pressed.
         EXPECT_EQ(ends([&] { Command(ID_EDIT_UNDO); }), std::pair(size_t{2}, false));
         EXPECT_EQ(ends([&] {
@@ -116,9 +120,11 @@ TEST_F(PathToolHand, PointsAreDraggedInsertedAndRemoved) {
         Command(ID_EDIT_UNDO);
         EXPECT_EQ(Bytes(), vLine);
         // Escape, the right button and undo give the drag up.
-        for (const std::function<void()>& fnCancel :
-             {std::function([&] { Type(VK_Escape); }), {[&] { Pointer(EMessage::RButtonDown, {0, 0}); }},
-              {[&] { Command(ID_EDIT_UNDO); }}}) {
+        for (const std::function<void()>& fnCancel : {std::function([&] { Type(VK_Escape); }),
+                                                      {[&] {
+                                                          Pointer(EMessage::RButtonDown, {0, 0});
+                                                      }},
+                                                      {[&] { Command(ID_EDIT_UNDO); }}}) {
             Press({400, 400});
             Move({600, 600});
             fnCancel();
