@@ -158,6 +158,8 @@ bool COpenPathStream::AreStatesEqual() const {
            std::ranges::all_of(GetTransPoints(), isSettled) && m_spBegin->IsSettled() && m_spEnd->IsSettled();
 }
 
+size_t COpenPathStream::CountBuiltRuns() const { return m_spBuilder ? m_spBuilder->CountRuns() : 0; }
+
 void COpenPathStream::Update() {
     RefreshCaches(STATE_COMMITTED);
     RefreshCaches(STATE_LIVE);

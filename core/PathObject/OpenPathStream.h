@@ -39,6 +39,9 @@ public:
 
     /// The outlines of a state, one for each visible stretch.
     const TOutlines& GetOutline(size_t state) const { return *m_aspOutline[state]; }
+    /// The runs (a side of a segment each) that the last event of a drag built; 0 without a drag, when
+    /// nothing is kept for the next.
+    size_t CountBuiltRuns() const;
     /// Base half-width.
     uint32_t GetWidth() const { return m_uWidth; }
     void SetWidth(uint32_t uWidth) { m_uWidth = uWidth; }

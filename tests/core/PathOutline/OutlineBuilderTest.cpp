@@ -126,3 +126,23 @@ TEST(OutlineBuilder, OnlyWhatHasMovedIsBuilt) {
     source.vAnchors[30].anchor.x += 1;
     EXPECT_EQ(runs(), 4u + 2 * 2);
 }
+
+TEST(OutlineBuilder, IsKeptForADragAndNoLonger) {
+    const auto spPath = MakeLevelStroke(41);
+    COpenPathStream& stream = spPath->GetStream();
+    for (uint32_t n = 0; n <= 40; ++n) AddWidth(stream, n * ONE, ONE, ONE);
+    spPath->Update();
+    const auto spPoint = *std::next(stream.GetControlPoints().begin(), 20);
+    const auto drag = [&](int32_t n) {
+        (*spPoint->DragAnchorPoint(false))[STATE_LIVE] = {16000, n};
+        spPath->UpdateDrag();
+        return stream.CountBuiltRuns();
+    };
+    for (const bool bCommit : {false, true}) {
+        EXPECT_EQ(stream.CountBuiltRuns(), 0u);
+        EXPECT_EQ(drag(8), 2u * 40);
+        EXPECT_EQ(drag(16), 4u + 2 * 2);
+        bCommit ? spPath->CommitDrag() : spPath->CancelDrag();
+    }
+    EXPECT_EQ(stream.CountBuiltRuns(), 0u);
+}
