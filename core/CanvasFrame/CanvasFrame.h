@@ -36,6 +36,7 @@ public:
     const CCanvasView& GetView() const { return m_view; }
     uint16_t GetZoom() const override { return m_view.GetState().uZoom; }
     CPoint ToClient(CPoint ptCanvas) const override { return m_view.ToWindow8(ptCanvas); }
+    CPoint ToClientPixel(CPoint ptCanvas) const override { return m_view.PixelAt8(ptCanvas); }
     CPoint ToCanvas(CPoint ptClient) const override { return m_view.ToCanvas8(ptClient); }
     int32_t GetDpi() const override;
     CFrameInput& GetInput() { return m_input; }

@@ -60,6 +60,8 @@ CPoint CCanvasView::Map(CPoint ptCanvas, int64_t nUnit, int64_t nRound) const {
 CPoint CCanvasView::ToWindow(CPoint ptCanvas) const { return Map(ptCanvas, 1, 0); }
 CPoint CCanvasView::ToWindow8(CPoint ptCanvas) const { return Map(ptCanvas, 8, 48 * 8 / 2); }
 
+CPoint CCanvasView::PixelAt8(CPoint ptCanvas) const { return Map(ptCanvas, 8, 0); }
+
 CRect CCanvasView::ToWindow(const CRect& rcCanvas) const {
     const CPoint pt1 = ToWindow(CPoint{rcCanvas.left, rcCanvas.top});
     const CPoint pt2 = ToWindow(CPoint{rcCanvas.right, rcCanvas.bottom});

@@ -27,6 +27,8 @@ public:
     CPoint ToWindow(CPoint ptCanvas) const;
     /// Window position of a canvas position in eighths of a pixel, to the nearest pixel.
     CPoint ToWindow8(CPoint ptCanvas) const;
+    /// The window pixel that holds a canvas position in eighths of a pixel.
+    CPoint PixelAt8(CPoint ptCanvas) const;
     /// A canvas rectangle in the window, ordered.
     CRect ToWindow(const CRect& rcCanvas) const;
 

@@ -11,11 +11,8 @@ class CPathHistory;
 constexpr int TOOL_PATH = 6;
 
 inline constexpr TToolHint PATH_HINTS[] = {
-    {0, L"Ctrl+クリック: パスを描く　ドラッグ: 点を動かす　線の上でクリック: 点を足す　Shift: 点を消す　Del: "
-        L"削除　"
-        L"Ctrl+Del: 分割"},
-    {POINTER_CONTROL,
-     L"クリック: 点を置く　ドラッグ: ハンドルを引き出す　Alt: 片側だけ　Ctrlを離す: 描き終える"},
+    {0, L"Ctrl+クリック: 描く　ドラッグ: 動かす　線をクリック: 点を足す　Shift: 点を消す　Del: 削除"},
+    {POINTER_CONTROL, L"クリック: 点を置く　ドラッグ: ハンドルを引き出す　Ctrl+Del: 分割"},
     {POINTER_SHIFT, L"クリック: 点を消す"},
     {POINTER_ALT, L"点をドラッグ: ハンドルを引き出す　ハンドルをドラッグ: 片側だけ動かす"}};
 

@@ -294,12 +294,14 @@ void CPathToolBase::DrawOverlay(COverlay& overlay, const TOverlayMapper& mapper)
     const CRect rcClip = Inflated(overlay.GetClip(), ToDevice(MARK_REACH, mapper.GetDpi()));
     const CRect rcPaths = MappedBox(rcClip, [&](CPoint pt) { return spView->ToCanvas(pt); });
     const auto spSelected = spLayer->GetSelectedPath();
+    // A line a pixel wide lies on the pixels that its curve goes through.
+    const TPathMapper pixelAt = [&](CPoint pt) { return spView->ToClientPixel(pt); };
     for (const auto& spPath : spLayer->FindPaths(rcPaths)) {
         const bool bHover = m_hover.spPath == spPath && !m_hover.hit.spPoint && !m_spHandle;
         const TColor color = bHover                 ? PATH_COLOR_HOVER
                              : spPath == spSelected ? PATH_COLOR_SELECTED
                                                     : PATH_COLOR_NORMAL;
-        spPath->DrawOutline(device, mapper, SelectionOf(*spPath, *spLayer), color,
+        spPath->DrawOutline(device, pixelAt, SelectionOf(*spPath, *spLayer), color,
                             GetOutside().switches.m_bShowOutline != 0);
     }
     DrawMore(overlay, mapper);

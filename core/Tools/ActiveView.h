@@ -16,6 +16,8 @@ public:
     virtual uint16_t GetZoom() const = 0;
     /// Client position of a canvas position in eighths of a pixel, to the nearest pixel.
     virtual CPoint ToClient(CPoint ptCanvas) const = 0;
+    /// The client pixel that holds a canvas position in eighths of a pixel.
+    virtual CPoint ToClientPixel(CPoint ptCanvas) const = 0;
     /// Canvas position in eighths of a pixel under a client position.
     virtual CPoint ToCanvas(CPoint ptClient) const = 0;
     /// Dots per inch of the view's window.

@@ -16,7 +16,7 @@ TEST(DragFaults, LettingGoTakesNoMemoryAndADragThatCannotBeginChangesNothing) {
         [](auto& s) { return s.GetWidthPoints()[0]->DragAnchorPoint(false); },
         [](auto& s) { return s.GetWidthPoints()[0]->DragHandleImpl(true, true); },
         [](auto& s) { return s.GetTransPoints()[1]->DragAnchorPoint(false); },
-        [](auto& s) { return s.GetTransPoints()[1]->DragHandleImpl(); },
+        [](auto& s) { return s.GetTransPoints()[1]->DragHandleImpl(true); },
         [](auto& s) {
             return boost::static_pointer_cast<COpenPathRoundTerm>(s.GetTerm(true))->DragGrowHandle(false);
         },

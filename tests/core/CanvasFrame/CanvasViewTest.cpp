@@ -43,6 +43,8 @@ TEST(CanvasView, PositionsGoThereAndBackUnderEveryView) {
     // The overlay's points go to the nearest pixel.
     const CCanvasView plain = MakeView({300, 200});
     EXPECT_EQ(plain.ToWindow8({8 * 9 + 3, 8 * 7 + 4}), plain.ToWindow(CPoint{9, 8}));
+    EXPECT_EQ(plain.PixelAt8({8 * 9 + 3, 8 * 7 + 4}), plain.ToWindow(CPoint{9, 7}));
+    EXPECT_EQ(plain.PixelAt8({8 * 9 + 7, -1}), plain.ToWindow(CPoint{9, -1}));
     // Turned to the right, the canvas's top-left corner is the window's top-right one.
     const CCanvasView right = MakeView({300, 200}, {48, 90});
     const CRect rc = right.ToWindow(CRect(0, 0, 300, 200));

@@ -15,6 +15,7 @@ struct CView : IActiveView {
     const boost::shared_ptr<CCanvasBuffer>& GetCanvas() const override { return m_spCanvas; }
     uint16_t GetZoom() const override { return 48; }
     CPoint ToClient(CPoint pt) const override { return {pt.x / 8, pt.y / 8}; }
+    CPoint ToClientPixel(CPoint pt) const override { return ToClient(pt); }
     CPoint ToCanvas(CPoint pt) const override { return {pt.x * 8, pt.y * 8}; }
     int32_t GetDpi() const override { return DPI_NORMAL; }
     void RequestRedraw() override {}
