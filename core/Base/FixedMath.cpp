@@ -30,8 +30,8 @@ int32_t MulDiv(int64_t a, int64_t b, int64_t c) {
     constexpr int64_t EASY = int64_t{1} << 62;
     if (c == 0) return -1;
     int64_t nProduct = 0;
-    // Ordinary products are divided in 64 bits, which is several times faster, and by the most frequent divisor
-    // with a shift.
+    // Ordinary products are divided in 64 bits, which is several times faster, and by the most frequent
+    // divisor with a shift.
     if (!__builtin_mul_overflow(a, b, &nProduct) && nProduct > -EASY && nProduct < EASY && c > -EASY &&
         c < EASY)
         return Narrow(c == FIXED_ONE ? RoundedQuotient(nProduct, int64_t{FIXED_ONE})

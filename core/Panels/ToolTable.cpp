@@ -24,10 +24,8 @@ constexpr TToolRow ROW{TTool::INFO,
                        MakePane<TPane>};
 
 constexpr TToolRow TOOLS[] = {
-    ROW<CRasterBrush, CToolOptRasterBrush>,
-    ROW<CRasterEraser, CToolOptRasterBrush>,
-    ROW<CRasterPencil, CToolOptRasterPencil>,
-    ROW<CPathTool, CToolOptPathTool>,
+    ROW<CRasterBrush, CToolOptRasterBrush>,     ROW<CRasterEraser, CToolOptRasterBrush>,
+    ROW<CRasterPencil, CToolOptRasterPencil>,   ROW<CPathTool, CToolOptPathTool>,
     ROW<CPathWidthTool, CToolOptPathWidthTool>,
 };
 
