@@ -218,7 +218,7 @@ TEST_F(DocumentWindows, FramesStandInACascadeOrAreMaximisedAsTheLastOneWas) {
 }
 
 TEST_F(DocumentWindows, ANewDocumentAndItsWindowFitEachOther) {
-    ResizeMain(900, 700);
+    ResizeMain(960, 700);
     Drop({"/1.vlm"});
     Active().GetWindow()->SetMaximized(false);
     for (const CSize sz : {CSize{200, 120}, CSize{6000, 400}}) {
