@@ -94,6 +94,8 @@ TEST_F(CPanelTest, ControlsTellTheUsersChangesOnly) {
     m_vControls[2].nValue = 8;
     m_vControls[4].vRows = {L"y", L"x"};
     m_vControls[4].nValue = 1;
+    m_vControls[1].vRows = {L"a", L"d"};
+    m_vControls[1].nValue = 1;
     m_vControls[1].bVisible = false;
     m_pPanel->SetControls(m_vControls);
     EXPECT_EQ(Told(), TLog{});
@@ -101,6 +103,7 @@ TEST_F(CPanelTest, ControlsTellTheUsersChangesOnly) {
     EXPECT_TRUE(Get<QSlider>(3).value() == 3 && Get<QSpinBox>(3).value() == 8);
     EXPECT_EQ(Get<QListWidget>(5).currentItem()->text(), "x");
     EXPECT_FALSE(Get<QComboBox>(2).isVisible());
+    EXPECT_EQ(Get<QComboBox>(2).currentText(), "d");
 }
 
 TEST_F(CPanelTest, ListsAreRenamedDraggedAndChosen) {
