@@ -15,7 +15,7 @@ NEW_RASTER, NEW_VIEW, MERGE, RASTERIZE = 12900, 12800, 12905, 12906
 LAYER_COMMANDS = [12900, 12901, 12902, 12903, 12903, 12904, 12904, 12905, 12905, 12906, 13100, 13101, 13102]
 VIEW_COMMANDS = [12808] + list(range(12810, 12815)) + list(range(12816, 12822))
 PANELS = [12803, 12804, 12805, 12809, 12815]
-TOOLS = [2, 3, 8]
+TOOLS = [2, 3, 6, 7, 8]
 SECTIONS = ["RasterBrush", "RasterEraser", "RasterPencil"]
 # Settings of the tools, and their possible values.
 PARAMS = {"BrushRadius": [1, 2, 5, 12], "BrushAlpha": [1, 90, 255], "BlurLevel": [0, 30, 100], "Spray": [0, 0, 80],
@@ -23,7 +23,7 @@ PARAMS = {"BrushRadius": [1, 2, 5, 12], "BrushAlpha": [1, 90, 255], "BlurLevel":
           "CurveStrength": [0, 3, 12], "PressAlpha": [0, 1], "PressRadius": [0, 1], "AntiSplit": [0, 1],
           "StrokeIn": [0, 1, 2], "StrokeOut": [0, 1, 2], "PencilHardness": [0, 2, 4], "PaperRoughness": [0, 7],
           "PencilTexture": [0, 3], "BrushColor": [0, 255, 0xFFFFFF, 0x123456]}
-KEYS = [ord("X"), 18, 16, 27, 32, 114, 115, 36, 9]  # no key that opens a dialog
+KEYS = [ord("X"), 18, 16, 27, 32, 46, 114, 115, 36, 9]  # no key that opens a dialog
 CANVASES = [(40, 30), (130, 90), (97, 200), (1, 1)]
 DOCUMENT_LINES = 700  # about how long one document is worked on
 
@@ -71,10 +71,16 @@ class Monkey:
     def stroke(self):
         if self.chance(3):
             self.say("wait", 1100)  # the mouse is heard again
-            self.say("mouse", dict(self.position(), message="ldown"))
-            for _ in range(self.random.randint(0, 6)):
-                self.say("mouse", self.position())
-            self.say("mouse", dict(self.position(), message=self.random.choice(["lup", "lup", "lup", "rdown"])))
+            held = self.random.choice([None, None, 16, 17, 17, 18])  # Shift, Control, Alt
+            if held:
+                self.say("key", {"down": held})
+            for _ in range(self.random.randint(1, 4 if held else 1)):
+                self.say("mouse", dict(self.position(), message="ldown"))
+                for _ in range(self.random.randint(0, 6)):
+                    self.say("mouse", self.position())
+                self.say("mouse", dict(self.position(), message=self.random.choice(["lup", "lup", "lup", "rdown"])))
+            if held:
+                self.say("key", {"up": held})
             return
         at, step = self.position(), self.random.choice([10, 60, 300])
         for _ in range(self.random.randint(1, 10)):
