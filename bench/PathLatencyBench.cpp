@@ -12,15 +12,21 @@ namespace {
 constexpr int EVENTS = 400;
 constexpr int OTHERS = 5000;
 
-// A stroke that winds from `pt` to the right, in path units, with width marks at even distances.
+// A stroke that winds from `pt` to the right and back in rows, in path units, with width marks at even
+// distances.
 boost::shared_ptr<COpenPathObject> MakeStroke(CPoint pt, int nAnchors, int nMarks, int32_t nStep,
                                               bool bWave) {
+    constexpr int ROW = 40; // anchors
     const auto spPath = boost::make_shared<COpenPathObject>();
     COpenPathStream& stream = spPath->GetStream();
     for (int n = 0; n < nAnchors; ++n) {
-        const auto spPoint = stream.AppendControlPoint({pt.x + n * nStep, pt.y + (n % 2 ? nStep : 0)});
-        spPoint->SetBack(CDualValue<CPoint>({-nStep / 3, 0}));
-        spPoint->SetFore(CDualValue<CPoint>({nStep / 3, 0}));
+        const bool bBack = n / ROW % 2 != 0;
+        const int nColumn = bBack ? ROW - 1 - n % ROW : n % ROW;
+        const auto spPoint = stream.AppendControlPoint(
+            {pt.x + nColumn * nStep, pt.y + n / ROW * 200 + (n % 2 ? std::min(nStep, 100) : 0)});
+        const int32_t nHandle = bBack ? -nStep / 3 : nStep / 3;
+        spPoint->SetBack(CDualValue<CPoint>({-nHandle, 0}));
+        spPoint->SetFore(CDualValue<CPoint>({nHandle, 0}));
     }
     stream.SetWidth(24);
     const auto nLast = static_cast<uint32_t>(nAnchors - 1) * BEZIER_T_RESOLUTION;
@@ -62,13 +68,14 @@ std::vector<boost::shared_ptr<CPathObject>> MakeOthers(int nCount) {
 void Drag(benchmark::State& state, CBenchWindow& window) {
     const auto nAnchors = static_cast<int>(state.range(0));
     auto vPaths = MakeOthers(static_cast<int>(state.range(3)));
-    // All anchors lie in the window: 1,500 pixels are 12,000 units.
-    const auto spPath = MakeStroke({1600, 3200}, nAnchors, static_cast<int>(state.range(1)), 12000 / nAnchors,
-                                   state.range(2) != 0);
+    // All anchors lie in the window: rows are 1,100 pixels wide, 25 of them 625 pixels high.
+    window.SetZoom(48);
+    const auto spPath = MakeStroke(window.GetFrame().ToCanvas({100, 100}), nAnchors,
+                                   static_cast<int>(state.range(1)), 220, state.range(2) != 0);
     vPaths.push_back(spPath);
     Prepare(window, vPaths);
-    const CPoint pt =
-        spPath->GetStream().GetControlPoint(static_cast<size_t>(nAnchors / 2))->GetAnchor()[STATE_COMMITTED];
+    const auto spDragged = spPath->GetStream().GetControlPoint(static_cast<size_t>(nAnchors / 2));
+    const CPoint pt = spDragged->GetAnchor()[STATE_COMMITTED];
     const QPointF ptStart = window.ToWindow(pt.x / 8.0, pt.y / 8.0);
     CTimes times, press;
     for (auto _ : state) {
@@ -76,6 +83,7 @@ void Drag(benchmark::State& state, CBenchWindow& window) {
         for (int n = 1; n <= EVENTS; ++n)
             window.Mouse(times, QEvent::MouseMove,
                          ptStart + QPointF(60 * std::sin(n * 0.11), 60 * std::sin(n * 0.07) + 4), true);
+        if (spDragged->IsSettled()) state.SkipWithError("nothing is dragged");
         window.Mouse(press, QEvent::MouseButtonRelease, ptStart, false);
         window.Finish();
     }

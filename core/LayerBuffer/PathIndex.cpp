@@ -54,16 +54,15 @@ void CPathIndex::Sort(const TPathList& lstPaths) {
     for (const auto& spPath : lstPaths) m_pTree->mapPaths.at(spPath.get()).nOrder = m_pTree->nNextOrder++;
 }
 
-CRect CPathIndex::Refresh(const CPathObject& path) {
+void CPathIndex::Refresh(const CPathObject& path) {
     const auto it = m_pTree->mapPaths.find(&path);
-    if (it == m_pTree->mapPaths.end()) return {};
+    if (it == m_pTree->mapPaths.end()) return;
     const CRect rcBefore = it->second.rcBox;
     const CRect& rcBox = path.GetReach();
-    if (rcBefore == rcBox) return rcBefore;
+    if (rcBefore == rcBox) return;
     if (!rcBefore.IsEmpty()) m_pTree->boxes.remove({ToBox(rcBefore), &path});
     if (!rcBox.IsEmpty()) m_pTree->boxes.insert({ToBox(rcBox), &path});
     it->second.rcBox = rcBox;
-    return rcBefore;
 }
 
 bool CPathIndex::Contains(const CPathObject& path) const { return m_pTree->mapPaths.contains(&path); }

@@ -22,8 +22,8 @@ public:
     void Remove(const CPathObject& path);
     /// Adopts the order of a list of the same paths, the lowest first.
     void Sort(const TPathList& lstPaths);
-    /// Adopts a path's new reach and returns the one before.
-    CRect Refresh(const CPathObject& path);
+    /// Adopts a path's new reach.
+    void Refresh(const CPathObject& path);
     bool Contains(const CPathObject& path) const;
     /// The paths whose boxes meet a rectangle, the lowest first.
     std::vector<boost::shared_ptr<CPathObject>> Find(const CRect& rc) const;

@@ -87,9 +87,11 @@ int CVectorLayerBuffer::RemovePath(const boost::shared_ptr<CPathObject>& spPath)
     return idx;
 }
 
-void CVectorLayerBuffer::OnPathChanged(const CPathObject& path, std::initializer_list<CRect> lstChanged) {
-    for (const CRect& rc : lstChanged) m_pCoverage->Invalidate(rc, &path);
-    m_rcReachChange = m_rcReachChange.Union(m_index.Refresh(path)).Union(path.GetReach());
+void CVectorLayerBuffer::OnPathChanged(const CPathObject& path, const std::vector<CRect>& vInk,
+                                       const CRect& rcDrawn) {
+    for (const CRect& rc : vInk) m_pCoverage->Invalidate(rc, &path);
+    m_index.Refresh(path);
+    m_rcReachChange = m_rcReachChange.Union(rcDrawn);
 }
 
 boost::shared_ptr<CPathObject> CVectorLayerBuffer::GetSelectedPath() const {

@@ -49,7 +49,8 @@ public:
     boost::shared_ptr<CPathControlPoint> GetSelectedPoint() const;
     void SelectPath(const boost::shared_ptr<CPathObject>& spPath,
                     const boost::shared_ptr<CPathControlPoint>& spPoint = {});
-    void OnPathChanged(const CPathObject& path, std::initializer_list<CRect> lstChanged) override;
+    void OnPathChanged(const CPathObject& path, const std::vector<CRect>& vInk,
+                       const CRect& rcDrawn) override;
     /// Flags the blocks that coverage inside a box of path units reaches, to be rasterized anew.
     void InvalidatePath(const CRect& rc) { m_pCoverage->Invalidate(rc, nullptr); }
 

@@ -11,6 +11,7 @@ public:
     void Update() override {}
     void UpdateDrag() override {}
     CRect RectIncludingPath(size_t state) const override;
+    std::vector<TPolyBezier> GetShape(size_t state) const override { return {BezierPoints(state)}; }
     void RasterizePath(CPathFill& fill, CSize szPlane, CAlphaBlock8& tile, size_t state) const override;
     void DrawOutline(IPathDevice& device, const TPathMapper& mapper, const TPathSelection& selection,
                      TColor color, bool bOutline) const override;

@@ -208,6 +208,15 @@ CRect COpenPathStream::RectIncludingPath(size_t state) const {
     return rc;
 }
 
+std::vector<TPolyBezier> COpenPathStream::GetShape(size_t state) const {
+    std::vector<TPolyBezier> vShape;
+    for (const TStretchOutline& stretch : GetOutline(state)) {
+        vShape.push_back(stretch.vCurve);
+        vShape.insert(vShape.end(), stretch.vFolds.begin(), stretch.vFolds.end());
+    }
+    return vShape;
+}
+
 void COpenPathStream::RasterizePath(CPathFill& fill, CSize szPlane, CAlphaBlock8& tile, size_t state) const {
     if (m_lstControlPoint.empty()) throw internal_error(L"RasterizePath: zero anchor");
     for (const TStretchOutline& stretch : GetOutline(state)) {

@@ -26,6 +26,7 @@ public:
     void Commit() override;
     void Cancel() override;
     CRect RectIncludingPath(size_t state) const override;
+    std::vector<TPolyBezier> GetShape(size_t state) const override;
     void RasterizePath(CPathFill& fill, CSize szPlane, CAlphaBlock8& tile, size_t state) const override;
     void DrawOutline(IPathDevice& device, const TPathMapper& mapper, const TPathSelection& selection,
                      TColor color, bool bOutline) const override;

@@ -1,8 +1,11 @@
 #include "core/PathObject/PathObject.h"
 
 #include "core/Base/Failure.h"
+#include "core/PathObject/PathDrawing.h"
 
 #include <boost/numeric/conversion/cast.hpp>
+
+#include <utility>
 
 namespace {
 
@@ -20,25 +23,6 @@ void RefuseOverflow(Build build) {
     }
 }
 
-// Collects the bounds of what is drawn.
-class CReachDevice : public IPathDevice {
-public:
-    void Line(CPoint from, CPoint to, TColor, bool) override {
-        Add(from);
-        Add(to);
-    }
-    void Square(CPoint center, int, TColor, TColor) override { Add(center); }
-    void PolyBezier(const std::vector<CPoint>& vPoints, TColor) override {
-        m_rc = m_rc.Union(BezierBounds(vPoints));
-    }
-    const CRect& GetBounds() const { return m_rc; }
-
-private:
-    void Add(CPoint pt) { m_rc = m_rc.Union({pt.x, pt.y, pt.x + 1, pt.y + 1}); }
-
-    CRect m_rc;
-};
-
 TPathSelection AllHandles() {
     TPathSelection all;
     all.bAllHandles = true;
@@ -49,10 +33,19 @@ CPoint SamePlace(CPoint pt) { return pt; }
 
 } // namespace
 
+// The live shape, and all that is drawn of it.
+struct CPathObject::TShown {
+    explicit TShown(const CPathStream& stream) : vShape(stream.GetShape(STATE_LIVE)) {
+        stream.DrawOutline(drawing, SamePlace, AllHandles(), 0, true);
+    }
+    std::vector<TPolyBezier> vShape;
+    CPathDrawing drawing;
+};
+
 CRect ReachOf(const CPathControlPointBase& point) {
-    CReachDevice device;
-    point.Draw(device, SamePlace, AllHandles());
-    return device.GetBounds();
+    CPathDrawing drawing;
+    point.Draw(drawing, SamePlace, AllHandles());
+    return drawing.GetBounds();
 }
 
 CPathObject::CPathObject(boost::shared_ptr<CPathStream> spStream)
@@ -83,16 +76,15 @@ void CPathObject::TakeBounds() {
     for (const size_t state : {STATE_COMMITTED, STATE_LIVE})
         m_aBounds[state] =
             GetStream().ControlPointCount() == 0 ? CRect() : GetStream().RectIncludingPath(state);
-    CReachDevice device;
-    TPathSelection all;
-    all.bAllHandles = true;
-    GetStream().DrawOutline(
-        device, [](CPoint pt) { return pt; }, all, 0, true);
-    m_rcReach = device.GetBounds();
+    CPathDrawing drawing;
+    GetStream().DrawOutline(drawing, SamePlace, AllHandles(), 0, true);
+    m_rcReach = drawing.GetBounds();
 }
 
 void CPathObject::Update() {
     const auto aBefore = m_aBounds;
+    const CRect rcBefore = m_rcReach;
+    m_spShown.reset();
     try {
         if (!GetStream().IsStorable()) Refuse();
         const auto spGood = CreateSnapshot();
@@ -102,22 +94,31 @@ void CPathObject::Update() {
         GetStream().ApplySnapshot(*m_spLastGood);
         GetStream().Update();
         TakeBounds();
-        Tell({aBefore[0], aBefore[1], m_aBounds[0]});
+        Tell({aBefore[0], aBefore[1], m_aBounds[0]}, rcBefore.Union(m_rcReach));
         throw;
     }
     TakeBounds();
-    Tell({aBefore[0], aBefore[1], m_aBounds[0], m_aBounds[1]});
+    Tell({aBefore[0], aBefore[1], m_aBounds[0], m_aBounds[1]}, rcBefore.Union(m_rcReach));
 }
 
-void CPathObject::Tell(std::initializer_list<CRect> lstChanged) const {
-    if (const auto spLayer = GetLayer()) spLayer->OnPathChanged(*this, lstChanged);
+void CPathObject::Tell(const std::vector<CRect>& vInk, const CRect& rcDrawn) const {
+    if (const auto spLayer = GetLayer()) spLayer->OnPathChanged(*this, vInk, rcDrawn);
 }
 
+// Only where the shape differs from the one of the last event is anything painted again.
 void CPathObject::UpdateDrag() {
     const CRect rcBefore = m_aBounds[STATE_LIVE];
+    const CRect rcReachBefore = m_rcReach;
+    const auto spBefore = std::exchange(m_spShown, {});
     RefuseOverflow([&] { GetStream().UpdateDrag(); });
     TakeBounds();
-    Tell({rcBefore, m_aBounds[STATE_LIVE]});
+    const auto spShown = boost::make_shared<TShown>(GetStream());
+    if (spBefore)
+        Tell(ChangedBoxes(spBefore->vShape, spShown->vShape),
+             spShown->drawing.GetDifference(spBefore->drawing));
+    else
+        Tell({rcBefore, m_aBounds[STATE_LIVE]}, rcReachBefore.Union(m_rcReach));
+    m_spShown = spShown;
 }
 
 void CPathObject::CommitDrag() {
@@ -128,6 +129,7 @@ void CPathObject::CommitDrag() {
 void CPathObject::CancelDrag() {
     GetStream().Cancel();
     UpdateDrag();
+    m_spShown.reset();
 }
 
 void CPathObject::Deserialize(CDeserializer& reader) {

@@ -7,7 +7,7 @@
 #include <boost/make_shared.hpp>
 
 #include <array>
-#include <initializer_list>
+#include <vector>
 
 class CPathObject;
 
@@ -15,8 +15,10 @@ class CPathObject;
 class IVectorLayer {
 public:
     virtual ~IVectorLayer() = default;
-    /// A path's picture changed inside these rectangles of path units, and so may have its reach.
-    virtual void OnPathChanged(const CPathObject& path, std::initializer_list<CRect> lstChanged) = 0;
+    /// A path's picture changed inside the boxes `vInk` of path units, what it draws inside `rcDrawn`, and
+    /// with it its reach.
+    virtual void OnPathChanged(const CPathObject& path, const std::vector<CRect>& vInk,
+                               const CRect& rcDrawn) = 0;
 };
 
 /// Bounds of what a point draws with its handles, as positions.
@@ -88,12 +90,14 @@ protected:
 
 private:
     void TakeBounds();
-    void Tell(std::initializer_list<CRect> lstChanged) const;
+    void Tell(const std::vector<CRect>& vInk, const CRect& rcDrawn) const;
 
     boost::shared_ptr<CPathStream> m_spStream;     ///< never null
     boost::shared_ptr<TPathSnapshot> m_spLastGood; ///< the path after the last Update
     std::array<CRect, 2> m_aBounds;                ///< by state
     CRect m_rcReach;
+    struct TShown;
+    boost::shared_ptr<TShown> m_spShown; ///< the live state as last reported, while it is dragged
 };
 
 /// A path of the stream class `TStream`. The stream is a separate object, so that it cannot be changed

@@ -25,6 +25,8 @@ public:
     virtual void Cancel() = 0;
     /// Bounds of a state's shape.
     virtual CRect RectIncludingPath(size_t state) const = 0;
+    /// The closed curves whose areas a state's shape fills.
+    virtual std::vector<TPolyBezier> GetShape(size_t state) const = 0;
     /// Adds a state's coverage to a tile of a plane whose origin is the canvas's corner.
     virtual void RasterizePath(CPathFill& fill, CSize szPlane, CAlphaBlock8& tile, size_t state) const = 0;
     /// Draws the live state: the line (with `bOutline` its outline too), its points and ends.

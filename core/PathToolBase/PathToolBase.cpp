@@ -7,6 +7,7 @@
 #include <boost/pointer_cast.hpp>
 
 #include <algorithm>
+#include <span>
 #include <utility>
 
 namespace {
@@ -51,12 +52,26 @@ public:
     void Square(CPoint center, int nHalf, TColor color, TColor fill) override {
         m_overlay.DrawSquare(center, nHalf, fill, {.color = color});
     }
+    // Draws runs of the curves that meet the clip only: an outline may have thousands of others.
     void PolyBezier(const std::vector<CPoint>& vPoints, TColor color) override {
-        m_overlay.DrawCurves(vPoints, {.color = color});
+        const auto begin = vPoints.begin();
+        std::ptrdiff_t nRun = 0; // points of the run before this curve
+        for (std::ptrdiff_t n = 0; n + 3 < std::ssize(vPoints); n += 3) {
+            CRect rc;
+            for (const CPoint pt : std::span(begin + n, 4)) rc = rc.Union({pt.x, pt.y, pt.x + 1, pt.y + 1});
+            const bool bMeets = !rc.Intersect(m_rcClip).IsEmpty();
+            if (bMeets) nRun += 3;
+            const bool bEnds = !bMeets || n + 6 >= std::ssize(vPoints);
+            if (nRun == 0 || !bEnds) continue;
+            const auto end = begin + n + (bMeets ? 4 : 1);
+            m_overlay.DrawCurves(std::span(end - nRun - 1, end), {.color = color});
+            nRun = 0;
+        }
     }
 
 private:
     COverlay& m_overlay;
+    const CRect m_rcClip = Inflated(m_overlay.GetClip(), ToDevice(MARK_REACH, DPI_NORMAL));
 };
 
 } // namespace
@@ -269,7 +284,9 @@ bool CPathToolBase::RefreshHover() {
 
 CRect CPathToolBase::HoverReach() const {
     if (!m_hover) return {};
-    return m_hover.hit.spPoint ? ReachOf(*m_hover.hit.spPoint) : m_hover.spPath->GetReach();
+    // Of a path only the lines change their colour, which lie in its ink.
+    return m_hover.hit.spPoint ? ReachOf(*m_hover.hit.spPoint)
+                               : m_hover.spPath->RectIncludingPath(STATE_LIVE);
 }
 
 TPathSelection CPathToolBase::SelectionOf(const CPathObject& path, const CVectorLayerBuffer& layer) const {

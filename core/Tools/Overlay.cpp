@@ -58,22 +58,23 @@ void COverlay::Measure(const CRect& rcPoints) {
 void COverlay::Stroke(const CShapePixels& shape, const TOverlayPen& pen) {
     const int32_t nWide = ToDevice(1), nBefore = (nWide - 1) / 2;
     const int64_t nDash = ToDevice(DASH);
-    std::vector<std::pair<int32_t, int32_t>> vPixels; // row, column
+    std::vector<std::pair<int32_t, int32_t>> vPixels; // row, column of those to invert
     for (const CShapePixels::TPixel& pixel : shape.GetPixels()) {
         if (pen.bDashed && pixel.nAlong / nDash % 2 != 0) continue;
         const CRect rc = CRect(pixel.pt - CPoint{nBefore, nBefore}, CSize{nWide, nWide}).Intersect(m_rcClip);
         for (int32_t y = rc.top; y < rc.bottom; ++y)
-            for (int32_t x = rc.left; x < rc.right; ++x) vPixels.emplace_back(y, x);
+            for (int32_t x = rc.left; x < rc.right; ++x)
+                if (pen.bInvert)
+                    vPixels.emplace_back(y, x);
+                else
+                    SetColor(m_pTarget->GetPixelPtr({x, y}), pen.color);
     }
     // A pixel that is inverted twice would be invisible.
     std::sort(vPixels.begin(), vPixels.end());
     vPixels.erase(std::unique(vPixels.begin(), vPixels.end()), vPixels.end());
     for (const auto& [y, x] : vPixels) {
         uint8_t* p = m_pTarget->GetPixelPtr({x, y});
-        if (pen.bInvert)
-            for (int n = 0; n < 3; ++n) p[n] = static_cast<uint8_t>(~p[n]);
-        else
-            SetColor(p, pen.color);
+        for (int n = 0; n < 3; ++n) p[n] = static_cast<uint8_t>(~p[n]);
     }
 }
 
