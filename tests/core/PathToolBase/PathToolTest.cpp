@@ -91,6 +91,7 @@ TEST_F(PathToolHand, DrawingEndsWithoutWhatIsNotFinished) {
                   std::pair(size_t{3}, true)); // goes on to its release
         // Undo takes anchors back, first the one that was just pressed.
         EXPECT_EQ(ends([&] { Command(ID_EDIT_UNDO); }), std::pair(size_t{2}, false));
+        EXPECT_EQ(ends([&] { Release({1280, 480}), Command(ID_EDIT_UNDO); }), std::pair(size_t{2}, false));
         EXPECT_EQ(ends([&] {
                       for (int n = 0; n < 3; ++n) Command(ID_EDIT_UNDO);
                       EXPECT_TRUE(Layer().GetPaths().empty() && !CanUndo());
