@@ -11,6 +11,8 @@
 
 namespace {
 
+const boost::function<bool()> NO_HANDLER;
+
 CPoint EndOf(const TPathEnd& end, size_t state) {
     const COpenPathStream& stream = end.spPath->GetStream();
     return stream.GetControlPoint(end.bFirst ? 0 : stream.ControlPointCount() - 1)->GetAnchor()[state];
@@ -141,7 +143,7 @@ CPathTool::OnLButtonDown_EditMode(const TLayerRef& spLayer, const TPathTarget& t
 // The path that is drawn.
 
 void CPathTool::DropInstall() {
-    m_spInstallLayer->GetCanvas()->GetHistory().SetCancelHandler({});
+    m_spInstallLayer->GetCanvas()->GetHistory().SetCancelHandler(NO_HANDLER);
     m_spInstallLayer->RemovePath(m_spInstallPath);
     m_spInstallPath.reset();
     m_spInstallLayer.reset();
@@ -155,7 +157,7 @@ void CPathTool::FinishInstall() {
     const auto spHistory = boost::make_shared<CAddDelPathHistory<0>>(
         spLayer, spPath, static_cast<int>(spLayer->GetPaths().size()) - 1);
     CHistoryStream& history = spLayer->GetCanvas()->GetHistory();
-    history.SetCancelHandler({});
+    history.SetCancelHandler(NO_HANDLER);
     history.Register(spHistory);
     m_spInstallPath.reset();
     m_spInstallLayer.reset();

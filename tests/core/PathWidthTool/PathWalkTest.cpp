@@ -105,14 +105,17 @@ private:
 
 } // namespace
 
-// VELLUM_WALK_STEPS makes it longer.
+// VELLUM_WALK_STEPS makes it longer, VELLUM_WALK_SEED another one.
 TEST(PathWalk, UndoLeadsToTheFirstBytesAndRedoToTheLast) {
-    const char* pszSteps = std::getenv("VELLUM_WALK_STEPS");
-    const int nSteps = pszSteps ? std::atoi(pszSteps) : 1500;
+    const auto number = [](const char* pszName, int nElse) {
+        const char* psz = std::getenv(pszName);
+        return psz ? std::atoi(psz) : nElse;
+    };
+    const int nSteps = number("VELLUM_WALK_STEPS", 1500);
     CPathSession session({300, 200}, 3);
     g_Switches.m_nMaxHistory = 1000;
     session.Play(TOOL_PATH, [&] {
-        CWalker walker(session, 11);
+        CWalker walker(session, static_cast<unsigned>(number("VELLUM_WALK_SEED", 11)));
         CHistoryStream& history = session.m_spCanvas->GetHistory();
         // The active layer, which is a part of the document, is selected without a history.
         const auto bytes = [&] {
