@@ -268,7 +268,7 @@ bool CCanvasFrame::OnClose() {
 void CCanvasFrame::StepHistory(bool bUndo) {
     Guarded([&] {
         CHistoryStream& history = m_spCanvas->GetHistory();
-        // What is unfinished is taken back; completing it first would make it an action.
+        // Undo takes an unfinished operation back; completing it first would make it an action.
         if (!bUndo || !history.IsUnfinished()) CompleteWork();
         bUndo ? history.Undo() : history.Redo();
     });

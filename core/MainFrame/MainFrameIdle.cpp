@@ -1,4 +1,4 @@
-// What the main frame does while no message waits.
+// The work of the main frame while no message waits.
 #include "core/AppModule/AppModule.h"
 #include "core/AppModule/ErrorBox.h"
 #include "core/AppModule/MessageQueue.h"

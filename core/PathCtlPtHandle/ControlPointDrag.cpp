@@ -13,7 +13,7 @@ constexpr unsigned FLAG_ALT = 4; ///< breaks the symmetry of a drag
 
 using TLabel = const wchar_t*;
 
-/// What is dragged of a point; the number of its label.
+/// The dragged part of a point; the number of its label.
 enum EDragKind : int { DRAG_HANDLE = 1, DRAG_ANCHOR = 2, DRAG_END = 3 };
 
 // The labels of the actions, by class of point and kind of drag.

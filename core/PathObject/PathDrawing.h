@@ -1,4 +1,4 @@
-// What a path draws and paints, kept to find what a change has touched.
+// The lines and shapes of a path, kept to find the areas that a change has touched.
 #pragma once
 
 #include "core/Bezier/Bezier.h"

@@ -69,7 +69,7 @@ const TCorner& CSideBuilder::CornerOf(size_t idx, const CBezier& before, const C
     return m_memoCorner.Get(idx, isSame, make).corner;
 }
 
-// Where a run begins at an anchor the centre line may have a corner.
+// The centre line may have a corner at an anchor, at which a run begins.
 void CSideBuilder::Append(TSide& side, const TSideSource& source, size_t idx, const TSideRun& run) {
     if (run.vPieces.empty()) return;
     const auto tLast = static_cast<uint32_t>(source.vSegments.size()) * BEZIER_T_RESOLUTION;

@@ -28,7 +28,7 @@ struct TSetSwap {
     }
 };
 
-// What the marks say, in whatever order and by whatever points.
+// The values of the marks, independent of their order and of the objects.
 template <class TPoint>
 std::vector<TBytes> ContentOf(const TPathMarks<TPoint>& vMarks) {
     std::vector<TBytes> vContent;

@@ -68,7 +68,7 @@ void CToolOptPathWidthTool::RefreshView(const boost::shared_ptr<CTools>& spTool)
     for (const int nCoef : m_vCoefs) coef.vRows.push_back(CoefText(nCoef));
     coef.nValue = static_cast<int>(std::ranges::find(m_vCoefs, item.nCoef) - m_vCoefs.begin());
     coef.bEnabled = HasCoef(item.nType);
-    // What this program does not know can be seen and removed beside any kind.
+    // Unknown entries can be seen and removed beside any kind.
     m_vShown.clear();
     for (const TPathWidthItem& entry : pPathTool->GetList().GetItems())
         if (KindOf(entry.nType) == kind || !IsSupported(entry.nType)) m_vShown.push_back(entry);
