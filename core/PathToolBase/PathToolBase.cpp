@@ -214,7 +214,8 @@ bool CPathToolBase::OnProximityLeave() {
 
 bool CPathToolBase::OnMouseLeave() {
     m_bPointer = false;
-    return RefreshHover();
+    RefreshHover();
+    return false;
 }
 
 bool CPathToolBase::OnPenEnd(bool bEraser) {
@@ -223,8 +224,15 @@ bool CPathToolBase::OnPenEnd(bool bEraser) {
     return true;
 }
 
-bool CPathToolBase::OnKeyDown(int) { return RefreshHover(); }
-bool CPathToolBase::OnKeyUp(int) { return RefreshHover(); }
+bool CPathToolBase::OnKeyDown(int) {
+    RefreshHover();
+    return false;
+}
+
+bool CPathToolBase::OnKeyUp(int) {
+    RefreshHover();
+    return false;
+}
 
 bool CPathToolBase::Cancel() { return EndDrag(false); }
 
@@ -265,21 +273,17 @@ bool CPathToolBase::EndDrag(bool bCommit) {
     return true;
 }
 
-bool CPathToolBase::SetHover(const TPathTarget& target) {
-    if (m_hover.IsSame(target)) {
-        m_hover = target;
-        return false;
-    }
-    m_rcHoverChange = m_rcHoverChange.Union(HoverReach());
+void CPathToolBase::SetHover(const TPathTarget& target) {
+    const bool bSame = m_hover.IsSame(target);
+    if (!bSame) m_rcHoverChange = m_rcHoverChange.Union(HoverReach());
     m_hover = target;
-    m_rcHoverChange = m_rcHoverChange.Union(HoverReach());
-    return false;
+    if (!bSame) m_rcHoverChange = m_rcHoverChange.Union(HoverReach());
 }
 
-bool CPathToolBase::RefreshHover() {
-    if (m_spHandle) return false;
+void CPathToolBase::RefreshHover() {
+    if (m_spHandle) return;
     const auto spLayer = m_bPointer && IsEnabled() ? GetVectorLayer() : nullptr;
-    return SetHover(spLayer ? FindPressed(*spLayer, m_ptPointer, GetHeldFlags()) : TPathTarget());
+    SetHover(spLayer ? FindPressed(*spLayer, m_ptPointer, GetHeldFlags()) : TPathTarget());
 }
 
 CRect CPathToolBase::HoverReach() const {

@@ -72,7 +72,7 @@ protected:
         return FindTarget(layer, pt, flags, GetKinds(flags));
     }
     /// Called when the modifiers or the pointer have changed what lies under the pointer.
-    bool RefreshHover();
+    void RefreshHover();
     /// Ends the running drag: commits or cancels it. False when there is none.
     bool EndDrag(bool bCommit);
     /// The pointer's shape over a target, which may be empty.
@@ -112,7 +112,7 @@ protected:
     bool m_bPointer = false;                        ///< the pointer is over the view
 
 private:
-    bool SetHover(const TPathTarget& target);
+    void SetHover(const TPathTarget& target);
     TPathSelection SelectionOf(const CPathObject& path, const CVectorLayerBuffer& layer) const;
     CRect HoverReach() const;
 
