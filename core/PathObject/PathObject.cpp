@@ -111,8 +111,10 @@ void CPathObject::UpdateDrag() {
     const CRect rcReachBefore = m_rcReach;
     const auto spBefore = std::exchange(m_spShown, {});
     RefuseOverflow([&] { GetStream().UpdateDrag(); });
-    TakeBounds();
     const auto spShown = boost::make_shared<TShown>(GetStream());
+    m_aBounds[STATE_LIVE] =
+        GetStream().ControlPointCount() == 0 ? CRect() : GetStream().RectIncludingPath(STATE_LIVE);
+    m_rcReach = spShown->drawing.GetBounds();
     if (spBefore)
         Tell(ChangedBoxes(spBefore->vShape, spShown->vShape),
              spShown->drawing.GetDifference(spBefore->drawing));
