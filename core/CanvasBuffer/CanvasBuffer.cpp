@@ -3,6 +3,7 @@
 #include "core/Base/Failure.h"
 #include "core/Base/Parallel.h"
 #include "core/LayerBuffer/LayerWire.h"
+#include "core/LayerBuffer/RasterLayerBuffer.h"
 #include "core/RasterBuffer/PlaneKind.h"
 
 #include <boost/make_shared.hpp>
@@ -127,6 +128,21 @@ boost::shared_ptr<CRasterBuffer> CCanvasBuffer::Flatten(IProgress& progress) {
         if (root.HasPicture(pt)) root.PaintPicture(*spPicture->GetBlock(pt, true));
     });
     return spPicture;
+}
+
+TFloatState CCanvasBuffer::GetFloatState() const {
+    const auto spLayer = m_wpFloatLayer.lock();
+    if (!spLayer) return {{}, {}, m_spSelect};
+    return {spLayer->GetFloat(), spLayer, m_spSelect};
+}
+
+void CCanvasBuffer::SetFloatState(const TFloatState& state) {
+    const auto spOld = m_wpFloatLayer.lock();
+    const auto spLayer = state.wpLayer.lock();
+    if (spOld && spOld != spLayer) spOld->SetFloat({});
+    if (spLayer) spLayer->SetFloat(state.spFloat);
+    m_wpFloatLayer = state.wpLayer;
+    m_spSelect = state.spSelect;
 }
 
 void CCanvasBuffer::ConvertColorMode(bool bColor, bool bColorRaster, IProgress& progress) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/History/History.h"
+#include "core/LayerBuffer/FloatingPixels.h"
 #include "core/LayerBuffer/LayerBuffer.h"
 #include "core/Platform/Progress.h"
 #include "core/RasterBuffer/SelectBuffer.h"
@@ -83,6 +84,9 @@ public:
     /// Replaces the selection; null removes it.
     void SetSelect(const boost::shared_ptr<CSelectBuffer>& spSelect) { m_spSelect = spSelect; }
 
+    TFloatState GetFloatState() const override;
+    void SetFloatState(const TFloatState& state) override;
+
     /// Converts the tree's draw buffers and pixels to other formats. Registers no undo step.
     /// After cancelled_error it must be restored from a backup.
     void ConvertColorMode(bool bColor, bool bColorRaster, IProgress& progress = NoProgress());
@@ -112,7 +116,8 @@ private:
     bool m_bColorRaster = true;
     boost::shared_ptr<CHistoryStream> m_spHistory;
     boost::shared_ptr<CSelectBuffer> m_spSelect;
-    uint64_t m_uStrokes = 0; ///< the last number given to a complete stroke
+    boost::weak_ptr<CRasterLayerBuffer> m_wpFloatLayer; ///< the layer that pixels float above
+    uint64_t m_uStrokes = 0;                            ///< the last number given to a complete stroke
     std::wstring m_strPath;
     boost::shared_ptr<UpdateCounterMatrix> m_spCounters;
     boost::shared_ptr<InternalLayerBuffer> m_spRoot;

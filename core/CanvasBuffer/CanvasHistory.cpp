@@ -1,6 +1,7 @@
 #include "core/CanvasBuffer/CanvasHistory.h"
 
 #include "core/Base/Failure.h"
+#include "core/LayerBuffer/FloatHistory.h"
 
 #include <algorithm>
 
@@ -39,6 +40,7 @@ void ChangeSelection(const boost::shared_ptr<CCanvasBuffer>& spCanvas,
                      const boost::shared_ptr<CSelectBuffer>& spSelect, std::wstring strName) {
     // Pending strokes were drawn before this change, so their undo steps must precede it.
     spCanvas->CompleteWork();
+    const CFloatDrop drop(spCanvas);
     CSymmetricHistoryHelper<CCanvasBuffer, boost::shared_ptr<CSelectBuffer>> helper(
         spCanvas, spCanvas->GetSelect(), {SwapSelect, CountSelect});
     spCanvas->SetSelect(spSelect);
@@ -48,6 +50,7 @@ void ChangeSelection(const boost::shared_ptr<CCanvasBuffer>& spCanvas,
 bool ChangeColorMode(const boost::shared_ptr<CCanvasBuffer>& spCanvas, bool bColor, bool bColorRaster,
                      IProgress& progress) {
     if (spCanvas->IsColor() == bColor && spCanvas->IsColorRaster() == bColorRaster) return false;
+    const CFloatDrop drop(spCanvas);
     CanvasBufferHistoryHelper helper(L"カラーモード変更", spCanvas);
     spCanvas->ConvertColorMode(bColor, bColorRaster, progress);
     helper.Commit();
@@ -58,6 +61,7 @@ void ResizeCanvas(const boost::shared_ptr<CCanvasBuffer>& spCanvas, CSize sz, co
                   std::wstring strName) {
     SELF_CHECK(invalid_argument, std::min(sz.cx, sz.cy) >= 1 && std::max(sz.cx, sz.cy) <= MAX_CANVAS_SIDE);
     spCanvas->CompleteWork();
+    const CFloatDrop drop(spCanvas);
     CanvasBufferHistoryHelper helper(std::move(strName), spCanvas);
     spCanvas->Resize(sz, change);
     helper.Commit();

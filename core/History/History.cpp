@@ -2,15 +2,65 @@
 
 #include "core/IniConfig/GlobalSwitches.h"
 
-#include <algorithm>
+#include <boost/make_shared.hpp>
 
-void CHistoryStream::Register(const boost::shared_ptr<CHistory>& spHistory) {
-    if (!spHistory) return;
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+class CJoinedHistory : public CHistory {
+public:
+    CJoinedHistory(const boost::shared_ptr<CHistory>& spFirst, const boost::shared_ptr<CHistory>& spSecond)
+        : CHistory(spSecond->GetName()), m_spFirst(spFirst), m_spSecond(spSecond) {}
+
+    void Undo() override {
+        m_spSecond->Undo();
+        try {
+            m_spFirst->Undo();
+        } catch (...) {
+            m_spSecond->Redo();
+            throw;
+        }
+    }
+    void Redo() override {
+        m_spFirst->Redo();
+        try {
+            m_spSecond->Redo();
+        } catch (...) {
+            m_spFirst->Undo();
+            throw;
+        }
+    }
+
+protected:
+    size_t CountBytes() const override {
+        for (const auto& sp : {m_spFirst, m_spSecond}) sp->Measure();
+        return m_spFirst->GetBytes() + m_spSecond->GetBytes();
+    }
+
+private:
+    boost::shared_ptr<CHistory> m_spFirst;
+    boost::shared_ptr<CHistory> m_spSecond;
+};
+
+} // namespace
+
+boost::shared_ptr<CHistory> JoinHistories(const boost::shared_ptr<CHistory>& spFirst,
+                                          const boost::shared_ptr<CHistory>& spSecond) {
+    return boost::make_shared<CJoinedHistory>(spFirst, spSecond);
+}
+
+void CHistoryStream::Register(const boost::shared_ptr<CHistory>& spAction) {
+    if (!spAction) return;
     // Allocations come first.
+    boost::shared_ptr<CHistory> spHistory = spAction;
+    if (m_spPrepended) spHistory = JoinHistories(m_spPrepended, spAction);
     spHistory->Measure();
     const size_t nKept = CountKept(*spHistory);
     std::wstring strInitial = nKept < m_deqUndo.size() ? m_deqUndo[nKept]->GetName() : m_strInitial;
     m_deqUndo.push_front(spHistory);
+    m_spPrepended.reset();
     m_deqRedo.clear();
     m_strInitial.swap(strInitial);
     // The state after an action that is dropped becomes the oldest one.
@@ -18,6 +68,8 @@ void CHistoryStream::Register(const boost::shared_ptr<CHistory>& spHistory) {
     while (m_deqUndo.size() > nKept + 1) m_deqUndo.pop_back();
     SetModified(true);
 }
+
+boost::shared_ptr<CHistory> CHistoryStream::TakePrepended() { return std::exchange(m_spPrepended, {}); }
 
 size_t CHistoryStream::CountKept(const CHistory& historyNew) const {
     const TGlobalSwitches switches = m_pSwitches ? *m_pSwitches : TGlobalSwitches();

@@ -35,6 +35,10 @@ private:
     size_t m_nBytes = 0;
 };
 
+/// Two actions that were done one after the other as one, with the second one's label.
+boost::shared_ptr<CHistory> JoinHistories(const boost::shared_ptr<CHistory>& spFirst,
+                                          const boost::shared_ptr<CHistory>& spSecond);
+
 struct TGlobalSwitches;
 
 /// A document's undo and redo lists: at most `m_nMaxHistory` undo steps; older ones are dropped when all
@@ -50,6 +54,11 @@ public:
     /// list then names the oldest state that can be reached. Null is ignored. On an exception nothing has
     /// changed, so register first and then make changes that cannot fail.
     void Register(const boost::shared_ptr<CHistory>& spHistory);
+    /// Sets an action that is done already and becomes the first part of the next registered one: a single
+    /// undo reverts both. Another one must not be set. Never throws.
+    void Prepend(const boost::shared_ptr<CHistory>& spHistory) { m_spPrepended = spHistory; }
+    /// Returns that action and forgets it; null when it has been registered, or when there is none.
+    boost::shared_ptr<CHistory> TakePrepended();
     /// Undoes the newest action. While a cancel handler is set, calls it instead and pops nothing; a
     /// handler that returns false is removed.
     void Undo();
@@ -89,6 +98,7 @@ private:
     size_t CountKept(const CHistory& historyNew) const;
 
     const TGlobalSwitches* m_pSwitches = nullptr;
+    boost::shared_ptr<CHistory> m_spPrepended;
     std::deque<boost::shared_ptr<CHistory>> m_deqUndo;
     std::deque<boost::shared_ptr<CHistory>> m_deqRedo;
     std::wstring m_strInitial = L"<< 初期状態 >>";

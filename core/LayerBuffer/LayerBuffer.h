@@ -11,8 +11,10 @@
 #include <boost/weak_ptr.hpp>
 
 #include <list>
+#include <memory>
 #include <string>
 
+class CFloatDrop;
 class CLayerBuffer;
 class IProgress;
 using TLayerPtr = boost::shared_ptr<CLayerBuffer>;
@@ -182,6 +184,8 @@ private:
     void Attach(TLayerList& lstLayer, int idxLayer);
     TLayerList Detach(int idxLayer);
     void ExpectRoomFor(const CLayerBuffer& layer) const;
+    // What floats is merged by an undoable change of the tree.
+    std::unique_ptr<CFloatDrop> DropForStep(bool bHistory) const;
 
     TLayerList m_lstChildren;
     boost::weak_ptr<CLayerBuffer> m_wpActive;

@@ -10,6 +10,7 @@
 class CHistoryStream;
 class CLayerBuffer;
 class CSelectBuffer;
+struct TFloatState;
 
 class ILayerCanvas {
 public:
@@ -28,6 +29,11 @@ public:
     /// The selection, null when nothing is selected; it is replaced, never edited, so a kept pointer keeps
     /// the old selection.
     virtual const boost::shared_ptr<CSelectBuffer>& GetSelect() const = 0;
+    /// The pixels that float above one of the raster layers, and the selection, which is the float's mask
+    /// where it lies.
+    virtual TFloatState GetFloatState() const = 0;
+    /// Replaces both. Never throws.
+    virtual void SetFloatState(const TFloatState& state) = 0;
     /// Returns the number of a complete stroke: strokes are merged in the order of their numbers, on all
     /// layers.
     virtual uint64_t TakeStrokeNumber() = 0;

@@ -2,6 +2,7 @@
 
 #include "core/Base/Failure.h"
 #include "core/History/SymmetricHistory.h"
+#include "core/LayerBuffer/FloatHistory.h"
 
 #include <algorithm>
 
@@ -47,6 +48,7 @@ boost::shared_ptr<CRasterLayerBuffer> BakeLayers(CLayerBuffer& layer, CLayerBuff
 void MergeLayers(const TLayerPtr& spParent, const TLayerPtr& pBaseLayer, const TLayerPtr& pSuperimposeLayer,
                  IProgress& progress) {
     SELF_CHECK(illegal_data, pBaseLayer->canBeMergedWith(*pSuperimposeLayer));
+    const CFloatDrop drop(spParent->GetCanvas());
     const TLayerPtr pMerged = pBaseLayer->MergeWith(*pSuperimposeLayer, progress);
     SELF_CHECK(illegal_data, pMerged);
     ReplaceChildren(spParent, pBaseLayer, pSuperimposeLayer, pMerged, L"レイヤ結合");
@@ -54,5 +56,6 @@ void MergeLayers(const TLayerPtr& spParent, const TLayerPtr& pBaseLayer, const T
 
 void RasterizeLayer(const TLayerPtr& spParent, const TLayerPtr& pLayer, IProgress& progress) {
     SELF_CHECK(illegal_data, pLayer->IsRasterizable());
+    const CFloatDrop drop(spParent->GetCanvas());
     ReplaceChildren(spParent, pLayer, pLayer, BakeLayers(*pLayer, nullptr, progress), L"ラスタライズ");
 }

@@ -2,12 +2,18 @@
 #include "core/LayerBuffer/LayerBuffer.h"
 
 #include "core/Base/Failure.h"
+#include "core/LayerBuffer/FloatHistory.h"
 #include "core/LayerBuffer/LayerHistory.h"
 
 #include <boost/make_shared.hpp>
 
 #include <algorithm>
 #include <iterator>
+#include <memory>
+
+std::unique_ptr<CFloatDrop> CLayerBuffer::DropForStep(bool bHistory) const {
+    return bHistory ? std::make_unique<CFloatDrop>(GetCanvas()) : nullptr;
+}
 
 void CLayerBuffer::AddLayer(const TLayerPtr& spLayer, int idxLayer, bool bHistory) {
     const int nCount = static_cast<int>(m_lstChildren.size());
@@ -15,6 +21,7 @@ void CLayerBuffer::AddLayer(const TLayerPtr& spLayer, int idxLayer, bool bHistor
     SELF_CHECK(invalid_argument, spLayer != nullptr && 0 <= idx && idx <= nCount);
     ExpectRoomFor(*spLayer);
     TLayerList lstLayer{spLayer};
+    const auto pDrop = DropForStep(bHistory);
     if (bHistory)
         GetCanvas()->GetHistory().Register(
             boost::make_shared<CAddDelLayerHistory<true>>(shared_from_this(), idx, spLayer));
@@ -48,6 +55,7 @@ void CLayerBuffer::InitChild(const TLayerPtr& spLayer, bool bActive) {
 void CLayerBuffer::RemoveLayer(TLayerPtr spLayer, bool bHistory) {
     const int idx = IndexOf(*spLayer);
     SELF_CHECK(invalid_argument, 0 <= idx);
+    const auto pDrop = DropForStep(bHistory);
     if (bHistory)
         GetCanvas()->GetHistory().Register(
             boost::make_shared<CAddDelLayerHistory<false>>(shared_from_this(), idx, spLayer));
@@ -65,6 +73,7 @@ void CLayerBuffer::MoveLayer(TLayerPtr spLayer, const TLayerPtr& spParent, int i
     const TCanvasPtr spCanvas = GetCanvas();
     const TLayerPtr spActive = spCanvas->GetActiveLayer();
     const bool bActive = spActive && (spActive == spLayer || spLayer->FindParentOf(*spActive));
+    const auto pDrop = DropForStep(bHistory);
     if (bHistory)
         spCanvas->GetHistory().Register(
             boost::make_shared<CMoveLayerHistory>(shared_from_this(), idxOld, spParent, idxNew, spLayer));

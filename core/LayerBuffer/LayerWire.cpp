@@ -89,7 +89,7 @@ CSerializer CRasterLayerBuffer::Serialize() const {
     CSerializer writer;
     writer.SetTag(CHUNK_TAG, 0);
     writer.WriteChunk(SerializeBase(*this));
-    writer.WriteChunk(m_pRaster->Serialize());
+    writer.WriteChunk(GetSettled()->Serialize());
     return writer;
 }
 

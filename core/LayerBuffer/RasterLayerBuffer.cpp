@@ -1,7 +1,9 @@
 #include "core/LayerBuffer/RasterLayerBuffer.h"
 
 #include "core/Base/Failure.h"
+#include "core/LayerBuffer/FloatHistory.h"
 #include "core/LayerBuffer/LayerMerge.h"
+#include "core/LayerBuffer/RasterGuard.h"
 #include "core/LayerBuffer/StrokeHistory.h"
 #include "core/LayerBuffer/StrokeOverlay.h"
 #include "core/RasterBuffer/PlaneKind.h"
@@ -33,9 +35,12 @@ void CRasterLayerBuffer::SetRaster(const boost::shared_ptr<CRasterBuffer>& pRast
 
 template <class Function>
 void CRasterLayerBuffer::ForEachOverlay(Function fn) const {
+    if (m_spOverlay)
+        fn(*m_spOverlay);
+    else if (m_spFloat)
+        fn(*m_spFloat);
     for (const auto& spQueued : m_deqQueue) fn(*spQueued);
     if (m_spStroke) fn(*m_spStroke);
-    if (m_spOverlay) fn(*m_spOverlay);
 }
 
 bool CRasterLayerBuffer::PrepareOwn(CPoint pt) {
@@ -102,7 +107,21 @@ void CRasterLayerBuffer::QueueStroke() {
     m_spStroke.reset();
 }
 
+void CRasterLayerBuffer::SetFloat(const boost::shared_ptr<CFloatingPixels>& spFloat) {
+    for (const auto& sp : {m_spFloat, spFloat})
+        if (sp) FlagOverlay(*sp);
+    m_spFloat = spFloat;
+}
+
+boost::shared_ptr<CRasterBuffer> CRasterLayerBuffer::GetSettled() const {
+    if (!m_spFloat) return m_pRaster;
+    const auto spSettled = m_pRaster->ShallowCopy();
+    spSettled->ForEachBlock([&](CPoint pt) { m_spFloat->MergeInto(*spSettled, pt); });
+    return spSettled;
+}
+
 void CRasterLayerBuffer::SetOverlay(const boost::shared_ptr<IRasterOverlay>& spOverlay) {
+    if (m_spFloat) FlagOverlay(*m_spFloat);
     for (const auto& sp : {m_spOverlay, spOverlay})
         if (sp) FlagOverlay(*sp);
     m_spOverlay = spOverlay;
@@ -137,19 +156,16 @@ bool CRasterLayerBuffer::IsBehind() const {
 }
 
 bool CRasterLayerBuffer::Merge(IRasterOverlay& overlay, const std::wstring& strName) {
-    const auto spBefore = m_pRaster->ShallowCopy();
+    const CFloatDrop drop(GetCanvas(), this);
+    // When this fails the overlay stays and is merged later: nothing of it may be there twice.
+    CRasterGuard guard(m_pRaster);
     FlagOverlay(overlay);
     bool bAny = false;
-    try {
-        m_pRaster->ForEachBlock([&](CPoint pt) { bAny |= overlay.MergeInto(*m_pRaster, pt); });
-        if (bAny)
-            GetCanvas()->GetHistory().Register(
-                boost::make_shared<CCommitStrokeBufferHistory>(strName, *spBefore, m_pRaster));
-    } catch (...) {
-        // The overlay stays and is merged later: nothing of it may be there twice.
-        m_pRaster->ForEachBlock([&](CPoint pt) { m_pRaster->SetBlock(pt, spBefore->GetBlock(pt, false)); });
-        throw;
-    }
+    m_pRaster->ForEachBlock([&](CPoint pt) { bAny |= overlay.MergeInto(*m_pRaster, pt); });
+    if (bAny)
+        GetCanvas()->GetHistory().Register(
+            boost::make_shared<CCommitStrokeBufferHistory>(strName, guard.GetBefore(), m_pRaster));
+    guard.Keep();
     return bAny;
 }
 

@@ -7,6 +7,7 @@
 
 #include <deque>
 
+class CFloatingPixels;
 class CRasterStroke;
 class CStrokeOverlay;
 
@@ -44,11 +45,15 @@ public:
     /// among the strokes of the whole canvas, inside what is selected now, one undo step. Another one can
     /// begin at once.
     void QueueStroke();
-    /// Lays floating pixels or a preview over the pixels and the strokes; null takes it away without a trace.
+    /// Lays floating pixels over the pixels and under the strokes, null for none. Called by the canvas, which
+    /// has one float at most. Never throws.
+    void SetFloat(const boost::shared_ptr<CFloatingPixels>& spFloat);
+    const boost::shared_ptr<CFloatingPixels>& GetFloat() const { return m_spFloat; }
+    /// Lays a preview over the pixels, in the place of floating ones; null takes it away without a trace.
     void SetOverlay(const boost::shared_ptr<IRasterOverlay>& spOverlay);
     const boost::shared_ptr<IRasterOverlay>& GetOverlay() const { return m_spOverlay; }
-    /// Makes it part of the pixels, one undo step with that name. Returns false when that changes nothing.
-    /// When it fails the overlay stays as it was.
+    /// Makes the preview part of the pixels, one undo step with that name. Returns false when that changes
+    /// nothing. When it fails the overlay stays as it was.
     bool MergeOverlay(const std::wstring& strName);
     bool UpdateStrokes(uint64_t uNumber) override;
     uint64_t GetNextStroke() const override;
@@ -66,12 +71,15 @@ private:
     // Flags what the overlay shows, and what it has stopped showing since the last redraw.
     void FlagOverlay(IRasterOverlay& overlay);
     bool Merge(IRasterOverlay& overlay, const std::wstring& strName);
+    // The pixels as they are once those that float have been merged; the layer's own plane where none do.
+    boost::shared_ptr<CRasterBuffer> GetSettled() const;
 
     boost::shared_ptr<CRasterBuffer> m_pRaster;
     boost::shared_ptr<CAlphaBufferImpl<uint8_t>> m_pMask;
     std::deque<boost::shared_ptr<CStrokeOverlay>> m_deqQueue; ///< complete strokes, the oldest first
     boost::shared_ptr<CStrokeOverlay> m_spStroke;             ///< the one that is being drawn
-    boost::shared_ptr<IRasterOverlay> m_spOverlay;            ///< above all strokes
+    boost::shared_ptr<CFloatingPixels> m_spFloat;             ///< below all strokes
+    boost::shared_ptr<IRasterOverlay> m_spOverlay;            ///< hides the floating pixels
     bool m_bBehind = false; ///< the stroke's last slice of time did not suffice
 };
 

@@ -71,25 +71,27 @@ void CSelectBuffer::Combine(ESelectMode mode, const CSelectBuffer& other) {
     });
 }
 
-void CSelectBuffer::Shift(CPoint ptMove) {
-    CSelectBuffer moved(m_szCanvas);
+CSelectBuffer::CSelectBuffer(CSize szCanvas, TMask& mask, CPoint ptMask) : CSelectBuffer(szCanvas) {
     const CAlphaBlock8* const pFull = FullSelectTile().get();
-    const CRect rcCanvas = m_spMask->GetRect();
-    m_spMask->ForEachBlock([&](CPoint pt) {
-        const CRect rcFrom(pt - ptMove, DEFAULT_BLOCKSIZE);
+    m_spMask->ForEachBlockIn(CRect(ptMask, mask.GetSize()), [&](CPoint pt) {
+        const CRect rcFrom(pt - ptMask, DEFAULT_BLOCKSIZE);
         bool bAny = false;
-        bool bFull = rcFrom.Intersect(rcCanvas) == rcFrom;
-        m_spMask->ForEachBlockIn(rcFrom, [&](CPoint ptFrom) {
-            const CAlphaBlock8* pTile = m_spMask->FindBlock(ptFrom);
+        bool bFull = rcFrom.Intersect(mask.GetRect()) == rcFrom;
+        mask.ForEachBlockIn(rcFrom, [&](CPoint ptFrom) {
+            const CAlphaBlock8* pTile = mask.FindBlock(ptFrom);
             bAny = bAny || pTile;
             bFull = bFull && pTile == pFull;
         });
-        if (bAny && bFull) return moved.m_spMask->ShareBlockImpl(pt, FullSelectTile());
+        if (bAny && bFull) return m_spMask->ShareBlockImpl(pt, FullSelectTile());
         if (!bAny) return;
-        const auto spTile = m_spMask->ExtractBlock(rcFrom, false, nullptr);
+        const auto spTile = mask.ExtractBlock(rcFrom, false, nullptr);
         spTile->SetPosition(pt);
-        moved.Store(pt, boost::static_pointer_cast<CAlphaBlock8>(spTile));
+        Store(pt, boost::static_pointer_cast<CAlphaBlock8>(spTile));
     });
+}
+
+void CSelectBuffer::Shift(CPoint ptMove) {
+    CSelectBuffer moved(m_szCanvas, *m_spMask, ptMove);
     m_spMask.swap(moved.m_spMask);
 }
 

@@ -28,6 +28,8 @@ class CSelectBuffer : boost::noncopyable {
 public:
     /// An empty selection.
     explicit CSelectBuffer(CSize szCanvas);
+    /// The part on the canvas of a mask whose corner lies at `ptMask`; shares tiles where it can.
+    CSelectBuffer(CSize szCanvas, CAlphaBufferImpl<uint8_t>& mask, CPoint ptMask);
     virtual ~CSelectBuffer() = default;
 
     /// Canvas-sized: 255 selected, 0 not; a missing tile counts as 0.
