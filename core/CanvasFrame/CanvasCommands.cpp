@@ -6,6 +6,7 @@
 #include "core/Commands/CommandIds.h"
 #include "core/Commands/Commands.h"
 #include "core/Platform/Progress.h"
+#include "core/RasterMove/SelectionCommands.h"
 
 namespace {
 
@@ -82,6 +83,11 @@ const TFrameCommand FRAME_COMMANDS[] = {
     {ID_FILE_EXPORT, [](CCanvasFrame& frame) { frame.Export(); }, IsAnyFrame, nullptr},
     {ID_EDIT_UNDO, [](CCanvasFrame& frame) { frame.StepHistory(true); }, CanUndo, nullptr},
     {ID_EDIT_REDO, [](CCanvasFrame& frame) { frame.StepHistory(false); }, CanRedo, nullptr},
+    // Both work with any tool and layer.
+    {ID_SELECT_ALL, [](CCanvasFrame& frame) { frame.EditTree([&] { return SelectAll(frame.GetCanvas()); }); },
+     IsIdle, nullptr},
+    {ID_SELECT_NONE, [](CCanvasFrame& frame) { frame.EditTree([&] { return Deselect(frame.GetCanvas()); }); },
+     IsIdle, nullptr},
     {ID_VIEW_FIT, [](CCanvasFrame& frame) { frame.FitView(); }, IsAnyFrame, nullptr},
     {ID_VIEW_FLIP_V, [](CCanvasFrame& frame) { Flip(frame, &TViewState::bFlipV); }, IsAnyFrame,
      [](CCanvasFrame& frame) { return frame.GetView().GetState().bFlipV; }},

@@ -265,10 +265,13 @@ void CFrameInput::DragHand(const TPointerInput& input) {
 }
 
 bool CFrameInput::OnKey(const TMessage& msg, bool bDown) {
-    if (bDown && msg.lParam == 1) return false; // a held key repeats
     const int nKey = m_frame.GetOutside().keys.GetMeaning(static_cast<int>(msg.wParam), bDown);
     const auto spTool = GetTool();
     bool bHandled = false;
+    if (bDown && msg.lParam == 1) {
+        if (spTool && spTool->IsEnabled()) TellTool([&] { return bHandled = spTool->OnKeyRepeat(nKey); });
+        return bHandled;
+    }
     if (nKey == VK_Space) {
         bHandled = m_frame.IsActive() && !IsDrawing(spTool);
         if (bDown ? bHandled : true) m_bSpaceDown = bDown;

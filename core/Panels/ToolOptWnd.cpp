@@ -9,12 +9,12 @@ CToolOptWnd::CToolOptWnd(const wchar_t* pszSection, const TPanelOutside& outside
     : CPanel(pszSection, outside) {
     std::map<decltype(TToolRow::pfnMakePane), CToolOptBase*> mapPanes;
     for (const TToolRow& row : GetToolTable()) {
-        CToolOptBase*& pPane = mapPanes[row.pfnMakePane];
-        if (!pPane) {
-            m_vPanes.push_back(row.pfnMakePane());
-            pPane = m_vPanes.back().get();
+        const auto [it, bNew] = mapPanes.try_emplace(row.pfnMakePane);
+        if (auto pPane = bNew ? row.pfnMakePane() : nullptr) {
+            it->second = pPane.get();
+            m_vPanes.push_back(std::move(pPane));
         }
-        pPane->AddTool(row.info.nId);
+        if (it->second) it->second->AddTool(row.info.nId);
     }
     for (const auto& pPane : m_vPanes)
         m_vControls.insert(m_vControls.end(), pPane->GetControls().begin(), pPane->GetControls().end());

@@ -4,6 +4,7 @@
 #include "core/PathWidthTool/ToolOptPathWidthTool.h"
 #include "core/RasterBrush/FreehandTools.h"
 #include "core/RasterBrush/ToolOptRasterBrush.h"
+#include "core/RasterMove/RasterMove.h"
 
 #include <boost/make_shared.hpp>
 
@@ -16,6 +17,12 @@ std::unique_ptr<CToolOptBase> MakePane() {
     return std::make_unique<TPane>();
 }
 
+// A tool without options.
+template <>
+std::unique_ptr<CToolOptBase> MakePane<void>() {
+    return nullptr;
+}
+
 template <class TTool, class TPane>
 constexpr TToolRow ROW{TTool::INFO,
                        [](const TToolOutside& outside) -> boost::shared_ptr<CTools> {
@@ -24,9 +31,9 @@ constexpr TToolRow ROW{TTool::INFO,
                        MakePane<TPane>};
 
 constexpr TToolRow TOOLS[] = {
-    ROW<CRasterBrush, CToolOptRasterBrush>,     ROW<CRasterEraser, CToolOptRasterBrush>,
-    ROW<CRasterPencil, CToolOptRasterPencil>,   ROW<CPathTool, CToolOptPathTool>,
-    ROW<CPathWidthTool, CToolOptPathWidthTool>,
+    ROW<CRasterBrush, CToolOptRasterBrush>,   ROW<CRasterEraser, CToolOptRasterBrush>,
+    ROW<CRasterPencil, CToolOptRasterPencil>, ROW<CRasterMove, void>,
+    ROW<CPathTool, CToolOptPathTool>,         ROW<CPathWidthTool, CToolOptPathWidthTool>,
 };
 
 } // namespace

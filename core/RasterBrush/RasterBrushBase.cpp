@@ -47,7 +47,10 @@ bool CRasterBrushBase::OnMouseMove(int32_t x, int32_t y, uint32_t pressure, uint
     const CPoint pt{x, y};
     m_ptCursor = pt;
     m_bCursorValid = true;
-    if (flags & POINTER_TABLET) return MovePen({x, y, m_bPick ? 0 : pressure, altitude});
+    if (IsMoving()) return CRasterMove::OnMouseMove(x, y, pressure, altitude, flags);
+    // A contact that begins with Control does not draw.
+    const bool bDraws = !m_bPick && (m_state != STATE_IDLE || !(flags & POINTER_CONTROL));
+    if (flags & POINTER_TABLET) return MovePen({x, y, bDraws ? pressure : 0, altitude});
     if (!TakePosition(pt, false) || m_state != STATE_MOUSE || !m_spStroke) return false;
     NotePlace(pt);
     AddPoint({x, y, FULL_PRESSURE, UPRIGHT});
@@ -131,7 +134,7 @@ bool CRasterBrushBase::IsPenUp() const {
 }
 
 bool CRasterBrushBase::OnLButtonDown(int32_t x, int32_t y, uint32_t flags) {
-    if (flags & POINTER_CONTROL) return CRasterMove::OnLButtonDown(x, y, flags);
+    if (flags & POINTER_CONTROL) return BeginMove(x, y, flags, false);
     if (m_state != STATE_IDLE) return false;
     if (m_bPick) return PickColor({x / 8, y / 8});
     if (flags & POINTER_TABLET) return false;
@@ -142,6 +145,7 @@ bool CRasterBrushBase::OnLButtonDown(int32_t x, int32_t y, uint32_t flags) {
 }
 
 bool CRasterBrushBase::OnLButtonUp(int32_t x, int32_t y, uint32_t flags) {
+    if (IsMoving()) return CRasterMove::OnLButtonUp(x, y, flags);
     if ((flags & POINTER_TABLET) || m_state != STATE_MOUSE) return false;
     if (m_spStroke) {
         NotePlace({x, y});
@@ -172,6 +176,7 @@ bool CRasterBrushBase::PickColor(CPoint pt) {
 }
 
 bool CRasterBrushBase::OnProximityLeave() {
+    if (IsMoving()) return CRasterMove::OnProximityLeave();
     if (m_state == STATE_MOUSE) return false;
     const bool bStroke = m_state == STATE_TABLET;
     if (bStroke) {
@@ -224,6 +229,7 @@ void CRasterBrushBase::SetParams(const TBrushParam& param, const TFreehandParam&
 
 bool CRasterBrushBase::Cancel() {
     if (m_state == STATE_IDLE) return false;
+    if (IsMoving()) return CRasterMove::Cancel();
     const bool bLifted =
         m_state == STATE_TABLET && !m_lstHistory.empty() && m_lstHistory.back().pressure == 0;
     if (bLifted && m_spStroke) {

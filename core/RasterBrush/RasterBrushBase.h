@@ -26,6 +26,9 @@ public:
     bool OnProximityLeave() override;
     bool OnProximityEnter() override { return OnProximityLeave(); }
     bool OnMouseLeave() override;
+    /// Arrow keys do nothing here.
+    bool OnKeyDown(int nKey) override { return CRasterToolBase::OnKeyDown(nKey); }
+    bool OnKeyRepeat(int) override { return false; }
     /// Makes the brush a step larger or smaller, by an eighth of its size.
     bool OnCommand(int nId) override;
     bool CanCommand(int nId) const override;

@@ -65,6 +65,8 @@ public:
     /// Key events, with virtual keys.
     virtual bool OnKeyDown(int) { return false; }
     virtual bool OnKeyUp(int) { return false; }
+    /// A held key repeats.
+    virtual bool OnKeyRepeat(int) { return false; }
     /// Executes a menu command that the tool handles, and tests whether it is enabled.
     virtual bool OnCommand(int) { return false; }
     virtual bool CanCommand(int) const { return false; }

@@ -11,7 +11,7 @@ namespace {
 struct CEditTool : CTestTool {
     using CTestTool::CTestTool;
     bool OnCommand(int nId) override { return Note(std::to_string(nId)); }
-    bool CanCommand(int nId) const override { return nId == ID_SELECT_ALL; }
+    bool CanCommand(int nId) const override { return nId == ID_EDIT_CLEAR; }
     bool Cut() override { return Note("cut"); }
     bool Copy() override { return Note("copy"); }
     bool Paste() override { return Note("paste"); }
@@ -37,8 +37,8 @@ TEST(Commands, ASessionGivesTheActiveToolWhatNobodyElseDoes) {
     CToolMaker tools;
     const auto enabled = [] {
         std::string str;
-        for (const int nId : {ID_EDIT_CUT, ID_EDIT_COPY, ID_EDIT_PASTE, ID_SELECT_ALL, ID_SELECT_NONE,
-                              ID_VIEW_OUTLINE, ID_VIEW_ALL_ANCHORS, ID_PANEL_LAYER, ID_VIEW_FAST_SCROLL})
+        for (const int nId : {ID_EDIT_CUT, ID_EDIT_COPY, ID_EDIT_PASTE, ID_EDIT_CLEAR, ID_VIEW_OUTLINE,
+                              ID_VIEW_ALL_ANCHORS, ID_PANEL_LAYER, ID_VIEW_FAST_SCROLL})
             if (g_pMainFrame->IsCommandEnabled(nId)) str += std::string(FindCommandName(nId)) + " ";
         return str;
     };
@@ -48,16 +48,16 @@ TEST(Commands, ASessionGivesTheActiveToolWhatNobodyElseDoes) {
         spTool = tools.Use<CEditTool>();
         EXPECT_EQ(
             enabled(),
-            "edit-copy edit-paste select-all view-outline view-all-anchors panel-layer view-fast-scroll ");
-        player.SendCommand(ID_SELECT_ALL);
+            "edit-copy edit-paste edit-clear view-outline view-all-anchors panel-layer view-fast-scroll ");
+        player.SendCommand(ID_EDIT_CLEAR);
         EXPECT_TRUE(g_pMainFrame->OnMessage({nullptr, WM_TOOL_MESSAGE, 3, 4}));
         EXPECT_FALSE(g_pMainFrame->OnMessage({nullptr, WM_TOOL_MESSAGE, 4, 3}));
-        EXPECT_FALSE(player.TryCommand(ID_SELECT_NONE));
+        EXPECT_FALSE(player.TryCommand(ID_EDIT_CUT));
         player.GetStage().keys.Press(VK_Control, true);
         for (const int nKey : {'V', 'X', 'C'}) Press(nKey);
     });
     outside.AddStep([&](CPlayer& player) {
-        EXPECT_EQ(spTool->m_strDone, "12840 4 paste copy ");
+        EXPECT_EQ(spTool->m_strDone, "57632 4 paste copy ");
         player.GetStage().keys.Press(VK_Control, false);
         g_wpActiveFrame.lock()->GetWindow()->Destroy();
         EXPECT_EQ(enabled(), "view-outline view-all-anchors panel-layer view-fast-scroll ")
