@@ -15,7 +15,7 @@
 
 enum class ELockMode { Read, Write };
 
-/// A locked rectangle: row y starts at pData + y * nStride, each pixel is B, G, R, A with straight alpha.
+/// A locked rectangle: row y starts at pData + y * nStride (negative: bottom up), pixels B, G, R, straight A.
 struct TLockedBits {
     uint8_t* pData = nullptr;
     int nStride = 0;

@@ -1,6 +1,8 @@
 // Small platform services: time, keys, clipboard.
 #pragma once
 
+#include "core/Platform/Bitmap.h"
+
 #include <boost/shared_ptr.hpp>
 
 #include <cstdint>
@@ -36,18 +38,24 @@ public:
     virtual bool IsKeyDown(int nVirtualKey) = 0;
 };
 
-class IBitmap;
+/// A picture as a block of memory, a bitmap header with the pixels behind it (core/ImageFile/DibBlock.h).
+using TDibBytes = boost::shared_ptr<const std::string>;
 
 class IClipboard {
 public:
     virtual ~IClipboard() = default;
     virtual void SetText(const std::wstring& strText) = 0;
-    /// Replaces the clipboard's content by a picture. False without memory or clipboard.
+    /// Replaces the clipboard's content by a block of this application, in whatever forms other programs read.
+    /// Raises std::runtime_error when the clipboard cannot be opened; then its content stays.
+    virtual void SetBlock(const TDibBytes& spBlock) = 0;
+    /// Replaces the content by a picture, as another program does. False without memory or clipboard.
     virtual bool SetPicture(IBitmap& bitmap) = 0;
-    /// True while the clipboard holds a picture, of this or another program.
+    /// True while the clipboard holds a picture, of this or another program, readable or not.
     virtual bool HasPicture() = 0;
-    /// A copy of the clipboard's picture; null without one or without memory.
-    virtual boost::shared_ptr<IBitmap> GetPicture() = 0;
+    /// The clipboard's picture in the best of its forms. Fails without one, and as IImageCodecs::Load does.
+    virtual TLoadedPicture GetPicture() = 0;
+    /// The clipboard's picture as a block; null without one. A block of another program is passed on unread.
+    virtual TDibBytes GetBlock() = 0;
     /// Changes whenever the clipboard's content is replaced.
     virtual uint32_t GetChangeCount() = 0;
 };

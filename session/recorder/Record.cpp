@@ -61,14 +61,15 @@ void CRecord::FollowClipboard() {
     IClipboard& clipboard = m_platform.clipboard;
     if (!m_bBegun || clipboard.GetChangeCount() == m_uClipboard) return;
     const bool bHad = m_bPicture;
-    const auto spPicture = clipboard.GetPicture();
-    KnowClipboard(spPicture != nullptr);
+    KnowClipboard(clipboard.HasPicture());
     if (!m_bPicture && !bHad) return;
     FollowTime();
-    if (m_bPicture)
-        Write("clipboard", {{"set", WritePictureText(*spPicture)}});
-    else
-        Write("clipboard", {{"clear", true}});
+    if (!m_bPicture) return Write("clipboard", {{"clear", true}});
+    if (const TLoadedPicture picture = clipboard.GetPicture())
+        return Write("clipboard", {{"set", WritePictureText(*picture)}});
+    // A player must meet the same failure.
+    const TDibBytes spBlock = clipboard.GetBlock();
+    Write("clipboard", {{"setBlock", WriteBlockText(spBlock ? *spBlock : std::string())}});
 }
 
 void CRecord::KnowClipboard(bool bPicture) {

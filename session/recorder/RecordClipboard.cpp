@@ -7,6 +7,11 @@ void CRecordClipboard::SetText(const std::wstring& strText) {
     m_record.KnowClipboard(false);
 }
 
+void CRecordClipboard::SetBlock(const TDibBytes& spBlock) {
+    m_clipboard.SetBlock(spBlock);
+    m_record.KnowClipboard(true);
+}
+
 bool CRecordClipboard::SetPicture(IBitmap& bitmap) {
     const bool bSet = m_clipboard.SetPicture(bitmap);
     if (bSet) m_record.KnowClipboard(true);
@@ -18,7 +23,12 @@ bool CRecordClipboard::HasPicture() {
     return m_clipboard.HasPicture();
 }
 
-boost::shared_ptr<IBitmap> CRecordClipboard::GetPicture() {
+TLoadedPicture CRecordClipboard::GetPicture() {
     m_record.FollowClipboard();
     return m_clipboard.GetPicture();
+}
+
+TDibBytes CRecordClipboard::GetBlock() {
+    m_record.FollowClipboard();
+    return m_clipboard.GetBlock();
 }

@@ -14,9 +14,11 @@ public:
     CRecordClipboard(CRecord& record, IClipboard& clipboard) : m_record(record), m_clipboard(clipboard) {}
 
     void SetText(const std::wstring& strText) override;
+    void SetBlock(const TDibBytes& spBlock) override;
     bool SetPicture(IBitmap& bitmap) override;
     bool HasPicture() override;
-    boost::shared_ptr<IBitmap> GetPicture() override;
+    TLoadedPicture GetPicture() override;
+    TDibBytes GetBlock() override;
     uint32_t GetChangeCount() override { return m_clipboard.GetChangeCount(); }
 
 private:

@@ -1,14 +1,17 @@
 // The verb "clipboard": another program's copy and paste.
 #include "core/Base/Text.h"
-#include "core/Platform/Bitmap.h"
+#include "core/Platform/Files.h"
 #include "core/Platform/System.h"
 #include "session/scripts/Player.h"
 #include "session/scripts/Verbs.h"
 #include "system/pictures/Pictures.h"
 
+#include <boost/make_shared.hpp>
 #include <nlohmann/json.hpp>
 
 namespace {
+
+constexpr char NOTHING_THERE[] = "there is no picture on the clipboard";
 
 TAction Set(const CScriptValue& value) {
     const std::wstring strPath = value.Text();
@@ -30,9 +33,35 @@ TAction Get(const CScriptValue& value) {
     if (!EqualNoCase(ExtensionOf(strPath), L".png")) value.Refuse("must be the name of a .png file");
     return [=](CPlayer& player) {
         const TPlatform& platform = player.GetStage().platform;
-        const auto spPicture = platform.clipboard.GetPicture();
-        if (!spPicture) throw step_failure("there is no picture on the clipboard");
-        if (!platform.codecs.Save(strPath, *spPicture))
+        if (!platform.clipboard.HasPicture()) throw step_failure(NOTHING_THERE);
+        const TLoadedPicture picture = platform.clipboard.GetPicture();
+        if (!picture)
+            throw step_failure("the clipboard's picture cannot be read: " +
+                               ToUtf8(AdviceFor(picture.failure)));
+        if (!platform.codecs.Save(strPath, *picture))
+            throw step_failure(ToUtf8(strPath) + " cannot be written");
+    };
+}
+
+TAction SetBlock(const CScriptValue& value) {
+    const std::wstring strPath = value.Text();
+    const std::string strText = value.Utf8();
+    return [=](CPlayer& player) {
+        const TPlatform& platform = player.GetStage().platform;
+        const TFileBytes bytes =
+            IsBlockText(strText) ? ReadPictureText(strText) : platform.files.Read(strPath);
+        if (!bytes) throw step_failure("the block for the clipboard cannot be read");
+        platform.clipboard.SetBlock(boost::make_shared<std::string>(*bytes));
+    };
+}
+
+TAction GetBlock(const CScriptValue& value) {
+    const std::wstring strPath = value.Text();
+    return [=](CPlayer& player) {
+        const TPlatform& platform = player.GetStage().platform;
+        const TDibBytes spBlock = platform.clipboard.GetBlock();
+        if (!spBlock) throw step_failure(NOTHING_THERE);
+        if (!platform.files.Replace(strPath, *spBlock))
             throw step_failure(ToUtf8(strPath) + " cannot be written");
     };
 }
@@ -40,10 +69,13 @@ TAction Get(const CScriptValue& value) {
 } // namespace
 
 TAction ReadClipboard(const CScriptValue& value) {
-    value.Object({"set", "get", "clear"});
-    if (value.GetJson().size() != 1) value.Refuse("must have one of \"set\", \"get\", \"clear\"");
+    value.Object({"set", "get", "setBlock", "getBlock", "clear"});
+    if (value.GetJson().size() != 1)
+        value.Refuse("must have one of \"set\", \"get\", \"setBlock\", \"getBlock\", \"clear\"");
     if (value.Has("set")) return Set(value.At("set"));
     if (value.Has("get")) return Get(value.At("get"));
+    if (value.Has("setBlock")) return SetBlock(value.At("setBlock"));
+    if (value.Has("getBlock")) return GetBlock(value.At("getBlock"));
     if (!value.At("clear").Flag()) value.Refuse("\"clear\" can only be true");
     return [](CPlayer& player) { player.GetStage().platform.clipboard.SetText({}); };
 }

@@ -1,20 +1,27 @@
 #include "session/seam/SessionClipboard.h"
 
+#include "core/ImageFile/DibBlock.h"
 #include "system/pictures/Pictures.h"
 
-void CSessionClipboard::SetText(const std::wstring&) {
+void CSessionClipboard::SetText(const std::wstring&) { SetBlock(nullptr); }
+
+void CSessionClipboard::SetBlock(const TDibBytes& spBlock) {
     m_spPicture.reset();
+    m_spBlock = spBlock;
     ++m_uChanges;
 }
 
 bool CSessionClipboard::SetPicture(IBitmap& bitmap) {
     const auto spCopy = CopyPicture(bitmap);
     if (!spCopy) return false;
+    SetBlock(nullptr);
     m_spPicture = spCopy;
-    ++m_uChanges;
     return true;
 }
 
-boost::shared_ptr<IBitmap> CSessionClipboard::GetPicture() {
-    return m_spPicture ? CopyPicture(*m_spPicture) : nullptr;
+TLoadedPicture CSessionClipboard::GetPicture() {
+    if (m_spBlock) return ReadDibBlock(m_spBlock);
+    return m_spPicture ? CopyPicture(*m_spPicture) : TLoadedPicture(EFileFailure::Missing);
 }
+
+TDibBytes CSessionClipboard::GetBlock() { return m_spPicture ? MakeDibBlock(*m_spPicture) : m_spBlock; }

@@ -1,4 +1,5 @@
-// Copies of pictures: in memory, and as text, a PNG in base64 after "data:image/png;base64,".
+// Copies of pictures: in memory, and as text, in base64 after "data:image/png;base64," (a PNG) or
+// "data:image/x-dib;base64," (a clipboard's block).
 #pragma once
 
 #include <boost/shared_ptr.hpp>
@@ -14,5 +15,8 @@ boost::shared_ptr<IBitmap> CopyPicture(IBitmap& bitmap);
 std::string WritePictureText(IBitmap& bitmap);
 /// True when the text starts with the picture prefix.
 bool IsPictureText(std::string_view strText);
-/// The bytes of the PNG in the text; characters that are not base64 are skipped.
+/// The same for the bytes of a block.
+std::string WriteBlockText(const std::string& strBlock);
+bool IsBlockText(std::string_view strText);
+/// The bytes in either text; characters that are not base64 are skipped.
 std::string ReadPictureText(std::string_view strText);

@@ -42,15 +42,25 @@ bool CQtBitmap::UnlockBits() {
     return bWasLocked;
 }
 
+namespace {
+
+// Refers to the pixels, but for rows that lie bottom up, which no QImage can refer to.
+QImage ImageOf(const TLockedBits& bits, int32_t nWidth, int32_t nHeight) {
+    const uint8_t* pFirst = bits.pData;
+    if (bits.nStride < 0) pFirst += static_cast<ptrdiff_t>(bits.nStride) * (nHeight - 1);
+    const QImage image(pFirst, nWidth, nHeight, std::abs(bits.nStride), QImage::Format_ARGB32);
+    return bits.nStride < 0 ? image.mirrored() : image;
+}
+
+} // namespace
+
 CLockedImage::CLockedImage(IBitmap& bitmap) : m_bitmap(bitmap) {
     int32_t nWidth = 0;
     int32_t nHeight = 0;
     if (!bitmap.GetWidth(nWidth) || !bitmap.GetHeight(nHeight)) return;
     TLockedBits bits;
     m_bLocked = bitmap.LockBits({0, 0, nWidth, nHeight}, ELockMode::Read, bits);
-    if (m_bLocked)
-        m_image = QImage(const_cast<const uint8_t*>(bits.pData), nWidth, nHeight, bits.nStride,
-                         QImage::Format_ARGB32);
+    if (m_bLocked) m_image = ImageOf(bits, nWidth, nHeight);
     m_image.setDotsPerMeterX(DOTS_PER_METRE);
     m_image.setDotsPerMeterY(DOTS_PER_METRE);
 }

@@ -1,5 +1,8 @@
+#include "core/ImageFile/DibBlock.h"
 #include "session/seam/SessionClipboard.h"
 #include "tests/session/ScriptedSession.h"
+
+#include <gmock/gmock.h>
 
 namespace {
 
@@ -36,6 +39,36 @@ TEST_F(Clipboard, AScriptPutsAPictureThereAndTakesItWithItsAlpha) {
               "s:1: the picture for the clipboard cannot be read");
     EXPECT_EQ(Play(R"({"clipboard":{"set":"data:image/png;base64,AAAA"}})"),
               "s:1: the picture for the clipboard cannot be read");
+}
+
+TEST_F(Clipboard, ABlockIsPutThereAndTakenByteByByteReadableOrNot) {
+    const std::string strGet = "{\"clipboard\":{\"getBlock\":\"b.dib\"}}\n";
+    const std::string strSet = "{\"clipboard\":{\"setBlock\":\"a.dib\"}}\n";
+    std::string& strBlock = m_files.m_mapFiles[L"a.dib"] = *MakeDibBlock(*MakePicture(PIXELS));
+    EXPECT_EQ(Play(strSet + strGet + GET), "");
+    EXPECT_EQ(m_files.m_mapFiles[L"b.dib"], strBlock);
+    EXPECT_EQ(Bytes(m_codecs.Load(L"b.png")), PIXELS);
+    EXPECT_EQ(Play(strSet + CLEAR + strGet), "s:3: there is no picture on the clipboard");
+    ASSERT_TRUE(m_codecs.Save(L"a.png", *MakePicture(PIXELS)));
+    m_files.m_mapFiles.erase(L"b.dib");
+    EXPECT_EQ(Play(strSet + SET + strGet), "");
+    EXPECT_EQ(m_files.m_mapFiles[L"b.dib"], strBlock);
+    EXPECT_EQ(Play(R"({"clipboard":{"setBlock":"none.dib"}})"),
+              "s:1: the block for the clipboard cannot be read");
+
+    // A record holds the pixels of what another program copied, or the block where there are none.
+    const auto record = [&] {
+        EXPECT_EQ(Record(strSet + "{\"key\":{\"down\":16}}\n"), "");
+        return m_strRecord.substr(0, m_strRecord.find("{\"close\""));
+    };
+    EXPECT_EQ(Play(record() + GET), "");
+    EXPECT_THAT(m_strRecord, testing::HasSubstr(R"({"clipboard":{"set":"data:image/png;base64,)"));
+    EXPECT_EQ(Bytes(m_codecs.Load(L"b.png")), PIXELS);
+    strBlock = "junk";
+    const std::string strRecord = record();
+    EXPECT_EQ(Play(strRecord + strGet), "");
+    EXPECT_EQ(m_files.m_mapFiles[L"b.dib"], "junk");
+    EXPECT_THAT(Play(strRecord + GET), testing::HasSubstr("the clipboard's picture cannot be read: "));
 }
 
 } // namespace

@@ -4,8 +4,6 @@
 #include "core/Platform/Files.h"
 #include "core/Platform/Window.h"
 #include "system/environment/TickClock.h"
-#include "system/pictures/QtBitmap.h"
-#include "ui/base/QtText.h"
 #include "ui/input/QtEventPump.h"
 #include "ui/input/QtKeyFilter.h"
 #include "ui/input/QtPen.h"
@@ -15,59 +13,16 @@
 #include "ui/modal/QtProgress.h"
 #include "ui/panels/QtPanel.h"
 #include "ui/panels/QtPanelDocks.h"
+#include "ui/platform/QtClipboard.h"
 #include "ui/platform/QtSessionEnd.h"
 #include "ui/windows/QtCanvasWindow.h"
 #include "ui/windows/QtMainWindow.h"
 
 #include <QBuffer>
-#include <QClipboard>
-#include <QGuiApplication>
-#include <QMimeData>
 #include <QPixmap>
 #include <QPointer>
 
 namespace {
-
-class CQtClipboard : public IClipboard {
-public:
-    void SetText(const std::wstring& strText) override {
-        if (QClipboard* pClipboard = Find()) pClipboard->setText(ToQt(strText));
-    }
-    bool SetPicture(IBitmap& bitmap) override {
-        QClipboard* pClipboard = Find();
-        const QImage image = pClipboard ? CopyToImage(bitmap) : QImage();
-        if (image.isNull()) return false;
-        pClipboard->setImage(image);
-        return true;
-    }
-    bool HasPicture() override {
-        const QClipboard* pClipboard = Find();
-        const QMimeData* pData = pClipboard ? pClipboard->mimeData() : nullptr;
-        return pData && pData->hasImage();
-    }
-    boost::shared_ptr<IBitmap> GetPicture() override {
-        const QClipboard* pClipboard = Find();
-        return MakeBitmap(pClipboard ? pClipboard->image() : QImage());
-    }
-    uint32_t GetChangeCount() override {
-        Find();
-        return m_uChanges;
-    }
-
-private:
-    QClipboard* Find() {
-        if (!EnsureApplication()) return nullptr;
-        QClipboard* pClipboard = QGuiApplication::clipboard();
-        if (!m_pWatch) {
-            m_pWatch = std::make_unique<QObject>();
-            QObject::connect(pClipboard, &QClipboard::dataChanged, m_pWatch.get(), [this] { ++m_uChanges; });
-        }
-        return pClipboard;
-    }
-
-    std::unique_ptr<QObject> m_pWatch; ///< removes the connection
-    uint32_t m_uChanges = 1;           ///< the initial content counts as a change
-};
 
 class CQtWindowFactory : public IWindowFactory {
 public:
@@ -112,10 +67,10 @@ struct CQtPlatform::TParts {
            IImageCodecs& codecs, ISnapshotStore& snapshots)
         : m_queue(queue), m_pump(queue, m_keyState),
           m_pKeys(EnsureApplication() ? std::make_unique<CQtKeyFilter>(m_pump, m_keyState) : nullptr),
-          m_windows(m_pump, m_pKeys.get(), m_pen), m_platform{queue,     m_windows, m_boxes,    m_fileDialogs,
-                                                              m_dialogs, files,     locations,  modules,
-                                                              codecs,    m_clock,   m_keyState, m_clipboard,
-                                                              snapshots, m_pen,     m_progress} {}
+          m_windows(m_pump, m_pKeys.get(), m_pen),
+          m_clipboard(codecs), m_platform{queue,      m_windows,   m_boxes,   m_fileDialogs, m_dialogs,
+                                          files,      locations,   modules,   codecs,        m_clock,
+                                          m_keyState, m_clipboard, snapshots, m_pen,         m_progress} {}
 
     CMessageQueue& m_queue;
     CQtKeyState m_keyState;

@@ -1,0 +1,39 @@
+// The desktop's clipboard.
+#pragma once
+
+#include "core/Platform/System.h"
+
+#include <boost/noncopyable.hpp>
+
+#include <QClipboard>
+#include <QObject>
+
+#include <memory>
+#include <optional>
+
+class IImageCodecs;
+
+/// Offers a copied block to other programs as PNG, as a bitmap file with alpha, and in the forms that Qt
+/// knows. Reads theirs in the form that keeps most: PNG, bitmap file, whatever Qt decodes.
+class CQtClipboard : public IClipboard, boost::noncopyable {
+public:
+    explicit CQtClipboard(IImageCodecs& codecs) : m_codecs(codecs) {}
+
+    void SetText(const std::wstring& strText) override;
+    void SetBlock(const TDibBytes& spBlock) override;
+    bool SetPicture(IBitmap& bitmap) override;
+    bool HasPicture() override;
+    TLoadedPicture GetPicture() override;
+    TDibBytes GetBlock() override;
+    uint32_t GetChangeCount() override;
+
+private:
+    /// The clipboard; null where no window can be shown.
+    QClipboard* Find();
+    const QMimeData* FindData();
+
+    IImageCodecs& m_codecs;
+    std::unique_ptr<QObject> m_pWatch; ///< removes the connection
+    uint32_t m_uChanges = 1;           ///< the initial content counts as a change
+    std::optional<bool> m_bPicture;    ///< asking another program takes time: once for each change
+};
