@@ -38,6 +38,7 @@ public:
     CPoint ToClient(CPoint ptCanvas) const override { return m_view.ToWindow8(ptCanvas); }
     CPoint ToClientPixel(CPoint ptCanvas) const override { return m_view.PixelAt8(ptCanvas); }
     CPoint ToCanvas(CPoint ptClient) const override { return m_view.ToCanvas8(ptClient); }
+    CRect GetShownRect() const override { return m_view.GetShownRect(); }
     int32_t GetDpi() const override;
     CFrameInput& GetInput() { return m_input; }
 

@@ -62,6 +62,14 @@ CPoint CCanvasView::ToWindow8(CPoint ptCanvas) const { return Map(ptCanvas, 8, 4
 
 CPoint CCanvasView::PixelAt8(CPoint ptCanvas) const { return Map(ptCanvas, 8, 0); }
 
+CRect CCanvasView::GetShownRect() const {
+    const CPoint pt1 = ToCanvas8({0, 0});
+    const CPoint pt2 = ToCanvas8({m_szClient.cx, m_szClient.cy});
+    const CRect rc(std::min(pt1.x, pt2.x) / 8, std::min(pt1.y, pt2.y) / 8, (std::max(pt1.x, pt2.x) + 7) / 8,
+                   (std::max(pt1.y, pt2.y) + 7) / 8);
+    return rc.Intersect(CRect({0, 0}, m_szCanvas));
+}
+
 CRect CCanvasView::ToWindow(const CRect& rcCanvas) const {
     const CPoint pt1 = ToWindow(CPoint{rcCanvas.left, rcCanvas.top});
     const CPoint pt2 = ToWindow(CPoint{rcCanvas.right, rcCanvas.bottom});

@@ -29,6 +29,8 @@ public:
     CPoint ToWindow8(CPoint ptCanvas) const;
     /// The window pixel that holds a canvas position in eighths of a pixel.
     CPoint PixelAt8(CPoint ptCanvas) const;
+    /// The canvas's pixels that the window shows, also in part; empty for none.
+    CRect GetShownRect() const;
     /// A canvas rectangle in the window, ordered.
     CRect ToWindow(const CRect& rcCanvas) const;
 

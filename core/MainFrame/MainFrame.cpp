@@ -29,15 +29,20 @@ void CreateMainFrame() {
 
 CMainFrame::CMainFrame()
     : m_heldKeys(g_AppModule.GetPlatform().keys, m_shortcuts),
-      m_outside{g_AppModule.GetPlatform().clock,
-                m_heldKeys,
-                m_random,
-                g_AppModule.GetSettings(),
-                g_Switches,
-                g_AppModule.GetPlatform().codecs,
-                m_contact,
-                [](int nId) { PostToMainFrame(EMessage::Command, nId); },
-                [this](EToolNotice notice) { OnToolNotice(notice); }},
+      m_exchange(g_AppModule.GetPlatform().clipboard), m_outside{g_AppModule.GetPlatform().clock,
+                                                                 m_heldKeys,
+                                                                 m_random,
+                                                                 g_AppModule.GetSettings(),
+                                                                 g_Switches,
+                                                                 g_AppModule.GetPlatform().codecs,
+                                                                 m_contact,
+                                                                 m_exchange,
+                                                                 [](int nId) {
+                                                                     PostToMainFrame(EMessage::Command, nId);
+                                                                 },
+                                                                 [this](EToolNotice notice) {
+                                                                     OnToolNotice(notice);
+                                                                 }},
       m_recentList(g_AppModule.GetPlatform().files,
                    CRecentDocumentList::FindPath(g_AppModule.GetPlatform().locations)),
       m_pictures(g_AppModule.GetPlatform().files,

@@ -15,6 +15,7 @@
 #include "core/Panels/PanelRest.h"
 #include "core/Panels/Panels.h"
 #include "core/Platform/Window.h"
+#include "core/RasterMove/CanvasClipboard.h"
 #include "core/RasterStroke/StrokeRandom.h"
 #include "core/Tools/PenContact.h"
 #include "core/Tools/Tools.h"
@@ -136,6 +137,7 @@ private:
     CHeldKeys m_heldKeys;
     CStrokeRandom m_random; ///< the random sequence of all strokes of a session
     CPenContact m_contact;
+    CCanvasClipboard m_exchange;
     TToolOutside m_outside;
     boost::shared_ptr<CTools> m_spActiveTool;
     bool m_bEraserEnd = false;   ///< the pen's eraser end is near

@@ -6,6 +6,7 @@
 #include "core/Platform/System.h"
 #include "core/RasterMove/SelectionCommands.h"
 #include "core/Tools/PenContact.h"
+#include "core/Tools/PictureExchange.h"
 
 #include <boost/make_shared.hpp>
 
@@ -191,3 +192,11 @@ bool CRasterMove::OnCommand(int nId) {
     if (nId == ID_SELECT_NONE) return Deselect(spCanvas);
     return ClearSelected(spCanvas, L"選択範囲を消去");
 }
+
+bool CRasterMove::CanCopy() const {
+    const auto spCanvas = GetCanvas();
+    return m_state == STATE_IDLE && spCanvas && CanClear(*spCanvas);
+}
+
+bool CRasterMove::Copy() { return CanCopy() && GetOutside().exchange.Copy(GetCanvas()); }
+bool CRasterMove::Cut() { return CanCut() && GetOutside().exchange.Cut(GetCanvas()); }

@@ -36,6 +36,11 @@ public:
     /// Select all, deselect, and clear the selected pixels.
     bool OnCommand(int nId) override;
     bool CanCommand(int nId) const override;
+    /// The clipboard takes what is selected on the active raster layer.
+    bool Copy() override;
+    bool Cut() override;
+    bool CanCopy() const override;
+    bool CanCut() const override { return CanCopy(); }
 
 protected:
     /// Starts a drag of the layer's floating or selected pixels, with `bWhole` of the layer's whole content

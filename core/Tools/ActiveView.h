@@ -20,6 +20,8 @@ public:
     virtual CPoint ToClientPixel(CPoint ptCanvas) const = 0;
     /// Canvas position in eighths of a pixel under a client position.
     virtual CPoint ToCanvas(CPoint ptClient) const = 0;
+    /// The canvas's pixels that the view shows, also in part; empty for none.
+    virtual CRect GetShownRect() const = 0;
     /// Dots per inch of the view's window.
     virtual int32_t GetDpi() const = 0;
     /// Redraws the changed parts of the canvas and the tool's overlay.

@@ -9,6 +9,7 @@ class CPenContact;
 class IClock;
 class IImageCodecs;
 class IKeyState;
+class IPictureExchange;
 struct TGlobalSwitches;
 
 /// Notifications from a tool to the panels.
@@ -27,6 +28,7 @@ struct TToolOutside {
     const TGlobalSwitches& switches;
     IImageCodecs& codecs;
     CPenContact& contact;
+    IPictureExchange& exchange;
     boost::function<void(int nId)> fnCommand; ///< sends the main frame a menu command
     boost::function<void(EToolNotice)> fnNotify;
 };

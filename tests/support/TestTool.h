@@ -1,6 +1,8 @@
 // A tool that does nothing, and what tools work with in a running session.
 #pragma once
 
+#include "core/RasterMove/CanvasClipboard.h"
+#include "session/seam/SessionClipboard.h"
 #include "tests/support/Session.h"
 
 class CTestTool : public CTools {
@@ -19,7 +21,7 @@ public:
     boost::shared_ptr<Tool> Use() {
         const TPlatform& p = g_AppModule.GetPlatform();
         m_pOutside.reset(new TToolOutside{p.clock, p.keys, m_random, g_AppModule.GetSettings(), g_Switches,
-                                          p.codecs, m_contact, [](int) {}, [](EToolNotice) {}});
+                                          p.codecs, m_contact, m_exchange, [](int) {}, [](EToolNotice) {}});
         const auto spTool = boost::make_shared<Tool>(*m_pOutside);
         g_wpActiveTool = spTool;
         return spTool;
@@ -28,5 +30,7 @@ public:
 
 private:
     CPenContact m_contact;
+    CSessionClipboard m_clipboard;
+    CCanvasClipboard m_exchange{m_clipboard};
     std::unique_ptr<TToolOutside> m_pOutside;
 };

@@ -52,6 +52,22 @@ TEST(CanvasView, PositionsGoThereAndBackUnderEveryView) {
     EXPECT_EQ(rc.Size(), (CSize{200, 300}));
 }
 
+TEST(CanvasView, TheShownRectangleIsThePixelsUnderTheWindow) {
+    EXPECT_EQ(MakeView({100, 50}, {48, 90}).GetShownRect(), CRect(0, 0, 100, 50));
+    for (int n = 0; n < 16; ++n)
+        for (const uint16_t uZoom : {48, 24, 768}) {
+            const auto uAngle = static_cast<uint16_t>(n / 4 * 90);
+            const CCanvasView view = MakeView({3000, 2001}, {uZoom, uAngle, n % 2 == 1, n % 4 > 1});
+            const CRect rc = view.ToWindow(view.GetShownRect());
+            const int nMost =
+                std::max(uZoom / 48, 2); // one canvas pixel more than the window, in window pixels
+            EXPECT_TRUE(rc.left <= 0 && rc.left > -nMost && rc.top <= 0 && rc.top > -nMost)
+                << n << ' ' << uZoom;
+            EXPECT_TRUE(rc.right >= CLIENT.cx && rc.right < CLIENT.cx + nMost) << n << ' ' << uZoom;
+            EXPECT_TRUE(rc.bottom >= CLIENT.cy && rc.bottom < CLIENT.cy + nMost) << n << ' ' << uZoom;
+        }
+}
+
 TEST(CanvasView, ChangingTheViewKeepsTheCentre) {
     CCanvasView view = MakeView({3000, 2000});
     view.ScrollTo({700, 900});

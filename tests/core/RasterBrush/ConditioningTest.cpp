@@ -1,3 +1,4 @@
+#include "core/RasterMove/CanvasClipboard.h"
 #include "tests/session/ScriptedSession.h"
 #include "tests/support/LayerPictures.h"
 
@@ -17,6 +18,7 @@ struct CView : IActiveView {
     CPoint ToClient(CPoint pt) const override { return {pt.x / 8, pt.y / 8}; }
     CPoint ToClientPixel(CPoint pt) const override { return ToClient(pt); }
     CPoint ToCanvas(CPoint pt) const override { return {pt.x * 8, pt.y * 8}; }
+    CRect GetShownRect() const override { return {}; }
     int32_t GetDpi() const override { return DPI_NORMAL; }
     void RequestRedraw() override {}
     boost::shared_ptr<CCanvasBuffer> m_spCanvas = MakePage({200, 100});
@@ -50,6 +52,7 @@ protected:
     CIniConfig m_config{L"/v.ini", m_files};
     CStrokeRandom m_random;
     CPenContact m_contact;
+    CCanvasClipboard m_exchange{m_session.GetPlatform().clipboard};
     const TGlobalSwitches m_switches;
     TToolOutside m_outside{m_session.GetPlatform().clock,
                            m_session.GetPlatform().keys,
@@ -58,6 +61,7 @@ protected:
                            m_switches,
                            m_codecs,
                            m_contact,
+                           m_exchange,
                            {},
                            [](EToolNotice) {}};
     boost::shared_ptr<CProbe> m_spTool = boost::make_shared<CProbe>(m_outside);
