@@ -74,6 +74,9 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "vellumcraft: there is no display\n");
         return 1;
     }
+    const struct CApplicationEnd {
+        ~CApplicationEnd() { EndApplication(); }
+    } end;
     try {
         CInstance instance(QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation).toStdString());
         const auto start = arguments.bNewWindow ? CInstance::EStart::Alone : instance.Begin(arguments.vFiles);

@@ -12,6 +12,8 @@
 #include <QTranslator>
 #include <QWidget>
 
+#include <utility>
+
 namespace {
 
 constexpr char JAPANESE_FAMILY[] = "Noto Sans CJK JP";
@@ -59,6 +61,8 @@ bool EnsureApplication() {
     const auto* pApplication = qobject_cast<QApplication*>(QCoreApplication::instance());
     return pApplication && pApplication->thread() == QThread::currentThread();
 }
+
+void EndApplication() { delete std::exchange(g_pOwn, nullptr); }
 
 bool OwnsApplication() { return g_pOwn && QCoreApplication::instance() == g_pOwn; }
 

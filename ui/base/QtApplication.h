@@ -8,11 +8,14 @@
 class QFont;
 class QWidget;
 
-/// Creates the application object when the process has none. It stays for the life of the process, as Qt
-/// does not support a restart inside a host. A host's own object is used as it is. Returns false when
+/// Creates the application object when the process has none. It stays for the life of a host, inside
+/// which Qt does not support a restart. A host's own object is used as it is. Returns false when
 /// windows cannot be shown from this thread: no display, an application object without widgets, or another
 /// thread's.
 bool EnsureApplication();
+/// Destroys an object that was created here, at the end of a program that has no window left. With it Qt hands
+/// the clipboard's content over to the desktop's clipboard manager, if there is one.
+void EndApplication();
 /// True when the application object was created here, so that its settings may be changed.
 bool OwnsApplication();
 
