@@ -45,8 +45,8 @@ class IClipboard {
 public:
     virtual ~IClipboard() = default;
     virtual void SetText(const std::wstring& strText) = 0;
-    /// Replaces the clipboard's content by a block of this application, in whatever forms other programs read.
-    /// Raises std::runtime_error when the clipboard cannot be opened; then its content stays.
+    /// Replaces the clipboard's content by a block of this application, in whatever forms other programs
+    /// read. Raises std::runtime_error when the clipboard cannot be opened; then its content stays.
     virtual void SetBlock(const TDibBytes& spBlock) = 0;
     /// Replaces the content by a picture, as another program does. False without memory or clipboard.
     virtual bool SetPicture(IBitmap& bitmap) = 0;

@@ -13,8 +13,8 @@ class QWidget;
 /// windows cannot be shown from this thread: no display, an application object without widgets, or another
 /// thread's.
 bool EnsureApplication();
-/// Destroys an object that was created here, at the end of a program that has no window left. With it Qt hands
-/// the clipboard's content over to the desktop's clipboard manager, if there is one.
+/// Destroys an object that was created here, at the end of a program that has no window left. With it Qt
+/// hands the clipboard's content over to the desktop's clipboard manager, if there is one.
 void EndApplication();
 /// True when the application object was created here, so that its settings may be changed.
 bool OwnsApplication();
