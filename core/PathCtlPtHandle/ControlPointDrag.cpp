@@ -16,25 +16,28 @@ using TLabel = const wchar_t*;
 /// The dragged part of a point; the number of its label.
 enum EDragKind : int { DRAG_HANDLE = 1, DRAG_ANCHOR = 2, DRAG_END = 3 };
 
-// The labels of the actions, by class of point and kind of drag.
-template <class TPoint, int kind>
-constexpr TLabel DRAG_LABEL = nullptr;
-template <>
-constexpr TLabel DRAG_LABEL<CPathControlPoint, DRAG_HANDLE> = L"ハンドルの移動";
-template <>
-constexpr TLabel DRAG_LABEL<CPathControlPoint, DRAG_ANCHOR> = L"アンカーの移動";
-template <>
-constexpr TLabel DRAG_LABEL<CPathWidthControlPoint, DRAG_ANCHOR> = L"太さ記号の移動";
-template <>
-constexpr TLabel DRAG_LABEL<CPathWidthControlPoint, DRAG_HANDLE> = L"太さ記号の変形";
-template <>
-constexpr TLabel DRAG_LABEL<CPathTransControlPoint, DRAG_ANCHOR> = L"透明化制御点の移動";
-template <>
-constexpr TLabel DRAG_LABEL<CPathTransControlPoint, DRAG_HANDLE> = L"透明化角度の変更";
-template <>
-constexpr TLabel DRAG_LABEL<COpenPathRoundTerm, DRAG_END> = L"丸い先端の変形";
-template <>
-constexpr TLabel DRAG_LABEL<COpenPathFlatTerm, DRAG_END> = L"平らな先端の変形";
+// The labels of the actions, by class of point (the tag of its stored form) and kind of drag.
+constexpr struct {
+    uint32_t uPoint;
+    int kind;
+    TLabel pszLabel;
+} DRAG_LABELS[] = {
+    {CPathControlPoint::CHUNK_TAG, DRAG_HANDLE, L"ハンドルの移動"},
+    {CPathControlPoint::CHUNK_TAG, DRAG_ANCHOR, L"アンカーの移動"},
+    {CPathWidthControlPoint::CHUNK_TAG, DRAG_ANCHOR, L"太さ記号の移動"},
+    {CPathWidthControlPoint::CHUNK_TAG, DRAG_HANDLE, L"太さ記号の変形"},
+    {CPathTransControlPoint::CHUNK_TAG, DRAG_ANCHOR, L"透明化制御点の移動"},
+    {CPathTransControlPoint::CHUNK_TAG, DRAG_HANDLE, L"透明化角度の変更"},
+    {COpenPathRoundTerm::CHUNK_TAG, DRAG_END, L"丸い先端の変形"},
+    {COpenPathFlatTerm::CHUNK_TAG, DRAG_END, L"平らな先端の変形"},
+};
+
+// Null for a drag that no point has.
+constexpr TLabel DragLabel(uint32_t uPoint, int kind) {
+    for (const auto& row : DRAG_LABELS)
+        if (row.uPoint == uPoint && row.kind == kind) return row.pszLabel;
+    return nullptr;
+}
 
 // The same point after undo steps that recreated it: ends are replaced when their type changes.
 boost::shared_ptr<CPathControlPointBase> Present(const CPathObject&,
@@ -52,13 +55,15 @@ class CDragHistory : public CHistory {
 public:
     CDragHistory(const boost::shared_ptr<TObject>& spObject, const boost::shared_ptr<TPoint>& spPoint,
                  const CSerializer& before, const CSerializer& after)
-        : CHistory(DRAG_LABEL<TPoint, kind>), m_spObject(spObject), m_spPoint(spPoint), m_before(before),
-          m_after(after) {}
+        : CHistory(LABEL), m_spObject(spObject), m_spPoint(spPoint), m_before(before), m_after(after) {}
 
     void Undo() override { Write(m_before); }
     void Redo() override { Write(m_after); }
 
 private:
+    static constexpr TLabel LABEL = DragLabel(TPoint::CHUNK_TAG, kind);
+    static_assert(LABEL);
+
     void Write(const CSerializer& values) {
         CDeserializer reader(values);
         Present(*m_spObject, m_spPoint)->Deserialize(reader);
