@@ -12,7 +12,8 @@
 template <class T, class S>
 class CSymmetricHistory : public CHistory {
 public:
-    /// Exchanges the state with the target's; must ignore a null target. Never throws.
+    /// Exchanges the state with the target's; must ignore a null target. On an exception nothing is
+    /// exchanged; one that a CSymmetricHistoryHelper calls never throws.
     using TSwap = void (*)(const boost::shared_ptr<T>& spTarget, S* pState);
     /// Memory of the state that is not shared with the target; 0 for a null target. Never throws.
     using TCount = size_t (*)(const boost::shared_ptr<T>& spTarget, const S& state);

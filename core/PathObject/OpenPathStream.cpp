@@ -140,14 +140,14 @@ TOutlineSource COpenPathStream::GetSource(size_t state) const {
     return source;
 }
 
-void COpenPathStream::Rebuild(size_t state) {
+boost::shared_ptr<const COpenPathStream::TOutlines> COpenPathStream::Build(size_t state) {
     TOutlineSource source = GetSource(state);
     const CTermAtState begin(*m_spBegin, state);
     const CTermAtState end(*m_spEnd, state);
     source.pBegin = &begin;
     source.pEnd = &end;
     if (!m_spBuilder) m_spBuilder = boost::make_shared<COutlineBuilder>();
-    m_aspOutline[state] = boost::make_shared<const TOutlines>(m_spBuilder->Build(source));
+    return boost::make_shared<const TOutlines>(m_spBuilder->Build(source));
 }
 
 bool COpenPathStream::AreStatesEqual() const {
@@ -163,18 +163,16 @@ size_t COpenPathStream::CountBuiltRuns() const { return m_spBuilder ? m_spBuilde
 void COpenPathStream::Update() {
     RefreshCaches(STATE_COMMITTED);
     RefreshCaches(STATE_LIVE);
-    Rebuild(STATE_COMMITTED);
-    if (AreStatesEqual()) {
-        m_aspOutline[STATE_LIVE] = m_aspOutline[STATE_COMMITTED];
-        m_spBuilder.reset();
-        return;
-    }
-    Rebuild(STATE_LIVE);
+    // Both outlines are replaced, or none if that fails.
+    const bool bEqual = AreStatesEqual();
+    const auto spCommitted = Build(STATE_COMMITTED);
+    m_aspOutline = {spCommitted, bEqual ? spCommitted : Build(STATE_LIVE)};
+    if (bEqual) m_spBuilder.reset();
 }
 
 void COpenPathStream::UpdateDrag() {
     RefreshCaches(STATE_LIVE);
-    Rebuild(STATE_LIVE);
+    m_aspOutline[STATE_LIVE] = Build(STATE_LIVE);
     if (AreStatesEqual()) m_spBuilder.reset(); // the drag was cancelled
 }
 

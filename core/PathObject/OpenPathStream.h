@@ -60,6 +60,9 @@ public:
     /// The same for the live state only: a drag shows other marks, until Commit or Cancel.
     void SetLiveWidthPoints(TWidthPoints vWidth);
     void SetLiveTransPoints(TTransPoints vTrans);
+    /// Exchanges the marks of both states, which must be the path's own. The caller updates the path.
+    void Exchange(CDualValue<TWidthPoints>& points) noexcept { std::swap(m_widthPoints, points); }
+    void Exchange(CDualValue<TTransPoints>& points) noexcept { std::swap(m_transPoints, points); }
     /// The half-widths at `t` by side: between the width points eased over the arc length, towards the ends
     /// as these shape them, without the wave.
     std::array<uint32_t, 2> GetWidthsAt(uint32_t t, size_t state) const;
@@ -82,7 +85,7 @@ private:
     std::vector<TOutlineWidth> GetWidths(size_t state, uint32_t tLast) const;
     void RefreshCaches(size_t state);
     TOutlineSource GetSource(size_t state) const;
-    void Rebuild(size_t state);
+    boost::shared_ptr<const TOutlines> Build(size_t state);
     bool AreStatesEqual() const;
     boost::shared_ptr<CPathWidthControlPoint> MakeWidthPoint(uint32_t t) const;
     boost::shared_ptr<CPathTransControlPoint> MakeTransPoint(uint32_t t) const;

@@ -11,13 +11,20 @@ template <class TPoint>
 struct TSetSwap {
     using TMarks = TPathMarks<TPoint>;
 
+    // If that fails nothing is exchanged, and the next call can succeed.
     static void Swap(const boost::shared_ptr<COpenPathObject>& spPath, TMarks* pMarks) {
         if (!spPath) return;
+        CDualValue<TMarks> marks(*pMarks);
         COpenPathStream& stream = spPath->GetStream();
-        TMarks vPresent = GetMarks<TPoint>(stream, STATE_COMMITTED);
-        SetLiveMarks<TPoint>(stream, *pMarks);
-        spPath->CommitDrag();
-        pMarks->swap(vPresent);
+        stream.Exchange(marks);
+        try {
+            spPath->Update();
+        } catch (...) {
+            stream.Exchange(marks);
+            spPath->Update();
+            throw;
+        }
+        pMarks->swap(marks[STATE_COMMITTED]);
     }
     static size_t Count(const boost::shared_ptr<COpenPathObject>& spPath, const TMarks& vMarks) {
         if (!spPath) return 0;
@@ -55,11 +62,11 @@ void CommitMarks(const boost::shared_ptr<COpenPathObject>& spPath, const wchar_t
     const COpenPathStream& stream = spPath->GetStream();
     const TPathMarks<TPoint> vBefore = GetMarks<TPoint>(stream, STATE_COMMITTED);
     if (ContentOf(vBefore) == ContentOf(GetMarks<TPoint>(stream, STATE_LIVE))) return spPath->CancelDrag();
-    spPath->CommitDrag();
     const auto spHistory = boost::make_shared<THistory>(
         pszLabel, spPath, vBefore,
         typename THistory::TFunctions{TSetSwap<TPoint>::Swap, TSetSwap<TPoint>::Count});
     try {
+        spPath->CommitDrag();
         fnRegister(spHistory);
     } catch (...) {
         spHistory->Undo();

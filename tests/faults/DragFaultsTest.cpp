@@ -1,3 +1,4 @@
+#include "core/PathWidthTool/PathMarks.h"
 #include "tests/faults/FailingMemory.h"
 #include "tests/support/Paths.h"
 
@@ -46,5 +47,44 @@ TEST(DragFaults, LettingGoTakesNoMemoryAndADragThatCannotBeginChangesNothing) {
             EXPECT_EQ(CFailingMemory::GetCount(), 0u);
         }
         EXPECT_NE(BytesOf(*spPath), vBytes);
+    }
+}
+
+TEST(DragFaults, AChangeOfMarksIsDoneOrNot) {
+    const auto spPath = MakeStroke();
+    const TBytes vBefore = BytesOf(*spPath);
+    CHistoryStream history;
+    // Repeats an operation with another allocation that fails, or all from it on, until it succeeds.
+    const auto withFaults = [&](const TBytes& vAfter, TFailing failing, const std::function<void()>& fn) {
+        const TBytes vNow = BytesOf(*spPath);
+        const size_t nUndo = history.GetUndoList().size();
+        bool bDone = false;
+        for (uint64_t uFail = 1; !bDone; ++uFail) {
+            SCOPED_TRACE(uFail);
+            try {
+                const CFailingMemory memory(uFail, failing);
+                fn();
+                bDone = true;
+            } catch (const std::bad_alloc&) {
+                EXPECT_TRUE(BytesOf(*spPath) == vNow);
+                EXPECT_EQ(history.GetUndoList().size(), nUndo);
+            }
+        }
+        EXPECT_TRUE(BytesOf(*spPath) == vAfter);
+    };
+    const auto spOther = MakeStroke(); // the marks' values after the removal
+    COpenPathStream& other = spOther->GetStream();
+    other.SetWidthPoints({other.GetWidthPoints()[1]});
+    const auto fnRegister = [&](const auto& sp) { history.Register(sp); };
+    withFaults(BytesOf(*spOther), {},
+               [&] { RemoveMark(spPath, *spPath->GetStream().GetWidthPoints().front(), fnRegister); });
+    for (const bool bOn : {false, true}) {
+        withFaults(vBefore, {.bOn = bOn}, [&] { history.Undo(); });
+        withFaults(BytesOf(*spOther), {.bOn = bOn}, [&] { history.Redo(); });
+        const auto spFresh = MakeStroke();
+        spFresh->GetStream().SetWidthPoints({spFresh->GetStream().GetWidthPoints()[1]});
+        spFresh->Update();
+        EXPECT_TRUE(spPath->GetStream().GetShape(STATE_COMMITTED) ==
+                    spFresh->GetStream().GetShape(STATE_COMMITTED));
     }
 }
