@@ -225,7 +225,9 @@ void CCanvasFrame::RepaintChanges() {
 
 void CCanvasFrame::InvalidateAll() {
     m_bScreenOld = true;
-    if (m_pWindow) m_pWindow->Invalidate();
+    if (!m_pWindow) return;
+    m_pWindow->Invalidate();
+    m_input.OnChangedBelow();
 }
 
 void CCanvasFrame::RequestRedraw() {

@@ -242,6 +242,14 @@ void CFrameInput::Dispatch(CTools& tool, EMessage message, CPoint pt, uint32_t p
     WatchSilence();
 }
 
+void CFrameInput::OnChangedBelow() {
+    const auto spTool = GetTool();
+    if (!m_bInside || !m_frame.IsActive() || !spTool || IsDrawing(spTool) || IsHand()) return;
+    const CPoint pt = m_frame.GetInputView().ToCanvas8(m_ptPointer);
+    TellTool([&] { return spTool->OnPointerOver(pt); });
+    UpdateCursor();
+}
+
 CPoint CFrameInput::HandPosition(const TPointerInput& input) const {
     const auto step = [&](int32_t n) {
         n /= input.nScale;

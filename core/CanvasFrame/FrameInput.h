@@ -60,6 +60,9 @@ public:
     void OnActivate();
     /// Another tool was activated.
     void OnToolSwitched() { Settle(); }
+    /// The view or the document has changed under the pointer: the tool sees what lies there now, and the
+    /// pointer's shape follows.
+    void OnChangedBelow();
     /// The pointer's last client pixel.
     CPoint GetPointer() const { return m_ptPointer; }
     /// The same while the pointer is over the view; nullopt when it has left.

@@ -29,6 +29,13 @@ void CPathControlPointBase::DrawMark(IPathDevice& device, CPoint ptWindow,
                   selection.setSelected.contains(this) ? color : COLOR_EMPTY);
 }
 
+void CPathControlPointBase::DrawDottedMark(IPathDevice& device, CPoint ptWindow,
+                                           const TPathSelection& selection) const {
+    DrawMark(device, ptWindow, selection);
+    const TColor color = GetColor(selection, HIT_ANCHOR);
+    device.Square(ptWindow, MARK_DOT_HALF, color, color);
+}
+
 void CPathControlPointBase::DrawHandle(IPathDevice& device, CPoint ptFrom, CPoint ptTo,
                                        const TPathSelection& selection, EPathHit part) const {
     const bool bHover = selection.Hovers(*this, part);

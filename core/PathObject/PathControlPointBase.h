@@ -48,13 +48,14 @@ struct TPathSelection {
     EPathHit hover = HIT_NONE;                     ///< that part
     std::set<const CPathControlPointBase*> setSelected;
     bool bAllHandles = false; ///< handles of all anchors, not only of selected ones
+    bool bNoHandles = false;  ///< of no anchor: they cannot be dragged
 
     bool Hovers(const CPathControlPointBase& point, EPathHit part) const {
         return pHover == &point && hover == part;
     }
 
     bool ShowsHandlesOf(const CPathControlPointBase& point) const {
-        return bAllHandles || setSelected.contains(&point);
+        return !bNoHandles && (bAllHandles || setSelected.contains(&point));
     }
 };
 
@@ -93,6 +94,8 @@ constexpr TColor PATH_COLOR_SELECTED = 0xFF00A0;
 
 /// Half the side of a mark's square in pixels; one more under the pointer.
 constexpr int MARK_HALF = 3;
+/// Half the side of the dot in the marks of widths and cuts.
+constexpr int MARK_DOT_HALF = 1;
 
 class CPathControlPointBase : boost::noncopyable {
 public:
@@ -118,6 +121,8 @@ protected:
     TColor GetColor(const TPathSelection& selection, EPathHit part) const;
     /// A mark's square, larger under the pointer, filled when selected.
     void DrawMark(IPathDevice& device, CPoint ptWindow, const TPathSelection& selection) const;
+    /// The same with a dot in it: what lies on the line between anchors looks different from them.
+    void DrawDottedMark(IPathDevice& device, CPoint ptWindow, const TPathSelection& selection) const;
     /// A handle's end and its line, solid under the pointer.
     void DrawHandle(IPathDevice& device, CPoint ptFrom, CPoint ptTo, const TPathSelection& selection,
                     EPathHit part) const;

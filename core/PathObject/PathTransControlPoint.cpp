@@ -17,7 +17,7 @@ void CPathTransControlPoint::Draw(IPathDevice& device, const TPathMapper& mapper
     for (const EPathSide side : {SIDE_LEFT, SIDE_RIGHT})
         DrawHandle(device, ptWindow, mapper(GetMarkPosition(side, STATE_LIVE)), selection,
                    side == SIDE_LEFT ? HIT_LEFT : HIT_RIGHT);
-    DrawMark(device, ptWindow, selection);
+    DrawDottedMark(device, ptWindow, selection);
 }
 
 CSerializer CPathTransControlPoint::Serialize() const {

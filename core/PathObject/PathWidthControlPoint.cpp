@@ -26,7 +26,7 @@ void CPathWidthControlPoint::Draw(IPathDevice& device, const TPathMapper& mapper
         if (HasSide(side))
             DrawHandle(device, ptWindow, mapper(GetMarkPosition(side, STATE_LIVE)), selection,
                        side == SIDE_LEFT ? HIT_LEFT : HIT_RIGHT);
-    DrawMark(device, ptWindow, selection);
+    DrawDottedMark(device, ptWindow, selection);
 }
 
 CSerializer CPathWidthControlPoint::Serialize() const {

@@ -218,6 +218,12 @@ bool CPathToolBase::OnMouseLeave() {
     return false;
 }
 
+bool CPathToolBase::OnPointerOver(CPoint pt) {
+    m_ptPointer = pt;
+    RefreshHover();
+    return false;
+}
+
 bool CPathToolBase::OnPenEnd(bool bEraser) {
     m_bDeleteMode = bEraser;
     RefreshHover();
@@ -304,6 +310,7 @@ TPathSelection CPathToolBase::SelectionOf(const CPathObject& path, const CVector
     if (layer.GetSelectedPath().get() == &path)
         if (const auto spPoint = layer.GetSelectedPoint()) selection.setSelected.insert(spPoint.get());
     selection.bAllHandles = GetOutside().switches.m_bShowAllCtl != 0;
+    selection.bNoHandles = !GetKinds(0).bAnchor;
     return selection;
 }
 

@@ -36,6 +36,7 @@ public:
     bool OnLButtonUp(int32_t x, int32_t y, uint32_t flags) override;
     /// Ends a pen's drag at its last position.
     bool OnProximityLeave() override;
+    bool OnPointerOver(CPoint pt) override;
     bool OnMouseLeave() override;
     /// The eraser end is the delete mode.
     bool OnPenEnd(bool bEraser) override;

@@ -54,6 +54,9 @@ public:
     /// The pen was turned to its eraser end, or back. True when the tool acts on it; otherwise the eraser
     /// becomes the active tool.
     virtual bool OnPenEnd(bool) { return false; }
+    /// Another place of the canvas lies under the pointer, or the canvas has changed there. True when a
+    /// redraw is due.
+    virtual bool OnPointerOver(CPoint) { return false; }
     /// The pointer left the view.
     virtual bool OnMouseLeave() { return false; }
     /// True while the tool has uncommitted results without a running operation: floating pixels, a preview.

@@ -213,9 +213,16 @@ TEST(PathDrag, ThePointerFindsTheTopmostPlace) {
     selection.bAllHandles = true;
     spPath->DrawOutline(device, PickAt({}).mapper, selection, 0, true);
     EXPECT_EQ(device.vCurves.size(), 1 + stream.GetOutline(STATE_LIVE).size());
-    EXPECT_EQ(device.vSquares.size(), 13u);
+    EXPECT_EQ(device.vSquares.size(), 13u + 2u) << "a square each, and dots in those of marks and cuts";
     for (const CPoint pt : device.vSquares)
         EXPECT_TRUE(spPath->HitTestEx(PickAt(pt), true, true, false, true));
+    EXPECT_EQ(std::ranges::count(device.vSquares, CPoint{400, 0}), 2);
+    device.vSquares.clear();
+    TPathPick pick = PickAt({1000, 0});
+    pick.selection.bNoHandles = selection.bNoHandles = true;
+    spPath->DrawOutline(device, pick.mapper, selection, 0, true);
+    EXPECT_EQ(std::ranges::count(device.vSquares, CPoint{1000, 0}), 0);
+    EXPECT_FALSE(spPath->HitTestEx(pick, true, true, false, true));
 }
 
 TEST(PathDrag, MarksComeBeforeHandlesAndSelectedAnchorsShowTheirs) {
