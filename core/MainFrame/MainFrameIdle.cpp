@@ -3,6 +3,7 @@
 #include "core/AppModule/ErrorBox.h"
 #include "core/AppModule/MessageQueue.h"
 #include "core/AppModule/PrivateMessages.h"
+#include "core/Commands/CommandIds.h"
 #include "core/MainFrame/CommandState.h"
 #include "core/MainFrame/MainFrame.h"
 #include "core/Platform/System.h"
@@ -117,6 +118,8 @@ void CMainFrame::WatchChanges() {
     m_bSeenModified = bModified;
     SendMessage({m_pWindow, WM_REFRESH_LAYERS});
     SendMessage({m_pWindow, WM_REFRESH_HISTORY});
+    // An undo may take away what the options show.
+    if (CPanel* pOptions = m_panels.Find(ID_PANEL_TOOL_OPTION)) pOptions->Refresh();
 }
 
 void CMainFrame::WatchSettings() {

@@ -10,6 +10,7 @@ class CBrushWnd : public CPanel {
 public:
     CBrushWnd(const wchar_t* pszSection, const TPanelOutside& outside);
     std::wstring GetTitle() const override { return L"ブラシ"; }
+    bool IsUsed() const override { return GetBrush() || !GetTool(); }
 
 protected:
     void OnOpen() override;

@@ -51,6 +51,8 @@ public:
     IPanelWindow* GetWindow() const { return m_pWindow; }
 
     virtual std::wstring GetTitle() const = 0;
+    /// False while the active tool makes no use of the panel: one that it does comes in front of its tab.
+    virtual bool IsUsed() const { return true; }
     /// Updates what the panel shows.
     void Refresh();
     /// Called when the active tool begins a stroke.

@@ -73,6 +73,7 @@ void CPanels::KeepSettings() {
 
 void CPanels::Close() {
     if (AreHidden()) Guarded([&] { ToggleAll(); }); // they come back at the next start
+    Guarded([&] { TakeBackTabs(true); });
     // When one is hidden the others move up.
     for (const auto& entry : m_mapPanels) Guarded([&] { entry.second->KeepPlace(); });
     for (const auto& entry : m_mapPanels) Guarded([&] { entry.second->Close(); });
@@ -81,6 +82,43 @@ void CPanels::Close() {
 void CPanels::Refresh(EMessage id) {
     for (const TPanelRow& row : m_vRows)
         if (row.refresh == id) Find(row.nCommand)->Refresh();
+    if (id == WM_REFRESH_TOOL) ShowUsedTabs();
+}
+
+void CPanels::ShowUsedTabs() {
+    const auto spTool = m_outside.wpTool.lock();
+    if (spTool == m_wpTabTool.lock()) return;
+    m_wpTabTool = spTool;
+    TakeBackTabs(false);
+    struct TTab {
+        const CPanel* pPanel;
+        TPanelPlace place;
+    };
+    std::vector<TTab> vTabs; // in the table's order
+    for (const TPanelRow& row : m_vRows)
+        if (IsShown(row.nCommand))
+            vTabs.push_back({Find(row.nCommand), Find(row.nCommand)->GetWindow()->GetPlace()});
+    for (const auto& [pPanel, place] : vTabs) {
+        const auto isInstead = [&](const TTab& tab) {
+            return tab.place.dock == place.dock && tab.place.rc == place.rc && !tab.place.bFront &&
+                   tab.pPanel->IsUsed();
+        };
+        const auto it = std::ranges::find_if(vTabs, isInstead);
+        if (!place.bFront || pPanel->IsUsed() || it == vTabs.end()) continue;
+        it->pPanel->GetWindow()->ShowPanel(true);
+        m_mapInstead[pPanel] = it->pPanel;
+    }
+}
+
+void CPanels::TakeBackTabs(bool bAll) {
+    std::erase_if(m_mapInstead, [=](const auto& entry) {
+        const auto& [pPanel, pInstead] = entry;
+        if (!bAll && !pPanel->IsUsed()) return false;
+        const auto isShown = [](const CPanel* p) { return p->GetWindow() && p->GetWindow()->IsShown(); };
+        if (isShown(pPanel) && isShown(pInstead) && pInstead->GetWindow()->GetPlace().bFront)
+            pPanel->GetWindow()->ShowPanel(true);
+        return true;
+    });
 }
 
 bool CPanels::DoIdleWork() {

@@ -52,8 +52,17 @@ public:
     std::vector<int> GetCommands() const;
 
 private:
+    /// After a change of tools: a panel in front of its tabs that the tool makes no use of gives way to the
+    /// first one behind it that is used. With a tool that uses it, it comes back, unless the user has chosen
+    /// another one meanwhile.
+    void ShowUsedTabs();
+    /// Those that the tool uses, or all, come back.
+    void TakeBackTabs(bool bAll);
+
     const TPanelOutside& m_outside;
     std::vector<TPanelRow> m_vRows;
     std::vector<int> m_vHidden; ///< the commands of those that ToggleAll has hidden
     std::map<int, std::unique_ptr<CPanel>> m_mapPanels;
+    boost::weak_ptr<CTools> m_wpTabTool;                 ///< the tool that ShowUsedTabs has seen
+    std::map<const CPanel*, const CPanel*> m_mapInstead; ///< panels that gave way, and to which one
 };

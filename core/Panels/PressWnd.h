@@ -11,6 +11,7 @@ class CPressWnd : public CPanel {
 public:
     CPressWnd(const wchar_t* pszSection, const TPanelOutside& outside);
     std::wstring GetTitle() const override { return L"筆圧"; }
+    bool IsUsed() const override { return GetBrush() || !GetTool(); }
 
 protected:
     void OnOpen() override;

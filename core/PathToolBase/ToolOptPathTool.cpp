@@ -137,12 +137,13 @@ void CToolOptPathTool::AddBlock(int nFirstId, const wchar_t* pszCaption) {
     m_vControls.push_back(
         {.kind = Number, .nId = nFirstId + OPT_WIDTH, .strLabel = L"太さ：", .vStops = WidthStops()});
     m_vControls.push_back({.kind = Label, .nId = nFirstId + OPT_UNIT, .strText = L"px", .bSameLine = true});
-    // The target's ends stand in one row.
+    // The target's ends stand in one row, which has no room for a label: the panel would need more width than
+    // others.
     const bool bOneRow = nFirstId == FIRST_TARGET;
     for (const TEnd& end : ENDS)
         AddToggle(nFirstId + IdOf(OPT_BEGIN, end.uType),
-                  end.uType == TERM_SHARP ? (bOneRow ? L"端：" : L"始点：") : L"", end.pszBegin,
-                  end.pszBeginIcon, end.uType != TERM_SHARP);
+                  end.uType == TERM_SHARP && !bOneRow ? L"始点：" : L"", end.pszBegin, end.pszBeginIcon,
+                  end.uType != TERM_SHARP);
     for (const TEnd& end : ENDS)
         AddToggle(nFirstId + IdOf(OPT_TERM, end.uType), end.uType == TERM_SHARP && !bOneRow ? L"終点：" : L"",
                   end.pszTerm, end.pszTermIcon, bOneRow || end.uType != TERM_SHARP);

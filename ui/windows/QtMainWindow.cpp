@@ -18,6 +18,7 @@
 #include <QMdiArea>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QPainter>
 #include <QScreen>
 #include <QStatusBar>
 #include <QStyle>
@@ -33,6 +34,24 @@ namespace {
 constexpr QColor MDI_BACKGROUND(0x4a, 0x4a, 0x4a);
 constexpr QSize FIRST_SIZE(1600, 1000);
 constexpr int SETTLE_MS = 200; ///< until the desktop has put its frame around a window
+
+// A text that ends with an ellipsis where there is no room; the tool tip has it whole.
+class CElidedLabel : public QLabel {
+public:
+    using QLabel::QLabel;
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        const QRect rc = contentsRect();
+        QPainter(this).drawText(rc, Qt::AlignLeft | Qt::AlignVCenter,
+                                fontMetrics().elidedText(text(), Qt::ElideRight, rc.width()));
+    }
+    bool event(QEvent* pEvent) override {
+        if (pEvent->type() == QEvent::ToolTip)
+            setToolTip(fontMetrics().horizontalAdvance(text()) > contentsRect().width() ? text() : QString());
+        return QLabel::event(pEvent);
+    }
+};
 
 } // namespace
 
@@ -109,11 +128,11 @@ void CQtMainWindow::LeaveInput() {
 
 void CQtMainWindow::MakeStatusBar() {
     for (QLabel*& pLabel : m_apStatus) {
-        pLabel = new QLabel(this);
+        pLabel = &pLabel == &m_apStatus[0] ? new CElidedLabel(this) : new QLabel(this);
         pLabel->setTextFormat(Qt::PlainText);
         pLabel->setContentsMargins(4, 0, 4, 0);
     }
-    // A long text is clipped instead of widening the window.
+    // A long text is cut instead of widening the window.
     m_apStatus[0]->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     // Panes of fixed width do not move while their texts change.
     m_apStatus[1]->setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("Scale: 00000%")) + 8);

@@ -3,6 +3,7 @@
 #include "core/Base/Decimal.h"
 #include "core/IniConfig/GlobalSwitches.h"
 #include "core/PathToolBase/ToolOptPathTool.h"
+#include "core/PathWidthTool/PathWidthTool.h"
 #include "session/seam/Glass.h"
 #include "tests/session/ScriptedSession.h"
 #include "tests/support/PanelSession.h"
@@ -76,7 +77,10 @@ TEST_F(PathPane, EachBlockSetsItsOwnValues) {
               }
               EXPECT_EQ(BytesOf(*m_spStroke), vBytes);
               EXPECT_EQ(Param().uDefaultWidth, 21u);
-          }});
+              Set(WIDTH + TARGET, 0, L"4.5");
+          },
+          [&] { Canvas().GetHistory().Undo(); },
+          [&] { EXPECT_EQ(At(WIDTH + TARGET).strText, L"5.00") << "the pane follows an undo"; }});
     EXPECT_THROW(CToolOptPathTool().RefreshView({}), internal_error);
 }
 
@@ -99,6 +103,8 @@ TEST_F(PathPane, OutlinesAndHandlesAreShownAtOnce) {
                   EXPECT_FALSE(g_pMainFrame->IsCommandChecked(nId));
                   EXPECT_GT(shown(nId), nWithout + 20) << nId;
               }
+              g_pMainFrame->SwitchTool(TOOL_PATH_WIDTH); // which drags no handles of anchors
+              EXPECT_EQ(shown(ID_VIEW_ALL_ANCHORS), shown(ID_VIEW_ALL_ANCHORS));
           }});
 }
 
@@ -114,6 +120,10 @@ TEST(PathPointer, ThePointerSaysWhatAPressDoes) {
     str += cursor("add") + ScriptLine("key", {{"up", VK_Control}}) + cursor("move");
     str += pointer("move", 100) + cursor("add") + pointer("move", 50);
     str += ScriptLine("key", {{"down", VK_Shift}}) + cursor("remove");
+    str += ScriptLine("key", {{"up", VK_Shift}}) + cursor("move");
+    // Without an event of the pointer: the view or the path goes from under it.
+    str += ScriptLine("command", "zoom-in") + cursor("arrow") + ScriptLine("command", "zoom-out") +
+           cursor("move") + ScriptLine("command", "edit-undo") + cursor("arrow");
     CScriptedSession session;
     EXPECT_EQ(session.Play(str + LEAVE_UNSAVED), "");
     EXPECT_EQ(session.Play(Tool(TOOL_PATH) + cursor("cross") + LEAVE_UNSAVED),

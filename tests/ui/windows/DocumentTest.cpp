@@ -1,14 +1,18 @@
 #include "tests/ui/UiTest.h"
 
+#include "core/AppModule/PrivateMessages.h"
 #include "core/AppModule/WindowPlacement.h"
 #include "core/Commands/Commands.h"
 #include "core/Panels/ColorControls.h"
+#include "core/PathToolBase/PathTool.h"
+#include "core/RasterBrush/FreehandTools.h"
 #include "tests/support/ProjectBytes.h"
 #include "tests/support/Session.h"
 #include "tests/support/TempFolder.h"
 #include "ui/base/QtText.h"
 
 #include <QSessionManager>
+#include <QStatusBar>
 
 #include <csignal>
 
@@ -218,7 +222,7 @@ TEST_F(DocumentWindows, FramesStandInACascadeOrAreMaximisedAsTheLastOneWas) {
 }
 
 TEST_F(DocumentWindows, ANewDocumentAndItsWindowFitEachOther) {
-    ResizeMain(960, 700);
+    ResizeMain(900, 700);
     Drop({"/1.vlm"});
     Active().GetWindow()->SetMaximized(false);
     for (const CSize sz : {CSize{200, 120}, CSize{6000, 400}}) {
@@ -318,6 +322,36 @@ TEST_F(DocumentWindows, HiddenPanelsComeBackAsTheyWere) {
     Restart();
     ResizeMain(1280, 700);
     EXPECT_EQ(places(), before);
+}
+
+TEST_F(DocumentWindows, AHintThatHasNoRoomEndsWithAnEllipsis) {
+    ResizeMain(700, 700);
+    QLabel& label = *Main().statusBar()->findChild<QLabel*>();
+    QLabel whole(&Main());
+    whole.setContentsMargins(label.contentsMargins());
+    whole.resize(label.size());
+    const auto image = [](QWidget& widget) { return widget.grab().toImage(); };
+    for (const int nRepeated : {2, 100}) {
+        g_pMainFrame->GetWindow()->SetStatusText(0, FromQt(QString("文字 ").repeated(nRepeated)));
+        whole.setText(label.text());
+        EXPECT_EQ(image(label) == image(whole), nRepeated == 2);
+    }
+}
+
+TEST_F(DocumentWindows, APanelThatTheToolDoesNotUseGivesWay) {
+    ResizeMain(1280, 700);
+    Drop({"/1.vlm"});
+    const auto window = [](int nId) { return g_pMainFrame->GetPanels().Find(nId)->GetWindow(); };
+    const auto isFront = [&](int nId) { return Settle(), window(nId)->GetPlace().bFront; };
+    const auto select = [&](int nTool) { return g_pMainFrame->SwitchTool(nTool); };
+    for (const int nPanel : {ID_PANEL_TOOL_OPTION, ID_PANEL_BRUSH})
+        EXPECT_TRUE(select(nPanel == ID_PANEL_BRUSH ? TOOL_BRUSH : TOOL_PATH) && isFront(nPanel)) << nPanel;
+    select(TOOL_PATH);
+    Settle();
+    window(ID_PANEL_PRESS)->ShowPanel(true); // the user's choice stays
+    g_pMainFrame->GetPanels().Refresh(WM_REFRESH_TOOL);
+    EXPECT_TRUE(isFront(ID_PANEL_PRESS));
+    EXPECT_TRUE(select(TOOL_BRUSH) && isFront(ID_PANEL_PRESS));
 }
 
 TEST_F(DocumentWindows, ASecondFingerTakesBackTheStrokeOfTheFirst) {
