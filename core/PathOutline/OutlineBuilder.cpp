@@ -1,5 +1,6 @@
 #include "core/PathOutline/OutlineBuilder.h"
 
+#include "core/Base/Parallel.h"
 #include "core/PathOutline/OutlineCut.h"
 #include "core/PathOutline/OutlineFold.h"
 #include "core/PathOutline/Wave.h"
@@ -7,6 +8,9 @@
 #include <algorithm>
 
 namespace {
+
+/// From here on a second thread saves more time than its start takes.
+constexpr size_t PIECES_FOR_THREADS = 2000;
 
 // To the nearest path unit, halves upward.
 CPoint ToPath(CPoint pt) {
@@ -87,8 +91,12 @@ std::vector<TStretchOutline> COutlineBuilder::Build(const TOutlineSource& given)
     if (source.wave.uWidth != 0 && source.vAnchors.size() > 1)
         source.vWidths = WaveWidths(source, m_line.GetLengths());
     const auto vPieces = m_line.Divide(source.vWidths);
-    const TSide left = m_left.Build(SideOf(source, m_line, vPieces, SIDE_LEFT));
-    const TSide right = m_right.Build(SideOf(source, m_line, vPieces, SIDE_RIGHT));
+    std::array<TSide, 2> aSides;
+    ForEachIndex(aSides.size(), vPieces.size() < PIECES_FOR_THREADS ? 1 : AvailableThreads(), [&](size_t n) {
+        const EPathSide side = n == SIDE_LEFT ? SIDE_LEFT : SIDE_RIGHT;
+        aSides[n] = m_aBuilders[n].Build(SideOf(source, m_line, vPieces, side));
+    });
+    const auto& [left, right] = aSides;
     const auto vStretches = CutSides(left, right, vCuts);
     const auto close = [&](const TOutlinePoints& vPoints) {
         TPolyBezier vCurve = CloseOutline(vPoints);

@@ -3,7 +3,7 @@
 
 #include "core/PathOutline/OutlineSide.h"
 
-/// Builds a stroke's outlines again and again while it changes. What the last build made of the same values
+/// Builds a stroke's outlines again and again while it changes. What the last builds made of the same values
 /// is taken over, so that a build costs little where few of them changed; the outlines are those that a new
 /// builder makes.
 class COutlineBuilder {
@@ -13,10 +13,11 @@ public:
     /// boost::numeric::bad_numeric_cast when a point exceeds 32 bits.
     std::vector<TStretchOutline> Build(const TOutlineSource& source);
     /// The runs, a side of a segment each, that the last build did not take over.
-    size_t CountRuns() const { return m_left.CountRuns() + m_right.CountRuns(); }
+    size_t CountRuns() const {
+        return m_aBuilders[SIDE_LEFT].CountRuns() + m_aBuilders[SIDE_RIGHT].CountRuns();
+    }
 
 private:
     CCentreLine m_line;
-    CSideBuilder m_left;
-    CSideBuilder m_right;
+    std::array<CSideBuilder, 2> m_aBuilders; ///< by side
 };

@@ -1,38 +1,58 @@
-// Results of one build of an outline that the next one takes over where they are made of the same values.
+// Results of earlier builds of an outline that the next ones take over where they are made of the same
+// values.
 #pragma once
 
 #include <boost/make_shared.hpp>
 
+#include <algorithm>
+#include <array>
 #include <cstddef>
 #include <vector>
 
-/// Results along a path, one for each index of a build. An index without a result is allowed.
+/// Results along a path, one for each index of a build. An index without a result is allowed. Of each index
+/// the last few different results are kept: a drag goes back and forth between the same shapes.
 template <class TResult>
 class COutlineMemo {
 public:
     /// Begins a build of `nResults`.
     void Begin(size_t nResults) {
-        m_vBefore = std::move(m_vResults);
-        m_vResults.assign(nResults, nullptr);
+        if (nResults != m_vKept.size()) Align(nResults);
         m_uMade = 0;
     }
-    /// The result of the build before for which `isSame` holds, at this index counted from the path's start
-    /// or from its end, or else what `make` returns. It is valid until the second next build begins.
+    /// The kept result for which `isSame` holds, or else what `make` returns. It is valid until the second
+    /// next build begins.
     template <class IsSame, class Make>
     const TResult& Get(size_t idx, IsSame isSame, Make make) {
-        // Anchors that were inserted or removed at one place move all indices behind it alike.
-        const size_t idxFromEnd = idx + m_vBefore.size() - m_vResults.size();
-        for (const size_t idxBefore : {idx, idxFromEnd})
-            if (idxBefore < m_vBefore.size() && m_vBefore[idxBefore] && isSame(*m_vBefore[idxBefore]))
-                return *(m_vResults[idx] = m_vBefore[idxBefore]);
-        ++m_uMade;
-        return *(m_vResults[idx] = boost::make_shared<const TResult>(make()));
+        TKept& kept = m_vKept[idx];
+        auto it = std::ranges::find_if(kept, [&](const auto& sp) { return sp && isSame(*sp); });
+        if (it == kept.end()) {
+            ++m_uMade;
+            const auto spMade = boost::make_shared<const TResult>(make());
+            it = std::prev(kept.end());
+            *it = spMade;
+        }
+        std::rotate(kept.begin(), it, std::next(it)); // the last used one comes first
+        return *kept.front();
     }
     /// The results of the current build that were not taken over.
     size_t CountMade() const { return m_uMade; }
 
 private:
-    std::vector<boost::shared_ptr<const TResult>> m_vBefore;
-    std::vector<boost::shared_ptr<const TResult>> m_vResults;
+    static constexpr size_t MOST_KEPT = 4;
+    using TKept = std::array<boost::shared_ptr<const TResult>, MOST_KEPT>; ///< the last used one first
+
+    // Anchors that were inserted or removed at one place move all indices behind it alike: an index gets what
+    // was used last at the same one counted from the path's start, and from its end.
+    void Align(size_t nResults) {
+        std::vector<TKept> vKept(nResults);
+        for (size_t idx = 0; idx < nResults; ++idx) {
+            size_t nKept = 0;
+            for (const size_t idxBefore : {idx, idx + m_vKept.size() - nResults})
+                if (idxBefore < m_vKept.size()) vKept[idx][nKept++] = m_vKept[idxBefore].front();
+        }
+        m_vKept.swap(vKept);
+    }
+
+    std::vector<TKept> m_vKept;
     size_t m_uMade = 0;
 };
