@@ -201,8 +201,8 @@ bool CCanvasFrame::IsOnlyViewOfCanvas() const {
                          [&](const auto& spFrame) { return spFrame->m_spCanvas == m_spCanvas; }) <= 1;
 }
 
-void CCanvasFrame::CompleteWork() {
-    SettleActiveTool();
+void CCanvasFrame::CompleteWork(EOpenEnd why) {
+    SettleActiveTool(why);
     m_spCanvas->CompleteWork();
 }
 
@@ -244,7 +244,19 @@ void CCanvasFrame::ScrollTo(CPoint ptScroll) {
     InvalidateAll();
 }
 
+bool CCanvasFrame::EndToolForClose() {
+    const auto spTool = IsActive() ? m_pOutside->wpTool.lock() : boost::shared_ptr<CTools>();
+    const wchar_t* pszQuestion = spTool && spTool->IsOpen() ? spTool->GetCloseQuestion() : nullptr;
+    if (!pszQuestion) return true;
+    const EBoxAnswer answer =
+        m_pOutside->platform.boxes.Show(m_pWindow, pszQuestion, L"Vellumcraft", EBoxKind::YesNoCancelWarning);
+    if (answer == EBoxAnswer::Cancel) return false;
+    spTool->EndOpen(answer == EBoxAnswer::Yes ? EOpenEnd::Commit : EOpenEnd::Discard);
+    return true;
+}
+
 bool CCanvasFrame::OnClose() {
+    if (!EndToolForClose()) return true;
     CompleteWork();
     Guarded([&] { KeepFramePlace(*m_pWindow); });
     if (!IsOnlyViewOfCanvas()) return false;
@@ -271,7 +283,7 @@ void CCanvasFrame::StepHistory(bool bUndo) {
     Guarded([&] {
         CHistoryStream& history = m_spCanvas->GetHistory();
         // Undo takes an unfinished operation back; completing it first would make it an action.
-        if (!bUndo || !history.IsUnfinished()) CompleteWork();
+        if (!bUndo || !history.IsUnfinished()) CompleteWork(EOpenEnd::History);
         bUndo ? history.Undo() : history.Redo();
     });
     RaiseRefresh();
@@ -280,7 +292,7 @@ void CCanvasFrame::StepHistory(bool bUndo) {
 
 void CCanvasFrame::GoToState(const boost::shared_ptr<CHistory>& spNewest) {
     Guarded([&] {
-        CompleteWork();
+        CompleteWork(EOpenEnd::History);
         m_spCanvas->GetHistory().GoTo(spNewest);
     });
     RaiseRefresh();

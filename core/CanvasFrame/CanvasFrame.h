@@ -110,8 +110,12 @@ private:
     std::vector<CRect> RefreshScreen();
     void RepaintChanges();
     void WritePicture(const std::wstring& strPath, const TPictureEncoding& encoding);
-    /// Adopts a new canvas size. The open results of the tool are committed.
-    void CompleteWork();
+    /// Merges complete strokes, after the tool's open results have ended.
+    void CompleteWork(EOpenEnd why = EOpenEnd::Commit);
+    /// Asks the tool's question about its open results, if it has one, and ends them by the answer. False
+    /// when the user keeps the document open.
+    bool EndToolForClose();
+    /// Adopts a new canvas size.
     void FollowCanvasSize();
     // All changes of the view but scrolling use this function.
     void ChangeView(const boost::function<void()>& fnChange);

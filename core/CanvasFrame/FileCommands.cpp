@@ -62,7 +62,8 @@ void CCanvasFrame::Save(bool bAs, bool bMayCancel) {
     const TPlatform& platform = m_pOutside->platform;
     std::wstring strPath = m_spCanvas->GetPath();
     try {
-        CompleteWork();
+        const CPreviewOut previewOut;
+        m_spCanvas->CompleteWork();
         // A document that came from a picture is no project yet: saving must not put a project into the
         // picture.
         if (bAs || !IsProjectFile(strPath)) {
@@ -91,7 +92,8 @@ void CCanvasFrame::Export() {
     const TPlatform& platform = m_pOutside->platform;
     std::wstring strPath = m_spCanvas->GetTitle();
     try {
-        CompleteWork();
+        const CPreviewOut previewOut;
+        m_spCanvas->CompleteWork();
         const auto spSection = m_pOutside->settings.GetSection(EXPORT_SECTION);
         std::wstring strKind = spSection->GetString(KIND_KEY, FIRST_KIND);
         if (const std::wstring str = L"." + strKind; !platform.codecs.CanSave(str) && !IsPsdFile(str))

@@ -286,7 +286,7 @@ bool CFrameInput::OnKey(const TMessage& msg, bool bDown) {
     } else if (nKey == VK_Escape) {
         if (bDown && IsDrawing(spTool)) CancelStroke(), bHandled = true;
         if (bDown && !bHandled && spTool && spTool->IsOpen())
-            TellTool([&] { return spTool->EndOpen(false), bHandled = true; });
+            TellTool([&] { return spTool->EndOpen(EOpenEnd::Discard), bHandled = true; });
     } else if (spTool && spTool->IsEnabled()) {
         TellTool([&] { return bHandled = spTool->ChangeKey(nKey, bDown); });
     }

@@ -208,7 +208,7 @@ bool CMainFrame::SwitchTool(int nId) {
     if (!spTool) return false;
     m_contact.Drop(); // the new tool draws from the next contact on
     if (m_spActiveTool && m_spActiveTool->GetState() != STATE_IDLE) m_spActiveTool->Cancel();
-    SettleActiveTool();
+    SettleActiveTool(EOpenEnd::Tool);
     m_spActiveTool = spTool;
     g_wpActiveTool = spTool;
     PostToMainFrame(WM_REFRESH_TOOL);

@@ -160,7 +160,7 @@ void CPathTool::FinishInstall() {
     RefreshHover();
 }
 
-void CPathTool::EndOpen(bool) {
+void CPathTool::EndOpen(EOpenEnd) {
     EndDrag(false); // without the handle that is being pulled
     FinishInstall();
 }
@@ -187,7 +187,7 @@ bool CPathTool::OnProximityLeave() { return FinishIfReleased(CPathToolBase::OnPr
 
 bool CPathTool::OnRButtonDown(int32_t, int32_t, uint32_t) {
     if (!m_spInstallPath) return false;
-    EndOpen(true);
+    EndOpen(EOpenEnd::Commit);
     return true;
 }
 

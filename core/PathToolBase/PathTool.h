@@ -37,8 +37,8 @@ public:
     bool CanCommand(int nId) const override;
     bool Cancel() override;
     bool IsOpen() const override { return m_spInstallPath != nullptr; }
-    /// Finishes the path that is drawn, in both cases.
-    void EndOpen(bool bCommit) override;
+    /// Finishes the path that is drawn, for every reason.
+    void EndOpen(EOpenEnd why) override;
     void KeepSettings() override;
 
     /// The settings of new paths, which the pane edits in place.

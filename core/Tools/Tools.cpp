@@ -21,9 +21,22 @@ void RedrawActiveView() {
     if (const auto spView = g_wpActiveView.lock()) spView->RequestRedraw();
 }
 
-void SettleActiveTool() {
+void SettleActiveTool(EOpenEnd why) {
     const auto spTool = g_wpActiveTool.lock();
-    if (spTool && spTool->IsOpen()) spTool->EndOpen(true);
+    if (spTool && spTool->IsOpen()) spTool->EndOpen(why);
+}
+
+CPreviewOut::CPreviewOut() {
+    const auto spTool = g_wpActiveTool.lock();
+    if (!spTool || !spTool->IsOpen()) return;
+    if (spTool->ShowPreview(false))
+        m_spTool = spTool;
+    else
+        spTool->EndOpen(EOpenEnd::Commit);
+}
+
+CPreviewOut::~CPreviewOut() {
+    if (m_spTool) m_spTool->ShowPreview(true);
 }
 
 CTools::CTools(const TToolOutside& outside) : m_outside(outside) {

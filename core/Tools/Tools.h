@@ -32,6 +32,14 @@ enum EToolState : int {
     STATE_TABLET = 2, ///< an operation by pen
 };
 
+/// Why a tool's uncommitted results end.
+enum class EOpenEnd {
+    Discard, ///< the user gives them up
+    Commit,  ///< the document is changed by others or closed, or another one becomes active
+    History, ///< the document goes to another state of its history
+    Tool,    ///< another tool becomes active
+};
+
 /// A tool. Positions are canvas positions in eighths of a pixel, pressure 0 to 1024, altitude 0 to 90
 /// degrees, 90 upright; handlers return true when a redraw is due. While the state is not idle the tool
 /// keeps the canvas and the layer of its operation, whatever the user activates meanwhile.
@@ -61,8 +69,15 @@ public:
     virtual bool OnMouseLeave() { return false; }
     /// True while the tool has uncommitted results without a running operation: floating pixels, a preview.
     virtual bool IsOpen() const { return false; }
-    /// Commits those results as one undo step, or discards them.
-    virtual void EndOpen(bool) {}
+    /// Commits those results as one undo step, or discards them. With `Commit` nothing may be lost, with
+    /// `Discard` nothing may stay; for the other reasons the tool decides.
+    virtual void EndOpen(EOpenEnd) {}
+    /// A question, to be answered by yes, no or cancel, before a document with open results is closed; null
+    /// when they are to be committed without asking.
+    virtual const wchar_t* GetCloseQuestion() const { return nullptr; }
+    /// Takes an open preview out of the document's picture (false) while that is written to a file, or shows
+    /// it again. False when the tool cannot: the results are committed before writing.
+    virtual bool ShowPreview(bool) { return false; }
     /// Cancels the running operation.
     virtual bool Cancel() { return false; }
     /// Key events, with virtual keys.
@@ -150,9 +165,20 @@ private:
     bool m_bPenSeen = false; ///< m_uLastPenTick is valid
 };
 
-/// Commits the active tool's open results. Called before the document is saved, undone, closed or changed
-/// by others, and before another tool or document is activated.
-void SettleActiveTool();
+/// Ends the active tool's open results. Called before the document is undone, closed or changed by others,
+/// and before another tool or document is activated.
+void SettleActiveTool(EOpenEnd why = EOpenEnd::Commit);
+
+/// While this object exists the documents can be written to files: the active tool's open results are out of
+/// the picture, or committed.
+class CPreviewOut : boost::noncopyable {
+public:
+    CPreviewOut();
+    ~CPreviewOut();
+
+private:
+    boost::shared_ptr<CTools> m_spTool; ///< whose preview comes back; null for none
+};
 
 /// The active tool, owned by the main frame; expired while there is none.
 extern boost::weak_ptr<CTools> g_wpActiveTool;
