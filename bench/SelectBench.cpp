@@ -1,17 +1,19 @@
 // Selections of large canvases: the cost of selecting and of finding the outline. One thread. Masks of one
 // square have separate tiles, as a tool fills them, and no shared full ones.
 #include "bench/PeakMemory.h"
-#include "core/RasterBuffer/SelectBuffer.h"
+#include "core/RasterMove/SelectShape.h"
 
 #include <benchmark/benchmark.h>
 
+#include <cmath>
 #include <cstring>
 #include <random>
+#include <vector>
 
 namespace {
 
 constexpr CSize LARGEST{12000, 12000};
-constexpr CSize NOISE{4000, 4000};
+constexpr CSize CANVAS{4000, 4000};
 
 void FillSquare(CAlphaBufferImpl<uint8_t>& mask, const CRect& rcSquare) {
     mask.ForEachBlockIn(rcSquare, [&](CPoint pt) {
@@ -61,7 +63,7 @@ void OutlineOfSquare(benchmark::State& state) {
 }
 
 void OutlineOfNoise(benchmark::State& state) {
-    CSelectBuffer select(NOISE);
+    CSelectBuffer select(CANVAS);
     std::mt19937 random(1);
     select.GetMask().ForEachBlock([&](CPoint pt) {
         const auto spTile = select.GetMask().GetWritableBlock(pt);
@@ -71,8 +73,41 @@ void OutlineOfNoise(benchmark::State& state) {
     Outline(state, select);
 }
 
+// What a hand draws with the lasso: around nearly all of the canvas with a trembling line, or to and fro over
+// it so that the outline crosses itself again and again.
+std::vector<CPoint> LassoPoints(bool bHatch) {
+    constexpr int POINTS = 5000, SWEEPS = 20;
+    constexpr double TURN = 2 * 3.14159265358979;
+    std::mt19937 random(1);
+    std::vector<CPoint> vPoints;
+    for (int n = 0; n < POINTS; ++n) {
+        const double d = n * TURN / POINTS;
+        const double dRadius = 1750 + 150 * std::sin(7 * d) + 40 * std::sin(61 * d);
+        const double x = bHatch ? 200 + n * 3600.0 / POINTS : 2000 + dRadius * std::cos(d);
+        const double y = bHatch ? 2000 + 1800 * std::cos(SWEEPS * d) : 2000 + dRadius * std::sin(d);
+        vPoints.push_back({static_cast<int32_t>(x) + static_cast<int32_t>(random() % 3),
+                           static_cast<int32_t>(y) + static_cast<int32_t>(random() % 3)});
+    }
+    return vPoints;
+}
+
+// From the points of a lasso to the selection with its outline, in place of another one.
+void Lasso(benchmark::State& state) {
+    const std::vector<CPoint> vPoints = LassoPoints(state.range(0) != 0);
+    TSelectPtr spSelect;
+    const auto select = [&] {
+        const bool bAntialias = state.range(1) != 0;
+        spSelect = CombineSelect({}, MakeShapeSelect(ESelectShape::Polygon, vPoints, bAntialias, CANVAS),
+                                 EShapeMode::Replace);
+    };
+    for (auto _ : state) select();
+    state.counters["MB"] = Megabytes([&] { spSelect.reset(), select(); });
+    state.counters["tiles"] = static_cast<double>(spSelect->GetBytes(nullptr)) / (96 * 96);
+}
+
 } // namespace
 
+BENCHMARK(Lasso)->ArgNames({"hatch", "soft"})->ArgsProduct({{0, 1}, {0, 1}})->Unit(benchmark::kMillisecond);
 BENCHMARK(SelectAll)->Unit(benchmark::kMillisecond);
 BENCHMARK(OutlineOfAll)->Unit(benchmark::kMillisecond);
 BENCHMARK(OutlineOfSquare)->Arg(500)->Arg(10000)->Unit(benchmark::kMillisecond);

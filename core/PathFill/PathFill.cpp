@@ -1,31 +1,10 @@
 #include "core/PathFill/PathFill.h"
 
-#include <climits>
+#include "core/PathFill/FillReach.h"
+
 #include <cstring>
 
 namespace {
-
-void CheckOutline(std::span<const CPoint> points) {
-    SELF_CHECK(invalid_argument, points.size() % 3 == 1 || points.empty());
-    SELF_CHECK(invalid_argument, points.empty() || points.front() == points.back());
-}
-
-int32_t RoundUp(int32_t n, int32_t nStep) { return (n + nStep - 1) / nStep * nStep; }
-
-// The pixels of a plane that an outline's hull, and the filter around it, can touch.
-CRect ReachOf(std::span<const CPoint> points, CPoint ptOrigin, CSize szPlane) {
-    int32_t nLeft = INT32_MAX, nTop = INT32_MAX, nRight = INT32_MIN, nBottom = INT32_MIN;
-    for (const CPoint& pt : points) {
-        nLeft = std::min(nLeft, pt.x), nRight = std::max(nRight, pt.x);
-        nTop = std::min(nTop, pt.y), nBottom = std::max(nBottom, pt.y);
-    }
-    const auto pixel = [](int32_t n, int32_t nFrom, int32_t nMore, int32_t nSize) {
-        const int64_t nPixel = (int64_t{n} >> 3) - nFrom + nMore;
-        return static_cast<int32_t>(std::clamp<int64_t>(nPixel, 0, nSize));
-    };
-    return {pixel(nLeft, ptOrigin.x, -2, szPlane.cx), pixel(nTop, ptOrigin.y, -2, szPlane.cy),
-            pixel(nRight, ptOrigin.x, 3, szPlane.cx), pixel(nBottom, ptOrigin.y, 3, szPlane.cy)};
-}
 
 void RaiseTo(uint8_t* pDest, uint8_t uValue, size_t nCount) {
     if (uValue == 255)
@@ -74,25 +53,10 @@ void CPathFill::FillPlane(TOutline points, CPoint ptOrigin, CAlphaBufferImpl<uin
     Fill({&points, 1}, ptOrigin, szPlane);
 }
 
-// Counting a band needs memory for each crossing: tall outlines of many segments are cut into bands.
 void CPathFill::Fill(std::span<const TOutline> outlines, CPoint ptOrigin, CSize szPlane) {
-    constexpr int64_t MAX_CROSSINGS = 1 << 22;
     const int32_t nHeight = m_target.rc.Height();
     m_vRuns.resize(static_cast<size_t>((m_target.rc.Width() + CCountRow::RUN - 1) / CCountRow::RUN));
-    // A segment turns up or down at most twice. Hulls are checked only where that may be too many.
-    int64_t nCrossings = 0;
-    for (const TOutline& points : outlines)
-        nCrossings += static_cast<int64_t>(points.size()) * nHeight * FILL_CELLS;
-    if (nCrossings > MAX_CROSSINGS) {
-        nCrossings = 0;
-        for (const TOutline& points : outlines)
-            for (size_t i = 0; i + 3 < points.size(); i += 3) {
-                const CRect rc = ReachOf(points.subspan(i, 4), ptOrigin, szPlane).Intersect(m_target.rc);
-                nCrossings += std::max(rc.Height(), 0) * int64_t{3 * FILL_CELLS};
-            }
-    }
-    const auto nBands = static_cast<int32_t>(std::min<int64_t>(nCrossings / MAX_CROSSINGS + 1, nHeight));
-    const int32_t nStep = RoundUp((nHeight + nBands - 1) / nBands, ROWS);
+    const int32_t nStep = BandHeight(outlines, ptOrigin, szPlane, m_target.rc, ROWS);
     for (int32_t y = 0; y < nHeight; y += nStep)
         FillBand(outlines, ptOrigin, szPlane, y, std::min(y + nStep, nHeight));
 }

@@ -59,7 +59,9 @@ void CSelectBuffer::Combine(ESelectMode mode, const CSelectBuffer& other) {
             if (!spOther || pHere == pFull) return;
             if (!pHere || spOther.get() == pFull) return mask.ShareBlockImpl(pt, spOther);
             spNew = CloneOf(*pHere);
-            AddCoverage(spNew->GetAlpha(), spOther->GetAlpha(), nullptr, nCount);
+            uint8_t* const pNew = spNew->GetAlpha();
+            std::transform(pNew, pNew + nCount, spOther->GetAlpha(), pNew,
+                           [](uint8_t d, uint8_t s) { return std::max(d, s); });
         } else {
             if (!spOther || !pHere) return;
             if (spOther.get() == pFull) return mask.ShareBlockImpl(pt, {});

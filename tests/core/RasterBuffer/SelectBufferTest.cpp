@@ -105,7 +105,8 @@ TEST(SelectBuffer, CombinesAndShiftsPixelByPixel) {
             std::vector<uint8_t> vExpected(vD);
             for (size_t i = 0; i < vD.size(); ++i) {
                 const int nLeft = vD[i] * (mode == ESelectMode::Intersect ? vS[i] : 255 - vS[i]) / 255;
-                vExpected[i] = static_cast<uint8_t>(nLeft + (mode == ESelectMode::Add ? vS[i] : 0));
+                vExpected[i] =
+                    mode == ESelectMode::Add ? std::max(vD[i], vS[i]) : static_cast<uint8_t>(nLeft);
             }
             EXPECT_EQ(ValuesOf<uint8_t>(select.GetMask()), vExpected) << uSeed;
             EXPECT_EQ(ValuesOf<uint8_t>(spFirst->GetMask()), vD);
