@@ -84,6 +84,7 @@ constexpr TNamed NAMES[] = {
     {ID_HOLD_HAND, "hold-hand"},
     {ID_SWITCH_TOOL_FIRST + 2, "tool-brush"},
     {ID_SWITCH_TOOL_FIRST + 3, "tool-eraser"},
+    {ID_SWITCH_TOOL_FIRST + 4, "tool-select"},
     {ID_SWITCH_TOOL_FIRST + 5, "tool-move"},
     {ID_SWITCH_TOOL_FIRST + 6, "tool-path"},
     {ID_SWITCH_TOOL_FIRST + 7, "tool-path-width"},

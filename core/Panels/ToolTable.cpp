@@ -5,6 +5,7 @@
 #include "core/RasterBrush/FreehandTools.h"
 #include "core/RasterBrush/ToolOptRasterBrush.h"
 #include "core/RasterMove/RasterMove.h"
+#include "core/RasterMove/ToolOptRasterSelect.h"
 
 #include <boost/make_shared.hpp>
 
@@ -31,9 +32,13 @@ constexpr TToolRow ROW{TTool::INFO,
                        MakePane<TPane>};
 
 constexpr TToolRow TOOLS[] = {
-    ROW<CRasterBrush, CToolOptRasterBrush>,   ROW<CRasterEraser, CToolOptRasterBrush>,
-    ROW<CRasterPencil, CToolOptRasterPencil>, ROW<CRasterMove, void>,
-    ROW<CPathTool, CToolOptPathTool>,         ROW<CPathWidthTool, CToolOptPathWidthTool>,
+    ROW<CRasterBrush, CToolOptRasterBrush>,
+    ROW<CRasterEraser, CToolOptRasterBrush>,
+    ROW<CRasterPencil, CToolOptRasterPencil>,
+    ROW<CRasterSelect, CToolOptRasterSelect>,
+    ROW<CRasterMove, void>,
+    ROW<CPathTool, CToolOptPathTool>,
+    ROW<CPathWidthTool, CToolOptPathWidthTool>,
 };
 
 } // namespace
