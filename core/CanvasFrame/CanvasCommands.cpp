@@ -110,14 +110,6 @@ constexpr TEditCommand EDIT_COMMANDS[] = {
     {ID_EDIT_PASTE, &CTools::Paste, &CTools::CanPaste},
 };
 
-// The tool returns whether a redraw is due.
-CCommandTable::TAct WithTool(const boost::function<bool(CTools&, int)>& fn) {
-    return WithFrame([fn](CCanvasFrame& frame, int nId) {
-        const auto spTool = frame.GetInput().GetTool();
-        if (spTool && fn(*spTool, nId)) frame.RequestRedraw();
-    });
-}
-
 CCommandTable::TTest AskTool(const boost::function<bool(const CTools&, int)>& fn) {
     return AskFrame([fn](CCanvasFrame& frame, int nId) {
         const auto spTool = frame.GetInput().GetTool();
@@ -149,8 +141,15 @@ void BindCanvasCommands(CCommandTable& table) {
                    AskFrame([=](CCanvasFrame& frame, int n) { return layerState(frame, n).bEnabled; }),
                    AskFrame([=](CCanvasFrame& frame, int n) { return layerState(frame, n).bChecked; }));
     for (const auto& [nId, pfnDo, pfnCan] : EDIT_COMMANDS)
-        table.Bind(nId, WithTool([pfn = pfnDo](CTools& tool, int) { return (tool.*pfn)(); }),
+        table.Bind(nId, WithFrame([pfn = pfnDo](CCanvasFrame& frame, int) {
+                       const auto spTool = frame.GetInput().GetTool();
+                       if (spTool) frame.EditTree([&] { return (*spTool.*pfn)(); });
+                   }),
                    AskTool([pfn = pfnCan](const CTools& tool, int) { return (tool.*pfn)(); }));
-    table.BindOthers(WithTool([](CTools& tool, int n) { return tool.OnCommand(n); }),
+    // The tool returns whether a redraw is due.
+    table.BindOthers(WithFrame([](CCanvasFrame& frame, int n) {
+                         const auto spTool = frame.GetInput().GetTool();
+                         if (spTool && spTool->OnCommand(n)) frame.RequestRedraw();
+                     }),
                      AskTool([](const CTools& tool, int n) { return tool.CanCommand(n); }));
 }

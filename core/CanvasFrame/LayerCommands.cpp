@@ -2,6 +2,7 @@
 
 #include "core/Base/Failure.h"
 #include "core/CanvasBuffer/CanvasHistory.h"
+#include "core/CanvasBuffer/NewLayer.h"
 #include "core/Commands/CommandIds.h"
 #include "core/LayerBuffer/LayerMerge.h"
 #include "core/LayerBuffer/LayerSetBuffer.h"
@@ -39,27 +40,11 @@ struct TPlace {
     bool CanMerge() const { return idxLayer > 0 && Below()->canBeMergedWith(*spLayer); }
 };
 
-std::wstring UniqueName(const CLayerBuffer& parent, const std::wstring& strBase) {
-    const auto isTaken = [&](const std::wstring& strName) {
-        return std::any_of(parent.GetChildren().begin(), parent.GetChildren().end(),
-                           [&](const TLayerPtr& spChild) { return spChild->GetName() == strName; });
-    };
-    std::wstring strName = strBase;
-    for (int n = 2; isTaken(strName); ++n) strName = FormatText(L"%1% (%2%)", {strBase, std::to_wstring(n)});
-    return strName;
-}
-
 void InsertNew(const boost::shared_ptr<CCanvasBuffer>& spCanvas, const TLayerPtr& spLayer,
                const wchar_t* pszName) {
-    const TPlace active(spCanvas->GetActiveLayer(), *spCanvas);
-    TLayerPtr spParent = active ? active.spParent : spCanvas->GetRoot().shared_from_this();
-    int idxLayer = active ? active.idxLayer + 1 : -1;
-    if (dynamic_cast<CLayerSetBuffer*>(active.spLayer.get())) {
-        spParent = active.spLayer;
-        idxLayer = -1;
-    }
-    spLayer->setName(UniqueName(*spParent, pszName));
-    spParent->AddLayer(spLayer, idxLayer);
+    const TNewPlace place = FindNewPlace(*spCanvas);
+    spLayer->setName(UniqueLayerName(*place.spParent, pszName));
+    place.spParent->AddLayer(spLayer, place.idxLayer);
     spCanvas->SelectLayer(spLayer);
 }
 
@@ -89,7 +74,7 @@ bool IsColored(const TPlace&, const CCanvasBuffer& canvas) { return canvas.IsCol
 const TLayerCommand COMMANDS[] = {
     {ID_LAYER_NEW_RASTER, Always, Never,
      [](const TPlace&, const TCanvas& spCanvas, IProgress&) {
-         InsertNew(spCanvas, CreateRasterLayer(spCanvas), L"新規ラスタレイヤー");
+         InsertNew(spCanvas, CreateRasterLayer(spCanvas), NEW_RASTER_LAYER);
          return true;
      }},
     {ID_LAYER_NEW_VECTOR, Always, Never,

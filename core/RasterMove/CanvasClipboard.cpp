@@ -1,42 +1,166 @@
 #include "core/RasterMove/CanvasClipboard.h"
 
-#include "core/CanvasBuffer/CanvasBuffer.h"
+#include "core/Base/Failure.h"
+#include "core/CanvasBuffer/NewLayer.h"
 #include "core/ImageFile/DibBlock.h"
+#include "core/LayerBuffer/FloatHistory.h"
+#include "core/LayerBuffer/LayerHistory.h"
 #include "core/LayerBuffer/RasterLayerBuffer.h"
-#include "core/RasterBuffer/SelectBuffer.h"
+#include "core/RasterBuffer/PlaneKind.h"
+#include "core/RasterMove/SelectionCommands.h"
+#include "core/Tools/ActiveView.h"
+
+#include <boost/make_shared.hpp>
+
+#include <algorithm>
 
 namespace {
 
+/// Pixels to be copied: a plane, null or the mask of the same size, and their place on the canvas.
+struct TSource {
+    CRasterBuffer& plane;
+    CRasterBuffer* pMask;
+    CPoint ptOffset;
+};
+
+/// The bounds of the pixels that are not transparent, in the tile's own coordinates.
+CRect BoundOf(const CRasterBlockBuffer& tile) {
+    const std::vector<uint8_t> vAlpha = tile.CopyAlpha();
+    const CSize sz = tile.GetSize();
+    CRect rc;
+    for (int32_t y = 0; y < sz.cy; ++y) {
+        const uint8_t* pRow = vAlpha.data() + static_cast<ptrdiff_t>(y) * sz.cx;
+        const uint8_t* pEnd = pRow + sz.cx;
+        const auto isPaint = [](uint8_t u) { return u != 0; };
+        const auto nLeft = static_cast<int32_t>(std::find_if(pRow, pEnd, isPaint) - pRow);
+        if (nLeft == sz.cx) continue;
+        int32_t nRight = sz.cx;
+        while (!pRow[nRight - 1]) --nRight;
+        rc = rc.Union({nLeft, y, nRight, y + 1});
+    }
+    return rc;
+}
+
+CRect BoundOf(CRasterBuffer& plane) {
+    CRect rc;
+    plane.ForEachBlock([&](CPoint pt) {
+        if (!plane.HasBlock(pt)) return;
+        const CRect rcTile = BoundOf(*plane.GetBlock(pt, false));
+        if (!rcTile.IsEmpty()) rc = rc.Union(CRect(pt + rcTile.TopLeft(), rcTile.Size()));
+    });
+    return rc.Intersect(plane.GetRect());
+}
+
 // The alpha is the smaller of pixel and mask. Only where both have tiles is anything painted.
-TDibBytes MakeBlockOf(CRasterBuffer& plane, CRasterBuffer& mask, const CRect& rc) {
+TDibBytes MakeBlockOf(const TSource& source, const CRect& rc) {
     const TDibBlock block = CreateDibBlock(rc.Size());
     CBitmapSession session{block.spPixels};
-    plane.ForEachBlockIn(rc, [&](CPoint pt) {
-        if (!plane.HasBlock(pt) || !mask.HasBlock(pt)) return;
-        const CRect rcPart = CRect(pt, plane.GetBlockSize()).Intersect(rc);
-        const auto spMask = mask.ExtractBlock(rcPart, false, nullptr);
-        const auto spPart = plane.ExtractBlock(rcPart, false, spMask.get());
+    source.plane.ForEachBlockIn(rc, [&](CPoint pt) {
+        if (!source.plane.HasBlock(pt) || (source.pMask && !source.pMask->HasBlock(pt))) return;
+        const CRect rcPart = CRect(pt, source.plane.GetBlockSize()).Intersect(rc);
+        const auto spMask = source.pMask ? source.pMask->ExtractBlock(rcPart, false, nullptr) : nullptr;
+        const auto spPart = source.plane.ExtractBlock(rcPart, false, spMask.get());
         spPart->SetPosition(rcPart.TopLeft() - rc.TopLeft());
         spPart->WriteBitmap(session);
     });
     return block.spBytes;
 }
 
-boost::shared_ptr<CRasterLayerBuffer> FindRasterLayer(const CCanvasBuffer& canvas) {
+boost::shared_ptr<CRasterLayerBuffer> ActiveRasterLayer(const CCanvasBuffer& canvas) {
     return boost::dynamic_pointer_cast<CRasterLayerBuffer>(canvas.GetActiveLayer());
+}
+
+// Tiles without paint would only take memory.
+boost::shared_ptr<CFloatingPixels> MakeFloat(const boost::shared_ptr<IBitmap>& spPicture, bool bColor,
+                                             CSize sz, CPoint ptAt) {
+    const auto spPlane = CreatePlane(bColor, sz, DEFAULT_BLOCKSIZE);
+    const auto spMask = boost::make_shared<CFloatingPixels::TMask>();
+    spMask->Create(sz, DEFAULT_BLOCKSIZE);
+    CBitmapSession session{spPicture};
+    spPlane->ForEachBlock([&](CPoint pt) {
+        spMask->ShareBlockImpl(pt, FullSelectTile());
+        const auto spTile = spPlane->CreateBlock(pt);
+        spTile->ReadBitmap(session);
+        if (!BoundOf(*spTile).IsEmpty()) spPlane->SetBlock(pt, spTile);
+    });
+    return boost::make_shared<CFloatingPixels>(spPlane, spMask, ptAt, std::nullopt);
+}
+
+// The middle of the view, moved into the canvas where the picture fits. All along one axis.
+int32_t PlaceAlong(int32_t nShown, int32_t nShownSize, int32_t nPicture, int32_t nCanvas) {
+    const int32_t n = nShown + (nShownSize - nPicture) / 2;
+    return nPicture <= nCanvas ? std::clamp(n, 0, nCanvas - nPicture) : n;
 }
 
 } // namespace
 
-bool CCanvasClipboard::CanCopy(const CCanvasBuffer& canvas) const {
-    return canvas.GetSelect() && FindRasterLayer(canvas);
+bool CCanvasClipboard::Copy(const boost::shared_ptr<CCanvasBuffer>& spCanvas) {
+    if (!CanClear(*spCanvas)) return false;
+    spCanvas->CompleteWork();
+    const auto spLayer = ActiveRasterLayer(*spCanvas);
+    const auto spFloat = spLayer->GetFloat();
+    const TSource source = spFloat
+                               ? TSource{spFloat->GetPlane(), spFloat->GetMask().get(), spFloat->GetOffset()}
+                               : TSource{*spLayer->GetRaster(), &spCanvas->GetSelect()->GetMask(), {}};
+    const CRect rc =
+        spFloat ? BoundOf(source.pMask ? *source.pMask : source.plane) : spCanvas->GetSelect()->GetBound();
+    if (rc.IsEmpty()) return false;
+    const TDibBytes spBlock = MakeBlockOf(source, rc);
+    m_clipboard.SetBlock(spBlock);
+    m_copied = {spBlock, source.ptOffset + rc.TopLeft(), spCanvas->GetSize(), m_clipboard.GetChangeCount()};
+    return true;
 }
 
-bool CCanvasClipboard::Copy(CCanvasBuffer& canvas) {
-    if (!CanCopy(canvas)) return false;
-    CSelectBuffer& select = *canvas.GetSelect();
-    if (select.GetBound().IsEmpty()) return false;
-    m_clipboard.SetBlock(
-        MakeBlockOf(*FindRasterLayer(canvas)->GetRaster(), select.GetMask(), select.GetBound()));
+bool CCanvasClipboard::Cut(const boost::shared_ptr<CCanvasBuffer>& spCanvas) {
+    if (!Copy(spCanvas)) return false;
+    ClearSelected(spCanvas, L"切り取り");
+    return true;
+}
+
+// A picture of this application means its alpha, also where that is 0 everywhere.
+TLoadedPicture CCanvasClipboard::TakePicture() const {
+    return IsOwn() ? ReadDibBlock(m_copied.spBlock, EZeroAlpha::Transparent) : m_clipboard.GetPicture();
+}
+
+CPoint CCanvasClipboard::FindPlace(const IActiveView& view, CSize szPicture) const {
+    const CSize szCanvas = view.GetCanvas()->GetSize();
+    const CRect rcShown = view.GetShownRect();
+    const CRect rcOld(m_copied.ptAt, szPicture);
+    if (IsOwn() && m_copied.szCanvas == szCanvas && rcOld.Intersect(rcShown) == rcOld) return m_copied.ptAt;
+    return {PlaceAlong(rcShown.left, rcShown.Width(), szPicture.cx, szCanvas.cx),
+            PlaceAlong(rcShown.top, rcShown.Height(), szPicture.cy, szCanvas.cy)};
+}
+
+bool CCanvasClipboard::Paste(const IActiveView& view) {
+    const boost::shared_ptr<CCanvasBuffer> spCanvas = view.GetCanvas();
+    const TLoadedPicture picture = TakePicture();
+    CSize sz;
+    if (!picture || !picture->GetWidth(sz.cx) || !picture->GetHeight(sz.cy))
+        throw refused_error(L"クリップボードの画像を貼り付けられませんでした。\n" +
+                            std::wstring(AdviceFor(picture.failure)));
+    spCanvas->CompleteWork();
+    const auto spFloat = MakeFloat(picture, spCanvas->IsColorRaster(), sz, FindPlace(view, sz));
+    const auto spSelect = spFloat->CreateSelect(spCanvas->GetSize());
+    const CFloatDrop drop(spCanvas);
+    auto spLayer = ActiveRasterLayer(*spCanvas);
+    boost::shared_ptr<CHistory> spHistory = boost::make_shared<CRasterMoveHistory>(
+        L"貼り付け", spCanvas, spCanvas->GetFloatState(), nullptr, nullptr);
+    if (!spLayer) {
+        spLayer = CreateRasterLayer(spCanvas);
+        const TNewPlace place = FindNewPlace(*spCanvas);
+        spLayer->setName(UniqueLayerName(*place.spParent, NEW_RASTER_LAYER));
+        spHistory = JoinHistories(
+            boost::make_shared<CAddDelLayerHistory<true>>(place.spParent, place.idxLayer, spLayer),
+            spHistory);
+        place.spParent->AddLayer(spLayer, place.idxLayer, false);
+        spCanvas->SelectLayer(spLayer);
+    }
+    spCanvas->SetFloatState({spFloat, spLayer, spSelect});
+    try {
+        spCanvas->GetHistory().Register(spHistory);
+    } catch (...) {
+        spHistory->Undo();
+        throw;
+    }
     return true;
 }

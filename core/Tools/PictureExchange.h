@@ -1,19 +1,24 @@
 // The clipboard as tools see it.
 #pragma once
 
+#include <boost/shared_ptr.hpp>
+
 class CCanvasBuffer;
 class IActiveView;
 
-/// Exchanges pictures between canvases and the clipboard. Pending work of the canvas must have been
-/// completed.
+/// Exchanges pictures between canvases and the clipboard. Complete strokes are merged first.
 class IPictureExchange {
 public:
     virtual ~IPictureExchange() = default;
-    /// True when a raster layer is active and a part of the canvas is selected.
-    virtual bool CanCopy(const CCanvasBuffer& canvas) const = 0;
-    /// Copies the selected pixels of the active layer. Returns false without any; then the clipboard's
-    /// content stays. Raises std::runtime_error when the clipboard cannot be opened.
-    virtual bool Copy(CCanvasBuffer& canvas) = 0;
+    /// Copies what floats above the active raster layer, or else what is selected of it. False when there is
+    /// nothing; then the clipboard keeps its content. Raises std::runtime_error when the clipboard cannot be
+    /// opened.
+    virtual bool Copy(const boost::shared_ptr<CCanvasBuffer>& spCanvas) = 0;
+    /// Copies it and clears it, one undo step.
+    virtual bool Cut(const boost::shared_ptr<CCanvasBuffer>& spCanvas) = 0;
     /// True while the clipboard holds a picture.
     virtual bool CanPaste() const = 0;
+    /// Lets the clipboard's picture float above the view's active raster layer, or a new one above another
+    /// layer, one undo step. Raises refused_error, which says why, when the picture cannot be read.
+    virtual bool Paste(const IActiveView& view) = 0;
 };

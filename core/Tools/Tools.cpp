@@ -3,6 +3,7 @@
 #include "core/Base/Failure.h"
 #include "core/Platform/System.h"
 #include "core/Tools/PenContact.h"
+#include "core/Tools/PictureExchange.h"
 
 #include <algorithm>
 
@@ -92,6 +93,10 @@ TLayerPtr CTools::GetLayer() const {
     const auto spCanvas = GetCanvas();
     return spCanvas ? spCanvas->GetActiveLayer() : TLayerPtr();
 }
+
+bool CTools::CanPaste() const { return m_state == STATE_IDLE && GetView() && m_outside.exchange.CanPaste(); }
+
+bool CTools::Paste() { return CanPaste() && m_outside.exchange.Paste(*GetView()); }
 
 bool CTools::ChangeKey(int nKey, bool bDown) {
     const bool bChanged = bDown ? m_setKeys.insert(nKey).second : m_setKeys.erase(nKey) > 0;

@@ -92,10 +92,11 @@ public:
     virtual bool OnPrivateMessage(int64_t, int64_t) { return false; }
     virtual bool Copy() { return false; }
     virtual bool Cut() { return false; }
-    virtual bool Paste() { return false; }
+    /// Pastes the clipboard's picture, with any tool on any layer.
+    virtual bool Paste();
     virtual bool CanCopy() const { return false; }
     virtual bool CanCut() const { return false; }
-    virtual bool CanPaste() const { return false; }
+    virtual bool CanPaste() const;
     /// Draws over the canvas.
     virtual void DrawOverlay(COverlay& overlay, const TOverlayMapper& mapper) const = 0;
     /// The bounds of the overlay in client pixels.
