@@ -198,5 +198,5 @@ bool CRasterMove::CanCopy() const {
     return m_state == STATE_IDLE && spCanvas && CanClear(*spCanvas);
 }
 
-bool CRasterMove::Copy() { return CanCopy() && GetOutside().exchange.Copy(*GetCanvas()); }
-bool CRasterMove::Cut() { return Copy() && ClearSelected(GetCanvas(), L"切り取り"); }
+bool CRasterMove::Copy() { return CanCopy() && GetOutside().exchange.Copy(GetCanvas()); }
+bool CRasterMove::Cut() { return CanCut() && GetOutside().exchange.Cut(GetCanvas()); }
