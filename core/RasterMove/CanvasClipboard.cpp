@@ -111,12 +111,6 @@ bool CCanvasClipboard::Copy(const boost::shared_ptr<CCanvasBuffer>& spCanvas) {
     return true;
 }
 
-bool CCanvasClipboard::Cut(const boost::shared_ptr<CCanvasBuffer>& spCanvas) {
-    if (!Copy(spCanvas)) return false;
-    ClearSelected(spCanvas, L"切り取り");
-    return true;
-}
-
 // A picture of this application means its alpha, also where that is 0 everywhere.
 TLoadedPicture CCanvasClipboard::TakePicture() const {
     return IsOwn() ? ReadDibBlock(m_copied.spBlock, EZeroAlpha::Transparent) : m_clipboard.GetPicture();

@@ -14,7 +14,6 @@ public:
 
     /// The block is the selection's bounding rectangle; the alpha is that which a lift would take.
     bool Copy(const boost::shared_ptr<CCanvasBuffer>& spCanvas) override;
-    bool Cut(const boost::shared_ptr<CCanvasBuffer>& spCanvas) override;
     bool CanPaste() const override { return m_clipboard.HasPicture(); }
     /// At the place that it was copied from, where the canvas has the same size and the view shows that place
     /// whole; else centred in the view, and inside the canvas where it fits.

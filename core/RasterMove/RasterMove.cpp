@@ -199,4 +199,4 @@ bool CRasterMove::CanCopy() const {
 }
 
 bool CRasterMove::Copy() { return CanCopy() && GetOutside().exchange.Copy(GetCanvas()); }
-bool CRasterMove::Cut() { return CanCut() && GetOutside().exchange.Cut(GetCanvas()); }
+bool CRasterMove::Cut() { return Copy() && ClearSelected(GetCanvas(), L"切り取り"); }

@@ -14,8 +14,6 @@ public:
     /// nothing; then the clipboard keeps its content. Raises std::runtime_error when the clipboard cannot be
     /// opened.
     virtual bool Copy(const boost::shared_ptr<CCanvasBuffer>& spCanvas) = 0;
-    /// Copies it and clears it, one undo step.
-    virtual bool Cut(const boost::shared_ptr<CCanvasBuffer>& spCanvas) = 0;
     /// True while the clipboard holds a picture.
     virtual bool CanPaste() const = 0;
     /// Lets the clipboard's picture float above the view's active raster layer, or a new one above another

@@ -1,6 +1,7 @@
 #include "core/RasterMove/CanvasClipboard.h"
 #include "tests/session/ScriptedSession.h"
 #include "tests/support/LayerPictures.h"
+#include "tests/support/TestView.h"
 
 namespace {
 
@@ -12,21 +13,10 @@ struct CProbe : CRasterBrush {
     boost::shared_ptr<CRasterStroke> m_spStroke;
 };
 
-struct CView : IActiveView {
-    const boost::shared_ptr<CCanvasBuffer>& GetCanvas() const override { return m_spCanvas; }
-    uint16_t GetZoom() const override { return 48; }
-    CPoint ToClient(CPoint pt) const override { return {pt.x / 8, pt.y / 8}; }
-    CPoint ToClientPixel(CPoint pt) const override { return ToClient(pt); }
-    CPoint ToCanvas(CPoint pt) const override { return {pt.x * 8, pt.y * 8}; }
-    CRect GetShownRect() const override { return {}; }
-    int32_t GetDpi() const override { return DPI_NORMAL; }
-    void RequestRedraw() override {}
-    boost::shared_ptr<CCanvasBuffer> m_spCanvas = MakePage({200, 100});
-};
-
 class Conditioning : public testing::Test, CScriptedSession {
 protected:
     Conditioning() {
+        m_spView->m_spCanvas = MakePage({200, 100});
         g_wpActiveView = m_spView;
         m_spTool->GetParam().CurveStrength = 4; // a window of 6
     }
@@ -47,7 +37,7 @@ protected:
         EXPECT_EQ(m_spTool->GetState(), STATE_IDLE);
     }
 
-    boost::shared_ptr<CView> m_spView = boost::make_shared<CView>();
+    boost::shared_ptr<CTestView> m_spView = boost::make_shared<CTestView>();
     CSessionPlatform m_session{m_parts, {"s", {}}};
     CIniConfig m_config{L"/v.ini", m_files};
     CStrokeRandom m_random;

@@ -1,35 +1,15 @@
 #include "core/RasterMove/CanvasClipboard.h"
 
 #include "core/ImageFile/DibBlock.h"
-#include "core/PathToolBase/PathTool.h"
-#include "core/RasterBrush/FreehandTools.h"
+#include "core/RasterBuffer/PlaneKind.h"
 #include "session/seam/SessionClipboard.h"
 #include "tests/support/LayerPictures.h"
+#include "tests/support/TestView.h"
 #include "tests/support/ToolSession.h"
 
 namespace {
 
-struct CView : IActiveView {
-    const boost::shared_ptr<CCanvasBuffer>& GetCanvas() const override { return m_spCanvas; }
-    uint16_t GetZoom() const override { return 48; }
-    CPoint ToClient(CPoint pt) const override { return pt; }
-    CPoint ToClientPixel(CPoint pt) const override { return pt; }
-    CPoint ToCanvas(CPoint pt) const override { return pt; }
-    CRect GetShownRect() const override { return m_rcShown; }
-    int32_t GetDpi() const override { return DPI_NORMAL; }
-    void RequestRedraw() override {}
-    boost::shared_ptr<CCanvasBuffer> m_spCanvas;
-    CRect m_rcShown;
-};
-
-class CClosableClipboard : public CSessionClipboard {
-public:
-    void SetBlock(const TDibBytes& spBlock) override {
-        if (m_bClosed) throw std::runtime_error("closed");
-        CSessionClipboard::SetBlock(spBlock);
-    }
-    bool m_bClosed = false;
-};
+constexpr uint32_t FOREIGN = 0xFF0A141E; // in the form of PixelAt
 
 class CanvasClipboard : public testing::Test {
 protected:
@@ -41,19 +21,18 @@ protected:
         m_view.m_spCanvas = m_spCanvas;
         m_view.m_rcShown = CRect({0, 0}, sz);
     }
-    // Selects the rectangle, softer towards the right, or hard.
-    void Select(const CRect& rc, bool bSoft = true) {
+    // Selects the rectangle, softer towards the right.
+    void Select(const CRect& rc) {
         const auto spSelect = boost::make_shared<CSelectBuffer>(m_spCanvas->GetSize());
         for (int32_t y = rc.top; y < rc.bottom; ++y)
             for (int32_t x = rc.left; x < rc.right; ++x) {
                 const auto spTile = spSelect->GetMask().GetWritableBlock({x, y});
-                *spTile->GetPixelPtr(CPoint{x, y} - spTile->GetPosition()) = bSoft ? MaskAt(x) : 255;
+                *spTile->GetPixelPtr(CPoint{x, y} - spTile->GetPosition()) = MaskAt(x);
             }
         spSelect->UpdateOutline();
         m_spCanvas->SetSelect(spSelect);
     }
     static uint8_t MaskAt(int32_t x) { return static_cast<uint8_t>(255 - x % 128); }
-    // The clipboard's pixel in the form of PixelAt.
     uint32_t CopiedAt(CPoint pt) {
         const TLoadedPicture picture = m_clipboard.GetPicture();
         TLockedBits bits;
@@ -66,26 +45,26 @@ protected:
     bool Paste() { return m_exchange.Paste(m_view); }
     // Another program's picture, of one colour.
     void PutForeign(CSize sz, uint8_t uAlpha = 255) {
-        const TDibBlock block = CreateDibBlock(sz);
-        TLockedBits bits;
-        block.spPixels->LockBits(CRect({0, 0}, sz), ELockMode::Write, bits);
-        for (ptrdiff_t i = 0; i < ptrdiff_t{sz.cx} * sz.cy; ++i) {
-            uint8_t* p = bits.pData + i / sz.cx * bits.nStride + i % sz.cx * 4;
-            p[0] = 10, p[1] = 20, p[2] = 30, p[3] = uAlpha;
-        }
-        block.spPixels->UnlockBits();
-        m_clipboard.SetBlock(block.spBytes);
+        std::string strBlock = *CreateDibBlock(sz).spBytes;
+        for (size_t i = 124; i < strBlock.size(); i += 4)
+            strBlock.replace(i, 4, {30, 20, 10, static_cast<char>(uAlpha)});
+        m_clipboard.SetBlock(boost::make_shared<std::string>(strBlock));
     }
     boost::shared_ptr<CFloatingPixels> Float() { return m_spCanvas->GetFloatState().spFloat; }
     CRect FloatRect() { return Float() ? Float()->GetRect() : CRect(); }
-    CHistoryStream& History() { return m_spCanvas->GetHistory(); }
 
     std::mt19937 m_random{17};
-    CClosableClipboard m_clipboard;
+    CSessionClipboard m_clipboard;
     CCanvasClipboard m_exchange{m_clipboard};
-    CView m_view;
+    CTestView m_view;
     boost::shared_ptr<CCanvasBuffer> m_spCanvas;
     boost::shared_ptr<CRasterLayerBuffer> m_spLayer;
+};
+
+class ClipboardCommands : public testing::Test, protected CToolSession {
+protected:
+    ClipboardCommands() : CToolSession(MakePage({200, 120})) {}
+    bool IsEnabled(int nId) { return g_pMainFrame->IsCommandEnabled(nId); }
 };
 
 } // namespace
@@ -120,158 +99,117 @@ TEST_F(CanvasClipboard, ACopyTakesMemoryForWhatIsSelectedOnly) {
     EXPECT_EQ(CopiedAt({0, 0}), 0u);
 }
 
-TEST_F(CanvasClipboard, WhatIsCutComesBackToItsPlaceWhereTheViewShowsIt) {
-    Open({300, 250});
+TEST_F(CanvasClipboard, APictureGoesBackToItsPlaceElseToTheMiddleOfTheView) {
     const CRect rc(90, 40, 295, 200);
-    Select(rc, false);
-    m_spCanvas->ComposeAll();
-    const auto vFirst = PixelsOf(m_spCanvas->GetComposite());
-    ASSERT_TRUE(m_exchange.Cut(m_spCanvas));
-    EXPECT_EQ(PixelAt(*m_spLayer->GetRaster(), {294, 199}) >> 24, 0u);
-    ASSERT_TRUE(Paste());
-    EXPECT_EQ(FloatRect(), rc);
-    EXPECT_EQ(m_spCanvas->GetSelect()->GetBound(), rc);
-    m_spCanvas->ComposeAll();
-    EXPECT_EQ(PixelsOf(m_spCanvas->GetComposite()), vFirst);
-    EXPECT_EQ(History().GetUndoList()[0]->GetName() + History().GetUndoList()[1]->GetName(),
-              L"貼り付け切り取り");
-
-    m_view.m_rcShown = {90, 40, 294, 200}; // one column is out of sight
-    ASSERT_TRUE(Paste());
-    EXPECT_EQ(FloatRect().TopLeft(), (CPoint{90 + (204 - 205) / 2, 40}));
-    Open({300, 251}); // another canvas
-    ASSERT_TRUE(Paste());
-    EXPECT_EQ(FloatRect().TopLeft(), (CPoint{47, 45}));
-    PutForeign(rc.Size());
-    ASSERT_TRUE(Paste());
-    EXPECT_EQ(FloatRect().TopLeft(), (CPoint{47, 45}));
-}
-
-TEST_F(CanvasClipboard, APictureGoesToTheMiddleOfTheViewInsideTheCanvas) {
-    Open({300, 200});
-    const auto placeOf = [&](CSize sz, const CRect& rcShown) {
-        PutForeign(sz);
+    const auto placeOf = [&](const CRect& rcShown) {
         m_view.m_rcShown = rcShown;
         EXPECT_TRUE(Paste());
         return FloatRect();
     };
-    EXPECT_EQ(placeOf({10, 20}, {100, 50, 200, 150}), CRect({145, 90}, CSize{10, 20}));
-    EXPECT_EQ(placeOf({120, 150}, {280, 0, 300, 30}), CRect({180, 0}, CSize{120, 150}));
-    EXPECT_EQ(placeOf({120, 150}, {0, 190, 20, 200}), CRect({0, 50}, CSize{120, 150}));
-    EXPECT_EQ(placeOf({400, 100}, {0, 0, 300, 200}), CRect({-50, 50}, CSize{400, 100}));
-    EXPECT_EQ(m_spCanvas->GetSelect()->GetBound(), CRect(0, 50, 300, 150));
-    EXPECT_EQ(PixelAt(Float()->GetPlane(), {399, 99}), 0xFF0A141Eu);
-    Open({300, 200}, false);
+    Open({300, 250});
+    Select(rc);
+    ASSERT_TRUE(Copy());
+    EXPECT_EQ(placeOf(rc), rc);
+    EXPECT_EQ(m_spCanvas->GetSelect()->GetBound(), rc);
+    EXPECT_EQ(*m_spCanvas->GetSelect()->GetMask().FindBlock(rc.TopLeft())->GetPixelPtr({90, 40}), 255)
+        << "full";
+    EXPECT_EQ(placeOf({90, 40, 295, 199}), CRect({90, 39}, rc.Size())) << "a row is out of sight";
+    Open({300, 251});
+    EXPECT_EQ(placeOf({0, 0, 300, 251}), CRect({47, 45}, rc.Size())) << "another canvas";
+    PutForeign({10, 20});
+    EXPECT_EQ(placeOf({100, 50, 200, 150}), CRect({145, 90}, CSize{10, 20}));
+    PutForeign({120, 150}); // into the canvas
+    EXPECT_EQ(placeOf({280, 0, 300, 30}), CRect({180, 0}, CSize{120, 150}));
+    EXPECT_EQ(placeOf({0, 240, 20, 251}), CRect({0, 101}, CSize{120, 150}));
+    PutForeign({400, 101});
+    EXPECT_EQ(placeOf({0, 0, 300, 251}), CRect({-50, 75}, CSize{400, 101}));
+    EXPECT_EQ(m_spCanvas->GetSelect()->GetBound(), CRect(0, 75, 300, 176));
+    EXPECT_EQ(PixelAt(Float()->GetPlane(), {399, 100}), FOREIGN);
+    Open({300, 251}, false);
     ASSERT_TRUE(Paste());
-    EXPECT_EQ(PixelAt(Float()->GetPlane(), {399, 99}), 0xFF151515u) << "30 * 0.299 + 20 * 0.587 + 10 * 0.114";
+    EXPECT_EQ(PixelAt(Float()->GetPlane(), {399, 100}), 0xFF121212u)
+        << "10 * 0.299 + 20 * 0.587 + 30 * 0.114";
 }
 
-TEST_F(CanvasClipboard, FloatingPixelsAreCopiedAndCutAlone) {
+TEST_F(CanvasClipboard, FloatingPixelsAreCopiedAlone) {
     Open({300, 250});
-    const auto before = PixelsOf(*m_spLayer->GetRaster());
     PutForeign({20, 10}, 99);
     const std::string strForeign = *m_clipboard.GetBlock();
     ASSERT_TRUE(Paste());
-    const TFloatState state = m_spCanvas->GetFloatState();
-    const auto spFar = state.spFloat->MoveTo({-15, 1000});
-    m_spCanvas->SetFloatState({spFar, state.wpLayer, {}});
+    m_spCanvas->SetFloatState({Float()->MoveTo({-15, 1000}), m_spLayer, {}});
     m_clipboard.SetText(L"");
     ASSERT_TRUE(Copy());
     EXPECT_EQ(*m_clipboard.GetBlock(), strForeign);
-    ASSERT_TRUE(m_exchange.Cut(m_spCanvas));
-    EXPECT_FALSE(Float() || m_spCanvas->GetSelect());
-    EXPECT_EQ(PixelsOf(*m_spLayer->GetRaster()), before);
-    History().Undo();
-    EXPECT_EQ(FloatRect(), spFar->GetRect());
     // Without a mask the bounds are those of the paint.
     const auto spPlane = CreatePlane(true, {200, 200}, DEFAULT_BLOCKSIZE);
-    *(spPlane->GetWritableBlock({100, 150})->GetPixelPtr({4, 54}) + 3 * 96 * 96) = 7;
+    const auto spTile = spPlane->GetWritableBlock({100, 150});
+    spTile->Fill(0x123456, 7);
+    spTile->ClearOutside({4, 54, 6, 57});
     m_spCanvas->SetFloatState(
         {boost::make_shared<CFloatingPixels>(spPlane, nullptr, CPoint{5, 5}, std::nullopt), m_spLayer, {}});
     ASSERT_TRUE(Copy());
-    EXPECT_EQ(m_clipboard.GetBlock()->size(), 124u + 4);
-    EXPECT_EQ(CopiedAt({0, 0}) >> 24, 7u);
+    EXPECT_EQ(m_clipboard.GetBlock()->size(), 124u + 2 * 3 * 4);
+    EXPECT_EQ(CopiedAt({0, 0}), 0x07123456u);
+    m_view.m_rcShown = {0, 0, 300, 250};
+    ASSERT_TRUE(Paste());
+    EXPECT_EQ(FloatRect(), CRect(105, 155, 107, 158));
 }
 
-TEST_F(CanvasClipboard, APasteOfMoreIsOneStepEach) {
+TEST_F(CanvasClipboard, WhatCannotBeReadIsRefusedAndNothingVisibleStaysInvisible) {
     Open({300, 250});
-    const TBytes vFirst = SaveToBytes(*m_spCanvas);
-    PutForeign({20, 10});
-    ASSERT_TRUE(Paste());
-    const auto spFirst = Float();
-    ASSERT_TRUE(Paste());
-    EXPECT_EQ(PixelAt(*m_spLayer->GetRaster(), {145, 125}), 0xFF0A141Eu) << "the first one was merged";
-    History().Undo();
-    EXPECT_EQ(Float(), spFirst);
-    History().Undo();
-    EXPECT_EQ(SaveToBytes(*m_spCanvas), vFirst);
-}
-
-TEST_F(CanvasClipboard, WhatCannotBeDoneLeavesAllAsItWas) {
-    Open({300, 250});
-    Select({10, 10, 50, 50}, false);
-    const TBytes vFirst = SaveToBytes(*m_spCanvas);
-    m_clipboard.m_bClosed = true;
-    EXPECT_THROW(m_exchange.Cut(m_spCanvas), std::runtime_error);
-    EXPECT_FALSE(m_exchange.CanPaste());
-    m_clipboard.m_bClosed = false;
+    Select({10, 10, 50, 50});
+    m_spLayer->GetRaster()->Clear();
     m_clipboard.SetBlock(boost::make_shared<std::string>("junk"));
     EXPECT_TRUE(m_exchange.CanPaste());
     EXPECT_THROW(Paste(), refused_error);
-    EXPECT_FALSE(History().CanUndo() || Float());
-    EXPECT_EQ(SaveToBytes(*m_spCanvas), vFirst);
-    // Nothing visible: what was copied here is transparent, what others copy is opaque.
-    m_spLayer->GetRaster()->Clear();
+    EXPECT_FALSE(m_spCanvas->GetHistory().CanUndo() || Float());
     ASSERT_TRUE(Copy());
     ASSERT_TRUE(Paste());
     EXPECT_EQ(Float()->GetPlane().GetBytes(nullptr), 0u);
     PutForeign({5, 5}, 0);
     ASSERT_TRUE(Paste());
-    EXPECT_EQ(PixelAt(Float()->GetPlane(), {0, 0}), 0xFF0A141Eu);
+    EXPECT_EQ(PixelAt(Float()->GetPlane(), {0, 0}), FOREIGN) << "another program's picture is opaque";
 }
 
-namespace {
-
-class ClipboardCommands : public testing::Test, protected CToolSession {
-protected:
-    ClipboardCommands() : CToolSession(MakePage({200, 120})) {}
-    bool IsEnabled(int nId) { return g_pMainFrame->IsCommandEnabled(nId); }
-};
-
-} // namespace
-
-TEST_F(ClipboardCommands, WorkWithEveryToolAndLayer) {
-    const auto spRaster = m_spCanvas->GetActiveLayer();
+TEST_F(ClipboardCommands, WorkWithEveryToolAndLayerAndAreOneStepEach) {
     const auto spVector = CreateVectorLayer(m_spCanvas);
     m_spCanvas->GetRoot().AddLayer(spVector, 0, false);
-    Play(CRasterBrush::TOOL_ID, [&] {
+    Play(TOOL_BRUSH, [&] {
         EXPECT_FALSE(IsEnabled(ID_EDIT_COPY) || IsEnabled(ID_EDIT_CUT) || IsEnabled(ID_EDIT_PASTE));
         Drag({{80, 80}, {400, 400}});
         Command(ID_SELECT_ALL);
+        const TBytes vDrawn = Bytes();
+        const auto vPicture = Picture();
         EXPECT_TRUE(IsEnabled(ID_EDIT_COPY) && IsEnabled(ID_EDIT_CUT) && !IsEnabled(ID_EDIT_PASTE));
         Command(ID_EDIT_CUT);
-        EXPECT_TRUE(IsEnabled(ID_EDIT_PASTE));
         const TBytes vCut = Bytes();
+        EXPECT_NE(vCut, vDrawn);
+        Command(ID_EDIT_PASTE);
+        EXPECT_EQ(Picture(), vPicture);
+        Command(ID_EDIT_PASTE); // merges the first one, which the same undo brings back
+        for (int n = 0; n < 2; ++n) Command(ID_EDIT_UNDO);
+        EXPECT_EQ(Bytes(), vCut);
 
         m_spCanvas->SelectLayer(spVector);
-        g_pMainFrame->SwitchTool(CPathTool::TOOL_ID);
+        g_pMainFrame->SwitchTool(TOOL_PATH);
         EXPECT_FALSE(IsEnabled(ID_EDIT_COPY) || IsEnabled(ID_EDIT_CUT));
         Press({400, 400});
         EXPECT_FALSE(IsEnabled(ID_EDIT_PASTE)) << "a path is being drawn";
         Type(VK_Escape);
-        Release({400, 400});
         Command(ID_EDIT_PASTE);
         const auto spNew = m_spCanvas->GetActiveLayer();
         EXPECT_EQ(m_spCanvas->GetRoot().IndexOf(*spNew), 1) << "above the vector layer";
         EXPECT_EQ(spNew->GetName(), L"新規ラスタレイヤー");
         EXPECT_EQ(m_spCanvas->GetFloatState().wpLayer.lock(), spNew);
-        EXPECT_EQ(Labels().back(), L"貼り付け");
+        EXPECT_EQ(Picture(), vPicture);
+        EXPECT_EQ(Labels(),
+                  (std::vector<std::wstring>{L"ラスタブラシ", L"全選択", L"切り取り", L"貼り付け"}));
         const TBytes vPasted = Bytes();
-        const auto vPicture = Picture();
         Command(ID_EDIT_UNDO);
         EXPECT_EQ(Bytes(), vCut);
         Command(ID_EDIT_REDO);
         EXPECT_EQ(Bytes(), vPasted);
-        EXPECT_EQ(Picture(), vPicture);
+        for (int n = 0; n < 2; ++n) Command(ID_EDIT_UNDO);
+        EXPECT_EQ(Bytes(), vDrawn);
     });
 }
