@@ -139,12 +139,10 @@ bool CRasterSelect::OnLButtonUp(int32_t x, int32_t y, uint32_t flags) {
     const TSelectPtr spShape = MakeShapeSelect(m_nMode, vPoints, m_bAntialias, spCanvas->GetSize());
     const TSelectPtr spOld = spCanvas->GetSelect();
     const TSelectPtr spNew = CombineSelect(spOld, spShape, mode);
-    // A shape that replaces the selection merges what floats, even where it selects the same or nothing
-    // again.
+    // A shape that replaces the selection merges what floats, even if the selection stays the same.
     const bool bDrops = mode == EShapeMode::Replace && spCanvas->GetFloatState().spFloat;
     if (!bDrops && IsSameSelection(spOld, spNew)) return true;
-    const bool bNone = mode == EShapeMode::Replace && !spShape;
-    ChangeSelection(spCanvas, spNew, bNone ? L"選択範囲の解除" : GetName());
+    ChangeSelection(spCanvas, spNew, spShape ? GetName() : L"選択範囲の解除");
     return true;
 }
 
@@ -174,19 +172,12 @@ bool CRasterSelect::Cancel() {
 void CRasterSelect::DrawOverlay(COverlay& overlay, const TOverlayMapper& mapper) const {
     if (m_lstPoints.size() < 2) return;
     const CRect rc = ClientBox(SpanOf(m_lstPoints.front(), m_lstPoints.back()), mapper);
-    const auto vCentres =
-        m_nMode == ESelectShape::Polygon ? ClientCentres(m_lstPoints, mapper) : std::vector<CPoint>();
-    for (const TOverlayPen& pen : {GROUND, DASHES}) switch (m_nMode) {
-        case ESelectShape::Rectangle:
-            overlay.DrawRect(rc, pen);
-            break;
-        case ESelectShape::Ellipse:
-            overlay.DrawEllipse(rc, pen);
-            break;
-        case ESelectShape::Polygon:
-            overlay.DrawPolyline(vCentres, pen);
-            break;
-        }
+    const auto vCentres = ClientCentres(m_lstPoints, mapper);
+    for (const TOverlayPen& pen : {GROUND, DASHES}) {
+        if (m_nMode == ESelectShape::Rectangle) overlay.DrawRect(rc, pen);
+        if (m_nMode == ESelectShape::Ellipse) overlay.DrawEllipse(rc, pen);
+        if (m_nMode == ESelectShape::Polygon) overlay.DrawPolyline(vCentres, pen);
+    }
 }
 
 // A polygon only grows: where it has been drawn it stays.

@@ -1,134 +1,144 @@
 #include "core/RasterMove/ToolOptRasterSelect.h"
-#include "session/seam/SessionKeys.h"
 #include "tests/session/ScriptedSession.h"
-#include "tests/support/PanelSession.h"
+#include "tests/support/ToolSession.h"
 
 namespace {
 
 using TLabels = std::vector<std::wstring>;
+using TPixels = std::initializer_list<CPoint>;
+constexpr auto RECTANGLE = ESelectShape::Rectangle, ELLIPSE = ESelectShape::Ellipse,
+               LASSO = ESelectShape::Polygon;
 
-class SelectTool : public CPanelSession {
+CPoint CentreOf(CPoint pt) { return {pt.x * 8 + 4, pt.y * 8 + 4}; }
+
+class SelectTool : public testing::Test, protected CToolSession {
 protected:
-    // Runs `fn` with the tool active; the document is left without a prompt.
-    void Play(const std::function<void()>& fn) {
-        CPanelSession::Play({[] { g_pMainFrame->SwitchTool(TOOL_SELECT); },
-                             [&] { fn(), Canvas().GetHistory().SetModified(false); }});
-    }
+    SelectTool() : CToolSession(MakePage({200, 150})) {}
+
+    void Play(const std::function<void()>& fn) { CToolSession::Play(TOOL_SELECT, fn); }
     static CRasterSelect& Select() { return dynamic_cast<CRasterSelect&>(*g_wpActiveTool.lock()); }
-    // An event of the mouse, or with POINTER_TABLET of the pen, at a position in eighths.
-    static void Event(EMessage id, CPoint pt, uint32_t flags) {
-        Active().GetInput().Dispatch(Select(), id, pt, id == EMessage::LButtonUp ? 0 : 1024, 90, flags);
-    }
-    // Draws over the centres of pixels.
-    static void Draw(const std::vector<CPoint>& vPixels, uint32_t flags = 0) {
-        const auto at = [](CPoint pt) { return CPoint{pt.x * 8 + 4, pt.y * 8 + 4}; };
-        Event(EMessage::LButtonDown, at(vPixels.front()), flags);
-        for (const CPoint pt : vPixels) Event(EMessage::MouseMove, at(pt), flags);
-        Event(EMessage::LButtonUp, at(vPixels.back()), flags);
+    // Draws over the centres of pixels with keys held.
+    void Draw(TPixels pixels, std::initializer_list<int> lstKeys = {}) {
+        for (const int nKey : lstKeys) Key(nKey, true);
+        Press(CentreOf(*pixels.begin()));
+        for (const CPoint pt : pixels) Move(CentreOf(pt));
+        Release(CentreOf(*(pixels.end() - 1)));
         EXPECT_EQ(Select().GetState(), STATE_IDLE);
+        for (const int nKey : lstKeys) Key(nKey, false);
     }
-    static CRect Bound() { return Canvas().GetSelect() ? Canvas().GetSelect()->GetBound() : CRect(); }
-    static TLabels Labels() {
-        TLabels labels;
-        for (const auto& spHistory : Canvas().GetHistory().GetUndoList())
-            labels.push_back(spHistory->GetName());
-        return labels;
-    }
+    CRect Bound() { return m_spCanvas->GetSelect() ? m_spCanvas->GetSelect()->GetBound() : CRect(); }
 };
 
 } // namespace
 
 TEST_F(SelectTool, ShapesReplaceAddAndSubtractAndWhatChangesNothingIsNoStep) {
     Play([&] {
-        const std::wstring strDrawn = L"選択ツール", strNone = L"選択範囲の解除";
+        TLabels labels(3, L"選択ツール");
         Draw({{50, 50}});
-        Draw({{50, 50}, {60, 60}}, POINTER_ALT);
+        Draw({{50, 50}, {60, 60}}, {VK_Alt});
         EXPECT_TRUE(Labels().empty()) << "there was no selection";
         Draw({{29, 19}, {10, 10}});
         EXPECT_EQ(Bound(), CRect(10, 10, 30, 20));
-        Draw({{20, 15}}); // drags without moving, as with Control anywhere
-        Draw({{50, 50}}, POINTER_CONTROL);
-        EXPECT_EQ(Select().GetCursor({160, 120}), ECursor::Move);
-        EXPECT_EQ(Select().GetCursor({160, 60}), ECursor::Cross);
-        Draw({{40, 10}, {49, 19}}, POINTER_SHIFT);
+        Draw({{20, 15}}); // on a selected pixel, as with Control anywhere: a drag, which moves nothing
+        Draw({{50, 50}}, {VK_Control});
+        EXPECT_EQ(Select().GetCursor(CentreOf({10, 19})), ECursor::Move);
+        for (const auto& [nKey, cursor] :
+             {std::pair<int, ECursor>(VK_Shift, ECursor::Add), {VK_Alt, ECursor::Remove}}) {
+            Key(nKey, true);
+            EXPECT_EQ(Select().GetCursor(CentreOf({10, 19})), cursor);
+            Key(nKey, false);
+        }
+        EXPECT_EQ(Select().GetCursor(CentreOf({10, 20})), ECursor::Cross);
+        Draw({{40, 10}, {49, 19}}, {VK_Shift});
         EXPECT_EQ(Bound(), CRect(10, 10, 50, 20));
-        Draw({{15, 15}, {0, 0}}, POINTER_ALT); // on a selected pixel
-        Draw({{15, 15}, {0, 0}}, POINTER_ALT);
-        Draw({{12, 17}, {14, 18}}, POINTER_SHIFT);
-        Draw({{70, 70}}, POINTER_SHIFT);
-        EXPECT_EQ(Labels(), TLabels(3, strDrawn));
-        Draw({{20, 12}, {24, 14}}, POINTER_SHIFT | POINTER_ALT);
+        for (int n = 0; n < 2; ++n)
+            Draw({{15, 15}, {0, 0}}, {VK_Alt}); // with Alt or Shift a shape in any case
+        Draw({{12, 17}, {14, 18}}, {VK_Shift});
+        Draw({{70, 70}}, {VK_Shift});
+        EXPECT_EQ(Labels(), labels);
+        Draw({{20, 12}, {24, 14}}, {VK_Shift, VK_Alt});
         EXPECT_EQ(Bound(), CRect(20, 12, 25, 15));
         Draw({{0, 5}, {9, 9}});
-        Event(EMessage::LButtonDown, {-4, 52}, 0); // left of a selected pixel
-        Event(EMessage::LButtonUp, {-4, 52}, 0);
-        EXPECT_FALSE(Canvas().GetSelect());
+        Click({-4, 52}); // left of a selected pixel
+        EXPECT_FALSE(m_spCanvas->GetSelect());
         Draw({{0, 5}, {9, 9}});
         Draw({{-20, 5}, {-10, 9}});
-        Draw({{70, 70}});
-        EXPECT_EQ(Labels(),
-                  (TLabels{strNone, strDrawn, strNone, strDrawn, strDrawn, strDrawn, strDrawn, strDrawn}));
-        for (int n = 0; n < 5; ++n) Canvas().GetHistory().Undo();
+        for (const wchar_t* psz :
+             {L"選択ツール", L"選択ツール", L"選択範囲の解除", L"選択ツール", L"選択範囲の解除"})
+            labels.push_back(psz);
+        EXPECT_EQ(Labels(), labels);
+        for (int n = 0; n < 5; ++n) m_spCanvas->GetHistory().Undo();
         EXPECT_EQ(Bound(), CRect(10, 10, 50, 20));
     });
 }
 
-TEST_F(SelectTool, APenThatLeavesEndsItsShapeAndEscapeDropsIt) {
+TEST_F(SelectTool, SelectedPixelsAreDraggedAndAShapeInTheirPlaceMergesThem) {
     Play([&] {
-        for (const bool bLeave : {false, true}) {
-            Event(EMessage::LButtonDown, {84, 84}, POINTER_TABLET);
-            Event(EMessage::MouseMove, {236, 156}, POINTER_TABLET);
-            EXPECT_EQ(Select().GetState(), STATE_TABLET);
-            bLeave ? Select().TellProximity(false) : Select().CancelOperation();
-            EXPECT_EQ(Select().GetState(), STATE_IDLE);
-            EXPECT_EQ(Bound(), bLeave ? CRect(10, 10, 30, 20) : CRect());
-            EXPECT_TRUE(Select().GetOverlayRect([](CPoint pt) { return pt; }).IsEmpty());
-            Select().GetContact().End();
-        }
+        const auto spLayer = boost::static_pointer_cast<CRasterLayerBuffer>(m_spCanvas->GetActiveLayer());
+        spLayer->GetRaster()->GetWritableBlock({0, 0})->Fill(0x0000FF, 255);
+        Type(VK_Right);
+        Draw({{10, 10}, {19, 19}});
+        Draw({{15, 15}, {115, 15}});
+        Type(VK_Right);
+        EXPECT_EQ(Bound(), CRect(111, 10, 121, 20));
+        EXPECT_FALSE(spLayer->GetRaster()->HasBlock({111, 10})) << "afloat";
+        Draw({{150, 10}, {140, 30}}, {VK_Alt}); // takes nothing away
+        EXPECT_EQ(Labels().size(), 3u);
+        Draw({{111, 10}, {120, 19}}, {VK_Shift, VK_Alt}); // the same selection
+        EXPECT_EQ(PixelAt(*spLayer->GetRaster(), {111, 10}), 0xFF0000FFu);
+        m_spCanvas->GetHistory().Undo();
+        EXPECT_TRUE(spLayer->GetFloat() && !spLayer->GetRaster()->HasBlock({111, 10}));
     });
 }
 
-TEST_F(SelectTool, TheOverlayIsTheShapeAsItWillBeFilled) {
+TEST_F(SelectTool, TheOverlayIsTheShapeAsItWillBeFilledUntilItIsCancelled) {
     Play([&] {
-        Active().ApplyView({192, 90, true, false});
-        const TOverlayMapper mapper = [](CPoint pt) { return Active().GetView().ToWindow8(pt); };
-        for (const ESelectShape shape : {ESelectShape::Rectangle, ESelectShape::Ellipse}) {
+        CCanvasFrame& frame = *g_wpActiveFrame.lock();
+        frame.ApplyView({192, 90, true, false});
+        const TOverlayMapper mapper = [&](CPoint pt) { return frame.GetView().ToWindow8(pt); };
+        for (const ESelectShape shape : {RECTANGLE, ELLIPSE}) {
             Select().SetShape(shape);
-            Event(EMessage::LButtonDown, {236, 156}, 0);
+            Press({236, 156});
             EXPECT_TRUE(Select().GetOverlayRect(mapper).IsEmpty());
-            Event(EMessage::MouseMove, {84, 84}, 0);
-            EXPECT_EQ(Select().GetOverlayRect(mapper), Active().GetView().ToWindow(CRect(10, 10, 30, 20)));
+            Move({84, 84});
+            EXPECT_EQ(Select().GetOverlayRect(mapper), frame.GetView().ToWindow(CRect(10, 10, 30, 20)));
             Select().Cancel();
         }
-        Select().SetShape(ESelectShape::Polygon);
-        Event(EMessage::LButtonDown, {84, 84}, 0);
-        Event(EMessage::MouseMove, {236, 84}, 0);
-        Select().OnMouseMove(236, 156, 0, 90, 0); // the frame has taken the changes before
+        Select().SetShape(LASSO);
+        Press({84, 84});
+        Move({236, 84}); // the frame has taken the changes
+        Select().OnMouseMove(236, 156, 0, 90, 0);
         // The last line, between the centres of two pixels.
-        const CRect rcLine = Active().GetView().ToWindow(CRect(29, 10, 30, 20));
+        const CRect rcLine = frame.GetView().ToWindow(CRect(29, 10, 30, 20));
         EXPECT_EQ(Select().TakeOverlayChanges(mapper)->at(0),
                   CRect(rcLine.left + 2, rcLine.top + 2, rcLine.right - 1, rcLine.bottom - 1));
-        Select().Cancel();
+        Key(VK_Escape, true);
+        EXPECT_TRUE(Select().GetOverlayRect(mapper).IsEmpty() && Select().GetState() == STATE_IDLE);
+        EXPECT_FALSE(m_spCanvas->GetSelect());
     });
 }
 
 TEST_F(SelectTool, ThePaneSetsShapeAndEdgesAndTheSettingsKeepThem) {
-    const auto at = [](int nId) {
-        return std::ranges::find(Window(ID_PANEL_TOOL_OPTION).GetControls(), nId, &TPanelControl::nId)
-            ->nValue;
-    };
+    CToolOptRasterSelect pane;
+    EXPECT_THROW(pane.RefreshView({}), internal_error);
     Play([&] {
-        EXPECT_TRUE(at(1171) && !at(1172) && !at(1173) && !at(1174));
-        for (const int nId : {1173, 1174}) Send(ID_PANEL_TOOL_OPTION, EMessage::PanelChange, nId, 1);
-        EXPECT_TRUE(!at(1171) && at(1173) && at(1174));
+        pane.RefreshView(g_wpActiveTool.lock());
+        for (const int nId : {1173, 1174}) pane.OnControl({.nId = nId, .nValue = 1});
         for (const int nTool : {int{TOOL_BRUSH}, TOOL_SELECT}) g_pMainFrame->SwitchTool(nTool);
+        pane.RefreshView(g_wpActiveTool.lock());
+        for (const TPanelControl& control : pane.GetControls())
+            EXPECT_EQ(control.nValue, control.nId >= 1173);
         Draw({{10, 10}, {20, 10}, {10, 20}});
-        EXPECT_EQ(Canvas().GetSelect()->GetMaskTile({0, 0})->GetPixelAlpha({15, 15}), 120);
+        EXPECT_EQ(m_spCanvas->GetSelect()->GetMaskTile({0, 0})->GetPixelAlpha({15, 15}), 120);
+        pane.OnControl({.nId = 1174, .nValue = 0});
+        EXPECT_FALSE(Select().IsAntialias());
+        g_lstCanvasFrame.front()->GetOutside().settings.GetSection(L"RasterSelect")->SetInt(L"Mode", 7);
+        g_pMainFrame->SwitchTool(TOOL_SELECT);
+        EXPECT_EQ(Select().GetShape(), RECTANGLE);
     });
-    EXPECT_THROW(CToolOptRasterSelect().RefreshView({}), internal_error);
 }
 
-TEST(SelectScript, ViewsAndDevicesMakeTheSameSelection) {
+TEST(SelectScript, EveryViewAndDeviceMakesTheSameSelection) {
     for (const TViewState& view :
          {TViewState{48, 0, false, false}, {96, 90, false, true}, {192, 270, true, false}})
         for (const bool bPen : {false, true}) {
@@ -136,27 +146,21 @@ TEST(SelectScript, ViewsAndDevicesMakeTheSameSelection) {
             place.SetCanvasSize({200, 150});
             place.Apply(view, {400, 300});
             place.ScrollTo({0, 0});
-            std::string str =
-                ScriptLine("set", {{"section", "RasterSelect"}, {"key", "Mode"}, {"value", 7}}) +
-                ScriptLine("view", {{"width", 400},
-                                    {"height", 300},
-                                    {"zoom", view.uZoom},
-                                    {"angle", view.uAngle},
-                                    {"flipH", view.bFlipH},
-                                    {"flipV", view.bFlipV},
-                                    {"scroll", {{"x", 0}, {"y", 0}}}}) +
-                ScriptLine("command", "tool-select");
-            const auto add = [&](const char* pszMessage, CPoint pt) {
-                const CPoint ptClient = place.PixelAt8({pt.x * 8 + 4, pt.y * 8 + 4});
-                const int nScale = bPen ? 8 : 1;
-                str += ScriptLine(
-                    bPen ? "packet" : "pointer",
-                    {{"message", pszMessage}, {"x", ptClient.x * nScale}, {"y", ptClient.y * nScale}},
-                    bPen ? TWords{{"pressure", 900}} : TWords{{"left", true}});
+            TWords shown{{"width", 400}, {"height", 300}, {"zoom", view.uZoom}, {"angle", view.uAngle}};
+            shown.update({{"flipH", view.bFlipH}, {"flipV", view.bFlipV}, {"scroll", {{"x", 0}, {"y", 0}}}});
+            std::string str = ScriptLine("view", shown) + Tool(TOOL_SELECT);
+            const auto add = [&](const char* psz, CPoint pt) {
+                pt = place.PixelAt8(CentreOf(pt));
+                TWords event{{"message", psz}, {"x", bPen ? pt.x * 8 : pt.x}, {"y", bPen ? pt.y * 8 : pt.y}};
+                event[bPen ? "pressure" : "left"] = bPen ? TWords(900) : TWords(true);
+                str += ScriptLine(bPen ? "packet" : "pointer", event);
             };
             add("ldown", {5, 9});
             add("move", {24, 18});
-            add("lup", {24, 18});
+            if (view.uAngle == 0 || !bPen)
+                add("lup", {24, 18});
+            else
+                str += Proximity("leave"); // ends it too
             CScriptedSession session;
             EXPECT_EQ(session.Play(str + LEAVE_UNSAVED), "");
             ASSERT_TRUE(session.m_spCanvas->GetSelect());
