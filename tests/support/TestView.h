@@ -10,7 +10,7 @@ struct CTestView : IActiveView {
     CPoint ToClientPixel(CPoint pt) const override { return ToClient(pt); }
     CPoint ToCanvas(CPoint pt) const override { return {pt.x * 8, pt.y * 8}; }
     CRect GetShownRect() const override { return m_rcShown; }
-    int32_t GetDpi() const override { return DPI_NORMAL; }
+    int32_t GetDpi() const override { return 96; }
     void RequestRedraw() override {}
 
     boost::shared_ptr<CCanvasBuffer> m_spCanvas;

@@ -1,6 +1,7 @@
 #include "core/RasterMove/CanvasClipboard.h"
 
 #include "core/ImageFile/DibBlock.h"
+#include "core/PathToolBase/PathTool.h"
 #include "core/RasterBuffer/PlaneKind.h"
 #include "session/seam/SessionClipboard.h"
 #include "tests/support/LayerPictures.h"
