@@ -1,11 +1,16 @@
 #include "core/LayerBuffer/PathCoverage.h"
 
+#include "core/Base/Parallel.h"
+
 #include <algorithm>
 
 namespace {
 
 // Blocks are rasterized so many at once, across and down, so that a path is not taken up for each.
 constexpr int32_t MAX_BLOCKS = 8;
+
+/// From here on a second thread saves more time than its start takes.
+constexpr int32_t PIXELS_FOR_THREADS = 24 * DEFAULT_BLOCKSIZE.cx * DEFAULT_BLOCKSIZE.cy;
 
 // Path units to a pixel, as a power of two.
 constexpr int PATH_UNIT_BITS = 3;
@@ -89,6 +94,24 @@ void CPathCoverage::PaintRest(CAlphaBlock8& tile, const TPathList& lstPaths) {
             spPath->RasterizePath(m_fill, m_pPlane->GetSize(), tile);
 }
 
+// A large tile in two halves at once: a part is filled as it is in the whole.
+void CPathCoverage::PaintLive(CAlphaBlock8& tile) {
+    const CRect rc = tile.GetRect();
+    const CSize szPlane = m_pPlane->GetSize();
+    if (rc.Width() * rc.Height() < PIXELS_FOR_THREADS)
+        return m_spLive->RasterizePath(m_fill, szPlane, tile, STATE_LIVE);
+    const int32_t yMiddle = rc.top + rc.Height() / 2;
+    const std::array aHalves{CRect{rc.left, rc.top, rc.right, yMiddle},
+                             CRect{rc.left, yMiddle, rc.right, rc.bottom}};
+    std::array<CAlphaBlock8, aHalves.size()> aTiles;
+    ForEachIndex(aTiles.size(), AvailableThreads(), [&](size_t n) {
+        aTiles[n].Create(aHalves[n].Size(), aHalves[n].TopLeft());
+        aTiles[n].PasteFrom(tile, tile.GetPosition());
+        m_spLive->RasterizePath(m_aHalfFills[n], szPlane, aTiles[n], STATE_LIVE);
+    });
+    for (const CAlphaBlock8& half : aTiles) tile.PasteFrom(half, half.GetPosition());
+}
+
 CRect CPathCoverage::Update(CPoint pt, const TPathList& lstPaths) {
     const auto paintRest = [&](CAlphaBlock8& tile, const CRect&) { PaintRest(tile, lstPaths); };
     const auto paintAll = [&](CAlphaBlock8& tile, const CRect& rc) {
@@ -98,7 +121,7 @@ CRect CPathCoverage::Update(CPoint pt, const TPathList& lstPaths) {
             if (const auto spTile = m_pRest->GetBlock(ptBlock, false))
                 tile.PasteFrom(static_cast<const CAlphaBlock8&>(*spTile), spTile->GetPosition());
         });
-        m_spLive->RasterizePath(m_fill, m_pPlane->GetSize(), tile, STATE_LIVE);
+        PaintLive(tile);
     };
     return UpdateBlocks(*m_pPlane, pt, m_pPlane->GetRect(), paintAll);
 }

@@ -31,8 +31,10 @@ public:
 
 private:
     void PaintRest(CAlphaBlock8& tile, const TPathList& lstPaths);
+    void PaintLive(CAlphaBlock8& tile);
 
     CPathFill m_fill;
+    std::array<CPathFill, 2> m_aHalfFills; ///< of the halves of a large tile
     boost::shared_ptr<CAlphaBufferImpl<uint8_t>> m_pPlane;
     boost::shared_ptr<CPathObject> m_spLive;
     boost::shared_ptr<CAlphaBufferImpl<uint8_t>> m_pRest; ///< all paths but the live one; null without one

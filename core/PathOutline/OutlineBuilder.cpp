@@ -6,6 +6,7 @@
 #include "core/PathOutline/Wave.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -92,7 +93,10 @@ std::vector<TStretchOutline> COutlineBuilder::Build(const TOutlineSource& given)
         source.vWidths = WaveWidths(source, m_line.GetLengths());
     const auto vPieces = m_line.Divide(source.vWidths);
     std::array<TSide, 2> aSides;
-    ForEachIndex(aSides.size(), vPieces.size() < PIECES_FOR_THREADS ? 1 : AvailableThreads(), [&](size_t n) {
+    // With another number of a wave's widths nearly all of them are others.
+    const bool bOthers = std::exchange(m_nWidths, source.vWidths.size()) != source.vWidths.size();
+    const bool bThreads = bOthers && vPieces.size() >= PIECES_FOR_THREADS;
+    ForEachIndex(aSides.size(), bThreads ? AvailableThreads() : 1, [&](size_t n) {
         const EPathSide side = n == SIDE_LEFT ? SIDE_LEFT : SIDE_RIGHT;
         aSides[n] = m_aBuilders[n].Build(SideOf(source, m_line, vPieces, side));
     });

@@ -20,4 +20,5 @@ public:
 private:
     CCentreLine m_line;
     std::array<CSideBuilder, 2> m_aBuilders; ///< by side
+    size_t m_nWidths = 0;                    ///< of the last build
 };

@@ -38,7 +38,7 @@ public:
     size_t CountMade() const { return m_uMade; }
 
 private:
-    static constexpr size_t MOST_KEPT = 4;
+    static constexpr size_t MOST_KEPT = 12;
     using TKept = std::array<boost::shared_ptr<const TResult>, MOST_KEPT>; ///< the last used one first
 
     // Anchors that were inserted or removed at one place move all indices behind it alike: an index gets what

@@ -79,6 +79,24 @@ TEST(VectorLayer, ADraggedPathIsShownAsItWillBeAndAlone) {
     }
 }
 
+TEST(VectorLayer, ALargeLivePathIsFilledInHalvesAsItIsWhole) {
+    TPage page;
+    std::mt19937 random(5);
+    for (int k = 0; k < 5; ++k) page.spLayer->InsertPath(MakeRandomPath(SIZE, random));
+    const auto spPath = boost::make_shared<CClosedPathObject>();
+    for (const CPoint pt : {CPoint{0, 0}, {4000, 100}, {3000, 3200}}) AddAnchor(spPath->GetStream(), pt);
+    spPath->Update();
+    page.spLayer->InsertPath(spPath);
+    const auto vBefore = page.Picture();
+    page.spLayer->SetLivePath(spPath);
+    DragAnchor(*spPath, {1100, 900});
+    const auto vShown = page.Picture();
+    EXPECT_NE(vShown, vBefore);
+    spPath->CommitDrag();
+    page.spLayer->DropCaches();
+    EXPECT_EQ(page.Picture(), vShown);
+}
+
 TEST(VectorLayer, PathsAreFoundByTheirReach) {
     TPage page;
     CVectorLayerBuffer& layer = *page.spLayer;
