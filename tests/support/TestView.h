@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/Tools/ActiveView.h"
+#include "core/Tools/Overlay.h"
 
 struct CTestView : IActiveView {
     const boost::shared_ptr<CCanvasBuffer>& GetCanvas() const override { return m_spCanvas; }

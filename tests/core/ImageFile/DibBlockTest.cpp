@@ -25,7 +25,6 @@ struct THead {
     uint32_t uCompression = 0;
     std::vector<uint32_t> vMasks = {};
     uint32_t uColors = 0;
-    uint32_t uPlanes = 1;
 };
 
 TBytes Block(const THead& head, const TBytes& vPixels) {
@@ -33,7 +32,7 @@ TBytes Block(const THead& head, const TBytes& vPixels) {
     for (const uint32_t u :
          {head.uSize, static_cast<uint32_t>(head.nWidth), static_cast<uint32_t>(head.nHeight)})
         Put(v, u);
-    Put(v, head.uPlanes, 2);
+    Put(v, 1, 2);
     Put(v, head.uBits, 2);
     for (const uint32_t u : {head.uCompression, 0u, 0u, 0u, head.uColors, 0u}) Put(v, u);
     for (const uint32_t u : head.vMasks) Put(v, u);
@@ -97,14 +96,13 @@ TEST(DibBlock, EveryFormThatProgramsWriteIsRead) {
     for (const uint32_t uSize : {56u, 108u, 124u})
         EXPECT_EQ(Read({.uSize = uSize, .uCompression = 3, .vMasks = {R, G, B, A}}, BOTTOM_UP), PICTURE)
             << uSize;
-    // Other orders and widths of the channels; the rows are those of a picture of one row.
-    const THead wide{.uSize = 108, .nWidth = 1, .nHeight = 1, .uCompression = 3, .vMasks = {B, G, R, A}};
-    EXPECT_EQ(Read(wide, {1, 2, 3, 4}), std::vector<uint32_t>{0x04010203});
-    THead narrow = wide;
-    narrow.vMasks = {0xF800, 0x7E0, 0x1F, 0x10000};
-    EXPECT_EQ(Read(narrow, {0x1F, 0x84, 1, 0}), std::vector<uint32_t>{0xFF8482FF}); // 16 of 31, 32 of 63, 31
-    narrow.vMasks = {0x3FF00000, 0xFFC00, 0x3FF, 0xC0000000};
-    EXPECT_EQ(Read(narrow, {0xFF, 3, 8, 0x60}), std::vector<uint32_t>{0x558080FF}) << "10 bits";
+    // Other orders and widths of the channels, of a single pixel.
+    const auto pixel = [](const std::vector<uint32_t>& vMasks, const TBytes& v) {
+        return Read({108, 1, 1, 32, 3, vMasks}, v).at(0);
+    };
+    EXPECT_EQ(pixel({B, G, R, A}, {1, 2, 3, 4}), 0x04010203u);
+    EXPECT_EQ(pixel({0xF800, 0x7E0, 0x1F, 0x10000}, {0x1F, 0x84, 1, 0}), 0xFF8482FFu) << "5, 6, 5, 1 bits";
+    EXPECT_EQ(pixel({0x3FF00000, 0xFFC00, 0x3FF, 0xC0000000}, {0xFF, 3, 8, 0x60}), 0x558080FFu) << "10 bits";
     // 24 bits, rows padded to 4 bytes, an unneeded palette, the last row's padding missing.
     const TBytes v24{4, 5, 6, 0, 1, 2, 3};
     const std::vector<uint32_t> vOpaque{0xFF030201, 0xFF060504};
@@ -141,47 +139,29 @@ TEST(DibBlock, AFilesPixelsBeginWhereItsHeaderSays) {
 }
 
 TEST(DibBlock, WhatIsNoBlockIsRefusedWithTheReason) {
-    const auto refusal = [](const THead& head) { return ReadDibBlock(Shared(Block(head, BOTTOM_UP))); };
-    const auto expect = [&](EFileFailure failure, const std::vector<THead>& vHeads) {
+    const auto expect = [](EFileFailure failure, const std::vector<THead>& vHeads) {
         for (size_t i = 0; i < vHeads.size(); ++i) {
-            const TLoadedPicture picture = refusal(vHeads[i]);
-            EXPECT_FALSE(picture) << i;
-            EXPECT_EQ(static_cast<int>(picture.failure), static_cast<int>(failure)) << i;
+            const TLoadedPicture picture = ReadDibBlock(Shared(Block(vHeads[i], BOTTOM_UP)));
+            EXPECT_TRUE(!picture && picture.failure == failure) << static_cast<int>(failure) << ' ' << i;
         }
     };
-    expect(EFileFailure::UnknownPicture, {{.uSize = 12},
-                                          {.uSize = 64},
-                                          {.uBits = 16},
-                                          {.uBits = 8},
-                                          {.uBits = 0},
-                                          {.uBits = 24, .uCompression = 3},
-                                          {.uCompression = 1},
-                                          {.uCompression = 4},
-                                          {.uCompression = UINT32_MAX}});
-    expect(EFileFailure::PictureTooLarge, {{.nHeight = INT_MIN},
-                                           {.nHeight = INT_MAX},
-                                           {.nWidth = INT_MAX},
-                                           {.nWidth = 32768, .nHeight = 1},
-                                           {.nHeight = -32768},
-                                           {.nWidth = 32767, .nHeight = 32767}});
-    expect(EFileFailure::DamagedPicture, {{.nWidth = 0},
-                                          {.nWidth = -2},
-                                          {.nWidth = INT_MIN},
-                                          {.nHeight = 0},
-                                          {.uPlanes = 0},
-                                          {.nWidth = 3},
-                                          {.nHeight = 3},
-                                          {.nHeight = -3},
-                                          {.nWidth = 16383, .nHeight = 32767},
-                                          {.uCompression = 3, .vMasks = {R, 0, B}},
-                                          {.uCompression = 3, .vMasks = {R, G, 0xF00FF}},
-                                          {.uSize = 124, .uCompression = 3, .vMasks = {R, G, B, B}},
-                                          {.uSize = 124, .uCompression = 3, .vMasks = {0xFF00FF, G, B, A}}});
-    // The length of a palette that is not there, and every length that is too short.
-    TBytes v = Block({.uSize = 124, .uCompression = 3, .vMasks = {R, G, B, A}}, BOTTOM_UP);
-    TBytes vPalette = v;
-    std::fill_n(vPalette.begin() + 32, 4, 0xFF);
-    EXPECT_FALSE(ReadDibBlock(Shared(vPalette)));
+    constexpr uint32_t FIELDS = 3;
+    expect(EFileFailure::UnknownPicture, {{12}, {64}, {40, 2, 2, 16}, {40, 2, 2, 8}, {40, 2, 2, 0}});
+    expect(EFileFailure::UnknownPicture, {{40, 2, 2, 24, FIELDS}, {40, 2, 2, 32, 1}, {40, 2, 2, 32, ~0u}});
+    expect(EFileFailure::PictureTooLarge, {{40, 2, INT_MIN}, {40, 2, INT_MAX}, {40, INT_MAX, 2}});
+    expect(EFileFailure::PictureTooLarge, {{40, 32768, 1}, {40, 2, -32768}, {40, 32767, 32767}});
+    expect(EFileFailure::DamagedPicture, {{40, 0, 2}, {40, -2, 2}, {40, INT_MIN, 2}, {40, 2, 0}});
+    expect(EFileFailure::DamagedPicture, {{40, 3, 2}, {40, 2, 3}, {40, 2, -3}, {40, 16383, 32767}});
+    for (const auto& vMasks : {std::vector{R, 0u, B, A}, {R, G, 0xF00FFu, A}, {R, G, B, B}, {R | B, G, B, A}})
+        expect(EFileFailure::DamagedPicture, {{124, 2, 2, 32, FIELDS, vMasks}});
+    // Another number of planes, the length of a palette that is not there, and every length that is too
+    // short.
+    TBytes v = Block({124, 2, 2, 32, FIELDS, {R, G, B, A}}, BOTTOM_UP);
+    for (const size_t nAt : {12, 35}) {
+        TBytes vBad = v;
+        vBad[nAt] ^= 0xFF;
+        EXPECT_FALSE(ReadDibBlock(Shared(vBad))) << nAt;
+    }
     while (!v.empty()) {
         v.pop_back();
         ASSERT_FALSE(ReadDibBlock(Shared(v))) << v.size();

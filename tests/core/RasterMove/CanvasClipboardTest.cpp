@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr uint32_t FOREIGN = 0xFF0A141E; // in the form of PixelAt
+constexpr uint32_t FOREIGN = 0xFF1E140A; // in the form of PixelAt
 
 class CanvasClipboard : public testing::Test {
 protected:
