@@ -111,16 +111,21 @@ bool CCanvasClipboard::Copy(const boost::shared_ptr<CCanvasBuffer>& spCanvas) {
     return true;
 }
 
+TDibBytes CCanvasClipboard::FindOwn() const {
+    return m_copied.uChange == m_clipboard.GetChangeCount() ? m_copied.wpBlock.lock() : TDibBytes();
+}
+
 // A picture of this application means its alpha, also where that is 0 everywhere.
 TLoadedPicture CCanvasClipboard::TakePicture() const {
-    return IsOwn() ? ReadDibBlock(m_copied.spBlock, EZeroAlpha::Transparent) : m_clipboard.GetPicture();
+    const TDibBytes spOwn = FindOwn();
+    return spOwn ? ReadDibBlock(spOwn, EZeroAlpha::Transparent) : m_clipboard.GetPicture();
 }
 
 CPoint CCanvasClipboard::FindPlace(const IActiveView& view, CSize szPicture) const {
     const CSize szCanvas = view.GetCanvas()->GetSize();
     const CRect rcShown = view.GetShownRect();
     const CRect rcOld(m_copied.ptAt, szPicture);
-    if (IsOwn() && m_copied.szCanvas == szCanvas && rcOld.Intersect(rcShown) == rcOld) return m_copied.ptAt;
+    if (FindOwn() && m_copied.szCanvas == szCanvas && rcOld.Intersect(rcShown) == rcOld) return m_copied.ptAt;
     return {PlaceAlong(rcShown.left, rcShown.Width(), szPicture.cx, szCanvas.cx),
             PlaceAlong(rcShown.top, rcShown.Height(), szPicture.cy, szCanvas.cy)};
 }

@@ -6,6 +6,7 @@
 #include "core/Tools/PictureExchange.h"
 
 #include <boost/noncopyable.hpp>
+#include <boost/weak_ptr.hpp>
 
 /// One for a session.
 class CCanvasClipboard : public IPictureExchange, boost::noncopyable {
@@ -20,15 +21,16 @@ public:
     bool Paste(const IActiveView& view) override;
 
 private:
-    /// What was copied here last, valid while the clipboard has not changed since.
+    /// What was copied here last, valid while it is still on the clipboard, which owns the block.
     struct TCopied {
-        TDibBytes spBlock;
+        boost::weak_ptr<const std::string> wpBlock;
         CPoint ptAt;
         CSize szCanvas;
         uint32_t uChange = 0;
     };
 
-    bool IsOwn() const { return m_copied.spBlock && m_copied.uChange == m_clipboard.GetChangeCount(); }
+    /// The block while the clipboard's picture is one that was copied here, else null.
+    TDibBytes FindOwn() const;
     TLoadedPicture TakePicture() const;
     CPoint FindPlace(const IActiveView& view, CSize szPicture) const;
 
