@@ -6,6 +6,7 @@
 #include "core/RasterBrush/ToolOptRasterBrush.h"
 #include "core/RasterMove/RasterMove.h"
 #include "core/RasterMove/ToolOptRasterSelect.h"
+#include "core/RasterTransform/ToolOptRasterTransform.h"
 
 #include <boost/make_shared.hpp>
 
@@ -37,6 +38,7 @@ constexpr TToolRow TOOLS[] = {
     ROW<CRasterPencil, CToolOptRasterPencil>,
     ROW<CRasterSelect, CToolOptRasterSelect>,
     ROW<CRasterMove, void>,
+    ROW<CRasterTransform, CToolOptRasterTransform>,
     ROW<CPathTool, CToolOptPathTool>,
     ROW<CPathWidthTool, CToolOptPathWidthTool>,
 };
