@@ -131,7 +131,7 @@ CPoint CCanvasClipboard::FindPlace(const IActiveView& view, CSize szPicture) con
 }
 
 bool CCanvasClipboard::Paste(const IActiveView& view) {
-    const boost::shared_ptr<CCanvasBuffer> spCanvas = view.GetCanvas();
+    const boost::shared_ptr<CCanvasBuffer>& spCanvas = view.GetCanvas();
     const TLoadedPicture picture = TakePicture();
     CSize sz;
     if (!picture || !picture->GetWidth(sz.cx) || !picture->GetHeight(sz.cy))
