@@ -57,7 +57,8 @@ TEST(CanvasView, TheShownRectangleIsThePixelsUnderTheWindow) {
     for (int n = 0; n < 16; ++n)
         for (const uint16_t uZoom : {48, 24, 768}) {
             const auto uAngle = static_cast<uint16_t>(n / 4 * 90);
-            const CCanvasView view = MakeView({3000, 2001}, {uZoom, uAngle, n % 2 == 1, n % 4 > 1});
+            CCanvasView view = MakeView({3000, 2001}, {uZoom, uAngle, n % 2 == 1, n % 4 > 1});
+            view.ScrollTo(view.GetScroll() + CPoint{5, 3});
             const CRect rc = view.ToWindow(view.GetShownRect());
             const int nMost =
                 std::max(uZoom / 48, 2); // one canvas pixel more than the window, in window pixels
