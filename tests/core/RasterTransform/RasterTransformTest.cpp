@@ -135,7 +135,7 @@ TEST_F(RasterTransform, KeysMoveByPixelsInTheWindowsDirection) {
         Command(ID_VIEW_ROTATE_RIGHT);
         Type(VK_Right);
         EXPECT_EQ(Corners(), "12,0 52,0 52,30 12,30");
-        Command(ID_VIEW_FLIP_H);
+        Command(ID_VIEW_FLIP_V);
         Type(VK_Right);
         EXPECT_EQ(Corners(), "12,1 52,1 52,31 12,31");
         Type(0x0D);
@@ -145,6 +145,7 @@ TEST_F(RasterTransform, KeysMoveByPixelsInTheWindowsDirection) {
 
 TEST_F(RasterTransform, TakesTheSelectionAlong) {
     Select({20, 25, 60, 40});
+    *m_spCanvas->GetSelect()->GetMask().GetWritableBlock({0, 0})->GetPixelPtr({20, 25}) = 100;
     PlayTransform([&] {
         const TBytes vFirst = Bytes();
         EXPECT_EQ(Corners(), "20,25 60,25 60,40 20,40");
@@ -157,7 +158,10 @@ TEST_F(RasterTransform, TakesTheSelectionAlong) {
         EXPECT_EQ(m_spCanvas->GetSelect()->GetBound(), CRect(132, 13, 147, 53));
         const auto at = [&](CPoint pt) { return PixelAt(*m_spLayer->GetRaster(), pt); };
         EXPECT_EQ(at({20, 24}), RED | 0xFF000000) << "what was not selected stays";
-        EXPECT_EQ(at({20, 25}) >> 24, 0u);
+        EXPECT_EQ(at({21, 25}) >> 24, 0u);
+        EXPECT_EQ(at({20, 25}) >> 24, 155u) << "what a soft edge leaves";
+        EXPECT_EQ(at({146, 13}) >> 24, 100u);
+        EXPECT_EQ(m_spCanvas->GetSelect()->GetMaskTile({96, 0})->GetPixelAlpha({50, 13}), 100);
         EXPECT_EQ(at({132, 52}), RED | 0xFF000000);
         Command(ID_EDIT_UNDO);
         EXPECT_EQ(Bytes(), vFirst);
@@ -206,7 +210,7 @@ TEST_F(RasterTransform, HandlesKeepTheirSizeAtEveryScale) {
             return overlay.GetBounds();
         };
         EXPECT_EQ(handle(96), CRect(76, 36, 245, 165));
-        EXPECT_EQ(handle(192), CRect(72, 32, 249, 169));
+        EXPECT_EQ(handle(192), CRect(72, 32, 250, 170));
         Command(ID_ZOOM_IN);
         // A press takes a corner within eight pixels of the window.
         const CPoint ptCorner = g_wpActiveView.lock()->ToClient({60 * 8, 40 * 8});
