@@ -140,6 +140,11 @@ TEST_F(RasterTransform, KeysMoveByPixelsInTheWindowsDirection) {
         EXPECT_EQ(Corners(), "12,1 52,1 52,31 12,31");
         Type(0x0D);
         EXPECT_EQ(Painted(), CRect(12, 1, 52, 31));
+        m_bPen = true;
+        DragPixels({30, 10}, {150, 10});
+        Type(0x0D);
+        EXPECT_EQ(Painted(), CRect(132, 1, 172, 31));
+        EXPECT_FALSE(m_spLayer->GetRaster()->HasBlock({0, 0})) << "no tile without a pixel";
     });
 }
 
