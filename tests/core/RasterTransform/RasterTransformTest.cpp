@@ -178,7 +178,9 @@ TEST_F(RasterTransform, WorksOnFloatingPixelsAlsoBeyondTheCanvas) {
     Select({20, 25, 60, 40});
     Play(CRasterMove::TOOL_ID, [&] {
         const TBytes vFirst = Bytes();
-        DragPixels({30, 30}, {-10, 30}); // to x from -20 to 20
+        Key(VK_Control, true); // a copy, to x from -20 to 20
+        DragPixels({30, 30}, {-10, 30});
+        Key(VK_Control, false);
         g_pMainFrame->SwitchTool(TOOL_RASTER_TRANSFORM);
         const auto vFloating = Picture();
         EXPECT_EQ(Corners(), "-20,25 20,25 20,40 -20,40");
@@ -190,6 +192,7 @@ TEST_F(RasterTransform, WorksOnFloatingPixelsAlsoBeyondTheCanvas) {
         Tool().Accept();
         EXPECT_EQ(Picture(), vPreview);
         EXPECT_EQ(Painted(), CRect(20, 10, 120, 70)) << "nothing beyond the canvas was lost";
+        EXPECT_EQ(PixelAt(*m_spLayer->GetRaster(), {30, 30}), RED | 0xFF000000) << "the copied ones stay";
         EXPECT_EQ(m_spCanvas->GetSelect()->GetBound(), CRect(80, 55, 120, 70));
         EXPECT_EQ(m_spLayer->GetFloat(), nullptr);
         Command(ID_EDIT_UNDO);
