@@ -63,7 +63,16 @@ bool CRasterMove::BeginMove(int32_t x, int32_t y, uint32_t flags, bool bWhole) {
     m_bCut = !(flags & POINTER_CONTROL);
     m_ptDown = m_ptMove = PixelOf(x, y);
     m_bMoving = true;
+    // Undo in the middle of a drag takes the drag back.
+    GetCanvas()->GetHistory().SetCancelHandler([this] { return CancelOperation(), false; });
     return true;
+}
+
+void CRasterMove::EndMove() {
+    const boost::function<bool()> fnNone;
+    GetCanvas()->GetHistory().SetCancelHandler(fnNone);
+    m_bMoving = false;
+    SetState(STATE_IDLE);
 }
 
 // Prepares the undo step of the whole drag. When this fails, nothing has changed.
@@ -109,9 +118,13 @@ bool CRasterMove::OnLButtonUp(int32_t x, int32_t y, uint32_t) {
     if (!m_bMoving) return false;
     OnMouseMove(x, y, 0, 0, m_byDragFlags);
     if (m_ptMove == m_ptDown) return Cancel();
-    Finish();
-    m_bMoving = false;
-    SetState(STATE_IDLE);
+    try {
+        Finish();
+    } catch (...) {
+        EndMove();
+        throw;
+    }
+    EndMove();
     return true;
 }
 
@@ -122,8 +135,7 @@ bool CRasterMove::OnProximityLeave() {
 bool CRasterMove::Cancel() {
     if (!m_bMoving) return false;
     Revert();
-    m_bMoving = false;
-    SetState(STATE_IDLE);
+    EndMove();
     return true;
 }
 

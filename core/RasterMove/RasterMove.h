@@ -56,6 +56,7 @@ private:
     void Lift();
     void ShowAt(CPoint ptDelta);
     void Finish();
+    void EndMove();
     void Revert();
     void Forget();
 

@@ -154,6 +154,10 @@ TEST_F(RasterMove, ADragThatEndsWhereItBeganOrIsCancelledLiftsNothing) {
         Type(VK_Escape);
         EXPECT_EQ(Row(), "10-19");
         Release({400, 80});
+        Press({80, 80}), Move({400, 80});
+        Undo(); // takes the drag back
+        EXPECT_EQ(Row(), "10-19");
+        Move({600, 80}), Release({600, 80});
         EXPECT_TRUE(Labels().empty() && !m_spLayer->GetFloat());
         EXPECT_EQ(Bound(), CRect(10, 10, 15, 20));
         EXPECT_EQ(Bytes(), vFirst);

@@ -133,6 +133,7 @@ TEST(RasterWalk, UndoLeadsToTheFirstBytesAndRedoToTheLast) {
         for (int nStep = 0; nStep < nSteps;) {
             const TState first = state();
             for (int n = 0; n < 100; ++n, ++nStep) walker.Step();
+            g_wpActiveTool.lock()->TellProximity(false); // a pen's stroke goes on for a while
             SettleActiveTool();
             session.m_spCanvas->CompleteWork();
             const size_t nActions = history.GetUndoList().size();
@@ -142,7 +143,10 @@ TEST(RasterWalk, UndoLeadsToTheFirstBytesAndRedoToTheLast) {
                 vStates.push_back(state());
                 nFloats += vStates.back().bFloats;
             }
-            ASSERT_TRUE(vStates.back() == first) << nStep;
+            ASSERT_TRUE(vStates.back() == first)
+                << nStep << ' ' << (vStates.back().vFile == first.vFile)
+                << (vStates.back().vPicture == first.vPicture) << (vStates.back().vMask == first.vMask)
+                << (vStates.back().bFloats == first.bFloats);
             const TState last = vStates.front();
             while (history.GetUndoList().size() < nActions) { // what was undone before stays so
                 session.Command(ID_EDIT_REDO);
