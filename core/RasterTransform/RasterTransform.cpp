@@ -142,7 +142,8 @@ bool CRasterTransform::Open() {
 
 void CRasterTransform::Close() {
     if (!m_spOverlay) return;
-    m_spOpenCanvas->GetHistory().SetCancelHandler(boost::function<bool()>());
+    const boost::function<bool()> fnNone;
+    m_spOpenCanvas->GetHistory().SetCancelHandler(fnNone);
     m_spTarget->SetOverlay({});
     m_spOverlay.reset();
     m_spTarget.reset();

@@ -97,8 +97,8 @@ TEST_F(ExportDesktop, EveryCommandIsEnabledByItsRule) {
         "panel-tool-option panel-brush "
         "panel-tool "
         "panel-press panel-color panels-hide theme-system theme-light theme-dark app-about ";
-    // Without a selection, a path tool and the operations on the picture there is nothing behind these.
-    const std::string strLater = "edit-cut edit-copy edit-paste edit-clear select-all select-none ",
+    // There is no selection, no picture on the clipboard, and nothing behind the dialogs yet.
+    const std::string strLater = "edit-cut edit-copy edit-paste edit-clear ",
                       strDialogs = "image-resolution image-size image-level image-hsv ";
     CSessionPlatform session(m_parts, ParseScript(LEAVE_UNSAVED, "s"));
     CSessionScope scope(session.GetPlatform());

@@ -53,6 +53,7 @@ void ExpectSurvival(uint64_t uSteps, const std::function<TPlayed(uint64_t)>& fnP
         const TPlayed played = PlayApart(fnPlay, u);
         EXPECT_EQ(played.strWrong, "") << "fault " << u << " of " << whole.uCount;
         EXPECT_TRUE(played.bTold || played.strEnd == whole.strEnd)
-            << "nobody was told of fault " << u << " of " << whole.uCount;
+            << "nobody was told of fault " << u << " of " << whole.uCount << ", which ended with "
+            << played.strEnd << " instead of " << whole.strEnd;
     }
 }

@@ -5,10 +5,21 @@
 #include <QPainter>
 #include <QStyleOption>
 
+#include <new>
+
 namespace {
 
 constexpr int TAB_CLOSE = 10;
 constexpr int TAB_SPACE = 14;
+
+// Qt asks for icons from constructors, which no exception may leave.
+QIcon LoadStyleIcon(std::string_view strResource) {
+    try {
+        return LoadLineIcon(strResource);
+    } catch (const std::bad_alloc&) {
+        return {};
+    }
+}
 
 } // namespace
 
@@ -18,14 +29,14 @@ QIcon CQtStyle::standardIcon(StandardPixmap pixmap, const QStyleOption* pOption,
                              const QWidget* pWidget) const {
     switch (pixmap) {
     case SP_TitleBarNormalButton:
-        return LoadLineIcon("icons/title-normal.svg");
+        return LoadStyleIcon("icons/title-normal.svg");
     case SP_TitleBarCloseButton:
     case SP_DockWidgetCloseButton:
-        return LoadLineIcon("icons/title-close.svg");
+        return LoadStyleIcon("icons/title-close.svg");
     case SP_TitleBarMinButton:
-        return LoadLineIcon("icons/title-min.svg");
+        return LoadStyleIcon("icons/title-min.svg");
     case SP_TitleBarMaxButton:
-        return LoadLineIcon("icons/title-max.svg");
+        return LoadStyleIcon("icons/title-max.svg");
     default:
         return QProxyStyle::standardIcon(pixmap, pOption, pWidget);
     }
@@ -39,7 +50,7 @@ void CQtStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* pOpti
         pPainter->fillRect(pOption->rect, pOption->palette.color(QPalette::Midlight));
     QRect rcIcon(0, 0, TAB_CLOSE, TAB_CLOSE);
     rcIcon.moveCenter(pOption->rect.center());
-    LoadLineIcon("icons/title-close.svg").paint(pPainter, rcIcon);
+    LoadStyleIcon("icons/title-close.svg").paint(pPainter, rcIcon);
 }
 
 int CQtStyle::pixelMetric(PixelMetric metric, const QStyleOption* pOption, const QWidget* pWidget) const {
