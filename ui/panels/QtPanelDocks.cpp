@@ -21,9 +21,11 @@ void CQtPanelDocks::SizePanels() {
             pPanel->ShowPanel(true);
             continue;
         }
+        // Before a panel was shown its hint may be older than what it needs at least.
+        const QSize sz = pPanel->sizeHint().expandedTo(pPanel->minimumSizeHint());
         lstDocks.append(pPanel);
-        lstWidths.append(pPanel->sizeHint().width());
-        lstHeights.append(pPanel->sizeHint().height());
+        lstWidths.append(sz.width());
+        lstHeights.append(sz.height());
     }
     m_main.resizeDocks(lstDocks, lstWidths, Qt::Horizontal);
     m_main.resizeDocks(lstDocks, lstHeights, Qt::Vertical);
