@@ -15,7 +15,7 @@ NEW_RASTER, NEW_VIEW, MERGE, RASTERIZE = 12900, 12800, 12905, 12906
 LAYER_COMMANDS = [12900, 12901, 12902, 12903, 12903, 12904, 12904, 12905, 12905, 12906, 13100, 13101, 13102]
 VIEW_COMMANDS = [12808] + list(range(12810, 12815)) + list(range(12816, 12822))
 PANELS = [12803, 12804, 12805, 12809, 12815]
-TOOLS = [2, 3, 6, 7, 8]
+TOOLS = [2, 3, 4, 5, 6, 7, 8, 9]
 SECTIONS = ["RasterBrush", "RasterEraser", "RasterPencil"]
 # Settings of the tools, and their possible values.
 PARAMS = {"BrushRadius": [1, 2, 5, 12], "BrushAlpha": [1, 90, 255], "BlurLevel": [0, 30, 100], "Spray": [0, 0, 80],

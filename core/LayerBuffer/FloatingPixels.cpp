@@ -1,16 +1,10 @@
 #include "core/LayerBuffer/FloatingPixels.h"
 
+#include "core/RasterBuffer/PaintBounds.h"
+
 #include <boost/make_shared.hpp>
 
-#include <algorithm>
-
 namespace {
-
-// True when the tile has a pixel that is not transparent.
-bool HasPaint(const CRasterBlockBuffer& tile) {
-    const std::vector<uint8_t> vAlpha = tile.CopyAlpha();
-    return std::ranges::any_of(vAlpha, [](uint8_t u) { return u != 0; });
-}
 
 // Adds the alpha of `src` to `dest`, a tile of the same kind and size, and takes its colour where there is
 // any.

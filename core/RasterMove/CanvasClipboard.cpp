@@ -6,6 +6,7 @@
 #include "core/LayerBuffer/FloatHistory.h"
 #include "core/LayerBuffer/LayerHistory.h"
 #include "core/LayerBuffer/RasterLayerBuffer.h"
+#include "core/RasterBuffer/PaintBounds.h"
 #include "core/RasterBuffer/PlaneKind.h"
 #include "core/RasterMove/SelectionCommands.h"
 #include "core/Tools/ActiveView.h"
@@ -22,34 +23,6 @@ struct TSource {
     CRasterBuffer* pMask;
     CPoint ptOffset;
 };
-
-/// The bounds of the pixels that are not transparent, in the tile's own coordinates.
-CRect BoundOf(const CRasterBlockBuffer& tile) {
-    const std::vector<uint8_t> vAlpha = tile.CopyAlpha();
-    const CSize sz = tile.GetSize();
-    CRect rc;
-    for (int32_t y = 0; y < sz.cy; ++y) {
-        const uint8_t* pRow = vAlpha.data() + static_cast<ptrdiff_t>(y) * sz.cx;
-        const uint8_t* pEnd = pRow + sz.cx;
-        const auto isPaint = [](uint8_t u) { return u != 0; };
-        const auto nLeft = static_cast<int32_t>(std::find_if(pRow, pEnd, isPaint) - pRow);
-        if (nLeft == sz.cx) continue;
-        int32_t nRight = sz.cx;
-        while (!pRow[nRight - 1]) --nRight;
-        rc = rc.Union({nLeft, y, nRight, y + 1});
-    }
-    return rc;
-}
-
-CRect BoundOf(CRasterBuffer& plane) {
-    CRect rc;
-    plane.ForEachBlock([&](CPoint pt) {
-        if (!plane.HasBlock(pt)) return;
-        const CRect rcTile = BoundOf(*plane.GetBlock(pt, false));
-        if (!rcTile.IsEmpty()) rc = rc.Union(CRect(pt + rcTile.TopLeft(), rcTile.Size()));
-    });
-    return rc.Intersect(plane.GetRect());
-}
 
 // The alpha is the smaller of pixel and mask. Only where both have tiles is anything painted.
 TDibBytes MakeBlockOf(const TSource& source, const CRect& rc) {
@@ -81,7 +54,7 @@ boost::shared_ptr<CFloatingPixels> MakeFloat(const boost::shared_ptr<IBitmap>& s
         spMask->ShareBlockImpl(pt, FullSelectTile());
         const auto spTile = spPlane->CreateBlock(pt);
         spTile->ReadBitmap(session);
-        if (!BoundOf(*spTile).IsEmpty()) spPlane->SetBlock(pt, spTile);
+        if (HasPaint(*spTile)) spPlane->SetBlock(pt, spTile);
     });
     return boost::make_shared<CFloatingPixels>(spPlane, spMask, ptAt, std::nullopt);
 }
@@ -102,8 +75,8 @@ bool CCanvasClipboard::Copy(const boost::shared_ptr<CCanvasBuffer>& spCanvas) {
     const TSource source = spFloat
                                ? TSource{spFloat->GetPlane(), spFloat->GetMask().get(), spFloat->GetOffset()}
                                : TSource{*spLayer->GetRaster(), &spCanvas->GetSelect()->GetMask(), {}};
-    const CRect rc =
-        spFloat ? BoundOf(source.pMask ? *source.pMask : source.plane) : spCanvas->GetSelect()->GetBound();
+    const CRect rc = spFloat ? PaintBoundsOf(source.pMask ? *source.pMask : source.plane)
+                             : spCanvas->GetSelect()->GetBound();
     if (rc.IsEmpty()) return false;
     const TDibBytes spBlock = MakeBlockOf(source, rc);
     m_clipboard.SetBlock(spBlock);

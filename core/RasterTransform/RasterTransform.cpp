@@ -5,6 +5,7 @@
 #include "core/IniConfig/IniConfig.h"
 #include "core/LayerBuffer/RasterGuard.h"
 #include "core/Platform/System.h"
+#include "core/RasterBuffer/PaintBounds.h"
 #include "core/Tools/PenContact.h"
 
 #include <algorithm>
@@ -86,7 +87,7 @@ CRasterTransform::TTarget CRasterTransform::FindTarget() const {
             select.UpdateOutline();
             target.source.rc = select.GetBound();
         } else {
-            target.source.rc = AlphaBoundsOf(spFloat->GetPlane());
+            target.source.rc = PaintBoundsOf(spFloat->GetPlane());
         }
         return target;
     }
@@ -95,7 +96,7 @@ CRasterTransform::TTarget CRasterTransform::FindTarget() const {
         target.source.spMask = boost::shared_ptr<const TMask>(spSelect, &spSelect->GetMask());
         target.source.rc = spSelect->GetBound().Intersect(spLayer->GetRaster()->GetRect());
     } else {
-        target.source.rc = AlphaBoundsOf(*spLayer->GetRaster());
+        target.source.rc = PaintBoundsOf(*spLayer->GetRaster());
     }
     return target;
 }

@@ -1,16 +1,12 @@
 #include "core/RasterTransform/TransformOverlay.h"
 
 #include "core/Base/Parallel.h"
+#include "core/RasterBuffer/PaintBounds.h"
 
 #include <algorithm>
 #include <cstring>
 
 namespace {
-
-bool IsTransparent(const CRasterBlockBuffer& tile) {
-    const uint8_t* pEnd = tile.GetPixelPtr({0, 0}) + tile.GetBytes();
-    return std::all_of(pEnd - tile.GetPlaneBytes(), pEnd, [](uint8_t u) { return u == 0; });
-}
 
 // Takes the source's pixels away from a copy of its block.
 void TakeAway(const TTransformSource& source, CRasterBlockBuffer& work) {
@@ -30,7 +26,7 @@ void TakeAway(const TTransformSource& source, CRasterBlockBuffer& work) {
 
 // Composites a tile over another; pixels that were transparent take its bytes as they are.
 void LayOver(const CRasterBlockBuffer& tile, CRasterBlockBuffer& work) {
-    if (IsTransparent(work)) {
+    if (!HasPaint(work)) {
         std::memcpy(work.GetPixelPtr({0, 0}), tile.GetPixelPtr({0, 0}), work.GetBytes());
         return;
     }
@@ -112,7 +108,7 @@ TTransformTiles CTransformOverlay::MakeTiles(size_t nThreads) const {
         const auto spOld = m_spRaster->GetBlock(pt, false);
         const auto spNew = spOld ? spOld->Clone() : m_spRaster->CreateBlock(pt);
         PaintInto(*spNew);
-        if (!IsTransparent(*spNew)) spTile = spNew;
+        if (HasPaint(*spNew)) spTile = spNew;
         vChanged[i] = spOld ? !spTile || !IsSame(*spOld, *spNew) : spTile != nullptr;
     });
     size_t i = 0;

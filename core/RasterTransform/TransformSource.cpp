@@ -23,28 +23,6 @@ bool TTransformSource::HasTiles(const CRect& rcWanted) const {
     return bAny;
 }
 
-CRect AlphaBoundsOf(CRasterBuffer& plane) {
-    CRect rcAll;
-    ForEachPart(plane, plane.GetRect(), [&](CPoint pt, const CRect& rc) {
-        // A block inside what was found adds nothing.
-        if (rcAll.Union(rc) == rcAll) return;
-        const auto spTile = plane.GetBlock(pt, false);
-        if (!spTile) return;
-        for (int32_t y = rc.top; y < rc.bottom; ++y) {
-            const uint8_t* pRow =
-                spTile->GetPixelPtr(CPoint{rc.left, y} - pt) + spTile->GetBytes() - spTile->GetPlaneBytes();
-            const auto painted = [](uint8_t u) { return u != 0; };
-            const uint8_t* pEnd = pRow + rc.Width();
-            const uint8_t* pFirst = std::find_if(pRow, pEnd, painted);
-            if (pFirst == pEnd) continue;
-            while (!pEnd[-1]) --pEnd;
-            rcAll = rcAll.Union({rc.left + static_cast<int32_t>(pFirst - pRow), y,
-                                 rc.left + static_cast<int32_t>(pEnd - pRow), y + 1});
-        }
-    });
-    return rcAll;
-}
-
 void CSourceWindow::Read(const TTransformSource& source, const CRect& rc, size_t nChannels) {
     const auto nWidth = static_cast<size_t>(rc.Width());
     m_nPlane = nWidth * static_cast<size_t>(rc.Height());

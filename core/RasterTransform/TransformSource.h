@@ -23,9 +23,6 @@ struct TTransformSource {
     bool HasTiles(const CRect& rcWanted) const;
 };
 
-/// The smallest rectangle around the plane's pixels with alpha; empty for none.
-CRect AlphaBoundsOf(CRasterBuffer& plane);
-
 /// Pixels of a source in one piece.
 class CSourceWindow {
 public:

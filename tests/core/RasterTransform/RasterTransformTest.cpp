@@ -1,5 +1,6 @@
 #include "core/RasterTransform/RasterTransform.h"
 #include "core/RasterBrush/FreehandTools.h"
+#include "core/RasterBuffer/PaintBounds.h"
 #include "core/RasterMove/RasterMove.h"
 #include "tests/support/PanelSession.h"
 #include "tests/support/ToolSession.h"
@@ -41,7 +42,7 @@ protected:
         Drag({{ptFrom.x * 8, ptFrom.y * 8}, {ptTo.x * 8, ptTo.y * 8}});
     }
     // The picture's painted bounds on the layer's own pixels.
-    CRect Painted() const { return AlphaBoundsOf(*m_spLayer->GetRaster()); }
+    CRect Painted() const { return PaintBoundsOf(*m_spLayer->GetRaster()); }
     size_t Steps() const { return Labels().size(); }
 
     boost::shared_ptr<CRasterLayerBuffer> m_spLayer;
@@ -270,7 +271,7 @@ TEST_F(TransformPane, ItsControlsChangeTheTool) {
                   EXPECT_EQ(tool().GetQuad()->front(), pt) << nId;
               }
               send(1325), send(1330);
-              EXPECT_EQ(AlphaBoundsOf(*raster()), CRect(20, 0, 30, 30));
+              EXPECT_EQ(PaintBoundsOf(*raster()), CRect(20, 0, 30, 30));
               send(1326), send(1331);
               EXPECT_EQ(Canvas().GetHistory().GetUndoList().size(), 1u);
               g_pMainFrame->SwitchTool(TOOL_BRUSH);
