@@ -15,7 +15,8 @@ struct TToolOutside;
 struct TToolRow {
     TToolInfo info;
     boost::shared_ptr<CTools> (*pfnMake)(const TToolOutside& outside);
-    std::unique_ptr<CToolOptBase> (*pfnMakePane)(); ///< tools with the same function share a pane, which may be null
+    std::unique_ptr<CToolOptBase> (
+        *pfnMakePane)(); ///< tools with the same function share a pane, which may be null
 };
 
 /// All tools in the tool panel's order.

@@ -17,8 +17,8 @@ struct TOutlineSegment {
 
 using TOutlineList = std::deque<TOutlineSegment>;
 
-/// Ways to combine two selections: coverages s and d give the larger one, d * (255 - s) / 255, and the rest of
-/// d when the part outside s is subtracted from it.
+/// Ways to combine two selections: coverages s and d give the larger one, d * (255 - s) / 255, and the rest
+/// of d when the part outside s is subtracted from it.
 enum class ESelectMode { Add, Subtract, Intersect };
 
 /// Replaced as a whole when the selection changes, never edited while a canvas holds it. Tiles may be
