@@ -1,4 +1,5 @@
 #include "core/Base/Color.h"
+#include "core/RasterMove/RasterMove.h"
 #include "host/PluginEntry.h"
 #include "system/environment/Locations.h"
 #include "system/files/SnapshotStore.h"
@@ -100,6 +101,29 @@ TEST_F(CSession, WhatIsErasedGoesBackOnWhiteWhereThereIsNoTransparency) {
     EXPECT_EQ(at(grey, 95), (std::vector{137, 137, 137, 137})); // of the level 18
     EXPECT_EQ(at(grey, 191), (std::vector{255, 255, 255, 255}));
     EXPECT_EQ(at(play(false, [&](CPlayer&) { layer()->SetVisible(false); }), 199), std::vector(4, 255));
+}
+
+TEST_F(CSession, PixelsThatFloatGoBackWhereTheyLie) {
+    const CRect rc(5, 5, 105, 45);
+    CPictureHost host(MakePicture(rc, true));
+    m_platform.AddStep([](CPlayer&) {
+        g_pMainFrame->SwitchTool(CRasterMove::TOOL_ID);
+        CTools& tool = *g_wpActiveTool.lock();
+        for (const auto& [message, x] :
+             {std::pair{EMessage::LButtonDown, 0}, {EMessage::MouseMove, 24}, {EMessage::LButtonUp, 24}})
+            tool.Dispatch(message, x, 0, 1024, 90, 0);
+        EXPECT_TRUE(g_lstCanvasFrame.front()->GetCanvas()->GetFloatState().spFloat);
+    });
+    EXPECT_EQ(host.Run(TestMain), 0);
+    const THostPicture before = MakePicture(rc, true);
+    const THostPicture after = host.GetPicture();
+    for (size_t i = 0; i < after.vRed.size(); ++i) {
+        const bool bLeft = i % 100 < 3;
+        EXPECT_EQ(after.vTransparency[i], bLeft ? 0 : before.vTransparency[i - 3]) << i;
+        if (after.vTransparency[i]) {
+            EXPECT_EQ(after.vRed[i], before.vRed[i - 3]) << i;
+        }
+    }
 }
 
 TEST_F(CSession, WhatAnotherSessionLeftIsOffered) {
