@@ -111,8 +111,9 @@ bool CCanvasClipboard::Paste(const IActiveView& view) {
         throw refused_error(L"クリップボードの画像を貼り付けられませんでした。\n" +
                             std::wstring(AdviceFor(picture.failure)));
     spCanvas->CompleteWork();
-    const auto spFloat = MakeFloat(picture, spCanvas->IsColorRaster(), sz, FindPlace(view, sz));
-    const auto spSelect = spFloat->CreateSelect(spCanvas->GetSize());
+    const auto floatRaster = MakeFloat(picture, spCanvas->IsColorRaster(), sz, FindPlace(view, sz));
+    SELF_CHECK(illegal_data, floatRaster);
+    const auto spSelect = floatRaster->CreateSelect(spCanvas->GetSize());
     const CFloatDrop drop(spCanvas);
     auto spLayer = ActiveRasterLayer(*spCanvas);
     boost::shared_ptr<CHistory> spHistory = boost::make_shared<CRasterMoveHistory>(
@@ -127,7 +128,7 @@ bool CCanvasClipboard::Paste(const IActiveView& view) {
         place.spParent->AddLayer(spLayer, place.idxLayer, false);
         spCanvas->SelectLayer(spLayer);
     }
-    spCanvas->SetFloatState({spFloat, spLayer, spSelect});
+    spCanvas->SetFloatState({floatRaster, spLayer, spSelect});
     try {
         spCanvas->GetHistory().Register(spHistory);
     } catch (...) {

@@ -77,23 +77,25 @@ void CRasterMove::EndMove() {
 
 // Prepares the undo step of the whole drag. When this fails, nothing has changed.
 void CRasterMove::Lift() {
-    const auto spLayer = GetRasterLayer();
-    const auto spCanvas = GetCanvas();
-    const TFloatState now = spCanvas->GetFloatState();
+    const auto pRasterLayer = GetRasterLayer();
+    const auto pCanvas = GetCanvas();
+    SELF_CHECK(illegal_data, pCanvas);
+    SELF_CHECK(illegal_data, pRasterLayer);
+    const TFloatState now = pCanvas->GetFloatState();
     const wchar_t* pszName = m_bCut ? L"ラスタ移動" : L"ラスタ複製";
-    const auto spOwn = spLayer->GetFloat();
+    const auto spOwn = pRasterLayer->GetFloat();
     if (spOwn && m_bCut) {
-        m_spHistory = boost::make_shared<CRasterMoveHistory>(pszName, spCanvas, now, nullptr, nullptr);
+        m_spHistory = boost::make_shared<CRasterMoveHistory>(pszName, pCanvas, now, nullptr, nullptr);
         m_spFloat = spOwn;
         return;
     }
-    auto pDrop = std::make_unique<CFloatDrop>(spCanvas);
-    const auto spRaster = spLayer->GetRaster();
+    auto pDrop = std::make_unique<CFloatDrop>(pCanvas);
+    const auto spRaster = pRasterLayer->GetRaster();
     CRasterGuard guard(spRaster);
     const auto spFloat = spOwn ? spOwn->Copy() : TakePixels(*spRaster, now.spSelect.get(), m_bCut);
-    const auto spHistory = boost::make_shared<CRasterMoveHistory>(
-        pszName, spCanvas, spCanvas->GetFloatState(), &guard.GetBefore(), spRaster);
-    spCanvas->SetFloatState({spFloat, spLayer, now.spSelect});
+    const auto spHistory = boost::make_shared<CRasterMoveHistory>(pszName, pCanvas, pCanvas->GetFloatState(),
+                                                                  &guard.GetBefore(), spRaster);
+    pCanvas->SetFloatState({spFloat, pRasterLayer, now.spSelect});
     guard.Keep();
     m_spHistory = spHistory;
     m_spFloat = spFloat;

@@ -1,5 +1,6 @@
 #include "core/RasterMove/SelectionCommands.h"
 
+#include "core/Base/Failure.h"
 #include "core/CanvasBuffer/CanvasHistory.h"
 #include "core/LayerBuffer/FloatHistory.h"
 #include "core/LayerBuffer/RasterGuard.h"
@@ -61,19 +62,21 @@ bool CanClear(const CCanvasBuffer& canvas) {
 bool ClearSelected(const boost::shared_ptr<CCanvasBuffer>& spCanvas, const wchar_t* pszLabel) {
     if (!CanClear(*spCanvas)) return false;
     spCanvas->CompleteWork();
-    const auto spLayer = ActiveRasterLayer(*spCanvas);
-    if (spLayer->GetFloat()) {
+    const auto pLayer = ActiveRasterLayer(*spCanvas);
+    SELF_CHECK(illegal_data, pLayer);
+    if (pLayer->GetFloat()) {
         spCanvas->GetHistory().Register(boost::make_shared<CRasterMoveHistory>(
             pszLabel, spCanvas, spCanvas->GetFloatState(), nullptr, nullptr));
         spCanvas->SetFloatState({});
         return true;
     }
-    const auto spRaster = spLayer->GetRaster();
-    if (!HasPaintUnder(*spRaster, *spCanvas->GetSelect())) return false;
-    CRasterGuard guard(spRaster);
-    ClearUnder(*spRaster, *spCanvas->GetSelect());
+    const auto pRaster = pLayer->GetRaster();
+    SELF_CHECK(illegal_data, pRaster);
+    if (!HasPaintUnder(*pRaster, *spCanvas->GetSelect())) return false;
+    CRasterGuard guard(pRaster);
+    ClearUnder(*pRaster, *spCanvas->GetSelect());
     spCanvas->GetHistory().Register(
-        boost::make_shared<CCommitStrokeBufferHistory>(pszLabel, guard.GetBefore(), spRaster));
+        boost::make_shared<CCommitStrokeBufferHistory>(pszLabel, guard.GetBefore(), pRaster));
     guard.Keep();
     return true;
 }
