@@ -9,6 +9,7 @@
 #include "core/CanvasFrame/LayerCommands.h"
 #include "core/CanvasFrame/ZoomList.h"
 #include "core/Commands/CommandIds.h"
+#include "core/LayerBuffer/RasterLayerBuffer.h"
 #include "core/Platform/Bitmap.h"
 #include "core/Platform/Dialogs.h"
 #include "core/Platform/Files.h"
@@ -23,6 +24,12 @@ std::list<boost::shared_ptr<CCanvasFrame>> g_lstCanvasFrame;
 boost::weak_ptr<CCanvasFrame> g_wpActiveFrame;
 
 namespace {
+
+// While a preview shows selected pixels elsewhere, the outline of their old place would only confuse.
+boost::shared_ptr<CSelectBuffer> ShownSelect(const CCanvasBuffer& canvas) {
+    const auto spLayer = boost::dynamic_pointer_cast<CRasterLayerBuffer>(canvas.GetActiveLayer());
+    return spLayer && spLayer->GetOverlay() ? nullptr : canvas.GetSelect();
+}
 
 constexpr int TIMER_SELECTION = 15;
 constexpr int TIMER_SELECTION_MS = 100;
@@ -164,7 +171,7 @@ void CCanvasFrame::OnPaint(IPaintTarget& target, const CRect& rc) {
 // Only the active frame shows more than its canvas: what the tool draws over it, and the selection.
 CGDIBuffer* CCanvasFrame::PaintOverlays(CGDIBuffer& screen, const CRect& rc) {
     if (!IsActive()) return &screen;
-    const boost::shared_ptr<CSelectBuffer>& spSelect = m_spCanvas->GetSelect();
+    const boost::shared_ptr<CSelectBuffer> spSelect = ShownSelect(*m_spCanvas);
     if (!m_dashes.Crosses(spSelect, m_view, rc) && m_input.GetOverlayRect().Intersect(rc).IsEmpty())
         return &screen;
     if (!m_pOverlaid || !(m_pOverlaid->GetSize() == screen.GetSize()))
@@ -375,7 +382,7 @@ void CCanvasFrame::OnScroll(bool bVertical, int32_t nOffset) {
 }
 
 void CCanvasFrame::OnSelectionTimer() {
-    const boost::shared_ptr<CSelectBuffer> spShown = IsActive() ? m_spCanvas->GetSelect() : nullptr;
+    const boost::shared_ptr<CSelectBuffer> spShown = IsActive() ? ShownSelect(*m_spCanvas) : nullptr;
     for (const CRect& rc : m_dashes.TakeStale(spShown, m_view)) m_pWindow->Invalidate(rc);
 }
 

@@ -235,6 +235,30 @@ TEST_F(RasterTransform, HandlesKeepTheirSizeAtEveryScale) {
     });
 }
 
+TEST_F(RasterTransform, ThePreviewHidesTheOutlineOfTheOldPlace) {
+    Select({30, 20, 80, 90});
+    PlayTransform([&] {
+        g_pMainFrame->SwitchTool(CRasterMove::TOOL_ID); // draws nothing over the canvas itself
+        const auto inkAtLeftEdge = [] {
+            CCanvasFrame& frame = *g_wpActiveFrame.lock();
+            frame.InvalidateAll();
+            auto& window = dynamic_cast<CSessionCanvasWindow&>(*frame.GetWindow());
+            window.Paint();
+            int nInk = 0;
+            for (int32_t y = 50; y < 80; ++y)
+                for (int32_t x = 29; x < 31; ++x)
+                    nInk += *window.GetGlass().GetPixel(frame.GetView().ToWindow(CPoint{x, y})) == 0;
+            return nInk;
+        };
+        EXPECT_GE(inkAtLeftEdge(), 10);
+        g_pMainFrame->SwitchTool(TOOL_RASTER_TRANSFORM);
+        DragPixels({50, 50}, {150, 50});
+        EXPECT_EQ(inkAtLeftEdge(), 0);
+        Tool().Accept();
+        EXPECT_EQ(m_spCanvas->GetSelect()->GetBound(), CRect(130, 20, 180, 90));
+    });
+}
+
 class TransformPane : public CPanelSession {};
 
 TEST_F(TransformPane, ItsControlsChangeTheTool) {
