@@ -26,9 +26,6 @@ public:
     bool OnProximityLeave() override;
     bool OnProximityEnter() override { return OnProximityLeave(); }
     bool OnMouseLeave() override;
-    /// Arrow keys do nothing here.
-    bool OnKeyDown(int nKey) override { return CRasterToolBase::OnKeyDown(nKey); }
-    bool OnKeyRepeat(int) override { return false; }
     /// Makes the brush a step larger or smaller, by an eighth of its size.
     bool OnCommand(int nId) override;
     bool CanCommand(int nId) const override;
@@ -46,6 +43,7 @@ public:
     virtual const std::wstring& GetSection() const = 0;
 
 protected:
+    EArrowKeys GetArrowKeys() const override { return EArrowKeys::Nothing; }
     /// Sets the values that the tool leaves no choice of.
     virtual void Constrain() {}
     /// Creates the tool's stroke on a canvas.

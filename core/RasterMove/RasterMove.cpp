@@ -164,11 +164,12 @@ void CRasterMove::Forget() {
     m_pDrop.reset();
 }
 
-bool CRasterMove::Nudge(int nKey, bool bWhole) {
+bool CRasterMove::Nudge(int nKey) {
     const CPoint ptDirection = DirectionOf(nKey);
-    if (ptDirection == CPoint() || m_state != STATE_IDLE) return false;
+    const EArrowKeys keys = GetArrowKeys();
+    if (ptDirection == CPoint() || keys == EArrowKeys::Nothing || m_state != STATE_IDLE) return false;
     GetCanvas()->CompleteWork();
-    if (!HasTarget(bWhole)) return false;
+    if (!HasTarget(keys == EArrowKeys::Whole)) return false;
     const int32_t nStep = GetOutside().keys.IsKeyDown(VK_Shift) ? LARGE_STEP : 1;
     const CPoint ptDelta{ptDirection.x * nStep, ptDirection.y * nStep};
     CHistoryStream& history = GetCanvas()->GetHistory();

@@ -29,8 +29,8 @@ public:
     /// The pen left during a drag, which ends it.
     bool OnProximityLeave() override;
     /// Arrow keys move by a pixel, with Shift by ten; moves that follow one another are one undo step.
-    bool OnKeyDown(int nKey) override { return Nudge(nKey, true) || CRasterToolBase::OnKeyDown(nKey); }
-    bool OnKeyRepeat(int nKey) override { return Nudge(nKey, true); }
+    bool OnKeyDown(int nKey) override { return Nudge(nKey) || CRasterToolBase::OnKeyDown(nKey); }
+    bool OnKeyRepeat(int nKey) override { return Nudge(nKey); }
     /// Puts what was dragged back.
     bool Cancel() override;
     /// Select all, deselect, and clear the selected pixels.
@@ -48,10 +48,17 @@ protected:
     /// of a pen's contact is dropped.
     bool BeginMove(int32_t x, int32_t y, uint32_t flags, bool bWhole);
     bool IsMoving() const { return m_bMoving; }
-    /// Moves by an arrow key's step; false for other keys, and when there is nothing to move.
-    bool Nudge(int nKey, bool bWhole);
+    /// The pixels that arrow keys move.
+    enum class EArrowKeys {
+        Nothing,
+        Selected,
+        Whole, ///< selected ones, without a selection the layer's whole content
+    };
+    virtual EArrowKeys GetArrowKeys() const { return EArrowKeys::Whole; }
 
 private:
+    // Moves by an arrow key's step; false for other keys, and when there is nothing to move.
+    bool Nudge(int nKey);
     bool HasTarget(bool bWhole) const;
     void Lift();
     void ShowAt(CPoint ptDelta);

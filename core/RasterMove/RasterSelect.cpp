@@ -153,7 +153,7 @@ bool CRasterSelect::OnProximityLeave() {
 
 bool CRasterSelect::OnKeyDown(int nKey) {
     if (nKey == VK_Shift) m_bShift = true;
-    return Nudge(nKey, false) || CRasterToolBase::OnKeyDown(nKey);
+    return CRasterMove::OnKeyDown(nKey);
 }
 
 bool CRasterSelect::OnKeyUp(int nKey) {

@@ -37,7 +37,6 @@ public:
     /// Arrow keys move the selected pixels, nothing without a selection.
     bool OnKeyDown(int nKey) override;
     bool OnKeyUp(int nKey) override;
-    bool OnKeyRepeat(int nKey) override { return Nudge(nKey, false); }
     /// Drops the shape under construction, or cancels the drag.
     bool Cancel() override;
     /// Draws the shape under construction, as it will be filled.
@@ -50,6 +49,9 @@ public:
     /// Shapes get soft edges.
     bool IsAntialias() const { return m_bAntialias; }
     void SetAntialias(bool bAntialias) { m_bAntialias = bAntialias; }
+
+protected:
+    EArrowKeys GetArrowKeys() const override { return EArrowKeys::Selected; }
 
 private:
     bool StartsDrag(CPoint pt, uint32_t flags) const;
