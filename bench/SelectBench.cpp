@@ -73,7 +73,7 @@ void OutlineOfNoise(benchmark::State& state) {
     Outline(state, select);
 }
 
-// What a hand draws with the lasso: around nearly all of the canvas with a trembling line, or to and fro over
+// A lasso as a hand draws it: around nearly all of the canvas with a trembling line, or to and fro over
 // it so that the outline crosses itself again and again.
 std::vector<CPoint> LassoPoints(bool bHatch) {
     constexpr int POINTS = 5000, SWEEPS = 20;

@@ -103,7 +103,7 @@ private:
     bool m_bLocked = false;
 };
 
-/// Where a block's pixels lie and how they are written.
+/// The place of a block's pixels and the way they are written.
 struct TDibForm {
     CSize size;
     bool bBottomUp = true;

@@ -184,7 +184,7 @@ private:
     void Attach(TLayerList& lstLayer, int idxLayer);
     TLayerList Detach(int idxLayer);
     void ExpectRoomFor(const CLayerBuffer& layer) const;
-    // What floats is merged by an undoable change of the tree.
+    // Merges floating pixels for an undoable change of the tree.
     std::unique_ptr<CFloatDrop> DropForStep(bool bHistory) const;
 
     TLayerList m_lstChildren;

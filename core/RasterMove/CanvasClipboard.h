@@ -21,7 +21,7 @@ public:
     bool Paste(const IActiveView& view) override;
 
 private:
-    /// What was copied here last, valid while it is still on the clipboard, which owns the block.
+    /// The last copy made here, valid while it is still on the clipboard, which owns the block.
     struct TCopied {
         boost::weak_ptr<const std::string> wpBlock;
         CPoint ptAt;

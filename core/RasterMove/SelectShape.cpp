@@ -108,7 +108,7 @@ bool IsSameSelection(const TSelectPtr& sp1, const TSelectPtr& sp2) {
         const CAlphaBlock8* const p1 = tile(sp1, pt);
         const CAlphaBlock8* const p2 = tile(sp2, pt);
         if (!bSame || p1 == p2) return;
-        // What a tile holds beyond the canvas does not count.
+        // Pixels of a tile beyond the canvas do not count.
         const CSize sz = CRect(pt, DEFAULT_BLOCKSIZE).Intersect(mask.GetRect()).Size();
         constexpr std::array<uint8_t, DEFAULT_BLOCKSIZE.cx> NONE{};
         for (int32_t y = 0; bSame && y < sz.cy; ++y) {

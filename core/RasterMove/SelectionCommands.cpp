@@ -18,7 +18,7 @@ boost::shared_ptr<CRasterLayerBuffer> ActiveRasterLayer(const CCanvasBuffer& can
 }
 
 bool IsAllSelected(const CCanvasBuffer& canvas) {
-    const auto spSelect = canvas.GetSelect();
+    const auto& spSelect = canvas.GetSelect();
     if (!spSelect || canvas.GetFloatState().spFloat) return false;
     bool bAll = true;
     spSelect->GetMask().ForEachBlock(

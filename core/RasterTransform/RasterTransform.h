@@ -72,7 +72,7 @@ public:
     std::optional<TQuad> GetQuad() const;
 
 private:
-    // What is transformed: a float, a part of the layer or all of it.
+    // The pixels to be transformed: a float, a part of the layer or all of it.
     struct TTarget {
         TTransformSource source; ///< its rectangle is empty when there is nothing
         boost::shared_ptr<CFloatingPixels> spFloat;

@@ -15,7 +15,7 @@ enum ETransformMode : int {
 };
 constexpr int TRANSFORM_MODES = 4;
 
-/// What a press takes hold of.
+/// The part that a press takes hold of.
 struct TTransformGrip {
     enum class EKind { Corner, Inside, Outside };
     EKind kind = EKind::Outside;

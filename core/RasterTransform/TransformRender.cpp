@@ -86,7 +86,7 @@ void CBlockRender::Move(const CRect& rc, const TPixelMove& move) {
 
 CBlockRender::TPart CBlockRender::MeasurePart(const CRect& rc) const {
     TPart part{rc, 1, 1, {}};
-    // Where the directions across and down are nearly the same in the source, a reduction across has removed
+    // If the directions across and down are nearly the same in the source, a reduction across has removed
     // most of the detail that one down would have to, and the other way round.
     double dAcross = 0, dDown = 0, dAcrossRest = 0, dDownRest = 0;
     const TPosition ptMiddle{(rc.left + rc.right) / 2.0, (rc.top + rc.bottom) / 2.0};

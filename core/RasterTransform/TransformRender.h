@@ -2,7 +2,7 @@
 // for, nor on which thread.
 //
 // A pixel is sampled at its centre by a filter of 6 by 6 pixels that passes through the picture's own values.
-// Where the picture shrinks, pixels are sampled at several positions across and down, about one for each of
+// If the picture shrinks, pixels are sampled at several positions across and down, about one for each of
 // the source's, and reduced by a filter that reaches over four pixels, so that detail which pixels cannot
 // show averages out. The numbers across and down differ where the picture shrinks in one direction. Colours
 // are weighted by alpha. At the edges, the source goes on as it ends and the part of the pixel that the

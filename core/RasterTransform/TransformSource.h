@@ -32,7 +32,7 @@ public:
     /// repeated, so that an edge gets its softness from the part of the pixel that is covered alone.
     void Prepare(const TTransformSource& source, const CRect& rc, size_t nChannels);
 
-    /// What Read has read: a channel's byte plane, row by row.
+    /// The pixels of the last Read: a channel's byte plane, row by row.
     const uint8_t* GetPlane(size_t nChannel) const { return m_vBytes.data() + nChannel * m_nPlane; }
     /// What Prepare has read; may be read 8 values beyond.
     const int16_t* GetPrepared() const { return m_vPrepared.data(); }
