@@ -34,7 +34,7 @@ public:
 
     /// The pixels of the last Read: a channel's byte plane, row by row.
     const uint8_t* GetPlane(size_t nChannel) const { return m_vBytes.data() + nChannel * m_nPlane; }
-    /// What Prepare has read; may be read 8 values beyond.
+    /// The pixels of the last Prepare; 8 values beyond may be read.
     const int16_t* GetPrepared() const { return m_vPrepared.data(); }
 
 private:
