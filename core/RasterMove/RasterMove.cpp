@@ -15,28 +15,12 @@
 namespace {
 
 constexpr int32_t FAR_AWAY = 1 << 24; ///< offsets stay below, so that no sum overflows
-constexpr int32_t LARGE_STEP = 10;
 
 // The canvas pixel that holds a position in eighths.
 CPoint PixelOf(int32_t x, int32_t y) { return {x >> 3, y >> 3}; }
 
 CPoint Clamp(CPoint pt) {
     return {std::clamp(pt.x, -FAR_AWAY, FAR_AWAY), std::clamp(pt.y, -FAR_AWAY, FAR_AWAY)};
-}
-
-CPoint DirectionOf(int nKey) {
-    switch (nKey) {
-    case VK_Left:
-        return {-1, 0};
-    case VK_Right:
-        return {1, 0};
-    case VK_Up:
-        return {0, -1};
-    case VK_Down:
-        return {0, 1};
-    default:
-        return {};
-    }
 }
 
 } // namespace
@@ -165,13 +149,11 @@ void CRasterMove::Forget() {
 }
 
 bool CRasterMove::Nudge(int nKey) {
-    const CPoint ptDirection = DirectionOf(nKey);
+    const CPoint ptStep = GetArrowStep(nKey);
     const EArrowKeys keys = GetArrowKeys();
-    if (ptDirection == CPoint() || keys == EArrowKeys::Nothing || m_state != STATE_IDLE) return false;
+    if (ptStep == CPoint() || keys == EArrowKeys::Nothing || m_state != STATE_IDLE) return false;
     GetCanvas()->CompleteWork();
     if (!HasTarget(keys == EArrowKeys::Whole)) return false;
-    const int32_t nStep = GetOutside().keys.IsKeyDown(VK_Shift) ? LARGE_STEP : 1;
-    const CPoint ptDelta{ptDirection.x * nStep, ptDirection.y * nStep};
     CHistoryStream& history = GetCanvas()->GetHistory();
     const auto spLast = m_wpNudge.lock();
     // The step of the keys before puts the pixels back to where the first one found them.
@@ -179,7 +161,7 @@ bool CRasterMove::Nudge(int nKey) {
     m_bCut = true;
     try {
         Lift();
-        ShowAt(ptDelta);
+        ShowAt(ptStep);
     } catch (...) {
         Revert();
         throw;

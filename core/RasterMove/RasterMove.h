@@ -28,7 +28,8 @@ public:
     bool OnLButtonUp(int32_t x, int32_t y, uint32_t flags) override;
     /// The pen left during a drag, which ends it.
     bool OnProximityLeave() override;
-    /// Arrow keys move by a pixel, with Shift by ten; moves that follow one another are one undo step.
+    /// Arrow keys move by a pixel, with Shift by ten, in the view's direction; moves that follow one another
+    /// are one undo step.
     bool OnKeyDown(int nKey) override { return Nudge(nKey) || CRasterToolBase::OnKeyDown(nKey); }
     bool OnKeyRepeat(int nKey) override { return Nudge(nKey); }
     /// Puts what was dragged back.

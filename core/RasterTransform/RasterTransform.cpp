@@ -19,7 +19,6 @@ constexpr wchar_t SECTION[] = L"RasterTransform";
 constexpr wchar_t MODE_KEY[] = L"Mode";
 constexpr int VK_ENTER = 0x0D;
 constexpr int UNITS_OF_PIXEL = 8;
-constexpr int FAST_PIXELS = 10; ///< that an arrow key moves by with Shift
 /// Sizes in pixels at 96 dpi.
 constexpr int32_t HANDLE = 4;
 constexpr int32_t REACH_MOUSE = 8;
@@ -242,17 +241,10 @@ bool CRasterTransform::OnKeyDown(int nKey) {
 }
 
 bool CRasterTransform::Nudge(int nKey) {
-    constexpr int32_t FAR = 4096; // no view is so small that the direction is lost
-    const auto spView = GetView();
-    const CPoint ptWindow{(nKey == VK_Right) - (nKey == VK_Left), (nKey == VK_Down) - (nKey == VK_Up)};
-    if (IsWorking() || ptWindow == CPoint() || !spView || !Open()) return false;
-    const int nPixels = GetOutside().keys.IsKeyDown(VK_Shift) ? FAST_PIXELS : 1;
-    const CPoint away = spView->ToCanvas({ptWindow.x * FAR, ptWindow.y * FAR}) - spView->ToCanvas({0, 0});
-    TPosition move;
-    (std::abs(away.x) > std::abs(away.y) ? move.x : move.y) =
-        (std::abs(away.x) > std::abs(away.y) ? away.x : away.y) < 0 ? -nPixels : nPixels;
+    const CPoint ptStep = GetArrowStep(nKey);
+    if (IsWorking() || ptStep == CPoint() || !Open()) return false;
     TQuad quad = m_spOverlay->GetMap().GetQuad();
-    for (TPosition& pt : quad) pt = pt + move;
+    for (TPosition& pt : quad) pt = pt + TPosition{double(ptStep.x), double(ptStep.y)};
     SetQuad(quad);
     Settle();
     return true;

@@ -190,6 +190,9 @@ TEST_F(RasterMove, ArrowKeysFoldIntoOneStep) {
         Type(VK_Left);
         EXPECT_EQ(Labels().size(), 3u) << "a drag lies between";
         ExpectHistory(vFirst);
+        const CPoint ptBefore = m_spLayer->GetFloat()->GetOffset();
+        Command(ID_VIEW_ROTATE_RIGHT), Type(VK_Right); // up on the canvas
+        EXPECT_EQ(m_spLayer->GetFloat()->GetOffset(), ptBefore - CPoint(0, 1));
     });
 }
 
