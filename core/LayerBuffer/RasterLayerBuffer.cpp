@@ -108,15 +108,19 @@ void CRasterLayerBuffer::QueueStroke() {
 }
 
 void CRasterLayerBuffer::SetFloat(const boost::shared_ptr<CFloatingPixels>& spFloat) {
-    for (const auto& sp : {m_spFloat, spFloat})
-        if (sp) FlagOverlay(*sp);
+    // On the road of each pointer event: only blocks that a float can reach are looked at.
+    for (const CFloatingPixels* p : {m_spFloat.get(), spFloat.get()})
+        if (p)
+            m_pRaster->ForEachBlockIn(p->GetRect(), [&](CPoint pt) {
+                if (p->CoversBlock(pt)) m_pRaster->SetDirty(pt);
+            });
     m_spFloat = spFloat;
 }
 
 boost::shared_ptr<CRasterBuffer> CRasterLayerBuffer::GetSettled() const {
     if (!m_spFloat) return m_pRaster;
     const auto spSettled = m_pRaster->ShallowCopy();
-    spSettled->ForEachBlock([&](CPoint pt) { m_spFloat->MergeInto(*spSettled, pt); });
+    spSettled->ForEachBlockIn(m_spFloat->GetRect(), [&](CPoint pt) { m_spFloat->MergeInto(*spSettled, pt); });
     return spSettled;
 }
 
