@@ -14,6 +14,7 @@
 #include "core/Platform/Dialogs.h"
 #include "core/Platform/Files.h"
 #include "core/Platform/System.h"
+#include "core/RasterMove/SelectionCommands.h"
 #include "core/Recovery/Recovery.h"
 
 #include <boost/make_shared.hpp>
@@ -27,7 +28,7 @@ namespace {
 
 // While a preview shows selected pixels elsewhere, the outline of their old place would only confuse.
 boost::shared_ptr<CSelectBuffer> ShownSelect(const CCanvasBuffer& canvas) {
-    const auto spLayer = boost::dynamic_pointer_cast<CRasterLayerBuffer>(canvas.GetActiveLayer());
+    const auto spLayer = ActiveRasterLayer(canvas);
     return spLayer && spLayer->GetOverlay() ? nullptr : canvas.GetSelect();
 }
 

@@ -39,10 +39,6 @@ TDibBytes MakeBlockOf(const TSource& source, const CRect& rc) {
     return block.spBytes;
 }
 
-boost::shared_ptr<CRasterLayerBuffer> ActiveRasterLayer(const CCanvasBuffer& canvas) {
-    return boost::dynamic_pointer_cast<CRasterLayerBuffer>(canvas.GetActiveLayer());
-}
-
 // Tiles without paint would only take memory.
 boost::shared_ptr<CFloatingPixels> MakeFloat(const boost::shared_ptr<IBitmap>& spPicture, bool bColor,
                                              CSize sz, CPoint ptAt) {

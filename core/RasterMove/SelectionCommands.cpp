@@ -13,10 +13,6 @@
 
 namespace {
 
-boost::shared_ptr<CRasterLayerBuffer> ActiveRasterLayer(const CCanvasBuffer& canvas) {
-    return boost::dynamic_pointer_cast<CRasterLayerBuffer>(canvas.GetActiveLayer());
-}
-
 bool IsAllSelected(const CCanvasBuffer& canvas) {
     const auto& spSelect = canvas.GetSelect();
     if (!spSelect || canvas.GetFloatState().spFloat) return false;
@@ -38,6 +34,10 @@ bool HasPaintUnder(CRasterBuffer& plane, const CSelectBuffer& select) {
 }
 
 } // namespace
+
+boost::shared_ptr<CRasterLayerBuffer> ActiveRasterLayer(const CCanvasBuffer& canvas) {
+    return boost::dynamic_pointer_cast<CRasterLayerBuffer>(canvas.GetActiveLayer());
+}
 
 bool SelectAll(const boost::shared_ptr<CCanvasBuffer>& spCanvas) {
     if (IsAllSelected(*spCanvas)) return false;

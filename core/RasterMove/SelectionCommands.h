@@ -3,6 +3,9 @@
 
 #include "core/CanvasBuffer/CanvasBuffer.h"
 
+/// The active layer if it is a raster layer, else null.
+boost::shared_ptr<CRasterLayerBuffer> ActiveRasterLayer(const CCanvasBuffer& canvas);
+
 /// Selects the whole canvas. False when all is selected and nothing floats.
 bool SelectAll(const boost::shared_ptr<CCanvasBuffer>& spCanvas);
 
