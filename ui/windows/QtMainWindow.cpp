@@ -7,6 +7,7 @@
 #include "ui/base/Theme.h"
 #include "ui/input/QtKeyFilter.h"
 #include "ui/input/QtPen.h"
+#include "ui/windows/ElidedLabel.h"
 #include "ui/windows/QtCanvasWindow.h"
 #include "ui/windows/QtFrameTabs.h"
 #include "ui/windows/QtMdiArrange.h"
@@ -18,7 +19,6 @@
 #include <QMdiArea>
 #include <QMenuBar>
 #include <QMimeData>
-#include <QPainter>
 #include <QScreen>
 #include <QStatusBar>
 #include <QStyle>
@@ -34,24 +34,6 @@ namespace {
 constexpr QColor MDI_BACKGROUND(0x4a, 0x4a, 0x4a);
 constexpr QSize FIRST_SIZE(1600, 1000);
 constexpr int SETTLE_MS = 200; ///< until the desktop has put its frame around a window
-
-// A text that ends with an ellipsis where there is no room; the tool tip has it whole.
-class CElidedLabel : public QLabel {
-public:
-    using QLabel::QLabel;
-
-protected:
-    void paintEvent(QPaintEvent*) override {
-        const QRect rc = contentsRect();
-        QPainter(this).drawText(rc, Qt::AlignLeft | Qt::AlignVCenter,
-                                fontMetrics().elidedText(text(), Qt::ElideRight, rc.width()));
-    }
-    bool event(QEvent* pEvent) override {
-        if (pEvent->type() == QEvent::ToolTip)
-            setToolTip(fontMetrics().horizontalAdvance(text()) > contentsRect().width() ? text() : QString());
-        return QLabel::event(pEvent);
-    }
-};
 
 } // namespace
 
