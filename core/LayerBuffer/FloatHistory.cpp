@@ -9,19 +9,13 @@
 CRasterMoveHistory::CRasterMoveHistory(std::wstring strName, const TCanvasPtr& spCanvas,
                                        const TFloatState& before, CRasterBuffer* pRasterBefore,
                                        const boost::shared_ptr<CRasterBuffer>& spRaster)
-    : CHistory(std::move(strName)), m_wpCanvas(spCanvas), m_state(before), m_wpRaster(spRaster) {
-    if (!pRasterBefore) return;
-    spRaster->ForEachBlock([&](CPoint pt) {
-        const auto spOld = pRasterBefore->GetBlock(pt, false);
-        if (spOld != spRaster->GetBlock(pt, false)) m_vTiles.emplace_back(pt, spOld);
-    });
-}
+    : CHistory(std::move(strName)), m_wpCanvas(spCanvas), m_state(before),
+      m_tiles(pRasterBefore ? CTileSwap(*pRasterBefore, spRaster) : CTileSwap()) {}
 
 void CRasterMoveHistory::Swap() {
     const auto spCanvas = m_wpCanvas.lock();
     if (!spCanvas) return;
-    if (const auto spRaster = m_wpRaster.lock())
-        for (auto& [pt, spTile] : m_vTiles) spTile = spRaster->SetBlock(pt, spTile);
+    m_tiles.Swap();
     TFloatState state = spCanvas->GetFloatState();
     spCanvas->SetFloatState(m_state);
     std::swap(m_state, state);
@@ -34,9 +28,9 @@ size_t CRasterMoveHistory::CountBytes() const {
     size_t nBytes = m_state.spFloat ? m_state.spFloat->GetBytes(now.spFloat.get()) : 0;
     if (m_state.spSelect && m_state.spSelect != now.spSelect)
         nBytes += m_state.spSelect->GetBytes(now.spSelect.get());
-    for (const auto& [pt, spTile] : m_vTiles)
-        if (spTile && !(now.spFloat && now.spFloat->HoldsCutTile(pt, spTile.get())))
-            nBytes += spTile->GetBytes();
+    nBytes += m_tiles.CountBytes([&](CPoint pt, const CRasterBlockBuffer& tile) {
+        return !now.spFloat || !now.spFloat->HoldsCutTile(pt, &tile);
+    });
     return nBytes;
 }
 

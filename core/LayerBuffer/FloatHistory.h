@@ -4,9 +4,7 @@
 #include "core/History/History.h"
 #include "core/LayerBuffer/FloatingPixels.h"
 #include "core/LayerBuffer/LayerBuffer.h"
-
-#include <utility>
-#include <vector>
+#include "core/LayerBuffer/TileSwap.h"
 
 /// Pixels began to float, moved, were merged or vanished: exchanges the canvas's float, its selection and the
 /// tiles of one layer that differ.
@@ -28,8 +26,7 @@ private:
 
     boost::weak_ptr<ILayerCanvas> m_wpCanvas;
     TFloatState m_state;
-    boost::weak_ptr<CRasterBuffer> m_wpRaster;
-    std::vector<std::pair<CPoint, boost::shared_ptr<CRasterBlockBuffer>>> m_vTiles;
+    CTileSwap m_tiles;
 };
 
 /// Merges what floats into its layer for an operation that changes the layer's pixels, the selection, the

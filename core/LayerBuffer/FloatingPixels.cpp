@@ -60,14 +60,12 @@ void CFloatingPixels::PaintInto(CRasterBlockBuffer& tile) const {
         tile.ClearOutside(CRect({-ptTile.x, -ptTile.y}, pPlane->GetSize()));
 }
 
-bool CFloatingPixels::MergeInto(CRasterBuffer& raster, CPoint pt) const {
-    if (!CoversBlock(pt)) return false;
-    if (IsHome() && !raster.HasBlock(pt)) {
+void CFloatingPixels::MergeInto(CRasterBuffer& raster, CPoint pt) const {
+    if (!CoversBlock(pt)) return;
+    if (IsHome() && !raster.HasBlock(pt))
         raster.SetBlock(pt, m_spPlane->GetBlock(pt - m_ptOffset, false));
-        return true;
-    }
-    PaintInto(*raster.GetWritableBlock(pt));
-    return true;
+    else
+        PaintInto(*raster.GetWritableBlock(pt));
 }
 
 size_t CFloatingPixels::GetBytes(const CFloatingPixels* pOther) const {

@@ -43,8 +43,8 @@ public:
     /// Composites the pixels onto a tile of the layer's plane. At the place that they were cut from, alpha is
     /// added back, so that the tile gets the bytes that it had before the cut.
     void PaintInto(CRasterBlockBuffer& tile) const override;
-    /// The same for good; the plane shares tiles where it can.
-    bool MergeInto(CRasterBuffer& raster, CPoint pt) const override;
+    /// The same for good into the layer's plane, which shares tiles where it can.
+    void MergeInto(CRasterBuffer& raster, CPoint pt) const;
     void PassFlags(CBoolMatrix&) override {}
     void ClearFlag(CPoint) override {}
 

@@ -131,20 +131,13 @@ void CRasterLayerBuffer::SetOverlay(const boost::shared_ptr<IRasterOverlay>& spO
     m_spOverlay = spOverlay;
 }
 
-bool CRasterLayerBuffer::MergeOverlay(const std::wstring& strName) {
-    if (!m_spOverlay) return false;
-    const bool bAny = Merge(*m_spOverlay, strName);
-    m_spOverlay.reset();
-    return bAny;
-}
-
 bool CRasterLayerBuffer::UpdateStrokes(uint64_t uNumber) {
     const bool bChildren = CLayerBuffer::UpdateStrokes(uNumber);
     const auto spStroke = m_deqQueue.empty() ? m_spStroke : m_deqQueue.front();
     if (!spStroke) return bChildren;
     m_bBehind = !spStroke->GetStroke().Update();
     if (!m_bBehind && !m_deqQueue.empty() && spStroke->GetNumber() == uNumber) {
-        Merge(*spStroke, spStroke->GetStroke().GetName());
+        Merge(*spStroke);
         m_deqQueue.pop_front();
     }
     return true;
@@ -159,18 +152,17 @@ bool CRasterLayerBuffer::IsBehind() const {
     return !m_deqQueue.empty() || (m_spStroke && m_bBehind) || CLayerBuffer::IsBehind();
 }
 
-bool CRasterLayerBuffer::Merge(IRasterOverlay& overlay, const std::wstring& strName) {
+void CRasterLayerBuffer::Merge(CStrokeOverlay& stroke) {
     const CFloatDrop drop(GetCanvas(), this);
-    // When this fails the overlay stays and is merged later: nothing of it may be there twice.
+    // When this fails the stroke stays and is merged later: nothing of it may be there twice.
     CRasterGuard guard(m_pRaster);
-    FlagOverlay(overlay);
+    FlagOverlay(stroke);
     bool bAny = false;
-    m_pRaster->ForEachBlock([&](CPoint pt) { bAny |= overlay.MergeInto(*m_pRaster, pt); });
+    m_pRaster->ForEachBlock([&](CPoint pt) { bAny |= stroke.MergeInto(*m_pRaster, pt); });
     if (bAny)
-        GetCanvas()->GetHistory().Register(
-            boost::make_shared<CCommitStrokeBufferHistory>(strName, guard.GetBefore(), m_pRaster));
+        GetCanvas()->GetHistory().Register(boost::make_shared<CCommitStrokeBufferHistory>(
+            stroke.GetStroke().GetName(), guard.GetBefore(), m_pRaster));
     guard.Keep();
-    return bAny;
 }
 
 TLayerPtr CRasterLayerBuffer::MergeWith(CLayerBuffer& other, IProgress& progress) {

@@ -52,9 +52,6 @@ public:
     /// Lays a preview over the pixels, in the place of floating ones; null takes it away without a trace.
     void SetOverlay(const boost::shared_ptr<IRasterOverlay>& spOverlay);
     const boost::shared_ptr<IRasterOverlay>& GetOverlay() const { return m_spOverlay; }
-    /// Makes the preview part of the pixels, one undo step with that name. Returns false when that changes
-    /// nothing. When it fails the overlay stays as it was.
-    bool MergeOverlay(const std::wstring& strName);
     bool UpdateStrokes(uint64_t uNumber) override;
     uint64_t GetNextStroke() const override;
     bool IsBehind() const override;
@@ -70,7 +67,7 @@ private:
     void ForEachOverlay(Function fn) const;
     // Flags what the overlay shows, and what it has stopped showing since the last redraw.
     void FlagOverlay(IRasterOverlay& overlay);
-    bool Merge(IRasterOverlay& overlay, const std::wstring& strName);
+    void Merge(CStrokeOverlay& stroke);
     // The pixels as they are once those that float have been merged; the layer's own plane where none do.
     boost::shared_ptr<CRasterBuffer> GetSettled() const;
 

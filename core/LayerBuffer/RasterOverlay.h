@@ -13,9 +13,6 @@ public:
     /// Paints what is shown at the tile's block over a copy of the layer's own pixels. Called for covered
     /// blocks alone.
     virtual void PaintInto(CRasterBlockBuffer& work) const = 0;
-    /// Paints what becomes of the block for good; `raster` is the layer's own plane. Returns false when the
-    /// block stays as it is.
-    virtual bool MergeInto(CRasterBuffer& raster, CPoint pt) const = 0;
     /// Passes on the flags of the blocks whose picture has changed: those that were set since the last time.
     virtual void PassFlags(CBoolMatrix& matrix) = 0;
     /// The block has been shown.

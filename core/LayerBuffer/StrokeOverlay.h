@@ -22,7 +22,8 @@ public:
 
     bool CoversBlock(CPoint pt) const override;
     void PaintInto(CRasterBlockBuffer& work) const override;
-    bool MergeInto(CRasterBuffer& raster, CPoint pt) const override;
+    /// Paints the complete stroke into the layer's plane. False when the block stays as it is.
+    bool MergeInto(CRasterBuffer& raster, CPoint pt) const;
     void PassFlags(CBoolMatrix& matrix) override;
     void ClearFlag(CPoint pt) override;
 

@@ -88,12 +88,6 @@ void CTransformOverlay::PaintInto(CRasterBlockBuffer& work) const {
     if (RenderTransform(m_source, m_map, m_spRaster->GetRect(), *spTile)) LayOver(*spTile, work);
 }
 
-bool CTransformOverlay::MergeInto(CRasterBuffer& raster, CPoint pt) const {
-    if (!CoversBlock(pt)) return false;
-    PaintInto(*raster.GetWritableBlock(pt));
-    return true;
-}
-
 void CTransformOverlay::ClearFlag(CPoint pt) {
     const CSize szBlock = m_spRaster->GetBlockSize();
     m_dirty.Clear(pt.x / szBlock.cx, pt.y / szBlock.cy);

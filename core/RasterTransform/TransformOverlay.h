@@ -26,7 +26,6 @@ public:
     /// The identity shows the layer's own pixels, or the float itself.
     bool CoversBlock(CPoint pt) const override;
     void PaintInto(CRasterBlockBuffer& work) const override;
-    bool MergeInto(CRasterBuffer& raster, CPoint pt) const override;
     void PassFlags(CBoolMatrix& matrix) override { m_dirty.PassTo(matrix); }
     void ClearFlag(CPoint pt) override;
 

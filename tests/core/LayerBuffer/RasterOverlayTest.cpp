@@ -16,11 +16,6 @@ struct CMovedPixels : IRasterOverlay {
         else
             work.Fill(MakeColor(10, 20, 30), 255);
     }
-    bool MergeInto(CRasterBuffer& raster, CPoint pt) const override {
-        if (!CoversBlock(pt)) return false;
-        PaintInto(*raster.GetWritableBlock(pt));
-        return true;
-    }
     void PassFlags(CBoolMatrix& matrix) override {
         if (m_uFlag) matrix.Add(1, 0);
     }
@@ -60,22 +55,6 @@ TEST_F(RasterOverlay, IsShownAndGoesWithoutATrace) {
     ExpectAlphas(0, 255);
     EXPECT_EQ(m_spMoved->m_uFlag, 0) << "it has been shown";
     m_layer.SetOverlay({});
-    ExpectAlphas(255, 0);
-    EXPECT_FALSE(m_spCanvas->GetHistory().CanUndo());
-}
-
-TEST_F(RasterOverlay, BecomesPartOfThePixelsInOneStepOrNotAtAll) {
-    m_layer.SetOverlay(m_spMoved);
-    m_spMoved->m_bFails = true;
-    EXPECT_THROW(m_layer.MergeOverlay(L"移動"), std::bad_alloc);
-    EXPECT_EQ(m_layer.GetOverlay(), m_spMoved);
-    EXPECT_TRUE(m_layer.GetRaster()->HasBlock(FIRST) && !m_layer.GetRaster()->HasBlock(SECOND));
-    m_spMoved->m_bFails = false;
-    ExpectAlphas(0, 255);
-    EXPECT_TRUE(m_layer.MergeOverlay(L"移動"));
-    EXPECT_EQ(m_layer.GetOverlay(), nullptr);
-    ExpectAlphas(0, 255);
-    m_spCanvas->GetHistory().Undo();
     ExpectAlphas(255, 0);
     EXPECT_FALSE(m_spCanvas->GetHistory().CanUndo());
 }
