@@ -9,6 +9,7 @@
 #include <boost/make_shared.hpp>
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -159,6 +160,7 @@ void CCanvasBuffer::ConvertColorMode(bool bColor, bool bColorRaster, IProgress& 
 
 void CCanvasBuffer::Resize(CSize sz, const TLayerChange& change) {
     SELF_CHECK(invalid_argument, sz.cx > 0 && sz.cy > 0);
+    m_place = m_place.After(change, m_size);
     m_size = sz;
     GetRoot().Resize(sz, change);
     const CSize szBlocks = GetComposite().GetBufferSize();
@@ -169,6 +171,23 @@ void CCanvasBuffer::Resize(CSize sz, const TLayerChange& change) {
     change.fnPlane(m_spSelect->GetMask(), spSelect->GetMask());
     spSelect->UpdateOutline();
     m_spSelect = spSelect->GetBound().IsEmpty() ? boost::shared_ptr<CSelectBuffer>() : spSelect;
+}
+
+TCanvasPlace TCanvasPlace::After(const TLayerChange& change, CSize sz) const {
+    constexpr int UNITS_OF_PIXEL = 8;
+    const CPoint ptFirst = change.fnPoint({0, 0});
+    const CPoint ptLast = change.fnPoint({sz.cx * UNITS_OF_PIXEL, sz.cy * UNITS_OF_PIXEL});
+    const double dX = double(ptLast.x - ptFirst.x) / (sz.cx * UNITS_OF_PIXEL);
+    const double dY = double(ptLast.y - ptFirst.y) / (sz.cy * UNITS_OF_PIXEL);
+    return {dLeft - ptFirst.x / (UNITS_OF_PIXEL * dX * dScaleX),
+            dTop - ptFirst.y / (UNITS_OF_PIXEL * dY * dScaleY), dScaleX * dX, dScaleY * dY};
+}
+
+CPoint TCanvasPlace::MapTo(const TCanvasPlace& other, CPoint pt) const {
+    // From pixel's middle to pixel's middle.
+    const double dX = ((pt.x + 0.5) / dScaleX + dLeft - other.dLeft) * other.dScaleX;
+    const double dY = ((pt.y + 0.5) / dScaleY + dTop - other.dTop) * other.dScaleY;
+    return {static_cast<int32_t>(std::floor(dX)), static_cast<int32_t>(std::floor(dY))};
 }
 
 CCanvasBuffer::FullBackup CCanvasBuffer::CreateFullBackup() {
@@ -182,8 +201,12 @@ CCanvasBuffer::FullBackup CCanvasBuffer::CreateFullBackup() {
     } catch (const deserialize_error&) {
         throw internal_error(L"CreateFullBackup: deserialize_error in Deserialize()");
     }
-    return {boost::static_pointer_cast<InternalLayerBuffer>(spCopy), *m_spCounters, m_spSelect, m_bColor,
-            m_bColorRaster};
+    return {boost::static_pointer_cast<InternalLayerBuffer>(spCopy),
+            *m_spCounters,
+            m_spSelect,
+            m_bColor,
+            m_bColorRaster,
+            m_place};
 }
 
 void CCanvasBuffer::SwapFullBackup(const boost::shared_ptr<CCanvasBuffer>& spCanvas, FullBackup* pBackup) {
@@ -199,6 +222,7 @@ void CCanvasBuffer::SwapFullBackup(const boost::shared_ptr<CCanvasBuffer>& spCan
     spCanvas->m_spSelect.swap(stor.spSelect);
     std::swap(spCanvas->m_bColor, stor.m_bColor);
     std::swap(spCanvas->m_bColorRaster, stor.m_bColorRaster);
+    std::swap(spCanvas->m_place, stor.place);
     spCanvas->m_size = spCanvas->m_spRoot->GetSize();
     CLayerPicture& picture = spCanvas->m_spRoot->GetPicture();
     if (bSameSize) {

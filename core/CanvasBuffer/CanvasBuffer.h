@@ -20,6 +20,22 @@ constexpr int MAX_CANVAS_SIDE = 12000;
 /// Largest side that is accepted in a document file.
 constexpr int MAX_DOCUMENT_SIDE = 32767;
 
+/// The place of the canvas beside what it was when it was created or loaded: a view finds what it shows again
+/// after the canvas has changed its size.
+struct TCanvasPlace {
+    double dLeft = 0; ///< of the canvas's corner, in pixels of the first canvas
+    double dTop = 0;
+    double dScaleX = 1; ///< pixels to a pixel of the first canvas
+    double dScaleY = 1;
+
+    /// The place after a change of a canvas of size `sz` that maps its points so.
+    TCanvasPlace After(const TLayerChange& change, CSize sz) const;
+    /// The pixel at `other` that shows what the pixel `pt` shows here.
+    CPoint MapTo(const TCanvasPlace& other, CPoint pt) const;
+
+    friend bool operator==(const TCanvasPlace&, const TCanvasPlace&) = default;
+};
+
 class CCanvasBuffer : public ILayerCanvas,
                       public boost::enable_shared_from_this<CCanvasBuffer>,
                       boost::noncopyable {
@@ -33,6 +49,7 @@ public:
         boost::shared_ptr<CSelectBuffer> spSelect;
         bool m_bColor;
         bool m_bColorRaster;
+        TCanvasPlace place;
     };
 
     CCanvasBuffer();
@@ -47,6 +64,8 @@ public:
     virtual CSerializer Serialize() const;
 
     CSize GetSize() const override { return m_size; }
+    /// Changes whenever Resize or its undo moves the picture on the canvas.
+    const TCanvasPlace& GetPlace() const { return m_place; }
     bool IsColor() const override { return m_bColor; }
     bool IsColorRaster() const override { return m_bColorRaster; }
     CHistoryStream& GetHistory() override { return *m_spHistory; }
@@ -112,6 +131,7 @@ public:
 
 private:
     CSize m_size;
+    TCanvasPlace m_place;
     bool m_bColor = true;
     bool m_bColorRaster = true;
     boost::shared_ptr<CHistoryStream> m_spHistory;

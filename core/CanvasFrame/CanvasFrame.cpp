@@ -55,6 +55,7 @@ boost::shared_ptr<CCanvasFrame> CreateCanvasFrame(const boost::shared_ptr<CCanva
 
 CCanvasFrame::CCanvasFrame(const boost::shared_ptr<CCanvasBuffer>& spCanvas) : m_spCanvas(spCanvas) {
     m_view.SetCanvasSize(m_spCanvas->GetSize());
+    m_place = m_spCanvas->GetPlace();
 }
 
 bool CCanvasFrame::CreateWindowIn(IMainWindow& parent, const TCanvasWindowSetup& setup,
@@ -215,8 +216,11 @@ void CCanvasFrame::CompleteWork(EOpenEnd why) {
 }
 
 void CCanvasFrame::FollowCanvasSize() {
-    if (!m_pWindow || m_view.GetCanvasSize() == m_spCanvas->GetSize()) return;
-    ChangeView([&] { m_view.SetCanvasSize(m_spCanvas->GetSize()); });
+    const TCanvasPlace& place = m_spCanvas->GetPlace();
+    if (!m_pWindow || (m_view.GetCanvasSize() == m_spCanvas->GetSize() && m_place == place)) return;
+    const CPoint ptCentre = m_place.MapTo(place, m_view.GetCentre());
+    ChangeView([&] { m_view.SetCanvasSize(m_spCanvas->GetSize(), ptCentre); });
+    m_place = place;
 }
 
 std::vector<CRect> CCanvasFrame::RefreshScreen() {

@@ -115,7 +115,7 @@ private:
     /// Asks the tool's question about its open results, if it has one, and ends them by the answer. False
     /// when the user keeps the document open.
     bool EndToolForClose();
-    /// Adopts a new canvas size.
+    /// Adopts a new canvas size; what was in the window's middle stays there.
     void FollowCanvasSize();
     // All changes of the view but scrolling use this function.
     void ChangeView(const boost::function<void()>& fnChange);
@@ -126,6 +126,7 @@ private:
     const TFrameOutside* m_pOutside = nullptr; ///< from CreateWindowIn on
     ICanvasWindow* m_pWindow = nullptr;
     CCanvasView m_view;
+    TCanvasPlace m_place; ///< of the canvas as the view knows it
     CCanvasScreen m_screen;
     CFrameInput m_input{*this};
     std::unique_ptr<CGDIBuffer> m_pOverlaid; ///< the screen copy with overlays, valid where painted

@@ -80,14 +80,13 @@ CSize CCanvasView::ExtentOf(CSize szScaled) {
     return {szScaled.cx + MARGIN_TOTAL, szScaled.cy + MARGIN_TOTAL};
 }
 
-void CCanvasView::SetCanvasSize(CSize szCanvas) {
-    const CPoint ptCentre = CanvasCentre();
+void CCanvasView::SetCanvasSize(CSize szCanvas, CPoint ptCentre) {
     m_szCanvas = szCanvas;
     Arrange(ptCentre);
 }
 
 void CCanvasView::Apply(const TViewState& view, CSize szClient) {
-    const CPoint ptCentre = CanvasCentre();
+    const CPoint ptCentre = GetCentre();
     m_view = view;
     m_szClient = szClient;
     Arrange(ptCentre);

@@ -10,7 +10,11 @@
 class CCanvasView {
 public:
     /// Sets the canvas's size in pixels; the canvas point at the window's centre stays there.
-    void SetCanvasSize(CSize szCanvas);
+    void SetCanvasSize(CSize szCanvas) { SetCanvasSize(szCanvas, GetCentre()); }
+    /// The same with the canvas point that comes to the window's centre.
+    void SetCanvasSize(CSize szCanvas, CPoint ptCentre);
+    /// The canvas point at the window's centre.
+    CPoint GetCentre() const { return ToCanvas({m_szClient.cx / 2, m_szClient.cy / 2}); }
     CSize GetCanvasSize() const { return m_szCanvas; }
     /// Changes the view; the canvas point at the window's centre stays there.
     void Apply(const TViewState& view, CSize szClient);
@@ -49,7 +53,6 @@ public:
     CPoint GetOrigin() const { return m_ptMargin - m_ptScroll; }
 
 private:
-    CPoint CanvasCentre() const { return ToCanvas({m_szClient.cx / 2, m_szClient.cy / 2}); }
     // Computes what depends on view, window and canvas, and scrolls `ptCentre` to the window's centre.
     void Arrange(CPoint ptCentre);
     // A position with `nUnit` steps a canvas pixel; `nRound` is added before the division.

@@ -9,8 +9,9 @@
 struct TLayerChange {
     /// Fills `to`, an empty plane, from `from`, a plane of the same kind: pixels, masks and the selection.
     boost::function<void(CRasterBuffer& from, CRasterBuffer& to)> fnPlane;
-    /// Maps a path's points, which are eighths of a pixel.
+    /// Maps a path's points, which are eighths of a pixel. Straight and without turning.
     boost::function<CPoint(CPoint)> fnPoint;
+    double dWidth = 1; ///< factor of the paths' base widths and waves
 };
 
 /// Moves everything by whole pixels. Pixels that leave their plane are lost, paths keep their points.

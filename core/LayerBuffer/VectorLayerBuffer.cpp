@@ -25,7 +25,7 @@ void CVectorLayerBuffer::InvalidatePaths() {
 void CVectorLayerBuffer::Resize(CSize sz, const TLayerChange& change) {
     CLayerBuffer::Resize(sz, change);
     CreateCoverage(GetLayerColor());
-    for (const auto& spPath : m_lstPaths) spPath->Transform(change.fnPoint);
+    for (const auto& spPath : m_lstPaths) spPath->Transform(change.fnPoint, change.dWidth);
 }
 
 boost::shared_ptr<CRasterBlockBuffer> CVectorLayerBuffer::CreateFlatBlock() {

@@ -325,6 +325,15 @@ void COpenPathStream::SetWave(bool bEnable, const TOutlineWave& wave) {
     m_wave = wave;
 }
 
+void COpenPathStream::ScaleWidths(double dFactor) {
+    const auto scale = [&](uint32_t& uValue) {
+        uValue = static_cast<uint32_t>(std::clamp(uValue * dFactor + 0.5, 1.0, double{INT32_MAX}));
+    };
+    scale(m_uWidth);
+    scale(m_wave.uStep);
+    scale(m_wave.uWidth);
+}
+
 boost::shared_ptr<CPathWidthControlPoint> COpenPathStream::MakeWidthPoint(uint32_t t) const {
     return boost::make_shared<CPathWidthControlPoint>(weak_from_this(), CDualValue<uint32_t>(t), m_uWidth);
 }

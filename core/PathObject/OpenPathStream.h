@@ -48,6 +48,8 @@ public:
     void SetWidth(uint32_t uWidth) { m_uWidth = uWidth; }
     void SetWave(bool bEnable, const TOutlineWave& wave);
     bool HasWave() const { return m_bWave; }
+    /// The base width and the wave. Width points are multiples, which stay.
+    void ScaleWidths(double dFactor) override;
     /// The wave's step and strength, also while it is off.
     const TOutlineWave& GetWave() const { return m_wave; }
     /// In order of creation.

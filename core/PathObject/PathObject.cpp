@@ -152,8 +152,9 @@ TPathHit CPathObject::HitTestEx(const TPathPick& pick, bool bAnchor, bool bHandl
     return pick.At(stream.PointAt(place.t, STATE_LIVE), HIT_PATH, {}, place.t);
 }
 
-void CPathObject::Transform(const boost::function<CPoint(CPoint)>& fnMap) {
+void CPathObject::Transform(const boost::function<CPoint(CPoint)>& fnMap, double dWidth) {
     GetStream().Transform(fnMap);
+    if (dWidth != 1) GetStream().ScaleWidths(dWidth);
     Update();
 }
 

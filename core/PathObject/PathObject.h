@@ -67,7 +67,8 @@ public:
     TPathHit HitTest(const TPathPick& pick) const { return HitTestEx(pick, true, true, true, true); }
     TPathHit HitTestEx(const TPathPick& pick, bool bAnchor, bool bHandle, bool bPath, bool bTerm) const;
 
-    void Transform(const boost::function<CPoint(CPoint)>& fnMap);
+    /// Maps every point, and multiplies the base width and the wave by `dWidth`.
+    void Transform(const boost::function<CPoint(CPoint)>& fnMap, double dWidth = 1);
     /// Called after a change of committed values. If refused, restores the values of the last Update.
     void Update();
     /// Called after a change of live values; raises refused_error too, but reverts nothing.

@@ -58,6 +58,8 @@ public:
     virtual size_t IndexOf(const CPathControlPoint& point) const = 0;
     /// Maps all positions of both states by a function.
     virtual void Transform(const boost::function<CPoint(CPoint)>& fnMap) = 0;
+    /// Multiplies what a stroke's width is made of; nothing is less than 1 afterwards.
+    virtual void ScaleWidths(double) {}
     /// The whole line, closed paths back to their first anchor.
     virtual TPolyBezier BezierPoints(size_t state) const = 0;
 

@@ -37,15 +37,16 @@ struct TPanelControl {
         Toggle, ///< a button that stays down; shows `strIcon` if there is one
         Button,
         Combo,
-        Slider, ///< with a number beside it
+        Slider, ///< with a number beside it, unless `bBare`
         Text,   ///< an edit, read when it loses the focus
         Number, ///< a Text with buttons that step by 1; any text may stand in it, its owner judges
         Report, ///< lines of text that can be read and selected
         List,
         Tree, ///< rows with eyes, pictures and folds; `vTree` instead of `vRows`
         View,
-        Key,  ///< a field that takes a key: `strText` names it, `nValue` is its virtual key and KEY_ bits
-        Page, ///< of a dialog: begins a page named `strText`, to which the controls behind it belong
+        Key,    ///< a field that takes a key: `strText` names it, `nValue` is its virtual key and KEY_ bits
+        Page,   ///< of a dialog: begins a page named `strText`, to which the controls behind it belong
+        Column, ///< of a dialog: the controls behind it stand at the right of those before it
     };
 
     EKind kind = EKind::Label;
@@ -70,6 +71,10 @@ struct TPanelControl {
     bool bEditable = false; ///< a List's or Tree's rows can be renamed and dragged to other places
     bool bLive = false;     ///< a Text tells every change while it is typed
     bool bPen = false;      ///< a dialog's View is told the pen's own reports
+    bool bBare = false;     ///< a Slider without its number
+    bool bHold = false;     ///< a Button tells 1 when it is pressed and 0 when it is released
+    bool bStretch = false;  ///< a dialog's View takes the room that is left when the dialog is enlarged
+    int nPage = 0;          ///< what a page key moves a Slider by; 0 for a tenth of its range
     CSize szView = {};      ///< wanted size of View, List and Tree in pixels of 96 to the inch
     CSize szPicture = {};   ///< of a Tree without eyes: the size of its rows' pictures
     IPanelView* pView = nullptr;

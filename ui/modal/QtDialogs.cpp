@@ -14,6 +14,7 @@
 #include <QPushButton>
 #include <QTabWidget>
 
+#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -98,18 +99,30 @@ private:
         return *new QFormLayout(pPage);
     }
 
+    static QFormLayout& AddColumn(QHBoxLayout& columns) {
+        auto* pForm = new QFormLayout;
+        columns.addLayout(pForm);
+        return *pForm;
+    }
+
     void AddControls(QFormLayout& outer, const std::vector<TPanelControl>& vControls) {
         const TPanelEvents events = MakeEvents();
-        QFormLayout* pForm = &outer;
+        using EKind = TPanelControl::EKind;
+        const bool bColumns =
+            std::ranges::find(vControls, EKind::Column, &TPanelControl::kind) != vControls.end();
+        auto* pColumns = bColumns ? new QHBoxLayout : nullptr;
+        if (pColumns) outer.addRow(pColumns);
+        QFormLayout* pForm = pColumns ? &AddColumn(*pColumns) : &outer;
         QHBoxLayout* pLine = nullptr;
         for (size_t idx = 0; idx < vControls.size(); ++idx) {
             const TPanelControl& control = vControls[idx];
-            if (control.kind == TPanelControl::EKind::Page) {
-                pForm = &AddPage(outer, control);
+            if (control.kind == EKind::Page || control.kind == EKind::Column) {
+                pForm = control.kind == EKind::Page ? &AddPage(outer, control) : &AddColumn(*pColumns);
                 m_vControls.push_back(nullptr);
                 m_vLabels.push_back(nullptr);
                 continue;
             }
+            if (control.bStretch && pColumns) pColumns->setStretch(pColumns->count() - 1, 1);
             m_vControls.push_back(MakePanelControl(control, events, this));
             QWidget* pWidget = m_vControls.back()->GetWidget();
             const QString strLabel = ToQt(control.strLabel);
@@ -159,7 +172,7 @@ private:
     }
 
     TUserActs& m_acts;
-    std::vector<std::unique_ptr<CQtPanelControl>> m_vControls; ///< null for a page
+    std::vector<std::unique_ptr<CQtPanelControl>> m_vControls; ///< null for a page or column
     std::vector<QLabel*> m_vLabels;                            ///< one a control, null for none
     QTabWidget* m_pTabs = nullptr;
 };

@@ -29,9 +29,15 @@ public:
         : m_pButton(pButton), m_bCheckable(pButton->isCheckable()) {
         // Which of several is down is the panel's to say.
         pButton->setAutoExclusive(false);
-        QObject::connect(
-            pButton, &QAbstractButton::clicked, pButton,
-            [nId = control.nId, fnChange = events.change](bool bChecked) { fnChange(nId, bChecked, {}); });
+        const auto tell = [nId = control.nId, fnChange = events.change](bool bChecked) {
+            fnChange(nId, bChecked, {});
+        };
+        if (control.bHold) {
+            QObject::connect(pButton, &QAbstractButton::pressed, pButton, [tell] { tell(true); });
+            QObject::connect(pButton, &QAbstractButton::released, pButton, [tell] { tell(false); });
+        } else {
+            QObject::connect(pButton, &QAbstractButton::clicked, pButton, tell);
+        }
     }
     QWidget* GetWidget() override { return m_pButton; }
     void Write(const TPanelControl& control) override {
@@ -122,11 +128,13 @@ public:
         pLayout->setSpacing(6);
         pLayout->addWidget(m_pSlider, 1);
         pLayout->addWidget(m_pNumber);
+        m_pNumber->setVisible(!control.bBare);
         m_pSlider->setFocusPolicy(Qt::TabFocus);
         m_pSlider->setMinimumWidth(56);
         m_pSlider->setRange(m_vStops.empty() ? control.nMin : 0,
                             m_vStops.empty() ? control.nMax : static_cast<int>(m_vStops.size()) - 1);
-        m_pSlider->setPageStep(std::max(1, (m_pSlider->maximum() - m_pSlider->minimum()) / 10));
+        m_pSlider->setPageStep(
+            control.nPage ? control.nPage : std::max(1, (m_pSlider->maximum() - m_pSlider->minimum()) / 10));
         m_pNumber->setRange(control.nMin, control.nMax);
         m_pNumber->setSuffix(ToQt(control.strUnit));
         m_pNumber->setKeyboardTracking(false);

@@ -42,8 +42,11 @@ public:
         if (control.bPen) m_fnPen = events.pen;
         setTabletTracking(control.bPen);
         setFocusPolicy(Qt::TabFocus);
-        setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-        setFixedHeight(m_szWanted.height());
+        setSizePolicy(QSizePolicy::Expanding, control.bStretch ? QSizePolicy::Expanding : QSizePolicy::Fixed);
+        if (control.bStretch)
+            setMinimumHeight(m_szWanted.height() / 2);
+        else
+            setFixedHeight(m_szWanted.height());
         setMinimumWidth(m_szWanted.width() / 2);
     }
     QSize sizeHint() const override { return m_szWanted; }

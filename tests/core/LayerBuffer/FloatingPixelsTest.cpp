@@ -145,7 +145,7 @@ TEST_P(FloatingPixels, AreMergedByWhatChangesTheLayerAndFloatAgainAfterOneUndo) 
         {L"カラーモード変更", [&] { ChangeColorMode(m_spCanvas, !GetParam(), !GetParam()); }},
         {L"画像サイズ",
          [&] {
-             ResizeCanvas(m_spCanvas, {200, 200}, {[](CRasterBuffer&, CRasterBuffer&) {}, {}}, L"画像サイズ");
+             ResizeCanvas(m_spCanvas, {200, 200}, ShiftChange({1, 0}), L"画像サイズ");
          }},
     };
     CHistoryStream& history = m_spCanvas->GetHistory();
