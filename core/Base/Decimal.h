@@ -1,4 +1,5 @@
-// Numbers with two decimals, stored as whole parts of 1 (eighths of a pixel, for example).
+// Numbers as texts: those stored as whole parts of 1 (eighths of a pixel, for example), and any that a user
+// types.
 #pragma once
 
 #include <optional>
@@ -9,6 +10,11 @@
 /// locale.
 std::wstring FormatParts(int nValue, int nParts);
 
-/// The nearest number of parts, halves upward, for digits with an optional point and spaces around; none for
-/// any other text or more than a million.
+/// The nearest number of parts, halves upward, for digits (full-width ones too) with an optional point and
+/// spaces around; none for any other text or more than a million.
 std::optional<int> ParseParts(std::wstring_view str, int nParts);
+
+/// The number that a text holds, to millionths: digits, a point, a sign (full-width ones too), spaces around.
+/// None for any other text. Beyond a thousand million in either direction it is that limit, which fits 32
+/// bits.
+std::optional<double> ParseNumber(std::wstring_view str);
