@@ -14,6 +14,24 @@ double StableExp(double x) {
     return std::bit_cast<double>(std::bit_cast<uint64_t>(p) + (std::bit_cast<uint64_t>(dShifted) << 52));
 }
 
+double StableLog(double x) {
+    // x = m * 2^k, with m from the square root of a half to that of two.
+    constexpr auto ROOT_HALF = std::bit_cast<uint64_t>(0x1.6a09e667f3bcdp-1);
+    const auto uBits = std::bit_cast<uint64_t>(x);
+    const int64_t k = static_cast<int64_t>(uBits - ROOT_HALF) >> 52;
+    const double f = std::bit_cast<double>(uBits - (static_cast<uint64_t>(k) << 52)) - 1; // exact
+    // log(1 + f) = 2 * atanh(s) = 2 * s + s * r, and 2 * s = f - s * f.
+    const double s = f / (2 + f);
+    const double z = s * s;
+    double r = 2.0 / 23;
+    for (int n = 21; n >= 3; n -= 2) r = r * z + 2.0 / n;
+    r *= z;
+    const auto dExponent = static_cast<double>(k);
+    return dExponent * TExpTerms::LN2_HIGH + (f - (s * (f - r) - dExponent * TExpTerms::LN2_LOW));
+}
+
+double StablePow(double x, double y) { return x == 0 ? 0 : StableExp(y * StableLog(x)); }
+
 TSinCos StableSinCos(double dAngle) {
     constexpr double TWO_OVER_PI = 0x1.45f306dc9c883p-1;
     constexpr double HALF_PI_HIGH = 0x1.921fb544p+0; // multiplied by a small integer without rounding

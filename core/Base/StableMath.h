@@ -1,5 +1,5 @@
 // Mathematical functions with the same result on every machine: built only from operations that IEEE 754
-// rounds exactly (add, subtract, multiply), in a fixed order.
+// rounds exactly (add, subtract, multiply, divide), in a fixed order.
 #pragma once
 
 #include <array>
@@ -20,6 +20,11 @@ struct TExpTerms {
 
 /// exp(x) for x of -700 to 0, accurate to about one unit in the last place.
 double StableExp(double x);
+/// The natural logarithm of a positive normal number, accurate to about one unit in the last place.
+double StableLog(double x);
+/// x to the power of y for x of 0 to 1 and y over 0, where the result is 0 or at least exp(-700). The
+/// relative error is below (2 + |y * log(x)|) * 2^-52.
+double StablePow(double x, double y);
 
 struct TSinCos {
     double dSin;
