@@ -74,9 +74,11 @@ struct TPanelControl {
     bool bBare = false;     ///< a Slider without its number
     bool bHold = false;     ///< a Button tells 1 when it is pressed and 0 when it is released
     bool bStretch = false;  ///< a dialog's View takes the room that is left when the dialog is enlarged
+    bool bHand = false;     ///< the pointer over a View is a hand
     int nPage = 0;          ///< what a page key moves a Slider by; 0 for a tenth of its range
-    CSize szView = {};      ///< wanted size of View, List and Tree in pixels of 96 to the inch
-    CSize szPicture = {};   ///< of a Tree without eyes: the size of its rows' pictures
+    CSize szView = {};    ///< wanted size of View, List and Tree in pixels of 96 to the inch; width of a Text
+                          ///< or Number, 0 for the usual one
+    CSize szPicture = {}; ///< of a Tree without eyes: the size of its rows' pictures
     IPanelView* pView = nullptr;
     int nCommand = 0; ///< a Button or Toggle that executes this command and is enabled while the command is
     std::string strName = {}; ///< of a dialog's control: how session scripts answer it

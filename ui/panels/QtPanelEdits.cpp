@@ -182,7 +182,12 @@ std::unique_ptr<CQtPanelControl> MakePanelEdit(const TPanelControl& control, con
     if (control.kind == TPanelControl::EKind::Report) return std::make_unique<CReportControl>(pParent);
     if (control.kind == TPanelControl::EKind::Key)
         return std::make_unique<CKeyControl>(control, events, pParent);
-    if (control.kind == TPanelControl::EKind::Number)
-        return std::make_unique<CNumberControl>(new CNumberEdit(control, pParent), control, events);
-    return std::make_unique<CEditControl>(new QLineEdit(pParent), MAX_TEXT, control, events);
+    if (control.kind == TPanelControl::EKind::Number) {
+        auto* pNumber = new CNumberEdit(control, pParent);
+        if (control.szView.cx) pNumber->setFixedWidth(control.szView.cx);
+        return std::make_unique<CNumberControl>(pNumber, control, events);
+    }
+    auto* pEdit = new QLineEdit(pParent);
+    if (control.szView.cx) pEdit->setFixedWidth(control.szView.cx);
+    return std::make_unique<CEditControl>(pEdit, MAX_TEXT, control, events);
 }

@@ -41,6 +41,7 @@ public:
           m_szWanted(control.szView.cx, control.szView.cy), m_fnEvent(events.view) {
         if (control.bPen) m_fnPen = events.pen;
         setTabletTracking(control.bPen);
+        if (control.bHand) setCursor(Qt::OpenHandCursor);
         setFocusPolicy(Qt::TabFocus);
         setSizePolicy(QSizePolicy::Expanding, control.bStretch ? QSizePolicy::Expanding : QSizePolicy::Fixed);
         if (control.bStretch)

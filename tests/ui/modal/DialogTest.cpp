@@ -87,6 +87,62 @@ TEST_F(CUiTest, ADialogHearsOfEveryChangeAndShowsWhatFollows) {
 
 namespace {
 
+/// A view that grows beside a column; it writes down what it hears.
+class CWideDialog : public CDialogModel, public IPanelView {
+public:
+    CWideDialog() {
+        using enum TPanelControl::EKind;
+        m_vControls = {
+            {.kind = View, .nId = 1, .bStretch = true, .bHand = true, .szView = {200, 60}, .pView = this},
+            {.kind = Button, .nId = 2, .strText = L"前", .bHold = true},
+            {.kind = Column},
+            {.kind = Slider, .nId = 3, .nMax = 512, .nValue = 256, .bBare = true, .nPage = 10}};
+    }
+    const char* GetName() const override { return "CWideDialog"; }
+    std::wstring GetTitle() const override { return L"横長"; }
+    bool OnOk(IWindow*) override { return true; }
+    void OnPaint(IPaintTarget&, const TPanelPaint&) override {}
+
+    std::string m_strHeard;
+
+protected:
+    void OnControl(TPanelControl& control) override {
+        m_strHeard += ' ' + std::to_string(control.nId) + '=' + std::to_string(control.nValue);
+    }
+};
+
+} // namespace
+
+TEST_F(CUiTest, AViewGrowsBesideAColumnAndAButtonActsWhileItIsHeld) {
+    CWideDialog dialog;
+    QWidget* pView = nullptr;
+    QSize szBefore;
+    Answer({[&](QWidget& window) {
+                for (QWidget* pChild : window.findChildren<QWidget*>())
+                    if (pChild->cursor().shape() == Qt::OpenHandCursor) pView = pChild;
+                ASSERT_TRUE(pView);
+                auto& slider = *window.findChild<QSlider*>();
+                EXPECT_GE(slider.mapTo(&window, QPoint()).x(), pView->geometry().right());
+                EXPECT_FALSE(window.findChild<QSpinBox*>()->isVisible());
+                QTest::keyClick(&slider, Qt::Key_PageUp);
+                szBefore = pView->size();
+                window.resize(window.width() + 120, window.height() + 90);
+            },
+            [&](QWidget& window) {
+                EXPECT_EQ(pView->size(), szBefore + QSize(120, 90));
+                QTest::mousePress(window.findChild<QPushButton*>(), Qt::LeftButton);
+            },
+            [&](QWidget& window) {
+                EXPECT_EQ(dialog.m_strHeard, " 3=266 2=1");
+                QTest::mouseRelease(window.findChild<QPushButton*>(), Qt::LeftButton);
+            },
+            Press(L"OK")});
+    EXPECT_TRUE(m_platform.GetPlatform().dialogs.Run(m_pMain, dialog));
+    EXPECT_EQ(dialog.m_strHeard, " 3=266 2=1 2=0");
+}
+
+namespace {
+
 /// Two pages, with the controls that no panel has; it writes down what it hears.
 class CPagedDialog : public CDialogModel, public IPanelView {
 public:
