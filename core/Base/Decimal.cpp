@@ -1,7 +1,10 @@
 #include "core/Base/Decimal.h"
 
+#include <boost/format.hpp>
+
 #include <algorithm>
 #include <cstdint>
+#include <locale>
 
 namespace {
 
@@ -66,4 +69,8 @@ std::optional<double> ParseNumber(std::wstring_view str) {
     const std::optional<int64_t> millionths = ParseMillionths(str.substr(bSign ? 1 : 0));
     if (!millionths) return {};
     return static_cast<double>(bMinus ? -*millionths : *millionths) / MILLIONTH;
+}
+
+std::wstring FormatNumber(const wchar_t* pszFormat, double dValue) {
+    return (boost::wformat(pszFormat, std::locale::classic()) % dValue).str();
 }

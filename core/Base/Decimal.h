@@ -18,3 +18,6 @@ std::optional<int> ParseParts(std::wstring_view str, int nParts);
 /// None for any other text. Beyond a thousand million in either direction it is that limit, which fits 32
 /// bits.
 std::optional<double> ParseNumber(std::wstring_view str);
+
+/// A number by a format of Boost.Format, such as "%1$+1.2f"; the point is a point in every locale.
+std::wstring FormatNumber(const wchar_t* pszFormat, double dValue);
