@@ -1,9 +1,8 @@
 #include "core/CanvasFrame/CanvasScreen.h"
 
-namespace {
+#include "core/GDIBuffer/Surround.h"
 
-constexpr uint8_t SURROUND_GREY = 0x60;
-constexpr uint8_t EDGE_GREY = 0x20; ///< the canvas's edge, one pixel around it
+namespace {
 
 // Calls `fn(column, row)` for every block that a canvas rectangle touches.
 template <class Function>
@@ -15,19 +14,6 @@ void ForEachBlockUnder(const CRect& rc, Function fn) {
 }
 
 } // namespace
-
-void CCanvasScreen::DrawSurround(const CScreenMap& map) {
-    const CRect rc = map.GetTargetRect();
-    const CSize sz = m_pBuffer->GetSize();
-    const auto frame = [&](const CRect& rcInner, const CRect& rcOuter, uint8_t uGrey) {
-        m_pBuffer->FillGrey({rcOuter.left, rcOuter.top, rcOuter.right, rcInner.top}, uGrey);
-        m_pBuffer->FillGrey({rcOuter.left, rcInner.bottom, rcOuter.right, rcOuter.bottom}, uGrey);
-        m_pBuffer->FillGrey({rcOuter.left, rcInner.top, rcInner.left, rcInner.bottom}, uGrey);
-        m_pBuffer->FillGrey({rcInner.right, rcInner.top, rcOuter.right, rcInner.bottom}, uGrey);
-    };
-    frame(rc, {0, 0, sz.cx, sz.cy}, SURROUND_GREY);
-    if (!rc.IsEmpty()) frame(rc, {rc.left - 1, rc.top - 1, rc.right + 1, rc.bottom + 1}, EDGE_GREY);
-}
 
 void CCanvasScreen::NoteChanges(const CCanvasBuffer& canvas) {
     const UpdateCounterMatrix& counters = canvas.GetCounters();
@@ -91,7 +77,7 @@ std::vector<CRect> CCanvasScreen::Refresh(CCanvasBuffer& canvas, const CCanvasVi
         Scroll(map, view.GetOrigin());
         bAll = true;
     }
-    if (bAll) DrawSurround(map);
+    if (bAll) DrawSurround(*m_pBuffer, map.GetTargetRect());
     std::vector<CPoint> vBlocks;
     ForEachBlockUnder(map.ToCanvas(map.GetTargetRect()), [&](int32_t x, int32_t y) {
         if (m_spDirty->At(x, y)) vBlocks.push_back(canvas.GetComposite().BlockCorner(x, y));

@@ -18,7 +18,6 @@ public:
     CGDIBuffer* GetBuffer() const { return m_pBuffer.get(); }
 
 private:
-    void DrawSurround(const CScreenMap& map);
     /// Moves what the copy holds to where the view now has it, and flags the blocks that come into sight.
     void Scroll(const CScreenMap& map, CPoint ptOrigin);
     /// Flags the blocks that a target rectangle shows.
