@@ -6,6 +6,9 @@
 
 #include <span>
 
+class CPlayer;
+struct TAnswer;
+
 struct TVerb {
     const char* pszName;
     TAction (*pfnRead)(const CScriptValue& value); ///< raises script_error
@@ -15,6 +18,11 @@ struct TVerb {
 
 /// All verbs.
 std::span<const TVerb> GetVerbs();
+
+/// Reads a dialog's fields by name.
+void ReadDialogFields(const CScriptValue& value, TAnswer& answer);
+/// Gives a command whose dialog takes this answer. Raises step_failure when none opens.
+void SendAnswered(CPlayer& player, int nCommand, TAnswer answer);
 
 /// Commands, windows, keys, time.
 TAction ReadCommand(const CScriptValue& value);
@@ -46,6 +54,11 @@ TAction ReadExport(const CScriptValue& value);
 TAction ReadScreenshot(const CScriptValue& value);
 TAction ReadDump(const CScriptValue& value);
 TAction ReadClipboard(const CScriptValue& value);
+/// The image menu.
+TAction ReadLevel(const CScriptValue& value);
+TAction ReadHue(const CScriptValue& value);
+TAction ReadRescale(const CScriptValue& value);
+TAction ReadResize(const CScriptValue& value);
 /// The document.
 TAction ReadLayer(const CScriptValue& value);
 TAction ReadMark(const CScriptValue& value);

@@ -16,12 +16,7 @@ namespace {
 // Saves under a name as the user does, which also exports.
 TAction SaveAs(const std::wstring& strPath) {
     return [strPath](CPlayer& player) {
-        const TStage& stage = player.GetStage();
-        const size_t nQueued = stage.dialogs.GetCount();
-        stage.dialogs.PushFirst(
-            {.kind = TAnswer::EKind::File, .strPath = strPath, .nLine = stage.log.GetLine()});
-        player.SendCommand(ID_FILE_SAVE_AS);
-        if (stage.dialogs.GetCount() > nQueued) throw step_failure("no save dialog opened");
+        SendAnswered(player, ID_FILE_SAVE_AS, {.kind = TAnswer::EKind::File, .strPath = strPath});
     };
 }
 

@@ -27,16 +27,7 @@ TAnswer ReadDialogAnswer(const CScriptValue& value) {
         answer.act = ReadControlAct(value, "dialog");
         return answer;
     }
-    for (const auto& [strKey, member] : value.GetJson().items()) {
-        if (strKey == "dialog") continue;
-        const CScriptValue field(member, value.GetName() + "." + strKey);
-        if (strKey == "extra")
-            answer.bExtra = field.Flag();
-        else if (member.is_boolean())
-            answer.mapFields[strKey] = field.Flag();
-        else
-            answer.mapFields[strKey] = field.TypedText();
-    }
+    ReadDialogFields(value, answer);
     return answer;
 }
 
@@ -58,6 +49,28 @@ std::wstring ReadSetting(const CScriptValue& value) {
 }
 
 } // namespace
+
+void ReadDialogFields(const CScriptValue& value, TAnswer& answer) {
+    for (const auto& [strKey, member] : value.GetJson().items()) {
+        if (strKey == "dialog") continue;
+        const CScriptValue field(member, value.GetName() + "." + strKey);
+        if (strKey == "extra")
+            answer.bExtra = field.Flag();
+        else if (member.is_boolean())
+            answer.mapFields[strKey] = field.Flag();
+        else
+            answer.mapFields[strKey] = field.TypedText();
+    }
+}
+
+void SendAnswered(CPlayer& player, int nCommand, TAnswer answer) {
+    const TStage& stage = player.GetStage();
+    const size_t nQueued = stage.dialogs.GetCount();
+    answer.nLine = stage.log.GetLine();
+    stage.dialogs.PushFirst(answer);
+    player.SendCommand(nCommand);
+    if (stage.dialogs.GetCount() > nQueued) throw step_failure("no dialog opened");
+}
 
 TAction ReadAnswer(const CScriptValue& value) {
     const TAnswer answer = ReadAnswerOf(value);
