@@ -158,17 +158,21 @@ void CCanvasBuffer::ConvertColorMode(bool bColor, bool bColorRaster, IProgress& 
     GetComposite().GetDirty().Or(was);
 }
 
-void CCanvasBuffer::Resize(CSize sz, const TLayerChange& change) {
+void CCanvasBuffer::Resize(CSize sz, const TLayerChange& change, IProgress& progress) {
     SELF_CHECK(invalid_argument, sz.cx > 0 && sz.cy > 0);
+    progress.Begin(L"キャンバスを変更しています",
+                   GetRoot().CountResizeSteps(sz) + (m_spSelect ? CountChangeSteps(sz) : 0));
     m_place = m_place.After(change, m_size);
     m_size = sz;
-    GetRoot().Resize(sz, change);
+    GetRoot().Resize(sz, change, progress);
     const CSize szBlocks = GetComposite().GetBufferSize();
     if (!(m_spCounters->GetSize() == szBlocks))
         m_spCounters = boost::make_shared<UpdateCounterMatrix>(szBlocks);
     if (!m_spSelect) return;
-    const auto spSelect = boost::make_shared<CSelectBuffer>(sz);
-    change.fnPlane(m_spSelect->GetMask(), spSelect->GetMask());
+    CAlphaBufferImpl<uint8_t> mask;
+    mask.Create(sz, DEFAULT_BLOCKSIZE);
+    ChangePlane(m_spSelect->GetMask(), mask, change, progress);
+    const auto spSelect = boost::make_shared<CSelectBuffer>(sz, mask, CPoint{});
     spSelect->UpdateOutline();
     m_spSelect = spSelect->GetBound().IsEmpty() ? boost::shared_ptr<CSelectBuffer>() : spSelect;
 }

@@ -110,8 +110,8 @@ public:
     /// After cancelled_error it must be restored from a backup.
     void ConvertColorMode(bool bColor, bool bColorRaster, IProgress& progress = NoProgress());
     /// Resizes the tree, the selection and the counters; `change` supplies the content. Complete strokes
-    /// must have been merged. Registers no undo step, and a failure leaves it incomplete.
-    void Resize(CSize sz, const TLayerChange& change);
+    /// must have been merged. Registers no undo step, and a failure or cancelled_error leaves it incomplete.
+    void Resize(CSize sz, const TLayerChange& change, IProgress& progress = NoProgress());
     /// A backup with a copy of the tree that shares its tiles. Raises internal_error on failure.
     FullBackup CreateFullBackup();
     /// Exchanges a backup with the canvas's state and flags what shows or did; everything, in another size.

@@ -58,11 +58,11 @@ bool ChangeColorMode(const boost::shared_ptr<CCanvasBuffer>& spCanvas, bool bCol
 }
 
 void ResizeCanvas(const boost::shared_ptr<CCanvasBuffer>& spCanvas, CSize sz, const TLayerChange& change,
-                  std::wstring strName) {
+                  std::wstring strName, IProgress& progress) {
     SELF_CHECK(invalid_argument, std::min(sz.cx, sz.cy) >= 1 && std::max(sz.cx, sz.cy) <= MAX_CANVAS_SIDE);
     spCanvas->CompleteWork();
     const CFloatDrop drop(spCanvas);
     CanvasBufferHistoryHelper helper(std::move(strName), spCanvas);
-    spCanvas->Resize(sz, change);
+    spCanvas->Resize(sz, change, progress);
     helper.Commit();
 }

@@ -25,9 +25,9 @@ void ChangeSelection(const boost::shared_ptr<CCanvasBuffer>& spCanvas,
                      const boost::shared_ptr<CSelectBuffer>& spSelect, std::wstring strName);
 
 /// Resizes the canvas to 1 to MAX_CANVAS_SIDE on each side, with the content that `change` makes, by an
-/// undoable action of that label.
+/// undoable action of that label. Raises cancelled_error, after which nothing has changed.
 void ResizeCanvas(const boost::shared_ptr<CCanvasBuffer>& spCanvas, CSize sz, const TLayerChange& change,
-                  std::wstring strName);
+                  std::wstring strName, IProgress& progress = NoProgress());
 
 /// Changes the formats of draw buffers and of raster layers' pixels by an undoable action. False when the
 /// canvas has them already. Raises cancelled_error, after which nothing has changed.

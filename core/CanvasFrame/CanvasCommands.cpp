@@ -2,6 +2,7 @@
 
 #include "core/AppModule/AppModule.h"
 #include "core/CanvasFrame/CanvasFrame.h"
+#include "core/CanvasFrame/ImageCommands.h"
 #include "core/CanvasFrame/LayerCommands.h"
 #include "core/Commands/CommandIds.h"
 #include "core/Commands/Commands.h"
@@ -140,6 +141,14 @@ void BindCanvasCommands(CCommandTable& table) {
                    }),
                    AskFrame([=](CCanvasFrame& frame, int n) { return layerState(frame, n).bEnabled; }),
                    AskFrame([=](CCanvasFrame& frame, int n) { return layerState(frame, n).bChecked; }));
+    for (const int nId : GetImageCommands())
+        table.Bind(nId, WithFrame([](CCanvasFrame& frame, int n) {
+                       frame.EditTree([&] {
+                           return DoImageCommand(frame.GetCanvas(), n, frame.GetOutside().platform,
+                                                 frame.GetWindow());
+                       });
+                   }),
+                   AskFrame([](CCanvasFrame& frame, int) { return IsIdle(frame); }));
     for (const auto& [nId, pfnDo, pfnCan] : EDIT_COMMANDS)
         table.Bind(nId, WithFrame([pfn = pfnDo](CCanvasFrame& frame, int) {
                        const auto spTool = frame.GetInput().GetTool();

@@ -69,10 +69,16 @@ void CLayerBuffer::FollowColorMode(IProgress& progress) {
     progress.Advance();
 }
 
-void CLayerBuffer::Resize(CSize sz, const TLayerChange& change) {
+void CLayerBuffer::Resize(CSize sz, const TLayerChange& change, IProgress& progress) {
     m_size = sz;
     m_picture.Create();
-    for (const TLayerPtr& spChild : m_lstChildren) spChild->Resize(sz, change);
+    for (const TLayerPtr& spChild : m_lstChildren) spChild->Resize(sz, change, progress);
+}
+
+uint64_t CLayerBuffer::CountResizeSteps(CSize sz) const {
+    uint64_t uSteps = 0;
+    for (const TLayerPtr& spChild : m_lstChildren) uSteps += spChild->CountResizeSteps(sz);
+    return uSteps;
 }
 
 void CLayerBuffer::PushBackup(TPlaneList& lstPlanes) const {

@@ -138,10 +138,10 @@ public:
     /// stay. Children too. One step of `progress` for each layer.
     virtual void FollowColorMode(IProgress& progress);
     /// Gives the layer and all below it another size: new planes, filled by `change`; opacities stay, every
-    /// flag is set. The canvas must have that size already.
-    virtual void Resize(CSize sz, const TLayerChange& change);
-    /// Changes the content of the layer and of all below it.
-    void Transform(const TLayerChange& change) { Resize(m_size, change); }
+    /// flag is set. The canvas must have that size already. Raises cancelled_error.
+    virtual void Resize(CSize sz, const TLayerChange& change, IProgress& progress);
+    /// The steps of progress that Resize takes.
+    virtual uint64_t CountResizeSteps(CSize sz) const;
     /// Appends a copy of the pixels of every raster layer here and below, which shares their tiles.
     virtual void PushBackup(TPlaneList& lstPlanes) const;
     /// Exchanges the pixels of every raster layer here and below with the planes from `itPlane` on, in the

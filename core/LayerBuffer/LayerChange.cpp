@@ -1,25 +1,27 @@
 #include "core/LayerBuffer/LayerChange.h"
 
+#include "core/Base/Parallel.h"
+
+#include <algorithm>
+
 namespace {
 
-constexpr int32_t PATH_UNITS = 8; ///< to a pixel
+constexpr int32_t PATH_UNITS = 8;      ///< to a pixel
+constexpr size_t BLOCKS_OF_THREAD = 8; ///< of a row: many times the work that a thread's start is
 
-void ShiftPlane(CRasterBuffer& from, CRasterBuffer& to, CPoint ptMove) {
-    const CSize szBlock = to.GetBlockSize();
+void ShiftBlock(CRasterBuffer& from, CRasterBuffer& to, CPoint pt, CPoint ptMove) {
+    const CRect rcTo(pt, to.GetBlockSize());
     const CRect rcBoth = from.GetRect().Intersect(to.GetRect());
-    to.ForEachBlock([&](CPoint pt) {
-        const CRect rcTo(pt, szBlock);
-        if (ptMove == CPoint{} && rcTo.Intersect(rcBoth) == rcTo)
-            return to.ShareBlock(pt, from.GetBlock(pt, false));
-        const CRect rcFrom(pt - ptMove, szBlock);
-        bool bAny = false;
-        from.ForEachBlockIn(rcFrom, [&](CPoint ptFrom) { bAny = bAny || from.HasBlock(ptFrom); });
-        if (!bAny) return;
-        const auto spTile = from.ExtractBlock(rcFrom, false, nullptr);
-        spTile->SetPosition(pt);
-        spTile->ClearOutside(CRect(CPoint{} - pt, to.GetSize()));
-        to.SetBlock(pt, spTile);
-    });
+    if (ptMove == CPoint{} && rcTo.Intersect(rcBoth) == rcTo)
+        return to.ShareBlock(pt, from.GetBlock(pt, false));
+    const CRect rcFrom(pt - ptMove, to.GetBlockSize());
+    bool bAny = false;
+    from.ForEachBlockIn(rcFrom, [&](CPoint ptFrom) { bAny = bAny || from.HasBlock(ptFrom); });
+    if (!bAny) return;
+    const auto spTile = from.ExtractBlock(rcFrom, false, nullptr);
+    spTile->SetPosition(pt);
+    spTile->ClearOutside(CRect(CPoint{} - pt, to.GetSize()));
+    StoreNew(to, spTile);
 }
 
 // The mask's restriction: 255 where nothing is let through, no tile where everything is.
@@ -39,17 +41,36 @@ boost::shared_ptr<CAlphaBufferImpl<uint8_t>> Inverted(const CAlphaBufferImpl<uin
 } // namespace
 
 TLayerChange ShiftChange(CPoint ptMove) {
-    return {[ptMove](CRasterBuffer& from, CRasterBuffer& to) { ShiftPlane(from, to, ptMove); },
+    return {[ptMove](CRasterBuffer& from, CRasterBuffer& to, CPoint pt) { ShiftBlock(from, to, pt, ptMove); },
             [ptMove](CPoint pt) {
                 return pt + CPoint{ptMove.x * PATH_UNITS, ptMove.y * PATH_UNITS};
             }};
 }
 
+void StoreNew(CRasterBuffer& plane, const boost::shared_ptr<CRasterBlockBuffer>& spTile) {
+    spTile->SetOwner(&plane);
+    plane.ShareBlock(spTile->GetPosition(), spTile);
+}
+
+uint64_t CountChangeSteps(CSize sz) {
+    return static_cast<uint64_t>((sz.cy + DEFAULT_BLOCKSIZE.cy - 1) / DEFAULT_BLOCKSIZE.cy);
+}
+
+void ChangePlane(CRasterBuffer& from, CRasterBuffer& to, const TLayerChange& change, IProgress& progress) {
+    const auto nColumns = static_cast<size_t>(to.GetBufferSize().cx);
+    const size_t nThreads = std::clamp<size_t>(nColumns / BLOCKS_OF_THREAD, 1, AvailableThreads());
+    for (int32_t y = 0; y < to.GetBufferSize().cy; ++y) {
+        ForEachIndex(nColumns, nThreads,
+                     [&](size_t x) { change.fnBlock(from, to, to.BlockCorner(static_cast<int32_t>(x), y)); });
+        progress.Advance();
+    }
+}
+
 boost::shared_ptr<CAlphaBufferImpl<uint8_t>> ChangeMask(const CAlphaBufferImpl<uint8_t>& mask, CSize sz,
-                                                        const TLayerChange& change) {
+                                                        const TLayerChange& change, IProgress& progress) {
     // A missing tile is 0 for every plane function, so what is changed is what the mask keeps back.
     CAlphaBufferImpl<uint8_t> changed;
     changed.Create(sz, mask.GetBlockSize());
-    change.fnPlane(*Inverted(mask), changed);
+    ChangePlane(*Inverted(mask), changed, change, progress);
     return Inverted(changed);
 }

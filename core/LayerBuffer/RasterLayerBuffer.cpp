@@ -177,12 +177,16 @@ void CRasterLayerBuffer::FollowColorMode(IProgress& progress) {
     SetRaster(m_pRaster);
 }
 
-void CRasterLayerBuffer::Resize(CSize sz, const TLayerChange& change) {
-    CLayerBuffer::Resize(sz, change);
+void CRasterLayerBuffer::Resize(CSize sz, const TLayerChange& change, IProgress& progress) {
+    CLayerBuffer::Resize(sz, change, progress);
     const auto spRaster = m_pRaster->CreateSized(sz, m_pRaster->GetBlockSize());
-    change.fnPlane(*m_pRaster, *spRaster);
-    m_pMask = ChangeMask(*m_pMask, sz, change);
+    ChangePlane(*m_pRaster, *spRaster, change, progress);
+    m_pMask = ChangeMask(*m_pMask, sz, change, progress);
     SetRaster(spRaster);
+}
+
+uint64_t CRasterLayerBuffer::CountResizeSteps(CSize sz) const {
+    return 2 * CountChangeSteps(sz) + CLayerBuffer::CountResizeSteps(sz); // pixels and mask
 }
 
 void CRasterLayerBuffer::PushBackup(TPlaneList& lstPlanes) const {

@@ -23,7 +23,8 @@ public:
     bool MayPaintAt(CPoint pt) const override;
     void GetChangeMatrix(CBoolMatrix& matrix) override;
     void FollowColorMode(IProgress& progress) override;
-    void Resize(CSize sz, const TLayerChange& change) override;
+    void Resize(CSize sz, const TLayerChange& change, IProgress& progress) override;
+    uint64_t CountResizeSteps(CSize sz) const override;
     void PushBackup(TPlaneList& lstPlanes) const override;
     void SwapBackup(TPlaneList& lstPlanes, TPlaneList::iterator& itPlane) override;
     boost::shared_ptr<CRasterBlockBuffer> CreateFlatBlock() override;

@@ -22,10 +22,17 @@ void CVectorLayerBuffer::InvalidatePaths() {
     for (const auto& spPath : m_lstPaths) InvalidatePath(spPath->RectIncludingPath());
 }
 
-void CVectorLayerBuffer::Resize(CSize sz, const TLayerChange& change) {
-    CLayerBuffer::Resize(sz, change);
+void CVectorLayerBuffer::Resize(CSize sz, const TLayerChange& change, IProgress& progress) {
+    CLayerBuffer::Resize(sz, change, progress);
     CreateCoverage(GetLayerColor());
-    for (const auto& spPath : m_lstPaths) spPath->Transform(change.fnPoint, change.dWidth);
+    for (const auto& spPath : m_lstPaths) {
+        spPath->Transform(change.fnPoint, change.dWidth);
+        progress.Advance();
+    }
+}
+
+uint64_t CVectorLayerBuffer::CountResizeSteps(CSize sz) const {
+    return m_lstPaths.size() + CLayerBuffer::CountResizeSteps(sz);
 }
 
 boost::shared_ptr<CRasterBlockBuffer> CVectorLayerBuffer::CreateFlatBlock() {

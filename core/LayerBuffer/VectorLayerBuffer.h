@@ -60,7 +60,8 @@ public:
     void SetLayerColor(TColor color, bool bHistory = false);
 
     void DropCaches() override;
-    void Resize(CSize sz, const TLayerChange& change) override;
+    void Resize(CSize sz, const TLayerChange& change, IProgress& progress) override;
+    uint64_t CountResizeSteps(CSize sz) const override;
     boost::shared_ptr<CRasterBlockBuffer> CreateFlatBlock() override;
 
 protected:

@@ -1,5 +1,6 @@
 // Long work that the user cancels at any of its steps leaves documents and files as they were.
 #include "core/ImageFile/ImageFile.h"
+#include "core/RasterMove/SelectionCommands.h"
 #include "system/pictures/ImageCodecs.h"
 #include "tests/support/ForeignLeaks.h"
 #include "tests/support/LayerPictures.h"
@@ -25,6 +26,9 @@ protected:
     CancelledWork() {
         std::mt19937 random(5);
         for (int n = 0; n < 3; ++n) Root().AddLayer(MakeRandomLayer(m_spCanvas, random), -1);
+        const auto spVector = CreateVectorLayer(m_spCanvas);
+        for (int n = 0; n < 3; ++n) spVector->InsertPath(MakeRandomPath(m_spCanvas->GetSize(), random));
+        Root().AddLayer(spVector, -1);
         m_spCanvas->SelectLayer(GetLayer(0));
     }
     CLayerBuffer& Root() { return m_spCanvas->GetRoot(); }
@@ -33,7 +37,8 @@ protected:
     void ExpectNothingLost(const std::string& strWork, const std::function<void(IProgress&)>& fnWork) {
         const auto state = [&] {
             return std::tuple(SaveToBytes(*m_spCanvas), m_spCanvas->GetPath(), m_files.m_mapFiles,
-                              m_spCanvas->GetHistory().GetChangeCount());
+                              m_spCanvas->GetHistory().GetChangeCount(), m_spCanvas->GetSize(),
+                              m_spCanvas->GetPlace(), m_spCanvas->GetSelect());
         };
         const auto before = state();
         for (size_t nAt = 0;; nAt += 1 + nAt / 8) {
@@ -71,6 +76,13 @@ TEST_F(CancelledWork, FilesStayAsTheyWereAndNoDocumentOpens) {
                 EXPECT_TRUE(OpenDocument(strPath, m_files, m_codecs, progress));
             });
     }
+}
+
+TEST_F(CancelledWork, TheCanvasKeepsItsSize) {
+    SelectAll(m_spCanvas);
+    ExpectNothingLost("margins", [&](IProgress& progress) {
+        ResizeCanvas(m_spCanvas, {400, 250}, ShiftChange({50, 20}), L"画像サイズ変更", progress);
+    });
 }
 
 TEST_F(CancelledWork, LayersStayAsTheyWere) {
