@@ -144,8 +144,9 @@ void BindCanvasCommands(CCommandTable& table) {
     for (const int nId : GetImageCommands())
         table.Bind(nId, WithFrame([](CCanvasFrame& frame, int n) {
                        frame.EditTree([&] {
-                           return DoImageCommand(frame.GetCanvas(), n, frame.GetOutside().platform,
-                                                 frame.GetWindow());
+                           return DoImageCommand({frame.GetCanvas(), frame.GetOutside().platform,
+                                                  frame.GetWindow(), frame.GetView().GetCentre()},
+                                                 n);
                        });
                    }),
                    AskFrame([](CCanvasFrame& frame, int) { return IsIdle(frame); }));

@@ -3,8 +3,8 @@
 #include "core/Base/Failure.h"
 #include "core/CanvasBuffer/CanvasHistory.h"
 #include "core/Commands/CommandIds.h"
+#include "core/ImageDialogs/PixelCommands.h"
 #include "core/ImageDialogs/ResizeDialog.h"
-#include "core/Platform/Platform.h"
 
 #include <algorithm>
 #include <iterator>
@@ -12,27 +12,18 @@
 
 namespace {
 
-// The canvas and all that a dialog and long work need.
-struct TImageRun {
-    boost::shared_ptr<CCanvasBuffer> spCanvas;
-    const TPlatform& platform;
-    IWindow* pOwner;
-
-    TLongWork LongWork() const { return {pOwner, L"処理中", true}; }
-};
-
 bool ChangeCanvasSize(const TImageRun& run) {
     const CSize szOld = run.spCanvas->GetSize();
     boost::shared_ptr<const TPicture> spPicture;
     {
-        CLongWork work(run.platform, run.LongWork());
+        CLongWork work(run.platform, run.GetLongWork());
         spPicture = MakeSmallPicture(*run.spCanvas, work);
     }
     CResizeDialog dialog(run.platform.boxes, spPicture, szOld);
     if (!run.platform.dialogs.Run(run.pOwner, dialog)) return false;
     const CRect rcFrame = dialog.GetFrame();
     if (rcFrame == CRect({0, 0}, szOld)) return false;
-    CLongWork work(run.platform, run.LongWork());
+    CLongWork work(run.platform, run.GetLongWork());
     ResizeCanvas(run.spCanvas, rcFrame.Size(), ShiftChange(CPoint{} - rcFrame.TopLeft()), L"画像サイズ変更",
                  work);
     return true;
@@ -45,6 +36,8 @@ struct TImageCommand {
 
 constexpr TImageCommand COMMANDS[] = {
     {ID_IMAGE_SIZE, ChangeCanvasSize},
+    {ID_IMAGE_LEVEL, CorrectLevels},
+    {ID_IMAGE_HSV, ChangeHueAndBrightness},
 };
 
 } // namespace
@@ -58,9 +51,8 @@ std::span<const int> GetImageCommands() {
     return vIds;
 }
 
-bool DoImageCommand(const boost::shared_ptr<CCanvasBuffer>& spCanvas, int nId, const TPlatform& platform,
-                    IWindow* pOwner) {
+bool DoImageCommand(const TImageRun& run, int nId) {
     const auto it = std::ranges::find(COMMANDS, nId, &TImageCommand::nId);
     SELF_CHECK(invalid_argument, it != std::end(COMMANDS));
-    return it->fnDo({spCanvas, platform, pOwner});
+    return it->fnDo(run);
 }

@@ -1,5 +1,6 @@
 // Long work that the user cancels at any of its steps leaves documents and files as they were.
 #include "core/ImageFile/ImageFile.h"
+#include "core/ImageOperation/PixelOperation.h"
 #include "core/RasterMove/SelectionCommands.h"
 #include "system/pictures/ImageCodecs.h"
 #include "tests/support/ForeignLeaks.h"
@@ -94,4 +95,8 @@ TEST_F(CancelledWork, LayersStayAsTheyWere) {
     spRoot->MoveLayer(GetLayer(1), GetLayer(0), -1);
     ExpectNothingLost("rasterize",
                       [&](IProgress& progress) { RasterizeLayer(spRoot, GetLayer(0), progress); });
+    const auto spLayer = boost::dynamic_pointer_cast<CRasterLayerBuffer>(GetLayer(0));
+    ExpectNothingLost("levels", [&](IProgress& progress) {
+        ChangePixels(spLayer, LevelOperation(MakeLevelTable({100, 101, 1}), 15), L"レベル補正", progress);
+    });
 }
