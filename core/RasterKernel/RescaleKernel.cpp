@@ -1,6 +1,7 @@
 #include "core/RasterKernel/RescaleKernel.h"
 
 #include "core/Base/Failure.h"
+#include "core/RasterKernel/KernelChoice.h"
 #include "core/RasterKernel/RescalePlane.h"
 
 namespace {
@@ -50,9 +51,15 @@ ERescaleKind KindOf(CSize szFrom, CSize szTo, ERescaleMode mode) {
 
 } // namespace
 
-const TRescaleKernels& PlainRescaleKernels() {
-    static constexpr TRescaleKernels kernels{Nearest, Mean, Weigh};
-    return kernels;
+TRescaleKernel PlainRescaleKernel(ERescaleKind kind) {
+    return kind == ERescaleKind::Nearest ? Nearest : kind == ERescaleKind::Mean ? Mean : Weigh;
+}
+
+TRescaleKernel RescaleKernelOf(ERescaleKind kind) {
+    if (!UsesVectorKernels()) return PlainRescaleKernel(kind);
+    return kind == ERescaleKind::Nearest ? VectorNearestKernel()
+           : kind == ERescaleKind::Mean  ? VectorMeanKernel()
+                                         : VectorWeighKernel();
 }
 
 CRescaleMap::CRescaleMap(CSize szFrom, CSize szTo, ERescaleMode mode)
@@ -68,9 +75,5 @@ void CRescaleMap::Render(uint8_t* const* apTo, ptrdiff_t nToStride, const CRect&
                          const uint8_t* const* apFrom, const CRect& rcFrom, size_t nChannels) const {
     SELF_CHECK(invalid_argument, Contains(rcFrom, GetSource(rcTo)));
     SELF_CHECK(invalid_argument, nChannels == 1 || nChannels == 2 || nChannels == 4);
-    const TRescaleKernels& kernels = PlainRescaleKernels();
-    (m_kind == ERescaleKind::Nearest ? kernels.pNearest
-     : m_kind == ERescaleKind::Mean
-         ? kernels.pMean
-         : kernels.pWeigh)({m_axes, apTo, nToStride, rcTo, apFrom, rcFrom, nChannels});
+    RescaleKernelOf(m_kind)({m_axes, apTo, nToStride, rcTo, apFrom, rcFrom, nChannels});
 }

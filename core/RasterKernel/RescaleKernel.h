@@ -20,14 +20,16 @@ struct TRescaleJob {
     size_t nChannels;
 };
 
-struct TRescaleKernels {
-    void (*pNearest)(const TRescaleJob& job);
-    void (*pMean)(const TRescaleJob& job);
-    void (*pWeigh)(const TRescaleJob& job);
-};
+using TRescaleKernel = void (*)(const TRescaleJob& job);
 
 /// The definition.
-const TRescaleKernels& PlainRescaleKernels();
+TRescaleKernel PlainRescaleKernel(ERescaleKind kind);
+/// The vector forms, compiled for several instruction sets and selected at run time.
+TRescaleKernel VectorNearestKernel();
+TRescaleKernel VectorMeanKernel();
+TRescaleKernel VectorWeighKernel(); ///< of all other kinds
+/// The form in use.
+TRescaleKernel RescaleKernelOf(ERescaleKind kind);
 
 /// How planes of one size become planes of another: made once, then usable by any thread for any rectangle.
 /// With bilinear and bicubic, sizes that shrink in both axes are averaged: exactly where they are whole
