@@ -2,6 +2,7 @@
 
 #include "core/Base/Failure.h"
 #include "core/Base/StableMath.h"
+#include "core/RasterKernel/KernelChoice.h"
 
 #include <algorithm>
 #include <cmath>
@@ -95,7 +96,7 @@ const THsbKernels& PlainHsbKernels() {
     return kernels;
 }
 
-const THsbKernels& HsbKernels() { return PlainHsbKernels(); }
+const THsbKernels& HsbKernels() { return UsesVectorKernels() ? VectorHsbKernels() : PlainHsbKernels(); }
 
 THsbTables MakeHsbTables(const THsbValues& values) {
     SELF_CHECK(invalid_argument, values.fHue >= -180 && values.fHue <= 180);

@@ -40,6 +40,8 @@ struct THsbKernels {
 
 /// The definition.
 const THsbKernels& PlainHsbKernels();
+/// The vector form, compiled for several instruction sets and selected at run time.
+const THsbKernels& VectorHsbKernels();
 /// The form in use.
 const THsbKernels& HsbKernels();
 

@@ -2,6 +2,7 @@
 
 #include "core/Base/Failure.h"
 #include "core/Base/StableMath.h"
+#include "core/RasterKernel/KernelChoice.h"
 
 #include <algorithm>
 
@@ -23,7 +24,9 @@ const TLevelKernels& PlainLevelKernels() {
     return kernels;
 }
 
-const TLevelKernels& LevelKernels() { return PlainLevelKernels(); }
+const TLevelKernels& LevelKernels() {
+    return UsesVectorKernels() ? VectorLevelKernels() : PlainLevelKernels();
+}
 
 TLevelTable MakeLevelTable(const TLevels& levels) {
     SELF_CHECK(invalid_argument, levels.byLow < levels.byHigh);

@@ -31,6 +31,8 @@ struct TLevelKernels {
 
 /// The definition.
 const TLevelKernels& PlainLevelKernels();
+/// The vector form, compiled for several instruction sets and selected at run time.
+const TLevelKernels& VectorLevelKernels();
 /// The form in use.
 const TLevelKernels& LevelKernels();
 

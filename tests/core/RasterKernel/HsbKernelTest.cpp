@@ -60,6 +60,8 @@ TRgb Expected(const TRgb& rgb, const THsbValues& v, int nMask) {
     return result;
 }
 
+using HsbKernels_ = CTargetTest;
+
 } // namespace
 
 TEST(HsbKernel, SlidersAtTheirStartKeepEveryColour) {
@@ -119,24 +121,40 @@ TEST(HsbKernel, GreyPlanesHeedBrightnessOnly) {
     EXPECT_EQ(vGrey[255], 155);
 }
 
-TEST(HsbKernel, StepsAreThoseOfTheDefinition) {
+TEST_P(HsbKernels_, StepsAreThoseOfTheDefinitionInBothForms) {
     std::mt19937 random(4);
     const auto part = [&](float f) { return f * (float(random() % 2001) / 1000 - 1); };
+    using TPlanes = std::array<std::vector<uint8_t>, 4>;
+    const auto dest = [](TPlanes& av) {
+        return TColorPixels{av[0].data(), av[1].data(), av[2].data(), nullptr};
+    };
+    const auto source = [](const TPlanes& av) {
+        return TConstColorPixels{av[0].data(), av[1].data(), av[2].data(), nullptr};
+    };
     for (int n = 0; n < 200; ++n) {
         THsbValues values{part(180), 0.5F + part(0.5F), part(0.4F), {}, part(0.4F), {}};
         for (size_t i = 0; i < 3; ++i) values.afSatBand[i] = part(0.5F), values.afBrightBand[i] = part(0.5F);
-        constexpr size_t COUNT = 1100; // over a span of the mask
-        std::array<std::vector<uint8_t>, 4> av;
+        const THsbTables tables = MakeHsbTables(values);
+        // Odd lengths, also over what a mask mixes at once.
+        const size_t nCount = n == 0 ? 65535 : 900 + size_t(n);
+        TPlanes av;
         for (auto& v : av)
-            for (size_t i = 0; i < COUNT; ++i)
+            for (size_t i = 0; i < nCount; ++i)
                 v.push_back(random() % 4 ? uint8_t(random()) : random() % 2 * 255);
-        auto avResult = av;
-        AdjustHsb({avResult[0].data(), avResult[1].data(), avResult[2].data(), nullptr},
-                  {avResult[0].data(), avResult[1].data(), avResult[2].data(), nullptr}, av[3].data(),
-                  MakeHsbTables(values), COUNT);
-        for (size_t i = 0; i < COUNT; ++i)
-            ASSERT_EQ((TRgb{avResult[0][i], avResult[1][i], avResult[2][i]}),
-                      Expected({av[0][i], av[1][i], av[2][i]}, values, av[3][i]))
-                << n << ' ' << i;
+        TPlanes avPlain = av, avVector = av, avMixed = av;
+        PlainHsbKernels().pAdjust(dest(avPlain), source(av), tables, nCount);
+        VectorHsbKernels().pAdjust(dest(avVector), source(avVector), tables, nCount);
+        AdjustHsb(dest(avMixed), source(avMixed), av[3].data(), tables, nCount);
+        const auto pixel = [](const TPlanes& planes, size_t i) {
+            return TRgb{planes[0][i], planes[1][i], planes[2][i]};
+        };
+        for (size_t i = 0; i < nCount; ++i) {
+            const TRgb rgb = pixel(av, i), expected = Expected(rgb, values, 255);
+            ASSERT_EQ(pixel(avPlain, i), expected) << n << ' ' << i;
+            ASSERT_EQ(pixel(avVector, i), expected) << n << ' ' << i;
+            ASSERT_EQ(pixel(avMixed, i), Expected(rgb, values, av[3][i])) << n << ' ' << i;
+        }
     }
 }
+
+ON_EVERY_TARGET(HsbKernels_);

@@ -62,3 +62,27 @@ TEST(LevelKernel, SoftMaskMixesTowardsTheOldLevel) {
     EXPECT_EQ(apply(50), (std::vector<uint8_t>{50, 50, 152, 254, 255}));
     EXPECT_EQ(apply(200), (std::vector<uint8_t>{200, 200, 100, 1, 0})) << "200 * 128 / 255 is 100";
 }
+
+using LevelKernels_ = CTargetTest;
+
+TEST_P(LevelKernels_, FormsAreEqual) {
+    constexpr size_t COUNT = 65536;
+    std::mt19937 random(3);
+    TLevelTable table;
+    for (uint8_t& u : table) u = uint8_t(random());
+    std::vector<uint8_t> vOld(COUNT), vValue(COUNT), vMask(COUNT);
+    for (size_t i = 0; i < COUNT; ++i) vOld[i] = uint8_t(i), vValue[i] = uint8_t(i >> 8);
+    for (const size_t nCount : {COUNT, COUNT - 1, size_t{95}, size_t{33}, size_t{0}})
+        for (int nMask = 0; nMask < 256; nMask += nCount < COUNT ? 51 : 1) {
+            std::fill(vMask.begin(), vMask.end(), uint8_t(nMask));
+            auto vPlain = vOld, vVector = vOld;
+            PlainLevelKernels().pMix(vPlain.data(), vOld.data(), vValue.data(), vMask.data(), nCount);
+            VectorLevelKernels().pMix(vVector.data(), vVector.data(), vValue.data(), vMask.data(), nCount);
+            ASSERT_EQ(vPlain, vVector) << nMask;
+            PlainLevelKernels().pLookUp(vPlain.data(), vPlain.data(), table, nCount);
+            VectorLevelKernels().pLookUp(vVector.data(), vVector.data(), table, nCount);
+            ASSERT_EQ(vPlain, vVector) << nMask;
+        }
+}
+
+ON_EVERY_TARGET(LevelKernels_);
