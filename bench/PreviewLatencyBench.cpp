@@ -76,7 +76,10 @@ private:
     }
     void Next() {
         if (m_nMoves > 1) m_times.Keep();
-        if (++m_nMoves > MOVES) return QApplication::activeModalWidget()->close();
+        if (++m_nMoves > MOVES) {
+            QApplication::activeModalWidget()->close();
+            return;
+        }
         m_times.Begin();
         if (m_pSlider)
             m_pSlider->setValue(m_nMoves % 360);
@@ -107,13 +110,15 @@ void MoveSlider(benchmark::State& state, CBenchWindow& window) {
 
 int main(int argc, char** argv) {
     return RunInWindow(argc, argv, [](CBenchWindow& window) {
-        for (const auto& [pszName, fn] :
-             {std::pair{"levels/zoom row", MoveSlider<CLevelDlg>}, {"hue/zoom row", MoveSlider<CHSBDlg>}})
+        const auto add = [&](const char* pszName, auto fn) {
             benchmark::RegisterBenchmark(pszName, fn, std::ref(window))
                 ->Arg(0)
                 ->Arg(4)
                 ->Arg(8)
                 ->Iterations(1)
                 ->Unit(benchmark::kMillisecond);
+        };
+        add("levels/zoom row", MoveSlider<CLevelDlg>);
+        add("hue/zoom row", MoveSlider<CHSBDlg>);
     });
 }

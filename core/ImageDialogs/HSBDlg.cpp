@@ -50,7 +50,7 @@ constexpr TSliderRow ROWS[] = {
 constexpr const TSliderRow& HUE = ROWS[0];
 
 constexpr int PAGE = 10;
-constexpr CSize EDIT_SIZE{56, 0};
+constexpr CSize SLIDER_SIZE{180, 0}, EDIT_SIZE{56, 0};
 
 // The position whose value is nearest.
 int PositionOf(const TSliderRow& row, double dValue) {
@@ -75,6 +75,7 @@ CHSBDlg::CHSBDlg(const TPreviewSource& source) : CPreviewDialog(source, ID_PREVI
                                .bEnabled = bEnabled,
                                .bBare = true,
                                .nPage = PAGE,
+                               .szView = SLIDER_SIZE,
                                .strName = row.pszName});
         m_vControls.push_back(
             {.kind = Text, .nId = row.nIdEdit, .bEnabled = bEnabled, .bSameLine = true, .szView = EDIT_SIZE});

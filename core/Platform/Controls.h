@@ -77,7 +77,7 @@ struct TPanelControl {
     bool bHand = false;     ///< the pointer over a View is a hand
     int nPage = 0;          ///< what a page key moves a Slider by; 0 for a tenth of its range
     CSize szView = {};    ///< wanted size of View, List and Tree in pixels of 96 to the inch; width of a Text
-                          ///< or Number, 0 for the usual one
+                          ///< or Number and least width of a Slider, 0 for the usual one
     CSize szPicture = {}; ///< of a Tree without eyes: the size of its rows' pictures
     IPanelView* pView = nullptr;
     int nCommand = 0; ///< a Button or Toggle that executes this command and is enabled while the command is

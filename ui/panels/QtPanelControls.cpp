@@ -130,7 +130,7 @@ public:
         pLayout->addWidget(m_pNumber);
         m_pNumber->setVisible(!control.bBare);
         m_pSlider->setFocusPolicy(Qt::TabFocus);
-        m_pSlider->setMinimumWidth(56);
+        m_pSlider->setMinimumWidth(control.szView.cx ? control.szView.cx : 56);
         m_pSlider->setRange(m_vStops.empty() ? control.nMin : 0,
                             m_vStops.empty() ? control.nMax : static_cast<int>(m_vStops.size()) - 1);
         m_pSlider->setPageStep(
