@@ -6,6 +6,7 @@
 #include "core/CanvasFrame/LayerCommands.h"
 #include "core/Commands/CommandIds.h"
 #include "core/Commands/Commands.h"
+#include "core/ImageDialogs/ImageRun.h"
 #include "core/Platform/Progress.h"
 #include "core/RasterMove/SelectionCommands.h"
 

@@ -3,8 +3,11 @@
 #include "core/Base/Failure.h"
 #include "core/CanvasBuffer/CanvasHistory.h"
 #include "core/Commands/CommandIds.h"
+#include "core/ImageDialogs/ImageRun.h"
 #include "core/ImageDialogs/PixelCommands.h"
+#include "core/ImageDialogs/RescaleDialog.h"
 #include "core/ImageDialogs/ResizeDialog.h"
+#include "core/ImageOperation/RescaleCanvas.h"
 
 #include <algorithm>
 #include <iterator>
@@ -29,12 +32,20 @@ bool ChangeCanvasSize(const TImageRun& run) {
     return true;
 }
 
+bool ChangeResolution(const TImageRun& run) {
+    CRescaleDialog dialog(run.platform.boxes, run.spCanvas->GetSize());
+    if (!run.platform.dialogs.Run(run.pOwner, dialog)) return false;
+    CLongWork work(run.platform, run.GetLongWork());
+    return RescaleCanvas(run.spCanvas, dialog.GetSize(), dialog.GetMode(), work);
+}
+
 struct TImageCommand {
     int nId;
     bool (*fnDo)(const TImageRun& run); ///< true when the canvas has changed
 };
 
 constexpr TImageCommand COMMANDS[] = {
+    {ID_IMAGE_RESOLUTION, ChangeResolution},
     {ID_IMAGE_SIZE, ChangeCanvasSize},
     {ID_IMAGE_LEVEL, CorrectLevels},
     {ID_IMAGE_HSV, ChangeHueAndBrightness},

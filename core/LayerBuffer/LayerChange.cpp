@@ -7,7 +7,7 @@
 namespace {
 
 constexpr int32_t PATH_UNITS = 8;      ///< to a pixel
-constexpr size_t BLOCKS_OF_THREAD = 8; ///< of a row: many times the work that a thread's start is
+constexpr size_t BLOCKS_OF_THREAD = 4; ///< of a row: many times the work that a thread's start is
 
 void ShiftBlock(CRasterBuffer& from, CRasterBuffer& to, CPoint pt, CPoint ptMove) {
     const CRect rcTo(pt, to.GetBlockSize());

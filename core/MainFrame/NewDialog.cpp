@@ -1,6 +1,7 @@
 #include "core/MainFrame/NewDialog.h"
 
 #include "core/CanvasBuffer/CanvasBuffer.h"
+#include "core/CanvasBuffer/SideLimits.h"
 
 #include <boost/lexical_cast/try_lexical_convert.hpp>
 
@@ -56,7 +57,7 @@ bool CNewDialog::OnOk(IWindow* pOwner) {
     m_document.bColor = Find(ID_COLOR).nValue != 0;
     m_document.bLight = m_document.bColor && Find(ID_LIGHT).nValue != 0;
     if (bWidth && bHeight) return true;
-    m_boxes.Show(pOwner, L"ピクセルサイズは 1～12000 に限定されています。", L"Vellumcraft", EBoxKind::Plain);
+    m_boxes.Show(pOwner, SIDE_LIMITS, L"Vellumcraft", EBoxKind::Plain);
     if (!bWidth) m_vControls[0].strText = std::to_wstring(DEFAULT_WIDTH);
     if (!bHeight) m_vControls[1].strText = std::to_wstring(DEFAULT_HEIGHT);
     return false;

@@ -99,7 +99,7 @@ TEST_F(ExportDesktop, EveryCommandIsEnabledByItsRule) {
         "panel-press panel-color panels-hide theme-system theme-light theme-dark app-about ";
     // There is no selection, no picture on the clipboard, and nothing behind the dialogs yet.
     const std::string strLater = "edit-cut edit-copy edit-paste edit-clear ",
-                      strDialogs = "image-resolution image-level image-hsv ";
+                      strDialogs = "image-level image-hsv ";
     CSessionPlatform session(m_parts, ParseScript(LEAVE_UNSAVED, "s"));
     CSessionScope scope(session.GetPlatform());
     CreateMainFrame();

@@ -14,6 +14,13 @@ public:
         m_spCanvas->GetRoot().SetActiveChild(m_vLayers.front());
     }
 
+    /// An operation on the whole canvas, and its undo, replaces the layers by others.
+    void TakeLayers() {
+        m_vLayers.clear();
+        for (const TLayerPtr& spLayer : m_spCanvas->GetRoot().GetChildren())
+            m_vLayers.push_back(boost::dynamic_pointer_cast<CVectorLayerBuffer>(spLayer));
+    }
+
     CVectorLayerBuffer& Layer() const { return *m_vLayers.front(); }
     /// The anchors of a path of the first layer, the lowest path being 0.
     std::vector<CPoint> Anchors(int idxPath) const {

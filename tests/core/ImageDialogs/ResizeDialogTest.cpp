@@ -3,16 +3,9 @@
 #include "session/seam/Glass.h"
 #include "tests/session/ScriptedSession.h"
 #include "tests/support/LayerPictures.h"
+#include "tests/support/NotedBoxes.h"
 
 namespace {
-
-struct CNotedBoxes : IMessageBoxes {
-    EBoxAnswer Show(IWindow*, const std::wstring& strText, const std::wstring& strTitle, EBoxKind) override {
-        m_str = strText + strTitle;
-        return EBoxAnswer::Ok;
-    }
-    std::wstring m_str;
-};
 
 TEST(ResizeDialog, JudgesNumbersThenSmallThenLargeSizes) {
     CNotedBoxes boxes;

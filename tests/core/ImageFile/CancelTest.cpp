@@ -1,6 +1,7 @@
 // Long work that the user cancels at any of its steps leaves documents and files as they were.
 #include "core/ImageFile/ImageFile.h"
 #include "core/ImageOperation/PixelOperation.h"
+#include "core/ImageOperation/RescaleCanvas.h"
 #include "core/RasterMove/SelectionCommands.h"
 #include "system/pictures/ImageCodecs.h"
 #include "tests/support/ForeignLeaks.h"
@@ -83,6 +84,9 @@ TEST_F(CancelledWork, TheCanvasKeepsItsSize) {
     SelectAll(m_spCanvas);
     ExpectNothingLost("margins", [&](IProgress& progress) {
         ResizeCanvas(m_spCanvas, {400, 250}, ShiftChange({50, 20}), L"画像サイズ変更", progress);
+    });
+    ExpectNothingLost("resolution", [&](IProgress& progress) {
+        RescaleCanvas(m_spCanvas, {150, 333}, ERescaleMode::Bicubic, progress);
     });
 }
 

@@ -1,3 +1,4 @@
+#include "core/ImageOperation/RescaleCanvas.h"
 #include "core/PathToolBase/PathTool.h"
 #include "core/PathWidthTool/PathWidthTool.h"
 #include "tests/support/PathSession.h"
@@ -6,12 +7,15 @@
 
 namespace {
 
-// A user without aim: presses, drags and keys near what is there, with both tools on three layers.
+// A user without aim: presses, drags and keys near what is there, with both tools on three layers of a page
+// whose size changes too.
 class CWalker {
 public:
     CWalker(CPathSession& session, unsigned uSeed) : m_session(session), m_random(uSeed) {}
 
     void Step() {
+        m_session.TakeLayers();
+        if (Below(60) == 0) return ChangeSize();
         switch (Below(14)) {
         case 0:
             return Switch();
@@ -33,6 +37,14 @@ public:
 
 private:
     size_t Below(size_t n) { return m_random() % n; }
+    void ChangeSize() {
+        const CSize sz{250 + static_cast<int32_t>(Below(100)), 150 + static_cast<int32_t>(Below(100))};
+        g_lstCanvasFrame.front()->EditTree([&] {
+            const auto& spCanvas = m_session.m_spCanvas;
+            if (Below(2)) return RescaleCanvas(spCanvas, sz, ERescaleMode::Nearest);
+            return ResizeCanvas(spCanvas, sz, ShiftChange({13, -7}), L"画像サイズ変更"), true;
+        });
+    }
     void Switch() {
         g_pMainFrame->SwitchTool(Below(2) ? TOOL_PATH : TOOL_PATH_WIDTH);
         m_session.m_bPen = Below(3) == 0;
@@ -119,6 +131,7 @@ TEST(PathWalk, UndoLeadsToTheFirstBytesAndRedoToTheLast) {
         CHistoryStream& history = session.m_spCanvas->GetHistory();
         // The active layer, which is a part of the document, is selected without a history.
         const auto bytes = [&] {
+            session.TakeLayers();
             session.m_spCanvas->SelectLayer(session.m_vLayers.front());
             return session.Bytes();
         };

@@ -1,3 +1,4 @@
+#include "core/ImageOperation/RescaleCanvas.h"
 #include "core/Panels/ToolTable.h"
 #include "core/RasterBrush/FreehandTools.h"
 #include "session/seam/SessionPanelWindow.h"
@@ -7,18 +8,26 @@
 
 namespace {
 
-// A user without aim: strokes, shapes, drags, keys and commands with all raster tools, on two layers.
+// Of two; an operation on the whole canvas replaces them.
+TLayerPtr LayerOf(CCanvasBuffer& canvas, size_t n) {
+    const TLayerList& lstLayers = canvas.GetRoot().GetChildren();
+    return n ? lstLayers.back() : lstLayers.front();
+}
+
+// A user without aim: strokes, shapes, drags, keys and commands with all raster tools, on two layers of a
+// page whose size changes too.
 class CWalker {
 public:
-    CWalker(CToolSession& session, const std::vector<TLayerPtr>& vLayers, unsigned uSeed)
-        : m_session(session), m_vLayers(vLayers), m_random(uSeed) {}
+    CWalker(CToolSession& session, unsigned uSeed) : m_session(session), m_random(uSeed) {}
 
     void Step() {
+        if (Below(30) == 0) return ChangeSize();
         switch (Below(12)) {
         case 0:
             return Switch();
         case 1:
-            return m_session.m_spCanvas->SelectLayer(m_vLayers[Below(2)]), m_session.Move(Place());
+            m_session.m_spCanvas->SelectLayer(LayerOf(*m_session.m_spCanvas, Below(2)));
+            return m_session.Move(Place());
         case 2:
             return m_session.Command(COMMANDS[Below(std::size(COMMANDS))]);
         case 3:
@@ -43,6 +52,15 @@ private:
         const CSize sz = m_session.m_spCanvas->GetSize();
         return {static_cast<int32_t>(Below(static_cast<size_t>(sz.cx + 40) * 8)) - 160,
                 static_cast<int32_t>(Below(static_cast<size_t>(sz.cy + 40) * 8)) - 160};
+    }
+    void ChangeSize() {
+        const CSize sz{150 + static_cast<int32_t>(Below(150)), 100 + static_cast<int32_t>(Below(100))};
+        g_lstCanvasFrame.front()->EditTree([&] {
+            const auto& spCanvas = m_session.m_spCanvas;
+            if (Below(2)) return RescaleCanvas(spCanvas, sz, static_cast<ERescaleMode>(Below(3)));
+            const CPoint ptMove{static_cast<int32_t>(Below(99)) - 50, static_cast<int32_t>(Below(99)) - 50};
+            return ResizeCanvas(spCanvas, sz, ShiftChange(ptMove), L"画像サイズ変更"), true;
+        });
     }
     void Switch() {
         std::vector<int> vTools;
@@ -85,7 +103,6 @@ private:
     }
 
     CToolSession& m_session;
-    const std::vector<TLayerPtr>& m_vLayers;
     std::mt19937 m_random;
 };
 
@@ -108,12 +125,10 @@ TEST(RasterWalk, UndoLeadsToTheFirstBytesAndRedoToTheLast) {
     };
     const int nSteps = number("VELLUM_WALK_STEPS", 600);
     CToolSession session(MakePage({230, 150}));
-    std::vector<TLayerPtr> vLayers{session.m_spCanvas->GetActiveLayer(),
-                                   CreateRasterLayer(session.m_spCanvas)};
-    session.m_spCanvas->GetRoot().AddLayer(vLayers[1], -1, false);
+    session.m_spCanvas->GetRoot().AddLayer(CreateRasterLayer(session.m_spCanvas), -1, false);
     g_Switches.m_nMaxHistory = 1000;
     session.Play(TOOL_BRUSH, [&] {
-        CWalker walker(session, vLayers, static_cast<unsigned>(number("VELLUM_WALK_SEED", 5)));
+        CWalker walker(session, static_cast<unsigned>(number("VELLUM_WALK_SEED", 5)));
         CHistoryStream& history = session.m_spCanvas->GetHistory();
         struct TState {
             TBytes vFile;
@@ -123,7 +138,8 @@ TEST(RasterWalk, UndoLeadsToTheFirstBytesAndRedoToTheLast) {
             bool operator==(const TState&) const = default;
         };
         const auto state = [&] {
-            session.m_spCanvas->SelectLayer(vLayers.front()); // the active layer has no history
+            session.m_spCanvas->SelectLayer(
+                LayerOf(*session.m_spCanvas, 0)); // the active layer has no history
             const auto spSelect = session.m_spCanvas->GetSelect();
             return TState{session.Bytes(), PageOf(*session.m_spCanvas),
                           spSelect ? ValuesOf<uint8_t>(spSelect->GetMask()) : std::vector<uint8_t>(),
