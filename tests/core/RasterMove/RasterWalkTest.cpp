@@ -1,6 +1,9 @@
+#include "core/ImageOperation/PixelOperation.h"
 #include "core/ImageOperation/RescaleCanvas.h"
+#include "core/LayerBuffer/FloatHistory.h"
 #include "core/Panels/ToolTable.h"
 #include "core/RasterBrush/FreehandTools.h"
+#include "core/RasterMove/SelectionCommands.h"
 #include "session/seam/SessionPanelWindow.h"
 #include "tests/support/ToolSession.h"
 
@@ -22,6 +25,7 @@ public:
 
     void Step() {
         if (Below(30) == 0) return ChangeSize();
+        if (Below(30) == 0) return ChangeColors();
         switch (Below(12)) {
         case 0:
             return Switch();
@@ -52,6 +56,18 @@ private:
         const CSize sz = m_session.m_spCanvas->GetSize();
         return {static_cast<int32_t>(Below(static_cast<size_t>(sz.cx + 40) * 8)) - 160,
                 static_cast<int32_t>(Below(static_cast<size_t>(sz.cy + 40) * 8)) - 160};
+    }
+    void ChangeColors() {
+        const auto low = static_cast<uint8_t>(Below(255));
+        const auto high = static_cast<uint8_t>(low + 1 + Below(255u - low));
+        const auto fHue = static_cast<float>(Below(361)) - 180;
+        const TPixelOperation fnOperation =
+            Below(2) ? LevelOperation(MakeLevelTable({low, high, 2}), static_cast<uint32_t>(1 + Below(15)))
+                     : HsbOperation({.fHue = fHue, .fBright = -0.25F});
+        g_lstCanvasFrame.front()->EditTree([&] {
+            const CFloatDrop drop(m_session.m_spCanvas);
+            return ChangePixels(ActiveRasterLayer(*m_session.m_spCanvas), fnOperation, L"色調補正");
+        });
     }
     void ChangeSize() {
         const CSize sz{150 + static_cast<int32_t>(Below(150)), 100 + static_cast<int32_t>(Below(100))};
