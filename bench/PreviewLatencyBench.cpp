@@ -1,6 +1,6 @@
 // Latency of the previews of level correction and of hue, saturation, brightness, from a slider's move to the
-// picture of 1000 by 700 pixels in the real dialog. The layer has 4000 by 3000 random pixels, all selected
-// softly.
+// picture of 1000 by 700 pixels in the real dialog, and of the hand that drags the picture. The layer has
+// 6000 by 5000 random pixels, all selected softly.
 #include "bench/BenchWindow.h"
 #include "core/ImageDialogs/HSBDlg.h"
 #include "core/ImageDialogs/LevelDlg.h"
@@ -15,7 +15,7 @@
 
 namespace {
 
-constexpr CSize PAGE{4000, 3000};
+constexpr CSize PAGE{6000, 5000};
 constexpr QSize VIEW{1000, 700};
 constexpr int MOVES = 1000;
 
@@ -39,7 +39,8 @@ TPreviewSource MakeSource() {
 /// Moves a slider of the open dialog again and again; every move is timed until the preview has been painted.
 class CSliderDriver : public QObject {
 public:
-    CSliderDriver(int nZoomRow, CTimes& times) : m_nZoomRow(nZoomRow), m_times(times) {
+    CSliderDriver(int nZoomRow, bool bHand, CTimes& times)
+        : m_nZoomRow(nZoomRow), m_bHand(bHand), m_times(times) {
         QTimer::singleShot(50, this, [this] { Begin(); });
     }
 
@@ -58,6 +59,7 @@ private:
             if (pChild->height() == 18 && pChild->focusPolicy() == Qt::TabFocus) m_pPins = pChild;
         }
         m_pSlider = dialog.findChild<QSlider*>();
+        if (m_bHand) m_pPins = m_pView;
         const QSize szMore = VIEW - m_pView->size();
         dialog.resize(dialog.size() + szMore);
         for (QComboBox* pCombo : dialog.findChildren<QComboBox*>())
@@ -88,6 +90,7 @@ private:
     }
 
     int m_nZoomRow;
+    bool m_bHand; ///< the picture is dragged in place of a slider
     CTimes& m_times;
     QWidget* m_pView = nullptr;
     QWidget* m_pPins = nullptr;
@@ -95,12 +98,12 @@ private:
     int m_nMoves = 0;
 };
 
-template <class Dialog>
+template <class Dialog, bool HAND = false>
 void MoveSlider(benchmark::State& state, CBenchWindow& window) {
     CTimes times;
     for (auto _ : state) {
         Dialog dialog(MakeSource());
-        CSliderDriver driver(static_cast<int>(state.range(0)), times);
+        CSliderDriver driver(static_cast<int>(state.range(0)), HAND, times);
         window.GetFrame().GetOutside().platform.dialogs.Run(window.GetFrame().GetWindow(), dialog);
     }
     times.Report(state);
@@ -120,5 +123,6 @@ int main(int argc, char** argv) {
         };
         add("levels/zoom row", MoveSlider<CLevelDlg>);
         add("hue/zoom row", MoveSlider<CHSBDlg>);
+        add("hand/zoom row", MoveSlider<CLevelDlg, true>);
     });
 }

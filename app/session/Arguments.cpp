@@ -14,6 +14,8 @@ picture. Its settings are its own.
                     picture of the last active document
   --each PATTERN    play it over every picture that the pattern names, as in --each 'pages/*.png'
   --out-dir FOLDER  with --each: where the results go, under their pages' names
+  --desktop         with --in or --each: open the picture in the desktop application; the result has the
+                    size that the script gives it, while a host's picture keeps its own
   --jobs N          with --each: N pages at a time; default: one a processor
   --module FILE     the filter module; default: vellumcraft.8bf beside this program
   --help            show this
@@ -37,6 +39,8 @@ void Check(const TArguments& arguments) {
     if (bBatch == arguments.pathOutDir.empty()) throw usage_error("--each and --out-dir go together");
     if (bBatch && !(arguments.pathIn.empty() && arguments.pathOut.empty()))
         throw usage_error("--each excludes --in and --out");
+    if (arguments.bDesktop && !bBatch && arguments.pathIn.empty())
+        throw usage_error("--desktop goes with --in or --each");
     if (!bBatch && arguments.uJobs != 0) throw usage_error("--jobs goes with --each");
     std::error_code error;
     if (fs::equivalent(arguments.pathIn, arguments.pathOut, error))
@@ -54,6 +58,7 @@ TArguments ParseArguments(const std::vector<std::string>& vArguments) {
                      Value("--out-dir", arguments.pathOutDir),
                      {"--jobs", {}, [&](const std::string& str) { arguments.uJobs = ReadJobs(str); }},
                      Value("--module", arguments.pathModule),
+                     Flag("--desktop", arguments.bDesktop),
                      Flag("--help", arguments.bHelp)});
     if (arguments.bHelp) return arguments;
     if (vNames.size() != 1 || vNames.front().empty()) throw usage_error("one script is to be named");

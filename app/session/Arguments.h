@@ -17,6 +17,7 @@ struct TArguments {
     std::string strEach;              ///< pattern of a batch's pages, empty for no batch
     std::filesystem::path pathOutDir; ///< folder for a batch's results
     unsigned uJobs = 0;               ///< number of parallel processes, 0 for one per processor
+    bool bDesktop = false;            ///< a picture is opened by the desktop application, not by the filter
     bool bHelp = false;
 };
 

@@ -74,6 +74,7 @@ std::vector<std::string> MakeCommand(const TArguments& arguments, const TPage& p
                                       "--out", page.pathOut.native()};
     if (!arguments.pathModule.empty())
         vCommand.insert(vCommand.end(), {"--module", arguments.pathModule.native()});
+    if (arguments.bDesktop) vCommand.emplace_back("--desktop");
     vCommand.insert(vCommand.end(), {"--", arguments.pathScript.native()});
     return vCommand;
 }

@@ -42,8 +42,8 @@ void Export(const boost::shared_ptr<CCanvasBuffer>& spCanvas, const std::filesys
 
 } // namespace
 
-void PlayDesktop(const TScript& script, const std::filesystem::path& pathOut, IFileStore& files,
-                 IImageCodecs& codecs) {
+void PlayDesktop(const TScript& script, const std::filesystem::path& pathIn,
+                 const std::filesystem::path& pathOut, IFileStore& files, IImageCodecs& codecs) {
     const CSettingsFolder folder;
     CLocations locations;
     CModules modules;
@@ -51,6 +51,7 @@ void PlayDesktop(const TScript& script, const std::filesystem::path& pathOut, IF
     CSessionScope scope(session.GetPlatform());
     CreateMainFrame();
     const CLastDocument last;
+    if (!pathIn.empty()) g_pMainFrame->QueueFile(FromUtf8(pathIn.native()));
     scope.Run();
     if (const std::string strFailure = session.GetFailure(); !strFailure.empty())
         throw std::runtime_error(strFailure);

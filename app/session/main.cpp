@@ -28,8 +28,8 @@ int Run(const TArguments& arguments) {
     const TScript script = ReadScript(FromUtf8(arguments.pathScript.native()), files);
     if (!arguments.strEach.empty()) return RunBatch(arguments) ? 0 : 1;
     if (!arguments.pathOut.empty()) CheckSave(arguments.pathOut, codecs);
-    if (arguments.pathIn.empty())
-        PlayDesktop(script, arguments.pathOut, files, codecs);
+    if (arguments.pathIn.empty() || arguments.bDesktop)
+        PlayDesktop(script, arguments.pathIn, arguments.pathOut, files, codecs);
     else
         PlayOver(arguments, files, codecs);
     return 0;

@@ -45,6 +45,8 @@ TEST_F(CSessionProgram, PlaysInBothDeliveries) {
     expect(1, "box --out out.png", "box:1: error box: データファイルが破損しています。");
     expect(1, "none --out out.png", "out.png: no document was open");
     expect(1, "none --in damaged.vlm --out out.png", "damaged.vlm: not a picture");
+    expect(1, "none --desktop --in damaged.vlm --out out.png", "error box: データファイルが破損しています。");
+    expect(2, "none --desktop --out out.png", "--desktop goes with");
     for (const char* psz : {"", "a b", "--in red.png --out ./red.png none", "--jobs 2 none",
                             "--each '*.png' --out-dir d --jobs 0 none"})
         expect(2, psz, "usage: vellumcraft-session");
@@ -67,6 +69,24 @@ TEST_F(CSessionProgram, ABatchDoesWhatItCan) {
     SavePage("pages/d.png", 7, Qt::blue);
     EXPECT_EQ(Run("--each 'pages/[cd].png' --out-dir safe half --module '" VELLUM_CRASHING_MODULE "'"), 1);
     EXPECT_TRUE(Says("pages/d.png: failed: ended by signal 11") && Says("pages/c.png: done")) << m_strSaid;
+}
+
+TEST_F(CSessionProgram, ABatchOfScansIsCleanedUp) {
+    QImage scan(40, 30, QImage::Format_RGB32);
+    scan.fill(qRgb(214, 209, 200));
+    for (int y = 10; y < 14; ++y)
+        for (int x = 0; x < 40; ++x) scan.setPixel(x, y, qRgb(48, 40, 52));
+    for (const char* psz : {"a.png", "b.png"}) ASSERT_TRUE(scan.save(m_folder.File(psz).c_str()));
+    ASSERT_TRUE(scan.copy(0, 0, 22, 30).save(m_folder.File("c.png").c_str()));
+    EXPECT_EQ(
+        Run("--desktop --each '*.png' --out-dir done '" VELLUM_SOURCE "/docs/examples/clean-scan.jsonl'"), 0)
+        << m_strSaid;
+    for (const auto& [psz, nWidth] : {std::pair{"done/b.png", 20}, {"done/c.png", 11}}) {
+        const QImage clean = LoadPicture(psz);
+        EXPECT_EQ(clean.size(), QSize(nWidth, 15));
+        for (int y = 0; y < 15; ++y)
+            EXPECT_EQ(clean.pixel(5, y) & 0xFFFFFF, y == 5 || y == 6 ? 0u : 0xFFFFFFu) << psz << y;
+    }
 }
 
 TEST_F(CSessionProgram, ABatchThatWouldLoseAPageDoesNotBegin) {
