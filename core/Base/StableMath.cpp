@@ -23,8 +23,8 @@ double StableLog(double x) {
     // log(1 + f) = 2 * atanh(s) = 2 * s + s * r, and 2 * s = f - s * f.
     const double s = f / (2 + f);
     const double z = s * s;
-    double r = 2.0 / 23;
-    for (int n = 21; n >= 3; n -= 2) r = r * z + 2.0 / n;
+    double r = 2.0 / 21;
+    for (int n = 19; n >= 3; n -= 2) r = r * z + 2.0 / n;
     r *= z;
     const auto dExponent = static_cast<double>(k);
     return dExponent * TExpTerms::LN2_HIGH + (f - (s * (f - r) - dExponent * TExpTerms::LN2_LOW));

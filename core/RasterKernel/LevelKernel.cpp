@@ -64,16 +64,31 @@ void ApplyLevels(uint8_t* pDest, const uint8_t* pSource, const uint8_t* pMask, c
 
 void CountLevels(TLevelCounts& aCounts, const uint8_t* const* apPlanes, size_t nPlanes, const uint8_t* pAlpha,
                  const uint8_t* pMask, size_t nCount) {
-    for (size_t i = 0; i < nCount; ++i) {
-        uint8_t u = 0;
-        for (size_t n = 0; n < nPlanes; ++n) u = std::max(u, apPlanes[n][i]);
-        aCounts[u] += pAlpha[i] != 0 && (!pMask || pMask[i] != 0);
+    constexpr size_t APART = 4; // pixels beside each other, often alike, have counters of their own
+    static_assert(MIX_SPAN % APART == 0);
+    std::array<TLevelCounts, APART> aaApart{};
+    std::array<uint8_t, MIX_SPAN> aLargest, aCounted;
+    const uint8_t* pVisible = pMask ? pMask : pAlpha;
+    for (size_t nFirst = 0; nFirst < nCount; nFirst += MIX_SPAN) {
+        const size_t nPart = std::min(MIX_SPAN, nCount - nFirst);
+        aLargest.fill(0);
+        aCounted.fill(0);
+        for (size_t n = 0; n < nPlanes; ++n) {
+            const uint8_t* p = apPlanes[n] + nFirst;
+            for (size_t i = 0; i < nPart; ++i) aLargest[i] = aLargest[i] > p[i] ? aLargest[i] : p[i];
+        }
+        for (size_t i = 0; i < nPart; ++i)
+            aCounted[i] = (pAlpha[nFirst + i] != 0) & (pVisible[nFirst + i] != 0);
+        for (size_t i = 0; i < nPart; i += APART)
+            for (size_t n = 0; n < APART; ++n) aaApart[n][aLargest[i + n]] += aCounted[i + n];
     }
+    for (const auto& aApart : aaApart)
+        for (size_t i = 0; i < aCounts.size(); ++i) aCounts[i] += aApart[i];
 }
 
 double PlaceOfGamma(float fGamma) { return StablePow(0.5, fGamma); }
 
 float GammaOfPlace(double dPlace) {
-    if (dPlace <= 0) return MOST_GAMMA;
-    return std::clamp(static_cast<float>(StableLog(dPlace) / -0.6931472), LEAST_GAMMA, MOST_GAMMA);
+    const double dPositive = std::max(dPlace, 0x1p-5); // less is limited all the same
+    return std::clamp(static_cast<float>(StableLog(dPositive) / -0.6931472), LEAST_GAMMA, MOST_GAMMA);
 }

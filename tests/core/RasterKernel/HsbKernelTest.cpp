@@ -4,13 +4,18 @@
 
 namespace {
 
+using HsbKernels_ = CTargetTest;
 using TRgb = std::array<uint8_t, 3>;
+using TPlanes = std::array<std::vector<uint8_t>, 4>; // R, G, B and a mask
+
+TColorPixels Dest(TPlanes& av) { return {av[0].data(), av[1].data(), av[2].data(), nullptr}; }
+TConstColorPixels Source(const TPlanes& av) { return {av[0].data(), av[1].data(), av[2].data(), nullptr}; }
+TRgb Pixel(const TPlanes& av, size_t i) { return {av[0][i], av[1][i], av[2][i]}; }
 
 TRgb Adjusted(const TRgb& rgb, const THsbValues& values) {
-    TRgb result{};
-    AdjustHsb({&result[0], &result[1], &result[2], nullptr}, {&rgb[0], &rgb[1], &rgb[2], nullptr}, nullptr,
-              MakeHsbTables(values), 1);
-    return result;
+    TPlanes av{{{rgb[0]}, {rgb[1]}, {rgb[2]}, {}}};
+    AdjustHsb(Dest(av), Source(av), nullptr, MakeHsbTables(values), 1);
+    return Pixel(av, 0);
 }
 
 // The definition in the simplest form, with the library's functions.
@@ -60,99 +65,82 @@ TRgb Expected(const TRgb& rgb, const THsbValues& v, int nMask) {
     return result;
 }
 
-using HsbKernels_ = CTargetTest;
-
 } // namespace
 
 TEST(HsbKernel, SlidersAtTheirStartKeepEveryColour) {
-    const THsbTables tables = MakeHsbTables({});
-    std::array<std::vector<uint8_t>, 6> av;
+    TPlanes av, avResult;
     for (auto& v : av) v.resize(65536);
     for (size_t i = 0; i < 65536; ++i) av[0][i] = uint8_t(i), av[1][i] = uint8_t(i >> 8);
     for (int nBlue = 0; nBlue < 256; nBlue += 3) {
         av[2].assign(65536, uint8_t(nBlue));
-        AdjustHsb({av[3].data(), av[4].data(), av[5].data(), nullptr},
-                  {av[0].data(), av[1].data(), av[2].data(), nullptr}, nullptr, tables, 65536);
-        for (size_t n = 0; n < 3; ++n) ASSERT_EQ(av[n], av[n + 3]) << "blue " << nBlue;
+        avResult = av;
+        AdjustHsb(Dest(avResult), Source(avResult), nullptr, MakeHsbTables({}), 65536);
+        ASSERT_TRUE(av == avResult) << "blue " << nBlue;
     }
 }
 
 TEST(HsbKernel, NamedColours) {
-    const auto values = [](auto fnSet) {
-        THsbValues v;
-        fnSet(v);
-        return v;
-    };
+    const THsbValues fullSat{.fSat = 1, .afSatBand = {0.5F, 0.5F, 0.5F}}, noSat{.fSat = -1};
     const auto hue = [](float fHue) { return THsbValues{.fHue = fHue}; };
+    const auto lighter = [](float p) { return THsbValues{.fSatPriority = p, .afBrightBand = {0, 0.25F, 0}}; };
     EXPECT_EQ(Adjusted({255, 0, 0}, hue(120)), (TRgb{0, 255, 0}));
     EXPECT_EQ(Adjusted({255, 0, 0}, hue(-60)), (TRgb{255, 0, 255}));
-    EXPECT_EQ(Adjusted({200, 100, 50}, hue(180)), (TRgb{50, 150, 200}));
-    EXPECT_EQ(Adjusted({200, 100, 50}, hue(-180)), (TRgb{50, 150, 200}));
-    EXPECT_EQ(Adjusted({90, 90, 90}, values([](auto& v) {
-                           v.fSat = 1, v.afSatBand = {0.5F, 0.5F, 0.5F};
-                       })),
-              (TRgb{90, 90, 90}));
-    EXPECT_EQ(Adjusted({0, 0, 255}, values([](auto& v) { v.fSat = -1; })), (TRgb{128, 128, 128}));
-    const auto lighter = [&](float p) {
-        return values([&](auto& v) { v.fSatPriority = p, v.afBrightBand[1] = 0.25F; });
-    };
+    for (const float fHue : {-180.0F, 180.0F})
+        EXPECT_EQ(Adjusted({200, 100, 50}, hue(fHue)), (TRgb{50, 150, 200}));
+    EXPECT_EQ(Adjusted({90, 90, 90}, fullSat), (TRgb{90, 90, 90}));
+    EXPECT_EQ(Adjusted({0, 0, 255}, noSat), (TRgb{128, 128, 128}));
     EXPECT_EQ(Adjusted({255, 0, 0}, lighter(1)), (TRgb{255, 0, 0})) << "chroma stays";
     EXPECT_EQ(Adjusted({255, 0, 0}, lighter(0)), (TRgb{255, 128, 128})) << "lightness stays";
-    EXPECT_EQ(HsbCurve(0), -1);
-    EXPECT_EQ(HsbCurve(256), 0);
-    EXPECT_EQ(HsbCurve(320), 0.125F);
-    EXPECT_EQ(HsbCurve(192), -0.125F);
+    for (const auto& [nPosition, fValue] :
+         std::vector<std::pair<int, float>>{{0, -1.0F}, {256, 0.0F}, {320, 0.125F}, {192, -0.125F}})
+        EXPECT_EQ(HsbCurve(nPosition), fValue);
     EXPECT_THROW(MakeHsbTables(hue(181)), constraint_violation);
-    EXPECT_THROW(MakeHsbTables({.fSatPriority = -0.1F}), constraint_violation);
+    EXPECT_THROW(MakeHsbTables(lighter(-0.1F)), constraint_violation);
 }
 
 TEST(HsbKernel, GreyPlanesHeedBrightnessOnly) {
-    THsbValues values{.afBrightBand = {0.3F, -0.2F, 0.1F}};
-    std::vector<uint8_t> vGrey(256), vFirst(256), vSecond(256);
+    const THsbValues values{77, 0.1F, 0.9F, {0.5F, 0, 0}, 0.1F, {0.3F, -0.2F, 0.1F}};
+    const THsbValues brightness{0, 0.5F, 0, {}, values.fBright, values.afBrightBand};
+    std::vector<uint8_t> vGrey(256), vMask(256, 100);
     std::iota(vGrey.begin(), vGrey.end(), uint8_t{0});
-    AdjustHsb(vFirst.data(), vGrey.data(), nullptr, MakeHsbTables(values), 256);
-    values.fHue = 77, values.fSat = 0.9F, values.fSatPriority = 0.1F, values.afSatBand[0] = 0.5F;
-    AdjustHsb(vSecond.data(), vGrey.data(), nullptr, MakeHsbTables(values), 256);
-    EXPECT_EQ(vFirst, vSecond);
-    for (size_t g = 0; g < 256; ++g)
-        EXPECT_EQ(vFirst[g], Expected({vGrey[g], vGrey[g], vGrey[g]}, values, 255)[0]);
-    const uint8_t uMask = 100;
-    AdjustHsb(vGrey.data() + 255, vGrey.data() + 255, &uMask, MakeHsbTables({.fBright = -1}), 1);
-    EXPECT_EQ(vGrey[255], 155);
+    AdjustHsb(vGrey.data(), vGrey.data(), vMask.data(), MakeHsbTables(values), 256);
+    for (int g = 0; g < 256; ++g)
+        EXPECT_EQ(vGrey[size_t(g)], Expected({uint8_t(g), uint8_t(g), uint8_t(g)}, brightness, 100)[0]);
 }
 
 TEST_P(HsbKernels_, StepsAreThoseOfTheDefinitionInBothForms) {
     std::mt19937 random(4);
     const auto part = [&](float f) { return f * (float(random() % 2001) / 1000 - 1); };
-    using TPlanes = std::array<std::vector<uint8_t>, 4>;
-    const auto dest = [](TPlanes& av) {
-        return TColorPixels{av[0].data(), av[1].data(), av[2].data(), nullptr};
-    };
-    const auto source = [](const TPlanes& av) {
-        return TConstColorPixels{av[0].data(), av[1].data(), av[2].data(), nullptr};
-    };
-    for (int n = 0; n < 200; ++n) {
+    TPlanes av;
+    for (auto& v : av)
+        for (size_t i = 0; i < 10007; ++i) v.push_back(random() % 4 ? uint8_t(random()) : random() % 2 * 255);
+    for (size_t n = 0; n < 200; ++n) {
         THsbValues values{part(180), 0.5F + part(0.5F), part(0.4F), {}, part(0.4F), {}};
         for (size_t i = 0; i < 3; ++i) values.afSatBand[i] = part(0.5F), values.afBrightBand[i] = part(0.5F);
         const THsbTables tables = MakeHsbTables(values);
-        // Odd lengths, also over what a mask mixes at once.
-        const size_t nCount = n == 0 ? 65535 : 900 + size_t(n);
-        TPlanes av;
-        for (auto& v : av)
-            for (size_t i = 0; i < nCount; ++i)
-                v.push_back(random() % 4 ? uint8_t(random()) : random() % 2 * 255);
+        const size_t nCount = av[0].size() - n;
         TPlanes avPlain = av, avVector = av, avMixed = av;
-        PlainHsbKernels().pAdjust(dest(avPlain), source(av), tables, nCount);
-        VectorHsbKernels().pAdjust(dest(avVector), source(avVector), tables, nCount);
-        AdjustHsb(dest(avMixed), source(avMixed), av[3].data(), tables, nCount);
-        const auto pixel = [](const TPlanes& planes, size_t i) {
-            return TRgb{planes[0][i], planes[1][i], planes[2][i]};
-        };
-        for (size_t i = 0; i < nCount; ++i) {
-            const TRgb rgb = pixel(av, i), expected = Expected(rgb, values, 255);
-            ASSERT_EQ(pixel(avPlain, i), expected) << n << ' ' << i;
-            ASSERT_EQ(pixel(avVector, i), expected) << n << ' ' << i;
-            ASSERT_EQ(pixel(avMixed, i), Expected(rgb, values, av[3][i])) << n << ' ' << i;
+        PlainHsbKernels().pAdjust(Dest(avPlain), Source(av), tables, nCount);
+        VectorHsbKernels().pAdjust(Dest(avVector), Source(avVector), tables, nCount);
+        ASSERT_TRUE(avPlain == avVector) << n;
+        AdjustHsb(Dest(avMixed), Source(avMixed), av[3].data(), tables, nCount);
+        for (size_t i = n % 9; i < nCount; i += 9) {
+            ASSERT_EQ(Pixel(avPlain, i), Expected(Pixel(av, i), values, 255)) << n << ' ' << i;
+            ASSERT_EQ(Pixel(avMixed, i), Expected(Pixel(av, i), values, av[3][i])) << n << ' ' << i;
+        }
+    }
+}
+
+TEST_P(HsbKernels_, LeastChromaShowsNoHue) {
+    for (const auto& [fChroma, uLargest] : {std::pair{1.1e-7F, 99}, {1.3e-7F, 100}}) {
+        THsbTables tables = MakeHsbTables({});
+        tables.afChroma.fill(fChroma);
+        tables.afLight.fill(99.5F / 255); // between two levels
+        for (const THsbKernels* p : {&PlainHsbKernels(), &VectorHsbKernels()}) {
+            TPlanes av;
+            for (size_t n = 0; n < 3; ++n) av[n].assign(64, uint8_t(n == 0 ? 200 : 50));
+            p->pAdjust(Dest(av), Source(av), tables, 64);
+            EXPECT_EQ(Pixel(av, 0), (TRgb{uint8_t(uLargest), 99, 99}));
         }
     }
 }
