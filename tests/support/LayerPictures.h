@@ -69,6 +69,15 @@ inline void FillRandomTree(const boost::shared_ptr<CCanvasBuffer>& spCanvas, int
     }
 }
 
+/// The pixels of the page; a tile beyond its edge may hold anything.
+inline std::vector<uint32_t> PageOf(CCanvasBuffer& canvas) {
+    canvas.ComposeAll();
+    std::vector<uint32_t> v;
+    for (int32_t y = 0; y < canvas.GetSize().cy; ++y)
+        for (int32_t x = 0; x < canvas.GetSize().cx; ++x) v.push_back(PixelAt(canvas.GetComposite(), {x, y}));
+    return v;
+}
+
 /// All pixels of a plane in the grid's order, missing tiles as zeros.
 inline std::vector<uint8_t> PixelsOf(CRasterBuffer& plane) {
     std::vector<uint8_t> v;

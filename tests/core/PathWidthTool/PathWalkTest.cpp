@@ -140,7 +140,7 @@ TEST(PathWalk, UndoLeadsToTheFirstBytesAndRedoToTheLast) {
             for (int n = 0; n < 250; ++n, ++nStep) walker.Step();
             SettleActiveTool();
             const TBytes vLast = bytes();
-            const auto vPicture = session.Picture();
+            const auto vPicture = PageOf(*session.m_spCanvas);
             const size_t nActions = history.GetUndoList().size();
             std::vector<TBytes> vStates{vLast};
             while (!history.GetUndoList().empty()) {
@@ -154,11 +154,10 @@ TEST(PathWalk, UndoLeadsToTheFirstBytesAndRedoToTheLast) {
                 ASSERT_TRUE(bytes() == vStates.back())
                     << nStep << ' ' << ToUtf8(history.GetUndoList().front()->GetName());
             }
-            ASSERT_TRUE(session.Picture() == vPicture) << nStep;
+            ASSERT_TRUE(PageOf(*session.m_spCanvas) == vPicture) << nStep;
             const auto spOpened = LoadFromBytes(vLast);
             ASSERT_TRUE(SaveToBytes(*spOpened) == vLast) << nStep;
-            spOpened->ComposeAll();
-            ASSERT_TRUE(PixelsOf(spOpened->GetComposite()) == vPicture) << nStep;
+            ASSERT_TRUE(PageOf(*spOpened) == vPicture) << nStep;
             history.Clear();
             // Many paths would only make it slow.
             for (const auto& spLayer : session.m_vLayers)

@@ -122,15 +122,6 @@ private:
     std::mt19937 m_random;
 };
 
-// The pixels of the page; a tile beyond its edge may hold anything.
-std::vector<uint32_t> PageOf(CCanvasBuffer& canvas) {
-    canvas.ComposeAll();
-    std::vector<uint32_t> v;
-    for (int32_t y = 0; y < canvas.GetSize().cy; ++y)
-        for (int32_t x = 0; x < canvas.GetSize().cx; ++x) v.push_back(PixelAt(canvas.GetComposite(), {x, y}));
-    return v;
-}
-
 } // namespace
 
 // VELLUM_WALK_STEPS makes it longer, VELLUM_WALK_SEED another one.
