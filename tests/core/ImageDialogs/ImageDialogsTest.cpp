@@ -97,6 +97,9 @@ TEST(LevelPreview, ShowsThePartInTheMiddleInEveryZoomAndFollowsTheHand) {
     EXPECT_EQ(at({5, 20}), MakeColor(SURROUND, SURROUND, SURROUND));
     // The mean of (40, 20) to (43, 23), truncated.
     EXPECT_EQ(at({12 + 10, 15 + 5}), MakeColor(20, 21, 40));
+    dialog.Drag(PREVIEW, {50, 50}, {55, 50});
+    dialog.Set(ZOOM, 4);
+    EXPECT_EQ(at({0, 0}), ColorAt({100, 60})) << "what is seen whole does not move";
 }
 
 TEST(LevelPreview, LaysTransparentPixelsOnWhiteAndChangesOnlyWhatIsSelected) {

@@ -17,7 +17,8 @@ protected:
         m_spCanvas = CreateCanvas(PAGE, GetParam());
         m_spLayer = MakeRandomLayer(m_spCanvas, m_random);
         for (const CPoint pt : {CPoint{0, 0}, {96, 96}, {288, 192}}) Raster().GetBlock(pt, true);
-        Raster().GetWritableBlock({96, 96})->GetPixelPtr({7, 8})[0] = 200;
+        for (const CPoint pt : {CPoint{0, 0}, {96, 96}})
+            *Raster().GetWritableBlock(pt)->GetPixelPtr({7, 8}) = 200;
         Raster().SetBlock({192, 0}, {});
         m_spCanvas->GetRoot().AddLayer(m_spLayer, -1, false);
         m_spCanvas->SelectLayer(m_spLayer);
