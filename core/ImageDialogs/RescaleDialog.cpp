@@ -87,7 +87,12 @@ TPanelControl PercentControl(const TSide& side, const char* pszName) {
             .strText = L"100",
             .bSameLine = true,
             .bLive = true,
+            .szView = {64, 0},
             .strName = pszName};
+}
+
+TPanelControl UnitControl(const wchar_t* pszUnit) {
+    return {.kind = TPanelControl::EKind::Label, .strText = pszUnit, .bSameLine = true};
 }
 
 } // namespace
@@ -98,11 +103,13 @@ CRescaleDialog::CRescaleDialog(IMessageBoxes& boxes, CSize szCanvas)
     m_vControls = {
         {.kind = Label, .strLabel = L"現在", .strText = FormatSize(szCanvas)},
         LengthControl(WIDTH, "width", L"幅", szCanvas.cx),
+        UnitControl(L"px"),
         PercentControl(WIDTH, "widthPercent"),
-        {.kind = Label, .strText = L"%", .bSameLine = true},
+        UnitControl(L"%"),
         LengthControl(HEIGHT, "height", L"高さ", szCanvas.cy),
+        UnitControl(L"px"),
         PercentControl(HEIGHT, "heightPercent"),
-        {.kind = Label, .strText = L"%", .bSameLine = true},
+        UnitControl(L"%"),
         {.kind = Check, .nId = ID_KEEP, .strText = L"縦横比を保つ", .nValue = 1, .strName = "keep"},
         {.kind = Combo,
          .nId = ID_MODE,

@@ -11,7 +11,7 @@
 /// A whole number as ParseNumber reads it, within a thousand million; none for any other text.
 std::optional<int32_t> ParseWhole(std::wstring_view str);
 
-/// "800 × 600", in pixels.
+/// "800 × 600 px".
 std::wstring FormatSize(CSize sz);
 
 /// Tells why input is refused. Always false, for OnOk.

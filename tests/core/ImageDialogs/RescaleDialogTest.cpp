@@ -25,28 +25,28 @@ protected:
 } // namespace
 
 TEST_F(RescaleDialog, EveryFieldFollowsTheTypedOne) {
-    EXPECT_EQ(Shown(), L"800|100|600|100|800 × 600");
+    EXPECT_EQ(Shown(), L"800|100|600|100|800 × 600 px");
     Type(WIDTH, L"１０００");
-    EXPECT_EQ(Shown(), L"１０００|125|750|125|1000 × 750");
+    EXPECT_EQ(Shown(), L"１０００|125|750|125|1000 × 750 px");
     Type(HEIGHT, L"1");
-    EXPECT_EQ(Shown(), L"1|0.17|1|0.17|1 × 1") << "four thirds of a pixel";
+    EXPECT_EQ(Shown(), L"1|0.17|1|0.17|1 × 1 px") << "four thirds of a pixel";
     Type(HEIGHT, L"201");
-    EXPECT_EQ(Shown(), L"268|33.5|201|33.5|268 × 201");
+    EXPECT_EQ(Shown(), L"268|33.5|201|33.5|268 × 201 px");
     Type(WIDTH, L"55 ％");
-    EXPECT_EQ(Shown(), L"55 ％|55|330|55|440 × 330");
+    EXPECT_EQ(Shown(), L"55 ％|55|330|55|440 × 330 px");
     Type(HEIGHT_PERCENT, L"33.33");
-    EXPECT_EQ(Shown(), L"267|33.33|200|33.33|267 × 200");
+    EXPECT_EQ(Shown(), L"267|33.33|200|33.33|267 × 200 px");
     Type(WIDTH_PERCENT, L"0.01%");
-    EXPECT_EQ(Shown(), L"1|0.01%|1|0.01|1 × 1");
+    EXPECT_EQ(Shown(), L"1|0.01%|1|0.01|1 × 1 px");
     m_dialog.OnControlMessage({nullptr, EMessage::PanelChange, KEEP, 0});
     Type(HEIGHT, L"900");
-    EXPECT_EQ(Shown(), L"1|0.13|900|150|1 × 900");
+    EXPECT_EQ(Shown(), L"1|0.13|900|150|1 × 900 px");
     Type(WIDTH_PERCENT, L"");
     EXPECT_EQ(Shown(), L"||900|150|－");
     Type(WIDTH, L"400");
-    EXPECT_EQ(Shown(), L"400|50|900|150|400 × 900");
+    EXPECT_EQ(Shown(), L"400|50|900|150|400 × 900 px");
     m_dialog.OnControlMessage({nullptr, EMessage::PanelChange, KEEP, 1});
-    EXPECT_EQ(Shown(), L"400|50|300|50|400 × 300");
+    EXPECT_EQ(Shown(), L"400|50|300|50|400 × 300 px");
     EXPECT_TRUE(m_dialog.OnOk(nullptr));
     EXPECT_EQ(m_dialog.GetSize(), (CSize{400, 300}));
 }

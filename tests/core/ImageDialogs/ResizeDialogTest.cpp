@@ -37,8 +37,8 @@ TEST(ResizeDialog, JudgesNumbersThenSmallThenLargeSizes) {
     EXPECT_EQ(judge({L"0", L"1", L"11800", L"0"}), strLarge);
     EXPECT_EQ(judge({L"11850", L"0", L"0", L"1"}), strLarge);
     EXPECT_EQ(judge({L"９９９９９９９９９９９", L"0", L"99999999999", L"0"}), strLarge);
-    EXPECT_EQ(judge({L" ＋11850", L"0", L"11800　", L"0"}), L"12000 × 12000: 0,-11850");
-    EXPECT_EQ(judge({L"-149", L"－１９９", L"0", L"0"}), L"1 × 1: 199,149");
+    EXPECT_EQ(judge({L" ＋11850", L"0", L"11800　", L"0"}), L"12000 × 12000 px: 0,-11850");
+    EXPECT_EQ(judge({L"-149", L"－１９９", L"0", L"0"}), L"1 × 1 px: 199,149");
 }
 
 TEST(ResizeDialog, AScriptMovesThePictureAndItsUndoComesBack) {
