@@ -32,10 +32,10 @@ CLevelPreview::CLevelPreview(const TPreviewSource& source)
     : m_rstPreview(source.rstPreview), m_rstSelect(source.rstSelect), m_dCentreX(source.ptCentre.x),
       m_dCentreY(source.ptCentre.y) {
     const auto& rstPreview = m_rstPreview;
-    const auto& rstSelect = m_rstSelect;
     SELF_CHECK(illegal_data, rstPreview.get() != NULL);
     const CSize szPreview = rstPreview->GetSize();
-    SELF_CHECK(illegal_data, !rstSelect || szPreview == rstSelect->GetCanvasSize());
+    const auto* rstSelect = m_rstSelect ? &m_rstSelect->GetMask() : nullptr;
+    if (rstSelect) SELF_CHECK(illegal_data, szPreview == rstSelect->GetSize());
     m_nChannels = ChannelsOf(*m_rstPreview);
 }
 

@@ -70,7 +70,9 @@ bool ChangePixels(const boost::shared_ptr<CRasterLayerBuffer>& spLayer, const TP
     const TCanvasPtr spCanvas = spLayer->GetCanvas();
     const auto spRaster = spLayer->GetRaster();
     const auto spSelect = spCanvas->GetSelect();
-    SELF_CHECK(illegal_data, !spSelect || spRaster->GetSize() == spSelect->GetCanvasSize());
+    const CSize szRaster = spRaster->GetSize();
+    const auto* rstSelect = spSelect ? &spSelect->GetMask() : nullptr;
+    if (rstSelect) SELF_CHECK(illegal_data, szRaster == rstSelect->GetSize());
     CRasterGuard guard(spRaster);
     bool bAny = false;
     const CSize szBlocks = spRaster->GetBufferSize();

@@ -1,3 +1,4 @@
+#include "core/ImageOperation/PixelOperation.h"
 #include "core/ImageOperation/RescaleCanvas.h"
 #include "core/RasterMove/SelectionCommands.h"
 #include "tests/faults/FailingMemory.h"
@@ -9,15 +10,18 @@
 #include <functional>
 #include <new>
 
-TEST(CanvasFaults, AChangeOfSizeIsDoneOrNot) {
+TEST(CanvasFaults, AnOperationOnTheImageIsDoneOrNot) {
     const auto spCanvas = CreateCanvas({130, 100});
     std::mt19937 random(5);
-    spCanvas->GetRoot().AddLayer(MakeRandomLayer(spCanvas, random), -1, false);
+    const auto spLayer = MakeRandomLayer(spCanvas, random);
+    spCanvas->GetRoot().AddLayer(spLayer, -1, false);
     const auto spVector = CreateVectorLayer(spCanvas);
     spVector->InsertPath(MakeStroke());
     spCanvas->GetRoot().AddLayer(spVector, -1, false);
     SelectAll(spCanvas);
+    const TPixelOperation fnLevels = LevelOperation(MakeLevelTable({100, 101, 1}), 15);
     const std::function<void()> aChanges[] = {
+        [&] { EXPECT_TRUE(ChangePixels(spLayer, fnLevels, L"レベル補正")); },
         [&] {
             ResizeCanvas(spCanvas, {150, 80}, ShiftChange({7, -9}), L"画像サイズ変更");
         },
@@ -42,7 +46,7 @@ TEST(CanvasFaults, AChangeOfSizeIsDoneOrNot) {
                 ASSERT_TRUE(state() == before) << uFail;
             }
         }
-        EXPECT_GT(uFail, 50u);
+        EXPECT_GT(uFail, 5u);
         spCanvas->GetHistory().Undo();
         EXPECT_TRUE(state() == before);
     }
