@@ -161,7 +161,7 @@ void Cairo(benchmark::State& state, int32_t nFrom, int32_t nTo, cairo_filter_t f
 } // namespace
 
 #define COMPARED(Function, name, ...)                                                                        \
-    BENCHMARK_CAPTURE(Function, name, __VA_ARGS__)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond)
+    BENCHMARK_CAPTURE(Function, name, __VA_ARGS__)->Arg(0)->Arg(1)->MeasureProcessCPUTime()->Unit(benchmark::kMillisecond)
 
 COMPARED(Ours, half, 4000, 2000, ERescaleMode::Bilinear);
 COMPARED(OpenCv, half, 4000, 2000, cv::INTER_AREA);

@@ -39,6 +39,12 @@ TRescaleAxis MakeAxis(int32_t nFrom, int32_t nTo, const Function& fnTaps) {
             axis.vWeight.push_back(bOwn ? tap.fWeight : 0);
         }
     axis.nTaps -= nSkip;
+    std::vector<double> vSums(vFirst.size() - 1);
+    for (size_t n = 0; n < axis.vWeight.size(); ++n) vSums[n % vSums.size()] += axis.vWeight[n];
+    for (size_t n = 0; n < axis.vWeight.size(); ++n) {
+        axis.vShare.push_back(static_cast<float>(axis.vWeight[n] / vSums[n % vSums.size()]));
+        axis.bNoneNegative = axis.bNoneNegative && axis.vWeight[n] >= 0;
+    }
     return axis;
 }
 

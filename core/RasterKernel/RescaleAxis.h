@@ -16,6 +16,8 @@ struct TRescaleAxis {
     size_t nTaps = 0;
     std::vector<int32_t> vIndex;
     std::vector<float> vWeight;
+    std::vector<float> vShare; ///< a weight divided by the sum of the pixel's weights
+    bool bNoneNegative = true; ///< of the weights
 
     TRescaleAxis(int32_t nFrom_, int32_t nTo_) : nFrom(nFrom_), nTo(nTo_) {}
     int32_t First(int32_t i) const { return vIndex[static_cast<size_t>(i)]; }

@@ -1,0 +1,395 @@
+// The vector form of resampling, one source for every instruction set that Highway knows here.
+//
+// A strip of as many columns as a vector holds is resampled from top to bottom. The samples of a source row
+// are sorted to the strip's columns for each tap, by shuffling the bytes of a window, and kept for all rows
+// of the strip that read them. Each lane sums in the order of the definition.
+//
+// Few results need these sums. Means of a source row, which serve all rows of the strip that read it, and
+// their means down give a guess whose error is bounded (TSlack). Only where a guess is so close to an
+// integer that the definition may truncate it to another does a row of the strip make the sums.
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "core/RasterKernel/VectorWeighKernels.cpp"
+#include <hwy/foreach_target.h>
+
+#include <hwy/aligned_allocator.h>
+#include <hwy/highway.h>
+
+#include "core/RasterKernel/RescalePlane.h"
+#include "core/RasterKernel/RescaleWindow-inl.h"
+
+#include <algorithm>
+#include <vector>
+
+HWY_BEFORE_NAMESPACE();
+namespace HWY_NAMESPACE {
+
+#if HWY_TARGET == HWY_SCALAR
+
+TRescaleKernel GetWeighKernel() { return PlainRescaleKernel(ERescaleKind::Area); }
+
+#else
+
+using DFloat = hn::CappedTag<float, 16>;
+constexpr DFloat dFloat;
+constexpr size_t LANES = hn::MaxLanes(dFloat);
+using V = hn::Vec<DFloat>;
+using D32 = hn::Rebind<int32_t, DFloat>;
+using D8 = hn::Rebind<uint8_t, DFloat>;
+constexpr D32 d32;
+constexpr D8 d8;
+
+// The part of a source row that a strip reads.
+struct TStripRow {
+    bool bSorted; ///< pSamples is valid
+    bool bSeen;   ///< no sample is transparent
+    bool bNone;   ///< all are
+    float*
+        pSamples;  ///< if bSorted: LANES samples for each tap and channel, the channels of a tap side by side
+    float* pMeans; ///< LANES means of each channel's visible samples, and then the part that is visible
+};
+
+constexpr size_t STRIPS = 128 / LANES; ///< side by side, so that rows are written in pieces of 128 pixels
+struct TSourceRow {
+    int32_t y;
+    TStripRow aStrips[STRIPS];
+};
+
+// The alpha of the taps of a row.
+struct TAlphaSeen {
+    V least, most;
+
+    HWY_INLINE TAlphaSeen() : least(hn::Set(dFloat, 255)), most(hn::Zero(dFloat)) {}
+    HWY_INLINE void Add(V v) { least = hn::Min(least, v), most = hn::Max(most, v); }
+    HWY_INLINE void Tell(TStripRow& row, bool bColors) const {
+        row.bSeen = !bColors || hn::AllTrue(dFloat, hn::Gt(least, hn::Zero(dFloat)));
+        row.bNone = hn::AllTrue(dFloat, hn::Eq(most, hn::Zero(dFloat)));
+    }
+};
+
+// Guesses are added to GUESS_BASE, so that the last 15 bits of the mantissa are the fraction, and the level
+// is above.
+constexpr float GUESS_BASE = 256;
+constexpr int GUESS_BITS = 15;
+constexpr float GUESS_UNIT = 1.0F / (1 << GUESS_BITS);
+constexpr int32_t GUARD_UNITS = 32; ///< the guard, by which guesses of flat areas are above an integer
+constexpr float LEAST_VISIBLE = 1.0F / 1024; ///< of a guess, far from RESCALE_LEAST_WEIGHT
+
+// The most by which a guess can differ from the definition's quotient and guard: half a unit of the last
+// place of 255 for each rounding, of which each term of a sum meets as many as there are terms. The
+// definition has two sums of all taps; `nMore` counts the roundings of the guess beside one in each direction
+// for each tap. This holds where no weight is negative.
+struct TSlack {
+    int32_t nUnits; ///< of GUESS_UNIT
+    float fBase;    ///< added to a guess, with the guard and the slack
+    bool bUseful;   ///< guesses of flat areas are sure
+
+    TSlack(const TRescaleAxes& axes, size_t nMore) {
+        const size_t nTaps = axes.across.nTaps + axes.down.nTaps + 2 * axes.across.nTaps * axes.down.nTaps;
+        constexpr float ROUNDING = 255 * 5.9604645e-08F * 1.01F / GUESS_UNIT;
+        nUnits = static_cast<int32_t>(static_cast<float>(nTaps + nMore) * ROUNDING + 0.5F) + 1;
+        fBase = GUESS_BASE + static_cast<float>(GUARD_UNITS + nUnits) * GUESS_UNIT;
+        bUseful = axes.across.bNoneNegative && axes.down.bNoneNegative && nUnits < GUARD_UNITS;
+    }
+};
+
+template <size_t CHANNELS>
+class CWeigher {
+public:
+    explicit CWeigher(const TRescaleJob& job)
+        : m_job(job), m_across(job.axes.across), m_down(job.axes.down), m_seenSlack(job.axes, 5),
+          m_mixedSlack(job.axes, m_across.nTaps + m_down.nTaps + 9), m_vRows(m_down.nTaps) {
+        const size_t nStripFloats = (m_across.nTaps * CHANNELS + PARTS) * LANES;
+        m_spFloats = hwy::AllocateAligned<float>(nStripFloats * STRIPS * m_down.nTaps);
+        float* p = m_spFloats.get();
+        for (TSourceRow& row : m_vRows)
+            for (TStripRow& strip : row.aStrips) {
+                strip.pMeans = p;
+                strip.pSamples = p + PARTS * LANES;
+                p += nStripFloats;
+            }
+    }
+
+    void Run() {
+        const CRect& rcTo = m_job.rcTo;
+        for (int32_t x = rcTo.left; x < rcTo.right; x += static_cast<int32_t>(STRIPS * LANES)) {
+            // The last strip may overlap the one before.
+            for (m_nStrips = 0; m_nStrips < STRIPS && x + Column(m_nStrips) < rcTo.right; ++m_nStrips) {
+                m_anX[m_nStrips] = std::min(x + Column(m_nStrips), rcTo.right - Column(1));
+                m_aWindows[m_nStrips].Set(m_across, m_anX[m_nStrips], m_job.rcFrom, true);
+            }
+            for (TSourceRow& row : m_vRows) row.y = -1;
+            for (int32_t y = rcTo.top; y < rcTo.bottom; ++y) Row(y);
+        }
+    }
+
+private:
+    static constexpr size_t ALPHA = CHANNELS - 1;
+    static constexpr size_t PARTS = CHANNELS == 1 ? 1 : CHANNELS + 1;
+    using DWord = hn::Rebind<uint32_t, DFloat>;
+    static constexpr DWord dWord{};
+
+    // A tap of the current destination row.
+    struct TTap {
+        float fWeight;
+        float fShare;
+        TSourceRow* pRow;
+    };
+
+    static constexpr int32_t Column(size_t nStrip) { return static_cast<int32_t>(nStrip * LANES); }
+
+    void Row(int32_t y) {
+        for (size_t v = 0; v < m_down.nTaps; ++v) {
+            const size_t i = v * static_cast<size_t>(m_down.nTo) + static_cast<size_t>(y);
+            const int32_t nRow = m_down.vIndex[i];
+            TSourceRow& row = m_vRows[static_cast<size_t>(nRow) % m_down.nTaps];
+            m_aTaps[v] = {m_down.vWeight[i], m_down.vShare[i], &row};
+            if (row.y != nRow) Load(row, nRow);
+        }
+        const ptrdiff_t nTo = (y - m_job.rcTo.top) * m_job.nToStride - m_job.rcTo.left;
+        for (size_t s = 0; s < m_nStrips; ++s) {
+            bool bSeen = true, bNone = true;
+            for (size_t v = 0; v < m_down.nTaps; ++v) {
+                const TStripRow& strip = m_aTaps[v].pRow->aStrips[s];
+                bSeen = bSeen && strip.bSeen, bNone = bNone && strip.bNone;
+            }
+            if (bNone)
+                for (size_t n = 0; n < CHANNELS; ++n)
+                    hn::StoreU(hn::Zero(d8), d8, m_job.apTo[n] + nTo + m_anX[s]);
+            else if (CHANNELS == 1 || bSeen)
+                Strip<true>(s, nTo + m_anX[s]);
+            else
+                Strip<CHANNELS == 1>(s, nTo + m_anX[s]);
+        }
+    }
+
+    void Load(TSourceRow& row, int32_t y) {
+        row.y = y;
+        for (size_t s = 0; s < m_nStrips; ++s) {
+            row.aStrips[s].bSorted = false;
+            if (m_seenSlack.bUseful)
+                MakeMeans(row, s);
+            else
+                Sort(row, s);
+        }
+    }
+
+    // Calls fnTap(t, samples) for each tap of a channel in a strip.
+    template <class Function>
+    HWY_INLINE void ForEachTap(int32_t y, size_t nChannel, size_t s, const Function& fnTap) const {
+        const CWindow<LANES>& window = m_aWindows[s];
+        const uint8_t* pRow = SourceRow(m_job, nChannel, y);
+        const auto floats = [](hn::Vec<D8> v)
+                                HWY_ATTR { return hn::ConvertTo(dFloat, hn::PromoteTo(d32, v)); };
+        if (window.IsNarrow()) {
+            const V samples = floats(hn::LoadU(d8, window.First(pRow)));
+            for (size_t t = 0; t < m_across.nTaps; ++t)
+                fnTap(t, hn::TableLookupLanes(samples, hn::SetTableIndices(dFloat, window.GetLanes(t))));
+        } else {
+            window.ForEachTap(d8, pRow, m_across.nTaps,
+                              [&](size_t t, hn::Vec<D8> v) HWY_ATTR { fnTap(t, floats(v)); });
+        }
+    }
+
+    void Sort(TSourceRow& source, size_t s) {
+        TStripRow& row = source.aStrips[s];
+        TAlphaSeen seen;
+        for (size_t n = 0; n < CHANNELS; ++n)
+            ForEachTap(source.y, n, s, [&](size_t t, V v) HWY_ATTR {
+                if (n == ALPHA) seen.Add(v);
+                hn::Store(v, dFloat, row.pSamples + (t * CHANNELS + n) * LANES);
+            });
+        seen.Tell(row, CHANNELS > 1);
+        row.bSorted = true;
+    }
+
+    void MakeMeans(TSourceRow& source, size_t s) {
+        TStripRow& row = source.aStrips[s];
+        alignas(64) float aafAlpha[MOST_TAPS][LANES];
+        TAlphaSeen seen;
+        V sum = hn::Zero(dFloat);
+        const auto share = [&](size_t t) HWY_ATTR {
+            return hn::LoadU(dFloat,
+                             m_across.vShare.data() + t * static_cast<size_t>(m_across.nTo) + m_anX[s]);
+        };
+        ForEachTap(source.y, ALPHA, s, [&](size_t t, V v) HWY_ATTR {
+            seen.Add(v);
+            sum = hn::MulAdd(share(t), v, sum);
+            hn::Store(v, dFloat, aafAlpha[t]);
+        });
+        seen.Tell(row, CHANNELS > 1);
+        hn::Store(sum, dFloat, row.pMeans + ALPHA * LANES);
+        if constexpr (CHANNELS > 1) {
+            if (row.bNone) {
+                for (size_t n = 0; n < PARTS; ++n)
+                    hn::Store(hn::Zero(dFloat), dFloat, row.pMeans + n * LANES);
+                return;
+            }
+            if (!row.bSeen && !m_mixedSlack.bUseful) return Sort(source, s);
+            const auto visible = [&](size_t t, V v) HWY_ATTR {
+                const auto alpha = hn::Load(dFloat, aafAlpha[t]);
+                return row.bSeen ? v : hn::IfThenElseZero(hn::Gt(alpha, hn::Zero(dFloat)), v);
+            };
+            for (size_t n = 0; n < ALPHA; ++n) {
+                sum = hn::Zero(dFloat);
+                ForEachTap(source.y, n, s,
+                           [&](size_t t, V v) HWY_ATTR { sum = hn::MulAdd(share(t), visible(t, v), sum); });
+                hn::Store(sum, dFloat, row.pMeans + n * LANES);
+            }
+            sum = hn::Set(dFloat, 1);
+            if (!row.bSeen) {
+                sum = hn::Zero(dFloat);
+                for (size_t t = 0; t < m_across.nTaps; ++t) sum = hn::Add(sum, visible(t, share(t)));
+            }
+            hn::Store(sum, dFloat, row.pMeans + CHANNELS * LANES);
+        }
+    }
+
+    template <bool SEEN>
+    HWY_INLINE void Strip(size_t s, ptrdiff_t nTo) {
+        const TSlack& slack = SEEN ? m_seenSlack : m_mixedSlack;
+        if (!slack.bUseful || !Guess<SEEN>(s, slack, nTo)) Weigh<SEEN>(s, nTo);
+    }
+
+    // False if one of the results could be another than the definition's.
+    template <bool SEEN>
+    HWY_INLINE bool Guess(size_t s, const TSlack& slack, ptrdiff_t nTo) {
+        constexpr size_t SUMS = SEEN ? CHANNELS : PARTS;
+        V av[SUMS];
+        for (size_t n = 0; n < SUMS; ++n)
+            av[n] = hn::Mul(hn::Set(dFloat, m_aTaps[0].fShare),
+                            hn::Load(dFloat, m_aTaps[0].pRow->aStrips[s].pMeans + n * LANES));
+        for (size_t v = 1; v < m_down.nTaps; ++v) {
+            const V share = hn::Set(dFloat, m_aTaps[v].fShare);
+            const float* pMeans = m_aTaps[v].pRow->aStrips[s].pMeans;
+            for (size_t n = 0; n < SUMS; ++n)
+                av[n] = hn::MulAdd(share, hn::Load(dFloat, pMeans + n * LANES), av[n]);
+        }
+        bool bSure = true;
+        if constexpr (!SEEN) {
+            const V visible = av[CHANNELS];
+            const auto some = hn::Gt(visible, hn::Zero(dFloat));
+            bSure = hn::AllFalse(dFloat, hn::And(some, hn::Lt(visible, hn::Set(dFloat, LEAST_VISIBLE))));
+            const V reciprocal = hn::IfThenElseZero(some, hn::Div(hn::Set(dFloat, 1), visible));
+            for (size_t n = 0; n < ALPHA; ++n) av[n] = hn::Mul(av[n], reciprocal);
+        }
+        // A fraction of less than twice the slack is unsure, because the slack is added.
+        const V base = hn::Set(dFloat, slack.fBase);
+        const auto fraction = hn::Set(dWord, (1 << GUESS_BITS) - 1);
+        hn::Vec<DWord> au[CHANNELS];
+        auto least = fraction;
+        for (size_t n = 0; n < CHANNELS; ++n) {
+            au[n] = hn::BitCast(dWord, hn::Add(av[n], base));
+            least = hn::Min(least, hn::And(au[n], fraction));
+        }
+        const auto unsure = hn::Set(d32, 2 * slack.nUnits);
+        if (!bSure || !hn::AllFalse(d32, hn::Lt(hn::BitCast(d32, least), unsure))) return false;
+        Store<GUESS_BITS>(au, nTo);
+        return true;
+    }
+
+    template <bool SEEN>
+    HWY_NOINLINE void Weigh(size_t s, ptrdiff_t nTo) {
+        V av[CHANNELS];
+        for (V& v : av) v = hn::Zero(dFloat);
+        V weights = hn::Zero(dFloat), visible = weights;
+        for (size_t v = 0; v < m_down.nTaps; ++v) {
+            const TTap& tap = m_aTaps[v];
+            if (!tap.pRow->aStrips[s].bSorted) Sort(*tap.pRow, s);
+            const float* p = tap.pRow->aStrips[s].pSamples;
+            const float* pWeight = m_across.vWeight.data() + m_anX[s];
+            const V wy = hn::Set(dFloat, tap.fWeight);
+            for (size_t u = 0; u < m_across.nTaps; ++u, p += CHANNELS * LANES, pWeight += m_across.nTo) {
+                V w = hn::Mul(wy, hn::LoadU(dFloat, pWeight));
+                const V alpha = hn::Load(dFloat, p + ALPHA * LANES);
+                av[ALPHA] = hn::Add(av[ALPHA], hn::Mul(w, alpha));
+                weights = hn::Add(weights, w);
+                if constexpr (!SEEN) {
+                    w = hn::IfThenElseZero(hn::Ne(alpha, hn::Zero(dFloat)), w);
+                    visible = hn::Add(visible, w);
+                }
+                for (size_t n = 0; n < ALPHA; ++n)
+                    av[n] = hn::Add(av[n], hn::Mul(w, hn::Load(dFloat, p + n * LANES)));
+            }
+        }
+        hn::Vec<DWord> au[CHANNELS];
+        au[ALPHA] = Quotient(av[ALPHA], weights);
+        for (size_t n = 0; n < ALPHA; ++n) au[n] = Quotient(av[n], SEEN ? weights : visible);
+        Store<0>(au, nTo);
+    }
+
+    static HWY_INLINE hn::Vec<DWord> Quotient(V sum, V weights) {
+        const auto quotient = hn::Add(hn::Div(sum, weights), hn::Set(dFloat, RESCALE_GUARD));
+        const auto limited = hn::Min(hn::Max(quotient, hn::Zero(dFloat)), hn::Set(dFloat, 255.0F));
+        const auto some = hn::Ge(weights, hn::Set(dFloat, RESCALE_LEAST_WEIGHT));
+        return hn::BitCast(dWord, hn::ConvertTo(d32, hn::IfThenElseZero(some, limited)));
+    }
+
+    // Stores the levels that are above BITS bits; more bits may be above them. The channels of a pixel become
+    // the bytes of one integer, which are then sorted by channels.
+    template <int BITS>
+    HWY_INLINE void Store(const hn::Vec<DWord>* au, ptrdiff_t nTo) {
+        constexpr hn::Repartition<uint8_t, DWord> dBytes;
+        constexpr hn::Repartition<uint16_t, DWord> dPairs;
+        const auto byteAt = [&](size_t n) HWY_ATTR {
+            const int nShift = static_cast<int>(n) * 8 - BITS;
+            return hn::BitCast(dBytes, nShift > 0 ? hn::ShiftLeftSame(au[n], nShift)
+                                                  : hn::ShiftRightSame(au[n], -nShift));
+        };
+        auto pixels = byteAt(0);
+        if constexpr (CHANNELS > 1) pixels = hn::OddEven(byteAt(1), pixels);
+        if constexpr (CHANNELS > 2)
+            pixels = hn::BitCast(dBytes, hn::OddEven(hn::BitCast(dPairs, hn::OddEven(byteAt(3), byteAt(2))),
+                                                     hn::BitCast(dPairs, pixels)));
+        alignas(16) static constexpr uint8_t SORTED[16] = {0, 4, 8,  12, 1, 5, 9,  13,
+                                                           2, 6, 10, 14, 3, 7, 11, 15};
+        pixels = hn::TableLookupBytes(pixels, hn::LoadDup128(dBytes, SORTED));
+        if constexpr (LANES > 4) {
+            alignas(64) int32_t anBlocks[LANES];
+            for (size_t i = 0; i < LANES; ++i)
+                anBlocks[i] = static_cast<int32_t>(i % (LANES / 4) * 4 + i / (LANES / 4));
+            pixels = hn::BitCast(dBytes, hn::TableLookupLanes(hn::BitCast(dWord, pixels),
+                                                              hn::SetTableIndices(dWord, anBlocks)));
+        }
+        alignas(64) uint8_t auBytes[4 * LANES];
+        hn::Store(pixels, dBytes, auBytes);
+        for (size_t n = 0; n < CHANNELS; ++n)
+            hn::StoreU(hn::Load(d8, auBytes + n * LANES), d8, m_job.apTo[n] + nTo);
+    }
+
+    const TRescaleJob& m_job;
+    const TRescaleAxis& m_across;
+    const TRescaleAxis& m_down;
+    const TSlack m_seenSlack;        ///< of rows without transparent samples
+    const TSlack m_mixedSlack;       ///< of others
+    std::vector<TSourceRow> m_vRows; ///< that of y is at y modulo their count
+    TTap m_aTaps[MOST_TAPS];
+    size_t m_nStrips = 0;
+    int32_t m_anX[STRIPS]; ///< the first columns of the strips
+    CWindow<LANES> m_aWindows[STRIPS];
+    hwy::AlignedFreeUniquePtr<float[]> m_spFloats;
+};
+
+template <size_t CHANNELS>
+void WeighWith(const TRescaleJob& job) {
+    CWeigher<CHANNELS>(job).Run();
+}
+
+void Weigh(const TRescaleJob& job) {
+    if (job.rcTo.Width() < static_cast<int32_t>(LANES) ||
+        std::max(job.axes.across.nTaps, job.axes.down.nTaps) > MOST_TAPS)
+        return PlainRescaleKernel(ERescaleKind::Area)(job);
+    (job.nChannels == 1 ? WeighWith<1> : job.nChannels == 2 ? WeighWith<2> : WeighWith<4>)(job);
+}
+
+TRescaleKernel GetWeighKernel() { return Weigh; }
+
+#endif
+
+} // namespace HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+HWY_EXPORT(GetWeighKernel);
+
+TRescaleKernel VectorWeighKernel() { return HWY_DYNAMIC_DISPATCH(GetWeighKernel)(); }
+#endif
