@@ -25,12 +25,60 @@ constexpr int32_t TABLE = 16;     ///< bytes that one shuffle reads
 constexpr size_t MOST_TABLES = 4; ///< that are shuffled for a window
 constexpr size_t MOST_TAPS = 20;  ///< in each direction
 
-// Sorts the samples of a source row to the columns of a strip of `LANES`.
+// The window of a source row in 16-byte tables.
+template <size_t TABLES>
+class CShuffledRow {
+public:
+    HWY_INLINE explicit CShuffledRow(const uint8_t* p) {
+        for (size_t k = 0; k < TABLES; ++k) m_av[k] = hn::LoadU(dByte, p + k * TABLE);
+    }
+    // The samples of a tap.
+    template <class D8>
+    HWY_INLINE hn::Vec<D8> Get(D8 d8, const uint8_t (*pShuffles)[TABLE], const int32_t*) const {
+        auto v = hn::TableLookupBytesOr0(m_av[0], hn::Load(d8, pShuffles[0]));
+        for (size_t k = 1; k < TABLES; ++k)
+            v = hn::Or(v, hn::TableLookupBytesOr0(m_av[k], hn::Load(d8, pShuffles[k])));
+        return v;
+    }
+    // True if no byte is 0; if all are.
+    HWY_INLINE bool IsSeen() const {
+        auto least = m_av[0];
+        for (size_t k = 1; k < TABLES; ++k) least = hn::Min(least, m_av[k]);
+        return hn::AllTrue(dByte, hn::Ne(least, hn::Zero(dByte)));
+    }
+    HWY_INLINE bool IsNone() const {
+        auto any = m_av[0];
+        for (size_t k = 1; k < TABLES; ++k) any = hn::Or(any, m_av[k]);
+        return hn::AllTrue(dByte, hn::Eq(any, hn::Zero(dByte)));
+    }
+
+private:
+    hn::Vec<DByte> m_av[TABLES];
+};
+
+// A window that is too wide for shuffles, of which nothing is known.
+class CGatheredRow {
+public:
+    HWY_INLINE explicit CGatheredRow(const uint8_t* p) : m_p(p) {}
+    template <class D8>
+    HWY_INLINE hn::Vec<D8> Get(D8 d8, const uint8_t (*)[TABLE], const int32_t* pIndex) const {
+        alignas(16) uint8_t au[TABLE];
+        for (size_t i = 0; i < hn::MaxLanes(d8); ++i) au[i] = m_p[pIndex[i]];
+        return hn::Load(d8, au);
+    }
+    HWY_INLINE bool IsSeen() const { return false; }
+    HWY_INLINE bool IsNone() const { return false; }
+
+private:
+    const uint8_t* m_p;
+};
+
+// The samples of source rows that a strip of `LANES` columns reads, and their order for each tap.
 template <size_t LANES>
 class CWindow {
 public:
-    // The columns from x on. If `bLanes` and the samples are not more than the columns, IsNarrow tells to
-    // sort lanes.
+    // The columns from x on. If the samples are not more than the columns and `bLanes`, the window is narrow:
+    // its indices are lanes of a vector that is loaded at GetOffset().
     void Set(const TRescaleAxis& across, int32_t x, const CRect& rcFrom, bool bLanes) {
         const auto nFirst = across.First(x);
         const int32_t nSpan = across.Last(x + static_cast<int32_t>(LANES) - 1) + 1 - nFirst;
@@ -38,8 +86,8 @@ public:
         m_bNarrow = bLanes && nSpan <= COLUMNS && COLUMNS <= rcFrom.Width();
         m_nTables = static_cast<size_t>((nSpan + TABLE - 1) / TABLE);
         const int32_t nRead = m_bNarrow ? COLUMNS : static_cast<int32_t>(m_nTables) * TABLE;
-        m_bShuffles = m_nTables <= MOST_TABLES && nRead <= rcFrom.Width();
-        const int32_t nStart = m_bShuffles ? std::min(nFirst, rcFrom.right - nRead) : nFirst;
+        if (m_nTables > MOST_TABLES || nRead > rcFrom.Width()) m_nTables = 0;
+        const int32_t nStart = m_bNarrow || m_nTables > 0 ? std::min(nFirst, rcFrom.right - nRead) : nFirst;
         m_nOffset = nStart - rcFrom.left;
         for (size_t t = 0; t < across.nTaps; ++t)
             for (size_t i = 0; i < LANES; ++i) {
@@ -47,64 +95,41 @@ public:
                 const int32_t n = across.vIndex[iTap] - nStart;
                 m_anIndex[t][i] = n;
                 // Shuffles give 0 for an index that is not in their table.
-                for (size_t k = 0; m_bShuffles && !m_bNarrow && k < m_nTables; ++k)
-                    m_auShuffle[t][k][i] = n / TABLE == static_cast<int32_t>(k)
-                                               ? static_cast<uint8_t>(n % TABLE)
-                                               : uint8_t{0x80};
+                for (size_t k = 0; !m_bNarrow && k < m_nTables; ++k)
+                    m_auShuffles[t][k][i] = n / TABLE == static_cast<int32_t>(k)
+                                                ? static_cast<uint8_t>(n % TABLE)
+                                                : uint8_t{0x80};
             }
     }
 
     bool IsNarrow() const { return m_bNarrow; }
-    // The first sample of a row that a narrow window reads, and the lanes of a tap.
-    const uint8_t* First(const uint8_t* pRow) const { return pRow + m_nOffset; }
-    const int32_t* GetLanes(size_t t) const { return m_anIndex[t]; }
+    ptrdiff_t GetOffset() const { return m_nOffset; }
+    const int32_t* GetIndices(size_t t) const { return m_anIndex[t]; }
+    const uint8_t (*GetShuffles(size_t t) const)[TABLE] { return m_auShuffles[t]; }
 
-    // Calls fnTap(t, samples) for each tap, unless the window is narrow.
-    template <class D8, class Function>
-    HWY_INLINE void ForEachTap(D8 d8, const uint8_t* pRow, size_t nTaps, const Function& fnTap) const {
-        pRow += m_nOffset;
-        if (!m_bShuffles)
-            Gather(d8, pRow, nTaps, fnTap);
-        else if (m_nTables == 1)
-            Shuffle<1>(d8, pRow, nTaps, fnTap);
-        else if (m_nTables == 2)
-            Shuffle<2>(d8, pRow, nTaps, fnTap);
-        else if (m_nTables == 3)
-            Shuffle<3>(d8, pRow, nTaps, fnTap);
-        else
-            Shuffle<4>(d8, pRow, nTaps, fnTap);
+    // Calls fnRow<Row>(), Row being the class for rows of the window if it is not narrow.
+    template <class Function>
+    HWY_INLINE void WithRow(const Function& fnRow) const {
+        switch (m_nTables) {
+        case 1:
+            return fnRow.template operator()<CShuffledRow<1>>();
+        case 2:
+            return fnRow.template operator()<CShuffledRow<2>>();
+        case 3:
+            return fnRow.template operator()<CShuffledRow<3>>();
+        case 4:
+            return fnRow.template operator()<CShuffledRow<4>>();
+        default:
+            return fnRow.template operator()<CGatheredRow>();
+        }
     }
 
 private:
-    template <class D8, class Function>
-    HWY_INLINE void Gather(D8 d8, const uint8_t* pRow, size_t nTaps, const Function& fnTap) const {
-        alignas(16) uint8_t au[TABLE] = {};
-        for (size_t t = 0; t < nTaps; ++t) {
-            for (size_t i = 0; i < LANES; ++i) au[i] = pRow[m_anIndex[t][i]];
-            fnTap(t, hn::Load(d8, au));
-        }
-    }
-
-    template <size_t TABLES, class D8, class Function>
-    HWY_INLINE void Shuffle(D8 d8, const uint8_t* pRow, size_t nTaps, const Function& fnTap) const {
-        hn::Vec<DByte> av[MOST_TABLES] = {hn::LoadU(dByte, pRow),
-                                          hn::LoadU(dByte, pRow + (TABLES - 1) * TABLE), hn::Zero(dByte),
-                                          hn::Zero(dByte)};
-        for (size_t k = 1; k < TABLES; ++k) av[k] = hn::LoadU(dByte, pRow + k * TABLE);
-        for (size_t t = 0; t < nTaps; ++t) {
-            auto v = hn::TableLookupBytesOr0(av[0], hn::Load(d8, m_auShuffle[t][0]));
-            for (size_t k = 1; k < TABLES; ++k)
-                v = hn::Or(v, hn::TableLookupBytesOr0(av[k], hn::Load(d8, m_auShuffle[t][k])));
-            fnTap(t, v);
-        }
-    }
-
-    size_t m_nTables = 0;
-    bool m_bShuffles = false;
+    size_t m_nTables = 0; ///< 0 without shuffles
     bool m_bNarrow = false;
-    ptrdiff_t m_nOffset = 0; // of the window in the rows
+    ptrdiff_t m_nOffset = 0; ///< of the window in the rows
     alignas(64) int32_t m_anIndex[MOST_TAPS][LANES];
-    alignas(16) uint8_t m_auShuffle[MOST_TAPS][MOST_TABLES][TABLE];
+    alignas(16) uint8_t m_auShuffles[MOST_TAPS][MOST_TABLES][TABLE];
 };
 
 HWY_INLINE const uint8_t* SourceRow(const TRescaleJob& job, size_t nChannel, int32_t y) {

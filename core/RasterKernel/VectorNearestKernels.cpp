@@ -16,25 +16,29 @@ TRescaleKernel GetNearestKernel() { return PlainRescaleKernel(ERescaleKind::Near
 
 #else
 
+template <class Row>
+HWY_INLINE void NearestStrip(const TRescaleJob& job, const CWindow<TABLE>& window, int32_t x) {
+    const auto sorted = [&](size_t n, int32_t y) HWY_ATTR {
+        return Row(SourceRow(job, n, job.axes.down.First(y)) + window.GetOffset())
+            .Get(dByte, window.GetShuffles(0), window.GetIndices(0));
+    };
+    const size_t nColors = job.nChannels - 1;
+    ptrdiff_t nTo = x - job.rcTo.left;
+    for (int32_t y = job.rcTo.top; y < job.rcTo.bottom; ++y, nTo += job.nToStride) {
+        const auto alpha = sorted(nColors, y);
+        const auto seen = hn::VecFromMask(dByte, hn::Ne(alpha, hn::Zero(dByte)));
+        for (size_t n = 0; n < nColors; ++n)
+            hn::StoreU(hn::And(sorted(n, y), seen), dByte, job.apTo[n] + nTo);
+        hn::StoreU(alpha, dByte, job.apTo[nColors] + nTo);
+    }
+}
+
 void Nearest(const TRescaleJob& job) {
     if (job.rcTo.Width() < TABLE) return PlainRescaleKernel(ERescaleKind::Nearest)(job);
     CWindow<TABLE> window;
-    const size_t nLast = job.nChannels - 1;
     ForEachStrip<TABLE>(job, [&](int32_t x) HWY_ATTR {
         window.Set(job.axes.across, x, job.rcFrom, false);
-        ptrdiff_t nTo = x - job.rcTo.left;
-        for (int32_t y = job.rcTo.top; y < job.rcTo.bottom; ++y, nTo += job.nToStride) {
-            auto seen = hn::Zero(dByte);
-            for (size_t n = job.nChannels; n-- > 0;)
-                window.ForEachTap(dByte, SourceRow(job, n, job.axes.down.First(y)), 1,
-                                  [&](size_t, hn::Vec<DByte> v) HWY_ATTR {
-                                      if (n == nLast)
-                                          seen = hn::VecFromMask(dByte, hn::Ne(v, hn::Zero(dByte)));
-                                      else
-                                          v = hn::And(v, seen);
-                                      hn::StoreU(v, dByte, job.apTo[n] + nTo);
-                                  });
-        }
+        window.WithRow([&]<class Row>() HWY_ATTR { NearestStrip<Row>(job, window, x); });
     });
 }
 

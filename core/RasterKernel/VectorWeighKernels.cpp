@@ -54,16 +54,38 @@ struct TSourceRow {
     TStripRow aStrips[STRIPS];
 };
 
-// The alpha of the taps of a row.
-struct TAlphaSeen {
-    V least, most;
-
-    HWY_INLINE TAlphaSeen() : least(hn::Set(dFloat, 255)), most(hn::Zero(dFloat)) {}
-    HWY_INLINE void Add(V v) { least = hn::Min(least, v), most = hn::Max(most, v); }
-    HWY_INLINE void Tell(TStripRow& row, bool bColors) const {
-        row.bSeen = !bColors || hn::AllTrue(dFloat, hn::Gt(least, hn::Zero(dFloat)));
-        row.bNone = hn::AllTrue(dFloat, hn::Eq(most, hn::Zero(dFloat)));
+// The rows of a window, as floats.
+template <class Row>
+class CFloatRow {
+public:
+    HWY_INLINE CFloatRow(const uint8_t* pRow, const CWindow<LANES>& window)
+        : m_row(pRow + window.GetOffset()) {}
+    HWY_INLINE V Get(const CWindow<LANES>& window, size_t t) const {
+        const auto v = m_row.Get(d8, window.GetShuffles(t), window.GetIndices(t));
+        return hn::ConvertTo(dFloat, hn::PromoteTo(d32, v));
     }
+    HWY_INLINE bool IsSeen() const { return m_row.IsSeen(); }
+    HWY_INLINE bool IsNone() const { return m_row.IsNone(); }
+
+private:
+    Row m_row;
+};
+
+// The same of a narrow window.
+struct TNarrow {};
+template <>
+class CFloatRow<TNarrow> {
+public:
+    HWY_INLINE CFloatRow(const uint8_t* pRow, const CWindow<LANES>& window)
+        : m_v(hn::ConvertTo(dFloat, hn::PromoteTo(d32, hn::LoadU(d8, pRow + window.GetOffset())))) {}
+    HWY_INLINE V Get(const CWindow<LANES>& window, size_t t) const {
+        return hn::TableLookupLanes(m_v, hn::SetTableIndices(dFloat, window.GetIndices(t)));
+    }
+    HWY_INLINE bool IsSeen() const { return hn::AllTrue(dFloat, hn::Ne(m_v, hn::Zero(dFloat))); }
+    HWY_INLINE bool IsNone() const { return hn::AllTrue(dFloat, hn::Eq(m_v, hn::Zero(dFloat))); }
+
+private:
+    V m_v;
 };
 
 // Guesses are added to GUESS_BASE, so that the last 15 bits of the mantissa are the fraction, and the level
@@ -116,6 +138,10 @@ public:
             for (m_nStrips = 0; m_nStrips < STRIPS && x + Column(m_nStrips) < rcTo.right; ++m_nStrips) {
                 m_anX[m_nStrips] = std::min(x + Column(m_nStrips), rcTo.right - Column(1));
                 m_aWindows[m_nStrips].Set(m_across, m_anX[m_nStrips], m_job.rcFrom, true);
+                for (size_t t = 0; t < m_across.nTaps; ++t)
+                    std::copy_n(m_across.vShare.data() + t * static_cast<size_t>(m_across.nTo) +
+                                    m_anX[m_nStrips],
+                                LANES, m_aafShares[m_nStrips][t]);
             }
             for (TSourceRow& row : m_vRows) row.y = -1;
             for (int32_t y = rcTo.top; y < rcTo.bottom; ++y) Row(y);
@@ -165,82 +191,74 @@ private:
     void Load(TSourceRow& row, int32_t y) {
         row.y = y;
         for (size_t s = 0; s < m_nStrips; ++s) {
-            row.aStrips[s].bSorted = false;
-            if (m_seenSlack.bUseful)
-                MakeMeans(row, s);
+            const auto load = [&]<class Row>() HWY_ATTR { LoadStrip<Row>(row, s); };
+            if (m_aWindows[s].IsNarrow())
+                load.template operator()<TNarrow>();
             else
-                Sort(row, s);
+                m_aWindows[s].WithRow(load);
         }
     }
 
-    // Calls fnTap(t, samples) for each tap of a channel in a strip.
-    template <class Function>
-    HWY_INLINE void ForEachTap(int32_t y, size_t nChannel, size_t s, const Function& fnTap) const {
+    template <class Row>
+    HWY_INLINE void LoadStrip(TSourceRow& source, size_t s) {
+        TStripRow& row = source.aStrips[s];
+        const CFloatRow<Row> alpha(SourceRow(m_job, ALPHA, source.y), m_aWindows[s]);
+        row.bSorted = false;
+        row.bNone = alpha.IsNone();
+        row.bSeen = CHANNELS == 1 || alpha.IsSeen();
+        if (row.bSeen ? m_seenSlack.bUseful : m_mixedSlack.bUseful)
+            row.bSeen ? MakeMeans<true>(alpha, source, s) : MakeMeans<false>(alpha, source, s);
+    }
+
+    // Makes the taps of all samples of a strip.
+    HWY_NOINLINE void Sort(TSourceRow& source, size_t s) {
         const CWindow<LANES>& window = m_aWindows[s];
-        const uint8_t* pRow = SourceRow(m_job, nChannel, y);
-        const auto floats = [](hn::Vec<D8> v)
-                                HWY_ATTR { return hn::ConvertTo(dFloat, hn::PromoteTo(d32, v)); };
-        if (window.IsNarrow()) {
-            const V samples = floats(hn::LoadU(d8, window.First(pRow)));
-            for (size_t t = 0; t < m_across.nTaps; ++t)
-                fnTap(t, hn::TableLookupLanes(samples, hn::SetTableIndices(dFloat, window.GetLanes(t))));
-        } else {
-            window.ForEachTap(d8, pRow, m_across.nTaps,
-                              [&](size_t t, hn::Vec<D8> v) HWY_ATTR { fnTap(t, floats(v)); });
-        }
-    }
-
-    void Sort(TSourceRow& source, size_t s) {
-        TStripRow& row = source.aStrips[s];
-        TAlphaSeen seen;
-        for (size_t n = 0; n < CHANNELS; ++n)
-            ForEachTap(source.y, n, s, [&](size_t t, V v) HWY_ATTR {
-                if (n == ALPHA) seen.Add(v);
-                hn::Store(v, dFloat, row.pSamples + (t * CHANNELS + n) * LANES);
-            });
-        seen.Tell(row, CHANNELS > 1);
-        row.bSorted = true;
-    }
-
-    void MakeMeans(TSourceRow& source, size_t s) {
-        TStripRow& row = source.aStrips[s];
-        alignas(64) float aafAlpha[MOST_TAPS][LANES];
-        TAlphaSeen seen;
-        V sum = hn::Zero(dFloat);
-        const auto share = [&](size_t t) HWY_ATTR {
-            return hn::LoadU(dFloat,
-                             m_across.vShare.data() + t * static_cast<size_t>(m_across.nTo) + m_anX[s]);
+        const auto sort = [&]<class Row>() HWY_ATTR {
+            for (size_t n = 0; n < CHANNELS; ++n) {
+                const CFloatRow<Row> row(SourceRow(m_job, n, source.y), window);
+                for (size_t t = 0; t < m_across.nTaps; ++t)
+                    hn::Store(row.Get(window, t), dFloat,
+                              source.aStrips[s].pSamples + (t * CHANNELS + n) * LANES);
+            }
         };
-        ForEachTap(source.y, ALPHA, s, [&](size_t t, V v) HWY_ATTR {
-            seen.Add(v);
-            sum = hn::MulAdd(share(t), v, sum);
-            hn::Store(v, dFloat, aafAlpha[t]);
-        });
-        seen.Tell(row, CHANNELS > 1);
-        hn::Store(sum, dFloat, row.pMeans + ALPHA * LANES);
+        if (window.IsNarrow())
+            sort.template operator()<TNarrow>();
+        else
+            window.WithRow(sort);
+        source.aStrips[s].bSorted = true;
+    }
+
+    template <bool SEEN, class Row>
+    HWY_INLINE void MakeMeans(const CFloatRow<Row>& alpha, const TSourceRow& source, size_t s) {
+        const CWindow<LANES>& window = m_aWindows[s];
+        const auto color = [&](size_t n) HWY_ATTR {
+            return CFloatRow<Row>(SourceRow(m_job, std::min(n, ALPHA), source.y), window);
+        };
+        const CFloatRow<Row> c0 = color(0), c1 = color(1), c2 = color(2);
+        V s0 = hn::Zero(dFloat), s1 = s0, s2 = s0, mean = s0, visible = s0;
+        for (size_t t = 0; t < m_across.nTaps; ++t) {
+            V share = hn::Load(dFloat, m_aafShares[s][t]);
+            const V a = alpha.Get(window, t);
+            mean = hn::MulAdd(share, a, mean);
+            if constexpr (!SEEN) {
+                share = hn::IfThenElseZero(hn::Ne(a, hn::Zero(dFloat)), share);
+                visible = hn::Add(visible, share);
+            }
+            if constexpr (CHANNELS > 1) s0 = hn::MulAdd(share, c0.Get(window, t), s0);
+            if constexpr (CHANNELS > 2) {
+                s1 = hn::MulAdd(share, c1.Get(window, t), s1);
+                s2 = hn::MulAdd(share, c2.Get(window, t), s2);
+            }
+        }
+        float* p = source.aStrips[s].pMeans;
+        hn::Store(mean, dFloat, p + ALPHA * LANES);
         if constexpr (CHANNELS > 1) {
-            if (row.bNone) {
-                for (size_t n = 0; n < PARTS; ++n)
-                    hn::Store(hn::Zero(dFloat), dFloat, row.pMeans + n * LANES);
-                return;
-            }
-            if (!row.bSeen && !m_mixedSlack.bUseful) return Sort(source, s);
-            const auto visible = [&](size_t t, V v) HWY_ATTR {
-                const auto alpha = hn::Load(dFloat, aafAlpha[t]);
-                return row.bSeen ? v : hn::IfThenElseZero(hn::Gt(alpha, hn::Zero(dFloat)), v);
-            };
-            for (size_t n = 0; n < ALPHA; ++n) {
-                sum = hn::Zero(dFloat);
-                ForEachTap(source.y, n, s,
-                           [&](size_t t, V v) HWY_ATTR { sum = hn::MulAdd(share(t), visible(t, v), sum); });
-                hn::Store(sum, dFloat, row.pMeans + n * LANES);
-            }
-            sum = hn::Set(dFloat, 1);
-            if (!row.bSeen) {
-                sum = hn::Zero(dFloat);
-                for (size_t t = 0; t < m_across.nTaps; ++t) sum = hn::Add(sum, visible(t, share(t)));
-            }
-            hn::Store(sum, dFloat, row.pMeans + CHANNELS * LANES);
+            hn::Store(s0, dFloat, p);
+            hn::Store(SEEN ? hn::Set(dFloat, 1) : visible, dFloat, p + CHANNELS * LANES);
+        }
+        if constexpr (CHANNELS > 2) {
+            hn::Store(s1, dFloat, p + LANES);
+            hn::Store(s2, dFloat, p + 2 * LANES);
         }
     }
 
@@ -366,6 +384,7 @@ private:
     size_t m_nStrips = 0;
     int32_t m_anX[STRIPS]; ///< the first columns of the strips
     CWindow<LANES> m_aWindows[STRIPS];
+    alignas(64) float m_aafShares[STRIPS][MOST_TAPS][LANES]; ///< of the taps across
     hwy::AlignedFreeUniquePtr<float[]> m_spFloats;
 };
 
