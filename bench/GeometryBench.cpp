@@ -1,6 +1,7 @@
 // Changes of the canvas's size: time, and the memory that they take beside what stood.
 #include "bench/PeakMemory.h"
 #include "core/CanvasBuffer/CanvasHistory.h"
+#include "core/ImageDialogs/FrameView.h"
 #include "core/ImageOperation/RescaleCanvas.h"
 #include "core/LayerBuffer/RasterLayerBuffer.h"
 
@@ -57,6 +58,13 @@ void ShiftLargest(benchmark::State& state) {
 BENCHMARK_CAPTURE(RescaleMemory, 55 percent, CSize{2200, 1650})->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(RescaleMemory, 150 percent, CSize{6000, 4500})->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(RescaleMemory, 1 percent, CSize{40, 30})->Unit(benchmark::kMillisecond);
+/// The picture of the dialog of margins, of which nothing was composed before.
+void SmallPictureOfLargest(benchmark::State& state) {
+    const auto spCanvas = MakeLayers({MAX_CANVAS_SIDE, MAX_CANVAS_SIDE}, static_cast<int>(state.range(0)));
+    for (auto _ : state) benchmark::DoNotOptimize(MakeSmallPicture(*spCanvas, NoProgress()));
+}
+
+BENCHMARK(SmallPictureOfLargest)->Arg(1)->Arg(3)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(ShiftLargest)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 } // namespace

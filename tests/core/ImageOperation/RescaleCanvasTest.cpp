@@ -27,18 +27,20 @@ CRasterLayerBuffer& FirstLayer(CCanvasBuffer& canvas) {
 
 TEST(RescaleCanvas, TilesAndTheSelectionAreTheWholePlanesBytes) {
     for (const bool bColor : {true, false})
-        for (const auto& [szTo, mode] : {std::pair(CSize{330, 411}, ERescaleMode::Bicubic),
-                                         {{150, 100}, ERescaleMode::Bilinear},
-                                         {{210, 140}, ERescaleMode::Bicubic},
-                                         {{3, 700}, ERescaleMode::Nearest}}) {
-            const auto spCanvas = CreateCanvas({300, 200}, bColor);
+        for (const auto& [szFrom, szTo, mode] :
+             {std::tuple(CSize{300, 200}, CSize{330, 411}, ERescaleMode::Bicubic),
+              {{300, 200}, {150, 100}, ERescaleMode::Bilinear},
+              {{300, 200}, {210, 140}, ERescaleMode::Bicubic},
+              {{2500, 1600}, {50, 40}, ERescaleMode::Bicubic}, // a tile's source is taken in parts
+              {{300, 200}, {3, 700}, ERescaleMode::Nearest}}) {
+            const auto spCanvas = CreateCanvas(szFrom, bColor);
             std::mt19937 random(3);
             for (int n = 0; n < 2; ++n)
                 spCanvas->GetRoot().AddLayer(MakeRandomLayer(spCanvas, random), -1, false);
             CRasterLayerBuffer& layer = FirstLayer(*spCanvas);
             layer.SetOpacity(99);
             const auto vWanted = Rescaled(*layer.GetRaster(), szTo, mode);
-            const auto spSelect = boost::make_shared<CSelectBuffer>(CSize{300, 200});
+            const auto spSelect = boost::make_shared<CSelectBuffer>(szFrom);
             spSelect->SelectAll();
             for (int32_t x = 0; x < 90; ++x)
                 *spSelect->GetMask().GetWritableBlock({x, 5})->GetPixelPtr({x, 5}) =
