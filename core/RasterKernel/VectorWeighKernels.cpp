@@ -51,6 +51,7 @@ struct TStripRow {
 constexpr size_t STRIPS = 128 / LANES; ///< side by side, so that rows are written in pieces of 128 pixels
 struct TSourceRow {
     int32_t y;
+    bool bSeen; ///< in all strips
     TStripRow aStrips[STRIPS];
 };
 
@@ -101,14 +102,16 @@ constexpr float LEAST_VISIBLE = 1.0F / 1024; ///< of a guess, far from RESCALE_L
 // definition has two sums of all taps; `nMore` counts the roundings of the guess beside one in each direction
 // for each tap. This holds where no weight is negative.
 struct TSlack {
-    int32_t nUnits; ///< of GUESS_UNIT
-    float fBase;    ///< added to a guess, with the guard and the slack
-    bool bUseful;   ///< guesses of flat areas are sure
+    int32_t nUnits;  ///< of GUESS_UNIT
+    int32_t nUnsure; ///< fractions below are unsure: twice the slack, because it was added
+    float fBase;     ///< added to a guess, with the guard and the slack
+    bool bUseful;    ///< guesses of flat areas are sure
 
     TSlack(const TRescaleAxes& axes, size_t nMore) {
         const size_t nTaps = axes.across.nTaps + axes.down.nTaps + 2 * axes.across.nTaps * axes.down.nTaps;
         constexpr float ROUNDING = 255 * 5.9604645e-08F * 1.01F / GUESS_UNIT;
         nUnits = static_cast<int32_t>(static_cast<float>(nTaps + nMore) * ROUNDING + 0.5F) + 1;
+        nUnsure = 2 * nUnits;
         fBase = GUESS_BASE + static_cast<float>(GUARD_UNITS + nUnits) * GUESS_UNIT;
         bUseful = axes.across.bNoneNegative && axes.down.bNoneNegative && nUnits < GUARD_UNITS;
     }
@@ -163,51 +166,65 @@ private:
 
     static constexpr int32_t Column(size_t nStrip) { return static_cast<int32_t>(nStrip * LANES); }
 
+    // The places of column 0 in a destination row, which may be before it.
+    struct TTo {
+        uint8_t* ap[CHANNELS];
+
+        HWY_INLINE TTo(const TRescaleJob& job, int32_t y) {
+            const ptrdiff_t n = (y - job.rcTo.top) * job.nToStride - job.rcTo.left;
+            for (size_t i = 0; i < CHANNELS; ++i) ap[i] = job.apTo[i] + n;
+        }
+    };
+
     void Row(int32_t y) {
+        bool bAllSeen = true;
         for (size_t v = 0; v < m_down.nTaps; ++v) {
             const size_t i = v * static_cast<size_t>(m_down.nTo) + static_cast<size_t>(y);
             const int32_t nRow = m_down.vIndex[i];
             TSourceRow& row = m_vRows[static_cast<size_t>(nRow) % m_down.nTaps];
             m_aTaps[v] = {m_down.vWeight[i], m_down.vShare[i], &row};
             if (row.y != nRow) Load(row, nRow);
+            bAllSeen = bAllSeen && row.bSeen;
         }
-        const ptrdiff_t nTo = (y - m_job.rcTo.top) * m_job.nToStride - m_job.rcTo.left;
+        const TTo to(m_job, y);
         for (size_t s = 0; s < m_nStrips; ++s) {
-            bool bSeen = true, bNone = true;
-            for (size_t v = 0; v < m_down.nTaps; ++v) {
+            bool bSeen = bAllSeen, bNone = !bAllSeen;
+            for (size_t v = 0; !bAllSeen && v < m_down.nTaps; ++v) {
                 const TStripRow& strip = m_aTaps[v].pRow->aStrips[s];
-                bSeen = bSeen && strip.bSeen, bNone = bNone && strip.bNone;
+                bSeen = (v == 0 || bSeen) && strip.bSeen, bNone = bNone && strip.bNone;
             }
             if (bNone)
-                for (size_t n = 0; n < CHANNELS; ++n)
-                    hn::StoreU(hn::Zero(d8), d8, m_job.apTo[n] + nTo + m_anX[s]);
+                for (uint8_t* p : to.ap) hn::StoreU(hn::Zero(d8), d8, p + m_anX[s]);
             else if (CHANNELS == 1 || bSeen)
-                Strip<true>(s, nTo + m_anX[s]);
+                Strip<true>(s, y, to);
             else
-                Strip<CHANNELS == 1>(s, nTo + m_anX[s]);
+                Strip<CHANNELS == 1>(s, y, to);
         }
     }
 
     void Load(TSourceRow& row, int32_t y) {
         row.y = y;
+        row.bSeen = true;
+        const uint8_t* apRows[CHANNELS];
+        for (size_t n = 0; n < CHANNELS; ++n) apRows[n] = SourceRow(m_job, n, y);
         for (size_t s = 0; s < m_nStrips; ++s) {
-            const auto load = [&]<class Row>() HWY_ATTR { LoadStrip<Row>(row, s); };
+            const auto load = [&]<class Row>() HWY_ATTR { LoadStrip<Row>(apRows, row.aStrips[s], s); };
             if (m_aWindows[s].IsNarrow())
                 load.template operator()<TNarrow>();
             else
                 m_aWindows[s].WithRow(load);
+            row.bSeen = row.bSeen && row.aStrips[s].bSeen;
         }
     }
 
     template <class Row>
-    HWY_INLINE void LoadStrip(TSourceRow& source, size_t s) {
-        TStripRow& row = source.aStrips[s];
-        const CFloatRow<Row> alpha(SourceRow(m_job, ALPHA, source.y), m_aWindows[s]);
+    HWY_INLINE void LoadStrip(const uint8_t* const* apRows, TStripRow& row, size_t s) {
+        const CFloatRow<Row> alpha(apRows[ALPHA], m_aWindows[s]);
         row.bSorted = false;
         row.bNone = alpha.IsNone();
         row.bSeen = CHANNELS == 1 || alpha.IsSeen();
         if (row.bSeen ? m_seenSlack.bUseful : m_mixedSlack.bUseful)
-            row.bSeen ? MakeMeans<true>(alpha, source, s) : MakeMeans<false>(alpha, source, s);
+            row.bSeen ? MakeMeans<true>(alpha, apRows, row, s) : MakeMeans<false>(alpha, apRows, row, s);
     }
 
     // Makes the taps of all samples of a strip.
@@ -229,12 +246,11 @@ private:
     }
 
     template <bool SEEN, class Row>
-    HWY_INLINE void MakeMeans(const CFloatRow<Row>& alpha, const TSourceRow& source, size_t s) {
+    HWY_INLINE void MakeMeans(const CFloatRow<Row>& alpha, const uint8_t* const* apRows, TStripRow& row,
+                              size_t s) {
         const CWindow<LANES>& window = m_aWindows[s];
-        const auto color = [&](size_t n) HWY_ATTR {
-            return CFloatRow<Row>(SourceRow(m_job, std::min(n, ALPHA), source.y), window);
-        };
-        const CFloatRow<Row> c0 = color(0), c1 = color(1), c2 = color(2);
+        const CFloatRow<Row> c0(apRows[0], window), c1(apRows[CHANNELS / 4], window),
+            c2(apRows[CHANNELS / 2], window);
         V s0 = hn::Zero(dFloat), s1 = s0, s2 = s0, mean = s0, visible = s0;
         for (size_t t = 0; t < m_across.nTaps; ++t) {
             V share = hn::Load(dFloat, m_aafShares[s][t]);
@@ -250,7 +266,7 @@ private:
                 s2 = hn::MulAdd(share, c2.Get(window, t), s2);
             }
         }
-        float* p = source.aStrips[s].pMeans;
+        float* p = row.pMeans;
         hn::Store(mean, dFloat, p + ALPHA * LANES);
         if constexpr (CHANNELS > 1) {
             hn::Store(s0, dFloat, p);
@@ -263,14 +279,14 @@ private:
     }
 
     template <bool SEEN>
-    HWY_INLINE void Strip(size_t s, ptrdiff_t nTo) {
+    HWY_INLINE void Strip(size_t s, int32_t y, const TTo& to) {
         const TSlack& slack = SEEN ? m_seenSlack : m_mixedSlack;
-        if (!slack.bUseful || !Guess<SEEN>(s, slack, nTo)) Weigh<SEEN>(s, nTo);
+        if (!slack.bUseful || !Guess<SEEN>(s, slack, to)) Weigh<SEEN>(s, y);
     }
 
     // False if one of the results could be another than the definition's.
     template <bool SEEN>
-    HWY_INLINE bool Guess(size_t s, const TSlack& slack, ptrdiff_t nTo) {
+    HWY_INLINE bool Guess(size_t s, const TSlack& slack, const TTo& to) {
         constexpr size_t SUMS = SEEN ? CHANNELS : PARTS;
         V av[SUMS];
         for (size_t n = 0; n < SUMS; ++n)
@@ -290,7 +306,6 @@ private:
             const V reciprocal = hn::IfThenElseZero(some, hn::Div(hn::Set(dFloat, 1), visible));
             for (size_t n = 0; n < ALPHA; ++n) av[n] = hn::Mul(av[n], reciprocal);
         }
-        // A fraction of less than twice the slack is unsure, because the slack is added.
         const V base = hn::Set(dFloat, slack.fBase);
         const auto fraction = hn::Set(dWord, (1 << GUESS_BITS) - 1);
         hn::Vec<DWord> au[CHANNELS];
@@ -299,14 +314,14 @@ private:
             au[n] = hn::BitCast(dWord, hn::Add(av[n], base));
             least = hn::Min(least, hn::And(au[n], fraction));
         }
-        const auto unsure = hn::Set(d32, 2 * slack.nUnits);
+        const auto unsure = hn::Set(d32, slack.nUnsure);
         if (!bSure || !hn::AllFalse(d32, hn::Lt(hn::BitCast(d32, least), unsure))) return false;
-        Store<GUESS_BITS>(au, nTo);
+        Store<GUESS_BITS>(au, to, m_anX[s]);
         return true;
     }
 
     template <bool SEEN>
-    HWY_NOINLINE void Weigh(size_t s, ptrdiff_t nTo) {
+    HWY_NOINLINE void Weigh(size_t s, int32_t y) {
         V av[CHANNELS];
         for (V& v : av) v = hn::Zero(dFloat);
         V weights = hn::Zero(dFloat), visible = weights;
@@ -332,7 +347,7 @@ private:
         hn::Vec<DWord> au[CHANNELS];
         au[ALPHA] = Quotient(av[ALPHA], weights);
         for (size_t n = 0; n < ALPHA; ++n) au[n] = Quotient(av[n], SEEN ? weights : visible);
-        Store<0>(au, nTo);
+        Store<0>(au, TTo(m_job, y), m_anX[s]);
     }
 
     static HWY_INLINE hn::Vec<DWord> Quotient(V sum, V weights) {
@@ -345,7 +360,7 @@ private:
     // Stores the levels that are above BITS bits; more bits may be above them. The channels of a pixel become
     // the bytes of one integer, which are then sorted by channels.
     template <int BITS>
-    HWY_INLINE void Store(const hn::Vec<DWord>* au, ptrdiff_t nTo) {
+    HWY_INLINE void Store(const hn::Vec<DWord>* au, const TTo& to, ptrdiff_t x) {
         constexpr hn::Repartition<uint8_t, DWord> dBytes;
         constexpr hn::Repartition<uint16_t, DWord> dPairs;
         const auto byteAt = [&](size_t n) HWY_ATTR {
@@ -370,8 +385,7 @@ private:
         }
         alignas(64) uint8_t auBytes[4 * LANES];
         hn::Store(pixels, dBytes, auBytes);
-        for (size_t n = 0; n < CHANNELS; ++n)
-            hn::StoreU(hn::Load(d8, auBytes + n * LANES), d8, m_job.apTo[n] + nTo);
+        for (size_t n = 0; n < CHANNELS; ++n) hn::StoreU(hn::Load(d8, auBytes + n * LANES), d8, to.ap[n] + x);
     }
 
     const TRescaleJob& m_job;
