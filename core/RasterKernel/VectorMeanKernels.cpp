@@ -1,12 +1,14 @@
 // The vector form of integer means, one source for every instruction set that Highway knows here.
 //
-// The columns of a row of cells are summed in 16 bits, then the columns of each cell in 32. A sum plus a half
-// times the reciprocal of the count gives the exact quotient after truncation: for counts up to MOST_SAMPLES
-// the error of the product is less than half of 1 / count.
+// In cells of two columns the bytes of each pair are summed in 16 bits, in which the division is a
+// multiplication, too. Otherwise the columns of a row of cells are summed in 16 bits, then the columns of
+// each cell in 32. A sum plus a half times the reciprocal of the count gives the exact quotient after
+// truncation: for counts up to MOST_SAMPLES the error of the product is less than half of 1 / count.
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "core/RasterKernel/VectorMeanKernels.cpp"
 #include <hwy/foreach_target.h>
 
+#include <hwy/cache_control.h>
 #include <hwy/highway.h>
 
 #include "core/RasterKernel/RescaleKernel.h"
@@ -36,6 +38,89 @@ constexpr size_t MOST_ROWS = 257; ///< of bytes, whose sum fits 16 bits
 constexpr size_t MOST_SAMPLES = 4096;
 constexpr size_t COLUMNS = 1536; ///< columns at once
 constexpr size_t CELLS = 256;    ///< cells at once
+
+constexpr hn::Repartition<uint8_t, decltype(d16)> dBytes;
+constexpr int32_t AHEAD = 16;   ///< rows that are fetched before they are read
+constexpr size_t PAIR_ROWS = 3; ///< of cells of two columns, whose counts a table of 8 reciprocals covers
+
+// In units of 1 / 2^15, rounded up: for counts c below 8 the error of a product is less than 1 / c.
+constexpr uint16_t ReciprocalOf(size_t nCount) {
+    return static_cast<uint16_t>(nCount ? (32768 + nCount - 1) / nCount : 0);
+}
+HWY_INLINE hn::Vec<decltype(d16)> Divided(hn::Vec<decltype(d16)> sum, hn::Vec<decltype(d16)> reciprocal) {
+    return hn::MulHigh(hn::Add(sum, sum), reciprocal);
+}
+
+// As many cells of two columns and nRows rows as d16 has lanes.
+template <size_t CHANNELS, bool SEEN>
+HWY_INLINE void MeanPairs(uint8_t* const* apTo, ptrdiff_t nTo, const uint8_t* const* apFrom, ptrdiff_t nFrom,
+                          ptrdiff_t nStride, size_t nRows) {
+    constexpr size_t ALPHA = CHANNELS - 1;
+    const auto zero = hn::Zero(d16);
+    auto s0 = zero, s1 = zero, s2 = zero, alpha = zero, count = zero;
+    for (size_t v = 0; v < nRows; ++v, nFrom += nStride) {
+        const auto a = hn::LoadU(dBytes, apFrom[ALPHA] + nFrom);
+        const auto seen = hn::Ne(a, hn::Zero(dBytes));
+        const auto add = [&](auto& sum, hn::Vec<decltype(dBytes)> bytes) HWY_ATTR {
+            const auto pairs = hn::BitCast(d16, bytes);
+            sum = hn::Add(sum, hn::Add(hn::And(pairs, hn::Set(d16, 0xFF)), hn::ShiftRight<8>(pairs)));
+        };
+        const auto color = [&](size_t n) HWY_ATTR {
+            const auto bytes = hn::LoadU(dBytes, apFrom[n] + nFrom);
+            return SEEN ? bytes : hn::IfThenElseZero(seen, bytes);
+        };
+        add(alpha, a);
+        if constexpr (!SEEN) add(count, hn::IfThenElseZero(seen, hn::Set(dBytes, 1)));
+        if constexpr (CHANNELS > 1) add(s0, color(0));
+        if constexpr (CHANNELS > 2) add(s1, color(1)), add(s2, color(2));
+    }
+    const auto all = hn::Set(d16, ReciprocalOf(2 * nRows));
+    auto reciprocal = all;
+    if constexpr (!SEEN) {
+        alignas(16) static constexpr uint16_t RECIPROCALS[8] = {
+            ReciprocalOf(0), ReciprocalOf(1), ReciprocalOf(2), ReciprocalOf(3),
+            ReciprocalOf(4), ReciprocalOf(5), ReciprocalOf(6), ReciprocalOf(7)};
+        const auto index = hn::Add(hn::Mul(count, hn::Set(d16, 0x0202)), hn::Set(d16, 0x0100));
+        reciprocal = hn::TableLookupBytes(hn::LoadDup128(d16, RECIPROCALS), index);
+    }
+    const auto store = [&](size_t n, hn::Vec<decltype(d16)> sum, hn::Vec<decltype(d16)> by) HWY_ATTR {
+        const hn::RebindToSigned<decltype(d16)> dSigned;
+        hn::StoreU(hn::DemoteTo(dHalf8, hn::BitCast(dSigned, Divided(sum, by))), dHalf8, apTo[n] + nTo);
+    };
+    if constexpr (CHANNELS > 1) store(0, s0, reciprocal);
+    if constexpr (CHANNELS > 2) store(1, s1, reciprocal), store(2, s2, reciprocal);
+    store(ALPHA, alpha, all);
+}
+
+template <size_t CHANNELS>
+void MeanPairRows(const TRescaleJob& job) {
+    constexpr auto STEP = static_cast<ptrdiff_t>(hn::MaxLanes(d16));
+    const ptrdiff_t nStride = job.rcFrom.Width(), nWidth = job.rcTo.Width();
+    const size_t nRows = job.axes.down.nTaps;
+    for (int32_t y = job.rcTo.top; y < job.rcTo.bottom; ++y) {
+        const ptrdiff_t nRow = (job.axes.down.First(y) - job.rcFrom.top) * nStride +
+                               job.axes.across.First(job.rcTo.left) - job.rcFrom.left;
+        for (ptrdiff_t i = 0; i < nWidth; i += STEP) {
+            const ptrdiff_t x = std::min(i, nWidth - STEP), nFrom = nRow + 2 * x;
+            const ptrdiff_t nTo = (y - job.rcTo.top) * job.nToStride + x;
+            // The rows of a tile's planes are too short for the machine to foresee all of them.
+            const ptrdiff_t nAhead = std::min(AHEAD, job.rcFrom.bottom - job.axes.down.Last(y) - 1) * nStride;
+            for (size_t n = 0; n < CHANNELS; ++n)
+                for (size_t v = 0; v < nRows; ++v)
+                    hwy::Prefetch(job.apFrom[n] + nFrom + nAhead + static_cast<ptrdiff_t>(v) * nStride);
+            auto least = hn::Set(dBytes, 255);
+            for (size_t v = 0; CHANNELS > 1 && v < nRows; ++v) {
+                const uint8_t* pAlpha =
+                    job.apFrom[CHANNELS - 1] + nFrom + static_cast<ptrdiff_t>(v) * nStride;
+                least = hn::Min(least, hn::LoadU(dBytes, pAlpha));
+            }
+            if (CHANNELS == 1 || hn::AllTrue(dBytes, hn::Ne(least, hn::Zero(dBytes))))
+                MeanPairs<CHANNELS, true>(job.apTo, nTo, job.apFrom, nFrom, nStride, nRows);
+            else
+                MeanPairs<CHANNELS, CHANNELS == 1>(job.apTo, nTo, job.apFrom, nFrom, nStride, nRows);
+        }
+    }
+}
 
 // Sums of a row of cells. The channels are followed by the count of samples whose alpha is not 0.
 template <size_t CHANNELS>
@@ -88,14 +173,6 @@ HWY_INLINE void SumColumns(TCellRow<CHANNELS>& cells, const uint8_t* const* apFr
 
 // Sums the nX columns of each of nCells cells.
 HWY_INLINE void SumCells(uint32_t* pCells, const uint16_t* pColumns, size_t nX, size_t nCells) {
-    if (nX == 2) {
-        for (size_t i = 0; i < nCells; i += LANES) {
-            const auto pairs = hn::BitCast(d32, hn::Load(d16, pColumns + 2 * i));
-            hn::Store(hn::Add(hn::And(pairs, hn::Set(d32, 0xFFFF)), hn::ShiftRight<16>(pairs)), d32,
-                      pCells + i);
-        }
-        return;
-    }
     for (size_t i = 0; i < nCells; ++i, pColumns += nX) {
         uint32_t uSum = 0;
         for (size_t u = 0; u < nX; ++u) uSum += pColumns[u];
@@ -156,7 +233,10 @@ void Mean(const TRescaleJob& job) {
     const size_t nColumns = nX * static_cast<size_t>(job.rcTo.Width());
     if (nColumns < hn::MaxLanes(d16) || nX > COLUMNS / 2 || nY > MOST_ROWS || nX * nY > MOST_SAMPLES)
         return PlainRescaleKernel(ERescaleKind::Mean)(job);
-    (job.nChannels == 1 ? MeanRows<1> : job.nChannels == 2 ? MeanRows<2> : MeanRows<4>)(job);
+    if (nX == 2 && nY <= PAIR_ROWS && job.rcTo.Width() >= static_cast<int32_t>(hn::MaxLanes(d16)))
+        (job.nChannels == 1 ? MeanPairRows<1> : job.nChannels == 2 ? MeanPairRows<2> : MeanPairRows<4>)(job);
+    else
+        (job.nChannels == 1 ? MeanRows<1> : job.nChannels == 2 ? MeanRows<2> : MeanRows<4>)(job);
 }
 
 TRescaleKernel GetMeanKernel() { return Mean; }
