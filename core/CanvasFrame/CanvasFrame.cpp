@@ -295,7 +295,9 @@ void CCanvasFrame::StepHistory(bool bUndo) {
     Guarded([&] {
         CHistoryStream& history = m_spCanvas->GetHistory();
         // Undo takes an unfinished operation back; completing it first would make it an action.
-        if (!bUndo || !history.IsUnfinished()) CompleteWork(EOpenEnd::History);
+        const bool bTakesBack = bUndo && history.IsUnfinished();
+        if (!bTakesBack && IsToolAtWork()) return;
+        if (!bTakesBack) CompleteWork(EOpenEnd::History);
         bUndo ? history.Undo() : history.Redo();
     });
     RaiseRefresh();
@@ -304,6 +306,7 @@ void CCanvasFrame::StepHistory(bool bUndo) {
 
 void CCanvasFrame::GoToState(const boost::shared_ptr<CHistory>& spNewest) {
     Guarded([&] {
+        if (IsToolAtWork()) return;
         CompleteWork(EOpenEnd::History);
         m_spCanvas->GetHistory().GoTo(spNewest);
     });
@@ -319,10 +322,13 @@ void CCanvasFrame::SelectLayer(const TLayerPtr& spLayer) {
     RequestRedraw();
 }
 
-void CCanvasFrame::EditTree(const boost::function<bool()>& fnEdit) {
-    // An operation in progress needs the present layers.
+bool CCanvasFrame::IsToolAtWork() const {
     const auto spTool = m_pOutside->wpTool.lock();
-    if (spTool && spTool->GetState() != STATE_IDLE) return;
+    return spTool && spTool->GetState() != STATE_IDLE;
+}
+
+void CCanvasFrame::EditTree(const boost::function<bool()>& fnEdit) {
+    if (IsToolAtWork()) return;
     // An edit that failed halfway has changed what is shown all the same.
     bool bChanged = true;
     Guarded([&] {

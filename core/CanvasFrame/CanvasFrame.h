@@ -85,7 +85,8 @@ public:
     void Export();
     /// The canvas pixel under the pointer; nullopt when it is elsewhere.
     std::optional<CPoint> GetPointedPixel() const;
-    /// Undo or redo, after completing pending work.
+    /// Undo or redo, after completing pending work. While the tool is at work, undo only takes back what it
+    /// does, and only if the tool allows that.
     void StepHistory(bool bUndo);
     /// Undoes or redoes, after completing pending work, until this action is the newest that is done; null
     /// undoes everything. An action that is in neither list has no effect.
@@ -98,6 +99,8 @@ public:
 
 private:
     bool HandleMessage(const TMessage& msg);
+    /// An operation in progress, which needs the present layers.
+    bool IsToolAtWork() const;
     void OnCreate(CSize szArea);
     bool OnClose();
     /// Keeps a small picture of the saved document for the list of recent ones.
