@@ -19,7 +19,8 @@ bool ChangeCanvasSize(const TImageRun& run) {
     const CSize szOld = run.spCanvas->GetSize();
     boost::shared_ptr<const TPicture> spPicture;
     {
-        CLongWork work(run.platform, run.GetLongWork());
+        // A script's line that cancels is for the change itself; here the dialog is still to come.
+        CLongWork work(run.platform, {run.pOwner, L"処理中"});
         spPicture = MakeSmallPicture(*run.spCanvas, work);
     }
     CResizeDialog dialog(run.platform.boxes, spPicture, szOld);

@@ -73,7 +73,9 @@ TEST_F(CanvasSize, MarginsMoveEverythingAndUndoBringsItBack) {
     EXPECT_EQ(Composed({198, 240}), 0xFE000000u | BLUE);
     for (const CPoint pt : {CPoint{6, 100}, CPoint{100, 95}, CPoint{207, 240}, CPoint{200, 246}})
         EXPECT_EQ(Composed(pt), 0u) << pt.x << "," << pt.y;
-    EXPECT_EQ(Layer().GetRaster()->GetBlock({96, 192}, false)->GetPosition(), (CPoint{96, 192}));
+    const auto spTile = Layer().GetRaster()->GetBlock({96, 192}, false);
+    EXPECT_EQ(spTile->GetPosition(), (CPoint{96, 192}));
+    EXPECT_EQ(spTile->GetOwner(), Layer().GetRaster().get());
     Paint(*Layer().GetRaster(), {0, 0, 320, 250}, RED);
     EXPECT_EQ(Composed({300, 10}), 0xFE000000u | RED) << "what is new is not masked";
     CHistoryStream& history = m_spCanvas->GetHistory();

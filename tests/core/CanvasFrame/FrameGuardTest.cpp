@@ -171,7 +171,11 @@ TEST_F(FrameGuard, AnOperationKeepsTheCanvasAndTheLayerItBeganOn) {
         const auto spTool = m_tools.Use<CFailingTool>();
         const TLayerPtr spLayer = m_spCanvas->GetRoot().GetChildren().front();
         m_spCanvas->SelectLayer(spLayer);
+        const auto enabled = [](int nId) { return g_pMainFrame->IsCommandEnabled(nId); };
+        spTool->SetState(STATE_IDLE);
+        EXPECT_TRUE(enabled(ID_IMAGE_SIZE) && enabled(ID_IMAGE_RESOLUTION));
         spTool->SetState(STATE_TABLET);
+        EXPECT_FALSE(enabled(ID_IMAGE_SIZE) || enabled(ID_IMAGE_RESOLUTION));
         m_spCanvas->GetRoot().AddLayer(CreateRasterLayer(m_spCanvas), -1, false);
         m_spCanvas->SelectLayer(m_spCanvas->GetRoot().GetChildren().back());
         EXPECT_EQ(spTool->GetLayer(), spLayer);

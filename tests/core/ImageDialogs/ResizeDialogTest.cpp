@@ -63,6 +63,18 @@ TEST(ResizeDialog, AScriptMovesThePictureAndItsUndoComesBack) {
               std::string::npos);
 }
 
+TEST(ResizeDialog, AScriptCancelsTheChangeAndNotThePictureBefore) {
+    CScriptedSession session;
+    const std::string strCommand = ScriptLine("command", "image-size");
+    const auto words = [](const char* pszVerb, int nTop) {
+        return ScriptLine(pszVerb, {{"dialog", "CResizeDialog"}, {"top", nTop}});
+    };
+    EXPECT_EQ(session.Play(words("answer", 10) + strCommand + ScriptLine("cancel-work", true) + strCommand +
+                           words("reply", 20) + LEAVE_UNSAVED),
+              "");
+    EXPECT_EQ(session.m_spCanvas->GetSize(), (CSize{200, 170}));
+}
+
 TEST(FrameView, ShowsWhatIsCutOffDarkerAndWhatIsAddedWhite) {
     constexpr CSize SIZE{1400, 700};
     constexpr TColor RED = 0x0000FF, BLUE = 0xFF0000, BACK = 0x405060, FRAME = MakeColor(0x2E, 0x7D, 0xC8);
