@@ -75,17 +75,15 @@ TEST_F(RescaleDialog, RefusesWhatIsNoSizeOfACanvas) {
 
 TEST(RescaleCommand, AScriptGivesASizeInPercentAndUndoComesBack) {
     CScriptedSession session;
-    const std::string strCommand = ScriptLine("command", "image-resolution");
-    const auto reply = [](const char* psz) {
-        return std::string(R"({"reply":{"dialog":"CRescaleDialog",)") + psz + "}}\n";
+    const auto rescale = [](const TWords& more) {
+        return ScriptLine("command", "image-resolution") +
+               ScriptLine("reply", {{"dialog", "CRescaleDialog"}}, more);
     };
-    EXPECT_EQ(session.Play(strCommand + reply(R"("width":"300%","mode":0)") + LEAVE_UNSAVED), "");
+    EXPECT_EQ(session.Play(rescale({{"width", "300%"}, {"mode", 0}}) + LEAVE_UNSAVED), "");
     EXPECT_EQ(session.m_spCanvas->GetSize(), (CSize{600, 450}));
-    EXPECT_EQ(session.InkAt({5, 8}), 255);
-    EXPECT_EQ(session.InkAt({6, 8}), 0);
-    EXPECT_EQ(session.Play(strCommand + reply(R"("width":12,"height":9,"keep":false)") +
-                           ScriptLine("command", "edit-undo") + strCommand + reply(R"("width":200)") +
-                           LEAVE_UNSAVED),
+    EXPECT_TRUE(session.InkAt({5, 8}) == 255 && session.InkAt({6, 8}) == 0);
+    EXPECT_EQ(session.Play(rescale({{"width", 12}, {"height", 9}, {"keep", false}}) +
+                           ScriptLine("command", "edit-undo") + rescale({{"width", 200}}) + LEAVE_UNSAVED),
               "");
     EXPECT_EQ(session.m_spCanvas->GetSize(), (CSize{200, 150}));
     EXPECT_EQ(session.InkAt({1, 2}), 255);
