@@ -53,9 +53,9 @@ boost::shared_ptr<CCanvasFrame> CreateCanvasFrame(const boost::shared_ptr<CCanva
     return spFrame;
 }
 
-CCanvasFrame::CCanvasFrame(const boost::shared_ptr<CCanvasBuffer>& spCanvas) : m_spCanvas(spCanvas) {
+CCanvasFrame::CCanvasFrame(const boost::shared_ptr<CCanvasBuffer>& spCanvas)
+    : m_spCanvas(spCanvas), m_place(*spCanvas) {
     m_view.SetCanvasSize(m_spCanvas->GetSize());
-    m_place = m_spCanvas->GetPlace();
 }
 
 bool CCanvasFrame::CreateWindowIn(IMainWindow& parent, const TCanvasWindowSetup& setup,
@@ -216,11 +216,7 @@ void CCanvasFrame::CompleteWork(EOpenEnd why) {
 }
 
 void CCanvasFrame::FollowCanvasSize() {
-    const TCanvasPlace& place = m_spCanvas->GetPlace();
-    if (!m_pWindow || (m_view.GetCanvasSize() == m_spCanvas->GetSize() && m_place == place)) return;
-    const CPoint ptCentre = m_place.MapTo(place, m_view.GetCentre());
-    ChangeView([&] { m_view.SetCanvasSize(m_spCanvas->GetSize(), ptCentre); });
-    m_place = place;
+    if (m_place.IsStale(*m_spCanvas, m_view)) ChangeView([this] { m_place.Follow(*m_spCanvas, m_view); });
 }
 
 std::vector<CRect> CCanvasFrame::RefreshScreen() {

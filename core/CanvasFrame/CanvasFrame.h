@@ -7,6 +7,7 @@
 #include "core/CanvasFrame/CanvasView.h"
 #include "core/CanvasFrame/FrameInput.h"
 #include "core/CanvasFrame/SelectionOutline.h"
+#include "core/CanvasFrame/ViewPlace.h"
 #include "core/Platform/Window.h"
 
 #include <boost/enable_shared_from_this.hpp>
@@ -129,7 +130,7 @@ private:
     const TFrameOutside* m_pOutside = nullptr; ///< from CreateWindowIn on
     ICanvasWindow* m_pWindow = nullptr;
     CCanvasView m_view;
-    TCanvasPlace m_place; ///< of the canvas as the view knows it
+    CViewPlace m_place;
     CCanvasScreen m_screen;
     CFrameInput m_input{*this};
     std::unique_ptr<CGDIBuffer> m_pOverlaid; ///< the screen copy with overlays, valid where painted

@@ -37,6 +37,16 @@ TEST(CanvasPlace, EveryViewKeepsThePicturesPixelInItsMiddle) {
         expect("both undone", first);
         history.Redo(), history.Redo();
         expect("both done again", larger);
+        RescaleCanvas(spCanvas, {1485, 40}, ERescaleMode::Nearest);
+        for (const auto& spFrame : g_lstCanvasFrame) SendMessage({spFrame->GetWindow(), EMessage::Timer, 0});
+        history.Undo();
+        expect("a smaller one undone", larger);
+        const auto spFrame = g_lstCanvasFrame.front();
+        spFrame->ScrollTo(spFrame->GetView().GetScroll() + CPoint{9, 7});
+        history.Undo();
+        vFirst.front() =
+            vFirst.front() + CPoint{5, 2}; // 9 of 2 and 7 of 3 to a pixel, from the pixel's middle
+        expect("one undone, one view scrolled before", moved);
         history.SetModified(false);
     });
     outside.Play([&] {
