@@ -40,7 +40,7 @@ constexpr size_t COLUMNS = 1536; ///< columns at once
 constexpr size_t CELLS = 256;    ///< cells at once
 
 constexpr hn::Repartition<uint8_t, decltype(d16)> dBytes;
-constexpr int32_t AHEAD = 16;   ///< rows that are fetched before they are read
+constexpr int32_t AHEAD = 12;   ///< rows that are fetched before they are read
 constexpr size_t PAIR_ROWS = 3; ///< of cells of two columns, whose counts a table of 8 reciprocals covers
 
 // In units of 1 / 2^15, rounded up: for counts c below 8 the error of a product is less than 1 / c.
