@@ -145,6 +145,49 @@ HWY_INLINE void ForEachStrip(const TRescaleJob& job, const Function& fnStrip) {
         fnStrip(std::min(x, job.rcTo.right - STEP));
 }
 
+using DFloat = hn::CappedTag<float, 16>;
+constexpr DFloat dFloat;
+constexpr size_t LANES = hn::MaxLanes(dFloat);
+using V = hn::Vec<DFloat>;
+using D32 = hn::Rebind<int32_t, DFloat>;
+using D8 = hn::Rebind<uint8_t, DFloat>;
+constexpr D32 d32;
+constexpr D8 d8;
+
+// The rows of a window, as floats.
+template <class Row>
+class CFloatRow {
+public:
+    HWY_INLINE CFloatRow(const uint8_t* pRow, const CWindow<LANES>& window)
+        : m_row(pRow + window.GetOffset()) {}
+    HWY_INLINE V Get(const CWindow<LANES>& window, size_t t) const {
+        const auto v = m_row.Get(d8, window.GetShuffles(t), window.GetIndices(t));
+        return hn::ConvertTo(dFloat, hn::PromoteTo(d32, v));
+    }
+    HWY_INLINE bool IsSeen() const { return m_row.IsSeen(); }
+    HWY_INLINE bool IsNone() const { return m_row.IsNone(); }
+
+private:
+    Row m_row;
+};
+
+// The same of a narrow window.
+struct TNarrow {};
+template <>
+class CFloatRow<TNarrow> {
+public:
+    HWY_INLINE CFloatRow(const uint8_t* pRow, const CWindow<LANES>& window)
+        : m_v(hn::ConvertTo(dFloat, hn::PromoteTo(d32, hn::LoadU(d8, pRow + window.GetOffset())))) {}
+    HWY_INLINE V Get(const CWindow<LANES>& window, size_t t) const {
+        return hn::TableLookupLanes(m_v, hn::SetTableIndices(dFloat, window.GetIndices(t)));
+    }
+    HWY_INLINE bool IsSeen() const { return hn::AllTrue(dFloat, hn::Ne(m_v, hn::Zero(dFloat))); }
+    HWY_INLINE bool IsNone() const { return hn::AllFalse(dFloat, hn::Ne(m_v, hn::Zero(dFloat))); }
+
+private:
+    V m_v;
+};
+
 #endif
 
 } // namespace HWY_NAMESPACE

@@ -1,8 +1,8 @@
-// The vector form of resampling, one source for every instruction set that Highway knows here.
+// The vector form of weighted means, one source for every instruction set that Highway knows here.
 //
-// A strip of as many columns as a vector holds is resampled from top to bottom. The samples of a source row
-// are sorted to the strip's columns for each tap, by shuffling the bytes of a window, and kept for all rows
-// of the strip that read them. Each lane sums in the order of the definition.
+// A strip has as many columns as a vector has lanes. The samples of a source row are sorted to the columns
+// for each tap (CWindow), and kept for all rows of the strip that read them. Each lane sums in the order of
+// the definition.
 //
 // Few results need these sums. Means of a source row, which serve all rows of the strip that read it, and
 // their means down give a guess whose error is bounded (TSlack). Only where a guess is so close to an
@@ -29,23 +29,13 @@ TRescaleKernel GetWeighKernel() { return PlainRescaleKernel(ERescaleKind::Area);
 
 #else
 
-using DFloat = hn::CappedTag<float, 16>;
-constexpr DFloat dFloat;
-constexpr size_t LANES = hn::MaxLanes(dFloat);
-using V = hn::Vec<DFloat>;
-using D32 = hn::Rebind<int32_t, DFloat>;
-using D8 = hn::Rebind<uint8_t, DFloat>;
-constexpr D32 d32;
-constexpr D8 d8;
-
 // The part of a source row that a strip reads.
 struct TStripRow {
-    bool bSorted; ///< pSamples is valid
-    bool bSeen;   ///< no sample is transparent
-    bool bNone;   ///< all are
-    float*
-        pSamples;  ///< if bSorted: LANES samples for each tap and channel, the channels of a tap side by side
-    float* pMeans; ///< LANES means of each channel's visible samples, and then the part that is visible
+    bool bSorted;    ///< pSamples is valid
+    bool bSeen;      ///< no sample is transparent
+    bool bNone;      ///< all are
+    float* pSamples; ///< if bSorted: LANES samples for each tap and channel, the channels side by side
+    float* pMeans;   ///< LANES means of each channel's visible samples, and then the part that is visible
 };
 
 constexpr size_t STRIPS = 128 / LANES; ///< side by side, so that rows are written in pieces of 128 pixels
@@ -53,40 +43,6 @@ struct TSourceRow {
     int32_t y;
     bool bSeen; ///< in all strips
     TStripRow aStrips[STRIPS];
-};
-
-// The rows of a window, as floats.
-template <class Row>
-class CFloatRow {
-public:
-    HWY_INLINE CFloatRow(const uint8_t* pRow, const CWindow<LANES>& window)
-        : m_row(pRow + window.GetOffset()) {}
-    HWY_INLINE V Get(const CWindow<LANES>& window, size_t t) const {
-        const auto v = m_row.Get(d8, window.GetShuffles(t), window.GetIndices(t));
-        return hn::ConvertTo(dFloat, hn::PromoteTo(d32, v));
-    }
-    HWY_INLINE bool IsSeen() const { return m_row.IsSeen(); }
-    HWY_INLINE bool IsNone() const { return m_row.IsNone(); }
-
-private:
-    Row m_row;
-};
-
-// The same of a narrow window.
-struct TNarrow {};
-template <>
-class CFloatRow<TNarrow> {
-public:
-    HWY_INLINE CFloatRow(const uint8_t* pRow, const CWindow<LANES>& window)
-        : m_v(hn::ConvertTo(dFloat, hn::PromoteTo(d32, hn::LoadU(d8, pRow + window.GetOffset())))) {}
-    HWY_INLINE V Get(const CWindow<LANES>& window, size_t t) const {
-        return hn::TableLookupLanes(m_v, hn::SetTableIndices(dFloat, window.GetIndices(t)));
-    }
-    HWY_INLINE bool IsSeen() const { return hn::AllTrue(dFloat, hn::Ne(m_v, hn::Zero(dFloat))); }
-    HWY_INLINE bool IsNone() const { return hn::AllTrue(dFloat, hn::Eq(m_v, hn::Zero(dFloat))); }
-
-private:
-    V m_v;
 };
 
 // Guesses are added to GUESS_BASE, so that the last 15 bits of the mantissa are the fraction, and the level
@@ -117,7 +73,8 @@ struct TSlack {
     }
 };
 
-template <size_t CHANNELS>
+// With TAPS not 0 both axes have as many taps.
+template <size_t CHANNELS, size_t TAPS>
 class CWeigher {
 public:
     explicit CWeigher(const TRescaleJob& job)
@@ -141,7 +98,7 @@ public:
             for (m_nStrips = 0; m_nStrips < STRIPS && x + Column(m_nStrips) < rcTo.right; ++m_nStrips) {
                 m_anX[m_nStrips] = std::min(x + Column(m_nStrips), rcTo.right - Column(1));
                 m_aWindows[m_nStrips].Set(m_across, m_anX[m_nStrips], m_job.rcFrom, true);
-                for (size_t t = 0; t < m_across.nTaps; ++t)
+                for (size_t t = 0; t < TapsOf(m_across); ++t)
                     std::copy_n(m_across.vShare.data() + t * static_cast<size_t>(m_across.nTo) +
                                     m_anX[m_nStrips],
                                 LANES, m_aafShares[m_nStrips][t]);
@@ -164,41 +121,33 @@ private:
         TSourceRow* pRow;
     };
 
+    static size_t TapsOf(const TRescaleAxis& axis) { return TAPS ? TAPS : axis.nTaps; }
     static constexpr int32_t Column(size_t nStrip) { return static_cast<int32_t>(nStrip * LANES); }
-
-    // The places of column 0 in a destination row, which may be before it.
-    struct TTo {
-        uint8_t* ap[CHANNELS];
-
-        HWY_INLINE TTo(const TRescaleJob& job, int32_t y) {
-            const ptrdiff_t n = (y - job.rcTo.top) * job.nToStride - job.rcTo.left;
-            for (size_t i = 0; i < CHANNELS; ++i) ap[i] = job.apTo[i] + n;
-        }
-    };
 
     void Row(int32_t y) {
         bool bAllSeen = true;
-        for (size_t v = 0; v < m_down.nTaps; ++v) {
+        for (size_t v = 0; v < TapsOf(m_down); ++v) {
             const size_t i = v * static_cast<size_t>(m_down.nTo) + static_cast<size_t>(y);
             const int32_t nRow = m_down.vIndex[i];
-            TSourceRow& row = m_vRows[static_cast<size_t>(nRow) % m_down.nTaps];
+            TSourceRow& row = m_vRows[static_cast<size_t>(nRow) % TapsOf(m_down)];
             m_aTaps[v] = {m_down.vWeight[i], m_down.vShare[i], &row};
             if (row.y != nRow) Load(row, nRow);
             bAllSeen = bAllSeen && row.bSeen;
         }
-        const TTo to(m_job, y);
+        const ptrdiff_t nTo = (y - m_job.rcTo.top) * m_job.nToStride - m_job.rcTo.left;
+        for (size_t n = 0; n < CHANNELS; ++n) m_apTo[n] = m_job.apTo[n] + nTo;
         for (size_t s = 0; s < m_nStrips; ++s) {
             bool bSeen = bAllSeen, bNone = !bAllSeen;
-            for (size_t v = 0; !bAllSeen && v < m_down.nTaps; ++v) {
+            for (size_t v = 0; !bAllSeen && v < TapsOf(m_down); ++v) {
                 const TStripRow& strip = m_aTaps[v].pRow->aStrips[s];
                 bSeen = (v == 0 || bSeen) && strip.bSeen, bNone = bNone && strip.bNone;
             }
             if (bNone)
-                for (uint8_t* p : to.ap) hn::StoreU(hn::Zero(d8), d8, p + m_anX[s]);
+                for (uint8_t* p : m_apTo) hn::StoreU(hn::Zero(d8), d8, p + m_anX[s]);
             else if (CHANNELS == 1 || bSeen)
-                Strip<true>(s, y, to);
+                Strip<true>(s);
             else
-                Strip<CHANNELS == 1>(s, y, to);
+                Strip<CHANNELS == 1>(s);
         }
     }
 
@@ -233,7 +182,7 @@ private:
         const auto sort = [&]<class Row>() HWY_ATTR {
             for (size_t n = 0; n < CHANNELS; ++n) {
                 const CFloatRow<Row> row(SourceRow(m_job, n, source.y), window);
-                for (size_t t = 0; t < m_across.nTaps; ++t)
+                for (size_t t = 0; t < TapsOf(m_across); ++t)
                     hn::Store(row.Get(window, t), dFloat,
                               source.aStrips[s].pSamples + (t * CHANNELS + n) * LANES);
             }
@@ -252,7 +201,7 @@ private:
         const CFloatRow<Row> c0(apRows[0], window), c1(apRows[CHANNELS / 4], window),
             c2(apRows[CHANNELS / 2], window);
         V s0 = hn::Zero(dFloat), s1 = s0, s2 = s0, mean = s0, visible = s0;
-        for (size_t t = 0; t < m_across.nTaps; ++t) {
+        for (size_t t = 0; t < TapsOf(m_across); ++t) {
             V share = hn::Load(dFloat, m_aafShares[s][t]);
             const V a = alpha.Get(window, t);
             mean = hn::MulAdd(share, a, mean);
@@ -279,20 +228,20 @@ private:
     }
 
     template <bool SEEN>
-    HWY_INLINE void Strip(size_t s, int32_t y, const TTo& to) {
+    HWY_INLINE void Strip(size_t s) {
         const TSlack& slack = SEEN ? m_seenSlack : m_mixedSlack;
-        if (!slack.bUseful || !Guess<SEEN>(s, slack, to)) Weigh<SEEN>(s, y);
+        if (!slack.bUseful || !Guess<SEEN>(s, slack)) Weigh<SEEN>(s);
     }
 
     // False if one of the results could be another than the definition's.
     template <bool SEEN>
-    HWY_INLINE bool Guess(size_t s, const TSlack& slack, const TTo& to) {
+    HWY_INLINE bool Guess(size_t s, const TSlack& slack) {
         constexpr size_t SUMS = SEEN ? CHANNELS : PARTS;
         V av[SUMS];
         for (size_t n = 0; n < SUMS; ++n)
             av[n] = hn::Mul(hn::Set(dFloat, m_aTaps[0].fShare),
                             hn::Load(dFloat, m_aTaps[0].pRow->aStrips[s].pMeans + n * LANES));
-        for (size_t v = 1; v < m_down.nTaps; ++v) {
+        for (size_t v = 1; v < TapsOf(m_down); ++v) {
             const V share = hn::Set(dFloat, m_aTaps[v].fShare);
             const float* pMeans = m_aTaps[v].pRow->aStrips[s].pMeans;
             for (size_t n = 0; n < SUMS; ++n)
@@ -316,22 +265,22 @@ private:
         }
         const auto unsure = hn::Set(d32, slack.nUnsure);
         if (!bSure || !hn::AllFalse(d32, hn::Lt(hn::BitCast(d32, least), unsure))) return false;
-        Store<GUESS_BITS>(au, to, m_anX[s]);
+        Store<GUESS_BITS>(au, m_anX[s]);
         return true;
     }
 
     template <bool SEEN>
-    HWY_NOINLINE void Weigh(size_t s, int32_t y) {
+    HWY_NOINLINE void Weigh(size_t s) {
         V av[CHANNELS];
         for (V& v : av) v = hn::Zero(dFloat);
         V weights = hn::Zero(dFloat), visible = weights;
-        for (size_t v = 0; v < m_down.nTaps; ++v) {
+        for (size_t v = 0; v < TapsOf(m_down); ++v) {
             const TTap& tap = m_aTaps[v];
             if (!tap.pRow->aStrips[s].bSorted) Sort(*tap.pRow, s);
             const float* p = tap.pRow->aStrips[s].pSamples;
             const float* pWeight = m_across.vWeight.data() + m_anX[s];
             const V wy = hn::Set(dFloat, tap.fWeight);
-            for (size_t u = 0; u < m_across.nTaps; ++u, p += CHANNELS * LANES, pWeight += m_across.nTo) {
+            for (size_t u = 0; u < TapsOf(m_across); ++u, p += CHANNELS * LANES, pWeight += m_across.nTo) {
                 V w = hn::Mul(wy, hn::LoadU(dFloat, pWeight));
                 const V alpha = hn::Load(dFloat, p + ALPHA * LANES);
                 av[ALPHA] = hn::Add(av[ALPHA], hn::Mul(w, alpha));
@@ -347,7 +296,7 @@ private:
         hn::Vec<DWord> au[CHANNELS];
         au[ALPHA] = Quotient(av[ALPHA], weights);
         for (size_t n = 0; n < ALPHA; ++n) au[n] = Quotient(av[n], SEEN ? weights : visible);
-        Store<0>(au, TTo(m_job, y), m_anX[s]);
+        Store<0>(au, m_anX[s]);
     }
 
     static HWY_INLINE hn::Vec<DWord> Quotient(V sum, V weights) {
@@ -360,7 +309,7 @@ private:
     // Stores the levels that are above BITS bits; more bits may be above them. The channels of a pixel become
     // the bytes of one integer, which are then sorted by channels.
     template <int BITS>
-    HWY_INLINE void Store(const hn::Vec<DWord>* au, const TTo& to, ptrdiff_t x) {
+    HWY_INLINE void Store(const hn::Vec<DWord>* au, ptrdiff_t x) {
         constexpr hn::Repartition<uint8_t, DWord> dBytes;
         constexpr hn::Repartition<uint16_t, DWord> dPairs;
         const auto byteAt = [&](size_t n) HWY_ATTR {
@@ -385,7 +334,8 @@ private:
         }
         alignas(64) uint8_t auBytes[4 * LANES];
         hn::Store(pixels, dBytes, auBytes);
-        for (size_t n = 0; n < CHANNELS; ++n) hn::StoreU(hn::Load(d8, auBytes + n * LANES), d8, to.ap[n] + x);
+        for (size_t n = 0; n < CHANNELS; ++n)
+            hn::StoreU(hn::Load(d8, auBytes + n * LANES), d8, m_apTo[n] + x);
     }
 
     const TRescaleJob& m_job;
@@ -395,6 +345,7 @@ private:
     const TSlack m_mixedSlack;       ///< of others
     std::vector<TSourceRow> m_vRows; ///< that of y is at y modulo their count
     TTap m_aTaps[MOST_TAPS];
+    uint8_t* m_apTo[CHANNELS]; ///< column 0 of the current destination row, which may be before its first
     size_t m_nStrips = 0;
     int32_t m_anX[STRIPS]; ///< the first columns of the strips
     CWindow<LANES> m_aWindows[STRIPS];
@@ -404,7 +355,10 @@ private:
 
 template <size_t CHANNELS>
 void WeighWith(const TRescaleJob& job) {
-    CWeigher<CHANNELS>(job).Run();
+    if (job.axes.across.nTaps == 2 && job.axes.down.nTaps == 2)
+        CWeigher<CHANNELS, 2>(job).Run();
+    else
+        CWeigher<CHANNELS, 0>(job).Run();
 }
 
 void Weigh(const TRescaleJob& job) {
