@@ -6,7 +6,7 @@
 namespace {
 
 /// Below this number of source pixels threads cost more than they save.
-constexpr int64_t PARALLEL_PIXELS = 64 * 64;
+[[maybe_unused]] constexpr int64_t PARALLEL_PIXELS = 64 * 64;
 
 template <class T>
 void Reduce(T* pDest, CSize destSize, const T* pSource, const uint8_t* pAlpha, CSize srcSize) {

@@ -142,12 +142,16 @@ private:
                 const TStripRow& strip = m_aTaps[v].pRow->aStrips[s];
                 bSeen = (v == 0 || bSeen) && strip.bSeen, bNone = bNone && strip.bNone;
             }
-            if (bNone)
+            if (bNone) {
                 for (uint8_t* p : m_apTo) hn::StoreU(hn::Zero(d8), d8, p + m_anX[s]);
-            else if (CHANNELS == 1 || bSeen)
-                Strip<true>(s);
-            else
-                Strip<CHANNELS == 1>(s);
+                continue;
+            }
+            if constexpr (CHANNELS > 1)
+                if (!bSeen) {
+                    Strip<false>(s);
+                    continue;
+                }
+            Strip<true>(s);
         }
     }
 
