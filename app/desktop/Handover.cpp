@@ -41,8 +41,10 @@ std::optional<std::vector<std::string>> UnpackPaths(std::string_view strBytes) {
     std::vector<std::string> vPaths;
     while (!strBytes.empty()) {
         const size_t nEnd = strBytes.find('\0');
-        if (nEnd == std::string_view::npos || strBytes.front() != '/') return std::nullopt;
-        vPaths.emplace_back(strBytes.substr(0, nEnd));
+        const std::string_view strPath = strBytes.substr(0, nEnd);
+        if (nEnd == std::string_view::npos || !(strPath.starts_with('/') || strPath == NEW_DOCUMENT))
+            return std::nullopt;
+        vPaths.emplace_back(strPath);
         strBytes.remove_prefix(nEnd + 1);
     }
     return vPaths;

@@ -14,6 +14,9 @@ constexpr size_t MAX_HANDOVER = 8 << 20;
 constexpr std::string_view HANDOVER_GREETING = "vellumcraft 1\n";
 constexpr std::string_view HANDOVER_THANKS = "taken\n";
 
+/// Stands among the paths for a new document. No absolute path is like it.
+constexpr std::string_view NEW_DOCUMENT = "new";
+
 /// The message: the length of the rest as eight hexadecimal digits, then each path with a zero byte after
 /// it. A path may hold any other byte.
 std::string PackPaths(const std::vector<std::string>& vPaths);
@@ -22,5 +25,5 @@ std::string PackPaths(const std::vector<std::string>& vPaths);
 bool IsHandoverWhole(std::string_view strBytes);
 
 /// The paths; none means only to activate the window. nullopt for anything that PackPaths does not make of
-/// absolute paths.
+/// absolute paths and NEW_DOCUMENT.
 std::optional<std::vector<std::string>> UnpackPaths(std::string_view strBytes);

@@ -2,12 +2,14 @@
 #include "app/common/Module.h"
 #include "app/common/Recording.h"
 #include "app/desktop/Arguments.h"
+#include "app/desktop/Handover.h"
 #include "app/desktop/Instance.h"
 #include "core/AppModule/AppModule.h"
 #include "core/AppModule/ErrorBox.h"
 #include "core/AppModule/MessageQueue.h"
 #include "core/Base/Failure.h"
 #include "core/Base/Text.h"
+#include "core/Commands/CommandIds.h"
 #include "core/MainFrame/MainFrame.h"
 #include "core/MainFrame/SessionScope.h"
 #include "core/Platform/Window.h"
@@ -28,8 +30,11 @@ void TakeFiles(const std::vector<std::string>& vFiles, IMessageQueue& queue) {
     IWindow* pWindow = g_AppModule.GetMainWindow();
     if (!pWindow) return;
     pWindow->Show();
-    for (const std::string& strFile : vFiles)
-        queue.Post({pWindow, EMessage::CopyData, 0, 0, FromUtf8(strFile)});
+    for (const std::string& strFile : vFiles) {
+        const bool bNew = strFile == NEW_DOCUMENT;
+        queue.Post(bNew ? TMessage{pWindow, EMessage::Command, ID_FILE_NEW}
+                        : TMessage{pWindow, EMessage::CopyData, 0, 0, FromUtf8(strFile)});
+    }
 }
 
 int Run(const TDesktopArguments& arguments, CInstance& instance, bool bFirst) {

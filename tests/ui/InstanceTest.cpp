@@ -40,7 +40,7 @@ protected:
 
 TEST_F(Instance, PathsArriveByteByByteAndNonsenseDoesNot) {
     Listen();
-    const TPaths vPaths{"/絵/a b\n1.vlm", "/\xFF.png"};
+    const TPaths vPaths{"/絵/a b\n1.vlm", "/\xFF.png", "new"};
     const std::string strGood = PackPaths({"/a"});
     for (const std::string& strBad :
          {std::string("00000003a\0b", 11), std::string("zzzzzzzz/a"), std::string("ffffffff"),
@@ -95,17 +95,19 @@ TEST_F(Instance, TheRealProgramFollowsAKilledOneWhoseRecordIsWhole) {
     const auto readRecord = [&] {
         return CFileStore().Read(FromUtf8(m_folder.File("record").native())).value_or("");
     };
-    const auto hasOpened = [&] { return readRecord().find("\"open\"") != std::string::npos; };
+    const auto hasOpened = [&] { return readRecord().find("file-new") != std::string::npos; };
     for (int nRound = 0; nRound < 2; ++nRound) {
         QProcess first, second, recorded; // the first one is killed
         start(first, {});
         ASSERT_TRUE(QTest::qWaitFor(isListening, 20000)) << nRound;
         start(second, {"none.vlm"});
         EXPECT_TRUE(second.waitForFinished(20000) && second.exitCode() == 0);
-        start(recorded, {"--record", "record", "page.png"});
+        start(recorded, {"--record", "record", "--new", "page.png"});
         EXPECT_TRUE(QTest::qWaitFor(hasOpened, 20000));
         for (QProcess* pProcess : {&first, &recorded}) pProcess->kill(), pProcess->waitForFinished();
-        EXPECT_TRUE(readRecord().ends_with("page.png\"}\n")) << readRecord();
+        const std::string strRecord = readRecord();
+        EXPECT_LT(strRecord.find("page.png\"}\n"), strRecord.find("file-new")) << strRecord;
+        EXPECT_TRUE(strRecord.ends_with("}\n")) << strRecord;
         std::filesystem::remove(m_folder.File("record"));
     }
 }
