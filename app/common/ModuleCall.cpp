@@ -15,10 +15,18 @@ namespace fs = std::filesystem;
 
 namespace {
 
+constexpr char MODULE_NAME[] = "vellumcraft.8bf";
+
+// Returns where the installation puts the module, else where the build does: beside the program.
+fs::path FindModule() {
+    const fs::path folder = fs::path(ToUtf8(CModules().GetProgram().strPath)).parent_path();
+    const fs::path installed = folder / VELLUM_MODULE_FOLDER / MODULE_NAME;
+    return fs::exists(installed) ? installed : folder / MODULE_NAME;
+}
+
 /// The module stays loaded until the process exits, when it saves its switches.
 hostabi::PluginMainProc LoadModule(fs::path path) {
-    if (path.empty())
-        path = fs::path(ToUtf8(CModules().GetProgram().strPath)).parent_path() / "vellumcraft.8bf";
+    if (path.empty()) path = FindModule();
     void* const pModule = dlopen(fs::absolute(path).c_str(), RTLD_NOW | RTLD_LOCAL);
     void* const pMain = pModule ? dlsym(pModule, "PluginMain") : nullptr;
     if (!pMain) throw std::runtime_error(dlerror());

@@ -10,7 +10,7 @@ goes to OUT in the format of its name; without OUT it goes beside IN as NAME-vel
   --alpha FILE    a picture of IN's size as a further channel (may be repeated); it is written back beside
                   OUT as NAME-vellumcraft-alphaN.png
   --in-place      write the result over IN
-  --module FILE   the filter module; default: vellumcraft.8bf beside this program
+  --module FILE   the filter module; default: the installed one, or vellumcraft.8bf beside this program
   --script FILE   let a session script take the user's place, without a display and with its own settings
   --windows       with --script: play it in real windows
   --record FILE   record the session as a script

@@ -17,7 +17,7 @@ picture. Its settings are its own.
   --desktop         with --in or --each: open the picture in the desktop application; the result has the
                     size that the script gives it, while a host's picture keeps its own
   --jobs N          with --each: N pages at a time; default: one a processor
-  --module FILE     the filter module; default: vellumcraft.8bf beside this program
+  --module FILE     the filter module; default: the installed one, or vellumcraft.8bf beside this program
   --help            show this
 
 Exit code: 0 done, 1 the session or a page failed, 2 the script or the command line is wrong.

@@ -60,6 +60,17 @@ TEST_F(CFilter, FailuresAreToldApartAndLeaveEveryFile) {
     EXPECT_TRUE(ReadFolder() == mapBefore);
 }
 
+TEST_F(CFilter, AnInstalledProgramFindsItsModule) {
+    Write("script", "");
+    SavePicture("a.png", MakeNoise({5, 5}, QImage::Format_RGB32));
+    for (const char* psz : {"bin", "lib/vellumcraft"})
+        std::filesystem::create_directories(m_folder.File(psz));
+    std::filesystem::copy_file(VELLUM_FILTER, m_folder.File("bin/filter"));
+    EXPECT_EQ(RunProgram("bin/filter", "a.png --script script"), 1) << "there is no module";
+    std::filesystem::create_symlink(VELLUM_MODULE, m_folder.File("lib/vellumcraft/vellumcraft.8bf"));
+    EXPECT_EQ(RunProgram("bin/filter", "a.png --script script"), 0) << m_strSaid;
+}
+
 TEST_F(CFilter, UntouchedPicturesComeBackBitForBit) {
     Write("script", R"({"expect":{"frames":1,"enabled":{"57600":false,"12820":true}}}
                        {"answer":{"box":"no"}}

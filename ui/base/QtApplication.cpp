@@ -37,6 +37,8 @@ void MakeOwnApplication() {
     // The stroke needs every reported position: do not merge moves. The plug-in has just set this.
     QCoreApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, false);
     g_pOwn->setApplicationName(QStringLiteral("Vellumcraft"));
+    // By this name of the desktop entry a desktop finds the windows' icon and group.
+    g_pOwn->setDesktopFileName(QStringLiteral("jp.vellumcraft.Vellumcraft"));
     // The message loop ends by a message of the session, not when the last window closes.
     g_pOwn->setQuitOnLastWindowClosed(false);
     g_pOwn->setStyle(new CQtStyle);

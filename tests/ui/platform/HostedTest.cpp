@@ -1,5 +1,7 @@
 #include "tests/ui/UiTest.h"
 
+#include "TestPaths.h"
+
 namespace {
 
 void RunSessionInHandler() {
@@ -31,7 +33,8 @@ int RunHosted(int nArguments, char** ppszArguments) {
     QApplication application(nArguments, ppszArguments);
     const auto look = [&] {
         return std::tuple(application.font(), application.palette(), application.style()->name(),
-                          application.styleSheet(), application.quitOnLastWindowClosed());
+                          application.styleSheet(), application.quitOnLastWindowClosed(),
+                          QGuiApplication::desktopFileName());
     };
     const auto lookBefore = look();
     QTimer::singleShot(0, RunSessionInHandler);
@@ -40,6 +43,11 @@ int RunHosted(int nArguments, char** ppszArguments) {
     EXPECT_FALSE(OwnsApplication());
     EXPECT_TRUE(look() == lookBefore);
     return testing::UnitTest::GetInstance()->Passed() ? 0 : 1;
+}
+
+TEST(Application, IsNamedAsItsDesktopEntry) {
+    const QDir packaging(QStringLiteral(VELLUM_SOURCE "/packaging"));
+    EXPECT_TRUE(packaging.exists(QGuiApplication::desktopFileName() + ".desktop"));
 }
 
 TEST(Hosted, LeavesTheHostsApplicationAlone) {
