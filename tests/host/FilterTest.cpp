@@ -5,6 +5,7 @@
 #include "TestPaths.h"
 
 #include <QRandomGenerator>
+#include <gmock/gmock.h>
 
 namespace {
 
@@ -69,6 +70,20 @@ TEST_F(CFilter, AnInstalledProgramFindsItsModule) {
     EXPECT_EQ(RunProgram("bin/filter", "a.png --script script"), 1) << "there is no module";
     std::filesystem::create_symlink(VELLUM_MODULE, m_folder.File("lib/vellumcraft/vellumcraft.8bf"));
     EXPECT_EQ(RunProgram("bin/filter", "a.png --script script"), 0) << m_strSaid;
+}
+
+TEST_F(CFilter, ManualPageAndCompletionFollowItsHelp) {
+    const std::string strMaker = VELLUM_SOURCE "/tools/make_help_files.py";
+    ASSERT_EQ(RunProgram("python3", strMaker + " '" VELLUM_FILTER "' 1.0 made"), 0) << m_strSaid;
+    EXPECT_THAT(
+        m_files.Read(Path("made/man/vellumcraft-filter.1")).value_or(""),
+        testing::HasSubstr(
+            ".TP\n\\fB\\-\\-alpha\\fR \\fIFILE\\fR\na picture of IN's size as a further channel (may be "
+            "repeated); it is written back beside OUT as NAME\\-vellumcraft"));
+    RunProgram("bash",
+               "-c '. made/completions/vellumcraft-filter; _vellumcraft_filter vellumcraft-filter --in "
+               "vellumcraft-filter; echo ${COMPREPLY[@]}'");
+    EXPECT_EQ(m_strSaid, "--in-place\n");
 }
 
 TEST_F(CFilter, UntouchedPicturesComeBackBitForBit) {
