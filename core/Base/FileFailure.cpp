@@ -37,11 +37,11 @@ const wchar_t* AdviceFor(EFileFailure failure) {
         return L"バックアップがあれば、そちらを開いてください。";
     case EFileFailure::UnknownEnding:
         return L"この拡張子の形式では保存できません。"
-               L"vlm、bmp、png、jpg、gif、tif、psd のどれかを付けてください。";
+               L"vlm、bmp、png、jpg、gif、tif、psd、svg のどれかを付けてください。";
     case EFileFailure::UnknownPicture:
         return L"開ける形式ではありません。bmp、png、jpg、gif、tif のどれかに変換してください。";
     case EFileFailure::WriteOnlyPicture:
-        return L"PSD は書き出し専用の形式なので、開けません。"
+        return L"PSD と SVG は書き出し専用の形式なので、開けません。"
                L"作ったソフトで png などに書き出し、そのファイルを開いてください。";
     case EFileFailure::DamagedPicture:
         return L"内容が壊れているか、途中で切れています。バックアップを開くか、元の画像を取り直してください"

@@ -6,7 +6,6 @@
 #include "core/CanvasFrame/CanvasFrame.h"
 #include "core/CanvasFrame/JpegDialog.h"
 #include "core/ImageFile/ImageFile.h"
-#include "core/ImageFile/PsdFile.h"
 #include "core/ImageFile/RecentPictures.h"
 #include "core/IniConfig/IniConfig.h"
 #include "core/Platform/Dialogs.h"
@@ -96,8 +95,7 @@ void CCanvasFrame::Export() {
         m_spCanvas->CompleteWork();
         const auto spSection = m_pOutside->settings.GetSection(EXPORT_SECTION);
         std::wstring strKind = spSection->GetString(KIND_KEY, FIRST_KIND);
-        if (const std::wstring str = L"." + strKind; !platform.codecs.CanSave(str) && !IsPsdFile(str))
-            strKind = FIRST_KIND;
+        if (!CanExport(L"." + strKind, platform.codecs)) strKind = FIRST_KIND;
         const TFileDialog dialog{true, NameFor(*m_spCanvas, strKind), strKind, GetExportFilters(),
                                  L"書き出し"};
         const std::wstring strChosen = platform.fileDialogs.Ask(m_pWindow, dialog);

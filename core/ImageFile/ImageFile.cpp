@@ -3,6 +3,7 @@
 #include "core/Base/Failure.h"
 #include "core/Base/Text.h"
 #include "core/ImageFile/PsdFile.h"
+#include "core/ImageFile/SvgFile.h"
 #include "core/LayerBuffer/RasterLayerBuffer.h"
 #include "core/Platform/Bitmap.h"
 #include "core/Platform/Files.h"
@@ -125,9 +126,14 @@ CBitmapSession MakePicture(CCanvasBuffer& canvas, IImageCodecs& codecs, IProgres
     return session;
 }
 
+bool CanExport(const std::wstring& strPath, IImageCodecs& codecs) {
+    return IsPsdFile(strPath) || IsSvgFile(strPath) || codecs.CanSave(strPath);
+}
+
 void ExportImage(CCanvasBuffer& canvas, const std::wstring& strPath, IFileStore& files, IImageCodecs& codecs,
                  const TPictureEncoding& encoding, IProgress& progress) {
     if (IsPsdFile(strPath)) return ExportPsd(canvas, strPath, files, codecs, progress);
+    if (IsSvgFile(strPath)) return ExportSvg(canvas, strPath, files, codecs, progress);
     if (!codecs.CanSave(strPath)) throw fileopen_error(strPath, EFileFailure::UnknownEnding);
     const CSize sz = canvas.GetSize();
     if (std::max(sz.cx, sz.cy) > MAX_IMAGE_SIDE) throw fileopen_error(strPath, EFileFailure::PictureTooLarge);
@@ -155,7 +161,7 @@ std::vector<TFileFilter> GetSaveFilters() {
         {L"Vellumcraft File (*.vlm)", L"*.vlm"}, {L"ビットマップファイル (*.bmp)", L"*.bmp"},
         {L"PNG ファイル (*.png)", L"*.png"},     {L"JPEG ファイル (*.jpg;*.jpeg)", L"*.jpg;*.jpeg"},
         {L"GIF ファイル (*.gif)", L"*.gif"},     {L"TIFF ファイル (*.tiff;*.tif)", L"*.tiff;*.tif"},
-        {L"PSD ファイル (*.psd)", L"*.psd"},
+        {L"PSD ファイル (*.psd)", L"*.psd"},     {L"SVG ファイル (*.svg)", L"*.svg"},
     };
 }
 

@@ -25,10 +25,13 @@ boost::shared_ptr<CCanvasBuffer> ReadProject(TOpenedFile upReader, const std::ws
 void SaveDocument(CCanvasBuffer& canvas, const std::wstring& strPath, IFileStore& files,
                   IProgress& progress = NoProgress());
 
-/// Writes the picture in the format of the name: PSD with its layers, else flattened; PNG keeps alpha where
-/// there is any, others are flattened on white. Raises fileopen_error when the format is unknown or the
+/// True when the name has the extension of a format that ExportImage writes, in any case.
+bool CanExport(const std::wstring& strPath, IImageCodecs& codecs);
+
+/// Writes the picture in the format of the name: PSD and SVG with its layers, else flattened; PNG keeps alpha
+/// where there is any, others are flattened on white. Raises fileopen_error when the format is unknown or the
 /// file cannot be written, cancelled_error, after which the old file is unchanged, and the exceptions of
-/// ExportPsd.
+/// ExportPsd and ExportSvg.
 void ExportImage(CCanvasBuffer& canvas, const std::wstring& strPath, IFileStore& files, IImageCodecs& codecs,
                  const TPictureEncoding& encoding = {}, IProgress& progress = NoProgress());
 

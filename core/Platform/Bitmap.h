@@ -10,6 +10,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -47,6 +48,7 @@ struct TPictureEncoding {
     int nJpegQuality = 95; ///< 1 to 100
 };
 
+using TEncodedPicture = TOrFailure<std::optional<std::string>>;
 using TLoadedPicture = TOrFailure<boost::shared_ptr<IBitmap>>;
 
 class IImageCodecs {
@@ -69,6 +71,8 @@ public:
     /// IFileStore::ReplaceBy states. Raises nothing but cancelled_error, after which it is unchanged.
     virtual CFileOutcome Save(const std::wstring& strPath, IBitmap& bitmap,
                               const TPictureEncoding& encoding = {}, IProgress& progress = NoProgress()) = 0;
+    /// The bytes of the PNG file that Save would write. Raises nothing but cancelled_error.
+    virtual TEncodedPicture EncodePng(IBitmap& bitmap, IProgress& progress = NoProgress()) = 0;
     /// Bytes of the JPEG file that Save would write; 0 without memory.
     virtual uint64_t CountJpegBytes(IBitmap& bitmap, int nQuality) = 0;
     /// True when Save supports the path's extension.

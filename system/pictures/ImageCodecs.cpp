@@ -21,7 +21,8 @@ namespace {
 
 constexpr int64_t MAX_DECODED_BYTES = int64_t{2} << 30;
 constexpr int TIFF_LZW = 1;
-constexpr std::string_view PSD_MAGIC = "8BPS"; ///< of files that other code writes and nothing reads
+/// The beginnings of files that other code writes and nothing reads: PSD and SVG.
+constexpr std::string_view WRITE_ONLY[] = {"8BPS", "<?xml", "<svg"};
 
 const char* FormatOf(EPictureKind kind) {
     switch (kind) {
@@ -76,6 +77,10 @@ bool CanWrite(EPictureKind kind) {
     return kind == EPictureKind::Gif || QImageWriter::supportedImageFormats().contains(FormatOf(kind));
 }
 
+bool IsWriteOnly(const std::string& strFile) {
+    return std::ranges::any_of(WRITE_ONLY, [&](std::string_view str) { return strFile.starts_with(str); });
+}
+
 struct TDecoded {
     QImage image;         ///< null when it could not be decoded
     EFileFailure failure; ///< undefined when there is a picture
@@ -84,9 +89,7 @@ struct TDecoded {
 TDecoded Decode(const std::string& strFile, IProgress& progress) {
     const EPictureKind kind = KindOfPicture(strFile);
     if (kind == EPictureKind::Unknown)
-        return {{},
-                strFile.starts_with(PSD_MAGIC) ? EFileFailure::WriteOnlyPicture
-                                               : EFileFailure::UnknownPicture};
+        return {{}, IsWriteOnly(strFile) ? EFileFailure::WriteOnlyPicture : EFileFailure::UnknownPicture};
     if (!CanRead(kind)) return {{}, EFileFailure::NoCodec};
     if (!IsWholePicture(strFile, kind)) return {{}, EFileFailure::DamagedPicture};
     QByteArray bytes = QByteArray::fromRawData(strFile.data(), static_cast<qsizetype>(strFile.size()));
@@ -154,6 +157,18 @@ std::optional<std::string> Encode(const QImage& image, EPictureKind kind, const 
     return bytes.toStdString();
 }
 
+// The picture as its format has it: with its alpha or on white.
+TEncodedPicture EncodeBitmap(IBitmap& bitmap, EPictureKind kind, const TPictureEncoding& encoding,
+                             IProgress& progress) {
+    if (!CanWrite(kind)) return EFileFailure::NoCodec;
+    const CLockedImage locked(bitmap);
+    auto bytes =
+        Encode(kind == EPictureKind::Png ? WithoutIdleAlpha(locked.GetImage()) : Flatten(locked.GetImage()),
+               kind, encoding, progress);
+    if (!bytes) return EFileFailure::NoMemory;
+    return bytes;
+}
+
 TLoadedPicture MakeBitmap(TDecoded decoded) {
     if (decoded.image.isNull()) return decoded.failure;
     auto spBitmap = boost::make_shared<CQtBitmap>(std::move(decoded.image));
@@ -197,15 +212,14 @@ CFileOutcome CImageCodecs::Save(const std::wstring& strPath, IBitmap& bitmap,
                                 const TPictureEncoding& encoding, IProgress& progress) try {
     const EPictureKind kind = KindOfName(strPath);
     if (kind == EPictureKind::Unknown) return EFileFailure::UnknownEnding;
-    if (!CanWrite(kind)) return EFileFailure::NoCodec;
-    std::optional<std::string> strBytes;
-    {
-        const CLockedImage locked(bitmap);
-        strBytes = Encode(kind == EPictureKind::Png ? WithoutIdleAlpha(locked.GetImage())
-                                                    : Flatten(locked.GetImage()),
-                          kind, encoding, progress);
-    }
-    return strBytes ? m_files.Replace(strPath, *strBytes) : CFileOutcome(EFileFailure::NoMemory);
+    const TEncodedPicture bytes = EncodeBitmap(bitmap, kind, encoding, progress);
+    return bytes ? m_files.Replace(strPath, *bytes) : CFileOutcome(bytes.failure);
+} catch (const std::bad_alloc&) {
+    return EFileFailure::NoMemory;
+}
+
+TEncodedPicture CImageCodecs::EncodePng(IBitmap& bitmap, IProgress& progress) try {
+    return EncodeBitmap(bitmap, EPictureKind::Png, {}, progress);
 } catch (const std::bad_alloc&) {
     return EFileFailure::NoMemory;
 }

@@ -26,6 +26,7 @@ public:
     /// 255 - (((255 - C) * ((A * 1024) / 255)) >> 10).
     CFileOutcome Save(const std::wstring& strPath, IBitmap& bitmap, const TPictureEncoding& encoding = {},
                       IProgress& progress = NoProgress()) override;
+    TEncodedPicture EncodePng(IBitmap& bitmap, IProgress& progress = NoProgress()) override;
     uint64_t CountJpegBytes(IBitmap& bitmap, int nQuality) override;
     bool CanSave(const std::wstring& strPath) override;
     std::string EncodeCodePage932(std::wstring_view strText, size_t nLimit) override;

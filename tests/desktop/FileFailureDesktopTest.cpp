@@ -24,7 +24,7 @@ TEST_F(FileFailureDesktop, SavingTellsWhatTheDiskRefused) {
     m_files.m_bReadOnly = true;
     m_files.m_failure = EFileFailure::DiskFull;
     for (const auto& [pszVerb, pszPath] :
-         {std::pair{"save", "絵.vlm"}, {"export", "絵.png"}, {"export", "絵.psd"}})
+         {std::pair{"save", "絵.vlm"}, {"export", "絵.png"}, {"export", "絵.psd"}, {"export", "絵.svg"}})
         ExpectBox(pszVerb, pszPath, NotOpened(pszPath, EFileFailure::DiskFull));
     ExpectBox("export", "絵.xyz", NotOpened("絵.xyz", EFileFailure::UnknownEnding));
 }

@@ -44,9 +44,10 @@ const std::string SCRIPT =
     ScriptLine("panel", {{"id", ID_PANEL_COLOR}, {"control", 6}, {"value", 200}}) +
     Commands({ID_VIEW_ROTATE_RIGHT, ID_ZOOM_IN, ID_VIEW_NEW}) + Tool(TOOL_BRUSH) +
     PenAt({{80, 600, 300}, {700, 300, 1000}}) + Mouse("rdown", 0, 0) + Wait(700) + Commands({ID_FILE_CLOSE}) +
-    ScriptLine("export", "a.png") + ScriptLine("export", "a.psd") + Save("a.vlm") + Open("a.png") + CLOSE +
-    Open("paths.vlm") + SelectLayer(0) + Commands({ID_LAYER_RASTERIZE, ID_EDIT_UNDO}) + CLOSE +
-    Commands({ID_EDIT_UNDO}) + ScriptLine("layer", {{"opacity", 77}}) + Save("b.vlm");
+    ScriptLine("export", "a.png") + ScriptLine("export", "a.psd") + ScriptLine("export", "a.svg") +
+    Save("a.vlm") + Open("a.png") + CLOSE + Open("paths.vlm") + SelectLayer(0) +
+    Commands({ID_LAYER_RASTERIZE, ID_EDIT_UNDO}) + CLOSE + Commands({ID_EDIT_UNDO}) +
+    ScriptLine("layer", {{"opacity", 77}}) + Save("b.vlm");
 
 struct CUnfailing {
     CUnfailingMemory memory;

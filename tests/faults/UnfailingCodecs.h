@@ -31,6 +31,9 @@ public:
                       IProgress& progress) override {
         return Call([&] { return m_codecs.Save(strPath, bitmap, encoding, progress); });
     }
+    TEncodedPicture EncodePng(IBitmap& bitmap, IProgress& progress) override {
+        return Call([&] { return m_codecs.EncodePng(bitmap, progress); });
+    }
     uint64_t CountJpegBytes(IBitmap& bitmap, int nQuality) override {
         return Call([&] { return m_codecs.CountJpegBytes(bitmap, nQuality); });
     }

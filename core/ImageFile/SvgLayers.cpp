@@ -1,0 +1,125 @@
+#include "core/ImageFile/SvgLayers.h"
+
+#include "core/Base/Failure.h"
+#include "core/ImageFile/SvgImage.h"
+#include "core/ImageFile/SvgShape.h"
+#include "core/ImageFile/SvgText.h"
+#include "core/LayerBuffer/VectorLayerBuffer.h"
+
+#include <utility>
+
+namespace {
+
+constexpr TColor WHITE = 0xFFFFFF;
+
+TColor ShownColor(const CVectorLayerBuffer& layer) {
+    const TColor color = layer.GetLayerColor();
+    if (layer.GetCanvas()->IsColorPicture()) return color;
+    const uint8_t uGrey = GreyOf(RedOf(color), GreenOf(color), BlueOf(color));
+    return MakeColor(uGrey, uGrey, uGrey);
+}
+
+class CSvgWriter {
+public:
+    CSvgWriter(CSize szCanvas, const std::wstring& strPath, IImageCodecs& codecs, IProgress& progress)
+        : m_szCanvas(szCanvas), m_strPath(strPath), m_codecs(codecs), m_progress(progress) {}
+
+    std::string Write(const CLayerBuffer& root) {
+        const std::string strWidth = std::to_string(m_szCanvas.cx);
+        const std::string strHeight = std::to_string(m_szCanvas.cy);
+        m_strSize = " width=\"" + strWidth + "\" height=\"" + strHeight + '"';
+        m_strText = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                    "<svg xmlns=\"http://www.w3.org/2000/svg\" xmlns:xlink=\"http://www.w3.org/1999/xlink\" "
+                    "xmlns:inkscape=\"http://www.inkscape.org/namespaces/inkscape\"" +
+                    m_strSize + " viewBox=\"0 0 " + strWidth + ' ' + strHeight + "\">\n";
+        WriteChildren(root);
+        m_strText += "</svg>\n";
+        return std::move(m_strText);
+    }
+
+private:
+    void WriteChildren(const CLayerBuffer& layer) {
+        for (const TLayerPtr& spChild : layer.GetChildren()) WriteLayer(*spChild);
+    }
+    void WriteLayer(CLayerBuffer& layer) {
+        const std::string strNumber = std::to_string(++m_nLayers);
+        m_strText += "<g id=\"layer" + strNumber + "\" inkscape:groupmode=\"layer\" inkscape:label=\"";
+        AppendAttribute(m_strText, layer.GetName());
+        m_strText += '"';
+        if (layer.GetOpacity() != 255 && !layer.IsPassThrough()) {
+            m_strText += " opacity=\"";
+            AppendThousandths(m_strText, (layer.GetOpacity() * 1000 + 127) / 255);
+            m_strText += '"';
+        }
+        if (!layer.IsVisible()) m_strText += " style=\"display:none\"";
+        m_strText += ">\n";
+        if (layer.IsPassThrough())
+            WriteChildren(layer);
+        else if (layer.GetChildren().empty())
+            WriteOwn(layer, ESvgPart::Content);
+        else
+            WriteClipped(layer, "shape" + strNumber);
+        m_strText += "</g>\n";
+    }
+    // Clipped children add colour but no coverage: they lie on the layer's colours alone, and the layer's
+    // coverage masks both.
+    void WriteClipped(CLayerBuffer& layer, const std::string& strMask) {
+        m_strText +=
+            "<mask id=\"" + strMask + "\" maskUnits=\"userSpaceOnUse\" x=\"0\" y=\"0\"" + m_strSize + ">\n";
+        WriteOwn(layer, ESvgPart::Mask);
+        m_strText += "</mask>\n<g mask=\"url(#" + strMask + ")\">\n";
+        WriteOwn(layer, ESvgPart::Ground);
+        WriteChildren(layer);
+        m_strText += "</g>\n";
+    }
+    void WriteOwn(CLayerBuffer& layer, ESvgPart part) {
+        const auto* pVector = dynamic_cast<const CVectorLayerBuffer*>(&layer);
+        if (!pVector) return WriteImage(layer, part);
+        std::string strFill = " fill=\"";
+        AppendColor(strFill, part == ESvgPart::Mask ? WHITE : ShownColor(*pVector));
+        strFill += '"';
+        if (part == ESvgPart::Ground)
+            m_strText += "<rect" + m_strSize + strFill + "/>\n";
+        else
+            WritePaths(*pVector, strFill);
+    }
+    void WritePaths(const CVectorLayerBuffer& layer, const std::string& strFill) {
+        m_progress.Begin(L"レイヤーをまとめています", layer.GetPaths().size());
+        for (const auto& spPath : layer.GetPaths()) {
+            for (const TSvgShape& shape :
+                 GroupOutlines(spPath->GetStream().GetShape(STATE_COMMITTED), m_szCanvas)) {
+                m_strText += "<path" + strFill + " d=\"";
+                for (const TPolyBezier& vCurve : shape) AppendCurve(m_strText, vCurve);
+                m_strText += "\"/>\n";
+            }
+            m_progress.Advance();
+        }
+    }
+    void WriteImage(CLayerBuffer& layer, ESvgPart part) {
+        const auto [rc, png] = MakeSvgImage(layer, part, m_codecs, m_progress);
+        if (rc.IsEmpty()) return;
+        if (!png) throw fileopen_error(m_strPath, png.failure);
+        m_strText += "<image x=\"" + std::to_string(rc.left) + "\" y=\"" + std::to_string(rc.top) +
+                     "\" width=\"" + std::to_string(rc.Width()) + "\" height=\"" +
+                     std::to_string(rc.Height()) +
+                     "\" preserveAspectRatio=\"none\" image-rendering=\"optimizeSpeed\" "
+                     "xlink:href=\"data:image/png;base64,";
+        AppendBase64(m_strText, *png);
+        m_strText += "\"/>\n";
+    }
+
+    const CSize m_szCanvas;
+    const std::wstring& m_strPath;
+    IImageCodecs& m_codecs;
+    IProgress& m_progress;
+    std::string m_strSize; ///< attributes of what covers the canvas
+    std::string m_strText;
+    int m_nLayers = 0;
+};
+
+} // namespace
+
+std::string WriteSvg(CCanvasBuffer& canvas, const std::wstring& strPath, IImageCodecs& codecs,
+                     IProgress& progress) {
+    return CSvgWriter(canvas.GetSize(), strPath, codecs, progress).Write(canvas.GetRoot());
+}
