@@ -77,8 +77,8 @@ THostPicture::TPlane LoadAlpha(const std::filesystem::path& path, CSize sz, IIma
     return vAlpha;
 }
 
-void CheckSave(const std::filesystem::path& path, IImageCodecs& codecs) {
-    if (!codecs.CanSave(FromUtf8(path.native()))) Fail(path, "no picture format has this ending");
+void CheckSave(const std::filesystem::path& path, bool bKnown) {
+    if (!bKnown) Fail(path, "no picture format has this ending");
     std::error_code error;
     if (std::filesystem::is_directory(path, error)) Fail(path, "this is a folder");
     const std::filesystem::path pathFolder = std::filesystem::absolute(path).parent_path();

@@ -15,9 +15,9 @@ THostPicture LoadPicture(const std::filesystem::path& path, IImageCodecs& codecs
 /// that names the file.
 THostPicture::TPlane LoadAlpha(const std::filesystem::path& path, CSize sz, IImageCodecs& codecs);
 
-/// Raises std::runtime_error that names the file when a picture could not be written there. Called before
-/// the user does work that would then be lost.
-void CheckSave(const std::filesystem::path& path, IImageCodecs& codecs);
+/// Raises std::runtime_error that names the file when it could not be written there, or when `bKnown` says
+/// that there is no format of its ending. Called before the user does work that would then be lost.
+void CheckSave(const std::filesystem::path& path, bool bKnown);
 
 /// Write a picture, or a channel of size `sz` as a grey picture. Raise std::runtime_error that names the
 /// file, and keep an old file unchanged.

@@ -2,6 +2,7 @@
 #include "app/common/ModuleCall.h"
 #include "app/common/PictureFiles.h"
 #include "app/filter/Arguments.h"
+#include "core/Base/Text.h"
 #include "system/files/FileStore.h"
 #include "system/pictures/ImageCodecs.h"
 
@@ -18,7 +19,7 @@ void RunFilter(const TArguments& arguments) {
     THostPicture picture = LoadPicture(arguments.pathIn, codecs);
     const CSize sz = picture.rc.Size();
     for (const fs::path& path : arguments.vAlphas) picture.vAlphas.push_back(LoadAlpha(path, sz, codecs));
-    CheckSave(arguments.pathOut, codecs);
+    CheckSave(arguments.pathOut, codecs.CanSave(FromUtf8(arguments.pathOut.native())));
 
     CPictureHost host(std::move(picture));
     CallModule(host, {arguments.pathModule, arguments.pathScript, arguments.bWindows, arguments.pathRecord},

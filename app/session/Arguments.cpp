@@ -5,17 +5,19 @@
 namespace fs = std::filesystem;
 
 const char USAGE[] = R"(usage: vellumcraft-session [OPTION]... SCRIPT
+   or: vellumcraft-session --desktop --in DOCUMENT --out FILE
 
 Plays a session script without a display, in the desktop application or, with --in, in the filter over a
 picture. Its settings are its own.
 
   --in PICTURE      play it over this picture (PNG, JPEG, BMP, TIFF, GIF), as a host would
-  --out FILE        write the result in the format of its name: the picture, or without --in the flattened
-                    picture of the last active document
+  --out FILE        write the result in the format of its name: the picture, or without --in and with
+                    --desktop the last active document, also as PSD or SVG with its layers
   --each PATTERN    play it over every picture that the pattern names, as in --each 'pages/*.png'
   --out-dir FOLDER  with --each: where the results go, under their pages' names
-  --desktop         with --in or --each: open the picture in the desktop application; the result has the
-                    size that the script gives it, while a host's picture keeps its own
+  --desktop         with --in or --each: open the picture or project file in the desktop application; the
+                    result has the size that the script gives it, while a host's picture keeps its own.
+                    With --in and --out no script is needed
   --jobs N          with --each: N pages at a time; default: one a processor
   --module FILE     the filter module; default: the installed one, or vellumcraft.8bf beside this program
   --help            show this
@@ -61,8 +63,10 @@ TArguments ParseArguments(const std::vector<std::string>& vArguments) {
                      Flag("--desktop", arguments.bDesktop),
                      Flag("--help", arguments.bHelp)});
     if (arguments.bHelp) return arguments;
-    if (vNames.size() != 1 || vNames.front().empty()) throw usage_error("one script is to be named");
-    arguments.pathScript = vNames.front();
+    const bool bConverts = arguments.bDesktop && !arguments.pathIn.empty() && !arguments.pathOut.empty();
+    if (vNames.size() > 1 || (vNames.empty() ? !bConverts : vNames.front().empty()))
+        throw usage_error("one script is to be named");
+    if (!vNames.empty()) arguments.pathScript = vNames.front();
     Check(arguments);
     return arguments;
 }

@@ -8,8 +8,8 @@
 class IFileStore;
 class IImageCodecs;
 
-/// Opens `pathIn` unless that is empty, plays the script and writes the flattened picture of the last active
-/// document to `pathOut` unless that is empty. Raises std::runtime_error: "FILE:LINE: reason" for the script,
-/// or why there is no picture.
+/// Opens `pathIn` unless that is empty, plays the script and writes the last active document to `pathOut`, in
+/// any format that ExportImage has, unless that is empty. Raises std::runtime_error: "FILE:LINE: reason" for
+/// the script, or why there is no picture.
 void PlayDesktop(const TScript& script, const std::filesystem::path& pathIn,
                  const std::filesystem::path& pathOut, IFileStore& files, IImageCodecs& codecs);

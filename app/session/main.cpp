@@ -6,6 +6,7 @@
 #include "app/session/DesktopSession.h"
 #include "core/Base/Failure.h"
 #include "core/Base/Text.h"
+#include "core/ImageFile/ImageFile.h"
 #include "system/files/FileStore.h"
 #include "system/pictures/ImageCodecs.h"
 
@@ -25,10 +26,14 @@ int Run(const TArguments& arguments) {
     CImageCodecs codecs(files);
     codecs.Startup();
     // The module parses it again; here its errors are reported before anything is played.
-    const TScript script = ReadScript(FromUtf8(arguments.pathScript.native()), files);
+    TScript script;
+    if (!arguments.pathScript.empty()) script = ReadScript(FromUtf8(arguments.pathScript.native()), files);
     if (!arguments.strEach.empty()) return RunBatch(arguments) ? 0 : 1;
-    if (!arguments.pathOut.empty()) CheckSave(arguments.pathOut, codecs);
-    if (arguments.pathIn.empty() || arguments.bDesktop)
+    const bool bDesktop = arguments.pathIn.empty() || arguments.bDesktop;
+    const std::wstring strOut = FromUtf8(arguments.pathOut.native());
+    if (!strOut.empty())
+        CheckSave(arguments.pathOut, bDesktop ? CanExport(strOut, codecs) : codecs.CanSave(strOut));
+    if (bDesktop)
         PlayDesktop(script, arguments.pathIn, arguments.pathOut, files, codecs);
     else
         PlayOver(arguments, files, codecs);

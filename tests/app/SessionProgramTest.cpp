@@ -32,6 +32,14 @@ TEST_F(CSessionProgram, PlaysInBothDeliveries) {
     EXPECT_EQ(LoadPicture("new.png").size(), QSize(30, 20)) << "the last document, though it was closed";
     EXPECT_EQ(Run("half --in red.png --out half.png"), 0) << m_strSaid;
     EXPECT_EQ(qAlpha(LoadPicture("half.png").pixel(3, 3)), 127);
+    Write("save", R"({"open":"red.png"}
+{"save":"red.vlm"})");
+    EXPECT_EQ(Run("save"), 0) << m_strSaid;
+    for (const auto& [pszOut, pszHead] :
+         {std::pair{"a.png", "\x89PNG"}, {"a.psd", "8BPS"}, {"a.svg", "<?xml"}}) {
+        EXPECT_EQ(Run(std::string("--desktop --in red.vlm --out ") + pszOut), 0) << m_strSaid;
+        EXPECT_TRUE(m_files.Read(Path(pszOut)).value_or("").starts_with(pszHead)) << pszOut;
+    }
     const auto expect = [&](int nCode, const std::string& strArguments, const std::string& strText) {
         EXPECT_EQ(Run(strArguments), nCode) << strArguments;
         EXPECT_TRUE(Says(strText)) << m_strSaid;
@@ -46,9 +54,11 @@ TEST_F(CSessionProgram, PlaysInBothDeliveries) {
     expect(1, "none --out out.png", "out.png: no document was open");
     expect(1, "none --in damaged.vlm --out out.png", "damaged.vlm: not a picture");
     expect(1, "none --desktop --in damaged.vlm --out out.png", "error box: データファイルが破損しています。");
+    expect(1, "none --in red.png --out out.svg", "out.svg: no picture format has this ending");
     expect(2, "none --desktop --out out.png", "--desktop goes with");
-    for (const char* psz : {"", "a b", "--in red.png --out ./red.png none", "--jobs 2 none",
-                            "--each '*.png' --out-dir d --jobs 0 none"})
+    for (const char* psz :
+         {"", "a b", "--desktop --in red.png", "--in red.png --out out.png",
+          "--in red.png --out ./red.png none", "--jobs 2 none", "--each '*.png' --out-dir d --jobs 0 none"})
         expect(2, psz, "usage: vellumcraft-session");
 }
 
