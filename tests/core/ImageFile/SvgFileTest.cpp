@@ -93,7 +93,10 @@ TEST_F(SvgFile, ChildrenOfALayerAreClippedToItsCoverage) {
         tile.Pixels().pR[n] = 200;
         tile.Pixels().pA[n] = static_cast<uint8_t>(uAlpha);
     }
-    Add(*spBase, CreateVectorLayer(m_spCanvas), L"clipped");
+    const auto spClipped = Add(*spBase, CreateVectorLayer(m_spCanvas), L"clipped");
+    spClipped->SetLayerColor(MakeColor(0, 0, 255));
+    spClipped->InsertPath(MakeRectPath({0, 0, 9, 9}));
+    Add(*spClipped, CreateRasterLayer(m_spCanvas), L"empty");
     const auto strHead = [](int n, const char* pszName) {
         return "<g id=\"layer" + std::to_string(n) + "\" inkscape:groupmode=\"layer\" inkscape:label=\"" +
                pszName + "\">\n";
@@ -101,11 +104,19 @@ TEST_F(SvgFile, ChildrenOfALayerAreClippedToItsCoverage) {
     const std::string strImage =
         "<image x=\"5\" y=\"6\" width=\"4\" height=\"4\" preserveAspectRatio=\"none\" "
         "image-rendering=\"optimizeSpeed\" xlink:href=\"<x>\"/>\n";
-    EXPECT_EQ(Export(), strHead(1, "base") +
-                            "<mask id=\"shape1\" maskUnits=\"userSpaceOnUse\" x=\"0\" y=\"0\" width=\"40\" "
-                            "height=\"30\">\n" +
-                            strImage + "</mask>\n<g mask=\"url(#shape1)\">\n" + strImage +
-                            strHead(2, "clipped") + "</g>\n</g>\n</g>\n</svg>\n");
+    const auto strMask = [](const char* psz, const std::string& strShape, const std::string& strGround) {
+        const std::string strName = psz;
+        return "<mask id=\"" + strName +
+               "\" maskUnits=\"userSpaceOnUse\" x=\"0\" y=\"0\" width=\"40\" height=\"30\">\n" + strShape +
+               "</mask>\n<g mask=\"url(#" + strName + ")\">\n" + strGround;
+    };
+    EXPECT_EQ(
+        Export(),
+        strHead(1, "base") + strMask("shape1", strImage, strImage) + strHead(2, "clipped") +
+            strMask("shape2",
+                    "<path fill=\"#ffffff\" d=\"M0 0C0 0 9 0 9 0 9 0 9 9 9 9 9 9 0 9 0 9 0 9 0 0 0 0Z\"/>\n",
+                    "<rect width=\"40\" height=\"30\" fill=\"#0000ff\"/>\n") +
+            strHead(3, "empty") + "</g>\n</g>\n</g>\n</g>\n</g>\n</svg>\n");
     EXPECT_EQ(PixelOf(0, {0, 0}), 0x80FFFFFFu);
     EXPECT_EQ(PixelOf(0, {1, 0}) >> 24, 0u);
     EXPECT_EQ(PixelOf(1, {0, 0}), 0xFFC80000u);
@@ -134,7 +145,7 @@ TEST(SvgShape, OutlinesThatWouldMakeHolesAreSeparate) {
     EXPECT_EQ(count({Square(8, 80), Square(40, 120, true), Square(60, 160, true)}), "1 2 ");
     EXPECT_EQ(count({Square(8, 80), Square(16, 40, true)}), "1 ") << "it adds nothing";
     EXPECT_EQ(count({Square(8, 80), Square(320, 400, true)}), "2 ") << "beyond the canvas";
-    EXPECT_EQ(count({Square(8, 80), {{8, 8}}}), "1 ");
+    EXPECT_EQ(count({{{8, 8}}, Square(8, 80)}), "1 ") << "a point fills nothing";
 }
 
 TEST(SvgText, NumbersAndBytes) {
