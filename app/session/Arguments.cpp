@@ -4,8 +4,7 @@
 
 namespace fs = std::filesystem;
 
-const char USAGE[] = R"(usage: vellumcraft-session [OPTION]... SCRIPT
-   or: vellumcraft-session --desktop --in DOCUMENT --out FILE
+const char USAGE[] = R"(usage: vellumcraft-session [OPTION]... [SCRIPT]
 
 Plays a session script without a display, in the desktop application or, with --in, in the filter over a
 picture. Its settings are its own.
