@@ -29,12 +29,11 @@ bool ChangeActiveLayer(const TImageRun& run, Function fnOperation) {
 } // namespace
 
 bool CorrectLevels(const TImageRun& run) {
-    return ChangeActiveLayer<CLevelDlg>(run, [](const CLevelDlg& dialog) {
-        return LevelOperation(dialog.GetLut(), dialog.GetChannels());
-    });
+    return ChangeActiveLayer<CLevelDlg>(
+        run, [](const CLevelDlg& dialog) { return LevelOperation(dialog.GetLut(), dialog.GetChannels()); });
 }
 
 bool ChangeHueAndBrightness(const TImageRun& run) {
-    return ChangeActiveLayer<CHSBDlg>(
-        run, [](const CHSBDlg& dialog) { return HsbOperation(dialog.GetValues()); });
+    return ChangeActiveLayer<CHSBDlg>(run,
+                                      [](const CHSBDlg& dialog) { return HsbOperation(dialog.GetValues()); });
 }
