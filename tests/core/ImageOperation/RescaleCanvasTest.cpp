@@ -14,7 +14,8 @@ std::vector<uint8_t> BytesOf(CRasterBuffer& plane) {
 
 // All of a plane by one call.
 std::vector<uint8_t> Rescaled(CRasterBuffer& plane, CSize szTo, ERescaleMode mode) {
-    const auto spWhole = plane.CreateBlock({0, 0})->CreateBlank(szTo);
+    const auto spWhole = plane.ExtractBlock(CRect({0, 0}, szTo), false, nullptr);
+    spWhole->Clear();
     const size_t nPlane = spWhole->GetPlaneBytes();
     std::vector<uint8_t*> apTo(spWhole->GetBytes() / nPlane);
     for (size_t n = 0; n < apTo.size(); ++n) apTo[n] = spWhole->GetPixelPtr({0, 0}) + n * nPlane;
