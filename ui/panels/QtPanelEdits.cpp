@@ -49,9 +49,9 @@ protected:
 private:
     // Text that is no number counts as 0.
     qint64 GetNumber() const {
-        const QString strText = lineEdit()->text();
-        return m_vStops.empty() ? strText.trimmed().toLongLong()
-                                : ParseParts(FromQt(strText), HUNDREDTHS).value_or(0);
+        const std::wstring strText = FromQt(lineEdit()->text());
+        return m_vStops.empty() ? static_cast<qint64>(ParseNumber(strText).value_or(0))
+                                : ParseParts(strText, HUNDREDTHS).value_or(0);
     }
     // The stop that lies so many steps above or below the number.
     int GetStop(int nSteps) const {

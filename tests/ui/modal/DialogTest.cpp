@@ -96,7 +96,8 @@ public:
             {.kind = View, .nId = 1, .bStretch = true, .bHand = true, .szView = {200, 60}, .pView = this},
             {.kind = Button, .nId = 2, .strText = L"前", .bHold = true},
             {.kind = Column},
-            {.kind = Slider, .nId = 3, .nMax = 512, .nValue = 256, .bBare = true, .nPage = 10}};
+            {.kind = Slider, .nId = 3, .nMax = 512, .nValue = 256, .bBare = true, .nPage = 10},
+            {.kind = Number, .nId = 4, .strText = L"４", .nMax = 9, .strName = "number"}};
     }
     const char* GetName() const override { return "CWideDialog"; }
     std::wstring GetTitle() const override { return L"横長"; }
@@ -125,6 +126,9 @@ TEST_F(CUiTest, AViewGrowsBesideAColumnAndAButtonActsWhileItIsHeld) {
                 EXPECT_GE(slider.mapTo(&window, QPoint()).x(), pView->geometry().right());
                 EXPECT_FALSE(window.findChild<QSpinBox*>()->isVisible());
                 QTest::keyClick(&slider, Qt::Key_PageUp);
+                auto* pNumber = window.findChild<QAbstractSpinBox*>("number");
+                QTest::keyClick(pNumber, Qt::Key_Up);
+                EXPECT_EQ(pNumber->text(), "5");
                 szBefore = pView->size();
                 window.resize(window.width() + 120, window.height() + 90);
             },
@@ -133,12 +137,12 @@ TEST_F(CUiTest, AViewGrowsBesideAColumnAndAButtonActsWhileItIsHeld) {
                 QTest::mousePress(window.findChild<QPushButton*>(), Qt::LeftButton);
             },
             [&](QWidget& window) {
-                EXPECT_EQ(dialog.m_strHeard, " 3=266 2=1");
+                EXPECT_EQ(dialog.m_strHeard, " 3=266 4=0 2=1");
                 QTest::mouseRelease(window.findChild<QPushButton*>(), Qt::LeftButton);
             },
             Press(L"OK")});
     EXPECT_TRUE(m_platform.GetPlatform().dialogs.Run(m_pMain, dialog));
-    EXPECT_EQ(dialog.m_strHeard, " 3=266 2=1 2=0");
+    EXPECT_EQ(dialog.m_strHeard, " 3=266 4=0 2=1 2=0");
 }
 
 namespace {
