@@ -185,3 +185,19 @@ TEST(RasterWalk, UndoLeadsToTheFirstBytesAndRedoToTheLast) {
         EXPECT_GT(nFloats, nSteps / 50);
     });
 }
+
+TEST(RasterWalk, TheDocumentStaysAsItIsUnderAStroke) {
+    CToolSession session(MakePage({100, 100}));
+    session.Play(TOOL_BRUSH, [&] {
+        CCanvasFrame& frame = *g_lstCanvasFrame.front();
+        frame.EditTree([&] { return RescaleCanvas(session.m_spCanvas, {120, 90}, ERescaleMode::Nearest); });
+        session.Press({80, 80});
+        session.Move({400, 300});
+        session.Command(ID_EDIT_UNDO);
+        frame.GoToState({});
+        EXPECT_EQ(session.m_spCanvas->GetSize(), CSize(120, 90));
+        session.Release({400, 300});
+        session.m_spCanvas->CompleteWork();
+        EXPECT_EQ(session.Labels(), (std::vector<std::wstring>{L"解像度変更", L"ラスタブラシ"}));
+    });
+}
