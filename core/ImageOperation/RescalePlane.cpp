@@ -56,6 +56,10 @@ bool RescaleRect(CRasterBuffer& from, const CRescaleMap& map, const CRect& rcTo,
         RenderFrom(*spTile, CRect(pt, szTile), map, CRect(ptPart, szPart).Intersect(rcTo), target);
     });
     if (!bAny || (szPart.cx != 0 && szPart.cy != 0)) return bAny;
-    RenderFrom(*from.ExtractBlock(rcFrom, false, nullptr), rcFrom, map, rcTo, target);
+    const CRect rcTile({rcFrom.left / szTile.cx * szTile.cx, rcFrom.top / szTile.cy * szTile.cy}, szTile);
+    if (rcTile.Intersect(rcFrom) == rcFrom)
+        RenderFrom(*from.GetBlock(rcTile.TopLeft(), false), rcTile, map, rcTo, target);
+    else
+        RenderFrom(*from.ExtractBlock(rcFrom, false, nullptr), rcFrom, map, rcTo, target);
     return true;
 }
