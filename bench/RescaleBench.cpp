@@ -104,7 +104,7 @@ void Ours(benchmark::State& state, int32_t nFrom, int32_t nTo, ERescaleMode mode
     std::array<std::vector<uint8_t>, CHANNELS> planes;
     for (auto _ : state) {
         const CRescaleMap map({nFrom, nFrom}, {nTo, nTo}, mode);
-        // Where a tile of the source is whole pixels of the destination, these are a part; it needs no copy.
+        // A tile of the source that becomes whole pixels of the destination is read in place, as one part.
         const int32_t nPart = nFrom % nTo == 0 && SIDE % (nFrom / nTo) == 0 ? SIDE / (nFrom / nTo) : SIDE;
         to.ForEach([&](int32_t x, int32_t y) {
             const CRect rcTile = to.RectOf(x, y);

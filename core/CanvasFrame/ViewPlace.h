@@ -1,4 +1,4 @@
-// What a view shows while its canvas changes size.
+// Keeps the picture's point in a view's middle while the canvas changes its size.
 #pragma once
 
 #include "core/CanvasBuffer/CanvasBuffer.h"

@@ -1,4 +1,4 @@
-// What an operation on the image is run on, and for whom.
+// The canvas of an operation on the image, and the window that asked for it.
 #pragma once
 
 #include "core/CanvasBuffer/CanvasBuffer.h"

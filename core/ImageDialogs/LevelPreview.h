@@ -28,7 +28,7 @@ public:
     /// Self-checks fail without a plane, or when the selection has another size.
     explicit CLevelPreview(const TPreviewSource& source);
 
-    /// What the pixels go through; nothing when it is empty.
+    /// Sets the operation that the preview shows; an empty one shows the pixels as they are.
     void SetOperation(TPixelOperation fnOperation);
     /// Shows the pixels as they are for the time being.
     void ShowBefore(bool bBefore);

@@ -46,7 +46,7 @@ public:
 
 private:
     int32_t GetMargin() const;
-    /// Where a pin stands, 0 low, 1 gamma, 2 high.
+    /// The horizontal position of a pin: 1 low, 2 gamma, 3 high.
     double GetPlace(int nPin) const;
     int FindPin(int32_t x) const;
     boost::any GetValue(int nPin) const;
