@@ -288,23 +288,20 @@ bool CCanvasFrame::OnClose() {
 }
 
 void CCanvasFrame::StepHistory(bool bUndo) {
-    Guarded([&] {
-        CHistoryStream& history = m_spCanvas->GetHistory();
-        // Undo takes an unfinished operation back; completing it first would make it an action.
-        const bool bTakesBack = bUndo && history.IsUnfinished();
-        if (!bTakesBack && IsToolAtWork()) return;
-        if (!bTakesBack) CompleteWork(EOpenEnd::History);
-        bUndo ? history.Undo() : history.Redo();
-    });
-    RaiseRefresh();
-    InvalidateAll();
+    CHistoryStream& history = m_spCanvas->GetHistory();
+    // Undo takes an unfinished operation back; completing it first would make it an action.
+    ChangeHistory(bUndo && history.IsUnfinished(), [&] { bUndo ? history.Undo() : history.Redo(); });
 }
 
 void CCanvasFrame::GoToState(const boost::shared_ptr<CHistory>& spNewest) {
+    ChangeHistory(false, [&] { m_spCanvas->GetHistory().GoTo(spNewest); });
+}
+
+void CCanvasFrame::ChangeHistory(bool bTakesBack, const boost::function<void()>& fnChange) {
     Guarded([&] {
-        if (IsToolAtWork()) return;
-        CompleteWork(EOpenEnd::History);
-        m_spCanvas->GetHistory().GoTo(spNewest);
+        if (!bTakesBack && IsToolAtWork()) return;
+        if (!bTakesBack) CompleteWork(EOpenEnd::History);
+        fnChange();
     });
     RaiseRefresh();
     InvalidateAll();

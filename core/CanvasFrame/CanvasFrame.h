@@ -102,6 +102,9 @@ private:
     bool HandleMessage(const TMessage& msg);
     /// An operation in progress, which needs the present layers.
     bool IsToolAtWork() const;
+    /// Calls a function that steps through the history. Unless it takes an unfinished operation back, pending
+    /// work is completed before, and nothing happens while the tool is at work.
+    void ChangeHistory(bool bTakesBack, const boost::function<void()>& fnChange);
     void OnCreate(CSize szArea);
     bool OnClose();
     /// Keeps a small picture of the saved document for the list of recent ones.
