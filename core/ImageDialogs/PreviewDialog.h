@@ -1,4 +1,4 @@
-// What the dialogs of operations on a layer's pixels share: the preview with its zoom, and the picture
+// The base of dialogs that change a layer's pixels: it has the preview, its zoom, and shows the picture
 // before.
 #pragma once
 

@@ -53,7 +53,7 @@ std::optional<TFactor> ParsePercent(std::wstring_view str) {
     return percent ? std::optional<TFactor>({*percent, HUNDRED}) : std::nullopt;
 }
 
-// What was typed as a side's length: whole pixels, or percent with their sign.
+// Reads a side's length: whole pixels, or percent with their sign.
 std::optional<TFactor> ParseLength(std::wstring_view str, int32_t nOld) {
     if (BeforePercent(str)) return ParsePercent(str);
     const auto pixels = ParseWhole(str);

@@ -25,7 +25,7 @@ protected:
     void OnControl(TPanelControl& control) override;
 
 private:
-    /// What the fields of pixels describe, within any limits; nullopt when one holds no length.
+    /// The size in the fields of pixels, within any limits; nullopt when one holds no length.
     std::optional<CSize> ReadSize();
     void ShowSize();
 
