@@ -9,8 +9,6 @@
 
 #include <langinfo.h>
 
-CModule g_Module;
-
 namespace {
 
 /// Sets the user's own locale if it uses UTF-8, else one that does. The number format stays as the process

@@ -1,4 +1,4 @@
-// The program, or the module in a host's process: start and exit.
+// A delivery of the application in its process: start and exit.
 #pragma once
 
 #include "core/IniConfig/IniConfig.h"
@@ -7,8 +7,9 @@
 
 #include <boost/noncopyable.hpp>
 
-/// Created while the program or module is loaded, destroyed when the process exits (hosts keep the module
-/// until then): the global switches are read and written at those moments.
+/// One for a process. The constructor reads the global switches, the destructor writes them. Programs and the
+/// module create it while they are loaded, so that it is destroyed when the process exits; hosts keep the
+/// module until then.
 class CModule : boost::noncopyable {
 public:
     CModule();
@@ -24,5 +25,3 @@ private:
     CFileStore m_files{&m_locations};
     CIniConfig m_config{CIniConfig::FindPath(m_locations), m_files};
 };
-
-extern CModule g_Module;

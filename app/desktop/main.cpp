@@ -24,6 +24,8 @@
 
 namespace {
 
+CModule g_Module;
+
 // Posts the files to the message queue, so that they wait while a dialog is open. A recorder sees them as
 // external.
 void TakeFiles(const std::vector<std::string>& vFiles, IMessageQueue& queue) {

@@ -14,14 +14,13 @@ namespace {
 constexpr uint32_t PAUSE_MS = 1000;
 constexpr uint32_t MS_A_SECOND = 1000;
 
-// Holds the document's tiles, not their bytes: later drawing replaces a tile by its clone.
+} // namespace
+
 TFillBytes SerializeDocument(const CCanvasBuffer& canvas) {
     const auto spFile = boost::make_shared<CSerializer>();
     spFile->WriteChunk(canvas.Serialize());
     return [spFile](const TWriteBytes& fnWrite) { return spFile->WriteOut(fnWrite); };
 }
-
-} // namespace
 
 CRecovery::TEntry& CRecovery::FindEntry(const boost::shared_ptr<CCanvasBuffer>& spCanvas) {
     TEntry& entry = m_mapEntries[spCanvas.get()];

@@ -15,6 +15,10 @@
 class IClock;
 struct TGlobalSwitches;
 
+/// The bytes of the document's project file as it is now. Holds the document's tiles, not their bytes: later
+/// drawing replaces a tile by its clone.
+TFillBytes SerializeDocument(const CCanvasBuffer& canvas);
+
 /// Watches the documents of a session. A changed document gets a snapshot `m_nAutoSave` seconds
 /// after its first change not yet in one, when idle. The snapshot is removed when the document is saved or
 /// forgotten, and remains when the document ends in any other way.

@@ -1,4 +1,4 @@
-#include "app/module/ModulePlatform.h"
+#include "app/common/RunWithPlatform.h"
 
 #include "app/common/Module.h"
 #include "app/common/Recording.h"
@@ -18,24 +18,24 @@ namespace {
 
 // Plays the script in windows without a display, shown by real ones if the settings request it. Writes a
 // failure to the settings, where the program that set the script's name reads it.
-void RunScripted(const std::wstring& strScript, CIniConfigData& section, IModules& modules,
+void RunScripted(CModule& module, const std::wstring& strScript, CIniConfigData& section, IModules& modules,
                  IImageCodecs& codecs, const std::function<void(const TPlatform&)>& fn) {
     CMessageQueue queue;
-    CSnapshotStore snapshots(g_Module.GetLocations(), false);
-    TSessionParts parts{g_Module.GetFiles(), g_Module.GetLocations(), modules, codecs};
+    CSnapshotStore snapshots(module.GetLocations(), false);
+    TSessionParts parts{module.GetFiles(), module.GetLocations(), modules, codecs};
     parts.pSnapshots = &snapshots;
     std::optional<CQtPlatform> windows;
     if (section.GetInt(L"Windows", 0) != 0) {
         if (!EnsureApplication()) throw internal_error(L"RunWithPlatform: there is no window system.");
-        windows.emplace(queue, g_Module.GetFiles(), g_Module.GetLocations(), modules, codecs, snapshots);
+        windows.emplace(queue, module.GetFiles(), module.GetLocations(), modules, codecs, snapshots);
         parts.pWindows = &windows->GetWindows();
         parts.pQueue = &queue;
         parts.fnScreenshot = [&](const std::wstring& strPath) { return windows->SaveScreenshot(strPath); };
     }
     std::string strFailure;
     try {
-        CSessionPlatform session(parts, ReadScript(strScript, g_Module.GetFiles()));
-        CRecording recording(session.GetPlatform(), FindRecordPath(g_Module.GetConfig()));
+        CSessionPlatform session(parts, ReadScript(strScript, module.GetFiles()));
+        CRecording recording(session.GetPlatform(), FindRecordPath(module.GetConfig()));
         session.SetWatch([&](const std::string& strLine) { recording.NoteLine(strLine); });
         fn(recording.GetPlatform());
         strFailure = session.GetFailure();
@@ -47,18 +47,17 @@ void RunScripted(const std::wstring& strScript, CIniConfigData& section, IModule
 
 } // namespace
 
-void RunWithPlatform(const std::function<void(const TPlatform&)>& fn) {
+void RunWithPlatform(CModule& module, const std::function<void(const TPlatform&)>& fn) {
     CModules modules;
-    CImageCodecs codecs(g_Module.GetFiles());
-    const auto spSection = g_Module.GetConfig().GetSection(L"Session");
+    CImageCodecs codecs(module.GetFiles());
+    const auto spSection = module.GetConfig().GetSection(L"Session");
     if (const std::wstring strScript = spSection->GetString(L"Script", L""); !strScript.empty())
-        return RunScripted(strScript, *spSection, modules, codecs, fn);
+        return RunScripted(module, strScript, *spSection, modules, codecs, fn);
     if (!EnsureApplication()) throw internal_error(L"RunWithPlatform: there is no window system.");
     CMessageQueue queue;
-    const std::wstring strRecord = FindRecordPath(g_Module.GetConfig());
-    CSnapshotStore snapshots(g_Module.GetLocations(), strRecord.empty());
-    const CQtPlatform platform(queue, g_Module.GetFiles(), g_Module.GetLocations(), modules, codecs,
-                               snapshots);
+    const std::wstring strRecord = FindRecordPath(module.GetConfig());
+    CSnapshotStore snapshots(module.GetLocations(), strRecord.empty());
+    const CQtPlatform platform(queue, module.GetFiles(), module.GetLocations(), modules, codecs, snapshots);
     const CRecording recording(platform.GetPlatform(), strRecord);
     fn(recording.GetPlatform());
 }
