@@ -69,6 +69,7 @@ std::wstring DeliverResult(CGimpImage& image) {
 
 void Call(int32_t nParams, const GimpParam* pParams) {
     const TGimpCall call = ReadCall(nParams, pParams);
+    OutliveGimp();
     gegl_init(nullptr, nullptr);
     CGimpImage image(call.nDrawable);
     if (const std::wstring strObstacle = image.GetObstacle(); !strObstacle.empty())

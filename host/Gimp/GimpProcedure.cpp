@@ -63,6 +63,12 @@ TGimpCall ReadCall(int32_t nParams, const _GimpParam* pParams) {
     return call;
 }
 
+void OutliveGimp() {
+    GSource* const pWatch =
+        g_main_context_find_source_by_funcs_user_data(nullptr, &g_io_watch_funcs, nullptr);
+    if (pWatch) g_source_destroy(pWatch);
+}
+
 bool IsConnected(int nDescriptor) {
     pollfd descriptor{.fd = nDescriptor, .events = POLLIN, .revents = 0};
     return poll(&descriptor, 1, 0) >= 0 && (descriptor.revents & (POLLHUP | POLLERR | POLLNVAL)) == 0;

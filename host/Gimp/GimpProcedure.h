@@ -21,6 +21,10 @@ struct _GimpParam;
 /// that had none. Raises refused_error for other values.
 TGimpCall ReadCall(int32_t nParams, const _GimpParam* pParams);
 
+/// Lets the session live on when GIMP ends: libgimp watches the connection in GLib's main loop, which Qt's
+/// windows run too, and would end the process.
+void OutliveGimp();
+
 /// False when GIMP has closed its end of the connection, by its descriptor for reading. libgimp ends the
 /// process at the next call then.
 bool IsConnected(int nDescriptor);

@@ -1,11 +1,18 @@
 // A plug-in of the tests: a session in which the user changes something in GIMP before the result comes.
 #include "host/Gimp/GimpImage.h"
+#include "host/Gimp/GimpProcedure.h"
 
+#include <csignal>
+#include <cstdlib>
 #include <cstring>
+#include <fstream>
 
 #include <libgimp/gimp.h>
+#include <unistd.h>
 
 namespace {
+
+int g_nFromGimp = -1;
 
 void ChangeImage(const char* pszWhat, int32_t nImage, int32_t nDrawable) {
     const auto is = [&](const char* psz) { return std::strcmp(pszWhat, psz) == 0; };
@@ -19,10 +26,25 @@ void ChangeImage(const char* pszWhat, int32_t nImage, int32_t nDrawable) {
     }
 }
 
+// GIMP crashes while the session runs its message loop. The file tells that the session lives on and has
+// noticed it.
+void CrashGimp() {
+    OutliveGimp();
+    const bool bConnected = IsConnected(g_nFromGimp);
+    kill(getppid(), SIGKILL);
+    for (int i = 0; i < 50; ++i) {
+        g_usleep(10000);
+        g_main_context_iteration(nullptr, FALSE);
+    }
+    std::ofstream("lives") << bConnected << IsConnected(g_nFromGimp);
+    std::_Exit(0);
+}
+
 // Parameters: run mode, image, drawable, what the user does. The session makes the drawable's pixel (3, 2)
 // red.
 void OnRun(const gchar*, gint, const GimpParam* pParams, gint* pnValues, GimpParam** ppValues) {
     static GimpParam s_aValues[2];
+    if (std::strcmp(pParams[3].data.d_string, "crash") == 0) CrashGimp();
     gegl_init(nullptr, nullptr);
     CGimpImage image(pParams[2].data.d_drawable);
     image.Open();
@@ -53,4 +75,7 @@ void OnQuery() {
 
 const GimpPlugInInfo PLUG_IN_INFO = {nullptr, nullptr, OnQuery, OnRun};
 
-MAIN()
+int main(int argc, char** argv) {
+    if (argc > 3) g_nFromGimp = std::atoi(argv[3]);
+    return gimp_main(&PLUG_IN_INFO, argc, argv);
+}

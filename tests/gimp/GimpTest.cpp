@@ -6,6 +6,7 @@
 
 #include <QRandomGenerator>
 #include <gmock/gmock.h>
+#include <unistd.h>
 
 namespace {
 
@@ -65,13 +66,17 @@ protected:
                             m_folder.File("plug-ins").native() + "\")\n");
     }
     /// Plays a script of GIMP's language; `strBefore` precedes the program in the command line.
-    void RunGimp(const std::string& strScript, const std::string& strBefore = {}) {
+    void PlayInGimp(const std::string& strScript, const std::string& strBefore = {}) {
         Write("script.scm", PRELUDE + strScript);
         // GIMP leaves an empty folder among the temporary files.
         RunProgram("timeout", "120 " + strBefore +
                                   " env TMPDIR=$PWD/profile GIMP2_DIRECTORY=$PWD/profile "
                                   "XDG_CACHE_HOME=$PWD/.cache gimp-console -i -d -f -s --gimprc gimprc "
                                   "-b '(load \"script.scm\")' -b '(gimp-quit 0)'");
+    }
+    /// The same; expects that GIMP comes to the script's end.
+    void RunGimp(const std::string& strScript, const std::string& strBefore = {}) {
+        PlayInGimp(strScript, strBefore);
         EXPECT_TRUE(Says("batch command executed successfully")) << m_strSaid;
         EXPECT_FALSE(Says("experienced an execution error")) << m_strSaid;
         for (const auto& entry : std::filesystem::directory_iterator(m_folder.File("profile")))
@@ -251,6 +256,11 @@ TEST_F(CGimp, TheResultIsKeptWhateverTheUserDidInGimp) {
         EXPECT_EQ(CountDifferent(LoadPicture(psz), page), 0) << psz;
     page.setPixel(1, 0, qRgb(0, 0, 255));
     EXPECT_EQ(CountDifferent(LoadPicture("draw.png"), page), 0) << "what was drawn in GIMP stays";
+
+    PlayInGimp(R"((let ((image (load-picture "page.png")))
+  (plug-in-delivery-probe RUN-NONINTERACTIVE image (layer-of image) "crash")))");
+    for (int i = 0; i < 100 && !m_files.Read(Path("lives")); ++i) usleep(50000);
+    EXPECT_EQ(m_files.Read(Path("lives")), "10") << m_strSaid;
 }
 
 TEST_F(CGimp, TheRealWindowDrawsTheSame) {
