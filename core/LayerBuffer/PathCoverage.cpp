@@ -88,18 +88,25 @@ void CPathCoverage::SetLivePath(const boost::shared_ptr<CPathObject>& spPath) {
 }
 
 void CPathCoverage::PaintRest(CAlphaBlock8& tile, const TPathList& lstPaths) {
-    const CRect rc = tile.GetRect();
-    for (const auto& spPath : lstPaths)
-        if (spPath != m_spLive && !CoveredPixels(spPath->RectIncludingPath()).Intersect(rc).IsEmpty())
-            spPath->RasterizePath(m_fill, m_pPlane->GetSize(), tile);
+    PaintParts(tile, [&](CPathFill& fill, CAlphaBlock8& part) {
+        const CRect rc = part.GetRect();
+        for (const auto& spPath : lstPaths)
+            if (spPath != m_spLive && !CoveredPixels(spPath->RectIncludingPath()).Intersect(rc).IsEmpty())
+                spPath->RasterizePath(fill, m_pPlane->GetSize(), part);
+    });
+}
+
+void CPathCoverage::PaintLive(CAlphaBlock8& tile) {
+    PaintParts(tile, [&](CPathFill& fill, CAlphaBlock8& part) {
+        m_spLive->RasterizePath(fill, m_pPlane->GetSize(), part, STATE_LIVE);
+    });
 }
 
 // A large tile in two halves at once: a part is filled as it is in the whole.
-void CPathCoverage::PaintLive(CAlphaBlock8& tile) {
+template <class Paint>
+void CPathCoverage::PaintParts(CAlphaBlock8& tile, Paint fnPaint) {
     const CRect rc = tile.GetRect();
-    const CSize szPlane = m_pPlane->GetSize();
-    if (rc.Width() * rc.Height() < PIXELS_FOR_THREADS)
-        return m_spLive->RasterizePath(m_fill, szPlane, tile, STATE_LIVE);
+    if (rc.Width() * rc.Height() < PIXELS_FOR_THREADS) return fnPaint(m_fill, tile);
     const int32_t yMiddle = rc.top + rc.Height() / 2;
     const std::array aHalves{CRect{rc.left, rc.top, rc.right, yMiddle},
                              CRect{rc.left, yMiddle, rc.right, rc.bottom}};
@@ -107,7 +114,7 @@ void CPathCoverage::PaintLive(CAlphaBlock8& tile) {
     ForEachIndex(aTiles.size(), AvailableThreads(), [&](size_t n) {
         aTiles[n].Create(aHalves[n].Size(), aHalves[n].TopLeft());
         aTiles[n].PasteFrom(tile, tile.GetPosition());
-        m_spLive->RasterizePath(m_aHalfFills[n], szPlane, aTiles[n], STATE_LIVE);
+        fnPaint(m_aHalfFills[n], aTiles[n]);
     });
     for (const CAlphaBlock8& half : aTiles) tile.PasteFrom(half, half.GetPosition());
 }

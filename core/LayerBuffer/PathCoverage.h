@@ -30,6 +30,8 @@ public:
     void Clear();
 
 private:
+    template <class Paint>
+    void PaintParts(CAlphaBlock8& tile, Paint fnPaint);
     void PaintRest(CAlphaBlock8& tile, const TPathList& lstPaths);
     void PaintLive(CAlphaBlock8& tile);
 

@@ -12,7 +12,9 @@ uint32_t ToOutline(uint32_t uWidth) {
 }
 
 TPolyBezier CloseOutline(const TOutlinePoints& vPoints) {
-    TPolyBezier vCurve{vPoints.front().anchor};
+    TPolyBezier vCurve;
+    vCurve.reserve(1 + 3 * vPoints.size()); // there are many outlines, so they take no spare memory
+    vCurve.push_back(vPoints.front().anchor);
     const auto append = [&](const TOutlinePoint& from, const TOutlinePoint& to) {
         const CBezier segment = SegmentOf(from, to);
         vCurve.insert(vCurve.end(), {segment.p1, segment.p2, segment.p3});
