@@ -2,6 +2,7 @@
 
 #include "core/Base/Failure.h"
 #include "core/Base/Text.h"
+#include "core/ImageFile/FileImage.h"
 #include "core/ImageFile/PsdFile.h"
 #include "core/ImageFile/SvgFile.h"
 #include "core/LayerBuffer/RasterLayerBuffer.h"
@@ -17,38 +18,6 @@
 #include <utility>
 
 namespace {
-
-constexpr size_t READ_PIECE = 1 << 18; ///< bytes of a file held in memory; small enough for the cache
-
-// A file that is read in pieces, never completely in memory beside its decoded tiles. A memory mapping is
-// not used, because truncating a mapped file ends the process.
-class CFileImage : public CWireImage {
-public:
-    CFileImage(std::wstring strPath, std::unique_ptr<IFileReader> upReader, IProgress& progress)
-        : CWireImage(upReader->GetSize(), ForeignClaim(upReader->GetSize())), m_strPath(std::move(strPath)),
-          m_upReader(std::move(upReader)), m_progress(progress) {
-        m_progress.Begin(L"ファイルを読んでいます", GetSize());
-    }
-
-protected:
-    void MoveWindow(uint64_t uPos, size_t nLength) override {
-        const uint64_t uPiece = std::min<uint64_t>(READ_PIECE, GetSize() - uPos);
-        m_vWindow.resize(std::max(nLength, static_cast<size_t>(uPiece)));
-        if (!m_upReader->Read(uPos, m_vWindow.data(), m_vWindow.size()))
-            throw fileopen_error(m_strPath, EFileFailure::DiskError);
-        SetWindow(uPos, m_vWindow.data(), m_vWindow.size());
-        // A window may begin inside the one before.
-        const uint64_t uEnd = std::max(m_uRead, uPos + m_vWindow.size());
-        m_progress.Advance(uEnd - std::exchange(m_uRead, uEnd));
-    }
-
-private:
-    const std::wstring m_strPath;
-    const std::unique_ptr<IFileReader> m_upReader;
-    IProgress& m_progress;
-    uint64_t m_uRead = 0; ///< where the part that has been read ends
-    TBytes m_vWindow;
-};
 
 boost::shared_ptr<CCanvasBuffer> OpenPicture(const std::wstring& strPath, IImageCodecs& codecs,
                                              IProgress& progress) {
@@ -73,12 +42,8 @@ boost::shared_ptr<CCanvasBuffer> OpenPicture(const std::wstring& strPath, IImage
 boost::shared_ptr<CCanvasBuffer> ReadProject(TOpenedFile upReader, const std::wstring& strName,
                                              IProgress& progress) {
     if (!upReader) throw fileopen_error(strName, upReader.failure);
-    CDeserializer file(boost::shared_ptr<CWireImage>(new CFileImage(strName, std::move(upReader), progress)));
-    CDeserializer top;
-    file.ReadChunk(top);
-    auto spCanvas = boost::make_shared<CCanvasBuffer>();
-    spCanvas->Deserialize(top, {});
-    return spCanvas;
+    return ReadCanvas(
+        boost::make_shared<CFileImage>(strName, *upReader, ForeignClaim(upReader->GetSize()), progress));
 }
 
 bool IsProjectFile(const std::wstring& strPath) { return EqualNoCase(ExtensionOf(strPath), L".vlm"); }

@@ -58,6 +58,16 @@ void CLayerBuffer::SetOpacity(uint8_t uOpacity, bool bHistory) {
     if (!IsPassThrough()) m_picture.MarkPicture();
 }
 
+void CLayerBuffer::LoadBlock(CPoint pt, const boost::shared_ptr<CWireImage>& spImage) {
+    for (const TLayerPtr& spChild : m_lstChildren)
+        if (spChild->IsVisible()) spChild->LoadBlock(pt, spImage);
+}
+
+void CLayerBuffer::DropBlock(CPoint pt) {
+    GetDrawBuffer()->ShareBlock(pt, {});
+    for (const TLayerPtr& spChild : m_lstChildren) spChild->DropBlock(pt);
+}
+
 void CLayerBuffer::DropCaches() {
     m_picture.Clear();
     for (const TLayerPtr& spChild : m_lstChildren) spChild->DropCaches();

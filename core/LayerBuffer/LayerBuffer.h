@@ -131,6 +131,12 @@ public:
     /// Memory of the content here and below that `pTwin`, a tree of the same shape, does not share; all of it
     /// for null. Pictures that can be painted anew do not count.
     size_t GetBytes(const CLayerBuffer* pTwin) const;
+    /// Reads the tiles of the block at `pt` that Deserialize left in the image, here and where layers show
+    /// below, through another image of the same bytes (`CRasterBuffer::LoadBlock`).
+    virtual void LoadBlock(CPoint pt, const boost::shared_ptr<CWireImage>& spImage);
+    /// Gives the tiles of the block at `pt` back, here and below: what was painted and what LoadBlock has
+    /// read. For a document whose picture is asked for once. Distinct threads may drop distinct blocks.
+    virtual void DropBlock(CPoint pt);
     /// Gives the memory of the pictures here and below back: they are painted anew when they are next asked
     /// for. For a layer that is in no tree. Never throws.
     virtual void DropCaches();

@@ -111,6 +111,7 @@ void CRasterLayerBuffer::Deserialize(CDeserializer& reader, const TCanvasPtr& sp
     spPlane->Deserialize(plane);
     if (!(spPlane->GetSize() == GetSize()) || !spPlane->IsCompatible(*m_pRaster)) throw deserialize_error();
     SetRaster(spPlane);
+    if (reader.LeavesTiles()) m_spLeft = spPlane;
 }
 
 CSerializer CVectorLayerBuffer::Serialize() const {

@@ -189,6 +189,20 @@ uint64_t CRasterLayerBuffer::CountResizeSteps(CSize sz) const {
     return 2 * CountChangeSteps(sz) + CLayerBuffer::CountResizeSteps(sz); // pixels and mask
 }
 
+void CRasterLayerBuffer::LoadBlock(CPoint pt, const boost::shared_ptr<CWireImage>& spImage) {
+    CLayerBuffer::LoadBlock(pt, spImage);
+    if (!m_spLeft) return;
+    m_spLeft->LoadBlock(pt, spImage);
+    if (m_spLeft == m_pRaster) return;
+    ConvertBlock(*m_pRaster, *m_spLeft, pt);
+    m_spLeft->ShareBlock(pt, {});
+}
+
+void CRasterLayerBuffer::DropBlock(CPoint pt) {
+    CLayerBuffer::DropBlock(pt);
+    if (m_spLeft) m_pRaster->ShareBlock(pt, {});
+}
+
 void CRasterLayerBuffer::PushBackup(TPlaneList& lstPlanes) const {
     lstPlanes.push_back(m_pRaster->ShallowCopy());
     CLayerBuffer::PushBackup(lstPlanes);

@@ -25,6 +25,8 @@ public:
     void FollowColorMode(IProgress& progress) override;
     void Resize(CSize sz, const TLayerChange& change, IProgress& progress) override;
     uint64_t CountResizeSteps(CSize sz) const override;
+    void LoadBlock(CPoint pt, const boost::shared_ptr<CWireImage>& spImage) override;
+    void DropBlock(CPoint pt) override;
     void PushBackup(TPlaneList& lstPlanes) const override;
     void SwapBackup(TPlaneList& lstPlanes, TPlaneList::iterator& itPlane) override;
     boost::shared_ptr<CRasterBlockBuffer> CreateFlatBlock() override;
@@ -73,6 +75,7 @@ private:
     boost::shared_ptr<CRasterBuffer> GetSettled() const;
 
     boost::shared_ptr<CRasterBuffer> m_pRaster;
+    boost::shared_ptr<CRasterBuffer> m_spLeft; ///< the plane as it was read when tiles were left in the image
     boost::shared_ptr<CAlphaBufferImpl<uint8_t>> m_pMask;
     std::deque<boost::shared_ptr<CStrokeOverlay>> m_deqQueue; ///< complete strokes, the oldest first
     boost::shared_ptr<CStrokeOverlay> m_spStroke;             ///< the one that is being drawn

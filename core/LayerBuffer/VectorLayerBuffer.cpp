@@ -129,6 +129,11 @@ void CVectorLayerBuffer::SetLayerColor(TColor color, bool bHistory) {
     GetPicture().MarkPicture();
 }
 
+void CVectorLayerBuffer::DropBlock(CPoint pt) {
+    CLayerBuffer::DropBlock(pt);
+    m_pCoverage->GetPlane().ShareBlock(pt, {});
+}
+
 void CVectorLayerBuffer::DropCaches() {
     CLayerBuffer::DropCaches();
     m_pCoverage->Clear();

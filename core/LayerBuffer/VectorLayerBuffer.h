@@ -59,6 +59,7 @@ public:
     /// Sets it and flags the picture; an undoable action with `bHistory`.
     void SetLayerColor(TColor color, bool bHistory = false);
 
+    void DropBlock(CPoint pt) override;
     void DropCaches() override;
     void Resize(CSize sz, const TLayerChange& change, IProgress& progress) override;
     uint64_t CountResizeSteps(CSize sz) const override;

@@ -13,6 +13,7 @@ template <class T>
 class CAlphaBlockBufferImpl : public CRasterBlockBuffer {
 public:
     void Deserialize(CDeserializer&) override {}
+    void ReadHead(CDeserializer&) override {}
     void Create(CSize szBlock, CPoint ptPos) override;
     boost::shared_ptr<CRasterBlockBuffer> Clone() const override;
     /// Returns an empty pointer.

@@ -15,6 +15,7 @@ class CPlanarBlockBuffer : public CRasterBlockBuffer,
                            public boost::enable_shared_from_this<CPlanarBlockBuffer<Tile, PLANES>> {
 public:
     void Deserialize(CDeserializer& reader) override;
+    void ReadHead(CDeserializer& reader) override;
     void Create(CSize szBlock, CPoint ptPos) override;
     boost::shared_ptr<CRasterBlockBuffer> Clone() const override;
     boost::shared_ptr<CRasterBlockBuffer> CreateBlank(CSize sz) const override;

@@ -59,20 +59,27 @@ void CPlanarBlockBuffer<Tile, PLANES>::BlendInto(CRasterBlockBuffer& dest,
 }
 
 template <class Tile, size_t PLANES>
-void CPlanarBlockBuffer<Tile, PLANES>::Deserialize(CDeserializer& reader) {
+void CPlanarBlockBuffer<Tile, PLANES>::ReadHead(CDeserializer& reader) {
     reader.ExpectTag(Tile::CHUNK_TAG);
     const CSize szBlock = reader.ReadSize();
     const CPoint ptPos = reader.ReadPoint();
-    // Checks that the pixels are present before it allocates memory for them.
     if (szBlock.cx <= 0 || szBlock.cy <= 0) throw deserialize_error();
     const uint64_t uPixels = static_cast<uint64_t>(szBlock.cx) * static_cast<uint64_t>(szBlock.cy);
     if (uPixels > reader.GetRest() / PLANES || uPixels * PLANES != reader.GetRest())
         throw deserialize_error();
-    const size_t nBytes = static_cast<size_t>(uPixels) * PLANES;
+    m_szBlock = szBlock;
+    m_ptPos = ptPos;
+}
+
+template <class Tile, size_t PLANES>
+void CPlanarBlockBuffer<Tile, PLANES>::Deserialize(CDeserializer& reader) {
+    // The pixels are known to be present before memory is allocated for them.
+    ReadHead(reader);
+    const size_t nBytes = GetWireSize();
     // A chunk in memory still refers to its tile, whose kind the tag has determined.
     const auto* pTile = static_cast<const Tile*>(reader.ReadPart(nBytes));
     const uint8_t* pWire = pTile ? nullptr : reader.ReadBytes(nBytes);
-    Allocate(szBlock, ptPos, PLANES);
+    Allocate(m_szBlock, m_ptPos, PLANES);
     if (pTile)
         std::memcpy(m_pFirst, pTile->m_pFirst, nBytes);
     else

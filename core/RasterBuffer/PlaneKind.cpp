@@ -21,16 +21,6 @@ void ConvertTile(CColorRasterBlockBuffer& dest, const CMonoRasterBlockBuffer& sr
     std::copy_n(src.GetAlpha(), src.GetPlaneBytes(), dest.GetAlpha());
 }
 
-// Fills `dest` from `src` where that has tiles; both of the same geometry.
-template <class Dest, class Source>
-void ConvertTiles(CRasterBuffer& dest, CRasterBuffer& src) {
-    src.ForEachBlock([&](CPoint pt) {
-        const auto spSource = src.GetBlock(pt, false);
-        if (!spSource) return;
-        ConvertTile(static_cast<Dest&>(*dest.GetBlock(pt, true)), static_cast<const Source&>(*spSource));
-    });
-}
-
 } // namespace
 
 boost::shared_ptr<CRasterBuffer> CreatePlane(bool bColor, CSize sz, CSize szBlock) {
@@ -43,13 +33,21 @@ boost::shared_ptr<CRasterBuffer> CreatePlane(bool bColor, CSize sz, CSize szBloc
     return spPlane;
 }
 
+void ConvertBlock(CRasterBuffer& dest, CRasterBuffer& src, CPoint pt) {
+    const auto spSource = src.GetBlock(pt, false);
+    if (!spSource) return;
+    const auto spDest = dest.GetBlock(pt, true);
+    if (auto* pColor = dynamic_cast<CColorRasterBlockBuffer*>(spDest.get()))
+        ConvertTile(*pColor, static_cast<const CMonoRasterBlockBuffer&>(*spSource));
+    else
+        ConvertTile(static_cast<CMonoRasterBlockBuffer&>(*spDest),
+                    static_cast<const CColorRasterBlockBuffer&>(*spSource));
+}
+
 boost::shared_ptr<CRasterBuffer> ConvertPlane(const boost::shared_ptr<CRasterBuffer>& spPlane, bool bColor) {
     const bool bIsColor = dynamic_cast<const CColorRasterBuffer*>(spPlane.get()) != nullptr;
     if (bIsColor == bColor) return spPlane;
     const auto spResult = CreatePlane(bColor, spPlane->GetSize(), spPlane->GetBlockSize());
-    if (bColor)
-        ConvertTiles<CColorRasterBlockBuffer, CMonoRasterBlockBuffer>(*spResult, *spPlane);
-    else
-        ConvertTiles<CMonoRasterBlockBuffer, CColorRasterBlockBuffer>(*spResult, *spPlane);
+    spPlane->ForEachBlock([&](CPoint pt) { ConvertBlock(*spResult, *spPlane, pt); });
     return spResult;
 }

@@ -29,6 +29,9 @@ public:
 
     /// Reads the tile's chunk; raises deserialize_error, after which the tile must be discarded.
     virtual void Deserialize(CDeserializer& reader) = 0;
+    /// Reads and checks what precedes the pixels in the tile's chunk: sets size and position, allocates
+    /// nothing. Raises deserialize_error, also when the chunk does not hold exactly these pixels.
+    virtual void ReadHead(CDeserializer& reader) = 0;
     /// Sets the geometry and allocates all planes, zeroed. Raises std::bad_alloc without leaking memory.
     virtual void Create(CSize szBlock, CPoint ptPos) = 0;
     /// A new tile with the same size, position, owner and pixels.

@@ -19,6 +19,10 @@ public:
     virtual boost::shared_ptr<CRasterBuffer> CreateSized(CSize szBuffer, CSize szBlock) const = 0;
     /// Reads the plane's chunk; raises deserialize_error. All dirty flags are 0 afterwards.
     virtual void Deserialize(CDeserializer& reader) = 0;
+    /// Reads the tile of the block that holds pixel `pt` if Deserialize left it in the image, through another
+    /// image of the same bytes; raises deserialize_error. The flag stays as it is. Several threads may load
+    /// distinct blocks, each through an image of its own.
+    virtual void LoadBlock(CPoint pt, const boost::shared_ptr<CWireImage>& spImage) = 0;
     /// Sets the geometry (both sizes positive) and empties the plane.
     virtual void Create(CSize szBuffer, CSize szBlock) = 0;
     /// The tile that holds pixel `pt`. A missing one is empty, or made when `bCreate`; making it does not set

@@ -9,6 +9,9 @@
 
 #include <boost/make_shared.hpp>
 
+#include <algorithm>
+#include <vector>
+
 /// `Block` is the final tile class, `Base` CRasterBuffer or a class derived from it.
 template <class Block, class Base>
 class CRasterBufferImpl : public Base {
@@ -198,6 +201,7 @@ public:
     }
 
     void Deserialize(CDeserializer& reader) override;
+    void LoadBlock(CPoint pt, const boost::shared_ptr<CWireImage>& spImage) override;
     CSerializer Serialize() const override;
 
     /// The tile that contains a pixel, null where there is none or the pixel is outside the grid.
@@ -250,9 +254,18 @@ private:
     }
 
     void ReadTiles(CDeserializer& reader);
+    void ReadTile(size_t i, CDeserializer& chunk);
+    void LeaveTile(size_t i, const CDeserializer& chunk);
     CSerializer WriteTiles() const;
 
-    CTileGrid<Block> m_grid; ///< row by row
+    /// A tile in the image that the plane was read from.
+    struct TLeftTile {
+        size_t i;
+        CDeserializer chunk;
+    };
+
+    CTileGrid<Block> m_grid;        ///< row by row
+    std::vector<TLeftTile> m_vLeft; ///< by index
 };
 
 /// A plane of straight-alpha tiles: the common part of colour and grey planes beyond the grid. `Plane` is
@@ -312,15 +325,44 @@ void CRasterBufferImpl<Block, Base>::ReadTiles(CDeserializer& reader) {
         CDeserializer chunk;
         reader.ReadChunk(chunk);
         if (uIndex >= m_grid.GetCount() || m_grid[uIndex]) throw deserialize_error();
-        auto spBlock = boost::make_shared<Block>();
-        spBlock->Deserialize(chunk);
-        if (!(spBlock->GetSize() == this->m_szBlock)) throw deserialize_error();
-        // The index determines the tile's position; a position that differs is corrected.
-        spBlock->SetPosition(CornerAt(uIndex));
-        spBlock->SetOwner(this);
-        m_grid.Entry(uIndex) = spBlock;
+        if (reader.LeavesTiles())
+            LeaveTile(uIndex, chunk);
+        else
+            ReadTile(uIndex, chunk);
     }
     reader.ExpectEnd();
+    std::ranges::sort(m_vLeft, {}, &TLeftTile::i);
+    if (std::ranges::adjacent_find(m_vLeft, {}, &TLeftTile::i) != m_vLeft.end()) throw deserialize_error();
+}
+
+template <class Block, class Base>
+void CRasterBufferImpl<Block, Base>::ReadTile(size_t i, CDeserializer& chunk) {
+    auto spBlock = boost::make_shared<Block>();
+    spBlock->Deserialize(chunk);
+    if (!(spBlock->GetSize() == this->m_szBlock)) throw deserialize_error();
+    // The index determines the tile's position; a position that differs is corrected.
+    spBlock->SetPosition(CornerAt(i));
+    spBlock->SetOwner(this);
+    m_grid.Entry(i) = spBlock;
+}
+
+template <class Block, class Base>
+void CRasterBufferImpl<Block, Base>::LeaveTile(size_t i, const CDeserializer& chunk) {
+    Block block;
+    CDeserializer head(chunk);
+    block.ReadHead(head);
+    if (!(block.GetSize() == this->m_szBlock)) throw deserialize_error();
+    head.Claim(sizeof(TLeftTile));
+    m_vLeft.push_back({i, chunk});
+}
+
+template <class Block, class Base>
+void CRasterBufferImpl<Block, Base>::LoadBlock(CPoint pt, const boost::shared_ptr<CWireImage>& spImage) {
+    const size_t i = IndexOf(pt);
+    const auto it = std::ranges::lower_bound(m_vLeft, i, {}, &TLeftTile::i);
+    if (it == m_vLeft.end() || it->i != i) return;
+    CDeserializer chunk = it->chunk.Through(spImage);
+    ReadTile(i, chunk);
 }
 
 template <class Block, class Base>

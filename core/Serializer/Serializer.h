@@ -117,6 +117,15 @@ public:
     /// the image's limit is exceeded.
     void Claim(uint64_t uBytes) { m_spImage->Claim(uBytes); }
 
+    /// CWireImage::LeavesTiles of the image.
+    bool LeavesTiles() const { return m_spImage->LeavesTiles(); }
+    /// The same chunk, read through another window over the same bytes.
+    CDeserializer Through(const boost::shared_ptr<CWireImage>& spImage) const {
+        CDeserializer reader(*this);
+        reader.m_spImage = spImage;
+        return reader;
+    }
+
     uint32_t GetTag() const { return m_uTag; }
     uint32_t GetVersion() const { return m_uVersion; }
     /// The nesting depth of this chunk.

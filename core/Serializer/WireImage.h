@@ -30,6 +30,8 @@ public:
     }
     /// The part that is exactly these bytes, null where there is none.
     virtual const IWirePart* FindPart(uint64_t, size_t) const { return nullptr; }
+    /// True when tiles stay in the image until they are asked for (`CRasterBuffer::LoadBlock`).
+    virtual bool LeavesTiles() const { return false; }
     /// Counts memory that the image allocates without containing its bytes; raises deserialize_error when
     /// the total exceeds the limit.
     void Claim(uint64_t uBytes);
