@@ -1,9 +1,10 @@
-// Saving, loading, full backup and undo of a document of ten layers of 2000 by 2000 pixels. The floors are
-// the machine's times to copy, write or read as many bytes. "peak" is the peak of memory during an
+// Saving, loading, a thumbnail, full backup and undo of a document of ten layers of 2000 by 2000 pixels. The
+// floors are the machine's times to copy, write or read as many bytes. "peak" is the peak of memory during an
 // operation beyond that in use before, as a fraction of the document's pixel bytes.
 #include "bench/PeakMemory.h"
 #include "core/CanvasBuffer/CanvasHistory.h"
 #include "core/ImageFile/ImageFile.h"
+#include "core/ImageFile/ProjectThumbnail.h"
 #include "core/LayerBuffer/RasterLayerBuffer.h"
 #include "system/files/FileStore.h"
 #include "system/pictures/ImageCodecs.h"
@@ -120,6 +121,12 @@ void LoadFromFile(benchmark::State& state) {
     CImageCodecs codecs(files);
     SaveDocument(*Document().spCanvas, ProjectPath(), files);
     Time(state, [&] { OpenDocument(ProjectPath(), files, codecs); });
+}
+
+void Thumbnail(benchmark::State& state) {
+    CFileStore files;
+    SaveDocument(*Document().spCanvas, ProjectPath(), files);
+    Time(state, [&] { ReadThumbnail(files.Open(ProjectPath()), ProjectPath(), 256); });
 }
 
 // The floor of a save: the same bytes, in memory, written at once and flushed.
@@ -278,6 +285,7 @@ int main(int argc, char** argv) {
     add("load/raw bytes, floor", ReadRaw);
     add("load/PNG a layer", LoadPngs);
     addXcf("load/XCF by GIMP", Xcf<&TXcfTimes::dLoad>);
+    add("load/thumbnail of the file", Thumbnail);
     add("backup/full", Backup);
     add("backup/five toggles of the display", Toggle);
     add("backup/memcpy of tiles, floor", CopyTiles);

@@ -49,6 +49,20 @@ def check_screenshots(component):
             yield f"metainfo: {path.relative_to(ROOT)} is not {size[0]} by {size[1]}"
 
 
+def check_thumbnailer(name):
+    """No validator knows thumbnailers: their programs are those that are installed, their type is that of project files."""
+    entry = dict(re.findall("^([A-Za-z]+)=(.*)$", (PACKAGING / (name + ".thumbnailer")).read_text(), re.M))
+    programs = re.search(r"set\(PROGRAMS ([^)]+)\)", (PACKAGING / "CMakeLists.txt").read_text())[1].split()
+    types = ElementTree.parse(PACKAGING / (name + ".mime.xml")).getroot().findall("{*}mime-type")
+    program, *arguments = entry.get("Exec", "none").split()
+    if program not in programs or entry.get("TryExec") != program:
+        yield f"thumbnailer: {program}, {entry.get('TryExec')}: no installed program, or two"
+    if not {"%s", "%i", "%o"} <= set(arguments):
+        yield f"thumbnailer: the arguments {' '.join(arguments)} lack size, input or output"
+    if entry.get("MimeType") != "".join(kind.get("type") + ";" for kind in types):
+        yield f"thumbnailer: {entry.get('MimeType')} is not the type of project files"
+
+
 def check_names(name, component):
     desktop = (PACKAGING / (name + ".desktop")).read_text(encoding="utf-8")
     ids = {"metainfo, id": component.findtext("id"),
@@ -67,7 +81,8 @@ def check_names(name, component):
 def main():
     (desktop,) = PACKAGING.glob("*.desktop")
     component = ElementTree.parse(PACKAGING / (desktop.stem + ".metainfo.xml")).getroot()
-    faults = [*validate(desktop.stem), *check_names(desktop.stem, component), *check_screenshots(component)]
+    faults = [*validate(desktop.stem), *check_names(desktop.stem, component), *check_screenshots(component),
+              *check_thumbnailer(desktop.stem)]
     print("\n".join(faults) if faults else "packaging: valid")
     return 1 if faults else 0
 
