@@ -71,7 +71,8 @@ enum ECommand : int {
     ID_NEW_A4_350 = 14061,
     ID_NEW_A4_600 = 14062,
     ID_NEW_FULL_HD = 14063,
-    ID_NEW_LAST = 14064,          ///< as the last new document
+    ID_NEW_LAST = 14064, ///< as the last new document
+    ID_APP_MANUAL = 14065,
     ID_SWITCH_TOOL_FIRST = 14100, ///< with the tool's number added
     ID_SWITCH_TOOL_LAST = 14199,
     IDC_ZOOM_COMBO = 101, ///< a line of the zoom box was chosen: lParam is the line

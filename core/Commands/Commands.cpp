@@ -95,6 +95,7 @@ constexpr TNamed NAMES[] = {
     {ID_WINDOW_TILE_HORZ, "window-tile-horz"},
     {ID_WINDOW_TILE_VERT, "window-tile-vert"},
     {ID_APP_CONFIG, "app-config"},
+    {ID_APP_MANUAL, "app-manual"},
     {ID_APP_ABOUT, "app-about"},
     {ID_APP_EXIT, "app-exit"},
 };

@@ -11,6 +11,7 @@
 #include "core/IniConfig/IniConfig.h"
 #include "core/MainFrame/CommandState.h"
 #include "core/Panels/ToolTable.h"
+#include "core/Platform/Manual.h"
 #include "core/Platform/System.h"
 #include "core/RasterBrush/FreehandTools.h"
 #include "core/Recovery/Recovery.h"
@@ -168,6 +169,7 @@ void CMainFrame::OnDestroy() {
     }
     m_panels.Close();
     m_startPage.Close();
+    g_AppModule.GetPlatform().manual.Close();
 }
 
 bool CMainFrame::OnClose() {

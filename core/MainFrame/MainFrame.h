@@ -95,6 +95,7 @@ private:
     void FinishFile(const TLeftSnapshot& left);
     void ShowStartPage();
     void OnViewNew();
+    void OnManual();
     void OnAbout();
     void OnConfig();
     void ShowLayerAlone();

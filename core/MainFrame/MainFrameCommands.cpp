@@ -14,6 +14,7 @@
 #include "core/MainFrame/AboutDialog.h"
 #include "core/MainFrame/KeyCommands.h"
 #include "core/MainFrame/MainFrame.h"
+#include "core/MainFrame/Manual.h"
 #include "core/MainFrame/NewDialog.h"
 #include "core/Panels/LayerWnd.h"
 #include "core/Panels/ToolTable.h"
@@ -39,6 +40,7 @@ void CMainFrame::BindCommands() {
             nId, [this](int n) { CreateDocument(*FindNewDocument(n, g_AppModule.GetSettings())); },
             [](int n) { return !g_bFilterBuild && FindNewDocument(n, g_AppModule.GetSettings()); });
     bind(ID_FILE_CLOSE, &CMainFrame::OnFileClose, HasFrame);
+    bind(ID_APP_MANUAL, &CMainFrame::OnManual);
     bind(ID_APP_ABOUT, &CMainFrame::OnAbout);
     bind(ID_APP_CONFIG, &CMainFrame::OnConfig);
     bind(ID_VIEW_NEW, &CMainFrame::OnViewNew, HasFrame);
@@ -185,6 +187,8 @@ void CMainFrame::OnViewNew() {
         ReportException(e);
     }
 }
+
+void CMainFrame::OnManual() { ShowManual(g_AppModule.GetPlatform(), *m_pWindow, m_shortcuts); }
 
 void CMainFrame::OnAbout() {
     const TPlatform& platform = g_AppModule.GetPlatform();

@@ -17,6 +17,7 @@ class IClipboard;
 class IPen;
 class ISnapshotStore;
 class IProgressWindow;
+class IManual;
 
 struct TPlatform {
     IMessageQueue& queue;
@@ -34,4 +35,5 @@ struct TPlatform {
     ISnapshotStore& snapshots;
     IPen& pen;
     IProgressWindow& progress;
+    IManual& manual;
 };

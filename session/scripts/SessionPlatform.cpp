@@ -6,6 +6,7 @@
 #include "session/seam/SessionClipboard.h"
 #include "session/seam/SessionDialogs.h"
 #include "session/seam/SessionKeys.h"
+#include "session/seam/SessionManual.h"
 #include "session/seam/SessionPen.h"
 #include "session/seam/SessionProgress.h"
 #include "session/seam/SessionSnapshots.h"
@@ -33,7 +34,8 @@ struct CSessionPlatform::TParts {
                                                                   parts.pSnapshots ? *parts.pSnapshots
                                                                                    : m_snapshots,
                                                                   m_pen,
-                                                                  m_progress},
+                                                                  m_progress,
+                                                                  m_manual},
           m_player(std::move(script), MakeStage(parts)), m_pump(m_queue, m_windows, m_player, parts.pQueue) {}
 
     TStage MakeStage(const TSessionParts& parts) {
@@ -54,6 +56,7 @@ struct CSessionPlatform::TParts {
     CSessionSnapshots m_snapshots;
     CSessionPen m_pen;
     CSessionProgress m_progress;
+    CSessionManual m_manual;
     CSessionLog m_log;
     CSessionDialogs m_dialogs;
     CSessionWindows m_windows;
@@ -80,6 +83,7 @@ void CSessionPlatform::SetWatch(boost::function<void(const std::string&)> fnWatc
 
 CVirtualClock& CSessionPlatform::GetClock() { return m_pParts->m_clock; }
 CSessionWindows& CSessionPlatform::GetWindows() { return m_pParts->m_windows; }
+CSessionManual& CSessionPlatform::GetManual() { return m_pParts->m_manual; }
 
 std::string CSessionPlatform::GetFailure() const {
     const std::string strFailure = m_pParts->m_log.GetFailure();

@@ -11,6 +11,7 @@
 #include <memory>
 #include <string>
 
+class CSessionManual;
 class CSessionSnapshots;
 class CSessionWindows;
 class CVirtualClock;
@@ -57,6 +58,7 @@ public:
     CVirtualClock& GetClock();
     /// The session's own windows.
     CSessionWindows& GetWindows();
+    CSessionManual& GetManual();
     /// The snapshots in memory; empty when the session was given a store.
 
 private:

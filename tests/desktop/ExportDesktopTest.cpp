@@ -96,7 +96,7 @@ TEST_F(ExportDesktop, EveryCommandIsEnabledByItsRule) {
         "prediction-strong view-fast-scroll panel-layer panel-history "
         "panel-tool-option panel-brush "
         "panel-tool "
-        "panel-press panel-color panels-hide theme-system theme-light theme-dark app-about ";
+        "panel-press panel-color panels-hide theme-system theme-light theme-dark app-manual app-about ";
     // There is no selection, and no picture on the clipboard.
     const std::string strLater = "edit-cut edit-copy edit-paste edit-clear ";
     CSessionPlatform session(m_parts, ParseScript(LEAVE_UNSAVED, "s"));

@@ -25,7 +25,7 @@ public:
         IWindowFactory* const pOuter = std::exchange(m_pWindows, &p.windows);
         fn({p.queue, *this, m_pBoxes ? *m_pBoxes : p.boxes, p.fileDialogs, p.dialogs, p.files, p.locations,
             p.modules, p.codecs, m_pClock ? *m_pClock : p.clock, p.keys, p.clipboard, p.snapshots, p.pen,
-            m_pProgress ? *m_pProgress : p.progress});
+            m_pProgress ? *m_pProgress : p.progress, p.manual});
         m_pWindows = pOuter;
         EXPECT_FALSE(session.GetWindows().GetMain() || session.GetWindows().GetActive() || p.queue.Peek());
         for (const TShown& shown : session.GetLog().GetShown())
