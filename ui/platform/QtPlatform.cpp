@@ -3,10 +3,12 @@
 #include "core/AppModule/MessageQueue.h"
 #include "core/Platform/Files.h"
 #include "core/Platform/Window.h"
+#include "system/environment/ManualFolder.h"
 #include "system/environment/TickClock.h"
 #include "ui/input/QtEventPump.h"
 #include "ui/input/QtKeyFilter.h"
 #include "ui/input/QtPen.h"
+#include "ui/manual/QtManual.h"
 #include "ui/modal/QtDialogs.h"
 #include "ui/modal/QtFileDialogs.h"
 #include "ui/modal/QtMessageBoxes.h"
@@ -68,9 +70,10 @@ struct CQtPlatform::TParts {
         : m_queue(queue), m_pump(queue, m_keyState),
           m_pKeys(EnsureApplication() ? std::make_unique<CQtKeyFilter>(m_pump, m_keyState) : nullptr),
           m_windows(m_pump, m_pKeys.get(), m_pen),
-          m_clipboard(codecs), m_platform{queue,      m_windows,   m_boxes,   m_fileDialogs, m_dialogs,
-                                          files,      locations,   modules,   codecs,        m_clock,
-                                          m_keyState, m_clipboard, snapshots, m_pen,         m_progress} {}
+          m_clipboard(codecs), m_platform{queue,     m_windows, m_boxes,    m_fileDialogs,
+                                          m_dialogs, files,     locations,  modules,
+                                          codecs,    m_clock,   m_keyState, m_clipboard,
+                                          snapshots, m_pen,     m_progress, m_manual} {}
 
     CMessageQueue& m_queue;
     CQtKeyState m_keyState;
@@ -82,6 +85,7 @@ struct CQtPlatform::TParts {
     CQtFileDialogs m_fileDialogs;
     CQtDialogs m_dialogs;
     CQtProgress m_progress;
+    CQtManual m_manual{QString::fromStdString(FindManual().string())};
     CQtClipboard m_clipboard;
     CTickClock m_clock;
     TPlatform m_platform;
