@@ -13,7 +13,6 @@
 
 #include <boost/algorithm/string/replace.hpp>
 
-#include <algorithm>
 #include <string_view>
 #include <vector>
 
@@ -23,7 +22,8 @@ constexpr std::string_view TABLE_BEGIN = "<!-- keys -->";
 constexpr std::string_view TABLE_END = "<!-- /keys -->";
 constexpr std::string_view KEY_BEGIN = "<kbd data-command=\"";
 constexpr std::string_view KEY_END = "</kbd>";
-constexpr wchar_t NO_KEY[] = L"キーなし";
+constexpr char NO_KEY[] = "キーなし";
+const std::string SEPARATOR = ", "; ///< between a command's keys
 constexpr wchar_t BELOW[] = L" → ";
 
 constexpr wchar_t WIDTH[] = L"Width";
@@ -37,24 +37,39 @@ std::string ToHtml(const std::wstring& strText) {
     return str;
 }
 
+// All commands with their keys behind their texts. Menus leave keys out, and name some that are no shortcuts:
+// those that the tools take.
+std::vector<TMenuItem> ListCommandsWithKeys(const CShortcuts& shortcuts) {
+    std::vector<TMenuItem> vCommands = ListKeyCommands();
+    shortcuts.Label(vCommands);
+    ForEachCommand(vCommands, [&](TMenuItem& item) {
+        const std::wstring strKeys = shortcuts.NameKeys(item.nId, L"\t");
+        if (!strKeys.empty()) item.strText = PlainTextOf(item.strText) + strKeys;
+    });
+    return vCommands;
+}
+
+std::wstring KeysOf(const TMenuItem& item) {
+    const size_t nTab = item.strText.find(L'\t');
+    return nTab == std::wstring::npos ? std::wstring() : item.strText.substr(nTab + 1);
+}
+
 // Appends a row for each command with a key. `strWay` names the popups above.
-void AppendRows(std::string& strRows, const std::vector<TMenuItem>& vMenu, const std::wstring& strWay,
-                const CShortcuts& shortcuts) {
+void AppendRows(std::string& strRows, const std::vector<TMenuItem>& vMenu, const std::wstring& strWay) {
     for (const TMenuItem& item : vMenu) {
         const std::wstring strText = strWay + PlainTextOf(item.strText);
-        AppendRows(strRows, item.vChildren, strText + BELOW, shortcuts);
-        const std::vector<TKey> vKeys = item.nId ? shortcuts.GetKeys(item.nId) : std::vector<TKey>();
-        if (vKeys.empty()) continue;
-        strRows += "<tr><td>" + ToHtml(strText) + "</td><td><kbd>" + ToHtml(NamesOfKeys(vKeys)) +
-                   "</kbd></td></tr>\n";
+        AppendRows(strRows, item.vChildren, strText + BELOW);
+        if (const std::wstring strKeys = KeysOf(item); !strKeys.empty())
+            strRows +=
+                "<tr><td>" + ToHtml(strText) + "</td><td><kbd>" + ToHtml(strKeys) + "</kbd></td></tr>\n";
     }
 }
 
-std::string MakeTable(const CShortcuts& shortcuts) {
+std::string MakeTable(const std::vector<TMenuItem>& vCommands) {
     std::string strTable;
-    for (const TMenuItem& popup : ListKeyCommands()) {
+    for (const TMenuItem& popup : vCommands) {
         std::string strRows;
-        AppendRows(strRows, popup.vChildren, {}, shortcuts);
+        AppendRows(strRows, popup.vChildren, {});
         if (strRows.empty()) continue;
         strTable += "<tr><th colspan=\"2\">" + ToHtml(PlainTextOf(popup.strText)) + "</th></tr>\n" + strRows;
     }
@@ -62,11 +77,16 @@ std::string MakeTable(const CShortcuts& shortcuts) {
 }
 
 // The text of a key beside the command's name: the one that stands there if it still is the command's.
-std::string KeyText(const std::string& strCommand, const std::string& strText, const CShortcuts& shortcuts) {
-    const std::vector<TKey> vKeys = shortcuts.GetKeys(FindCommandId(strCommand));
-    const auto isText = [&](const TKey& key) { return ToHtml(NameOfKey(key)) == strText; };
-    if (std::ranges::any_of(vKeys, isText)) return strText;
-    return ToHtml(vKeys.empty() ? NO_KEY : NameOfKey(vKeys.front()));
+std::string KeyText(const std::string& strCommand, const std::string& strText,
+                    const std::vector<TMenuItem>& vCommands) {
+    std::string strKeys;
+    const int nCommand = FindCommandId(strCommand);
+    ForEachCommand(vCommands, [&](const TMenuItem& item) {
+        if (item.nId == nCommand) strKeys = ToHtml(KeysOf(item));
+    });
+    if ((SEPARATOR + strKeys + SEPARATOR).find(SEPARATOR + strText + SEPARATOR) != std::string::npos)
+        return strText;
+    return strKeys.empty() ? NO_KEY : strKeys.substr(0, strKeys.find(SEPARATOR));
 }
 
 boost::shared_ptr<CIniConfigData> OpenSection() {
@@ -76,11 +96,12 @@ boost::shared_ptr<CIniConfigData> OpenSection() {
 } // namespace
 
 std::string FillKeys(std::string strHtml, const CShortcuts& shortcuts) {
+    const std::vector<TMenuItem> vCommands = ListCommandsWithKeys(shortcuts);
     const size_t nTable = strHtml.find(TABLE_BEGIN);
     const size_t nEnd = strHtml.find(TABLE_END);
     if (nTable < nEnd && nEnd != std::string::npos) {
         const size_t nFrom = nTable + TABLE_BEGIN.size();
-        strHtml.replace(nFrom, nEnd - nFrom, MakeTable(shortcuts));
+        strHtml.replace(nFrom, nEnd - nFrom, MakeTable(vCommands));
     }
     for (size_t n = strHtml.find(KEY_BEGIN); n != std::string::npos; n = strHtml.find(KEY_BEGIN, n)) {
         n += KEY_BEGIN.size();
@@ -90,7 +111,7 @@ std::string FillKeys(std::string strHtml, const CShortcuts& shortcuts) {
         const size_t nText = nName + 2;
         strHtml.replace(
             nText, nClose - nText,
-            KeyText(strHtml.substr(n, nName - n), strHtml.substr(nText, nClose - nText), shortcuts));
+            KeyText(strHtml.substr(n, nName - n), strHtml.substr(nText, nClose - nText), vCommands));
     }
     return strHtml;
 }

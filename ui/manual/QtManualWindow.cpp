@@ -234,11 +234,11 @@ void CQtManualWindow::MakeContents(const QString& strFolder) {
         if (pItem) Guarded([&] { m_pPage->setSource(pItem->data(Qt::UserRole).toUrl()); });
     });
     connect(m_pPage, &QTextBrowser::sourceChanged, m_pContents, [this](const QUrl& url) {
+        const QUrl urlPage = m_pPage->source().resolved(url).adjusted(QUrl::RemoveFragment);
         const QSignalBlocker blocker(m_pContents);
         m_pContents->setCurrentRow(-1);
         for (int n = 0; n < m_pContents->count(); ++n)
-            if (m_pContents->item(n)->data(Qt::UserRole).toUrl() == url.adjusted(QUrl::RemoveFragment))
-                m_pContents->setCurrentRow(n);
+            if (m_pContents->item(n)->data(Qt::UserRole).toUrl() == urlPage) m_pContents->setCurrentRow(n);
     });
 }
 

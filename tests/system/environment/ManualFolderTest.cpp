@@ -1,0 +1,31 @@
+#include "system/environment/ManualFolder.h"
+
+#include "tests/support/TempFolder.h"
+
+#include "TestPaths.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+TEST(ManualFolder, IsBesideTheModuleOrInADataFolder) {
+    const CTempFolder folder;
+    const auto put = [&](const char* pszFolder) {
+        const auto path = folder.File(pszFolder);
+        std::filesystem::create_directories(path);
+        std::ofstream(path / "index.html") << "page";
+        return path;
+    };
+    const auto find = [&](const char* pszModule) {
+        return FindManual(folder.File(pszModule),
+                          "relative:" + folder.File("none").native() + ":" + folder.File("data").native());
+    };
+    EXPECT_EQ(find("usr/bin/program"), "");
+    const auto data = put("data/vellumcraft/manual");
+    EXPECT_EQ(find("usr/bin/program"), data);
+    const auto usr = put("usr/share/vellumcraft/manual");
+    EXPECT_EQ(find("usr/bin/program"), usr);
+    EXPECT_EQ(find("usr/lib/machine/vellumcraft/vellumcraft.8bf"), usr);
+    EXPECT_EQ(find("elsewhere/vellumcraft.8bf"), data);
+    EXPECT_TRUE(std::filesystem::equivalent(FindManual(), VELLUM_BUILD "/share/vellumcraft/manual"));
+}
