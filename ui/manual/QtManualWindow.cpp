@@ -116,7 +116,6 @@ void CQtManualPage::Renew() {
     if (source().isEmpty()) return;
     const int nAt = verticalScrollBar()->value();
     const int nMost = std::max(verticalScrollBar()->maximum(), 1);
-    document()->clear(); // its pictures too
     reload();
     verticalScrollBar()->setValue(static_cast<int>(int64_t{nAt} * verticalScrollBar()->maximum() / nMost));
 }

@@ -18,11 +18,12 @@ TEST(ManualFolder, IsBesideTheModuleOrInADataFolder) {
     };
     const auto find = [&](const char* pszModule) {
         return FindManual(folder.File(pszModule),
-                          "relative:" + folder.File("none").native() + ":" + folder.File("data").native());
+                          folder.File("none").native() + ":" + folder.File("data").native());
     };
     EXPECT_EQ(find("usr/bin/program"), "");
     const auto data = put("data/vellumcraft/manual");
     EXPECT_EQ(find("usr/bin/program"), data);
+    EXPECT_EQ(FindManual("/program", std::filesystem::relative(folder.File("data")).native()), "");
     const auto usr = put("usr/share/vellumcraft/manual");
     EXPECT_EQ(find("usr/bin/program"), usr);
     EXPECT_EQ(find("usr/lib/machine/vellumcraft/vellumcraft.8bf"), usr);
