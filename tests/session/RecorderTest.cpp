@@ -135,6 +135,7 @@ TEST_F(Recorder, AnswersStandBehindTheLineThatAsks) {
 {"expect":{"box":"データファイルが破損しています。\nFile: 'bad.vlm'\n\nバックアップがあれば、そちらを開いてください。"}}
 {"answer":{"box":"cancel"}}
 {"close":"frame"}
+{"command":"app-manual"}
 {"answer":{"dialog":"CAboutDialog","extra":true}}
 {"command":57664}
 {"wait":3600000}
@@ -144,6 +145,7 @@ TEST_F(Recorder, AnswersStandBehindTheLineThatAsks) {
 {"expect":{"box":"データファイルが破損しています。\nFile: 'bad.vlm'\n\nバックアップがあれば、そちらを開いてください。"}}
 {"close":"frame"}
 {"reply":{"box":"cancel"}}
+{"command":"app-manual"}
 {"command":"app-about"}
 {"reply":{"dialog":"CAboutDialog","extra":true}}
 {"wait":3600000}
