@@ -16,6 +16,7 @@ struct TArguments {
     std::filesystem::path pathModule; ///< empty for the one beside the program
     std::string strEach;              ///< pattern of a batch's pages, empty for no batch
     std::filesystem::path pathOutDir; ///< folder for a batch's results
+    std::string strFormat;            ///< ending of a batch's results, empty for their pages' own
     unsigned uJobs = 0;               ///< number of parallel processes, 0 for one per processor
     bool bDesktop = false;            ///< a picture is opened by the desktop application, not by the filter
     bool bHelp = false;

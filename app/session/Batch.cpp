@@ -75,21 +75,22 @@ std::vector<std::string> MakeCommand(const TArguments& arguments, const TPage& p
     if (!arguments.pathModule.empty())
         vCommand.insert(vCommand.end(), {"--module", arguments.pathModule.native()});
     if (arguments.bDesktop) vCommand.emplace_back("--desktop");
-    vCommand.insert(vCommand.end(), {"--", arguments.pathScript.native()});
+    if (!arguments.pathScript.empty()) vCommand.insert(vCommand.end(), {"--", arguments.pathScript.native()});
     return vCommand;
 }
 
 } // namespace
 
-std::vector<TPage> FindPages(const std::string& strPattern, const fs::path& pathOutDir) {
-    const std::vector<fs::path> vPaths = Expand(strPattern);
-    if (vPaths.empty()) throw usage_error(strPattern + ": there are no such pictures");
+std::vector<TPage> FindPages(const TArguments& arguments) {
+    const std::vector<fs::path> vPaths = Expand(arguments.strEach);
+    if (vPaths.empty()) throw usage_error(arguments.strEach + ": there are no such pictures");
     std::vector<TPage> vPages;
     std::set<fs::path> setNames;
     for (const fs::path& path : vPaths) {
-        if (!setNames.insert(path.filename()).second)
-            throw usage_error("two pages have the name " + path.filename().native());
-        vPages.push_back({path, pathOutDir / path.filename()});
+        fs::path name = path.filename();
+        if (!arguments.strFormat.empty()) name.replace_extension(arguments.strFormat);
+        if (!setNames.insert(name).second) throw usage_error("two results have the name " + name.native());
+        vPages.push_back({path, arguments.pathOutDir / name});
     }
     std::map<std::pair<dev_t, ino_t>, fs::path> mapFiles;
     for (const fs::path& path : vPaths)
@@ -103,7 +104,7 @@ std::vector<TPage> FindPages(const std::string& strPattern, const fs::path& path
 }
 
 bool RunBatch(const TArguments& arguments) {
-    const std::vector<TPage> vPages = FindPages(arguments.strEach, arguments.pathOutDir);
+    const std::vector<TPage> vPages = FindPages(arguments);
     fs::create_directories(arguments.pathOutDir);
     const unsigned uCores = std::max(1u, std::thread::hardware_concurrency());
     const size_t nJobs = std::min<size_t>(arguments.uJobs ? arguments.uJobs : uCores, vPages.size());

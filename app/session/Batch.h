@@ -9,9 +9,9 @@ struct TPage {
     std::filesystem::path pathOut;
 };
 
-/// The pages that match the pattern, sorted by name. Raises usage_error when there are none, when two have
-/// the same name, or when a result would overwrite a page.
-std::vector<TPage> FindPages(const std::string& strPattern, const std::filesystem::path& pathOutDir);
+/// The pages that match the pattern, sorted by name. Raises usage_error when there are none, when two results
+/// have the same name, or when one would overwrite a page.
+std::vector<TPage> FindPages(const TArguments& arguments);
 
 /// Plays the script over every page, several in parallel; a failed page does not stop the others. Reports
 /// the pages on standard output and the progress on standard error, where that is a terminal. An interrupt

@@ -34,13 +34,22 @@ void Export(const boost::shared_ptr<CCanvasBuffer>& spCanvas, const std::filesys
             IFileStore& files, IImageCodecs& codecs) {
     if (!spCanvas) throw std::runtime_error(path.native() + ": no document was open");
     try {
-        ExportImage(*spCanvas, FromUtf8(path.native()), files, codecs);
+        const std::wstring strPath = FromUtf8(path.native());
+        if (IsProjectFile(strPath))
+            SaveDocument(*spCanvas, strPath, files);
+        else
+            ExportImage(*spCanvas, strPath, files, codecs);
     } catch (const std::exception& e) {
         throw std::runtime_error(path.native() + ": " + ToUtf8(DescribeException(e)));
     }
 }
 
 } // namespace
+
+bool CanWriteDesktop(const std::string& strName, IImageCodecs& codecs) {
+    const std::wstring strPath = FromUtf8(strName);
+    return IsProjectFile(strPath) || CanExport(strPath, codecs);
+}
 
 void PlayDesktop(const TScript& script, const std::filesystem::path& pathIn,
                  const std::filesystem::path& pathOut, IFileStore& files, IImageCodecs& codecs) {

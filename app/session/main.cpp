@@ -28,11 +28,15 @@ int Run(const TArguments& arguments) {
     // The module parses it again; here its errors are reported before anything is played.
     TScript script;
     if (!arguments.pathScript.empty()) script = ReadScript(FromUtf8(arguments.pathScript.native()), files);
-    if (!arguments.strEach.empty()) return RunBatch(arguments) ? 0 : 1;
-    const bool bDesktop = arguments.pathIn.empty() || arguments.bDesktop;
-    const std::wstring strOut = FromUtf8(arguments.pathOut.native());
-    if (!strOut.empty())
-        CheckSave(arguments.pathOut, bDesktop ? CanExport(strOut, codecs) : codecs.CanSave(strOut));
+    const bool bBatch = !arguments.strEach.empty();
+    const bool bDesktop = arguments.bDesktop || (!bBatch && arguments.pathIn.empty());
+    const auto isKnown = [&](const std::string& strName) {
+        return bDesktop ? CanWriteDesktop(strName, codecs) : codecs.CanSave(FromUtf8(strName));
+    };
+    if (!arguments.strFormat.empty() && !isKnown("page." + arguments.strFormat))
+        throw usage_error("--format " + arguments.strFormat + ": no format of results");
+    if (bBatch) return RunBatch(arguments) ? 0 : 1;
+    if (!arguments.pathOut.empty()) CheckSave(arguments.pathOut, isKnown(arguments.pathOut.native()));
     if (bDesktop)
         PlayDesktop(script, arguments.pathIn, arguments.pathOut, files, codecs);
     else

@@ -56,9 +56,9 @@ TEST_F(CSessionProgram, PlaysInBothDeliveries) {
     expect(1, "none --desktop --in damaged.vlm --out out.png", "error box: データファイルが破損しています。");
     expect(1, "none --in red.png --out out.svg", "out.svg: no picture format has this ending");
     expect(2, "none --desktop --out out.png", "--desktop goes with");
-    for (const char* psz :
-         {"", "a b", "--desktop --in red.png", "--in red.png --out out.png",
-          "--in red.png --out ./red.png none", "--jobs 2 none", "--each '*.png' --out-dir d --jobs 0 none"})
+    for (const char* psz : {"", "a b", "--desktop --in red.png", "--in red.png --out out.png",
+                            "--in red.png --out ./red.png none", "--jobs 2 none", "--format png none",
+                            "--each '*.png' --out-dir d --jobs 0 none"})
         expect(2, psz, "usage: vellumcraft-session");
 }
 
@@ -99,8 +99,21 @@ TEST_F(CSessionProgram, ABatchOfScansIsCleanedUp) {
     }
 }
 
+TEST_F(CSessionProgram, ABatchOfProjectsIsConverted) {
+    for (const char* psz : {"a", "b"}) SavePage(std::string(psz) + ".png", 25, Qt::red);
+    const std::string strAll = "--desktop --out-dir done --each ";
+    EXPECT_EQ(Run(strAll + "'*.png' --format vlm"), 0) << m_strSaid;
+    for (const auto& [pszFormat, pszHead] :
+         {std::pair{"png", "\x89PNG"}, {"psd", "8BPS"}, {"svg", "<?xml"}}) {
+        EXPECT_EQ(Run(strAll + "'done/?.vlm' --format " + pszFormat), 0) << m_strSaid;
+        EXPECT_TRUE(m_files.Read(Path(std::string("done/b.") + pszFormat)).value_or("").starts_with(pszHead));
+    }
+    EXPECT_EQ(LoadPicture("done/a.png"), LoadPicture("a.png"));
+}
+
 TEST_F(CSessionProgram, ABatchThatWouldLoseAPageDoesNotBegin) {
-    for (const char* psz : {"pages/a.png", "more/a.png", "more/b.png"}) SavePage(psz, 25, Qt::green);
+    for (const char* psz : {"pages/a.png", "pages/a.bmp", "more/a.png", "more/b.png"})
+        SavePage(psz, 25, Qt::green);
     std::filesystem::create_symlink(m_folder.File("pages"), m_folder.File("link"));
     Write("none", "{\"wait\":1}");
     Write("bad", "{\"wait\":-1}");
@@ -109,7 +122,9 @@ TEST_F(CSessionProgram, ABatchThatWouldLoseAPageDoesNotBegin) {
         EXPECT_TRUE(Says(strText)) << m_strSaid;
         EXPECT_FALSE(std::filesystem::exists(m_folder.File("done")));
     };
-    expect("--each '*/a.png' --out-dir done none", "two pages have the name a.png");
+    expect("--each '*/a.png' --out-dir done none", "two results have the name a.png");
+    expect("--desktop --each 'pages/a.*' --out-dir done --format svg", "two results have the name a.svg");
+    expect("--each 'pages/*.png' --out-dir done --format svg none", "--format svg: no format of results");
     expect("--each 'pages/*.png' --out-dir link none", "a result would overwrite pages/a.png");
     expect("--each 'pages/*.png' --out-dir done bad", "bad:1: ");
     EXPECT_EQ(LoadPicture("pages/a.png").pixelColor(1, 1), QColor(0, 255, 0, 254));

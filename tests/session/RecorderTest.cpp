@@ -146,6 +146,7 @@ TEST_F(Recorder, AnswersStandBehindTheLineThatAsks) {
 {"close":"frame"}
 {"reply":{"box":"cancel"}}
 {"command":"app-manual"}
+{"view":{"angle":0,"flipH":false,"flipV":false,"height":700,"scroll":{"x":0,"y":0},"width":1000,"zoom":48}}
 {"command":"app-about"}
 {"reply":{"dialog":"CAboutDialog","extra":true}}
 {"wait":3600000}
