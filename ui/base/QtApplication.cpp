@@ -68,6 +68,8 @@ void EndApplication() { delete std::exchange(g_pOwn, nullptr); }
 
 bool OwnsApplication() { return g_pOwn && QCoreApplication::instance() == g_pOwn; }
 
+bool PlacesWindowsItself() { return QGuiApplication::platformName().startsWith(QLatin1String("wayland")); }
+
 QFont WithJapanese(const QFont& font) {
     QStringList lstFamilies = font.families();
     if (lstFamilies.isEmpty()) lstFamilies.append(font.family());

@@ -19,6 +19,10 @@ void EndApplication();
 /// True when the application object was created here, so that its settings may be changed.
 bool OwnsApplication();
 
+/// True on a Wayland desktop, which decides alone where windows stand and tells no program of it: positions
+/// of windows and positions on the screen have a meaning within one window only.
+bool PlacesWindowsItself();
+
 /// A font with the same families, completed by one that has the Japanese characters.
 QFont WithJapanese(const QFont& font);
 /// Sets the font and the icon of a top-level window, and keeps a host running when it is closed.

@@ -3,6 +3,7 @@
 #include "core/AppModule/ErrorBox.h"
 #include "core/Platform/System.h"
 #include "core/Platform/Window.h"
+#include "ui/base/QtApplication.h"
 #include "ui/input/QtEventPump.h"
 #include "ui/input/QtKeys.h"
 
@@ -36,6 +37,12 @@ void CQtKeyFilter::OnInactive() {
 }
 
 bool CQtKeyFilter::IsKeyDown(int nVirtualKey) const { return m_keys.IsKeyDown(nVirtualKey); }
+
+// Qt's Wayland plug-in reports a pen, and the mouse events that it makes of it, as if no key was held.
+void CQtKeyFilter::CompleteModifiers(QInputEvent& event) {
+    if (event.deviceType() == QInputDevice::DeviceType::Stylus && PlacesWindowsItself())
+        event.setModifiers(QGuiApplication::queryKeyboardModifiers());
+}
 
 // The window's panel that a widget stands in, null for none. A host's own docks are no panels.
 const QWidget* CQtKeyFilter::PanelOf(const QWidget& widget) const {
@@ -95,7 +102,11 @@ bool CQtKeyFilter::Takes(const QWidget& widget) const {
 bool CQtKeyFilter::eventFilter(QObject* pWatched, QEvent* pEvent) {
     const QEvent::Type type = pEvent->type();
     if (type != QEvent::KeyPress && type != QEvent::KeyRelease) {
-        if (pEvent->isPointerEvent()) m_keys.SyncModifiers(static_cast<QInputEvent*>(pEvent)->modifiers());
+        if (pEvent->isPointerEvent()) {
+            auto& event = static_cast<QInputEvent&>(*pEvent);
+            CompleteModifiers(event);
+            m_keys.SyncModifiers(event.modifiers());
+        }
         return false;
     }
     if (pEvent == m_pResent) return false;

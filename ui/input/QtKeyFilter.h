@@ -39,6 +39,7 @@ private:
         std::unique_ptr<QKeyEvent> pEvent;
     };
 
+    static void CompleteModifiers(QInputEvent& event);
     const QWidget* PanelOf(const QWidget& widget) const;
     bool IsForControl(const QWidget& widget, const QKeyEvent& event) const;
     bool IsPanelText(const QWidget* pWidget) const;

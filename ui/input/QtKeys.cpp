@@ -63,6 +63,8 @@ int Find(const TKeyCode (&codes)[N], int nQtKey) {
 
 int VirtualKeyOf(const QKeyEvent& event) {
     const int nKey = event.key();
+    // A keyboard on the screen has its keys anywhere: what gives a letter is one.
+    if (nKey >= Qt::Key_A && nKey <= Qt::Key_Z) return nKey;
     if (event.modifiers() & Qt::KeypadModifier) {
         if (nKey >= Qt::Key_0 && nKey <= Qt::Key_9) return 0x60 + (nKey - Qt::Key_0);
         if (const int nVirtualKey = Find(KEYPAD_CODES, nKey)) return nVirtualKey;
@@ -70,7 +72,7 @@ int VirtualKeyOf(const QKeyEvent& event) {
         // The digit row by position (10 is "1", 19 is "0"): Shift changes it differently in each layout.
         return '0' + static_cast<int>(event.nativeScanCode() - 9) % 10;
     }
-    if ((nKey >= Qt::Key_A && nKey <= Qt::Key_Z) || (nKey >= Qt::Key_0 && nKey <= Qt::Key_9)) return nKey;
+    if (nKey >= Qt::Key_0 && nKey <= Qt::Key_9) return nKey;
     if (nKey >= Qt::Key_F1 && nKey <= Qt::Key_F24) return 0x70 + (nKey - Qt::Key_F1);
     return Find(KEY_CODES, nKey);
 }

@@ -75,8 +75,13 @@ TPenDevice CQtPen::GetDevice() {
     for (const QInputDevice* pDevice : QInputDevice::devices())
         if (pDevice->type() == QInputDevice::DeviceType::Stylus) pPen = pDevice;
     const QInputDevice::Capabilities can = pPen ? pPen->capabilities() : QInputDevice::Capability::None;
-    return {pPen ? FromQt(pPen->name()) : std::wstring(), FromQt(QGuiApplication::platformName()),
-            can.testFlag(QInputDevice::Capability::Pressure), can.testFlag(QInputDevice::Capability::XTilt),
+    // Qt's Wayland plug-in does not describe the pens that it reports: Qt makes up a device for them.
+    const bool bMadeUp = pPen && pPen->name() == QLatin1String("fake tablet");
+    return {bMadeUp ? L"ペンタブレット"
+            : pPen  ? FromQt(pPen->name())
+                    : std::wstring(),
+            FromQt(QGuiApplication::platformName()), can.testFlag(QInputDevice::Capability::Pressure),
+            can.testFlag(QInputDevice::Capability::XTilt) || (bMadeUp && m_bTilts),
             can.testFlag(QInputDevice::Capability::Rotation)};
 }
 
@@ -96,6 +101,10 @@ void CQtPen::SetReceiver(std::function<IWindow*()> fnReceiver) {
 
 bool CQtPen::eventFilter(QObject*, QEvent* pEvent) {
     const bool bEnter = pEvent->type() == QEvent::TabletEnterProximity;
+    if (pEvent->type() == QEvent::TabletMove) {
+        const auto& event = static_cast<QTabletEvent&>(*pEvent);
+        m_bTilts = m_bTilts || event.xTilt() != 0 || event.yTilt() != 0;
+    }
     if (!bEnter && pEvent->type() != QEvent::TabletLeaveProximity) return false;
     IWindow* pReceiver = m_fnReceiver ? m_fnReceiver() : nullptr;
     if (pReceiver)

@@ -47,4 +47,5 @@ private:
     CQtEventPump& m_pump;
     std::function<IWindow*()> m_fnReceiver;
     std::deque<TPenPacket> m_deqPackets;
+    bool m_bTilts = false; ///< a pen has reported a tilt
 };

@@ -3,6 +3,7 @@
 #include "ui/base/QtApplication.h"
 #include "ui/base/QtText.h"
 #include "ui/panels/QtPanelDocks.h"
+#include "ui/panels/QtPanelTitle.h"
 #include "ui/windows/QtMainWindow.h"
 #include "ui/windows/QtMenu.h"
 
@@ -77,6 +78,9 @@ CQtPanel::CQtPanel(CQtPanelDocks& docks, IWindowClient& client, const TPanelSetu
     WatchControls(*pContent);
     pArea->setWidget(pContent);
     setWidget(pArea);
+    // In the desktop's own frame a floating panel would have no button to dock it, and its drags are not
+    // reported.
+    if (PlacesWindowsItself()) setTitleBarWidget(new CQtPanelTitle(*this));
     SetControls(setup.vControls);
     // The title is readable beside its two buttons.
     setMinimumWidth(fontMetrics().horizontalAdvance(windowTitle()) + TITLE_BUTTONS);
@@ -197,6 +201,7 @@ QRect CQtPanel::GetScreenRect() const {
     if (!isFloating() && visibleRegion().isEmpty())
         for (const QDockWidget* pDock : m_main.tabifiedDockWidgets(const_cast<CQtPanel*>(this)))
             if (!pDock->isFloating() && !pDock->visibleRegion().isEmpty()) pFront = pDock;
+    if (isFloating() && PlacesWindowsItself()) return {ToQt(m_place.rc).topLeft(), size()};
     return isFloating() ? QRect(pos(), size()) : QRect(pFront->mapToGlobal(QPoint(0, 0)), pFront->size());
 }
 

@@ -2,6 +2,7 @@
 
 #include "core/GDIBuffer/GDIBuffer.h"
 #include "core/Platform/Window.h"
+#include "ui/base/QtApplication.h"
 #include "ui/base/QtScopes.h"
 #include "ui/windows/CanvasCursor.h"
 
@@ -275,6 +276,8 @@ bool CQtCanvasView::IsAt(CPoint ptScreen) const {
     const CSize sz = GetClientSize();
     if (pt.x < 0 || pt.y < 0 || pt.x >= sz.cx || pt.y >= sz.cy) return false;
     const QPoint ptGlobal = (QPointF(ptScreen.x, ptScreen.y) / devicePixelRatioF()).toPoint();
+    // Other windows of this program may seem to be over the view, and do not get the event.
+    if (PlacesWindowsItself()) return window()->childAt(window()->mapFromGlobal(ptGlobal)) == viewport();
     return QApplication::widgetAt(ptGlobal) == viewport();
 }
 

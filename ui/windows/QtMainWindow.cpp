@@ -193,7 +193,11 @@ void CQtMainWindow::OnShow() {
 
 bool CQtMainWindow::IsNormal() const { return !isMaximized() && !isFullScreen() && !isMinimized(); }
 
-CRect CQtMainWindow::GetRect() const { return FromQt(IsNormal() ? QRect(pos(), size()) : m_rcPlace); }
+CRect CQtMainWindow::GetRect() const { return FromQt(IsNormal() ? GetPresentPlace() : m_rcPlace); }
+
+QRect CQtMainWindow::GetPresentPlace() const {
+    return {PlacesWindowsItself() ? m_rcPlace.topLeft() : pos(), size()};
+}
 
 void CQtMainWindow::SetRect(const CRect& rc) {
     m_rcPlace = ToQt(rc);
@@ -281,7 +285,7 @@ void CQtMainWindow::SetTheme(ETheme theme) {
 
 // The desktop reports a maximised window's size before its state, or after.
 void CQtMainWindow::KeepPlace() {
-    if (IsNormal()) m_rcPlace = QRect(pos(), size());
+    if (IsNormal()) m_rcPlace = GetPresentPlace();
 }
 
 void CQtMainWindow::moveEvent(QMoveEvent* pEvent) {

@@ -101,6 +101,8 @@ private:
     void WatchScreens();
     void FitScreen();
     bool IsNormal() const;
+    /// The place of a window of normal size; its position is the last known one if the desktop tells none.
+    QRect GetPresentPlace() const;
     void KeepPlace();
     void ListWindows(QMenu& menu);
     CQtMenuSet& GetShownMenus();

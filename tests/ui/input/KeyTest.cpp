@@ -10,7 +10,7 @@ TEST(QtKeys, CodesAreTheVirtualKeys) {
         {Qt::Key_Plus, PAD, 0, 0x6B},     {Qt::Key_3, PAD, 0, 0x63},
         {Qt::Key_Home, PAD, 0, 0x24},     {Qt::Key_Backtab, SHIFT, 0, 9},
         {Qt::Key_Exclam, SHIFT, 10, '1'}, {Qt::Key_ParenRight, SHIFT, 19, '0'},
-        {Qt::Key_MediaPlay, NONE, 0, 0}};
+        {Qt::Key_Z, NONE, 10, 'Z'},       {Qt::Key_MediaPlay, NONE, 0, 0}};
     for (const auto& [nKey, modifier, uScan, nCode] : aCases)
         EXPECT_EQ(VirtualKeyOf(QKeyEvent(QEvent::KeyPress, nKey, modifier, uScan, 0, 0)), nCode) << nKey;
 }

@@ -1,0 +1,32 @@
+#include "tests/wayland/WaylandTest.h"
+
+TEST_F(CWaylandTest, ThePenActsAsTheMouseOnPanels) {
+    Tap(*FindButton(*m_pViewport->window(), u"消しゴム"));
+    Sync();
+    EXPECT_EQ(g_wpActiveTool.lock()->GetToolId(), TOOL_ERASER);
+}
+
+TEST_F(CWaylandTest, AFloatingPanelDocksByItsButton) {
+    auto* pPanel = m_pViewport->window()->findChild<QDockWidget*>();
+    for (const bool bFloats : {true, false}) {
+        Tap(*FindButton(*pPanel, u"切り離す"));
+        Sync();
+        EXPECT_EQ(pPanel->isFloating(), bFloats);
+    }
+}
+
+TEST_F(CWaylandTest, PlacesThatTheDesktopDoesNotTellAreKept) {
+    IMainWindow& main = *g_pMainFrame->GetWindow();
+    main.SetRect(CRect({120, 90}, {1100, 800}));
+    auto* pPanel = m_pViewport->window()->findChild<QDockWidget*>();
+    auto& panel = dynamic_cast<IPanelWindow&>(*pPanel);
+    TPanelPlace place = panel.GetPlace();
+    place.dock = EPanelDock::Float;
+    place.rc = CRect({640, 200}, {300, 420});
+    panel.SetPlace(place);
+    Sync();
+    QTest::qWait(300); // the places are noted when the desktop has put its frame around a window
+    Sync();
+    EXPECT_EQ(main.GetRect(), CRect({120, 90}, {1100, 800}));
+    EXPECT_EQ(panel.GetPlace().rc, place.rc);
+}
