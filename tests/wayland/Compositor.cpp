@@ -2,7 +2,7 @@
 
 #include "tests/wayland/Protocol.h"
 #include "tests/wayland/Tablet.h"
-#include "xdg-shell-server-protocol.h"
+#include <xdg-shell-server-protocol.h>
 
 #include <QtGlobal>
 

@@ -1,8 +1,8 @@
 #include "tests/wayland/Tablet.h"
 
-#include "tablet-unstable-v2-server-protocol.h"
 #include "tests/wayland/Compositor.h"
 #include "tests/wayland/Protocol.h"
+#include <tablet-unstable-v2-server-protocol.h>
 
 #include <chrono>
 #include <cmath>
