@@ -9,7 +9,9 @@ TEST_F(CWaylandTest, ThePenActsAsTheMouseOnPanels) {
 TEST_F(CWaylandTest, AFloatingPanelDocksByItsButton) {
     auto* pPanel = m_pViewport->window()->findChild<QDockWidget*>();
     for (const bool bFloats : {true, false}) {
-        Tap(*FindButton(*pPanel, u"切り離す"));
+        const QAbstractButton* pButton = FindButton(*pPanel, u"切り離す");
+        ASSERT_TRUE(pButton);
+        Tap(*pButton);
         Sync();
         EXPECT_EQ(pPanel->isFloating(), bFloats);
     }
@@ -17,6 +19,7 @@ TEST_F(CWaylandTest, AFloatingPanelDocksByItsButton) {
 
 TEST_F(CWaylandTest, PlacesThatTheDesktopDoesNotTellAreKept) {
     IMainWindow& main = *g_pMainFrame->GetWindow();
+    EXPECT_EQ(main.GetRect(), CRect({159, 99}, {1600, 1000})) << "in the middle of the screen at first";
     main.SetRect(CRect({120, 90}, {1100, 800}));
     auto* pPanel = m_pViewport->window()->findChild<QDockWidget*>();
     auto& panel = dynamic_cast<IPanelWindow&>(*pPanel);

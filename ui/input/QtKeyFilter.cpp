@@ -119,6 +119,8 @@ bool CQtKeyFilter::eventFilter(QObject* pWatched, QEvent* pEvent) {
     // pointer's next event.
     if (!event.isAutoRepeat() && (!bDown || !pText || IsModifier(nVirtualKey)))
         m_keys.Press(nVirtualKey, bDown);
+    // Sticky keys and keyboards on the screen hold Shift, Ctrl and Alt without a key event of theirs.
+    if (bDown && !IsModifier(nVirtualKey)) m_keys.SyncModifiers(event.modifiers());
     if (!pWidget || m_pResent) return false;
     const bool bTaken = !pText && Takes(*pWidget) && !IsForControl(*pWidget, event);
     // The release of a key whose press was reported may arrive at another widget.

@@ -19,6 +19,8 @@
 #include <QMdiArea>
 #include <QMenu>
 #include <QScrollArea>
+#include <QStyleOption>
+#include <QStylePainter>
 
 #include <algorithm>
 #include <utility>
@@ -297,6 +299,16 @@ void CQtPanel::keyPressEvent(QKeyEvent* pEvent) {
     // A list closes its editor a little later, and gives the keyboard back then: without the focus the editor
     // would be closed twice.
     if (!IsRowEdited()) FocusPicture();
+}
+
+// Qt draws no edge around a floating panel whose title is ours.
+void CQtPanel::paintEvent(QPaintEvent* pEvent) {
+    QDockWidget::paintEvent(pEvent);
+    if (!isFloating() || !titleBarWidget()) return;
+    QStylePainter painter(this);
+    QStyleOptionFrame option;
+    option.initFrom(this);
+    painter.drawPrimitive(QStyle::PE_FrameDockWidget, option);
 }
 
 void CQtPanel::FocusPicture() {

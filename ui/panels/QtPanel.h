@@ -44,6 +44,7 @@ protected:
     bool HidesOnClose() const override { return true; }
     bool event(QEvent* pEvent) override;
     void keyPressEvent(QKeyEvent* pEvent) override;
+    void paintEvent(QPaintEvent* pEvent) override;
 
 private:
     /// The widgets of one line, and the label in front of them.

@@ -126,8 +126,7 @@ void CQtMainWindow::MakeStatusBar() {
 void CQtMainWindow::PlaceAtFirst() {
     const QRect rcScreen = QGuiApplication::primaryScreen()->availableGeometry();
     const QSize sz = FIRST_SIZE.boundedTo(rcScreen.size() * 9 / 10);
-    move(rcScreen.center() - QPoint(sz.width() / 2, sz.height() / 2));
-    resize(sz);
+    CQtMainWindow::SetRect(FromQt(QRect(rcScreen.center() - QPoint(sz.width() / 2, sz.height() / 2), sz)));
 }
 
 std::unique_ptr<CQtMenuSet> CQtMainWindow::MakeMenus(const std::vector<TMenuItem>& vMenu) {

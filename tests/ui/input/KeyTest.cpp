@@ -50,8 +50,11 @@ TEST_F(CUiTest, KeyStateIsThatOfTheMessageInHand) {
     // All events, including Ctrl's own, happen before the first message is handled.
     QTest::keyClick(&GetWidget(), Qt::Key_Z, Qt::ControlModifier);
     QTest::keyPress(&GetWidget(), Qt::Key_Z);
+    // Sticky keys: Ctrl counts as held and has no event.
+    QKeyEvent sticky(QEvent::KeyPress, Qt::Key_Z, Qt::ControlModifier);
+    QCoreApplication::sendEvent(&GetWidget(), &sticky);
     Turn();
-    EXPECT_EQ(vControl, (std::vector<bool>{true, false}));
+    EXPECT_EQ(vControl, (std::vector<bool>{true, false, true}));
     EXPECT_TRUE(keys.IsKeyDown('Z'));
     emit qApp->applicationStateChanged(Qt::ApplicationInactive);
     EXPECT_FALSE(keys.IsKeyDown('Z') || keys.IsKeyDown(-1) || keys.IsKeyDown(256));
