@@ -17,6 +17,22 @@ TEST_F(CWaylandTest, AFloatingPanelDocksByItsButton) {
     }
 }
 
+TEST_F(CWaylandTest, APanelsMenuOpensAtThePen) {
+    const auto* pPanel = m_pViewport->window()->findChild<QDockWidget*>(QStringLiteral("Layer"));
+    ASSERT_TRUE(pPanel);
+    const QWidget& list = *pPanel->findChild<QAbstractItemView*>()->viewport();
+    const QPoint pt = list.rect().center();
+    Play([&](CTestTablet& tablet, const TSurface& surface) {
+        tablet.Enter(CTestTablet::PEN, surface, {OnSurface(list, pt)});
+        for (const bool bDown : {true, false})
+            tablet.Button(CTestTablet::PEN, CTestTablet::BTN_STYLUS2, bDown);
+    });
+    Sync();
+    const QWidget* pMenu = QApplication::activePopupWidget();
+    ASSERT_TRUE(pMenu);
+    EXPECT_EQ(pMenu->pos(), list.mapToGlobal(pt));
+}
+
 TEST_F(CWaylandTest, PlacesThatTheDesktopDoesNotTellAreKept) {
     IMainWindow& main = *g_pMainFrame->GetWindow();
     EXPECT_EQ(main.GetRect(), CRect({159, 99}, {1600, 1000})) << "in the middle of the screen at first";

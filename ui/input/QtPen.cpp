@@ -1,8 +1,10 @@
 #include "ui/input/QtPen.h"
 
+#include "ui/base/QtApplication.h"
 #include "ui/base/QtText.h"
 #include "ui/input/QtEventPump.h"
 
+#include <QCursor>
 #include <QGuiApplication>
 #include <QPointingDevice>
 #include <QTabletEvent>
@@ -99,12 +101,18 @@ void CQtPen::SetReceiver(std::function<IWindow*()> fnReceiver) {
     qApp->installEventFilter(this);
 }
 
+void CQtPen::Follow(const QTabletEvent& event) {
+    m_bTilts = m_bTilts || event.xTilt() != 0 || event.yTilt() != 0;
+    if (PlacesWindowsItself()) m_ptNear = event.globalPosition().toPoint();
+}
+
+QPoint CQtPen::GetPointer() const { return m_ptNear ? *m_ptNear : QCursor::pos(); }
+
 bool CQtPen::eventFilter(QObject*, QEvent* pEvent) {
     const bool bEnter = pEvent->type() == QEvent::TabletEnterProximity;
-    if (pEvent->type() == QEvent::TabletMove) {
-        const auto& event = static_cast<QTabletEvent&>(*pEvent);
-        m_bTilts = m_bTilts || event.xTilt() != 0 || event.yTilt() != 0;
-    }
+    if (pEvent->type() == QEvent::TabletMove || pEvent->type() == QEvent::TabletPress)
+        Follow(static_cast<QTabletEvent&>(*pEvent));
+    if (pEvent->type() == QEvent::TabletLeaveProximity) m_ptNear.reset();
     if (!bEnter && pEvent->type() != QEvent::TabletLeaveProximity) return false;
     IWindow* pReceiver = m_fnReceiver ? m_fnReceiver() : nullptr;
     if (pReceiver)

@@ -4,9 +4,11 @@
 #include "core/Platform/Pen.h"
 
 #include <QObject>
+#include <QPoint>
 
 #include <deque>
 #include <functional>
+#include <optional>
 
 class CQtEventPump;
 class IWindow;
@@ -24,6 +26,9 @@ public:
     void SetReceiver(std::function<IWindow*()> fnReceiver);
     /// An event as a packet at `pt`, a position in Qt pixels; `dScale` is device pixels per Qt pixel.
     static TPenPacket MakePacket(const QTabletEvent& event, const QPointF& pt, qreal dScale);
+    /// The place of the pen if one is near that moves no pointer, else that of the pointer, as Qt counts the
+    /// screen.
+    QPoint GetPointer() const;
     /// Queues an event; `dScale` is device pixels per Qt pixel. A full queue drops its oldest packet.
     void Push(const QTabletEvent& event, qreal dScale);
 
@@ -40,6 +45,8 @@ protected:
     bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
 
 private:
+    void Follow(const QTabletEvent& event);
+
     static constexpr int32_t PRESSURE_MAX = 65535;
     static constexpr int32_t ALTITUDE_MAX = 900; ///< tenths of a degree
     static constexpr int32_t UNITS_PER_PIXEL = 32;
@@ -47,5 +54,6 @@ private:
     CQtEventPump& m_pump;
     std::function<IWindow*()> m_fnReceiver;
     std::deque<TPenPacket> m_deqPackets;
-    bool m_bTilts = false; ///< a pen has reported a tilt
+    std::optional<QPoint> m_ptNear; ///< of a pen that moves no pointer, while it is near
+    bool m_bTilts = false;          ///< a pen has reported a tilt
 };

@@ -2,6 +2,7 @@
 
 #include "ui/base/QtApplication.h"
 #include "ui/base/QtText.h"
+#include "ui/input/QtPen.h"
 #include "ui/panels/QtPanelDocks.h"
 #include "ui/panels/QtPanelTitle.h"
 #include "ui/windows/QtMainWindow.h"
@@ -182,7 +183,7 @@ void CQtPanel::ShowMenu(const std::vector<TMenuItem>& vMenu) {
         connect(pAction, &QAction::triggered, this,
                 [this, nId = item.nId] { m_life.Post(EMessage::Command, nId); });
     }
-    pMenu->popup(QCursor::pos());
+    pMenu->popup(m_main.GetPen().GetPointer());
 }
 
 void CQtPanel::OnLeave() { m_docks.Remove(*this); }

@@ -167,6 +167,7 @@ private:
     }
 
     void DragTo(const QPoint& pt) {
+        m_ptDrag = pt;
         const QModelIndex index = indexAt({viewport()->width() / 2, pt.y()});
         m_nDrop = pt.y() > 0 ? PackDrop(m_model.rowCount(), static_cast<int>(EDropAt::Below)) : -1;
         if (index.isValid()) {
@@ -181,13 +182,12 @@ private:
     }
 
     void ScrollAtEdge() {
-        const QPoint pt = viewport()->mapFromGlobal(QCursor::pos());
-        const int nStep = pt.y() < SCROLL_EDGE                          ? -SCROLL_STEP
-                          : pt.y() > viewport()->height() - SCROLL_EDGE ? SCROLL_STEP
-                                                                        : 0;
+        const int nStep = m_ptDrag.y() < SCROLL_EDGE                          ? -SCROLL_STEP
+                          : m_ptDrag.y() > viewport()->height() - SCROLL_EDGE ? SCROLL_STEP
+                                                                              : 0;
         if (nStep == 0) return;
         verticalScrollBar()->setValue(verticalScrollBar()->value() + nStep);
-        DragTo(pt);
+        DragTo(m_ptDrag);
     }
 
     void EndDrag() {
@@ -207,6 +207,7 @@ private:
     std::optional<EEyeAct> m_sweep; ///< what the held button does to every eye that it passes
     int m_nPressed = -1;            ///< the row that may be dragged, -1 for none
     int m_nDrop = -1;               ///< where it would be dropped (PackDrop), -1 for nowhere
+    QPoint m_ptDrag;                ///< the last place of the drag
     QPoint m_ptPressed;
     bool m_bDragged = false;
 };

@@ -16,6 +16,7 @@
 #include <QScrollBar>
 #include <QTabletEvent>
 #include <QTouchEvent>
+#include <QWindow>
 
 #include <cmath>
 #include <cstdlib>
@@ -257,6 +258,7 @@ bool CQtCanvasView::viewportEvent(QEvent* pEvent) {
         [[fallthrough]];
     case QEvent::TabletMove:
     case QEvent::TabletRelease:
+        WatchPen();
         m_events.tablet(static_cast<QTabletEvent&>(*pEvent));
         pEvent->accept();
         return true;
@@ -264,6 +266,25 @@ bool CQtCanvasView::viewportEvent(QEvent* pEvent) {
         break;
     }
     return QAbstractScrollArea::viewportEvent(pEvent);
+}
+
+// On Wayland a pen moves no pointer: Qt does not tell that it is over another widget.
+void CQtCanvasView::WatchPen() {
+    if (PlacesWindowsItself() && !std::exchange(m_bPenOver, true)) qApp->installEventFilter(this);
+}
+
+bool CQtCanvasView::eventFilter(QObject* pWatched, QEvent* pEvent) {
+    if (m_bPenOver && pEvent->type() == QEvent::TabletMove && pWatched->isWindowType()) {
+        const auto& event = static_cast<QTabletEvent&>(*pEvent);
+        const bool bOver = pWatched == window()->windowHandle() &&
+                           window()->childAt(event.position().toPoint()) == viewport();
+        if (!bOver && event.buttons() == Qt::NoButton) {
+            m_bPenOver = false;
+            qApp->removeEventFilter(this);
+            m_events.pointer(EMessage::MouseLeave, 0, {});
+        }
+    }
+    return QAbstractScrollArea::eventFilter(pWatched, pEvent);
 }
 
 CPoint CQtCanvasView::GetClientOrigin() const {

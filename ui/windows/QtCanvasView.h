@@ -50,6 +50,7 @@ protected:
     void wheelEvent(QWheelEvent* pEvent) override;
     bool viewportEvent(QEvent* pEvent) override;
     void focusInEvent(QFocusEvent* pEvent) override;
+    bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
     /// Does not scroll pixels: the application repaints after scrolling.
     void scrollContentsBy(int, int) override {}
 
@@ -60,6 +61,7 @@ private:
     bool MovePicture(CPoint ptDistance);
     void TellPointer(EMessage id, const QMouseEvent& event);
     void WatchBar(bool bVertical);
+    void WatchPen();
 
     TEvents m_events;
     CSize m_szTold;
@@ -67,6 +69,7 @@ private:
     CSize m_szPage;            ///< pixels that a click beside the handle scrolls
     bool m_bActivated = false; ///< the press being delivered activated the view
     bool m_bSetting = false;   ///< the application is setting the scroll bars
+    bool m_bPenOver = false;   ///< watched until it is over something else
     bool m_bZooming = false;   ///< the scroll bars do not show the last zoom yet
     CPinchSteps m_pinch;       ///< of a touch pad
     CQtTouch m_touch;
