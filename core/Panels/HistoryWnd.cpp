@@ -4,9 +4,10 @@
 #include "core/Commands/CommandIds.h"
 #include "core/IniConfig/GlobalSwitches.h"
 
+#include <boost/range/adaptor/reversed.hpp>
+
 #include <algorithm>
 #include <iterator>
-#include <ranges>
 
 namespace {
 
@@ -53,7 +54,7 @@ void CHistoryWnd::OnRefresh() {
                               .bDim = !bDone});
     };
     add({}, true);
-    for (const auto& spState : history.GetUndoList() | std::views::reverse) add(spState, true);
+    for (const auto& spState : history.GetUndoList() | boost::adaptors::reversed) add(spState, true);
     list.nValue = static_cast<int>(m_vStates.size()) - 1;
     for (const auto& spState : history.GetRedoList()) add(spState, false);
 }

@@ -4,8 +4,9 @@
 #include "core/LayerBuffer/LayerSetBuffer.h"
 #include "core/LayerBuffer/VectorLayerBuffer.h"
 
+#include <boost/range/adaptor/reversed.hpp>
+
 #include <algorithm>
-#include <ranges>
 
 namespace {
 
@@ -28,7 +29,7 @@ void CLayerRows::Read(CCanvasBuffer* pCanvas) {
 }
 
 void CLayerRows::Append(const CLayerBuffer& parent, int nDepth) {
-    for (const TLayerPtr& spLayer : parent.GetChildren() | std::views::reverse) {
+    for (const TLayerPtr& spLayer : parent.GetChildren() | boost::adaptors::reversed) {
         m_vRows.push_back({spLayer, nDepth});
         if (!IsFolded(spLayer)) Append(*spLayer, nDepth + 1);
     }

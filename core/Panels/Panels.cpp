@@ -98,15 +98,15 @@ void CPanels::ShowUsedTabs() {
     for (const TPanelRow& row : m_vRows)
         if (IsShown(row.nCommand))
             vTabs.push_back({Find(row.nCommand), Find(row.nCommand)->GetWindow()->GetPlace()});
-    for (const auto& [pPanel, place] : vTabs) {
+    for (const TTab& front : vTabs) {
         const auto isInstead = [&](const TTab& tab) {
-            return tab.place.dock == place.dock && tab.place.rc == place.rc && !tab.place.bFront &&
-                   tab.pPanel->IsUsed();
+            return tab.place.dock == front.place.dock && tab.place.rc == front.place.rc &&
+                   !tab.place.bFront && tab.pPanel->IsUsed();
         };
         const auto it = std::ranges::find_if(vTabs, isInstead);
-        if (!place.bFront || pPanel->IsUsed() || it == vTabs.end()) continue;
+        if (!front.place.bFront || front.pPanel->IsUsed() || it == vTabs.end()) continue;
         it->pPanel->GetWindow()->ShowPanel(true);
-        m_mapInstead[pPanel] = it->pPanel;
+        m_mapInstead[front.pPanel] = it->pPanel;
     }
 }
 
@@ -161,8 +161,8 @@ void CPanels::ToggleAll() {
     if (!bShow) {
         std::ranges::copy_if(GetCommands(), std::back_inserter(vCommands), [&](int n) { return IsShown(n); });
         // A panel that is shown comes in front of its tabs: those that were in front come back last.
-        std::ranges::stable_partition(vCommands,
-                                      [&](int n) { return !m_mapPanels[n]->GetWindow()->GetPlace().bFront; });
+        std::stable_partition(vCommands.begin(), vCommands.end(),
+                              [&](int n) { return !m_mapPanels[n]->GetWindow()->GetPlace().bFront; });
         m_vHidden = vCommands;
     }
     for (const int nCommand : vCommands)

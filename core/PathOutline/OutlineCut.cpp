@@ -183,7 +183,8 @@ std::vector<TPlacedCut> PlaceCuts(const TOutlineSource& source, const CCentreLin
     if (vSegments.empty()) return {};
     const CPathLengths lengths(vSegments, line.GetLengths());
     std::vector<TPlacedCut> vCuts;
-    for (const auto& [t, nAngle] : source.vCuts) {
+    for (const TOutlineCut& cut : source.vCuts) {
+        const uint32_t t = cut.t;
         const size_t idx = std::min<size_t>(t / BEZIER_T_RESOLUTION, vSegments.size() - 1);
         const uint32_t f = t - static_cast<uint32_t>(idx) * BEZIER_T_RESOLUTION;
         const auto widthOf = [&](EPathSide side) {
@@ -192,7 +193,7 @@ std::vector<TPlacedCut> PlaceCuts(const TOutlineSource& source, const CCentreLin
         vCuts.push_back({t,
                          CheckedAdd(source.vAnchors[idx].anchor, vSegments[idx].PointAt(f)),
                          DirectionAt(vSegments[idx], f),
-                         nAngle % 360,
+                         cut.nAngle % 360,
                          {widthOf(SIDE_LEFT), widthOf(SIDE_RIGHT)},
                          t,
                          t});
