@@ -9,7 +9,7 @@
 namespace {
 
 constexpr rlim_t MOST_SECONDS = 60;
-constexpr rlim_t MOST_MEMORY = rlim_t{1} << 30;
+constexpr rlim_t MOST_MEMORY = rlim_t{512} << 20;
 
 void Limit(__rlimit_resource resource, rlim_t uMost) {
     rlimit limit{};

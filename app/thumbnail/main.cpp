@@ -29,7 +29,7 @@ std::string MakeThumbnail(const TThumbnailArguments& arguments) {
     } catch (const deserialize_error&) {
         return arguments.pathIn.native() + ": " + ToUtf8(AdviceFor(EFileFailure::DamagedDocument));
     } catch (const std::bad_alloc&) {
-        return "out of memory";
+        return arguments.pathIn.native() + ": " + ToUtf8(AdviceFor(EFileFailure::NoMemory));
     } catch (const std::exception& e) {
         return ToUtf8(DescribeException(e));
     }
