@@ -6,6 +6,31 @@ TEST_F(CWaylandTest, ThePenActsAsTheMouseOnPanels) {
     EXPECT_EQ(g_wpActiveTool.lock()->GetToolId(), TOOL_ERASER);
 }
 
+TEST_F(CWaylandTest, ThePenOutlivesADialogThatItCloses) {
+    QMessageBox box(m_pViewport->window());
+    box.setWindowTitle(QStringLiteral("Box"));
+    box.addButton(QMessageBox::Ok);
+    box.open();
+    Sync();
+    const QWidget& button = *box.button(QMessageBox::Ok);
+    const QPointF pt = OnSurface(button, QPointF(button.rect().center()));
+    const auto play = [&](const std::string& strTitle, double dPressure) {
+        const CCompositor::CLock lock = g_pCompositor->Lock();
+        CTestTablet& tablet = g_pCompositor->GetTablet();
+        if (dPressure != 0) tablet.Enter(CTestTablet::PEN, *g_pCompositor->FindWindow(strTitle), {pt});
+        tablet.Move(CTestTablet::PEN, {pt, dPressure});
+    };
+    play("Box", 0.5);
+    play("Box", 0);
+    Sync();
+    EXPECT_FALSE(box.isVisible());
+    play("Box", 0); // the compositor has not seen the window go
+    Leave(CTestTablet::PEN);
+    Tap(*FindButton(*m_pViewport->window(), u"消しゴム"));
+    Sync();
+    EXPECT_EQ(g_wpActiveTool.lock()->GetToolId(), TOOL_ERASER);
+}
+
 TEST_F(CWaylandTest, AFloatingPanelDocksByItsButton) {
     auto* pPanel = m_pViewport->window()->findChild<QDockWidget*>();
     for (const bool bFloats : {true, false}) {
