@@ -19,6 +19,12 @@ std::optional<size_t> ReadLength(std::string_view strBytes) {
 
 } // namespace
 
+std::vector<std::string> WithActivation(const std::vector<std::string>& vPaths, const std::string& strToken) {
+    std::vector<std::string> vEntries = vPaths;
+    if (!strToken.empty()) vEntries.insert(vEntries.begin(), std::string(ACTIVATION) + strToken);
+    return vEntries;
+}
+
 std::string PackPaths(const std::vector<std::string>& vPaths) {
     std::string strPaths;
     for (const std::string& strPath : vPaths) strPaths += strPath + '\0';
@@ -42,7 +48,9 @@ std::optional<std::vector<std::string>> UnpackPaths(std::string_view strBytes) {
     while (!strBytes.empty()) {
         const size_t nEnd = strBytes.find('\0');
         const std::string_view strPath = strBytes.substr(0, nEnd);
-        if (nEnd == std::string_view::npos || !(strPath.starts_with('/') || strPath == NEW_DOCUMENT))
+        const bool bToken = vPaths.empty() && strPath.starts_with(ACTIVATION);
+        if (nEnd == std::string_view::npos ||
+            !(strPath.starts_with('/') || strPath == NEW_DOCUMENT || bToken))
             return std::nullopt;
         vPaths.emplace_back(strPath);
         strBytes.remove_prefix(nEnd + 1);

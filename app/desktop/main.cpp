@@ -21,18 +21,23 @@
 #include <QStandardPaths>
 
 #include <cstdio>
+#include <span>
 
 namespace {
 
 CModule g_Module;
+constexpr char TOKEN_NAME[] = "XDG_ACTIVATION_TOKEN";
 
 // Posts the files to the message queue, so that they wait while a dialog is open. A recorder sees them as
 // external.
 void TakeFiles(const std::vector<std::string>& vFiles, IMessageQueue& queue) {
     IWindow* pWindow = g_AppModule.GetMainWindow();
     if (!pWindow) return;
+    const bool bToken = !vFiles.empty() && vFiles.front().starts_with(ACTIVATION);
+    // Qt shows it to the desktop when it brings the window to the front.
+    if (bToken) qputenv(TOKEN_NAME, vFiles.front().substr(ACTIVATION.size()).c_str());
     pWindow->Show();
-    for (const std::string& strFile : vFiles) {
+    for (const std::string& strFile : std::span(vFiles).subspan(bToken ? 1 : 0)) {
         const bool bNew = strFile == NEW_DOCUMENT;
         queue.Post(bNew ? TMessage{pWindow, EMessage::Command, ID_FILE_NEW}
                         : TMessage{pWindow, EMessage::CopyData, 0, 0, FromUtf8(strFile)});
@@ -86,7 +91,8 @@ int main(int argc, char** argv) {
     } end;
     try {
         CInstance instance(QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation).toStdString());
-        const auto start = arguments.bNewWindow ? CInstance::EStart::Alone : instance.Begin(arguments.vFiles);
+        const auto vHanded = WithActivation(arguments.vFiles, qgetenv(TOKEN_NAME).toStdString());
+        const auto start = arguments.bNewWindow ? CInstance::EStart::Alone : instance.Begin(vHanded);
         if (start == CInstance::EStart::HandedOver) return 0;
         return Run(arguments, instance, start == CInstance::EStart::First);
     } catch (const std::exception& e) {

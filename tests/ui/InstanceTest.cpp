@@ -40,11 +40,13 @@ protected:
 
 TEST_F(Instance, PathsArriveByteByByteAndNonsenseDoesNot) {
     Listen();
-    const TPaths vPaths{"/絵/a b\n1.vlm", "/\xFF.png", "new"};
+    const TPaths vPaths = WithActivation({"/絵/a b\n1.vlm", "/\xFF.png", "new"}, "token");
+    EXPECT_EQ(vPaths.front(), "activation token");
     const std::string strGood = PackPaths({"/a"});
     for (const std::string& strBad :
          {std::string("00000003a\0b", 11), std::string("zzzzzzzz/a"), std::string("ffffffff"),
-          std::string("00000003/ab"), PackPaths({"relative"}), strGood + "x", PackPaths({""})}) {
+          std::string("00000003/ab"), PackPaths({"relative"}), PackPaths({"/a", "activation b"}),
+          strGood + "x", PackPaths({""})}) {
         QLocalSocket socket;
         socket.connectToServer(m_strSocket);
         ASSERT_TRUE(socket.waitForConnected(1000));

@@ -2,6 +2,7 @@
 
 #include "tests/wayland/Protocol.h"
 #include "tests/wayland/Tablet.h"
+#include <xdg-activation-v1-server-protocol.h>
 #include <xdg-shell-server-protocol.h>
 
 #include <QtGlobal>
@@ -133,6 +134,11 @@ struct CProtocol {
         };
         MakeResource(pClient, xdg_positioner_interface, 1, uId, &REQUESTS, nullptr);
     }
+    // Another program has ended.
+    static void Forget(wl_resource* p) {
+        std::erase(Of(p).m_vShells, p);
+        std::erase(Of(p).m_vKeyboards, p);
+    }
     static void Pong(wl_client*, wl_resource* p, uint32_t) { Of(p).m_bAnswered = true; }
     static void BindShell(wl_client* pClient, void* pData, uint32_t, uint32_t uId) {
         static constexpr struct xdg_wm_base_interface REQUESTS {
@@ -140,12 +146,13 @@ struct CProtocol {
         };
         auto& compositor = *static_cast<CCompositor*>(pData);
         compositor.m_vShells.push_back(
-            MakeResource(pClient, xdg_wm_base_interface, 1, uId, &REQUESTS, pData));
+            MakeResource(pClient, xdg_wm_base_interface, 1, uId, &REQUESTS, pData, Forget));
     }
 
     static void GetKeyboard(wl_client* pClient, wl_resource* p, uint32_t uId) {
         static constexpr struct wl_keyboard_interface REQUESTS { DestroyResource };
-        wl_resource* pKeyboard = MakeResource(pClient, wl_keyboard_interface, 1, uId, &REQUESTS, &Of(p));
+        wl_resource* pKeyboard =
+            MakeResource(pClient, wl_keyboard_interface, 1, uId, &REQUESTS, &Of(p), Forget);
         Of(p).m_vKeyboards.push_back(pKeyboard);
         const int nFile = MakeKeymapFile();
         wl_keyboard_send_keymap(pKeyboard, WL_KEYBOARD_KEYMAP_FORMAT_XKB_V1, nFile, sizeof KEYMAP);
@@ -155,6 +162,20 @@ struct CProtocol {
         static constexpr struct wl_seat_interface REQUESTS { Ignore, GetKeyboard, Ignore, DestroyResource };
         wl_seat_send_capabilities(MakeResource(pClient, wl_seat_interface, 1, uId, &REQUESTS, pData),
                                   WL_SEAT_CAPABILITY_KEYBOARD);
+    }
+    static void CommitToken(wl_client*, wl_resource* p) { xdg_activation_token_v1_send_done(p, "made"); }
+    static void MakeToken(wl_client* pClient, wl_resource*, uint32_t uId) {
+        static constexpr struct xdg_activation_token_v1_interface REQUESTS {
+            Ignore, Ignore, Ignore, CommitToken, DestroyResource
+        };
+        MakeResource(pClient, xdg_activation_token_v1_interface, 1, uId, &REQUESTS, nullptr);
+    }
+    static void Activate(wl_client*, wl_resource* p, const char* pszToken, wl_resource*) {
+        Of(p).m_vActivations.emplace_back(pszToken);
+    }
+    static void BindActivation(wl_client* pClient, void* pData, uint32_t, uint32_t uId) {
+        static constexpr struct xdg_activation_v1_interface REQUESTS { DestroyResource, MakeToken, Activate };
+        MakeResource(pClient, xdg_activation_v1_interface, 1, uId, &REQUESTS, pData);
     }
     static void BindOutput(wl_client* pClient, void* pData, uint32_t, uint32_t uId) {
         wl_resource* p = MakeResource(pClient, wl_output_interface, 2, uId, nullptr, pData);
@@ -173,6 +194,7 @@ CCompositor::CCompositor(int nScale) : m_nScale(nScale), m_pDisplay(wl_display_c
     wl_global_create(m_pDisplay, &wl_output_interface, 2, this, CProtocol::BindOutput);
     wl_global_create(m_pDisplay, &wl_seat_interface, 1, this, CProtocol::BindSeat);
     wl_global_create(m_pDisplay, &xdg_wm_base_interface, 1, this, CProtocol::BindShell);
+    wl_global_create(m_pDisplay, &xdg_activation_v1_interface, 1, this, CProtocol::BindActivation);
     m_pTablet = std::make_unique<CTestTablet>(*this, m_pDisplay);
     m_thread = std::thread([this] { Work(); });
 }

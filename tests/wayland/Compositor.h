@@ -58,6 +58,17 @@ public:
     void Ping();
     bool IsAnswered() const { return m_bAnswered; }
 
+    /// The programs whose windows it can show.
+    size_t CountClients() {
+        const CLock lock = Lock();
+        return m_vShells.size();
+    }
+    /// The tokens by which clients have asked for their windows to come to the front.
+    std::vector<std::string> GetActivations() {
+        const CLock lock = Lock();
+        return m_vActivations;
+    }
+
     /// Gives the keyboard to a window, or takes it away with null. `bActive`: the window is shown as the
     /// active one.
     void FocusKeyboard(TSurface* pSurface);
@@ -78,6 +89,7 @@ private:
     std::recursive_mutex m_mutex;
     std::list<TSurface> m_lstSurfaces;
     std::vector<wl_resource*> m_vShells, m_vKeyboards;
+    std::vector<std::string> m_vActivations;
     TSurface* m_pFocus = nullptr;
     std::atomic<bool> m_bAnswered{true}, m_bEnds{false};
     std::unique_ptr<CTestTablet> m_pTablet;

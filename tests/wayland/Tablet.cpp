@@ -42,6 +42,7 @@ CTestTablet::CTestTablet(CCompositor& compositor, wl_display* pDisplay) : m_comp
 }
 
 void CTestTablet::AddDevices(wl_resource* pSeat) {
+    if (m_pTablet) return; // it belongs to the first program
     static constexpr struct zwp_tablet_v2_interface TABLET { DestroyResource };
     static constexpr struct zwp_tablet_tool_v2_interface TOOL { CTabletRequests::SetCursor, DestroyResource };
     wl_client* pClient = wl_resource_get_client(pSeat);

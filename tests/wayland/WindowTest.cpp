@@ -1,5 +1,7 @@
 #include "tests/wayland/WaylandTest.h"
 
+#include "TestPaths.h"
+
 TEST_F(CWaylandTest, ThePenActsAsTheMouseOnPanels) {
     Tap(*FindButton(*m_pViewport->window(), u"消しゴム"));
     Sync();
@@ -73,4 +75,24 @@ TEST_F(CWaylandTest, PlacesThatTheDesktopDoesNotTellAreKept) {
     Sync();
     EXPECT_EQ(main.GetRect(), CRect({120, 90}, {1100, 800}));
     EXPECT_EQ(panel.GetPlace().rc, place.rc);
+}
+
+TEST_F(CWaylandTest, ASecondStartBringsTheFirstToTheFrontByTheDesktopsToken) {
+    const CTempFolder folder;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("XDG_CONFIG_HOME"), QString::fromStdString(folder.GetPath().native()));
+    QProcess first;
+    first.setProcessEnvironment(environment);
+    first.start(VELLUM_DESKTOP, {});
+    ASSERT_TRUE(QTest::qWaitFor([] { return g_pCompositor->CountClients() == 2; }, 10000));
+    environment.insert(QStringLiteral("XDG_ACTIVATION_TOKEN"), QStringLiteral("of the file manager"));
+    QProcess second;
+    second.setProcessEnvironment(environment);
+    second.start(VELLUM_DESKTOP, {});
+    ASSERT_TRUE(second.waitForFinished(10000));
+    EXPECT_TRUE(QTest::qWaitFor(
+        [] { return std::ranges::count(g_pCompositor->GetActivations(), "of the file manager") == 1; },
+        5000));
+    first.kill();
+    first.waitForFinished();
 }
