@@ -234,7 +234,8 @@ class Session:
                                         env=self.env, stdout=open(work / "said.txt", "w"), stderr=subprocess.STDOUT)
 
     def settings(self, name):
-        return dict(self.screen.env, XDG_CONFIG_HOME=str(self.work / name), XDG_RUNTIME_DIR=str(self.work / "run"))
+        return dict(self.screen.env, XDG_CONFIG_HOME=str(self.work / name), XDG_DATA_HOME=str(self.work / name),
+                    XDG_RUNTIME_DIR=str(self.work / "run"))
 
     def runs(self):
         return self.program.poll() is None

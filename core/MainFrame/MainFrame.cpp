@@ -150,7 +150,7 @@ bool CMainFrame::HandleMessage(const TMessage& msg) {
     if (msg.id == WM_TELL) return Tell(msg.strText), true;
     if (msg.id == WM_SWITCH_TOOL) return SwitchTool(static_cast<int>(msg.wParam));
     if (msg.id == WM_ADD_RECENT) {
-        m_recentList.Add(msg.strText);
+        AddRecent(msg.strText);
         return true;
     }
     return false;

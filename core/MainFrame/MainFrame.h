@@ -86,6 +86,8 @@ private:
     void OnFileClose();
     void OnFileOpen();
     void OnOpenRecent(int nIndex);
+    /// Enters a document that was opened or saved in the recent ones, here and in the desktop's own list.
+    void AddRecent(const std::wstring& strPath);
     void OnDropFile(const std::wstring& strPath);
     bool OnCopyData(const TMessage& msg);
     void OfferRecovery();

@@ -18,6 +18,7 @@
 #include "core/MainFrame/NewDialog.h"
 #include "core/Panels/LayerWnd.h"
 #include "core/Panels/ToolTable.h"
+#include "core/Platform/RecentFiles.h"
 
 #include <utility>
 
@@ -151,7 +152,7 @@ bool CMainFrame::CreateDocument(const TNewDocument& document) {
 void CMainFrame::OnFileOpen() {
     const std::wstring strPath =
         g_AppModule.GetPlatform().fileDialogs.Ask(m_pWindow, {false, L"", L"vlm", GetOpenFilters()});
-    if (!strPath.empty() && OpenFile(strPath)) m_recentList.Add(strPath);
+    if (!strPath.empty() && OpenFile(strPath)) AddRecent(strPath);
 }
 
 void CMainFrame::OnOpenRecent(int nIndex) {
@@ -159,14 +160,19 @@ void CMainFrame::OnOpenRecent(int nIndex) {
     if (nIndex >= static_cast<int>(vPaths.size())) return;
     const std::wstring strPath = vPaths[static_cast<size_t>(nIndex)];
     if (OpenFile(strPath))
-        m_recentList.Add(strPath);
+        AddRecent(strPath);
     else
         m_recentList.Remove(strPath);
     m_startPage.Refresh();
 }
 
+void CMainFrame::AddRecent(const std::wstring& strPath) {
+    m_recentList.Add(strPath);
+    g_AppModule.GetPlatform().recent.Add(strPath);
+}
+
 void CMainFrame::OnDropFile(const std::wstring& strPath) {
-    if (OpenFile(strPath)) m_recentList.Add(strPath);
+    if (OpenFile(strPath)) AddRecent(strPath);
 }
 
 bool CMainFrame::OnCopyData(const TMessage& msg) {

@@ -38,7 +38,7 @@ bool CMainFrame::DoIdleWork() {
         const std::wstring strPath = m_deqOpenFiles.front();
         m_deqOpenFiles.pop_front();
         Guarded([&] {
-            if (OpenFile(strPath)) m_recentList.Add(strPath);
+            if (OpenFile(strPath)) AddRecent(strPath);
         });
     }
     ShowStartPage();

@@ -18,6 +18,7 @@ class IPen;
 class ISnapshotStore;
 class IProgressWindow;
 class IManual;
+class IRecentFiles;
 
 struct TPlatform {
     IMessageQueue& queue;
@@ -36,4 +37,5 @@ struct TPlatform {
     IPen& pen;
     IProgressWindow& progress;
     IManual& manual;
+    IRecentFiles& recent;
 };

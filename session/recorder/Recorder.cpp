@@ -107,10 +107,10 @@ struct CRecorder::TParts {
           m_clipboard(m_record, platform.clipboard),
           m_pen(platform.pen, [this](const TPenPacket& packet) { RecordPacket(m_to, packet); }),
           m_progress(m_record, platform.progress),
-          m_platform{m_queue,        m_windows,          m_dialogs,          m_dialogs,       m_dialogs,
-                     platform.files, platform.locations, platform.modules,   platform.codecs, platform.clock,
-                     platform.keys,  m_clipboard,        platform.snapshots, m_pen,           m_progress,
-                     platform.manual} {}
+          m_platform{m_queue,         m_windows,          m_dialogs,          m_dialogs,       m_dialogs,
+                     platform.files,  platform.locations, platform.modules,   platform.codecs, platform.clock,
+                     platform.keys,   m_clipboard,        platform.snapshots, m_pen,           m_progress,
+                     platform.manual, platform.recent} {}
 
     // The windows' own notifications and a player's commands do not pass the queue.
     void OnHeard(const TMessage& msg) {

@@ -9,6 +9,7 @@
 #include "session/seam/SessionManual.h"
 #include "session/seam/SessionPen.h"
 #include "session/seam/SessionProgress.h"
+#include "session/seam/SessionRecent.h"
 #include "session/seam/SessionSnapshots.h"
 #include "session/seam/SessionWindows.h"
 #include "session/seam/VirtualClock.h"
@@ -35,7 +36,8 @@ struct CSessionPlatform::TParts {
                                                                                    : m_snapshots,
                                                                   m_pen,
                                                                   m_progress,
-                                                                  m_manual},
+                                                                  m_manual,
+                                                                  m_recent},
           m_player(std::move(script), MakeStage(parts)), m_pump(m_queue, m_windows, m_player, parts.pQueue) {}
 
     TStage MakeStage(const TSessionParts& parts) {
@@ -57,6 +59,7 @@ struct CSessionPlatform::TParts {
     CSessionPen m_pen;
     CSessionProgress m_progress;
     CSessionManual m_manual;
+    CSessionRecent m_recent;
     CSessionLog m_log;
     CSessionDialogs m_dialogs;
     CSessionWindows m_windows;

@@ -27,6 +27,19 @@ std::string HomeOfUser() {
     return pFound->pw_dir && *pFound->pw_dir == '/' ? pFound->pw_dir : std::string();
 }
 
+// The folder that the variable names, else the one in the home folder.
+std::wstring FindFolder(const char* pszVariable, const char* pszInHome) {
+    std::string strPath = AbsoluteVariable(pszVariable);
+    if (strPath.empty()) {
+        std::string strHome = AbsoluteVariable("HOME");
+        if (strHome.empty()) strHome = HomeOfUser();
+        if (strHome.empty()) return {};
+        strPath = strHome + pszInHome;
+    }
+    while (strPath.size() > 1 && strPath.ends_with('/')) strPath.pop_back();
+    return FromUtf8(strPath);
+}
+
 void MakeFolders(const std::filesystem::path& path) {
     if (path.empty() || mkdir(path.c_str(), 0700) == 0 || errno != ENOENT || !path.has_relative_path())
         return;
@@ -36,16 +49,7 @@ void MakeFolders(const std::filesystem::path& path) {
 
 } // namespace
 
-std::wstring CLocations::GetAppData() {
-    std::string strPath = AbsoluteVariable("XDG_CONFIG_HOME");
-    if (strPath.empty()) {
-        std::string strHome = AbsoluteVariable("HOME");
-        if (strHome.empty()) strHome = HomeOfUser();
-        if (strHome.empty()) return {};
-        strPath = strHome + "/.config";
-    }
-    while (strPath.size() > 1 && strPath.ends_with('/')) strPath.pop_back();
-    return FromUtf8(strPath);
-}
+std::wstring CLocations::GetAppData() { return FindFolder("XDG_CONFIG_HOME", "/.config"); }
+std::wstring CLocations::GetUserData() { return FindFolder("XDG_DATA_HOME", "/.local/share"); }
 
 void CLocations::MakeFolder(const std::wstring& strPath) { MakeFolders(ToUtf8(strPath)); }

@@ -117,9 +117,9 @@ public:
         CSessionPlatform session({m_files, places, places, m_codecs}, MakeScript());
         const TPlatform& p = session.GetPlatform();
         CUnfailingDialogs dialogs(p);
-        const TPlatform platform{p.queue,     p.windows, dialogs,    dialogs, p.dialogs, p.files,
-                                 p.locations, p.modules, p.codecs,   p.clock, p.keys,    p.clipboard,
-                                 p.snapshots, p.pen,     p.progress, p.manual};
+        const TPlatform platform{p.queue,     p.windows, dialogs,    dialogs,  p.dialogs, p.files,
+                                 p.locations, p.modules, p.codecs,   p.clock,  p.keys,    p.clipboard,
+                                 p.snapshots, p.pen,     p.progress, p.manual, p.recent};
         PlayOn(platform);
         if (!session.GetFailure().empty()) m_check.Complain(session.GetFailure());
         m_check.CheckBoxes(dialogs.m_vErrors, std::is_same_v<Fault, CFailingMemory>);

@@ -18,7 +18,7 @@ private:
                                  {"start", {{1, [this](CPlayer&) { Look(); }}}});
         const TPlatform& p = session.GetPlatform();
         fn({p.queue, p.windows, *this, p.fileDialogs, p.dialogs, p.files, p.locations, p.modules, p.codecs,
-            p.clock, p.keys, p.clipboard, p.snapshots, p.pen, p.progress, p.manual});
+            p.clock, p.keys, p.clipboard, p.snapshots, p.pen, p.progress, p.manual, p.recent});
     }
     bool HasError() const override { return m_bError; }
     // Idle work marks the changed document.

@@ -25,7 +25,8 @@ public:
         IWindowFactory* const pOuter = std::exchange(m_pWindows, &p.windows);
         fn({p.queue, *this, m_pBoxes ? *m_pBoxes : p.boxes, p.fileDialogs, p.dialogs, p.files, p.locations,
             p.modules, p.codecs, m_pClock ? *m_pClock : p.clock, p.keys, p.clipboard, p.snapshots, p.pen,
-            m_pProgress ? *m_pProgress : p.progress, m_pManual ? *m_pManual : p.manual});
+            m_pProgress ? *m_pProgress : p.progress, m_pManual ? *m_pManual : p.manual,
+            m_pRecent ? *m_pRecent : p.recent});
         m_pWindows = pOuter;
         EXPECT_FALSE(session.GetWindows().GetMain() || session.GetWindows().GetActive() || p.queue.Peek());
         for (const TShown& shown : session.GetLog().GetShown())
@@ -55,6 +56,7 @@ public:
     IClock* m_pClock = nullptr;             ///< replaces the one that only the player moves
     IProgressWindow* m_pProgress = nullptr; ///< replaces the one that shows nothing
     IManual* m_pManual = nullptr;           ///< replaces the one that shows nothing
+    IRecentFiles* m_pRecent = nullptr;      ///< replaces the one that only notes
     bool m_bRefuseMain = false, m_bRefuseCanvas = false;
     int m_nCodecs = 0; ///< startups without a shutdown
 

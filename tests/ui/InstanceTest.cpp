@@ -81,7 +81,7 @@ TEST_F(Instance, OfManyStartsAtOneMomentOneIsTheFirst) {
 
 TEST_F(Instance, TheRealProgramFollowsAKilledOneWhoseRecordIsWhole) {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    for (const char* psz : {"XDG_RUNTIME_DIR", "XDG_CONFIG_HOME"})
+    for (const char* psz : {"XDG_RUNTIME_DIR", "XDG_CONFIG_HOME", "XDG_DATA_HOME"})
         environment.insert(psz, QString::fromStdString(m_strFolder));
     QImage(20, 10, QImage::Format_RGB32).save(QString::fromStdString(m_folder.File("page.png").native()));
     const auto start = [&](QProcess& process, const QStringList& lstArguments) {

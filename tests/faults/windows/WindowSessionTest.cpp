@@ -63,7 +63,7 @@ public:
         CQtPlatform qt(queue, m_files, m_places, m_places, m_codecs, m_snapshots);
         const TPlatform& p = qt.GetPlatform();
         PlayOn({p.queue, p.windows, p.boxes, p.fileDialogs, p.dialogs, p.files, p.locations, p.modules,
-                p.codecs, m_clock, p.keys, p.clipboard, p.snapshots, p.pen, p.progress, p.manual});
+                p.codecs, m_clock, p.keys, p.clipboard, p.snapshots, p.pen, p.progress, p.manual, p.recent});
         m_check.CheckBoxes(m_answerer.m_vErrors, true);
         return m_check.m_played;
     }
