@@ -84,16 +84,25 @@ TEST_F(DesktopRecent, ADamagedListIsLeftAlone) {
         m_recent.Add(L"/home/me/a.png");
         EXPECT_EQ(m_files.m_mapFiles[L"/list"], str);
     }
+    struct CDenied : CMemoryFiles {
+        TFileBytes Read(const std::wstring&) override { return EFileFailure::NoReadRight; }
+    } denied;
+    CDesktopRecent(denied, L"/list").Add(L"/home/me/a.png");
+    EXPECT_EQ(denied.m_nWrites, 0);
     CDesktopRecent(m_files, L"").Add(L"/home/me/a.png");
     EXPECT_EQ(m_files.m_mapFiles.size(), 1U);
 }
 
 TEST_F(DesktopRecent, OnlyTheNewestOfOwnEntriesStay) {
     m_files.m_mapFiles[L"/list"] = OTHERS;
-    for (int n = 0; n < 53; ++n) Add(L"/home/me/" + std::to_wstring(n) + L".png");
+    Add(L"/home/me/0.png");
+    std::string& strList = m_files.m_mapFiles[L"/list"];
+    strList[strList.find("modified=\"", strList.rfind("<bookmark ")) + 10] = '9'; // a year far ahead
+    for (int n = 1; n < 53; ++n) Add(L"/home/me/" + std::to_wstring(n) + L".png");
     const auto vBookmarks = Add(L"/home/me/a b.png");
     ASSERT_EQ(vBookmarks.size(), 51U) << "another program's is not counted";
-    EXPECT_EQ(Value(vBookmarks[1], "href"), "file:///home/me/3.png");
+    EXPECT_EQ(Value(vBookmarks[1], "href"), "file:///home/me/0.png");
+    EXPECT_EQ(Value(vBookmarks[2], "href"), "file:///home/me/4.png");
 }
 
 TEST(DesktopRecentFile, IsInTheUsersFolderForData) {
