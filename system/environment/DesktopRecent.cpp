@@ -7,10 +7,10 @@
 #include <QDateTime>
 #include <QDomDocument>
 #include <QFileInfo>
-#include <QMimeDatabase>
 #include <QUrl>
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 #include <vector>
 
@@ -18,8 +18,16 @@ namespace {
 
 constexpr char NAME[] = "Vellumcraft";
 constexpr char EXEC[] = "'vellumcraft %f'";
-constexpr char PROJECT_ENDING[] = "vlm";
-constexpr char PROJECT_TYPE[] = "application/x-vellumcraft";
+/// The types of files that can be opened, by their endings; the desktop may not know that of project files.
+constexpr std::pair<const char*, const char*> TYPES[] = {{"vlm", "application/x-vellumcraft"},
+                                                         {"png", "image/png"},
+                                                         {"jpg", "image/jpeg"},
+                                                         {"jpeg", "image/jpeg"},
+                                                         {"bmp", "image/bmp"},
+                                                         {"gif", "image/gif"},
+                                                         {"tif", "image/tiff"},
+                                                         {"tiff", "image/tiff"}};
+constexpr char UNKNOWN_TYPE[] = "application/octet-stream";
 constexpr char OWNER[] = "http://freedesktop.org";
 constexpr size_t MOST_ENTRIES = 50;
 constexpr char EMPTY_LIST[] = R"(<?xml version="1.0" encoding="UTF-8"?>
@@ -55,9 +63,9 @@ QDomElement ApplicationsOf(const QDomElement& bookmark) {
 }
 
 QString TypeOf(const QFileInfo& file) {
-    const QMimeType type = QMimeDatabase().mimeTypeForFile(file, QMimeDatabase::MatchExtension);
-    // The type of project files is known only where the application is installed.
-    return type.isDefault() && file.suffix() == PROJECT_ENDING ? PROJECT_TYPE : type.name();
+    const std::string strEnding = file.suffix().toLower().toStdString();
+    const auto* pType = std::ranges::find(TYPES, strEnding, &std::pair<const char*, const char*>::first);
+    return pType == std::end(TYPES) ? UNKNOWN_TYPE : pType->second;
 }
 
 void Enter(QDomElement& root, const QFileInfo& file, const QString& strTime) {
