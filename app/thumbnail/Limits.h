@@ -1,4 +1,4 @@
-// What the process may take of the machine.
+// Limits of what the process takes of the machine.
 #pragma once
 
 /// Ends the process after a minute of computing, and lets allocations fail (bad_alloc) that need 512 MiB

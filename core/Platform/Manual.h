@@ -9,7 +9,7 @@
 
 class IWindow;
 
-/// What the window keeps from one time to the next.
+/// State that the window keeps from one time to the next.
 struct TManualLook {
     CSize sz;            ///< device-independent pixels; empty for a first size
     int32_t nZoom = 100; ///< size of the text in percent

@@ -29,7 +29,7 @@ public:
     /// True when Write changed a pixel.
     bool IsChanged() const { return m_bChanged; }
 
-    /// What Deliver did.
+    /// The target that Deliver wrote to.
     enum class EDelivery {
         Drawable, ///< one undo step of the drawable
         NewLayer, ///< the drawable was no longer as it was when the session started

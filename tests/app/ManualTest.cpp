@@ -39,7 +39,7 @@ void AddWays(TTexts& setWays, const std::vector<TMenuItem>& vMenu, const std::st
     }
 }
 
-/// What the pages name, by the class of the element, and their links and pictures.
+/// The names in the pages, by the class of the element, and the pages' links and pictures.
 struct CPages {
     CPages() {
         for (const fs::path& path : List(MANUAL, ".html")) {

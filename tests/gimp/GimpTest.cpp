@@ -10,7 +10,7 @@
 
 namespace {
 
-// What every script of GIMP's language starts with. (save) writes a layer alone, in 8 bits a channel.
+// Every script of GIMP's language starts with this. (save) writes a layer alone, in 8 bits a channel.
 constexpr char PRELUDE[] = R"((define (load-picture name) (car (file-png-load RUN-NONINTERACTIVE name name)))
 (define (layer-of image) (car (gimp-image-get-active-drawable image)))
 (define (write-png image name)

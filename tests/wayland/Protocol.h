@@ -1,4 +1,4 @@
-// What requests without an effect here share.
+// Requests without an effect here share this.
 #pragma once
 
 #include <wayland-server.h>
