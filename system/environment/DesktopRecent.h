@@ -1,4 +1,4 @@
-// The desktop's list of recent documents: a file of bookmarks (Desktop Bookmark Specification).
+// The desktop's list of recent documents: a file of bookmarks in the form of freedesktop.org.
 #pragma once
 
 #include "core/Platform/RecentFiles.h"
