@@ -5,7 +5,8 @@
 
 namespace {
 
-constexpr wchar_t REPLACEMENT = 0xFFFD;
+constexpr uint32_t REPLACEMENT = 0xFFFD;
+constexpr bool PAIRS = sizeof(wchar_t) == 2; ///< wide text is UTF-16 here, else UTF-32
 
 template <class Char>
 bool EqualFolded(std::basic_string_view<Char> a, std::basic_string_view<Char> b) {
@@ -15,7 +16,7 @@ bool EqualFolded(std::basic_string_view<Char> a, std::basic_string_view<Char> b)
 }
 
 // Decodes one code point at `i` and moves past it; skips one byte of an ill-formed sequence.
-wchar_t DecodeOne(std::string_view s, size_t& i) {
+uint32_t DecodeOne(std::string_view s, size_t& i) {
     const auto byte = [&](size_t n) { return static_cast<uint8_t>(s[n]); };
     const uint8_t uLead = byte(i);
     const int nTail = uLead < 0x80   ? 0
@@ -42,24 +43,41 @@ wchar_t DecodeOne(std::string_view s, size_t& i) {
         return REPLACEMENT;
     }
     i += static_cast<size_t>(nTail) + 1;
-    return static_cast<wchar_t>(uCode);
+    return uCode;
+}
+
+// Takes one code point at `i` and moves past it.
+uint32_t TakeWide(std::wstring_view strText, size_t& i) {
+    const uint32_t u = static_cast<uint32_t>(strText[i++]);
+    const bool bFirst = PAIRS && u >= 0xD800 && u < 0xDC00;
+    if (bFirst && i < strText.size() && strText[i] >= 0xDC00 && strText[i] < 0xE000)
+        return 0x10000 + ((u & 0x3FF) << 10) + (static_cast<uint32_t>(strText[i++]) & 0x3FF);
+    return u > 0x10FFFF || (u >= 0xD800 && u < 0xE000) ? REPLACEMENT : u;
 }
 
 } // namespace
 
+void AppendCodePoint(std::wstring& strText, uint32_t uCode) {
+    if (PAIRS && uCode >= 0x10000) {
+        strText += static_cast<wchar_t>(0xD7C0 + (uCode >> 10));
+        strText += static_cast<wchar_t>(0xDC00 + (uCode & 0x3FF));
+    } else {
+        strText += static_cast<wchar_t>(uCode);
+    }
+}
+
 std::wstring FromUtf8(std::string_view strBytes) {
     std::wstring strText;
     strText.reserve(strBytes.size());
-    for (size_t i = 0; i < strBytes.size();) strText += DecodeOne(strBytes, i);
+    for (size_t i = 0; i < strBytes.size();) AppendCodePoint(strText, DecodeOne(strBytes, i));
     return strText;
 }
 
 std::string ToUtf8(std::wstring_view strText) {
     std::string strBytes;
     strBytes.reserve(strText.size());
-    for (const wchar_t ch : strText) {
-        uint32_t u = static_cast<uint32_t>(ch);
-        if (u > 0x10FFFF || (u >= 0xD800 && u < 0xE000)) u = REPLACEMENT;
+    for (size_t i = 0; i < strText.size();) {
+        const uint32_t u = TakeWide(strText, i);
         if (u < 0x80) {
             strBytes += static_cast<char>(u);
         } else if (u < 0x800) {

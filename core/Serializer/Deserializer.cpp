@@ -1,6 +1,7 @@
 #include "core/Serializer/Serializer.h"
 
 #include "core/Base/Failure.h"
+#include "core/Base/Text.h"
 
 #include <boost/make_shared.hpp>
 
@@ -149,7 +150,7 @@ std::wstring CDeserializer::ReadString() {
         uint32_t u = unit(i);
         if (u >= 0xD800 && u < 0xDC00 && i + 1 < uCount && unit(i + 1) >= 0xDC00 && unit(i + 1) < 0xE000)
             u = 0x10000 + ((u - 0xD800) << 10) + (unit(++i) - 0xDC00);
-        str += static_cast<wchar_t>(u);
+        AppendCodePoint(str, u);
     }
     return str;
 }

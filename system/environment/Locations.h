@@ -3,13 +3,17 @@
 
 #include "core/Platform/Files.h"
 
-/// The environment is read at each call.
+/// The system is asked at each call.
 class CLocations : public ILocations {
 public:
-    /// $XDG_CONFIG_HOME when it is an absolute path, else ".config" in $HOME, else in the home folder of
+    /// The variable that names another folder for application data when it is an absolute path.
+    static const char* const APP_DATA_VARIABLE;
+
+    /// On Windows the user's roaming application data, else ".config" in $HOME, else in the home folder of
     /// the user database.
     std::wstring GetAppData() override;
-    /// The same by $XDG_DATA_HOME, else ".local/share": the folder for data that programs share.
+    /// The folder for data that programs share: on Windows the same, else $XDG_DATA_HOME, else
+    /// ".local/share".
     std::wstring GetUserData();
     /// Creates missing parent folders too; only the user has access to new ones.
     void MakeFolder(const std::wstring& strPath) override;

@@ -1,10 +1,9 @@
 #include "system/environment/ManualFolder.h"
 
-#include <cstdlib>
-#include <sstream>
+#include "system/environment/Modules.h"
+#include "system/environment/Variables.h"
 
-#include <dlfcn.h>
-#include <link.h>
+#include <sstream>
 
 namespace fs = std::filesystem;
 
@@ -19,26 +18,12 @@ bool IsManual(const fs::path& path) {
     return fs::is_regular_file(path / FIRST_PAGE, error);
 }
 
-// The file that this code was loaded from.
-fs::path FindOwnFile() {
-    Dl_info info{};
-    void* pExtra = nullptr;
-    std::error_code error;
-    if (dladdr1(reinterpret_cast<const void*>(&FindOwnFile), &info, &pExtra, RTLD_DL_LINKMAP) && pExtra) {
-        // The program itself has an empty name.
-        const char* pszName = static_cast<const link_map*>(pExtra)->l_name;
-        if (pszName && *pszName) return fs::canonical(pszName, error);
-    }
-    return fs::read_symlink("/proc/self/exe", error);
-}
-
 } // namespace
 
 fs::path FindManual(const fs::path& pathModule, const std::string& strDataFolders) {
-    fs::path folder = pathModule.parent_path();
-    while (folder.has_relative_path()) {
-        folder = folder.parent_path();
+    for (fs::path folder = pathModule.parent_path();; folder = folder.parent_path()) {
         if (const fs::path found = folder / "share" / FOLDER; IsManual(found)) return found;
+        if (!folder.has_relative_path()) break;
     }
     std::istringstream stream(strDataFolders);
     for (std::string strFolder; std::getline(stream, strFolder, ':');)
@@ -48,6 +33,6 @@ fs::path FindManual(const fs::path& pathModule, const std::string& strDataFolder
 }
 
 fs::path FindManual() {
-    const char* pszFolders = std::getenv("XDG_DATA_DIRS");
-    return FindManual(FindOwnFile(), pszFolders && *pszFolders ? pszFolders : DATA_FOLDERS);
+    const std::string strFolders = GetVariable("XDG_DATA_DIRS");
+    return FindManual(CModules::FindOwnFile(), strFolders.empty() ? DATA_FOLDERS : strFolders);
 }

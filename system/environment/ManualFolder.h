@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <string>
 
-/// The folder with the manual's first page: `share/vellumcraft/manual` beside a folder above `pathModule`,
+/// The folder with the manual's first page: `share/vellumcraft/manual` in a folder above `pathModule`,
 /// where an installation and a build have it, else `vellumcraft/manual` in one of the folders
 /// `strDataFolders`, which are parted by colons. Empty when it is in none.
 std::filesystem::path FindManual(const std::filesystem::path& pathModule, const std::string& strDataFolders);

@@ -1,11 +1,12 @@
 #include "system/files/NewFile.h"
 
-#include <cerrno>
+#include "system/files/FileErrors.h"
+#include "system/files/FilePath.h"
+#include "system/files/FileRights.h"
+#include "system/files/PutInPlace.h"
+
 #include <random>
 #include <string>
-
-#include <fcntl.h>
-#include <sys/stat.h>
 
 namespace {
 
@@ -27,56 +28,45 @@ std::string BeginningOf(const std::string& strName) {
 fs::path NewNameFor(const fs::path& path) {
     static constexpr char LETTERS[] = "abcdefghijklmnopqrstuvwxyz0123456789";
     std::random_device random;
-    std::string strName = BeginningOf(path.filename().native()) + '.';
+    std::string strName = BeginningOf(Utf8Of(path.filename())) + '.';
     for (size_t i = 0; i < RANDOM_LETTERS; ++i) strName += LETTERS[random() % (sizeof LETTERS - 1)];
-    return path.parent_path() / strName;
+    return path.parent_path() / PathOf(strName);
 }
 
-// Syncs the folder, so that a rename survives a power failure.
-void SyncFolder(const fs::path& path) {
-    const CDescriptor fd(open(path.empty() ? "." : path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (fd >= 0) fsync(fd);
-}
-
-CDescriptor MakeBeside(const fs::path& path, mode_t mode, fs::path& pathNew) {
+COpenFile MakeBeside(const fs::path& path, bool bPrivate, fs::path& pathNew) {
     for (int n = 0;; ++n) {
         pathNew = NewNameFor(path);
-        CDescriptor fd(open(pathNew.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
-        if (fd >= 0 || errno != EEXIST || n == TRIES) return fd;
+        COpenFile file(pathNew, COpenFile::EAccess::Create, bPrivate);
+        if (file.IsOpen() || !IsTaken(LastFileError()) || n == TRIES) return file;
     }
 }
 
 } // namespace
 
-CNewFile::CNewFile(const fs::path& path, mode_t mode)
-    : m_path(path), m_fd(MakeBeside(path, mode, m_pathNew)) {
-    if (m_fd >= 0) return;
+CNewFile::CNewFile(const fs::path& path, bool bReplaces)
+    : m_path(path), m_bReplaces(bReplaces), m_file(MakeBeside(path, bReplaces, m_pathNew)) {
+    if (IsOpen()) return;
     Fail();
     m_pathNew.clear();
 }
 
 CNewFile::~CNewFile() {
-    if (!m_pathNew.empty()) unlink(m_pathNew.c_str());
+    if (m_pathNew.empty()) return;
+    m_file.Close();
+    std::error_code error;
+    fs::remove(m_pathNew, error);
 }
 
 bool CNewFile::Fail() {
-    if (m_nError == 0) m_nError = errno;
+    if (m_nError == 0) m_nError = LastFileError();
     return false;
 }
 
-bool CNewFile::Write(std::string_view strBytes) {
-    while (!strBytes.empty()) {
-        const ssize_t n = write(m_fd, strBytes.data(), strBytes.size());
-        if (n < 0 && errno == EINTR) continue;
-        if (n < 0) return Fail();
-        strBytes.remove_prefix(static_cast<size_t>(n));
-    }
-    return true;
-}
+bool CNewFile::Write(std::string_view strBytes) { return m_file.Write(strBytes) || Fail(); }
 
 bool CNewFile::TakePlace() {
-    if (fsync(m_fd) != 0 || rename(m_pathNew.c_str(), m_path.c_str()) != 0) return Fail();
+    if (m_bReplaces && !KeepRights(m_path, m_file)) return Fail();
+    if (!m_file.Flush() || !PutInPlace(m_file, m_pathNew, m_path, m_bReplaces)) return Fail();
     m_pathNew.clear();
-    SyncFolder(m_path.parent_path());
     return true;
 }

@@ -1,34 +1,33 @@
 // A new file that replaces another one when it is complete.
 #pragma once
 
-#include "system/files/Descriptor.h"
+#include "system/files/OpenFile.h"
 
 #include <filesystem>
 #include <string_view>
 
-#include <sys/types.h>
-
 /// Lies beside the file to be replaced, under a short name of its own. Removed unless it replaced it.
 class CNewFile : boost::noncopyable {
 public:
-    /// Creates the file; the process's mask and the folder may reduce the rights `mode`.
-    CNewFile(const std::filesystem::path& path, mode_t mode);
+    /// Creates the file. `bReplaces`: there is an old one, whose rights the new one gets as far as the user
+    /// may.
+    CNewFile(const std::filesystem::path& path, bool bReplaces);
     ~CNewFile();
 
-    bool IsOpen() const { return m_fd >= 0; }
-    int GetHandle() const { return m_fd; }
+    bool IsOpen() const { return m_file.IsOpen(); }
     /// Appends the bytes. Returns false when not all of them could be written.
     bool Write(std::string_view strBytes);
-    /// Flushes the file to the disk and renames it over the other.
+    /// Flushes the file to the disk and puts it in the other's place.
     bool TakePlace();
-    /// The errno value of the first failure, 0 for none.
+    /// The system's number of the first failure, 0 for none.
     int GetError() const { return m_nError; }
 
 private:
     bool Fail();
 
     const std::filesystem::path m_path;
+    const bool m_bReplaces;
     std::filesystem::path m_pathNew; ///< empty when there is nothing to remove
-    CDescriptor m_fd;
+    COpenFile m_file;
     int m_nError = 0;
 };

@@ -1,30 +1,28 @@
 #include "system/files/SafetyCopy.h"
 
 #include "core/Base/Text.h"
-#include "system/files/Descriptor.h"
 #include "system/files/FileErrors.h"
 #include "system/files/FileLock.h"
+#include "system/files/FilePath.h"
 #include "system/files/FileStore.h"
+#include "system/files/OpenFile.h"
 #include "system/files/SnapshotFiles.h"
 
 #include <algorithm>
-#include <cerrno>
+#include <optional>
 #include <vector>
-
-#include <fcntl.h>
-#include <sys/stat.h>
 
 namespace {
 
 namespace fs = std::filesystem;
 
 constexpr std::chrono::milliseconds LOCK_WAIT{5000};
-constexpr off_t PIECE = 1 << 18; ///< bytes in memory at a time
+constexpr uint64_t PIECE = 1 << 18; ///< bytes in memory at a time
 
 // FNV-1a of the path's bytes, which every process computes alike for a file.
 uint64_t HashOf(const fs::path& path) {
     uint64_t uHash = 0xcbf29ce484222325u;
-    for (const char ch : path.native()) uHash = (uHash ^ static_cast<uint8_t>(ch)) * 0x100000001b3u;
+    for (const char ch : Utf8Of(path)) uHash = (uHash ^ static_cast<uint8_t>(ch)) * 0x100000001b3u;
     return uHash;
 }
 
@@ -34,40 +32,31 @@ fs::path WholePath(const fs::path& path) {
     return error ? path : pathWhole;
 }
 
-bool CopyRange(int fdFrom, int fdTo, off_t nBegin, off_t nEnd) {
-    std::vector<char> vBytes(static_cast<size_t>(std::clamp<off_t>(nEnd - nBegin, 0, PIECE)));
-    for (off_t nAt = nBegin; nAt < nEnd;) {
-        const size_t nWanted = static_cast<size_t>(std::min(nEnd - nAt, PIECE));
-        const ssize_t nRead = pread(fdFrom, vBytes.data(), nWanted, nAt);
-        if (nRead < 0 && errno == EINTR) continue;
-        if (nRead == 0) errno = EIO; // the copy has become shorter
-        if (nRead <= 0) return false;
-        for (ssize_t nDone = 0; nDone < nRead;) {
-            const ssize_t n =
-                pwrite(fdTo, vBytes.data() + nDone, static_cast<size_t>(nRead - nDone), nAt + nDone);
-            if (n < 0 && errno == EINTR) continue;
-            if (n < 0) return false;
-            nDone += n;
-        }
-        nAt += nRead;
+// Copies the bytes from `uBegin` to `uEnd`; returns the reason of a failure.
+std::optional<EFileFailure> CopyRange(const COpenFile& from, COpenFile& to, uint64_t uBegin, uint64_t uEnd) {
+    std::vector<char> vBytes(static_cast<size_t>(uEnd > uBegin ? std::min(uEnd - uBegin, PIECE) : 0));
+    for (uint64_t uAt = uBegin; uAt < uEnd;) {
+        const auto nRead = from.ReadAt(uAt, vBytes.data(), static_cast<size_t>(std::min(uEnd - uAt, PIECE)));
+        if (nRead && *nRead == 0) return EFileFailure::DiskError; // the copy has become shorter
+        if (!nRead || !to.WriteAt(uAt, {vBytes.data(), *nRead})) return WriteFailure(LastFileError());
+        uAt += *nRead;
     }
-    return true;
+    return std::nullopt;
 }
 
 // Writes the part that extends the file first: if there is no room for it, the old bytes are unchanged.
 CFileOutcome CopyOver(const fs::path& pathFrom, const fs::path& pathTo) {
-    const CDescriptor fdFrom(open(pathFrom.c_str(), O_RDONLY | O_CLOEXEC));
-    const CDescriptor fdTo(open(pathTo.c_str(), O_WRONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
-    struct stat statNew {};
-    struct stat statOld {};
-    if (fdFrom < 0 || fdTo < 0 || fstat(fdFrom, &statNew) != 0 || fstat(fdTo, &statOld) != 0)
-        return WriteFailure(errno);
-    if (!CopyRange(fdFrom, fdTo, statOld.st_size, statNew.st_size) || fsync(fdTo) != 0) {
-        const EFileFailure failure = WriteFailure(errno);
-        return ftruncate(fdTo, statOld.st_size) == 0 ? failure : EFileFailure::HalfWritten;
-    }
-    if (!CopyRange(fdFrom, fdTo, 0, std::min(statOld.st_size, statNew.st_size)) ||
-        ftruncate(fdTo, statNew.st_size) != 0 || fsync(fdTo) != 0)
+    const COpenFile from(pathFrom, COpenFile::EAccess::Read);
+    if (!from.IsOpen()) return WriteFailure(LastFileError());
+    COpenFile to(pathTo, COpenFile::EAccess::InPlace);
+    if (!to.IsOpen()) return WriteFailure(LastFileError());
+    const auto uNew = from.GetSize();
+    const auto uOld = to.GetSize();
+    if (!uNew || !uOld) return WriteFailure(LastFileError());
+    auto failure = CopyRange(from, to, *uOld, *uNew);
+    if (!failure && !to.Flush()) failure = WriteFailure(LastFileError());
+    if (failure) return to.SetSize(*uOld) ? *failure : EFileFailure::HalfWritten;
+    if (CopyRange(from, to, 0, std::min(*uOld, *uNew)) || !to.SetSize(*uNew) || !to.Flush())
         return EFileFailure::HalfWritten;
     return {};
 }
@@ -79,24 +68,23 @@ CSafetyCopy::CSafetyCopy(const fs::path& path, ILocations& locations)
     const fs::path pathFolder = SnapshotFiles::FindRecoveryFolder(locations);
     if (pathFolder.empty()) return;
     m_pathSession = pathFolder / SnapshotFiles::SessionName(HashOf(m_path));
-    m_pathCopy = m_pathSession.native() + "-1" + SnapshotFiles::DOCUMENT;
-    m_pathNote = m_pathSession.native() + "-1" + SnapshotFiles::NOTE;
+    m_pathCopy = fs::path(m_pathSession) += std::string("-1") + SnapshotFiles::DOCUMENT;
+    m_pathNote = fs::path(m_pathSession) += std::string("-1") + SnapshotFiles::NOTE;
 }
 
 CFileOutcome CSafetyCopy::Keep(const TFillBytes& fnFill) {
-    const std::wstring strPath = FromUtf8(m_path.native());
+    const std::wstring strPath = TextOf(m_path);
     const TSnapshotNote note{strPath, std::wstring(FileNameOf(strPath)), {}};
     CFileStore files;
     // The note comes first: without one the copy could not be assigned to its file.
-    const CFileOutcome outcome =
-        files.Replace(FromUtf8(m_pathNote.native()), SnapshotFiles::NoteText(note, true));
-    return outcome ? files.ReplaceBy(FromUtf8(m_pathCopy.native()), fnFill) : outcome;
+    const CFileOutcome outcome = files.Replace(TextOf(m_pathNote), SnapshotFiles::NoteText(note, true));
+    return outcome ? files.ReplaceBy(TextOf(m_pathCopy), fnFill) : outcome;
 }
 
 CFileOutcome CSafetyCopy::WriteOver(const TFillBytes& fnFill) {
     if (m_pathSession.empty()) return EFileFailure::NoSafetyCopy;
     SnapshotFiles::MakeRecoveryFolder(m_locations);
-    const CFileLock lock(m_pathSession.native(), LOCK_WAIT);
+    const CFileLock lock(m_pathSession, LOCK_WAIT);
     if (!lock.IsLocked()) return EFileFailure::NoSafetyCopy;
     // An earlier attempt's copy is removed only after the file is complete.
     std::error_code error;

@@ -4,10 +4,12 @@
 #include "core/IniConfig/IniConfig.h"
 #include "core/IniConfig/IniText.h"
 #include "core/Platform/Files.h"
+#include "system/files/FilePath.h"
+#include "system/files/FileStatus.h"
+
+#include <boost/date_time/c_time.hpp>
 
 #include <ctime>
-
-#include <sys/stat.h>
 
 namespace {
 
@@ -33,7 +35,7 @@ std::string PresentTime() {
     const std::time_t time = std::time(nullptr);
     std::tm parts{};
     char szTime[32];
-    localtime_r(&time, &parts);
+    boost::date_time::c_time::localtime(&time, &parts);
     return {szTime, std::strftime(szTime, sizeof szTime, "%Y-%m-%d %H:%M", &parts)};
 }
 
@@ -47,14 +49,14 @@ std::string SessionName(uint64_t uNumber) {
     return strName;
 }
 
-fs::path FindRecoveryFolder(ILocations& locations) { return ToUtf8(FindProfilePath(locations, L"Recovery")); }
+fs::path FindRecoveryFolder(ILocations& locations) { return PathOf(FindProfilePath(locations, L"Recovery")); }
 
 fs::path MakeRecoveryFolder(ILocations& locations) {
     const fs::path path = FindRecoveryFolder(locations);
     if (path.empty()) return path;
-    locations.MakeFolder(FromUtf8(path.native()));
+    locations.MakeFolder(TextOf(path));
     // Also for a folder that the user created or restored from a backup.
-    chmod(path.c_str(), S_IRWXU);
+    MakePrivate(path);
     return path;
 }
 

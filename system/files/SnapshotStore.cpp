@@ -2,6 +2,7 @@
 
 #include "core/Base/Text.h"
 #include "core/IniConfig/IniText.h"
+#include "system/files/FilePath.h"
 #include "system/files/PackedFile.h"
 #include "system/files/SnapshotFiles.h"
 
@@ -50,7 +51,7 @@ std::vector<std::string> ListFolder(const fs::path& path) {
     std::vector<std::string> vNames;
     std::error_code error;
     for (fs::directory_iterator it(path, error), itEnd; !error && it != itEnd; it.increment(error))
-        vNames.push_back(it->path().filename().native());
+        vNames.push_back(Utf8Of(it->path().filename()));
     std::ranges::sort(vNames);
     return vNames;
 }
@@ -69,7 +70,7 @@ bool CSnapshotStore::BeginSession() {
     if (!MakeFolder()) return false;
     if (m_pLock) return true;
     m_strSession = NewSessionName();
-    m_pLock = std::make_unique<CFileLock>((m_pathFolder / m_strSession).native(), 0ms);
+    m_pLock = std::make_unique<CFileLock>(m_pathFolder / m_strSession, 0ms);
     // Without the lock other programs would take the snapshots for left ones.
     if (!m_pLock->IsLocked()) m_pLock.reset();
     if (!m_pLock) m_bFailed = true;
@@ -93,8 +94,8 @@ void CSnapshotStore::Write(uint32_t uKey, TFillBytes fnFill, const TSnapshotNote
         bool bWhole = false;
         try {
             const auto pack = [&](const TWriteBytes& fnWrite) { return WritePacked(fnFill, fnWrite); };
-            bWhole = m_files.Replace(FromUtf8(pathNote.native()), strNote) &&
-                     m_files.ReplaceBy(FromUtf8(pathDocument.native()), pack);
+            bWhole =
+                m_files.Replace(TextOf(pathNote), strNote) && m_files.ReplaceBy(TextOf(pathDocument), pack);
         } catch (const std::exception&) {
             // Only the session's thread can show an error; it queries failures later.
         }
@@ -118,14 +119,13 @@ void CSnapshotStore::Remove(uint32_t uKey) {
 }
 
 TLeftSnapshot CSnapshotStore::Describe(const std::string& strName) {
-    const std::string strNote =
-        m_files.Read(FromUtf8(FileOf(strName, NOTE).native())).value_or(std::string());
+    const std::string strNote = m_files.Read(TextOf(FileOf(strName, NOTE))).value_or(std::string());
     const auto read = [&](const char* pszKey) {
         return Unescaped(FindIniValue(strNote, SECTION, pszKey).value_or(std::string()));
     };
     TLeftSnapshot left{FromUtf8(strName), {read("Path"), read("Title"), read("Time")}};
     std::error_code error;
-    left.bHasFile = fs::is_regular_file(ToUtf8(left.note.strPath), error);
+    left.bHasFile = fs::is_regular_file(PathOf(left.note.strPath), error);
     left.bFileCopy = !read("Copy").empty();
     return left;
 }
@@ -138,7 +138,7 @@ std::vector<TLeftSnapshot> CSnapshotStore::FindLeft() {
     for (const std::string& strFile : vFiles) setSessions.insert(SessionOf(strFile));
     setSessions.erase("");
     for (const std::string& strSession : setSessions) {
-        auto pLock = std::make_unique<CFileLock>((m_pathFolder / strSession).native(), 0ms);
+        auto pLock = std::make_unique<CFileLock>(m_pathFolder / strSession, 0ms);
         if (!pLock->IsLocked()) continue;
         m_vReserved.push_back(std::move(pLock));
         // The folder is listed again: another program may have taken some before the lock was held.
@@ -146,8 +146,8 @@ std::vector<TLeftSnapshot> CSnapshotStore::FindLeft() {
             if (!strFile.starts_with(strSession + '-') || strFile.ends_with(DAMAGED)) continue;
             const fs::path pathFile = strFile;
             if (pathFile.extension() == DOCUMENT)
-                vLeft.push_back(Describe(pathFile.stem().native()));
-            else if (pathFile.extension() != NOTE || !fs::exists(FileOf(pathFile.stem().native(), DOCUMENT)))
+                vLeft.push_back(Describe(Utf8Of(pathFile.stem())));
+            else if (pathFile.extension() != NOTE || !fs::exists(FileOf(Utf8Of(pathFile.stem()), DOCUMENT)))
                 Delete(m_pathFolder / pathFile);
         }
     }
@@ -155,7 +155,7 @@ std::vector<TLeftSnapshot> CSnapshotStore::FindLeft() {
 }
 
 std::unique_ptr<IFileReader> CSnapshotStore::Open(const std::wstring& strName) {
-    return OpenPacked(m_files.Open(FromUtf8(FileOf(ToUtf8(strName), DOCUMENT).native())));
+    return OpenPacked(m_files.Open(TextOf(FileOf(ToUtf8(strName), DOCUMENT))));
 }
 
 void CSnapshotStore::Adopt(const std::wstring& strName, uint32_t uKey) {
@@ -171,9 +171,9 @@ void CSnapshotStore::Adopt(const std::wstring& strName, uint32_t uKey) {
 std::wstring CSnapshotStore::SetAside(const std::wstring& strName) {
     for (const char* pszEnding : {NOTE, DOCUMENT}) {
         const fs::path path = FileOf(ToUtf8(strName), pszEnding);
-        Rename(path, path.native() + DAMAGED);
+        Rename(path, fs::path(path) += DAMAGED);
     }
-    return FromUtf8(FileOf(ToUtf8(strName), DOCUMENT).native() + DAMAGED);
+    return TextOf(FileOf(ToUtf8(strName), DOCUMENT) += DAMAGED);
 }
 
 void CSnapshotStore::Drop(const std::wstring& strName) {

@@ -1,8 +1,8 @@
 #include "system/files/Worker.h"
 
-#include <system_error>
+#include "system/files/QuietThread.h"
 
-#include <csignal>
+#include <system_error>
 
 CWorker::~CWorker() {
     {
@@ -15,15 +15,10 @@ CWorker::~CWorker() {
 
 void CWorker::Add(std::function<void()> fnJob) {
     if (!m_thread.joinable()) {
-        // A host's signals must be delivered to the host's threads.
-        sigset_t setAll, setOld;
-        sigfillset(&setAll);
-        pthread_sigmask(SIG_SETMASK, &setAll, &setOld);
         try {
-            m_thread = std::thread([this] { Run(); });
+            m_thread = StartQuietThread([this] { Run(); });
         } catch (const std::system_error&) {
         }
-        pthread_sigmask(SIG_SETMASK, &setOld, nullptr);
         if (!m_thread.joinable()) return fnJob();
     }
     {

@@ -173,13 +173,13 @@ TEST_F(FileStore, AKilledWriterLeavesOneWholeFile) {
 }
 
 TEST_F(FileStore, LocksAreBoundedAndOutlivedByNobody) {
-    const std::string strPath = m_folder.File("a.ini").native();
-    const auto canLock = [&] { return CFileLock(strPath, 20ms).IsLocked(); };
+    const std::filesystem::path path = m_folder.File("a.ini");
+    const auto canLock = [&] { return CFileLock(path, 20ms).IsLocked(); };
     {
-        CFileLock lock(strPath, 0ms);
+        CFileLock lock(path, 0ms);
         EXPECT_TRUE(lock.IsLocked() && !canLock() && !InProcess(canLock));
     }
-    EXPECT_TRUE(InProcess([&] { return (new CFileLock(strPath, 0ms))->IsLocked(); }) && canLock());
+    EXPECT_TRUE(InProcess([&] { return (new CFileLock(path, 0ms))->IsLocked(); }) && canLock());
 }
 
 TEST_F(FileStore, ConcurrentWritersLoseNothingAndNeverMeet) {
@@ -195,7 +195,7 @@ TEST_F(FileStore, ConcurrentWritersLoseNothingAndNeverMeet) {
     EXPECT_EQ(Content("a.ini"), std::string(6 * 10, 'x'));
     std::atomic<int> nHolders{0};
     runThreads(400, [&] { // many waiters see the lock file removed and created again
-        const CFileLock lock(m_folder.File("a.ini").native(), 20s);
+        const CFileLock lock(m_folder.File("a.ini"), 20s);
         EXPECT_TRUE(lock.IsLocked() && ++nHolders == 1);
         std::this_thread::yield();
         --nHolders;

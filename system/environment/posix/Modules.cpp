@@ -1,12 +1,14 @@
 #include "system/environment/Modules.h"
 
 #include "core/Base/Text.h"
+#include "system/files/FilePath.h"
 
-#include <filesystem>
-
+#include <dlfcn.h>
 #include <link.h>
 
 namespace {
+
+namespace fs = std::filesystem;
 
 // Returns "foo" for "/usr/lib/libfoo.so.1.2".
 std::string_view StemOf(std::string_view strName) {
@@ -34,12 +36,16 @@ int VisitLibrary(dl_phdr_info* pInfo, size_t, void* pArgument) {
     return 1;
 }
 
+fs::path FindProgram() {
+    std::error_code error;
+    return fs::read_symlink("/proc/self/exe", error);
+}
+
 } // namespace
 
 TModuleInfo CModules::GetProgram() {
-    std::error_code error;
     TModuleInfo info;
-    info.strPath = FromUtf8(std::filesystem::read_symlink("/proc/self/exe", error).native());
+    info.strPath = TextOf(FindProgram());
     return info;
 }
 
@@ -51,4 +57,17 @@ TModuleInfo CModules::GetLibrary(const std::wstring& strName) {
     dl_iterate_phdr(VisitLibrary, &search);
     info.strPath = FromUtf8(search.strPath);
     return info;
+}
+
+fs::path CModules::FindOwnFile() {
+    Dl_info info{};
+    void* pExtra = nullptr;
+    std::error_code error;
+    if (dladdr1(reinterpret_cast<const void*>(&CModules::FindOwnFile), &info, &pExtra, RTLD_DL_LINKMAP) &&
+        pExtra) {
+        // The program itself has an empty name.
+        const char* pszName = static_cast<const link_map*>(pExtra)->l_name;
+        if (pszName && *pszName) return fs::canonical(pszName, error);
+    }
+    return FindProgram();
 }

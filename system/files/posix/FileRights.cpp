@@ -1,5 +1,7 @@
 #include "system/files/FileRights.h"
 
+#include "system/files/posix/Descriptor.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <optional>
@@ -71,9 +73,11 @@ void TakeRightsOfOwningGroup(std::string& strList) {
 
 } // namespace
 
-bool KeepRights(const fs::path& path, const struct stat& status, int fdNew) {
+bool KeepRights(const fs::path& path, const COpenFile& fileNew) {
+    const int fdNew = DescriptorOf(fileNew);
+    struct stat status {};
     struct stat statNew {};
-    if (fstat(fdNew, &statNew) != 0) return false;
+    if (stat(path.c_str(), &status) != 0 || fstat(fdNew, &statNew) != 0) return false;
     // Attributes come first, while the file is still the user's own and writable.
     if (!CopyAttributes(path, fdNew)) return false;
     const bool bBoth = (statNew.st_uid == status.st_uid && statNew.st_gid == status.st_gid) ||

@@ -1,8 +1,8 @@
 #include "system/environment/Locations.h"
 
 #include "core/Base/Text.h"
+#include "system/environment/Variables.h"
 
-#include <cstdlib>
 #include <filesystem>
 #include <vector>
 
@@ -14,8 +14,8 @@ namespace {
 
 // The variable's value when it is an absolute path, else empty.
 std::string AbsoluteVariable(const char* pszName) {
-    const char* pszValue = std::getenv(pszName);
-    return pszValue && *pszValue == '/' ? pszValue : std::string();
+    const std::string strValue = GetVariable(pszName);
+    return strValue.starts_with('/') ? strValue : std::string();
 }
 
 std::string HomeOfUser() {
@@ -49,7 +49,9 @@ void MakeFolders(const std::filesystem::path& path) {
 
 } // namespace
 
-std::wstring CLocations::GetAppData() { return FindFolder("XDG_CONFIG_HOME", "/.config"); }
+const char* const CLocations::APP_DATA_VARIABLE = "XDG_CONFIG_HOME";
+
+std::wstring CLocations::GetAppData() { return FindFolder(APP_DATA_VARIABLE, "/.config"); }
 std::wstring CLocations::GetUserData() { return FindFolder("XDG_DATA_HOME", "/.local/share"); }
 
 void CLocations::MakeFolder(const std::wstring& strPath) { MakeFolders(ToUtf8(strPath)); }

@@ -2,6 +2,8 @@
 
 #include <cerrno>
 
+int LastFileError() { return errno; }
+
 EFileFailure ReadFailure(int nError) {
     switch (nError) {
     case ENOENT:
@@ -39,4 +41,12 @@ EFileFailure WriteFailure(int nError) {
     const EFileFailure failure = ReadFailure(nError);
     if (failure == EFileFailure::Missing) return EFileFailure::NoFolder;
     return failure == EFileFailure::NoReadRight ? EFileFailure::FolderClosed : failure;
+}
+
+bool IsMissing(int nError) { return nError == ENOENT; }
+
+bool IsTaken(int nError) { return nError == EEXIST; }
+
+bool IsFolderClosed(int nError) {
+    return nError == EACCES || nError == EPERM || nError == EROFS || nError == EBUSY;
 }
