@@ -1,0 +1,22 @@
+# Compiles for 64-bit Windows with Debian's cross compiler, in its form with std::thread. VELLUM_WINDOWS_ROOT in the
+# environment names the folder of the libraries that build_libraries.sh has built.
+set(CMAKE_SYSTEM_NAME Windows)
+set(CMAKE_SYSTEM_PROCESSOR x86_64)
+set(CMAKE_C_COMPILER x86_64-w64-mingw32-gcc-posix)
+set(CMAKE_CXX_COMPILER x86_64-w64-mingw32-g++-posix)
+set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
+# The compiler does not align the stack for AVX as its own moves require it (GCC's bug 54412).
+set(CMAKE_C_FLAGS_INIT -Wa,-muse-unaligned-vector-move)
+set(CMAKE_CXX_FLAGS_INIT -Wa,-muse-unaligned-vector-move)
+
+set(CMAKE_FIND_ROOT_PATH $ENV{VELLUM_WINDOWS_ROOT} /usr/x86_64-w64-mingw32)
+set(CMAKE_PREFIX_PATH $ENV{VELLUM_WINDOWS_ROOT})
+set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
+set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
+set(ENV{PKG_CONFIG_LIBDIR} $ENV{VELLUM_WINDOWS_ROOT}/lib/pkgconfig:$ENV{VELLUM_WINDOWS_ROOT}/share/pkgconfig)
+set(ZLIB_USE_STATIC_LIBS ON)
+# Qt's own tools run on this system.
+set(QT_HOST_PATH /usr)
+set(QT_HOST_PATH_CMAKE_DIR /usr/lib/x86_64-linux-gnu/cmake)
