@@ -1,29 +1,16 @@
-// Whether the desktop prefers dark windows, asked of its settings portal.
+// Whether the desktop prefers dark windows.
 #pragma once
 
-#include <QDBusConnection>
-#include <QObject>
-
 #include <functional>
+#include <memory>
 #include <optional>
 
-class QDBusMessage;
-
-class CDesktopScheme : public QObject {
-    Q_OBJECT
+class IDesktopScheme {
 public:
-    /// Asks without waiting; `fnChanged` is called when the answer or a change arrives. Without a portal it
-    /// never is.
-    CDesktopScheme(const QDBusConnection& bus, std::function<void()> fnChanged);
+    virtual ~IDesktopScheme() = default;
     /// True for dark, false for light, nullopt without a preference.
-    std::optional<bool> IsDark() const { return m_bDark; }
-
-private slots:
-    void OnSetting(const QDBusMessage& message);
-
-private:
-    void Take(QVariant value);
-
-    std::function<void()> m_fnChanged;
-    std::optional<bool> m_bDark;
+    virtual std::optional<bool> IsDark() const = 0;
 };
+
+/// Watches the desktop's preference; `fnChanged` is called on this thread when it becomes known or changes.
+std::unique_ptr<IDesktopScheme> WatchDesktopScheme(std::function<void()> fnChanged);

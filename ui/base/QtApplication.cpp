@@ -1,5 +1,6 @@
 #include "ui/base/QtApplication.h"
 
+#include "core/AppModule/AppModule.h"
 #include "core/AppModule/WindowPlacement.h"
 #include "ui/base/QtText.h"
 #include "ui/base/Style.h"
@@ -16,7 +17,10 @@
 
 namespace {
 
-constexpr char JAPANESE_FAMILY[] = "Noto Sans CJK JP";
+/// Families with the Japanese characters; a desktop has the first ones or the others.
+QStringList JapaneseFamilies() {
+    return {QStringLiteral("Noto Sans CJK JP"), QStringLiteral("Yu Gothic UI"), QStringLiteral("Meiryo UI")};
+}
 
 QApplication* g_pOwn = nullptr;
 
@@ -32,6 +36,8 @@ void MakeOwnApplication() {
     static char szName[] = "vellumcraft";
     static char* ppszArguments[] = {szName, nullptr};
 
+    // A host decides how its process scales windows.
+    if (g_bFilterBuild) QCoreApplication::setAttribute(Qt::AA_PluginApplication);
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
     g_pOwn = new QApplication(nArguments, ppszArguments);
     // The stroke needs every reported position: do not merge moves. The plug-in has just set this.
@@ -44,7 +50,7 @@ void MakeOwnApplication() {
     g_pOwn->setStyle(new CQtStyle);
 
     QFont font = g_pOwn->font();
-    font.setFamilies({QLatin1String(JAPANESE_FAMILY), font.family()});
+    font.setFamilies(JapaneseFamilies() << font.family());
     g_pOwn->setFont(font);
 
     // Texts of Qt's own widgets (the file dialog's columns): Japanese if the translation is installed.
@@ -73,9 +79,9 @@ bool PlacesWindowsItself() { return QGuiApplication::platformName().startsWith(Q
 QFont WithJapanese(const QFont& font) {
     QStringList lstFamilies = font.families();
     if (lstFamilies.isEmpty()) lstFamilies.append(font.family());
-    if (lstFamilies.contains(QLatin1String(JAPANESE_FAMILY))) return font;
+    if (lstFamilies.contains(JapaneseFamilies().front())) return font;
     QFont fontBoth = font;
-    fontBoth.setFamilies(lstFamilies << QLatin1String(JAPANESE_FAMILY));
+    fontBoth.setFamilies(lstFamilies << JapaneseFamilies());
     return fontBoth;
 }
 

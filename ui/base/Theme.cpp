@@ -54,13 +54,8 @@ bool IsDarkPalette(const QPalette& palette) {
     return palette.color(QPalette::WindowText).lightness() > palette.color(QPalette::Window).lightness();
 }
 
-QDBusConnection FindDesktopBus() {
-    // Without an address Qt would start a bus of its own.
-    if (qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS")) return QDBusConnection(QString());
-    return QDBusConnection::sessionBus();
-}
-
-CQtTheme::CQtTheme(const QDBusConnection& bus) : m_desktop(bus, [this] { Apply(); }) {}
+CQtTheme::CQtTheme(const std::function<decltype(WatchDesktopScheme)>& fnWatch)
+    : m_pDesktop(fnWatch([this] { Apply(); })) {}
 
 void CQtTheme::Choose(ETheme theme) {
     m_theme = theme;
@@ -71,6 +66,6 @@ void CQtTheme::Apply() {
     QApplication::setPalette(QPalette()); // the desktop's
     const bool bDesktop = IsDarkPalette(QApplication::palette());
     const bool bDark =
-        m_theme == ETheme::System ? m_desktop.IsDark().value_or(bDesktop) : m_theme == ETheme::Dark;
+        m_theme == ETheme::System ? m_pDesktop->IsDark().value_or(bDesktop) : m_theme == ETheme::Dark;
     if (bDark != bDesktop) QApplication::setPalette(MakePalette(bDark));
 }

@@ -11,19 +11,17 @@ class QPalette;
 /// True when a palette's text is lighter than its ground.
 bool IsDarkPalette(const QPalette& palette);
 
-/// The desktop's bus; a connection that is not open when the process belongs to no desktop's session.
-QDBusConnection FindDesktopBus();
-
 /// The palette of an application object that was created here. The desktop's own palette is kept where it is
 /// as light or dark as wanted.
 class CQtTheme : boost::noncopyable {
 public:
-    explicit CQtTheme(const QDBusConnection& bus = FindDesktopBus());
+    /// `fnWatch` begins to watch the desktop's preference.
+    explicit CQtTheme(const std::function<decltype(WatchDesktopScheme)>& fnWatch = WatchDesktopScheme);
     void Choose(ETheme theme);
 
 private:
     void Apply();
 
     ETheme m_theme = ETheme::System;
-    CDesktopScheme m_desktop;
+    const std::unique_ptr<IDesktopScheme> m_pDesktop;
 };

@@ -1,6 +1,6 @@
 #include "system/files/PutInPlace.h"
 
-#include "system/files/windows/FileHandle.h"
+#include "system/files/win32/FileHandle.h"
 
 namespace {
 

@@ -2,6 +2,7 @@
 
 #include "ui/base/SvgIcon.h"
 #include "ui/base/Theme.h"
+#include "ui/base/posix/PortalScheme.h"
 
 #include <QDBusMessage>
 #include <QDBusServer>
@@ -48,7 +49,9 @@ TEST(QtTheme, FollowsTheDesktopUntilOneIsChosen) {
     const QPalette before = QApplication::palette();
     ASSERT_FALSE(IsDark());
     CPortal portal;
-    CQtTheme theme(portal.Connect());
+    CQtTheme theme([&](std::function<void()> fnChanged) {
+        return std::make_unique<CPortalScheme>(portal.Connect(), std::move(fnChanged));
+    });
     EXPECT_TRUE(QTest::qWaitFor(IsDark));
     const auto becomesLight = [] { return QTest::qWaitFor([] { return !IsDark(); }); };
     portal.Change(2);

@@ -1,7 +1,7 @@
 #include "system/files/FileStatus.h"
 
 #include "system/files/FilePath.h"
-#include "system/files/windows/FileHandle.h"
+#include "system/files/win32/FileHandle.h"
 
 #include <random>
 #include <stdexcept>

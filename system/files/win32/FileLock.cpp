@@ -1,6 +1,6 @@
 #include "system/files/FileLock.h"
 
-#include "system/files/windows/FileHandle.h"
+#include "system/files/win32/FileHandle.h"
 
 CFileLock::~CFileLock() {
     if (IsLocked()) CloseHandle(reinterpret_cast<HANDLE>(m_nHandle));

@@ -1,4 +1,4 @@
-#include "ui/base/DesktopScheme.h"
+#include "ui/base/posix/PortalScheme.h"
 
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
@@ -16,9 +16,20 @@ constexpr char KEY[] = "color-scheme";
 constexpr uint PREFERS_DARK = 1;
 constexpr uint PREFERS_LIGHT = 2;
 
+/// The desktop's bus; a connection that is not open when the process belongs to no desktop's session.
+QDBusConnection FindDesktopBus() {
+    // Without an address Qt would start a bus of its own.
+    if (qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS")) return QDBusConnection(QString());
+    return QDBusConnection::sessionBus();
+}
+
 } // namespace
 
-CDesktopScheme::CDesktopScheme(const QDBusConnection& bus, std::function<void()> fnChanged)
+std::unique_ptr<IDesktopScheme> WatchDesktopScheme(std::function<void()> fnChanged) {
+    return std::make_unique<CPortalScheme>(FindDesktopBus(), std::move(fnChanged));
+}
+
+CPortalScheme::CPortalScheme(const QDBusConnection& bus, std::function<void()> fnChanged)
     : m_fnChanged(std::move(fnChanged)) {
     if (!bus.isConnected()) return;
     QDBusConnection(bus).connect(QString(), QLatin1String(OBJECT), QLatin1String(INTERFACE),
@@ -35,12 +46,12 @@ CDesktopScheme::CDesktopScheme(const QDBusConnection& bus, std::function<void()>
     });
 }
 
-void CDesktopScheme::OnSetting(const QDBusMessage& message) {
+void CPortalScheme::OnSetting(const QDBusMessage& message) {
     const QVariantList lst = message.arguments();
     if (lst.size() == 3 && lst[0] == QLatin1String(GROUP) && lst[1] == QLatin1String(KEY)) Take(lst[2]);
 }
 
-void CDesktopScheme::Take(QVariant value) {
+void CPortalScheme::Take(QVariant value) {
     // The portal answers with a variant inside of another.
     while (value.userType() == qMetaTypeId<QDBusVariant>()) value = value.value<QDBusVariant>().variant();
     const uint uScheme = value.toUInt();

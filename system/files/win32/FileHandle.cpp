@@ -1,4 +1,4 @@
-#include "system/files/windows/FileHandle.h"
+#include "system/files/win32/FileHandle.h"
 
 namespace fs = std::filesystem;
 

@@ -1,0 +1,7 @@
+#include "ui/platform/EndSignals.h"
+
+class CEndSignals::CState {};
+
+CEndSignals::CEndSignals(std::function<void()>) {}
+
+CEndSignals::~CEndSignals() = default;
