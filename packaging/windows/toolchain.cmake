@@ -1,5 +1,8 @@
-# Compiles for 64-bit Windows with Debian's cross compiler, in its form with std::thread. VELLUM_WINDOWS_ROOT in the
-# environment names the folder of the libraries that build_libraries.sh has built.
+# Compiles for 64-bit Windows with Debian's cross compiler, in its form with std::thread. The libraries lie where
+# build_libraries.sh has built them: in VELLUM_WINDOWS_ROOT of the environment.
+if(NOT DEFINED ENV{VELLUM_WINDOWS_ROOT})
+  set(ENV{VELLUM_WINDOWS_ROOT} $ENV{HOME}/.cache/vellumcraft/windows/root)
+endif()
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 set(CMAKE_C_COMPILER x86_64-w64-mingw32-gcc-posix)

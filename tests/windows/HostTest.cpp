@@ -1,37 +1,11 @@
-// The filter module in a host for Windows: loaded from a folder of its own, called many times, unloaded.
-#include "app/common/ScriptSettings.h"
 #include "core/Base/Resource.h"
-#include "host/PictureHost/PictureHost.h"
-#include "system/files/FilePath.h"
-#include "tests/support/TempFolder.h"
-
-#include "TestPaths.h"
-
-#include <gtest/gtest.h>
-
-#include <windows.h>
+#include "tests/windows/WindowsHost.h"
 
 #include <psapi.h>
 
 namespace {
 
 constexpr int PIPL_ID = 16000;
-constexpr int SIDE = 100;
-constexpr size_t MIDDLE = 50 * SIDE + 50;
-/// A black line of the mouse through the middle.
-constexpr char DRAW[] = R"({"wait":2000}
-{"mouse":{"message":"ldown","x":80,"y":400}}
-{"mouse":{"x":400,"y":400}}
-{"mouse":{"x":720,"y":400}}
-{"mouse":{"message":"lup","x":720,"y":400}}
-{"wait":500}
-{"command":"file-close"}
-)";
-
-THostPicture WhitePicture() {
-    const THostPicture::TPlane vWhite(SIDE * SIDE, 255);
-    return {CRect({0, 0}, {SIDE, SIDE}), vWhite, vWhite, vWhite, {}, {}};
-}
 
 /// A host without the suite that the module needs.
 class CPoorHost : public CPictureHost {
@@ -40,32 +14,6 @@ public:
 
 protected:
     hostabi::SPErr AcquireSuite(const char*, int32_t, const void**) override { return 0x53214664; }
-};
-
-class CWindowsHost : public testing::Test {
-protected:
-    CWindowsHost() : m_pathModule(m_folder.GetPath() / PathOf(L"プラグイン 𠮷") / "vellumcraft.8bf") {
-        std::filesystem::create_directories(m_pathModule.parent_path());
-        std::filesystem::copy_file(PathOf(std::string_view(VELLUM_MODULE)), m_pathModule);
-    }
-    HMODULE Load() {
-        const HMODULE hModule = LoadLibraryW(m_pathModule.c_str());
-        EXPECT_TRUE(hModule) << GetLastError();
-        return hModule;
-    }
-    static hostabi::PluginMainProc MainOf(HMODULE hModule) {
-        return reinterpret_cast<hostabi::PluginMainProc>(
-            reinterpret_cast<void*>(GetProcAddress(hModule, "PluginMain")));
-    }
-    bool IsLoaded() const { return GetModuleHandleW(m_pathModule.c_str()) != nullptr; }
-    std::filesystem::path WriteScript(const char* pszLines) {
-        const auto path = m_folder.File("script.jsonl");
-        CFileStore().Replace(TextOf(path), pszLines);
-        return path;
-    }
-
-    CTempFolder m_folder;
-    const std::filesystem::path m_pathModule;
 };
 
 size_t PrivateBytes() {

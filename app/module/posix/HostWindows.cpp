@@ -1,0 +1,5 @@
+#include "app/module/HostWindows.h"
+
+CHostWindowsOff::CHostWindowsOff() = default;
+
+CHostWindowsOff::~CHostWindowsOff() = default;
