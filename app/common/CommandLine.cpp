@@ -1,5 +1,7 @@
 #include "app/common/CommandLine.h"
 
+#include "system/files/FilePath.h"
+
 #include <algorithm>
 
 std::vector<std::string> ReadCommandLine(const std::vector<std::string>& vArguments,
@@ -29,4 +31,12 @@ std::vector<std::string> ReadCommandLine(const std::vector<std::string>& vArgume
 
 TOption Flag(const char* pszName, bool& bFlag) {
     return {pszName, [&bFlag] { bFlag = true; }, {}};
+}
+
+TOption Value(const char* pszName, std::string& strValue) {
+    return {pszName, {}, [&strValue](const std::string& str) { strValue = str; }};
+}
+
+TOption Value(const char* pszName, std::filesystem::path& pathValue) {
+    return {pszName, {}, [&pathValue](const std::string& str) { pathValue = PathOf(str); }};
 }

@@ -1,6 +1,7 @@
 // Command lines of the programs: options with or without a value, then names.
 #pragma once
 
+#include <filesystem>
 #include <functional>
 #include <stdexcept>
 #include <string>
@@ -25,7 +26,5 @@ std::vector<std::string> ReadCommandLine(const std::vector<std::string>& vArgume
 
 /// An option that sets a flag, or a text or path.
 TOption Flag(const char* pszName, bool& bFlag);
-template <class T>
-TOption Value(const char* pszName, T& value) {
-    return {pszName, {}, [&value](const std::string& str) { value = str; }};
-}
+TOption Value(const char* pszName, std::string& strValue);
+TOption Value(const char* pszName, std::filesystem::path& pathValue);

@@ -1,6 +1,7 @@
 // A delivery of the application in its process: start and exit.
 #pragma once
 
+#include "app/common/ProcessSettings.h"
 #include "core/IniConfig/IniConfig.h"
 #include "system/environment/Locations.h"
 #include "system/files/FileStore.h"
@@ -21,6 +22,7 @@ public:
     CIniConfig& GetConfig() { return m_config; }
 
 private:
+    CProcessSettings m_process;
     CLocations m_locations;
     CFileStore m_files{&m_locations};
     CIniConfig m_config{CIniConfig::FindPath(m_locations), m_files};

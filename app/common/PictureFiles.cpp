@@ -1,24 +1,23 @@
 #include "app/common/PictureFiles.h"
 
 #include "core/Base/Color.h"
-#include "core/Base/Text.h"
 #include "core/Platform/Bitmap.h"
+#include "system/files/FilePath.h"
+#include "system/files/FileStatus.h"
 
 #include <algorithm>
 #include <stdexcept>
 
-#include <unistd.h>
-
 namespace {
 
 [[noreturn]] void Fail(const std::filesystem::path& path, const std::string& strWhat) {
-    throw std::runtime_error(path.native() + ": " + strWhat);
+    throw std::runtime_error(Utf8Of(path) + ": " + strWhat);
 }
 
 boost::shared_ptr<IBitmap> LoadBitmap(const std::filesystem::path& path, IImageCodecs& codecs, CSize& sz) {
     std::error_code error;
     if (!std::filesystem::exists(path, error)) Fail(path, "there is no such file");
-    const auto spBitmap = codecs.Load(FromUtf8(path.native()));
+    const auto spBitmap = codecs.Load(TextOf(path));
     if (!spBitmap || !spBitmap->GetWidth(sz.cx) || !spBitmap->GetHeight(sz.cy))
         Fail(path, "not a picture that can be read: damaged, cut short, of no known kind, or over " +
                        std::to_string(MAX_IMAGE_SIDE) + " pixels on a side");
@@ -43,7 +42,7 @@ void SaveBitmap(const std::filesystem::path& path, CSize sz, IImageCodecs& codec
     const auto spBitmap = codecs.CreateBitmap(sz);
     if (!spBitmap) Fail(path, "there is no memory for the picture");
     ForEachPixel(path, *spBitmap, sz, ELockMode::Write, fn);
-    if (!codecs.Save(FromUtf8(path.native()), *spBitmap)) Fail(path, "the picture cannot be written");
+    if (!codecs.Save(TextOf(path), *spBitmap)) Fail(path, "the picture cannot be written");
 }
 
 } // namespace
@@ -81,8 +80,8 @@ void CheckSave(const std::filesystem::path& path, bool bKnown) {
     if (!bKnown) Fail(path, "no picture format has this ending");
     std::error_code error;
     if (std::filesystem::is_directory(path, error)) Fail(path, "this is a folder");
-    const std::filesystem::path pathFolder = std::filesystem::absolute(path).parent_path();
-    if (access(pathFolder.c_str(), W_OK) != 0) Fail(path, "its folder is missing or read-only");
+    if (!IsOpenFolder(std::filesystem::absolute(path).parent_path()))
+        Fail(path, "its folder is missing or read-only");
 }
 
 void SavePicture(const std::filesystem::path& path, const THostPicture& picture, IImageCodecs& codecs) {

@@ -4,12 +4,13 @@
 #include "core/Base/Text.h"
 #include "core/IniConfig/IniConfig.h"
 #include "core/Platform/Dialogs.h"
+#include "system/environment/Variables.h"
+#include "system/files/FilePath.h"
 
 #include <cstdio>
-#include <cstdlib>
 
 std::wstring FindRecordPath(CIniConfig& config) {
-    if (const char* pszPath = std::getenv(RECORD_VARIABLE); pszPath && *pszPath) return FromUtf8(pszPath);
+    if (const std::string strPath = GetVariable(RECORD_VARIABLE); !strPath.empty()) return FromUtf8(strPath);
     return config.GetSection(L"Session")->GetString(L"Record", L"");
 }
 
@@ -31,7 +32,7 @@ void CRecording::NoteLine(const std::string& strLine) {
 
 bool CRecording::Write(std::string_view strLine) {
     if (m_file) return m_file->Write(strLine);
-    m_file.emplace(ToUtf8(m_strPath));
+    m_file.emplace(PathOf(m_strPath));
     if (m_file->IsOpen()) return m_file->Write(strLine);
     m_platform.boxes.Show(nullptr, DescribeFileFailure(g_strFileNotOpened, m_strPath, m_file->GetFailure()),
                           L"Vellumcraft - Error", EBoxKind::Error);

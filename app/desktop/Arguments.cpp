@@ -2,6 +2,7 @@
 
 #include "app/common/CommandLine.h"
 #include "app/desktop/Handover.h"
+#include "system/files/FilePath.h"
 
 #include <filesystem>
 
@@ -18,7 +19,9 @@ Opens project files and pictures. When Vellumcraft is running already, it opens 
 TDesktopArguments ParseDesktopArguments(const std::vector<std::string>& vArguments) {
     TDesktopArguments arguments;
     // The instance that opens a file may have another current folder.
-    const auto absolute = [](const std::string& str) { return std::filesystem::absolute(str).native(); };
+    const auto absolute = [](const std::string& str) {
+        return Utf8Of(std::filesystem::absolute(PathOf(str)));
+    };
     bool bNew = false;
     const auto vNames = ReadCommandLine(
         vArguments, {Flag("--new", bNew), Flag("--new-window", arguments.bNewWindow),

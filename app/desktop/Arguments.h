@@ -7,7 +7,7 @@
 extern const char DESKTOP_USAGE[];
 
 struct TDesktopArguments {
-    std::vector<std::string> vFiles; ///< absolute paths, in the bytes of the file system; NEW_DOCUMENT
+    std::vector<std::string> vFiles; ///< absolute paths as Utf8Of returns them; NEW_DOCUMENT
     bool bNewWindow = false;         ///< start a new instance
     std::string strRecord;           ///< absolute path, empty for no record
     bool bHelp = false;

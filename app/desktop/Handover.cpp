@@ -1,5 +1,7 @@
 #include "app/desktop/Handover.h"
 
+#include "system/files/FilePath.h"
+
 #include <charconv>
 #include <cstdio>
 
@@ -50,7 +52,7 @@ std::optional<std::vector<std::string>> UnpackPaths(std::string_view strBytes) {
         const std::string_view strPath = strBytes.substr(0, nEnd);
         const bool bToken = vPaths.empty() && strPath.starts_with(ACTIVATION);
         if (nEnd == std::string_view::npos ||
-            !(strPath.starts_with('/') || strPath == NEW_DOCUMENT || bToken))
+            !(PathOf(strPath).is_absolute() || strPath == NEW_DOCUMENT || bToken))
             return std::nullopt;
         vPaths.emplace_back(strPath);
         strBytes.remove_prefix(nEnd + 1);

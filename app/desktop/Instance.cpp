@@ -25,14 +25,11 @@ bool Expect(QLocalSocket& socket, std::string_view strText, const QDeadlineTimer
 
 } // namespace
 
-CInstance::CInstance(const std::string& strFolder)
-    : m_strSocket(strFolder.empty() ? std::string() : strFolder + "/vellumcraft.socket") {}
-
 CInstance::EStart CInstance::Begin(const TPaths& vPaths) {
-    if (m_strSocket.empty()) return EStart::Alone;
+    if (m_place.pathLock.empty()) return EStart::Alone;
     const QDeadlineTimer deadline(PATIENCE_MS);
     do {
-        m_pLock = std::make_unique<CFileLock>(m_strSocket, 0ms);
+        m_pLock = std::make_unique<CFileLock>(m_place.pathLock, 0ms);
         if (m_pLock->IsLocked()) return EStart::First;
         if (HandOver(vPaths, static_cast<int>(deadline.remainingTime()))) return EStart::HandedOver;
         std::this_thread::sleep_for(RETRY);
@@ -42,25 +39,25 @@ CInstance::EStart CInstance::Begin(const TPaths& vPaths) {
 
 bool CInstance::HandOver(const TPaths& vPaths, int nMilliseconds) const {
     QLocalSocket socket;
-    socket.connectToServer(QString::fromStdString(m_strSocket));
+    socket.connectToServer(m_place.strServer);
     const QDeadlineTimer deadline(nMilliseconds);
     // The greeting is sent from its event loop: an instance whose loop is blocked must not get paths.
     if (!socket.waitForConnected(nMilliseconds) || !Expect(socket, HANDOVER_GREETING, deadline)) return false;
+    LetComeToFront(socket);
     const std::string strMessage = PackPaths(vPaths);
     socket.write(strMessage.data(), static_cast<qint64>(strMessage.size()));
     return Expect(socket, HANDOVER_THANKS, QDeadlineTimer(PATIENCE_MS));
 }
 
 bool CInstance::Listen(std::function<void(const TPaths&)> fnTake) {
-    const QString strSocket = QString::fromStdString(m_strSocket);
     // No instance listens there while this one holds the lock: a socket file is left from a killed one.
-    QLocalServer::removeServer(strSocket);
+    QLocalServer::removeServer(m_place.strServer);
     m_fnTake = std::move(fnTake);
     QObject::connect(&m_server, &QLocalServer::newConnection, &m_server, [this] {
         while (QLocalSocket* pSocket = m_server.nextPendingConnection()) Greet(*pSocket);
     });
     m_server.setSocketOptions(QLocalServer::UserAccessOption);
-    return m_server.listen(strSocket);
+    return m_server.listen(m_place.strServer);
 }
 
 void CInstance::Greet(QLocalSocket& socket) {

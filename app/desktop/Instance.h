@@ -1,6 +1,7 @@
 // One running instance per user: a later start finds it and passes its files to it.
 #pragma once
 
+#include "app/desktop/InstancePlace.h"
 #include "system/files/FileLock.h"
 
 #include <QLocalServer>
@@ -21,8 +22,9 @@ public:
         Alone,      ///< another one is running but does not answer
     };
 
-    /// `strFolder` is the user's own folder for sockets, empty for none: then every instance runs alone.
-    explicit CInstance(const std::string& strFolder);
+    /// `folder` is the user's own, as FindInstanceFolder returns it, empty for none: then every instance runs
+    /// alone.
+    explicit CInstance(const std::filesystem::path& folder) : m_place(FindInstancePlace(folder)) {}
 
     /// Becomes the first instance, or sends the paths to the running one; gives up after two seconds. An
     /// instance that does not answer has not received the paths.
@@ -36,7 +38,7 @@ private:
     bool HandOver(const TPaths& vPaths, int nMilliseconds) const;
     void Greet(QLocalSocket& socket);
 
-    std::string m_strSocket;
+    const TInstancePlace m_place;
     std::unique_ptr<CFileLock> m_pLock; ///< held by the first instance; released when it is killed
     std::function<void(const TPaths&)> m_fnTake;
     QLocalServer m_server;

@@ -1,4 +1,5 @@
 // vellumcraft FILE...: the desktop application.
+#include "app/common/Console.h"
 #include "app/common/Module.h"
 #include "app/common/Recording.h"
 #include "app/desktop/Arguments.h"
@@ -17,8 +18,6 @@
 #include "system/files/SnapshotStore.h"
 #include "system/pictures/ImageCodecs.h"
 #include "ui/platform/QtPlatform.h"
-
-#include <QStandardPaths>
 
 #include <cstdio>
 #include <span>
@@ -71,33 +70,34 @@ int Run(const TDesktopArguments& arguments, CInstance& instance, bool bFirst) {
 } // namespace
 
 int main(int argc, char** argv) {
+    const CConsole console(argc, argv);
     TDesktopArguments arguments;
     try {
-        arguments = ParseDesktopArguments({argv + 1, argv + argc});
+        arguments = ParseDesktopArguments(console.GetArguments());
     } catch (const std::exception& e) {
-        std::fprintf(stderr, "vellumcraft: %s\n\n%s", e.what(), DESKTOP_USAGE);
+        console.Say(stderr, std::string("vellumcraft: ") + e.what() + "\n\n" + DESKTOP_USAGE);
         return 2;
     }
     if (arguments.bHelp) {
-        std::fputs(DESKTOP_USAGE, stdout);
+        console.Say(stdout, DESKTOP_USAGE);
         return 0;
     }
     if (!EnsureApplication()) {
-        std::fprintf(stderr, "vellumcraft: there is no display\n");
+        console.Say(stderr, "vellumcraft: there is no display\n");
         return 1;
     }
     const struct CApplicationEnd {
         ~CApplicationEnd() { EndApplication(); }
     } end;
     try {
-        CInstance instance(QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation).toStdString());
+        CInstance instance(FindInstanceFolder(g_Module.GetLocations()));
         const auto vHanded = WithActivation(arguments.vFiles, qgetenv(TOKEN_NAME).toStdString());
         const auto start = arguments.bNewWindow ? CInstance::EStart::Alone : instance.Begin(vHanded);
         if (start == CInstance::EStart::HandedOver) return 0;
         return Run(arguments, instance, start == CInstance::EStart::First);
     } catch (const std::exception& e) {
         // No session exists yet that could show a box.
-        std::fprintf(stderr, "vellumcraft: %s\n", ToUtf8(DescribeException(e)).c_str());
+        console.Say(stderr, "vellumcraft: " + ToUtf8(DescribeException(e)) + "\n");
         return 1;
     }
 }

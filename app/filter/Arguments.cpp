@@ -1,5 +1,7 @@
 #include "app/filter/Arguments.h"
 
+#include "system/files/FilePath.h"
+
 namespace fs = std::filesystem;
 
 const char USAGE[] = R"(usage: vellumcraft-filter [OPTION]... IN [OUT]
@@ -35,7 +37,7 @@ void CheckOutputs(const TArguments& arguments, bool bInPlace) {
         for (const fs::path& in : vIn) {
             const bool bAllowed = bInPlace && &out == &vOut.back() && &in == &vIn.back();
             if (!bAllowed && IsSameFile(out, in))
-                throw usage_error("the result would overwrite " + in.native() +
+                throw usage_error("the result would overwrite " + Utf8Of(in) +
                                   "; name another OUT, or give --in-place for the picture itself");
         }
 }
@@ -46,30 +48,31 @@ TArguments ParseArguments(const std::vector<std::string>& vArguments) {
     TArguments arguments;
     bool bInPlace = false;
     const auto vNames = ReadCommandLine(
-        vArguments, {{"--alpha", {}, [&](const std::string& str) { arguments.vAlphas.push_back(str); }},
-                     Flag("--in-place", bInPlace),
-                     Value("--module", arguments.pathModule),
-                     Value("--script", arguments.pathScript),
-                     Value("--record", arguments.pathRecord),
-                     Flag("--windows", arguments.bWindows),
-                     Flag("--help", arguments.bHelp)});
+        vArguments,
+        {{"--alpha", {}, [&](const std::string& str) { arguments.vAlphas.push_back(PathOf(str)); }},
+         Flag("--in-place", bInPlace),
+         Value("--module", arguments.pathModule),
+         Value("--script", arguments.pathScript),
+         Value("--record", arguments.pathRecord),
+         Flag("--windows", arguments.bWindows),
+         Flag("--help", arguments.bHelp)});
     if (arguments.bHelp) return arguments;
     if (vNames.empty() || vNames.front().empty()) throw usage_error("no picture is named");
     if (vNames.size() > 2) throw usage_error("too many names");
     if (bInPlace && vNames.size() == 2) throw usage_error("--in-place and OUT exclude each other");
     if (arguments.bWindows && arguments.pathScript.empty()) throw usage_error("--windows goes with --script");
 
-    arguments.pathIn = vNames.front();
-    const std::string strStem = arguments.pathIn.stem().native() + "-vellumcraft";
+    arguments.pathIn = PathOf(vNames.front());
+    const std::string strStem = Utf8Of(arguments.pathIn.stem()) + "-vellumcraft";
     if (bInPlace)
         arguments.pathOut = arguments.pathIn;
     else if (vNames.size() == 2)
-        arguments.pathOut = vNames.back();
+        arguments.pathOut = PathOf(vNames.back());
     else
-        arguments.pathOut = arguments.pathIn.parent_path() / (strStem + ".png");
+        arguments.pathOut = arguments.pathIn.parent_path() / PathOf(strStem + ".png");
     for (size_t i = 1; i <= arguments.vAlphas.size(); ++i)
         arguments.vAlphaOut.push_back(arguments.pathOut.parent_path() /
-                                      (strStem + "-alpha" + std::to_string(i) + ".png"));
+                                      PathOf(strStem + "-alpha" + std::to_string(i) + ".png"));
     CheckOutputs(arguments, bInPlace);
     return arguments;
 }

@@ -1,8 +1,9 @@
 // A host for one picture file: passes it to the filter module and writes the result.
+#include "app/common/Console.h"
 #include "app/common/ModuleCall.h"
 #include "app/common/PictureFiles.h"
 #include "app/filter/Arguments.h"
-#include "core/Base/Text.h"
+#include "system/files/FilePath.h"
 #include "system/files/FileStore.h"
 #include "system/pictures/ImageCodecs.h"
 
@@ -19,7 +20,7 @@ void RunFilter(const TArguments& arguments) {
     THostPicture picture = LoadPicture(arguments.pathIn, codecs);
     const CSize sz = picture.rc.Size();
     for (const fs::path& path : arguments.vAlphas) picture.vAlphas.push_back(LoadAlpha(path, sz, codecs));
-    CheckSave(arguments.pathOut, codecs.CanSave(FromUtf8(arguments.pathOut.native())));
+    CheckSave(arguments.pathOut, codecs.CanSave(TextOf(arguments.pathOut)));
 
     CPictureHost host(std::move(picture));
     CallModule(host, {arguments.pathModule, arguments.pathScript, arguments.bWindows, arguments.pathRecord},
@@ -33,8 +34,9 @@ void RunFilter(const TArguments& arguments) {
 } // namespace
 
 int main(int nArguments, char** ppszArguments) {
+    const CConsole console(nArguments, ppszArguments);
     try {
-        const TArguments arguments = ParseArguments({ppszArguments + 1, ppszArguments + nArguments});
+        const TArguments arguments = ParseArguments(console.GetArguments());
         if (arguments.bHelp)
             std::cout << USAGE;
         else

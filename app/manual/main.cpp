@@ -1,8 +1,10 @@
 // vellum-make-manual FROM TO: the manual's files as they are read, with the built-in keys in its pages.
+#include "app/common/Console.h"
 #include "core/Base/Failure.h"
 #include "core/Base/Text.h"
 #include "core/Commands/Shortcuts.h"
 #include "core/MainFrame/Manual.h"
+#include "system/files/FilePath.h"
 
 #include <cstdio>
 #include <filesystem>
@@ -16,14 +18,14 @@ namespace {
 
 std::string ReadPage(const fs::path& path) {
     std::ifstream stream(path, std::ios::binary);
-    if (!stream) throw std::runtime_error("cannot read " + path.string());
+    if (!stream) throw std::runtime_error("cannot read " + Utf8Of(path));
     return {std::istreambuf_iterator<char>(stream), {}};
 }
 
 void WritePage(const fs::path& path, const std::string& strHtml) {
     std::ofstream stream(path, std::ios::binary);
     stream << strHtml;
-    if (!stream.flush()) throw std::runtime_error("cannot write " + path.string());
+    if (!stream.flush()) throw std::runtime_error("cannot write " + Utf8Of(path));
 }
 
 void MakeManual(const fs::path& from, const fs::path& to) {
@@ -43,9 +45,11 @@ void MakeManual(const fs::path& from, const fs::path& to) {
 } // namespace
 
 int main(int argc, char** argv) {
+    const CConsole console(argc, argv);
     try {
-        if (argc != 3) throw std::runtime_error("usage: vellum-make-manual FROM TO");
-        MakeManual(argv[1], argv[2]);
+        const std::vector<std::string>& vNames = console.GetArguments();
+        if (vNames.size() != 2) throw std::runtime_error("usage: vellum-make-manual FROM TO");
+        MakeManual(PathOf(vNames[0]), PathOf(vNames[1]));
         return 0;
     } catch (const std::exception& e) {
         std::fprintf(stderr, "vellum-make-manual: %s\n", ToUtf8(DescribeException(e)).c_str());

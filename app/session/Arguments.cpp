@@ -1,5 +1,7 @@
 #include "app/session/Arguments.h"
 
+#include "system/files/FilePath.h"
+
 #include <charconv>
 
 namespace fs = std::filesystem;
@@ -49,7 +51,7 @@ void Check(const TArguments& arguments) {
     if (!bBatch && arguments.uJobs != 0) throw usage_error("--jobs goes with --each");
     std::error_code error;
     if (fs::equivalent(arguments.pathIn, arguments.pathOut, error))
-        throw usage_error("the result would overwrite " + arguments.pathIn.native());
+        throw usage_error("the result would overwrite " + Utf8Of(arguments.pathIn));
 }
 
 } // namespace
@@ -71,7 +73,7 @@ TArguments ParseArguments(const std::vector<std::string>& vArguments) {
                                                   !(arguments.pathIn.empty() || arguments.pathOut.empty()));
     if (vNames.size() > 1 || (vNames.empty() ? !bConverts : vNames.front().empty()))
         throw usage_error("one script is to be named");
-    if (!vNames.empty()) arguments.pathScript = vNames.front();
+    if (!vNames.empty()) arguments.pathScript = PathOf(vNames.front());
     Check(arguments);
     return arguments;
 }

@@ -1,52 +1,32 @@
 #include "app/session/Batch.h"
 
 #include "app/session/BatchReport.h"
+#include "app/session/Interrupt.h"
+#include "app/session/Pattern.h"
 #include "app/session/Worker.h"
 #include "core/Base/Text.h"
 #include "system/environment/Modules.h"
+#include "system/environment/Variables.h"
+#include "system/files/FilePath.h"
+#include "system/files/FileStatus.h"
 
 #include <boost/noncopyable.hpp>
 
 #include <algorithm>
-#include <csignal>
-#include <cstdlib>
 #include <map>
-#include <optional>
 #include <set>
 #include <thread>
-#include <utility>
-
-#include <glob.h>
-#include <sys/stat.h>
 
 namespace fs = std::filesystem;
 
 namespace {
 
-std::vector<fs::path> Expand(const std::string& strPattern) {
-    glob_t found{};
-    std::vector<fs::path> vPaths;
-    if (glob(strPattern.c_str(), 0, nullptr, &found) == 0)
-        vPaths.assign(found.gl_pathv, found.gl_pathv + found.gl_pathc);
-    globfree(&found);
-    return vPaths;
-}
-
-/// Identifies a file through links; nullopt when there is none.
-std::optional<std::pair<dev_t, ino_t>> FileOf(const fs::path& path) {
-    struct stat file {};
-    if (stat(path.c_str(), &file) != 0) return std::nullopt;
-    return std::pair(file.st_dev, file.st_ino);
-}
-
 /// A folder for the output and temporary files of the workers, including killed ones.
 class CWorkFolder : boost::noncopyable {
 public:
     CWorkFolder() {
-        std::string strFolder = (fs::temp_directory_path() / "vellumcraft-batch-XXXXXX").native();
-        if (!mkdtemp(strFolder.data())) throw std::runtime_error(strFolder + ": no folder for the batch");
-        m_path = strFolder;
-        setenv("TMPDIR", strFolder.c_str(), 1);
+        // Each system has its own.
+        for (const char* pszName : {"TMPDIR", "TMP", "TEMP"}) SetVariable(pszName, Utf8Of(m_path));
     }
     ~CWorkFolder() {
         std::error_code error;
@@ -55,50 +35,40 @@ public:
     const fs::path& GetPath() const { return m_path; }
 
 private:
-    fs::path m_path;
+    const fs::path m_path = MakeTempFolder("vellumcraft-batch-");
 };
 
-volatile std::sig_atomic_t g_bInterrupted = 0;
-
-// The terminal's signal also reaches the workers and ends them; the batch then only counts them and cleans
-// up.
-void StopOnInterrupt() {
-    struct sigaction action {};
-    action.sa_handler = [](int) { g_bInterrupted = 1; };
-    sigaction(SIGINT, &action, nullptr);
-    sigaction(SIGTERM, &action, nullptr);
-}
-
 std::vector<std::string> MakeCommand(const TArguments& arguments, const TPage& page) {
-    std::vector<std::string> vCommand{ToUtf8(CModules().GetProgram().strPath), "--in", page.pathIn.native(),
-                                      "--out", page.pathOut.native()};
+    std::vector<std::string> vCommand{ToUtf8(CModules().GetProgram().strPath), "--in", Utf8Of(page.pathIn),
+                                      "--out", Utf8Of(page.pathOut)};
     if (!arguments.pathModule.empty())
-        vCommand.insert(vCommand.end(), {"--module", arguments.pathModule.native()});
+        vCommand.insert(vCommand.end(), {"--module", Utf8Of(arguments.pathModule)});
     if (arguments.bDesktop) vCommand.emplace_back("--desktop");
-    if (!arguments.pathScript.empty()) vCommand.insert(vCommand.end(), {"--", arguments.pathScript.native()});
+    if (!arguments.pathScript.empty()) vCommand.insert(vCommand.end(), {"--", Utf8Of(arguments.pathScript)});
     return vCommand;
 }
 
 } // namespace
 
 std::vector<TPage> FindPages(const TArguments& arguments) {
-    const std::vector<fs::path> vPaths = Expand(arguments.strEach);
+    const std::vector<fs::path> vPaths = FindFiles(arguments.strEach);
     if (vPaths.empty()) throw usage_error(arguments.strEach + ": there are no such pictures");
     std::vector<TPage> vPages;
     std::set<fs::path> setNames;
     for (const fs::path& path : vPaths) {
         fs::path name = path.filename();
-        if (!arguments.strFormat.empty()) name.replace_extension(arguments.strFormat);
-        if (!setNames.insert(name).second) throw usage_error("two results have the name " + name.native());
+        if (!arguments.strFormat.empty()) name.replace_extension(PathOf(arguments.strFormat));
+        if (!setNames.insert(FoldName(name)).second)
+            throw usage_error("two results have the name " + Utf8Of(name));
         vPages.push_back({path, arguments.pathOutDir / name});
     }
-    std::map<std::pair<dev_t, ino_t>, fs::path> mapFiles;
+    std::map<TFileId, fs::path> mapFiles;
     for (const fs::path& path : vPaths)
-        if (const auto file = FileOf(path)) mapFiles[*file] = path;
+        if (const auto file = FileIdOf(path)) mapFiles[*file] = path;
     for (const TPage& page : vPages) {
-        const auto file = FileOf(page.pathOut);
+        const auto file = FileIdOf(page.pathOut);
         if (file && mapFiles.contains(*file))
-            throw usage_error("a result would overwrite " + mapFiles[*file].native());
+            throw usage_error("a result would overwrite " + Utf8Of(mapFiles[*file]));
     }
     return vPages;
 }
@@ -109,13 +79,16 @@ bool RunBatch(const TArguments& arguments) {
     const unsigned uCores = std::max(1u, std::thread::hardware_concurrency());
     const size_t nJobs = std::min<size_t>(arguments.uJobs ? arguments.uJobs : uCores, vPages.size());
     // The workers share the processors; their results do not depend on the number of threads.
-    setenv("OMP_NUM_THREADS", std::to_string(std::max<size_t>(1, uCores / nJobs)).c_str(), 0);
+    if (GetVariable("OMP_NUM_THREADS").empty())
+        SetVariable("OMP_NUM_THREADS", std::to_string(std::max<size_t>(1, uCores / nJobs)));
 
     const CWorkFolder folder;
     CBatchReport report(vPages.size());
-    std::map<pid_t, size_t> mapRunning;
-    StopOnInterrupt();
-    const auto begins = [&](size_t idx) { return idx < vPages.size() && !g_bInterrupted; };
+    std::map<TProcessId, size_t> mapRunning;
+    // The terminal's interrupt also reaches the workers and ends them; the batch then only counts them and
+    // cleans up.
+    CatchInterrupts();
+    const auto begins = [&](size_t idx) { return idx < vPages.size() && !IsInterrupted(); };
     for (size_t idxNext = 0; begins(idxNext) || !mapRunning.empty();) {
         const auto fileOf = [&](size_t idx) { return folder.GetPath() / std::to_string(idx); };
         if (begins(idxNext) && mapRunning.size() < nJobs) {
@@ -124,9 +97,9 @@ bool RunBatch(const TArguments& arguments) {
             continue;
         }
         const TEnded ended = WaitForWorker();
-        const size_t idx = mapRunning.at(ended.pid);
-        mapRunning.erase(ended.pid);
-        report.Tell(vPages[idx].pathIn.native(), DescribeEnd(ended, fileOf(idx)));
+        const size_t idx = mapRunning.at(ended.id);
+        mapRunning.erase(ended.id);
+        report.Tell(Utf8Of(vPages[idx].pathIn), DescribeEnd(ended, fileOf(idx)));
     }
     return report.Finish();
 }

@@ -1,8 +1,8 @@
 #include "app/session/BatchReport.h"
 
-#include <cstdio>
+#include "app/common/Console.h"
 
-#include <unistd.h>
+#include <cstdio>
 
 namespace {
 
@@ -12,7 +12,7 @@ constexpr char CLEAR_LINE[] = "\r\x1b[K";
 } // namespace
 
 CBatchReport::CBatchReport(size_t nPages)
-    : m_nPages(nPages), m_bBar(isatty(STDERR_FILENO) == 1), m_bLines(isatty(STDOUT_FILENO) == 0) {
+    : m_nPages(nPages), m_bBar(CConsole::IsTerminal(stderr)), m_bLines(!CConsole::IsTerminal(stdout)) {
     ShowBar();
 }
 

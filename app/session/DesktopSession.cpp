@@ -10,6 +10,7 @@
 #include "session/scripts/SessionPlatform.h"
 #include "system/environment/Locations.h"
 #include "system/environment/Modules.h"
+#include "system/files/FilePath.h"
 
 #include <stdexcept>
 
@@ -32,15 +33,15 @@ private:
 
 void Export(const boost::shared_ptr<CCanvasBuffer>& spCanvas, const std::filesystem::path& path,
             IFileStore& files, IImageCodecs& codecs) {
-    if (!spCanvas) throw std::runtime_error(path.native() + ": no document was open");
+    if (!spCanvas) throw std::runtime_error(Utf8Of(path) + ": no document was open");
     try {
-        const std::wstring strPath = FromUtf8(path.native());
+        const std::wstring strPath = TextOf(path);
         if (IsProjectFile(strPath))
             SaveDocument(*spCanvas, strPath, files);
         else
             ExportImage(*spCanvas, strPath, files, codecs);
     } catch (const std::exception& e) {
-        throw std::runtime_error(path.native() + ": " + ToUtf8(DescribeException(e)));
+        throw std::runtime_error(Utf8Of(path) + ": " + ToUtf8(DescribeException(e)));
     }
 }
 
@@ -60,7 +61,7 @@ void PlayDesktop(const TScript& script, const std::filesystem::path& pathIn,
     CSessionScope scope(session.GetPlatform());
     CreateMainFrame();
     const CLastDocument last;
-    if (!pathIn.empty()) g_pMainFrame->QueueFile(FromUtf8(pathIn.native()));
+    if (!pathIn.empty()) g_pMainFrame->QueueFile(TextOf(pathIn));
     scope.Run();
     if (const std::string strFailure = session.GetFailure(); !strFailure.empty())
         throw std::runtime_error(strFailure);

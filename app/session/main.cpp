@@ -1,4 +1,5 @@
 // vellumcraft-session SCRIPT: plays session scripts without a display.
+#include "app/common/Console.h"
 #include "app/common/ModuleCall.h"
 #include "app/common/PictureFiles.h"
 #include "app/session/Arguments.h"
@@ -7,6 +8,7 @@
 #include "core/Base/Failure.h"
 #include "core/Base/Text.h"
 #include "core/ImageFile/ImageFile.h"
+#include "system/files/FilePath.h"
 #include "system/files/FileStore.h"
 #include "system/pictures/ImageCodecs.h"
 
@@ -27,7 +29,7 @@ int Run(const TArguments& arguments) {
     codecs.Startup();
     // The module parses it again; here its errors are reported before anything is played.
     TScript script;
-    if (!arguments.pathScript.empty()) script = ReadScript(FromUtf8(arguments.pathScript.native()), files);
+    if (!arguments.pathScript.empty()) script = ReadScript(TextOf(arguments.pathScript), files);
     const bool bBatch = !arguments.strEach.empty();
     const bool bDesktop = arguments.bDesktop || (!bBatch && arguments.pathIn.empty());
     const auto isKnown = [&](const std::string& strName) {
@@ -36,7 +38,7 @@ int Run(const TArguments& arguments) {
     if (!arguments.strFormat.empty() && !isKnown("page." + arguments.strFormat))
         throw usage_error("--format " + arguments.strFormat + ": no format of results");
     if (bBatch) return RunBatch(arguments) ? 0 : 1;
-    if (!arguments.pathOut.empty()) CheckSave(arguments.pathOut, isKnown(arguments.pathOut.native()));
+    if (!arguments.pathOut.empty()) CheckSave(arguments.pathOut, isKnown(Utf8Of(arguments.pathOut)));
     if (bDesktop)
         PlayDesktop(script, arguments.pathIn, arguments.pathOut, files, codecs);
     else
@@ -52,8 +54,9 @@ int Fail(int nCode, const std::string& strReason) {
 } // namespace
 
 int main(int nArguments, char** ppszArguments) {
+    const CConsole console(nArguments, ppszArguments);
     try {
-        const TArguments arguments = ParseArguments({ppszArguments + 1, ppszArguments + nArguments});
+        const TArguments arguments = ParseArguments(console.GetArguments());
         if (!arguments.bHelp) return Run(arguments);
         std::cout << USAGE;
         return 0;
