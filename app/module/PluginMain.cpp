@@ -1,6 +1,7 @@
 // The one export of the module.
 #include "app/common/Module.h"
 #include "app/common/RunWithPlatform.h"
+#include "app/module/HostWindows.h"
 #include "app/module/KeepLoaded.h"
 #include "host/PluginEntry.h"
 
@@ -17,5 +18,8 @@ CModule& GetModule() {
 
 extern "C" __attribute__((visibility("default"))) void PluginMain(int16_t nSelector, void* pRecord, intptr_t*,
                                                                   int16_t* pnResult) {
-    RunSelector(nSelector, pRecord, pnResult, [](const auto& fn) { RunWithPlatform(GetModule(), fn); });
+    RunSelector(nSelector, pRecord, pnResult, [](const auto& fn) {
+        const CHostWindowsOff off;
+        RunWithPlatform(GetModule(), fn);
+    });
 }
