@@ -23,3 +23,7 @@ set(ZLIB_USE_STATIC_LIBS ON)
 # Qt's own tools run on this system.
 set(QT_HOST_PATH /usr)
 set(QT_HOST_PATH_CMAKE_DIR /usr/lib/x86_64-linux-gnu/cmake)
+# FindOpenMP would take the import library of a DLL.
+execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=libgomp.a OUTPUT_VARIABLE OpenMP_gomp_LIBRARY
+  OUTPUT_STRIP_TRAILING_WHITESPACE)
+set(OpenMP_gomp_LIBRARY ${OpenMP_gomp_LIBRARY} CACHE FILEPATH "" FORCE)
