@@ -4,6 +4,8 @@
 #include "core/IniConfig/IniConfig.h"
 #include "core/IniConfig/IniText.h"
 #include "core/Platform/Files.h"
+#include "core/Platform/Platform.h"
+#include "core/Platform/RecentFiles.h"
 
 #include <algorithm>
 #include <charconv>
@@ -62,6 +64,11 @@ const std::vector<std::wstring>& CRecentDocumentList::GetPaths() {
     if (!m_bRead) m_vPaths = ParseList(m_files.Read(m_strPath).value_or(std::string()));
     m_bRead = true;
     return m_vPaths;
+}
+
+IFileStore& CRecentDocumentList::FindStore(const TPlatform& platform) {
+    IFileStore* pOwn = platform.recent.GetOwnStore();
+    return pOwn ? *pOwn : platform.files;
 }
 
 std::wstring CRecentDocumentList::FindPath(ILocations& locations) {

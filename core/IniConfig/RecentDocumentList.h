@@ -1,4 +1,4 @@
-// The recently opened documents, in their own file beside the settings.
+// The recently opened documents, in a store of their own beside the settings.
 #pragma once
 
 #include <boost/noncopyable.hpp>
@@ -9,6 +9,7 @@
 
 class IFileStore;
 class ILocations;
+struct TPlatform;
 
 /// At most four paths, newest first. The file is read when the list is first used; a change includes what
 /// another program has written meanwhile and is saved in one update of the file. When the file cannot be
@@ -25,7 +26,9 @@ public:
     /// Newest first.
     const std::vector<std::wstring>& GetPaths();
 
-    /// The store's path, in the folder of the settings.
+    /// Where the platform keeps the list.
+    static IFileStore& FindStore(const TPlatform& platform);
+    /// Its path there, in the folder of the settings.
     static std::wstring FindPath(ILocations& locations);
 
 private:

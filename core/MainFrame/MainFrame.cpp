@@ -44,7 +44,7 @@ CMainFrame::CMainFrame()
                                                                  [this](EToolNotice notice) {
                                                                      OnToolNotice(notice);
                                                                  }},
-      m_recentList(g_AppModule.GetPlatform().files,
+      m_recentList(CRecentDocumentList::FindStore(g_AppModule.GetPlatform()),
                    CRecentDocumentList::FindPath(g_AppModule.GetPlatform().locations)),
       m_pictures(g_AppModule.GetPlatform().files,
                  FindProfilePath(g_AppModule.GetPlatform().locations, L"RecentPictures.bin")),

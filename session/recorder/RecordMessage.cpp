@@ -52,7 +52,8 @@ void RecordCommand(const TRecordTo& to, int nId) {
     if (!g_pMainFrame || !g_pMainFrame->IsCommandEnabled(nId)) return;
     if (nId >= ID_FILE_MRU_FIRST && nId <= ID_FILE_MRU_LAST) {
         // Record the file instead of the user's list entry.
-        CRecentDocumentList recent(to.platform.files, CRecentDocumentList::FindPath(to.platform.locations));
+        CRecentDocumentList recent(CRecentDocumentList::FindStore(to.platform),
+                                   CRecentDocumentList::FindPath(to.platform.locations));
         const auto idx = static_cast<size_t>(nId - ID_FILE_MRU_FIRST);
         if (idx < recent.GetPaths().size()) RecordOpen(to, recent.GetPaths()[idx]);
         return;

@@ -1,7 +1,9 @@
 #include "core/Base/Text.h"
+#include "core/IniConfig/RecentDocumentList.h"
 #include "system/environment/Locations.h"
 #include "system/environment/Modules.h"
 #include "system/environment/Variables.h"
+#include "system/environment/win32/RegistryStore.h"
 #include "system/files/FileLock.h"
 #include "system/files/FilePath.h"
 #include "system/files/FileStatus.h"
@@ -95,6 +97,27 @@ TEST_F(CWindowsFiles, ModulesTellPathAndVersion) {
     EXPECT_TRUE(info.bResource && info.strVersion.find(L'.') != std::wstring::npos);
     EXPECT_EQ(CModules().GetLibrary(L"wintab33").strPath, L"");
     EXPECT_EQ(CModules::FindOwnFile(), fs::path(CModules().GetProgram().strPath));
+}
+
+TEST_F(CWindowsFiles, RecentDocumentsAreKeptInTheRegistry) {
+    constexpr wchar_t KEY[] = L"Software\\Vellumcraft Test\\Recent Document List";
+    const auto value = [&](const wchar_t* pszName, DWORD uType) {
+        wchar_t szText[64]{};
+        DWORD uSize = sizeof szText;
+        const bool bFound =
+            RegGetValueW(HKEY_CURRENT_USER, KEY, pszName, uType, nullptr, szText, &uSize) == ERROR_SUCCESS;
+        return bFound ? std::wstring(szText) : L"none";
+    };
+    CRegistryStore store(KEY);
+    CRecentDocumentList list(store, L"RecentDocuments.ini");
+    EXPECT_TRUE(list.GetPaths().empty());
+    for (const wchar_t* psz : {L"C:\\a.vlm", L"C:\\絵 𠮷.vlm"}) list.Add(psz);
+    EXPECT_EQ(value(L"DocumentCount", RRF_RT_REG_DWORD), std::wstring(1, 2));
+    EXPECT_EQ(value(L"Document1", RRF_RT_REG_SZ), L"C:\\絵 𠮷.vlm");
+    EXPECT_EQ(CRecentDocumentList(store, L"").GetPaths(), list.GetPaths());
+    list.Remove(L"C:\\a.vlm");
+    EXPECT_EQ(value(L"Document2", RRF_RT_REG_SZ), L"none");
+    RegDeleteTreeW(HKEY_CURRENT_USER, L"Software\\Vellumcraft Test");
 }
 
 } // namespace

@@ -3,9 +3,11 @@
 #include "core/AppModule/MessageQueue.h"
 #include "core/Platform/Files.h"
 #include "core/Platform/Window.h"
-#include "system/environment/DesktopRecent.h"
 #include "system/environment/ManualFolder.h"
+#include "system/environment/RecentFiles.h"
 #include "system/environment/TickClock.h"
+#include "system/files/FilePath.h"
+#include "ui/base/QtText.h"
 #include "ui/input/QtEventPump.h"
 #include "ui/input/QtKeyFilter.h"
 #include "ui/input/QtPen.h"
@@ -70,11 +72,11 @@ struct CQtPlatform::TParts {
            IImageCodecs& codecs, ISnapshotStore& snapshots)
         : m_queue(queue), m_pump(queue, m_keyState),
           m_pKeys(EnsureApplication() ? std::make_unique<CQtKeyFilter>(m_pump, m_keyState) : nullptr),
-          m_windows(m_pump, m_pKeys.get(), m_pen), m_recent(files, CDesktopRecent::FindFile()),
+          m_windows(m_pump, m_pKeys.get(), m_pen), m_pRecent(MakeRecentFiles(files)),
           m_clipboard(codecs), m_platform{queue,      m_windows,   m_boxes,   m_fileDialogs, m_dialogs,
                                           files,      locations,   modules,   codecs,        m_clock,
                                           m_keyState, m_clipboard, snapshots, m_pen,         m_progress,
-                                          m_manual,   m_recent} {}
+                                          m_manual,   *m_pRecent} {}
 
     CMessageQueue& m_queue;
     CQtKeyState m_keyState;
@@ -86,8 +88,8 @@ struct CQtPlatform::TParts {
     CQtFileDialogs m_fileDialogs;
     CQtDialogs m_dialogs;
     CQtProgress m_progress;
-    CDesktopRecent m_recent;
-    CQtManual m_manual{QString::fromStdString(FindManual().string())};
+    const std::unique_ptr<IRecentFiles> m_pRecent;
+    CQtManual m_manual{ToQt(TextOf(FindManual()))};
     CQtClipboard m_clipboard;
     CTickClock m_clock;
     TPlatform m_platform;

@@ -1,8 +1,9 @@
-#include "system/environment/DesktopRecent.h"
+#include "system/environment/posix/DesktopRecent.h"
 
 #include "core/Base/Text.h"
 #include "core/Platform/Files.h"
 #include "system/environment/Locations.h"
+#include "system/environment/RecentFiles.h"
 
 #include <QDateTime>
 #include <QDomDocument>
@@ -122,4 +123,8 @@ void CDesktopRecent::Add(const std::wstring& strPath) {
 std::wstring CDesktopRecent::FindFile() {
     const std::wstring strFolder = CLocations().GetUserData();
     return strFolder.empty() ? strFolder : strFolder + L"/recently-used.xbel";
+}
+
+std::unique_ptr<IRecentFiles> MakeRecentFiles(IFileStore& files) {
+    return std::make_unique<CDesktopRecent>(files, CDesktopRecent::FindFile());
 }

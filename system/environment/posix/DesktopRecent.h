@@ -1,5 +1,4 @@
-// The desktop's list of recent documents: a file of bookmarks in the form of freedesktop.org, on Windows the
-// shell's own.
+// The desktop's list of recent documents: a file of bookmarks in the form of freedesktop.org.
 #pragma once
 
 #include "core/Platform/RecentFiles.h"
@@ -19,7 +18,7 @@ public:
     /// that cannot be read is left alone. Of the entries that no other program uses only the newest 50 stay.
     void Add(const std::wstring& strPath) override;
 
-    /// recently-used.xbel in the user's folder for data; empty without one and on Windows.
+    /// recently-used.xbel in the user's folder for data; empty without one.
     static std::wstring FindFile();
 
 private:
