@@ -18,7 +18,7 @@
 #include "ui/modal/QtProgress.h"
 #include "ui/panels/QtPanel.h"
 #include "ui/panels/QtPanelDocks.h"
-#include "ui/platform/QtClipboard.h"
+#include "ui/platform/Clipboard.h"
 #include "ui/platform/QtSessionEnd.h"
 #include "ui/windows/QtCanvasWindow.h"
 #include "ui/windows/QtMainWindow.h"
@@ -73,10 +73,11 @@ struct CQtPlatform::TParts {
         : m_queue(queue), m_pump(queue, m_keyState),
           m_pKeys(EnsureApplication() ? std::make_unique<CQtKeyFilter>(m_pump, m_keyState) : nullptr),
           m_windows(m_pump, m_pKeys.get(), m_pen), m_pRecent(MakeRecentFiles(files)),
-          m_clipboard(codecs), m_platform{queue,      m_windows,   m_boxes,   m_fileDialogs, m_dialogs,
-                                          files,      locations,   modules,   codecs,        m_clock,
-                                          m_keyState, m_clipboard, snapshots, m_pen,         m_progress,
-                                          m_manual,   *m_pRecent} {}
+          m_pClipboard(MakeClipboard(codecs)), m_platform{queue,     m_windows, m_boxes,    m_fileDialogs,
+                                                          m_dialogs, files,     locations,  modules,
+                                                          codecs,    m_clock,   m_keyState, *m_pClipboard,
+                                                          snapshots, m_pen,     m_progress, m_manual,
+                                                          *m_pRecent} {}
 
     CMessageQueue& m_queue;
     CQtKeyState m_keyState;
@@ -90,7 +91,7 @@ struct CQtPlatform::TParts {
     CQtProgress m_progress;
     const std::unique_ptr<IRecentFiles> m_pRecent;
     CQtManual m_manual{ToQt(TextOf(FindManual()))};
-    CQtClipboard m_clipboard;
+    const std::unique_ptr<IClipboard> m_pClipboard;
     CTickClock m_clock;
     TPlatform m_platform;
     CQtSessionEnd m_end{[this] {

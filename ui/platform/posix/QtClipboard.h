@@ -1,17 +1,14 @@
-// The desktop's clipboard.
+// The clipboard as Qt reaches it.
 #pragma once
 
-#include "core/Platform/System.h"
+#include "ui/platform/Clipboard.h"
 
 #include <boost/noncopyable.hpp>
 
 #include <QClipboard>
 #include <QObject>
 
-#include <memory>
 #include <optional>
-
-class IImageCodecs;
 
 /// Offers a copied block to other programs as PNG, as a bitmap file with alpha, and in the forms that Qt
 /// knows. Reads theirs in the form that keeps most: PNG, bitmap file, whatever Qt decodes.

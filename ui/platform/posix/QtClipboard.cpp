@@ -1,10 +1,10 @@
-#include "ui/platform/QtClipboard.h"
+#include "ui/platform/posix/QtClipboard.h"
 
 #include "core/ImageFile/DibBlock.h"
 #include "system/pictures/QtBitmap.h"
 #include "ui/base/QtApplication.h"
 #include "ui/base/QtText.h"
-#include "ui/platform/BlockMime.h"
+#include "ui/platform/posix/BlockMime.h"
 
 #include <QGuiApplication>
 
@@ -33,6 +33,10 @@ constexpr TForm FORMS[] = {
 };
 
 } // namespace
+
+std::unique_ptr<IClipboard> MakeClipboard(IImageCodecs& codecs) {
+    return std::make_unique<CQtClipboard>(codecs);
+}
 
 void CQtClipboard::SetText(const std::wstring& strText) {
     if (QClipboard* pClipboard = Find()) pClipboard->setText(ToQt(strText));

@@ -1,9 +1,9 @@
-#include "ui/platform/BlockMime.h"
+#include "ui/platform/posix/BlockMime.h"
 
 #include "core/ImageFile/DibBlock.h"
 #include "system/pictures/QtBitmap.h"
+#include "ui/platform/BlockPng.h"
 
-#include <QBuffer>
 #include <QStringList>
 
 #include <new>
@@ -14,20 +14,10 @@ namespace {
 const QLatin1String IMAGE("application/x-qt-image");
 const QLatin1String PNG("image/png");
 const QLatin1String BMP("image/bmp");
-constexpr int FAST_PNG = 85; ///< a low compression: a program is waiting
 
 QImage MakeImage(const TDibBytes& spBlock) {
     const TLoadedPicture picture = ReadDibBlock(spBlock, EZeroAlpha::Transparent);
     return picture ? CopyToImage(*picture) : QImage();
-}
-
-QByteArray MakePng(const TDibBytes& spBlock) {
-    const TLoadedPicture picture = ReadDibBlock(spBlock, EZeroAlpha::Transparent);
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    if (!picture || !buffer.open(QIODevice::WriteOnly)) return {};
-    const bool bSaved = CLockedImage(*picture).GetImage().save(&buffer, "PNG", FAST_PNG);
-    return bSaved ? bytes : QByteArray();
 }
 
 QByteArray MakeBmp(const std::string& strBlock) {
@@ -40,7 +30,7 @@ QByteArray MakeBmp(const std::string& strBlock) {
 QStringList CBlockMime::formats() const { return {PNG, BMP, IMAGE}; }
 
 QVariant CBlockMime::retrieveData(const QString& strMime, QMetaType) const try {
-    if (strMime == PNG && m_png.isEmpty()) m_png = MakePng(m_spBlock);
+    if (strMime == PNG && m_png.isEmpty()) m_png = MakeBlockPng(m_spBlock);
     if (strMime == PNG) return m_png;
     if (strMime == BMP) return MakeBmp(*m_spBlock);
     return strMime == IMAGE ? QVariant(MakeImage(m_spBlock)) : QVariant();
