@@ -114,7 +114,10 @@ fetch highway
 cmake_install highway "$CACHE/src/highway" -DHWY_ENABLE_TESTS=OFF -DHWY_ENABLE_EXAMPLES=OFF -DHWY_ENABLE_CONTRIB=OFF
 cmake_install googletest /usr/src/googletest
 if [ "${2:-}" = small ]; then
-    [ -e "$CACHE/done_qt" ] || build_qt qt-small -DFEATURE_widgets=OFF -DFEATURE_network=OFF -DFEATURE_testlib=OFF
+    # Quick to build; the full library takes its place.
+    [ -e "$CACHE/done_qt" ] || build_qt qt-small -DFEATURE_widgets=OFF -DFEATURE_network=OFF -DFEATURE_testlib=OFF \
+        -DFEATURE_harfbuzz=OFF -DFEATURE_freetype=OFF -DFEATURE_accessibility=OFF -DFEATURE_systemtrayicon=OFF \
+        -DCMAKE_C_FLAGS_RELEASE=-O0 -DCMAKE_CXX_FLAGS_RELEASE=-O0
 else
     build_qt qt
     build_svg
