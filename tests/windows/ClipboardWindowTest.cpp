@@ -7,9 +7,9 @@
 #include <boost/weak_ptr.hpp>
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstring>
 #include <future>
-#include <thread>
 
 #include <windows.h>
 
@@ -35,7 +35,12 @@ std::string BytesOf(const TLoadedPicture& picture) {
 class COtherProgram {
 public:
     ~COtherProgram() { DestroyWindow(m_hWnd); }
-    bool Open() const { return OpenClipboard(m_hWnd); }
+    /// The desktop itself also opens the clipboard when it changes.
+    bool Open() const {
+        int nTries = 100;
+        while (!OpenClipboard(m_hWnd) && --nTries > 0) Sleep(10);
+        return nTries > 0;
+    }
     void Put(const std::vector<std::pair<UINT, std::string>>& vForms, bool bReplace = true) const {
         ASSERT_TRUE(Open() && (!bReplace || EmptyClipboard()));
         for (const auto& [uFormat, strBytes] : vForms) {
@@ -147,17 +152,21 @@ TEST_F(CClipboardTest, AClipboardThatAnotherProgramHoldsIsWaitedForAMoment) {
     EXPECT_FALSE(m_pClipboard->SetPicture(*ReadDibBlock(m_spBlock)));
     CloseClipboard();
     EXPECT_NE(m_other.Read(CF_UNICODETEXT), "") << "the content stays";
+    m_pClipboard->SetBlock(m_spBlock);
     std::promise<void> held;
-    std::thread thread([&] {
+    const auto end = std::async(std::launch::async, [&] {
         const COtherProgram other;
         EXPECT_TRUE(other.Open());
         held.set_value();
+        EXPECT_TRUE(GetClipboardData(m_uPng)) << "made while its maker waits for the clipboard";
         Sleep(50);
         CloseClipboard();
     });
     held.get_future().wait();
     EXPECT_NO_THROW(m_pClipboard->SetBlock(m_spBlock));
-    thread.join();
+    MSG msg;
+    while (end.wait_for(std::chrono::milliseconds(10)) != std::future_status::ready)
+        PeekMessageW(&msg, nullptr, 0, 0, PM_NOREMOVE);
     ASSERT_TRUE(m_other.Open());
     EXPECT_EQ(BytesOf(m_pClipboard->GetPicture()), *m_spBlock) << "its own block needs no clipboard";
     CloseClipboard();

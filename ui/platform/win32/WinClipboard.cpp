@@ -14,14 +14,23 @@
 namespace {
 
 constexpr wchar_t WINDOW_CLASS[] = L"VellumcraftClipboard";
-constexpr int TRIES = 20; ///< other programs hold the clipboard for moments
+constexpr ULONGLONG PATIENCE_MS = 200; ///< other programs hold the clipboard for moments
 constexpr DWORD RETRY_MS = 10;
+
+// Waits a moment, but handles what is sent meanwhile: who holds the clipboard may ask for a form of its
+// content.
+void WaitForOthers() {
+    MSG msg;
+    MsgWaitForMultipleObjects(0, nullptr, FALSE, RETRY_MS, QS_SENDMESSAGE);
+    PeekMessageW(&msg, nullptr, 0, 0, PM_NOREMOVE | PM_QS_SENDMESSAGE);
+}
 
 /// Opens the clipboard while it lives. Only with a window it can be written.
 class COpenClipboard : boost::noncopyable {
 public:
     explicit COpenClipboard(HWND hWnd) {
-        for (int n = 0; !(m_bOpen = OpenClipboard(hWnd)) && n < TRIES; ++n) Sleep(RETRY_MS);
+        const ULONGLONG uEnd = GetTickCount64() + PATIENCE_MS;
+        while (!(m_bOpen = OpenClipboard(hWnd)) && GetTickCount64() < uEnd) WaitForOthers();
     }
     ~COpenClipboard() {
         if (m_bOpen) CloseClipboard();
