@@ -26,8 +26,8 @@ bool CQtEventPump::Pump(bool bWait) {
     return true;
 }
 
-void CQtEventPump::Post(const TMessage& msg) {
-    Guarded([&] { m_deqHeld.push_back({msg, m_keys.GetPresent()}); });
+bool CQtEventPump::Post(const TMessage& msg) {
+    return Guarded([&] { m_deqHeld.push_back({msg, m_keys.GetPresent()}); });
 }
 
 void CQtEventPump::Release() {

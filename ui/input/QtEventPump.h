@@ -24,8 +24,8 @@ public:
     bool Pump(bool bWait) override;
 
     /// Appends a message that comes from Qt. No exception may pass through Qt's calls: without memory the
-    /// message is lost, and the user is notified.
-    void Post(const TMessage& msg);
+    /// message is lost, the user is notified, and the result is false.
+    bool Post(const TMessage& msg);
     /// Removes all pending messages of a window, here and in the queue.
     void Forget(const IWindow* pWindow);
     /// Incremented whenever no message is pending: a message posted in an earlier round has been handled.

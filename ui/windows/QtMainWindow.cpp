@@ -7,6 +7,7 @@
 #include "ui/base/Theme.h"
 #include "ui/input/QtKeyFilter.h"
 #include "ui/input/QtPen.h"
+#include "ui/windows/CopyData.h"
 #include "ui/windows/ElidedLabel.h"
 #include "ui/windows/QtCanvasWindow.h"
 #include "ui/windows/QtFrameTabs.h"
@@ -369,6 +370,11 @@ bool CQtMainWindow::event(QEvent* pEvent) {
     return QMainWindow::event(pEvent);
 }
 
+bool CQtMainWindow::nativeEvent(const QByteArray& type, void* pMessage, qintptr* pnResult) {
+    const auto take = [&](const QString& str) { return m_life.Post(EMessage::CopyData, 0, 0, str); };
+    return ReceiveCopyData(pMessage, *pnResult, take) || QMainWindow::nativeEvent(type, pMessage, pnResult);
+}
+
 void CQtMainWindow::changeEvent(QEvent* pEvent) {
     QMainWindow::changeEvent(pEvent);
     // Qt adds a maximised child's title and mark, which the title contains already.
@@ -387,8 +393,7 @@ void CQtMainWindow::dropEvent(QDropEvent* pEvent) {
     for (const QUrl& url : pEvent->mimeData()->urls()) {
         if (!url.isLocalFile()) continue;
         Guarded([&] {
-            m_life.Post(EMessage::DropFiles, 0, 0, url.toLocalFile());
-            pEvent->acceptProposedAction();
+            if (m_life.Post(EMessage::DropFiles, 0, 0, url.toLocalFile())) pEvent->acceptProposedAction();
         });
     }
 }

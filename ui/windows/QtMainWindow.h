@@ -82,6 +82,7 @@ protected:
     void OnLeave() override;
     void OnShow() override;
     bool event(QEvent* pEvent) override;
+    bool nativeEvent(const QByteArray& type, void* pMessage, qintptr* pnResult) override;
     void changeEvent(QEvent* pEvent) override;
     void moveEvent(QMoveEvent* pEvent) override;
     void resizeEvent(QResizeEvent* pEvent) override;

@@ -21,13 +21,16 @@ void CQtWindowLife::LeaveOwner() {
     if (CQtWindowLife* pOwner = std::exchange(m_pOwner, nullptr)) std::erase(pOwner->m_vOwned, this);
 }
 
-void CQtWindowLife::Post(EMessage id, int64_t wParam, int64_t lParam, const QString& strText) {
-    if (IsOpen()) Guarded([&] { m_pump.Post({&m_window, id, wParam, lParam, FromQt(strText)}); });
+bool CQtWindowLife::Post(EMessage id, int64_t wParam, int64_t lParam, const QString& strText) {
+    return IsOpen() && Guarded([&] { return m_pump.Post({&m_window, id, wParam, lParam, FromQt(strText)}); });
 }
 
 void CQtWindowLife::Send(EMessage id, int64_t wParam, int64_t lParam) {
-    if (CWorkScope::IsOpen()) return Post(id, wParam, lParam);
-    if (IsOpen()) SendMessage({&m_window, id, wParam, lParam, {}});
+    if (CWorkScope::IsOpen()) {
+        Post(id, wParam, lParam);
+    } else if (IsOpen()) {
+        SendMessage({&m_window, id, wParam, lParam, {}});
+    }
 }
 
 void CQtWindowLife::Default(const TMessage& msg) {

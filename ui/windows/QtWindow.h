@@ -32,8 +32,8 @@ public:
     IWindowClient& GetClient() const { return *m_pClient; }
     CQtEventPump& GetPump() const { return m_pump; }
 
-    /// Posts and sends nothing unless the window is open.
-    void Post(EMessage id, int64_t wParam = 0, int64_t lParam = 0, const QString& strText = {});
+    /// Posts and sends nothing unless the window is open. False for a message that was not posted.
+    bool Post(EMessage id, int64_t wParam = 0, int64_t lParam = 0, const QString& strText = {});
     void Send(EMessage id, int64_t wParam = 0, int64_t lParam = 0);
     /// Default handling: Close destroys the window, a key goes to the widget that it was typed into.
     void Default(const TMessage& msg);
