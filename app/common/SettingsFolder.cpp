@@ -1,5 +1,6 @@
 #include "app/common/SettingsFolder.h"
 
+#include "app/common/RemoveFolder.h"
 #include "system/environment/Locations.h"
 #include "system/environment/Variables.h"
 #include "system/files/FilePath.h"
@@ -9,7 +10,4 @@ CSettingsFolder::CSettingsFolder() : m_pathFolder(MakeTempFolder("vellumcraft-")
     SetVariable(CLocations::APP_DATA_VARIABLE, Utf8Of(m_pathFolder));
 }
 
-CSettingsFolder::~CSettingsFolder() {
-    std::error_code error;
-    std::filesystem::remove_all(m_pathFolder, error);
-}
+CSettingsFolder::~CSettingsFolder() { RemoveFolder(m_pathFolder); }

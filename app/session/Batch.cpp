@@ -1,5 +1,6 @@
 #include "app/session/Batch.h"
 
+#include "app/common/RemoveFolder.h"
 #include "app/session/BatchReport.h"
 #include "app/session/Interrupt.h"
 #include "app/session/Pattern.h"
@@ -28,10 +29,7 @@ public:
         // Each system has its own.
         for (const char* pszName : {"TMPDIR", "TMP", "TEMP"}) SetVariable(pszName, Utf8Of(m_path));
     }
-    ~CWorkFolder() {
-        std::error_code error;
-        fs::remove_all(m_path, error);
-    }
+    ~CWorkFolder() { RemoveFolder(m_path); }
     const fs::path& GetPath() const { return m_path; }
 
 private:

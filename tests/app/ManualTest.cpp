@@ -57,7 +57,7 @@ struct CPages {
             }
             EXPECT_FALSE(xml.hasError())
                 << path << ":" << xml.lineNumber() << " " << xml.errorString().toStdString();
-            m_mapPages[path.filename()] = strPage;
+            m_mapPages[Utf8Of(path.filename())] = strPage;
         }
     }
     std::map<std::string, TTexts> m_mapNamed;
@@ -98,10 +98,10 @@ TEST(ManualPages, LinksPicturesAndScriptsBelongTogether) {
     EXPECT_EQ(pages.m_mapNamed["href"], setFound) << "none leads nowhere, each page is linked";
     uintmax_t uBytes = 0;
     for (const fs::path& path : List(MANUAL, ".png")) {
-        setPictures.insert("pictures/" + path.filename().native());
+        setPictures.insert("pictures/" + Utf8Of(path.filename()));
         uBytes += fs::file_size(path);
         EXPECT_TRUE(path.stem() == "lily" ||
-                    fs::exists(MANUAL / "scripts" / (path.stem().native() + ".jsonl")));
+                    fs::exists(MANUAL / "scripts" / (Utf8Of(path.stem()) + ".jsonl")));
     }
     EXPECT_EQ(pages.m_mapNamed["src"], setPictures);
     EXPECT_EQ(List(MANUAL, ".jsonl").size() + 1, setPictures.size());
@@ -142,8 +142,8 @@ class CManualScripts : public CProgramTest {};
 
 TEST_F(CManualScripts, Play) {
     for (const fs::path& path : List(MANUAL, ".jsonl"))
-        EXPECT_EQ(RunProgram(VELLUM_SESSION, path.native() + " --in " VELLUM_SOURCE
-                                                             "/docs/examples/drawing.png --out result.png"),
+        EXPECT_EQ(RunProgram(VELLUM_SESSION, Utf8Of(path) + " --in " VELLUM_SOURCE
+                                                            "/docs/examples/drawing.png --out result.png"),
                   0)
             << m_strSaid;
 }

@@ -2,9 +2,6 @@
 
 #include "TestPaths.h"
 
-#include <pty.h>
-#include <unistd.h>
-
 namespace {
 
 class CSessionProgram : public CProgramTest {
@@ -75,10 +72,13 @@ TEST_F(CSessionProgram, ABatchDoesWhatItCan) {
                 Says("pages/f.png: failed: pages/f.png: not a picture") && Says("\n4 done, 2 failed, "))
         << m_strSaid;
     EXPECT_FALSE(std::filesystem::exists(m_folder.File("done/deep/e.png")));
-    EXPECT_EQ(Run("--each 'pages/[ab].png' --out-dir done half"), 0) << m_strSaid;
-    SavePage("pages/d.png", 7, Qt::blue);
-    EXPECT_EQ(Run("--each 'pages/[cd].png' --out-dir safe half --module '" VELLUM_CRASHING_MODULE "'"), 1);
-    EXPECT_TRUE(Says("pages/d.png: failed: ended by signal 11") && Says("pages/c.png: done")) << m_strSaid;
+    SavePage("絵/1 a.png", 25, Qt::blue);
+    Write("絵/2 a.pngx", "none of them");
+    EXPECT_EQ(Run("--each '絵/? a.png' --out-dir 絵/done half"), 0) << m_strSaid;
+    SavePage("絵/2 a.png", 7, Qt::blue);
+    EXPECT_EQ(Run("--each '絵/*a.png' --out-dir safe half --module '" VELLUM_CRASHING_MODULE "'"), 1);
+    EXPECT_TRUE(Says("絵/2 a.png: failed: ended by ") && Says("絵/1 a.png: done")) << m_strSaid;
+    EXPECT_TRUE(Says("ended by signal 11 ") || Says("ended by exception c0000005\n")) << m_strSaid;
 }
 
 TEST_F(CSessionProgram, ABatchOfScansIsCleanedUp) {
@@ -86,8 +86,8 @@ TEST_F(CSessionProgram, ABatchOfScansIsCleanedUp) {
     scan.fill(qRgb(214, 209, 200));
     for (int y = 10; y < 14; ++y)
         for (int x = 0; x < 40; ++x) scan.setPixel(x, y, qRgb(48, 40, 52));
-    for (const char* psz : {"a.png", "b.png"}) ASSERT_TRUE(scan.save(m_folder.File(psz).c_str()));
-    ASSERT_TRUE(scan.copy(0, 0, 22, 30).save(m_folder.File("c.png").c_str()));
+    for (const char* psz : {"a.png", "b.png"}) SavePicture(psz, scan);
+    SavePicture("c.png", scan.copy(0, 0, 22, 30));
     EXPECT_EQ(
         Run("--desktop --each '*.png' --out-dir done '" VELLUM_SOURCE "/docs/examples/clean-scan.jsonl'"), 0)
         << m_strSaid;
@@ -112,9 +112,7 @@ TEST_F(CSessionProgram, ABatchOfProjectsIsConverted) {
 }
 
 TEST_F(CSessionProgram, ABatchThatWouldLoseAPageDoesNotBegin) {
-    for (const char* psz : {"pages/a.png", "pages/a.bmp", "more/a.png", "more/b.png"})
-        SavePage(psz, 25, Qt::green);
-    std::filesystem::create_symlink(m_folder.File("pages"), m_folder.File("link"));
+    for (const char* psz : {"pages/a.png", "pages/a.bmp"}) SavePage(psz, 25, Qt::green);
     Write("none", "{\"wait\":1}");
     Write("bad", "{\"wait\":-1}");
     const auto expect = [&](const std::string& strArguments, const std::string& strText) {
@@ -122,10 +120,9 @@ TEST_F(CSessionProgram, ABatchThatWouldLoseAPageDoesNotBegin) {
         EXPECT_TRUE(Says(strText)) << m_strSaid;
         EXPECT_FALSE(std::filesystem::exists(m_folder.File("done")));
     };
-    expect("--each '*/a.png' --out-dir done none", "two results have the name a.png");
     expect("--desktop --each 'pages/a.*' --out-dir done --format svg", "two results have the name a.svg");
     expect("--each 'pages/*.png' --out-dir done --format svg none", "--format svg: no format of results");
-    expect("--each 'pages/*.png' --out-dir link none", "a result would overwrite pages/a.png");
+    expect("--each 'pages/*.png' --out-dir pages/../pages none", "a result would overwrite pages/a.png");
     expect("--each 'pages/*.png' --out-dir done bad", "bad:1: ");
     EXPECT_EQ(LoadPicture("pages/a.png").pixelColor(1, 1), QColor(0, 255, 0, 254));
 }

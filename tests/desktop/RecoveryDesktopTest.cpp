@@ -50,7 +50,7 @@ protected:
         int nStatus = 0;
         ASSERT_TRUE(waitpid(id, &nStatus, 0) == id && WIFSIGNALED(nStatus));
     }
-    std::wstring FileOf(int n) const { return FromUtf8(m_folder.File(std::to_string(n) + ".vlm").native()); }
+    std::wstring FileOf(int n) const { return TextOf(m_folder.File(std::to_string(n) + ".vlm")); }
     boost::shared_ptr<CCanvasBuffer> MakeDocument(int n) const {
         std::mt19937 random(static_cast<uint32_t>(n));
         const auto spCanvas = CreateCanvas({250 + n, 130}, n != 1);
@@ -119,7 +119,7 @@ TEST_F(RecoveryDesktop, YesAtTheEndIsNoLoss) {
         }});
     };
     const auto file = [this](const char* pszName) {
-        return TAnswer{.kind = TAnswer::EKind::File, .strPath = FromUtf8(m_folder.File(pszName).native())};
+        return TAnswer{.kind = TAnswer::EKind::File, .strPath = TextOf(m_folder.File(pszName))};
     };
     const auto compare = [this](CPlayer&) {
         ASSERT_EQ(g_lstCanvasFrame.size(), 1u);
@@ -139,7 +139,7 @@ TEST_F(RecoveryDesktop, YesAtTheEndIsNoLoss) {
 }
 
 TEST_F(RecoveryDesktop, APictureWhoseWritingBrokeOffIsFinishedOnRequest) {
-    const std::wstring strPath = FromUtf8(m_folder.File("絵.png").native());
+    const std::wstring strPath = TextOf(m_folder.File("絵.png"));
     for (const EBoxAnswer answer : {EBoxAnswer::Cancel, EBoxAnswer::Yes}) {
         m_store.Replace(strPath, "half");
         const std::string strName = m_folder.File("Vellumcraft/Recovery/0123456789abcdef-1").native();

@@ -5,15 +5,14 @@
 #include "system/files/FileStore.h"
 #include "system/pictures/ImageCodecs.h"
 #include "system/pictures/QtBitmap.h"
+#include "tests/support/RunProgram.h"
 #include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
 
-#include <sys/wait.h>
-
 class CProgramTest : public testing::Test {
 protected:
-    std::wstring Path(const std::string& strName) { return FromUtf8(m_folder.File(strName).native()); }
+    std::wstring Path(const std::string& strName) { return TextOf(m_folder.File(strName)); }
     /// Writes a file in the folder; creates the subfolders of its name.
     void Write(const std::string& strName, const std::string& strBytes) {
         std::filesystem::create_directories(m_folder.File(strName).parent_path());
@@ -27,17 +26,11 @@ protected:
         const auto spBitmap = CImageCodecs(m_files).Load(Path(strName));
         return spBitmap ? static_cast<CQtBitmap&>(*spBitmap).GetImage() : QImage();
     }
-    /// Runs a program inside the folder; returns its exit code, -1 for a signal.
+    /// Runs a program inside the folder; see RunInFolder for arguments and result.
     int RunProgram(const std::string& strProgram, const std::string& strArguments) {
-        const std::string strCommand = "cd " + m_folder.GetPath().native() +
-                                       " && mkdir -p .tmp && TMPDIR=$PWD/.tmp XDG_CONFIG_HOME=$PWD/.config "
-                                       "env -u DISPLAY -u WAYLAND_DISPLAY "
-                                       "-u QT_QPA_PLATFORM '" +
-                                       strProgram + "' " + strArguments + " >.said 2>&1";
-        const int nStatus = std::system(strCommand.c_str());
-        m_strSaid = m_files.Read(Path(".said")).value_or("");
+        const int nCode = RunInFolder(m_folder.GetPath(), strProgram, strArguments, m_strSaid);
         EXPECT_TRUE(std::filesystem::is_empty(m_folder.File(".tmp"))) << "something is left behind";
-        return WIFEXITED(nStatus) ? WEXITSTATUS(nStatus) : -1;
+        return nCode;
     }
     bool Says(const std::string& str) const { return m_strSaid.find(str) != std::string::npos; }
 

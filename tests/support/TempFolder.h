@@ -2,6 +2,10 @@
 #pragma once
 
 #include "core/Base/Text.h"
+#include "system/environment/Locations.h"
+#include "system/environment/Variables.h"
+#include "system/files/FilePath.h"
+#include "system/files/FileStatus.h"
 #include "system/files/FileStore.h"
 #include <cstdlib>
 #include <filesystem>
@@ -9,10 +13,7 @@
 
 class CTempFolder {
 public:
-    CTempFolder() {
-        std::string strName = (std::filesystem::temp_directory_path() / "vellum-XXXXXX").native();
-        m_path = mkdtemp(strName.data()) ? strName : std::string();
-    }
+    CTempFolder() : m_path(MakeTempFolder("vellum-")) {}
     ~CTempFolder() {
         std::error_code error;
         std::filesystem::remove_all(m_path, error);
@@ -20,15 +21,15 @@ public:
     CTempFolder(const CTempFolder&) = delete;
     CTempFolder& operator=(const CTempFolder&) = delete;
 
-    std::filesystem::path File(const std::string& strName) const { return m_path / strName; }
+    std::filesystem::path File(const std::string& strName) const { return m_path / PathOf(strName); }
     const std::filesystem::path& GetPath() const { return m_path; }
 
 private:
-    std::filesystem::path m_path;
+    const std::filesystem::path m_path;
 };
 
 /// The same, set as the folder of the program's settings.
 struct CSettingsFolder : CTempFolder {
-    CSettingsFolder() { setenv("XDG_CONFIG_HOME", GetPath().c_str(), 1); }
-    ~CSettingsFolder() { unsetenv("XDG_CONFIG_HOME"); }
+    CSettingsFolder() { SetVariable(CLocations::APP_DATA_VARIABLE, Utf8Of(GetPath())); }
+    ~CSettingsFolder() { SetVariable(CLocations::APP_DATA_VARIABLE, {}); }
 };

@@ -24,15 +24,16 @@ protected:
         ASSERT_TRUE(m_first.Listen([this](const TPaths& vPaths) { m_vTaken.push_back(vPaths); }));
     }
     EStart StartAnother(const TPaths& vPaths) {
-        auto result = std::async(std::launch::async, [&] { return CInstance(m_strFolder).Begin(vPaths); });
+        auto result =
+            std::async(std::launch::async, [&] { return CInstance(m_folder.GetPath()).Begin(vPaths); });
         while (result.wait_for(std::chrono::milliseconds(0)) != std::future_status::ready) QTest::qWait(1);
         return result.get();
     }
 
     CTempFolder m_folder;
-    const std::string m_strFolder = m_folder.GetPath().native();
-    const QString m_strSocket = QString::fromStdString(m_strFolder + "/vellumcraft.socket");
-    CInstance m_first{m_strFolder};
+    const QString m_strServer = FindInstancePlace(m_folder.GetPath()).strServer;
+    const std::string m_strRoot = Utf8Of(m_folder.GetPath().root_path());
+    CInstance m_first{m_folder.GetPath()};
     std::vector<TPaths> m_vTaken;
 };
 
@@ -40,15 +41,16 @@ protected:
 
 TEST_F(Instance, PathsArriveByteByByteAndNonsenseDoesNot) {
     Listen();
-    const TPaths vPaths = WithActivation({"/絵/a b\n1.vlm", "/\xFF.png", "new"}, "token");
+    const TPaths vPaths =
+        WithActivation({m_strRoot + "絵/a b\n1.vlm", m_strRoot + "\xFF.png", "new"}, "token");
     EXPECT_EQ(vPaths.front(), "activation token");
-    const std::string strGood = PackPaths({"/a"});
+    const std::string strGood = PackPaths({m_strRoot + "a"});
     for (const std::string& strBad :
          {std::string("00000003a\0b", 11), std::string("zzzzzzzz/a"), std::string("ffffffff"),
-          std::string("00000003/ab"), PackPaths({"relative"}), PackPaths({"/a", "activation b"}),
+          std::string("00000003/ab"), PackPaths({"relative"}), PackPaths({m_strRoot + "a", "activation b"}),
           strGood + "x", PackPaths({""})}) {
         QLocalSocket socket;
-        socket.connectToServer(m_strSocket);
+        socket.connectToServer(m_strServer);
         ASSERT_TRUE(socket.waitForConnected(1000));
         socket.write(QByteArray::fromStdString(strBad));
         EXPECT_TRUE(QTest::qWaitFor([&] { return socket.state() == QLocalSocket::UnconnectedState; }, 1000))
@@ -56,8 +58,8 @@ TEST_F(Instance, PathsArriveByteByByteAndNonsenseDoesNot) {
     }
     EXPECT_EQ(StartAnother(vPaths), EStart::HandedOver);
     EXPECT_EQ(StartAnother({}), EStart::HandedOver);
-    EXPECT_EQ(StartAnother(TPaths(20000, "/a")), EStart::HandedOver);
-    EXPECT_EQ(m_vTaken, (std::vector<TPaths>{vPaths, {}, TPaths(20000, "/a")}));
+    EXPECT_EQ(StartAnother(TPaths(20000, m_strRoot + "a")), EStart::HandedOver);
+    EXPECT_EQ(m_vTaken, (std::vector<TPaths>{vPaths, {}, TPaths(20000, m_strRoot + "a")}));
 }
 
 TEST_F(Instance, OfManyStartsAtOneMomentOneIsTheFirst) {
@@ -65,8 +67,8 @@ TEST_F(Instance, OfManyStartsAtOneMomentOneIsTheFirst) {
     std::atomic<int> nFirst = 0, nHanded = 0;
     for (int n = 0; n < 6; ++n)
         vThreads.emplace_back([&] {
-            CInstance instance(m_strFolder);
-            const EStart start = instance.Begin({"/a"});
+            CInstance instance(m_folder.GetPath());
+            const EStart start = instance.Begin({m_strRoot + "a"});
             if (start == EStart::HandedOver) ++nHanded;
             if (start != EStart::First) return;
             ++nFirst;
@@ -81,22 +83,25 @@ TEST_F(Instance, OfManyStartsAtOneMomentOneIsTheFirst) {
 
 TEST_F(Instance, TheRealProgramFollowsAKilledOneWhoseRecordIsWhole) {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    for (const char* psz : {"XDG_RUNTIME_DIR", "XDG_CONFIG_HOME", "XDG_DATA_HOME"})
-        environment.insert(psz, QString::fromStdString(m_strFolder));
-    QImage(20, 10, QImage::Format_RGB32).save(QString::fromStdString(m_folder.File("page.png").native()));
+    const QString strFolder = QString::fromStdString(Utf8Of(m_folder.GetPath()));
+    for (const char* psz : {"XDG_RUNTIME_DIR", CLocations::APP_DATA_VARIABLE, "XDG_DATA_HOME"})
+        environment.insert(psz, strFolder);
+    QImage(20, 10, QImage::Format_RGB32).save(strFolder + "/page.png");
     const auto start = [&](QProcess& process, const QStringList& lstArguments) {
         process.setProcessEnvironment(environment);
-        process.setWorkingDirectory(QString::fromStdString(m_strFolder));
+        process.setWorkingDirectory(strFolder);
         process.start(VELLUM_DESKTOP, lstArguments);
     };
     const auto isListening = [&] {
-        QLocalSocket socket;
-        socket.connectToServer(m_strSocket);
-        return socket.waitForConnected(1000) && socket.waitForReadyRead(2000);
+        // The folder of the user's session, or that of the settings.
+        for (const auto& folder : {m_folder.GetPath(), m_folder.File("Vellumcraft")}) {
+            QLocalSocket socket;
+            socket.connectToServer(FindInstancePlace(folder).strServer);
+            if (socket.waitForConnected(1000)) return socket.waitForReadyRead(2000);
+        }
+        return false;
     };
-    const auto readRecord = [&] {
-        return CFileStore().Read(FromUtf8(m_folder.File("record").native())).value_or("");
-    };
+    const auto readRecord = [&] { return CFileStore().Read(TextOf(m_folder.File("record"))).value_or(""); };
     const auto hasOpened = [&] { return readRecord().find("file-new") != std::string::npos; };
     for (int nRound = 0; nRound < 2; ++nRound) {
         QProcess first, second, recorded; // the first one is killed

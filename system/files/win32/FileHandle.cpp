@@ -6,8 +6,11 @@ namespace {
 
 /// The system's limit of ordinary paths, less room for the name of a file in a folder that is made with them.
 constexpr size_t SHORT_PATH = 240;
+constexpr size_t LONGEST_NAME = 255; ///< characters
 
 } // namespace
+
+bool HasLongName(const fs::path& path) { return path.filename().native().size() > LONGEST_NAME; }
 
 fs::path LongPathOf(const fs::path& path) {
     if (path.native().size() < SHORT_PATH || path.native().starts_with(L"\\\\?\\")) return path;

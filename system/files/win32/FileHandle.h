@@ -10,6 +10,9 @@ inline HANDLE HandleOf(const COpenFile& file) { return reinterpret_cast<HANDLE>(
 /// The path in a form that may have more than 260 characters. A short one stays as it is.
 std::filesystem::path LongPathOf(const std::filesystem::path& path);
 
+/// True for a name that no file system takes; the calls then give different errors.
+bool HasLongName(const std::filesystem::path& path);
+
 /// A handle that closes itself.
 class COpenHandle : boost::noncopyable {
 public:

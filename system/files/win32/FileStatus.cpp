@@ -22,6 +22,10 @@ COpenHandle OpenToAsk(const fs::path& path) {
 } // namespace
 
 std::optional<EFileKind> KindOf(const fs::path& path) {
+    if (HasLongName(path)) {
+        SetLastError(ERROR_FILENAME_EXCED_RANGE);
+        return std::nullopt;
+    }
     const DWORD uAttributes = GetFileAttributesW(LongPathOf(path).c_str());
     if (uAttributes == INVALID_FILE_ATTRIBUTES) {
         // A missing folder is found out when the new file is created in it.

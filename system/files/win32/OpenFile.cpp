@@ -27,6 +27,16 @@ HANDLE Open(const wchar_t* pszPath, COpenFile::EAccess access) {
                        nullptr);
 }
 
+// A folder is refused like a file without rights.
+DWORD PreciseError(const std::filesystem::path& path, DWORD uError) {
+    if (HasLongName(path)) return ERROR_FILENAME_EXCED_RANGE;
+    if (uError != ERROR_ACCESS_DENIED) return uError;
+    const DWORD uAttributes = GetFileAttributesW(LongPathOf(path).c_str());
+    const bool bFolder =
+        uAttributes != INVALID_FILE_ATTRIBUTES && (uAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+    return bFolder ? ERROR_DIRECTORY : uError;
+}
+
 // An operation at a position. Such a call moves the file's own position as well.
 OVERLAPPED At(uint64_t uAt) {
     OVERLAPPED place{};
@@ -41,9 +51,11 @@ OVERLAPPED At(uint64_t uAt) {
 COpenFile::COpenFile(const std::filesystem::path& path, EAccess access, bool)
     : m_nHandle(reinterpret_cast<intptr_t>(Open(LongPathOf(path).c_str(), access))) {
     // Names such as "nul" mean devices in every folder.
-    if (!IsOpen() || GetFileType(HandleOf(*this)) == FILE_TYPE_DISK) return;
-    Close();
-    SetLastError(ERROR_INVALID_NAME);
+    if (IsOpen() && GetFileType(HandleOf(*this)) != FILE_TYPE_DISK) {
+        Close();
+        SetLastError(ERROR_INVALID_NAME);
+    }
+    if (!IsOpen()) SetLastError(PreciseError(path, GetLastError()));
 }
 
 void COpenFile::Close() {

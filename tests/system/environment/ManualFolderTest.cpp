@@ -8,25 +8,15 @@
 
 #include <fstream>
 
-TEST(ManualFolder, IsBesideTheModuleOrInADataFolder) {
+TEST(ManualFolder, IsBesideTheModule) {
     const CTempFolder folder;
-    const auto put = [&](const char* pszFolder) {
-        const auto path = folder.File(pszFolder);
-        std::filesystem::create_directories(path);
-        std::ofstream(path / "index.html") << "page";
-        return path;
-    };
-    const auto find = [&](const char* pszModule) {
-        return FindManual(folder.File(pszModule),
-                          folder.File("none").native() + ":" + folder.File("data").native());
-    };
+    const auto find = [&](const char* pszModule) { return FindManual(folder.File(pszModule), {}); };
     EXPECT_EQ(find("usr/bin/program"), "");
-    const auto data = put("data/vellumcraft/manual");
-    EXPECT_EQ(find("usr/bin/program"), data);
-    EXPECT_EQ(FindManual("/program", std::filesystem::relative(folder.File("data")).native()), "");
-    const auto usr = put("usr/share/vellumcraft/manual");
-    EXPECT_EQ(find("usr/bin/program"), usr);
-    EXPECT_EQ(find("usr/lib/machine/vellumcraft/vellumcraft.8bf"), usr);
-    EXPECT_EQ(find("elsewhere/vellumcraft.8bf"), data);
+    const auto path = folder.File("usr/share/vellumcraft/manual");
+    std::filesystem::create_directories(path);
+    std::ofstream(path / "index.html") << "page";
+    EXPECT_EQ(find("usr/bin/program"), path);
+    EXPECT_EQ(find("usr/lib/machine/vellumcraft/vellumcraft.8bf"), path);
+    EXPECT_EQ(find("elsewhere/vellumcraft.8bf"), "");
     EXPECT_TRUE(std::filesystem::equivalent(FindManual(), VELLUM_BUILD "/share/vellumcraft/manual"));
 }

@@ -1,7 +1,7 @@
 #include "system/environment/Locations.h"
 #include "system/files/SnapshotStore.h"
-#include "tests/support/InProcess.h"
 #include "tests/support/TempFolder.h"
+#include "tests/support/posix/InProcess.h"
 
 #include <fstream>
 
@@ -14,7 +14,7 @@ namespace fs = std::filesystem;
 class SafetyCopy : public testing::Test {
 protected:
     SafetyCopy() {
-        CFileStore().Replace(FromUtf8(m_path.native()), m_strOld);
+        CFileStore().Replace(TextOf(m_path), m_strOld);
         chmod(m_settings.GetPath().c_str(), 0777);
         chmod(m_path.c_str(), 0666);
         chmod(m_folder.GetPath().c_str(), 0555);
@@ -22,7 +22,7 @@ protected:
     ~SafetyCopy() override { chmod(m_folder.GetPath().c_str(), 0755); }
 
     bool Save(const std::string& str) {
-        return AsPlainUser(0, [&] { return !!m_files.Replace(FromUtf8(m_path.native()), str); });
+        return AsPlainUser(0, [&] { return !!m_files.Replace(TextOf(m_path), str); });
     }
     // Saves, but no file can grow beyond `uLimit` after the copy was filled. The process ends there if
     // `bDies`.
@@ -33,10 +33,10 @@ protected:
                 const rlimit limit{uLimit, uLimit};
                 return fnWrite(str) && setrlimit(RLIMIT_FSIZE, &limit) == 0;
             };
-            return m_files.ReplaceBy(FromUtf8(m_path.native()), fill).GetFailure() == failure;
+            return m_files.ReplaceBy(TextOf(m_path), fill).GetFailure() == failure;
         });
     }
-    std::string Content() { return m_files.Read(FromUtf8(m_path.native())).value_or(""); }
+    std::string Content() { return m_files.Read(TextOf(m_path)).value_or(""); }
     ino_t Node() {
         struct stat status {};
         stat(m_path.c_str(), &status);
@@ -87,9 +87,9 @@ TEST_F(SafetyCopy, WhatBrokeOffIsOfferedUntilTheFileIsWhole) {
         const auto vLeft = store.FindLeft();
         ASSERT_EQ(vLeft.size(), 1u);
         const fs::path pathCopy = m_pathRecovery / (ToUtf8(vLeft[0].strName) + ".vlm");
-        EXPECT_TRUE(m_files.Read(FromUtf8(pathCopy.native())) == m_strNew);
+        EXPECT_TRUE(m_files.Read(TextOf(pathCopy)) == m_strNew);
         EXPECT_TRUE(vLeft[0].bFileCopy && vLeft[0].bHasFile);
-        EXPECT_EQ(vLeft[0].note.strPath, FromUtf8(m_path.native()));
+        EXPECT_EQ(vLeft[0].note.strPath, TextOf(m_path));
         EXPECT_EQ(vLeft[0].note.strTitle, L"絵 1.vlm");
     }
     EXPECT_TRUE(SaveFails(m_strNew + "longer", 1 << 20, EFileFailure::TooBigForDisk));

@@ -24,6 +24,6 @@ TEST(Locations, FollowTheEnvironmentAtEachCall) {
 
 TEST(Locations, MakesFoldersForTheUserAlone) {
     CTempFolder folder;
-    for (int i = 0; i < 2; ++i) CLocations().MakeFolder(FromUtf8(folder.File("a/b/c").native()));
+    for (int i = 0; i < 2; ++i) CLocations().MakeFolder(TextOf(folder.File("a/b/c")));
     EXPECT_EQ(std::filesystem::status(folder.File("a/b/c")).permissions(), std::filesystem::perms{0700});
 }

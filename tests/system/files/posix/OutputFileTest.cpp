@@ -1,8 +1,8 @@
 #include "system/files/OutputFile.h"
 
 #include "system/files/FileStore.h"
-#include "tests/support/InProcess.h"
 #include "tests/support/TempFolder.h"
+#include "tests/support/posix/InProcess.h"
 
 #include <gtest/gtest.h>
 

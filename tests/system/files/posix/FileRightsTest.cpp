@@ -1,5 +1,5 @@
-#include "tests/support/InProcess.h"
 #include "tests/support/TempFolder.h"
+#include "tests/support/posix/InProcess.h"
 
 #include <sys/stat.h>
 #include <sys/xattr.h>
@@ -26,7 +26,7 @@ class FileRights : public testing::Test {
 protected:
     FileRights() { chmod(m_folder.GetPath().c_str(), 0777); }
 
-    bool Save() { return !!CFileStore().Replace(FromUtf8(m_path.native()), "new"); }
+    bool Save() { return !!CFileStore().Replace(TextOf(m_path), "new"); }
     void Make(gid_t uGroup, mode_t mode) {
         ASSERT_TRUE(Save());
         ASSERT_EQ(chown(m_path.c_str(), THEIR_USER, uGroup), 0);

@@ -1,4 +1,4 @@
-#include "system/environment/DesktopRecent.h"
+#include "system/environment/posix/DesktopRecent.h"
 
 #include "tests/support/MemoryFiles.h"
 #include "tests/support/TempFolder.h"
