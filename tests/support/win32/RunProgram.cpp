@@ -11,7 +11,7 @@
 
 namespace {
 
-std::vector<std::string> Split(const std::string& strArguments, std::string& strSaid) {
+std::vector<std::string> Split(const std::string& strArguments) {
     std::vector<std::string> vArguments;
     bool bInside = false, bQuoted = false; // in an argument, in quotes
     for (const char ch : strArguments) {
