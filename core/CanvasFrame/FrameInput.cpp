@@ -41,6 +41,7 @@ void CFrameInput::Open() {
     if (!pen.IsPresent()) return;
     const bool bMouseCoord =
         m_frame.GetOutside().settings.GetSection(L"Tablet")->GetInt(L"MouseCoord", 1) != 0;
+    pen.SetMouseCoord(bMouseCoord);
     m_pTablet = std::make_unique<CTablet>(pen, bMouseCoord);
     SetPenCurve(TPenCurve::Read(m_frame.GetOutside().settings));
 }

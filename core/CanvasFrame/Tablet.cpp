@@ -32,11 +32,6 @@ CTablet::CTablet(IPen& pen, bool bMouseCoord) : m_pen(pen), m_range(pen.GetPress
     m_nCoordScale = bMouseCoord ? std::min(m_nUnits, CURSOR_UNITS) : m_nUnits;
 }
 
-void CTablet::Enable(bool bEnable) {
-    if (m_bEnabled != bEnable) m_pen.Enable(bEnable);
-    m_bEnabled = bEnable;
-}
-
 std::optional<TPenEvent> CTablet::Decode(const TPenPacket& packet, const ICanvasWindow& window,
                                          bool bCaptured) {
     // The system cursor follows the pen: use its pixel at the time of this packet.

@@ -30,8 +30,8 @@ public:
     size_t Read(TPenPacket* pPackets) { return m_pen.GetPackets(pPackets, IPen::QUEUE_SIZE); }
     /// Stretches the pressures from now on.
     void SetCurve(const TPenCurve& curve) { m_curve = curve; }
-    /// Switches the packets on or off unless they already are.
-    void Enable(bool bEnable);
+    /// Switches the packets of all frames on or off.
+    void Enable(bool bEnable) { m_pen.Enable(bEnable); }
 
     /// Units of a position to a pixel.
     int32_t GetCoordScale() const { return m_nCoordScale; }
@@ -46,5 +46,4 @@ private:
     int32_t m_nCoordScale = 1;
     uint32_t m_nAltitudeMax = 1;
     TPenCurve m_curve;
-    bool m_bEnabled = true;
 };

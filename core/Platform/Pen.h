@@ -47,10 +47,14 @@ public:
     virtual TPenDevice GetDevice() = 0;
     virtual TPenAxis GetPressureAxis() = 0;
     virtual TPenAxis GetAltitudeAxis() = 0;
+    /// Whether frames take positions from the system's cursor or from the tablet itself. The first call of a
+    /// session decides; a pen may do the same in either case.
+    virtual void SetMouseCoord(bool bMouseCoord) = 0;
     /// Packet position units per device pixel of the screen.
     virtual int32_t GetUnitsPerPixel() = 0;
     /// Removes up to `nMax` packets, the oldest first; returns their number.
     virtual size_t GetPackets(TPenPacket* pPackets, size_t nMax) = 0;
-    /// Switches packets on or off, so that another window can receive them.
+    /// Switches packets on or off, so that another window can receive them. Any number of frames may say the
+    /// same again.
     virtual void Enable(bool bEnable) = 0;
 };

@@ -78,6 +78,7 @@ public:
     TPenDevice GetDevice() override { return m_pen.GetDevice(); }
     TPenAxis GetPressureAxis() override { return m_pen.GetPressureAxis(); }
     TPenAxis GetAltitudeAxis() override { return m_pen.GetAltitudeAxis(); }
+    void SetMouseCoord(bool bMouseCoord) override { m_pen.SetMouseCoord(bMouseCoord); }
     int32_t GetUnitsPerPixel() override { return m_pen.GetUnitsPerPixel(); }
     size_t GetPackets(TPenPacket* pPackets, size_t nMax) override {
         const size_t nPackets = m_pen.GetPackets(pPackets, nMax);

@@ -13,6 +13,7 @@ public:
     TPenDevice GetDevice() override { return {L"script", L"session", true, true, true}; }
     TPenAxis GetPressureAxis() override { return {0, m_device.nPressure}; }
     TPenAxis GetAltitudeAxis() override { return {0, m_device.nAltitude}; }
+    void SetMouseCoord(bool) override {}
     int32_t GetUnitsPerPixel() override { return m_device.nUnits; }
     size_t GetPackets(TPenPacket* pPackets, size_t nMax) override {
         size_t n = 0;

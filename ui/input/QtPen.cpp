@@ -1,5 +1,6 @@
 #include "ui/input/QtPen.h"
 
+#include "core/AppModule/ErrorBox.h"
 #include "ui/base/QtApplication.h"
 #include "ui/base/QtText.h"
 #include "ui/input/QtEventPump.h"
@@ -46,6 +47,11 @@ uint32_t ButtonsOf(const QTabletEvent& event) {
 
 } // namespace
 
+CQtPen::CQtPen(CQtEventPump& pump, const TNativePenMaker& fnMake)
+    : m_pump(pump), m_pNative(fnMake({{{0, PRESSURE_MAX}, {0, ALTITUDE_MAX}, UNITS_PER_PIXEL},
+                                      [this](std::span<const TPenPacket> packets) { AddNative(packets); },
+                                      [this](bool bEnter) { PostProximity(bEnter, false); }})) {}
+
 TPenPacket CQtPen::MakePacket(const QTabletEvent& event, const QPointF& pt, qreal dScale) {
     const auto unit = [&](qreal d) {
         return static_cast<int32_t>(std::lround(d * dScale * UNITS_PER_PIXEL));
@@ -68,11 +74,38 @@ TPenPacket CQtPen::MakePacket(const QTabletEvent& event, const QPointF& pt, qrea
 }
 
 void CQtPen::Push(const QTabletEvent& event, qreal dScale) {
-    m_deqPackets.push_back(MakePacket(event, event.globalPosition(), dScale));
+    if (m_pNative && m_pNative->TakesOver()) return;
+    Add(MakePacket(event, event.globalPosition(), dScale));
+}
+
+void CQtPen::Add(const TPenPacket& packet) {
+    m_deqPackets.push_back(packet);
     if (m_deqPackets.size() > QUEUE_SIZE) m_deqPackets.pop_front();
 }
 
+void CQtPen::AddNative(std::span<const TPenPacket> packets) {
+    // Nobody has read the last ones: they must not be drawn later, and the pen is left to the pointer.
+    if (!m_deqPackets.empty() && m_uRound != m_pump.GetRound()) {
+        m_deqPackets.clear();
+        m_pNative->Enable(false);
+    }
+    m_uRound = m_pump.GetRound();
+    Guarded([&] {
+        for (const TPenPacket& packet : packets) Add(packet);
+    });
+    if (IWindow* pReceiver = GetReceiver()) m_pump.Post({pReceiver, EMessage::PenPacket});
+}
+
+void CQtPen::SetMouseCoord(bool bMouseCoord) {
+    if (m_pNative) m_pNative->SetMouseCoord(bMouseCoord);
+}
+
+void CQtPen::Enable(bool bEnable) {
+    if (m_pNative) m_pNative->Enable(bEnable);
+}
+
 TPenDevice CQtPen::GetDevice() {
+    if (const auto native = m_pNative ? m_pNative->GetDevice() : std::nullopt) return *native;
     const QInputDevice* pPen = nullptr;
     for (const QInputDevice* pDevice : QInputDevice::devices())
         if (pDevice->type() == QInputDevice::DeviceType::Stylus) pPen = pDevice;
@@ -82,7 +115,7 @@ TPenDevice CQtPen::GetDevice() {
     return {bMadeUp ? L"ペンタブレット"
             : pPen  ? FromQt(pPen->name())
                     : std::wstring(),
-            FromQt(QGuiApplication::platformName()), can.testFlag(QInputDevice::Capability::Pressure),
+            GetPenSystem(), can.testFlag(QInputDevice::Capability::Pressure),
             can.testFlag(QInputDevice::Capability::XTilt) || (bMadeUp && m_bTilts),
             can.testFlag(QInputDevice::Capability::Rotation)};
 }
@@ -94,7 +127,8 @@ size_t CQtPen::GetPackets(TPenPacket* pPackets, size_t nMax) {
     return n;
 }
 
-void CQtPen::SetReceiver(std::function<IWindow*()> fnReceiver) {
+void CQtPen::SetWindow(QWidget* pWindow, std::function<IWindow*()> fnReceiver) {
+    if (m_pNative) m_pNative->SetWindow(pWindow);
     m_fnReceiver = std::move(fnReceiver);
     // Qt sends the proximity events of a pen to the application, not to a window.
     qApp->removeEventFilter(this);
@@ -114,12 +148,12 @@ bool CQtPen::eventFilter(QObject*, QEvent* pEvent) {
         Follow(static_cast<QTabletEvent&>(*pEvent));
     if (pEvent->type() == QEvent::TabletLeaveProximity) m_ptNear.reset();
     if (!bEnter && pEvent->type() != QEvent::TabletLeaveProximity) return false;
-    IWindow* pReceiver = m_fnReceiver ? m_fnReceiver() : nullptr;
-    if (pReceiver)
-        m_pump.Post({pReceiver,
-                     EMessage::PenProximity,
-                     bEnter ? 1 : 0,
-                     IsEraser(static_cast<QTabletEvent&>(*pEvent)) ? 2 : 1,
-                     {}});
+    if (!m_pNative || !m_pNative->IsInCharge())
+        PostProximity(bEnter, IsEraser(static_cast<QTabletEvent&>(*pEvent)));
     return false;
+}
+
+void CQtPen::PostProximity(bool bEnter, bool bEraser) {
+    if (IWindow* pReceiver = GetReceiver())
+        m_pump.Post({pReceiver, EMessage::PenProximity, bEnter ? 1 : 0, bEraser ? 2 : 1, {}});
 }

@@ -85,7 +85,7 @@ CQtMainWindow::CQtMainWindow(IWindowClient& client, const TMainWindowSetup& setu
     PlaceAtFirst();
     WatchScreens();
     m_keys.SetWindow(this, [this] { return GetReceiver(); });
-    m_pen.SetReceiver([this] { return GetReceiver(); });
+    m_pen.SetWindow(this, [this] { return GetReceiver(); });
     m_life.Open();
 }
 
@@ -106,7 +106,7 @@ IWindow* CQtMainWindow::GetReceiver() {
 // By the time this window is freed the keys and the pen may belong to another one.
 void CQtMainWindow::LeaveInput() {
     m_keys.SetWindow(nullptr, {});
-    m_pen.SetReceiver({});
+    m_pen.SetWindow(nullptr, {});
 }
 
 void CQtMainWindow::MakeStatusBar() {

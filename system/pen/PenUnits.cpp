@@ -1,4 +1,4 @@
-#include "system/pen/win32/PenUnits.h"
+#include "system/pen/PenUnits.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -26,8 +26,8 @@ int32_t ConvertAltitude(int32_t nAltitude, const TPenAxis& from, const TPenAxis&
 TPenPacket ConvertPacket(const TPenPacket& packet, const TPenUnits& from, const TPenUnits& to,
                          CPoint ptShift) {
     const auto place = [&](int32_t n, int32_t nShift) {
-        return static_cast<int32_t>(
-            FloorDivide((n + int64_t{nShift} * from.nPerPixel) * to.nPerPixel, from.nPerPixel));
+        const int64_t nTwice = 2 * (n + int64_t{nShift} * from.nPerPixel) + 1;
+        return static_cast<int32_t>(FloorDivide(nTwice * to.nPerPixel, 2 * int64_t{from.nPerPixel}));
     };
     TPenPacket result = packet;
     result.x = place(packet.x, ptShift.x);
