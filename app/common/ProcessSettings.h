@@ -1,4 +1,4 @@
-// What the application changes for its whole process.
+// Settings of the whole process that the application changes.
 #pragma once
 
 #include <boost/noncopyable.hpp>

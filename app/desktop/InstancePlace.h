@@ -1,4 +1,4 @@
-// Where a start of the program finds the running instance.
+// The place at which a start of the program finds the running instance.
 #pragma once
 
 #include <QString>

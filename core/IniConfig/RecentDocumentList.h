@@ -26,7 +26,7 @@ public:
     /// Newest first.
     const std::vector<std::wstring>& GetPaths();
 
-    /// Where the platform keeps the list.
+    /// The platform's store of the list.
     static IFileStore& FindStore(const TPlatform& platform);
     /// Its path there, in the folder of the settings.
     static std::wstring FindPath(ILocations& locations);

@@ -35,7 +35,7 @@ std::string PresentTime() {
     const std::time_t time = std::time(nullptr);
     std::tm parts{};
     char szTime[32];
-    // Where the system has its own buffer, the parts are there and not in this one.
+    // The parts are in the system's own buffer if it has one, not in this one.
     const std::tm* pParts = boost::date_time::c_time::localtime(&time, &parts);
     return {szTime, std::strftime(szTime, sizeof szTime, "%Y-%m-%d %H:%M", pParts)};
 }

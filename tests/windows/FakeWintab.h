@@ -20,7 +20,7 @@ struct TFakeTablet {
     int32_t nScreenHeight = 1200;
 };
 
-/// What the driver was told.
+/// The requests that the driver has received.
 struct TFakeState {
     int nContexts = 0; ///< open at the moment
     int nOverlaps = 0; ///< how often a context was put on top

@@ -11,7 +11,7 @@
 
 class QWidget;
 
-/// What is reported, in the units that were asked for. The functions may be called whenever Qt handles
+/// The reports, in the units that were asked for. The functions may be called whenever Qt handles
 /// events, and throw nothing.
 struct TNativePenEvents {
     TPenUnits units;
