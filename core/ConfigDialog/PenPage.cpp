@@ -24,6 +24,7 @@ enum EField : int {
 };
 
 constexpr uint32_t COLLECT_MS = 10000;
+constexpr uint32_t MOUSE_ECHO_MS = 1000; ///< some drivers move the mouse beside the pen
 constexpr wchar_t HINT[] = L"ボタンを押してから 10 秒間、ふだんの強さで描きます。";
 
 std::wstring Degrees(int32_t nTenths) { return std::to_wstring((std::abs(nTenths) + 5) / 10) + L"°"; }
@@ -108,6 +109,7 @@ void CPenPage::OnPointer(EMessage id, CPoint pt) {
     IPen& pen = GetOutside().platform.pen;
     TPenReport report;
     report.uTime = GetOutside().platform.clock.GetTickCount();
+    if (m_uPenTick && report.uTime - *m_uPenTick < MOUSE_ECHO_MS) return;
     report.packet.x = pt.x * pen.GetUnitsPerPixel();
     report.packet.y = pt.y * pen.GetUnitsPerPixel();
     report.packet.uCursor = 1;
@@ -119,6 +121,7 @@ void CPenPage::OnPointer(EMessage id, CPoint pt) {
 }
 
 void CPenPage::OnPen(const TPenReport& report) {
+    m_uPenTick = GetOutside().platform.clock.GetTickCount();
     m_trace.Add(report);
     if (m_bCollecting) Collect(report);
     Show();

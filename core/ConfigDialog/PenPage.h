@@ -4,13 +4,16 @@
 #include "core/ConfigDialog/ConfigPage.h"
 #include "core/ConfigDialog/PenViews.h"
 
+#include <optional>
+
 class CPenPage : public CConfigPage {
 public:
     explicit CPenPage(const TConfigOutside& outside);
 
     std::vector<TPanelControl> MakeControls() override;
     void OnControl(TPanelControl& control) override;
-    /// The mouse draws with full pressure. It tells nothing about the hand.
+    /// The mouse draws with full pressure, unless a pen has just been reported. It tells nothing about the
+    /// hand.
     void OnPointer(EMessage id, CPoint pt) override;
     void OnPen(const TPenReport& report) override;
     void Apply() override;
@@ -33,7 +36,8 @@ private:
     TPenCurve m_fitted; ///< the curve on offer
     TPenCurve m_shown;  ///< that one where it is taken, else the straight one
     bool m_bCollecting = false;
-    uint32_t m_uStart = 0; ///< time of the first pressure that was collected
+    std::optional<uint32_t> m_uPenTick; ///< the clock's time at the pen's last report
+    uint32_t m_uStart = 0;              ///< time of the first pressure that was collected
     std::wstring m_strStatus;
     CPenTraceView m_viewTrace;
     CPressHistogramView m_viewHistogram{m_histogram, m_shown};

@@ -13,7 +13,8 @@ namespace {
 
 // Controls of the pages.
 enum EControl : int {
-    PEN_TRACE = 203,
+    PEN_LAST = 202,
+    PEN_TRACE,
     PEN_FIT = 205,
     PEN_END,
     PEN_STATUS,
@@ -250,6 +251,20 @@ TEST_F(ConfigDialog, ThePensPressuresAreFittedAfterTenSecondsOrWhenAsked) {
     EXPECT_NEAR(m_curve.uHigh, (600 - 20) * TPenCurve::FULL / 1003, 3000);
     CIniConfig config(L"/settings/Vellumcraft/Vellumcraft.ini", m_outside.m_files);
     EXPECT_EQ(TPenCurve::Read(config), m_curve);
+}
+
+TEST_F(ConfigDialog, TheMouseThatADriverMovesBesideThePenIsNotDrawn) {
+    Run([&](CConfigDialog& dialog) {
+        const auto press = [&](uint32_t uLater) {
+            m_pStage->clock.Advance(uLater);
+            dialog.OnControlMessage({nullptr, EMessage::LButtonDown, PackView(0, PEN_TRACE), 0});
+            return Get(dialog, PEN_LAST).strText.find(L"筆圧 100%") == 0;
+        };
+        EXPECT_TRUE(press(0));
+        dialog.OnPen(PEN_TRACE, {});
+        EXPECT_FALSE(press(999));
+        EXPECT_TRUE(press(1));
+    });
 }
 
 TEST_F(ConfigDialog, LimitsOfMemoryHoldAtOnceAndAWrongNumberIsPutBack) {
