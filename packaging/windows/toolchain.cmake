@@ -9,8 +9,10 @@ set(CMAKE_C_COMPILER x86_64-w64-mingw32-gcc-posix)
 set(CMAKE_CXX_COMPILER x86_64-w64-mingw32-g++-posix)
 set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
 # The compiler does not align the stack for AVX as its own moves require it (GCC's bug 54412).
-set(CMAKE_C_FLAGS_INIT -Wa,-muse-unaligned-vector-move)
-set(CMAKE_CXX_FLAGS_INIT -Wa,-muse-unaligned-vector-move)
+# It also takes for granted which registers an inline function leaves alone, though the linker may keep the copy of another
+# file, which was compiled otherwise: hidden functions count as bound to their own file, but not in this object format.
+set(CMAKE_C_FLAGS_INIT "-Wa,-muse-unaligned-vector-move -fno-ipa-ra")
+set(CMAKE_CXX_FLAGS_INIT "-Wa,-muse-unaligned-vector-move -fno-ipa-ra")
 
 set(CMAKE_FIND_ROOT_PATH $ENV{VELLUM_WINDOWS_ROOT} /usr/x86_64-w64-mingw32)
 set(CMAKE_PREFIX_PATH $ENV{VELLUM_WINDOWS_ROOT})
