@@ -29,6 +29,15 @@ protected:
     }
 };
 
+class CTestWindow : public QWidget {
+public:
+    /// Makes another window of the system.
+    void Recreate() {
+        destroy();
+        create();
+    }
+};
+
 class WintabPen : public testing::Test {
 protected:
     WintabPen() {
@@ -62,7 +71,7 @@ protected:
                           m_vBatches.emplace_back(packets.begin(), packets.end());
                       },
                       [this](bool bEnter) { m_vProximity.push_back(bEnter); }}};
-    QWidget m_window;
+    CTestWindow m_window;
 };
 
 } // namespace
@@ -107,8 +116,9 @@ TEST_F(WintabPen, PositionsOfTheCursorKeepTheirDistances) {
 TEST_F(WintabPen, TheContextComesAndGoesWithItsWindow) {
     m_pen.SetMouseCoord(false);
     EXPECT_EQ(m_driver.GetState().hWnd, reinterpret_cast<HWND>(m_window.winId()));
-    m_window.setWindowFlag(Qt::Tool); // makes another window of the system
-    m_window.show();
+    const HWND hBefore = m_driver.GetState().hWnd;
+    m_window.Recreate();
+    EXPECT_NE(m_driver.GetState().hWnd, hBefore);
     EXPECT_EQ(m_driver.GetState().nContexts, 1);
     EXPECT_EQ(m_driver.GetState().hWnd, reinterpret_cast<HWND>(m_window.winId()));
     Play({50, 100}, 0);
