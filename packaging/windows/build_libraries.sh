@@ -59,7 +59,8 @@ build_qt() {
     cmake_install "$name" "$CACHE/src/qt6-base" -DQT_BUILD_EXAMPLES=OFF -DQT_BUILD_TESTS=OFF \
         -DFEATURE_pkg_config=OFF -DFEATURE_sql=OFF -DFEATURE_dbus=OFF -DFEATURE_opengl=OFF -DINPUT_opengl=no \
         -DFEATURE_vulkan=OFF -DFEATURE_printsupport=OFF -DFEATURE_concurrent=OFF -DFEATURE_xml=OFF -DFEATURE_zstd=OFF \
-        -DFEATURE_icu=OFF -DFEATURE_glib=OFF -DFEATURE_ssl=OFF -DFEATURE_schannel=OFF -DFEATURE_http=OFF -DFEATURE_gssapi=OFF -DFEATURE_direct2d=OFF -DFEATURE_directwrite3=OFF "$@"
+        -DFEATURE_icu=OFF -DFEATURE_glib=OFF -DFEATURE_ssl=OFF -DFEATURE_schannel=OFF -DFEATURE_http=OFF \
+        -DFEATURE_gssapi=OFF -DFEATURE_direct2d=OFF -DFEATURE_directwrite3=OFF "$@"
     # A hook for debuggers is exported from whatever contains the library; the module may export PluginMain alone.
     x86_64-w64-mingw32-objcopy --remove-section .drectve "$ROOT/lib/libQt6Core.a"
 }
