@@ -28,7 +28,7 @@ public:
 };
 
 TEST(KeepResult, TheNextSessionFindsTheResultAsADocument) {
-    CSettingsFolder folder;
+    CTestSettings folder;
     CLocations locations;
     {
         CSnapshotStore ended(locations);

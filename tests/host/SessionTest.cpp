@@ -127,7 +127,7 @@ TEST_F(CSession, PixelsThatFloatGoBackWhereTheyLie) {
 }
 
 TEST_F(CSession, WhatAnotherSessionLeftIsOffered) {
-    const CSettingsFolder folder;
+    const CTestSettings folder;
     CLocations locations;
     const auto play = [&](const THostPicture& picture, size_t nFrames) {
         CSnapshotStore snapshots(locations);

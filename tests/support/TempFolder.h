@@ -29,7 +29,7 @@ private:
 };
 
 /// The same, set as the folder of the program's settings.
-struct CSettingsFolder : CTempFolder {
-    CSettingsFolder() { SetVariable(CLocations::APP_DATA_VARIABLE, Utf8Of(GetPath())); }
-    ~CSettingsFolder() { SetVariable(CLocations::APP_DATA_VARIABLE, {}); }
+struct CTestSettings : CTempFolder {
+    CTestSettings() { SetVariable(CLocations::APP_DATA_VARIABLE, Utf8Of(GetPath())); }
+    ~CTestSettings() { SetVariable(CLocations::APP_DATA_VARIABLE, {}); }
 };

@@ -94,7 +94,7 @@ protected:
     }
     size_t GetStrokes() const { return m_spFrame->GetCanvas()->GetHistory().GetUndoList().size(); }
 
-    CSettingsFolder m_folder;
+    CTestSettings m_folder;
     CSessionScope m_scope;
     boost::shared_ptr<CCanvasFrame> m_spFrame;
     QWidget* m_pViewport = nullptr;

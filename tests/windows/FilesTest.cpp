@@ -82,6 +82,7 @@ TEST_F(CWindowsFiles, ALockEndsWithItsHolder) {
 }
 
 TEST_F(CWindowsFiles, FoldersOfTheUserAndOfScripts) {
+    SetVariable(CLocations::APP_DATA_VARIABLE, "");
     EXPECT_TRUE(CLocations().GetAppData().ends_with(LR"(\AppData\Roaming)"))
         << ToUtf8(CLocations().GetAppData());
     SetVariable(CLocations::APP_DATA_VARIABLE, Utf8Of(m_folder.File("設定\\")));
@@ -100,7 +101,11 @@ TEST_F(CWindowsFiles, ModulesTellPathAndVersion) {
 }
 
 TEST_F(CWindowsFiles, RecentDocumentsAreKeptInTheRegistry) {
-    constexpr wchar_t KEY[] = L"Software\\Vellumcraft Test\\Recent Document List";
+    constexpr wchar_t KEY[] = L"Software\\Vellumcraft\\Recent Document List",
+                      TEST[] = L"Software\\Vellumcraft Test";
+    HKEY hTest = nullptr;
+    ASSERT_EQ(RegCreateKeyW(HKEY_CURRENT_USER, TEST, &hTest), ERROR_SUCCESS);
+    RegOverridePredefKey(HKEY_CURRENT_USER, hTest); // not the user's own list
     const auto value = [&](const wchar_t* pszName, DWORD uType) {
         wchar_t szText[64]{};
         DWORD uSize = sizeof szText;
@@ -117,7 +122,9 @@ TEST_F(CWindowsFiles, RecentDocumentsAreKeptInTheRegistry) {
     EXPECT_EQ(CRecentDocumentList(store, L"").GetPaths(), list.GetPaths());
     list.Remove(L"C:\\a.vlm");
     EXPECT_EQ(value(L"Document2", RRF_RT_REG_SZ), L"none");
-    RegDeleteTreeW(HKEY_CURRENT_USER, L"Software\\Vellumcraft Test");
+    RegOverridePredefKey(HKEY_CURRENT_USER, nullptr);
+    RegCloseKey(hTest);
+    RegDeleteTreeW(HKEY_CURRENT_USER, TEST);
 }
 
 } // namespace

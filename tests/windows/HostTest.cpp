@@ -16,11 +16,10 @@ protected:
     hostabi::SPErr AcquireSuite(const char*, int32_t, const void**) override { return 0x53214664; }
 };
 
-size_t PrivateBytes() {
-    PROCESS_MEMORY_COUNTERS_EX counters{};
-    GetProcessMemoryInfo(GetCurrentProcess(), reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&counters),
-                         sizeof counters);
-    return counters.PrivateUsage;
+size_t CommittedBytes() {
+    PROCESS_MEMORY_COUNTERS counters{};
+    GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters);
+    return counters.PagefileUsage;
 }
 
 TEST_F(CWindowsHost, ReadsThePropertyListAndOneExport) {
@@ -30,7 +29,7 @@ TEST_F(CWindowsHost, ReadsThePropertyListAndOneExport) {
     EXPECT_EQ(SizeofResource(hData, hFound), 278U);
     const auto* pBytes = static_cast<const char*>(LockResource(LoadResource(hData, hFound)));
     EXPECT_EQ(std::string_view(pBytes, 278), FindResource("pipl64.bin"));
-    EXPECT_TRUE(FindResourceW(hData, MAKEINTRESOURCEW(VS_VERSION_INFO), RT_VERSION))
+    EXPECT_TRUE(FindResourceW(hData, MAKEINTRESOURCEW(VS_VERSION_INFO), MAKEINTRESOURCEW(16)))
         << "About shows versions";
     FreeLibrary(hData);
 
@@ -62,7 +61,7 @@ TEST_F(CWindowsHost, LoadsAndUnloadsUntilASessionHasRun) {
         EXPECT_EQ(CPoorHost(WhitePicture()).Run(MainOf(hModule)), hostabi::errPlugInHostInsufficient);
         CPictureHost host(WhitePicture());
         EXPECT_EQ(host.Run(MainOf(hModule)), 0);
-        EXPECT_LT(host.GetPicture().vRed[MIDDLE], 30);
+        EXPECT_LT(host.GetPicture().vRed[MIDDLE], 64);
         FreeLibrary(hModule);
         EXPECT_TRUE(IsLoaded()) << "its threads cannot be unloaded";
     }
@@ -75,17 +74,18 @@ TEST_F(CWindowsHost, FortySessionsAreAlikeAndKeepNoMemory) {
     THostPicture::TPlane vFirst;
     size_t uBefore = 0;
     for (int n = 0; n < 40; ++n) {
-        if (n == 5) uBefore = PrivateBytes();
+        if (n == 5) uBefore = CommittedBytes();
         CPictureHost host(WhitePicture());
         ASSERT_EQ(host.Run(pMain), 0);
         ASSERT_EQ(settings.GetFailure(), "");
         if (n == 0) vFirst = host.GetPicture().vRed;
         ASSERT_EQ(host.GetPicture().vRed, vFirst) << n;
     }
-    EXPECT_LT(vFirst[MIDDLE], 30);
+    EXPECT_LT(vFirst[MIDDLE], 64);
     EXPECT_EQ(vFirst[10 * SIDE + 50], 255);
-    const size_t uAfter = PrivateBytes();
-    std::printf("private bytes: %zu after 5 sessions, %zu after 40\n", uBefore, uAfter);
+    const size_t uAfter = CommittedBytes();
+    std::printf("committed bytes: %zu after 5 sessions, %zu after 40\n", uBefore, uAfter);
+    ASSERT_GT(uBefore, 0U);
     EXPECT_LT(uAfter, uBefore + (size_t{4} << 20));
 }
 

@@ -12,6 +12,8 @@
 
 #include <windows.h>
 
+#undef FindResource // the application's own function
+
 constexpr int SIDE = 100;
 constexpr size_t MIDDLE = 50 * SIDE + 50;
 /// A black line of the mouse through the middle.
@@ -21,6 +23,7 @@ constexpr char DRAW[] = R"({"wait":2000}
 {"mouse":{"x":720,"y":400}}
 {"mouse":{"message":"lup","x":720,"y":400}}
 {"wait":500}
+{"answer":{"box":"no"}}
 {"command":"file-close"}
 )";
 

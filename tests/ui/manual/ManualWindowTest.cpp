@@ -2,6 +2,7 @@
 
 #include "tests/support/TempFolder.h"
 #include "tests/ui/UiTest.h"
+#include "ui/base/QtText.h"
 #include "ui/manual/QtManual.h"
 
 namespace {
@@ -43,7 +44,7 @@ struct CManualWindow : CUiTest {
     static QTextBrowser& Page() { return Part<QTextBrowser>(); }
 
     CTempFolder m_folder;
-    QString m_strFolder = QString::fromStdString(m_folder.GetPath().native());
+    QString m_strFolder = ToQt(TextOf(m_folder.GetPath()));
     int m_nCompleted = 0;
     std::optional<TManualLook> m_look;
     CQtManual m_manual{m_strFolder};

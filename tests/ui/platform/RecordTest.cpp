@@ -67,7 +67,7 @@ private:
 };
 
 TEST(Typing, LastsWhileThePointerOnlyPassesOverThePicture) {
-    CSettingsFolder folder;
+    CTestSettings folder;
     CRecordedWindow window([](std::string_view) { return true; });
     window.GetMain().Show();
     auto& main = dynamic_cast<QMainWindow&>(window.GetMain());
@@ -92,7 +92,7 @@ TEST(Typing, LastsWhileThePointerOnlyPassesOverThePicture) {
 }
 
 TEST(Record, OfTheRealWindowGivesTheSameDocumentWithoutOne) {
-    CSettingsFolder folder;
+    CTestSettings folder;
     std::string strRecord, strDocument;
     size_t nUndo = 0;
     {

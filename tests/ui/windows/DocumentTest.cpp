@@ -75,7 +75,7 @@ protected:
     QMainWindow& Main() { return *dynamic_cast<QMainWindow*>(g_pMainFrame->GetWindow()); }
     static CCanvasFrame& Active() { return *g_wpActiveFrame.lock(); }
 
-    CSettingsFolder m_folder;
+    CTestSettings m_folder;
     CMemoryFiles m_disk;
     std::unique_ptr<TSession> m_pSession;
     CBoxCloser m_closer;
@@ -85,13 +85,13 @@ protected:
 } // namespace
 
 TEST_F(DocumentWindows, DroppedFilesOpenAndFailuresAreTold) {
-    Drop({"/1.vlm", m_folder.GetPath().c_str(), "/none.vlm", "/絵\n [*] &5.vlm"});
+    const QString strFolder = ToQt(TextOf(m_folder.GetPath()));
+    Drop({"/1.vlm", strFolder, "/none.vlm", "/絵\n [*] &5.vlm"});
     ASSERT_EQ(g_lstCanvasFrame.size(), 2u);
     EXPECT_EQ(Active().GetCanvas()->GetPath(), L"/絵\n [*] &5.vlm");
     const QString strMissing = "'\n\n" + QString::fromWCharArray(AdviceFor(EFileFailure::Missing));
     EXPECT_EQ(m_closer.m_lstTexts,
-              (QStringList{"画像ファイルを開けませんでした。\nFile: '" + QString(m_folder.GetPath().c_str()) +
-                               strMissing,
+              (QStringList{"画像ファイルを開けませんでした。\nFile: '" + strFolder + strMissing,
                            "ファイルを開けませんでした。\nFile: '/none.vlm" + strMissing}));
 }
 

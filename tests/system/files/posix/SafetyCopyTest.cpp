@@ -48,7 +48,7 @@ protected:
 
     const std::string m_strOld = std::string(1 << 20, 'o'), m_strNew = std::string(1 << 20, 'n');
     CTempFolder m_folder;
-    CSettingsFolder m_settings;
+    CTestSettings m_settings;
     CLocations m_locations;
     CFileStore m_files{&m_locations};
     const fs::path m_path = m_folder.File("絵 1.vlm"),

@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 TEST(SnapshotFolder, IsForTheUserAloneAndMissedWhenItIsGone) {
-    const CSettingsFolder folder;
+    const CTestSettings folder;
     CLocations locations;
     CSnapshotStore store(locations);
     const auto fill = [](const TWriteBytes& fnWrite) { return fnWrite("drawn"); };

@@ -71,7 +71,7 @@ protected:
             std::filesystem::directory_iterator(m_folder.File("Vellumcraft/Recovery")));
     }
 
-    CSettingsFolder m_folder;
+    CTestSettings m_folder;
     CFileStore m_store;
     CLocations m_locations;
     CNoPlaces m_places;
