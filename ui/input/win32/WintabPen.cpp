@@ -149,7 +149,7 @@ void CWintabPen::ReadPackets() {
     CPoint ptShift = GetShift();
     POINT ptCursor{ptLast.x, ptLast.y};
     const bool bCursor = GetCursorPos(&ptCursor);
-    // Where the cursor stands is known for the last packet only; those before it keep their distances.
+    // The cursor's position is known for the last packet only; those before it keep their distances.
     if (*m_bMouseCoord)
         ptShift = ptShift + CPoint{ptCursor.x, ptCursor.y} - ptLast;
     else if (bCursor && CPoint{ptCursor.x, ptCursor.y} != ptLast)
