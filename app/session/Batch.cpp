@@ -10,6 +10,7 @@
 #include "system/environment/Variables.h"
 #include "system/files/FilePath.h"
 #include "system/files/FileStatus.h"
+#include "system/files/PrivateFolder.h"
 
 #include <boost/noncopyable.hpp>
 

@@ -12,9 +12,6 @@ public:
     /// On Windows the user's roaming application data, else ".config" in $HOME, else in the home folder of
     /// the user database.
     std::wstring GetAppData() override;
-    /// The folder for data that programs share: on Windows the same, else $XDG_DATA_HOME, else
-    /// ".local/share".
-    std::wstring GetUserData();
     /// Creates missing parent folders too; only the user has access to new ones.
     void MakeFolder(const std::wstring& strPath) override;
 };

@@ -6,7 +6,6 @@
 #include <cstdint>
 #include <filesystem>
 #include <optional>
-#include <string>
 #include <utility>
 
 enum class EFileKind {
@@ -30,10 +29,3 @@ std::filesystem::path ResolveLinks(std::filesystem::path path);
 /// Identifies an existing file, whatever name it is reached by; nullopt when there is none.
 using TFileId = std::pair<uint64_t, uint64_t>;
 std::optional<TFileId> FileIdOf(const std::filesystem::path& path);
-
-/// Makes a new folder whose name begins with `strPrefix` among the temporary files, for this user alone.
-/// Raises std::runtime_error.
-std::filesystem::path MakeTempFolder(const std::string& strPrefix);
-
-/// Gives access to an existing folder to this user alone, as far as the system allows it.
-void MakePrivate(const std::filesystem::path& pathFolder);

@@ -5,7 +5,7 @@
 #include "core/IniConfig/IniText.h"
 #include "core/Platform/Files.h"
 #include "system/files/FilePath.h"
-#include "system/files/FileStatus.h"
+#include "system/files/PrivateFolder.h"
 
 #include <boost/date_time/c_time.hpp>
 

@@ -5,8 +5,8 @@
 #include "system/environment/Locations.h"
 #include "system/environment/Variables.h"
 #include "system/files/FilePath.h"
-#include "system/files/FileStatus.h"
 #include "system/files/FileStore.h"
+#include "system/files/PrivateFolder.h"
 #include <cstdlib>
 #include <filesystem>
 #include <string>

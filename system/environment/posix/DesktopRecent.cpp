@@ -4,6 +4,7 @@
 #include "core/Platform/Files.h"
 #include "system/environment/Locations.h"
 #include "system/environment/RecentFiles.h"
+#include "system/environment/posix/UserFolder.h"
 
 #include <QDateTime>
 #include <QDomDocument>
@@ -121,7 +122,7 @@ void CDesktopRecent::Add(const std::wstring& strPath) {
 }
 
 std::wstring CDesktopRecent::FindFile() {
-    const std::wstring strFolder = CLocations().GetUserData();
+    const std::wstring strFolder = FindUserFolder("XDG_DATA_HOME", "/.local/share");
     return strFolder.empty() ? strFolder : strFolder + L"/recently-used.xbel";
 }
 

@@ -32,8 +32,6 @@ std::wstring CLocations::GetAppData() {
     return strPath;
 }
 
-std::wstring CLocations::GetUserData() { return GetAppData(); }
-
 // New folders inherit the rights of the user's own.
 void CLocations::MakeFolder(const std::wstring& strPath) {
     std::error_code error;

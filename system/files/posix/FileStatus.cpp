@@ -1,8 +1,6 @@
 #include "system/files/FileStatus.h"
 
 #include <cerrno>
-#include <cstdlib>
-#include <stdexcept>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -46,11 +44,3 @@ std::optional<TFileId> FileIdOf(const fs::path& path) {
     if (stat(path.c_str(), &status) != 0) return std::nullopt;
     return TFileId(status.st_dev, status.st_ino);
 }
-
-fs::path MakeTempFolder(const std::string& strPrefix) {
-    std::string strFolder = (fs::temp_directory_path() / (strPrefix + "XXXXXX")).native();
-    if (!mkdtemp(strFolder.data())) throw std::runtime_error(strFolder + ": no temporary folder");
-    return strFolder;
-}
-
-void MakePrivate(const fs::path& pathFolder) { chmod(pathFolder.c_str(), S_IRWXU); }

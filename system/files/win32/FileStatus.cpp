@@ -1,17 +1,12 @@
 #include "system/files/FileStatus.h"
 
-#include "system/files/FilePath.h"
 #include "system/files/win32/FileHandle.h"
-
-#include <random>
-#include <stdexcept>
 
 namespace fs = std::filesystem;
 
 namespace {
 
 constexpr DWORD SHARED = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-constexpr int TRIES = 100;
 
 // Opens a file or folder for questions only.
 COpenHandle OpenToAsk(const fs::path& path) {
@@ -74,18 +69,3 @@ std::optional<TFileId> FileIdOf(const fs::path& path) {
     if (!handle.IsOpen() || !GetFileInformationByHandle(handle.Get(), &info)) return std::nullopt;
     return TFileId(info.dwVolumeSerialNumber, uint64_t{info.nFileIndexHigh} << 32 | info.nFileIndexLow);
 }
-
-// The user's folder for temporary files is closed to others.
-fs::path MakeTempFolder(const std::string& strPrefix) {
-    std::random_device random;
-    const fs::path folder = fs::temp_directory_path();
-    for (int n = 0; n < TRIES; ++n) {
-        const fs::path path = folder / PathOf(strPrefix + std::to_string(random()));
-        if (CreateDirectoryW(path.c_str(), nullptr)) return path;
-        if (GetLastError() != ERROR_ALREADY_EXISTS) break;
-    }
-    throw std::runtime_error(Utf8Of(folder) + ": no temporary folder");
-}
-
-// The folders of a user's profile are closed to other users already.
-void MakePrivate(const fs::path&) {}
