@@ -19,6 +19,10 @@ public:
     const CAlphaBufferImpl<uint8_t>& GetPlane() const { return *m_pPlane; }
     /// Flags the blocks that `path`, or any path for null, covers inside a box of path units.
     void Invalidate(const CRect& rcPath, const CPathObject* pPath);
+    /// A path has come to the layer: flags the blocks that it covers. Since paths never lower coverage, only
+    /// this path is painted in those that are up to date. A later change of the path has to be told as for
+    /// any other.
+    void Add(const boost::shared_ptr<CPathObject>& spPath);
     /// Chooses the live path, which must be one of the layer's; null for none.
     void SetLivePath(const boost::shared_ptr<CPathObject>& spPath);
     const boost::shared_ptr<CPathObject>& GetLivePath() const { return m_spLive; }
@@ -32,12 +36,15 @@ public:
 private:
     template <class Paint>
     void PaintParts(CAlphaBlock8& tile, Paint fnPaint);
-    void PaintRest(CAlphaBlock8& tile, const TPathList& lstPaths);
+    template <class TPaths>
+    void PaintRest(CAlphaBlock8& tile, const TPaths& paths);
     void PaintLive(CAlphaBlock8& tile);
 
     CPathFill m_fill;
     std::array<CPathFill, 2> m_aHalfFills; ///< of the halves of a large tile
     boost::shared_ptr<CAlphaBufferImpl<uint8_t>> m_pPlane;
+    CBoolMatrix m_stale; ///< flagged blocks in which more is missing than the paths of m_vAdded
+    std::vector<boost::shared_ptr<CPathObject>> m_vAdded;
     boost::shared_ptr<CPathObject> m_spLive;
     boost::shared_ptr<CAlphaBufferImpl<uint8_t>> m_pRest; ///< all paths but the live one; null without one
 };

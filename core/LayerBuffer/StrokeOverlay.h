@@ -1,4 +1,4 @@
-// A freehand stroke over a raster layer, inside a selection.
+// A freehand stroke over a layer.
 #pragma once
 
 #include "core/LayerBuffer/LayerCanvas.h"
@@ -10,7 +10,8 @@
 
 class CStrokeOverlay : public IRasterOverlay {
 public:
-    /// The stroke shows inside the canvas's selection as it is at the time, until Complete.
+    /// The stroke shows inside the canvas's selection as it is at the time, until Complete; without a canvas
+    /// everywhere.
     CStrokeOverlay(const boost::shared_ptr<CRasterStroke>& spStroke,
                    const boost::shared_ptr<ILayerCanvas>& spCanvas)
         : m_spStroke(spStroke), m_wpCanvas(spCanvas) {}

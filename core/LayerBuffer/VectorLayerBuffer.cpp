@@ -49,20 +49,24 @@ bool CVectorLayerBuffer::PrepareOwn(CPoint pt) {
             GetDrawBuffer()->GetDirty().Add(ptDone.x / DEFAULT_BLOCKSIZE.cx, ptDone.y / DEFAULT_BLOCKSIZE.cy);
         });
     }
-    return plane.GetBlock(pt, false) != nullptr;
+    if (m_spStroke) m_spStroke->ClearFlag(pt);
+    return MayPaintAt(pt);
 }
 
 void CVectorLayerBuffer::RenderOwn(CRasterBlockBuffer& dest) const {
     m_pCoverage->GetPlane().BlendBlockInto(dest, nullptr);
+    if (m_spStroke && m_spStroke->CoversBlock(dest.GetPosition())) m_spStroke->PaintInto(dest);
 }
 
 bool CVectorLayerBuffer::MayPaintAt(CPoint pt) const {
-    return m_pCoverage->GetPlane().DirtyAt(pt) || m_pCoverage->GetPlane().HasBlock(pt);
+    return m_pCoverage->GetPlane().DirtyAt(pt) || m_pCoverage->GetPlane().HasBlock(pt) ||
+           (m_spStroke && m_spStroke->CoversBlock(pt));
 }
 
 void CVectorLayerBuffer::GetChangeMatrix(CBoolMatrix& matrix) {
     // Paths of a hidden layer are rasterized when the layer is shown.
     if (IsVisible()) m_pCoverage->GetPlane().GetDirty().PassTo(matrix);
+    if (m_spStroke) m_spStroke->PassFlags(matrix);
 }
 
 // A layer that was hidden has nothing in its draw buffer.
@@ -78,7 +82,7 @@ void CVectorLayerBuffer::InsertPath(const boost::shared_ptr<CPathObject>& spPath
     m_index.Insert(spPath);
     if (bInside) m_index.Sort(m_lstPaths);
     m_rcReachChange = m_rcReachChange.Union(spPath->GetReach());
-    InvalidatePath(spPath->RectIncludingPath());
+    m_pCoverage->Add(spPath);
 }
 
 int CVectorLayerBuffer::RemovePath(const boost::shared_ptr<CPathObject>& spPath) {
@@ -100,6 +104,30 @@ void CVectorLayerBuffer::OnPathChanged(const CPathObject& path, const std::vecto
     m_index.Refresh(path);
     m_rcReachChange = m_rcReachChange.Union(rcDrawn);
 }
+
+// Only the picture is stale there, not the paths' coverage.
+void CVectorLayerBuffer::FlagStroke() {
+    CBoolMatrix& dirty = GetDrawBuffer()->GetDirty();
+    m_pCoverage->GetPlane().ForEachBlock([&](CPoint pt) {
+        if (m_spStroke->CoversBlock(pt)) dirty.Add(pt.x / DEFAULT_BLOCKSIZE.cx, pt.y / DEFAULT_BLOCKSIZE.cy);
+    });
+    m_spStroke->PassFlags(dirty);
+}
+
+void CVectorLayerBuffer::SetStroke(const boost::shared_ptr<CRasterStroke>& spStroke) {
+    if (m_spStroke) FlagStroke();
+    m_spStroke.reset();
+    if (spStroke) m_spStroke = boost::make_shared<CStrokeOverlay>(spStroke, TCanvasPtr());
+}
+
+bool CVectorLayerBuffer::UpdateStrokes(uint64_t uNumber) {
+    const bool bChildren = CLayerBuffer::UpdateStrokes(uNumber);
+    if (!m_spStroke) return bChildren;
+    m_bBehind = !m_spStroke->GetStroke().Update();
+    return true;
+}
+
+bool CVectorLayerBuffer::IsBehind() const { return (m_spStroke && m_bBehind) || CLayerBuffer::IsBehind(); }
 
 boost::shared_ptr<CPathObject> CVectorLayerBuffer::GetSelectedPath() const {
     const auto spPath = m_wpSelectedPath.lock();

@@ -3,6 +3,7 @@
 
 #include "core/LayerBuffer/LayerBuffer.h"
 #include "core/LayerBuffer/PathCoverage.h"
+#include "core/LayerBuffer/StrokeOverlay.h"
 
 #include <memory>
 #include <utility>
@@ -40,6 +41,11 @@ public:
     CRect GetPathsReach() const { return m_index.GetBounds(); }
     /// The box around all paths' reach that changed since the last call, before and after.
     CRect TakeReachChange() { return std::exchange(m_rcReachChange, CRect()); }
+    /// The stroke in progress, shown over the paths as on a raster layer, but whatever is selected; null
+    /// takes it away without a trace.
+    void SetStroke(const boost::shared_ptr<CRasterStroke>& spStroke);
+    bool UpdateStrokes(uint64_t uNumber) override;
+    bool IsBehind() const override;
     /// Chooses the path that is painted in its live state, while the others are not rasterized again; null
     /// for none.
     void SetLivePath(const boost::shared_ptr<CPathObject>& spPath) { m_pCoverage->SetLivePath(spPath); }
@@ -73,10 +79,13 @@ protected:
 private:
     void CreateCoverage(TColor color);
     void InvalidatePaths();
+    void FlagStroke();
 
     TPathList m_lstPaths;
     CPathIndex m_index;
     std::unique_ptr<CPathCoverage> m_pCoverage;
+    boost::shared_ptr<CStrokeOverlay> m_spStroke;
+    bool m_bBehind = false; ///< the stroke's last slice of time did not suffice
     CRect m_rcReachChange;
     boost::weak_ptr<CPathObject> m_wpSelectedPath;
     boost::weak_ptr<CPathControlPoint> m_wpSelectedPoint;

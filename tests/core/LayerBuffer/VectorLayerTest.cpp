@@ -1,4 +1,6 @@
+#include "core/RasterStroke/RasterBrushStroke.h"
 #include "tests/support/LayerPictures.h"
+#include "tests/support/RunningClock.h"
 
 namespace {
 
@@ -77,6 +79,66 @@ TEST(VectorLayer, ADraggedPathIsShownAsItWillBeAndAlone) {
         spPath->CancelDrag();
         EXPECT_EQ(page.Picture(), vShown);
     }
+}
+
+TEST(VectorLayer, APathThatComesIsPaintedAloneOverTheOthers) {
+    TPage page;
+    std::mt19937 random(11);
+    const auto spCounted = boost::make_shared<TCountedPath>();
+    for (const CPoint pt : {CPoint{0, 0}, {4000, 100}, {3000, 3200}}) AddAnchor(spCounted->GetStream(), pt);
+    spCounted->Update();
+    page.spLayer->InsertPath(spCounted);
+    page.Picture();
+    const int nCount = spCounted->GetStream().nCount;
+    for (int n = 0; n < 5; ++n) {
+        page.spLayer->InsertPath(MakeRandomPath(SIZE, random), n % 2 ? 0 : -1);
+        if (n != 3) page.Picture();
+    }
+    EXPECT_EQ(spCounted->GetStream().nCount, nCount);
+    // Whatever happens between two paintings, the picture is that of a layer which is painted anew.
+    for (int n = 0; n < 40; ++n) {
+        for (uint32_t i = random() % (n == 20 ? 100 : 4); i > 0; --i) {
+            const auto spPath = MakeRandomPath({200, 200}, random);
+            page.spLayer->InsertPath(spPath);
+            if (random() % 3 == 0) spPath->Transform([](CPoint pt) { return CPoint{pt.x + 300, pt.y}; });
+            if (random() % 3 == 0) page.spLayer->RemovePath(spPath);
+        }
+        if (n % 4 == 1) page.spLayer->RemovePath(page.spLayer->GetPaths().back());
+        page.spLayer->SetLivePath(n % 5 == 2 ? spCounted : boost::shared_ptr<TCountedPath>());
+        const auto vShown = page.Picture();
+        page.spLayer->DropCaches();
+        ASSERT_EQ(page.Picture(), vShown) << n;
+    }
+}
+
+TEST(VectorLayer, AStrokeShowsOverThePathsWithoutATraceOfIt) {
+    TPage page;
+    std::mt19937 random(12);
+    page.spLayer->SetLayerColor(0);
+    for (int k = 0; k < 3; ++k) page.spLayer->InsertPath(MakeRandomPath(SIZE, random));
+    const auto vBefore = page.Picture();
+    CRunningClock clock(0);
+    CStrokeRandom strokeRandom;
+    const auto spStroke =
+        boost::make_shared<CRasterBrushStroke>(TStrokeSetup{.szCanvas = SIZE,
+                                                            .color = 0x0000FF,
+                                                            .param = {.BrushRadius = 16, .BlurLevel = 100},
+                                                            .clock = clock,
+                                                            .random = strokeRandom});
+    page.spLayer->SetStroke(spStroke);
+    for (int32_t n = 0; n < 30; ++n) spStroke->AddCtlPoint({800 + n * 40, 1604}, 1024, 90);
+    do {
+        EXPECT_TRUE(page.spCanvas->Update());
+        page.Picture();
+    } while (page.spLayer->IsBehind());
+    const auto colorAt = [&](CPoint pt) {
+        const auto spTile = page.spCanvas->GetComposite().GetBlock(pt, false);
+        return spTile->GetPixelColor(pt - spTile->GetPosition());
+    };
+    EXPECT_EQ(colorAt({160, 200}), 0x0000FFu);
+    EXPECT_NE(colorAt({160, 190}), 0x0000FFu);
+    page.spLayer->SetStroke({});
+    EXPECT_EQ(page.Picture(), vBefore);
 }
 
 TEST(VectorLayer, ALargeLivePathIsFilledInHalvesAsItIsWhole) {
