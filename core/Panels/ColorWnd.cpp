@@ -19,7 +19,7 @@ constexpr wchar_t SLIDERS[] = L"Sliders";
 
 boost::shared_ptr<CRasterBrushBase> CColorWnd::GetBrush() const {
     const auto spTool = boost::dynamic_pointer_cast<CRasterBrushBase>(GetTool());
-    return spTool && spTool->GetToolId() != TOOL_ERASER ? spTool : boost::shared_ptr<CRasterBrushBase>();
+    return spTool && spTool->DrawsInOwnColor() ? spTool : boost::shared_ptr<CRasterBrushBase>();
 }
 
 CColorWnd::CColorWnd(const wchar_t* pszSection, const TPanelOutside& outside) : CPanel(pszSection, outside) {

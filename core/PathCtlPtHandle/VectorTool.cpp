@@ -4,16 +4,15 @@
 
 #include <boost/pointer_cast.hpp>
 
-boost::shared_ptr<CVectorLayerBuffer> CVectorTool::GetVectorLayer() const {
-    return boost::dynamic_pointer_cast<CVectorLayerBuffer>(GetLayer());
-}
-
-const wchar_t* CVectorTool::GetRefusal() const {
-    const TLayerPtr spLayer = GetLayer();
+const wchar_t* GetVectorRefusal(const TLayerPtr& spLayer) {
     if (!spLayer) return L"レイヤーが選択されていません。描くベクタレイヤーを選んでください。";
     if (!dynamic_cast<const CVectorLayerBuffer*>(spLayer.get()))
         return L"このツールはベクタレイヤーで使います。ベクタレイヤーを選ぶか、追加してください。";
     return spLayer->IsVisible() ? nullptr : L"非表示のレイヤーには描けません。レイヤーを表示してください。";
+}
+
+boost::shared_ptr<CVectorLayerBuffer> CVectorTool::GetVectorLayer() const {
+    return boost::dynamic_pointer_cast<CVectorLayerBuffer>(GetLayer());
 }
 
 void CVectorTool::RegisterHistory(const boost::shared_ptr<CHistory>& spHistory) const {

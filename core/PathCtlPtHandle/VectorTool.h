@@ -5,13 +5,16 @@
 #include "core/LayerBuffer/VectorLayerBuffer.h"
 #include "core/Tools/Tools.h"
 
+/// The reason why a tool cannot work on vector layers, as CTools::GetRefusal; `spLayer` is the active layer.
+const wchar_t* GetVectorRefusal(const TLayerPtr& spLayer);
+
 /// Does nothing unless the active layer is a visible vector layer.
 class CVectorTool : public CTools {
 public:
     using CTools::CTools;
 
     bool IsEnabled() const override { return GetRefusal() == nullptr; }
-    const wchar_t* GetRefusal() const override;
+    const wchar_t* GetRefusal() const override { return GetVectorRefusal(GetLayer()); }
 
 protected:
     /// The layer of the running operation, or else the active one; null when it is no vector layer.

@@ -28,8 +28,9 @@ bool IsOpen(const boost::shared_ptr<CPathObject>& spPath) {
 
 template <int kind>
 CAddDelPathHistory<kind>::CAddDelPathHistory(const boost::shared_ptr<CVectorLayerBuffer>& spLayer,
-                                             const boost::shared_ptr<CPathObject>& spPath, int idx)
-    : CHistory(kind == 0 ? L"パス追加" : L"パス削除"), m_wpLayer(spLayer), m_spPath(spPath), m_idx(idx),
+                                             const boost::shared_ptr<CPathObject>& spPath, int idx,
+                                             const wchar_t* pszLabel)
+    : CHistory(pszLabel), m_wpLayer(spLayer), m_spPath(spPath), m_idx(idx),
       m_bHolds(!spLayer->HasPath(*spPath)) {}
 
 template <int kind>

@@ -6,12 +6,14 @@
 
 #include <vector>
 
-/// A path was added to a layer (0) or deleted from it (1), at its place in the layer's list.
+/// A path was added to a layer (0) or deleted from it (1), at its place in the layer's list; the label may be
+/// that of the tool that did it.
 template <int kind>
 class CAddDelPathHistory : public CHistory {
 public:
     CAddDelPathHistory(const boost::shared_ptr<CVectorLayerBuffer>& spLayer,
-                       const boost::shared_ptr<CPathObject>& spPath, int idx);
+                       const boost::shared_ptr<CPathObject>& spPath, int idx,
+                       const wchar_t* pszLabel = kind == 0 ? L"パス追加" : L"パス削除");
     void Undo() override { Apply(kind == 1); }
     void Redo() override { Apply(kind == 0); }
 

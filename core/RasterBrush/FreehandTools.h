@@ -47,6 +47,7 @@ public:
 
     explicit CRasterEraser(const TToolOutside& outside) : CRasterBrushImpl(outside, L"RasterEraser") {}
     const TToolInfo& GetInfo() const override { return INFO; }
+    bool DrawsInOwnColor() const override { return false; }
 
 protected:
     boost::shared_ptr<CRasterStroke> CreateStroke(const CCanvasBuffer& canvas) override;

@@ -12,9 +12,6 @@ constexpr uint64_t SCREEN_PIXEL = 384 * 384; ///< (8 units times 48 of the zoom)
 constexpr uint64_t CANVAS_PIXEL = 64;
 constexpr uint32_t SIZE_STEPS = 8;
 
-// Smoothing window plus the points that fix the curve's start.
-int WindowOf(const TBrushParam& param) { return param.CurveStrength + 2; }
-
 } // namespace
 
 // The minimum distance of two points: a screen or canvas pixel, or more with slow-movement smoothing.
@@ -53,7 +50,7 @@ bool CRasterBrushBase::OnMouseMove(int32_t x, int32_t y, uint32_t pressure, uint
     if (flags & POINTER_TABLET) return MovePen({x, y, bDraws ? pressure : 0, altitude});
     if (!TakePosition(pt, false) || m_state != STATE_MOUSE || !m_spStroke) return false;
     NotePlace(pt);
-    AddPoint({x, y, FULL_PRESSURE, UPRIGHT});
+    AddSample({x, y, FULL_PRESSURE, UPRIGHT}, 1);
     return true;
 }
 
@@ -72,11 +69,12 @@ bool CRasterBrushBase::MovePen(const TCtlPoint& sample) {
     while (m_lstHistory.size() > MAX_HISTORY) m_lstHistory.pop_front();
     if (m_state != STATE_TABLET || !m_spStroke) return false;
     if (pressure != 0) NotePlace(pt);
-    for (int n = TakeRepeat(); n > 0; --n) AddPoint(sample);
+    AddSample(sample, GetRepeats());
     const bool bLiftedInPlace = bTurns && bInPlace && pressure == 0;
     if (!bLiftedInPlace && !IsPenUp()) return true;
     // Flushes the points still held back by the smoothing window.
-    for (int n = 0; n < 2 * m_param.CurveStrength; ++n) AddPoint({pt.x, pt.y, 0, sample.altitude});
+    m_input.bLifted = true;
+    for (int n = RepeatsOfLift(m_param.CurveStrength); n > 0; --n) AddPoint({pt.x, pt.y, 0, sample.altitude});
     CommitStroke();
     SetState(STATE_IDLE);
     return true;
@@ -85,19 +83,18 @@ bool CRasterBrushBase::MovePen(const TCtlPoint& sample) {
 // The pen's movement above the tablet becomes the tapered entry of the line. If it is too short, the first
 // points are repeated until the smoothing window is full.
 void CRasterBrushBase::BeginTabletStroke(const TCtlPoint& first) {
-    const int nWindow = WindowOf(m_param);
-    const size_t nWanted = static_cast<size_t>(nWindow) * m_freehand.m_uStrokeIn / 2;
+    const size_t nWanted =
+        static_cast<size_t>(RepeatsOfEnd(m_param.CurveStrength)) * m_freehand.m_uStrokeIn / 2;
     const size_t n = std::min(nWanted, m_lstHistory.size());
     const std::vector<TCtlPoint> vEntry(m_lstHistory.end() - static_cast<ptrdiff_t>(n), m_lstHistory.end());
-    m_lstRepeat.clear();
-    const int nFirst = n == 0 ? nWindow : nWindow + 1 - static_cast<int>(n);
-    if (n < static_cast<size_t>(nWindow))
-        for (int r = nFirst; r >= 1; --r) m_lstRepeat.push_back(r);
+    m_vRepeats = RepeatsOfStart(static_cast<uint32_t>(n), m_param.CurveStrength);
     SetState(STATE_TABLET);
     BeginStroke(first);
+    m_input.bPen = true;
+    m_input.uEntry = static_cast<uint32_t>(n);
     for (uint32_t k = 0; k < n; ++k) {
         const uint32_t p = ((k + 1) * first.pressure / (static_cast<uint32_t>(n) + 1) + first.pressure) >> 1;
-        for (int r = TakeRepeat(); r > 0; --r) AddPoint({vEntry[k].x, vEntry[k].y, p, first.altitude});
+        AddSample({vEntry[k].x, vEntry[k].y, p, first.altitude}, GetRepeats());
     }
 }
 
@@ -118,16 +115,19 @@ void CRasterBrushBase::AddPoint(const TCtlPoint& point) {
         m_spStroke->AddCtlPoint({point.x, point.y}, point.pressure, point.altitude);
 }
 
-int CRasterBrushBase::TakeRepeat() {
-    if (m_lstRepeat.empty()) return 1;
-    const int n = m_lstRepeat.front();
-    m_lstRepeat.pop_front();
-    return n;
+int CRasterBrushBase::GetRepeats() const {
+    const size_t n = m_input.vPoints.size();
+    return n < m_vRepeats.size() ? m_vRepeats[n] : 1;
+}
+
+void CRasterBrushBase::AddSample(const TCtlPoint& sample, int nTimes) {
+    m_input.vPoints.push_back(sample);
+    for (; nTimes > 0; --nTimes) AddPoint(sample);
 }
 
 bool CRasterBrushBase::IsPenUp() const {
-    const size_t nTest =
-        std::max<size_t>(1, static_cast<size_t>(WindowOf(m_param)) * m_freehand.m_uStrokeOut / 2);
+    const size_t nTest = std::max<size_t>(1, static_cast<size_t>(RepeatsOfEnd(m_param.CurveStrength)) *
+                                                 m_freehand.m_uStrokeOut / 2);
     const size_t n = std::min(nTest, m_lstHistory.size());
     return std::all_of(m_lstHistory.end() - static_cast<ptrdiff_t>(n), m_lstHistory.end(),
                        [](const TCtlPoint& sample) { return sample.pressure == 0; });
@@ -140,7 +140,7 @@ bool CRasterBrushBase::OnLButtonDown(int32_t x, int32_t y, uint32_t flags) {
     if (flags & POINTER_TABLET) return false;
     SetState(STATE_MOUSE);
     BeginStroke({x, y, FULL_PRESSURE, UPRIGHT});
-    for (int n = 0; n < WindowOf(m_param); ++n) AddPoint({x, y, FULL_PRESSURE, UPRIGHT});
+    AddSample({x, y, FULL_PRESSURE, UPRIGHT}, RepeatsOfEnd(m_param.CurveStrength));
     return true;
 }
 
@@ -150,7 +150,7 @@ bool CRasterBrushBase::OnLButtonUp(int32_t x, int32_t y, uint32_t flags) {
     if (m_spStroke) {
         NotePlace({x, y});
         const CPoint pt = m_bLine ? CPoint{x, y} : CPoint{m_tap.x, m_tap.y};
-        for (int n = 0; n < WindowOf(m_param); ++n) AddPoint({pt.x, pt.y, FULL_PRESSURE, UPRIGHT});
+        AddSample({pt.x, pt.y, FULL_PRESSURE, UPRIGHT}, RepeatsOfEnd(m_param.CurveStrength));
     }
     CommitStroke();
     SetState(STATE_IDLE);
@@ -191,7 +191,7 @@ bool CRasterBrushBase::OnProximityLeave() {
 // The pen is lifted at its last known position.
 void CRasterBrushBase::EndAtLast() {
     const TCtlPoint& last = m_lstHistory.back();
-    AddPoint({last.x, last.y, 0, UPRIGHT});
+    AddSample({last.x, last.y, 0, UPRIGHT}, 1);
 }
 
 // Earlier positions do not affect the next contact.
@@ -244,20 +244,27 @@ bool CRasterBrushBase::Cancel() {
     return true;
 }
 
-boost::shared_ptr<CRasterLayerBuffer> CRasterBrushBase::GetStrokeLayer(const wchar_t* pszFailure) const {
+void CRasterBrushBase::ShowStroke(const boost::shared_ptr<CRasterStroke>& spStroke) {
     const auto spLayer = GetRasterLayer();
-    if (!spLayer) throw internal_error(pszFailure);
-    return spLayer;
+    if (!spLayer && spStroke) throw internal_error(L"BeginStroke: RasterBuffer not found");
+    if (spLayer) spLayer->SetStroke(spStroke);
+}
+
+void CRasterBrushBase::FinishStroke(const boost::shared_ptr<CRasterStroke>&, const TStrokeInput&) {
+    const auto spLayer = GetRasterLayer();
+    if (!spLayer) throw internal_error(L"CommitStroke: RasterBuffer not found");
+    spLayer->QueueStroke();
 }
 
 void CRasterBrushBase::BeginStroke(const TCtlPoint& first) {
     m_tap = first;
+    m_input = {};
     m_deqHeld.clear();
     m_bLine = false;
     try {
-        const auto spLayer = GetStrokeLayer(L"BeginStroke: RasterBuffer not found");
-        m_spStroke = CreateStroke(*GetCanvas());
-        spLayer->SetStroke(m_spStroke);
+        const auto spStroke = CreateStroke(*GetCanvas());
+        ShowStroke(spStroke);
+        m_spStroke = spStroke;
     } catch (...) {
         // The tool is unchanged.
         m_spStroke.reset();
@@ -268,15 +275,17 @@ void CRasterBrushBase::BeginStroke(const TCtlPoint& first) {
 }
 
 void CRasterBrushBase::CommitStroke() {
-    const auto spLayer = GetStrokeLayer(L"CommitStroke: RasterBuffer not found");
     if (!m_spStroke) return;
-    if (m_bTapDot && !m_bLine) m_spStroke->AddTap({m_tap.x, m_tap.y}, m_tap.pressure, m_tap.altitude);
+    if (m_bTapDot && !m_bLine) {
+        m_spStroke->AddTap({m_tap.x, m_tap.y}, m_tap.pressure, m_tap.altitude);
+        m_input = {.vPoints = {m_tap}, .bPen = m_input.bPen, .bTap = true};
+    }
     m_spStroke->AddCtlPoint({0, 0}, FINAL_PRESSURE, UPRIGHT);
-    spLayer->QueueStroke();
+    FinishStroke(m_spStroke, m_input);
     m_spStroke.reset();
 }
 
 void CRasterBrushBase::CancelStroke() {
-    if (const auto spLayer = GetRasterLayer()) spLayer->SetStroke({});
+    ShowStroke({});
     m_spStroke.reset();
 }

@@ -6,6 +6,7 @@
 #include "core/RasterMove/RasterMove.h"
 #include "core/RasterStroke/BrushParam.h"
 #include "core/RasterStroke/RasterStroke.h"
+#include "core/RasterStroke/StrokeInput.h"
 
 #include <deque>
 
@@ -41,6 +42,8 @@ public:
     void SetParams(const TBrushParam& param, const TFreehandParam& freehand);
     /// The tool's name below the sections of the settings.
     virtual const std::wstring& GetSection() const = 0;
+    /// True when strokes have the tool's colour.
+    virtual bool DrawsInOwnColor() const { return true; }
 
 protected:
     EArrowKeys GetArrowKeys() const override { return EArrowKeys::Nothing; }
@@ -48,6 +51,12 @@ protected:
     virtual void Constrain() {}
     /// Creates the tool's stroke on a canvas.
     virtual boost::shared_ptr<CRasterStroke> CreateStroke(const CCanvasBuffer& canvas) = 0;
+    /// Shows a stroke on the operation's layer; null takes it away. Raises internal_error on a layer of
+    /// another kind, except for null.
+    virtual void ShowStroke(const boost::shared_ptr<CRasterStroke>& spStroke);
+    /// Gives the layer the shown stroke, which has its last point. Raises internal_error on a layer of
+    /// another kind.
+    virtual void FinishStroke(const boost::shared_ptr<CRasterStroke>& spStroke, const TStrokeInput& input);
     /// True when the next press picks a colour.
     bool IsPicking() const { return m_bPick; }
     void SetPicking(bool bPick) { m_bPick = bPick; }
@@ -64,8 +73,9 @@ private:
     bool MovePen(const TCtlPoint& sample);
     void BeginTabletStroke(const TCtlPoint& first);
     bool IsPenUp() const;
-    int TakeRepeat();
     void NotePlace(CPoint pt);
+    int GetRepeats() const;
+    void AddSample(const TCtlPoint& sample, int nTimes);
     void AddPoint(const TCtlPoint& point);
     void EndAtLast();
     bool PickColor(CPoint pt);
@@ -73,10 +83,10 @@ private:
     void BeginStroke(const TCtlPoint& first);
     void CommitStroke();
     void CancelStroke();
-    boost::shared_ptr<CRasterLayerBuffer> GetStrokeLayer(const wchar_t* pszFailure) const;
 
     std::deque<TCtlPoint> m_lstHistory; ///< the newest tablet samples, during and between strokes
-    std::deque<int> m_lstRepeat;        ///< repeat counts of a stroke's first points
+    TStrokeInput m_input;               ///< of the stroke
+    std::vector<int> m_vRepeats;        ///< of its first points
     TCtlPoint m_tap{};                  ///< the position of first contact, with its highest pressure
     std::deque<TCtlPoint> m_deqHeld;    ///< points held back until the stroke is known not to be a tap
     bool m_bLine = false;               ///< the stroke has moved away from its start

@@ -150,6 +150,8 @@ void CToolOptFreehand::AddPressure() {
              true);
 }
 
+void CToolOptFreehand::AddCourse() { AddCombos({OPT_CURVE, OPT_STROKE_IN, OPT_STROKE_OUT}); }
+
 void CToolOptFreehand::AddSlow() {
     AddCheck(L"", L"ゆっくり描いても補間",
              {OPT_SLOW,
@@ -186,7 +188,7 @@ void CToolOptFreehand::RefreshView(const boost::shared_ptr<CTools>& spTool) {
     // A combo whose effect is switched off keeps its value but is disabled.
     const bool bWave = spBrush->GetParam().WaveEnable;
     for (const int nId : {OPT_WAVE_SMOOTH, OPT_WAVE_MIN, OPT_WAVE_MAX})
-        Find(m_nFirstId + nId).bEnabled = bWave;
+        if (Has(m_nFirstId + nId)) Find(m_nFirstId + nId).bEnabled = bWave;
 }
 
 void CToolOptFreehand::OnControl(const TPanelControl& control) {
@@ -208,7 +210,7 @@ void CToolOptFreehand::OnControl(const TPanelControl& control) {
 CToolOptRasterBrush::CToolOptRasterBrush()
     : CToolOptFreehand(1100, L"RefreshView: CRasterBrushBase not found") {
     AddPressure();
-    AddCombos({OPT_CURVE, OPT_STROKE_IN, OPT_STROKE_OUT});
+    AddCourse();
     AddSlow();
     AddCombos({OPT_SPRAY});
     AddCheck(L"", L"ぶれ",
@@ -219,7 +221,8 @@ CToolOptRasterBrush::CToolOptRasterBrush()
 CToolOptRasterPencil::CToolOptRasterPencil()
     : CToolOptFreehand(1140, L"RefreshView: CRasterPencil not found") {
     AddPressure();
-    AddCombos({OPT_ALTITUDE, OPT_PAPER, OPT_HARDNESS, OPT_TEXTURE, OPT_CURVE, OPT_STROKE_IN, OPT_STROKE_OUT});
+    AddCombos({OPT_ALTITUDE, OPT_PAPER, OPT_HARDNESS, OPT_TEXTURE});
+    AddCourse();
     AddSlow();
     AddCombos({OPT_WAVE_SMOOTH, OPT_WAVE_MIN, OPT_WAVE_MAX});
     AddCheck(L"", L"ブレ効果強調",

@@ -1,4 +1,5 @@
-// The option panes of the freehand tools: one for brush and eraser, one for the pencil.
+// The option panes of the freehand tools: one for brush and eraser, one for the pencil, and what others share
+// with them.
 #pragma once
 
 #include "core/RasterBrush/RasterBrushBase.h"
@@ -6,7 +7,7 @@
 
 #include <initializer_list>
 
-/// The base of both panes: combos and checks, each bound to a field of the tool.
+/// The base of all panes: combos and checks, each bound to a field of the tool.
 class CToolOptFreehand : public CToolOptBase {
 public:
     void RefreshView(const boost::shared_ptr<CTools>& spTool) override;
@@ -30,6 +31,8 @@ protected:
     void AddCheck(const wchar_t* pszLabel, const wchar_t* pszText, const TBinding& binding,
                   bool bSameLine = false);
     void AddPressure();
+    /// Smoothing, entry and exit.
+    void AddCourse();
     void AddSlow();
 
     const int m_nFirstId;

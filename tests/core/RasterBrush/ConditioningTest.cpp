@@ -10,7 +10,16 @@ struct CProbe : CRasterBrush {
     boost::shared_ptr<CRasterStroke> CreateStroke(const CCanvasBuffer& canvas) override {
         return m_spStroke = CRasterBrush::CreateStroke(canvas);
     }
+    // The samples are enough to make the same points again.
+    void FinishStroke(const boost::shared_ptr<CRasterStroke>& spStroke, const TStrokeInput& input) override {
+        auto vPoints = ControlPointsOf(input, GetParam().CurveStrength);
+        vPoints.push_back({0, 0, FINAL_PRESSURE, UPRIGHT});
+        EXPECT_EQ(vPoints, spStroke->GetPoints());
+        m_input = input;
+        CRasterBrush::FinishStroke(spStroke, input);
+    }
     boost::shared_ptr<CRasterStroke> m_spStroke;
+    TStrokeInput m_input;
 };
 
 class Conditioning : public testing::Test, CScriptedSession {
@@ -66,6 +75,33 @@ TEST_F(Conditioning, TheWayAboveTheTabletBecomesTheEntryAndTheLiftsTheExit) {
     // smoothing still holds back is flushed out.
     Expect(
         {{3, 500, 4}, {4, 600, 3}, {5, 700, 2}, {6, 800, 1}, {7, 900, 1}, {8, 0, 1}, {9, 0, 1}, {10, 0, 9}});
+}
+
+TEST_F(Conditioning, ALineCanBeMadeAgainFromItsSamples) {
+    std::mt19937 random(9);
+    const auto any = [&](uint32_t u) { return random() % u; };
+    for (int n = 0; n < 60; ++n) {
+        m_spTool->GetParam().CurveStrength = static_cast<uint8_t>(any(9));
+        m_spTool->GetFreehand().m_uStrokeIn = any(3);
+        m_spTool->GetFreehand().m_uStrokeOut = any(3);
+        const bool bLeaves = any(3) == 0;
+        for (uint32_t i = any(6); i > 0; --i) Pen(0);
+        for (uint32_t i = 2 + any(20); i > 0; --i) Pen(1 + any(1024));
+        for (int i = 0; i < 40 && !bLeaves; ++i) Pen(0);
+        m_spTool->OnProximityLeave();
+        EXPECT_EQ(m_spTool->m_input.bLifted, !bLeaves) << n;
+        m_spTool->OnLButtonDown(m_x, 160, 0);
+        for (uint32_t i = any(5); i > 0; --i) m_spTool->OnMouseMove(m_x += 90, 160, 1024, 90, 0);
+        m_spTool->OnLButtonUp(m_x, 160, 0);
+        EXPECT_FALSE(m_spTool->m_input.bPen) << n;
+    }
+    // Another window over the same samples: the first one counts three times, the others once.
+    const TStrokeInput input{.vPoints = {{8, 0, 100, 90}, {16, 0, 200, 90}, {24, 0, 300, 90}}, .uEntry = 0};
+    const auto vPoints = ControlPointsOf(input, 1);
+    ASSERT_EQ(vPoints.size(), 7u);
+    EXPECT_EQ(vPoints[2], (TCtlPoint{8, 0, FadeInPressure(100, 2, 1), 90}));
+    EXPECT_EQ(vPoints[3].x, 16);
+    EXPECT_EQ(vPoints[6], (TCtlPoint{24, 0, 300, 90}));
 }
 
 TEST_F(Conditioning, ATapIsItsHighestPressureWithTheAltitudeThatCameFirst) {
