@@ -1,0 +1,185 @@
+#include "core/PathFit/CentreFit.h"
+
+#include "core/PathFit/InkCorners.h"
+
+#include <algorithm>
+
+namespace {
+
+/// The part of the tolerance that the centre line may take; it is no smaller than what whole path units
+/// allow.
+constexpr double CENTRE_SHARE = 0.55;
+constexpr double LEAST_TOLERANCE = 0.75;
+/// The part of it that a mitre may stand out by.
+constexpr double MITRE_SHARE = 0.4;
+/// The radius of the turn at other corners, in tolerances, and at least in path units.
+constexpr double TURN_RADIUS = 0.35;
+constexpr double LEAST_RADIUS = 1;
+/// Points of the first curve that is tried.
+constexpr size_t FIRST_STEP = 16;
+
+/// The centre line's direction on both sides of a joint, which differ at a corner only, where a turn may lie
+/// between two places.
+struct TJoint {
+    TCurveEnd in;  ///< of the curve before, leading back
+    TCurveEnd out; ///< of the curve behind
+    double dFree = 0;
+};
+
+class CCentreFit {
+public:
+    CCentreFit(const TInkWay& vWay, double dTolerance)
+        : m_vWay(vWay), m_fit(vWay), m_dTolerance(dTolerance),
+          m_dCentre(std::max(CENTRE_SHARE * dTolerance, LEAST_TOLERANCE)) {}
+
+    std::vector<TCentreCurve> Run() {
+        std::vector<size_t> vPlaces = FindCorners(m_vWay, m_dTolerance);
+        vPlaces.insert(vPlaces.begin(), 0);
+        vPlaces.push_back(m_vWay.size() - 1);
+        TJoint before = EndJoint(0, 0, vPlaces[1]);
+        for (size_t n = 1; n < vPlaces.size(); ++n) {
+            const size_t idx = vPlaces[n];
+            const bool bLast = n + 1 == vPlaces.size();
+            const TJoint joint =
+                bLast ? EndJoint(idx, vPlaces[n - 1], idx) : CornerJoint(vPlaces[n - 1], idx, vPlaces[n + 1]);
+            FitStretch({vPlaces[n - 1], idx, before.dFree, joint.dFree}, before.out, joint.in);
+            if (!bLast && LengthOf(joint.in.pt - joint.out.pt) > 0) AppendTurn(idx, joint);
+            before = joint;
+        }
+        return m_vCurves;
+    }
+    std::optional<std::array<TCentreCurve, 2>> Divide(const TCentreCurve& curve) {
+        const auto& [cubic, range] = curve;
+        if (range.idxLast - range.idxFirst < 4) return {};
+        const double dMiddle = (m_vWay[range.idxFirst].dLength + m_vWay[range.idxLast].dLength) / 2;
+        size_t idx = range.idxFirst + 2;
+        while (idx + 2 < range.idxLast && m_vWay[idx].dLength < dMiddle) ++idx;
+        const TWayTangent middle = TangentAt(m_vWay, idx, range.idxFirst, range.idxLast, m_dTolerance);
+        if (LengthOf(middle.pt - cubic.p0) < 1 || LengthOf(middle.pt - cubic.p3) < 1) return {};
+        const TCurveEnd from{cubic.p0, UnitOf(cubic.p1 - cubic.p0, middle.direction)};
+        const TCurveEnd to{cubic.p3, UnitOf(cubic.p2 - cubic.p3, -middle.direction)};
+        const TWayRange head{range.idxFirst, idx, range.dFreeFirst, 0};
+        const TWayRange tail{idx, range.idxLast, 0, range.dFreeLast};
+        return std::array{TCentreCurve{Best(head, from, {middle.pt, -middle.direction}), head},
+                          TCentreCurve{Best(tail, {middle.pt, middle.direction}, to), tail}};
+    }
+
+private:
+    TInkCubic Best(const TWayRange& range, const TCurveEnd& from, const TCurveEnd& to) {
+        const auto cubic = m_fit.Fit(range, from, to, m_dCentre);
+        return cubic ? *cubic : m_fit.FitAtAll(range, from, to);
+    }
+    TJoint EndJoint(size_t idx, size_t idxFirst, size_t idxLast) const {
+        const auto [pt, direction] = TangentAt(m_vWay, idx, idxFirst, idxLast, m_dTolerance);
+        return {{pt, -direction}, {pt, direction}};
+    }
+    TJoint CornerJoint(size_t idxFirst, size_t idx, size_t idxLast) const {
+        const TInkVector in = TangentAt(m_vWay, idx, idxFirst, idx, m_dTolerance).direction;
+        const TInkVector out = TangentAt(m_vWay, idx, idx, idxLast, m_dTolerance).direction;
+        const TInkVector pt = m_vWay[idx].pt;
+        const double dHalfCos = std::sqrt(std::max(0.0, (1 + Dot(in, out)) / 2));
+        if (m_vWay[idx].dHalf * (1 - dHalfCos) <= MITRE_SHARE * m_dTolerance * dHalfCos)
+            return {{Nearest(pt), -in}, {Nearest(pt), out}};
+        // An arc whose middle is the corner.
+        const double dRadius = std::max(TURN_RADIUS * m_dTolerance, LEAST_RADIUS);
+        const double dSide = Cross(in, out) < 0 ? -1 : 1;
+        const TInkVector outward = UnitOf(in - out, in);
+        const TInkVector centre = pt - outward * dRadius;
+        const TInkVector ptIn = Nearest(centre - Perpendicular(in) * (dSide * dRadius));
+        const TInkVector ptOut = Nearest(centre - Perpendicular(out) * (dSide * dRadius));
+        return {{ptIn, -in}, {ptOut, out}, 2 * dRadius};
+    }
+    void AppendTurn(size_t idx, const TJoint& joint) {
+        const double dCos = -Dot(joint.in.direction, joint.out.direction);
+        const double dHalfCos = std::sqrt(std::max(0.0, (1 + dCos) / 2));
+        // The handles of an arc by its chord: 4/3 tan(turn / 4) of the radius.
+        const double dHandle = LengthOf(joint.out.pt - joint.in.pt) * (2.0 / 3) / (1 + dHalfCos);
+        const TInkVector fore = HandleOf(-joint.in.direction, std::max(dHandle, 1.0));
+        const TInkVector back = HandleOf(-joint.out.direction, std::max(dHandle, 1.0));
+        m_vCurves.push_back(
+            {{joint.in.pt, joint.in.pt + fore, joint.out.pt + back, joint.out.pt}, {idx, idx}});
+    }
+    // From one corner or end to the next: always the longest curve that stays within the tolerance.
+    void FitStretch(const TWayRange& stretch, const TCurveEnd& from, const TCurveEnd& to) {
+        TCurveEnd begin = from;
+        size_t idx = stretch.idxFirst;
+        size_t nStep = FIRST_STEP;
+        while (true) {
+            TWayRange range{idx, stretch.idxLast, idx == stretch.idxFirst ? stretch.dFreeFirst : 0,
+                            stretch.dFreeLast};
+            // Where the rest is not much longer than the last curve, perhaps one is enough.
+            if (stretch.idxLast - idx <= 2 * nStep) {
+                if (const auto cubic = m_fit.Fit(range, begin, to, m_dCentre)) {
+                    m_vCurves.push_back({*cubic, range});
+                    return;
+                }
+            }
+            const auto found = Longest(stretch, range, begin, nStep);
+            if (!found) {
+                m_vCurves.push_back({m_fit.FitAtAll(range, begin, to), range});
+                return;
+            }
+            m_vCurves.push_back(found->curve);
+            nStep = std::max<size_t>(found->curve.range.idxLast - idx, 4);
+            idx = found->curve.range.idxLast;
+            begin = {found->end.pt, -found->end.direction};
+        }
+    }
+    struct TFound {
+        TCentreCurve curve;
+        TCurveEnd end;
+    };
+    std::optional<TFound> TryTo(const TWayRange& stretch, TWayRange range, const TCurveEnd& from, size_t idx,
+                                bool bAtAll) {
+        const TWayTangent tangent = TangentAt(m_vWay, idx, stretch.idxFirst, stretch.idxLast, m_dTolerance);
+        if (LengthOf(tangent.pt - from.pt) < 1) return {};
+        range.idxLast = idx;
+        range.dFreeLast = 0;
+        const TCurveEnd to{tangent.pt, -tangent.direction};
+        auto cubic = m_fit.Fit(range, from, to, m_dCentre);
+        if (!cubic && bAtAll) cubic = m_fit.FitAtAll(range, from, to);
+        if (!cubic) return {};
+        return TFound{{*cubic, range}, to};
+    }
+    // The longest curve that ends before the stretch does; nullopt when there is no room for one.
+    std::optional<TFound> Longest(const TWayRange& stretch, const TWayRange& range, const TCurveEnd& from,
+                                  size_t nStep) {
+        const size_t nMost = range.idxLast - range.idxFirst - 1;
+        std::optional<TFound> best;
+        size_t nGood = 0, nBad = nMost + 1;
+        size_t n = std::min(nStep, nMost);
+        while (n > nGood && n < nBad) {
+            if (auto found = TryTo(stretch, range, from, range.idxFirst + n, false)) {
+                best = std::move(found);
+                nGood = n;
+                n = nBad > nMost ? std::min(2 * n, nMost) : (nGood + nBad) / 2;
+            } else {
+                nBad = n;
+                n = (nGood + nBad) / 2;
+            }
+            if (nBad - nGood <= 1 + nGood / 64) break;
+        }
+        for (n = 1; !best && n <= nMost; ++n) best = TryTo(stretch, range, from, range.idxFirst + n, true);
+        return best;
+    }
+
+    const TInkWay& m_vWay;
+    CCurveFit m_fit;
+    double m_dTolerance;
+    double m_dCentre;
+    std::vector<TCentreCurve> m_vCurves;
+};
+
+} // namespace
+
+std::vector<TCentreCurve> FitCentre(const TInkWay& vWay, double dTolerance) {
+    return CCentreFit(vWay, dTolerance).Run();
+}
+
+bool DivideCurve(std::vector<TCentreCurve>& vCurves, size_t idx, const TInkWay& vWay, double dTolerance) {
+    const auto halves = CCentreFit(vWay, dTolerance).Divide(vCurves[idx]);
+    if (!halves) return false;
+    vCurves[idx] = (*halves)[0];
+    vCurves.insert(vCurves.begin() + static_cast<std::ptrdiff_t>(idx) + 1, (*halves)[1]);
+    return true;
+}

@@ -1,0 +1,165 @@
+#include "core/PathFit/CurveFit.h"
+
+#include <algorithm>
+#include <array>
+
+namespace {
+
+/// Points of a stretch that the handles are fitted to: more change little.
+constexpr size_t MOST_SAMPLES = 32;
+constexpr int ROUNDS = 4;
+/// An error so many times the tolerance does not come below it by better parameters.
+constexpr double HOPELESS = 6;
+
+// The parameter of the nearest place, by one of Newton's steps.
+double Nearer(const TInkCubic& cubic, TInkVector pt, double t) {
+    const TInkVector away = cubic.At(t) - pt;
+    const TInkVector slope = cubic.SlopeAt(t);
+    const double dSquare = Dot(slope, slope);
+    const double dDivisor = dSquare + Dot(away, cubic.BendAt(t));
+    // Beyond the centre of the curve's bend the step would lead away.
+    const double dStep = Dot(away, slope) / std::max(dDivisor, dSquare / 4);
+    return dSquare > 0 ? std::clamp(t - dStep, 0.0, 1.0) : t;
+}
+
+bool IsFree(const TWayRange& range, const TInkCubic& cubic, TInkVector pt) {
+    return LengthOf(pt - cubic.p0) < range.dFreeFirst || LengthOf(pt - cubic.p3) < range.dFreeLast;
+}
+
+// Whole path units, but for -1, which cannot be stored.
+double Storable(double d) {
+    const double dWhole = Nearest(d);
+    return dWhole == -1 ? (d < -1 ? -2 : 0) : dWhole;
+}
+
+} // namespace
+
+TInkVector HandleOf(TInkVector direction, double dLength) {
+    return {Storable(direction.x * dLength), Storable(direction.y * dLength)};
+}
+
+TInkVector TInkCubic::At(double t) const {
+    const double s = 1 - t;
+    return p0 * (s * s * s) + p1 * (3 * s * s * t) + p2 * (3 * s * t * t) + p3 * (t * t * t);
+}
+
+TInkVector TInkCubic::SlopeAt(double t) const {
+    const double s = 1 - t;
+    return (p1 - p0) * (3 * s * s) + (p2 - p1) * (6 * s * t) + (p3 - p2) * (3 * t * t);
+}
+
+TInkVector TInkCubic::BendAt(double t) const {
+    return (p2 - p1 * 2 + p0) * (6 * (1 - t)) + (p3 - p2 * 2 + p1) * (6 * t);
+}
+
+void CCurveFit::TakeSamples(const TWayRange& range) {
+    const size_t nSteps = range.idxLast - range.idxFirst;
+    const size_t nSamples = std::min(nSteps, MOST_SAMPLES);
+    const double dBegin = m_vWay[range.idxFirst].dLength;
+    const double dAll = m_vWay[range.idxLast].dLength - dBegin;
+    m_vSamples.clear();
+    for (size_t n = 0; n <= nSamples; ++n) {
+        const size_t idx = range.idxFirst + (nSamples == 0 ? 0 : n * nSteps / nSamples);
+        m_vSamples.push_back({idx, dAll > 0 ? (m_vWay[idx].dLength - dBegin) / dAll : 0});
+    }
+}
+
+TInkCubic CCurveFit::Solve(const TWayRange& range, const TCurveEnd& from, const TCurveEnd& to) const {
+    const double dAll = m_vWay[range.idxLast].dLength - m_vWay[range.idxFirst].dLength;
+    double d11 = 0, d12 = 0, d22 = 0, d1 = 0, d2 = 0;
+    for (const auto& [idx, t] : m_vSamples) {
+        const double s = 1 - t;
+        const double b1 = 3 * s * s * t, b2 = 3 * s * t * t;
+        const TInkVector rest = m_vWay[idx].pt - from.pt * (s * s * s + b1) - to.pt * (t * t * t + b2);
+        const TInkVector a1 = from.direction * b1, a2 = to.direction * b2;
+        d11 += Dot(a1, a1);
+        d12 += Dot(a1, a2);
+        d22 += Dot(a2, a2);
+        d1 += Dot(rest, a1);
+        d2 += Dot(rest, a2);
+    }
+    const double dChord = LengthOf(to.pt - from.pt);
+    const double dLeast = dChord / 20, dMost = std::max(dAll, dChord);
+    const double dDivisor = d11 * d22 - d12 * d12;
+    double dFore = dChord / 3, dBack = dChord / 3;
+    if (dDivisor > 1e-9 * d11 * d22) {
+        dFore = (d1 * d22 - d2 * d12) / dDivisor;
+        dBack = (d11 * d2 - d12 * d1) / dDivisor;
+    }
+    // Where one handle has no sensible length the other is fitted alone.
+    if (!(dFore >= dLeast && dFore <= dMost)) {
+        dFore = std::clamp(dFore, dLeast, dMost);
+        if (d22 > 0) dBack = (d2 - d12 * dFore) / d22;
+    } else if (!(dBack >= dLeast && dBack <= dMost)) {
+        dBack = std::clamp(dBack, dLeast, dMost);
+        if (d11 > 0) dFore = (d1 - d12 * dBack) / d11;
+    }
+    dFore = std::clamp(dFore, dLeast, dMost);
+    dBack = std::clamp(dBack, dLeast, dMost);
+    return {from.pt, from.pt + HandleOf(from.direction, dFore), to.pt + HandleOf(to.direction, dBack), to.pt};
+}
+
+// Better parameters for the samples; returns the largest distance.
+double CCurveFit::Refine(const TInkCubic& cubic, const TWayRange& range) {
+    double dMost = 0;
+    for (TSample& sample : m_vSamples) {
+        const TInkVector pt = m_vWay[sample.idx].pt;
+        sample.t = Nearer(cubic, pt, sample.t);
+        if (!IsFree(range, cubic, pt)) dMost = std::max(dMost, LengthOf(cubic.At(sample.t) - pt));
+    }
+    return dMost;
+}
+
+std::vector<TCurvePlace> CCurveFit::PlacesOn(const TInkCubic& cubic, const TWayRange& range) const {
+    std::vector<TCurvePlace> vPlaces;
+    vPlaces.reserve(range.idxLast - range.idxFirst + 1);
+    const double dBegin = m_vWay[range.idxFirst].dLength;
+    const double dAll = m_vWay[range.idxLast].dLength - dBegin;
+    // By the samples of the way's own length, then towards the nearest place.
+    constexpr int CHORDS = 16;
+    std::array<double, CHORDS + 1> adLength{};
+    for (int n = 1; n <= CHORDS; ++n)
+        adLength[static_cast<size_t>(n)] =
+            adLength[static_cast<size_t>(n - 1)] +
+            LengthOf(cubic.At(static_cast<double>(n) / CHORDS) - cubic.At((n - 1.0) / CHORDS));
+    size_t n = 1;
+    double dLast = 0;
+    for (size_t idx = range.idxFirst; idx <= range.idxLast; ++idx) {
+        const double dAt =
+            dAll > 0 ? (m_vWay[idx].dLength - dBegin) / dAll * adLength.back() : adLength.back() / 2;
+        while (n < CHORDS && adLength[n] < dAt) ++n;
+        const double dChord = adLength[n] - adLength[n - 1];
+        double t =
+            (static_cast<double>(n - 1) + (dChord > 0 ? (dAt - adLength[n - 1]) / dChord : 0)) / CHORDS;
+        for (int nRound = 0; nRound < 3; ++nRound) t = Nearer(cubic, m_vWay[idx].pt, t);
+        t = std::max(t, dLast);
+        vPlaces.push_back({t, LengthOf(cubic.At(t) - m_vWay[idx].pt)});
+        dLast = t;
+    }
+    return vPlaces;
+}
+
+bool CCurveFit::IsWithin(const TInkCubic& cubic, const TWayRange& range, double dTolerance) const {
+    const auto vPlaces = PlacesOn(cubic, range);
+    for (size_t n = 0; n < vPlaces.size(); ++n)
+        if (vPlaces[n].dError > dTolerance && !IsFree(range, cubic, m_vWay[range.idxFirst + n].pt))
+            return false;
+    return true;
+}
+
+std::optional<TInkCubic> CCurveFit::Fit(const TWayRange& range, const TCurveEnd& from, const TCurveEnd& to,
+                                        double dTolerance) {
+    TakeSamples(range);
+    for (int nRound = 0; nRound < ROUNDS; ++nRound) {
+        const TInkCubic cubic = Solve(range, from, to);
+        const double dError = Refine(cubic, range);
+        if (dError > HOPELESS * dTolerance) return {};
+        if (dError <= dTolerance && IsWithin(cubic, range, dTolerance)) return cubic;
+    }
+    return {};
+}
+
+TInkCubic CCurveFit::FitAtAll(const TWayRange& range, const TCurveEnd& from, const TCurveEnd& to) {
+    TakeSamples(range);
+    return Solve(range, from, to);
+}

@@ -1,0 +1,147 @@
+#include "core/PathFit/InkCheck.h"
+
+#include <array>
+
+namespace {
+
+/// What lies so far inside, in tolerances, is no edge.
+constexpr double INSIDE = 0.1;
+/// Of the chords that stand for an outline's curve, in path units.
+constexpr double FLATNESS = 0.2;
+constexpr double LEAST_CELL = 8;
+
+struct TLine {
+    TInkVector from;
+    TInkVector to;
+};
+
+double SquareTo(const TLine& line, TInkVector pt) {
+    const TInkVector way = line.to - line.from;
+    const double dSquare = Dot(way, way);
+    const double t = dSquare > 0 ? std::clamp(Dot(pt - line.from, way) / dSquare, 0.0, 1.0) : 0;
+    const TInkVector away = line.from + way * t - pt;
+    return Dot(away, away);
+}
+
+TInkVector ToVector(CPoint pt) { return {static_cast<double>(pt.x), static_cast<double>(pt.y)}; }
+
+std::vector<TLine> LinesOf(const std::vector<TPolyBezier>& vShape) {
+    std::vector<TLine> vLines;
+    for (const TPolyBezier& vCurve : vShape)
+        for (size_t i = 0; i + 3 < vCurve.size(); i += 3) {
+            const TInkVector p0 = ToVector(vCurve[i]), p1 = ToVector(vCurve[i + 1]),
+                             p2 = ToVector(vCurve[i + 2]), p3 = ToVector(vCurve[i + 3]);
+            // A chord's distance from the curve is at most an eighth of the second derivative.
+            const double dBend = 6 * std::max(LengthOf(p0 - p1 * 2 + p2), LengthOf(p1 - p2 * 2 + p3));
+            const double dParts = std::sqrt(dBend / (8 * FLATNESS));
+            const int nParts = std::clamp(static_cast<int>(std::min(dParts, 64.0)) + 1, 1, 64);
+            TInkVector from = p0;
+            for (int n = 1; n <= nParts; ++n) {
+                const double t = static_cast<double>(n) / nParts, s = 1 - t;
+                const TInkVector to =
+                    p0 * (s * s * s) + p1 * (3 * s * s * t) + p2 * (3 * s * t * t) + p3 * (t * t * t);
+                vLines.push_back({from, to});
+                from = to;
+            }
+        }
+    return vLines;
+}
+
+std::vector<TInkBox> BoxesOf(const TInkWay& vWay, double dTolerance) {
+    std::vector<TInkBox> vBoxes;
+    vBoxes.reserve(vWay.size());
+    for (size_t i = 1; i < vWay.size(); ++i) {
+        const auto boxOf = [&](const TWayPoint& point) {
+            return TInkBox{point.pt, point.pt}.Grown(point.dHalf + dTolerance);
+        };
+        vBoxes.push_back(boxOf(vWay[i - 1]).Union(boxOf(vWay[i])));
+    }
+    return vBoxes;
+}
+
+double CellFor(const TInkWay& vWay, double dTolerance) {
+    double dMost = LEAST_CELL;
+    for (const TWayPoint& point : vWay) dMost = std::max(dMost, point.dHalf + dTolerance);
+    return dMost;
+}
+
+} // namespace
+
+CInkCheck::CInkCheck(const TInkWay& vWay, double dTolerance)
+    : m_vWay(vWay), m_dTolerance(dTolerance), m_grid(BoxesOf(vWay, dTolerance), CellFor(vWay, dTolerance)) {
+    m_vEdges.reserve(4 * vWay.size());
+    const auto directionAt = [&](size_t i) { return UnitOf(vWay[i].pt - vWay[i - 1].pt, {1, 0}); };
+    for (size_t i = 1; i < vWay.size(); ++i) {
+        const TInkVector direction = directionAt(i);
+        const TInkVector normal = Perpendicular(direction);
+        const auto addBoth = [&](TInkVector pt, TInkVector across) {
+            AddEdge(pt + across, i);
+            AddEdge(pt - across, i);
+        };
+        addBoth(Mix(vWay[i - 1].pt, vWay[i].pt, 0.5), normal * ((vWay[i - 1].dHalf + vWay[i].dHalf) / 2));
+        if (i + 1 == vWay.size()) break;
+        const TInkVector next = Perpendicular(directionAt(i + 1));
+        addBoth(vWay[i].pt, UnitOf(normal + next, direction) * vWay[i].dHalf);
+        if (Dot(normal, next) > 0.9) continue;
+        addBoth(vWay[i].pt, normal * vWay[i].dHalf);
+        addBoth(vWay[i].pt, next * vWay[i].dHalf);
+    }
+    const auto addCap = [&](size_t idx, TInkVector outward) {
+        const TInkVector across = Perpendicular(outward);
+        constexpr std::array<TInkVector, 5> DIRECTIONS{{{0, 1}, {0.8, 0.6}, {1, 0}, {0.8, -0.6}, {0, -1}}};
+        for (const TInkVector d : DIRECTIONS)
+            AddEdge(vWay[idx].pt + (outward * d.x + across * d.y) * vWay[idx].dHalf, idx);
+    };
+    addCap(0, -directionAt(1));
+    addCap(vWay.size() - 1, directionAt(vWay.size() - 1));
+}
+
+void CInkCheck::AddEdge(TInkVector pt, size_t idx) {
+    if (!IsWithin(pt, -INSIDE * m_dTolerance)) m_vEdges.push_back({pt, idx});
+}
+
+// To the area between two points, negative inside.
+double CInkCheck::DistanceTo(size_t idx, TInkVector pt) const {
+    const TWayPoint& from = m_vWay[idx];
+    const TWayPoint& to = m_vWay[idx + 1];
+    const TInkVector way = to.pt - from.pt;
+    const double dSquare = Dot(way, way);
+    const double t = dSquare > 0 ? std::clamp(Dot(pt - from.pt, way) / dSquare, 0.0, 1.0) : 0;
+    return LengthOf(from.pt + way * t - pt) - (from.dHalf + (to.dHalf - from.dHalf) * t);
+}
+
+bool CInkCheck::IsWithin(TInkVector pt, double d) const {
+    return m_grid.Visit({pt, pt}, [&](uint32_t n) { return DistanceTo(n, pt) <= d; });
+}
+
+size_t CInkCheck::NearestTo(TInkVector pt) const {
+    size_t idxBest = 0;
+    double dBest = DistanceTo(0, pt);
+    for (size_t i = 1; i + 1 < m_vWay.size(); ++i) {
+        const double d = DistanceTo(i, pt);
+        if (d >= dBest) continue;
+        dBest = d;
+        idxBest = i;
+    }
+    return idxBest;
+}
+
+std::vector<size_t> CInkCheck::FindFaults(const std::vector<TPolyBezier>& vShape) const {
+    const std::vector<TLine> vLines = LinesOf(vShape);
+    std::vector<TInkBox> vBoxes;
+    vBoxes.reserve(vLines.size());
+    for (const TLine& line : vLines)
+        vBoxes.push_back(TInkBox{line.from, line.from}.Union({line.to, line.to}));
+    const CCellGrid grid(vBoxes, LEAST_CELL);
+    std::vector<size_t> vFaults;
+    const double dSquare = m_dTolerance * m_dTolerance;
+    for (const auto& [pt, idx] : m_vEdges) {
+        const auto isNear = [&](uint32_t n) { return SquareTo(vLines[n], pt) <= dSquare; };
+        if (!grid.Visit(TInkBox{pt, pt}.Grown(m_dTolerance), isNear)) vFaults.push_back(idx);
+    }
+    for (const TLine& line : vLines)
+        if (!IsWithin(line.to, m_dTolerance)) vFaults.push_back(NearestTo(line.to));
+    std::sort(vFaults.begin(), vFaults.end());
+    vFaults.erase(std::unique(vFaults.begin(), vFaults.end()), vFaults.end());
+    return vFaults;
+}

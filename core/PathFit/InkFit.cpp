@@ -1,0 +1,132 @@
+#include "core/PathFit/InkFit.h"
+
+#include "core/PathFit/CentreFit.h"
+#include "core/PathFit/EaseFit.h"
+#include "core/PathFit/InkCheck.h"
+#include "core/PathFit/InkEnds.h"
+
+#include <algorithm>
+#include <array>
+
+namespace {
+
+/// What the rounding of the width and of the outline take of the tolerance, in path units.
+constexpr double ROUNDING = 0.5;
+/// A half-width may be off by that and this part of itself: thin lines keep their weight.
+constexpr double WIDTH_SHARE = 0.25;
+constexpr double ALPHA_TOLERANCE = 3;
+/// Marks so near to an anchor, in path units, stand on it.
+constexpr double SNAP = 2;
+constexpr int MOST_ROUNDS = 6;
+constexpr size_t MOST_ANCHORS = 65535;
+
+// The samples of half-widths, or of opacities.
+std::vector<TEaseSample> SamplesOf(const TInkWay& vWay, const std::vector<TCentreCurve>& vCurves,
+                                   double dTolerance, bool bAlpha) {
+    constexpr int CHORDS = 16;
+    const CCurveFit fit(vWay);
+    std::vector<TEaseSample> vSamples;
+    vSamples.reserve(vWay.size());
+    double dBegin = 0;
+    for (size_t n = 0; n < vCurves.size(); ++n) {
+        const auto& [cubic, range] = vCurves[n];
+        std::array<double, CHORDS + 1> adLength{};
+        for (size_t i = 1; i <= CHORDS; ++i)
+            adLength[i] = adLength[i - 1] + LengthOf(cubic.At(static_cast<double>(i) / CHORDS) -
+                                                     cubic.At(static_cast<double>(i - 1) / CHORDS));
+        const auto lengthAt = [&](double t) {
+            const auto i = std::min(static_cast<size_t>(t * CHORDS), size_t{CHORDS - 1});
+            return adLength[i] + (adLength[i + 1] - adLength[i]) * (t * CHORDS - static_cast<double>(i));
+        };
+        const auto vPlaces =
+            range.idxFirst < range.idxLast ? fit.PlacesOn(cubic, range) : std::vector<TCurvePlace>{};
+        for (size_t i = n == 0 ? 0 : 1; i < vPlaces.size(); ++i) {
+            const TWayPoint& point = vWay[range.idxFirst + i];
+            double dLength = lengthAt(vPlaces[i].t), t = vPlaces[i].t;
+            if (i == 0 || dLength < SNAP) dLength = t = 0;
+            if (i + 1 == vPlaces.size() || dLength > adLength.back() - SNAP) dLength = adLength.back(), t = 1;
+            const double dOff =
+                std::min(dTolerance - ROUNDING - vPlaces[i].dError, ROUNDING + WIDTH_SHARE * point.dHalf);
+            vSamples.push_back({static_cast<uint32_t>(n) * BEZIER_T_RESOLUTION +
+                                    static_cast<uint32_t>(t * BEZIER_T_RESOLUTION),
+                                dBegin + dLength, bAlpha ? point.dAlpha : point.dHalf,
+                                bAlpha ? ALPHA_TOLERANCE : std::max(dOff, ROUNDING)});
+        }
+        dBegin += adLength.back();
+    }
+    return vSamples;
+}
+
+std::vector<TFittedAnchor> AnchorsOf(const std::vector<TCentreCurve>& vCurves) {
+    std::vector<TFittedAnchor> vAnchors{{ToPoint(vCurves.front().cubic.p0), {}, {}}};
+    for (const TCentreCurve& curve : vCurves) {
+        const auto& [p0, p1, p2, p3] = curve.cubic;
+        vAnchors.back().ptFore = ToPoint(p1 - p0);
+        vAnchors.push_back({ToPoint(p3), ToPoint(p2 - p3), {}});
+    }
+    return vAnchors;
+}
+
+TFittedInk Assemble(const TInkWay& vWay, const TInkWay& vDrawn, const std::vector<TCentreCurve>& vCurves,
+                    TEaseEnds ends, double dTolerance) {
+    TFittedInk ink;
+    ink.vAnchors = AnchorsOf(vCurves);
+    ink.vWidths = FitEase(SamplesOf(vWay, vCurves, dTolerance, false), ends);
+    for (const TFittedMark& mark : ink.vWidths) ink.uWidth = std::max(ink.uWidth, mark.uValue);
+    const auto outward = [&](bool bBegin) {
+        const TInkCubic& cubic = bBegin ? vCurves.front().cubic : vCurves.back().cubic;
+        return bBegin ? UnitOf(cubic.p0 - cubic.p1, {-1, 0}) : UnitOf(cubic.p3 - cubic.p2, {1, 0});
+    };
+    const auto endOf = [&](bool bBegin, bool bSharp) {
+        if (bSharp) return TFittedEnd{TERM_SHARP, FIXED_ONE};
+        const TWayPoint& disc = bBegin ? vDrawn.front() : vDrawn.back();
+        const TInkVector pt = bBegin ? vCurves.front().cubic.p0 : vCurves.back().cubic.p3;
+        const uint32_t uWidth = (bBegin ? ink.vWidths.front() : ink.vWidths.back()).uValue;
+        return TFittedEnd{TERM_ROUND, GrowOf(disc, pt, outward(bBegin), uWidth)};
+    };
+    ink.begin = endOf(true, ends.bSharpBegin);
+    ink.end = endOf(false, ends.bSharpEnd);
+    if (ink.vWidths.size() == 1 && !ends.bSharpBegin && !ends.bSharpEnd) ink.vWidths.clear();
+    return ink;
+}
+
+// Divides the curves near the faults. False when none could be.
+bool DivideAt(std::vector<TCentreCurve>& vCurves, const std::vector<size_t>& vFaults, const TInkWay& vWay,
+              double dTolerance) {
+    std::vector<size_t> vHit;
+    for (size_t n = 0; n < vCurves.size(); ++n) {
+        const TWayRange& range = vCurves[n].range;
+        const auto it = std::lower_bound(vFaults.begin(), vFaults.end(), range.idxFirst);
+        if (it != vFaults.end() && *it <= range.idxLast) vHit.push_back(n);
+    }
+    bool bDone = false;
+    for (size_t i = vHit.size(); i-- > 0;) bDone |= DivideCurve(vCurves, vHit[i], vWay, dTolerance);
+    return bDone;
+}
+
+} // namespace
+
+TFittedInk FitInk(std::span<const TInkDisc> vLine, double dTolerance) {
+    dTolerance = std::clamp(dTolerance, LEAST_INK_TOLERANCE, MOST_INK_TOLERANCE);
+    const TInkWay vDrawn = MakeInkWay(vLine, dTolerance);
+    if (vDrawn.empty()) return {};
+    if (vDrawn.size() == 1) return MakeDot(vDrawn.front());
+    const TEaseEnds ends{IsTapering(vDrawn, true, dTolerance), IsTapering(vDrawn, false, dTolerance)};
+    TInkWay vWay = vDrawn;
+    ExtendTapers(vWay, ends.bSharpBegin, ends.bSharpEnd);
+    std::vector<TCentreCurve> vCurves = FitCentre(vWay, dTolerance);
+    const CInkCheck check(vDrawn, dTolerance);
+    const size_t nBefore = vWay.size() > vDrawn.size() && ends.bSharpBegin && vWay.front().dHalf == 0 ? 1 : 0;
+    TFittedInk ink;
+    for (int nRound = 0; nRound < MOST_ROUNDS; ++nRound) {
+        ink = Assemble(vWay, vDrawn, vCurves, ends, dTolerance);
+        if (nRound + 1 == MOST_ROUNDS) break;
+        std::vector<size_t> vFaults =
+            check.FindFaults(MakeInkPath(ink)->GetStream().GetShape(STATE_COMMITTED));
+        if (vFaults.empty()) break;
+        for (size_t& idx : vFaults) idx += nBefore;
+        if (!DivideAt(vCurves, vFaults, vWay, dTolerance)) break;
+    }
+    ink.vAlphas = FitEase(SamplesOf(vWay, vCurves, dTolerance, true), {});
+    return ink;
+}

@@ -1,0 +1,159 @@
+#include "core/PathFit/InkWay.h"
+
+#include "core/PathObject/PathControlPointBase.h"
+
+#include <algorithm>
+
+namespace {
+
+// Parts of the tolerance.
+constexpr double NEAR = 0.2;    ///< points so near to the one before are no points of their own
+constexpr double COVERED = 0.1; ///< how far a disc at an end may stand out of the one that covers it
+constexpr double HOOK = 0.7;    ///< the same where the line turns away from it
+constexpr double OFF_CHORD =
+    0.2;                    ///< distance of points that are left out from the line between their neighbours
+constexpr double DOT = 0.5; ///< how far the discs of a dot may stand out of its largest
+/// The turn from a hook to the line, as a cosine.
+constexpr double HOOK_TURN = 0.7;
+constexpr size_t LONGEST_RUN = 16;   ///< points left out one after the other
+constexpr double LONGEST_CHORD = 4;  ///< half-widths, at least tolerances
+constexpr size_t MOST_PARTS = 8;     ///< of a chord
+constexpr size_t LONGEST_END = 4096; ///< points that an end may cover
+
+double ClampedPlace(double d) {
+    constexpr double LIMIT = PATH_COORDINATE_LIMIT / 2;
+    return std::clamp(d, -LIMIT, LIMIT);
+}
+
+TWayPoint PointOf(const TInkDisc& disc) {
+    return {{ClampedPlace(disc.x), ClampedPlace(disc.y)},
+            std::clamp(disc.dHalf, 0.0, static_cast<double>(PATH_WIDTH_LIMIT)),
+            std::clamp(disc.dAlpha, 0.0, 255.0),
+            0};
+}
+
+bool Covers(const TWayPoint& by, const TWayPoint& disc, double dSlack) {
+    const double dRoom = by.dHalf - disc.dHalf + dSlack;
+    const TInkVector way = disc.pt - by.pt;
+    return dRoom >= 0 && Dot(way, way) <= dRoom * dRoom;
+}
+
+// The last of the first points that covers all before it.
+template <class Iterator>
+Iterator EndOfCovered(Iterator itBegin, Iterator itEnd, double dSlack) {
+    Iterator itBest = itBegin;
+    const auto nMost = std::min<std::ptrdiff_t>(itEnd - itBegin, LONGEST_END);
+    std::ptrdiff_t nStep = 1;
+    for (std::ptrdiff_t n = 1; n < nMost; n += nStep) {
+        const auto covers = [&](const TWayPoint& disc) { return Covers(itBegin[n], disc, dSlack); };
+        if (!std::all_of(itBegin, itBegin + n, covers)) continue;
+        itBest = itBegin + n;
+        nStep = 1 + n / 16; // each success costs as much as there are points before it
+    }
+    return itBest;
+}
+
+// The point behind a hook at the beginning; the beginning itself without one.
+template <class Iterator>
+Iterator EndOfHook(Iterator itBegin, Iterator itEnd, double dTolerance) {
+    const Iterator itHook = EndOfCovered(itBegin, itEnd, HOOK * dTolerance);
+    const TInkVector hook = itHook->pt - itBegin->pt;
+    const auto isAway = [&](const TWayPoint& point) {
+        return LengthOf(point.pt - itHook->pt) >= 3 * dTolerance;
+    };
+    const Iterator itAway = std::find_if(itHook, itEnd, isAway);
+    if (itAway == itEnd) return itBegin;
+    const TInkVector line = itAway->pt - itHook->pt;
+    return Dot(hook, line) < HOOK_TURN * LengthOf(hook) * LengthOf(line) ? itHook : itBegin;
+}
+
+TInkWay WithoutDwelling(std::span<const TInkDisc> vLine, double dNear) {
+    TInkWay vWay;
+    for (const TInkDisc& disc : vLine) {
+        const TWayPoint point = PointOf(disc);
+        if (!vWay.empty() && LengthOf(point.pt - vWay.back().pt) <= dNear) {
+            TWayPoint& last = vWay.back();
+            if (point.dHalf <= last.dHalf) continue;
+            last.dHalf = point.dHalf;
+            last.dAlpha = point.dAlpha;
+            continue;
+        }
+        vWay.push_back(point);
+    }
+    return vWay;
+}
+
+// True when the points between two others can be left out.
+bool IsChord(const TInkWay& vWay, size_t idxFirst, size_t idxLast, double dOff) {
+    const TWayPoint& first = vWay[idxFirst];
+    const TWayPoint& last = vWay[idxLast];
+    const TInkVector chord = last.pt - first.pt;
+    const double dSquare = Dot(chord, chord);
+    if (dSquare == 0) return false;
+    for (size_t i = idxFirst + 1; i < idxLast; ++i) {
+        const TInkVector way = vWay[i].pt - first.pt;
+        const double t = Dot(way, chord) / dSquare;
+        if (t < 0 || t > 1) return false;
+        const double dOut = LengthOf(way - chord * t);
+        const double dHalf = first.dHalf + (last.dHalf - first.dHalf) * t;
+        if (dOut > dOff || std::abs(vWay[i].dHalf - dHalf) > dOff) return false;
+    }
+    return true;
+}
+
+TInkWay Thinned(const TInkWay& vWay, double dOff) {
+    TInkWay vKept{vWay.front()};
+    size_t idxKept = 0;
+    for (size_t i = 1; i < vWay.size(); ++i) {
+        const bool bLast = i + 1 == vWay.size();
+        if (!bLast && i - idxKept < LONGEST_RUN && IsChord(vWay, idxKept, i + 1, dOff)) continue;
+        vKept.push_back(vWay[i]);
+        idxKept = i;
+    }
+    return vKept;
+}
+
+// The fit sees the line at points only.
+TInkWay Divided(const TInkWay& vWay, double dLeast) {
+    TInkWay vAll{vWay.front()};
+    for (size_t i = 1; i < vWay.size(); ++i) {
+        const TWayPoint& from = vWay[i - 1];
+        const TWayPoint& to = vWay[i];
+        const double dStep = LONGEST_CHORD * std::max(dLeast, std::min(from.dHalf, to.dHalf));
+        const double dParts = LengthOf(to.pt - from.pt) / dStep;
+        const size_t nParts = dParts < MOST_PARTS ? static_cast<size_t>(dParts) + 1 : MOST_PARTS;
+        for (size_t n = 1; n < nParts; ++n) {
+            const double t = static_cast<double>(n) / static_cast<double>(nParts);
+            vAll.push_back({Mix(from.pt, to.pt, t), from.dHalf + (to.dHalf - from.dHalf) * t,
+                            from.dAlpha + (to.dAlpha - from.dAlpha) * t, 0});
+        }
+        vAll.push_back(to);
+    }
+    return vAll;
+}
+
+} // namespace
+
+void MeasureWay(TInkWay& vWay) {
+    double dLength = 0;
+    for (size_t i = 0; i < vWay.size(); ++i) {
+        if (i > 0) dLength += LengthOf(vWay[i].pt - vWay[i - 1].pt);
+        vWay[i].dLength = dLength;
+    }
+}
+
+TInkWay MakeInkWay(std::span<const TInkDisc> vLine, double dTolerance) {
+    if (vLine.empty()) return {};
+    TInkWay vWay = WithoutDwelling(vLine, NEAR * dTolerance);
+    const auto itLargest = std::max_element(vWay.begin(), vWay.end(),
+                                            [](const auto& a, const auto& b) { return a.dHalf < b.dHalf; });
+    const auto isInDot = [&](const TWayPoint& point) { return Covers(*itLargest, point, DOT * dTolerance); };
+    if (std::all_of(vWay.begin(), vWay.end(), isInDot)) return {*itLargest};
+    vWay.erase(vWay.begin(), EndOfCovered(vWay.begin(), vWay.end(), COVERED * dTolerance));
+    vWay.erase(EndOfCovered(vWay.rbegin(), vWay.rend(), COVERED * dTolerance).base(), vWay.end());
+    vWay.erase(vWay.begin(), EndOfHook(vWay.begin(), vWay.end(), dTolerance));
+    vWay.erase(EndOfHook(vWay.rbegin(), vWay.rend(), dTolerance).base(), vWay.end());
+    vWay = Divided(Thinned(vWay, OFF_CHORD * dTolerance), dTolerance);
+    MeasureWay(vWay);
+    return vWay;
+}

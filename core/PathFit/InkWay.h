@@ -1,0 +1,27 @@
+// The discs of a line that the fit looks at: without what others cover and what lies too near to matter.
+#pragma once
+
+#include "core/PathFit/InkLine.h"
+#include "core/PathFit/InkVector.h"
+
+#include <span>
+#include <vector>
+
+/// A place of the centre line.
+struct TWayPoint {
+    TInkVector pt;
+    double dHalf;
+    double dAlpha;
+    double dLength; ///< along the way, from its first point
+};
+
+using TInkWay = std::vector<TWayPoint>;
+
+/// The way of a line: dots and dwelling become one point; discs at an end that another one covers are left
+/// out, so an end shows its real half-width, and so is a hook there smaller than the tolerance. Points that
+/// lie nearly on a straight line are left out, and long stretches between points divided. At least one point
+/// for a line with discs.
+TInkWay MakeInkWay(std::span<const TInkDisc> vLine, double dTolerance);
+
+/// Sets the lengths anew.
+void MeasureWay(TInkWay& vWay);
