@@ -92,7 +92,7 @@ void Time(benchmark::State& state, Operation operation) {
 
 TBytes SavedBytes() {
     CSerializer file;
-    file.WriteChunk(Document().spCanvas->Serialize());
+    file.WriteTop(Document().spCanvas->Serialize());
     return file.GetPayload();
 }
 
@@ -105,7 +105,7 @@ void LoadFromMemory(benchmark::State& state) {
     Time(state, [&] {
         CDeserializer file(spBytes);
         CDeserializer top;
-        file.ReadChunk(top);
+        file.ReadTop(top);
         const auto spCanvas = boost::make_shared<CCanvasBuffer>();
         spCanvas->Deserialize(top, L"page.vlm");
     });

@@ -12,7 +12,7 @@ namespace {
 boost::shared_ptr<CCanvasBuffer> Load(TBytes vBytes) {
     CDeserializer file(boost::make_shared<TBytes>(std::move(vBytes)));
     CDeserializer top;
-    file.ReadChunk(top);
+    file.ReadTop(top);
     auto spCanvas = boost::make_shared<CCanvasBuffer>();
     spCanvas->Deserialize(top, L"page.vlm");
     return spCanvas;
@@ -20,7 +20,7 @@ boost::shared_ptr<CCanvasBuffer> Load(TBytes vBytes) {
 
 TBytes Save(const CCanvasBuffer& canvas) {
     CSerializer file;
-    file.WriteChunk(canvas.Serialize());
+    file.WriteTop(canvas.Serialize());
     return file.GetPayload();
 }
 

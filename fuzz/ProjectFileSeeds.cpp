@@ -59,7 +59,7 @@ int main(int argc, char** argv) {
         for (const bool bColor : {false, true}) {
             const auto spCanvas = MakeTree(bColor, bTiles);
             CSerializer file;
-            file.WriteChunk(spCanvas->Serialize());
+            file.WriteTop(spCanvas->Serialize());
             bOk = write(file) && bOk;
         }
     // The oldest format: neither colour modes nor an active child.

@@ -26,16 +26,18 @@ void CFileImage::MoveWindow(uint64_t uPos, size_t nLength) {
     if (!m_reader.Read(uPos, m_vWindow.data(), m_vWindow.size()))
         throw fileopen_error(m_strName, EFileFailure::DiskError);
     SetWindow(uPos, m_vWindow.data(), m_vWindow.size());
-    m_uEnd = uPos + m_vWindow.size();
-    // A window may begin inside the one before.
-    const uint64_t uRead = std::max(m_uRead, m_uEnd);
+    const uint64_t uEndBefore = std::exchange(m_uEnd, uPos + m_vWindow.size());
+    // A window may begin inside the one before. What is attached behind the top chunk is read first, so a
+    // jump counts what it reads, not how far it goes.
+    const uint64_t uNew = m_uEnd - std::min(m_uEnd, bGoesOn ? uEndBefore : uPos);
+    const uint64_t uRead = std::min(m_uRead + uNew, GetSize());
     m_progress.Advance(uRead - std::exchange(m_uRead, uRead));
 }
 
 boost::shared_ptr<CCanvasBuffer> ReadCanvas(const boost::shared_ptr<CWireImage>& spImage) {
     CDeserializer file(spImage);
     CDeserializer top;
-    file.ReadChunk(top);
+    file.ReadTop(top);
     auto spCanvas = boost::make_shared<CCanvasBuffer>();
     spCanvas->Deserialize(top, {});
     return spCanvas;

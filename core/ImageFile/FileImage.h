@@ -23,7 +23,7 @@ private:
     IFileReader& m_reader;
     IProgress& m_progress;
     uint64_t m_uEnd = 0;  ///< where the window ends
-    uint64_t m_uRead = 0; ///< where the part that has been read ends
+    uint64_t m_uRead = 0; ///< bytes counted as read
     size_t m_nPiece = 0;
     TBytes m_vWindow;
 };

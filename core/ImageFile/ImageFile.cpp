@@ -66,7 +66,7 @@ void SaveDocument(CCanvasBuffer& canvas, const std::wstring& strPath, IFileStore
     canvas.SwapPathAndTitle(strOldPath, strOldTitle);
     try {
         CSerializer file;
-        file.WriteChunk(canvas.Serialize());
+        file.WriteTop(canvas.Serialize());
         const CFileOutcome outcome = files.ReplaceBy(strPath, [&](const TWriteBytes& fnWrite) {
             progress.Begin(L"ファイルに書いています", file.GetLength());
             return file.WriteOut([&](std::string_view strBytes) {

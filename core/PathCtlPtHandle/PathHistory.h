@@ -21,7 +21,7 @@ public:
     /// Takes in a further change of the path, which leads to `spAfter`.
     void SetAfter(const boost::shared_ptr<TPathSnapshot>& spAfter) {
         m_spAfter = spAfter;
-        m_nSnapshotBytes = m_spBefore->chunk.GetPayload().size() + spAfter->chunk.GetPayload().size();
+        m_nSnapshotBytes = m_spBefore->chunk.GetWhole().size() + spAfter->chunk.GetWhole().size();
     }
 
 protected:

@@ -45,7 +45,7 @@ void CPathTool::ChangeTarget(const boost::function<void(COpenPathStream&)>& fnCh
     fnChange(pOpenPath->GetStream());
     pOpenPath->Update();
     const auto spAfter = pOpenPath->CreateSnapshot();
-    if (spAfter->chunk.GetPayload() == spBefore->chunk.GetPayload()) return;
+    if (spAfter->chunk.GetWhole() == spBefore->chunk.GetWhole()) return;
     CHistoryStream& history = GetVectorLayer()->GetCanvas()->GetHistory();
     const auto spLast = m_wpFoldable.lock();
     if (bFold && spLast && spLast == history.GetFoldable() && spLast->IsOf(*pOpenPath)) {

@@ -18,7 +18,7 @@ constexpr uint32_t MS_A_SECOND = 1000;
 
 TFillBytes SerializeDocument(const CCanvasBuffer& canvas) {
     const auto spFile = boost::make_shared<CSerializer>();
-    spFile->WriteChunk(canvas.Serialize());
+    spFile->WriteTop(canvas.Serialize());
     return [spFile](const TWriteBytes& fnWrite) { return spFile->WriteOut(fnWrite); };
 }
 

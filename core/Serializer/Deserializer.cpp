@@ -91,9 +91,44 @@ CDeserializer::CDeserializer(boost::shared_ptr<CWireImage> spImage) : m_spImage(
 CDeserializer::CDeserializer(boost::shared_ptr<const TBytes> spBytes)
     : CDeserializer(boost::shared_ptr<CWireImage>(boost::make_shared<CMemoryImage>(std::move(spBytes)))) {}
 
-CDeserializer::CDeserializer(CSerializer chunk) : m_uTag(chunk.GetTag()), m_uVersion(chunk.GetVersion()) {
+CDeserializer::CDeserializer(CSerializer chunk)
+    : m_uEnd(chunk.GetLength()), m_uTag(chunk.GetTag()), m_uVersion(chunk.GetVersion()) {
+    chunk.WriteAttached();
     m_spImage = boost::make_shared<CChunkImage>(std::move(chunk));
-    m_uEnd = static_cast<uint32_t>(m_spImage->GetSize());
+    CDeserializer behind(m_spImage);
+    behind.m_uPos = m_uEnd;
+    behind.IndexAttached();
+}
+
+void CDeserializer::ReadTop(CDeserializer& top) {
+    ReadChunk(top);
+    IndexAttached();
+}
+
+// The list of attached chunks is expected at the position.
+void CDeserializer::IndexAttached() {
+    if (GetRest() < CHUNK_HEADER || LoadBig32(m_spImage->Fetch(m_uPos, 4)) != TAG_ATTACHED) return;
+    CDeserializer list;
+    ReadChunk(list);
+    std::vector<CWireImage::TAttached> vAttached;
+    while (list.GetRest() != 0) {
+        const auto uOwner = static_cast<uint32_t>(list.ReadInt32());
+        vAttached.push_back({uOwner, list.m_uPos});
+        CDeserializer chunk;
+        list.ReadChunk(chunk);
+    }
+    m_spImage->SetAttached(std::move(vAttached));
+}
+
+bool CDeserializer::FindAttached(uint32_t uTag, CDeserializer& chunk) const {
+    for (const CWireImage::TAttached& attached : m_spImage->AttachedTo(m_uBegin)) {
+        CDeserializer list(*this);
+        list.m_uPos = attached.uAt;
+        list.m_uEnd = static_cast<uint32_t>(m_spImage->GetSize());
+        list.ReadChunk(chunk);
+        if (chunk.m_uTag == uTag) return true;
+    }
+    return false;
 }
 
 void CDeserializer::ReadChunk(CDeserializer& child) {
@@ -105,7 +140,7 @@ void CDeserializer::ReadChunk(CDeserializer& child) {
     child.m_uTag = LoadBig32(p);
     child.m_uVersion = LoadBig32(p + 4);
     child.m_uDepth = m_uDepth + 1;
-    child.m_uPos = m_uPos + CHUNK_HEADER;
+    child.m_uBegin = child.m_uPos = m_uPos + CHUNK_HEADER;
     child.m_uEnd = child.m_uPos + uLength;
     m_uPos = child.m_uEnd;
 }

@@ -2,8 +2,11 @@
 
 #include "core/Base/Failure.h"
 
+#include <boost/make_shared.hpp>
+
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 namespace {
 
@@ -97,12 +100,40 @@ void CSerializer::WriteChunk(CSerializer child) {
     StoreBig32(p, child.m_uTag);
     StoreBig32(p + 4, child.m_uVersion);
     StoreBig32(p + 8, child.GetLength());
+    for (auto& [nOwner, spChunk] : child.m_vAttached)
+        m_vAttached.emplace_back(m_nLength + nOwner, std::move(spChunk));
     Grow(child.m_nLength);
     for (TPiece& piece : child.m_vPieces) {
         Join(std::move(piece.vBytes));
         if (piece.spPart) Close(piece.spPart);
     }
     Join(std::move(child.m_vBytes));
+}
+
+void CSerializer::Attach(CSerializer chunk) {
+    m_vAttached.emplace_back(0, boost::make_shared<const CSerializer>(std::move(chunk)));
+}
+
+void CSerializer::WriteAttached() {
+    if (m_vAttached.empty()) return;
+    CSerializer list;
+    list.SetTag(TAG_ATTACHED, 0);
+    for (const auto& [nOwner, spChunk] : std::exchange(m_vAttached, {})) {
+        list.WriteInt32(static_cast<int32_t>(nOwner));
+        list.WriteChunk(*spChunk);
+    }
+    WriteChunk(std::move(list));
+}
+
+void CSerializer::WriteTop(CSerializer top) {
+    WriteChunk(std::move(top));
+    WriteAttached();
+}
+
+TBytes CSerializer::GetWhole() const {
+    CSerializer whole(*this);
+    whole.WriteAttached();
+    return whole.GetPayload();
 }
 
 TBytes CSerializer::GetPayload() const {

@@ -10,6 +10,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 using TBytes = std::vector<uint8_t>;
@@ -24,6 +25,8 @@ constexpr uint32_t MakeTag(const char (&psz)[5]) {
 
 /// Tag of a chunk without a meaning: four blanks.
 constexpr uint32_t TAG_EMPTY = MakeTag("    ");
+/// Tag of the chunk behind a file's top chunk: for each attached chunk its owner's position, then itself.
+constexpr uint32_t TAG_ATTACHED = MakeTag("MORE");
 
 /// Bytes of tag, version and length before a chunk's payload.
 constexpr uint32_t CHUNK_HEADER = 12;
@@ -55,6 +58,11 @@ public:
     void WritePart(const boost::shared_ptr<const IWirePart>& spPart);
     /// Appends the child's tag, version, payload length and payload.
     void WriteChunk(CSerializer child);
+    /// Attaches a chunk, to which nothing is attached, that readers of this one can do without. It stands
+    /// beside the payload and goes along with it through WriteChunk.
+    void Attach(CSerializer chunk);
+    /// Appends the top chunk of a file, and behind it what is attached to the chunks in it, if anything.
+    void WriteTop(CSerializer top);
 
     uint32_t GetTag() const { return m_uTag; }
     uint32_t GetVersion() const { return m_uVersion; }
@@ -62,11 +70,14 @@ public:
     uint32_t GetLength() const { return static_cast<uint32_t>(m_nLength); }
     /// The whole payload in one piece.
     TBytes GetPayload() const;
+    /// The same with what is attached, as WriteTop appends it: equal bytes have equal content.
+    TBytes GetWhole() const;
     /// Passes the payload to `fnWrite` piece by piece; stops and returns false when `fnWrite` does.
     bool WriteOut(const std::function<bool(std::string_view)>& fnWrite) const;
 
 private:
     friend class CChunkImage;
+    friend class CDeserializer;
 
     // A run of bytes and, if any, the part that follows it.
     struct TPiece {
@@ -77,7 +88,10 @@ private:
     void Grow(uint64_t nLength);
     void Join(TBytes vBytes);
     void Close(const boost::shared_ptr<const IWirePart>& spPart);
+    void WriteAttached();
 
+    /// Chunks, each with the position in this payload where the payload of its owner begins.
+    std::vector<std::pair<uint64_t, boost::shared_ptr<const CSerializer>>> m_vAttached;
     std::vector<TPiece> m_vPieces;
     TBytes m_vBytes; ///< bytes after the last piece
     uint64_t m_nLength = 0;
@@ -102,6 +116,11 @@ public:
 
     /// Sets `child` to the chunk at the position and moves past it. The child shares the image.
     void ReadChunk(CDeserializer& child);
+    /// Sets `top` to a file's top chunk and takes in what is attached to the chunks in it; anything else
+    /// behind it is ignored.
+    void ReadTop(CDeserializer& top);
+    /// Sets `chunk` to the first chunk with that tag that is attached to this one; false without one.
+    bool FindAttached(uint32_t uTag, CDeserializer& chunk) const;
     int32_t ReadInt32();
     uint8_t ReadByte();
     bool ReadBool() { return ReadByte() != 0; }
@@ -138,7 +157,10 @@ public:
     void ExpectEnd() const;
 
 private:
+    void IndexAttached();
+
     boost::shared_ptr<CWireImage> m_spImage;
+    uint32_t m_uBegin = 0;
     uint32_t m_uEnd = 0;
     uint32_t m_uPos = 0;
     uint32_t m_uTag = TAG_EMPTY;

@@ -3,9 +3,12 @@
 
 #include <boost/noncopyable.hpp>
 
+#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <span>
+#include <vector>
 
 /// Bytes of a payload that stay with their owner until they are written, such as a tile's pixels: a chunk
 /// refers to them without a copy. To change them, replace the owner by a copy first.
@@ -36,6 +39,17 @@ public:
     /// the total exceeds the limit.
     void Claim(uint64_t uBytes);
 
+    /// A chunk that is attached to the one whose payload begins at `uOwner`.
+    struct TAttached {
+        uint32_t uOwner;
+        uint32_t uAt; ///< where it begins
+
+        friend auto operator<=>(const TAttached&, const TAttached&) = default;
+    };
+    void SetAttached(std::vector<TAttached> vAttached);
+    /// The attached chunks of an owner, in the image's order.
+    std::span<const TAttached> AttachedTo(uint32_t uOwner) const;
+
 protected:
     /// `uClaimable` is the limit of all claims.
     explicit CWireImage(uint64_t uSize, uint64_t uClaimable = std::numeric_limits<uint64_t>::max())
@@ -50,6 +64,7 @@ protected:
 
 private:
     const uint64_t m_uSize;
+    std::vector<TAttached> m_vAttached; ///< sorted
     uint64_t m_uClaimable;
     uint64_t m_uFirst = 0;
     const uint8_t* m_pWindow = nullptr;

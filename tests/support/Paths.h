@@ -7,7 +7,7 @@
 
 #include <random>
 
-inline TBytes BytesOf(const CPathObject& path) { return path.Serialize().GetPayload(); }
+inline TBytes BytesOf(const CPathObject& path) { return path.Serialize().GetWhole(); }
 
 /// Appends an anchor; a handle of zero is none.
 inline boost::shared_ptr<CPathControlPoint> AddAnchor(CPathStream& stream, CPoint pt, CPoint back = {},

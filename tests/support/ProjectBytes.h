@@ -13,13 +13,13 @@
 /// The bytes of a file that holds one chunk.
 inline TBytes FileOf(const CSerializer& chunk) {
     CSerializer file;
-    file.WriteChunk(chunk);
+    file.WriteTop(chunk);
     return file.GetPayload();
 }
 
 inline CDeserializer OpenChunk(const TBytes& vFile) {
     CDeserializer file(boost::make_shared<TBytes>(vFile)), top;
-    file.ReadChunk(top);
+    file.ReadTop(top);
     return top;
 }
 

@@ -20,13 +20,13 @@ protected:
     // The layer's paths while the action is done; undo and redo give the same paths and bytes.
     CReplacePathsHistory::TPaths Done(CHistory& history) {
         const auto vBefore = Paths();
-        const TBytes vBytes = m_spLayer->Serialize().GetPayload();
+        const TBytes vBytes = m_spLayer->Serialize().GetWhole();
         history.Redo();
         const auto vAfter = Paths();
         for (int n = 0; n < 2; ++n) {
             history.Undo();
             EXPECT_EQ(Paths(), vBefore);
-            EXPECT_EQ(m_spLayer->Serialize().GetPayload(), vBytes);
+            EXPECT_EQ(m_spLayer->Serialize().GetWhole(), vBytes);
             history.Redo();
             EXPECT_EQ(Paths(), vAfter);
         }

@@ -57,6 +57,54 @@ TEST(Serializer, ChunksAreBigEndianAndComeBackButNotCutNorWithAWrongLength) {
         }
 }
 
+TEST(Serializer, AttachedChunksGoAlongAndDoNotChangeTheirOwner) {
+    const auto make = [](bool bAttach) {
+        CSerializer outer = MakeChunk("OUTR", 0);
+        for (const uint8_t u : {1, 2, 3}) {
+            CSerializer inner = MakeChunk("INNR", 0);
+            inner.WriteByte(u);
+            for (const uint8_t uMore : {10, 20}) {
+                CSerializer more = uMore == 10 ? MakeChunk("TENS", 4) : MakeChunk("LATE", 0);
+                more.WriteByte(static_cast<uint8_t>(u + uMore));
+                if (bAttach && u != 2) inner.Attach(more);
+            }
+            outer.WriteChunk(inner);
+        }
+        return outer;
+    };
+    const TBytes vPlain = FileOf(make(false)), vWhole = FileOf(make(true));
+    ASSERT_GT(vWhole.size(), vPlain.size());
+    EXPECT_TRUE(std::equal(vPlain.begin(), vPlain.end(), vWhole.begin()));
+    EXPECT_EQ(make(true).GetPayload(), make(false).GetPayload());
+    EXPECT_NE(make(true).GetWhole(), make(false).GetWhole());
+    const auto found = [](CDeserializer outer) {
+        std::vector<int> vFound;
+        for (int n = 0; n < 3; ++n) {
+            CDeserializer inner, more;
+            outer.ReadChunk(inner);
+            for (const char* psz : {"LATE", "TENS", "NONE"})
+                vFound.push_back(inner.FindAttached(MakeTag({psz[0], psz[1], psz[2], psz[3], 0}), more)
+                                     ? more.ReadByte()
+                                     : 0);
+            EXPECT_EQ(inner.ReadByte(), n + 1);
+            inner.ExpectEnd();
+        }
+        return vFound;
+    };
+    const std::vector<int> vExpected{21, 11, 0, 0, 0, 0, 23, 13, 0};
+    EXPECT_EQ(found(OpenChunk(vWhole)), vExpected);
+    EXPECT_EQ(found(CDeserializer(make(true))), vExpected);
+    // A reader that does not ask for them has none; a list that is cut or too long is refused.
+    CDeserializer file(boost::make_shared<TBytes>(vWhole)), top;
+    file.ReadChunk(top);
+    EXPECT_EQ(found(top), std::vector<int>(9));
+    for (size_t n = vPlain.size() + CHUNK_HEADER; n < vWhole.size(); ++n)
+        EXPECT_THROW(OpenChunk({vWhole.data(), vWhole.data() + n}), deserialize_error) << n;
+    TBytes vLong = vWhole;
+    vLong[vPlain.size() + CHUNK_HEADER + 4 + 11] = 2; // the first one's length
+    EXPECT_THROW(OpenChunk(vLong), deserialize_error);
+}
+
 TEST(Serializer, MoreThanLengthsCanTellIsRefused) {
     CSerializer chunk = MakeChunk("MANY", 1);
     const uint64_t uRoom = uint64_t{UINT32_MAX} - CHUNK_HEADER;
