@@ -28,6 +28,8 @@ constexpr struct {
     {CPathWidthControlPoint::CHUNK_TAG, DRAG_HANDLE, L"太さ記号の変形"},
     {CPathTransControlPoint::CHUNK_TAG, DRAG_ANCHOR, L"透明化制御点の移動"},
     {CPathTransControlPoint::CHUNK_TAG, DRAG_HANDLE, L"透明化角度の変更"},
+    {CPathAlphaControlPoint::CHUNK_TAG, DRAG_ANCHOR, L"不透明度記号の移動"},
+    {CPathAlphaControlPoint::CHUNK_TAG, DRAG_HANDLE, L"不透明度記号の変形"},
     {COpenPathRoundTerm::CHUNK_TAG, DRAG_END, L"丸い先端の変形"},
     {COpenPathFlatTerm::CHUNK_TAG, DRAG_END, L"平らな先端の変形"},
 };
@@ -204,7 +206,7 @@ boost::shared_ptr<CVectorHandle> DragAnchorOf(const boost::shared_ptr<CPathObjec
         });
 }
 
-// A mark whose handles LEFT and RIGHT stand beside the line.
+// A mark whose handles LEFT and, if any, RIGHT stand beside the line.
 template <class TPoint, int kind>
 boost::shared_ptr<CVectorHandle> DragSideOf(const boost::shared_ptr<COpenPathObject>& spPath,
                                             const boost::shared_ptr<TPoint>& spPoint, EPathHit part,
@@ -213,6 +215,8 @@ boost::shared_ptr<CVectorHandle> DragSideOf(const boost::shared_ptr<COpenPathObj
         spPath, spPoint, part, fnRegister, true, [spPoint, part](bool bBoth) {
             if constexpr (std::is_same_v<TPoint, CPathTransControlPoint>)
                 return spPoint->DragHandleImpl(part == HIT_LEFT);
+            else if constexpr (std::is_same_v<TPoint, CPathAlphaControlPoint>)
+                return spPoint->DragHandleImpl();
             else
                 return spPoint->DragHandleImpl(part == HIT_LEFT, bBoth);
         });
@@ -256,6 +260,8 @@ boost::shared_ptr<CVectorHandle> CreateHandle(const boost::shared_ptr<CPathObjec
     }
     if (const auto spTrans = boost::dynamic_pointer_cast<CPathTransControlPoint>(hit.spPoint))
         return DragMarkOf(spOpen, spTrans, hit.kind, fnRegister);
+    if (const auto spAlpha = boost::dynamic_pointer_cast<CPathAlphaControlPoint>(hit.spPoint))
+        return DragMarkOf(spOpen, spAlpha, hit.kind, fnRegister);
     if (const auto spFlat = boost::dynamic_pointer_cast<COpenPathFlatTerm>(hit.spPoint))
         return DragSideOf<COpenPathFlatTerm, DRAG_END>(spOpen, spFlat, hit.kind, fnRegister);
     if (const auto spRound = boost::dynamic_pointer_cast<COpenPathRoundTerm>(hit.spPoint))

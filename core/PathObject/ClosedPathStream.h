@@ -20,8 +20,7 @@ public:
     void Deserialize(CDeserializer& reader) override;
     boost::shared_ptr<TPathSnapshot> CreateSnapshot() const override;
     void ApplySnapshot(const TPathSnapshot& snapshot) override;
-    std::pair<uint32_t, uint32_t> GetWidthRange(uint32_t, size_t) const override { return {0, 0}; }
-    std::pair<uint32_t, uint32_t> GetTransRange(uint32_t, size_t) const override { return {0, 0}; }
+    std::pair<uint32_t, uint32_t> GetMarkRange(uint32_t, uint32_t, size_t) const override { return {0, 0}; }
 
 protected:
     bool IsClosed() const override { return true; }

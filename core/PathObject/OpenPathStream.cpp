@@ -2,7 +2,6 @@
 
 #include "core/Base/Failure.h"
 #include "core/PathOutline/OutlineBuilder.h"
-#include "core/PathOutline/Wave.h"
 
 #include <boost/make_shared.hpp>
 
@@ -12,84 +11,44 @@
 
 namespace {
 
-constexpr uint32_t VERSION = 1; ///< version 0 had no wave
-constexpr uint32_t WAVE_STEP = 32;
-constexpr uint32_t WAVE_WIDTH = 4;
-/// Bytes counted for a wave's width point, a third of its real size: a drawn stroke has so many bytes in
-/// the file that no valid document comes near the limit.
-constexpr uint64_t WAVE_POINT_BYTES = 2 * 3 * sizeof(CPoint);
-
-uint32_t ReadWidth(CDeserializer& reader) {
-    const auto uWidth = static_cast<uint32_t>(reader.ReadInt32());
-    if (!IsStorableWidth(uWidth)) throw deserialize_error();
-    return uWidth;
-}
-
-// Reads the counted marks; existing ones are reused.
+// What marks stand for, in their order along the path; of several at one place the last one counts.
 template <class TPoints, class Make>
-TPoints ReadMarks(CDeserializer& reader, uint32_t uCount, const TPoints& vKnown, Make make) {
-    TPoints vPoints;
-    for (uint32_t u = 0; u < uCount; ++u) {
-        CDeserializer chunk;
-        reader.ReadChunk(chunk);
-        vPoints.push_back(u < vKnown.size() ? vKnown[u] : make());
-        vPoints.back()->Deserialize(chunk);
-    }
-    return vPoints;
-}
-
-// Marks are clamped to the path, also those that a file has behind its end.
-template <class TPoints>
-void HoldOnPath(const TPoints& vPoints, uint32_t tLast) {
-    for (const auto& spPoint : vPoints)
-        spPoint->SetParameter(
-            CDualValue<uint32_t>(std::min(spPoint->GetParameter()[STATE_COMMITTED], tLast)));
-}
-
-void ReadTerm(CDeserializer& reader, uint32_t uType, boost::shared_ptr<COpenPathTermBase>& spTerm) {
-    const auto spNew = spTerm->GetType() == uType ? spTerm : CreateOpenPathTerm(uType, spTerm->IsBegin());
-    CDeserializer chunk;
-    reader.ReadChunk(chunk);
-    spNew->Deserialize(chunk);
-    spTerm = spNew;
-}
-
-// The marks of both states and one more.
-template <class TPoints>
-CDualValue<TPoints> DualWith(CDualValue<TPoints> points, const typename TPoints::value_type& spPoint) {
-    for (const size_t state : {STATE_COMMITTED, STATE_LIVE}) points[state].push_back(spPoint);
-    return points;
-}
-
-// The first and the last parameter that a mark at `t` reaches without passing another. Marks at one parameter
-// would become one.
-template <class TPoints>
-std::pair<uint32_t, uint32_t> RangeAmong(const TPoints& vPoints, uint32_t t, size_t state, uint32_t tLast) {
-    std::pair<uint32_t, uint32_t> range{0, std::max(t, tLast)};
+auto SortedOnPath(const TPoints& vPoints, size_t state, uint32_t tLast, Make make) {
+    std::map<uint32_t, decltype(make(0, vPoints.front()))> mapValues;
     for (const auto& spPoint : vPoints) {
-        const uint32_t tPoint = spPoint->GetParameter()[state];
-        if (tPoint < t) range.first = std::max(range.first, tPoint + 1);
-        if (tPoint > t) range.second = std::min(range.second, tPoint - 1);
+        const uint32_t t = std::min(spPoint->GetParameter()[state], tLast);
+        mapValues[t] = make(t, spPoint);
     }
-    return range;
+    std::vector<decltype(make(0, vPoints.front()))> vValues;
+    for (const auto& [t, value] : mapValues) vValues.push_back(value);
+    return vValues;
 }
 
 } // namespace
 
 COpenPathStream::COpenPathStream()
-    : m_aspOutline{boost::make_shared<const TOutlines>(), boost::make_shared<const TOutlines>()},
-      m_spBegin(CreateOpenPathTerm(TERM_SHARP, true)),
-      m_spEnd(CreateOpenPathTerm(TERM_SHARP, false)), m_wave{WAVE_STEP, WAVE_WIDTH} {}
+    : m_aspBuilt{boost::make_shared<const TBuilt>(), boost::make_shared<const TBuilt>()},
+      m_spBegin(CreateOpenPathTerm(TERM_SHARP, true)), m_spEnd(CreateOpenPathTerm(TERM_SHARP, false)),
+      m_wave(DEFAULT_WAVE) {}
 
 std::vector<TOutlineWidth> COpenPathStream::GetWidths(size_t state, uint32_t tLast) const {
-    std::map<uint32_t, TOutlineWidth> mapWidthOrig;
-    for (const auto& spPoint : m_widthPoints[state]) {
-        const uint32_t t = std::min(spPoint->GetParameter()[state], tLast);
-        mapWidthOrig[t] = {t, {spPoint->GetWidth(SIDE_LEFT, state), spPoint->GetWidth(SIDE_RIGHT, state)}};
-    }
-    std::vector<TOutlineWidth> vWidths;
-    for (const auto& [t, width] : mapWidthOrig) vWidths.push_back(width);
-    return vWidths;
+    return SortedOnPath(GetWidthPoints(state), state, tLast, [&](uint32_t t, const auto& spPoint) {
+        return TOutlineWidth{t, {spPoint->GetWidth(SIDE_LEFT, state), spPoint->GetWidth(SIDE_RIGHT, state)}};
+    });
+}
+
+std::vector<TOutlineAlpha> COpenPathStream::GetAlphas(size_t state, uint32_t tLast) const {
+    return SortedOnPath(GetAlphaPoints(state), state, tLast, [&](uint32_t t, const auto& spPoint) {
+        return TOutlineAlpha{t, spPoint->GetAlpha()[state]};
+    });
+}
+
+uint32_t COpenPathStream::GetAlphaAt(uint32_t t, size_t state) const {
+    const auto vSegments = GetSegments(state);
+    const auto vAlphas = GetAlphas(state, static_cast<uint32_t>(vSegments.size()) * BEZIER_T_RESOLUTION);
+    if (vAlphas.empty()) return CPathAlphaControlPoint::FULL_ALPHA;
+    return EasedAt(CPathLengths(vSegments), vAlphas, t,
+                   [](const TOutlineAlpha& alpha) { return alpha.uAlpha; });
 }
 
 void COpenPathStream::RefreshCaches(size_t state) {
@@ -100,18 +59,18 @@ void COpenPathStream::RefreshCaches(size_t state) {
         return vSegments.empty() ? TLinePlace{m_lstControlPoint.front()->GetAnchor()[state], {}}
                                  : PlaceOnLine(vSegments, t);
     };
-    for (const auto& spPoint : m_widthPoints[state]) {
-        spPoint->SetBaseWidth(m_uWidth);
-        const auto [point, tangent] = placeAt(spPoint->GetParameter()[state]);
-        spPoint->SetPlace(state, point, tangent);
-    }
+    ForEachKind([&](const auto& marks) {
+        for (const auto& spPoint : marks[state]) {
+            const auto [point, tangent] = placeAt(std::min(spPoint->GetParameter()[state], tLast));
+            spPoint->SetPlace(state, point, tangent);
+        }
+    });
+    for (const auto& spPoint : GetWidthPoints(state)) spPoint->SetBaseWidth(m_uWidth);
     const auto vWidths = GetWidths(state, tLast);
     std::optional<CPathLengths> lengths;
-    if (!m_transPoints[state].empty()) lengths.emplace(vSegments);
-    for (const auto& spPoint : m_transPoints[state]) {
+    if (!GetTransPoints(state).empty()) lengths.emplace(vSegments);
+    for (const auto& spPoint : GetTransPoints(state)) {
         const uint32_t t = std::min(spPoint->GetParameter()[state], tLast);
-        const auto [point, tangent] = placeAt(t);
-        spPoint->SetPlace(state, point, tangent);
         spPoint->SetWidths(state, WidthAt(*lengths, vWidths, m_uWidth, t, SIDE_LEFT),
                            WidthAt(*lengths, vWidths, m_uWidth, t, SIDE_RIGHT));
     }
@@ -132,30 +91,37 @@ TOutlineSource COpenPathStream::GetSource(size_t state) const {
     source.vWidths = GetWidths(state, LastParameter(source.vAnchors));
     for (TOutlineWidth& width : source.vWidths)
         for (uint32_t& uWidth : width.auWidth) uWidth = ToOutline(uWidth);
-    for (const auto& spPoint : SortedByParameter(m_transPoints[state], state))
+    for (const auto& spPoint : SortedByParameter(GetTransPoints(state), state))
         source.vCuts.push_back(spPoint->At(state));
+    source.vAlphas = GetAlphas(state, LastParameter(source.vAnchors));
     source.uWidth = ToOutline(m_uWidth);
     if (m_bWave)
         source.wave = {ToOutline(std::min(m_wave.uStep, PATH_WIDTH_LIMIT)), ToOutline(m_wave.uWidth)};
     return source;
 }
 
-boost::shared_ptr<const COpenPathStream::TOutlines> COpenPathStream::Build(size_t state) {
+boost::shared_ptr<const COpenPathStream::TBuilt> COpenPathStream::Build(size_t state) {
     TOutlineSource source = GetSource(state);
     const CTermAtState begin(*m_spBegin, state);
     const CTermAtState end(*m_spEnd, state);
     source.pBegin = &begin;
     source.pEnd = &end;
     if (!m_spBuilder) m_spBuilder = boost::make_shared<COutlineBuilder>();
-    return boost::make_shared<const TOutlines>(m_spBuilder->Build(source));
+    const auto spBuilt = boost::make_shared<TBuilt>();
+    spBuilt->vOutlines = m_spBuilder->Build(source);
+    if (!source.vAlphas.empty())
+        spBuilt->spOpacity = boost::make_shared<const COpacityField>(m_spBuilder->GetRibs());
+    return spBuilt;
 }
 
 bool COpenPathStream::AreStatesEqual() const {
     const auto isSettled = [](const auto& spPoint) { return spPoint->IsSettled(); };
-    return std::all_of(m_lstControlPoint.begin(), m_lstControlPoint.end(), isSettled) &&
-           m_widthPoints.IsSettled() && m_transPoints.IsSettled() &&
-           std::ranges::all_of(GetWidthPoints(), isSettled) &&
-           std::ranges::all_of(GetTransPoints(), isSettled) && m_spBegin->IsSettled() && m_spEnd->IsSettled();
+    bool bSettled =
+        std::ranges::all_of(m_lstControlPoint, isSettled) && m_spBegin->IsSettled() && m_spEnd->IsSettled();
+    ForEachKind([&](const auto& marks) {
+        bSettled = bSettled && marks.IsSettled() && std::ranges::all_of(marks[STATE_COMMITTED], isSettled);
+    });
+    return bSettled;
 }
 
 size_t COpenPathStream::CountBuiltRuns() const { return m_spBuilder ? m_spBuilder->CountRuns() : 0; }
@@ -166,32 +132,32 @@ void COpenPathStream::Update() {
     // Both outlines are replaced, or none if that fails.
     const bool bEqual = AreStatesEqual();
     const auto spCommitted = Build(STATE_COMMITTED);
-    m_aspOutline = {spCommitted, bEqual ? spCommitted : Build(STATE_LIVE)};
+    m_aspBuilt = {spCommitted, bEqual ? spCommitted : Build(STATE_LIVE)};
     if (bEqual) m_spBuilder.reset();
 }
 
 void COpenPathStream::UpdateDrag() {
     RefreshCaches(STATE_LIVE);
-    m_aspOutline[STATE_LIVE] = Build(STATE_LIVE);
+    m_aspBuilt[STATE_LIVE] = Build(STATE_LIVE);
     if (AreStatesEqual()) m_spBuilder.reset(); // the drag was cancelled
 }
 
 void COpenPathStream::Commit() {
     CPathStreamImpl::Commit();
-    m_widthPoints.Commit();
-    m_transPoints.Commit();
-    for (const auto& spPoint : GetWidthPoints()) spPoint->Commit();
-    for (const auto& spPoint : GetTransPoints()) spPoint->Commit();
+    ForEachKind([](auto& marks) {
+        marks.Commit();
+        for (const auto& spPoint : marks[STATE_COMMITTED]) spPoint->Commit();
+    });
     m_spBegin->Commit();
     m_spEnd->Commit();
 }
 
 void COpenPathStream::Cancel() {
     CPathStreamImpl::Cancel();
-    m_widthPoints.Cancel();
-    m_transPoints.Cancel();
-    for (const auto& spPoint : GetWidthPoints()) spPoint->Cancel();
-    for (const auto& spPoint : GetTransPoints()) spPoint->Cancel();
+    ForEachKind([](auto& marks) {
+        marks.Cancel();
+        for (const auto& spPoint : marks[STATE_COMMITTED]) spPoint->Cancel();
+    });
     m_spBegin->Cancel();
     m_spEnd->Cancel();
 }
@@ -217,11 +183,18 @@ std::vector<TPolyBezier> COpenPathStream::GetShape(size_t state) const {
 
 void COpenPathStream::RasterizePath(CPathFill& fill, CSize szPlane, CAlphaBlock8& tile, size_t state) const {
     if (m_lstControlPoint.empty()) throw internal_error(L"RasterizePath: zero anchor");
-    for (const TStretchOutline& stretch : GetOutline(state)) {
-        std::vector<CPathFill::TOutline> vShape{stretch.vCurve};
-        vShape.insert(vShape.end(), stretch.vFolds.begin(), stretch.vFolds.end());
-        fill.FillTile(vShape, {{}, szPlane}, tile);
-    }
+    const auto spOpacity = GetOpacity(state);
+    const auto fillInto = [&](CAlphaBlock8& target) {
+        for (const TStretchOutline& stretch : GetOutline(state)) {
+            std::vector<CPathFill::TOutline> vShape{stretch.vCurve};
+            vShape.insert(vShape.end(), stretch.vFolds.begin(), stretch.vFolds.end());
+            fill.FillTile(vShape, {{}, szPlane}, target);
+        }
+    };
+    if (spOpacity)
+        spOpacity->Raise(tile, RectIncludingPath(state), fillInto);
+    else
+        fillInto(tile);
 }
 
 void COpenPathStream::DrawOutline(IPathDevice& device, const TPathMapper& mapper,
@@ -233,8 +206,12 @@ void COpenPathStream::DrawOutline(IPathDevice& device, const TPathMapper& mapper
     drawCurve(BezierPoints(STATE_LIVE));
     if (bOutline)
         for (const TStretchOutline& stretch : GetOutline(STATE_LIVE)) drawCurve(stretch.vCurve);
-    for (const auto& spPoint : m_transPoints[STATE_LIVE]) spPoint->Draw(device, mapper, selection);
-    for (const auto& spPoint : m_widthPoints[STATE_LIVE]) spPoint->Draw(device, mapper, selection);
+    const auto drawMarks = [&](const auto& vMarks) {
+        for (const auto& spPoint : vMarks) spPoint->Draw(device, mapper, selection);
+    };
+    drawMarks(GetAlphaPoints(STATE_LIVE));
+    drawMarks(GetTransPoints(STATE_LIVE));
+    drawMarks(GetWidthPoints(STATE_LIVE));
     m_spBegin->Draw(device, mapper, selection);
     m_spEnd->Draw(device, mapper, selection);
     for (const auto& spPoint : m_lstControlPoint) spPoint->Draw(device, mapper, selection);
@@ -243,81 +220,11 @@ void COpenPathStream::DrawOutline(IPathDevice& device, const TPathMapper& mapper
 TPathHit COpenPathStream::HitControlPoints(const TPathPick& pick, bool bAnchor, bool bHandle,
                                            bool bTerm) const {
     TPathHit hit = HitAnchors(pick, bAnchor, bHandle);
-    if (!hit) hit = HitPoints(m_widthPoints[STATE_LIVE], pick, bTerm, bTerm);
-    if (!hit) hit = HitPoints(m_transPoints[STATE_LIVE], pick, bTerm, bTerm);
+    if (!hit) hit = HitPoints(GetWidthPoints(STATE_LIVE), pick, bTerm, bTerm);
+    if (!hit) hit = HitPoints(GetTransPoints(STATE_LIVE), pick, bTerm, bTerm);
+    if (!hit) hit = HitPoints(GetAlphaPoints(STATE_LIVE), pick, bTerm, bTerm);
     if (!hit) hit = HitPoints(std::array{m_spBegin, m_spEnd}, pick, false, bTerm);
     return hit;
-}
-
-CSerializer COpenPathStream::Serialize() const {
-    CSerializer writer;
-    writer.SetTag(CHUNK_TAG, VERSION);
-    for (const size_t n : {size_t{m_uWidth}, GetWidthPoints().size(), GetTransPoints().size(),
-                           size_t{m_spBegin->GetType()}, size_t{m_spEnd->GetType()}})
-        writer.WriteInt32(static_cast<int32_t>(n));
-    writer.WriteBool(m_bWave);
-    writer.WriteInt32(static_cast<int32_t>(m_wave.uStep));
-    writer.WriteInt32(static_cast<int32_t>(m_wave.uWidth));
-    writer.WriteChunk(SerializePoints());
-    for (const auto& spPoint : GetWidthPoints()) writer.WriteChunk(spPoint->Serialize());
-    for (const auto& spPoint : GetTransPoints()) writer.WriteChunk(spPoint->Serialize());
-    writer.WriteChunk(m_spBegin->Serialize());
-    writer.WriteChunk(m_spEnd->Serialize());
-    return writer;
-}
-
-void COpenPathStream::Deserialize(CDeserializer& reader) {
-    reader.ExpectTag(CHUNK_TAG);
-    m_uWidth = ReadWidth(reader);
-    const auto uWidths = static_cast<uint32_t>(reader.ReadInt32());
-    const auto uTrans = static_cast<uint32_t>(reader.ReadInt32());
-    const auto uBegin = static_cast<uint32_t>(reader.ReadInt32());
-    const auto uEnd = static_cast<uint32_t>(reader.ReadInt32());
-    m_bWave = false;
-    m_wave = {WAVE_STEP, WAVE_WIDTH};
-    if (reader.GetVersion() >= 1) {
-        m_bWave = reader.ReadBool();
-        m_wave.uStep = static_cast<uint32_t>(reader.ReadInt32());
-        m_wave.uWidth = ReadWidth(reader);
-    }
-    DeserializePoints(reader);
-    m_widthPoints.Set(ReadMarks(reader, uWidths, GetWidthPoints(), [&] { return MakeWidthPoint(0); }));
-    m_transPoints.Set(ReadMarks(reader, uTrans, GetTransPoints(), [&] { return MakeTransPoint(0); }));
-    const uint32_t tLast = LastParameter(GetAnchors(STATE_COMMITTED));
-    HoldOnPath(GetWidthPoints(), tLast);
-    HoldOnPath(GetTransPoints(), tLast);
-    ReadTerm(reader, uBegin, m_spBegin);
-    ReadTerm(reader, uEnd, m_spEnd);
-    reader.ExpectEnd();
-    // A few bytes can request an outline of millions of points.
-    if (m_bWave && m_wave.uWidth != 0)
-        reader.Claim(CountWaveWidths(GetSource(STATE_COMMITTED)) * WAVE_POINT_BYTES);
-}
-
-boost::shared_ptr<TPathSnapshot> COpenPathStream::CreateSnapshot() const {
-    const auto spSnapshot = boost::make_shared<TOpenPathSnapshot>();
-    spSnapshot->chunk = Serialize();
-    spSnapshot->lstControlPoint = m_lstControlPoint;
-    spSnapshot->vWidth = GetWidthPoints();
-    spSnapshot->vTrans = GetTransPoints();
-    return spSnapshot;
-}
-
-void COpenPathStream::ApplySnapshot(const TPathSnapshot& snapshot) {
-    const auto& open = dynamic_cast<const TOpenPathSnapshot&>(snapshot);
-    m_lstControlPoint = open.lstControlPoint;
-    SetWidthPoints(open.vWidth);
-    SetTransPoints(open.vTrans);
-    CDeserializer reader(open.chunk);
-    Deserialize(reader);
-}
-
-std::pair<uint32_t, uint32_t> COpenPathStream::GetWidthRange(uint32_t t, size_t state) const {
-    return RangeAmong(m_widthPoints[state], t, state, LastParameter(GetAnchors(state)));
-}
-
-std::pair<uint32_t, uint32_t> COpenPathStream::GetTransRange(uint32_t t, size_t state) const {
-    return RangeAmong(m_transPoints[state], t, state, LastParameter(GetAnchors(state)));
 }
 
 void COpenPathStream::SetWave(bool bEnable, const TOutlineWave& wave) {
@@ -332,46 +239,6 @@ void COpenPathStream::ScaleWidths(double dFactor) {
     scale(m_uWidth);
     scale(m_wave.uStep);
     scale(m_wave.uWidth);
-}
-
-boost::shared_ptr<CPathWidthControlPoint> COpenPathStream::MakeWidthPoint(uint32_t t) const {
-    return boost::make_shared<CPathWidthControlPoint>(weak_from_this(), CDualValue<uint32_t>(t), m_uWidth);
-}
-
-boost::shared_ptr<CPathTransControlPoint> COpenPathStream::MakeTransPoint(uint32_t t) const {
-    return boost::make_shared<CPathTransControlPoint>(weak_from_this(), CDualValue<uint32_t>(t));
-}
-
-boost::shared_ptr<CPathWidthControlPoint> COpenPathStream::AddWidthPoint(uint32_t t) {
-    const auto spPoint = MakeWidthPoint(t);
-    m_widthPoints = DualWith(m_widthPoints, spPoint);
-    return spPoint;
-}
-
-boost::shared_ptr<CPathTransControlPoint> COpenPathStream::AddTransPoint(uint32_t t) {
-    const auto spPoint = MakeTransPoint(t);
-    m_transPoints = DualWith(m_transPoints, spPoint);
-    return spPoint;
-}
-
-void COpenPathStream::SetWidthPoints(TWidthPoints vWidth) {
-    SetLiveWidthPoints(std::move(vWidth));
-    m_widthPoints.Commit();
-}
-
-void COpenPathStream::SetTransPoints(TTransPoints vTrans) {
-    SetLiveTransPoints(std::move(vTrans));
-    m_transPoints.Commit();
-}
-
-void COpenPathStream::SetLiveWidthPoints(TWidthPoints vWidth) {
-    for (const auto& spPoint : vWidth) spPoint->SetLine(weak_from_this());
-    m_widthPoints[STATE_LIVE] = std::move(vWidth);
-}
-
-void COpenPathStream::SetLiveTransPoints(TTransPoints vTrans) {
-    for (const auto& spPoint : vTrans) spPoint->SetLine(weak_from_this());
-    m_transPoints[STATE_LIVE] = std::move(vTrans);
 }
 
 std::array<uint32_t, 2> COpenPathStream::GetWidthsAt(uint32_t t, size_t state) const {

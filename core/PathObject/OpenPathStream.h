@@ -4,6 +4,8 @@
 #include "core/PathObject/OpenPathTerm.h"
 #include "core/PathObject/PathStream.h"
 
+#include <tuple>
+
 class COutlineBuilder;
 
 /// A line whose width is set by points on it, with an end at each side, cuts and, optionally, random
@@ -12,8 +14,9 @@ class COpenPathStream : public CPathStreamImpl<COpenPathControlPoint> {
 public:
     static constexpr uint32_t CHUNK_TAG = MakeTag("POOP");
     using TOutlines = std::vector<TStretchOutline>;
-    using TWidthPoints = std::vector<boost::shared_ptr<CPathWidthControlPoint>>;
-    using TTransPoints = std::vector<boost::shared_ptr<CPathTransControlPoint>>;
+    using TWidthPoints = TPathMarks<CPathWidthControlPoint>;
+    using TTransPoints = TPathMarks<CPathTransControlPoint>;
+    using TAlphaPoints = TPathMarks<CPathAlphaControlPoint>;
 
     /// With two sharp ends.
     COpenPathStream();
@@ -35,11 +38,13 @@ public:
     void Deserialize(CDeserializer& reader) override;
     boost::shared_ptr<TPathSnapshot> CreateSnapshot() const override;
     void ApplySnapshot(const TPathSnapshot& snapshot) override;
-    std::pair<uint32_t, uint32_t> GetWidthRange(uint32_t t, size_t state) const override;
-    std::pair<uint32_t, uint32_t> GetTransRange(uint32_t t, size_t state) const override;
+    std::pair<uint32_t, uint32_t> GetMarkRange(uint32_t uMark, uint32_t t, size_t state) const override;
 
     /// The outlines of a state, one for each visible stretch.
-    const TOutlines& GetOutline(size_t state) const { return *m_aspOutline[state]; }
+    const TOutlines& GetOutline(size_t state) const { return m_aspBuilt[state]->vOutlines; }
+    boost::shared_ptr<const COpacityField> GetOpacity(size_t state) const override {
+        return m_aspBuilt[state]->spOpacity;
+    }
     /// The runs (a side of a segment each) that the last event of a drag built; 0 without a drag, when
     /// nothing is kept for the next.
     size_t CountBuiltRuns() const;
@@ -52,25 +57,48 @@ public:
     void ScaleWidths(double dFactor) override;
     /// The wave's step and strength, also while it is off.
     const TOutlineWave& GetWave() const { return m_wave; }
-    /// In order of creation.
-    const TWidthPoints& GetWidthPoints(size_t state = STATE_COMMITTED) const { return m_widthPoints[state]; }
-    const TTransPoints& GetTransPoints(size_t state = STATE_COMMITTED) const { return m_transPoints[state]; }
+    /// The marks of one class, in order of creation.
+    template <class TPoint>
+    const TPathMarks<TPoint>& GetMarks(size_t state = STATE_COMMITTED) const {
+        return std::get<CDualValue<TPathMarks<TPoint>>>(m_marks)[state];
+    }
+    const TWidthPoints& GetWidthPoints(size_t state = STATE_COMMITTED) const {
+        return GetMarks<CPathWidthControlPoint>(state);
+    }
+    const TTransPoints& GetTransPoints(size_t state = STATE_COMMITTED) const {
+        return GetMarks<CPathTransControlPoint>(state);
+    }
+    const TAlphaPoints& GetAlphaPoints(size_t state = STATE_COMMITTED) const {
+        return GetMarks<CPathAlphaControlPoint>(state);
+    }
     /// Replaces the marks, which may come from another path or from none. Multiples of width points refer
     /// to this path's base width from now on. Cuts must come in pairs.
-    void SetWidthPoints(TWidthPoints vWidth);
-    void SetTransPoints(TTransPoints vTrans);
+    void SetWidthPoints(TWidthPoints vWidth) { SetMarks(std::move(vWidth)); }
+    void SetTransPoints(TTransPoints vTrans) { SetMarks(std::move(vTrans)); }
+    void SetAlphaPoints(TAlphaPoints vAlpha) { SetMarks(std::move(vAlpha)); }
     /// The same for the live state only: a drag shows other marks, until Commit or Cancel.
-    void SetLiveWidthPoints(TWidthPoints vWidth);
-    void SetLiveTransPoints(TTransPoints vTrans);
+    template <class TPoint>
+    void SetLiveMarks(TPathMarks<TPoint> vMarks);
+    void SetLiveWidthPoints(TWidthPoints vWidth) { SetLiveMarks(std::move(vWidth)); }
+    void SetLiveTransPoints(TTransPoints vTrans) { SetLiveMarks(std::move(vTrans)); }
+    void SetLiveAlphaPoints(TAlphaPoints vAlpha) { SetLiveMarks(std::move(vAlpha)); }
     /// Exchanges the marks of both states, which must be the path's own. The caller updates the path.
-    void Exchange(CDualValue<TWidthPoints>& points) noexcept { std::swap(m_widthPoints, points); }
-    void Exchange(CDualValue<TTransPoints>& points) noexcept { std::swap(m_transPoints, points); }
+    template <class TPoint>
+    void Exchange(CDualValue<TPathMarks<TPoint>>& points) noexcept {
+        std::swap(std::get<CDualValue<TPathMarks<TPoint>>>(m_marks), points);
+    }
     /// The half-widths at `t` by side: between the width points eased over the arc length, towards the ends
     /// as these shape them, without the wave.
     std::array<uint32_t, 2> GetWidthsAt(uint32_t t, size_t state) const;
-    /// Adds a point with multiples 1.0, or a square cut, at `t`.
+    /// The opacity at `t`, 0 to 255: eased as widths are, opaque without marks.
+    uint32_t GetAlphaAt(uint32_t t, size_t state) const;
+    /// Adds a point with multiples 1.0, a square cut, or an opaque mark at `t`.
     boost::shared_ptr<CPathWidthControlPoint> AddWidthPoint(uint32_t t);
     boost::shared_ptr<CPathTransControlPoint> AddTransPoint(uint32_t t);
+    boost::shared_ptr<CPathAlphaControlPoint> AddAlphaPoint(uint32_t t);
+    /// A mark with such values that is not on the path yet.
+    template <class TPoint>
+    boost::shared_ptr<TPoint> MakeMark(uint32_t t) const;
     const boost::shared_ptr<COpenPathTermBase>& GetTerm(bool bBegin) const {
         return bBegin ? m_spBegin : m_spEnd;
     }
@@ -82,23 +110,43 @@ protected:
     void OnRemoving(size_t idx) override;
 
 private:
+    static constexpr TOutlineWave DEFAULT_WAVE{32, 4};
+
+    struct TBuilt {
+        TOutlines vOutlines;
+        boost::shared_ptr<const COpacityField> spOpacity; ///< null without opacity marks
+    };
+
+    // Calls a function with each class's marks, a CDualValue.
+    template <class Function>
+    void ForEachKind(Function fn) {
+        std::apply([&](auto&... marks) { (fn(marks), ...); }, m_marks);
+    }
+    template <class Function>
+    void ForEachKind(Function fn) const {
+        std::apply([&](const auto&... marks) { (fn(marks), ...); }, m_marks);
+    }
+    template <class TPoint>
+    void SetMarks(TPathMarks<TPoint> vMarks);
+    template <class TPoint>
+    boost::shared_ptr<TPoint> AddMark(uint32_t t);
+    template <class TPoint>
+    void ReadMarks(CDeserializer& reader, uint32_t uCount);
     template <class TPoints>
     void KeepOnMerged(const TPoints& vMarks, size_t idx);
     std::vector<TOutlineWidth> GetWidths(size_t state, uint32_t tLast) const;
+    std::vector<TOutlineAlpha> GetAlphas(size_t state, uint32_t tLast) const;
     void RefreshCaches(size_t state);
     TOutlineSource GetSource(size_t state) const;
-    boost::shared_ptr<const TOutlines> Build(size_t state);
+    boost::shared_ptr<const TBuilt> Build(size_t state);
     bool AreStatesEqual() const;
-    boost::shared_ptr<CPathWidthControlPoint> MakeWidthPoint(uint32_t t) const;
-    boost::shared_ptr<CPathTransControlPoint> MakeTransPoint(uint32_t t) const;
 
-    std::array<boost::shared_ptr<const TOutlines>, 2> m_aspOutline; ///< shared while both states are equal
-    boost::shared_ptr<COutlineBuilder> m_spBuilder;                 ///< only while the states differ
-    CDualValue<TWidthPoints> m_widthPoints;
+    std::array<boost::shared_ptr<const TBuilt>, 2> m_aspBuilt; ///< shared while both states are equal
+    boost::shared_ptr<COutlineBuilder> m_spBuilder;            ///< only while the states differ
+    std::tuple<CDualValue<TWidthPoints>, CDualValue<TTransPoints>, CDualValue<TAlphaPoints>> m_marks;
     uint32_t m_uWidth = 8;
-    CDualValue<TTransPoints> m_transPoints;
     boost::shared_ptr<COpenPathTermBase> m_spBegin;
     boost::shared_ptr<COpenPathTermBase> m_spEnd;
-    TOutlineWave m_wave{32, 4};
+    TOutlineWave m_wave;
     bool m_bWave = false;
 };

@@ -18,10 +18,9 @@ public:
     /// The curves between anchors. A closed path has one more, back to its first anchor, unless its last
     /// anchor is at the same position.
     virtual std::vector<CBezier> GetSegments(size_t state) const = 0;
-    /// The first and the last parameter that a width point, or a cut, at `t` can be dragged to, limited by
-    /// its neighbours of the same kind and the path's ends.
-    virtual std::pair<uint32_t, uint32_t> GetWidthRange(uint32_t t, size_t state) const = 0;
-    virtual std::pair<uint32_t, uint32_t> GetTransRange(uint32_t t, size_t state) const = 0;
+    /// The first and the last parameter that a mark at `t` of a class (the tag of its stored form) can be
+    /// dragged to, limited by its neighbours of that class and the path's ends.
+    virtual std::pair<uint32_t, uint32_t> GetMarkRange(uint32_t uMark, uint32_t t, size_t state) const = 0;
 };
 
 /// The position nearest to a point on a line given as its segments, at least one. Never throws.

@@ -27,7 +27,8 @@ boost::shared_ptr<CDualValue<CPoint>> CPathMark::DragAnchorPoint(bool) {
     const auto spTracks = boost::make_shared<std::array<TTrack, 2>>();
     if (const auto spLine = m_wpLine.lock())
         for (const size_t state : {STATE_COMMITTED, STATE_LIVE})
-            (*spTracks)[state] = {spLine->GetSegments(state), GetRange(*spLine, state)};
+            (*spTracks)[state] = {spLine->GetSegments(state),
+                                  spLine->GetMarkRange(GetTag(), m_t[state], state)};
     return MakeDragCopy<CPoint>(
         before, [before, spTracks, spThis = shared_from_this()](const CDualValue<CPoint>& copy) {
             for (const size_t state : {STATE_COMMITTED, STATE_LIVE}) {

@@ -8,8 +8,8 @@
 
 #include <algorithm>
 
-/// The base of width points and cuts: their parameter. The position is a cache, refreshed before every
-/// rebuild and never stored.
+/// The base of width points, cuts and opacity marks: their parameter. The position is a cache, refreshed
+/// before every rebuild and never stored.
 class CPathMark : public CPathControlPointBase, public boost::enable_shared_from_this<CPathMark> {
 public:
     CPathMark(const boost::weak_ptr<const IPathLine>& wpLine, const CDualValue<uint32_t>& t)
@@ -33,8 +33,8 @@ public:
     boost::shared_ptr<CDualValue<CPoint>> DragAnchorPoint(bool bSymmetric);
 
 protected:
-    /// The first and the last parameter that the mark can be dragged to.
-    virtual std::pair<uint32_t, uint32_t> GetRange(const IPathLine&, size_t) const { return {0, UINT32_MAX}; }
+    /// The tag of the stored form.
+    virtual uint32_t GetTag() const = 0;
 
     boost::weak_ptr<const IPathLine> m_wpLine;
     CDualValue<uint32_t> m_t;
@@ -43,6 +43,10 @@ private:
     CDualValue<CPoint> m_position;
     CDualValue<CPoint> m_tangent;
 };
+
+/// The marks of one class on a path.
+template <class TPoint>
+using TPathMarks = std::vector<boost::shared_ptr<TPoint>>;
 
 /// Marks in their order along the path.
 template <class TPoints>

@@ -35,10 +35,12 @@ CPoint SamePlace(CPoint pt) { return pt; }
 
 // The live shape, and all that is drawn of it.
 struct CPathObject::TShown {
-    explicit TShown(const CPathStream& stream) : vShape(stream.GetShape(STATE_LIVE)) {
+    explicit TShown(const CPathStream& stream)
+        : vShape(stream.GetShape(STATE_LIVE)), spOpacity(stream.GetOpacity(STATE_LIVE)) {
         stream.DrawOutline(drawing, SamePlace, AllHandles(), 0, true);
     }
     std::vector<TPolyBezier> vShape;
+    boost::shared_ptr<const COpacityField> spOpacity;
     CPathDrawing drawing;
 };
 
@@ -105,7 +107,8 @@ void CPathObject::Tell(const std::vector<CRect>& vInk, const CRect& rcDrawn) con
     if (const auto spLayer = GetLayer()) spLayer->OnPathChanged(*this, vInk, rcDrawn);
 }
 
-// Only where the shape differs from the one of the last event is anything painted again.
+// Only where the shape differs from the one of the last event is anything painted again, and all of it where
+// the opacity does: it moves along the whole line.
 void CPathObject::UpdateDrag() {
     const CRect rcBefore = m_aBounds[STATE_LIVE];
     const CRect rcReachBefore = m_rcReach;
@@ -115,7 +118,7 @@ void CPathObject::UpdateDrag() {
     m_aBounds[STATE_LIVE] =
         GetStream().ControlPointCount() == 0 ? CRect() : GetStream().RectIncludingPath(STATE_LIVE);
     m_rcReach = spShown->drawing.GetBounds();
-    if (spBefore)
+    if (spBefore && AreSame(spBefore->spOpacity, spShown->spOpacity))
         Tell(ChangedBoxes(spBefore->vShape, spShown->vShape),
              spShown->drawing.GetDifference(spBefore->drawing));
     else

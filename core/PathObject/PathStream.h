@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/PathFill/PathFill.h"
+#include "core/PathObject/OpacityField.h"
 #include "core/PathObject/PathControlPoint.h"
 #include "core/PathObject/PathLine.h"
 #include "core/PathObject/PathSnapshot.h"
@@ -27,6 +28,8 @@ public:
     virtual CRect RectIncludingPath(size_t state) const = 0;
     /// The closed curves whose areas a state's shape fills.
     virtual std::vector<TPolyBezier> GetShape(size_t state) const = 0;
+    /// The opacity of a state's shape; null for an opaque one.
+    virtual boost::shared_ptr<const COpacityField> GetOpacity(size_t) const { return {}; }
     /// Adds a state's coverage to a tile of a plane whose origin is the canvas's corner.
     virtual void RasterizePath(CPathFill& fill, CSize szPlane, CAlphaBlock8& tile, size_t state) const = 0;
     /// Draws the live state: the line (with `bOutline` its outline too), its points and ends.

@@ -79,7 +79,3 @@ boost::shared_ptr<CDualValue<CPoint>> CPathTransControlPoint::DragHandleImpl(boo
         }
     });
 }
-
-std::pair<uint32_t, uint32_t> CPathTransControlPoint::GetRange(const IPathLine& line, size_t state) const {
-    return line.GetTransRange(m_t[state], state);
-}

@@ -32,7 +32,7 @@ public:
     boost::shared_ptr<CDualValue<CPoint>> DragHandleImpl(bool bLeft);
 
 protected:
-    std::pair<uint32_t, uint32_t> GetRange(const IPathLine& line, size_t state) const override;
+    uint32_t GetTag() const override { return CHUNK_TAG; }
 
 private:
     CPoint GetMarkPosition(EPathSide side, size_t state) const;

@@ -121,7 +121,3 @@ boost::shared_ptr<CDualValue<CPoint>> CPathWidthControlPoint::DragHandleImpl(boo
         }
     });
 }
-
-std::pair<uint32_t, uint32_t> CPathWidthControlPoint::GetRange(const IPathLine& line, size_t state) const {
-    return line.GetWidthRange(m_t[state], state);
-}

@@ -36,6 +36,12 @@ struct TOutlineWidth {
     std::array<uint32_t, 2> auWidth;
 };
 
+/// The opacity fixed at `t`, 0 to 255.
+struct TOutlineAlpha {
+    uint32_t t;
+    uint32_t uAlpha;
+};
+
 /// A cut across the stroke.
 struct TOutlineCut {
     uint32_t t;
@@ -68,6 +74,7 @@ struct TOutlineSource {
     TOutlinePoints vAnchors;
     std::vector<TOutlineWidth> vWidths; ///< sorted by `t`, each `t` once, none behind the last anchor
     std::vector<TOutlineCut> vCuts;     ///< sorted by `t`
+    std::vector<TOutlineAlpha> vAlphas; ///< sorted by `t`; none for an opaque stroke
     uint32_t uWidth = 0;                ///< half-width without `vWidths`
     TOutlineWave wave;
     const IOutlineTerm* pBegin = nullptr;

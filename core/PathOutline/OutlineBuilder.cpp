@@ -80,6 +80,7 @@ void VisitStretches(const TFold& fold, const std::vector<TPlacedCut>& vCuts, Vis
 } // namespace
 
 std::vector<TStretchOutline> COutlineBuilder::Build(const TOutlineSource& given) {
+    m_vRibs.clear();
     if (given.vAnchors.empty()) return {};
     const CPoint ptOrigin = given.vAnchors.front().anchor;
     TOutlineSource source = given;
@@ -101,6 +102,9 @@ std::vector<TStretchOutline> COutlineBuilder::Build(const TOutlineSource& given)
         aSides[n] = m_aBuilders[n].Build(SideOf(source, m_line, vPieces, side));
     });
     const auto& [left, right] = aSides;
+    if (!source.vAlphas.empty()) m_vRibs = BuildRibs(left, right, source.vAlphas);
+    for (TOutlineRib& rib : m_vRibs)
+        for (CPoint* pPoint : {&rib.left, &rib.right, &rib.centre}) *pPoint = CheckedAdd(*pPoint, ptOrigin);
     const auto vStretches = CutSides(left, right, vCuts);
     const auto close = [&](const TOutlinePoints& vPoints) {
         TPolyBezier vCurve = CloseOutline(vPoints);

@@ -118,21 +118,21 @@ std::vector<TWidthPart> WidthParts(const std::vector<TCentrePiece>& vPieces,
     return vParts;
 }
 
+uint32_t EasedBetween(const CPathLengths& lengths, std::pair<uint32_t, uint32_t> lower,
+                      std::pair<uint32_t, uint32_t> upper, uint32_t t) {
+    const int32_t nAll = lengths.Between(lower.first, upper.first);
+    if (nAll == 0) return upper.second;
+    const int32_t nPart = std::min(lengths.Between(lower.first, t), nAll);
+    const CBezier curve =
+        EaseWidth({0, static_cast<int32_t>(lower.second)}, nAll, static_cast<int32_t>(upper.second));
+    return static_cast<uint32_t>(
+        curve.PointAt(static_cast<uint32_t>(MulDiv(nPart, BEZIER_T_RESOLUTION, nAll))).y);
+}
+
 uint32_t WidthAt(const CPathLengths& lengths, const std::vector<TOutlineWidth>& vWidths, uint32_t uWidth,
                  uint32_t t, EPathSide side) {
     if (vWidths.empty()) return uWidth;
-    const auto itUpper = std::lower_bound(vWidths.begin(), vWidths.end(), t,
-                                          [](const auto& w, uint32_t tAt) { return w.t < tAt; });
-    if (itUpper == vWidths.end()) return vWidths.back().auWidth[side];
-    if (itUpper == vWidths.begin() || itUpper->t == t) return itUpper->auWidth[side];
-    const auto itLower = itUpper - 1;
-    const int32_t nAll = lengths.Between(itLower->t, itUpper->t);
-    if (nAll == 0) return itUpper->auWidth[side];
-    const int32_t nPart = std::min(lengths.Between(itLower->t, t), nAll);
-    const CBezier curve = EaseWidth({0, static_cast<int32_t>(itLower->auWidth[side])}, nAll,
-                                    static_cast<int32_t>(itUpper->auWidth[side]));
-    return static_cast<uint32_t>(
-        curve.PointAt(static_cast<uint32_t>(MulDiv(nPart, BEZIER_T_RESOLUTION, nAll))).y);
+    return EasedAt(lengths, vWidths, t, [&](const TOutlineWidth& width) { return width.auWidth[side]; });
 }
 
 std::vector<TOutlineWidth> WidthsOrMiddle(const TOutlineSource& source) {

@@ -3,6 +3,8 @@
 
 #include "core/PathOutline/Outline.h"
 
+#include <algorithm>
+
 /// Between two width points the width follows an S with level tangents at both: from `from` (x arc length, y
 /// half-width) over `nLength` to `nWidth`. Raises boost::numeric::bad_numeric_cast when the arc length leaves
 /// 32 bits.
@@ -52,6 +54,21 @@ private:
     const std::vector<CBezier>& m_vSegments;
     std::vector<uint64_t> m_vStarts; ///< sums of the whole segments before each, and of all
 };
+
+/// The value between two marks (their `t` and values): an S over the arc length, with level tangents.
+uint32_t EasedBetween(const CPathLengths& lengths, std::pair<uint32_t, uint32_t> lower,
+                      std::pair<uint32_t, uint32_t> upper, uint32_t t);
+
+/// The value at `t` among marks that are sorted by it, at least one: eased between neighbours, constant
+/// before the first and behind the last.
+template <class TMark, class ValueOf>
+uint32_t EasedAt(const CPathLengths& lengths, const std::vector<TMark>& vMarks, uint32_t t, ValueOf valueOf) {
+    const auto itUpper = std::ranges::lower_bound(vMarks, t, {}, &TMark::t);
+    if (itUpper == vMarks.end()) return valueOf(vMarks.back());
+    if (itUpper == vMarks.begin() || itUpper->t == t) return valueOf(*itUpper);
+    const auto itLower = itUpper - 1;
+    return EasedBetween(lengths, {itLower->t, valueOf(*itLower)}, {itUpper->t, valueOf(*itUpper)}, t);
+}
 
 /// The half-width at `t` of a stroke with these width points (sorted): eased between neighbours, constant
 /// before the first and behind the last, `uWidth` without width points.

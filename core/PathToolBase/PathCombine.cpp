@@ -20,6 +20,11 @@ struct TCutMark {
     uint32_t uAngle;
 };
 
+struct TAlphaMark {
+    uint32_t t;
+    uint32_t uAlpha;
+};
+
 struct TTerm {
     boost::shared_ptr<const COpenPathTermBase> spTerm; ///< of a given path
     bool bReversed = false;
@@ -30,6 +35,7 @@ struct TPathValues {
     TOutlinePoints vAnchors;
     std::vector<TWidthMark> vWidths; ///< sorted
     std::vector<TCutMark> vCuts;     ///< sorted, in pairs
+    std::vector<TAlphaMark> vAlphas; ///< sorted
     uint32_t uWidth = 0;
     TTerm begin;
     TTerm end;
@@ -54,8 +60,12 @@ TPathValues ValuesOf(const COpenPathStream& stream) {
     for (const auto& spMark : stream.GetTransPoints())
         values.vCuts.push_back(
             {std::min(spMark->GetParameter()[STATE_COMMITTED], tEnd), spMark->GetAngle()[STATE_COMMITTED]});
+    for (const auto& spMark : stream.GetAlphaPoints())
+        values.vAlphas.push_back(
+            {std::min(spMark->GetParameter()[STATE_COMMITTED], tEnd), spMark->GetAlpha()[STATE_COMMITTED]});
     SortByParameter(values.vWidths);
     SortByParameter(values.vCuts);
+    SortByParameter(values.vAlphas);
     // A single last cut hides the rest of the stroke.
     if (values.vCuts.size() % 2 != 0) values.vCuts.push_back({tEnd, SQUARE});
     values.uWidth = stream.GetWidth();
@@ -69,13 +79,15 @@ TPathValues Reversed(TPathValues values) {
     const uint32_t tEnd = values.GetEnd();
     std::reverse(values.vAnchors.begin(), values.vAnchors.end());
     for (TOutlinePoint& anchor : values.vAnchors) std::swap(anchor.back, anchor.fore);
-    std::reverse(values.vWidths.begin(), values.vWidths.end());
-    for (TWidthMark& mark : values.vWidths) {
-        mark.t = tEnd - mark.t;
+    const auto reverse = [tEnd](auto& vMarks) {
+        std::reverse(vMarks.begin(), vMarks.end());
+        for (auto& mark : vMarks) mark.t = tEnd - mark.t;
+    };
+    reverse(values.vWidths);
+    reverse(values.vCuts);
+    reverse(values.vAlphas);
+    for (TWidthMark& mark : values.vWidths)
         std::swap(mark.auMultiple[SIDE_LEFT], mark.auMultiple[SIDE_RIGHT]);
-    }
-    std::reverse(values.vCuts.begin(), values.vCuts.end());
-    for (TCutMark& cut : values.vCuts) cut.t = tEnd - cut.t;
     std::swap(values.begin, values.end);
     for (TTerm* pTerm : {&values.begin, &values.end}) pTerm->bReversed = !pTerm->bReversed;
     return values;
@@ -117,6 +129,8 @@ TOpenPathPtr MakePath(const TPathValues& values, const COpenPathStream& wave) {
     }
     for (const TCutMark& cut : values.vCuts)
         stream.AddTransPoint(cut.t)->SetAngle(CDualValue<uint32_t>(cut.uAngle));
+    for (const TAlphaMark& mark : values.vAlphas)
+        stream.AddAlphaPoint(mark.t)->SetAlpha(CDualValue<uint32_t>(mark.uAlpha));
     stream.SetTerm(CopyTerm(values.begin, true));
     stream.SetTerm(CopyTerm(values.end, false));
     stream.SetWave(wave.HasWave(), wave.GetWave());
@@ -133,15 +147,52 @@ void Rebase(TPathValues& values, uint32_t uWidth) {
     values.uWidth = uWidth;
 }
 
+// A path without marks gets a plain one near the other path, `uAside` from their joint, so that the other
+// path's values end there.
+template <class TMark>
+void MarkBoth(std::vector<TMark>& vFirst, uint32_t tJoin, std::vector<TMark>& vSecond, uint32_t tSecondEnd,
+              uint32_t uAside, const TMark& plain) {
+    const auto add = [&](std::vector<TMark>& vMarks, uint32_t t) {
+        if (!vMarks.empty()) return;
+        vMarks.push_back(plain);
+        vMarks.back().t = t;
+    };
+    add(vFirst, tJoin - std::min(uAside, tJoin));
+    add(vSecond, std::min(uAside, tSecondEnd));
+}
+
+// Of two marks at one place only one would count.
+template <class TMark, class TValue>
+void PartMarks(const std::vector<TMark>& vFirst, uint32_t tJoin, std::vector<TMark>& vSecond,
+               TValue TMark::*pValue) {
+    if (vFirst.empty() || vSecond.empty() || vFirst.back().t != tJoin || vSecond.front().t != 0) return;
+    if (vFirst.back().*pValue == vSecond.front().*pValue)
+        vSecond.erase(vSecond.begin());
+    else
+        vSecond.front().t = 1;
+}
+
+// Appends the marks of a second path, whose start comes to `tShift`.
+template <class TMark>
+void AppendMarks(std::vector<TMark>& vFirst, const std::vector<TMark>& vSecond, uint32_t tShift) {
+    for (TMark mark : vSecond) {
+        mark.t += tShift;
+        vFirst.push_back(mark);
+    }
+}
+
 // One path of two, the second behind the first; with `bShared` the inner ends are one anchor, at the place of
 // the second's or (bFirstPlace) the first's.
 TPathValues Combined(TPathValues first, TPathValues second, uint32_t uWidth, bool bShared, bool bFirstPlace) {
     const uint32_t uAside = bShared ? ASIDE : 0;
     const uint32_t tJoin = first.GetEnd();
-    const bool bMark = first.uWidth != second.uWidth || first.vWidths.empty() != second.vWidths.empty();
-    const std::array<uint32_t, 2> auPlain{FIXED_ONE, FIXED_ONE};
-    if (bMark && first.vWidths.empty()) first.vWidths = {{tJoin - std::min(uAside, tJoin), auPlain}};
-    if (bMark && second.vWidths.empty()) second.vWidths = {{std::min(uAside, second.GetEnd()), auPlain}};
+    const auto markBoth = [&](auto& vFirst, auto& vSecond, const auto& plain) {
+        MarkBoth(vFirst, tJoin, vSecond, second.GetEnd(), uAside, plain);
+    };
+    if (first.uWidth != second.uWidth || first.vWidths.empty() != second.vWidths.empty())
+        markBoth(first.vWidths, second.vWidths, TWidthMark{0, {FIXED_ONE, FIXED_ONE}});
+    if (first.vAlphas.empty() != second.vAlphas.empty())
+        markBoth(first.vAlphas, second.vAlphas, TAlphaMark{0, CPathAlphaControlPoint::FULL_ALPHA});
     Rebase(first, uWidth);
     Rebase(second, uWidth);
     if (bShared) {
@@ -150,13 +201,8 @@ TPathValues Combined(TPathValues first, TPathValues second, uint32_t uWidth, boo
         TOutlinePoint& shared = second.vAnchors.front();
         shared.back = last.back;
         if (bFirstPlace) shared.anchor = last.anchor;
-        // Of two marks at one place only one would count.
-        if (!first.vWidths.empty() && first.vWidths.back().t == tJoin && second.vWidths.front().t == 0) {
-            if (first.vWidths.back().auMultiple == second.vWidths.front().auMultiple)
-                second.vWidths.erase(second.vWidths.begin());
-            else
-                second.vWidths.front().t = 1;
-        }
+        PartMarks(first.vWidths, tJoin, second.vWidths, &TWidthMark::auMultiple);
+        PartMarks(first.vAlphas, tJoin, second.vAlphas, &TAlphaMark::uAlpha);
         // Two pairs that meet are one.
         if (!first.vCuts.empty() && !second.vCuts.empty() && first.vCuts.back().t == tJoin &&
             second.vCuts.front().t == 0) {
@@ -166,8 +212,9 @@ TPathValues Combined(TPathValues first, TPathValues second, uint32_t uWidth, boo
     }
     const uint32_t tShift = tJoin + (bShared ? 0 : BEZIER_T_RESOLUTION);
     first.vAnchors.insert(first.vAnchors.end(), second.vAnchors.begin(), second.vAnchors.end());
-    for (const TWidthMark& mark : second.vWidths) first.vWidths.push_back({mark.t + tShift, mark.auMultiple});
-    for (const TCutMark& cut : second.vCuts) first.vCuts.push_back({cut.t + tShift, cut.uAngle});
+    AppendMarks(first.vWidths, second.vWidths, tShift);
+    AppendMarks(first.vCuts, second.vCuts, tShift);
+    AppendMarks(first.vAlphas, second.vAlphas, tShift);
     first.end = second.end;
     return first;
 }
@@ -183,8 +230,15 @@ TPathValues PartOf(const TPathValues& whole, uint32_t tFirst, uint32_t tLast) {
     part.uWidth = whole.uWidth;
     part.vAnchors.assign(whole.vAnchors.begin() + tFirst / BEZIER_T_RESOLUTION,
                          whole.vAnchors.begin() + tLast / BEZIER_T_RESOLUTION + 1);
-    for (const TWidthMark& mark : whole.vWidths)
-        if (mark.t >= tFirst && mark.t <= tLast) part.vWidths.push_back({mark.t - tFirst, mark.auMultiple});
+    const auto takeInside = [&](const auto& vMarks, auto& vInside) {
+        for (auto mark : vMarks) {
+            if (mark.t < tFirst || mark.t > tLast) continue;
+            mark.t -= tFirst;
+            vInside.push_back(mark);
+        }
+    };
+    takeInside(whole.vWidths, part.vWidths);
+    takeInside(whole.vAlphas, part.vAlphas);
     const auto clipped = [&](const TCutMark& cut) {
         if (cut.t < tFirst) return TCutMark{0, SQUARE};
         if (cut.t > tLast) return TCutMark{tLast - tFirst, SQUARE};
@@ -235,8 +289,14 @@ std::pair<TOpenPathPtr, TOpenPathPtr> DividePath(const COpenPathObject& path, si
             {t,
              {MultipleOf(auWidth[SIDE_LEFT], whole.uWidth), MultipleOf(auWidth[SIDE_RIGHT], whole.uWidth)}}};
     };
-    keepWidth(head, tCut);
-    keepWidth(tail, 0);
+    const auto keepAlpha = [&](TPathValues& half, uint32_t t) {
+        if (!whole.vAlphas.empty() && half.vAlphas.empty())
+            half.vAlphas = {{t, stream.GetAlphaAt(tCut, STATE_COMMITTED)}};
+    };
+    for (const auto& [pHalf, t] : {std::pair{&head, tCut}, std::pair{&tail, 0u}}) {
+        keepWidth(*pHalf, t);
+        keepAlpha(*pHalf, t);
+    }
     return {MakePath(head, stream), MakePath(tail, stream)};
 }
 

@@ -28,7 +28,7 @@ struct TSetSwap {
     }
     static size_t Count(const boost::shared_ptr<COpenPathObject>& spPath, const TMarks& vMarks) {
         if (!spPath) return 0;
-        const TMarks& vPresent = GetMarks<TPoint>(spPath->GetStream(), STATE_COMMITTED);
+        const TMarks& vPresent = spPath->GetStream().GetMarks<TPoint>();
         const auto isShared = [&](const auto& spMark) { return std::ranges::count(vPresent, spMark) != 0; };
         const auto nShared = std::ranges::count_if(vMarks, isShared);
         return (vMarks.size() - static_cast<size_t>(nShared)) * sizeof(TPoint);
@@ -47,9 +47,9 @@ std::vector<TBytes> ContentOf(const TPathMarks<TPoint>& vMarks) {
 template <class TPoint>
 void RemoveFrom(const boost::shared_ptr<COpenPathObject>& spPath, TPathMarks<TPoint> vMarks,
                 const wchar_t* pszLabel, const TRegisterHistory& fnRegister) {
-    TPathMarks<TPoint> vKept = GetMarks<TPoint>(spPath->GetStream(), STATE_COMMITTED);
+    TPathMarks<TPoint> vKept = spPath->GetStream().GetMarks<TPoint>();
     std::erase_if(vKept, [&](const auto& spMark) { return std::ranges::count(vMarks, spMark) != 0; });
-    SetLiveMarks<TPoint>(spPath->GetStream(), vKept);
+    spPath->GetStream().SetLiveMarks(vKept);
     CommitMarks<TPoint>(spPath, pszLabel, fnRegister);
 }
 
@@ -60,8 +60,8 @@ void CommitMarks(const boost::shared_ptr<COpenPathObject>& spPath, const wchar_t
                  const TRegisterHistory& fnRegister) {
     using THistory = CSymmetricHistory<COpenPathObject, TPathMarks<TPoint>>;
     const COpenPathStream& stream = spPath->GetStream();
-    const TPathMarks<TPoint> vBefore = GetMarks<TPoint>(stream, STATE_COMMITTED);
-    if (ContentOf(vBefore) == ContentOf(GetMarks<TPoint>(stream, STATE_LIVE))) return spPath->CancelDrag();
+    const TPathMarks<TPoint> vBefore = stream.GetMarks<TPoint>();
+    if (ContentOf(vBefore) == ContentOf(stream.GetMarks<TPoint>(STATE_LIVE))) return spPath->CancelDrag();
     const auto spHistory = boost::make_shared<THistory>(
         pszLabel, spPath, vBefore,
         typename THistory::TFunctions{TSetSwap<TPoint>::Swap, TSetSwap<TPoint>::Count});
@@ -78,17 +78,22 @@ template void CommitMarks<CPathWidthControlPoint>(const boost::shared_ptr<COpenP
                                                   const TRegisterHistory&);
 template void CommitMarks<CPathTransControlPoint>(const boost::shared_ptr<COpenPathObject>&, const wchar_t*,
                                                   const TRegisterHistory&);
+template void CommitMarks<CPathAlphaControlPoint>(const boost::shared_ptr<COpenPathObject>&, const wchar_t*,
+                                                  const TRegisterHistory&);
 
 bool RemoveMark(const boost::shared_ptr<COpenPathObject>& spPath, const CPathControlPointBase& mark,
                 const TRegisterHistory& fnRegister) {
     const COpenPathStream& stream = spPath->GetStream();
     const auto isMark = [&](const auto& spMark) { return spMark.get() == &mark; };
-    const auto& vWidth = stream.GetWidthPoints();
-    const auto itWidth = std::ranges::find_if(vWidth, isMark);
-    if (itWidth != vWidth.end()) {
-        RemoveFrom<CPathWidthControlPoint>(spPath, {*itWidth}, L"太さ制御点の削除", fnRegister);
+    const auto removeSingle = [&]<class TPoint>(const TPathMarks<TPoint>& vMarks, const wchar_t* pszLabel) {
+        const auto it = std::ranges::find_if(vMarks, isMark);
+        if (it == vMarks.end()) return false;
+        RemoveFrom<TPoint>(spPath, {*it}, pszLabel, fnRegister);
         return true;
-    }
+    };
+    if (removeSingle(stream.GetWidthPoints(), L"太さ制御点の削除") ||
+        removeSingle(stream.GetAlphaPoints(), L"不透明度記号の削除"))
+        return true;
     const auto vTrans = SortedByParameter(stream.GetTransPoints(), STATE_COMMITTED);
     const auto itTrans = std::ranges::find_if(vTrans, isMark);
     if (itTrans == vTrans.end()) return false;

@@ -4,18 +4,6 @@
 
 namespace {
 
-boost::shared_ptr<CPathWidthControlPoint> MakeMark(uint32_t t, const COpenPathStream& stream,
-                                                   CPathWidthControlPoint*) {
-    return boost::make_shared<CPathWidthControlPoint>(boost::weak_ptr<const IPathLine>(),
-                                                      CDualValue<uint32_t>(t), stream.GetWidth());
-}
-
-boost::shared_ptr<CPathTransControlPoint> MakeMark(uint32_t t, const COpenPathStream&,
-                                                   CPathTransControlPoint*) {
-    return boost::make_shared<CPathTransControlPoint>(boost::weak_ptr<const IPathLine>(),
-                                                      CDualValue<uint32_t>(t));
-}
-
 template <class TPoint>
 bool IsInside(const boost::shared_ptr<TPoint>& spMark, uint32_t tMin, uint32_t tMax) {
     const uint32_t t = spMark->GetParameter()[STATE_COMMITTED];
@@ -57,16 +45,16 @@ template <class TPoint>
 void CRangeInstallDragBase<TPoint>::OnRange(uint32_t tNow, uint32_t tMin, uint32_t tMax) {
     m_vNew.clear();
     Install(tNow, tMin, tMax);
-    TPathMarks<TPoint> vMarks = GetMarks<TPoint>(GetStream(), STATE_COMMITTED);
+    TPathMarks<TPoint> vMarks = GetStream().GetMarks<TPoint>();
     std::erase_if(vMarks, [&](const auto& spMark) { return IsInside(spMark, tMin, tMax); });
     vMarks.insert(vMarks.end(), m_vNew.begin(), m_vNew.end());
-    SetLiveMarks<TPoint>(m_spObject->GetStream(), std::move(vMarks));
+    m_spObject->GetStream().SetLiveMarks(std::move(vMarks));
     m_spObject->UpdateDrag();
 }
 
 template <class TPoint>
 TPathMarks<TPoint> CRangeInstallDragBase<TPoint>::GetOld(uint32_t tMin, uint32_t tMax) const {
-    TPathMarks<TPoint> vOld = GetMarks<TPoint>(GetStream(), STATE_COMMITTED);
+    TPathMarks<TPoint> vOld = GetStream().GetMarks<TPoint>();
     std::erase_if(vOld, [&](const auto& spMark) { return !IsInside(spMark, tMin, tMax); });
     return vOld;
 }
@@ -76,9 +64,10 @@ boost::shared_ptr<TPoint> CRangeInstallDragBase<TPoint>::MarkAt(uint32_t t) {
     const auto it = std::ranges::find_if(
         m_vNew, [&](const auto& spMark) { return spMark->GetParameter()[STATE_COMMITTED] == t; });
     if (it != m_vNew.end()) return *it;
-    m_vNew.push_back(MakeMark(t, GetStream(), static_cast<TPoint*>(nullptr)));
+    m_vNew.push_back(GetStream().MakeMark<TPoint>(t));
     return m_vNew.back();
 }
 
 template class CRangeInstallDragBase<CPathWidthControlPoint>;
 template class CRangeInstallDragBase<CPathTransControlPoint>;
+template class CRangeInstallDragBase<CPathAlphaControlPoint>;

@@ -1,4 +1,4 @@
-// Drags along a stretch of a path, which change its width points or cuts.
+// Drags along a stretch of a path, which change its width points, cuts or opacity marks.
 #pragma once
 
 #include "core/Bezier/BezierRun.h"
@@ -75,6 +75,7 @@ private:
 
 extern template class CRangeInstallDragBase<CPathWidthControlPoint>;
 extern template class CRangeInstallDragBase<CPathTransControlPoint>;
+extern template class CRangeInstallDragBase<CPathAlphaControlPoint>;
 
 /// Begins the drag of an operation (EWidthType); null for one that is unsupported.
 boost::shared_ptr<CPathRangeDrag> BeginRangeDrag(int nType, const TRangePress& press);

@@ -13,10 +13,11 @@ struct TOperation {
 };
 
 constexpr TOperation OPERATIONS[WIDTH_TYPES] = {
-    {L"1点", L"x", WIDTH_KIND_POINTS},    {L"2点", L"x", WIDTH_KIND_POINTS},
-    {L"3点", L"x", WIDTH_KIND_POINTS},    {L"4点", L"x", WIDTH_KIND_POINTS},
-    {L"乗算", L"x", WIDTH_KIND_CHANGE},   {L"加算", L"+", WIDTH_KIND_CHANGE},
-    {L"削除", nullptr, WIDTH_KIND_ERASE}, {L"透明化", nullptr, WIDTH_KIND_CUT},
+    {L"1点", L"x", WIDTH_KIND_POINTS},     {L"2点", L"x", WIDTH_KIND_POINTS},
+    {L"3点", L"x", WIDTH_KIND_POINTS},     {L"4点", L"x", WIDTH_KIND_POINTS},
+    {L"乗算", L"x", WIDTH_KIND_CHANGE},    {L"加算", L"+", WIDTH_KIND_CHANGE},
+    {L"削除", nullptr, WIDTH_KIND_ERASE},  {L"透明化", nullptr, WIDTH_KIND_CUT},
+    {L"不透明度", L"x", WIDTH_KIND_ALPHA},
 };
 
 } // namespace

@@ -1,4 +1,4 @@
-// The operations on a stroke's width, as the user chooses them.
+// The operations on a stroke's width and opacity, as the user chooses them.
 #pragma once
 
 #include <array>
@@ -14,8 +14,9 @@ enum EWidthType : int {
     WIDTH_ADD,
     WIDTH_ERASE,
     WIDTH_CUT,
+    WIDTH_ALPHA,
 };
-constexpr int WIDTH_TYPES = 8;
+constexpr int WIDTH_TYPES = 9;
 
 /// The kinds by which the pane shows the operations.
 enum EWidthKind : int {
@@ -23,11 +24,13 @@ enum EWidthKind : int {
     WIDTH_KIND_POINTS,
     WIDTH_KIND_CHANGE,
     WIDTH_KIND_ERASE,
-    WIDTH_KIND_CUT
+    WIDTH_KIND_CUT,
+    WIDTH_KIND_ALPHA
 };
-constexpr int WIDTH_KINDS = 4;
+constexpr int WIDTH_KINDS = 5;
 
-/// An operation and its coefficient in tenths: a multiple of the stroke's width, or (to add) pixels.
+/// An operation and its coefficient in tenths: a multiple of the stroke's width, (to add) pixels, or an
+/// opacity, 1.0 the highest.
 struct TPathWidthItem {
     int nType = WIDTH_POINTS_1;
     int nCoef = 10;

@@ -10,7 +10,7 @@ constexpr int32_t MAX_COUNT = 1000; ///< limits a damaged count, which would del
 
 constexpr TPathWidthItem DEFAULT_ITEMS[] = {{WIDTH_POINTS_1, 10}, {WIDTH_POINTS_2, 10}, {WIDTH_POINTS_3, 10},
                                             {WIDTH_POINTS_4, 10}, {WIDTH_MULTIPLY, 15}, {WIDTH_ADD, 5},
-                                            {WIDTH_ERASE, 0},     {WIDTH_CUT, 0}};
+                                            {WIDTH_ERASE, 0},     {WIDTH_CUT, 0},       {WIDTH_ALPHA, 5}};
 
 } // namespace
 

@@ -20,10 +20,12 @@ constexpr int32_t UNITS_OF_PIXEL = 8;
 constexpr wchar_t MARK_HINT[] = L"ドラッグ: 記号を動かす　Shift: 記号を消す　Alt: 記号の片側だけ";
 constexpr wchar_t SELECT_HINT[] = L"クリック: パスを選ぶ";
 /// By kind, on a line.
-constexpr const wchar_t* LINE_HINTS[WIDTH_KINDS] = {L"線に沿ってドラッグ: 太さの点を置く　Shift: 記号を消す",
-                                                    L"線に沿ってドラッグ: 太さを変える　Shift: 記号を消す",
-                                                    L"線に沿ってドラッグ: 太さの点を消す　Shift: 記号を消す",
-                                                    L"線に沿ってドラッグ: 透明にする　Shift: 記号を消す"};
+constexpr const wchar_t* LINE_HINTS[WIDTH_KINDS] = {
+    L"線に沿ってドラッグ: 太さの点を置く　Shift: 記号を消す",
+    L"線に沿ってドラッグ: 太さを変える　Shift: 記号を消す",
+    L"線に沿ってドラッグ: 太さの点を消す　Shift: 記号を消す",
+    L"線に沿ってドラッグ: 透明にする　Shift: 記号を消す",
+    L"線に沿ってドラッグ: 不透明度を変える　Shift: 記号を消す"};
 
 bool IsEnd(const TPathTarget& target) {
     return dynamic_cast<const COpenPathTermBase*>(target.hit.spPoint.get()) != nullptr;

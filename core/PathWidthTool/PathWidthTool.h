@@ -1,4 +1,4 @@
-// The path width tool: changes the width of stretches of open paths, and their cuts.
+// The path width tool: changes the width and the opacity of stretches of open paths, and their cuts.
 #pragma once
 
 #include "core/PathToolBase/PathToolBase.h"
@@ -9,12 +9,13 @@ constexpr int TOOL_PATH_WIDTH = 7;
 
 inline constexpr TToolHint PATH_WIDTH_HINTS[] = {
     {0, L"線に沿ってドラッグ: 太さを変える　記号をドラッグ: 動かす　Shift: 記号を消す　Alt: 記号の片側だけ"},
-    {POINTER_SHIFT, L"クリック: 太さや透明化の記号を消す"},
+    {POINTER_SHIFT, L"クリック: 太さや透明化、不透明度の記号を消す"},
     {POINTER_ALT, L"記号をドラッグ: 片側だけ太さを変える"},
     {POINTER_CONTROL, L"ホイール: 拡大・縮小"}};
 
-/// Width points, cuts and ends are dragged by their marks; with Shift or the pen's eraser end a mark is
-/// removed. A press near an open path begins the chosen operation there; one on another path selects it.
+/// Width points, opacity marks, cuts and ends are dragged by their marks; with Shift or the pen's eraser end
+/// a mark is removed. A press near an open path begins the chosen operation there; one on another path
+/// selects it.
 class CPathWidthTool : public CPathToolBase {
 public:
     static constexpr TToolInfo INFO{TOOL_PATH_WIDTH, L"パス太さ", "icons/tool-path-width.svg", ECursor::Width,

@@ -9,18 +9,24 @@
 namespace {
 
 enum EPathWidthControl : int {
-    PATH_WIDTH_KIND_FIRST = 1301, ///< one button for each EWidthKind
+    PATH_WIDTH_KIND_FIRST = 1301, ///< one button for each EWidthKind but the last
     PATH_WIDTH_TYPE = 1305,
     PATH_WIDTH_COEF,
     PATH_WIDTH_LIST,
     PATH_WIDTH_ADD,
     PATH_WIDTH_REMOVE,
     PATH_WIDTH_RADIUS,
+    PATH_WIDTH_KIND_ALPHA,
 };
 
-constexpr const wchar_t* KIND_NAMES[WIDTH_KINDS] = {L"点", L"変更", L"削除", L"透明化"};
+int KindControl(int nKind) {
+    return nKind == WIDTH_KIND_ALPHA ? PATH_WIDTH_KIND_ALPHA : PATH_WIDTH_KIND_FIRST + nKind;
+}
+
+constexpr const wchar_t* KIND_NAMES[WIDTH_KINDS] = {L"点", L"変更", L"削除", L"透明化", L"不透明度"};
 constexpr const wchar_t* KIND_TIPS[WIDTH_KINDS] = {L"太さの点を置く", L"太さを乗算・加算する",
-                                                   L"太さの点を消す", L"線の一部を透明にする"};
+                                                   L"太さの点を消す", L"線の一部を透明にする",
+                                                   L"線の一部の不透明度を変える"};
 constexpr int COEFS[] = {2, 4, 7, 10, 15, 20, 25, 30, 35, 40, 45};
 constexpr int UNITS_OF_PIXEL = 8;
 
@@ -30,7 +36,7 @@ CToolOptPathWidthTool::CToolOptPathWidthTool() {
     using EKind = TPanelControl::EKind;
     for (int n = 0; n < WIDTH_KINDS; ++n)
         m_vControls.push_back({.kind = EKind::Toggle,
-                               .nId = PATH_WIDTH_KIND_FIRST + n,
+                               .nId = KindControl(n),
                                .strText = KIND_NAMES[n],
                                .strTip = KIND_TIPS[n],
                                .bSameLine = n != 0});
@@ -57,7 +63,7 @@ void CToolOptPathWidthTool::RefreshView(const boost::shared_ptr<CTools>& spTool)
     m_wpTool = pPathTool;
     const TPathWidthItem item = pPathTool->GetItem();
     const EWidthKind kind = KindOf(item.nType);
-    for (int n = 0; n < WIDTH_KINDS; ++n) Find(PATH_WIDTH_KIND_FIRST + n).nValue = n == kind;
+    for (int n = 0; n < WIDTH_KINDS; ++n) Find(KindControl(n)).nValue = n == kind;
     Find(PATH_WIDTH_TYPE).nValue = IsSupported(item.nType) ? item.nType : -1;
     // A coefficient that is none of the usual ones has a row of its own while it is chosen.
     m_vCoefs.assign(std::begin(COEFS), std::end(COEFS));
@@ -105,6 +111,9 @@ void CToolOptPathWidthTool::OnControl(const TPanelControl& control) {
         break;
     case PATH_WIDTH_RADIUS:
         spTool->SetRadius(control.nValue * UNITS_OF_PIXEL);
+        break;
+    case PATH_WIDTH_KIND_ALPHA:
+        spTool->SetKind(WIDTH_KIND_ALPHA);
         break;
     default:
         spTool->SetKind(static_cast<EWidthKind>(control.nId - PATH_WIDTH_KIND_FIRST));

@@ -14,8 +14,9 @@ boost::shared_ptr<CPathRangeDrag> Make(const TRangePress& press) {
 
 // By EWidthType.
 constexpr boost::shared_ptr<CPathRangeDrag> (*DRAGS[WIDTH_TYPES])(const TRangePress& press) = {
-    Make<CWidth1InstallDrag>, Make<CWidth2InstallDrag>, Make<CWidth3InstallDrag>, Make<CWidth4InstallDrag>,
-    Make<CWidthMultDrag>,     Make<CWidthAddDrag>,      Make<CWidthEraseDrag>,    Make<CTransInstallDrag>,
+    Make<CWidth1InstallDrag>, Make<CWidth2InstallDrag>, Make<CWidth3InstallDrag>,
+    Make<CWidth4InstallDrag>, Make<CWidthMultDrag>,     Make<CWidthAddDrag>,
+    Make<CWidthEraseDrag>,    Make<CTransInstallDrag>,  Make<CAlphaInstallDrag>,
 };
 
 uint32_t Limited(uint64_t uWidth) {
@@ -95,6 +96,30 @@ void CTransInstallDrag::Install(uint32_t, uint32_t tMin, uint32_t tMax) {
     };
     if (!isTransparent([=](uint32_t t) { return t < tMin; })) MarkAt(tMin);
     if (!isTransparent([=](uint32_t t) { return t <= tMax; })) MarkAt(tMax);
+}
+
+void CAlphaInstallDrag::SetAlpha(uint32_t t, uint32_t uAlpha) {
+    MarkAt(t)->SetAlpha(CDualValue<uint32_t>(uAlpha));
+}
+
+// Without a mark beside the range the rest of the stroke would follow it.
+void CAlphaInstallDrag::KeepBeside(uint32_t t, uint32_t tBeside, uint32_t uAlpha) {
+    const uint32_t uOld = GetStream().GetAlphaAt(tBeside, STATE_COMMITTED);
+    if (t != tBeside && uOld != uAlpha && GetOld(std::min(t, tBeside), std::max(t, tBeside)).empty())
+        SetAlpha(tBeside, uOld);
+}
+
+void CAlphaInstallDrag::Install(uint32_t, uint32_t tMin, uint32_t tMax) {
+    const auto uAlpha = static_cast<uint32_t>(
+        (std::clamp<uint64_t>(GetCoef(), 0, TENTHS) * CPathAlphaControlPoint::FULL_ALPHA + TENTHS / 2) /
+        TENTHS);
+    const uint64_t uAside = 2 * std::max<uint64_t>(GetStream().GetWidth(), UNITS_OF_PIXEL);
+    const uint64_t uMin = GetLine().LengthTo(tMin);
+    const uint64_t uMax = GetLine().LengthTo(tMax);
+    if (uMin > uAside) KeepBeside(tMin, GetLine().ParameterAt(uMin - uAside), uAlpha);
+    if (uMax + uAside < GetLine().LengthTo(GetLine().GetLast()))
+        KeepBeside(tMax, GetLine().ParameterAt(uMax + uAside), uAlpha);
+    for (const uint32_t t : {tMin, tMax}) SetAlpha(t, uAlpha);
 }
 
 boost::shared_ptr<CPathRangeDrag> BeginRangeDrag(int nType, const TRangePress& press) {

@@ -1,4 +1,4 @@
-// The drags of the width operations.
+// The drags of the operations on stretches.
 #pragma once
 
 #include "core/PathWidthTool/PathRangeDrag.h"
@@ -114,4 +114,19 @@ public:
 
 protected:
     void Install(uint32_t tNow, uint32_t tMin, uint32_t tMax) override;
+};
+
+/// Sets the opacity of the range to the coefficient, up to 1.0: a mark at each end. Unless marks follow
+/// sooner, the stroke has its old opacity again as far beside the range as it is wide.
+class CAlphaInstallDrag : public CRangeInstallDragBase<CPathAlphaControlPoint> {
+public:
+    explicit CAlphaInstallDrag(const TRangePress& press)
+        : CRangeInstallDragBase(press, L"不透明度記号の追加") {}
+
+protected:
+    void Install(uint32_t tNow, uint32_t tMin, uint32_t tMax) override;
+
+private:
+    void SetAlpha(uint32_t t, uint32_t uAlpha);
+    void KeepBeside(uint32_t t, uint32_t tBeside, uint32_t uAlpha);
 };

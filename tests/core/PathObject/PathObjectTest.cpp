@@ -14,6 +14,8 @@ boost::shared_ptr<COpenPathObject> MakeMarkedStroke() {
     const auto spPath = MakeLevelStroke(4);
     for (const uint32_t t : {0x8000u, 0x10000u, 0x18000u, 0x28000u}) spPath->GetStream().AddWidthPoint(t);
     for (const uint32_t t : {0x4000u, 0xC000u, 0x14000u, 0x24000u}) spPath->GetStream().AddTransPoint(t);
+    for (const auto& spMark : spPath->GetStream().GetWidthPoints())
+        spPath->GetStream().AddAlphaPoint(spMark->GetParameter()[STATE_COMMITTED]);
     return spPath;
 }
 
@@ -34,6 +36,7 @@ TEST(PathObject, MarksStayWhereTheyAreWhenAnchorsComeAndGo) {
         EXPECT_TRUE(bRemove || spNew.get() == &AnchorOf(*spPath, idx));
         EXPECT_EQ(ParametersOf(spPath->GetStream().GetWidthPoints()), vWidth) << idx;
         EXPECT_EQ(ParametersOf(spPath->GetStream().GetTransPoints()), vCuts) << idx;
+        EXPECT_EQ(ParametersOf(spPath->GetStream().GetAlphaPoints()), vWidth) << idx;
         EXPECT_EQ(spPath->GetStream().ControlPointCount(), bRemove ? 3u : 5u);
     };
     check(0, true, {0, 0x8000, 0x18000}, {0x4000, 0x14000});
@@ -78,6 +81,7 @@ TEST(PathObject, ADivisionChangesNoShape) {
 TEST(PathObject, ASnapshotBringsBackTheSameObjects) {
     const auto spPath = MakeStroke();
     COpenPathStream& stream = spPath->GetStream();
+    const auto spAlpha = stream.AddAlphaPoint(0x4000);
     const auto spSnapshot = spPath->CreateSnapshot();
     const TBytes vBytes = BytesOf(*spPath);
     const auto vOutline = stream.GetOutline(STATE_COMMITTED);
@@ -89,6 +93,8 @@ TEST(PathObject, ASnapshotBringsBackTheSameObjects) {
     lstPoints.front()->SetFore(CDualValue<CPoint>({1, 2}));
     stream.SetTransPoints({});
     stream.AddWidthPoint(7);
+    spAlpha->SetAlpha(CDualValue<uint32_t>(3));
+    stream.SetAlphaPoints({stream.AddAlphaPoint(9)});
     stream.SetTerm(CreateOpenPathTerm(TERM_SHARP, true));
     stream.SetWidth(5);
     stream.SetWave(true, {9, 9});
@@ -99,6 +105,7 @@ TEST(PathObject, ASnapshotBringsBackTheSameObjects) {
     EXPECT_EQ(stream.GetControlPoints(), lstPoints);
     EXPECT_EQ(stream.GetWidthPoints(), vWidths);
     EXPECT_EQ(stream.GetTransPoints(), vCuts);
+    EXPECT_EQ(stream.GetAlphaPoints(), COpenPathStream::TAlphaPoints{spAlpha});
     for (const size_t state : {STATE_COMMITTED, STATE_LIVE}) EXPECT_EQ(stream.GetOutline(state), vOutline);
     COpenPathObject copy;
     copy.AppendControlPoint({1, 1});

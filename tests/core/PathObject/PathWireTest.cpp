@@ -44,6 +44,37 @@ TEST(PathWire, PathsAreAsTheirPageShowsThem) {
         EXPECT_EQ(spRead->GetStream().GetOutline(state), spStroke->GetStream().GetOutline(state));
 }
 
+TEST(PathWire, OpacityMarksAreAttached) {
+    const auto spStroke = MakeStroke();
+    const TBytes vPlain = FileOf(spStroke->Serialize());
+    spStroke->GetStream().AddAlphaPoint(0x10000)->SetAlpha(CDualValue<uint32_t>(128));
+    spStroke->Update();
+    const TBytes vWhole = FileOf(spStroke->Serialize()), vListed = ListedBytes("An attached chunk");
+    TBytes vExpected = vPlain;
+    vExpected.insert(vExpected.end(), vListed.begin(), vListed.end());
+    EXPECT_EQ(vWhole, vExpected);
+    const auto read = [](const TBytes& vFile, bool bOld) {
+        CDeserializer file(boost::make_shared<TBytes>(vFile)), top;
+        bOld ? file.ReadChunk(top) : file.ReadTop(top);
+        const auto spPath = boost::make_shared<COpenPathObject>();
+        spPath->GetStream().AddAlphaPoint(7); // does not stay
+        spPath->Deserialize(top);
+        return spPath;
+    };
+    EXPECT_EQ(BytesOf(*read(vWhole, false)), BytesOf(*spStroke));
+    EXPECT_EQ(FileOf(read(vWhole, true)->Serialize()), vPlain);
+    const auto with = [&](size_t nAt, uint8_t u) {
+        TBytes vBytes = vWhole;
+        vBytes[vPlain.size() + nAt] = u;
+        return vBytes;
+    };
+    EXPECT_EQ(FileOf(read(with(19, 'X'), false)->Serialize()), vPlain) << "unknown tag";
+    EXPECT_EQ(FileOf(read(with(15, 13), false)->Serialize()), vPlain) << "unknown owner";
+    for (const uint8_t uCount : {0, 2}) EXPECT_THROW(read(with(31, uCount), false), deserialize_error);
+    const auto spFar = read(with(45, 9), false); // behind the path's end
+    EXPECT_EQ(spFar->GetStream().GetAlphaPoints()[0]->GetParameter(), CDualValue<uint32_t>(0x20000));
+}
+
 TEST(PathWire, OtherVersionsAreRead) {
     const auto spStroke = MakeStroke();
     spStroke->GetStream().SetWave(true, {16, 7});

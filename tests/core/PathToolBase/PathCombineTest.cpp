@@ -22,6 +22,9 @@ std::string Describe(const COpenPathObject& path) {
     for (const auto& spMark : stream.GetTransPoints())
         out << " c" << std::hex << spMark->GetParameter()[STATE_COMMITTED] << std::dec << '@'
             << spMark->GetAngle()[STATE_COMMITTED];
+    for (const auto& spMark : stream.GetAlphaPoints())
+        out << " o" << std::hex << spMark->GetParameter()[STATE_COMMITTED] << std::dec << '='
+            << spMark->GetAlpha()[STATE_COMMITTED];
     for (const bool bBegin : {true, false}) {
         const auto& spTerm = stream.GetTerm(bBegin);
         out << (spTerm->IsBegin() ? " b" : " e") << spTerm->GetType();
@@ -140,4 +143,31 @@ TEST(PathCombine, AClosedPathOpensAtAnAnchor) {
     AddAnchor(shape.GetStream(), {0, 0}, {7, 7}, {8, 8});
     EXPECT_EQ(Describe(*OpenClosedPath(shape, 3, param)),
               "24: 0,0(7,7;0,6) 100,1(0,5;1,6) 200,4(-2,5;2,6) 0,0(7,7;0,6) b3(10000,10000@90) e2");
+}
+
+TEST(PathCombine, OpacityGoesAlong) {
+    const auto make = [](const std::vector<std::pair<uint32_t, uint32_t>>& vMarks) {
+        const auto spPath = MakeLevelStroke(3);
+        for (const auto& [t, uAlpha] : vMarks)
+            spPath->GetStream().AddAlphaPoint(t)->SetAlpha(CDualValue<uint32_t>(uAlpha));
+        spPath->Update();
+        return spPath;
+    };
+    const auto marks = [](const COpenPathObject& path) {
+        const std::string str = Describe(path);
+        const size_t n = str.find(" o");
+        return n == std::string::npos ? "" : str.substr(n, str.find(" b") - n);
+    };
+    const auto spMarked = make({{0x8000, 10}, {0x20000, 90}}), spPlain = make({});
+    // A path without marks stays opaque beside one with marks.
+    EXPECT_EQ(marks(*ConnectPaths(*spPlain, {spMarked, true})), " o20000=255 o38000=10 o50000=90");
+    EXPECT_EQ(marks(*ConnectPaths(*spMarked, {spPlain, false})), " o8000=10 o20000=90 o30000=255");
+    EXPECT_EQ(marks(*ConnectPaths(*spMarked, {spMarked, false})), " o8000=10 o20000=90 o30000=90 o48000=10");
+    EXPECT_EQ(marks(*JoinPaths({spMarked, false}, {spPlain, true})), " o8000=10 o20000=90 o21000=255");
+    EXPECT_EQ(marks(*JoinPaths({spMarked, false}, {make({{0, 90}}), true})), " o8000=10 o20000=90");
+    EXPECT_EQ(marks(*JoinPaths({spMarked, false}, {make({{0, 91}}), true})), " o8000=10 o20000=90 o20001=91");
+    const auto [spHead, spTail] = DividePath(*make({{0x18000, 10}, {0x20000, 90}}), 1);
+    EXPECT_EQ(marks(*spHead), " o10000=10");
+    EXPECT_EQ(marks(*spTail), " o8000=10 o10000=90");
+    EXPECT_EQ(marks(*DividePath(*spPlain, 1).first), "");
 }

@@ -113,7 +113,7 @@ TEST_F(PathWidthTool, WhateverEndsADragLeavesTheDocumentAsItWas) {
         [] { Active().GetInput().OnActivate(); }};
     std::vector<std::function<void()>> vSteps;
     for (const auto& fnEnd : vEnds)
-        for (const int nType : {WIDTH_POINTS_1, WIDTH_POINTS_4, WIDTH_CUT})
+        for (const int nType : {WIDTH_POINTS_1, WIDTH_POINTS_4, WIDTH_CUT, WIDTH_ALPHA})
             vSteps.push_back([=, this] {
                 g_pMainFrame->SwitchTool(TOOL_PATH_WIDTH);
                 Tool().SetItem({nType, 20});
@@ -227,7 +227,7 @@ TEST_F(PathWidthTool, ThePaneChoosesTheOperationAndKeepsItsList) {
         for (const auto& [pszKey, nValue] : {std::pair{L"Radius", 160}, {L"Coef", 10}, {L"Type", 1}})
             EXPECT_EQ(spTool->GetInt(pszKey, 0), nValue);
         const auto spList = config.GetSection(L"PathWidthList");
-        EXPECT_EQ(spList->GetInt(L"ItemCount", 0), 8);
+        EXPECT_EQ(spList->GetInt(L"ItemCount", 0), 9);
         EXPECT_EQ(spList->GetInt(L"Coef3", 0), 20);
         spList->SetInt(L"Type2", 77);
         g_pMainFrame->SwitchTool(TOOL_PATH_WIDTH);

@@ -40,8 +40,8 @@ protected:
         EXPECT_EQ(BytesOf(*m_spPath), vAfter);
         return spDrag;
     }
-    /// The number of steps and the marks in their order: place in path units, then left and right width, or a
-    /// cut's angle.
+    /// The number of steps and the marks in their order: place in path units, then left and right width, a
+    /// cut's angle, or an opacity.
     std::string Marks() {
         std::ostringstream out;
         out << m_history.GetUndoList().size() << ':';
@@ -56,6 +56,10 @@ protected:
         for (const auto& spMark : SortedByParameter(Stream().GetTransPoints(), STATE_COMMITTED)) {
             place(spMark);
             out << '/' << spMark->GetAngle()[STATE_COMMITTED];
+        }
+        for (const auto& spMark : SortedByParameter(Stream().GetAlphaPoints(), STATE_COMMITTED)) {
+            place(spMark);
+            out << '*' << spMark->GetAlpha()[STATE_COMMITTED];
         }
         return out.str();
     }
@@ -76,6 +80,7 @@ TEST_F(WidthDrag, PointsAreSetOverTheStretch) {
         {WIDTH_MULTIPLY, "1: 240=40,40 480=60,60 720=40,40"},
         {WIDTH_ADD, "1: 240=40,40 480=52,52 720=40,40"},
         {WIDTH_ERASE, "0:"},
+        {WIDTH_ALPHA, "1: 240*255 720*255"},
         {WIDTH_CUT, "1: 240/90 720/90"}};
     for (const auto& [nType, pszMarks] : aExpected)
         for (const auto& vPlaces : {std::vector{240, 720}, std::vector{240, 0, 900, 250, 700, 720}}) {
@@ -169,6 +174,26 @@ TEST_F(WidthDrag, TransparentStretchesUnite) {
     EXPECT_EQ(Marks(), "4: 120/60 600/90");
     Drag(WIDTH_CUT, 0, {0, 960});
     EXPECT_EQ(Marks(), "5: 0/90 960/90");
+}
+
+TEST_F(WidthDrag, AnOpacityHoldsForTheStretchOnly) {
+    Drag(WIDTH_ALPHA, 5, {240, 720});
+    EXPECT_EQ(Marks(), "1: 160*255 240*128 720*128 800*255");
+    EXPECT_EQ(m_history.GetUndoList().front()->GetName(), L"不透明度記号の追加");
+    EXPECT_EQ(Stream().GetAlphaAt(0x10000, STATE_COMMITTED), 128u);
+    EXPECT_EQ(Stream().GetAlphaAt(0x5555 + 0x1555, STATE_COMMITTED), 192u); // at 200, half way up
+    // Marks that stand beside the new stretch already are enough; those in it are replaced.
+    Drag(WIDTH_ALPHA, 2, {300, 700});
+    EXPECT_EQ(Marks(), "2: 160*255 240*128 300*51 700*51 720*128 800*255");
+    Drag(WIDTH_ALPHA, 20, {960, 70});
+    EXPECT_EQ(Marks(), "3: 70*255 960*255");
+    Drag(WIDTH_ALPHA, 0, {70, 960});
+    EXPECT_EQ(Marks(), "4: 70*0 960*0");
+    EXPECT_TRUE(RemoveMark(m_spPath, *Stream().GetAlphaPoints()[0],
+                           [this](const auto& sp) { m_history.Register(sp); }));
+    EXPECT_EQ(m_history.GetUndoList().front()->GetName(), L"不透明度記号の削除");
+    m_history.Undo();
+    EXPECT_EQ(Marks(), "4: 70*0 960*0");
 }
 
 TEST_F(WidthDrag, RemovedMarksComeBackInTheirPairs) {
