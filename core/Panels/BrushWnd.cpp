@@ -118,6 +118,7 @@ void CBrushWnd::OnRefresh() {
     Find(BRUSH_REMOVE).bEnabled = list.nValue >= 0;
     Find(BRUSH_SIZE).nValue = std::max(1, static_cast<int>(param.BrushRadius));
     Find(BRUSH_EDGE).nValue = std::min((param.BlurLevel + EDGE_STEP / 2) / EDGE_STEP, EDGES - 1);
+    Find(BRUSH_EDGE).bEnabled = spTool->HasSoftEdge();
     Find(BRUSH_ALPHA).nValue = PercentOfByte(param.BrushAlpha);
 }
 

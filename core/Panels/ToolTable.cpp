@@ -1,5 +1,6 @@
 #include "core/Panels/ToolTable.h"
 
+#include "core/PathPen/ToolOptPathPen.h"
 #include "core/PathToolBase/ToolOptPathTool.h"
 #include "core/PathWidthTool/ToolOptPathWidthTool.h"
 #include "core/RasterBrush/FreehandTools.h"
@@ -39,6 +40,7 @@ constexpr TToolRow TOOLS[] = {
     ROW<CRasterSelect, CToolOptRasterSelect>,
     ROW<CRasterMove, void>,
     ROW<CRasterTransform, CToolOptRasterTransform>,
+    ROW<CPathPen, CToolOptPathPen>,
     ROW<CPathTool, CToolOptPathTool>,
     ROW<CPathWidthTool, CToolOptPathWidthTool>,
 };

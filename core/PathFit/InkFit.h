@@ -48,5 +48,6 @@ constexpr double MOST_INK_TOLERANCE = 64;
 /// that a path can hold are clamped. The same line gives the same stroke on every machine.
 TFittedInk FitInk(std::span<const TInkDisc> vLine, double dTolerance);
 
-/// The path of a fitted stroke, updated, without its opacities; without anchors for a stroke without them.
+/// The path of a fitted stroke, updated; without anchors for a stroke without them, and without opacity marks
+/// for one that is opaque.
 boost::shared_ptr<COpenPathObject> MakeInkPath(const TFittedInk& ink);

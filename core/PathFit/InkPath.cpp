@@ -2,6 +2,8 @@
 
 #include <boost/make_shared.hpp>
 
+#include <algorithm>
+
 namespace {
 
 boost::shared_ptr<COpenPathTermBase> MakeEnd(const TFittedEnd& end, bool bBegin) {
@@ -32,6 +34,12 @@ boost::shared_ptr<COpenPathObject> MakeInkPath(const TFittedInk& ink) {
         vWidths.push_back(spWidth);
     }
     stream.SetWidthPoints(vWidths);
+    const auto isOpaque = [](const TFittedMark& mark) {
+        return mark.uValue >= CPathAlphaControlPoint::FULL_ALPHA;
+    };
+    if (!std::ranges::all_of(ink.vAlphas, isOpaque))
+        for (const TFittedMark& mark : ink.vAlphas)
+            stream.AddAlphaPoint(mark.t)->SetAlpha(CDualValue<uint32_t>(mark.uValue));
     stream.SetTerm(MakeEnd(ink.begin, true));
     stream.SetTerm(MakeEnd(ink.end, false));
     spPath->Update();

@@ -44,6 +44,8 @@ public:
     virtual const std::wstring& GetSection() const = 0;
     /// True when strokes have the tool's colour.
     virtual bool DrawsInOwnColor() const { return true; }
+    /// True when strokes have the edge that the settings tell.
+    virtual bool HasSoftEdge() const { return true; }
 
 protected:
     EArrowKeys GetArrowKeys() const override { return EArrowKeys::Nothing; }
