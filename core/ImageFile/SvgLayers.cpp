@@ -46,11 +46,7 @@ private:
         m_strText += "<g id=\"layer" + strNumber + "\" inkscape:groupmode=\"layer\" inkscape:label=\"";
         AppendAttribute(m_strText, layer.GetName());
         m_strText += '"';
-        if (layer.GetOpacity() != 255 && !layer.IsPassThrough()) {
-            m_strText += " opacity=\"";
-            AppendThousandths(m_strText, (layer.GetOpacity() * 1000 + 127) / 255);
-            m_strText += '"';
-        }
+        if (!layer.IsPassThrough()) AppendOpacity(layer.GetOpacity());
         if (!layer.IsVisible()) m_strText += " style=\"display:none\"";
         m_strText += ">\n";
         if (layer.IsPassThrough())
@@ -86,14 +82,30 @@ private:
     void WritePaths(const CVectorLayerBuffer& layer, const std::string& strFill) {
         m_progress.Begin(L"レイヤーをまとめています", layer.GetPaths().size());
         for (const auto& spPath : layer.GetPaths()) {
+            // The format has one opacity for a shape: the mean. The group keeps elements that overlap even.
+            const auto spOpacity = spPath->GetStream().GetOpacity(STATE_COMMITTED);
+            const uint32_t uOpacity = spOpacity ? spOpacity->GetMean() : 255;
+            if (uOpacity != 255) {
+                m_strText += "<g";
+                AppendOpacity(uOpacity);
+                m_strText += ">\n";
+            }
             for (const TSvgShape& shape :
                  GroupOutlines(spPath->GetStream().GetShape(STATE_COMMITTED), m_szCanvas)) {
                 m_strText += "<path" + strFill + " d=\"";
                 for (const TPolyBezier& vCurve : shape) AppendCurve(m_strText, vCurve);
                 m_strText += "\"/>\n";
             }
+            if (uOpacity != 255) m_strText += "</g>\n";
             m_progress.Advance();
         }
+    }
+    // The attribute in thousandths, unless it would say opaque.
+    void AppendOpacity(uint32_t uOpacity) {
+        if (uOpacity == 255) return;
+        m_strText += " opacity=\"";
+        AppendThousandths(m_strText, (uOpacity * 1000 + 127) / 255);
+        m_strText += '"';
     }
     void WriteImage(CLayerBuffer& layer, ESvgPart part) {
         const auto [rc, png] = MakeSvgImage(layer, part, m_codecs, m_progress);

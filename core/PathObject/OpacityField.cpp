@@ -204,10 +204,15 @@ void COpacityField::Raise(CAlphaBlock8& tile, const CRect& rcPath,
 }
 
 uint32_t COpacityField::GetMean() const {
-    uint64_t uSum = 0;
-    for (const TOutlineRib& rib : m_vRibs) uSum += rib.uAlpha;
-    const uint64_t uCount = uint64_t{TOutlineRib::ALPHA_UNIT} * m_vRibs.size();
-    return static_cast<uint32_t>((uSum + uCount / 2) / uCount);
+    constexpr uint64_t UNIT = 2 * TOutlineRib::ALPHA_UNIT;
+    uint64_t uSum = 0, uLength = 0;
+    for (size_t n = 1; n < m_vRibs.size(); ++n) {
+        const uint64_t uWay = LengthRound(m_vRibs[n].centre - m_vRibs[n - 1].centre);
+        uSum += uWay * (m_vRibs[n].uAlpha + m_vRibs[n - 1].uAlpha);
+        uLength += uWay;
+    }
+    if (uLength == 0) return m_vRibs.front().uAlpha / TOutlineRib::ALPHA_UNIT;
+    return static_cast<uint32_t>((uSum + UNIT * uLength / 2) / (UNIT * uLength));
 }
 
 bool AreSame(const boost::shared_ptr<const COpacityField>& spA,

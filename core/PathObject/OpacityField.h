@@ -22,7 +22,7 @@ public:
     /// tile.
     void Raise(CAlphaBlock8& tile, const CRect& rcPath,
                const boost::function<void(CAlphaBlock8&)>& fnFill) const;
-    /// The mean over the cross-sections, 0 to 255, rounded.
+    /// The mean along the centre line, 0 to 255, rounded.
     uint32_t GetMean() const;
 
     friend bool operator==(const COpacityField& a, const COpacityField& b) { return a.m_vRibs == b.m_vRibs; }

@@ -85,6 +85,21 @@ TEST_F(SvgFile, LayersAreGroupsAndPathsTheirOutlines) {
             "0.125 10.25 0.125 10.25 0.125 10.25 1.875 10.25 1.875 10.25Z\"/>\n</g>\n</g>\n</g>\n</svg>\n");
 }
 
+TEST_F(SvgFile, AStrokeHasItsMeanOpacity) {
+    const auto spLayer = Add(Root(), CreateVectorLayer(m_spCanvas), L"a");
+    spLayer->InsertPath(MakeLevelStroke(2));
+    const std::string strPlain = Export();
+    for (const auto& [t, uAlpha] : {std::pair{0u, 60u}, {0x10000, 144}}) {
+        const auto spLine = boost::dynamic_pointer_cast<COpenPathObject>(spLayer->GetPaths().front());
+        spLine->GetStream().AddAlphaPoint(t)->SetAlpha(CDualValue<uint32_t>(uAlpha));
+        spLine->Update();
+    }
+    std::string strExpected = strPlain;
+    strExpected.insert(strExpected.find("<path"), "<g opacity=\"0.4\">\n");
+    strExpected.insert(strExpected.find("</g>"), "</g>\n");
+    EXPECT_EQ(Export(), strExpected);
+}
+
 TEST_F(SvgFile, ChildrenOfALayerAreClippedToItsCoverage) {
     const auto spBase = Add(Root(), CreateRasterLayer(m_spCanvas), L"base");
     for (const auto& [pt, uAlpha] : {std::pair{CPoint{5, 6}, 128}, {CPoint{8, 9}, 255}}) {
