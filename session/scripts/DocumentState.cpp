@@ -5,9 +5,11 @@
 #include "core/LayerBuffer/LayerSetBuffer.h"
 #include "core/LayerBuffer/RasterLayerBuffer.h"
 #include "core/LayerBuffer/VectorLayerBuffer.h"
+#include "core/PathObject/PathObjects.h"
 #include "core/Platform/Bitmap.h"
 #include "session/scripts/Script.h"
 
+#include <boost/pointer_cast.hpp>
 #include <nlohmann/json.hpp>
 
 #include <cstdio>
@@ -79,6 +81,43 @@ json DescribeLayers(const TLayerList& lstLayers, const TLayerPtr& spActive) {
     return layers;
 }
 
+// The marks of one class in their order along the path; `fnDescribe` adds their values to the place.
+template <class TPoint, class Describe>
+json DescribeMarks(const COpenPathStream& stream, Describe fnDescribe) {
+    json marks = json::array();
+    for (const auto& spMark : SortedByParameter(stream.GetMarks<TPoint>(), STATE_COMMITTED)) {
+        marks.push_back({{"at", spMark->GetParameter()[STATE_COMMITTED]}});
+        fnDescribe(*spMark, marks.back());
+    }
+    return marks;
+}
+
+// The open path that is selected on the active layer; null without one.
+json DescribeStroke(const TLayerPtr& spLayer) {
+    const auto pVector = dynamic_cast<const CVectorLayerBuffer*>(spLayer.get());
+    const auto spPath = boost::dynamic_pointer_cast<COpenPathObject>(
+        pVector ? pVector->GetSelectedPath() : boost::shared_ptr<CPathObject>());
+    if (!spPath) return {};
+    const COpenPathStream& stream = spPath->GetStream();
+    return {{"anchors", stream.ControlPointCount()},
+            {"width", stream.GetWidth()},
+            {"widths", DescribeMarks<CPathWidthControlPoint>(stream,
+                                                             [](const CPathWidthControlPoint& mark, json& j) {
+                                                                 j["left"] = mark.GetWidth(SIDE_LEFT,
+                                                                                           STATE_COMMITTED);
+                                                                 j["right"] = mark.GetWidth(SIDE_RIGHT,
+                                                                                            STATE_COMMITTED);
+                                                             })},
+            {"cuts", DescribeMarks<CPathTransControlPoint>(stream,
+                                                           [](const CPathTransControlPoint& mark, json& j) {
+                                                               j["angle"] = mark.GetAngle()[STATE_COMMITTED];
+                                                           })},
+            {"opacities",
+             DescribeMarks<CPathAlphaControlPoint>(stream, [](const CPathAlphaControlPoint& mark, json& j) {
+                 j["opacity"] = mark.GetAlpha()[STATE_COMMITTED];
+             })}};
+}
+
 // Labels in the user's order: undoable steps from the oldest on, then redoable ones, next first.
 json DescribeHistory(CHistoryStream& history) {
     json undo = json::array();
@@ -120,6 +159,8 @@ json DescribeDocument(IImageCodecs& codecs, bool bPixels) {
     state["path"] = ToUtf8(canvas.GetPath());
     state["modified"] = canvas.GetHistory().IsModified();
     state["layers"] = DescribeLayers(canvas.GetRoot().GetChildren(), canvas.GetActiveLayer());
+    if (json stroke = DescribeStroke(canvas.GetActiveLayer()); !stroke.is_null())
+        state["stroke"] = std::move(stroke);
     state["history"] = DescribeHistory(canvas.GetHistory());
     state["view"] = DescribeView(spFrame->GetView());
     if (bPixels) state["pixels"] = DigestPixels(canvas, codecs);
@@ -137,6 +178,12 @@ const json& GetDocumentShape() {
         {"path", "text"},
         {"modified", "flag"},
         {"layers", "layers"},
+        {"stroke",
+         {{"anchors", "number"},
+          {"width", "number"},
+          {"widths", json::array({{{"at", "number"}, {"left", "number"}, {"right", "number"}}})},
+          {"cuts", json::array({{{"at", "number"}, {"angle", "number"}}})},
+          {"opacities", json::array({{{"at", "number"}, {"opacity", "number"}}})}}},
         {"history", {{"first", "text"}, {"undo", json::array({"text"})}, {"redo", json::array({"text"})}}},
         {"view",
          {{"zoom", "number"},

@@ -50,8 +50,11 @@ TEST(OpacityField, OneOpacityScalesEveryPixelAlike) {
 TEST(OpacityField, TheHigherOneCountsWhereAStrokeCrossesItself) {
     const auto spPath = MakeCrossing();
     COpenPathStream& stream = spPath->GetStream();
-    for (const auto& [t, uAlpha] : {std::pair{0x0u, 60u}, {0x10000, 60}, {0x20000, 200}, {0x30000, 200}})
-        AddAlpha(stream, t, uAlpha);
+    for (const uint32_t t : {0x0u, 0x10000u, 0x20000u, 0x30000u}) AddAlpha(stream, t, t < 0x20000 ? 200 : 60);
+    spPath->Update();
+    EXPECT_EQ(At(CoverageOf(*spPath), 110, 110), 200);
+    for (const auto& spMark : stream.GetAlphaPoints())
+        spMark->SetAlpha(CDualValue<uint32_t>(260u - spMark->GetAlpha()[STATE_COMMITTED]));
     spPath->Update();
     const auto vPixels = CoverageOf(*spPath);
     for (const auto& [x, y, nValue] : {std::tuple{110, 110, 200},

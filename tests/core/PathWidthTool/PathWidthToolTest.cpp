@@ -1,6 +1,10 @@
 #include "core/PathWidthTool/PathWidthTool.h"
+#include "session/scripts/DocumentState.h"
 #include "session/seam/SessionKeys.h"
+#include "system/pictures/ImageCodecs.h"
 #include "tests/support/PanelSession.h"
+
+#include <nlohmann/json.hpp>
 
 namespace {
 
@@ -101,6 +105,44 @@ TEST_F(PathWidthTool, ADragChangesTheNearestPathAndIsOneStep) {
     }});
 }
 
+TEST_F(PathWidthTool, AnOpacityIsOneStepAndItsMarksAreDraggedAndRemoved) {
+    PlayTool({[&] {
+        CImageCodecs codecs(m_outside.m_files);
+        const auto marks = [&] {
+            const auto stroke = DescribeDocument(codecs, false)["stroke"];
+            std::string str;
+            for (const auto& mark : stroke["opacities"])
+                str += std::to_string(mark["at"].get<int>() * 480 / 0x10000) + '*' +
+                       std::to_string(mark["opacity"].get<int>()) + ' ';
+            return str;
+        };
+        const auto vBefore = Pixels();
+        Tool().SetItem({WIDTH_ALPHA, 5});
+        Drag({320, 405}, {800, 405});
+        const auto vShown = Pixels();
+        EXPECT_NE(vShown, vBefore);
+        Mouse(EMessage::LButtonUp, {800, 405});
+        EXPECT_EQ(Pixels(), vShown);
+        EXPECT_EQ(marks(), "160*255 240*128 720*128 800*255 ");
+        Drag({320, 400 - 80 - 128}, {330, 400 - 80 - 28}); // the handle
+        const auto vPulled = Pixels();
+        EXPECT_NE(vPulled, vShown);
+        Mouse(EMessage::LButtonUp, {330, 400 - 80 - 28});
+        EXPECT_EQ(Pixels(), vPulled);
+        EXPECT_EQ(marks(), "160*255 240*28 720*128 800*255 ");
+        DragAndRelease({320, 400}, {200, 400}); // not past the next one
+        EXPECT_EQ(marks(), "160*255 160*28 720*128 800*255 ");
+        DragAndRelease({800, 400}, {800, 400}, POINTER_SHIFT);
+        EXPECT_EQ(marks(), "160*255 160*28 800*255 ");
+        EXPECT_EQ(Steps(), 4u);
+        for (int n = 0; n < 3; ++n) Command(ID_EDIT_UNDO);
+        EXPECT_EQ(Pixels(), vShown);
+        Command(ID_EDIT_UNDO);
+        EXPECT_EQ(Pixels(), vBefore);
+        EXPECT_EQ(Saved(), m_vFirst);
+    }});
+}
+
 TEST_F(PathWidthTool, WhateverEndsADragLeavesTheDocumentAsItWas) {
     const std::vector<std::function<void()>> vEnds{
         [] {
@@ -116,7 +158,7 @@ TEST_F(PathWidthTool, WhateverEndsADragLeavesTheDocumentAsItWas) {
         for (const int nType : {WIDTH_POINTS_1, WIDTH_POINTS_4, WIDTH_CUT, WIDTH_ALPHA})
             vSteps.push_back([=, this] {
                 g_pMainFrame->SwitchTool(TOOL_PATH_WIDTH);
-                Tool().SetItem({nType, 20});
+                Tool().SetItem({nType, nType == WIDTH_ALPHA ? 5 : 20});
                 const auto vBefore = Pixels();
                 Drag({320, 400}, {800, 400});
                 EXPECT_NE(Pixels(), vBefore);
@@ -147,7 +189,7 @@ TEST_F(PathWidthTool, MarksAreDraggedBeforeTheLineAndRemovedWithShiftOrTheEraser
         EXPECT_STREQ(Tool().GetHint(0), L"線に沿ってドラッグ: 透明にする　Shift: 記号を消す");
         EXPECT_EQ(cursor({320, 408}), ECursor::Move);
         EXPECT_STREQ(Tool().GetHint(0), L"ドラッグ: 記号を動かす　Shift: 記号を消す　Alt: 記号の片側だけ");
-        EXPECT_STREQ(Tool().GetHint(POINTER_SHIFT), L"クリック: 太さや透明化の記号を消す");
+        EXPECT_STREQ(Tool().GetHint(POINTER_SHIFT), L"クリック: 太さや透明化、不透明度の記号を消す");
         Drag({320, 400}, {250, 400});
         EXPECT_EQ(cursor({200, 400}, POINTER_SHIFT), ECursor::Move);
         Mouse(EMessage::LButtonUp, {200, 400});
@@ -161,7 +203,7 @@ TEST_F(PathWidthTool, MarksAreDraggedBeforeTheLineAndRemovedWithShiftOrTheEraser
         EXPECT_EQ(Stream().GetWidthPoints().size(), 1u);
         Tool().OnPenEnd(true);
         EXPECT_EQ(cursor({560, 400}), ECursor::Remove);
-        EXPECT_STREQ(Tool().GetHint(0), L"クリック: 太さや透明化の記号を消す");
+        EXPECT_STREQ(Tool().GetHint(0), L"クリック: 太さや透明化、不透明度の記号を消す");
         DragAndRelease({560, 400}, {560, 400});
         EXPECT_TRUE(Stream().GetTransPoints().empty());
         EXPECT_EQ(Canvas().GetHistory().GetUndoList().front()->GetName(), L"透明化制御点の削除");
