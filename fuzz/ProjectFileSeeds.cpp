@@ -27,7 +27,11 @@ boost::shared_ptr<CCanvasBuffer> MakeTree(bool bColor, bool bTiles) {
     const auto spVector = CreateVectorLayer(spCanvas);
     spVector->SetLayerColor(0x0000FF);
     std::mt19937 random(bColor);
-    spVector->InsertPath(MakeStroke());
+    const auto spStroke = MakeStroke();
+    for (const uint32_t t : {0x4000u, 0x18000u})
+        spStroke->GetStream().AddAlphaPoint(t)->SetAlpha(CDualValue<uint32_t>(t >> 9));
+    spStroke->Update();
+    spVector->InsertPath(spStroke);
     for (int n = 0; n < 6; ++n) spVector->InsertPath(MakeRandomPath({150, 97}, random));
     spSet->AddLayer(spVector, -1, false);
     spSet->SetActiveChild(spVector);
