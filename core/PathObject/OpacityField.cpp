@@ -9,7 +9,8 @@ namespace {
 constexpr int32_t PIXEL = 8 * OUTLINE_UNIT; ///< outline units to a canvas pixel
 constexpr int PIXEL_BITS = 7;
 static_assert(PIXEL == 1 << PIXEL_BITS);
-constexpr size_t GROUP = 32;
+constexpr size_t GROUP = 32; ///< cross-sections in a group
+constexpr size_t WIDE = 16;  ///< groups in a wide one
 constexpr uint32_t FULL = 255 * TOutlineRib::ALPHA_UNIT;
 
 CRect BoxOf(CPoint pt) { return {pt.x, pt.y, pt.x + 1, pt.y + 1}; }
@@ -55,7 +56,7 @@ struct TSpan {
 // The pixels of a tile that has the coverage, and the opacity of each.
 class COpacityField::CPixels {
 public:
-    CPixels(CAlphaBlock8& tile)
+    explicit CPixels(CAlphaBlock8& tile)
         : m_rc(tile.GetRect()), m_pCoverage(tile.GetAlpha()), m_vAlphas(Area(), NONE) {}
 
     // Between two neighbouring cross-sections with ends `a` and `b`.
@@ -135,6 +136,8 @@ COpacityField::COpacityField(std::vector<TOutlineRib> vRibs) : m_vRibs(std::move
             group.rcReach = group.rcReach.Union(BoxOf(m_vEnds[n][0])).Union(BoxOf(m_vEnds[n][1]));
             group.rcCentre = group.rcCentre.Union(BoxOf(m_vRibs[n].centre));
         }
+        if (m_vGroups.size() % WIDE == 0) m_vWide.emplace_back();
+        m_vWide.back() = m_vWide.back().Union(group.rcCentre);
         m_vGroups.push_back(group);
     }
 }
@@ -158,20 +161,29 @@ void COpacityField::Extend() {
     }
 }
 
-uint32_t COpacityField::GetNearest(CPoint pt) const {
-    int64_t nNearest = std::numeric_limits<int64_t>::max();
-    uint32_t uAlpha = 0;
-    for (const TGroup& group : m_vGroups) {
-        if (DistanceTo(group.rcCentre, pt) > nNearest) continue;
+size_t COpacityField::FindNearest(CPoint pt, size_t nGuess) const {
+    const auto distanceTo = [&](size_t n) {
+        const CPoint away = m_vRibs[n].centre - pt;
+        return Dot(away, away);
+    };
+    size_t nBest = nGuess;
+    int64_t nNearest = distanceTo(nGuess);
+    const auto visit = [&](const TGroup& group) {
         for (size_t n = group.nFirst; n < group.nEnd; ++n) {
-            const CPoint away = m_vRibs[n].centre - pt;
-            const int64_t nDistance = Dot(away, away);
-            if (nDistance > nNearest) continue;
-            uAlpha = nDistance < nNearest ? m_vRibs[n].uAlpha : std::max(uAlpha, m_vRibs[n].uAlpha);
+            const int64_t nDistance = distanceTo(n);
+            const bool bHigher = m_vRibs[n].uAlpha > m_vRibs[nBest].uAlpha;
+            if (nDistance > nNearest || (nDistance == nNearest && !bHigher)) continue;
+            nBest = n;
             nNearest = nDistance;
         }
+    };
+    visit(m_vGroups[nGuess / GROUP]); // a near one leaves few others in question
+    for (size_t nWide = 0; nWide < m_vWide.size(); ++nWide) {
+        if (DistanceTo(m_vWide[nWide], pt) > nNearest) continue;
+        for (size_t n = nWide * WIDE; n < std::min((nWide + 1) * WIDE, m_vGroups.size()); ++n)
+            if (DistanceTo(m_vGroups[n].rcCentre, pt) <= nNearest) visit(m_vGroups[n]);
     }
-    return uAlpha;
+    return nBest;
 }
 
 void COpacityField::Multiply(CAlphaBlock8& tile) const {
@@ -181,7 +193,11 @@ void COpacityField::Multiply(CAlphaBlock8& tile) const {
         for (size_t n = group.nFirst; n < std::min(group.nEnd, m_vRibs.size() - 1); ++n)
             pixels.AddQuad(m_vEnds[n], m_vRibs[n].uAlpha, m_vEnds[n + 1], m_vRibs[n + 1].uAlpha);
     }
-    pixels.Multiply([&](CPoint pt) { return GetNearest(pt); });
+    size_t nNearest = 0;
+    pixels.Multiply([&](CPoint pt) {
+        nNearest = FindNearest(pt, nNearest);
+        return m_vRibs[nNearest].uAlpha;
+    });
 }
 
 void COpacityField::Raise(CAlphaBlock8& tile, const CRect& rcPath,

@@ -37,12 +37,15 @@ private:
     class CPixels;
 
     void Extend();
-    uint32_t GetNearest(CPoint pt) const;
+    // The cross-section whose place on the centre line is the nearest, of several the one of the highest
+    // opacity, whichever is guessed.
+    size_t FindNearest(CPoint pt, size_t nGuess) const;
     void Multiply(CAlphaBlock8& tile) const;
 
     std::vector<TOutlineRib> m_vRibs;
     std::vector<std::array<CPoint, 2>> m_vEnds; ///< of the cross-sections, a pixel beyond the edges
     std::vector<TGroup> m_vGroups;
+    std::vector<CRect> m_vWide; ///< the centres of wide groups
 };
 
 /// True for two that make the same picture; null for none.
