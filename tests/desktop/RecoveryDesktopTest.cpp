@@ -1,22 +1,29 @@
 #include "system/environment/Locations.h"
+#include "system/environment/Modules.h"
 #include "system/files/SnapshotFiles.h"
 #include "system/files/SnapshotStore.h"
 #include "tests/session/ScriptedSession.h"
 #include "tests/support/LayerPictures.h"
+#include "tests/support/RunProgram.h"
 #include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
 
-#include <csignal>
+#include <cstdlib>
 #include <fstream>
-
-#include <sys/wait.h>
-#include <unistd.h>
+#include <thread>
 
 namespace {
 
-class RecoveryDesktop : public testing::Test {
-protected:
+namespace fs = std::filesystem;
+
+constexpr int DIED = 9;
+
+// Sessions whose settings and documents are in one folder.
+class CRecoverySessions {
+public:
+    explicit CRecoverySessions(fs::path path) : m_pathFolder(std::move(path)) {}
+
     // The first step is followed by as many lines that cancel long work.
     std::string Play(const std::vector<TAction>& vSteps, size_t nCancels = 0) {
         TScript script{"s", {}};
@@ -31,26 +38,22 @@ protected:
         m_strFirstBox = vShown.empty() ? L"" : vShown[0].strText;
         return session.GetFailure();
     }
-    // Works on three documents until the process is killed.
+    // Works on three documents until the process ends at once, and none of its objects does anything any
+    // more.
     void PlayAndDie() {
-        const pid_t id = fork();
-        if (id == 0) {
-            // The clock runs faster than the disk: wait for each document's snapshot.
-            const auto settle = [](CPlayer& player) {
-                while (player.GetStage().platform.snapshots.IsBusy()) usleep(1000);
-                player.Wait(1000);
-            };
-            Play({[this](CPlayer&) {
-                      for (int n = 0; n < 3; ++n) g_pMainFrame->OpenFrame(CreateCanvasFrame(MakeDocument(n)));
-                  },
-                  [](CPlayer& player) { player.Wait(62000); }, settle, settle, settle,
-                  [](CPlayer&) { raise(SIGKILL); }});
-            _exit(1);
-        }
-        int nStatus = 0;
-        ASSERT_TRUE(waitpid(id, &nStatus, 0) == id && WIFSIGNALED(nStatus));
+        // The clock runs faster than the disk: wait for each document's snapshot.
+        const auto settle = [](CPlayer& player) {
+            while (player.GetStage().platform.snapshots.IsBusy())
+                std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            player.Wait(1000);
+        };
+        Play({[this](CPlayer&) {
+                  for (int n = 0; n < 3; ++n) g_pMainFrame->OpenFrame(CreateCanvasFrame(MakeDocument(n)));
+              },
+              [](CPlayer& player) { player.Wait(62000); }, settle, settle, settle,
+              [](CPlayer&) { std::_Exit(DIED); }});
     }
-    std::wstring FileOf(int n) const { return TextOf(m_folder.File(std::to_string(n) + ".vlm")); }
+    std::wstring FileOf(int n) const { return TextOf(m_pathFolder / (std::to_string(n) + ".vlm")); }
     boost::shared_ptr<CCanvasBuffer> MakeDocument(int n) const {
         std::mt19937 random(static_cast<uint32_t>(n));
         const auto spCanvas = CreateCanvas({250 + n, 130}, n != 1);
@@ -60,18 +63,8 @@ protected:
         spCanvas->GetHistory().SetModified(true);
         return spCanvas;
     }
-    static TAction Offer(EBoxAnswer answer) {
-        return [answer](CPlayer& player) {
-            player.GetStage().dialogs.Push({.kind = TAnswer::EKind::Box, .box = answer});
-            g_pMainFrame->QueueRecovery();
-        };
-    }
-    ptrdiff_t CountFiles() const {
-        return std::ranges::distance(
-            std::filesystem::directory_iterator(m_folder.File("Vellumcraft/Recovery")));
-    }
 
-    CTestSettings m_folder;
+    const fs::path m_pathFolder;
     CFileStore m_store;
     CLocations m_locations;
     CNoPlaces m_places;
@@ -79,11 +72,37 @@ protected:
     std::wstring m_strFirstBox;
 };
 
+class RecoveryDesktop : public testing::Test, protected CTestSettings, protected CRecoverySessions {
+protected:
+    RecoveryDesktop() : CRecoverySessions(GetPath()) {}
+
+    void LetAnotherDie() {
+        std::string strSaid;
+        ASSERT_EQ(RunInFolder(GetPath(), Utf8Of(CModules::FindOwnFile()), "--die", strSaid), DIED) << strSaid;
+    }
+    static TAction Offer(EBoxAnswer answer) {
+        return [answer](CPlayer& player) {
+            player.GetStage().dialogs.Push({.kind = TAnswer::EKind::Box, .box = answer});
+            g_pMainFrame->QueueRecovery();
+        };
+    }
+    ptrdiff_t CountFiles() const {
+        return std::ranges::distance(fs::directory_iterator(File("Vellumcraft/Recovery")));
+    }
+};
+
 } // namespace
 
+// Another process of this program, with settings inside the folder of the test that starts it.
+void PlayAndDie() {
+    const fs::path path = PathOf(GetVariable(CLocations::APP_DATA_VARIABLE)).parent_path();
+    SetVariable(CLocations::APP_DATA_VARIABLE, Utf8Of(path));
+    CRecoverySessions(path).PlayAndDie();
+}
+
 TEST_F(RecoveryDesktop, AKilledSessionComesBackToThePixel) {
-    PlayAndDie();
-    std::ofstream(m_folder.File("2.vlm")) << "the user's own file";
+    LetAnotherDie();
+    std::ofstream(File("2.vlm")) << "the user's own file";
     const auto compare = [this](CPlayer&) {
         ASSERT_EQ(g_lstCanvasFrame.size(), 3u);
         int n = 0;
@@ -119,7 +138,7 @@ TEST_F(RecoveryDesktop, YesAtTheEndIsNoLoss) {
         }});
     };
     const auto file = [this](const char* pszName) {
-        return TAnswer{.kind = TAnswer::EKind::File, .strPath = TextOf(m_folder.File(pszName))};
+        return TAnswer{.kind = TAnswer::EKind::File, .strPath = TextOf(File(pszName))};
     };
     const auto compare = [this](CPlayer&) {
         ASSERT_EQ(g_lstCanvasFrame.size(), 1u);
@@ -132,18 +151,18 @@ TEST_F(RecoveryDesktop, YesAtTheEndIsNoLoss) {
         EXPECT_EQ(Play({Offer(EBoxAnswer::Yes), compare}), "");
         EXPECT_EQ(CountFiles(), 0);
     }
-    EXPECT_TRUE(std::filesystem::exists(m_folder.File("picture.png")));
-    std::filesystem::remove(m_folder.File("Vellumcraft/Recovery"));
-    std::ofstream(m_folder.File("Vellumcraft/Recovery")) << "in the way";
+    EXPECT_TRUE(fs::exists(File("picture.png")));
+    fs::remove(File("Vellumcraft/Recovery"));
+    std::ofstream(File("Vellumcraft/Recovery")) << "in the way";
     EXPECT_NE(leave({}, 1).find("復元用のデータを保存できませんでした。"), std::string::npos);
 }
 
 TEST_F(RecoveryDesktop, APictureWhoseWritingBrokeOffIsFinishedOnRequest) {
-    const std::wstring strPath = TextOf(m_folder.File("絵.png"));
+    const std::wstring strPath = TextOf(File("絵.png"));
     for (const EBoxAnswer answer : {EBoxAnswer::Cancel, EBoxAnswer::Yes}) {
         m_store.Replace(strPath, "half");
-        const std::string strName = m_folder.File("Vellumcraft/Recovery/0123456789abcdef-1").native();
-        std::filesystem::create_directories(m_folder.File("Vellumcraft/Recovery"));
+        const std::string strName = Utf8Of(File("Vellumcraft/Recovery/0123456789abcdef-1"));
+        fs::create_directories(File("Vellumcraft/Recovery"));
         m_store.Replace(FromUtf8(strName + ".ini"), SnapshotFiles::NoteText({strPath, L"絵.png", {}}, true));
         m_store.Replace(FromUtf8(strName + ".vlm"), "whole");
         EXPECT_EQ(Play({Offer(answer), [](CPlayer&) { EXPECT_TRUE(g_lstCanvasFrame.empty()); }}), "");
@@ -154,15 +173,15 @@ TEST_F(RecoveryDesktop, APictureWhoseWritingBrokeOffIsFinishedOnRequest) {
 }
 
 TEST_F(RecoveryDesktop, ADamagedOneIsToldAndDoesNotStandInTheWay) {
-    PlayAndDie();
-    for (const auto& entry : std::filesystem::directory_iterator(m_folder.File("Vellumcraft/Recovery")))
-        if (entry.path().native().ends_with("-2.vlm")) std::filesystem::resize_file(entry.path(), 1000);
+    LetAnotherDie();
+    for (const auto& entry : fs::directory_iterator(File("Vellumcraft/Recovery")))
+        if (Utf8Of(entry.path()).ends_with("-2.vlm")) fs::resize_file(entry.path(), 1000);
     const std::string strFailure =
         Play({Offer(EBoxAnswer::Yes), [](CPlayer&) { EXPECT_EQ(g_lstCanvasFrame.size(), 2u); }});
     EXPECT_NE(strFailure.find("破損しています。"), std::string::npos) << strFailure;
     EXPECT_NE(strFailure.find("-2.vlm.damaged"), std::string::npos) << strFailure;
     EXPECT_EQ(CountFiles(), 2);
-    PlayAndDie();
+    LetAnotherDie();
     EXPECT_EQ(Play({Offer(EBoxAnswer::No), [](CPlayer&) { EXPECT_TRUE(g_lstCanvasFrame.empty()); }}), "");
     EXPECT_EQ(CountFiles(), 2);
 }
