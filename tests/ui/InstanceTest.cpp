@@ -62,6 +62,14 @@ TEST_F(Instance, PathsArriveByteByByteAndNonsenseDoesNot) {
     EXPECT_EQ(m_vTaken, (std::vector<TPaths>{vPaths, {}, TPaths(20000, m_strRoot + "a")}));
 }
 
+TEST_F(Instance, EachFolderHasItsOwn) {
+    Listen();
+    const CTempFolder other;
+    EXPECT_EQ(CInstance(other.GetPath()).Begin({}), EStart::First);
+    EXPECT_NE(FindInstancePlace(other.GetPath()).strServer, m_strServer);
+    EXPECT_EQ(CInstance({}).Begin({}), EStart::Alone) << "no folder";
+}
+
 TEST_F(Instance, OfManyStartsAtOneMomentOneIsTheFirst) {
     std::vector<std::thread> vThreads;
     std::atomic<int> nFirst = 0, nHanded = 0;
