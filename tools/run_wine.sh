@@ -12,13 +12,17 @@ if [ -n "${VELLUM_WINE_DISPLAY:-}" ]; then
 else
     export WINEQT_QPA_PLATFORM=${WINEQT_QPA_PLATFORM:-offscreen}
 fi
-if [ ! -e "$WINEPREFIX/.complete" ]; then
+if [ ! -e "$WINEPREFIX/.ready" ]; then
     # Two tests may come first at the same time.
     mkdir -p "$WINEPREFIX"
     (
         flock 9
-        [ -e "$WINEPREFIX/.complete" ] || wineboot -i >/dev/null 2>&1
-        touch "$WINEPREFIX/.complete"
+        if [ ! -e "$WINEPREFIX/.ready" ]; then
+            wineboot -i >/dev/null 2>&1
+            # Windows that a window manager is to manage wait two seconds for it at their end, and there is none.
+            wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >/dev/null 2>&1
+        fi
+        touch "$WINEPREFIX/.ready"
     ) 9>"$WINEPREFIX.lock"
 fi
 exec wine "$@"
