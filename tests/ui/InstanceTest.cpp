@@ -67,6 +67,8 @@ TEST_F(Instance, EachFolderHasItsOwn) {
     const CTempFolder other;
     EXPECT_EQ(CInstance(other.GetPath()).Begin({}), EStart::First);
     EXPECT_NE(FindInstancePlace(other.GetPath()).strServer, m_strServer);
+    const std::filesystem::path same(m_folder.GetPath().generic_string());
+    EXPECT_EQ(FindInstancePlace(same).strServer, m_strServer) << "with other separators";
     EXPECT_EQ(CInstance({}).Begin({}), EStart::Alone) << "no folder";
 }
 

@@ -19,7 +19,8 @@ TInstancePlace FindInstancePlace(const fs::path& folder) {
     if (folder.empty()) return {};
     DWORD uSession = 0;
     ProcessIdToSessionId(GetCurrentProcessId(), &uSession);
-    const fs::path path = folder / (L"instance-" + std::to_wstring(uSession));
+    fs::path path = folder / (L"instance-" + std::to_wstring(uSession));
+    path.make_preferred(); // one name, whichever separators the folder was given with
     const QByteArray bytesHash =
         QCryptographicHash::hash(QByteArray::fromStdString(Utf8Of(path)), QCryptographicHash::Sha256);
     return {path, QStringLiteral("vellumcraft-") + QString::fromLatin1(bytesHash.toHex())};
