@@ -1,6 +1,7 @@
 #include "core/PathFit/CentreFit.h"
 
 #include "core/PathFit/InkCorners.h"
+#include "core/PathFit/InkTurn.h"
 
 #include <algorithm>
 
@@ -12,9 +13,15 @@ constexpr double CENTRE_SHARE = 0.55;
 constexpr double LEAST_TOLERANCE = 0.75;
 /// The part of it that a mitre may stand out by.
 constexpr double MITRE_SHARE = 0.4;
-/// The radius of the turn at other corners, in tolerances, and at least in path units.
-constexpr double TURN_RADIUS = 0.35;
-constexpr double LEAST_RADIUS = 1;
+/// The reach of the turn at other corners, in tolerances and half-widths, and at least in path units.
+constexpr double TURN_REACH = 1.2;
+constexpr double TURN_WIDTHS = 0.5;
+constexpr double LEAST_TURN = 3;
+/// No outline is built beside shorter curves.
+constexpr double SHORTEST = 2;
+/// Curves are not divided into shorter ones than this, nor than this part of the half-width.
+constexpr double SHORTEST_PART = 6;
+constexpr double SHORTEST_WIDTHS = 0.35;
 /// Points of the first curve that is tried.
 constexpr size_t FIRST_STEP = 16;
 
@@ -24,6 +31,7 @@ struct TJoint {
     TCurveEnd in;  ///< of the curve before, leading back
     TCurveEnd out; ///< of the curve behind
     double dFree = 0;
+    std::optional<TInkCubic> turn{};
 };
 
 class CCentreFit {
@@ -43,7 +51,7 @@ public:
             const TJoint joint =
                 bLast ? EndJoint(idx, vPlaces[n - 1], idx) : CornerJoint(vPlaces[n - 1], idx, vPlaces[n + 1]);
             FitStretch({vPlaces[n - 1], idx, before.dFree, joint.dFree}, before.out, joint.in);
-            if (!bLast && LengthOf(joint.in.pt - joint.out.pt) > 0) AppendTurn(idx, joint);
+            if (joint.turn) m_vCurves.push_back({*joint.turn, {idx, idx}});
             before = joint;
         }
         return m_vCurves;
@@ -55,7 +63,10 @@ public:
         size_t idx = range.idxFirst + 2;
         while (idx + 2 < range.idxLast && m_vWay[idx].dLength < dMiddle) ++idx;
         const TWayTangent middle = TangentAt(m_vWay, idx, range.idxFirst, range.idxLast, m_dTolerance);
-        if (LengthOf(middle.pt - cubic.p0) < 1 || LengthOf(middle.pt - cubic.p3) < 1) return {};
+        // Short handles have coarse directions, which a wide line shows most.
+        const double dShortest = std::max(SHORTEST_PART, SHORTEST_WIDTHS * m_vWay[idx].dHalf);
+        if (LengthOf(middle.pt - cubic.p0) < dShortest || LengthOf(middle.pt - cubic.p3) < dShortest)
+            return {};
         const TCurveEnd from{cubic.p0, UnitOf(cubic.p1 - cubic.p0, middle.direction)};
         const TCurveEnd to{cubic.p3, UnitOf(cubic.p2 - cubic.p3, -middle.direction)};
         const TWayRange head{range.idxFirst, idx, range.dFreeFirst, 0};
@@ -74,30 +85,15 @@ private:
         return {{pt, -direction}, {pt, direction}};
     }
     TJoint CornerJoint(size_t idxFirst, size_t idx, size_t idxLast) const {
-        const TInkVector in = TangentAt(m_vWay, idx, idxFirst, idx, m_dTolerance).direction;
-        const TInkVector out = TangentAt(m_vWay, idx, idx, idxLast, m_dTolerance).direction;
-        const TInkVector pt = m_vWay[idx].pt;
-        const double dHalfCos = std::sqrt(std::max(0.0, (1 + Dot(in, out)) / 2));
-        if (m_vWay[idx].dHalf * (1 - dHalfCos) <= MITRE_SHARE * m_dTolerance * dHalfCos)
-            return {{Nearest(pt), -in}, {Nearest(pt), out}};
-        // An arc whose middle is the corner.
-        const double dRadius = std::max(TURN_RADIUS * m_dTolerance, LEAST_RADIUS);
-        const double dSide = Cross(in, out) < 0 ? -1 : 1;
-        const TInkVector outward = UnitOf(in - out, in);
-        const TInkVector centre = pt - outward * dRadius;
-        const TInkVector ptIn = Nearest(centre - Perpendicular(in) * (dSide * dRadius));
-        const TInkVector ptOut = Nearest(centre - Perpendicular(out) * (dSide * dRadius));
-        return {{ptIn, -in}, {ptOut, out}, 2 * dRadius};
-    }
-    void AppendTurn(size_t idx, const TJoint& joint) {
-        const double dCos = -Dot(joint.in.direction, joint.out.direction);
-        const double dHalfCos = std::sqrt(std::max(0.0, (1 + dCos) / 2));
-        // The handles of an arc by its chord: 4/3 tan(turn / 4) of the radius.
-        const double dHandle = LengthOf(joint.out.pt - joint.in.pt) * (2.0 / 3) / (1 + dHalfCos);
-        const TInkVector fore = HandleOf(-joint.in.direction, std::max(dHandle, 1.0));
-        const TInkVector back = HandleOf(-joint.out.direction, std::max(dHandle, 1.0));
-        m_vCurves.push_back(
-            {{joint.in.pt, joint.in.pt + fore, joint.out.pt + back, joint.out.pt}, {idx, idx}});
+        const TInkCorner corner{m_vWay[idx].pt, TangentAt(m_vWay, idx, idxFirst, idx, m_dTolerance).direction,
+                                TangentAt(m_vWay, idx, idx, idxLast, m_dTolerance).direction,
+                                m_vWay[idx].dHalf};
+        if (IsMitreEnough(corner, MITRE_SHARE * m_dTolerance))
+            return {{Nearest(corner.pt), -corner.in}, {Nearest(corner.pt), corner.out}};
+        const double dReach =
+            std::max(std::min(TURN_REACH * m_dTolerance, TURN_WIDTHS * corner.dHalf), LEAST_TURN);
+        const TInkCubic turn = TurnAt(corner, dReach);
+        return {{turn.p0, -corner.in}, {turn.p3, corner.out}, 2 * dReach, turn};
     }
     // From one corner or end to the next: always the longest curve that stays within the tolerance.
     void FitStretch(const TWayRange& stretch, const TCurveEnd& from, const TCurveEnd& to) {
@@ -132,7 +128,7 @@ private:
     std::optional<TFound> TryTo(const TWayRange& stretch, TWayRange range, const TCurveEnd& from, size_t idx,
                                 bool bAtAll) {
         const TWayTangent tangent = TangentAt(m_vWay, idx, stretch.idxFirst, stretch.idxLast, m_dTolerance);
-        if (LengthOf(tangent.pt - from.pt) < 1) return {};
+        if (LengthOf(tangent.pt - from.pt) < SHORTEST) return {};
         range.idxLast = idx;
         range.dFreeLast = 0;
         const TCurveEnd to{tangent.pt, -tangent.direction};

@@ -35,7 +35,21 @@ double Storable(double d) {
 } // namespace
 
 TInkVector HandleOf(TInkVector direction, double dLength) {
-    return {Storable(direction.x * dLength), Storable(direction.y * dLength)};
+    // The shorter a handle, the coarser its directions, but the less its length matters.
+    constexpr double SHORT = 8;
+    constexpr int TRIES = 6;
+    TInkVector best{Storable(direction.x * dLength), Storable(direction.y * dLength)};
+    if (dLength >= SHORT) return best;
+    double dBest = -1;
+    for (int n = 0; n <= TRIES; ++n) {
+        const double d = std::max(dLength * (0.7 + 0.6 * n / TRIES), 1.0 + 0.25 * n);
+        const TInkVector handle{Storable(direction.x * d), Storable(direction.y * d)};
+        const double dCos = Dot(UnitOf(handle, {}), direction);
+        if (dCos <= dBest) continue;
+        dBest = dCos;
+        best = handle;
+    }
+    return best;
 }
 
 TInkVector TInkCubic::At(double t) const {

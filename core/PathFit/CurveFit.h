@@ -19,7 +19,8 @@ struct TInkCubic {
     TInkVector BendAt(double t) const;
 };
 
-/// A handle of whole path units that a path can hold.
+/// A handle of whole path units that a path can hold, of nearly a length; a short one rather keeps its
+/// direction.
 TInkVector HandleOf(TInkVector direction, double dLength);
 
 /// An end of a curve: a place of whole path units, and the unit direction in which the curve leaves it.

@@ -4,14 +4,19 @@
 
 #include <algorithm>
 #include <array>
+#include <limits>
 #include <optional>
 
 namespace {
 
 /// Arc lengths between marks must stay in 32 bits of the outline's units.
 constexpr double MOST_LENGTH = 1 << 26;
-/// From an end so many samples are tried first.
-constexpr size_t FIRST_STEP = 16;
+/// So many places in a row that no mark can lead to end the search for farther ones.
+constexpr int MOST_FAILURES = 10;
+/// Whole values that are tried above and below the own one.
+constexpr int SPREAD = 1;
+/// What a mark costs that leaves values outside their tolerances.
+constexpr double BAD = 1000;
 
 enum class EShape { Level, Sharp, Ease };
 
@@ -21,121 +26,197 @@ double ShareOf(EShape shape, double x) {
     return shape == EShape::Sharp ? SharpShare(x) : (3 - 2 * x) * x * x;
 }
 
-// Whole values of a mark.
+// Values of a mark.
 struct TValues {
     double dLow;
     double dHigh;
-    bool IsEmpty() const { return dLow > dHigh; }
-    double NearestTo(double d) const { return std::clamp(Nearest(d), dLow, dHigh); }
+    bool Has(double d) const { return d >= dLow - 1e-9 && d <= dHigh + 1e-9; }
+    bool IsEmpty() const { return std::ceil(dLow - 1e-9) > std::floor(dHigh + 1e-9); }
 };
 
+// The places where marks may stand: ends, the knots of the chain of straight lines through the values, and
+// between them.
+class CPlaces {
+public:
+    explicit CPlaces(const std::vector<TEaseSample>& vSamples) : m_vSamples(vSamples) {
+        const size_t idxLast = vSamples.size() - 1;
+        m_vPlaces.push_back(0);
+        AddKnots(0, idxLast);
+        if (idxLast > 0) m_vPlaces.push_back(idxLast);
+        std::vector<size_t> vAll{0};
+        for (size_t n = 1; n < m_vPlaces.size(); ++n) {
+            const size_t idxFrom = m_vPlaces[n - 1], idxTo = m_vPlaces[n];
+            for (size_t k = 1; k <= PARTS; ++k)
+                if (const size_t idx = idxFrom + (idxTo - idxFrom) * k / PARTS; idx > vAll.back())
+                    vAll.push_back(idx);
+        }
+        m_vPlaces = vAll;
+    }
+    const std::vector<size_t>& Get() const { return m_vPlaces; }
+
+private:
+    static constexpr size_t PARTS = 3;
+
+    // By Douglas and Peucker, without recursion: the values of a long line may take many.
+    void AddKnots(size_t idxFirst, size_t idxLast) {
+        std::vector<std::pair<size_t, size_t>> vOpen{{idxFirst, idxLast}};
+        while (!vOpen.empty()) {
+            const auto [idxFrom, idxTo] = vOpen.back();
+            vOpen.pop_back();
+            const TEaseSample& from = m_vSamples[idxFrom];
+            const TEaseSample& to = m_vSamples[idxTo];
+            const double dLength = to.dLength - from.dLength;
+            size_t idxMost = idxFrom;
+            double dMost = 1;
+            for (size_t i = idxFrom + 1; i < idxTo; ++i) {
+                const TEaseSample& sample = m_vSamples[i];
+                const double x = dLength > 0 ? (sample.dLength - from.dLength) / dLength : 0;
+                const double dOff = std::abs(from.dValue + (to.dValue - from.dValue) * x - sample.dValue);
+                if (dOff <= dMost * sample.dTolerance) continue;
+                dMost = dOff / sample.dTolerance;
+                idxMost = i;
+            }
+            if (idxMost == idxFrom) continue;
+            m_vPlaces.push_back(idxMost);
+            vOpen.emplace_back(idxFrom, idxMost);
+            vOpen.emplace_back(idxMost, idxTo);
+        }
+        std::sort(m_vPlaces.begin(), m_vPlaces.end());
+    }
+
+    const std::vector<TEaseSample>& m_vSamples;
+    std::vector<size_t> m_vPlaces;
+};
+
+// The fewest marks, by the shortest way over places and values.
 class CEaseFit {
 public:
-    CEaseFit(const std::vector<TEaseSample>& vSamples, TEaseEnds ends) : m_vSamples(vSamples), m_ends(ends) {}
+    CEaseFit(const std::vector<TEaseSample>& vSamples, TEaseEnds ends)
+        : m_vSamples(vSamples), m_vPlaces(CPlaces(vSamples).Get()), m_ends(ends) {}
 
     std::vector<TFittedMark> Run() {
+        AddNodes();
+        const auto shapeOf = [](bool bSharp) { return bSharp ? EShape::Sharp : EShape::Level; };
         const size_t idxLast = m_vSamples.size() - 1;
-        const EShape begin = m_ends.bSharpBegin ? EShape::Sharp : EShape::Level;
-        const EShape end = m_ends.bSharpEnd ? EShape::Sharp : EShape::Level;
-        const auto fromBegin = [&](size_t n) { return ValuesAt(begin, 0, n, 0); };
-        const auto fromEnd = [&](size_t n) { return ValuesAt(end, idxLast, idxLast - n, 0); };
-        const size_t idxFirst = Farthest(idxLast, fromBegin);
-        const size_t idxEnd = idxLast - Farthest(idxLast, fromEnd);
-        if (idxFirst >= idxEnd && TrySingle(begin, end, idxEnd, idxFirst)) return m_vMarks;
-        size_t idx = std::min(idxFirst, idxEnd);
-        double dValue = fromBegin(idx).NearestTo(m_vSamples[idx].dValue);
-        Append(idx, dValue);
-        // The last mark's value must lead to the end too.
-        while (idx < idxEnd || !IsIn(fromEnd(idxLast - idx), dValue)) {
-            const size_t idxGoal = std::max(idxEnd, idx);
-            const auto fromHere = [&](size_t n) {
-                TValues values = ValuesAt(EShape::Ease, idx, idx + n, dValue);
-                if (idx + n >= idxGoal) values = Common(values, fromEnd(idxLast - idx - n));
-                return values;
-            };
-            const size_t nStep =
-                Farthest(std::max(idxGoal, idx + 1 < idxLast ? idx + 1 : idxLast) - idx, fromHere);
-            if (idx == idxLast) break;
-            const TValues values = fromHere(std::max<size_t>(nStep, 1));
-            idx += std::max<size_t>(nStep, 1);
-            dValue =
-                values.IsEmpty() ? Nearest(m_vSamples[idx].dValue) : values.NearestTo(m_vSamples[idx].dValue);
-            Append(idx, dValue);
+        LeadFrom(shapeOf(m_ends.bSharpBegin));
+        for (size_t n = 0; n + 1 < m_vPlaces.size(); ++n)
+            for (size_t v = 0; v < VALUES; ++v) EaseFrom(n, v);
+        size_t nBest = (m_vPlaces.size() - 1) * VALUES;
+        double dBest = std::numeric_limits<double>::max();
+        for (size_t n = m_vNodes.size(), nFailures = 0; n-- > 0 && nFailures < MOST_FAILURES * VALUES;) {
+            const TValues values = ValuesAt(shapeOf(m_ends.bSharpEnd), idxLast, m_vPlaces[n / VALUES], 0);
+            const bool bGood = values.Has(m_vNodes[n].dValue);
+            nFailures = bGood ? 0 : nFailures + 1;
+            const double dCost = m_vNodes[n].dCost + (bGood ? 0 : BAD);
+            if ((!bGood && n < (m_vPlaces.size() - 1) * VALUES) || dCost >= dBest) continue;
+            dBest = dCost;
+            nBest = n;
         }
-        return m_vMarks;
+        return MarksTo(nBest);
     }
 
 private:
-    static bool IsIn(const TValues& values, double d) { return d >= values.dLow && d <= values.dHigh; }
-    static TValues Common(const TValues& a, const TValues& b) {
-        return {std::max(a.dLow, b.dLow), std::min(a.dHigh, b.dHigh)};
+    static constexpr size_t VALUES = 2 * SPREAD + 1;
+    static constexpr size_t NONE = std::numeric_limits<size_t>::max();
+
+    // A value at a place; each place has VALUES of them.
+    struct TNode {
+        double dValue;
+        double dOwn; ///< a little for its distance from the sample's
+        double dCost = std::numeric_limits<double>::max();
+        size_t nFrom = NONE;
+    };
+
+    void AddNodes() {
+        for (const size_t idx : m_vPlaces)
+            for (int n = -SPREAD; n <= SPREAD; ++n) {
+                const TEaseSample& sample = m_vSamples[idx];
+                const double dValue = std::max(Nearest(sample.dValue) + n, 0.0);
+                m_vNodes.push_back(
+                    {dValue, 0.01 * std::abs(dValue - sample.dValue) / (sample.dTolerance + 1)});
+            }
     }
 
     // The values that a mark may have so that all samples between it and another place, with its value there,
     // are met.
     TValues ValuesAt(EShape shape, size_t idxFrom, size_t idx, double dFrom) const {
+        constexpr TValues EMPTY{1, 0};
         const TEaseSample& from = m_vSamples[idxFrom];
         const TEaseSample& to = m_vSamples[idx];
         const double dLength = std::abs(to.dLength - from.dLength);
-        double dLow = std::max(to.dValue - to.dTolerance, 0.0), dHigh = to.dValue + to.dTolerance;
-        if (dLength > MOST_LENGTH) return {1, 0};
+        TValues values{std::max(to.dValue - to.dTolerance, 0.0), to.dValue + to.dTolerance};
+        if (dLength > MOST_LENGTH) return EMPTY;
         const auto [idxFirst, idxLast] = std::minmax(idxFrom, idx);
-        for (size_t i = idxFirst; i <= idxLast && dLow <= dHigh; ++i) {
+        const auto take = [&](size_t i) {
             const TEaseSample& sample = m_vSamples[i];
             const double x = dLength > 0 ? std::abs(sample.dLength - from.dLength) / dLength : 1;
             const double g = ShareOf(shape, x);
             const double dRest = dFrom * (1 - g) - sample.dValue;
-            if (g * (dHigh + sample.dValue) < 1e-6 * sample.dTolerance) {
-                if (std::abs(dRest) > sample.dTolerance) return {1, 0};
-                continue;
+            constexpr double NO_WEIGHT = 1e-6;
+            if (g < NO_WEIGHT) return std::abs(dRest) <= sample.dTolerance;
+            values.dLow = std::max(values.dLow, (-sample.dTolerance - dRest) / g);
+            values.dHigh = std::min(values.dHigh, (sample.dTolerance - dRest) / g);
+            return values.dLow <= values.dHigh;
+        };
+        // Some places first: most spans that fail do so at many.
+        constexpr size_t FIRST = 8;
+        const size_t nStep = (idxLast - idxFirst) / FIRST;
+        for (size_t i = idxFirst; nStep > 1 && i <= idxLast; i += nStep)
+            if (!take(i)) return EMPTY;
+        for (size_t i = idxFirst; i <= idxLast; ++i)
+            if (!take(i)) return EMPTY;
+        return values;
+    }
+
+    void Offer(size_t nNode, size_t nFrom, double dCost) {
+        TNode& node = m_vNodes[nNode];
+        if (dCost + node.dOwn >= node.dCost) return;
+        node.dCost = dCost + node.dOwn;
+        node.nFrom = nFrom;
+    }
+
+    // From the line's end to its first mark.
+    void LeadFrom(EShape shape) {
+        int nFailures = 0;
+        for (size_t n = 0; n < m_vPlaces.size() && nFailures < MOST_FAILURES; ++n) {
+            const TValues values = ValuesAt(shape, 0, m_vPlaces[n], 0);
+            nFailures = values.IsEmpty() ? nFailures + 1 : 0;
+            for (size_t v = n * VALUES; v < (n + 1) * VALUES; ++v)
+                if (values.Has(m_vNodes[v].dValue) || n == 0)
+                    Offer(v, NONE, values.Has(m_vNodes[v].dValue) ? 1 : BAD);
+        }
+    }
+
+    void EaseFrom(size_t nFrom, size_t nValue) {
+        const size_t nNode = nFrom * VALUES + nValue;
+        const TNode node = m_vNodes[nNode];
+        if (node.dCost == std::numeric_limits<double>::max()) return;
+        int nFailures = 0;
+        for (size_t n = nFrom + 1; n < m_vPlaces.size() && nFailures < MOST_FAILURES; ++n) {
+            const TValues values = ValuesAt(EShape::Ease, m_vPlaces[nFrom], m_vPlaces[n], node.dValue);
+            nFailures = values.IsEmpty() ? nFailures + 1 : 0;
+            for (size_t v = n * VALUES; v < (n + 1) * VALUES; ++v) {
+                const bool bGood = values.Has(m_vNodes[v].dValue);
+                if (bGood || n == nFrom + 1) Offer(v, nNode, node.dCost + (bGood ? 1 : BAD));
             }
-            dLow = std::max(dLow, (-sample.dTolerance - dRest) / g);
-            dHigh = std::min(dHigh, (sample.dTolerance - dRest) / g);
         }
-        return {std::ceil(dLow - 1e-9), std::floor(dHigh + 1e-9)};
     }
 
-    // The most steps, up to `nMost`, that leave a value.
-    template <class Values>
-    size_t Farthest(size_t nMost, Values values) const {
-        if (nMost == 0 || !values(nMost).IsEmpty()) return nMost;
-        size_t nGood = 0, nBad = nMost;
-        size_t n = std::min(FIRST_STEP, nMost - 1);
-        while (n > nGood && n < nBad) {
-            if (values(n).IsEmpty())
-                nBad = n;
-            else
-                nGood = n;
-            n = nBad == nMost && 2 * n < nMost && nGood == n ? 2 * n : (nGood + nBad) / 2;
+    std::vector<TFittedMark> MarksTo(size_t nNode) const {
+        std::vector<TFittedMark> vMarks;
+        for (size_t n = nNode; n != NONE; n = m_vNodes[n].nFrom) {
+            const TFittedMark mark{m_vSamples[m_vPlaces[n / VALUES]].t,
+                                   static_cast<uint32_t>(m_vNodes[n].dValue)};
+            if (vMarks.empty() || mark.t < vMarks.back().t) vMarks.push_back(mark);
         }
-        return nGood;
-    }
-
-    // One mark for the whole line.
-    bool TrySingle(EShape begin, EShape end, size_t idxFirst, size_t idxLast) {
-        constexpr size_t TRIES = 8;
-        for (size_t n = 0; n <= TRIES; ++n) {
-            const size_t idx = idxFirst + (idxLast - idxFirst) * ((n + TRIES / 2) % (TRIES + 1)) / TRIES;
-            const TValues values =
-                Common(ValuesAt(begin, 0, idx, 0), ValuesAt(end, m_vSamples.size() - 1, idx, 0));
-            if (values.IsEmpty()) continue;
-            Append(idx, values.NearestTo(m_vSamples[idx].dValue));
-            return true;
-        }
-        return false;
-    }
-
-    void Append(size_t idx, double dValue) {
-        const TFittedMark mark{m_vSamples[idx].t, static_cast<uint32_t>(dValue)};
-        if (!m_vMarks.empty() && m_vMarks.back().t >= mark.t)
-            m_vMarks.back() = mark;
-        else
-            m_vMarks.push_back(mark);
+        std::reverse(vMarks.begin(), vMarks.end());
+        return vMarks;
     }
 
     const std::vector<TEaseSample>& m_vSamples;
+    std::vector<size_t> m_vPlaces;
     TEaseEnds m_ends;
-    std::vector<TFittedMark> m_vMarks;
+    std::vector<TNode> m_vNodes; ///< VALUES for each place
 };
 
 // The shares of a sharp end's width by those of its length, where its curve has equal parameters.

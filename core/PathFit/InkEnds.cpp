@@ -25,7 +25,7 @@ bool IsTapering(const TInkWay& vWay, bool bBegin, double dTolerance) {
 void ExtendTapers(TInkWay& vWay, bool bBegin, bool bEnd) {
     const auto tip = [](const TWayPoint& end, const TWayPoint& before) {
         const TInkVector outward = UnitOf(end.pt - before.pt, {});
-        return TWayPoint{end.pt + outward * (TAPER_REACH * end.dHalf), 0, end.dAlpha, 0};
+        return TWayPoint{end.pt + outward * (TAPER_REACH * end.dHalf), 0, end.dAlpha};
     };
     constexpr double LEAST = 0.5; // path units
     if (bEnd && vWay.back().dHalf >= LEAST) vWay.push_back(tip(vWay.back(), vWay[vWay.size() - 2]));
@@ -42,12 +42,12 @@ uint32_t GrowOf(const TWayPoint& disc, TInkVector ptAnchor, TInkVector outward, 
 TFittedInk MakeDot(const TWayPoint& disc) {
     constexpr TInkVector RIGHT{1, 0};
     TFittedInk ink;
-    // Half a path unit to each side, or a whole one and none.
-    const TInkVector pt{std::floor(disc.pt.x), Nearest(disc.pt.y)};
-    ink.vAnchors = {{ToPoint(pt), {}, {}}, {ToPoint(pt + RIGHT), {}, {}}};
+    // The shortest line beside which an outline is built.
+    const TInkVector pt = Nearest(disc.pt);
+    ink.vAnchors = {{ToPoint(pt - RIGHT), {}, {}}, {ToPoint(pt + RIGHT), {}, {}}};
     ink.uWidth = std::max(static_cast<uint32_t>(Nearest(disc.dHalf)), 1U);
     ink.vAlphas = {{0, static_cast<uint32_t>(Nearest(disc.dAlpha))}};
-    ink.begin = {TERM_ROUND, GrowOf(disc, pt, -RIGHT, ink.uWidth)};
+    ink.begin = {TERM_ROUND, GrowOf(disc, pt - RIGHT, -RIGHT, ink.uWidth)};
     ink.end = {TERM_ROUND, GrowOf(disc, pt + RIGHT, RIGHT, ink.uWidth)};
     return ink;
 }

@@ -49,7 +49,7 @@ std::vector<TEaseSample> SamplesOf(const TInkWay& vWay, const std::vector<TCentr
                 std::min(dTolerance - ROUNDING - vPlaces[i].dError, ROUNDING + WIDTH_SHARE * point.dHalf);
             vSamples.push_back({static_cast<uint32_t>(n) * BEZIER_T_RESOLUTION +
                                     static_cast<uint32_t>(t * BEZIER_T_RESOLUTION),
-                                dBegin + dLength, bAlpha ? point.dAlpha : point.dHalf,
+                                dBegin + dLength, bAlpha ? point.dAlpha : point.dWide,
                                 bAlpha ? ALPHA_TOLERANCE : std::max(dOff, ROUNDING)});
         }
         dBegin += adLength.back();

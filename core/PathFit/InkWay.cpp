@@ -15,9 +15,11 @@ constexpr double OFF_CHORD =
 constexpr double DOT = 0.5; ///< how far the discs of a dot may stand out of its largest
 /// The turn from a hook to the line, as a cosine.
 constexpr double HOOK_TURN = 0.7;
-constexpr size_t LONGEST_RUN = 16;   ///< points left out one after the other
-constexpr double LONGEST_CHORD = 4;  ///< half-widths, at least tolerances
-constexpr size_t MOST_PARTS = 8;     ///< of a chord
+constexpr size_t LONGEST_RUN = 16;  ///< points left out one after the other
+constexpr double LONGEST_CHORD = 1; ///< half-widths, at least tolerances
+constexpr size_t MOST_PARTS = 16;   ///< of a chord
+/// A smaller slope of the radii makes no difference.
+constexpr double LEAST_SLOPE = 0.02;
 constexpr size_t LONGEST_END = 4096; ///< points that an end may cover
 
 double ClampedPlace(double d) {
@@ -28,8 +30,7 @@ double ClampedPlace(double d) {
 TWayPoint PointOf(const TInkDisc& disc) {
     return {{ClampedPlace(disc.x), ClampedPlace(disc.y)},
             std::clamp(disc.dHalf, 0.0, static_cast<double>(PATH_WIDTH_LIMIT)),
-            std::clamp(disc.dAlpha, 0.0, 255.0),
-            0};
+            std::clamp(disc.dAlpha, 0.0, 255.0)};
 }
 
 bool Covers(const TWayPoint& by, const TWayPoint& disc, double dSlack) {
@@ -125,7 +126,7 @@ TInkWay Divided(const TInkWay& vWay, double dLeast) {
         for (size_t n = 1; n < nParts; ++n) {
             const double t = static_cast<double>(n) / static_cast<double>(nParts);
             vAll.push_back({Mix(from.pt, to.pt, t), from.dHalf + (to.dHalf - from.dHalf) * t,
-                            from.dAlpha + (to.dAlpha - from.dAlpha) * t, 0});
+                            from.dAlpha + (to.dAlpha - from.dAlpha) * t});
         }
         vAll.push_back(to);
     }
@@ -139,6 +140,23 @@ void MeasureWay(TInkWay& vWay) {
     for (size_t i = 0; i < vWay.size(); ++i) {
         if (i > 0) dLength += LengthOf(vWay[i].pt - vWay[i - 1].pt);
         vWay[i].dLength = dLength;
+        vWay[i].dWide = vWay[i].dHalf;
+    }
+    // The edge of the discs between two points leans by the slope of their radii, and touches each of them
+    // before its place or behind it.
+    for (size_t i = 1; i < vWay.size(); ++i) {
+        const TWayPoint& from = vWay[i - 1];
+        const TWayPoint& to = vWay[i];
+        const double dStep = to.dLength - from.dLength;
+        if (dStep <= std::abs(to.dHalf - from.dHalf)) continue;
+        const double dSlope = (to.dHalf - from.dHalf) / dStep;
+        if (std::abs(dSlope) < LEAST_SLOPE) continue;
+        const double dLean = std::sqrt(1 - dSlope * dSlope);
+        const double dFirst = from.dLength - dSlope * from.dHalf, dLast = to.dLength - dSlope * to.dHalf;
+        const auto isBefore = [](const TWayPoint& point, double d) { return point.dLength < d; };
+        for (auto it = std::lower_bound(vWay.begin(), vWay.end(), dFirst, isBefore);
+             it != vWay.end() && it->dLength <= dLast; ++it)
+            it->dWide = std::max(it->dWide, (from.dHalf + dSlope * (it->dLength - from.dLength)) / dLean);
     }
 }
 

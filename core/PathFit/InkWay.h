@@ -12,7 +12,8 @@ struct TWayPoint {
     TInkVector pt;
     double dHalf;
     double dAlpha;
-    double dLength; ///< along the way, from its first point
+    double dLength = 0; ///< along the way, from its first point
+    double dWide = 0;   ///< the half-width across the way: where discs grow it is more than their radius
 };
 
 using TInkWay = std::vector<TWayPoint>;
@@ -23,5 +24,5 @@ using TInkWay = std::vector<TWayPoint>;
 /// for a line with discs.
 TInkWay MakeInkWay(std::span<const TInkDisc> vLine, double dTolerance);
 
-/// Sets the lengths anew.
+/// Sets the lengths and the widths across the way anew.
 void MeasureWay(TInkWay& vWay);

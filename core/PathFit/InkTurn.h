@@ -1,0 +1,20 @@
+// The small curve by which a stroke turns at a corner.
+#pragma once
+
+#include "core/PathFit/CurveFit.h"
+
+/// A corner of a way with the unit directions before and behind it.
+struct TInkCorner {
+    TInkVector pt;
+    TInkVector in;
+    TInkVector out;
+    double dHalf; ///< half-width of the line
+};
+
+/// True when the edges of the stroke, extended until they meet, stand out of the drawn round corner by at
+/// most `dMost`: then one anchor is enough.
+bool IsMitreEnough(const TInkCorner& corner, double dMost);
+
+/// A curve of whole path units around the corner, whose outer side is nearest to the drawn one; nowhere
+/// farther from the corner than about `dReach`.
+TInkCubic TurnAt(const TInkCorner& corner, double dReach);
