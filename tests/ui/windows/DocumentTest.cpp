@@ -85,7 +85,7 @@ protected:
 } // namespace
 
 TEST_F(DocumentWindows, DroppedFilesOpenAndFailuresAreTold) {
-    const QString strFolder = ToQt(TextOf(m_folder.GetPath()));
+    const QString strFolder = ToQt(m_folder.GetPath().generic_wstring());
     Drop({"/1.vlm", strFolder, "/none.vlm", "/絵\n [*] &5.vlm"});
     ASSERT_EQ(g_lstCanvasFrame.size(), 2u);
     EXPECT_EQ(Active().GetCanvas()->GetPath(), L"/絵\n [*] &5.vlm");
