@@ -9,7 +9,7 @@ namespace {
 
 /// The part of the tolerance that the centre line may take; it is no smaller than what whole path units
 /// allow.
-constexpr double CENTRE_SHARE = 0.55;
+constexpr double CENTRE_SHARE = 0.65;
 constexpr double LEAST_TOLERANCE = 0.75;
 /// The part of it that a mitre may stand out by.
 constexpr double MITRE_SHARE = 0.4;
@@ -17,6 +17,7 @@ constexpr double MITRE_SHARE = 0.4;
 constexpr double TURN_REACH = 1.2;
 constexpr double TURN_WIDTHS = 0.5;
 constexpr double LEAST_TURN = 3;
+constexpr double TURN_SHARE = 0.85;
 /// No outline is built beside shorter curves.
 constexpr double SHORTEST = 2;
 /// Curves are not divided into shorter ones than this, nor than this part of the half-width.
@@ -92,7 +93,7 @@ private:
             return {{Nearest(corner.pt), -corner.in}, {Nearest(corner.pt), corner.out}};
         const double dReach =
             std::max(std::min(TURN_REACH * m_dTolerance, TURN_WIDTHS * corner.dHalf), LEAST_TURN);
-        const TInkCubic turn = TurnAt(corner, dReach);
+        const TInkCubic turn = TurnAt(corner, dReach, TURN_SHARE * m_dTolerance);
         return {{turn.p0, -corner.in}, {turn.p3, corner.out}, 2 * dReach, turn};
     }
     // From one corner or end to the next: always the longest curve that stays within the tolerance.

@@ -12,7 +12,7 @@ namespace {
 /// Arc lengths between marks must stay in 32 bits of the outline's units.
 constexpr double MOST_LENGTH = 1 << 26;
 /// So many places in a row that no mark can lead to end the search for farther ones.
-constexpr int MOST_FAILURES = 10;
+constexpr int MOST_FAILURES = 48;
 /// Whole values that are tried above and below the own one.
 constexpr int SPREAD = 1;
 /// What a mark costs that leaves values outside their tolerances.
@@ -55,7 +55,7 @@ public:
     const std::vector<size_t>& Get() const { return m_vPlaces; }
 
 private:
-    static constexpr size_t PARTS = 3;
+    static constexpr size_t PARTS = 4;
 
     // By Douglas and Peucker, without recursion: the values of a long line may take many.
     void AddKnots(size_t idxFirst, size_t idxLast) {

@@ -83,8 +83,10 @@ CInkCheck::CInkCheck(const TInkWay& vWay, double dTolerance)
         const TInkVector next = Perpendicular(directionAt(i + 1));
         addBoth(vWay[i].pt, UnitOf(normal + next, direction) * vWay[i].dHalf);
         if (Dot(normal, next) > 0.9) continue;
-        addBoth(vWay[i].pt, normal * vWay[i].dHalf);
-        addBoth(vWay[i].pt, next * vWay[i].dHalf);
+        for (const TInkVector side : {normal, next}) {
+            addBoth(vWay[i].pt, side * vWay[i].dHalf);
+            addBoth(vWay[i].pt, UnitOf(UnitOf(normal + next, direction) + side, direction) * vWay[i].dHalf);
+        }
     }
     const auto addCap = [&](size_t idx, TInkVector outward) {
         const TInkVector across = Perpendicular(outward);
@@ -126,7 +128,7 @@ size_t CInkCheck::NearestTo(TInkVector pt) const {
     return idxBest;
 }
 
-std::vector<size_t> CInkCheck::FindFaults(const std::vector<TPolyBezier>& vShape) const {
+std::vector<size_t> CInkCheck::FindAll(const std::vector<TPolyBezier>& vShape) const {
     const std::vector<TLine> vLines = LinesOf(vShape);
     std::vector<TInkBox> vBoxes;
     vBoxes.reserve(vLines.size());
@@ -141,6 +143,11 @@ std::vector<size_t> CInkCheck::FindFaults(const std::vector<TPolyBezier>& vShape
     }
     for (const TLine& line : vLines)
         if (!IsWithin(line.to, m_dTolerance)) vFaults.push_back(NearestTo(line.to));
+    return vFaults;
+}
+
+std::vector<size_t> CInkCheck::FindFaults(const std::vector<TPolyBezier>& vShape) const {
+    std::vector<size_t> vFaults = FindAll(vShape);
     std::sort(vFaults.begin(), vFaults.end());
     vFaults.erase(std::unique(vFaults.begin(), vFaults.end()), vFaults.end());
     return vFaults;

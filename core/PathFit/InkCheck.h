@@ -15,7 +15,11 @@ public:
     /// beyond it, or no outline near it. Sorted, each once.
     std::vector<size_t> FindFaults(const std::vector<TPolyBezier>& vShape) const;
 
+    /// The number of places where it is.
+    size_t CountFaults(const std::vector<TPolyBezier>& vShape) const { return FindAll(vShape).size(); }
+
 private:
+    std::vector<size_t> FindAll(const std::vector<TPolyBezier>& vShape) const;
     double DistanceTo(size_t idx, TInkVector pt) const;
     bool IsWithin(TInkVector pt, double d) const;
     size_t NearestTo(TInkVector pt) const;

@@ -17,6 +17,8 @@ constexpr double WIDTH_SHARE = 0.25;
 constexpr double ALPHA_TOLERANCE = 3;
 /// Marks so near to an anchor, in path units, stand on it.
 constexpr double SNAP = 2;
+/// The reach of a turn, in tolerances.
+constexpr double TURN = 2;
 constexpr int MOST_ROUNDS = 6;
 constexpr size_t MOST_ANCHORS = 65535;
 
@@ -91,8 +93,16 @@ TFittedInk Assemble(const TInkWay& vWay, const TInkWay& vDrawn, const std::vecto
 }
 
 // Divides the curves near the faults. False when none could be.
-bool DivideAt(std::vector<TCentreCurve>& vCurves, const std::vector<size_t>& vFaults, const TInkWay& vWay,
+bool DivideAt(std::vector<TCentreCurve>& vCurves, const std::vector<size_t>& vAll, const TInkWay& vWay,
               double dTolerance) {
+    // A corner's turn is as good as it gets.
+    std::vector<size_t> vFaults = vAll;
+    for (const TCentreCurve& curve : vCurves) {
+        if (curve.range.idxFirst != curve.range.idxLast) continue;
+        const double dAt = vWay[curve.range.idxFirst].dLength;
+        std::erase_if(vFaults,
+                      [&](size_t idx) { return std::abs(vWay[idx].dLength - dAt) < TURN * dTolerance; });
+    }
     std::vector<size_t> vHit;
     for (size_t n = 0; n < vCurves.size(); ++n) {
         const TWayRange& range = vCurves[n].range;

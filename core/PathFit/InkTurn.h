@@ -15,6 +15,6 @@ struct TInkCorner {
 /// most `dMost`: then one anchor is enough.
 bool IsMitreEnough(const TInkCorner& corner, double dMost);
 
-/// A curve of whole path units around the corner, whose outer side is nearest to the drawn one; nowhere
-/// farther from the corner than about `dReach`.
-TInkCubic TurnAt(const TInkCorner& corner, double dReach);
+/// A curve of whole path units around the corner, beside which the outline stays within the tolerance of the
+/// drawn one if that is possible; nowhere farther from the corner than about twice `dReach`.
+TInkCubic TurnAt(const TInkCorner& corner, double dReach, double dTolerance);
