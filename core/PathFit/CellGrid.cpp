@@ -3,6 +3,9 @@
 namespace {
 
 constexpr double MOST_CELLS = 256; ///< in a row or column
+/// Numbers in all cells: of a few boxes, and for each of many.
+constexpr double LEAST_ENTRIES = 4096;
+constexpr double MOST_ENTRIES = 32;
 
 } // namespace
 
@@ -12,6 +15,14 @@ CCellGrid::CCellGrid(const std::vector<TInkBox>& vBoxes, double dCell) : m_dCell
     const double dWidth = all.high.x - all.low.x, dHeight = all.high.y - all.low.y;
     m_ptLow = all.low;
     m_dCell = std::max(m_dCell, std::max(dWidth, dHeight) / MOST_CELLS);
+    // Long boxes that touch many cells each are better found in few large ones.
+    const auto countCells = [&] {
+        double dCells = 0;
+        for (const TInkBox& box : vBoxes)
+            dCells += ((box.high.x - box.low.x) / m_dCell + 1) * ((box.high.y - box.low.y) / m_dCell + 1);
+        return dCells;
+    };
+    while (countCells() > LEAST_ENTRIES + MOST_ENTRIES * static_cast<double>(vBoxes.size())) m_dCell *= 2;
     m_nWidth = static_cast<size_t>(dWidth / m_dCell) + 1;
     m_nHeight = static_cast<size_t>(dHeight / m_dCell) + 1;
     m_vStarts.assign(m_nWidth * m_nHeight + 1, 0);

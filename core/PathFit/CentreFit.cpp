@@ -104,12 +104,9 @@ private:
         while (true) {
             TWayRange range{idx, stretch.idxLast, idx == stretch.idxFirst ? stretch.dFreeFirst : 0,
                             stretch.dFreeLast};
-            // Where the rest is not much longer than the last curve, perhaps one is enough.
-            if (stretch.idxLast - idx <= 2 * nStep) {
-                if (const auto cubic = m_fit.Fit(range, begin, to, m_dCentre)) {
-                    m_vCurves.push_back({*cubic, range});
-                    return;
-                }
+            if (const auto cubic = m_fit.Fit(range, begin, to, m_dCentre)) {
+                m_vCurves.push_back({*cubic, range});
+                return;
             }
             const auto found = Longest(stretch, range, begin, nStep);
             if (!found) {

@@ -13,6 +13,7 @@ constexpr double LEAST_CELL = 8;
 struct TLine {
     TInkVector from;
     TInkVector to;
+    size_t nCurve; ///< of the closed curve that it belongs to
 };
 
 double SquareTo(const TLine& line, TInkVector pt) {
@@ -27,7 +28,8 @@ TInkVector ToVector(CPoint pt) { return {static_cast<double>(pt.x), static_cast<
 
 std::vector<TLine> LinesOf(const std::vector<TPolyBezier>& vShape) {
     std::vector<TLine> vLines;
-    for (const TPolyBezier& vCurve : vShape)
+    for (size_t nCurve = 0; nCurve < vShape.size(); ++nCurve) {
+        const TPolyBezier& vCurve = vShape[nCurve];
         for (size_t i = 0; i + 3 < vCurve.size(); i += 3) {
             const TInkVector p0 = ToVector(vCurve[i]), p1 = ToVector(vCurve[i + 1]),
                              p2 = ToVector(vCurve[i + 2]), p3 = ToVector(vCurve[i + 3]);
@@ -40,10 +42,11 @@ std::vector<TLine> LinesOf(const std::vector<TPolyBezier>& vShape) {
                 const double t = static_cast<double>(n) / nParts, s = 1 - t;
                 const TInkVector to =
                     p0 * (s * s * s) + p1 * (3 * s * s * t) + p2 * (3 * s * t * t) + p3 * (t * t * t);
-                vLines.push_back({from, to});
+                vLines.push_back({from, to, nCurve});
                 from = to;
             }
         }
+    }
     return vLines;
 }
 
@@ -64,6 +67,50 @@ double CellFor(const TInkWay& vWay, double dTolerance) {
     for (const TWayPoint& point : vWay) dMost = std::max(dMost, point.dHalf + dTolerance);
     return dMost;
 }
+
+// Whether places are filled by closed curves of non-zero winding, each by itself: by the lines that cross the
+// place's row to its left.
+class CFilled {
+public:
+    CFilled(const std::vector<TLine>& vLines, size_t nCurves)
+        : m_vLines(vLines), m_vWinding(nCurves), m_grid(RowsOf(vLines), ROW) {}
+
+    bool IsFilled(TInkVector pt) {
+        m_vTouched.clear();
+        m_grid.Visit({{0, pt.y}, {0, pt.y}}, [&](uint32_t n) {
+            const auto& [from, to, nCurve] = m_vLines[n];
+            if ((from.y <= pt.y) == (to.y <= pt.y)) return false;
+            if (from.x + (to.x - from.x) * (pt.y - from.y) / (to.y - from.y) >= pt.x) return false;
+            m_vWinding[nCurve] += from.y <= pt.y ? 1 : -1;
+            m_vTouched.push_back(nCurve);
+            return false;
+        });
+        bool bFilled = false;
+        for (const size_t nCurve : m_vTouched) {
+            bFilled |= m_vWinding[nCurve] != 0;
+            m_vWinding[nCurve] = 0;
+        }
+        return bFilled;
+    }
+
+private:
+    static constexpr double ROW = 4;
+
+    static std::vector<TInkBox> RowsOf(const std::vector<TLine>& vLines) {
+        std::vector<TInkBox> vRows;
+        vRows.reserve(vLines.size());
+        for (const TLine& line : vLines) {
+            const auto [dLow, dHigh] = std::minmax(line.from.y, line.to.y);
+            vRows.push_back({{0, dLow}, {0, dHigh}});
+        }
+        return vRows;
+    }
+
+    const std::vector<TLine>& m_vLines;
+    std::vector<int> m_vWinding;
+    std::vector<size_t> m_vTouched;
+    CCellGrid m_grid;
+};
 
 } // namespace
 
@@ -143,6 +190,14 @@ std::vector<size_t> CInkCheck::FindAll(const std::vector<TPolyBezier>& vShape) c
     }
     for (const TLine& line : vLines)
         if (!IsWithin(line.to, m_dTolerance)) vFaults.push_back(NearestTo(line.to));
+    CFilled filled(vLines, vShape.size());
+    for (size_t i = 1; i < m_vWay.size(); ++i) {
+        const TInkVector way = m_vWay[i].pt - m_vWay[i - 1].pt;
+        const TInkVector across = Perpendicular(UnitOf(way, {1, 0})) * (m_vWay[i].dHalf - m_dTolerance);
+        if (m_vWay[i].dHalf <= m_dTolerance) continue;
+        for (const double d : {-0.9, 0.0, 0.9})
+            if (!filled.IsFilled(m_vWay[i].pt + across * d)) vFaults.push_back(i);
+    }
     return vFaults;
 }
 

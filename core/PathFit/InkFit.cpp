@@ -88,7 +88,11 @@ TFittedInk Assemble(const TInkWay& vWay, const TInkWay& vDrawn, const std::vecto
     };
     ink.begin = endOf(true, ends.bSharpBegin);
     ink.end = endOf(false, ends.bSharpEnd);
-    if (ink.vWidths.size() == 1 && !ends.bSharpBegin && !ends.bSharpEnd) ink.vWidths.clear();
+    // Without marks the width stands in the path's middle, where it would divide a turn.
+    const auto isTurn = [](const TCentreCurve& curve) { return curve.range.idxFirst == curve.range.idxLast; };
+    if (ink.vWidths.size() == 1 && !ends.bSharpBegin && !ends.bSharpEnd &&
+        std::none_of(vCurves.begin(), vCurves.end(), isTurn))
+        ink.vWidths.clear();
     return ink;
 }
 

@@ -74,6 +74,7 @@ size_t CountFaults(const TInkCorner& corner, const TInkCubic& turn, double dTole
                     {ToPoint(turn.p3), ToPoint(turn.p2 - turn.p3), ToPoint(HandleOf(corner.out, dArm / 3))},
                     {ToPoint(last), ToPoint(HandleOf(-corner.out, dArm / 3)), {}}};
     ink.uWidth = static_cast<uint32_t>(Nearest(corner.dHalf));
+    ink.vWidths = {{0, ink.uWidth}}; // not in the middle, which would divide the turn
     ink.begin = {TERM_ROUND, GrowOf(vWay.front(), first, -corner.in, ink.uWidth)};
     ink.end = {TERM_ROUND, GrowOf(vWay.back(), last, corner.out, ink.uWidth)};
     return CInkCheck(vWay, dTolerance).CountFaults(MakeInkPath(ink)->GetStream().GetShape(STATE_COMMITTED));
