@@ -23,7 +23,7 @@ int KindControl(int nKind) {
     return nKind == WIDTH_KIND_ALPHA ? PATH_WIDTH_KIND_ALPHA : PATH_WIDTH_KIND_FIRST + nKind;
 }
 
-constexpr const wchar_t* KIND_NAMES[WIDTH_KINDS] = {L"点", L"変更", L"削除", L"透明化", L"不透明度"};
+constexpr const wchar_t* KIND_NAMES[WIDTH_KINDS] = {L"点", L"変更", L"削除", L"透明化", L"濃さ"};
 constexpr const wchar_t* KIND_TIPS[WIDTH_KINDS] = {L"太さの点を置く", L"太さを乗算・加算する",
                                                    L"太さの点を消す", L"線の一部を透明にする",
                                                    L"線の一部の不透明度を変える"};
