@@ -212,7 +212,7 @@ boost::shared_ptr<CVectorHandle> DragSideOf(const boost::shared_ptr<COpenPathObj
                                             const boost::shared_ptr<TPoint>& spPoint, EPathHit part,
                                             const TRegisterHistory& fnRegister) {
     return boost::make_shared<CControlPointDragImpl<COpenPathObject, TPoint, kind>>(
-        spPath, spPoint, part, fnRegister, true, [spPoint, part](bool bBoth) {
+        spPath, spPoint, part, fnRegister, true, [=](bool bBoth) {
             if constexpr (std::is_same_v<TPoint, CPathTransControlPoint>)
                 return spPoint->DragHandleImpl(part == HIT_LEFT);
             else if constexpr (std::is_same_v<TPoint, CPathAlphaControlPoint>)

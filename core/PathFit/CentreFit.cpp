@@ -144,7 +144,7 @@ private:
         size_t n = std::min(nStep, nMost);
         while (n > nGood && n < nBad) {
             if (auto found = TryTo(stretch, range, from, range.idxFirst + n, false)) {
-                best = std::move(found);
+                best = found;
                 nGood = n;
                 n = nBad > nMost ? std::min(2 * n, nMost) : (nGood + nBad) / 2;
             } else {

@@ -20,7 +20,6 @@ constexpr double SNAP = 2;
 /// The reach of a turn, in tolerances.
 constexpr double TURN = 2;
 constexpr int MOST_ROUNDS = 6;
-constexpr size_t MOST_ANCHORS = 65535;
 
 // The samples of half-widths, or of opacities.
 std::vector<TEaseSample> SamplesOf(const TInkWay& vWay, const std::vector<TCentreCurve>& vCurves,

@@ -45,7 +45,7 @@ template <class TPoint>
 void CRangeInstallDragBase<TPoint>::OnRange(uint32_t tNow, uint32_t tMin, uint32_t tMax) {
     m_vNew.clear();
     Install(tNow, tMin, tMax);
-    TPathMarks<TPoint> vMarks = GetStream().GetMarks<TPoint>();
+    TPathMarks<TPoint> vMarks = GetStream().template GetMarks<TPoint>();
     std::erase_if(vMarks, [&](const auto& spMark) { return IsInside(spMark, tMin, tMax); });
     vMarks.insert(vMarks.end(), m_vNew.begin(), m_vNew.end());
     m_spObject->GetStream().SetLiveMarks(std::move(vMarks));
@@ -54,7 +54,7 @@ void CRangeInstallDragBase<TPoint>::OnRange(uint32_t tNow, uint32_t tMin, uint32
 
 template <class TPoint>
 TPathMarks<TPoint> CRangeInstallDragBase<TPoint>::GetOld(uint32_t tMin, uint32_t tMax) const {
-    TPathMarks<TPoint> vOld = GetStream().GetMarks<TPoint>();
+    TPathMarks<TPoint> vOld = GetStream().template GetMarks<TPoint>();
     std::erase_if(vOld, [&](const auto& spMark) { return !IsInside(spMark, tMin, tMax); });
     return vOld;
 }
@@ -64,7 +64,7 @@ boost::shared_ptr<TPoint> CRangeInstallDragBase<TPoint>::MarkAt(uint32_t t) {
     const auto it = std::ranges::find_if(
         m_vNew, [&](const auto& spMark) { return spMark->GetParameter()[STATE_COMMITTED] == t; });
     if (it != m_vNew.end()) return *it;
-    m_vNew.push_back(GetStream().MakeMark<TPoint>(t));
+    m_vNew.push_back(GetStream().template MakeMark<TPoint>(t));
     return m_vNew.back();
 }
 

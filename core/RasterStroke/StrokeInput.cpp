@@ -2,6 +2,8 @@
 
 #include "core/RasterStroke/PressureCurve.h"
 
+#include <cstddef>
+
 std::vector<int> RepeatsOfStart(uint32_t uEntry, uint32_t uWindow) {
     const int nWindow = RepeatsOfEnd(uWindow);
     const auto nEntry = static_cast<int>(uEntry);
