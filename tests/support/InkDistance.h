@@ -19,9 +19,9 @@ struct TInkDistance {
 constexpr double INK_FAR = 256;
 
 /// Ink that one of them has beside the other: the shape's edge outside the discs to their edge, places of the
-/// discs outside the shape to its edge. Where both have ink there is no distance, so a slit that closes counts
-/// by its width. The places are one path unit apart, inside the discs two. The shape is closed curves of
-/// non-zero winding, of which each is filled; the discs are swept from one to the next.
+/// discs outside the shape to its edge. Where both have ink there is no distance, so a slit that closes
+/// counts by its width. The places are one path unit apart, inside the discs two. The shape is closed curves
+/// of non-zero winding, of which each is filled; the discs are swept from one to the next.
 class CInkDistance {
 public:
     CInkDistance(std::span<const TInkDisc> vLine, const std::vector<TPolyBezier>& vShape)
@@ -41,8 +41,7 @@ public:
         for (const TChord& chord : m_vChords) vChords.push_back(Mix(chord.from, chord.to, 0.5));
         const CCellGrid discs = GridOf(m_vDrawn), shape = GridOf(vChords);
         std::vector<double> vAll;
-        for (const TInkVector pt : m_vDrawn)
-            vAll.push_back(IsFilled(pt) ? 0 : NearestOf(vChords, shape, pt));
+        for (const TInkVector pt : m_vDrawn) vAll.push_back(IsFilled(pt) ? 0 : NearestOf(vChords, shape, pt));
         for (const TInkVector pt : m_vOutline)
             vAll.push_back(IsDrawn(pt) ? 0 : NearestOf(m_vDrawn, discs, pt));
         for (const TInkVector pt : m_vInside)
@@ -161,7 +160,8 @@ private:
     CCellGrid m_gridLine;
     std::vector<TChord> m_vChords;
     int m_nCurves = 0;
-    std::unordered_map<double, std::vector<size_t>> m_mapRows; ///< chords by the rows of one unit that they cross
+    std::unordered_map<double, std::vector<size_t>>
+        m_mapRows; ///< chords by the rows of one unit that they cross
     std::vector<TInkVector> m_vDrawn;
     std::vector<TInkVector> m_vInside; ///< the discs
     std::vector<TInkVector> m_vOutline;
