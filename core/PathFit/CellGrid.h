@@ -13,6 +13,9 @@ struct TInkBox {
     TInkVector high;
 
     TInkBox Grown(double d) const { return {{low.x - d, low.y - d}, {high.x + d, high.y + d}}; }
+    bool Has(TInkVector pt) const {
+        return pt.x >= low.x && pt.x <= high.x && pt.y >= low.y && pt.y <= high.y;
+    }
     TInkBox Union(const TInkBox& box) const {
         return {{std::min(low.x, box.low.x), std::min(low.y, box.low.y)},
                 {std::max(high.x, box.high.x), std::max(high.y, box.high.y)}};

@@ -17,6 +17,8 @@ constexpr double MITRE_SHARE = 0.4;
 constexpr double TURN_REACH = 1.2;
 constexpr double TURN_WIDTHS = 0.5;
 constexpr double LEAST_TURN = 3;
+/// Outlines that are built to choose turns: a scribble may have hundreds.
+constexpr size_t MOST_BUILDS = 160;
 constexpr double TURN_SHARE = 0.85;
 /// No outline is built beside shorter curves.
 constexpr double SHORTEST = 2;
@@ -85,7 +87,7 @@ private:
         const auto [pt, direction] = TangentAt(m_vWay, idx, idxFirst, idxLast, m_dTolerance);
         return {{pt, -direction}, {pt, direction}};
     }
-    TJoint CornerJoint(size_t idxFirst, size_t idx, size_t idxLast) const {
+    TJoint CornerJoint(size_t idxFirst, size_t idx, size_t idxLast) {
         const TInkCorner corner{m_vWay[idx].pt, TangentAt(m_vWay, idx, idxFirst, idx, m_dTolerance).direction,
                                 TangentAt(m_vWay, idx, idx, idxLast, m_dTolerance).direction,
                                 m_vWay[idx].dHalf};
@@ -93,7 +95,7 @@ private:
             return {{Nearest(corner.pt), -corner.in}, {Nearest(corner.pt), corner.out}};
         const double dReach =
             std::max(std::min(TURN_REACH * m_dTolerance, TURN_WIDTHS * corner.dHalf), LEAST_TURN);
-        const TInkCubic turn = TurnAt(corner, dReach, TURN_SHARE * m_dTolerance);
+        const TInkCubic turn = TurnAt(corner, dReach, TURN_SHARE * m_dTolerance, m_nBuilds);
         return {{turn.p0, -corner.in}, {turn.p3, corner.out}, 2 * dReach, turn};
     }
     // From one corner or end to the next: always the longest curve that stays within the tolerance.
@@ -126,7 +128,12 @@ private:
     std::optional<TFound> TryTo(const TWayRange& stretch, TWayRange range, const TCurveEnd& from, size_t idx,
                                 bool bAtAll) {
         const TWayTangent tangent = TangentAt(m_vWay, idx, stretch.idxFirst, stretch.idxLast, m_dTolerance);
-        if (LengthOf(tangent.pt - from.pt) < SHORTEST) return {};
+        // No joint between an end of the stretch and where the way leaves its corner.
+        const auto isNear = [&](size_t idxEnd, double dFree) {
+            return std::abs(m_vWay[idx].dLength - m_vWay[idxEnd].dLength) < dFree + SHORTEST_PART;
+        };
+        if (LengthOf(tangent.pt - from.pt) < SHORTEST || isNear(stretch.idxFirst, stretch.dFreeFirst))
+            return {};
         range.idxLast = idx;
         range.dFreeLast = 0;
         const TCurveEnd to{tangent.pt, -tangent.direction};
@@ -138,7 +145,9 @@ private:
     // The longest curve that ends before the stretch does; nullopt when there is no room for one.
     std::optional<TFound> Longest(const TWayRange& stretch, const TWayRange& range, const TCurveEnd& from,
                                   size_t nStep) {
-        const size_t nMost = range.idxLast - range.idxFirst - 1;
+        const double dMost = m_vWay[stretch.idxLast].dLength - stretch.dFreeLast - SHORTEST_PART;
+        size_t nMost = range.idxLast - range.idxFirst;
+        while (nMost > 0 && m_vWay[range.idxFirst + nMost].dLength > dMost) --nMost;
         std::optional<TFound> best;
         size_t nGood = 0, nBad = nMost + 1;
         size_t n = std::min(nStep, nMost);
@@ -161,6 +170,7 @@ private:
     CCurveFit m_fit;
     double m_dTolerance;
     double m_dCentre;
+    size_t m_nBuilds = MOST_BUILDS; ///< outlines that may still be built for turns
     std::vector<TCentreCurve> m_vCurves;
 };
 

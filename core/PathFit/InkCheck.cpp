@@ -1,6 +1,7 @@
 #include "core/PathFit/InkCheck.h"
 
 #include <array>
+#include <utility>
 
 namespace {
 
@@ -9,6 +10,10 @@ constexpr double INSIDE = 0.1;
 /// Of the chords that stand for an outline's curve, in path units.
 constexpr double FLATNESS = 0.2;
 constexpr double LEAST_CELL = 8;
+/// The outlines of scribbles are not searched for holes.
+constexpr size_t MOST_LINES = 16000;
+/// The cosine of a turn beside which the edge is looked at closer.
+constexpr double STRAIGHT = 0.9;
 
 struct TLine {
     TInkVector from;
@@ -64,7 +69,7 @@ std::vector<TInkBox> BoxesOf(const TInkWay& vWay, double dTolerance) {
 
 double CellFor(const TInkWay& vWay, double dTolerance) {
     double dMost = LEAST_CELL;
-    for (const TWayPoint& point : vWay) dMost = std::max(dMost, point.dHalf + dTolerance);
+    for (const TWayPoint& point : vWay) dMost = std::max(dMost, (point.dHalf + dTolerance) / 3);
     return dMost;
 }
 
@@ -117,7 +122,20 @@ private:
 CInkCheck::CInkCheck(const TInkWay& vWay, double dTolerance)
     : m_vWay(vWay), m_dTolerance(dTolerance), m_grid(BoxesOf(vWay, dTolerance), CellFor(vWay, dTolerance)) {
     m_vEdges.reserve(4 * vWay.size());
-    const auto directionAt = [&](size_t i) { return UnitOf(vWay[i].pt - vWay[i - 1].pt, {1, 0}); };
+    // Over about the tolerance: neighbours on whole path units lie in any direction.
+    const auto directionAt = [&](size_t i) {
+        size_t j = i - 1;
+        while (j > 0 && vWay[i].dLength - vWay[j].dLength < dTolerance) --j;
+        return UnitOf(vWay[i].pt - vWay[j].pt, {1, 0});
+    };
+    const auto nextDirectionAt = [&](size_t i) {
+        size_t j = i + 1;
+        while (j + 1 < vWay.size() && vWay[j].dLength - vWay[i].dLength < dTolerance) ++j;
+        return UnitOf(vWay[j].pt - vWay[i].pt, {1, 0});
+    };
+    // Places nearer to each other tell nothing new.
+    const double dSpacing = 2 * dTolerance;
+    double dLast = -dSpacing;
     for (size_t i = 1; i < vWay.size(); ++i) {
         const TInkVector direction = directionAt(i);
         const TInkVector normal = Perpendicular(direction);
@@ -125,11 +143,16 @@ CInkCheck::CInkCheck(const TInkWay& vWay, double dTolerance)
             AddEdge(pt + across, i);
             AddEdge(pt - across, i);
         };
-        addBoth(Mix(vWay[i - 1].pt, vWay[i].pt, 0.5), normal * ((vWay[i - 1].dHalf + vWay[i].dHalf) / 2));
+        if (vWay[i].dLength - vWay[i - 1].dLength > dSpacing)
+            addBoth(Mix(vWay[i - 1].pt, vWay[i].pt, 0.5), normal * ((vWay[i - 1].dHalf + vWay[i].dHalf) / 2));
         if (i + 1 == vWay.size()) break;
-        const TInkVector next = Perpendicular(directionAt(i + 1));
+        const TInkVector nextDirection = nextDirectionAt(i);
+        const bool bTurns = Dot(direction, nextDirection) < STRAIGHT;
+        if (vWay[i].dLength - dLast < dSpacing && !bTurns) continue;
+        dLast = vWay[i].dLength;
+        const TInkVector next = Perpendicular(nextDirection);
         addBoth(vWay[i].pt, UnitOf(normal + next, direction) * vWay[i].dHalf);
-        if (Dot(normal, next) > 0.9) continue;
+        if (!bTurns) continue;
         for (const TInkVector side : {normal, next}) {
             addBoth(vWay[i].pt, side * vWay[i].dHalf);
             addBoth(vWay[i].pt, UnitOf(UnitOf(normal + next, direction) + side, direction) * vWay[i].dHalf);
@@ -141,7 +164,7 @@ CInkCheck::CInkCheck(const TInkWay& vWay, double dTolerance)
         for (const TInkVector d : DIRECTIONS)
             AddEdge(vWay[idx].pt + (outward * d.x + across * d.y) * vWay[idx].dHalf, idx);
     };
-    addCap(0, -directionAt(1));
+    addCap(0, -nextDirectionAt(0));
     addCap(vWay.size() - 1, directionAt(vWay.size() - 1));
 }
 
@@ -163,11 +186,11 @@ bool CInkCheck::IsWithin(TInkVector pt, double d) const {
     return m_grid.Visit({pt, pt}, [&](uint32_t n) { return DistanceTo(n, pt) <= d; });
 }
 
-size_t CInkCheck::NearestTo(TInkVector pt) const {
+size_t CInkCheck::WayAt(TInkVector pt) const {
     size_t idxBest = 0;
-    double dBest = DistanceTo(0, pt);
+    double dBest = std::abs(DistanceTo(0, pt));
     for (size_t i = 1; i + 1 < m_vWay.size(); ++i) {
-        const double d = DistanceTo(i, pt);
+        const double d = std::abs(DistanceTo(i, pt));
         if (d >= dBest) continue;
         dBest = d;
         idxBest = i;
@@ -188,15 +211,30 @@ std::vector<size_t> CInkCheck::FindAll(const std::vector<TPolyBezier>& vShape) c
         const auto isNear = [&](uint32_t n) { return SquareTo(vLines[n], pt) <= dSquare; };
         if (!grid.Visit(TInkBox{pt, pt}.Grown(m_dTolerance), isNear)) vFaults.push_back(idx);
     }
-    for (const TLine& line : vLines)
-        if (!IsWithin(line.to, m_dTolerance)) vFaults.push_back(NearestTo(line.to));
+    // A spike counts where it begins: its tip may be near another part of the way.
+    bool bOut = false;
+    for (const TLine& line : vLines) {
+        const bool bWasOut = std::exchange(bOut, !IsWithin(line.to, m_dTolerance));
+        if (bOut && !bWasOut) vFaults.push_back(WayAt(line.from));
+    }
+    // Where the outline folds it might leave a hole.
+    std::vector<TInkBox> vFolds;
+    for (size_t nCurve = 1; nCurve < vShape.size(); ++nCurve) {
+        TInkBox box{ToVector(vShape[nCurve].front()), ToVector(vShape[nCurve].front())};
+        for (const CPoint pt : vShape[nCurve]) box = box.Union({ToVector(pt), ToVector(pt)});
+        vFolds.push_back(box.Grown(m_dTolerance));
+    }
+    if (vFolds.empty() || vLines.size() > MOST_LINES) return vFaults;
+    const CCellGrid folds(vFolds, LEAST_CELL);
     CFilled filled(vLines, vShape.size());
     for (size_t i = 1; i < m_vWay.size(); ++i) {
-        const TInkVector way = m_vWay[i].pt - m_vWay[i - 1].pt;
-        const TInkVector across = Perpendicular(UnitOf(way, {1, 0})) * (m_vWay[i].dHalf - m_dTolerance);
+        const TInkVector pt = m_vWay[i].pt;
         if (m_vWay[i].dHalf <= m_dTolerance) continue;
+        if (!folds.Visit({pt, pt}, [&](uint32_t n) { return vFolds[n].Has(pt); })) continue;
+        const TInkVector way = pt - m_vWay[i - 1].pt;
+        const TInkVector across = Perpendicular(UnitOf(way, {1, 0})) * (m_vWay[i].dHalf - m_dTolerance);
         for (const double d : {-0.9, 0.0, 0.9})
-            if (!filled.IsFilled(m_vWay[i].pt + across * d)) vFaults.push_back(i);
+            if (!filled.IsFilled(pt + across * d)) vFaults.push_back(i);
     }
     return vFaults;
 }

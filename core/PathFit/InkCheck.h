@@ -22,7 +22,8 @@ private:
     std::vector<size_t> FindAll(const std::vector<TPolyBezier>& vShape) const;
     double DistanceTo(size_t idx, TInkVector pt) const;
     bool IsWithin(TInkVector pt, double d) const;
-    size_t NearestTo(TInkVector pt) const;
+    // The point of the way that an edge's place belongs to.
+    size_t WayAt(TInkVector pt) const;
     void AddEdge(TInkVector pt, size_t idx);
 
     struct TEdge {

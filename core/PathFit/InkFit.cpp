@@ -4,9 +4,11 @@
 #include "core/PathFit/EaseFit.h"
 #include "core/PathFit/InkCheck.h"
 #include "core/PathFit/InkEnds.h"
+#include "core/PathFit/InkTurn.h"
 
 #include <algorithm>
 #include <array>
+#include <limits>
 
 namespace {
 
@@ -19,7 +21,9 @@ constexpr double ALPHA_TOLERANCE = 3;
 constexpr double SNAP = 2;
 /// The reach of a turn, in tolerances.
 constexpr double TURN = 2;
-constexpr int MOST_ROUNDS = 6;
+constexpr int MOST_ROUNDS = 5;
+/// With so many curves a second look has to do.
+constexpr size_t MANY_CURVES = 150;
 
 // The samples of half-widths, or of opacities.
 std::vector<TEaseSample> SamplesOf(const TInkWay& vWay, const std::vector<TCentreCurve>& vCurves,
@@ -95,16 +99,22 @@ TFittedInk Assemble(const TInkWay& vWay, const TInkWay& vDrawn, const std::vecto
     return ink;
 }
 
-// Divides the curves near the faults. False when none could be.
-bool DivideAt(std::vector<TCentreCurve>& vCurves, const std::vector<size_t>& vAll, const TInkWay& vWay,
-              double dTolerance) {
-    // A corner's turn is as good as it gets.
+// Changes the curves near the faults. False when none could be.
+bool Mend(std::vector<TCentreCurve>& vCurves, const std::vector<size_t>& vAll, const TInkWay& vWay,
+          double dTolerance, int nRound) {
+    // A turn is bent a little otherwise each time; the curves beside it are not to blame.
     std::vector<size_t> vFaults = vAll;
-    for (const TCentreCurve& curve : vCurves) {
+    bool bDone = false;
+    for (TCentreCurve& curve : vCurves) {
         if (curve.range.idxFirst != curve.range.idxLast) continue;
-        const double dAt = vWay[curve.range.idxFirst].dLength;
-        std::erase_if(vFaults,
-                      [&](size_t idx) { return std::abs(vWay[idx].dLength - dAt) < TURN * dTolerance; });
+        const TWayPoint& corner = vWay[curve.range.idxFirst];
+        const size_t nBefore = vFaults.size();
+        std::erase_if(vFaults, [&](size_t idx) {
+            return std::abs(vWay[idx].dLength - corner.dLength) < TURN * dTolerance + corner.dHalf / 2;
+        });
+        if (vFaults.size() == nBefore) continue;
+        curve.cubic = BentTurn(curve.cubic, nRound);
+        bDone = true;
     }
     std::vector<size_t> vHit;
     for (size_t n = 0; n < vCurves.size(); ++n) {
@@ -112,7 +122,6 @@ bool DivideAt(std::vector<TCentreCurve>& vCurves, const std::vector<size_t>& vAl
         const auto it = std::lower_bound(vFaults.begin(), vFaults.end(), range.idxFirst);
         if (it != vFaults.end() && *it <= range.idxLast) vHit.push_back(n);
     }
-    bool bDone = false;
     for (size_t i = vHit.size(); i-- > 0;) bDone |= DivideCurve(vCurves, vHit[i], vWay, dTolerance);
     return bDone;
 }
@@ -131,15 +140,22 @@ TFittedInk FitInk(std::span<const TInkDisc> vLine, double dTolerance) {
     const CInkCheck check(vDrawn, dTolerance);
     const size_t nBefore = vWay.size() > vDrawn.size() && ends.bSharpBegin && vWay.front().dHalf == 0 ? 1 : 0;
     TFittedInk ink;
-    for (int nRound = 0; nRound < MOST_ROUNDS; ++nRound) {
-        ink = Assemble(vWay, vDrawn, vCurves, ends, dTolerance);
-        if (nRound + 1 == MOST_ROUNDS) break;
+    std::vector<TCentreCurve> vBest;
+    size_t nLeast = std::numeric_limits<size_t>::max();
+    const int nRounds = vCurves.size() > MANY_CURVES ? 2 : MOST_ROUNDS;
+    for (int nRound = 0; nRound < nRounds; ++nRound) {
+        TFittedInk next = Assemble(vWay, vDrawn, vCurves, ends, dTolerance);
         std::vector<size_t> vFaults =
-            check.FindFaults(MakeInkPath(ink)->GetStream().GetShape(STATE_COMMITTED));
-        if (vFaults.empty()) break;
+            check.FindFaults(MakeInkPath(next)->GetStream().GetShape(STATE_COMMITTED));
+        if (vFaults.size() < nLeast) {
+            nLeast = vFaults.size();
+            ink = std::move(next);
+            vBest = vCurves;
+        }
         for (size_t& idx : vFaults) idx += nBefore;
-        if (!DivideAt(vCurves, vFaults, vWay, dTolerance)) break;
+        if (vFaults.empty() || !Mend(vCurves, vFaults, vWay, dTolerance, nRound)) break;
     }
+    vCurves = std::move(vBest);
     ink.vAlphas = FitEase(SamplesOf(vWay, vCurves, dTolerance, true), {});
     return ink;
 }

@@ -86,7 +86,7 @@ bool IsMitreEnough(const TInkCorner& corner, double dMost) {
     return corner.dHalf <= dMost || MitreOf(corner.in, corner.out, corner.dHalf) <= dMost;
 }
 
-TInkCubic TurnAt(const TInkCorner& corner, double dReach, double dTolerance) {
+TInkCubic TurnAt(const TInkCorner& corner, double dReach, double dTolerance, size_t& nBuilds) {
     const auto& [pt, in, out, dHalf] = corner;
     // A line that runs back on itself turns to the side that it turns to by less than half a circle.
     const double dSide = Cross(in, out) < 0 ? -1 : 1;
@@ -118,13 +118,15 @@ TInkCubic TurnAt(const TInkCorner& corner, double dReach, double dTolerance) {
             for (const double dHandle : std::array{0.45, 0.6, 0.8})
                 for (const double dShift : std::array{0.0, 0.75, 1.5}) offer(dShare, dApart, dHandle, dShift);
     if (vTries.empty()) return {pt, pt, pt, pt};
-    constexpr size_t MOST_BUILT = 16;
+    constexpr size_t MOST_BUILT = 12;
     std::stable_sort(vTries.begin(), vTries.end(),
                      [](const TTry& a, const TTry& b) { return a.dError < b.dError; });
     vTries.resize(std::min(vTries.size(), MOST_BUILT));
     TInkCubic best = vTries.front().turn;
     size_t nBest = std::numeric_limits<size_t>::max();
     for (const TTry& attempt : vTries) {
+        if (nBuilds == 0) break;
+        --nBuilds;
         const size_t nFaults = CountFaults(corner, attempt.turn, dTolerance);
         if (nFaults >= nBest) continue;
         nBest = nFaults;
@@ -132,4 +134,13 @@ TInkCubic TurnAt(const TInkCorner& corner, double dReach, double dTolerance) {
         if (nFaults == 0) break;
     }
     return best;
+}
+
+TInkCubic BentTurn(const TInkCubic& turn, int nTry) {
+    const TInkVector fore = turn.p1 - turn.p0, back = turn.p2 - turn.p3;
+    const double dMore = 1 + 0.5 * (nTry / 2);
+    const auto longer = [&](TInkVector v) { return HandleOf(UnitOf(v, {}), LengthOf(v) + dMore); };
+    const bool bFore = nTry % 2 == 0;
+    return {turn.p0, turn.p0 + (bFore ? longer(fore) : fore), turn.p3 + (bFore ? back : longer(back)),
+            turn.p3};
 }

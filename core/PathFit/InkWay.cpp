@@ -18,8 +18,10 @@ constexpr double HOOK_TURN = 0.7;
 constexpr size_t LONGEST_RUN = 16;  ///< points left out one after the other
 constexpr double LONGEST_CHORD = 1; ///< half-widths, at least tolerances
 constexpr size_t MOST_PARTS = 16;   ///< of a chord
-/// A smaller slope of the radii makes no difference.
-constexpr double LEAST_SLOPE = 0.02;
+/// Discs that may reach out beside a place are looked for so far away, in its half-widths, and not all of
+/// them where it has many path units.
+constexpr double REACH = 0.8;
+constexpr double LOOKS = 64;
 constexpr size_t LONGEST_END = 4096; ///< points that an end may cover
 
 double ClampedPlace(double d) {
@@ -142,21 +144,20 @@ void MeasureWay(TInkWay& vWay) {
         vWay[i].dLength = dLength;
         vWay[i].dWide = vWay[i].dHalf;
     }
-    // The edge of the discs between two points leans by the slope of their radii, and touches each of them
-    // before its place or behind it.
-    for (size_t i = 1; i < vWay.size(); ++i) {
-        const TWayPoint& from = vWay[i - 1];
-        const TWayPoint& to = vWay[i];
-        const double dStep = to.dLength - from.dLength;
-        if (dStep <= std::abs(to.dHalf - from.dHalf)) continue;
-        const double dSlope = (to.dHalf - from.dHalf) / dStep;
-        if (std::abs(dSlope) < LEAST_SLOPE) continue;
-        const double dLean = std::sqrt(1 - dSlope * dSlope);
-        const double dFirst = from.dLength - dSlope * from.dHalf, dLast = to.dLength - dSlope * to.dHalf;
-        const auto isBefore = [](const TWayPoint& point, double d) { return point.dLength < d; };
-        for (auto it = std::lower_bound(vWay.begin(), vWay.end(), dFirst, isBefore);
-             it != vWay.end() && it->dLength <= dLast; ++it)
-            it->dWide = std::max(it->dWide, (from.dHalf + dSlope * (it->dLength - from.dLength)) / dLean);
+    // Beside a place the edge is that of the disc that reaches out farthest there.
+    for (size_t i = 0; i < vWay.size(); ++i) {
+        TWayPoint& point = vWay[i];
+        const auto look = [&](size_t j) {
+            const double dAway = vWay[j].dLength - point.dLength;
+            const double dSquare = vWay[j].dHalf * vWay[j].dHalf - dAway * dAway;
+            if (dSquare > point.dWide * point.dWide) point.dWide = std::sqrt(dSquare);
+            return std::abs(dAway) <= REACH * point.dHalf;
+        };
+        const size_t nStep = 1 + static_cast<size_t>(point.dHalf / LOOKS);
+        for (size_t j = i + nStep; j < vWay.size() && look(j); j += nStep) {
+        }
+        for (size_t j = i; j >= nStep && look(j - nStep); j -= nStep) {
+        }
     }
 }
 

@@ -102,6 +102,11 @@ private:
     void SampleDiscs(size_t i) {
         const TInkDisc& a = m_vLine[i];
         const TInkDisc& b = m_vLine[std::min(i + 1, m_vLine.size() - 1)];
+        // Of discs that lie within a path unit, as of a slow pen, one is enough.
+        const bool bLast = i + 2 >= m_vLine.size();
+        if (i > 0 && !bLast && LengthOf(At(a) - m_ptSampled) < 0.8 && a.dHalf <= m_dSampled) return;
+        m_ptSampled = At(a);
+        m_dSampled = a.dHalf;
         const int nParts = static_cast<int>(LengthOf(At(b) - At(a))) + 1;
         const TInkVector across = Perpendicular(UnitOf(At(b) - At(a), {1, 0}));
         for (double d = 1 - a.dHalf; d < a.dHalf; d += 2) m_vInside.push_back(At(a) + across * d);
@@ -161,7 +166,9 @@ private:
     std::vector<TChord> m_vChords;
     int m_nCurves = 0;
     std::unordered_map<double, std::vector<size_t>>
-        m_mapRows; ///< chords by the rows of one unit that they cross
+        m_mapRows;          ///< chords by the rows of one unit that they cross
+    TInkVector m_ptSampled; ///< the disc that was sampled last
+    double m_dSampled = 0;
     std::vector<TInkVector> m_vDrawn;
     std::vector<TInkVector> m_vInside; ///< the discs
     std::vector<TInkVector> m_vOutline;

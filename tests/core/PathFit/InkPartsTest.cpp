@@ -1,0 +1,112 @@
+// The parts of the fit: the line that a stroke draws, eased marks, corners, and the check of an outline.
+#include "core/PathFit/EaseFit.h"
+#include "core/PathFit/InkCheck.h"
+#include "core/PathFit/InkCorners.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+namespace {
+
+TEST(InkLine, FollowsThePointsWithTheBrushsWidths) {
+    TBrushParam param;
+    param.CurveStrength = 0;
+    param.BrushRadius = 8;
+    param.BrushAlpha = 200;
+    const auto vLine = DrawnLine({{0, 0, 0, UPRIGHT},
+                                  {80, 0, FULL_PRESSURE, UPRIGHT},
+                                  {80, 80, 512, UPRIGHT},
+                                  {80, 90, 0, UPRIGHT},
+                                  {80, 99, 0, UPRIGHT}},
+                                 param);
+    // From the last disc without pressure to the first one.
+    ASSERT_EQ(25U, vLine.size());
+    EXPECT_EQ(0, vLine.front().dHalf);
+    EXPECT_EQ(80, vLine[8].x);
+    EXPECT_EQ(32, vLine[8].dHalf);
+    EXPECT_NEAR(16, vLine[16].dHalf, 0.5);
+    EXPECT_EQ(80, vLine[16].y);
+    EXPECT_EQ(200, vLine[16].dAlpha);
+    EXPECT_TRUE(DrawnLine({{0, 0, 0, UPRIGHT}, {80, 0, 0, UPRIGHT}}, param).empty());
+    param.CurveStrength = 2;
+    const auto vSmooth = DrawnLine(
+        {{0, 0, FULL_PRESSURE, UPRIGHT}, {80, 0, FULL_PRESSURE, UPRIGHT}, {80, 80, FULL_PRESSURE, UPRIGHT}},
+        param);
+    EXPECT_LT(vSmooth[16].x, 80);
+    EXPECT_GT(vSmooth[16].y, 0);
+}
+
+std::vector<TEaseSample> Samples(const std::function<double(double)>& fnValue) {
+    std::vector<TEaseSample> vSamples;
+    for (uint32_t n = 0; n <= 200; ++n) vSamples.push_back({n * 300, n * 4.0, fnValue(n / 200.0), 1});
+    return vSamples;
+}
+
+TEST(EaseFit, FollowsValuesWithTheFewestMarks) {
+    const auto ease = [](double x) { return x * x * (3 - 2 * x); };
+    EXPECT_EQ(1U, FitEase(Samples([](double) { return 20; }), {}).size());
+    const auto vS =
+        FitEase(Samples([&](double x) { return 10 + 80 * ease(std::clamp(2 * x - 0.5, 0.0, 1.0)); }), {});
+    ASSERT_EQ(2U, vS.size());
+    EXPECT_NEAR(10, vS[0].uValue, 1);
+    EXPECT_NEAR(90, vS[1].uValue, 1);
+    EXPECT_NEAR(200 * 300 / 4, vS[0].t, 2000);
+    // A taper of the sharp ends' own shape takes one mark, a straight one more.
+    const auto vTaper =
+        FitEase(Samples([](double x) { return 60 * SharpShare(std::min(2 * x, 1.0)); }), {true, false});
+    EXPECT_EQ(1U, vTaper.size());
+    EXPECT_GT(FitEase(Samples([](double x) { return 60 * x; }), {}).size(), 3U);
+}
+
+TInkWay Way(const std::vector<TInkVector>& vPoints, double dHalf) {
+    TInkWay vWay;
+    for (const TInkVector pt : vPoints) vWay.push_back({pt, dHalf, 255});
+    MeasureWay(vWay);
+    return vWay;
+}
+
+TEST(InkCorners, AreSharpTurnsOnly) {
+    std::vector<TInkVector> vPoints;
+    for (int n = 0; n <= 40; ++n) vPoints.push_back({n * 2.0, 0});
+    for (int n = 1; n <= 40; ++n) vPoints.push_back({80, n * 2.0});
+    EXPECT_EQ(std::vector<size_t>{40}, FindCorners(Way(vPoints, 8), 2.8));
+    const TWayTangent before = TangentAt(Way(vPoints, 8), 40, 0, 40, 2.8);
+    EXPECT_NEAR(1, before.direction.x, 1e-6);
+    EXPECT_EQ(80, before.pt.x);
+    vPoints.clear();
+    for (int n = 0; n <= 60; ++n) vPoints.push_back({20 * std::cos(n * 0.1), 20 * std::sin(n * 0.1)});
+    EXPECT_TRUE(FindCorners(Way(vPoints, 8), 2.8).empty());
+}
+
+TEST(InkWay, EdgesOfGrowingDiscsLean) {
+    // Radii that grow by 3 to 5 touch lines that lean by 4 to 5.
+    TInkWay vWay;
+    for (int n = 0; n <= 100; ++n) vWay.push_back({{n * 5.0, 0}, 10 + n * 3.0, 255});
+    MeasureWay(vWay);
+    EXPECT_NEAR((10 + 20 * 3.0) / 0.8, vWay[20].dWide, 0.2);
+}
+
+TEST(InkCheck, FindsInkThatIsMissingOrTooMuch) {
+    const auto vWay = Way({{0, 0}, {100, 0}, {200, 0}, {300, 0}}, 10);
+    const CInkCheck check(vWay, 4.5);
+    const auto box = [](int32_t x0, int32_t x1, int32_t nHigh) {
+        TPolyBezier v{{x0, -10}};
+        for (const CPoint pt : {CPoint{x1, -10}, CPoint{x1, nHigh}, CPoint{x0, nHigh}, CPoint{x0, -10}})
+            v.insert(v.end(), {v.back(), pt, pt});
+        return v;
+    };
+    const auto isFaulty = [&](const TPolyBezier& v) { return !check.FindFaults({v}).empty(); };
+    EXPECT_EQ(check.FindFaults({box(-10, 250, 10)}), (std::vector<size_t>{3}));
+    EXPECT_FALSE(isFaulty(box(-10, 310, 10)));
+    EXPECT_TRUE(isFaulty(box(-10, 310, 16)));
+    EXPECT_TRUE(isFaulty(box(-10, 310, 4)));
+    EXPECT_TRUE(isFaulty(box(-16, 310, 10)));
+    // A fold tells that there may be holes: here between two halves.
+    EXPECT_EQ(check.FindFaults({box(-10, 150, 10), box(80, 160, 10), box(190, 310, 10), box(180, 210, 10)}),
+              std::vector<size_t>{});
+    EXPECT_EQ(check.FindFaults({box(-10, 192, 10), box(180, 195, 10), box(208, 310, 10)}),
+              (std::vector<size_t>{2}));
+}
+
+} // namespace
