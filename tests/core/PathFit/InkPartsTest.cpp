@@ -2,6 +2,7 @@
 #include "core/PathFit/EaseFit.h"
 #include "core/PathFit/InkCheck.h"
 #include "core/PathFit/InkCorners.h"
+#include "core/PathFit/InkTurn.h"
 
 #include <gtest/gtest.h>
 
@@ -59,6 +60,31 @@ TEST(EaseFit, FollowsValuesWithTheFewestMarks) {
     EXPECT_GT(FitEase(Samples([](double x) { return 60 * x; }), {}).size(), 3U);
 }
 
+TEST(EaseFit, SharpEndsRiseAsTheirCurve) {
+    // Its middle: lengths 0, 1/6, 2/3, 1 and widths 0, 1/3, 1, 1.
+    EXPECT_NEAR(0.625, SharpShare(0.4375), 1e-9);
+    EXPECT_EQ(1, SharpShare(1));
+}
+
+TEST(InkTurn, BestOneNeedsFewOutlines) {
+    for (const TInkVector out :
+         {TInkVector{0, 1}, TInkVector{-0.6, 0.8}, TInkVector{-0.8, -0.6}, TInkVector{-1, 0}}) {
+        size_t nBuilds = 12;
+        const TInkCubic turn = TurnAt({{0, 0}, {1, 0}, out, 24}, 3.4, 2.4, nBuilds);
+        EXPECT_GE(nBuilds, 9U) << out.x;
+        EXPECT_LE(LengthOf(turn.At(0.5)), 3) << out.x;
+        // Without any the outer side's own places decide.
+        nBuilds = 0;
+        const TInkCubic guess = TurnAt({{0, 0}, {1, 0}, out, 24}, 3.4, 2.4, nBuilds);
+        for (const double t : {0.25, 0.5, 0.75}) {
+            const TInkVector slope = guess.SlopeAt(t);
+            EXPECT_NEAR(24, LengthOf(guess.At(t) + TInkVector{slope.y, -slope.x} * (24 / LengthOf(slope))),
+                        2.4)
+                << out.x;
+        }
+    }
+}
+
 TInkWay Way(const std::vector<TInkVector>& vPoints, double dHalf) {
     TInkWay vWay;
     for (const TInkVector pt : vPoints) vWay.push_back({pt, dHalf, 255});
@@ -102,11 +128,12 @@ TEST(InkCheck, FindsInkThatIsMissingOrTooMuch) {
     EXPECT_TRUE(isFaulty(box(-10, 310, 16)));
     EXPECT_TRUE(isFaulty(box(-10, 310, 4)));
     EXPECT_TRUE(isFaulty(box(-16, 310, 10)));
-    // A fold tells that there may be holes: here between two halves.
-    EXPECT_EQ(check.FindFaults({box(-10, 150, 10), box(80, 160, 10), box(190, 310, 10), box(180, 210, 10)}),
-              std::vector<size_t>{});
-    EXPECT_EQ(check.FindFaults({box(-10, 192, 10), box(180, 195, 10), box(208, 310, 10)}),
-              (std::vector<size_t>{2}));
+    // A hole inside, which is looked for where there is a fold.
+    TPolyBezier vHole = box(-10, 310, 10);
+    for (const CPoint pt :
+         {CPoint{194, -6}, CPoint{194, 6}, CPoint{206, 6}, CPoint{206, -6}, CPoint{194, -6}, vHole[0]})
+        vHole.insert(vHole.end(), {vHole.back(), pt, pt});
+    EXPECT_EQ(check.FindFaults({vHole, box(180, 196, 10)}), (std::vector<size_t>{2}));
 }
 
 } // namespace
