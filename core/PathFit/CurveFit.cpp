@@ -100,7 +100,7 @@ TInkCubic CCurveFit::Solve(const TWayRange& range, const TCurveEnd& from, const 
         dFore = (d1 * d22 - d2 * d12) / dDivisor;
         dBack = (d11 * d2 - d12 * d1) / dDivisor;
     }
-    // Where one handle has no sensible length the other is fitted alone.
+    // A handle without a sensible length is clamped, and the other one is fitted alone.
     if (!(dFore >= dLeast && dFore <= dMost)) {
         dFore = std::clamp(dFore, dLeast, dMost);
         if (d22 > 0) dBack = (d2 - d12 * dFore) / d22;

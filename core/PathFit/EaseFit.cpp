@@ -15,7 +15,7 @@ constexpr double MOST_LENGTH = 1 << 26;
 constexpr int MOST_FAILURES = 48;
 /// Whole values that are tried above and below the own one.
 constexpr int SPREAD = 1;
-/// What a mark costs that leaves values outside their tolerances.
+/// The cost of a mark that leaves values outside their tolerances.
 constexpr double BAD = 1000;
 
 enum class EShape { Level, Sharp, Ease };

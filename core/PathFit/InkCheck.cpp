@@ -5,7 +5,7 @@
 
 namespace {
 
-/// What lies so far inside, in tolerances, is no edge.
+/// Places farther inside than this, in tolerances, are not on the edge.
 constexpr double INSIDE = 0.1;
 /// Of the chords that stand for an outline's curve, in path units.
 constexpr double FLATNESS = 0.2;

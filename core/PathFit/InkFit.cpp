@@ -12,7 +12,7 @@
 
 namespace {
 
-/// What the rounding of the width and of the outline take of the tolerance, in path units.
+/// The part of the tolerance that the rounding of width and outline takes, in path units.
 constexpr double ROUNDING = 0.5;
 /// A half-width may be off by that and this part of itself: thin lines keep their weight.
 constexpr double WIDTH_SHARE = 0.25;
@@ -24,6 +24,11 @@ constexpr double TURN = 2;
 constexpr int MOST_ROUNDS = 5;
 /// With so many curves a second look has to do.
 constexpr size_t MANY_CURVES = 150;
+/// An outline that is off by so many tolerances, and by so many path units, has a spike or a hole.
+constexpr double GROSS = 1.3;
+constexpr double LEAST_GROSS = 5.6;
+/// Tolerances, in path units, that are tried in turn after such an outline; the first is the usual one.
+constexpr std::array OTHERS{2.8, 2.0, 5.6, 1.2, 11.2};
 
 // The samples of half-widths, or of opacities.
 std::vector<TEaseSample> SamplesOf(const TInkWay& vWay, const std::vector<TCentreCurve>& vCurves,
@@ -126,36 +131,72 @@ bool Mend(std::vector<TCentreCurve>& vCurves, const std::vector<size_t>& vAll, c
     return bDone;
 }
 
-} // namespace
+struct TFit {
+    TFittedInk ink;
+    boost::shared_ptr<COpenPathObject> spPath; ///< without the opacities; null where none was built
+};
 
-TFittedInk FitInk(std::span<const TInkDisc> vLine, double dTolerance) {
-    dTolerance = std::clamp(dTolerance, LEAST_INK_TOLERANCE, MOST_INK_TOLERANCE);
-    const TInkWay vDrawn = MakeInkWay(vLine, dTolerance);
-    if (vDrawn.empty()) return {};
-    if (vDrawn.size() == 1) return MakeDot(vDrawn.front());
+TFit FitWay(const TInkWay& vDrawn, double dTolerance) {
     const TEaseEnds ends{IsTapering(vDrawn, true, dTolerance), IsTapering(vDrawn, false, dTolerance)};
     TInkWay vWay = vDrawn;
     ExtendTapers(vWay, ends.bSharpBegin, ends.bSharpEnd);
     std::vector<TCentreCurve> vCurves = FitCentre(vWay, dTolerance);
     const CInkCheck check(vDrawn, dTolerance);
     const size_t nBefore = vWay.size() > vDrawn.size() && ends.bSharpBegin && vWay.front().dHalf == 0 ? 1 : 0;
-    TFittedInk ink;
+    TFit best;
     std::vector<TCentreCurve> vBest;
     size_t nLeast = std::numeric_limits<size_t>::max();
     const int nRounds = vCurves.size() > MANY_CURVES ? 2 : MOST_ROUNDS;
     for (int nRound = 0; nRound < nRounds; ++nRound) {
-        TFittedInk next = Assemble(vWay, vDrawn, vCurves, ends, dTolerance);
-        std::vector<size_t> vFaults =
-            check.FindFaults(MakeInkPath(next)->GetStream().GetShape(STATE_COMMITTED));
+        TFittedInk ink = Assemble(vWay, vDrawn, vCurves, ends, dTolerance);
+        const auto spPath = MakeInkPath(ink);
+        std::vector<size_t> vFaults = check.FindFaults(spPath->GetStream().GetShape(STATE_COMMITTED));
         if (vFaults.size() < nLeast) {
             nLeast = vFaults.size();
-            ink = std::move(next);
+            best = {std::move(ink), spPath};
             vBest = vCurves;
         }
         for (size_t& idx : vFaults) idx += nBefore;
         if (vFaults.empty() || !Mend(vCurves, vFaults, vWay, dTolerance, nRound)) break;
     }
-    vCurves = std::move(vBest);
-    ink.vAlphas = FitEase(SamplesOf(vWay, vCurves, dTolerance, true), {});
-    return ink;
+    best.ink.vAlphas = FitEase(SamplesOf(vWay, vBest, dTolerance, true), {});
+    return best;
+}
+
+TFit FitLine(std::span<const TInkDisc> vLine, double dTolerance) {
+    dTolerance = std::clamp(dTolerance, LEAST_INK_TOLERANCE, MOST_INK_TOLERANCE);
+    const TInkWay vDrawn = MakeInkWay(vLine, dTolerance);
+    if (vDrawn.empty()) return {};
+    if (vDrawn.size() == 1) return {MakeDot(vDrawn.front()), {}};
+    TFit best = FitWay(vDrawn, dTolerance);
+    const CInkCheck gross(vDrawn, std::max(GROSS * dTolerance, LEAST_GROSS));
+    const auto count = [&](const TFit& fit) {
+        return gross.CountFaults(fit.spPath->GetStream().GetShape(STATE_COMMITTED));
+    };
+    size_t nLeast = count(best);
+    for (const double dOther : OTHERS) {
+        if (nLeast == 0) break;
+        const TInkWay vWay = MakeInkWay(vLine, dOther);
+        if (dOther == dTolerance || vWay.size() == 1) continue;
+        TFit fit = FitWay(vWay, dOther);
+        const size_t nFaults = count(fit);
+        if (nFaults >= nLeast) continue;
+        nLeast = nFaults;
+        best = std::move(fit);
+    }
+    return best;
+}
+
+} // namespace
+
+TFittedInk FitInk(std::span<const TInkDisc> vLine, double dTolerance) {
+    return FitLine(vLine, dTolerance).ink;
+}
+
+boost::shared_ptr<COpenPathObject> FitInkPath(std::span<const TInkDisc> vLine, double dTolerance) {
+    const TFit fit = FitLine(vLine, dTolerance);
+    if (fit.ink.vAnchors.empty()) return {};
+    if (!fit.spPath) return MakeInkPath(fit.ink);
+    if (AddOpacities(fit.spPath->GetStream(), fit.ink.vAlphas)) fit.spPath->Update();
+    return fit.spPath;
 }

@@ -31,7 +31,7 @@ struct TFittedEnd {
 
 /// A stroke that was fitted to a line.
 struct TFittedInk {
-    std::vector<TFittedAnchor> vAnchors; ///< none for a line without discs
+    std::vector<TFittedAnchor> vAnchors; ///< none for a line of which nothing can be seen
     uint32_t uWidth = 1;                 ///< base half-width
     std::vector<TFittedMark> vWidths;    ///< sorted by `t`; empty for a constant width
     std::vector<TFittedMark> vAlphas;    ///< sorted by `t`; at least one when there is an anchor
@@ -51,3 +51,9 @@ TFittedInk FitInk(std::span<const TInkDisc> vLine, double dTolerance);
 /// The path of a fitted stroke, updated; without anchors for a stroke without them, and without opacity marks
 /// for one that is opaque.
 boost::shared_ptr<COpenPathObject> MakeInkPath(const TFittedInk& ink);
+
+/// The path of the stroke that FitInk fits, updated; null for a line of which nothing can be seen.
+boost::shared_ptr<COpenPathObject> FitInkPath(std::span<const TInkDisc> vLine, double dTolerance);
+
+/// Adds the opacity marks to a path unless all are opaque. True when it did: the path is to be updated.
+bool AddOpacities(COpenPathStream& stream, const std::vector<TFittedMark>& vAlphas);

@@ -15,6 +15,16 @@ boost::shared_ptr<COpenPathTermBase> MakeEnd(const TFittedEnd& end, bool bBegin)
 
 } // namespace
 
+bool AddOpacities(COpenPathStream& stream, const std::vector<TFittedMark>& vAlphas) {
+    const auto isOpaque = [](const TFittedMark& mark) {
+        return mark.uValue >= CPathAlphaControlPoint::FULL_ALPHA;
+    };
+    if (std::ranges::all_of(vAlphas, isOpaque)) return false;
+    for (const TFittedMark& mark : vAlphas)
+        stream.AddAlphaPoint(mark.t)->SetAlpha(CDualValue<uint32_t>(mark.uValue));
+    return true;
+}
+
 boost::shared_ptr<COpenPathObject> MakeInkPath(const TFittedInk& ink) {
     const auto spPath = boost::make_shared<COpenPathObject>();
     if (ink.vAnchors.empty()) return spPath;
@@ -34,12 +44,7 @@ boost::shared_ptr<COpenPathObject> MakeInkPath(const TFittedInk& ink) {
         vWidths.push_back(spWidth);
     }
     stream.SetWidthPoints(vWidths);
-    const auto isOpaque = [](const TFittedMark& mark) {
-        return mark.uValue >= CPathAlphaControlPoint::FULL_ALPHA;
-    };
-    if (!std::ranges::all_of(ink.vAlphas, isOpaque))
-        for (const TFittedMark& mark : ink.vAlphas)
-            stream.AddAlphaPoint(mark.t)->SetAlpha(CDualValue<uint32_t>(mark.uValue));
+    AddOpacities(stream, ink.vAlphas);
     stream.SetTerm(MakeEnd(ink.begin, true));
     stream.SetTerm(MakeEnd(ink.end, false));
     spPath->Update();

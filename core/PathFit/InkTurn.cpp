@@ -9,10 +9,10 @@
 
 namespace {
 
-/// Where its derivative is smaller an outline takes the direction from farther along the curve.
+/// An outline takes the direction from farther along a curve whose derivative is smaller than this.
 constexpr double LEAST_SLOPE = 4.2;
 
-// What a mitre between two edges stands out by.
+// The distance by which a mitre between two edges stands out of the round corner.
 double MitreOf(TInkVector a, TInkVector b, double dHalf) {
     const double dHalfCos = std::sqrt(std::max(0.0, (1 + Dot(a, b)) / 2));
     return dHalfCos > 0 ? dHalf * (1 - dHalfCos) / dHalfCos : std::numeric_limits<double>::max();

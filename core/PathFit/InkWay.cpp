@@ -23,6 +23,10 @@ constexpr size_t MOST_PARTS = 16;   ///< of a chord
 constexpr double REACH = 0.8;
 constexpr double LOOKS = 64;
 constexpr size_t LONGEST_END = 4096; ///< points that an end may cover
+/// The half-width, in path units, below which an end is not seen: it covers less than a fifth of its pixels.
+constexpr double FAINT = 0.8;
+/// The same for a whole line.
+constexpr double INVISIBLE = 0.25;
 
 double ClampedPlace(double d) {
     constexpr double LIMIT = PATH_COORDINATE_LIMIT / 2;
@@ -68,6 +72,15 @@ Iterator EndOfHook(Iterator itBegin, Iterator itEnd, double dTolerance) {
     if (itAway == itEnd) return itBegin;
     const TInkVector line = itAway->pt - itHook->pt;
     return Dot(hook, line) < HOOK_TURN * LengthOf(hook) * LengthOf(line) ? itHook : itBegin;
+}
+
+// The line without faint ends; empty when none of it can be seen.
+std::span<const TInkDisc> WithoutFaintEnds(std::span<const TInkDisc> vLine) {
+    double dMost = 0;
+    for (const TInkDisc& disc : vLine) dMost = std::max(dMost, disc.dHalf);
+    if (dMost < INVISIBLE) return {};
+    const auto isSeen = [&](const TInkDisc& disc) { return disc.dHalf >= std::min(FAINT, dMost); };
+    return {std::ranges::find_if(vLine, isSeen), std::find_if(vLine.rbegin(), vLine.rend(), isSeen).base()};
 }
 
 TInkWay WithoutDwelling(std::span<const TInkDisc> vLine, double dNear) {
@@ -162,8 +175,8 @@ void MeasureWay(TInkWay& vWay) {
 }
 
 TInkWay MakeInkWay(std::span<const TInkDisc> vLine, double dTolerance) {
-    if (vLine.empty()) return {};
-    TInkWay vWay = WithoutDwelling(vLine, NEAR * dTolerance);
+    TInkWay vWay = WithoutDwelling(WithoutFaintEnds(vLine), NEAR * dTolerance);
+    if (vWay.empty()) return {};
     const auto itLargest = std::max_element(vWay.begin(), vWay.end(),
                                             [](const auto& a, const auto& b) { return a.dHalf < b.dHalf; });
     const auto isInDot = [&](const TWayPoint& point) { return Covers(*itLargest, point, DOT * dTolerance); };

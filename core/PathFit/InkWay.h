@@ -20,8 +20,8 @@ using TInkWay = std::vector<TWayPoint>;
 
 /// The way of a line: dots and dwelling become one point; discs at an end that another one covers are left
 /// out, so an end shows its real half-width, and so is a hook there smaller than the tolerance. Points that
-/// lie nearly on a straight line are left out, and long stretches between points divided. At least one point
-/// for a line with discs.
+/// lie nearly on a straight line are left out, and long stretches between points divided. Ends too thin to be
+/// seen are left out; empty for a line of which nothing can be seen.
 TInkWay MakeInkWay(std::span<const TInkDisc> vLine, double dTolerance);
 
 /// Sets the lengths and the widths across the way anew.

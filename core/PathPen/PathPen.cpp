@@ -76,8 +76,9 @@ void CPathPen::FinishStroke(const boost::shared_ptr<CRasterStroke>& spStroke, co
     if (!spLayer) throw internal_error(L"CommitStroke: VectorBuffer not found");
     const TBrushParam& param = spStroke->GetParam();
     const auto vLine = DrawnLine(ControlPointsOf(input, param.CurveStrength), param);
-    const auto spPath = MakeInkPath(FitInk(vLine, m_penParam.uTolerance * UNITS_OF_HUNDREDTH));
+    const auto spPath = FitInkPath(vLine, m_penParam.uTolerance * UNITS_OF_HUNDREDTH);
     spLayer->SetStroke({});
+    if (!spPath) return; // pressed too lightly to draw
     spLayer->InsertPath(spPath);
     try {
         GetCanvas()->GetHistory().Register(boost::make_shared<CAddDelPathHistory<0>>(
@@ -87,5 +88,4 @@ void CPathPen::FinishStroke(const boost::shared_ptr<CRasterStroke>& spStroke, co
         throw;
     }
     spLayer->SelectPath(spPath);
-    GetOutside().fnNotify(EToolNotice::ToolChanged);
 }

@@ -21,7 +21,8 @@ constexpr double INK_FAR = 256;
 /// Ink that one of them has beside the other: the shape's edge outside the discs to their edge, places of the
 /// discs outside the shape to its edge. Where both have ink there is no distance, so a slit that closes
 /// counts by its width. The places are one path unit apart, inside the discs two. The shape is closed curves
-/// of non-zero winding, of which each is filled; the discs are swept from one to the next.
+/// of non-zero winding, of which each is filled; the discs are swept from one to the next. Discs that are too
+/// thin to be seen, as at the ends of a stroke, need not be covered.
 class CInkDistance {
 public:
     CInkDistance(std::span<const TInkDisc> vLine, const std::vector<TPolyBezier>& vShape)
@@ -107,6 +108,8 @@ private:
         if (i > 0 && !bLast && LengthOf(At(a) - m_ptSampled) < 0.8 && a.dHalf <= m_dSampled) return;
         m_ptSampled = At(a);
         m_dSampled = a.dHalf;
+        constexpr double FAINT = 0.8;
+        if (std::max(a.dHalf, b.dHalf) < FAINT) return;
         const int nParts = static_cast<int>(LengthOf(At(b) - At(a))) + 1;
         const TInkVector across = Perpendicular(UnitOf(At(b) - At(a), {1, 0}));
         for (double d = 1 - a.dHalf; d < a.dHalf; d += 2) m_vInside.push_back(At(a) + across * d);

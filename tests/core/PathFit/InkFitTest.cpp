@@ -41,11 +41,12 @@ TEST(InkFit, HandsStayNearWithFewPoints) {
         size_t nAnchors, nMarks;
     };
     const std::map<std::string, TLimit> mapLimits{
-        {"jitter", {0.36, 50, 10}},   {"slow", {0.36, 16, 11}},    {"fast", {0.36, 7, 9}},
-        {"hatching", {0.95, 108, 6}}, {"letters", {0.38, 34, 29}}, {"circles", {0.36, 26, 6}},
-        {"spiral", {0.36, 17, 12}},   {"zigzag", {0.37, 31, 9}},   {"swell", {0.55, 10, 38}},
-        {"tap", {0.36, 2, 0}},        {"retrace", {0.36, 24, 8}},  {"tremor", {0.36, 240, 25}},
+        {"jitter", {0.39, 50, 12}},   {"slow", {0.36, 18, 11}},    {"fast", {1.65, 10, 9}},
+        {"hatching", {0.75, 108, 6}}, {"letters", {0.36, 34, 29}}, {"circles", {0.36, 26, 6}},
+        {"spiral", {0.37, 18, 12}},   {"zigzag", {0.47, 31, 9}},   {"swell", {0.48, 10, 39}},
+        {"tap", {0.36, 2, 0}},        {"retrace", {0.36, 24, 9}},  {"tremor", {0.41, 240, 25}},
     };
+    // The hairline at the end of a fast stroke may be a pixel shorter.
     for (const THand& hand : AllHands()) {
         const auto vLine = DrawnLine(hand.vPoints, hand.param);
         const TFittedInk ink = FitInk(vLine, TOLERANCE);
@@ -53,6 +54,18 @@ TEST(InkFit, HandsStayNearWithFewPoints) {
         EXPECT_LE(ErrorOf(vLine, ink) / 8, limit.dMost) << hand.strName;
         EXPECT_LE(ink.vAnchors.size(), limit.nAnchors) << hand.strName;
         EXPECT_LE(ink.vWidths.size(), limit.nMarks) << hand.strName;
+    }
+}
+
+TEST(InkFit, NoToleranceMakesSpikes) {
+    // The outline of a narrow turn can stand out by many pixels when curve and tolerance do not suit.
+    const std::map<std::string, double> mapPixels{{"hatching", 4}, {"retrace", 0.1}};
+    for (const THand& hand : AllHands()) {
+        const auto it = mapPixels.find(hand.strName);
+        if (it == mapPixels.end()) continue;
+        const auto vLine = DrawnLine(hand.vPoints, hand.param);
+        EXPECT_LE(ErrorOf(vLine, FitInk(vLine, it->second * 8)) / 8, std::max(0.8, it->second))
+            << hand.strName;
     }
 }
 

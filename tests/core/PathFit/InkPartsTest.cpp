@@ -25,8 +25,9 @@ TEST(InkLine, FollowsThePointsWithTheBrushsWidths) {
     ASSERT_EQ(25U, vLine.size());
     EXPECT_EQ(0, vLine.front().dHalf);
     EXPECT_EQ(80, vLine[8].x);
-    EXPECT_EQ(32, vLine[8].dHalf);
-    EXPECT_NEAR(16, vLine[16].dHalf, 0.5);
+    // Radii of 4 and 2 pixels, without what fades of a stamp.
+    EXPECT_NEAR(28.7, vLine[8].dHalf, 0.05);
+    EXPECT_NEAR(13.5, vLine[16].dHalf, 0.5);
     EXPECT_EQ(80, vLine[16].y);
     EXPECT_EQ(200, vLine[16].dAlpha);
     EXPECT_TRUE(DrawnLine({{0, 0, 0, UPRIGHT}, {80, 0, 0, UPRIGHT}}, param).empty());
