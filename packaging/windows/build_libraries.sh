@@ -51,11 +51,17 @@ leave_out_wintab() {
     sed -i '/qwindowstabletsupport/d' "$plugin/qwindowspointerhandler.cpp"
 }
 
+# Without widgets nothing is shown, and the plug-ins for windows are not built.
+leave_out_plugins_without_widgets() {
+    sed -i 's/^if(TARGET Qt::Gui)$/if(TARGET Qt::Widgets)/' "$CACHE/src/qt6-base/src/plugins/CMakeLists.txt"
+}
+
 build_qt() {
     local name=$1
     shift
     fetch qt6-base
     leave_out_wintab
+    leave_out_plugins_without_widgets
     cmake_install "$name" "$CACHE/src/qt6-base" -DQT_BUILD_EXAMPLES=OFF -DQT_BUILD_TESTS=OFF \
         -DFEATURE_pkg_config=OFF -DFEATURE_sql=OFF -DFEATURE_dbus=OFF -DFEATURE_opengl=OFF -DINPUT_opengl=no \
         -DFEATURE_vulkan=OFF -DFEATURE_printsupport=OFF -DFEATURE_concurrent=OFF -DFEATURE_xml=OFF -DFEATURE_zstd=OFF \
