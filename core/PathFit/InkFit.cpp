@@ -28,7 +28,7 @@ constexpr size_t MANY_CURVES = 150;
 constexpr double GROSS = 1.3;
 constexpr double LEAST_GROSS = 5.6;
 /// Tolerances, in path units, that are tried in turn after such an outline; the first is the usual one.
-constexpr std::array OTHERS{2.8, 2.0, 5.6, 1.2, 11.2};
+constexpr std::array OTHERS{2.8, 5.6};
 
 // The samples of half-widths, or of opacities.
 std::vector<TEaseSample> SamplesOf(const TInkWay& vWay, const std::vector<TCentreCurve>& vCurves,
