@@ -1,5 +1,6 @@
 #include "core/Panels/ToolTable.h"
 
+#include "core/PathErase/ToolOptPathEraser.h"
 #include "core/PathToolBase/ToolOptPathTool.h"
 #include "core/PathWidthTool/ToolOptPathWidthTool.h"
 #include "core/RasterBrush/FreehandTools.h"
@@ -41,6 +42,7 @@ constexpr TToolRow TOOLS[] = {
     ROW<CRasterTransform, CToolOptRasterTransform>,
     ROW<CPathTool, CToolOptPathTool>,
     ROW<CPathWidthTool, CToolOptPathWidthTool>,
+    ROW<CPathEraser, CToolOptPathEraser>,
 };
 
 } // namespace

@@ -1,0 +1,146 @@
+#include "core/PathToolBase/PathValues.h"
+
+#include "core/Base/Failure.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr uint32_t SQUARE = 90;
+
+template <class TMarks>
+void SortByParameter(TMarks& vMarks) {
+    std::stable_sort(vMarks.begin(), vMarks.end(), [](const auto& a, const auto& b) { return a.t < b.t; });
+}
+
+} // namespace
+
+TPathStretch::TPathStretch(uint32_t tFirst, uint32_t tLast)
+    : nFirst(tFirst / BEZIER_T_RESOLUTION), nLast((tLast - 1) / BEZIER_T_RESOLUTION + 1),
+      fFirst(tFirst % BEZIER_T_RESOLUTION), fLast((tLast - 1) % BEZIER_T_RESOLUTION + 1) {}
+
+uint32_t TPathStretch::Map(uint32_t t) const {
+    const uint32_t nSegment = std::min(t / BEZIER_T_RESOLUTION, nLast - 1);
+    const uint32_t f = t - nSegment * BEZIER_T_RESOLUTION;
+    const uint32_t fBegin = nSegment == nFirst ? fFirst : 0;
+    const uint32_t fEnd = nSegment + 1 == nLast ? fLast : BEZIER_T_RESOLUTION;
+    return (nSegment - nFirst) * BEZIER_T_RESOLUTION +
+           static_cast<uint32_t>(MulDiv(f - fBegin, BEZIER_T_RESOLUTION, fEnd - fBegin));
+}
+
+TPathValues ValuesOf(const COpenPathStream& stream) {
+    TPathValues values;
+    for (const auto& spPoint : stream.GetControlPoints())
+        values.vAnchors.push_back(spPoint->At(STATE_COMMITTED));
+    const uint32_t tEnd = values.GetEnd();
+    for (const auto& spMark : stream.GetWidthPoints())
+        values.vWidths.push_back({std::min(spMark->GetParameter()[STATE_COMMITTED], tEnd),
+                                  {spMark->GetMultiple(SIDE_LEFT)[STATE_COMMITTED],
+                                   spMark->GetMultiple(SIDE_RIGHT)[STATE_COMMITTED]}});
+    for (const auto& spMark : stream.GetTransPoints())
+        values.vCuts.push_back(
+            {std::min(spMark->GetParameter()[STATE_COMMITTED], tEnd), spMark->GetAngle()[STATE_COMMITTED]});
+    SortByParameter(values.vWidths);
+    SortByParameter(values.vCuts);
+    // A single last cut hides the rest of the stroke.
+    if (values.vCuts.size() % 2 != 0) values.vCuts.push_back({tEnd, SQUARE});
+    values.uWidth = stream.GetWidth();
+    values.begin.spTerm = stream.GetTerm(true);
+    values.end.spTerm = stream.GetTerm(false);
+    return values;
+}
+
+TPathValues Reversed(TPathValues values) {
+    const uint32_t tEnd = values.GetEnd();
+    std::reverse(values.vAnchors.begin(), values.vAnchors.end());
+    for (TOutlinePoint& anchor : values.vAnchors) std::swap(anchor.back, anchor.fore);
+    std::reverse(values.vWidths.begin(), values.vWidths.end());
+    for (TWidthMark& mark : values.vWidths) {
+        mark.t = tEnd - mark.t;
+        std::swap(mark.auMultiple[SIDE_LEFT], mark.auMultiple[SIDE_RIGHT]);
+    }
+    std::reverse(values.vCuts.begin(), values.vCuts.end());
+    for (TCutMark& cut : values.vCuts) cut.t = tEnd - cut.t;
+    std::swap(values.begin, values.end);
+    for (TTermValue* pTerm : {&values.begin, &values.end}) pTerm->bReversed = !pTerm->bReversed;
+    return values;
+}
+
+boost::shared_ptr<COpenPathTermBase> CopyTerm(const TTermValue& term, bool bBegin) {
+    const auto spCopy = CreateOpenPathTerm(term.spTerm ? term.spTerm->GetType() : TERM_SHARP, bBegin);
+    if (!term.spTerm) return spCopy;
+    CDeserializer reader(term.spTerm->Serialize());
+    spCopy->Deserialize(reader);
+    const auto spFlat = boost::dynamic_pointer_cast<COpenPathFlatTerm>(spCopy);
+    if (spFlat && term.bReversed) {
+        const CDualValue<uint32_t> left = spFlat->GetMultiple(SIDE_LEFT);
+        spFlat->SetMultiple(SIDE_LEFT, spFlat->GetMultiple(SIDE_RIGHT));
+        spFlat->SetMultiple(SIDE_RIGHT, left);
+    }
+    return spCopy;
+}
+
+void AddAnchors(COpenPathStream& stream, const TOutlinePoints& vAnchors) {
+    for (const TOutlinePoint& anchor : vAnchors) {
+        const auto spPoint = stream.AppendControlPoint(anchor.anchor);
+        spPoint->SetBack(CDualValue<CPoint>(anchor.back));
+        spPoint->SetFore(CDualValue<CPoint>(anchor.fore));
+    }
+}
+
+TOpenPathPtr MakePath(const TPathValues& values, const COpenPathStream& wave) {
+    const auto spPath = boost::make_shared<COpenPathObject>();
+    COpenPathStream& stream = spPath->GetStream();
+    AddAnchors(stream, values.vAnchors);
+    stream.SetWidth(values.uWidth);
+    for (const TWidthMark& mark : values.vWidths) {
+        const auto spMark = stream.AddWidthPoint(mark.t);
+        for (const EPathSide side : {SIDE_LEFT, SIDE_RIGHT})
+            spMark->SetMultiple(side, CDualValue<uint32_t>(mark.auMultiple[side]));
+    }
+    for (const TCutMark& cut : values.vCuts)
+        stream.AddTransPoint(cut.t)->SetAngle(CDualValue<uint32_t>(cut.uAngle));
+    stream.SetTerm(CopyTerm(values.begin, true));
+    stream.SetTerm(CopyTerm(values.end, false));
+    stream.SetWave(wave.HasWave(), wave.GetWave());
+    spPath->Update();
+    return spPath;
+}
+
+TPathValues PartOf(const TPathValues& whole, uint32_t tFirst, uint32_t tLast) {
+    SELF_CHECK(invalid_argument, tFirst < tLast && tLast <= whole.GetEnd());
+    TPathValues part;
+    part.uWidth = whole.uWidth;
+    const TPathStretch stretch(tFirst, tLast);
+    part.vAnchors.assign(whole.vAnchors.begin() + stretch.nFirst, whole.vAnchors.begin() + stretch.nLast + 1);
+    // The last segment first: with only one, the first fraction is that of what is left.
+    if (stretch.fLast != BEZIER_T_RESOLUTION) {
+        TOutlinePoint &from = *(part.vAnchors.end() - 2), &to = part.vAnchors.back();
+        const CBezier head = SegmentOf(from, to).Split(stretch.fLast).first;
+        from.fore = head.p1 - head.p0;
+        to = {head.p3, head.p2 - head.p3, {}};
+    }
+    if (stretch.fFirst != 0) {
+        TOutlinePoint &from = part.vAnchors[0], &to = part.vAnchors[1];
+        const auto f = static_cast<uint32_t>(
+            MulDiv(stretch.fFirst, BEZIER_T_RESOLUTION,
+                   stretch.nLast - stretch.nFirst == 1 ? stretch.fLast : BEZIER_T_RESOLUTION));
+        const CBezier tail = SegmentOf(from, to).Split(f).second;
+        from = {tail.p0, {}, tail.p1 - tail.p0};
+        to.back = tail.p2 - tail.p3;
+    }
+    for (const TWidthMark& mark : whole.vWidths)
+        if (mark.t >= tFirst && mark.t <= tLast)
+            part.vWidths.push_back({stretch.Map(mark.t), mark.auMultiple});
+    const auto clipped = [&](const TCutMark& cut) {
+        if (cut.t < tFirst) return TCutMark{0, SQUARE};
+        if (cut.t > tLast) return TCutMark{part.GetEnd(), SQUARE};
+        return TCutMark{stretch.Map(cut.t), cut.uAngle};
+    };
+    for (size_t i = 0; i < whole.vCuts.size(); i += 2) {
+        const TCutMark from = clipped(whole.vCuts[i]);
+        const TCutMark to = clipped(whole.vCuts[i + 1]);
+        if (from.t < to.t) part.vCuts.insert(part.vCuts.end(), {from, to});
+    }
+    return part;
+}
