@@ -13,6 +13,28 @@ void SortByParameter(TMarks& vMarks) {
     std::stable_sort(vMarks.begin(), vMarks.end(), [](const auto& a, const auto& b) { return a.t < b.t; });
 }
 
+CPoint Mix(CPoint a, CPoint b, uint32_t f) {
+    const auto mix = [&](int32_t nA, int32_t nB) {
+        const int64_t n = int64_t{nA} * BEZIER_T_RESOLUTION + (int64_t{nB} - nA) * f;
+        return static_cast<int32_t>((n + BEZIER_T_RESOLUTION / 2) >> 16);
+    };
+    return {mix(a.x, b.x), mix(a.y, b.y)};
+}
+
+// Unlike those of CBezier::Split the points are the nearest ones, so that a level line stays level. The
+// arithmetic is finer than the result.
+std::pair<CBezier, CBezier> SplitNearest(const CBezier& bez, uint32_t f) {
+    const auto finer = [](CPoint pt) { return ToOutline(pt); };
+    const auto coarse = [](CPoint pt) {
+        const auto divide = [](int32_t n) { return (n + OUTLINE_UNIT / 2) >> 4; };
+        return CPoint{divide(pt.x), divide(pt.y)};
+    };
+    const CPoint p0 = finer(bez.p0), p1 = finer(bez.p1), p2 = finer(bez.p2), p3 = finer(bez.p3);
+    const CPoint a = Mix(p0, p1, f), b = Mix(p1, p2, f), c = Mix(p2, p3, f);
+    const CPoint ab = Mix(a, b, f), bc = Mix(b, c, f), cut = Mix(ab, bc, f);
+    return {{bez.p0, coarse(a), coarse(ab), coarse(cut)}, {coarse(cut), coarse(bc), coarse(c), bez.p3}};
+}
+
 } // namespace
 
 TPathStretch::TPathStretch(uint32_t tFirst, uint32_t tLast)
@@ -116,7 +138,7 @@ TPathValues PartOf(const TPathValues& whole, uint32_t tFirst, uint32_t tLast) {
     // The last segment first: with only one, the first fraction is that of what is left.
     if (stretch.fLast != BEZIER_T_RESOLUTION) {
         TOutlinePoint &from = *(part.vAnchors.end() - 2), &to = part.vAnchors.back();
-        const CBezier head = SegmentOf(from, to).Split(stretch.fLast).first;
+        const CBezier head = SplitNearest(SegmentOf(from, to), stretch.fLast).first;
         from.fore = head.p1 - head.p0;
         to = {head.p3, head.p2 - head.p3, {}};
     }
@@ -125,7 +147,7 @@ TPathValues PartOf(const TPathValues& whole, uint32_t tFirst, uint32_t tLast) {
         const auto f = static_cast<uint32_t>(
             MulDiv(stretch.fFirst, BEZIER_T_RESOLUTION,
                    stretch.nLast - stretch.nFirst == 1 ? stretch.fLast : BEZIER_T_RESOLUTION));
-        const CBezier tail = SegmentOf(from, to).Split(f).second;
+        const CBezier tail = SplitNearest(SegmentOf(from, to), f).second;
         from = {tail.p0, {}, tail.p1 - tail.p0};
         to.back = tail.p2 - tail.p3;
     }

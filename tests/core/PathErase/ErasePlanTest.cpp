@@ -72,3 +72,87 @@ TEST_F(ErasePlan, AGapOfTwoPixelsIsACrossingAndThreeAreNot) {
                 EXPECT_EQ(span.second, 3000);
             }
 }
+
+TEST_F(ErasePlan, AStrokeCrossesItselfAndItsOwnOpenLoop) {
+    // A loop: to the right, round, and back down through itself at 1200.
+    const auto spLoop = boost::make_shared<COpenPathObject>();
+    AddAnchor(spLoop->GetStream(), {400, 800}, {}, {500, 0});
+    AddAnchor(spLoop->GetStream(), {2000, 800}, {-300, 0}, {300, 0});
+    AddAnchor(spLoop->GetStream(), {1600, 300}, {400, 0}, {-400, 0});
+    AddAnchor(spLoop->GetStream(), {1200, 1200}, {0, -300});
+    spLoop->GetStream().SetTerm(CreateOpenPathTerm(TERM_ROUND, true));
+    spLoop->Update();
+    Add(spLoop);
+    const auto vErased = Plan({2000, 800}, ERASE_TO_CROSSING);
+    ASSERT_EQ(vErased.size(), 1u);
+    const TLineStretch stretch = vErased[0].vStretches[0].stretch;
+    const auto from = vErased[0].spLine->At(stretch.tFirst), to = vErased[0].spLine->At(stretch.tLast);
+    EXPECT_NEAR(from.x, to.x, 2);
+    EXPECT_NEAR(from.y, 800, 2);
+    EXPECT_NEAR(to.y, 800, 2);
+    const auto vRest = MakeRest(vErased[0]);
+    ASSERT_EQ(vRest.size(), 2u);
+    // A circle whose end stops a pixel short of its beginning: only what stands out beyond it goes.
+    m_spLayer = CreateVectorLayer(m_spCanvas);
+    const auto spCircle = boost::make_shared<COpenPathObject>();
+    AddAnchor(spCircle->GetStream(), {800, 200}, {}, {0, 500});
+    AddAnchor(spCircle->GetStream(), {1200, 1400}, {-300, 0}, {300, 0});
+    AddAnchor(spCircle->GetStream(), {1600, 800}, {0, 300}, {0, -300});
+    AddAnchor(spCircle->GetStream(), {824, 600}, {200, 0});
+    for (const bool b : {true, false}) spCircle->GetStream().SetTerm(CreateOpenPathTerm(TERM_FLAT, b));
+    spCircle->Update();
+    Add(spCircle);
+    const auto vEnd = Plan({800, 250}, ERASE_TO_CROSSING);
+    ASSERT_EQ(vEnd.size(), 1u);
+    EXPECT_FALSE(vEnd[0].bWhole);
+    EXPECT_EQ(vEnd[0].vStretches[0].stretch.tFirst, 0u);
+    EXPECT_NEAR(vEnd[0].spLine->At(vEnd[0].vStretches[0].stretch.tLast).y, 600, 12);
+}
+
+TEST_F(ErasePlan, AStrokeThatPassesByIsACrossingAndOneBesideIsNot) {
+    // A bow that comes near the line at 1600, its paint within a pixel; hatching that runs beside it.
+    Add(MakeLine({160, 800}, {3000, 800}));
+    const auto spBow = boost::make_shared<COpenPathObject>();
+    AddAnchor(spBow->GetStream(), {1400, 400}, {}, {0, 200});
+    AddAnchor(spBow->GetStream(), {1600, 776}, {-100, 0}, {100, 0});
+    AddAnchor(spBow->GetStream(), {1800, 400}, {0, 200});
+    spBow->GetStream().SetWidth(8);
+    spBow->Update();
+    Add(spBow);
+    const TSpan span = Crossings({2400, 800});
+    EXPECT_NEAR(span.first, 1600, 30);
+    EXPECT_EQ(span.second, 3000);
+    Add(MakeLine({200, 826}, {2900, 826}));
+    EXPECT_EQ(Crossings({2400, 795}).second, 3000) << "the other ends beside it";
+    Add(MakeLine({300, 830}, {300, 600}));
+    // What would stand out by two pixels at most is no piece.
+    Add(MakeLine({2980, 600}, {2980, 1000}));
+    EXPECT_EQ(Crossings({2400, 795}).second, 3000);
+}
+
+TEST_F(ErasePlan, PiecesEndAtTheCrossingHiddenByItAndKeepMarks) {
+    Add(MakeStroke()); // cuts at 0x18000 and 0x1A000
+    const auto vTouched = Plan({600, 300}, ERASE_TOUCHED, 20);
+    ASSERT_EQ(vTouched.size(), 1u);
+    const auto vRest = MakeRest(vTouched[0]);
+    ASSERT_EQ(vRest.size(), 2u);
+    const auto& tail = dynamic_cast<const COpenPathObject&>(*vRest[1]).GetStream();
+    EXPECT_EQ(tail.GetTerm(false)->GetType(), TERM_FLAT);
+    EXPECT_EQ(dynamic_cast<const COpenPathFlatTerm&>(*tail.GetTerm(false)).GetAngle()[STATE_COMMITTED], 75u);
+    EXPECT_EQ(tail.GetTransPoints().size(), 2u);
+    // Up to a crossing what is hidden behind the touched place goes too, but not what follows it.
+    const auto vCrossing = Plan({600, 300}, ERASE_TO_CROSSING, 20);
+    const auto vLast = MakeRest(vCrossing[0]);
+    ASSERT_EQ(vLast.size(), 1u);
+    EXPECT_TRUE(dynamic_cast<const COpenPathObject&>(*vLast[0]).GetStream().GetTransPoints().empty());
+    EXPECT_EQ(vCrossing[0].vStretches[0].stretch.tLast, 0x1A000u);
+    // A slanted crossing cuts along the other stroke: nothing stands out on its far side.
+    m_spLayer = CreateVectorLayer(m_spCanvas);
+    Add(MakeLine({160, 800}, {3000, 800}, TERM_FLAT, 24));
+    Add(MakeLine({1100, 600}, {1300, 1000}, TERM_FLAT, 4));
+    const auto vSlanted = MakeRest(Plan({2000, 800}, ERASE_TO_CROSSING)[0]);
+    ASSERT_EQ(vSlanted.size(), 1u);
+    const auto hasInk = [&](int x, int y) { return vSlanted[0]->HasInkAt({x, y}); };
+    EXPECT_TRUE(hasInk(1180, 780) && hasInk(1202, 818) && hasInk(1195, 800));
+    EXPECT_FALSE(hasInk(1202, 780) || hasInk(1216, 800) || hasInk(1224, 820));
+}

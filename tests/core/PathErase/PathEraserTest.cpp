@@ -24,6 +24,13 @@ protected:
         return spPath;
     }
     size_t Count() const { return Layer().GetPaths().size(); }
+    static uint8_t CoverageAt(const TPathList& lstPaths, CPoint ptPixel) {
+        CAlphaBlock8 pixel;
+        pixel.Create({1, 1}, ptPixel);
+        CPathFill fill;
+        for (const auto& spPath : lstPaths) spPath->RasterizePath(fill, {400, 300}, pixel);
+        return *pixel.GetPixelPtr({0, 0});
+    }
     bool HasInk(CPoint pt) {
         for (const auto& spPath : Layer().GetPaths())
             if (spPath->HasInkAt(pt)) return true;
@@ -40,6 +47,7 @@ TEST_F(PathEraser, TheTouchedPartGoesAndTheRestStaysAsItWas) {
     Play(ERASE_TOUCHED, [&] {
         const TBytes vStart = Bytes();
         const auto vPicture = Picture();
+        const TPathList vBefore = Layer().GetPaths();
         Click({640, 400});
         ASSERT_EQ(Count(), 4u);
         EXPECT_EQ(Labels(), TLabels{L"ベクター消しゴム"});
@@ -52,12 +60,12 @@ TEST_F(PathEraser, TheTouchedPartGoesAndTheRestStaysAsItWas) {
         EXPECT_FALSE(HasInk({608, 400}) || HasInk({672, 400}) || HasInk({640, 430}) || HasInk({640, 370}));
         const auto vErased = Picture();
         size_t nChanged = 0, nOutside = 0;
-        for (size_t n = 0; n < vErased.size(); ++n) {
-            const size_t nPixel = n / (vErased.size() / (400 * 300)), x = nPixel % 400, y = nPixel / 400;
-            if (vErased[n] == vPicture[n]) continue;
-            ++nChanged;
-            nOutside += x < 69 || x > 91 || y < 44 || y > 55;
-        }
+        for (int y = 0; y < 150; ++y)
+            for (int x = 0; x < 200; ++x) {
+                if (CoverageAt(vBefore, {x, y}) == CoverageAt(Layer().GetPaths(), {x, y})) continue;
+                ++nChanged;
+                nOutside += x < 69 || x > 91 || y < 44 || y > 55;
+            }
         EXPECT_GT(nChanged, 100u);
         EXPECT_EQ(nOutside, 0u);
         const TBytes vAfter = Bytes();
@@ -77,16 +85,16 @@ TEST_F(PathEraser, ADragTakesAllOnItsWayAsOneStep) {
         Layer().SelectPath(Layer().GetPaths().front());
         // A fast hand: one event, from above the first to below the fourth; then back beside them.
         Press({400, 40});
-        Move({400, 1080});
+        Move({400, 1060});
         EXPECT_EQ(Count(), 10u) << "seen at once";
         EXPECT_TRUE(Labels().empty());
         EXPECT_FALSE(Layer().GetSelectedPath());
-        Move({640, 1080});
+        Move({640, 1060});
         Move({640, 40});
         Release({1000, 40});
         EXPECT_EQ(Count(), 14u);
         EXPECT_EQ(Labels(), TLabels{L"ベクター消しゴム"});
-        EXPECT_FALSE(Canvas().GetHistory().IsUnfinished());
+        EXPECT_FALSE(m_spCanvas->GetHistory().IsUnfinished());
         const TBytes vAfter = Bytes();
         Command(ID_EDIT_UNDO);
         EXPECT_EQ(Bytes(), vStart);
@@ -95,5 +103,134 @@ TEST_F(PathEraser, ADragTakesAllOnItsWayAsOneStep) {
         EXPECT_EQ(Bytes(), vAfter);
         Click({400, 240}); // nothing there any more
         EXPECT_EQ(Labels().size(), 1u);
+    });
+}
+
+TEST_F(PathEraser, WhateverStopsADragRestoresAll) {
+    for (int n = 0; n < 4; ++n) Add({160, 200 + 240 * n});
+    Layer().SelectPath(Layer().GetPaths().back());
+    Play(ERASE_TOUCHED, [&] {
+        const TBytes vStart = Bytes();
+        const auto vPicture = Picture();
+        const std::vector<std::function<void()>> vStops{[&] { Type(VK_Escape); },
+                                                        [&] {
+                                                            Pointer(EMessage::RButtonDown, {400, 1000});
+                                                        },
+                                                        [&] { Command(ID_EDIT_UNDO); },
+                                                        [&] { g_pMainFrame->SwitchTool(TOOL_PATH_ERASER); }};
+        for (const auto& fnStop : vStops)
+            for (const EEraseMode mode : {ERASE_WHOLE, ERASE_TOUCHED}) {
+                Tool().SetMode(mode);
+                Press({400, 100});
+                Move({400, 1000});
+                EXPECT_NE(Bytes(), vStart);
+                fnStop();
+                EXPECT_EQ(Bytes(), vStart);
+                EXPECT_EQ(Picture(), vPicture);
+                EXPECT_TRUE(Labels().empty());
+                EXPECT_FALSE(m_spCanvas->GetHistory().IsUnfinished());
+                EXPECT_EQ(Layer().GetSelectedPath(), Layer().GetPaths().back());
+                Release({400, 1000});
+                EXPECT_EQ(Bytes(), vStart);
+            }
+        // A pen that leaves its range ends the drag.
+        m_bPen = true;
+        Tool().SetMode(ERASE_WHOLE);
+        Press({400, 100});
+        Move({400, 300});
+        Tool().TellProximity(false);
+        EXPECT_EQ(Count(), 3u);
+        EXPECT_EQ(Labels().size(), 1u);
+    });
+}
+
+TEST_F(PathEraser, ThePreviewIsWhatAPressTakes) {
+    Add({160, 400});
+    Add({160, 800});
+    const auto spShape = boost::make_shared<CClosedPathObject>();
+    for (const CPoint pt : {CPoint{2000, 800}, {2400, 800}, {2400, 1200}, {2000, 1200}})
+        AddAnchor(spShape->GetStream(), pt);
+    spShape->Update();
+    Layer().InsertPath(spShape);
+    Play(ERASE_TOUCHED, [&] {
+        const TOverlayMapper mapper([](CPoint pt) { return CPoint{pt.x / 8, pt.y / 8}; });
+        const auto repainted = [&] {
+            CRect rcAll;
+            const auto vChanges = Tool().TakeOverlayChanges(mapper);
+            for (const CRect& rc : *vChanges) rcAll = rcAll.Union(rc);
+            return rcAll;
+        };
+        // Past the window, which would take the changes.
+        const auto hover = [&](CPoint pt) { Tool().OnMouseMove(pt.x, pt.y, 0, 0u); };
+        repainted();
+        hover({640, 400});
+        ASSERT_EQ(Tool().GetPreview().size(), 1u);
+        EXPECT_EQ(Tool().GetPreview()[0].spPath, Layer().GetPaths().front());
+        COverlay overlay;
+        Tool().DrawOverlay(overlay, mapper);
+        EXPECT_EQ(overlay.GetBounds().left, 70) << "from 560 path units to 720";
+        EXPECT_EQ(overlay.GetBounds().right, 91);
+        repainted();
+        hover({1600, 1600}); // both are painted again, what is far from them is not
+        EXPECT_TRUE(Tool().GetPreview().empty());
+        const CRect rc = repainted();
+        EXPECT_TRUE(rc.left <= 70 && rc.top <= 45 && rc.right >= 205 && rc.bottom >= 205);
+        EXPECT_TRUE(repainted().left >= 190);
+        // Only whole strokes: filled shapes stay in the other modes.
+        for (const EEraseMode mode : {ERASE_TO_CROSSING, ERASE_TOUCHED}) {
+            Tool().SetMode(mode);
+            Click({2200, 1000});
+            Click({2000, 1000});
+            EXPECT_EQ(Count(), 3u);
+        }
+        Tool().SetMode(ERASE_WHOLE);
+        hover({2200, 1000});
+        EXPECT_EQ(Tool().GetPreview().size(), 1u);
+        Click({2200, 1000});
+        EXPECT_EQ(Count(), 2u);
+        Click({300, 445});
+        EXPECT_EQ(Count(), 1u);
+        Command(ID_EDIT_UNDO);
+        EXPECT_EQ(Tool().GetPreview().size(), 0u)
+            << "the pointer's place is looked at again when it is asked for";
+        repainted();
+        EXPECT_EQ(Tool().GetPreview().size(), 1u);
+        m_vLayers[0]->SetVisible(false);
+        Click({300, 400});
+        EXPECT_EQ(Count(), 2u);
+    });
+}
+
+TEST_F(PathEraser, ThePensOtherEndErasesByTheKindOfTheLayer) {
+    Add({160, 400});
+    const auto spRaster = CreateRasterLayer(m_spCanvas);
+    CPathSession::Play(TOOL_BRUSH, [&] {
+        const auto turn = [&](bool bEraser) {
+            SendMessage({g_pMainFrame->GetWindow(), EMessage::PenProximity, 1, bEraser ? 2 : 1});
+            return g_wpActiveTool.lock()->GetToolId();
+        };
+        EXPECT_EQ(turn(true), TOOL_PATH_ERASER);
+        EXPECT_EQ(turn(false), TOOL_BRUSH);
+        g_pMainFrame->SwitchTool(TOOL_ERASER);
+        EXPECT_EQ(turn(true), TOOL_PATH_ERASER);
+        EXPECT_EQ(turn(false), TOOL_ERASER);
+        g_pMainFrame->SwitchTool(TOOL_PATH_ERASER);
+        EXPECT_EQ(turn(true), TOOL_PATH_ERASER);
+        EXPECT_EQ(turn(false), TOOL_PATH_ERASER);
+        // The size commands and the settings, which the next tool reads.
+        Tool().SetRadius(80);
+        Tool().SetMode(ERASE_WHOLE);
+        Command(ID_BRUSH_LARGER);
+        EXPECT_EQ(Tool().GetRadius(), 90);
+        Command(ID_BRUSH_SMALLER);
+        EXPECT_EQ(Tool().GetRadius(), 79);
+        g_pMainFrame->SwitchTool(TOOL_PATH_ERASER);
+        EXPECT_EQ(Tool().GetRadius(), 79);
+        EXPECT_EQ(Tool().GetMode(), ERASE_WHOLE);
+        g_pMainFrame->SwitchTool(TOOL_BRUSH);
+        m_spCanvas->GetRoot().AddLayer(spRaster, -1, false);
+        m_spCanvas->GetRoot().SetActiveChild(spRaster);
+        EXPECT_EQ(turn(true), TOOL_ERASER);
+        EXPECT_EQ(turn(false), TOOL_BRUSH);
     });
 }
