@@ -10,7 +10,7 @@ constexpr double TOLERANCE = 0.5; ///< between chord and curve
 constexpr double LONGEST = 64;    ///< chord
 constexpr double FEWEST = 4;      ///< chords of a segment
 constexpr double MOST = 1024;
-constexpr int TAPER_STEPS = 20; ///< halvings
+constexpr int TAPER_STEPS = 12; ///< halvings
 
 // Rounded alike everywhere.
 double Length(double x, double y) { return std::sqrt(x * x + y * y); }
