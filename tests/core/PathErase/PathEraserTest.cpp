@@ -1,5 +1,7 @@
 #include "core/PathErase/PathEraser.h"
 #include "core/Commands/CommandIds.h"
+#include "core/PathToolBase/PathTool.h"
+#include "tests/session/ScriptedSession.h"
 #include "tests/support/PathSession.h"
 #include "tests/support/Paths.h"
 
@@ -233,4 +235,37 @@ TEST_F(PathEraser, ThePensOtherEndErasesByTheKindOfTheLayer) {
         EXPECT_EQ(turn(true), TOOL_ERASER);
         EXPECT_EQ(turn(false), TOOL_BRUSH);
     });
+}
+
+TEST(PathEraserScript, ARecordedDragErasesTheSame) {
+    const auto pointer = [](const char* pszMessage, int x, int y) {
+        return ScriptLine("pointer", {{"message", pszMessage}, {"x", x}, {"y", y}, {"left", false}});
+    };
+    std::string str = ScriptLine("view", {{"width", 200}, {"height", 150}}) +
+                      ScriptLine("command", "layer-new-vector") + Tool(TOOL_PATH);
+    for (const auto& [ptFrom, ptTo] :
+         {std::pair(CPoint{50, 60}, CPoint{150, 60}), {CPoint{90, 40}, CPoint{90, 90}}}) {
+        str += ScriptLine("key", {{"down", VK_Control}});
+        for (const CPoint pt : {ptFrom, ptTo})
+            str += pointer("ldown", pt.x, pt.y) + pointer("lup", pt.x, pt.y);
+        str += ScriptLine("key", {{"up", VK_Control}});
+    }
+    str += ScriptLine("command", "tool-vector-eraser") +
+           ScriptLine("panel", {{"id", "panel-tool-option"}, {"control", 1362}, {"value", 1}});
+    str += pointer("move", 130, 50) + pointer("ldown", 130, 50) + pointer("move", 130, 70) +
+           pointer("lup", 130, 70);
+    CScriptedSession session;
+    EXPECT_EQ(session.Record(str + LEAVE_UNSAVED), "");
+    const std::string strDocument = session.GetDocument();
+    const auto& lstUndo = session.m_spCanvas->GetHistory().GetUndoList();
+    ASSERT_FALSE(lstUndo.empty());
+    EXPECT_EQ(lstUndo.front()->GetName(), L"ベクター消しゴム");
+    const auto& layer = dynamic_cast<const CVectorLayerBuffer&>(*session.m_spCanvas->GetActiveLayer());
+    const CPathStream& stream = layer.GetPaths().front()->GetStream();
+    EXPECT_EQ(layer.GetPaths().size(), 2u);
+    EXPECT_EQ(stream.GetControlPoint(1)->GetAnchor()[STATE_COMMITTED].x -
+                  stream.GetControlPoint(0)->GetAnchor()[STATE_COMMITTED].x,
+              320);
+    EXPECT_EQ(session.Play(session.m_strRecord), "");
+    EXPECT_EQ(session.GetDocument(), strDocument);
 }
