@@ -50,6 +50,8 @@ TEST_F(ErasePlan, TheTouchedStretchGoesToTheCrossingsOnBothSides) {
     for (const int x : {800, 1200, 2000}) Add(MakeLine({x, 400}, {x, 1200}));
     EXPECT_EQ(Crossings({1000, 810}), TSpan(800, 1200));
     EXPECT_EQ(Crossings({1600, 790}), TSpan(1200, 2000));
+    const TErasedStretch erased = Plan({1600, 790}, ERASE_TO_CROSSING)[0].vStretches[0];
+    EXPECT_TRUE(erased.before.type == TERM_FLAT && erased.behind.type == TERM_FLAT);
     EXPECT_EQ(Crossings({300, 800}), TSpan(160, 800));
     EXPECT_EQ(Crossings({2600, 800}), TSpan(2000, 3000));
     EXPECT_EQ(Crossings({1000, 825}), TSpan(-1, -1)) << "beside the paint";
@@ -70,6 +72,10 @@ TEST_F(ErasePlan, AGapOfTwoPixelsIsACrossingAndThreeAreNot) {
                 else
                     EXPECT_EQ(span.first, 160) << nGap << ' ' << term;
                 EXPECT_EQ(span.second, 3000);
+                const auto vRest = MakeRest(Plan({2000, 800}, ERASE_TO_CROSSING)[0]);
+                if (nGap == 0 || nGap > 16) continue;
+                const auto& piece = dynamic_cast<const COpenPathObject&>(*vRest.at(0));
+                EXPECT_EQ(piece.GetStream().GetTerm(false)->GetType(), TERM_ROUND);
             }
 }
 
@@ -122,12 +128,12 @@ TEST_F(ErasePlan, AStrokeThatPassesByIsACrossingAndOneBesideIsNot) {
     const TSpan span = Crossings({2400, 800});
     EXPECT_NEAR(span.first, 1600, 30);
     EXPECT_EQ(span.second, 3000);
-    Add(MakeLine({200, 826}, {2900, 826}));
-    EXPECT_EQ(Crossings({2400, 795}).second, 3000) << "the other ends beside it";
+    Add(MakeLine({200, 818}, {2900, 818}));
+    EXPECT_EQ(Crossings({2400, 785}).second, 3000) << "the other ends beside it";
     Add(MakeLine({300, 830}, {300, 600}));
     // What would stand out by two pixels at most is no piece.
     Add(MakeLine({2980, 600}, {2980, 1000}));
-    EXPECT_EQ(Crossings({2400, 795}).second, 3000);
+    EXPECT_EQ(Crossings({2400, 785}).second, 3000);
 }
 
 TEST_F(ErasePlan, PiecesEndAtTheCrossingHiddenByItAndKeepMarks) {
@@ -155,4 +161,30 @@ TEST_F(ErasePlan, PiecesEndAtTheCrossingHiddenByItAndKeepMarks) {
     const auto hasInk = [&](int x, int y) { return vSlanted[0]->HasInkAt({x, y}); };
     EXPECT_TRUE(hasInk(1180, 780) && hasInk(1202, 818) && hasInk(1195, 800));
     EXPECT_FALSE(hasInk(1202, 780) || hasInk(1216, 800) || hasInk(1224, 820));
+}
+
+TEST_F(ErasePlan, WhatIsTouchedIsThePaintOfThatSideAndOfTheEnds) {
+    // 40 wide on its left side, above, nothing below; a cap that stands out by 120; hidden from 1480 to 1960.
+    const auto spPath = MakeEvenStroke({1000, 800});
+    COpenPathStream& stream = spPath->GetStream();
+    const auto spMark = stream.AddWidthPoint(0x8000);
+    spMark->SetMultiple(SIDE_RIGHT, CDualValue<uint32_t>(0));
+    for (const uint32_t t : {0x10000u, 0x20000u}) stream.AddTransPoint(t);
+    const auto spCap = boost::make_shared<COpenPathRoundTerm>(true);
+    spCap->SetGrow(CDualValue<uint32_t>(6 * FIXED_ONE));
+    stream.SetTerm(spCap);
+    spPath->Update();
+    Add(spPath);
+    const auto touches = [&](CPoint pt) { return !Plan(pt, ERASE_TOUCHED).empty(); };
+    EXPECT_TRUE(touches({1240, 750}) && touches({1240, 810}) && touches({890, 800}));
+    EXPECT_FALSE(touches({1240, 740}) || touches({1240, 850}) || touches({840, 800}) || touches({1700, 790}));
+    const auto vEdge =
+        Plan({1480, 790}, ERASE_TOUCHED); // the hidden stretch stays out, and alone is no piece
+    ASSERT_EQ(vEdge.size(), 1u);
+    EXPECT_EQ(vEdge[0].vStretches[0].stretch.tLast, 0x10000u);
+    EXPECT_EQ(MakeRest(vEdge[0]).size(), 1u);
+    // A piece of less than half a pixel does not stay.
+    Add(MakeLine({160, 1600}, {3000, 1600}));
+    EXPECT_EQ(MakeRest(Plan({186, 1600}, ERASE_TOUCHED)[0]).size(), 1u);
+    EXPECT_EQ(MakeRest(Plan({190, 1600}, ERASE_TOUCHED)[0]).size(), 2u);
 }

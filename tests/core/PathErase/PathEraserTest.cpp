@@ -168,16 +168,23 @@ TEST_F(PathEraser, ThePreviewIsWhatAPressTakes) {
         hover({640, 400});
         ASSERT_EQ(Tool().GetPreview().size(), 1u);
         EXPECT_EQ(Tool().GetPreview()[0].spPath, Layer().GetPaths().front());
-        COverlay overlay;
-        Tool().DrawOverlay(overlay, mapper);
-        EXPECT_EQ(overlay.GetBounds().left, 70) << "from 560 path units to 720";
-        EXPECT_EQ(overlay.GetBounds().right, 91);
+        const auto shown = [&] {
+            COverlay overlay;
+            Tool().DrawOverlay(overlay, mapper);
+            return overlay.GetBounds();
+        };
+        EXPECT_EQ(shown(), CRect(70, 45, 91, 56)) << "the stroke's edges, from 560 to 720";
+        repainted();
+        Tool().SetRadius(16);
+        EXPECT_EQ(shown(), CRect(73, 45, 88, 56)) << "wider than the circle";
         repainted();
         hover({1600, 1600}); // both are painted again, what is far from them is not
         EXPECT_TRUE(Tool().GetPreview().empty());
         const CRect rc = repainted();
-        EXPECT_TRUE(rc.left <= 70 && rc.top <= 45 && rc.right >= 205 && rc.bottom >= 205);
-        EXPECT_TRUE(repainted().left >= 190);
+        EXPECT_TRUE(rc.left <= 73 && rc.top <= 45 && rc.right >= 203 && rc.bottom >= 203);
+        EXPECT_GE(repainted().left, 190);
+        EXPECT_EQ(shown(), CRect(198, 198, 203, 203));
+        Tool().SetRadius(40);
         // Only whole strokes: filled shapes stay in the other modes.
         for (const EEraseMode mode : {ERASE_TO_CROSSING, ERASE_TOUCHED}) {
             Tool().SetMode(mode);
@@ -197,6 +204,13 @@ TEST_F(PathEraser, ThePreviewIsWhatAPressTakes) {
             << "the pointer's place is looked at again when it is asked for";
         repainted();
         EXPECT_EQ(Tool().GetPreview().size(), 1u);
+        // A path that changes below the pointer, as an undo of another tool's step changes it.
+        Layer().GetPaths().front()->Transform([](CPoint pt) {
+            return CPoint{pt.x, pt.y + (1120 - pt.x) / 2};
+        });
+        m_spCanvas->GetHistory().SetModified(true);
+        repainted();
+        EXPECT_EQ(Tool().GetPreview().size(), 0u);
         m_vLayers[0]->SetVisible(false);
         Click({300, 400});
         EXPECT_EQ(Count(), 2u);
@@ -254,6 +268,10 @@ TEST(PathEraserScript, ARecordedDragErasesTheSame) {
            ScriptLine("panel", {{"id", "panel-tool-option"}, {"control", 1362}, {"value", 1}});
     str += pointer("move", 130, 50) + pointer("ldown", 130, 50) + pointer("move", 130, 70) +
            pointer("lup", 130, 70);
+    const auto set = [](int nControl, int nValue) {
+        return ScriptLine("panel", {{"id", "panel-tool-option"}, {"control", nControl}, {"value", nValue}});
+    };
+    str += set(1363, 1) + set(1364, 3) + pointer("ldown", 90, 75) + pointer("lup", 90, 75);
     CScriptedSession session;
     EXPECT_EQ(session.Record(str + LEAVE_UNSAVED), "");
     const std::string strDocument = session.GetDocument();
@@ -261,11 +279,16 @@ TEST(PathEraserScript, ARecordedDragErasesTheSame) {
     ASSERT_FALSE(lstUndo.empty());
     EXPECT_EQ(lstUndo.front()->GetName(), L"ベクター消しゴム");
     const auto& layer = dynamic_cast<const CVectorLayerBuffer&>(*session.m_spCanvas->GetActiveLayer());
-    const CPathStream& stream = layer.GetPaths().front()->GetStream();
-    EXPECT_EQ(layer.GetPaths().size(), 2u);
-    EXPECT_EQ(stream.GetControlPoint(1)->GetAnchor()[STATE_COMMITTED].x -
-                  stream.GetControlPoint(0)->GetAnchor()[STATE_COMMITTED].x,
-              320);
+    // One up to the other, which has a gap of the disc of 3 pixels and some of its own width.
+    ASSERT_EQ(layer.GetPaths().size(), 3u);
+    const auto anchor = [&](int nPath, size_t idx) {
+        return (*std::next(layer.GetPaths().begin(), nPath))
+            ->GetStream()
+            .GetControlPoint(idx)
+            ->GetAnchor()[STATE_COMMITTED];
+    };
+    EXPECT_EQ(anchor(0, 1).x - anchor(0, 0).x, 320);
+    EXPECT_NEAR(anchor(2, 0).y - anchor(1, 1).y, 56, 8);
     EXPECT_EQ(session.Play(session.m_strRecord), "");
     EXPECT_EQ(session.GetDocument(), strDocument);
 }

@@ -44,6 +44,26 @@ boost::shared_ptr<COpenPathObject> MakeVaried(EPathTerm term, bool bMarks) {
 
 } // namespace
 
+TEST(PathCut, ALineHasTheStrokesWidthsAndLengths) {
+    for (const EPathTerm term : {TERM_SHARP, TERM_ROUND, TERM_FLAT})
+        for (const bool bMarks : {false, true}) {
+            const auto spPath = MakeVaried(term, bMarks);
+            const CStrokeLine line(spPath->GetStream());
+            for (uint32_t t = 0; t <= line.GetLast(); t += 0x1700) {
+                const auto adWidth = line.WidthsAt(t);
+                const auto auWidth = spPath->GetStream().GetWidthsAt(t, STATE_COMMITTED);
+                for (const EPathSide side : {SIDE_LEFT, SIDE_RIGHT})
+                    EXPECT_NEAR(adWidth[side], auWidth[side], 1) << term << ' ' << bMarks << ' ' << t;
+                const CPoint pt = spPath->GetStream().PointAt(t, STATE_COMMITTED);
+                EXPECT_LE(std::hypot(line.At(t).x - pt.x, line.At(t).y - pt.y), 1.6);
+            }
+            uint64_t uLength = 0;
+            for (const CBezier& bez : spPath->GetStream().GetSegments(STATE_COMMITTED))
+                uLength += bez.ArcLength();
+            EXPECT_NEAR(line.GetLength(), static_cast<double>(uLength), 8);
+        }
+}
+
 TEST(PathCut, WidthsStayAsTheyWereWhereverTheCutFalls) {
     double dWorst = 0;
     size_t nMost = 0;
