@@ -1,4 +1,4 @@
-// What a vector eraser takes away, and what stays of it.
+// The stretches that a vector eraser takes away, and the pieces that stay.
 #pragma once
 
 #include "core/PathErase/StrokeCrossing.h"
@@ -27,7 +27,7 @@ struct TErasedPath {
         vStretches; ///< sorted, apart from each other; of a path that goes whole its line
 };
 
-/// What goes of a layer's paths, the lowest path first. Closed paths go as a whole, by ERASE_WHOLE only.
+/// All that goes of a layer's paths, the lowest path first. Closed paths go as a whole, by ERASE_WHOLE only.
 std::vector<TErasedPath> PlanErase(const CVectorLayerBuffer& layer, CStrokeLines& lines,
                                    const TEraserWay& eraser, EEraseMode mode);
 

@@ -1,4 +1,4 @@
-// What a vector eraser would take away, as lines over the canvas.
+// All that a vector eraser would take away, as lines over the canvas.
 #pragma once
 
 #include "core/PathErase/ErasePlan.h"

@@ -46,7 +46,7 @@ public:
     /// In path units, 1 to MAX_RADIUS.
     int GetRadius() const { return m_nRadius; }
     void SetRadius(int nRadius);
-    /// What a press where the pointer is would take; empty while nothing is below it or a drag runs.
+    /// The paths that a press at the pointer would take; empty while nothing is below it or a drag runs.
     const std::vector<TErasedPath>& GetPreview() const { return m_vPreview; }
 
 private:

@@ -1,4 +1,4 @@
-// Where a stroke crosses others, or nearly does.
+// The places at which a stroke crosses others, or nearly does.
 #pragma once
 
 #include "core/LayerBuffer/VectorLayerBuffer.h"
