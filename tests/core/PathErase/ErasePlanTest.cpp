@@ -131,7 +131,7 @@ TEST_F(ErasePlan, AStrokeThatPassesByIsACrossingAndOneBesideIsNot) {
     Add(MakeLine({200, 818}, {2900, 818}));
     EXPECT_EQ(Crossings({2400, 785}).second, 3000) << "the other ends beside it";
     Add(MakeLine({300, 830}, {300, 600}));
-    // What would stand out by two pixels at most is no piece.
+    // An end that would stand out by two pixels at most is no piece.
     Add(MakeLine({2980, 600}, {2980, 1000}));
     EXPECT_EQ(Crossings({2400, 785}).second, 3000);
 }
