@@ -11,6 +11,7 @@
 #include "core/IniConfig/IniConfig.h"
 #include "core/MainFrame/CommandState.h"
 #include "core/Panels/ToolTable.h"
+#include "core/PathErase/PathEraser.h"
 #include "core/Platform/Manual.h"
 #include "core/Platform/System.h"
 #include "core/RasterBrush/FreehandTools.h"
@@ -223,6 +224,13 @@ bool CMainFrame::SwitchTool(int nId) {
     return true;
 }
 
+// Vector layers have an eraser of their own.
+int CMainFrame::GetLayerEraser() const {
+    const auto spFrame = g_wpActiveFrame.lock();
+    const auto spLayer = spFrame ? spFrame->GetCanvas()->GetActiveLayer() : TLayerPtr();
+    return dynamic_cast<const CVectorLayerBuffer*>(spLayer.get()) ? TOOL_PATH_ERASER : TOOL_ERASER;
+}
+
 // The end that was near has left, even without a report.
 void CMainFrame::OnPenEnd(bool bEraser) {
     if (bEraser == m_bEraserEnd || !m_spActiveTool) return;
@@ -234,10 +242,16 @@ void CMainFrame::OnPenEnd(bool bEraser) {
         return;
     }
     const int nNow = m_spActiveTool->GetToolId();
-    // A tool that the user selected while the eraser was near stays active.
-    if (bEraser != (nNow == TOOL_ERASER) && (bEraser || m_nToolBeforeEraser != 0))
-        SwitchTool(bEraser ? TOOL_ERASER : m_nToolBeforeEraser);
-    m_nToolBeforeEraser = bEraser && nNow != TOOL_ERASER ? nNow : 0;
+    const bool bErases = nNow == TOOL_ERASER || nNow == TOOL_PATH_ERASER;
+    if (bEraser) {
+        const int nEraser = GetLayerEraser();
+        m_nToolBeforeEraser = nNow != nEraser ? nNow : 0;
+        if (nNow != nEraser) SwitchTool(nEraser);
+    } else {
+        // A tool that the user selected while the eraser was near stays active.
+        if (bErases && m_nToolBeforeEraser != 0) SwitchTool(m_nToolBeforeEraser);
+        m_nToolBeforeEraser = 0;
+    }
     m_bEraserEnd = bEraser;
 }
 

@@ -131,6 +131,7 @@ private:
     bool TranslateKey(const TMessage& msg);
     bool ContinueStrokes();
     void OnPenEnd(bool bEraser);
+    int GetLayerEraser() const;
     void Tell(const std::wstring& strText);
     void ForgetTold();
     void UpdateStatus();

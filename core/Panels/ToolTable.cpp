@@ -1,5 +1,6 @@
 #include "core/Panels/ToolTable.h"
 
+#include "core/PathErase/ToolOptPathEraser.h"
 #include "core/PathPen/ToolOptPathPen.h"
 #include "core/PathToolBase/ToolOptPathTool.h"
 #include "core/PathWidthTool/ToolOptPathWidthTool.h"
@@ -43,6 +44,7 @@ constexpr TToolRow TOOLS[] = {
     ROW<CPathPen, CToolOptPathPen>,
     ROW<CPathTool, CToolOptPathTool>,
     ROW<CPathWidthTool, CToolOptPathWidthTool>,
+    ROW<CPathEraser, CToolOptPathEraser>,
 };
 
 } // namespace

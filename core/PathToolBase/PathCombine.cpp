@@ -1,142 +1,14 @@
 #include "core/PathToolBase/PathCombine.h"
 
 #include "core/Base/Failure.h"
+#include "core/PathToolBase/PathValues.h"
 
 #include <algorithm>
 
 namespace {
 
-constexpr uint32_t SQUARE = 90;
 /// The distance of a made width point from an anchor that two paths share.
 constexpr uint32_t ASIDE = BEZIER_T_RESOLUTION / 16;
-
-struct TWidthMark {
-    uint32_t t;
-    std::array<uint32_t, 2> auMultiple; ///< of the base width, by side
-};
-
-struct TCutMark {
-    uint32_t t;
-    uint32_t uAngle;
-};
-
-struct TAlphaMark {
-    uint32_t t;
-    uint32_t uAlpha;
-};
-
-struct TTerm {
-    boost::shared_ptr<const COpenPathTermBase> spTerm; ///< of a given path
-    bool bReversed = false;
-};
-
-// The committed values of an open path.
-struct TPathValues {
-    TOutlinePoints vAnchors;
-    std::vector<TWidthMark> vWidths; ///< sorted
-    std::vector<TCutMark> vCuts;     ///< sorted, in pairs
-    std::vector<TAlphaMark> vAlphas; ///< sorted
-    uint32_t uWidth = 0;
-    TTerm begin;
-    TTerm end;
-
-    uint32_t GetEnd() const { return static_cast<uint32_t>(vAnchors.size() - 1) * BEZIER_T_RESOLUTION; }
-};
-
-template <class TMarks>
-void SortByParameter(TMarks& vMarks) {
-    std::stable_sort(vMarks.begin(), vMarks.end(), [](const auto& a, const auto& b) { return a.t < b.t; });
-}
-
-TPathValues ValuesOf(const COpenPathStream& stream) {
-    TPathValues values;
-    for (const auto& spPoint : stream.GetControlPoints())
-        values.vAnchors.push_back(spPoint->At(STATE_COMMITTED));
-    const uint32_t tEnd = values.GetEnd();
-    for (const auto& spMark : stream.GetWidthPoints())
-        values.vWidths.push_back({std::min(spMark->GetParameter()[STATE_COMMITTED], tEnd),
-                                  {spMark->GetMultiple(SIDE_LEFT)[STATE_COMMITTED],
-                                   spMark->GetMultiple(SIDE_RIGHT)[STATE_COMMITTED]}});
-    for (const auto& spMark : stream.GetTransPoints())
-        values.vCuts.push_back(
-            {std::min(spMark->GetParameter()[STATE_COMMITTED], tEnd), spMark->GetAngle()[STATE_COMMITTED]});
-    for (const auto& spMark : stream.GetAlphaPoints())
-        values.vAlphas.push_back(
-            {std::min(spMark->GetParameter()[STATE_COMMITTED], tEnd), spMark->GetAlpha()[STATE_COMMITTED]});
-    SortByParameter(values.vWidths);
-    SortByParameter(values.vCuts);
-    SortByParameter(values.vAlphas);
-    // A single last cut hides the rest of the stroke.
-    if (values.vCuts.size() % 2 != 0) values.vCuts.push_back({tEnd, SQUARE});
-    values.uWidth = stream.GetWidth();
-    values.begin.spTerm = stream.GetTerm(true);
-    values.end.spTerm = stream.GetTerm(false);
-    return values;
-}
-
-// The same stroke in the other direction. A cut's angle is that of its line, which stays.
-TPathValues Reversed(TPathValues values) {
-    const uint32_t tEnd = values.GetEnd();
-    std::reverse(values.vAnchors.begin(), values.vAnchors.end());
-    for (TOutlinePoint& anchor : values.vAnchors) std::swap(anchor.back, anchor.fore);
-    const auto reverse = [tEnd](auto& vMarks) {
-        std::reverse(vMarks.begin(), vMarks.end());
-        for (auto& mark : vMarks) mark.t = tEnd - mark.t;
-    };
-    reverse(values.vWidths);
-    reverse(values.vCuts);
-    reverse(values.vAlphas);
-    for (TWidthMark& mark : values.vWidths)
-        std::swap(mark.auMultiple[SIDE_LEFT], mark.auMultiple[SIDE_RIGHT]);
-    std::swap(values.begin, values.end);
-    for (TTerm* pTerm : {&values.begin, &values.end}) pTerm->bReversed = !pTerm->bReversed;
-    return values;
-}
-
-// A new end of the same shape.
-boost::shared_ptr<COpenPathTermBase> CopyTerm(const TTerm& term, bool bBegin) {
-    const auto spCopy = CreateOpenPathTerm(term.spTerm ? term.spTerm->GetType() : TERM_SHARP, bBegin);
-    if (!term.spTerm) return spCopy;
-    CDeserializer reader(term.spTerm->Serialize());
-    spCopy->Deserialize(reader);
-    const auto spFlat = boost::dynamic_pointer_cast<COpenPathFlatTerm>(spCopy);
-    if (spFlat && term.bReversed) {
-        const CDualValue<uint32_t> left = spFlat->GetMultiple(SIDE_LEFT);
-        spFlat->SetMultiple(SIDE_LEFT, spFlat->GetMultiple(SIDE_RIGHT));
-        spFlat->SetMultiple(SIDE_RIGHT, left);
-    }
-    return spCopy;
-}
-
-void AddAnchors(COpenPathStream& stream, const TOutlinePoints& vAnchors) {
-    for (const TOutlinePoint& anchor : vAnchors) {
-        const auto spPoint = stream.AppendControlPoint(anchor.anchor);
-        spPoint->SetBack(CDualValue<CPoint>(anchor.back));
-        spPoint->SetFore(CDualValue<CPoint>(anchor.fore));
-    }
-}
-
-// A path of these values, with another one's wave; an end without a shape is sharp.
-TOpenPathPtr MakePath(const TPathValues& values, const COpenPathStream& wave) {
-    const auto spPath = boost::make_shared<COpenPathObject>();
-    COpenPathStream& stream = spPath->GetStream();
-    AddAnchors(stream, values.vAnchors);
-    stream.SetWidth(values.uWidth);
-    for (const TWidthMark& mark : values.vWidths) {
-        const auto spMark = stream.AddWidthPoint(mark.t);
-        for (const EPathSide side : {SIDE_LEFT, SIDE_RIGHT})
-            spMark->SetMultiple(side, CDualValue<uint32_t>(mark.auMultiple[side]));
-    }
-    for (const TCutMark& cut : values.vCuts)
-        stream.AddTransPoint(cut.t)->SetAngle(CDualValue<uint32_t>(cut.uAngle));
-    for (const TAlphaMark& mark : values.vAlphas)
-        stream.AddAlphaPoint(mark.t)->SetAlpha(CDualValue<uint32_t>(mark.uAlpha));
-    stream.SetTerm(CopyTerm(values.begin, true));
-    stream.SetTerm(CopyTerm(values.end, false));
-    stream.SetWave(wave.HasWave(), wave.GetWave());
-    spPath->Update();
-    return spPath;
-}
 
 // Gives the base width another value and keeps the absolute widths.
 void Rebase(TPathValues& values, uint32_t uWidth) {
@@ -222,34 +94,6 @@ TPathValues Combined(TPathValues first, TPathValues second, uint32_t uWidth, boo
 // The base width of a combined path: marks have no multiple of a width of 0.
 uint32_t CombinedWidth(const COpenPathStream& main, const COpenPathStream& other) {
     return main.GetWidth() != 0 ? main.GetWidth() : other.GetWidth();
-}
-
-// The stretch from one parameter to another, both at anchors.
-TPathValues PartOf(const TPathValues& whole, uint32_t tFirst, uint32_t tLast) {
-    TPathValues part;
-    part.uWidth = whole.uWidth;
-    part.vAnchors.assign(whole.vAnchors.begin() + tFirst / BEZIER_T_RESOLUTION,
-                         whole.vAnchors.begin() + tLast / BEZIER_T_RESOLUTION + 1);
-    const auto takeInside = [&](const auto& vMarks, auto& vInside) {
-        for (auto mark : vMarks) {
-            if (mark.t < tFirst || mark.t > tLast) continue;
-            mark.t -= tFirst;
-            vInside.push_back(mark);
-        }
-    };
-    takeInside(whole.vWidths, part.vWidths);
-    takeInside(whole.vAlphas, part.vAlphas);
-    const auto clipped = [&](const TCutMark& cut) {
-        if (cut.t < tFirst) return TCutMark{0, SQUARE};
-        if (cut.t > tLast) return TCutMark{tLast - tFirst, SQUARE};
-        return TCutMark{cut.t - tFirst, cut.uAngle};
-    };
-    for (size_t i = 0; i < whole.vCuts.size(); i += 2) {
-        const TCutMark from = clipped(whole.vCuts[i]);
-        const TCutMark to = clipped(whole.vCuts[i + 1]);
-        if (from.t < to.t) part.vCuts.insert(part.vCuts.end(), {from, to});
-    }
-    return part;
 }
 
 } // namespace
