@@ -54,6 +54,14 @@ void ReadTerm(CDeserializer& reader, uint32_t uType, boost::shared_ptr<COpenPath
     spTerm = spNew;
 }
 
+uint32_t Scaled(uint32_t uValue, double dFactor) {
+    return static_cast<uint32_t>(std::clamp(uValue * dFactor + 0.5, 1.0, double{INT32_MAX}));
+}
+
+TOutlineWave Scaled(const TOutlineWave& wave, double dFactor) {
+    return {Scaled(wave.uStep, dFactor), Scaled(wave.uWidth, dFactor)};
+}
+
 // The marks of both states and one more.
 template <class TPoints>
 CDualValue<TPoints> DualWith(CDualValue<TPoints> points, const typename TPoints::value_type& spPoint) {
@@ -78,8 +86,8 @@ std::pair<uint32_t, uint32_t> RangeAmong(const TPoints& vPoints, uint32_t t, siz
 
 COpenPathStream::COpenPathStream()
     : m_aspOutline{boost::make_shared<const TOutlines>(), boost::make_shared<const TOutlines>()},
-      m_spBegin(CreateOpenPathTerm(TERM_SHARP, true)),
-      m_spEnd(CreateOpenPathTerm(TERM_SHARP, false)), m_wave{WAVE_STEP, WAVE_WIDTH} {}
+      m_spBegin(CreateOpenPathTerm(TERM_SHARP, true)), m_spEnd(CreateOpenPathTerm(TERM_SHARP, false)),
+      m_wave({WAVE_STEP, WAVE_WIDTH}) {}
 
 std::vector<TOutlineWidth> COpenPathStream::GetWidths(size_t state, uint32_t tLast) const {
     std::map<uint32_t, TOutlineWidth> mapWidthOrig;
@@ -101,7 +109,7 @@ void COpenPathStream::RefreshCaches(size_t state) {
                                  : PlaceOnLine(vSegments, t);
     };
     for (const auto& spPoint : m_widthPoints[state]) {
-        spPoint->SetBaseWidth(m_uWidth);
+        spPoint->SetBaseWidth(m_width);
         const auto [point, tangent] = placeAt(spPoint->GetParameter()[state]);
         spPoint->SetPlace(state, point, tangent);
     }
@@ -112,10 +120,10 @@ void COpenPathStream::RefreshCaches(size_t state) {
         const uint32_t t = std::min(spPoint->GetParameter()[state], tLast);
         const auto [point, tangent] = placeAt(t);
         spPoint->SetPlace(state, point, tangent);
-        spPoint->SetWidths(state, WidthAt(*lengths, vWidths, m_uWidth, t, SIDE_LEFT),
-                           WidthAt(*lengths, vWidths, m_uWidth, t, SIDE_RIGHT));
+        spPoint->SetWidths(state, WidthAt(*lengths, vWidths, m_width[state], t, SIDE_LEFT),
+                           WidthAt(*lengths, vWidths, m_width[state], t, SIDE_RIGHT));
     }
-    const TOutlineWidth plain{0, {m_uWidth, m_uWidth}};
+    const TOutlineWidth plain{0, {m_width[state], m_width[state]}};
     const auto placeTerm = [&](COpenPathTermBase& term, uint32_t t, const TOutlineWidth& nearest) {
         const auto [point, tangent] = placeAt(t);
         term.SetPlace(state, point, term.IsBegin() ? CPoint{-tangent.x, -tangent.y} : tangent,
@@ -134,9 +142,10 @@ TOutlineSource COpenPathStream::GetSource(size_t state) const {
         for (uint32_t& uWidth : width.auWidth) uWidth = ToOutline(uWidth);
     for (const auto& spPoint : SortedByParameter(m_transPoints[state], state))
         source.vCuts.push_back(spPoint->At(state));
-    source.uWidth = ToOutline(m_uWidth);
+    source.uWidth = ToOutline(m_width[state]);
     if (m_bWave)
-        source.wave = {ToOutline(std::min(m_wave.uStep, PATH_WIDTH_LIMIT)), ToOutline(m_wave.uWidth)};
+        source.wave = {ToOutline(std::min(GetWave(state).uStep, PATH_WIDTH_LIMIT)),
+                       ToOutline(GetWave(state).uWidth)};
     return source;
 }
 
@@ -153,8 +162,8 @@ boost::shared_ptr<const COpenPathStream::TOutlines> COpenPathStream::Build(size_
 bool COpenPathStream::AreStatesEqual() const {
     const auto isSettled = [](const auto& spPoint) { return spPoint->IsSettled(); };
     return std::all_of(m_lstControlPoint.begin(), m_lstControlPoint.end(), isSettled) &&
-           m_widthPoints.IsSettled() && m_transPoints.IsSettled() &&
-           std::ranges::all_of(GetWidthPoints(), isSettled) &&
+           m_width.IsSettled() && m_wave.IsSettled() && m_widthPoints.IsSettled() &&
+           m_transPoints.IsSettled() && std::ranges::all_of(GetWidthPoints(), isSettled) &&
            std::ranges::all_of(GetTransPoints(), isSettled) && m_spBegin->IsSettled() && m_spEnd->IsSettled();
 }
 
@@ -178,6 +187,8 @@ void COpenPathStream::UpdateDrag() {
 
 void COpenPathStream::Commit() {
     CPathStreamImpl::Commit();
+    m_width.Commit();
+    m_wave.Commit();
     m_widthPoints.Commit();
     m_transPoints.Commit();
     for (const auto& spPoint : GetWidthPoints()) spPoint->Commit();
@@ -188,6 +199,8 @@ void COpenPathStream::Commit() {
 
 void COpenPathStream::Cancel() {
     CPathStreamImpl::Cancel();
+    m_width.Cancel();
+    m_wave.Cancel();
     m_widthPoints.Cancel();
     m_transPoints.Cancel();
     for (const auto& spPoint : GetWidthPoints()) spPoint->Cancel();
@@ -252,12 +265,12 @@ TPathHit COpenPathStream::HitControlPoints(const TPathPick& pick, bool bAnchor, 
 CSerializer COpenPathStream::Serialize() const {
     CSerializer writer;
     writer.SetTag(CHUNK_TAG, VERSION);
-    for (const size_t n : {size_t{m_uWidth}, GetWidthPoints().size(), GetTransPoints().size(),
+    for (const size_t n : {size_t{GetWidth()}, GetWidthPoints().size(), GetTransPoints().size(),
                            size_t{m_spBegin->GetType()}, size_t{m_spEnd->GetType()}})
         writer.WriteInt32(static_cast<int32_t>(n));
     writer.WriteBool(m_bWave);
-    writer.WriteInt32(static_cast<int32_t>(m_wave.uStep));
-    writer.WriteInt32(static_cast<int32_t>(m_wave.uWidth));
+    writer.WriteInt32(static_cast<int32_t>(GetWave().uStep));
+    writer.WriteInt32(static_cast<int32_t>(GetWave().uWidth));
     writer.WriteChunk(SerializePoints());
     for (const auto& spPoint : GetWidthPoints()) writer.WriteChunk(spPoint->Serialize());
     for (const auto& spPoint : GetTransPoints()) writer.WriteChunk(spPoint->Serialize());
@@ -268,18 +281,19 @@ CSerializer COpenPathStream::Serialize() const {
 
 void COpenPathStream::Deserialize(CDeserializer& reader) {
     reader.ExpectTag(CHUNK_TAG);
-    m_uWidth = ReadWidth(reader);
+    SetWidth(ReadWidth(reader));
     const auto uWidths = static_cast<uint32_t>(reader.ReadInt32());
     const auto uTrans = static_cast<uint32_t>(reader.ReadInt32());
     const auto uBegin = static_cast<uint32_t>(reader.ReadInt32());
     const auto uEnd = static_cast<uint32_t>(reader.ReadInt32());
-    m_bWave = false;
-    m_wave = {WAVE_STEP, WAVE_WIDTH};
+    bool bWave = false;
+    TOutlineWave wave{WAVE_STEP, WAVE_WIDTH};
     if (reader.GetVersion() >= 1) {
-        m_bWave = reader.ReadBool();
-        m_wave.uStep = static_cast<uint32_t>(reader.ReadInt32());
-        m_wave.uWidth = ReadWidth(reader);
+        bWave = reader.ReadBool();
+        wave.uStep = static_cast<uint32_t>(reader.ReadInt32());
+        wave.uWidth = ReadWidth(reader);
     }
+    SetWave(bWave, wave);
     DeserializePoints(reader);
     m_widthPoints.Set(ReadMarks(reader, uWidths, GetWidthPoints(), [&] { return MakeWidthPoint(0); }));
     m_transPoints.Set(ReadMarks(reader, uTrans, GetTransPoints(), [&] { return MakeTransPoint(0); }));
@@ -290,7 +304,7 @@ void COpenPathStream::Deserialize(CDeserializer& reader) {
     ReadTerm(reader, uEnd, m_spEnd);
     reader.ExpectEnd();
     // A few bytes can request an outline of millions of points.
-    if (m_bWave && m_wave.uWidth != 0)
+    if (m_bWave && GetWave().uWidth != 0)
         reader.Claim(CountWaveWidths(GetSource(STATE_COMMITTED)) * WAVE_POINT_BYTES);
 }
 
@@ -322,20 +336,25 @@ std::pair<uint32_t, uint32_t> COpenPathStream::GetTransRange(uint32_t t, size_t 
 
 void COpenPathStream::SetWave(bool bEnable, const TOutlineWave& wave) {
     m_bWave = bEnable;
-    m_wave = wave;
+    m_wave.Set(wave);
 }
 
 void COpenPathStream::ScaleWidths(double dFactor) {
-    const auto scale = [&](uint32_t& uValue) {
-        uValue = static_cast<uint32_t>(std::clamp(uValue * dFactor + 0.5, 1.0, double{INT32_MAX}));
-    };
-    scale(m_uWidth);
-    scale(m_wave.uStep);
-    scale(m_wave.uWidth);
+    for (const size_t state : {STATE_COMMITTED, STATE_LIVE}) {
+        m_width[state] = Scaled(m_width[state], dFactor);
+        m_wave[state] = Scaled(m_wave[state], dFactor);
+    }
+}
+
+void COpenPathStream::TransformLive(const boost::function<CPoint(CPoint)>& fnMap, double dWidth) {
+    CPathStreamImpl::TransformLive(fnMap, dWidth);
+    const bool bScales = dWidth != 1;
+    m_width[STATE_LIVE] = bScales ? Scaled(GetWidth(), dWidth) : GetWidth();
+    m_wave[STATE_LIVE] = bScales ? Scaled(GetWave(), dWidth) : GetWave();
 }
 
 boost::shared_ptr<CPathWidthControlPoint> COpenPathStream::MakeWidthPoint(uint32_t t) const {
-    return boost::make_shared<CPathWidthControlPoint>(weak_from_this(), CDualValue<uint32_t>(t), m_uWidth);
+    return boost::make_shared<CPathWidthControlPoint>(weak_from_this(), CDualValue<uint32_t>(t), GetWidth());
 }
 
 boost::shared_ptr<CPathTransControlPoint> COpenPathStream::MakeTransPoint(uint32_t t) const {

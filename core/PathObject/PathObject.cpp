@@ -158,6 +158,11 @@ void CPathObject::Transform(const boost::function<CPoint(CPoint)>& fnMap, double
     Update();
 }
 
+void CPathObject::TransformLive(const boost::function<CPoint(CPoint)>& fnMap, double dWidth) {
+    GetStream().TransformLive(fnMap, dWidth);
+    UpdateDrag();
+}
+
 boost::shared_ptr<CPathControlPoint> CPathObject::AppendControlPoint(CPoint pt) {
     const auto spPoint = GetStream().AppendControlPoint(pt);
     Update();

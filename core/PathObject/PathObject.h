@@ -69,6 +69,9 @@ public:
 
     /// Maps every point, and multiplies the base width and the wave by `dWidth`.
     void Transform(const boost::function<CPoint(CPoint)>& fnMap, double dWidth = 1);
+    /// Shows the committed shape mapped, with its base width and wave multiplied by `dWidth`, as the live
+    /// one. Raises as UpdateDrag does.
+    void TransformLive(const boost::function<CPoint(CPoint)>& fnMap, double dWidth);
     /// Called after a change of committed values. If refused, restores the values of the last Update.
     void Update();
     /// Called after a change of live values; raises refused_error too, but reverts nothing.
