@@ -11,12 +11,31 @@
 namespace {
 
 constexpr TColor WHITE = 0xFFFFFF;
+constexpr char HEAD[] = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                        "<svg xmlns=\"http://www.w3.org/2000/svg\"";
+constexpr char TAIL[] = "</svg>\n";
 
-TColor ShownColor(const CVectorLayerBuffer& layer) {
-    const TColor color = layer.GetLayerColor();
-    if (layer.GetCanvas()->IsColorPicture()) return color;
-    const uint8_t uGrey = GreyOf(RedOf(color), GreenOf(color), BlueOf(color));
-    return MakeColor(uGrey, uGrey, uGrey);
+std::string SizeOf(CSize sz) {
+    return " width=\"" + std::to_string(sz.cx) + "\" height=\"" + std::to_string(sz.cy) + '"';
+}
+
+std::string ViewBoxOf(const CRect& rc) {
+    return " viewBox=\"" + std::to_string(rc.left) + ' ' + std::to_string(rc.top) + ' ' +
+           std::to_string(rc.Width()) + ' ' + std::to_string(rc.Height()) + '"';
+}
+
+std::string FillOf(TColor color) {
+    std::string strFill = " fill=\"";
+    AppendColor(strFill, color);
+    return strFill + '"';
+}
+
+void AppendPath(std::string& strText, const CPathObject& path, const std::string& strFill, CSize szCanvas) {
+    for (const TSvgShape& shape : GroupOutlines(path.GetStream().GetShape(STATE_COMMITTED), szCanvas)) {
+        strText += "<path" + strFill + " d=\"";
+        for (const TPolyBezier& vCurve : shape) AppendCurve(strText, vCurve);
+        strText += "\"/>\n";
+    }
 }
 
 class CSvgWriter {
@@ -25,15 +44,13 @@ public:
         : m_szCanvas(szCanvas), m_strPath(strPath), m_codecs(codecs), m_progress(progress) {}
 
     std::string Write(const CLayerBuffer& root) {
-        const std::string strWidth = std::to_string(m_szCanvas.cx);
-        const std::string strHeight = std::to_string(m_szCanvas.cy);
-        m_strSize = " width=\"" + strWidth + "\" height=\"" + strHeight + '"';
-        m_strText = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-                    "<svg xmlns=\"http://www.w3.org/2000/svg\" xmlns:xlink=\"http://www.w3.org/1999/xlink\" "
-                    "xmlns:inkscape=\"http://www.inkscape.org/namespaces/inkscape\"" +
-                    m_strSize + " viewBox=\"0 0 " + strWidth + ' ' + strHeight + "\">\n";
+        m_strSize = SizeOf(m_szCanvas);
+        m_strText = HEAD +
+                    std::string(" xmlns:xlink=\"http://www.w3.org/1999/xlink\" "
+                                "xmlns:inkscape=\"http://www.inkscape.org/namespaces/inkscape\"") +
+                    m_strSize + ViewBoxOf({{}, m_szCanvas}) + ">\n";
         WriteChildren(root);
-        m_strText += "</svg>\n";
+        m_strText += TAIL;
         return std::move(m_strText);
     }
 
@@ -75,9 +92,7 @@ private:
     void WriteOwn(CLayerBuffer& layer, ESvgPart part) {
         const auto* pVector = dynamic_cast<const CVectorLayerBuffer*>(&layer);
         if (!pVector) return WriteImage(layer, part);
-        std::string strFill = " fill=\"";
-        AppendColor(strFill, part == ESvgPart::Mask ? WHITE : ShownColor(*pVector));
-        strFill += '"';
+        const std::string strFill = FillOf(part == ESvgPart::Mask ? WHITE : GetShownColor(*pVector));
         if (part == ESvgPart::Ground)
             m_strText += "<rect" + m_strSize + strFill + "/>\n";
         else
@@ -86,12 +101,7 @@ private:
     void WritePaths(const CVectorLayerBuffer& layer, const std::string& strFill) {
         m_progress.Begin(L"レイヤーをまとめています", layer.GetPaths().size());
         for (const auto& spPath : layer.GetPaths()) {
-            for (const TSvgShape& shape :
-                 GroupOutlines(spPath->GetStream().GetShape(STATE_COMMITTED), m_szCanvas)) {
-                m_strText += "<path" + strFill + " d=\"";
-                for (const TPolyBezier& vCurve : shape) AppendCurve(m_strText, vCurve);
-                m_strText += "\"/>\n";
-            }
+            AppendPath(m_strText, *spPath, strFill, m_szCanvas);
             m_progress.Advance();
         }
     }
@@ -122,4 +132,19 @@ private:
 std::string WriteSvg(CCanvasBuffer& canvas, const std::wstring& strPath, IImageCodecs& codecs,
                      IProgress& progress) {
     return CSvgWriter(canvas.GetSize(), strPath, codecs, progress).Write(canvas.GetRoot());
+}
+
+std::string WritePathsSvg(const CVectorLayerBuffer::TPaths& vPaths, TColor color, CSize szCanvas) {
+    CRect rc;
+    for (const auto& spPath : vPaths) rc = rc.Union(CoveredPixels(spPath->RectIncludingPath()));
+    std::string strText = HEAD + SizeOf(rc.Size()) + ViewBoxOf(rc) + ">\n";
+    for (const auto& spPath : vPaths) AppendPath(strText, *spPath, FillOf(color), szCanvas);
+    return strText + TAIL;
+}
+
+TColor GetShownColor(const CVectorLayerBuffer& layer) {
+    const TColor color = layer.GetLayerColor();
+    if (layer.GetCanvas()->IsColorPicture()) return color;
+    const uint8_t uGrey = GreyOf(RedOf(color), GreenOf(color), BlueOf(color));
+    return MakeColor(uGrey, uGrey, uGrey);
 }
