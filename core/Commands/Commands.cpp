@@ -90,6 +90,7 @@ constexpr TNamed NAMES[] = {
     {ID_SWITCH_TOOL_FIRST + 7, "tool-path-width"},
     {ID_SWITCH_TOOL_FIRST + 8, "tool-pencil"},
     {ID_SWITCH_TOOL_FIRST + 9, "tool-transform"},
+    {ID_SWITCH_TOOL_FIRST + 12, "tool-stroke-select"},
     {ID_WINDOW_ARRANGE, "window-arrange"},
     {ID_WINDOW_CASCADE, "window-cascade"},
     {ID_WINDOW_TILE_HORZ, "window-tile-horz"},

@@ -1,5 +1,7 @@
 #include "core/Panels/ToolTable.h"
 
+#include "core/PathSelect/StrokeSelect.h"
+#include "core/PathSelect/ToolOptStrokeSelect.h"
 #include "core/PathToolBase/ToolOptPathTool.h"
 #include "core/PathWidthTool/ToolOptPathWidthTool.h"
 #include "core/RasterBrush/FreehandTools.h"
@@ -41,6 +43,7 @@ constexpr TToolRow TOOLS[] = {
     ROW<CRasterTransform, CToolOptRasterTransform>,
     ROW<CPathTool, CToolOptPathTool>,
     ROW<CPathWidthTool, CToolOptPathWidthTool>,
+    ROW<CStrokeSelect, CToolOptStrokeSelect>,
 };
 
 } // namespace
