@@ -78,7 +78,7 @@ void CVectorLayerBuffer::InsertPath(const boost::shared_ptr<CPathObject>& spPath
     spPath->SetLayer(boost::static_pointer_cast<CVectorLayerBuffer>(shared_from_this()));
     m_index.Insert(spPath);
     if (bInside) m_index.Sort(m_lstPaths);
-    m_rcReachChange = m_rcReachChange.Union(spPath->GetReach());
+    NoteChange(spPath->GetReach());
     InvalidatePath(spPath->RectIncludingPath());
 }
 
@@ -91,10 +91,15 @@ int CVectorLayerBuffer::RemovePath(const boost::shared_ptr<CPathObject>& spPath)
     return idx;
 }
 
+void CVectorLayerBuffer::NoteChange(const CRect& rcReach) {
+    m_rcReachChange = m_rcReachChange.Union(rcReach);
+    ++m_uPathsChanges;
+}
+
 // All but the list.
 void CVectorLayerBuffer::Forget(CPathObject& path) {
     if (m_pCoverage->IsLive(path)) m_pCoverage->SetLivePaths({});
-    m_rcReachChange = m_rcReachChange.Union(path.GetReach());
+    NoteChange(path.GetReach());
     for (const size_t state : {STATE_COMMITTED, STATE_LIVE}) InvalidatePath(path.RectIncludingPath(state));
     m_index.Remove(path);
     path.SetLayer({});
@@ -109,7 +114,7 @@ void CVectorLayerBuffer::InsertPaths(const TPaths& vPaths, const std::vector<int
         m_lstPaths.insert(it, vPaths[n]);
         vPaths[n]->SetLayer(spThis);
         m_index.Insert(vPaths[n]);
-        m_rcReachChange = m_rcReachChange.Union(vPaths[n]->GetReach());
+        NoteChange(vPaths[n]->GetReach());
         InvalidatePath(vPaths[n]->RectIncludingPath());
     }
     m_index.Sort(m_lstPaths);
@@ -134,7 +139,7 @@ void CVectorLayerBuffer::OnPathChanged(const CPathObject& path, const std::vecto
                                        const CRect& rcDrawn) {
     for (const CRect& rc : vInk) m_pCoverage->Invalidate(rc, &path);
     m_index.Refresh(path);
-    m_rcReachChange = m_rcReachChange.Union(rcDrawn);
+    NoteChange(rcDrawn);
 }
 
 boost::shared_ptr<CPathObject> CVectorLayerBuffer::GetSelectedPath() const {
@@ -158,8 +163,9 @@ void CVectorLayerBuffer::SelectPath(const boost::shared_ptr<CPathObject>& spPath
 void CVectorLayerBuffer::SelectPaths(const TPaths& vPaths) {
     CSelectedPaths selected(vPaths);
     for (const TPaths& vShown : {GetSelectedPaths(), vPaths})
-        for (const auto& spShown : vShown) m_rcReachChange = m_rcReachChange.Union(spShown->GetReach());
+        for (const auto& spShown : vShown) NoteChange(spShown->GetReach());
     m_selected = std::move(selected);
+    ++m_uPathsChanges;
     m_wpSelectedPoint.reset();
 }
 

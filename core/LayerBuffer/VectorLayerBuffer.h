@@ -59,6 +59,8 @@ public:
     TPaths GetSelectedPaths() const { return m_index.InOrder(m_selected.GetPaths()); }
     bool IsSelected(const CPathObject& path) const { return HasPath(path) && m_selected.Contains(path); }
     void SelectPaths(const TPaths& vPaths);
+    /// Counts what happens to the paths and to their selection: equal numbers mean that nothing has.
+    uint32_t GetPathsChangeCount() const { return m_uPathsChanges; }
     /// The only one of them and its selected point; null when there is none, or more than one.
     boost::shared_ptr<CPathObject> GetSelectedPath() const;
     boost::shared_ptr<CPathControlPoint> GetSelectedPoint() const;
@@ -88,12 +90,14 @@ protected:
 private:
     void CreateCoverage(TColor color);
     void Forget(CPathObject& path);
+    void NoteChange(const CRect& rcReach);
     void InvalidatePaths();
 
     TPathList m_lstPaths;
     CPathIndex m_index;
     std::unique_ptr<CPathCoverage> m_pCoverage;
     CRect m_rcReachChange;
+    uint32_t m_uPathsChanges = 0;
     CSelectedPaths m_selected;
     boost::weak_ptr<CPathControlPoint> m_wpSelectedPoint;
 };

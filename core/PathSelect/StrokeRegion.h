@@ -21,8 +21,15 @@ public:
     bool Touches(const CPathObject& path) const;
 
 private:
+    /// An edge, the upper end first.
+    struct TEdge {
+        CPoint ptUpper, ptLower;
+    };
     bool CrossesEdge(CPoint ptFrom, CPoint ptTo) const;
+    size_t BandAt(int32_t y) const;
 
     std::vector<CPoint> m_vCorners;
     CRect m_rcBounds;
+    int32_t m_nBand = 1;                      ///< the height of a band
+    std::vector<std::vector<TEdge>> m_vBands; ///< the edges that meet each, from the top
 };

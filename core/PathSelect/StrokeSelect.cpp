@@ -1,6 +1,7 @@
 #include "core/PathSelect/StrokeSelect.h"
 
 #include "core/Base/FixedMath.h"
+#include "core/PathSelect/StrokeForms.h"
 #include "core/PathSelect/StrokeRegion.h"
 #include "core/Tools/OverlayBox.h"
 
@@ -44,9 +45,12 @@ TStrokes CStrokeSelect::GetSelected() const {
 }
 
 CRect CStrokeSelect::GetBox() const {
-    CRect rcBox;
-    for (const auto& spPath : GetSelected()) rcBox = rcBox.Union(spPath->RectIncludingPath());
-    return rcBox;
+    const auto spLayer = IsEnabled() ? GetVectorLayer() : nullptr;
+    if (!spLayer) return {};
+    const uint32_t uChanges = spLayer->GetPathsChangeCount();
+    if (m_box.wpLayer.lock() != spLayer || m_box.uChanges != uChanges)
+        m_box = {spLayer, uChanges, BoundsOfPaths(spLayer->GetSelectedPaths())};
+    return m_box.rc;
 }
 
 EBoxPart CStrokeSelect::FindPart(CPoint pt, uint32_t flags) const {

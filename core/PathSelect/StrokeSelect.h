@@ -130,7 +130,14 @@ private:
     boost::weak_ptr<CStrokesChangeHistory> m_wpFoldable; ///< the last action that a change may be folded into
     EFold m_fold = EFold::None;                          ///< its kind
     CRect m_rcHoverChange;                               ///< path units
-    CRect m_rcBoxShown;                                  ///< client pixels
+    /// The box as last computed: a pointer that only moves must not visit all strokes.
+    struct TBox {
+        boost::weak_ptr<CVectorLayerBuffer> wpLayer;
+        uint32_t uChanges = 0;
+        CRect rc;
+    };
+    mutable TBox m_box;
+    CRect m_rcBoxShown; ///< client pixels
     EBoxPart m_partShown = BOX_NONE;
     CRect m_rcShapeShown; ///< client pixels
     boost::weak_ptr<CVectorLayerBuffer> m_wpShownLayer;

@@ -6,7 +6,7 @@ CStrokesDrag::CStrokesDrag(CVectorLayerBuffer& layer, const TStrokes& vPaths) : 
 
 void CStrokesDrag::Show(const TStrokeMap& map) {
     m_map = map;
-    for (const auto& spPath : m_before.GetPaths()) spPath->TransformLive(map, map.dWidth);
+    CPathObject::TransformLive(m_before.GetPaths(), map, map.dWidth);
 }
 
 boost::shared_ptr<CHistory> CStrokesDrag::Commit(const std::wstring& strLabel) {
