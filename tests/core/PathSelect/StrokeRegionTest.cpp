@@ -14,10 +14,10 @@ bool Touches(const CStrokeRegion& region) { return region.Touches(*LEVEL); }
 // A U whose gap lies between two points of the stroke's outline.
 CStrokeRegion Gap() {
     return CStrokeRegion(std::vector<CPoint>{{-100, -100},
-                                             {500, -100},
-                                             {500, 200},
-                                             {520, 200},
-                                             {520, -100},
+                                             {560, -100},
+                                             {560, 200},
+                                             {562, 200},
+                                             {562, -100},
                                              {1100, -100},
                                              {1100, 300},
                                              {-100, 300}});
@@ -36,10 +36,10 @@ TEST(StrokeRegion, HoldsInkThatLiesInsideAsAWhole) {
 }
 
 TEST(StrokeRegion, TouchesInkAtOneOfItsPlaces) {
-    EXPECT_TRUE(Touches({{300, 30}, {500, 200}}));
-    EXPECT_FALSE(Touches({{300, 44}, {500, 200}}));
+    EXPECT_TRUE(Touches({{300, 30}, {560, 200}}));
+    EXPECT_FALSE(Touches({{300, 44}, {560, 200}}));
     EXPECT_TRUE(Touches({{300, -10}, {500, 10}})) << "in the middle of the ink";
-    EXPECT_TRUE(Touches({{300, -200}, {400, 200}})) << "across it";
+    EXPECT_TRUE(Touches({{560, -200}, {562, 200}})) << "across it";
     EXPECT_TRUE(Touches({{-100, -100}, {1100, 100}}));
     EXPECT_FALSE(Touches({{-200, -200}, {-60, 200}}));
     // Between the halves of a ring.
