@@ -7,6 +7,8 @@
 
 /// The name of a new raster layer, before it is made unique.
 inline constexpr wchar_t NEW_RASTER_LAYER[] = L"新規ラスタレイヤー";
+/// The same of a vector layer.
+inline constexpr wchar_t NEW_VECTOR_LAYER[] = L"新規ベクタレイヤー";
 
 struct TNewPlace {
     TLayerPtr spParent;

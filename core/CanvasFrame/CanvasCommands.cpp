@@ -72,6 +72,15 @@ void Flip(CCanvasFrame& frame, bool TViewState::*pFlip) {
 
 void ShowInitially(CCanvasFrame& frame) { frame.ApplyView({frame.GetView().GetState().uZoom}); }
 
+// By the tool where it selects something itself, else of the canvas.
+void ChangeSelected(CCanvasFrame& frame, int nId,
+                    bool (*pfnChange)(const boost::shared_ptr<CCanvasBuffer>& spCanvas)) {
+    const auto spTool = frame.GetInput().GetTool();
+    frame.EditTree([&] {
+        return spTool && spTool->CanCommand(nId) ? spTool->OnCommand(nId) : pfnChange(frame.GetCanvas());
+    });
+}
+
 struct TFrameCommand {
     int nId;
     TFrameAct fnDo;
@@ -86,10 +95,10 @@ const TFrameCommand FRAME_COMMANDS[] = {
     {ID_EDIT_UNDO, [](CCanvasFrame& frame) { frame.StepHistory(true); }, CanUndo, nullptr},
     {ID_EDIT_REDO, [](CCanvasFrame& frame) { frame.StepHistory(false); }, CanRedo, nullptr},
     // Both work with any tool and layer.
-    {ID_SELECT_ALL, [](CCanvasFrame& frame) { frame.EditTree([&] { return SelectAll(frame.GetCanvas()); }); },
-     IsIdle, nullptr},
-    {ID_SELECT_NONE, [](CCanvasFrame& frame) { frame.EditTree([&] { return Deselect(frame.GetCanvas()); }); },
-     IsIdle, nullptr},
+    {ID_SELECT_ALL, [](CCanvasFrame& frame) { ChangeSelected(frame, ID_SELECT_ALL, SelectAll); }, IsIdle,
+     nullptr},
+    {ID_SELECT_NONE, [](CCanvasFrame& frame) { ChangeSelected(frame, ID_SELECT_NONE, Deselect); }, IsIdle,
+     nullptr},
     {ID_VIEW_FIT, [](CCanvasFrame& frame) { frame.FitView(); }, IsAnyFrame, nullptr},
     {ID_VIEW_FLIP_V, [](CCanvasFrame& frame) { Flip(frame, &TViewState::bFlipV); }, IsAnyFrame,
      [](CCanvasFrame& frame) { return frame.GetView().GetState().bFlipV; }},

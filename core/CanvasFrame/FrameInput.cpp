@@ -288,6 +288,8 @@ bool CFrameInput::OnKey(const TMessage& msg, bool bDown) {
         if (bDown && IsDrawing(spTool)) CancelStroke(), bHandled = true;
         if (bDown && !bHandled && spTool && spTool->IsOpen())
             TellTool([&] { return spTool->EndOpen(EOpenEnd::Discard), bHandled = true; });
+        else if (bDown && !bHandled && spTool && spTool->IsEnabled())
+            TellTool([&] { return bHandled = spTool->OnEscape(); });
     } else if (spTool && spTool->IsEnabled()) {
         TellTool([&] { return bHandled = spTool->ChangeKey(nKey, bDown); });
     }

@@ -81,7 +81,7 @@ const TLayerCommand COMMANDS[] = {
      [](const TPlace&, const TCanvas& spCanvas, IProgress&) {
          const auto spLayer = CreateVectorLayer(spCanvas);
          spLayer->SetLayerColor(0); // white lines would not be seen on the paper
-         InsertNew(spCanvas, spLayer, L"新規ベクタレイヤー");
+         InsertNew(spCanvas, spLayer, NEW_VECTOR_LAYER);
          return true;
      }},
     {ID_LAYER_NEW_SET, Always, Never,

@@ -92,6 +92,7 @@ constexpr TNamed NAMES[] = {
     {ID_SWITCH_TOOL_FIRST + 9, "tool-transform"},
     {ID_SWITCH_TOOL_FIRST + 10, "tool-pen"},
     {ID_SWITCH_TOOL_FIRST + 11, "tool-vector-eraser"},
+    {ID_SWITCH_TOOL_FIRST + 12, "tool-stroke-select"},
     {ID_WINDOW_ARRANGE, "window-arrange"},
     {ID_WINDOW_CASCADE, "window-cascade"},
     {ID_WINDOW_TILE_HORZ, "window-tile-horz"},

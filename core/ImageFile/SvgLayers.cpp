@@ -11,12 +11,48 @@
 namespace {
 
 constexpr TColor WHITE = 0xFFFFFF;
+constexpr char HEAD[] = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                        "<svg xmlns=\"http://www.w3.org/2000/svg\"";
+constexpr char TAIL[] = "</svg>\n";
 
-TColor ShownColor(const CVectorLayerBuffer& layer) {
-    const TColor color = layer.GetLayerColor();
-    if (layer.GetCanvas()->IsColorPicture()) return color;
-    const uint8_t uGrey = GreyOf(RedOf(color), GreenOf(color), BlueOf(color));
-    return MakeColor(uGrey, uGrey, uGrey);
+std::string SizeOf(CSize sz) {
+    return " width=\"" + std::to_string(sz.cx) + "\" height=\"" + std::to_string(sz.cy) + '"';
+}
+
+std::string ViewBoxOf(const CRect& rc) {
+    return " viewBox=\"" + std::to_string(rc.left) + ' ' + std::to_string(rc.top) + ' ' +
+           std::to_string(rc.Width()) + ' ' + std::to_string(rc.Height()) + '"';
+}
+
+std::string FillOf(TColor color) {
+    std::string strFill = " fill=\"";
+    AppendColor(strFill, color);
+    return strFill + '"';
+}
+
+// The attribute in thousandths, unless it would say opaque.
+void AppendOpacity(std::string& strText, uint32_t uOpacity) {
+    if (uOpacity == 255) return;
+    strText += " opacity=\"";
+    AppendThousandths(strText, (uOpacity * 1000 + 127) / 255);
+    strText += '"';
+}
+
+// The format has one opacity for a shape: the mean. The group keeps elements that overlap even.
+void AppendPath(std::string& strText, const CPathObject& path, const std::string& strFill, CSize szCanvas) {
+    const auto spOpacity = path.GetStream().GetOpacity(STATE_COMMITTED);
+    const uint32_t uOpacity = spOpacity ? spOpacity->GetMean() : 255;
+    if (uOpacity != 255) {
+        strText += "<g";
+        AppendOpacity(strText, uOpacity);
+        strText += ">\n";
+    }
+    for (const TSvgShape& shape : GroupOutlines(path.GetStream().GetShape(STATE_COMMITTED), szCanvas)) {
+        strText += "<path" + strFill + " d=\"";
+        for (const TPolyBezier& vCurve : shape) AppendCurve(strText, vCurve);
+        strText += "\"/>\n";
+    }
+    if (uOpacity != 255) strText += "</g>\n";
 }
 
 class CSvgWriter {
@@ -25,15 +61,13 @@ public:
         : m_szCanvas(szCanvas), m_strPath(strPath), m_codecs(codecs), m_progress(progress) {}
 
     std::string Write(const CLayerBuffer& root) {
-        const std::string strWidth = std::to_string(m_szCanvas.cx);
-        const std::string strHeight = std::to_string(m_szCanvas.cy);
-        m_strSize = " width=\"" + strWidth + "\" height=\"" + strHeight + '"';
-        m_strText = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-                    "<svg xmlns=\"http://www.w3.org/2000/svg\" xmlns:xlink=\"http://www.w3.org/1999/xlink\" "
-                    "xmlns:inkscape=\"http://www.inkscape.org/namespaces/inkscape\"" +
-                    m_strSize + " viewBox=\"0 0 " + strWidth + ' ' + strHeight + "\">\n";
+        m_strSize = SizeOf(m_szCanvas);
+        m_strText = HEAD +
+                    std::string(" xmlns:xlink=\"http://www.w3.org/1999/xlink\" "
+                                "xmlns:inkscape=\"http://www.inkscape.org/namespaces/inkscape\"") +
+                    m_strSize + ViewBoxOf({{}, m_szCanvas}) + ">\n";
         WriteChildren(root);
-        m_strText += "</svg>\n";
+        m_strText += TAIL;
         return std::move(m_strText);
     }
 
@@ -46,7 +80,7 @@ private:
         m_strText += "<g id=\"layer" + strNumber + "\" inkscape:groupmode=\"layer\" inkscape:label=\"";
         AppendAttribute(m_strText, layer.GetName());
         m_strText += '"';
-        if (!layer.IsPassThrough()) AppendOpacity(layer.GetOpacity());
+        if (!layer.IsPassThrough()) AppendOpacity(m_strText, layer.GetOpacity());
         if (!layer.IsVisible()) m_strText += " style=\"display:none\"";
         m_strText += ">\n";
         if (layer.IsPassThrough())
@@ -71,9 +105,7 @@ private:
     void WriteOwn(CLayerBuffer& layer, ESvgPart part) {
         const auto* pVector = dynamic_cast<const CVectorLayerBuffer*>(&layer);
         if (!pVector) return WriteImage(layer, part);
-        std::string strFill = " fill=\"";
-        AppendColor(strFill, part == ESvgPart::Mask ? WHITE : ShownColor(*pVector));
-        strFill += '"';
+        const std::string strFill = FillOf(part == ESvgPart::Mask ? WHITE : GetShownColor(*pVector));
         if (part == ESvgPart::Ground)
             m_strText += "<rect" + m_strSize + strFill + "/>\n";
         else
@@ -82,30 +114,9 @@ private:
     void WritePaths(const CVectorLayerBuffer& layer, const std::string& strFill) {
         m_progress.Begin(L"レイヤーをまとめています", layer.GetPaths().size());
         for (const auto& spPath : layer.GetPaths()) {
-            // The format has one opacity for a shape: the mean. The group keeps elements that overlap even.
-            const auto spOpacity = spPath->GetStream().GetOpacity(STATE_COMMITTED);
-            const uint32_t uOpacity = spOpacity ? spOpacity->GetMean() : 255;
-            if (uOpacity != 255) {
-                m_strText += "<g";
-                AppendOpacity(uOpacity);
-                m_strText += ">\n";
-            }
-            for (const TSvgShape& shape :
-                 GroupOutlines(spPath->GetStream().GetShape(STATE_COMMITTED), m_szCanvas)) {
-                m_strText += "<path" + strFill + " d=\"";
-                for (const TPolyBezier& vCurve : shape) AppendCurve(m_strText, vCurve);
-                m_strText += "\"/>\n";
-            }
-            if (uOpacity != 255) m_strText += "</g>\n";
+            AppendPath(m_strText, *spPath, strFill, m_szCanvas);
             m_progress.Advance();
         }
-    }
-    // The attribute in thousandths, unless it would say opaque.
-    void AppendOpacity(uint32_t uOpacity) {
-        if (uOpacity == 255) return;
-        m_strText += " opacity=\"";
-        AppendThousandths(m_strText, (uOpacity * 1000 + 127) / 255);
-        m_strText += '"';
     }
     void WriteImage(CLayerBuffer& layer, ESvgPart part) {
         const auto [rc, png] = MakeSvgImage(layer, part, m_codecs, m_progress);
@@ -134,4 +145,19 @@ private:
 std::string WriteSvg(CCanvasBuffer& canvas, const std::wstring& strPath, IImageCodecs& codecs,
                      IProgress& progress) {
     return CSvgWriter(canvas.GetSize(), strPath, codecs, progress).Write(canvas.GetRoot());
+}
+
+std::string WritePathsSvg(const CVectorLayerBuffer::TPaths& vPaths, TColor color, CSize szCanvas) {
+    CRect rc;
+    for (const auto& spPath : vPaths) rc = rc.Union(CoveredPixels(spPath->RectIncludingPath()));
+    std::string strText = HEAD + SizeOf(rc.Size()) + ViewBoxOf(rc) + ">\n";
+    for (const auto& spPath : vPaths) AppendPath(strText, *spPath, FillOf(color), szCanvas);
+    return strText + TAIL;
+}
+
+TColor GetShownColor(const CVectorLayerBuffer& layer) {
+    const TColor color = layer.GetLayerColor();
+    if (layer.GetCanvas()->IsColorPicture()) return color;
+    const uint8_t uGrey = GreyOf(RedOf(color), GreenOf(color), BlueOf(color));
+    return MakeColor(uGrey, uGrey, uGrey);
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/CanvasBuffer/CanvasBuffer.h"
+#include "core/LayerBuffer/VectorLayerBuffer.h"
 
 #include <string>
 
@@ -11,3 +12,10 @@ class IImageCodecs;
 /// layer's pixels cannot be encoded, bad_alloc and cancelled_error.
 std::string WriteSvg(CCanvasBuffer& canvas, const std::wstring& strPath, IImageCodecs& codecs,
                      IProgress& progress);
+
+/// Paths of one colour as the text of a file that shows their pixels alone, at their place on a canvas of
+/// that size. Raises bad_alloc.
+std::string WritePathsSvg(const CVectorLayerBuffer::TPaths& vPaths, TColor color, CSize szCanvas);
+
+/// The layer's colour as its canvas shows it, grey in a grey picture.
+TColor GetShownColor(const CVectorLayerBuffer& layer);

@@ -94,7 +94,7 @@ void CPathCoverage::Invalidate(const CRect& rcPath, const CPathObject* pPath) {
         m_pPlane->SetDirty(ptBlock);
         m_stale.Set(ptBlock.x / DEFAULT_BLOCKSIZE.cx, ptBlock.y / DEFAULT_BLOCKSIZE.cy);
     });
-    if (m_pRest && pPath != m_spLive.get()) m_pRest->MarkDirty(CoveredPixels(rcPath));
+    if (m_pRest && !m_setLive.contains(pPath)) m_pRest->MarkDirty(CoveredPixels(rcPath));
 }
 
 void CPathCoverage::Add(const boost::shared_ptr<CPathObject>& spPath) {
@@ -114,14 +114,17 @@ void CPathCoverage::Add(const boost::shared_ptr<CPathObject>& spPath) {
     if (bMissing) m_vAdded.push_back(spPath);
 }
 
-void CPathCoverage::SetLivePath(const boost::shared_ptr<CPathObject>& spPath) {
-    if (m_spLive == spPath) return;
+void CPathCoverage::SetLivePaths(std::vector<boost::shared_ptr<CPathObject>> vPaths) {
+    if (m_vLive == vPaths) return;
     boost::shared_ptr<CAlphaBufferImpl<uint8_t>> pRest;
-    if (spPath) {
+    std::unordered_set<const CPathObject*> setLive;
+    if (!vPaths.empty()) {
         pRest = CreatePlane(m_pPlane->GetSize());
         pRest->GetDirty().Fill(true);
+        for (const auto& spPath : vPaths) setLive.insert(spPath.get());
     }
-    m_spLive = spPath;
+    m_vLive = std::move(vPaths);
+    m_setLive = std::move(setLive);
     m_pRest = pRest;
 }
 
@@ -130,14 +133,17 @@ void CPathCoverage::PaintRest(CAlphaBlock8& tile, const TPaths& paths) {
     PaintParts(tile, [&](CPathFill& fill, CAlphaBlock8& part) {
         const CRect rc = part.GetRect();
         for (const auto& spPath : paths)
-            if (spPath != m_spLive && !CoveredPixels(spPath->RectIncludingPath()).Intersect(rc).IsEmpty())
+            if (!IsLive(*spPath) && !CoveredPixels(spPath->RectIncludingPath()).Intersect(rc).IsEmpty())
                 spPath->RasterizePath(fill, m_pPlane->GetSize(), part);
     });
 }
 
 void CPathCoverage::PaintLive(CAlphaBlock8& tile) {
     PaintParts(tile, [&](CPathFill& fill, CAlphaBlock8& part) {
-        m_spLive->RasterizePath(fill, m_pPlane->GetSize(), part, STATE_LIVE);
+        const CRect rc = part.GetRect();
+        for (const auto& spPath : m_vLive)
+            if (!CoveredPixels(spPath->RectIncludingPath(STATE_LIVE)).Intersect(rc).IsEmpty())
+                spPath->RasterizePath(fill, m_pPlane->GetSize(), part, STATE_LIVE);
     });
 }
 
@@ -179,7 +185,7 @@ CRect CPathCoverage::Update(CPoint pt, const TPathList& lstPaths) {
 }
 
 void CPathCoverage::Clear() {
-    SetLivePath({});
+    SetLivePaths({});
     m_pPlane->Clear();
     m_vAdded.clear();
     m_stale.Or(m_pPlane->GetDirty());

@@ -4,12 +4,15 @@
 #include "core/LayerBuffer/PathIndex.h"
 #include "core/RasterBuffer/AlphaBuffer.h"
 
+#include <unordered_set>
+#include <vector>
+
 /// The canvas pixels that coverage inside a box of path units reaches; empty for an empty box.
 CRect CoveredPixels(const CRect& rcPath);
 
-/// A plane of the canvas's size with the committed shapes of all paths. One of them, the live path, is
-/// painted as its drag shows it: the coverage of the others is kept apart, so that only this path is
-/// rasterized again when it moves.
+/// A plane of the canvas's size with the committed shapes of all paths. Some of them, the live paths, are
+/// painted as their drag shows them: the coverage of the others is kept apart, so that only these are
+/// rasterized again when they move.
 class CPathCoverage : boost::noncopyable {
 public:
     CPathCoverage(CSize sz, TColor color);
@@ -23,9 +26,9 @@ public:
     /// this path is painted in those that are up to date. A later change of the path has to be told as for
     /// any other.
     void Add(const boost::shared_ptr<CPathObject>& spPath);
-    /// Chooses the live path, which must be one of the layer's; null for none.
-    void SetLivePath(const boost::shared_ptr<CPathObject>& spPath);
-    const boost::shared_ptr<CPathObject>& GetLivePath() const { return m_spLive; }
+    /// Chooses the live paths, which must be the layer's.
+    void SetLivePaths(std::vector<boost::shared_ptr<CPathObject>> vPaths);
+    bool IsLive(const CPathObject& path) const { return m_setLive.contains(&path); }
     /// Rasterizes the block of `pt`, which is flagged, and flagged ones on its right and below it anew, and
     /// clears their flags. Returns the rectangle of these blocks. After a failure coverage and flags are as
     /// they were.
@@ -45,6 +48,7 @@ private:
     boost::shared_ptr<CAlphaBufferImpl<uint8_t>> m_pPlane;
     CBoolMatrix m_stale; ///< flagged blocks in which more is missing than the paths of m_vAdded
     std::vector<boost::shared_ptr<CPathObject>> m_vAdded;
-    boost::shared_ptr<CPathObject> m_spLive;
-    boost::shared_ptr<CAlphaBufferImpl<uint8_t>> m_pRest; ///< all paths but the live one; null without one
+    std::vector<boost::shared_ptr<CPathObject>> m_vLive;
+    std::unordered_set<const CPathObject*> m_setLive;     ///< the same
+    boost::shared_ptr<CAlphaBufferImpl<uint8_t>> m_pRest; ///< all paths but the live ones; null without any
 };

@@ -25,6 +25,13 @@ struct TEntry {
     size_t nOrder;
 };
 
+std::vector<boost::shared_ptr<CPathObject>> PathsInOrder(std::vector<const TEntry*> vEntries) {
+    std::ranges::sort(vEntries, {}, &TEntry::nOrder);
+    std::vector<boost::shared_ptr<CPathObject>> vPaths;
+    std::ranges::transform(vEntries, std::back_inserter(vPaths), &TEntry::spPath);
+    return vPaths;
+}
+
 } // namespace
 
 struct CPathIndex::TTree {
@@ -67,15 +74,21 @@ void CPathIndex::Refresh(const CPathObject& path) {
 
 bool CPathIndex::Contains(const CPathObject& path) const { return m_pTree->mapPaths.contains(&path); }
 
+std::vector<boost::shared_ptr<CPathObject>>
+CPathIndex::InOrder(const std::vector<boost::shared_ptr<CPathObject>>& vPaths) const {
+    std::vector<const TEntry*> vFound;
+    for (const auto& spPath : vPaths)
+        if (const auto it = m_pTree->mapPaths.find(spPath.get()); it != m_pTree->mapPaths.end())
+            vFound.push_back(&it->second);
+    return PathsInOrder(std::move(vFound));
+}
+
 std::vector<boost::shared_ptr<CPathObject>> CPathIndex::Find(const CRect& rc) const {
     if (rc.IsEmpty()) return {};
     std::vector<const TEntry*> vFound;
     for (auto it = m_pTree->boxes.qbegin(bgi::intersects(ToBox(rc))); it != m_pTree->boxes.qend(); ++it)
         vFound.push_back(&m_pTree->mapPaths.at(it->second));
-    std::ranges::sort(vFound, {}, &TEntry::nOrder);
-    std::vector<boost::shared_ptr<CPathObject>> vPaths;
-    std::ranges::transform(vFound, std::back_inserter(vPaths), &TEntry::spPath);
-    return vPaths;
+    return PathsInOrder(std::move(vFound));
 }
 
 CRect CPathIndex::GetBounds() const {

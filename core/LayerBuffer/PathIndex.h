@@ -25,6 +25,9 @@ public:
     /// Adopts a path's new reach.
     void Refresh(const CPathObject& path);
     bool Contains(const CPathObject& path) const;
+    /// The given paths that were added, the lowest first.
+    std::vector<boost::shared_ptr<CPathObject>>
+    InOrder(const std::vector<boost::shared_ptr<CPathObject>>& vPaths) const;
     /// The paths whose boxes meet a rectangle, the lowest first.
     std::vector<boost::shared_ptr<CPathObject>> Find(const CRect& rc) const;
     /// The box around all boxes; empty without paths.

@@ -1,5 +1,6 @@
 #include "core/LayerBuffer/VectorLayerBuffer.h"
 
+#include "core/Base/Failure.h"
 #include "core/LayerBuffer/LayerHistory.h"
 #include "core/PathObject/PathBytes.h"
 #include "core/PathObject/PathObjectFactory.h"
@@ -81,7 +82,7 @@ void CVectorLayerBuffer::InsertPath(const boost::shared_ptr<CPathObject>& spPath
     spPath->SetLayer(boost::static_pointer_cast<CVectorLayerBuffer>(shared_from_this()));
     m_index.Insert(spPath);
     if (bInside) m_index.Sort(m_lstPaths);
-    m_rcReachChange = m_rcReachChange.Union(spPath->GetReach());
+    NoteChange(spPath->GetReach());
     m_pCoverage->Add(spPath);
 }
 
@@ -89,20 +90,60 @@ int CVectorLayerBuffer::RemovePath(const boost::shared_ptr<CPathObject>& spPath)
     const auto it = std::find(m_lstPaths.begin(), m_lstPaths.end(), spPath);
     if (it == m_lstPaths.end()) return -1;
     const auto idx = static_cast<int>(std::distance(m_lstPaths.begin(), it));
-    if (m_pCoverage->GetLivePath() == spPath) m_pCoverage->SetLivePath({});
-    m_rcReachChange = m_rcReachChange.Union(spPath->GetReach());
-    for (const size_t state : {STATE_COMMITTED, STATE_LIVE}) InvalidatePath(spPath->RectIncludingPath(state));
-    m_index.Remove(*spPath);
-    spPath->SetLayer({});
+    Forget(*spPath);
     m_lstPaths.erase(it);
     return idx;
+}
+
+void CVectorLayerBuffer::NoteChange(const CRect& rcReach) {
+    m_rcReachChange = m_rcReachChange.Union(rcReach);
+    ++m_uPathsChanges;
+}
+
+// All but the list.
+void CVectorLayerBuffer::Forget(CPathObject& path) {
+    if (m_pCoverage->IsLive(path)) m_pCoverage->SetLivePaths({});
+    NoteChange(path.GetReach());
+    for (const size_t state : {STATE_COMMITTED, STATE_LIVE}) InvalidatePath(path.RectIncludingPath(state));
+    m_index.Remove(path);
+    path.SetLayer({});
+}
+
+void CVectorLayerBuffer::InsertPaths(const TPaths& vPaths, const std::vector<int>& vPlaces) {
+    const auto spThis = boost::static_pointer_cast<CVectorLayerBuffer>(shared_from_this());
+    auto it = m_lstPaths.begin();
+    int idx = 0;
+    for (size_t n = 0; n < vPaths.size(); ++n, ++idx) {
+        for (; idx < vPlaces[n] && it != m_lstPaths.end(); ++idx) ++it;
+        m_lstPaths.insert(it, vPaths[n]);
+        vPaths[n]->SetLayer(spThis);
+        m_index.Insert(vPaths[n]);
+        NoteChange(vPaths[n]->GetReach());
+        InvalidatePath(vPaths[n]->RectIncludingPath());
+    }
+    m_index.Sort(m_lstPaths);
+}
+
+std::vector<int> CVectorLayerBuffer::RemovePaths(const TPaths& vPaths) {
+    if (!std::ranges::all_of(vPaths, [&](const auto& spPath) { return HasPath(*spPath); }))
+        throw internal_error(L"RemovePaths: object not found");
+    std::vector<int> vPlaces;
+    auto it = m_lstPaths.begin();
+    int idx = 0;
+    for (const auto& spPath : vPaths) {
+        for (; *it != spPath; ++idx) ++it;
+        Forget(*spPath);
+        it = m_lstPaths.erase(it);
+        vPlaces.push_back(idx++);
+    }
+    return vPlaces;
 }
 
 void CVectorLayerBuffer::OnPathChanged(const CPathObject& path, const std::vector<CRect>& vInk,
                                        const CRect& rcDrawn) {
     for (const CRect& rc : vInk) m_pCoverage->Invalidate(rc, &path);
     m_index.Refresh(path);
-    m_rcReachChange = m_rcReachChange.Union(rcDrawn);
+    NoteChange(rcDrawn);
 }
 
 // Only the picture is stale there, not the paths' coverage.
@@ -130,8 +171,8 @@ bool CVectorLayerBuffer::UpdateStrokes(uint64_t uNumber) {
 bool CVectorLayerBuffer::IsBehind() const { return (m_spStroke && m_bBehind) || CLayerBuffer::IsBehind(); }
 
 boost::shared_ptr<CPathObject> CVectorLayerBuffer::GetSelectedPath() const {
-    const auto spPath = m_wpSelectedPath.lock();
-    return spPath && HasPath(*spPath) ? spPath : nullptr;
+    const TPaths vPaths = GetSelectedPaths();
+    return vPaths.size() == 1 ? vPaths.front() : nullptr;
 }
 
 boost::shared_ptr<CPathControlPoint> CVectorLayerBuffer::GetSelectedPoint() const {
@@ -142,10 +183,18 @@ boost::shared_ptr<CPathControlPoint> CVectorLayerBuffer::GetSelectedPoint() cons
 
 void CVectorLayerBuffer::SelectPath(const boost::shared_ptr<CPathObject>& spPath,
                                     const boost::shared_ptr<CPathControlPoint>& spPoint) {
-    for (const auto& spShown : {GetSelectedPath(), spPath})
-        if (spShown) m_rcReachChange = m_rcReachChange.Union(spShown->GetReach());
-    m_wpSelectedPath = spPath;
+    SelectPaths(spPath ? TPaths{spPath} : TPaths());
     m_wpSelectedPoint = spPoint;
+}
+
+// Also paths that stay selected may be shown in another way: alone, or without their point.
+void CVectorLayerBuffer::SelectPaths(const TPaths& vPaths) {
+    CSelectedPaths selected(vPaths);
+    for (const TPaths& vShown : {GetSelectedPaths(), vPaths})
+        for (const auto& spShown : vShown) NoteChange(spShown->GetReach());
+    m_selected = std::move(selected);
+    ++m_uPathsChanges;
+    m_wpSelectedPoint.reset();
 }
 
 void CVectorLayerBuffer::SetLayerColor(TColor color, bool bHistory) {

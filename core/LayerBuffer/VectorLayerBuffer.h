@@ -3,6 +3,7 @@
 
 #include "core/LayerBuffer/LayerBuffer.h"
 #include "core/LayerBuffer/PathCoverage.h"
+#include "core/LayerBuffer/SelectedPaths.h"
 #include "core/LayerBuffer/StrokeOverlay.h"
 
 #include <memory>
@@ -12,6 +13,7 @@
 class CVectorLayerBuffer : public CLayerBuffer, public IVectorLayer {
 public:
     static constexpr uint32_t CHUNK_TAG = MakeTag("LAYV");
+    using TPaths = std::vector<boost::shared_ptr<CPathObject>>;
 
     void Deserialize(CDeserializer& reader, const TCanvasPtr& spCanvas) override;
     void Create(const TCanvasPtr& spCanvas) override;
@@ -34,9 +36,14 @@ public:
     void InsertPath(const boost::shared_ptr<CPathObject>& spPath, int idx = -1);
     /// Removes a path and returns its place from the bottom; -1 for a path that is not on the layer.
     int RemovePath(const boost::shared_ptr<CPathObject>& spPath);
+    /// The same for many: puts paths at places that rise from path to path, each counted among all
+    /// afterwards.
+    void InsertPaths(const TPaths& vPaths, const std::vector<int>& vPlaces);
+    /// Removes paths of the layer, the lowest first, and returns the places that InsertPaths takes.
+    std::vector<int> RemovePaths(const TPaths& vPaths);
     bool HasPath(const CPathObject& path) const { return m_index.Contains(path); }
     /// The paths whose reach (handles and marks included) meets a rectangle of path units, the lowest first.
-    std::vector<boost::shared_ptr<CPathObject>> FindPaths(const CRect& rc) const { return m_index.Find(rc); }
+    TPaths FindPaths(const CRect& rc) const { return m_index.Find(rc); }
     /// The box around the reach of all paths.
     CRect GetPathsReach() const { return m_index.GetBounds(); }
     /// The box around all paths' reach that changed since the last call, before and after.
@@ -48,9 +55,19 @@ public:
     bool IsBehind() const override;
     /// Chooses the path that is painted in its live state, while the others are not rasterized again; null
     /// for none.
-    void SetLivePath(const boost::shared_ptr<CPathObject>& spPath) { m_pCoverage->SetLivePath(spPath); }
-    /// The path and its point that the user has selected; null for none, or when they have left the layer.
-    /// Not part of the document.
+    void SetLivePath(const boost::shared_ptr<CPathObject>& spPath) {
+        m_pCoverage->SetLivePaths(spPath ? TPaths{spPath} : TPaths());
+    }
+    /// The same for several.
+    void SetLivePaths(const TPaths& vPaths) { m_pCoverage->SetLivePaths(vPaths); }
+    /// The paths that the user has selected, the lowest first; those that have left the layer are none of
+    /// them. Not part of the document.
+    TPaths GetSelectedPaths() const { return m_index.InOrder(m_selected.GetPaths()); }
+    bool IsSelected(const CPathObject& path) const { return HasPath(path) && m_selected.Contains(path); }
+    void SelectPaths(const TPaths& vPaths);
+    /// Counts what happens to the paths and to their selection: equal numbers mean that nothing has.
+    uint32_t GetPathsChangeCount() const { return m_uPathsChanges; }
+    /// The only one of them and its selected point; null when there is none, or more than one.
     boost::shared_ptr<CPathObject> GetSelectedPath() const;
     boost::shared_ptr<CPathControlPoint> GetSelectedPoint() const;
     void SelectPath(const boost::shared_ptr<CPathObject>& spPath,
@@ -78,6 +95,8 @@ protected:
 
 private:
     void CreateCoverage(TColor color);
+    void Forget(CPathObject& path);
+    void NoteChange(const CRect& rcReach);
     void InvalidatePaths();
     void FlagStroke();
 
@@ -87,7 +106,8 @@ private:
     boost::shared_ptr<CStrokeOverlay> m_spStroke;
     bool m_bBehind = false; ///< the stroke's last slice of time did not suffice
     CRect m_rcReachChange;
-    boost::weak_ptr<CPathObject> m_wpSelectedPath;
+    uint32_t m_uPathsChanges = 0;
+    CSelectedPaths m_selected;
     boost::weak_ptr<CPathControlPoint> m_wpSelectedPoint;
 };
 

@@ -2,6 +2,8 @@
 
 #include "core/PathErase/ToolOptPathEraser.h"
 #include "core/PathPen/ToolOptPathPen.h"
+#include "core/PathSelect/StrokeSelect.h"
+#include "core/PathSelect/ToolOptStrokeSelect.h"
 #include "core/PathToolBase/ToolOptPathTool.h"
 #include "core/PathWidthTool/ToolOptPathWidthTool.h"
 #include "core/RasterBrush/FreehandTools.h"
@@ -45,6 +47,7 @@ constexpr TToolRow TOOLS[] = {
     ROW<CPathTool, CToolOptPathTool>,
     ROW<CPathWidthTool, CToolOptPathWidthTool>,
     ROW<CPathEraser, CToolOptPathEraser>,
+    ROW<CStrokeSelect, CToolOptStrokeSelect>,
 };
 
 } // namespace

@@ -24,4 +24,14 @@ protected:
     /// Sets the function by which undo cancels the running operation; an empty one removes it. Raises
     /// internal_error without a canvas.
     void RegisterHistoryCancel(const boost::function<bool()>& fnCancel) const;
+    /// A length in pixels at 96 dpi in pixels of the view's window.
+    int32_t ToWindowPixels(int32_t nPixels) const;
+    /// The pick tolerance in pixels of the window.
+    int32_t GetReach(uint32_t flags) const;
+    /// The movement in pixels of the window at which a press becomes a drag.
+    int32_t GetThreshold(uint32_t flags) const;
+    /// Squared distance of two positions in pixels of the window.
+    int64_t WindowDistance(CPoint a, CPoint b) const;
+    /// The modifiers that are held now, as flags of an event.
+    uint32_t GetHeldKeys() const;
 };

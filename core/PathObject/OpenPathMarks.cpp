@@ -51,7 +51,7 @@ template <class TPoint>
 boost::shared_ptr<TPoint> COpenPathStream::MakeMark(uint32_t t) const {
     const CDualValue<uint32_t> place(t);
     if constexpr (std::is_same_v<TPoint, CPathWidthControlPoint>)
-        return boost::make_shared<TPoint>(weak_from_this(), place, m_uWidth);
+        return boost::make_shared<TPoint>(weak_from_this(), place, GetWidth());
     else
         return boost::make_shared<TPoint>(weak_from_this(), place);
 }

@@ -11,6 +11,14 @@
 
 namespace {
 
+uint32_t Scaled(uint32_t uValue, double dFactor) {
+    return static_cast<uint32_t>(std::clamp(uValue * dFactor + 0.5, 1.0, double{INT32_MAX}));
+}
+
+TOutlineWave Scaled(const TOutlineWave& wave, double dFactor) {
+    return {Scaled(wave.uStep, dFactor), Scaled(wave.uWidth, dFactor)};
+}
+
 // What marks stand for, in their order along the path; of several at one place the last one counts.
 template <class TPoints, class Make>
 auto SortedOnPath(const TPoints& vPoints, size_t state, uint32_t tLast, Make make) {
@@ -65,16 +73,16 @@ void COpenPathStream::RefreshCaches(size_t state) {
             spPoint->SetPlace(state, point, tangent);
         }
     });
-    for (const auto& spPoint : GetWidthPoints(state)) spPoint->SetBaseWidth(m_uWidth);
+    for (const auto& spPoint : GetWidthPoints(state)) spPoint->SetBaseWidth(m_width);
     const auto vWidths = GetWidths(state, tLast);
     std::optional<CPathLengths> lengths;
     if (!GetTransPoints(state).empty()) lengths.emplace(vSegments);
     for (const auto& spPoint : GetTransPoints(state)) {
         const uint32_t t = std::min(spPoint->GetParameter()[state], tLast);
-        spPoint->SetWidths(state, WidthAt(*lengths, vWidths, m_uWidth, t, SIDE_LEFT),
-                           WidthAt(*lengths, vWidths, m_uWidth, t, SIDE_RIGHT));
+        spPoint->SetWidths(state, WidthAt(*lengths, vWidths, m_width[state], t, SIDE_LEFT),
+                           WidthAt(*lengths, vWidths, m_width[state], t, SIDE_RIGHT));
     }
-    const TOutlineWidth plain{0, {m_uWidth, m_uWidth}};
+    const TOutlineWidth plain{0, {m_width[state], m_width[state]}};
     const auto placeTerm = [&](COpenPathTermBase& term, uint32_t t, const TOutlineWidth& nearest) {
         const auto [point, tangent] = placeAt(t);
         term.SetPlace(state, point, term.IsBegin() ? CPoint{-tangent.x, -tangent.y} : tangent,
@@ -94,9 +102,10 @@ TOutlineSource COpenPathStream::GetSource(size_t state) const {
     for (const auto& spPoint : SortedByParameter(GetTransPoints(state), state))
         source.vCuts.push_back(spPoint->At(state));
     source.vAlphas = GetAlphas(state, LastParameter(source.vAnchors));
-    source.uWidth = ToOutline(m_uWidth);
+    source.uWidth = ToOutline(m_width[state]);
     if (m_bWave)
-        source.wave = {ToOutline(std::min(m_wave.uStep, PATH_WIDTH_LIMIT)), ToOutline(m_wave.uWidth)};
+        source.wave = {ToOutline(std::min(GetWave(state).uStep, PATH_WIDTH_LIMIT)),
+                       ToOutline(GetWave(state).uWidth)};
     return source;
 }
 
@@ -116,8 +125,9 @@ boost::shared_ptr<const COpenPathStream::TBuilt> COpenPathStream::Build(size_t s
 
 bool COpenPathStream::AreStatesEqual() const {
     const auto isSettled = [](const auto& spPoint) { return spPoint->IsSettled(); };
-    bool bSettled =
-        std::ranges::all_of(m_lstControlPoint, isSettled) && m_spBegin->IsSettled() && m_spEnd->IsSettled();
+    bool bSettled = m_width.IsSettled() && m_wave.IsSettled() &&
+                    std::ranges::all_of(m_lstControlPoint, isSettled) && m_spBegin->IsSettled() &&
+                    m_spEnd->IsSettled();
     ForEachKind([&](const auto& marks) {
         bSettled = bSettled && marks.IsSettled() && std::ranges::all_of(marks[STATE_COMMITTED], isSettled);
     });
@@ -144,6 +154,8 @@ void COpenPathStream::UpdateDrag() {
 
 void COpenPathStream::Commit() {
     CPathStreamImpl::Commit();
+    m_width.Commit();
+    m_wave.Commit();
     ForEachKind([](auto& marks) {
         marks.Commit();
         for (const auto& spPoint : marks[STATE_COMMITTED]) spPoint->Commit();
@@ -154,6 +166,8 @@ void COpenPathStream::Commit() {
 
 void COpenPathStream::Cancel() {
     CPathStreamImpl::Cancel();
+    m_width.Cancel();
+    m_wave.Cancel();
     ForEachKind([](auto& marks) {
         marks.Cancel();
         for (const auto& spPoint : marks[STATE_COMMITTED]) spPoint->Cancel();
@@ -229,16 +243,21 @@ TPathHit COpenPathStream::HitControlPoints(const TPathPick& pick, bool bAnchor, 
 
 void COpenPathStream::SetWave(bool bEnable, const TOutlineWave& wave) {
     m_bWave = bEnable;
-    m_wave = wave;
+    m_wave.Set(wave);
 }
 
 void COpenPathStream::ScaleWidths(double dFactor) {
-    const auto scale = [&](uint32_t& uValue) {
-        uValue = static_cast<uint32_t>(std::clamp(uValue * dFactor + 0.5, 1.0, double{INT32_MAX}));
-    };
-    scale(m_uWidth);
-    scale(m_wave.uStep);
-    scale(m_wave.uWidth);
+    for (const size_t state : {STATE_COMMITTED, STATE_LIVE}) {
+        m_width[state] = Scaled(m_width[state], dFactor);
+        m_wave[state] = Scaled(m_wave[state], dFactor);
+    }
+}
+
+void COpenPathStream::TransformLive(const boost::function<CPoint(CPoint)>& fnMap, double dWidth) {
+    CPathStreamImpl::TransformLive(fnMap, dWidth);
+    const bool bScales = dWidth != 1;
+    m_width[STATE_LIVE] = bScales ? Scaled(GetWidth(), dWidth) : GetWidth();
+    m_wave[STATE_LIVE] = bScales ? Scaled(GetWave(), dWidth) : GetWave();
 }
 
 std::array<uint32_t, 2> COpenPathStream::GetWidthsAt(uint32_t t, size_t state) const {

@@ -24,7 +24,8 @@ public:
     void Update() override;
     void UpdateDrag() override;
     bool IsStorable() const override {
-        return IsStorableWidth(m_uWidth) && IsStorableWidth(m_wave.uWidth) && CPathStreamImpl::IsStorable();
+        return IsStorableWidth(m_width[STATE_COMMITTED]) && IsStorableWidth(GetWave().uWidth) &&
+               CPathStreamImpl::IsStorable();
     }
     void Commit() override;
     void Cancel() override;
@@ -49,14 +50,15 @@ public:
     /// nothing is kept for the next.
     size_t CountBuiltRuns() const;
     /// Base half-width.
-    uint32_t GetWidth() const { return m_uWidth; }
-    void SetWidth(uint32_t uWidth) { m_uWidth = uWidth; }
+    uint32_t GetWidth(size_t state = STATE_COMMITTED) const { return m_width[state]; }
+    void SetWidth(uint32_t uWidth) { m_width.Set(uWidth); }
     void SetWave(bool bEnable, const TOutlineWave& wave);
     bool HasWave() const { return m_bWave; }
     /// The base width and the wave. Width points are multiples, which stay.
     void ScaleWidths(double dFactor) override;
+    void TransformLive(const boost::function<CPoint(CPoint)>& fnMap, double dWidth) override;
     /// The wave's step and strength, also while it is off.
-    const TOutlineWave& GetWave() const { return m_wave; }
+    const TOutlineWave& GetWave(size_t state = STATE_COMMITTED) const { return m_wave[state]; }
     /// The marks of one class, in order of creation.
     template <class TPoint>
     const TPathMarks<TPoint>& GetMarks(size_t state = STATE_COMMITTED) const {
@@ -144,9 +146,9 @@ private:
     std::array<boost::shared_ptr<const TBuilt>, 2> m_aspBuilt; ///< shared while both states are equal
     boost::shared_ptr<COutlineBuilder> m_spBuilder;            ///< only while the states differ
     std::tuple<CDualValue<TWidthPoints>, CDualValue<TTransPoints>, CDualValue<TAlphaPoints>> m_marks;
-    uint32_t m_uWidth = 8;
+    CDualValue<uint32_t> m_width{8};
     boost::shared_ptr<COpenPathTermBase> m_spBegin;
     boost::shared_ptr<COpenPathTermBase> m_spEnd;
-    TOutlineWave m_wave;
+    CDualValue<TOutlineWave> m_wave;
     bool m_bWave = false;
 };

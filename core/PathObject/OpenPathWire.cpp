@@ -63,12 +63,12 @@ void COpenPathStream::ReadMarks(CDeserializer& reader, uint32_t uCount) {
 CSerializer COpenPathStream::Serialize() const {
     CSerializer writer;
     writer.SetTag(CHUNK_TAG, VERSION);
-    for (const size_t n : {size_t{m_uWidth}, GetWidthPoints().size(), GetTransPoints().size(),
+    for (const size_t n : {size_t{GetWidth()}, GetWidthPoints().size(), GetTransPoints().size(),
                            size_t{m_spBegin->GetType()}, size_t{m_spEnd->GetType()}})
         writer.WriteInt32(static_cast<int32_t>(n));
     writer.WriteBool(m_bWave);
-    writer.WriteInt32(static_cast<int32_t>(m_wave.uStep));
-    writer.WriteInt32(static_cast<int32_t>(m_wave.uWidth));
+    writer.WriteInt32(static_cast<int32_t>(GetWave().uStep));
+    writer.WriteInt32(static_cast<int32_t>(GetWave().uWidth));
     writer.WriteChunk(SerializePoints());
     WriteMarks(writer, GetWidthPoints());
     WriteMarks(writer, GetTransPoints());
@@ -85,18 +85,19 @@ CSerializer COpenPathStream::Serialize() const {
 
 void COpenPathStream::Deserialize(CDeserializer& reader) {
     reader.ExpectTag(CHUNK_TAG);
-    m_uWidth = ReadWidth(reader);
+    SetWidth(ReadWidth(reader));
     const auto uWidths = static_cast<uint32_t>(reader.ReadInt32());
     const auto uTrans = static_cast<uint32_t>(reader.ReadInt32());
     const auto uBegin = static_cast<uint32_t>(reader.ReadInt32());
     const auto uEnd = static_cast<uint32_t>(reader.ReadInt32());
     m_bWave = false;
-    m_wave = DEFAULT_WAVE;
+    TOutlineWave wave = DEFAULT_WAVE;
     if (reader.GetVersion() >= 1) {
         m_bWave = reader.ReadBool();
-        m_wave.uStep = static_cast<uint32_t>(reader.ReadInt32());
-        m_wave.uWidth = ReadWidth(reader);
+        wave.uStep = static_cast<uint32_t>(reader.ReadInt32());
+        wave.uWidth = ReadWidth(reader);
     }
+    m_wave.Set(wave);
     DeserializePoints(reader);
     ReadMarks<CPathWidthControlPoint>(reader, uWidths);
     ReadMarks<CPathTransControlPoint>(reader, uTrans);
@@ -110,7 +111,7 @@ void COpenPathStream::Deserialize(CDeserializer& reader) {
     ReadTerm(reader, uEnd, m_spEnd);
     reader.ExpectEnd();
     // A few bytes can request an outline of millions of points.
-    if (m_bWave && m_wave.uWidth != 0)
+    if (m_bWave && GetWave().uWidth != 0)
         reader.Claim(CountWaveWidths(GetSource(STATE_COMMITTED)) * WAVE_POINT_BYTES);
 }
 

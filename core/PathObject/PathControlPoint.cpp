@@ -141,16 +141,23 @@ boost::shared_ptr<CDualValue<CPoint>> CPathControlPoint::DragAnchorPoint(bool) {
         m_anchor, [spThis = shared_from_this()](const CDualValue<CPoint>& copy) { spThis->m_anchor = copy; });
 }
 
-void CPathControlPoint::Transform(const boost::function<CPoint(CPoint)>& fnMap) {
-    const auto mapHandle = [&](CDualValue<CPoint>& handle, size_t state, CPoint ptAnchor) {
-        handle[state] = Storable(fnMap(m_anchor[state] + handle[state]) - ptAnchor);
+void CPathControlPoint::MapTo(size_t state, size_t from, const boost::function<CPoint(CPoint)>& fnMap) {
+    const CPoint ptFrom = m_anchor[from];
+    const CPoint ptAnchor = fnMap(ptFrom);
+    const auto mapHandle = [&](CDualValue<CPoint>& handle) {
+        handle[state] = Storable(fnMap(ptFrom + handle[from]) - ptAnchor);
     };
-    for (const size_t state : {STATE_COMMITTED, STATE_LIVE}) {
-        const CPoint ptAnchor = fnMap(m_anchor[state]);
-        if (m_bBack) mapHandle(m_back, state, ptAnchor);
-        if (m_bFore) mapHandle(m_fore, state, ptAnchor);
-        m_anchor[state] = ptAnchor;
-    }
+    if (m_bBack) mapHandle(m_back);
+    if (m_bFore) mapHandle(m_fore);
+    m_anchor[state] = ptAnchor;
+}
+
+void CPathControlPoint::Transform(const boost::function<CPoint(CPoint)>& fnMap) {
+    for (const size_t state : {STATE_COMMITTED, STATE_LIVE}) MapTo(state, state, fnMap);
+}
+
+void CPathControlPoint::TransformLive(const boost::function<CPoint(CPoint)>& fnMap) {
+    MapTo(STATE_LIVE, STATE_COMMITTED, fnMap);
 }
 
 void CPathControlPoint::Assign(const CPathControlPoint& from) {

@@ -50,6 +50,8 @@ public:
     boost::shared_ptr<CDualValue<CPoint>> DragAnchorPoint(bool bSymmetric);
     /// Maps the values of both states by a function of positions.
     void Transform(const boost::function<CPoint(CPoint)>& fnMap);
+    /// Sets the live values to the committed ones mapped.
+    void TransformLive(const boost::function<CPoint(CPoint)>& fnMap);
     /// Copies all values of another anchor.
     void Assign(const CPathControlPoint& from);
 
@@ -58,6 +60,7 @@ private:
         bool& bHas;
         CDualValue<CPoint>& value;
     };
+    void MapTo(size_t state, size_t from, const boost::function<CPoint(CPoint)>& fnMap);
     THandle Back() { return {m_bBack, m_back}; }
     THandle Fore() { return {m_bFore, m_fore}; }
     boost::shared_ptr<CDualValue<CPoint>> DragHandle(THandle (CPathControlPoint::*fnOwn)(),

@@ -1,6 +1,7 @@
 #include "core/PathObject/PathObject.h"
 
 #include "core/Base/Failure.h"
+#include "core/Base/Parallel.h"
 #include "core/PathObject/PathDrawing.h"
 
 #include <boost/numeric/conversion/cast.hpp>
@@ -96,20 +97,22 @@ void CPathObject::Update() {
         GetStream().ApplySnapshot(*m_spLastGood);
         GetStream().Update();
         TakeBounds();
-        Tell({aBefore[0], aBefore[1], m_aBounds[0]}, rcBefore.Union(m_rcReach));
+        Tell({{aBefore[0], aBefore[1], m_aBounds[0]}, rcBefore.Union(m_rcReach)});
         throw;
     }
     TakeBounds();
-    Tell({aBefore[0], aBefore[1], m_aBounds[0], m_aBounds[1]}, rcBefore.Union(m_rcReach));
+    Tell({{aBefore[0], aBefore[1], m_aBounds[0], m_aBounds[1]}, rcBefore.Union(m_rcReach)});
 }
 
-void CPathObject::Tell(const std::vector<CRect>& vInk, const CRect& rcDrawn) const {
-    if (const auto spLayer = GetLayer()) spLayer->OnPathChanged(*this, vInk, rcDrawn);
+void CPathObject::Tell(const TChange& change) const {
+    if (const auto spLayer = GetLayer()) spLayer->OnPathChanged(*this, change.vInk, change.rcDrawn);
 }
+
+void CPathObject::UpdateDrag() { Tell(RebuildDrag()); }
 
 // Only where the shape differs from the one of the last event is anything painted again, and all of it where
 // the opacity does: it moves along the whole line.
-void CPathObject::UpdateDrag() {
+CPathObject::TChange CPathObject::RebuildDrag() {
     const CRect rcBefore = m_aBounds[STATE_LIVE];
     const CRect rcReachBefore = m_rcReach;
     const auto spBefore = std::exchange(m_spShown, {});
@@ -118,12 +121,12 @@ void CPathObject::UpdateDrag() {
     m_aBounds[STATE_LIVE] =
         GetStream().ControlPointCount() == 0 ? CRect() : GetStream().RectIncludingPath(STATE_LIVE);
     m_rcReach = spShown->drawing.GetBounds();
+    TChange change{{rcBefore, m_aBounds[STATE_LIVE]}, rcReachBefore.Union(m_rcReach)};
     if (spBefore && AreSame(spBefore->spOpacity, spShown->spOpacity))
-        Tell(ChangedBoxes(spBefore->vShape, spShown->vShape),
-             spShown->drawing.GetDifference(spBefore->drawing));
-    else
-        Tell({rcBefore, m_aBounds[STATE_LIVE]}, rcReachBefore.Union(m_rcReach));
+        change = {ChangedBoxes(spBefore->vShape, spShown->vShape),
+                  spShown->drawing.GetDifference(spBefore->drawing)};
     m_spShown = spShown;
+    return change;
 }
 
 void CPathObject::CommitDrag() {
@@ -159,6 +162,25 @@ void CPathObject::Transform(const boost::function<CPoint(CPoint)>& fnMap, double
     GetStream().Transform(fnMap);
     if (dWidth != 1) GetStream().ScaleWidths(dWidth);
     Update();
+}
+
+void CPathObject::TransformLive(const std::vector<boost::shared_ptr<CPathObject>>& vPaths,
+                                const boost::function<CPoint(CPoint)>& fnMap, double dWidth) {
+    std::vector<TChange> vChanges(vPaths.size());
+    // The layer is told of every path that has changed, also when another one fails.
+    const auto tell = [&] {
+        for (size_t n = 0; n < vPaths.size(); ++n) vPaths[n]->Tell(vChanges[n]);
+    };
+    try {
+        ForEachIndex(vPaths.size(), AvailableThreads(), [&](size_t n) {
+            vPaths[n]->GetStream().TransformLive(fnMap, dWidth);
+            vChanges[n] = vPaths[n]->RebuildDrag();
+        });
+    } catch (...) {
+        tell();
+        throw;
+    }
+    tell();
 }
 
 boost::shared_ptr<CPathControlPoint> CPathObject::AppendControlPoint(CPoint pt) {

@@ -69,6 +69,10 @@ public:
 
     /// Maps every point, and multiplies the base width and the wave by `dWidth`.
     void Transform(const boost::function<CPoint(CPoint)>& fnMap, double dWidth = 1);
+    /// Shows the committed shapes of different paths mapped, with their base widths and waves multiplied by
+    /// `dWidth`, as the live ones. `fnMap` is called on several threads. Raises as UpdateDrag does.
+    static void TransformLive(const std::vector<boost::shared_ptr<CPathObject>>& vPaths,
+                              const boost::function<CPoint(CPoint)>& fnMap, double dWidth);
     /// Called after a change of committed values. If refused, restores the values of the last Update.
     void Update();
     /// Called after a change of live values; raises refused_error too, but reverts nothing.
@@ -91,7 +95,13 @@ protected:
 
 private:
     void TakeBounds();
-    void Tell(const std::vector<CRect>& vInk, const CRect& rcDrawn) const;
+    /// What a layer is told of a change.
+    struct TChange {
+        std::vector<CRect> vInk;
+        CRect rcDrawn;
+    };
+    void Tell(const TChange& change) const;
+    TChange RebuildDrag();
 
     boost::shared_ptr<CPathStream> m_spStream;     ///< never null
     boost::shared_ptr<TPathSnapshot> m_spLastGood; ///< the path after the last Update

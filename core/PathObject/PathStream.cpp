@@ -166,6 +166,11 @@ void CPathStreamImpl<T>::Transform(const boost::function<CPoint(CPoint)>& fnMap)
 }
 
 template <class T>
+void CPathStreamImpl<T>::TransformLive(const boost::function<CPoint(CPoint)>& fnMap, double) {
+    for (const auto& spPoint : m_lstControlPoint) spPoint->TransformLive(fnMap);
+}
+
+template <class T>
 bool CPathStreamImpl<T>::IsStorable() const {
     return std::all_of(m_lstControlPoint.begin(), m_lstControlPoint.end(),
                        [](const auto& spPoint) { return spPoint->IsStorable(); });

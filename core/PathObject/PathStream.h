@@ -63,6 +63,9 @@ public:
     virtual void Transform(const boost::function<CPoint(CPoint)>& fnMap) = 0;
     /// Multiplies what a stroke's width is made of; nothing is less than 1 afterwards.
     virtual void ScaleWidths(double) {}
+    /// Sets the live state to the committed one with its positions mapped and what a stroke's width is made
+    /// of multiplied, nothing to less than 1.
+    virtual void TransformLive(const boost::function<CPoint(CPoint)>& fnMap, double dWidth) = 0;
     /// The whole line, closed paths back to their first anchor.
     virtual TPolyBezier BezierPoints(size_t state) const = 0;
 
@@ -116,6 +119,7 @@ public:
     size_t IndexOf(const CPathControlPoint& point) const override;
     bool IsStorable() const override;
     void Transform(const boost::function<CPoint(CPoint)>& fnMap) override;
+    void TransformLive(const boost::function<CPoint(CPoint)>& fnMap, double dWidth) override;
     std::vector<CBezier> GetSegments(size_t state) const override;
     TPolyBezier BezierPoints(size_t state) const override;
 

@@ -74,13 +74,13 @@ CDualValue<uint32_t> CPathWidthControlPoint::GetMultiple(EPathSide side) const {
 }
 
 uint32_t CPathWidthControlPoint::GetWidth(EPathSide side, size_t state) const {
-    return WidthOf(GetMultiple(side)[state], m_uBaseWidth);
+    return WidthOf(GetMultiple(side)[state], m_baseWidth[state]);
 }
 
 void CPathWidthControlPoint::SetWidth(EPathSide side, size_t state, uint32_t uWidth) {
     MakeSide(side);
-    if (m_uBaseWidth != 0 && uWidth != GetWidth(side, state))
-        m_aSides[side].value[state] = MultipleOf(uWidth, m_uBaseWidth);
+    if (m_baseWidth[state] != 0 && uWidth != GetWidth(side, state))
+        m_aSides[side].value[state] = MultipleOf(uWidth, m_baseWidth[state]);
 }
 
 void CPathWidthControlPoint::MakeSide(EPathSide side) {

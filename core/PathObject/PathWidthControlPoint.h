@@ -14,7 +14,7 @@ public:
     /// With both multiples 1.0.
     CPathWidthControlPoint(const boost::weak_ptr<const IPathLine>& wpLine, const CDualValue<uint32_t>& t,
                            uint32_t uBaseWidth)
-        : CPathMark(wpLine, t), m_uBaseWidth(uBaseWidth) {}
+        : CPathMark(wpLine, t), m_baseWidth(uBaseWidth) {}
 
     void Draw(IPathDevice& device, const TPathMapper& mapper, const TPathSelection& selection) const override;
     CSerializer Serialize() const override;
@@ -33,7 +33,7 @@ public:
     void SetMultiple(EPathSide side, const CDualValue<uint32_t>& value) { m_aSides[side] = {true, value}; }
     /// The half-width of a side; 0 for an absent one.
     uint32_t GetWidth(EPathSide side, size_t state) const;
-    void SetBaseWidth(uint32_t uBaseWidth) { m_uBaseWidth = uBaseWidth; }
+    void SetBaseWidth(const CDualValue<uint32_t>& baseWidth) { m_baseWidth = baseWidth; }
 
     /// The half-width of a side for a drag, in path units; a missing side is created as zeros. On release
     /// the multiple is set if the width was changed; a base width of 0 keeps it.
@@ -60,7 +60,7 @@ private:
     CPoint GetMarkPosition(EPathSide side, size_t state) const;
 
     std::array<TSide, 2> m_aSides;
-    uint32_t m_uBaseWidth; ///< the path's, a cache
+    CDualValue<uint32_t> m_baseWidth; ///< the path's, a cache
 };
 
 /// A width as a multiple of a base width that is not 0, halves upward; and back.

@@ -52,6 +52,8 @@ struct TOutlineCut {
 struct TOutlineWave {
     uint32_t uStep = 0;  ///< wanted distance between two
     uint32_t uWidth = 0; ///< the most that is added or taken away; 0 for no wave
+
+    friend bool operator==(const TOutlineWave&, const TOutlineWave&) = default;
 };
 
 /// The shape of one end of a stroke, in outline units.

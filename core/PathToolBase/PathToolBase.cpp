@@ -3,6 +3,7 @@
 #include "core/Base/FixedMath.h"
 #include "core/IniConfig/GlobalSwitches.h"
 #include "core/Platform/System.h"
+#include "core/Tools/OverlayBox.h"
 
 #include <boost/pointer_cast.hpp>
 
@@ -12,28 +13,9 @@
 
 namespace {
 
-constexpr int32_t REACH_MOUSE = 6; ///< pixels at 96 dpi
-constexpr int32_t REACH_PEN = 8;
-constexpr int32_t THRESHOLD_MOUSE = 3;
-constexpr int32_t THRESHOLD_PEN = 4;
 constexpr int32_t MARK_REACH = MARK_HALF + 3; ///< a mark's square stands out so far, with a margin
 
 int32_t ToDevice(int32_t n, int32_t nDpi) { return MulDiv(n, nDpi, DPI_NORMAL); }
-
-CRect Inflated(const CRect& rc, int32_t n) { return {rc.left - n, rc.top - n, rc.right + n, rc.bottom + n}; }
-
-// The box around the corners of a rectangle, mapped by a function of positions.
-template <class Map>
-CRect MappedBox(const CRect& rc, Map fnMap) {
-    if (rc.IsEmpty()) return {};
-    CRect rcBox;
-    for (const CPoint pt : {CPoint{rc.left, rc.top}, CPoint{rc.right, rc.top}, CPoint{rc.left, rc.bottom},
-                            CPoint{rc.right, rc.bottom}}) {
-        const CPoint ptMapped = fnMap(pt);
-        rcBox = rcBox.Union({ptMapped.x, ptMapped.y, ptMapped.x + 1, ptMapped.y + 1});
-    }
-    return rcBox;
-}
 
 // The client rectangle that marks and lines inside a box of path units can touch.
 CRect ShownRect(const CRect& rcPath, const TOverlayMapper& mapper) {
@@ -80,29 +62,7 @@ CPathToolBase::~CPathToolBase() {
     if (const auto spLayer = m_wpShownLayer.lock()) spLayer->SetLivePath({});
 }
 
-int32_t CPathToolBase::GetReach(uint32_t flags) const {
-    const auto spView = GetView();
-    return ToDevice(flags & POINTER_TABLET ? REACH_PEN : REACH_MOUSE, spView ? spView->GetDpi() : DPI_NORMAL);
-}
-
-int32_t CPathToolBase::GetThreshold(uint32_t flags) const {
-    const auto spView = GetView();
-    return ToDevice(flags & POINTER_TABLET ? THRESHOLD_PEN : THRESHOLD_MOUSE,
-                    spView ? spView->GetDpi() : DPI_NORMAL);
-}
-
-int64_t CPathToolBase::WindowDistance(CPoint a, CPoint b) const {
-    const auto spView = GetView();
-    const CPoint away = spView ? spView->ToClient(b) - spView->ToClient(a) : CPoint();
-    return Dot(away, away);
-}
-
-uint32_t CPathToolBase::GetHeldFlags() const {
-    IKeyState& keys = GetOutside().keys;
-    return (keys.IsKeyDown(VK_Control) ? POINTER_CONTROL : 0u) |
-           (keys.IsKeyDown(VK_Shift) ? POINTER_SHIFT : 0u) | (keys.IsKeyDown(VK_Alt) ? POINTER_ALT : 0u) |
-           (m_bPen ? POINTER_TABLET : 0u);
-}
+uint32_t CPathToolBase::GetHeldFlags() const { return GetHeldKeys() | (m_bPen ? POINTER_TABLET : 0u); }
 
 TRegisterHistory CPathToolBase::GetRegister() const {
     return [spCanvas = GetCanvas()](const boost::shared_ptr<CHistory>& spHistory) {

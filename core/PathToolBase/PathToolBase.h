@@ -87,12 +87,6 @@ protected:
     /// lines, and the ink of the topmost path last.
     TPathTarget FindTarget(CVectorLayerBuffer& layer, CPoint pt, uint32_t flags,
                            const TPathKinds& kinds) const;
-    /// The pick tolerance in pixels of the window.
-    int32_t GetReach(uint32_t flags) const;
-    /// The movement in pixels of the window at which a press becomes a drag.
-    int32_t GetThreshold(uint32_t flags) const;
-    /// Squared distance of two positions in pixels of the window.
-    int64_t WindowDistance(CPoint a, CPoint b) const;
     /// Erases instead of dragging: with Shift or the pen's eraser end.
     bool IsDeleteMode(uint32_t flags) const { return m_bDeleteMode || (flags & POINTER_SHIFT); }
     /// The modifiers that are held now, as flags of an event.

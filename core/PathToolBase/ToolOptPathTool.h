@@ -13,11 +13,5 @@ public:
     void OnControl(const TPanelControl& control) override;
 
 private:
-    void AddBlock(int nFirstId, const wchar_t* pszCaption);
-    void AddToggle(int nId, const wchar_t* pszLabel, const wchar_t* pszTip, const char* pszIcon,
-                   bool bSameLine);
-    /// Shows the values of a block; null disables it.
-    void ShowBlock(int nFirstId, const TPathParam* pParam);
-
     boost::weak_ptr<CPathTool> m_wpTool;
 };

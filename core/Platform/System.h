@@ -41,6 +41,16 @@ public:
 /// A picture as a block of memory, a bitmap header with the pixels behind it (core/ImageFile/DibBlock.h).
 using TDibBytes = boost::shared_ptr<const std::string>;
 
+/// Strokes in the application's own form (core/PathSelect/StrokeForms.h).
+using TStrokeBytes = boost::shared_ptr<const std::string>;
+
+/// Copied strokes in all forms: what this application reads, and others.
+struct TStrokeForms {
+    TStrokeBytes spStrokes;
+    std::string strSvg;  ///< the text of an SVG file
+    TDibBytes spPicture; ///< null where the strokes show nothing
+};
+
 class IClipboard {
 public:
     virtual ~IClipboard() = default;
@@ -56,6 +66,12 @@ public:
     virtual TLoadedPicture GetPicture() = 0;
     /// The clipboard's picture as a block; null without one. A block of another program is passed on unread.
     virtual TDibBytes GetBlock() = 0;
+    /// Replaces the content by strokes, which are a picture too where they have one. Raises as SetBlock does.
+    virtual void SetStrokes(const TStrokeForms& forms) = 0;
+    /// True while the clipboard holds strokes, of this or another instance of the application.
+    virtual bool HasStrokes() = 0;
+    /// The strokes in the own form, unread; null without any.
+    virtual TStrokeBytes GetStrokes() = 0;
     /// Changes whenever the clipboard's content is replaced.
     virtual uint32_t GetChangeCount() = 0;
 };

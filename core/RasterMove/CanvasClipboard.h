@@ -19,6 +19,9 @@ public:
     /// At the place that it was copied from, where the canvas has the same size and the view shows that place
     /// whole; else centred in the view, and inside the canvas where it fits.
     bool Paste(const IActiveView& view) override;
+    void CopyStrokes(const TStrokeForms& forms) override { m_clipboard.SetStrokes(forms); }
+    bool HasStrokes() const override { return m_clipboard.HasStrokes(); }
+    TStrokeBytes GetStrokes() const override { return m_clipboard.GetStrokes(); }
 
 private:
     /// The last copy made here, valid while it is still on the clipboard, which owns the block.

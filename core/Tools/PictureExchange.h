@@ -1,12 +1,15 @@
 // The clipboard as tools see it.
 #pragma once
 
+#include "core/Platform/System.h"
+
 #include <boost/shared_ptr.hpp>
 
 class CCanvasBuffer;
 class IActiveView;
 
-/// Exchanges pictures between canvases and the clipboard. Complete strokes are merged first.
+/// Exchanges pictures and vector strokes between canvases and the clipboard. Complete brush strokes are
+/// merged first.
 class IPictureExchange {
 public:
     virtual ~IPictureExchange() = default;
@@ -19,4 +22,10 @@ public:
     /// Lets the clipboard's picture float above the view's active raster layer, or a new one above another
     /// layer, one undo step. Raises refused_error, which says why, when the picture cannot be read.
     virtual bool Paste(const IActiveView& view) = 0;
+    /// Copies vector strokes. Raises std::runtime_error when the clipboard cannot be opened.
+    virtual void CopyStrokes(const TStrokeForms& forms) = 0;
+    /// True while the clipboard holds vector strokes.
+    virtual bool HasStrokes() const = 0;
+    /// The clipboard's vector strokes, unread; null without any.
+    virtual TStrokeBytes GetStrokes() const = 0;
 };

@@ -3,8 +3,6 @@
 #include "core/LayerBuffer/VectorLayerBuffer.h"
 #include "core/Platform/System.h"
 
-#include <cstdlib>
-
 namespace {
 
 constexpr int COMMAND_SELECT_ALL = 12840;
@@ -21,18 +19,6 @@ const wchar_t* CRasterToolBase::GetRefusal() const {
     if (!dynamic_cast<CRasterLayerBuffer*>(spLayer.get()))
         return L"レイヤーセットには描けません。中のラスタレイヤーを選んでください。";
     return spLayer->IsVisible() ? nullptr : L"非表示のレイヤーには描けません。レイヤーを表示してください。";
-}
-
-CPoint CRasterToolBase::GetArrowStep(int nKey) const {
-    constexpr int32_t FAR = 4096; // no view is so small that the direction is lost
-    constexpr int32_t LARGE_STEP = 10;
-    const CPoint ptWindow{(nKey == VK_Right) - (nKey == VK_Left), (nKey == VK_Down) - (nKey == VK_Up)};
-    const auto spView = GetView();
-    if (ptWindow == CPoint() || !spView) return {};
-    const CPoint away = spView->ToCanvas({ptWindow.x * FAR, ptWindow.y * FAR}) - spView->ToCanvas({0, 0});
-    const int32_t nStep = GetOutside().keys.IsKeyDown(VK_Shift) ? LARGE_STEP : 1;
-    if (std::abs(away.x) > std::abs(away.y)) return {away.x < 0 ? -nStep : nStep, 0};
-    return {0, away.y < 0 ? -nStep : nStep};
 }
 
 bool CRasterToolBase::OnKeyDown(int nKey) {

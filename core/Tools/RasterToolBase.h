@@ -16,9 +16,6 @@ public:
     const wchar_t* GetRefusal() const override;
 
 protected:
-    /// The step of an arrow key in canvas pixels, in the direction that the view shows: 1, with Shift 10; (0,
-    /// 0) for other keys and without a view.
-    CPoint GetArrowStep(int nKey) const;
     /// The raster layer of the running operation; null for another kind of layer.
     boost::shared_ptr<CRasterLayerBuffer> GetRasterLayer() const {
         return boost::dynamic_pointer_cast<CRasterLayerBuffer>(GetLayer());

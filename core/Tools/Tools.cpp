@@ -6,6 +6,7 @@
 #include "core/Tools/PictureExchange.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 boost::weak_ptr<IActiveView> g_wpActiveView;
 boost::weak_ptr<CTools> g_wpActiveTool;
@@ -92,6 +93,18 @@ TLayerPtr CTools::GetLayer() const {
     if (m_spLayer) return m_spLayer;
     const auto spCanvas = GetCanvas();
     return spCanvas ? spCanvas->GetActiveLayer() : TLayerPtr();
+}
+
+CPoint CTools::GetArrowStep(int nKey) const {
+    constexpr int32_t FAR = 4096; // no view is so small that the direction is lost
+    constexpr int32_t LARGE_STEP = 10;
+    const CPoint ptWindow{(nKey == VK_Right) - (nKey == VK_Left), (nKey == VK_Down) - (nKey == VK_Up)};
+    const auto spView = GetView();
+    if (ptWindow == CPoint() || !spView) return {};
+    const CPoint away = spView->ToCanvas({ptWindow.x * FAR, ptWindow.y * FAR}) - spView->ToCanvas({0, 0});
+    const int32_t nStep = GetOutside().keys.IsKeyDown(VK_Shift) ? LARGE_STEP : 1;
+    if (std::abs(away.x) > std::abs(away.y)) return {away.x < 0 ? -nStep : nStep, 0};
+    return {0, away.y < 0 ? -nStep : nStep};
 }
 
 bool CTools::CanPaste() const { return m_state == STATE_IDLE && GetView() && m_outside.exchange.CanPaste(); }

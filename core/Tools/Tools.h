@@ -80,6 +80,8 @@ public:
     virtual bool ShowPreview(bool) { return false; }
     /// Cancels the running operation.
     virtual bool Cancel() { return false; }
+    /// Escape, while there is no operation to cancel and nothing open. True when the tool makes use of it.
+    virtual bool OnEscape() { return false; }
     /// Key events, with virtual keys.
     virtual bool OnKeyDown(int) { return false; }
     virtual bool OnKeyUp(int) { return false; }
@@ -150,6 +152,9 @@ protected:
     TLayerPtr GetLayer() const;
     /// The canvas of the running operation, or else the active view's; null when there is none.
     boost::shared_ptr<CCanvasBuffer> GetCanvas() const;
+    /// The step of an arrow key in canvas pixels, in the direction that the view shows: 1, with Shift 10; (0,
+    /// 0) for other keys and without a view.
+    CPoint GetArrowStep(int nKey) const;
     /// The active view, null when there is none.
     static boost::shared_ptr<IActiveView> GetView() { return g_wpActiveView.lock(); }
 

@@ -61,9 +61,11 @@ void CRecord::FollowClipboard() {
     IClipboard& clipboard = m_platform.clipboard;
     if (!m_bBegun || clipboard.GetChangeCount() == m_uClipboard) return;
     const bool bHad = m_bPicture;
-    KnowClipboard(clipboard.HasPicture());
+    const TStrokeBytes spStrokes = clipboard.GetStrokes();
+    KnowClipboard(spStrokes || clipboard.HasPicture());
     if (!m_bPicture && !bHad) return;
     FollowTime();
+    if (spStrokes) return Write("clipboard", {{"setStrokes", WriteStrokesText(*spStrokes)}});
     if (!m_bPicture) return Write("clipboard", {{"clear", true}});
     if (const TLoadedPicture picture = clipboard.GetPicture())
         return Write("clipboard", {{"set", WritePictureText(*picture)}});

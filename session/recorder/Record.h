@@ -42,9 +42,9 @@ public:
     /// Same as Follow, before the line of a key that itself brings that key to its state.
     void FollowToKey(int nKey, bool bDown, bool bRepeat);
 
-    /// Writes the picture that another program has copied since, or that its picture was removed.
+    /// Writes the picture or the strokes that another program has copied since, or that these were removed.
     void FollowClipboard();
-    /// Called when the application itself copies a picture or a text, as it does in a player too.
+    /// Called when the application itself copies a picture, strokes or a text, as it does in a player too.
     void KnowClipboard(bool bPicture);
 
     void Write(const char* pszVerb, const nlohmann::json& value);
@@ -72,7 +72,7 @@ private:
     bool m_bFailed = false;
     uint32_t m_uTime = 0;
     uint32_t m_uClipboard = 0; ///< the clipboard's change count that a player also knows
-    bool m_bPicture = false;   ///< a player's clipboard holds a picture
+    bool m_bPicture = false;   ///< a player's clipboard holds a picture or strokes
     TKeys m_keys;
     TView m_view;
 };

@@ -32,3 +32,18 @@ TDibBytes CRecordClipboard::GetBlock() {
     m_record.FollowClipboard();
     return m_clipboard.GetBlock();
 }
+
+void CRecordClipboard::SetStrokes(const TStrokeForms& forms) {
+    m_clipboard.SetStrokes(forms);
+    m_record.KnowClipboard(true);
+}
+
+bool CRecordClipboard::HasStrokes() {
+    m_record.FollowClipboard();
+    return m_clipboard.HasStrokes();
+}
+
+TStrokeBytes CRecordClipboard::GetStrokes() {
+    m_record.FollowClipboard();
+    return m_clipboard.GetStrokes();
+}

@@ -19,6 +19,9 @@ public:
     bool HasPicture() override;
     TLoadedPicture GetPicture() override;
     TDibBytes GetBlock() override;
+    void SetStrokes(const TStrokeForms& forms) override;
+    bool HasStrokes() override;
+    TStrokeBytes GetStrokes() override;
     uint32_t GetChangeCount() override { return m_clipboard.GetChangeCount(); }
 
 private:

@@ -1,5 +1,7 @@
 // The verb "clipboard": another program's copy and paste.
+#include "core/Base/Failure.h"
 #include "core/Base/Text.h"
+#include "core/PathSelect/StrokeForms.h"
 #include "core/Platform/Files.h"
 #include "core/Platform/System.h"
 #include "session/scripts/Player.h"
@@ -66,12 +68,47 @@ TAction GetBlock(const CScriptValue& value) {
     };
 }
 
+// The other forms follow from the own one. Strokes that cannot be read are there all the same.
+TStrokeForms FormsOf(const TStrokeBytes& spStrokes) {
+    try {
+        return MakeStrokeForms(ReadStrokes(spStrokes));
+    } catch (const deserialize_error&) {
+        return {spStrokes, {}, {}};
+    }
+}
+
+TAction SetStrokes(const CScriptValue& value) {
+    const std::wstring strPath = value.Text();
+    const std::string strText = value.Utf8();
+    return [=](CPlayer& player) {
+        const TPlatform& platform = player.GetStage().platform;
+        const TFileBytes bytes =
+            IsStrokesText(strText) ? ReadPictureText(strText) : platform.files.Read(strPath);
+        if (!bytes) throw step_failure("the strokes for the clipboard cannot be read");
+        platform.clipboard.SetStrokes(FormsOf(boost::make_shared<std::string>(*bytes)));
+    };
+}
+
+TAction GetStrokes(const CScriptValue& value) {
+    const std::wstring strPath = value.Text();
+    return [=](CPlayer& player) {
+        const TPlatform& platform = player.GetStage().platform;
+        const TStrokeBytes spStrokes = platform.clipboard.GetStrokes();
+        if (!spStrokes) throw step_failure("there are no strokes on the clipboard");
+        if (!platform.files.Replace(strPath, *spStrokes))
+            throw step_failure(ToUtf8(strPath) + " cannot be written");
+    };
+}
+
 } // namespace
 
 TAction ReadClipboard(const CScriptValue& value) {
-    value.Object({"set", "get", "setBlock", "getBlock", "clear"});
+    value.Object({"set", "get", "setBlock", "getBlock", "setStrokes", "getStrokes", "clear"});
     if (value.GetJson().size() != 1)
-        value.Refuse("must have one of \"set\", \"get\", \"setBlock\", \"getBlock\", \"clear\"");
+        value.Refuse("must have one of \"set\", \"get\", \"setBlock\", \"getBlock\", \"setStrokes\", "
+                     "\"getStrokes\", \"clear\"");
+    if (value.Has("setStrokes")) return SetStrokes(value.At("setStrokes"));
+    if (value.Has("getStrokes")) return GetStrokes(value.At("getStrokes"));
     if (value.Has("set")) return Set(value.At("set"));
     if (value.Has("get")) return Get(value.At("get"));
     if (value.Has("setBlock")) return SetBlock(value.At("setBlock"));

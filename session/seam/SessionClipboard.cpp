@@ -3,12 +3,21 @@
 #include "core/ImageFile/DibBlock.h"
 #include "system/pictures/Pictures.h"
 
+#include <utility>
+
 void CSessionClipboard::SetText(const std::wstring&) { SetBlock(nullptr); }
 
 void CSessionClipboard::SetBlock(const TDibBytes& spBlock) {
     m_spPicture.reset();
+    m_forms = {};
     m_spBlock = spBlock;
     ++m_uChanges;
+}
+
+void CSessionClipboard::SetStrokes(const TStrokeForms& forms) {
+    TStrokeForms copied = forms;
+    SetBlock(forms.spPicture);
+    m_forms = std::move(copied);
 }
 
 bool CSessionClipboard::SetPicture(IBitmap& bitmap) {

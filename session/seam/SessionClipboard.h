@@ -12,11 +12,15 @@ public:
     bool HasPicture() override { return m_spBlock || m_spPicture; }
     TLoadedPicture GetPicture() override;
     TDibBytes GetBlock() override;
+    void SetStrokes(const TStrokeForms& forms) override;
+    bool HasStrokes() override { return m_forms.spStrokes != nullptr; }
+    TStrokeBytes GetStrokes() override { return m_forms.spStrokes; }
     uint32_t GetChangeCount() override { return m_uChanges; }
 
 private:
-    // At most one of them: whatever was put there.
+    // Whatever was put there: a picture in one form, or strokes with their block.
     TDibBytes m_spBlock;
     boost::shared_ptr<IBitmap> m_spPicture;
+    TStrokeForms m_forms;
     uint32_t m_uChanges = 0;
 };

@@ -9,6 +9,7 @@ namespace {
 
 constexpr std::string_view PNG_HEAD = "data:image/png;base64,";
 constexpr std::string_view BLOCK_HEAD = "data:image/x-dib;base64,";
+constexpr std::string_view STROKES_HEAD = "data:application/x-vellumcraft-strokes;base64,";
 
 } // namespace
 
@@ -29,6 +30,12 @@ std::string WriteBlockText(const std::string& strBlock) {
 }
 
 bool IsBlockText(std::string_view strText) { return strText.starts_with(BLOCK_HEAD); }
+
+std::string WriteStrokesText(const std::string& strStrokes) {
+    return std::string(STROKES_HEAD) + QByteArray::fromStdString(strStrokes).toBase64().toStdString();
+}
+
+bool IsStrokesText(std::string_view strText) { return strText.starts_with(STROKES_HEAD); }
 
 std::string ReadPictureText(std::string_view strText) {
     strText.remove_prefix(strText.find(',') + 1);

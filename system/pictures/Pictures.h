@@ -18,5 +18,8 @@ bool IsPictureText(std::string_view strText);
 /// The same for the bytes of a block.
 std::string WriteBlockText(const std::string& strBlock);
 bool IsBlockText(std::string_view strText);
-/// The bytes in either text; characters that are not base64 are skipped.
+/// The same for strokes in the application's own form.
+std::string WriteStrokesText(const std::string& strStrokes);
+bool IsStrokesText(std::string_view strText);
+/// The bytes in any of these texts; characters that are not base64 are skipped.
 std::string ReadPictureText(std::string_view strText);

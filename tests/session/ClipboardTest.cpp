@@ -1,6 +1,8 @@
 #include "core/ImageFile/DibBlock.h"
+#include "core/PathSelect/StrokeForms.h"
 #include "session/seam/SessionClipboard.h"
 #include "tests/session/ScriptedSession.h"
+#include "tests/support/Paths.h"
 
 #include <gmock/gmock.h>
 
@@ -69,6 +71,24 @@ TEST_F(Clipboard, ABlockIsPutThereAndTakenByteByByteReadableOrNot) {
     EXPECT_EQ(Play(strRecord + strGet), "");
     EXPECT_EQ(m_files.m_mapFiles[L"b.dib"], "junk");
     EXPECT_THAT(Play(strRecord + GET), testing::HasSubstr("the clipboard's picture cannot be read: "));
+}
+
+TEST_F(Clipboard, StrokesArePlayedAndRecordedInTheirOwnForm) {
+    const std::string strGet = "{\"clipboard\":{\"getStrokes\":\"b.strk\"}}\n";
+    const std::string strSet = "{\"clipboard\":{\"setStrokes\":\"a.strk\"}}\n";
+    const auto fill = [&](const std::string& str) { m_files.m_mapFiles[L"a.strk"] = str; };
+    fill(*WriteStrokes({{60, 40}, 0, {MakeEvenStroke()}}));
+    EXPECT_EQ(Play(strSet + strGet + GET), "") << "a picture too";
+    EXPECT_EQ(m_files.m_mapFiles[L"b.strk"], m_files.m_mapFiles[L"a.strk"]);
+    EXPECT_EQ(Play(strSet + CLEAR + strGet), "s:3: there are no strokes on the clipboard");
+    EXPECT_EQ(Play(R"({"clipboard":{"setStrokes":"none.strk"}})"),
+              "s:1: the strokes for the clipboard cannot be read");
+    for (const std::string& str : {m_files.m_mapFiles[L"a.strk"], std::string("junk")}) {
+        fill(str);
+        EXPECT_EQ(Record(strSet + "{\"key\":{\"down\":16}}\n"), "");
+        EXPECT_EQ(Play(m_strRecord.substr(0, m_strRecord.find("{\"close\"")) + strGet), "");
+        EXPECT_EQ(m_files.m_mapFiles[L"b.strk"], str);
+    }
 }
 
 } // namespace

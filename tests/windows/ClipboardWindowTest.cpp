@@ -93,6 +93,20 @@ TEST_F(CClipboardTest, ACopiedBlockReachesOtherProgramsWithItsSoftEdges) {
     EXPECT_EQ(m_other.Read(m_uPng), "");
 }
 
+TEST_F(CClipboardTest, CopiedStrokesReachOtherProgramsAsCurvesAndPixels) {
+    const std::string strStrokes("strokes", 8); // with a zero
+    m_pClipboard->SetStrokes({boost::make_shared<std::string>(strStrokes), "<svg/>", m_spBlock});
+    EXPECT_TRUE(m_pClipboard->HasStrokes());
+    EXPECT_EQ(BytesOf(m_pClipboard->GetStrokes()).substr(0, strStrokes.size()), strStrokes);
+    EXPECT_EQ(m_other.Read(RegisterClipboardFormatW(L"image/svg+xml")).substr(0, 6), "<svg/>");
+    EXPECT_EQ(m_other.Read(CF_DIBV5), *m_spBlock);
+    EXPECT_EQ(m_pClipboard->GetBlock(), m_spBlock);
+    m_pClipboard->SetStrokes({boost::make_shared<std::string>(strStrokes), "<svg/>", nullptr});
+    EXPECT_TRUE(m_pClipboard->HasStrokes() && !m_pClipboard->HasPicture());
+    m_pClipboard->SetBlock(m_spBlock);
+    EXPECT_FALSE(m_pClipboard->HasStrokes() || m_pClipboard->GetStrokes());
+}
+
 TEST_F(CClipboardTest, ACopiedBlockStaysAfterTheSession) {
     m_pClipboard->SetBlock(m_spBlock);
     m_pClipboard.reset();

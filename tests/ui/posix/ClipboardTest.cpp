@@ -105,3 +105,29 @@ TEST_F(CUiTest, APictureIsTakenInTheFormThatKeepsMost) {
     EXPECT_EQ(damaged.failure, EFileFailure::DamagedPicture);
     EXPECT_FALSE(clipboard.GetBlock());
 }
+
+TEST_F(CUiTest, CopiedStrokesReachOtherProgramsAsCurvesAndPixels) {
+    IClipboard& clipboard = m_platform.GetPlatform().clipboard;
+    const auto spStrokes = boost::make_shared<std::string>("strokes", 8); // with a zero
+    clipboard.SetStrokes({spStrokes, "<svg/>", MakeBlock()});
+    EXPECT_TRUE(clipboard.HasStrokes() && clipboard.HasPicture());
+    EXPECT_EQ(clipboard.GetStrokes(), spStrokes) << "not a copy";
+    EXPECT_EQ(CopyToImage(*clipboard.GetPicture()), Pixels());
+    const QMimeData* pData = QGuiApplication::clipboard()->mimeData();
+    EXPECT_EQ(pData->data("image/svg+xml"), "<svg/>");
+    EXPECT_EQ(pData->data("application/x-vellumcraft-strokes").toStdString(), *spStrokes);
+    EXPECT_EQ(QImage::fromData(pData->data("image/png"), "PNG").convertToFormat(QImage::Format_ARGB32),
+              Pixels());
+    clipboard.SetStrokes({spStrokes, "<svg/>", nullptr});
+    EXPECT_TRUE(clipboard.HasStrokes() && !clipboard.HasPicture());
+    EXPECT_FALSE(clipboard.GetPicture() || clipboard.GetBlock());
+    clipboard.SetBlock(MakeBlock());
+    EXPECT_FALSE(clipboard.HasStrokes() || clipboard.GetStrokes());
+    // Another instance of the application.
+    CForeignClip()
+        .With("application/x-vellumcraft-strokes", QByteArray::fromStdString(*spStrokes))
+        .WithImage(Pixels())
+        .PutOn(clipboard);
+    ASSERT_TRUE(clipboard.HasStrokes() && clipboard.GetStrokes());
+    EXPECT_EQ(*clipboard.GetStrokes(), *spStrokes);
+}

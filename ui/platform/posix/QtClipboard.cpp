@@ -4,7 +4,7 @@
 #include "system/pictures/QtBitmap.h"
 #include "ui/base/QtApplication.h"
 #include "ui/base/QtText.h"
-#include "ui/platform/posix/BlockMime.h"
+#include "ui/platform/posix/StrokesMime.h"
 
 #include <QGuiApplication>
 
@@ -42,9 +42,12 @@ void CQtClipboard::SetText(const std::wstring& strText) {
     if (QClipboard* pClipboard = Find()) pClipboard->setText(ToQt(strText));
 }
 
-void CQtClipboard::SetBlock(const TDibBytes& spBlock) {
+void CQtClipboard::SetBlock(const TDibBytes& spBlock) { SetData(std::make_unique<CBlockMime>(spBlock)); }
+
+void CQtClipboard::SetStrokes(const TStrokeForms& forms) { SetData(std::make_unique<CStrokesMime>(forms)); }
+
+void CQtClipboard::SetData(std::unique_ptr<QMimeData> pData) {
     QClipboard* pClipboard = Find();
-    auto pData = std::make_unique<CBlockMime>(spBlock);
     const QMimeData* pSet = pData.get();
     if (pClipboard) pClipboard->setMimeData(pData.release());
     // Qt does not report that the system refused.
@@ -73,7 +76,8 @@ bool CQtClipboard::HasPicture() {
 TLoadedPicture CQtClipboard::GetPicture() {
     const QMimeData* pData = FindData();
     if (!pData) return EFileFailure::Missing;
-    if (const auto* pOwn = dynamic_cast<const CBlockMime*>(pData)) return ReadDibBlock(pOwn->GetBlock());
+    const auto* pOwn = dynamic_cast<const CBlockMime*>(pData);
+    if (pOwn && pOwn->GetBlock()) return ReadDibBlock(pOwn->GetBlock());
     std::optional<EFileFailure> failure;
     for (const TForm& form : FORMS) {
         if (!pData->hasFormat(QLatin1String(form.pszMime))) continue;
@@ -93,6 +97,21 @@ TDibBytes CQtClipboard::GetBlock() {
     return picture ? MakeDibBlock(*picture) : nullptr;
 }
 
+bool CQtClipboard::HasStrokes() {
+    if (!m_bStrokes && Find()) {
+        const QMimeData* pData = FindData();
+        m_bStrokes = pData && pData->hasFormat(STROKES_MIME);
+    }
+    return m_bStrokes.value_or(false);
+}
+
+TStrokeBytes CQtClipboard::GetStrokes() {
+    const QMimeData* pData = FindData();
+    if (const auto* pOwn = dynamic_cast<const CStrokesMime*>(pData)) return pOwn->GetStrokes();
+    if (!pData || !pData->hasFormat(STROKES_MIME)) return {};
+    return boost::make_shared<std::string>(pData->data(STROKES_MIME).toStdString());
+}
+
 uint32_t CQtClipboard::GetChangeCount() {
     Find();
     return m_uChanges;
@@ -106,6 +125,7 @@ QClipboard* CQtClipboard::Find() {
         QObject::connect(pClipboard, &QClipboard::dataChanged, m_pWatch.get(), [this] {
             ++m_uChanges;
             m_bPicture.reset();
+            m_bStrokes.reset();
         });
     }
     return pClipboard;

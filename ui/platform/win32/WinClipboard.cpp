@@ -94,7 +94,9 @@ std::unique_ptr<IClipboard> MakeClipboard(IImageCodecs& codecs) {
 }
 
 CWinClipboard::CWinClipboard(IImageCodecs& codecs)
-    : m_codecs(codecs), m_uPng(RegisterClipboardFormatW(L"PNG")) {}
+    : m_codecs(codecs), m_uPng(RegisterClipboardFormatW(L"PNG")),
+      m_uStrokes(RegisterClipboardFormatW(L"Vellumcraft strokes")),
+      m_uSvg(RegisterClipboardFormatW(L"image/svg+xml")) {}
 
 CWinClipboard::~CWinClipboard() {
     if (!m_hWnd) return;
@@ -149,6 +151,17 @@ TDibBytes CWinClipboard::GetBlock() {
     return picture ? MakeDibBlock(*picture) : nullptr;
 }
 
+void CWinClipboard::SetStrokes(const TStrokeForms& forms) {
+    std::vector<TFormat> vFormats{{m_uStrokes, *forms.spStrokes}, {m_uSvg, forms.strSvg}};
+    if (forms.spPicture) vFormats.emplace_back(CF_DIBV5, *forms.spPicture);
+    if (!Replace(vFormats, forms.spPicture)) throw std::runtime_error("クリップボードを開けませんでした。");
+}
+
+bool CWinClipboard::HasStrokes() { return IsClipboardFormatAvailable(m_uStrokes); }
+
+// The system may have rounded the length up, which a reader of chunks does not notice.
+TStrokeBytes CWinClipboard::GetStrokes() { return HasStrokes() ? CopyData(m_hWnd, m_uStrokes) : nullptr; }
+
 uint32_t CWinClipboard::GetChangeCount() {
     // The system also counts a form that is made later, though the content is the same.
     return m_spBlock && IsOwner() ? m_uCopied : GetClipboardSequenceNumber();
@@ -167,13 +180,18 @@ HWND CWinClipboard::EnsureWindow() {
     return m_hWnd;
 }
 
-bool CWinClipboard::Replace(UINT uFormat, std::string_view strBytes, const TDibBytes& spBlock) {
+bool CWinClipboard::Replace(const std::vector<TFormat>& vFormats, const TDibBytes& spBlock) {
     const HWND hWnd = EnsureWindow();
-    CGlobalBytes bytes(strBytes);
+    // In memory before the former content is given up.
+    std::vector<std::unique_ptr<CGlobalBytes>> vBytes;
+    for (const auto& [uFormat, strBytes] : vFormats)
+        vBytes.push_back(std::make_unique<CGlobalBytes>(strBytes));
     if (!hWnd) return false;
     {
         const COpenClipboard clipboard(hWnd);
-        if (!clipboard.IsOpen() || !EmptyClipboard() || !bytes.Give(uFormat)) return false;
+        if (!clipboard.IsOpen() || !EmptyClipboard()) return false;
+        for (size_t n = 0; n < vFormats.size(); ++n)
+            if (!vBytes[n]->Give(vFormats[n].first)) return false;
         if (spBlock) SetClipboardData(m_uPng, nullptr); // will be asked for
     }
     m_spBlock = spBlock;
