@@ -73,7 +73,9 @@ void CCanvasFrame::Save(bool bAs, bool bMayCancel) {
             if (!IsProjectFile(strPath)) return WritePicture(strPath, ReadEncoding(m_pOutside->settings));
         }
         CLongWork work(platform, {m_pWindow, L"保存", bMayCancel});
-        SaveDocument(*m_spCanvas, strPath, platform.files, work);
+        const bool bSamples = m_pOutside->settings.GetSection(L"Global")->GetInt(L"SaveInkSamples", 1) != 0;
+        SaveDocument(*m_spCanvas, strPath, platform.files, work,
+                     bSamples ? EInkSamples::Kept : EInkSamples::LeftOut);
         for (const auto& spFrame : g_lstCanvasFrame)
             if (spFrame->m_spCanvas == m_spCanvas) spFrame->UpdateTitle();
         PostToMainFrame(WM_ADD_RECENT, 0, strPath);

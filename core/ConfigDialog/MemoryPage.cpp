@@ -28,6 +28,10 @@ constexpr TField FIELDS[] = {
      &TGlobalSwitches::m_nAutoSave, 0, 86400},
 };
 
+constexpr int FIELD_SAMPLES = 8;
+constexpr wchar_t SECTION[] = L"Global";
+constexpr wchar_t SAMPLES[] = L"SaveInkSamples";
+
 } // namespace
 
 std::vector<TPanelControl> CMemoryPage::MakeControls() {
@@ -48,6 +52,11 @@ std::vector<TPanelControl> CMemoryPage::MakeControls() {
     vControls.push_back({.kind = Label,
                          .nId = 7,
                          .strText = L"自動保存した絵は、異常終了のあと次に起動したときに復元できます。"});
+    vControls.push_back({.kind = Check,
+                         .nId = FIELD_SAMPLES,
+                         .strText = L"ペンの線をあとから補正できるように保存する",
+                         .nValue = GetOutside().settings.GetSection(SECTION)->GetInt(SAMPLES, 1) != 0,
+                         .strName = "saveInkSamples"});
     return vControls;
 }
 
@@ -76,6 +85,7 @@ void CMemoryPage::Apply() {
         boost::conversion::try_lexical_convert(Find(field.nId).strText, nValue);
         vValues.emplace_back(field.pszKey, nValue);
     }
+    vValues.emplace_back(SAMPLES, Find(FIELD_SAMPLES).nValue ? 1 : 0);
     // The switches are written when the program ends; these hold after a crash, too.
-    GetOutside().settings.GetSection(L"Global")->SetInts(vValues);
+    GetOutside().settings.GetSection(SECTION)->SetInts(vValues);
 }

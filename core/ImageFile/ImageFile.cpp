@@ -6,6 +6,7 @@
 #include "core/ImageFile/PsdFile.h"
 #include "core/ImageFile/SvgFile.h"
 #include "core/LayerBuffer/RasterLayerBuffer.h"
+#include "core/PathObject/InkSamples.h"
 #include "core/Platform/Bitmap.h"
 #include "core/Platform/Files.h"
 
@@ -58,15 +59,17 @@ boost::shared_ptr<CCanvasBuffer> OpenDocument(const std::wstring& strPath, IFile
     return spCanvas;
 }
 
-void SaveDocument(CCanvasBuffer& canvas, const std::wstring& strPath, IFileStore& files,
-                  IProgress& progress) {
+void SaveDocument(CCanvasBuffer& canvas, const std::wstring& strPath, IFileStore& files, IProgress& progress,
+                  EInkSamples samples) {
     // The file must contain the title that this save sets.
     std::wstring strOldPath = strPath;
     std::wstring strOldTitle(FileNameOf(strPath));
     canvas.SwapPathAndTitle(strOldPath, strOldTitle);
     try {
         CSerializer file;
-        file.WriteTop(canvas.Serialize());
+        CSerializer document = canvas.Serialize();
+        if (samples == EInkSamples::LeftOut) document.Detach(TInkSamples::CHUNK_TAG);
+        file.WriteTop(std::move(document));
         const CFileOutcome outcome = files.ReplaceBy(strPath, [&](const TWriteBytes& fnWrite) {
             progress.Begin(L"ファイルに書いています", file.GetLength());
             return file.WriteOut([&](std::string_view strBytes) {

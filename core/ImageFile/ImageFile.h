@@ -19,11 +19,14 @@ boost::shared_ptr<CCanvasBuffer> OpenDocument(const std::wstring& strPath, IFile
 boost::shared_ptr<CCanvasBuffer> ReadProject(TOpenedFile upReader, const std::wstring& strName,
                                              IProgress& progress = NoProgress());
 
+/// Whether a file holds the samples of pen strokes (TInkSamples).
+enum class EInkSamples { Kept, LeftOut };
+
 /// Writes the document to a temporary project file that is renamed over the old one. The document takes
-/// path and title from it and counts as saved. On fileopen_error and cancelled_error the old file
-/// and the document are unchanged.
+/// path and title from it and counts as saved, and keeps its samples. On fileopen_error and cancelled_error
+/// the old file and the document are unchanged.
 void SaveDocument(CCanvasBuffer& canvas, const std::wstring& strPath, IFileStore& files,
-                  IProgress& progress = NoProgress());
+                  IProgress& progress = NoProgress(), EInkSamples samples = EInkSamples::Kept);
 
 /// True when the name has the extension of a format that ExportImage writes, in any case.
 bool CanExport(const std::wstring& strPath, IImageCodecs& codecs);

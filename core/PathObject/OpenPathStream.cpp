@@ -153,6 +153,7 @@ void COpenPathStream::UpdateDrag() {
 }
 
 void COpenPathStream::Commit() {
+    const auto spSamples = m_fnLiveMap ? GetSamples() : nullptr;
     CPathStreamImpl::Commit();
     m_width.Commit();
     m_wave.Commit();
@@ -162,6 +163,8 @@ void COpenPathStream::Commit() {
     });
     m_spBegin->Commit();
     m_spEnd->Commit();
+    if (spSamples) SetSamples(spSamples->Mapped(m_fnLiveMap));
+    m_fnLiveMap.clear();
 }
 
 void COpenPathStream::Cancel() {
@@ -174,6 +177,7 @@ void COpenPathStream::Cancel() {
     });
     m_spBegin->Cancel();
     m_spEnd->Cancel();
+    m_fnLiveMap.clear();
 }
 
 CRect COpenPathStream::RectIncludingPath(size_t state) const {
@@ -255,6 +259,7 @@ void COpenPathStream::ScaleWidths(double dFactor) {
 
 void COpenPathStream::TransformLive(const boost::function<CPoint(CPoint)>& fnMap, double dWidth) {
     CPathStreamImpl::TransformLive(fnMap, dWidth);
+    if (m_spSamples) m_fnLiveMap = fnMap;
     const bool bScales = dWidth != 1;
     m_width[STATE_LIVE] = bScales ? Scaled(GetWidth(), dWidth) : GetWidth();
     m_wave[STATE_LIVE] = bScales ? Scaled(GetWave(), dWidth) : GetWave();

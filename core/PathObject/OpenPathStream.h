@@ -57,6 +57,11 @@ public:
     /// The base width and the wave. Width points are multiples, which stay.
     void ScaleWidths(double dFactor) override;
     void TransformLive(const boost::function<CPoint(CPoint)>& fnMap, double dWidth) override;
+    void Transform(const boost::function<CPoint(CPoint)>& fnMap) override;
+    /// The samples of a pen stroke; null without any. They belong to the committed anchors and marks, and
+    /// follow them when all positions are mapped: after another change there are none, until it is undone.
+    boost::shared_ptr<const TInkSamples> GetSamples() const;
+    void SetSamples(TInkSamples samples);
     /// The wave's step and strength, also while it is off.
     const TOutlineWave& GetWave(size_t state = STATE_COMMITTED) const { return m_wave[state]; }
     /// The marks of one class, in order of creation.
@@ -142,6 +147,9 @@ private:
     TOutlineSource GetSource(size_t state) const;
     boost::shared_ptr<const TBuilt> Build(size_t state);
     bool AreStatesEqual() const;
+    CSerializer SerializeShape() const;
+    // A hash of the committed anchors and marks.
+    uint32_t HashShape() const;
 
     std::array<boost::shared_ptr<const TBuilt>, 2> m_aspBuilt; ///< shared while both states are equal
     boost::shared_ptr<COutlineBuilder> m_spBuilder;            ///< only while the states differ
@@ -151,4 +159,6 @@ private:
     boost::shared_ptr<COpenPathTermBase> m_spEnd;
     CDualValue<TOutlineWave> m_wave;
     bool m_bWave = false;
+    boost::shared_ptr<const TInkSamples> m_spSamples;
+    boost::function<CPoint(CPoint)> m_fnLiveMap; ///< of the last TransformLive, until it ends
 };

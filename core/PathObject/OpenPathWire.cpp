@@ -61,6 +61,12 @@ void COpenPathStream::ReadMarks(CDeserializer& reader, uint32_t uCount) {
 }
 
 CSerializer COpenPathStream::Serialize() const {
+    CSerializer writer = SerializeShape();
+    if (const auto spSamples = GetSamples()) writer.Attach(spSamples->Serialize());
+    return writer;
+}
+
+CSerializer COpenPathStream::SerializeShape() const {
     CSerializer writer;
     writer.SetTag(CHUNK_TAG, VERSION);
     for (const size_t n : {size_t{GetWidth()}, GetWidthPoints().size(), GetTransPoints().size(),
@@ -110,6 +116,10 @@ void COpenPathStream::Deserialize(CDeserializer& reader) {
     ReadTerm(reader, uBegin, m_spBegin);
     ReadTerm(reader, uEnd, m_spEnd);
     reader.ExpectEnd();
+    CDeserializer samples;
+    m_spSamples =
+        reader.FindAttached(TInkSamples::CHUNK_TAG, samples) ? TInkSamples::Deserialize(samples) : nullptr;
+    m_fnLiveMap.clear();
     // A few bytes can request an outline of millions of points.
     if (m_bWave && GetWave().uWidth != 0)
         reader.Claim(CountWaveWidths(GetSource(STATE_COMMITTED)) * WAVE_POINT_BYTES);
@@ -117,7 +127,8 @@ void COpenPathStream::Deserialize(CDeserializer& reader) {
 
 boost::shared_ptr<TPathSnapshot> COpenPathStream::CreateSnapshot() const {
     const auto spSnapshot = boost::make_shared<TOpenPathSnapshot>();
-    spSnapshot->chunk = Serialize();
+    spSnapshot->chunk = SerializeShape();
+    spSnapshot->spSamples = m_spSamples;
     spSnapshot->lstControlPoint = m_lstControlPoint;
     spSnapshot->vWidth = GetWidthPoints();
     spSnapshot->vTrans = GetTransPoints();
@@ -133,4 +144,40 @@ void COpenPathStream::ApplySnapshot(const TPathSnapshot& snapshot) {
     SetAlphaPoints(open.vAlpha);
     CDeserializer reader(open.chunk);
     Deserialize(reader);
+    m_spSamples = open.spSamples;
+}
+
+uint32_t COpenPathStream::HashShape() const {
+    uint32_t uHash = 2166136261; // FNV-1a
+    const auto add = [&](auto value) {
+        for (int nShift = 0; nShift < 32; nShift += 8)
+            uHash = (uHash ^ (static_cast<uint32_t>(value) >> nShift & 0xFF)) * 16777619;
+    };
+    for (const auto& spPoint : m_lstControlPoint) {
+        const TOutlinePoint point = spPoint->At(STATE_COMMITTED);
+        for (const CPoint pt : {point.anchor, point.back, point.fore}) add(pt.x), add(pt.y);
+    }
+    ForEachKind([&](const auto& marks) {
+        add(marks[STATE_COMMITTED].size());
+        for (const auto& spMark : marks[STATE_COMMITTED]) add(spMark->GetParameter()[STATE_COMMITTED]);
+    });
+    for (const auto& spMark : GetWidthPoints())
+        for (const EPathSide side : {SIDE_LEFT, SIDE_RIGHT}) add(spMark->GetMultiple(side)[STATE_COMMITTED]);
+    for (const auto& spMark : GetAlphaPoints()) add(spMark->GetAlpha()[STATE_COMMITTED]);
+    return uHash;
+}
+
+boost::shared_ptr<const TInkSamples> COpenPathStream::GetSamples() const {
+    return m_spSamples && m_spSamples->uShape == HashShape() ? m_spSamples : nullptr;
+}
+
+void COpenPathStream::SetSamples(TInkSamples samples) {
+    samples.uShape = HashShape();
+    m_spSamples = boost::make_shared<const TInkSamples>(std::move(samples));
+}
+
+void COpenPathStream::Transform(const boost::function<CPoint(CPoint)>& fnMap) {
+    const auto spSamples = GetSamples();
+    CPathStreamImpl::Transform(fnMap);
+    if (spSamples) SetSamples(spSamples->Mapped(fnMap));
 }

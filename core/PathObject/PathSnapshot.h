@@ -1,6 +1,7 @@
 // The undo state of a path.
 #pragma once
 
+#include "core/PathObject/InkSamples.h"
 #include "core/PathObject/PathAlphaControlPoint.h"
 #include "core/PathObject/PathControlPoint.h"
 #include "core/PathObject/PathTransControlPoint.h"
@@ -12,7 +13,8 @@
 /// valid after an undo.
 struct TPathSnapshot {
     virtual ~TPathSnapshot() = default;
-    CSerializer chunk;
+    CSerializer chunk;                              ///< without samples
+    boost::shared_ptr<const TInkSamples> spSamples; ///< null without any
 };
 
 struct TClosePathSnapshot : TPathSnapshot {

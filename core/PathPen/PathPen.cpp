@@ -3,8 +3,7 @@
 #include "core/Base/Failure.h"
 #include "core/Commands/CommandIds.h"
 #include "core/PathCtlPtHandle/VectorTool.h"
-#include "core/PathFit/InkFit.h"
-#include "core/PathFit/InkLine.h"
+#include "core/PathFit/InkCorrection.h"
 #include "core/PathToolBase/PathToolHistory.h"
 #include "core/RasterStroke/RasterBrushStroke.h"
 
@@ -14,7 +13,6 @@
 
 namespace {
 
-constexpr double UNITS_OF_HUNDREDTH = 0.08; ///< path units in a hundredth of a pixel
 constexpr uint8_t HARD_EDGE = 100;
 
 } // namespace
@@ -74,9 +72,8 @@ void CPathPen::ShowStroke(const boost::shared_ptr<CRasterStroke>& spStroke) {
 void CPathPen::FinishStroke(const boost::shared_ptr<CRasterStroke>& spStroke, const TStrokeInput& input) {
     const auto spLayer = GetVectorLayer();
     if (!spLayer) throw internal_error(L"CommitStroke: VectorBuffer not found");
-    const TBrushParam& param = spStroke->GetParam();
-    const auto vLine = DrawnLine(ControlPointsOf(input, param.CurveStrength), param);
-    const auto spPath = FitInkPath(vLine, m_penParam.uTolerance * UNITS_OF_HUNDREDTH);
+    TInkSamples samples{.input = input, .param = spStroke->GetParam(), .uTolerance = m_penParam.uTolerance};
+    const auto spPath = MakeInk(std::move(samples));
     spLayer->SetStroke({});
     if (!spPath) return; // pressed too lightly to draw
     spLayer->InsertPath(spPath);

@@ -1,6 +1,7 @@
 #include "core/PathPen/ToolOptPathPen.h"
 
 #include "core/Base/Decimal.h"
+#include "core/PathFit/InkCorrection.h"
 
 #include <boost/pointer_cast.hpp>
 
@@ -20,10 +21,8 @@ CToolOptPathPen::CToolOptPathPen() : CToolOptFreehand(FIRST_ID, L"RefreshView: C
     AddPressure();
     AddCourse();
     AddSlow();
-    m_vControls.push_back({.kind = Number,
-                           .nId = PEN_TOLERANCE,
-                           .strLabel = L"あと補正",
-                           .vStops = {5, 10, 20, 35, 50, 75, 100, 150, 200, 300, 400, 600, 800}});
+    m_vControls.push_back(
+        {.kind = Number, .nId = PEN_TOLERANCE, .strLabel = L"あと補正", .vStops = TOLERANCE_STOPS});
     m_vControls.push_back({.kind = Label, .nId = PEN_UNIT, .strText = L"px", .bSameLine = true});
 }
 

@@ -13,13 +13,13 @@ void Apply(const TStrokes& vPaths, const TPathStates& vStates) {
 
 size_t BytesOf(const TPathStates& vStates) {
     return std::accumulate(vStates.begin(), vStates.end(), size_t{}, [](size_t n, const auto& spState) {
-        return n + spState->chunk.GetPayload().size();
+        return n + spState->chunk.GetWhole().size();
     });
 }
 
 bool IsSame(const TPathStates& vA, const TPathStates& vB) {
     return std::ranges::equal(vA, vB, [](const auto& spA, const auto& spB) {
-        return spA->chunk.GetPayload() == spB->chunk.GetPayload();
+        return spA->spSamples == spB->spSamples && spA->chunk.GetWhole() == spB->chunk.GetWhole();
     });
 }
 

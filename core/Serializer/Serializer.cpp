@@ -114,6 +114,10 @@ void CSerializer::Attach(CSerializer chunk) {
     m_vAttached.emplace_back(0, boost::make_shared<const CSerializer>(std::move(chunk)));
 }
 
+void CSerializer::Detach(uint32_t uTag) {
+    std::erase_if(m_vAttached, [uTag](const auto& attached) { return attached.second->GetTag() == uTag; });
+}
+
 void CSerializer::WriteAttached() {
     if (m_vAttached.empty()) return;
     CSerializer list;

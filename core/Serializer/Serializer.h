@@ -61,6 +61,8 @@ public:
     /// Attaches a chunk, to which nothing is attached, that readers of this one can do without. It stands
     /// beside the payload and goes along with it through WriteChunk.
     void Attach(CSerializer chunk);
+    /// Drops the attached chunks with a tag, those of the chunks inside too.
+    void Detach(uint32_t uTag);
     /// Appends the top chunk of a file, and behind it what is attached to the chunks in it, if anything.
     void WriteTop(CSerializer top);
 

@@ -1,7 +1,9 @@
 // The stroke selection tool's pane in a running session.
 #include "core/AppModule/PrivateMessages.h"
 #include "core/IniConfig/IniConfig.h"
+#include "core/PathFit/InkCorrection.h"
 #include "core/PathSelect/ToolOptStrokeSelect.h"
+#include "core/RasterStroke/PressureCurve.h"
 #include "tests/support/PanelSession.h"
 #include "tests/support/Paths.h"
 
@@ -15,7 +17,9 @@ enum EControl {
     WIDTH = 1414,
     BEGIN_ROUND = 1417,
     WAVE = 1422,
-    WAVE_STEP
+    WAVE_STEP,
+    SMOOTHING = 1430,
+    TOLERANCE
 };
 
 class StrokePane : public CPanelSession {
@@ -88,6 +92,33 @@ TEST_F(StrokePane, CommonValuesAreShownAndSetForAll) {
               EXPECT_EQ(Widths(), (std::vector<uint32_t>{40, 24}));
               EXPECT_EQ(m_aspStrokes[0]->GetStream().GetTerm(false)->GetType(), TERM_FLAT);
               EXPECT_FALSE(m_aspStrokes[1]->GetStream().HasWave());
+              Canvas().GetHistory().SetModified(false);
+          }});
+}
+
+TEST_F(StrokePane, PenStrokesAreCorrected) {
+    TInkSamples samples;
+    for (int n = 0; n < 60; ++n)
+        samples.input.vPoints.push_back({400 + 20 * n, 400 + n % 3 * 30, FULL_PRESSURE, UPRIGHT});
+    const auto spInk = MakeInk(samples);
+    const size_t nAnchors = spInk->GetStream().ControlPointCount();
+    Play({[&] { Open(); },
+          [&] {
+              Select({m_aspStrokes[0]});
+              EXPECT_FALSE(At(SMOOTHING).bEnabled || At(TOLERANCE).bEnabled) << "not drawn by the pen";
+              m_spLayer->InsertPath(spInk);
+              Select({m_aspStrokes[0], spInk});
+              EXPECT_TRUE(At(SMOOTHING).strText == L"2" && At(TOLERANCE).strText == L"0.35");
+          },
+          [&] {
+              for (const wchar_t* psz : {L"x", L"6", L"12"}) Set(SMOOTHING, 0, psz);
+              Set(TOLERANCE, 0, L"1.5");
+              EXPECT_TRUE(At(SMOOTHING).strText == L"12" && At(TOLERANCE).strText == L"1.50");
+              EXPECT_LT(spInk->GetStream().ControlPointCount(), nAnchors / 2);
+              EXPECT_EQ(CountSteps(), 1u);
+              Canvas().GetHistory().Undo();
+              EXPECT_EQ(spInk->GetStream().ControlPointCount(), nAnchors);
+              EXPECT_EQ(spInk->GetStream().GetSamples()->uTolerance, 35u);
               Canvas().GetHistory().SetModified(false);
           }});
 }

@@ -1,0 +1,37 @@
+#include "core/PathFit/InkCorrection.h"
+
+#include "core/PathFit/InkFit.h"
+#include "core/PathFit/InkLine.h"
+
+#include <algorithm>
+
+boost::shared_ptr<COpenPathObject> MakeInk(TInkSamples samples) {
+    const auto vPoints = ControlPointsOf(samples.input, samples.param.CurveStrength);
+    auto spPath = FitInkPath(DrawnLine(vPoints, samples.param), samples.uTolerance * UNITS_OF_HUNDREDTH);
+    if (!spPath) return {};
+    samples.uFittedWidth = std::max(spPath->GetStream().GetWidth(), 1U);
+    spPath->GetStream().SetSamples(std::move(samples));
+    return spPath;
+}
+
+void CorrectInk(COpenPathStream& stream, const TInkCorrection& correction) {
+    const auto spSamples = stream.GetSamples();
+    if (!spSamples) return;
+    TInkSamples samples = *spSamples;
+    samples.param.CurveStrength = correction.uSmoothing.value_or(samples.param.CurveStrength);
+    samples.uTolerance = correction.uTolerance.value_or(samples.uTolerance);
+    if (samples.param.CurveStrength == spSamples->param.CurveStrength &&
+        samples.uTolerance == spSamples->uTolerance)
+        return;
+    const auto spMade = MakeInk(std::move(samples));
+    if (!spMade) return;
+    COpenPathStream& made = spMade->GetStream();
+    made.SetWave(stream.HasWave(), stream.GetWave());
+    const uint64_t uFitted = spSamples->uFittedWidth;
+    const uint64_t uWidth = (uint64_t{made.GetWidth()} * stream.GetWidth() + uFitted / 2) / uFitted;
+    made.SetWidth(static_cast<uint32_t>(std::clamp<uint64_t>(uWidth, 1, PATH_WIDTH_LIMIT)));
+    for (const bool bBegin : {true, false})
+        if (stream.GetTerm(bBegin)->GetType() == TERM_FLAT) made.SetTerm(stream.GetTerm(bBegin));
+    CDeserializer reader(made.Serialize());
+    stream.Deserialize(reader);
+}
