@@ -21,6 +21,7 @@ enum EControl : int {
     PEN_TAKE = 209,
     MAX_HISTORY = 301,
     AUTO_SAVE = 305,
+    SAVE_SAMPLES = 308,
     FILTER = 401,
     LIST,
     KEY,
@@ -281,6 +282,7 @@ TEST_F(ConfigDialog, LimitsOfMemoryHoldAtOnceAndAWrongNumberIsPutBack) {
               Answer(0, 0);
               m_pStage->dialogs.Push({.kind = TAnswer::EKind::Box, .box = EBoxAnswer::Ok});
               Answer(AUTO_SAVE, 0, L"30");
+              Answer(SAVE_SAMPLES, 0);
               Answer(0, 0);
               SendMessage({g_pMainFrame->GetWindow(), EMessage::Command, ID_APP_CONFIG});
               EXPECT_EQ(g_Switches.m_nMaxHistory, 25);
@@ -292,5 +294,6 @@ TEST_F(ConfigDialog, LimitsOfMemoryHoldAtOnceAndAWrongNumberIsPutBack) {
           }});
     CIniConfig config(L"/settings/Vellumcraft/Vellumcraft.ini", m_outside.m_files);
     EXPECT_EQ(config.GetSection(L"Global")->GetInt(L"AutoSaveSeconds", 0), 30);
+    EXPECT_EQ(config.GetSection(L"Global")->GetInt(L"SaveInkSamples", 1), 0);
     g_Switches = before;
 }
