@@ -217,7 +217,7 @@ std::vector<size_t> CInkCheck::FindAll(const std::vector<TPolyBezier>& vShape) c
         const bool bWasOut = std::exchange(bOut, !IsWithin(line.to, m_dTolerance));
         if (bOut && !bWasOut) vFaults.push_back(WayAt(line.from));
     }
-    // Where the outline folds it might leave a hole.
+    // A fold of the outline might leave a hole.
     std::vector<TInkBox> vFolds;
     for (size_t nCurve = 1; nCurve < vShape.size(); ++nCurve) {
         TInkBox box{ToVector(vShape[nCurve].front()), ToVector(vShape[nCurve].front())};

@@ -31,7 +31,7 @@ int64_t DistanceTo(const CRect& rc, CPoint pt) {
 
 int64_t FloorOf(int64_t n, int64_t nBy) { return n / nBy - (n % nBy < 0); }
 
-// Where a quadrilateral's edges meet a row, from the first crossing to the last one.
+// The places at which a quadrilateral's edges meet a row, from the first crossing to the last one.
 struct TSpan {
     int64_t nFirst = std::numeric_limits<int64_t>::max();
     int64_t nLast = std::numeric_limits<int64_t>::min();

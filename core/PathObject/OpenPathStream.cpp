@@ -19,7 +19,7 @@ TOutlineWave Scaled(const TOutlineWave& wave, double dFactor) {
     return {Scaled(wave.uStep, dFactor), Scaled(wave.uWidth, dFactor)};
 }
 
-// What marks stand for, in their order along the path; of several at one place the last one counts.
+// The values of marks in their order along the path; of several at one place the last one counts.
 template <class TPoints, class Make>
 auto SortedOnPath(const TPoints& vPoints, size_t state, uint32_t tLast, Make make) {
     std::map<uint32_t, decltype(make(0, vPoints.front()))> mapValues;

@@ -95,7 +95,7 @@ protected:
 
 private:
     void TakeBounds();
-    /// What a layer is told of a change.
+    /// The change of a path that its layer is told of.
     struct TChange {
         std::vector<CRect> vInk;
         CRect rcDrawn;

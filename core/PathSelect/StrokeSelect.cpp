@@ -37,7 +37,7 @@ void CStrokeSelect::KeepSettings() {
     m_kept = m_param;
 }
 
-// What lies under the pointer.
+// The handles and strokes under the pointer.
 
 TStrokes CStrokeSelect::GetSelected() const {
     const auto spLayer = IsEnabled() ? GetVectorLayer() : nullptr;

@@ -81,7 +81,7 @@ private:
     using TLayerRef = boost::shared_ptr<CVectorLayerBuffer>;
     using TPathRef = boost::shared_ptr<CPathObject>;
 
-    /// What a press takes hold of: a part of the box, else the stroke, else an empty place.
+    /// The things that a press takes hold of: a part of the box, else the stroke, else an empty place.
     struct TPress {
         EBoxPart part = BOX_NONE;
         TPathRef spPath;
