@@ -73,8 +73,8 @@ void CPathPen::FinishStroke(const boost::shared_ptr<CRasterStroke>& spStroke, co
     const auto spLayer = GetVectorLayer();
     if (!spLayer) throw internal_error(L"CommitStroke: VectorBuffer not found");
     TInkSamples samples{.input = input, .param = spStroke->GetParam(), .uTolerance = m_penParam.uTolerance};
+    spLayer->SetStroke({}); // also when no path can be made
     const auto spPath = MakeInk(std::move(samples));
-    spLayer->SetStroke({});
     if (!spPath) return; // pressed too lightly to draw
     spLayer->InsertPath(spPath);
     try {

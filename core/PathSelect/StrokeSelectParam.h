@@ -3,7 +3,7 @@
 
 class CIniConfig;
 
-/// What a drag from an empty place draws; the numbers of the settings.
+/// The shape that a drag from an empty place draws; the numbers of the settings.
 enum EStrokeShape : int { STROKE_RECT, STROKE_LASSO };
 
 /// Values of the settings section "StrokeSelect".

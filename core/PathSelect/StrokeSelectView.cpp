@@ -1,4 +1,4 @@
-// What the stroke selection tool draws over the canvas.
+// The overlay of the stroke selection tool.
 #include "core/PathSelect/StrokeSelect.h"
 #include "core/Tools/OverlayBox.h"
 

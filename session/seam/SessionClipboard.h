@@ -18,7 +18,7 @@ public:
     uint32_t GetChangeCount() override { return m_uChanges; }
 
 private:
-    // Whatever was put there: a picture in one form, or strokes with their block.
+    // The clipboard holds a picture in one form, or strokes with their block.
     TDibBytes m_spBlock;
     boost::shared_ptr<IBitmap> m_spPicture;
     TStrokeForms m_forms;

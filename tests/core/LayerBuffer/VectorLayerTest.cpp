@@ -95,7 +95,7 @@ TEST(VectorLayer, APathThatComesIsPaintedAloneOverTheOthers) {
         if (n != 3) page.Picture();
     }
     EXPECT_EQ(spCounted->GetStream().nCount, nCount);
-    // Whatever happens between two paintings, the picture is that of a layer which is painted anew.
+    // The picture equals that of a layer painted anew, after any changes between two paintings.
     for (int n = 0; n < 40; ++n) {
         for (uint32_t i = random() % (n == 20 ? 100 : 4); i > 0; --i) {
             const auto spPath = MakeRandomPath({200, 200}, random);

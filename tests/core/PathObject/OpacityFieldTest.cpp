@@ -142,7 +142,7 @@ TEST(OpacityField, APixelDependsOnNoTile) {
                 for (int x = rc.left; x < rc.right; ++x)
                     ASSERT_EQ(tile.GetAlpha()[(y - rc.top) * rc.Width() + x - rc.left], At(vPixels, x, y));
         }
-        // What the tile holds already is not lowered.
+        // Coverage that the tile holds already is not lowered.
         CAlphaBlock8 full;
         full.Create({96, 96}, {96, 96});
         std::fill_n(full.GetAlpha(), 96 * 96, uint8_t{99});

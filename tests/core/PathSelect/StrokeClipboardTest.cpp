@@ -145,7 +145,7 @@ TEST_F(StrokeClipboard, StrokesGoFromDocumentToDocumentAtTheirPlace) {
         EXPECT_EQ(spRaster->GetHistory().GetUndoList().front()->GetName(), L"貼り付け");
         Command(ID_EDIT_UNDO);
         EXPECT_EQ(SaveToBytes(*spRaster), vRaster);
-        // Where they would lie beyond the canvas they go to its middle, by whole pixels.
+        // Strokes that would lie beyond the canvas go to its middle, by whole pixels.
         const auto spSmall = OpenOther({60, 40}, true);
         Command(ID_EDIT_PASTE);
         const auto spPasted = Active(*spSmall).GetSelectedPath();
