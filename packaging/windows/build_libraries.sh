@@ -126,7 +126,9 @@ if [ "${2:-}" = small ]; then
     # Quick to build; the full library takes its place.
     [ -e "$CACHE/done_qt" ] || build_qt qt-small -DFEATURE_widgets=OFF -DFEATURE_network=OFF -DFEATURE_testlib=OFF \
         -DFEATURE_harfbuzz=OFF -DFEATURE_freetype=OFF -DFEATURE_accessibility=OFF -DFEATURE_systemtrayicon=OFF \
-        -DCMAKE_C_FLAGS_RELEASE=-O0 -DCMAKE_CXX_FLAGS_RELEASE=-O0
+        -DFEATURE_filesystemmodel=OFF -DFEATURE_pdf=OFF -DFEATURE_textodfwriter=OFF -DFEATURE_textmarkdownreader=OFF \
+        -DFEATURE_textmarkdownwriter=OFF -DFEATURE_standarditemmodel=OFF -DFEATURE_ico=OFF \
+        -DQT_USE_DEFAULT_CMAKE_OPTIMIZATION_FLAGS=ON -DCMAKE_C_FLAGS_RELEASE=-O0 -DCMAKE_CXX_FLAGS_RELEASE=-O0
 else
     build_qt qt
     build_svg
