@@ -17,14 +17,16 @@ CCellGrid::CCellGrid(const std::vector<TInkBox>& vBoxes, double dCell) : m_dCell
     m_dCell = std::max(m_dCell, std::max(dWidth, dHeight) / MOST_CELLS);
     // Long boxes that touch many cells each are better found in few large ones.
     const auto countCells = [&] {
+        const double dInverse = 1 / m_dCell;
         double dCells = 0;
         for (const TInkBox& box : vBoxes)
-            dCells += ((box.high.x - box.low.x) / m_dCell + 1) * ((box.high.y - box.low.y) / m_dCell + 1);
+            dCells += ((box.high.x - box.low.x) * dInverse + 1) * ((box.high.y - box.low.y) * dInverse + 1);
         return dCells;
     };
     while (countCells() > LEAST_ENTRIES + MOST_ENTRIES * static_cast<double>(vBoxes.size())) m_dCell *= 2;
-    m_nWidth = static_cast<size_t>(dWidth / m_dCell) + 1;
-    m_nHeight = static_cast<size_t>(dHeight / m_dCell) + 1;
+    m_dInverse = 1 / m_dCell;
+    m_nWidth = static_cast<size_t>(dWidth * m_dInverse) + 1;
+    m_nHeight = static_cast<size_t>(dHeight * m_dInverse) + 1;
     m_vStarts.assign(m_nWidth * m_nHeight + 1, 0);
     const auto forEachCell = [&](const TInkBox& box, auto fn) {
         const auto [x0, y0] = CellAt(box.low);
@@ -42,7 +44,7 @@ CCellGrid::CCellGrid(const std::vector<TInkBox>& vBoxes, double dCell) : m_dCell
 
 CCellGrid::TCell CCellGrid::CellAt(TInkVector pt) const {
     const auto at = [&](double d, size_t nCount) {
-        const double n = std::floor(d / m_dCell);
+        const double n = d * m_dInverse;
         return n <= 0 ? size_t{0} : std::min(static_cast<size_t>(std::min(n, MOST_CELLS * 2)), nCount - 1);
     };
     return {at(pt.x - m_ptLow.x, m_nWidth), at(pt.y - m_ptLow.y, m_nHeight)};

@@ -48,6 +48,7 @@ private:
 
     TInkVector m_ptLow;
     double m_dCell;
+    double m_dInverse = 1;
     size_t m_nWidth = 1;
     size_t m_nHeight = 1;
     std::vector<uint32_t> m_vStarts; ///< of each cell's numbers, row by row

@@ -160,7 +160,7 @@ private:
                 nBad = n;
                 n = (nGood + nBad) / 2;
             }
-            if (nBad - nGood <= 1 + nGood / 64) break;
+            if (nBad - nGood <= 1 + nGood / 24) break;
         }
         for (n = 1; !best && n <= nMost; ++n) best = TryTo(stretch, range, from, range.idxFirst + n, true);
         return best;

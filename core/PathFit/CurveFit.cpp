@@ -11,16 +11,30 @@ constexpr int ROUNDS = 4;
 /// An error so many times the tolerance does not come below it by better parameters.
 constexpr double HOPELESS = 6;
 
-// The parameter of the nearest place, by one of Newton's steps.
-double Nearer(const TInkCubic& cubic, TInkVector pt, double t) {
-    const TInkVector away = cubic.At(t) - pt;
-    const TInkVector slope = cubic.SlopeAt(t);
-    const double dSquare = Dot(slope, slope);
-    const double dDivisor = dSquare + Dot(away, cubic.BendAt(t));
-    // Beyond the centre of the curve's bend the step would lead away.
-    const double dStep = Dot(away, slope) / std::max(dDivisor, dSquare / 4);
-    return dSquare > 0 ? std::clamp(t - dStep, 0.0, 1.0) : t;
-}
+// A cubic by the powers of its parameter, quick to evaluate at many places.
+class CPowers {
+public:
+    explicit CPowers(const TInkCubic& cubic)
+        : m_c0(cubic.p0), m_c1((cubic.p1 - cubic.p0) * 3), m_c2((cubic.p2 - cubic.p1 * 2 + cubic.p0) * 3),
+          m_c3(cubic.p3 - cubic.p0 + (cubic.p1 - cubic.p2) * 3) {}
+
+    TInkVector At(double t) const { return m_c0 + (m_c1 + (m_c2 + m_c3 * t) * t) * t; }
+
+    // The parameter of the nearest place, by one of Newton's steps.
+    double Nearer(TInkVector pt, double t) const {
+        const TInkVector away = At(t) - pt;
+        const TInkVector slope = m_c1 + (m_c2 * 2 + m_c3 * (3 * t)) * t;
+        const TInkVector bend = m_c2 * 2 + m_c3 * (6 * t);
+        const double dSquare = Dot(slope, slope);
+        const double dDivisor = dSquare + Dot(away, bend);
+        // Beyond the centre of the curve's bend the step would lead away.
+        const double dStep = Dot(away, slope) / std::max(dDivisor, dSquare / 4);
+        return dSquare > 0 ? std::clamp(t - dStep, 0.0, 1.0) : t;
+    }
+
+private:
+    TInkVector m_c0, m_c1, m_c2, m_c3;
+};
 
 bool IsFree(const TWayRange& range, const TInkCubic& cubic, TInkVector pt) {
     return LengthOf(pt - cubic.p0) < range.dFreeFirst || LengthOf(pt - cubic.p3) < range.dFreeLast;
@@ -115,11 +129,12 @@ TInkCubic CCurveFit::Solve(const TWayRange& range, const TCurveEnd& from, const 
 
 // Better parameters for the samples; returns the largest distance.
 double CCurveFit::Refine(const TInkCubic& cubic, const TWayRange& range) {
+    const CPowers powers(cubic);
     double dMost = 0;
     for (TSample& sample : m_vSamples) {
         const TInkVector pt = m_vWay[sample.idx].pt;
-        sample.t = Nearer(cubic, pt, sample.t);
-        if (!IsFree(range, cubic, pt)) dMost = std::max(dMost, LengthOf(cubic.At(sample.t) - pt));
+        sample.t = powers.Nearer(pt, sample.t);
+        if (!IsFree(range, cubic, pt)) dMost = std::max(dMost, LengthOf(powers.At(sample.t) - pt));
     }
     return dMost;
 }
@@ -131,11 +146,14 @@ std::vector<TCurvePlace> CCurveFit::PlacesOn(const TInkCubic& cubic, const TWayR
     const double dAll = m_vWay[range.idxLast].dLength - dBegin;
     // By the samples of the way's own length, then towards the nearest place.
     constexpr int CHORDS = 16;
+    const CPowers powers(cubic);
     std::array<double, CHORDS + 1> adLength{};
-    for (int n = 1; n <= CHORDS; ++n)
-        adLength[static_cast<size_t>(n)] =
-            adLength[static_cast<size_t>(n - 1)] +
-            LengthOf(cubic.At(static_cast<double>(n) / CHORDS) - cubic.At((n - 1.0) / CHORDS));
+    TInkVector ptLast = cubic.p0;
+    for (size_t i = 1; i <= CHORDS; ++i) {
+        const TInkVector pt = powers.At(static_cast<double>(i) / CHORDS);
+        adLength[i] = adLength[i - 1] + LengthOf(pt - ptLast);
+        ptLast = pt;
+    }
     size_t n = 1;
     double dLast = 0;
     for (size_t idx = range.idxFirst; idx <= range.idxLast; ++idx) {
@@ -145,9 +163,9 @@ std::vector<TCurvePlace> CCurveFit::PlacesOn(const TInkCubic& cubic, const TWayR
         const double dChord = adLength[n] - adLength[n - 1];
         double t =
             (static_cast<double>(n - 1) + (dChord > 0 ? (dAt - adLength[n - 1]) / dChord : 0)) / CHORDS;
-        for (int nRound = 0; nRound < 3; ++nRound) t = Nearer(cubic, m_vWay[idx].pt, t);
+        for (int nRound = 0; nRound < 3; ++nRound) t = powers.Nearer(m_vWay[idx].pt, t);
         t = std::max(t, dLast);
-        vPlaces.push_back({t, LengthOf(cubic.At(t) - m_vWay[idx].pt)});
+        vPlaces.push_back({t, LengthOf(powers.At(t) - m_vWay[idx].pt)});
         dLast = t;
     }
     return vPlaces;
@@ -164,11 +182,16 @@ bool CCurveFit::IsWithin(const TInkCubic& cubic, const TWayRange& range, double 
 std::optional<TInkCubic> CCurveFit::Fit(const TWayRange& range, const TCurveEnd& from, const TCurveEnd& to,
                                         double dTolerance) {
     TakeSamples(range);
+    double dLast = HOPELESS * dTolerance;
     for (int nRound = 0; nRound < ROUNDS; ++nRound) {
         const TInkCubic cubic = Solve(range, from, to);
         const double dError = Refine(cubic, range);
         if (dError > HOPELESS * dTolerance) return {};
-        if (dError <= dTolerance && IsWithin(cubic, range, dTolerance)) return cubic;
+        if (dError <= dTolerance && (HasAllPoints(range) || IsWithin(cubic, range, dTolerance))) return cubic;
+        // Later rounds improve a curve hardly more than this one.
+        if (nRound > 0 && dError - 2 * std::abs(dLast - dError) * (ROUNDS - 1 - nRound) > dTolerance)
+            return {};
+        dLast = dError;
     }
     return {};
 }

@@ -67,6 +67,10 @@ private:
     void TakeSamples(const TWayRange& range);
     TInkCubic Solve(const TWayRange& range, const TCurveEnd& from, const TCurveEnd& to) const;
     double Refine(const TInkCubic& cubic, const TWayRange& range);
+    // Whether each point of the range is a sample.
+    bool HasAllPoints(const TWayRange& range) const {
+        return m_vSamples.size() > range.idxLast - range.idxFirst;
+    }
     bool IsWithin(const TInkCubic& cubic, const TWayRange& range, double dTolerance) const;
 
     const TInkWay& m_vWay;

@@ -12,7 +12,7 @@ namespace {
 /// Arc lengths between marks must stay in 32 bits of the outline's units.
 constexpr double MOST_LENGTH = 1 << 26;
 /// So many places in a row that no mark can lead to end the search for farther ones.
-constexpr int MOST_FAILURES = 48;
+constexpr int MOST_FAILURES = 24;
 /// Whole values that are tried above and below the own one.
 constexpr int SPREAD = 1;
 /// The cost of a mark that leaves values outside their tolerances.

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
+#include <utility>
 
 namespace {
 
@@ -12,16 +14,42 @@ constexpr double LARGEST_WINDOW = 24;  ///< to each side, in tolerances
 constexpr double SMALLEST_WINDOW = 1.5;
 constexpr double OFF_PARABOLA = 0.3; ///< tolerances
 
-// The cosine of the turn at a point, 1 where the way is too short to tell.
-double TurnAt(const TInkWay& vWay, size_t idx, double dReach) {
+// The way's unit directions to a point and from it.
+struct TTurn {
+    TInkVector in;
+    TInkVector out;
+    double GetCosine() const { return Dot(in, out); }
+};
+
+// Over a reach to both sides; nullopt where the way is too short to tell.
+std::optional<TTurn> TurnAt(const TInkWay& vWay, size_t idx, double dReach) {
     const auto isAway = [&](const TWayPoint& point) { return LengthOf(point.pt - vWay[idx].pt) >= dReach; };
     const auto it = vWay.begin() + static_cast<std::ptrdiff_t>(idx);
     const auto itAfter = std::find_if(it, vWay.end(), isAway);
     const auto itBefore = std::find_if(std::make_reverse_iterator(it), vWay.rend(), isAway);
-    if (itAfter == vWay.end() || itBefore == vWay.rend()) return 1;
-    const TInkVector in = vWay[idx].pt - itBefore->pt, out = itAfter->pt - vWay[idx].pt;
-    return Dot(in, out) / (LengthOf(in) * LengthOf(out));
+    if (itAfter == vWay.end() || itBefore == vWay.rend()) return {};
+    return TTurn{UnitOf(vWay[idx].pt - itBefore->pt, {}), UnitOf(itAfter->pt - vWay[idx].pt, {})};
 }
+
+// Of neighbouring points that turn, the one that lies farthest out where they turn most.
+class CCornerPoints {
+public:
+    void Add(size_t idx, const TTurn& turn) {
+        if (m_vPoints.empty() || turn.GetCosine() < m_sharpest.GetCosine()) m_sharpest = turn;
+        m_vPoints.push_back(idx);
+    }
+    bool IsEmpty() const { return m_vPoints.empty(); }
+    size_t GetFirst() const { return m_vPoints.front(); }
+    size_t GetTip(const TInkWay& vWay) const {
+        const TInkVector outward = m_sharpest.in - m_sharpest.out;
+        return *std::ranges::max_element(m_vPoints, {},
+                                         [&](size_t idx) { return Dot(vWay[idx].pt, outward); });
+    }
+
+private:
+    std::vector<size_t> m_vPoints;
+    TTurn m_sharpest{};
+};
 
 // The least squares of both coordinates around a point.
 class CParabolas {
@@ -79,19 +107,17 @@ private:
 std::vector<size_t> FindCorners(const TInkWay& vWay, double dTolerance) {
     const double dReach = std::max(CORNER_REACH * dTolerance, LEAST_REACH);
     std::vector<size_t> vCorners;
-    double dSharpest = 1;
+    CCornerPoints points;
+    const auto endCorner = [&] {
+        if (!points.IsEmpty()) vCorners.push_back(std::exchange(points, {}).GetTip(vWay));
+    };
     for (size_t i = 1; i + 1 < vWay.size(); ++i) {
-        const double dTurn = TurnAt(vWay, i, dReach);
-        if (dTurn > CORNER_COSINE) continue;
-        // Of a corner's points the sharpest.
-        if (vCorners.empty() || vWay[i].dLength - vWay[vCorners.back()].dLength > 2 * dReach)
-            vCorners.push_back(i);
-        else if (dTurn < dSharpest)
-            vCorners.back() = i;
-        else
-            continue;
-        dSharpest = dTurn;
+        const auto turn = TurnAt(vWay, i, dReach);
+        if (!turn || turn->GetCosine() > CORNER_COSINE) continue;
+        if (!points.IsEmpty() && vWay[i].dLength - vWay[points.GetFirst()].dLength > 2 * dReach) endCorner();
+        points.Add(i, *turn);
     }
+    endCorner();
     return vCorners;
 }
 

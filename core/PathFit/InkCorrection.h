@@ -11,7 +11,7 @@ constexpr double UNITS_OF_HUNDREDTH = 0.08;
 
 /// The values that panes offer for smoothing and tolerance.
 inline const std::vector<int> SMOOTHING_STOPS{0, 1, 2, 3, 4, 6, 8, 12, 16, 24};
-inline const std::vector<int> TOLERANCE_STOPS{5, 10, 20, 35, 50, 75, 100, 150, 200, 300, 400, 600, 800};
+inline const std::vector<int> TOLERANCE_STOPS{20, 35, 50, 75, 100, 150, 200, 300, 400, 600, 800};
 
 /// Values to be changed.
 struct TInkCorrection {

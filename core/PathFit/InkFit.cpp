@@ -1,5 +1,6 @@
 #include "core/PathFit/InkFit.h"
 
+#include "core/Base/Parallel.h"
 #include "core/PathFit/CentreFit.h"
 #include "core/PathFit/EaseFit.h"
 #include "core/PathFit/InkCheck.h"
@@ -8,7 +9,7 @@
 
 #include <algorithm>
 #include <array>
-#include <limits>
+#include <optional>
 
 namespace {
 
@@ -21,8 +22,15 @@ constexpr double ALPHA_TOLERANCE = 3;
 constexpr double SNAP = 2;
 /// The reach of a turn, in tolerances.
 constexpr double TURN = 2;
+/// From here on a second thread saves more time than its start takes.
+constexpr size_t POINTS_FOR_THREADS = 500;
 constexpr int MOST_ROUNDS = 5;
-/// With so many curves a second look has to do.
+/// So near to a fault, in tolerances, widths get closer, to this part of what they were off by.
+constexpr double TIGHT_REACH = 4;
+constexpr double TIGHT_SHARE = 0.6;
+/// Rounds in a row without a better outline.
+constexpr int MOST_VAIN = 3;
+/// With so many curves the first outline has to do, unless it is far off.
 constexpr size_t MANY_CURVES = 150;
 /// An outline that is off by so many tolerances, and by so many path units, has a spike or a hole.
 constexpr double GROSS = 1.3;
@@ -55,8 +63,10 @@ std::vector<TEaseSample> SamplesOf(const TInkWay& vWay, const std::vector<TCentr
             double dLength = lengthAt(vPlaces[i].t), t = vPlaces[i].t;
             if (i == 0 || dLength < SNAP) dLength = t = 0;
             if (i + 1 == vPlaces.size() || dLength > adLength.back() - SNAP) dLength = adLength.back(), t = 1;
-            const double dOff =
-                std::min(dTolerance - ROUNDING - vPlaces[i].dError, ROUNDING + WIDTH_SHARE * point.dHalf);
+            // Between anchors places nearer to each other tell nothing new.
+            if (t > 0 && t < 1 && dBegin + dLength - vSamples.back().dLength < dTolerance) continue;
+            const double dOff = point.dShare * std::min(dTolerance - ROUNDING - vPlaces[i].dError,
+                                                        ROUNDING + WIDTH_SHARE * point.dHalf);
             vSamples.push_back({static_cast<uint32_t>(n) * BEZIER_T_RESOLUTION +
                                     static_cast<uint32_t>(t * BEZIER_T_RESOLUTION),
                                 dBegin + dLength, bAlpha ? point.dAlpha : point.dWide,
@@ -104,12 +114,25 @@ TFittedInk Assemble(const TInkWay& vWay, const TInkWay& vDrawn, const std::vecto
     return ink;
 }
 
-// Changes the curves near the faults. False when none could be.
-bool Mend(std::vector<TCentreCurve>& vCurves, const std::vector<size_t>& vAll, const TInkWay& vWay,
+// Asks for closer widths near the faults.
+void Tighten(TInkWay& vWay, const std::vector<size_t>& vFaults, double dTolerance) {
+    size_t idxDone = 0;
+    for (const size_t idx : vFaults) {
+        const auto isBefore = [](const TWayPoint& point, double d) { return point.dLength < d; };
+        const double dReach = TIGHT_REACH * dTolerance;
+        const auto itFirst = std::lower_bound(vWay.begin() + static_cast<std::ptrdiff_t>(idxDone), vWay.end(),
+                                              vWay[idx].dLength - dReach, isBefore);
+        const auto itLast = std::lower_bound(itFirst, vWay.end(), vWay[idx].dLength + dReach, isBefore);
+        for (auto it = itFirst; it != itLast; ++it) it->dShare *= TIGHT_SHARE;
+        idxDone = static_cast<size_t>(itLast - vWay.begin());
+    }
+}
+
+// Changes the curves near the faults.
+void Mend(std::vector<TCentreCurve>& vCurves, const std::vector<size_t>& vAll, const TInkWay& vWay,
           double dTolerance, int nRound) {
     // A turn is bent a little otherwise each time; the curves beside it are not to blame.
     std::vector<size_t> vFaults = vAll;
-    bool bDone = false;
     for (TCentreCurve& curve : vCurves) {
         if (curve.range.idxFirst != curve.range.idxLast) continue;
         const TWayPoint& corner = vWay[curve.range.idxFirst];
@@ -119,7 +142,6 @@ bool Mend(std::vector<TCentreCurve>& vCurves, const std::vector<size_t>& vAll, c
         });
         if (vFaults.size() == nBefore) continue;
         curve.cubic = BentTurn(curve.cubic, nRound);
-        bDone = true;
     }
     std::vector<size_t> vHit;
     for (size_t n = 0; n < vCurves.size(); ++n) {
@@ -127,39 +149,51 @@ bool Mend(std::vector<TCentreCurve>& vCurves, const std::vector<size_t>& vAll, c
         const auto it = std::lower_bound(vFaults.begin(), vFaults.end(), range.idxFirst);
         if (it != vFaults.end() && *it <= range.idxLast) vHit.push_back(n);
     }
-    for (size_t i = vHit.size(); i-- > 0;) bDone |= DivideCurve(vCurves, vHit[i], vWay, dTolerance);
-    return bDone;
+    for (size_t i = vHit.size(); i-- > 0;) DivideCurve(vCurves, vHit[i], vWay, dTolerance);
 }
 
 struct TFit {
     TFittedInk ink;
     boost::shared_ptr<COpenPathObject> spPath; ///< without the opacities; null where none was built
+    CInkCheck::TFaults faults;
 };
 
-TFit FitWay(const TInkWay& vDrawn, double dTolerance) {
+// `check` gets that of the way.
+TFit FitWay(const TInkWay& vDrawn, double dTolerance, std::optional<CInkCheck>& check) {
     const TEaseEnds ends{IsTapering(vDrawn, true, dTolerance), IsTapering(vDrawn, false, dTolerance)};
     TInkWay vWay = vDrawn;
     ExtendTapers(vWay, ends.bSharpBegin, ends.bSharpEnd);
-    std::vector<TCentreCurve> vCurves = FitCentre(vWay, dTolerance);
-    const CInkCheck check(vDrawn, dTolerance);
+    std::vector<TCentreCurve> vCurves;
+    ForEachIndex(2, vWay.size() < POINTS_FOR_THREADS ? 1 : AvailableThreads(), [&](size_t n) {
+        if (n == 0)
+            vCurves = FitCentre(vWay, dTolerance);
+        else
+            check.emplace(vDrawn, dTolerance, std::max(GROSS * dTolerance, LEAST_GROSS));
+    });
     const size_t nBefore = vWay.size() > vDrawn.size() && ends.bSharpBegin && vWay.front().dHalf == 0 ? 1 : 0;
     TFit best;
     std::vector<TCentreCurve> vBest;
-    size_t nLeast = std::numeric_limits<size_t>::max();
-    const int nRounds = vCurves.size() > MANY_CURVES ? 2 : MOST_ROUNDS;
-    for (int nRound = 0; nRound < nRounds; ++nRound) {
+    const int nRounds = vCurves.size() > MANY_CURVES ? 1 : MOST_ROUNDS;
+    for (int nRound = 0, nVain = 0; nRound < nRounds && nVain < MOST_VAIN; ++nRound, ++nVain) {
         TFittedInk ink = Assemble(vWay, vDrawn, vCurves, ends, dTolerance);
         const auto spPath = MakeInkPath(ink);
-        std::vector<size_t> vFaults = check.FindFaults(spPath->GetStream().GetShape(STATE_COMMITTED));
-        if (vFaults.size() < nLeast) {
-            nLeast = vFaults.size();
-            best = {std::move(ink), spPath};
+        CInkCheck::TFaults faults = check->Find(spPath->GetStream().GetShape(STATE_COMMITTED));
+        std::vector<size_t> vFaults = faults.vPoints;
+        if (!best.spPath || vFaults.size() < best.faults.vPoints.size()) {
+            best = {std::move(ink), spPath, std::move(faults)};
             vBest = vCurves;
+            nVain = 0;
         }
         for (size_t& idx : vFaults) idx += nBefore;
-        if (vFaults.empty() || !Mend(vCurves, vFaults, vWay, dTolerance, nRound)) break;
+        if (vFaults.empty()) break;
+        Tighten(vWay, vFaults, dTolerance);
+        Mend(vCurves, vFaults, vWay, dTolerance, nRound);
     }
-    best.ink.vAlphas = FitEase(SamplesOf(vWay, vBest, dTolerance, true), {});
+    const auto isFirst = [&](const TWayPoint& point) { return point.dAlpha == vWay.front().dAlpha; };
+    if (std::ranges::all_of(vWay, isFirst))
+        best.ink.vAlphas = {{0, static_cast<uint32_t>(Nearest(vWay.front().dAlpha))}};
+    else
+        best.ink.vAlphas = FitEase(SamplesOf(vWay, vBest, dTolerance, true), {});
     return best;
 }
 
@@ -167,22 +201,16 @@ TFit FitLine(std::span<const TInkDisc> vLine, double dTolerance) {
     dTolerance = std::clamp(dTolerance, LEAST_INK_TOLERANCE, MOST_INK_TOLERANCE);
     const TInkWay vDrawn = MakeInkWay(vLine, dTolerance);
     if (vDrawn.empty()) return {};
-    if (vDrawn.size() == 1) return {MakeDot(vDrawn.front()), {}};
-    TFit best = FitWay(vDrawn, dTolerance);
-    const CInkCheck gross(vDrawn, std::max(GROSS * dTolerance, LEAST_GROSS));
-    const auto count = [&](const TFit& fit) {
-        return gross.CountFaults(fit.spPath->GetStream().GetShape(STATE_COMMITTED));
-    };
-    size_t nLeast = count(best);
+    if (vDrawn.size() == 1) return {MakeDot(vDrawn.front()), {}, {}};
+    std::optional<CInkCheck> check, checkOther;
+    TFit best = FitWay(vDrawn, dTolerance, check);
     for (const double dOther : OTHERS) {
-        if (nLeast == 0) break;
+        if (best.faults.nGross == 0) break;
         const TInkWay vWay = MakeInkWay(vLine, dOther);
         if (dOther == dTolerance || vWay.size() == 1) continue;
-        TFit fit = FitWay(vWay, dOther);
-        const size_t nFaults = count(fit);
-        if (nFaults >= nLeast) continue;
-        nLeast = nFaults;
-        best = std::move(fit);
+        TFit fit = FitWay(vWay, dOther, checkOther);
+        fit.faults = check->Find(fit.spPath->GetStream().GetShape(STATE_COMMITTED));
+        if (fit.faults.nGross < best.faults.nGross) best = std::move(fit);
     }
     return best;
 }

@@ -40,7 +40,7 @@ struct TFittedInk {
 };
 
 /// The smallest and the largest tolerance that is kept, in path units; others count as these.
-constexpr double LEAST_INK_TOLERANCE = 0.4;
+constexpr double LEAST_INK_TOLERANCE = 1.6;
 constexpr double MOST_INK_TOLERANCE = 64;
 
 /// Fits a stroke whose outline is nowhere farther than `dTolerance` path units from that of the drawn line,

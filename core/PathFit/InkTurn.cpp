@@ -77,7 +77,9 @@ size_t CountFaults(const TInkCorner& corner, const TInkCubic& turn, double dTole
     ink.vWidths = {{0, ink.uWidth}}; // not in the middle, which would divide the turn
     ink.begin = {TERM_ROUND, GrowOf(vWay.front(), first, -corner.in, ink.uWidth)};
     ink.end = {TERM_ROUND, GrowOf(vWay.back(), last, corner.out, ink.uWidth)};
-    return CInkCheck(vWay, dTolerance).CountFaults(MakeInkPath(ink)->GetStream().GetShape(STATE_COMMITTED));
+    return CInkCheck(vWay, dTolerance)
+        .Find(MakeInkPath(ink)->GetStream().GetShape(STATE_COMMITTED))
+        .vPoints.size();
 }
 
 } // namespace
@@ -118,7 +120,7 @@ TInkCubic TurnAt(const TInkCorner& corner, double dReach, double dTolerance, siz
             for (const double dHandle : std::array{0.45, 0.6, 0.8})
                 for (const double dShift : std::array{0.0, 0.75, 1.5}) offer(dShare, dApart, dHandle, dShift);
     if (vTries.empty()) return {pt, pt, pt, pt};
-    constexpr size_t MOST_BUILT = 12;
+    constexpr size_t MOST_BUILT = 5;
     std::stable_sort(vTries.begin(), vTries.end(),
                      [](const TTry& a, const TTry& b) { return a.dError < b.dError; });
     vTries.resize(std::min(vTries.size(), MOST_BUILT));

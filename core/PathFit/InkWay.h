@@ -14,6 +14,7 @@ struct TWayPoint {
     double dAlpha;
     double dLength = 0; ///< along the way, from its first point
     double dWide = 0;   ///< the half-width across the way: where discs grow it is more than their radius
+    double dShare = 1;  ///< of the tolerance, for the width: less near faults of an outline
 };
 
 using TInkWay = std::vector<TWayPoint>;

@@ -7,7 +7,7 @@ class CIniConfig;
 
 /// Values of the settings section "PathPen".
 struct TPathPenParam {
-    static constexpr uint32_t MIN_TOLERANCE = 5;
+    static constexpr uint32_t MIN_TOLERANCE = 20;
     static constexpr uint32_t MAX_TOLERANCE = 800;
 
     /// The largest distance of the path's edge from the drawn line's, in hundredths of a canvas pixel,

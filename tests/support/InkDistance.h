@@ -109,13 +109,21 @@ private:
         m_ptSampled = At(a);
         m_dSampled = a.dHalf;
         constexpr double FAINT = 0.8;
-        if (std::max(a.dHalf, b.dHalf) < FAINT) return;
+        if (std::min(a.dHalf, b.dHalf) < FAINT) return;
         const int nParts = static_cast<int>(LengthOf(At(b) - At(a))) + 1;
         const TInkVector across = Perpendicular(UnitOf(At(b) - At(a), {1, 0}));
         for (double d = 1 - a.dHalf; d < a.dHalf; d += 2) m_vInside.push_back(At(a) + across * d);
+        // Two of the directions touch the area's edge.
+        const double dLength = LengthOf(At(b) - At(a));
+        const double dSlope = dLength > 0 ? std::clamp((b.dHalf - a.dHalf) / dLength, -1.0, 1.0) : 0;
+        const TInkVector back = Perpendicular(across) * dSlope,
+                         aside = across * std::sqrt(1 - dSlope * dSlope);
         for (int n = 0; n < nParts; ++n) {
             const double t = static_cast<double>(n) / nParts;
             const double dHalf = a.dHalf + (b.dHalf - a.dHalf) * t;
+            for (const TInkVector direction : {back + aside, back - aside})
+                if (const TInkVector pt = Mix(At(a), At(b), t) + direction * dHalf; !IsDrawn(pt))
+                    m_vDrawn.push_back(pt);
             const int nTurns = static_cast<int>(dHalf * 2 * std::numbers::pi / 0.75) + 8;
             for (int k = 0; k < nTurns; ++k) {
                 const double dAngle = 2 * std::numbers::pi * k / nTurns;

@@ -40,13 +40,13 @@ TEST(InkFit, HandsStayNearWithFewPoints) {
         double dMost; ///< pixels
         size_t nAnchors, nMarks;
     };
+    // Hairlines at the ends may be off by the rounding of both their sides.
     const std::map<std::string, TLimit> mapLimits{
-        {"jitter", {0.39, 50, 12}},   {"slow", {0.36, 18, 11}},    {"fast", {1.65, 10, 9}},
-        {"hatching", {0.75, 108, 6}}, {"letters", {0.36, 34, 29}}, {"circles", {0.36, 26, 6}},
-        {"spiral", {0.37, 18, 13}},   {"zigzag", {0.47, 31, 9}},   {"swell", {0.48, 10, 39}},
-        {"tap", {0.36, 2, 0}},        {"retrace", {0.36, 24, 9}},  {"tremor", {0.41, 240, 25}},
+        {"jitter", {0.41, 50, 10}},   {"slow", {0.39, 18, 9}},     {"fast", {0.41, 8, 9}},
+        {"hatching", {0.36, 102, 7}}, {"letters", {0.36, 36, 28}}, {"circles", {0.36, 26, 6}},
+        {"spiral", {0.36, 19, 13}},   {"zigzag", {0.37, 32, 10}},  {"swell", {0.41, 18, 42}},
+        {"tap", {0.36, 2, 0}},        {"retrace", {0.36, 22, 10}},  {"tremor", {0.37, 255, 22}},
     };
-    // The hairline at the end of a fast stroke may be a pixel shorter.
     for (const THand& hand : AllHands()) {
         const auto vLine = DrawnLine(hand.vPoints, hand.param);
         const TFittedInk ink = FitInk(vLine, TOLERANCE);

@@ -104,6 +104,12 @@ TEST(InkCorners, AreSharpTurnsOnly) {
     vPoints.clear();
     for (int n = 0; n <= 60; ++n) vPoints.push_back({20 * std::cos(n * 0.1), 20 * std::sin(n * 0.1)});
     EXPECT_TRUE(FindCorners(Way(vPoints, 8), 2.8).empty());
+    // A line that runs back has its corner at the tip, not beside it where the turn is as sharp.
+    vPoints.clear();
+    for (int n = 0; n <= 20; ++n) vPoints.push_back({0, n * 4.0});
+    vPoints.insert(vPoints.end(), {{0, 83}, {1, 80}});
+    for (int n = 19; n >= 0; --n) vPoints.push_back({2, n * 4.0});
+    EXPECT_EQ(std::vector<size_t>{21}, FindCorners(Way(vPoints, 8), 2.8));
 }
 
 TEST(InkWay, EdgesOfGrowingDiscsLean) {
@@ -112,29 +118,48 @@ TEST(InkWay, EdgesOfGrowingDiscsLean) {
     for (int n = 0; n <= 100; ++n) vWay.push_back({{n * 5.0, 0}, 10 + n * 3.0, 255});
     MeasureWay(vWay);
     EXPECT_NEAR((10 + 20 * 3.0) / 0.8, vWay[20].dWide, 0.2);
+    // The widest disc ends the area, and its edges go on to where they touch it.
+    const auto cone = [](int32_t nBegin, int32_t nEnd) {
+        TPolyBezier v{{-17, 0}};
+        for (const CPoint pt :
+             {CPoint{0, nBegin}, CPoint{315, nEnd}, CPoint{315, -nEnd}, CPoint{0, -nBegin}, CPoint{-17, 0}})
+            v.insert(v.end(), {v.back(), pt, pt});
+        return v;
+    };
+    const CInkCheck check(vWay, 4.5);
+    const auto isFaultyAt = [&](const TPolyBezier& v, size_t idx) {
+        return std::ranges::count(check.Find({v}).vPoints, idx) > 0;
+    };
+    EXPECT_FALSE(isFaultyAt(cone(13, 249), 20));
+    EXPECT_TRUE(isFaultyAt(cone(10, 199), 20));
 }
 
 TEST(InkCheck, FindsInkThatIsMissingOrTooMuch) {
     const auto vWay = Way({{0, 0}, {100, 0}, {200, 0}, {300, 0}}, 10);
-    const CInkCheck check(vWay, 4.5);
+    const CInkCheck check(vWay, 5);
     const auto box = [](int32_t x0, int32_t x1, int32_t nHigh) {
         TPolyBezier v{{x0, -10}};
         for (const CPoint pt : {CPoint{x1, -10}, CPoint{x1, nHigh}, CPoint{x0, nHigh}, CPoint{x0, -10}})
             v.insert(v.end(), {v.back(), pt, pt});
         return v;
     };
-    const auto isFaulty = [&](const TPolyBezier& v) { return !check.FindFaults({v}).empty(); };
-    EXPECT_EQ(check.FindFaults({box(-10, 250, 10)}), (std::vector<size_t>{3}));
+    const auto isFaulty = [&](const TPolyBezier& v) { return !check.Find({v}).vPoints.empty(); };
+    EXPECT_EQ(check.Find({box(-10, 250, 10)}).vPoints, (std::vector<size_t>{3}));
     EXPECT_FALSE(isFaulty(box(-10, 310, 10)));
     EXPECT_TRUE(isFaulty(box(-10, 310, 16)));
     EXPECT_TRUE(isFaulty(box(-10, 310, 4)));
     EXPECT_TRUE(isFaulty(box(-16, 310, 10)));
+    const CInkCheck wide(vWay, 5, 10);
+    EXPECT_EQ(0U, wide.Find({box(-10, 310, 17)}).nGross);
+    EXPECT_LT(0U, wide.Find({box(-10, 310, 22)}).nGross);
+    EXPECT_LT(0U, wide.Find({box(-10, 280, 10)}).nGross);
     // A hole inside, which is looked for where there is a fold.
     TPolyBezier vHole = box(-10, 310, 10);
     for (const CPoint pt :
          {CPoint{194, -6}, CPoint{194, 6}, CPoint{206, 6}, CPoint{206, -6}, CPoint{194, -6}, vHole[0]})
         vHole.insert(vHole.end(), {vHole.back(), pt, pt});
-    EXPECT_EQ(check.FindFaults({vHole, box(180, 196, 10)}), (std::vector<size_t>{2}));
+    EXPECT_EQ(check.Find({vHole, box(180, 196, 10)}).vPoints, (std::vector<size_t>{2}));
+    EXPECT_FALSE(check.Find({vHole, box(180, 210, 10)}).nGross);
 }
 
 } // namespace
