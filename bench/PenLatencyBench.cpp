@@ -50,7 +50,7 @@ void Draw(benchmark::State& state, CBenchWindow& window) {
     CTimes times;
     for (auto _ : state)
         for (int nStroke = 0; nStroke < STROKES; ++nStroke) {
-            const QPointF ptStart(200 + nStroke % 10 * 150, 150 + nStroke / 10 * 140);
+            const QPointF ptStart(200 + nStroke % 10 * 120, 150 + nStroke / 10 * 140);
             for (int n = 0; n < EVENTS + LIFTED; ++n) {
                 const double dPressure = n == 0 || n >= EVENTS ? 0 : 0.2 + 0.6 * std::sin(n * 0.06);
                 window.Pen(times, ptStart + QPointF(n * 4, 50 * std::sin(n * 0.15)), dPressure);
