@@ -1,4 +1,9 @@
-// Fitting a path to drawn lines, beside drawing the same lines as pixels. One thread.
+// Fitting a path to drawn lines, beside drawing the same lines as pixels, and opening a drawing of such
+// paths.
+#include "core/CanvasBuffer/CanvasBuffer.h"
+#include "core/ImageFile/ImageFile.h"
+#include "core/LayerBuffer/VectorLayerBuffer.h"
+#include "core/PathFit/InkCorrection.h"
 #include "core/PathFit/InkFit.h"
 #include "core/Platform/System.h"
 #include "core/RasterStroke/RasterBrushStroke.h"
@@ -46,11 +51,67 @@ void DrawLine(benchmark::State& state, const std::string& strName) {
     }
 }
 
+constexpr int STROKES = 10000;
+constexpr CSize SHEET{4000, 4000};
+
+// Strokes of a hand, half a second each: arcs of 30 to 150 pixels with a tremor, pressed harder in the
+// middle.
+boost::shared_ptr<COpenPathObject> MakeStroke(std::mt19937& random, size_t& nSamples) {
+    const double dReach = 120 + random() % 480, dBend = 0.4 + random() % 300 / 100.0,
+                 dTurn = random() % 628 / 100.0;
+    TInkSamples samples;
+    samples.input.bPen = samples.input.bLifted = true;
+    for (int n = 0; n <= 100; ++n) {
+        const double s = n / 100.0, dAngle = dTurn + dBend * s;
+        samples.input.vPoints.push_back(
+            {static_cast<int32_t>(dReach * std::sin(dAngle)) + static_cast<int32_t>(random() % 3),
+             static_cast<int32_t>(dReach * std::cos(dAngle)) + static_cast<int32_t>(random() % 3),
+             static_cast<uint32_t>(80 + 700 * std::sin(s * 3.1)), UPRIGHT});
+    }
+    nSamples += samples.input.vPoints.size();
+    return MakeInk(std::move(samples));
+}
+
+// The file of a layer of pen strokes, opened and painted whole; counters are bytes in the file.
+void OpenDrawing(benchmark::State& state) {
+    const auto spCanvas = CreateCanvas(SHEET);
+    const auto spLayer = CreateVectorLayer(spCanvas);
+    std::mt19937 random(3);
+    size_t nSamples = 0;
+    for (int n = 0; n < STROKES; ++n) {
+        const auto spPath = MakeStroke(random, nSamples);
+        const CPoint ptAway{static_cast<int32_t>(random() % 32000), static_cast<int32_t>(random() % 32000)};
+        spPath->Transform([&](CPoint pt) { return pt + ptAway; });
+        spLayer->InsertPath(spPath);
+    }
+    spCanvas->GetRoot().AddLayer(spLayer, -1, false);
+    const auto saved = [&](EInkSamples samples) {
+        CSerializer file;
+        CSerializer document = spCanvas->Serialize();
+        if (samples == EInkSamples::LeftOut) document.Detach(TInkSamples::CHUNK_TAG);
+        file.WriteTop(document);
+        return file.GetPayload();
+    };
+    const auto spBytes = boost::make_shared<TBytes>(saved(EInkSamples::Kept));
+    for (auto _ : state) {
+        CDeserializer file(spBytes);
+        CDeserializer top;
+        file.ReadTop(top);
+        const auto spOpened = boost::make_shared<CCanvasBuffer>();
+        spOpened->Deserialize(top, L"page.vlm");
+        spOpened->ComposeAll();
+    }
+    state.counters["a sample"] = static_cast<double>(spBytes->size()) / static_cast<double>(nSamples);
+    state.counters["a stroke without samples"] =
+        static_cast<double>(saved(EInkSamples::LeftOut).size()) / STROKES;
+}
+
 BENCHMARK_CAPTURE(FitLine, tremor, "tremor")->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(DrawLine, tremor, "tremor")->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(FitLine, slow, "slow")->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(DrawLine, slow, "slow")->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(FitLine, letters, "letters")->Unit(benchmark::kMillisecond);
+BENCHMARK(OpenDrawing)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 } // namespace
 

@@ -1,6 +1,7 @@
 #include "core/LayerBuffer/LayerWire.h"
 
 #include "core/Base/Failure.h"
+#include "core/Base/Parallel.h"
 #include "core/LayerBuffer/LayerSetBuffer.h"
 #include "core/LayerBuffer/RasterLayerBuffer.h"
 #include "core/LayerBuffer/VectorLayerBuffer.h"
@@ -10,9 +11,14 @@
 
 #include <boost/make_shared.hpp>
 
+#include <algorithm>
+#include <vector>
+
 namespace {
 
 constexpr uint32_t TAG_LAYER_BASE = MakeTag("LAYB");
+/// Paths whose outlines one thread builds at a time.
+constexpr size_t PATHS_OF_PART = 64;
 
 // Memory of an empty layer on a canvas of `nBlocks` blocks: itself, and a flag a block for each plane.
 uint64_t EmptyLayerBytes(size_t nBlocks) { return 4096 + uint64_t{5} * nBlocks; }
@@ -130,12 +136,19 @@ void CVectorLayerBuffer::Deserialize(CDeserializer& reader, const TCanvasPtr& sp
     const uint32_t uCount = static_cast<uint32_t>(reader.ReadInt32());
     SetLayerColor(static_cast<TColor>(reader.ReadInt32()) & 0xFFFFFF);
     ReadBase(*this, reader);
+    std::vector<boost::shared_ptr<CPathObject>> vPaths;
     for (uint32_t u = 0; u < uCount; ++u) {
         CDeserializer chunk;
         reader.ReadChunk(chunk);
-        const auto spPath = CreatePathObjectByTag(chunk.GetTag());
-        spPath->Deserialize(chunk);
-        InsertPath(spPath);
+        vPaths.push_back(CreatePathObjectByTag(chunk.GetTag()));
+        vPaths.back()->Read(chunk);
     }
     reader.ExpectEnd();
+    // Nearly all of the time goes into the outlines, which know nothing of each other.
+    const size_t nParts = (vPaths.size() + PATHS_OF_PART - 1) / PATHS_OF_PART;
+    ForEachIndex(nParts, AvailableThreads(), [&](size_t nPart) {
+        const size_t nEnd = std::min((nPart + 1) * PATHS_OF_PART, vPaths.size());
+        for (size_t n = nPart * PATHS_OF_PART; n < nEnd; ++n) vPaths[n]->FinishRead();
+    });
+    for (const auto& spPath : vPaths) InsertPath(spPath);
 }

@@ -140,8 +140,9 @@ void CPathObject::CancelDrag() {
     m_spShown.reset();
 }
 
-void CPathObject::Deserialize(CDeserializer& reader) {
-    GetStream().Deserialize(reader);
+void CPathObject::Read(CDeserializer& reader) { GetStream().Deserialize(reader); }
+
+void CPathObject::FinishRead() {
     try {
         Update();
     } catch (const refused_error&) {

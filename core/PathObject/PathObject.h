@@ -61,7 +61,14 @@ public:
                      TColor color, bool bOutline) const;
     CSerializer Serialize() const { return GetStream().Serialize(); }
     /// Raises deserialize_error, also for a path whose outline cannot be built.
-    void Deserialize(CDeserializer& reader);
+    void Deserialize(CDeserializer& reader) {
+        Read(reader);
+        FinishRead();
+    }
+    /// The two halves of Deserialize: what reads, and what builds the outline. The latter may run for several
+    /// paths at once, each in its own thread, while none of them is on a layer.
+    void Read(CDeserializer& reader);
+    void FinishRead();
     /// Finds the part under the pointer, of the requested kinds: anchors, their handles, the line itself,
     /// and what lies on it (width points, cuts, ends).
     TPathHit HitTest(const TPathPick& pick) const { return HitTestEx(pick, true, true, true, true); }

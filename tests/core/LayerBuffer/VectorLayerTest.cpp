@@ -1,5 +1,6 @@
 #include "core/RasterStroke/RasterBrushStroke.h"
 #include "tests/support/LayerPictures.h"
+#include "tests/support/ProjectBytes.h"
 #include "tests/support/RunningClock.h"
 
 namespace {
@@ -215,4 +216,25 @@ TEST(VectorLayer, ReachHoldsAllThatIsDrawnAndInkAllThatIsPainted) {
     const auto spShape = MakeRectPath({2, 3, 10, 12});
     EXPECT_TRUE(spShape->HasInkAt({16, 24}) && spShape->HasInkAt({79, 95}));
     EXPECT_FALSE(spShape->HasInkAt({88, 40}) || spShape->HasInkAt({40, 104}) || spShape->HasInkAt({-8, 40}));
+}
+
+TEST(VectorLayer, ManyPathsAreReadInTheirOrder) {
+    std::mt19937 random(8);
+    TPage page;
+    for (int n = 0; n < 200; ++n) page.spLayer->InsertPath(MakeRandomPath(SIZE, random));
+    const TBytes vBytes = page.spLayer->Serialize().GetWhole();
+    TPage other;
+    CDeserializer reader(page.spLayer->Serialize());
+    other.spLayer->Deserialize(reader, other.spCanvas);
+    EXPECT_EQ(other.spLayer->Serialize().GetWhole(), vBytes);
+    EXPECT_EQ(other.Picture(), page.Picture());
+    // One whose outline cannot be built is enough to refuse the file.
+    const auto spWave = MakeLevelStroke(2);
+    page.spLayer->InsertPath(spWave, 120);
+    for (int32_t n = 0; n < 120; ++n) AddAnchor(spWave->GetStream(), {n % 2 ? 0x20000 : 0, n});
+    spWave->GetStream().SetWave(true, {1, 1});
+    TPage bad;
+    CDeserializer damaged = OpenChunk(FileOf(page.spLayer->Serialize()));
+    EXPECT_THROW(bad.spLayer->Deserialize(damaged, bad.spCanvas), deserialize_error);
+    EXPECT_TRUE(bad.spLayer->GetPaths().empty());
 }
