@@ -1,10 +1,11 @@
 #!/usr/bin/env python3
 """Write a session script that draws a bird on a branch in a hundred strokes, and the page that it is drawn on.
 
-    make_drawing.py SCRIPT PAGE
+    make_drawing.py SCRIPT PAGE [brush|pen]
 
 A session like that of a user: the pen enters, touches, presses, lifts and moves to the next stroke. The script uses
-the tablet's input (packets in the window), with brush, eraser and pencil.
+the tablet's input (packets in the window), with brush, eraser and pencil. With `brush` all strokes are hard ink of the
+brush, with `pen` the same strokes are paths of the pen on a vector layer.
 """
 import json
 import math
@@ -14,8 +15,8 @@ import sys
 from make_stroke_sheet import blank_page
 
 WIDTH, HEIGHT = 900, 700
-BRUSH, ERASER, PENCIL = 2, 3, 8
-SECTION = {BRUSH: "RasterBrush", ERASER: "RasterEraser", PENCIL: "RasterPencil"}
+BRUSH, ERASER, PENCIL, PEN = 2, 3, 8, 10
+SECTION = {BRUSH: "RasterBrush", ERASER: "RasterEraser", PENCIL: "RasterPencil", PEN: "PathPen"}
 
 
 def bezier(p, t):
@@ -25,7 +26,9 @@ def bezier(p, t):
 
 
 class Drawing:
-    def __init__(self):
+    def __init__(self, ink=None):
+        """With `ink` that tool draws all strokes."""
+        self.ink = ink
         self.lines = []
         self.strokes = 0
         self.hand = random.Random(4)
@@ -35,6 +38,9 @@ class Drawing:
         self.lines.append(json.dumps(verb, ensure_ascii=False))
 
     def tool(self, number, **settings):
+        if self.ink:
+            number = self.ink
+            settings = {"CurveStrength": 4, "BlurLevel": 100, "BrushRadius": min(settings.get("BrushRadius", 6), 8)}
         for key, value in settings.items():
             self.say(set={"section": "BrushParam\\" + SECTION[number], "key": key, "value": value})
         # A tool reads its settings when it is selected again.
@@ -147,9 +153,12 @@ def draw(d):
 
 
 def main():
-    d = Drawing()
+    ink = {"brush": BRUSH, "pen": PEN}.get(sys.argv[3]) if len(sys.argv) > 3 else None
+    d = Drawing(ink)
     d.say(view={"width": WIDTH, "height": HEIGHT})
     d.say(set={"section": "Tablet", "key": "MouseCoord", "value": 0})
+    if ink == PEN:
+        d.say(command="layer-new-vector")
     d.say(proximity="enter")
     draw(d)
     d.say(proximity="leave")
