@@ -227,7 +227,8 @@ TEST(VectorLayer, ManyPathsAreReadInTheirOrder) {
     CDeserializer reader(page.spLayer->Serialize());
     other.spLayer->Deserialize(reader, other.spCanvas);
     EXPECT_EQ(other.spLayer->Serialize().GetWhole(), vBytes);
-    EXPECT_EQ(other.Picture(), page.Picture());
+    auto it = page.spLayer->GetPaths().begin();
+    for (const auto& spPath : other.spLayer->GetPaths()) EXPECT_EQ(spPath->GetReach(), (*it++)->GetReach());
     // One whose outline cannot be built is enough to refuse the file.
     const auto spWave = MakeLevelStroke(2);
     page.spLayer->InsertPath(spWave, 120);
