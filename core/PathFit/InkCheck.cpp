@@ -185,7 +185,7 @@ void CInkCheck::AddEdges() {
     const auto directionOf = [](const TWayPoint& from, const TWayPoint& to) {
         return UnitOf(to.pt - from.pt, {1, 0});
     };
-    // Where discs grow, the edge touches them farther back.
+    // The edge touches growing discs farther back.
     const auto slopeOf = [](const TWayPoint& from, const TWayPoint& to) {
         constexpr double MOST_SLOPE = 0.95;
         const double dLength = to.dLength - from.dLength;

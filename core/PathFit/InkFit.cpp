@@ -28,7 +28,7 @@ constexpr int MOST_ROUNDS = 5;
 /// So near to a fault, in tolerances, widths get closer, to this part of what they were off by.
 constexpr double TIGHT_REACH = 4;
 constexpr double TIGHT_SHARE = 0.6;
-/// Rounds in a row without a better outline.
+/// The search ends so many rounds after its best outline.
 constexpr int MOST_VAIN = 3;
 /// With so many curves the first outline has to do, unless it is far off.
 constexpr size_t MANY_CURVES = 150;
