@@ -180,10 +180,9 @@ std::vector<TCentreCurve> FitCentre(const TInkWay& vWay, double dTolerance) {
     return CCentreFit(vWay, dTolerance).Run();
 }
 
-bool DivideCurve(std::vector<TCentreCurve>& vCurves, size_t idx, const TInkWay& vWay, double dTolerance) {
+void DivideCurve(std::vector<TCentreCurve>& vCurves, size_t idx, const TInkWay& vWay, double dTolerance) {
     const auto halves = CCentreFit(vWay, dTolerance).Divide(vCurves[idx]);
-    if (!halves) return false;
+    if (!halves) return;
     vCurves[idx] = (*halves)[0];
     vCurves.insert(vCurves.begin() + static_cast<std::ptrdiff_t>(idx) + 1, (*halves)[1]);
-    return true;
 }

@@ -76,10 +76,6 @@ TInkVector TInkCubic::SlopeAt(double t) const {
     return (p1 - p0) * (3 * s * s) + (p2 - p1) * (6 * s * t) + (p3 - p2) * (3 * t * t);
 }
 
-TInkVector TInkCubic::BendAt(double t) const {
-    return (p2 - p1 * 2 + p0) * (6 * (1 - t)) + (p3 - p2 * 2 + p1) * (6 * t);
-}
-
 void CCurveFit::TakeSamples(const TWayRange& range) {
     const size_t nSteps = range.idxLast - range.idxFirst;
     const size_t nSamples = std::min(nSteps, MOST_SAMPLES);

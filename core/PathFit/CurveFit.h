@@ -14,9 +14,8 @@ struct TInkCubic {
     TInkVector p3;
 
     TInkVector At(double t) const;
-    /// First and second derivative.
+    /// The first derivative.
     TInkVector SlopeAt(double t) const;
-    TInkVector BendAt(double t) const;
 };
 
 /// A handle of whole path units that a path can hold, of nearly a length; a short one rather keeps its
