@@ -9,18 +9,24 @@ CACHE=$(cd "$1" && pwd)
 ROOT=$CACHE/root
 export VELLUM_WINDOWS_ROOT=$ROOT
 
+# apt reads a list of its own, so the lists of the system stay as they are.
+APT_OPTIONS=(-qq -o "Dir::Etc::sourcelist=$CACHE/apt/sources.list" -o Dir::Etc::sourceparts=/dev/null
+    -o "Dir::State::lists=$CACHE/apt/lists")
+
+# Reads the list of Debian's source packages, once.
+update_sources() {
+    mkdir -p "$CACHE/apt/lists/partial"
+    echo 'deb-src http://deb.debian.org/debian bookworm main' >"$CACHE/apt/sources.list"
+    [ -n "$(ls "$CACHE"/apt/lists/*Sources* 2>/dev/null)" ] || apt-get "${APT_OPTIONS[@]}" update
+}
+
 # Unpacks a source package of Debian, with Debian's patches, into $CACHE/src/NAME.
-# It reads a list of its own, so the lists of the system stay as they are.
 fetch() {
     local name=$1
     [ -e "$CACHE/src/$name/.complete" ] && return
     rm -rf "$CACHE/src/$name"
-    mkdir -p "$CACHE/apt/lists/partial" "$CACHE/apt/$name" "$CACHE/src"
-    echo 'deb-src http://deb.debian.org/debian bookworm main' >"$CACHE/apt/sources.list"
-    local options=(-qq -o "Dir::Etc::sourcelist=$CACHE/apt/sources.list" -o Dir::Etc::sourceparts=/dev/null
-        -o "Dir::State::lists=$CACHE/apt/lists")
-    [ -n "$(ls "$CACHE"/apt/lists/*Sources* 2>/dev/null)" ] || apt-get "${options[@]}" update
-    (cd "$CACHE/apt/$name" && apt-get "${options[@]}" source --download-only "$name" &&
+    mkdir -p "$CACHE/apt/$name" "$CACHE/src"
+    (cd "$CACHE/apt/$name" && apt-get "${APT_OPTIONS[@]}" source --download-only "$name" &&
         dpkg-source --no-check -x ./*.dsc "$CACHE/src/$name" >/dev/null)
     touch "$CACHE/src/$name/.complete"
 }
@@ -117,20 +123,29 @@ endif()
 TXT
 }
 
+build_others() {
+    build_giflib
+    fetch highway
+    cmake_install highway "$CACHE/src/highway" -DHWY_ENABLE_TESTS=OFF -DHWY_ENABLE_EXAMPLES=OFF -DHWY_ENABLE_CONTRIB=OFF
+    cmake_install googletest /usr/src/googletest
+}
+
 link_headers
-build_giflib
-fetch highway
-cmake_install highway "$CACHE/src/highway" -DHWY_ENABLE_TESTS=OFF -DHWY_ENABLE_EXAMPLES=OFF -DHWY_ENABLE_CONTRIB=OFF
-cmake_install googletest /usr/src/googletest
+update_sources
+# Qt's configuration uses one processor; the other one builds the small libraries meanwhile.
+build_others &
+OTHERS=$!
 if [ "${2:-}" = small ]; then
     # Quick to build; the full library takes its place.
-    [ -e "$CACHE/done_qt" ] || build_qt qt-small -DFEATURE_widgets=OFF -DFEATURE_network=OFF -DFEATURE_testlib=OFF \
-        -DFEATURE_harfbuzz=OFF -DFEATURE_freetype=OFF -DFEATURE_accessibility=OFF -DFEATURE_systemtrayicon=OFF \
-        -DFEATURE_filesystemmodel=OFF -DFEATURE_pdf=OFF -DFEATURE_textodfwriter=OFF -DFEATURE_textmarkdownreader=OFF \
-        -DFEATURE_textmarkdownwriter=OFF -DFEATURE_standarditemmodel=OFF -DFEATURE_ico=OFF \
+    off=(widgets network testlib harfbuzz freetype accessibility systemtrayicon filesystemmodel standarditemmodel
+        proxymodel animation movie picture undocommand pdf textodfwriter textmarkdownreader textmarkdownwriter
+        texthtmlparser cssparser ico jpeg gif)
+    off=("${off[@]/#/-DFEATURE_}")
+    [ -e "$CACHE/done_qt" ] || build_qt qt-small "${off[@]/%/=OFF}" \
         -DQT_USE_DEFAULT_CMAKE_OPTIMIZATION_FLAGS=ON -DCMAKE_C_FLAGS_RELEASE=-O0 -DCMAKE_CXX_FLAGS_RELEASE=-O0
 else
     build_qt qt
     build_svg
     build_formats
 fi
+wait $OTHERS
