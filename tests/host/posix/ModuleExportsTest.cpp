@@ -16,7 +16,7 @@ std::string OutputOf(const std::string& strCommand) {
 }
 
 TEST(Module, PluginMainIsTheOnlyExport) {
-    const std::string strSymbols = OutputOf("nm -D --defined-only '" VELLUM_MODULE "' >");
+    const std::string strSymbols = OutputOf("nm -D --defined-only --extern-only '" VELLUM_MODULE "' >");
     EXPECT_TRUE(strSymbols.ends_with(" T PluginMain\n")) << strSymbols;
     EXPECT_EQ(strSymbols.find('\n') + 1, strSymbols.size()) << strSymbols;
 }
