@@ -22,7 +22,15 @@ public:
     uint32_t GetTickCount() override { return 0; }
 };
 
+// Ten seconds of a calm contour, as long as the longest of the rough hands.
+THand MakeContour() {
+    return MakeHand("contour", 2000, 6, 0.12, 30, [](double s) {
+        return THandPlace{40 + 800 * s, 200 + 60 * std::sin(s * 19), 0.55 + 0.2 * std::sin(s * 31)};
+    });
+}
+
 THand HandOf(const std::string& strName) {
+    if (strName == "contour") return MakeContour();
     for (THand& hand : AllHands())
         if (hand.strName == strName) return hand;
     return {};
@@ -31,10 +39,10 @@ THand HandOf(const std::string& strName) {
 void FitLine(benchmark::State& state, const std::string& strName) {
     const THand hand = HandOf(strName);
     const auto vLine = DrawnLine(hand.vPoints, hand.param);
-    TFittedInk ink;
-    for (auto _ : state) ink = FitInk(vLine, TOLERANCE);
-    state.counters["anchors"] = static_cast<double>(ink.vAnchors.size());
-    state.counters["marks"] = static_cast<double>(ink.vWidths.size());
+    boost::shared_ptr<COpenPathObject> spPath;
+    for (auto _ : state) spPath = FitInkPath(vLine, TOLERANCE);
+    state.counters["anchors"] = static_cast<double>(spPath->GetStream().GetControlPoints().size());
+    state.counters["marks"] = static_cast<double>(spPath->GetStream().GetWidthPoints().size());
     state.counters["samples"] = static_cast<double>(hand.vPoints.size());
 }
 
@@ -106,11 +114,14 @@ void OpenDrawing(benchmark::State& state) {
         static_cast<double>(saved(EInkSamples::LeftOut).size()) / STROKES;
 }
 
-BENCHMARK_CAPTURE(FitLine, tremor, "tremor")->Unit(benchmark::kMillisecond);
+// The fit uses several threads.
+BENCHMARK_CAPTURE(FitLine, tremor, "tremor")->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK_CAPTURE(DrawLine, tremor, "tremor")->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(FitLine, slow, "slow")->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(FitLine, contour, "contour")->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK_CAPTURE(FitLine, slow, "slow")->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK_CAPTURE(DrawLine, slow, "slow")->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(FitLine, letters, "letters")->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(FitLine, letters, "letters")->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK_CAPTURE(FitLine, hatching, "hatching")->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(OpenDrawing)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 } // namespace

@@ -54,3 +54,16 @@ private:
     std::vector<uint32_t> m_vStarts; ///< of each cell's numbers, row by row
     std::vector<uint32_t> m_vNumbers;
 };
+
+/// Calls `visit` with the number `n` and its neighbours below `nCount`, nearest first, until it returns true.
+/// True when it did. What follows one another lies side by side, so this often saves a search.
+template <class Visitor>
+bool VisitAround(size_t n, size_t nCount, Visitor visit) {
+    constexpr size_t NEIGHBOURS = 24;
+    if (n < nCount && visit(n)) return true;
+    for (size_t k = 1; k <= NEIGHBOURS; ++k) {
+        if (n + k < nCount && visit(n + k)) return true;
+        if (n >= k && n - k < nCount && visit(n - k)) return true;
+    }
+    return false;
+}

@@ -1,9 +1,11 @@
 #include "core/PathFit/CentreFit.h"
 
+#include "core/Base/Parallel.h"
 #include "core/PathFit/InkCorners.h"
 #include "core/PathFit/InkTurn.h"
 
 #include <algorithm>
+#include <array>
 
 namespace {
 
@@ -17,7 +19,8 @@ constexpr double MITRE_SHARE = 0.4;
 constexpr double TURN_REACH = 1.2;
 constexpr double TURN_WIDTHS = 0.5;
 constexpr double LEAST_TURN = 3;
-/// Outlines that are built to choose turns: a scribble may have hundreds.
+/// Outlines that are built to choose a turn, and all turns: a scribble may have hundreds.
+constexpr size_t BUILDS_OF_TURN = 5;
 constexpr size_t MOST_BUILDS = 160;
 constexpr double TURN_SHARE = 0.85;
 /// No outline is built beside shorter curves.
@@ -37,27 +40,37 @@ struct TJoint {
     std::optional<TInkCubic> turn{};
 };
 
-class CCentreFit {
+// Fits curves to stretches of a way without corners.
+class CStretchFit {
 public:
-    CCentreFit(const TInkWay& vWay, double dTolerance)
+    CStretchFit(const TInkWay& vWay, double dTolerance)
         : m_vWay(vWay), m_fit(vWay), m_dTolerance(dTolerance),
           m_dCentre(std::max(CENTRE_SHARE * dTolerance, LEAST_TOLERANCE)) {}
 
-    std::vector<TCentreCurve> Run() {
-        std::vector<size_t> vPlaces = FindCorners(m_vWay, m_dTolerance);
-        vPlaces.insert(vPlaces.begin(), 0);
-        vPlaces.push_back(m_vWay.size() - 1);
-        TJoint before = EndJoint(0, 0, vPlaces[1]);
-        for (size_t n = 1; n < vPlaces.size(); ++n) {
-            const size_t idx = vPlaces[n];
-            const bool bLast = n + 1 == vPlaces.size();
-            const TJoint joint =
-                bLast ? EndJoint(idx, vPlaces[n - 1], idx) : CornerJoint(vPlaces[n - 1], idx, vPlaces[n + 1]);
-            FitStretch({vPlaces[n - 1], idx, before.dFree, joint.dFree}, before.out, joint.in);
-            if (joint.turn) m_vCurves.push_back({*joint.turn, {idx, idx}});
-            before = joint;
+    // From one corner or end to the next: always the longest curve that stays within the tolerance.
+    std::vector<TCentreCurve> FitStretch(const TWayRange& stretch, const TCurveEnd& from,
+                                         const TCurveEnd& to) {
+        std::vector<TCentreCurve> vCurves;
+        TCurveEnd begin = from;
+        size_t idx = stretch.idxFirst;
+        size_t nStep = FIRST_STEP;
+        while (true) {
+            TWayRange range{idx, stretch.idxLast, idx == stretch.idxFirst ? stretch.dFreeFirst : 0,
+                            stretch.dFreeLast};
+            if (const auto cubic = m_fit.Fit(range, begin, to, m_dCentre)) {
+                vCurves.push_back({*cubic, range});
+                return vCurves;
+            }
+            const auto found = Longest(stretch, range, begin, nStep);
+            if (!found) {
+                vCurves.push_back({m_fit.FitAtAll(range, begin, to), range});
+                return vCurves;
+            }
+            vCurves.push_back(found->curve);
+            nStep = std::max<size_t>(found->curve.range.idxLast - idx, 4);
+            idx = found->curve.range.idxLast;
+            begin = {found->end.pt, -found->end.direction};
         }
-        return m_vCurves;
     }
     std::optional<std::array<TCentreCurve, 2>> Divide(const TCentreCurve& curve) {
         const auto& [cubic, range] = curve;
@@ -82,44 +95,6 @@ private:
     TInkCubic Best(const TWayRange& range, const TCurveEnd& from, const TCurveEnd& to) {
         const auto cubic = m_fit.Fit(range, from, to, m_dCentre);
         return cubic ? *cubic : m_fit.FitAtAll(range, from, to);
-    }
-    TJoint EndJoint(size_t idx, size_t idxFirst, size_t idxLast) const {
-        const auto [pt, direction] = TangentAt(m_vWay, idx, idxFirst, idxLast, m_dTolerance);
-        return {{pt, -direction}, {pt, direction}};
-    }
-    TJoint CornerJoint(size_t idxFirst, size_t idx, size_t idxLast) {
-        const TInkCorner corner{m_vWay[idx].pt, TangentAt(m_vWay, idx, idxFirst, idx, m_dTolerance).direction,
-                                TangentAt(m_vWay, idx, idx, idxLast, m_dTolerance).direction,
-                                m_vWay[idx].dHalf};
-        if (IsMitreEnough(corner, MITRE_SHARE * m_dTolerance))
-            return {{Nearest(corner.pt), -corner.in}, {Nearest(corner.pt), corner.out}};
-        const double dReach =
-            std::max(std::min(TURN_REACH * m_dTolerance, TURN_WIDTHS * corner.dHalf), LEAST_TURN);
-        const TInkCubic turn = TurnAt(corner, dReach, TURN_SHARE * m_dTolerance, m_nBuilds);
-        return {{turn.p0, -corner.in}, {turn.p3, corner.out}, 2 * dReach, turn};
-    }
-    // From one corner or end to the next: always the longest curve that stays within the tolerance.
-    void FitStretch(const TWayRange& stretch, const TCurveEnd& from, const TCurveEnd& to) {
-        TCurveEnd begin = from;
-        size_t idx = stretch.idxFirst;
-        size_t nStep = FIRST_STEP;
-        while (true) {
-            TWayRange range{idx, stretch.idxLast, idx == stretch.idxFirst ? stretch.dFreeFirst : 0,
-                            stretch.dFreeLast};
-            if (const auto cubic = m_fit.Fit(range, begin, to, m_dCentre)) {
-                m_vCurves.push_back({*cubic, range});
-                return;
-            }
-            const auto found = Longest(stretch, range, begin, nStep);
-            if (!found) {
-                m_vCurves.push_back({m_fit.FitAtAll(range, begin, to), range});
-                return;
-            }
-            m_vCurves.push_back(found->curve);
-            nStep = std::max<size_t>(found->curve.range.idxLast - idx, 4);
-            idx = found->curve.range.idxLast;
-            begin = {found->end.pt, -found->end.direction};
-        }
     }
     struct TFound {
         TCentreCurve curve;
@@ -170,18 +145,55 @@ private:
     CCurveFit m_fit;
     double m_dTolerance;
     double m_dCentre;
-    size_t m_nBuilds = MOST_BUILDS; ///< outlines that may still be built for turns
-    std::vector<TCentreCurve> m_vCurves;
 };
+
+TJoint EndJoint(const TInkWay& vWay, double dTolerance, size_t idx, size_t idxFirst, size_t idxLast) {
+    const auto [pt, direction] = TangentAt(vWay, idx, idxFirst, idxLast, dTolerance);
+    return {{pt, -direction}, {pt, direction}};
+}
+
+TJoint CornerJoint(const TInkWay& vWay, double dTolerance, size_t idx, size_t idxFirst, size_t idxLast,
+                   size_t nBuilds) {
+    const TInkCorner corner{vWay[idx].pt, TangentAt(vWay, idx, idxFirst, idx, dTolerance).direction,
+                            TangentAt(vWay, idx, idx, idxLast, dTolerance).direction, vWay[idx].dHalf};
+    if (IsMitreEnough(corner, MITRE_SHARE * dTolerance))
+        return {{Nearest(corner.pt), -corner.in}, {Nearest(corner.pt), corner.out}};
+    const double dReach = std::max(std::min(TURN_REACH * dTolerance, TURN_WIDTHS * corner.dHalf), LEAST_TURN);
+    const TInkCubic turn = TurnAt(corner, dReach, TURN_SHARE * dTolerance, nBuilds);
+    return {{turn.p0, -corner.in}, {turn.p3, corner.out}, 2 * dReach, turn};
+}
 
 } // namespace
 
-std::vector<TCentreCurve> FitCentre(const TInkWay& vWay, double dTolerance) {
-    return CCentreFit(vWay, dTolerance).Run();
+std::vector<TCentreCurve> FitCentre(const TInkWay& vWay, double dTolerance, size_t nThreads) {
+    std::vector<size_t> vPlaces = FindCorners(vWay, dTolerance);
+    const size_t nBuilds = std::min(BUILDS_OF_TURN, MOST_BUILDS / std::max<size_t>(vPlaces.size(), 1));
+    vPlaces.insert(vPlaces.begin(), 0);
+    vPlaces.push_back(vWay.size() - 1);
+    const size_t nStretches = vPlaces.size() - 1;
+    std::vector<TJoint> vJoints(vPlaces.size());
+    ForEachIndex(vJoints.size(), nThreads, [&](size_t n) {
+        const size_t idx = vPlaces[n];
+        const size_t idxFirst = vPlaces[n > 0 ? n - 1 : 0], idxLast = vPlaces[std::min(n + 1, nStretches)];
+        vJoints[n] = n == 0 || n == nStretches
+                         ? EndJoint(vWay, dTolerance, idx, idxFirst, idxLast)
+                         : CornerJoint(vWay, dTolerance, idx, idxFirst, idxLast, nBuilds);
+    });
+    std::vector<std::vector<TCentreCurve>> vStretches(nStretches);
+    ForEachIndex(nStretches, nThreads, [&](size_t n) {
+        const TWayRange stretch{vPlaces[n], vPlaces[n + 1], vJoints[n].dFree, vJoints[n + 1].dFree};
+        vStretches[n] = CStretchFit(vWay, dTolerance).FitStretch(stretch, vJoints[n].out, vJoints[n + 1].in);
+    });
+    std::vector<TCentreCurve> vCurves;
+    for (size_t n = 0; n < nStretches; ++n) {
+        if (vJoints[n].turn) vCurves.push_back({*vJoints[n].turn, {vPlaces[n], vPlaces[n]}});
+        vCurves.insert(vCurves.end(), vStretches[n].begin(), vStretches[n].end());
+    }
+    return vCurves;
 }
 
 void DivideCurve(std::vector<TCentreCurve>& vCurves, size_t idx, const TInkWay& vWay, double dTolerance) {
-    const auto halves = CCentreFit(vWay, dTolerance).Divide(vCurves[idx]);
+    const auto halves = CStretchFit(vWay, dTolerance).Divide(vCurves[idx]);
     if (!halves) return;
     vCurves[idx] = (*halves)[0];
     vCurves.insert(vCurves.begin() + static_cast<std::ptrdiff_t>(idx) + 1, (*halves)[1]);

@@ -11,7 +11,8 @@ struct TCentreCurve {
 };
 
 /// The curves of a way of at least two points, one behind the other. `dTolerance` is that of the whole fit.
-std::vector<TCentreCurve> FitCentre(const TInkWay& vWay, double dTolerance);
+/// Uses up to `nThreads` threads; the result is the same with any number.
+std::vector<TCentreCurve> FitCentre(const TInkWay& vWay, double dTolerance, size_t nThreads);
 
 /// Replaces a curve by two that meet in the middle of its points; leaves one that stands for too few.
 void DivideCurve(std::vector<TCentreCurve>& vCurves, size_t idx, const TInkWay& vWay, double dTolerance);

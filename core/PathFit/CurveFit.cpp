@@ -1,7 +1,6 @@
 #include "core/PathFit/CurveFit.h"
 
 #include <algorithm>
-#include <array>
 
 namespace {
 
@@ -76,6 +75,29 @@ TInkVector TInkCubic::SlopeAt(double t) const {
     return (p1 - p0) * (3 * s * s) + (p2 - p1) * (6 * s * t) + (p3 - p2) * (3 * t * t);
 }
 
+CCurveLength::CCurveLength(const TInkCubic& cubic) {
+    const CPowers powers(cubic);
+    TInkVector ptLast = cubic.p0;
+    for (size_t n = 1; n <= CHORDS; ++n) {
+        const TInkVector pt = powers.At(static_cast<double>(n) / CHORDS);
+        m_adLength[n] = m_adLength[n - 1] + LengthOf(pt - ptLast);
+        ptLast = pt;
+    }
+}
+
+double CCurveLength::At(double t) const {
+    const auto n = std::min(static_cast<size_t>(t * CHORDS), CHORDS - 1);
+    return m_adLength[n] + (m_adLength[n + 1] - m_adLength[n]) * (t * CHORDS - static_cast<double>(n));
+}
+
+double CCurveLength::ParameterAt(double dLength) const {
+    const auto itEnd = std::lower_bound(m_adLength.begin() + 1, m_adLength.end() - 1, dLength);
+    const double dBefore = *(itEnd - 1), dChord = *itEnd - dBefore;
+    return (static_cast<double>(itEnd - m_adLength.begin() - 1) +
+            (dChord > 0 ? (dLength - dBefore) / dChord : 0)) /
+           CHORDS;
+}
+
 void CCurveFit::TakeSamples(const TWayRange& range) {
     const size_t nSteps = range.idxLast - range.idxFirst;
     const size_t nSamples = std::min(nSteps, MOST_SAMPLES);
@@ -141,24 +163,12 @@ std::vector<TCurvePlace> CCurveFit::PlacesOn(const TInkCubic& cubic, const TWayR
     const double dBegin = m_vWay[range.idxFirst].dLength;
     const double dAll = m_vWay[range.idxLast].dLength - dBegin;
     // By the samples of the way's own length, then towards the nearest place.
-    constexpr int CHORDS = 16;
     const CPowers powers(cubic);
-    std::array<double, CHORDS + 1> adLength{};
-    TInkVector ptLast = cubic.p0;
-    for (size_t i = 1; i <= CHORDS; ++i) {
-        const TInkVector pt = powers.At(static_cast<double>(i) / CHORDS);
-        adLength[i] = adLength[i - 1] + LengthOf(pt - ptLast);
-        ptLast = pt;
-    }
-    size_t n = 1;
+    const CCurveLength length(cubic);
     double dLast = 0;
     for (size_t idx = range.idxFirst; idx <= range.idxLast; ++idx) {
-        const double dAt =
-            dAll > 0 ? (m_vWay[idx].dLength - dBegin) / dAll * adLength.back() : adLength.back() / 2;
-        while (n < CHORDS && adLength[n] < dAt) ++n;
-        const double dChord = adLength[n] - adLength[n - 1];
-        double t =
-            (static_cast<double>(n - 1) + (dChord > 0 ? (dAt - adLength[n - 1]) / dChord : 0)) / CHORDS;
+        const double dPart = dAll > 0 ? (m_vWay[idx].dLength - dBegin) / dAll : 0.5;
+        double t = length.ParameterAt(dPart * length.All());
         for (int nRound = 0; nRound < 3; ++nRound) t = powers.Nearer(m_vWay[idx].pt, t);
         t = std::max(t, dLast);
         vPlaces.push_back({t, LengthOf(powers.At(t) - m_vWay[idx].pt)});

@@ -4,6 +4,7 @@
 
 #include "core/PathFit/InkWay.h"
 
+#include <array>
 #include <optional>
 
 /// A cubic curve.
@@ -16,6 +17,21 @@ struct TInkCubic {
     TInkVector At(double t) const;
     /// The first derivative.
     TInkVector SlopeAt(double t) const;
+};
+
+/// The length of a cubic curve from its beginning to a parameter, by 16 chords.
+class CCurveLength {
+public:
+    explicit CCurveLength(const TInkCubic& cubic);
+
+    double All() const { return m_adLength.back(); }
+    double At(double t) const;
+    /// The parameter at a length of 0 to All().
+    double ParameterAt(double dLength) const;
+
+private:
+    static constexpr size_t CHORDS = 16;
+    std::array<double, CHORDS + 1> m_adLength{}; ///< to the end of each chord
 };
 
 /// A handle of whole path units that a path can hold, of nearly a length; a short one rather keeps its

@@ -1,9 +1,11 @@
 #include "core/PathFit/InkCheck.h"
 
+#include "core/Base/Parallel.h"
+#include "core/PathFit/InkOutline.h"
+
+#include <algorithm>
 #include <array>
 #include <limits>
-#include <optional>
-#include <span>
 #include <utility>
 
 namespace {
@@ -20,71 +22,6 @@ constexpr double LEAST_CELL = 8;
 constexpr size_t MOST_LINES = 16000;
 /// The cosine of a turn beside which the edge is looked at closer.
 constexpr double STRAIGHT = 0.9;
-
-struct TLine {
-    TInkVector from;
-    TInkVector to;
-    size_t nCurve; ///< of the closed curve that it belongs to
-};
-
-bool IsNearLine(const TLine& line, TInkVector pt, double d) {
-    const TInkVector way = line.to - line.from, off = pt - line.from;
-    const double dAlong = Dot(off, way), dSquare = Dot(way, way);
-    if (dAlong <= 0) return Dot(off, off) <= d * d;
-    const TInkVector rest = pt - line.to;
-    if (dAlong >= dSquare) return Dot(rest, rest) <= d * d;
-    const double dAside = Cross(way, off);
-    return dAside * dAside <= d * d * dSquare;
-}
-
-/// Neighbours that are looked at before a search: what follows one another lies side by side.
-constexpr size_t NEIGHBOURS = 24;
-
-// Calls `visit` with a number and its neighbours until it returns true, and tells the number for which it
-// did.
-template <class Visitor>
-std::optional<size_t> VisitAround(size_t n, size_t nCount, Visitor visit) {
-    if (n < nCount && visit(n)) return n;
-    for (size_t k = 1; k <= NEIGHBOURS; ++k) {
-        if (n + k < nCount && visit(n + k)) return n + k;
-        if (n >= k && n - k < nCount && visit(n - k)) return n - k;
-    }
-    return {};
-}
-
-TInkVector ToVector(CPoint pt) { return {static_cast<double>(pt.x), static_cast<double>(pt.y)}; }
-
-std::vector<TLine> LinesOf(const std::vector<TPolyBezier>& vShape, double dFlatness) {
-    constexpr double MOST_PARTS = 64;
-    std::vector<TLine> vLines;
-    for (size_t nCurve = 0; nCurve < vShape.size(); ++nCurve) {
-        const TPolyBezier& vCurve = vShape[nCurve];
-        for (size_t i = 0; i + 3 < vCurve.size(); i += 3) {
-            const TInkVector p0 = ToVector(vCurve[i]), p1 = ToVector(vCurve[i + 1]),
-                             p2 = ToVector(vCurve[i + 2]), p3 = ToVector(vCurve[i + 3]);
-            // A chord's distance from the curve is at most an eighth of the second derivative.
-            const double dBend = 6 * std::max(LengthOf(p0 - p1 * 2 + p2), LengthOf(p1 - p2 * 2 + p3));
-            const int nParts = static_cast<int>(std::min(std::sqrt(dBend / (8 * dFlatness)), MOST_PARTS)) + 1;
-            TInkVector from = p0;
-            for (int n = 1; n <= nParts; ++n) {
-                const double t = static_cast<double>(n) / nParts, s = 1 - t;
-                const TInkVector to =
-                    p0 * (s * s * s) + p1 * (3 * s * s * t) + p2 * (3 * s * t * t) + p3 * (t * t * t);
-                vLines.push_back({from, to, nCurve});
-                from = to;
-            }
-        }
-    }
-    return vLines;
-}
-
-std::vector<TInkBox> BoxesOf(const std::vector<TLine>& vLines) {
-    std::vector<TInkBox> vBoxes;
-    vBoxes.reserve(vLines.size());
-    for (const TLine& line : vLines)
-        vBoxes.push_back(TInkBox{line.from, line.from}.Union({line.to, line.to}));
-    return vBoxes;
-}
 
 std::vector<TInkBox> BoxesOf(const TInkWay& vWay, double dTolerance) {
     std::vector<TInkBox> vBoxes;
@@ -103,55 +40,6 @@ double CellFor(const TInkWay& vWay, double dTolerance) {
     for (const TWayPoint& point : vWay) dMost = std::max(dMost, (point.dHalf + dTolerance) / 3);
     return dMost;
 }
-
-// Whether places are filled by closed curves of non-zero winding, each by itself: by the lines that cross the
-// place's row to its left. The lines of a curve follow one another; the first curve has the most by far.
-class CFilled {
-public:
-    CFilled(const std::vector<TLine>& vLines, size_t nCurves) : m_vLines(vLines), m_vStarts(nCurves + 1) {
-        for (const TLine& line : vLines) ++m_vStarts[line.nCurve + 1];
-        for (size_t n = 1; n < m_vStarts.size(); ++n) m_vStarts[n] += m_vStarts[n - 1];
-    }
-
-    bool IsFilledByFirst(TInkVector pt) {
-        if (!m_rows) m_rows.emplace(RowsOf({m_vLines.data(), m_vStarts[1]}), ROW);
-        int nWinding = 0;
-        m_rows->Visit({{0, pt.y}, {0, pt.y}}, [&](uint32_t n) {
-            nWinding += WindingOf(m_vLines[n], pt);
-            return false;
-        });
-        return nWinding != 0;
-    }
-    bool IsFilledBy(size_t nCurve, TInkVector pt) const {
-        int nWinding = 0;
-        for (size_t n = m_vStarts[nCurve]; n < m_vStarts[nCurve + 1]; ++n)
-            nWinding += WindingOf(m_vLines[n], pt);
-        return nWinding != 0;
-    }
-
-private:
-    static constexpr double ROW = 4;
-
-    static int WindingOf(const TLine& line, TInkVector pt) {
-        const auto& [from, to, nCurve] = line;
-        if ((from.y <= pt.y) == (to.y <= pt.y)) return 0;
-        if (from.x + (to.x - from.x) * (pt.y - from.y) / (to.y - from.y) >= pt.x) return 0;
-        return from.y <= pt.y ? 1 : -1;
-    }
-    static std::vector<TInkBox> RowsOf(std::span<const TLine> vLines) {
-        std::vector<TInkBox> vRows;
-        vRows.reserve(vLines.size());
-        for (const TLine& line : vLines) {
-            const auto [dLow, dHigh] = std::minmax(line.from.y, line.to.y);
-            vRows.push_back({{0, dLow}, {0, dHigh}});
-        }
-        return vRows;
-    }
-
-    const std::vector<TLine>& m_vLines;
-    std::vector<size_t> m_vStarts; ///< of each curve's lines
-    std::optional<CCellGrid> m_rows;
-};
 
 } // namespace
 
@@ -234,8 +122,9 @@ void CInkCheck::AddEdges() {
 }
 
 void CInkCheck::AddEdge(TInkVector pt, size_t idx, bool bLeft) {
-    size_t idxFound = idx;
-    if (!IsWithin(pt, -INSIDE * m_dTolerance, idxFound)) m_vEdges.push_back({pt, idx, bLeft});
+    // Most are on the edge, so all stretches nearby have to be looked at anyway.
+    const auto covers = [&](size_t n) { return IsNear(m_vStretches[n], pt, -INSIDE * m_dTolerance); };
+    if (!m_grid.Visit({pt, pt}, covers)) m_vEdges.push_back({pt, idx, bLeft});
 }
 
 bool CInkCheck::IsNear(const TStretch& stretch, TInkVector pt, double d) {
@@ -247,16 +136,12 @@ bool CInkCheck::IsNear(const TStretch& stretch, TInkVector pt, double d) {
 }
 
 bool CInkCheck::IsWithin(TInkVector pt, double d, size_t& idxFound) const {
-    const auto isNear = [&](size_t n) { return IsNear(m_vStretches[n], pt, d); };
-    if (const auto found = VisitAround(idxFound, m_vStretches.size(), isNear)) {
-        idxFound = *found;
-        return true;
-    }
-    return m_grid.Visit({pt, pt}, [&](uint32_t n) {
-        if (!isNear(n)) return false;
+    const auto isNear = [&](size_t n) {
+        if (!IsNear(m_vStretches[n], pt, d)) return false;
         idxFound = n;
         return true;
-    });
+    };
+    return VisitAround(idxFound, m_vStretches.size(), isNear) || m_grid.Visit({pt, pt}, isNear);
 }
 
 size_t CInkCheck::WayAt(TInkVector pt) const {
@@ -273,31 +158,9 @@ size_t CInkCheck::WayAt(TInkVector pt) const {
     return idxBest;
 }
 
-struct CInkCheck::TOutline {
-    std::vector<TLine> vLines;
-    std::optional<CCellGrid> grid{}; ///< made when it is needed
-
-    // Whether a line is within `d` of the place; it is looked at first the next time.
-    bool HasNear(TInkVector pt, double d, size_t& idxFound) {
-        const auto isNear = [&](size_t n) { return IsNearLine(vLines[n], pt, d); };
-        if (const auto found = VisitAround(idxFound, vLines.size(), isNear)) {
-            idxFound = *found;
-            return true;
-        }
-        if (!grid) grid.emplace(BoxesOf(vLines), LEAST_CELL);
-        return grid->Visit(TInkBox{pt, pt}.Grown(d), [&](uint32_t n) {
-            if (!isNear(n)) return false;
-            idxFound = n;
-            return true;
-        });
-    }
-};
-
-void CInkCheck::FindUncovered(TOutline& outline, TFaults& faults) const {
+void CInkCheck::FindUncovered(CInkOutline& outline, TFaults& faults) const {
     // An outline leads forward on the left and back on the right.
-    const auto isFold = [](const TLine& line) { return line.nCurve > 0; };
-    const auto itFolds = std::ranges::find_if(outline.vLines, isFold);
-    std::array<size_t, 2> aFound{0, static_cast<size_t>(itFolds - outline.vLines.begin())};
+    std::array<size_t, 2> aFound{0, outline.FirstOfFolds()};
     for (const auto& [pt, idx, bLeft] : m_vEdges) {
         size_t& idxFound = aFound[bLeft ? 0 : 1];
         const double dRounding = m_vWay[idx].dHalf < HAIRLINE ? HAIRLINE_ROUNDING : 0;
@@ -307,20 +170,20 @@ void CInkCheck::FindUncovered(TOutline& outline, TFaults& faults) const {
     }
 }
 
-void CInkCheck::FindSpikes(const TOutline& outline, TFaults& faults) const {
+void CInkCheck::FindSpikes(const CInkOutline& outline, TFaults& faults) const {
     bool bOut = false, bGross = false;
     size_t idxFound = 0;
-    for (const TLine& line : outline.vLines) {
-        const bool bWasOut = std::exchange(bOut, !IsWithin(line.to, (1 - FLATNESS) * m_dTolerance, idxFound));
-        const bool bWasGross = std::exchange(bGross, bOut && !IsWithin(line.to, m_dMost, idxFound));
+    for (const auto& [from, to] : outline.GetLines()) {
+        const bool bWasOut = std::exchange(bOut, !IsWithin(to, (1 - FLATNESS) * m_dTolerance, idxFound));
+        const bool bWasGross = std::exchange(bGross, bOut && !IsWithin(to, m_dMost, idxFound));
         // A spike counts where it begins: its tip may be near another part of the way.
-        if (bOut && !bWasOut) faults.vPoints.push_back(WayAt(line.from));
+        if (bOut && !bWasOut) faults.vPoints.push_back(WayAt(from));
         if (bGross && !bWasGross) ++faults.nGross;
     }
 }
 
 // A fold of the outline might leave a hole.
-void CInkCheck::FindHoles(const std::vector<TPolyBezier>& vShape, const TOutline& outline,
+void CInkCheck::FindHoles(const std::vector<TPolyBezier>& vShape, CInkOutline& outline,
                           TFaults& faults) const {
     std::vector<TInkBox> vFolds;
     for (size_t nCurve = 1; nCurve < vShape.size(); ++nCurve) {
@@ -328,15 +191,16 @@ void CInkCheck::FindHoles(const std::vector<TPolyBezier>& vShape, const TOutline
         for (const CPoint pt : vShape[nCurve]) box = box.Union({ToVector(pt), ToVector(pt)});
         vFolds.push_back(box.Grown(m_dTolerance));
     }
-    if (vFolds.empty() || outline.vLines.size() > MOST_LINES) return;
+    if (vFolds.empty() || outline.GetLines().size() > MOST_LINES) return;
     const CCellGrid folds(vFolds, LEAST_CELL);
-    CFilled filled(outline.vLines, vShape.size());
     const auto isInFold = [&](TInkVector pt) {
         return folds.Visit({pt, pt}, [&](uint32_t n) { return vFolds[n].Has(pt); });
     };
     const auto isFilled = [&](TInkVector pt) {
-        const auto isFilledBy = [&](uint32_t n) { return vFolds[n].Has(pt) && filled.IsFilledBy(n + 1, pt); };
-        return folds.Visit({pt, pt}, isFilledBy) || filled.IsFilledByFirst(pt);
+        const auto isFilledBy = [&](uint32_t n) {
+            return vFolds[n].Has(pt) && outline.IsFilledBy(n + 1, pt);
+        };
+        return folds.Visit({pt, pt}, isFilledBy) || outline.IsFilledBy(0, pt);
     };
     for (size_t i = 1; i < m_vWay.size(); ++i) {
         const TInkVector pt = m_vWay[i].pt;
@@ -353,10 +217,16 @@ void CInkCheck::FindHoles(const std::vector<TPolyBezier>& vShape, const TOutline
 }
 
 CInkCheck::TFaults CInkCheck::Find(const std::vector<TPolyBezier>& vShape) const {
-    TOutline outline{LinesOf(vShape, FLATNESS * m_dTolerance)};
-    TFaults faults;
-    FindUncovered(outline, faults);
-    FindSpikes(outline, faults);
+    CInkOutline outline(vShape, FLATNESS * m_dTolerance);
+    TFaults faults, spikes;
+    ForEachIndex(2, m_vWay.size() < POINTS_FOR_THREADS ? 1 : AvailableThreads(), [&](size_t n) {
+        if (n == 0)
+            FindUncovered(outline, faults);
+        else
+            FindSpikes(outline, spikes);
+    });
+    faults.vPoints.insert(faults.vPoints.end(), spikes.vPoints.begin(), spikes.vPoints.end());
+    faults.nGross += spikes.nGross;
     if (faults.vPoints.empty()) FindHoles(vShape, outline, faults);
     std::sort(faults.vPoints.begin(), faults.vPoints.end());
     faults.vPoints.erase(std::unique(faults.vPoints.begin(), faults.vPoints.end()), faults.vPoints.end());

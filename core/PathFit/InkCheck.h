@@ -5,6 +5,8 @@
 #include "core/PathFit/CellGrid.h"
 #include "core/PathFit/InkWay.h"
 
+class CInkOutline;
+
 /// Finds where outlines leave the edge of what was drawn. Requires at least two points; the way must outlive
 /// it.
 class CInkCheck {
@@ -37,12 +39,9 @@ private:
         bool bLeft;
     };
 
-    // The lines of an outline, and which of them lie near a place.
-    struct TOutline;
-
-    void FindUncovered(TOutline& outline, TFaults& faults) const;
-    void FindSpikes(const TOutline& outline, TFaults& faults) const;
-    void FindHoles(const std::vector<TPolyBezier>& vShape, const TOutline& outline, TFaults& faults) const;
+    void FindUncovered(CInkOutline& outline, TFaults& faults) const;
+    void FindSpikes(const CInkOutline& outline, TFaults& faults) const;
+    void FindHoles(const std::vector<TPolyBezier>& vShape, CInkOutline& outline, TFaults& faults) const;
     // Whether the place is within `d` of the area of a stretch; negative `d` lie inside.
     static bool IsNear(const TStretch& stretch, TInkVector pt, double d);
     // The same for all stretches; the one that was found is looked at first the next time.

@@ -4,10 +4,27 @@
 #include "core/PathFit/InkLine.h"
 
 #include <algorithm>
+#include <new>
+
+namespace {
+
+std::vector<TInkDisc> LineOf(const TInkSamples& samples) {
+    return DrawnLine(ControlPointsOf(samples.input, samples.param.CurveStrength), samples.param);
+}
+
+boost::shared_ptr<COpenPathObject> MakePath(const TInkSamples& samples) {
+    try {
+        return FitInkPath(LineOf(samples), samples.uTolerance * UNITS_OF_HUNDREDTH);
+    } catch (const std::bad_alloc&) {
+        // Nothing of the fit holds memory any more. The user can correct the rough stroke later.
+        return MakeRoughInkPath(LineOf(samples));
+    }
+}
+
+} // namespace
 
 boost::shared_ptr<COpenPathObject> MakeInk(TInkSamples samples) {
-    const auto vPoints = ControlPointsOf(samples.input, samples.param.CurveStrength);
-    auto spPath = FitInkPath(DrawnLine(vPoints, samples.param), samples.uTolerance * UNITS_OF_HUNDREDTH);
+    auto spPath = MakePath(samples);
     if (!spPath) return {};
     samples.uFittedWidth = std::max(spPath->GetStream().GetWidth(), 1U);
     spPath->GetStream().SetSamples(std::move(samples));

@@ -19,7 +19,8 @@ struct TInkCorrection {
     std::optional<uint32_t> uTolerance; ///< TInkSamples::uTolerance
 };
 
-/// The path of a pen stroke, with its samples; null when nothing of it can be seen.
+/// The path of a pen stroke, with its samples; null when nothing of it can be seen. Where there is no memory
+/// for the fit, the stroke is rough.
 boost::shared_ptr<COpenPathObject> MakeInk(TInkSamples samples);
 
 /// Gives a stroke the shape that its samples make with these values. Its wave and flat ends stay, and so does

@@ -22,8 +22,6 @@ constexpr double ALPHA_TOLERANCE = 3;
 constexpr double SNAP = 2;
 /// The reach of a turn, in tolerances.
 constexpr double TURN = 2;
-/// From here on a second thread saves more time than its start takes.
-constexpr size_t POINTS_FOR_THREADS = 500;
 constexpr int MOST_ROUNDS = 5;
 /// So near to a fault, in tolerances, widths get closer, to this part of what they were off by.
 constexpr double TIGHT_REACH = 4;
@@ -41,28 +39,20 @@ constexpr std::array OTHERS{2.8, 5.6};
 // The samples of half-widths, or of opacities.
 std::vector<TEaseSample> SamplesOf(const TInkWay& vWay, const std::vector<TCentreCurve>& vCurves,
                                    double dTolerance, bool bAlpha) {
-    constexpr int CHORDS = 16;
     const CCurveFit fit(vWay);
     std::vector<TEaseSample> vSamples;
     vSamples.reserve(vWay.size());
     double dBegin = 0;
     for (size_t n = 0; n < vCurves.size(); ++n) {
         const auto& [cubic, range] = vCurves[n];
-        std::array<double, CHORDS + 1> adLength{};
-        for (size_t i = 1; i <= CHORDS; ++i)
-            adLength[i] = adLength[i - 1] + LengthOf(cubic.At(static_cast<double>(i) / CHORDS) -
-                                                     cubic.At(static_cast<double>(i - 1) / CHORDS));
-        const auto lengthAt = [&](double t) {
-            const auto i = std::min(static_cast<size_t>(t * CHORDS), size_t{CHORDS - 1});
-            return adLength[i] + (adLength[i + 1] - adLength[i]) * (t * CHORDS - static_cast<double>(i));
-        };
+        const CCurveLength length(cubic);
         const auto vPlaces =
             range.idxFirst < range.idxLast ? fit.PlacesOn(cubic, range) : std::vector<TCurvePlace>{};
         for (size_t i = n == 0 ? 0 : 1; i < vPlaces.size(); ++i) {
             const TWayPoint& point = vWay[range.idxFirst + i];
-            double dLength = lengthAt(vPlaces[i].t), t = vPlaces[i].t;
+            double dLength = length.At(vPlaces[i].t), t = vPlaces[i].t;
             if (i == 0 || dLength < SNAP) dLength = t = 0;
-            if (i + 1 == vPlaces.size() || dLength > adLength.back() - SNAP) dLength = adLength.back(), t = 1;
+            if (i + 1 == vPlaces.size() || dLength > length.All() - SNAP) dLength = length.All(), t = 1;
             // Between anchors places nearer to each other tell nothing new.
             if (t > 0 && t < 1 && dBegin + dLength - vSamples.back().dLength < dTolerance) continue;
             const double dOff = point.dShare * std::min(dTolerance - ROUNDING - vPlaces[i].dError,
@@ -72,7 +62,7 @@ std::vector<TEaseSample> SamplesOf(const TInkWay& vWay, const std::vector<TCentr
                                 dBegin + dLength, bAlpha ? point.dAlpha : point.dWide,
                                 bAlpha ? ALPHA_TOLERANCE : std::max(dOff, ROUNDING)});
         }
-        dBegin += adLength.back();
+        dBegin += length.All();
     }
     return vSamples;
 }
@@ -164,9 +154,10 @@ TFit FitWay(const TInkWay& vDrawn, double dTolerance, std::optional<CInkCheck>& 
     TInkWay vWay = vDrawn;
     ExtendTapers(vWay, ends.bSharpBegin, ends.bSharpEnd);
     std::vector<TCentreCurve> vCurves;
-    ForEachIndex(2, vWay.size() < POINTS_FOR_THREADS ? 1 : AvailableThreads(), [&](size_t n) {
+    const size_t nThreads = vWay.size() < POINTS_FOR_THREADS ? 1 : AvailableThreads();
+    ForEachIndex(2, nThreads, [&](size_t n) {
         if (n == 0)
-            vCurves = FitCentre(vWay, dTolerance);
+            vCurves = FitCentre(vWay, dTolerance, nThreads);
         else
             check.emplace(vDrawn, dTolerance, std::max(GROSS * dTolerance, LEAST_GROSS));
     });

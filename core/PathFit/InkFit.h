@@ -55,5 +55,9 @@ boost::shared_ptr<COpenPathObject> MakeInkPath(const TFittedInk& ink);
 /// The path of the stroke that FitInk fits, updated; null for a line of which nothing can be seen.
 boost::shared_ptr<COpenPathObject> FitInkPath(std::span<const TInkDisc> vLine, double dTolerance);
 
+/// The path of a stroke with an anchor at every place of the line, of which it leaves out some of long lines:
+/// rough, but it takes little time and memory. Null for a line of which nothing can be seen.
+boost::shared_ptr<COpenPathObject> MakeRoughInkPath(std::span<const TInkDisc> vLine);
+
 /// Adds the opacity marks to a path unless all are opaque. True when it did: the path is to be updated.
 bool AddOpacities(COpenPathStream& stream, const std::vector<TFittedMark>& vAlphas);

@@ -11,6 +11,8 @@ namespace {
 
 /// An outline takes the direction from farther along a curve whose derivative is smaller than this.
 constexpr double LEAST_SLOPE = 4.2;
+/// The largest reach that is tried, in reaches that were asked for.
+constexpr double LARGEST = 3;
 
 // The distance by which a mitre between two edges stands out of the round corner.
 double MitreOf(TInkVector a, TInkVector b, double dHalf) {
@@ -88,7 +90,7 @@ bool IsMitreEnough(const TInkCorner& corner, double dMost) {
     return corner.dHalf <= dMost || MitreOf(corner.in, corner.out, corner.dHalf) <= dMost;
 }
 
-TInkCubic TurnAt(const TInkCorner& corner, double dReach, double dTolerance, size_t& nBuilds) {
+TInkCubic TurnAt(const TInkCorner& corner, double dReach, double dTolerance, size_t nBuilds) {
     const auto& [pt, in, out, dHalf] = corner;
     // A line that runs back on itself turns to the side that it turns to by less than half a circle.
     const double dSide = Cross(in, out) < 0 ? -1 : 1;
@@ -99,8 +101,7 @@ TInkCubic TurnAt(const TInkCorner& corner, double dReach, double dTolerance, siz
         TInkCubic turn;
     };
     std::vector<TTry> vTries;
-    const auto offer = [&](double dShare, double dApart, double dHandle, double dShift) {
-        const double dBack = dShare * dReach;
+    const auto offer = [&](double dBack, double dApart, double dHandle, double dShift) {
         const double dMore = std::max(0.0, dApart - LengthOf(in + out) * dBack / 2);
         const TInkVector tip = pt + outward * dShift;
         const TInkVector from = Nearest(tip - in * dBack - across * dMore);
@@ -115,20 +116,20 @@ TInkCubic TurnAt(const TInkCorner& corner, double dReach, double dTolerance, siz
         if (HasSureDirections(turn) && std::none_of(vTries.begin(), vTries.end(), isSame))
             vTries.push_back({ErrorOf(corner, turn, dSide), turn});
     };
-    for (const double dShare : std::array{0.5, 0.7, 1.0, 1.4})
-        for (const double dApart : std::array{1.0, 1.5, 2.0})
-            for (const double dHandle : std::array{0.45, 0.6, 0.8})
-                for (const double dShift : std::array{0.0, 0.75, 1.5}) offer(dShare, dApart, dHandle, dShift);
+    // Some corners have room for none but a larger turn.
+    for (double dMost = dReach; vTries.empty() && dMost <= LARGEST * dReach; dMost *= 1.5)
+        for (const double dShare : std::array{0.5, 0.7, 1.0, 1.4})
+            for (const double dApart : std::array{1.0, 1.5, 2.0})
+                for (const double dHandle : std::array{0.45, 0.6, 0.8})
+                    for (const double dShift : std::array{0.0, 0.75, 1.5})
+                        offer(dShare * dMost, dApart, dHandle, dShift);
     if (vTries.empty()) return {pt, pt, pt, pt};
-    constexpr size_t MOST_BUILT = 5;
     std::stable_sort(vTries.begin(), vTries.end(),
                      [](const TTry& a, const TTry& b) { return a.dError < b.dError; });
-    vTries.resize(std::min(vTries.size(), MOST_BUILT));
     TInkCubic best = vTries.front().turn;
+    vTries.resize(std::min(vTries.size(), nBuilds));
     size_t nBest = std::numeric_limits<size_t>::max();
     for (const TTry& attempt : vTries) {
-        if (nBuilds == 0) break;
-        --nBuilds;
         const size_t nFaults = CountFaults(corner, attempt.turn, dTolerance);
         if (nFaults >= nBest) continue;
         nBest = nFaults;

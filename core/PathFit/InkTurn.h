@@ -16,9 +16,9 @@ struct TInkCorner {
 bool IsMitreEnough(const TInkCorner& corner, double dMost);
 
 /// A curve of whole path units around the corner, beside which the outline stays within the tolerance of the
-/// drawn one if that is possible; nowhere farther from the corner than about twice `dReach`. Builds at
-/// most `nBuilds` outlines and counts them down.
-TInkCubic TurnAt(const TInkCorner& corner, double dReach, double dTolerance, size_t& nBuilds);
+/// drawn one if that is possible; mostly nowhere farther from the corner than about twice `dReach`.
+/// Builds at most `nBuilds` outlines.
+TInkCubic TurnAt(const TInkCorner& corner, double dReach, double dTolerance, size_t nBuilds);
 
 /// The same turn with handles that differ by a path unit; another one for each `nTry`.
 TInkCubic BentTurn(const TInkCubic& turn, int nTry);

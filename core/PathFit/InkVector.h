@@ -31,5 +31,6 @@ inline TInkVector UnitOf(TInkVector v, TInkVector otherwise) {
 inline double Nearest(double d) { return std::floor(d + 0.5); }
 /// The nearest place of whole path units.
 inline TInkVector Nearest(TInkVector v) { return {Nearest(v.x), Nearest(v.y)}; }
+inline TInkVector ToVector(CPoint pt) { return {static_cast<double>(pt.x), static_cast<double>(pt.y)}; }
 /// A place of whole path units, as paths hold it.
 inline CPoint ToPoint(TInkVector v) { return {static_cast<int32_t>(v.x), static_cast<int32_t>(v.y)}; }

@@ -19,6 +19,9 @@ struct TWayPoint {
 
 using TInkWay = std::vector<TWayPoint>;
 
+/// From so many points on a second thread saves more time than its start takes.
+constexpr size_t POINTS_FOR_THREADS = 500;
+
 /// The way of a line: dots and dwelling become one point; discs at an end that another one covers are left
 /// out, so an end shows its real half-width, and so is a hook there smaller than the tolerance. Points that
 /// lie nearly on a straight line are left out, and long stretches between points divided. Ends too thin to be

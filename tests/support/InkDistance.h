@@ -135,10 +135,9 @@ private:
         if (i + 2 == m_vLine.size()) SampleDiscs(i + 1);
     }
     void Flatten(const TPolyBezier& vCurve) {
-        const auto vector = [](CPoint pt) { return TInkVector{double(pt.x), double(pt.y)}; };
         for (size_t i = 0; i + 3 < vCurve.size(); i += 3) {
-            const TInkVector p0 = vector(vCurve[i]), p1 = vector(vCurve[i + 1]), p2 = vector(vCurve[i + 2]),
-                             p3 = vector(vCurve[i + 3]);
+            const TInkVector p0 = ToVector(vCurve[i]), p1 = ToVector(vCurve[i + 1]),
+                             p2 = ToVector(vCurve[i + 2]), p3 = ToVector(vCurve[i + 3]);
             const int nParts =
                 static_cast<int>(std::min(LengthOf(p1 - p0) + LengthOf(p2 - p1) + LengthOf(p3 - p2), 1e4)) +
                 1;

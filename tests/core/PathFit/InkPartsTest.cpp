@@ -70,13 +70,14 @@ TEST(EaseFit, SharpEndsRiseAsTheirCurve) {
 TEST(InkTurn, BestOneNeedsFewOutlines) {
     for (const TInkVector out :
          {TInkVector{0, 1}, TInkVector{-0.6, 0.8}, TInkVector{-0.8, -0.6}, TInkVector{-1, 0}}) {
-        size_t nBuilds = 12;
-        const TInkCubic turn = TurnAt({{0, 0}, {1, 0}, out, 24}, 3.4, 2.4, nBuilds);
-        EXPECT_GE(nBuilds, 9U) << out.x;
+        const TInkCorner corner{{0, 0}, {1, 0}, out, 24};
+        const TInkCubic turn = TurnAt(corner, 3.4, 2.4, 12), early = TurnAt(corner, 3.4, 2.4, 3);
+        EXPECT_LE(LengthOf(turn.p0 - early.p0) + LengthOf(turn.p1 - early.p1) + LengthOf(turn.p3 - early.p3),
+                  0)
+            << out.x;
         EXPECT_LE(LengthOf(turn.At(0.5)), 3) << out.x;
         // Without any the outer side's own places decide.
-        nBuilds = 0;
-        const TInkCubic guess = TurnAt({{0, 0}, {1, 0}, out, 24}, 3.4, 2.4, nBuilds);
+        const TInkCubic guess = TurnAt(corner, 3.4, 2.4, 0);
         for (const double t : {0.25, 0.5, 0.75}) {
             const TInkVector slope = guess.SlopeAt(t);
             EXPECT_NEAR(24, LengthOf(guess.At(t) + TInkVector{slope.y, -slope.x} * (24 / LengthOf(slope))),
@@ -84,6 +85,14 @@ TEST(InkTurn, BestOneNeedsFewOutlines) {
                 << out.x;
         }
     }
+}
+
+TEST(InkTurn, IsLargerWhereASmallOneHasNoDirections) {
+    const TInkCorner corner{{980, 496}, {0.391, -0.920}, {0.427, 0.904}, 40.5};
+    const TInkCubic turn = TurnAt(corner, 3.4, 2.4, 5);
+    EXPECT_GE(LengthOf(turn.p3 - turn.p0), 3);
+    EXPECT_LE(std::max(LengthOf(turn.p0 - corner.pt), LengthOf(turn.p3 - corner.pt)), 7);
+    EXPECT_GT(Cross(corner.in, turn.p3 - turn.p0), 0) << "a loop";
 }
 
 TInkWay Way(const std::vector<TInkVector>& vPoints, double dHalf) {
