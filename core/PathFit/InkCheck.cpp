@@ -80,7 +80,7 @@ void CInkCheck::AddEdges() {
         return dLength > 0 ? std::clamp((to.dHalf - from.dHalf) / dLength, -MOST_SLOPE, MOST_SLOPE) : 0;
     };
     // Places nearer to each other tell nothing new.
-    const double dSpacing = m_dTolerance;
+    const double dSpacing = 1.5 * m_dTolerance;
     double dLast = -dSpacing;
     for (size_t i = 1; i < vWay.size(); ++i) {
         const TWayPoint& point = vWay[i];

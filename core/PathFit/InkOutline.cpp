@@ -6,6 +6,8 @@ namespace {
 
 constexpr double CELL = 8;
 constexpr double ROW = 4;
+/// All of so few lines are visited sooner than a grid is made.
+constexpr size_t FEW_LINES = 300;
 
 bool IsNearLine(const CInkOutline::TLine& line, TInkVector pt, double d) {
     const TInkVector way = line.to - line.from, off = pt - line.from;
@@ -22,8 +24,11 @@ void AddLines(std::vector<CInkOutline::TLine>& vLines, const TPolyBezier& vCurve
     for (size_t i = 0; i + 3 < vCurve.size(); i += 3) {
         const TInkVector p0 = ToVector(vCurve[i]), p1 = ToVector(vCurve[i + 1]), p2 = ToVector(vCurve[i + 2]),
                          p3 = ToVector(vCurve[i + 3]);
-        // A chord's distance from the curve is at most an eighth of the second derivative.
-        const double dBend = 6 * std::max(LengthOf(p0 - p1 * 2 + p2), LengthOf(p1 - p2 * 2 + p3));
+        // A chord's distance from the curve is at most an eighth of the second derivative. Without handles
+        // the curve is its chord.
+        const bool bStraight = vCurve[i] == vCurve[i + 1] && vCurve[i + 2] == vCurve[i + 3];
+        const double dBend =
+            bStraight ? 0 : 6 * std::max(LengthOf(p0 - p1 * 2 + p2), LengthOf(p1 - p2 * 2 + p3));
         const int nParts = static_cast<int>(std::min(std::sqrt(dBend / (8 * dFlatness)), MOST_PARTS)) + 1;
         TInkVector from = p0;
         for (int n = 1; n <= nParts; ++n) {
@@ -59,6 +64,11 @@ bool CInkOutline::HasNear(TInkVector pt, double d, size_t& idxFound) {
         return true;
     };
     if (VisitAround(idxFound, m_vLines.size(), isNear)) return true;
+    if (m_vLines.size() <= FEW_LINES) {
+        for (size_t n = 0; n < m_vLines.size(); ++n)
+            if (isNear(n)) return true;
+        return false;
+    }
     if (!m_cells) {
         std::vector<TInkBox> vBoxes;
         vBoxes.reserve(m_vLines.size());
@@ -74,7 +84,7 @@ bool CInkOutline::IsFilledBy(size_t nCurve, TInkVector pt) {
         nWinding += WindingOf(m_vLines[n], pt);
         return false;
     };
-    if (nCurve > 0) {
+    if (nCurve > 0 || m_vLines.size() <= FEW_LINES) {
         for (size_t n = m_vStarts[nCurve]; n < m_vStarts[nCurve + 1]; ++n) add(n);
         return nWinding != 0;
     }
