@@ -22,6 +22,7 @@ TEST(InkFaults, AStrokeThatCannotBeFittedIsRoughButThere) {
             }
             ASSERT_TRUE(spPath);
             EXPECT_TRUE(spPath->GetStream().GetSamples());
+            EXPECT_GE(spPath->GetStream().GetWidth(), 10u) << "path units";
             if (uFail != 120) continue;
             const auto vLine =
                 DrawnLine(ControlPointsOf(samples.input, hand.param.CurveStrength), hand.param);

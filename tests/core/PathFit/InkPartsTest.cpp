@@ -67,6 +67,16 @@ TEST(EaseFit, SharpEndsRiseAsTheirCurve) {
     EXPECT_EQ(1, SharpShare(1));
 }
 
+TEST(CurveLength, LeadsFromParametersToLengthsAndBack) {
+    const CCurveLength even({{0, 0}, {10, 0}, {20, 0}, {30, 0}}), bent({{0, 0}, {0, 40}, {40, 40}, {40, 0}});
+    EXPECT_NEAR(even.At(0.7), 21, 1e-9);
+    EXPECT_NEAR(bent.All(), 80, 0.2);
+    for (const double t : {0.0, 0.02, 0.35, 1.0}) {
+        EXPECT_NEAR(even.ParameterAt(30 * t), t, 1e-9);
+        EXPECT_NEAR(bent.ParameterAt(bent.At(t)), t, 1e-9);
+    }
+}
+
 TEST(InkTurn, BestOneNeedsFewOutlines) {
     for (const TInkVector out :
          {TInkVector{0, 1}, TInkVector{-0.6, 0.8}, TInkVector{-0.8, -0.6}, TInkVector{-1, 0}}) {
@@ -159,6 +169,12 @@ TEST(InkCheck, FindsInkThatIsMissingOrTooMuch) {
     EXPECT_TRUE(isFaulty(box(-10, 310, 16)));
     EXPECT_TRUE(isFaulty(box(-10, 310, 4)));
     EXPECT_TRUE(isFaulty(box(-16, 310, 10)));
+    // A spike, with the whole edge beside it.
+    TPolyBezier vSpike{{-10, -10}};
+    for (const CPoint pt : {CPoint{310, -10}, CPoint{310, 10}, CPoint{200, 10}, CPoint{200, 40},
+                            CPoint{199, 10}, CPoint{-10, 10}, CPoint{-10, -10}})
+        vSpike.insert(vSpike.end(), {vSpike.back(), pt, pt});
+    EXPECT_EQ(check.Find({vSpike}).vPoints.size(), 1U);
     const CInkCheck wide(vWay, 5, 10);
     EXPECT_EQ(0U, wide.Find({box(-10, 310, 17)}).nGross);
     EXPECT_LT(0U, wide.Find({box(-10, 310, 22)}).nGross);
