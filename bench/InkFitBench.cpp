@@ -77,7 +77,7 @@ boost::shared_ptr<COpenPathObject> MakeStroke(std::mt19937& random, size_t& nSam
              static_cast<uint32_t>(80 + 700 * std::sin(s * 3.1)), UPRIGHT});
     }
     nSamples += samples.input.vPoints.size();
-    return MakeInk(std::move(samples));
+    return MakeInk(samples);
 }
 
 // The file of a layer of pen strokes, opened and painted whole; counters are bytes in the file.

@@ -15,10 +15,6 @@ constexpr double CENTRE_SHARE = 0.65;
 constexpr double LEAST_TOLERANCE = 0.75;
 /// The part of it that a mitre may stand out by.
 constexpr double MITRE_SHARE = 0.4;
-/// The reach of the turn at other corners, in tolerances and half-widths, and at least in path units.
-constexpr double TURN_REACH = 1.2;
-constexpr double TURN_WIDTHS = 0.5;
-constexpr double LEAST_TURN = 3;
 /// Outlines that are built to choose a turn, and all turns: a scribble may have hundreds.
 constexpr size_t BUILDS_OF_TURN = 5;
 constexpr size_t MOST_BUILDS = 160;
@@ -158,7 +154,7 @@ TJoint CornerJoint(const TInkWay& vWay, double dTolerance, size_t idx, size_t id
                             TangentAt(vWay, idx, idx, idxLast, dTolerance).direction, vWay[idx].dHalf};
     if (IsMitreEnough(corner, MITRE_SHARE * dTolerance))
         return {{Nearest(corner.pt), -corner.in}, {Nearest(corner.pt), corner.out}};
-    const double dReach = std::max(std::min(TURN_REACH * dTolerance, TURN_WIDTHS * corner.dHalf), LEAST_TURN);
+    const double dReach = TurnReach(corner, dTolerance);
     const TInkCubic turn = TurnAt(corner, dReach, TURN_SHARE * dTolerance, nBuilds);
     return {{turn.p0, -corner.in}, {turn.p3, corner.out}, 2 * dReach, turn};
 }

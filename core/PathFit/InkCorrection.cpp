@@ -12,23 +12,27 @@ std::vector<TInkDisc> LineOf(const TInkSamples& samples) {
     return DrawnLine(ControlPointsOf(samples.input, samples.param.CurveStrength), samples.param);
 }
 
-boost::shared_ptr<COpenPathObject> MakePath(const TInkSamples& samples) {
-    try {
-        return FitInkPath(LineOf(samples), samples.uTolerance * UNITS_OF_HUNDREDTH);
-    } catch (const std::bad_alloc&) {
-        // Nothing of the fit holds memory any more. The user can correct the rough stroke later.
-        return MakeRoughInkPath(LineOf(samples));
-    }
-}
-
-} // namespace
-
-boost::shared_ptr<COpenPathObject> MakeInk(TInkSamples samples) {
-    auto spPath = MakePath(samples);
+boost::shared_ptr<COpenPathObject> WithSamples(const boost::shared_ptr<COpenPathObject>& spPath,
+                                               TInkSamples samples) {
     if (!spPath) return {};
     samples.uFittedWidth = std::max(spPath->GetStream().GetWidth(), 1U);
     spPath->GetStream().SetSamples(std::move(samples));
     return spPath;
+}
+
+} // namespace
+
+boost::shared_ptr<COpenPathObject> MakeInk(const TInkSamples& samples) {
+    return WithSamples(FitInkPath(LineOf(samples), samples.uTolerance * UNITS_OF_HUNDREDTH), samples);
+}
+
+boost::shared_ptr<COpenPathObject> MakeInkOrRough(const TInkSamples& samples) {
+    try {
+        return MakeInk(samples);
+    } catch (const std::bad_alloc&) {
+        // Nothing of the fit holds memory any more.
+        return WithSamples(MakeRoughInkPath(LineOf(samples)), samples);
+    }
 }
 
 void CorrectInk(COpenPathStream& stream, const TInkCorrection& correction) {
@@ -40,7 +44,7 @@ void CorrectInk(COpenPathStream& stream, const TInkCorrection& correction) {
     if (samples.param.CurveStrength == spSamples->param.CurveStrength &&
         samples.uTolerance == spSamples->uTolerance)
         return;
-    const auto spMade = MakeInk(std::move(samples));
+    const auto spMade = MakeInk(samples);
     if (!spMade) return;
     COpenPathStream& made = spMade->GetStream();
     made.SetWave(stream.HasWave(), stream.GetWave());

@@ -19,9 +19,12 @@ struct TInkCorrection {
     std::optional<uint32_t> uTolerance; ///< TInkSamples::uTolerance
 };
 
-/// The path of a pen stroke, with its samples; null when nothing of it can be seen. Where there is no memory
-/// for the fit, the stroke is rough.
-boost::shared_ptr<COpenPathObject> MakeInk(TInkSamples samples);
+/// The path of a pen stroke, with its samples; null when nothing of it can be seen.
+boost::shared_ptr<COpenPathObject> MakeInk(const TInkSamples& samples);
+
+/// The same, but where there is no memory for the fit, the path is rough: a new line is not lost, and
+/// CorrectInk can fit it later.
+boost::shared_ptr<COpenPathObject> MakeInkOrRough(const TInkSamples& samples);
 
 /// Gives a stroke the shape that its samples make with these values. Its wave and flat ends stay, and so does
 /// the factor by which the user has changed its width. Strokes without samples are not changed, and neither

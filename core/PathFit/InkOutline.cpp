@@ -1,5 +1,7 @@
 #include "core/PathFit/InkOutline.h"
 
+#include "core/PathFit/CurveFit.h"
+
 #include <algorithm>
 
 namespace {
@@ -22,8 +24,9 @@ bool IsNearLine(const CInkOutline::TLine& line, TInkVector pt, double d) {
 void AddLines(std::vector<CInkOutline::TLine>& vLines, const TPolyBezier& vCurve, double dFlatness) {
     constexpr double MOST_PARTS = 64;
     for (size_t i = 0; i + 3 < vCurve.size(); i += 3) {
-        const TInkVector p0 = ToVector(vCurve[i]), p1 = ToVector(vCurve[i + 1]), p2 = ToVector(vCurve[i + 2]),
-                         p3 = ToVector(vCurve[i + 3]);
+        const TInkCubic cubic{ToVector(vCurve[i]), ToVector(vCurve[i + 1]), ToVector(vCurve[i + 2]),
+                              ToVector(vCurve[i + 3])};
+        const auto& [p0, p1, p2, p3] = cubic;
         // A chord's distance from the curve is at most an eighth of the second derivative. Without handles
         // the curve is its chord.
         const bool bStraight = vCurve[i] == vCurve[i + 1] && vCurve[i + 2] == vCurve[i + 3];
@@ -32,9 +35,7 @@ void AddLines(std::vector<CInkOutline::TLine>& vLines, const TPolyBezier& vCurve
         const int nParts = static_cast<int>(std::min(std::sqrt(dBend / (8 * dFlatness)), MOST_PARTS)) + 1;
         TInkVector from = p0;
         for (int n = 1; n <= nParts; ++n) {
-            const double t = static_cast<double>(n) / nParts, s = 1 - t;
-            const TInkVector to =
-                p0 * (s * s * s) + p1 * (3 * s * s * t) + p2 * (3 * s * t * t) + p3 * (t * t * t);
+            const TInkVector to = cubic.At(static_cast<double>(n) / nParts);
             vLines.push_back({from, to});
             from = to;
         }

@@ -12,9 +12,6 @@ constexpr double TOLERANCE = 2.8;
 /// The least distance between anchors, in path units, and the number of steps of a long line.
 constexpr double LEAST_STEP = 12;
 constexpr double MOST_STEPS = 256;
-/// The cosine of a turn at which the edges would meet far outside.
-constexpr double SHARP = 0.7;
-constexpr double TURN_REACH = 3.4;
 
 // Some of the way's points, with both ends and all corners.
 TInkWay Sparse(const TInkWay& vWay) {
@@ -28,7 +25,7 @@ TInkWay Sparse(const TInkWay& vWay) {
         const TWayPoint& point = vWay[idx];
         const bool bKept = idx == *itKept;
         // The points beside a corner would hide its turn.
-        if (!bKept &&
+        if (!bKept && idx > 0 &&
             (point.dLength < dNext || vWay[*itKept].dLength - point.dLength < std::max(dLeast, point.dHalf)))
             continue;
         if (bKept) ++itKept;
@@ -45,8 +42,9 @@ void AddAnchors(TFittedInk& ink, const TInkWay& vWay, size_t idx) {
     const TInkVector pt = vWay[idx].pt;
     if (idx > 0 && idx + 1 < vWay.size()) {
         const TInkVector in = UnitOf(pt - vWay[idx - 1].pt, {1, 0}), out = UnitOf(vWay[idx + 1].pt - pt, in);
-        if (Dot(in, out) < SHARP) {
-            const auto [p0, p1, p2, p3] = TurnAt({pt, in, out, vWay[idx].dHalf}, TURN_REACH, TOLERANCE, 0);
+        const TInkCorner corner{pt, in, out, vWay[idx].dHalf};
+        if (!IsMitreEnough(corner, TOLERANCE)) {
+            const auto [p0, p1, p2, p3] = TurnAt(corner, TurnReach(corner, TOLERANCE), TOLERANCE, 0);
             ink.vAnchors.push_back({ToPoint(p0), {}, ToPoint(p1 - p0)});
             ink.vAnchors.push_back({ToPoint(p3), ToPoint(p2 - p3), {}});
             return;

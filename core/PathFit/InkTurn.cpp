@@ -11,6 +11,10 @@ namespace {
 
 /// An outline takes the direction from farther along a curve whose derivative is smaller than this.
 constexpr double LEAST_SLOPE = 4.2;
+/// The reach of a turn, in tolerances and half-widths, and at least in path units.
+constexpr double REACH = 1.2;
+constexpr double REACH_WIDTHS = 0.5;
+constexpr double LEAST_REACH = 3;
 /// The largest reach that is tried, in reaches that were asked for.
 constexpr double LARGEST = 3;
 
@@ -88,6 +92,10 @@ size_t CountFaults(const TInkCorner& corner, const TInkCubic& turn, double dTole
 
 bool IsMitreEnough(const TInkCorner& corner, double dMost) {
     return corner.dHalf <= dMost || MitreOf(corner.in, corner.out, corner.dHalf) <= dMost;
+}
+
+double TurnReach(const TInkCorner& corner, double dTolerance) {
+    return std::max(std::min(REACH * dTolerance, REACH_WIDTHS * corner.dHalf), LEAST_REACH);
 }
 
 TInkCubic TurnAt(const TInkCorner& corner, double dReach, double dTolerance, size_t nBuilds) {

@@ -15,6 +15,9 @@ struct TInkCorner {
 /// most `dMost`: then one anchor is enough.
 bool IsMitreEnough(const TInkCorner& corner, double dMost);
 
+/// How far from the corner its turn may begin and end, in path units.
+double TurnReach(const TInkCorner& corner, double dTolerance);
+
 /// A curve of whole path units around the corner, beside which the outline stays within the tolerance of the
 /// drawn one if that is possible; mostly nowhere farther from the corner than about twice `dReach`.
 /// Builds at most `nBuilds` outlines.

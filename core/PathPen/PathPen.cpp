@@ -72,9 +72,10 @@ void CPathPen::ShowStroke(const boost::shared_ptr<CRasterStroke>& spStroke) {
 void CPathPen::FinishStroke(const boost::shared_ptr<CRasterStroke>& spStroke, const TStrokeInput& input) {
     const auto spLayer = GetVectorLayer();
     if (!spLayer) throw internal_error(L"CommitStroke: VectorBuffer not found");
-    TInkSamples samples{.input = input, .param = spStroke->GetParam(), .uTolerance = m_penParam.uTolerance};
+    const TInkSamples samples{
+        .input = input, .param = spStroke->GetParam(), .uTolerance = m_penParam.uTolerance};
     spLayer->SetStroke({}); // also when no path can be made
-    const auto spPath = MakeInk(std::move(samples));
+    const auto spPath = MakeInkOrRough(samples);
     if (!spPath) return; // pressed too lightly to draw
     spLayer->InsertPath(spPath);
     try {

@@ -1,7 +1,9 @@
 #include "core/PathFit/InkCorrection.h"
+#include "core/PathFit/InkFit.h"
 #include "tests/faults/FailingMemory.h"
 #include "tests/support/Hands.h"
 #include "tests/support/InkDistance.h"
+#include "tests/support/Paths.h"
 
 #include <gtest/gtest.h>
 
@@ -13,12 +15,12 @@ TEST(InkFaults, AStrokeThatCannotBeFittedIsRoughButThere) {
         if (!std::set<std::string>{"zigzag", "retrace", "swell", "tap"}.contains(hand.strName)) continue;
         SCOPED_TRACE(hand.strName);
         const TInkSamples samples{.input = {.vPoints = hand.vPoints}, .param = hand.param, .uTolerance = 35};
-        // Number 1 is the copy of the samples for the call, 2 is before the fit and the others in it.
-        for (const uint64_t uFail : {2, 80, 120}) {
+        // The first is before the fit and the others in it.
+        for (const uint64_t uFail : {1, 80, 120}) {
             boost::shared_ptr<COpenPathObject> spPath;
             {
                 const CFailingMemory memory(uFail);
-                spPath = MakeInk(samples);
+                spPath = MakeInkOrRough(samples);
             }
             ASSERT_TRUE(spPath);
             EXPECT_TRUE(spPath->GetStream().GetSamples());
@@ -32,4 +34,21 @@ TEST(InkFaults, AStrokeThatCannotBeFittedIsRoughButThere) {
                 << "the fit needs fewer";
         }
     }
+}
+
+TEST(InkFaults, AShortWideStrokeIsRoughFromEndToEnd) {
+    const std::vector<TInkDisc> vLine{{0, 0, 40, 255}, {9, 0, 40, 255}, {18, 0, 40, 255}};
+    const auto spPath = MakeRoughInkPath(vLine);
+    EXPECT_LE(CInkDistance(vLine, spPath->GetStream().GetShape(STATE_COMMITTED)).Measure().dMost, 8);
+}
+
+TEST(InkFaults, ACorrectionThatCannotBeFittedLeavesTheStroke) {
+    const THand hand = AllHands().front();
+    const auto spPath = MakeInk({.input = {.vPoints = hand.vPoints}, .param = hand.param, .uTolerance = 35});
+    const TBytes vBefore = BytesOf(*spPath);
+    for (const uint64_t uFail : {1, 80, 120}) {
+        const CFailingMemory memory(uFail);
+        EXPECT_THROW(CorrectInk(spPath->GetStream(), {.uSmoothing = {}, .uTolerance = 75}), std::bad_alloc);
+    }
+    EXPECT_EQ(BytesOf(*spPath), vBefore);
 }
