@@ -40,18 +40,26 @@ CPoint FirstWay(CPoint from, const std::array<CPoint, 3>& aptTo, int nSign) {
 
 } // namespace
 
+TBezierWeights::TBezierWeights(uint32_t uFraction) {
+    const int64_t f = uFraction;
+    const int64_t u = ONE - f;
+    b0 = ShiftFixed(u * u * u);
+    b1 = ShiftFixed(u * (3 * ONE - 3 * f) * f);
+    b2 = ShiftFixed(f * (3 * ONE - 3 * f) * f);
+    b3 = ShiftFixed(f * f * f);
+}
+
 CPoint CBezier::PointAt(uint32_t uFraction) const {
     if (uFraction == 0) return p0;
     if (uFraction == BEZIER_T_RESOLUTION) return p3;
     if (uFraction == BEZIER_T_RESOLUTION / 2)
         return Checked((int64_t{p0.x} + p3.x + 3 * (int64_t{p1.x} + p2.x)) / 8,
                        (int64_t{p0.y} + p3.y + 3 * (int64_t{p1.y} + p2.y)) / 8);
-    const int64_t f = uFraction;
-    const int64_t u = ONE - f;
-    const int64_t b0 = ShiftFixed(u * u * u);
-    const int64_t b1 = ShiftFixed(u * (3 * ONE - 3 * f) * f);
-    const int64_t b2 = ShiftFixed(f * (3 * ONE - 3 * f) * f);
-    const int64_t b3 = ShiftFixed(f * f * f);
+    return PointAt(TBezierWeights(uFraction));
+}
+
+CPoint CBezier::PointAt(const TBezierWeights& weights) const {
+    const auto& [b0, b1, b2, b3] = weights;
     return Checked(ShiftFixed(ShiftFixed(p0.x * b0 + p1.x * b1 + p2.x * b2 + p3.x * b3)),
                    ShiftFixed(ShiftFixed(p0.y * b0 + p1.y * b1 + p2.y * b2 + p3.y * b3)));
 }

@@ -13,6 +13,17 @@
 /// Steps of a path parameter from one anchor to the next.
 constexpr uint32_t BEZIER_T_RESOLUTION = FIXED_ONE;
 
+/// The weights of a cubic curve's points at a fraction `f`, 16.16.
+struct TBezierWeights {
+    int64_t b0 = 0;
+    int64_t b1 = 0;
+    int64_t b2 = 0;
+    int64_t b3 = 0;
+
+    TBezierWeights() = default;
+    explicit TBezierWeights(uint32_t f);
+};
+
 /// Four points of a cubic curve, in eighths of a canvas pixel or any other integer unit. Fractions `f` are
 /// 0 to 0x10000 inclusive.
 struct CBezier {
@@ -27,6 +38,8 @@ struct CBezier {
     /// The point at a fraction, rounded toward zero. The weights are reduced to 32 bits first, so that
     /// between the ends a coordinate may be one unit too small.
     CPoint PointAt(uint32_t f) const;
+    /// The same by the weights of a fraction other than 0, 1/2 and 1.
+    CPoint PointAt(const TBezierWeights& weights) const;
     /// The derivative at a fraction, not normalised; at the ends the direction to the next different point.
     /// Raises boost::numeric::bad_numeric_cast when it exceeds 32 bits.
     CPoint TangentAt(uint32_t f) const;

@@ -1,6 +1,6 @@
 // Crossings of two curves. Each is cut into sixteen pieces and each piece into fifty chords; pairs are
-// visited from the junction on, and the first chords that cross are the result. Boxes only exclude pairs
-// that cannot cross, so they do not change it.
+// visited from the junction on, and the first chords that cross are the result. Boxes around pieces, groups
+// of chords and chords only exclude pairs that cannot cross, so they do not change it.
 #include "core/Bezier/Bezier.h"
 
 #include <algorithm>
@@ -11,15 +11,17 @@ constexpr uint32_t PIECES = 16;
 constexpr uint32_t CHORDS = 50;
 constexpr uint32_t PIECE_RANGE = BEZIER_T_RESOLUTION / PIECES;
 constexpr uint32_t HALF_CHORD = 40;
+constexpr uint32_t GROUP = 10; ///< chords
+constexpr uint32_t GROUPS = CHORDS / GROUP;
 
-// A piece, the box of its control points, and its chords, computed when needed.
-struct TPiece {
-    CBezier bez;
-    CRect rc; ///< right and bottom plus 1
-    std::optional<std::array<CPoint, CHORDS + 1>> aptChord;
-    CRect rcChord; ///< of the chords' ends, right and bottom inclusive
+// The chords of a piece and their boxes.
+struct TChords {
+    std::array<CPoint, CHORDS + 1> apt;
+    std::array<CRect, GROUPS> arcGroup;
+    CRect rc;
 };
 
+// Right and bottom are inclusive.
 CRect BoxOf(const CPoint* ptBegin, const CPoint* ptEnd) {
     CRect rc{ptBegin->x, ptBegin->y, ptBegin->x, ptBegin->y};
     for (const CPoint* p = ptBegin; p != ptEnd; ++p) {
@@ -29,6 +31,11 @@ CRect BoxOf(const CPoint* ptBegin, const CPoint* ptEnd) {
         rc.bottom = std::max(rc.bottom, p->y);
     }
     return rc;
+}
+
+CRect BothOf(const CRect& a, const CRect& b) {
+    return {std::min(a.left, b.left), std::min(a.top, b.top), std::max(a.right, b.right),
+            std::max(a.bottom, b.bottom)};
 }
 
 // Inclusive boxes that have a point in common.
@@ -47,38 +54,76 @@ bool AreApart(const CBezier& a, const CBezier& b) {
            apart(rcB.bottom, rcA.top);
 }
 
-// The pieces of a curve, which are cut off from its start when they are needed.
+// The weights of a curve's points where its chords begin.
+const std::array<TBezierWeights, CHORDS>& ChordWeights() {
+    static const auto aWeights = [] {
+        std::array<TBezierWeights, CHORDS> aResult;
+        for (uint32_t k = 0; k < CHORDS; ++k) aResult[k] = TBezierWeights(k * BEZIER_T_RESOLUTION / CHORDS);
+        return aResult;
+    }();
+    return aWeights;
+}
+
+TChords ChordsOf(const CBezier& bez) {
+    const auto& aWeights = ChordWeights();
+    TChords chords;
+    auto& [apt, arcGroup, rc] = chords;
+    for (uint32_t k = 0; k < CHORDS; ++k) apt[k] = bez.PointAt(aWeights[k]);
+    apt[0] = bez.p0;
+    apt[CHORDS / 2] = bez.PointAt(BEZIER_T_RESOLUTION / 2);
+    apt[CHORDS] = bez.p3;
+    for (uint32_t n = 0; n < GROUPS; ++n) {
+        arcGroup[n] = BoxOf(&apt[n * GROUP], &apt[(n + 1) * GROUP] + 1);
+        rc = n == 0 ? arcGroup[n] : BothOf(rc, arcGroup[n]);
+    }
+    return chords;
+}
+
+// The pieces of a curve. They are cut off from its start when they are needed, and so are their chords.
 class CPieces {
 public:
-    explicit CPieces(const CBezier& bez) : m_bezRest(bez) {}
+    explicit CPieces(const CBezier& bez) : m_bezRest(bez) { m_auChords.fill(NONE); }
 
-    TPiece& operator[](uint32_t uPiece) {
+    /// The box of a piece's control points.
+    const CRect& BoxAt(uint32_t uPiece) {
+        CutTo(uPiece);
+        return m_arc[uPiece];
+    }
+    /// False when the box touches no piece of those that are cut, and all are.
+    bool CanTouch(const CRect& rc) const { return m_uCut < PIECES || Touch(m_rcAll, rc); }
+    /// Valid until the next call.
+    const TChords& ChordsAt(uint32_t uPiece) {
+        CutTo(uPiece);
+        if (m_auChords[uPiece] == NONE) {
+            m_auChords[uPiece] = m_vChords.size();
+            m_vChords.push_back(ChordsOf(m_aBez[uPiece]));
+        }
+        return m_vChords[m_auChords[uPiece]];
+    }
+
+private:
+    static constexpr size_t NONE = PIECES;
+
+    void CutTo(uint32_t uPiece) {
         for (; m_uCut <= uPiece; ++m_uCut) {
             const auto [head, tail] = m_uCut + 1 < PIECES
                                           ? m_bezRest.Split(BEZIER_T_RESOLUTION / (PIECES - m_uCut))
                                           : std::pair{m_bezRest, m_bezRest};
-            TPiece& piece = m_aPieces[m_uCut];
-            piece.bez = head;
-            piece.rc = BoxOf(&head.p0, &head.p3 + 1);
-            ++piece.rc.right;
-            ++piece.rc.bottom;
+            m_aBez[m_uCut] = head;
+            const CRect rc = m_arc[m_uCut] = BoxOf(&head.p0, &head.p3 + 1);
+            m_rcAll = m_uCut == 0 ? rc : BothOf(m_rcAll, rc);
             m_bezRest = tail;
         }
-        return m_aPieces[uPiece];
     }
 
-private:
     CBezier m_bezRest;
     uint32_t m_uCut = 0;
-    std::array<TPiece, PIECES> m_aPieces;
+    std::array<CBezier, PIECES> m_aBez;
+    std::array<CRect, PIECES> m_arc;
+    CRect m_rcAll;                         ///< of the pieces that are cut
+    std::array<size_t, PIECES> m_auChords; ///< indices in m_vChords
+    std::vector<TChords> m_vChords;
 };
-
-void Sample(TPiece& piece) {
-    if (piece.aptChord) return;
-    auto& aptChord = piece.aptChord.emplace();
-    for (uint32_t k = 0; k <= CHORDS; ++k) aptChord[k] = piece.bez.PointAt(k * BEZIER_T_RESOLUTION / CHORDS);
-    piece.rcChord = BoxOf(aptChord.data(), aptChord.data() + aptChord.size());
-}
 
 // True when n lies between 0 and `nEnd`, both inclusive.
 bool IsWithin(int64_t n, int64_t nEnd) { return nEnd > 0 ? n >= 0 && n <= nEnd : n <= 0 && n >= nEnd; }
@@ -91,18 +136,27 @@ bool DoChordsCross(CPoint a0, CPoint a1, CPoint b0, CPoint b1) {
     return den != 0 && IsWithin(Cross(d2, r), den) && IsWithin(Cross(d1, r), den);
 }
 
+// The first of the chords that a chord crosses.
+std::optional<uint32_t> FindChord(CPoint from, CPoint to, const TChords& chords) {
+    const std::array aptEnds{from, to};
+    const CRect rc = BoxOf(aptEnds.data(), aptEnds.data() + aptEnds.size());
+    if (!Touch(rc, chords.rc)) return {};
+    for (uint32_t nGroup = 0; nGroup < GROUPS; ++nGroup) {
+        if (!Touch(rc, chords.arcGroup[nGroup])) continue;
+        for (uint32_t n = nGroup * GROUP; n < (nGroup + 1) * GROUP; ++n)
+            if (DoChordsCross(from, to, chords.apt[n], chords.apt[n + 1])) return n;
+    }
+    return {};
+}
+
 // The first crossing of two pieces, from the end of `a` and the start of `b`: the chords' numbers.
-std::optional<std::pair<uint32_t, uint32_t>> FindChords(TPiece& a, TPiece& b) {
-    Sample(a);
-    Sample(b);
-    if (!Touch(a.rcChord, b.rcChord)) return {};
-    const auto& aptA = *a.aptChord;
-    const auto& aptB = *b.aptChord;
-    for (uint32_t j = CHORDS; j-- > 0;) {
-        const CRect rcA = BoxOf(&aptA[j], &aptA[j] + 2);
-        if (!Touch(rcA, b.rcChord)) continue;
-        for (uint32_t n = 0; n < CHORDS; ++n)
-            if (DoChordsCross(aptA[j], aptA[j + 1], aptB[n], aptB[n + 1])) return std::pair{j, n};
+std::optional<std::pair<uint32_t, uint32_t>> FindChords(const TChords& chordsA, const TChords& chordsB) {
+    if (!Touch(chordsA.rc, chordsB.rc)) return {};
+    for (uint32_t nGroup = GROUPS; nGroup-- > 0;) {
+        if (!Touch(chordsA.arcGroup[nGroup], chordsB.rc)) continue;
+        for (uint32_t j = (nGroup + 1) * GROUP; j-- > nGroup * GROUP;)
+            if (const auto n = FindChord(chordsA.apt[j], chordsA.apt[j + 1], chordsB))
+                return std::pair{j, *n};
     }
     return {};
 }
@@ -117,9 +171,10 @@ std::optional<TCrossing> FindCrossing(const CBezier& a, const CBezier& b) {
         return uPiece * PIECE_RANGE + uChord * PIECE_RANGE / CHORDS + HALF_CHORD;
     };
     for (uint32_t i = PIECES; i-- > 0;) {
-        for (uint32_t m = 0; m < PIECES; ++m) {
-            if (piecesA[i].rc.Intersect(piecesB[m].rc).IsEmpty()) continue;
-            if (const auto chords = FindChords(piecesA[i], piecesB[m]))
+        const CRect& rc = piecesA.BoxAt(i);
+        for (uint32_t m = 0; m < PIECES && piecesB.CanTouch(rc); ++m) {
+            if (!Touch(rc, piecesB.BoxAt(m))) continue;
+            if (const auto chords = FindChords(piecesA.ChordsAt(i), piecesB.ChordsAt(m)))
                 return TCrossing{fractionOf(i, chords->first), fractionOf(m, chords->second)};
         }
     }
