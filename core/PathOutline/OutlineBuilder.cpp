@@ -11,7 +11,7 @@
 namespace {
 
 /// From here on a second thread saves more time than its start takes.
-constexpr size_t PIECES_FOR_THREADS = 2000;
+constexpr size_t PIECES_FOR_THREADS = 100;
 
 // To the nearest path unit, halves upward.
 CPoint ToPath(CPoint pt) {

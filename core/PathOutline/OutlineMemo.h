@@ -41,14 +41,18 @@ private:
     static constexpr size_t MOST_KEPT = 12;
     using TKept = std::array<boost::shared_ptr<const TResult>, MOST_KEPT>; ///< the last used one first
 
-    // Anchors that were inserted or removed at one place move all indices behind it alike: an index gets what
-    // was used last at the same one counted from the path's start, and from its end.
+    // Anchors that were inserted or removed move the indices behind them: an index gets what was used last at
+    // those that may have moved to it.
     void Align(size_t nResults) {
         std::vector<TKept> vKept(nResults);
+        if (m_vKept.empty()) return m_vKept.swap(vKept);
+        const size_t nMoves = std::max(nResults, m_vKept.size()) - std::min(nResults, m_vKept.size());
         for (size_t idx = 0; idx < nResults; ++idx) {
             size_t nKept = 0;
-            for (const size_t idxBefore : {idx, idx + m_vKept.size() - nResults})
+            for (size_t n = 0; n <= nMoves && nKept < MOST_KEPT; ++n) {
+                const size_t idxBefore = nResults > m_vKept.size() ? idx - n : idx + n;
                 if (idxBefore < m_vKept.size()) vKept[idx][nKept++] = m_vKept[idxBefore].front();
+            }
         }
         m_vKept.swap(vKept);
     }

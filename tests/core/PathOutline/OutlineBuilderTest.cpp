@@ -127,8 +127,15 @@ TEST(OutlineBuilder, OnlyWhatHasMovedIsBuilt) {
     source.vAnchors.push_back({{210000, 9000}, {}, {}});
     source.vWidths.push_back({41 * ONE, {900, 800}});
     EXPECT_EQ(runs(), 4u + 2);
+    for (const int n : {35, 20, 5}) {
+        const CPoint ptAfter = source.vAnchors[static_cast<size_t>(n)].anchor;
+        source.vAnchors.insert(source.vAnchors.begin() + n,
+                               TOutlinePoint{ptAfter + CPoint{-900, 50}, {}, {}});
+        source.vWidths.push_back({source.vWidths.back().t + ONE, {900, 800}});
+    }
+    EXPECT_EQ(runs(), 4u + 3 * 2 * 2) << "between the new anchors all has moved by one to three";
     source.wave = {500, 64};
-    EXPECT_EQ(runs(), 2u * 41);
+    EXPECT_EQ(runs(), 2u * 44);
     source.vAnchors[30].anchor.x += 1;
     EXPECT_EQ(runs(), 4u + 2 * 2);
 }
