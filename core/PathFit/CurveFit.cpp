@@ -7,33 +7,10 @@ namespace {
 /// Points of a stretch that the handles are fitted to: more change little.
 constexpr size_t MOST_SAMPLES = 32;
 constexpr int ROUNDS = 4;
+/// Steps from a guess to the nearest place of a curve.
+constexpr int NEARER = 3;
 /// An error so many times the tolerance does not come below it by better parameters.
 constexpr double HOPELESS = 6;
-
-// A cubic by the powers of its parameter, quick to evaluate at many places.
-class CPowers {
-public:
-    explicit CPowers(const TInkCubic& cubic)
-        : m_c0(cubic.p0), m_c1((cubic.p1 - cubic.p0) * 3), m_c2((cubic.p2 - cubic.p1 * 2 + cubic.p0) * 3),
-          m_c3(cubic.p3 - cubic.p0 + (cubic.p1 - cubic.p2) * 3) {}
-
-    TInkVector At(double t) const { return m_c0 + (m_c1 + (m_c2 + m_c3 * t) * t) * t; }
-
-    // The parameter of the nearest place, by one of Newton's steps.
-    double Nearer(TInkVector pt, double t) const {
-        const TInkVector away = At(t) - pt;
-        const TInkVector slope = m_c1 + (m_c2 * 2 + m_c3 * (3 * t)) * t;
-        const TInkVector bend = m_c2 * 2 + m_c3 * (6 * t);
-        const double dSquare = Dot(slope, slope);
-        const double dDivisor = dSquare + Dot(away, bend);
-        // Beyond the centre of the curve's bend the step would lead away.
-        const double dStep = Dot(away, slope) / std::max(dDivisor, dSquare / 4);
-        return dSquare > 0 ? std::clamp(t - dStep, 0.0, 1.0) : t;
-    }
-
-private:
-    TInkVector m_c0, m_c1, m_c2, m_c3;
-};
 
 bool IsFree(const TWayRange& range, const TInkCubic& cubic, TInkVector pt) {
     return LengthOf(pt - cubic.p0) < range.dFreeFirst || LengthOf(pt - cubic.p3) < range.dFreeLast;
@@ -75,8 +52,12 @@ TInkVector TInkCubic::SlopeAt(double t) const {
     return (p1 - p0) * (3 * s * s) + (p2 - p1) * (6 * s * t) + (p3 - p2) * (3 * t * t);
 }
 
+TInkPowers::TInkPowers(const TInkCubic& cubic)
+    : c0(cubic.p0), c1((cubic.p1 - cubic.p0) * 3), c2((cubic.p2 - cubic.p1 * 2 + cubic.p0) * 3),
+      c3(cubic.p3 - cubic.p0 + (cubic.p1 - cubic.p2) * 3) {}
+
 CCurveLength::CCurveLength(const TInkCubic& cubic) {
-    const CPowers powers(cubic);
+    const TInkPowers powers(cubic);
     TInkVector ptLast = cubic.p0;
     for (size_t n = 1; n <= CHORDS; ++n) {
         const TInkVector pt = powers.At(static_cast<double>(n) / CHORDS);
@@ -96,6 +77,19 @@ double CCurveLength::ParameterAt(double dLength) const {
     return (static_cast<double>(itEnd - m_adLength.begin() - 1) +
             (dChord > 0 ? (dLength - dBefore) / dChord : 0)) /
            CHORDS;
+}
+
+CCurvePlaces::CCurvePlaces(const TInkCubic& cubic, const TInkWay& vWay, const TWayRange& range)
+    : m_powers(cubic), m_length(cubic), m_vWay(vWay), m_dBegin(vWay[range.idxFirst].dLength),
+      m_dAll(vWay[range.idxLast].dLength - m_dBegin) {}
+
+TCurvePlace CCurvePlaces::Next(size_t idx) {
+    // By the way's own length, then towards the nearest place.
+    const double dPart = m_dAll > 0 ? (m_vWay[idx].dLength - m_dBegin) / m_dAll : 0.5;
+    double t = m_length.ParameterAt(dPart * m_length.All());
+    for (int nStep = 0; nStep < NEARER; ++nStep) t = m_powers.Nearer(m_vWay[idx].pt, t);
+    m_dLast = std::max(m_dLast, t);
+    return {m_dLast, LengthOf(m_powers.At(m_dLast) - m_vWay[idx].pt)};
 }
 
 void CCurveFit::TakeSamples(const TWayRange& range) {
@@ -147,7 +141,7 @@ TInkCubic CCurveFit::Solve(const TWayRange& range, const TCurveEnd& from, const 
 
 // Better parameters for the samples; returns the largest distance.
 double CCurveFit::Refine(const TInkCubic& cubic, const TWayRange& range) {
-    const CPowers powers(cubic);
+    const TInkPowers powers(cubic);
     double dMost = 0;
     for (TSample& sample : m_vSamples) {
         const TInkVector pt = m_vWay[sample.idx].pt;
@@ -157,32 +151,26 @@ double CCurveFit::Refine(const TInkCubic& cubic, const TWayRange& range) {
     return dMost;
 }
 
-std::vector<TCurvePlace> CCurveFit::PlacesOn(const TInkCubic& cubic, const TWayRange& range) const {
-    std::vector<TCurvePlace> vPlaces;
-    vPlaces.reserve(range.idxLast - range.idxFirst + 1);
-    const double dBegin = m_vWay[range.idxFirst].dLength;
-    const double dAll = m_vWay[range.idxLast].dLength - dBegin;
-    // By the samples of the way's own length, then towards the nearest place.
-    const CPowers powers(cubic);
-    const CCurveLength length(cubic);
-    double dLast = 0;
-    for (size_t idx = range.idxFirst; idx <= range.idxLast; ++idx) {
-        const double dPart = dAll > 0 ? (m_vWay[idx].dLength - dBegin) / dAll : 0.5;
-        double t = length.ParameterAt(dPart * length.All());
-        for (int nRound = 0; nRound < 3; ++nRound) t = powers.Nearer(m_vWay[idx].pt, t);
-        t = std::max(t, dLast);
-        vPlaces.push_back({t, LengthOf(powers.At(t) - m_vWay[idx].pt)});
-        dLast = t;
-    }
-    return vPlaces;
-}
-
 bool CCurveFit::IsWithin(const TInkCubic& cubic, const TWayRange& range, double dTolerance) const {
-    const auto vPlaces = PlacesOn(cubic, range);
-    for (size_t n = 0; n < vPlaces.size(); ++n)
-        if (vPlaces[n].dError > dTolerance && !IsFree(range, cubic, m_vWay[range.idxFirst + n].pt))
-            return false;
-    return true;
+    const TInkPowers powers(cubic);
+    const auto isNear = [&](TInkVector pt, double t) {
+        for (int nRound = 0; nRound <= NEARER; ++nRound) {
+            const TInkVector away = powers.At(t) - pt;
+            if (Dot(away, away) <= dTolerance * dTolerance) return true;
+            t = powers.Nearer(pt, t);
+        }
+        return IsFree(range, cubic, pt);
+    };
+    // The samples' parameters lead to those between them.
+    for (size_t n = 1; n < m_vSamples.size(); ++n) {
+        const auto& [idxFrom, tFrom] = m_vSamples[n - 1];
+        const auto& [idxTo, tTo] = m_vSamples[n];
+        const double dFrom = m_vWay[idxFrom].dLength, dLength = m_vWay[idxTo].dLength - dFrom;
+        const double dStep = dLength > 0 ? (tTo - tFrom) / dLength : 0;
+        for (size_t idx = idxFrom; idx < idxTo; ++idx)
+            if (!isNear(m_vWay[idx].pt, tFrom + (m_vWay[idx].dLength - dFrom) * dStep)) return false;
+    }
+    return isNear(m_vWay[range.idxLast].pt, 1);
 }
 
 std::optional<TInkCubic> CCurveFit::Fit(const TWayRange& range, const TCurveEnd& from, const TCurveEnd& to,

@@ -19,6 +19,26 @@ struct TInkCubic {
     TInkVector SlopeAt(double t) const;
 };
 
+/// A cubic curve by the powers of its parameter, quick to evaluate at many places.
+struct TInkPowers {
+    explicit TInkPowers(const TInkCubic& cubic);
+
+    TInkVector At(double t) const { return c0 + (c1 + (c2 + c3 * t) * t) * t; }
+    /// The parameter of a place nearer to the point, by one of Newton's steps.
+    double Nearer(TInkVector pt, double t) const {
+        const TInkVector away = At(t) - pt;
+        const TInkVector slope = c1 + (c2 * 2 + c3 * (3 * t)) * t;
+        const TInkVector bend = c2 * 2 + c3 * (6 * t);
+        const double dSquare = Dot(slope, slope);
+        const double dDivisor = dSquare + Dot(away, bend);
+        // Beyond the centre of the curve's bend the step would lead away.
+        const double dStep = Dot(away, slope) / std::max(dDivisor, dSquare / 4);
+        return dSquare > 0 ? std::clamp(t - dStep, 0.0, 1.0) : t;
+    }
+
+    TInkVector c0, c1, c2, c3;
+};
+
 /// The length of a cubic curve from its beginning to a parameter, by 16 chords.
 class CCurveLength {
 public:
@@ -59,6 +79,24 @@ struct TCurvePlace {
     double dError;
 };
 
+/// The places of a curve beside the points of a way that it stands for; the way must outlive it.
+class CCurvePlaces {
+public:
+    CCurvePlaces(const TInkCubic& cubic, const TInkWay& vWay, const TWayRange& range);
+
+    /// The place beside a point of the range. Parameters do not decrease from call to call.
+    TCurvePlace Next(size_t idx);
+    const CCurveLength& GetLength() const { return m_length; }
+
+private:
+    TInkPowers m_powers;
+    CCurveLength m_length;
+    const TInkWay& m_vWay;
+    double m_dBegin;
+    double m_dAll;
+    double m_dLast = 0;
+};
+
 /// Fits curves to stretches of one way, which it must not outlive.
 class CCurveFit {
 public:
@@ -70,8 +108,6 @@ public:
                                  double dTolerance);
     /// The same, whatever the distance.
     TInkCubic FitAtAll(const TWayRange& range, const TCurveEnd& from, const TCurveEnd& to);
-    /// The places beside the points of a range, with parameters that do not decrease.
-    std::vector<TCurvePlace> PlacesOn(const TInkCubic& cubic, const TWayRange& range) const;
 
 private:
     struct TSample {

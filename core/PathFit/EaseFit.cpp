@@ -4,8 +4,8 @@
 
 #include <algorithm>
 #include <array>
+#include <bitset>
 #include <limits>
-#include <optional>
 
 namespace {
 
@@ -19,20 +19,6 @@ constexpr int SPREAD = 1;
 constexpr double BAD = 1000;
 
 enum class EShape { Level, Sharp, Ease };
-
-// The weight of the farther value at a share of the length.
-double ShareOf(EShape shape, double x) {
-    if (shape == EShape::Level) return 1;
-    return shape == EShape::Sharp ? SharpShare(x) : (3 - 2 * x) * x * x;
-}
-
-// Values of a mark.
-struct TValues {
-    double dLow;
-    double dHigh;
-    bool Has(double d) const { return d >= dLow - 1e-9 && d <= dHigh + 1e-9; }
-    bool IsEmpty() const { return std::ceil(dLow - 1e-9) > std::floor(dHigh + 1e-9); }
-};
 
 // The places where marks may stand: ends, the knots of the chain of straight lines through the values, and
 // between them.
@@ -103,14 +89,15 @@ public:
             for (size_t v = 0; v < VALUES; ++v) EaseFrom(n, v);
         size_t nBest = (m_vPlaces.size() - 1) * VALUES;
         double dBest = std::numeric_limits<double>::max();
-        for (size_t n = m_vNodes.size(), nFailures = 0; n-- > 0 && nFailures < MOST_FAILURES * VALUES;) {
-            const TValues values = ValuesAt(shapeOf(m_ends.bSharpEnd), idxLast, m_vPlaces[n / VALUES], 0);
-            const bool bGood = values.Has(m_vNodes[n].dValue);
-            nFailures = bGood ? 0 : nFailures + 1;
-            const double dCost = m_vNodes[n].dCost + (bGood ? 0 : BAD);
-            if ((!bGood && n < (m_vPlaces.size() - 1) * VALUES) || dCost >= dBest) continue;
-            dBest = dCost;
-            nBest = n;
+        for (size_t n = m_vPlaces.size(), nFailures = 0; n-- > 0 && nFailures < MOST_FAILURES;) {
+            const TGood good = GoodAt(shapeOf(m_ends.bSharpEnd), idxLast, n, 0);
+            nFailures = good.none() ? nFailures + 1 : 0;
+            for (size_t v = VALUES; v-- > 0;) {
+                const double dCost = m_vNodes[n * VALUES + v].dCost + (good[v] ? 0 : BAD);
+                if ((!good[v] && n + 1 < m_vPlaces.size()) || dCost >= dBest) continue;
+                dBest = dCost;
+                nBest = n * VALUES + v;
+            }
         }
         return MarksTo(nBest);
     }
@@ -137,35 +124,49 @@ private:
             }
     }
 
-    // The values that a mark may have so that all samples between it and another place, with its value there,
-    // are met.
-    TValues ValuesAt(EShape shape, size_t idxFrom, size_t idx, double dFrom) const {
-        constexpr TValues EMPTY{1, 0};
-        const TEaseSample& from = m_vSamples[idxFrom];
-        const TEaseSample& to = m_vSamples[idx];
-        const double dLength = std::abs(to.dLength - from.dLength);
-        TValues values{std::max(to.dValue - to.dTolerance, 0.0), to.dValue + to.dTolerance};
-        if (dLength > MOST_LENGTH) return EMPTY;
-        const auto [idxFirst, idxLast] = std::minmax(idxFrom, idx);
-        const auto take = [&](size_t i) {
-            const TEaseSample& sample = m_vSamples[i];
-            const double x = dLength > 0 ? std::abs(sample.dLength - from.dLength) / dLength : 1;
-            const double g = ShareOf(shape, x);
-            const double dRest = dFrom * (1 - g) - sample.dValue;
-            constexpr double NO_WEIGHT = 1e-6;
-            if (g < NO_WEIGHT) return std::abs(dRest) <= sample.dTolerance;
-            values.dLow = std::max(values.dLow, (-sample.dTolerance - dRest) / g);
-            values.dHigh = std::min(values.dHigh, (sample.dTolerance - dRest) / g);
-            return values.dLow <= values.dHigh;
+    // Of a place's values those that meet all samples between it and another place with a value.
+    using TGood = std::bitset<VALUES>;
+    TGood GoodAt(EShape shape, size_t idxFrom, size_t nPlace, double dFrom) const {
+        switch (shape) {
+        case EShape::Level:
+            return GoodAt([](double) { return 1.0; }, idxFrom, nPlace, dFrom);
+        case EShape::Sharp:
+            return GoodAt(SharpShare, idxFrom, nPlace, dFrom);
+        default:
+            return GoodAt([](double x) { return (3 - 2 * x) * x * x; }, idxFrom, nPlace, dFrom);
+        }
+    }
+    // `shareOf` is the weight of the place's value at a share of the length.
+    template <class Share>
+    TGood GoodAt(Share shareOf, size_t idxFrom, size_t nPlace, double dFrom) const {
+        const TEaseSample* pSamples = m_vSamples.data();
+        const size_t idx = m_vPlaces[nPlace];
+        const double dBegin = pSamples[idxFrom].dLength, dLength = pSamples[idx].dLength - dBegin;
+        if (std::abs(dLength) > MOST_LENGTH) return {};
+        const double dInverse = dLength != 0 ? 1 / dLength : 0;
+        const TNode* pNodes = &m_vNodes[nPlace * VALUES];
+        const std::array<double, VALUES> adMore{pNodes[0].dValue - dFrom, pNodes[1].dValue - dFrom,
+                                                pNodes[2].dValue - dFrom};
+        // The values that meet a sample, as bits.
+        const auto goodAt = [&](size_t i) {
+            const TEaseSample& sample = pSamples[i];
+            const double g = shareOf(dLength != 0 ? (sample.dLength - dBegin) * dInverse : 1);
+            const double dRest = dFrom - sample.dValue;
+            const auto isMet = [&](unsigned v) {
+                return unsigned{std::abs(dRest + adMore[v] * g) <= sample.dTolerance} << v;
+            };
+            static_assert(VALUES == 3);
+            return isMet(0) | isMet(1) | isMet(2);
         };
+        const auto [idxFirst, idxLast] = std::minmax(idxFrom, idx);
+        unsigned uGood = (1U << VALUES) - 1;
         // Some places first: most spans that fail do so at many.
         constexpr size_t FIRST = 8;
         const size_t nStep = (idxLast - idxFirst) / FIRST;
-        for (size_t i = idxFirst; nStep > 1 && i <= idxLast; i += nStep)
-            if (!take(i)) return EMPTY;
-        for (size_t i = idxFirst; i <= idxLast; ++i)
-            if (!take(i)) return EMPTY;
-        return values;
+        if (nStep > 1)
+            for (size_t i = idxFirst; i <= idxLast && uGood != 0; i += nStep) uGood &= goodAt(i);
+        for (size_t i = idxFirst; i <= idxLast && uGood != 0; ++i) uGood &= goodAt(i);
+        return uGood;
     }
 
     void Offer(size_t nNode, size_t nFrom, double dCost) {
@@ -179,11 +180,10 @@ private:
     void LeadFrom(EShape shape) {
         int nFailures = 0;
         for (size_t n = 0; n < m_vPlaces.size() && nFailures < MOST_FAILURES; ++n) {
-            const TValues values = ValuesAt(shape, 0, m_vPlaces[n], 0);
-            nFailures = values.IsEmpty() ? nFailures + 1 : 0;
-            for (size_t v = n * VALUES; v < (n + 1) * VALUES; ++v)
-                if (values.Has(m_vNodes[v].dValue) || n == 0)
-                    Offer(v, NONE, values.Has(m_vNodes[v].dValue) ? 1 : BAD);
+            const TGood good = GoodAt(shape, 0, n, 0);
+            nFailures = good.none() ? nFailures + 1 : 0;
+            for (size_t v = 0; v < VALUES; ++v)
+                if (good[v] || n == 0) Offer(n * VALUES + v, NONE, good[v] ? 1 : BAD);
         }
     }
 
@@ -193,12 +193,10 @@ private:
         if (node.dCost == std::numeric_limits<double>::max()) return;
         int nFailures = 0;
         for (size_t n = nFrom + 1; n < m_vPlaces.size() && nFailures < MOST_FAILURES; ++n) {
-            const TValues values = ValuesAt(EShape::Ease, m_vPlaces[nFrom], m_vPlaces[n], node.dValue);
-            nFailures = values.IsEmpty() ? nFailures + 1 : 0;
-            for (size_t v = n * VALUES; v < (n + 1) * VALUES; ++v) {
-                const bool bGood = values.Has(m_vNodes[v].dValue);
-                if (bGood || n == nFrom + 1) Offer(v, nNode, node.dCost + (bGood ? 1 : BAD));
-            }
+            const TGood good = GoodAt(EShape::Ease, m_vPlaces[nFrom], n, node.dValue);
+            nFailures = good.none() ? nFailures + 1 : 0;
+            for (size_t v = 0; v < VALUES; ++v)
+                if (good[v] || n == nFrom + 1) Offer(n * VALUES + v, nNode, node.dCost + (good[v] ? 1 : BAD));
         }
     }
 

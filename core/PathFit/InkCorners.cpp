@@ -61,6 +61,23 @@ public:
         m_dScale = 1 / std::max(vWay[idxLast].dLength - m_dAt, m_dAt - vWay[idxFirst].dLength);
     }
 
+    // False when no parabola stays within the distance of four of the points. Of a parabola the third divided
+    // difference is zero.
+    bool CanBeWithin(double dOff) const {
+        constexpr size_t POINTS = 4;
+        TInkVector difference;
+        double dMost = 0;
+        const auto idxOf = [&](size_t n) { return m_idxFirst + (m_idxLast - m_idxFirst) * n / (POINTS - 1); };
+        for (size_t n = 0; n < POINTS; ++n) {
+            double dProduct = 1;
+            for (size_t k = 0; k < POINTS; ++k)
+                if (k != n) dProduct *= (m_vWay[idxOf(n)].dLength - m_vWay[idxOf(k)].dLength) * m_dScale;
+            difference = difference + (m_vWay[idxOf(n)].pt - m_pt) * (1 / dProduct);
+            dMost += dOff / std::abs(dProduct);
+        }
+        constexpr double ROUNDING = 1 + 1e-9;
+        return Dot(difference, difference) <= dMost * dMost * ROUNDING;
+    }
     bool Solve() {
         std::array<double, 5> adS{};
         std::array<TInkVector, 3> aSums{};
@@ -133,6 +150,7 @@ TWayTangent TangentAt(const TInkWay& vWay, size_t idx, size_t idxFirst, size_t i
         const auto idxEnd = static_cast<size_t>(std::partition_point(at(idx), at(idxLast), isWithin) - it);
         if (idxEnd - idxBegin < 3) break;
         CParabolas parabolas(vWay, idx, idxBegin, idxEnd);
+        if (!parabolas.CanBeWithin(OFF_PARABOLA * dTolerance)) continue;
         if (parabolas.Solve() && parabolas.IsWithin(OFF_PARABOLA * dTolerance)) return parabolas.Get();
     }
     const size_t idxBefore = idx > idxFirst ? idx - 1 : idx;

@@ -30,7 +30,9 @@ void ExtendTapers(TInkWay& vWay, bool bBegin, bool bEnd) {
     constexpr double LEAST = 0.5; // path units
     if (bEnd && vWay.back().dHalf >= LEAST) vWay.push_back(tip(vWay.back(), vWay[vWay.size() - 2]));
     if (bBegin && vWay.front().dHalf >= LEAST) vWay.insert(vWay.begin(), tip(vWay[0], vWay[1]));
-    MeasureWay(vWay);
+    MeasureLengths(vWay);
+    MeasureWidth(vWay, 0);
+    MeasureWidth(vWay, vWay.size() - 1);
 }
 
 uint32_t GrowOf(const TWayPoint& disc, TInkVector ptAnchor, TInkVector outward, uint32_t uWidth) {

@@ -6,6 +6,9 @@
 #include "core/PathFit/InkCheck.h"
 #include "core/PathFit/InkEnds.h"
 #include "core/PathFit/InkTurn.h"
+#include "core/PathOutline/OutlineBuilder.h"
+
+#include <boost/make_shared.hpp>
 
 #include <algorithm>
 #include <array>
@@ -15,6 +18,8 @@ namespace {
 
 /// The part of the tolerance that the rounding of width and outline takes, in path units.
 constexpr double ROUNDING = 0.5;
+/// Another part, in tolerances.
+constexpr double MARGIN = 0.07;
 /// A half-width may be off by that and this part of itself: thin lines keep their weight.
 constexpr double WIDTH_SHARE = 0.25;
 constexpr double ALPHA_TOLERANCE = 3;
@@ -23,13 +28,15 @@ constexpr double SNAP = 2;
 /// The reach of a turn, in tolerances.
 constexpr double TURN = 2;
 constexpr int MOST_ROUNDS = 5;
+/// The length of a sharp end's tip, in tolerances.
+constexpr double TIP = 4;
 /// So near to a fault, in tolerances, widths get closer, to this part of what they were off by.
 constexpr double TIGHT_REACH = 4;
 constexpr double TIGHT_SHARE = 0.6;
 /// The search ends so many rounds after its best outline.
 constexpr int MOST_VAIN = 3;
-/// With so many curves the first outline has to do, unless it is far off.
-constexpr size_t MANY_CURVES = 150;
+/// With so many curves, as of a scribble, the first outline has to do unless it is far off.
+constexpr size_t MANY_CURVES = 400;
 /// An outline that is off by so many tolerances, and by so many path units, has a spike or a hole.
 constexpr double GROSS = 1.3;
 constexpr double LEAST_GROSS = 5.6;
@@ -39,24 +46,27 @@ constexpr std::array OTHERS{2.8, 5.6};
 // The samples of half-widths, or of opacities.
 std::vector<TEaseSample> SamplesOf(const TInkWay& vWay, const std::vector<TCentreCurve>& vCurves,
                                    double dTolerance, bool bAlpha) {
-    const CCurveFit fit(vWay);
     std::vector<TEaseSample> vSamples;
     vSamples.reserve(vWay.size());
-    double dBegin = 0;
+    double dBegin = 0, dLast = 0;
     for (size_t n = 0; n < vCurves.size(); ++n) {
         const auto& [cubic, range] = vCurves[n];
-        const CCurveLength length(cubic);
-        const auto vPlaces =
-            range.idxFirst < range.idxLast ? fit.PlacesOn(cubic, range) : std::vector<TCurvePlace>{};
-        for (size_t i = n == 0 ? 0 : 1; i < vPlaces.size(); ++i) {
-            const TWayPoint& point = vWay[range.idxFirst + i];
-            double dLength = length.At(vPlaces[i].t), t = vPlaces[i].t;
-            if (i == 0 || dLength < SNAP) dLength = t = 0;
-            if (i + 1 == vPlaces.size() || dLength > length.All() - SNAP) dLength = length.All(), t = 1;
+        CCurvePlaces places(cubic, vWay, range);
+        const CCurveLength& length = places.GetLength();
+        const size_t idxEnd = range.idxFirst < range.idxLast ? range.idxLast : 0;
+        for (size_t i = range.idxFirst + (n == 0 ? 0 : 1); i <= idxEnd; ++i) {
+            const TWayPoint& point = vWay[i];
             // Between anchors places nearer to each other tell nothing new.
-            if (t > 0 && t < 1 && dBegin + dLength - vSamples.back().dLength < dTolerance) continue;
-            const double dOff = point.dShare * std::min(dTolerance - ROUNDING - vPlaces[i].dError,
-                                                        ROUNDING + WIDTH_SHARE * point.dHalf);
+            const bool bInside = i > range.idxFirst && i < range.idxLast;
+            if (bInside && point.dLength - dLast < dTolerance) continue;
+            dLast = point.dLength;
+            const auto [tPlace, dError] = places.Next(i);
+            double dLength = length.At(tPlace), t = tPlace;
+            if (i == range.idxFirst || dLength < SNAP) dLength = t = 0;
+            if (i == range.idxLast || dLength > length.All() - SNAP) dLength = length.All(), t = 1;
+            const double dOff =
+                point.dShare * std::min((1 - MARGIN) * dTolerance - ROUNDING - point.dOff - dError,
+                                        ROUNDING + WIDTH_SHARE * point.dHalf);
             vSamples.push_back({static_cast<uint32_t>(n) * BEZIER_T_RESOLUTION +
                                     static_cast<uint32_t>(t * BEZIER_T_RESOLUTION),
                                 dBegin + dLength, bAlpha ? point.dAlpha : point.dWide,
@@ -102,6 +112,18 @@ TFittedInk Assemble(const TInkWay& vWay, const TInkWay& vDrawn, const std::vecto
         std::none_of(vCurves.begin(), vCurves.end(), isTurn))
         ink.vWidths.clear();
     return ink;
+}
+
+// Ends that no sharp tip fits become round ones of hardly any width. Their faults are done with.
+void GiveUpTips(TEaseEnds& ends, std::vector<size_t>& vFaults, const TInkWay& vWay, double dTolerance) {
+    const auto giveUp = [&](bool& bSharp, double dEnd) {
+        const auto isAtTip = [&](size_t idx) {
+            return std::abs(vWay[idx].dLength - dEnd) < TIP * dTolerance;
+        };
+        if (bSharp && std::erase_if(vFaults, isAtTip) > 0) bSharp = false;
+    };
+    giveUp(ends.bSharpBegin, 0);
+    giveUp(ends.bSharpEnd, vWay.back().dLength);
 }
 
 // Asks for closer widths near the faults.
@@ -150,7 +172,7 @@ struct TFit {
 
 // `check` gets that of the way.
 TFit FitWay(const TInkWay& vDrawn, double dTolerance, std::optional<CInkCheck>& check) {
-    const TEaseEnds ends{IsTapering(vDrawn, true, dTolerance), IsTapering(vDrawn, false, dTolerance)};
+    TEaseEnds ends{IsTapering(vDrawn, true, dTolerance), IsTapering(vDrawn, false, dTolerance)};
     TInkWay vWay = vDrawn;
     ExtendTapers(vWay, ends.bSharpBegin, ends.bSharpEnd);
     std::vector<TCentreCurve> vCurves;
@@ -164,10 +186,11 @@ TFit FitWay(const TInkWay& vDrawn, double dTolerance, std::optional<CInkCheck>& 
     const size_t nBefore = vWay.size() > vDrawn.size() && ends.bSharpBegin && vWay.front().dHalf == 0 ? 1 : 0;
     TFit best;
     std::vector<TCentreCurve> vBest;
-    const int nRounds = vCurves.size() > MANY_CURVES ? 1 : MOST_ROUNDS;
-    for (int nRound = 0, nVain = 0; nRound < nRounds && nVain < MOST_VAIN; ++nRound, ++nVain) {
+    const auto spBuilder = boost::make_shared<COutlineBuilder>();
+    const bool bMany = vCurves.size() > MANY_CURVES;
+    for (int nRound = 0, nVain = 0; nRound < MOST_ROUNDS && nVain < MOST_VAIN; ++nRound, ++nVain) {
         TFittedInk ink = Assemble(vWay, vDrawn, vCurves, ends, dTolerance);
-        const auto spPath = MakeInkPath(ink);
+        const auto spPath = MakeInkPath(ink, spBuilder);
         CInkCheck::TFaults faults = check->Find(spPath->GetStream().GetShape(STATE_COMMITTED));
         std::vector<size_t> vFaults = faults.vPoints;
         if (!best.spPath || vFaults.size() < best.faults.vPoints.size()) {
@@ -176,7 +199,8 @@ TFit FitWay(const TInkWay& vDrawn, double dTolerance, std::optional<CInkCheck>& 
             nVain = 0;
         }
         for (size_t& idx : vFaults) idx += nBefore;
-        if (vFaults.empty()) break;
+        if (vFaults.empty() || (bMany && best.faults.nGross == 0)) break;
+        GiveUpTips(ends, vFaults, vWay, dTolerance);
         Tighten(vWay, vFaults, dTolerance);
         Mend(vCurves, vFaults, vWay, dTolerance, nRound);
     }

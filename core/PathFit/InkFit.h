@@ -49,8 +49,9 @@ constexpr double MOST_INK_TOLERANCE = 64;
 TFittedInk FitInk(std::span<const TInkDisc> vLine, double dTolerance);
 
 /// The path of a fitted stroke, updated; without anchors for a stroke without them, and without opacity marks
-/// for one that is opaque.
-boost::shared_ptr<COpenPathObject> MakeInkPath(const TFittedInk& ink);
+/// for one that is opaque. `spBuilder` may have built strokes that are nearly the same.
+boost::shared_ptr<COpenPathObject> MakeInkPath(const TFittedInk& ink,
+                                               const boost::shared_ptr<COutlineBuilder>& spBuilder = {});
 
 /// The path of the stroke that FitInk fits, updated; null for a line of which nothing can be seen.
 boost::shared_ptr<COpenPathObject> FitInkPath(std::span<const TInkDisc> vLine, double dTolerance);

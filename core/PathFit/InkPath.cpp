@@ -25,7 +25,8 @@ bool AddOpacities(COpenPathStream& stream, const std::vector<TFittedMark>& vAlph
     return true;
 }
 
-boost::shared_ptr<COpenPathObject> MakeInkPath(const TFittedInk& ink) {
+boost::shared_ptr<COpenPathObject> MakeInkPath(const TFittedInk& ink,
+                                               const boost::shared_ptr<COutlineBuilder>& spBuilder) {
     const auto spPath = boost::make_shared<COpenPathObject>();
     if (ink.vAnchors.empty()) return spPath;
     COpenPathStream& stream = spPath->GetStream();
@@ -47,6 +48,7 @@ boost::shared_ptr<COpenPathObject> MakeInkPath(const TFittedInk& ink) {
     AddOpacities(stream, ink.vAlphas);
     stream.SetTerm(MakeEnd(ink.begin, true));
     stream.SetTerm(MakeEnd(ink.end, false));
+    stream.UseBuilder(spBuilder);
     spPath->Update();
     return spPath;
 }

@@ -3,6 +3,8 @@
 #include "core/PathObject/PathControlPointBase.h"
 
 #include <algorithm>
+#include <optional>
+#include <utility>
 
 namespace {
 
@@ -11,7 +13,7 @@ constexpr double NEAR = 0.2;    ///< points so near to the one before are no poi
 constexpr double COVERED = 0.1; ///< how far a disc at an end may stand out of the one that covers it
 constexpr double HOOK = 0.7;    ///< the same where the line turns away from it
 constexpr double OFF_CHORD =
-    0.2;                    ///< distance of points that are left out from the line between their neighbours
+    0.14;                   ///< distance of points that are left out from the line between their neighbours
 constexpr double DOT = 0.5; ///< how far the discs of a dot may stand out of its largest
 /// The turn from a hook to the line, as a cosine.
 constexpr double HOOK_TURN = 0.7;
@@ -99,31 +101,40 @@ TInkWay WithoutDwelling(std::span<const TInkDisc> vLine, double dNear) {
     return vWay;
 }
 
-// True when the points between two others can be left out.
-bool IsChord(const TInkWay& vWay, size_t idxFirst, size_t idxLast, double dOff) {
+// How far the points between two others stand off when they are left out; nullopt for more than `dMost`.
+std::optional<double> OffChord(const TInkWay& vWay, size_t idxFirst, size_t idxLast, double dMost) {
     const TWayPoint& first = vWay[idxFirst];
     const TWayPoint& last = vWay[idxLast];
     const TInkVector chord = last.pt - first.pt;
     const double dSquare = Dot(chord, chord);
-    if (dSquare == 0) return false;
+    if (dSquare == 0) return {};
+    double dOff = 0;
     for (size_t i = idxFirst + 1; i < idxLast; ++i) {
         const TInkVector way = vWay[i].pt - first.pt;
         const double t = Dot(way, chord) / dSquare;
-        if (t < 0 || t > 1) return false;
+        if (t < 0 || t > 1) return {};
         const double dOut = LengthOf(way - chord * t);
         const double dHalf = first.dHalf + (last.dHalf - first.dHalf) * t;
-        if (dOut > dOff || std::abs(vWay[i].dHalf - dHalf) > dOff) return false;
+        dOff = std::max(dOff, dOut + std::abs(vWay[i].dHalf - dHalf));
+        if (dOff > dMost) return {};
     }
-    return true;
+    return dOff;
 }
 
-TInkWay Thinned(const TInkWay& vWay, double dOff) {
+TInkWay Thinned(const TInkWay& vWay, double dMost) {
     TInkWay vKept{vWay.front()};
     size_t idxKept = 0;
+    double dLast = 0;
     for (size_t i = 1; i < vWay.size(); ++i) {
         const bool bLast = i + 1 == vWay.size();
-        if (!bLast && i - idxKept < LONGEST_RUN && IsChord(vWay, idxKept, i + 1, dOff)) continue;
+        if (!bLast && i - idxKept < LONGEST_RUN) {
+            if (const auto dNext = OffChord(vWay, idxKept, i + 1, dMost)) {
+                dLast = *dNext;
+                continue;
+            }
+        }
         vKept.push_back(vWay[i]);
+        vKept.back().dOff = std::exchange(dLast, 0);
         idxKept = i;
     }
     return vKept;
@@ -140,8 +151,10 @@ TInkWay Divided(const TInkWay& vWay, double dLeast) {
         const size_t nParts = dParts < MOST_PARTS ? static_cast<size_t>(dParts) + 1 : MOST_PARTS;
         for (size_t n = 1; n < nParts; ++n) {
             const double t = static_cast<double>(n) / static_cast<double>(nParts);
-            vAll.push_back({Mix(from.pt, to.pt, t), from.dHalf + (to.dHalf - from.dHalf) * t,
-                            from.dAlpha + (to.dAlpha - from.dAlpha) * t});
+            TWayPoint& point = vAll.emplace_back(to);
+            point.pt = Mix(from.pt, to.pt, t);
+            point.dHalf = from.dHalf + (to.dHalf - from.dHalf) * t;
+            point.dAlpha = from.dAlpha + (to.dAlpha - from.dAlpha) * t;
         }
         vAll.push_back(to);
     }
@@ -150,28 +163,34 @@ TInkWay Divided(const TInkWay& vWay, double dLeast) {
 
 } // namespace
 
-void MeasureWay(TInkWay& vWay) {
+void MeasureLengths(TInkWay& vWay) {
     double dLength = 0;
     for (size_t i = 0; i < vWay.size(); ++i) {
         if (i > 0) dLength += LengthOf(vWay[i].pt - vWay[i - 1].pt);
         vWay[i].dLength = dLength;
-        vWay[i].dWide = vWay[i].dHalf;
     }
+}
+
+void MeasureWidth(TInkWay& vWay, size_t idx) {
+    TWayPoint& point = vWay[idx];
+    double dSquareWide = point.dHalf * point.dHalf;
     // Beside a place the edge is that of the disc that reaches out farthest there.
-    for (size_t i = 0; i < vWay.size(); ++i) {
-        TWayPoint& point = vWay[i];
-        const auto look = [&](size_t j) {
-            const double dAway = vWay[j].dLength - point.dLength;
-            const double dSquare = vWay[j].dHalf * vWay[j].dHalf - dAway * dAway;
-            if (dSquare > point.dWide * point.dWide) point.dWide = std::sqrt(dSquare);
-            return std::abs(dAway) <= REACH * point.dHalf;
-        };
-        const size_t nStep = 1 + static_cast<size_t>(point.dHalf / LOOKS);
-        for (size_t j = i + nStep; j < vWay.size() && look(j); j += nStep) {
-        }
-        for (size_t j = i; j >= nStep && look(j - nStep); j -= nStep) {
-        }
+    const auto look = [&](size_t j) {
+        const double dAway = vWay[j].dLength - point.dLength;
+        dSquareWide = std::max(dSquareWide, vWay[j].dHalf * vWay[j].dHalf - dAway * dAway);
+        return std::abs(dAway) <= REACH * point.dHalf;
+    };
+    const size_t nStep = 1 + static_cast<size_t>(point.dHalf / LOOKS);
+    for (size_t j = idx + nStep; j < vWay.size() && look(j); j += nStep) {
     }
+    for (size_t j = idx; j >= nStep && look(j - nStep); j -= nStep) {
+    }
+    point.dWide = std::sqrt(dSquareWide);
+}
+
+void MeasureWay(TInkWay& vWay) {
+    MeasureLengths(vWay);
+    for (size_t i = 0; i < vWay.size(); ++i) MeasureWidth(vWay, i);
 }
 
 TInkWay MakeInkWay(std::span<const TInkDisc> vLine, double dTolerance) {

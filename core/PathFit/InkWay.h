@@ -15,6 +15,7 @@ struct TWayPoint {
     double dLength = 0; ///< along the way, from its first point
     double dWide = 0;   ///< the half-width across the way: where discs grow it is more than their radius
     double dShare = 1;  ///< of the tolerance, for the width: less near faults of an outline
+    double dOff = 0;    ///< how far the line's discs that were left out before this point may stand out
 };
 
 using TInkWay = std::vector<TWayPoint>;
@@ -30,3 +31,6 @@ TInkWay MakeInkWay(std::span<const TInkDisc> vLine, double dTolerance);
 
 /// Sets the lengths and the widths across the way anew.
 void MeasureWay(TInkWay& vWay);
+/// The same for the lengths alone, and for the width at a point by the lengths.
+void MeasureLengths(TInkWay& vWay);
+void MeasureWidth(TInkWay& vWay, size_t idx);

@@ -23,6 +23,8 @@ public:
 
     void Update() override;
     void UpdateDrag() override;
+    /// The next Update() takes over what the builder made of an earlier stroke where this one is the same.
+    void UseBuilder(const boost::shared_ptr<COutlineBuilder>& spBuilder) { m_spBuilder = spBuilder; }
     bool IsStorable() const override {
         return IsStorableWidth(m_width[STATE_COMMITTED]) && IsStorableWidth(GetWave().uWidth) &&
                CPathStreamImpl::IsStorable();

@@ -1,0 +1,107 @@
+// The area that a line's discs sweep, its edge, and what a way keeps of the line.
+#include "core/PathFit/InkEdges.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+namespace {
+
+constexpr double TOLERANCE = 2.8;
+
+TInkWay Way(size_t nPoints, const std::function<TWayPoint(double)>& fnAt) {
+    TInkWay vWay;
+    for (size_t n = 0; n < nPoints; ++n) vWay.push_back(fnAt(static_cast<double>(n)));
+    MeasureWay(vWay);
+    return vWay;
+}
+
+// The largest way along a side without a place of the edge, of those in the middle.
+double WidestGap(const std::vector<TInkEdge>& vEdges, const TInkWay& vWay, bool bLeft) {
+    double dGap = 0, dLast = 10;
+    for (const TInkEdge& edge : vEdges) {
+        const double d = vWay[edge.idx].dLength;
+        if (edge.bLeft != bLeft || d < 10 || d > vWay.back().dLength - 10) continue;
+        dGap = std::max(dGap, d - dLast);
+        dLast = d;
+    }
+    return std::max(dGap, vWay.back().dLength - 10 - dLast);
+}
+
+} // namespace
+
+TEST(InkArea, TellsDistancesFromTheDiscs) {
+    // There along y = 0 with half-widths of 5 to 15, and back along y = 100.
+    const TInkWay vWay = Way(42, [](double n) {
+        return n < 21 ? TWayPoint{{n * 10, 0}, 5 + n / 2, 255} : TWayPoint{{410 - n * 10, 100}, 5, 255};
+    });
+    const CInkArea area(vWay, 20);
+    const auto isNear = [&](TInkVector pt, double d) {
+        size_t idxFirst = 0, idxLast = 40;
+        EXPECT_EQ(area.HasNear(pt, d, idxFirst), area.HasNear(pt, d, idxLast));
+        return area.HasNear(pt, d, idxFirst);
+    };
+    EXPECT_TRUE(isNear({100, -14.5}, 5));
+    EXPECT_FALSE(isNear({100, -15.6}, 5));
+    EXPECT_TRUE(isNear({5, 108}, 4));
+    EXPECT_FALSE(isNear({5, 110}, 4));
+    EXPECT_FALSE(isNear({5, 40}, 20));
+    EXPECT_FALSE(isNear({100, 8}, -3));
+    EXPECT_TRUE(isNear({100, 6}, -3));
+    EXPECT_NEAR(area.DepthAt({100, 6}, 0.5).value_or(0), 4, 0.4);
+    EXPECT_NEAR(area.DepthAt({70, 97}, 0.5).value_or(0), 2, 1e-6);
+    EXPECT_FALSE(area.DepthAt({70, 97}, 2.1));
+    EXPECT_EQ(area.NearestEdge({155, 104}), 25U);
+    EXPECT_EQ(area.NearestEdge({155, 14}), 15U);
+}
+
+TEST(InkEdges, FollowBothSidesOfAStaircase) {
+    // Steps of whole path units cover most places beside their inner points.
+    const TInkWay vWay = Way(161, [](double n) {
+        return TWayPoint{{std::ceil(n / 2), std::floor(n / 2)}, 20, 255};
+    });
+    const auto vEdges = FindInkEdges(vWay, CInkArea(vWay, TOLERANCE), TOLERANCE);
+    for (const bool bLeft : {true, false}) EXPECT_LE(WidestGap(vEdges, vWay, bLeft), 2 * TOLERANCE) << bLeft;
+    for (const auto& [pt, idx, bLeft] : vEdges) {
+        if (idx < 20 || idx + 20 > vWay.size()) continue;
+        const double dAside = (pt.y - pt.x + 0.5) / std::sqrt(2.0);
+        EXPECT_NEAR(dAside, bLeft ? 20 : -20, 0.7) << idx;
+    }
+}
+
+TEST(InkEdges, LeadAroundTurnsAndEnds) {
+    const TInkWay vWay = Way(81, [](double n) {
+        return n <= 40 ? TWayPoint{{n * 2, 0}, 16, 255} : TWayPoint{{80, n * 2 - 80}, 16, 255};
+    });
+    const auto vEdges = FindInkEdges(vWay, CInkArea(vWay, TOLERANCE), TOLERANCE);
+    const auto countAt = [&](TInkVector middle, TInkVector outward) {
+        return std::ranges::count_if(vEdges, [&](const TInkEdge& edge) {
+            const TInkVector away = edge.pt - middle;
+            return std::abs(LengthOf(away) - 16) < 0.3 && Dot(away, outward) > 16 * 0.6;
+        });
+    };
+    EXPECT_GE(countAt({80, 0}, {0.7, -0.7}), 5) << "the corner's outer arc";
+    EXPECT_GE(countAt({0, 0}, {-1, 0}), 3);
+    EXPECT_GE(countAt({80, 80}, {0, 1}), 3);
+    for (const TInkEdge& edge : vEdges)
+        EXPECT_FALSE(edge.pt.x < 63 && edge.pt.x > 20 && std::abs(edge.pt.y) < 15) << "inside";
+    // Long steps have places between their points.
+    const TInkWay vLong = Way(11, [](double n) { return TWayPoint{{n * 8, 0}, 6, 255}; });
+    const auto vBeside = FindInkEdges(vLong, CInkArea(vLong, TOLERANCE), TOLERANCE);
+    EXPECT_EQ(1, std::ranges::count_if(vBeside, [](const TInkEdge& edge) {
+                  return edge.bLeft && std::abs(edge.pt.x - 36) < 0.1;
+              }));
+}
+
+TEST(InkWay, PointsTellHowFarTheLineStandsOff) {
+    std::vector<TInkDisc> vLine;
+    for (int n = 0; n <= 10; ++n) vLine.push_back({n * 3.0, 0, 10, 255});
+    vLine[5].y = 0.2;
+    vLine[5].dHalf = 10.1;
+    const TInkWay vWay = MakeInkWay(vLine, TOLERANCE);
+    ASSERT_EQ(vWay.size(), 5U) << "one chord in parts of a half-width";
+    for (size_t n = 1; n < vWay.size(); ++n) EXPECT_NEAR(vWay[n].dOff, 0.3, 1e-9);
+    // More than a part of the tolerance makes a point of its own.
+    vLine[5].y = 0.4;
+    EXPECT_EQ(std::ranges::count(MakeInkWay(vLine, TOLERANCE), 0.4, [](const auto& p) { return p.pt.y; }), 1);
+}
