@@ -11,14 +11,13 @@
 #include <boost/make_shared.hpp>
 
 #include <algorithm>
-#include <array>
 #include <optional>
 
 namespace {
 
 /// The part of the tolerance that the rounding of width and outline takes, in path units.
 constexpr double ROUNDING = 0.5;
-/// Another part, in tolerances.
+/// The part of it that is kept free, as a share.
 constexpr double MARGIN = 0.07;
 /// A half-width may be off by that and this part of itself: thin lines keep their weight.
 constexpr double WIDTH_SHARE = 0.25;
@@ -40,8 +39,8 @@ constexpr size_t MANY_CURVES = 400;
 /// An outline that is off by so many tolerances, and by so many path units, has a spike or a hole.
 constexpr double GROSS = 1.3;
 constexpr double LEAST_GROSS = 5.6;
-/// Tolerances, in path units, that are tried in turn after such an outline; the first is the usual one.
-constexpr std::array OTHERS{2.8, 5.6};
+/// The usual tolerance, in path units, at which such outlines are rarest.
+constexpr double USUAL_TOLERANCE = 2.8;
 
 // The samples of half-widths, or of opacities.
 std::vector<TEaseSample> SamplesOf(const TInkWay& vWay, const std::vector<TCentreCurve>& vCurves,
@@ -212,6 +211,16 @@ TFit FitWay(const TInkWay& vDrawn, double dTolerance, std::optional<CInkCheck>& 
     return best;
 }
 
+// Tolerances that are tried in turn after an outline with a spike or a hole: half as large ones, then the
+// usual one and its double.
+std::vector<double> OthersThan(double dTolerance) {
+    std::vector<double> vOthers;
+    for (double d = dTolerance / 2; d > USUAL_TOLERANCE; d /= 2) vOthers.push_back(d);
+    for (const double d : {USUAL_TOLERANCE, 2 * USUAL_TOLERANCE})
+        if (d != dTolerance) vOthers.push_back(d);
+    return vOthers;
+}
+
 TFit FitLine(std::span<const TInkDisc> vLine, double dTolerance) {
     dTolerance = std::clamp(dTolerance, LEAST_INK_TOLERANCE, MOST_INK_TOLERANCE);
     const TInkWay vDrawn = MakeInkWay(vLine, dTolerance);
@@ -219,10 +228,10 @@ TFit FitLine(std::span<const TInkDisc> vLine, double dTolerance) {
     if (vDrawn.size() == 1) return {MakeDot(vDrawn.front()), {}, {}};
     std::optional<CInkCheck> check, checkOther;
     TFit best = FitWay(vDrawn, dTolerance, check);
-    for (const double dOther : OTHERS) {
+    for (const double dOther : OthersThan(dTolerance)) {
         if (best.faults.nGross == 0) break;
         const TInkWay vWay = MakeInkWay(vLine, dOther);
-        if (dOther == dTolerance || vWay.size() == 1) continue;
+        if (vWay.size() == 1) continue;
         TFit fit = FitWay(vWay, dOther, checkOther);
         fit.faults = check->Find(fit.spPath->GetStream().GetShape(STATE_COMMITTED));
         if (fit.faults.nGross < best.faults.nGross) best = std::move(fit);
