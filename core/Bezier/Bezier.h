@@ -38,7 +38,7 @@ struct CBezier {
     /// The point at a fraction, rounded toward zero. The weights are reduced to 32 bits first, so that
     /// between the ends a coordinate may be one unit too small.
     CPoint PointAt(uint32_t f) const;
-    /// The same by the weights of a fraction other than 0, 1/2 and 1.
+    /// The same by the weights of a fraction, which is neither 0 nor 1.
     CPoint PointAt(const TBezierWeights& weights) const;
     /// The derivative at a fraction, not normalised; at the ends the direction to the next different point.
     /// Raises boost::numeric::bad_numeric_cast when it exceeds 32 bits.

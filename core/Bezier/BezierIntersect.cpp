@@ -68,9 +68,8 @@ TChords ChordsOf(const CBezier& bez) {
     const auto& aWeights = ChordWeights();
     TChords chords;
     auto& [apt, arcGroup, rc] = chords;
-    for (uint32_t k = 0; k < CHORDS; ++k) apt[k] = bez.PointAt(aWeights[k]);
     apt[0] = bez.p0;
-    apt[CHORDS / 2] = bez.PointAt(BEZIER_T_RESOLUTION / 2);
+    for (uint32_t k = 1; k < CHORDS; ++k) apt[k] = bez.PointAt(aWeights[k]);
     apt[CHORDS] = bez.p3;
     for (uint32_t n = 0; n < GROUPS; ++n) {
         arcGroup[n] = BoxOf(&apt[n * GROUP], &apt[(n + 1) * GROUP] + 1);

@@ -27,6 +27,7 @@ private:
     void FindUncovered(CInkOutline& outline, TFaults& faults) const;
     void FindSpikes(const CInkOutline& outline, TFaults& faults) const;
     void FindHoles(const std::vector<TPolyBezier>& vShape, CInkOutline& outline, TFaults& faults) const;
+
     const TInkWay& m_vWay;
     double m_dTolerance;
     double m_dMost;

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <limits>
+#include <utility>
 
 namespace {
 
@@ -17,7 +18,7 @@ constexpr double STAIRCASE = 0.35;
 constexpr double SPACING = 1;
 /// A turn of more radians has an outer edge that is an arc.
 constexpr double TURN = 0.3;
-/// Of directions, in half-widths.
+/// The reach of directions, in half-widths.
 constexpr double REACH = 0.1;
 
 TInkVector DirectionOf(const TWayPoint& from, const TWayPoint& to) { return UnitOf(to.pt - from.pt, {1, 0}); }
@@ -49,8 +50,8 @@ public:
     }
 
 private:
-    // Over about the tolerance: neighbours on whole path units lie in any direction, which turns the edge of
-    // a wide line most.
+    // Directions reach at least so far: neighbours on whole path units lie in any direction, and the wider
+    // the line, the farther its edge turns with it.
     double ReachAt(size_t i) const { return std::max(m_dTolerance, REACH * m_vWay[i].dHalf); }
     const TWayPoint& Before(size_t i) const {
         size_t j = i - 1;

@@ -169,3 +169,51 @@ TEST(Bezier, CrossingsAreTakenFromTheJunction) {
     EXPECT_NEAR(nearX(a, bow), 5960, 12);
     EXPECT_NEAR(nearX(a.Reverse(), bow.Reverse()), 2040, 12);
 }
+
+// All pairs of chords, from the junction on.
+std::optional<TCrossing> FindCrossingByAll(const CBezier& a, const CBezier& b) {
+    constexpr uint32_t PIECES = 16, CHORDS = 50, PIECE = BEZIER_T_RESOLUTION / PIECES;
+    const auto chordsOf = [](CBezier rest) {
+        std::vector<std::vector<CPoint>> vChords;
+        for (uint32_t n = PIECES; n > 0; --n) {
+            const auto [head, tail] = n > 1 ? rest.Split(BEZIER_T_RESOLUTION / n) : std::pair{rest, rest};
+            auto& vPoints = vChords.emplace_back();
+            for (uint32_t k = 0; k <= CHORDS; ++k)
+                vPoints.push_back(head.PointAt(k * BEZIER_T_RESOLUTION / CHORDS));
+            rest = tail;
+        }
+        return vChords;
+    };
+    const auto side = [](CPoint from, CPoint to, CPoint pt) { return Cross(to - from, pt - from); };
+    const auto isApart = [&](CPoint a0, CPoint a1, CPoint b0, CPoint b1) {
+        const int64_t n0 = side(a0, a1, b0), n1 = side(a0, a1, b1);
+        return n0 == n1 || (n0 > 0 && n1 > 0) || (n0 < 0 && n1 < 0);
+    };
+    const auto vA = chordsOf(a), vB = chordsOf(b);
+    for (uint32_t i = PIECES; i-- > 0;)
+        for (uint32_t m = 0; m < PIECES; ++m)
+            for (uint32_t j = CHORDS; j-- > 0;)
+                for (uint32_t n = 0; n < CHORDS; ++n)
+                    if (!isApart(vA[i][j], vA[i][j + 1], vB[m][n], vB[m][n + 1]) &&
+                        !isApart(vB[m][n], vB[m][n + 1], vA[i][j], vA[i][j + 1]))
+                        return TCrossing{i * PIECE + j * PIECE / CHORDS + 40,
+                                         m * PIECE + n * PIECE / CHORDS + 40};
+    return {};
+}
+
+TEST(Bezier, BoxesLeaveOutNoCrossing) {
+    std::array<int, 2> anFound{};
+    for (int n = 0; n < 200; ++n) {
+        // Some meet near the junction, as the sides of a stroke do.
+        const CBezier a = RandomCurve(n % 2 ? 900 : 4000);
+        CBezier b = RandomCurve(n % 2 ? 900 : 4000);
+        if (n % 4 < 2) b.p0 = a.p3 + CPoint{Random(30), Random(30)};
+        const auto found = FindCrossing(a, b), expected = FindCrossingByAll(a, b);
+        ASSERT_EQ(found.has_value(), expected.has_value()) << n;
+        ++anFound[found ? 1 : 0];
+        if (!found) continue;
+        EXPECT_EQ(found->uFirst, expected->uFirst) << n;
+        EXPECT_EQ(found->uSecond, expected->uSecond) << n;
+    }
+    EXPECT_GT(std::min(anFound[0], anFound[1]), 20);
+}

@@ -32,15 +32,17 @@ double WidestGap(const std::vector<TInkEdge>& vEdges, const TInkWay& vWay, bool 
 
 TEST(InkArea, TellsDistancesFromTheDiscs) {
     // There along y = 0 with half-widths of 5 to 15, and back along y = 100.
-    const TInkWay vWay = Way(42, [](double n) {
-        return n < 21 ? TWayPoint{{n * 10, 0}, 5 + n / 2, 255} : TWayPoint{{410 - n * 10, 100}, 5, 255};
+    const TInkWay vWay = Way(202, [](double n) {
+        return n < 101 ? TWayPoint{{n * 2, 0}, 5 + n / 10, 255} : TWayPoint{{402 - n * 2, 100}, 5, 255};
     });
     const CInkArea area(vWay, 20);
     const auto isNear = [&](TInkVector pt, double d) {
-        size_t idxFirst = 0, idxLast = 40;
+        size_t idxFirst = 0, idxLast = 200;
         EXPECT_EQ(area.HasNear(pt, d, idxFirst), area.HasNear(pt, d, idxLast));
         return area.HasNear(pt, d, idxFirst);
     };
+    EXPECT_TRUE(isNear({100, 27}, 18));
+    EXPECT_TRUE(isNear({-18, 0}, 14));
     EXPECT_TRUE(isNear({100, -14.5}, 5));
     EXPECT_FALSE(isNear({100, -15.6}, 5));
     EXPECT_TRUE(isNear({5, 108}, 4));
@@ -48,11 +50,13 @@ TEST(InkArea, TellsDistancesFromTheDiscs) {
     EXPECT_FALSE(isNear({5, 40}, 20));
     EXPECT_FALSE(isNear({100, 8}, -3));
     EXPECT_TRUE(isNear({100, 6}, -3));
-    EXPECT_NEAR(area.DepthAt({100, 6}, 0.5).value_or(0), 4, 0.4);
-    EXPECT_NEAR(area.DepthAt({70, 97}, 0.5).value_or(0), 2, 1e-6);
-    EXPECT_FALSE(area.DepthAt({70, 97}, 2.1));
-    EXPECT_EQ(area.NearestEdge({155, 104}), 25U);
-    EXPECT_EQ(area.NearestEdge({155, 14}), 15U);
+    EXPECT_EQ(area.NearestEdge({155, 106}), 123U);
+    EXPECT_NEAR(static_cast<double>(area.NearestEdge({155, 14})), 77, 1);
+    const TInkWay vLong = Way(3, [](double n) { return TWayPoint{{n * 100, 0}, 5 + n * 10, 255}; });
+    const CInkArea wide(vLong, 0);
+    EXPECT_NEAR(wide.DepthAt({50, 7}, 0.5).value_or(0), 3, 1e-6);
+    EXPECT_NEAR(wide.DepthAt({-3, 0}, 0.5).value_or(0), 2, 1e-6);
+    EXPECT_FALSE(wide.DepthAt({-3, 0}, 2.1));
 }
 
 TEST(InkEdges, FollowBothSidesOfAStaircase) {
@@ -83,8 +87,10 @@ TEST(InkEdges, LeadAroundTurnsAndEnds) {
     EXPECT_GE(countAt({80, 0}, {0.7, -0.7}), 5) << "the corner's outer arc";
     EXPECT_GE(countAt({0, 0}, {-1, 0}), 3);
     EXPECT_GE(countAt({80, 80}, {0, 1}), 3);
-    for (const TInkEdge& edge : vEdges)
+    for (const TInkEdge& edge : vEdges) {
+        EXPECT_TRUE(edge.pt.x > 0 || (edge.bLeft ? edge.pt.y >= 0 : edge.pt.y <= 0));
         EXPECT_FALSE(edge.pt.x < 63 && edge.pt.x > 20 && std::abs(edge.pt.y) < 15) << "inside";
+    }
     // Long steps have places between their points.
     const TInkWay vLong = Way(11, [](double n) { return TWayPoint{{n * 8, 0}, 6, 255}; });
     const auto vBeside = FindInkEdges(vLong, CInkArea(vLong, TOLERANCE), TOLERANCE);

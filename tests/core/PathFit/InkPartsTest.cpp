@@ -169,6 +169,12 @@ TEST(InkCheck, FindsInkThatIsMissingOrTooMuch) {
     EXPECT_TRUE(isFaulty(box(-10, 310, 16)));
     EXPECT_TRUE(isFaulty(box(-10, 310, 4)));
     EXPECT_TRUE(isFaulty(box(-16, 310, 10)));
+    // Beside a point that stands for discs farther out less is allowed.
+    auto vRough = vWay;
+    vRough[2].dOff = 1.5;
+    const CInkCheck strict(vRough, 5);
+    EXPECT_EQ(strict.Find({box(-10, 310, 6)}).vPoints, (std::vector<size_t>{2}));
+    EXPECT_FALSE(isFaulty(box(-10, 310, 6)));
     // A spike, with the whole edge beside it.
     TPolyBezier vSpike{{-10, -10}};
     for (const CPoint pt : {CPoint{310, -10}, CPoint{310, 10}, CPoint{200, 10}, CPoint{200, 40},
