@@ -211,10 +211,10 @@ TFit FitWay(const TInkWay& vDrawn, double dTolerance, std::optional<CInkCheck>& 
     return best;
 }
 
-// Tolerances that are tried in turn after an outline with a spike or a hole: half as large ones, then the
-// usual one and its double.
+// Tolerances that are tried in turn after an outline with a spike or a hole, which come by chance: somewhat
+// smaller ones, half as large ones, then the usual one and its double.
 std::vector<double> OthersThan(double dTolerance) {
-    std::vector<double> vOthers;
+    std::vector<double> vOthers{0.85 * dTolerance, 0.7 * dTolerance};
     for (double d = dTolerance / 2; d > USUAL_TOLERANCE; d /= 2) vOthers.push_back(d);
     for (const double d : {USUAL_TOLERANCE, 2 * USUAL_TOLERANCE})
         if (d != dTolerance) vOthers.push_back(d);
