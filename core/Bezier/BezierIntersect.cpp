@@ -33,6 +33,7 @@ CRect BoxOf(const CPoint* ptBegin, const CPoint* ptEnd) {
     return rc;
 }
 
+// CRect::Union would leave out a box that is a line.
 CRect BothOf(const CRect& a, const CRect& b) {
     return {std::min(a.left, b.left), std::min(a.top, b.top), std::max(a.right, b.right),
             std::max(a.bottom, b.bottom)};

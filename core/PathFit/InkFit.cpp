@@ -167,6 +167,7 @@ struct TFit {
     TFittedInk ink;
     boost::shared_ptr<COpenPathObject> spPath; ///< without the opacities; null where none was built
     CInkCheck::TFaults faults;
+    boost::shared_ptr<COutlineBuilder> spBuilder; ///< has built the path
 };
 
 // `check` gets that of the way.
@@ -193,7 +194,7 @@ TFit FitWay(const TInkWay& vDrawn, double dTolerance, std::optional<CInkCheck>& 
         CInkCheck::TFaults faults = check->Find(spPath->GetStream().GetShape(STATE_COMMITTED));
         std::vector<size_t> vFaults = faults.vPoints;
         if (!best.spPath || vFaults.size() < best.faults.vPoints.size()) {
-            best = {std::move(ink), spPath, std::move(faults)};
+            best = {std::move(ink), spPath, std::move(faults), spBuilder};
             vBest = vCurves;
             nVain = 0;
         }
@@ -225,7 +226,7 @@ TFit FitLine(std::span<const TInkDisc> vLine, double dTolerance) {
     dTolerance = std::clamp(dTolerance, LEAST_INK_TOLERANCE, MOST_INK_TOLERANCE);
     const TInkWay vDrawn = MakeInkWay(vLine, dTolerance);
     if (vDrawn.empty()) return {};
-    if (vDrawn.size() == 1) return {MakeDot(vDrawn.front()), {}, {}};
+    if (vDrawn.size() == 1) return {MakeDot(vDrawn.front()), {}, {}, {}};
     std::optional<CInkCheck> check, checkOther;
     TFit best = FitWay(vDrawn, dTolerance, check);
     for (const double dOther : OthersThan(dTolerance)) {
@@ -249,6 +250,10 @@ boost::shared_ptr<COpenPathObject> FitInkPath(std::span<const TInkDisc> vLine, d
     const TFit fit = FitLine(vLine, dTolerance);
     if (fit.ink.vAnchors.empty()) return {};
     if (!fit.spPath) return MakeInkPath(fit.ink);
-    if (AddOpacities(fit.spPath->GetStream(), fit.ink.vAlphas)) fit.spPath->Update();
+    COpenPathStream& stream = fit.spPath->GetStream();
+    if (AddOpacities(stream, fit.ink.vAlphas)) {
+        stream.UseBuilder(fit.spBuilder);
+        fit.spPath->Update();
+    }
     return fit.spPath;
 }
