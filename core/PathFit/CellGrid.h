@@ -16,6 +16,9 @@ struct TInkBox {
     bool Has(TInkVector pt) const {
         return pt.x >= low.x && pt.x <= high.x && pt.y >= low.y && pt.y <= high.y;
     }
+    bool Meets(const TInkBox& box) const {
+        return box.high.x >= low.x && box.low.x <= high.x && box.high.y >= low.y && box.low.y <= high.y;
+    }
     TInkBox Union(const TInkBox& box) const {
         return {{std::min(low.x, box.low.x), std::min(low.y, box.low.y)},
                 {std::max(high.x, box.high.x), std::max(high.y, box.high.y)}};

@@ -24,8 +24,20 @@ constexpr double SHORTEST = 2;
 /// Curves are not divided into shorter ones than this, nor than this part of the half-width.
 constexpr double SHORTEST_PART = 6;
 constexpr double SHORTEST_WIDTHS = 0.35;
+/// What curves that are fitted again may take, in parts of what they usually may, and the reaches of their
+/// turns.
+constexpr std::array SHARES{1.0, 0.85, 0.7, 0.95, 0.6, 0.8, 0.5};
+constexpr std::array REACHES{1.2, 1.4, 0.75, 2.0, 1.0, 0.6, 1.7};
+/// The directions at a smooth joint differ by no more than this, as a cosine.
+constexpr double SMOOTH = 0.95;
 /// Points of the first curve that is tried.
 constexpr size_t FIRST_STEP = 16;
+
+TCurveEnd BeginOf(const TInkCubic& cubic) {
+    return {cubic.p0, UnitOf(cubic.p1 - cubic.p0, UnitOf(cubic.p3 - cubic.p0, {1, 0}))};
+}
+
+TCurveEnd EndOf(const TInkCubic& cubic) { return BeginOf({cubic.p3, cubic.p2, cubic.p1, cubic.p0}); }
 
 /// The centre line's direction on both sides of a joint, which differ at a corner only, where a turn may lie
 /// between two places.
@@ -39,9 +51,10 @@ struct TJoint {
 // Fits curves to stretches of a way without corners.
 class CStretchFit {
 public:
-    CStretchFit(const TInkWay& vWay, double dTolerance)
+    /// Curves may take `dShare` of what they usually may.
+    CStretchFit(const TInkWay& vWay, double dTolerance, double dShare = 1)
         : m_vWay(vWay), m_fit(vWay), m_dTolerance(dTolerance),
-          m_dCentre(std::max(CENTRE_SHARE * dTolerance, LEAST_TOLERANCE)) {}
+          m_dCentre(std::max(dShare * CENTRE_SHARE * dTolerance, LEAST_TOLERANCE)) {}
 
     // From one corner or end to the next: always the longest curve that stays within the tolerance.
     std::vector<TCentreCurve> FitStretch(const TWayRange& stretch, const TCurveEnd& from,
@@ -79,8 +92,7 @@ public:
         const double dShortest = std::max(SHORTEST_PART, SHORTEST_WIDTHS * m_vWay[idx].dHalf);
         if (LengthOf(middle.pt - cubic.p0) < dShortest || LengthOf(middle.pt - cubic.p3) < dShortest)
             return {};
-        const TCurveEnd from{cubic.p0, UnitOf(cubic.p1 - cubic.p0, middle.direction)};
-        const TCurveEnd to{cubic.p3, UnitOf(cubic.p2 - cubic.p3, -middle.direction)};
+        const TCurveEnd from = BeginOf(cubic), to = EndOf(cubic);
         const TWayRange head{range.idxFirst, idx, range.dFreeFirst, 0};
         const TWayRange tail{idx, range.idxLast, 0, range.dFreeLast};
         return std::array{TCentreCurve{Best(head, from, {middle.pt, -middle.direction}), head},
@@ -149,12 +161,12 @@ TJoint EndJoint(const TInkWay& vWay, double dTolerance, size_t idx, size_t idxFi
 }
 
 TJoint CornerJoint(const TInkWay& vWay, double dTolerance, size_t idx, size_t idxFirst, size_t idxLast,
-                   size_t nBuilds) {
+                   size_t nBuilds, double dReaches = 1) {
     const TInkCorner corner{vWay[idx].pt, TangentAt(vWay, idx, idxFirst, idx, dTolerance).direction,
                             TangentAt(vWay, idx, idx, idxLast, dTolerance).direction, vWay[idx].dHalf};
     if (IsMitreEnough(corner, MITRE_SHARE * dTolerance))
         return {{Nearest(corner.pt), -corner.in}, {Nearest(corner.pt), corner.out}};
-    const double dReach = TurnReach(corner, dTolerance);
+    const double dReach = dReaches * TurnReach(corner, dTolerance);
     const TInkCubic turn = TurnAt(corner, dReach, TURN_SHARE * dTolerance, nBuilds);
     return {{turn.p0, -corner.in}, {turn.p3, corner.out}, 2 * dReach, turn};
 }
@@ -188,9 +200,42 @@ std::vector<TCentreCurve> FitCentre(const TInkWay& vWay, double dTolerance, size
     return vCurves;
 }
 
-void DivideCurve(std::vector<TCentreCurve>& vCurves, size_t idx, const TInkWay& vWay, double dTolerance) {
-    const auto halves = CStretchFit(vWay, dTolerance).Divide(vCurves[idx]);
-    if (!halves) return;
-    vCurves[idx] = (*halves)[0];
-    vCurves.insert(vCurves.begin() + static_cast<std::ptrdiff_t>(idx) + 1, (*halves)[1]);
+std::optional<std::array<TCentreCurve, 2>> DivideCurve(const TCentreCurve& curve, const TInkWay& vWay,
+                                                       double dTolerance) {
+    return CStretchFit(vWay, dTolerance).Divide(curve);
+}
+
+std::vector<TCentreCurve> RefitCurves(std::span<const TCentreCurve> vCurves, const TInkWay& vWay,
+                                      double dTolerance, int nTry) {
+    const auto nVariant = static_cast<size_t>(nTry) % SHARES.size();
+    CStretchFit fit(vWay, dTolerance, SHARES[nVariant]);
+    std::vector<TCentreCurve> vNew;
+    TCurveEnd begin = BeginOf(vCurves.front().cubic);
+    TWayRange stretch = vCurves.front().range;
+    const auto endStretch = [&](const TCurveEnd& end, const TWayRange& next) {
+        const auto vFitted = fit.FitStretch(stretch, begin, end);
+        vNew.insert(vNew.end(), vFitted.begin(), vFitted.end());
+        stretch = next;
+    };
+    for (size_t n = 0; n < vCurves.size(); ++n) {
+        const TCentreCurve& curve = vCurves[n];
+        if (curve.IsTurn()) continue;
+        const size_t idx = stretch.idxLast = curve.range.idxLast;
+        stretch.dFreeLast = curve.range.dFreeLast;
+        const TCurveEnd end = EndOf(curve.cubic);
+        if (n + 1 == vCurves.size()) {
+            endStretch(end, {});
+        } else if (const TCentreCurve& next = vCurves[n + 1]; next.IsTurn()) {
+            const TJoint joint = CornerJoint(vWay, dTolerance, idx, stretch.idxFirst,
+                                             vCurves[n + 2].range.idxLast, BUILDS_OF_TURN, REACHES[nVariant]);
+            stretch.dFreeLast = joint.dFree;
+            endStretch(joint.in, {idx, idx, joint.dFree});
+            if (joint.turn) vNew.push_back({*joint.turn, {idx, idx}});
+            begin = joint.out;
+        } else if (const TCurveEnd out = BeginOf(next.cubic); Dot(end.direction, -out.direction) < SMOOTH) {
+            endStretch(end, {idx, idx, next.range.dFreeFirst});
+            begin = out;
+        }
+    }
+    return vNew;
 }

@@ -17,6 +17,8 @@ struct TInkCubic {
     TInkVector At(double t) const;
     /// The first derivative.
     TInkVector SlopeAt(double t) const;
+
+    friend bool operator==(const TInkCubic&, const TInkCubic&) = default;
 };
 
 /// A cubic curve by the powers of its parameter, quick to evaluate at many places.
@@ -71,6 +73,8 @@ struct TWayRange {
     /// Points nearer than this to an end of the curve need not lie beside it, as at a corner.
     double dFreeFirst = 0;
     double dFreeLast = 0;
+
+    friend bool operator==(const TWayRange&, const TWayRange&) = default;
 };
 
 /// A curve's parameter beside a point of the way, and their distance.

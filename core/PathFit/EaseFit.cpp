@@ -17,6 +17,10 @@ constexpr int MOST_FAILURES = 24;
 constexpr int SPREAD = 1;
 /// The cost of a mark that leaves values outside their tolerances.
 constexpr double BAD = 1000;
+/// No mark leads on from a value that takes so many more than another one at its place.
+constexpr double WORTH = 0.9;
+
+constexpr std::optional<uint32_t> NOT_FIXED;
 
 enum class EShape { Level, Sharp, Ease };
 
@@ -84,9 +88,14 @@ public:
         AddNodes();
         const auto shapeOf = [](bool bSharp) { return bSharp ? EShape::Sharp : EShape::Level; };
         const size_t idxLast = m_vSamples.size() - 1;
-        LeadFrom(shapeOf(m_ends.bSharpBegin));
+        if (m_ends.fixedBegin)
+            Offer(SPREAD, NONE, 0);
+        else
+            LeadFrom(shapeOf(m_ends.bSharpBegin));
         for (size_t n = 0; n + 1 < m_vPlaces.size(); ++n)
-            for (size_t v = 0; v < VALUES; ++v) EaseFrom(n, v);
+            for (size_t v = 0; v < VALUES; ++v)
+                if (m_vNodes[n * VALUES + v].dCost < CheapestAt(n) + WORTH) EaseFrom(n, v);
+        if (m_ends.fixedEnd) return MarksTo((m_vPlaces.size() - 1) * VALUES + SPREAD);
         size_t nBest = (m_vPlaces.size() - 1) * VALUES;
         double dBest = std::numeric_limits<double>::max();
         for (size_t n = m_vPlaces.size(), nFailures = 0; n-- > 0 && nFailures < MOST_FAILURES;) {
@@ -115,13 +124,18 @@ private:
     };
 
     void AddNodes() {
-        for (const size_t idx : m_vPlaces)
+        for (const size_t idx : m_vPlaces) {
+            const TEaseSample& sample = m_vSamples[idx];
+            const auto& fixed = idx == 0                       ? m_ends.fixedBegin
+                                : idx + 1 == m_vSamples.size() ? m_ends.fixedEnd
+                                                               : NOT_FIXED;
+            const double dOwn = fixed ? *fixed : Nearest(sample.dValue);
             for (int n = -SPREAD; n <= SPREAD; ++n) {
-                const TEaseSample& sample = m_vSamples[idx];
-                const double dValue = std::max(Nearest(sample.dValue) + n, 0.0);
+                const double dValue = std::max(dOwn + n, 0.0);
                 m_vNodes.push_back(
                     {dValue, 0.01 * std::abs(dValue - sample.dValue) / (sample.dTolerance + 1)});
             }
+        }
     }
 
     // Of a place's values those that meet all samples between it and another place with a value.
@@ -187,6 +201,10 @@ private:
         }
     }
 
+    double CheapestAt(size_t n) const {
+        const TNode* pNodes = &m_vNodes[n * VALUES];
+        return std::min({pNodes[0].dCost, pNodes[1].dCost, pNodes[2].dCost});
+    }
     void EaseFrom(size_t nFrom, size_t nValue) {
         const size_t nNode = nFrom * VALUES + nValue;
         const TNode node = m_vNodes[nNode];

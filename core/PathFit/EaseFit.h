@@ -3,6 +3,8 @@
 
 #include "core/PathFit/InkFit.h"
 
+#include <optional>
+
 /// A value of the line, at a place where a mark may be set.
 struct TEaseSample {
     uint32_t t;
@@ -12,10 +14,12 @@ struct TEaseSample {
 };
 
 /// How values lead from an end to its first mark: they are the mark's, or rise from 0 as the half-widths of a
-/// sharp end.
+/// sharp end. Where an end has a mark already, its value is given.
 struct TEaseEnds {
     bool bSharpBegin = false;
     bool bSharpEnd = false;
+    std::optional<uint32_t> fixedBegin{};
+    std::optional<uint32_t> fixedEnd{};
 };
 
 /// Marks of whole values, sorted, at least one; the values between them stay within the tolerances as far as

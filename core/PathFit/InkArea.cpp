@@ -8,6 +8,10 @@ namespace {
 /// Stretches of a block: a place is looked for in blocks first.
 constexpr size_t BLOCK = 8;
 constexpr double LEAST_CELL = 8;
+/// The way on both sides of a block belongs to its surroundings so far, in half-widths, unless it bends by
+/// more, as a cosine.
+constexpr double ALONE = 6;
+constexpr double MOST_BEND = 0.3;
 
 double DistanceFromLine(TInkVector from, TInkVector to, TInkVector pt) {
     const TInkVector way = to - from;
@@ -76,7 +80,37 @@ CInkArea::CInkArea(const TInkWay& vWay, double dMost) : m_grid(BoxesOf(vWay, dMo
             dReach = std::max(dReach, vWay[i].dHalf + DistanceFromLine(from, to, vWay[i].pt));
         m_vBlocks.push_back(StretchOf(from, to, dReach, 0));
     });
+    FindAlone(vWay, dMost);
 }
+
+void CInkArea::FindAlone(const TInkWay& vWay, double dMost) {
+    const std::vector<TInkBox> vBoxes = BoxesOf(vWay, dMost);
+    double dLargest = LEAST_CELL;
+    for (const TInkBox& box : vBoxes)
+        dLargest = std::max({dLargest, box.high.x - box.low.x, box.high.y - box.low.y});
+    const CCellGrid grid(vBoxes, dLargest);
+    const auto lengthAt = [&](size_t nBlock) {
+        return vWay[std::min(nBlock * BLOCK, vWay.size() - 1)].dLength;
+    };
+    const auto isBent = [&](size_t n, size_t m) {
+        const TInkVector a = m_vBlocks[n].way, b = m_vBlocks[m].way;
+        return Dot(a, b) < MOST_BEND * LengthOf(a) * LengthOf(b);
+    };
+    m_vAlone.resize(vBoxes.size());
+    for (size_t n = 0; n < vBoxes.size(); ++n) {
+        const double dReach = ALONE * (m_vBlocks[n].dHalf + dMost);
+        size_t nFirst = n, nEnd = n + 1;
+        bool bAlone = true;
+        while (bAlone && nFirst > 0 && lengthAt(n) - lengthAt(nFirst) < dReach) bAlone = !isBent(n, --nFirst);
+        while (bAlone && nEnd < vBoxes.size() && lengthAt(nEnd) - lengthAt(n + 1) < dReach)
+            bAlone = !isBent(n, nEnd++);
+        m_vAlone[n] = bAlone && !grid.Visit(vBoxes[n], [&](size_t m) {
+            return (m < nFirst || m >= nEnd) && vBoxes[m].Meets(vBoxes[n]);
+        });
+    }
+}
+
+bool CInkArea::IsAlone(size_t idx) const { return m_vAlone[std::min(idx / BLOCK, m_vAlone.size() - 1)]; }
 
 template <class Visitor>
 bool CInkArea::VisitNear(TInkVector pt, double d, Visitor visit) const {

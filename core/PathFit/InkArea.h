@@ -20,6 +20,9 @@ public:
     std::optional<double> DepthAt(TInkVector pt, double dLeast) const;
     /// The number of the stretch whose edge is nearest.
     size_t NearestEdge(TInkVector pt) const;
+    /// True when the way comes nowhere else near a point of it, as neither a crossing line nor a tight bend
+    /// does: only the discs around the point may cover its surroundings.
+    bool IsAlone(size_t idx) const;
 
 private:
     // From one point of the way to the next.
@@ -37,7 +40,10 @@ private:
     template <class Visitor>
     bool VisitNear(TInkVector pt, double d, Visitor visit) const;
 
+    void FindAlone(const TInkWay& vWay, double dMost);
+
     std::vector<TStretch> m_vStretches;
+    std::vector<bool> m_vAlone;      ///< by blocks
     std::vector<TStretch> m_vBlocks; ///< each around BLOCK stretches
     CCellGrid m_grid;                ///< of the blocks
 };

@@ -11,6 +11,10 @@ namespace {
 
 /// Of the chords that stand for an outline's curve, in tolerances.
 constexpr double FLATNESS = 0.05;
+/// Places of its sides are looked at no farther from each other than this, in tolerances, but in addition to
+/// the ends of its lines no more than about so many.
+constexpr double STEP = 4;
+constexpr double MOST_PLACES = 4000;
 constexpr double LEAST_CELL = 8;
 /// The outlines of scribbles are not searched for holes.
 constexpr size_t MOST_LINES = 16000;
@@ -34,13 +38,27 @@ void CInkCheck::FindUncovered(CInkOutline& outline, TFaults& faults) const {
 void CInkCheck::FindSpikes(const CInkOutline& outline, TFaults& faults) const {
     bool bOut = false, bGross = false;
     size_t idxFound = 0;
-    for (const auto& [from, to] : outline.GetLines()) {
+    const auto check = [&](TInkVector from, TInkVector to) {
         const bool bWasOut =
             std::exchange(bOut, !m_area.HasNear(to, (1 - FLATNESS) * m_dTolerance, idxFound));
         const bool bWasGross = std::exchange(bGross, bOut && !m_area.HasNear(to, m_dMost, idxFound));
         // A spike counts where it begins: its tip may be near another part of the way.
         if (bOut && !bWasOut) faults.vPoints.push_back(m_area.NearestEdge(from));
         if (bGross && !bWasGross) ++faults.nGross;
+    };
+    // Straight sides may be long.
+    double dAll = 0;
+    for (const auto& [from, to] : outline.GetLines()) dAll += LengthOf(to - from);
+    const double dStep = std::max(STEP * m_dTolerance, dAll / MOST_PLACES);
+    for (const auto& [from, to] : outline.GetLines()) {
+        const double dParts = LengthOf(to - from) / dStep;
+        TInkVector last = from;
+        for (int n = 1; n < dParts; ++n) {
+            const TInkVector next = Mix(from, to, n / dParts);
+            check(last, next);
+            last = next;
+        }
+        check(last, to);
     }
 }
 

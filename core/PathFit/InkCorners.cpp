@@ -8,11 +8,12 @@
 namespace {
 
 constexpr double CORNER_REACH = 1.5;   ///< of the directions at a corner, in tolerances
+constexpr double CORNER_WIDTHS = 0.15; ///< the same, in half-widths
 constexpr double LEAST_REACH = 4;      ///< path units: nearer places are too coarse for directions
 constexpr double CORNER_COSINE = 0.45; ///< of the least turn
 constexpr double LARGEST_WINDOW = 24;  ///< to each side, in tolerances
 constexpr double SMALLEST_WINDOW = 1.5;
-constexpr double OFF_PARABOLA = 0.3; ///< tolerances
+constexpr double OFF_PARABOLA = 0.5; ///< tolerances
 
 // The way's unit directions to a point and from it.
 struct TTurn {
@@ -122,13 +123,16 @@ private:
 } // namespace
 
 std::vector<size_t> FindCorners(const TInkWay& vWay, double dTolerance) {
-    const double dReach = std::max(CORNER_REACH * dTolerance, LEAST_REACH);
+    const auto reachAt = [&](size_t i) {
+        return std::max({CORNER_REACH * dTolerance, LEAST_REACH, CORNER_WIDTHS * vWay[i].dHalf});
+    };
     std::vector<size_t> vCorners;
     CCornerPoints points;
     const auto endCorner = [&] {
         if (!points.IsEmpty()) vCorners.push_back(std::exchange(points, {}).GetTip(vWay));
     };
     for (size_t i = 1; i + 1 < vWay.size(); ++i) {
+        const double dReach = reachAt(i);
         const auto turn = TurnAt(vWay, i, dReach);
         if (!turn || turn->GetCosine() > CORNER_COSINE) continue;
         if (!points.IsEmpty() && vWay[i].dLength - vWay[points.GetFirst()].dLength > 2 * dReach) endCorner();

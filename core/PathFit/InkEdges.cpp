@@ -15,20 +15,13 @@ constexpr double INSIDE = 0.1;
 /// is looked for outside of it.
 constexpr double STAIRCASE = 0.35;
 /// Places nearer to each other, in tolerances, tell nothing new.
-constexpr double SPACING = 1;
+constexpr double SPACING = 0.7;
 /// A turn of more radians has an outer edge that is an arc.
 constexpr double TURN = 0.3;
 /// The reach of directions, in half-widths.
 constexpr double REACH = 0.1;
 
 TInkVector DirectionOf(const TWayPoint& from, const TWayPoint& to) { return UnitOf(to.pt - from.pt, {1, 0}); }
-
-// The edge touches growing discs farther back.
-double SlopeOf(const TWayPoint& from, const TWayPoint& to) {
-    constexpr double MOST_SLOPE = 0.95;
-    const double dLength = to.dLength - from.dLength;
-    return dLength > 0 ? std::clamp((to.dHalf - from.dHalf) / dLength, -MOST_SLOPE, MOST_SLOPE) : 0;
-}
 
 // The edge on one side of a way.
 class CInkSide {
@@ -74,40 +67,47 @@ private:
         m_vEdges.push_back({pt, idx, m_bLeft});
         return true;
     }
-    // Beside a disc; `normal` leads to the left of the way.
-    bool AddBeside(size_t idx, TInkVector ptDisc, double dHalf, TInkVector normal, double dSlope) {
-        const TInkVector out = m_bLeft ? normal : -normal;
-        const TInkVector pt = ptDisc + out * (dHalf * std::sqrt(1 - dSlope * dSlope)) +
-                              Perpendicular(normal) * (dHalf * dSlope);
-        return Add(pt, idx, out);
+    TInkVector OutOf(const TWayPoint& point) const { return m_bLeft ? point.left : -point.left; }
+    TInkVector EdgeOf(const TWayPoint& point) const {
+        return point.pt + OutOf(point) * (m_bLeft ? point.dLeft : point.dRight);
     }
+    bool IsSure(size_t i) const { return m_vWay[i].bSure && m_area.IsAlone(i); }
     // Of the way to a point, where it is long.
     void AddMiddle(size_t i) {
         const TWayPoint& point = m_vWay[i];
         const TWayPoint& last = m_vWay[i - 1];
         if (point.dLength - last.dLength <= SPACING * m_dTolerance) return;
-        const TWayPoint& before = Before(i);
-        AddBeside(i, Mix(last.pt, point.pt, 0.5), (last.dHalf + point.dHalf) / 2,
-                  Perpendicular(DirectionOf(before, point)), SlopeOf(before, point));
+        const TInkVector pt = Mix(EdgeOf(last), EdgeOf(point), 0.5);
+        if (IsSure(i - 1) && IsSure(i))
+            m_vEdges.push_back({pt, i, m_bLeft});
+        else
+            Add(pt, i, OutOf(point));
     }
     void AddPoint(size_t i) {
         const TWayPoint& point = m_vWay[i];
         if (point.dLength - m_dLast < SPACING * m_dTolerance) return;
-        const TWayPoint& before = Before(i);
-        const TWayPoint& behind = Behind(i);
-        const TInkVector direction = DirectionOf(before, point);
-        const TInkVector normal = Perpendicular(direction), next = Perpendicular(DirectionOf(point, behind));
-        const TInkVector middle = UnitOf(normal + next, direction);
+        if (IsSure(i)) {
+            m_dLast = point.dLength;
+            m_vEdges.push_back({EdgeOf(point), i, m_bLeft});
+            return;
+        }
+        const TInkVector direction = DirectionOf(Before(i), point);
+        const TInkVector normal = Perpendicular(direction),
+                         next = Perpendicular(DirectionOf(point, Behind(i)));
         // The outer edge of a turn is an arc.
         const double dTurn = LengthOf(next - normal), dArc = dTurn * point.dHalf / (SPACING * m_dTolerance);
         const bool bOuter = m_bLeft == (Cross(normal, next) < 0);
         const bool bArc = bOuter && dTurn > TURN && dArc > 1;
-        if (AddBeside(i, point.pt, point.dHalf, middle, SlopeOf(before, behind)) || bArc)
-            m_dLast = point.dLength;
+        if (Add(EdgeOf(point), i, OutOf(point)) || bArc) m_dLast = point.dLength;
         if (!bArc) return;
+        const TInkVector middle = UnitOf(normal + next, direction);
+        const auto add = [&](TInkVector left) {
+            const TInkVector out = m_bLeft ? left : -left;
+            Add(point.pt + out * point.dHalf, i, out);
+        };
         for (const TInkVector side : {normal, next}) {
-            AddBeside(i, point.pt, point.dHalf, side, 0);
-            if (dArc > 2) AddBeside(i, point.pt, point.dHalf, UnitOf(middle + side, direction), 0);
+            add(side);
+            if (dArc > 2) add(UnitOf(middle + side, direction));
         }
     }
     // Half of it: the other side has the other half.

@@ -22,7 +22,7 @@ bool IsTapering(const TInkWay& vWay, bool bBegin, double dTolerance) {
     return dEnd <= TAPER_TOLERANCE * dTolerance && dEnd <= TAPER_SHARE * dMost;
 }
 
-void ExtendTapers(TInkWay& vWay, bool bBegin, bool bEnd) {
+void ExtendTapers(TInkWay& vWay, bool bBegin, bool bEnd, double dTolerance) {
     const auto tip = [](const TWayPoint& end, const TWayPoint& before) {
         const TInkVector outward = UnitOf(end.pt - before.pt, {});
         return TWayPoint{end.pt + outward * (TAPER_REACH * end.dHalf), 0, end.dAlpha};
@@ -31,8 +31,8 @@ void ExtendTapers(TInkWay& vWay, bool bBegin, bool bEnd) {
     if (bEnd && vWay.back().dHalf >= LEAST) vWay.push_back(tip(vWay.back(), vWay[vWay.size() - 2]));
     if (bBegin && vWay.front().dHalf >= LEAST) vWay.insert(vWay.begin(), tip(vWay[0], vWay[1]));
     MeasureLengths(vWay);
-    MeasureWidth(vWay, 0);
-    MeasureWidth(vWay, vWay.size() - 1);
+    MeasureSides(vWay, 0, dTolerance);
+    MeasureSides(vWay, vWay.size() - 1, dTolerance);
 }
 
 uint32_t GrowOf(const TWayPoint& disc, TInkVector ptAnchor, TInkVector outward, uint32_t uWidth) {

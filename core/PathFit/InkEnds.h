@@ -8,7 +8,7 @@
 bool IsTapering(const TInkWay& vWay, bool bBegin, double dTolerance);
 
 /// Lengthens a way to the points in which tapering ends meet the edge of their last disc, nearly.
-void ExtendTapers(TInkWay& vWay, bool bBegin, bool bEnd);
+void ExtendTapers(TInkWay& vWay, bool bBegin, bool bEnd, double dTolerance);
 
 /// The multiple of the half-width `uWidth` by which a round end protrudes so that it meets the disc best.
 /// `ptAnchor` is the path's end, `outward` its direction out of the stroke.

@@ -1,39 +1,30 @@
 #include "core/PathFit/InkFit.h"
 
 #include "core/Base/Parallel.h"
-#include "core/PathFit/CentreFit.h"
-#include "core/PathFit/EaseFit.h"
 #include "core/PathFit/InkCheck.h"
 #include "core/PathFit/InkEnds.h"
-#include "core/PathFit/InkTurn.h"
+#include "core/PathFit/InkMarks.h"
+#include "core/PathFit/InkMend.h"
 #include "core/PathOutline/OutlineBuilder.h"
 
 #include <boost/make_shared.hpp>
 
 #include <algorithm>
 #include <optional>
+#include <tuple>
 
 namespace {
 
-/// The part of the tolerance that the rounding of width and outline takes, in path units.
-constexpr double ROUNDING = 0.5;
-/// The part of it that is kept free, as a share.
-constexpr double MARGIN = 0.07;
-/// A half-width may be off by that and this part of itself: thin lines keep their weight.
-constexpr double WIDTH_SHARE = 0.25;
-constexpr double ALPHA_TOLERANCE = 3;
-/// Marks so near to an anchor, in path units, stand on it.
-constexpr double SNAP = 2;
-/// The reach of a turn, in tolerances.
-constexpr double TURN = 2;
-constexpr int MOST_ROUNDS = 5;
+constexpr int MOST_ROUNDS = 12;
+/// Outlines with more faults than this, as of scribbles, get few rounds and no other tolerances: neither
+/// helps them much.
+constexpr int FEW_ROUNDS = 3;
+constexpr size_t FEW_FAULTS = 24;
 /// The length of a sharp end's tip, in tolerances.
 constexpr double TIP = 4;
 /// So near to a fault, in tolerances, widths get closer, to this part of what they were off by.
 constexpr double TIGHT_REACH = 4;
 constexpr double TIGHT_SHARE = 0.6;
-/// The search ends so many rounds after its best outline.
-constexpr int MOST_VAIN = 3;
 /// With so many curves, as of a scribble, the first outline has to do unless it is far off.
 constexpr size_t MANY_CURVES = 400;
 /// An outline that is off by so many tolerances, and by so many path units, has a spike or a hole.
@@ -41,40 +32,6 @@ constexpr double GROSS = 1.3;
 constexpr double LEAST_GROSS = 5.6;
 /// The usual tolerance, in path units, at which such outlines are rarest.
 constexpr double USUAL_TOLERANCE = 2.8;
-
-// The samples of half-widths, or of opacities.
-std::vector<TEaseSample> SamplesOf(const TInkWay& vWay, const std::vector<TCentreCurve>& vCurves,
-                                   double dTolerance, bool bAlpha) {
-    std::vector<TEaseSample> vSamples;
-    vSamples.reserve(vWay.size());
-    double dBegin = 0, dLast = 0;
-    for (size_t n = 0; n < vCurves.size(); ++n) {
-        const auto& [cubic, range] = vCurves[n];
-        CCurvePlaces places(cubic, vWay, range);
-        const CCurveLength& length = places.GetLength();
-        const size_t idxEnd = range.idxFirst < range.idxLast ? range.idxLast : 0;
-        for (size_t i = range.idxFirst + (n == 0 ? 0 : 1); i <= idxEnd; ++i) {
-            const TWayPoint& point = vWay[i];
-            // Between anchors places nearer to each other tell nothing new.
-            const bool bInside = i > range.idxFirst && i < range.idxLast;
-            if (bInside && point.dLength - dLast < dTolerance) continue;
-            dLast = point.dLength;
-            const auto [tPlace, dError] = places.Next(i);
-            double dLength = length.At(tPlace), t = tPlace;
-            if (i == range.idxFirst || dLength < SNAP) dLength = t = 0;
-            if (i == range.idxLast || dLength > length.All() - SNAP) dLength = length.All(), t = 1;
-            const double dOff =
-                point.dShare * std::min((1 - MARGIN) * dTolerance - ROUNDING - point.dOff - dError,
-                                        ROUNDING + WIDTH_SHARE * point.dHalf);
-            vSamples.push_back({static_cast<uint32_t>(n) * BEZIER_T_RESOLUTION +
-                                    static_cast<uint32_t>(t * BEZIER_T_RESOLUTION),
-                                dBegin + dLength, bAlpha ? point.dAlpha : point.dWide,
-                                bAlpha ? ALPHA_TOLERANCE : std::max(dOff, ROUNDING)});
-        }
-        dBegin += length.All();
-    }
-    return vSamples;
-}
 
 std::vector<TFittedAnchor> AnchorsOf(const std::vector<TCentreCurve>& vCurves) {
     std::vector<TFittedAnchor> vAnchors{{ToPoint(vCurves.front().cubic.p0), {}, {}}};
@@ -86,11 +43,11 @@ std::vector<TFittedAnchor> AnchorsOf(const std::vector<TCentreCurve>& vCurves) {
     return vAnchors;
 }
 
-TFittedInk Assemble(const TInkWay& vWay, const TInkWay& vDrawn, const std::vector<TCentreCurve>& vCurves,
-                    TEaseEnds ends, double dTolerance) {
+TFittedInk Assemble(const TInkWay& vDrawn, const std::vector<TCentreCurve>& vCurves,
+                    const std::vector<TFittedMark>& vWidths, TEaseEnds ends) {
     TFittedInk ink;
     ink.vAnchors = AnchorsOf(vCurves);
-    ink.vWidths = FitEase(SamplesOf(vWay, vCurves, dTolerance, false), ends);
+    ink.vWidths = vWidths;
     for (const TFittedMark& mark : ink.vWidths) ink.uWidth = std::max(ink.uWidth, mark.uValue);
     const auto outward = [&](bool bBegin) {
         const TInkCubic& cubic = bBegin ? vCurves.front().cubic : vCurves.back().cubic;
@@ -106,9 +63,8 @@ TFittedInk Assemble(const TInkWay& vWay, const TInkWay& vDrawn, const std::vecto
     ink.begin = endOf(true, ends.bSharpBegin);
     ink.end = endOf(false, ends.bSharpEnd);
     // Without marks the width stands in the path's middle, where it would divide a turn.
-    const auto isTurn = [](const TCentreCurve& curve) { return curve.range.idxFirst == curve.range.idxLast; };
     if (ink.vWidths.size() == 1 && !ends.bSharpBegin && !ends.bSharpEnd &&
-        std::none_of(vCurves.begin(), vCurves.end(), isTurn))
+        std::ranges::none_of(vCurves, &TCentreCurve::IsTurn))
         ink.vWidths.clear();
     return ink;
 }
@@ -139,30 +95,6 @@ void Tighten(TInkWay& vWay, const std::vector<size_t>& vFaults, double dToleranc
     }
 }
 
-// Changes the curves near the faults.
-void Mend(std::vector<TCentreCurve>& vCurves, const std::vector<size_t>& vAll, const TInkWay& vWay,
-          double dTolerance, int nRound) {
-    // A turn is bent a little otherwise each time; the curves beside it are not to blame.
-    std::vector<size_t> vFaults = vAll;
-    for (TCentreCurve& curve : vCurves) {
-        if (curve.range.idxFirst != curve.range.idxLast) continue;
-        const TWayPoint& corner = vWay[curve.range.idxFirst];
-        const size_t nBefore = vFaults.size();
-        std::erase_if(vFaults, [&](size_t idx) {
-            return std::abs(vWay[idx].dLength - corner.dLength) < TURN * dTolerance + corner.dHalf / 2;
-        });
-        if (vFaults.size() == nBefore) continue;
-        curve.cubic = BentTurn(curve.cubic, nRound);
-    }
-    std::vector<size_t> vHit;
-    for (size_t n = 0; n < vCurves.size(); ++n) {
-        const TWayRange& range = vCurves[n].range;
-        const auto it = std::lower_bound(vFaults.begin(), vFaults.end(), range.idxFirst);
-        if (it != vFaults.end() && *it <= range.idxLast) vHit.push_back(n);
-    }
-    for (size_t i = vHit.size(); i-- > 0;) DivideCurve(vCurves, vHit[i], vWay, dTolerance);
-}
-
 struct TFit {
     TFittedInk ink;
     boost::shared_ptr<COpenPathObject> spPath; ///< without the opacities; null where none was built
@@ -174,13 +106,14 @@ struct TFit {
 TFit FitWay(const TInkWay& vDrawn, double dTolerance, std::optional<CInkCheck>& check) {
     TEaseEnds ends{IsTapering(vDrawn, true, dTolerance), IsTapering(vDrawn, false, dTolerance)};
     TInkWay vWay = vDrawn;
-    ExtendTapers(vWay, ends.bSharpBegin, ends.bSharpEnd);
+    ExtendTapers(vWay, ends.bSharpBegin, ends.bSharpEnd, dTolerance);
     std::vector<TCentreCurve> vCurves;
     const size_t nThreads = vWay.size() < POINTS_FOR_THREADS ? 1 : AvailableThreads();
     ForEachIndex(2, nThreads, [&](size_t n) {
-        if (n == 0)
+        if (n == 0) {
+            MoveToMiddle(vWay);
             vCurves = FitCentre(vWay, dTolerance, nThreads);
-        else
+        } else
             check.emplace(vDrawn, dTolerance, std::max(GROSS * dTolerance, LEAST_GROSS));
     });
     const size_t nBefore = vWay.size() > vDrawn.size() && ends.bSharpBegin && vWay.front().dHalf == 0 ? 1 : 0;
@@ -188,27 +121,28 @@ TFit FitWay(const TInkWay& vDrawn, double dTolerance, std::optional<CInkCheck>& 
     std::vector<TCentreCurve> vBest;
     const auto spBuilder = boost::make_shared<COutlineBuilder>();
     const bool bMany = vCurves.size() > MANY_CURVES;
-    for (int nRound = 0, nVain = 0; nRound < MOST_ROUNDS && nVain < MOST_VAIN; ++nRound, ++nVain) {
-        TFittedInk ink = Assemble(vWay, vDrawn, vCurves, ends, dTolerance);
+    CInkWidths widths(vWay, dTolerance);
+    widths.Fit(vCurves, ends);
+    CInkMend mend(vWay, dTolerance, std::move(vCurves));
+    for (int nRound = 0; nRound < MOST_ROUNDS; ++nRound) {
+        TFittedInk ink = Assemble(vDrawn, mend.GetCurves(), widths.GetMarks(), ends);
         const auto spPath = MakeInkPath(ink, spBuilder);
         CInkCheck::TFaults faults = check->Find(spPath->GetStream().GetShape(STATE_COMMITTED));
         std::vector<size_t> vFaults = faults.vPoints;
-        if (!best.spPath || vFaults.size() < best.faults.vPoints.size()) {
+        if (!best.spPath || std::tuple(faults.nGross, vFaults.size()) <
+                                std::tuple(best.faults.nGross, best.faults.vPoints.size())) {
             best = {std::move(ink), spPath, std::move(faults), spBuilder};
-            vBest = vCurves;
-            nVain = 0;
+            vBest = mend.GetCurves();
         }
         for (size_t& idx : vFaults) idx += nBefore;
         if (vFaults.empty() || (bMany && best.faults.nGross == 0)) break;
+        if (vFaults.size() > FEW_FAULTS && nRound + 1 >= FEW_ROUNDS) break;
         GiveUpTips(ends, vFaults, vWay, dTolerance);
         Tighten(vWay, vFaults, dTolerance);
-        Mend(vCurves, vFaults, vWay, dTolerance, nRound);
+        const bool bCurves = mend.Change(vFaults);
+        if (!widths.Refit(mend.GetCurves(), ends, vFaults, TIGHT_REACH * dTolerance) && !bCurves) break;
     }
-    const auto isFirst = [&](const TWayPoint& point) { return point.dAlpha == vWay.front().dAlpha; };
-    if (std::ranges::all_of(vWay, isFirst))
-        best.ink.vAlphas = {{0, static_cast<uint32_t>(Nearest(vWay.front().dAlpha))}};
-    else
-        best.ink.vAlphas = FitEase(SamplesOf(vWay, vBest, dTolerance, true), {});
+    best.ink.vAlphas = FitOpacities(vWay, vBest, dTolerance);
     return best;
 }
 
@@ -230,7 +164,7 @@ TFit FitLine(std::span<const TInkDisc> vLine, double dTolerance) {
     std::optional<CInkCheck> check, checkOther;
     TFit best = FitWay(vDrawn, dTolerance, check);
     for (const double dOther : OthersThan(dTolerance)) {
-        if (best.faults.nGross == 0) break;
+        if (best.faults.nGross == 0 || best.faults.nGross > FEW_FAULTS) break;
         const TInkWay vWay = MakeInkWay(vLine, dOther);
         if (vWay.size() == 1) continue;
         TFit fit = FitWay(vWay, dOther, checkOther);

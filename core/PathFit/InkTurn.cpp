@@ -73,7 +73,7 @@ size_t CountFaults(const TInkCorner& corner, const TInkCubic& turn, double dTole
     const TInkVector first = Nearest(corner.pt - corner.in * dArm),
                      last = Nearest(corner.pt + corner.out * dArm);
     TInkWay vWay{{first, corner.dHalf, 0}, {corner.pt, corner.dHalf, 0}, {last, corner.dHalf, 0}};
-    MeasureWay(vWay);
+    MeasureWay(vWay, dTolerance);
     TFittedInk ink;
     ink.vAnchors = {{ToPoint(first), {}, ToPoint(HandleOf(corner.in, dArm / 3))},
                     {ToPoint(turn.p0), ToPoint(HandleOf(-corner.in, dArm / 3)), ToPoint(turn.p1 - turn.p0)},
@@ -145,13 +145,4 @@ TInkCubic TurnAt(const TInkCorner& corner, double dReach, double dTolerance, siz
         if (nFaults == 0) break;
     }
     return best;
-}
-
-TInkCubic BentTurn(const TInkCubic& turn, int nTry) {
-    const TInkVector fore = turn.p1 - turn.p0, back = turn.p2 - turn.p3;
-    const double dMore = 1 + 0.5 * (nTry / 2);
-    const auto longer = [&](TInkVector v) { return HandleOf(UnitOf(v, {}), LengthOf(v) + dMore); };
-    const bool bFore = nTry % 2 == 0;
-    return {turn.p0, turn.p0 + (bFore ? longer(fore) : fore), turn.p3 + (bFore ? back : longer(back)),
-            turn.p3};
 }

@@ -22,6 +22,3 @@ double TurnReach(const TInkCorner& corner, double dTolerance);
 /// drawn one if that is possible; mostly nowhere farther from the corner than about twice `dReach`.
 /// Builds at most `nBuilds` outlines.
 TInkCubic TurnAt(const TInkCorner& corner, double dReach, double dTolerance, size_t nBuilds);
-
-/// The same turn with handles that differ by a path unit; another one for each `nTry`.
-TInkCubic BentTurn(const TInkCubic& turn, int nTry);

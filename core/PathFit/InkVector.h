@@ -13,6 +13,7 @@ struct TInkVector {
     TInkVector operator-(TInkVector v) const { return {x - v.x, y - v.y}; }
     TInkVector operator*(double d) const { return {x * d, y * d}; }
     TInkVector operator-() const { return {-x, -y}; }
+    friend bool operator==(const TInkVector&, const TInkVector&) = default;
 };
 
 inline double Dot(TInkVector a, TInkVector b) { return a.x * b.x + a.y * b.y; }

@@ -20,11 +20,19 @@ constexpr double HOOK_TURN = 0.7;
 constexpr size_t LONGEST_RUN = 16;  ///< points left out one after the other
 constexpr double LONGEST_CHORD = 1; ///< half-widths, at least tolerances
 constexpr size_t MOST_PARTS = 16;   ///< of a chord
-/// Discs that may reach out beside a place are looked for so far away, in its half-widths, and not all of
-/// them where it has many path units.
+/// Discs that may reach out beside a place are looked for so far away, in its half-widths; not all of them
+/// where it has many path units.
 constexpr double REACH = 0.8;
 constexpr double LOOKS = 64;
 constexpr size_t LONGEST_END = 4096; ///< points that an end may cover
+/// How far beyond one edge the other one may be from a disc's middle, in tolerances: more is no tremor.
+constexpr double MOST_MOVE = 0.5;
+/// A way bends whose directions before and behind a place differ by more than this cosine, or whose ends are
+/// nearer to each other than this part of its length.
+constexpr double STRAIGHT = 0.85;
+constexpr double STRETCHED = 0.6;
+/// Discs that lie beside the way's direction by more than this slope are behind a bend.
+constexpr double MOST_SLANT = 0.3;
 /// The half-width, in path units, below which an end is not seen: it covers less than a fifth of its pixels.
 constexpr double FAINT = 0.8;
 /// The same for a whole line.
@@ -171,26 +179,58 @@ void MeasureLengths(TInkWay& vWay) {
     }
 }
 
-void MeasureWidth(TInkWay& vWay, size_t idx) {
+void MeasureSides(TInkWay& vWay, size_t idx, double dTolerance) {
     TWayPoint& point = vWay[idx];
-    double dSquareWide = point.dHalf * point.dHalf;
-    // Beside a place the edge is that of the disc that reaches out farthest there.
-    const auto look = [&](size_t j) {
-        const double dAway = vWay[j].dLength - point.dLength;
-        dSquareWide = std::max(dSquareWide, vWay[j].dHalf * vWay[j].dHalf - dAway * dAway);
-        return std::abs(dAway) <= REACH * point.dHalf;
+    // Tremor is followed so far. Level discs farther away lie deeper than that beside the point.
+    const double dMost = MOST_MOVE * dTolerance;
+    const double dNear = std::max(std::sqrt(2 * point.dHalf * dMost), dTolerance);
+    size_t idxBefore = idx, idxBehind = idx;
+    while (idxBefore > 0 && point.dLength - vWay[idxBefore].dLength < dNear) --idxBefore;
+    while (idxBehind + 1 < vWay.size() && vWay[idxBehind].dLength - point.dLength < dNear) ++idxBehind;
+    const TInkVector in = point.pt - vWay[idxBefore].pt, out = vWay[idxBehind].pt - point.pt;
+    const double dIn = LengthOf(in), dOut = LengthOf(out);
+    const TInkVector direction = UnitOf(in + out, UnitOf(in, {1, 0}));
+    const bool bStraight = Dot(in, out) >= STRAIGHT * dIn * dOut &&
+                           dIn >= STRETCHED * (point.dLength - vWay[idxBefore].dLength) &&
+                           dOut >= STRETCHED * (vWay[idxBehind].dLength - point.dLength);
+    point.left = Perpendicular(direction);
+    point.bSure = bStraight;
+    double dLeft = point.dHalf, dRight = point.dHalf, dSquareLevel = point.dHalf * point.dHalf;
+    // Beside a place the edge is that of the disc that reaches out farthest there. Returns the next step
+    // along the way, 0 where there are no more such discs.
+    const auto look = [&](const TWayPoint& disc, TInkVector ahead) -> size_t {
+        const TInkVector off = disc.pt - point.pt;
+        const double dAhead = Dot(off, ahead), dAside = Dot(off, point.left);
+        if (std::abs(dAside) > MOST_SLANT * dAhead + dMost) {
+            point.bSure = false;
+            return 0;
+        }
+        const double dSquare = disc.dHalf * disc.dHalf - dAhead * dAhead;
+        dSquareLevel = std::max(dSquareLevel, dSquare);
+        const double dMoreLeft = dLeft - dAside, dMoreRight = dRight + dAside;
+        if (dSquare > dMoreLeft * dMoreLeft) dLeft = std::sqrt(dSquare) + dAside;
+        if (dSquare > dMoreRight * dMoreRight) dRight = std::sqrt(dSquare) - dAside;
+        if (dAhead > REACH * point.dHalf) return 0;
+        return 1 + static_cast<size_t>(point.dHalf / LOOKS);
     };
-    const size_t nStep = 1 + static_cast<size_t>(point.dHalf / LOOKS);
-    for (size_t j = idx + nStep; j < vWay.size() && look(j); j += nStep) {
-    }
-    for (size_t j = idx; j >= nStep && look(j - nStep); j -= nStep) {
-    }
-    point.dWide = std::sqrt(dSquareWide);
+    for (size_t j = idx + 1, nStep = 1; nStep > 0 && j < vWay.size(); j += nStep)
+        nStep = look(vWay[j], direction);
+    for (size_t nBack = 1, nStep = 1; nStep > 0 && nBack <= idx; nBack += nStep)
+        nStep = look(vWay[idx - nBack], -direction);
+    const double dMostOut = bStraight ? std::min(dLeft, dRight) + dMost : std::sqrt(dSquareLevel);
+    point.bSure = point.bSure && std::max(dLeft, dRight) <= dMostOut;
+    point.dLeft = std::min(dLeft, dMostOut);
+    point.dRight = std::min(dRight, dMostOut);
 }
 
-void MeasureWay(TInkWay& vWay) {
+void MeasureWay(TInkWay& vWay, double dTolerance) {
     MeasureLengths(vWay);
-    for (size_t i = 0; i < vWay.size(); ++i) MeasureWidth(vWay, i);
+    for (size_t i = 0; i < vWay.size(); ++i) MeasureSides(vWay, i, dTolerance);
+}
+
+void MoveToMiddle(TInkWay& vWay) {
+    for (size_t i = 1; i + 1 < vWay.size(); ++i)
+        vWay[i].pt = vWay[i].pt + vWay[i].left * ((vWay[i].dLeft - vWay[i].dRight) / 2);
 }
 
 TInkWay MakeInkWay(std::span<const TInkDisc> vLine, double dTolerance) {
@@ -205,6 +245,6 @@ TInkWay MakeInkWay(std::span<const TInkDisc> vLine, double dTolerance) {
     vWay.erase(vWay.begin(), EndOfHook(vWay.begin(), vWay.end(), dTolerance));
     vWay.erase(EndOfHook(vWay.rbegin(), vWay.rend(), dTolerance).base(), vWay.end());
     vWay = Divided(Thinned(vWay, OFF_CHORD * dTolerance), dTolerance);
-    MeasureWay(vWay);
+    MeasureWay(vWay, dTolerance);
     return vWay;
 }

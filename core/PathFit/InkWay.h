@@ -13,9 +13,15 @@ struct TWayPoint {
     double dHalf;
     double dAlpha;
     double dLength = 0; ///< along the way, from its first point
-    double dWide = 0;   ///< the half-width across the way: where discs grow it is more than their radius
     double dShare = 1;  ///< of the tolerance, for the width: less near faults of an outline
     double dOff = 0;    ///< how far the line's discs that were left out before this point may stand out
+    TInkVector left{};  ///< the unit direction to the left of the way
+    double dLeft = 0;   ///< how far the edge is to the left, by the discs around the point
+    double dRight = 0;  ///< and to the right
+    bool bSure = false; ///< nothing of the way around it covers its edges
+
+    /// The half-width across the way: where discs grow it is more than their radius.
+    double GetWide() const { return (dLeft + dRight) / 2; }
 };
 
 using TInkWay = std::vector<TWayPoint>;
@@ -29,8 +35,12 @@ constexpr size_t POINTS_FOR_THREADS = 500;
 /// seen are left out; empty for a line of which nothing can be seen.
 TInkWay MakeInkWay(std::span<const TInkDisc> vLine, double dTolerance);
 
-/// Sets the lengths and the widths across the way anew.
-void MeasureWay(TInkWay& vWay);
-/// The same for the lengths alone, and for the width at a point by the lengths.
+/// Sets the lengths and the sides anew.
+void MeasureWay(TInkWay& vWay, double dTolerance);
+/// The same for the lengths alone, and for a point's sides by the lengths.
 void MeasureLengths(TInkWay& vWay);
-void MeasureWidth(TInkWay& vWay, size_t idx);
+void MeasureSides(TInkWay& vWay, size_t idx, double dTolerance);
+
+/// Moves the points to the middle between their edges: the wider a line, the less its edges follow the tremor
+/// of a hand.
+void MoveToMiddle(TInkWay& vWay);

@@ -12,7 +12,7 @@ constexpr double TOLERANCE = 2.8;
 TInkWay Way(size_t nPoints, const std::function<TWayPoint(double)>& fnAt) {
     TInkWay vWay;
     for (size_t n = 0; n < nPoints; ++n) vWay.push_back(fnAt(static_cast<double>(n)));
-    MeasureWay(vWay);
+    MeasureWay(vWay, TOLERANCE);
     return vWay;
 }
 
@@ -59,6 +59,33 @@ TEST(InkArea, TellsDistancesFromTheDiscs) {
     EXPECT_FALSE(wide.DepthAt({-3, 0}, 2.1));
 }
 
+TEST(InkArea, KnowsWhereTheWayIsAlone) {
+    // There along y = 0, and back above its second half only.
+    const TInkWay vWay = Way(301, [](double n) {
+        return n <= 200 ? TWayPoint{{n * 3, 0}, 6, 255} : TWayPoint{{600 - (n - 200) * 3, 12}, 6, 255};
+    });
+    const CInkArea area(vWay, 3);
+    EXPECT_TRUE(area.IsAlone(50));
+    EXPECT_FALSE(area.IsAlone(150));
+    EXPECT_FALSE(area.IsAlone(250));
+    EXPECT_FALSE(area.IsAlone(200)) << "a turn";
+    const TInkWay vCorner = Way(201, [](double n) {
+        return n <= 100 ? TWayPoint{{n * 3, 0}, 6, 255} : TWayPoint{{300, (n - 100) * 3}, 6, 255};
+    });
+    EXPECT_TRUE(CInkArea(vCorner, 3).IsAlone(50));
+    EXPECT_FALSE(CInkArea(vCorner, 3).IsAlone(95));
+}
+
+TEST(InkWay, MiddleDoesNotFollowTremor) {
+    // Every other disc lies a unit to the left: the edges are those of the outer discs.
+    TInkWay vWay = Way(81, [](double n) {
+        return TWayPoint{{n * 2, static_cast<int>(n) % 2 ? 1.0 : 0.0}, 40, 255};
+    });
+    for (const size_t idx : {size_t{40}, size_t{41}}) EXPECT_NEAR(40.5, vWay[idx].GetWide(), 0.1);
+    MoveToMiddle(vWay);
+    for (const size_t idx : {size_t{40}, size_t{41}}) EXPECT_NEAR(0.5, vWay[idx].pt.y, 0.1);
+}
+
 TEST(InkEdges, FollowBothSidesOfAStaircase) {
     // Steps of whole path units cover most places beside their inner points.
     const TInkWay vWay = Way(161, [](double n) {
@@ -71,6 +98,21 @@ TEST(InkEdges, FollowBothSidesOfAStaircase) {
         const double dAside = (pt.y - pt.x + 0.5) / std::sqrt(2.0);
         EXPECT_NEAR(dAside, bLeft ? 20 : -20, 0.7) << idx;
     }
+}
+
+TEST(InkEdges, AreNotWhereTheLineCrossesItself) {
+    const TInkWay vWay = Way(601, [](double n) {
+        if (n <= 200) return TWayPoint{{n * 3, 0}, 6, 255};
+        if (n <= 300) return TWayPoint{{600, (n - 200) * 3}, 6, 255};
+        if (n <= 400) return TWayPoint{{600 - (n - 300) * 3, 300}, 6, 255};
+        return TWayPoint{{300, 300 - (n - 400) * 3}, 6, 255};
+    });
+    const auto vEdges = FindInkEdges(vWay, CInkArea(vWay, TOLERANCE), TOLERANCE);
+    const auto isAt = [](double d) {
+        return [d](const TInkEdge& edge) { return std::abs(edge.pt.x - d) < 5 && std::abs(edge.pt.y) < 7; };
+    };
+    EXPECT_GT(std::ranges::count_if(vEdges, isAt(200)), 5);
+    EXPECT_EQ(std::ranges::count_if(vEdges, isAt(300)), 0);
 }
 
 TEST(InkEdges, LeadAroundTurnsAndEnds) {

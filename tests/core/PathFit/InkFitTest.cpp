@@ -40,9 +40,9 @@ TEST(InkFit, HandsStayNearWithFewPoints) {
         size_t nAnchors, nMarks;
     };
     const std::map<std::string, TLimit> mapLimits{
-        {"jitter", {56, 11}},  {"slow", {14, 7}},    {"fast", {7, 12}},     {"hatching", {101, 6}},
-        {"letters", {33, 26}}, {"circles", {28, 8}}, {"spiral", {17, 17}},  {"zigzag", {32, 15}},
-        {"swell", {13, 44}},   {"tap", {2, 0}},      {"retrace", {21, 12}}, {"tremor", {262, 28}},
+        {"jitter", {41, 12}},  {"slow", {7, 9}},     {"fast", {7, 12}},     {"hatching", {101, 6}},
+        {"letters", {34, 29}}, {"circles", {17, 8}}, {"spiral", {16, 17}},  {"zigzag", {32, 16}},
+        {"swell", {9, 47}},    {"tap", {2, 0}},      {"retrace", {15, 12}}, {"tremor", {184, 40}},
     };
     for (const THand& hand : AllHands()) {
         const auto vLine = DrawnLine(hand.vPoints, hand.param);
@@ -51,6 +51,18 @@ TEST(InkFit, HandsStayNearWithFewPoints) {
         EXPECT_LE(ErrorOf(vLine, ink), 1.01 * TOLERANCE) << hand.strName;
         EXPECT_LE(ink.vAnchors.size(), limit.nAnchors) << hand.strName;
         EXPECT_LE(ink.vWidths.size(), limit.nMarks) << hand.strName;
+    }
+}
+
+TEST(InkFit, HandsWithNoiseStayNear) {
+    for (THand& hand : AllHands()) {
+        std::mt19937 random(7);
+        for (TCtlPoint& pt : hand.vPoints) {
+            pt.x += static_cast<int32_t>(random() % 3) - 1;
+            pt.y += static_cast<int32_t>(random() % 3) - 1;
+        }
+        const auto vLine = DrawnLine(hand.vPoints, hand.param);
+        EXPECT_LE(ErrorOf(vLine, FitInk(vLine, TOLERANCE)), 1.03 * TOLERANCE) << hand.strName;
     }
 }
 
@@ -68,7 +80,7 @@ TEST(InkFit, NoToleranceMakesSpikes) {
         const auto [dPixels, nAnchors] = it->second;
         const auto vLine = DrawnLine(hand.vPoints, hand.param);
         const TFittedInk ink = FitInk(vLine, dPixels * 8);
-        EXPECT_LE(ErrorOf(vLine, ink) / 8, std::clamp(dPixels, 0.25, 1.0)) << hand.strName;
+        EXPECT_LE(ErrorOf(vLine, ink) / 8, std::clamp(dPixels, 0.26, 1.0)) << hand.strName;
         EXPECT_LE(ink.vAnchors.size(), nAnchors) << hand.strName;
     }
 }

@@ -61,6 +61,14 @@ TEST(EaseFit, FollowsValuesWithTheFewestMarks) {
     EXPECT_GT(FitEase(Samples([](double x) { return 60 * x; }), {}).size(), 3U);
 }
 
+TEST(EaseFit, KeepsGivenEnds) {
+    const auto vMarks = FitEase(Samples([](double x) { return 60 + 10 * x; }), {false, false, 58, 73});
+    ASSERT_GE(vMarks.size(), 4U) << "the values between are nearer";
+    EXPECT_EQ((TFittedMark{0, 58}), vMarks.front());
+    EXPECT_EQ((TFittedMark{60000, 73}), vMarks.back());
+    EXPECT_NEAR(65, vMarks[vMarks.size() / 2].uValue, 4);
+}
+
 TEST(EaseFit, SharpEndsRiseAsTheirCurve) {
     // Its middle: lengths 0, 1/6, 2/3, 1 and widths 0, 1/3, 1, 1.
     EXPECT_NEAR(0.625, SharpShare(0.4375), 1e-9);
@@ -108,7 +116,7 @@ TEST(InkTurn, IsLargerWhereASmallOneHasNoDirections) {
 TInkWay Way(const std::vector<TInkVector>& vPoints, double dHalf) {
     TInkWay vWay;
     for (const TInkVector pt : vPoints) vWay.push_back({pt, dHalf, 255});
-    MeasureWay(vWay);
+    MeasureWay(vWay, 2.8);
     return vWay;
 }
 
@@ -123,6 +131,15 @@ TEST(InkCorners, AreSharpTurnsOnly) {
     vPoints.clear();
     for (int n = 0; n <= 60; ++n) vPoints.push_back({20 * std::cos(n * 0.1), 20 * std::sin(n * 0.1)});
     EXPECT_TRUE(FindCorners(Way(vPoints, 8), 2.8).empty());
+    // The wider the line, the rounder its corners.
+    vPoints.clear();
+    for (int n = -30; n <= 30; ++n) {
+        const double dTurn = std::clamp(n * 0.2, -1.2, 1.2), dRest = std::abs(n) - std::min(std::abs(n), 6);
+        vPoints.push_back({5 * std::sin(dTurn) + std::copysign(dRest * std::cos(1.2), n),
+                           5 * std::cos(dTurn) - dRest * std::sin(1.2)});
+    }
+    EXPECT_TRUE(FindCorners(Way(vPoints, 8), 2.8).empty());
+    EXPECT_EQ(std::vector<size_t>{30}, FindCorners(Way(vPoints, 40), 2.8));
     // A line that runs back has its corner at the tip, not beside it where the turn is as sharp.
     vPoints.clear();
     for (int n = 0; n <= 20; ++n) vPoints.push_back({0, n * 4.0});
@@ -135,8 +152,8 @@ TEST(InkWay, EdgesOfGrowingDiscsLean) {
     // Radii that grow by 3 to 5 touch lines that lean by 4 to 5.
     TInkWay vWay;
     for (int n = 0; n <= 100; ++n) vWay.push_back({{n * 5.0, 0}, 10 + n * 3.0, 255});
-    MeasureWay(vWay);
-    EXPECT_NEAR((10 + 20 * 3.0) / 0.8, vWay[20].dWide, 0.2);
+    MeasureWay(vWay, 2.8);
+    EXPECT_NEAR((10 + 20 * 3.0) / 0.8, vWay[20].GetWide(), 0.2);
     // The widest disc ends the area, and its edges go on to where they touch it.
     const auto cone = [](int32_t nBegin, int32_t nEnd) {
         TPolyBezier v{{-17, 0}};
@@ -181,6 +198,15 @@ TEST(InkCheck, FindsInkThatIsMissingOrTooMuch) {
                             CPoint{199, 10}, CPoint{-10, 10}, CPoint{-10, -10}})
         vSpike.insert(vSpike.end(), {vSpike.back(), pt, pt});
     EXPECT_EQ(check.Find({vSpike}).vPoints.size(), 1U);
+    // A long straight side may leave the area between its ends.
+    const auto vRoof = Way({{0, 0}, {100, 60}, {200, 0}}, 10);
+    TPolyBezier vAround{{-14, 3}};
+    for (const CPoint pt : {CPoint{100, 71}, CPoint{214, 3}, CPoint{203, -14}, CPoint{100, 48},
+                            CPoint{-3, -14}, CPoint{-14, 3}})
+        vAround.insert(vAround.end(), {vAround.back(), pt, pt});
+    const CInkCheck roof(vRoof, 5);
+    EXPECT_TRUE(roof.Find({vAround}).vPoints.empty());
+    EXPECT_FALSE(roof.Find({vAround, box(5, 195, -8)}).vPoints.empty());
     const CInkCheck wide(vWay, 5, 10);
     EXPECT_EQ(0U, wide.Find({box(-10, 310, 17)}).nGross);
     EXPECT_LT(0U, wide.Find({box(-10, 310, 22)}).nGross);
