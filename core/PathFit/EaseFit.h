@@ -23,7 +23,8 @@ struct TEaseEnds {
 };
 
 /// Marks of whole values, sorted, at least one; the values between them stay within the tolerances as far as
-/// whole values can. A mark stands at least every `dMostLength` where there are samples.
+/// whole values can. Between two marks lie at most 2^26 units of length where
+/// there are samples.
 std::vector<TFittedMark> FitEase(const std::vector<TEaseSample>& vSamples, TEaseEnds ends);
 
 /// The share of a mark's value at a share of the length from a sharp end to it; both 0 to 1.

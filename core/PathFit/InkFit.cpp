@@ -136,7 +136,7 @@ TFit FitWay(const TInkWay& vDrawn, double dTolerance, std::optional<CInkCheck>& 
         }
         for (size_t& idx : vFaults) idx += nBefore;
         if (vFaults.empty() || (bMany && best.faults.nGross == 0)) break;
-        if (vFaults.size() > FEW_FAULTS && nRound + 1 >= FEW_ROUNDS) break;
+        if (best.faults.vPoints.size() > FEW_FAULTS && nRound + 1 >= FEW_ROUNDS) break;
         GiveUpTips(ends, vFaults, vWay, dTolerance);
         Tighten(vWay, vFaults, dTolerance);
         const bool bCurves = mend.Change(vFaults);

@@ -7,6 +7,8 @@ namespace {
 constexpr int MOST_TRIES = 6; ///< at a place
 /// At all places together: scribbles may have hundreds of faults.
 constexpr size_t MOST_ATTEMPTS = 160;
+/// No curve is replaced by more than so many, which would follow the tremor itself.
+constexpr size_t MOST_PARTS = 3;
 /// Faults so far beside a place, in tolerances, belong to it.
 constexpr double REACH = 2;
 
@@ -90,7 +92,9 @@ void CInkMend::AddPlace(std::vector<TPlace>& vPlaces, size_t nFirst, size_t nEnd
         place.vBefore.assign(m_vCurves.begin() + static_cast<std::ptrdiff_t>(place.nFirst),
                              m_vCurves.begin() + static_cast<std::ptrdiff_t>(place.nEnd));
         place.vNow = nTry > MOST_TRIES ? place.vBefore : Attempt(place);
-        if (nTry > MOST_TRIES || place.vNow != place.vBefore) {
+        const bool bOther =
+            place.vNow != place.vBefore && place.vNow.size() <= MOST_PARTS * place.vBefore.size();
+        if (nTry > MOST_TRIES || bOther) {
             vPlaces.push_back(std::move(place));
             return;
         }
