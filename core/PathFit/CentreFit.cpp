@@ -24,8 +24,8 @@ constexpr double SHORTEST = 2;
 /// Curves are not divided into shorter ones than this, nor than this part of the half-width.
 constexpr double SHORTEST_PART = 6;
 constexpr double SHORTEST_WIDTHS = 0.35;
-/// What curves that are fitted again may take, in parts of what they usually may, and the reaches of their
-/// turns.
+/// Curves that are fitted again may be off by these parts of what they usually may; the reaches of their
+/// turns are multiplied.
 constexpr std::array SHARES{1.0, 0.85, 0.7, 0.95, 0.6, 0.8, 0.5};
 constexpr std::array REACHES{1.2, 1.4, 0.75, 2.0, 1.0, 0.6, 1.7};
 /// The directions at a smooth joint differ by no more than this, as a cosine.

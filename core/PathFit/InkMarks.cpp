@@ -53,7 +53,7 @@ std::vector<TEaseSample> SamplesOf(const TInkWay& vWay, const std::vector<TCentr
     return vSamples;
 }
 
-// What stays of the last fit.
+// Tells which marks of the last fit stay.
 class CKept {
 public:
     CKept(const TInkWay& vWay, const std::vector<TCentreCurve>& vCurves,
