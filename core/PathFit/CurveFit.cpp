@@ -13,7 +13,8 @@ constexpr int NEARER = 3;
 constexpr double HOPELESS = 6;
 
 bool IsFree(const TWayRange& range, const TInkCubic& cubic, TInkVector pt) {
-    return LengthOf(pt - cubic.p0) < range.dFreeFirst || LengthOf(pt - cubic.p3) < range.dFreeLast;
+    const auto isNear = [&](TInkVector end, double d) { return d > 0 && LengthOf(pt - end) < d; };
+    return isNear(cubic.p0, range.dFreeFirst) || isNear(cubic.p3, range.dFreeLast);
 }
 
 // Whole path units, but for -1, which cannot be stored.
@@ -142,13 +143,15 @@ TInkCubic CCurveFit::Solve(const TWayRange& range, const TCurveEnd& from, const 
 // Better parameters for the samples; returns the largest distance.
 double CCurveFit::Refine(const TInkCubic& cubic, const TWayRange& range) {
     const TInkPowers powers(cubic);
-    double dMost = 0;
+    double dMostSquare = 0;
     for (TSample& sample : m_vSamples) {
         const TInkVector pt = m_vWay[sample.idx].pt;
         sample.t = powers.Nearer(pt, sample.t);
-        if (!IsFree(range, cubic, pt)) dMost = std::max(dMost, LengthOf(powers.At(sample.t) - pt));
+        const TInkVector away = powers.At(sample.t) - pt;
+        if (const double dSquare = Dot(away, away); dSquare > dMostSquare && !IsFree(range, cubic, pt))
+            dMostSquare = dSquare;
     }
-    return dMost;
+    return std::sqrt(dMostSquare);
 }
 
 bool CCurveFit::IsWithin(const TInkCubic& cubic, const TWayRange& range, double dTolerance) const {
