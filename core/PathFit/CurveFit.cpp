@@ -13,8 +13,7 @@ constexpr int NEARER = 3;
 constexpr double HOPELESS = 6;
 
 bool IsFree(const TWayRange& range, const TInkCubic& cubic, TInkVector pt) {
-    const auto isNear = [&](TInkVector end, double d) { return d > 0 && LengthOf(pt - end) < d; };
-    return isNear(cubic.p0, range.dFreeFirst) || isNear(cubic.p3, range.dFreeLast);
+    return LengthOf(pt - cubic.p0) < range.dFreeFirst || LengthOf(pt - cubic.p3) < range.dFreeLast;
 }
 
 // Whole path units, but for -1, which cannot be stored.
